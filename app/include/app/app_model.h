@@ -1,0 +1,67 @@
+// AppModel: the one owner of every long-lived model and engine, and the only place where they are wired.
+#pragma once
+
+#include <QObject>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "app/control_server.h"
+#include "mix/playback_engine.h"
+#include "mix/player_model.h"
+#include "platform/desktop.h"
+#include "platform/main_loop.h"
+#include "platform/task_queues.h"
+#include "settings/settings_store.h"
+
+namespace brindlehum {
+
+// What the application stands on; made by main, or by a test.
+struct Platform {
+    MainLoop& loop;
+    AudioSystem& audio;
+    UserDefaults& defaults;
+    Desktop& desktop;
+};
+
+// Main thread.
+class AppModel : public QObject {
+    Q_OBJECT
+public:
+    explicit AppModel(Platform platform);
+    ~AppModel() override;
+
+    // Opens the control port and starts observing the settings. Once.
+    void start(uint16_t controlPort = ControlServer::port);
+
+    // The file arguments of a start, ours or a second one's: loads the first audio file among them, and brings
+    // the main window up when there is no file at all.
+    void openFiles(const std::vector<std::filesystem::path>& files);
+    // Opens a window by its id ("main", "settings") and brings the application to the front.
+    void openWindow(const std::string& id);
+    // Set by the windows when they exist.
+    std::function<void(const std::string& id)> openWindowAction;
+
+    // The command table of the control port.
+    nlohmann::json handle(const std::string& command, const ControlParams& params);
+
+    SettingsStore& settings() { return settings_; }
+    PlaybackEngine& engine() { return engine_; }
+    PlayerModel& player() { return player_; }
+    ControlServer& control() { return control_; }
+    Desktop& desktop() { return platform_.desktop; }
+
+private:
+    nlohmann::json ok() const;
+    Platform platform_;
+    WorkerPool pool_;
+    SettingsStore settings_;
+    PlaybackEngine engine_;
+    ControlServer control_;
+    PlayerModel player_;
+};
+
+}  // namespace brindlehum

@@ -1,0 +1,30 @@
+// Atomic cells between control and render side: a pointer, a double, a signed 64-bit integer.
+//
+// Each is one separately allocated 8-byte word, stored with release and loaded with acquire: what a pointer
+// leads to must be complete before it is stored. Create and destroy belong to the control side; load and store
+// are real-time safe on any thread. Lifetime of what a slot points to is its owner's business.
+#pragma once
+
+#include <cstdint>
+
+extern "C" {
+
+struct mn_slot;
+mn_slot* mn_slot_create() noexcept;
+void mn_slot_destroy(mn_slot* slot) noexcept;
+void mn_slot_store(mn_slot* slot, void* pointer) noexcept;
+void* mn_slot_load(const mn_slot* slot) noexcept;
+
+struct mn_f64;
+mn_f64* mn_f64_create(double value) noexcept;
+void mn_f64_destroy(mn_f64* cell) noexcept;
+void mn_f64_store(mn_f64* cell, double value) noexcept;
+double mn_f64_load(const mn_f64* cell) noexcept;
+
+struct mn_i64;
+mn_i64* mn_i64_create(int64_t value) noexcept;
+void mn_i64_destroy(mn_i64* cell) noexcept;
+void mn_i64_store(mn_i64* cell, int64_t value) noexcept;
+int64_t mn_i64_load(const mn_i64* cell) noexcept;
+
+}  // extern "C"

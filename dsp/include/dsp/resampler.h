@@ -1,0 +1,36 @@
+// Sample-rate conversion over libsoxr (very high quality, 28-bit passband), its delay compensated.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace brindlehum {
+
+// A streaming converter: pulls planar input, delivers planar output. Frame 0 of the output is the instant of
+// frame 0 of the input. Not real-time safe; one thread at a time.
+class Resampler {
+public:
+    // Throws std::runtime_error when the converter can't be made (rates not above 0, channels below 1).
+    Resampler(double inputRate, double outputRate, int channels);
+    ~Resampler();
+    Resampler(Resampler&&) noexcept;
+    Resampler& operator=(Resampler&&) noexcept;
+
+    // Fills up to `frames` frames of `outputs`. `pull(limit, planes)` points `planes` (one pointer a channel) at
+    // up to `limit` further input frames and gives their count, 0 at the end of the input. Gives the frames
+    // delivered; fewer than `frames` only at the end of the stream, 0 when it is over. Doesn't allocate in the
+    // steady state. Throws std::runtime_error on a converter error.
+    using Pull = std::function<int(int limit, const float** planes)>;
+    int process(float* const* outputs, int frames, const Pull& pull);
+
+    // Whole signal at once, length round(n * outputRate / inputRate).
+    static std::vector<float> convert(const std::vector<float>& input, double inputRate, double outputRate);
+
+private:
+    struct State;
+    std::unique_ptr<State> state_;
+};
+
+}  // namespace brindlehum

@@ -1,0 +1,28 @@
+// AudioDevices: queries on the output devices that exist right now.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/audio_system.h"
+
+namespace brindlehum {
+
+// Stateless: each call asks the system anew. Main thread. Nothing throws.
+class AudioDevices {
+public:
+    explicit AudioDevices(AudioSystem& system) : system_(system) {}
+    std::vector<AudioOutputDevice> allOutputs() const;
+    // "System Output" without a UID, "Unavailable device" for one that isn't there.
+    std::string name(const std::optional<std::string>& uid) const;
+    std::optional<uint32_t> deviceID(const std::string& uid) const;
+    std::optional<uint32_t> defaultOutput() const;
+    // 0 for a device that isn't there.
+    int outputChannels(uint32_t id) const;
+
+private:
+    AudioSystem& system_;
+};
+
+}  // namespace brindlehum

@@ -1,0 +1,77 @@
+// The records that say how a source is spread over a larger room: parameters, presets, settings, request.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <nlohmann/json_fwd.hpp>
+#include <optional>
+#include <string_view>
+
+#include "audio/speakers.h"
+
+namespace brindlehum {
+
+// The numbers that shape a plan; the initial values are those of a key that is missing or unreadable.
+struct UpmixParams {
+    enum class LFEMode : uint8_t { off, split };
+
+    double strength = 1.0;        // 0 to 1
+    double centerWidth = 0.0;     // 0 to 1: share of the centre moved out into L and R
+    double stage = 30.0;          // degrees: azimuth of a hard-panned direct source
+    double frontAmbience = 0.45;  // 0 to 1: share of ambience energy that stays in front
+    double ambienceDB = 0.0;
+    double sideDB = 0.0;      // Ls, Rs
+    double rearDB = -3.0;     // Lrs, Rrs, Cs
+    double wideDB = -3.0;     // Lw, Rw, Lc, Rc
+    double heightDB = -6.0;   // Ltm, Rtm, Tc, and the base of the other heights
+    double heightTilt = 0.0;  // dB, taken three times: front heights up, rear heights down
+    double surroundDelayMs = 0.0;
+    double shelfHz = 0.0;        // 0 means none
+    double shelfDB = 0.0;        // 0 means none
+    double heightHPFHz = 150.0;  // 0 means none
+    double roomMs = 10.0;
+    double focus = 1.0;  // ratio, floored at 0.1 by the planner
+    LFEMode lfe = LFEMode::off;
+    double lfeHz = 120.0;  // floored at 20 by the planner
+    double lfeDB = 0.0;    // on top of a fixed -10 dB
+    bool exact = false;    // fold-down exact plan
+
+    bool operator==(const UpmixParams&) const = default;
+};
+
+std::string_view rawValue(UpmixParams::LFEMode mode);
+
+enum class UpmixPreset : uint8_t { music, film, game, hall, speech, broadcast };
+inline constexpr std::array<UpmixPreset, 6> allUpmixPresets = {UpmixPreset::music,  UpmixPreset::film,
+                                                               UpmixPreset::game,   UpmixPreset::hall,
+                                                               UpmixPreset::speech, UpmixPreset::broadcast};
+std::string_view rawValue(UpmixPreset preset);
+std::optional<UpmixPreset> upmixPresetFromRaw(std::string_view raw);
+std::string_view displayName(UpmixPreset preset);
+// One line of help, shown wherever the preset can be picked.
+std::string_view description(UpmixPreset preset);
+UpmixParams params(UpmixPreset preset);
+
+// What a user has chosen. The edited numbers outlive the preset's name.
+struct UpmixSettings {
+    bool enabled = false;
+    UpmixPreset preset = UpmixPreset::music;
+    UpmixParams params = brindlehum::params(UpmixPreset::music);
+    bool operator==(const UpmixSettings&) const = default;
+};
+
+// What the planner is asked. Never stored.
+struct UpmixRequest {
+    SpeakerList source;
+    SpeakerList target;
+    UpmixParams params;
+    bool operator==(const UpmixRequest&) const = default;
+};
+
+// JSON: objects with the field names as keys, enumerations by raw value. Reading never fails on a single key.
+void to_json(nlohmann::json& json, const UpmixParams& params);
+void from_json(const nlohmann::json& json, UpmixParams& params);
+void to_json(nlohmann::json& json, const UpmixSettings& settings);
+void from_json(const nlohmann::json& json, UpmixSettings& settings);
+
+}  // namespace brindlehum

@@ -1,0 +1,15 @@
+// UpmixPlanner: whether an upmix makes sense for a source in a room, and which speakers it would fill.
+#pragma once
+
+#include <vector>
+
+#include "audio/speakers.h"
+
+namespace brindlehum::UpmixPlanner {
+
+// The one test by which an upmix is offered.
+bool applies(const SpeakerList& source, const SpeakerList& target);
+// Ascending indices of the target's speakers that are neither C nor LFE and don't occur in the source.
+std::vector<int> fills(const SpeakerList& source, const SpeakerList& target);
+
+}  // namespace brindlehum::UpmixPlanner
