@@ -1,0 +1,24 @@
+#!/usr/bin/env bash
+# Builds a sanitizer preset and runs the tests that belong to it: sanitize.sh asan|tsan
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+export ASAN_OPTIONS=detect_leaks=1:abort_on_error=1:strict_string_checks=1
+export LSAN_OPTIONS=suppressions=$PWD/ci/lsan.supp:print_suppressions=0
+export UBSAN_OPTIONS=print_stacktrace=1
+export TSAN_OPTIONS=suppressions=$PWD/ci/tsan.supp:halt_on_error=1:second_deadlock_stack=1
+
+case $1 in
+asan)
+    ci/build.sh asan
+    ctest --preset asan
+    ;;
+tsan)
+    ci/build.sh tsan test_core test_dsp test_audio test_platform test_mix
+    # What crosses threads: rings and cells, readers, queues, engine and player.
+    ctest --preset tsan -R '^(core|dsp|platform|mix)\.|^audio\.(Stream|Waveform|Frame)'
+    ;;
+*)
+    echo "usage: sanitize.sh asan|tsan" >&2
+    exit 2
+    ;;
+esac
