@@ -68,7 +68,9 @@ struct UpmixRequest {
     bool operator==(const UpmixRequest&) const = default;
 };
 
-// JSON: objects with the field names as keys, enumerations by raw value. Reading never fails on a single key.
+// JSON: objects with the field names as keys, enumerations by raw value. Reading never fails: a key that is missing
+// or of the wrong type, or anything but an object, gives the initial values. Settings without readable `params`
+// get those of their preset.
 void to_json(nlohmann::json& json, const UpmixParams& params);
 void from_json(const nlohmann::json& json, UpmixParams& params);
 void to_json(nlohmann::json& json, const UpmixSettings& settings);

@@ -1,0 +1,36 @@
+// Applicability of an upmix: pure questions about two speaker lists.
+#include "upmix/upmix_planner.h"
+
+#include <algorithm>
+
+namespace brindlehum::UpmixPlanner {
+namespace {
+
+bool holds(const SpeakerList& list, SpeakerID speaker) {
+    return std::find(list.begin(), list.end(), speaker) != list.end();
+}
+
+bool holdsPair(const SpeakerList& list) {
+    return holds(list, SpeakerID::L) && holds(list, SpeakerID::R);
+}
+
+}  // namespace
+
+bool applies(const SpeakerList& source, const SpeakerList& target) {
+    if (!holdsPair(source) || !holdsPair(target)) return false;
+    if (source != SpeakerList{SpeakerID::L, SpeakerID::R}) return !fills(source, target).empty();
+    const auto fullRange = std::count_if(target.begin(), target.end(), [](SpeakerID s) { return s != SpeakerID::LFE; });
+    return fullRange > 2;
+}
+
+std::vector<int> fills(const SpeakerList& source, const SpeakerList& target) {
+    std::vector<int> indices;
+    for (size_t i = 0; i < target.size(); ++i) {
+        const SpeakerID speaker = target[i];
+        if (speaker == SpeakerID::C || speaker == SpeakerID::LFE || holds(source, speaker)) continue;
+        indices.push_back(static_cast<int>(i));
+    }
+    return indices;
+}
+
+}  // namespace brindlehum::UpmixPlanner
