@@ -59,7 +59,8 @@ public:
     virtual std::optional<uint32_t> defaultOutput() = 0;
     // Opens a device. `followsDefault` makes a change of the default device count as a change of this one.
     // `onChange` is called on the main thread when the device has gone, its format or (if followed) the default
-    // has changed, or the server has; at most once. Throws Error 10 with the text for the user.
+    // has changed, or the server has; at most once, and not after the stream's destruction. Throws Error 10 with
+    // the text for the user.
     virtual std::unique_ptr<OutputStream> openOutput(uint32_t id, bool followsDefault, RenderTarget& target,
                                                      std::function<void()> onChange) = 0;
 };

@@ -11,34 +11,18 @@
 
 namespace brindlehum {
 
-// Jobs run one after another on one thread of this name. Destruction finishes the job in hand and drops the rest.
-class SerialQueue {
-public:
-    explicit SerialQueue(const std::string& label);
-    ~SerialQueue();
-    // Any thread.
-    void async(std::function<void()> job);
-    // Returns when all jobs queued before have run. Not from a job of the queue itself.
-    void drain();
-
-private:
-    void run();
-    std::mutex lock_;
-    std::condition_variable wake_;
-    std::condition_variable idle_;
-    std::deque<std::function<void()>> jobs_;
-    bool busy_ = false;
-    bool ending_ = false;
-    std::thread thread_;
-};
-
-// Jobs run on `threads` threads in the order they came. Destruction finishes the jobs in hand and drops the rest.
+// Jobs start in the order they came, on `threads` threads of this name. Destruction finishes the jobs in hand and
+// drops the rest unrun. A job may queue further jobs; an exception that leaves a job ends the process.
 class WorkerPool {
 public:
-    explicit WorkerPool(int threads);
+    explicit WorkerPool(int threads, const std::string& label = "Brindlehum.pool");
     ~WorkerPool();
+    WorkerPool(const WorkerPool&) = delete;
+    WorkerPool& operator=(const WorkerPool&) = delete;
+
     // Any thread.
     void async(std::function<void()> job);
+    // Returns when no job waits or runs, and what the finished ones held is released. Not from a job.
     void drain();
 
 private:
@@ -50,6 +34,19 @@ private:
     int running_ = 0;
     bool ending_ = false;
     std::vector<std::thread> threads_;
+};
+
+// Jobs run one after another on one thread of this name, under the same rules.
+class SerialQueue {
+public:
+    explicit SerialQueue(const std::string& label) : pool_(1, label) {}
+    // Any thread.
+    void async(std::function<void()> job) { pool_.async(std::move(job)); }
+    // Returns when all jobs queued before have run. Not from a job of the queue itself.
+    void drain() { pool_.drain(); }
+
+private:
+    WorkerPool pool_;
 };
 
 }  // namespace brindlehum

@@ -1,0 +1,86 @@
+// The paced thread behind the headless output.
+#include "platform/headless_audio.h"
+
+#include <pthread.h>
+
+#include <array>
+#include <atomic>
+#include <chrono>
+#include <thread>
+
+#include "audio/error.h"
+
+namespace brindlehum {
+
+namespace {
+
+class HeadlessStream : public OutputStream {
+public:
+    explicit HeadlessStream(RenderTarget& target) : target_(target) {
+        for (int c = 0; c < HeadlessAudioSystem::channels; ++c) {
+            planes_[c] = samples_.data() + size_t(c) * HeadlessAudioSystem::blockFrames;
+        }
+    }
+    ~HeadlessStream() override { HeadlessStream::pause(); }
+
+    int channels() const override { return HeadlessAudioSystem::channels; }
+    double sampleRate() const override { return HeadlessAudioSystem::sampleRate; }
+    bool isRunning() const override { return thread_.joinable(); }
+    bool isCurrent() const override { return true; }
+
+    void start() override {
+        if (thread_.joinable()) return;
+        ending_ = false;
+        thread_ = std::thread([this] { run(); });
+    }
+
+    void pause() override {
+        if (!thread_.joinable()) return;
+        ending_ = true;
+        thread_.join();
+    }
+
+private:
+    using Clock = std::chrono::steady_clock;
+    // Lateness that is caught up with; after more (the machine slept), the pace starts anew.
+    static constexpr std::chrono::milliseconds patience{200};
+
+    void run() {
+        pthread_setname_np(pthread_self(), "headless-out");
+        const DeviceBuffers buffers{planes_.data(), HeadlessAudioSystem::channels, HeadlessAudioSystem::blockFrames};
+        Clock::time_point origin = Clock::now();
+        for (int64_t block = 0; !ending_; ++block) {
+            target_.render(buffers.frames, buffers);
+            // Counted from the origin, so that rounding never adds up.
+            const int64_t frames = (block + 1) * HeadlessAudioSystem::blockFrames;
+            const auto due =
+                origin + std::chrono::nanoseconds(frames * 1'000'000'000 / int64_t(HeadlessAudioSystem::sampleRate));
+            if (Clock::now() - due > patience) {
+                origin = Clock::now();
+                block = -1;
+            } else {
+                std::this_thread::sleep_until(due);
+            }
+        }
+    }
+
+    RenderTarget& target_;
+    std::array<float, size_t(HeadlessAudioSystem::channels) * HeadlessAudioSystem::blockFrames> samples_{};
+    std::array<float*, HeadlessAudioSystem::channels> planes_{};
+    std::atomic<bool> ending_ = false;
+    std::thread thread_;
+};
+
+}  // namespace
+
+std::vector<AudioOutputDevice> HeadlessAudioSystem::allOutputs() {
+    return {{deviceID, uid, name, channels}};
+}
+
+std::unique_ptr<OutputStream> HeadlessAudioSystem::openOutput(uint32_t id, bool, RenderTarget& target,
+                                                              std::function<void()>) {
+    if (id != deviceID) throw Error(10, "Couldn't open the output device");
+    return std::make_unique<HeadlessStream>(target);
+}
+
+}  // namespace brindlehum
