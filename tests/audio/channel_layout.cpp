@@ -1,0 +1,184 @@
+// Layout tags, labels and channel masks against the tables of libsndfile and FFmpeg.
+#include "audio/channel_layout.h"
+
+#include <gtest/gtest.h>
+#include <sndfile.h>
+
+extern "C" {
+#include <libavutil/channel_layout.h>
+}
+
+#include <map>
+
+#include "audio/source_format.h"
+#include "support/audio_files.h"
+
+namespace brindlehum {
+namespace {
+
+using namespace test;
+using enum SpeakerID;
+
+std::string be32(uint32_t v) {
+    return {char(v >> 24), char(v >> 16), char(v >> 8), char(v)};
+}
+std::string cafChunk(const std::string& id, const std::string& body) {
+    return id + be32(0) + be32(uint32_t(body.size())) + body;
+}
+
+// A CAF file of four silent 16-bit frames with the given `chan` tag.
+std::string cafWithTag(uint32_t tag) {
+    const uint32_t channels = tag & 0xFFFF;
+    const std::string rate("\x40\xe7\x70\x00\x00\x00\x00\x00", 8);  // 48000 as a big-endian double
+    const std::string desc = rate + "lpcm" + be32(0) + be32(channels * 2) + be32(1) + be32(channels) + be32(16);
+    return std::string("caff\0\1\0\0", 8) + cafChunk("desc", desc) + cafChunk("chan", be32(tag) + be32(0) + be32(0)) +
+           cafChunk("data", be32(0) + std::string(channels * 8, '\0'));
+}
+
+// libsndfile's map of the file in our labels; it knows no difference of direct and plain surrounds.
+std::vector<std::vector<uint32_t>> sndfileLabels(const std::filesystem::path& path) {
+    static const std::map<int, std::vector<uint32_t>> labels = {
+        {SF_CHANNEL_MAP_MONO, {42}},
+        {SF_CHANNEL_MAP_LEFT, {1, 38, 204, 206, 208}},
+        {SF_CHANNEL_MAP_RIGHT, {2, 39, 205, 207, 209}},
+        {SF_CHANNEL_MAP_CENTER, {3}},
+        {SF_CHANNEL_MAP_LFE, {4}},
+        {SF_CHANNEL_MAP_REAR_LEFT, {5, 33}},
+        {SF_CHANNEL_MAP_REAR_RIGHT, {6, 34}},
+        {SF_CHANNEL_MAP_REAR_CENTER, {9}},
+        {SF_CHANNEL_MAP_FRONT_LEFT_OF_CENTER, {7}},
+        {SF_CHANNEL_MAP_FRONT_RIGHT_OF_CENTER, {8}},
+        {SF_CHANNEL_MAP_SIDE_LEFT, {5, 10, 33}},
+        {SF_CHANNEL_MAP_SIDE_RIGHT, {6, 11, 34}},
+        {SF_CHANNEL_MAP_TOP_CENTER, {12}},
+        {SF_CHANNEL_MAP_TOP_FRONT_LEFT, {13}},
+        {SF_CHANNEL_MAP_TOP_FRONT_CENTER, {14}},
+        {SF_CHANNEL_MAP_TOP_FRONT_RIGHT, {15}},
+        {SF_CHANNEL_MAP_AMBISONIC_B_W, {200}},
+        {SF_CHANNEL_MAP_AMBISONIC_B_X, {201}},
+        {SF_CHANNEL_MAP_AMBISONIC_B_Y, {202}},
+        {SF_CHANNEL_MAP_AMBISONIC_B_Z, {203}},
+    };
+    SF_INFO info{};
+    SNDFILE* file = sf_open(path.c_str(), SFM_READ, &info);
+    std::vector<int> map(size_t(info.channels));
+    std::vector<std::vector<uint32_t>> out;
+    if (file && sf_command(file, SFC_GET_CHANNEL_MAP_INFO, map.data(), int(map.size() * sizeof(int))) == SF_TRUE) {
+        for (const int m : map) out.push_back(labels.contains(m) ? labels.at(m) : std::vector<uint32_t>{0});
+    }
+    sf_close(file);
+    return out;
+}
+
+TEST(LayoutTags, AgreeWithLibsndfileChannelByChannel) {
+    const TempFolder folder;
+    int compared = 0;
+    for (uint32_t id = 100; id < 200; ++id) {
+        for (uint32_t channels = 1; channels <= 16; ++channels) {
+            const uint32_t tag = id << 16 | channels;
+            const std::vector<uint32_t> ours = ChannelLabels::labels(ChannelLayout{tag, 0, {}});
+            if (ours.empty()) continue;
+            ASSERT_EQ(ours.size(), channels) << id;
+            writeBytes(folder / "tag.caf", cafWithTag(tag));
+            const auto theirs = sndfileLabels(folder / "tag.caf");
+            for (size_t c = 0; c < theirs.size(); ++c) {
+                if (theirs[c] == std::vector<uint32_t>{0}) continue;
+                EXPECT_NE(std::find(theirs[c].begin(), theirs[c].end(), ours[c]), theirs[c].end())
+                    << "tag " << id << " channel " << c << ": " << ours[c];
+            }
+            if (!theirs.empty()) ++compared;
+        }
+    }
+    EXPECT_GE(compared, 50);
+}
+
+TEST(LayoutTags, TagsThatNameNoSpeakersGiveNoLabels) {
+    for (const uint32_t tag : {147U << 16 | 6, 190U << 16 | 16, 191U << 16 | 9, 0xFFFF0000U, 121U << 16 | 5, 1U}) {
+        EXPECT_TRUE(ChannelLabels::labels(ChannelLayout{tag, 0x3F, {1, 2}}).empty()) << std::hex << tag;
+    }
+    EXPECT_TRUE(ChannelLabels::labels(std::nullopt).empty());
+    EXPECT_EQ(ChannelLabels::labels(ChannelLayout{0, 0x3F, {7, 0, 99}}), (std::vector<uint32_t>{7, 0, 99}));
+}
+
+TEST(LayoutTags, BedsComeOutAsTheLayoutsOfTheSystem) {
+    const std::pair<uint32_t, const char*> beds[] = {
+        {100 << 16 | 1, "Mono"},   {101 << 16 | 2, "Stereo"},   {108 << 16 | 4, "Quad"},   {121 << 16 | 6, "5.1"},
+        {128 << 16 | 8, "7.1"},    {123 << 16 | 6, "5.1 Film"}, {195 << 16 | 10, "5.1.4"}, {196 << 16 | 10, "7.1.2"},
+        {192 << 16 | 12, "7.1.4"}, {193 << 16 | 16, "9.1.6"}};
+    for (const auto& [tag, name] : beds) {
+        const auto list = ChannelLabels::speakers(ChannelLabels::labels(ChannelLayout{tag, 0, {}}));
+        ASSERT_TRUE(list) << name;
+        EXPECT_EQ(SourceFormat::speakers(*list).displayName(), name);
+    }
+}
+
+// FFmpeg's native masks use the WAVE bits for the classic eighteen positions.
+TEST(ChannelBitmaps, ReadAsFFmpegNamesTheirChannels) {
+    const std::pair<uint64_t, SpeakerList> masks[] = {
+        {AV_CH_LAYOUT_MONO, {C}},
+        {AV_CH_LAYOUT_QUAD, {L, R, Ls, Rs}},
+        {AV_CH_LAYOUT_5POINT0, {L, R, C, Ls, Rs}},
+        {AV_CH_LAYOUT_5POINT1, {L, R, C, LFE, Ls, Rs}},
+        {AV_CH_LAYOUT_5POINT1_BACK, {L, R, C, LFE, Ls, Rs}},
+        {AV_CH_LAYOUT_6POINT1, {L, R, C, LFE, Cs, Ls, Rs}},
+        {AV_CH_LAYOUT_7POINT1, {L, R, C, LFE, Lrs, Rrs, Ls, Rs}},
+        {AV_CH_LAYOUT_7POINT1_WIDE_BACK, {L, R, C, LFE, Ls, Rs, Lc, Rc}},
+        {AV_CH_LAYOUT_7POINT1 | AV_CH_TOP_FRONT_LEFT | AV_CH_TOP_FRONT_RIGHT | AV_CH_TOP_BACK_LEFT |
+             AV_CH_TOP_BACK_RIGHT,
+         {L, R, C, LFE, Lrs, Rrs, Ls, Rs, Ltf, Rtf, Ltr, Rtr}},
+        {AV_CH_LAYOUT_STEREO | AV_CH_TOP_CENTER, {L, R, Tc}},
+    };
+    for (const auto& [mask, expected] : masks) {
+        const auto labels = ChannelLabels::labels(ChannelLayout{ChannelLabels::useBitmap, uint32_t(mask), {}});
+        EXPECT_EQ(ChannelLabels::speakers(labels), expected) << std::hex << mask;
+    }
+    EXPECT_TRUE(ChannelLabels::labels(ChannelLayout{ChannelLabels::useBitmap, 0, {}}).empty());
+    EXPECT_TRUE(ChannelLabels::labels(ChannelLayout{ChannelLabels::useBitmap, 0x40003, {}}).empty()) << "bit 18";
+}
+
+TEST(ChannelLabelsToSpeakers, RefuseWhatIsUnknownOrTwice) {
+    using Labels = std::vector<uint32_t>;
+    for (const Labels& bad :
+         {Labels{1, 2, 0}, Labels{1, 65}, Labels{14}, Labels{17}, Labels{53}, Labels{200}, Labels{0x20000},
+          Labels{1, 1}, Labels{3, 42}, Labels{4, 37}, Labels{13, 16, 52}, Labels{5, 33, 10}, Labels{10, 55}}) {
+        EXPECT_FALSE(ChannelLabels::speakers(bad)) << testing::PrintToString(bad);
+    }
+    EXPECT_EQ(ChannelLabels::speakers({}), SpeakerList{});
+    EXPECT_EQ(ChannelLabels::speakers({1, 2, 3, 4, 5, 6}), speakers(LayoutID::l51));
+    EXPECT_EQ(ChannelLabels::speakers({1, 2, 3, 4, 5, 6, 10, 11}), (SpeakerList{L, R, C, LFE, Lrs, Rrs, Ls, Rs}));
+    EXPECT_EQ(ChannelLabels::speakers({5, 6, 11}), (SpeakerList{Lrs, Rrs, Rs}));
+    // Side surrounds by their newer labels leave the plain surrounds where they are, so that both collide.
+    EXPECT_FALSE(ChannelLabels::speakers({5, 55}));
+    EXPECT_EQ(ChannelLabels::speakers({35, 36, 60, 61, 63, 64, 55, 56}),
+              (SpeakerList{Lw, Rw, Ltm, Rtm, Lrs, Rrs, Ls, Rs}));
+    EXPECT_EQ(ChannelLabels::speakers({7, 8, 9, 12, 13, 15, 18, 54 - 2, 49, 51}),
+              (SpeakerList{Lc, Rc, Cs, Tc, Ltf, Rtf, Rtr, Ltr, Ltm, Rtm}));
+}
+
+TEST(WaveMasks, MatchTheMasksThatFFmpegWrites) {
+    const std::pair<SpeakerList, uint64_t> masks[] = {
+        {{L, R}, AV_CH_LAYOUT_STEREO},
+        {speakers(LayoutID::l51), AV_CH_LAYOUT_5POINT1_BACK},
+        {*filmOrder(LayoutID::l51), AV_CH_LAYOUT_5POINT1_BACK},
+        {speakers(LayoutID::l71), AV_CH_LAYOUT_7POINT1},
+        {speakers(LayoutID::l714), 0x2D63F},
+        {{Tc, Cs, Lc, Rc},
+         AV_CH_TOP_CENTER | AV_CH_BACK_CENTER | AV_CH_FRONT_LEFT_OF_CENTER | AV_CH_FRONT_RIGHT_OF_CENTER},
+        {{}, 0},
+    };
+    for (const auto& [list, expected] : masks) {
+        const auto mask = WaveMask::mask(list);
+        ASSERT_TRUE(mask);
+        EXPECT_EQ(mask->mask, expected);
+        // Reading the mask back gives the very order that was promised.
+        const auto labels = ChannelLabels::labels(ChannelLayout{ChannelLabels::useBitmap, mask->mask, {}});
+        EXPECT_EQ(ChannelLabels::speakers(labels), mask->order);
+    }
+    EXPECT_EQ(WaveMask::mask(speakers(LayoutID::l714))->order,
+              (SpeakerList{L, R, C, LFE, Lrs, Rrs, Ls, Rs, Ltf, Rtf, Ltr, Rtr}));
+    for (const LayoutID layout : {LayoutID::l712, LayoutID::l916}) EXPECT_FALSE(WaveMask::mask(speakers(layout)));
+    EXPECT_FALSE(WaveMask::mask({L, L}));
+}
+
+}  // namespace
+}  // namespace brindlehum

@@ -1,0 +1,162 @@
+// The speaker vocabulary against its published positions, and the properties that every layout must have.
+#include "audio/speakers.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "audio/source_format.h"
+
+namespace brindlehum {
+namespace {
+
+using enum SpeakerID;
+
+SpeakerList everySpeaker() {
+    SpeakerList out;
+    for (int i = 0; i < speakerCount; ++i) out.push_back(static_cast<SpeakerID>(i));
+    return out;
+}
+
+TEST(Speakers, EveryLeftSpeakerMirrorsItsRightOne) {
+    const std::pair<SpeakerID, SpeakerID> pairs[] = {{L, R},     {Ls, Rs},   {Lrs, Rrs}, {Lw, Rw},
+                                                     {Ltf, Rtf}, {Ltm, Rtm}, {Ltr, Rtr}, {Lc, Rc}};
+    for (const SpeakerList& list : {SpeakerList{}, SpeakerList{Lrs}, SpeakerList{Rrs}}) {
+        for (const auto& [left, right] : pairs) {
+            EXPECT_GT(direction(left, list).az, 0) << rawValue(left);
+            EXPECT_EQ(direction(left, list).az, -direction(right, list).az) << rawValue(left);
+            EXPECT_EQ(direction(left, list).el, direction(right, list).el) << rawValue(left);
+        }
+    }
+}
+
+// ITU-R BS.2051 gives ranges for these positions; ours must lie inside.
+TEST(Speakers, PositionsLieWithinTheBroadcastStandard) {
+    struct Range {
+        SpeakerID speaker;
+        double azLow, azHigh, elLow, elHigh;
+    };
+    const Range ranges[] = {{L, 30, 30, 0, 0},       {C, 0, 0, 0, 0},      {Ls, 85, 110, 0, 0},
+                            {Lrs, 120, 150, 0, 0},   {Lw, 55, 60, 0, 0},   {Ltf, 30, 45, 30, 55},
+                            {Ltr, 110, 135, 30, 55}, {Cs, 180, 180, 0, 0}, {Tc, 0, 0, 90, 90}};
+    for (const Range& r : ranges) {
+        const Direction d = direction(r.speaker, speakers(LayoutID::l916));
+        EXPECT_TRUE(d.az >= r.azLow && d.az <= r.azHigh && d.el >= r.elLow && d.el <= r.elHigh) << rawValue(r.speaker);
+    }
+    EXPECT_EQ(direction(Ltm, {}), (Direction{90, 60}));
+    EXPECT_EQ(direction(Rc, {}), (Direction{-15, 0}));
+    EXPECT_EQ(direction(LFE, {}), direction(C, {}));
+}
+
+TEST(Speakers, SurroundsMoveToTheSideAsSoonAsOneRearSpeakerIsThere) {
+    for (const SpeakerList& list : {SpeakerList{Lrs}, SpeakerList{Rrs}, speakers(LayoutID::l71)}) {
+        EXPECT_EQ(direction(Ls, list), (Direction{90, 0}));
+        EXPECT_EQ(direction(Rs, list), (Direction{-90, 0}));
+        EXPECT_EQ(label(Ls, list), "Lss");
+        EXPECT_EQ(label(Rs, list), "Rss");
+        EXPECT_EQ(label(Lrs, list), "Lrs");
+    }
+    EXPECT_EQ(direction(Ls, speakers(LayoutID::l514)), (Direction{110, 0}));
+    EXPECT_EQ(label(Rs, speakers(LayoutID::l51)), "Rs");
+}
+
+TEST(Speakers, RawValuesLeadBackAndUnknownOnesToNothing) {
+    std::set<std::string_view> names;
+    for (const SpeakerID s : everySpeaker()) {
+        EXPECT_EQ(speakerFromRaw(rawValue(s)), s);
+        names.insert(rawValue(s));
+    }
+    EXPECT_EQ(names.size(), size_t(speakerCount));
+    for (const LayoutID layout : allLayouts) EXPECT_EQ(layoutFromRaw(rawValue(layout)), layout);
+    for (const AmbiNorm norm : {AmbiNorm::sn3d, AmbiNorm::n3d, AmbiNorm::fuma}) {
+        EXPECT_EQ(ambiNormFromRaw(rawValue(norm)), norm);
+    }
+    for (const std::string_view raw : {"", "l", "Lss", "l511", "Stereo", "SN3D"}) {
+        EXPECT_FALSE(speakerFromRaw(raw)) << raw;
+        EXPECT_FALSE(layoutFromRaw(raw)) << raw;
+        EXPECT_FALSE(ambiNormFromRaw(raw)) << raw;
+    }
+}
+
+TEST(Speakers, ALayoutHasTheSpeakersThatItsNameCounts) {
+    const std::pair<LayoutID, std::array<size_t, 3>> counts[] = {
+        // ear level, LFE, top
+        {LayoutID::stereo, {2, 0, 0}}, {LayoutID::l51, {5, 1, 0}},  {LayoutID::l71, {7, 1, 0}},
+        {LayoutID::l514, {5, 1, 4}},   {LayoutID::l712, {7, 1, 2}}, {LayoutID::l714, {7, 1, 4}},
+        {LayoutID::l916, {9, 1, 6}}};
+    for (const auto& [layout, expected] : counts) {
+        std::array<size_t, 3> found{};
+        for (const SpeakerID s : speakers(layout)) ++found[s == LFE ? 1 : direction(s, {}).el > 0 ? 2 : 0];
+        EXPECT_EQ(found, expected) << displayName(layout);
+        const SpeakerList* film = filmOrder(layout);
+        if (!film) continue;
+        EXPECT_TRUE(std::is_permutation(film->begin(), film->end(), speakers(layout).begin(), speakers(layout).end()));
+        EXPECT_EQ(film->at(1), C);
+    }
+}
+
+TEST(Directions, AnglesAreGreatCircles) {
+    EXPECT_NEAR((Direction{30, 0}.angle({-30, 0})), 60, 1e-9);
+    EXPECT_NEAR((Direction{0, 0}.angle({180, 0})), 180, 1e-9);
+    EXPECT_NEAR((Direction{-77, 90}.angle({12, 0})), 90, 1e-9);
+    EXPECT_NEAR((Direction{0, 45}.angle({90, 45})), 60, 1e-9);
+    EXPECT_EQ((Direction{110, 0}.angle({110, 0})), 0);
+    for (const SpeakerID s : everySpeaker()) {
+        const Direction d = direction(s, {});
+        EXPECT_LT(d.angle(Direction::fromVector(d.unitVector())), 1e-5) << rawValue(s);
+    }
+    EXPECT_GT((Direction{90, 0}.unitVector()[1]), 0.99) << "left is positive y";
+}
+
+TEST(SourceFormats, DisplayNames) {
+    const std::pair<SourceFormat, const char*> names[] = {
+        {SourceFormat::mono(), "Mono"},
+        {SourceFormat::stereo(), "Stereo"},
+        {SourceFormat::speakers({L, R, Ls, Rs}), "Quad"},
+        {SourceFormat::speakers(speakers(LayoutID::l51)), "5.1"},
+        {SourceFormat::speakers({L, C, R, Ls, Rs, LFE}), "5.1 Film"},
+        {SourceFormat::speakers({L, C, R, Ls, Rs, Lrs, Rrs, LFE}), "7.1 Film"},
+        {SourceFormat::speakers({L, C, R, Ls, Rs, Lrs, Rrs, LFE, Ltf, Rtf, Ltr, Rtr}), "7.1.4 Film"},
+        {SourceFormat::speakers(speakers(LayoutID::l916)), "9.1.6"},
+        {SourceFormat::speakers({L, R, C}), "3-ch bed"},
+        {SourceFormat::speakers({R, L}), "2-ch bed"},
+        {SourceFormat::ambisonic(1, AmbiNorm::sn3d), "AmbiX 1st order"},
+        {SourceFormat::ambisonic(2, AmbiNorm::n3d), "ACN/N3D 2nd order"},
+        {SourceFormat::ambisonic(7, AmbiNorm::fuma), "FuMa 3rd order"},
+        {SourceFormat::ambisonic(0, AmbiNorm::sn3d), "AmbiX  order"},
+        {SourceFormat::discrete(7), "7-ch discrete"},
+    };
+    for (const auto& [format, name] : names) EXPECT_EQ(format.displayName(), name);
+}
+
+TEST(SourceFormats, OffersByChannelCount) {
+    const std::pair<int, std::vector<std::string>> offers[] = {
+        {-1, {}},
+        {0, {}},
+        {1, {"Mono"}},
+        {2, {"Stereo", "2-ch discrete"}},
+        {3, {"3-ch discrete"}},
+        {4, {"Quad", "AmbiX 1st order", "FuMa 1st order", "4-ch discrete"}},
+        {6, {"5.1", "5.1 Film", "6-ch discrete"}},
+        {8, {"7.1", "7.1 Film", "8-ch discrete"}},
+        {9, {"AmbiX 2nd order", "ACN/N3D 2nd order", "9-ch discrete"}},
+        {10, {"7.1.2", "5.1.4", "10-ch discrete"}},
+        {12, {"7.1.4", "7.1.4 Film", "12-ch discrete"}},
+        {16, {"9.1.6", "AmbiX 3rd order", "ACN/N3D 3rd order", "16-ch discrete"}},
+        {64, {"64-ch discrete"}},
+    };
+    for (const auto& [channels, expected] : offers) {
+        std::vector<std::string> names;
+        for (const SourceFormat& format : SourceFormat::options(channels)) names.push_back(format.displayName());
+        EXPECT_EQ(names, expected) << channels;
+    }
+}
+
+TEST(SourceFormats, ComparisonSeesTheOrderOfSpeakers) {
+    EXPECT_NE(SourceFormat::speakers({L, R, C}), SourceFormat::speakers({L, C, R}));
+    EXPECT_NE(SourceFormat::ambisonic(1, AmbiNorm::sn3d), SourceFormat::ambisonic(1, AmbiNorm::n3d));
+    EXPECT_NE(SourceFormat::discrete(2), SourceFormat::stereo());
+}
+
+}  // namespace
+}  // namespace brindlehum
