@@ -1,0 +1,97 @@
+// AppSettings: its JSON form, forgiving to read and complete to write.
+#include "settings/app_settings.h"
+
+#include <algorithm>
+#include <cmath>
+#include <nlohmann/json.hpp>
+
+#include "audio/error.h"
+#include "home_folder.h"
+
+namespace brindlehum {
+
+namespace {
+
+using nlohmann::json;
+using nlohmann::ordered_json;
+
+// Leaves `field` as it is when the key is absent or doesn't hold a T.
+template <typename T>
+void read(const json& record, const char* key, T& field) {
+    const auto entry = record.find(key);
+    if (entry == record.end()) return;
+    try {
+        field = entry->template get<T>();
+    } catch (const json::exception&) {
+        return;  // an unreadable key is as good as an absent one
+    }
+}
+
+void readProfiles(const json& record, std::vector<OutputProfile>& profiles) {
+    std::vector<OutputProfile> stored;
+    read(record, "profiles", stored);
+    if (!stored.empty()) profiles = std::move(stored);
+}
+
+void readActiveProfile(const json& record, std::optional<UUID>& id) {
+    std::string text;
+    read(record, "activeProfileID", text);
+    id = UUID::parse(text);
+}
+
+// JSON has no infinity and no NaN; written as null they would make the record unreadable.
+void requireFinite(const ordered_json& value) {
+    if (value.is_number_float() && !std::isfinite(value.get<double>())) {
+        throw Error(0, "A setting isn't a finite number");
+    }
+    if (value.is_structured()) std::for_each(value.begin(), value.end(), requireFinite);
+}
+
+}  // namespace
+
+const OutputProfile& AppSettings::activeProfile() const {
+    const auto active = std::find_if(profiles.begin(), profiles.end(),
+                                     [&](const OutputProfile& profile) { return profile.id == activeProfileID; });
+    return active == profiles.end() ? profiles.front() : *active;
+}
+
+std::string AppSettings::defaultPullsFolder() { return homeFolder() / "Music" / "Brindlehum Pulls"; }
+
+std::optional<AppSettings> AppSettings::decode(const std::string& text) {
+    const json record = json::parse(text, nullptr, /*allow_exceptions=*/false);
+    if (!record.is_object()) return std::nullopt;
+    AppSettings settings;
+    readProfiles(record, settings.profiles);
+    readActiveProfile(record, settings.activeProfileID);
+    read(record, "autoPlay", settings.autoPlay);
+    read(record, "finderPanel", settings.finderPanel);
+    read(record, "spacePlaysInFinder", settings.spacePlaysInFinder);
+    read(record, "monoToCenter", settings.monoToCenter);
+    read(record, "pullsFolder", settings.pullsFolder);
+    read(record, "libraryRoots", settings.libraryRoots);
+    read(record, "ytDlpPath", settings.ytDlpPath);
+    read(record, "tempEditsBesideSource", settings.tempEditsBesideSource);
+    read(record, "expertMode", settings.expertMode);
+    read(record, "upmix", settings.upmix);
+    return settings;
+}
+
+std::string AppSettings::encode() const {
+    ordered_json record;
+    record["profiles"] = json(profiles);
+    if (activeProfileID) record["activeProfileID"] = activeProfileID->string();
+    record["autoPlay"] = autoPlay;
+    record["finderPanel"] = finderPanel;
+    record["spacePlaysInFinder"] = spacePlaysInFinder;
+    record["monoToCenter"] = monoToCenter;
+    record["pullsFolder"] = pullsFolder;
+    record["libraryRoots"] = libraryRoots;
+    record["ytDlpPath"] = ytDlpPath;
+    record["tempEditsBesideSource"] = tempEditsBesideSource;
+    record["expertMode"] = expertMode;
+    record["upmix"] = json(upmix);
+    requireFinite(record);
+    return record.dump();
+}
+
+}  // namespace brindlehum

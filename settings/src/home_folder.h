@@ -1,0 +1,19 @@
+// The user's home folder, also where no environment is set up.
+#pragma once
+
+#include <pwd.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+
+namespace brindlehum {
+
+// $HOME when it is an absolute path, else the user database's entry, else "/". Main thread.
+inline std::filesystem::path homeFolder() {
+    if (const char* home = std::getenv("HOME"); home != nullptr && home[0] == '/') return home;
+    const passwd* entry = getpwuid(getuid());
+    return entry != nullptr && entry->pw_dir != nullptr && entry->pw_dir[0] == '/' ? entry->pw_dir : "/";
+}
+
+}  // namespace brindlehum

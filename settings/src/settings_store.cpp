@@ -1,0 +1,35 @@
+// SettingsStore: loads once, writes at each change.
+#include "settings/settings_store.h"
+
+#include <exception>
+#include <utility>
+
+namespace brindlehum {
+
+namespace {
+
+// The version of the record is in the key, not in the record.
+constexpr const char* storageKey = "settings.v1";
+
+AppSettings load(const UserDefaults& defaults) {
+    const std::optional<std::string> text = defaults.data(storageKey);
+    return (text ? AppSettings::decode(*text) : std::nullopt).value_or(AppSettings());
+}
+
+}  // namespace
+
+SettingsStore::SettingsStore(UserDefaults& defaults) : defaults_(defaults), value_(load(defaults)) {}
+
+void SettingsStore::setValue(AppSettings next) {
+    if (next == value_) return;
+    const AppSettings before = std::exchange(value_, next);
+    try {
+        defaults_.set(storageKey, next.encode());
+    } catch (const std::exception&) {
+        // What can't be encoded holds for this run only; the stored record stays as it was.
+    }
+    // `next`, not value_: a receiver may change the settings again.
+    Q_EMIT changed(next, before);
+}
+
+}  // namespace brindlehum

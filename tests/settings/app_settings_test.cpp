@@ -1,0 +1,204 @@
+// The stored record: what comes back from old, newer and damaged texts, and what is written.
+#include "settings/app_settings.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <functional>
+#include <nlohmann/json.hpp>
+#include <set>
+
+namespace brindlehum {
+namespace {
+
+using nlohmann::ordered_json;
+using testing::ElementsAre;
+
+constexpr const char* someID = "0F3C2D1E-4B5A-4978-8695-A4B3C2D1E0FF";
+constexpr const char* goodProfile =
+    R"({"id":"0f3c2d1e-4b5a-4978-8695-a4b3c2d1e0ff","name":"Van","kind":"headphones","deviceUID":"alsa.usb",
+        "layout":"l714","outputs":[2,-1,0],"trimsDB":[0,-1.5],"headphoneLeft":4,"headphoneRight":5})";
+
+std::string withProfileField(const std::string& key, const std::string& json) {
+    ordered_json profile = ordered_json::parse(goodProfile);
+    if (json.empty()) {
+        profile.erase(key);
+    } else {
+        profile[key] = ordered_json::parse(json);
+    }
+    return R"({"autoPlay":false,"profiles":[)" + std::string(goodProfile) + "," + profile.dump() + "]}";
+}
+
+// The default record but for the ids, which are new at each start.
+void expectFactoryProfiles(const std::vector<OutputProfile>& profiles) {
+    ASSERT_EQ(profiles.size(), 3U);
+    std::vector<int> sixteen(16);
+    std::iota(sixteen.begin(), sixteen.end(), 0);
+    const OutputProfile wanted[] = {
+        {profiles[0].id, "Room 9.1.6", OutputProfile::Kind::speakers, {}, LayoutID::l916, sixteen,
+         std::vector<double>(16), 0, 1},
+        {profiles[1].id, "Nearfield", OutputProfile::Kind::speakers, {}, LayoutID::stereo, {0, 1}, {0, 0}, 0, 1},
+        {profiles[2].id, "Headphones", OutputProfile::Kind::headphones, {}, LayoutID::stereo, {0, 1}, {0, 0}, 0, 1}};
+    for (size_t i = 0; i < 3; ++i) EXPECT_EQ(profiles[i], wanted[i]) << wanted[i].name;
+    EXPECT_EQ(std::set<UUID>({profiles[0].id, profiles[1].id, profiles[2].id}).size(), 3U);
+}
+
+TEST(AppSettings, FirstStartHasThreeProfilesAndPlaysInTheRoom) {
+    const AppSettings settings;
+    expectFactoryProfiles(settings.profiles);
+    EXPECT_FALSE(settings.activeProfileID);
+    EXPECT_EQ(settings.activeProfile().name, "Room 9.1.6");
+    EXPECT_NE(settings.profiles[0].id, AppSettings().profiles[0].id);
+}
+
+TEST(AppSettings, ActiveProfileIsTheFirstOfItsIdOrTheFirstOfAll) {
+    AppSettings settings;
+    settings.activeProfileID = settings.profiles[2].id;
+    EXPECT_EQ(&settings.activeProfile(), &settings.profiles[2]);
+    settings.profiles.erase(settings.profiles.begin() + 2);
+    EXPECT_EQ(&settings.activeProfile(), &settings.profiles[0]);
+    settings.profiles.push_back(OutputProfile::newOutput());
+    settings.profiles.push_back(settings.profiles.back());
+    settings.activeProfileID = settings.profiles.back().id;
+    EXPECT_EQ(&settings.activeProfile(), &settings.profiles[2]);
+}
+
+TEST(AppSettings, EveryKeyIsReadOnItsOwn) {
+    struct Case {
+        const char* stored;
+        std::function<void(AppSettings&)> change;  // from the defaults to what must come of it
+    };
+    const Case cases[] = {
+        {"{}", [](AppSettings&) {}},
+        {R"({"autoPlay":false})", [](AppSettings& s) { s.autoPlay = false; }},
+        {R"({"autoPlay":"yes","finderPanel":false})", [](AppSettings& s) { s.finderPanel = false; }},
+        {R"({"autoPlay":0,"expertMode":1,"monoToCenter":null})", [](AppSettings&) {}},
+        {R"({"spacePlaysInFinder":false,"monoToCenter":false,"tempEditsBesideSource":false,"expertMode":true})",
+         [](AppSettings& s) {
+             s.spacePlaysInFinder = s.monoToCenter = s.tempEditsBesideSource = false;
+             s.expertMode = true;
+         }},
+        {R"({"pullsFolder":7,"libraryRoots":["/a",3],"ytDlpPath":"/opt/get"})",
+         [](AppSettings& s) { s.ytDlpPath = "/opt/get"; }},
+        {R"({"pullsFolder":"/p \u00e9","libraryRoots":["/a","/b"],"newer":{"key":[1]}})",
+         [](AppSettings& s) {
+             s.pullsFolder = "/p \xC3\xA9";
+             s.libraryRoots = {"/a", "/b"};
+         }},
+        {R"({"libraryRoots":{"0":"/a"},"activeProfileID":12,"profiles":"none","upmix":5})", [](AppSettings&) {}},
+        {R"({"activeProfileID":"0F3C2D1E4B5A49788695A4B3C2D1E0FF","profiles":[]})", [](AppSettings&) {}},
+        {R"({"activeProfileID":"0f3c2d1e-4b5a-4978-8695-a4b3c2d1e0ff"})",
+         [](AppSettings& s) { s.activeProfileID = UUID::parse(someID); }},
+        {R"({"upmix":{"enabled":true,"preset":"hall"}})",
+         [](AppSettings& s) { s.upmix = {true, UpmixPreset::hall, params(UpmixPreset::hall)}; }},
+    };
+    for (const Case& c : cases) {
+        const std::optional<AppSettings> read = AppSettings::decode(c.stored);
+        ASSERT_TRUE(read) << c.stored;
+        expectFactoryProfiles(read->profiles);
+        AppSettings wanted;
+        wanted.profiles = read->profiles;
+        c.change(wanted);
+        EXPECT_EQ(*read, wanted) << c.stored;
+    }
+}
+
+TEST(AppSettings, OneBadProfileFieldDropsTheWholeListAndNothingElse) {
+    struct Case {
+        const char* key;
+        const char* json;
+    };
+    for (const auto& [key, json] : std::initializer_list<Case>{
+             {"id", ""}, {"id", "\"0f3c2d1e\""}, {"id", "3"}, {"name", ""}, {"name", "null"}, {"kind", "\"Speakers\""},
+             {"kind", ""}, {"deviceUID", "5"}, {"layout", "\"22.2\""}, {"layout", ""}, {"outputs", ""},
+             {"outputs", "[0,1.5]"}, {"outputs", "[true]"}, {"outputs", "[4294967296]"}, {"outputs", "{\"a\":1}"},
+             {"trimsDB", ""}, {"trimsDB", "[\"0\"]"}, {"headphoneLeft", ""}, {"headphoneRight", "\"1\""}}) {
+        const std::string stored = withProfileField(key, json);
+        const std::optional<AppSettings> read = AppSettings::decode(stored);
+        ASSERT_TRUE(read) << stored;
+        expectFactoryProfiles(read->profiles);
+        EXPECT_FALSE(read->autoPlay) << stored;
+    }
+    for (const auto& [key, json] : std::initializer_list<Case>{
+             {"deviceUID", ""}, {"deviceUID", "null"}, {"outputs", "[]"}, {"outputs", "[3.0]"}, {"later", "1"}}) {
+        const std::string stored = withProfileField(key, json);
+        ASSERT_EQ(AppSettings::decode(stored)->profiles.size(), 2U) << stored;
+        const OutputProfile first = AppSettings::decode(stored)->profiles[0];
+        EXPECT_EQ(first, (OutputProfile{*UUID::parse(someID), "Van", OutputProfile::Kind::headphones, "alsa.usb",
+                                        LayoutID::l714, {2, -1, 0}, {0, -1.5}, 4, 5}));
+    }
+}
+
+TEST(AppSettings, WhatIsNoObjectGivesNothing) {
+    for (const char* text : {"", "[]", "3", "null", "{", "{\"autoPlay\":false", "{} x", "{\"a\":\"\xff\"}", "\0"}) {
+        EXPECT_FALSE(AppSettings::decode(text)) << text;
+    }
+    EXPECT_FALSE(AppSettings::decode(std::string(100000, '[')));
+}
+
+TEST(AppSettings, WritesEveryKeyInOrderAndReadsItBack) {
+    AppSettings settings;
+    std::vector<std::string> keys = {"profiles",     "autoPlay",  "finderPanel",           "spacePlaysInFinder",
+                                     "monoToCenter", "pullsFolder", "libraryRoots",        "ytDlpPath",
+                                     "tempEditsBesideSource", "expertMode", "upmix"};
+    const auto keysOf = [](const ordered_json& object) {
+        std::vector<std::string> names;
+        for (const auto& [name, value] : object.items()) names.push_back(name);
+        return names;
+    };
+    ordered_json written = ordered_json::parse(settings.encode());
+    EXPECT_EQ(keysOf(written), keys);
+    EXPECT_FALSE(written["profiles"][0].contains("deviceUID"));
+    EXPECT_EQ(written["profiles"][0].size(), 8U);
+    EXPECT_EQ(written["profiles"][0]["id"], settings.profiles[0].id.string());
+    EXPECT_EQ(written["profiles"][0]["layout"], "l916");
+    EXPECT_EQ(written["profiles"][2]["kind"], "headphones");
+
+    settings.profiles[1] = {*UUID::parse(someID), "Van \"\\\xE2\x99\xAA", OutputProfile::Kind::headphones, "a.b",
+                            LayoutID::l712, {5, -1}, {-0.1, 1e-300}, 7, 6};
+    settings.activeProfileID = settings.profiles[1].id;
+    settings.libraryRoots = {"/x", ""};
+    settings.upmix.params.stage = 41.25;
+    keys.insert(keys.begin() + 1, "activeProfileID");
+    written = ordered_json::parse(settings.encode());
+    EXPECT_EQ(keysOf(written), keys);
+    EXPECT_EQ(written["activeProfileID"], someID);
+    EXPECT_EQ(written["profiles"][1]["deviceUID"], "a.b");
+    EXPECT_EQ(AppSettings::decode(settings.encode()), settings);
+}
+
+TEST(AppSettings, RefusesToWriteWhatJsonCannotHold) {
+    for (const double bad : {std::nan(""), double(INFINITY)}) {
+        AppSettings trimmed;
+        trimmed.profiles[1].trimsDB[1] = bad;
+        EXPECT_ANY_THROW(trimmed.encode());
+        AppSettings upmixed;
+        upmixed.upmix.params.stage = bad;
+        EXPECT_ANY_THROW(upmixed.encode());
+    }
+    AppSettings named;
+    named.profiles[0].name = "\xff";
+    EXPECT_ANY_THROW(named.encode());
+}
+
+TEST(UUID, KeepsItsTextAndTheMarksOfARandomOne) {
+    EXPECT_EQ(UUID::parse("0f3c2d1e-4b5a-4978-8695-a4b3c2d1e0ff")->string(), someID);
+    EXPECT_EQ(UUID::parse(someID)->bytes[0], 0x0F);
+    std::set<UUID> seen;
+    for (int i = 0; i < 200; ++i) {
+        const UUID id = UUID::random();
+        EXPECT_EQ(id.string()[14], '4');                                 // version
+        EXPECT_NE(std::string("89AB").find(id.string()[19]), std::string::npos);  // variant
+        EXPECT_EQ(UUID::parse(id.string()), id);
+        seen.insert(id);
+    }
+    EXPECT_EQ(seen.size(), 200U);
+    for (const std::string text : {"", "0F3C2D1E", "{0F3C2D1E-4B5A-4978-8695-A4B3C2D1E0FF}",
+                                   "0F3C2D1E-4B5A-4978-8695-A4B3C2D1E0FG", "0F3C2D1E-4B5A-4978-8695-A4B3C2D1E0FF "}) {
+        EXPECT_FALSE(UUID::parse(text)) << text;
+    }
+}
+
+}  // namespace
+}  // namespace brindlehum
