@@ -55,7 +55,9 @@ const OutputProfile& AppSettings::activeProfile() const {
     return active == profiles.end() ? profiles.front() : *active;
 }
 
-std::string AppSettings::defaultPullsFolder() { return homeFolder() / "Music" / "Brindlehum Pulls"; }
+std::string AppSettings::defaultPullsFolder() {
+    return homeFolder() / "Music" / "Brindlehum Pulls";
+}
 
 std::optional<AppSettings> AppSettings::decode(const std::string& text) {
     const json record = json::parse(text, nullptr, /*allow_exceptions=*/false);

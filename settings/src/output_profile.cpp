@@ -73,7 +73,9 @@ std::vector<OutputProfile> OutputProfile::defaults() {
             makeProfile("Headphones", Kind::headphones, LayoutID::stereo)};
 }
 
-OutputProfile OutputProfile::newOutput() { return makeProfile("New Output", Kind::speakers, LayoutID::stereo); }
+OutputProfile OutputProfile::newOutput() {
+    return makeProfile("New Output", Kind::speakers, LayoutID::stereo);
+}
 
 std::string_view rawValue(OutputProfile::Kind kind) {
     return kind == OutputProfile::Kind::speakers ? "speakers" : "headphones";

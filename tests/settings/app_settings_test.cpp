@@ -7,6 +7,7 @@
 #include <cmath>
 #include <functional>
 #include <nlohmann/json.hpp>
+#include <numeric>
 #include <set>
 
 namespace brindlehum {
@@ -36,8 +37,15 @@ void expectFactoryProfiles(const std::vector<OutputProfile>& profiles) {
     std::vector<int> sixteen(16);
     std::iota(sixteen.begin(), sixteen.end(), 0);
     const OutputProfile wanted[] = {
-        {profiles[0].id, "Room 9.1.6", OutputProfile::Kind::speakers, {}, LayoutID::l916, sixteen,
-         std::vector<double>(16), 0, 1},
+        {profiles[0].id,
+         "Room 9.1.6",
+         OutputProfile::Kind::speakers,
+         {},
+         LayoutID::l916,
+         sixteen,
+         std::vector<double>(16),
+         0,
+         1},
         {profiles[1].id, "Nearfield", OutputProfile::Kind::speakers, {}, LayoutID::stereo, {0, 1}, {0, 0}, 0, 1},
         {profiles[2].id, "Headphones", OutputProfile::Kind::headphones, {}, LayoutID::stereo, {0, 1}, {0, 0}, 0, 1}};
     for (size_t i = 0; i < 3; ++i) EXPECT_EQ(profiles[i], wanted[i]) << wanted[i].name;
@@ -91,7 +99,9 @@ TEST(AppSettings, EveryKeyIsReadOnItsOwn) {
         {R"({"activeProfileID":"0f3c2d1e-4b5a-4978-8695-a4b3c2d1e0ff"})",
          [](AppSettings& s) { s.activeProfileID = UUID::parse(someID); }},
         {R"({"upmix":{"enabled":true,"preset":"hall"}})",
-         [](AppSettings& s) { s.upmix = {true, UpmixPreset::hall, params(UpmixPreset::hall)}; }},
+         [](AppSettings& s) {
+             s.upmix = {true, UpmixPreset::hall, params(UpmixPreset::hall)};
+         }},
     };
     for (const Case& c : cases) {
         const std::optional<AppSettings> read = AppSettings::decode(c.stored);
@@ -109,11 +119,25 @@ TEST(AppSettings, OneBadProfileFieldDropsTheWholeListAndNothingElse) {
         const char* key;
         const char* json;
     };
-    for (const auto& [key, json] : std::initializer_list<Case>{
-             {"id", ""}, {"id", "\"0f3c2d1e\""}, {"id", "3"}, {"name", ""}, {"name", "null"}, {"kind", "\"Speakers\""},
-             {"kind", ""}, {"deviceUID", "5"}, {"layout", "\"22.2\""}, {"layout", ""}, {"outputs", ""},
-             {"outputs", "[0,1.5]"}, {"outputs", "[true]"}, {"outputs", "[4294967296]"}, {"outputs", "{\"a\":1}"},
-             {"trimsDB", ""}, {"trimsDB", "[\"0\"]"}, {"headphoneLeft", ""}, {"headphoneRight", "\"1\""}}) {
+    for (const auto& [key, json] : std::initializer_list<Case>{{"id", ""},
+                                                               {"id", "\"0f3c2d1e\""},
+                                                               {"id", "3"},
+                                                               {"name", ""},
+                                                               {"name", "null"},
+                                                               {"kind", "\"Speakers\""},
+                                                               {"kind", ""},
+                                                               {"deviceUID", "5"},
+                                                               {"layout", "\"22.2\""},
+                                                               {"layout", ""},
+                                                               {"outputs", ""},
+                                                               {"outputs", "[0,1.5]"},
+                                                               {"outputs", "[true]"},
+                                                               {"outputs", "[4294967296]"},
+                                                               {"outputs", "{\"a\":1}"},
+                                                               {"trimsDB", ""},
+                                                               {"trimsDB", "[\"0\"]"},
+                                                               {"headphoneLeft", ""},
+                                                               {"headphoneRight", "\"1\""}}) {
         const std::string stored = withProfileField(key, json);
         const std::optional<AppSettings> read = AppSettings::decode(stored);
         ASSERT_TRUE(read) << stored;
@@ -125,8 +149,15 @@ TEST(AppSettings, OneBadProfileFieldDropsTheWholeListAndNothingElse) {
         const std::string stored = withProfileField(key, json);
         ASSERT_EQ(AppSettings::decode(stored)->profiles.size(), 2U) << stored;
         const OutputProfile first = AppSettings::decode(stored)->profiles[0];
-        EXPECT_EQ(first, (OutputProfile{*UUID::parse(someID), "Van", OutputProfile::Kind::headphones, "alsa.usb",
-                                        LayoutID::l714, {2, -1, 0}, {0, -1.5}, 4, 5}));
+        EXPECT_EQ(first, (OutputProfile{*UUID::parse(someID),
+                                        "Van",
+                                        OutputProfile::Kind::headphones,
+                                        "alsa.usb",
+                                        LayoutID::l714,
+                                        {2, -1, 0},
+                                        {0, -1.5},
+                                        4,
+                                        5}));
     }
 }
 
@@ -139,9 +170,9 @@ TEST(AppSettings, WhatIsNoObjectGivesNothing) {
 
 TEST(AppSettings, WritesEveryKeyInOrderAndReadsItBack) {
     AppSettings settings;
-    std::vector<std::string> keys = {"profiles",     "autoPlay",  "finderPanel",           "spacePlaysInFinder",
-                                     "monoToCenter", "pullsFolder", "libraryRoots",        "ytDlpPath",
-                                     "tempEditsBesideSource", "expertMode", "upmix"};
+    std::vector<std::string> keys = {
+        "profiles",     "autoPlay",  "finderPanel",           "spacePlaysInFinder", "monoToCenter", "pullsFolder",
+        "libraryRoots", "ytDlpPath", "tempEditsBesideSource", "expertMode",         "upmix"};
     const auto keysOf = [](const ordered_json& object) {
         std::vector<std::string> names;
         for (const auto& [name, value] : object.items()) names.push_back(name);
@@ -155,8 +186,15 @@ TEST(AppSettings, WritesEveryKeyInOrderAndReadsItBack) {
     EXPECT_EQ(written["profiles"][0]["layout"], "l916");
     EXPECT_EQ(written["profiles"][2]["kind"], "headphones");
 
-    settings.profiles[1] = {*UUID::parse(someID), "Van \"\\\xE2\x99\xAA", OutputProfile::Kind::headphones, "a.b",
-                            LayoutID::l712, {5, -1}, {-0.1, 1e-300}, 7, 6};
+    settings.profiles[1] = {*UUID::parse(someID),
+                            "Van \"\\\xE2\x99\xAA",
+                            OutputProfile::Kind::headphones,
+                            "a.b",
+                            LayoutID::l712,
+                            {5, -1},
+                            {-0.1, 1e-300},
+                            7,
+                            6};
     settings.activeProfileID = settings.profiles[1].id;
     settings.libraryRoots = {"/x", ""};
     settings.upmix.params.stage = 41.25;
@@ -188,7 +226,7 @@ TEST(UUID, KeepsItsTextAndTheMarksOfARandomOne) {
     std::set<UUID> seen;
     for (int i = 0; i < 200; ++i) {
         const UUID id = UUID::random();
-        EXPECT_EQ(id.string()[14], '4');                                 // version
+        EXPECT_EQ(id.string()[14], '4');                                          // version
         EXPECT_NE(std::string("89AB").find(id.string()[19]), std::string::npos);  // variant
         EXPECT_EQ(UUID::parse(id.string()), id);
         seen.insert(id);

@@ -1,0 +1,88 @@
+// The store: when it writes, when it announces, and what it makes of the stored text.
+#include "settings/settings_store.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace brindlehum {
+namespace {
+
+constexpr const char* key = "settings.v1";
+
+TEST(SettingsStore, FirstStartAndUnreadableTextGiveDefaultsAndWriteNothing) {
+    for (const char* stored : {static_cast<const char*>(nullptr), "", "[]", "{\"autoPlay\":"}) {
+        MemoryDefaults defaults;
+        if (stored != nullptr) defaults.set(key, stored);
+        const int before = defaults.writes;
+        SettingsStore store(defaults);
+        EXPECT_EQ(store.value().profiles.size(), 3U);
+        EXPECT_TRUE(store.value().autoPlay);
+        EXPECT_EQ(store.activeProfile().name, "Room 9.1.6");
+        EXPECT_EQ(defaults.writes, before);
+        store.change([](AppSettings& s) { s.expertMode = true; });
+        EXPECT_EQ(AppSettings::decode(*defaults.data(key)), store.value());
+    }
+}
+
+TEST(SettingsStore, ADifferenceIsStoredBeforeItIsAnnounced) {
+    MemoryDefaults defaults;
+    SettingsStore store(defaults);
+    std::vector<std::pair<bool, bool>> seen;
+    QObject::connect(&store, &SettingsStore::changed, [&](const AppSettings& now, const AppSettings& before) {
+        EXPECT_EQ(AppSettings::decode(*defaults.data(key)), now);
+        EXPECT_EQ(store.value(), now);
+        seen.emplace_back(now.autoPlay, before.autoPlay);
+    });
+    store.change([](AppSettings& s) { s.autoPlay = false; });
+    store.change([](AppSettings& s) { s.profiles[1].trimsDB[0] = -3; });
+    store.change([](AppSettings& s) { s.upmix.params.stage += 1; });
+    EXPECT_EQ(defaults.writes, 3);
+    store.setValue(AppSettings(store.value()));
+    store.change([](AppSettings& s) { s.profiles[1].trimsDB[0] = -3; });
+    EXPECT_EQ(defaults.writes, 3) << "an equal record writes nothing";
+    EXPECT_EQ(seen, (std::vector<std::pair<bool, bool>>{{false, true}, {false, false}, {false, false}}));
+    EXPECT_EQ(SettingsStore(defaults).value(), store.value());
+}
+
+TEST(SettingsStore, ADanglingProfileIdStaysStored) {
+    MemoryDefaults defaults;
+    SettingsStore store(defaults);
+    const UUID gone = store.value().profiles[2].id;
+    store.change([&](AppSettings& s) { s.activeProfileID = gone; });
+    EXPECT_EQ(store.activeProfile().kind, OutputProfile::Kind::headphones);
+    store.change([](AppSettings& s) { s.profiles.pop_back(); });
+    SettingsStore next(defaults);
+    EXPECT_EQ(next.activeProfile().name, "Room 9.1.6");
+    EXPECT_EQ(next.value().activeProfileID, gone);
+}
+
+TEST(SettingsStore, WhatCannotBeEncodedHoldsInMemoryOnly) {
+    MemoryDefaults defaults;
+    SettingsStore store(defaults);
+    store.change([](AppSettings& s) { s.monoToCenter = false; });
+    const auto stored = defaults.data(key);
+    int announced = 0;
+    QObject::connect(&store, &SettingsStore::changed, [&] { ++announced; });
+    store.change([](AppSettings& s) { s.profiles[0].trimsDB[0] = std::nan(""); });
+    EXPECT_TRUE(std::isnan(store.value().profiles[0].trimsDB[0]));
+    EXPECT_EQ(defaults.data(key), stored);
+    EXPECT_EQ(announced, 1);
+}
+
+TEST(SettingsStore, AReceiverMayChangeTheSettingsAgain) {
+    MemoryDefaults defaults;
+    SettingsStore store(defaults);
+    QObject::connect(&store, &SettingsStore::changed, [&](const AppSettings& now, const AppSettings&) {
+        if (now.expertMode) return;
+        const std::string path = now.ytDlpPath;
+        store.change([](AppSettings& s) { s.expertMode = true; });
+        EXPECT_FALSE(now.expertMode) << "the record in hand must not change under the receiver";
+        EXPECT_EQ(now.ytDlpPath, path);
+    });
+    store.change([](AppSettings& s) { s.ytDlpPath = "/opt/get"; });
+    EXPECT_TRUE(AppSettings::decode(*defaults.data(key))->expertMode);
+}
+
+}  // namespace
+}  // namespace brindlehum
