@@ -33,6 +33,8 @@ class AppModel : public QObject {
 public:
     explicit AppModel(Platform platform);
     ~AppModel() override;
+    // The one of this process; null before it has been made.
+    static AppModel* shared();
 
     // Opens the control port and starts observing the settings. Once.
     void start(uint16_t controlPort = ControlServer::port);
@@ -45,7 +47,7 @@ public:
     // Set by the windows when they exist.
     std::function<void(const std::string& id)> openWindowAction;
 
-    // The command table of the control port.
+    // The command table of the control port. A command of a model that isn't there is an unknown one.
     nlohmann::json handle(const std::string& command, const ControlParams& params);
 
     SettingsStore& settings() { return settings_; }
@@ -56,6 +58,8 @@ public:
 
 private:
     nlohmann::json ok() const;
+    nlohmann::json status() const;
+    void selectProfile(const ControlParams& params);
     Platform platform_;
     WorkerPool pool_;
     SettingsStore settings_;

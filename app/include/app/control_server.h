@@ -3,37 +3,25 @@
 
 #include <QObject>
 #include <cstdint>
-#include <functional>
-#include <map>
+#include <list>
 #include <memory>
-#include <nlohmann/json.hpp>
-#include <optional>
-#include <string>
+
+#include "app/control_protocol.h"
 
 class QTcpServer;
 
 namespace brindlehum {
 
-using ControlParams = std::map<std::string, std::string>;
-
-// The browser-facing rules as pure functions of the request head.
-namespace ControlProtocol {
-
-inline constexpr size_t maxHead = 16384;  // bytes
-
-using Handler = std::function<nlohmann::json(const std::string& command, const ControlParams& params)>;
-// The whole response to a request head (without its closing empty line); `handler` may be empty.
-std::string respond(const std::string& head, const Handler& handler);
-// UTF-8 with every invalid sequence replaced by U+FFFD.
-std::string repaired(const std::string& bytes);
-
-}  // namespace ControlProtocol
+class ControlConnection;
 
 // Main thread: a command runs like a user action and needs no lock.
 class ControlServer : public QObject {
     Q_OBJECT
 public:
     static constexpr uint16_t port = 47806;
+    // Connections held at once. One more ends the one that has been there longest, so that clients which connect
+    // and then keep silent never shut the others out.
+    static constexpr size_t maxConnections = 256;
 
     explicit ControlServer(QObject* parent = nullptr);
     ~ControlServer() override;
@@ -48,6 +36,7 @@ public:
 private:
     void accept();
     std::unique_ptr<QTcpServer> listener_;
+    std::list<ControlConnection*> connections_;  // oldest first; children of the listener
 };
 
 }  // namespace brindlehum

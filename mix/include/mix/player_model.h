@@ -98,6 +98,7 @@ public:
     // Stops and puts the playhead back to the selection's start, or to the cue.
     void stopAndReturn();
     void selectProfile(const UUID& id);
+    // To be called when the active profile or what it holds has changed.
     void profileChanged();
     // The file to hand over in a drag; none (and a message) when it can't be made.
     std::optional<std::filesystem::path> exportForDrag(bool selectionOnly);
@@ -108,11 +109,31 @@ public:
     // Called before a start, so that other players give way.
     std::function<void()> onWillPlay;
 
+    // Where files are opened and streams prefilled; tests drain it.
+    SerialQueue& queue() { return queue_; }
+
 Q_SIGNALS:
     void changed();
 
 private:
-    // [defined by its implementation]
+    void didLoad(AudioFileInfo info, bool autoPlay);
+    void loadFailed(const std::filesystem::path& url);
+    void loadWaveform();
+    void cancelWaveform();
+    void startStream(int64_t start, int64_t end, int64_t low);
+    void streamReady(std::shared_ptr<StreamReader> reader, int64_t start, double rate);
+    void stopPlayback();
+    void returnPlayhead();
+    void tick();
+    MixConfig makeConfig();
+    void applyConfig();
+    void sourceChanged();
+    void deviceChanged();
+    // The frame from which a playing or starting stream goes on; none when stopped.
+    std::optional<int64_t> resumeFrame() const;
+    void fail(std::string message);
+    void checkDragExport();
+
     PlaybackEngine& engine_;
     SettingsStore& settings_;
     MainLoop& loopSeam_;
@@ -130,7 +151,14 @@ private:
     UpmixSettings upmix_;
     double volumeDB_ = 0;
     std::optional<std::string> message_;
-    int64_t cueFrame_ = 0;
+    int64_t cueFrame_ = 0;             // where stop returns to
+    std::optional<int64_t> starting_;  // a start is under way on the queue, from this frame
+    int64_t loadGen_ = 0;              // counts loads: the result of an older one is dropped
+    int64_t playGen_ = 0;              // counts starts and stops, likewise
+    int64_t profileGen_ = 0;           // counts profileChanged()
+    std::shared_ptr<WaveformLoader> waveLoader_;
+    TimerHandle timer_;
+    SerialQueue queue_{"Brindlehum.loader"};
 };
 
 }  // namespace brindlehum

@@ -1,0 +1,77 @@
+#include "control_connection.h"
+
+#include <sys/socket.h>
+
+#include <QTcpSocket>
+#include <algorithm>
+
+#include "app/control_server.h"
+
+namespace brindlehum {
+
+namespace {
+
+constexpr qint64 chunk = 16384;  // bytes taken at once
+// Bytes that a client may send after its head before we hang up on it.
+constexpr qint64 maxDiscarded = 1 << 20;
+
+}  // namespace
+
+ControlConnection::ControlConnection(QTcpSocket* socket, ControlServer& server, QObject* parent)
+    : QObject(parent), socket_(socket), server_(server) {
+    socket_->setParent(this);
+    socket_->setReadBufferSize(chunk);
+    connect(socket_, &QTcpSocket::readyRead, this, &ControlConnection::readyRead);
+    connect(socket_, &QTcpSocket::disconnected, this, &QObject::deleteLater);
+    // What came before the connections above has made its signal already, or has ended the socket.
+    if (socket_->state() != QAbstractSocket::ConnectedState) {
+        deleteLater();
+    } else if (socket_->bytesAvailable() > 0) {
+        readyRead();
+    }
+}
+
+void ControlConnection::drop() {
+    responded_ = true;
+    socket_->abort();
+    deleteLater();
+}
+
+void ControlConnection::readyRead() {
+    while (socket_->bytesAvailable() > 0) {
+        const QByteArray bytes = socket_->read(chunk);
+        if (bytes.isEmpty()) return;
+        if (responded_) {
+            discarded_ += bytes.size();
+            if (discarded_ > maxDiscarded) return drop();
+        } else if (!collect(bytes)) {
+            return drop();
+        }
+    }
+}
+
+// False when the head has grown past its limit.
+bool ControlConnection::collect(const QByteArray& bytes) {
+    // The terminator may lie across the seam.
+    const qsizetype from = std::max<qsizetype>(buffer_.size() - 3, 0);
+    buffer_ += bytes;
+    const qsizetype end = buffer_.indexOf("\r\n\r\n", from);
+    if (end < 0) return size_t(buffer_.size()) <= ControlProtocol::maxHead;
+    respond(end);
+    return true;
+}
+
+void ControlConnection::respond(qsizetype headSize) {
+    responded_ = true;
+    const std::string head = ControlProtocol::repaired(buffer_.left(headSize).toStdString());
+    buffer_.clear();
+    const std::string response = ControlProtocol::respond(head, server_.handler);
+    socket_->write(response.data(), qint64(response.size()));
+    socket_->flush();
+    // Responses are far smaller than a socket's buffer, so all of it is on its way. We close our side only and read
+    // on: closing a socket with bytes unread (a body, a second request) resets the connection, which may take the
+    // response from the client's hands.
+    ::shutdown(int(socket_->socketDescriptor()), SHUT_WR);
+}
+
+}  // namespace brindlehum

@@ -1,0 +1,49 @@
+#include "app/control_server.h"
+
+#include <QHostAddress>
+#include <QNetworkProxy>
+#include <QTcpServer>
+#include <QTcpSocket>
+
+#include "control_connection.h"
+
+namespace brindlehum {
+
+ControlServer::ControlServer(QObject* parent) : QObject(parent) {}
+
+ControlServer::~ControlServer() = default;
+
+void ControlServer::start(uint16_t onPort) {
+    if (listener_) return;
+    auto listener = std::make_unique<QTcpServer>();
+    listener->setProxy(QNetworkProxy::NoProxy);
+    listener->setListenBacklogSize(int(maxConnections));
+    listener->setMaxPendingConnections(int(maxConnections));
+    // Qt sets the address for reuse, so a restart needn't wait for old connections to time out.
+    if (!listener->listen(QHostAddress::LocalHost, onPort)) return;
+    listener_ = std::move(listener);
+    connect(listener_.get(), &QTcpServer::newConnection, this, &ControlServer::accept);
+}
+
+bool ControlServer::isListening() const {
+    return listener_ != nullptr;
+}
+
+uint16_t ControlServer::listeningPort() const {
+    return listener_ ? listener_->serverPort() : 0;
+}
+
+void ControlServer::accept() {
+    while (QTcpSocket* socket = listener_->nextPendingConnection()) {
+        auto* connection = new ControlConnection(socket, *this, listener_.get());
+        connections_.push_back(connection);
+        connect(connection, &QObject::destroyed, this, [this, connection] { connections_.remove(connection); });
+        if (connections_.size() > maxConnections) {
+            ControlConnection* oldest = connections_.front();
+            connections_.pop_front();
+            oldest->drop();
+        }
+    }
+}
+
+}  // namespace brindlehum

@@ -1,0 +1,210 @@
+#include "mix/playback_engine.h"
+
+#include <algorithm>
+
+#include "audio/error.h"
+#include "binaural_loader.h"
+#include "mix/hrtf_set.h"
+#include "render_watch.h"
+
+namespace brindlehum {
+
+// The record that the render side reads, with the matrix it points to.
+struct PlaybackEngine::PublishedConfig {
+    explicit PublishedConfig(const MixConfig& config) : matrix(config.matrix) {
+        const size_t cells = size_t(std::max(config.rows, 0)) * size_t(std::max(config.inChannels, 0));
+        matrix.resize(std::max<size_t>(cells, 1));
+        record.in_channels = config.inChannels;
+        record.rows = config.rows;
+        record.to_binaural = config.toBinaural ? 1 : 0;
+        record.bin_left = config.binLeft;
+        record.bin_right = config.binRight;
+        record.matrix = matrix.data();
+        record.upmix_offset = config.upmixOffset;
+    }
+    std::vector<float> matrix;
+    mn_mix_config record{};
+};
+
+std::shared_ptr<BinauralStage> PlaybackEngine::sharedSetStage(double sampleRate) {
+    return std::make_shared<BinauralStage>(HRTFSet::shared(sampleRate));
+}
+
+PlaybackEngine::PlaybackEngine(AudioSystem& audio, MainLoop& loop, StageMaker makeStage)
+    : loop_(loop),
+      audio_(audio),
+      devices_(audio),
+      ctx_(std::make_unique<RenderContext>()),
+      watch_(std::make_shared<RenderWatch>(*ctx_)),
+      loader_(
+          std::make_unique<BinauralLoader>(loop, std::move(makeStage), [this](double rate) { stageLoaded(rate); })) {
+    loader_->prepare(sampleRate_);
+}
+
+PlaybackEngine::~PlaybackEngine() {
+    teardown();
+    if (current_) current_->cancel();
+}
+
+// MARK: device
+
+bool PlaybackEngine::isOpenFor(const std::optional<std::string>& deviceUID) const {
+    if (!stream_ || configuredKey_ != deviceUID.value_or("default") || !stream_->isCurrent()) return false;
+    return !standsIn_ || !deviceUID || !devices_.deviceID(*deviceUID);
+}
+
+void PlaybackEngine::configure(const std::optional<std::string>& deviceUID, bool force) {
+    if (!force && isOpenFor(deviceUID)) return;
+    teardown();
+    open(deviceUID);
+    loader_->prepare(sampleRate_);
+}
+
+void PlaybackEngine::open(const std::optional<std::string>& deviceUID) {
+    auto id = deviceUID ? devices_.deviceID(*deviceUID) : std::nullopt;
+    const bool followsDefault = !id;
+    if (!id) id = devices_.defaultOutput();
+    if (!id) throw Error(10, "Couldn't open the output device");
+
+    auto token = std::make_shared<bool>(true);
+    // Handled a turn of the loop later, since handling it destroys the stream that is calling.
+    auto onChange = [this, weak = std::weak_ptr(token)] {
+        loop_.post([this, weak] {
+            if (!weak.lock()) return;
+            configuredKey_.reset();
+            if (onDeviceChange) onDeviceChange();
+        });
+    };
+    auto stream = audio_.openOutput(*id, followsDefault, *watch_, std::move(onChange));
+    if (!stream || stream->channels() < 1 || !(stream->sampleRate() > 0)) {
+        throw Error(10, "Output device has no usable channels");
+    }
+    stream_ = std::move(stream);
+    streamToken_ = std::move(token);
+    standsIn_ = followsDefault && deviceUID;
+    configuredKey_ = deviceUID.value_or("default");
+    deviceChannels_ = std::min(stream_->channels(), RenderContext::maxDeviceChannels);
+    sampleRate_ = stream_->sampleRate();
+    deviceName_ = devices_.name(deviceUID);
+}
+
+void PlaybackEngine::teardown() {
+    streamToken_.reset();
+    stream_.reset();
+    watch_->setRunning(false);
+    configuredKey_.reset();
+    waiting_.reset();
+    ctx_->setBinauralStage(nullptr);
+    ctx_->forgetPrevious();
+    if (stage_) stage_->reset();
+    stage_.reset();
+}
+
+// MARK: configuration
+
+void PlaybackEngine::setConfig(const MixConfig& config) {
+    waiting_.reset();
+    if (config.toBinaural && !loader_->stage(sampleRate_)) {
+        replaceConfig(nullptr);
+        waiting_ = config;
+        return;
+    }
+    publish(config);
+}
+
+void PlaybackEngine::publish(const MixConfig& config) {
+    if (config.toBinaural) {
+        if (!stage_) {
+            stage_ = loader_->stage(sampleRate_);
+            ctx_->setBinauralStage(stage_.get());
+        }
+        retire(stage_->setDirections(config.virtualDirections));
+    }
+    replaceConfig(std::make_shared<PublishedConfig>(config));
+}
+
+void PlaybackEngine::replaceConfig(std::shared_ptr<PublishedConfig> next) {
+    ctx_->setConfig(next ? &next->record : nullptr);
+    retire(std::exchange(currentConfig_, std::move(next)));
+}
+
+void PlaybackEngine::stageLoaded(double sampleRate) {
+    if (!waiting_ || sampleRate != sampleRate_) return;
+    if (loader_->stage(sampleRate_)) {
+        publish(*std::exchange(waiting_, std::nullopt));
+    } else if (onBinauralMissing) {
+        onBinauralMissing();
+    }
+}
+
+bool PlaybackEngine::binauralMissing() const {
+    return loader_->failed(sampleRate_);
+}
+
+// MARK: transport
+
+void PlaybackEngine::play(std::shared_ptr<StreamReader> reader, double startPosition) {
+    ctx_->clearFinished();
+    ctx_->setPosition(startPosition);
+    ctx_->setRing(reader->ring());
+    if (current_) current_->cancel();
+    retire(std::exchange(current_, std::move(reader)));
+    try {
+        current_->start();
+        ensureRunning();
+    } catch (...) {
+        stop();
+        throw;
+    }
+}
+
+void PlaybackEngine::stop() {
+    ctx_->setRing(nullptr);
+    if (current_) current_->cancel();
+    retire(std::exchange(current_, nullptr));
+    scheduleIdle();
+}
+
+bool PlaybackEngine::isRunning() const {
+    return stream_ && stream_->isRunning();
+}
+
+bool PlaybackEngine::finished() const {
+    // The cell alone isn't enough: a block that still plays out the stream before may set it after play() has
+    // cleared it.
+    return current_ && ctx_->finished() && mn_ring_eof(current_->ring()) != 0 &&
+           mn_ring_available(current_->ring()) == 0;
+}
+
+void PlaybackEngine::ensureRunning() {
+    idle_.reset();
+    if (!stream_ || stream_->isRunning()) return;
+    ctx_->forgetPrevious();
+    if (stage_) stage_->reset();
+    watch_->setRunning(true);
+    try {
+        stream_->start();
+    } catch (...) {
+        watch_->setRunning(false);
+        throw;
+    }
+}
+
+void PlaybackEngine::scheduleIdle() {
+    idle_ = loop_.after(idleDelay, [this] {
+        if (isRunning() && !current_) halt();
+    });
+}
+
+void PlaybackEngine::halt() {
+    stream_->pause();
+    watch_->setRunning(false);
+    ctx_->forgetPrevious();
+    if (stage_) stage_->reset();
+}
+
+void PlaybackEngine::retire(std::shared_ptr<const void> object) {
+    if (object) keepFor(retirement, loop_, watch_, watch_->blocks(), std::move(object));
+}
+
+}  // namespace brindlehum

@@ -1,0 +1,48 @@
+// RenderWatch: counts the blocks that a device has rendered, so that deferred frees know when it has moved on.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+
+#include "platform/audio_system.h"
+#include "platform/main_loop.h"
+
+namespace brindlehum {
+
+// Stands between the device and the real target.
+class RenderWatch : public RenderTarget {
+public:
+    explicit RenderWatch(RenderTarget& target) : target_(target) {}
+
+    // The device's render thread.
+    int32_t render(uint32_t frames, const DeviceBuffers& buffers) noexcept override {
+        const int32_t status = target_.render(frames, buffers);
+        blocks_.fetch_add(1, std::memory_order_release);
+        return status;
+    }
+
+    // Control side: whether the device may call.
+    void setRunning(bool running) noexcept { running_ = running; }
+    uint64_t blocks() const noexcept { return blocks_.load(std::memory_order_acquire); }
+    // Whether a block may still come that reads what was unpublished when blocks() was `mark`. The block in hand may
+    // have loaded it, and the one after fades it out: two must have ended. Control side.
+    bool mayStillUse(uint64_t mark) const noexcept { return running_ && blocks() - mark < 2; }
+
+private:
+    RenderTarget& target_;
+    std::atomic<uint64_t> blocks_{0};
+    bool running_ = false;
+};
+
+// Keeps `object`, which has just been taken out of the audio path, for `seconds` and then lets go of it. A device
+// that stands still meanwhile (a suspended machine, a sound server that hangs) wakes up with the old pointers in
+// hand, so the wait is renewed until it has rendered on or has been paused. Main thread.
+inline void keepFor(double seconds, MainLoop& loop, std::shared_ptr<const RenderWatch> watch, uint64_t mark,
+                    std::shared_ptr<const void> object) {
+    loop.later(seconds, [seconds, &loop, watch = std::move(watch), mark, object = std::move(object)] {
+        if (watch->mayStillUse(mark)) keepFor(seconds, loop, watch, mark, object);
+    });
+}
+
+}  // namespace brindlehum
