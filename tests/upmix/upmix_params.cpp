@@ -10,7 +10,7 @@ namespace {
 
 using nlohmann::json;
 
-// The preset table as it was agreed, laid out row by row as in the manual: one column a preset.
+// The agreed numbers, one column a preset in the order of the enumeration.
 constexpr const char* presetTable = R"({
  "strength":        [1, 1, 1, 1, 1, 1],
  "centerWidth":     [0.42857142857142855, 0, 0.2, 0.6, 0, 0.3],

@@ -1,0 +1,126 @@
+// The panner on real rooms, random rooms and rooms that can't be panned.
+#include "spatial/vbap.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "sphere.h"
+
+namespace brindlehum {
+namespace {
+
+using namespace test;
+
+std::vector<Direction> directionsOf(LayoutID layout) {
+    std::vector<Direction> out;
+    for (SpeakerID s : speakers(layout)) {
+        if (s != SpeakerID::LFE) out.push_back(direction(s, speakers(layout)));
+    }
+    return out;
+}
+
+// All layouts but the pair, and random rooms of 4 to 20 speakers.
+std::vector<std::vector<Direction>> rooms() {
+    std::vector<std::vector<Direction>> out;
+    for (LayoutID layout : allLayouts) {
+        if (layout != LayoutID::stereo) out.push_back(directionsOf(layout));
+    }
+    for (uint32_t size = 4; size <= 20; size += 4) {
+        std::vector<Direction> room;
+        for (const Vec3& v : randomDirections(size, 900 + size)) room.push_back(Direction::fromVector(v));
+        out.push_back(room);
+    }
+    return out;
+}
+
+TEST(VBAP, EveryTriangleIsAFaceOfTheHullWithItsInverse) {
+    for (const auto& room : rooms()) {
+        const VBAP vbap(room);
+        EXPECT_FALSE(vbap.triangles.empty());
+        for (const auto& triangle : vbap.triangles) {
+            std::array<Vec3, 3> corner;
+            for (size_t i = 0; i < 3; ++i) corner[i] = vbap.points[size_t(triangle.points[i])];
+            Vec3 normal{};  // solves normal . corner = 1 for all three corners
+            for (size_t i = 0; i < 3; ++i) {
+                for (size_t j = 0; j < 3; ++j) {
+                    EXPECT_NEAR(dot(triangle.inverse[i], corner[j]), i == j ? 1 : 0, 1e-9);
+                    normal[j] += triangle.inverse[i][j];
+                }
+            }
+            bool inside = false;
+            bool outside = false;
+            for (const Vec3& p : vbap.points) {
+                inside = inside || dot(normal, p) < 1 - 1e-6;
+                outside = outside || dot(normal, p) > 1 + 1e-6;
+            }
+            EXPECT_FALSE(inside && outside) << "points on both sides of a face";
+        }
+    }
+}
+
+TEST(VBAP, PansWhereItIsToldWithUnitEnergy) {
+    const uint32_t seed = 5150;
+    RecordProperty("seed", int(seed));
+    int panned = 0;
+    for (const auto& room : rooms()) {
+        const VBAP vbap(room);
+        for (const Vec3& v : randomDirections(400, seed)) {
+            // Only directions inside a triangle of real speakers, with a margin to its edges.
+            bool inReal = false;
+            for (const auto& t : vbap.triangles) {
+                const bool real = std::ranges::all_of(t.points, [&](int p) { return p < vbap.speakers; });
+                const bool inside = std::ranges::all_of(t.inverse, [&](const Vec3& row) { return dot(row, v) > 1e-3; });
+                inReal = inReal || (real && inside);
+            }
+            const auto g = vbap.gains(v);
+            ASSERT_EQ(g.size(), room.size());
+            double energy = 0;
+            Vec3 sum{};
+            for (size_t s = 0; s < g.size(); ++s) {
+                ASSERT_GE(g[s], 0);
+                energy += g[s] * g[s];
+                for (size_t i = 0; i < 3; ++i) sum[i] += g[s] * room[s].unitVector()[i];
+            }
+            if (!inReal) continue;
+            ++panned;
+            ASSERT_NEAR(energy, 1, 1e-9);
+            ASSERT_LT(angleBetween(sum, v), 1e-4);
+        }
+        for (size_t s = 0; s < room.size(); ++s) {
+            const auto g = vbap.gains(room[s].unitVector());
+            for (size_t other = 0; other < g.size(); ++other) EXPECT_NEAR(g[other], other == s ? 1 : 0, 2e-6);
+        }
+    }
+    EXPECT_GT(panned, 500);
+}
+
+TEST(VBAP, VirtualPointsCloseTheRoom) {
+    const VBAP flat(directionsOf(LayoutID::l51));
+    ASSERT_TRUE(flat.top.has_value());
+    EXPECT_EQ(flat.bottom, 5);
+    EXPECT_EQ(*flat.top, 6);
+    for (double g : flat.gains({0, 0, 1})) EXPECT_NEAR(g, 1 / std::sqrt(5.0), 1e-12);
+    for (double g : flat.gains({0, 0, -1})) EXPECT_EQ(g, 0);
+    // Between C and the bottom point: only C is heard, and less than fully.
+    const auto below = flat.gains({1, 0, -1});
+    for (size_t s = 0; s < 5; ++s) EXPECT_NEAR(below[s], s == 2 ? std::sqrt(0.5) : 0, 1e-9);
+
+    EXPECT_FALSE(VBAP(directionsOf(LayoutID::l714)).top.has_value());
+    EXPECT_TRUE(VBAP({{0, 0}, {90, 30}, {-90, 30}}).top.has_value());
+    EXPECT_FALSE(VBAP({{0, 0}, {0, 90}}).top.has_value());
+}
+
+TEST(VBAP, ARoomThatCannotBePannedPlaysTheNearestSpeaker) {
+    EXPECT_TRUE(VBAP(std::vector<Direction>{}).gains({1, 0, 0}).empty());
+    const VBAP single({{30, 0}});
+    EXPECT_EQ(single.gains({-1, 0, 0}), std::vector<double>{1});
+    const VBAP pair({{30, 0}, {-30, 0}});
+    EXPECT_EQ(pair.gains(Direction{100, 0}.unitVector()), (std::vector<double>{1, 0}));
+    EXPECT_EQ(pair.gains(Direction{-170, 0}.unitVector()), (std::vector<double>{0, 1}));
+    const VBAP twins({{90, 0}, {90, 0}});
+    EXPECT_EQ(twins.gains({1, 0, 0}), (std::vector<double>{1, 0})) << "of equals the first";
+}
+
+}  // namespace
+}  // namespace brindlehum
