@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <cstdio>
 #include <numbers>
 #include <random>
 #include <vector>
@@ -21,6 +22,12 @@ inline double dot(const Vec3& a, const Vec3& b) {
 // Angle in degrees between vectors of any length.
 inline double angleBetween(const Vec3& a, const Vec3& b) {
     return std::acos(std::clamp(dot(a, b) / std::sqrt(dot(a, a) * dot(b, b)), -1.0, 1.0)) * degrees;
+}
+
+// Prints a seed, so that a failure can be repeated.
+inline uint32_t announced(uint32_t seed) {
+    std::printf("seed %u\n", seed);
+    return seed;
 }
 
 // Uniform on the sphere.

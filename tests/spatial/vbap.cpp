@@ -60,8 +60,7 @@ TEST(VBAP, EveryTriangleIsAFaceOfTheHullWithItsInverse) {
 }
 
 TEST(VBAP, PansWhereItIsToldWithUnitEnergy) {
-    const uint32_t seed = 5150;
-    RecordProperty("seed", int(seed));
+    const uint32_t seed = announced(5150);
     int panned = 0;
     for (const auto& room : rooms()) {
         const VBAP vbap(room);

@@ -1,0 +1,227 @@
+// MixBuilder: every way from a source to a profile, as tables of the gains that must come out.
+#include "mix/mix_builder.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+
+namespace brindlehum {
+namespace {
+
+using enum SpeakerID;
+
+constexpr double g3 = 0.7071;
+
+OutputProfile room(LayoutID layout, std::vector<int> outputs = {}, std::vector<double> trims = {}) {
+    OutputProfile profile;
+    profile.layout = layout;
+    profile.outputs = std::move(outputs);
+    profile.trimsDB = std::move(trims);
+    return profile;
+}
+
+OutputProfile headphones(int left = 0, int right = 1) {
+    OutputProfile profile;
+    profile.kind = OutputProfile::Kind::headphones;
+    profile.layout = LayoutID::l916;  // of no effect
+    profile.trimsDB = {-20, -20};     // of no effect
+    profile.headphoneLeft = left;
+    profile.headphoneRight = right;
+    return profile;
+}
+
+struct Ask {
+    SourceFormat source = SourceFormat::stereo();
+    int channels = 2;
+    OutputProfile profile = room(LayoutID::stereo);
+    int device = 2;
+    ListenMode listen = ListenMode::normal;
+    Rotation rotation = {};
+    bool monoToCenter = false;
+    std::optional<UpmixSettings> upmix = std::nullopt;
+
+    MixConfig config() const {
+        return MixBuilder::config(source, channels, profile, device, listen, rotation, monoToCenter, upmix);
+    }
+};
+
+// Device channel and source channel to gain; all other entries must be 0.
+using Gains = std::map<std::pair<int, int>, double>;
+
+void expectMatrix(const MixConfig& config, int rows, int channels, const Gains& gains) {
+    ASSERT_EQ(config.rows, rows);
+    ASSERT_EQ(config.inChannels, channels);
+    ASSERT_EQ(config.matrix.size(), size_t(rows) * size_t(channels));
+    for (int r = 0; r < rows; ++r) {
+        for (int c = 0; c < channels; ++c) {
+            const auto found = gains.find({r, c});
+            EXPECT_NEAR(config.matrix[size_t(r * channels + c)], found == gains.end() ? 0 : found->second, 1e-4)
+                << "row " << r << ", channel " << c;
+        }
+    }
+}
+
+TEST(MixBuilder, PutsSourcesOnDeviceChannels) {
+    struct Case {
+        const char* name;
+        Ask ask;
+        int rows;
+        Gains gains;
+    };
+    const auto l51 = SourceFormat::speakers(speakers(LayoutID::l51));
+    const auto three = SourceFormat::discrete(3);
+    const Case cases[] = {
+        {"stereo as it is", {}, 2, {{{0, 0}, 1}, {{1, 1}, 1}}},
+        {"swapped outputs", {.profile = room(LayoutID::stereo, {1, 0})}, 2, {{{1, 0}, 1}, {{0, 1}, 1}}},
+        {"an output that is off", {.profile = room(LayoutID::stereo, {-1, 5}), .device = 6}, 6, {{{5, 1}, 1}}},
+        {"outputs shorter than the layout",
+         {.profile = room(LayoutID::stereo, {3}), .device = 4},
+         4,
+         {{{3, 0}, 1}, {{1, 1}, 1}}},
+        {"two speakers on one channel add up",
+         {.profile = room(LayoutID::stereo, {0, 0}, {0, -6.0206})},
+         2,
+         {{{0, 0}, 1}, {{0, 1}, 0.5}}},
+        {"mono on one channel twice",
+         {.source = SourceFormat::mono(), .channels = 1, .profile = room(LayoutID::stereo, {1, 1})},
+         2,
+         {{{1, 0}, 2 * g3}}},
+        {"a trim for the first speaker alone",
+         {.profile = room(LayoutID::stereo, {}, {6.0206})},
+         2,
+         {{{0, 0}, 2}, {{1, 1}, 1}}},
+        {"5.1 on a device of four loses the surrounds",
+         {l51, 6, room(LayoutID::l51), 4},
+         4,
+         {{{0, 0}, 1}, {{1, 1}, 1}, {{2, 2}, 1}, {{3, 3}, 1}}},
+        {"a device of no channels counts as one", {.device = 0}, 1, {{{0, 0}, 1}}},
+        {"5.1 on a pair",
+         {l51, 6, room(LayoutID::stereo), 2},
+         2,
+         {{{0, 0}, 1}, {{1, 1}, 1}, {{0, 2}, g3}, {{1, 2}, g3}, {{0, 4}, g3}, {{1, 5}, g3}}},
+        {"listening in mono",
+         {.listen = ListenMode::mono},
+         2,
+         {{{0, 0}, .5}, {{0, 1}, .5}, {{1, 0}, .5}, {{1, 1}, .5}}},
+        {"mono to the centre",
+         {.source = SourceFormat::mono(),
+          .channels = 1,
+          .profile = room(LayoutID::l51),
+          .device = 8,
+          .monoToCenter = true},
+         8,
+         {{{2, 0}, 1}}},
+        {"discrete in order", {three, 3, room(LayoutID::l51), 6}, 6, {{{0, 0}, 1}, {{1, 1}, 1}, {{2, 2}, 1}}},
+        {"stereo on headphones", {.profile = headphones(3, 1), .device = 4}, 4, {{{3, 0}, 1}, {{1, 1}, 1}}},
+        {"side on the right ear",
+         {.profile = headphones(), .listen = ListenMode::midSide},
+         2,
+         {{{0, 0}, g3}, {{0, 1}, g3}, {{1, 0}, g3}, {{1, 1}, -g3}}},
+        {"an ear beyond the device", {.profile = headphones(0, 2)}, 2, {{{0, 0}, 1}}},
+        {"an ear that is off", {.profile = headphones(-1, 0)}, 2, {{{0, 1}, 1}}},
+        {"both ears on one channel", {.profile = headphones(1, 1)}, 2, {{{1, 0}, 1}, {{1, 1}, 1}}},
+        {"mono on headphones never goes to a centre",
+         {.source = SourceFormat::mono(), .channels = 1, .profile = headphones(), .monoToCenter = true},
+         2,
+         {{{0, 0}, g3}, {{1, 0}, g3}}},
+        {"two surrounds on headphones fold",
+         {.source = SourceFormat::speakers({Ls, Rs}), .profile = headphones()},
+         2,
+         {{{0, 0}, g3}, {{1, 1}, g3}}},
+        {"discrete on headphones: the first two", {three, 3, headphones(), 2}, 2, {{{0, 0}, 1}, {{1, 1}, 1}}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        const MixConfig config = c.ask.config();
+        expectMatrix(config, c.rows, c.ask.channels, c.gains);
+        EXPECT_FALSE(config.toBinaural);
+        EXPECT_EQ(std::pair(config.binLeft, config.binRight), std::pair(0, 1));
+        EXPECT_TRUE(config.virtualDirections.empty());
+        EXPECT_FALSE(config.upmix.has_value());
+    }
+}
+
+TEST(MixBuilder, SendsBedsAndAmbisonicsToVirtualSpeakers) {
+    const auto film = SourceFormat::speakers(*filmOrder(LayoutID::l51));
+    const MixConfig bed = Ask{film, 6, headphones(4, 7), 8, ListenMode::mono, {.yaw = 90}}.config();
+    expectMatrix(bed, 6, 6, {{{0, 0}, 1}, {{1, 1}, 1}, {{2, 2}, 1}, {{3, 3}, 1}, {{4, 4}, 1}, {{5, 5}, 0.5}});
+    EXPECT_TRUE(bed.toBinaural);
+    EXPECT_EQ(std::pair(bed.binLeft, bed.binRight), std::pair(4, 7));
+    EXPECT_EQ(bed.virtualDirections, (std::vector<Direction>{{30, 0}, {0, 0}, {-30, 0}, {110, 0}, {-110, 0}, {0, 0}}));
+
+    // A frontal plane wave, turned left by the rotation, must come from the virtual speaker at the left.
+    const MixConfig field =
+        Ask{SourceFormat::ambisonic(1, AmbiNorm::fuma), 4, headphones(), 2, ListenMode::normal, {.yaw = 90}}.config();
+    ASSERT_EQ(field.rows, 26);
+    ASSERT_EQ(field.virtualDirections.size(), 26U);
+    EXPECT_TRUE(field.toBinaural);
+    const double wave[] = {std::sqrt(0.5), 1, 0, 0};  // W X Y Z
+    std::vector<double> axes;                         // front, back, left, right, up, down
+    for (size_t r = 0; r < 6; ++r) {
+        double sum = 0;
+        for (size_t c = 0; c < 4; ++c) sum += field.matrix[r * 4 + c] * wave[c];
+        axes.push_back(sum);
+    }
+    EXPECT_EQ(std::max_element(axes.begin(), axes.end()) - axes.begin(), 2);
+    EXPECT_NEAR(axes[0], axes[1], 1e-6);
+}
+
+// On speakers a field passes decoder, trims and output map in one matrix.
+TEST(MixBuilder, MapsAndTrimsTheDecoderRows) {
+    const auto field = SourceFormat::ambisonic(1, AmbiNorm::sn3d);
+    const MixConfig plain = Ask{field, 4, room(LayoutID::l51), 6}.config();
+    const MixConfig mapped = Ask{field, 4, room(LayoutID::l51, {5, 4, 3, 2, 1, 0}, {0, 20}), 6}.config();
+    for (size_t r = 0; r < 6; ++r) {
+        for (size_t c = 0; c < 4; ++c) {
+            const double trim = r == 1 ? 10 : 1;
+            EXPECT_NEAR(mapped.matrix[(5 - r) * 4 + c], plain.matrix[r * 4 + c] * trim, 1e-5) << r << " " << c;
+        }
+        EXPECT_EQ(plain.matrix[r * 4] != 0, r != 3) << "all but the LFE hear the field";
+    }
+}
+
+TEST(MixBuilder, PlansAnUpmixWhereOneIsAskedForAndApplies) {
+    const UpmixSettings on = {.enabled = true, .preset = UpmixPreset::hall, .params = {.strength = 0.3}};
+    const UpmixSettings off = {};
+    const SpeakerList pair = {L, R};
+    const auto& l714 = speakers(LayoutID::l714);
+
+    Ask ask = {.profile = room(LayoutID::l714, {11, 10, 9, 8, 7, 6, 5, 4, 3, 2, 1}, {-6.0206}),
+               .device = 12,
+               .listen = ListenMode::mono,
+               .upmix = on};
+    const MixConfig onSpeakers = ask.config();
+    Gains mirror = {{{11, 0}, 0.5}, {{11, 11}, 1}};
+    for (int i = 1; i < 11; ++i) mirror[{11 - i, i}] = 1;
+    expectMatrix(onSpeakers, 12, 12, mirror);
+    EXPECT_EQ(onSpeakers.upmix, (UpmixRequest{pair, l714, on.params}));
+    EXPECT_EQ(onSpeakers.upmixOffset, 0);
+    EXPECT_FALSE(onSpeakers.toBinaural);
+
+    ask = {.profile = headphones(2, 3), .device = 4, .upmix = on};
+    const MixConfig onHeadphones = ask.config();
+    ASSERT_EQ(onHeadphones.virtualDirections.size(), 12U);
+    EXPECT_EQ(onHeadphones.virtualDirections[4], (Direction{90, 0}));
+    EXPECT_EQ(onHeadphones.matrix[3 * 12 + 3], 0.5F);
+    EXPECT_EQ(onHeadphones.upmix, (UpmixRequest{pair, l714, on.params}));
+    EXPECT_EQ(std::pair(onHeadphones.binLeft, onHeadphones.binRight), std::pair(2, 3));
+
+    // Asked for in vain: the configuration is that of no upmix.
+    const Ask inVain[] = {
+        {.upmix = on},  // no speaker to fill
+        {.profile = room(LayoutID::l51), .device = 6, .upmix = off},
+        {.source = SourceFormat::mono(), .channels = 1, .profile = room(LayoutID::l51), .device = 6, .upmix = on},
+        {.source = SourceFormat::discrete(2), .profile = headphones(), .upmix = on},
+        {.channels = 3, .profile = room(LayoutID::l51), .device = 6, .upmix = on},  // more channels than speakers
+    };
+    for (const Ask& a : inVain) {
+        Ask without = a;
+        without.upmix.reset();
+        EXPECT_EQ(a.config(), without.config()) << a.source.displayName() << " " << a.channels;
+    }
+}
+
+}  // namespace
+}  // namespace brindlehum

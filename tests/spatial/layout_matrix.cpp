@@ -1,0 +1,242 @@
+// Channels to speakers: the fold-down table, routing rules, and properties over all layouts and sources.
+#include "spatial/layout_matrix.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "sphere.h"
+
+namespace brindlehum {
+namespace {
+
+using enum SpeakerID;
+using test::mirrored;
+
+constexpr double g3 = 0.7071;
+
+Matrix toLayout(const SourceFormat& source, int channels, const SpeakerList& target,
+                ListenMode listen = ListenMode::normal, bool monoToCenter = false) {
+    return MixBuilder::layoutMatrix(source, channels, target, listen, {}, monoToCenter);
+}
+
+TEST(StereoGains, FoldEverySpeakerAsTheTableSays) {
+    struct Row {
+        SpeakerID speaker;
+        double left;
+        double right;
+    };
+    const Row table[] = {{L, 1, 0},          {C, g3, g3},        {Lc, 0.9239, 0.3827}, {Lw, 1, 0},
+                         {Ls, g3, 0},        {Lrs, g3, 0},       {Cs, 0.5, 0.5},       {Ltf, g3, 0},
+                         {Ltr, 0.499990, 0}, {Ltm, 0.499990, 0}, {Tc, 0.5, 0.5}};
+    const SpeakerList contexts[] = {{}, speakers(LayoutID::l714)};
+    for (const Row& row : table) {
+        for (const SpeakerList& in : contexts) {
+            const auto [l, r] = MixBuilder::stereoGains(direction(row.speaker, in));
+            EXPECT_NEAR(l, row.left, 5e-5) << rawValue(row.speaker);
+            EXPECT_NEAR(r, row.right, 5e-5) << rawValue(row.speaker);
+            const auto [ml, mr] = MixBuilder::stereoGains(direction(mirrored(row.speaker), in));
+            EXPECT_NEAR(ml, r, 1e-12) << rawValue(row.speaker);
+            EXPECT_NEAR(mr, l, 1e-12) << rawValue(row.speaker);
+        }
+    }
+    // Rear and height count from 60.5 and 20 degrees.
+    EXPECT_NEAR(MixBuilder::stereoGains({60, 20}).first, 1, 1e-12);
+    EXPECT_NEAR(MixBuilder::stereoGains({61, 0}).first, g3, 1e-12);
+    EXPECT_NEAR(MixBuilder::stereoGains({60, 20.5}).first, g3, 1e-12);
+    EXPECT_NEAR(MixBuilder::stereoGains({165, 0}).first, g3 * std::cos(std::numbers::pi / 8), 1e-12);
+}
+
+TEST(Nearest, IsJudgedByAngleAndNeverTheLFE) {
+    const SpeakerList l51 = speakers(LayoutID::l51);
+    const SpeakerList l71 = speakers(LayoutID::l71);
+    struct Case {
+        Direction d;
+        SpeakerList in;
+        std::optional<int> expected;
+    };
+    const Case cases[] = {
+        {{0, 0}, {LFE, R, C}, 2},
+        {{135, 0}, l51, 4},
+        {{180, 0}, l51, 4},  // of equals the first
+        {{45, 45}, l71, 0},
+        {{135, 45}, l71, 6},
+        {{90, 60}, l71, 4},
+        {{-90, 60}, l71, 5},
+        {{10, 0}, {LFE}, std::nullopt},
+        {{10, 0}, {}, std::nullopt},
+    };
+    for (const Case& c : cases) EXPECT_EQ(MixBuilder::nearest(c.d, c.in), c.expected) << c.d.az << " " << c.d.el;
+}
+
+// Entries as "target row <- source channel x gain"; everything else must be 0.
+struct Gain {
+    size_t row;
+    size_t channel;
+    double gain;
+};
+
+TEST(LayoutMatrix, RoutesTheAwkwardCases) {
+    struct Case {
+        const char* name;
+        Matrix matrix;
+        std::vector<Gain> gains;
+    };
+    const SpeakerList l51 = speakers(LayoutID::l51);
+    const SpeakerList l71 = speakers(LayoutID::l71);
+    const SpeakerList l714 = speakers(LayoutID::l714);
+    const SpeakerList pair = {L, R};
+    const auto mono = SourceFormat::mono();
+    const auto stereo = SourceFormat::stereo();
+    const auto film = SourceFormat::speakers(*filmOrder(LayoutID::l51));
+    const Case cases[] = {
+        {"mono to C", toLayout(mono, 1, l51, ListenMode::normal, true), {{2, 0, 1}}},
+        {"mono as a phantom centre", toLayout(mono, 1, l51), {{0, 0, g3}, {1, 0, g3}}},
+        {"mono to C without a C", toLayout(mono, 1, pair, ListenMode::mono, true), {{0, 0, g3}, {1, 0, g3}}},
+        {"mono without a pair", toLayout(mono, 1, {Ls, L}), {{0, 0, 1}}},
+        {"mono to nothing", toLayout(mono, 1, {}), {}},
+        {"a lone C in two channels", toLayout(mono, 2, l51), {{2, 0, 1}}},
+        {"stereo in mono on 7.1.4",
+         toLayout(stereo, 2, l714, ListenMode::mono),
+         {{0, 0, .5}, {0, 1, .5}, {1, 0, .5}, {1, 1, .5}}},
+        {"right only", toLayout(stereo, 2, l51, ListenMode::right), {{0, 1, 1}, {1, 1, 1}}},
+        {"left only", toLayout(stereo, 2, l51, ListenMode::left), {{0, 0, 1}, {1, 0, 1}}},
+        {"mid and side",
+         toLayout(stereo, 2, pair, ListenMode::midSide),
+         {{0, 0, g3}, {0, 1, g3}, {1, 0, g3}, {1, 1, -g3}}},
+        {"stereo on a swapped pair", toLayout(stereo, 2, {R, L}), {{1, 0, 1}, {0, 1, 1}}},
+        {"stereo on one speaker", toLayout(stereo, 2, {C}), {{0, 0, 1}, {0, 1, 1}}},
+        {"stereo without L and R", toLayout(stereo, 2, {Ls, Rs, C}), {{0, 0, 1}, {1, 1, 1}}},
+        {"stereo with fewer channels than speakers", toLayout(stereo, 1, l51), {{0, 0, 1}}},
+        {"7.1 on 5.1: both surrounds at full gain",
+         toLayout(SourceFormat::speakers(l71), 8, l51),
+         {{0, 0, 1}, {1, 1, 1}, {2, 2, 1}, {3, 3, 1}, {4, 4, 1}, {5, 5, 1}, {4, 6, 1}, {5, 7, 1}}},
+        {"5.1 Film on a pair, whatever the listen mode",
+         toLayout(film, 6, pair, ListenMode::mono),
+         {{0, 0, 1}, {0, 1, g3}, {1, 1, g3}, {1, 2, 1}, {0, 3, g3}, {1, 4, g3}}},
+        {"5.1 Film on 5.1", toLayout(film, 6, l51), {{0, 0, 1}, {2, 1, 1}, {1, 2, 1}, {4, 3, 1}, {5, 4, 1}, {3, 5, 1}}},
+        {"three speakers that hold a pair aren't one",
+         toLayout(SourceFormat::speakers({C, Ls}), 2, {L, R, LFE}),
+         {{0, 0, 1}, {0, 1, 1}}},
+        {"more channels than speakers",
+         toLayout(SourceFormat::speakers({L, R, C}), 5, l51),
+         {{0, 0, 1}, {1, 1, 1}, {2, 2, 1}}},
+        {"discrete on a pair", toLayout(SourceFormat::discrete(3), 3, pair), {{0, 0, 1}, {1, 1, 1}}},
+        {"discrete in a wider room", toLayout(SourceFormat::discrete(3), 3, l51), {{0, 0, 1}, {1, 1, 1}, {2, 2, 1}}},
+    };
+    for (const Case& c : cases) {
+        Matrix expected = c.matrix;
+        for (auto& row : expected) std::ranges::fill(row, 0.0);
+        for (const Gain& g : c.gains) expected.at(g.row).at(g.channel) = g.gain;
+        for (size_t r = 0; r < expected.size(); ++r) {
+            for (size_t i = 0; i < expected[r].size(); ++i) {
+                EXPECT_NEAR(c.matrix[r][i], expected[r][i], 5e-5) << c.name << ": row " << r << ", channel " << i;
+            }
+        }
+    }
+}
+
+// Every source on every layout: numbers are finite, speaker sources never inverted, no full-range speaker is lost,
+// and left and right are treated alike.
+TEST(LayoutMatrix, HoldsItsPropertiesOverAllSourcesAndLayouts) {
+    std::vector<std::pair<SourceFormat, int>> sources;
+    for (int channels = 1; channels <= 16; ++channels) {
+        for (const auto& format : SourceFormat::options(channels)) sources.emplace_back(format, channels);
+    }
+    sources.emplace_back(SourceFormat::speakers({L, R, C, Lc, Rc, Cs, Tc, Lw, Rw, LFE}), 10);
+    for (const auto& [format, channels] : sources) {
+        for (LayoutID layout : allLayouts) {
+            SCOPED_TRACE(format.displayName() + " on " + std::string(displayName(layout)));
+            const SpeakerList& target = speakers(layout);
+            const Matrix m = toLayout(format, channels, target);
+            ASSERT_EQ(m.size(), target.size());
+            for (const auto& row : m) {
+                ASSERT_EQ(row.size(), size_t(channels));
+                for (double gain : row) {
+                    ASSERT_TRUE(std::isfinite(gain));
+                    ASSERT_TRUE(gain >= 0 || !format.asSpeakers());
+                }
+            }
+            const SpeakerList* list = format.asSpeakers();
+            if (!list) continue;
+            for (size_t c = 0; c < list->size(); ++c) {
+                double sum = 0;
+                const auto twin = size_t(std::ranges::find(*list, mirrored((*list)[c])) - list->begin());
+                for (size_t r = 0; r < target.size(); ++r) {
+                    sum += m[r][c];
+                    const auto other = size_t(std::ranges::find(target, mirrored(target[r])) - target.begin());
+                    // Cs and Tc stand on no side: the first of two equally near speakers takes them.
+                    if ((*list)[c] != Cs && (*list)[c] != Tc) {
+                        EXPECT_NEAR(m[r][c], m[other][twin], 1e-12) << rawValue((*list)[c]);
+                    }
+                }
+                if ((*list)[c] != LFE) {
+                    EXPECT_GE(sum, 0.4999) << rawValue((*list)[c]) << " is lost";
+                }
+            }
+        }
+    }
+}
+
+TEST(BinauralMatrix, GivesEachSpeakerItsPlaceAndTheLFEHalf) {
+    const SpeakerList& list = speakers(LayoutID::l51);
+    const auto [dirs, m] = MixBuilder::binauralMatrix(SourceFormat::speakers(list), 4, {.yaw = 90});
+    ASSERT_EQ(dirs.size(), 6U);
+    ASSERT_EQ(m.size(), 6U);
+    for (size_t r = 0; r < 6; ++r) {
+        EXPECT_EQ(dirs[r], direction(list[r], list));
+        ASSERT_EQ(m[r].size(), 4U);
+        for (size_t c = 0; c < 4; ++c) EXPECT_EQ(m[r][c], r != c ? 0 : list[r] == LFE ? 0.5 : 1) << r << c;
+    }
+    const auto discrete = MixBuilder::binauralMatrix(SourceFormat::discrete(4), 4, {});
+    EXPECT_TRUE(discrete.dirs.empty() && discrete.matrix.empty());
+}
+
+// A plane wave at a virtual speaker is loudest there, in every convention, and a turn of the field carries it on.
+TEST(BinauralMatrix, PutsAnAmbisonicSourceWhereItIs) {
+    struct Case {
+        AmbiNorm norm;
+        int order;
+        int channels;
+    };
+    for (const Case& c : {Case{AmbiNorm::sn3d, 3, 16}, Case{AmbiNorm::n3d, 2, 9}, Case{AmbiNorm::fuma, 1, 4},
+                          Case{AmbiNorm::fuma, 1, 6}}) {
+        const auto format = SourceFormat::ambisonic(c.order, c.norm);
+        const auto [dirs, m] = MixBuilder::binauralMatrix(format, c.channels, {.yaw = 90});
+        ASSERT_EQ(m.size(), 26U);
+        for (const Direction& source : dirs) {
+            const auto y = Ambisonics::sh(c.order, source.unitVector());
+            std::vector<double> file(size_t(c.channels), 1.0);  // what stands beyond the field must not be heard
+            const size_t fromXyz[] = {0, 3, 1, 2};
+            for (size_t k = 0; k < y.size(); ++k) {
+                const double l = std::floor(std::sqrt(double(k)));
+                if (c.norm == AmbiNorm::fuma) {
+                    file[k] = y[fromXyz[k]] * (k == 0 ? std::sqrt(0.5) : 1);
+                } else {
+                    file[k] = y[k] * (c.norm == AmbiNorm::n3d ? std::sqrt(2 * l + 1) : 1);
+                }
+            }
+            double loudest = 0;
+            Direction heard;
+            for (size_t r = 0; r < m.size(); ++r) {
+                // Undo the weight of the grid point, which is no part of the direction.
+                double out = 0;
+                for (size_t i = 0; i < file.size(); ++i) out += m[r][i] * file[i];
+                out /= Ambisonics::lebedev26().weights[r];
+                if (out > loudest) heard = dirs[r];
+                loudest = std::max(loudest, out);
+            }
+            EXPECT_LT(heard.angle({source.az + 90, source.el}), 1e-5) << rawValue(c.norm) << " " << source.az;
+        }
+    }
+}
+
+TEST(ListenMode, RawValuesComeBack) {
+    for (ListenMode mode : allListenModes) EXPECT_EQ(listenModeFromRaw(rawValue(mode)), mode);
+    EXPECT_EQ(rawValue(ListenMode::midSide), "midSide");
+    EXPECT_EQ(listenModeFromRaw("Mono"), std::nullopt);
+}
+
+}  // namespace
+}  // namespace brindlehum
