@@ -1,0 +1,132 @@
+// The matrix kernel: every version bit for bit against a plain twin, and what it must leave untouched.
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <cmath>
+#include <random>
+#include <vector>
+
+#include "core/mn_mix.h"
+#include "fused.h"
+#include "mix_kernel.h"
+#include "support/signals.h"
+
+namespace {
+
+using brindlehum::core::Tap;
+
+struct Planes {
+    Planes(int channels, int frames, uint32_t seed) {
+        for (int c = 0; c < channels; ++c)
+            samples.push_back(brindlehum::test::noise(size_t(frames), seed + uint32_t(c)));
+        for (auto& plane : samples) planes.push_back(plane.data());
+    }
+    std::vector<std::vector<float>> samples;
+    std::vector<float*> planes;
+};
+
+// Gains with zeros, negative zeros and tiny values among them.
+std::vector<float> randomMatrix(int rows, int channels, uint32_t seed) {
+    std::vector<float> matrix = brindlehum::test::noise(size_t(rows) * size_t(channels), seed);
+    std::mt19937 random(seed);
+    for (float& gain : matrix) {
+        const auto kind = random() % 8;
+        if (kind == 0) gain = 0;
+        if (kind == 1) gain = -0.0F;
+        if (kind == 2) gain *= 1e-20F;
+    }
+    return matrix;
+}
+
+void twin(const mn_mix_config& config, const Planes& in, int frames, Planes& out, const float* ramp) {
+    for (int r = 0; r < config.rows; ++r) {
+        for (int c = 0; c < config.in_channels; ++c) {
+            const float gain = config.matrix[r * config.in_channels + c];
+            if (gain == 0) continue;
+            for (int i = 0; i < frames; ++i) {
+                volatile const float g = ramp != nullptr ? gain * ramp[i] : gain;
+                float& y = out.samples[size_t(r)][size_t(i)];
+                y = std::fma(g, in.samples[size_t(c)][size_t(i)], y);
+            }
+        }
+    }
+}
+
+}  // namespace
+
+TEST(MixAccumulate, EqualsThePlainTwinBitForBit) {
+    const struct { int channels, rows; } shapes[] = {{1, 1}, {2, 12}, {16, 16}, {64, 32}, {67, 3}, {130, 2}};
+    for (const auto [channels, rows] : shapes) {
+        for (const int frames : {1, 2, 7, 8, 31, 64, 129, 256, 257, 1023, 4096}) {
+            for (const bool ramped : {false, true}) {
+                SCOPED_TRACE(testing::Message()
+                             << channels << " to " << rows << ", " << frames << (ramped ? " ramped" : ""));
+                const auto seed = uint32_t(channels * 10000 + frames);
+                const std::vector<float> matrix = randomMatrix(rows, channels, seed);
+                const mn_mix_config config{channels, rows, 0, 0, 1, matrix.data(), nullptr, 0};
+                const std::vector<float> ramp = brindlehum::test::noise(size_t(frames), seed + 7);
+                const Planes in(channels, frames, seed + 100);
+                Planes out(rows, frames, seed + 500);
+                Planes expected(rows, frames, seed + 500);
+                const float* gains = ramped ? ramp.data() : nullptr;
+                mn_mix_accumulate(&config, in.planes.data(), frames, out.planes.data(), rows, gains);
+                twin(config, in, frames, expected, gains);
+                ASSERT_EQ(out.samples, expected.samples);
+            }
+        }
+    }
+}
+
+TEST(MixAccumulate, EveryVersionOfTheRowGivesTheSameBits) {
+    const Planes in(5, 333, 3);
+    const std::vector<float> gains = randomMatrix(1, 5, 4);
+    const std::vector<float> ramp = brindlehum::test::noise(333, 5);
+    std::vector<Tap> taps;
+    for (size_t c = 0; c < 5; ++c) taps.push_back({gains[c], in.planes[c]});
+    for (const float* fade : {static_cast<const float*>(nullptr), ramp.data()}) {
+        std::vector<float> plain = brindlehum::test::noise(333, 6);
+        std::vector<float> fast = plain;
+        brindlehum::core::mixRowPlain(taps.data(), 5, fade, 333, plain.data());
+        brindlehum::core::fastestMixRow()(taps.data(), 5, fade, 333, fast.data());
+        EXPECT_EQ(plain, fast);
+    }
+}
+
+// Bit patterns of all kinds: normal, subnormal, infinite, NaN; products that cancel; sums that lie halfway.
+TEST(MixAccumulate, EmulatedFusedMultiplyAddIsRoundedOnce) {
+    std::mt19937 random(2024);
+    const auto any = [&] { return std::bit_cast<float>(uint32_t(random())); };
+    for (int i = 0; i < 2000000; ++i) {
+        const float a = any();
+        const float b = any();
+        float c = any();
+        if (i % 4 == 1) c = -a * b;
+        if (i % 4 == 2) c = std::ldexp(a * b, int(random() % 60) - 30);
+        const float expected = std::fma(a, b, c);
+        const float got = brindlehum::core::emulatedMultiplyAdd(a, b, c);
+        if (std::isnan(expected)) {
+            ASSERT_TRUE(std::isnan(got));
+        } else {
+            ASSERT_EQ(std::bit_cast<uint32_t>(got), std::bit_cast<uint32_t>(expected)) << a << " " << b << " " << c;
+        }
+    }
+}
+
+TEST(MixAccumulate, SkipsZeroGainsNullOutputsAndRowsBeyondTheDevice) {
+    const float matrix[] = {1, 0, 2, -0.0F, 3, 0, 4, 0};
+    const mn_mix_config config{2, 4, 0, 0, 1, matrix, nullptr, 0};
+    std::vector<float> in = {1, 2, 3};
+    std::vector<float> first(3, 10);
+    std::vector<float> third(3, 10);
+    std::vector<float> beyond(3, 10);
+    // The second input is never read: its gains are all zero and its pointer leads nowhere.
+    const float* inputs[] = {in.data(), nullptr};
+    float* outputs[] = {first.data(), nullptr, third.data(), beyond.data()};
+    mn_mix_accumulate(&config, inputs, 3, outputs, 3, nullptr);
+    EXPECT_EQ(first, (std::vector<float>{11, 12, 13}));
+    EXPECT_EQ(third, (std::vector<float>{13, 16, 19}));
+    EXPECT_EQ(beyond, std::vector<float>(3, 10));
+    const mn_mix_config empty{2, 4, 0, 0, 1, nullptr, nullptr, 0};
+    mn_mix_accumulate(&empty, inputs, 3, outputs, 3, nullptr);
+    EXPECT_EQ(first[0], 11);
+}

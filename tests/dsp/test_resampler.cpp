@@ -1,0 +1,153 @@
+// Resampler: where an impulse comes out, how flat the passband is, how far down aliases lie, and how it ends.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <numbers>
+#include <stdexcept>
+
+#include "dsp/resampler.h"
+#include "support/signals.h"
+
+using brindlehum::Resampler;
+namespace test = brindlehum::test;
+
+namespace {
+
+struct Rates {
+    double from, to;
+};
+const Rates allRates[] = {{44100, 48000}, {48000, 44100}, {96000, 48000}, {48000, 192000}, {44100, 44101.3}};
+
+// Least-squares fit of a sine of known frequency over the middle of a signal: amplitude, and what is left, in dB.
+struct Fit {
+    double amplitude, residueDb;
+};
+Fit fitSine(const std::vector<float>& x, double hz, double rate) {
+    const size_t margin = x.size() / 4;
+    double ss = 0, cc = 0, sc = 0, xs = 0, xc = 0, xx = 0;
+    for (size_t i = margin; i < x.size() - margin; ++i) {
+        const double s = std::sin(2 * std::numbers::pi * hz * double(i) / rate);
+        const double c = std::cos(2 * std::numbers::pi * hz * double(i) / rate);
+        ss += s * s, cc += c * c, sc += s * c, xs += x[i] * s, xc += x[i] * c, xx += double(x[i]) * x[i];
+    }
+    const double det = ss * cc - sc * sc;
+    const double a = (xs * cc - xc * sc) / det;
+    const double b = (xc * ss - xs * sc) / det;
+    return {std::hypot(a, b), 10 * std::log10((xx - a * xs - b * xc) / xx)};
+}
+
+// The same conversion through blocks of `frames` output frames and input in blocks of 1 to 700.
+std::vector<float> stream(const std::vector<float>& input, Rates rates, int frames) {
+    Resampler resampler(rates.from, rates.to, 2);
+    std::vector<float> negative = input;
+    for (float& x : negative) x = -x;
+    size_t read = 0;
+    std::vector<float> result;
+    std::vector<float> left(static_cast<size_t>(frames));
+    std::vector<float> right(left.size());
+    float* outputs[] = {left.data(), right.data()};
+    for (;;) {
+        const int got = resampler.process(outputs, frames, [&](int limit, const float** planes) {
+            const size_t n = std::min({size_t(limit), 1 + read % 700, input.size() - read});
+            planes[0] = input.data() + read;
+            planes[1] = negative.data() + read;
+            read += n;
+            return int(n);
+        });
+        for (size_t i = 0; i < size_t(got); ++i) {
+            EXPECT_EQ(left[i], -right[i]);
+        }
+        result.insert(result.end(), left.begin(), left.begin() + got);
+        if (got < frames) return result;
+    }
+}
+
+}  // namespace
+
+// An impulse at input frame n comes out centred on n x ratio: the response is symmetric, so its centre of energy
+// tells the place to a fraction of a frame.
+TEST(Resampler, AnImpulseComesOutAtItsInstant) {
+    for (const auto [from, to] : allRates) {
+        for (const size_t at : {1470UL, 2940UL, 4321UL}) {
+            SCOPED_TRACE(testing::Message() << from << " to " << to << " at " << at);
+            std::vector<float> input(8820);
+            input[at] = 1;
+            const std::vector<float> output = Resampler::convert(input, from, to);
+            double moment = 0;
+            double energy = 0;
+            for (size_t i = 0; i < output.size(); ++i) {
+                moment += double(i) * double(output[i]) * output[i];
+                energy += double(output[i]) * output[i];
+            }
+            EXPECT_NEAR(moment / energy, double(at) * to / from, 1e-3);
+        }
+    }
+}
+
+TEST(Resampler, ThePassbandIsFlatAndCleanOf24Bits) {
+    for (const auto [from, to] : allRates) {
+        const double edge = 0.9 * std::min(from, to) / 2;
+        for (const double hz : {50.0, 997.0, 0.25 * edge, 0.7 * edge, edge}) {
+            SCOPED_TRACE(testing::Message() << from << " to " << to << ", " << hz << " Hz");
+            const std::vector<float> input = test::sine(40000, hz, from, 0.7);
+            const Fit fit = fitSine(Resampler::convert(input, from, to), hz, to);
+            EXPECT_NEAR(20 * std::log10(fit.amplitude / 0.7), 0, 0.001);
+            // What is left is mostly the rounding of float samples, at -150 dB.
+            EXPECT_LT(fit.residueDb, -140);
+        }
+    }
+}
+
+TEST(Resampler, WhatTheOutputCantHoldIsGone) {
+    const Rates down[] = {{96000, 48000}, {48000, 44100}, {192000, 44100}};
+    for (const auto [from, to] : down) {
+        for (const double above : {1.0, 1.05, 1.08}) {
+            const double hz = above * to / 2 + 1;
+            if (hz >= from / 2) continue;
+            std::vector<float> output = Resampler::convert(test::sine(40000, hz, from), from, to);
+            double energy = 0;
+            size_t counted = 0;
+            for (size_t i = output.size() / 4; i < output.size() * 3 / 4; ++i, ++counted) {
+                energy += double(output[i]) * output[i];
+            }
+            EXPECT_LT(10 * std::log10(2 * energy / double(counted) + 1e-30), -140) << from << " to " << to << " " << hz;
+        }
+    }
+}
+
+TEST(Resampler, AnyBlockSizeGivesTheWholeSignal) {
+    const std::vector<float> input = test::noise(30011, 9);
+    for (const Rates rates : allRates) {
+        const std::vector<float> whole = Resampler::convert(input, rates.from, rates.to);
+        EXPECT_EQ(whole.size(), size_t(std::llround(30011 * rates.to / rates.from)));
+        for (const int frames : {1, 480, 4096}) {
+            SCOPED_TRACE(testing::Message() << rates.from << " to " << rates.to << " by " << frames);
+            const std::vector<float> blocks = stream(input, rates, frames);
+            EXPECT_NEAR(double(blocks.size()), double(whole.size()), 1);
+            EXPECT_LT(test::errorDb(blocks, whole), -130);
+        }
+    }
+}
+
+TEST(Resampler, EmptyInputEndsAtOnceAndBadRatesAreRefused) {
+    Resampler resampler(44100, 48000, 1);
+    std::vector<float> out(64);
+    float* outputs[] = {out.data()};
+    int asked = 0;
+    const auto pull = [&](int, const float**) { return ++asked, 0; };
+    EXPECT_EQ(resampler.process(outputs, 64, pull), 0);
+    EXPECT_EQ(resampler.process(outputs, 64, pull), 0);
+    EXPECT_EQ(asked, 1);
+    EXPECT_TRUE(Resampler::convert({}, 44100, 48000).empty());
+    EXPECT_THROW(Resampler(0, 48000, 1), std::runtime_error);
+    EXPECT_THROW(Resampler(44100, std::nan(""), 1), std::runtime_error);
+    EXPECT_THROW(Resampler(44100, 48000, 0), std::runtime_error);
+}
+
+TEST(Resampler, AFaultOfTheSourceReachesTheCaller) {
+    Resampler resampler(44100, 48000, 1);
+    std::vector<float> out(64);
+    float* outputs[] = {out.data()};
+    const auto fail = [](int, const float**) -> int { throw std::runtime_error("the source is gone"); };
+    EXPECT_THROW(resampler.process(outputs, 64, fail), std::runtime_error);
+}
