@@ -5,41 +5,44 @@
 
 #include <algorithm>
 #include <cmath>
-#include <exception>
 #include <stdexcept>
 #include <string>
-#include <utility>
 
 namespace brindlehum {
 namespace {
 
-constexpr int blockFrames = 4096;
+constexpr int blockFrames = 4096;  // of input, at most, at a time
 
 }  // namespace
 
 struct Resampler::State {
     soxr_t stream = nullptr;
-    std::vector<const float*> planes;
-    const Pull* pull = nullptr;  // of the call in hand
-    bool drained = false;        // the input has ended; it isn't asked again
-    std::exception_ptr fault;    // thrown by `pull`, carried across the C frames
+    std::vector<const float*> inputs;
+    std::vector<float*> outputs;  // where the call in hand goes on
+    bool drained = false;         // the input has ended; it isn't asked again
+    double ratio = 1;             // output frames an input frame
+    int64_t taken = 0;            // input frames so far
+    int64_t given = 0;            // output frames so far
 
     ~State() {
         if (stream != nullptr) soxr_delete(stream);
     }
 
-    static size_t supply(void* context, soxr_in_t* data, size_t limit) {
-        auto& self = *static_cast<State*>(context);
-        *data = self.planes.data();
-        if (self.drained) return 0;
-        int got = 0;
-        try {
-            got = (*self.pull)(static_cast<int>(limit), self.planes.data());
-        } catch (...) {
-            self.fault = std::current_exception();
-        }
-        self.drained = got < 1;
-        return self.drained ? 0 : std::min(static_cast<size_t>(got), limit);
+    // Output frames of all input so far.
+    int64_t length() const { return std::llround(double(taken) * ratio); }
+
+    // Feeds `fed` frames of `inputs`, or the end of the input, and stores up to `frames` frames. Without a count to
+    // report, soxr takes all input at once, so that the caller's planes are only needed during the call. (Its own
+    // pulling interface advances planar outputs wrongly.)
+    size_t step(size_t fed, size_t frames) {
+        size_t got = 0;
+        const soxr_in_t in = drained ? nullptr : inputs.data();
+        const soxr_error_t error = soxr_process(stream, in, fed, nullptr, outputs.data(), frames, &got);
+        if (error != nullptr) throw std::runtime_error(error);
+        for (float*& plane : outputs) plane += got;
+        taken += int64_t(fed);
+        given += int64_t(got);
+        return got;
     }
 };
 
@@ -49,28 +52,39 @@ Resampler::Resampler(double inputRate, double outputRate, int channels) : state_
         throw std::runtime_error("rates and channels of a conversion must be above 0");
     }
     const soxr_io_spec_t io = soxr_io_spec(SOXR_FLOAT32_S, SOXR_FLOAT32_S);
-    const soxr_quality_spec_t quality = soxr_quality_spec(SOXR_VHQ, SOXR_HI_PREC_CLOCK);
+    // Without soxr's default roll-off, which trades 0.006 dB at 20 kHz for speed, the passband is flat to its end at
+    // 0.91 of the lower Nyquist frequency.
+    const soxr_quality_spec_t quality = soxr_quality_spec(SOXR_VHQ, SOXR_ROLLOFF_NONE | SOXR_HI_PREC_CLOCK);
     const soxr_runtime_spec_t runtime = soxr_runtime_spec(1);
     soxr_error_t error = nullptr;
     state_->stream =
         soxr_create(inputRate, outputRate, static_cast<unsigned>(channels), &error, &io, &quality, &runtime);
-    if (error == nullptr) error = soxr_set_input_fn(state_->stream, State::supply, state_.get(), blockFrames);
     if (error != nullptr) throw std::runtime_error(error);
-    state_->planes.resize(static_cast<size_t>(channels));
+    state_->ratio = outputRate / inputRate;
+    state_->inputs.resize(static_cast<size_t>(channels));
+    state_->outputs.resize(static_cast<size_t>(channels));
 }
 Resampler::~Resampler() = default;
 Resampler::Resampler(Resampler&&) noexcept = default;
 Resampler& Resampler::operator=(Resampler&&) noexcept = default;
 
 int Resampler::process(float* const* outputs, int frames, const Pull& pull) {
-    if (frames < 1) return 0;
-    state_->pull = &pull;
-    const size_t got =
-        soxr_output(state_->stream, const_cast<float**>(outputs), static_cast<size_t>(frames));  // writes samples only
-    state_->pull = nullptr;
-    if (state_->fault) std::rethrow_exception(std::exchange(state_->fault, nullptr));
-    if (const soxr_error_t error = soxr_error(state_->stream)) throw std::runtime_error(error);
-    return static_cast<int>(got);
+    State& s = *state_;
+    std::copy_n(outputs, s.outputs.size(), s.outputs.begin());
+    const int64_t start = s.given;
+    int64_t end = start + std::max(frames, 0);
+    if (s.drained) end = std::min(end, s.length());
+    size_t fed = 0;
+    while (s.given < end) {
+        const size_t got = s.step(fed, size_t(end - s.given));
+        fed = 0;
+        if (s.drained && got == 0) break;
+        if (s.drained || s.given == end) continue;
+        fed = static_cast<size_t>(std::clamp(pull(blockFrames, s.inputs.data()), 0, blockFrames));
+        s.drained = fed == 0;
+        if (s.drained) end = std::min(end, s.length());
+    }
+    return static_cast<int>(s.given - start);
 }
 
 std::vector<float> Resampler::convert(const std::vector<float>& input, double inputRate, double outputRate) {
