@@ -9,6 +9,8 @@
 #include <memory>
 #include <vector>
 
+#include "dsp/aligned_array.h"
+
 namespace brindlehum {
 
 // The spectra of one input's filter to each output. Immutable once made; shared between sets.
@@ -19,18 +21,19 @@ public:
     int partition() const { return partition_; }
     int partitions() const { return partitions_; }
     int outputs() const { return outputs_; }
-    // bins = partition + 1 values of one partition of one output.
+    // The partition + 1 bins of one partition of one output, zero-padded to a multiple of 16 on a cache line.
     const std::complex<float>* spectrum(int output, int part) const;
 
 private:
     int partition_, partitions_, outputs_;
-    std::vector<std::complex<float>> spectra_;
+    AlignedArray<std::complex<float>> spectra_;
 };
 
 // Construction on the control side; reset and process are real-time safe, on one thread at a time.
 class PartitionedConvolver {
 public:
-    // Filters of up to `maxTaps` taps, in partitions of `partition` frames (a power of two).
+    // Filters of up to `maxTaps` taps (what is longer is cut), in partitions of `partition` frames, a power of two of
+    // at least 16. Throws std::invalid_argument.
     PartitionedConvolver(int inputs, int outputs, int partition, int maxTaps);
     ~PartitionedConvolver();
 
