@@ -1,0 +1,49 @@
+// PipeWireGraph: what is known of a server's sinks and ports, and the decisions that rest on it alone.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/audio_system.h"
+
+namespace brindlehum {
+
+struct PipeWireSink {
+    uint32_t id = 0;  // global id of the node
+    std::string nodeName;
+    std::string description;  // empty when the node has none
+};
+
+// A planar float port ("DSP port") of any node.
+struct PipeWirePort {
+    uint32_t id = 0;      // global id
+    uint32_t node = 0;    // global id of its node
+    uint32_t number = 0;  // among the ports of its node and direction
+    bool isInput = false;
+};
+
+struct PipeWireGraph {
+    std::vector<PipeWireSink> sinks;  // as the server announced them
+    std::map<uint32_t, PipeWirePort> ports;
+    std::string defaultSinkName;  // empty while the server states none
+    double statedRate = 0;        // Hz; 0 while unknown
+    double forcedRate = 0;        // Hz; 0 when none is forced
+    // Rates that the graph was seen to run at while it drove a sink, which beat what is stated.
+    std::map<uint32_t, double> observedRates;
+
+    // Global ids of a node's ports of one direction, in channel order.
+    std::vector<uint32_t> portsOf(uint32_t node, bool inputs) const;
+    // Sinks that have input ports.
+    std::vector<AudioOutputDevice> outputs() const;
+    // The stated default, or the first output when the server states none or one that can't be played on.
+    std::optional<uint32_t> defaultOutput() const;
+    // Hz that a stream to this sink will run at, as far as can be told before it runs.
+    double rateFor(uint32_t sink) const;
+
+    void remove(uint32_t globalId);
+};
+
+}  // namespace brindlehum

@@ -1,0 +1,70 @@
+// PipeWireSession: one connection to a server, and the graph as the server tells of it.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "pipewire_graph.h"
+#include "pipewire_loop.h"
+
+namespace brindlehum {
+
+// Hears of changes on the library's thread, with its lock held.
+class PipeWireListener {
+public:
+    virtual ~PipeWireListener() = default;
+    virtual void graphChanged() noexcept = 0;  // or the server has gone
+};
+
+// Main thread, except where told otherwise. Once the server has gone a session stays dead; a new one is to be made.
+class PipeWireSession {
+public:
+    // Seconds that any answer of the server may take.
+    static constexpr double patience = 0.5;
+
+    enum class Failure : uint8_t { none, refused, silent };
+    // Connects and learns the graph. Null when there is no server, or when it stays silent.
+    static std::shared_ptr<PipeWireSession> connect(std::shared_ptr<PipeWireLoop> loop, Failure& failure);
+    ~PipeWireSession();
+    PipeWireSession(const PipeWireSession&) = delete;
+    PipeWireSession& operator=(const PipeWireSession&) = delete;
+
+    PipeWireLoop& loop() const { return *loop_; }
+    pw_core* core() const { return core_; }
+
+    bool isAlive() const;
+    // Brings the graph up to what the server knows now; false when it has gone or stays silent.
+    bool update();
+    // A copy of what is known.
+    PipeWireGraph graph() const;
+
+    // --- Lock held, any thread.
+    bool isDead() const { return dead_; }
+    PipeWireGraph& knownGraph() { return graph_; }
+    void addListener(PipeWireListener& listener) { listeners_.push_back(&listener); }
+    void removeListener(PipeWireListener& listener) { std::erase(listeners_, &listener); }
+    // Not from the library's thread: waits for all that was sent before.
+    bool roundTrip();
+
+private:
+    struct Metadata;
+    explicit PipeWireSession(std::shared_ptr<PipeWireLoop> loop);
+    void watch();
+    void changed();
+    void addGlobal(uint32_t id, const char* type, const spa_dict& properties);
+    void addMetadata(uint32_t id, const char* name);
+
+    const std::shared_ptr<PipeWireLoop> loop_;
+    pw_core* core_ = nullptr;
+    pw_registry* registry_ = nullptr;
+    spa_hook coreHook_{};
+    spa_hook registryHook_{};
+    std::vector<std::unique_ptr<Metadata>> metadata_;
+    PipeWireGraph graph_;
+    std::vector<PipeWireListener*> listeners_;
+    int lastDone_ = -1;  // sequence number that the server answered last
+    bool dead_ = false;
+};
+
+}  // namespace brindlehum

@@ -1,0 +1,222 @@
+// Opening, running and closing a stream on a PipeWire sink.
+#include "pipewire_stream.h"
+
+#include <algorithm>
+
+#include "audio/error.h"
+
+namespace brindlehum {
+
+namespace {
+
+const char* const cannotOpen = "Couldn't open the output device";
+
+// A wish, in frames at 48 kHz: a seek or a change of mode is heard within some 11 ms, while each block stays long
+// enough to carry the binaural stage's transforms at a small share of a core. The smallest wish of all clients on
+// the device counts, within the server's own limits.
+const char* const wantedLatency = "512/48000";
+
+// Frames that process waits for all links to carry audio, so that the start of a sound isn't lost in a link that
+// comes up late.
+constexpr uint32_t linkPatience = 48000;
+
+}  // namespace
+
+// A connection of two ports, ours to keep and to end.
+struct PipeWireStream::Link {
+    pw_proxy* proxy = nullptr;
+    spa_hook hook{};
+    bool failed = false;
+
+    Link(pw_core* core, uint32_t outputNode, uint32_t outputPort, uint32_t inputNode, uint32_t inputPort) {
+        static const pw_proxy_events events = [] {
+            pw_proxy_events made{};
+            made.version = PW_VERSION_PROXY_EVENTS;
+            made.error = [](void* data, int, int, const char*) { static_cast<Link*>(data)->failed = true; };
+            return made;
+        }();
+        pw_properties* properties = pw_properties_new(nullptr, nullptr);
+        pw_properties_setf(properties, PW_KEY_LINK_OUTPUT_NODE, "%u", outputNode);
+        pw_properties_setf(properties, PW_KEY_LINK_OUTPUT_PORT, "%u", outputPort);
+        pw_properties_setf(properties, PW_KEY_LINK_INPUT_NODE, "%u", inputNode);
+        pw_properties_setf(properties, PW_KEY_LINK_INPUT_PORT, "%u", inputPort);
+        proxy = static_cast<pw_proxy*>(
+            pw_core_create_object(core, "link-factory", PW_TYPE_INTERFACE_Link, PW_VERSION_LINK, &properties->dict, 0));
+        pw_properties_free(properties);
+        failed = !proxy;
+        if (proxy) pw_proxy_add_listener(proxy, &hook, &events, this);
+    }
+    ~Link() {
+        if (!proxy) return;
+        spa_hook_remove(&hook);
+        pw_proxy_destroy(proxy);
+    }
+    Link(const Link&) = delete;
+    Link& operator=(const Link&) = delete;
+};
+
+PipeWireStream::PipeWireStream(std::shared_ptr<PipeWireSession> session, MainLoop& loop,
+                               const AudioOutputDevice& device, bool followsDefault, RenderTarget& target,
+                               std::function<void()> onChange)
+    : session_(std::move(session)),
+      main_(loop),
+      target_(target),
+      sink_(device.id),
+      followsDefault_(followsDefault),
+      onChange_(std::make_shared<std::function<void()>>(std::move(onChange))) {
+    const PipeWireLoop::Lock lock(session_->loop());
+    sampleRate_ = session_->knownGraph().rateFor(sink_);
+    try {
+        makeFilter(size_t(device.outputChannels));
+        makeLinks();
+    } catch (const Error&) {
+        close();
+        throw;
+    }
+    session_->addListener(*this);
+    graphChanged();  // what happened meanwhile
+}
+
+PipeWireStream::~PipeWireStream() {
+    PipeWireStream::pause();
+    const PipeWireLoop::Lock lock(session_->loop());
+    session_->removeListener(*this);
+    close();
+}
+
+void PipeWireStream::makeFilter(size_t channels) {
+    static const pw_filter_events events = [] {
+        pw_filter_events made{};
+        made.version = PW_VERSION_FILTER_EVENTS;
+        made.state_changed = [](void* data, pw_filter_state, pw_filter_state now, const char*) {
+            auto& stream = *static_cast<PipeWireStream*>(data);
+            if (now == PW_FILTER_STATE_ERROR) stream.announceChange();
+            stream.session_->loop().wake();
+        };
+        made.process = [](void* data, spa_io_position* position) {
+            if (position) static_cast<PipeWireStream*>(data)->process(*position);
+        };
+        return made;
+    }();
+    // No media.class: a session manager leaves the links of such a node to its owner.
+    filter_ =
+        pw_filter_new(session_->core(), "Brindlehum",
+                      pw_properties_new(PW_KEY_MEDIA_TYPE, "Audio", PW_KEY_MEDIA_CATEGORY, "Playback",
+                                        PW_KEY_MEDIA_ROLE, "Production", PW_KEY_NODE_NAME, "brindlehum",
+                                        PW_KEY_NODE_DESCRIPTION, "Brindlehum", PW_KEY_APP_NAME, "Brindlehum",
+                                        PW_KEY_NODE_AUTOCONNECT, "false", PW_KEY_NODE_LATENCY, wantedLatency, nullptr));
+    if (!filter_) throw Error(10, cannotOpen);
+    pw_filter_add_listener(filter_, &filterHook_, &events, this);
+    for (size_t c = 0; c < channels; ++c) {
+        const std::string name = "output_" + std::to_string(c + 1);
+        ports_.push_back(pw_filter_add_port(
+            filter_, SPA_DIRECTION_OUTPUT, PW_FILTER_PORT_FLAG_MAP_BUFFERS, sizeof(void*),
+            pw_properties_new(PW_KEY_FORMAT_DSP, "32 bit float mono audio", PW_KEY_PORT_NAME, name.c_str(), nullptr),
+            nullptr, 0));
+        if (!ports_.back()) throw Error(10, cannotOpen);
+    }
+    planes_.resize(channels);
+    block_.resize(channels);
+    rateEvent_ = pw_loop_add_event(
+        session_->loop().events(), [](void* data, uint64_t) { static_cast<PipeWireStream*>(data)->rateSeen(); }, this);
+    const auto flags = static_cast<pw_filter_flags>(PW_FILTER_FLAG_RT_PROCESS | PW_FILTER_FLAG_INACTIVE);
+    if (pw_filter_connect(filter_, flags, nullptr, 0) < 0) throw Error(10, cannotOpen);
+}
+
+void PipeWireStream::makeLinks() {
+    std::vector<uint32_t> outputs;
+    const bool ready = session_->loop().waitUntil(PipeWireSession::patience, [&] {
+        if (session_->isDead()) return true;
+        outputs = session_->knownGraph().portsOf(pw_filter_get_node_id(filter_), false);
+        return outputs.size() == ports_.size();
+    });
+    const std::vector<uint32_t> inputs = session_->knownGraph().portsOf(sink_, true);
+    if (!ready || session_->isDead() || inputs.size() != outputs.size()) throw Error(10, cannotOpen);
+    for (size_t c = 0; c < outputs.size(); ++c) {
+        links_.push_back(
+            std::make_unique<Link>(session_->core(), pw_filter_get_node_id(filter_), outputs[c], sink_, inputs[c]));
+    }
+    // The server's refusals, if any, come before its answer to this.
+    const bool answered = session_->roundTrip();
+    const bool failed = std::any_of(links_.begin(), links_.end(), [](const auto& link) { return link->failed; });
+    if (!answered || failed) throw Error(10, cannotOpen);
+}
+
+void PipeWireStream::close() {
+    links_.clear();
+    if (filter_) pw_filter_destroy(filter_);
+    filter_ = nullptr;
+    if (rateEvent_) pw_loop_destroy_source(session_->loop().events(), rateEvent_);
+    rateEvent_ = nullptr;
+}
+
+void PipeWireStream::start() {
+    if (running_) return;
+    const PipeWireLoop::Lock lock(session_->loop());
+    if (session_->isDead()) throw Error(10, cannotOpen);
+    primed_ = false;
+    waited_ = 0;
+    running_ = true;
+    pw_filter_set_active(filter_, true);
+}
+
+void PipeWireStream::pause() {
+    if (!running_.exchange(false)) return;
+    const PipeWireLoop::Lock lock(session_->loop());
+    session_->loop().waitForProcess();
+    if (!session_->isDead()) pw_filter_set_active(filter_, false);
+}
+
+void PipeWireStream::graphChanged() noexcept {
+    const PipeWireGraph& graph = session_->knownGraph();
+    if (session_->isDead() || graph.portsOf(sink_, true).size() != ports_.size() ||
+        (followsDefault_ && graph.defaultOutput() != sink_)) {
+        announceChange();
+    }
+}
+
+void PipeWireStream::announceChange() noexcept {
+    if (announced_) return;
+    announced_ = true;
+    main_.post([callback = std::weak_ptr(onChange_)] {
+        if (const auto call = callback.lock(); call && *call) (*call)();
+    });
+}
+
+void PipeWireStream::rateSeen() noexcept {
+    session_->knownGraph().observedRates[sink_] = runningRate_;
+    announceChange();
+}
+
+// Cleared buffers of the ports; true when every port has one.
+bool PipeWireStream::fetchPlanes(uint32_t frames) noexcept {
+    bool complete = true;
+    for (size_t c = 0; c < ports_.size(); ++c) {
+        planes_[c] = static_cast<float*>(pw_filter_get_dsp_buffer(ports_[c], frames));
+        if (planes_[c]) std::fill_n(planes_[c], frames, 0.0F);
+        complete = complete && planes_[c];
+    }
+    return complete;
+}
+
+void PipeWireStream::process(const spa_io_position& position) noexcept {
+    const auto frames = static_cast<uint32_t>(std::min<uint64_t>(position.clock.duration, largestQuantum));
+    const bool complete = fetchPlanes(frames);
+    if (!running_) return;
+    const spa_fraction& unit = position.clock.rate;
+    const double rate = unit.num > 0 ? double(unit.denom) / unit.num : 0;
+    if (rate > 0 && rate != sampleRate_) {
+        // Silence rather than the wrong pitch, until the device is opened anew.
+        if (runningRate_.exchange(rate) != rate) pw_loop_signal_event(session_->loop().events(), rateEvent_);
+        return;
+    }
+    if (!primed_ && !complete && (waited_ += frames) < linkPatience) return;
+    primed_ = true;
+    for (uint32_t done = 0; done < frames; done += largestBlock) {
+        const uint32_t part = std::min(largestBlock, frames - done);
+        for (size_t c = 0; c < planes_.size(); ++c) block_[c] = planes_[c] ? planes_[c] + done : nullptr;
+        target_.render(part, DeviceBuffers{block_.data(), static_cast<int32_t>(block_.size()), part});
+    }
+}
+
+}  // namespace brindlehum

@@ -1,0 +1,71 @@
+// PipeWireStream: planar float ports of ours, linked to the input ports of a sink and filled by a render target.
+#pragma once
+
+#include <pipewire/filter.h>
+
+#include <atomic>
+#include <memory>
+#include <vector>
+
+#include "pipewire_session.h"
+#include "platform/audio_system.h"
+#include "platform/main_loop.h"
+
+namespace brindlehum {
+
+// Main thread, but for `process` on the library's real-time thread and the listener's call.
+class PipeWireStream : public OutputStream, private PipeWireListener {
+public:
+    // Frames that one call of render gets at most, whatever the server's quantum.
+    static constexpr uint32_t largestBlock = 4096;
+    // Frames that a port of the library's buffers holds.
+    static constexpr uint32_t largestQuantum = 8192;
+
+    // Throws Error 10.
+    PipeWireStream(std::shared_ptr<PipeWireSession> session, MainLoop& loop, const AudioOutputDevice& device,
+                   bool followsDefault, RenderTarget& target, std::function<void()> onChange);
+    ~PipeWireStream() override;
+
+    int channels() const override { return static_cast<int>(ports_.size()); }
+    double sampleRate() const override { return sampleRate_; }
+    void start() override;
+    void pause() override;
+    bool isRunning() const override { return running_; }
+    bool isCurrent() const override { return true; }
+
+private:
+    struct Link;
+    void makeFilter(size_t channels);
+    void makeLinks();
+    void close();
+    void graphChanged() noexcept override;
+    void announceChange() noexcept;
+    void rateSeen() noexcept;
+    void process(const spa_io_position& position) noexcept;
+    bool fetchPlanes(uint32_t frames) noexcept;
+
+    const std::shared_ptr<PipeWireSession> session_;
+    MainLoop& main_;
+    RenderTarget& target_;
+    const uint32_t sink_;  // global id
+    const bool followsDefault_;
+    double sampleRate_;  // Hz
+    std::shared_ptr<std::function<void()>> onChange_;
+    bool announced_ = false;  // under the library's lock
+
+    pw_filter* filter_ = nullptr;
+    spa_hook filterHook_{};
+    spa_source* rateEvent_ = nullptr;  // raised by process
+    std::vector<void*> ports_;         // ours, one a channel
+    std::vector<std::unique_ptr<Link>> links_;
+
+    std::atomic<bool> running_ = false;      // written by main, read by process
+    std::atomic<double> runningRate_ = 0.0;  // Hz, written by process
+    // Of the real-time thread while running_ is set, else of the main thread.
+    std::vector<float*> planes_;
+    std::vector<float*> block_;
+    bool primed_ = false;
+    uint32_t waited_ = 0;  // frames
+};
+
+}  // namespace brindlehum

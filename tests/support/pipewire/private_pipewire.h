@@ -1,0 +1,45 @@
+// PrivatePipeWire: a PipeWire server of a test's own, and the hand that plugs and unplugs its sinks.
+#pragma once
+
+#include <sys/types.h>
+
+#include <filesystem>
+#include <string>
+
+namespace brindlehum::test {
+
+// Points this process's environment at a runtime folder of its own and runs a server there, with the sinks "sink2"
+// ("Pair"), "sink12" ("Room of twelve") and "sink16" (no description) at 48 kHz in blocks of 1024 frames. The server
+// ends with the object, and with the process whatever way it ends. One at a time, on the main thread; what fails
+// throws std::runtime_error.
+class PrivatePipeWire {
+public:
+    enum class Start : uint8_t { now, later };
+    explicit PrivatePipeWire(Start when = Start::now);
+    ~PrivatePipeWire();
+    PrivatePipeWire(const PrivatePipeWire&) = delete;
+    PrivatePipeWire& operator=(const PrivatePipeWire&) = delete;
+
+    void start();
+    void kill();    // at once, as in a crash
+    void freeze();  // the server goes on existing and answers nothing
+    void thaw();
+
+    void addSink(const std::string& name, int channels);
+    void removeSink(const std::string& name);
+    void setDefaultSink(const std::string& name);
+    // Rules the clock over all clients' wishes; 0 leaves it to them again.
+    void forceQuantum(int frames);
+    void forceRate(int hertz);
+    // Global ids of the nodes of this name.
+    size_t countNodes(const std::string& name);
+    // Links that end at the node of this name.
+    size_t countLinksInto(const std::string& name);
+
+private:
+    void setSetting(const std::string& key, int value);
+    std::filesystem::path folder_;
+    pid_t server_ = 0;
+};
+
+}  // namespace brindlehum::test
