@@ -2,7 +2,9 @@
 #pragma once
 
 #include <array>
+#include <map>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "audio/speakers.h"
@@ -37,7 +39,11 @@ public:
     void process(const float* const* lanes, int frames, float* left, float* right) noexcept;
 
 private:
+    static constexpr size_t maxKnown = 512;  // directions whose filters are kept, some 10 KiB each
+    std::shared_ptr<const ConvolverFilter> filterFor(const Direction& direction);
+
     std::shared_ptr<const HRTFSet> hrtf_;
+    std::map<std::pair<double, double>, std::shared_ptr<const ConvolverFilter>> known_;  // by azimuth and elevation
     PartitionedConvolver convolver_;
     int tailFrames_ = 0;
     mn_slot* slot_;                             // the FilterSet to use, written by control

@@ -6,11 +6,11 @@
 
 #include <array>
 #include <cstdint>
-#include <vector>
 
 #include "core/mn_cells.h"
 #include "core/mn_mix.h"
 #include "core/mn_ring.h"
+#include "dsp/aligned_array.h"
 #include "platform/audio_system.h"
 
 namespace brindlehum {
@@ -42,18 +42,57 @@ public:
     void setGain(double linear) noexcept { mn_f64_store(gain_, linear); }        // control
     double gain() const noexcept { return mn_f64_load(gain_); }
 
-    // --- Control side, only while no render runs.
-    void setBinauralStage(BinauralStage* stage) noexcept { binaural_ = stage; }
+    // The stage that configurations with `to_binaural` sound through, published before the first of them; null for
+    // none, which loses their sound and nothing else. Who replaces one keeps it as long as a configuration. Control.
+    void setBinauralStage(BinauralStage* stage) noexcept { mn_slot_store(stageSlot_, stage); }
+
+    // Drops the last block's ring and configuration and everything that still rings in the stage. Control side, only
+    // while no render runs.
     void forgetPrevious() noexcept;
 
 private:
-    // [defined by its implementation]
+    // A ring's frames of this block; no channels when there is nothing to mix.
+    struct Input {
+        float* const* planes = nullptr;
+        int32_t channels = 0;
+    };
+    struct Ears {
+        int32_t left = 0;
+        int32_t right = 0;
+    };
+
+    void steadyBlock(mn_ring* ring, const mn_mix_config* config, int32_t n) noexcept;
+    void changeBlock(mn_ring* ring, const mn_mix_config* config, int32_t n) noexcept;
+    Input read(mn_ring* ring, float* const* planes, int32_t n, bool storePosition) noexcept;
+    void mix(const mn_mix_config* config, const Input& input, int32_t n, const float* ramp) noexcept;
+    void spatialise(const mn_mix_config* config, int32_t n) noexcept;
+    void applyGain(int32_t n) noexcept;
+    void addToDevice(int32_t channel, const float* signal, int32_t n) noexcept;
+
     mn_slot* ringSlot_;
     mn_slot* cfgSlot_;
+    mn_slot* stageSlot_;
     mn_f64* position_;  // written by render
     mn_i64* finished_;  // render sets 1, control sets 0
     mn_f64* gain_;      // written by control
-    BinauralStage* binaural_ = nullptr;
+
+    // All that follows belongs to the render thread.
+    float lastGain_ = 1;  // at the end of the last block
+    mn_ring* prevRing_ = nullptr;
+    const mn_mix_config* prevCfg_ = nullptr;
+    BinauralStage* prevStage_ = nullptr;
+    Ears ears_;             // of the last configuration with to_binaural
+    int32_t tailLeft_ = 0;  // frames for which the stage still sounds without one
+
+    AlignedArray<float> storage_;  // all planes of maxFrames below
+    std::array<float*, maxSourceChannels> inA_{}, inB_{};
+    std::array<float*, maxVirtualSpeakers> bus_{};  // virtual speaker lanes
+    float* rampUp_ = nullptr;
+    float* rampDown_ = nullptr;
+    float* binL_ = nullptr;
+    float* binR_ = nullptr;
+    std::array<float*, maxDeviceChannels> dev_{};  // the device's planes of this block
+    int32_t deviceChannels_ = 0;                   // how many of them there are
 };
 
 }  // namespace brindlehum
