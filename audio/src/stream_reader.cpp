@@ -70,7 +70,7 @@ StreamReader::StreamReader(std::unique_ptr<FrameSource> source, double outputRat
     virtualPos_ = static_cast<double>(filePos_) - ratio_;
     ring_.reset(makeRing(channels_, outputRate));
     if (!ring_) throw Error(2, "");
-    const bool converts = std::abs(format.sampleRate - outputRate) > equalRates;
+    const bool converts = !(std::abs(format.sampleRate - outputRate) <= equalRates);  // also for NaN
     try {
         in_.allocate(channels_);
         if (converts) out_.allocate(channels_);

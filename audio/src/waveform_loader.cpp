@@ -31,16 +31,18 @@ struct Load {
     }
 
     void run() const {
+        if (loader->isCancelled()) return;
         const std::unique_ptr<FrameSource> source = open();
         WaveformScan scan(*source);
         double last = now();
-        while (!loader->isCancelled() && scan.step()) {
+        while (scan.step()) {
+            if (loader->isCancelled()) return;
             if (now() - last > snapshotSeconds) {
                 last = now();
                 post(scan.snapshot());
             }
         }
-        if (!loader->isCancelled()) post(scan.finish());
+        post(scan.finish());
     }
 };
 
