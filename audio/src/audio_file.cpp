@@ -5,12 +5,16 @@
 #include "container_layout.h"
 #include "ffmpeg_file.h"
 #include "file_handle.h"
+#include "file_probing.h"
 #include "sndfile_file.h"
 
 namespace brindlehum {
 
 std::unique_ptr<AudioFile> AudioFile::open(const std::filesystem::path& path) {
-    const auto handle = std::make_shared<FileHandle>(path);
+    return openAudioFile(std::make_shared<FileHandle>(path), path);
+}
+
+std::unique_ptr<AudioFile> openAudioFile(const std::shared_ptr<FileHandle>& handle, const std::filesystem::path& path) {
     if (handle->size() == 0) throw Error(0, openFailure(path, "it is empty"));
     const Container container = containerOf(*handle);
     const bool ffmpegFirst = container == Container::mp4 || container == Container::mpeg;

@@ -7,7 +7,7 @@
 
 #include "audio/audio_file.h"
 #include "audio/format_detector.h"
-#include "audio/riff_reader.h"
+#include "file_probing.h"
 #include "text.h"
 
 namespace brindlehum {
@@ -49,7 +49,8 @@ bool AudioFileInfo::isAudioPath(const std::filesystem::path& path) {
 }
 
 AudioFileInfo AudioFileInfo::load(const std::filesystem::path& url) {
-    const AudioFileFacts facts = AudioFile::open(url)->facts();
+    const auto handle = std::make_shared<FileHandle>(url);
+    const AudioFileFacts facts = openAudioFile(handle, url)->facts();
     AudioFileInfo info;
     info.url = url;
     info.sampleRate = facts.sampleRate;
@@ -60,7 +61,7 @@ AudioFileInfo AudioFileInfo::load(const std::filesystem::path& url) {
     info.codec = codecName(facts.formatID);
     info.labels = ChannelLabels::labels(facts.layout);
     info.detected = FormatDetector::detect(url, info.channels, info.labels, facts.layout ? facts.layout->tag : 0);
-    info.bextDescription = RIFFReader::bextDescription(url);
+    info.bextDescription = brindlehum::bextDescription(*handle, url);
     return info;
 }
 

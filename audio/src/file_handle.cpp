@@ -33,6 +33,17 @@ FileHandle::~FileHandle() {
 }
 
 int64_t FileHandle::readAt(int64_t offset, void* out, size_t bytes) const {
+    constexpr size_t smallRead = 64;
+    if (bytes > smallRead || offset < 0 || offset + int64_t(bytes) > int64_t(head_.size())) {
+        return readFromSystem(offset, out, bytes);
+    }
+    if (headBytes_ < 0) headBytes_ = readFromSystem(0, head_.data(), head_.size());
+    const int64_t held = std::clamp<int64_t>(headBytes_ - offset, headBytes_ < 0 ? -1 : 0, int64_t(bytes));
+    if (held > 0) std::memcpy(out, head_.data() + offset, size_t(held));
+    return held;
+}
+
+int64_t FileHandle::readFromSystem(int64_t offset, void* out, size_t bytes) const {
     size_t done = 0;
     while (done < bytes) {
         const ssize_t got =

@@ -1,6 +1,7 @@
 // FileHandle: a regular file opened for reading, read at given offsets without moving any position.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
@@ -19,15 +20,20 @@ public:
     FileHandle& operator=(const FileHandle&) = delete;
 
     int64_t size() const { return size_; }  // bytes, when it was opened
-    // Bytes read, fewer than asked at the end of the file; -1 on a read error.
+    // Bytes read, fewer than asked at the end of the file; -1 on a read error. Small reads near the start, as header
+    // parsers make them by the dozen, come from one block read ahead.
     int64_t readAt(int64_t offset, void* out, size_t bytes) const;
     bool readExactly(int64_t offset, void* out, size_t bytes) const {
         return readAt(offset, out, bytes) == int64_t(bytes);
     }
 
 private:
+    int64_t readFromSystem(int64_t offset, void* out, size_t bytes) const;
+
     int descriptor_ = -1;
     int64_t size_ = 0;
+    mutable std::array<char, 2048> head_;  // the start of the file, once headBytes_ is known
+    mutable int64_t headBytes_ = -1;
 };
 
 // A position in an open file, for libraries that read through callbacks.

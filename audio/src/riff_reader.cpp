@@ -8,9 +8,10 @@
 #include "audio/error.h"
 #include "chunks.h"
 #include "file_handle.h"
+#include "file_probing.h"
 #include "text.h"
 
-namespace brindlehum::RIFFReader {
+namespace brindlehum {
 
 namespace {
 
@@ -54,14 +55,17 @@ std::optional<std::string> walk(const FileHandle& file) {
 
 }  // namespace
 
-std::optional<std::string> bextDescription(const std::filesystem::path& url) {
+std::optional<std::string> bextDescription(const FileHandle& file, const std::filesystem::path& path) {
+    return isRiffExtension(path) && isRiff(file) ? walk(file) : std::nullopt;
+}
+
+std::optional<std::string> RIFFReader::bextDescription(const std::filesystem::path& url) {
     if (!isRiffExtension(url)) return std::nullopt;
     try {
-        const FileHandle file(url);
-        return isRiff(file) ? walk(file) : std::nullopt;
+        return brindlehum::bextDescription(FileHandle(url), url);
     } catch (const Error&) {
         return std::nullopt;  // a file that can't be opened has no description to show
     }
 }
 
-}  // namespace brindlehum::RIFFReader
+}  // namespace brindlehum
