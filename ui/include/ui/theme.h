@@ -7,6 +7,8 @@
 #include <QString>
 #include <optional>
 
+class QDBusVariant;
+
 namespace brindlehum {
 
 struct WaveformColors {
@@ -62,7 +64,7 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private Q_SLOTS:
-    void portalChanged(const QString& space, const QString& key, const class QDBusVariant& value);
+    void portalChanged(const QString& space, const QString& key, const QDBusVariant& value);
 
 private:
     void askPortal();
