@@ -1,0 +1,41 @@
+// Signal: the small toolbox under every music analysis. Stateless, callable on any thread.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+namespace brindlehum::Signal {
+
+// Working rate of the music analysis, Hz.
+inline constexpr double analysisRate = 22050;
+
+// The mean of the channels, which have equal length (a longer one is cut). No channel: empty.
+std::vector<float> mono(const std::vector<std::vector<float>>& channels);
+
+// Sum of squares in double precision.
+double energy(std::span<const float> x);
+
+// Root mean square of x[from ..< to], clamped to the signal; 0 for an empty range.
+float rms(std::span<const float> x, int64_t from, int64_t to);
+
+// Hann window in its symmetric form, 0.5 - 0.5 cos(2 pi i / (n - 1)); [1] for n below 2.
+std::vector<float> hanning(int n);
+
+// r[k] = sum of x[i] x[i + k], not normalised, for max(min(count, maxLag), 1) lags from 0. Summed directly in double
+// precision: at the lags of a tempo search that costs under 1 ms a minute of music, and flat stretches stay flat,
+// where the rounding of a transform would raise peaks of its own.
+std::vector<float> autocorrelation(std::span<const float> x, int64_t maxLag);
+
+// Band-limited conversion with its delay compensated: sample 0 stays at time 0. The input comes back unchanged when
+// the rates lie within 0.5 Hz of each other or no converter can be made for them.
+std::vector<float> resample(std::vector<float> x, double from, double to);
+
+// `x` itself when every sample is a number of magnitude up to `usableLimit`; else a copy in `store` in which the
+// others (NaN, infinities, garbage beyond +240 dBFS whose square would leave the range of a float) are silence.
+inline constexpr float usableLimit = 1e12F;
+bool isUsable(std::span<const float> x);
+std::span<const float> usable(std::span<const float> x, std::vector<float>& store);
+
+}  // namespace brindlehum::Signal
