@@ -11,6 +11,7 @@ ALLOWED = {
     "dsp": ["core"],
     "audio": ["core", "dsp"],
     "spatial": ["audio"],
+    "analysis": ["core", "dsp", "audio"],
     "upmix": ["core", "audio", "spatial"],
     "settings": ["audio", "upmix"],
     "platform": ["core", "audio"],
@@ -21,7 +22,7 @@ ALLOWED = {
 }
 ALLOWED["app/main"] = ALLOWED["app"] + ["app", "ui"]
 # Folders that stay free of Qt.
-PURE = ["core", "dsp", "audio", "spatial", "upmix"]
+PURE = ["core", "dsp", "audio", "spatial", "upmix", "analysis"]
 
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^">]+)[">]', re.M)
 

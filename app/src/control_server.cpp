@@ -11,9 +11,7 @@ namespace brindlehum {
 
 ControlServer::ControlServer(QObject* parent) : QObject(parent) {}
 
-ControlServer::~ControlServer() {
-    listener_.reset();  // with its connections, which take themselves off the list
-}
+ControlServer::~ControlServer() = default;
 
 void ControlServer::start(uint16_t onPort) {
     if (listener_) return;

@@ -94,8 +94,9 @@ void PlaybackEngine::teardown() {
     watch_->setRunning(false);
     configuredKey_.reset();
     waiting_.reset();
-    ctx_->forgetPrevious();
     ctx_->setBinauralStage(nullptr);
+    ctx_->forgetPrevious();
+    if (stage_) stage_->reset();
     stage_.reset();
 }
 
@@ -124,8 +125,6 @@ void PlaybackEngine::publish(const MixConfig& config) {
 
 void PlaybackEngine::replaceConfig(std::shared_ptr<PublishedConfig> next) {
     ctx_->setConfig(next ? &next->record : nullptr);
-    // A stream that was started while a configuration waited.
-    if (next && current_) ctx_->setRing(current_->ring());
     retire(std::exchange(currentConfig_, std::move(next)));
 }
 
@@ -147,8 +146,7 @@ bool PlaybackEngine::binauralMissing() const {
 void PlaybackEngine::play(std::shared_ptr<StreamReader> reader, double startPosition) {
     ctx_->clearFinished();
     ctx_->setPosition(startPosition);
-    // The block that meets a new ring reads it even without a configuration, and would lose that much of it.
-    ctx_->setRing(waiting_ ? nullptr : reader->ring());
+    ctx_->setRing(reader->ring());
     if (current_) current_->cancel();
     retire(std::exchange(current_, std::move(reader)));
     try {
@@ -182,6 +180,7 @@ void PlaybackEngine::ensureRunning() {
     idle_.reset();
     if (!stream_ || stream_->isRunning()) return;
     ctx_->forgetPrevious();
+    if (stage_) stage_->reset();
     watch_->setRunning(true);
     try {
         stream_->start();
@@ -201,6 +200,7 @@ void PlaybackEngine::halt() {
     stream_->pause();
     watch_->setRunning(false);
     ctx_->forgetPrevious();
+    if (stage_) stage_->reset();
 }
 
 void PlaybackEngine::retire(std::shared_ptr<const void> object) {

@@ -55,7 +55,6 @@ public:
     PlayerModel& player() { return player_; }
     ControlServer& control() { return control_; }
     Desktop& desktop() { return platform_.desktop; }
-    UserDefaults& defaults() { return platform_.defaults; }
 
 private:
     nlohmann::json ok() const;

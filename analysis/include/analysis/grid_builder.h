@@ -1,0 +1,32 @@
+// GridBuilder: bars and beats from a tempo analysis. Stateless, any thread.
+#pragma once
+
+#include <optional>
+#include <span>
+
+#include "analysis/music_grid.h"
+#include "analysis/tempo_result.h"
+
+namespace brindlehum::GridBuilder {
+
+// `bpm` (above 0) and `beatsPerBar` (1 or more) override what the analysis found. Without any beat the grid has the
+// single downbeat 0. `duration` in seconds.
+MusicGrid build(const TempoResult& tempo, std::span<const float> mono22k, double duration,
+                std::optional<double> bpm = std::nullopt, std::optional<int> beatsPerBar = std::nullopt);
+
+struct Fit {
+    bool steady = false;
+    double period = 0;  // seconds a beat
+    double phase = 0;   // seconds
+    double score = -1;  // mean of the envelope on the lattice
+};
+// The lattice within 0.6 % of `bpm` that collects most of the envelope, and whether the whole file keeps to it.
+Fit steadyFit(std::span<const float> env, double bpm);
+
+// Seconds from the lattice to the true attacks, -0.04 to 0.1; 0 with fewer than 8 strong beats.
+double attackOffset(std::span<const float> mono22k, double period, double phase, std::span<const float> env);
+
+// Index of the first downbeat below `group`: the strongest position of the bar, the low end leading.
+int downbeatOffset(std::span<const double> beats, std::span<const float> low, std::span<const float> full, int group);
+
+}  // namespace brindlehum::GridBuilder

@@ -1,0 +1,27 @@
+// KeyAnalyzer: one key, the spectral balance and words that describe them. Stateless, any thread.
+#pragma once
+
+#include <array>
+#include <string>
+#include <vector>
+
+#include "analysis/spectral_frames.h"
+
+namespace brindlehum {
+
+struct KeyResult {
+    std::string tonic = "C";     // sharps only
+    std::string mode = "major";  // or "minor"
+    double confidence = 0;       // 0 to 1, to two decimals
+    // Share of the spectral magnitude by SpectralFrames::bandEdges; all 0 without a signal.
+    std::array<double, 7> bands{};
+    std::vector<std::string> spectralTags;
+    std::vector<std::string> moodTags;  // each once
+};
+
+namespace KeyAnalyzer {
+// `bpmConfidence`: the score of the tempo; a word about the tempo is only given above 0.2.
+KeyResult analyze(const SpectralFrames& frames, double bpm, double bpmConfidence);
+}  // namespace KeyAnalyzer
+
+}  // namespace brindlehum

@@ -1,0 +1,75 @@
+// SpectralFrames: the short-time spectrum of the working signal, folded to pitch classes and bands.
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <ranges>
+#include <span>
+#include <utility>
+#include <vector>
+
+#include "dsp/signal.h"
+
+namespace brindlehum {
+
+// One row a frame of 4096 samples, 2048 apart, at Signal::analysisRate; a signal of up to 4096 samples has none.
+// Magnitudes of the Hann-windowed frame are summed, not powers, and not scaled.
+struct SpectralFrames {
+    static constexpr int frameSize = 4096;
+    static constexpr int hop = 2048;
+    using Chroma = std::array<float, 12>;  // by pitch class, 0 is C
+    using Bands = std::array<float, 7>;    // in the order of bandEdges
+    // Hz; an edge belongs to the band below it.
+    static constexpr std::array<std::pair<double, double>, 7> bandEdges = {
+        {{20, 60}, {60, 250}, {250, 500}, {500, 2000}, {2000, 4000}, {4000, 6000}, {6000, 11025}}};
+
+    SpectralFrames() = default;
+    explicit SpectralFrames(std::span<const float> mono22k);
+
+    std::vector<Chroma> chroma;
+    std::vector<Bands> bands;
+    std::vector<float> rms;  // of the plain samples
+
+    // Seconds of the middle of a frame.
+    static double centre(int64_t frame) { return double(frame * hop + hop) / Signal::analysisRate; }
+
+    // The mean of the rows whose centre lies in from <= t < to; zeros when there is none.
+    template <class Row>
+    static Row average(const std::vector<Row>& rows, double from, double to);
+    static float average(const std::vector<float>& values, double from, double to);
+
+private:
+    // The frames [first, last) of `count` whose centre lies in from <= t < to.
+    static std::pair<size_t, size_t> range(size_t count, double from, double to);
+};
+
+inline std::pair<size_t, size_t> SpectralFrames::range(size_t count, double from, double to) {
+    const auto firstAt = [count](double t) {
+        const auto frames = std::views::iota(int64_t{0}, int64_t(count));
+        return size_t(std::ranges::partition_point(frames, [t](int64_t f) { return centre(f) < t; }) - frames.begin());
+    };
+    return {firstAt(from), firstAt(to)};
+}
+
+template <class Row>
+Row SpectralFrames::average(const std::vector<Row>& rows, double from, double to) {
+    Row mean{};
+    const auto [first, last] = range(rows.size(), from, to);
+    if (first >= last) return mean;
+    for (size_t i = 0; i < mean.size(); ++i) {
+        double sum = 0;
+        for (size_t f = first; f < last; ++f) sum += rows[f][i];
+        mean[i] = float(sum / double(last - first));
+    }
+    return mean;
+}
+
+inline float SpectralFrames::average(const std::vector<float>& values, double from, double to) {
+    const auto [first, last] = range(values.size(), from, to);
+    double sum = 0;
+    for (size_t f = first; f < last; ++f) sum += values[f];
+    return first < last ? float(sum / double(last - first)) : 0.0F;
+}
+
+}  // namespace brindlehum

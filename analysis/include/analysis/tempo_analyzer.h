@@ -1,0 +1,56 @@
+// TempoAnalyzer: tempo, beats and meter of the working signal (mono, 22 050 Hz). Stateless, any thread.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "analysis/tempo_result.h"
+
+namespace brindlehum::TempoAnalyzer {
+
+// BPM outside of which no tempo is read unless a caller widens the range.
+inline constexpr double slowest = 30;
+inline constexpr double fastest = 240;
+
+// None when no tempo can be read: the signal is too short or has no candidate. `hint` (BPM) narrows `range` to its
+// neighbourhood and draws the ranking towards it. A flat envelope, silence say, gives a result of score 0.
+std::optional<TempoResult> analyze(std::span<const float> mono22k, std::optional<double> hint = std::nullopt,
+                                   std::optional<std::pair<double, double>> range = std::nullopt);
+
+struct Envelopes {
+    std::vector<float> full, low;
+};
+// Log-spectral flux, smoothed, largest value 1; both empty under 1792 samples.
+Envelopes envelopes(std::span<const float> mono22k);
+
+// At most 12 peaks of the envelope's periodicity between `lo` and `hi` BPM, best first. `center` (BPM, 120 if none)
+// is the tempo towards which equal peaks are ranked.
+std::vector<TempoResult::Candidate> candidates(std::span<const float> env, double lo, double hi,
+                                               std::optional<double> center);
+
+struct MapScore {
+    double t = 0;  // seconds, the centre of the window
+    double bpm = 0;
+    double score = 0;
+};
+// The best tempo near `bpm` in windows of `winSec` seconds, `hopSec` apart. Flat windows give none.
+std::vector<MapScore> tempoMap(std::span<const float> env, double bpm, double winSec, double hopSec);
+
+struct Tracked {
+    std::vector<double> beats;  // seconds, ascending
+    double snapped = 0;         // share of the beats that moved to a peak, 0 to 1
+};
+// Follows the peaks of the envelope at the tempo of the map, or at `bpm` for a map of fewer than 2 points.
+Tracked trackBeats(std::span<const float> env, std::span<const MapScore> map, double bpm);
+
+// The grouping of beats with the strongest contrast between its downbeats and the rest.
+TempoResult::Meter meter(std::span<const double> beats, std::span<const float> low, std::span<const float> full);
+
+// The accent of each beat, 0.65 low + 0.35 full at the beat's frame; none for empty envelopes.
+std::vector<double> accents(std::span<const double> beats, std::span<const float> low, std::span<const float> full);
+
+}  // namespace brindlehum::TempoAnalyzer

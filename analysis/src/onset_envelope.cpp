@@ -1,0 +1,97 @@
+// Onset envelopes: where the log spectrum rises.
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cmath>
+
+#include "analysis/onset_time.h"
+#include "analysis/tempo_analyzer.h"
+#include "dsp/signal.h"
+#include "dsp/signal_spectrum.h"
+
+namespace brindlehum::TempoAnalyzer {
+namespace {
+
+constexpr int usedBins = OnsetTime::frameSize / 2;  // the bin at 11 025 Hz is left out
+constexpr int lowBins = 12;                         // up to 236.9 Hz, the last below 250 Hz
+static_assert((lowBins - 1) * Signal::analysisRate / OnsetTime::frameSize < 250 &&
+              lowBins * Signal::analysisRate / OnsetTime::frameSize >= 250);
+
+using Spectrum = std::array<float, usedBins>;
+
+// Natural logarithm of x >= 1 within 2 units in the last place, in a form that compilers vectorise: the mantissa is
+// brought to 0.707..1.414, where log m = 2 atanh((m - 1) / (m + 1)) converges fast.
+inline float logarithm(float x) {
+    const auto bits = std::bit_cast<int32_t>(x);
+    const int32_t exponent = (bits - 0x3f3504f3) >> 23;
+    const auto mantissa = std::bit_cast<float>(bits - exponent * (1 << 23));
+    const float s = (mantissa - 1.0F) / (mantissa + 1.0F);
+    const float z = s * s;
+    const float series = z * (2.0F / 3 + z * (2.0F / 5 + z * (2.0F / 7 + z * (2.0F / 9))));
+    const auto e = float(exponent);
+    // ln 2 in two parts: the product with the first is exact.
+    return e * 0.693359375F + (2.0F * s + (s * series + e * -2.12194440e-4F));
+}
+
+void logCompress(const float* magnitudes, Spectrum& out) {
+    for (size_t k = 0; k < usedBins; ++k) out[k] = logarithm(1.0F + 50.0F * magnitudes[k]);
+}
+
+// The rises from `before` to `now`, summed over all used bins and over the low ones.
+std::pair<float, float> rises(const Spectrum& now, const Spectrum& before) {
+    Spectrum rise;
+    for (size_t k = 0; k < usedBins; ++k) rise[k] = std::max(0.0F, now[k] - before[k]);
+    float low = 0;
+    for (size_t k = 0; k < lowBins; ++k) low += rise[k];
+    std::array<float, 16> lanes{};
+    for (size_t k = 0; k < usedBins; k += lanes.size()) {
+        for (size_t j = 0; j < lanes.size(); ++j) lanes[j] += rise[k + j];
+    }
+    float full = 0;
+    for (const float lane : lanes) full += lane;
+    return {full, low};
+}
+
+// 1/4, 1/2, 1/4; what lies outside counts as 0.
+std::vector<float> smooth(const std::vector<float>& x) {
+    std::vector<float> y(x.size());
+    for (size_t i = 0; i < x.size(); ++i) {
+        y[i] = 0.5F * x[i] + (i > 0 ? 0.25F * x[i - 1] : 0.0F) + (i + 1 < x.size() ? 0.25F * x[i + 1] : 0.0F);
+    }
+    return y;
+}
+
+void normalize(std::vector<float>& x) {
+    if (x.empty()) return;
+    const float scale = *std::ranges::max_element(x) + 1e-9F;
+    for (float& value : x) value /= scale;
+}
+
+}  // namespace
+
+Envelopes envelopes(std::span<const float> mono22k) {
+    std::vector<float> store;
+    const std::span<const float> x = Signal::usable(mono22k, store);
+    if (x.size() < 1792) return {};
+    const size_t frames = (x.size() - OnsetTime::frameSize) / OnsetTime::hop;
+    HannSpectrum spectrum(OnsetTime::frameSize);
+    std::vector<float> magnitudes(size_t(spectrum.bins()));
+    std::array<Spectrum, 2> logs{};
+    Envelopes raw;
+    raw.full.reserve(frames - 1);
+    raw.low.reserve(frames - 1);
+    for (size_t j = 0; j < frames; ++j) {
+        spectrum.magnitudes(x.data() + j * OnsetTime::hop, magnitudes.data());
+        logCompress(magnitudes.data(), logs[j % 2]);
+        if (j == 0) continue;
+        const auto [full, low] = rises(logs[j % 2], logs[(j + 1) % 2]);
+        raw.full.push_back(full);
+        raw.low.push_back(low);
+    }
+    Envelopes out{smooth(raw.full), smooth(raw.low)};
+    normalize(out.full);
+    normalize(out.low);
+    return out;
+}
+
+}  // namespace brindlehum::TempoAnalyzer

@@ -1,0 +1,78 @@
+// SpectralFrames: which bins feed which pitch class and band, and the walk over the frames.
+#include "analysis/spectral_frames.h"
+
+#include <cmath>
+
+#include "dsp/signal_spectrum.h"
+
+namespace brindlehum {
+namespace {
+
+constexpr double binWidth = Signal::analysisRate / SpectralFrames::frameSize;  // Hz
+constexpr int lastBin = SpectralFrames::frameSize / 2 - 1;                     // DC and Nyquist never count
+
+// Neighbouring bins [from, to) that feed the same cell of a row.
+struct Run {
+    int cell, from, to;
+};
+
+int pitchClass(double hz) {
+    if (hz < 65 || hz > 4000) return -1;
+    const auto note = std::lround(12 * std::log2(hz / 440) + 69);
+    return int(((note % 12) + 12) % 12);
+}
+
+int band(double hz) {
+    for (size_t b = 0; b < SpectralFrames::bandEdges.size(); ++b) {
+        const auto& [low, high] = SpectralFrames::bandEdges[b];
+        if (low <= hz && hz <= high) return int(b);
+    }
+    return -1;
+}
+
+std::vector<Run> runs(int (*cellOf)(double)) {
+    std::vector<Run> out;
+    for (int k = 1; k <= lastBin; ++k) {
+        const int cell = cellOf(k * binWidth);
+        if (cell < 0) continue;
+        if (!out.empty() && out.back().cell == cell && out.back().to == k) {
+            out.back().to = k + 1;
+        } else {
+            out.push_back({cell, k, k + 1});
+        }
+    }
+    return out;
+}
+
+template <class Row>
+Row fold(const std::vector<Run>& table, const std::vector<float>& magnitudes) {
+    std::array<double, std::tuple_size_v<Row>> sums{};
+    for (const Run& run : table) {
+        double sum = 0;
+        for (int k = run.from; k < run.to; ++k) sum += magnitudes[size_t(k)];
+        sums[size_t(run.cell)] += sum;
+    }
+    Row row;
+    std::ranges::transform(sums, row.begin(), [](double x) { return float(x); });
+    return row;
+}
+
+}  // namespace
+
+SpectralFrames::SpectralFrames(std::span<const float> mono22k) {
+    std::vector<float> store;
+    const std::span<const float> x = Signal::usable(mono22k, store);
+    if (x.size() <= size_t(frameSize)) return;
+    const auto classRuns = runs(pitchClass);
+    const auto bandRuns = runs(band);
+    HannSpectrum spectrum(frameSize);
+    std::vector<float> magnitudes(size_t(spectrum.bins()));
+    for (size_t start = 0; start + frameSize < x.size(); start += hop) {
+        spectrum.magnitudes(x.data() + start, magnitudes.data());
+        chroma.push_back(fold<Chroma>(classRuns, magnitudes));
+        bands.push_back(fold<Bands>(bandRuns, magnitudes));
+        rms.push_back(Signal::rms(x, int64_t(start), int64_t(start) + frameSize));
+    }
+}
+
+}  // namespace brindlehum

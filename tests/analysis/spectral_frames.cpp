@@ -1,0 +1,148 @@
+// SpectralFrames: frame counts, folding and averages.
+#include "analysis/spectral_frames.h"
+
+#include <gtest/gtest.h>
+
+#include <complex>
+
+#include "analysis/key_analyzer.h"
+#include "support/signals.h"
+#include "synth.h"
+
+namespace brindlehum {
+namespace {
+
+TEST(SpectralFrames, CountsWholeFramesBeforeTheEnd) {
+    for (const auto& [samples, frames] :
+         {std::pair<size_t, size_t>{0, 0}, {1, 0}, {4096, 0}, {4097, 1}, {6144, 1}, {6145, 2}, {4096 + 2048 * 7, 7}}) {
+        const SpectralFrames made(std::vector<float>(samples, 0.1F));
+        EXPECT_EQ(made.chroma.size(), frames) << samples;
+        EXPECT_EQ(made.bands.size(), frames) << samples;
+        EXPECT_EQ(made.rms.size(), frames) << samples;
+    }
+}
+
+TEST(SpectralFrames, FoldsThePlainTransform) {
+    const auto x = test::noise(4097, 11);
+    const SpectralFrames made(x);
+    const auto window = Signal::hanning(4096);
+    std::array<double, 12> chroma{};
+    std::array<double, 7> bands{};
+    for (int k = 1; k < 2048; ++k) {
+        std::complex<double> sum;
+        const auto turn = std::polar(1.0, -2 * std::numbers::pi * k / 4096);
+        std::complex<double> phase = 1;
+        for (size_t i = 0; i < 4096; ++i, phase *= turn) sum += double(x[i]) * double(window[i]) * phase;
+        const double hz = k * 5.38330078125;
+        if (hz >= 65 && hz <= 4000) {
+            chroma[size_t(std::lround(12 * std::log2(hz / 440) + 69) % 12)] += std::abs(sum);
+        }
+        static constexpr double tops[] = {60, 250, 500, 2000, 4000, 6000, 11025};
+        if (hz >= 20) bands[size_t(std::lower_bound(tops, tops + 7, hz) - tops)] += std::abs(sum);
+    }
+    for (size_t i = 0; i < 12; ++i) EXPECT_NEAR(made.chroma[0][i] / chroma[i], 1, 1e-5) << "class " << i;
+    for (size_t i = 0; i < 7; ++i) EXPECT_NEAR(made.bands[0][i] / bands[i], 1, 1e-5) << "band " << i;
+    EXPECT_EQ(made.rms[0], Signal::rms(x, 0, 4096));
+}
+
+TEST(SpectralFrames, PutsEveryNoteInItsClass) {
+    for (int note = 60; note < 84; ++note) {
+        const SpectralFrames made(test::sine(9000, 440 * std::exp2((note - 69) / 12.0), test::rate));
+        const auto& row = made.chroma[1];
+        EXPECT_EQ(std::ranges::max_element(row) - row.begin(), note % 12) << "note " << note;
+    }
+}
+
+TEST(SpectralFrames, AveragesTheFramesWhoseCentreLiesInside) {
+    const std::vector<float> ramp = {0, 1, 2, 3, 4, 5};
+    const double second = SpectralFrames::centre(1);
+    EXPECT_EQ(SpectralFrames::average(ramp, second, SpectralFrames::centre(4)), 2) << "the end is left out";
+    EXPECT_EQ(SpectralFrames::average(ramp, -1e9, 1e9), 2.5F);
+    EXPECT_EQ(SpectralFrames::average(ramp, second + 0.001, second + 0.002), 0);
+    EXPECT_EQ(SpectralFrames::average(ramp, 2, 1), 0);
+    EXPECT_EQ(SpectralFrames::average(std::vector<float>{}, 0, 1), 0);
+}
+
+// I IV V I and i iv V i in all keys; the chords fade in and out, so no click colours them.
+TEST(KeyAnalyzer, NamesTheKeyOfACadence) {
+    static constexpr const char* names[] = {"C", "C#", "D", "D#", "E", "F", "F#", "G", "G#", "A", "A#", "B"};
+    for (int tonic = 0; tonic < 12; ++tonic) {
+        for (const bool minor : {false, true}) {
+            const int third = minor ? 3 : 4;
+            std::vector<float> x(size_t(test::rate * 5), 0.0F);
+            const int base = 48 + tonic;
+            const std::vector<std::vector<int>> chords = {{base, base + third, base + 7, base + 12},
+                                                          {base + 5, base + 5 + third, base + 12},
+                                                          {base + 7, base + 11, base + 14},
+                                                          {base, base + third, base + 7, base + 12},
+                                                          {base, base + third, base + 7, base + 12}};
+            for (size_t i = 0; i < chords.size(); ++i) test::addChord(x, double(i), double(i) + 1, chords[i], 0.1);
+            const KeyResult key = KeyAnalyzer::analyze(SpectralFrames(x), 120, 0.5);
+            EXPECT_EQ(key.tonic, names[tonic]) << (minor ? "minor" : "major");
+            EXPECT_EQ(key.mode, minor ? "minor" : "major") << names[tonic];
+            EXPECT_GT(key.confidence, 0.1) << names[tonic] << key.mode;
+        }
+    }
+}
+
+SpectralFrames framesOf(const SpectralFrames::Chroma& chroma, const SpectralFrames::Bands& bands) {
+    SpectralFrames frames;
+    frames.chroma = {chroma};
+    frames.bands = {bands};
+    frames.rms = {0.1F};
+    return frames;
+}
+
+using Words = std::vector<std::string>;
+
+TEST(KeyAnalyzer, SilenceIsCMajorAndDark) {
+    for (const SpectralFrames& frames : {SpectralFrames(), framesOf({}, {})}) {
+        const KeyResult key = KeyAnalyzer::analyze(frames, 120, 0);
+        EXPECT_EQ(key.tonic + key.mode, "Cmajor");
+        EXPECT_EQ(key.confidence, 0);
+        EXPECT_EQ(key.spectralTags, Words{"dark"});
+        EXPECT_TRUE(key.moodTags.empty());
+        for (const double band : key.bands) EXPECT_EQ(band, 0);
+    }
+    // All classes alike: every correlation is 0, and the first key keeps the tie.
+    const KeyResult flat = KeyAnalyzer::analyze(framesOf({1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1}, {}), 120, 0);
+    EXPECT_EQ(flat.tonic + flat.mode, "Cmajor");
+    EXPECT_EQ(flat.confidence, 0);
+}
+
+TEST(KeyAnalyzer, DescribesBalanceAndMood) {
+    const SpectralFrames::Chroma major = {6.35F, 2.23F, 3.48F, 2.33F, 4.38F, 4.09F,
+                                          2.52F, 5.19F, 2.39F, 3.66F, 2.29F, 2.88F};
+    const SpectralFrames::Chroma minor = {6.33F, 2.68F, 3.52F, 5.38F, 2.60F, 3.53F,
+                                          2.54F, 4.75F, 3.98F, 2.69F, 3.34F, 3.17F};
+    struct Case {
+        const char* what;
+        SpectralFrames::Chroma chroma;
+        SpectralFrames::Bands bands;
+        double bpm, sure;
+        Words spectral, mood;
+    };
+    const std::vector<Case> cases = {
+        {"heavy minor",
+         minor,
+         {15, 40, 10, 20, 9, 3, 3},
+         75,
+         0.3,
+         {"bass-heavy", "sub-rich", "dark"},
+         {"contemplative", "brooding", "foreboding"}},
+        {"bright major", major, {0, 10, 5, 20, 25, 20, 20}, 130, 0.3, {"bright", "thin"}, {"energetic", "bright"}},
+        {"between the two limits of bright", major, {0, 20, 12, 20, 20, 14, 14}, 100, 0.3, {}, {"uplifting", "bright"}},
+        {"middle", major, {0, 20, 10, 40, 20, 5, 5}, 99.9, 0.3, {"mid-forward"}, {"warm"}},
+        {"no word at a doubtful tempo", minor, {0, 20, 10, 40, 20, 5, 5}, 140, 0.2, {"mid-forward"}, {}},
+        {"slow minor", minor, {0, 20, 20, 30, 10, 10, 10}, 74.9, 0.21, {}, {"somber"}},
+        {"no tempo", minor, {0, 20, 20, 30, 10, 10, 10}, 0, 0.9, {}, {}},
+    };
+    for (const Case& c : cases) {
+        const KeyResult key = KeyAnalyzer::analyze(framesOf(c.chroma, c.bands), c.bpm, c.sure);
+        EXPECT_EQ(key.spectralTags, c.spectral) << c.what;
+        EXPECT_EQ(key.moodTags, c.mood) << c.what;
+    }
+}
+
+}  // namespace
+}  // namespace brindlehum

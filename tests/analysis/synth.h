@@ -1,0 +1,64 @@
+// Music of known tempo, key and form, made by formula at 22 050 Hz.
+#pragma once
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <numbers>
+#include <vector>
+
+#include "dsp/signal.h"
+
+namespace brindlehum::test {
+
+inline constexpr double rate = Signal::analysisRate;
+
+// Adds a decaying tone that starts on the sample next to `seconds` and rises over `attackSeconds`.
+inline void addTone(std::vector<float>& x, double seconds, double hz, double gain, double decaySeconds,
+                    double attackSeconds = 0) {
+    const auto start = size_t(std::llround(seconds * rate));
+    const size_t end = std::min(start + size_t(decaySeconds * 6 * rate), x.size());
+    for (size_t i = start; i < end; ++i) {
+        const double t = double(i - start) / rate;
+        const double rise = attackSeconds > 0 ? std::min(t / attackSeconds, 1.0) : 1;
+        x[i] += float(gain * rise * std::exp(-t / decaySeconds) * std::sin(2 * std::numbers::pi * hz * t));
+    }
+}
+
+// A beat: a bright click, and on the downbeat a bass note that takes 20 ms to speak.
+inline void addBeat(std::vector<float>& x, double seconds, bool downbeat) {
+    addTone(x, seconds, 2500, 0.5, 0.02);
+    if (downbeat) addTone(x, seconds, 80, 0.4, 0.06, 0.02);
+}
+
+// Beat times at a tempo that may change over time: `bpmAt(seconds)`.
+template <class BpmAt>
+std::vector<double> beatTimes(double from, double to, BpmAt bpmAt) {
+    std::vector<double> beats;
+    for (double t = from; t < to; t += 60.0 / double(bpmAt(t))) beats.push_back(t);
+    return beats;
+}
+
+inline std::vector<float> clickTrack(const std::vector<double>& beats, int group, int pickup, double seconds) {
+    std::vector<float> x(size_t(seconds * rate), 0.0F);
+    for (size_t i = 0; i < beats.size(); ++i) addBeat(x, beats[i], int(i) % group == pickup % group);
+    return x;
+}
+
+// Adds a held chord of MIDI notes, four harmonics each.
+inline void addChord(std::vector<float>& x, double from, double to, const std::vector<int>& notes, double gain) {
+    const auto begin = size_t(from * rate);
+    const auto end = std::min(size_t(to * rate), x.size());
+    for (const int note : notes) {
+        for (int harmonic = 1; harmonic <= 4; ++harmonic) {
+            const double hz = harmonic * 440 * std::exp2((note - 69) / 12.0);
+            for (size_t i = begin; i < end; ++i) {
+                const double t = double(i - begin) / rate;
+                const double fade = std::min({1.0, t * 50, (to - from - t) * 50});
+                x[i] += float(gain / harmonic * fade * std::sin(2 * std::numbers::pi * hz * t));
+            }
+        }
+    }
+}
+
+}  // namespace brindlehum::test
