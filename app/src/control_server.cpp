@@ -11,7 +11,9 @@ namespace brindlehum {
 
 ControlServer::ControlServer(QObject* parent) : QObject(parent) {}
 
-ControlServer::~ControlServer() = default;
+ControlServer::~ControlServer() {
+    listener_.reset();  // with its connections, which take themselves off the list
+}
 
 void ControlServer::start(uint16_t onPort) {
     if (listener_) return;

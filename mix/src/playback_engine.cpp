@@ -94,9 +94,8 @@ void PlaybackEngine::teardown() {
     watch_->setRunning(false);
     configuredKey_.reset();
     waiting_.reset();
-    ctx_->setBinauralStage(nullptr);
     ctx_->forgetPrevious();
-    if (stage_) stage_->reset();
+    ctx_->setBinauralStage(nullptr);
     stage_.reset();
 }
 
@@ -125,6 +124,8 @@ void PlaybackEngine::publish(const MixConfig& config) {
 
 void PlaybackEngine::replaceConfig(std::shared_ptr<PublishedConfig> next) {
     ctx_->setConfig(next ? &next->record : nullptr);
+    // A stream that was started while a configuration waited.
+    if (next && current_) ctx_->setRing(current_->ring());
     retire(std::exchange(currentConfig_, std::move(next)));
 }
 
@@ -146,7 +147,8 @@ bool PlaybackEngine::binauralMissing() const {
 void PlaybackEngine::play(std::shared_ptr<StreamReader> reader, double startPosition) {
     ctx_->clearFinished();
     ctx_->setPosition(startPosition);
-    ctx_->setRing(reader->ring());
+    // The block that meets a new ring reads it even without a configuration, and would lose that much of it.
+    ctx_->setRing(waiting_ ? nullptr : reader->ring());
     if (current_) current_->cancel();
     retire(std::exchange(current_, std::move(reader)));
     try {
@@ -180,7 +182,6 @@ void PlaybackEngine::ensureRunning() {
     idle_.reset();
     if (!stream_ || stream_->isRunning()) return;
     ctx_->forgetPrevious();
-    if (stage_) stage_->reset();
     watch_->setRunning(true);
     try {
         stream_->start();
@@ -200,7 +201,6 @@ void PlaybackEngine::halt() {
     stream_->pause();
     watch_->setRunning(false);
     ctx_->forgetPrevious();
-    if (stage_) stage_->reset();
 }
 
 void PlaybackEngine::retire(std::shared_ptr<const void> object) {

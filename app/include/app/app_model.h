@@ -55,6 +55,7 @@ public:
     PlayerModel& player() { return player_; }
     ControlServer& control() { return control_; }
     Desktop& desktop() { return platform_.desktop; }
+    UserDefaults& defaults() { return platform_.defaults; }
 
 private:
     nlohmann::json ok() const;

@@ -1,7 +1,10 @@
 // AudioFile: any audio file as planar float with sample-accurate position and length.
 //
-// libsndfile reads the PCM family and FLAC, the FFmpeg libraries the rest. Encoder delay and padding are cut off,
-// and a seek lands on the very sample.
+// libsndfile reads the PCM family and FLAC, the FFmpeg libraries the rest; the content decides, not the name. A seek
+// lands on the very sample. Encoder delay and padding are cut off where the file states them (Xing header, edit list,
+// gapless record, packet table). Raw AAC and MP3 without a Xing header state nothing: they keep all that is decoded,
+// so that such a piece comes late by its encoder's delay (1024 and 1105 frames are usual), and their length takes one
+// pass over the file's packets when it is opened.
 #pragma once
 
 #include <cstdint>
@@ -21,7 +24,7 @@ constexpr uint32_t fourCC(const char (&text)[5]) {
 
 // What the container and its codec say, before any interpretation.
 struct AudioFileFacts {
-    uint32_t formatID = 0;  // 'lpcm', '.mp3', 'aac ', 'alac', 'flac', 'opus' or the codec's own
+    uint32_t formatID = 0;  // 'lpcm', '.mp3', 'aac ', 'alac', 'flac', 'opus', another codec's or '????'
     double sampleRate = 0;  // Hz
     int channels = 0;
     int64_t frames = 0;  // exact, after delay and padding are cut

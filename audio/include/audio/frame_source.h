@@ -37,6 +37,8 @@ public:
 
 private:
     std::unique_ptr<AudioFile> file_;
+    std::vector<float*> planes_;   // one a channel of the file
+    std::vector<float> unwanted_;  // takes the channels that the caller doesn't ask for
 };
 
 // A metronome click at a frame of the source.
@@ -48,7 +50,7 @@ struct Click {
 // Arrays in memory, with metronome clicks mixed into the first two channels on request.
 class MemorySource : public FrameSource {
 public:
-    // One equally long array a channel.
+    // One equally long array a channel; throws std::invalid_argument for unequal ones.
     MemorySource(std::vector<std::vector<float>> channels, double sampleRate, std::vector<Click> clicks = {});
     ProcessingFormat processingFormat() const override;
     int64_t length() const override;

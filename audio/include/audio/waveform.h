@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "audio/executor.h"
+#include "audio/frame_source.h"
 
 namespace brindlehum {
 
@@ -30,13 +31,21 @@ using WaveformPtr = std::shared_ptr<const WaveformData>;
 class WaveformLoader {
 public:
     using Update = std::function<void(WaveformPtr)>;
+    // Called once, in the background; may throw what can't be opened.
+    using Open = std::function<std::unique_ptr<FrameSource>()>;
+    // Seconds on a steady clock.
+    using Clock = std::function<double()>;
+
     // Reads the file through `background`, hands growing snapshots (at most one in 0.12 s, then the complete one)
     // to `onUpdate` through `main`. A file that can't be opened gives no update; one that breaks off counts as
     // complete with zeros at its end.
     static std::shared_ptr<WaveformLoader> load(const std::filesystem::path& url, Update onUpdate,
                                                 const Executor& background, const Executor& main);
+    static std::shared_ptr<WaveformLoader> load(Open open, Update onUpdate, const Executor& background,
+                                                const Executor& main, Clock now);
     // The whole overview on the caller's thread. Throws Error when the file can't be opened.
     static WaveformPtr overview(const std::filesystem::path& url);
+    static WaveformPtr overview(FrameSource& source);
 
     // No update follows once this has returned on the main thread. Any thread.
     void cancel();

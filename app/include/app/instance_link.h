@@ -1,0 +1,63 @@
+// InstanceLink: one running Brindlehum a user and session; later starts hand their files to it.
+#pragma once
+
+#include <QByteArray>
+#include <QObject>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+class QLocalServer;
+class QLocalSocket;
+class QLockFile;
+
+namespace brindlehum {
+
+// What travels from a second start to the running one: the bytes of each path and a NUL, then one more NUL. Paths
+// are bytes, not text, so names in any encoding arrive as they are.
+namespace InstanceMessage {
+QByteArray encode(const std::vector<std::filesystem::path>& files);
+// None while the message isn't complete.
+std::optional<std::vector<std::filesystem::path>> decode(const QByteArray& bytes);
+}  // namespace InstanceMessage
+
+// Main thread of its process.
+class InstanceLink : public QObject {
+    Q_OBJECT
+public:
+    enum class Outcome {
+        instance,    // this process is the one; onFiles will be called
+        handedOver,  // another one is, and has taken the files
+        unanswered,  // another one is, and keeps silent
+    };
+
+    // Lock and socket live in `folder`. Where it can't be written, each start is an instance of its own.
+    explicit InstanceLink(std::filesystem::path folder = runtimeFolder());
+    ~InstanceLink() override;
+
+    // Decides who this process is. `files` are absolute. Blocks, for up to `patience` seconds when another process
+    // is just starting, ending or busy. A lock and a socket left behind by a crash are taken over.
+    Outcome start(const std::vector<std::filesystem::path>& files, double patience = 5);
+    // Lets another process become the instance.
+    void release();
+
+    // A later start has handed these over (none: it only wants the window).
+    std::function<void(const std::vector<std::filesystem::path>& files)> onFiles;
+
+    // `$XDG_RUNTIME_DIR`, else a folder of the user's own in the temporary folder.
+    static std::filesystem::path runtimeFolder();
+
+private:
+    bool claim();
+    bool handOver(const QByteArray& message, int milliseconds);
+    void accept();
+    void receive(QLocalSocket* peer);
+
+    std::filesystem::path folder_;
+    std::unique_ptr<QLockFile> lock_;
+    std::unique_ptr<QLocalServer> server_;
+};
+
+}  // namespace brindlehum

@@ -1,0 +1,105 @@
+// brindlehum [FILE...]: the resident tool.
+#include <QApplication>
+#include <QThread>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <vector>
+
+#include "app/app_model.h"
+#include "app/instance_link.h"
+#include "platform/linux_audio.h"
+#include "platform/linux_desktop.h"
+#include "platform/qt_main_loop.h"
+#include "quit_on_signal.h"
+#include "ui/app_windows.h"
+
+using namespace brindlehum;
+
+namespace {
+
+// All arguments are files; there are no options. Paths stay the bytes that they are.
+std::vector<std::filesystem::path> filesOf(int argc, char** argv) {
+    std::vector<std::filesystem::path> files;
+    for (int i = 1; i < argc; ++i) {
+        std::error_code error;
+        auto path = std::filesystem::absolute(argv[i], error);
+        if (!error) files.push_back(std::move(path));
+    }
+    return files;
+}
+
+bool isSet(const char* variable) {
+    const char* value = std::getenv(variable);
+    return value && *value;
+}
+
+// Without a display the windows live off screen. False then.
+bool findScreen() {
+    if (isSet("QT_QPA_PLATFORM") || isSet("DISPLAY") || isSet("WAYLAND_DISPLAY")) return true;
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    return false;
+}
+
+void describeControlPort(const ControlServer& control) {
+    if (control.isListening()) {
+        std::printf(
+            "No display found: Brindlehum runs without a window. Drive it through its control port:\n"
+            "  curl -H 'X-Brindlehum: 1' http://127.0.0.1:%d/status\n"
+            "  curl -H 'X-Brindlehum: 1' http://127.0.0.1:%d/toggle\n",
+            int(control.listeningPort()), int(control.listeningPort()));
+    } else {
+        std::printf("No display found, and the control port %d is taken by another program.\n",
+                    int(ControlServer::port));
+    }
+    std::fflush(stdout);
+}
+
+// What has to survive was written as it changed, so nothing is torn down: waiting for a file or a device that hangs
+// would only keep a process that was told to end. A sound that plays gets the time to fade.
+[[noreturn]] void end(AppModel& model, InstanceLink& link, int code) {
+    if (model.player().isPlaying()) {
+        model.player().stopAndReturn();
+        QThread::msleep(50);
+    }
+    link.release();
+    std::fflush(nullptr);
+    std::_Exit(code);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const auto files = filesOf(argc, argv);
+    const bool hasScreen = findScreen();
+    int qtArguments = 1;  // Qt has options of its own; a file may be called like one of them
+    QApplication application(qtArguments, argv);
+    QApplication::setApplicationName(QStringLiteral("Brindlehum"));
+    QApplication::setOrganizationName(QStringLiteral("Brindlehum"));
+    QApplication::setDesktopFileName(QStringLiteral("brindlehum"));
+    QApplication::setQuitOnLastWindowClosed(false);
+
+    InstanceLink link;
+    switch (link.start(files)) {
+        case InstanceLink::Outcome::instance:
+            break;
+        case InstanceLink::Outcome::handedOver:
+            return 0;
+        case InstanceLink::Outcome::unanswered:
+            std::fprintf(stderr, "Brindlehum is already running but doesn't answer\n");
+            return 1;
+    }
+
+    QuitOnSignal quitOnSignal;
+    QtMainLoop loop;
+    const auto audio = makeAudioSystem(loop);
+    FileDefaults defaults;
+    LinuxDesktop desktop;
+    AppModel model({loop, *audio, defaults, desktop});
+    AppWindows windows(model);
+    link.onFiles = [&model](const auto& handedOver) { model.openFiles(handedOver); };
+    model.start();
+    if (!hasScreen) describeControlPort(model.control());
+    if (!files.empty()) model.openFiles(files);
+    end(model, link, QApplication::exec());
+}

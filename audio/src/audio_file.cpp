@@ -1,0 +1,30 @@
+// AudioFile::open: which library reads a file, decided by its content.
+#include "audio/audio_file.h"
+
+#include "audio/error.h"
+#include "container_layout.h"
+#include "ffmpeg_file.h"
+#include "file_handle.h"
+#include "file_probing.h"
+#include "sndfile_file.h"
+
+namespace brindlehum {
+
+std::unique_ptr<AudioFile> AudioFile::open(const std::filesystem::path& path) {
+    return openAudioFile(std::make_shared<FileHandle>(path), path);
+}
+
+std::unique_ptr<AudioFile> openAudioFile(const std::shared_ptr<FileHandle>& handle, const std::filesystem::path& path) {
+    if (handle->size() == 0) throw Error(0, openFailure(path, "it is empty"));
+    const Container container = containerOf(*handle);
+    const bool ffmpegFirst = container == Container::mp4 || container == Container::mpeg;
+    const bool namedRaw = path.extension() == ".mp3" || path.extension() == ".aac";
+    std::unique_ptr<AudioFile> file;
+    if (ffmpegFirst) file = openWithFFmpeg(handle, container, namedRaw);
+    if (!file) file = openWithSndfile(handle, container);
+    if (!file && !ffmpegFirst) file = openWithFFmpeg(handle, container, namedRaw);
+    if (!file) throw Error(0, openFailure(path, "it holds no audio that can be read"));
+    return file;
+}
+
+}  // namespace brindlehum

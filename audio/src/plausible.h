@@ -1,0 +1,13 @@
+// What a length can be, given the size of the file that claims it.
+#pragma once
+
+#include <cstdint>
+
+namespace brindlehum {
+
+// The densest coding among those read is a constant FLAC block: 65,535 frames in some 12 bytes.
+inline bool isPlausibleLength(int64_t frames, int64_t fileBytes) {
+    return frames / 8192 <= fileBytes;
+}
+
+}  // namespace brindlehum

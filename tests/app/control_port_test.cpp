@@ -1,0 +1,259 @@
+// The control port over real sockets: who is served, how heads are put together, and that nobody starves the rest.
+#include <gmock/gmock.h>
+#include <sys/socket.h>
+
+#include <QTcpSocket>
+#include <memory>
+#include <vector>
+
+#include "app/control_server.h"
+#include "event_loop_test.h"
+
+namespace brindlehum {
+namespace {
+
+using nlohmann::json;
+using testing::HasSubstr;
+
+class ControlPort : public test::EventLoopTest {
+protected:
+    ControlServer server_;
+    std::vector<std::pair<std::string, ControlParams>> asked_;
+
+    void SetUp() override {
+        server_.handler = [this](const std::string& command, const ControlParams& params) -> json {
+            asked_.emplace_back(command, params);
+            if (command == "fail") return {{"error", "unknown command fail"}};
+            if (command == "empty") return json::object();
+            return {{"ok", true}};
+        };
+        server_.start(0);
+        ASSERT_TRUE(server_.isListening());
+    }
+
+    std::unique_ptr<QTcpSocket> connected() {
+        auto socket = std::make_unique<QTcpSocket>();
+        socket->connectToHost("127.0.0.1", server_.listeningPort());
+        EXPECT_TRUE(until([&] { return socket->state() == QAbstractSocket::ConnectedState; }));
+        return socket;
+    }
+    // All that comes until the server ends the connection.
+    static std::string answer(QTcpSocket& socket) {
+        EXPECT_TRUE(until([&] { return socket.state() == QAbstractSocket::UnconnectedState; }));
+        return socket.readAll().toStdString();
+    }
+    // The answer to `bytes` sent in one write.
+    std::string ask(const std::string& bytes) {
+        auto socket = connected();
+        socket->write(bytes.data(), qint64(bytes.size()));
+        return answer(*socket);
+    }
+    static std::string get(const std::string& target, const std::string& headers = "X-Brindlehum: 1\r\n") {
+        return "GET " + target + " HTTP/1.1\r\nHost: localhost\r\n" + headers + "\r\n";
+    }
+};
+
+const char* const served =
+    "HTTP/1.1 200 OK\r\nContent-Type: application/json\r\nContent-Length: 11\r\nConnection: close\r\n\r\n"
+    "{\"ok\":true}";
+const char* const forbidden =
+    "HTTP/1.1 403 Forbidden\r\nContent-Type: application/json\r\nContent-Length: 21\r\nConnection: close\r\n\r\n"
+    "{\"error\":\"forbidden\"}";
+
+TEST_F(ControlPort, AnswersByteForByteByWhoAsks) {
+    const std::string access = "Access-Control-Allow-Headers: X-Brindlehum\r\nAccess-Control-Allow-Methods: GET\r\n";
+    const struct {
+        const char* what;
+        std::string request, response;
+    } cases[] = {
+        {"a tool", get("/status"), served},
+        {"the header's name in any case", get("/status", "x-BRINDLEHUM:1  \r\n"), served},
+        {"another method with a body", "POST /toggle HTTP/1.1\r\nX-Brindlehum: 1\r\nContent-Length: 4\r\n\r\nbody",
+         served},
+        {"no header", get("/status", ""), forbidden},
+        {"another value", get("/status", "X-Brindlehum: 01\r\n"), forbidden},
+        {"a blank before the colon", get("/status", "X-Brindlehum : 1\r\n"), forbidden},
+        {"the last of two values counts", get("/status", "X-Brindlehum: 1\r\nX-Brindlehum: 0\r\n"), forbidden},
+        {"no path", "GET\r\nX-Brindlehum: 1\r\n\r\n", forbidden},
+        {"an empty head", "\r\n\r\n", forbidden},
+        {"a local web server", get("/status", "X-Brindlehum: 1\r\nOrigin: http://localhost:3000\r\n"), forbidden},
+        {"a site", get("/status", "X-Brindlehum: 1\r\nOrigin: https://example.com\r\n"), forbidden},
+        {"a file origin in capitals", get("/status", "X-Brindlehum: 1\r\nOrigin: FILE://\r\n"), forbidden},
+        {"an origin that would add a header", get("/status", "X-Brindlehum: 1\r\nOrigin: file\nA: b\r\n"), forbidden},
+        {"an empty origin", get("/status", "X-Brindlehum: 1\r\nOrigin: \r\n"), served},
+        {"a page from a file", get("/status", "X-Brindlehum: 1\r\nOrigin: file://\r\n"),
+         "HTTP/1.1 200 OK\r\nAccess-Control-Allow-Origin: file://\r\n" + access +
+             "Content-Type: application/json\r\nContent-Length: 11\r\nConnection: close\r\n\r\n{\"ok\":true}"},
+        {"a page from a file without the header", get("/status", "Origin: null\r\n"),
+         "HTTP/1.1 403 Forbidden\r\nAccess-Control-Allow-Origin: null\r\n" + access +
+             "Content-Type: application/json\r\nContent-Length: 21\r\nConnection: close\r\n\r\n"
+             "{\"error\":\"forbidden\"}"},
+        {"a page asking first", "OPTIONS /status HTTP/1.1\r\nOrigin: null\r\n\r\n",
+         "HTTP/1.1 204 No Content\r\nAccess-Control-Allow-Origin: null\r\n" + access +
+             "Content-Length: 0\r\nConnection: close\r\n\r\n"},
+        {"a tool asking first", "OPTIONS\r\n\r\n",
+         "HTTP/1.1 204 No Content\r\nContent-Length: 0\r\nConnection: close\r\n\r\n"},
+        {"a site asking first", "OPTIONS * HTTP/1.1\r\nOrigin: https://example.com\r\n\r\n",
+         "HTTP/1.1 403 Forbidden\r\nContent-Length: 0\r\nConnection: close\r\n\r\n"},
+        {"a command that fails", get("/fail"),
+         "HTTP/1.1 400 Bad Request\r\nContent-Type: application/json\r\nContent-Length: 32\r\nConnection: close\r\n"
+         "\r\n{\"error\":\"unknown command fail\"}"},
+        {"an empty result", get("/empty"),
+         "HTTP/1.1 200 OK\r\nContent-Type: application/json\r\nContent-Length: 2\r\nConnection: close\r\n\r\n{}"},
+    };
+    for (const auto& c : cases) EXPECT_EQ(ask(c.request), c.response) << c.what;
+}
+
+TEST_F(ControlPort, TheCommandIsThePathAndTheQueryItsArguments) {
+    const struct {
+        const char *target, *command;
+        ControlParams params;
+    } cases[] = {
+        {"/status", "status", {}},
+        {"/status/", "status", {}},
+        {"//status", "status", {}},
+        {"/", "", {}},
+        {"/a/b/?x", "a/b", {{"x", ""}}},
+        {"/Status", "Status", {}},
+        {"/profile?name=HEADPHONES", "profile", {{"name", "HEADPHONES"}}},
+        {"/profile?name=Room%209.1.6&b=%26%3D%2B", "profile", {{"name", "Room 9.1.6"}, {"b", "&=+"}}},
+        {"/profile?name=a+b", "profile", {{"name", "a+b"}}},
+        {"/p?a=1&a=2&b=c=d", "p", {{"a", "2"}, {"b", "c=d"}}},
+        {"/p%20q?n=%C3%A9", "p q", {{"n", "é"}}},
+        {"/p?n=é#part", "p", {{"n", "é"}}},
+        {"/p?n=%25", "p", {{"n", "%"}}},
+        {":99999/status", "", {}},
+    };
+    for (const auto& c : cases) {
+        asked_.clear();
+        ask(get(c.target));
+        ASSERT_EQ(asked_.size(), 1U) << c.target;
+        EXPECT_EQ(asked_[0].first, c.command) << c.target;
+        EXPECT_EQ(asked_[0].second, c.params) << c.target;
+    }
+}
+
+TEST_F(ControlPort, AHeadMayComeInAnyPieces) {
+    const std::string request = get("/status");
+    for (const size_t piece : {1, 7}) {
+        auto socket = connected();
+        for (size_t at = 0; at < request.size(); at += piece) {
+            const std::string part = request.substr(at, piece);
+            socket->write(part.data(), qint64(part.size()));
+            socket->flush();
+            EXPECT_TRUE(until([&] { return socket->bytesToWrite() == 0; }));
+            QCoreApplication::processEvents();
+        }
+        EXPECT_EQ(answer(*socket), served) << piece << " bytes at once";
+    }
+}
+
+TEST_F(ControlPort, OneRequestAConnection) {
+    EXPECT_EQ(ask(get("/first") + get("/second")), served);
+    ASSERT_EQ(asked_.size(), 1U);
+    EXPECT_EQ(asked_[0].first, "first");
+}
+
+TEST_F(ControlPort, ABodyOfAnySizeLeavesTheResponseWhole) {
+    EXPECT_EQ(ask(get("/first") + std::string(900'000, 'x')), served);
+    // One that never ends is cut off.
+    auto socket = connected();
+    const std::string endless = get("/first") + std::string(64 << 20, 'x');
+    qint64 written = 0;
+    QObject::connect(socket.get(), &QTcpSocket::bytesWritten, [&written](qint64 count) { written += count; });
+    socket->write(endless.data(), qint64(endless.size()));
+    EXPECT_TRUE(until([&] { return socket->state() == QAbstractSocket::UnconnectedState; }));
+    EXPECT_LT(written, qint64(endless.size()));
+}
+
+TEST_F(ControlPort, AnOversizedHeadIsDroppedWithoutAResponse) {
+    const std::string start = "GET /status HTTP/1.1\r\nX-Brindlehum: 1\r\nX-Long: ";
+    EXPECT_EQ(ask(start + std::string(ControlProtocol::maxHead, 'x')), "");
+    EXPECT_TRUE(asked_.empty());
+    // A long one that ends in time is served.
+    const std::string fits = std::string(ControlProtocol::maxHead - start.size() - 4, 'x');
+    EXPECT_EQ(ask(start + fits + "\r\n\r\n"), served);
+}
+
+TEST_F(ControlPort, AClientThatClosesItsSide) {
+    auto whole = connected();
+    const std::string request = get("/status");
+    whole->write(request.data(), qint64(request.size()));
+    whole->flush();
+    ::shutdown(int(whole->socketDescriptor()), SHUT_WR);
+    EXPECT_EQ(answer(*whole), served);
+
+    auto half = connected();
+    half->write("GET /status HTTP/1.1\r\n");
+    half->flush();
+    ::shutdown(int(half->socketDescriptor()), SHUT_WR);
+    EXPECT_EQ(answer(*half), "") << "an unfinished head is no request";
+}
+
+TEST_F(ControlPort, BadUTF8IsRepaired) {
+    EXPECT_EQ(ask("GET /a\xFF\xC3 HTTP/1.1\r\nX-Brindlehum: 1\r\nX-Name: \xE4\r\n\r\n"), served);
+    EXPECT_EQ(ask(get("/%FF?n=%C3")), served);
+    ASSERT_EQ(asked_.size(), 2U);
+    EXPECT_EQ(asked_[0].first, "a\xEF\xBF\xBD\xEF\xBF\xBD");
+    EXPECT_EQ(asked_[1].first, "\xEF\xBF\xBD");
+    EXPECT_EQ(asked_[1].second.at("n"), "\xEF\xBF\xBD");
+
+    server_.handler = [](const auto&, const auto&) -> json { return {{"file", "a\xFF"}}; };
+    EXPECT_THAT(ask(get("/status")), HasSubstr("{\"file\":\"a\xEF\xBF\xBD\"}")) << "file names needn't be UTF-8";
+}
+
+TEST_F(ControlPort, WithoutAHandlerItIsNotReady) {
+    server_.handler = nullptr;
+    EXPECT_THAT(ask(get("/status")), HasSubstr("400 Bad Request"));
+    EXPECT_THAT(ask(get("/status")), HasSubstr("{\"error\":\"not ready\"}"));
+    EXPECT_EQ(ask(get("/status", "")), forbidden);
+}
+
+TEST_F(ControlPort, SilentClientsDontStarveTheRest) {
+    std::vector<std::unique_ptr<QTcpSocket>> silent;
+    for (int i = 0; i < 100; ++i) silent.push_back(connected());
+    for (int i = 0; i < 100; i += 2) silent[size_t(i)]->write("GET /sta");
+    EXPECT_EQ(ask(get("/status")), served);
+    // They are still there: one of them may finish what it began.
+    silent[2]->write("tus HTTP/1.1\r\nX-Brindlehum: 1\r\n\r\n");
+    EXPECT_EQ(answer(*silent[2]), served);
+    EXPECT_EQ(silent[4]->state(), QAbstractSocket::ConnectedState);
+
+    // Far more of them than are held: the oldest give way.
+    while (silent.size() < 2 * ControlServer::maxConnections) silent.push_back(connected());
+    EXPECT_EQ(ask(get("/status")), served);
+    EXPECT_TRUE(until([&] { return silent[0]->state() == QAbstractSocket::UnconnectedState; }));
+    EXPECT_EQ(silent.back()->state(), QAbstractSocket::ConnectedState);
+}
+
+TEST_F(ControlPort, ListensOnTheLoopbackAddressAloneAndLeavesATakenPortAlone) {
+    QTcpSocket other;
+    other.connectToHost("127.0.0.2", server_.listeningPort());
+    EXPECT_TRUE(until([&] { return other.error() == QAbstractSocket::ConnectionRefusedError; }));
+
+    ControlServer second;
+    second.start(server_.listeningPort());
+    EXPECT_FALSE(second.isListening());
+    const uint16_t port = server_.listeningPort();
+    server_.start(0);
+    EXPECT_EQ(server_.listeningPort(), port) << "a second start does nothing";
+}
+
+TEST_F(ControlPort, ThePortIsFreeAgainAtOnceAfterUse) {
+    auto first = std::make_unique<ControlServer>();
+    first->start(0);
+    const uint16_t port = first->listeningPort();
+    QTcpSocket client;
+    client.connectToHost("127.0.0.1", port);
+    const std::string request = get("/status");
+    ASSERT_TRUE(until([&] { return client.state() == QAbstractSocket::ConnectedState; }));
+    client.write(request.data(), qint64(request.size()));
+    answer(client);
+    first.reset();
+    ControlServer next;
+    next.start(port);
+    EXPECT_TRUE(next.isListening());
+}
+
+}  // namespace
+}  // namespace brindlehum

@@ -1,0 +1,161 @@
+// One instance a session: who becomes it, and that every path arrives byte for byte.
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <QLocalServer>
+#include <QLockFile>
+#include <QThread>
+#include <algorithm>
+#include <atomic>
+
+#include "app/instance_link.h"
+#include "event_loop_test.h"
+#include "support/audio_files.h"
+
+namespace brindlehum {
+namespace {
+
+using Files = std::vector<std::filesystem::path>;
+using Outcome = InstanceLink::Outcome;
+
+class Instance : public test::EventLoopTest {
+protected:
+    test::TempFolder folder_;
+    InstanceLink first_{folder_.path()};
+    std::vector<Files> received_;
+
+    void SetUp() override {
+        first_.onFiles = [this](const Files& files) { received_.push_back(files); };
+    }
+    // What a second start in another thread comes to, while this one's event loop runs.
+    Outcome secondStart(const Files& files, double patience = 10) {
+        std::atomic<int> outcome{-1};
+        std::thread other([&] {
+            InstanceLink link(folder_.path());
+            outcome = int(link.start(files, patience));
+            QMetaObject::invokeMethod(
+                QCoreApplication::instance(), [] {}, Qt::QueuedConnection);
+        });
+        EXPECT_TRUE(until([&] { return outcome >= 0; }));
+        other.join();
+        return Outcome(outcome.load());
+    }
+};
+
+TEST_F(Instance, HandsEveryPathOverByteForByte) {
+    ASSERT_EQ(first_.start({}), Outcome::instance);
+    const Files odd = {"/a b/c.wav", "/new\nline", "/latin-\xE9.wav", "/\xFF\xFE", "/é", "/--help"};
+    const std::filesystem::path longer = "/some/folder/with a longer name";
+    Files many;
+    for (int i = 0; i < 20000; ++i) many.push_back(longer / std::to_string(i));
+    for (const Files& files : {odd, Files{}, many}) {
+        EXPECT_EQ(secondStart(files), Outcome::handedOver);
+        ASSERT_FALSE(received_.empty());
+        EXPECT_EQ(received_.back(), files);
+    }
+    EXPECT_EQ(received_.size(), 3U);
+}
+
+TEST_F(Instance, WhatACrashLeftBehindIsTakenOver) {
+    // A process that takes lock and socket and ends without a word.
+    const pid_t child = ::fork();
+    if (child == 0) {
+        InstanceLink crashed(folder_.path());
+        ::_exit(crashed.start({}) == Outcome::instance ? 0 : 1);
+    }
+    int status = -1;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    ASSERT_EQ(status, 0);
+    ASSERT_TRUE(std::filesystem::exists(folder_ / "brindlehum.lock"));
+    ASSERT_TRUE(std::filesystem::exists(folder_ / "brindlehum.socket"));
+    EXPECT_EQ(first_.start({}, 1), Outcome::instance);
+    EXPECT_EQ(secondStart({"/x.wav"}), Outcome::handedOver);
+}
+
+// No event loop in this process: each child makes its own.
+class InstanceRace : public testing::Test {
+protected:
+    static constexpr int starts = 6;
+    test::TempFolder folder_;
+
+    // The life of one child; gives its exit status.
+    int live(int number, int gate, int report) {
+        int argc = 1;
+        char name[] = "child";
+        char* argv[] = {name, nullptr};
+        QCoreApplication application(argc, argv);
+        char nothing = 0;
+        if (::read(gate, &nothing, 1) != 0) return 1;
+        InstanceLink link(folder_.path());
+        int handed = 0;
+        link.onFiles = [&handed](const Files&) { ++handed; };
+        const Outcome outcome = link.start({std::filesystem::path("/file") / std::to_string(number)}, 20);
+        const char letter = "IHU"[int(outcome)];
+        if (::write(report, &letter, 1) != 1) return 1;
+        const auto all = [&] { return handed == starts - 1; };
+        return outcome != Outcome::instance || test::EventLoopTest::until(all) ? 0 : 1;
+    }
+};
+
+TEST_F(InstanceRace, OfManyStartsAtOnceExactlyOneIsTheInstance) {
+    int fromParent[2], toParent[2];
+    ASSERT_EQ(::pipe(fromParent), 0);
+    ASSERT_EQ(::pipe(toParent), 0);
+    std::vector<pid_t> children;
+    for (int i = 0; i < starts; ++i) {
+        const pid_t child = ::fork();
+        if (child == 0) {
+            // All wait for the pipe to close, so that they start at the same moment.
+            ::close(fromParent[1]);
+            ::_exit(live(i, fromParent[0], toParent[1]));
+        }
+        children.push_back(child);
+    }
+    ::close(fromParent[0]);
+    ::close(fromParent[1]);
+    for (const pid_t child : children) {
+        int status = -1;
+        ::waitpid(child, &status, 0);
+        EXPECT_EQ(status, 0);
+    }
+    ::close(toParent[1]);
+    char letters[starts + 1] = {};
+    const ssize_t count = ::read(toParent[0], letters, starts);
+    ::close(toParent[0]);
+    EXPECT_EQ(count, starts);
+    EXPECT_EQ(std::count(letters, letters + starts, 'I'), 1) << letters;
+    EXPECT_EQ(std::count(letters, letters + starts, 'H'), starts - 1) << letters;
+}
+
+TEST_F(Instance, AnInstanceThatKeepsSilentIsNotWaitedForForever) {
+    QLockFile held(QString::fromStdString((folder_ / "brindlehum.lock").string()));
+    held.setStaleLockTime(0);
+    ASSERT_TRUE(held.tryLock());
+    EXPECT_EQ(first_.start({"/x"}, 0.1), Outcome::unanswered) << "no socket";
+    QLocalServer mute;
+    ASSERT_TRUE(mute.listen(QString::fromStdString((folder_ / "brindlehum.socket").string())));
+    EXPECT_EQ(first_.start({"/x"}, 0.1), Outcome::unanswered) << "a socket that says nothing";
+}
+
+TEST_F(Instance, ReleasingLetsTheNextOneIn) {
+    ASSERT_EQ(first_.start({}), Outcome::instance);
+    first_.release();
+    InstanceLink next(folder_.path());
+    EXPECT_EQ(next.start({}, 1), Outcome::instance);
+}
+
+TEST_F(Instance, AFolderThatIsNotThereLeavesEachStartItsOwn) {
+    InstanceLink one(folder_ / "absent");
+    InstanceLink two(folder_ / "absent");
+    EXPECT_EQ(one.start({}), Outcome::instance);
+    EXPECT_EQ(two.start({}), Outcome::instance);
+}
+
+TEST_F(Instance, OnlyTheUserMayConnect) {
+    ASSERT_EQ(first_.start({}), Outcome::instance);
+    const auto permissions = std::filesystem::status(folder_ / "brindlehum.socket").permissions();
+    EXPECT_EQ(permissions & std::filesystem::perms(077), std::filesystem::perms::none);
+}
+
+}  // namespace
+}  // namespace brindlehum

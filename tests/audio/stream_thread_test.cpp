@@ -1,0 +1,108 @@
+// StreamReader's thread: it fills ahead, stops when told, and lets go of everything.
+#include <gtest/gtest.h>
+
+#include "audio/stream_reader.h"
+#include "stream_sources.h"
+
+namespace brindlehum::test {
+namespace {
+
+constexpr int64_t far = int64_t(1) << 60;
+
+std::shared_ptr<StreamReader> makeReader(CountingSource::Log& log, int64_t frames, bool loop, double outputRate) {
+    return std::make_shared<StreamReader>(std::make_unique<CountingSource>(2, 48000, frames, frames, log), outputRate,
+                                          0, far, loop, 0, frames);
+}
+
+TEST(StreamThread, AShortStreamIsQueuedWholeAndEnds) {
+    CountingSource::Log log;
+    auto reader = makeReader(log, 30000, false, 48000);
+    reader->start();
+    ASSERT_TRUE(waitUntil([&] { return mn_ring_eof(reader->ring()) != 0; }));
+    Heard heard;
+    heard.take(reader->ring());
+    ASSERT_EQ(heard.positions.size(), 30000U);
+    EXPECT_EQ(heard.channels[1].back(), -29999.0F);
+    const std::weak_ptr<StreamReader> watch = reader;
+    reader.reset();
+    EXPECT_TRUE(waitUntil([&] { return watch.expired(); })) << "the thread holds on after the end";
+}
+
+TEST(StreamThread, ALongStreamArrivesWholeWhileItIsPlayed) {
+    for (const double outputRate : {48000.0, 44100.0}) {
+        CountingSource::Log log;
+        constexpr int64_t frames = 400000;
+        auto reader = makeReader(log, frames, false, outputRate);
+        reader->start();
+        Heard heard;
+        ASSERT_TRUE(waitUntil([&] {
+            const bool over = mn_ring_eof(reader->ring()) != 0;
+            heard.take(reader->ring());
+            return over;
+        }));
+        ASSERT_NEAR(double(heard.positions.size()), double(frames) * outputRate / 48000, 1.0);
+        for (size_t i = 0; i < heard.positions.size(); ++i) {
+            ASSERT_NEAR(heard.positions[i], double(i) * 48000 / outputRate, 1e-4);
+        }
+        if (outputRate == 48000) {
+            for (size_t i = 0; i < heard.positions.size(); ++i) ASSERT_EQ(heard.channels[0][i], float(i));
+        }
+    }
+}
+
+TEST(StreamThread, FillsTheRingUntilABlockNoLongerFits) {
+    CountingSource::Log log;
+    auto reader = makeReader(log, 1 << 20, false, 48000);
+    reader->start();
+    ASSERT_TRUE(waitUntil([&] { return mn_ring_write_space(reader->ring()) < 4096; }));
+    EXPECT_EQ(mn_ring_available(reader->ring()), 17 * 4096);  // of 72000
+    EXPECT_EQ(log.reads, 17);
+    reader->cancel();
+    reader.reset();
+    EXPECT_TRUE(waitUntil([&] { return log.gone.load(); }));
+}
+
+TEST(StreamThread, CancelEndsAnEndlessStream) {
+    for (const double outputRate : {48000.0, 96000.0}) {
+        CountingSource::Log log;
+        auto reader = makeReader(log, 5000, true, outputRate);
+        reader->start();
+        Heard heard;
+        ASSERT_TRUE(waitUntil([&] {
+            heard.take(reader->ring());
+            return heard.positions.size() > 200000;
+        }));
+        reader->cancel();
+        EXPECT_TRUE(reader->isCancelled());
+        EXPECT_EQ(mn_ring_eof(reader->ring()), 0) << "cancelled isn't ended";
+        const std::weak_ptr<StreamReader> watch = reader;
+        reader.reset();
+        EXPECT_TRUE(waitUntil([&] { return watch.expired() && log.gone; }));
+    }
+}
+
+TEST(StreamThread, CancelledBeforeItStartsItReadsNothing) {
+    CountingSource::Log log;
+    auto reader = makeReader(log, 5000, true, 48000);
+    reader->cancel();
+    reader->start();
+    reader.reset();
+    EXPECT_TRUE(waitUntil([&] { return log.gone.load(); }));
+    EXPECT_EQ(log.reads, 0);
+}
+
+TEST(StreamThread, StartsBehindWhatWasFilledBefore) {
+    CountingSource::Log log;
+    auto reader = makeReader(log, 30000, false, 48000);
+    ASSERT_TRUE(reader->fillOnce());
+    EXPECT_EQ(mn_ring_available(reader->ring()), 4096);
+    reader->start();
+    ASSERT_TRUE(waitUntil([&] { return mn_ring_eof(reader->ring()) != 0; }));
+    Heard heard;
+    heard.take(reader->ring());
+    for (size_t i = 0; i < heard.positions.size(); ++i) ASSERT_EQ(heard.positions[i], double(i));
+    EXPECT_EQ(heard.positions.size(), 30000U);
+}
+
+}  // namespace
+}  // namespace brindlehum::test

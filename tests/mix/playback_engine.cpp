@@ -1,0 +1,267 @@
+// PlaybackEngine: which device it opens, how long it keeps what it replaced, when the device rests, and how a
+// binaural configuration waits for its stage.
+#include "mix/playback_engine.h"
+
+#include <gmock/gmock.h>
+
+#include <future>
+
+#include "audio/error.h"
+#include "audio/frame_source.h"
+#include "playback_fixture.h"
+
+namespace brindlehum {
+namespace {
+
+using test::Planes;
+
+class Engine : public test::PlaybackTest {
+protected:
+    std::unique_ptr<PlaybackEngine> engine_ = std::make_unique<PlaybackEngine>(audio_, loop_, test::noStage);
+
+    std::shared_ptr<StreamReader> reader(int channels, int64_t frames) {
+        auto made =
+            std::make_shared<StreamReader>(std::make_unique<MemorySource>(test::counting(channels, frames), 48000.0),
+                                           engine_->sampleRate(), 0, frames, false, 0, frames);
+        made->fillOnce();
+        return made;
+    }
+    static MixConfig straight(int channels, float gain = 1) {
+        MixConfig config;
+        config.inChannels = config.rows = channels;
+        config.matrix.assign(size_t(channels * channels), 0);
+        for (int c = 0; c < channels; ++c) config.matrix[size_t(c * channels + c)] = gain;
+        return config;
+    }
+    void playStereo() {
+        engine_->configure(std::nullopt, false);
+        engine_->setConfig(straight(2));
+        engine_->play(reader(2, 96000), 0);
+    }
+    // The clock stands from here on; the reader's own thread may hold it a moment longer.
+    void goesNow(const std::weak_ptr<StreamReader>& object) {
+        pumpUntil([&] { return object.expired(); });
+    }
+    void pump(int blocks) {
+        for (int i = 0; i < blocks; ++i) audio_.pump(block);
+    }
+};
+
+TEST_F(Engine, OpensADeviceOnceAndAgainWhenThereIsReason) {
+    audio_.setOutputs({{1, "manual", "Manual", 16}, {2, "pair", "Pair", 2}});
+    const auto configure = [&](std::optional<std::string> uid, bool force = false) {
+        engine_->configure(uid, force);
+        return audio_.opened();
+    };
+    EXPECT_EQ(configure(std::nullopt), 1);
+    EXPECT_EQ(engine_->deviceName(), "System Output");
+    EXPECT_EQ(configure(std::nullopt), 1);
+    EXPECT_EQ(configure("pair"), 2);
+    EXPECT_EQ(engine_->deviceChannels(), 2);
+    EXPECT_EQ(engine_->deviceName(), "Pair");
+    EXPECT_EQ(configure("pair"), 2);
+    EXPECT_EQ(configure("pair", true), 3) << "forced";
+    audio_.supersede();
+    EXPECT_EQ(configure("pair"), 4) << "a better way to play has come up";
+    EXPECT_EQ(configure("gone"), 5);
+    EXPECT_EQ(engine_->deviceName(), "Unavailable device");
+    EXPECT_EQ(engine_->deviceChannels(), 16) << "the default stands in";
+    EXPECT_EQ(configure("gone"), 5);
+    audio_.setOutputs({{1, "manual", "Manual", 16}, {7, "gone", "Back", 12}});
+    EXPECT_EQ(configure("gone"), 6);
+    EXPECT_EQ(engine_->deviceChannels(), 12);
+    EXPECT_EQ(audio_.openStreams(), 1);
+}
+
+TEST_F(Engine, ADeviceThatCannotBeHadLeavesNone) {
+    engine_->configure(std::nullopt, false);
+    const auto fails = [&](const char* why, const char* text) {
+        try {
+            engine_->configure(std::nullopt, true);
+            ADD_FAILURE() << why;
+        } catch (const Error& error) {
+            EXPECT_EQ(error.code(), 10) << why;
+            EXPECT_STREQ(error.what(), text) << why;
+        }
+        EXPECT_FALSE(engine_->isConfigured()) << why;
+        EXPECT_EQ(audio_.openStreams(), 0) << why;
+    };
+    audio_.setOpeningFails(true);
+    fails("opening fails", "Couldn't open the output device");
+    audio_.setOpeningFails(false);
+    audio_.setSampleRate(0);
+    fails("no rate", "Output device has no usable channels");
+    audio_.setSampleRate(48000);
+    audio_.setOutputs({{1, "manual", "Manual", 0}});
+    fails("no channels", "Output device has no usable channels");
+    audio_.setOutputs({});
+    audio_.setDefault(std::nullopt);
+    fails("no device at all", "Couldn't open the output device");
+}
+
+TEST_F(Engine, AChangedDeviceIsAnnouncedOnceAndOnlyWhileItIsOurs) {
+    int changes = 0;
+    engine_->onDeviceChange = [&] { ++changes; };
+    engine_->configure(std::nullopt, false);
+    audio_.setOutputs({{3, "other", "Other", 8}});
+    audio_.setDefault(3);
+    loop_.drain();
+    EXPECT_EQ(changes, 1);
+    engine_->configure(std::nullopt, false);
+    EXPECT_EQ(engine_->deviceChannels(), 8) << "the next configure rebuilds without being forced";
+
+    audio_.setOutputs({{4, "third", "Third", 4}});
+    audio_.setDefault(4);
+    engine_->configure(std::nullopt, true);
+    loop_.drain();
+    EXPECT_EQ(changes, 1) << "a notice of a stream that has gone meanwhile";
+}
+
+TEST_F(Engine, WhatWasReplacedLivesForThreeSecondsByTheClock) {
+    playStereo();
+    pump(2);
+    auto second = reader(2, 96000);
+    const std::weak_ptr<StreamReader> replaced = second;
+    engine_->play(std::move(second), 0);
+    pump(2);
+    auto third = reader(2, 96000);
+    engine_->play(std::move(third), 0);
+    EXPECT_TRUE(replaced.lock()->isCancelled());
+    pump(2);
+    loop_.advance(2.999);
+    EXPECT_FALSE(replaced.expired());
+    loop_.advance(0.001);
+    goesNow(replaced);
+}
+
+TEST_F(Engine, ADeviceThatStandsStillKeepsWhatItMayStillRead) {
+    playStereo();
+    pump(2);
+    auto reading = reader(2, 96000);
+    const std::weak_ptr<StreamReader> replaced = reading;
+    engine_->play(std::move(reading), 0);
+    pump(1);
+    engine_->stop();
+    loop_.advance(9);
+    EXPECT_FALSE(replaced.expired());
+    pump(1);
+    loop_.advance(3);
+    EXPECT_FALSE(replaced.expired()) << "the block that fades it out is still to come";
+    pump(1);
+    loop_.advance(3);
+    goesNow(replaced);
+}
+
+TEST_F(Engine, TheDeviceRestsTwentySecondsAfterTheLastStop) {
+    playStereo();
+    engine_->stop();
+    loop_.advance(10);
+    engine_->stop();
+    loop_.advance(19.99);
+    EXPECT_TRUE(engine_->isRunning());
+    loop_.advance(0.01);
+    EXPECT_FALSE(engine_->isRunning());
+
+    engine_->play(reader(2, 96000), 0);
+    EXPECT_TRUE(engine_->isRunning());
+    EXPECT_EQ(audio_.started(), 2);
+    engine_->stop();
+    loop_.advance(15);
+    engine_->play(reader(2, 96000), 0);
+    loop_.advance(60);
+    EXPECT_TRUE(engine_->isRunning()) << "a start within the time cancels the rest";
+    EXPECT_EQ(audio_.started(), 2) << "and finds the device warm";
+}
+
+TEST_F(Engine, AStartThatFailsPlaysNothing) {
+    engine_->configure(std::nullopt, false);
+    engine_->setConfig(straight(2));
+    audio_.setStartingFails(true);
+    auto refused = reader(2, 96000);
+    const std::weak_ptr<StreamReader> gone = refused;
+    EXPECT_THROW(engine_->play(std::move(refused), 0), Error);
+    EXPECT_FALSE(engine_->isRunning());
+    EXPECT_TRUE(gone.lock()->isCancelled());
+    audio_.setStartingFails(false);
+    engine_->play(reader(2, 96000), 0);
+    EXPECT_NE(audio_.pump(block)[0].back(), 0.0F);
+}
+
+TEST_F(Engine, FinishedSpeaksOfTheCurrentStreamAlone) {
+    engine_->configure(std::nullopt, false);
+    engine_->setConfig(straight(2));
+    engine_->play(reader(2, 1000), 0);
+    const Planes heard = pumpUntil([&] { return engine_->finished(); });
+    EXPECT_EQ(heard[0][999], test::sample(0, 999));
+    engine_->play(reader(2, 96000), 0);
+    EXPECT_FALSE(engine_->finished());
+    pump(2);
+    EXPECT_FALSE(engine_->finished());
+    engine_->stop();
+    EXPECT_FALSE(engine_->finished());
+}
+
+// A stage that is made when the test says so.
+class Binaural : public Engine {
+protected:
+    std::promise<bool> gate_;  // false: there is no set
+    std::shared_future<bool> open_ = gate_.get_future().share();
+    int missing_ = 0;
+
+    void SetUp() override {
+        engine_ = std::make_unique<PlaybackEngine>(audio_, loop_, [open = open_](double rate) {
+            return open.get() ? PlaybackEngine::sharedSetStage(rate) : throw std::runtime_error("no set");
+        });
+        engine_->onBinauralMissing = [this] { ++missing_; };
+    }
+    static MixConfig leftAndRight() {
+        MixConfig config = straight(2);
+        config.toBinaural = true;
+        config.virtualDirections = {{90, 0}, {-90, 0}};
+        return config;
+    }
+    static double energy(const std::vector<float>& plane) {
+        double sum = 0;
+        for (const float x : plane) sum += double(x) * double(x);
+        return sum;
+    }
+};
+
+TEST_F(Binaural, AConfigurationWaitsForItsStageAndTheStreamWithIt) {
+    engine_->configure(std::nullopt, false);
+    engine_->setConfig(leftAndRight());
+    engine_->play(reader(2, 96000), 0);
+    for (int i = 0; i < 10; ++i) EXPECT_EQ(energy(audio_.pump(block)[0]), 0) << "silence till then";
+    EXPECT_EQ(engine_->ctx().position(), 0) << "and nothing of the stream is lost";
+
+    gate_.set_value(true);
+    ASSERT_TRUE(loop_.runUntil([&] { return energy(audio_.pump(block)[0]) > 0; }));
+    const Planes heard = audio_.pump(1024);
+    EXPECT_GT(energy(heard[0]), 0);
+    EXPECT_GT(energy(heard[1]), 0);
+    EXPECT_EQ(missing_, 0);
+}
+
+TEST_F(Binaural, ANewerConfigurationReplacesOneThatWaits) {
+    engine_->configure(std::nullopt, false);
+    engine_->setConfig(leftAndRight());
+    engine_->setConfig(straight(2));
+    engine_->play(reader(2, 96000), 0);
+    pump(2);
+    gate_.set_value(false);
+    ASSERT_TRUE(loop_.runUntil([&] { return engine_->binauralMissing(); }));
+    EXPECT_EQ(missing_, 0) << "nobody waits for it any more";
+    EXPECT_EQ(audio_.pump(block)[0][0], test::sample(0, 2 * block));
+}
+
+TEST_F(Binaural, AMissingSetIsTold) {
+    engine_->configure(std::nullopt, false);
+    engine_->setConfig(leftAndRight());
+    EXPECT_FALSE(engine_->binauralMissing());
+    gate_.set_value(false);
+    ASSERT_TRUE(loop_.runUntil([&] { return missing_ == 1; }));
+    EXPECT_TRUE(engine_->binauralMissing());
+}
+
+}  // namespace
+}  // namespace brindlehum

@@ -1,0 +1,107 @@
+// A playback engine and a player over made-up devices and a clock that the test owns.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <stdexcept>
+#include <thread>
+
+#include "mix/player_model.h"
+#include "platform/manual_audio.h"
+#include "platform/manual_main_loop.h"
+#include "support/audio_files.h"
+
+namespace brindlehum::test {
+
+// Sample `i` of channel `c` of the test sounds: no two within a second are alike, and none is 0.
+inline float sample(int c, int64_t i) {
+    return float(1 + i % 60000) / 65536.0F * (c % 2 ? -1.0F : 1.0F) / float(1 + c / 2);
+}
+
+inline Planes counting(int channels, int64_t frames) {
+    Planes planes(static_cast<size_t>(channels), std::vector<float>(static_cast<size_t>(frames)));
+    for (int c = 0; c < channels; ++c) {
+        for (int64_t i = 0; i < frames; ++i) planes[size_t(c)][size_t(i)] = sample(c, i);
+    }
+    return planes;
+}
+
+inline std::shared_ptr<BinauralStage> noStage(double) {
+    throw std::runtime_error("no set");
+}
+
+class PlaybackTest : public testing::Test {
+protected:
+    static constexpr uint32_t block = 256;  // frames
+
+    ManualMainLoop loop_;
+    ManualAudioSystem audio_{loop_};
+    TempFolder folder_;
+
+    // Pumps blocks until `done` holds, giving the reader's thread its turns; all that was heard, a plane a device
+    // channel.
+    Planes pumpUntil(const std::function<bool()>& done) {
+        Planes heard;
+        const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+        while (!done() && std::chrono::steady_clock::now() < limit) {
+            const Planes planes = audio_.pump(block);
+            heard.resize(planes.size());
+            for (size_t c = 0; c < planes.size(); ++c)
+                heard[c].insert(heard[c].end(), planes[c].begin(), planes[c].end());
+            std::this_thread::yield();
+        }
+        EXPECT_TRUE(done());
+        return heard;
+    }
+};
+
+class PlayerTest : public PlaybackTest {
+protected:
+    MemoryDefaults defaults_;
+    SettingsStore settings_{defaults_};
+    PlaybackEngine engine_{audio_, loop_, noStage};
+    WorkerPool pool_{1};
+    std::unique_ptr<PlayerModel> player_ = std::make_unique<PlayerModel>(engine_, settings_, loop_, pool_);
+
+    void SetUp() override {
+        WaveformCache::shared().set(folder_ / "a.wav", nullptr);
+        use("Nearfield");
+    }
+    void use(const std::string& profile) {
+        settings_.change([&](AppSettings& s) {
+            for (const auto& p : s.profiles) {
+                if (p.name == profile) s.activeProfileID = p.id;
+            }
+        });
+    }
+    std::filesystem::path file(const std::string& name, int channels = 2, int64_t frames = 48000, int rate = 48000) {
+        writeAudio(folder_ / name, counting(channels, frames), {.rate = rate});
+        return folder_ / name;
+    }
+    // All file work, and what it brought to the main thread.
+    void settle() {
+        for (int turn = 0; turn < 4; ++turn) {
+            player_->queue().drain();
+            pool_.drain();
+            loop_.drain();
+        }
+    }
+    void load(const std::filesystem::path& url, bool autoPlay = false) {
+        player_->load(url, autoPlay);
+        settle();
+    }
+    void play(std::optional<int64_t> from = std::nullopt) {
+        player_->play(from);
+        settle();
+    }
+    std::string message() const { return player_->message().value_or("(none)"); }
+    // The source frame from which the sound of the next blocks comes: read off the left channel, after the block
+    // in which it fades in.
+    int64_t heardFrom() {
+        const Planes planes = (audio_.pump(block), audio_.pump(block));
+        return planes.empty() ? -1 : std::llround(double(planes[0][0]) * 65536.0) - 1 - block;
+    }
+};
+
+}  // namespace brindlehum::test

@@ -1,0 +1,84 @@
+// RenderBench: a render context with rings, configurations and a device of plain vectors, all owned by the test.
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "core/mn_mix.h"
+#include "core/mn_ring.h"
+#include "mix/render_context.h"
+
+namespace brindlehum::test {
+
+// A published configuration and its matrix.
+struct BenchConfig {
+    BenchConfig(int inputs, int rows, std::vector<float> gains) : matrix(std::move(gains)) {
+        record = {inputs, rows, 0, 0, 1, matrix.data(), nullptr, 0};
+    }
+    std::vector<float> matrix;
+    mn_mix_config record;
+};
+
+class RenderBench {
+public:
+    explicit RenderBench(int deviceChannels) : device_(size_t(deviceChannels)) {}
+
+    // A ring of `channels` planes, frame i of channel c holding signal(i, c) and standing at position 2 i.
+    mn_ring* ring(int channels, int frames, const std::function<float(int frame, int channel)>& signal) {
+        rings_.emplace_back(mn_ring_create(channels, std::max(frames, 1)), mn_ring_destroy);
+        std::vector<std::vector<float>> samples(static_cast<size_t>(channels),
+                                                std::vector<float>(static_cast<size_t>(frames)));
+        std::vector<const float*> planes;
+        std::vector<double> positions(static_cast<size_t>(frames));
+        for (int i = 0; i < frames; ++i) positions[size_t(i)] = 2.0 * i;
+        for (int c = 0; c < channels; ++c) {
+            for (int i = 0; i < frames; ++i) samples[size_t(c)][size_t(i)] = signal(i, c);
+            planes.push_back(samples[size_t(c)].data());
+        }
+        mn_ring_write(rings_.back().get(), planes.data(), positions.data(), frames);
+        return rings_.back().get();
+    }
+
+    mn_mix_config* config(int inputs, int rows, std::vector<float> gains) {
+        configs_.push_back(std::make_unique<BenchConfig>(inputs, rows, std::move(gains)));
+        return &configs_.back()->record;
+    }
+    mn_mix_config* binaural(int inputs, int rows, std::vector<float> gains, int left = 0, int right = 1) {
+        mn_mix_config* record = config(inputs, rows, std::move(gains));
+        record->to_binaural = 1;
+        record->bin_left = left;
+        record->bin_right = right;
+        return record;
+    }
+
+    // Renders a block into planes that hold other values before; the planes named in `absent` are null.
+    const std::vector<std::vector<float>>& render(int frames, const std::vector<int>& absent = {}) {
+        std::vector<float*> planes;
+        for (auto& plane : device_) {
+            plane.assign(size_t(frames), 7);
+            planes.push_back(plane.data());
+        }
+        for (const int c : absent) planes[size_t(c)] = nullptr;
+        status = context.render(uint32_t(frames), {planes.data(), int32_t(planes.size()), uint32_t(frames)});
+        for (size_t c = 0; c < heard_.size(); ++c)
+            heard_[c].insert(heard_[c].end(), device_[c].begin(), device_[c].end());
+        return device_;
+    }
+    // From now on collects what the first `channels` channels play.
+    void listen(int channels) { heard_.assign(size_t(channels), {}); }
+    const std::vector<float>& heard(int channel) const { return heard_[size_t(channel)]; }
+
+    RenderContext context;
+    int32_t status = -1;
+
+private:
+    std::vector<std::vector<float>> device_;
+    std::vector<std::vector<float>> heard_;
+    std::vector<std::unique_ptr<mn_ring, decltype(&mn_ring_destroy)>> rings_;
+    std::vector<std::unique_ptr<BenchConfig>> configs_;
+};
+
+}  // namespace brindlehum::test

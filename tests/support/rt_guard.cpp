@@ -1,0 +1,202 @@
+// The interposed functions: each notes its call if the thread is marked, then goes on to the real one.
+#include "support/rt_guard.h"
+
+#include <dlfcn.h>
+
+#include <atomic>
+#include <cerrno>
+#include <cstdarg>
+#include <cstddef>
+
+// The C library's own names for its allocator, which spare looking it up before the loader is ready.
+extern "C" {
+void* __libc_malloc(size_t);
+void* __libc_calloc(size_t, size_t);
+void* __libc_realloc(void*, size_t);
+void __libc_free(void*);
+void* __libc_memalign(size_t, size_t);
+}
+
+namespace brindlehum::test {
+namespace {
+
+constinit thread_local bool marked = false;
+constinit thread_local RtFaults counted;
+
+enum class Kind { allocation, lock, systemCall };
+
+void note(Kind kind, const char* name) noexcept {
+    if (!marked) return;
+    if (counted.first == nullptr) counted.first = name;
+    uint32_t& count = kind == Kind::allocation ? counted.allocations
+                      : kind == Kind::lock     ? counted.locks
+                                               : counted.systemCalls;
+    ++count;
+}
+
+// The function of this name behind ours, looked up on first use. What the look-up itself calls isn't counted.
+template <class F>
+struct Next {
+    const char* name;
+    const char* version;  // where the library keeps an older one under the same name, else null
+    std::atomic<F*> function{nullptr};
+
+    F* get() noexcept {
+        F* found = function.load(std::memory_order_acquire);
+        if (found != nullptr) return found;
+        const bool wasMarked = marked;
+        marked = false;
+        void* symbol = version != nullptr ? dlvsym(RTLD_NEXT, name, version) : nullptr;
+        if (symbol == nullptr) symbol = dlsym(RTLD_NEXT, name);
+        marked = wasMarked;
+        found = reinterpret_cast<F*>(symbol);
+        function.store(found, std::memory_order_release);
+        return found;
+    }
+};
+
+}  // namespace
+
+RealTimeScope::RealTimeScope() noexcept {
+    counted = {};
+    marked = true;
+}
+RealTimeScope::~RealTimeScope() {
+    marked = false;
+}
+const RtFaults& RealTimeScope::faults() const noexcept {
+    return counted;
+}
+
+}  // namespace brindlehum::test
+
+using namespace brindlehum::test;
+using Size = size_t;
+using SSize = ptrdiff_t;
+
+// A definition under a name of ours that the linker sees as the library's, free of the headers' declarations.
+#define DEFINE(result, name, params)                        \
+    extern "C" result guarded_##name params __asm__(#name); \
+    extern "C" __attribute__((used)) result guarded_##name params
+
+#define GUARD_VERSION(kind, result, name, params, args, version)   \
+    DEFINE(result, name, params) {                                 \
+        static constinit Next<result params> next{#name, version}; \
+        note(Kind::kind, #name);                                   \
+        return next.get() args;                                    \
+    }
+#define GUARD(kind, result, name, params, args) GUARD_VERSION(kind, result, name, params, args, nullptr)
+
+// MARK: allocation
+
+DEFINE(void*, malloc, (Size bytes)) {
+    note(Kind::allocation, "malloc");
+    return __libc_malloc(bytes);
+}
+DEFINE(void*, calloc, (Size count, Size bytes)) {
+    note(Kind::allocation, "calloc");
+    return __libc_calloc(count, bytes);
+}
+DEFINE(void*, realloc, (void* memory, Size bytes)) {
+    note(Kind::allocation, "realloc");
+    return __libc_realloc(memory, bytes);
+}
+DEFINE(void, free, (void* memory)) {
+    note(Kind::allocation, "free");
+    __libc_free(memory);
+}
+DEFINE(void*, memalign, (Size alignment, Size bytes)) {
+    note(Kind::allocation, "memalign");
+    return __libc_memalign(alignment, bytes);
+}
+DEFINE(void*, aligned_alloc, (Size alignment, Size bytes)) {
+    note(Kind::allocation, "aligned_alloc");
+    return __libc_memalign(alignment, bytes);
+}
+DEFINE(int, posix_memalign, (void** memory, Size alignment, Size bytes)) {
+    note(Kind::allocation, "posix_memalign");
+    void* got = __libc_memalign(alignment, bytes);
+    if (got == nullptr) return ENOMEM;
+    *memory = got;
+    return 0;
+}
+
+// MARK: locks
+
+GUARD(lock, int, pthread_mutex_lock, (void* m), (m))
+GUARD(lock, int, pthread_mutex_trylock, (void* m), (m))
+GUARD(lock, int, pthread_mutex_timedlock, (void* m, const void* t), (m, t))
+GUARD(lock, int, pthread_mutex_unlock, (void* m), (m))
+GUARD_VERSION(lock, int, pthread_cond_wait, (void* c, void* m), (c, m), "GLIBC_2.3.2")
+GUARD_VERSION(lock, int, pthread_cond_timedwait, (void* c, void* m, const void* t), (c, m, t), "GLIBC_2.3.2")
+GUARD(lock, int, pthread_cond_clockwait, (void* c, void* m, int k, const void* t), (c, m, k, t))
+GUARD_VERSION(lock, int, pthread_cond_signal, (void* c), (c), "GLIBC_2.3.2")
+GUARD_VERSION(lock, int, pthread_cond_broadcast, (void* c), (c), "GLIBC_2.3.2")
+GUARD(lock, int, pthread_rwlock_rdlock, (void* l), (l))
+GUARD(lock, int, pthread_rwlock_wrlock, (void* l), (l))
+GUARD(lock, int, pthread_rwlock_tryrdlock, (void* l), (l))
+GUARD(lock, int, pthread_rwlock_trywrlock, (void* l), (l))
+GUARD(lock, int, pthread_spin_lock, (void* l), (l))
+GUARD(lock, int, pthread_join, (unsigned long t, void** r), (t, r))
+GUARD(lock, int, sem_wait, (void* s), (s))
+GUARD(lock, int, sem_timedwait, (void* s, const void* t), (s, t))
+GUARD(lock, int, sem_post, (void* s), (s))
+
+// MARK: files, sockets, sleeps, memory maps
+
+GUARD(systemCall, SSize, read, (int f, void* b, Size n), (f, b, n))
+GUARD(systemCall, SSize, write, (int f, const void* b, Size n), (f, b, n))
+GUARD(systemCall, SSize, pread, (int f, void* b, Size n, long o), (f, b, n, o))
+GUARD(systemCall, SSize, writev, (int f, const void* v, int n), (f, v, n))
+GUARD(systemCall, int, close, (int f), (f))
+GUARD(systemCall, int, fsync, (int f), (f))
+GUARD(systemCall, int, fdatasync, (int f), (f))
+GUARD(systemCall, int, poll, (void* p, unsigned long n, int t), (p, n, t))
+GUARD(systemCall, int, ppoll, (void* p, unsigned long n, const void* t, const void* s), (p, n, t, s))
+GUARD(systemCall, int, select, (int n, void* r, void* w, void* e, void* t), (n, r, w, e, t))
+GUARD(systemCall, int, epoll_wait, (int f, void* e, int n, int t), (f, e, n, t))
+GUARD(systemCall, SSize, send, (int f, const void* b, Size n, int g), (f, b, n, g))
+GUARD(systemCall, SSize, recv, (int f, void* b, Size n, int g), (f, b, n, g))
+GUARD(systemCall, SSize, sendmsg, (int f, const void* m, int g), (f, m, g))
+GUARD(systemCall, SSize, recvmsg, (int f, void* m, int g), (f, m, g))
+GUARD(systemCall, int, nanosleep, (const void* t, void* r), (t, r))
+GUARD(systemCall, int, clock_nanosleep, (int k, int g, const void* t, void* r), (k, g, t, r))
+GUARD(systemCall, int, usleep, (unsigned t), (t))
+GUARD(systemCall, unsigned, sleep, (unsigned t), (t))
+GUARD(systemCall, int, sched_yield, (), ())
+GUARD(systemCall, void*, mmap, (void* a, Size n, int p, int g, int f, long o), (a, n, p, g, f, o))
+GUARD(systemCall, int, munmap, (void* a, Size n), (a, n))
+GUARD(systemCall, int, pthread_create, (void* t, const void* a, void* (*f)(void*), void* d), (t, a, f, d))
+// Variadic, and called with all the arguments that they may take: what isn't there isn't looked at.
+GUARD(systemCall, int, open, (const char* p, int g, unsigned m), (p, g, m))
+GUARD(systemCall, int, open64, (const char* p, int g, unsigned m), (p, g, m))
+GUARD(systemCall, int, openat, (int d, const char* p, int g, unsigned m), (d, p, g, m))
+GUARD(systemCall, int, ioctl, (int f, unsigned long r, void* a), (f, r, a))
+GUARD(systemCall, long, syscall, (long n, long a, long b, long c, long d, long e, long f), (n, a, b, c, d, e, f))
+
+// MARK: standard output, which reaches the kernel by ways that can't be stepped into
+
+GUARD(systemCall, Size, fwrite, (const void* b, Size s, Size n, void* f), (b, s, n, f))
+GUARD(systemCall, int, fputs, (const char* t, void* f), (t, f))
+GUARD(systemCall, int, puts, (const char* t), (t))
+GUARD(systemCall, int, putchar, (int c), (c))
+GUARD(systemCall, int, fputc, (int c, void* f), (c, f))
+GUARD(systemCall, int, putc, (int c, void* f), (c, f))
+GUARD(systemCall, int, fflush, (void* f), (f))
+GUARD(systemCall, int, vfprintf, (void* f, const char* t, va_list a), (f, t, a))
+GUARD(systemCall, int, vprintf, (const char* t, va_list a), (t, a))
+
+DEFINE(int, printf, (const char* text, ...)) {
+    va_list arguments;
+    va_start(arguments, text);
+    const int written = guarded_vprintf(text, arguments);
+    va_end(arguments);
+    return written;
+}
+DEFINE(int, fprintf, (void* file, const char* text, ...)) {
+    va_list arguments;
+    va_start(arguments, text);
+    const int written = guarded_vfprintf(file, text, arguments);
+    va_end(arguments);
+    return written;
+}

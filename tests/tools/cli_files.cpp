@@ -1,0 +1,189 @@
+// probe, overview, devices, and what the tool says about words and files that it can't use.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "cli_child.h"
+#include "support/pipewire/private_pipewire.h"
+
+namespace brindlehum {
+namespace {
+
+using namespace test;
+using nlohmann::json;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+TEST(CliProbe, TellsWhatTheFilesAre) {
+    const TempFolder folder;
+    writeAudio(folder / "pair.wav", noisePlanes(2, 4410), {.kind = FileKind::wav, .rate = 44100, .bits = 24});
+    writeAudio(folder / "bed.wav", noisePlanes(6, 100), {.kind = FileKind::wavex, .mask = 0x3F});
+    writeAudio(folder / "scene_ambix.wav", noisePlanes(4, 7));
+    writeAudio(folder / "mono.flac", noisePlanes(1, 4096), {.kind = FileKind::flac, .rate = 96000});
+    writeAudio(folder / "seven.wav", noisePlanes(7, 1));
+    const auto result = runCli({"probe", (folder / "pair.wav").string(), (folder / "bed.wav").string(),
+                                (folder / "scene_ambix.wav").string(), (folder / "mono.flac").string(),
+                                (folder / "seven.wav").string()});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_TRUE(result.errors.empty());
+    const json expected[] = {
+        json::parse(R"({"sampleRate": 44100.0, "channels": 2, "frames": 4410, "bitDepth": 24, "isFloat": false,
+          "codec": "PCM", "bextDescription": null,
+          "detected": {"kind": "speakers", "speakers": ["L", "R"], "displayName": "Stereo"}})"),
+        json::parse(R"({"sampleRate": 48000.0, "channels": 6, "frames": 100, "bitDepth": 32, "isFloat": true,
+          "codec": "PCM", "labels": [1, 2, 3, 4, 5, 6], "detected": {"kind": "speakers",
+          "speakers": ["L", "R", "C", "LFE", "Ls", "Rs"], "displayName": "5.1"}})"),
+        json::parse(R"({"channels": 4, "frames": 7, "detected": {"kind": "ambisonic", "order": 1, "norm": "sn3d",
+          "displayName": "AmbiX 1st order"}})"),
+        json::parse(R"({"sampleRate": 96000.0, "channels": 1, "frames": 4096, "bitDepth": 0, "codec": "FLAC",
+          "detected": {"kind": "speakers", "speakers": ["C"], "displayName": "Mono"}})"),
+        json::parse(R"({"channels": 7, "detected": {"kind": "discrete", "channels": 7,
+          "displayName": "7-ch discrete"}})"),
+    };
+    ASSERT_EQ(result.objects.size(), std::size(expected));
+    for (size_t i = 0; i < std::size(expected); ++i) {
+        EXPECT_EQ(result.objects[i].size(), 10U);
+        for (const auto& [key, value] : expected[i].items()) EXPECT_EQ(result.objects[i].at(key), value) << i << key;
+    }
+    EXPECT_EQ(result.objects[0].at("url"), (folder / "pair.wav").string());
+}
+
+TEST(CliProbe, ReportsBadFilesAndStillDoesTheOthers) {
+    const TempFolder folder;
+    const std::string odd = (folder / "caf\xE9\n.wav").string();  // Latin-1 and a line break in the name
+    writeAudio(odd, noisePlanes(1, 10));
+    writeBytes(folder / "text.wav", "this is no audio file, whatever its name says");
+    writeBytes(folder / "empty.wav", "");
+    std::filesystem::create_directory(folder / "folder.wav");
+    std::vector<std::string> words = {"probe"};
+    for (const char* bad : {"none\xFF.wav", "text.wav", "empty.wav", "folder.wav"}) {
+        words.push_back((folder / bad).string());
+        words.push_back(odd);
+    }
+    const auto result = runCli(words);
+    EXPECT_EQ(result.exitCode, 1);
+    ASSERT_EQ(result.errors.size(), 4U);
+    for (size_t i = 0; i < 4; ++i) EXPECT_THAT(result.errors[i], StartsWith("brindlehum-cli: " + words[1 + 2 * i]));
+    ASSERT_EQ(result.objects.size(), 4U);
+    for (const json& object : result.objects) {
+        EXPECT_EQ(object.at("channels"), 1);
+        EXPECT_EQ(object.at("url"), (folder / "caf\xEF\xBF\xBD\n.wav").string());
+    }
+}
+
+TEST(CliOverview, HoldsTheExtremesOfEveryBucket) {
+    const TempFolder folder;
+    const Planes planes = noisePlanes(2, 50'001, 31);
+    writeAudio(folder / "noise.wav", planes);
+    const auto result = runCli({"overview", (folder / "noise.wav").string()});
+    ASSERT_EQ(result.exitCode, 0);
+    ASSERT_EQ(result.objects.size(), 1U);
+    const json& data = result.objects[0];
+    const size_t buckets = data.at("bucketCount");
+    const size_t step = data.at("bucketFrames");
+    EXPECT_EQ(data.at("loadedBuckets"), buckets);
+    EXPECT_EQ(data.at("channels"), 2);
+    ASSERT_GE(buckets * step, planes[0].size());
+    ASSERT_LT((buckets - 1) * step, planes[0].size());
+    for (size_t c = 0; c < 2; ++c) {
+        ASSERT_EQ(data.at("mins")[c].size(), buckets);
+        for (size_t b = 0; b < buckets; ++b) {
+            const auto first = planes[c].begin() + ptrdiff_t(b * step);
+            const auto last = planes[c].begin() + ptrdiff_t(std::min((b + 1) * step, planes[c].size()));
+            const auto [low, high] = std::minmax_element(first, last);
+            ASSERT_EQ(data.at("mins")[c][b].get<float>(), *low) << b;
+            ASSERT_EQ(data.at("maxs")[c][b].get<float>(), *high) << b;
+        }
+    }
+}
+
+TEST(CliDevices, NamesTheHeadlessOutputWhereNoSoundServerRuns) {
+    const TempFolder folder;
+    const auto result = runCli({"devices"}, {"XDG_RUNTIME_DIR=" + folder.path().string(),
+                                             "PIPEWIRE_RUNTIME_DIR=" + folder.path().string(), "PIPEWIRE_REMOTE=none"});
+    EXPECT_EQ(result.exitCode, 0);
+    ASSERT_EQ(result.objects.size(), 1U);
+    EXPECT_EQ(result.objects[0].at("name"), "Headless output (no sound server)");
+    EXPECT_EQ(result.objects[0].at("uid"), "brindlehum.headless");
+    EXPECT_EQ(result.objects[0].at("outputChannels"), 16);
+    EXPECT_EQ(result.objects[0].at("isDefault"), true);
+}
+
+TEST(CliDevices, ListsTheSinksOfTheSoundServer) {
+    const PrivatePipeWire server;
+    const auto result = runCli({"devices"});
+    EXPECT_EQ(result.exitCode, 0);
+    std::vector<std::string> listed;
+    int defaults = 0;
+    for (const json& d : result.objects) {
+        listed.push_back(d.at("uid").get<std::string>() + "|" + d.at("name").get<std::string>() + "|" +
+                         d.at("outputChannels").dump());
+        defaults += d.at("isDefault") == true;
+    }
+    EXPECT_THAT(listed, testing::ElementsAre("sink2|Pair|2", "sink12|Room of twelve|12", "sink16|sink16|16"));
+    EXPECT_EQ(defaults, 1);
+}
+
+TEST(Cli, NamesTheWordThatItDoesNotKnow) {
+    const TempFolder folder;
+    const std::string in = (folder / "in.wav").string();
+    const std::string out = (folder / "out.wav").string();
+    writeAudio(in, noisePlanes(2, 1000));
+    struct Case {
+        std::vector<std::string> words;
+        std::string named;
+    };
+    const auto renders = [&](std::vector<std::string> more) {
+        more.insert(more.begin(), {"render", in, out});
+        return more;
+    };
+    const Case cases[] = {
+        {{}, "usage"},
+        {{"prob", in}, "prob"},
+        {{"probe"}, "no file"},
+        {{"devices", "now"}, "now"},
+        {{"render", in}, "output"},
+        {{"render", in, (folder / "out.flac").string()}, "out.flac"},
+        {{"render", in, in}, "made from"},
+        {{"render", in, (folder / "none" / "out.wav").string()}, "none"},
+        {{"render", (folder / "gone.wav").string(), out}, "gone.wav"},
+        {renders({"loudly"}), "loudly"},
+        {renders({"layout"}), "layout"},
+        {renders({"layout", "l99"}), "l99"},
+        {renders({"listen", "Mono"}), "Mono"},
+        {renders({"yaw", "nan"}), "nan"},
+        {renders({"yaw", "9x"}), "9x"},
+        {renders({"pitch", ""}), "pitch"},
+        {renders({"block", "0"}), "block"},
+        {renders({"block", "4097"}), "4097"},
+        {renders({"block", "1.5"}), "1.5"},
+        {renders({"rate", "10"}), "rate"},
+        {renders({"channels", "257"}), "257"},
+        {renders({"outputs", "0,,1"}), "outputs"},
+        {renders({"trims", "0;1"}), "0;1"},
+        {renders({"mono", "left"}), "left"},
+        {renders({"format", "5.1"}), "Stereo, 2-ch discrete"},
+        {renders({"from", "0.01", "to", "0.01"}), "from"},
+        {renders({"from", "5"}), "from"},
+    };
+    for (const Case& c : cases) {
+        const auto result = runCli(c.words);
+        SCOPED_TRACE(c.named);
+        EXPECT_EQ(result.exitCode, 1);
+        EXPECT_EQ(result.output, "");
+        ASSERT_EQ(result.errors.size(), 1U);
+        EXPECT_THAT(result.errors[0], StartsWith("brindlehum-cli: "));
+        EXPECT_THAT(result.errors[0], HasSubstr(c.named));
+        const auto left = std::distance(std::filesystem::directory_iterator(folder.path()), {});
+        EXPECT_EQ(left, 1) << "nothing is left beside the source";
+    }
+    const auto help = runCli({"help"});
+    EXPECT_EQ(help.exitCode, 0);
+    for (const char* word : {"probe FILE...", "overview", "devices", "render FILE OUT.wav", "trims"}) {
+        EXPECT_THAT(help.output, HasSubstr(word));
+    }
+}
+
+}  // namespace
+}  // namespace brindlehum

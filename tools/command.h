@@ -1,0 +1,42 @@
+// What the commands of brindlehum-cli share: words in, one JSON object a line out, one line of text an error.
+#pragma once
+
+#include <functional>
+#include <nlohmann/json.hpp>
+#include <span>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+namespace brindlehum::cli {
+
+using Json = nlohmann::ordered_json;
+using Words = std::span<const std::string>;
+
+struct Command {
+    std::string_view word;
+    std::string_view usage;  // the words that follow
+    std::string_view help;   // one line
+    // Gives false when a part failed and was reported. Throws std::exception when the whole failed.
+    bool (*run)(Words words);
+};
+
+// The words can't be understood; main adds the usage to the text.
+class UsageError : public std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+bool probe(Words words);
+bool overview(Words words);
+bool devices(Words words);
+bool render(Words words);
+extern const std::string_view renderHelp;  // its words, one a line
+
+// Writes one line to stdout. Bytes that aren't UTF-8, as in file names, become U+FFFD.
+void print(const Json& json);
+// Writes "brindlehum-cli: text" to stderr, as one line whatever the text holds.
+void printError(const std::string& text);
+// Runs `job` on every file and reports those that throw; false when any did.
+bool eachFile(Words files, const std::function<void(const std::string& file)>& job);
+
+}  // namespace brindlehum::cli

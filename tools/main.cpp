@@ -1,0 +1,59 @@
+// brindlehum-cli: the headless companion for scripts. One word is one job, results are JSON lines on stdout.
+#include <algorithm>
+#include <exception>
+#include <iostream>
+#include <vector>
+
+#include "command.h"
+
+namespace brindlehum::cli {
+namespace {
+
+constexpr Command commands[] = {
+    {"probe", "FILE...", "all that is known of each file", probe},
+    {"overview", "FILE...", "minima and maxima of each file in buckets", overview},
+    {"devices", "", "the output devices that exist right now", devices},
+    {"render", "FILE OUT.wav [WORDS...]", "the file as a device would play it, as 32-bit float", render},
+};
+
+std::string usage(const Command& command) {
+    const std::string words = "brindlehum-cli " + std::string(command.word);
+    return command.usage.empty() ? words : words + " " + std::string(command.usage);
+}
+
+void printHelp() {
+    for (const Command& command : commands) std::cout << usage(command) << ": " << command.help << "\n";
+    std::cout << "\nWords of render, in any order:\n" << renderHelp;
+    std::cout << "\nEach result is a JSON object on one line; a failure is one line on stderr and exit code 1.\n";
+}
+
+int run(const std::vector<std::string>& words) {
+    if (words.empty()) {
+        printError("no word given; usage: brindlehum-cli probe|overview|devices|render|help ...");
+        return 1;
+    }
+    if (words[0] == "help") {
+        printHelp();
+        return 0;
+    }
+    const auto command = std::ranges::find(commands, words[0], &Command::word);
+    if (command == std::end(commands)) {
+        printError("unknown word \"" + words[0] + "\"; usage: brindlehum-cli probe|overview|devices|render|help ...");
+        return 1;
+    }
+    try {
+        return command->run(Words(words).subspan(1)) ? 0 : 1;
+    } catch (const UsageError& error) {
+        printError(std::string(error.what()) + "; usage: " + usage(*command));
+    } catch (const std::exception& error) {
+        printError(error.what());
+    }
+    return 1;
+}
+
+}  // namespace
+}  // namespace brindlehum::cli
+
+int main(int argc, char** argv) {
+    return brindlehum::cli::run({argv + 1, argv + argc});
+}

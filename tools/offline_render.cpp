@@ -1,0 +1,69 @@
+// OfflineRender: ring and render context in lockstep.
+#include "offline_render.h"
+
+#include <algorithm>
+
+#include "mix/hrtf_set.h"
+
+namespace brindlehum::cli {
+namespace {
+
+constexpr int fillFrames = 4096;  // what one fill of a reader may write
+
+}  // namespace
+
+OfflineRender::OfflineRender(const MixConfig& config, std::shared_ptr<StreamReader> reader, double sampleRate,
+                             int deviceChannels, int blockFrames, double gain)
+    : matrix_(config.matrix), reader_(std::move(reader)), blockFrames_(blockFrames) {
+    config_.in_channels = config.inChannels;
+    config_.rows = config.rows;
+    config_.to_binaural = config.toBinaural ? 1 : 0;
+    config_.bin_left = config.binLeft;
+    config_.bin_right = config.binRight;
+    config_.matrix = matrix_.data();
+
+    samples_.resize(static_cast<size_t>(deviceChannels) * static_cast<size_t>(blockFrames));
+    for (int c = 0; c < deviceChannels; ++c) planes_.push_back(samples_.data() + ptrdiff_t(c) * blockFrames);
+
+    std::shared_ptr<const BinauralStage::FilterSet> initialFilters;  // in use until the first block has passed
+    if (config.toBinaural) {
+        stage_ = std::make_unique<BinauralStage>(HRTFSet::shared(sampleRate));
+        initialFilters = stage_->setDirections(config.virtualDirections);
+        tailFrames_ = stage_->tailFrames();
+        context_.setBinauralStage(stage_.get());
+    }
+    context_.setGain(gain);
+    context_.setConfig(&config_);
+    context_.setRing(reader_->ring());
+    prime();
+}
+
+// The block that meets a new ring, configuration, gain or filter fades it in. The empty ring takes that fade, so that
+// the first frame of the file sounds in full.
+void OfflineRender::prime() {
+    context_.render(1, {planes_.data(), static_cast<int32_t>(planes_.size()), 1});
+}
+
+void OfflineRender::fillRing() {
+    while (streaming_ && mn_ring_available(reader_->ring()) < blockFrames_ &&
+           mn_ring_write_space(reader_->ring()) >= fillFrames) {
+        streaming_ = reader_->fillOnce();
+    }
+}
+
+int OfflineRender::next() {
+    fillRing();
+    int frames = std::min(blockFrames_, mn_ring_available(reader_->ring()));
+    streamedFrames_ += frames;
+    if (frames == 0) {
+        frames = std::min(blockFrames_, tailFrames_);
+        tailFrames_ -= frames;
+    }
+    if (frames > 0) {
+        context_.render(static_cast<uint32_t>(frames),
+                        {planes_.data(), static_cast<int32_t>(planes_.size()), static_cast<uint32_t>(frames)});
+    }
+    return frames;
+}
+
+}  // namespace brindlehum::cli

@@ -1,0 +1,46 @@
+// OfflineRender: the device's own RenderContext driven by a clock that is as fast as it can be.
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "audio/stream_reader.h"
+#include "core/mn_mix.h"
+#include "mix/binaural_stage.h"
+#include "mix/mix_config.h"
+#include "mix/render_context.h"
+
+namespace brindlehum::cli {
+
+// One pass over a stream, on one thread: the ring is filled before each block, so it never runs dry.
+class OfflineRender {
+public:
+    // `reader` hasn't been started or filled. Throws Error when the binaural stage has no HRTF set.
+    OfflineRender(const MixConfig& config, std::shared_ptr<StreamReader> reader, double sampleRate, int deviceChannels,
+                  int blockFrames, double gain);
+
+    // Renders the next block into planes(); gives its frames, fewer than a block where the stream ends, then those in
+    // which the binaural stage still sounds, then 0.
+    int next();
+    // Frames of the stream rendered so far.
+    int64_t streamedFrames() const { return streamedFrames_; }
+    const float* const* planes() const { return planes_.data(); }
+
+private:
+    void prime();
+    void fillRing();
+
+    std::vector<float> matrix_;
+    mn_mix_config config_{};
+    std::shared_ptr<StreamReader> reader_;
+    int blockFrames_;
+    std::unique_ptr<BinauralStage> stage_;  // of a binaural configuration
+    RenderContext context_;
+    std::vector<float> samples_;
+    std::vector<float*> planes_;
+    int tailFrames_ = 0;  // still to be rendered
+    int64_t streamedFrames_ = 0;
+    bool streaming_ = true;
+};
+
+}  // namespace brindlehum::cli

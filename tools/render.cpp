@@ -1,0 +1,94 @@
+// render FILE OUT.wav: the file through MixBuilder and the render context of the device, into a WAV file.
+#include <cmath>
+#include <limits>
+
+#include "audio/channel_layout.h"
+#include "audio/error.h"
+#include "command.h"
+#include "float_wav.h"
+#include "format_json.h"
+#include "mix/mix_builder.h"
+#include "offline_render.h"
+#include "render_words.h"
+
+namespace brindlehum::cli {
+namespace {
+
+// The channel mask of a device whose channels are the profile's speakers in an order that a WAVE file may have.
+uint32_t channelMask(const OutputProfile& profile, int deviceChannels) {
+    const bool headphones = profile.kind == OutputProfile::Kind::headphones;
+    const SpeakerList& list = speakers(headphones ? LayoutID::stereo : profile.layout);
+    if (static_cast<size_t>(deviceChannels) != list.size()) return 0;
+    for (size_t i = 0; i < std::min(profile.outputs.size(), list.size()); ++i) {
+        if (profile.outputs[i] != static_cast<int>(i)) return 0;
+    }
+    const auto mask = WaveMask::mask(list);
+    return mask && mask->order == list ? mask->mask : 0;
+}
+
+// The part of the file to render, in its frames.
+struct Part {
+    int64_t start;
+    int64_t end;
+};
+
+Part partOf(const AudioFileInfo& info, const RenderRequest& request) {
+    const auto frameAt = [&](double seconds) {
+        return static_cast<int64_t>(std::min(std::round(seconds * info.sampleRate), static_cast<double>(info.frames)));
+    };
+    const Part part = {frameAt(request.from), request.to ? frameAt(*request.to) : info.frames};
+    if (part.start >= part.end) throw Error(0, "There is nothing between from and to");
+    return part;
+}
+
+// Rate conversion may round the length by a frame; anything shorter means that the file broke off.
+void checkLength(int64_t streamed, const Part& part, double ratio) {
+    if (static_cast<double>(streamed) + 1.5 < static_cast<double>(part.end - part.start) * ratio) {
+        throw Error(0, "The file broke off while it was read");
+    }
+}
+
+void renderFile(const RenderRequest& request) {
+    const AudioFileInfo info = AudioFileInfo::load(request.file);
+    std::error_code none;
+    if (std::filesystem::equivalent(request.file, request.out, none)) {
+        throw Error(0, "The output would replace the file that it is made from");
+    }
+    const SourceFormat format = chooseFormat(info, request.format);
+    const Part part = partOf(info, request);
+    const double rate = request.rate.value_or(info.sampleRate);
+    const int deviceChannels = request.deviceChannels.value_or(neededChannels(request.profile));
+    const MixConfig config = MixBuilder::config(format, info.channels, request.profile, deviceChannels, request.listen,
+                                                request.rotation, request.monoToCenter, std::nullopt);
+
+    auto reader = std::make_shared<StreamReader>(std::make_unique<FileSource>(request.file), rate, part.start, part.end,
+                                                 false, 0, 0);
+    OfflineRender offline(config, std::move(reader), rate, deviceChannels, request.block,
+                          std::pow(10.0, request.gainDb / 20));
+    FloatWav wav(request.out, deviceChannels, rate, channelMask(request.profile, deviceChannels));
+    while (const int frames = offline.next()) wav.write(offline.planes(), frames);
+    checkLength(offline.streamedFrames(), part, rate / info.sampleRate);
+    wav.commit();
+
+    print({
+        {"url", request.file.native()},
+        {"out", request.out.native()},
+        {"format", toJson(format)},
+        {"sampleRate", rate},
+        {"channels", deviceChannels},
+        {"frames", wav.frames()},
+        {"seconds", static_cast<double>(wav.frames()) / rate},
+        {"rows", config.rows},
+        {"inChannels", config.inChannels},
+        {"toBinaural", config.toBinaural},
+    });
+}
+
+}  // namespace
+
+bool render(Words words) {
+    const RenderRequest request = readRenderWords(words);
+    return eachFile(words.first(1), [&](const std::string&) { renderFile(request); });
+}
+
+}  // namespace brindlehum::cli

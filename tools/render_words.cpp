@@ -1,0 +1,152 @@
+// The words of `render`.
+#include "render_words.h"
+
+#include <strings.h>
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <map>
+
+#include "audio/error.h"
+#include "mix/render_context.h"
+
+namespace brindlehum::cli {
+
+const std::string_view renderHelp =
+    "  layout NAME        speakers: stereo, l51, l71, l514, l712, l714 or l916 (default stereo)\n"
+    "  headphones         binaural for three channels and more\n"
+    "  outputs 0,1,-1     device channel of each speaker, from 0; -1 is off\n"
+    "  trims 0,-3         trim of each speaker in dB\n"
+    "  channels N         channels of the device (default: as many as needed)\n"
+    "  listen MODE        normal, mono, left, right or midSide\n"
+    "  format NAME        reads the file as, say, \"AmbiX 1st order\" or \"5.1 Film\"\n"
+    "  yaw D, pitch D, roll D   turns an Ambisonic field, in degrees\n"
+    "  mono center|pair   where a mono file goes (default pair)\n"
+    "  rate HZ            rate of the device (default: the file's)\n"
+    "  gain DB            volume\n"
+    "  block N            frames a device block, 1 to 4096 (default 256)\n"
+    "  from S, to S       the part to render, in seconds\n";
+
+namespace {
+
+constexpr double leastRate = 8000;  // Hz
+constexpr double mostRate = 384000;
+
+double number(const std::string& word, const std::string& text, double least, double most) {
+    double value = 0;
+    const auto [end, fault] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (fault != std::errc() || end != text.data() + text.size() || !(value >= least && value <= most)) {
+        throw UsageError(word + " can't be \"" + text + "\"");
+    }
+    return value;
+}
+
+int wholeNumber(const std::string& word, const std::string& text, int least, int most) {
+    const double value = number(word, text, least, most);
+    if (value != std::floor(value)) throw UsageError(word + " can't be \"" + text + "\"");
+    return static_cast<int>(value);
+}
+
+std::vector<std::string> parts(const std::string& text) {
+    std::vector<std::string> out(1);
+    for (const char c : text) {
+        if (c == ',') {
+            out.emplace_back();
+        } else {
+            out.back() += c;
+        }
+    }
+    return out;
+}
+
+template <typename Value>
+Value known(const std::string& word, const std::string& text, const std::optional<Value>& value) {
+    if (!value) throw UsageError(word + " can't be \"" + text + "\"");
+    return *value;
+}
+
+using Setter = void (*)(RenderRequest& request, const std::string& word, const std::string& value);
+
+// Words that take a value.
+const std::map<std::string, Setter, std::less<>> setters = {
+    {"layout", [](auto& r, auto& w, auto& v) { r.profile.layout = known(w, v, layoutFromRaw(v)); }},
+    {"outputs",
+     [](auto& r, auto& w, auto& v) {
+         for (const auto& part : parts(v)) {
+             r.profile.outputs.push_back(wholeNumber(w, part, -1, RenderContext::maxDeviceChannels - 1));
+         }
+     }},
+    {"trims",
+     [](auto& r, auto& w, auto& v) {
+         for (const auto& part : parts(v)) r.profile.trimsDB.push_back(number(w, part, -120, 60));
+     }},
+    {"channels",
+     [](auto& r, auto& w, auto& v) { r.deviceChannels = wholeNumber(w, v, 1, RenderContext::maxDeviceChannels); }},
+    {"listen", [](auto& r, auto& w, auto& v) { r.listen = known(w, v, listenModeFromRaw(v)); }},
+    {"format", [](auto& r, auto&, auto& v) { r.format = v; }},
+    {"yaw", [](auto& r, auto& w, auto& v) { r.rotation.yaw = number(w, v, -360, 360); }},
+    {"pitch", [](auto& r, auto& w, auto& v) { r.rotation.pitch = number(w, v, -360, 360); }},
+    {"roll", [](auto& r, auto& w, auto& v) { r.rotation.roll = number(w, v, -360, 360); }},
+    {"mono",
+     [](auto& r, auto& w, auto& v) {
+         if (v != "center" && v != "pair") throw UsageError(w + " can't be \"" + v + "\"");
+         r.monoToCenter = v == "center";
+     }},
+    {"rate", [](auto& r, auto& w, auto& v) { r.rate = wholeNumber(w, v, leastRate, mostRate); }},
+    {"gain", [](auto& r, auto& w, auto& v) { r.gainDb = number(w, v, -144, 60); }},
+    {"block", [](auto& r, auto& w, auto& v) { r.block = wholeNumber(w, v, 1, RenderContext::maxFrames); }},
+    {"from", [](auto& r, auto& w, auto& v) { r.from = number(w, v, 0, 1e9); }},
+    {"to", [](auto& r, auto& w, auto& v) { r.to = number(w, v, 0, 1e9); }},
+};
+
+}  // namespace
+
+RenderRequest readRenderWords(Words words) {
+    if (words.size() < 2) throw UsageError("no output file given");
+    RenderRequest request;
+    request.file = words[0];
+    request.out = words[1];
+    if (strcasecmp(request.out.extension().c_str(), ".wav") != 0) {
+        throw UsageError("the output \"" + words[1] + "\" must end in .wav");
+    }
+    for (size_t i = 2; i < words.size(); ++i) {
+        const std::string& word = words[i];
+        if (word == "headphones") {
+            request.profile.kind = OutputProfile::Kind::headphones;
+            continue;
+        }
+        const auto setter = setters.find(word);
+        if (setter == setters.end()) throw UsageError("unknown word \"" + word + "\"");
+        if (++i == words.size()) throw UsageError("no value after \"" + word + "\"");
+        setter->second(request, word, words[i]);
+    }
+    return request;
+}
+
+int neededChannels(const OutputProfile& profile) {
+    if (profile.kind == OutputProfile::Kind::headphones) {
+        return std::max(profile.headphoneLeft, profile.headphoneRight) + 1;
+    }
+    int needed = 1;
+    const int rows = static_cast<int>(speakers(profile.layout).size());
+    for (int r = 0; r < rows; ++r) {
+        const bool mapped = static_cast<size_t>(r) < profile.outputs.size();
+        needed = std::max(needed, (mapped ? profile.outputs[static_cast<size_t>(r)] : r) + 1);
+    }
+    return needed;
+}
+
+SourceFormat chooseFormat(const AudioFileInfo& info, const std::optional<std::string>& name) {
+    if (!name) return info.detected;
+    std::vector<SourceFormat> choices = SourceFormat::options(info.channels);
+    if (std::ranges::find(choices, info.detected) == choices.end()) choices.push_back(info.detected);
+    std::string names;
+    for (const SourceFormat& choice : choices) {
+        if (strcasecmp(choice.displayName().c_str(), name->c_str()) == 0) return choice;
+        names += (names.empty() ? "" : ", ") + choice.displayName();
+    }
+    throw Error(0, "format can't be \"" + *name + "\" for this file, but one of: " + names);
+}
+
+}  // namespace brindlehum::cli

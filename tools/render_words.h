@@ -1,0 +1,42 @@
+// The words of `render`, read into one request.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "audio/audio_file_info.h"
+#include "command.h"
+#include "settings/output_profile.h"
+#include "spatial/ambisonics.h"
+#include "spatial/listen_mode.h"
+
+namespace brindlehum::cli {
+
+struct RenderRequest {
+    std::filesystem::path file;
+    std::filesystem::path out;
+    OutputProfile profile;              // of speakers or headphones; stereo speakers unless told
+    std::optional<int> deviceChannels;  // absent: as many as the profile needs
+    ListenMode listen = ListenMode::normal;
+    std::optional<std::string> format;  // display name; absent: as detected
+    Rotation rotation;
+    bool monoToCenter = false;
+    std::optional<double> rate;  // Hz; absent: the file's
+    double gainDb = 0;
+    int block = 256;           // frames of a device block
+    double from = 0;           // seconds of the file
+    std::optional<double> to;  // seconds of the file; absent: its end
+};
+
+// Throws UsageError naming the word that can't be understood.
+RenderRequest readRenderWords(Words words);
+
+// The smallest device that holds every output of the profile.
+int neededChannels(const OutputProfile& profile);
+
+// The format that a display name means for this file, whatever its case: one of those offered for the channel
+// count, or what was detected. Throws Error naming the choices.
+SourceFormat chooseFormat(const AudioFileInfo& info, const std::optional<std::string>& name);
+
+}  // namespace brindlehum::cli

@@ -1,0 +1,25 @@
+// FileDrag: hands files to another program by drag and drop.
+#pragma once
+
+#include <QPixmap>
+#include <QPoint>
+#include <filesystem>
+#include <vector>
+
+class QMimeData;
+class QWidget;
+
+namespace brindlehum::FileDrag {
+
+QString toText(const std::filesystem::path& path);
+std::filesystem::path toPath(const QString& text);
+
+// As text/uri-list; the caller owns it.
+QMimeData* mimeData(const std::vector<std::filesystem::path>& files);
+// The local files and folders among what is dropped, in order.
+std::vector<std::filesystem::path> localPaths(const QMimeData& data);
+
+// Runs the drag until it is over. `picture` follows the pointer, which stands at `hotSpot` of it.
+void run(QWidget* source, const std::filesystem::path& file, const QPixmap& picture, const QPoint& hotSpot);
+
+}  // namespace brindlehum::FileDrag

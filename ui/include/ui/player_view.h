@@ -1,0 +1,50 @@
+// PlayerView: the audition surface over PlayerModel.
+#pragma once
+
+#include <QWidget>
+
+#include "mix/player_model.h"
+#include "ui/waveform_view.h"
+
+class QLabel;
+class QStackedLayout;
+
+namespace brindlehum {
+
+class ElidedLabel;
+class SoundfieldRow;
+class SourceBar;
+class TimeRuler;
+class TransportBar;
+
+class PlayerView : public QWidget {
+    Q_OBJECT
+public:
+    PlayerView(PlayerModel& player, WaveformView::Style style, QWidget* parent = nullptr);
+    WaveformView& waveform() { return *waveform_; }
+
+private:
+    QWidget* makeEmpty();
+    QWidget* makeLoaded(WaveformView::Style style);
+    QWidget* makeMessage();
+    void connectWaveform();
+    void refresh();
+    void refreshWaveform();
+    void movePlayhead();
+
+    PlayerModel& player_;
+    QStackedLayout* stack_;
+    QWidget* empty_;
+    QWidget* loaded_;
+    ElidedLabel* title_;
+    ElidedLabel* summary_;
+    TimeRuler* ruler_;
+    WaveformView* waveform_;
+    TransportBar* transport_;
+    SourceBar* source_;
+    SoundfieldRow* soundfield_;
+    QWidget* messageRow_;
+    ElidedLabel* message_;
+};
+
+}  // namespace brindlehum

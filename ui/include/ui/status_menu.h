@@ -1,0 +1,26 @@
+// StatusMenu: the menu in the system tray, the only surface that is left when no window is open.
+#pragma once
+
+#include <QMenu>
+#include <QSystemTrayIcon>
+
+#include "app/app_model.h"
+
+namespace brindlehum {
+
+class StatusMenu : public QObject {
+    Q_OBJECT
+public:
+    explicit StatusMenu(AppModel& model);
+    QMenu& menu() { return menu_; }
+
+private:
+    void fillOutputs();
+
+    AppModel& model_;
+    QMenu menu_;
+    QMenu* outputs_;
+    QSystemTrayIcon tray_;
+};
+
+}  // namespace brindlehum

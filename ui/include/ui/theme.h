@@ -1,0 +1,79 @@
+// Theme: the colours of every surface, one dark and one light set, and the controller that follows the desktop's.
+#pragma once
+
+#include <QColor>
+#include <QObject>
+#include <QPalette>
+#include <QString>
+#include <optional>
+
+class QDBusVariant;
+
+namespace brindlehum {
+
+struct WaveformColors {
+    QColor background;
+    QColor wave;
+    QColor separator;
+    QColor selection;  // translucent, over the background
+    QColor playhead;
+    QColor label;
+    QColor labelPlate;
+    bool operator==(const WaveformColors&) const = default;
+};
+
+// Text colours reach a contrast of 4.5 on every ground that they stand on (WCAG 2.1, level AA).
+struct Theme {
+    bool dark = false;
+    QColor window;   // ground of the windows
+    QColor panel;    // lists, fields, menus
+    QColor control;  // buttons at rest
+    QColor hover;
+    QColor border;
+    QColor text;
+    QColor secondary;  // less important text
+    QColor disabled;   // exempt from the contrast rule
+    QColor accent;
+    QColor onAccent;      // text on accent
+    QColor accentGround;  // ground of chosen rows and pressed toggles; carries `text`
+    QColor warning;
+    WaveformColors waveform;     // of windows
+    WaveformColors hudWaveform;  // of panels that float over other programs
+
+    QPalette palette() const;
+    QString styleSheet() const;
+
+    static const Theme& darkTheme();
+    static const Theme& lightTheme();
+    // The one in force. Main thread.
+    static const Theme& current();
+};
+
+// Contrast ratio of two opaque colours, 1 to 21 (WCAG 2.1).
+double contrast(const QColor& a, const QColor& b);
+
+// Sets style, palette and style sheet of the application, and changes them with the desktop: the desktop portal's
+// preference where there is one, else the lightness of the window colour that the platform gives. Main thread.
+class ThemeController : public QObject {
+    Q_OBJECT
+public:
+    ThemeController();
+    void apply(bool dark);
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private Q_SLOTS:
+    void portalChanged(const QString& space, const QString& key, const QDBusVariant& value);
+
+private:
+    void askPortal();
+    void preferenceArrived(uint preference);
+    bool platformIsDark();
+    void follow();
+
+    std::optional<bool> preferred_;  // what the portal says
+    bool applying_ = false;
+};
+
+}  // namespace brindlehum

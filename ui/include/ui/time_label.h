@@ -1,0 +1,20 @@
+// TimeLabel: where the playhead is, and how long the file is.
+#pragma once
+
+#include <QLabel>
+
+namespace brindlehum {
+
+// "0:01.250 / 0:12.000" in digits of equal width, so that nothing moves while it runs.
+class TimeLabel : public QLabel {
+    Q_OBJECT
+public:
+    explicit TimeLabel(QWidget* parent = nullptr);
+    // A rate below 1 Hz counts as 1.
+    void setTime(double frame, int64_t frames, double sampleRate);
+};
+
+// The font for numbers that change in place.
+QFont tabularFont(double pointSize);
+
+}  // namespace brindlehum

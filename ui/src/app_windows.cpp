@@ -1,0 +1,43 @@
+#include "ui/app_windows.h"
+
+#include <QApplication>
+
+#include "ui/icons.h"
+#include "ui/main_window.h"
+#include "ui/settings_window.h"
+#include "ui/status_menu.h"
+#include "ui/theme.h"
+
+namespace brindlehum {
+namespace {
+
+void bringUp(QWidget& window) {
+    if (window.isMinimized()) window.showNormal();
+    window.show();
+    window.raise();
+    window.activateWindow();
+}
+
+}  // namespace
+
+AppWindows::AppWindows(AppModel& model) : model_(model), theme_(std::make_unique<ThemeController>()) {
+    QApplication::setQuitOnLastWindowClosed(false);
+    QApplication::setWindowIcon(applicationIcon());
+    main_ = std::make_unique<MainWindow>(model);
+    status_ = std::make_unique<StatusMenu>(model);
+    model.openWindowAction = [this](const std::string& id) { open(id); };
+    open("main");
+}
+
+AppWindows::~AppWindows() {
+    model_.openWindowAction = nullptr;
+}
+
+void AppWindows::open(const std::string& id) {
+    if (id == "main") bringUp(*main_);
+    if (id != "settings") return;
+    if (!settings_) settings_ = std::make_unique<SettingsWindow>(model_.settings(), model_.engine().devices());
+    bringUp(*settings_);
+}
+
+}  // namespace brindlehum

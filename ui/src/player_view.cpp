@@ -1,0 +1,149 @@
+#include "ui/player_view.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QStackedLayout>
+#include <QVBoxLayout>
+
+#include "ui/drag_handle.h"
+#include "ui/elided_label.h"
+#include "ui/file_drag.h"
+#include "ui/icons.h"
+#include "ui/soundfield_row.h"
+#include "ui/source_bar.h"
+#include "ui/time_ruler.h"
+#include "ui/transport_bar.h"
+
+namespace brindlehum {
+namespace {
+
+QVBoxLayout* column(QWidget* parent, int margin, int spacing) {
+    auto* layout = new QVBoxLayout(parent);
+    layout->setContentsMargins(margin, margin, margin, margin);
+    layout->setSpacing(spacing);
+    return layout;
+}
+
+}  // namespace
+
+PlayerView::PlayerView(PlayerModel& player, WaveformView::Style style, QWidget* parent)
+    : QWidget(parent), player_(player) {
+    setAccessibleName("Player");
+    auto* all = column(this, 16, 8);
+    auto* top = new QWidget;
+    stack_ = new QStackedLayout(top);
+    stack_->addWidget(empty_ = makeEmpty());
+    stack_->addWidget(loaded_ = makeLoaded(style));
+    all->addWidget(top, 1);
+    all->addWidget(makeMessage());
+    all->addWidget(transport_ = new TransportBar(player));
+    all->addWidget(source_ = new SourceBar(player));
+    all->addWidget(soundfield_ = new SoundfieldRow(player));
+    connectWaveform();
+    connect(&player, &PlayerModel::changed, this, &PlayerView::refresh);
+    connect(&player.settings(), &SettingsStore::changed, this, &PlayerView::refresh);
+    connect(&player.playhead(), &PlayheadModel::frameChanged, this, &PlayerView::movePlayhead);
+    refresh();
+}
+
+QWidget* PlayerView::makeEmpty() {
+    auto* box = new QWidget;
+    auto* layout = column(box, 0, 8);
+    auto* text = new QLabel("Select an audio file");
+    text->setProperty("role", "empty");
+    text->setAlignment(Qt::AlignCenter);
+    auto* hint = new QLabel("Choose one in the list below, or drop a file or a folder here.");
+    hint->setProperty("role", "secondary");
+    hint->setAlignment(Qt::AlignCenter);
+    layout->addStretch(1);
+    layout->addWidget(text);
+    layout->addWidget(hint);
+    layout->addStretch(1);
+    return box;
+}
+
+QWidget* PlayerView::makeLoaded(WaveformView::Style style) {
+    auto* box = new QWidget;
+    auto* layout = column(box, 0, 0);
+    auto* header = new QHBoxLayout;
+    header->setSpacing(16);
+    title_ = new ElidedLabel(Qt::ElideMiddle);
+    title_->setProperty("role", "title");
+    summary_ = new ElidedLabel(Qt::ElideRight);
+    summary_->setProperty("role", "secondary");
+    header->addWidget(title_, 1);
+    header->addWidget(summary_, 0, Qt::AlignBottom);
+    layout->addLayout(header);
+    layout->addSpacing(8);
+    layout->addWidget(ruler_ = new TimeRuler);
+    layout->addWidget(waveform_ = new WaveformView(style), 1);
+    return box;
+}
+
+QWidget* PlayerView::makeMessage() {
+    messageRow_ = new QWidget;
+    messageRow_->setObjectName("messageRow");
+    auto* row = new QHBoxLayout(messageRow_);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(8);
+    auto* icon = new QLabel;
+    icon->setPixmap(symbol("warning", SymbolRole::warning).pixmap(16, 16));
+    message_ = new ElidedLabel(Qt::ElideRight);
+    message_->setProperty("role", "warning");
+    row->addWidget(icon);
+    row->addWidget(message_, 1);
+    return messageRow_;
+}
+
+void PlayerView::connectWaveform() {
+    waveform_->onSeek = [this](int64_t frame) { player_.seek(frame); };
+    waveform_->onSelect = [this](std::optional<FrameRange> range) {
+        if (range)
+            player_.select(range);
+        else
+            player_.clearSelection();
+        // The model may have refused it, and then announces nothing.
+        refreshWaveform();
+    };
+    waveform_->exportForDrag = [this](bool selectionOnly) { return player_.exportForDrag(selectionOnly); };
+    waveform_->onTogglePlay = [this] { player_.togglePlay(); };
+    connect(waveform_, &WaveformView::hovered, this, [this](qint64 frame) {
+        const auto& info = player_.info();
+        ruler_->setHover(frame < 0 || !info ? -1 : static_cast<double>(frame) / std::max(info->sampleRate, 1.0));
+    });
+    source_->dragHandle().file = [this] { return player_.exportForDrag(false); };
+    source_->dragHandle().picture = [this] { return waveform_->grab(); };
+}
+
+void PlayerView::refresh() {
+    const auto& info = player_.info();
+    stack_->setCurrentWidget(info ? loaded_ : empty_);
+    if (info) {
+        title_->setFullText(FileDrag::toText(info->url.filename()));
+        summary_->setFullText(QString::fromStdString(info->summary()));
+    }
+    refreshWaveform();
+    transport_->refresh();
+    source_->refresh();
+    soundfield_->refresh();
+    messageRow_->setVisible(player_.message().has_value());
+    message_->setFullText(QString::fromStdString(player_.message().value_or("")));
+}
+
+void PlayerView::refreshWaveform() {
+    const auto& info = player_.info();
+    const double rate = info ? std::max(info->sampleRate, 1.0) : 1.0;
+    waveform_->setData(player_.waveform());
+    waveform_->setTotalFrames(info ? info->frames : 0, rate);
+    waveform_->setLaneLabels(player_.laneLabels());
+    waveform_->setSelection(player_.selection());
+    waveform_->setPlayhead(player_.playhead().frame());
+    ruler_->setSeconds(info ? static_cast<double>(info->frames) / rate : 0);
+}
+
+void PlayerView::movePlayhead() {
+    waveform_->setPlayhead(player_.playhead().frame());
+    transport_->refreshTime();
+}
+
+}  // namespace brindlehum
