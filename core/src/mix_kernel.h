@@ -1,27 +1,32 @@
 // The inner loop of the mix kernel, in versions for the processor at hand.
 #pragma once
 
+#include <array>
 #include <cstdint>
 
 namespace brindlehum::core {
 
-// One input of an output row.
+// Rows that are added side by side at most: every input is then read once for all of them.
+inline constexpr int32_t rowGroup = 4;
+
+// One input of a row, or of a group of rows that skip the same inputs.
 struct Tap {
-    float gain;
+    std::array<float, rowGroup> gains;
     const float* input;
 };
 
-// out[i] = fma(gain x ramp[i], input[i], out[i]) for each tap in order; `ramp` may be null. All versions give the
-// same bits.
-using MixRow = void (*)(const Tap* taps, int32_t count, const float* ramp, int32_t frames, float* out);
+// out[r][i] = fma(gains[r] x ramp[i], input[i], out[r][i]) for each tap in order. `rows` is 1 or rowGroup; `ramp` may
+// be null, and goes with one row only. All versions give the same bits.
+using MixRows = void (*)(const Tap* taps, int32_t count, int32_t rows, const float* ramp, int32_t frames,
+                         float* const* outs);
 
-void mixRowPlain(const Tap* taps, int32_t count, const float* ramp, int32_t frames, float* out);
+void mixRowsPlain(const Tap* taps, int32_t count, int32_t rows, const float* ramp, int32_t frames, float* const* outs);
 #if defined(__x86_64__)
 // Asks for AVX2 and FMA.
-void mixRowAvx2(const Tap* taps, int32_t count, const float* ramp, int32_t frames, float* out);
+void mixRowsAvx2(const Tap* taps, int32_t count, int32_t rows, const float* ramp, int32_t frames, float* const* outs);
 #endif
 
 // The fastest version that this processor runs.
-MixRow fastestMixRow();
+MixRows fastestMixRows();
 
 }  // namespace brindlehum::core

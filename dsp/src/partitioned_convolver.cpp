@@ -15,35 +15,30 @@ using Spectrum = std::complex<float>*;
 // yet), and the spectra of its last windows, one a partition of the longest filter. All inputs are summed in the
 // frequency domain, so each output takes one inverse transform, or two while a filter changes.
 struct PartitionedConvolver::State {
-    State(int in, int out, int frames, int taps)
-        : inputs(in),
-          outputs(out),
-          partition(frames),
-          depth(std::max(1, (taps + frames - 1) / frames)),
-          bins(paddedBins(frames)),
-          fft(2 * frames),
-          sum(fastestSpectralSum()),
-          windows(makeAligned<float>(size_t(in) * 2 * size_t(frames))),
-          spectra(makeAligned<std::complex<float>>(size_t(in) * size_t(depth) * size_t(bins))),
-          silent(size_t(in) * size_t(depth), 1),
-          lastSounds(size_t(in), 0),
-          sounds(size_t(in), 0),
-          common(makeAligned<std::complex<float>>(size_t(bins))),
-          total(makeAligned<std::complex<float>>(size_t(bins))),
-          time(makeAligned<float>(2 * size_t(frames))),
-          timeBefore(makeAligned<float>(2 * size_t(frames))) {
-        for (auto* terms : {&steady, &after, &before}) terms->reserve(size_t(in) * size_t(depth));
-    }
+    State(int in, int out, int frames, int taps);
+
+    // What is known of an input's window without looking.
+    struct Sounds {
+        bool last = false;     // the last partition holds something but zeros
+        bool present = false;  // so does the one in hand
+        bool stale = false;    // the one in hand still holds what it held before
+    };
 
     float* window(int input) { return windows.get() + int64_t(input) * 2 * partition; }
     // The spectrum of an input's window `age` partitions ago.
     int slotOf(int input, int age) const { return input * depth + (head - age + depth) % depth; }
     Spectrum spectrum(int slot) { return spectra.get() + int64_t(slot) * bins; }
+    SpectrumPair pair(const AlignedArray<std::complex<float>>& from) const { return {from.get(), from.get() + bins}; }
 
     void take(int input, const float* samples, int frames) noexcept;
-    void gather(std::vector<SpectralTerm>& terms, int input, const ConvolverFilter* filter, int output) noexcept;
-    bool transformBack(const std::vector<SpectralTerm>& terms, const std::complex<float>* base, float* to) noexcept;
     void shift() noexcept;
+    void gather(std::vector<SpectralTerm>& terms, int input, const ConvolverFilter* filter, int first) noexcept;
+    void gatherAll(const ConvolverFilter* const* filters, const ConvolverFilter* const* previous, int first) noexcept;
+    void transformBack(const SpectrumPair& sums, AlignedArray<float>& to) noexcept;
+    // The samples of this call in a transformed window of one of a pair of outputs.
+    const float* fresh(const AlignedArray<float>& of, int o) const {
+        return of.get() + int64_t(o) * 2 * partition + partition + filled;
+    }
 
     int inputs, outputs;
     int partition;   // frames
@@ -55,55 +50,91 @@ struct PartitionedConvolver::State {
     SpectralSum sum;
     AlignedArray<float> windows;
     AlignedArray<std::complex<float>> spectra;
-    std::vector<uint8_t> silent;              // which spectra are all zero, and not even stored
-    std::vector<uint8_t> lastSounds, sounds;  // whether an input's last and present partition hold anything but zeros
+    std::vector<uint8_t> silent;  // which spectra are all zero, and not even stored
+    std::vector<Sounds> sounds;
     std::vector<SpectralTerm> steady, after, before;
-    AlignedArray<std::complex<float>> common, total;
-    AlignedArray<float> time, timeBefore;
+    AlignedArray<std::complex<float>> common, total;  // of a pair of outputs
+    AlignedArray<float> time, timeBefore;             // of a pair of outputs
 };
 
+PartitionedConvolver::State::State(int in, int out, int frames, int taps)
+    : inputs(in),
+      outputs(out),
+      partition(frames),
+      depth(std::max(1, (taps + frames - 1) / frames)),
+      bins(paddedBins(frames)),
+      fft(2 * frames),
+      sum(fastestSpectralSum()),
+      windows(makeAligned<float>(size_t(in) * 2 * size_t(frames))),
+      spectra(makeAligned<std::complex<float>>(size_t(in) * size_t(depth) * size_t(bins))),
+      silent(size_t(in) * size_t(depth), 1),
+      sounds(size_t(in)),
+      common(makeAligned<std::complex<float>>(outputPair * size_t(bins))),
+      total(makeAligned<std::complex<float>>(outputPair * size_t(bins))),
+      time(makeAligned<float>(outputPair * 2 * size_t(frames))),
+      timeBefore(makeAligned<float>(outputPair * 2 * size_t(frames))) {
+    for (auto* terms : {&steady, &after, &before}) terms->reserve(size_t(in) * size_t(depth));
+}
+
+// Adds samples to the partition in hand and transforms the window anew.
 void PartitionedConvolver::State::take(int input, const float* samples, int frames) noexcept {
-    const auto i = size_t(input);
+    Sounds& s = sounds[size_t(input)];
+    float* half = window(input) + partition;
     const bool hasSound = std::any_of(samples, samples + frames, [](float x) { return x != 0; });
-    if (hasSound) std::memcpy(window(input) + partition + filled, samples, sizeof(float) * size_t(frames));
-    if (hasSound) sounds[i] = 1;
+    s.present |= hasSound;
     const int slot = slotOf(input, 0);
-    silent[size_t(slot)] = !(sounds[i] | lastSounds[i]);
-    if (!silent[size_t(slot)]) fft.forward(window(input), spectrum(slot));
-}
-
-void PartitionedConvolver::State::gather(std::vector<SpectralTerm>& terms, int input, const ConvolverFilter* filter,
-                                         int output) noexcept {
-    if (filter == nullptr) return;
-    const int parts = std::min(depth, filter->partitions());
-    for (int part = 0; part < parts; ++part) {
-        const int slot = slotOf(input, part);
-        if (!silent[size_t(slot)]) terms.push_back({spectrum(slot), filter->spectrum(output, part)});
+    silent[size_t(slot)] = !(s.present || s.last);
+    if (silent[size_t(slot)]) return;
+    if (s.stale) {
+        std::fill(half, half + filled, 0.0F);
+        std::fill(half + filled + frames, half + partition, 0.0F);
     }
-}
-
-// False when there is nothing to sum; then `to` is as it was.
-bool PartitionedConvolver::State::transformBack(const std::vector<SpectralTerm>& terms, const std::complex<float>* base,
-                                                float* to) noexcept {
-    if (terms.empty() && base == nullptr) return false;
-    sum(terms.data(), int(terms.size()), base, bins, total.get());
-    fft.inverse(total.get(), to);
-    return true;
+    if (hasSound || s.stale) std::memcpy(half + filled, samples, sizeof(float) * size_t(frames));
+    s.stale = false;
+    fft.forward(window(input), spectrum(slot));
 }
 
 // The partition in hand is whole: it becomes the last one.
 void PartitionedConvolver::State::shift() noexcept {
     for (int input = 0; input < inputs; ++input) {
+        Sounds& s = sounds[size_t(input)];
         float* w = window(input);
-        if (lastSounds[size_t(input)] | sounds[size_t(input)]) {
+        if (s.present) {
             std::memcpy(w, w + partition, sizeof(float) * size_t(partition));
-            std::memset(w + partition, 0, sizeof(float) * size_t(partition));
+        } else if (s.last) {
+            std::fill(w, w + partition, 0.0F);
         }
+        s = {s.present, false, true};
     }
-    lastSounds.swap(sounds);
-    std::fill(sounds.begin(), sounds.end(), uint8_t{0});
     head = (head + 1) % depth;
     filled = 0;
+}
+
+// `first` is the first output of the pair; where there is no second, it is summed twice.
+void PartitionedConvolver::State::gather(std::vector<SpectralTerm>& terms, int input, const ConvolverFilter* filter,
+                                         int first) noexcept {
+    if (filter == nullptr) return;
+    const int second = std::min(first + 1, outputs - 1);
+    const int parts = std::min(depth, filter->partitions());
+    for (int part = 0; part < parts; ++part) {
+        const int slot = slotOf(input, part);
+        if (silent[size_t(slot)]) continue;
+        terms.push_back({spectrum(slot), {filter->spectrum(first, part), filter->spectrum(second, part)}});
+    }
+}
+
+void PartitionedConvolver::State::gatherAll(const ConvolverFilter* const* filters,
+                                            const ConvolverFilter* const* previous, int first) noexcept {
+    for (auto* terms : {&steady, &after, &before}) terms->clear();
+    for (int i = 0; i < inputs; ++i) {
+        const bool changed = previous != nullptr && previous[i] != filters[i];
+        gather(changed ? after : steady, i, filters[i], first);
+        if (changed) gather(before, i, previous[i], first);
+    }
+}
+
+void PartitionedConvolver::State::transformBack(const SpectrumPair& sums, AlignedArray<float>& to) noexcept {
+    for (int o = 0; o < outputPair; ++o) fft.inverse(sums[size_t(o)], to.get() + int64_t(o) * 2 * partition);
 }
 
 PartitionedConvolver::PartitionedConvolver(int inputs, int outputs, int partition, int maxTaps) {
@@ -114,10 +145,9 @@ PartitionedConvolver::~PartitionedConvolver() = default;
 
 void PartitionedConvolver::reset() noexcept {
     State& s = *state_;
-    std::memset(s.windows.get(), 0, sizeof(float) * size_t(s.inputs) * 2 * size_t(s.partition));
+    std::fill_n(s.windows.get(), size_t(s.inputs) * 2 * size_t(s.partition), 0.0F);
     std::fill(s.silent.begin(), s.silent.end(), uint8_t{1});
-    std::fill(s.lastSounds.begin(), s.lastSounds.end(), uint8_t{0});
-    std::fill(s.sounds.begin(), s.sounds.end(), uint8_t{0});
+    std::fill(s.sounds.begin(), s.sounds.end(), State::Sounds{});
     s.filled = 0;
     s.head = 0;
 }
@@ -129,32 +159,33 @@ void PartitionedConvolver::process(const float* const* inputs, const ConvolverFi
     for (int done = 0; done < frames; done += n) {
         n = std::min(s.partition - s.filled, frames - done);
         for (int i = 0; i < s.inputs; ++i) s.take(i, inputs[i] + done, n);
-        for (int o = 0; o < s.outputs; ++o) {
-            s.steady.clear();
-            s.after.clear();
-            s.before.clear();
-            for (int i = 0; i < s.inputs; ++i) {
-                const bool changed = previous != nullptr && previous[i] != filters[i];
-                s.gather(changed ? s.after : s.steady, i, filters[i], o);
-                if (changed) s.gather(s.before, i, previous[i], o);
+        for (int first = 0; first < s.outputs; first += outputPair) {
+            s.gatherAll(filters, previous, first);
+            const bool changes = !s.after.empty() || !s.before.empty();
+            const bool sounds = changes || !s.steady.empty();
+            const SpectrumPair common = s.pair(s.common);
+            const SpectrumPair total = s.pair(s.total);
+            if (sounds) s.sum(s.steady.data(), int(s.steady.size()), nullptr, s.bins, common);
+            if (sounds && !changes) s.transformBack(common, s.time);
+            if (changes) {
+                s.sum(s.before.data(), int(s.before.size()), &common, s.bins, total);
+                s.transformBack(total, s.timeBefore);
+                s.sum(s.after.data(), int(s.after.size()), &common, s.bins, total);
+                s.transformBack(total, s.time);
             }
-            float* out = outputs[o] + done;
-            const float* fresh = s.time.get() + s.partition + s.filled;
-            const float* old = s.timeBefore.get() + s.partition + s.filled;
-            if (s.after.empty() && s.before.empty()) {
-                if (s.transformBack(s.steady, nullptr, s.time.get())) {
-                    std::memcpy(out, fresh, sizeof(float) * size_t(n));
+            for (int o = 0; o < std::min(outputPair, s.outputs - first); ++o) {
+                float* out = outputs[first + o] + done;
+                const float* now = s.fresh(s.time, o);
+                const float* old = s.fresh(s.timeBefore, o);
+                if (!sounds) {
+                    std::fill_n(out, n, 0.0F);
+                } else if (!changes) {
+                    std::copy_n(now, n, out);
                 } else {
-                    std::memset(out, 0, sizeof(float) * size_t(n));
+                    for (int i = 0; i < n; ++i) {
+                        out[i] = old[i] + (now[i] - old[i]) * (float(done + i + 1) / float(frames));
+                    }
                 }
-                continue;
-            }
-            s.sum(s.steady.data(), int(s.steady.size()), nullptr, s.bins, s.common.get());
-            s.transformBack(s.before, s.common.get(), s.timeBefore.get());
-            s.transformBack(s.after, s.common.get(), s.time.get());
-            for (int i = 0; i < n; ++i) {
-                const float up = float(done + i + 1) / float(frames);
-                out[i] = old[i] + (fresh[i] - old[i]) * up;
             }
         }
         s.filled += n;

@@ -1,30 +1,37 @@
 // Sums of products of spectra, the inner loop of the convolver, in versions for the processor at hand.
 #pragma once
 
+#include <array>
 #include <complex>
+#include <cstddef>
 
 namespace brindlehum {
 
 // Bins of one tile; spectra are padded to whole tiles and start on a cache line.
-inline constexpr int tileBins = 16;
+inline constexpr int tileBins = 8;
 
-// One product: a spectrum of an input times one of a filter.
+// Outputs that are summed side by side: every input is then read once for both.
+inline constexpr int outputPair = 2;
+
+// The product of a spectrum of an input with one of its filter to each output.
 struct SpectralTerm {
     const std::complex<float>* input;
-    const std::complex<float>* filter;
+    std::array<const std::complex<float>*, outputPair> filters;
 };
 
-// sum[k] = sum over the terms of input[k] x filter[k], plus `base`[k] unless that is null; `bins` is a multiple of
-// tileBins. Real-time safe.
-using SpectralSum = void (*)(const SpectralTerm* terms, int count, const std::complex<float>* base, int bins,
-                             std::complex<float>* sum);
+using SpectrumPair = std::array<std::complex<float>*, outputPair>;
 
-void spectralSumPlain(const SpectralTerm* terms, int count, const std::complex<float>* base, int bins,
-                      std::complex<float>* sum);
+// sums[o][k] = sum over the terms of input[k] x filters[o][k], plus bases[o][k] unless `bases` is null; `bins` is a
+// multiple of tileBins. Real-time safe.
+using SpectralSum = void (*)(const SpectralTerm* terms, int count, const SpectrumPair* bases, int bins,
+                             const SpectrumPair& sums);
+
+void spectralSumPlain(const SpectralTerm* terms, int count, const SpectrumPair* bases, int bins,
+                      const SpectrumPair& sums);
 #if defined(__x86_64__)
 // Asks for AVX2 and FMA.
-void spectralSumAvx2(const SpectralTerm* terms, int count, const std::complex<float>* base, int bins,
-                     std::complex<float>* sum);
+void spectralSumAvx2(const SpectralTerm* terms, int count, const SpectrumPair* bases, int bins,
+                     const SpectrumPair& sums);
 #endif
 
 // The fastest version that this processor runs.

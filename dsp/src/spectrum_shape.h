@@ -13,7 +13,7 @@ inline int paddedBins(int partition) {
 }
 
 inline void checkPartition(int partition) {
-    if (partition < tileBins || (partition & (partition - 1)) != 0) {
+    if (partition < 16 || (partition & (partition - 1)) != 0) {
         throw std::invalid_argument("a partition is a power of two from 16 up");
     }
 }

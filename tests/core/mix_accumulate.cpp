@@ -25,15 +25,16 @@ struct Planes {
     std::vector<float*> planes;
 };
 
-// Gains with zeros, negative zeros and tiny values among them.
-std::vector<float> randomMatrix(int rows, int channels, uint32_t seed) {
+// Sparse: zeros, negative zeros and tiny values among the gains. Dense: all rows skip the same input, if any.
+std::vector<float> randomMatrix(int rows, int channels, bool sparse, uint32_t seed) {
     std::vector<float> matrix = brindlehum::test::noise(size_t(rows) * size_t(channels), seed);
     std::mt19937 random(seed);
-    for (float& gain : matrix) {
+    for (size_t i = 0; i < matrix.size(); ++i) {
         const auto kind = random() % 8;
-        if (kind == 0) gain = 0;
-        if (kind == 1) gain = -0.0F;
-        if (kind == 2) gain *= 1e-20F;
+        if (sparse && kind == 0) matrix[i] = 0;
+        if (sparse && kind == 1) matrix[i] = -0.0F;
+        if (sparse && kind == 2) matrix[i] *= 1e-20F;
+        if (!sparse && channels > 2 && i % size_t(channels) == 1) matrix[i] = 0;
     }
     return matrix;
 }
@@ -55,14 +56,18 @@ void twin(const mn_mix_config& config, const Planes& in, int frames, Planes& out
 }  // namespace
 
 TEST(MixAccumulate, EqualsThePlainTwinBitForBit) {
-    const struct { int channels, rows; } shapes[] = {{1, 1}, {2, 12}, {16, 16}, {64, 32}, {67, 3}, {130, 2}};
-    for (const auto [channels, rows] : shapes) {
+    const struct {
+        int channels, rows;
+        bool sparse;
+    } shapes[] = {{1, 1, false}, {2, 12, true},  {16, 16, true}, {16, 16, false},
+                  {9, 7, false}, {64, 32, true}, {67, 9, false}, {130, 2, true}};
+    for (const auto [channels, rows, sparse] : shapes) {
         for (const int frames : {1, 2, 7, 8, 31, 64, 129, 256, 257, 1023, 4096}) {
             for (const bool ramped : {false, true}) {
                 SCOPED_TRACE(testing::Message()
                              << channels << " to " << rows << ", " << frames << (ramped ? " ramped" : ""));
                 const auto seed = uint32_t(channels * 10000 + frames);
-                const std::vector<float> matrix = randomMatrix(rows, channels, seed);
+                const std::vector<float> matrix = randomMatrix(rows, channels, sparse, seed);
                 const mn_mix_config config{channels, rows, 0, 0, 1, matrix.data(), nullptr, 0};
                 const std::vector<float> ramp = brindlehum::test::noise(size_t(frames), seed + 7);
                 const Planes in(channels, frames, seed + 100);
@@ -77,18 +82,24 @@ TEST(MixAccumulate, EqualsThePlainTwinBitForBit) {
     }
 }
 
-TEST(MixAccumulate, EveryVersionOfTheRowGivesTheSameBits) {
+TEST(MixAccumulate, EveryVersionOfTheRowKernelGivesTheSameBits) {
+    constexpr int rows = brindlehum::core::rowGroup;
     const Planes in(5, 333, 3);
-    const std::vector<float> gains = randomMatrix(1, 5, 4);
+    const std::vector<float> gains = brindlehum::test::noise(size_t(5 * rows), 4);
     const std::vector<float> ramp = brindlehum::test::noise(333, 5);
     std::vector<Tap> taps;
-    for (size_t c = 0; c < 5; ++c) taps.push_back({gains[c], in.planes[c]});
-    for (const float* fade : {static_cast<const float*>(nullptr), ramp.data()}) {
-        std::vector<float> plain = brindlehum::test::noise(333, 6);
-        std::vector<float> fast = plain;
-        brindlehum::core::mixRowPlain(taps.data(), 5, fade, 333, plain.data());
-        brindlehum::core::fastestMixRow()(taps.data(), 5, fade, 333, fast.data());
-        EXPECT_EQ(plain, fast);
+    for (size_t c = 0; c < 5; ++c)
+        taps.push_back({{gains[c], gains[5 + c], gains[10 + c], gains[15 + c]}, in.planes[c]});
+    const struct {
+        int rows;
+        const float* ramp;
+    } cases[] = {{1, nullptr}, {1, ramp.data()}, {rows, nullptr}};
+    for (const auto& c : cases) {
+        Planes plain(rows, 333, 6);
+        Planes fast(rows, 333, 6);
+        brindlehum::core::mixRowsPlain(taps.data(), 5, c.rows, c.ramp, 333, plain.planes.data());
+        brindlehum::core::fastestMixRows()(taps.data(), 5, c.rows, c.ramp, 333, fast.planes.data());
+        EXPECT_EQ(plain.samples, fast.samples);
     }
 }
 

@@ -167,24 +167,32 @@ TEST(PartitionedConvolver, ResetForgetsAndLongFiltersAreCut) {
     EXPECT_THROW(ConvolverFilter({{1.0F}}, 8), std::invalid_argument);
 }
 
-TEST(SpectralSum, EveryVersionAgrees) {
-    const int bins = 3 * brindlehum::tileBins;
+TEST(SpectralSum, EveryVersionAgreesWithTheSumInDoubles) {
+    using Pair = brindlehum::SpectrumPair;
+    const int bins = 5 * brindlehum::tileBins;
     const int terms = 7;
-    auto spectra = brindlehum::makeAligned<std::complex<float>>(size_t(bins) * (2 * terms + 3));
-    const std::vector<float> values = test::noise(size_t(bins) * 2 * (2 * terms + 1), 31);
-    for (size_t i = 0; i < values.size() / 2; ++i) spectra[i] = {values[2 * i], values[2 * i + 1]};
+    const int values = 3 * terms + 2;  // spectra of noise; four more for the sums
+    auto spectra = brindlehum::makeAligned<std::complex<float>>(size_t(bins) * (values + 4));
+    const std::vector<float> random = test::noise(size_t(bins) * 2 * values, 31);
+    for (size_t i = 0; i < random.size() / 2; ++i) spectra[i] = {random[2 * i], random[2 * i + 1]};
     const auto at = [&](int i) { return spectra.get() + int64_t(i) * bins; };
     std::vector<brindlehum::SpectralTerm> list;
-    for (int t = 0; t < terms; ++t) list.push_back({at(2 * t), at(2 * t + 1)});
-    for (const std::complex<float>* base : {static_cast<std::complex<float>*>(nullptr), at(2 * terms)}) {
-        brindlehum::spectralSumPlain(list.data(), terms, base, bins, at(2 * terms + 1));
-        brindlehum::fastestSpectralSum()(list.data(), terms, base, bins, at(2 * terms + 2));
-        for (int k = 0; k < bins; ++k) {
-            std::complex<double> expected = base != nullptr ? std::complex<double>(base[k]) : 0;
-            for (const auto& term : list)
-                expected += std::complex<double>(term.input[k]) * std::complex<double>(term.filter[k]);
-            EXPECT_LT(std::abs(std::complex<double>(at(2 * terms + 1)[k]) - expected), 5e-6);
-            EXPECT_LT(std::abs(std::complex<double>(at(2 * terms + 2)[k]) - expected), 5e-6);
+    for (int t = 0; t < terms; ++t) list.push_back({at(3 * t), {at(3 * t + 1), at(3 * t + 2)}});
+    const Pair bases = {at(3 * terms), at(3 * terms + 1)};
+    const Pair plain = {at(values), at(values + 1)};
+    const Pair fast = {at(values + 2), at(values + 3)};
+    for (const bool based : {false, true}) {
+        brindlehum::spectralSumPlain(list.data(), terms, based ? &bases : nullptr, bins, plain);
+        brindlehum::fastestSpectralSum()(list.data(), terms, based ? &bases : nullptr, bins, fast);
+        for (size_t o = 0; o < 2; ++o) {
+            for (int k = 0; k < bins; ++k) {
+                std::complex<double> expected = based ? std::complex<double>(bases[o][k]) : 0;
+                for (const auto& term : list) {
+                    expected += std::complex<double>(term.input[k]) * std::complex<double>(term.filters[o][k]);
+                }
+                EXPECT_LT(std::abs(std::complex<double>(plain[o][k]) - expected), 5e-6);
+                EXPECT_LT(std::abs(std::complex<double>(fast[o][k]) - expected), 5e-6);
+            }
         }
     }
 }

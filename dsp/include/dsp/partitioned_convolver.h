@@ -21,7 +21,7 @@ public:
     int partition() const { return partition_; }
     int partitions() const { return partitions_; }
     int outputs() const { return outputs_; }
-    // The partition + 1 bins of one partition of one output, zero-padded to a multiple of 16 on a cache line.
+    // The partition + 1 bins of one partition of one output, zero-padded to a multiple of 8 on a cache line.
     const std::complex<float>* spectrum(int output, int part) const;
 
 private:
