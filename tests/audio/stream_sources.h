@@ -53,14 +53,16 @@ struct Heard {
     std::vector<std::vector<float>> channels;
     std::vector<double> positions;
 
-    // Takes what the ring holds now, frame by frame so that every position is seen.
+    // Takes what the ring holds now (not what a fast writer adds meanwhile), frame by frame so that every position is
+    // seen.
     void take(mn_ring* ring) {
         channels.resize(size_t(mn_ring_channels(ring)));
         std::vector<float> frame(channels.size());
         std::vector<float*> planes;
         for (float& sample : frame) planes.push_back(&sample);
         double position = -1;
-        while (mn_ring_read(ring, planes.data(), 1, &position) == 1) {
+        for (int32_t left = mn_ring_available(ring); left > 0; --left) {
+            ASSERT_EQ(mn_ring_read(ring, planes.data(), 1, &position), 1);
             for (size_t c = 0; c < channels.size(); ++c) channels[c].push_back(frame[c]);
             positions.push_back(position);
         }

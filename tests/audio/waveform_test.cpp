@@ -1,0 +1,261 @@
+// Overviews against a slow twin, and the loader's snapshots, ends and cancellation.
+#include "audio/waveform.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <deque>
+#include <limits>
+#include <random>
+#include <thread>
+
+#include "audio/error.h"
+#include "float_wav.h"
+#include "stream_sources.h"
+#include "support/signals.h"
+
+namespace brindlehum::test {
+namespace {
+
+using Channels = std::vector<std::vector<float>>;
+
+void expectOverview(const Channels& whole, const WaveformData& data) {
+    const auto length = std::max<int64_t>(int64_t(whole[0].size()), 1);
+    const int64_t bucketFrames = length < 6000 ? 1 : length / 6000;
+    ASSERT_EQ(data.channels, std::min<int>(int(whole.size()), 16));
+    ASSERT_EQ(data.bucketFrames, bucketFrames);
+    ASSERT_EQ(data.bucketCount, int(std::ceil(double(length) / double(bucketFrames))));
+    ASSERT_EQ(data.mins.size(), size_t(data.channels));
+    ASSERT_EQ(data.maxs.size(), size_t(data.channels));
+    ASSERT_TRUE(data.isComplete());
+    for (size_t lane = 0; lane < data.mins.size(); ++lane) {
+        ASSERT_EQ(data.mins[lane].size(), size_t(data.bucketCount));
+        ASSERT_EQ(data.maxs[lane].size(), size_t(data.bucketCount));
+        for (size_t bucket = 0; bucket < data.mins[lane].size(); ++bucket) {
+            double least = INFINITY;
+            double greatest = -INFINITY;
+            const size_t from = bucket * size_t(bucketFrames);
+            for (size_t i = from; i < std::min(from + size_t(bucketFrames), whole[lane].size()); ++i) {
+                if (std::isnan(whole[lane][i])) continue;
+                least = std::min<double>(least, whole[lane][i]);
+                greatest = std::max<double>(greatest, whole[lane][i]);
+            }
+            if (least > greatest) least = greatest = 0;
+            ASSERT_EQ(data.mins[lane][bucket], least) << "lane " << lane << ", bucket " << bucket;
+            ASSERT_EQ(data.maxs[lane][bucket], greatest) << "lane " << lane << ", bucket " << bucket;
+        }
+    }
+}
+
+Channels someNoise(int channels, size_t frames, uint32_t seed) {
+    Channels whole;
+    for (int c = 0; c < channels; ++c) whole.push_back(noise(frames, seed + uint32_t(c)));
+    return whole;
+}
+
+TEST(Waveform, EqualsASlowTwinAtEveryLength) {
+    const uint32_t seed = std::random_device()();
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    std::mt19937 engine(seed);
+    std::vector<size_t> lengths = {0,     1,     2,     5999,   6000,   6001,   11999,  12000,
+                                   12001, 65535, 65536, 131071, 131072, 131073, 500000, 6000 * 33 + 1};
+    for (int i = 0; i < 8; ++i) lengths.push_back(engine() % 300000);
+    for (const size_t frames : lengths) {
+        for (const int channels : {1, 3}) {
+            SCOPED_TRACE(std::to_string(frames) + " frames");
+            const Channels whole = someNoise(channels, frames, seed);
+            MemorySource source(whole, 48000);
+            expectOverview(whole, *WaveformLoader::overview(source));
+        }
+    }
+    const Channels twenty = someNoise(20, 13000, seed);
+    MemorySource source(twenty, 48000);
+    expectOverview(twenty, *WaveformLoader::overview(source));
+}
+
+TEST(Waveform, WhatIsNoNumberIsPassedOver) {
+    Channels whole = someNoise(1, 6000 * 70 + 13, 5);
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    for (size_t i = 0; i < whole[0].size(); i += 61) whole[0][i] = i % 2 == 0 ? nan : -nan;
+    std::fill_n(whole[0].begin() + 700, 140, nan);  // two whole buckets
+    whole[0][1410] = std::numeric_limits<float>::infinity();
+    MemorySource source(whole, 48000);
+    expectOverview(whole, *WaveformLoader::overview(source));
+}
+
+TEST(Waveform, ReadsWholeBucketsNearSixtyFourThousandFrames) {
+    struct Case {
+        int64_t frames, block;
+    };
+    for (const auto& [frames, block] : {Case{100, 65536}, Case{6000 * 7, 65534}, Case{6000 * 32769, 32769},
+                                        Case{int64_t(6000) * 65536, 65536}, Case{int64_t(6000) * 65537, 65537}}) {
+        CountingSource::Log log;
+        CountingSource source(1, 48000, frames, 3 * block, log);
+        const WaveformPtr data = WaveformLoader::overview(source);
+        for (size_t i = 0; i < log.asked.size(); ++i) {
+            EXPECT_EQ(log.asked[i], std::pair(int64_t(i) * block, int(block))) << frames;
+        }
+        // A source that breaks off counts as complete, with zeros at its end.
+        EXPECT_TRUE(data->isComplete());
+        EXPECT_EQ(data->maxs[0].back(), frames > 3 * block ? 0.0F : float(frames - 1));
+        EXPECT_EQ(data->maxs[0][1], float(2 * data->bucketFrames - 1));
+    }
+    CountingSource::Log log;
+    CountingSource endless(1, 48000, int64_t(1) << 60, 0, log);
+    EXPECT_THROW(WaveformLoader::overview(endless), Error);
+}
+
+// Jobs kept until the test runs them.
+struct Queue {
+    std::deque<std::function<void()>> jobs;
+    Executor executor() {
+        return [this](std::function<void()> job) { jobs.push_back(std::move(job)); };
+    }
+    void run() {
+        for (; !jobs.empty(); jobs.pop_front()) jobs.front()();
+    }
+};
+
+// Calls `onRead` before each read of what it wraps.
+class WatchedSource : public FrameSource {
+public:
+    WatchedSource(Channels whole, std::function<void()> onRead) : inner_(std::move(whole), 48000), onRead_(onRead) {}
+    ProcessingFormat processingFormat() const override { return inner_.processingFormat(); }
+    int64_t length() const override { return inner_.length(); }
+    int read(float* const* planes, int planeCount, int64_t position, int frames) override {
+        onRead_();
+        return inner_.read(planes, planeCount, position, frames);
+    }
+
+private:
+    MemorySource inner_;
+    std::function<void()> onRead_;
+};
+
+TEST(WaveformLoader, SnapshotsGrowAtMostOneInTheIntervalAndStayAsTheyAre) {
+    const Channels whole = someNoise(2, 65536 * 9 + 100, 3);
+    Queue background;
+    double clock = 5;
+    std::vector<WaveformPtr> seen;
+    std::vector<WaveformData> copies;
+    WaveformLoader::load([&] { return std::make_unique<WatchedSource>(whole, [&] { clock += 0.05; }); },
+                         [&](WaveformPtr data) {
+                             copies.push_back(*data);
+                             seen.push_back(std::move(data));
+                         },
+                         background.executor(), [&](const std::function<void()>& job) { job(); },
+                         [&] { return clock; });
+    EXPECT_TRUE(seen.empty()) << "nothing runs on the caller's thread";
+    background.run();
+    // Ten blocks of 0.05 s: after the third, the sixth and the ninth, and at the end.
+    ASSERT_EQ(seen.size(), 4U);
+    const WaveformData& last = *seen.back();
+    expectOverview(whole, last);
+    int loaded = 0;
+    for (size_t s = 0; s < seen.size(); ++s) {
+        const WaveformData& data = *seen[s];
+        EXPECT_GT(data.loadedBuckets, loaded);
+        EXPECT_EQ(data.isComplete(), s == 3);
+        loaded = data.loadedBuckets;
+        for (size_t lane = 0; lane < 2; ++lane) {
+            EXPECT_EQ(data.mins[lane], copies[s].mins[lane]) << "a snapshot changed under its holder";
+            for (size_t b = 0; b < size_t(data.bucketCount); ++b) {
+                ASSERT_EQ(data.mins[lane][b], int(b) < loaded ? last.mins[lane][b] : 0.0F);
+                ASSERT_EQ(data.maxs[lane][b], int(b) < loaded ? last.maxs[lane][b] : 0.0F);
+            }
+        }
+    }
+}
+
+TEST(WaveformLoader, NoUpdateFollowsACancel) {
+    // Cancelled before it runs, in the middle of a read, and with updates on their way to the main thread.
+    for (const int cancelAtRead : {0, 1, 4, 99}) {
+        Queue background;
+        Queue main;
+        int reads = 0;
+        int updates = 0;
+        double clock = 0;
+        std::shared_ptr<WaveformLoader> loader;
+        loader = WaveformLoader::load(
+            [&] {
+                return std::make_unique<WatchedSource>(someNoise(1, 65536 * 8, 1), [&] {
+                    clock += 1;
+                    if (++reads == cancelAtRead) loader->cancel();
+                });
+            },
+            [&](const WaveformPtr&) { ++updates; }, background.executor(), main.executor(), [&] { return clock; });
+        if (cancelAtRead == 0) loader->cancel();
+        background.run();
+        EXPECT_EQ(reads, cancelAtRead == 99 ? 9 : cancelAtRead) << "the block in hand finishes, no other begins";
+        EXPECT_EQ(main.jobs.empty(), cancelAtRead < 2);
+        loader->cancel();
+        main.run();
+        EXPECT_EQ(updates, 0);
+    }
+}
+
+TEST(WaveformLoader, WhatCannotBeOpenedGivesNoUpdate) {
+    int updates = 0;
+    const auto count = [&](const WaveformPtr&) { ++updates; };
+    const auto now = [](const std::function<void()>& job) { job(); };
+    WaveformLoader::load("/nowhere/none.wav", count, now, now);
+    WaveformLoader::load(std::filesystem::temp_directory_path(), count, now, now);
+    EXPECT_EQ(updates, 0);
+    EXPECT_THROW(WaveformLoader::overview("/nowhere/none.wav"), Error);
+}
+
+TEST(WaveformLoader, LoadsAFileInTheBackground) {
+    const Channels whole = someNoise(3, 300000, 9);
+    const FloatWav file(whole, 44100);
+    expectOverview(whole, *WaveformLoader::overview(file.path()));
+
+    std::mutex lock;
+    Queue main;
+    std::vector<std::thread> threads;
+    const auto background = [&](std::function<void()> job) { threads.emplace_back(std::move(job)); };
+    const auto toMain = [&](std::function<void()> job) {
+        const std::lock_guard guard(lock);
+        main.jobs.push_back(std::move(job));
+    };
+    WaveformPtr last;
+    int cancelledUpdates = 0;
+    WaveformLoader::load(
+        file.path(), [&](WaveformPtr data) { last = std::move(data); }, background, toMain);
+    const auto cancelled = WaveformLoader::load(
+        file.path(), [&](const WaveformPtr&) { ++cancelledUpdates; }, background, toMain);
+    cancelled->cancel();
+    for (std::thread& thread : threads) thread.join();
+    main.run();
+    ASSERT_TRUE(last);
+    expectOverview(whole, *last);
+    EXPECT_EQ(cancelledUpdates, 0);
+}
+
+TEST(WaveformCache, KeepsTheFortyEightStoredLast) {
+    WaveformCache cache;
+    const auto url = [](int i) { return std::filesystem::path("/a/" + std::to_string(i)); };
+    const auto store = [&](int i) { cache.set(url(i), std::make_shared<WaveformData>()); };
+    const auto held = [&](int i) { return cache.get(url(i)) != nullptr; };
+    for (int i = 0; i < 48; ++i) store(i);
+    EXPECT_TRUE(held(0));  // a look doesn't save it
+    store(48);
+    EXPECT_FALSE(held(0));
+    EXPECT_TRUE(held(1));
+    store(1);  // to the end of the line, no one leaves
+    EXPECT_TRUE(held(2));
+    store(49);
+    EXPECT_FALSE(held(2));
+    EXPECT_TRUE(held(1));
+    cache.set(url(3), nullptr);
+    EXPECT_FALSE(held(3));
+    store(50);
+    EXPECT_TRUE(held(4)) << "a removed entry makes room";
+    cache.set(url(999), nullptr);
+    for (int i = 100; i < 147; ++i) store(i);
+    EXPECT_TRUE(held(50));
+    EXPECT_FALSE(held(49));
+    EXPECT_EQ(&WaveformCache::shared(), &WaveformCache::shared());
+}
+
+}  // namespace
+}  // namespace brindlehum::test
