@@ -17,6 +17,8 @@ if(BRINDLEHUM_SANITIZE)
   add_compile_options(-fsanitize=${BRINDLEHUM_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
   add_link_options(-fsanitize=${BRINDLEHUM_SANITIZE})
   add_compile_definitions(BRINDLEHUM_SANITIZED=1)
+  # g++ 12 takes its own instrumentation of variants for use before initialisation.
+  target_compile_options(brindlehum_flags INTERFACE -Wno-maybe-uninitialized)
 endif()
 
 # brindlehum_library(NAME [USES folders...] [PUBLIC targets...] [PRIVATE targets...]): all sources of NAME/src, with

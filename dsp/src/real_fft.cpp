@@ -30,10 +30,10 @@ struct SizePlans {
 };
 
 // Plans are made once a size and kept as long as the process: FFTW's planner is one for all threads and not
-// thread-safe, while executing a plan is.
+// thread-safe, while executing a plan is. The table is never destroyed: a thread may still plan as the process ends.
 SizePlans plansOf(int size) {
     static std::mutex mutex;
-    static std::map<int, SizePlans> known;
+    static auto& known = *new std::map<int, SizePlans>;
     const std::lock_guard lock(mutex);
     SizePlans& plans = known[size];
     if (plans.forward != nullptr) return plans;
