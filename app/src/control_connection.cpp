@@ -22,6 +22,7 @@ ControlConnection::ControlConnection(QTcpSocket* socket, ControlServer& server, 
     socket_->setParent(this);
     socket_->setReadBufferSize(chunk);
     connect(socket_, &QTcpSocket::readyRead, this, &ControlConnection::readyRead);
+    connect(socket_, &QTcpSocket::bytesWritten, this, &ControlConnection::closeOurSide);
     connect(socket_, &QTcpSocket::disconnected, this, &QObject::deleteLater);
     // What came before the connections above has made its signal already, or has ended the socket.
     if (socket_->state() != QAbstractSocket::ConnectedState) {
@@ -68,9 +69,13 @@ void ControlConnection::respond(qsizetype headSize) {
     const std::string response = ControlProtocol::respond(head, server_.handler);
     socket_->write(response.data(), qint64(response.size()));
     socket_->flush();
-    // Responses are far smaller than a socket's buffer, so all of it is on its way. We close our side only and read
-    // on: closing a socket with bytes unread (a body, a second request) resets the connection, which may take the
-    // response from the client's hands.
+    closeOurSide();
+}
+
+// Our side alone, and we read on: closing a socket with bytes unread (a body, a second request) resets the connection,
+// which may take the response from the client's hands.
+void ControlConnection::closeOurSide() {
+    if (!responded_ || socket_->bytesToWrite() > 0) return;
     ::shutdown(int(socket_->socketDescriptor()), SHUT_WR);
 }
 

@@ -24,6 +24,7 @@ private:
     void readyRead();
     bool collect(const QByteArray& bytes);
     void respond(qsizetype headSize);
+    void closeOurSide();
 
     QTcpSocket* socket_;
     ControlServer& server_;

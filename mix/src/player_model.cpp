@@ -26,6 +26,14 @@ std::shared_ptr<StreamReader> openStream(const std::filesystem::path& url, doubl
     return reader;
 }
 
+OutputProfile stereoOnEars(OutputProfile headphones) {
+    headphones.kind = OutputProfile::Kind::speakers;
+    headphones.layout = LayoutID::stereo;
+    headphones.outputs = {headphones.headphoneLeft, headphones.headphoneRight};
+    headphones.trimsDB.clear();
+    return headphones;
+}
+
 }  // namespace
 
 void PlayheadModel::setFrame(double frame) {
@@ -137,7 +145,7 @@ void PlayerModel::play(std::optional<int64_t> from) {
     const FrameRange span = selection_.value_or(FrameRange{0, info_->frames});
     if ((selection_ && !span.contains(start)) || start >= span.upper) start = span.lower;
     message_.reset();
-    engine_.setConfig(makeConfig());
+    publishConfig();
     startStream(start, span.upper, span.lower);
 }
 
@@ -249,30 +257,28 @@ std::optional<int64_t> PlayerModel::resumeFrame() const {
 
 // MARK: configuration
 
-MixConfig PlayerModel::makeConfig() {
-    const auto build = [&](const OutputProfile& profile) {
-        // No upmix goes in: the processor that would run it isn't part of this build, and a configuration that
-        // names one would be a matrix for planes that nobody makes. The user's choice is kept all the same, so
-        // that it is there when the processor arrives.
-        return MixBuilder::config(*source(), info_->channels, profile, engine_.deviceChannels(),
-                                  info_->channels == 2 ? listen_ : ListenMode::normal, rotation_,
-                                  settings_.value().monoToCenter, std::nullopt);
-    };
+MixConfig PlayerModel::makeConfig(const OutputProfile& profile) const {
+    // No upmix goes in: the processor that would run it isn't part of this build, and a configuration that names one
+    // would be a matrix for planes that nobody makes. The user's choice is kept all the same, so that it is there
+    // when the processor arrives.
+    return MixBuilder::config(*source(), info_->channels, profile, engine_.deviceChannels(),
+                              info_->channels == 2 ? listen_ : ListenMode::normal, rotation_,
+                              settings_.value().monoToCenter, std::nullopt);
+}
+
+void PlayerModel::publishConfig() {
     const OutputProfile& profile = settings_.activeProfile();
-    MixConfig config = build(profile);
-    if (!config.toBinaural || !engine_.binauralMissing()) return config;
-    // Something sensible on both ears serves the user better than silence.
-    OutputProfile foldDown = profile;
-    foldDown.kind = OutputProfile::Kind::speakers;
-    foldDown.layout = LayoutID::stereo;
-    foldDown.outputs = {profile.headphoneLeft, profile.headphoneRight};
-    foldDown.trimsDB.clear();
-    fail("No HRTF set found: headphones play the stereo fold-down");
-    return build(foldDown);
+    MixConfig config = makeConfig(profile);
+    if (config.toBinaural && engine_.binauralMissing()) {
+        // Something sensible on both ears serves better than silence.
+        config = makeConfig(stereoOnEars(profile));
+        fail("No HRTF set found: headphones play the stereo fold-down");
+    }
+    engine_.setConfig(config);
 }
 
 void PlayerModel::applyConfig() {
-    if (engine_.isConfigured() && info_ && source()) engine_.setConfig(makeConfig());
+    if (engine_.isConfigured() && info_ && source()) publishConfig();
 }
 
 void PlayerModel::checkDragExport() {

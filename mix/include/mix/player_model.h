@@ -125,7 +125,8 @@ private:
     void stopPlayback();
     void returnPlayhead();
     void tick();
-    MixConfig makeConfig();
+    MixConfig makeConfig(const OutputProfile& profile) const;
+    void publishConfig();
     void applyConfig();
     void sourceChanged();
     void deviceChanged();
