@@ -118,8 +118,12 @@ struct Bench {
             until([&] { return player.isPlaying(); });
         }
         std::sort(ms.begin(), ms.end());
-        std::printf("%-34s p50 %6.2f  p95 %6.2f  max %6.2f ms\n", name, ms[starts / 2], ms[starts * 95 / 100],
+        std::printf("%-36s p50 %6.2f  p95 %6.2f  max %6.2f ms\n", name, ms[starts / 2], ms[starts * 95 / 100],
                     ms.back());
+    }
+    void useHeadphones() {
+        settings.change([](AppSettings& s) { s.activeProfileID = s.profiles.back().id; });
+        player.profileChanged();
     }
     void restWarm() {
         audio.listener->awaitSilence();
@@ -152,6 +156,10 @@ int main(int argc, char** argv) {
         bench.load(folder / "sixteen.wav");
         bench.measure("16 channels, device at rest", [&] { bench.restCold(); });
         bench.measure("16 channels, device warm", [&] { bench.restWarm(); });
+        bench.player.setFormatOverride(SourceFormat::ambisonic(3, AmbiNorm::sn3d));
+        bench.measure("third order Ambisonics, device warm", [&] { bench.restWarm(); });
+        bench.useHeadphones();
+        bench.measure("the same on headphones", [&] { bench.restWarm(); });
     }
     std::filesystem::remove_all(folder);
     return 0;
