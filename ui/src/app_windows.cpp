@@ -22,6 +22,7 @@ void bringUp(QWidget& window) {
 
 AppWindows::AppWindows(AppModel& model) : model_(model), theme_(std::make_unique<ThemeController>()) {
     QApplication::setQuitOnLastWindowClosed(false);
+    QApplication::setApplicationVersion(QStringLiteral(BRINDLEHUM_VERSION));
     QApplication::setWindowIcon(applicationIcon());
     main_ = std::make_unique<MainWindow>(model);
     status_ = std::make_unique<StatusMenu>(model);

@@ -97,6 +97,12 @@ void FolderBrowser::makeList() {
     connect(list_->selectionModel(), &QItemSelectionModel::currentRowChanged, this, &FolderBrowser::moved);
 }
 
+void FolderBrowser::sortBy(int column) {
+    const auto* header = list_->header();
+    const bool turn = header->sortIndicatorSection() == column && header->sortIndicatorOrder() == Qt::AscendingOrder;
+    list_->sortByColumn(column, turn ? Qt::DescendingOrder : Qt::AscendingOrder);
+}
+
 QByteArray FolderBrowser::saveColumns() const {
     return list_->header()->saveState();
 }

@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 
 #include <QCollator>
+#include <QLocale>
 #include <algorithm>
 #include <optional>
 
@@ -28,7 +29,8 @@ std::optional<FolderEntry> entryOf(const fs::path& path) {
 }
 
 void sortByName(std::vector<FolderEntry>& entries) {
-    QCollator collator;
+    // The C locale would compare bytes, numbers and capitals as they come.
+    QCollator collator(QLocale().language() == QLocale::C ? QLocale(QLocale::English) : QLocale());
     collator.setNumericMode(true);
     collator.setCaseSensitivity(Qt::CaseInsensitive);
     struct Keyed {

@@ -4,6 +4,7 @@
 #include <QMenuBar>
 #include <QMessageBox>
 
+#include "ui/folder_browser.h"
 #include "ui/icons.h"
 #include "ui/main_window.h"
 #include "ui/setting_action.h"
@@ -37,6 +38,14 @@ void fillFile(QMenu* menu, MainWindow& window) {
     add(menu, "Quit", QKeySequence("Ctrl+Q"), [] { QApplication::quit(); });
 }
 
+// What a click on a column's head does, for the keyboard.
+void fillSort(QMenu* menu, FolderBrowser& browser) {
+    for (int column = 0; column < FolderModel::ColumnCount; ++column) {
+        const QString name = browser.model().headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
+        add(menu, "Sort by " + name, {}, [&browser, column] { browser.sortBy(column); });
+    }
+}
+
 }  // namespace
 
 void fillMenuBar(MainWindow& window, AppModel& model) {
@@ -48,6 +57,8 @@ void fillMenuBar(MainWindow& window, AppModel& model) {
     add(edit, "Settings…", QKeySequence("Ctrl+,"), [&model] { model.openWindow("settings"); });
 
     auto* view = bar->addMenu("&View");
+    fillSort(view, window.browser());
+    view->addSeparator();
     auto* expert = addSetting(*view, "Expert Mode", model.settings(), &AppSettings::expertMode);
     expert->setShortcut(QKeySequence("Ctrl+Alt+E"));
 

@@ -1,5 +1,6 @@
 #include "ui/main_window.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QDragEnterEvent>
 #include <QFileDialog>
@@ -69,6 +70,7 @@ MainWindow::MainWindow(AppModel& model) : model_(model) {
     saveSoon_.setSingleShot(true);
     saveSoon_.setInterval(saveDelayMs);
     connect(&saveSoon_, &QTimer::timeout, this, &MainWindow::save);
+    connect(qApp, &QCoreApplication::aboutToQuit, this, &MainWindow::save);
     restore();
     connect(splitter_, &QSplitter::splitterMoved, &saveSoon_, qOverload<>(&QTimer::start));
     connect(browser_, &FolderBrowser::columnsChanged, &saveSoon_, qOverload<>(&QTimer::start));

@@ -2,6 +2,7 @@
 
 #include <QHBoxLayout>
 #include <QMenu>
+#include <algorithm>
 
 #include "ui/drag_handle.h"
 #include "ui/elided_label.h"
@@ -65,16 +66,30 @@ void SourceBar::refresh() {
     const OutputProfile& profile = player_.settings().activeProfile();
     profile_->setIcon(symbol(profileIcon(profile)));
     profile_->setChoice(QString::fromStdString(profile.name));
-    device_->setFullText("on " + deviceName());
+    refreshDevice();
     drag_->setVisible(loaded && player_.dragOptions().size() > 1);
     drag_->setChoice(QString::fromStdString(name(player_.dragExport())));
     handle_->setVisible(loaded);
 }
 
-QString SourceBar::deviceName() const {
-    PlaybackEngine& engine = player_.engine();
-    if (engine.isConfigured()) return QString::fromStdString(engine.deviceName());
-    return QString::fromStdString(engine.devices().name(player_.settings().activeProfile().deviceUID));
+void SourceBar::refreshDevice() {
+    const PlaybackEngine& engine = player_.engine();
+    const auto& uid = player_.settings().activeProfile().deviceUID;
+    // Asking for the devices can take a while, so it is done only when the answer may have changed.
+    const DeviceKey key{uid, engine.isConfigured(), player_.isPlaying()};
+    if (shownFor_ == key) return;
+    shownFor_ = key;
+    const auto devices = engine.devices().allOutputs();
+    const auto named = std::ranges::find_if(devices, [&](const auto& device) { return device.uid == uid; });
+    const auto standard = std::ranges::find_if(
+        devices, [id = engine.devices().defaultOutput()](const auto& device) { return device.id == id; });
+    if (named != devices.end())
+        device_->setFullText("on " + QString::fromStdString(named->name));
+    else if (standard != devices.end())
+        device_->setFullText("on " + QString::fromStdString(standard->name) +
+                             (uid ? ", for the profile's device is unavailable" : ""));
+    else
+        device_->setFullText("no output device");
 }
 
 void SourceBar::fillFormats(QMenu& menu) {

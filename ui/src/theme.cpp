@@ -1,6 +1,7 @@
 #include "ui/theme.h"
 
 #include <QFile>
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <utility>
@@ -71,7 +72,7 @@ double luminance(const QColor& color) {
 }  // namespace
 
 double contrast(const QColor& a, const QColor& b) {
-    const auto [low, high] = std::minmax(luminance(a), luminance(b));
+    const auto [low, high] = std::minmax({luminance(a), luminance(b)});
     return (high + 0.05) / (low + 0.05);
 }
 

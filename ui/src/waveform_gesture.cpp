@@ -25,7 +25,7 @@ Step movedWhilePending(const Pending& pending, const Move& move, const Surface& 
 }
 
 FrameRange rangeFrom(const Selecting& selecting, const Point& at, const Surface& surface) {
-    const auto [lower, upper] = std::minmax(selecting.anchor, frameAt(surface, at));
+    const auto [lower, upper] = std::minmax({selecting.anchor, frameAt(surface, at)});
     return {lower, upper};
 }
 

@@ -24,6 +24,8 @@ public:
     const std::filesystem::path& folder() const { return model_.folder(); }
     // Marks the file in its folder, going there when need be, without announcing it as chosen.
     void reveal(const std::filesystem::path& file);
+    // The other way round when it is the order already.
+    void sortBy(int column);
     FolderModel& model() { return model_; }
     QTreeView& list() { return *list_; }
 

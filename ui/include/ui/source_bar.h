@@ -23,8 +23,15 @@ private:
     void fillListen(QMenu& menu);
     void fillProfiles(QMenu& menu);
     void fillDrag(QMenu& menu);
-    QString deviceName() const;
+    void refreshDevice();
 
+    // What the name of the device in use depends on.
+    struct DeviceKey {
+        std::optional<std::string> uid;
+        bool configured = false;
+        bool playing = false;
+        bool operator==(const DeviceKey&) const = default;
+    };
     PlayerModel& player_;
     MenuButton* format_;
     MenuButton* listen_;
@@ -32,6 +39,7 @@ private:
     ElidedLabel* device_;
     MenuButton* drag_;
     DragHandle* handle_;
+    std::optional<DeviceKey> shownFor_;
 };
 
 // The names of the listen menu.

@@ -1,0 +1,70 @@
+// A whole application in a test: models on made-up devices, a clock that stands, files in a temporary folder.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QWidget>
+
+#include "app/app_model.h"
+#include "platform/manual_audio.h"
+#include "platform/manual_main_loop.h"
+#include "support/audio_files.h"
+
+namespace brindlehum::test {
+
+class NoDesktop : public Desktop {
+public:
+    void openFolder(const std::filesystem::path& /*folder*/) override {}
+    void reveal(const std::filesystem::path& /*file*/) override {}
+};
+
+struct WindowTest : testing::Test {
+    TempFolder folder;
+    ManualMainLoop loop;
+    ManualAudioSystem audio{loop};
+    MemoryDefaults defaults;
+    NoDesktop desktop;
+    AppModel model{{loop, audio, defaults, desktop}};
+    PlayerModel& player = model.player();
+
+    WindowTest() {
+        model.settings().change([](AppSettings& settings) { settings.autoPlay = false; });
+    }
+
+    std::filesystem::path file(const std::string& name, int channels, const FileShape& shape = {}) {
+        const auto path = folder / name;
+        writeAudio(path, noisePlanes(channels, 48000), shape);
+        return path;
+    }
+    bool load(const std::filesystem::path& path) {
+        player.load(path, false);
+        return loop.runUntil([&] {
+            return player.info() && player.info()->url == path && player.waveform() && player.waveform()->isComplete();
+        });
+    }
+    // Runs Qt's events, too, until `done` holds.
+    bool settle(const std::function<bool()>& done) {
+        const double patience = 20;
+        for (const double start = seconds(); seconds() - start < patience;) {
+            loop.drain();
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+            if (done()) return true;
+        }
+        return false;
+    }
+
+    template <typename Widget = QWidget>
+    static Widget* named(QWidget& root, const QString& name) {
+        for (auto* widget : root.findChildren<Widget*>())
+            if (widget->accessibleName() == name || widget->accessibleName().startsWith(name + ": ")) return widget;
+        return nullptr;
+    }
+
+private:
+    static double seconds() {
+        return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+    }
+};
+
+}  // namespace brindlehum::test
