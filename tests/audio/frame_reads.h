@@ -7,23 +7,22 @@
 #include <vector>
 
 #include "audio/frame_source.h"
+#include "support/audio_files.h"
 
 namespace brindlehum::test {
 
-using Channels = std::vector<std::vector<float>>;
-
 // Reads into planes filled with rubbish beforehand; they keep it behind what was read.
-inline Channels read(FrameSource& source, int planeCount, int64_t position, int frames, int& got) {
-    Channels out(size_t(planeCount), std::vector<float>(size_t(frames), 99.0F));
+inline Planes read(FrameSource& source, int planeCount, int64_t position, int frames, int& got) {
+    Planes out(size_t(planeCount), std::vector<float>(size_t(frames), 99.0F));
     std::vector<float*> planes;
     for (auto& plane : out) planes.push_back(plane.data());
     got = source.read(planes.data(), planeCount, position, frames);
     return out;
 }
 
-inline void expectRead(FrameSource& source, const Channels& whole, int planeCount, int64_t position, int frames) {
+inline void expectRead(FrameSource& source, const Planes& whole, int planeCount, int64_t position, int frames) {
     int got = -1;
-    const Channels out = read(source, planeCount, position, frames, got);
+    const Planes out = read(source, planeCount, position, frames, got);
     const auto length = int64_t(whole[0].size());
     ASSERT_EQ(got, position < 0 ? 0 : std::clamp<int64_t>(length - position, 0, frames)) << position << ' ' << frames;
     for (size_t c = 0; c < out.size(); ++c) {

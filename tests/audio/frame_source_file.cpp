@@ -3,8 +3,8 @@
 
 #include "audio/error.h"
 #include "audio/frame_source.h"
-#include "float_wav.h"
 #include "frame_reads.h"
+#include "support/audio_files.h"
 #include "support/signals.h"
 
 namespace brindlehum::test {
@@ -12,10 +12,11 @@ namespace {
 
 TEST(FileSource, ReadsAnyNumberOfPlanesFromAnywhere) {
     for (const int channels : {1, 2, 6}) {
-        Channels whole;
+        Planes whole;
         for (int c = 0; c < channels; ++c) whole.push_back(noise(9000, 77U + uint32_t(c)));
-        const FloatWav file(whole, 48000);
-        FileSource source(file.path());
+        const TempFolder folder;
+        writeAudio(folder / "a.wav", whole);
+        FileSource source(folder / "a.wav");
         EXPECT_EQ(source.length(), 9000);
         EXPECT_EQ(source.processingFormat().channels, channels);
         EXPECT_EQ(source.processingFormat().sampleRate, 48000);

@@ -7,13 +7,13 @@
 #include <random>
 
 #include "audio/error.h"
-#include "stream_sources.h"
+#include "support/audio_files.h"
 #include "support/signals.h"
+#include "support/stream_sources.h"
 
 namespace brindlehum::test {
 namespace {
 
-using Channels = std::vector<std::vector<float>>;
 constexpr int64_t far = int64_t(1) << 60;
 
 struct Plan {
@@ -139,8 +139,8 @@ TEST(StreamReader, ConvertedSineIsTheSineAtTheOtherRate) {
         const size_t frames = size_t(in * 0.6);
         const double hz = 997;
         StreamReader reader(
-            std::make_unique<MemorySource>(Channels{sine(frames, hz, in, 0.5), sine(frames, hz, in, 0.25, 1.0)}, in),
-            out, 0, far, false, 0, 0);
+            std::make_unique<MemorySource>(Planes{sine(frames, hz, in, 0.5), sine(frames, hz, in, 0.25, 1.0)}, in), out,
+            0, far, false, 0, 0);
         Heard heard = hear(reader, 1 << 20);
         ASSERT_NEAR(double(heard.positions.size()), double(frames) * out / in, 1.0) << in << " to " << out;
         // The ends ring: the signal starts and stops there.
@@ -163,7 +163,7 @@ TEST(StreamReader, ConvertedImpulseComesWhereItsPositionSays) {
     for (const auto& [in, out] : rates) {
         std::vector<float> impulse(30000);
         impulse[14700] = 1;
-        StreamReader reader(std::make_unique<MemorySource>(Channels{impulse}, in), out, 700, far, false, 0, 0);
+        StreamReader reader(std::make_unique<MemorySource>(Planes{impulse}, in), out, 700, far, false, 0, 0);
         const Heard heard = hear(reader, 1 << 20);
         const auto& x = heard.channels[0];
         const auto peak = std::max_element(x.begin(), x.end()) - x.begin();
@@ -179,7 +179,7 @@ TEST(StreamReader, ConvertedLoopRunsOnWithoutAClick) {
         const int64_t end = start + loopFrames;
         for (const int64_t from : {int64_t(0), start + 17, end + 5}) {
             const std::vector<float> tone = sine(size_t(end) + 3000, 100, in, 0.5);
-            StreamReader reader(std::make_unique<MemorySource>(Channels{tone}, in), out, from, far, true, start, end);
+            StreamReader reader(std::make_unique<MemorySource>(Planes{tone}, in), out, from, far, true, start, end);
             const Heard heard = hear(reader, size_t(3.3 * double(loopFrames) * out / in));
             const double first = double(from >= end ? start : from);
             std::vector<float> wanted;

@@ -13,7 +13,7 @@ namespace brindlehum::test {
 namespace {
 
 // The whole signal with every click laid over it one sample at a time.
-Channels withClicks(Channels whole, double rate, const std::vector<Click>& clicks) {
+Planes withClicks(Planes whole, double rate, const std::vector<Click>& clicks) {
     const auto soundFrames = int64_t(std::floor(rate * 0.045));
     for (const Click& click : clicks) {
         for (int64_t i = 0; i < soundFrames; ++i) {
@@ -36,7 +36,7 @@ TEST(MemorySource, MixesItsClicksAsASlowTwinDoes) {
     const auto between = [&](int64_t from, int64_t to) { return std::uniform_int_distribution(from, to)(engine); };
     for (const int channels : {1, 2, 3, 5}) {
         for (const double rate : {8000.0, 44100.0, 48000.5}) {
-            Channels whole;
+            Planes whole;
             for (int c = 0; c < channels; ++c) whole.push_back(noise(20000, seed + uint32_t(c)));
             std::vector<Click> clicks;
             for (int i = 0; i < 30; ++i) clicks.push_back({between(-3000, 21000), between(0, 1) == 1});
@@ -44,11 +44,11 @@ TEST(MemorySource, MixesItsClicksAsASlowTwinDoes) {
             clicks.push_back({19990, false});  // two at once
             MemorySource plain(whole, rate);
             MemorySource clicking(whole, rate, clicks);
-            const Channels wanted = withClicks(whole, rate, clicks);
+            const Planes wanted = withClicks(whole, rate, clicks);
             // A plane that the source hasn't got is cleared, and a second one hears the clicks all the same.
-            Channels mono = wanted;
+            Planes mono = wanted;
             if (channels == 1) {
-                Channels silentSecond = {whole[0], std::vector<float>(20000)};
+                Planes silentSecond = {whole[0], std::vector<float>(20000)};
                 mono = withClicks(std::move(silentSecond), rate, clicks);
             }
             for (int round = 0; round < 60; ++round) {
@@ -64,7 +64,7 @@ TEST(MemorySource, MixesItsClicksAsASlowTwinDoes) {
 
 TEST(MemorySource, DescribesItsChannels) {
     for (const int channels : {0, 1, 2, 3, 16}) {
-        const MemorySource source(Channels(size_t(channels), std::vector<float>(7)), 44100);
+        const MemorySource source(Planes(size_t(channels), std::vector<float>(7)), 44100);
         const ProcessingFormat format = source.processingFormat();
         EXPECT_EQ(format.channels, std::max(channels, 1));
         EXPECT_EQ(format.sampleRate, 44100);

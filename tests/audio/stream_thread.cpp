@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "audio/stream_reader.h"
-#include "stream_sources.h"
+#include "support/stream_sources.h"
 
 namespace brindlehum::test {
 namespace {

@@ -10,16 +10,14 @@
 #include <thread>
 
 #include "audio/error.h"
-#include "float_wav.h"
-#include "stream_sources.h"
+#include "support/audio_files.h"
 #include "support/signals.h"
+#include "support/stream_sources.h"
 
 namespace brindlehum::test {
 namespace {
 
-using Channels = std::vector<std::vector<float>>;
-
-void expectOverview(const Channels& whole, const WaveformData& data) {
+void expectOverview(const Planes& whole, const WaveformData& data) {
     const auto length = std::max<int64_t>(int64_t(whole[0].size()), 1);
     const int64_t bucketFrames = length < 6000 ? 1 : length / 6000;
     ASSERT_EQ(data.channels, std::min<int>(int(whole.size()), 16));
@@ -47,8 +45,8 @@ void expectOverview(const Channels& whole, const WaveformData& data) {
     }
 }
 
-Channels someNoise(int channels, size_t frames, uint32_t seed) {
-    Channels whole;
+Planes someNoise(int channels, size_t frames, uint32_t seed) {
+    Planes whole;
     for (int c = 0; c < channels; ++c) whole.push_back(noise(frames, seed + uint32_t(c)));
     return whole;
 }
@@ -63,18 +61,18 @@ TEST(Waveform, EqualsASlowTwinAtEveryLength) {
     for (const size_t frames : lengths) {
         for (const int channels : {1, 3}) {
             SCOPED_TRACE(std::to_string(frames) + " frames");
-            const Channels whole = someNoise(channels, frames, seed);
+            const Planes whole = someNoise(channels, frames, seed);
             MemorySource source(whole, 48000);
             expectOverview(whole, *WaveformLoader::overview(source));
         }
     }
-    const Channels twenty = someNoise(20, 13000, seed);
+    const Planes twenty = someNoise(20, 13000, seed);
     MemorySource source(twenty, 48000);
     expectOverview(twenty, *WaveformLoader::overview(source));
 }
 
 TEST(Waveform, WhatIsNoNumberIsPassedOver) {
-    Channels whole = someNoise(1, 6000 * 70 + 13, 5);
+    Planes whole = someNoise(1, 6000 * 70 + 13, 5);
     const float nan = std::numeric_limits<float>::quiet_NaN();
     for (size_t i = 0; i < whole[0].size(); i += 61) whole[0][i] = i % 2 == 0 ? nan : -nan;
     std::fill_n(whole[0].begin() + 700, 140, nan);  // two whole buckets
@@ -119,7 +117,7 @@ struct Queue {
 // Calls `onRead` before each read of what it wraps.
 class WatchedSource : public FrameSource {
 public:
-    WatchedSource(Channels whole, std::function<void()> onRead) : inner_(std::move(whole), 48000), onRead_(onRead) {}
+    WatchedSource(Planes whole, std::function<void()> onRead) : inner_(std::move(whole), 48000), onRead_(onRead) {}
     ProcessingFormat processingFormat() const override { return inner_.processingFormat(); }
     int64_t length() const override { return inner_.length(); }
     int read(float* const* planes, int planeCount, int64_t position, int frames) override {
@@ -133,7 +131,7 @@ private:
 };
 
 TEST(WaveformLoader, SnapshotsGrowAtMostOneInTheIntervalAndStayAsTheyAre) {
-    const Channels whole = someNoise(2, 65536 * 9 + 100, 3);
+    const Planes whole = someNoise(2, 65536 * 9 + 100, 3);
     Queue background;
     double clock = 5;
     std::vector<WaveformPtr> seen;
@@ -205,9 +203,11 @@ TEST(WaveformLoader, WhatCannotBeOpenedGivesNoUpdate) {
 }
 
 TEST(WaveformLoader, LoadsAFileInTheBackground) {
-    const Channels whole = someNoise(3, 300000, 9);
-    const FloatWav file(whole, 44100);
-    expectOverview(whole, *WaveformLoader::overview(file.path()));
+    const Planes whole = someNoise(3, 300000, 9);
+    const TempFolder folder;
+    const std::filesystem::path file = folder / "a.wav";
+    writeAudio(file, whole);
+    expectOverview(whole, *WaveformLoader::overview(file));
 
     std::mutex lock;
     Queue main;
@@ -220,9 +220,9 @@ TEST(WaveformLoader, LoadsAFileInTheBackground) {
     WaveformPtr last;
     int cancelledUpdates = 0;
     WaveformLoader::load(
-        file.path(), [&](WaveformPtr data) { last = std::move(data); }, background, toMain);
+        file, [&](WaveformPtr data) { last = std::move(data); }, background, toMain);
     const auto cancelled = WaveformLoader::load(
-        file.path(), [&](const WaveformPtr&) { ++cancelledUpdates; }, background, toMain);
+        file, [&](const WaveformPtr&) { ++cancelledUpdates; }, background, toMain);
     cancelled->cancel();
     for (std::thread& thread : threads) thread.join();
     main.run();
