@@ -135,8 +135,11 @@ void RenderContext::mix(const mn_mix_config* config, const Input& input, int32_t
 // has heard has rung out. It sleeps with its history forgotten, so that nothing stale sounds when it wakes.
 void RenderContext::spatialise(const mn_mix_config* config, int32_t n) noexcept {
     auto* stage = static_cast<BinauralStage*>(mn_slot_load(stageSlot_));
-    if (stage != prevStage_) tailLeft_ = 0;
-    prevStage_ = stage;
+    if (stage != prevStage_) {
+        tailLeft_ = 0;
+        prevStage_ = stage;
+        if (stage != nullptr) stage->reset();
+    }
     const mn_mix_config* feeding = isBinaural(config) ? config : isBinaural(prevCfg_) ? prevCfg_ : nullptr;
     if (stage == nullptr || (feeding == nullptr && tailLeft_ <= 0)) return;
     if (feeding != nullptr) {

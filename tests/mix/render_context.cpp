@@ -3,7 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <random>
+#include <thread>
 
 #include "mix/binaural_stage.h"
 #include "support/render_bench.h"
@@ -357,4 +359,39 @@ TEST(RenderContext, NothingThatChangesClicks) {
         EXPECT_LT(test::maxJump(bench.heard(channel)), 0.5 * 0.02 + 4.0 / n);
         EXPECT_GT(test::maxJump(bench.heard(channel)), 0.005);
     }
+}
+
+// Control changes all that it may change while blocks are rendered. What it replaces it keeps; under the thread
+// sanitizer anything that crosses the threads unpublished is a race.
+TEST(RenderContext, ControlMayPublishWhileItRenders) {
+    Headphones phones;
+    RenderBench bench(2);
+    mn_mix_config* configs[] = {bench.config(1, 2, {1, 0.5F}), bench.binaural(1, 4, {1, 1, 0, 0})};
+    mn_ring* rings[] = {bench.ring(1, 400000, one), bench.ring(1, 400000, one), nullptr};
+    bench.context.setConfig(configs[0]);
+    std::atomic<bool> done{false};
+    std::atomic<int> rounds{0};
+    std::thread control([&] {
+        std::mt19937 random(7);
+        std::vector<std::shared_ptr<const void>> replaced;
+        while (!done) {
+            bench.context.setRing(rings[random() % 3]);
+            bench.context.setConfig(configs[random() % 2]);
+            bench.context.setGain(double(random() % 3) / 2);
+            bench.context.setBinauralStage(random() % 4 == 0 ? nullptr : &phones.stage);
+            replaced.push_back(phones.stage.setDirections({{double(random() % 8) * 40 - 160, 0}}));
+            if (bench.context.finished()) bench.context.clearFinished();
+            bench.context.setPosition(bench.context.position());
+            ++rounds;
+            std::this_thread::yield();
+        }
+    });
+    double loudest = 0;
+    for (int block = 0; block < 400 || rounds < 400; ++block) {
+        for (const float x : bench.render(256)[0]) loudest = std::max(loudest, double(std::abs(x)));
+    }
+    done = true;
+    control.join();
+    EXPECT_GT(loudest, 0.1);
+    EXPECT_LT(loudest, 20);
 }
