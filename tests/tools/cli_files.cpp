@@ -57,14 +57,18 @@ TEST(CliProbe, ReportsBadFilesAndStillDoesTheOthers) {
     writeBytes(folder / "empty.wav", "");
     std::filesystem::create_directory(folder / "folder.wav");
     std::vector<std::string> words = {"probe"};
-    for (const char* bad : {"none\xFF.wav", "text.wav", "empty.wav", "folder.wav"}) {
+    for (const char* bad : {"no\nne\xFF.wav", "text.wav", "empty.wav", "folder.wav"}) {
         words.push_back((folder / bad).string());
         words.push_back(odd);
     }
     const auto result = runCli(words);
     EXPECT_EQ(result.exitCode, 1);
     ASSERT_EQ(result.errors.size(), 4U);
-    for (size_t i = 0; i < 4; ++i) EXPECT_THAT(result.errors[i], StartsWith("brindlehum-cli: " + words[1 + 2 * i]));
+    for (size_t i = 0; i < 4; ++i) {
+        std::string named = words[1 + 2 * i];
+        std::ranges::replace(named, '\n', ' ');
+        EXPECT_THAT(result.errors[i], StartsWith("brindlehum-cli: " + named));
+    }
     ASSERT_EQ(result.objects.size(), 4U);
     for (const json& object : result.objects) {
         EXPECT_EQ(object.at("channels"), 1);

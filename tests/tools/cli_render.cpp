@@ -112,6 +112,9 @@ TEST_F(CliRender, MonoAndListenModesGoWhereTheyAreSent) {
     const Planes pair = noisePlanes(2, 300, 6);
     const ReadWav left = render(pair, {"listen", "left"});
     EXPECT_EQ(left.planes, (Planes{pair[0], pair[0]}));
+    const ReadWav swapped = render(pair, {"outputs", "1,0"});
+    EXPECT_EQ(swapped.planes, (Planes{pair[1], pair[0]}));
+    EXPECT_EQ(swapped.mask, 0U) << "the first channel is no left speaker";
 }
 
 // A frontal plane wave in FuMa, turned to the left, is loudest on the left of a ring of speakers.
