@@ -1,8 +1,6 @@
 // QtMainLoop: the main loop of the application, on Qt's event loop.
 #pragma once
 
-#include <QObject>
-
 #include "platform/main_loop.h"
 
 namespace brindlehum {
@@ -11,7 +9,8 @@ namespace brindlehum {
 // unrun; timers are exact to about a millisecond. `post` must not race with the destruction.
 class QtMainLoop : public MainLoop {
 public:
-    QtMainLoop() = default;
+    QtMainLoop();
+    ~QtMainLoop() override;
     QtMainLoop(const QtMainLoop&) = delete;
     QtMainLoop& operator=(const QtMainLoop&) = delete;
 
@@ -22,7 +21,8 @@ public:
     double now() const override;
 
 private:
-    QObject home_;  // receives the posted jobs and owns the timers
+    class Home;
+    std::unique_ptr<Home> home_;  // runs the posted jobs and owns the timers
 };
 
 }  // namespace brindlehum

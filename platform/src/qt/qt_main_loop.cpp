@@ -1,11 +1,15 @@
 // Posted jobs and timers on Qt's event loop.
 #include "platform/qt_main_loop.h"
 
+#include <QCoreApplication>
+#include <QEvent>
 #include <QPointer>
 #include <QTimer>
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <deque>
+#include <mutex>
 
 namespace brindlehum {
 
@@ -37,21 +41,51 @@ QTimer* startTimer(QObject& home, double seconds, bool once, std::function<void(
 
 }  // namespace
 
+// The jobs wait in a queue of ours, one empty event each calling for the next of them: so a nested event loop goes on
+// with them, and a thread sanitizer sees the lock that hands them over.
+class QtMainLoop::Home : public QObject {
+public:
+    void add(std::function<void()> job) {
+        {
+            const std::lock_guard guard(lock_);
+            jobs_.push_back(std::move(job));
+        }
+        QCoreApplication::postEvent(this, new QEvent(QEvent::User));
+    }
+
+    bool event(QEvent* event) override {
+        if (event->type() != QEvent::User) return QObject::event(event);
+        std::unique_lock guard(lock_);
+        const auto job = std::move(jobs_.front());
+        jobs_.pop_front();
+        guard.unlock();
+        job();
+        return true;
+    }
+
+private:
+    std::mutex lock_;
+    std::deque<std::function<void()>> jobs_;
+};
+
+QtMainLoop::QtMainLoop() : home_(std::make_unique<Home>()) {}
+QtMainLoop::~QtMainLoop() = default;
+
 void QtMainLoop::post(std::function<void()> job) {
-    QMetaObject::invokeMethod(&home_, std::move(job), Qt::QueuedConnection);
+    home_->add(std::move(job));
 }
 
 TimerHandle QtMainLoop::after(double seconds, std::function<void()> job) {
-    return std::make_unique<QtTimer>(startTimer(home_, seconds, true, std::move(job)));
+    return std::make_unique<QtTimer>(startTimer(*home_, seconds, true, std::move(job)));
 }
 
 void QtMainLoop::later(double seconds, std::function<void()> job) {
-    QTimer* timer = startTimer(home_, seconds, true, std::move(job));
+    QTimer* timer = startTimer(*home_, seconds, true, std::move(job));
     QObject::connect(timer, &QTimer::timeout, timer, &QObject::deleteLater);
 }
 
 TimerHandle QtMainLoop::every(double seconds, std::function<void()> job) {
-    return std::make_unique<QtTimer>(startTimer(home_, seconds, false, std::move(job)));
+    return std::make_unique<QtTimer>(startTimer(*home_, seconds, false, std::move(job)));
 }
 
 double QtMainLoop::now() const {
