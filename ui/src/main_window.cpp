@@ -88,7 +88,7 @@ void MainWindow::restore() {
     const UIState state = UIState::load(model_.defaults());
     resize(firstSize);
     restoreGeometry(state.geometry);
-    if (!splitter_->restoreState(state.splitter)) splitter_->setSizes({390, 370});
+    if (!splitter_->restoreState(state.splitter)) splitter_->setSizes({430, 330});
     browser_->restoreColumns(state.columns);
     browser_->setFolder(firstFolder(state.folder));
 }

@@ -55,6 +55,7 @@ QWidget* OutputsSettings::makeList() {
     list_ = new QListWidget;
     list_->setAccessibleName("Outputs");
     list_->setTabKeyNavigation(false);
+    list_->setIconSize({16, 16});
     connect(list_, &QListWidget::currentRowChanged, this, [this](int at) {
         const auto& profiles = settings_.value().profiles;
         if (at >= 0 && static_cast<size_t>(at) < profiles.size()) select(profiles[static_cast<size_t>(at)].id);

@@ -8,9 +8,9 @@
 #include "ui/drag_handle.h"
 #include "ui/elided_label.h"
 #include "ui/file_drag.h"
-#include "ui/icons.h"
 #include "ui/soundfield_row.h"
 #include "ui/source_bar.h"
+#include "ui/symbol_label.h"
 #include "ui/time_ruler.h"
 #include "ui/transport_bar.h"
 
@@ -86,11 +86,9 @@ QWidget* PlayerView::makeMessage() {
     auto* row = new QHBoxLayout(messageRow_);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(8);
-    auto* icon = new QLabel;
-    icon->setPixmap(symbol("warning", SymbolRole::warning).pixmap(16, 16));
     message_ = new ElidedLabel(Qt::ElideRight);
     message_->setProperty("role", "warning");
-    row->addWidget(icon);
+    row->addWidget(new SymbolLabel("warning", SymbolRole::warning));
     row->addWidget(message_, 1);
     return messageRow_;
 }

@@ -1,3 +1,4 @@
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -5,8 +6,10 @@
 #include <QDBusPendingReply>
 #include <QDBusVariant>
 #include <QEvent>
+#include <QPainter>
 #include <QProxyStyle>
 #include <QStyleFactory>
+#include <QStyleOption>
 
 #include "ui/theme.h"
 
@@ -26,14 +29,22 @@ constexpr auto colorScheme = "color-scheme";
 
 const Theme* inForce = nullptr;
 
-// A click beside a slider's handle brings the handle there, as level controls are used.
 class Style : public QProxyStyle {
 public:
     Style() : QProxyStyle(QStyleFactory::create("Fusion")) {}
     int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                   QStyleHintReturn* data) const override {
+        // A click beside a slider's handle brings the handle there, as level controls are used.
         if (hint == SH_Slider_AbsoluteSetButtons) return Qt::LeftButton;
         return QProxyStyle::styleHint(hint, option, widget, data);
+    }
+    void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                       const QWidget* widget) const override {
+        const bool row = element == PE_FrameFocusRect && qobject_cast<const QAbstractItemView*>(widget);
+        if (!row) return QProxyStyle::drawPrimitive(element, option, painter, widget);
+        painter->setPen(Theme::current().accent);
+        painter->setBrush(Qt::NoBrush);
+        painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
     }
 };
 

@@ -5,6 +5,7 @@
 #include <QToolButton>
 
 #include "ui/icons.h"
+#include "ui/symbol_label.h"
 #include "ui/time_label.h"
 #include "ui/value_slider.h"
 
@@ -42,9 +43,7 @@ TransportBar::TransportBar(PlayerModel& player, QWidget* parent) : QWidget(paren
     row->addSpacing(8);
     row->addWidget(selectionBox_);
     row->addStretch(1);
-    auto* levelIcon = new QLabel;
-    levelIcon->setPixmap(symbol("level", SymbolRole::secondary).pixmap(16, 16));
-    row->addWidget(levelIcon);
+    row->addWidget(new SymbolLabel("level", SymbolRole::secondary));
     row->addWidget(level_);
     row->addWidget(levelValue_);
     refresh();
