@@ -85,10 +85,9 @@ void PartitionedConvolver::State::take(int input, const float* samples, int fram
     const int slot = slotOf(input, 0);
     silent[size_t(slot)] = !(s.present || s.last);
     if (silent[size_t(slot)]) return;
-    if (s.stale) {
-        std::fill(half, half + filled, 0.0F);
-        std::fill(half + filled + frames, half + partition, 0.0F);
-    }
+    // What is stale and not zero stands there only at the first call of a partition: while the last one sounds, that
+    // call overwrites it all.
+    if (s.stale) std::fill(half + filled + frames, half + partition, 0.0F);
     if (hasSound || s.stale) std::memcpy(half + filled, samples, sizeof(float) * size_t(frames));
     s.stale = false;
     fft.forward(window(input), spectrum(slot));

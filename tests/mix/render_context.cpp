@@ -214,6 +214,17 @@ TEST(RenderContext, ForgottenStateFadesInFromSilence) {
     EXPECT_NEAR(bench.render(10)[0][4], 0.5, 1e-6);
 }
 
+// Denormals cost time and can't be heard: they are silence inside a block, and the thread's own business outside.
+TEST(RenderContext, DenormalsAreSilenceWithinTheBlockOnly) {
+    volatile float tiny = 1e-40F;
+    RenderBench bench(1);
+    bench.context.setConfig(bench.config(1, 1, {1}));
+    bench.context.setRing(bench.ring(1, 1000, [&](int, int) { return tiny; }));
+    bench.render(10);
+    EXPECT_EQ(bench.render(100)[0], Signal(100));
+    EXPECT_GT(tiny * 2, 0);
+}
+
 // MARK: headphones
 
 namespace {
