@@ -1,0 +1,68 @@
+// MusicAnalysis: the whole result for one piece of music, and how its stages are put together.
+#pragma once
+
+#include <array>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "analysis/key_analyzer.h"
+#include "analysis/loudness.h"
+#include "analysis/music_grid.h"
+#include "analysis/structure.h"
+#include "analysis/tempo_result.h"
+
+namespace brindlehum {
+
+// One immutable value; replaced as a whole when the piece is analysed again.
+struct MusicAnalysis {
+    TempoResult tempo;
+    MusicGrid grid;
+    KeyResult key;
+    LoudnessResult loudness;
+    StructureResult structure;
+    std::vector<float> mono22k;  // the working signal, for planner and views
+    double seconds = 0;          // frames / the file's rate
+
+    // "92.50 BPM 3/4 (twin 138.8) · breathing · F#m · -14.2 LUFS · -0.4 dBTP".
+    std::string summary() const;
+};
+
+// In the order in which they run.
+enum class AnalysisStage { mono, tempo, grid, spectrum, key, loudness, structure };
+inline constexpr int analysisStageCount = 7;
+
+// What to analyse. The samples are borrowed for the call.
+struct AnalysisInput {
+    const std::vector<std::vector<float>>& channels;  // of equal length
+    double sampleRate = 0;                            // Hz, above 0
+    std::optional<SourceFormat> source;
+    std::string_view name;  // the file's
+    // Chosen by the user in place of what the analysis finds.
+    std::optional<double> bpm;       // above 0
+    std::optional<int> beatsPerBar;  // 1 or more
+};
+
+struct AnalysisOutcome {
+    enum class Status {
+        done,
+        tooShort,  // a second or less
+        noPulse,   // no tempo can be read
+        cancelled
+    };
+    Status status = Status::done;
+    std::optional<MusicAnalysis> analysis;  // when done
+
+    // What an editor shows when there is no pulse.
+    static constexpr std::string_view noPulseText = "No steady pulse found; set the tempo by hand";
+};
+
+// Told which stage starts next, on the calling thread; false ends the analysis there.
+using AnalysisProgress = std::function<bool(AnalysisStage)>;
+
+// Runs all stages on the calling thread, which is a background one. No shared state.
+AnalysisOutcome analyzeMusic(const AnalysisInput& input, const AnalysisProgress& progress = {});
+
+}  // namespace brindlehum

@@ -1,0 +1,86 @@
+// Structure: a piece of music bar by bar, and the pins, loops and exits that follow from it. Stateless, any thread.
+//
+// Samples are mono at `sr` Hz; `bounds` are bar lines in seconds (MusicGrid::boundaries()). Bar i spans bounds[i] to
+// bounds[i + 1].
+#pragma once
+
+#include <array>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "analysis/music_grid.h"
+#include "analysis/pins.h"
+#include "analysis/spectral_frames.h"
+
+namespace brindlehum {
+
+struct BarProfile {
+    std::vector<float> rms;  // one a bar
+    float activeLevel = 0;   // of the music when it is playing
+    int musicStartBar = 0;   // the first bar of music
+    int musicEndBar = 0;     // one past the last
+};
+
+// How alike two bars are, up to 1; symmetric.
+struct SimilarityMatrix {
+    int size = 0;
+    std::vector<double> values;  // by rows
+    double at(int i, int j) const { return values[size_t(i) * size_t(size) + size_t(j)]; }
+    bool contains(int i, int j) const { return i >= 0 && j >= 0 && i < size && j < size; }
+};
+
+struct StructureResult {
+    BarProfile profile;
+    Pins pins;
+    SimilarityMatrix similarity;
+    std::vector<double> novelty;  // one a boundary, 0 to 1
+    std::vector<LoopCandidate> loopCandidates;
+    std::vector<LoopCandidate> exitCandidates;
+    std::vector<std::string> notes;  // remarks for the user, in the order they arose
+};
+
+namespace Structure {
+
+// Lengths in bars that count as phrases.
+inline constexpr std::array<int, 7> phraseBars = {8, 12, 16, 24, 32, 48, 64};
+
+// All of the below on one piece. `name` is the file's name, which may say that it is a loop.
+StructureResult analyze(std::span<const float> mono, double sr, const MusicGrid& grid, const SpectralFrames& frames,
+                        std::string_view name);
+
+BarProfile profile(std::span<const float> mono, double sr, std::span<const double> bounds);
+
+struct BarFeature {
+    SpectralFrames::Chroma chroma{};  // of length 1, or zeros
+    SpectralFrames::Bands bands{};    // compressed; of length 1, or zeros
+    float db = 0;
+};
+std::vector<BarFeature> barFeatures(const SpectralFrames& frames, std::span<const double> bounds);
+SimilarityMatrix similarity(std::span<const BarFeature> features);
+
+// How much the music changes at each boundary, largest 1: a checkerboard kernel of `half` bars on either side
+// (Foote, "Automatic audio segmentation using a measure of audio novelty", 2000). One entry more than bars.
+std::vector<double> novelty(const SimilarityMatrix& similarity, int half);
+
+struct Cooked {
+    std::optional<double> bodyEntry;  // seconds: a quiet head gives way here
+    std::optional<double> tailStart;  // seconds: the level fades for good from here
+};
+// The level alone, without bars.
+Cooked cook(std::span<const float> mono, double sr);
+
+// Sign changes per sample of x[from ..< to], clamped to the signal; zero counts as positive.
+float windowZcr(std::span<const float> x, int64_t from, int64_t to);
+
+// Places to end a loop that starts at the boundary `loopStart`, best first.
+std::vector<LoopCandidate> loopCandidates(std::span<const float> mono, double sr, std::span<const double> bounds,
+                                          const BarProfile& profile, int loopStart);
+// Places to leave the piece, best first.
+std::vector<LoopCandidate> exitCandidates(std::span<const float> mono, double sr, std::span<const double> bounds,
+                                          const BarProfile& profile, int beatsPerBar);
+
+}  // namespace Structure
+}  // namespace brindlehum

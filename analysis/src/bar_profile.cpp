@@ -1,0 +1,62 @@
+// Bar profile: the level of each bar, and where the music starts and ends.
+#include <algorithm>
+#include <optional>
+
+#include "analysis/structure.h"
+#include "dsp/signal.h"
+
+namespace brindlehum::Structure {
+namespace {
+
+// The 90th percentile: choruses, not peaks.
+float activeLevel(std::vector<float> rms) {
+    std::ranges::sort(rms);
+    return rms[std::min(rms.size() - 1, size_t(0.9 * double(rms.size())))];
+}
+
+// A rise out of a quiet lead-in within the first 8 bars.
+std::optional<int> leadInEnd(const std::vector<float>& rms, double active) {
+    const int last = std::min(7, int(rms.size()) - 2);
+    for (int j = 0; j <= last; ++j) {
+        const double now = rms[size_t(j)];
+        if (now >= 0.65 * active) return std::nullopt;
+        if (double(rms[size_t(j) + 1]) >= std::max(1.5 * now, 0.144 * active)) return j + 1;
+    }
+    return std::nullopt;
+}
+
+int musicStart(const std::vector<float>& rms, double active) {
+    if (const auto bar = leadInEnd(rms, active)) return *bar;
+    const auto loud = std::ranges::find_if(rms, [&](float level) { return double(level) >= 0.18 * active; });
+    return loud == rms.end() ? 0 : int(loud - rms.begin());
+}
+
+// Drops last bars that are quiet; the sharper they fall from the bar before, the less quiet they need to be.
+int musicEnd(const std::vector<float>& rms, double active, int start) {
+    int bar = int(rms.size()) - 1;
+    for (; bar > start; --bar) {
+        const double now = rms[size_t(bar)];
+        const double before = rms[size_t(bar) - 1];
+        const double limit = now <= 0.5 * before ? 0.6 : now <= 0.55 * before ? 0.3 : 0.08;
+        if (now >= limit * active) break;
+    }
+    return bar + 1;
+}
+
+}  // namespace
+
+BarProfile profile(std::span<const float> mono, double sr, std::span<const double> bounds) {
+    BarProfile out;
+    if (bounds.size() < 2) return out;
+    std::vector<float> store;
+    const std::span<const float> x = Signal::usable(mono, store);
+    for (size_t i = 0; i + 1 < bounds.size(); ++i) {
+        out.rms.push_back(Signal::rms(x, int64_t(sr * bounds[i]), int64_t(sr * bounds[i + 1])));
+    }
+    out.activeLevel = activeLevel(out.rms);
+    out.musicStartBar = musicStart(out.rms, out.activeLevel);
+    out.musicEndBar = musicEnd(out.rms, out.activeLevel, out.musicStartBar);
+    return out;
+}
+
+}  // namespace brindlehum::Structure

@@ -1,0 +1,44 @@
+// The scans that place single pins. Each looks at one question and falls back to a stated default.
+#pragma once
+
+#include <optional>
+#include <span>
+
+#include "analysis/structure.h"
+
+namespace brindlehum::Structure {
+
+// What all scans look at. `end` is the boundary where the music stops.
+struct Piece {
+    std::span<const float> mono;
+    double sr = 0;
+    std::span<const double> bounds;
+    double barSeconds = 0;
+    BarProfile profile;
+    SimilarityMatrix similarity;
+    std::vector<double> novelty;
+    Cooked cooked;
+    int end = 0;
+
+    int start() const { return profile.musicStartBar; }
+    double active() const { return profile.activeLevel; }
+    // The level of a bar, 0 for one that doesn't exist.
+    double level(int bar) const {
+        return bar >= 0 && bar < int(profile.rms.size()) ? double(profile.rms[size_t(bar)]) : 0;
+    }
+};
+
+// Seconds of silence before the first bar of music.
+std::optional<double> silentHead(const Piece& piece);
+// The boundary in the first 16 bars where the music most clearly opens up.
+std::optional<int> findIntroEnd(const Piece& piece);
+// The boundary in the last 8 bars where the music most clearly turns to its end.
+std::optional<int> findEndingStart(const Piece& piece, int introEnd);
+// The last 5 bars sink steadily by more than 9 dB.
+bool fadesOut(const Piece& piece);
+// The boundary up to `endingStart` that goes back to `introEnd` best.
+int findLoopEnd(const Piece& piece, int introEnd, int endingStart);
+// The file runs to its end, and says by its name or by its edges that it loops.
+bool isLoopFile(const Piece& piece, std::string_view name, bool finalHit);
+
+}  // namespace brindlehum::Structure

@@ -1,0 +1,25 @@
+// Pins as JSON.
+#include "analysis/pins.h"
+
+#include <nlohmann/json.hpp>
+
+namespace brindlehum {
+
+void to_json(nlohmann::json& json, const Pins& pins) {
+    json = {{"startTime", pins.startTime},     {"introEnd", pins.introEnd}, {"loopStart", pins.loopStart},
+            {"loopEnd", pins.loopEnd},         {"musicEnd", pins.musicEnd}, {"finalHit", pins.finalHit},
+            {"endingStart", pins.endingStart}, {"loopFile", pins.loopFile}};
+}
+
+void from_json(const nlohmann::json& json, Pins& pins) {
+    json.at("startTime").get_to(pins.startTime);
+    json.at("introEnd").get_to(pins.introEnd);
+    json.at("loopStart").get_to(pins.loopStart);
+    json.at("loopEnd").get_to(pins.loopEnd);
+    json.at("endingStart").get_to(pins.endingStart);
+    json.at("musicEnd").get_to(pins.musicEnd);
+    json.at("finalHit").get_to(pins.finalHit);
+    json.at("loopFile").get_to(pins.loopFile);
+}
+
+}  // namespace brindlehum

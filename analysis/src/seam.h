@@ -1,0 +1,31 @@
+// What a jump from one place to another would sound like, and whether the last bar is a final hit.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <span>
+
+#include "analysis/structure.h"
+
+namespace brindlehum::Structure {
+
+struct Seam {
+    double value = 0;              // 0 to 1
+    const char* reason = nullptr;  // for the user, if there is anything to say
+};
+
+// Compares `window` seconds after `endTime` with as much after `startTime`.
+Seam seamBetween(std::span<const float> x, double sr, double endTime, double startTime, double window, double active);
+
+// The last bar of the music, if it starts louder than the bar before and dies away within itself.
+std::optional<int> finalHitBar(std::span<const float> x, double sr, std::span<const double> bounds,
+                               const BarProfile& profile, int beatsPerBar);
+
+// What a length of `bars` adds to a score: `eight`, `four` or `two` by what divides it, else 0.
+inline double phraseBonus(int bars, double eight, double four, double two) {
+    if (bars % 8 == 0) return eight;
+    if (bars % 4 == 0) return four;
+    return bars % 2 == 0 ? two : 0;
+}
+
+}  // namespace brindlehum::Structure

@@ -1,0 +1,94 @@
+// Structure: from bars to pins, candidates and notes.
+#include "analysis/structure.h"
+
+#include <algorithm>
+
+#include "dsp/signal.h"
+#include "pin_scans.h"
+#include "seam.h"
+#include "text.h"
+
+namespace brindlehum::Structure {
+namespace {
+
+Piece measure(std::span<const float> x, double sr, const MusicGrid& grid, std::span<const double> bounds,
+              const SpectralFrames& frames) {
+    Piece piece;
+    piece.mono = x;
+    piece.sr = sr;
+    piece.bounds = bounds;
+    piece.barSeconds = 60 / grid.bpm * grid.beatsPerBar;
+    piece.profile = profile(x, sr, bounds);
+    piece.similarity = similarity(barFeatures(frames, bounds));
+    piece.novelty = novelty(piece.similarity, piece.similarity.size > 15 ? 4 : 2);
+    piece.cooked = cook(x, sr);
+    piece.end = std::min(int(bounds.size()) - 1, std::max(piece.profile.musicEndBar, piece.start() + 1));
+    return piece;
+}
+
+int placeIntroEnd(const Piece& piece, std::vector<std::string>& notes) {
+    if (const auto found = findIntroEnd(piece)) return *found;
+    notes.emplace_back("No distinct intro: edits start straight into the body");
+    return piece.start();
+}
+
+int placeEndingStart(const Piece& piece, int introEnd, std::optional<int> hit, std::vector<std::string>& notes) {
+    const auto place = [&] {
+        if (const auto found = findEndingStart(piece, introEnd)) return *found;
+        if (hit) {
+            notes.emplace_back("Ending is a single final hit");
+            return *hit;
+        }
+        notes.emplace_back("No distinct ending section: using the last 2 bars");
+        return std::max(piece.end - 2, introEnd + 1);
+    };
+    return std::max(std::min(piece.end, place()), introEnd + 1);
+}
+
+Pins loopFilePins(int lastBoundary) {
+    Pins pins;
+    pins.loopEnd = pins.endingStart = pins.musicEnd = pins.finalHit = lastBoundary;
+    pins.loopFile = true;
+    return pins;
+}
+
+}  // namespace
+
+StructureResult analyze(std::span<const float> mono, double sr, const MusicGrid& grid, const SpectralFrames& frames,
+                        std::string_view name) {
+    std::vector<float> store;
+    const std::span<const float> x = Signal::usable(mono, store);
+    const std::vector<double> bounds = grid.boundaries();
+    StructureResult out;
+    if (bounds.size() < 2) {
+        out.novelty.assign(1, 0.0);
+        return out;
+    }
+    Piece piece = measure(x, sr, grid, bounds, frames);
+    Pins& pins = out.pins;
+    if (const auto head = silentHead(piece)) {
+        pins.startTime = *head;
+        out.notes.push_back("Skipped " + fixed(*head, 1) + " s of silent head");
+    }
+    pins.introEnd = pins.loopStart = placeIntroEnd(piece, out.notes);
+    const auto hit = finalHitBar(x, sr, bounds, piece.profile, grid.beatsPerBar);
+    pins.endingStart = placeEndingStart(piece, pins.introEnd, hit, out.notes);
+    if (fadesOut(piece)) out.notes.emplace_back("Source ends on a fade-out");
+    pins.loopEnd = findLoopEnd(piece, pins.introEnd, pins.endingStart);
+    pins.musicEnd = piece.end;
+    pins.finalHit = hit.value_or(std::max(piece.end - 1, pins.endingStart));
+
+    // The candidates speak of the music as it was read, even where the file as a whole turns out to be a loop.
+    out.loopCandidates = loopCandidates(x, sr, bounds, piece.profile, pins.introEnd);
+    out.exitCandidates = exitCandidates(x, sr, bounds, piece.profile, grid.beatsPerBar);
+    if (isLoopFile(piece, name, hit.has_value())) {
+        pins = loopFilePins(int(bounds.size()) - 1);
+        out.notes = {"Seamless loop file: no composed ending, so cutdowns end with a 1-bar fade"};
+    }
+    out.profile = std::move(piece.profile);
+    out.similarity = std::move(piece.similarity);
+    out.novelty = std::move(piece.novelty);
+    return out;
+}
+
+}  // namespace brindlehum::Structure

@@ -1,0 +1,155 @@
+// MusicAnalysis: the stages together on a whole piece, progress, cancellation, overrides and the summary.
+#include "analysis/music_analysis.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <limits>
+
+#include "analysis/read_planar.h"
+#include "audio/error.h"
+#include "support/audio_files.h"
+#include "support/signals.h"
+#include "synth.h"
+
+namespace brindlehum {
+namespace {
+
+using Status = AnalysisOutcome::Status;
+using test::Planes;
+
+// Twelve bars of 4/4 at 120 BPM in A minor, stereo.
+Planes piece() {
+    std::vector<float> x = test::clickTrack(test::beatTimes(0, 24, [](double) { return 120.0; }), 4, 0, 24);
+    for (int bar = 0; bar < 12; ++bar) {
+        static constexpr int roots[] = {57, 62, 64, 57};
+        const int root = roots[bar % 4];
+        const int third = root == 64 ? 4 : 3;
+        test::addChord(x, 2 * bar, 2 * bar + 2, {root, root + third, root + 7}, 0.05);
+    }
+    return {x, x};
+}
+
+AnalysisInput inputOf(const Planes& channels, double rate = test::rate) {
+    return {channels, rate, SourceFormat::stereo(), "piece.wav", std::nullopt, std::nullopt};
+}
+
+TEST(MusicAnalysis, AssemblesAllStages) {
+    const Planes channels = piece();
+    std::vector<AnalysisStage> stages;
+    const auto got = analyzeMusic(inputOf(channels), [&](AnalysisStage stage) {
+        stages.push_back(stage);
+        return true;
+    });
+    ASSERT_EQ(got.status, Status::done);
+    ASSERT_EQ(stages.size(), size_t(analysisStageCount));
+    for (size_t i = 0; i < stages.size(); ++i) EXPECT_EQ(stages[i], AnalysisStage(i));
+    const MusicAnalysis& a = *got.analysis;
+    EXPECT_EQ(a.seconds, 24);
+    EXPECT_EQ(a.mono22k.size(), size_t(24 * test::rate));
+    EXPECT_NEAR(a.grid.bpm, 120, 0.2);
+    EXPECT_TRUE(a.grid.steady);
+    EXPECT_EQ(a.key.tonic + a.key.mode, "Aminor");
+    EXPECT_EQ(a.structure.profile.rms.size(), a.grid.boundaries().size() - 1);
+    EXPECT_EQ(a.structure.similarity.size, int(a.structure.profile.rms.size()));
+    EXPECT_GT(a.loudness.integrated, -40);
+}
+
+TEST(MusicAnalysis, CanBeCancelledBeforeEveryStage) {
+    const Planes channels = piece();
+    for (int last = 0; last < analysisStageCount; ++last) {
+        int told = 0;
+        const auto got = analyzeMusic(inputOf(channels), [&](AnalysisStage stage) {
+            ++told;
+            return int(stage) < last;
+        });
+        EXPECT_EQ(got.status, Status::cancelled) << last;
+        EXPECT_FALSE(got.analysis) << last;
+        EXPECT_EQ(told, last + 1) << "a stage ran on after the cancellation";
+    }
+}
+
+TEST(MusicAnalysis, NeedsMoreThanASecondAndAPulse) {
+    for (const auto& [frames, rate, status] : {std::tuple{size_t{22050}, 22050.0, Status::tooShort},
+                                               {22051, 22050.0, Status::done},
+                                               {0, 48000.0, Status::tooShort},
+                                               {48000, 48000.7, Status::tooShort},
+                                               {384000, 384000.0, Status::tooShort}}) {
+        const Planes channels(1, test::noise(frames, 4));
+        EXPECT_EQ(analyzeMusic(inputOf(channels, rate)).status, status) << frames << " at " << rate;
+    }
+    EXPECT_EQ(analyzeMusic(inputOf(Planes())).status, Status::tooShort);
+    // At a low rate a little more than a second still has no tempo: too few envelope entries between 30 and 240 BPM.
+    const Planes brief(1, std::vector<float>(1100, 0.1F));
+    EXPECT_NE(analyzeMusic(inputOf(brief, 1000)).status, Status::tooShort);
+}
+
+TEST(MusicAnalysis, TakesTheUsersTempoAndMeter) {
+    const Planes channels = piece();
+    auto input = inputOf(channels);
+    input.bpm = 60;
+    input.beatsPerBar = 3;
+    const auto got = analyzeMusic(input);
+    ASSERT_TRUE(got.analysis);
+    EXPECT_NEAR(got.analysis->grid.bpm, 60, 0.3);
+    EXPECT_EQ(got.analysis->grid.beatsPerBar, 3);
+    EXPECT_NEAR(got.analysis->tempo.bpm, 120, 0.5) << "what was heard stays on record";
+}
+
+TEST(MusicAnalysis, SurvivesOddFiles) {
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    Planes holes = piece();
+    for (size_t i = 0; i < holes[0].size(); i += 5000) holes[i / 5000 % 2][i] = nan;
+    for (const auto& [channels, rate] : {std::pair{holes, 22050.0},
+                                         {Planes(64, piece()[0]), 22050.0},
+                                         {piece(), 8000.0},
+                                         {piece(), 384000.0},
+                                         {Planes(2, std::vector<float>(100000, 0.0F)), 44100.0},
+                                         {Planes(1, std::vector<float>(100000, nan)), 44100.0}}) {
+        const auto got = analyzeMusic(inputOf(channels, rate));
+        const auto what = std::to_string(channels.size()) + " channels at " + std::to_string(int(rate));
+        ASSERT_EQ(got.status, Status::done) << what;
+        const MusicAnalysis& a = *got.analysis;
+        for (const float x : a.mono22k) ASSERT_TRUE(std::isfinite(x)) << what;
+        for (const double x : {a.grid.bpm, a.tempo.score, a.key.confidence, a.loudness.integrated}) {
+            EXPECT_TRUE(std::isfinite(x)) << what;
+        }
+        for (const double x : a.structure.similarity.values) ASSERT_TRUE(std::isfinite(x)) << what;
+        EXPECT_LT(a.structure.pins.musicEnd, int(a.grid.boundaries().size())) << what;
+    }
+}
+
+TEST(ReadPlanar, GivesTheWholeFileByChannel) {
+    const test::TempFolder folder;
+    const Planes planes = test::noisePlanes(3, 150001);
+    test::writeAudio(folder / "x.wav", planes, {.rate = 96000});
+    const auto got = Signal::readPlanar(folder / "x.wav");
+    EXPECT_EQ(got.channels, planes);
+    EXPECT_EQ(got.sampleRate, 96000);
+    test::writeAudio(folder / "empty.wav", Planes(2), {.rate = 44100});
+    const auto empty = Signal::readPlanar(folder / "empty.wav");
+    EXPECT_EQ(empty.channels, Planes(2));
+    EXPECT_EQ(empty.sampleRate, 44100);
+    EXPECT_THROW(Signal::readPlanar(folder / "none.wav"), Error);
+}
+
+TEST(MusicAnalysis, SumsUpInOneLine) {
+    MusicAnalysis a;
+    a.grid.bpm = 92.5;
+    a.tempo.meter.label = "3/4";
+    a.tempo.twin = 138.75;
+    a.tempo.drift = "BREATHING";
+    a.key.tonic = "F#";
+    a.key.mode = "minor";
+    a.loudness.integrated = -14.21;
+    a.loudness.truePeak = -0.4;
+    EXPECT_EQ(a.summary(), "92.50 BPM 3/4 (twin 138.8) · breathing · F#m · -14.2 LUFS · -0.4 dBTP");
+    a.grid.steady = true;
+    a.tempo.twin.reset();
+    a.key.mode = "major";
+    a.loudness.truePeak = -std::numeric_limits<double>::infinity();
+    EXPECT_EQ(a.summary(), "92.50 BPM 3/4 · steady · F# · -14.2 LUFS · -inf dBTP");
+}
+
+}  // namespace
+}  // namespace brindlehum

@@ -1,0 +1,358 @@
+// Structure: measuring stages by hand-made bars, then songs of known form.
+#include "analysis/structure.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+
+#include "support/signals.h"
+#include "synth.h"
+
+namespace brindlehum {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::Not;
+
+// A signal whose bars of one second have the given RMS levels.
+struct Bars {
+    explicit Bars(const std::vector<double>& levels) {
+        for (size_t bar = 0; bar < levels.size(); ++bar) {
+            bounds.push_back(double(bar));
+            for (int i = 0; i < 22050; ++i) x.push_back(float(i % 2 == 0 ? levels[bar] : -levels[bar]));
+        }
+        bounds.push_back(double(levels.size()));
+    }
+    BarProfile profile() const { return Structure::profile(x, test::rate, bounds); }
+    std::vector<float> x;
+    std::vector<double> bounds;
+};
+
+TEST(BarProfile, FindsWhereTheMusicStartsAndEnds) {
+    struct Case {
+        const char* what;
+        std::vector<double> levels;
+        int start, end;
+    };
+    for (const Case& c : {
+             Case{"even", {1, 1, 1, 1}, 0, 4},
+             Case{"silent first bar", {0, 1, 1, 1}, 1, 4},
+             Case{"a first bar above 18 % is still a lead-in", {0.3, 1, 1, 1}, 1, 4},
+             Case{"a first bar at two thirds is music", {0.66, 1, 1, 1}, 0, 4},
+             Case{"slow swell", {0.1, 0.14, 0.2, 0.28, 0.4, 1, 1, 1}, 5, 8},
+             Case{"eight silent bars", {0, 0, 0, 0, 0, 0, 0, 0, 0, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1}, 9, 20},
+             Case{"single bar", {1}, 0, 1},
+             Case{"silence", {0, 0, 0}, 0, 3},
+             Case{"60 % of the bar before, at 0.4, stays", {1, 1, 1, 0.67, 0.4}, 0, 5},
+             Case{"60 % of the bar before, at 0.07, goes", {1, 1, 1, 0.116, 0.07}, 0, 3},
+             Case{"steep fall", {1, 1, 1, 0.5}, 0, 3},
+             Case{"steep fall, still loud", {1, 1, 1, 1, 1, 1, 1, 1, 1, 2, 0.9}, 0, 11},
+             Case{"between the two falls", {1, 1, 1, 0.52}, 0, 4},
+             Case{"a tail of several bars", {1, 1, 1, 0.4, 0.15, 0.05}, 0, 3},
+         }) {
+        const BarProfile p = Bars(c.levels).profile();
+        EXPECT_EQ(p.musicStartBar, c.start) << c.what;
+        EXPECT_EQ(p.musicEndBar, c.end) << c.what;
+    }
+    const BarProfile ten = Bars({0.1, 0.2, 0.3, 0.4, 0.5, 0.6, 0.7, 0.8, 0.9, 1}).profile();
+    EXPECT_NEAR(ten.activeLevel, 1, 1e-6) << "the element at 0.9 n of the sorted levels";
+    EXPECT_NEAR(ten.rms[3], 0.4, 1e-6);
+    EXPECT_TRUE(Structure::profile(test::noise(1000, 1), test::rate, std::vector<double>{0}).rms.empty());
+}
+
+TEST(Similarity, IsTheWeightedSumOfChromaBandsAndLevel) {
+    SpectralFrames frames;
+    for (int bar = 0; bar < 3; ++bar) {
+        for (int i = 0; i < 4; ++i) {
+            frames.chroma.push_back({});
+            frames.chroma.back()[bar == 1 ? 7 : 0] = 5;
+            frames.bands.push_back({});
+            frames.bands.back()[bar == 1 ? 2 : 1] = 3;
+            frames.rms.push_back(bar == 2 ? 0.05F : 0.1F);
+        }
+    }
+    const double second = SpectralFrames::centre(4) - 0.01;
+    const std::vector<double> bounds = {0, second, SpectralFrames::centre(8) - 0.01, 2};
+    const auto features = Structure::barFeatures(frames, bounds);
+    ASSERT_EQ(features.size(), 3U);
+    EXPECT_NEAR(features[0].db, -20, 1e-4);
+    const auto sim = Structure::similarity(features);
+    EXPECT_NEAR(sim.at(0, 0), 1, 1e-6);
+    EXPECT_NEAR(sim.at(0, 1), 0.15, 1e-6) << "only the level is shared";
+    EXPECT_NEAR(sim.at(0, 2), 0.85 + 0.15 * (1 - 6.0206 / 12), 1e-5);
+    for (int i = 0; i < 3; ++i) {
+        for (int j = 0; j < 3; ++j) EXPECT_EQ(sim.at(i, j), sim.at(j, i));
+    }
+    EXPECT_EQ(Structure::similarity({}).size, 0);
+    EXPECT_TRUE(Structure::barFeatures(frames, std::vector<double>{1}).empty());
+}
+
+TEST(Novelty, PeaksWhereTwoBlocksMeet) {
+    SimilarityMatrix sim;
+    sim.size = 20;
+    for (int i = 0; i < 20; ++i) {
+        for (int j = 0; j < 20; ++j) sim.values.push_back((i < 7) == (j < 7) ? 1 : 0.2);
+    }
+    for (const int half : {2, 4}) {
+        const auto novelty = Structure::novelty(sim, half);
+        ASSERT_EQ(novelty.size(), 21U);
+        EXPECT_EQ(novelty[7], 1);
+        for (size_t i = 0; i < novelty.size(); ++i) {
+            EXPECT_LT(novelty[i], i == 7 ? 1.001 : 0.95) << i;
+        }
+        EXPECT_NEAR(novelty[13], 0, 1e-9) << "nothing changes there";
+        EXPECT_EQ(novelty[0], 0);
+        EXPECT_EQ(novelty[20], 0);
+    }
+    sim.size = 2;
+    EXPECT_THAT(Structure::novelty(sim, 2), ElementsAre(0, 0, 0));
+}
+
+TEST(LevelStudy, FindsBodyAndTail) {
+    const auto levels = [](const std::vector<std::pair<double, double>>& parts) {
+        std::vector<float> x;
+        for (const auto& [seconds, level] : parts) {
+            const auto end = x.size() + size_t(seconds * test::rate);
+            while (x.size() < end) x.push_back(float(x.size() % 2 == 0 ? level : -level));
+        }
+        return Structure::cook(x, test::rate);
+    };
+    const auto song = levels({{6, 0.1}, {30, 0.5}, {5, 0.05}});
+    ASSERT_TRUE(song.bodyEntry && song.tailStart);
+    EXPECT_NEAR(*song.bodyEntry, 6, 0.15);
+    EXPECT_NEAR(*song.tailStart, 36, 0.15);
+    EXPECT_FALSE(levels({{6, 0.4}, {30, 0.5}}).bodyEntry) << "a head at 80 % is no quiet head";
+    EXPECT_FALSE(levels({{6, 0.37}, {30, 0.5}}).bodyEntry) << "a body is twice as loud as its head";
+    EXPECT_NEAR(levels({{6, 0.37}, {20, 0.5}, {10, 0.8}}).bodyEntry.value_or(0), 26, 0.15);
+    EXPECT_FALSE(levels({{70, 0.1}, {80, 0.5}}).bodyEntry) << "looked for in the first minute only";
+    EXPECT_FALSE(levels({{30, 0.5}, {0.6, 0.05}}).tailStart) << "too short a tail";
+    const auto longTail = levels({{60, 0.5}, {30, 0.05}});
+    ASSERT_TRUE(longTail.tailStart);
+    EXPECT_NEAR(*longTail.tailStart, 70, 0.15) << "never more than 20 s before the end";
+    for (const auto& nothing : {levels({}), levels({{0.54, 0.5}}), levels({{10, 0}})}) {
+        EXPECT_FALSE(nothing.bodyEntry || nothing.tailStart);
+    }
+}
+
+TEST(ZeroCrossings, CountZeroAsPositive) {
+    const std::vector<float> x = {-0.1F, 0, 0.1F, 0, -0.1F, 0.2F};
+    EXPECT_FLOAT_EQ(Structure::windowZcr(x, 0, 6), 3.0F / 6);
+    EXPECT_FLOAT_EQ(Structure::windowZcr(x, 1, 4), 0);
+    EXPECT_FLOAT_EQ(Structure::windowZcr(x, -5, 2), 1.0F / 2);
+    EXPECT_EQ(Structure::windowZcr(x, 0, 1), 0);
+}
+
+const LoopCandidate* at(const std::vector<LoopCandidate>& list, int boundary) {
+    const auto found = std::ranges::find(list, boundary, &LoopCandidate::boundary);
+    return found == list.end() ? nullptr : &*found;
+}
+
+TEST(LoopCandidates, RatePhrasesAndTheMusicalEnd) {
+    const Bars bars(std::vector<double>(20, 0.5));
+    const auto list = Structure::loopCandidates(bars.x, test::rate, bars.bounds, bars.profile(), 0);
+    ASSERT_EQ(list.size(), 4U);
+    // All splices are perfect but the end's, which meets the file's edge.
+    EXPECT_NEAR(at(list, 8)->score, 0.5 + 0.2 - 0.05, 1e-9);
+    EXPECT_NEAR(at(list, 12)->score, 0.5 + 0.14 - 0.05, 1e-9);
+    EXPECT_NEAR(at(list, 16)->score, 0.5 + 0.2 - 0.05, 1e-9);
+    EXPECT_NEAR(at(list, 20)->score, 0.5 * 0.7 + 0.3, 1e-9);
+    EXPECT_THAT(at(list, 8)->reasons, ElementsAre("8-bar phrase", "clean splice"));
+    EXPECT_THAT(at(list, 20)->reasons, ElementsAre("musical end", "edge-to-edge file"));
+    EXPECT_TRUE(at(list, 20)->isContentEnd);
+    EXPECT_EQ(at(list, 20)->phraseBars, std::nullopt);
+    EXPECT_EQ(list[0].boundary, 8) << "equal scores in the order of time";
+    EXPECT_EQ(list[1].boundary, 16);
+    // From bar 4 on the end makes a phrase of 16.
+    const auto shifted = Structure::loopCandidates(bars.x, test::rate, bars.bounds, bars.profile(), 4);
+    EXPECT_EQ(at(shifted, 20)->phraseBars, 16);
+    EXPECT_THAT(at(shifted, 20)->reasons, ElementsAre("16-bar phrase", "musical end", "edge-to-edge file"));
+    EXPECT_NEAR(at(shifted, 20)->score, 0.35 + 0.2 + 0.3, 1e-9);
+}
+
+TEST(LoopCandidates, TellRiskyAndQuietSeams) {
+    std::vector<double> levels(20, 0.5);
+    levels[8] = 0.004;
+    levels[0] = 0.4;
+    Bars bars(levels);
+    const auto risky = Structure::loopCandidates(bars.x, test::rate, bars.bounds, bars.profile(), 0);
+    // 40 dB apart: no level match at all, the same brightness.
+    EXPECT_NEAR(at(risky, 8)->score, 0.25 + 0.2 - 0.05, 1e-6);
+    EXPECT_THAT(at(risky, 8)->reasons, ElementsAre("8-bar phrase")) << "0.5 is neither clean nor a risk";
+    for (size_t i = 8 * 22050; i < 9 * 22050; ++i) bars.x[i] = 0.004F;
+    const auto dull = Structure::loopCandidates(bars.x, test::rate, bars.bounds, bars.profile(), 0);
+    EXPECT_THAT(at(dull, 8)->reasons, ElementsAre("8-bar phrase", "audible seam risk"));
+    EXPECT_NEAR(at(dull, 8)->score, 0.5 * 0.5 * 0.6 + 0.15, 1e-6) << "quiet sides differ little in brightness";
+    const auto quiet = Structure::loopCandidates(bars.x, test::rate, bars.bounds, bars.profile(), 8);
+    EXPECT_THAT(at(quiet, 16)->reasons, Not(Contains("quiet at the seam")));
+    for (size_t i = 16 * 22050; i < 17 * 22050; ++i) bars.x[i] *= 0.01F;
+    const auto both = Structure::loopCandidates(bars.x, test::rate, bars.bounds, bars.profile(), 8);
+    EXPECT_THAT(at(both, 16)->reasons, Contains("quiet at the seam"));
+    EXPECT_NEAR(at(both, 16)->score, 0.5 * 0.95 + 0.15, 1e-6);
+}
+
+TEST(ExitCandidates, LeadWithTheEndOrTheHit) {
+    const Bars bars(std::vector<double>(20, 0.5));
+    const auto list = Structure::exitCandidates(bars.x, test::rate, bars.bounds, bars.profile(), 4);
+    ASSERT_EQ(list.size(), 6U);  // 20, and 2, 4, 8, 12, 16
+    EXPECT_EQ(list[0].boundary, 20);
+    EXPECT_NEAR(list[0].score, 0.9, 1e-9);
+    EXPECT_THAT(list[0].reasons, ElementsAre("musical end", "tail rings under next cue"));
+    EXPECT_NEAR(at(list, 8)->score, 0.5, 1e-9);
+    EXPECT_NEAR(at(list, 2)->score, 0.46, 1e-9);
+    EXPECT_THAT(at(list, 2)->reasons, ElementsAre("2-bar phrase"));
+    // A last bar with a strong first beat, then silence.
+    Bars hit(std::vector<double>(17, 0.3));
+    for (size_t i = 16 * 22050; i < hit.x.size(); ++i) hit.x[i] *= i < 16 * 22050 + 5512 ? 3.0F : 0.0F;
+    const auto atHit = Structure::exitCandidates(hit.x, test::rate, hit.bounds, hit.profile(), 4);
+    EXPECT_EQ(atHit[0].boundary, 16);
+    EXPECT_EQ(atHit[0].phraseBars, 16);
+    EXPECT_NEAR(atHit[0].score, 1, 1e-9);
+    EXPECT_THAT(atHit[0].reasons, ElementsAre("musical end", "tail rings under next cue", "16-bar phrase"));
+    std::vector<int> boundaries;
+    for (const auto& c : atHit) boundaries.push_back(c.boundary);
+    std::ranges::sort(boundaries);
+    EXPECT_EQ(std::ranges::unique(boundaries).size(), 0U);
+}
+
+// A song at 120 BPM in 4/4 on an exact grid: bars of two seconds, sections with chords and a level of their own.
+struct Section {
+    int bars;
+    int root;         // MIDI note
+    double level;     // of the chords
+    double drums;     // of the beats
+    double endLevel;  // of the chords at the end, reached by a straight fade in decibels
+};
+struct Song {
+    std::vector<float> x;
+    MusicGrid grid;
+};
+
+Song makeSong(const std::vector<Section>& sections, bool finalHit, double silentBars = 0) {
+    int bars = int(silentBars) + int(finalHit);
+    for (const Section& s : sections) bars += s.bars;
+    Song song;
+    song.x.assign(size_t(2 * bars * test::rate), 0.0F);
+    int bar = int(silentBars);
+    for (const Section& s : sections) {
+        for (int i = 0; i < s.bars; ++i, ++bar) {
+            const double gain = s.level * std::pow(s.endLevel / s.level, double(i) / std::max(s.bars - 1, 1));
+            test::addChord(song.x, 2 * bar, 2 * bar + 2, {s.root, s.root + 4, s.root + 7}, gain);
+            for (int beat = 0; beat < 4; ++beat) {
+                if (s.drums > 0) test::addTone(song.x, 2 * bar + 0.5 * beat, 3000, s.drums, 0.03);
+            }
+        }
+    }
+    if (finalHit) test::addTone(song.x, 2 * bar, 130, 0.9, 0.15);
+    song.grid.bpm = 120;
+    song.grid.steady = true;
+    song.grid.duration = 2 * bars;
+    for (int i = 0; i < 4 * bars; ++i) song.grid.beats.push_back(0.5 * i);
+    for (int i = 0; i < bars; ++i) song.grid.downbeats.push_back(2.0 * i);
+    return song;
+}
+
+StructureResult analyzeSong(const Song& song, const char* name = "Song.wav") {
+    return Structure::analyze(song.x, test::rate, song.grid, SpectralFrames(song.x), name);
+}
+
+const Section intro{8, 57, 0.03, 0, 0.03};
+const Section a{8, 48, 0.1, 0.3, 0.1};
+const Section b{8, 53, 0.11, 0.3, 0.11};
+const Section outro{4, 58, 0.05, 0, 0.05};
+
+TEST(Pins, OfASongThatEndsOnAHit) {
+    const auto got = analyzeSong(makeSong({intro, a, b, a, b}, true));
+    EXPECT_EQ(got.pins.startTime, 0);
+    EXPECT_EQ(got.pins.introEnd, 8);
+    EXPECT_EQ(got.pins.loopStart, 8);
+    EXPECT_EQ(got.pins.endingStart, 40);
+    EXPECT_EQ(got.pins.finalHit, 40);
+    EXPECT_EQ(got.pins.musicEnd, 41);
+    EXPECT_EQ(got.pins.loopEnd, 24) << "after one round of A and B, where A comes again";
+    EXPECT_FALSE(got.pins.loopFile);
+    EXPECT_EQ(got.exitCandidates[0].boundary, 40);
+    EXPECT_EQ(got.novelty.size(), 42U);
+}
+
+TEST(Pins, OfASongWithSilentHeadAndOutro) {
+    const auto got = analyzeSong(makeSong({intro, a, b, a, outro}, false, 2));
+    EXPECT_EQ(got.pins.startTime, 4);
+    EXPECT_EQ(got.pins.introEnd, 10);
+    EXPECT_EQ(got.pins.endingStart, 34);
+    EXPECT_EQ(got.pins.musicEnd, 38);
+    EXPECT_EQ(got.pins.finalHit, 37);
+    EXPECT_THAT(got.notes, ElementsAre("Skipped 4.0 s of silent head"));
+}
+
+TEST(Pins, OfPiecesTooShortForSections) {
+    const Section bars{3, 48, 0.1, 0, 0.1};
+    EXPECT_THAT(analyzeSong(makeSong({bars}, true)).notes,
+                ElementsAre("No distinct intro: edits start straight into the body", "Ending is a single final hit"));
+    const Song sinking = makeSong({{3, 48, 0.1, 0, 0.035}}, false);
+    const auto got = analyzeSong(sinking);
+    EXPECT_THAT(got.notes, ElementsAre("No distinct intro: edits start straight into the body",
+                                       "No distinct ending section: using the last 2 bars"));
+    EXPECT_EQ(got.pins.endingStart, 1);
+    EXPECT_EQ(got.pins.loopEnd, 1) << "under 4 bars the loop ends with the body";
+}
+
+TEST(Pins, OfAFade) {
+    const Section fade{8, 48, 0.1, 0, 0.01};
+    const auto got = analyzeSong(makeSong({{16, 48, 0.1, 0, 0.1}, fade}, false));
+    EXPECT_THAT(got.notes, Contains("Source ends on a fade-out"));
+    EXPECT_FALSE(got.pins.loopFile);
+}
+
+TEST(Pins, OfLoops) {
+    const Song even = makeSong({{8, 48, 0.1, 0.3, 0.1}}, false);
+    const auto byEdges = analyzeSong(even);
+    EXPECT_TRUE(byEdges.pins.loopFile);
+    EXPECT_EQ(byEdges.pins, (Pins{0, 0, 0, 8, 8, 8, 8, true}));
+    EXPECT_THAT(byEdges.notes,
+                ElementsAre("Seamless loop file: no composed ending, so cutdowns end with a 1-bar fade"));
+    // With a tail that differs from the head, only the name can tell.
+    const Song uneven = makeSong({{7, 48, 0.1, 0.3, 0.1}, {1, 48, 0.04, 0, 0.04}}, false);
+    EXPECT_TRUE(analyzeSong(uneven, "Loop_120.wav").pins.loopFile);
+    for (const char* name : {"Song.wav", "Intro Loop.wav", "Loop End.wav", "Blend loop.wav"}) {
+        EXPECT_FALSE(analyzeSong(uneven, name).pins.loopFile) << name;
+    }
+}
+
+TEST(Pins, AreValidForAnyCountOfBars) {
+    for (int bars = 1; bars <= 12; ++bars) {
+        for (const bool hit : {false, true}) {
+            for (const char* name : {"x.wav", "loop.wav"}) {
+                const auto got = analyzeSong(makeSong({{bars, 48, 0.1, 0.3, 0.1}}, hit), name);
+                const int last = bars + int(hit);
+                const Pins& p = got.pins;
+                EXPECT_LE(p.introEnd, p.loopEnd) << bars;
+                EXPECT_LE(p.endingStart, last) << bars;
+                EXPECT_LE(p.musicEnd, last) << bars;
+                EXPECT_LE(p.finalHit, last) << bars;
+                for (const int pin : {p.introEnd, p.loopStart, p.loopEnd, p.endingStart, p.musicEnd, p.finalHit}) {
+                    EXPECT_GE(pin, 0) << bars;
+                }
+            }
+        }
+    }
+    MusicGrid none;
+    EXPECT_TRUE(Structure::analyze({}, test::rate, none, {}, "").loopCandidates.empty());
+}
+
+TEST(Pins, TravelAsJson) {
+    const Pins pins{1.5, 2, 3, 4, 5, 6, 7, true};
+    const nlohmann::json json = pins;
+    EXPECT_EQ(json.dump(), R"({"endingStart":5,"finalHit":7,"introEnd":2,"loopEnd":4,"loopFile":true,"loopStart":3,)"
+                           R"("musicEnd":6,"startTime":1.5})");
+    EXPECT_EQ(json.get<Pins>(), pins);
+    for (const auto& [key, value] : json.items()) {
+        auto partial = json;
+        partial.erase(key);
+        EXPECT_THROW(partial.get<Pins>(), nlohmann::json::exception) << key;
+    }
+}
+
+}  // namespace
+}  // namespace brindlehum
