@@ -40,7 +40,8 @@ public:
     }
     void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                        const QWidget* widget) const override {
-        const bool row = element == PE_FrameFocusRect && qobject_cast<const QAbstractItemView*>(widget);
+        // A tree view draws the frame of its row without naming itself.
+        const bool row = element == PE_FrameFocusRect && (!widget || qobject_cast<const QAbstractItemView*>(widget));
         if (!row) return QProxyStyle::drawPrimitive(element, option, painter, widget);
         painter->setPen(Theme::current().accent);
         painter->setBrush(Qt::NoBrush);

@@ -14,12 +14,14 @@ constexpr double labelInset = 4;   // logical pixels
 constexpr double labelPoints = 9;
 
 // A float file may hold anything; what lies far outside the picture need not be drawn to scale.
-double reach(float value) { return std::isfinite(value) ? std::clamp(static_cast<double>(value), -100.0, 100.0) : 0; }
+double reach(float value) {
+    return std::isfinite(value) ? std::clamp(static_cast<double>(value), -100.0, 100.0) : 0;
+}
 
 // One rectangle a column from the lowest to the highest value, in device pixels; a flat line is one pixel high.
 // Rectangles and no path: filling a path of a thousand parts takes Qt a hundred times as long.
 QList<QRect> laneColumns(const WaveformData& data, size_t lane, int64_t totalFrames, int columns, double middle,
-                      double scale) {
+                         double scale) {
     QList<QRect> spans;
     spans.reserve(columns);
     const auto& mins = data.mins[lane];
