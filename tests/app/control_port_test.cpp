@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "app/control_server.h"
-#include "event_loop_test.h"
+#include "support/event_loop_test.h"
 
 namespace brindlehum {
 namespace {

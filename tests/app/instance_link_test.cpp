@@ -9,7 +9,7 @@
 #include <atomic>
 
 #include "app/instance_link.h"
-#include "event_loop_test.h"
+#include "support/event_loop_test.h"
 #include "support/audio_files.h"
 
 namespace brindlehum {

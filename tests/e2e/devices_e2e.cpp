@@ -1,0 +1,107 @@
+// Devices and servers that come and go under the running sound, and files that break off.
+#include "listening_test.h"
+#include "platform/headless_audio.h"
+
+namespace brindlehum::test {
+namespace {
+
+using DevicesOnPipeWire = ListeningTest;
+
+TEST_F(DevicesOnPipeWire, AProfileOnAnotherDeviceTakesOverWhereTheSoundStands) {
+    load(toneFile(2, 30));
+    SinkRecorder from("sink16", 16, 20);
+    SinkRecorder to("sink2", 2, 20);
+    playFrom(0);
+    listen(from, 24 * block);
+    const int64_t before = player_.currentFrame();
+    select(nearfield);
+    ASSERT_TRUE(until([&] { return to.soundingFrames() >= 24 * block; }));
+    EXPECT_GE(player_.currentFrame(), before);
+    EXPECT_EQ(app_.engine().deviceName(), "Pair");
+    EXPECT_EQ(app_.engine().deviceChannels(), 2);
+    expectNoClick(from.stop(), "the device left");
+    expectNoClick(to.stop(), "the device taken");
+    EXPECT_FALSE(player_.message());
+}
+
+TEST_F(DevicesOnPipeWire, TheDefaultDeviceCarriesOnForOneThatIsUnplugged) {
+    server_.setDefaultSink("sink2");
+    load(toneFile(2, 30));
+    SinkRecorder to("sink2", 2, 20);
+    playFrom(0);
+    ASSERT_TRUE(until([&] { return player_.currentFrame() > 4 * block; }));
+    const int64_t before = player_.currentFrame();
+    server_.removeSink("sink16");
+    ASSERT_TRUE(until([&] { return to.soundingFrames() >= 24 * block; }));
+    EXPECT_TRUE(player_.isPlaying());
+    EXPECT_GE(player_.currentFrame(), before);
+    EXPECT_EQ(app_.engine().deviceName(), "Unavailable device");
+    EXPECT_EQ(app_.engine().deviceChannels(), 2);
+    EXPECT_FALSE(player_.message());
+    expectNoClick(to.stop(), "the default device");
+
+    // Plugged in again, it is used from the next start on.
+    server_.addSink("sink16", 16);
+    SinkRecorder back("sink16", 16, 20);
+    player_.seek(0);
+    ASSERT_TRUE(until([&] { return back.soundingFrames() >= 8 * block; }));
+    EXPECT_EQ(app_.engine().deviceName(), "sink16");
+}
+
+TEST_F(DevicesOnPipeWire, TheLastDeviceGoneIsSaidAndTheNextOnePlays) {
+    load(toneFile(2, 30));
+    playFrom(0);
+    for (const char* sink : {"sink2", "sink12", "sink16"}) server_.removeSink(sink);
+    ASSERT_TRUE(until([&] { return player_.message().has_value(); }));
+    EXPECT_EQ(*player_.message(), "Output device changed: Couldn't open the output device");
+    EXPECT_FALSE(player_.isPlaying());
+
+    server_.addSink("sink16", 16);
+    SinkRecorder back("sink16", 16, 20);
+    playFrom(0);
+    ASSERT_TRUE(until([&] { return back.soundingFrames() >= 8 * block; }));
+}
+
+TEST_F(DevicesOnPipeWire, TheTransportGoesOnWithoutAServerAndComesBackToIt) {
+    load(toneFile(2, 30));
+    playFrom(0);
+    ASSERT_TRUE(until([&] { return player_.currentFrame() > 4 * block; }));
+    server_.kill();
+    ASSERT_TRUE(until([&] {
+        return app_.engine().deviceChannels() == 16 && !app_.engine().devices().allOutputs().empty() &&
+               app_.engine().devices().allOutputs() == HeadlessAudioSystem().allOutputs();
+    }));
+    ASSERT_TRUE(until([&] { return player_.isPlaying(); })) << player_.message().value_or("no message");
+    const int64_t before = player_.currentFrame();
+    ASSERT_TRUE(until([&] { return player_.currentFrame() > before; })) << "the playhead stands still";
+    EXPECT_FALSE(player_.message());
+
+    server_.start();
+    SinkRecorder back("sink16", 16, 20);
+    player_.seek(0);
+    ASSERT_TRUE(until([&] { return back.soundingFrames() >= 8 * block; }));
+    EXPECT_EQ(app_.engine().deviceName(), "sink16");
+}
+
+TEST_F(DevicesOnPipeWire, AFileThatShrinksEndsThereAndOneThatVanishesIsNamed) {
+    const auto file = toneFile(16, 30);
+    load(file);
+    playFrom(0);
+    // The stream has read at most a second and a half ahead.
+    std::filesystem::resize_file(file, size_t(4 * rate) * 16 * sizeof(float));
+    ASSERT_TRUE(until([&] { return !player_.isPlaying(); }));
+    EXPECT_EQ(player_.currentFrame(), 0);
+
+    std::filesystem::remove(file);
+    player_.play(std::nullopt);
+    ASSERT_TRUE(until([&] { return player_.message().has_value(); }));
+    EXPECT_EQ(*player_.message(), "tone.wav can't be opened: No such file or directory");
+    EXPECT_FALSE(player_.isPlaying());
+
+    load(toneFile(2, 1, "other.wav"));
+    playFrom(0);
+    EXPECT_FALSE(player_.message());
+}
+
+}  // namespace
+}  // namespace brindlehum::test

@@ -1,0 +1,98 @@
+// A test that runs the application on a private sound server and listens to its sinks.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <optional>
+
+#include "app/app_model.h"
+#include "platform/linux_audio.h"
+#include "platform/qt_main_loop.h"
+#include "support/audio_files.h"
+#include "support/event_loop_test.h"
+#include "support/pipewire/private_pipewire.h"
+#include "support/pipewire/sink_recorder.h"
+#include "support/signals.h"
+
+namespace brindlehum::test {
+
+inline constexpr int rate = 48000;  // Hz, of the server and of all files
+inline constexpr int block = 1024;  // frames, of the server
+inline constexpr double toneHz = 200;
+inline constexpr int tonePeriod = 240;  // frames
+inline constexpr double toneLevel = 0.5;
+
+class NoDesktop : public Desktop {
+public:
+    void openFolder(const std::filesystem::path&) override {}
+    void reveal(const std::filesystem::path&) override {}
+};
+
+class ListeningTest : public EventLoopTest {
+protected:
+    ListeningTest() {
+        app_.settings().change([](AppSettings& s) {
+            s.autoPlay = false;
+            s.profiles[room].deviceUID = "sink16";
+            s.profiles[nearfield].deviceUID = "sink2";
+            s.profiles[headphones].deviceUID = "sink16";
+        });
+        app_.start(0);
+    }
+
+public:
+    enum Profile : size_t { room, nearfield, headphones };
+
+protected:
+    void select(Profile profile) { player_.selectProfile(app_.settings().value().profiles[profile].id); }
+
+    std::filesystem::path toneFile(int channels, double seconds, const std::string& name = "tone.wav") {
+        const Planes planes(size_t(channels), sine(size_t(seconds * rate), toneHz, rate, toneLevel));
+        writeAudio(folder_ / name, planes);
+        return folder_ / name;
+    }
+    void load(const std::filesystem::path& file) {
+        player_.load(file, false);
+        ASSERT_TRUE(until([&] { return player_.info() && player_.info()->url == file; }));
+    }
+    void playFrom(int64_t frame) {
+        player_.play(frame);
+        ASSERT_TRUE(until([&] { return player_.isPlaying(); })) << player_.message().value_or("no message");
+    }
+    // Until the recorder has heard so many frames more.
+    static void listen(const SinkRecorder& recorder, int frames) {
+        const size_t goal = recorder.frames() + size_t(frames);
+        ASSERT_TRUE(until([&] { return recorder.frames() >= goal; })) << "the sink stands still";
+    }
+
+    PrivatePipeWire server_;
+    QtMainLoop loop_;
+    std::unique_ptr<AudioSystem> audio_ = makeAudioSystem(loop_);
+    MemoryDefaults defaults_;
+    NoDesktop desktop_;
+    TempFolder folder_;
+    AppModel app_{Platform{loop_, *audio_, defaults_, desktop_}};
+    PlayerModel& player_ = app_.player();
+};
+
+// Whatever is heard of a tone is a sum of tones of its frequency, each faded in a straight line over one block of
+// the server where something changed. A tone of peak p moves by at most 2 pi f / rate * p from sample to sample; a
+// fade between two of them adds at most the difference of their peaks, 2 p, over the block. A click is a jump
+// beyond that. 5 % are for the peak of a tone whose crest falls between two samples.
+inline double largestAllowedJump(const std::vector<float>& heard) {
+    double peak = 0;
+    for (const float x : heard) peak = std::max(peak, std::abs(double(x)));
+    return 1.05 * peak * (2 * std::numbers::pi * toneHz / rate + 2.0 / block);
+}
+
+inline void expectNoClick(const Planes& heard, const char* what) {
+    bool sounded = false;
+    for (size_t c = 0; c < heard.size(); ++c) {
+        const double jump = maxJump(heard[c]);
+        sounded = sounded || jump > 0;
+        EXPECT_LE(jump, largestAllowedJump(heard[c]) + 1e-6) << what << ", channel " << c;
+    }
+    EXPECT_TRUE(sounded) << what << ": nothing was heard";
+}
+
+}  // namespace brindlehum::test
