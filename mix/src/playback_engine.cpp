@@ -1,6 +1,8 @@
 #include "mix/playback_engine.h"
 
 #include <algorithm>
+#include <chrono>
+#include <thread>
 
 #include "audio/error.h"
 #include "binaural_loader.h"
@@ -88,7 +90,20 @@ void PlaybackEngine::open(const std::optional<std::string>& deviceUID) {
     deviceName_ = devices_.name(deviceUID);
 }
 
+// The block in hand and the one that fades must have ended before the device may fall silent without a click. A
+// device that has gone or changed gets no time: nobody hears it.
+void PlaybackEngine::fadeOut() {
+    if (!configuredKey_ || !current_ || !isRunning()) return;
+    ctx_->setRing(nullptr);
+    const uint64_t mark = watch_->blocks();
+    const auto limit = std::chrono::steady_clock::now() + std::chrono::duration<double>(fadeOutLimit);
+    while (watch_->mayStillUse(mark) && std::chrono::steady_clock::now() < limit) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+}
+
 void PlaybackEngine::teardown() {
+    fadeOut();
     streamToken_.reset();
     stream_.reset();
     watch_->setRunning(false);

@@ -29,6 +29,8 @@ public:
     static constexpr double retirement = 3.0;
     // Seconds that the device stays warm after the last stop.
     static constexpr double idleDelay = 20.0;
+    // Seconds that a device which is given up for another one gets at most to fade out.
+    static constexpr double fadeOutLimit = 0.1;
 
     // Makes the binaural stage of a rate (Hz), on a background thread; throws when there is no HRTF set.
     using StageMaker = std::function<std::shared_ptr<BinauralStage>(double sampleRate)>;
@@ -74,6 +76,7 @@ private:
 
     bool isOpenFor(const std::optional<std::string>& deviceUID) const;
     void open(const std::optional<std::string>& deviceUID);
+    void fadeOut();
     void teardown();
     void publish(const MixConfig& config);
     void replaceConfig(std::shared_ptr<PublishedConfig> next);
