@@ -9,8 +9,8 @@
 #include <atomic>
 
 #include "app/instance_link.h"
-#include "support/event_loop_test.h"
 #include "support/audio_files.h"
+#include "support/event_loop_test.h"
 
 namespace brindlehum {
 namespace {
