@@ -17,12 +17,12 @@ std::unique_ptr<AudioFile> AudioFile::open(const std::filesystem::path& path) {
 std::unique_ptr<AudioFile> openAudioFile(const std::shared_ptr<FileHandle>& handle, const std::filesystem::path& path) {
     if (handle->size() == 0) throw Error(0, openFailure(path, "it is empty"));
     const Container container = containerOf(*handle);
-    const bool ffmpegFirst = container == Container::mp4 || container == Container::mpeg;
+    // libsndfile would hand MPEG audio to a decoder that is less exact and prints its doubts.
+    const bool ffmpegOnly = container == Container::mp4 || container == Container::mpeg;
     const bool namedRaw = path.extension() == ".mp3" || path.extension() == ".aac";
     std::unique_ptr<AudioFile> file;
-    if (ffmpegFirst) file = openWithFFmpeg(handle, container, namedRaw);
-    if (!file) file = openWithSndfile(handle, container);
-    if (!file && !ffmpegFirst) file = openWithFFmpeg(handle, container, namedRaw);
+    if (!ffmpegOnly) file = openWithSndfile(handle, container);
+    if (!file) file = openWithFFmpeg(handle, container, namedRaw);
     if (!file) throw Error(0, openFailure(path, "it holds no audio that can be read"));
     return file;
 }

@@ -1,0 +1,154 @@
+// Damaged, absurd and vanishing files: a clear error or an honest rest, never a crash or a hang.
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <bit>
+#include <cmath>
+
+#include "audio/audio_file_info.h"
+#include "audio/error.h"
+#include "reading.h"
+
+namespace brindlehum {
+namespace {
+
+using namespace test;
+
+// A PCM WAV header with whatever is asked for, and the bytes of sound behind it.
+std::string wav(uint32_t channels, uint32_t rate, uint32_t bits, uint32_t dataSize, const std::string& sound) {
+    const uint32_t frame = channels * bits / 8;
+    return "RIFF" + le32(36 + dataSize) + "WAVEfmt " + le32(16) + le16(1) + le16(channels) + le32(rate) +
+           le32(rate * frame) + le16(frame) + le16(bits) + "data" + le32(dataSize) + sound;
+}
+
+std::string cafWithRate(double rate) {
+    const auto bits = std::bit_cast<uint64_t>(rate);
+    std::string bytes("caff\0\1\0\0desc\0\0\0\0\0\0\0\x20", 20);
+    for (int i = 7; i >= 0; --i) bytes += char(bits >> (8 * i) & 0xFF);
+    bytes += std::string("lpcm\0\0\0\0\0\0\0\4\0\0\0\1\0\0\0\2\0\0\0\x10", 24);
+    return bytes + std::string("data\0\0\0\0\0\0\0\x0C\0\0\0\0\1\2\3\4\5\6\7\x8", 24);
+}
+
+TEST(BadFiles, AreRefusedWithOneLineThatNamesThem) {
+    const TempFolder folder;
+    const std::string text(3000, 'q');
+    const std::pair<const char*, std::string> files[] = {
+        {"empty.wav", ""},
+        {"zeros.wav", std::string(5000, '\0')},
+        {"text.wav", text},
+        {"text.mp3", text},
+        {"text.m4a", text},
+        {"text.aac", text},
+        {"playlist.wav", "#EXTM3U\n#EXT-X-TARGETDURATION:9\n#EXTINF:9,\n/etc/hostname\n"},
+        {"list.wav", "ffconcat version 1.0\nfile /etc/hostname\n"},
+        {"head.wav", "RIFF"},
+        {"form.wav", "RIFF" + le32(4) + "WAVE"},
+        {"no-channels.wav", wav(0, 48000, 16, 64, std::string(64, 'x'))},
+        {"no-rate.wav", wav(2, 0, 16, 64, std::string(64, 'x'))},
+        {"nan.caf", cafWithRate(std::nan(""))},
+        {"minus.caf", cafWithRate(-48000)},
+        {"channels.caf", cafWithRate(48000).replace(44, 4, "\x7F\xFF\xFF\xFF")},
+        {"head.m4a", std::string("\0\0\0\x18", 4) + "ftypM4A " + std::string(12, '\0')},
+        {"line\nbreak.wav", text},
+    };
+    for (const auto& [name, bytes] : files) {
+        writeBytes(folder / name, bytes);
+        try {
+            AudioFile::open(folder / name);
+            ADD_FAILURE() << name << " was opened";
+        } catch (const Error& error) {
+            const std::string line = error.what();
+            EXPECT_TRUE(line.starts_with(std::string(name).substr(0, 4))) << line;
+            EXPECT_EQ(line.find('\n'), std::string::npos) << line;
+            EXPECT_EQ(line.find(folder.path().string()), std::string::npos) << line;
+        }
+    }
+}
+
+TEST(BadFiles, WhatIsNoRegularFileIsRefusedAtOnce) {
+    const TempFolder folder;
+    std::filesystem::create_directory(folder / "x.wav");
+    ASSERT_EQ(mkfifo((folder / "pipe.wav").c_str(), 0600), 0);
+    std::filesystem::create_symlink("/dev/zero", folder / "zero.wav");
+    std::filesystem::create_symlink("loop.wav", folder / "loop.wav");
+    const std::pair<const char*, const char*> refused[] = {
+        {"x.wav", "x.wav can't be opened: it is a folder"},
+        {"pipe.wav", "pipe.wav can't be opened: it isn't a regular file"},
+        {"zero.wav", "zero.wav can't be opened: it isn't a regular file"},
+        {"loop.wav", "loop.wav can't be opened: Too many levels of symbolic links"},
+        {"missing.wav", "missing.wav can't be opened: No such file or directory"},
+    };
+    for (const auto& [name, line] : refused) {
+        try {
+            AudioFileInfo::load(folder / name);
+            ADD_FAILURE() << name << " was opened";
+        } catch (const Error& error) {
+            EXPECT_STREQ(error.what(), line);
+        }
+    }
+}
+
+TEST(BadFiles, ClaimsBeyondTheFileAreCutToWhatIsThere) {
+    const TempFolder folder;
+    for (const uint32_t claimed : {0xFFFFFFFFU, 0xFFFFFFF0U, 4096U, 1001U}) {
+        writeBytes(folder / "claim.wav", wav(2, 48000, 16, claimed, std::string(1000, 'x')));
+        const auto file = AudioFile::open(folder / "claim.wav");
+        EXPECT_EQ(file->facts().frames, 250) << claimed;
+        EXPECT_EQ(readAll(*file)[0].size(), 250U) << claimed;
+    }
+    writeBytes(folder / "none.wav", wav(2, 48000, 16, 0, ""));
+    EXPECT_EQ(AudioFile::open(folder / "none.wav")->facts().frames, 0);
+}
+
+// Every format, cut at many places: opening fails or reading ends, and what is read is where it belongs.
+TEST(BadFiles, TruncatedFilesGiveTheirRestOrAnError) {
+    const TempFolder folder;
+    writeAudio(folder / "s.wav", noisePlanes(2, 20000), {FileKind::wav, 44100, 16, 0});
+    for (const char* name : {"t.wav", "t.mp3", "t.m4a", "t.aac", "t.flac", "t.caf", "t.aiff", "t.w64", "t.mov"}) {
+        run("ffmpeg -y -i " + (folder / "s.wav").string() + " " + (folder / name).string());
+        const std::string whole = readBytes(folder / name);
+        for (const double part : {0.001, 0.003, 0.01, 0.05, 0.3, 0.5, 0.9, 0.999}) {
+            const std::string cut = "cut" + std::filesystem::path(name).extension().string();
+            writeBytes(folder / cut, whole.substr(0, size_t(double(whole.size()) * part)));
+            try {
+                const auto file = AudioFile::open(folder / cut);
+                const Planes planes = readAll(*file, 1000);
+                EXPECT_LE(int64_t(planes[0].size()), file->facts().frames) << name << " " << part;
+                readFrom(*file, file->facts().frames / 2, 100, 100);
+            } catch (const Error& error) {
+                EXPECT_LT(part, 0.95) << name << ": " << error.what();
+            }
+        }
+    }
+}
+
+TEST(BadFiles, AFileThatShrinksOrVanishesWhileOpenEndsEarly) {
+    const TempFolder folder;
+    writeAudio(folder / "s.wav", noisePlanes(2, 200000), {FileKind::wav, 48000, 16, 0});
+    for (const char* name : {"t.wav", "t.flac", "t.mp3", "t.m4a"}) {
+        run("ffmpeg -y -i " + (folder / "s.wav").string() + " -b:a 320k " + (folder / name).string());
+        const auto file = AudioFile::open(folder / name);
+        EXPECT_EQ(readFrom(*file, 0, 1000, 500)[0].size(), 1000U);
+        std::filesystem::resize_file(folder / name, 300);
+        EXPECT_LT(readFrom(*file, 150000, 40000, 4096)[0].size(), 40000U) << name;
+        EXPECT_TRUE(readFrom(*file, 199000, 100, 100)[0].empty()) << name;
+        std::filesystem::remove(folder / name);
+        EXPECT_TRUE(readFrom(*file, 190000, 100, 100)[0].empty()) << name;
+    }
+}
+
+TEST(Probe, TellsContentFromName) {
+    const TempFolder folder;
+    writeAudio(folder / "s.wav", noisePlanes(2, 4800), {FileKind::wav, 48000, 16, 0});
+    std::filesystem::copy(folder / "s.wav", folder / "wave.mp3");
+    run("ffmpeg -y -i " + (folder / "s.wav").string() + " -f mp3 " + (folder / "mp3.wav").string());
+    EXPECT_EQ(AudioFileInfo::load(folder / "wave.mp3").codec, "PCM");
+    const AudioFileInfo info = AudioFileInfo::load(folder / "mp3.wav");
+    EXPECT_EQ(info.codec, "MP3");
+    EXPECT_EQ(info.frames, 4800);
+    EXPECT_EQ(info, AudioFileInfo::load(folder / "mp3.wav"));
+    EXPECT_NE(info, AudioFileInfo::load(folder / "s.wav"));
+}
+
+}  // namespace
+}  // namespace brindlehum
