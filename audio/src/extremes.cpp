@@ -22,8 +22,8 @@ inline void take(float sample, float& least, float& greatest) {
 }  // namespace
 
 Extremes extremes(const float* samples, int64_t count) noexcept {
-    std::array<float, lanes> least;
-    std::array<float, lanes> greatest;
+    std::array<float, lanes> least{};
+    std::array<float, lanes> greatest{};
     least.fill(std::numeric_limits<float>::infinity());
     greatest.fill(-std::numeric_limits<float>::infinity());
     const auto width = static_cast<int64_t>(lanes);

@@ -101,7 +101,6 @@ StreamReader::Block StreamReader::readSource(int limit) {
         // The source is shorter than it promised: the loop ends here.
         filePos_ = loopStart_;
         got = read(std::min<int64_t>(hardEnd - filePos_, limit));
-        if (got < 1) filePos_ = hardEnd;
     }
     if (got < 1) return {0, filePos_};
     const int64_t start = std::exchange(filePos_, filePos_ + got);
@@ -122,9 +121,7 @@ bool StreamReader::fillPlain() {
 
 bool StreamReader::fillConverted() {
     const auto pull = [this](int limit, const float** planes) {
-        if (sourceDone_) return 0;
         const int got = readSource(std::min(limit, blockFrames)).frames;
-        sourceDone_ = got < 1;
         std::copy(in_.planes.begin(), in_.planes.end(), planes);
         return got;
     };

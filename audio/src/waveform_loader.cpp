@@ -56,7 +56,7 @@ std::shared_ptr<WaveformLoader> WaveformLoader::load(const std::filesystem::path
 
 std::shared_ptr<WaveformLoader> WaveformLoader::load(Open open, Update onUpdate, const Executor& background,
                                                      const Executor& main, Clock now) {
-    const auto loader = std::make_shared<WaveformLoader>();
+    auto loader = std::make_shared<WaveformLoader>();
     background([load = Load{loader, std::move(open), std::move(onUpdate), main, std::move(now)}] {
         try {
             load.run();

@@ -20,7 +20,7 @@ AppSettings load(const UserDefaults& defaults) {
 
 SettingsStore::SettingsStore(UserDefaults& defaults) : defaults_(defaults), value_(load(defaults)) {}
 
-void SettingsStore::setValue(AppSettings next) {
+void SettingsStore::setValue(const AppSettings& next) {
     if (next == value_) return;
     const AppSettings before = std::exchange(value_, next);
     try {

@@ -75,7 +75,6 @@ private:
     int64_t loopEnd_ = 0;
     int64_t filePos_ = 0;    // next source frame to read
     double virtualPos_ = 0;  // position in source frames of the last frame produced, not wrapped at the loop's end
-    bool sourceDone_ = false;
     std::vector<double> positions_;  // 4096
     mutable std::mutex lock_;
     bool cancelled_ = false;  // guarded by lock_

@@ -17,13 +17,13 @@ public:
 
     const AppSettings& value() const { return value_; }
     // Stores and announces a record that differs from the current one; an equal one does nothing.
-    void setValue(AppSettings value);
+    void setValue(const AppSettings& next);
     // Changes one field at a time: store.change([](AppSettings& s) { s.autoPlay = false; }).
     template <typename Edit>
     void change(Edit edit) {
         AppSettings next = value_;
         edit(next);
-        setValue(std::move(next));
+        setValue(next);
     }
     const OutputProfile& activeProfile() const { return value_.activeProfile(); }
 
