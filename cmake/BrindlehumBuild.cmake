@@ -18,7 +18,7 @@ if(BRINDLEHUM_SANITIZE)
   add_link_options(-fsanitize=${BRINDLEHUM_SANITIZE})
   add_compile_definitions(BRINDLEHUM_SANITIZED=1)
   # g++ 12 takes its own instrumentation of variants for use before initialisation.
-  target_compile_options(brindlehum_flags INTERFACE -Wno-maybe-uninitialized)
+  target_compile_options(brindlehum_flags INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
 endif()
 
 # brindlehum_library(NAME [USES folders...] [PUBLIC targets...] [PRIVATE targets...]): all sources of NAME/src, with

@@ -1,0 +1,16 @@
+// libFuzzer harness over probing, decoding and seeking. Run with a copy of corpus/probe as its corpus folder.
+#include <cstdlib>
+
+#include "probe_input.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    static const std::filesystem::path folder = [] {
+        const bool memory = std::filesystem::is_directory("/dev/shm");
+        const auto base = memory ? std::filesystem::path("/dev/shm") : std::filesystem::temp_directory_path();
+        std::string name = (base / "brindlehum-fuzz-XXXXXX").string();
+        brindlehum::test::require(mkdtemp(name.data()) != nullptr, "a temporary folder");
+        return std::filesystem::path(name);
+    }();
+    brindlehum::test::probeBytes(data, size, folder);
+    return 0;
+}
