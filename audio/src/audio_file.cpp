@@ -17,8 +17,8 @@ std::unique_ptr<AudioFile> AudioFile::open(const std::filesystem::path& path) {
 std::unique_ptr<AudioFile> openAudioFile(const std::shared_ptr<FileHandle>& handle, const std::filesystem::path& path) {
     if (handle->size() == 0) throw Error(0, openFailure(path, "it is empty"));
     const Container container = containerOf(*handle);
-    // libsndfile would hand MPEG audio to a decoder that is less exact and prints its doubts.
-    const bool ffmpegOnly = container == Container::mp4 || container == Container::mpeg;
+    // libsndfile would hand these to decoders that are less exact, print their doubts, or leak when they refuse.
+    const bool ffmpegOnly = container == Container::mp4 || container == Container::packets;
     const bool namedRaw = path.extension() == ".mp3" || path.extension() == ".aac";
     std::unique_ptr<AudioFile> file;
     if (!ffmpegOnly) file = openWithSndfile(handle, container);

@@ -42,7 +42,7 @@ std::optional<ChannelLayout> chanLayout(const FileHandle& file, ChunkStyle style
 }  // namespace
 
 Container containerOf(const FileHandle& file) {
-    char bytes[16] = {};
+    char bytes[36] = {};
     file.readAt(0, bytes, sizeof bytes);
     const std::string_view head(bytes, 4);
     const std::string_view form(bytes + 8, 4);
@@ -54,7 +54,9 @@ Container containerOf(const FileHandle& file) {
     if (head == "fLaC") return Container::flac;
     if (std::string_view(bytes + 4, 4) == "ftyp" || std::string_view(bytes + 4, 4) == "moov") return Container::mp4;
     const bool frameSync = bytes[0] == '\xFF' && (bytes[1] & 0xE0) == 0xE0;
-    if (frameSync || head.starts_with("ID3")) return Container::mpeg;
+    if (frameSync || head.starts_with("ID3")) return Container::packets;
+    // Of Ogg only Opus is better off with libsndfile: after a seek it lets the decoder settle for longer.
+    if (head == "OggS" && std::string_view(bytes + 28, 8) != "OpusHead") return Container::packets;
     return Container::other;
 }
 
@@ -80,7 +82,7 @@ std::optional<ChannelLayout> containerLayout(const FileHandle& file, Container c
         case Container::flac:
             return flacLayout(file, channels);
         case Container::mp4:
-        case Container::mpeg:
+        case Container::packets:
         case Container::other:
             return std::nullopt;
     }

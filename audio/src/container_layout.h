@@ -8,8 +8,8 @@
 
 namespace brindlehum {
 
-// `mpeg` is a raw stream of MPEG audio or ADTS frames, or anything behind an ID3 tag.
-enum class Container { riff, rifx, wave64, aiff, caf, flac, mp4, mpeg, other };
+// `packets`: raw streams of MPEG audio or ADTS frames, Ogg but Opus, and anything behind an ID3 tag.
+enum class Container { riff, rifx, wave64, aiff, caf, flac, mp4, packets, other };
 
 // By the first bytes of the file, whatever its name.
 Container containerOf(const FileHandle& file);

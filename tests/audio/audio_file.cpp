@@ -104,6 +104,8 @@ struct CodedCase {
     bool lossless = false;
 };
 
+void PrintTo(const CodedCase& c, std::ostream* out) { *out << c.name; }
+
 // An original with content at all frequencies below the coders' cut, so that the lag is sharp.
 Planes codedOriginal(size_t frames, double rate) {
     Planes out;
@@ -133,6 +135,7 @@ const CodedCase codedCases[] = {
     {"x.flac", "", "flac", 0, 0, -400, true},
     {"pcm.mov", "-c:a pcm_s16be", "lpcm", 0, 0, -400, true},
     {"opus.ogg", "-c:a libopus -b:a 256k", "opus", 0, 0, -12},
+    {"vorbis.ogg", "-c:a libvorbis -q:a 8", "vorb", 0, 0, -12},
 };
 
 class CodedFiles : public testing::TestWithParam<CodedCase> {};
