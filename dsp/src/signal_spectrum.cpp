@@ -19,10 +19,12 @@ HannSpectrum::HannSpectrum(int size)
 void HannSpectrum::magnitudes(const float* samples, float* into) noexcept {
     const float* window = window_.get();
     float* frame = frame_.get();
-    for (int i = 0; i < size(); ++i) frame[i] = samples[i] * window[i];
+    const int count = size();
+    for (int i = 0; i < count; ++i) frame[i] = samples[i] * window[i];
     fft_.forward(frame, spectrum_.get());
     const auto* parts = reinterpret_cast<const float*>(spectrum_.get());  // the layout of std::complex is fixed
-    for (int k = 0; k < bins(); ++k) {
+    const int last = count / 2;
+    for (int k = 0; k <= last; ++k) {
         const float re = parts[2 * k];
         const float im = parts[2 * k + 1];
         into[k] = std::sqrt(re * re + im * im);
