@@ -5,6 +5,7 @@
 #include <sndfile.h>
 
 extern "C" {
+#include <libavformat/avformat.h>
 #include <libavutil/channel_layout.h>
 }
 
@@ -90,6 +91,57 @@ TEST(LayoutTags, AgreeWithLibsndfileChannelByChannel) {
         }
     }
     EXPECT_GE(compared, 29);
+}
+
+// FFmpeg's table knows no order, but more tags: each of our labels must have its channel in FFmpeg's mask.
+TEST(LayoutTags, AgreeWithFFmpegAsSets) {
+    constexpr uint64_t surroundL = AV_CH_SIDE_LEFT | AV_CH_BACK_LEFT;
+    constexpr uint64_t surroundR = AV_CH_SIDE_RIGHT | AV_CH_BACK_RIGHT;
+    const std::map<uint32_t, uint64_t> channels = {{1, AV_CH_FRONT_LEFT | AV_CH_STEREO_LEFT},
+                                                   {2, AV_CH_FRONT_RIGHT | AV_CH_STEREO_RIGHT},
+                                                   {3, AV_CH_FRONT_CENTER},
+                                                   {4, AV_CH_LOW_FREQUENCY},
+                                                   {5, surroundL},
+                                                   {6, surroundR},
+                                                   {7, AV_CH_FRONT_LEFT_OF_CENTER},
+                                                   {8, AV_CH_FRONT_RIGHT_OF_CENTER},
+                                                   {9, AV_CH_BACK_CENTER},
+                                                   {10, AV_CH_SURROUND_DIRECT_LEFT | surroundL},
+                                                   {11, AV_CH_SURROUND_DIRECT_RIGHT | surroundR},
+                                                   {12, AV_CH_TOP_CENTER},
+                                                   {13, AV_CH_TOP_FRONT_LEFT},
+                                                   {14, AV_CH_TOP_FRONT_CENTER},
+                                                   {15, AV_CH_TOP_FRONT_RIGHT},
+                                                   {33, surroundL},
+                                                   {34, surroundR},
+                                                   {35, AV_CH_WIDE_LEFT},
+                                                   {36, AV_CH_WIDE_RIGHT},
+                                                   {42, AV_CH_FRONT_CENTER}};
+    av_log_set_level(AV_LOG_QUIET);
+    const TempFolder folder;
+    int compared = 0;
+    for (uint32_t id = 100; id < 200; ++id) {
+        for (uint32_t count = 1; count <= 16; ++count) {
+            const auto ours = ChannelLabels::labels(ChannelLayout{id << 16 | count, 0, {}});
+            if (ours.empty()) continue;
+            writeBytes(folder / "tag.caf", cafWithTag(id << 16 | count));
+            AVFormatContext* context = nullptr;
+            ASSERT_EQ(avformat_open_input(&context, (folder / "tag.caf").c_str(), nullptr, nullptr), 0);
+            const AVChannelLayout& theirs = context->streams[0]->codecpar->ch_layout;
+            if (theirs.order == AV_CHANNEL_ORDER_NATIVE) {
+                uint64_t left = theirs.u.mask;
+                for (const uint32_t label : ours) {
+                    const auto known = channels.find(label);
+                    if (known == channels.end()) continue;
+                    EXPECT_TRUE(known->second & left) << "tag " << id << " label " << label << " mask " << left;
+                    left &= ~(known->second & left & -(known->second & left));
+                }
+                ++compared;
+            }
+            avformat_close_input(&context);
+        }
+    }
+    EXPECT_GE(compared, 40);
 }
 
 TEST(LayoutTags, TagsThatNameNoSpeakersGiveNoLabels) {
