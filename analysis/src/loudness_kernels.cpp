@@ -19,7 +19,7 @@ struct Vector {
 template <int N>
 struct Section {
     using Doubles = typename Vector<N>::Doubles;
-    Doubles x1, x2, y1, y2;
+    Doubles x1 = {}, x2 = {}, y1 = {}, y2 = {};
 
     BRINDLEHUM_INLINE void load(const KState::Stage& from) {
         std::memcpy(&x1, from.x1, sizeof x1);
@@ -80,7 +80,7 @@ BRINDLEHUM_INLINE float peakBlock(const float* x, const PeakFilter& filter) {
         for (int k = 0; k < peakTaps; ++k) {
             for (int v = 0; v < Wide; ++v) {
                 Floats samples;
-                std::memcpy(&samples, x + at + k + v * Lanes, sizeof samples);
+                std::memcpy(&samples, x + (at + k + v * Lanes), sizeof samples);
                 for (int p = 0; p < peakPhases; ++p) sums[p][v] += samples * filter[size_t(k)][size_t(p)];
             }
         }

@@ -1,6 +1,7 @@
 // SpectralFrames: which bins feed which pitch class and band, and the walk over the frames.
 #include "analysis/spectral_frames.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "dsp/signal_spectrum.h"
@@ -52,12 +53,31 @@ Row fold(const std::vector<Run>& table, const std::vector<float>& magnitudes) {
         for (int k = run.from; k < run.to; ++k) sum += magnitudes[size_t(k)];
         sums[size_t(run.cell)] += sum;
     }
-    Row row;
+    Row row{};
     std::ranges::transform(sums, row.begin(), [](double x) { return float(x); });
     return row;
 }
 
+// The first of `count` frames whose centre isn't before `t`.
+size_t firstFrameAt(size_t count, double t) {
+    size_t first = 0;
+    while (count > 0) {
+        const size_t half = count / 2;
+        if (SpectralFrames::centre(int64_t(first + half)) < t) {
+            first += half + 1;
+            count -= half + 1;
+        } else {
+            count = half;
+        }
+    }
+    return first;
+}
+
 }  // namespace
+
+std::pair<size_t, size_t> SpectralFrames::range(size_t count, double from, double to) {
+    return {firstFrameAt(count, from), firstFrameAt(count, to)};
+}
 
 SpectralFrames::SpectralFrames(std::span<const float> mono22k) {
     std::vector<float> store;

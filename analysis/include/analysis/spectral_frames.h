@@ -1,10 +1,8 @@
 // SpectralFrames: the short-time spectrum of the working signal, folded to pitch classes and bands.
 #pragma once
 
-#include <algorithm>
 #include <array>
 #include <cstdint>
-#include <ranges>
 #include <span>
 #include <utility>
 #include <vector>
@@ -43,14 +41,6 @@ private:
     // The frames [first, last) of `count` whose centre lies in from <= t < to.
     static std::pair<size_t, size_t> range(size_t count, double from, double to);
 };
-
-inline std::pair<size_t, size_t> SpectralFrames::range(size_t count, double from, double to) {
-    const auto firstAt = [count](double t) {
-        const auto frames = std::views::iota(int64_t{0}, int64_t(count));
-        return size_t(std::ranges::partition_point(frames, [t](int64_t f) { return centre(f) < t; }) - frames.begin());
-    };
-    return {firstAt(from), firstAt(to)};
-}
 
 template <class Row>
 Row SpectralFrames::average(const std::vector<Row>& rows, double from, double to) {
