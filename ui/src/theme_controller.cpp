@@ -99,12 +99,14 @@ bool ThemeController::eventFilter(QObject* watched, QEvent* event) {
 void ThemeController::askPortal() {
     auto bus = QDBusConnection::sessionBus();
     if (!bus.isConnected()) return;
-    bus.connect(portalService, portalPath, portalInterface, "SettingChanged", this,
-                SLOT(portalChanged(QString, QString, QDBusVariant)));
     auto call = QDBusMessage::createMethodCall(portalService, portalPath, portalInterface, "Read");
     call << QString(appearance) << QString(colorScheme);
     auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(call), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher* done) {
+        // Only now: before its first exchange the bus may not know the types of our slot, and would refuse it. No
+        // sender is named, for the portal may start late.
+        QDBusConnection::sessionBus().connect(QString(), portalPath, portalInterface, "SettingChanged", this,
+                                              SLOT(portalChanged(QString, QString, QDBusVariant)));
         const QDBusPendingReply<QDBusVariant> reply = *done;
         if (!reply.isError()) preferenceArrived(unwrapped(reply.value().variant()).toUInt());
         done->deleteLater();

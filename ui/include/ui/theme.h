@@ -2,12 +2,11 @@
 #pragma once
 
 #include <QColor>
+#include <QDBusVariant>
 #include <QObject>
 #include <QPalette>
 #include <QString>
 #include <optional>
-
-class QDBusVariant;
 
 namespace brindlehum {
 
