@@ -72,8 +72,13 @@ int64_t FFmpegInput::seekBytes(void* opaque, int64_t offset, int whence) {
 }
 
 std::unique_ptr<FFmpegInput> FFmpegInput::open(const std::shared_ptr<FileHandle>& handle, bool trustWeakEvidence) {
-    static std::once_flag silenced;
-    std::call_once(silenced, [] { av_log_set_level(AV_LOG_QUIET); });
+    static std::once_flag settled;
+    std::call_once(settled, [] {
+        av_log_set_level(AV_LOG_QUIET);
+        // Some demuxers reserve what a header claims before they look whether the file has it.
+        constexpr size_t mostBytesAtOnce = 256 << 20;
+        av_max_alloc(mostBytesAtOnce);
+    });
 
     auto input = std::make_unique<FFmpegInput>();
     input->cursor_.handle = handle;
