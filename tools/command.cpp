@@ -1,6 +1,7 @@
 // Output and error lines of brindlehum-cli.
 #include "command.h"
 
+#include <filesystem>
 #include <iostream>
 
 #include "audio/error.h"
@@ -28,7 +29,10 @@ bool eachFile(Words files, const std::function<void(const std::string& file)>& j
             job(file);
         } catch (const std::exception& error) {
             if (!std::cout) throw;
-            printError(file + ": " + error.what());
+            // The texts begin with the file's name; with several files at hand its whole path tells more.
+            const std::string name = std::filesystem::path(file).filename().string();
+            const std::string text = error.what();
+            printError(!name.empty() && text.starts_with(name) ? file + text.substr(name.size()) : file + ": " + text);
             allDone = false;
         }
     }

@@ -22,7 +22,7 @@ const std::string_view renderHelp =
     "  listen MODE        normal, mono, left, right or midSide\n"
     "  format NAME        reads the file as, say, \"AmbiX 1st order\" or \"5.1 Film\"\n"
     "  yaw D, pitch D, roll D   turns an Ambisonic field, in degrees\n"
-    "  mono center|pair   where a mono file goes (default pair)\n"
+    "  mono center|pair   where a mono file goes (default center)\n"
     "  rate HZ            rate of the device (default: the file's)\n"
     "  gain DB            volume\n"
     "  block N            frames a device block, 1 to 4096 (default 256)\n"

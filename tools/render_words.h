@@ -21,7 +21,7 @@ struct RenderRequest {
     ListenMode listen = ListenMode::normal;
     std::optional<std::string> format;  // display name; absent: as detected
     Rotation rotation;
-    bool monoToCenter = false;
+    bool monoToCenter = true;
     std::optional<double> rate;  // Hz; absent: the file's
     double gainDb = 0;
     int block = 256;           // frames of a device block
