@@ -104,7 +104,9 @@ struct CodedCase {
     bool lossless = false;
 };
 
-void PrintTo(const CodedCase& c, std::ostream* out) { *out << c.name; }
+void PrintTo(const CodedCase& c, std::ostream* out) {
+    *out << c.name;
+}
 
 // An original with content at all frequencies below the coders' cut, so that the lag is sharp.
 Planes codedOriginal(size_t frames, double rate) {
