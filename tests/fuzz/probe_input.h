@@ -14,28 +14,18 @@
 
 namespace brindlehum::test {
 
-// The extension that the first byte suggests: names decide on descriptions, raw streams and Ambisonics.
-inline const char* suggestedExtension(uint8_t first) {
-    switch (first) {
-        case 'R':
-        case 'B':
-            return ".wav";
-        case 0xFF:
-        case 'I':
-            return ".mp3";
-        case 'F':
-            return ".aiff";
-        case 'c':
-            return ".caf";
-        case 'r':
-            return ".w64";
-        case 'f':
-            return ".flac";
-        case 0:
-            return ".m4a";
-        default:
-            return ".amb";
-    }
+// The name may be any that passes for audio, whatever the content: names decide on descriptions, raw streams and
+// Ambisonics. The last byte draws it, so that seeds stay files as they are.
+inline std::string drawnExtension(const uint8_t* data, size_t size) {
+    const auto& extensions = AudioFileInfo::audioExtensions;
+    return "." + std::string(extensions[size > 0 ? data[size - 1] % extensions.size() : 0]);
+}
+
+// A place in the piece, or one step outside of it, drawn from the middle of the content.
+inline int64_t drawnPosition(const uint8_t* data, size_t size, int64_t frames) {
+    uint64_t drawn = 0;
+    for (size_t i = size / 2; i < std::min(size, size / 2 + 8); ++i) drawn = drawn << 8 | data[i];
+    return int64_t(drawn % (uint64_t(std::max<int64_t>(0, frames)) + 3)) - 1;
 }
 
 // Ends the program when a promise of AudioFile is broken.
@@ -45,7 +35,7 @@ inline void require(bool kept, const char* promise) {
     std::abort();
 }
 
-inline void readAround(AudioFile& file) {
+inline void readAround(AudioFile& file, int64_t drawn) {
     constexpr int blockFrames = 512;
     const AudioFileFacts& facts = file.facts();
     require(facts.channels >= 1 && facts.channels <= 65536 && facts.frames >= 0, "facts within range");
@@ -55,24 +45,24 @@ inline void readAround(AudioFile& file) {
     for (auto& plane : buffer) planes.push_back(plane.data());
     const auto readAt = [&](int64_t position) {
         const int got = file.read(planes.data(), position, blockFrames);
-        const int64_t left = std::clamp<int64_t>(facts.frames - position, 0, blockFrames);
+        const int64_t left = position < 0 ? 0 : std::clamp<int64_t>(facts.frames - position, 0, blockFrames);
         require(got >= 0 && got <= left, "no more frames than asked and left");
     };
     for (int64_t at = 0; at < 8 * blockFrames; at += blockFrames) readAt(at);
-    for (const int64_t at : {facts.frames / 2, facts.frames - 10, int64_t(0), facts.frames, int64_t(7)}) {
-        if (at >= 0) readAt(at);
-    }
+    const int64_t end = facts.frames;
+    for (const int64_t at : {end / 2, end - 10, int64_t(0), end - 1, end, drawn, int64_t(7), int64_t(-1)}) readAt(at);
 }
 
 // Writes the bytes to a file in `folder` and looks at it as the system would. Errors are fine; anything else isn't.
 inline void probeBytes(const uint8_t* data, size_t size, const std::filesystem::path& folder) {
-    const std::filesystem::path path = folder / (std::string("input") + suggestedExtension(size > 0 ? data[0] : 0));
+    const std::filesystem::path path = folder / ("input" + drawnExtension(data, size));
     std::FILE* out = std::fopen(path.c_str(), "wb");
     require(out != nullptr && std::fwrite(data, 1, size, out) == size, "a temporary file");
     std::fclose(out);
     try {
         (void)AudioFileInfo::load(path).summary();
-        readAround(*AudioFile::open(path));
+        const auto file = AudioFile::open(path);
+        readAround(*file, drawnPosition(data, size, file->facts().frames));
     } catch (const Error& error) {
         require(std::string(error.what()).find('\n') == std::string::npos, "an error of one line");
     }
