@@ -14,14 +14,7 @@ constexpr int fillFrames = 4096;  // what one fill of a reader may write
 
 OfflineRender::OfflineRender(const MixConfig& config, std::shared_ptr<StreamReader> reader, double sampleRate,
                              int deviceChannels, int blockFrames, double gain)
-    : matrix_(config.matrix), reader_(std::move(reader)), blockFrames_(blockFrames) {
-    config_.in_channels = config.inChannels;
-    config_.rows = config.rows;
-    config_.to_binaural = config.toBinaural ? 1 : 0;
-    config_.bin_left = config.binLeft;
-    config_.bin_right = config.binRight;
-    config_.matrix = matrix_.data();
-
+    : config_(config), reader_(std::move(reader)), blockFrames_(blockFrames) {
     samples_.resize(static_cast<size_t>(deviceChannels) * static_cast<size_t>(blockFrames));
     for (int c = 0; c < deviceChannels; ++c) planes_.push_back(samples_.data() + ptrdiff_t(c) * blockFrames);
 
@@ -33,7 +26,7 @@ OfflineRender::OfflineRender(const MixConfig& config, std::shared_ptr<StreamRead
         context_.setBinauralStage(stage_.get());
     }
     context_.setGain(gain);
-    context_.setConfig(&config_);
+    context_.setConfig(&config_.record);
     context_.setRing(reader_->ring());
     prime();
 }

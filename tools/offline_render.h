@@ -8,6 +8,7 @@
 #include "core/mn_mix.h"
 #include "mix/binaural_stage.h"
 #include "mix/mix_config.h"
+#include "mix/render_config.h"
 #include "mix/render_context.h"
 
 namespace brindlehum::cli {
@@ -30,8 +31,7 @@ private:
     void prime();
     void fillRing();
 
-    std::vector<float> matrix_;
-    mn_mix_config config_{};
+    RenderConfig config_;
     std::shared_ptr<StreamReader> reader_;
     int blockFrames_;
     std::unique_ptr<BinauralStage> stage_;  // of a binaural configuration

@@ -11,23 +11,6 @@
 
 namespace brindlehum {
 
-// The record that the render side reads, with the matrix it points to.
-struct PlaybackEngine::PublishedConfig {
-    explicit PublishedConfig(const MixConfig& config) : matrix(config.matrix) {
-        const size_t cells = size_t(std::max(config.rows, 0)) * size_t(std::max(config.inChannels, 0));
-        matrix.resize(std::max<size_t>(cells, 1));
-        record.in_channels = config.inChannels;
-        record.rows = config.rows;
-        record.to_binaural = config.toBinaural ? 1 : 0;
-        record.bin_left = config.binLeft;
-        record.bin_right = config.binRight;
-        record.matrix = matrix.data();
-        record.upmix_offset = config.upmixOffset;
-    }
-    std::vector<float> matrix;
-    mn_mix_config record{};
-};
-
 std::shared_ptr<BinauralStage> PlaybackEngine::sharedSetStage(double sampleRate) {
     return std::make_shared<BinauralStage>(HRTFSet::shared(sampleRate));
 }
@@ -134,10 +117,10 @@ void PlaybackEngine::publish(const MixConfig& config) {
         }
         retire(stage_->setDirections(config.virtualDirections));
     }
-    replaceConfig(std::make_shared<PublishedConfig>(config));
+    replaceConfig(std::make_shared<RenderConfig>(config));
 }
 
-void PlaybackEngine::replaceConfig(std::shared_ptr<PublishedConfig> next) {
+void PlaybackEngine::replaceConfig(std::shared_ptr<RenderConfig> next) {
     ctx_->setConfig(next ? &next->record : nullptr);
     // A stream that was started while a configuration waited.
     if (next && current_) ctx_->setRing(current_->ring());

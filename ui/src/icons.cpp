@@ -10,7 +10,7 @@
 namespace brindlehum {
 namespace {
 
-// Our names for what the freedesktop icon naming specification and the common symbolic sets have too.
+// Our names beside those of the common icon themes (freedesktop.org).
 QString desktopName(const QString& name) {
     static const QHash<QString, QString> names = {{"play", "media-playback-start-symbolic"},
                                                   {"stop", "media-playback-stop-symbolic"},

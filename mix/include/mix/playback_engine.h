@@ -14,6 +14,7 @@
 #include "mix/audio_devices.h"
 #include "mix/binaural_stage.h"
 #include "mix/mix_config.h"
+#include "mix/render_config.h"
 #include "mix/render_context.h"
 #include "platform/main_loop.h"
 
@@ -72,14 +73,12 @@ public:
     static std::shared_ptr<BinauralStage> sharedSetStage(double sampleRate);
 
 private:
-    struct PublishedConfig;
-
     bool isOpenFor(const std::optional<std::string>& deviceUID) const;
     void open(const std::optional<std::string>& deviceUID);
     void fadeOut();
     void teardown();
     void publish(const MixConfig& config);
-    void replaceConfig(std::shared_ptr<PublishedConfig> next);
+    void replaceConfig(std::shared_ptr<RenderConfig> next);
     void stageLoaded(double sampleRate);
     void ensureRunning();
     void scheduleIdle();
@@ -96,7 +95,7 @@ private:
     std::optional<std::string> configuredKey_;
     bool standsIn_ = false;  // the default device, for one that is away
     std::shared_ptr<StreamReader> current_;
-    std::shared_ptr<PublishedConfig> currentConfig_;
+    std::shared_ptr<RenderConfig> currentConfig_;
     std::shared_ptr<BinauralStage> stage_;  // of the open device's rate, as published
     std::optional<MixConfig> waiting_;      // binaural, until its stage is there
     std::unique_ptr<BinauralLoader> loader_;
