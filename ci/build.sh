@@ -9,8 +9,9 @@ cd "$root"
 
 log=$(mktemp)
 trap 'rm -f "$log"' EXIT
+# Without tests only when every target named is a program.
 tests=ON
-[ $# -gt 0 ] && tests=OFF
+[ $# -gt 0 ] && [[ " $* " != *" test_"* ]] && tests=OFF
 if [ ! -f "build/$preset/build.ninja" ] || { [ $tests = ON ] && ! grep -q '^BRINDLEHUM_TESTS:BOOL=ON' "build/$preset/CMakeCache.txt"; }; then
     extra=()
     case $preset in bench | fuzz) ;; *) extra=("-DBRINDLEHUM_TESTS=$tests") ;; esac
