@@ -18,7 +18,9 @@ namespace brindlehum::test {
 // Ambisonics. The last byte draws it, so that seeds stay files as they are.
 inline std::string drawnExtension(const uint8_t* data, size_t size) {
     const auto& extensions = AudioFileInfo::audioExtensions;
-    return "." + std::string(extensions[size > 0 ? data[size - 1] % extensions.size() : 0]);
+    std::string dotted(1, '.');
+    dotted += extensions[size > 0 ? data[size - 1] % extensions.size() : 0];
+    return dotted;
 }
 
 // A place in the piece, or one step outside of it, drawn from the middle of the content.
