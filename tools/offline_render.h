@@ -5,9 +5,7 @@
 #include <vector>
 
 #include "audio/stream_reader.h"
-#include "core/mn_mix.h"
 #include "mix/binaural_stage.h"
-#include "mix/mix_config.h"
 #include "mix/render_config.h"
 #include "mix/render_context.h"
 
