@@ -15,14 +15,16 @@ ALLOWED = {
     "upmix": ["core", "audio", "spatial"],
     "settings": ["audio", "upmix"],
     "platform": ["core", "audio"],
+    "edits": ["core", "dsp", "audio", "analysis"],
+    "library": ["audio", "settings", "platform"],
     "mix": ["core", "dsp", "audio", "spatial", "upmix", "settings", "platform"],
-    "app": ["core", "dsp", "audio", "spatial", "upmix", "settings", "platform", "mix"],
-    "ui": ["core", "dsp", "audio", "spatial", "upmix", "settings", "platform", "mix", "app"],
-    "tools": ["core", "dsp", "audio", "spatial", "upmix", "settings", "platform", "mix", "app"],
+    "app": ["core", "dsp", "audio", "spatial", "analysis", "upmix", "settings", "platform", "edits", "library", "mix"],
+    "ui": ["core", "dsp", "audio", "spatial", "analysis", "upmix", "settings", "platform", "edits", "library", "mix", "app"],
+    "tools": ["core", "dsp", "audio", "spatial", "analysis", "upmix", "settings", "platform", "edits", "library", "mix", "app"],
 }
 ALLOWED["app/main"] = ALLOWED["app"] + ["app", "ui"]
 # Folders that stay free of Qt.
-PURE = ["core", "dsp", "audio", "spatial", "upmix", "analysis"]
+PURE = ["core", "dsp", "audio", "spatial", "upmix", "analysis", "edits"]
 
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^">]+)[">]', re.M)
 

@@ -1,15 +1,19 @@
 // Posted jobs and timers on Qt's event loop.
 #include "platform/qt_main_loop.h"
 
-#include <QCoreApplication>
-#include <QEvent>
+#include <sys/eventfd.h>
+#include <unistd.h>
+
 #include <QPointer>
+#include <QSocketNotifier>
 #include <QTimer>
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
 #include <cmath>
 #include <deque>
 #include <mutex>
+#include <system_error>
 
 namespace brindlehum {
 
@@ -41,29 +45,46 @@ QTimer* startTimer(QObject& home, double seconds, bool once, std::function<void(
 
 }  // namespace
 
-// The jobs wait in a queue of ours, one empty event each calling for the next of them: so a nested event loop goes on
-// with them, and a thread sanitizer sees the lock that hands them over.
+// The jobs wait in a queue of ours, and an event descriptor counts them: each round of Qt's loop takes one, so that a
+// nested loop goes on with them. No event of Qt's crosses the threads, since the locks that Qt hands those over with
+// are beyond a thread sanitizer's sight.
 class QtMainLoop::Home : public QObject {
 public:
+    Home() {
+        connect(&notifier_, &QSocketNotifier::activated, this, [this] { runNext(); });
+    }
+
     void add(std::function<void()> job) {
         {
             const std::lock_guard guard(lock_);
             jobs_.push_back(std::move(job));
         }
-        QCoreApplication::postEvent(this, new QEvent(QEvent::User));
+        eventfd_write(waiting_.descriptor, 1);
     }
 
-    bool event(QEvent* event) override {
-        if (event->type() != QEvent::User) return QObject::event(event);
+private:
+    void runNext() {
+        eventfd_t one = 0;
+        if (eventfd_read(waiting_.descriptor, &one) != 0) return;
         std::unique_lock guard(lock_);
         const auto job = std::move(jobs_.front());
         jobs_.pop_front();
         guard.unlock();
         job();
-        return true;
     }
 
-private:
+    struct Counter {
+        int descriptor = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK | EFD_SEMAPHORE);
+        Counter() {
+            if (descriptor < 0) throw std::system_error(errno, std::generic_category(), "No event descriptor is left");
+        }
+        ~Counter() { close(descriptor); }
+        Counter(const Counter&) = delete;
+        Counter& operator=(const Counter&) = delete;
+    };
+
+    Counter waiting_;
+    QSocketNotifier notifier_{waiting_.descriptor, QSocketNotifier::Read};
     std::mutex lock_;
     std::deque<std::function<void()>> jobs_;
 };
