@@ -2,9 +2,9 @@
 #include "audio/audio_file.h"
 
 #include "audio/error.h"
+#include "audio/file_handle.h"
 #include "container_layout.h"
 #include "ffmpeg_file.h"
-#include "file_handle.h"
 #include "file_probing.h"
 #include "sndfile_file.h"
 

@@ -7,8 +7,8 @@
 
 #include "audio/audio_file.h"
 #include "audio/format_detector.h"
+#include "audio/text.h"
 #include "file_probing.h"
-#include "text.h"
 
 namespace brindlehum {
 

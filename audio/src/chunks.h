@@ -6,7 +6,7 @@
 #include <optional>
 #include <string_view>
 
-#include "file_handle.h"
+#include "audio/file_handle.h"
 
 namespace brindlehum {
 

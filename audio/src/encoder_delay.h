@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <optional>
 
-#include "file_handle.h"
+#include "audio/file_handle.h"
 
 namespace brindlehum {
 

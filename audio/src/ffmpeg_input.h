@@ -9,7 +9,7 @@ extern "C" {
 #include <libavformat/avformat.h>
 }
 
-#include "file_handle.h"
+#include "audio/file_handle.h"
 
 namespace brindlehum {
 

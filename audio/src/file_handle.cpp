@@ -1,5 +1,5 @@
 // FileHandle: opening with care, reading with pread.
-#include "file_handle.h"
+#include "audio/file_handle.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -10,7 +10,7 @@
 #include <cstring>
 
 #include "audio/error.h"
-#include "text.h"
+#include "audio/text.h"
 
 namespace brindlehum {
 

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "audio/audio_file.h"
-#include "file_handle.h"
+#include "audio/file_handle.h"
 
 namespace brindlehum {
 

@@ -8,7 +8,7 @@
 #include <string_view>
 
 #include "audio/channel_layout.h"
-#include "text.h"
+#include "audio/text.h"
 
 namespace brindlehum::FormatDetector {
 

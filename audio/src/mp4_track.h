@@ -5,7 +5,7 @@
 #include <optional>
 
 #include "audio/channel_layout.h"
-#include "file_handle.h"
+#include "audio/file_handle.h"
 
 namespace brindlehum {
 

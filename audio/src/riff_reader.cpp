@@ -6,10 +6,10 @@
 #include <string_view>
 
 #include "audio/error.h"
+#include "audio/file_handle.h"
+#include "audio/text.h"
 #include "chunks.h"
-#include "file_handle.h"
 #include "file_probing.h"
-#include "text.h"
 
 namespace brindlehum {
 

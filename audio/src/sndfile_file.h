@@ -4,8 +4,8 @@
 #include <memory>
 
 #include "audio/audio_file.h"
+#include "audio/file_handle.h"
 #include "container_layout.h"
-#include "file_handle.h"
 
 namespace brindlehum {
 

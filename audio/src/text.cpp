@@ -1,5 +1,5 @@
 // Text repair by the table of well-formed byte sequences (Unicode, table 3-7), and trimming.
-#include "text.h"
+#include "audio/text.h"
 
 #include <algorithm>
 #include <array>
@@ -56,6 +56,13 @@ std::string repairUtf8(std::string_view bytes) {
 std::string lowerAscii(std::string text) {
     for (char& c : text) {
         if (c >= 'A' && c <= 'Z') c = char(c - 'A' + 'a');
+    }
+    return text;
+}
+
+std::string upperAscii(std::string text) {
+    for (char& c : text) {
+        if (c >= 'a' && c <= 'z') c = char(c - 'a' + 'A');
     }
     return text;
 }
