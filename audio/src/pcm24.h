@@ -1,0 +1,26 @@
+// Encoding of float samples as 24-bit integers, interleaved.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+namespace brindlehum {
+
+// Keeps a small work buffer between calls.
+class Pcm24Encoder {
+public:
+    explicit Pcm24Encoder(int channels);
+
+    // Writes `frames` frames of three-byte samples, low byte first, from one pointer a channel, each from its frame
+    // `first` on. Missing channels are zeros, more than the encoder's are ignored. x becomes x 8388607 rounded to
+    // nearest, halves away from zero, clamped to that of -1 and 1; what is not a number becomes 8388607. `out` has room
+    // for the samples and one byte more.
+    void encode(std::span<const float* const> planes, int64_t first, int64_t frames, uint8_t* out);
+
+private:
+    int channels_;
+    std::vector<int32_t> tile_;  // one row a channel
+};
+
+}  // namespace brindlehum

@@ -1,0 +1,313 @@
+// Written WAV files: every byte by the format's tables, every sample through other programs, and every way to fail.
+#include "audio/wav_file_writer.h"
+
+#include <gtest/gtest.h>
+#include <sndfile.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <bit>
+#include <cmath>
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+#include <ctime>
+#include <random>
+#include <stdexcept>
+
+#include "audio/error.h"
+#include "support/audio_files.h"
+#include "support/signals.h"
+
+namespace brindlehum {
+namespace {
+
+using namespace test;
+
+const float nan = std::nanf("");
+
+// The plain twin of the encoder.
+std::string encoded(const Planes& planes) {
+    std::string out;
+    for (size_t i = 0; i < (planes.empty() ? 0 : planes[0].size()); ++i) {
+        for (const auto& plane : planes) {
+            const float x = plane[i];
+            const long value = !(x < 1) ? 8388607 : std::lround(double(std::max(x, -1.0F)) * 8388607.0);
+            out += le32(uint32_t(value)).substr(0, 3);
+        }
+    }
+    return out;
+}
+
+std::string field(std::string text, size_t length) {
+    text.resize(length, '\0');
+    return text;
+}
+
+std::string nowBy(const char* format) {
+    const std::time_t now = std::time(nullptr);
+    char text[32] = {};
+    std::strftime(text, sizeof text, format, std::localtime(&now));
+    return text;
+}
+
+// Any float pattern at all, with the places where rounding and clamping turn.
+Planes wildPlanes(size_t channels, size_t frames, uint32_t seed) {
+    std::mt19937 engine(seed);
+    const float special[] = {0,         -0.0F,       1,    -1,   0.5F,  -0.5F, std::nextafter(1.0F, 0.0F),
+                             1e-30F,    nan,         -nan, 1e9F, -1e9F, 2,     INFINITY,
+                             -INFINITY, -0.99999994F};
+    Planes planes(channels, std::vector<float>(frames));
+    for (auto& plane : planes) {
+        for (float& x : plane) {
+            const uint32_t draw = uint32_t(engine());
+            x = draw % 3 == 0   ? special[draw / 3 % std::size(special)]
+                : draw % 3 == 1 ? std::bit_cast<float>(uint32_t(engine()))
+                                : float(draw) / 2147483648.0F - 1;
+        }
+    }
+    return planes;
+}
+
+struct Shape {
+    double rate;
+    size_t channels, frames;
+    uint32_t mask;
+};
+std::ostream& operator<<(std::ostream& out, const Shape& s) {
+    return out << s.channels << " channels, " << s.frames << " frames at " << s.rate << " Hz";
+}
+
+constexpr Shape shapes[] = {{48000, 2, 1000, 3},         {44100.4, 1, 1001, 4}, {44100.5, 1, 0, 4},
+                            {96000, 12, 70001, 0x2D63F}, {192000, 64, 333, 0},  {8000, 3, 1, 7}};
+
+std::string written(const std::filesystem::path& path, const Shape& shape, const Planes& planes,
+                    const std::string& description) {
+    WavFileWriter writer(path, shape.rate, int(shape.channels), shape.mask, description);
+    writer.appendAll(planes);
+    writer.finish();
+    return readBytes(path);
+}
+
+TEST(WavFileWriter, WritesEveryByteByTheTables) {
+    ::setenv("TZ", "Asia/Kathmandu", 1);  // the time is local
+    ::tzset();
+    std::string longText(255, 'x');
+    longText += "\u00E9 and more";  // cut within the letter
+    const TempFolder folder;
+    for (const Shape& s : shapes) {
+        SCOPED_TRACE(s);
+        const auto path = folder / "new/folders/take.wav";  // made as needed, and replaced
+        const Planes planes = wildPlanes(s.channels, s.frames, 5);
+        const auto rate = uint32_t(std::lround(s.rate));
+        const auto block = uint32_t(3 * s.channels);
+        for (const std::string& text : {std::string("Rain"), longText, std::string()}) {
+            const std::string data = encoded(planes);
+            const std::string pad(data.size() % 2, '\0');
+            const std::string before = nowBy("%Y-%m-%d%H:%M:%S");
+            const std::string file = written(path, s, planes, text);
+            const std::string after = nowBy("%Y-%m-%d%H:%M:%S");
+            ASSERT_GE(file.size(), 678U);
+            const std::string stamp = file.substr(388, 18);
+            EXPECT_TRUE(before <= stamp && stamp <= after) << before << ' ' << stamp << ' ' << after;
+            const std::string subFormat("\1\0\0\0\0\0\x10\0\x80\0\0\xAA\0\x38\x9B\x71", 16);
+            const std::string fmt = le16(0xFFFE) + le16(uint32_t(s.channels)) + le32(rate) + le32(rate * block) +
+                                    le16(block) + le16(24) + le16(22) + le16(24) + le32(s.mask) + subFormat;
+            const std::string bext = field(text.substr(0, 256), 256) + field("Brindlehum", 32) + field("", 32) + stamp +
+                                     field("", 8) + le16(1) + field("", 254);
+            const std::string expected = "RIFF" + le32(uint32_t(670 + data.size() + pad.size())) + "WAVE" +
+                                         riffChunk("fmt ", fmt) + riffChunk("bext", bext) + riffChunk("data", data);
+            ASSERT_EQ(file.size(), expected.size());
+            const auto differing = std::mismatch(file.begin(), file.end(), expected.begin()).first - file.begin();
+            EXPECT_EQ(differing, long(file.size())) << "first wrong byte";
+        }
+    }
+    ::unsetenv("TZ");
+    ::tzset();
+}
+
+// A sink in memory, or one that only counts.
+struct MemorySink final : ByteSink {
+    MemorySink(std::string& bytes, uint64_t kept) : bytes_(bytes), kept_(kept) {}
+    void writeAt(uint64_t offset, std::span<const uint8_t> in) override {
+        end_ = std::max(end_, offset + in.size());
+        if (offset + in.size() > kept_) return;
+        bytes_.resize(std::max(bytes_.size(), size_t(offset) + in.size()));
+        std::memcpy(bytes_.data() + offset, in.data(), in.size());
+    }
+    void finish(uint64_t length, bool) override { EXPECT_EQ(length, end_); }
+    std::string& bytes_;
+    uint64_t kept_, end_ = 0;
+};
+
+TEST(WavFileWriter, TakesAnyBlocksWithMissingAndSurplusPlanes) {
+    const uint32_t seed = std::random_device{}();
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    std::mt19937 engine(seed);
+    for (const size_t channels : {1U, 2U, 5U, 64U}) {
+        for (const size_t given : {size_t(0), channels - 1, channels, channels + 3}) {
+            Planes planes = wildPlanes(given, 3000, seed + uint32_t(given));
+            std::string bytes;
+            WavFileWriter writer(std::make_unique<MemorySink>(bytes, SIZE_MAX), 48000, int(channels), 0, "");
+            for (size_t at = 0; at < 3000;) {
+                const size_t frames = std::min<size_t>(engine() % 300, 3000 - at);
+                std::vector<const float*> pointers;
+                for (const auto& plane : planes) pointers.push_back(plane.data() + at);
+                writer.append(pointers, int64_t(frames));
+                at += frames;
+            }
+            EXPECT_EQ(writer.dataBytes(), 9000 * channels);
+            writer.append({}, -1);
+            writer.finish();
+            planes.resize(channels, std::vector<float>(3000));
+            EXPECT_EQ(bytes.substr(678, 9000 * channels), encoded(planes)) << channels << " channels, " << given;
+        }
+    }
+}
+
+std::string output(const TempFolder& folder, const std::string& command) {
+    run(command + " > " + (folder / "out").string());
+    return readBytes(folder / "out");
+}
+
+void expectIn(const std::string& report, const std::vector<std::string>& lines) {
+    for (const std::string& line : lines) EXPECT_NE(report.find(line), std::string::npos) << line << " in\n" << report;
+}
+
+// The stored integers as libsndfile, FFmpeg and SoX give them: none may lie more than half a step from the sample.
+TEST(WavFileWriter, IsReadBackByOtherReaders) {
+    const TempFolder folder;
+    const std::string text = "Pulled from \u201CRain\u201D";
+    for (const Shape& s : shapes) {
+        if (s.frames == 0) continue;  // FFmpeg refuses files without samples
+        SCOPED_TRACE(s);
+        const auto path = folder / "take.wav";
+        const std::string name = path.string();
+        const Planes planes = noisePlanes(int(s.channels), s.frames, 3);
+        const std::string file = written(path, s, planes, text);
+        const std::string raw = file.substr(678, 3 * s.channels * s.frames);
+        EXPECT_EQ(output(folder, "ffmpeg -v error -i " + name + " -f s24le -c:a pcm_s24le -"), raw);
+        EXPECT_EQ(output(folder, "sox -D " + name + " -t raw -e signed -b 24 -"), raw);
+
+        SF_INFO info{};
+        SNDFILE* in = sf_open(path.c_str(), SFM_READ, &info);
+        ASSERT_NE(in, nullptr) << sf_strerror(nullptr);
+        EXPECT_EQ(info.format, SF_FORMAT_WAVEX | SF_FORMAT_PCM_24);
+        EXPECT_EQ(info.samplerate, int(std::lround(s.rate)));
+        EXPECT_EQ(size_t(info.channels), s.channels);
+        ASSERT_EQ(size_t(info.frames), s.frames);
+        std::vector<int> samples(s.channels * s.frames);
+        sf_readf_int(in, samples.data(), info.frames);
+        double worst = 0;
+        for (size_t i = 0; i < samples.size(); ++i) {
+            const double wanted = double(planes[i % s.channels][i / s.channels]) * 8388607.0;
+            worst = std::max(worst, std::abs(samples[i] / 256 - wanted));
+        }
+        EXPECT_LE(worst, 0.5);
+        SF_BROADCAST_INFO bext{};
+        EXPECT_EQ(sf_command(in, SFC_GET_BROADCAST_INFO, &bext, sizeof bext), SF_TRUE);
+        EXPECT_EQ(std::string(bext.description), text);
+        EXPECT_EQ(std::string(bext.originator), "Brindlehum");
+        EXPECT_EQ(bext.version, 1);
+        sf_close(in);
+
+        expectIn(output(folder, "ffprobe -v error -show_streams -show_format " + name),
+                 {"codec_name=pcm_s24le\n", "channels=" + std::to_string(s.channels) + "\n", "TAG:comment=" + text,
+                  "TAG:encoded_by=Brindlehum\n", s.channels == 12 ? "(FL+FR+FC+LFE+BL+BR+SL+SR+TFL+TFR+TBL+TBR)" : ""});
+        expectIn(output(folder, "mediainfo --Full " + name),
+                 {"Producer                                 : Brindlehum\n",
+                  "Description                              : Pulled from ",
+                  "Bit depth                                : 24\n",
+                  "Channel(s)                               : " + std::to_string(s.channels) + "\n",
+                  s.frames > 1 ? "Samples count                            : " + std::to_string(s.frames) + "\n" : "",
+                  s.channels == 12 ? ": L R C LFE Lb Rb Ls Rs Tfl Tfr Tbl Tbr\n" : ""});
+    }
+}
+
+struct Failure {
+    int code = -1;
+    std::string text;
+};
+template <typename Work>
+Failure failureOf(Work&& work) {
+    try {
+        work();
+    } catch (const Error& error) {
+        return {error.code(), error.what()};
+    }
+    return {};
+}
+
+TEST(WavFileWriter, RefusesWhatPassesFourGigabytes) {
+    std::string head;
+    WavFileWriter writer(std::make_unique<MemorySink>(head, 678), 48000, 1, 4, "");
+    const std::vector<float> sample = {0.5F};
+    const std::vector<const float*> plane = {sample.data()};
+    constexpr uint64_t most = 0xFFFEFFFF / 3;
+    EXPECT_EQ(failureOf([&] { writer.append(plane, int64_t(most) + 1); }).code, 20);
+    writer.append({}, int64_t(most));
+    EXPECT_EQ(writer.dataBytes(), 3 * most);
+    const Failure one = failureOf([&] { writer.append(plane, 1); });
+    EXPECT_EQ(one.code, 20);
+    EXPECT_EQ(one.text, "Selection too long for a WAV file (4 GB limit)");
+    const Failure all = failureOf([&] { writer.appendAll({sample}); });
+    EXPECT_EQ(all.code, 20);
+    EXPECT_EQ(all.text, "Too long for a WAV file (4 GB limit)");
+    EXPECT_EQ(failureOf([&] { writer.append(plane, INT64_MAX); }).code, 20);
+    EXPECT_EQ(head.substr(4, 4) + head.substr(674, 4), std::string(8, '\0'));
+    writer.finish();
+    EXPECT_EQ(head.substr(4, 4), le32(uint32_t(670 + 3 * most + 1)));
+    EXPECT_EQ(head.substr(674, 4), le32(uint32_t(3 * most)));
+}
+
+TEST(WavFileWriter, SaysWhyItCantBegin) {
+    const TempFolder folder;
+    writeBytes(folder / "plain", "x");
+    ASSERT_EQ(::mkfifo((folder / "pipe.wav").c_str(), 0600), 0);
+    const std::pair<const char*, const char*> places[] = {{"plain/a.wav", "Not a directory"},
+                                                          {"plain/sub/a.wav", "Not a directory"},
+                                                          {"", "Is a directory"},
+                                                          {"pipe.wav", "No such device or address"}};
+    for (const auto& [name, reason] : places) {
+        const Failure failure = failureOf([&] { WavFileWriter(folder / name, 48000, 1, 0, ""); });
+        EXPECT_EQ(failure.code, 0) << name;
+        EXPECT_EQ(failure.text, "Couldn't write " + (folder / name).string() + ": " + reason);
+    }
+    const std::pair<int, double> unfit[] = {{0, 48000}, {21846, 1},       {-1, 48000}, {1, 0.4},
+                                            {1, nan},   {64, 22369622.0}, {1, -44100}, {1, INFINITY}};
+    for (const auto& [channels, rate] : unfit) {
+        const Failure failure = failureOf([&] { WavFileWriter(folder / "plain", rate, channels, 0, ""); });
+        EXPECT_EQ(failure.code, 0) << channels << " at " << rate;
+        EXPECT_EQ(readBytes(folder / "plain"), "x") << "nothing was replaced";
+    }
+    WavFileWriter(folder / "widest.wav", 65535, 21845, 0, "").finish();
+}
+
+// A full disk, by the system's limit on the length of a file.
+TEST(WavFileWriter, ReportsABlockThatBreaksOffAndKeepsWhatWasBefore) {
+    const TempFolder folder;
+    const Shape shape = {48000, 2, 5000, 3};
+    const Planes first = noisePlanes(2, 5000, 1);
+    rlimit old{};
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &old), 0);
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    WavFileWriter writer(folder / "torn.wav", 48000, 2, 3, "");
+    writer.appendAll(first);
+    rlimit tight = old;
+    tight.rlim_cur = 50000;
+    ::setrlimit(RLIMIT_FSIZE, &tight);
+    const Failure failure = failureOf([&] { writer.appendAll(noisePlanes(2, 400000, 9)); });
+    ::setrlimit(RLIMIT_FSIZE, &old);
+    std::signal(SIGXFSZ, handler);
+    EXPECT_EQ(failure.code, 0);
+    EXPECT_EQ(failure.text, "Couldn't write " + (folder / "torn.wav").string() + ": File too large");
+    EXPECT_EQ(std::filesystem::file_size(folder / "torn.wav"), 50000U);
+    EXPECT_EQ(readBytes(folder / "torn.wav").substr(674, 4), le32(0));
+    writer.finish(true);
+    EXPECT_EQ(readBytes(folder / "torn.wav"), written(folder / "whole.wav", shape, first, ""));
+    WavFileWriter unequal(folder / "whole.wav", 48000, 2, 3, "");
+    EXPECT_THROW(unequal.appendAll({{0, 0}, {0}}), std::invalid_argument);
+}
+
+}  // namespace
+}  // namespace brindlehum
