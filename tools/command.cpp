@@ -13,12 +13,15 @@ void print(const Json& json) {
     if (!std::cout) throw Error(0, "Couldn't write to the standard output");
 }
 
-void printError(const std::string& text) {
-    std::string line = "brindlehum-cli: " + text;
-    for (char& c : line) {
+std::string oneLine(std::string text) {
+    for (char& c : text) {
         if (static_cast<unsigned char>(c) < ' ') c = ' ';
     }
-    std::cerr << line << std::endl;
+    return text;
+}
+
+void printError(const std::string& text) {
+    std::cerr << oneLine("brindlehum-cli: " + text) << std::endl;
 }
 
 bool eachFile(Words files, const std::function<void(const std::string& file)>& job) {

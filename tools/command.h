@@ -30,10 +30,13 @@ bool probe(Words words);
 bool overview(Words words);
 bool devices(Words words);
 bool render(Words words);
+bool analyze(Words words);
 extern const std::string_view renderHelp;  // its words, one a line
 
 // Writes one line to stdout. Bytes that aren't UTF-8, as in file names, become U+FFFD.
 void print(const Json& json);
+// The text with control characters as blanks, so that it stays on one line.
+std::string oneLine(std::string text);
 // Writes "brindlehum-cli: text" to stderr, as one line whatever the text holds.
 void printError(const std::string& text);
 // Runs `job` on every file and reports those that throw; false when any did.

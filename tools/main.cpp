@@ -4,6 +4,7 @@
 #include <iostream>
 #include <vector>
 
+#include "analysed_file.h"
 #include "command.h"
 
 namespace brindlehum::cli {
@@ -14,6 +15,7 @@ constexpr Command commands[] = {
     {"overview", "FILE...", "minima and maxima of each file in buckets", overview},
     {"devices", "", "the output devices that exist right now", devices},
     {"render", "FILE OUT.wav [WORDS...]", "the file as a device would play it, as 32-bit float", render},
+    {"analyze", "[WORDS...] FILE...", "tempo, bars, key, loudness and structure of a piece of music", analyze},
 };
 
 std::string usage(const Command& command) {
@@ -21,15 +23,22 @@ std::string usage(const Command& command) {
     return command.usage.empty() ? words : words + " " + std::string(command.usage);
 }
 
+std::string allWords() {
+    std::string words = "brindlehum-cli ";
+    for (const Command& command : commands) words += std::string(command.word) + "|";
+    return words + "help ...";
+}
+
 void printHelp() {
     for (const Command& command : commands) std::cout << usage(command) << ": " << command.help << "\n";
     std::cout << "\nWords of render, in any order:\n" << renderHelp;
+    std::cout << "\nWords of analyze, in place of what it would find:\n" << analysisHelp;
     std::cout << "\nEach result is a JSON object on one line; a failure is one line on stderr and exit code 1.\n";
 }
 
 int run(const std::vector<std::string>& words) {
     if (words.empty()) {
-        printError("no word given; usage: brindlehum-cli probe|overview|devices|render|help ...");
+        printError("no word given; usage: " + allWords());
         return 1;
     }
     if (words[0] == "help") {
@@ -38,7 +47,7 @@ int run(const std::vector<std::string>& words) {
     }
     const auto command = std::ranges::find(commands, words[0], &Command::word);
     if (command == std::end(commands)) {
-        printError("unknown word \"" + words[0] + "\"; usage: brindlehum-cli probe|overview|devices|render|help ...");
+        printError("unknown word \"" + words[0] + "\"; usage: " + allWords());
         return 1;
     }
     try {

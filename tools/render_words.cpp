@@ -4,12 +4,11 @@
 #include <strings.h>
 
 #include <algorithm>
-#include <charconv>
-#include <cmath>
 #include <map>
 
 #include "audio/error.h"
 #include "mix/render_context.h"
+#include "word_values.h"
 
 namespace brindlehum::cli {
 
@@ -33,21 +32,6 @@ namespace {
 constexpr double leastRate = 8000;  // Hz
 constexpr double mostRate = 384000;
 
-double number(const std::string& word, const std::string& text, double least, double most) {
-    double value = 0;
-    const auto [end, fault] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (fault != std::errc() || end != text.data() + text.size() || !(value >= least && value <= most)) {
-        throw UsageError(word + " can't be \"" + text + "\"");
-    }
-    return value;
-}
-
-int wholeNumber(const std::string& word, const std::string& text, int least, int most) {
-    const double value = number(word, text, least, most);
-    if (value != std::floor(value)) throw UsageError(word + " can't be \"" + text + "\"");
-    return static_cast<int>(value);
-}
-
 std::vector<std::string> parts(const std::string& text) {
     std::vector<std::string> out(1);
     for (const char c : text) {
@@ -62,7 +46,7 @@ std::vector<std::string> parts(const std::string& text) {
 
 template <typename Value>
 Value known(const std::string& word, const std::string& text, const std::optional<Value>& value) {
-    if (!value) throw UsageError(word + " can't be \"" + text + "\"");
+    if (!value) refuse(word, text);
     return *value;
 }
 
@@ -74,30 +58,30 @@ const std::map<std::string, Setter, std::less<>> setters = {
     {"outputs",
      [](auto& r, auto& w, auto& v) {
          for (const auto& part : parts(v)) {
-             r.profile.outputs.push_back(wholeNumber(w, part, -1, RenderContext::maxDeviceChannels - 1));
+             r.profile.outputs.push_back(wholeNumberAfter(w, part, -1, RenderContext::maxDeviceChannels - 1));
          }
      }},
     {"trims",
      [](auto& r, auto& w, auto& v) {
-         for (const auto& part : parts(v)) r.profile.trimsDB.push_back(number(w, part, -120, 60));
+         for (const auto& part : parts(v)) r.profile.trimsDB.push_back(numberAfter(w, part, -120, 60));
      }},
     {"channels",
-     [](auto& r, auto& w, auto& v) { r.deviceChannels = wholeNumber(w, v, 1, RenderContext::maxDeviceChannels); }},
+     [](auto& r, auto& w, auto& v) { r.deviceChannels = wholeNumberAfter(w, v, 1, RenderContext::maxDeviceChannels); }},
     {"listen", [](auto& r, auto& w, auto& v) { r.listen = known(w, v, listenModeFromRaw(v)); }},
     {"format", [](auto& r, auto&, auto& v) { r.format = v; }},
-    {"yaw", [](auto& r, auto& w, auto& v) { r.rotation.yaw = number(w, v, -360, 360); }},
-    {"pitch", [](auto& r, auto& w, auto& v) { r.rotation.pitch = number(w, v, -360, 360); }},
-    {"roll", [](auto& r, auto& w, auto& v) { r.rotation.roll = number(w, v, -360, 360); }},
+    {"yaw", [](auto& r, auto& w, auto& v) { r.rotation.yaw = numberAfter(w, v, -360, 360); }},
+    {"pitch", [](auto& r, auto& w, auto& v) { r.rotation.pitch = numberAfter(w, v, -360, 360); }},
+    {"roll", [](auto& r, auto& w, auto& v) { r.rotation.roll = numberAfter(w, v, -360, 360); }},
     {"mono",
      [](auto& r, auto& w, auto& v) {
-         if (v != "center" && v != "pair") throw UsageError(w + " can't be \"" + v + "\"");
+         if (v != "center" && v != "pair") refuse(w, v);
          r.monoToCenter = v == "center";
      }},
-    {"rate", [](auto& r, auto& w, auto& v) { r.rate = wholeNumber(w, v, leastRate, mostRate); }},
-    {"gain", [](auto& r, auto& w, auto& v) { r.gainDb = number(w, v, -144, 60); }},
-    {"block", [](auto& r, auto& w, auto& v) { r.block = wholeNumber(w, v, 1, RenderContext::maxFrames); }},
-    {"from", [](auto& r, auto& w, auto& v) { r.from = number(w, v, 0, 1e9); }},
-    {"to", [](auto& r, auto& w, auto& v) { r.to = number(w, v, 0, 1e9); }},
+    {"rate", [](auto& r, auto& w, auto& v) { r.rate = wholeNumberAfter(w, v, leastRate, mostRate); }},
+    {"gain", [](auto& r, auto& w, auto& v) { r.gainDb = numberAfter(w, v, -144, 60); }},
+    {"block", [](auto& r, auto& w, auto& v) { r.block = wholeNumberAfter(w, v, 1, RenderContext::maxFrames); }},
+    {"from", [](auto& r, auto& w, auto& v) { r.from = numberAfter(w, v, 0, 1e9); }},
+    {"to", [](auto& r, auto& w, auto& v) { r.to = numberAfter(w, v, 0, 1e9); }},
 };
 
 }  // namespace

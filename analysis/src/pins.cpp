@@ -5,10 +5,23 @@
 
 namespace brindlehum {
 
+namespace {
+
+template <class Json>
+Json object(const Pins& pins) {
+    return {{"startTime", pins.startTime}, {"introEnd", pins.introEnd},       {"loopStart", pins.loopStart},
+            {"loopEnd", pins.loopEnd},     {"endingStart", pins.endingStart}, {"musicEnd", pins.musicEnd},
+            {"finalHit", pins.finalHit},   {"loopFile", pins.loopFile}};
+}
+
+}  // namespace
+
 void to_json(nlohmann::json& json, const Pins& pins) {
-    json = {{"startTime", pins.startTime},     {"introEnd", pins.introEnd}, {"loopStart", pins.loopStart},
-            {"loopEnd", pins.loopEnd},         {"musicEnd", pins.musicEnd}, {"finalHit", pins.finalHit},
-            {"endingStart", pins.endingStart}, {"loopFile", pins.loopFile}};
+    json = object<nlohmann::json>(pins);
+}
+
+void to_json(nlohmann::ordered_json& json, const Pins& pins) {
+    json = object<nlohmann::ordered_json>(pins);
 }
 
 void from_json(const nlohmann::json& json, Pins& pins) {

@@ -147,6 +147,10 @@ TEST(Cli, NamesTheWordThatItDoesNotKnow) {
         {{"prob", in}, "prob"},
         {{"probe"}, "no file"},
         {{"devices", "now"}, "now"},
+        {{"analyze"}, "no file"},
+        {{"analyze", in, "bpm"}, "bpm"},
+        {{"analyze", "bpm", "19", in}, "19"},
+        {{"analyze", "meter", "2.5", in}, "2.5"},
         {{"render", in}, "output"},
         {{"render", in, (folder / "out.flac").string()}, "out.flac"},
         {{"render", in, in}, "made from"},
@@ -184,7 +188,8 @@ TEST(Cli, NamesTheWordThatItDoesNotKnow) {
     }
     const auto help = runCli({"help"});
     EXPECT_EQ(help.exitCode, 0);
-    for (const char* word : {"probe FILE...", "overview", "devices", "render FILE OUT.wav", "trims"}) {
+    for (const char* word :
+         {"probe FILE...", "overview", "devices", "render FILE OUT.wav", "trims", "analyze", "meter"}) {
         EXPECT_THAT(help.output, HasSubstr(word));
     }
 }

@@ -24,6 +24,7 @@ struct Pins {
 
 // An object with exactly the fields as keys. Reading throws nlohmann::json::exception when one is missing.
 void to_json(nlohmann::json& json, const Pins& pins);
+void to_json(nlohmann::ordered_json& json, const Pins& pins);
 void from_json(const nlohmann::json& json, Pins& pins);
 
 struct LoopCandidate {

@@ -1,0 +1,20 @@
+// The records of a music analysis as JSON, for scripts and other programs.
+#pragma once
+
+#include <nlohmann/json_fwd.hpp>
+
+#include "analysis/music_analysis.h"
+
+namespace brindlehum {
+
+// Objects with the fields as keys, in their order; an absent value is null, and a number that isn't finite is written
+// as null. The similarity of bars is an array of rows, and `mono22k` is left out of the whole.
+void to_json(nlohmann::ordered_json& json, const TempoResult& tempo);
+void to_json(nlohmann::ordered_json& json, const MusicGrid& grid);
+void to_json(nlohmann::ordered_json& json, const KeyResult& key);
+void to_json(nlohmann::ordered_json& json, const LoudnessResult& loudness);
+void to_json(nlohmann::ordered_json& json, const LoopCandidate& candidate);
+void to_json(nlohmann::ordered_json& json, const StructureResult& structure);
+void to_json(nlohmann::ordered_json& json, const MusicAnalysis& analysis);
+
+}  // namespace brindlehum

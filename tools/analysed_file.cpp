@@ -1,0 +1,81 @@
+// A file read whole and analysed as music.
+#include "analysed_file.h"
+
+#include <unistd.h>
+
+#include <array>
+#include <filesystem>
+#include <iostream>
+
+#include "word_values.h"
+
+namespace brindlehum::cli {
+
+const std::string_view analysisHelp =
+    "  bpm N              the tempo, 20 to 400\n"
+    "  meter N            the beats a bar, 1 to 16\n";
+
+namespace {
+
+constexpr std::array<std::string_view, analysisStageCount> stageNames = {"mono", "tempo",    "grid",     "spectrum",
+                                                                         "key",  "loudness", "structure"};
+
+// A line that a terminal overwrites in place, gone at the end.
+class ProgressLine {
+public:
+    explicit ProgressLine(const std::string& file)
+        : name_(oneLine(std::filesystem::path(file).filename().string().substr(0, 40))),
+          shown_(isatty(STDERR_FILENO) == 1) {}
+    ~ProgressLine() {
+        if (shown_) std::cerr << wipe << std::flush;
+    }
+    ProgressLine(const ProgressLine&) = delete;
+    ProgressLine& operator=(const ProgressLine&) = delete;
+    void tell(std::string_view what) const {
+        if (shown_) std::cerr << wipe << name_ << ": " << what << std::flush;
+    }
+
+private:
+    static constexpr std::string_view wipe = "\r\x1b[K";
+    std::string name_;
+    bool shown_;
+};
+
+}  // namespace
+
+bool AnalysisWords::take(Words words, size_t& at) {
+    const std::string& word = words[at];
+    if (word != "bpm" && word != "meter") return false;
+    if (++at == words.size()) throw UsageError("no value after \"" + word + "\"");
+    if (word == "bpm") {
+        bpm = numberAfter(word, words[at], 20, 400);
+    } else {
+        beatsPerBar = wholeNumberAfter(word, words[at], 1, 16);
+    }
+    return true;
+}
+
+double AnalysedFile::seconds() const {
+    return audio.sampleRate > 0 ? static_cast<double>(audio.channels[0].size()) / audio.sampleRate : 0;
+}
+
+AnalysedFile analyseFile(const std::string& file, const AnalysisWords& words) {
+    const ProgressLine progress(file);
+    progress.tell("reading");
+    AnalysedFile result{AudioFileInfo::load(file), Signal::readPlanar(file), {}};
+    const std::string name = std::filesystem::path(file).filename().string();
+    const AnalysisInput input{result.audio.channels, result.audio.sampleRate, result.info.detected, name, words.bpm,
+                              words.beatsPerBar};
+    result.outcome = analyzeMusic(input, [&](AnalysisStage stage) {
+        progress.tell(stageNames[static_cast<size_t>(stage)]);
+        return true;
+    });
+    return result;
+}
+
+std::string_view failureText(AnalysisOutcome::Status status) {
+    return status == AnalysisOutcome::Status::tooShort ? "Too short for a music analysis: a second or less"
+                                                       : AnalysisOutcome::noPulseText;
+}
+
+}  // namespace brindlehum::cli

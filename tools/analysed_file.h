@@ -1,0 +1,37 @@
+// A file read whole and analysed as music, for the commands that show the result.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "analysis/music_analysis.h"
+#include "analysis/read_planar.h"
+#include "audio/audio_file_info.h"
+#include "command.h"
+
+namespace brindlehum::cli {
+
+// What the user sets by hand in place of what the analysis finds.
+struct AnalysisWords {
+    std::optional<double> bpm;
+    std::optional<int> beatsPerBar;
+
+    // Reads `bpm N` or `meter N` at `at` and moves it to the value; false when another word stands there.
+    // Throws UsageError.
+    bool take(Words words, size_t& at);
+};
+extern const std::string_view analysisHelp;  // its words, one a line
+
+struct AnalysedFile {
+    AudioFileInfo info;
+    Signal::Planar audio;
+    AnalysisOutcome outcome;
+    double seconds() const;
+};
+// Tells the stage on stderr while that is a terminal. Throws Error when the file can't be read.
+AnalysedFile analyseFile(const std::string& file, const AnalysisWords& words);
+
+// One line for the user about an outcome without an analysis.
+std::string_view failureText(AnalysisOutcome::Status status);
+
+}  // namespace brindlehum::cli

@@ -1,0 +1,48 @@
+// analyze [WORDS...] FILE...: tempo, grid, key, loudness and structure of each file.
+#include "analysed_file.h"
+#include "analysis/music_analysis_json.h"
+#include "audio/error.h"
+#include "command.h"
+
+namespace brindlehum::cli {
+namespace {
+
+std::string_view rawValue(AnalysisOutcome::Status status) {
+    switch (status) {
+        case AnalysisOutcome::Status::done:
+            return "done";
+        case AnalysisOutcome::Status::tooShort:
+            return "tooShort";
+        case AnalysisOutcome::Status::noPulse:
+            return "noPulse";
+        case AnalysisOutcome::Status::cancelled:
+            break;
+    }
+    return "cancelled";
+}
+
+void analyzeFile(const std::string& file, const AnalysisWords& overrides) {
+    const AnalysedFile result = analyseFile(file, overrides);
+    const auto status = result.outcome.status;
+    Json line = {{"url", file}, {"status", rawValue(status)}};
+    if (status == AnalysisOutcome::Status::done) {
+        line.update(Json(*result.outcome.analysis));
+    } else {
+        line["seconds"] = result.seconds();
+    }
+    print(line);
+    if (status != AnalysisOutcome::Status::done) throw Error(0, std::string(failureText(status)));
+}
+
+}  // namespace
+
+bool analyze(Words words) {
+    AnalysisWords overrides;
+    std::vector<std::string> files;
+    for (size_t i = 0; i < words.size(); ++i) {
+        if (!overrides.take(words, i)) files.push_back(words[i]);
+    }
+    return eachFile(files, [&](const std::string& file) { analyzeFile(file, overrides); });
+}
+
+}  // namespace brindlehum::cli

@@ -1,0 +1,12 @@
+// Values that follow a word, read strictly: UsageError names the word and what can't be its value.
+#pragma once
+
+#include <string>
+
+namespace brindlehum::cli {
+
+double numberAfter(const std::string& word, const std::string& text, double least, double most);
+int wholeNumberAfter(const std::string& word, const std::string& text, int least, int most);
+[[noreturn]] void refuse(const std::string& word, const std::string& text);
+
+}  // namespace brindlehum::cli
