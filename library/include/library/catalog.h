@@ -82,9 +82,9 @@ public:
     static std::optional<std::string> matchExpression(std::string_view query);
 
 private:
-    class Connection;
+    struct Parts;
     std::mutex lock_;
-    std::unique_ptr<Connection> db_;
+    std::unique_ptr<Parts> parts_;
 };
 
 }  // namespace brindlehum

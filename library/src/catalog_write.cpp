@@ -1,0 +1,76 @@
+// Catalog: rows in and out.
+#include <algorithm>
+#include <chrono>
+#include <filesystem>
+
+#include "catalog_parts.h"
+#include "meta_codec.h"
+#include "upper_case.h"
+
+namespace brindlehum {
+
+namespace {
+
+double secondsSince1970() {
+    return std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch()).count();
+}
+
+std::optional<std::string> orNull(std::string text) {
+    return text.empty() ? std::nullopt : std::optional(std::move(text));
+}
+
+struct Text {
+    std::string name, folders, body;
+};
+
+Text searchable(const std::filesystem::path& path, const std::string& root, const SoundMeta& meta) {
+    Text text{path.stem(), path.parent_path(), meta.searchText()};
+    if (text.folders.starts_with(root)) text.folders.erase(0, root.size());
+    std::ranges::replace(text.name, '_', ' ');
+    std::ranges::replace(text.folders, '/', ' ');
+    return text;
+}
+
+}  // namespace
+
+void Catalog::upsert(const std::string& path, const std::string& root, const Stamp& stamp,
+                     const std::optional<AudioFileInfo>& info, const SoundMeta& meta) {
+    const AudioFileInfo known = info.value_or(AudioFileInfo());
+    const double duration = known.sampleRate > 0 ? double(known.frames) / known.sampleRate : 0;
+    const std::string json = encodeMeta(meta);
+    const std::optional<std::string> category = orNull(upperCase(meta.category));
+    const std::optional<std::string> library = orNull(meta.library);
+    Parts& parts = *parts_;
+    const bool stored = parts.insertFile
+                            .bind(path, root, stamp.size, stamp.mtime, duration, known.sampleRate, known.channels,
+                                  known.bitDepth, known.codec, json, category, library, meta.rating, secondsSince1970())
+                            .step();
+    const int64_t id = stored ? parts.insertFile.integer(0) : 0;
+    const Text text = searchable(path, root, meta);
+    const bool done = stored && parts.insertFile.run() && parts.deleteText.bind(id).run() &&
+                      parts.insertText.bind(id, text.name, text.folders, text.body).run();
+    parts.insertFile.reset();
+    if (!done) parts.failed = true;
+}
+
+void Catalog::remove(const std::string& path) {
+    const Database& writer = parts_->writer;
+    const bool done =
+        Statement(writer, "DELETE FROM fts WHERE rowid = (SELECT id FROM files WHERE path = ?)").bind(path).run() &&
+        Statement(writer, "DELETE FROM files WHERE path = ?").bind(path).run();
+    if (!done) parts_->failed = true;
+}
+
+void Catalog::removeRoot(const std::string& root) {
+    const auto remove = [&] {
+        const Database& writer = parts_->writer;
+        const bool done = Statement(writer, "DELETE FROM fts WHERE rowid IN (SELECT id FROM files WHERE root = ?)")
+                              .bind(root)
+                              .run() &&
+                          Statement(writer, "DELETE FROM files WHERE root = ?").bind(root).run();
+        if (!done) parts_->failed = true;
+    };
+    write(remove);
+}
+
+}  // namespace brindlehum

@@ -1,0 +1,55 @@
+// Match expressions, from what users type.
+#include <sqlite3.h>
+
+#include "catalog_test.h"
+#include "fuzz/match_input.h"
+
+namespace brindlehum::test {
+namespace {
+
+TEST(MatchExpression, SaysWhatWasTyped) {
+    const struct {
+        std::string query;
+        std::optional<std::string> expression;
+    } table[] = {
+        {"door", R"("door"*)"},
+        {"Door  Slam\theavy\n", R"("Door"* AND "Slam"* AND "heavy"*)"},
+        {"door -wood", R"("door"* NOT "wood"*)"},
+        {"-wood door /-glass", R"("door"* NOT "wood"* NOT "glass"*)"},
+        {"sub-bass", R"("sub"* "bass"*)"},
+        {"hit sub-bass -low-end", R"("hit"* AND "sub"* "bass"* NOT "low"* "end"*)"},
+        {"-rain", std::nullopt},
+        {"-rain -wind", std::nullopt},
+        {"", std::nullopt},
+        {" \t\n\r\v\f ", std::nullopt},
+        {"-", std::nullopt},
+        {"/-", std::nullopt},
+        {"\"\"", std::nullopt},
+        {"door - \"\" -- -\"-\" wood", R"("door"* AND "wood"*)"},
+        {R"("quoted words")", R"("quoted"* AND "words"*)"},
+        {R"(a"b"c)", R"("abc"*)"},
+        {"a/-b", R"("ab"*)"},
+        {"//--x", R"("/"* "x"*)"},
+        {"AND OR NOT NEAR(a) name:b ^c *", R"("AND"* AND "OR"* AND "NOT"* AND "NEAR(a)"* AND "name:b"* AND "^c"* AND "*"*)"},
+        {"t\u00FCr\u00A0auf\u3000zu\u2003", "\"t\u00FCr\"* AND \"auf\"* AND \"zu\"*"},
+        {std::string("a\0b", 3), R"("a"* AND "b"*)"},
+    };
+    for (const auto& [query, expression] : table) EXPECT_EQ(Catalog::matchExpression(query), expression) << query;
+}
+
+// Anything typed is an expression that FTS5 takes; what the fuzzer has found or begins with is looked at again.
+TEST(MatchExpression, IsAlwaysAccepted) {
+    std::string many = "x";
+    for (int i = 0; i < 400; ++i) many += " -n" + std::to_string(i) + " p" + std::to_string(i);
+    MatchProbe probe;
+    probe.look(many);
+    int seeds = 0;
+    for (const auto& seed : std::filesystem::directory_iterator(BRINDLEHUM_CORPUS "/match")) {
+        probe.lookAtFile(seed.path());
+        ++seeds;
+    }
+    EXPECT_GT(seeds, 5);
+}
+
+}  // namespace
+}  // namespace brindlehum::test
