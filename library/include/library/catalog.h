@@ -36,10 +36,10 @@ public:
         std::string formatSummary() const;
     };
     struct Filter {
-        std::string query;
-        std::optional<std::string> category;  // in the column's upper case
-        std::optional<std::string> library;
-        std::vector<std::string> roots;  // canonical; none: all
+        std::string query = {};
+        std::optional<std::string> category = {};  // in the column's upper case
+        std::optional<std::string> library = {};
+        std::vector<std::string> roots = {};  // canonical; none: all
         int minRating = 0;
     };
     using Counts = std::vector<std::pair<std::string, int64_t>>;  // most first
