@@ -304,7 +304,9 @@ TEST(WavFileWriter, ReportsABlockThatBreaksOffAndKeepsWhatWasBefore) {
     EXPECT_EQ(std::filesystem::file_size(folder / "torn.wav"), 50000U);
     EXPECT_EQ(readBytes(folder / "torn.wav").substr(674, 4), le32(0));
     writer.finish(true);
-    EXPECT_EQ(readBytes(folder / "torn.wav"), written(folder / "whole.wav", shape, first, ""));
+    const auto withoutTime = [](std::string bytes) { return bytes.erase(388, 18); };
+    EXPECT_EQ(withoutTime(readBytes(folder / "torn.wav")),
+              withoutTime(written(folder / "whole.wav", shape, first, "")));
     WavFileWriter unequal(folder / "whole.wav", 48000, 2, 3, "");
     EXPECT_THROW(unequal.appendAll({{0, 0}, {0}}), std::invalid_argument);
 }

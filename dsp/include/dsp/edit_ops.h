@@ -37,7 +37,8 @@ struct Biquad {
     std::vector<float> run(std::span<const float> x) const;
 };
 
-// Butterworth filters of second order, 12 dB an octave (bilinear transform).
+// Butterworth filters of second order, 12 dB an octave (bilinear transform). From half the rate on, the low-pass
+// passes all and the high-pass nothing.
 Biquad highPass(double hz, double sr);
 Biquad lowPass(double hz, double sr);
 Channels hiPass200(const Channels& channels, double sr);

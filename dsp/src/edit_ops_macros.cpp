@@ -1,0 +1,110 @@
+// The macros that ring and wash: faded ends, the reverb tail and the granular texture.
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+#include "dsp/signal.h"
+#include "edit_ops_detail.h"
+
+namespace brindlehum::EditOps {
+namespace {
+
+using detail::framesIn;
+
+struct Grains {
+    std::vector<float> window;
+    int64_t hop = 1;
+};
+
+// Windowed pieces of `x` from random places, laid over each other up to `length` frames.
+std::vector<float> stretched(std::span<const float> x, int64_t length, const Grains& grains, RandomEngine& random) {
+    std::vector<float> out(static_cast<size_t>(length));
+    const auto grain = int64_t(grains.window.size());
+    const auto frames = int64_t(x.size());
+    std::uniform_int_distribution<int64_t> place(0, std::max<int64_t>(frames - grain, 1) - 1);
+    for (int64_t at = 0; at + grain < length; at += grains.hop) {
+        const int64_t from = place(random);
+        const int64_t count = std::min(grain, frames - from);
+        for (int64_t i = 0; i < count; ++i) out[size_t(at + i)] += x[size_t(from + i)] * grains.window[size_t(i)];
+    }
+    return out;
+}
+
+void fadeLinearly(std::span<float> x, double sr) {
+    const auto length = int64_t(x.size());
+    const int64_t in = std::min(length, framesIn(sr, 2));
+    for (int64_t i = 0; i < in; ++i) x[size_t(i)] *= float(double(i) / double(in));
+    const int64_t out = std::min(length, framesIn(sr, 4));
+    for (int64_t i = 0; i < out; ++i) x[size_t(length - 1 - i)] *= float(double(i) / double(out));
+}
+
+// `dry` times the signal plus `wet` times its convolution, over the signal's length.
+void mixIn(std::vector<float>& signal, float dry, std::span<const float> convolved, float wet) {
+    for (size_t i = 0; i < signal.size(); ++i) {
+        signal[i] = signal[i] * dry + (i < convolved.size() ? convolved[i] * wet : 0.0F);
+    }
+}
+
+}  // namespace
+
+Channels topAndTails(const Channels& channels, double sr) {
+    Channels out = channels;
+    if (channels.empty()) return out;
+    const auto length = int64_t(channels[0].size());
+    const int64_t in = std::min(length, framesIn(sr, 0.05));
+    const int64_t tail = std::min(length, framesIn(sr, 1));
+    for (auto& x : out) {
+        for (int64_t i = 0; i < in; ++i) {
+            x[size_t(i)] *= float(std::sin(double(i) / double(in) * std::numbers::pi / 2));
+        }
+        for (int64_t i = 0; i < tail; ++i) {
+            x[size_t(length - tail + i)] *= float(std::cos(double(i) / double(tail) * std::numbers::pi / 2));
+        }
+    }
+    return out;
+}
+
+Channels verbTail(const Channels& channels, double sr, int64_t start, int64_t end, RandomEngine& random) {
+    constexpr double tailSeconds = 4;
+    const std::vector<float> hall = hallIR(sr, 8, random);
+    Channels out = slice(channels, start, end);
+    for (auto& x : out) {
+        const std::vector<float> wet = convolve(x, hall);
+        x.resize(x.size() + size_t(framesIn(sr, tailSeconds)));
+        mixIn(x, 0.7F, wet, 0.3F);
+    }
+    return out;
+}
+
+Channels verbTail(const Channels& channels, double sr, int64_t start, int64_t end) {
+    RandomEngine random = systemSeeded();
+    return verbTail(channels, sr, start, end, random);
+}
+
+Channels texture(const Channels& channels, double sr, int64_t start, int64_t end, RandomEngine& random) {
+    constexpr float wantedPeak = 0.5011872F;  // -6 dB
+    const int64_t length = std::min((end - start) * 8, framesIn(sr, 90));
+    const std::vector<float> hall = hallIR(sr, 12, random);
+    const Biquad dark = lowPass(6000, sr);
+    const auto grain = int(framesIn(sr, 0.08));
+    const Grains grains{grain > 0 ? Signal::hanning(grain) : std::vector<float>{}, std::max<int64_t>(grain / 8, 1)};
+    Channels out;
+    for (const auto& x : channels) {
+        const auto source = std::span(x).subspan(size_t(start), size_t(end - start));
+        std::vector<float> wash = stretched(source, length, grains, random);
+        mixIn(wash, 0.2F, convolve(wash, hall), 0.8F);
+        wash = dark.run(wash);
+        fadeLinearly(wash, sr);
+        const float peak = detail::peak(wash);
+        if (peak > 0) detail::scale(wash, wantedPeak / peak);
+        out.push_back(std::move(wash));
+    }
+    return out;
+}
+
+Channels texture(const Channels& channels, double sr, int64_t start, int64_t end) {
+    RandomEngine random = systemSeeded();
+    return texture(channels, sr, start, end, random);
+}
+
+}  // namespace brindlehum::EditOps

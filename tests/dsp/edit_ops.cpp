@@ -1,0 +1,306 @@
+// EditOps: cuts on small tables, filters and halls by measurement, convolution and loops against plain twins.
+#include "dsp/edit_ops.h"
+
+#include <gtest/gtest.h>
+
+#include <complex>
+#include <numbers>
+#include <numeric>
+
+#include "edit_ops_detail.h"
+#include "support/signals.h"
+
+namespace brindlehum {
+namespace {
+
+using namespace EditOps;
+using test::noise;
+using Samples = std::vector<float>;
+constexpr double pi = std::numbers::pi;
+
+double energy(std::span<const float> x) {
+    return std::transform_reduce(x.begin(), x.end(), 0.0, std::plus<>(), [](float s) { return double(s) * s; });
+}
+
+TEST(EditOps, CutsGiveTheseChannels) {
+    const Channels two = {{1, 2, 3, 4}, {5, 6, 7, 8}};
+    const Channels one = {{1, 2, 3, 4}};
+    const Channels three = {{1, 2}, {3, 4}, {8, 0}};
+    const struct {
+        const char* what;
+        Channels result, expected;
+    } cases[] = {
+        {"slice", slice(two, 1, 3), {{2, 3}, {6, 7}}},
+        {"slice of nothing", slice(two, 2, 2), {{}, {}}},
+        {"splice", splice(two, 1, 3), {{1, 4}, {5, 8}}},
+        {"splice of all", splice(two, 0, 4), {{}, {}}},
+        {"insert", insert(two, 4, {{9}, {10}}), {{1, 2, 3, 4, 9}, {5, 6, 7, 8, 10}}},
+        {"insert mono into stereo", insert(two, 1, {{9, 9}}), {{1, 9, 9, 2, 3, 4}, {5, 0, 0, 6, 7, 8}}},
+        {"insert stereo into mono", insert(one, 0, {{9}, {10}}), {{9, 1, 2, 3, 4}}},
+        {"insert nothing", insert(two, 1, {}), two},
+        {"silence", silence(two, 1, 4), {{1, 0, 0, 0}, {5, 0, 0, 0}}},
+        {"replace by mono", replaceRegion(two, 1, 3, {{9}}), {{1, 9, 4}, {5, 9, 8}}},
+        {"replace by longer", replaceRegion(two, 3, 4, {{9, 8, 7}, {6, 5}}), {{1, 2, 3, 9, 8, 7}, {5, 6, 7, 6, 5}}},
+        {"replace by nothing", replaceRegion(two, 0, 3, {{}}), {{4}, {8}}},
+        {"mono", monoFold(three, 0, 1), {{4, 2}, {4, 4}, {4, 0}}},
+        {"mono of none", monoFold({}, 0, 0), {}},
+        {"swap", swapLR(three, 1, 2), {{1, 4}, {3, 2}, {8, 0}}},
+        {"swap of mono", swapLR(one, 0, 4), one},
+        {"tail of nothing", topAndTails({{}, {}}, 48000), {{}, {}}},
+        {"tail of none", topAndTails({}, 48000), {}},
+    };
+    for (const auto& c : cases) EXPECT_EQ(c.result, c.expected) << c.what;
+}
+
+// The magnitude in dB of an impulse response at a frequency.
+double levelAt(const Samples& response, double hz, double sr) {
+    std::complex<double> sum = 0;
+    for (size_t i = 0; i < response.size(); ++i)
+        sum += double(response[i]) * std::polar(1.0, -2 * pi * hz * double(i) / sr);
+    return 20 * std::log10(std::abs(sum));
+}
+
+TEST(EditOps, FiltersFallByTwelveDecibelsAnOctaveFromTheirCorner) {
+    for (const double sr : {44100.0, 48000.0, 192000.0}) {
+        SCOPED_TRACE(sr);
+        Samples impulse(size_t(sr) / 2);
+        impulse[0] = 1;
+        const Samples high = hiPass200({Samples(3), impulse}, sr)[1];
+        const Samples low = lowPass(6000, sr).run(impulse);
+        EXPECT_NEAR(levelAt(high, 200, sr), -3.01, 0.01);
+        EXPECT_NEAR(levelAt(low, 6000, sr), -3.01, 0.01);
+        EXPECT_NEAR(levelAt(high, 50, sr) - levelAt(high, 25, sr), 12.03, 0.05);
+        EXPECT_NEAR(levelAt(high, sr / 4, sr), 0, 0.01);
+        EXPECT_NEAR(levelAt(low, 20, sr), 0, 0.01);
+        // The bilinear transform bends the frequency axis: w stands for tan(w / 2).
+        const double bent = std::tan(pi * 15000 / sr) / std::tan(pi * 6000 / sr);
+        EXPECT_NEAR(levelAt(low, 15000, sr), -10 * std::log10(1 + std::pow(bent, 4)), 0.05);
+    }
+    EXPECT_TRUE(lowPass(6000, 48000).run({}).empty());
+}
+
+// A line of three samples and one of one: 0.5 of the input, 0.25 of each line, every round at half the level.
+TEST(EditOps, FeedbackDelayRepeatsAtEachLinesLength) {
+    Samples x = {8, 0, 0, 0, 0, 0, 0};
+    detail::feedbackDelay(x, std::vector<double>{2.1, 0}, 1000, 0.5F, 0.5F);
+    EXPECT_EQ(x, (Samples{4, 2, 1, 0.5F + 2, 0.25F, 0.125F, 0.0625F + 1}));
+}
+
+TEST(EditOps, ConvolutionIsTheDirectSum) {
+    const uint32_t seed = std::random_device{}();
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    std::mt19937 engine(seed);
+    std::vector<std::pair<size_t, size_t>> sizes = {{1, 1},     {1, 5},    {700, 1},  {2, 2},       {512, 512},
+                                                    {513, 513}, {1025, 3}, {3, 5000}, {6000, 1500}, {511, 4096}};
+    for (int i = 0; i < 12; ++i) sizes.emplace_back(1 + engine() % 4000, 1 + engine() % 2500);
+    for (const auto& [n, m] : sizes) {
+        const Samples x = noise(n, engine()), h = noise(m, engine());
+        std::vector<double> sum(n + m - 1);
+        for (size_t i = 0; i < n; ++i) {
+            for (size_t k = 0; k < m; ++k) sum[i + k] += double(x[i]) * double(h[k]);
+        }
+        const Samples y = convolve(x, h);
+        ASSERT_EQ(y.size(), sum.size());
+        EXPECT_LT(test::errorDb(y, {sum.begin(), sum.end()}), -120) << n << " by " << m;
+    }
+    EXPECT_TRUE(convolve(Samples{}, Samples{1}).empty());
+    EXPECT_TRUE(convolve(Samples{1}, Samples{}).empty());
+}
+
+// The slope of the level of short pieces, by least squares.
+TEST(EditOps, HallFallsBySixtyDecibelsInItsTime) {
+    const uint32_t seed = std::random_device{}();
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    RandomEngine random(seed);
+    for (const auto& [sr, seconds] : {std::pair{48000.0, 8.0}, {44100.0, 12.0}, {8000.0, 1.25}}) {
+        const Samples hall = hallIR(sr, seconds, random);
+        ASSERT_EQ(hall.size(), size_t(sr * seconds));
+        const int pieces = 40;
+        const size_t head = size_t(sr / 10), length = (hall.size() - head) / pieces;
+        double st = 0, sl = 0, stt = 0, stl = 0;
+        for (size_t p = 0; p < pieces; ++p) {
+            const size_t at = head + p * length;
+            const double t = double(at) / sr;
+            const double level = 10 * std::log10(energy(std::span(hall).subspan(at, length)) / double(length));
+            st += t, sl += level, stt += t * t, stl += t * level;
+        }
+        const double slope = (pieces * stl - st * sl) / (pieces * stt - st * st);
+        EXPECT_NEAR(-60 / slope / (0.35 * seconds * std::log(1000.0)), 1, 0.02) << seconds;
+        // Both noises have a third of a peak's square as their power; the burst has gone down by e in 10 ms.
+        const size_t burst = size_t(sr / 100);
+        const double mean = energy(std::span(hall).first(burst)) / double(burst);
+        EXPECT_NEAR(10 * std::log10(mean / ((1 + 0.09 * 0.632) / 3)), 0, 1.5);
+        EXPECT_LE(detail::peak(hall), 1.3F);
+    }
+    EXPECT_TRUE(hallIR(48000, 0).empty());
+    EXPECT_NE(hallIR(8000, 1), hallIR(8000, 1));
+}
+
+TEST(EditOps, TopAndTailsFadesByQuarterTurns) {
+    const double sr = 1000;
+    for (const size_t length : {3000U, 500U, 20U}) {
+        const Channels faded = topAndTails({Samples(length, 1), Samples(length, -1)}, sr);
+        const double in = double(std::min<size_t>(length, 50)), out = double(std::min<size_t>(length, 1000));
+        for (size_t i = 0; i < length; ++i) {
+            const double up = std::sin(std::min(double(i) / in, 1.0) * pi / 2);
+            const double down = std::cos(std::max(double(i) + out - double(length), 0.0) / out * pi / 2);
+            ASSERT_NEAR(faded[0][i], up * down, 1e-6) << length << " at " << i;
+            ASSERT_EQ(faded[1][i], -faded[0][i]);
+        }
+    }
+}
+
+TEST(EditOps, VerbTailIsTheSelectionAndOneHallForAllChannels) {
+    const double sr = 1000;
+    const Channels channels = {noise(900, 1), noise(900, 2)};
+    RandomEngine random(7), same(7);
+    const Channels wet = verbTail(channels, sr, 100, 800, random);
+    const Samples hall = hallIR(sr, 8, same);
+    for (size_t c = 0; c < 2; ++c) {
+        ASSERT_EQ(wet[c].size(), 4700U);
+        Samples expected(4700);
+        for (size_t i = 0; i < 4700; ++i) {
+            double sum = 0;
+            for (size_t k = 0; k <= i && k < 700; ++k) sum += double(channels[c][100 + k]) * double(hall[i - k]);
+            expected[i] = float((i < 700 ? 0.7 * double(channels[c][100 + i]) : 0) + 0.3 * sum);
+        }
+        EXPECT_LT(test::errorDb(wet[c], expected), -115);
+    }
+}
+
+// Three rounds laid side by side, and the overlaps made around both joins.
+Samples threeRounds(Samples round, int64_t guard) {
+    const auto n = int64_t(round.size());
+    Samples all;
+    for (int i = 0; i < 3; ++i) all.insert(all.end(), round.begin(), round.end());
+    const int64_t half = guard / 2;
+    for (const int64_t join : {n, 2 * n}) {
+        for (int64_t i = 0; i < half * 2; ++i) {
+            const int64_t p = join - half + i;
+            const double phi = double(i) / double(half * 2) * pi / 2;
+            all[size_t(p)] =
+                float(all[size_t(p)] * std::cos(phi) + all[size_t(i < half ? p + n : p - n)] * std::sin(phi));
+        }
+    }
+    return {all.begin() + n, all.begin() + 2 * n};
+}
+
+TEST(EditOps, SeamlessLoopIsTheMiddleOfThreeGuardedRounds) {
+    struct Case {
+        int64_t total, start, end;
+        bool carryTail;
+        int64_t guard, carry;
+    };
+    const double sr = 48000;
+    const Case cases[] = {{9000, 1000, 8000, true, 384, 1000},   {9000, 1000, 8000, false, 384, 0},
+                          {9000, 1000, 9000, true, 384, 0},      {5000, 0, 768, true, 384, 768},
+                          {5000, 10, 777, true, 383, 767},       {100, 5, 25, true, 10, 20},
+                          {400000, 0, 200000, true, 384, 144000}};
+    for (const Case& c : cases) {
+        SCOPED_TRACE(testing::Message() << c.start << " to " << c.end << " of " << c.total);
+        Channels channels = {noise(size_t(c.total), 1), noise(size_t(c.total), 2)};
+        for (Samples& x : channels) detail::scale(x, 0.3F);
+        const Channels before = channels;
+        const auto loop = seamlessLoop(channels, sr, c.start, c.end, c.carryTail);
+        ASSERT_TRUE(loop);
+        EXPECT_EQ(channels, before);
+        EXPECT_EQ(std::pair(loop->guard, loop->carry), std::pair(c.guard, c.carry));
+        for (size_t ch = 0; ch < 2; ++ch) {
+            Samples round = slice(channels, c.start, c.end)[ch];
+            for (int64_t i = 0; i < c.carry; ++i) round[size_t(i)] += channels[ch][size_t(c.end + i)];
+            EXPECT_LT(test::errorDb(loop->channels[ch], threeRounds(round, c.guard)), -120);
+        }
+    }
+    const Channels loud = {Samples(2000, 0.9F), Samples(2000, 0.1F)};
+    const auto loop = seamlessLoop(loud, sr, 0, 2000, false);
+    ASSERT_TRUE(loop);
+    EXPECT_FLOAT_EQ(detail::peak(loop->channels[0]), 0.999F);
+    EXPECT_NEAR(loop->channels[1][1000] / loop->channels[0][1000], 1.0 / 9, 1e-6) << "one gain for all channels";
+    EXPECT_FALSE(seamlessLoop(loud, sr, 0, 19, true));
+    EXPECT_FALSE(seamlessLoop(loud, 1249, 0, 2000, true));
+    EXPECT_FALSE(seamlessLoop({}, sr, 0, 2000, true));
+}
+
+// The energy of what is left of `x` above about a fifth of its rate, in pieces of 32 samples, at its largest.
+double sharpest(std::span<const float> x) {
+    double most = 0;
+    std::vector<double> rough(x.size());
+    for (size_t i = 2; i + 2 < x.size(); ++i) {
+        rough[i] = x[i - 2] - 4.0 * x[i - 1] + 6.0 * x[i] - 4.0 * x[i + 1] + x[i + 2];
+    }
+    for (size_t at = 0; at + 32 <= x.size(); at += 16) {
+        double sum = 0;
+        for (size_t i = at; i < at + 32; ++i) sum += rough[i] * rough[i];
+        most = std::max(most, sum);
+    }
+    return most;
+}
+
+// Four notes a bar, struck from silence and ringing on. The tune comes back every three bars.
+Samples ringingBars(int bars, int struckBars) {
+    Samples x(size_t(bars) * 48000);
+    for (size_t note = 0; note < size_t(struckBars) * 4; ++note) {
+        const double hz = 220 * std::pow(2.0, double(note * 7 % 12) / 12);
+        for (size_t i = note * 12000; i < x.size(); ++i) {
+            const double t = double(i - note * 12000) / 48000;
+            x[i] += float(0.2 * std::min(t / 0.005, 1.0) * std::exp(-t / 0.25) * std::sin(2 * pi * hz * t));
+        }
+    }
+    return x;
+}
+
+TEST(EditOps, LoopsPlayThreeRoundsWithoutASeam) {
+    const int64_t bar = 48000;
+    const struct {
+        const char* what;
+        Samples source;
+        int64_t start, end;
+        bool carryTail;
+    } cases[] = {{"steady music", ringingBars(8, 8), 3 * bar, 6 * bar, false},
+                 {"a phrase and its ring-out", ringingBars(8, 4), 0, 4 * bar, true}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        const auto loop = seamlessLoop({c.source}, 48000, c.start, c.end, c.carryTail);
+        ASSERT_TRUE(loop);
+        const Samples& round = loop->channels[0];
+        Samples rounds;
+        for (int i = 0; i < 3; ++i) rounds.insert(rounds.end(), round.begin(), round.end());
+        const auto source = std::span(c.source).subspan(size_t(c.start), size_t(c.end - c.start));
+        for (const int64_t join : {c.end - c.start, 2 * (c.end - c.start)}) {
+            const auto around = std::span(rounds).subspan(size_t(join - 1000), 2000);
+            // The guard raises what is there by up to 3 dB, and the ring-out comes on top; a cut has 30 dB more.
+            EXPECT_LT(10 * std::log10(sharpest(around) / sharpest(source)), 6);
+        }
+        EXPECT_NEAR(10 * std::log10(energy(round) / energy(source)), 0, 0.5);
+    }
+}
+
+TEST(EditOps, TextureIsEightTimesAsLongDarkAndFaded) {
+    const std::pair<double, int64_t> cases[] = {{48000, 96000}, {8000, 300}, {8000, 100000}, {12000, 5000}, {10, 40}};
+    for (const auto& [sr, frames] : cases) {
+        SCOPED_TRACE(testing::Message() << frames << " frames at " << sr);
+        const Channels source = {noise(size_t(frames) + 10, 1), Samples(size_t(frames) + 10)};
+        const Channels wash = texture(source, sr, 5, frames + 5);
+        ASSERT_EQ(wash.size(), 2U);
+        const Samples& x = wash[0];
+        ASSERT_EQ(x.size(), std::min(size_t(frames) * 8, size_t(sr * 90)));
+        EXPECT_EQ(detail::peak(wash[1]), 0) << "silence stays silent";
+        EXPECT_EQ(x.front(), 0);
+        EXPECT_EQ(x.back(), 0);
+        if (sr < 100) continue;  // no room for a grain
+        EXPECT_NEAR(detail::peak(x), 0.5011872, 1e-6);
+        const auto piece = [&](double from, double to) {
+            return energy(std::span(x).subspan(size_t(from * sr), size_t((to - from) * sr)));
+        };
+        const double seconds = double(x.size()) / sr;
+        EXPECT_LT(piece(0, seconds / 50), piece(seconds / 4, seconds * 0.27));
+        EXPECT_LT(piece(seconds * 0.98, seconds), piece(seconds / 4, seconds * 0.27));
+        // Of noise, the differences of neighbours have twice its energy; below 6 kHz at 48 kHz they have a sixth.
+        Samples steps(x.size());
+        std::adjacent_difference(x.begin(), x.end(), steps.begin());
+        EXPECT_LT(energy(steps), (sr == 48000 ? 0.5 : 2.5) * energy(x));
+    }
+}
+
+}  // namespace
+}  // namespace brindlehum
