@@ -4,7 +4,7 @@
 #include "analysis/grid_builder.h"
 #include "analysis/tempo_analyzer.h"
 #include "dsp/signal.h"
-#include "text.h"
+#include "analysis/text.h"
 
 namespace brindlehum {
 namespace {

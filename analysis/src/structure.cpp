@@ -6,7 +6,7 @@
 #include "dsp/signal.h"
 #include "pin_scans.h"
 #include "seam.h"
-#include "text.h"
+#include "analysis/text.h"
 
 namespace brindlehum::Structure {
 namespace {

@@ -1,0 +1,59 @@
+// JumpTable: the body's own similarity sets how alike bars must be for a jump.
+#include <algorithm>
+#include <cstdlib>
+
+#include "edits/temp_edit_planner.h"
+
+namespace brindlehum::TempEditPlanner {
+namespace {
+
+constexpr double leastThreshold = 0.8;
+constexpr double quantile = 0.85;
+constexpr double seamCeiling = 0.1;
+constexpr double unknownSeam = 0.9;  // similarity taken for a loop that ends past the last bar
+
+// The similarities of all pairs of bars in lo ..< hi that aren't the same or neighbours.
+std::vector<double> pairsOf(const SimilarityMatrix& sim, int lo, int hi) {
+    std::vector<double> out;
+    if (hi - lo < 3) return out;
+    out.reserve(size_t(hi - lo) * size_t(hi - lo));
+    for (int i = lo; i < hi; ++i) {
+        for (int j = lo; j < hi; ++j) {
+            if (std::abs(i - j) >= 2) out.push_back(sim.at(i, j));
+        }
+    }
+    return out;
+}
+
+}  // namespace
+
+JumpTable::JumpTable(const SimilarityMatrix& similarity, const Pins& inForce) : sim(similarity), pins(inForce) {
+    std::vector<double> pairs = pairsOf(sim, std::max(pins.introEnd, 0), std::min(sim.size, pins.endingStart));
+    threshold = leastThreshold;
+    if (pairs.empty()) return;
+    const auto at = pairs.begin() + ptrdiff_t(quantile * double(pairs.size() - 1));
+    std::nth_element(pairs.begin(), at, pairs.end());
+    threshold = std::max(leastThreshold, *at);
+}
+
+std::optional<double> JumpTable::cost(int from, int to) const {
+    if (from == pins.loopEnd && to == pins.loopStart && to < from) {
+        return std::min(1 - (sim.contains(from, to) ? sim.at(from, to) : unknownSeam), seamCeiling);
+    }
+    double sum = 0;
+    int count = 0;
+    if (sim.contains(from, to)) {  // the bars that would follow
+        sum += sim.at(from, to);
+        ++count;
+    }
+    if (sim.contains(from - 1, to - 1)) {  // the bars that came before
+        sum += sim.at(from - 1, to - 1);
+        ++count;
+    }
+    if (count == 0) return std::nullopt;
+    const double mean = sum / count;
+    if (mean >= threshold) return 1 - mean;
+    return std::nullopt;
+}
+
+}  // namespace brindlehum::TempEditPlanner

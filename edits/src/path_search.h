@@ -1,0 +1,56 @@
+// PathSearch: the cheapest way to play a number of bars from one bar line of a piece to another.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "edits/temp_edit_planner.h"
+
+namespace brindlehum::TempEditPlanner {
+
+// Every jump costs 0.3 on top of what JumpTable says, 0.05 less between lines of 4-bar phrases counted from the first
+// line, so that two jumps are rarely better than one. Jumps onto the bar just played are left out.
+//
+// One table of the best cost after k bars at each line serves all lengths: it grows with the longest one asked for.
+// O(bars x jumps) time, O(bars x lines) memory. Not shared between threads.
+class PathSearch {
+public:
+    static constexpr double jumpCost = 0.3;
+    static constexpr double phraseBonus = 0.05;
+    static constexpr int phraseBars = 4;
+    // Entries of the table past which a length isn't searched any more: some 400 MB, hours of playing.
+    static constexpr size_t mostEntries = size_t(1) << 25;
+
+    // `from` and `to` are bar lines, from <= to. `jumps` is borrowed.
+    PathSearch(const JumpTable& jumps, int from, int to);
+
+    struct Path {
+        double cost = 0;
+        std::vector<int> bars;  // in playing order
+    };
+    // Exactly `count` bars that start at `from` and end at `to`, or anywhere with `anyEnd`. Among paths of one cost the
+    // one that arrives without a jump, then from the lowest line, decided from the end backward.
+    std::optional<Path> find(int count, bool anyEnd);
+
+private:
+    struct Step {
+        int32_t from = 0;   // line where the step starts, relative to the first
+        double weight = 0;  // 0 for playing on
+    };
+    void collectSteps();
+    void grow(int count);
+    double at(int played, int line) const { return best_[size_t(played) * size_t(lines_) + size_t(line)]; }
+    std::optional<Path> straight() const;
+    std::vector<int> barsTo(int count, int line) const;
+
+    const JumpTable& jumps_;
+    int first_;
+    int lines_;
+    std::vector<std::vector<Step>> stepsInto_;  // by the line where they arrive, ascending by where they start
+    std::vector<double> best_;                  // rows of lines_ by bars played; infinite where nothing arrives
+    std::vector<int32_t> before_;               // the line before the last bar
+};
+
+}  // namespace brindlehum::TempEditPlanner

@@ -1,0 +1,64 @@
+// PieceLines: the bar lines of a piece, in seconds and in frames, as all plans see them.
+#pragma once
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "analysis/music_grid.h"
+#include "analysis/pins.h"
+
+namespace brindlehum::TempEditPlanner {
+
+// "b8": how plans name a bar to people.
+inline std::string barText(int number) {
+    std::string out(1, 'b');
+    out += std::to_string(number);
+    return out;
+}
+
+class PieceLines {
+public:
+    PieceLines(const MusicGrid& grid, const Pins& inForce, double sampleRate, int64_t frames)
+        : pins(inForce),
+          rate(sampleRate),
+          totalFrames(frames),
+          startFrame(std::min(frames, int64_t(std::llround(sampleRate * inForce.startTime)))),
+          nominalBarSec(60 / grid.bpm * grid.beatsPerBar),
+          firstDownbeat(grid.downbeats.empty() ? 0 : grid.downbeats.front()),
+          bounds_(grid.boundaries()) {}
+
+    const Pins pins;
+    const double rate;  // Hz
+    const int64_t totalFrames;
+    const int64_t startFrame;    // past the silent head
+    const double nominalBarSec;  // by the tempo
+    const double firstDownbeat;  // seconds
+
+    int count() const { return int(bounds_.size()); }
+    // A line past the last one stands for the last one.
+    double seconds(int line) const { return bounds_[size_t(std::clamp(line, 0, count() - 1))]; }
+    int64_t frame(int line) const { return std::clamp<int64_t>(std::llround(rate * seconds(line)), 0, totalFrames); }
+    // The earlier of two that are equally near.
+    int nearest(int64_t frameAt) const {
+        int best = 0;
+        for (int line = 1; line < count(); ++line) {
+            if (std::llabs(frame(line) - frameAt) < std::llabs(frame(best) - frameAt)) best = line;
+        }
+        return best;
+    }
+
+    // Where the sound of the ending stops: the last line that counts, and up to a second of ring-out after it.
+    int musicEnd() const { return std::max(pins.endingStart, pins.musicEnd); }
+    double lastSec() const { return seconds(std::min(count() - 1, musicEnd())); }
+    double tailSec() const { return std::clamp(double(totalFrames) / rate - lastSec(), 0.0, 1.0); }
+
+private:
+    std::vector<double> bounds_;
+};
+
+}  // namespace brindlehum::TempEditPlanner
