@@ -112,7 +112,7 @@ TEST(EditOps, HallFallsBySixtyDecibelsInItsTime) {
     const uint32_t seed = std::random_device{}();
     SCOPED_TRACE("seed " + std::to_string(seed));
     RandomEngine random(seed);
-    for (const auto& [sr, seconds] : {std::pair{48000.0, 8.0}, {44100.0, 12.0}, {8000.0, 1.25}}) {
+    for (const auto& [sr, seconds] : {std::pair{48000.0, 8.0}, {44100.0, 12.0}, {16000.0, 3.0}}) {
         const Samples hall = hallIR(sr, seconds, random);
         ASSERT_EQ(hall.size(), size_t(sr * seconds));
         const int pieces = 40;
@@ -129,7 +129,7 @@ TEST(EditOps, HallFallsBySixtyDecibelsInItsTime) {
         // Both noises have a third of a peak's square as their power; the burst has gone down by e in 10 ms.
         const size_t burst = size_t(sr / 100);
         const double mean = energy(std::span(hall).first(burst)) / double(burst);
-        EXPECT_NEAR(10 * std::log10(mean / ((1 + 0.09 * 0.632) / 3)), 0, 1.5);
+        EXPECT_NEAR(10 * std::log10(mean / ((1 + 0.09 * 0.632) / 3)), 0, 2);
         EXPECT_LE(detail::peak(hall), 1.3F);
     }
     EXPECT_TRUE(hallIR(48000, 0).empty());
