@@ -15,10 +15,27 @@ constexpr const char* knownFormats =
 
 constexpr int ioBufferBytes = 64 * 1024;
 
-AVIOContext* makeIO(void* opaque, int (*read)(void*, uint8_t*, int), int64_t (*seek)(void*, int64_t, int)) {
+int readBytes(void* opaque, uint8_t* out, int bytes) {
+    const int64_t got = static_cast<FileCursor*>(opaque)->read(out, bytes);
+    return got > 0 ? int(got) : got < 0 ? AVERROR(EIO) : AVERROR_EOF;
+}
+
+int64_t seekBytes(void* opaque, int64_t offset, int whence) {
+    auto* cursor = static_cast<FileCursor*>(opaque);
+    if (whence & AVSEEK_SIZE) return cursor->handle->size();
+    const int64_t at = cursor->seek(offset, whence & ~AVSEEK_FORCE);
+    return at < 0 ? AVERROR(EINVAL) : at;
+}
+
+int mustStop(void* opaque) {
+    const auto* cursor = static_cast<FileCursor*>(opaque);
+    return cursor->stop && cursor->stop() ? 1 : 0;
+}
+
+AVIOContext* makeIO(FileCursor& cursor) {
     auto* buffer = static_cast<unsigned char*>(av_malloc(ioBufferBytes));
     if (!buffer) return nullptr;
-    AVIOContext* io = avio_alloc_context(buffer, ioBufferBytes, 0, opaque, read, nullptr, seek);
+    AVIOContext* io = avio_alloc_context(buffer, ioBufferBytes, 0, &cursor, readBytes, nullptr, seekBytes);
     if (!io) av_free(buffer);
     return io;
 }
@@ -59,19 +76,7 @@ void FormatContextCloser::operator()(AVFormatContext* context) const {
     avio_context_free(&io);
 }
 
-int FFmpegInput::readBytes(void* opaque, uint8_t* out, int bytes) {
-    const int64_t got = static_cast<FileCursor*>(opaque)->read(out, bytes);
-    return got > 0 ? int(got) : got < 0 ? AVERROR(EIO) : AVERROR_EOF;
-}
-
-int64_t FFmpegInput::seekBytes(void* opaque, int64_t offset, int whence) {
-    auto* cursor = static_cast<FileCursor*>(opaque);
-    if (whence & AVSEEK_SIZE) return cursor->handle->size();
-    const int64_t at = cursor->seek(offset, whence & ~AVSEEK_FORCE);
-    return at < 0 ? AVERROR(EINVAL) : at;
-}
-
-std::unique_ptr<FFmpegInput> FFmpegInput::open(const std::shared_ptr<FileHandle>& handle, bool trustWeakEvidence) {
+FormatContextPtr openContainer(FileCursor& cursor) {
     static std::once_flag settled;
     std::call_once(settled, [] {
         av_log_set_level(AV_LOG_QUIET);
@@ -80,13 +85,12 @@ std::unique_ptr<FFmpegInput> FFmpegInput::open(const std::shared_ptr<FileHandle>
         av_max_alloc(mostBytesAtOnce);
     });
 
-    auto input = std::make_unique<FFmpegInput>();
-    input->cursor_.handle = handle;
     AVFormatContext* context = avformat_alloc_context();
     if (!context) return nullptr;
-    AVIOContext* io = makeIO(&input->cursor_, readBytes, seekBytes);
+    AVIOContext* io = makeIO(cursor);
     context->pb = io;
     context->io_open = refuseOtherFiles;
+    context->interrupt_callback = {mustStop, &cursor};
     context->format_whitelist = av_strdup(knownFormats);
     if (!io || avformat_open_input(&context, nullptr, nullptr, nullptr) < 0) {  // frees the context on failure
         if (io) {
@@ -95,7 +99,15 @@ std::unique_ptr<FFmpegInput> FFmpegInput::open(const std::shared_ptr<FileHandle>
         }
         return nullptr;
     }
-    input->context_.reset(context);
+    return FormatContextPtr(context);
+}
+
+std::unique_ptr<FFmpegInput> FFmpegInput::open(const std::shared_ptr<FileHandle>& handle, bool trustWeakEvidence) {
+    auto input = std::make_unique<FFmpegInput>();
+    input->cursor_.handle = handle;
+    input->context_ = openContainer(input->cursor_);
+    AVFormatContext* context = input->context_.get();
+    if (!context) return nullptr;
     if (context->probe_score < AVPROBE_SCORE_RETRY / 2 && !trustWeakEvidence) return nullptr;
     if (avformat_find_stream_info(context, nullptr) < 0) return nullptr;
     const int index = av_find_best_stream(context, AVMEDIA_TYPE_AUDIO, -1, -1, nullptr, 0);

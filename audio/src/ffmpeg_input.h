@@ -26,14 +26,18 @@ struct FrameFreer {
     void operator()(AVFrame* frame) const { av_frame_free(&frame); }
 };
 using CodecContextPtr = std::unique_ptr<AVCodecContext, CodecContextFreer>;
+using FormatContextPtr = std::unique_ptr<AVFormatContext, FormatContextCloser>;
 using PacketPtr = std::unique_ptr<AVPacket, PacketFreer>;
 using FramePtr = std::unique_ptr<AVFrame, FrameFreer>;
+
+// The container that the cursor's file holds, its header read; null when it is none that is known. Nothing but the
+// cursor is ever read, until the context is closed: no other file or address that the content may name is opened.
+FormatContextPtr openContainer(FileCursor& cursor);
 
 // A decoder for the stream that leaves encoder delay in: it is cut by position, the same way after every seek. Null
 // when FFmpeg has none.
 CodecContextPtr openDecoder(const AVStream& stream);
 
-// Nothing but the handle is ever read: no other file or address that the content may name is opened.
 class FFmpegInput {
 public:
     // Null when no known audio stream is in the file. `trustWeakEvidence`: a single frame of a raw stream is enough,
@@ -61,11 +65,8 @@ public:
     bool hadReadError() const { return cursor_.failed; }
 
 private:
-    static int readBytes(void* opaque, uint8_t* out, int bytes);
-    static int64_t seekBytes(void* opaque, int64_t offset, int whence);
-
     FileCursor cursor_;
-    std::unique_ptr<AVFormatContext, FormatContextCloser> context_;
+    FormatContextPtr context_;
     AVStream* stream_ = nullptr;
 };
 

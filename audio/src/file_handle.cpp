@@ -57,6 +57,10 @@ int64_t FileHandle::readFromSystem(int64_t offset, void* out, size_t bytes) cons
 }
 
 int64_t FileCursor::read(void* out, int64_t bytes) {
+    if (stop && stop()) {
+        failed = true;
+        return -1;
+    }
     const int64_t got = bytes > 0 ? handle->readAt(position, out, size_t(bytes)) : 0;
     if (got < 0) failed = true;
     position += std::max<int64_t>(got, 0);
@@ -70,12 +74,16 @@ int64_t FileCursor::seek(int64_t offset, int whence) {
     return position = target;
 }
 
-std::string openFailure(const std::filesystem::path& path, const std::string& reason) {
+std::string printableName(const std::filesystem::path& path) {
     std::string name = repairUtf8((path.has_filename() ? path.filename() : path.parent_path().filename()).string());
     for (char& c : name) {
         if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) c = '?';
     }
-    return name + " can't be opened: " + reason;
+    return name;
+}
+
+std::string openFailure(const std::filesystem::path& path, const std::string& reason) {
+    return printableName(path) + " can't be opened: " + reason;
 }
 
 }  // namespace brindlehum

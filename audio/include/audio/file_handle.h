@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -20,6 +21,7 @@ public:
     FileHandle& operator=(const FileHandle&) = delete;
 
     int64_t size() const { return size_; }  // bytes, when it was opened
+    int descriptor() const { return descriptor_; }
     // Bytes read, fewer than asked at the end of the file; -1 on a read error. Small reads near the start, as header
     // parsers make them by the dozen, come from one block read ahead.
     int64_t readAt(int64_t offset, void* out, size_t bytes) const;
@@ -40,7 +42,8 @@ private:
 struct FileCursor {
     std::shared_ptr<FileHandle> handle;
     int64_t position = 0;
-    bool failed = false;  // the system refused a read; the end of the file is no refusal
+    bool failed = false;         // the system refused a read; the end of the file is no refusal
+    std::function<bool()> stop;  // if any: asked before each read, which fails once it says true
 
     // Bytes read, 0 at the end, -1 on failure.
     int64_t read(void* out, int64_t bytes);
@@ -48,7 +51,9 @@ struct FileCursor {
     int64_t seek(int64_t offset, int whence);
 };
 
-// "take.wav can't be opened: <reason>", on one line and valid UTF-8 whatever the name holds.
+// The last part of the path, on one line and valid UTF-8 whatever it holds.
+std::string printableName(const std::filesystem::path& path);
+// "take.wav can't be opened: <reason>"
 std::string openFailure(const std::filesystem::path& path, const std::string& reason);
 
 }  // namespace brindlehum

@@ -1,0 +1,262 @@
+// Embedded metadata against RIFF files built by hand, byte for byte, and against independent readers.
+#include "library/riff_meta.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "audio/error.h"
+#include "library/meta_io.h"
+#include "support/audio_files.h"
+
+namespace brindlehum {
+namespace {
+
+using namespace test;
+
+const std::string fmt = riffChunk("fmt ", le16(1) + le16(1) + le32(48000) + le32(96000) + le16(2) + le16(16));
+
+std::string riff(const std::string& chunks) {
+    return "RIFF" + le32(uint32_t(4 + chunks.size())) + "WAVE" + chunks;
+}
+
+SoundMeta full() {
+    SoundMeta meta;
+    for (const SoundMeta::Tag& tag : SoundMeta::ixmlTags) meta.*tag.field = "a&b <c>; \"" + std::string(tag.key) + "'";
+    meta.rating = 4;
+    return meta;
+}
+
+std::string zeros(size_t count) {
+    return std::string(count, '\0');
+}
+
+TEST(RIFFMeta, ARewriteTakesEveryShapeOfFile) {
+    const std::string newStart =
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<BWFXML><IXML_VERSION>2.10</IXML_VERSION>";
+    const std::string end = "</BWFXML>";
+    const std::string scene = "<SCENE>1</SCENE>";
+    const std::string newRest = "Brindlehum" + zeros(336);
+    const std::string oldBext = "old" + zeros(253) + std::string(346, 'k') + "coding history";
+    const std::string other("o\0d\xFF!", 5);
+    const std::string sound = riffChunk("data", "sound!");
+    const std::string pad = zeros(1);
+    struct Case {
+        const char* name;
+        std::string meta, data, metaBehind;  // bext and iXML chunks, and the sound between them
+        std::string ixmlStart, ixmlEnd;      // expected around the block
+        std::string bextRest;                // expected behind the description
+        std::string newData;                 // expected
+        int rounds = 2;                      // the second changes nothing
+    };
+    const auto ixml = [](const std::string& text) { return riffChunk("iXML", text); };
+    const Case cases[] = {
+        {"plain", "", sound, "", newStart, end, newRest, sound},
+        {"both behind the sound, no USER", "", sound, riffChunk("bext", oldBext) + ixml("<BWFXML>" + scene + end),
+         "<BWFXML>" + scene, end, oldBext.substr(256), sound},
+        {"USER in the middle", ixml("<BWFXML><USER>A=1</USER>" + scene + end), sound, "", "<BWFXML>", scene + end,
+         newRest, sound},
+        {"USER that never ends", ixml("<BWFXML><USER>" + scene + end), sound, "", "<BWFXML><USER>" + scene, end,
+         newRest, sound, 1},
+        {"no iXML in the chunk", ixml("rubbish"), sound, "", newStart, end, newRest, sound},
+        {"zeros behind the document", ixml("<BWFXML>" + end + zeros(3) + "<USER></USER>"), sound, "", "<BWFXML>", end,
+         newRest, sound},
+        {"ill-formed iXML", ixml("<BWFXML>\xFF" + end), sound, "", "<BWFXML>\xEF\xBF\xBD", end, newRest, sound},
+        {"two of each", riffChunk("bext", oldBext) + ixml("<BWFXML>" + scene + end), sound,
+         riffChunk("bext", "x") + ixml("<BWFXML><USER></USER></BWFXML>"), "<BWFXML>" + scene, end, oldBext.substr(256),
+         sound},
+        {"bext of 600 bytes", riffChunk("bext", std::string(600, 'x')), sound, "", newStart, end,
+         std::string(344, 'x') + zeros(2), sound},
+        {"bext of 3 bytes", riffChunk("bext", "odd"), sound, "", newStart, end, zeros(346), sound},
+        {"odd sound, a second one", "", riffChunk("data", "odd"), riffChunk("data", "x"), newStart, end, newRest,
+         riffChunk("data", "odd") + riffChunk("data", "x")},
+        {"no sound yet", "", riffChunk("data", ""), "", newStart, end, newRest, riffChunk("data", "")},
+    };
+    const TempFolder folder;
+    const auto path = folder / "x.wav";
+    const SoundMeta meta = full();
+    const std::string description = meta.description + zeros(256 - meta.description.size());
+    const std::string before = riffChunk("JUNK", "") + riffChunk("\xFF\xFEx\x01", other) + fmt;
+    const std::string behind = riffChunk("LIST", other) + riffChunk("cue ", other);
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        const std::string ours = riffChunk("bext", description + c.bextRest) +
+                                 riffChunk("iXML", c.ixmlStart + RIFFMeta::userBlock(meta) + c.ixmlEnd);
+        writeBytes(path, riff(before + c.meta + c.data + c.metaBehind + behind));
+        for (int round = 0; round < c.rounds; ++round) {
+            RIFFMeta::write(meta, path);
+            EXPECT_EQ(readBytes(path), riff(before + ours + c.newData + behind)) << round;
+        }
+        EXPECT_EQ(RIFFMeta::read(path), meta);
+    }
+    // Sizes beyond the file, and a file that ends early.
+    const std::string ours =
+        riffChunk("bext", description + newRest) + riffChunk("iXML", newStart + RIFFMeta::userBlock(meta) + end);
+    const std::pair<std::string, std::string> cuts[] = {
+        {"data" + le32(4000) + "sound", riffChunk("data", "sound")},
+        {"data" + le32(0xFFFFFFFF) + "sound!", sound},
+        {"data" + le32(5) + "sound", riffChunk("data", "sound")},
+        {sound + "LIST" + zeros(3), sound},
+        {sound + "LIST" + le32(9) + "abc", sound + riffChunk("LIST", "abc")},
+    };
+    for (const auto& [stored, expected] : cuts) {
+        writeBytes(path, "RIFF" + le32(7) + "WAVE" + fmt + stored);
+        RIFFMeta::write(meta, path);
+        EXPECT_EQ(readBytes(path), riff(fmt + ours + expected)) << stored;
+    }
+}
+
+TEST(RIFFMeta, WhatIsNoWaveFileIsRefusedAndLeftAlone) {
+    const TempFolder folder;
+    const std::string sound = riffChunk("data", "sound!");
+    struct Case {
+        const char* name;
+        std::string bytes;
+        int code;
+    };
+    std::string many = fmt;
+    for (size_t i = 0; i <= RIFFMeta::mostChunks; ++i) many += zeros(8);
+    const Case cases[] = {
+        {"x.mp3", riff(fmt + sound), 70},
+        {"x.rf64", riff(fmt + sound), 70},
+        {"x.amb", riff(fmt + sound), 70},
+        {"x", riff(fmt + sound), 70},
+        {"empty.wav", "", 71},
+        {"text.WAV", std::string(3000, 'q'), 71},
+        {"form.bwf", "RIFF" + le32(4) + "WAVE", 71},
+        {"avi.wav", "RIFF" + le32(4) + "AVI " + sound, 71},
+        {"rf64.wav", "RF64" + le32(0xFFFFFFFF) + "WAVE" + fmt + sound, 71},
+        {"silent.wave", riff(fmt + riffChunk("LIST", "data")), 71},
+        {"unclosed.wav", riff(fmt + "data" + zeros(4) + "sound of unknown length"), 71},
+        {"unclosed silence.wav", riff(sound + many), 71},
+    };
+    for (const Case& c : cases) {
+        writeBytes(folder / c.name, c.bytes);
+        try {
+            MetaIO::write(full(), folder / c.name);
+            ADD_FAILURE() << c.name << " was written";
+        } catch (const Error& error) {
+            EXPECT_EQ(error.code(), c.code) << c.name << ": " << error.what();
+        }
+        EXPECT_EQ(readBytes(folder / c.name), c.bytes) << c.name;
+    }
+    // With its new chunks this one would pass 4 GiB. Sparse, so that no one waits for its bytes.
+    const auto huge = folder / "huge.wav";
+    writeBytes(huge, riff(fmt + "data" + le32(0xFFFFFFFFU)));
+    std::filesystem::resize_file(huge, 0xFFFFFFFFU - 600);
+    try {
+        MetaIO::write({}, huge);
+        ADD_FAILURE() << "past the limit";
+    } catch (const Error& error) {
+        EXPECT_EQ(error.code(), 72);
+        EXPECT_STREQ(error.what(), "File too large for RIFF");
+    }
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), int(std::size(cases)) + 1);
+}
+
+TEST(RIFFMeta, TheDescriptionIsCutBetweenCharacters) {
+    const TempFolder folder;
+    const auto path = folder / "x.wav";
+    const std::string e = "\xC3\xA9";             // two bytes
+    const std::string clef = "\xF0\x9D\x84\x9E";  // four
+    const std::string a(256, 'a');
+    const std::pair<std::string, std::string> cases[] = {
+        {a.substr(0, 252) + clef, a.substr(0, 252) + clef},
+        {a.substr(0, 253) + clef, a.substr(0, 253)},
+        {a.substr(0, 255) + e, a.substr(0, 255)},
+        {a + a, a},
+        {std::string("a\0b\x01", 4) + "\xFF", "ab\xEF\xBF\xBD"},
+        {"", ""},
+    };
+    for (const auto& [description, expected] : cases) {
+        writeBytes(path, riff(riffChunk("bext", std::string(602, 'x')) + riffChunk("data", "")));
+        SoundMeta meta;
+        meta.description = description;
+        RIFFMeta::write(meta, path);
+        EXPECT_EQ(readBytes(path).substr(20, 257), expected + zeros(256 - expected.size()) + "x");
+    }
+}
+
+TEST(RIFFMeta, ReadsBlocksOfTagsAndOfLines) {
+    struct Case {
+        const char* xml;
+        const char* told;  // description|fxName|source|rating
+    };
+    const Case cases[] = {
+        {"<USER><DESCRIPTION> a &amp;lt; &lt;b&gt;&quot;&apos;\n</DESCRIPTION><RATING> 3\n</RATING></USER>",
+         "a &lt; <b>\"'||| 3"},
+        {"<USER>\n  FXNAME=indented\nfxname=Slam=1 &amp; 2 \r\nFXNAME:later\nSourceID: x\nDESCRIPTIONS=no\n</USER>",
+         "|Slam=1 & 2|x| 0"},
+        {"<USER><FXNAME>tag</FXNAME>\nFXNAME=line\nSOURCEID=</USER><DESCRIPTION>outside</DESCRIPTION>", "|tag|| 0"},
+        {"<USER><FXNAME>no end\nSOURCEID=x", "||x| 0"},
+        {"<USER></FXNAME><FXNAME>a</FXNAME><RATING>+5</RATING>", "|a|| 5"},
+        {"<USER><RATING>-2</RATING>", "||| -2"},
+        {"<USER><RATING>3.5</RATING></USER>", "||| 0"},
+        {"<USER><RATING>+-3</RATING></USER>", "||| 0"},
+        {"<USER><RATING>99999999999999999999</RATING></USER>", "||| 0"},
+        {"<User><FXNAME>a</FXNAME></User>", "||| 0"},
+        {"</USER><USER>", "||| 0"},
+        {"", "||| 0"},
+    };
+    for (const Case& c : cases) {
+        const SoundMeta m = RIFFMeta::parseUSER(c.xml);
+        EXPECT_EQ(m.description + "|" + m.fxName + "|" + m.source + "| " + std::to_string(m.rating), c.told) << c.xml;
+    }
+    EXPECT_EQ(RIFFMeta::parseUSER(RIFFMeta::userBlock(full())), full());
+    SoundMeta half;
+    half.subCategory = "B&B";
+    half.rating = -1;
+    EXPECT_EQ(RIFFMeta::userBlock(half),
+              "<USER><SUBCATEGORY>B&amp;B</SUBCATEGORY><CATEGORYFULL>B&amp;B</CATEGORYFULL>"
+              "<EMBEDDER>Brindlehum</EMBEDDER></USER>");
+    half.category = "A";
+    EXPECT_NE(RIFFMeta::userBlock(half).find("<CATEGORYFULL>A-B&amp;B</CATEGORYFULL>"), std::string::npos);
+}
+
+TEST(RIFFMeta, ChunksAndReadTellWhatIsThere) {
+    const TempFolder folder;
+    const auto told = [&](const std::string& bytes) {
+        writeBytes(folder / "x.wav", bytes);
+        const auto list = RIFFMeta::chunks(FileHandle(folder / "x.wav"));
+        if (!list) return std::string("none");
+        std::string text;
+        for (const auto& chunk : *list) {
+            text += chunk.id + "@" + std::to_string(chunk.offset) + "+" + std::to_string(chunk.size) + " ";
+        }
+        return text;
+    };
+    EXPECT_EQ(told("RIFFxxxxWAVE"), "");
+    EXPECT_EQ(told("RIFFxxxxWAVEodd " + le32(0)), "odd @20+0 ");
+    EXPECT_EQ(told("RIFFxxxxWAVEodd " + le32(3) + "abcd\xFF\xFF  " + le32(9) + "123"),
+              "odd @20+3 \xEF\xBF\xBD\xEF\xBF\xBD  @32+3 ");
+    EXPECT_EQ(told("RIFFxxxxWAV"), "none");
+    EXPECT_EQ(told("RF64xxxxWAVEodd " + le32(0)), "none");
+    EXPECT_EQ(told("RIFXxxxxWAVEodd " + le32(0)), "none");
+
+    // iXML counts first, bext fills in, the file's name fills the rest, and a damaged chunk only leaves a gap.
+    const std::string bext = riffChunk("bext", " Rain\n \0hidden" + zeros(600));
+    const std::string user = "<USER>SUBCATEGORY=MINE\n</USER>";
+    struct Case {
+        const char* name;
+        std::string bytes;
+        const char* told;  // description|category|subCategory|fxName
+    };
+    const Case cases[] = {
+        {"AMBBird_Dawn.wav", riff(bext + riffChunk("iXML", user)), "Rain|AMBIENCE|MINE|Dawn"},
+        {"Take 1.amb", riff(riffChunk("iXML", "<USER>DESCRIPTION=x</USER>") + bext), "x|||Take 1"},
+        {"Take 1.RF64", riff(bext), "Rain|||Take 1"},
+        {"Take 1.rf64", "RF64" + riff(bext).substr(4), "|||Take 1"},
+        {"Take 1.wave", riff("iXML" + le32(4000) + "<USER>FXNAME=cut"), "|||cut"},
+        {"Take 1.bwf", riff("bext" + le32(4000) + "Sea"), "Sea|||Take 1"},
+        {"Take \xFF.wav", "", "|||Take \xEF\xBF\xBD"},
+    };
+    for (const Case& c : cases) {
+        writeBytes(folder / c.name, c.bytes);
+        const SoundMeta m = MetaIO::read(folder / c.name);
+        EXPECT_EQ(m.description + "|" + m.category + "|" + m.subCategory + "|" + m.fxName, c.told) << c.name;
+    }
+    EXPECT_EQ(MetaIO::read(folder / "missing.wav").fxName, "missing");
+}
+
+}  // namespace
+}  // namespace brindlehum
