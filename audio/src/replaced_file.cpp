@@ -1,0 +1,78 @@
+// ReplacedFile: write beside, sync, rename, sync of the folder.
+#include "audio/replaced_file.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <string>
+#include <utility>
+
+#include "audio/byte_sink.h"
+#include "audio/error.h"
+#include "audio/text.h"
+
+namespace brindlehum {
+namespace {
+
+constexpr std::string_view suffix = ".bh-tmp";
+constexpr size_t longestName = 255;  // bytes, on all common file systems
+
+std::filesystem::path hiddenBeside(const std::filesystem::path& target) {
+    std::string name = target.filename().native();
+    size_t length = std::min(name.size(), longestName - 1 - suffix.size());
+    const auto insideCharacter = [&name](size_t at) { return at < name.size() && (name[at] & 0xC0) == 0x80; };
+    while (length > 0 && insideCharacter(length)) --length;
+    name.resize(length);
+    return target.parent_path() / ("." + name).append(suffix);
+}
+
+void syncFolderOf(const std::filesystem::path& file) {
+    const std::filesystem::path folder = file.has_parent_path() ? file.parent_path() : ".";
+    const int descriptor = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor < 0) return;
+    ::fsync(descriptor);  // some file systems can't; the file itself is safe
+    ::close(descriptor);
+}
+
+}  // namespace
+
+ReplacedFile::ReplacedFile(std::filesystem::path target) : target_(std::move(target)), beside_(hiddenBeside(target_)) {}
+
+ReplacedFile::~ReplacedFile() {
+    if (!beside_.empty()) ::unlink(beside_.c_str());
+}
+
+void ReplacedFile::write(const std::function<void(const std::filesystem::path&)>& write) {
+    try {
+        write(beside_);
+    } catch (const Error& error) {
+        std::string text = error.what();
+        const std::string hidden = repairUtf8(beside_.native());
+        const size_t at = text.find(hidden);
+        if (at == std::string::npos) throw;
+        throw Error(error.code(), text.replace(at, hidden.size(), repairUtf8(target_.native())));
+    }
+}
+
+void ReplacedFile::commit() {
+    if (::rename(beside_.c_str(), target_.c_str()) != 0) {
+        throw Error(0, "Couldn't write " + repairUtf8(target_.native()) + ": " + std::strerror(errno));
+    }
+    beside_.clear();
+    syncFolderOf(target_);
+}
+
+void ReplacedFile::writeText(const std::filesystem::path& target, std::string_view text) {
+    ReplacedFile file(target);
+    file.write([text](const std::filesystem::path& beside) {
+        const auto sink = makeFileSink(beside);
+        sink->writeAt(0, {reinterpret_cast<const uint8_t*>(text.data()), text.size()});
+        sink->finish(text.size(), true);
+    });
+    file.commit();
+}
+
+}  // namespace brindlehum

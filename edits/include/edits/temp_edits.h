@@ -1,0 +1,92 @@
+// TempEdits: whole files at once, from the file to its folder of edits. For batches and the command line.
+//
+// All calls block on I/O and computing: a background thread calls them. They throw nothing; what went wrong is told in
+// the outcome. Cancellation is looked at between the stages of the analysis and every second or so of written audio.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <span>
+#include <stop_token>
+#include <string>
+#include <vector>
+
+#include "analysis/music_analysis.h"
+#include "analysis/read_planar.h"
+#include "edits/edit_plan.h"
+#include "edits/temp_edit_exporter.h"
+
+namespace brindlehum::TempEdits {
+
+enum class Status {
+    done,
+    unread,     // the file can't be opened or read, or is too large for memory
+    tooShort,   // a second or less
+    noPulse,    // no tempo can be read
+    unwritten,  // the folder or a file in it can't be written
+    cancelled
+};
+
+// One file up to its plans, with the audio that they are about.
+struct Planned {
+    Status status = Status::done;
+    std::string reason;  // one line for the user, empty when done
+    // The rest holds when done.
+    Signal::Planar audio;
+    std::optional<MusicAnalysis> analysis;
+    std::vector<EditPlan> plans;
+};
+Planned plan(const std::filesystem::path& url, const TempEditOptions& options = {}, const std::stop_token& stop = {});
+
+struct Job {
+    std::filesystem::path url;
+    std::filesystem::path folder;  // see TempEditExporter::editsFolder
+};
+struct Outcome {
+    Status status = Status::done;     // done even without any plan: the sheet is written
+    std::string reason;               // one line for the user, empty when done
+    TempEditExporter::Result result;  // what was finished, whatever the status
+    std::vector<EditPlan> plans;      // once they are known; result.files are those of the first ones
+    double sampleRate = 0;            // Hz, of the source
+};
+
+// A step of the batch.
+struct Step {
+    enum class Kind {
+        started,   // a file: it is read and analysed next
+        writing,   // `file`, the edit of plan `plan` of `plans`
+        finished,  // a file: `outcome` tells how
+    };
+    Kind kind = Kind::started;
+    size_t index = 0;  // of the job
+    size_t count = 0;  // of all jobs
+    const Job& job;
+    size_t plan = 0;
+    size_t plans = 0;
+    std::string file;
+    const Outcome* outcome = nullptr;  // borrowed for the call
+};
+// Called on the threads of the batch, never by two at a time. Files start in their order; two may be at work at once,
+// so that steps of both are told in turn. Must not throw.
+using Progress = std::function<void(const Step&)>;
+
+// One file: read, analyse, plan, render, write.
+Outcome make(const Job& job, const TempEditOptions& options = {}, const Progress& progress = {},
+             const std::stop_token& stop = {});
+
+struct Limits {
+    unsigned workers = 0;                    // files at a time; 0: one a processor core
+    int64_t memoryBytes = int64_t(2) << 30;  // samples held by all files at work; a single larger file goes alone
+};
+// A batch: an outcome a job, in the order of the jobs. A failure ends its own file only. Jobs with the same folder are
+// done one after the other. After a stop the files not begun are `cancelled`.
+std::vector<Outcome> makeAll(std::span<const Job> jobs, const TempEditOptions& options = {},
+                             const Progress& progress = {}, const std::stop_token& stop = {}, Limits limits = {});
+
+// The last message of a batch: counts every skipped file under the same words, whatever the reason.
+std::string closingText(std::span<const Outcome> outcomes);
+
+}  // namespace brindlehum::TempEdits

@@ -1,0 +1,100 @@
+// TempEditExporter: the files of one piece, one after the other.
+#include "edits/temp_edit_exporter.h"
+
+#include <algorithm>
+#include <system_error>
+
+#include "analysis/text.h"
+#include "audio/error.h"
+#include "audio/replaced_file.h"
+#include "audio/text.h"
+#include "audio/wav_file_writer.h"
+#include "edits/temp_edit_renderer.h"
+
+namespace brindlehum::TempEditExporter {
+namespace {
+
+constexpr int64_t blockFrames = 65536;
+constexpr double seamless = 0.999;  // a quality from here on needs no remark
+
+uint32_t maskFor(size_t channels) {
+    if (channels == 1) return 4;  // front centre
+    return channels == 2 ? 3 : 0;
+}
+
+// False when the stop came in between.
+bool writeWave(const std::filesystem::path& path, const Job& job, const EditPlan& plan,
+               const std::vector<std::vector<float>>& audio, const std::stop_token& stop) {
+    const std::string description =
+        "Brindlehum temp edit: " + std::string(job.base) + " " + plan.name + ". " + plan.map;
+    WavFileWriter writer(path, job.sampleRate, int(audio.size()), maskFor(audio.size()), repairUtf8(description));
+    std::vector<const float*> planes(audio.size());
+    const auto frames = int64_t(audio.empty() ? 0 : audio[0].size());
+    for (int64_t at = 0; at < frames; at += blockFrames) {
+        if (stop.stop_requested()) return false;
+        std::transform(audio.begin(), audio.end(), planes.begin(), [at](const auto& c) { return c.data() + at; });
+        writer.append(planes, std::min(blockFrames, frames - at));
+    }
+    writer.finish(true);
+    return true;
+}
+
+std::string sheetLine(const std::string& file, double seconds, double quality) {
+    std::string line = file + "    (" + fixed(seconds, 2) + " s)";
+    if (quality < seamless) line += "  · splice match " + fixed(quality * 100, 0) + "%";
+    return line;
+}
+
+// File names may hold anything; the sheet is UTF-8 with one entry a line. There is one line at least.
+std::string sheetText(const std::vector<std::string>& lines) {
+    std::string out;
+    for (std::string line : lines) {
+        std::replace_if(
+            line.begin(), line.end(), [](char c) { return c == '\n' || c == '\r'; }, ' ');
+        out += line + '\n';
+    }
+    out.pop_back();
+    return repairUtf8(out);
+}
+
+void createFolder(const std::filesystem::path& folder) {
+    std::error_code failure;
+    std::filesystem::create_directories(folder, failure);
+    if (!failure && !std::filesystem::is_directory(folder)) failure = std::make_error_code(std::errc::not_a_directory);
+    if (failure) {
+        throw Error(0, "Couldn't create the folder " + repairUtf8(folder.native()) + ": " + failure.message());
+    }
+}
+
+}  // namespace
+
+bool write(const Job& job, Result& done, const Progress& progress, const std::stop_token& stop) {
+    done = {job.folder, {}, {}, {}};
+    createFolder(job.folder);
+    std::vector<std::string> lines = job.header;
+    lines.emplace_back();
+    const std::string base(job.base);
+    for (size_t i = 0; i < job.plans.size(); ++i) {
+        if (stop.stop_requested()) return false;
+        const EditPlan& plan = job.plans[i];
+        const std::string name = base + " - " + plan.name + ".wav";
+        if (progress) progress(i, name);
+        const auto audio = TempEditRenderer::render(plan, job.channels, job.sampleRate, job.options);
+        ReplacedFile file(job.folder / name);
+        bool whole = false;
+        file.write([&](const auto& beside) { whole = writeWave(beside, job, plan, audio, stop); });
+        if (!whole) return false;
+        file.commit();
+        done.files.push_back(job.folder / name);
+        done.seconds.push_back(audio.empty() ? 0 : double(audio[0].size()) / job.sampleRate);
+        lines.push_back(sheetLine(name, done.seconds.back(), plan.quality));
+        lines.push_back("    " + plan.map);
+    }
+    if (stop.stop_requested()) return false;
+    const auto notes = job.folder / (base + " - Edit Notes.txt");
+    ReplacedFile::writeText(notes, sheetText(lines));
+    done.notes = notes;
+    return true;
+}
+
+}  // namespace brindlehum::TempEditExporter

@@ -1,0 +1,100 @@
+// TempEditRenderer: spans joined on their bar lines, then the fades and the cut of the plan.
+#include "edits/temp_edit_renderer.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+#include "dsp/edit_ops.h"
+
+namespace brindlehum::TempEditRenderer {
+namespace {
+
+using Channels = std::vector<std::vector<float>>;
+constexpr double quarterTurn = std::numbers::pi / 2;
+
+struct Cut {
+    int64_t length = 0;  // frames that stay
+    int64_t fade = 0;    // of them, at the end
+};
+// Up to a second of fade, never more than a quarter of what stays.
+Cut cutOf(int64_t length, double cutAtSec, double sampleRate) {
+    const int64_t kept = std::min(length, int64_t(sampleRate * cutAtSec));
+    return {kept, std::min(kept / 4, int64_t(sampleRate))};
+}
+
+int64_t sumOf(const std::vector<EditPlan::Span>& spans) {
+    int64_t frames = 0;
+    for (const auto& span : spans) frames += span.end - span.start;
+    return frames;
+}
+
+// Lays what precedes frame `start` of the source under the end of `out`, so that only it is left where the span begins.
+void crossfade(std::vector<float>& out, const std::vector<float>& source, int64_t start, int64_t longest) {
+    const int64_t frames = std::min({start, int64_t(out.size()), longest});
+    float* tail = out.data() + int64_t(out.size()) - frames;
+    const float* before = source.data() + start - frames;
+    for (int64_t i = 0; i < frames; ++i) {
+        const double x = (double(i) + 0.5) / double(frames) * quarterTurn;
+        tail[i] = float(double(tail[i]) * std::cos(x) + double(before[i]) * std::sin(x));
+    }
+}
+
+std::vector<float> joined(const std::vector<EditPlan::Span>& spans, const std::vector<float>& source,
+                          int64_t crossfadeFrames) {
+    std::vector<float> out;
+    out.reserve(size_t(sumOf(spans)));
+    for (size_t i = 0; i < spans.size(); ++i) {
+        const auto& [start, end] = spans[i];
+        if (i > 0 && start != spans[i - 1].end) crossfade(out, source, start, crossfadeFrames);
+        out.insert(out.end(), source.begin() + start, source.begin() + end);
+    }
+    return out;
+}
+
+void fadeIn(std::vector<float>& x, int64_t frames) {
+    frames = std::min(int64_t(x.size()), frames);
+    for (int64_t i = 0; i < frames; ++i) {
+        x[size_t(i)] *= float(std::sin(double(i) / double(frames) * quarterTurn));
+    }
+}
+
+void fadeOut(std::vector<float>& x, int64_t frames) {
+    frames = std::min(int64_t(x.size()), frames);
+    float* tail = x.data() + int64_t(x.size()) - frames;
+    for (int64_t i = 0; i < frames; ++i) tail[i] *= float(double(frames - i) / double(frames));
+}
+
+void cut(std::vector<float>& x, const Cut& at) {
+    x.resize(size_t(at.length));
+    float* tail = x.data() + at.length - at.fade;
+    for (int64_t i = 0; i < at.fade; ++i) tail[i] *= float(std::cos(double(i) / double(at.fade) * quarterTurn));
+}
+
+}  // namespace
+
+Channels render(const EditPlan& plan, const Channels& channels, double sampleRate, const TempEditOptions& options) {
+    if (plan.kind == EditPlan::Kind::loop && !plan.spans.empty()) {
+        const auto& [start, end] = plan.spans[0];
+        auto loop = EditOps::seamlessLoop(channels, sampleRate, start, end, plan.carryLoopTail);
+        if (loop) return std::move(loop->channels);
+    }
+    const auto crossfadeFrames = std::max<int64_t>(int64_t(sampleRate * options.crossfadeMs / 1000), 1);
+    Channels out;
+    out.reserve(channels.size());
+    for (const auto& source : channels) {
+        auto& x = out.emplace_back(joined(plan.spans, source, crossfadeFrames));
+        if (plan.fadeInFrames > 0) fadeIn(x, plan.fadeInFrames);
+        if (plan.fadeOutFrames > 0) fadeOut(x, plan.fadeOutFrames);
+        if (plan.cutAtSec) cut(x, cutOf(int64_t(x.size()), *plan.cutAtSec, sampleRate));
+    }
+    return out;
+}
+
+int64_t length(const EditPlan& plan, double sampleRate) {
+    const int64_t frames = sumOf(plan.spans);
+    if (plan.kind == EditPlan::Kind::loop || !plan.cutAtSec) return frames;
+    return cutOf(frames, *plan.cutAtSec, sampleRate).length;
+}
+
+}  // namespace brindlehum::TempEditRenderer

@@ -1,0 +1,103 @@
+// TempEdits: one file from its name to its folder of edits.
+#include "edits/temp_edits.h"
+
+#include <new>
+
+#include "audio/audio_file_info.h"
+#include "audio/error.h"
+#include "edits/temp_edit_planner.h"
+#include "one_file.h"
+
+namespace brindlehum::TempEdits {
+namespace {
+
+Planned failed(Status status, std::string reason) {
+    Planned out;
+    out.status = status;
+    out.reason = std::move(reason);
+    return out;
+}
+
+Planned cancelled() {
+    return failed(Status::cancelled, "Cancelled");
+}
+
+Planned planOrThrow(const std::filesystem::path& url, const TempEditOptions& options, const std::stop_token& stop) {
+    if (stop.stop_requested()) return cancelled();
+    const AudioFileInfo info = AudioFileInfo::load(url);
+    Planned out;
+    out.audio = Signal::readPlanar(url);
+    const auto& channels = out.audio.channels;
+    const double rate = out.audio.sampleRate;
+    const std::string name = url.filename();
+    auto analysed = analyzeMusic({channels, rate, info.detected, name, std::nullopt, std::nullopt},
+                                 [&stop](AnalysisStage) { return !stop.stop_requested(); });
+    switch (analysed.status) {
+        case AnalysisOutcome::Status::tooShort:
+            return failed(Status::tooShort, "A second or less is too short");
+        case AnalysisOutcome::Status::noPulse:
+            return failed(Status::noPulse, "No steady pulse found");
+        case AnalysisOutcome::Status::cancelled:
+            return cancelled();
+        case AnalysisOutcome::Status::done:
+            break;
+    }
+    out.analysis = std::move(analysed.analysis);
+    out.plans =
+        TempEditPlanner::plans(out.analysis->grid, out.analysis->structure, rate, int64_t(channels[0].size()), options);
+    return out;
+}
+
+// Runs one part of the work; what it throws becomes the reason of the status `failure`.
+template <class Work, class Fail>
+auto guarded(Work work, Fail fail) {
+    try {
+        return work();
+    } catch (const std::bad_alloc&) {
+        return fail("Not enough memory");
+    } catch (const std::exception& error) {
+        return fail(error.what());
+    }
+}
+
+}  // namespace
+
+Planned plan(const std::filesystem::path& url, const TempEditOptions& options, const std::stop_token& stop) {
+    return guarded([&] { return planOrThrow(url, options, stop); },
+                   [](const char* reason) { return failed(Status::unread, reason); });
+}
+
+Outcome makeOne(const Job& job, const TempEditOptions& options, const TempEditExporter::Progress& progress,
+                const PlansKnown& plansKnown, const std::stop_token& stop) {
+    Planned planned = plan(job.url, options, stop);
+    Outcome out;
+    out.status = planned.status;
+    out.reason = std::move(planned.reason);
+    out.result.folder = job.folder;
+    if (out.status != Status::done) return out;
+    out.sampleRate = planned.audio.sampleRate;
+    out.plans = std::move(planned.plans);
+    plansKnown(out.plans.size());
+    const auto writeAll = [&] {
+        const std::string base = job.url.stem();
+        const auto header = TempEditExporter::notesHeader(base, std::filesystem::absolute(job.url), *planned.analysis,
+                                                          planned.analysis->structure.pins);
+        const TempEditExporter::Job all{job.folder,     base,   header, out.plans, planned.audio.channels,
+                                        out.sampleRate, options};
+        if (!TempEditExporter::write(all, out.result, progress, stop)) {
+            out.status = Status::cancelled;
+            out.reason = "Cancelled";
+        }
+    };
+    guarded(writeAll, [&out](const char* reason) {
+        out.status = Status::unwritten;
+        out.reason = reason;
+    });
+    return out;
+}
+
+Outcome make(const Job& job, const TempEditOptions& options, const Progress& progress, const std::stop_token& stop) {
+    return std::move(makeAll({&job, 1}, options, progress, stop, {.workers = 1})[0]);
+}
+
+}  // namespace brindlehum::TempEdits

@@ -1,0 +1,180 @@
+// TempEdits: whole files, what becomes of those that can't be done, and the order of a batch on two threads.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <map>
+
+#include "edits/temp_edits.h"
+#include "song.h"
+#include "support/audio_files.h"
+
+namespace brindlehum {
+namespace {
+
+namespace fs = std::filesystem;
+using TempEdits::Job;
+using TempEdits::Outcome;
+using TempEdits::Status;
+using TempEdits::Step;
+using test::TempFolder;
+using testing::HasSubstr;
+
+const test::Song& song() {
+    static const test::Song made;
+    return made;
+}
+
+Job jobFor(const fs::path& url) {
+    return {url, TempEditExporter::editsFolder(url, true, "/nowhere")};
+}
+
+// Everything under a folder but the times in the headers and the sheets' lines with paths.
+std::map<std::string, std::string> contentsOf(const fs::path& folder) {
+    std::map<std::string, std::string> out;
+    for (const auto& entry : fs::recursive_directory_iterator(folder)) {
+        if (!entry.is_regular_file()) continue;
+        std::string bytes = test::readBytes(entry.path());
+        if (entry.path().extension() == ".wav" && bytes.size() > 678) bytes.erase(0, 678);
+        const size_t source = bytes.find("Source: ");
+        if (source != std::string::npos) bytes.erase(source, bytes.find('\n', source) - source);
+        out[fs::relative(entry.path(), folder)] = bytes;
+    }
+    return out;
+}
+
+struct Files {
+    explicit Files(const TempFolder& folder) {
+        const auto add = [&](const std::string& name, const test::Planes& planes, int rate) {
+            test::writeAudio(folder / name, planes, {.rate = rate});
+            jobs.push_back(jobFor(folder / name));
+        };
+        test::Planes mono = {song().channels[0]};
+        add("Song.wav", song().channels, 44100);
+        add("second.wav", test::noisePlanes(2, 48000), 48000);
+        add("slow.wav", test::noisePlanes(1, 40), 20);  // nothing converts from 20 Hz
+        test::writeBytes(folder / "broken.wav", "RIFF");
+        jobs.push_back(jobFor(folder / "broken.wav"));
+        jobs.push_back(jobFor(folder / "vanished.wav"));
+        add("Mono.wav", mono, 44100);
+        add("blocked.wav", mono, 44100);
+        test::writeBytes(folder / "blocked Edits", "a file");
+        test::writeAudio(folder / "Song.aiff", mono, {.kind = test::FileKind::aiff, .rate = 44100});
+        jobs.push_back(jobFor(folder / "Song.aiff"));  // goes where Song.wav went, after it
+    }
+    std::vector<Job> jobs;
+};
+
+constexpr Status expected[] = {Status::done,   Status::tooShort, Status::noPulse,   Status::unread,
+                               Status::unread, Status::done,     Status::unwritten, Status::done};
+
+TEST(TempEditBatch, DoesTheSameOnOneThreadAndOnTwo) {
+    std::map<std::string, std::string> contents[2];
+    for (const unsigned workers : {1U, 2U}) {
+        const TempFolder folder;
+        const Files files(folder);
+        std::vector<size_t> started;
+        std::vector<size_t> finished;
+        std::vector<std::string> written(files.jobs.size());
+        const auto outcomes = TempEdits::makeAll(files.jobs, {},
+                                                 [&](const Step& step) {
+                                                     EXPECT_EQ(step.count, files.jobs.size());
+                                                     EXPECT_EQ(&step.job, &files.jobs[step.index]);
+                                                     if (step.kind == Step::Kind::started)
+                                                         started.push_back(step.index);
+                                                     if (step.kind == Step::Kind::finished) {
+                                                         finished.push_back(step.index);
+                                                         EXPECT_EQ(step.outcome->status, expected[step.index]);
+                                                     }
+                                                     if (step.kind == Step::Kind::writing) {
+                                                         EXPECT_LT(step.plan, step.plans);
+                                                         written[step.index] += step.file + "\n";
+                                                     }
+                                                 },
+                                                 {}, {.workers = workers});
+        ASSERT_EQ(outcomes.size(), files.jobs.size());
+        for (size_t i = 0; i < outcomes.size(); ++i) {
+            EXPECT_EQ(outcomes[i].status, expected[i]) << files.jobs[i].url << ": " << outcomes[i].reason;
+            EXPECT_EQ(outcomes[i].reason.empty(), expected[i] == Status::done) << outcomes[i].reason;
+            EXPECT_EQ(outcomes[i].result.folder, files.jobs[i].folder);
+            std::string names;
+            for (const auto& file : outcomes[i].result.files) names += file.filename().string() + "\n";
+            EXPECT_EQ(written[i], names);
+            EXPECT_EQ(outcomes[i].result.notes.empty(), expected[i] != Status::done);
+        }
+        EXPECT_THAT(started, testing::ElementsAre(0, 1, 2, 3, 4, 5, 6, 7));
+        EXPECT_THAT(finished, testing::UnorderedElementsAre(0, 1, 2, 3, 4, 5, 6, 7));
+        EXPECT_EQ(TempEdits::closingText(outcomes), "Temp edits: 3 written, 5 skipped (no steady pulse)");
+        EXPECT_EQ(TempEdits::closingText(std::span(outcomes).first(1)), "Temp edits written for 1 file(s)");
+        EXPECT_THAT(test::readBytes(outcomes[7].result.notes), HasSubstr("Song.aiff")) << "the later of two wins";
+        contents[workers - 1] = contentsOf(folder.path());
+    }
+    EXPECT_GT(contents[0].size(), 20U);
+    EXPECT_TRUE(contents[0] == contents[1]);
+}
+
+TEST(TempEditBatch, PlansWithoutWriting) {
+    const TempFolder folder;
+    test::writeAudio(folder / "Song.wav", song().channels, {.rate = 44100});
+    TempEditOptions options;
+    options.targets = {40};
+    options.extended.reset();
+    const auto planned = TempEdits::plan(folder / "Song.wav", options);
+    ASSERT_EQ(planned.status, Status::done);
+    EXPECT_EQ(planned.plans.back().name, "40s");
+    EXPECT_EQ(planned.audio.channels.size(), 2U);
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder.path()), {}), 1);
+    EXPECT_EQ(TempEdits::plan(folder / "none.wav").status, Status::unread);
+}
+
+TEST(TempEditBatch, StopsWhereItIsTold) {
+    const TempFolder folder;
+    std::vector<Job> jobs;
+    for (const char* name : {"a.wav", "b.wav", "c.wav"}) {
+        test::writeAudio(folder / name, song().channels, {.rate = 44100});
+        jobs.push_back(jobFor(folder / name));
+    }
+    std::stop_source stop;
+    const auto outcomes =
+        TempEdits::makeAll(jobs, {},
+                           [&stop](const Step& step) {
+                               if (step.kind == Step::Kind::writing && step.index == 1 && step.plan == 2)
+                                   stop.request_stop();
+                           },
+                           stop.get_token(), {.workers = 1});
+    const Status statuses[] = {Status::done, Status::cancelled, Status::cancelled};
+    for (size_t i = 0; i < 3; ++i) EXPECT_EQ(outcomes[i].status, statuses[i]);
+    EXPECT_EQ(outcomes[1].result.files.size(), 2U);
+    EXPECT_FALSE(fs::exists(folder / "c Edits"));
+    for (const auto& entry : fs::recursive_directory_iterator(folder.path())) {
+        EXPECT_NE(entry.path().filename().native()[0], '.') << entry.path();
+    }
+    EXPECT_EQ(TempEdits::closingText(outcomes), "Temp edits cancelled: 1 of 3 written");
+}
+
+TEST(TempEditBatch, HoldsNoMoreInMemoryThanItMay) {
+    const TempFolder folder;
+    std::vector<Job> jobs;
+    for (int i = 0; i < 6; ++i) {
+        const auto url = folder / (std::to_string(i) + ".wav");
+        test::writeAudio(url, test::noisePlanes(1, 40000), {.rate = 8000});
+        jobs.push_back(jobFor(url));
+    }
+    const auto most = [&jobs](int64_t memoryBytes) {
+        size_t atWork = 0;
+        size_t peak = 0;
+        (void)TempEdits::makeAll(jobs, {},
+                                 [&](const Step& step) {
+                                     if (step.kind == Step::Kind::started) peak = std::max(peak, ++atWork);
+                                     if (step.kind == Step::Kind::finished) --atWork;
+                                 },
+                                 {}, {.workers = 3, .memoryBytes = memoryBytes});
+        return peak;
+    };
+    // 40,000 frames and 180 seconds of the longest edit, 4 bytes each: 5.9 MB.
+    EXPECT_EQ(most(1), 1U) << "even one too large is done, alone";
+    EXPECT_EQ(most(11'000'000), 1U);
+    EXPECT_LE(most(12'000'000), 2U);
+}
+
+}  // namespace
+}  // namespace brindlehum

@@ -1,0 +1,254 @@
+// TempEditExporter: folders, sheets, files as other readers see them, and what is left when writing fails.
+#include "edits/temp_edit_exporter.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sndfile.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <fstream>
+
+#include "audio/audio_file_info.h"
+#include "audio/error.h"
+#include "edits/temp_edit_renderer.h"
+#include "support/audio_files.h"
+
+namespace brindlehum {
+namespace {
+
+namespace fs = std::filesystem;
+using TempEditExporter::Result;
+using test::Planes;
+using test::TempFolder;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+std::vector<std::string> namesIn(const fs::path& folder) {
+    std::vector<std::string> out;
+    for (const auto& entry : fs::directory_iterator(folder)) out.push_back(entry.path().filename());
+    std::sort(out.begin(), out.end());
+    return out;
+}
+
+// Three plans over two seconds of noise.
+struct Export {
+    explicit Export(fs::path where, int channels = 2)
+        : folder(std::move(where)), audio(test::noisePlanes(channels, 96000)), plans(3) {
+        plans[0] = {"Intro", EditPlan::Kind::piece, {{0, 20000}}, {}, {}, 0, 0, "Intro b1–b4", 1, false};
+        plans[1] = {
+            "30s", EditPlan::Kind::cutdown, {{0, 30000}, {60000, 96000}}, 30, {}, 0, 0, "b1–2 ↷ b5–8 + ring", 0.874,
+            false};
+        plans[2] = {"1m00s", EditPlan::Kind::backtimed, {{5000, 96000}}, 60, 1.5, 480, 0, "Backtimed", 0.999, false};
+    }
+    bool write(const TempEditExporter::Progress& progress = {}, const std::stop_token& stop = {}) {
+        return TempEditExporter::write({folder, "Rain – Theme", header, plans, audio, 48000, options}, done, progress,
+                                       stop);
+    }
+    fs::path folder;
+    Planes audio;
+    std::vector<EditPlan> plans;
+    std::vector<std::string> header = {"one", "two\nand more"};
+    TempEditOptions options;
+    Result done;
+};
+
+Planes readWithSndfile(const fs::path& path) {
+    SF_INFO info{};
+    SNDFILE* file = sf_open(path.c_str(), SFM_READ, &info);
+    if (!file) return {};
+    EXPECT_EQ(info.format, SF_FORMAT_WAVEX | SF_FORMAT_PCM_24);
+    EXPECT_EQ(info.samplerate, 48000);
+    std::vector<float> all(size_t(info.frames * info.channels));
+    EXPECT_EQ(sf_readf_float(file, all.data(), info.frames), info.frames);
+    sf_close(file);
+    Planes out(size_t(info.channels), std::vector<float>(size_t(info.frames)));
+    for (size_t i = 0; i < all.size(); ++i) out[i % out.size()][i / out.size()] = all[i];
+    return out;
+}
+
+TEST(TempEditExporter, WritesWhatOthersRead) {
+    for (const int channels : {1, 2, 6}) {
+        const TempFolder temp;
+        Export job(temp / "deep/er/Rain Edits", channels);
+        ASSERT_TRUE(job.write());
+        ASSERT_EQ(job.done.files.size(), 3U);
+        EXPECT_THAT(namesIn(job.folder), ElementsAre("Rain – Theme - 1m00s.wav", "Rain – Theme - 30s.wav",
+                                                     "Rain – Theme - Edit Notes.txt", "Rain – Theme - Intro.wav"));
+        for (size_t i = 0; i < 3; ++i) {
+            const Planes expected = TempEditRenderer::render(job.plans[i], job.audio, 48000, job.options);
+            const Planes got = readWithSndfile(job.done.files[i]);
+            ASSERT_EQ(got.size(), expected.size());
+            ASSERT_EQ(got[0].size(), expected[0].size());
+            EXPECT_EQ(job.done.seconds[i], double(expected[0].size()) / 48000);
+            // Written in steps of 1 / (2^23 - 1), read back as 1 / 2^23: within half a step.
+            for (size_t c = 0; c < got.size(); ++c) {
+                for (size_t f = 0; f < got[c].size(); ++f) {
+                    ASSERT_NEAR(double(got[c][f]) * 8388608, double(expected[c][f]) * 8388607, 0.501);
+                }
+            }
+        }
+        const AudioFileInfo info = AudioFileInfo::load(job.done.files[1]);
+        EXPECT_EQ(info.bextDescription, "Brindlehum temp edit: Rain – Theme 30s. b1–2 ↷ b5–8 + ring");
+        EXPECT_EQ(test::readBytes(job.done.files[1]).substr(40, 4), test::le32(channels == 1   ? 4
+                                                                               : channels == 2 ? 3
+                                                                                               : 0));
+        // FFmpeg's own count of samples.
+        const auto raw = temp / "raw.f32";
+        test::run("ffmpeg -v error -nostdin -i '" + job.done.files[2].string() + "' -f f32le '" + raw.string() + "'");
+        EXPECT_EQ(fs::file_size(raw), size_t(72000 * 4 * channels));
+    }
+}
+
+TEST(TempEditExporter, TellsHowEachWasCut) {
+    const TempFolder temp;
+    Export job(temp.path());
+    ASSERT_TRUE(job.write());
+    EXPECT_EQ(job.done.notes, temp / "Rain – Theme - Edit Notes.txt");
+    EXPECT_EQ(test::readBytes(job.done.notes),
+              "one\ntwo and more\n\n"
+              "Rain – Theme - Intro.wav    (0.42 s)\n    Intro b1–b4\n"
+              "Rain – Theme - 30s.wav    (1.38 s)  · splice match 87%\n    b1–2 ↷ b5–8 + ring\n"
+              "Rain – Theme - 1m00s.wav    (1.50 s)\n    Backtimed");
+    job.plans.clear();
+    ASSERT_TRUE(job.write());
+    EXPECT_EQ(test::readBytes(job.done.notes), "one\ntwo and more\n");
+}
+
+TEST(TempEditExporter, HeadsTheSheet) {
+    MusicAnalysis analysis;
+    analysis.grid.bpm = 120;
+    analysis.grid.steady = true;
+    analysis.grid.downbeats = {0, 2, 4, 6, 8};
+    analysis.grid.duration = 10;
+    analysis.tempo.meter.label = "4/4";
+    analysis.key.tonic = "C";
+    analysis.key.mode = "major";
+    analysis.loudness.integrated = -14;
+    analysis.loudness.truePeak = -1;
+    analysis.structure.notes = {"first", "second"};
+    const auto header = [&analysis](const Pins& pins) {
+        return TempEditExporter::notesHeader("Rain", "/music/Rain.wav", analysis, pins);
+    };
+    EXPECT_THAT(
+        header({0, 0, 1, 3, 3, 4, 4, false}),
+        ElementsAre("Brindlehum temp edits: Rain", "Source: /music/Rain.wav",
+                    "Analysis: 120.00 BPM 4/4 · steady · C · -14.0 LUFS · -1.0 dBTP",
+                    "Pins: Intro to b1 · Loop b2–b3 · Ending from b4 · music ends at b5", "Note: first", "Note: second",
+                    "Every edit is a bar-line splice with a 30 ms crossfade ending on the downbeat. Nothing is "
+                    "time-stretched."));
+    EXPECT_EQ(header({0, 2, 1, 3, 3, 4, 4, false})[3],
+              "Pins: Intro to b2 · Loop b2–b3 · Ending from b4 · music ends at b5");
+    EXPECT_EQ(header({0, 0, 0, 5, 5, 5, 5, true})[3], "Pins: seamless loop file (5 bars)");
+}
+
+TEST(TempEditExporter, LiesBesideTheSourceOnlyWhereItMayWrite) {
+    using TempEditExporter::editsFolder;
+    EXPECT_EQ(editsFolder("/tmp/a.b.wav", true, "/pulls"), "/tmp/a.b Edits");
+    EXPECT_EQ(editsFolder("/tmp/a.b.wav", false, "/pulls"), "/pulls/Edits/a.b Edits");
+    EXPECT_EQ(editsFolder("/nowhere/at/all/a.wav", true, "/pulls"), "/pulls/Edits/a Edits");
+    // Nobody's rights, since all folders are open to root.
+    const TempFolder temp;
+    fs::permissions(temp.path(), fs::perms(0755));
+    fs::create_directory(temp / "closed");
+    fs::permissions(temp / "closed", fs::perms(0555));
+    const auto nobody = [&temp] {
+        if (getuid() == 0 && setuid(65534) != 0) _exit(2);
+        _exit(editsFolder(temp / "closed/a.wav", true, "/pulls") == "/pulls/Edits/a Edits" ? 0 : 1);
+    };
+    EXPECT_EXIT(nobody(), testing::ExitedWithCode(0), "");
+}
+
+// Nothing but whole files under final names, and what stood there before.
+TEST(TempEditExporter, LeavesNoHalfFile) {
+    struct Case {
+        const char* what;
+        std::function<bool(Export&)> run;  // false: stopped or an Error was thrown
+        std::vector<std::string> left;     // besides what was there
+        const char* reason;
+    };
+    const auto failing = [](Export& job) {
+        try {
+            return job.write();
+        } catch (const Error& error) {
+            EXPECT_THAT(error.what(), testing::Not(HasSubstr("bh-tmp"))) << "a name that the user doesn't know";
+            job.header = {error.what()};
+            return false;
+        }
+    };
+    const Case cases[] = {
+        {"a disk that fills up in the second file",
+         [&failing](Export& job) {
+             struct sigaction old {
+             }, ignore{};
+             ignore.sa_handler = SIG_IGN;
+             sigaction(SIGXFSZ, &ignore, &old);
+             rlimit before{};
+             getrlimit(RLIMIT_FSIZE, &before);
+             const rlimit little{200000, before.rlim_max};
+             setrlimit(RLIMIT_FSIZE, &little);
+             const bool whole = failing(job);
+             setrlimit(RLIMIT_FSIZE, &before);
+             sigaction(SIGXFSZ, &old, nullptr);
+             return whole;
+         },
+         {"Rain – Theme - Intro.wav"},
+         "Rain – Theme - 30s.wav: File too large"},
+        {"a folder under the name of the second file",
+         [&failing](Export& job) {
+             fs::remove(job.folder / "Rain – Theme - 30s.wav");
+             fs::create_directory(job.folder / "Rain – Theme - 30s.wav");
+             return failing(job);
+         },
+         {"Rain – Theme - Intro.wav"},
+         "Rain – Theme - 30s.wav: Is a directory"},
+        {"a file in place of the folder",
+         [&failing](Export& job) {
+             job.folder = job.folder / "Rain – Theme - 30s.wav";
+             return failing(job);
+         },
+         {},
+         "Couldn't create the folder"},
+        {"a stop before the first file",
+         [](Export& job) {
+             std::stop_source stop;
+             stop.request_stop();
+             return job.write({}, stop.get_token());
+         },
+         {},
+         ""},
+        {"a stop in the second file",
+         [](Export& job) {
+             std::stop_source stop;
+             return job.write(
+                 [&stop](size_t plan, const std::string& file) {
+                     if (plan == 1) stop.request_stop();
+                     EXPECT_LT(plan, 2U) << file;
+                 },
+                 stop.get_token());
+         },
+         {"Rain – Theme - Intro.wav"},
+         ""},
+    };
+    for (const auto& [what, run, left, reason] : cases) {
+        const TempFolder temp;
+        test::writeBytes(temp / "Rain – Theme - 30s.wav", "old");
+        test::writeBytes(temp / "Rain – Theme - Edit Notes.txt", "old sheet");
+        Export job(temp.path());
+        EXPECT_FALSE(run(job)) << what;
+        std::vector<std::string> expected = left;
+        expected.emplace_back("Rain – Theme - 30s.wav");
+        expected.emplace_back("Rain – Theme - Edit Notes.txt");
+        EXPECT_THAT(namesIn(temp.path()), testing::UnorderedElementsAreArray(expected)) << what;
+        EXPECT_EQ(test::readBytes(temp / "Rain – Theme - Edit Notes.txt"), "old sheet") << what;
+        const auto second = temp / "Rain – Theme - 30s.wav";
+        EXPECT_TRUE(fs::is_directory(second) || test::readBytes(second) == "old") << what;
+        EXPECT_THAT(job.header[0], HasSubstr(reason)) << what;
+        EXPECT_EQ(job.done.files.size(), size_t(fs::exists(temp / "Rain – Theme - Intro.wav") ? 1 : 0)) << what;
+        EXPECT_TRUE(job.done.notes.empty()) << what;
+    }
+}
+
+}  // namespace
+}  // namespace brindlehum
