@@ -1,4 +1,4 @@
-// ReplacedFile: write beside, sync, rename, sync of the folder.
+// ReplacedFile: write beside, sync, rename.
 #include "audio/replaced_file.h"
 
 #include <fcntl.h>
@@ -29,14 +29,6 @@ std::filesystem::path hiddenBeside(const std::filesystem::path& target) {
     return target.parent_path() / ("." + name).append(suffix);
 }
 
-void syncFolderOf(const std::filesystem::path& file) {
-    const std::filesystem::path folder = file.has_parent_path() ? file.parent_path() : ".";
-    const int descriptor = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (descriptor < 0) return;
-    ::fsync(descriptor);  // some file systems can't; the file itself is safe
-    ::close(descriptor);
-}
-
 }  // namespace
 
 ReplacedFile::ReplacedFile(std::filesystem::path target) : target_(std::move(target)), beside_(hiddenBeside(target_)) {}
@@ -62,7 +54,6 @@ void ReplacedFile::commit() {
         throw Error(0, "Couldn't write " + repairUtf8(target_.native()) + ": " + std::strerror(errno));
     }
     beside_.clear();
-    syncFolderOf(target_);
 }
 
 void ReplacedFile::writeText(const std::filesystem::path& target, std::string_view text) {
@@ -73,6 +64,13 @@ void ReplacedFile::writeText(const std::filesystem::path& target, std::string_vi
         sink->finish(text.size(), true);
     });
     file.commit();
+}
+
+void ReplacedFile::syncFolder(const std::filesystem::path& folder) {
+    const int descriptor = ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor < 0) return;
+    ::fsync(descriptor);
+    ::close(descriptor);
 }
 
 }  // namespace brindlehum

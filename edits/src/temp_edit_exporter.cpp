@@ -94,6 +94,7 @@ bool write(const Job& job, Result& done, const Progress& progress, const std::st
     const auto notes = job.folder / (base + " - Edit Notes.txt");
     ReplacedFile::writeText(notes, sheetText(lines));
     done.notes = notes;
+    ReplacedFile::syncFolder(job.folder);
     return true;
 }
 

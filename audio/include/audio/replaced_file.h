@@ -21,11 +21,15 @@ public:
     // Runs `write` on the hidden file, which has to be on the disk afterwards (synced). An Error that names the hidden
     // file comes out with the name that the user knows.
     void write(const std::function<void(const std::filesystem::path&)>& write);
-    // Puts the file in place, over what stood there. Throws Error.
+    // Puts the file in place, over what stood there. Throws Error. Until the folder is synced too, a crash of the
+    // system may bring back what stood there.
     void commit();
 
     // A whole text in one go. Throws Error.
     static void writeText(const std::filesystem::path& target, std::string_view text);
+
+    // Puts on the disk which files a folder holds. Fails silently: not every file system can.
+    static void syncFolder(const std::filesystem::path& folder);
 
 private:
     std::filesystem::path target_;
