@@ -20,7 +20,7 @@ ALLOWED = {
     "mix": ["core", "dsp", "audio", "spatial", "upmix", "settings", "platform"],
     "app": ["core", "dsp", "audio", "spatial", "analysis", "upmix", "settings", "platform", "edits", "library", "mix"],
     "ui": ["core", "dsp", "audio", "spatial", "analysis", "upmix", "settings", "platform", "edits", "library", "mix", "app"],
-    "tools": ["core", "dsp", "audio", "spatial", "analysis", "upmix", "settings", "platform", "edits", "library", "mix", "app"],
+    "tools": ["core", "dsp", "audio", "spatial", "analysis", "upmix", "settings", "platform", "edits", "library", "mix", "app", "ui"],
 }
 ALLOWED["app/main"] = ALLOWED["app"] + ["app", "ui"]
 # Folders that stay free of Qt.

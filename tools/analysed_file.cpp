@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <iostream>
 
+#include "audio/error.h"
 #include "word_values.h"
 
 namespace brindlehum::cli {
@@ -63,6 +64,9 @@ AnalysedFile analyseFile(const std::string& file, const AnalysisWords& words) {
     const ProgressLine progress(file);
     progress.tell("reading");
     AnalysedFile result{AudioFileInfo::load(file), Signal::readPlanar(file), {}};
+    if (static_cast<int64_t>(result.audio.channels[0].size()) < result.info.frames) {
+        throw Error(0, "The file broke off while it was read");
+    }
     const std::string name = std::filesystem::path(file).filename().string();
     const AnalysisInput input{result.audio.channels, result.audio.sampleRate, result.info.detected, name, words.bpm,
                               words.beatsPerBar};
@@ -71,6 +75,20 @@ AnalysedFile analyseFile(const std::string& file, const AnalysisWords& words) {
         return true;
     });
     return result;
+}
+
+std::string_view rawValue(AnalysisOutcome::Status status) {
+    switch (status) {
+        case AnalysisOutcome::Status::done:
+            return "done";
+        case AnalysisOutcome::Status::tooShort:
+            return "tooShort";
+        case AnalysisOutcome::Status::noPulse:
+            return "noPulse";
+        case AnalysisOutcome::Status::cancelled:
+            break;
+    }
+    return "cancelled";
 }
 
 std::string_view failureText(AnalysisOutcome::Status status) {

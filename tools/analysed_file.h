@@ -31,6 +31,7 @@ struct AnalysedFile {
 // Tells the stage on stderr while that is a terminal. Throws Error when the file can't be read.
 AnalysedFile analyseFile(const std::string& file, const AnalysisWords& words);
 
+std::string_view rawValue(AnalysisOutcome::Status status);
 // One line for the user about an outcome without an analysis.
 std::string_view failureText(AnalysisOutcome::Status status);
 

@@ -7,20 +7,6 @@
 namespace brindlehum::cli {
 namespace {
 
-std::string_view rawValue(AnalysisOutcome::Status status) {
-    switch (status) {
-        case AnalysisOutcome::Status::done:
-            return "done";
-        case AnalysisOutcome::Status::tooShort:
-            return "tooShort";
-        case AnalysisOutcome::Status::noPulse:
-            return "noPulse";
-        case AnalysisOutcome::Status::cancelled:
-            break;
-    }
-    return "cancelled";
-}
-
 void analyzeFile(const std::string& file, const AnalysisWords& overrides) {
     const AnalysedFile result = analyseFile(file, overrides);
     const auto status = result.outcome.status;

@@ -16,6 +16,7 @@ constexpr Command commands[] = {
     {"devices", "", "the output devices that exist right now", devices},
     {"render", "FILE OUT.wav [WORDS...]", "the file as a device would play it, as 32-bit float", render},
     {"analyze", "[WORDS...] FILE...", "tempo, bars, key, loudness and structure of a piece of music", analyze},
+    {"picture", "FILE OUT.png [WORDS...]", "the same as a picture", picture},
 };
 
 std::string usage(const Command& command) {
@@ -33,6 +34,7 @@ void printHelp() {
     for (const Command& command : commands) std::cout << usage(command) << ": " << command.help << "\n";
     std::cout << "\nWords of render, in any order:\n" << renderHelp;
     std::cout << "\nWords of analyze, in place of what it would find:\n" << analysisHelp;
+    std::cout << "\nWords of picture, besides those:\n" << pictureHelp;
     std::cout << "\nEach result is a JSON object on one line; a failure is one line on stderr and exit code 1.\n";
 }
 
