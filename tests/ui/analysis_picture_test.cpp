@@ -111,7 +111,7 @@ TEST(AnalysisPicture, DrawsPiecesThatHoldLittle) {
     wild.structure.novelty = {2, -1};
     MusicAnalysis empty;
     const std::vector<float> odd = {1e38F, std::nanf(""), -INFINITY};
-    for (const MusicAnalysis* analysis : {&bare, &wild, &empty, static_cast<const MusicAnalysis*>(nullptr)}) {
+    for (const MusicAnalysis* analysis : std::initializer_list<const MusicAnalysis*>{&bare, &wild, &empty, nullptr}) {
         for (const std::span<const float> mono : {std::span<const float>(), std::span<const float>(odd)}) {
             const Content content = {"\u202Ename\n", {}, mono, 2, analysis, "no pulse"};
             const QImage image = draw(content, Theme::darkTheme());

@@ -28,9 +28,14 @@ QFont PictureCanvas::font(const TextStyle& style) {
 void PictureCanvas::text(const QRectF& place, int flags, const QString& text, const TextStyle& style) const {
     painter.setFont(font(style));
     painter.setPen(style.color);
-    const bool wraps = (flags & Qt::TextWordWrap) != 0;
+    if ((flags & Qt::TextWordWrap) != 0) {
+        painter.drawText(place, flags, text);
+        return;
+    }
+    // Names come from outside: their line breaks and writing direction don't move them out of their place.
     const QFontMetricsF metrics(painter.font());
-    painter.drawText(place, flags, wraps ? text : metrics.elidedText(text, Qt::ElideMiddle, place.width()));
+    painter.drawText(place, flags | Qt::TextSingleLine | Qt::AlignAbsolute,
+                     metrics.elidedText(text, Qt::ElideMiddle, place.width()));
 }
 
 double PictureCanvas::width(const QString& text, const TextStyle& style) {

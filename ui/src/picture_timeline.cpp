@@ -123,6 +123,7 @@ double PictureTimeline::flags(double top) const {
 
 double PictureTimeline::sections(double top) const {
     constexpr double height = 18;
+    if (bounds_.empty()) return top;
     const Pins& pins = content_.analysis->structure.pins;
     const auto at = [this](int boundary) {
         return bounds_[static_cast<size_t>(std::clamp(boundary, 0, static_cast<int>(bounds_.size()) - 1))];
