@@ -33,7 +33,7 @@ bool render(Words words);
 bool analyze(Words words);
 bool picture(Words words);
 extern const std::string_view pictureHelp;  // its words, one a line
-extern const std::string_view renderHelp;  // its words, one a line
+extern const std::string_view renderHelp;   // its words, one a line
 
 // Writes one line to stdout. Bytes that aren't UTF-8, as in file names, become U+FFFD.
 void print(const Json& json);
