@@ -3,8 +3,8 @@
 
 #include "analysis/grid_builder.h"
 #include "analysis/tempo_analyzer.h"
-#include "dsp/signal.h"
 #include "analysis/text.h"
+#include "dsp/signal.h"
 
 namespace brindlehum {
 namespace {

@@ -3,10 +3,10 @@
 
 #include <algorithm>
 
+#include "analysis/text.h"
 #include "dsp/signal.h"
 #include "pin_scans.h"
 #include "seam.h"
-#include "analysis/text.h"
 
 namespace brindlehum::Structure {
 namespace {
