@@ -21,7 +21,7 @@ struct Song {
         const auto frames = size_t(start + bars * barFrames + int64_t(2.5 * rate));
         channels = {noise(frames, 21), noise(frames, 22)};
         for (auto& x : channels) {
-            for (float& sample : x) sample *= 0.003F;
+            for (float& sample : x) sample *= 0.0005F;
         }
         for (int bar = 0; bar < bars; ++bar) addBar(bar);
     }
