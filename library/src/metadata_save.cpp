@@ -1,0 +1,87 @@
+#include "library/metadata_save.h"
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <cerrno>
+#include <cstring>
+
+#include "audio/error.h"
+#include "file_stamp.h"
+#include "library/change_log.h"
+#include "library/library_scanner.h"
+#include "library/meta_io.h"
+
+namespace brindlehum::MetadataSave {
+namespace {
+
+Catalog::Stamp stampOfFile(const std::string& path) {
+    struct stat facts {};
+    if (::stat(path.c_str(), &facts) != 0) {
+        throw Error(0, std::filesystem::path(path).filename().string() + ": " + std::strerror(errno));
+    }
+    return stampOf(facts);
+}
+
+void index(Catalog& catalog, const std::string& path, const std::string& root, const SoundMeta& meta) {
+    const Catalog::Stamp stamp = stampOfFile(path);
+    std::optional<AudioFileInfo> info;
+    try {
+        info = AudioFileInfo::load(path);
+    } catch (const std::exception&) {
+        // It has no technical facts then.
+    }
+    catalog.write([&] { catalog.upsert(path, root, stamp, info, meta); });
+}
+
+}  // namespace
+
+bool canEmbed(const std::filesystem::path& file) {
+    std::string extension = file.extension().string();
+    std::ranges::transform(extension, extension.begin(), [](unsigned char c) { return std::tolower(c); });
+    return extension == ".wav" || extension == ".wave" || extension == ".bwf";
+}
+
+SoundMeta current(const std::filesystem::path& file, Catalog* catalog) {
+    if (catalog != nullptr) {
+        if (auto row = catalog->row(LibraryScanner::canonical(file))) return std::move(row->meta);
+    }
+    return MetaIO::read(file);
+}
+
+std::string rootOf(const std::string& path, const std::vector<std::string>& roots) {
+    std::string longest;
+    for (const std::string& root : roots) {
+        if (root.size() > longest.size() && path.starts_with(root.ends_with('/') ? root : root + "/")) longest = root;
+    }
+    return longest;
+}
+
+void save(const std::filesystem::path& file, const MetadataChanges& changes, Catalog* catalog,
+          const std::vector<std::string>& roots, const std::string& user) {
+    const std::string path = LibraryScanner::canonical(file);
+    stampOfFile(path);
+    const bool embeds = canEmbed(file);
+    // What a file that can't take metadata was given earlier stands in its row alone.
+    SoundMeta meta = embeds ? MetaIO::read(file) : current(file, catalog);
+    changes.apply(meta);
+    if (embeds) MetaIO::write(meta, file);
+
+    const std::string root = rootOf(path, roots);
+    if (catalog != nullptr) {
+        try {
+            index(*catalog, path, root.empty() ? std::filesystem::path(path).parent_path().string() : root, meta);
+        } catch (const std::exception&) {
+            if (!embeds) throw;  // a WAV's row is put right by the next scan
+        }
+    } else if (!embeds && root.empty()) {
+        throw Error(0, file.filename().string() + ": without a catalog there is no place for its metadata");
+    }
+    if (root.empty()) return;
+    const auto now = std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
+    ChangeLog::append(root, {path.substr(root.size() + (root.ends_with('/') ? 0 : 1)), changes, user, now});
+}
+
+}  // namespace brindlehum::MetadataSave
