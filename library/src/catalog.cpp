@@ -52,6 +52,7 @@ Catalog::Parts::Parts(const std::filesystem::path& file)
                  "indexed=excluded.indexed RETURNING id"),
       deleteText(writer, "DELETE FROM fts WHERE rowid = ?"),
       insertText(writer, "INSERT INTO fts (rowid, name, folders, body) VALUES (?,?,?,?)"),
+      findStamp(writer, "SELECT size, mtime FROM files WHERE path = ?"),
       readers(file) {}
 
 Catalog::Catalog(const std::filesystem::path& file) : parts_(std::make_unique<Parts>(file)) {}
@@ -91,10 +92,22 @@ int64_t Catalog::logOffset(const std::string& logfile) {
 
 void Catalog::setLogOffset(const std::string& logfile, int64_t offset) {
     const std::lock_guard hold(lock_);
+    storeLogOffset(logfile, offset);
+}
+
+void Catalog::storeLogOffset(const std::string& logfile, int64_t offset) {
     Statement insert(parts_->writer,
                      "INSERT INTO log_offsets (logfile, offset) VALUES (?, ?) ON CONFLICT(logfile) DO UPDATE SET "
                      "offset = excluded.offset");
-    insert.bind(logfile, offset).run();
+    if (!insert.bind(logfile, offset).run()) parts_->failed = true;
+}
+
+std::optional<Catalog::Stamp> Catalog::stamp(const std::string& path) {
+    Statement& find = parts_->findStamp;
+    std::optional<Stamp> stamp;
+    if (find.bind(path).step()) stamp = Stamp{find.integer(0), find.real(1)};
+    find.reset();
+    return stamp;
 }
 
 void Catalog::write(const std::function<void()>& job) {

@@ -18,7 +18,7 @@ struct Catalog::Parts {
     explicit Parts(const std::filesystem::path& file);
 
     Database writer;  // under the catalog's lock
-    Statement insertFile, deleteText, insertText;
+    Statement insertFile, deleteText, insertText, findStamp;
     bool failed = false;  // a statement of the transaction that runs
     ReaderPool readers;
     std::atomic<uint64_t> interrupts = 0;  // a search gives up when this is no longer what it began with

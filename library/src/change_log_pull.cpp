@@ -2,10 +2,10 @@
 #include <sys/stat.h>
 
 #include <algorithm>
-#include <mutex>
 #include <unordered_map>
 #include <vector>
 
+#include "audio/error.h"
 #include "file_stamp.h"
 #include "library/change_log.h"
 #include "library/library_scanner.h"
@@ -48,96 +48,102 @@ std::vector<fs::path> logsIn(const fs::path& folder) {
     return logs;
 }
 
-// The rows that some entries change, until they are written together.
+// Where reading a log stands, and the entries read since.
 class Batch {
 public:
-    Batch(std::string root, Catalog& catalog) : root_(std::move(root)), catalog_(catalog) {}
+    Batch(std::string root, Catalog& catalog, std::string log)
+        : root_(std::move(root)), catalog_(catalog), log_(std::move(log)), offset_(catalog.logOffset(log_)) {}
 
-    void add(const Entry& entry) {
+    int64_t offset() const { return offset_; }
+    bool isFull() const { return entries_.size() >= entriesATransaction; }
+
+    void add(Entry entry) {
         if (!isPlain(entry.path) || hasLink(root_, entry.path)) return;
         const std::string path = root_ + "/" + entry.path;
-        auto changed = metas_.find(path);
-        if (changed == metas_.end()) {
-            auto row = catalog_.row(path);
-            if (!row) return;
-            changed = metas_.emplace(path, std::move(row->meta)).first;
-        }
-        entry.changes.apply(changed->second);
-        ++entries_;
+        if (!catalog_.row(path)) return;
+        auto [file, isNew] = files_.try_emplace(path);
+        if (isNew) look(path, file->second);
+        entries_.emplace_back(path, std::move(entry.changes));
     }
-    bool isFull() const { return metas_.size() >= entriesATransaction; }
 
-    // Throws when the database does; nothing is written then. Gives the number of entries.
-    int write() {
-        struct Update {
-            const std::string* path;
-            Catalog::Stamp stamp;
-            std::optional<AudioFileInfo> info;
-            const SoundMeta* meta;
-        };
-        std::vector<Update> updates;
-        for (const auto& [path, meta] : metas_) {
-            Update update{&path, {}, std::nullopt, &meta};
-            struct stat facts {};
-            if (::lstat(path.c_str(), &facts) == 0) update.stamp = stampOf(facts);
-            try {
-                update.info = AudioFileInfo::load(path);
-            } catch (const std::exception&) {
-                // As the scanner has it.
+    // Entries and position in one transaction, so that none is ever applied twice. Gives how many were applied; throws
+    // when another process has moved the position, or the database fails.
+    int write(int64_t readTo) {
+        int applied = 0;
+        if (readTo == offset_) return applied;
+        catalog_.write([&] {
+            if (catalog_.logOffset(log_) != offset_) throw Error(0, log_ + " is being read by another process");
+            std::unordered_map<std::string, Catalog::Row> rows;
+            for (const auto& [path, changes] : entries_) {
+                auto row = rows.find(path);
+                if (row == rows.end()) {
+                    auto found = catalog_.row(path);
+                    if (!found) continue;
+                    row = rows.emplace(path, std::move(*found)).first;
+                }
+                changes.apply(row->second.meta);
+                ++applied;
             }
-            updates.push_back(std::move(update));
-        }
-        if (!updates.empty()) {
-            catalog_.write([&] {
-                for (const Update& u : updates) catalog_.upsert(*u.path, root_, u.stamp, u.info, *u.meta);
-            });
-        }
-        metas_.clear();
-        return std::exchange(entries_, 0);
+            for (const auto& [path, row] : rows) {
+                const File& file = files_.at(path);
+                catalog_.upsert(path, row.root, file.stamp, file.info, row.meta);
+            }
+            catalog_.storeLogOffset(log_, readTo);
+        });
+        offset_ = readTo;
+        entries_.clear();
+        files_.clear();
+        return applied;
     }
 
 private:
+    struct File {
+        Catalog::Stamp stamp;
+        std::optional<AudioFileInfo> info;
+    };
+
+    static void look(const std::string& path, File& file) {
+        struct stat facts {};
+        if (::lstat(path.c_str(), &facts) == 0) file.stamp = stampOf(facts);
+        try {
+            file.info = AudioFileInfo::load(path);
+        } catch (const std::exception&) {
+            // Its row has no technical facts, as after a scan.
+        }
+    }
+
     const std::string root_;
     Catalog& catalog_;
-    std::unordered_map<std::string, SoundMeta> metas_;
-    int entries_ = 0;
+    const std::string log_;
+    int64_t offset_;  // as the catalog has it
+    std::vector<std::pair<std::string, MetadataChanges>> entries_;
+    std::unordered_map<std::string, File> files_;
 };
 
-int pullLog(const std::string& root, Catalog& catalog, const fs::path& log, const std::stop_token& stop) {
-    const int64_t before = catalog.logOffset(log.string());
-    LineReader lines(log, before);
-    Batch batch(root, catalog);
-    int applied = 0;
-    int64_t written = before;
-    // The position follows each transaction: a stop in between repeats at most one batch.
-    const auto write = [&] {
-        applied += batch.write();
-        if (lines.offset() != written) catalog.setLogOffset(log.string(), lines.offset());
-        written = lines.offset();
-    };
+void pullLog(const std::string& root, Catalog& catalog, const fs::path& log, const std::stop_token& stop,
+             int& applied) {
+    Batch batch(root, catalog, log.string());
+    LineReader lines(log, batch.offset());
     while (const auto line = lines.next()) {
+        if (auto entry = Entry::decode(*line)) batch.add(std::move(*entry));
+        if (batch.isFull()) applied += batch.write(lines.offset());
         if (stop.stop_requested()) break;
-        if (const auto entry = Entry::decode(*line)) batch.add(*entry);
-        if (batch.isFull()) write();
     }
-    write();
-    return applied;
+    applied += batch.write(lines.offset());
 }
 
 }  // namespace
 
 int pull(const fs::path& root, Catalog& catalog, const std::string& self, const std::stop_token& stop) {
-    static std::mutex oneAtATime;  // two at once would both apply what is new
-    const std::lock_guard guard(oneAtATime);
     const std::string rootPath = LibraryScanner::canonical(root);
     const fs::path own = logFile(root, self);
     int applied = 0;
     for (const fs::path& log : logsIn(own.parent_path())) {
         if (log == own || stop.stop_requested()) continue;
         try {
-            applied += pullLog(rootPath, catalog, log, stop);
+            pullLog(rootPath, catalog, log, stop, applied);
         } catch (const std::exception&) {
-            // Tried again at the next pull, from where it was.
+            // Tried again at the next pull, from where it is now.
         }
     }
     return applied;

@@ -38,7 +38,7 @@ std::string quotedName(const std::string& root) {
 class Scan {
 public:
     Scan(const std::filesystem::path& root, Catalog& catalog, const Options& options)
-        : root_(canonical(root)), catalog_(catalog), options_(options), rows_(catalog.stamps(root_)) {}
+        : root_(LibraryScanner::canonical(root)), catalog_(catalog), options_(options), rows_(catalog.stamps(root_)) {}
 
     Result run() {
         const TreeWalk walk = find();
@@ -132,17 +132,18 @@ private:
         }
     }
 
-    // An edit may have changed file and row since the file was read. Edits write the row after the file and under the
-    // lock held here, so that what is read now is at least as new as the row.
+    // An edit may have changed the file, its row or both since the file was read; edits write the row last.
     bool upsert(const ReadFile& read) {
+        const std::string& path = read.file.path;
         struct stat facts {};
-        if (::lstat(read.file.path.c_str(), &facts) != 0 && errno == ENOENT) return false;
+        if (::lstat(path.c_str(), &facts) != 0 && errno == ENOENT) return false;
         const Catalog::Stamp now = stampOf(facts);
+        if (const auto row = catalog_.stamp(path); row && isSame(*row, now)) return false;
         if (isSame(now, read.file.stamp)) {
-            catalog_.upsert(read.file.path, root_, now, read.info, read.meta);
+            catalog_.upsert(path, root_, now, read.info, read.meta);
         } else {
-            const ReadFile again = readSoundFile({read.file.path, now});
-            catalog_.upsert(again.file.path, root_, now, again.info, again.meta);
+            const ReadFile again = readSoundFile({path, now});
+            catalog_.upsert(path, root_, now, again.info, again.meta);
         }
         return true;
     }

@@ -71,10 +71,13 @@ public:
     void setLogOffset(const std::string& logfile, int64_t offset);
     void removeRoot(const std::string& root);
 
-    // The two that write take no lock: they belong inside of write(). `info` is absent when the file can't be probed.
+    // These take no lock: they belong inside of write(), where row() and logOffset() tell the state before it, which
+    // no other process changes meanwhile. `info` is absent when the file can't be probed.
     void upsert(const std::string& path, const std::string& root, const Stamp& stamp,
                 const std::optional<AudioFileInfo>& info, const SoundMeta& meta);
     void remove(const std::string& path);
+    std::optional<Stamp> stamp(const std::string& path);
+    void storeLogOffset(const std::string& logfile, int64_t offset);
     // Under the lock, in one transaction: committed when `job` returns, rolled back when it throws (which passes on).
     void write(const std::function<void()>& job);
 

@@ -1,0 +1,240 @@
+// LibraryScanner: what it finds, what it reads again, what it removes, and what it leaves alone.
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <set>
+
+#include "library/metadata_save.h"
+#include "sound_folder.h"
+
+namespace brindlehum {
+namespace {
+
+using namespace test;
+using LibraryScanner::Progress;
+using LibraryScanner::Result;
+using testing::HasSubstr;
+using Outcome = Result::Outcome;
+
+class Scanner : public SoundFolder {
+protected:
+    static void setTime(const fs::path& file, double seconds) {
+        const auto whole = static_cast<time_t>(seconds);
+        const timespec time{whole, static_cast<long>((seconds - double(whole)) * 1e9)};
+        const timespec both[2] = {time, time};
+        ASSERT_EQ(::utimensat(AT_FDCWD, file.c_str(), both, 0), 0);
+    }
+    // Many files for the price of one.
+    void addMany(size_t count) {
+        const fs::path first = add("take 0.wav");
+        for (size_t i = 1; i < count; ++i) fs::create_hard_link(first, root / ("take " + std::to_string(i) + ".wav"));
+    }
+};
+
+TEST_F(Scanner, CataloguesEverySoundAndNothingElse) {
+    const std::set<std::string> sounds = {add("a.wav"), add("deep/er/b.WAV"), add("c.flac"),
+                                          add("DOORWood_Slam Heavy_JD_Take 3_b.wav"), root / "broken.mp3"};
+    writeBytes(root / "broken.mp3", "no sound at all");
+    writeBytes(root / "notes.txt", "hello");
+    writeBytes(root / ".a.wav.bh-tmp", "half a rewrite");
+    add(".hidden/d.wav");
+    add(".e.wav");
+    fs::create_directory(root / "folder.wav");
+    fs::create_symlink(root / "a.wav", root / "link.wav");
+    fs::create_directory_symlink(root, root / "deep" / "circle");
+    ASSERT_EQ(::mkfifo((root / "pipe.wav").c_str(), 0600), 0);
+    std::vector<Progress> seen;
+    const Result result = scan({.progress = [&](const Progress& now) { seen.push_back(now); }});
+    EXPECT_EQ(result.outcome, Outcome::complete);
+    EXPECT_EQ(result.found, 5);
+    EXPECT_EQ(result.read, 5);
+    EXPECT_EQ(result.message, std::nullopt);
+    std::set<std::string> rows;
+    for (const auto& row : catalog.search({}, 100)) rows.insert(row.path);
+    EXPECT_EQ(rows, sounds);
+
+    const auto slam = catalog.row(root / "DOORWood_Slam Heavy_JD_Take 3_b.wav").value();
+    EXPECT_EQ(slam.root, root);
+    EXPECT_DOUBLE_EQ(slam.duration, 0.01);
+    EXPECT_EQ(slam.formatSummary(), "48 kHz · 16-bit · 2 ch");
+    EXPECT_EQ(slam.meta.fxName, "Slam Heavy");
+    const auto broken = catalog.row(root / "broken.mp3").value();
+    EXPECT_EQ(broken.duration, 0);
+    EXPECT_EQ(broken.meta.fxName, "broken");
+    ASSERT_FALSE(seen.empty());
+    EXPECT_EQ(seen.back(), (Progress{Progress::Phase::removing, 5, 5}));
+    EXPECT_TRUE(std::ranges::is_sorted(seen, {}, &Progress::phase));
+}
+
+TEST_F(Scanner, ReadsAgainWhatHasChangedAndRemovesWhatIsGone) {
+    constexpr double then = 1'500'000'000.25;
+    struct Case {
+        const char* name;
+        std::function<void()> change;
+        int64_t read, removed;
+    };
+    const fs::path a = root / "a.wav";
+    const Case cases[] = {
+        {"nothing", [] {}, 0, 0},
+        {"touched", [&] { setTime(a, then + 0.002); }, 1, 0},
+        {"as good as the same time", [&] { setTime(a, then + 0.0005); }, 0, 0},
+        {"another size at the same time", [&] { writeBytes(a, "short"), setTime(a, then); }, 1, 0},
+        {"moved", [&] { fs::create_directory(root / "new"), fs::rename(a, root / "new" / "a.wav"); }, 1, 1},
+        {"removed", [&] { fs::remove(a); }, 0, 1},
+        {"replaced by a link", [&] { fs::rename(a, home / "out.wav"), fs::create_symlink(home / "out.wav", a); }, 0, 1},
+        {"its folder hidden", [&] { fs::rename(root / "sub", root / ".sub"); }, 0, 2},
+        {"its folder gone", [&] { fs::remove_all(root / "sub"); }, 0, 2},
+        {"all but the change logs gone", [&] { fs::remove_all(root), fs::create_directories(root / ".brindlehum"); }, 0,
+         3},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        fs::remove_all(root);
+        catalog.removeRoot(root);
+        for (const char* name : {"a.wav", "sub/b.wav", "sub/c.wav"}) setTime(add(name), then);
+        ASSERT_EQ(scan().read, 3);
+        c.change();
+        const Result result = scan();
+        EXPECT_EQ(result.read, c.read);
+        EXPECT_EQ(result.removed, c.removed);
+        EXPECT_EQ(rowCount(), 3 - c.removed + (std::string_view(c.name) == "moved" ? 1 : 0));
+        const Result again = scan();
+        EXPECT_EQ(again.read + again.removed, 0);
+    }
+}
+
+TEST_F(Scanner, KeepsTheRowsOfARootThatIsNotThere) {
+    const auto moveAway = [&] { fs::rename(root, home / "away"); };
+    struct Case {
+        const char* name;
+        std::function<void()> lose;
+        const char* told;
+    };
+    const Case cases[] = {
+        {"gone", moveAway, "can't be reached"},
+        {"a file in its place", [&] { moveAway(), writeBytes(root, "x"); }, "can't be reached"},
+        {"an empty mount point", [&] { moveAway(), fs::create_directory(root); }, "is empty"},
+        {"hidden things only", [&] { moveAway(), fs::create_directories(root / ".Trash-1000"); }, "is empty"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        add("a.wav");
+        add("b/c.wav");
+        scan();
+        c.lose();
+        const Result result = scan();
+        EXPECT_EQ(result.outcome, Outcome::unreachable);
+        EXPECT_THAT(result.message.value_or(""), HasSubstr("“sounds” " + std::string(c.told)));
+        EXPECT_EQ(rowCount(), 2);
+        fs::remove_all(root);
+        fs::rename(home / "away", root);
+        const Result back = scan();
+        EXPECT_EQ(back.outcome, Outcome::complete);
+        EXPECT_EQ(back.read + back.removed, 0) << "it is back as it was";
+    }
+}
+
+TEST_F(Scanner, KeepsTheRowsBelowAFolderThatCannotBeRead) {
+    // Deeper than the longest path that can be opened, which no permission of the tester's gets around.
+    const std::string name(250, 'd');
+    fs::path deep = root;
+    int folder = ::open(root.c_str(), O_PATH | O_DIRECTORY);
+    for (int level = 0; level < 17; ++level) {
+        ASSERT_EQ(::mkdirat(folder, name.c_str(), 0700), 0);
+        const int next = ::openat(folder, name.c_str(), O_PATH | O_DIRECTORY);
+        ::close(folder);
+        folder = next;
+        deep /= name;
+    }
+    ::close(folder);
+    const auto put = [&](const fs::path& path) {
+        catalog.write([&] { catalog.upsert(path, root, {1, 1}, std::nullopt, {}); });
+    };
+    put(deep / "kept.wav");
+    put(root / "gone.wav");
+    const Result result = scan();
+    EXPECT_EQ(result.outcome, Outcome::complete);
+    EXPECT_EQ(result.removed, 1);
+    EXPECT_TRUE(catalog.row(deep / "kept.wav").has_value());
+    EXPECT_THAT(result.message.value_or(""), HasSubstr("can't be read"));
+}
+
+TEST_F(Scanner, RemovesNothingWhenTheRootIsExchangedMeanwhile) {
+    addMany(1100);
+    add("last.wav");
+    scan();
+    fs::remove(root / "last.wav");
+    bool moved = false;
+    const Result result = scan({.progress = [&](const Progress& now) {
+        if (now.found < 1000 || std::exchange(moved, true)) return;
+        fs::rename(root, home / "away");
+        fs::create_directory(root);
+    }});
+    EXPECT_TRUE(moved);
+    EXPECT_EQ(result.outcome, Outcome::unreachable);
+    EXPECT_EQ(rowCount(), 1101);
+}
+
+TEST_F(Scanner, CommitsBatchByBatchAndGoesOnAfterAStop) {
+    addMany(LibraryScanner::batchFiles + 1);
+    Catalog other(catalogFile);
+    std::set<int64_t> committed;
+    std::stop_source stop;
+    LibraryScanner::Options options{.progress = [&](const Progress& now) {
+        committed.insert(other.facets({}).total);
+        if (now.phase == Progress::Phase::reading && now.done >= 256) stop.request_stop();
+    }};
+    options.stop = stop.get_token();
+    EXPECT_EQ(scan(options).outcome, Outcome::cancelled);
+    EXPECT_EQ(rowCount(), 256);
+    const Result rest = scan();
+    EXPECT_EQ(rest.outcome, Outcome::complete);
+    EXPECT_EQ(rest.read, 1);
+    EXPECT_THAT(committed, testing::ElementsAre(0, 256));
+}
+
+TEST_F(Scanner, LeavesAFolderThatIsARootOfItsOwnToItsOwnScan) {
+    add("a.wav");
+    const fs::path inner = add("inner/b.wav").parent_path();
+    add("inner side/c.wav");
+    scan();
+    ASSERT_EQ(rowCount(), 3);
+    const LibraryScanner::Options outerOnly{.otherRoots = {inner.string(), root.string(), "/elsewhere"}};
+    EXPECT_EQ(scan(outerOnly).removed, 0);
+    EXPECT_EQ(LibraryScanner::scan(inner, catalog).read, 1);
+    EXPECT_EQ(catalog.row(inner / "b.wav")->root, inner);
+    const Result again = scan(outerOnly);
+    EXPECT_EQ(again.read + again.removed, 0);
+    EXPECT_EQ(catalog.row(inner / "b.wav")->root, inner);
+}
+
+TEST_F(Scanner, DoesNotOverwriteAnEditMadeWhileItReads) {
+    const fs::path wave = add("a.wav");
+    const fs::path flac = add("b.flac");
+    bool edited = false;
+    scan({.progress = [&](const Progress& now) {
+        if (now.phase != Progress::Phase::reading || std::exchange(edited, true)) return;
+        for (const fs::path& file : {wave, flac}) {
+            MetadataSave::save(file, {{{"DESCRIPTION", "edited"}}, 4}, &catalog, {}, "me@here");
+        }
+    }});
+    for (const fs::path& file : {wave, flac}) {
+        EXPECT_EQ(metaOf(file).description, "edited");
+        EXPECT_EQ(metaOf(file).rating, 4);
+    }
+}
+
+TEST_F(Scanner, KnowsOneFolderByOnePath) {
+    fs::create_directory_symlink(root, home / "alias");
+    const std::string real = root;
+    for (const std::string& spelled : {real, real + "/", real + "/../sounds/.", (home / "alias").string()}) {
+        EXPECT_EQ(LibraryScanner::canonical(spelled), real) << spelled;
+    }
+    EXPECT_EQ(LibraryScanner::canonical(home / "no" / ".." / "such/"), home / "such");
+    EXPECT_EQ(LibraryScanner::canonical("/"), "/");
+}
+
+}  // namespace
+}  // namespace brindlehum
