@@ -17,8 +17,17 @@ using namespace test;
 using ChangeLog::Entry;
 using std::chrono::sys_seconds;
 
+Entry edit(const std::string& path, const std::string& tag, const std::string& text, const std::string& user) {
+    Entry entry;
+    entry.path = path;
+    entry.changes.fields[tag] = text;
+    entry.user = user;
+    entry.time = sys_seconds{std::chrono::seconds(1'700'000'000)};
+    return entry;
+}
+
 Entry describe(const std::string& path, const std::string& text, const std::string& user = "ann@one") {
-    return {path, {{{"DESCRIPTION", text}}, std::nullopt}, user, sys_seconds{std::chrono::seconds(1'700'000'000)}};
+    return edit(path, "DESCRIPTION", text, user);
 }
 
 std::vector<std::string> linesOf(const fs::path& file) {
@@ -112,7 +121,7 @@ TEST_F(Log, AppliesToTheCatalogAlone) {
     rated.changes = {{}, 3};
     write(line(describe("b/c.flac", "wind")) + "{broken}\n\n" + line(describe("not/here.wav", "x")) + line(rated));
     write(line(describe("b/c.flac", "mine")), "me@here.jsonl");
-    write(line({"b/c.flac", {{{"KEYWORDS", "gale"}, {"NONE", "x"}}, std::nullopt}, "me@there", {}}), "me@there.jsonl");
+    write(line(edit("b/c.flac", "KEYWORDS", "gale", "me@there")) + "{}\n", "me@there.jsonl");
     write(line(describe("b/c.flac", "not a log")), "notes.json");
     EXPECT_EQ(pull(), 3);
     const SoundMeta meta = metaOf(flac);
@@ -220,30 +229,30 @@ private:
 };
 
 TEST_F(Log, CarriesThousandsOfEditsBetweenTwoProcesses) {
-    constexpr int edits = 3000;
-    constexpr int files = 7;
-    for (int i = 0; i < files; ++i) add("f" + std::to_string(i) + ".wav");
+    constexpr size_t edits = 3000;
+    constexpr size_t files = 7;
+    const std::string longEnd(9000, ' ');  // past what a pipe takes at once
+    for (size_t i = 0; i < files; ++i) add(numbered("f", i));
     // Each side has a catalog of its own, edits one field and reads the other's.
     const auto side = [&](const std::string& self, const std::string& other, const char* field,
                           std::string SoundMeta::*theirs) {
         Catalog mine(home / (self + ".sqlite"));
         LibraryScanner::scan(root, mine);
-        int applied = 0;
-        for (int i = 0; i < edits; ++i) {
-            const std::string text = std::to_string(i) + std::string(i % 50 == 0 ? 9000 : 0, ' ');
-            ChangeLog::append(root,
-                              {"f" + std::to_string(i % files) + ".wav", {{{field, text}}, std::nullopt}, self, {}});
-            if (i % 10 == 0) applied += ChangeLog::pull(root, mine, self);
+        size_t applied = 0;
+        for (size_t i = 0; i < edits; ++i) {
+            const std::string text = numbered("", i, i % 50 == 0 ? longEnd.c_str() : "");
+            ChangeLog::append(root, edit(numbered("f", i % files), field, text, self));
+            if (i % 10 == 0) applied += size_t(ChangeLog::pull(root, mine, self));
         }
         const fs::path theirLog = ChangeLog::logFile(root, other);
         for (int turns = 0; applied < edits && turns < 1'000'000; ++turns) {
-            applied += ChangeLog::pull(root, mine, self);
+            applied += size_t(ChangeLog::pull(root, mine, self));
             ::sched_yield();
         }
         bool all = applied == edits && ChangeLog::pull(root, mine, self) == 0;
-        for (int i = edits - files; i < edits; ++i) {
-            const auto row = mine.row(root / ("f" + std::to_string(i % files) + ".wav"));
-            all = all && row && std::stoi("0" + row->meta.*theirs) == i;
+        for (size_t i = edits - files; i < edits; ++i) {
+            const auto row = mine.row(root / numbered("f", i % files));
+            all = all && row && std::stoul(row->meta.*theirs) == i;
         }
         return all && mine.logOffset(theirLog) == int64_t(fs::file_size(theirLog));
     };
@@ -253,24 +262,24 @@ TEST_F(Log, CarriesThousandsOfEditsBetweenTwoProcesses) {
 }
 
 TEST_F(Log, KeepsTheLinesOfTwoProcessesOfOneOwnerApart) {
-    constexpr int edits = 1000;
+    constexpr size_t edits = 1000;
     const auto writer = [&](const char* mark) {
-        for (int i = 0; i < edits; ++i) ChangeLog::append(root, describe("a.wav", mark + std::string(20'000, 'x')));
+        for (size_t i = 0; i < edits; ++i) ChangeLog::append(root, describe("a.wav", mark + std::string(20'000, 'x')));
         return true;
     };
     const Child other([&] { return writer("b"); });
     writer("a");
     EXPECT_TRUE(other.succeeded());
-    EXPECT_EQ(linesOf(ChangeLog::logFile(root, "ann@one")).size(), size_t{2} * edits);
-    EXPECT_EQ(pull(), 2 * edits);
+    EXPECT_EQ(linesOf(ChangeLog::logFile(root, "ann@one")).size(), 2 * edits);
+    EXPECT_EQ(pull(), int(2 * edits));
 }
 
 TEST_F(Log, IsAppliedOnceWhenTwoProcessesPullIntoOneCatalog) {
-    constexpr int edits = 2000;
+    constexpr size_t edits = 2000;
     // Far more than a transaction holds; the second process counts what it applied into a file.
-    for (int i = 0; i < 600; ++i) add("many/" + std::to_string(i) + ".wav");
+    for (size_t i = 0; i < 600; ++i) add(numbered("many/", i));
     scan();
-    for (int i = 0; i < edits; ++i) ChangeLog::append(root, describe("many/" + std::to_string(i % 600) + ".wav", "x"));
+    for (size_t i = 0; i < edits; ++i) ChangeLog::append(root, describe(numbered("many/", i % 600), "x"));
     const auto pullAll = [&] {
         Catalog own(catalogFile);
         int applied = 0;
@@ -283,7 +292,7 @@ TEST_F(Log, IsAppliedOnceWhenTwoProcessesPullIntoOneCatalog) {
     });
     const int here = pullAll();
     EXPECT_TRUE(other.succeeded());
-    EXPECT_EQ(here + std::stoi(readBytes(home / "count")), edits);
+    EXPECT_EQ(here + std::stoi(readBytes(home / "count")), int(edits));
 }
 
 }  // namespace

@@ -119,7 +119,7 @@ TEST_F(Model, FiltersByTheFacetsOfItsRoots) {
 }
 
 TEST_F(Model, ScansEachRootOnceAndTellsHowFarItIs) {
-    for (int i = 0; i < 20; ++i) add("a/" + std::to_string(i) + ".wav");
+    for (size_t i = 0; i < 20; ++i) add(numbered("a/", i));
     make({});
     std::vector<LibraryScanner::Progress> progress;
     int begun = 0;
@@ -183,8 +183,12 @@ TEST_F(Model, AppliesTheTeamsEditsEveryMinute) {
     model->setQuery("gale");
     search();
     EXPECT_TRUE(model->results().empty());
+    ChangeLog::Entry entry;
+    entry.path = "a.wav";
+    entry.user = "ann@one";
     for (const char* text : {"storm", "gale"}) {
-        ChangeLog::append(root, {"a.wav", {{{"DESCRIPTION", text}}, std::nullopt}, "ann@one", {}});
+        entry.changes.fields["DESCRIPTION"] = text;
+        ChangeLog::append(root, entry);
     }
     loop.advance(LibraryModel::pullSeconds - 1);
     settle();
@@ -233,7 +237,7 @@ TEST_F(Model, ShowsFoldersWithoutACatalog) {
 }
 
 TEST_F(Model, EndsInTheMiddleOfEverything) {
-    for (int i = 0; i < 300; ++i) add(std::to_string(i) + ".wav");
+    for (size_t i = 0; i < 300; ++i) add(numbered("", i));
     const fs::path wave = root / "7.wav";
     model = std::make_unique<LibraryModel>(settingsWith({root}), loop, catalogPath);
     model->setQuery("1");

@@ -29,7 +29,7 @@ protected:
     // Many files for the price of one.
     void addMany(size_t count) {
         const fs::path first = add("take 0.wav");
-        for (size_t i = 1; i < count; ++i) fs::create_hard_link(first, root / ("take " + std::to_string(i) + ".wav"));
+        for (size_t i = 1; i < count; ++i) fs::create_hard_link(first, root / numbered("take ", i));
     }
 };
 

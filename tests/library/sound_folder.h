@@ -15,6 +15,13 @@ namespace brindlehum::test {
 
 namespace fs = std::filesystem;
 
+// Joined step by step: g++ 12 sees overlaps in chains of operators.
+inline std::string numbered(std::string text, size_t number, const char* end = ".wav") {
+    text += std::to_string(number);
+    text += end;
+    return text;
+}
+
 class SoundFolder : public testing::Test {
 protected:
     fs::path add(const std::string& name) { return addTo(root, name); }

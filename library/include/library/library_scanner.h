@@ -38,9 +38,9 @@ struct Result {
 };
 
 struct Options {
-    std::function<void(const Progress&)> progress;  // called on the scanning thread
-    std::stop_token stop;
-    std::vector<std::string> otherRoots;  // canonical: those below this root are left to their own scans
+    std::function<void(const Progress&)> progress = {};  // called on the scanning thread
+    std::stop_token stop = {};
+    std::vector<std::string> otherRoots = {};  // canonical: those below this root are left to their own scans
 };
 
 // Absolute, without symbolic links; for a path that doesn't exist: absolute and in its plain form. All paths in the
