@@ -138,8 +138,12 @@ private:
         struct stat facts {};
         if (::lstat(path.c_str(), &facts) != 0 && errno == ENOENT) return false;
         const Catalog::Stamp now = stampOf(facts);
-        if (const auto row = catalog_.stamp(path); row && isSame(*row, now)) return false;
-        if (isSame(now, read.file.stamp)) {
+        if (const auto stamp = catalog_.stamp(path); stamp && isSame(*stamp, now)) {
+            // Only the root can be another: the file is that of a root within this one, or around it, until now.
+            const auto row = catalog_.row(path);
+            if (!row || row->root == root_) return false;
+            catalog_.upsert(path, root_, now, read.info, row->meta);
+        } else if (isSame(now, read.file.stamp)) {
             catalog_.upsert(path, root_, now, read.info, read.meta);
         } else {
             const ReadFile again = readSoundFile({path, now});
