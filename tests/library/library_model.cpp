@@ -71,12 +71,13 @@ TEST_F(Model, RunsOneQueryForAWordTypedQuickly) {
 TEST_F(Model, NeverShowsTheAnswerToAnOlderQuestion) {
     for (const char* name : {"door.wav", "dog.wav", "rain.wav"}) add(name);
     make({root});
-    std::vector<std::string> shown;
+    int shown = 0;
     QObject::connect(model.get(), &LibraryModel::resultsChanged, [&] {
-        for (const auto& name : names(model->results())) shown.push_back(name);
+        for (const auto& name : names(model->results())) EXPECT_TRUE(name.starts_with(model->query())) << name;
+        shown += model->query() == "rain" ? 1 : 0;
     });
     for (int i = 0; i < 50; ++i) {
-        // The first one is on its way when the second is asked for; its answer may have been posted already.
+        // The first one runs, or its answer waits to be shown, when the second is asked for.
         model->setQuery("do");
         loop.advance(LibraryModel::debounceSeconds);
         model->setQuery("rain");
@@ -86,8 +87,7 @@ TEST_F(Model, NeverShowsTheAnswerToAnOlderQuestion) {
         settle();
         EXPECT_FALSE(model->isSearchRunning());
     }
-    EXPECT_EQ(std::ranges::count(shown, "rain.wav"), 50);
-    EXPECT_EQ(shown.size(), 50U);
+    EXPECT_EQ(shown, 50);
 }
 
 TEST_F(Model, FiltersByTheFacetsOfItsRoots) {
