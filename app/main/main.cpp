@@ -8,6 +8,7 @@
 
 #include "app/app_model.h"
 #include "app/instance_link.h"
+#include "library/catalog_location.h"
 #include "platform/linux_audio.h"
 #include "platform/linux_desktop.h"
 #include "platform/qt_main_loop.h"
@@ -56,12 +57,15 @@ void describeControlPort(const ControlServer& control) {
 }
 
 // What has to survive was written as it changed, so nothing is torn down: waiting for a file or a device that hangs
-// would only keep a process that was told to end. A sound that plays gets the time to fade.
+// would only keep a process that was told to end. A sound that plays gets the time to fade, and metadata being saved
+// the time to arrive; a file whose turn doesn't come any more stays as it was.
 [[noreturn]] void end(AppModel& model, InstanceLink& link, int code) {
     if (model.player().isPlaying()) {
         model.player().stopAndReturn();
         QThread::msleep(50);
     }
+    constexpr double savingPatience = 20;  // seconds
+    model.library().finishEdits(savingPatience);
     link.release();
     std::fflush(nullptr);
     std::_Exit(code);
@@ -95,7 +99,7 @@ int main(int argc, char** argv) {
     const auto audio = makeAudioSystem(loop);
     FileDefaults defaults;
     LinuxDesktop desktop;
-    AppModel model({loop, *audio, defaults, desktop});
+    AppModel model({loop, *audio, defaults, desktop, defaultCatalogFile()});
     AppWindows windows(model);
     link.onFiles = [&model](const auto& handedOver) { model.openFiles(handedOver); };
     model.start();

@@ -1,5 +1,6 @@
 #include "app/app_model.h"
 
+#include <QPointer>
 #include <QString>
 #include <algorithm>
 #include <thread>
@@ -21,7 +22,8 @@ AppModel::AppModel(Platform platform)
       pool_(poolThreads()),
       settings_(platform.defaults),
       engine_(platform.audio, platform.loop),
-      player_(engine_, settings_, platform.loop, pool_) {
+      player_(engine_, settings_, platform.loop, pool_),
+      library_(settings_, platform.loop, platform.catalogFile) {
     theModel = this;
 }
 
@@ -55,6 +57,15 @@ void AppModel::openFiles(const std::vector<std::filesystem::path>& files) {
 
 void AppModel::openWindow(const std::string& id) {
     if (openWindowAction) openWindowAction(id);
+}
+
+void AppModel::addLibraryFolder() {
+    if (!chooseFoldersAction) return;
+    chooseFoldersAction([self = QPointer(this)](const std::vector<std::filesystem::path>& folders) {
+        if (!self || folders.empty()) return;
+        for (const auto& folder : folders) self->library_.addRoot(folder);
+        self->library_.open(folders.front());
+    });
 }
 
 // MARK: command table

@@ -26,7 +26,8 @@ protected:
     MemoryDefaults defaults_;
     NoDesktop desktop_;
     test::TempFolder folder_;
-    std::unique_ptr<AppModel> app_ = std::make_unique<AppModel>(Platform{loop_, audio_, defaults_, desktop_});
+    std::unique_ptr<AppModel> app_ =
+        std::make_unique<AppModel>(Platform{loop_, audio_, defaults_, desktop_, folder_ / "Catalog.sqlite"});
     std::vector<std::string> windows_;
 
     void SetUp() override {
@@ -137,6 +138,22 @@ TEST_F(App, OnlySettingsOfTheRoomReachThePlayer) {
     audio_.supersede();
     app_->player().selectProfile(settings().profiles[2].id);
     EXPECT_EQ(audio_.opened(), before + 1) << "once, by whichever way it comes";
+}
+
+TEST_F(App, FoldersForTheLibraryAreAddedAndTheFirstIsShown) {
+    app_->addLibraryFolder();  // with no window that could ask
+    std::vector<std::filesystem::path> chosen;
+    app_->chooseFoldersAction = [&](const AppModel::FoldersChosen& take) { take(chosen); };
+    app_->addLibraryFolder();
+    EXPECT_TRUE(settings().libraryRoots.empty());
+    for (const char* name : {"one", "two"}) {
+        chosen.push_back(folder_ / name);
+        std::filesystem::create_directory(chosen.back());
+    }
+    app_->addLibraryFolder();
+    EXPECT_THAT(settings().libraryRoots, ElementsAre((folder_ / "one").string(), (folder_ / "two").string()));
+    EXPECT_EQ(app_->library().folder(), folder_ / "one");
+    EXPECT_TRUE(loop_.runUntil([&] { return !app_->library().isBusy(); }));
 }
 
 TEST_F(App, OfTheFilesOfAStartTheFirstAudioFileIsLoaded) {

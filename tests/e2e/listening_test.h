@@ -71,7 +71,7 @@ protected:
     MemoryDefaults defaults_;
     NoDesktop desktop_;
     TempFolder folder_;
-    AppModel app_{Platform{loop_, *audio_, defaults_, desktop_}};
+    AppModel app_{Platform{loop_, *audio_, defaults_, desktop_, folder_ / "Catalog.sqlite"}};
     PlayerModel& player_ = app_.player();
 };
 

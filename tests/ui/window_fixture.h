@@ -25,7 +25,7 @@ struct WindowTest : testing::Test {
     ManualAudioSystem audio{loop};
     MemoryDefaults defaults;
     NoDesktop desktop;
-    AppModel model{{loop, audio, defaults, desktop}};
+    AppModel model{{loop, audio, defaults, desktop, folder / "Catalog.sqlite"}};
     PlayerModel& player = model.player();
 
     WindowTest() {

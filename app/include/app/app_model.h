@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "app/control_server.h"
+#include "library/library_model.h"
 #include "mix/playback_engine.h"
 #include "mix/player_model.h"
 #include "platform/desktop.h"
@@ -25,6 +26,7 @@ struct Platform {
     AudioSystem& audio;
     UserDefaults& defaults;
     Desktop& desktop;
+    std::filesystem::path catalogFile;
 };
 
 // Main thread.
@@ -46,6 +48,11 @@ public:
     void openWindow(const std::string& id);
     // Set by the windows when they exist.
     std::function<void(const std::string& id)> openWindowAction;
+    // Asks the user for folders to add to the library; `chosen` gets at least one, and isn't called on a cancel.
+    using FoldersChosen = std::function<void(const std::vector<std::filesystem::path>& folders)>;
+    std::function<void(FoldersChosen chosen)> chooseFoldersAction;
+    // Adds the chosen folders to the library and shows the first one.
+    void addLibraryFolder();
 
     // The command table of the control port. A command of a model that isn't there is an unknown one.
     nlohmann::json handle(const std::string& command, const ControlParams& params);
@@ -53,6 +60,7 @@ public:
     SettingsStore& settings() { return settings_; }
     PlaybackEngine& engine() { return engine_; }
     PlayerModel& player() { return player_; }
+    LibraryModel& library() { return library_; }
     ControlServer& control() { return control_; }
     Desktop& desktop() { return platform_.desktop; }
     UserDefaults& defaults() { return platform_.defaults; }
@@ -67,6 +75,7 @@ private:
     PlaybackEngine engine_;
     ControlServer control_;
     PlayerModel player_;
+    LibraryModel library_;
 };
 
 }  // namespace brindlehum
