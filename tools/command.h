@@ -32,6 +32,8 @@ bool devices(Words words);
 bool render(Words words);
 bool analyze(Words words);
 bool picture(Words words);
+bool scan(Words words);
+bool meta(Words words);
 extern const std::string_view pictureHelp;  // its words, one a line
 extern const std::string_view renderHelp;   // its words, one a line
 

@@ -16,6 +16,8 @@ constexpr Command commands[] = {
     {"devices", "", "the output devices that exist right now", devices},
     {"render", "FILE OUT.wav [WORDS...]", "the file as a device would play it, as 32-bit float", render},
     {"analyze", "[WORDS...] FILE...", "tempo, bars, key, loudness and structure of a piece of music", analyze},
+    {"scan", "FOLDER [catalog PATH]", "brings the catalog up to date with a library folder", scan},
+    {"meta", "FILE [TAG=value...] [catalog PATH]", "the metadata of a sound, and edits of it", meta},
     {"picture", "FILE OUT.png [WORDS...]", "the same as a picture", picture},
 };
 

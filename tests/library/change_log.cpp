@@ -8,6 +8,7 @@
 #include <fstream>
 #include <functional>
 
+#include "fuzz/change_log_input.h"
 #include "sound_folder.h"
 
 namespace brindlehum {
@@ -211,6 +212,18 @@ TEST_F(Log, IsNotAFileThatWouldHang) {
     ASSERT_EQ(::mkfifo((changes / "me@here.jsonl").c_str(), 0600), 0);
     ChangeLog::append(root, describe("a.wav", "x", "me@here"));
     EXPECT_EQ(pull(), 0);
+}
+
+TEST(ChangeLogCorpus, BreaksNoRule) {
+    const TempFolder folder;
+    LogProbe probe(folder.path());
+    int seeds = 0;
+    for (const auto& seed : fs::directory_iterator(BRINDLEHUM_CORPUS "/change_log")) {
+        SCOPED_TRACE(seed.path());
+        probe.look(readBytes(seed.path()));
+        ++seeds;
+    }
+    EXPECT_GE(seeds, 4);
 }
 
 // Runs `child` in a process of its own; the result is waited for.

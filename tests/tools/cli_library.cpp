@@ -1,0 +1,107 @@
+// scan and meta on catalogs of their own.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "cli_child.h"
+
+namespace brindlehum {
+namespace {
+
+using namespace test;
+using nlohmann::json;
+using testing::HasSubstr;
+
+class CliLibrary : public testing::Test {
+protected:
+    void SetUp() override {
+        std::filesystem::create_directories(root / "b");
+        writeAudio(root / "DOORWood_Slam_JD_Big.wav", noisePlanes(1, 480), {.kind = FileKind::wav, .bits = 16});
+        writeAudio(root / "b" / "c.flac", noisePlanes(2, 480), {.kind = FileKind::flac, .bits = 16});
+    }
+    CliResult run(std::vector<std::string> words) const {
+        return runCli(words, {"XDG_DATA_HOME=" + (folder / "data").string(),
+                              "XDG_CONFIG_HOME=" + (folder / "cfg").string(), "HOME=" + folder.path().string()});
+    }
+    json one(const std::vector<std::string>& words) const {
+        const CliResult result = run(words);
+        EXPECT_EQ(result.exitCode, 0);
+        EXPECT_TRUE(result.errors.empty());
+        return result.objects.size() == 1 ? result.objects[0] : json();
+    }
+
+    TempFolder folder;
+    const std::filesystem::path root = std::filesystem::canonical(folder.path()) / "sounds";
+};
+
+TEST_F(CliLibrary, ScansIntoTheUsersCatalogOrANamedOne) {
+    for (const std::vector<std::string>& catalog :
+         {std::vector<std::string>{}, {"catalog", (folder / "my.sqlite").string()}}) {
+        std::vector<std::string> words = {"scan", root.string() + "/"};
+        words.insert(words.end(), catalog.begin(), catalog.end());
+        json first = one(words);
+        EXPECT_GE(first.at("seconds").get<double>(), 0);
+        first.erase("seconds");
+        EXPECT_EQ(first, (json{{"root", root.string()},
+                               {"outcome", "complete"},
+                               {"found", 2},
+                               {"read", 2},
+                               {"removed", 0},
+                               {"applied", 0},
+                               {"message", nullptr}}));
+        EXPECT_EQ(one(words).at("read"), 0);
+    }
+    EXPECT_TRUE(std::filesystem::exists(folder / "data" / "Brindlehum" / "Catalog.sqlite"));
+    EXPECT_TRUE(std::filesystem::exists(folder / "my.sqlite"));
+    std::filesystem::rename(root, folder / "away");
+    const auto gone = run({"scan", root.string()});
+    EXPECT_EQ(gone.exitCode, 1);
+    ASSERT_EQ(gone.errors.size(), 1U);
+    EXPECT_THAT(gone.errors[0], HasSubstr("can't be reached"));
+}
+
+TEST_F(CliLibrary, TellsAndChangesMetadata) {
+    const std::string wave = (root / "DOORWood_Slam_JD_Big.wav").string();
+    const std::string flac = (root / "b" / "c.flac").string();
+    const std::string catalog = (folder / "my.sqlite").string();
+    const json before = one({"meta", wave});
+    EXPECT_EQ(before.size(), 16U);
+    EXPECT_EQ(before.at("fxName"), "Slam");
+    EXPECT_EQ(before.at("rating"), 0);
+    EXPECT_FALSE(std::filesystem::exists(folder / "data")) << "looking makes no catalog";
+    const json after = one({"meta", wave, "DESCRIPTION=a = b & <c>", "RATING=4"});
+    EXPECT_EQ(after.at("description"), "a = b & <c>");
+    EXPECT_EQ(one({"meta", wave}).at("rating"), 4);
+
+    one({"scan", root.string(), "catalog", catalog});
+    const std::string bytes = readBytes(flac);
+    EXPECT_EQ(one({"meta", flac, "NOTES=kept", "catalog", catalog}).at("notes"), "kept");
+    EXPECT_EQ(one({"meta", flac, "RATING=1", "catalog", catalog}).at("notes"), "kept");
+    EXPECT_EQ(one({"meta", flac}).at("notes"), "") << "known to the other catalog only";
+    EXPECT_EQ(readBytes(flac), bytes);
+    int logs = 0;
+    for (const auto& log : std::filesystem::directory_iterator(root / ".brindlehum" / "changes")) {
+        EXPECT_THAT(readBytes(log.path()), HasSubstr(R"("path":"b/c.flac")"));
+        ++logs;
+    }
+    EXPECT_EQ(logs, 1);
+
+    const std::pair<std::vector<std::string>, const char*> refused[] = {
+        {{"meta"}, "no file"},
+        {{"meta", wave, "NOTES"}, "NOTES"},
+        {{"meta", wave, "COLOUR=red"}, "COLOUR"},
+        {{"meta", wave, "RATING=6"}, "RATING"},
+        {{"meta", wave, "catalog"}, "catalog"},
+        {{"meta", (root / "none.wav").string()}, "none.wav"},
+        {{"scan"}, "folder"},
+        {{"scan", root.string(), "catalog", wave}, "catalog"},
+    };
+    for (const auto& [words, told] : refused) {
+        const auto result = run(words);
+        EXPECT_EQ(result.exitCode, 1) << told;
+        ASSERT_EQ(result.errors.size(), 1U) << told;
+        EXPECT_THAT(result.errors[0], HasSubstr(told));
+    }
+}
+
+}  // namespace
+}  // namespace brindlehum

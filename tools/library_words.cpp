@@ -1,0 +1,31 @@
+#include "library_words.h"
+
+#include "library/catalog_location.h"
+#include "library/library_scanner.h"
+#include "settings/settings_store.h"
+
+namespace brindlehum::cli {
+
+std::unique_ptr<Catalog> LibraryWords::openExisting() const {
+    std::error_code error;
+    return std::filesystem::exists(catalogFile, error) ? open() : nullptr;
+}
+
+LibraryWords libraryWords(Words words) {
+    if (!words.empty() && words.back() == "catalog") throw UsageError("catalog: no path given");
+    LibraryWords library;
+    if (words.size() >= 2 && words[words.size() - 2] == "catalog") {
+        library.catalogFile = words.back();
+        words = words.first(words.size() - 2);
+    } else {
+        library.catalogFile = defaultCatalogFile();
+        FileDefaults defaults;
+        for (const std::string& root : SettingsStore(defaults).value().libraryRoots) {
+            library.roots.push_back(LibraryScanner::canonical(root));
+        }
+    }
+    library.rest.assign(words.begin(), words.end());
+    return library;
+}
+
+}  // namespace brindlehum::cli

@@ -1,0 +1,28 @@
+// Which library a command works on: the user's own, or a catalog named at the end by "catalog PATH".
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "command.h"
+#include "library/catalog.h"
+
+namespace brindlehum::cli {
+
+struct LibraryWords {
+    std::filesystem::path catalogFile;
+    std::vector<std::string> roots;  // canonical, of the user's settings; none for a named catalog
+    std::vector<std::string> rest;   // the other words
+
+    // Made if it isn't there. Throws when it can't be opened.
+    std::unique_ptr<Catalog> open() const { return std::make_unique<Catalog>(catalogFile); }
+    // Null where there is none.
+    std::unique_ptr<Catalog> openExisting() const;
+};
+
+// Throws UsageError for a "catalog" without its path.
+LibraryWords libraryWords(Words words);
+
+}  // namespace brindlehum::cli

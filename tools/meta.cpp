@@ -1,0 +1,85 @@
+// meta FILE [TAG=value...]: the metadata of a sound, and edits of it on the way that the tool itself takes.
+#include <algorithm>
+#include <charconv>
+#include <filesystem>
+
+#include "audio/error.h"
+#include "command.h"
+#include "library/change_log.h"
+#include "library/library_scanner.h"
+#include "library/meta_io.h"
+#include "library/metadata_save.h"
+#include "library_words.h"
+
+namespace brindlehum::cli {
+namespace {
+
+namespace fs = std::filesystem;
+
+Json toJson(const SoundMeta& meta) {
+    Json json;
+    for (const SoundMeta::Tag& tag : SoundMeta::ixmlTags) json[std::string(tag.key)] = meta.*tag.field;
+    json["rating"] = meta.rating;
+    return json;
+}
+
+MetadataChanges changesOf(Words words) {
+    MetadataChanges changes;
+    for (const std::string& word : words) {
+        const size_t equals = word.find('=');
+        const std::string tag = word.substr(0, equals);
+        if (equals == std::string::npos) throw UsageError("\"" + word + "\" is no TAG=value");
+        const std::string value = word.substr(equals + 1);
+        if (tag == "RATING") {
+            int rating = 0;
+            const auto read = std::from_chars(value.data(), value.data() + value.size(), rating);
+            if (read.ec != std::errc() || read.ptr != value.data() + value.size() || rating < 0 || rating > 5) {
+                throw UsageError("RATING can't be \"" + value + "\", but 0 to 5");
+            }
+            changes.rating = rating;
+        } else if (SoundMeta::tag(tag) != nullptr) {
+            changes.fields[tag] = value;
+        } else {
+            throw UsageError("unknown tag \"" + tag + "\"");
+        }
+    }
+    return changes;
+}
+
+// The roots whose change log an edit of this file goes to. Besides the user's own: the one under which a scan has
+// catalogued it, which is not merely its own folder, as for files edited outside of any library.
+std::vector<std::string> rootsFor(const fs::path& file, const LibraryWords& library, Catalog& catalog) {
+    std::vector<std::string> roots = library.roots;
+    const std::string path = LibraryScanner::canonical(file);
+    if (const auto row = catalog.row(path)) {
+        std::error_code error;
+        const bool isRoot = row->root != fs::path(path).parent_path() || fs::exists(row->root + "/.brindlehum", error);
+        if (isRoot) roots.push_back(row->root);
+    }
+    return roots;
+}
+
+// A WAV file is asked itself, for it may be newer than its row.
+SoundMeta metaOf(const fs::path& file, Catalog* catalog) {
+    return MetadataSave::canEmbed(file) ? MetaIO::read(file) : MetadataSave::current(file, catalog);
+}
+
+}  // namespace
+
+bool meta(Words words) {
+    const LibraryWords library = libraryWords(words);
+    if (library.rest.empty()) throw UsageError("no file given");
+    const fs::path file = library.rest[0];
+    const MetadataChanges changes = changesOf(Words(library.rest).subspan(1));
+    if (!fs::is_regular_file(file)) throw Error(0, file.string() + ": no such file");
+    if (changes.isEmpty()) {
+        print(toJson(metaOf(file, library.openExisting().get())));
+        return true;
+    }
+    const auto catalog = library.open();
+    MetadataSave::save(file, changes, catalog.get(), rootsFor(file, library, *catalog), ChangeLog::owner());
+    print(toJson(metaOf(file, catalog.get())));
+    return true;
+}
+
+}  // namespace brindlehum::cli

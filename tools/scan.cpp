@@ -1,0 +1,68 @@
+// scan FOLDER: brings the catalog up to date with a library root, and takes over what the team has logged in it.
+#include <chrono>
+#include <iostream>
+
+#include "audio/error.h"
+#include "command.h"
+#include "library/change_log.h"
+#include "library/library_scanner.h"
+#include "library_words.h"
+
+namespace brindlehum::cli {
+namespace {
+
+using LibraryScanner::Progress;
+using Clock = std::chrono::steady_clock;
+
+const char* wordFor(Progress::Phase phase) {
+    switch (phase) {
+        case Progress::Phase::finding:
+            return "finding";
+        case Progress::Phase::reading:
+            return "reading";
+        case Progress::Phase::removing:
+            return "removing what is gone";
+    }
+    return "";
+}
+
+const char* rawValue(LibraryScanner::Result::Outcome outcome) {
+    using Outcome = LibraryScanner::Result::Outcome;
+    return outcome == Outcome::complete ? "complete" : outcome == Outcome::cancelled ? "cancelled" : "unreachable";
+}
+
+}  // namespace
+
+bool scan(Words words) {
+    const LibraryWords library = libraryWords(words);
+    if (library.rest.size() != 1) throw UsageError(library.rest.empty() ? "no folder given" : "one folder at a time");
+    const std::string root = LibraryScanner::canonical(library.rest[0]);
+    const auto catalog = library.open();
+
+    // A line a second, so that a short scan says nothing.
+    auto told = Clock::now();
+    LibraryScanner::Options options;
+    options.otherRoots = library.roots;
+    options.progress = [&](const Progress& now) {
+        if (Clock::now() - told < std::chrono::seconds(1)) return;
+        told = Clock::now();
+        std::cerr << wordFor(now.phase) << ": " << now.done << " of " << now.found << " files" << std::endl;
+    };
+    const auto start = Clock::now();
+    const LibraryScanner::Result result = LibraryScanner::scan(root, *catalog, options);
+    const double seconds = std::chrono::duration<double>(Clock::now() - start).count();
+    if (result.outcome == LibraryScanner::Result::Outcome::unreachable) throw Error(0, result.message.value_or(root));
+    print({
+        {"root", root},
+        {"outcome", rawValue(result.outcome)},
+        {"found", result.found},
+        {"read", result.read},
+        {"removed", result.removed},
+        {"applied", ChangeLog::pull(root, *catalog)},
+        {"seconds", seconds},
+        {"message", result.message ? Json(*result.message) : Json()},
+    });
+    return true;
+}
+
+}  // namespace brindlehum::cli
