@@ -1,10 +1,19 @@
 #include "library_words.h"
 
+#include "audio/error.h"
 #include "library/catalog_location.h"
 #include "library/library_scanner.h"
 #include "settings/settings_store.h"
 
 namespace brindlehum::cli {
+
+std::unique_ptr<Catalog> LibraryWords::open() const {
+    try {
+        return std::make_unique<Catalog>(catalogFile);
+    } catch (const std::exception& error) {
+        throw Error(0, "catalog " + catalogFile.string() + ": " + error.what());
+    }
+}
 
 std::unique_ptr<Catalog> LibraryWords::openExisting() const {
     std::error_code error;
@@ -20,7 +29,8 @@ LibraryWords libraryWords(Words words) {
     } else {
         library.catalogFile = defaultCatalogFile();
         FileDefaults defaults;
-        for (const std::string& root : SettingsStore(defaults).value().libraryRoots) {
+        const SettingsStore settings(defaults);
+        for (const std::string& root : settings.value().libraryRoots) {
             library.roots.push_back(LibraryScanner::canonical(root));
         }
     }

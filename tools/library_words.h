@@ -17,7 +17,7 @@ struct LibraryWords {
     std::vector<std::string> rest;   // the other words
 
     // Made if it isn't there. Throws when it can't be opened.
-    std::unique_ptr<Catalog> open() const { return std::make_unique<Catalog>(catalogFile); }
+    std::unique_ptr<Catalog> open() const;
     // Null where there is none.
     std::unique_ptr<Catalog> openExisting() const;
 };
