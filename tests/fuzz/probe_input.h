@@ -37,6 +37,12 @@ inline void require(bool kept, const char* promise) {
     std::abort();
 }
 
+inline void writeInput(const std::filesystem::path& path, const void* data, size_t size) {
+    std::FILE* out = std::fopen(path.c_str(), "wb");
+    require(out != nullptr && std::fwrite(data, 1, size, out) == size, "a temporary file");
+    std::fclose(out);
+}
+
 inline void readAround(AudioFile& file, int64_t drawn) {
     constexpr int blockFrames = 512;
     const AudioFileFacts& facts = file.facts();
@@ -58,9 +64,7 @@ inline void readAround(AudioFile& file, int64_t drawn) {
 // Writes the bytes to a file in `folder` and looks at it as the system would. Errors are fine; anything else isn't.
 inline void probeBytes(const uint8_t* data, size_t size, const std::filesystem::path& folder) {
     const std::filesystem::path path = folder / ("input" + drawnExtension(data, size));
-    std::FILE* out = std::fopen(path.c_str(), "wb");
-    require(out != nullptr && std::fwrite(data, 1, size, out) == size, "a temporary file");
-    std::fclose(out);
+    writeInput(path, data, size);
     try {
         (void)AudioFileInfo::load(path).summary();
         const auto file = AudioFile::open(path);

@@ -1,0 +1,38 @@
+// Any text as a USER block, as a file's name and as a category list: shared by the fuzzer and the replay of its corpus.
+#pragma once
+
+#include <string>
+
+#include "audio/text.h"
+#include "fuzz/probe_input.h"
+#include "library/riff_meta.h"
+#include "library/ucs.h"
+
+namespace brindlehum::test {
+
+inline void requireText(const SoundMeta& meta) {
+    for (const SoundMeta::Tag& tag : SoundMeta::ixmlTags) {
+        require(repairUtf8(meta.*tag.field) == meta.*tag.field, "well-formed text");
+    }
+}
+
+inline void metaText(const std::string& text) {
+    const SoundMeta parsed = RIFFMeta::parseUSER(repairUtf8(text));
+    requireText(parsed);
+    // What XML can't hold is gone after the first round, and nothing else after further ones.
+    const SoundMeta once = RIFFMeta::parseUSER(RIFFMeta::userBlock(parsed));
+    require(RIFFMeta::parseUSER(RIFFMeta::userBlock(once)) == once, "a block that reads as it was written");
+
+    const SoundMeta named = SoundMeta::fromFileName(text);
+    requireText(named);
+    if (const auto name = named.ucsFileName()) {
+        require(name->find('/') == std::string::npos, "a name and no path");
+        const SoundMeta again = SoundMeta::fromFileName(*name + ".wav");
+        require(again.ucsFileName() == name && again.category == named.category, "a name that tells what it says");
+    }
+
+    const UCS list(text);
+    for (const auto& [key, entry] : list.entries()) require(list.lookup(entry.catID) == &entry, "a listed CatID");
+}
+
+}  // namespace brindlehum::test

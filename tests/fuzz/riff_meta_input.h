@@ -1,0 +1,74 @@
+// One damaged or damaging WAV file through reading and rewriting its metadata: shared by the fuzzer and the replay of
+// its corpus.
+#pragma once
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "audio/error.h"
+#include "fuzz/probe_input.h"
+#include "library/riff_meta.h"
+
+namespace brindlehum::test {
+
+inline std::string bytesOf(const std::filesystem::path& path) {
+    std::ifstream in(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+inline uint64_t statedSize(const std::string& bytes, size_t at) {
+    uint64_t size = 0;
+    for (size_t i = 0; i < 4; ++i) size |= uint64_t(uint8_t(bytes[at + i])) << 8 * i;
+    return size;
+}
+
+// The raw id and content of every chunk that a rewrite has to carry over, as `bytes` state and hold them.
+inline std::vector<std::pair<std::string, std::string>> foreignChunks(const std::string& bytes) {
+    std::vector<std::pair<std::string, std::string>> found;
+    for (size_t at = 12; at + 8 <= bytes.size();) {
+        const uint64_t size = statedSize(bytes, at + 4);
+        const std::string id = bytes.substr(at, 4);
+        if (id != "bext" && id != "iXML") found.emplace_back(id, bytes.substr(at + 8, size));
+        at += 8 + size + size % 2;
+    }
+    return found;
+}
+
+// The description comes from the input too.
+inline SoundMeta drawnMeta(const std::string& bytes) {
+    SoundMeta meta;
+    meta.description = bytes.substr(bytes.size() / 2, 300);
+    meta.fxName = "a<b>&amp;";
+    meta.rating = 2;
+    return meta;
+}
+
+inline void riffMetaBytes(const std::string& bytes, const std::filesystem::path& folder) {
+    const std::filesystem::path path = folder / "input.wav";
+    writeInput(path, bytes.data(), bytes.size());
+    const auto list = RIFFMeta::chunks(FileHandle(path));
+    uint64_t end = 12;
+    for (const auto& chunk : list.value_or(std::vector<RIFFMeta::Chunk>())) {
+        require(chunk.offset >= end + 8, "chunks one behind the other");
+        end = chunk.offset + chunk.size;
+        require(end <= bytes.size(), "chunks inside of the file");
+    }
+    (void)RIFFMeta::read(path);
+    try {
+        RIFFMeta::write(drawnMeta(bytes), path);
+    } catch (const Error& error) {
+        require(error.code() == 71 && bytesOf(path) == bytes, "a refused file is left alone");
+        return;
+    }
+    const std::string written = bytesOf(path);
+    require(foreignChunks(written) == foreignChunks(bytes), "all other chunks as they were");
+    require(statedSize(written, 4) == written.size() - 8, "the size of the new file");
+    require(RIFFMeta::chunks(FileHandle(path)).has_value(), "a file that can be read again");
+    require(std::distance(std::filesystem::directory_iterator(folder), {}) == 1, "nothing left beside the file");
+}
+
+}  // namespace brindlehum::test
