@@ -20,8 +20,8 @@ constexpr const char* schema[] = {
     "CREATE INDEX IF NOT EXISTS files_root ON files(root);",
     "CREATE INDEX IF NOT EXISTS files_category ON files(category);",
     "CREATE INDEX IF NOT EXISTS files_library ON files(library);",
-    "CREATE VIRTUAL TABLE IF NOT EXISTS fts USING fts5(name, folders, body, "
-    "tokenize='unicode61 remove_diacritics 2');",
+    ("CREATE VIRTUAL TABLE IF NOT EXISTS fts USING fts5(name, folders, body, "
+     "tokenize='unicode61 remove_diacritics 2');"),
     "CREATE TABLE IF NOT EXISTS log_offsets (logfile TEXT PRIMARY KEY, offset INTEGER NOT NULL);",
 };
 
