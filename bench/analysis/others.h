@@ -21,31 +21,32 @@ inline std::vector<float> interleave(const Planes& planes) {
     return out;
 }
 
-// Integrated loudness with the maxima of momentary and short-term loudness every 100 ms, and the true peak.
-inline double runEbur128(const std::vector<float>& interleaved, unsigned channels, unsigned long rate) {
+// LUFS, the maxima taken every 100 ms, and the linear true peak.
+struct Ebur128Values {
+    double integrated = 0, momentaryMax = -100, shortTermMax = -100, truePeak = 0;
+};
+
+inline Ebur128Values runEbur128(const std::vector<float>& interleaved, unsigned channels, unsigned long rate) {
     ebur128_state* state = ebur128_init(
         channels, rate,
         EBUR128_MODE_I | EBUR128_MODE_M | EBUR128_MODE_S | EBUR128_MODE_SAMPLE_PEAK | EBUR128_MODE_TRUE_PEAK);
     const size_t block = rate / 10;
-    double momentary = -100;
-    double shortTerm = -100;
+    Ebur128Values out;
     double value = 0;
     for (size_t at = 0; at + block <= interleaved.size() / channels; at += block) {
         ebur128_add_frames_float(state, interleaved.data() + at * channels, block);
         ebur128_loudness_momentary(state, &value);
-        momentary = std::max(momentary, value);
+        out.momentaryMax = std::max(out.momentaryMax, value);
         ebur128_loudness_shortterm(state, &value);
-        shortTerm = std::max(shortTerm, value);
+        out.shortTermMax = std::max(out.shortTermMax, value);
     }
-    double integrated = 0;
-    ebur128_loudness_global(state, &integrated);
-    double peak = 0;
+    ebur128_loudness_global(state, &out.integrated);
     for (unsigned c = 0; c < channels; ++c) {
         ebur128_true_peak(state, c, &value);
-        peak = std::max(peak, value);
+        out.truePeak = std::max(out.truePeak, value);
     }
     ebur128_destroy(&state);
-    return integrated + momentary + shortTerm + peak;
+    return out;
 }
 
 // Beats of a mono signal at aubio's own defaults.

@@ -61,4 +61,15 @@ inline void addChord(std::vector<float>& x, double from, double to, const std::v
     }
 }
 
+// Signed distances of the grid's times to the nearest true ones, from the first true time on, in order.
+inline std::vector<double> errors(const std::vector<double>& times, const std::vector<double>& truth) {
+    std::vector<double> out;
+    for (const double t : times) {
+        if (t < truth.front() - 0.03) continue;
+        const auto distance = [t](double other) { return std::abs(t - other); };
+        out.push_back(t - *std::ranges::min_element(truth, {}, distance));
+    }
+    return out;
+}
+
 }  // namespace brindlehum::test

@@ -25,17 +25,6 @@ bool named(const TempoResult& tempo, double truth) {
            std::ranges::any_of(tempo.alternatives, [&](const auto& a) { return isNear(a.bpm, truth); });
 }
 
-// Signed distances of the grid's times to the nearest true ones, from the first true time on, in order.
-std::vector<double> errors(const std::vector<double>& times, const std::vector<double>& truth) {
-    std::vector<double> out;
-    for (const double t : times) {
-        if (t < truth.front() - 0.03) continue;
-        const auto distance = [t](double other) { return std::abs(t - other); };
-        out.push_back(t - *std::ranges::min_element(truth, {}, distance));
-    }
-    return out;
-}
-
 TEST(Tempo, ClickTracksFrom40To230) {
     int right = 0;
     int cases = 0;
@@ -56,21 +45,14 @@ TEST(Tempo, ClickTracksFrom40To230) {
                 EXPECT_EQ(tempo->meter.group % group, 0) << what;
             }
 
-            // Above that, the 3 frames over which a comb can't tell phases apart pass the 7 % of a beat within which
-            // the quarters of the file have to agree, and a click track may count as unsteady.
+            // Above that a click track often counts as unsteady (grid_accuracy.cpp counts how often).
             if (bpm > 220) continue;
             const MusicGrid grid = GridBuilder::build(*tempo, x, seconds, bpm, group);
             EXPECT_TRUE(grid.steady) << what;
             EXPECT_NEAR(grid.bpm / bpm, 1, 0.0015) << what;
-            // The comb takes any lattice within 1.5 envelope frames (17.4 ms) of all peaks as equally good and keeps
-            // the first, so clicks pull the ends apart by up to that; the middle sits where the attacks are.
-            auto off = errors(grid.beats, beats);
-            for (const double e : off) EXPECT_LT(std::abs(e), 0.02) << what;
-            std::ranges::sort(off);
-            EXPECT_LT(std::abs(off[off.size() / 2]), 0.007) << what;
             std::vector<double> downbeats;
             for (auto i = size_t(pickup); i < beats.size(); i += size_t(group)) downbeats.push_back(beats[i]);
-            for (const double e : errors(grid.downbeats, downbeats)) ASSERT_LT(std::abs(e), 0.02) << what;
+            for (const double e : test::errors(grid.downbeats, downbeats)) ASSERT_LT(std::abs(e), 0.02) << what;
             EXPECT_GT(grid.downbeatConfidence, 0.9) << what;
         }
     }
@@ -107,7 +89,7 @@ TEST(Tempo, FollowsATempoThatMoves) {
         // counts.
         std::vector<double> tracked = grid.beats;
         if (c.sudden) std::erase_if(tracked, [](double t) { return t > 19; });
-        const auto off = errors(tracked, beats);
+        const auto off = test::errors(tracked, beats);
         const auto good = std::ranges::count_if(off, [](double e) { return e > -0.055 && e < 0.02; });
         EXPECT_GT(double(good) / double(off.size()), 0.9) << c.what;
     }
