@@ -83,13 +83,17 @@ TEST(Loudness, MeetsTheComplianceCasesForTruePeak) {
     }
 }
 
-// BS.1770-4: a 997 Hz sine at 0 dBFS in one front channel reads -3.01 LKFS.
+// BS.1770-4: a 997 Hz sine with peaks at 0 dBFS in one front channel reads -3.01 LKFS; one of -23 dB RMS reads -23.
 TEST(Loudness, ReadsTheReferenceSine) {
     for (const double rate : {8000.0, 44100.0, 48000.0, 96000.0, 384000.0}) {
         const std::vector<float> silence(size_t(rate * 3), 0.0F);
         const auto got = Loudness::measure({test::sine(silence.size(), 997, rate), silence}, rate, std::nullopt);
         // The prototypes' numerators fit 48 kHz; the high-pass gains 0.04 dB less at higher rates.
         EXPECT_NEAR(got.integrated, -3.01, rate == 48000 ? 0.01 : 0.05) << rate;
+        const double quiet = std::sqrt(2) * std::pow(10, -23.0 / 20);
+        const auto soft =
+            Loudness::measure({silence, test::sine(silence.size(), 997, rate, quiet)}, rate, std::nullopt);
+        EXPECT_NEAR(soft.integrated, -23, rate == 48000 ? 0.01 : 0.05) << rate;
     }
 }
 

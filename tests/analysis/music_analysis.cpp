@@ -119,6 +119,25 @@ TEST(MusicAnalysis, SurvivesOddFiles) {
     }
 }
 
+// Silence but for a click every hour: no pulse, and more bars than any song has.
+TEST(MusicAnalysis, SurvivesAClickEveryHour) {
+    constexpr size_t hour = 3600 * 8000;
+    Planes channels(1, std::vector<float>(hour + 80000, 0.0F));
+    channels[0][8000] = channels[0][8000 + hour] = 1;
+    const auto got = analyzeMusic(inputOf(channels, 8000));
+    ASSERT_EQ(got.status, Status::done);
+    const MusicAnalysis& a = *got.analysis;
+    EXPECT_NEAR(a.seconds, 3610, 1e-9);
+    for (const double x : {a.grid.bpm, a.tempo.score, a.grid.beats.back(), a.key.confidence}) {
+        EXPECT_TRUE(std::isfinite(x));
+    }
+    EXPECT_LT(a.tempo.score, 0.1);
+    EXPECT_TRUE(std::ranges::is_sorted(a.grid.boundaries()));
+    EXPECT_LT(a.structure.pins.musicEnd, int(a.grid.boundaries().size()));
+    EXPECT_GT(a.loudness.momentaryMax, a.loudness.integrated - 0.01);
+    EXPECT_NEAR(a.loudness.samplePeak, 0, 1e-6);
+}
+
 TEST(ReadPlanar, GivesTheWholeFileByChannel) {
     const test::TempFolder folder;
     const Planes planes = test::noisePlanes(3, 150001);

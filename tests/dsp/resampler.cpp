@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <numbers>
+#include <random>
 #include <stdexcept>
 
 #include "dsp/resampler.h"
@@ -99,6 +100,39 @@ TEST(Resampler, ThePassbandIsFlatAndCleanOf24Bits) {
             EXPECT_NEAR(20 * std::log10(fit.amplitude / 0.7), 0, 0.001);
             // What is left is mostly the rounding of float samples, at -150 dB.
             EXPECT_LT(fit.residueDb, -140);
+        }
+    }
+}
+
+// Random input of which the whole curve is known: sines of random frequency, phase and level inside the passband. The
+// plain twin evaluates them at the output's own instants.
+TEST(Resampler, RandomInputKeepsItsCurve) {
+    std::mt19937 engine(41);
+    std::uniform_real_distribution<double> uniform(0, 1);
+    for (const double from : {8000.0, 11025.0, 32000.0, 44100.0, 48000.0, 96000.0, 384000.0}) {
+        for (const double to : {22050.0, 48000.0}) {
+            constexpr int sines = 100;
+            const double edge = 0.9 * std::min(from, to) / 2;
+            std::vector<float> input(size_t(from / 4));
+            std::vector<float> want(size_t(std::llround(double(input.size()) * to / from)));
+            for (int k = 0; k < sines; ++k) {
+                const double hz = edge * uniform(engine);
+                const double phase = 2 * std::numbers::pi * uniform(engine);
+                const double level = uniform(engine) / sines;
+                const auto addTo = [&](std::vector<float>& x, double rate) {
+                    const std::vector<float> sine = test::sine(x.size(), hz, rate, level, phase);
+                    for (size_t i = 0; i < x.size(); ++i) x[i] += sine[i];
+                };
+                addTo(input, from);
+                addTo(want, to);
+            }
+            const std::vector<float> output = Resampler::convert(input, from, to);
+            ASSERT_EQ(output.size(), want.size());
+            // The cut ends ring.
+            const auto middle = [](const std::vector<float>& x) {
+                return std::vector<float>(x.begin() + long(x.size() / 4), x.end() - long(x.size() / 4));
+            };
+            EXPECT_LT(test::errorDb(middle(output), middle(want)), -120) << from << " to " << to;
         }
     }
 }
