@@ -117,7 +117,9 @@ void Catalog::write(const std::function<void()>& job) {
     writer.exec("BEGIN IMMEDIATE");
     try {
         parts_->failed = false;
+        parts_->texts.clear();
         job();
+        parts_->writeTexts();
         if (parts_->failed) throw Error(81, sqlite3_errmsg(writer.handle()));
         writer.exec("COMMIT");
     } catch (...) {

@@ -19,7 +19,15 @@ struct Catalog::Parts {
 
     Database writer;  // under the catalog's lock
     Statement insertFile, deleteText, insertText, findStamp;
+    // Full-text rows of the transaction that runs, to be written at its end: between two upserts into `files` FTS5
+    // would flush what it has gathered, and leave a tiny segment a file.
+    struct Text {
+        int64_t id;
+        std::string name, folders, body;
+    };
+    std::vector<Text> texts;
     bool failed = false;  // a statement of the transaction that runs
+    void writeTexts();
     ReaderPool readers;
     std::atomic<uint64_t> interrupts = 0;  // a search gives up when this is no longer what it began with
 };

@@ -19,16 +19,16 @@ std::optional<std::string> orNull(std::string text) {
     return text.empty() ? std::nullopt : std::optional(std::move(text));
 }
 
-struct Text {
-    std::string name, folders, body;
-};
-
-Text searchable(const std::filesystem::path& path, const std::string& root, const SoundMeta& meta) {
-    Text text{path.stem(), path.parent_path(), meta.searchText()};
-    if (text.folders.starts_with(root)) text.folders.erase(0, root.size());
-    std::ranges::replace(text.name, '_', ' ');
-    std::ranges::replace(text.folders, '/', ' ');
+std::string blanksFor(char character, std::string text) {
+    std::ranges::replace(text, character, ' ');
     return text;
+}
+
+// The directory below the root.
+std::string folders(const std::filesystem::path& path, const std::string& root) {
+    std::string folders = path.parent_path();
+    if (folders.starts_with(root)) folders.erase(0, root.size());
+    return blanksFor('/', std::move(folders));
 }
 
 }  // namespace
@@ -45,15 +45,25 @@ void Catalog::upsert(const std::string& path, const std::string& root, const Sta
                             .bind(path, root, stamp.size, stamp.mtime, duration, known.sampleRate, known.channels,
                                   known.bitDepth, known.codec, json, category, library, meta.rating, secondsSince1970())
                             .step();
-    const int64_t id = stored ? parts.insertFile.integer(0) : 0;
-    const Text text = searchable(path, root, meta);
-    const bool done = stored && parts.insertFile.run() && parts.deleteText.bind(id).run() &&
-                      parts.insertText.bind(id, text.name, text.folders, text.body).run();
+    if (stored) {
+        parts.texts.push_back({parts.insertFile.integer(0), blanksFor('_', std::filesystem::path(path).stem()),
+                               folders(path, root), meta.searchText()});
+    }
+    if (!stored || !parts.insertFile.run()) parts.failed = true;
     parts.insertFile.reset();
-    if (!done) parts.failed = true;
+}
+
+void Catalog::Parts::writeTexts() {
+    for (const Text& text : texts) {
+        const bool done =
+            deleteText.bind(text.id).run() && insertText.bind(text.id, text.name, text.folders, text.body).run();
+        if (!done) failed = true;
+    }
+    texts.clear();
 }
 
 void Catalog::remove(const std::string& path) {
+    parts_->writeTexts();
     const Database& writer = parts_->writer;
     const bool done =
         Statement(writer, "DELETE FROM fts WHERE rowid = (SELECT id FROM files WHERE path = ?)").bind(path).run() &&
