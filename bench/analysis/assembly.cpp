@@ -5,12 +5,12 @@
 #include <limits>
 #include <string>
 
-#include "analysis/cpu_meter.h"
 #include "analysis/downbeat_detector.h"
 #include "analysis/grid_builder.h"
 #include "analysis/music_analysis.h"
 #include "analysis/others.h"
 #include "dsp/signal.h"
+#include "support/cpu_meter.h"
 
 namespace {
 

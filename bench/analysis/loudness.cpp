@@ -11,8 +11,8 @@
 #include <limits>
 #include <string>
 
-#include "analysis/cpu_meter.h"
 #include "analysis/others.h"
+#include "support/cpu_meter.h"
 
 namespace {
 

@@ -7,6 +7,7 @@
 #include "audio/error.h"
 #include "catalog_parts.h"
 #include "catalog_rows.h"
+#include "short_settle.h"
 
 namespace brindlehum {
 
@@ -15,6 +16,10 @@ namespace {
 // How long another process may hold a lock: at the start the user waits; a batch of writes rather waits than fails.
 constexpr std::chrono::seconds openingPatience(2);
 constexpr std::chrono::seconds writingPatience(30);
+
+// Of the files that changed lately, so many may wait; then each write settles some blocks of them.
+constexpr int64_t settleFrom = 1024;
+constexpr int blocksAWrite = 8;
 
 // Runs `read` with a query connection; a failure gives what it gives for nothing.
 template <class Value, class Read>
@@ -120,12 +125,20 @@ void Catalog::write(const std::function<void()>& job) {
         parts_->texts.clear();
         job();
         parts_->writeTexts();
+        settleShortHits(writer, settleFrom, blocksAWrite);
         if (parts_->failed) throw Error(81, sqlite3_errmsg(writer.handle()));
         writer.exec("COMMIT");
     } catch (...) {
         // SQLite may have rolled back by itself, as on a full disk.
         if (sqlite3_get_autocommit(writer.handle()) == 0) writer.exec("ROLLBACK");
         throw;
+    }
+}
+
+void Catalog::settle() {
+    constexpr int64_t allowed = 64;
+    for (bool more = true; more;) {
+        write([&] { more = settleShortHits(parts_->writer, allowed, blocksAWrite); });
     }
 }
 

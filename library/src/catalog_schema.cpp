@@ -8,7 +8,7 @@ namespace brindlehum {
 
 namespace {
 
-// Of the tables that are ours beside the ones below. A catalog that tells more comes from a newer version.
+// The `user_version` of a catalog that has the tables of ownTables(). One with more comes from a newer version.
 constexpr int knownVersion = 1;
 
 constexpr const char* schema[] = {
@@ -32,21 +32,64 @@ constexpr const char* look[] = {
     "SELECT count(*) FROM (SELECT logfile FROM log_offsets LIMIT 1)",
 };
 
-void refuseNewer(Database& database) {
-    Statement version(database, "PRAGMA user_version");
-    if (version.step() && version.integer(0) > knownVersion) {
-        throw Error(81, "The library catalog was made by a newer version");
+// Beside the tables above, for fast answers: how many files there are by root, category and library ('' for none, else
+// '=' and the name), and which hold words that begin with given letters (short_hits.h). Triggers keep them true whoever
+// writes to `files`. All of it can be made from `files` and `fts` anew.
+constexpr const char* ownTables[] = {
+    "CREATE TABLE file_counts (root TEXT NOT NULL, category TEXT NOT NULL, library TEXT NOT NULL, "
+    "files INTEGER NOT NULL, PRIMARY KEY (root, category, library)) WITHOUT ROWID",
+    "INSERT INTO file_counts SELECT root, ifnull('=' || category, ''), ifnull('=' || library, ''), count(*) "
+    "FROM files GROUP BY 1, 2, 3",
+    "CREATE TABLE short_hits (id INTEGER PRIMARY KEY, hits BLOB NOT NULL)",
+    "CREATE TABLE short_changed (id INTEGER PRIMARY KEY)",
+    "INSERT INTO short_changed SELECT id FROM files",
+    "CREATE TRIGGER file_added AFTER INSERT ON files BEGIN "
+    "INSERT INTO file_counts VALUES (NEW.root, ifnull('=' || NEW.category, ''), ifnull('=' || NEW.library, ''), 1) "
+    "ON CONFLICT DO UPDATE SET files = files + 1; "
+    "INSERT OR IGNORE INTO short_changed VALUES (NEW.id); END",
+    "CREATE TRIGGER file_removed AFTER DELETE ON files BEGIN "
+    "UPDATE file_counts SET files = files - 1 WHERE root = OLD.root AND category = ifnull('=' || OLD.category, '') "
+    "AND library = ifnull('=' || OLD.library, ''); "
+    "DELETE FROM file_counts WHERE files = 0 AND root = OLD.root AND category = ifnull('=' || OLD.category, '') "
+    "AND library = ifnull('=' || OLD.library, ''); "
+    "INSERT OR IGNORE INTO short_changed VALUES (OLD.id); END",
+    "CREATE TRIGGER file_changed AFTER UPDATE ON files BEGIN "
+    "INSERT OR IGNORE INTO short_changed VALUES (NEW.id), (OLD.id); END",
+    "CREATE TRIGGER file_moved AFTER UPDATE OF root, category, library ON files "
+    "WHEN OLD.root IS NOT NEW.root OR OLD.category IS NOT NEW.category OR OLD.library IS NOT NEW.library BEGIN "
+    "UPDATE file_counts SET files = files - 1 WHERE root = OLD.root AND category = ifnull('=' || OLD.category, '') "
+    "AND library = ifnull('=' || OLD.library, ''); "
+    "DELETE FROM file_counts WHERE files = 0 AND root = OLD.root AND category = ifnull('=' || OLD.category, '') "
+    "AND library = ifnull('=' || OLD.library, ''); "
+    "INSERT INTO file_counts VALUES (NEW.root, ifnull('=' || NEW.category, ''), ifnull('=' || NEW.library, ''), 1) "
+    "ON CONFLICT DO UPDATE SET files = files + 1; END",
+    "PRAGMA user_version=1",
+};
+
+int64_t version(const Database& database) {
+    Statement select(database, "PRAGMA user_version");
+    return select.step() ? select.integer(0) : 0;
+}
+
+void makeOwnTables(Database& database) {
+    if (version(database) == knownVersion) return;
+    database.exec("BEGIN IMMEDIATE");
+    // Another process may have been first.
+    if (version(database) != knownVersion) {
+        for (const char* statement : ownTables) database.exec(statement);
     }
+    database.exec("COMMIT");
 }
 
 }  // namespace
 
 void prepareCatalog(Database& database) {
-    refuseNewer(database);
+    if (version(database) > knownVersion) throw Error(81, "The library catalog was made by a newer version");
     for (const char* statement : schema) database.exec(statement);
     for (const char* statement : look) database.exec(statement);
     // SQLite opens what it may not write for reading alone, and the schema of a finished catalog writes nothing.
     if (sqlite3_db_readonly(database.handle(), "main") != 0) throw Error(81, "attempt to write a readonly database");
+    makeOwnTables(database);
 }
 
 }  // namespace brindlehum

@@ -1,7 +1,12 @@
-// Catalog: what is found by a filter, and the counts by category and library.
+// Catalog: what is found by a filter.
+#include <algorithm>
+
 #include "audio/error.h"
 #include "catalog_parts.h"
 #include "catalog_rows.h"
+#include "short_hits.h"
+#include "short_search.h"
+#include "snapshot.h"
 
 namespace brindlehum {
 
@@ -64,31 +69,95 @@ Search composed(const Catalog::Filter& filter, int limit) {
     return search;
 }
 
-std::string quoted(const std::string& text) {
-    std::string sql = "'";
-    for (const char c : text) sql.append(c == '\'' ? 2 : 1, c);
-    sql += '\'';
-    return sql;
-}
-
-// The clause that restricts counts to `roots`; empty for all.
-std::string rootsClause(const std::vector<std::string>& roots) {
-    std::string clause;
-    for (const std::string& root : roots) {
-        clause += clause.empty() ? " WHERE root IN (" : ",";
-        clause += quoted(root);
+// Whether every root of the catalog is among these.
+bool coverAll(const Database& database, const std::vector<std::string>& roots) {
+    Statement next(database, "SELECT root FROM file_counts WHERE root > ? ORDER BY root LIMIT 1");
+    std::string root;
+    for (next.bind(root); next.step(); next.bind(root)) {
+        root = next.text(0);
+        if (std::ranges::find(roots, root) == roots.end()) return false;
     }
-    if (!clause.empty()) clause += ')';
-    return clause;
+    return next.ok();
 }
 
-Catalog::Counts counts(const Database& database, const std::string& column, const std::string& clause) {
-    Catalog::Counts counts;
-    Statement select(database, "SELECT " + column + ", COUNT(*) FROM files" + clause +
-                                   (clause.empty() ? " WHERE " : " AND ") + column + " IS NOT NULL GROUP BY " + column +
-                                   " ORDER BY COUNT(*) DESC LIMIT 200");
-    while (select.step()) counts.emplace_back(select.text(0), select.integer(1));
-    return select.ok() ? counts : Catalog::Counts();
+bool addFiles(const Database& database, const std::string& column, const std::string& value, FileSet& files) {
+    Statement select(database, "SELECT id FROM files WHERE " + column + " = ?");
+    for (select.bind(value); select.step();) {
+        const int64_t id = select.integer(0);
+        if (id < 0 || id > mostFileId) return false;
+        if (size_t(id) >= files.size()) files.resize(std::max(size_t(id) + 1, 2 * files.size()));
+        files[size_t(id)] = true;
+    }
+    return select.ok();
+}
+
+// Leaves what has one of the values in the column; false when that can't be told.
+bool narrow(const Database& database, const std::string& column, const std::vector<std::string>& values,
+            std::optional<FileSet>& within) {
+    FileSet files;
+    for (const std::string& value : values) {
+        if (!addFiles(database, column, value, files)) return false;
+    }
+    if (within) {
+        files.resize(std::min(files.size(), within->size()));
+        for (size_t id = 0; id < files.size(); ++id) files[id] = files[id] && (*within)[id];
+    }
+    within = std::move(files);
+    return true;
+}
+
+bool narrowed(const Catalog::Filter& filter) {
+    return filter.category || filter.library || !filter.roots.empty();
+}
+
+std::optional<std::vector<int64_t>> rankShort(const Database& database, const std::string& match,
+                                              const Catalog::Filter& filter, int limit) {
+    std::optional<FileSet> within;
+    if (filter.category && !narrow(database, "category", {*filter.category}, within)) return std::nullopt;
+    if (filter.library && !narrow(database, "library", {*filter.library}, within)) return std::nullopt;
+    if (!filter.roots.empty() && !narrow(database, "root", filter.roots, within)) return std::nullopt;
+    return rankShort(database, match, limit, within);
+}
+
+// The ranking alone, of which SQLite then need not sort whole rows.
+std::optional<std::vector<int64_t>> rankAll(const Database& database, const std::string& match, int limit) {
+    Statement select(database, "SELECT rowid FROM fts WHERE fts MATCH ? ORDER BY bm25(fts, 4.0, 1.0, 2.0) LIMIT ?");
+    std::vector<int64_t> ids;
+    for (select.bind(match, limit); select.step();) ids.push_back(select.integer(0));
+    return select.ok() ? std::optional(std::move(ids)) : std::nullopt;
+}
+
+std::optional<std::vector<int64_t>> ranking(const Database& database, const Catalog::Filter& filter, int limit) {
+    const std::optional<std::string> match = Catalog::matchExpression(filter.query);
+    if (!match || filter.minRating >= 1) return std::nullopt;
+    if (isShort(database, *match)) {
+        auto ids = rankShort(database, *match, filter, limit);
+        if (ids) return ids;
+    }
+    return narrowed(filter) ? std::nullopt : rankAll(database, *match, limit);
+}
+
+// None when a text is in the full-text table without its file, or a read fails.
+std::optional<std::vector<Catalog::Row>> rowsOf(const Database& database, const std::vector<int64_t>& ids) {
+    std::vector<Catalog::Row> rows;
+    rows.reserve(ids.size());
+    Statement select(database, "SELECT path, root, duration, sr, channels, bits, codec, meta FROM files WHERE id = ?");
+    for (const int64_t id : ids) {
+        if (!select.bind(id).step()) return std::nullopt;
+        rows.push_back(readRow(select));
+    }
+    return rows;
+}
+
+// The statement that defines what a search finds, and in which order. The ways above are shorter ones to the same.
+std::vector<Catalog::Row> rowsByStatement(const Database& database, const Catalog::Filter& filter, int limit) {
+    const Search search = composed(filter, limit);
+    Statement select(database, search.sql);
+    if (!select.ok()) return {};
+    for (size_t i = 0; i < search.texts.size(); ++i) select.set(int(i) + 1, search.texts[i]);
+    std::vector<Catalog::Row> rows;
+    while (select.step()) rows.push_back(readRow(select));
+    return select.ok() ? rows : std::vector<Catalog::Row>();
 }
 
 }  // namespace
@@ -97,25 +166,14 @@ std::vector<Catalog::Row> Catalog::search(const Filter& filter, int limit) {
     const uint64_t begun = parts_->interrupts;
     try {
         const ReaderPool::Lease lease = parts_->readers.lease();
+        const Snapshot snapshot(*lease);
         const Interruptible search(*lease, parts_->interrupts, begun);
-        const Search composition = composed(filter, limit);
-        Statement select(*lease, composition.sql);
-        for (size_t i = 0; i < composition.texts.size(); ++i) select.set(int(i) + 1, composition.texts[i]);
-        std::vector<Row> rows;
-        while (!search.over() && select.step()) rows.push_back(readRow(select));
-        return select.ok() && !search.over() ? rows : std::vector<Row>();
-    } catch (const Error&) {
-        return {};
-    }
-}
-
-Catalog::Facets Catalog::facets(const std::vector<std::string>& roots) {
-    try {
-        const ReaderPool::Lease lease = parts_->readers.lease();
-        const std::string clause = rootsClause(roots);
-        Statement total(*lease, "SELECT COUNT(*) FROM files" + clause);
-        return {counts(*lease, "category", clause), counts(*lease, "library", clause),
-                total.step() ? total.integer(0) : 0};
+        Filter needed = filter;
+        if (coverAll(*lease, filter.roots)) needed.roots.clear();
+        const auto ids = ranking(*lease, needed, limit);
+        std::optional<std::vector<Row>> rows = ids ? rowsOf(*lease, *ids) : std::nullopt;
+        if (!rows && !search.over()) rows = rowsByStatement(*lease, needed, limit);
+        return rows && !search.over() ? *std::move(rows) : std::vector<Row>();
     } catch (const Error&) {
         return {};
     }

@@ -69,6 +69,10 @@ void Statement::setBlob(int index, std::string_view bytes) {
     sqlite3_bind_blob64(statement_.get(), index, bytes.data(), bytes.size(), SQLITE_STATIC);
 }
 
+void Statement::setPointer(int index, void* pointer, const char* type) {
+    sqlite3_bind_pointer(statement_.get(), index, pointer, type, nullptr);
+}
+
 bool Statement::step() {
     if (!statement_ || !ok()) return false;
     result_ = sqlite3_step(statement_.get());

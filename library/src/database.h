@@ -53,6 +53,7 @@ public:
     void set(int index, int value) { set(index, int64_t(value)); }
     void set(int index, double value);
     void setBlob(int index, std::string_view bytes);
+    void setPointer(int index, void* pointer, const char* type);
 
     bool step();  // true when a row is there to read
     // Steps to the end; false on a failure.

@@ -81,6 +81,10 @@ public:
     // Under the lock, in one transaction: committed when `job` returns, rolled back when it throws (which passes on).
     void write(const std::function<void()>& job);
 
+    // Makes searches for one or two letters fast again after many writes, in transactions of a tenth of a second, until
+    // there is nothing left to do. Background; best after a scan. Without it each write() does a part.
+    void settle();
+
     // The full-text expression for what the user typed; none when there is nothing to match.
     static std::optional<std::string> matchExpression(std::string_view query);
 
