@@ -115,6 +115,7 @@ int main(int argc, char** argv) {
         std::printf("%lld rows written in batches of 256: %.0f s, %.0f a second\n", (long long)rows, seconds,
                     double(rows) / seconds);
     }
+    std::printf("settled in %.2f s\n", bench::secondsOf(1, [&] { catalog.settle(); }));
     PlainSearch plain(file);
     bench::Corpus corpus(seed + 1);
     const auto prefixes = [&](size_t letters, int count, const Catalog::Filter& filter) {

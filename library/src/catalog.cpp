@@ -121,12 +121,12 @@ void Catalog::write(const std::function<void()>& job) {
     // Immediate: a transaction that begins by reading could meet another process's write and fail midway.
     writer.exec("BEGIN IMMEDIATE");
     try {
-        parts_->failed = false;
+        parts_->failure.clear();
         parts_->texts.clear();
         job();
         parts_->writeTexts();
         settleShortHits(writer, settleFrom, blocksAWrite);
-        if (parts_->failed) throw Error(81, sqlite3_errmsg(writer.handle()));
+        if (!parts_->failure.empty()) throw Error(81, parts_->failure);
         writer.exec("COMMIT");
     } catch (...) {
         // SQLite may have rolled back by itself, as on a full disk.

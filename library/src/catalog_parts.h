@@ -26,8 +26,9 @@ struct Catalog::Parts {
         std::string name, folders, body;
     };
     std::vector<Text> texts;
-    bool failed = false;  // a statement of the transaction that runs
+    std::string failure;  // what SQLite said of the first statement of the transaction that failed
     void writeTexts();
+    void expect(bool done);  // of the last statement
     ReaderPool readers;
     std::atomic<uint64_t> interrupts = 0;  // a search gives up when this is no longer what it began with
 };

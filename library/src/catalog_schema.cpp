@@ -34,7 +34,8 @@ constexpr const char* look[] = {
 
 // Beside the tables above, for fast answers: how many files there are by root, category and library ('' for none, else
 // '=' and the name), and which hold words that begin with given letters (short_hits.h). Triggers keep them true whoever
-// writes to `files`. All of it can be made from `files` and `fts` anew.
+// writes to `files`; they say ON CONFLICT, since an OR IGNORE of theirs gives way to the statement that fires them. All
+// of it can be made from `files` and `fts` anew.
 constexpr const char* ownTables[] = {
     "CREATE TABLE file_counts (root TEXT NOT NULL, category TEXT NOT NULL, library TEXT NOT NULL, "
     "files INTEGER NOT NULL, PRIMARY KEY (root, category, library)) WITHOUT ROWID",
@@ -46,15 +47,15 @@ constexpr const char* ownTables[] = {
     "CREATE TRIGGER file_added AFTER INSERT ON files BEGIN "
     "INSERT INTO file_counts VALUES (NEW.root, ifnull('=' || NEW.category, ''), ifnull('=' || NEW.library, ''), 1) "
     "ON CONFLICT DO UPDATE SET files = files + 1; "
-    "INSERT OR IGNORE INTO short_changed VALUES (NEW.id); END",
+    "INSERT INTO short_changed VALUES (NEW.id) ON CONFLICT DO NOTHING; END",
     "CREATE TRIGGER file_removed AFTER DELETE ON files BEGIN "
     "UPDATE file_counts SET files = files - 1 WHERE root = OLD.root AND category = ifnull('=' || OLD.category, '') "
     "AND library = ifnull('=' || OLD.library, ''); "
     "DELETE FROM file_counts WHERE files = 0 AND root = OLD.root AND category = ifnull('=' || OLD.category, '') "
     "AND library = ifnull('=' || OLD.library, ''); "
-    "INSERT OR IGNORE INTO short_changed VALUES (OLD.id); END",
+    "INSERT INTO short_changed VALUES (OLD.id) ON CONFLICT DO NOTHING; END",
     "CREATE TRIGGER file_changed AFTER UPDATE ON files BEGIN "
-    "INSERT OR IGNORE INTO short_changed VALUES (NEW.id), (OLD.id); END",
+    "INSERT INTO short_changed VALUES (NEW.id), (OLD.id) ON CONFLICT DO NOTHING; END",
     "CREATE TRIGGER file_moved AFTER UPDATE OF root, category, library ON files "
     "WHEN OLD.root IS NOT NEW.root OR OLD.category IS NOT NEW.category OR OLD.library IS NOT NEW.library BEGIN "
     "UPDATE file_counts SET files = files - 1 WHERE root = OLD.root AND category = ifnull('=' || OLD.category, '') "

@@ -49,15 +49,17 @@ void Catalog::upsert(const std::string& path, const std::string& root, const Sta
         parts.texts.push_back({parts.insertFile.integer(0), blanksFor('_', std::filesystem::path(path).stem()),
                                folders(path, root), meta.searchText()});
     }
-    if (!stored || !parts.insertFile.run()) parts.failed = true;
+    parts.expect(stored && parts.insertFile.run());
     parts.insertFile.reset();
+}
+
+void Catalog::Parts::expect(bool done) {
+    if (!done && failure.empty()) failure = sqlite3_errmsg(writer.handle());
 }
 
 void Catalog::Parts::writeTexts() {
     for (const Text& text : texts) {
-        const bool done =
-            deleteText.bind(text.id).run() && insertText.bind(text.id, text.name, text.folders, text.body).run();
-        if (!done) failed = true;
+        expect(deleteText.bind(text.id).run() && insertText.bind(text.id, text.name, text.folders, text.body).run());
     }
     texts.clear();
 }
@@ -68,7 +70,7 @@ void Catalog::remove(const std::string& path) {
     const bool done =
         Statement(writer, "DELETE FROM fts WHERE rowid = (SELECT id FROM files WHERE path = ?)").bind(path).run() &&
         Statement(writer, "DELETE FROM files WHERE path = ?").bind(path).run();
-    if (!done) parts_->failed = true;
+    parts_->expect(done);
 }
 
 void Catalog::removeRoot(const std::string& root) {
@@ -78,7 +80,7 @@ void Catalog::removeRoot(const std::string& root) {
                               .bind(root)
                               .run() &&
                           Statement(writer, "DELETE FROM files WHERE root = ?").bind(root).run();
-        if (!done) parts_->failed = true;
+        parts_->expect(done);
     };
     write(remove);
 }

@@ -1,28 +1,181 @@
 // Rows of the catalog: what is written comes back, under one id, and goes with its root.
+#include <nlohmann/json.hpp>
+
+#include "audio/error.h"
 #include "catalog_test.h"
 
 namespace brindlehum::test {
 namespace {
 
 using CatalogRows = CatalogTest;
+using Lines = std::vector<std::string>;
 
-TEST_F(CatalogRows, ComesBackAsWritten) {
-    Catalog catalog(file);
+AudioFileInfo twoSeconds() {
     AudioFileInfo info;
     info.sampleRate = 48000;
     info.frames = 96000;
     info.channels = 2;
     info.bitDepth = 24;
     info.codec = "PCM";
+    return info;
+}
+
+TEST_F(CatalogRows, ComeBackAsWritten) {
+    Catalog catalog(file);
     SoundMeta meta;
-    meta.description = "Heavy \"door\"\\ \n t\u00FCr \u96E8";
-    meta.category = "Doors";
-    meta.rating = 4;
-    put(catalog, "/lib/a/DOORWood_Slam.wav", "/lib", meta, info);
-    const Catalog::Row expected{"/lib/a/DOORWood_Slam.wav", "/lib", 2, 48000, 2, 24, "PCM", meta};
+    for (const SoundMeta::Tag& tag : SoundMeta::ixmlTags)
+        meta.*tag.field = "a \"" + std::string(tag.key) + "\"\\\n\x01/";
+    meta.description = "t\u00FCr \u96E8 \U0001F600";
+    meta.category = "Gr\u00FC\u00DFe";
+    meta.library = "";
+    meta.rating = -1234567890;
+    put(catalog, "/lib/a b/c/DOORWood_Slam_x.y.wav", "/lib", meta, twoSeconds());
+    const Catalog::Row expected{"/lib/a b/c/DOORWood_Slam_x.y.wav", "/lib", 2, 48000, 2, 24, "PCM", meta};
     EXPECT_EQ(catalog.row(expected.path), expected);
     EXPECT_EQ(catalog.search({.query = "slam"}, 10), std::vector{expected});
-    EXPECT_EQ(catalog.search({.category = "DOORS"}, 10), std::vector{expected});
+    EXPECT_EQ(catalog.search({.category = "GR\u00DCSSE"}, 10), std::vector{expected});
+    EXPECT_EQ(catalog.row("/lib/other.wav"), std::nullopt);
+
+    PlainDatabase plain(file);
+    EXPECT_EQ(plain.rows("SELECT size, mtime, duration, category, library, rating, indexed > 1.7e9 FROM files"),
+              Lines{"10|1.5|2.0|GR\u00DCSSE|NULL|-1234567890|1"});
+    EXPECT_EQ(plain.rows("SELECT rowid = (SELECT id FROM files), name, folders, body FROM fts"),
+              Lines{"1|DOORWood Slam x.y| a b c|" + meta.searchText()});
+}
+
+TEST_F(CatalogRows, KeepTheirIdsAndHoldTheLatest) {
+    Catalog catalog(file);
+    SoundMeta before, after;
+    before.category = "DOORS";
+    before.description = "slam";
+    after.description = "\xFF not UTF-8";
+    catalog.write([&] {
+        catalog.upsert("/lib/a.wav", "/lib", {1, 1}, twoSeconds(), before);
+        catalog.upsert("/lib/b.wav", "/lib", {1, 1}, {}, before);
+        catalog.upsert("/lib/a.wav", "/lib", {2, 3}, {}, after);
+    });
+    PlainDatabase plain(file);
+    EXPECT_EQ(plain.rows("SELECT id, path, size, duration, sr, meta, category FROM files WHERE path LIKE '%a.wav'"),
+              Lines{"1|/lib/a.wav|2|0.0|0.0|{}|NULL"});
+    EXPECT_EQ(plain.rows("SELECT rowid, name, folders FROM fts"), (Lines{"1|a|", "2|b|"}));
+    EXPECT_EQ(paths(catalog.search({.query = "slam"}, 10)), Lines{"/lib/b.wav"});
+    EXPECT_EQ(catalog.facets({}).categories, (Catalog::Counts{{"DOORS", 1}}));
+    EXPECT_EQ(catalog.row("/lib/a.wav")->meta, SoundMeta());
+    const auto stamps = catalog.stamps("/lib");
+    ASSERT_EQ(stamps.size(), 2U);
+    EXPECT_EQ(stamps.at("/lib/a.wav").size, 2);
+    EXPECT_EQ(stamps.at("/lib/a.wav").mtime, 3);
+
+    catalog.write([&] {
+        catalog.upsert("/lib/c.wav", "/lib", {1, 1}, {}, before);
+        catalog.remove("/lib/c.wav");
+        catalog.remove("/lib/b.wav");
+    });
+    EXPECT_EQ(plain.rows("SELECT name FROM fts"), Lines{"a"});
+    EXPECT_EQ(plain.rows("SELECT path FROM files"), Lines{"/lib/a.wav"});
+}
+
+TEST_F(CatalogRows, AreAllWrittenOrNone) {
+    Catalog catalog(file);
+    const auto failing = [&] {
+        catalog.upsert("/lib/a.wav", "/lib", {1, 1}, {}, {});
+        throw std::runtime_error("midway");
+    };
+    EXPECT_THROW(catalog.write(failing), std::runtime_error);
+    EXPECT_EQ(catalog.facets({}).total, 0);
+    put(catalog, "/lib/b.wav", "/lib");
+    PlainDatabase plain(file);
+    EXPECT_EQ(plain.rows("SELECT name FROM fts"), Lines{"b"});
+    // A file whose text can't be indexed would never be found, and by its stamp never be looked at again.
+    plain.exec("DROP TABLE fts");
+    EXPECT_THROW(put(catalog, "/lib/c.wav", "/lib"), Error);
+    EXPECT_EQ(plain.rows("SELECT path FROM files"), Lines{"/lib/b.wav"});
+}
+
+TEST_F(CatalogRows, GoWithTheirRoot) {
+    Catalog catalog(file);
+    const std::string root = "/lib/Editor's \"own\" ''";
+    SoundMeta meta;
+    meta.category = "BOATS";
+    put(catalog, root + "/a.wav", root, meta);
+    put(catalog, root + "/b.wav", root, meta);
+    put(catalog, "/lib/c.wav", "/lib", meta);
+    EXPECT_EQ(catalog.facets({root}).total, 2);
+    EXPECT_EQ(catalog.facets({root, "/lib"}).categories, (Catalog::Counts{{"BOATS", 3}}));
+    EXPECT_EQ(catalog.search({.query = "a", .roots = {root}}, 9).size(), 1U);
+    catalog.removeRoot(root);
+    EXPECT_EQ(catalog.facets({root}).total, 0);
+    EXPECT_EQ(paths(catalog.search({}, 9)), Lines{"/lib/c.wav"});
+    EXPECT_EQ(PlainDatabase(file).rows("SELECT name FROM fts"), Lines{"c"});
+}
+
+TEST_F(CatalogRows, StayInResultsWhenTheirMetadataIsDamaged) {
+    Catalog catalog(file);
+    SoundMeta meta;
+    meta.description = "sound";
+    meta.rating = 3;
+    put(catalog, "/lib/a.wav", "/lib", meta);
+    PlainDatabase plain(file);
+    const std::string whole = plain.rows("SELECT meta FROM files")[0];
+    const auto changed = [&](const char* part, const char* other) {
+        std::string json = whole;
+        return json.replace(json.find(part), std::string(part).size(), other);
+    };
+    const struct {
+        std::string json;
+        SoundMeta expected;
+    } table[] = {
+        {whole, meta},
+        {nlohmann::json::parse(whole).dump(2), meta},
+        {changed("sound", "s\\u006Fund"), meta},
+        {changed("\"rating\":3", "\"rating\":3,\"more\":[1]"), meta},
+        {changed("\"rating\":3", "\"rating\":\"3\""), {}},
+        {changed("\"rating\":3", "\"rating\":03"), {}},
+        {changed("\"rating\":3", "\"rated\":3"), {}},
+        {changed("sound", "so\xFFund"), {}},
+        {changed("sound", "so\xC0\xAFund"), {}},
+        {changed("sound", "so\xED\xA0\x80und"), {}},
+        {changed("sound", "so\nund"), {}},
+        {changed("sound", "so\\xund"), {}},
+        {whole.substr(0, whole.size() - 1), {}},
+        {whole + "}", {}},
+        {"{}", {}},
+        {"", {}},
+    };
+    for (const auto& [json, expected] : table) {
+        plain.rows("UPDATE files SET meta = ?", {json});
+        const std::vector<Catalog::Row> rows = catalog.search({}, 9);
+        ASSERT_EQ(rows.size(), 1U) << json;
+        EXPECT_EQ(rows[0].meta, expected) << json;
+        // What the parser of all JSON makes of it.
+        SoundMeta parsed;
+        try {
+            parsed = nlohmann::json::parse(json).get<SoundMeta>();
+        } catch (const nlohmann::json::exception&) {
+        }
+        EXPECT_EQ(parsed, expected) << json;
+    }
+}
+
+TEST_F(CatalogRows, RememberHowFarLogsWereRead) {
+    Catalog catalog(file);
+    EXPECT_EQ(catalog.logOffset("/share/it's.jsonl"), 0);
+    catalog.setLogOffset("/share/it's.jsonl", 5);
+    catalog.setLogOffset("/share/it's.jsonl", int64_t(1) << 40);
+    EXPECT_EQ(Catalog(file).logOffset("/share/it's.jsonl"), int64_t(1) << 40);
+}
+
+TEST(CatalogRow, SaysItsFormat) {
+    const struct {
+        Catalog::Row row;
+        const char* summary;
+    } table[] = {
+        {{"", "", 0, 48000, 2, 24, "PCM", {}}, "48 kHz \u00B7 24-bit \u00B7 2 ch"},
+        {{"", "", 0, 44100, 1, 0, "MP3", {}}, "44.1 kHz \u00B7 MP3 \u00B7 mono"},
+        {{"", "", 0, 11025, 16, 16, "PCM", {}}, "11.0 kHz \u00B7 16-bit \u00B7 16 ch"},
+        {{"", "", 0, 0, 0, 0, "", {}}, "0 kHz \u00B7  \u00B7 0 ch"},
+    };
+    for (const auto& [row, summary] : table) EXPECT_EQ(row.formatSummary(), summary);
 }
 
 }  // namespace

@@ -1,0 +1,249 @@
+// Searches and facets beside a plain twin, and beside SQLite's own statement on the same file, while the catalog
+// changes: by the catalog, by another program, settled and not.
+#include <algorithm>
+#include <cstdio>
+#include <map>
+#include <random>
+#include <set>
+
+#include "catalog_test.h"
+
+namespace brindlehum::test {
+namespace {
+
+using Lines = std::vector<std::string>;
+
+std::string joined(const Lines& words, const char* between) {
+    std::string all;
+    for (const std::string& word : words) all.append(all.empty() ? "" : between).append(word);
+    return all;
+}
+
+// A file as the twin knows it: the words that it is found by.
+struct Known {
+    std::string root, category, library;
+    int rating = 0;
+    std::set<std::string> words;
+};
+
+class CatalogSearch : public CatalogTest {
+protected:
+    void SetUp() override {
+        CatalogTest::SetUp();
+        const uint64_t seed = std::random_device()();
+        std::printf("seed %llu\n", static_cast<unsigned long long>(seed));
+        random_.seed(seed);
+    }
+    size_t draw(size_t below) { return random_() % below; }
+    const std::string& any(const Lines& of) { return of[draw(of.size())]; }
+    Lines some(const Lines& of, size_t least, size_t most) {
+        Lines drawn(least + draw(most - least + 1));
+        for (std::string& word : drawn) word = any(of);
+        return drawn;
+    }
+
+    // Words that share beginnings of one and two letters, in several alphabets, none of them in upper case.
+    const Lines words = {"d",      "do",           "door",   "doors",
+                         "dog",    "wood",         "wo",     "w8",
+                         "a",      "an",           "ant",    "7",
+                         "77",     "7b",           "x",      "\u0434\u043E\u043C",
+                         "\u0434", "\u0436\u0430", "\u96E8", "\u96E8\u5929",
+                         "zebra"};
+    const Lines roots = {"/lib/one", "/lib/two", "/lib/it's"};
+    const Lines categories = {"", "DOORS", "WOOD"};
+    const Lines libraries = {"", "Yard", "o'hara"};
+
+    void writeSome(Catalog& catalog) {
+        catalog.write([&] {
+            for (size_t i = draw(40); i > 0; --i) {
+                const std::string& root = any(roots);
+                const Lines name = some(words, 1, 3), below = some(words, 0, 2),
+                            body = some(words, 0, draw(20) == 0 ? 1100 : 8);
+                const std::string path =
+                    root + joined(below, "/").insert(0, below.empty() ? "" : "/") + "/" + joined(name, "_") + ".wav";
+                if (draw(6) == 0) {
+                    catalog.remove(path);
+                    files.erase(path);
+                    continue;
+                }
+                SoundMeta meta;
+                meta.description = joined(body, " ");
+                meta.category = any(categories);
+                meta.library = any(libraries);
+                meta.rating = int(draw(6));
+                catalog.upsert(path, root, {1, 1}, {}, meta);
+                Known known{root, meta.category, meta.library, meta.rating, {}};
+                for (const Lines* part : {&name, &below, &body}) known.words.insert(part->begin(), part->end());
+                for (std::string text : {meta.category, meta.library}) {
+                    std::ranges::transform(text, text.begin(),
+                                           [](char c) { return c == '\'' ? ' ' : char(std::tolower(c)); });
+                    const size_t blank = text.find(' ');
+                    known.words.insert(text.substr(0, blank));
+                    if (blank != std::string::npos) known.words.insert(text.substr(blank + 1));
+                }
+                files[path] = known;
+            }
+        });
+    }
+    // Another program that knows the tables of files and texts alone.
+    void writeForeign(PlainDatabase& plain) {
+        const std::string path = any(roots) + "/foreign " + std::to_string(draw(1000)) + ".wav";
+        if (files.contains(path)) return;
+        static constexpr const char* ids[] = {"NULL", "5000", "9000", "-7", "3000000000000000"};
+        const std::string word = any(words), root = path.substr(0, path.rfind('/'));
+        const std::string id = ids[draw(5)];
+        if (!plain.rows("SELECT id FROM files WHERE id IS " + id).empty()) return;
+        plain.exec("BEGIN");
+        plain.rows(
+            "INSERT INTO files (id, path, root, meta, category, rating) VALUES (" + id + ", ?, ?, '{}', 'WOOD', 0)",
+            {path, root});
+        plain.rows("INSERT INTO fts (rowid, name) VALUES (last_insert_rowid(), ?)", {word});
+        plain.exec("COMMIT");
+        files[path] = {root, "WOOD", "", 0, {word}};
+    }
+
+    Catalog::Filter drawFilter() {
+        Catalog::Filter filter;
+        for (size_t i = draw(4) == 0 ? draw(4) : 1; i > 0; --i) {
+            std::string word = any(words);
+            if (draw(2) == 0) word.resize(std::min(word.size(), word[0] < 0 ? 2 * (1 + draw(2)) : 1 + draw(2)));
+            if (word[0] == '\xE9') word = "\u96E8";
+            if (draw(4) == 0)
+                std::ranges::transform(word, word.begin(), [](char c) { return c > 0 ? char(std::toupper(c)) : c; });
+            filter.query += (draw(8) == 0 ? " -" : " ") + word;
+        }
+        if (draw(4) == 0) filter.category = categories[1 + draw(2)];
+        if (draw(6) == 0) filter.library = libraries[1 + draw(2)];
+        filter.roots = draw(3) == 0 ? roots : some(roots, 0, 2);
+        if (draw(6) == 0) filter.minRating = int(draw(5));
+        return filter;
+    }
+    static bool passes(const Known& known, const Catalog::Filter& filter) {
+        if (filter.category && known.category != *filter.category) return false;
+        if (filter.library && known.library != *filter.library) return false;
+        if (!filter.roots.empty() && std::ranges::find(filter.roots, known.root) == filter.roots.end()) return false;
+        return known.rating >= filter.minRating;
+    }
+    static bool has(const Known& known, std::string_view prefix) {
+        std::string lower(prefix);
+        std::ranges::transform(lower, lower.begin(), [](char c) { return c > 0 ? char(std::tolower(c)) : c; });
+        return std::ranges::any_of(known.words, [&](const std::string& word) { return word.starts_with(lower); });
+    }
+    // Which files a query of single words matches, told without any index.
+    std::set<std::string> twin(const Catalog::Filter& filter) {
+        Lines wanted, unwanted;
+        for (size_t at = 0; at < filter.query.size();) {
+            const size_t end = std::min(filter.query.find(' ', at + 1), filter.query.size());
+            const std::string word = filter.query.substr(at + 1, end - at - 1);
+            if (!word.empty()) (word[0] == '-' ? unwanted : wanted).push_back(word.substr(word[0] == '-' ? 1 : 0));
+            at = end;
+        }
+        std::set<std::string> found;
+        for (const auto& [path, known] : files) {
+            const auto holds = [&, &of = known](const std::string& word) { return has(of, word); };
+            const bool matches =
+                wanted.empty() || (std::ranges::all_of(wanted, holds) && std::ranges::none_of(unwanted, holds));
+            if (matches && passes(known, filter)) found.insert(path);
+        }
+        return found;
+    }
+    static Lines ranked(PlainDatabase& plain, const Catalog::Filter& filter, int limit) {
+        const auto match = Catalog::matchExpression(filter.query);
+        std::string sql = "SELECT f.path FROM files f";
+        Lines texts, clauses;
+        if (match) {
+            sql += " JOIN fts ON fts.rowid = f.id";
+            clauses.emplace_back("fts MATCH ?");
+            texts.push_back(*match);
+        }
+        for (const auto& [clause, text] :
+             {std::pair{"f.category = ?", filter.category}, {"f.library = ?", filter.library}}) {
+            if (!text) continue;
+            clauses.emplace_back(clause);
+            texts.push_back(*text);
+        }
+        Lines marks(filter.roots.size(), "?");
+        if (!marks.empty()) clauses.push_back("f.root IN (" + joined(marks, ",") + ")");
+        texts.insert(texts.end(), filter.roots.begin(), filter.roots.end());
+        if (filter.minRating >= 1) clauses.push_back("f.rating >= " + std::to_string(filter.minRating));
+        if (!clauses.empty()) sql.append(" WHERE ").append(joined(clauses, " AND "));
+        sql += match ? " ORDER BY bm25(fts, 4.0, 1.0, 2.0) LIMIT " : " ORDER BY f.path LIMIT ";
+        return plain.rows(sql + std::to_string(limit), texts);
+    }
+    void checkFacets(Catalog& catalog, const Lines& of) {
+        std::map<std::string, int64_t> byCategory, byLibrary;
+        int64_t total = 0;
+        for (const auto& [path, known] : files) {
+            if (!passes(known, {.roots = of})) continue;
+            ++total;
+            if (!known.category.empty()) ++byCategory[known.category];
+            if (!known.library.empty()) ++byLibrary[known.library];
+        }
+        const Catalog::Facets facets = catalog.facets(of);
+        const auto asMap = [](const Catalog::Counts& counts) {
+            return std::map<std::string, int64_t>(counts.begin(), counts.end());
+        };
+        EXPECT_EQ(facets.total, total);
+        EXPECT_EQ(asMap(facets.categories), byCategory);
+        EXPECT_EQ(asMap(facets.libraries), byLibrary);
+        EXPECT_TRUE(
+            std::ranges::is_sorted(facets.categories, std::greater(), [](const auto& count) { return count.second; }));
+    }
+
+    std::mt19937_64 random_;
+    std::map<std::string, Known> files;
+};
+
+TEST_F(CatalogSearch, FindsWhatAPlainTwinFindsInSQLitesOrder) {
+    Catalog catalog(file);
+    PlainDatabase plain(file);
+    for (int round = 0; round < 60; ++round) {
+        writeSome(catalog);
+        if (draw(3) == 0) writeForeign(plain);
+        if (draw(4) == 0) catalog.settle();
+        if (round == 40) {
+            catalog.removeRoot(roots[1]);
+            std::erase_if(files, [&](const auto& entry) { return entry.second.root == roots[1]; });
+        }
+        for (int i = 0; i < 12; ++i) {
+            const Catalog::Filter filter = drawFilter();
+            const int limit = draw(3) == 0 ? int(draw(20)) : 2000;
+            const Lines found = paths(catalog.search(filter, limit));
+            ASSERT_EQ(found, ranked(plain, filter, limit)) << "round " << round << " query" << filter.query;
+            if (limit < 2000) continue;
+            ASSERT_EQ(std::set(found.begin(), found.end()), twin(filter)) << filter.query;
+        }
+        checkFacets(catalog, some(roots, 0, 2));
+    }
+    // A text without its file, as another program may leave it, counts in the ranking and isn't found.
+    plain.exec("DELETE FROM files WHERE id % 3 = 0");
+    for (const char* query : {"d", "do", "door", "w"}) {
+        EXPECT_EQ(paths(catalog.search({.query = query}, 2000)), ranked(plain, {.query = query}, 2000)) << query;
+    }
+}
+
+// A catalog made by the plain statements alone gets our tables when it is opened.
+TEST_F(CatalogSearch, TakesOverACatalogWithoutOurTables) {
+    {
+        Catalog catalog(file);
+        for (int i = 0; i < 10; ++i) writeSome(catalog);
+    }
+    PlainDatabase plain(file);
+    for (const std::string& trigger : plain.rows("SELECT name FROM sqlite_master WHERE type = 'trigger'")) {
+        plain.exec("DROP TRIGGER " + trigger);
+    }
+    for (const char* table : {"file_counts", "short_hits", "short_changed"})
+        plain.exec(std::string("DROP TABLE ") + table);
+    plain.exec("PRAGMA user_version = 0");
+    Catalog catalog(file);
+    checkFacets(catalog, {});
+    for (const bool settled : {false, true}) {
+        if (settled) catalog.settle();
+        for (const char* query : {"d", "do", "w", "a"}) {
+            EXPECT_EQ(paths(catalog.search({.query = query}, 2000)), ranked(plain, {.query = query}, 2000)) << query;
+        }
+    }
+}
+
+}  // namespace
+}  // namespace brindlehum::test
