@@ -104,7 +104,7 @@ void Catalog::storeLogOffset(const std::string& logfile, int64_t offset) {
     Statement insert(parts_->writer,
                      "INSERT INTO log_offsets (logfile, offset) VALUES (?, ?) ON CONFLICT(logfile) DO UPDATE SET "
                      "offset = excluded.offset");
-    if (!insert.bind(logfile, offset).run()) parts_->failed = true;
+    parts_->expect(insert.bind(logfile, offset).run());
 }
 
 std::optional<Catalog::Stamp> Catalog::stamp(const std::string& path) {
