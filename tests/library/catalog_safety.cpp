@@ -1,0 +1,240 @@
+// Catalog files in a bad state, several programs on one catalog, and searches that are called off.
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <fstream>
+#include <set>
+#include <thread>
+
+#include "audio/error.h"
+#include "catalog_test.h"
+
+namespace brindlehum::test {
+namespace {
+
+class CatalogSafety : public CatalogTest {
+protected:
+    void SetUp() override {
+        CatalogTest::SetUp();
+        Catalog catalog(file);
+        catalog.write([&] {
+            for (int i = 0; i < 300; ++i) catalog.upsert("/lib/" + std::to_string(i) + ".wav", "/lib", {1, 1}, {}, {});
+        });
+    }
+    // The code and text of the refusal; 0 when there is none.
+    static std::pair<int, std::string> refusal(const std::filesystem::path& path) {
+        try {
+            const Catalog catalog(path);
+            return {0, ""};
+        } catch (const Error& error) {
+            return {error.code(), error.what()};
+        } catch (const std::filesystem::filesystem_error& error) {
+            return {-1, error.what()};
+        }
+    }
+    // What `job` returns, run in a process of its own.
+    template <class Job>
+    static int inChild(Job job) {
+        const pid_t child = fork();
+        if (child == 0) _exit(job());
+        int status = 0;
+        waitpid(child, &status, 0);
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    }
+    void overwrite(int64_t at, const std::string& bytes) const {
+        std::fstream(file, std::ios::in | std::ios::out | std::ios::binary)
+            .seekp(at)
+            .write(bytes.data(), std::ssize(bytes));
+    }
+};
+
+TEST_F(CatalogSafety, RefusesWhatItCantWorkWith) {
+    using Path = std::filesystem::path;
+    const struct {
+        const char* name;
+        std::function<Path()> damage;
+        int code;
+        const char* text;
+    } table[] = {
+        {"a folder in its place", [&] { return folder; }, 80, "Can't open the library catalog"},
+        {"a file for a folder", [&] { return file / "below" / "Catalog.sqlite"; }, -1, ""},
+        {"newer",
+         [&] {
+             PlainDatabase(file).exec("PRAGMA user_version=2");
+             return file;
+         },
+         81, "The library catalog was made by a newer version"},
+        {"cut short",
+         [&] {
+             std::filesystem::resize_file(file, 3 * 4096 + 7);
+             return file;
+         },
+         81, "database disk image is malformed"},
+        {"another file",
+         [&] {
+             overwrite(0, std::string(4096, 'x'));
+             return file;
+         },
+         81, "file is not a database"},
+    };
+    for (const auto& [name, damage, code, text] : table) {
+        const auto refused = refusal(damage());
+        EXPECT_EQ(refused.first, code) << name;
+        EXPECT_TRUE(code == -1 || refused.second == text) << name << ": " << refused.second;
+    }
+}
+
+TEST_F(CatalogSafety, RefusesACatalogThatItMayNotWrite) {
+    for (const char* part : {"", "-wal", "-shm"})
+        std::filesystem::remove(file.string() + (*part != 0 ? part : "-none"));
+    std::filesystem::permissions(folder, std::filesystem::perms(0755));
+    std::filesystem::permissions(file.parent_path(), std::filesystem::perms(0755));
+    std::filesystem::permissions(file, std::filesystem::perms(0444));
+    const int code = inChild([&] {
+        if (geteuid() == 0 && setuid(65534) != 0) return -1;
+        return refusal(file).first;
+    });
+    EXPECT_TRUE(code == 80 || code == 81) << code;
+}
+
+TEST_F(CatalogSafety, RefusesACatalogThatAnotherProgramHolds) {
+    PlainDatabase other(file);
+    other.exec("PRAGMA locking_mode=EXCLUSIVE");
+    other.exec("BEGIN IMMEDIATE");
+    EXPECT_EQ(refusal(file), std::pair(81, std::string("database is locked")));
+}
+
+TEST_F(CatalogSafety, SurvivesDamagedPages) {
+    const int64_t size = int64_t(std::filesystem::file_size(file));
+    for (int64_t at = 4096; at + 4096 <= size; at += 4096) {
+        std::filesystem::copy_file(file, folder / "kept", std::filesystem::copy_options::overwrite_existing);
+        overwrite(at, std::string(3000, '\x7F'));
+        try {
+            Catalog catalog(file);
+            for (const char* query : {"1", "12", "123", ""}) (void)catalog.search({.query = query}, 2000);
+            (void)catalog.facets({});
+            (void)catalog.stamps("/lib");
+            put(catalog, "/lib/1.wav", "/lib");
+            catalog.settle();
+        } catch (const Error&) {
+        }
+        for (const char* part : {"-wal", "-shm"}) std::filesystem::remove(file.string() + part);
+        std::filesystem::copy_file(folder / "kept", file, std::filesystem::copy_options::overwrite_existing);
+    }
+    EXPECT_EQ(Catalog(file).facets({}).total, 300);
+}
+
+// Four processes begin at once on a new file: each makes its tables, and writes files of its own and shared ones.
+TEST_F(CatalogSafety, LosesNothingBetweenProcesses) {
+    const std::filesystem::path shared = folder / "shared" / "Catalog.sqlite";
+    constexpr int processes = 4, batches = 60, ownFiles = 12;
+    std::vector<pid_t> children;
+    for (int process = 0; process < processes; ++process) {
+        const pid_t child = fork();
+        if (child != 0) {
+            children.push_back(child);
+            continue;
+        }
+        try {
+            Catalog catalog(shared);
+            for (int batch = 0; batch < batches; ++batch) {
+                catalog.write([&] {
+                    const auto put = [&](const std::string& name) {
+                        catalog.upsert("/lib/" + name + ".wav", "/lib", {process, double(batch)}, {}, {});
+                    };
+                    for (int i = 0; i < ownFiles; ++i) {
+                        std::string name(1, 'p');
+                        name.append(std::to_string(process)).append("_").append(std::to_string(batch * ownFiles + i));
+                        put(name);
+                    }
+                    put("shared_" + std::to_string(batch));
+                });
+                if (batch % 20 == process) catalog.settle();
+            }
+            _exit(0);
+        } catch (const std::exception& error) {
+            std::fprintf(stderr, "%s\n", error.what());
+            _exit(1);
+        }
+    }
+    for (const pid_t child : children) {
+        int status = 0;
+        waitpid(child, &status, 0);
+        EXPECT_EQ(status, 0);
+    }
+    constexpr int64_t expected = processes * batches * ownFiles + batches;
+    Catalog catalog(shared);
+    EXPECT_EQ(catalog.facets({}).total, expected);
+    EXPECT_EQ(catalog.search({.query = "p"}, 10'000).size(), size_t(processes * batches * ownFiles));
+    EXPECT_EQ(catalog.search({.query = "p2"}, 10'000).size(), size_t(batches * ownFiles));
+    PlainDatabase plain(shared);
+    plain.exec("INSERT INTO fts(fts) VALUES ('integrity-check')");
+    EXPECT_EQ(plain.rows("PRAGMA integrity_check"), std::vector<std::string>{"ok"});
+    EXPECT_EQ(plain.rows("SELECT count(*) FROM files JOIN fts ON fts.rowid = id"), std::vector{std::to_string(expected)});
+}
+
+// Readers and writers of one process at the same time; the thread sanitizer looks on.
+TEST_F(CatalogSafety, ServesManyThreads) {
+    Catalog catalog(file), second(file);
+    std::atomic<bool> writing = true;
+    std::vector<std::thread> readers;
+    for (int i = 0; i < 3; ++i) {
+        readers.emplace_back([&] {
+            size_t least = 300;
+            while (writing) {
+                // Files are only added: what was found once is found again.
+                const size_t found = size_t(catalog.facets({}).total);
+                EXPECT_GE(found, least);
+                least = found;
+                EXPECT_TRUE(catalog.row("/lib/7.wav"));
+                EXPECT_GE(catalog.search({.query = "1"}, 2000).size(), 111U);
+            }
+        });
+    }
+    std::vector<std::thread> writers;
+    for (Catalog* each : {&catalog, &second}) {
+        writers.emplace_back([&, each] {
+            for (int i = 0; i < 40; ++i) {
+                std::string name(each == &second ? "1 b" : "1 a");
+                name += std::to_string(i);
+                put(*each, "/lib/" + name + ".wav", "/lib");
+            }
+        });
+    }
+    for (std::thread& writer : writers) writer.join();
+    writing = false;
+    for (std::thread& reader : readers) reader.join();
+    EXPECT_EQ(second.facets({}).total, 380);
+}
+
+TEST_F(CatalogSafety, GivesNothingForASearchThatWasCalledOff) {
+    Catalog catalog(file);
+    catalog.write([&] {
+        SoundMeta meta;
+        for (int i = 0; i < 40; ++i) meta.description += " a" + std::to_string(i);
+        for (int i = 0; i < 2000; ++i) catalog.upsert("/lib/a" + std::to_string(i), "/lib", {1, 1}, {}, meta);
+    });
+    std::string query;
+    for (int i = 0; i < 40; ++i) query += " a";
+    std::atomic<bool> done = false;
+    std::vector<Catalog::Row> rows(1);
+    std::thread search([&] {
+        rows = catalog.search({.query = query}, 2000);
+        done = true;
+    });
+    // A call before the search has begun is none of its business, so that one isn't enough.
+    while (!done) {
+        catalog.interrupt();
+        std::this_thread::yield();
+    }
+    search.join();
+    EXPECT_EQ(rows.size(), 0U);
+    // Neither the connection nor a writer minds.
+    put(catalog, "/lib/b.wav", "/lib");
+    EXPECT_EQ(catalog.search({.query = query}, 2000).size(), 2000U);
+}
+
+}  // namespace
+}  // namespace brindlehum::test
