@@ -34,6 +34,8 @@ bool analyze(Words words);
 bool picture(Words words);
 bool scan(Words words);
 bool meta(Words words);
+bool search(Words words);
+bool facets(Words words);
 extern const std::string_view pictureHelp;  // its words, one a line
 extern const std::string_view renderHelp;   // its words, one a line
 

@@ -1,4 +1,3 @@
-// A source format as JSON.
 #include "format_json.h"
 
 namespace brindlehum::cli {
@@ -18,6 +17,13 @@ Json toJson(const SourceFormat& format) {
         json["channels"] = discrete->channels;
     }
     json["displayName"] = format.displayName();
+    return json;
+}
+
+Json toJson(const SoundMeta& meta) {
+    Json json;
+    for (const SoundMeta::Tag& tag : SoundMeta::ixmlTags) json[std::string(tag.key)] = meta.*tag.field;
+    json["rating"] = meta.rating;
     return json;
 }
 

@@ -18,6 +18,8 @@ constexpr Command commands[] = {
     {"analyze", "[WORDS...] FILE...", "tempo, bars, key, loudness and structure of a piece of music", analyze},
     {"scan", "FOLDER [catalog PATH]", "brings the catalog up to date with a library folder", scan},
     {"meta", "FILE [TAG=value...] [catalog PATH]", "the metadata of a sound, and edits of it", meta},
+    {"search", "WORDS... [catalog PATH]", "the sounds that a catalog finds, best first", search},
+    {"facets", "[catalog PATH]", "how many sounds a catalog has by category and library", facets},
     {"picture", "FILE OUT.png [WORDS...]", "the same as a picture", picture},
 };
 

@@ -5,6 +5,7 @@
 
 #include "audio/error.h"
 #include "command.h"
+#include "format_json.h"
 #include "library/change_log.h"
 #include "library/library_scanner.h"
 #include "library/meta_io.h"
@@ -15,13 +16,6 @@ namespace brindlehum::cli {
 namespace {
 
 namespace fs = std::filesystem;
-
-Json toJson(const SoundMeta& meta) {
-    Json json;
-    for (const SoundMeta::Tag& tag : SoundMeta::ixmlTags) json[std::string(tag.key)] = meta.*tag.field;
-    json["rating"] = meta.rating;
-    return json;
-}
 
 MetadataChanges changesOf(Words words) {
     MetadataChanges changes;

@@ -63,9 +63,9 @@ public:
         // By the square of an even draw the first words are the commonest, much as in language.
         const double even = double(random_() >> 11) * 0x1p-53;
         const size_t common = std::size(spoken);
-        return draw(12) == 0 ? words_[common + draw(words_.size() - common)]
-                             : words_[size_t(even * even * double(common))];
+        return draw(12) == 0 ? rareWord() : words_[size_t(even * even * double(common))];
     }
+    const std::string& rareWord() { return words_[std::size(spoken) + draw(words_.size() - std::size(spoken))]; }
     uint64_t draw(uint64_t below) { return random_() % below; }
 
     static inline const std::vector<std::string> roots = {"/srv/sounds/Effects", "/srv/sounds/Foley", "/srv/own"};

@@ -1,5 +1,5 @@
 // Searches a catalog of a million rows, beside the plain statement on the same file in the same process: median and
-// 95th percentile of processor time by what is typed. bench_library [ROWS [FOLDER]]; the catalog stays in FOLDER for
+// 95th percentile of processor time by what is typed. bench_search [ROWS [FOLDER]]; the catalog stays in FOLDER for
 // the next run.
 #include <sqlite3.h>
 
@@ -108,6 +108,7 @@ int main(int argc, char** argv) {
     const int64_t rows = argc > 1 ? std::atoll(argv[1]) : 1'000'000;
     const std::filesystem::path folder =
         argc > 2 ? argv[2] : std::filesystem::temp_directory_path() / "brindlehum-bench-catalog";
+    std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
     const std::filesystem::path file = folder / (std::to_string(rows) + ".sqlite");
     Catalog catalog(file);
     if (catalog.facets({}).total < rows) {
@@ -130,6 +131,9 @@ int main(int argc, char** argv) {
     compare("two letters", catalog, plain, prefixes(2, 30, {}));
     compare("three letters", catalog, plain, prefixes(3, 40, {}));
     compare("whole words", catalog, plain, prefixes(99, 60, {}));
+    std::vector<Catalog::Filter> rare;
+    for (int i = 0; i < 40; ++i) rare.push_back({.query = corpus.rareWord()});
+    compare("rare words", catalog, plain, rare);
     compare("one letter in all roots", catalog, plain, prefixes(1, 8, {.roots = bench::Corpus::roots}));
     compare("two letters in two roots", catalog, plain,
             prefixes(2, 16, {.roots = {bench::Corpus::roots[0], bench::Corpus::roots[2]}}));

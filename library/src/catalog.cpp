@@ -137,8 +137,13 @@ void Catalog::write(const std::function<void()>& job) {
 
 void Catalog::settle() {
     constexpr int64_t allowed = 64;
-    for (bool more = true; more;) {
-        write([&] { more = settleShortHits(parts_->writer, allowed, blocksAWrite); });
+    constexpr int blocksAStep = 2;
+    try {
+        for (bool more = true; more;) {
+            write([&] { more = settleShortHits(parts_->writer, allowed, blocksAStep); });
+        }
+    } catch (const Error&) {
+        // The next time goes on from here.
     }
 }
 

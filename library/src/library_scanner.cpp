@@ -49,6 +49,7 @@ public:
         }
         readChanged();
         if (!options_.stop.stop_requested()) removeVanished();
+        if (!options_.stop.stop_requested()) catalog_.settle();
         return ended(options_.stop.stop_requested() ? Result::Outcome::cancelled : Result::Outcome::complete);
     }
 

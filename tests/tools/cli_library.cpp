@@ -1,4 +1,4 @@
-// scan and meta on catalogs of their own.
+// scan, meta, search and facets on catalogs of their own.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -57,6 +57,26 @@ TEST_F(CliLibrary, ScansIntoTheUsersCatalogOrANamedOne) {
     EXPECT_EQ(gone.exitCode, 1);
     ASSERT_EQ(gone.errors.size(), 1U);
     EXPECT_THAT(gone.errors[0], HasSubstr("can't be reached"));
+}
+
+TEST_F(CliLibrary, FindsAndCounts) {
+    const std::string catalog = (folder / "my.sqlite").string();
+    one({"scan", root.string(), "catalog", catalog});
+    const json found = one({"search", "SLA", "doors", "-glass", "catalog", catalog});
+    EXPECT_EQ(found.at("path"), (root / "DOORWood_Slam_JD_Big.wav").string());
+    EXPECT_EQ(found.at("root"), root.string());
+    EXPECT_EQ(found.at("bits"), 16);
+    EXPECT_EQ(found.at("meta").at("fxName"), "Slam");
+    EXPECT_EQ(run({"search", "slam", "-doors", "catalog", catalog}).objects.size(), 0U);
+    EXPECT_EQ(one({"facets", "catalog", catalog}),
+              (json{{"total", 2}, {"categories", {{{"name", "DOORS"}, {"count", 1}}}}, {"libraries", json::array()}}));
+    for (const std::vector<std::string>& words :
+         {std::vector<std::string>{"search"}, {"search", "-slam"}, {"search", "slam"}, {"facets"}, {"facets", "x"}}) {
+        const auto result = run(words);
+        EXPECT_EQ(result.exitCode, 1);
+        EXPECT_EQ(result.errors.size(), 1U);
+    }
+    EXPECT_FALSE(std::filesystem::exists(folder / "data")) << "searching makes no catalog";
 }
 
 TEST_F(CliLibrary, TellsAndChangesMetadata) {

@@ -82,7 +82,7 @@ public:
     void write(const std::function<void()>& job);
 
     // Makes searches for one or two letters fast again after many writes, in transactions of a tenth of a second, until
-    // there is nothing left to do. Background; best after a scan. Without it each write() does a part.
+    // there is nothing left to do or one fails. Background; scans end with it. Without it each write() does a part.
     void settle();
 
     // The full-text expression for what the user typed; none when there is nothing to match.
