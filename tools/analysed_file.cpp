@@ -1,13 +1,11 @@
 // A file read whole and analysed as music.
 #include "analysed_file.h"
 
-#include <unistd.h>
-
 #include <array>
 #include <filesystem>
-#include <iostream>
 
 #include "audio/error.h"
+#include "progress_line.h"
 #include "word_values.h"
 
 namespace brindlehum::cli {
@@ -20,27 +18,6 @@ namespace {
 
 constexpr std::array<std::string_view, analysisStageCount> stageNames = {"mono", "tempo",    "grid",     "spectrum",
                                                                          "key",  "loudness", "structure"};
-
-// A line that a terminal overwrites in place, gone at the end.
-class ProgressLine {
-public:
-    explicit ProgressLine(const std::string& file)
-        : name_(oneLine(std::filesystem::path(file).filename().string().substr(0, 40))),
-          shown_(isatty(STDERR_FILENO) == 1) {}
-    ~ProgressLine() {
-        if (shown_) std::cerr << wipe << std::flush;
-    }
-    ProgressLine(const ProgressLine&) = delete;
-    ProgressLine& operator=(const ProgressLine&) = delete;
-    void tell(std::string_view what) const {
-        if (shown_) std::cerr << wipe << name_ << ": " << what << std::flush;
-    }
-
-private:
-    static constexpr std::string_view wipe = "\r\x1b[K";
-    std::string name_;
-    bool shown_;
-};
 
 }  // namespace
 
@@ -61,8 +38,9 @@ double AnalysedFile::seconds() const {
 }
 
 AnalysedFile analyseFile(const std::string& file, const AnalysisWords& words) {
-    const ProgressLine progress(file);
-    progress.tell("reading");
+    const std::string label = std::filesystem::path(file).filename().string().substr(0, 40) + ": ";
+    ProgressLine progress;
+    progress.tell(label + "reading");
     AnalysedFile result{AudioFileInfo::load(file), Signal::readPlanar(file), {}};
     if (static_cast<int64_t>(result.audio.channels[0].size()) < result.info.frames) {
         throw Error(0, "The file broke off while it was read");
@@ -71,7 +49,7 @@ AnalysedFile analyseFile(const std::string& file, const AnalysisWords& words) {
     const AnalysisInput input{result.audio.channels, result.audio.sampleRate, result.info.detected, name, words.bpm,
                               words.beatsPerBar};
     result.outcome = analyzeMusic(input, [&](AnalysisStage stage) {
-        progress.tell(stageNames[static_cast<size_t>(stage)]);
+        progress.tell(label + std::string(stageNames[static_cast<size_t>(stage)]));
         return true;
     });
     return result;

@@ -30,6 +30,9 @@ bool probe(Words words);
 bool overview(Words words);
 bool devices(Words words);
 bool render(Words words);
+bool edits(Words words);
+bool plan(Words words);
+extern const std::string_view editsHelp;  // their words, one a line
 bool analyze(Words words);
 bool picture(Words words);
 bool scan(Words words);

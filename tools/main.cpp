@@ -21,6 +21,8 @@ constexpr Command commands[] = {
     {"search", "WORDS... [catalog PATH]", "the sounds that a catalog finds, best first", search},
     {"facets", "[catalog PATH]", "how many sounds a catalog has by category and library", facets},
     {"picture", "FILE OUT.png [WORDS...]", "the same as a picture", picture},
+    {"edits", "FILE... [WORDS...]", "makes the temp edits of each piece in a folder beside it", edits},
+    {"plan", "FILE... [WORDS...]", "tells what edits would make, and writes nothing", plan},
 };
 
 std::string usage(const Command& command) {
@@ -39,6 +41,7 @@ void printHelp() {
     std::cout << "\nWords of render, in any order:\n" << renderHelp;
     std::cout << "\nWords of analyze, in place of what it would find:\n" << analysisHelp;
     std::cout << "\nWords of picture, besides those:\n" << pictureHelp;
+    std::cout << "\nWords of edits and plan:\n" << editsHelp;
     std::cout << "\nEach result is a JSON object on one line; a failure is one line on stderr and exit code 1.\n";
 }
 

@@ -23,7 +23,8 @@ AppModel::AppModel(Platform platform)
       settings_(platform.defaults),
       engine_(platform.audio, platform.loop),
       player_(engine_, settings_, platform.loop, pool_),
-      library_(settings_, platform.loop, platform.catalogFile) {
+      library_(settings_, platform.loop, platform.catalogFile),
+      tempEdits_(player_, settings_, platform.desktop, platform.loop) {
     theModel = this;
 }
 
@@ -84,6 +85,8 @@ nlohmann::json AppModel::handle(const std::string& command, const ControlParams&
         settings_.change([](AppSettings& s) { s.finderPanel = !s.finderPanel; });
     } else if (command == "expert") {
         settings_.change([](AppSettings& s) { s.expertMode = !s.expertMode; });
+    } else if (command == "tempedits") {
+        if (player_.info()) makeTempEdits({player_.info()->url});
     } else if (command == "profile") {
         selectProfile(params);
     } else {

@@ -380,8 +380,15 @@ void PlayerModel::deviceChanged() {
     Q_EMIT changed();
 }
 
+void PlayerModel::notify(std::string message) {
+    message_ = std::move(message);
+    messageIsProblem_ = false;
+    Q_EMIT changed();
+}
+
 void PlayerModel::fail(std::string message) {
     message_ = std::move(message);
+    messageIsProblem_ = true;
     Q_EMIT changed();
 }
 

@@ -16,7 +16,7 @@ using testing::ElementsAre;
 class NoDesktop : public Desktop {
 public:
     void openFolder(const std::filesystem::path&) override {}
-    void reveal(const std::filesystem::path&) override {}
+    void reveal(const std::vector<std::filesystem::path>&) override {}
 };
 
 class App : public testing::Test {
@@ -114,7 +114,7 @@ TEST_F(App, ProfileFindsANameInAnyCaseElseGoesRound) {
 }
 
 TEST_F(App, WhatHasNoModelIsAnUnknownCommand) {
-    for (const char* command : {"", "Status", "upmix", "editor", "tempedits", "link", "daw", "monitor", "quit"}) {
+    for (const char* command : {"", "Status", "upmix", "editor", "link", "daw", "monitor", "quit"}) {
         EXPECT_EQ(ask(command), (json{{"error", std::string("unknown command ") + command}}));
     }
 }

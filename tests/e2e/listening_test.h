@@ -25,7 +25,7 @@ inline constexpr double toneLevel = 0.5;
 class NoDesktop : public Desktop {
 public:
     void openFolder(const std::filesystem::path&) override {}
-    void reveal(const std::filesystem::path&) override {}
+    void reveal(const std::vector<std::filesystem::path>&) override {}
 };
 
 class ListeningTest : public EventLoopTest {

@@ -16,7 +16,8 @@ namespace brindlehum::test {
 class NoDesktop : public Desktop {
 public:
     void openFolder(const std::filesystem::path& /*folder*/) override {}
-    void reveal(const std::filesystem::path& /*file*/) override {}
+    void reveal(const std::vector<std::filesystem::path>& items) override { shown = items; }
+    std::vector<std::filesystem::path> shown;
 };
 
 struct WindowTest : testing::Test {

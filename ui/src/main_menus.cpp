@@ -30,9 +30,15 @@ void about(QWidget* parent) {
     box.exec();
 }
 
-void fillFile(QMenu* menu, MainWindow& window) {
+void fillFile(QMenu* menu, MainWindow& window, AppModel& model) {
     add(menu, "Open File…", QKeySequence("Ctrl+Shift+O"), [&window] { window.chooseFile(); });
     add(menu, "Open Folder…", QKeySequence("Ctrl+O"), [&window] { window.chooseFolder(); });
+    menu->addSeparator();
+    auto* edits =
+        add(menu, "Make Temp Edits", QKeySequence("Ctrl+Shift+E"), [&model] { model.handle("tempedits", {}); });
+    const auto follow = [edits, &model] { edits->setEnabled(model.player().info().has_value()); };
+    QObject::connect(&model.player(), &PlayerModel::changed, edits, follow);
+    follow();
     menu->addSeparator();
     add(menu, "Close Window", QKeySequence("Ctrl+W"), [&window] { window.close(); });
     add(menu, "Quit", QKeySequence("Ctrl+Q"), [] { QApplication::quit(); });
@@ -51,7 +57,7 @@ void fillSort(QMenu* menu, FolderBrowser& browser) {
 void fillMenuBar(MainWindow& window, AppModel& model) {
     QMenuBar* bar = window.menuBar();
     PlayerModel& player = model.player();
-    fillFile(bar->addMenu("&File"), window);
+    fillFile(bar->addMenu("&File"), window, model);
 
     auto* edit = bar->addMenu("&Edit");
     add(edit, "Settings…", QKeySequence("Ctrl+,"), [&model] { model.openWindow("settings"); });

@@ -14,6 +14,7 @@
 #include "ui/folder_browser.h"
 #include "ui/main_menus.h"
 #include "ui/player_view.h"
+#include "ui/temp_edits_bar.h"
 #include "ui/ui_state.h"
 
 namespace brindlehum {
@@ -64,6 +65,7 @@ MainWindow::MainWindow(AppModel& model) : model_(model) {
     splitter_->setStretchFactor(0, 1);
     splitter_->setStretchFactor(1, 1);
     setCentralWidget(splitter_);
+    player_->addToMessage(new TempEditsBar(model.tempEdits(), model.player()));
     overlay_ = new DropOverlay(this);
     fillMenuBar(*this, model);
 

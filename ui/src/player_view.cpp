@@ -1,8 +1,10 @@
 #include "ui/player_view.h"
 
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QStackedLayout>
+#include <QStyle>
 #include <QVBoxLayout>
 
 #include "ui/drag_handle.h"
@@ -83,14 +85,25 @@ QWidget* PlayerView::makeLoaded(WaveformView::Style style) {
 QWidget* PlayerView::makeMessage() {
     messageRow_ = new QWidget;
     messageRow_->setObjectName("messageRow");
-    auto* row = new QHBoxLayout(messageRow_);
-    row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(8);
+    messageLayout_ = new QHBoxLayout(messageRow_);
+    messageLayout_->setContentsMargins(0, 0, 0, 0);
+    messageLayout_->setSpacing(8);
     message_ = new ElidedLabel(Qt::ElideRight);
-    message_->setProperty("role", "warning");
-    row->addWidget(new SymbolLabel("warning", SymbolRole::warning));
-    row->addWidget(message_, 1);
+    messageLayout_->addWidget(warning_ = new SymbolLabel("warning", SymbolRole::warning));
+    messageLayout_->addWidget(message_, 1);
     return messageRow_;
+}
+
+void PlayerView::addToMessage(QWidget* widget) {
+    messageExtra_ = widget;
+    messageLayout_->addWidget(widget);
+    widget->installEventFilter(this);
+    refreshMessage();
+}
+
+bool PlayerView::eventFilter(QObject* object, QEvent* event) {
+    if (event->type() == QEvent::ShowToParent || event->type() == QEvent::HideToParent) refreshMessage();
+    return QWidget::eventFilter(object, event);
 }
 
 void PlayerView::connectWaveform() {
@@ -124,8 +137,20 @@ void PlayerView::refresh() {
     transport_->refresh();
     source_->refresh();
     soundfield_->refresh();
-    messageRow_->setVisible(player_.message().has_value());
-    message_->setFullText(QString::fromStdString(player_.message().value_or("")));
+    refreshMessage();
+}
+
+void PlayerView::refreshMessage() {
+    const auto& message = player_.message();
+    const bool problem = message && player_.messageIsProblem();
+    const QString role = problem ? "warning" : "";
+    if (message_->property("role") != role) {
+        message_->setProperty("role", role);
+        message_->style()->polish(message_);
+    }
+    warning_->setVisible(problem);
+    message_->setFullText(QString::fromStdString(message.value_or("")));
+    messageRow_->setVisible(message || (messageExtra_ && !messageExtra_->isHidden()));
 }
 
 void PlayerView::refreshWaveform() {

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "app/control_server.h"
+#include "app/temp_edit_batch.h"
 #include "library/library_model.h"
 #include "mix/playback_engine.h"
 #include "mix/player_model.h"
@@ -54,6 +55,9 @@ public:
     // Adds the chosen folders to the library and shows the first one.
     void addLibraryFolder();
 
+    // Makes the temp edits of those of the files that are audio, in the background; told by the player's message.
+    void makeTempEdits(const std::vector<std::filesystem::path>& files) { tempEdits_.start(files); }
+
     // The command table of the control port. A command of a model that isn't there is an unknown one.
     nlohmann::json handle(const std::string& command, const ControlParams& params);
 
@@ -61,6 +65,7 @@ public:
     PlaybackEngine& engine() { return engine_; }
     PlayerModel& player() { return player_; }
     LibraryModel& library() { return library_; }
+    TempEditBatch& tempEdits() { return tempEdits_; }
     ControlServer& control() { return control_; }
     Desktop& desktop() { return platform_.desktop; }
     UserDefaults& defaults() { return platform_.defaults; }
@@ -76,6 +81,7 @@ private:
     ControlServer control_;
     PlayerModel player_;
     LibraryModel library_;
+    TempEditBatch tempEdits_;
 };
 
 }  // namespace brindlehum

@@ -67,6 +67,7 @@ public:
     const UpmixSettings& upmix() const { return upmix_; }
     double volumeDB() const { return volumeDB_; }
     const std::optional<std::string>& message() const { return message_; }
+    bool messageIsProblem() const { return messageIsProblem_; }  // else a notice of something that goes well
     int64_t cueFrame() const { return cueFrame_; }
     PlayheadModel& playhead() { return playhead_; }
     SettingsStore& settings() { return settings_; }
@@ -105,6 +106,9 @@ public:
 
     // "m:ss.mmm"; "0:00.000" for a negative or non-finite value.
     static std::string time(double seconds);
+
+    // A notice of work that goes on elsewhere.
+    void notify(std::string message);
 
     // Called before a start, so that other players give way.
     std::function<void()> onWillPlay;
@@ -152,6 +156,7 @@ private:
     UpmixSettings upmix_;
     double volumeDB_ = 0;
     std::optional<std::string> message_;
+    bool messageIsProblem_ = false;
     int64_t cueFrame_ = 0;             // where stop returns to
     std::optional<int64_t> starting_;  // a start is under way on the queue, from this frame
     int64_t loadGen_ = 0;              // counts loads: the result of an older one is dropped

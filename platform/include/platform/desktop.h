@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <vector>
 
 namespace brindlehum {
 
@@ -11,8 +12,8 @@ public:
     virtual ~Desktop() = default;
     // Opens a folder in the file manager.
     virtual void openFolder(const std::filesystem::path& folder) = 0;
-    // Shows a file in its folder, selected.
-    virtual void reveal(const std::filesystem::path& file) = 0;
+    // Shows files or folders where they lie, selected; nothing for none.
+    virtual void reveal(const std::vector<std::filesystem::path>& items) = 0;
 };
 
 }  // namespace brindlehum

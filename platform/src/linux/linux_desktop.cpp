@@ -22,17 +22,20 @@ void LinuxDesktop::openFolder(const std::filesystem::path& folder) {
     QProcess::startDetached(QStringLiteral("xdg-open"), {text(folder)});
 }
 
-void LinuxDesktop::reveal(const std::filesystem::path& file) {
+void LinuxDesktop::reveal(const std::vector<std::filesystem::path>& items) {
+    if (items.empty()) return;
+    const std::filesystem::path folder = items.front().parent_path();
     QDBusConnection bus = QDBusConnection::sessionBus();
-    if (!bus.isConnected()) return openFolder(file.parent_path());
+    if (!bus.isConnected()) return openFolder(folder);
     QDBusMessage call = QDBusMessage::createMethodCall(
         QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("/org/freedesktop/FileManager1"),
         QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("ShowItems"));
-    const QString url = QUrl::fromLocalFile(text(file)).toString(QUrl::FullyEncoded);
-    call.setArguments({QStringList{url}, QString()});
+    QStringList urls;
+    for (const auto& item : items) urls << QUrl::fromLocalFile(text(item)).toString(QUrl::FullyEncoded);
+    call.setArguments({urls, QString()});
     auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(call), &answers_);
-    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, &answers_, [this, watcher, file] {
-        if (QDBusPendingReply<>(*watcher).isError()) openFolder(file.parent_path());
+    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, &answers_, [this, watcher, folder] {
+        if (QDBusPendingReply<>(*watcher).isError()) openFolder(folder);
         watcher->deleteLater();
     });
 }

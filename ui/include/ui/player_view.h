@@ -6,6 +6,7 @@
 #include "mix/player_model.h"
 #include "ui/waveform_view.h"
 
+class QHBoxLayout;
 class QLabel;
 class QStackedLayout;
 
@@ -14,6 +15,7 @@ namespace brindlehum {
 class ElidedLabel;
 class SoundfieldRow;
 class SourceBar;
+class SymbolLabel;
 class TimeRuler;
 class TransportBar;
 
@@ -22,6 +24,11 @@ class PlayerView : public QWidget {
 public:
     PlayerView(PlayerModel& player, WaveformView::Style style, QWidget* parent = nullptr);
     WaveformView& waveform() { return *waveform_; }
+    // Puts a widget at the end of the message's row, which then shows with either of them.
+    void addToMessage(QWidget* widget);
+
+protected:
+    bool eventFilter(QObject* object, QEvent* event) override;
 
 private:
     QWidget* makeEmpty();
@@ -29,6 +36,7 @@ private:
     QWidget* makeMessage();
     void connectWaveform();
     void refresh();
+    void refreshMessage();
     void refreshWaveform();
     void movePlayhead();
 
@@ -44,7 +52,10 @@ private:
     SourceBar* source_;
     SoundfieldRow* soundfield_;
     QWidget* messageRow_;
+    QHBoxLayout* messageLayout_;
+    SymbolLabel* warning_;
     ElidedLabel* message_;
+    QWidget* messageExtra_ = nullptr;
 };
 
 }  // namespace brindlehum

@@ -1,0 +1,31 @@
+// TempEditsBar: how far a batch of temp edits has come, and afterwards the way to its folders.
+#pragma once
+
+#include <QWidget>
+
+#include "app/temp_edit_batch.h"
+
+class QProgressBar;
+class QPushButton;
+
+namespace brindlehum {
+
+// The text itself is the player's message; the bar goes when another message takes its place.
+class TempEditsBar : public QWidget {
+    Q_OBJECT
+public:
+    TempEditsBar(TempEditBatch& batch, PlayerModel& player, QWidget* parent = nullptr);
+
+private:
+    void refresh();
+    void tellSkipped();
+
+    TempEditBatch& batch_;
+    PlayerModel& player_;
+    QProgressBar* progress_;
+    QPushButton* cancel_;
+    QPushButton* skipped_;
+    QPushButton* folders_;
+};
+
+}  // namespace brindlehum
