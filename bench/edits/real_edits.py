@@ -13,7 +13,7 @@ lincity-ng-data bring, as far as they are installed. Every file is read with sox
   The guard of the loop adds 3 dB and smooths no step: where the pins lie in the middle of notes the seam is heard.
   Told, with how many are above 6 dB, and no reason to fail.
 
-    bench/edits/real_edits.py [build/bench/bin/brindlehum-cli] [FILE...]
+    bench/edits/real_edits.py [build/release/bin/brindlehum-cli] [FILE...]
 
 Exit status 1 when a limit is missed.
 """
