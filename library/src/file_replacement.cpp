@@ -124,13 +124,28 @@ bool FileReplacement::sourceIsUnchanged() const {
            open.st_mtim.tv_sec == before_.st_mtim.tv_sec && open.st_mtim.tv_nsec == before_.st_mtim.tv_nsec;
 }
 
+void FileReplacement::reserve(uint64_t bytes) {
+    // Where that can't be done, the writes find out themselves.
+    if (::fallocate(file_, 0, 0, off_t(bytes)) != 0 && errno == ENOSPC) fail(errno);
+}
+
 void FileReplacement::write(std::string_view bytes) {
     while (!bytes.empty()) {
         const ssize_t written = ::write(file_, bytes.data(), bytes.size());
         if (written < 0 && errno == EINTR) continue;
         if (written < 0) fail(errno);
         bytes.remove_prefix(size_t(written));
+        passOn(size_t(written));
     }
+}
+
+void FileReplacement::passOn(size_t bytes) {
+    constexpr int64_t portion = 16 << 20;
+    written_ += int64_t(bytes);
+    if (written_ - passedOn_ < portion) return;
+    // Only a hint; the sync at the end is what counts.
+    ::sync_file_range(file_, passedOn_, written_ - passedOn_, SYNC_FILE_RANGE_WRITE);
+    passedOn_ = written_;
 }
 
 void FileReplacement::copy(uint64_t offset, uint64_t bytes) {
@@ -143,6 +158,7 @@ void FileReplacement::copy(uint64_t offset, uint64_t bytes) {
         if (copied < 0 && errno == EINTR) continue;
         if (copied <= 0) return copyByHand(uint64_t(position), bytes);
         bytes -= uint64_t(copied);
+        passOn(size_t(copied));
     }
 }
 

@@ -27,6 +27,8 @@ public:
     FileReplacement(const FileReplacement&) = delete;
     FileReplacement& operator=(const FileReplacement&) = delete;
 
+    // Takes the room for a file of this size at once, so that a disk that is too full tells before all the work.
+    void reserve(uint64_t bytes);
     void write(std::string_view bytes);
     // From the source; the part must be there in full.
     void copy(uint64_t offset, uint64_t bytes);
@@ -40,6 +42,7 @@ private:
     bool holdsItsName() const;
     bool sourceIsUnchanged() const;
     void copyByHand(uint64_t offset, uint64_t bytes);
+    void passOn(size_t bytes);
     void discard();
     [[noreturn]] void fail(int error) const;
     [[noreturn]] void failChanged() const;
@@ -50,7 +53,9 @@ private:
     const FileHandle& source_;
     int folder_ = -1;
     int file_ = -1;
-    bool made_ = false;  // the temporary file is ours to remove
+    int64_t written_ = 0;
+    int64_t passedOn_ = 0;  // of those, bytes that the disk has been set to write, beside the copying
+    bool made_ = false;     // the temporary file is ours to remove
     struct stat before_ {};
 };
 

@@ -115,6 +115,7 @@ void write(const SoundMeta& meta, const std::filesystem::path& path) {
     if (total - 8 > std::numeric_limits<uint32_t>::max()) throw Error(72, "File too large for RIFF");
 
     FileReplacement out(target, source);
+    out.reserve(total);
     out.write("RIFF" + le32(uint32_t(total - 8)) + "WAVE");
     const Chunk* data = find(list, "data");
     for (const Chunk& chunk : list) {
