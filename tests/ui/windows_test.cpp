@@ -1,4 +1,4 @@
-// The windows as a whole: the folder list, the menus, the status menu, and what a keyboard and a reader can reach.
+// The windows as a whole: their memory, the menus, the status menu, and what a keyboard and a reader can reach.
 #include <QAbstractButton>
 #include <QAbstractSlider>
 #include <QAbstractSpinBox>
@@ -7,22 +7,27 @@
 #include <QComboBox>
 #include <QDropEvent>
 #include <QHeaderView>
-#include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QMimeData>
+#include <QPushButton>
 #include <QScrollBar>
+#include <QSplitter>
 #include <QTabWidget>
 #include <QTest>
-#include <QTreeView>
+#include <QToolButton>
 #include <fstream>
 
+#include "platform/headless_audio.h"
 #include "ui/app_windows.h"
+#include "ui/browser_table.h"
+#include "ui/browser_view.h"
 #include "ui/file_drag.h"
-#include "ui/folder_browser.h"
+#include "ui/inspector_view.h"
 #include "ui/main_window.h"
 #include "ui/player_view.h"
 #include "ui/settings_window.h"
+#include "ui/sidebar_view.h"
 #include "ui/status_menu.h"
 #include "ui/ui_state.h"
 #include "window_fixture.h"
@@ -39,13 +44,7 @@ struct Windows : test::WindowTest {
     }
     bool goTo(MainWindow& window, const std::filesystem::path& path) {
         window.openPath(path);
-        return settle([&] { return !window.browser().model().isReading(); });
-    }
-    QStringList names(MainWindow& window) {
-        QStringList all;
-        for (int row = 0; row < window.browser().model().rowCount(); ++row)
-            all << window.browser().model().entry(row).name;
-        return all;
+        return settle([&] { return !model.library().isListing(); });
     }
 };
 
@@ -53,6 +52,7 @@ struct Windows : test::WindowTest {
 bool isControl(const QWidget& widget) {
     const auto* line = qobject_cast<const QLineEdit*>(&widget);
     if (line && qobject_cast<const QAbstractSpinBox*>(line->parentWidget())) return false;
+    if (qobject_cast<const QLineEdit*>(widget.parentWidget())) return false;  // Escape does what its button does
     if (qobject_cast<const QScrollBar*>(&widget) || widget.objectName().startsWith("qt_")) return false;
     if (qobject_cast<const QHeaderView*>(&widget)) return false;  // the View menu sorts as well
     return qobject_cast<const QAbstractButton*>(&widget) || qobject_cast<const QAbstractSlider*>(&widget) ||
@@ -88,94 +88,13 @@ TEST_F(Windows, EveryControlHasANameAndATabStop) {
     window.show();
     ASSERT_TRUE(goTo(window, folder.path()));
     expectReachable(window);
-    SettingsWindow settings(model.settings(), model.engine().devices());
+    SettingsWindow settings(model.library(), model.engine().devices(), [] {});
     settings.show();
     auto* tabs = settings.findChild<QTabWidget*>();
     for (int tab = 0; tab < tabs->count(); ++tab) {
         tabs->setCurrentIndex(tab);
         expectReachable(settings);
     }
-}
-
-TEST_F(Windows, TheListShowsFoldersFirstAndAudioOnlyWithNumbersByValue) {
-    std::filesystem::create_directories(folder / "Zeta");
-    std::filesystem::create_directories(folder / "trap.wav");
-    std::filesystem::create_directories(folder / ".hidden");
-    for (const char* name : {"take10.wav", "Take2.WAV", "take1.flac", "notes.txt", ".secret.wav", "a.mp3"})
-        std::ofstream(folder / name) << "x";
-    std::ofstream(folder / "big.aif") << std::string(5000, 'x');
-    MainWindow window(model);
-    window.show();
-    ASSERT_TRUE(goTo(window, folder.path()));
-    EXPECT_EQ(names(window),
-              (QStringList{"trap.wav", "Zeta", "a.mp3", "big.aif", "take1.flac", "Take2.WAV", "take10.wav"}));
-    window.browser().model().sort(FolderModel::Size, Qt::DescendingOrder);
-    EXPECT_EQ(names(window).mid(0, 3), (QStringList{"trap.wav", "Zeta", "big.aif"}));
-    window.browser().model().sort(FolderModel::Name, Qt::DescendingOrder);
-    EXPECT_EQ(names(window).mid(2), (QStringList{"take10.wav", "Take2.WAV", "take1.flac", "big.aif", "a.mp3"}));
-}
-
-TEST_F(Windows, KeysWalkTheFoldersAndChooseFiles) {
-    std::filesystem::create_directories(folder / "inner");
-    const auto take = file("inner/take.wav", 2);
-    MainWindow window(model);
-    window.show();
-    ASSERT_TRUE(goTo(window, folder.path()));
-    QTreeView& list = window.browser().list();
-    list.setFocus();
-    QCoreApplication::processEvents();
-    EXPECT_FALSE(player.info()) << "focus alone chooses nothing";
-    QTest::keyClick(&list, Qt::Key_I);
-    QTest::keyClick(&list, Qt::Key_Return);
-    EXPECT_EQ(window.browser().folder(), folder / "inner");
-    ASSERT_TRUE(settle([&] { return window.browser().model().rowCount() == 1; }));
-    QTest::keyClick(&list, Qt::Key_Down);
-    ASSERT_TRUE(settle([&] { return player.info() && player.info()->url == take; }));
-    EXPECT_FALSE(player.isPlaying()) << "auto-play is off";
-    QTest::keyClick(&list, Qt::Key_Space);
-    ASSERT_TRUE(settle([&] { return player.isPlaying(); }));
-    QTest::keyClick(&list, Qt::Key_Backspace);
-    EXPECT_EQ(window.browser().folder(), folder.path());
-    ASSERT_TRUE(settle([&] { return list.currentIndex().isValid(); }));
-    EXPECT_EQ(window.browser().model().path(list.currentIndex().row()), folder / "inner") << "where one came from";
-    EXPECT_TRUE(player.isPlaying());
-}
-
-TEST_F(Windows, AFolderSaysWhyItIsEmpty) {
-    MainWindow window(model);
-    window.show();
-    ASSERT_TRUE(goTo(window, folder.path()));
-    const auto state = [&] {
-        QStringList texts;
-        for (const auto* label : window.browser().findChildren<QLabel*>())
-            if (label->isVisible()) texts << label->text();
-        return texts.join('|');
-    };
-    EXPECT_TRUE(state().contains("No folders or audio files here")) << state().toStdString();
-    window.browser().setFolder(folder / "vanished");
-    ASSERT_TRUE(settle([&] { return !window.browser().model().isReading(); }));
-    EXPECT_TRUE(state().contains("Can't read this folder: No such file or directory")) << state().toStdString();
-}
-
-TEST_F(Windows, AnotherProgramsFilesAppearAndTheMarkStays) {
-    file("b.wav", 1);
-    MainWindow window(model);
-    window.show();
-    ASSERT_TRUE(goTo(window, folder / "b.wav"));
-    ASSERT_TRUE(settle([&] { return window.browser().list().currentIndex().isValid(); }));
-    file("a.wav", 1);
-    ASSERT_TRUE(settle([&] { return window.browser().model().rowCount() == 2; }));
-    EXPECT_EQ(window.browser().list().currentIndex().row(), 1);
-}
-
-TEST_F(Windows, ARowDragsOutAsItsFile) {
-    file("a.wav", 1);
-    file("b #1.wav", 1);
-    MainWindow window(model);
-    ASSERT_TRUE(goTo(window, folder.path()));
-    FolderModel& rows = window.browser().model();
-    const std::unique_ptr<QMimeData> data(rows.mimeData({rows.index(0, 0), rows.index(0, 1), rows.index(1, 0)}));
-    EXPECT_EQ(FileDrag::localPaths(*data), (std::vector{folder / "a.wav", folder / "b #1.wav"}));
 }
 
 TEST_F(Windows, DropsLoadFilesAndOpenFolders) {
@@ -195,24 +114,101 @@ TEST_F(Windows, DropsLoadFilesAndOpenFolders) {
     QApplication::sendEvent(&window, &drop);
     EXPECT_FALSE(named(window, "Drop target")->isVisible());
     ASSERT_TRUE(settle([&] { return player.info() && player.info()->url == path; }));
-    EXPECT_EQ(window.browser().folder(), folder / "inner");
+    EXPECT_EQ(model.library().folder(), folder / "inner");
+    ASSERT_TRUE(settle([&] { return window.browser().table().selectedEntries().size() == 1; }));
+    EXPECT_FALSE(player.isPlaying()) << "auto-play is off";
 }
 
-TEST_F(Windows, TheFolderAndTheWindowComeBack) {
-    std::filesystem::create_directories(folder / "inner");
+TEST_F(Windows, TheWindowAndItsPartsComeBack) {
     {
         MainWindow window(model);
-        window.resize(900, 700);
+        window.resize(1000, 700);
         window.show();
-        ASSERT_TRUE(goTo(window, folder / "inner"));
+        auto* head = window.browser().table().header();
+        head->resizeSection(BrowserTableModel::Category, 155);
+        head->moveSection(head->visualIndex(BrowserTableModel::Format), 1);
+        window.sidebar().setFolded({"Places"});
+        window.showInspector(false);
         window.close();
     }
-    EXPECT_EQ(UIState::load(defaults).folder, folder / "inner");
     MainWindow again(model);
-    EXPECT_EQ(again.browser().folder(), folder / "inner");
-    EXPECT_EQ(again.size(), QSize(900, 700));
-    defaults.set(UIState::key, "{\"folder\": 3, ");
+    again.show();
+    EXPECT_EQ(again.size(), QSize(1000, 700));
+    const auto* head = again.browser().table().header();
+    EXPECT_EQ(head->sectionSize(BrowserTableModel::Category), 155);
+    EXPECT_EQ(head->visualIndex(BrowserTableModel::Format), 1);
+    EXPECT_EQ(again.sidebar().folded(), QStringList{"Places"});
+    EXPECT_FALSE(again.inspector().isVisible());
+    defaults.set(UIState::key, "{\"inspector\": 3, ");
     EXPECT_EQ(UIState::load(defaults), UIState{});
+}
+
+TEST_F(Windows, ThePlayerIsHigherForASoundfieldAndKeepsWhatTheUserAdded) {
+    MainWindow window(model);
+    window.resize(1200, 900);
+    window.show();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(window.playerView().height(), 170);
+    ASSERT_TRUE(load(file("field_ambix.wav", 4)));
+    EXPECT_TRUE(settle([&] { return window.playerView().height() == 204; })) << window.playerView().height();
+    auto* split = window.findChild<QSplitter*>("playerSplit");
+    split->setSizes({400, 260});
+    Q_EMIT split->splitterMoved(400, 1);
+    const int extra = window.playerView().height() - 204;
+    EXPECT_GT(extra, 0);
+    ASSERT_TRUE(load(file("plain.wav", 2)));
+    EXPECT_TRUE(settle([&] { return window.playerView().height() == 170 + extra; })) << window.playerView().height();
+    for (const int width : {1600, 960, 520}) {
+        window.showSidebar(width > 520);
+        window.showInspector(width > 520);
+        EXPECT_TRUE(settle([&] {
+            window.resize(width, 700);
+            return window.width() == width;
+        })) << width
+            << ": the controls give way";
+        EXPECT_EQ(named(window, "Source format")->sizeHint().width() < 70, width < 1600);
+    }
+}
+
+TEST_F(Windows, NoticesTellWhatIsAmiss) {
+    MainWindow fine(model);
+    EXPECT_TRUE(named(fine, "Notices")->isHidden()) << "all is well";
+    HeadlessAudioSystem silent;
+    const auto blocked = folder / "blocked";
+    std::ofstream(blocked) << "x";
+    AppModel lame{{loop, silent, defaults, desktop, blocked / "Catalog.sqlite"}};
+    MainWindow window(lame);
+    QStringList buttons;
+    for (const auto* button : named(window, "Notices")->findChildren<QPushButton*>()) buttons << button->text();
+    EXPECT_EQ(buttons, (QStringList{"Check Again", "Show Its Folder"}));
+}
+
+TEST_F(Windows, TheLibraryTabListsAddsRescansAndRemoves) {
+    const std::string one = folder / "one";
+    const std::string two = folder / "two";
+    for (const auto& root : {one, two}) std::filesystem::create_directories(root);
+    int asked = 0;
+    SettingsWindow settings(model.library(), model.engine().devices(), [&] { ++asked; });
+    settings.show();
+    settings.findChild<QTabWidget*>()->setCurrentIndex(2);
+    model.library().addRoot(one);
+    model.library().addRoot(two);
+    const auto button = [&](const QString& text) {
+        for (auto* candidate : settings.findChildren<QPushButton*>())
+            if ((candidate->accessibleName() == text || candidate->text() == text) && candidate->isVisible())
+                return candidate;
+        return static_cast<QPushButton*>(nullptr);
+    };
+    button("Add Folder…")->click();
+    EXPECT_EQ(asked, 1);
+    ASSERT_TRUE(settle([&] { return model.library().indexing().empty(); }));
+    button("Rescan All")->click();
+    EXPECT_EQ(model.library().indexing().size(), 2);
+    ASSERT_TRUE(button("Remove " + QString::fromStdString(one)));
+    button("Remove " + QString::fromStdString(one))->click();
+    EXPECT_EQ(model.settings().value().libraryRoots, std::vector<std::string>{two});
+    ASSERT_TRUE(settle([&] { return !button("Remove " + QString::fromStdString(one)); }));
+    EXPECT_TRUE(button("Remove " + QString::fromStdString(two)));
 }
 
 TEST_F(Windows, MenuEntriesCallTheirModels) {
@@ -224,8 +220,10 @@ TEST_F(Windows, MenuEntriesCallTheirModels) {
     ASSERT_TRUE(window);
     EXPECT_EQ(window->windowTitle(), "Brindlehum");
     const std::vector<std::pair<QString, QString>> shortcuts = {
-        {"Expert Mode", "Ctrl+Alt+E"}, {"Play / Stop", "Ctrl+Return"}, {"Toggle Loop", "Ctrl+L"},
-        {"Clear Selection", "Ctrl+D"}, {"Settings…", "Ctrl+,"},        {"Quit", "Ctrl+Q"}};
+        {"Expert Mode", "Ctrl+Alt+E"},     {"Play / Stop", "Ctrl+Return"},
+        {"Toggle Loop", "Ctrl+L"},         {"Clear Selection", "Ctrl+D"},
+        {"Settings…", "Ctrl+,"},           {"Quit", "Ctrl+Q"},
+        {"Add Library Folder…", "Ctrl+O"}, {"Find", "Ctrl+F"}};
     for (const auto& [text, keys] : shortcuts) EXPECT_EQ(entry(*window, text)->shortcut(), QKeySequence(keys));
     entry(*window, "Expert Mode")->trigger();
     EXPECT_TRUE(model.settings().value().expertMode);
@@ -233,8 +231,15 @@ TEST_F(Windows, MenuEntriesCallTheirModels) {
     EXPECT_TRUE(player.loop());
     entry(*window, "Play / Stop")->trigger();
     EXPECT_TRUE(loop.runUntil([&] { return player.isPlaying(); }));
-    entry(*window, "Sort by Size")->trigger();
-    EXPECT_EQ(window->browser().list().header()->sortIndicatorSection(), FolderModel::Size);
+    const auto* head = window->browser().table().header();
+    for (const int expected : {int(BrowserTableModel::Length), int(BrowserTableModel::Length), -1}) {
+        entry(*window, "Sort by Length")->trigger();
+        EXPECT_EQ(head->sortIndicatorSection(), expected) << "up, down, and back to the order as given";
+    }
+    bool inspected = window->inspector().isVisible();
+    entry(*window, "Metadata Inspector")->trigger();
+    EXPECT_NE(window->inspector().isVisible(), inspected);
+    EXPECT_EQ(named<QToolButton>(*window, "Metadata inspector")->isChecked(), !inspected);
     player.select(FrameRange{0, 9000});
     entry(*window, "Clear Selection")->trigger();
     EXPECT_FALSE(player.selection());
@@ -250,7 +255,7 @@ TEST_F(Windows, MenuEntriesCallTheirModels) {
 
 TEST_F(Windows, StatusMenuAndSettingsAreOneState) {
     StatusMenu status(model);
-    SettingsWindow settings(model.settings(), model.engine().devices());
+    SettingsWindow settings(model.library(), model.engine().devices(), [] {});
     settings.show();
     QCheckBox* box = nullptr;
     for (auto* candidate : settings.findChildren<QCheckBox*>())

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 
+#include "ui/folder_chooser.h"
 #include "ui/icons.h"
 #include "ui/main_window.h"
 #include "ui/settings_window.h"
@@ -28,18 +29,28 @@ AppWindows::AppWindows(AppModel& model) : model_(model), theme_(std::make_unique
     QApplication::setWindowIcon(applicationIcon());
     main_ = std::make_unique<MainWindow>(model);
     status_ = std::make_unique<StatusMenu>(model);
+    model.chooseFoldersAction = [this](const AppModel::FoldersChosen& chosen) {
+        const auto folders =
+            chooseLibraryFolders(main_.get(), model_.library().folder().value_or(std::filesystem::path()));
+        if (folders.empty()) return;
+        model_.library().clearFilters();
+        chosen(folders);
+    };
     model.openWindowAction = [this](const std::string& id) { open(id); };
     open("main");
 }
 
 AppWindows::~AppWindows() {
     model_.openWindowAction = nullptr;
+    model_.chooseFoldersAction = nullptr;
 }
 
 void AppWindows::open(const std::string& id) {
     if (id == "main") bringUp(*main_);
     if (id != "settings") return;
-    if (!settings_) settings_ = std::make_unique<SettingsWindow>(model_.settings(), model_.engine().devices());
+    if (!settings_)
+        settings_ = std::make_unique<SettingsWindow>(model_.library(), model_.engine().devices(),
+                                                     [this] { model_.addLibraryFolder(); });
     bringUp(*settings_);
 }
 

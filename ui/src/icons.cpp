@@ -21,7 +21,9 @@ QString desktopName(const QString& name) {
                                                   {"minus", "list-remove-symbolic"},
                                                   {"warning", "dialog-warning-symbolic"},
                                                   {"headphones", "audio-headphones-symbolic"},
-                                                  {"level", "audio-volume-high-symbolic"}};
+                                                  {"level", "audio-volume-high-symbolic"},
+                                                  {"search", "system-search-symbolic"},
+                                                  {"drive", "drive-harddisk-symbolic"}};
     return names.value(name);
 }
 
@@ -35,6 +37,8 @@ QColor colorOf(SymbolRole role, QIcon::Mode mode, QIcon::State state) {
             return theme.warning;
         case SymbolRole::secondary:
             return theme.secondary;
+        case SymbolRole::star:
+            return theme.star;
         case SymbolRole::control:
             break;
     }

@@ -4,7 +4,8 @@
 #include <QMenuBar>
 #include <QMessageBox>
 
-#include "ui/folder_browser.h"
+#include "ui/browser_table.h"
+#include "ui/browser_view.h"
 #include "ui/icons.h"
 #include "ui/main_window.h"
 #include "ui/setting_action.h"
@@ -31,8 +32,9 @@ void about(QWidget* parent) {
 }
 
 void fillFile(QMenu* menu, MainWindow& window, AppModel& model) {
+    add(menu, "Add Library Folder…", QKeySequence("Ctrl+O"), [&model] { model.addLibraryFolder(); });
     add(menu, "Open File…", QKeySequence("Ctrl+Shift+O"), [&window] { window.chooseFile(); });
-    add(menu, "Open Folder…", QKeySequence("Ctrl+O"), [&window] { window.chooseFolder(); });
+    add(menu, "Open Folder…", {}, [&window] { window.chooseFolder(); });
     menu->addSeparator();
     auto* edits =
         add(menu, "Make Temp Edits", QKeySequence("Ctrl+Shift+E"), [&model] { model.handle("tempedits", {}); });
@@ -44,12 +46,45 @@ void fillFile(QMenu* menu, MainWindow& window, AppModel& model) {
     add(menu, "Quit", QKeySequence("Ctrl+Q"), [] { QApplication::quit(); });
 }
 
+void fillEdit(QMenu* menu, MainWindow& window, AppModel& model) {
+    add(menu, "Find", QKeySequence("Ctrl+F"), [&window] { window.browser().focusSearch(); });
+    add(menu, "Clear Search", QKeySequence("Ctrl+Shift+F"), [&model] { model.library().clearFilters(); });
+    menu->addSeparator();
+    auto* undo = add(menu, "Undo Rename", {}, [&model] { model.library().undoRename(); });
+    QObject::connect(menu, &QMenu::aboutToShow, undo,
+                     [undo, &model] { undo->setEnabled(model.library().canUndoRename()); });
+    menu->addSeparator();
+    add(menu, "Settings…", QKeySequence("Ctrl+,"), [&model] { model.openWindow("settings"); });
+}
+
 // What a click on a column's head does, for the keyboard.
-void fillSort(QMenu* menu, FolderBrowser& browser) {
-    for (int column = 0; column < FolderModel::ColumnCount; ++column) {
-        const QString name = browser.model().headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
-        add(menu, "Sort by " + name, {}, [&browser, column] { browser.sortBy(column); });
-    }
+void fillSort(QMenu* menu, BrowserTable& table) {
+    for (int column = 0; column < BrowserTableModel::ColumnCount; ++column)
+        add(menu, "Sort by " + BrowserTableModel::columnName(column), {}, [&table, column] { table.sortBy(column); });
+    add(menu, "Reset Columns", {}, [&table] { table.resetColumns(); });
+}
+
+QAction* addPart(QMenu* menu, const QString& text, const QKeySequence& keys, MainWindow& window,
+                 bool (MainWindow::*shown)() const, void (MainWindow::*show)(bool)) {
+    auto* entry = menu->addAction(text);
+    entry->setShortcut(keys);
+    entry->setCheckable(true);
+    entry->setChecked((window.*shown)());
+    QObject::connect(entry, &QAction::triggered, &window, show);
+    QObject::connect(&window, &MainWindow::partsChanged, entry,
+                     [entry, &window, shown] { entry->setChecked((window.*shown)()); });
+    return entry;
+}
+
+void fillView(QMenu* menu, MainWindow& window, AppModel& model) {
+    addPart(menu, "Sidebar", QKeySequence("F9"), window, &MainWindow::showsSidebar, &MainWindow::showSidebar);
+    addPart(menu, "Metadata Inspector", QKeySequence("Ctrl+I"), window, &MainWindow::showsInspector,
+            &MainWindow::showInspector);
+    menu->addSeparator();
+    fillSort(menu, window.browser().table());
+    menu->addSeparator();
+    auto* expert = addSetting(*menu, "Expert Mode", model.settings(), &AppSettings::expertMode);
+    expert->setShortcut(QKeySequence("Ctrl+Alt+E"));
 }
 
 }  // namespace
@@ -59,14 +94,8 @@ void fillMenuBar(MainWindow& window, AppModel& model) {
     PlayerModel& player = model.player();
     fillFile(bar->addMenu("&File"), window, model);
 
-    auto* edit = bar->addMenu("&Edit");
-    add(edit, "Settings…", QKeySequence("Ctrl+,"), [&model] { model.openWindow("settings"); });
-
-    auto* view = bar->addMenu("&View");
-    fillSort(view, window.browser());
-    view->addSeparator();
-    auto* expert = addSetting(*view, "Expert Mode", model.settings(), &AppSettings::expertMode);
-    expert->setShortcut(QKeySequence("Ctrl+Alt+E"));
+    fillEdit(bar->addMenu("&Edit"), window, model);
+    fillView(bar->addMenu("&View"), window, model);
 
     auto* playback = bar->addMenu("&Playback");
     auto* play = add(playback, "Play / Stop", QKeySequence("Ctrl+Return"), [&player] { player.togglePlay(); });

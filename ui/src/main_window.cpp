@@ -4,16 +4,24 @@
 #include <QCloseEvent>
 #include <QDragEnterEvent>
 #include <QFileDialog>
+#include <QMessageBox>
 #include <QMimeData>
 #include <QSplitter>
-#include <QStandardPaths>
-#include <QTreeView>
+#include <QToolButton>
+#include <QVBoxLayout>
 
+#include "library/catalog_location.h"
+#include "platform/headless_audio.h"
+#include "ui/banner_stack.h"
+#include "ui/browser_bar.h"
+#include "ui/browser_table.h"
+#include "ui/browser_view.h"
 #include "ui/drop_overlay.h"
 #include "ui/file_drag.h"
-#include "ui/folder_browser.h"
+#include "ui/inspector_view.h"
 #include "ui/main_menus.h"
 #include "ui/player_view.h"
+#include "ui/sidebar_view.h"
 #include "ui/temp_edits_bar.h"
 #include "ui/ui_state.h"
 
@@ -23,17 +31,13 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr int saveDelayMs = 500;  // a window being sized changes many times a second
-constexpr QSize firstSize(1080, 760);
+constexpr QSize firstSize(1280, 800);
+constexpr int sidebarMinWidth = 190;  // logical pixels, as is the next
+constexpr int sidebarWidth = 230;
 
 bool isFolder(const fs::path& path) {
     std::error_code error;
     return fs::is_directory(path, error);
-}
-
-fs::path firstFolder(const fs::path& remembered) {
-    if (!remembered.empty() && isFolder(remembered)) return remembered;
-    const auto music = FileDrag::toPath(QStandardPaths::writableLocation(QStandardPaths::MusicLocation));
-    return isFolder(music) ? music : FileDrag::toPath(QDir::homePath());
 }
 
 QString audioFilter() {
@@ -57,83 +61,179 @@ MainWindow::MainWindow(AppModel& model) : model_(model) {
     setObjectName("main");
     setWindowTitle("Brindlehum");
     setAcceptDrops(true);
-    splitter_ = new QSplitter(Qt::Vertical);
-    splitter_->setChildrenCollapsible(false);
-    splitter_->setHandleWidth(6);
-    splitter_->addWidget(player_ = new PlayerView(model.player(), WaveformView::Style::window));
-    splitter_->addWidget(browser_ = new FolderBrowser);
-    splitter_->setStretchFactor(0, 1);
-    splitter_->setStretchFactor(1, 1);
-    setCentralWidget(splitter_);
+    makeParts();
     player_->addToMessage(new TempEditsBar(model.tempEdits(), model.player()));
     overlay_ = new DropOverlay(this);
     fillMenuBar(*this, model);
-
     saveSoon_.setSingleShot(true);
     saveSoon_.setInterval(saveDelayMs);
     connect(&saveSoon_, &QTimer::timeout, this, &MainWindow::save);
     connect(qApp, &QCoreApplication::aboutToQuit, this, &MainWindow::save);
     restore();
-    connect(splitter_, &QSplitter::splitterMoved, &saveSoon_, qOverload<>(&QTimer::start));
-    connect(browser_, &FolderBrowser::columnsChanged, &saveSoon_, qOverload<>(&QTimer::start));
-    connect(browser_, &FolderBrowser::folderChanged, this, &MainWindow::save);
-    connect(browser_, &FolderBrowser::fileChosen, this, &MainWindow::load);
-    connect(browser_, &FolderBrowser::togglePlay, this, [this] { model_.player().togglePlay(); });
-    connect(browser_, &FolderBrowser::openFolderAsked, this, &MainWindow::chooseFolder);
-    connect(&model.player(), &PlayerModel::changed, this, &MainWindow::followPlayer);
-    browser_->list().setFocus();
+    connectParts();
+    refreshBanners();
+    browser_->table().setFocus();
 }
 
 MainWindow::~MainWindow() = default;
+
+void MainWindow::makeParts() {
+    const auto makeSplitter = [](Qt::Orientation orientation) {
+        auto* splitter = new QSplitter(orientation);
+        splitter->setChildrenCollapsible(false);
+        splitter->setHandleWidth(5);
+        return splitter;
+    };
+    sidebar_ = new SidebarView(model_.library());
+    sidebar_->setMinimumWidth(sidebarMinWidth);
+    inspectorSplit_ = makeSplitter(Qt::Horizontal);
+    inspectorSplit_->addWidget(browser_ = new BrowserView(model_));
+    inspectorSplit_->addWidget(inspector_ = new InspectorView(model_.library()));
+    inspectorSplit_->setStretchFactor(0, 1);
+    playerSplit_ = makeSplitter(Qt::Vertical);
+    playerSplit_->setObjectName("playerSplit");
+    playerSplit_->addWidget(inspectorSplit_);
+    playerSplit_->addWidget(player_ = new PlayerView(model_.player(), WaveformView::Style::window));
+    playerSplit_->setStretchFactor(0, 1);
+    auto* detail = new QWidget;
+    auto* column = new QVBoxLayout(detail);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(banners_ = new BannerStack);
+    column->addWidget(playerSplit_, 1);
+    sideSplit_ = makeSplitter(Qt::Horizontal);
+    sideSplit_->addWidget(sidebar_);
+    sideSplit_->addWidget(detail);
+    sideSplit_->setStretchFactor(1, 1);
+    setCentralWidget(sideSplit_);
+}
+
+void MainWindow::connectParts() {
+    const auto saveSoon = [this] { saveSoon_.start(); };
+    connect(sideSplit_, &QSplitter::splitterMoved, this, saveSoon);
+    connect(inspectorSplit_, &QSplitter::splitterMoved, this, saveSoon);
+    connect(playerSplit_, &QSplitter::splitterMoved, this, [this, saveSoon] {
+        playerExtra_ = std::max(0, player_->height() - basePlayerHeight());
+        saveSoon();
+    });
+    connect(&browser_->table(), &BrowserTable::columnsChanged, this, saveSoon);
+    connect(sidebar_, &SidebarView::foldedChanged, this, saveSoon);
+    connect(&browser_->bar().inspectorToggle(), &QToolButton::clicked, this, &MainWindow::showInspector);
+    connect(browser_, &BrowserView::selectionMoved, this,
+            [this] { inspector_->setSelection(browser_->table().selectedEntries()); });
+    connect(sidebar_, &SidebarView::addFolderAsked, &model_, &AppModel::addLibraryFolder);
+    connect(browser_, &BrowserView::addFolderAsked, &model_, &AppModel::addLibraryFolder);
+    connect(&model_.player(), &PlayerModel::changed, this, &MainWindow::followPlayer);
+}
+
+bool MainWindow::showsInspector() const {
+    return !inspector_->isHidden();
+}
+
+bool MainWindow::showsSidebar() const {
+    return !sidebar_->isHidden();
+}
+
+void MainWindow::showInspector(bool shown) {
+    inspector_->setVisible(shown);
+    browser_->bar().inspectorToggle().setChecked(shown);
+    Q_EMIT partsChanged();
+    saveSoon_.start();
+}
+
+void MainWindow::showSidebar(bool shown) {
+    sidebar_->setVisible(shown);
+    Q_EMIT partsChanged();
+    saveSoon_.start();
+}
 
 void MainWindow::restore() {
     const UIState state = UIState::load(model_.defaults());
     resize(firstSize);
     restoreGeometry(state.geometry);
-    if (!splitter_->restoreState(state.splitter)) splitter_->setSizes({430, 330});
-    browser_->restoreColumns(state.columns);
-    browser_->setFolder(firstFolder(state.folder));
+    if (!sideSplit_->restoreState(state.sidebarSplit)) sideSplit_->setSizes({sidebarWidth, width() - sidebarWidth});
+    if (!inspectorSplit_->restoreState(state.inspectorSplit))
+        inspectorSplit_->setSizes({width() - sidebarWidth - InspectorView::idealWidth, InspectorView::idealWidth});
+    browser_->table().restoreColumns(state.columns);
+    sidebar_->setFolded(state.folded);
+    playerExtra_ = state.playerExtra;
+    showInspector(state.inspector);
+    showSidebar(state.sidebar);
+    fitPlayer();
 }
 
 void MainWindow::save() {
+    saveSoon_.stop();
     UIState state;
-    state.folder = browser_->folder();
     state.geometry = saveGeometry();
-    state.splitter = splitter_->saveState();
-    state.columns = browser_->saveColumns();
+    state.sidebarSplit = sideSplit_->saveState();
+    state.inspectorSplit = inspectorSplit_->saveState();
+    state.columns = browser_->table().saveColumns();
+    state.folded = sidebar_->folded();
+    state.playerExtra = playerExtra_;
+    state.inspector = showsInspector();
+    state.sidebar = showsSidebar();
     if (state != UIState::load(model_.defaults())) state.save(model_.defaults());
 }
 
-void MainWindow::load(const fs::path& file) {
-    shown_ = file;
-    model_.player().load(file, model_.settings().value().autoPlay);
+int MainWindow::basePlayerHeight() const {
+    const auto source = model_.player().source();
+    return source && source->asAmbisonic() ? ambisonicPlayerHeight : playerHeight;
+}
+
+// The row for a soundfield makes the player higher; what the user has added stays.
+void MainWindow::fitPlayer() {
+    const int base = basePlayerHeight();
+    player_->setMinimumHeight(base);
+    const int wanted = base + playerExtra_;
+    const int all = playerSplit_->height();
+    playerSplit_->setSizes({std::max(1, all - wanted - playerSplit_->handleWidth()), wanted});
+}
+
+void MainWindow::refreshBanners() {
+    std::vector<Banner> banners;
+    const auto devices = model_.engine().devices().allOutputs();
+    if (devices.size() == 1 && devices.front().uid == HeadlessAudioSystem::uid)
+        banners.push_back({"No sound server is running, so nothing will be heard. Brindlehum plays through PipeWire.",
+                           "Check Again", [this] { refreshBanners(); }});
+    if (!model_.library().catalog())
+        banners.push_back(
+            {"The library's catalog can't be opened: search and shared metadata are off. "
+             "Folders can still be browsed.",
+             "Show Its Folder", [this] { model_.desktop().openFolder(defaultCatalogFile().parent_path()); }});
+    banners_->setBanners(std::move(banners));
 }
 
 void MainWindow::openPath(const fs::path& path) {
     if (isFolder(path)) {
-        browser_->setFolder(path);
+        browser_->openFolder(path);
     } else if (AudioFileInfo::isAudioPath(path)) {
+        shown_ = path;
         browser_->reveal(path);
-        load(path);
+        model_.player().load(path, model_.settings().value().autoPlay);
     }
 }
 
 // A file that came in from elsewhere (the command line, the control port) is shown in its folder.
 void MainWindow::followPlayer() {
+    if (player_->minimumHeight() != basePlayerHeight()) fitPlayer();
     const auto& info = model_.player().info();
     if (!info || info->url == shown_) return;
     shown_ = info->url;
+    for (const auto& entry : browser_->table().selectedEntries())
+        if (entry.url == info->url) return;
     browser_->reveal(info->url);
 }
 
 void MainWindow::chooseFile() {
-    const QString file =
-        QFileDialog::getOpenFileName(this, "Open File", FileDrag::toText(browser_->folder()), audioFilter());
+    const fs::path start = model_.library().folder().value_or(fs::path());
+    const QString file = QFileDialog::getOpenFileName(this, "Open File", FileDrag::toText(start), audioFilter());
     if (!file.isEmpty()) openPath(FileDrag::toPath(file));
 }
 
 void MainWindow::chooseFolder() {
-    const QString folder = QFileDialog::getExistingDirectory(this, "Open Folder", FileDrag::toText(browser_->folder()));
+    const fs::path start = model_.library().folder().value_or(fs::path());
+    const QString folder = QFileDialog::getExistingDirectory(this, "Open Folder", FileDrag::toText(start));
     if (!folder.isEmpty()) openPath(FileDrag::toPath(folder));
 }
 
@@ -150,6 +250,11 @@ void MainWindow::resizeEvent(QResizeEvent* event) {
 void MainWindow::moveEvent(QMoveEvent* event) {
     QMainWindow::moveEvent(event);
     saveSoon_.start();
+}
+
+void MainWindow::changeEvent(QEvent* event) {
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::ActivationChange && isActiveWindow()) refreshBanners();
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {

@@ -9,7 +9,7 @@
 
 #include "ui/drag_handle.h"
 #include "ui/elided_label.h"
-#include "ui/file_drag.h"
+#include "ui/player_header.h"
 #include "ui/soundfield_row.h"
 #include "ui/source_bar.h"
 #include "ui/symbol_label.h"
@@ -18,6 +18,9 @@
 
 namespace brindlehum {
 namespace {
+
+constexpr int minWidth = 400;       // logical pixels, as is the next
+constexpr int controlsMargin = 16;  // at both sides together
 
 QVBoxLayout* column(QWidget* parent, int margin, int spacing) {
     auto* layout = new QVBoxLayout(parent);
@@ -31,15 +34,14 @@ QVBoxLayout* column(QWidget* parent, int margin, int spacing) {
 PlayerView::PlayerView(PlayerModel& player, WaveformView::Style style, QWidget* parent)
     : QWidget(parent), player_(player) {
     setAccessibleName("Player");
-    auto* all = column(this, 16, 8);
+    auto* all = column(this, 8, 6);
     auto* top = new QWidget;
     stack_ = new QStackedLayout(top);
     stack_->addWidget(empty_ = makeEmpty());
     stack_->addWidget(loaded_ = makeLoaded(style));
     all->addWidget(top, 1);
     all->addWidget(makeMessage());
-    all->addWidget(transport_ = new TransportBar(player));
-    all->addWidget(source_ = new SourceBar(player));
+    all->addWidget(controls_ = makeControls());
     all->addWidget(soundfield_ = new SoundfieldRow(player));
     connectWaveform();
     connect(&player, &PlayerModel::changed, this, &PlayerView::refresh);
@@ -54,7 +56,7 @@ QWidget* PlayerView::makeEmpty() {
     auto* text = new QLabel("Select an audio file");
     text->setProperty("role", "empty");
     text->setAlignment(Qt::AlignCenter);
-    auto* hint = new QLabel("Choose one in the list below, or drop a file or a folder here.");
+    auto* hint = new QLabel("Choose one in the list above, or drop a file or a folder here.");
     hint->setProperty("role", "secondary");
     hint->setAlignment(Qt::AlignCenter);
     layout->addStretch(1);
@@ -67,16 +69,8 @@ QWidget* PlayerView::makeEmpty() {
 QWidget* PlayerView::makeLoaded(WaveformView::Style style) {
     auto* box = new QWidget;
     auto* layout = column(box, 0, 0);
-    auto* header = new QHBoxLayout;
-    header->setSpacing(16);
-    title_ = new ElidedLabel(Qt::ElideMiddle);
-    title_->setProperty("role", "title");
-    summary_ = new ElidedLabel(Qt::ElideRight);
-    summary_->setProperty("role", "secondary");
-    header->addWidget(title_, 1);
-    header->addWidget(summary_, 0, Qt::AlignBottom);
-    layout->addLayout(header);
-    layout->addSpacing(8);
+    layout->addWidget(header_ = new PlayerHeader(player_));
+    layout->addSpacing(2);
     layout->addWidget(ruler_ = new TimeRuler);
     layout->addWidget(waveform_ = new WaveformView(style), 1);
     return box;
@@ -106,6 +100,35 @@ bool PlayerView::eventFilter(QObject* object, QEvent* event) {
     return QWidget::eventFilter(object, event);
 }
 
+QWidget* PlayerView::makeControls() {
+    auto* bar = new QWidget;
+    auto* row = new QHBoxLayout(bar);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(16);
+    row->addWidget(transport_ = new TransportBar(player_));
+    row->addWidget(source_ = new SourceBar(player_), 1);
+    return bar;
+}
+
+// Everything with its text where there is room for it, else icons alone.
+void PlayerView::fitControls() {
+    for (const bool narrow : {false, true}) {
+        transport_->setNarrow(narrow);
+        source_->setNarrow(narrow);
+        controls_->layout()->activate();
+        if (controls_->layout()->minimumSize().width() <= width() - controlsMargin) break;
+    }
+}
+
+QSize PlayerView::minimumSizeHint() const {
+    return {minWidth, QWidget::minimumSizeHint().height()};
+}
+
+void PlayerView::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    fitControls();
+}
+
 void PlayerView::connectWaveform() {
     waveform_->onSeek = [this](int64_t frame) { player_.seek(frame); };
     waveform_->onSelect = [this](std::optional<FrameRange> range) {
@@ -129,13 +152,11 @@ void PlayerView::connectWaveform() {
 void PlayerView::refresh() {
     const auto& info = player_.info();
     stack_->setCurrentWidget(info ? loaded_ : empty_);
-    if (info) {
-        title_->setFullText(FileDrag::toText(info->url.filename()));
-        summary_->setFullText(QString::fromStdString(info->summary()));
-    }
+    header_->refresh();
     refreshWaveform();
     transport_->refresh();
     source_->refresh();
+    fitControls();
     soundfield_->refresh();
     refreshMessage();
 }
@@ -166,7 +187,7 @@ void PlayerView::refreshWaveform() {
 
 void PlayerView::movePlayhead() {
     waveform_->setPlayhead(player_.playhead().frame());
-    transport_->refreshTime();
+    header_->refreshTime();
 }
 
 }  // namespace brindlehum

@@ -7,6 +7,7 @@
 #include <QVBoxLayout>
 
 #include "ui/icons.h"
+#include "ui/library_settings.h"
 #include "ui/outputs_settings.h"
 #include "ui/setting_action.h"
 
@@ -35,7 +36,8 @@ QWidget* makeAudition(SettingsStore& settings) {
 
 }  // namespace
 
-SettingsWindow::SettingsWindow(SettingsStore& settings, const AudioDevices& devices) {
+SettingsWindow::SettingsWindow(LibraryModel& library, const AudioDevices& devices, std::function<void()> addFolder) {
+    SettingsStore& settings = library.settings();
     setObjectName("window");
     setWindowTitle("Settings");
     setAttribute(Qt::WA_StyledBackground);
@@ -45,6 +47,7 @@ SettingsWindow::SettingsWindow(SettingsStore& settings, const AudioDevices& devi
     tabs->setAccessibleName("Settings");
     tabs->addTab(new OutputsSettings(settings, devices), symbol("speakers"), "Outputs");
     tabs->addTab(makeAudition(settings), symbol("file"), "Audition");
+    tabs->addTab(new LibrarySettings(library, std::move(addFolder)), symbol("library"), "Library");
     layout->addWidget(tabs);
     resize(820, 640);
     connect(new QShortcut(QKeySequence("Ctrl+W"), this), &QShortcut::activated, this, &QWidget::close);

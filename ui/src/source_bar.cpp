@@ -43,11 +43,13 @@ SourceBar::SourceBar(PlayerModel& player, QWidget* parent) : QWidget(parent), pl
     device_ = new ElidedLabel(Qt::ElideRight);
     device_->setProperty("role", "secondary");
     drag_ = new MenuButton("Drag as", "What a drag into the DAW delivers", [this](QMenu& m) { fillDrag(m); });
+    drag_->setIcon(symbol("drag"));
     handle_ = new DragHandle;
     row->addWidget(format_);
     row->addWidget(listen_);
     row->addWidget(profile_);
     row->addWidget(device_, 1);
+    row->addStretch();
     row->addWidget(drag_);
     row->addWidget(handle_);
     refresh();
@@ -70,6 +72,14 @@ void SourceBar::refresh() {
     drag_->setVisible(loaded && player_.dragOptions().size() > 1);
     drag_->setChoice(QString::fromStdString(name(player_.dragExport())));
     handle_->setVisible(loaded);
+}
+
+void SourceBar::setNarrow(bool narrow) {
+    const auto style = narrow ? Qt::ToolButtonIconOnly : Qt::ToolButtonTextBesideIcon;
+    for (QToolButton* button : {static_cast<QToolButton*>(format_), static_cast<QToolButton*>(listen_),
+                                static_cast<QToolButton*>(profile_), static_cast<QToolButton*>(drag_)})
+        button->setToolButtonStyle(style);
+    device_->setVisible(!narrow);
 }
 
 void SourceBar::refreshDevice() {

@@ -13,7 +13,8 @@ namespace brindlehum {
 namespace {
 
 constexpr ValueSlider::Range levelRange{-40, 6, 0.5, 0};  // dB
-constexpr int levelWidth = 140;                           // logical pixels
+constexpr int levelWidth = 120;                           // logical pixels, as is the next
+constexpr int narrowLevelWidth = 64;
 
 QToolButton* toggle(const QString& name, const QString& icon, const QString& toolTip) {
     auto* button = new QToolButton;
@@ -32,17 +33,11 @@ TransportBar::TransportBar(PlayerModel& player, QWidget* parent) : QWidget(paren
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(8);
     makeToggles();
-    time_ = new TimeLabel;
-    makeSelection();
     makeLevel();
     row->addWidget(play_);
     row->addWidget(loop_);
     row->addWidget(autoPlay_);
     row->addSpacing(8);
-    row->addWidget(time_);
-    row->addSpacing(8);
-    row->addWidget(selectionBox_);
-    row->addStretch(1);
     row->addWidget(new SymbolLabel("level", SymbolRole::secondary));
     row->addWidget(level_);
     row->addWidget(levelValue_);
@@ -58,29 +53,8 @@ void TransportBar::makeToggles() {
     loop_ = toggle("Loop", "loop", "Loop (selection or whole file)");
     connect(loop_, &QToolButton::clicked, this, [this](bool on) { player_.setLoop(on); });
     autoPlay_ = toggle("Auto-play", "autoplay", "Auto-play on selection");
-    autoPlay_->setText("Auto-play");
-    autoPlay_->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     connect(autoPlay_, &QToolButton::clicked, this,
             [this](bool on) { player_.settings().change([on](AppSettings& s) { s.autoPlay = on; }); });
-}
-
-void TransportBar::makeSelection() {
-    selectionBox_ = new QWidget;
-    auto* row = new QHBoxLayout(selectionBox_);
-    row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(4);
-    selection_ = new QLabel;
-    selection_->setFont(tabularFont(10));
-    auto* clear = new QToolButton;
-    clear->setIcon(symbol("clear"));
-    clear->setIconSize({12, 12});
-    clear->setProperty("role", "flat");
-    clear->setToolTip("Clear selection");
-    clear->setAccessibleName("Clear selection");
-    clear->setFocusPolicy(Qt::StrongFocus);
-    connect(clear, &QToolButton::clicked, this, [this] { player_.clearSelection(); });
-    row->addWidget(selection_);
-    row->addWidget(clear);
 }
 
 void TransportBar::makeLevel() {
@@ -103,22 +77,14 @@ void TransportBar::refresh() {
     loop_->setChecked(player_.loop());
     autoPlay_->setChecked(player_.settings().value().autoPlay);
 
-    const auto& info = player_.info();
-    const auto& selection = player_.selection();
-    selectionBox_->setVisible(selection.has_value());
-    if (selection && info)
-        selection_->setText("Sel " + QString::fromStdString(PlayerModel::time(static_cast<double>(selection->length()) /
-                                                                              std::max(info->sampleRate, 1.0))));
-
     level_->setNumber(player_.volumeDB());
     level_->setToolTip(QString::asprintf("Audition level %.1f dB", player_.volumeDB()));
     levelValue_->setText(QString::asprintf("%+.1f dB", player_.volumeDB()));
-    refreshTime();
 }
 
-void TransportBar::refreshTime() {
-    const auto& info = player_.info();
-    time_->setTime(player_.playhead().frame(), info ? info->frames : 0, info ? info->sampleRate : 1);
+void TransportBar::setNarrow(bool narrow) {
+    level_->setFixedWidth(narrow ? narrowLevelWidth : levelWidth);
+    levelValue_->setVisible(!narrow);
 }
 
 }  // namespace brindlehum

@@ -11,11 +11,10 @@
 namespace brindlehum {
 namespace {
 
-constexpr double arrowShare = 0.01;   // of the file, one arrow key
-constexpr double shiftSeconds = 5;    // one arrow key with Shift
-constexpr double minDragWidth = 8;    // logical pixels of a dragged selection's picture
-constexpr int minHeight = 96;         // logical pixels
-constexpr double minLaneHeight = 14;  // logical pixels: a label's line
+constexpr double arrowShare = 0.01;  // of the file, one arrow key
+constexpr double shiftSeconds = 5;   // one arrow key with Shift
+constexpr double minDragWidth = 8;   // logical pixels of a dragged selection's picture
+constexpr int minHeight = 28;        // logical pixels
 
 }  // namespace
 
@@ -48,8 +47,6 @@ void WaveformView::setTotalFrames(int64_t frames, double sampleRate) {
 void WaveformView::setLaneLabels(std::vector<std::string> labels) {
     if (labels == labels_) return;
     labels_ = std::move(labels);
-    const auto lanes = static_cast<double>(labels_.size());
-    setMinimumHeight(std::max(minHeight, static_cast<int>(std::min(lanes, 16.0) * minLaneHeight)));
     stale();
 }
 

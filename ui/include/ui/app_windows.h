@@ -14,7 +14,7 @@ class StatusMenu;
 class ThemeController;
 
 // Main thread, with a QApplication. Sets the look of the application and keeps it resident when its last window
-// closes. Construction fills `model.openWindowAction`, shows the status menu where the desktop has a place for it,
+// closes. Construction fills the model's window actions, shows the status menu where the desktop has a place for it,
 // and brings the main window up.
 class AppWindows {
 public:

@@ -6,7 +6,7 @@
 
 namespace brindlehum {
 
-enum class SymbolRole { control, onAccent, warning, secondary };
+enum class SymbolRole { control, onAccent, warning, secondary, star };
 
 // `name` is a file of our set without its ending ("play", "stop", ...). The desktop's symbolic icon of the same
 // meaning takes its place where the icon theme has one. The icon follows a later change of theme.

@@ -1,4 +1,4 @@
-// MainWindow: the player above a plain folder list, with the menu bar.
+// MainWindow: the browser of the library: sidebar, sounds, metadata inspector, and the player below them.
 #pragma once
 
 #include <QMainWindow>
@@ -12,13 +12,20 @@ class QSplitter;
 
 namespace brindlehum {
 
+class BannerStack;
+class BrowserView;
 class DropOverlay;
-class FolderBrowser;
+class InspectorView;
 class PlayerView;
+class SidebarView;
 
 class MainWindow : public QMainWindow {
     Q_OBJECT
 public:
+    // Heights of the player as long as the user hasn't made it higher, logical pixels.
+    static constexpr int playerHeight = 170;
+    static constexpr int ambisonicPlayerHeight = 204;
+
     explicit MainWindow(AppModel& model);
     ~MainWindow() override;
 
@@ -26,29 +33,49 @@ public:
     void openPath(const std::filesystem::path& path);
     void chooseFile();
     void chooseFolder();
-    FolderBrowser& browser() { return *browser_; }
+    void showInspector(bool shown);
+    void showSidebar(bool shown);
+    bool showsInspector() const;
+    bool showsSidebar() const;
+    BrowserView& browser() { return *browser_; }
+    SidebarView& sidebar() { return *sidebar_; }
+    InspectorView& inspector() { return *inspector_; }
     PlayerView& playerView() { return *player_; }
+
+Q_SIGNALS:
+    void partsChanged();  // a part has been shown or hidden
 
 protected:
     void closeEvent(QCloseEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void moveEvent(QMoveEvent* event) override;
+    void changeEvent(QEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dragLeaveEvent(QDragLeaveEvent* event) override;
     void dropEvent(QDropEvent* event) override;
 
 private:
-    void load(const std::filesystem::path& file);
+    void makeParts();
+    void connectParts();
     void followPlayer();
+    void refreshBanners();
+    void fitPlayer();
+    int basePlayerHeight() const;
     void restore();
     void save();
 
     AppModel& model_;
-    QSplitter* splitter_;
+    QSplitter* sideSplit_;       // sidebar | the rest
+    QSplitter* playerSplit_;     // browser and inspector / player
+    QSplitter* inspectorSplit_;  // browser | inspector
+    SidebarView* sidebar_;
+    BannerStack* banners_;
+    BrowserView* browser_;
+    InspectorView* inspector_;
     PlayerView* player_;
-    FolderBrowser* browser_;
     DropOverlay* overlay_;
     std::filesystem::path shown_;  // the file that the list was last brought to
+    int playerExtra_ = 0;
     QTimer saveSoon_;
 };
 

@@ -13,6 +13,7 @@ class QStackedLayout;
 namespace brindlehum {
 
 class ElidedLabel;
+class PlayerHeader;
 class SoundfieldRow;
 class SourceBar;
 class SymbolLabel;
@@ -30,10 +31,18 @@ public:
 protected:
     bool eventFilter(QObject* object, QEvent* event) override;
 
+    // The controls give way, so that the window can be narrow.
+    QSize minimumSizeHint() const override;
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
 private:
     QWidget* makeEmpty();
     QWidget* makeLoaded(WaveformView::Style style);
     QWidget* makeMessage();
+    QWidget* makeControls();
+    void fitControls();
     void connectWaveform();
     void refresh();
     void refreshMessage();
@@ -44,10 +53,10 @@ private:
     QStackedLayout* stack_;
     QWidget* empty_;
     QWidget* loaded_;
-    ElidedLabel* title_;
-    ElidedLabel* summary_;
+    PlayerHeader* header_;
     TimeRuler* ruler_;
     WaveformView* waveform_;
+    QWidget* controls_;
     TransportBar* transport_;
     SourceBar* source_;
     SoundfieldRow* soundfield_;

@@ -3,15 +3,18 @@
 
 #include <QWidget>
 
+#include <functional>
+
+#include "library/library_model.h"
 #include "mix/audio_devices.h"
-#include "settings/settings_store.h"
 
 namespace brindlehum {
 
 class SettingsWindow : public QWidget {
     Q_OBJECT
 public:
-    SettingsWindow(SettingsStore& settings, const AudioDevices& devices);
+    // `addFolder` lets the user choose folders for the library and adds them.
+    SettingsWindow(LibraryModel& library, const AudioDevices& devices, std::function<void()> addFolder);
 };
 
 }  // namespace brindlehum

@@ -16,6 +16,8 @@ class SourceBar : public QWidget {
 public:
     explicit SourceBar(PlayerModel& player, QWidget* parent = nullptr);
     void refresh();
+    // Icons alone, and no device.
+    void setNarrow(bool narrow);
     DragHandle& dragHandle() { return *handle_; }
 
 private:

@@ -36,6 +36,7 @@ struct Theme {
     QColor onAccent;      // text on accent
     QColor accentGround;  // ground of chosen rows and pressed toggles; carries `text`
     QColor warning;
+    QColor star;                 // of a rating
     WaveformColors waveform;     // of windows
     WaveformColors hudWaveform;  // of panels that float over other programs
 

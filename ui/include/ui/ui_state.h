@@ -2,7 +2,7 @@
 #pragma once
 
 #include <QByteArray>
-#include <filesystem>
+#include <QStringList>
 #include <string>
 
 #include "settings/user_defaults.h"
@@ -12,14 +12,18 @@ namespace brindlehum {
 struct UIState {
     static constexpr const char* key = "ui.state";
 
-    std::filesystem::path folder;  // empty before the first
-    QByteArray geometry;           // of the main window, Qt's own form
-    QByteArray splitter;
-    QByteArray columns;
+    QByteArray geometry;        // of the main window, Qt's own form, as are the next three
+    QByteArray sidebarSplit;    // sidebar and the rest
+    QByteArray inspectorSplit;  // browser and inspector
+    QByteArray columns;         // of the browser
+    QStringList folded;         // sections of the sidebar that show their name alone
+    int playerExtra = 0;        // logical pixels that the user has made the player higher
+    bool inspector = true;
+    bool sidebar = true;
 
     bool operator==(const UIState&) const = default;
 
-    // A missing or unreadable part is empty.
+    // A missing or unreadable part has its default.
     static UIState load(const UserDefaults& defaults);
     void save(UserDefaults& defaults) const;
 };

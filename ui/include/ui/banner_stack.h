@@ -1,0 +1,32 @@
+// BannerStack: what keeps the program from its full use, each with a button that helps; empty when all is well.
+#pragma once
+
+#include <QWidget>
+#include <functional>
+#include <vector>
+
+class QVBoxLayout;
+
+namespace brindlehum {
+
+struct Banner {
+    QString text;
+    QString button;  // empty: none
+    std::function<void()> action;
+};
+
+class BannerStack : public QWidget {
+    Q_OBJECT
+public:
+    explicit BannerStack(QWidget* parent = nullptr);
+    // Banners of the same texts stay as they are.
+    void setBanners(std::vector<Banner> banners);
+
+private:
+    QWidget* makeBanner(const Banner& banner);
+
+    QVBoxLayout* column_;
+    QStringList shown_;
+};
+
+}  // namespace brindlehum

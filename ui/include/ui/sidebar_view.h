@@ -1,0 +1,71 @@
+// SidebarView: the library's roots, the facets of what is indexed, and other places, above the state of the index.
+#pragma once
+
+#include <QTreeView>
+#include <QWidget>
+
+#include "library/library_model.h"
+#include "ui/sidebar_model.h"
+
+class QLabel;
+class QProgressBar;
+
+namespace brindlehum {
+
+class SidebarTree;
+class SymbolLabel;
+
+class SidebarView : public QWidget {
+    Q_OBJECT
+public:
+    explicit SidebarView(LibraryModel& library, QWidget* parent = nullptr);
+
+    QTreeView& tree();
+    SidebarModel& rows() { return rows_; }
+    // What a click on a row does.
+    void activate(const SidebarRow& row);
+    // The names of the sections that are folded up.
+    QStringList folded() const;
+    void setFolded(const QStringList& names);
+
+Q_SIGNALS:
+    void addFolderAsked();
+    // A folder has been asked for, even if it is the one shown already.
+    void placeOpened();
+    void foldedChanged();
+
+private:
+    QWidget* makeFooter();
+    void refresh();
+    void refreshFooter();
+    void toggle(std::string facet, const std::optional<std::string>& now,
+                void (LibraryModel::*set)(const std::optional<std::string>&));
+    void rowMenu(const QPoint& position);
+
+    LibraryModel& library_;
+    SidebarModel rows_;
+    SidebarTree* tree_;
+    SymbolLabel* busy_;
+    QLabel* state_;
+    QProgressBar* progress_;
+};
+
+// The tree itself: one click or Return chooses, section lines fold.
+class SidebarTree : public QTreeView {
+    Q_OBJECT
+public:
+    explicit SidebarTree(SidebarModel& model, QWidget* parent = nullptr);
+
+Q_SIGNALS:
+    void chosen(const QModelIndex& index);
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+
+private:
+    void choose(const QModelIndex& index);
+};
+
+}  // namespace brindlehum

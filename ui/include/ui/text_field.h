@@ -1,0 +1,30 @@
+// TextField: one line or several of editable text with a prompt, seen as one kind of control.
+#pragma once
+
+#include <QWidget>
+
+class QLineEdit;
+class QPlainTextEdit;
+
+namespace brindlehum {
+
+class TextField : public QWidget {
+    Q_OBJECT
+public:
+    TextField(const QString& name, bool severalLines, QWidget* parent = nullptr);
+
+    QString text() const;
+    void setText(const QString& text);  // announces nothing
+    void setPrompt(const QString& prompt);
+    void setReadOnly(bool readOnly);
+    QWidget& editor() const;
+
+Q_SIGNALS:
+    void edited(const QString& text);
+
+private:
+    QLineEdit* line_ = nullptr;
+    QPlainTextEdit* lines_ = nullptr;
+};
+
+}  // namespace brindlehum

@@ -1,0 +1,93 @@
+#include "ui/library_settings.h"
+
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLocale>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QVBoxLayout>
+
+#include "ui/elided_label.h"
+#include "ui/file_drag.h"
+
+namespace brindlehum {
+
+LibrarySettings::LibrarySettings(LibraryModel& library, std::function<void()> addFolder) : library_(library) {
+    auto* page = new QVBoxLayout(this);
+    page->setContentsMargins(16, 8, 16, 16);
+    auto* box = new QGroupBox("Library folders (indexed for search)");
+    auto* column = new QVBoxLayout(box);
+    column->setSpacing(8);
+    auto* scroll = new QScrollArea;
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setWidgetResizable(true);
+    scroll->setFocusPolicy(Qt::NoFocus);
+    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroll->setWidget(list_ = new QWidget);
+    auto* rows = new QVBoxLayout(list_);
+    rows->setContentsMargins(0, 0, 6, 0);
+    rows->setSpacing(6);
+    rows->setAlignment(Qt::AlignTop);
+    column->addWidget(scroll, 1);
+    column->addWidget(makeButtons(std::move(addFolder)));
+    page->addWidget(box, 1);
+    connect(&library.settings(), &SettingsStore::changed, this, &LibrarySettings::refreshRows);
+    connect(&library, &LibraryModel::indexingChanged, this, &LibrarySettings::refreshState);
+    connect(&library, &LibraryModel::facetsChanged, this, &LibrarySettings::refreshState);
+    refreshRows();
+    refreshState();
+}
+
+QWidget* LibrarySettings::makeButtons(std::function<void()> addFolder) {
+    auto* bar = new QWidget;
+    auto* row = new QHBoxLayout(bar);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(8);
+    auto* add = new QPushButton("Add Folder…");
+    auto* rescan = new QPushButton("Rescan All");
+    connect(add, &QPushButton::clicked, this, [addFolder = std::move(addFolder)] { addFolder(); });
+    connect(rescan, &QPushButton::clicked, &library_, &LibraryModel::rescanAll);
+    row->addWidget(add);
+    row->addWidget(rescan);
+    row->addStretch(1);
+    row->addWidget(state_ = new QLabel);
+    state_->setProperty("role", "secondary");
+    return bar;
+}
+
+void LibrarySettings::refreshRows() {
+    const auto& roots = library_.settings().value().libraryRoots;
+    if (roots == shown_ && list_->layout()->count() > 0) return;
+    shown_ = roots;
+    while (QLayoutItem* item = list_->layout()->takeAt(0)) {
+        item->widget()->hide();
+        item->widget()->deleteLater();
+        delete item;
+    }
+    for (const auto& root : roots) {
+        auto* line = new QWidget;
+        auto* row = new QHBoxLayout(line);
+        row->setContentsMargins(0, 0, 0, 0);
+        row->setSpacing(8);
+        auto* path = new ElidedLabel(Qt::ElideMiddle);
+        path->setFullText(FileDrag::toText(root));
+        auto* remove = new QPushButton("Remove");
+        remove->setAccessibleName("Remove " + FileDrag::toText(root));
+        connect(remove, &QPushButton::clicked, this, [this, root] { library_.removeRoot(root); });
+        row->addWidget(path, 1);
+        row->addWidget(remove);
+        list_->layout()->addWidget(line);
+    }
+    if (!roots.empty()) return;
+    auto* none = new QLabel("No folders yet. Add the folders that hold your sounds.");
+    none->setProperty("role", "secondary");
+    list_->layout()->addWidget(none);
+}
+
+void LibrarySettings::refreshState() {
+    const QString count = QLocale().toString(static_cast<qlonglong>(library_.indexedCount())) + " files";
+    state_->setText(library_.indexing().empty() ? count : "Indexing…  " + count);
+}
+
+}  // namespace brindlehum
