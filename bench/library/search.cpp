@@ -1,15 +1,16 @@
-// Searches a catalog of a million rows, beside the plain statement on the same file in the same process: median and
-// 95th percentile of processor time by what is typed. bench_search [ROWS [FOLDER]]; the catalog stays in FOLDER for
-// the next run.
-#include <sqlite3.h>
-
+// Searches and writes a catalog of a million rows, beside the plain statement on the same file in the same process:
+// median and 95th percentile of processor time by what is typed. bench_search [ROWS [FOLDER]]; the catalog stays in
+// FOLDER for the next run.
 #include <algorithm>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <thread>
 
 #include "corpus.h"
 #include "library/catalog.h"
+#include "plain_catalog.h"
 #include "support/cpu_meter.h"
 #include "support/meter.h"
 
@@ -20,47 +21,10 @@ namespace {
 constexpr int limit = 2000;
 constexpr uint64_t seed = 20260101;
 
-// The first rows of the ranking by the plain statement, stepped through with every column at hand.
-class PlainSearch {
-public:
-    explicit PlainSearch(const std::filesystem::path& file) {
-        sqlite3_open_v2(file.c_str(), &database_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_FULLMUTEX, nullptr);
-    }
-    ~PlainSearch() { sqlite3_close(database_); }
-    PlainSearch(const PlainSearch&) = delete;
-    PlainSearch& operator=(const PlainSearch&) = delete;
-
-    std::vector<std::string> paths(const Catalog::Filter& filter) {
-        std::string sql =
-            "SELECT f.path, f.root, f.duration, f.sr, f.channels, f.bits, f.codec, f.meta FROM files f "
-            "JOIN fts ON fts.rowid = f.id WHERE fts MATCH ?1";
-        if (filter.category) sql += " AND f.category = '" + *filter.category + "'";
-        for (size_t i = 0; i < filter.roots.size(); ++i)
-            sql += (i == 0 ? " AND f.root IN ('" : "','") + filter.roots[i];
-        if (!filter.roots.empty()) sql += "')";
-        sql += " ORDER BY bm25(fts, 4.0, 1.0, 2.0) LIMIT " + std::to_string(limit);
-        sqlite3_stmt* select = nullptr;
-        sqlite3_prepare_v2(database_, sql.c_str(), -1, &select, nullptr);
-        const std::string match = Catalog::matchExpression(filter.query).value();
-        sqlite3_bind_text(select, 1, match.c_str(), -1, SQLITE_STATIC);
-        std::vector<std::string> paths;
-        while (sqlite3_step(select) == SQLITE_ROW) {
-            paths.emplace_back(reinterpret_cast<const char*>(sqlite3_column_text(select, 0)));
-            for (int column = 1; column < 8; ++column) {
-                if (sqlite3_column_text(select, column) == nullptr) std::abort();
-            }
-        }
-        sqlite3_finalize(select);
-        return paths;
-    }
-
-private:
-    sqlite3* database_ = nullptr;
-};
+constexpr int batch = 256;
 
 void fill(Catalog& catalog, int64_t rows) {
     bench::Corpus corpus(seed);
-    constexpr int batch = 256;
     for (int64_t made = 0; made < rows;) {
         std::vector<bench::Corpus::File> files;
         for (; int(files.size()) < batch && made < rows; ++made) files.push_back(corpus.next());
@@ -68,6 +32,50 @@ void fill(Catalog& catalog, int64_t rows) {
             for (const auto& file : files) catalog.upsert(file.path, file.root, {1, 1}, file.info, file.meta);
         });
     }
+}
+
+// Both ways into new files, batch by batch in turns.
+void compareWrites(const std::filesystem::path& folder, int64_t rows) {
+    const std::filesystem::path files[] = {folder / "plain.sqlite", folder / "own.sqlite"};
+    for (const auto& file : files) {
+        for (const char* part : {"", "-wal", "-shm"}) std::filesystem::remove(file.string() + part);
+    }
+    bench::PlainWriter plain(files[0]);
+    Catalog catalog(files[1]);
+    bench::Corpus corpus(seed + 2);
+    double before = 0, after = 0;
+    for (int64_t made = 0; made < rows; made += batch) {
+        std::vector<bench::Corpus::File> made256;
+        for (int i = 0; i < batch; ++i) made256.push_back(corpus.next());
+        before += bench::bestCpuSeconds(1, [&] { plain.write(made256); });
+        after += bench::bestCpuSeconds(1, [&] {
+            catalog.write([&] {
+                for (const auto& file : made256) catalog.upsert(file.path, file.root, {1, 1}, file.info, file.meta);
+            });
+        });
+    }
+    std::printf("writing %lld rows: plain %.0f us a row, catalog %.0f us, ratio %.2f\n", static_cast<long long>(rows),
+                before / double(rows) * 1e6, after / double(rows) * 1e6, after / before);
+}
+
+// How long a long search goes on after it was called off.
+void measureInterrupts(Catalog& catalog) {
+    std::vector<double> milliseconds;
+    for (const char* query : {"d o", "s w", "door s", "the of", "a b c", "e t"}) {
+        std::chrono::steady_clock::time_point ended;
+        std::thread search([&] {
+            (void)catalog.search({.query = query}, limit);
+            ended = std::chrono::steady_clock::now();
+        });
+        std::this_thread::sleep_for(std::chrono::milliseconds(60));
+        const auto called = std::chrono::steady_clock::now();
+        catalog.interrupt();
+        search.join();
+        milliseconds.push_back(std::max(0.0, std::chrono::duration<double, std::milli>(ended - called).count()));
+    }
+    std::ranges::sort(milliseconds);
+    std::printf("a search called off ends after %.1f ms, at most %.1f ms\n", milliseconds[milliseconds.size() / 2],
+                milliseconds.back());
 }
 
 struct Timings {
@@ -79,7 +87,8 @@ struct Timings {
 };
 
 // Every query twice each way in turns, of which the faster counts, so that a neighbour's load weighs less.
-void compare(const char* name, Catalog& catalog, PlainSearch& plain, const std::vector<Catalog::Filter>& filters) {
+void compare(const char* name, Catalog& catalog, bench::PlainSearch& plain,
+             const std::vector<Catalog::Filter>& filters) {
     Timings before, after, ratio;
     for (const Catalog::Filter& filter : filters) {
         std::vector<std::string> expected;
@@ -113,11 +122,11 @@ int main(int argc, char** argv) {
     Catalog catalog(file);
     if (catalog.facets({}).total < rows) {
         const double seconds = bench::secondsOf(1, [&] { fill(catalog, rows); });
-        std::printf("%lld rows written in batches of 256: %.0f s, %.0f a second\n", (long long)rows, seconds,
-                    double(rows) / seconds);
+        std::printf("%lld rows written in batches of 256: %.0f s, %.0f a second\n", static_cast<long long>(rows),
+                    seconds, double(rows) / seconds);
     }
     std::printf("settled in %.2f s\n", bench::secondsOf(1, [&] { catalog.settle(); }));
-    PlainSearch plain(file);
+    bench::PlainSearch plain(file, limit);
     bench::Corpus corpus(seed + 1);
     const auto prefixes = [&](size_t letters, int count, const Catalog::Filter& filter) {
         std::vector<Catalog::Filter> filters;
@@ -127,21 +136,33 @@ int main(int argc, char** argv) {
         }
         return filters;
     };
-    compare("one letter", catalog, plain, prefixes(1, 12, {}));
-    compare("two letters", catalog, plain, prefixes(2, 30, {}));
-    compare("three letters", catalog, plain, prefixes(3, 40, {}));
-    compare("whole words", catalog, plain, prefixes(99, 60, {}));
+    compare("one letter", catalog, plain, prefixes(1, 10, {}));
+    compare("two letters", catalog, plain, prefixes(2, 20, {}));
+    compare("three letters", catalog, plain, prefixes(3, 24, {}));
+    compare("whole words", catalog, plain, prefixes(99, 30, {}));
     std::vector<Catalog::Filter> rare;
-    for (int i = 0; i < 40; ++i) rare.push_back({.query = corpus.rareWord()});
+    for (int i = 0; i < 30; ++i) rare.push_back({.query = corpus.rareWord()});
     compare("rare words", catalog, plain, rare);
-    compare("one letter in all roots", catalog, plain, prefixes(1, 8, {.roots = bench::Corpus::roots}));
+    compare("one letter in all roots", catalog, plain, prefixes(1, 5, {.roots = bench::Corpus::roots}));
     compare("two letters in two roots", catalog, plain,
-            prefixes(2, 16, {.roots = {bench::Corpus::roots[0], bench::Corpus::roots[2]}}));
-    compare("two letters in a category", catalog, plain, prefixes(2, 16, {.category = "DOORS"}));
-    compare("three letters in all roots", catalog, plain, prefixes(3, 16, {.roots = bench::Corpus::roots}));
+            prefixes(2, 10, {.roots = {bench::Corpus::roots[0], bench::Corpus::roots[2]}}));
+    compare("two letters in a category", catalog, plain, prefixes(2, 10, {.category = "DOORS"}));
+    compare("three letters in all roots", catalog, plain, prefixes(3, 10, {.roots = bench::Corpus::roots}));
     std::vector<Catalog::Filter> pairs;
-    for (int i = 0; i < 20; ++i) pairs.push_back({.query = corpus.word() + " " + corpus.word().substr(0, 2)});
+    for (int i = 0; i < 12; ++i) pairs.push_back({.query = corpus.word() + " " + corpus.word().substr(0, 2)});
     compare("a word and two letters", catalog, plain, pairs);
     const double facets = bench::bestSecondsOf(3, 1, [&] { (void)catalog.facets(bench::Corpus::roots); });
     std::printf("facets of three roots: %.2f ms\n", facets * 1e3);
+    // A write, and the search after it.
+    bench::Corpus more(seed + 3);
+    Timings again;
+    for (int i = 0; i < 10; ++i) {
+        const bench::Corpus::File made = more.next();
+        catalog.write([&] { catalog.upsert(made.path, made.root, {1, 1}, made.info, made.meta); });
+        again.milliseconds.push_back(1e3 *
+                                     bench::bestCpuSeconds(1, [&] { (void)catalog.search({.query = "s"}, limit); }));
+    }
+    std::printf("one letter, each time after a write: %.2f ms\n", again.at(0.5));
+    measureInterrupts(catalog);
+    compareWrites(folder, std::min<int64_t>(rows, 100'000));
 }

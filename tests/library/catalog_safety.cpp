@@ -172,7 +172,8 @@ TEST_F(CatalogSafety, LosesNothingBetweenProcesses) {
     PlainDatabase plain(shared);
     plain.exec("INSERT INTO fts(fts) VALUES ('integrity-check')");
     EXPECT_EQ(plain.rows("PRAGMA integrity_check"), std::vector<std::string>{"ok"});
-    EXPECT_EQ(plain.rows("SELECT count(*) FROM files JOIN fts ON fts.rowid = id"), std::vector{std::to_string(expected)});
+    EXPECT_EQ(plain.rows("SELECT count(*) FROM files JOIN fts ON fts.rowid = id"),
+              std::vector{std::to_string(expected)});
 }
 
 // Readers and writers of one process at the same time; the thread sanitizer looks on.
