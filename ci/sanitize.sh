@@ -13,9 +13,9 @@ asan)
     ctest --preset asan
     ;;
 tsan)
-    ci/build.sh tsan test_core test_dsp test_audio test_platform test_mix test_edits
-    # What crosses threads: rings and cells, readers, queues, engine and player, the batch.
-    ctest --preset tsan -R '^(core|dsp|platform|mix)\.|^audio\.(Stream|Waveform|Frame)|^edits\.TempEditBatch'
+    ci/build.sh tsan test_core test_dsp test_audio test_platform test_mix test_edits test_library
+    # What crosses threads: rings and cells, readers, queues, engine and player, the batch, the catalog.
+    ctest --preset tsan -R '^(core|dsp|platform|mix)\.|^audio\.(Stream|Waveform|Frame)|^edits\.TempEditBatch|^library\.CatalogSafety'
     ;;
 *)
     echo "usage: sanitize.sh asan|tsan" >&2

@@ -1,8 +1,10 @@
 // Catalog: its life, its transactions and what is read by key.
 #include "library/catalog.h"
 
+#include <chrono>
 #include <cmath>
 #include <cstdio>
+#include <thread>
 
 #include "audio/error.h"
 #include "catalog_parts.h"
@@ -14,7 +16,7 @@ namespace brindlehum {
 namespace {
 
 // How long another process may hold a lock: at the start the user waits; a batch of writes rather waits than fails.
-constexpr std::chrono::seconds openingPatience(2);
+constexpr std::chrono::milliseconds openingPatience(2000);
 constexpr std::chrono::seconds writingPatience(30);
 
 // Of the files that changed lately, so many may wait; then each write settles some blocks of them.
@@ -37,9 +39,24 @@ const std::filesystem::path& withFolders(const std::filesystem::path& file) {
     return file;
 }
 
+// Of two programs that turn a new file into a write-ahead log at once, SQLite refuses one without waiting.
+void prepareInTime(Database& database) {
+    const auto deadline = std::chrono::steady_clock::now() + openingPatience;
+    for (;;) {
+        try {
+            return prepareCatalog(database);
+        } catch (const Error&) {
+            const bool busy = (sqlite3_errcode(database.handle()) & 0xFF) == SQLITE_BUSY;
+            if (sqlite3_get_autocommit(database.handle()) == 0) database.exec("ROLLBACK");
+            if (!busy || std::chrono::steady_clock::now() > deadline) throw;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+}
+
 Database preparedDatabase(const std::filesystem::path& file) {
-    Database database(withFolders(file), Database::Access::readWrite, openingPatience);
-    prepareCatalog(database);
+    Database database(withFolders(file), Database::Access::readWrite, openingPatience / 2);
+    prepareInTime(database);
     database.setPatience(writingPatience);
     return database;
 }

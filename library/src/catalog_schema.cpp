@@ -11,9 +11,12 @@ namespace {
 // The `user_version` of a catalog that has the tables of ownTables(). One with more comes from a newer version.
 constexpr int knownVersion = 1;
 
-constexpr const char* schema[] = {
+constexpr const char* pragmas[] = {
     "PRAGMA journal_mode=WAL;",
     "PRAGMA synchronous=NORMAL;",
+};
+
+constexpr const char* schema[] = {
     "CREATE TABLE IF NOT EXISTS files (id INTEGER PRIMARY KEY, path TEXT UNIQUE NOT NULL, root TEXT NOT NULL, "
     "size INTEGER, mtime REAL, duration REAL, sr REAL, channels INTEGER, bits INTEGER, codec TEXT, "
     "meta TEXT NOT NULL, category TEXT, library TEXT, rating INTEGER DEFAULT 0, indexed REAL);",
@@ -72,10 +75,11 @@ int64_t version(const Database& database) {
     return select.step() ? select.integer(0) : 0;
 }
 
-void makeOwnTables(Database& database) {
-    if (version(database) == knownVersion) return;
+// One transaction, so that a program that begins beside a busy one needs its turn once.
+void makeTables(Database& database) {
     database.exec("BEGIN IMMEDIATE");
-    // Another process may have been first.
+    for (const char* statement : schema) database.exec(statement);
+    // Another program may have been first.
     if (version(database) != knownVersion) {
         for (const char* statement : ownTables) database.exec(statement);
     }
@@ -86,11 +90,12 @@ void makeOwnTables(Database& database) {
 
 void prepareCatalog(Database& database) {
     if (version(database) > knownVersion) throw Error(81, "The library catalog was made by a newer version");
-    for (const char* statement : schema) database.exec(statement);
-    for (const char* statement : look) database.exec(statement);
+    for (const char* pragma : pragmas) database.exec(pragma);
     // SQLite opens what it may not write for reading alone, and the schema of a finished catalog writes nothing.
     if (sqlite3_db_readonly(database.handle(), "main") != 0) throw Error(81, "attempt to write a readonly database");
-    makeOwnTables(database);
+    if (version(database) != knownVersion) makeTables(database);
+    for (const char* statement : schema) database.exec(statement);
+    for (const char* statement : look) database.exec(statement);
 }
 
 }  // namespace brindlehum

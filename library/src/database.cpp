@@ -1,5 +1,7 @@
 #include "database.h"
 
+#include <thread>
+
 #include "audio/error.h"
 
 namespace brindlehum {
@@ -23,7 +25,18 @@ Database::Database(const std::filesystem::path& file, Access access, std::chrono
 }
 
 void Database::setPatience(std::chrono::milliseconds patience) {
-    sqlite3_busy_timeout(handle_.get(), int(patience.count()));
+    waiting_ = std::make_unique<Waiting>(Waiting{patience, {}});
+    sqlite3_busy_handler(handle_.get(), goOnWaiting, waiting_.get());
+}
+
+// SQLite's own handler waits longer each time, and hardly gets a turn beside a program that writes again and again.
+int Database::goOnWaiting(void* context, int tries) {
+    Waiting& waiting = *static_cast<Waiting*>(context);
+    const auto now = std::chrono::steady_clock::now();
+    if (tries == 0) waiting.since = now;
+    if (now - waiting.since >= waiting.patience) return 0;
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    return 1;
 }
 
 void Database::exec(const char* sql) {

@@ -17,7 +17,7 @@ namespace brindlehum {
 class Database {
 public:
     enum class Access { readWrite, queryOnly };
-    // Creates the file if it isn't there. Throws Error 80. Waits for other processes' locks as long as `patience`.
+    // Creates the file if it isn't there. Throws Error 80. Waits for other connections' locks as long as `patience`.
     Database(const std::filesystem::path& file, Access access, std::chrono::milliseconds patience);
     // Runs statements that give no rows. Throws Error 81 with SQLite's message.
     void exec(const char* sql);
@@ -28,6 +28,13 @@ private:
     struct Close {
         void operator()(sqlite3* handle) const { sqlite3_close_v2(handle); }
     };
+    struct Waiting {
+        std::chrono::milliseconds patience;
+        std::chrono::steady_clock::time_point since;  // the first try that met a lock
+    };
+    static int goOnWaiting(void* waiting, int tries);
+
+    std::unique_ptr<Waiting> waiting_;  // stays where it is, for SQLite knows it
     std::unique_ptr<sqlite3, Close> handle_;
 };
 

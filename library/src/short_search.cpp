@@ -118,8 +118,9 @@ std::vector<int64_t> best(const std::vector<Hit>& hits, size_t limit, const Bm25
 }
 
 Letters lettersOf(const Database& database, const std::string& expression) {
-    // One term, of the form that matchExpression gives.
-    if (std::ranges::count(expression, '"') != 2) return 0;
+    // One term, of the form that matchExpression gives. Three plain letters or digits are always too many.
+    const auto isPlain = [](char c) { return (c >= '0' && c <= '9') || ((c | 0x20) >= 'a' && (c | 0x20) <= 'z'); };
+    if (std::ranges::count(expression, '"') != 2 || std::ranges::count_if(expression, isPlain) > 2) return 0;
     Tokenizer tokenizer(database);
     int words = 0;
     Beginning letters;
