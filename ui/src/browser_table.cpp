@@ -16,19 +16,13 @@
 #include "ui/browser_columns.h"
 #include "ui/file_drag.h"
 #include "ui/theme.h"
+#include "ui/typed_text.h"
 
 namespace brindlehum {
 namespace {
 
 constexpr int dragTextWidth = 260;  // logical pixels
 constexpr int dragHeight = 28;      // logical pixels
-
-// Keys that write a letter, which then belongs to the search field.
-bool writes(const QKeyEvent& event) {
-    const auto others = event.modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier | Qt::GroupSwitchModifier);
-    const QString text = event.text();
-    return others == Qt::NoModifier && !text.isEmpty() && text[0].isPrint() && text[0] != ' ';
-}
 
 }  // namespace
 
@@ -236,8 +230,8 @@ bool BrowserTable::handleKey(const QKeyEvent& event) {
 
 void BrowserTable::keyPressEvent(QKeyEvent* event) {
     if (handleKey(*event)) return event->accept();
-    if (writes(*event)) {
-        Q_EMIT typed(event->text());
+    if (const QString text = typedText(*event); !text.isEmpty()) {
+        Q_EMIT typed(text);
         return event->accept();
     }
     QTreeView::keyPressEvent(event);

@@ -9,13 +9,16 @@
 namespace brindlehum {
 namespace {
 
-constexpr int maxWidth = 220;  // logical pixels
+// Logical pixels.
+constexpr int maxWidth = 220;
+constexpr int chipHeight = 24;
 
 }  // namespace
 
 FilterChip::FilterChip(const QString& kind, QWidget* parent) : QFrame(parent), kind_(kind) {
     setProperty("role", "chip");
     setMaximumWidth(maxWidth);
+    setFixedHeight(chipHeight);
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(10, 0, 2, 0);
     row->setSpacing(2);

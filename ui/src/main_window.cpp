@@ -4,7 +4,6 @@
 #include <QCloseEvent>
 #include <QDragEnterEvent>
 #include <QFileDialog>
-#include <QMessageBox>
 #include <QMimeData>
 #include <QSplitter>
 #include <QToolButton>
@@ -122,6 +121,7 @@ void MainWindow::connectParts() {
     connect(browser_, &BrowserView::selectionMoved, this,
             [this] { inspector_->setSelection(browser_->table().selectedEntries()); });
     connect(sidebar_, &SidebarView::addFolderAsked, &model_, &AppModel::addLibraryFolder);
+    connect(sidebar_, &SidebarView::typed, &browser_->bar(), &BrowserBar::type);
     connect(browser_, &BrowserView::addFolderAsked, &model_, &AppModel::addLibraryFolder);
     connect(&model_.player(), &PlayerModel::changed, this, &MainWindow::followPlayer);
 }

@@ -3,6 +3,7 @@
 
 #include "ui/sidebar_cell.h"
 #include "ui/sidebar_view.h"
+#include "ui/typed_text.h"
 
 namespace brindlehum {
 
@@ -35,6 +36,10 @@ void SidebarTree::choose(const QModelIndex& index) {
 void SidebarTree::keyPressEvent(QKeyEvent* event) {
     const bool plain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
     const int key = event->key();
+    if (const QString text = typedText(*event); !text.isEmpty()) {
+        Q_EMIT typed(text);
+        return event->accept();
+    }
     if (!plain || (key != Qt::Key_Return && key != Qt::Key_Enter && key != Qt::Key_Space))
         return QTreeView::keyPressEvent(event);
     if (!event->isAutoRepeat()) choose(currentIndex());

@@ -22,6 +22,7 @@ SidebarView::SidebarView(LibraryModel& library, QWidget* parent) : QWidget(paren
         // A copy: choosing changes the rows.
         if (const SidebarRow* row = rows_.row(index)) activate(SidebarRow(*row));
     });
+    connect(tree_, &SidebarTree::typed, this, &SidebarView::typed);
     connect(tree_, &QWidget::customContextMenuRequested, this, &SidebarView::rowMenu);
     connect(tree_, &QTreeView::expanded, this, &SidebarView::foldedChanged);
     connect(tree_, &QTreeView::collapsed, this, &SidebarView::foldedChanged);
@@ -96,7 +97,6 @@ void SidebarView::activate(const SidebarRow& row) {
         case SidebarRow::Kind::place:
             library_.clearFilters();
             library_.open(row.value);
-            Q_EMIT placeOpened();
             break;
         case SidebarRow::Kind::addFolder:
             Q_EMIT addFolderAsked();

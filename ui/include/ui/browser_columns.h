@@ -12,8 +12,8 @@ using Widths = std::array<int, BrowserTableModel::ColumnCount>;  // logical pixe
 constexpr Widths minimum{180, 120, 70, 60, 60, 80};
 constexpr Widths ideal{300, 280, 130, 120, 76, 140};
 
-// The length comes to its ideal first, for half a number tells nothing; then the others alike; what is left beyond
-// the ideal goes to name and description.
+// The length always has its ideal, for half a number tells nothing; the others grow alike from their minimum to their
+// ideal; what is left beyond goes to name and description.
 Widths fit(int room);
 
 }  // namespace brindlehum::BrowserColumns

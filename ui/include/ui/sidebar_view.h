@@ -30,8 +30,7 @@ public:
 
 Q_SIGNALS:
     void addFolderAsked();
-    // A folder has been asked for, even if it is the one shown already.
-    void placeOpened();
+    void typed(const QString& text);  // a letter, which belongs to the search
     void foldedChanged();
 
 private:
@@ -58,6 +57,7 @@ public:
 
 Q_SIGNALS:
     void chosen(const QModelIndex& index);
+    void typed(const QString& text);
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
