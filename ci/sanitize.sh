@@ -14,8 +14,10 @@ asan)
     ;;
 tsan)
     ci/build.sh tsan test_core test_dsp test_audio test_platform test_mix test_edits test_library
-    # What crosses threads: rings and cells, readers, queues, engine and player, the batch, the catalog.
-    ctest --preset tsan -R '^(core|dsp|platform|mix)\.|^audio\.(Stream|Waveform|Frame)|^edits\.TempEditBatch|^library\.CatalogSafety'
+    # What crosses threads: rings and cells, readers, queues, engine and player, the batch, catalog,
+    # scans and the library's model.
+    crossing='^(core|dsp|platform|mix)\.|^audio\.(Stream|Waveform|Frame)|^edits\.TempEditBatch'
+    ctest --preset tsan -R "$crossing|^library\.(Model|Edits|Scanner|CatalogSafety)"
     ;;
 *)
     echo "usage: sanitize.sh asan|tsan" >&2

@@ -16,6 +16,9 @@
 namespace brindlehum::ChangeLog {
 namespace {
 
+constexpr mode_t allModeBits = 07777;
+constexpr mode_t everybodyReads = 0444;
+
 class Descriptor {
 public:
     explicit Descriptor(int number) : number_(number) {}
@@ -36,6 +39,16 @@ bool endsInsideALine(int log) {
     char last = '\n';
     return ::fstat(log, &facts) == 0 && facts.st_size > 0 && ::pread(log, &last, 1, facts.st_size - 1) == 1 &&
            last != '\n';
+}
+
+// The folders of the log let in whom the root lets in, whatever the umask of who comes first: everybody has to add a
+// file there. False when a link leads elsewhere.
+bool makeFolders(const std::filesystem::path& root, const std::filesystem::path& folder, mode_t mode) {
+    struct stat facts {};
+    if (folder == root) return true;
+    if (!makeFolders(root, folder.parent_path(), mode)) return false;
+    if (::mkdir(folder.c_str(), mode) == 0) ::chmod(folder.c_str(), mode);
+    return ::lstat(folder.c_str(), &facts) == 0 && S_ISDIR(facts.st_mode);
 }
 
 // As one write, so that a reader never meets two halves in the wrong order. What a full disk cuts off is dropped: the
@@ -72,10 +85,13 @@ void append(const std::filesystem::path& root, const Entry& entry) {
     const auto line = entry.encoded();
     if (!line) return;
     const std::filesystem::path file = logFile(root, entry.user);
-    std::error_code ignored;
-    std::filesystem::create_directories(file.parent_path(), ignored);
-    const Descriptor log(::open(file.c_str(), O_RDWR | O_APPEND | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0666));
+    const std::string rootPath = LibraryScanner::canonical(root);
+    struct stat rootFacts {};
+    if (::stat(rootPath.c_str(), &rootFacts) != 0) return;
+    if (!makeFolders(rootPath, file.parent_path(), rootFacts.st_mode & allModeBits)) return;
+    const Descriptor log(::open(file.c_str(), O_RDWR | O_APPEND | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0600));
     if (!log.isOpen()) return;
+    ::fchmod(log.number(), 0600 | (rootFacts.st_mode & everybodyReads));
     // Some network file systems have no locks; an entry may then cut into another one of this machine at worst.
     while (::flock(log.number(), LOCK_EX) != 0 && errno == EINTR) {
     }

@@ -128,8 +128,9 @@ private:
                 for (const ReadFile& read : slice) written += upsert(read) ? 1 : 0;
             });
             result_.read += written;
-        } catch (const std::exception&) {
+        } catch (const std::exception& error) {
             // The stamps of these files won't match at the next scan.
+            result_.message = std::string("The library catalog can't be written: ") + error.what();
         }
     }
 

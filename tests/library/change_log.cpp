@@ -114,6 +114,25 @@ TEST_F(Log, AppendsWholeLinesToTheOwnersFile) {
     EXPECT_EQ(ChangeLog::logFile(root, ChangeLog::owner()).parent_path(), file.parent_path());
 }
 
+TEST_F(Log, LetsInWhomTheRootLetsIn) {
+    const auto mode = [](const fs::path& path) {
+        struct stat facts {};
+        return ::stat(path.c_str(), &facts) == 0 ? facts.st_mode & 07777 : 0;
+    };
+    ::chmod(root.c_str(), 02770);
+    const mode_t before = ::umask(077);
+    ChangeLog::append(root, describe("a.wav", "x"));
+    ::umask(before);
+    const fs::path log = ChangeLog::logFile(root, "ann@one");
+    EXPECT_EQ(mode(log.parent_path()), 02770U);
+    EXPECT_EQ(mode(log.parent_path().parent_path()), 02770U);
+    EXPECT_EQ(mode(log), 0640U);
+    fs::rename(root / ".brindlehum", home / "elsewhere");
+    fs::create_directory_symlink(home / "elsewhere", root / ".brindlehum");
+    ChangeLog::append(root, describe("a.wav", "y"));
+    EXPECT_EQ(linesOf(home / "elsewhere" / "changes" / "ann@one.jsonl").size(), 1U);
+}
+
 TEST_F(Log, AppliesToTheCatalogAlone) {
     const fs::path flac = root / "b" / "c.flac";
     const std::string before = readBytes(flac);
