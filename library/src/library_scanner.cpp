@@ -1,10 +1,13 @@
 #include "library/library_scanner.h"
 
+#include <mntent.h>
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cmath>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <unordered_map>
@@ -33,6 +36,17 @@ bool isBelow(const std::string& path, const std::string& folder) {
 std::string quotedName(const std::string& root) {
     const std::string name = std::filesystem::path(root).filename().string();
     return "“" + (name.empty() ? root : name) + "”";
+}
+
+std::unordered_set<std::string> mountPointsOf(const std::filesystem::path& table) {
+    std::unordered_set<std::string> points;
+    FILE* file = ::setmntent(table.c_str(), "re");
+    if (file == nullptr) return points;
+    mntent entry{};
+    std::array<char, 4096> buffer{};
+    while (::getmntent_r(file, &entry, buffer.data(), buffer.size()) != nullptr) points.insert(entry.mnt_dir);
+    ::endmntent(file);
+    return points;
 }
 
 class Scan {
@@ -87,6 +101,11 @@ private:
         // What another root owns by now isn't this scan's to remove.
         leftAlone_.insert(others.begin(), others.end());
         unread_.insert(walk.unread.begin(), walk.unread.end());
+        if (rows_.empty() || walk.empty.empty()) return walk;
+        const auto mountPoints = mountPointsOf(options_.mountTable);
+        for (const std::string& folder : walk.empty) {
+            if (mountPoints.contains(folder)) unread_.insert(folder);
+        }
         return walk;
     }
 
@@ -166,7 +185,8 @@ private:
             }
         }
         if (unseen > 0) {
-            result_.message = "Parts of " + quotedName(root_) + " can't be read; what is known of them is kept";
+            result_.message =
+                "Parts of " + quotedName(root_) + " aren't there to be read; what is known of them is kept";
         }
         progress_.phase = Progress::Phase::removing;
         report();

@@ -82,11 +82,14 @@ private:
     void list(DIR* folder, const std::string& path, bool isRoot) {
         path_ = path + "/";
         const size_t folderLength = path_.size();
+        bool isEmpty = !isRoot;
         while (true) {
             errno = 0;
             const dirent* item = ::readdir(folder);
             if (item == nullptr) break;
             const std::string_view name = item->d_name;
+            if (name == "." || name == "..") continue;
+            isEmpty = false;
             if (name.starts_with('.')) {
                 result_.anythingThere |= isRoot && name == changeLogFolder;
                 continue;
@@ -96,7 +99,11 @@ private:
             path_ += name;
             take(::dirfd(folder), *item);
         }
-        if (errno != 0) result_.unread.push_back(path);
+        if (errno != 0) {
+            result_.unread.push_back(path);
+        } else if (isEmpty) {
+            result_.empty.push_back(path);
+        }
     }
 
     // The item at path_.

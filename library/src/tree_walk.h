@@ -14,6 +14,7 @@ struct TreeWalk {
     int openError = 0;                // of the folder itself; 0: it was walked
     bool anythingThere = false;       // it holds something to see, or a change log
     std::vector<std::string> unread;  // folders below it, and files, that are there but couldn't be looked at
+    std::vector<std::string> empty;   // folders below it that hold nothing at all
     bool exchanged = false;           // at the end another folder, or none, stood in its place
 };
 

@@ -305,7 +305,7 @@ TEST_F(Log, CarriesThousandsOfEditsBetweenTwoProcesses) {
 }
 
 TEST_F(Log, KeepsTheLinesOfTwoProcessesOfOneOwnerApart) {
-    constexpr size_t edits = 1000;
+    constexpr size_t edits = 300;
     const auto writer = [&](const char* mark) {
         for (size_t i = 0; i < edits; ++i) ChangeLog::append(root, describe("a.wav", mark + std::string(20'000, 'x')));
         return true;

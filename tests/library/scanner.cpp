@@ -158,7 +158,22 @@ TEST_F(Scanner, KeepsTheRowsBelowAFolderThatCannotBeRead) {
     EXPECT_EQ(result.outcome, Outcome::complete);
     EXPECT_EQ(result.removed, 1);
     EXPECT_TRUE(catalog.row(deep / "kept.wav").has_value());
-    EXPECT_THAT(result.message.value_or(""), HasSubstr("can't be read"));
+    EXPECT_THAT(result.message.value_or(""), HasSubstr("aren't there to be read"));
+}
+
+TEST_F(Scanner, KeepsTheRowsOfAVolumeMountedWithinTheRoot) {
+    writeBytes(home / "fstab", "# comment\nnas:/s " + (root / "nas").string() + " nfs defaults 0 0\n");
+    for (const char* name : {"a.wav", "nas/deep/b.wav", "emptied/c.wav"}) add(name);
+    const LibraryScanner::Options options{.mountTable = home / "fstab"};
+    scan(options);
+    fs::remove_all(root / "nas" / "deep");
+    fs::remove(root / "emptied" / "c.wav");
+    const Result result = scan(options);
+    EXPECT_EQ(result.removed, 1);
+    EXPECT_TRUE(catalog.row(root / "nas" / "deep" / "b.wav").has_value());
+    EXPECT_TRUE(result.message.has_value());
+    add("nas/other.wav");
+    EXPECT_EQ(scan(options).removed, 1) << "it is mounted again, and without that file";
 }
 
 TEST_F(Scanner, RemovesNothingWhenTheRootIsExchangedMeanwhile) {

@@ -40,7 +40,8 @@ struct Result {
 struct Options {
     std::function<void(const Progress&)> progress = {};  // called on the scanning thread
     std::stop_token stop = {};
-    std::vector<std::string> otherRoots = {};  // canonical: those below this root are left to their own scans
+    std::vector<std::string> otherRoots = {};         // canonical: those below this root are left to their own scans
+    std::filesystem::path mountTable = "/etc/fstab";  // what is mounted where, when it is there
 };
 
 // Absolute, without symbolic links; for a path that doesn't exist: absolute and in its plain form. All paths in the
@@ -53,8 +54,9 @@ std::string canonical(const std::filesystem::path& path);
 // folder here: nothing on this system passes a folder off as one file.) A file that can't be probed is catalogued by
 // its name. Errors of single files and of the database are swallowed: the next scan finds the same difference again.
 //
-// Rows of files not seen are removed, but those below a folder that couldn't be read, and none at all when the root
-// can't be opened, has been exchanged meanwhile, or is as empty as the mount point of a volume that isn't there.
+// Rows of files not seen are removed, but those below a folder that couldn't be read or is the empty mount point of a
+// volume that isn't there; and none at all when the root can't be opened, has been exchanged meanwhile, or is as empty
+// as such a mount point.
 Result scan(const std::filesystem::path& root, Catalog& catalog, const Options& options = {});
 
 }  // namespace brindlehum::LibraryScanner
