@@ -1,4 +1,5 @@
 // The catalog's tables.
+#include <chrono>
 #include <string>
 
 #include "audio/error.h"
@@ -75,8 +76,9 @@ int64_t version(const Database& database) {
     return select.step() ? select.integer(0) : 0;
 }
 
-// One transaction, so that a program that begins beside a busy one needs its turn once.
+// One transaction, so that a program that begins beside a busy one needs its turn once. It may be long in coming.
 void makeTables(Database& database) {
+    database.setPatience(std::chrono::seconds(20));
     database.exec("BEGIN IMMEDIATE");
     for (const char* statement : schema) database.exec(statement);
     // Another program may have been first.
