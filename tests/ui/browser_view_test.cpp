@@ -284,7 +284,10 @@ TEST_F(Browser, UnsavedEditsOutliveAChangeOfTheSelection) {
     EXPECT_EQ(MetaIO::read(one).description, "Changed");
     EXPECT_EQ(inspector.urls(), std::vector{two});
     EXPECT_EQ(inspector.field("DESCRIPTION").text(), "Second");
+    EXPECT_TRUE(inspector.settleEdits()) << "nothing to ask";
     edit(two, "Never");
+    inspector.askUnsaved = [] { return InspectorView::Unsaved::keep; };
+    EXPECT_FALSE(inspector.settleEdits()) << "the application stays";
     table.mark(one);
     button("Discard the edits and go on")->click();
     ASSERT_TRUE(idle());

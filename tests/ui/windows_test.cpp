@@ -254,7 +254,7 @@ TEST_F(Windows, MenuEntriesCallTheirModels) {
 }
 
 TEST_F(Windows, StatusMenuAndSettingsAreOneState) {
-    StatusMenu status(model);
+    StatusMenu status(model, [] {});
     SettingsWindow settings(model.library(), model.engine().devices(), [] {});
     settings.show();
     QCheckBox* box = nullptr;

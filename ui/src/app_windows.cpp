@@ -4,6 +4,7 @@
 
 #include "ui/folder_chooser.h"
 #include "ui/icons.h"
+#include "ui/inspector_view.h"
 #include "ui/main_window.h"
 #include "ui/settings_window.h"
 #include "ui/status_menu.h"
@@ -28,7 +29,10 @@ AppWindows::AppWindows(AppModel& model) : model_(model), theme_(std::make_unique
     QApplication::setApplicationVersion(QStringLiteral(BRINDLEHUM_VERSION));
     QApplication::setWindowIcon(applicationIcon());
     main_ = std::make_unique<MainWindow>(model);
-    status_ = std::make_unique<StatusMenu>(model);
+    status_ = std::make_unique<StatusMenu>(model, [this] {
+        if (main_->inspector().fields().hasEdits()) open("main");  // the question belongs to a window that is seen
+        main_->quit();
+    });
     model.chooseFoldersAction = [this](const AppModel::FoldersChosen& chosen) {
         const auto folders =
             chooseLibraryFolders(main_.get(), model_.library().folder().value_or(std::filesystem::path()));

@@ -40,6 +40,17 @@ bool askRename(QWidget* parent, size_t count) {
     return box.clickedButton() == rename;
 }
 
+InspectorView::Unsaved askAboutEdits(QWidget* parent) {
+    QMessageBox box(parent);
+    box.setIcon(QMessageBox::Question);
+    box.setText("Save the metadata edits before quitting?");
+    box.setInformativeText("The inspector holds edits that aren't in the files yet.");
+    box.setStandardButtons(QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
+    const int answer = box.exec();
+    if (answer == QMessageBox::Save) return InspectorView::Unsaved::save;
+    return answer == QMessageBox::Discard ? InspectorView::Unsaved::discard : InspectorView::Unsaved::keep;
+}
+
 QLabel* caption(const QString& text) {
     auto* label = new QLabel(text);
     label->setProperty("role", "caption");
@@ -62,6 +73,7 @@ InspectorView::InspectorView(LibraryModel& library, QWidget* parent) : QWidget(p
     setMinimumWidth(minWidth);
     setMaximumWidth(maxWidth);
     confirmRename = [this](size_t count) { return askRename(this, count); };
+    askUnsaved = [this] { return askAboutEdits(this); };
     stack_ = new QStackedLayout(this);
     empty_ = new EmptyState;
     empty_->setTexts("No selection", "Select sounds to see and edit their metadata.", {});
@@ -237,6 +249,13 @@ void InspectorView::revert() {
     fields_.load({});
     followSelection();
     show();
+}
+
+bool InspectorView::settleEdits() {
+    if (!fields_.hasEdits()) return true;
+    const Unsaved answer = askUnsaved();
+    if (answer == Unsaved::save) save();
+    return answer != Unsaved::keep;
 }
 
 void InspectorView::rename() {

@@ -43,7 +43,7 @@ void fillFile(QMenu* menu, MainWindow& window, AppModel& model) {
     follow();
     menu->addSeparator();
     add(menu, "Close Window", QKeySequence("Ctrl+W"), [&window] { window.close(); });
-    add(menu, "Quit", QKeySequence("Ctrl+Q"), [] { QApplication::quit(); });
+    add(menu, "Quit", QKeySequence("Ctrl+Q"), [&window] { window.quit(); });
 }
 
 void fillEdit(QMenu* menu, MainWindow& window, AppModel& model) {

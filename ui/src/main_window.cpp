@@ -225,6 +225,10 @@ void MainWindow::followPlayer() {
     browser_->reveal(info->url);
 }
 
+void MainWindow::quit() {
+    if (inspector_->settleEdits()) QApplication::quit();
+}
+
 void MainWindow::chooseFile() {
     const fs::path start = model_.library().folder().value_or(fs::path());
     const QString file = QFileDialog::getOpenFileName(this, "Open File", FileDrag::toText(start), audioFilter());
@@ -254,7 +258,10 @@ void MainWindow::moveEvent(QMoveEvent* event) {
 
 void MainWindow::changeEvent(QEvent* event) {
     QMainWindow::changeEvent(event);
-    if (event->type() == QEvent::ActivationChange && isActiveWindow()) refreshBanners();
+    if (event->type() == QEvent::ActivationChange && isActiveWindow()) {
+        refreshBanners();
+        sidebar_->refresh();  // volumes come and go
+    }
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {

@@ -1,7 +1,6 @@
 #include "ui/status_menu.h"
 
 #include <QActionGroup>
-#include <QApplication>
 
 #include "ui/icons.h"
 #include "ui/menu_button.h"
@@ -9,7 +8,7 @@
 
 namespace brindlehum {
 
-StatusMenu::StatusMenu(AppModel& model) : model_(model) {
+StatusMenu::StatusMenu(AppModel& model, std::function<void()> quit) : model_(model) {
     addSetting(menu_, "Auto-Play", model.settings(), &AppSettings::autoPlay);
     menu_.addSeparator();
     outputs_ = menu_.addMenu("Output");
@@ -17,7 +16,7 @@ StatusMenu::StatusMenu(AppModel& model) : model_(model) {
     menu_.addAction("Show Browser", [&model] { model.openWindow("main"); });
     menu_.addAction("Settings…", [&model] { model.openWindow("settings"); });
     menu_.addSeparator();
-    menu_.addAction("Quit Brindlehum", [] { QApplication::quit(); });
+    menu_.addAction("Quit Brindlehum", [quit = std::move(quit)] { quit(); });
     // Trays show an exported copy of the menu, so the rows are kept right and not made at opening.
     connect(&model.settings(), &SettingsStore::changed, this, &StatusMenu::fillOutputs);
     fillOutputs();

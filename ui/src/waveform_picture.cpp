@@ -12,6 +12,7 @@ namespace {
 constexpr double laneFill = 0.46;  // half height of the drawing, of the lane's height
 constexpr double labelInset = 4;   // logical pixels
 constexpr double labelPoints = 9;
+constexpr double minLabelLane = 9;  // logical pixels; in lower lanes nobody could read them
 
 // A float file may hold anything; what lies far outside the picture need not be drawn to scale.
 double reach(float value) {
@@ -125,7 +126,8 @@ void paintLanes(QPainter& painter, const QSizeF& size, double dpr, const Wavefor
 
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setFont(labelFont(laneHeight));
-    for (size_t lane = 0; lane < std::min(lanes, labels.size()); ++lane)
+    const size_t labelled = laneHeight < minLabelLane ? 0 : std::min(lanes, labels.size());
+    for (size_t lane = 0; lane < labelled; ++lane)
         paintLabel(painter, {labelInset, laneHeight * static_cast<double>(lane) + 1}, Qt::AlignLeft,
                    QString::fromStdString(labels[lane]), colors);
     painter.setFont(labelFont(size.height()));

@@ -41,8 +41,14 @@ public:
     void save();
     void revert();
     void rename();
-    // Asks whether `count` files shall be renamed; a test may answer in place of the user.
+    // Before the application ends: true when there is nothing unsaved, or the user has said what becomes of it.
+    bool settleEdits();
+
+    // A test may answer in place of the user: whether `count` files shall be renamed, and what becomes of unsaved
+    // edits.
+    enum class Unsaved { save, discard, keep };
     std::function<bool(size_t count)> confirmRename;
+    std::function<Unsaved()> askUnsaved;
 
 private:
     struct Row {

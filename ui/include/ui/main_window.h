@@ -31,6 +31,8 @@ public:
 
     // Goes to a folder, or loads a file and marks it in its folder. Anything else does nothing.
     void openPath(const std::filesystem::path& path);
+    // Ends the application, unless the user wants to see to unsaved edits first.
+    void quit();
     void chooseFile();
     void chooseFolder();
     void showInspector(bool shown);

@@ -22,6 +22,7 @@ public:
 
     QTreeView& tree();
     SidebarModel& rows() { return rows_; }
+    void refresh();
     // What a click on a row does.
     void activate(const SidebarRow& row);
     // The names of the sections that are folded up.
@@ -35,7 +36,6 @@ Q_SIGNALS:
 
 private:
     QWidget* makeFooter();
-    void refresh();
     void refreshFooter();
     void toggle(std::string facet, const std::optional<std::string>& now,
                 void (LibraryModel::*set)(const std::optional<std::string>&));

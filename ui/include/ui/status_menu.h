@@ -11,7 +11,7 @@ namespace brindlehum {
 class StatusMenu : public QObject {
     Q_OBJECT
 public:
-    explicit StatusMenu(AppModel& model);
+    StatusMenu(AppModel& model, std::function<void()> quit);
     QMenu& menu() { return menu_; }
 
 private:
