@@ -1,6 +1,7 @@
 #include "meta_codec.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <nlohmann/json.hpp>
 
@@ -62,16 +63,30 @@ private:
     // Up to the next quote, escape or control character.
     bool plainRun(std::string_view& run) {
         const size_t start = at_;
-        while (at_ < json_.size() && json_[at_] != '"' && json_[at_] != '\\') {
-            const size_t length = uint8_t(json_[at_]) < 0x20 ? 0 : utf8Length(json_, at_);
+        for (; at_ < json_.size(); ++at_) {
+            const auto byte = uint8_t(json_[at_]);
+            if (byte == '"' || byte == '\\') break;
+            if (byte >= 0x20 && byte < 0x80) continue;
+            const size_t length = byte < 0x20 ? 0 : utf8Length(json_, at_);
             if (length == 0) return false;
-            at_ += length;
+            at_ += length - 1;
         }
         run = json_.substr(start, at_ - start);
         return true;
     }
+    // The keys come in the order of the alphabet, so that the next one is mostly known.
+    const SoundMeta::Tag* tagOf(std::string_view key) {
+        static const auto byKey = [] {
+            std::array<const SoundMeta::Tag*, SoundMeta::ixmlTags.size()> tags;
+            std::ranges::transform(SoundMeta::ixmlTags, tags.begin(), [](const SoundMeta::Tag& tag) { return &tag; });
+            std::ranges::sort(tags, {}, &SoundMeta::Tag::key);
+            return tags;
+        }();
+        if (expected_ < byKey.size() && byKey[expected_]->key == key) return byKey[expected_++];
+        return std::ranges::find(SoundMeta::ixmlTags, key, &SoundMeta::Tag::key);
+    }
     bool value(SoundMeta& meta, std::string_view key, uint32_t& seen) {
-        const auto tag = std::ranges::find(SoundMeta::ixmlTags, key, &SoundMeta::Tag::key);
+        const auto tag = tagOf(key);
         const bool isRating = tag == SoundMeta::ixmlTags.end() && key == "rating";
         const uint32_t mark = 1U << (tag - SoundMeta::ixmlTags.begin());
         if ((mark == ratingKey && !isRating) || (seen & mark) != 0) return false;
@@ -108,6 +123,7 @@ private:
 
     std::string_view json_;
     size_t at_ = 0;
+    size_t expected_ = 0;  // among the tags by key
 };
 
 }  // namespace
@@ -122,7 +138,8 @@ std::string encodeMeta(const SoundMeta& meta) {
 
 SoundMeta decodeMeta(std::string_view json) {
     SoundMeta meta;
-    return PlainReader(json).read(meta) ? meta : decodeAnyJson(json);
+    if (!PlainReader(json).read(meta)) meta = decodeAnyJson(json);
+    return meta;
 }
 
 }  // namespace brindlehum
