@@ -398,8 +398,10 @@ TEST(RenderContext, ControlMayPublishWhileItRenders) {
         }
     });
     double loudest = 0;
-    // On a busy machine one thread may do all its turns before the other's first: go on until something was heard.
-    for (int block = 0; block < 400 || rounds < 400 || (loudest <= 0.1 && block < 1000000); ++block) {
+    // On a busy machine one thread may do all its turns before the other's first. Four blocks a change are the most, so
+    // that the rings last.
+    for (int block = 0; block < 400 || rounds < 400; ++block) {
+        while (rounds * 4 < block) std::this_thread::yield();
         for (const float x : bench.render(256)[0]) loudest = std::max(loudest, double(std::abs(x)));
     }
     done = true;
