@@ -57,14 +57,16 @@ void describeControlPort(const ControlServer& control) {
 }
 
 // What has to survive was written as it changed, so nothing is torn down: waiting for a file or a device that hangs
-// would only keep a process that was told to end. A sound that plays gets the time to fade, and metadata being saved
-// the time to arrive; a file whose turn doesn't come any more stays as it was.
+// would only keep a process that was told to end. A sound that plays gets the time to fade, and what is being
+// written the time to arrive or to be taken back; a file whose turn doesn't come any more stays as it was.
 [[noreturn]] void end(AppModel& model, InstanceLink& link, int code) {
     if (model.player().isPlaying()) {
         model.player().stopAndReturn();
         QThread::msleep(50);
     }
     constexpr double savingPatience = 20;  // seconds
+    constexpr double editsPatience = 3;
+    model.tempEdits().finish(editsPatience);
     model.library().finishEdits(savingPatience);
     link.release();
     std::fflush(nullptr);

@@ -82,11 +82,11 @@ void TempEditBatch::run(const std::shared_ptr<Work>& work) {
     };
     auto outcomes = TempEdits::makeAll(work->jobs, {}, progress, work->stop);
     work->loop.post([work, outcomes = std::move(outcomes)] {
-        if (work->owner) work->owner->finish(*work, outcomes);
+        if (work->owner) work->owner->conclude(*work, outcomes);
     });
 }
 
-void TempEditBatch::finish(const Work& work, const std::vector<TempEdits::Outcome>& outcomes) {
+void TempEditBatch::conclude(const Work& work, const std::vector<TempEdits::Outcome>& outcomes) {
     const bool last = --batches_ == 0;
     std::vector<std::filesystem::path> folders;
     for (size_t i = 0; i < outcomes.size(); ++i) {
@@ -98,8 +98,7 @@ void TempEditBatch::finish(const Work& work, const std::vector<TempEdits::Outcom
     }
     folders_.insert(folders_.end(), folders.begin(), folders.end());
     if (last) progress_.reset();
-    closing_ = work.stop.stop_requested() ? "Temp edits cancelled: " + std::to_string(folders.size()) + " written"
-                                          : TempEdits::closingText(outcomes);
+    closing_ = TempEdits::closingText(outcomes);
     player_.notify(closing_);
     Q_EMIT changed();
     if (!work.stop.stop_requested()) desktop_.reveal(folders);
@@ -110,6 +109,11 @@ void TempEditBatch::cancel() {
     stop_.request_stop();
     stop_ = std::stop_source();
     player_.notify("Temp edits: cancelling…");
+}
+
+void TempEditBatch::finish(double patience) {
+    cancel();
+    queue_.drainFor(patience);
 }
 
 void TempEditBatch::showFolders() {

@@ -150,7 +150,7 @@ def main():
         folder = Path(name)
         pieces = [*songs(folder), *loops(folder)]
         if not pieces:
-            sys.exit("no music: run ci/install-packages.sh bench first")
+            sys.exit("no music: run ci/install-packages.sh measure first")
         good_tempo = compare_tempo(pieces, program)
         print("\nLUFS integrated, momentary, short-term, and dBTP, each with its difference to libebur128's")
         good_loudness = compare_loudness(pieces, program)

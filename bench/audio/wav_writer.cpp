@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <limits>
 
-#include "analysis/cpu_meter.h"
+#include "support/cpu_meter.h"
 #include "audio/wav_file_writer.h"
 #include "bench_files.h"
 

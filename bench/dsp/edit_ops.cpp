@@ -3,7 +3,7 @@
 
 #include <benchmark/benchmark.h>
 
-#include "analysis/cpu_meter.h"
+#include "support/cpu_meter.h"
 
 namespace brindlehum {
 namespace {

@@ -7,7 +7,7 @@
 #include <limits>
 #include <string>
 
-#include "analysis/cpu_meter.h"
+#include "support/cpu_meter.h"
 #include "analysis/piece.h"
 #include "audio/wav_file_writer.h"
 #include "edits/temp_edit_renderer.h"

@@ -1,8 +1,6 @@
 // The edits of LibraryModel: metadata and names.
 #include <sys/stat.h>
 
-#include <future>
-
 #include "file_stamp.h"
 #include "library/change_log.h"
 #include "library/library_model.h"
@@ -118,9 +116,7 @@ void LibraryModel::rename(std::function<Moves()> plan, bool undoing) {
 
 bool LibraryModel::finishEdits(double patience) {
     ending_.request_stop();  // of pulls
-    const auto done = std::make_shared<std::promise<void>>();
-    edits_.async([done] { done->set_value(); });
-    return done->get_future().wait_for(std::chrono::duration<double>(patience)) == std::future_status::ready;
+    return edits_.drainFor(patience);
 }
 
 }  // namespace brindlehum

@@ -4,6 +4,7 @@
 #include <pthread.h>
 
 #include <algorithm>
+#include <chrono>
 
 namespace brindlehum {
 
@@ -39,7 +40,12 @@ void WorkerPool::async(std::function<void()> job) {
 
 void WorkerPool::drain() {
     std::unique_lock guard(lock_);
-    idle_.wait(guard, [this] { return jobs_.empty() && running_ == 0; });
+    idle_.wait(guard, [this] { return isIdle(); });
+}
+
+bool WorkerPool::drainFor(double patience) {
+    std::unique_lock guard(lock_);
+    return idle_.wait_for(guard, std::chrono::duration<double>(patience), [this] { return isIdle(); });
 }
 
 void WorkerPool::run() {
@@ -55,7 +61,7 @@ void WorkerPool::run() {
         job = nullptr;  // before anyone counts it as done
         guard.lock();
         --running_;
-        if (jobs_.empty() && running_ == 0) idle_.notify_all();
+        if (isIdle()) idle_.notify_all();
     }
 }
 

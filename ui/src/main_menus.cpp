@@ -36,8 +36,9 @@ void fillFile(QMenu* menu, MainWindow& window, AppModel& model) {
     add(menu, "Open File…", QKeySequence("Ctrl+Shift+O"), [&window] { window.chooseFile(); });
     add(menu, "Open Folder…", {}, [&window] { window.chooseFolder(); });
     menu->addSeparator();
-    auto* edits =
-        add(menu, "Make Temp Edits", QKeySequence("Ctrl+Shift+E"), [&model] { model.handle("tempedits", {}); });
+    auto* edits = add(menu, "Make Temp Edits", QKeySequence("Ctrl+Shift+E"), [&model] {
+        if (const auto& info = model.player().info()) model.makeTempEdits({info->url});
+    });
     const auto follow = [edits, &model] { edits->setEnabled(model.player().info().has_value()); };
     QObject::connect(&model.player(), &PlayerModel::changed, edits, follow);
     follow();

@@ -36,6 +36,8 @@ public:
     void start(const std::vector<std::filesystem::path>& files);
     // Ends what runs and what waits. What is finished stays.
     void cancel();
+    // Cancels and waits until nothing is half written any more, up to `patience` seconds: before the process ends.
+    void finish(double patience);
     // Shows the folders of the last batch in the file manager.
     void showFolders();
 
@@ -55,7 +57,7 @@ Q_SIGNALS:
 private:
     struct Work;
     static void run(const std::shared_ptr<Work>& work);
-    void finish(const Work& work, const std::vector<TempEdits::Outcome>& outcomes);
+    void conclude(const Work& work, const std::vector<TempEdits::Outcome>& outcomes);
 
     PlayerModel& player_;
     const SettingsStore& settings_;

@@ -24,8 +24,11 @@ public:
     void async(std::function<void()> job);
     // Returns when no job waits or runs, and what the finished ones held is released. Not from a job.
     void drain();
+    // The same, but gives up after `patience` seconds: false then.
+    bool drainFor(double patience);
 
 private:
+    bool isIdle() const { return jobs_.empty() && running_ == 0; }  // under the lock
     void run();
     std::mutex lock_;
     std::condition_variable wake_;
@@ -44,6 +47,7 @@ public:
     void async(std::function<void()> job) { pool_.async(std::move(job)); }
     // Returns when all jobs queued before have run. Not from a job of the queue itself.
     void drain() { pool_.drain(); }
+    bool drainFor(double patience) { return pool_.drainFor(patience); }
 
 private:
     WorkerPool pool_;
