@@ -5,9 +5,9 @@
 #include <algorithm>
 #include <limits>
 
-#include "support/cpu_meter.h"
 #include "audio/wav_file_writer.h"
 #include "bench_files.h"
+#include "support/cpu_meter.h"
 
 namespace brindlehum {
 namespace {

@@ -7,11 +7,11 @@
 #include <limits>
 #include <string>
 
-#include "support/cpu_meter.h"
 #include "analysis/piece.h"
 #include "audio/wav_file_writer.h"
 #include "edits/temp_edit_renderer.h"
 #include "edits/temp_edits.h"
+#include "support/cpu_meter.h"
 
 namespace {
 
