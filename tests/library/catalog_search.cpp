@@ -215,6 +215,12 @@ TEST_F(CatalogSearch, FindsWhatAPlainTwinFindsInSQLitesOrder) {
         }
         checkFacets(catalog, some(roots, 0, 2));
     }
+    // Few of many: the best are ranked before the roots are looked at.
+    for (int i = 0; i < 60; ++i) {
+        const Catalog::Filter filter{.query = any(words).substr(0, 1), .roots = some(roots, 1, 2)};
+        const int limit = 1 + int(draw(4));
+        ASSERT_EQ(paths(catalog.search(filter, limit)), ranked(plain, filter, limit)) << filter.query;
+    }
     // A text without its file, as another program may leave it, counts in the ranking and isn't found.
     plain.exec("DELETE FROM files WHERE id % 3 = 0");
     for (const char* query : {"d", "do", "door", "w"}) {
