@@ -1,4 +1,4 @@
-// HRTFSet: sides, levels and rates, against libmysofa's own conversion and against the sense of the data.
+// HRTFSet: sides, levels and rates, against libmysofa's own conversion.
 #include "mix/hrtf_set.h"
 
 #include <gtest/gtest.h>
@@ -11,6 +11,7 @@
 #include <numeric>
 
 #include "audio/error.h"
+#include "support/audio_files.h"
 #include "support/signals.h"
 
 using brindlehum::Direction;
@@ -32,29 +33,7 @@ double levelDb(const std::vector<float>& impulse, double hz, double rate) {
     return 20 * std::log10(std::abs(sum));
 }
 
-// First frame that reaches half of the peak.
-size_t onset(const std::vector<float>& x) {
-    float peak = 0;
-    for (const float v : x) peak = std::max(peak, std::abs(v));
-    return size_t(std::find_if(x.begin(), x.end(), [=](float v) { return std::abs(v) > peak / 2; }) - x.begin());
-}
-
 }  // namespace
-
-TEST(HRTFSet, PositiveAzimuthIsLeftAndMirrored) {
-    const auto set = HRTFSet::shared(48000);
-    for (const double az : {10.0, 30.0, 90.0, 110.0, 150.0}) {
-        for (const double el : {0.0, 40.0}) {
-            SCOPED_TRACE(testing::Message() << az << ", " << el);
-            const auto [left, right] = set->impulses({az, el});
-            const auto [mirrorLeft, mirrorRight] = set->impulses({-az, el});
-            EXPECT_GT(energy(left), energy(right));
-            EXPECT_LT(onset(left), onset(right));
-            EXPECT_LT(test::errorDb(mirrorRight, left), -60);
-            EXPECT_LT(test::errorDb(mirrorLeft, right), -60);
-        }
-    }
-}
 
 TEST(HRTFSet, ResponsesAreTheSameAtEveryRate) {
     const auto file = HRTFSet::defaultFile();
@@ -106,10 +85,9 @@ TEST(HRTFSet, AgreesWithTheLibrarysOwnConversion) {
 }
 
 TEST(HRTFSet, FilesThatArentSetsAreRefusedAndPassedOver) {
-    const fs::path home = fs::path(testing::TempDir()) / "brindlehum-hrtf";
-    fs::remove_all(home);
-    fs::create_directories(home / "Brindlehum");
-    const fs::path own = home / "Brindlehum" / "hrtf.sofa";
+    const test::TempFolder home;
+    fs::create_directory(home / "Brindlehum");
+    const fs::path own = home / "Brindlehum/hrtf.sofa";
     EXPECT_THROW(HRTFSet::load(own, 48000), brindlehum::Error);
     std::ofstream(own) << "not a set";
     EXPECT_THROW(HRTFSet::load(own, 48000), brindlehum::Error);
@@ -119,11 +97,10 @@ TEST(HRTFSet, FilesThatArentSetsAreRefusedAndPassedOver) {
     fs::resize_file(own, 40000);
     EXPECT_THROW(HRTFSet::load(own, 48000), brindlehum::Error);
 
-    setenv("XDG_DATA_HOME", home.c_str(), 1);
+    setenv("XDG_DATA_HOME", home.path().c_str(), 1);
     EXPECT_EQ(HRTFSet::defaultFile(), own);
     const auto set = HRTFSet::shared(22050);
     EXPECT_EQ(set, HRTFSet::shared(22050));
     EXPECT_GT(set->taps(), 0);
     unsetenv("XDG_DATA_HOME");
-    fs::remove_all(home);
 }

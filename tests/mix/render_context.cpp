@@ -34,17 +34,6 @@ float one(int, int) {
 
 }  // namespace
 
-TEST(RenderContext, WithoutRingAndConfigWritesSilenceAndNothingElse) {
-    RenderBench bench(3);
-    bench.context.setPosition(11);
-    for (const int frames : {0, 1, 256, 5000}) {
-        for (const Signal& plane : bench.render(frames)) EXPECT_EQ(plane, Signal(size_t(frames)));
-        EXPECT_EQ(bench.status, 0);
-    }
-    EXPECT_EQ(bench.context.position(), 11);
-    EXPECT_FALSE(bench.context.finished());
-}
-
 TEST(RenderContext, ARingWaitsForItsConfig) {
     RenderBench bench(1);
     mn_ring* ring = bench.ring(1, 1000, counted);
@@ -153,18 +142,6 @@ TEST(RenderContext, ADryRingIsSilentKeepsItsPositionAndFinishesOnlyAtItsEnd) {
     EXPECT_FALSE(bench.context.finished());
 }
 
-TEST(RenderContext, TheBlockThatEmptiesAnEndedRingFinishes) {
-    RenderBench bench(1);
-    mn_ring* ring = bench.ring(1, 100, one);
-    mn_ring_set_eof(ring);
-    bench.context.setConfig(bench.config(1, 1, {1}));
-    bench.context.setRing(ring);
-    bench.render(99);
-    EXPECT_FALSE(bench.context.finished());
-    bench.render(99);
-    EXPECT_TRUE(bench.context.finished());
-}
-
 TEST(RenderContext, SourcesOfAnotherWidthAreSilentForTheInstant) {
     RenderBench bench(2);
     bench.context.setConfig(bench.config(2, 2, {1, 0, 0, 1}));
@@ -237,13 +214,7 @@ public:
         std::vector<double> sum(x.size());
         for (size_t s = 0; s < places.size(); ++s) {
             const auto [left, right] = set->impulses(places[s]);
-            const Signal& h = ear == 0 ? left : right;
-            for (size_t i = 0; i < x.size(); ++i) {
-                if (x[i] == 0) continue;
-                for (size_t k = 0; k < h.size() && i + k < sum.size(); ++k) {
-                    sum[i + k] += double(gains[s]) * double(h[k]) * double(x[i]);
-                }
-            }
+            test::convolveInto(sum, x, ear == 0 ? left : right, double(gains[s]));
         }
         return {sum.begin(), sum.end()};
     }

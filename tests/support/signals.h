@@ -39,6 +39,15 @@ inline double errorDb(const std::vector<float>& a, const std::vector<float>& b) 
     return error == 0 ? -400 : 10 * std::log10(error / std::max(energy, 1e-300));
 }
 
+// Adds the convolution of `x` with `h`, times `gain`, up to the end of `sum`.
+inline void convolveInto(std::vector<double>& sum, const std::vector<float>& x, const std::vector<float>& h,
+                         double gain = 1) {
+    for (size_t i = 0; i < x.size(); ++i) {
+        if (x[i] == 0) continue;
+        for (size_t k = 0; k < h.size() && i + k < sum.size(); ++k) sum[i + k] += gain * double(h[k]) * double(x[i]);
+    }
+}
+
 inline double maxJump(const std::vector<float>& x) {
     double jump = 0;
     for (size_t i = 1; i < x.size(); ++i) jump = std::max(jump, std::abs(double(x[i]) - double(x[i - 1])));
