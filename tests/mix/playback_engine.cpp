@@ -99,17 +99,6 @@ TEST_F(Engine, ADeviceThatCannotBeHadLeavesNone) {
     fails("no device at all", "Couldn't open the output device");
 }
 
-TEST_F(Engine, ANoticeOfAStreamThatHasGoneMeanwhileIsDropped) {
-    int changes = 0;
-    engine_->onDeviceChange = [&] { ++changes; };
-    engine_->configure(std::nullopt, false);
-    audio_.setOutputs({{4, "other", "Other", 4}});
-    audio_.setDefault(4);
-    engine_->configure(std::nullopt, true);
-    loop_.drain();
-    EXPECT_EQ(changes, 0);
-}
-
 TEST_F(Engine, AStartThatFailsPlaysNothing) {
     engine_->configure(std::nullopt, false);
     audio_.setStartingFails(true);

@@ -142,6 +142,18 @@ TEST(RenderContext, ADryRingIsSilentKeepsItsPositionAndFinishesOnlyAtItsEnd) {
     EXPECT_FALSE(bench.context.finished());
 }
 
+TEST(RenderContext, TheBlockThatEmptiesAnEndedRingFinishes) {
+    RenderBench bench(1);
+    mn_ring* ring = bench.ring(1, 100, one);
+    mn_ring_set_eof(ring);
+    bench.context.setConfig(bench.config(1, 1, {1}));
+    bench.context.setRing(ring);
+    bench.render(99);
+    EXPECT_FALSE(bench.context.finished());
+    bench.render(99);
+    EXPECT_TRUE(bench.context.finished());
+}
+
 TEST(RenderContext, SourcesOfAnotherWidthAreSilentForTheInstant) {
     RenderBench bench(2);
     bench.context.setConfig(bench.config(2, 2, {1, 0, 0, 1}));
@@ -353,6 +365,7 @@ TEST(RenderContext, ControlMayPublishWhileItRenders) {
     bench.context.setConfig(configs[0]);
     std::atomic<bool> done{false};
     std::atomic<int> rounds{0};
+    std::atomic<int> blocks{0};
     std::thread control([&] {
         std::mt19937 random(7);
         std::vector<std::shared_ptr<const void>> replaced;
@@ -365,14 +378,14 @@ TEST(RenderContext, ControlMayPublishWhileItRenders) {
             if (bench.context.finished()) bench.context.clearFinished();
             bench.context.setPosition(bench.context.position());
             ++rounds;
-            std::this_thread::yield();
+            while (rounds > blocks && !done) std::this_thread::yield();
         }
     });
     double loudest = 0;
-    // On a busy machine one thread may do all its turns before the other's first. Four blocks a change are the most, so
-    // that the rings last.
-    for (int block = 0; block < 400 || rounds < 400; ++block) {
-        while (rounds * 4 < block) std::this_thread::yield();
+    // On a busy machine one thread may do all its turns before the other's first. A change a block is the most, so that
+    // none is what all blocks are rendered with; four blocks a change are the most, so that the rings last.
+    for (; blocks < 400 || rounds < 400; ++blocks) {
+        while (rounds * 4 < blocks) std::this_thread::yield();
         for (const float x : bench.render(256)[0]) loudest = std::max(loudest, double(std::abs(x)));
     }
     done = true;
