@@ -94,15 +94,6 @@ TEST(AllRAD, LevelAndDirectionHoldOnEveryLayout) {
     }
 }
 
-TEST(AllRAD, LeavesTheLFEAlone) {
-    for (LayoutID layout : allLayouts) {
-        const auto lfe = std::ranges::find(speakers(layout), SpeakerID::LFE) - speakers(layout).begin();
-        const Matrix decoder = layoutDecoder(layout, 2);
-        if (size_t(lfe) == decoder.size()) continue;
-        EXPECT_EQ(decoder[size_t(lfe)], std::vector<double>(9, 0.0)) << displayName(layout);
-    }
-}
-
 // The pair is decoded through 26 virtual speakers, which mirror each other exactly.
 TEST(StereoFoldOfAmbisonics, IsMirroredAndLeansToTheSource) {
     for (int order = 1; order <= 3; ++order) {
