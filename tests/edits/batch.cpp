@@ -124,17 +124,6 @@ TEST(TempEditBatch, DoesTheSameOnOneThreadAndOnTwo) {
     EXPECT_TRUE(contents[0] == contents[1]);
 }
 
-TEST(TempEditBatch, PlansWithoutWriting) {
-    const TempFolder folder;
-    test::writeAudio(folder / "Song.wav", song(), {.rate = 44100});
-    const auto planned = TempEdits::plan(folder / "Song.wav", brief());
-    ASSERT_EQ(planned.status, Status::done);
-    EXPECT_EQ(planned.plans.back().name, "15s");
-    EXPECT_EQ(planned.audio.channels.size(), 2U);
-    EXPECT_EQ(std::distance(fs::directory_iterator(folder.path()), {}), 1);
-    EXPECT_EQ(TempEdits::plan(folder / "none.wav").status, Status::unread);
-}
-
 TEST(TempEditBatch, StopsWhereItIsTold) {
     const TempFolder folder;
     std::vector<Job> jobs;

@@ -54,20 +54,6 @@ struct Export {
     Result done;
 };
 
-Planes readWithSndfile(const fs::path& path) {
-    SF_INFO info{};
-    SNDFILE* file = sf_open(path.c_str(), SFM_READ, &info);
-    if (!file) return {};
-    EXPECT_EQ(info.format, SF_FORMAT_WAVEX | SF_FORMAT_PCM_24);
-    EXPECT_EQ(info.samplerate, 48000);
-    std::vector<float> all(size_t(info.frames * info.channels));
-    EXPECT_EQ(sf_readf_float(file, all.data(), info.frames), info.frames);
-    sf_close(file);
-    Planes out(size_t(info.channels), std::vector<float>(size_t(info.frames)));
-    for (size_t i = 0; i < all.size(); ++i) out[i % out.size()][i / out.size()] = all[i];
-    return out;
-}
-
 TEST(TempEditExporter, WritesWhatOthersRead) {
     for (const int channels : {1, 2, 6}) {
         const TempFolder temp;
@@ -78,7 +64,9 @@ TEST(TempEditExporter, WritesWhatOthersRead) {
                                                      "Rain – Theme - Edit Notes.txt", "Rain – Theme - Intro.wav"));
         for (size_t i = 0; i < 3; ++i) {
             const Planes expected = TempEditRenderer::render(job.plans[i], job.audio, 48000, job.options);
-            const Planes got = readWithSndfile(job.done.files[i]);
+            const auto [got, rate, format] = test::readAudio(job.done.files[i]);
+            EXPECT_EQ(rate, 48000);
+            EXPECT_EQ(format, SF_FORMAT_WAVEX | SF_FORMAT_PCM_24);
             ASSERT_EQ(got.size(), expected.size());
             ASSERT_EQ(got[0].size(), expected[0].size());
             EXPECT_EQ(job.done.seconds[i], double(expected[0].size()) / 48000);
@@ -94,10 +82,6 @@ TEST(TempEditExporter, WritesWhatOthersRead) {
         EXPECT_EQ(test::readBytes(job.done.files[1]).substr(40, 4), test::le32(channels == 1   ? 4
                                                                                : channels == 2 ? 3
                                                                                                : 0));
-        // FFmpeg's own count of samples.
-        const auto raw = temp / "raw.f32";
-        test::run("ffmpeg -v error -nostdin -i '" + job.done.files[2].string() + "' -f f32le '" + raw.string() + "'");
-        EXPECT_EQ(fs::file_size(raw), size_t(72000 * 4 * channels));
     }
 }
 

@@ -1,10 +1,9 @@
-// PathSearch: against all paths there are on small pieces, and against the table in its plainest form on larger ones.
+// PathSearch: against all paths there are on small pieces.
 #include "path_search.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 
 #include "hand_made.h"
 
@@ -80,49 +79,6 @@ private:
     std::vector<double> rank_;
 };
 
-// One table for one length, filled forward from every line that is reached.
-Found plainTable(const JumpTable& jumps, int from, int to, int count, bool anyEnd) {
-    constexpr double infinite = std::numeric_limits<double>::infinity();
-    const int last = to - from;
-    using Row = std::vector<double>;
-    std::vector<Row> best(size_t(count) + 1, Row(size_t(last) + 1, infinite));
-    std::vector<std::vector<int>> before(best.size(), std::vector<int>(size_t(last) + 1, -1));
-    best[0][0] = 0;
-    for (size_t k = 0; k < size_t(count); ++k) {
-        for (int line = 0; line <= last; ++line) {
-            const auto tryBar = [&](int bar) {
-                const auto step = stepCost(jumps, from, line, bar);
-                if (!step || !(best[k][size_t(line)] + *step < best[k + 1][size_t(bar) + 1])) return;
-                best[k + 1][size_t(bar) + 1] = best[k][size_t(line)] + *step;
-                before[k + 1][size_t(bar) + 1] = line;
-            };
-            if (best[k][size_t(line)] == infinite) continue;
-            if (line < last) tryBar(line);
-            for (int bar = 0; bar < last; ++bar) {
-                if (bar != line) tryBar(bar);
-            }
-        }
-    }
-    const Row& reached = best.back();
-    double least = reached[size_t(last)];
-    int end = last;
-    for (int line = 0; line <= last; ++line) {
-        const auto jump = jumps.cost(from + line, to);
-        if (!anyEnd && !jump) continue;
-        const double total = reached[size_t(line)] + (anyEnd ? 0 : *jump + 0.3);
-        if (total < least) {
-            least = total;
-            end = line;
-        }
-    }
-    if (least == infinite) return std::nullopt;
-    PathSearch::Path path{least, {}};
-    for (size_t k = size_t(count); k > 0; end = before[k--][size_t(end)]) {
-        path.bars.insert(path.bars.begin(), from + end - 1);
-    }
-    return path;
-}
-
 void expectSame(const Found& got, const Found& expected, const std::string& what) {
     ASSERT_EQ(got.has_value(), expected.has_value()) << what;
     if (!got) return;
@@ -144,25 +100,6 @@ TEST(PathSearch, FindsTheBestOfAllPaths) {
         for (const int count : {3, 0, 5, 1, 4, 2, 6}) {
             for (const bool anyEnd : {false, true}) {
                 expectSame(search.find(count, anyEnd), AllPaths(jumps, from, to, count, anyEnd).best(),
-                           "seed " + std::to_string(seed) + ", round " + std::to_string(round) + ", " +
-                               std::to_string(count) + " bars" + (anyEnd ? ", any end" : ""));
-            }
-        }
-    }
-}
-
-TEST(PathSearch, GivesWhatThePlainTableGives) {
-    const uint32_t seed = std::random_device{}();
-    std::mt19937 random(seed);
-    for (int round = 0; round < 12; ++round) {
-        const int from = int(random() % 9);
-        const int to = from + 20 + int(random() % 40);
-        const SimilarityMatrix similarity = test::randomSimilarity(to, round % 2 == 0, random);
-        const JumpTable jumps(similarity, Pins{0, from, from + 2, to - 3, to});
-        PathSearch search(jumps, from, to);
-        for (const int count : {to - from, 7, 90, 31}) {
-            for (const bool anyEnd : {false, true}) {
-                expectSame(search.find(count, anyEnd), plainTable(jumps, from, to, count, anyEnd),
                            "seed " + std::to_string(seed) + ", round " + std::to_string(round) + ", " +
                                std::to_string(count) + " bars" + (anyEnd ? ", any end" : ""));
             }

@@ -115,6 +115,20 @@ void writeAudio(const std::filesystem::path& path, const Planes& planes, const F
     if (written != frames) throw std::runtime_error("short write to " + path.string());
 }
 
+ReadAudio readAudio(const std::filesystem::path& path) {
+    SF_INFO info{};
+    SNDFILE* file = sf_open(path.c_str(), SFM_READ, &info);
+    if (!file) throw std::runtime_error("can't read " + path.string() + ": " + sf_strerror(nullptr));
+    std::vector<float> interleaved(size_t(info.frames) * size_t(info.channels));
+    const sf_count_t got = sf_readf_float(file, interleaved.data(), info.frames);
+    sf_close(file);
+    if (got != info.frames) throw std::runtime_error("short read of " + path.string());
+    ReadAudio out{Planes(size_t(info.channels), std::vector<float>(size_t(info.frames))), info.samplerate, info.format};
+    for (size_t i = 0; i < interleaved.size(); ++i)
+        out.planes[i % out.planes.size()][i / out.planes.size()] = interleaved[i];
+    return out;
+}
+
 Planes noisePlanes(int channels, size_t frames, uint32_t seed) {
     Planes out;
     for (int c = 0; c < channels; ++c) {

@@ -36,6 +36,15 @@ struct FileShape {
 // Writes `planes` through libsndfile. Throws std::runtime_error when that fails.
 void writeAudio(const std::filesystem::path& path, const Planes& planes, const FileShape& shape = {});
 
+// A file as libsndfile reads it.
+struct ReadAudio {
+    Planes planes;
+    int rate = 0;
+    int format = 0;  // SF_FORMAT_* of libsndfile
+};
+// Throws std::runtime_error when libsndfile can't read all of it.
+ReadAudio readAudio(const std::filesystem::path& path);
+
 // Seeded noise, another seed a channel, at -6 dBFS peak.
 Planes noisePlanes(int channels, size_t frames, uint32_t seed = 1);
 

@@ -62,21 +62,8 @@ CliResult runCli(const std::vector<std::string>& words, const std::vector<std::s
 }
 
 ReadWav readWav(const std::filesystem::path& path) {
-    SF_INFO info{};
-    SNDFILE* file = sf_open(path.c_str(), SFM_READ, &info);
-    if (!file) throw std::runtime_error("can't read " + path.string() + ": " + sf_strerror(nullptr));
-    std::vector<float> interleaved(size_t(info.frames) * size_t(info.channels));
-    const sf_count_t got = sf_readf_float(file, interleaved.data(), info.frames);
-    sf_close(file);
-    if (got != info.frames) throw std::runtime_error("short read of " + path.string());
-
-    ReadWav wav;
-    wav.rate = info.samplerate;
-    wav.isFloat = (info.format & SF_FORMAT_SUBMASK) == SF_FORMAT_FLOAT;
-    wav.planes.assign(size_t(info.channels), std::vector<float>(size_t(info.frames)));
-    for (size_t c = 0; c < wav.planes.size(); ++c) {
-        for (size_t i = 0; i < wav.planes[c].size(); ++i) wav.planes[c][i] = interleaved[i * wav.planes.size() + c];
-    }
+    auto [planes, rate, format] = readAudio(path);
+    ReadWav wav{std::move(planes), rate, 0, (format & SF_FORMAT_SUBMASK) == SF_FORMAT_FLOAT};
     const std::string bytes = readBytes(path);
     const size_t fmt = bytes.find("fmt ");
     if (fmt != std::string::npos) std::memcpy(&wav.mask, bytes.data() + fmt + 8 + 20, 4);

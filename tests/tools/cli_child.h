@@ -21,8 +21,8 @@ struct CliResult {
 CliResult runCli(const std::vector<std::string>& words, const std::vector<std::string>& environment = {});
 
 struct ReadWav {
-    int rate = 0;
     Planes planes;
+    int rate = 0;
     uint32_t mask = 0;     // dwChannelMask as it stands in the file
     bool isFloat = false;  // 32-bit float
 };
