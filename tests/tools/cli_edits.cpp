@@ -1,4 +1,4 @@
-// edits and plan: what the folder holds as libsndfile reads it, the words, and files that can't be cut.
+// edits and plan: what the folder holds as libsndfile reads it, and files that can't be cut.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -64,24 +64,6 @@ TEST(CliEdits, WritesWhatThePlanTellsAndThePlanWritesNothing) {
         }
     }
     EXPECT_THAT(names, testing::IsSupersetOf({"15s", "1m00s extended"}));
-}
-
-TEST(CliEdits, WordsThatCantBeUnderstoodAreNamed) {
-    const TempFolder home;
-    const std::vector<std::pair<std::vector<std::string>, std::string>> cases = {
-        {{"edits"}, "no file given"},
-        {{"edits", "x.wav", "targets"}, "no length after \"targets\""},
-        {{"edits", "x.wav", "targets", "0"}, "targets"},
-        {{"edits", "x.wav", "exact", "maybe"}, "exact"},
-        {{"edits", "x.wav", "extended", "soon"}, "extended"},
-        {{"plan", "x.wav", "crossfade"}, "no value after \"crossfade\""},
-    };
-    for (const auto& [words, text] : cases) {
-        const auto result = run(home, words);
-        EXPECT_EQ(result.exitCode, 1);
-        ASSERT_EQ(result.errors.size(), 1U);
-        EXPECT_THAT(result.errors[0], HasSubstr(text));
-    }
 }
 
 TEST(CliEdits, AFileThatCantBeCutIsToldAndTheOthersAreMade) {

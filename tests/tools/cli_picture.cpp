@@ -1,4 +1,4 @@
-// picture: the file that comes out, and what stands in its way.
+// picture: the file that comes out.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -68,34 +68,6 @@ TEST_F(CliPicture, ShowsAtLeastTheWaveformOfWhatIsNoMusic) {
     EXPECT_EQ(result.objects[0]["status"], "tooShort");
     EXPECT_TRUE(result.objects[0]["summary"].is_null());
     EXPECT_EQ(pngSize(readBytes(out_)), "1600x1200");
-}
-
-TEST_F(CliPicture, NamesWhatStandsInItsWay) {
-    std::filesystem::create_directory(folder_ / "folder.png");
-    std::filesystem::copy_file(piece_, folder_ / "piece.png");
-    const std::string gone = (folder_ / "gone.wav").string();
-    const std::pair<std::vector<std::string>, const char*> cases[] = {
-        {{"picture"}, "no file"},
-        {{"picture", piece_}, "output"},
-        {{"picture", piece_, (folder_ / "out.jpg").string()}, "out.jpg"},
-        {{"picture", piece_, (folder_ / "none" / "out.png").string()}, "none"},
-        {{"picture", piece_, (folder_ / "folder.png").string()}, "folder.png"},
-        {{"picture", (folder_ / "piece.png").string(), (folder_ / "piece.png").string()}, "made from"},
-        {{"picture", gone, out_}, "gone.wav"},
-        {{"picture", piece_, out_, "theme", "blue"}, "blue"},
-        {{"picture", piece_, out_, "theme"}, "theme"},
-        {{"picture", piece_, out_, "size", "1600"}, "1600"},
-        {{"picture", piece_, out_, "size", "100x9000"}, "100"},
-        {{"picture", piece_, out_, "loud"}, "loud"},
-    };
-    for (const auto& [words, named] : cases) {
-        const auto result = runCli(words);
-        EXPECT_EQ(result.exitCode, 1) << named;
-        EXPECT_EQ(result.output, "") << named;
-        ASSERT_EQ(result.errors.size(), 1U) << named;
-        EXPECT_THAT(result.errors[0], HasSubstr(named));
-        EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder_.path()), {}), 3) << named;
-    }
 }
 
 }  // namespace

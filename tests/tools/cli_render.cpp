@@ -101,9 +101,7 @@ TEST_F(CliRender, ConvertsTheRateInTime) {
     ASSERT_EQ(out.planes.at(0).size(), 44'100U);
     std::vector<float> expected = sine(44'100, 997, 44'100, 0.5);
     std::vector<float> middle(out.planes[0].begin() + 2000, out.planes[0].end() - 2000);
-    const double error = errorDb(middle, {expected.begin() + 2000, expected.end() - 2000});
-    std::printf("measured: converted sine off by %.1f dB\n", error);
-    EXPECT_LT(error, -110);
+    EXPECT_LT(errorDb(middle, {expected.begin() + 2000, expected.end() - 2000}), -110);
 }
 
 TEST_F(CliRender, MonoAndListenModesGoWhereTheyAreSent) {
@@ -137,34 +135,23 @@ TEST_F(CliRender, TurnsAnAmbisonicField) {
 
 // 7.1.4 on headphones is the sum of twelve convolutions an ear, heard to the end of the responses.
 TEST_F(CliRender, HeadphonesEqualPlainConvolution) {
-    const size_t frames = 3000;
-    const Planes source = noisePlanes(12, frames, 120);
+    const Planes source = noisePlanes(12, 3000, 120);
     const auto hrtf = HRTFSet::shared(48'000);
     const SpeakerList& list = speakers(LayoutID::l714);
-    const auto taps = size_t(hrtf->taps());
-    std::vector<std::vector<double>> ears(2, std::vector<double>(frames + taps));
+    std::vector<std::vector<double>> ears(2, std::vector<double>(3000 + size_t(hrtf->taps())));
     for (size_t s = 0; s < 12; ++s) {
         const auto [left, right] = hrtf->impulses(direction(list[s], list));
         const double gain = list[s] == SpeakerID::LFE ? 0.5 : 1;
-        for (size_t i = 0; i < frames; ++i) {
-            for (size_t t = 0; t < taps; ++t) {
-                ears[0][i + t] += gain * source[s][i] * left[t];
-                ears[1][i + t] += gain * source[s][i] * right[t];
-            }
-        }
+        convolveInto(ears[0], source[s], left, gain);
+        convolveInto(ears[1], source[s], right, gain);
     }
-    for (const char* block : {"256", "100", "1024"}) {
-        const ReadWav out = render(source, {"headphones", "block", block});
-        EXPECT_EQ(json_.at("toBinaural"), true);
-        EXPECT_EQ(json_.at("rows"), 12);
-        ASSERT_EQ(out.planes.size(), 2U);
-        ASSERT_GE(out.planes[0].size(), frames + taps - 1) << "the tail is cut";
-        for (size_t ear = 0; ear < 2; ++ear) {
-            const std::vector<float> expected(ears[ear].begin(), ears[ear].end());
-            const double error = errorDb(out.planes[ear], expected);
-            std::printf("measured: block %s, ear %zu off by %.1f dB\n", block, ear, error);
-            EXPECT_LT(error, -100);
-        }
+    const ReadWav out = render(source, {"headphones", "block", "100"});
+    EXPECT_EQ(json_.at("toBinaural"), true);
+    EXPECT_EQ(json_.at("rows"), 12);
+    ASSERT_EQ(out.planes.size(), 2U);
+    ASSERT_GE(out.planes[0].size(), ears[0].size() - 1) << "the tail is cut";
+    for (size_t ear = 0; ear < 2; ++ear) {
+        EXPECT_LT(errorDb(out.planes[ear], {ears[ear].begin(), ears[ear].end()}), -100);
     }
 }
 
