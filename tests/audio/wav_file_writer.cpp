@@ -3,12 +3,10 @@
 
 #include <gtest/gtest.h>
 #include <sndfile.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <bit>
 #include <cmath>
-#include <csignal>
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
@@ -17,6 +15,7 @@
 
 #include "audio/error.h"
 #include "support/audio_files.h"
+#include "support/full_disk.h"
 #include "support/signals.h"
 
 namespace brindlehum {
@@ -283,22 +282,16 @@ TEST(WavFileWriter, SaysWhyItCantBegin) {
     WavFileWriter(folder / "widest.wav", 65535, 21845, 0, "").finish();
 }
 
-// A full disk, by the system's limit on the length of a file.
 TEST(WavFileWriter, ReportsABlockThatBreaksOffAndKeepsWhatWasBefore) {
     const TempFolder folder;
     const Shape shape = {48000, 2, 5000, 3};
     const Planes first = noisePlanes(2, 5000, 1);
-    rlimit old{};
-    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &old), 0);
-    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
     WavFileWriter writer(folder / "torn.wav", 48000, 2, 3, "");
     writer.appendAll(first);
-    rlimit tight = old;
-    tight.rlim_cur = 50000;
-    ::setrlimit(RLIMIT_FSIZE, &tight);
-    const Failure failure = failureOf([&] { writer.appendAll(noisePlanes(2, 400000, 9)); });
-    ::setrlimit(RLIMIT_FSIZE, &old);
-    std::signal(SIGXFSZ, handler);
+    const Failure failure = failureOf([&] {
+        const FullDisk disk(50000);
+        writer.appendAll(noisePlanes(2, 400000, 9));
+    });
     EXPECT_EQ(failure.code, 0);
     EXPECT_EQ(failure.text, "Couldn't write " + (folder / "torn.wav").string() + ": File too large");
     EXPECT_EQ(std::filesystem::file_size(folder / "torn.wav"), 50000U);

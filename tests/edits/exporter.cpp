@@ -3,9 +3,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <signal.h>
 #include <sndfile.h>
-#include <sys/resource.h>
 #include <unistd.h>
 
 #include <fstream>
@@ -14,6 +12,7 @@
 #include "audio/error.h"
 #include "edits/temp_edit_renderer.h"
 #include "support/audio_files.h"
+#include "support/full_disk.h"
 
 namespace brindlehum {
 namespace {
@@ -164,18 +163,8 @@ TEST(TempEditExporter, LeavesNoHalfFile) {
     const Case cases[] = {
         {"a disk that fills up in the second file",
          [&failing](Export& job) {
-             struct sigaction old {
-             }, ignore{};
-             ignore.sa_handler = SIG_IGN;
-             sigaction(SIGXFSZ, &ignore, &old);
-             rlimit before{};
-             getrlimit(RLIMIT_FSIZE, &before);
-             const rlimit little{200000, before.rlim_max};
-             setrlimit(RLIMIT_FSIZE, &little);
-             const bool whole = failing(job);
-             setrlimit(RLIMIT_FSIZE, &before);
-             sigaction(SIGXFSZ, &old, nullptr);
-             return whole;
+             const test::FullDisk disk(200000);
+             return failing(job);
          },
          {"Rain – Theme - Intro.wav"},
          "Rain – Theme - 30s.wav: File too large"},

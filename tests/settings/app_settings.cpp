@@ -21,7 +21,11 @@ constexpr const char* goodProfile =
     R"({"id":"0f3c2d1e-4b5a-4978-8695-a4b3c2d1e0ff","name":"Van","kind":"headphones","deviceUID":"alsa.usb",
         "layout":"l714","outputs":[2,-1,0],"trimsDB":[0,-1.5],"headphoneLeft":4,"headphoneRight":5})";
 
-std::string withProfileField(const std::string& key, const std::string& json) {
+// A good profile and another, one field of which ("key:json") is different, or left out.
+std::string withProfileField(const std::string& field) {
+    const size_t colon = field.find(':');
+    const std::string key = field.substr(0, colon);
+    const std::string json = field.substr(colon + 1);
     ordered_json profile = ordered_json::parse(goodProfile);
     if (json.empty()) {
         profile.erase(key);
@@ -50,26 +54,6 @@ void expectFactoryProfiles(const std::vector<OutputProfile>& profiles) {
         {profiles[2].id, "Headphones", OutputProfile::Kind::headphones, {}, LayoutID::stereo, {0, 1}, {0, 0}, 0, 1}};
     for (size_t i = 0; i < 3; ++i) EXPECT_EQ(profiles[i], wanted[i]) << wanted[i].name;
     EXPECT_EQ(std::set<UUID>({profiles[0].id, profiles[1].id, profiles[2].id}).size(), 3U);
-}
-
-TEST(AppSettings, FirstStartHasThreeProfilesAndPlaysInTheRoom) {
-    const AppSettings settings;
-    expectFactoryProfiles(settings.profiles);
-    EXPECT_FALSE(settings.activeProfileID);
-    EXPECT_EQ(settings.activeProfile().name, "Room 9.1.6");
-    EXPECT_NE(settings.profiles[0].id, AppSettings().profiles[0].id);
-}
-
-TEST(AppSettings, ActiveProfileIsTheFirstOfItsIdOrTheFirstOfAll) {
-    AppSettings settings;
-    settings.activeProfileID = settings.profiles[2].id;
-    EXPECT_EQ(&settings.activeProfile(), &settings.profiles[2]);
-    settings.profiles.erase(settings.profiles.begin() + 2);
-    EXPECT_EQ(&settings.activeProfile(), &settings.profiles[0]);
-    settings.profiles.push_back(OutputProfile::newOutput());
-    settings.profiles.push_back(settings.profiles.back());
-    settings.activeProfileID = settings.profiles.back().id;
-    EXPECT_EQ(&settings.activeProfile(), &settings.profiles[2]);
 }
 
 TEST(AppSettings, EveryKeyIsReadOnItsOwn) {
@@ -115,38 +99,18 @@ TEST(AppSettings, EveryKeyIsReadOnItsOwn) {
 }
 
 TEST(AppSettings, OneBadProfileFieldDropsTheWholeListAndNothingElse) {
-    struct Case {
-        const char* key;
-        const char* json;
-    };
-    for (const auto& [key, json] : std::initializer_list<Case>{{"id", ""},
-                                                               {"id", "\"0f3c2d1e\""},
-                                                               {"id", "3"},
-                                                               {"name", ""},
-                                                               {"name", "null"},
-                                                               {"kind", "\"Speakers\""},
-                                                               {"kind", ""},
-                                                               {"deviceUID", "5"},
-                                                               {"layout", "\"22.2\""},
-                                                               {"layout", ""},
-                                                               {"outputs", ""},
-                                                               {"outputs", "[0,1.5]"},
-                                                               {"outputs", "[true]"},
-                                                               {"outputs", "[4294967296]"},
-                                                               {"outputs", "{\"a\":1}"},
-                                                               {"trimsDB", ""},
-                                                               {"trimsDB", "[\"0\"]"},
-                                                               {"headphoneLeft", ""},
-                                                               {"headphoneRight", "\"1\""}}) {
-        const std::string stored = withProfileField(key, json);
+    for (const char* field :
+         {"id:", "id:\"0f3c2d1e\"", "id:3", "name:", "name:null", "kind:\"Speakers\"", "kind:", "deviceUID:5",
+          "layout:\"22.2\"", "layout:", "outputs:", "outputs:[0,1.5]", "outputs:[true]", "outputs:[4294967296]",
+          "outputs:{\"a\":1}", "trimsDB:", "trimsDB:[\"0\"]", "headphoneLeft:", "headphoneRight:\"1\""}) {
+        const std::string stored = withProfileField(field);
         const std::optional<AppSettings> read = AppSettings::decode(stored);
         ASSERT_TRUE(read) << stored;
         expectFactoryProfiles(read->profiles);
         EXPECT_FALSE(read->autoPlay) << stored;
     }
-    for (const auto& [key, json] : std::initializer_list<Case>{
-             {"deviceUID", ""}, {"deviceUID", "null"}, {"outputs", "[]"}, {"outputs", "[3.0]"}, {"later", "1"}}) {
-        const std::string stored = withProfileField(key, json);
+    for (const char* field : {"deviceUID:", "deviceUID:null", "outputs:[]", "outputs:[3.0]", "later:1"}) {
+        const std::string stored = withProfileField(field);
         ASSERT_EQ(AppSettings::decode(stored)->profiles.size(), 2U) << stored;
         const OutputProfile first = AppSettings::decode(stored)->profiles[0];
         EXPECT_EQ(first, (OutputProfile{*UUID::parse(someID),
@@ -168,24 +132,8 @@ TEST(AppSettings, WhatIsNoObjectGivesNothing) {
     EXPECT_FALSE(AppSettings::decode(std::string(100000, '[')));
 }
 
-TEST(AppSettings, WritesEveryKeyInOrderAndReadsItBack) {
+TEST(AppSettings, WritesPlainNamesAndReadsThemBack) {
     AppSettings settings;
-    std::vector<std::string> keys = {
-        "profiles",     "autoPlay",  "finderPanel",           "spacePlaysInFinder", "monoToCenter", "pullsFolder",
-        "libraryRoots", "ytDlpPath", "tempEditsBesideSource", "expertMode",         "upmix"};
-    const auto keysOf = [](const ordered_json& object) {
-        std::vector<std::string> names;
-        for (const auto& [name, value] : object.items()) names.push_back(name);
-        return names;
-    };
-    ordered_json written = ordered_json::parse(settings.encode());
-    EXPECT_EQ(keysOf(written), keys);
-    EXPECT_FALSE(written["profiles"][0].contains("deviceUID"));
-    EXPECT_EQ(written["profiles"][0].size(), 8U);
-    EXPECT_EQ(written["profiles"][0]["id"], settings.profiles[0].id.string());
-    EXPECT_EQ(written["profiles"][0]["layout"], "l916");
-    EXPECT_EQ(written["profiles"][2]["kind"], "headphones");
-
     settings.profiles[1] = {*UUID::parse(someID),
                             "Van \"\\\xE2\x99\xAA",
                             OutputProfile::Kind::headphones,
@@ -198,26 +146,14 @@ TEST(AppSettings, WritesEveryKeyInOrderAndReadsItBack) {
     settings.activeProfileID = settings.profiles[1].id;
     settings.libraryRoots = {"/x", ""};
     settings.upmix.params.stage = 41.25;
-    keys.insert(keys.begin() + 1, "activeProfileID");
-    written = ordered_json::parse(settings.encode());
-    EXPECT_EQ(keysOf(written), keys);
+    const ordered_json written = ordered_json::parse(settings.encode());
+    EXPECT_EQ(written.size(), 12U);
     EXPECT_EQ(written["activeProfileID"], someID);
+    EXPECT_FALSE(written["profiles"][0].contains("deviceUID"));
+    EXPECT_EQ(written["profiles"][0]["layout"], "l916");
     EXPECT_EQ(written["profiles"][1]["deviceUID"], "a.b");
+    EXPECT_EQ(written["profiles"][1]["kind"], "headphones");
     EXPECT_EQ(AppSettings::decode(settings.encode()), settings);
-}
-
-TEST(AppSettings, RefusesToWriteWhatJsonCannotHold) {
-    for (const double bad : {std::nan(""), double(INFINITY)}) {
-        AppSettings trimmed;
-        trimmed.profiles[1].trimsDB[1] = bad;
-        EXPECT_ANY_THROW(trimmed.encode());
-        AppSettings upmixed;
-        upmixed.upmix.params.stage = bad;
-        EXPECT_ANY_THROW(upmixed.encode());
-    }
-    AppSettings named;
-    named.profiles[0].name = "\xff";
-    EXPECT_ANY_THROW(named.encode());
 }
 
 TEST(UUID, KeepsItsTextAndTheMarksOfARandomOne) {

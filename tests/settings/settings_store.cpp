@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <functional>
 
 namespace brindlehum {
 namespace {
@@ -58,16 +59,24 @@ TEST(SettingsStore, ADanglingProfileIdStaysStored) {
 }
 
 TEST(SettingsStore, WhatCannotBeEncodedHoldsInMemoryOnly) {
-    MemoryDefaults defaults;
-    SettingsStore store(defaults);
-    store.change([](AppSettings& s) { s.monoToCenter = false; });
-    const auto stored = defaults.data(key);
-    int announced = 0;
-    QObject::connect(&store, &SettingsStore::changed, [&] { ++announced; });
-    store.change([](AppSettings& s) { s.profiles[0].trimsDB[0] = std::nan(""); });
-    EXPECT_TRUE(std::isnan(store.value().profiles[0].trimsDB[0]));
-    EXPECT_EQ(defaults.data(key), stored);
-    EXPECT_EQ(announced, 1);
+    const std::function<void(AppSettings&)> changes[] = {
+        [](AppSettings& s) { s.profiles[0].trimsDB[0] = std::nan(""); },
+        [](AppSettings& s) { s.upmix.params.stage = double(INFINITY); },
+        [](AppSettings& s) { s.profiles[0].name.push_back('\xff'); },
+    };
+    for (const auto& change : changes) {
+        MemoryDefaults defaults;
+        SettingsStore store(defaults);
+        store.change([](AppSettings& s) { s.monoToCenter = false; });
+        const auto stored = defaults.data(key);
+        const AppSettings before = store.value();
+        int announced = 0;
+        QObject::connect(&store, &SettingsStore::changed, [&] { ++announced; });
+        store.change(change);
+        EXPECT_FALSE(store.value() == before);
+        EXPECT_EQ(defaults.data(key), stored);
+        EXPECT_EQ(announced, 1);
+    }
 }
 
 TEST(SettingsStore, AReceiverMayChangeTheSettingsAgain) {

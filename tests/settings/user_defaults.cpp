@@ -2,24 +2,20 @@
 #include "settings/user_defaults.h"
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
-#include <sys/stat.h>
 
-#include <csignal>
 #include <cstdlib>
-#include <fstream>
 #include <nlohmann/json.hpp>
 #include <set>
+
+#include "support/audio_files.h"
+#include "support/full_disk.h"
 
 namespace brindlehum {
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string contents(const fs::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
+using test::readBytes;
+using test::writeBytes;
 
 unsigned mode(const fs::path& path) {
     return unsigned(fs::status(path).permissions());
@@ -27,16 +23,9 @@ unsigned mode(const fs::path& path) {
 
 class FileDefaultsTest : public testing::Test {
 protected:
-    FileDefaultsTest() {
-        std::string pattern = (fs::temp_directory_path() / "brindlehum-defaults-XXXXXX").string();
-        folder_ = mkdtemp(pattern.data());
-        file_ = folder_ / "a" / "b" / "defaults.json";
-    }
-    ~FileDefaultsTest() override { fs::remove_all(folder_); }
-
     void put(const std::string& text) const {
         fs::create_directories(file_.parent_path());
-        std::ofstream(file_, std::ios::binary) << text;
+        writeBytes(file_, text);
     }
     // Nothing but the named files lies beside the defaults.
     void expectFiles(std::set<std::string> wanted) const {
@@ -45,8 +34,8 @@ protected:
         EXPECT_EQ(found, wanted);
     }
 
-    fs::path folder_;
-    fs::path file_;
+    test::TempFolder folder_;
+    fs::path file_ = folder_ / "a/b/defaults.json";
 };
 
 TEST_F(FileDefaultsTest, SurvivesTheProcessAsPlainJsonForTheUserAlone) {
@@ -58,7 +47,7 @@ TEST_F(FileDefaultsTest, SurvivesTheProcessAsPlainJsonForTheUserAlone) {
     defaults.set("k", value);
     EXPECT_EQ(defaults.data("k"), value);
     EXPECT_EQ(FileDefaults(file_).data("k"), value);
-    EXPECT_EQ(nlohmann::json::parse(contents(file_)), nlohmann::json({{"k", value}}));
+    EXPECT_EQ(nlohmann::json::parse(readBytes(file_)), nlohmann::json({{"k", value}}));
     EXPECT_EQ(mode(file_), 0600U);
     EXPECT_EQ(mode(file_.parent_path()), 0700U);
     EXPECT_EQ(mode(folder_ / "a"), 0700U);
@@ -85,7 +74,7 @@ TEST_F(FileDefaultsTest, LeavesKeysOfOthersAlone) {
     EXPECT_EQ(FileDefaults(file_).data("other"), "2");
     put("{\"foreign\":{\"deep\":[1]},\"one\":\"4\"}");
     other.set("other", "5");
-    EXPECT_EQ(nlohmann::json::parse(contents(file_)),
+    EXPECT_EQ(nlohmann::json::parse(readBytes(file_)),
               nlohmann::json::parse("{\"foreign\":{\"deep\":[1]},\"one\":\"4\",\"other\":\"5\"}"));
 }
 
@@ -94,10 +83,10 @@ TEST_F(FileDefaultsTest, KeepsAnUnreadableFileAside) {
         put(garbage);
         FileDefaults defaults(file_);
         EXPECT_FALSE(defaults.data("k"));
-        EXPECT_EQ(contents(file_), garbage) << "reading must not write";
+        EXPECT_EQ(readBytes(file_), garbage) << "reading must not write";
         defaults.set("k", "v");
         EXPECT_EQ(FileDefaults(file_).data("k"), "v");
-        EXPECT_EQ(contents(file_.string() + ".unreadable"), garbage);
+        EXPECT_EQ(readBytes(file_.string() + ".unreadable"), garbage);
         expectFiles({"defaults.json", "defaults.json.unreadable"});
     }
 }
@@ -106,16 +95,12 @@ TEST_F(FileDefaultsTest, KeepsAnUnreadableFileAside) {
 TEST_F(FileDefaultsTest, AFullDiskLeavesTheOldFile) {
     FileDefaults defaults(file_);
     defaults.set("k", "old");
-    const std::string old = contents(file_);
-    rlimit limit{};
-    getrlimit(RLIMIT_FSIZE, &limit);
-    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-    const rlimit tight{64, limit.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &tight);
-    defaults.set("k", std::string(10000, 'x'));
-    setrlimit(RLIMIT_FSIZE, &limit);
-    std::signal(SIGXFSZ, handler);
-    EXPECT_EQ(contents(file_), old);
+    const std::string old = readBytes(file_);
+    {
+        const test::FullDisk disk(64);
+        defaults.set("k", std::string(10000, 'x'));
+    }
+    EXPECT_EQ(readBytes(file_), old);
     expectFiles({"defaults.json"});
     EXPECT_EQ(defaults.data("k")->size(), 10000U) << "the value holds for this run";
     defaults.set("other", "2");
@@ -123,14 +108,14 @@ TEST_F(FileDefaultsTest, AFullDiskLeavesTheOldFile) {
 }
 
 TEST_F(FileDefaultsTest, UnwritablePlacesAreSilent) {
-    std::ofstream(folder_ / "plain") << "x";
-    for (const fs::path& file : {folder_ / "plain" / "defaults.json", fs::path("/proc/none/defaults.json")}) {
+    writeBytes(folder_ / "plain", "x");
+    for (const fs::path& file : {folder_ / "plain/defaults.json", fs::path("/proc/none/defaults.json")}) {
         FileDefaults defaults(file);
         defaults.set("k", "v");
         EXPECT_EQ(defaults.data("k"), "v");
         EXPECT_FALSE(FileDefaults(file).data("k"));
     }
-    EXPECT_EQ(contents(folder_ / "plain"), "x");
+    EXPECT_EQ(readBytes(folder_ / "plain"), "x");
     FileDefaults notText(file_);
     notText.set("k", "\xff");
     notText.set("fine", "v");
