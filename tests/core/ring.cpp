@@ -1,4 +1,4 @@
-// The ring: odd capacities against a plain queue, its edge cases, and two threads at once.
+// The ring: odd capacities against a plain queue, sizes that can't be had, and two threads at once.
 #include <gtest/gtest.h>
 
 #include <deque>
@@ -51,25 +51,6 @@ int32_t write(mn_ring* ring, const Block& block, int frames) {
 
 }  // namespace
 
-TEST(Ring, WritesWhatFitsAtAnIndexThatWrapsAnOddCapacity) {
-    const Ring ring = makeRing(1, 3);
-    Block in(1, 4);
-    Block out(1, 4);
-    in.fill(0, 4);
-    EXPECT_EQ(write(ring.get(), in, 2), 2);
-    EXPECT_EQ(mn_ring_read(ring.get(), out.planes.data(), 2, nullptr), 2);
-    in.fill(2, 4);
-    EXPECT_EQ(write(ring.get(), in, 2), 2);
-    EXPECT_EQ(mn_ring_write_space(ring.get()), 1);
-    in.fill(4, 4);
-    EXPECT_EQ(write(ring.get(), in, 2), 1);
-    EXPECT_EQ(write(ring.get(), in, 1), 0);
-    double position = 0;
-    EXPECT_EQ(mn_ring_read(ring.get(), out.planes.data(), 4, &position), 3);
-    EXPECT_EQ(out.faults(2, 3), 0);
-    EXPECT_EQ(position, 2.0);
-}
-
 TEST(Ring, AnEmptyReadLeavesTheLastPosition) {
     const Ring ring = makeRing(2, 5);
     Block out(2, 4);
@@ -78,16 +59,6 @@ TEST(Ring, AnEmptyReadLeavesTheLastPosition) {
     EXPECT_EQ(write(ring.get(), out, -1), 0);
     EXPECT_EQ(position, 42);
     EXPECT_EQ(out.samples[0][0], -1);
-}
-
-TEST(Ring, EndCanBeMarkedWhileFramesRemain) {
-    const Ring ring = makeRing(1, 5);
-    Block block(1, 3);
-    write(ring.get(), block, 3);
-    EXPECT_EQ(mn_ring_eof(ring.get()), 0);
-    mn_ring_set_eof(ring.get());
-    EXPECT_EQ(mn_ring_eof(ring.get()), 1);
-    EXPECT_EQ(mn_ring_available(ring.get()), 3);
 }
 
 TEST(Ring, RefusesSizesThatCantBeHadAndTakesNullToDestroy) {
