@@ -77,25 +77,5 @@ TEST(GridAccuracy, IsWhatTheCombAllows) {
     }
 }
 
-// A quarter of the file may keep another phase than the whole by the 3 frames (35 ms) over which phases score alike,
-// and 7 % of a beat is less than that above 120 BPM. It shows from 160 BPM on.
-TEST(GridAccuracy, FastClicksMayCountAsUnsteady) {
-    std::mt19937 engine(12);
-    for (const auto& [from, to, share] : {std::tuple{160.0, 200.0, 0.85}, {200.0, 220.0, 0.7}, {220.0, 230.0, 0.4}}) {
-        std::uniform_real_distribution<double> bpms(from, to);
-        std::uniform_real_distribution<double> starts(0.05, 0.6);
-        constexpr int cases = 25;
-        int steady = 0;
-        for (int i = 0; i < cases; ++i) {
-            const double bpm = bpms(engine);
-            const auto beats = test::beatTimes(starts(engine), 30, [&](double) { return bpm; });
-            const auto x = test::clickTrack(beats, 4, 0, 30);
-            steady += GridBuilder::build(*TempoAnalyzer::analyze(x, bpm), x, 30, bpm).steady ? 1 : 0;
-        }
-        std::printf("%.0f to %.0f BPM: steady in %d of %d\n", from, to, steady, cases);
-        EXPECT_GE(steady, share * cases) << from << " to " << to << " BPM";
-    }
-}
-
 }  // namespace
 }  // namespace brindlehum

@@ -195,16 +195,6 @@ TEST(Loudness, ShortFilesDifferFromLibebur128ByDesign) {
     EXPECT_GE(sample.truePeak, sample.samplePeak);
 }
 
-TEST(Loudness, SilenceAndNothingAreAtTheFloor) {
-    for (const Planes& x : {Planes{}, Planes(2), Planes(2, std::vector<float>(48000, 0.0F))}) {
-        const auto got = Loudness::measure(x, 48000, std::nullopt);
-        for (const double value : {got.integrated, got.momentaryMax, got.shortTermMax}) EXPECT_EQ(value, -70);
-        EXPECT_EQ(got.samplePeak, -inf);
-        EXPECT_EQ(got.truePeak, -inf);
-        EXPECT_FALSE(got.note);
-    }
-}
-
 TEST(Loudness, WeighsChannelsBySpeaker) {
     using W = std::vector<double>;
     EXPECT_EQ(Loudness::weights(SourceFormat::speakers(speakers(LayoutID::l51)), 6), (W{1, 1, 1, 0, 1.41, 1.41}));

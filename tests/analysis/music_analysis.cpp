@@ -84,18 +84,6 @@ TEST(MusicAnalysis, NeedsMoreThanASecondAndAPulse) {
     EXPECT_NE(analyzeMusic(inputOf(brief, 1000)).status, Status::tooShort);
 }
 
-TEST(MusicAnalysis, TakesTheUsersTempoAndMeter) {
-    const Planes channels = piece();
-    auto input = inputOf(channels);
-    input.bpm = 60;
-    input.beatsPerBar = 3;
-    const auto got = analyzeMusic(input);
-    ASSERT_TRUE(got.analysis);
-    EXPECT_NEAR(got.analysis->grid.bpm, 60, 0.3);
-    EXPECT_EQ(got.analysis->grid.beatsPerBar, 3);
-    EXPECT_NEAR(got.analysis->tempo.bpm, 120, 0.5) << "what was heard stays on record";
-}
-
 TEST(MusicAnalysis, SurvivesOddFiles) {
     const float nan = std::numeric_limits<float>::quiet_NaN();
     Planes holes = piece();

@@ -45,7 +45,8 @@ TEST(Tempo, ClickTracksFrom40To230) {
                 EXPECT_EQ(tempo->meter.group % group, 0) << what;
             }
 
-            // Above that a click track often counts as unsteady (grid_accuracy.cpp counts how often).
+            // Above that a click track often counts as unsteady: a quarter of the file may keep another phase than the
+            // whole by the 3 frames (35 ms) over which phases score alike, and 7 % of a beat is less than that.
             if (bpm > 220) continue;
             const MusicGrid grid = GridBuilder::build(*tempo, x, seconds, bpm, group);
             EXPECT_TRUE(grid.steady) << what;
@@ -108,21 +109,6 @@ TEST(Tempo, HintAndRangeNarrowTheSearch) {
     EXPECT_FALSE(TempoAnalyzer::analyze(x, 20.0)) << "the hint lies outside the range";
     for (const double absurd : {0.0, -120.0, std::numeric_limits<double>::quiet_NaN()}) {
         EXPECT_FALSE(TempoAnalyzer::analyze(x, absurd)) << absurd;
-    }
-}
-
-TEST(Tempo, AlternativesStayBetween30And240) {
-    for (const double bpm : {40.0, 100.0, 120.0, 170.0}) {
-        const auto x = test::clickTrack(test::beatTimes(0, seconds, [&](double) { return bpm; }), 4, 0, seconds);
-        const auto tempo = TempoAnalyzer::analyze(x, bpm);
-        static constexpr double factors[] = {0.5, 2, 1.5, 2.0 / 3, 4.0 / 3, 0.75};
-        std::vector<double> want;
-        for (const double f : factors) {
-            if (const double alt = tempo->bpm * f; alt >= 30 && alt <= 240) want.push_back(std::round(alt * 100) / 100);
-        }
-        std::vector<double> got;
-        for (const auto& a : tempo->alternatives) got.push_back(a.bpm);
-        EXPECT_EQ(got, want) << bpm;
     }
 }
 
@@ -295,18 +281,10 @@ TEST(Grid, SteadyFitEqualsThePlainTwin) {
     EXPECT_LT(steady, 8);
 }
 
-TEST(Grid, SteadyNeedsEightSecondsAndAllQuarters) {
+TEST(Grid, SteadyNeedsEightSeconds) {
     EXPECT_FALSE(GridBuilder::steadyFit(pulses(689, 120, 1, 0), 120).steady);
     EXPECT_EQ(GridBuilder::steadyFit(pulses(689, 120, 1, 0), 120).score, -1);
     EXPECT_TRUE(GridBuilder::steadyFit(pulses(690, 120, 1, 0), 120).steady);
-    const auto quarterOff = [](float level) {
-        auto env = pulses(2000, 120, 1, 0);
-        for (size_t i = 1500; i < 2000; ++i) env[i] = 0;
-        for (double t = 17.65; t < 23; t += 0.5) env[size_t(t * OnsetTime::frameRate)] = level;
-        return GridBuilder::steadyFit(env, 120).steady;
-    };
-    EXPECT_FALSE(quarterOff(0.5F)) << "a quarter off the beat";
-    EXPECT_TRUE(quarterOff(0.049F)) << "a quiet quarter has no say";
     for (const double absurd : {0.0, -1.0, 1e9, std::numeric_limits<double>::infinity()}) {
         EXPECT_FALSE(GridBuilder::steadyFit(pulses(2000, 120, 1, 0), absurd).steady) << absurd;
     }
