@@ -5,15 +5,13 @@
 #include "audio/frame_source.h"
 #include "frame_reads.h"
 #include "support/audio_files.h"
-#include "support/signals.h"
 
 namespace brindlehum::test {
 namespace {
 
 TEST(FileSource, ReadsAnyNumberOfPlanesFromAnywhere) {
     for (const int channels : {1, 2, 6}) {
-        Planes whole;
-        for (int c = 0; c < channels; ++c) whole.push_back(noise(9000, 77U + uint32_t(c)));
+        const Planes whole = noisePlanes(channels, 9000, 77);
         const TempFolder folder;
         writeAudio(folder / "a.wav", whole);
         FileSource source(folder / "a.wav");

@@ -36,8 +36,7 @@ TEST(MemorySource, MixesItsClicksAsASlowTwinDoes) {
     const auto between = [&](int64_t from, int64_t to) { return std::uniform_int_distribution(from, to)(engine); };
     for (const int channels : {1, 2, 3, 5}) {
         for (const double rate : {8000.0, 44100.0, 48000.5}) {
-            Planes whole;
-            for (int c = 0; c < channels; ++c) whole.push_back(noise(20000, seed + uint32_t(c)));
+            const Planes whole = noisePlanes(channels, 20000, seed);
             std::vector<Click> clicks;
             for (int i = 0; i < 30; ++i) clicks.push_back({between(-3000, 21000), between(0, 1) == 1});
             clicks.push_back({19990, true});   // cut at the end of the data
@@ -62,18 +61,11 @@ TEST(MemorySource, MixesItsClicksAsASlowTwinDoes) {
     }
 }
 
-TEST(MemorySource, DescribesItsChannels) {
-    for (const int channels : {0, 1, 2, 3, 16}) {
-        const MemorySource source(Planes(size_t(channels), std::vector<float>(7)), 44100);
-        const ProcessingFormat format = source.processingFormat();
-        EXPECT_EQ(format.channels, std::max(channels, 1));
-        EXPECT_EQ(format.sampleRate, 44100);
-        EXPECT_EQ(source.length(), channels == 0 ? 0 : 7);
-        EXPECT_EQ(format.layout ? format.layout->tag : 0, channels >= 3 ? 0x930000U + unsigned(channels) : 0);
-    }
+TEST(MemorySource, NeedsEqualChannelsButNoneAtAll) {
     EXPECT_THROW(MemorySource({std::vector<float>(7), std::vector<float>(6)}, 44100), std::invalid_argument);
     int got = -1;
     MemorySource nothing({}, 44100, {{0, true}});
+    EXPECT_EQ(nothing.processingFormat().channels, 1);
     read(nothing, 1, 0, 10, got);
     EXPECT_EQ(got, 0);
 }

