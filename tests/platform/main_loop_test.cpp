@@ -115,26 +115,5 @@ TYPED_TEST(MainLoops, PendingWorkIsReleasedUnrunWithTheLoopAndHandlesMayOutliveI
     EXPECT_EQ(held.use_count(), 2);  // ours, and the one in `job`
 }
 
-TEST(ManualMainLoop, AdvanceRunsEachTimerAtItsOwnTime) {
-    ManualMainLoop loop;
-    std::vector<double> times;
-    const TimerHandle beat = loop.every(1.0, [&] { times.push_back(loop.now()); });
-    loop.later(2.5, [&] { loop.post([&] { times.push_back(loop.now()); }); });
-    loop.advance(0.999);
-    EXPECT_TRUE(times.empty());
-    loop.advance(2.5);
-    EXPECT_THAT(times, ElementsAre(1.0, 2.0, 2.5, 3.0));
-    EXPECT_DOUBLE_EQ(loop.now(), 3.499);
-}
-
-TEST(ManualMainLoop, RunUntilWaitsForOtherThreads) {
-    ManualMainLoop loop;
-    bool arrived = false;
-    std::thread other([&] { loop.post([&] { arrived = true; }); });
-    EXPECT_TRUE(loop.runUntil([&] { return arrived; }));
-    other.join();
-    EXPECT_FALSE(loop.runUntil([] { return false; }, 0.0));
-}
-
 }  // namespace
 }  // namespace brindlehum
