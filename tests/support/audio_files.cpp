@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
+#include <map>
 #include <stdexcept>
 
 #include "support/signals.h"
@@ -16,43 +17,19 @@ namespace brindlehum::test {
 namespace {
 
 int sndfileFormat(const FileShape& shape) {
-    const auto pcm = [&](int otherwise) {
-        switch (shape.bits) {
-            case 8:
-                return int(shape.kind == FileKind::wav || shape.kind == FileKind::wavex || shape.kind == FileKind::w64
-                               ? SF_FORMAT_PCM_U8
-                               : SF_FORMAT_PCM_S8);
-            case 16:
-                return int(SF_FORMAT_PCM_16);
-            case 24:
-                return int(SF_FORMAT_PCM_24);
-            case 32:
-                return int(SF_FORMAT_PCM_32);
-            case 64:
-                return int(SF_FORMAT_DOUBLE);
-            default:
-                return otherwise;
-        }
-    };
-    switch (shape.kind) {
-        case FileKind::wav:
-            return SF_FORMAT_WAV | pcm(SF_FORMAT_PCM_24);
-        case FileKind::wavFloat:
-            return SF_FORMAT_WAV | pcm(SF_FORMAT_FLOAT);
-        case FileKind::wavex:
-            return SF_FORMAT_WAVEX | pcm(SF_FORMAT_FLOAT);
-        case FileKind::rf64:
-            return SF_FORMAT_RF64 | pcm(SF_FORMAT_FLOAT);
-        case FileKind::w64:
-            return SF_FORMAT_W64 | pcm(SF_FORMAT_FLOAT);
-        case FileKind::aiff:
-            return SF_FORMAT_AIFF | pcm(SF_FORMAT_PCM_24);
-        case FileKind::caf:
-            return SF_FORMAT_CAF | pcm(SF_FORMAT_FLOAT);
-        case FileKind::flac:
-            return SF_FORMAT_FLAC | pcm(SF_FORMAT_PCM_24);
-    }
-    return 0;
+    static const std::map<FileKind, std::pair<int, int>> kinds = {
+        // container, and the samples that it has by itself
+        {FileKind::wav, {SF_FORMAT_WAV, SF_FORMAT_PCM_24}},    {FileKind::wavFloat, {SF_FORMAT_WAV, SF_FORMAT_FLOAT}},
+        {FileKind::wavex, {SF_FORMAT_WAVEX, SF_FORMAT_FLOAT}}, {FileKind::rf64, {SF_FORMAT_RF64, SF_FORMAT_FLOAT}},
+        {FileKind::w64, {SF_FORMAT_W64, SF_FORMAT_FLOAT}},     {FileKind::aiff, {SF_FORMAT_AIFF, SF_FORMAT_PCM_24}},
+        {FileKind::caf, {SF_FORMAT_CAF, SF_FORMAT_FLOAT}},     {FileKind::flac, {SF_FORMAT_FLAC, SF_FORMAT_PCM_24}}};
+    static const std::map<int, int> bits = {{8, SF_FORMAT_PCM_U8},
+                                            {16, SF_FORMAT_PCM_16},
+                                            {24, SF_FORMAT_PCM_24},
+                                            {32, SF_FORMAT_PCM_32},
+                                            {64, SF_FORMAT_DOUBLE}};
+    const auto& [container, usual] = kinds.at(shape.kind);
+    return container | (shape.bits == 0 ? usual : bits.at(shape.bits));
 }
 
 // SF_CHANNEL_MAP_* in the order of the mask's bits.

@@ -39,7 +39,6 @@ public:
     std::vector<uint32_t> find(const std::string& type, const std::string& key, const std::string& value) const;
     // Port ids in the order of their numbers.
     std::vector<uint32_t> ports(uint32_t node, const std::string& direction) const;
-    const std::map<uint32_t, Global>& globals() const { return globals_; }
 
 private:
     pw_thread_loop* loop_;

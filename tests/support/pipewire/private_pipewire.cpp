@@ -141,21 +141,4 @@ void PrivatePipeWire::forceRate(int hertz) {
     setSetting("clock.force-rate", hertz);
 }
 
-size_t PrivatePipeWire::countNodes(const std::string& name) {
-    PipeWireClient client;
-    client.lock();
-    const size_t count = client.find(PW_TYPE_INTERFACE_Node, PW_KEY_NODE_NAME, name).size();
-    client.unlock();
-    return count;
-}
-
-size_t PrivatePipeWire::countLinksInto(const std::string& name) {
-    PipeWireClient client;
-    client.lock();
-    const std::string node = std::to_string(client.waitForNode(name));
-    const size_t count = client.find(PW_TYPE_INTERFACE_Link, PW_KEY_LINK_INPUT_NODE, node).size();
-    client.unlock();
-    return count;
-}
-
 }  // namespace brindlehum::test

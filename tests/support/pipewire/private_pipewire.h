@@ -31,10 +31,6 @@ public:
     // Rules the clock over all clients' wishes; 0 leaves it to them again.
     void forceQuantum(int frames);
     void forceRate(int hertz);
-    // Global ids of the nodes of this name.
-    size_t countNodes(const std::string& name);
-    // Links that end at the node of this name.
-    size_t countLinksInto(const std::string& name);
 
 private:
     void setSetting(const std::string& key, int value);
