@@ -1,6 +1,8 @@
 // Catalog: the library's index, one SQLite database in write-ahead-log mode with a row a file and a full-text table.
 //
-// Any thread. `lock` serialises the connection: what reads takes it itself, who writes batches holds it (see upsert).
+// Any thread. What reads has a connection of its own for as long, takes no lock and sees what was committed when it
+// began. Writes go through one connection, one at a time: write() holds the lock for its job, removeRoot() and
+// setLogOffset() take it themselves.
 #pragma once
 
 #include <cstdint>
