@@ -15,6 +15,20 @@ uint32_t readLE32(const char* bytes) {
     return value;
 }
 
+// A readable id, and content that the file holds.
+bool makesSense(const char* header, uint64_t room) {
+    const auto readable = [](char c) { return c >= 0x20 && c <= 0x7E; };
+    return std::all_of(header, header + 4, readable) && readLE32(header + 4) <= room;
+}
+
+// Some writers leave the pad byte of an odd chunk out. They did when the next header makes sense without it only.
+bool padIsMissing(const FileHandle& file, uint64_t position, uint64_t end) {
+    char bytes[9] = {};
+    if (position + 8 > end || file.readAt(int64_t(position), bytes, sizeof bytes) < 8) return false;
+    const uint64_t room = end - position - 8;
+    return makesSense(bytes, room) && (room == 0 || !makesSense(bytes + 1, room - 1));
+}
+
 }  // namespace
 
 std::optional<Walk> walk(const FileHandle& file) {
@@ -33,7 +47,8 @@ std::optional<Walk> walk(const FileHandle& file) {
         const uint64_t room = end - position - 8;
         walk.chunks.push_back({repairUtf8({header, 4}), position + 8, std::min(stated, room)});
         walk.cutOff = stated > room;
-        position += 8 + stated + stated % 2;
+        position += 8 + stated;
+        if (stated % 2 != 0 && !padIsMissing(file, position, end)) ++position;
     }
     walk.toTheEnd = true;
     walk.cutOff |= position < end;

@@ -2,6 +2,7 @@
 // its corpus.
 #pragma once
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -26,14 +27,23 @@ inline uint64_t statedSize(const std::string& bytes, size_t at) {
     return size;
 }
 
-// The raw id and content of every chunk that a rewrite has to carry over, as `bytes` state and hold them.
+// Whether a chunk with a readable id that fits begins there.
+inline bool startsChunk(const std::string& bytes, size_t at) {
+    if (at + 8 > bytes.size() || statedSize(bytes, at + 4) > bytes.size() - at - 8) return false;
+    const std::string id = bytes.substr(at, 4);
+    return std::all_of(id.begin(), id.end(), [](char c) { return c >= ' ' && c <= '~'; });
+}
+
+// The raw id and content of every chunk that a rewrite has to carry over, as `bytes` state and hold them. A pad byte
+// may be missing.
 inline std::vector<std::pair<std::string, std::string>> foreignChunks(const std::string& bytes) {
     std::vector<std::pair<std::string, std::string>> found;
     for (size_t at = 12; at + 8 <= bytes.size();) {
         const uint64_t size = statedSize(bytes, at + 4);
         const std::string id = bytes.substr(at, 4);
         if (id != "bext" && id != "iXML") found.emplace_back(id, bytes.substr(at + 8, size));
-        at += 8 + size + size % 2;
+        at += 8 + size;
+        if (size % 2 == 1 && (startsChunk(bytes, at + 1) || !startsChunk(bytes, at))) ++at;
     }
     return found;
 }

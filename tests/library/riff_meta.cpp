@@ -87,7 +87,7 @@ TEST(RIFFMeta, ARewriteTakesEveryShapeOfFile) {
         }
         EXPECT_EQ(RIFFMeta::read(path), meta);
     }
-    // Sizes beyond the file, and a file that ends early.
+    // Sizes beyond the file, a file that ends early, and pads.
     const std::string ours =
         riffChunk("bext", description + newRest) + riffChunk("iXML", newStart + RIFFMeta::userBlock(meta) + end);
     const std::pair<std::string, std::string> cuts[] = {
@@ -96,6 +96,10 @@ TEST(RIFFMeta, ARewriteTakesEveryShapeOfFile) {
         {"data" + le32(5) + "sound", riffChunk("data", "sound")},
         {sound + "LIST" + zeros(3), sound},
         {sound + "LIST" + le32(9) + "abc", sound + riffChunk("LIST", "abc")},
+        // Without pad bytes, as some writers have it, and with one that isn't zero.
+        {"data" + le32(5) + "sound" + "LIST" + le32(3) + "abc" + "cue " + le32(0),
+         riffChunk("data", "sound") + riffChunk("LIST", "abc") + riffChunk("cue ", "")},
+        {"data" + le32(5) + "soundA" + "LIST" + le32(2) + "ab", riffChunk("data", "sound") + riffChunk("LIST", "ab")},
     };
     for (const auto& [stored, expected] : cuts) {
         writeBytes(path, "RIFF" + le32(7) + "WAVE" + fmt + stored);

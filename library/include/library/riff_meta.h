@@ -20,7 +20,8 @@ struct Chunk {
     uint64_t offset = 0;  // of the content in the file
     uint64_t size = 0;    // of the content, as stated but cut to what the file holds
 };
-// All chunks of a RIFF/WAVE file in order, up to `mostChunks`; none for any other file.
+// All chunks of a RIFF/WAVE file in order, up to `mostChunks`; none for any other file. Where a writer left the pad
+// byte behind an odd chunk out, the next chunk is found all the same.
 constexpr size_t mostChunks = 65536;
 std::optional<std::vector<Chunk>> chunks(const FileHandle& file);
 
