@@ -1,6 +1,7 @@
 // The USER block: writing, reading, and placing it in a document that others wrote.
 #include "ixml.h"
 
+#include <algorithm>
 #include <charconv>
 #include <optional>
 #include <utility>
@@ -61,6 +62,23 @@ std::optional<std::string_view> elementText(std::string_view block, std::string_
     return between(block, "<" + name + ">", "</" + name + ">");
 }
 
+// The lines that begin outside of elements: what a text of several lines holds isn't meant for tags of its own.
+std::vector<std::string_view> linesBesideElements(std::string_view block) {
+    std::vector<std::string_view> texts;
+    const auto note = [&](std::string_view tag) {
+        if (const auto text = elementText(block, tag)) texts.push_back(*text);
+    };
+    for (const SoundMeta::Tag& tag : SoundMeta::ixmlTags) note(tag.name);
+    note("CATEGORYFULL");
+    std::vector<std::string_view> lines = split(block, "\n");
+    std::erase_if(lines, [&](std::string_view line) {
+        return std::ranges::any_of(texts, [&](std::string_view text) {
+            return line.data() > text.data() && line.data() < text.data() + text.size();
+        });
+    });
+    return lines;
+}
+
 // "TAG=value" or "TAG:value" at the start of a line, the tag in any case.
 std::optional<std::string_view> lineText(const std::vector<std::string_view>& lines, std::string_view tag) {
     for (const std::string_view line : lines) {
@@ -108,7 +126,7 @@ SoundMeta parseUSER(std::string_view xml) {
     if (start == std::string_view::npos) return meta;
     xml.remove_prefix(start + userStart.size());
     const std::string_view block = xml.substr(0, xml.find(userEnd));
-    const std::vector<std::string_view> lines = split(block, "\n");
+    const std::vector<std::string_view> lines = linesBesideElements(block);
     for (const SoundMeta::Tag& tag : SoundMeta::ixmlTags) {
         std::optional<std::string_view> text = elementText(block, tag.name);
         if (!text) text = lineText(lines, tag.name);

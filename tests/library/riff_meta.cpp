@@ -191,6 +191,7 @@ TEST(RIFFMeta, ReadsBlocksOfTagsAndOfLines) {
          "|Slam=1 & 2|x| 0"},
         {"<USER><FXNAME>tag</FXNAME>\nFXNAME=line\nSOURCEID=</USER><DESCRIPTION>outside</DESCRIPTION>", "|tag|| 0"},
         {"<USER><FXNAME>no end\nSOURCEID=x", "||x| 0"},
+        {"<USER><NOTES>of two lines\nFXNAME=no\nSOURCEID: no</NOTES>\nSOURCEID=x</USER>", "||x| 0"},
         {"<USER></FXNAME><FXNAME>a</FXNAME><RATING>+5</RATING>", "|a|| 5"},
         {"<USER><RATING>-2</RATING>", "||| -2"},
         {"<USER><RATING>3.5</RATING></USER>", "||| 0"},
