@@ -1,6 +1,7 @@
 // Catalog::matchExpression: what the user typed as an FTS5 query of quoted prefix terms.
 #include <string>
 #include <string_view>
+#include <unordered_set>
 #include <vector>
 
 #include "library/catalog.h"
@@ -38,13 +39,27 @@ std::vector<std::string_view> tokens(std::string_view query) {
     return all;
 }
 
-// The token's words as quoted prefixes, joined by blanks, which all must match; empty when no word is left.
-std::string prefixTerms(std::string_view token) {
+// FTS5 ranks in the square of the number of terms: a page pasted into the search field would take hours. A word that
+// was there before finds the same files again, so that only so many repeats are asked for.
+class Repeats {
+public:
+    bool tooMany(const std::string& word) { return !words_.insert(word).second && ++count_ > most; }
+
+private:
+    static constexpr size_t most = 64;
+    std::unordered_set<std::string> words_;
+    size_t count_ = 0;
+};
+
+// The token's words as quoted prefixes, joined by blanks, which all must match; empty when no word is left. `repeats`
+// holds the words of the tokens before, if what all of them find is wanted.
+std::string prefixTerms(std::string_view token, Repeats* repeats) {
     std::string terms;
     std::string word;
     const auto close = [&] {
         if (word.empty()) return;
-        terms += (terms.empty() ? "\"" : " \"") + word + "\"*";
+        const bool isNeeded = repeats == nullptr || !repeats->tooMany(word);
+        if (isNeeded) terms += (terms.empty() ? "\"" : " \"") + word + "\"*";
         word.clear();
     };
     for (size_t at = 0; at < token.size(); ++at) {
@@ -69,10 +84,12 @@ constexpr size_t mostNots = 128;
 std::optional<std::string> Catalog::matchExpression(std::string_view query) {
     std::string expression;
     std::vector<std::string> excluded;
+    Repeats wanted;
     for (const std::string_view token : tokens(query)) {
-        std::string terms = prefixTerms(token);
+        const bool excludes = token.starts_with('-') || token.starts_with("/-");
+        std::string terms = prefixTerms(token, excludes ? nullptr : &wanted);
         if (terms.empty()) continue;
-        if (token.starts_with('-') || token.starts_with("/-")) {
+        if (excludes) {
             excluded.push_back(std::move(terms));
         } else {
             expression += (expression.empty() ? "" : " AND ") + terms;
