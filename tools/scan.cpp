@@ -1,6 +1,8 @@
 // scan FOLDER: brings the catalog up to date with a library root, and takes over what the team has logged in it.
 #include <chrono>
+#include <csignal>
 #include <iostream>
+#include <stop_token>
 
 #include "audio/error.h"
 #include "command.h"
@@ -31,6 +33,19 @@ const char* rawValue(LibraryScanner::Result::Outcome outcome) {
     return outcome == Outcome::complete ? "complete" : outcome == Outcome::cancelled ? "cancelled" : "unreachable";
 }
 
+volatile std::sig_atomic_t interrupted = 0;
+
+// Ctrl+C ends a scan after the files at hand; pressed again, it ends the program at once. Who ignores it for us, as a
+// shell for its background jobs, is left alone.
+void endAtInterrupt() {
+    struct sigaction action {};
+    if (::sigaction(SIGINT, nullptr, &action) != 0 || action.sa_handler == SIG_IGN) return;
+    action = {};
+    action.sa_handler = [](int) { interrupted = 1; };
+    action.sa_flags = SA_RESETHAND | SA_RESTART;
+    ::sigaction(SIGINT, &action, nullptr);
+}
+
 }  // namespace
 
 bool scan(Words words) {
@@ -41,9 +56,13 @@ bool scan(Words words) {
 
     // A line a second, so that a short scan says nothing.
     auto told = Clock::now();
+    std::stop_source ending;
+    endAtInterrupt();
     LibraryScanner::Options options;
+    options.stop = ending.get_token();
     options.otherRoots = library.roots;
     options.progress = [&](const Progress& now) {
+        if (interrupted != 0) ending.request_stop();
         if (Clock::now() - told < std::chrono::seconds(1)) return;
         told = Clock::now();
         std::cerr << wordFor(now.phase) << ": " << now.done << " of " << now.found << " files" << std::endl;
@@ -52,17 +71,19 @@ bool scan(Words words) {
     const LibraryScanner::Result result = LibraryScanner::scan(root, *catalog, options);
     const double seconds = std::chrono::duration<double>(Clock::now() - start).count();
     if (result.outcome == LibraryScanner::Result::Outcome::unreachable) throw Error(0, result.message.value_or(root));
+    const bool cancelled = result.outcome == LibraryScanner::Result::Outcome::cancelled;
     print({
         {"root", root},
         {"outcome", rawValue(result.outcome)},
         {"found", result.found},
         {"read", result.read},
         {"removed", result.removed},
-        {"applied", ChangeLog::pull(root, *catalog)},
+        {"applied", cancelled ? 0 : ChangeLog::pull(root, *catalog)},
         {"seconds", seconds},
         {"message", result.message ? Json(*result.message) : Json()},
     });
-    return true;
+    if (result.writeFailed) printError(result.message.value_or(root));
+    return !cancelled && !result.writeFailed;
 }
 
 }  // namespace brindlehum::cli

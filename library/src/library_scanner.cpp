@@ -149,16 +149,23 @@ private:
             result_.read += written;
         } catch (const std::exception& error) {
             // The stamps of these files won't match at the next scan.
-            result_.message = std::string("The library catalog can't be written: ") + error.what();
+            tellWriteFailure(error);
         }
+    }
+
+    void tellWriteFailure(const std::exception& error) {
+        result_.writeFailed = true;
+        result_.message = std::string("The library catalog can't be written: ") + error.what();
     }
 
     // An edit may have changed the file, its row or both since the file was read; edits write the row last.
     bool upsert(const ReadFile& read) {
         const std::string& path = read.file.path;
         struct stat facts {};
-        if (::lstat(path.c_str(), &facts) != 0 && errno == ENOENT) return false;
-        const Catalog::Stamp now = stampOf(facts);
+        const bool looked = ::lstat(path.c_str(), &facts) == 0;
+        if (!looked && (errno == ENOENT || errno == ENOTDIR)) return false;
+        // The walk sees files whose whole path is too long to be asked for.
+        const Catalog::Stamp now = looked ? stampOf(facts) : read.file.stamp;
         if (const auto stamp = catalog_.stamp(path); stamp && isSame(*stamp, now)) {
             // Only the root can be another: the file is that of a root within this one, or around it, until now.
             const auto row = catalog_.row(path);
@@ -184,7 +191,7 @@ private:
                 vanished.push_back(path);
             }
         }
-        if (unseen > 0) {
+        if (unseen > 0 && !result_.writeFailed) {
             result_.message =
                 "Parts of " + quotedName(root_) + " aren't there to be read; what is known of them is kept";
         }
@@ -197,8 +204,9 @@ private:
                     for (size_t i = first; i < end; ++i) catalog_.remove(vanished[i]);
                 });
                 result_.removed += static_cast<int64_t>(end - first);
-            } catch (const std::exception&) {
+            } catch (const std::exception& error) {
                 // They are found missing again.
+                tellWriteFailure(error);
             }
         }
     }

@@ -34,7 +34,8 @@ struct Result {
     int64_t found = 0;                   // sound files below the root
     int64_t read = 0;                    // of them new or changed, and catalogued now
     int64_t removed = 0;                 // rows of files that are gone
-    std::optional<std::string> message;  // what the user should know: why rows of files not seen were kept
+    bool writeFailed = false;            // the catalog couldn't take all of it; the next scan tries again
+    std::optional<std::string> message;  // what the user should know: that, or why rows of files not seen were kept
 };
 
 struct Options {
