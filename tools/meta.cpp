@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "audio/error.h"
+#include "audio/text.h"
 #include "command.h"
 #include "format_json.h"
 #include "library/change_log.h"
@@ -24,6 +25,7 @@ MetadataChanges changesOf(Words words) {
         const std::string tag = word.substr(0, equals);
         if (equals == std::string::npos) throw UsageError("\"" + word + "\" is no TAG=value");
         const std::string value = word.substr(equals + 1);
+        if (repairUtf8(value) != value) throw UsageError(tag + " isn't UTF-8");
         if (tag == "RATING") {
             int rating = 0;
             const auto read = std::from_chars(value.data(), value.data() + value.size(), rating);
@@ -65,7 +67,8 @@ bool meta(Words words) {
     if (library.rest.empty()) throw UsageError("no file given");
     const fs::path file = library.rest[0];
     const MetadataChanges changes = changesOf(Words(library.rest).subspan(1));
-    if (!fs::is_regular_file(file)) throw Error(0, file.string() + ": no such file");
+    if (!fs::is_regular_file(file))
+        throw Error(0, file.string() + (fs::exists(file) ? ": not a file" : ": no such file"));
     if (changes.isEmpty()) {
         print(toJson(metaOf(file, library.openExisting().get())));
         return true;

@@ -28,7 +28,8 @@ bool search(Words words) {
     if (library.rest.empty()) throw UsageError("no words given");
     Catalog::Filter filter;
     for (const std::string& word : library.rest) filter.query.append(word).append(" ");
-    if (!Catalog::matchExpression(filter.query)) throw UsageError("nothing to search for but exclusions");
+    if (!Catalog::matchExpression(filter.query))
+        throw UsageError("no word to search for, as exclusions alone find nothing");
     for (const Catalog::Row& row : existing(library)->search(filter, mostRows)) {
         print({
             {"path", row.path},

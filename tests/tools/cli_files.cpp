@@ -187,6 +187,7 @@ TEST(Cli, NamesTheWordThatItDoesNotKnow) {
         {{"meta", in, "NOTES"}, "NOTES"},
         {{"meta", in, "COLOUR=red"}, "COLOUR"},
         {{"meta", in, "RATING=6"}, "RATING"},
+        {{"meta", in, "NOTES=\xFF"}, "NOTES"},
         {{"meta", in, "catalog"}, "catalog"},
         {{"meta", gone}, "gone.wav"},
         {{"scan"}, "folder"},
