@@ -87,25 +87,5 @@ TEST_F(DevicesOnPipeWire, TheTransportGoesOnWithoutAServerAndComesBackToIt) {
     EXPECT_EQ(app_.engine().deviceName(), "sink16");
 }
 
-TEST_F(DevicesOnPipeWire, AFileThatShrinksEndsThereAndOneThatVanishesIsNamed) {
-    const auto file = toneFile(16, 30);
-    load(file);
-    playFrom(0);
-    // The stream has read at most a second and a half ahead.
-    std::filesystem::resize_file(file, size_t(4 * rate) * 16 * sizeof(float));
-    ASSERT_TRUE(until([&] { return !player_.isPlaying(); }));
-    EXPECT_EQ(player_.currentFrame(), 0);
-
-    std::filesystem::remove(file);
-    player_.play(std::nullopt);
-    ASSERT_TRUE(until([&] { return player_.message().has_value(); }));
-    EXPECT_EQ(*player_.message(), "tone.wav can't be opened: No such file or directory");
-    EXPECT_FALSE(player_.isPlaying());
-
-    load(toneFile(2, 1, "other.wav"));
-    playFrom(0);
-    EXPECT_FALSE(player_.message());
-}
-
 }  // namespace
 }  // namespace brindlehum::test
