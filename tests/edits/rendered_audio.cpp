@@ -13,7 +13,6 @@ namespace brindlehum {
 namespace {
 
 using Samples = std::vector<float>;
-using Span = EditPlan::Span;
 using test::Song;
 
 constexpr int64_t crossfade = 1323;  // 30 ms
@@ -45,46 +44,6 @@ const std::vector<Studied>& studied() {
     return all;
 }
 
-// Calls `check(out, position in it, span before, span after)` for each splice whose surroundings no fade touches.
-template <class Check>
-int forEachSplice(const Studied& piece, Check check) {
-    int count = 0;
-    for (const EditPlan& plan : piece.plans) {
-        const Samples out = piece.render(plan);
-        const int64_t untouched = int64_t(out.size()) - (plan.cutAtSec ? int64_t(Song::rate) : 0);
-        int64_t at = 0;
-        for (size_t i = 1; i < plan.spans.size(); ++i) {
-            at += plan.spans[i - 1].end - plan.spans[i - 1].start;
-            if (at + 8192 > untouched) continue;
-            SCOPED_TRACE(plan.name + " at " + std::to_string(double(at) / Song::rate) + " s: " + plan.map);
-            check(out, at, plan.spans[i - 1], plan.spans[i]);
-            ++count;
-        }
-    }
-    return count;
-}
-
-// The shift of `source` around `from` at which it is most like out[at ..< at + 4096], searched over 30 ms either way.
-int64_t bestShift(const Samples& out, int64_t at, const Samples& source, int64_t from) {
-    double best = -1;
-    int64_t found = 0;
-    for (int64_t shift = -crossfade; shift <= crossfade; ++shift) {
-        double product = 0;
-        double energy = 1e-12;
-        for (int64_t i = 0; i < 4096; ++i) {
-            const double x = source[size_t(from + shift + i)];
-            product += x * double(out[size_t(at + i)]);
-            energy += x * x;
-        }
-        const double likeness = product / std::sqrt(energy);
-        if (likeness > best) {
-            best = likeness;
-            found = shift;
-        }
-    }
-    return found;
-}
-
 TEST(RenderedEdits, AreAsLongAsAsked) {
     for (const Studied& piece : studied()) {
         size_t lengths = 0;
@@ -105,23 +64,35 @@ TEST(RenderedEdits, AreAsLongAsAsked) {
     }
 }
 
+// Splices that no fade touches, in all edits.
 TEST(RenderedEdits, AreSplicedOnBarLines) {
     for (const Studied& piece : studied()) {
-        const int count = forEachSplice(piece, [&](const Samples& out, int64_t at, const Span& before,
-                                                   const Span& after) {
-            for (const int64_t frame : {before.end, after.start}) {
-                const int64_t line =
-                    piece.song.line(int(std::lround(double(frame - piece.song.line(0)) / Song::barFrames)));
-                EXPECT_NEAR(double(frame), double(line), 0.01 * Song::rate) << "off the bar line";
+        const Samples& source = piece.source();
+        int count = 0;
+        for (const EditPlan& plan : piece.plans) {
+            const Samples out = piece.render(plan);
+            const int64_t untouched = int64_t(out.size()) - (plan.cutAtSec ? int64_t(Song::rate) : 0);
+            int64_t at = 0;
+            for (size_t i = 1; i < plan.spans.size(); ++i) {
+                const auto& before = plan.spans[i - 1];
+                const auto& after = plan.spans[i];
+                at += before.end - before.start;
+                if (at + 8192 > untouched) continue;
+                ++count;
+                SCOPED_TRACE(plan.name + " at " + std::to_string(double(at) / Song::rate) + " s: " + plan.map);
+                for (const int64_t frame : {before.end, after.start}) {
+                    const auto bar = int(std::lround(double(frame - piece.song.line(0)) / Song::barFrames));
+                    EXPECT_NEAR(double(frame), double(piece.song.line(bar)), 0.01 * Song::rate) << "off the bar line";
+                }
+                // The crossfade has all of its 30 ms before the line and none after it.
+                const int64_t fade = at - crossfade;
+                const int64_t fadeFrom = before.end - crossfade;
+                EXPECT_TRUE(std::equal(&out[size_t(at)], &out[size_t(at + 8192)], &source[size_t(after.start)]));
+                EXPECT_TRUE(
+                    std::equal(&out[size_t(fade - 4096)], &out[size_t(fade)], &source[size_t(fadeFrom - 4096)]));
+                EXPECT_NE(out[size_t(fade)], source[size_t(fadeFrom)]);
             }
-            EXPECT_EQ(bestShift(out, at, piece.source(), after.start), 0) << "the later bar is off its place";
-            EXPECT_EQ(bestShift(out, at - crossfade - 4096, piece.source(), before.end - crossfade - 4096), 0)
-                << "the earlier bar is off its place";
-            // The crossfade has all of its 30 ms before the line and none after it.
-            EXPECT_TRUE(std::equal(&out[size_t(at)], &out[size_t(at + 8192)], &piece.source()[size_t(after.start)]));
-            EXPECT_NE(out[size_t(at - crossfade)], piece.source()[size_t(before.end - crossfade)]);
-            EXPECT_EQ(out[size_t(at - crossfade - 1)], piece.source()[size_t(before.end - crossfade - 1)]);
-        });
+        }
         EXPECT_GE(count, 6) << "the song gives too few splices to say anything";
     }
 }
