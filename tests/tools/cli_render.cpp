@@ -104,17 +104,6 @@ TEST_F(CliRender, ConvertsTheRateInTime) {
     EXPECT_LT(errorDb(middle, {expected.begin() + 2000, expected.end() - 2000}), -110);
 }
 
-TEST_F(CliRender, MonoAndListenModesGoWhereTheyAreSent) {
-    const Planes mono = noisePlanes(1, 300, 5);
-    EXPECT_EQ(render(mono, {"layout", "l51", "mono", "center"}).planes.at(2), mono[0]);
-    const Planes pair = noisePlanes(2, 300, 6);
-    const ReadWav left = render(pair, {"listen", "left"});
-    EXPECT_EQ(left.planes, (Planes{pair[0], pair[0]}));
-    const ReadWav swapped = render(pair, {"outputs", "1,0"});
-    EXPECT_EQ(swapped.planes, (Planes{pair[1], pair[0]}));
-    EXPECT_EQ(swapped.mask, 0U) << "the first channel is no left speaker";
-}
-
 // A frontal plane wave in FuMa, turned to the left, is loudest on the left of a ring of speakers.
 TEST_F(CliRender, TurnsAnAmbisonicField) {
     const std::vector<float> x = noise(2000, 11);
