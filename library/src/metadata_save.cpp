@@ -64,7 +64,8 @@ void save(const std::filesystem::path& file, const MetadataChanges& changes, Cat
     const std::string path = LibraryScanner::canonical(file);
     stampOfFile(path);
     const bool embeds = canEmbed(file);
-    // What a file that can't take metadata was given earlier stands in its row alone.
+    // What a file that can't take metadata was given earlier stands in its row alone: begun from the file, a second
+    // edit would lose the first.
     SoundMeta meta = embeds ? MetaIO::read(file) : current(file, catalog);
     changes.apply(meta);
     if (embeds) MetaIO::write(meta, file);
