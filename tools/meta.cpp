@@ -55,9 +55,10 @@ std::vector<std::string> rootsFor(const fs::path& file, const LibraryWords& libr
     return roots;
 }
 
-// A WAV file is asked itself, for it may be newer than its row.
-SoundMeta metaOf(const fs::path& file, Catalog* catalog) {
-    return MetadataSave::canEmbed(file) ? MetaIO::read(file) : MetadataSave::current(file, catalog);
+// A WAV file is asked itself, for it may be newer than its row, and needs no catalog.
+SoundMeta metaOf(const fs::path& file, const LibraryWords& library) {
+    if (MetadataSave::canEmbed(file)) return MetaIO::read(file);
+    return MetadataSave::current(file, library.openExisting().get());
 }
 
 }  // namespace
@@ -70,12 +71,12 @@ bool meta(Words words) {
     if (!fs::is_regular_file(file))
         throw Error(0, file.string() + (fs::exists(file) ? ": not a file" : ": no such file"));
     if (changes.isEmpty()) {
-        print(toJson(metaOf(file, library.openExisting().get())));
+        print(toJson(metaOf(file, library)));
         return true;
     }
     const auto catalog = library.open();
     MetadataSave::save(file, changes, catalog.get(), rootsFor(file, library, *catalog), ChangeLog::owner());
-    print(toJson(metaOf(file, catalog.get())));
+    print(toJson(metaOf(file, library)));
     return true;
 }
 
