@@ -176,7 +176,7 @@ void FileReplacement::copyByHand(uint64_t offset, uint64_t bytes) {
     }
 }
 
-void FileReplacement::commit() {
+ino_t FileReplacement::commit() {
     if (const int error = copyAttributes(source_.descriptor(), file_)) fail(error);
     if (::fsync(file_) != 0) fail(errno);
     if (!sourceIsUnchanged() || !holdsItsName()) failChanged();
@@ -184,6 +184,8 @@ void FileReplacement::commit() {
     made_ = false;
     // Past the swap there is nothing to go back to; a folder that can't be synced leaves the old or the new file.
     ::fsync(folder_);
+    struct stat facts {};
+    return ::fstat(file_, &facts) == 0 ? facts.st_ino : 0;
 }
 
 void FileReplacement::fail(int error) const {

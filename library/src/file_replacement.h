@@ -33,8 +33,8 @@ public:
     // From the source; the part must be there in full.
     void copy(uint64_t offset, uint64_t bytes);
     // Owner, permissions and extended attributes of the source, then the swap. Refused when the source has changed or
-    // isn't the target any more.
-    void commit();
+    // isn't the target any more. Gives the inode of the new version.
+    ino_t commit();
 
 private:
     void createTemporary();

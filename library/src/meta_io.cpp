@@ -56,10 +56,10 @@ SoundMeta MetaIO::read(const std::filesystem::path& file) {
     return meta;
 }
 
-void MetaIO::write(const SoundMeta& meta, const std::filesystem::path& file) {
+ino_t MetaIO::write(const SoundMeta& meta, const std::filesystem::path& file) {
     static constexpr std::array writable = {".wav", ".wave", ".bwf"};
     if (!hasExtension(file, writable)) throw Error(70, "Embedding is supported for WAV/BWF files");
-    RIFFMeta::write(meta, file);
+    return RIFFMeta::write(meta, file);
 }
 
 }  // namespace brindlehum

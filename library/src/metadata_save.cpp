@@ -17,23 +17,30 @@
 namespace brindlehum::MetadataSave {
 namespace {
 
-Catalog::Stamp stampOfFile(const std::string& path) {
+struct stat factsOf(const std::string& path) {
     struct stat facts {};
     if (::stat(path.c_str(), &facts) != 0) {
         throw Error(0, std::filesystem::path(path).filename().string() + ": " + std::strerror(errno));
     }
-    return stampOf(facts);
+    return facts;
 }
 
-void index(Catalog& catalog, const std::string& path, const std::string& root, const SoundMeta& meta) {
-    const Catalog::Stamp stamp = stampOfFile(path);
+// `written` is the inode that was given `meta`; none for a file that can't take it. Another program may have replaced
+// the file since: of two that save at once, the one whose turn at the catalog comes last indexes what the file then
+// holds, not what it has put there itself.
+void index(Catalog& catalog, const std::string& path, const std::string& root, const SoundMeta& meta,
+           std::optional<ino_t> written) {
     std::optional<AudioFileInfo> info;
     try {
         info = AudioFileInfo::load(path);
     } catch (const std::exception&) {
         // It has no technical facts then.
     }
-    catalog.write([&] { catalog.upsert(path, root, stamp, info, meta); });
+    catalog.write([&] {
+        const struct stat now = factsOf(path);
+        const bool replaced = written && *written != now.st_ino;
+        catalog.upsert(path, root, stampOf(now), info, replaced ? MetaIO::read(path) : meta);
+    });
 }
 
 }  // namespace
@@ -62,18 +69,20 @@ std::string rootOf(const std::string& path, const std::vector<std::string>& root
 void save(const std::filesystem::path& file, const MetadataChanges& changes, Catalog* catalog,
           const std::vector<std::string>& roots, const std::string& user) {
     const std::string path = LibraryScanner::canonical(file);
-    stampOfFile(path);
+    factsOf(path);
     const bool embeds = canEmbed(file);
     // What a file that can't take metadata was given earlier stands in its row alone: begun from the file, a second
     // edit would lose the first.
     SoundMeta meta = embeds ? MetaIO::read(file) : current(file, catalog);
     changes.apply(meta);
-    if (embeds) MetaIO::write(meta, file);
+    std::optional<ino_t> written;
+    if (embeds) written = MetaIO::write(meta, file);
 
     const std::string root = rootOf(path, roots);
     if (catalog != nullptr) {
         try {
-            index(*catalog, path, root.empty() ? std::filesystem::path(path).parent_path().string() : root, meta);
+            index(*catalog, path, root.empty() ? std::filesystem::path(path).parent_path().string() : root, meta,
+                  written);
         } catch (const std::exception&) {
             if (!embeds) throw;  // a WAV's row is put right by the next scan
         }

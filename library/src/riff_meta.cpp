@@ -99,7 +99,7 @@ SoundMeta read(const std::filesystem::path& path) {
     return meta;
 }
 
-void write(const SoundMeta& meta, const std::filesystem::path& path) {
+ino_t write(const SoundMeta& meta, const std::filesystem::path& path) {
     const std::filesystem::path target = followed(path);
     const FileHandle source(target);
     const std::optional<Walk> walked = walk(source);
@@ -126,7 +126,7 @@ void write(const SoundMeta& meta, const std::filesystem::path& path) {
         out.copy(chunk.offset, chunk.size);
         if (chunk.size % 2) out.write(std::string_view("\0", 1));
     }
-    out.commit();
+    return out.commit();
 }
 
 }  // namespace brindlehum::RIFFMeta

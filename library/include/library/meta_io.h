@@ -1,6 +1,8 @@
 // MetaIO: the metadata of any sound file, embedded or told by its name. No shared state, any background thread.
 #pragma once
 
+#include <sys/types.h>
+
 #include <filesystem>
 
 #include "library/sound_meta.h"
@@ -9,8 +11,9 @@ namespace brindlehum::MetaIO {
 
 // What the file holds, its gaps filled from its name. Never fails; takes up to two seconds for a compressed file.
 SoundMeta read(const std::filesystem::path& file);
-// Rewrites a WAV file with `meta` embedded; the file is the complete old or the complete new one at any moment. Throws
+// Rewrites a WAV file with `meta` embedded; the file is the complete old or the complete new one at any moment. Gives
+// the inode of the new one, by which a later replacement by someone else can be told. Throws
 // Error 70 (of another kind), 71 (not a WAV that can be written), 72 (past the RIFF limit), or an I/O error.
-void write(const SoundMeta& meta, const std::filesystem::path& file);
+ino_t write(const SoundMeta& meta, const std::filesystem::path& file);
 
 }  // namespace brindlehum::MetaIO

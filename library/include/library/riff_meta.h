@@ -33,9 +33,10 @@ SoundMeta read(const std::filesystem::path& file);
 // `.<file name>.bh-tmp`, brought to disk and swapped in: at any moment, also of a crash, the file is the complete old
 // or the complete new one. A leftover of a crash is cleared by the next write. A symbolic link is followed; other hard
 // links of the file keep the old version. A write-protected file is refused. Memory doesn't grow with the file.
-// Throws Error 71 (not a WAV that can be written), 72 (the new file would pass the RIFF limit of 4 GiB), or 0 for what
-// the system refuses, for a file that changes meanwhile, and for one that someone else is writing in this way.
-void write(const SoundMeta& meta, const std::filesystem::path& file);
+// Gives the inode of the new one. Throws Error 71 (not a WAV that can be written), 72 (the new file would pass the RIFF
+// limit of 4 GiB), or 0 for what the system refuses, for a file that changes meanwhile, and for one that someone else
+// is writing in this way.
+ino_t write(const SoundMeta& meta, const std::filesystem::path& file);
 
 // The block as written into iXML. Characters that XML can't hold are left out.
 std::string userBlock(const SoundMeta& meta);
