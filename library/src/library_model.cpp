@@ -52,7 +52,8 @@ LibraryModel::LibraryModel(SettingsStore& settings, MainLoop& loop, const std::f
     try {
         catalog_ = std::make_unique<Catalog>(catalogFile);
     } catch (const std::exception& error) {
-        message_ = std::string(error.what()) + ". Folders can still be browsed.";
+        catalogError_ = error.what();
+        message_ = catalogError_ + ". Folders can still be browsed.";
     }
     const auto& roots = settings_.value().libraryRoots;
     open(roots.empty() ? musicFolder() : Path(roots.front()));

@@ -35,7 +35,7 @@ void LibraryModel::addRoot(const Path& url) {
 
 void LibraryModel::removeRoot(const std::string& path) {
     settings_.change([&](AppSettings& settings) { std::erase(settings.libraryRoots, path); });
-    unreachable_.erase(path);
+    rootProblems_.erase(path);
     if (catalog_ && removing_.insert(path).second) {
         // Rows that a running scan still writes must not come after the removal.
         if (const auto scan = scans_.find(path); scan != scans_.end()) {
@@ -132,8 +132,8 @@ void LibraryModel::scanEnded(const std::string& root, const LibraryScanner::Resu
         return removeRows(root);
     }
     if (!result.message) {
-        unreachable_.erase(root);
-    } else if (unreachable_.insert(root).second) {
+        rootProblems_.erase(root);
+    } else if (rootProblems_.insert_or_assign(root, *result.message).second) {
         say(*result.message);
     }
     pullThen({root}, [this, root](int) {

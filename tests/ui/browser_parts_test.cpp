@@ -205,10 +205,12 @@ TEST(SidebarRows, SectionsInTheirOrderWithCountsAndWhatIsChosen) {
     EXPECT_TRUE(rows[SidebarRows::Libraries].empty());
     EXPECT_TRUE(rows[SidebarRows::Places][0].selected);
     EXPECT_EQ(rows[SidebarRows::Places][1].icon, "drive");
-    EXPECT_EQ(SidebarRows::footer(true, 1204, 5310, 7), "Indexing… 1,204 of 5,310 files");
-    EXPECT_EQ(SidebarRows::footer(true, 0, 0, 7), "Indexing…");
-    EXPECT_EQ(SidebarRows::footer(false, 0, 0, 12345), "12,345 files indexed");
-    EXPECT_EQ(SidebarRows::footer(false, 0, 0, 0), "");
+    EXPECT_EQ(SidebarRows::footer(true, 7), "Indexing…");
+    EXPECT_EQ(SidebarRows::footer(false, 12345), "12,345 files indexed");
+    EXPECT_EQ(SidebarRows::footer(false, 0), "");
+    EXPECT_EQ(SidebarRows::progress(true, 1204, 5310), "1,204 of 5,310 files");
+    EXPECT_EQ(SidebarRows::progress(false, 0, 5310), "5,310 files found") << "there may be more";
+    EXPECT_EQ(SidebarRows::progress(false, 0, 0), "");
 }
 
 TEST(BrowserMenu, EntriesInOrderAsFarAsTheyWork) {

@@ -151,12 +151,13 @@ void BrowserTable::showEntries(std::vector<BrowserEntry> entries, bool fresh) {
     for (const auto& entry : selectedEntries()) before.insert(entry.url);
     const QModelIndex at = currentIndex();
     const auto current = at.isValid() ? model_.entry(at.row()).url : std::filesystem::path();
+    const bool inSight = at.isValid() && viewport()->rect().intersects(visualRect(at));
     const int scroll = verticalScrollBar()->value();
     bool reset = false;
     const auto watch = connect(&model_, &QAbstractItemModel::modelReset, this, [&reset] { reset = true; });
     {
         const QScopedValueRollback quiet(quiet_, true);
-        model_.setEntries(std::move(entries));
+        model_.setEntries(fresh ? std::move(entries) : model_.inOrderShown(std::move(entries)));
         QItemSelection selection;
         for (int row = 0; reset && !before.empty() && row < model_.rowCount(); ++row)
             if (before.contains(model_.entry(row).url))
@@ -170,6 +171,7 @@ void BrowserTable::showEntries(std::vector<BrowserEntry> entries, bool fresh) {
         scrollToTop();
     else if (reset)
         verticalScrollBar()->setValue(scroll);
+    if (!fresh && reset && inSight) scrollTo(currentIndex());
     Q_EMIT selectionMoved();
 }
 

@@ -8,6 +8,7 @@
 #include "ui/file_drag.h"
 #include "ui/icons.h"
 #include "ui/info_text.h"
+#include "ui/plain_tool_tip.h"
 
 namespace brindlehum {
 namespace {
@@ -68,6 +69,17 @@ void BrowserTableModel::setEntries(std::vector<BrowserEntry> entries) {
     endResetModel();
 }
 
+std::vector<BrowserEntry> BrowserTableModel::inOrderShown(std::vector<BrowserEntry> entries) const {
+    if (entries.size() != entries_.size()) return entries;
+    std::unordered_map<std::string, size_t> places;
+    for (size_t at = 0; at < entries_.size(); ++at) places[entries_[at].url.native()] = at;
+    if (!std::ranges::all_of(entries, [&](const auto& entry) { return places.contains(entry.url.native()); }))
+        return entries;
+    std::vector<BrowserEntry> ordered(entries.size());
+    for (auto& entry : entries) ordered[places[entry.url.native()]] = std::move(entry);
+    return ordered;
+}
+
 void BrowserTableModel::setInfo(const std::filesystem::path& url, const AudioFileInfo& info) {
     const int row = rowOf(url);
     if (row < 0) return;
@@ -121,7 +133,7 @@ QVariant BrowserTableModel::data(const QModelIndex& index, int role) const {
             if (isInfo && !item.isFolder && !InfoText::isKnown(item)) ask(item);
             return text(item, index.column());
         case Qt::ToolTipRole:
-            return index.column() == Name ? FileDrag::toText(item.url) : text(item, index.column());
+            return plainToolTip(index.column() == Name ? FileDrag::toText(item.url) : text(item, index.column()));
         case Qt::DecorationRole:
             if (index.column() != Name) return {};
             return symbol(item.isFolder ? "folder-fill" : "file", SymbolRole::secondary);

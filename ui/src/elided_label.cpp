@@ -2,6 +2,8 @@
 
 #include <QEvent>
 
+#include "ui/plain_tool_tip.h"
+
 namespace brindlehum {
 
 ElidedLabel::ElidedLabel(Qt::TextElideMode mode, QWidget* parent) : QLabel(parent), mode_(mode) {
@@ -38,7 +40,7 @@ void ElidedLabel::changeEvent(QEvent* event) {
 void ElidedLabel::elide() {
     const QString shown = fontMetrics().elidedText(full_, mode_, width());
     setText(shown);
-    setToolTip(shown == full_ ? QString() : full_);
+    setToolTip(shown == full_ ? QString() : plainToolTip(full_));
 }
 
 }  // namespace brindlehum

@@ -5,6 +5,7 @@
 
 #include "ui/elided_label.h"
 #include "ui/icons.h"
+#include "ui/plain_tool_tip.h"
 
 namespace brindlehum {
 namespace {
@@ -36,7 +37,7 @@ void FilterChip::setValue(const QString& value) {
     value_->setFullText(value);
     const QString clear = QString("Clear %1 %2").arg(kind_.toLower(), value);
     clear_->setAccessibleName(clear);
-    clear_->setToolTip(clear);
+    clear_->setToolTip(plainToolTip(clear));
     setVisible(!value.isEmpty());
 }
 

@@ -78,9 +78,11 @@ void SidebarCell::paintRow(QPainter& painter, const QStyleOptionViewItem& option
         painter.drawText(area, Qt::AlignVCenter | Qt::AlignRight, text);
         area.setRight(area.right() - painter.fontMetrics().horizontalAdvance(text) - gap);
     }
-    if (row.busy) {
+    if (row.busy || !row.problem.isEmpty()) {
         const QRect icon(area.right() - iconSize + 1, area.center().y() - iconSize / 2 + 1, iconSize, iconSize);
-        symbol("hourglass", SymbolRole::secondary).paint(&painter, icon);
+        const QIcon sign =
+            row.busy ? symbol("hourglass", SymbolRole::secondary) : symbol("warning", SymbolRole::warning);
+        sign.paint(&painter, icon);
         area.setRight(icon.left() - gap);
     }
     painter.setFont(option.font);

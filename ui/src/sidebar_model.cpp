@@ -1,8 +1,11 @@
 #include "ui/sidebar_model.h"
 
 #include <QLocale>
+#include <algorithm>
+#include <ranges>
 
 #include "ui/file_drag.h"
+#include "ui/plain_tool_tip.h"
 
 namespace brindlehum {
 namespace {
@@ -17,12 +20,15 @@ QString spoken(const SidebarRow& row) {
     QString text = row.text;
     if (row.count) text += ", " + QLocale().toString(static_cast<qlonglong>(*row.count)) + " files";
     if (row.busy) text += ", indexing";
+    if (!row.problem.isEmpty()) text += ", " + row.problem;
     if (row.selected) text += ", selected";
     return text;
 }
 
-bool isPath(const SidebarRow& row) {
-    return row.kind == SidebarRow::Kind::root || row.kind == SidebarRow::Kind::place;
+QString toolTipOf(const SidebarRow& row) {
+    const bool isPath = row.kind == SidebarRow::Kind::root || row.kind == SidebarRow::Kind::place;
+    const QString text = isPath ? FileDrag::toText(row.value) : row.text;
+    return plainToolTip(row.problem.isEmpty() ? text : text + '\n' + row.problem);
 }
 
 }  // namespace
@@ -33,21 +39,30 @@ void SidebarModel::setSections(SidebarRows::Sections sections) {
             setRows(at, std::move(rows));
 }
 
+// More or fewer rows come or go where they differ, so that the focus stays on its row; as many change in place.
 void SidebarModel::setRows(int at, std::vector<SidebarRow> rows) {
     auto& shown = sections_[static_cast<size_t>(at)];
-    const int before = count(shown);
-    const int after = count(rows);
-    if (after < before) {
-        beginRemoveRows(section(at), after, before - 1);
-        shown.resize(static_cast<size_t>(after));
-        endRemoveRows();
-    } else if (after > before) {
-        beginInsertRows(section(at), before, after - 1);
-        shown = std::move(rows);
-        endInsertRows();
+    const auto isSame = [](const SidebarRow& a, const SidebarRow& b) { return a.kind == b.kind && a.value == b.value; };
+    if (rows.size() != shown.size()) {
+        const auto ahead = std::ranges::mismatch(shown, rows, isSame).in1 - shown.begin();
+        const auto behind = std::ranges::mismatch(shown | std::views::drop(ahead) | std::views::reverse,
+                                                  rows | std::views::drop(ahead) | std::views::reverse, isSame);
+        const int gone = static_cast<int>(behind.in1.base() - shown.begin() - ahead);
+        const int come = static_cast<int>(behind.in2.base() - rows.begin() - ahead);
+        const int first = static_cast<int>(ahead);
+        if (gone > 0) {
+            beginRemoveRows(section(at), first, first + gone - 1);
+            shown.erase(shown.begin() + first, shown.begin() + first + gone);
+            endRemoveRows();
+        }
+        if (come > 0) {
+            beginInsertRows(section(at), first, first + come - 1);
+            shown.insert(shown.begin() + first, rows.begin() + first, rows.begin() + first + come);
+            endInsertRows();
+        }
     }
-    if (after <= before) shown = std::move(rows);
-    if (after > 0) Q_EMIT dataChanged(index(0, 0, section(at)), index(after - 1, 0, section(at)));
+    shown = std::move(rows);
+    if (!shown.empty()) Q_EMIT dataChanged(index(0, 0, section(at)), index(count(shown) - 1, 0, section(at)));
 }
 
 const SidebarRow* SidebarModel::row(const QModelIndex& index) const {
@@ -77,7 +92,7 @@ QVariant SidebarModel::data(const QModelIndex& index, int role) const {
         case Qt::DisplayRole:
             return item->text;
         case Qt::ToolTipRole:
-            return isPath(*item) ? FileDrag::toText(item->value) : item->text;
+            return toolTipOf(*item);
         case Qt::AccessibleTextRole:
             return spoken(*item);
         default:

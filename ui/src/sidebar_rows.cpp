@@ -10,6 +10,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
+QString number(int64_t value) {
+    return QLocale().toString(static_cast<qlonglong>(value));
+}
+
 QString lastPart(const fs::path& path) {
     const fs::path normal = path.lexically_normal();
     const fs::path name = normal.has_filename() ? normal.filename() : normal.parent_path().filename();
@@ -59,7 +63,10 @@ Sections build(const Snapshot& now) {
     Sections sections;
     for (const auto& root : now.roots) {
         sections[Library].push_back(folderRow(SidebarRow::Kind::root, root, "library", now));
-        sections[Library].back().busy = std::ranges::count(now.indexing, root) > 0;
+        SidebarRow& row = sections[Library].back();
+        row.busy = std::ranges::count(now.indexing, root) > 0;
+        if (const auto found = now.problems.find(root); found != now.problems.end())
+            row.problem = QString::fromStdString(found->second);
     }
     SidebarRow add;
     add.kind = SidebarRow::Kind::addFolder;
@@ -73,11 +80,14 @@ Sections build(const Snapshot& now) {
     return sections;
 }
 
-QString footer(bool indexing, int64_t done, int64_t found, int64_t indexed) {
-    const QLocale locale;
-    const auto number = [&](int64_t value) { return locale.toString(static_cast<qlonglong>(value)); };
-    if (indexing) return found > 0 ? QString("Indexing… %1 of %2 files").arg(number(done), number(found)) : "Indexing…";
+QString footer(bool indexing, int64_t indexed) {
+    if (indexing) return "Indexing…";
     return indexed >= 1 ? number(indexed) + " files indexed" : QString();
+}
+
+QString progress(bool counted, int64_t done, int64_t found) {
+    if (found < 1) return {};
+    return counted ? QString("%1 of %2 files").arg(number(done), number(found)) : number(found) + " files found";
 }
 
 }  // namespace brindlehum::SidebarRows

@@ -1,11 +1,11 @@
 #include "ui/sidebar_view.h"
 
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QMenu>
 #include <QProgressBar>
 #include <QVBoxLayout>
 
+#include "ui/elided_label.h"
 #include "ui/symbol_label.h"
 
 namespace brindlehum {
@@ -45,13 +45,14 @@ QWidget* SidebarView::makeFooter() {
     auto* row = new QHBoxLayout;
     row->setSpacing(8);
     row->addWidget(busy_ = new SymbolLabel("hourglass", SymbolRole::secondary));
-    row->addWidget(state_ = new QLabel, 1);
+    row->addWidget(state_ = new ElidedLabel(Qt::ElideRight), 1);
     state_->setProperty("role", "secondary");
-    state_->setMinimumWidth(1);
     column->addLayout(row);
     column->addWidget(progress_ = new QProgressBar);
     progress_->setTextVisible(false);
     progress_->setAccessibleName("Indexing progress");
+    column->addWidget(detail_ = new ElidedLabel(Qt::ElideRight));
+    detail_->setProperty("role", "caption");
     return box;
 }
 
@@ -59,6 +60,7 @@ void SidebarView::refresh() {
     SidebarRows::Snapshot now;
     now.roots = library_.settings().value().libraryRoots;
     now.indexing.assign(library_.indexing().begin(), library_.indexing().end());
+    now.problems = library_.rootProblems();
     now.places = library_.places();
     now.categories = library_.categories();
     now.libraries = library_.libraries();
@@ -83,9 +85,10 @@ void SidebarView::refreshFooter() {
     }
     const bool indexing = !library_.indexing().empty();
     busy_->setVisible(indexing);
-    state_->setText(SidebarRows::footer(indexing, done, found, library_.indexedCount()));
-    state_->setToolTip(state_->text());
+    state_->setFullText(SidebarRows::footer(indexing, library_.indexedCount()));
     progress_->setVisible(indexing);
+    detail_->setVisible(indexing);
+    detail_->setFullText(SidebarRows::progress(counted, done, found));
     // Without a total yet, the bar only says that something is going on.
     progress_->setRange(0, counted ? 1000 : 0);
     if (counted) progress_->setValue(found > 0 ? static_cast<int>(done * 1000 / found) : 0);

@@ -78,6 +78,8 @@ public:
     const std::set<std::string>& indexing() const { return indexing_; }  // as the settings spell them
     // Files done of files found of a root being scanned; none for another.
     std::optional<LibraryScanner::Progress> scanProgress(const std::string& root) const;
+    // What the last scan of a root couldn't do, for the roots where something was amiss.
+    const std::map<std::string, std::string>& rootProblems() const { return rootProblems_; }
     void addRoot(const std::filesystem::path& url);
     void removeRoot(const std::string& path);  // its files stay; their rows go
     void rescan(const std::string& root);
@@ -102,7 +104,8 @@ public:
     // --- The rest.
     const std::optional<std::string>& message() const { return message_; }  // status line; messageChanged()
     std::vector<std::filesystem::path> places() const;
-    Catalog* catalog() { return catalog_.get(); }  // null: folders only
+    Catalog* catalog() { return catalog_.get(); }                      // null: folders only
+    const std::string& catalogError() const { return catalogError_; }  // why there is no catalog
     InfoCache& infoCache() { return infoCache_; }
     SettingsStore& settings() { return settings_; }
     bool isBusy() const { return pending_ > 0; }  // something that was begun hasn't come back yet
@@ -170,6 +173,7 @@ private:
     SettingsStore& settings_;
     MainLoop& loop_;
     std::unique_ptr<Catalog> catalog_;
+    std::string catalogError_;
     InfoCache infoCache_;
     std::optional<Path> folder_;
     std::vector<BrowserEntry> entries_;
@@ -192,8 +196,8 @@ private:
     std::atomic<uint64_t> metaGen_{0};
     RealPaths realPaths_;
     std::map<std::string, Scan> scans_;
-    std::set<std::string> removing_;     // roots whose rows are about to go
-    std::set<std::string> unreachable_;  // roots of which the user has been told
+    std::set<std::string> removing_;  // roots whose rows are about to go
+    std::map<std::string, std::string> rootProblems_;
     Moves lastRenames_;
     int pending_ = 0;
     bool pulling_ = false;

@@ -22,6 +22,9 @@ public:
 
     // The same files in the same order change in place; others reset the table.
     void setEntries(std::vector<BrowserEntry> entries);
+    // In the order of those shown, if they are the same files: what an edit does to the ranking shall not move rows
+    // away under the user.
+    std::vector<BrowserEntry> inOrderShown(std::vector<BrowserEntry> entries) const;
     const BrowserEntry& entry(int row) const;
     int rowOf(const std::filesystem::path& url) const;  // -1 when it isn't shown
     // A sound's probe, for the cells that its row leaves empty.

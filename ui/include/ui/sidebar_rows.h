@@ -4,6 +4,7 @@
 #include <QString>
 #include <array>
 #include <filesystem>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -21,6 +22,7 @@ struct SidebarRow {
     std::optional<int64_t> count;
     bool selected = false;
     bool busy = false;  // a root that is being scanned
+    QString problem;    // what is wrong with a root
     bool operator==(const SidebarRow&) const = default;
 };
 
@@ -30,8 +32,9 @@ enum Section { Library, Categories, Libraries, Places, SectionCount };
 using Sections = std::array<std::vector<SidebarRow>, SectionCount>;
 
 struct Snapshot {
-    std::vector<std::string> roots;     // as the settings spell them
-    std::vector<std::string> indexing;  // likewise
+    std::vector<std::string> roots;               // as the settings spell them
+    std::vector<std::string> indexing;            // likewise
+    std::map<std::string, std::string> problems;  // of roots
     std::vector<std::filesystem::path> places;
     Catalog::Counts categories;
     Catalog::Counts libraries;
@@ -44,8 +47,10 @@ QString sectionName(int section);
 Sections build(const Snapshot& now);
 // "drive" below the places where volumes are mounted, else `other`.
 QString iconOf(const std::filesystem::path& path, const QString& other);
-// The footer: "Indexing… 1,204 of 5,310 files", "12,345 files indexed", or nothing.
-QString footer(bool indexing, int64_t done, int64_t found, int64_t indexed);
+// The footer: "Indexing…", "12,345 files indexed", or nothing.
+QString footer(bool indexing, int64_t indexed);
+// Below it while a scan runs: "1,204 of 5,310 files"; before all are `counted` how many were found so far.
+QString progress(bool counted, int64_t done, int64_t found);
 
 }  // namespace SidebarRows
 }  // namespace brindlehum

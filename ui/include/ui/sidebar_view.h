@@ -7,11 +7,11 @@
 #include "library/library_model.h"
 #include "ui/sidebar_model.h"
 
-class QLabel;
 class QProgressBar;
 
 namespace brindlehum {
 
+class ElidedLabel;
 class SidebarTree;
 class SymbolLabel;
 
@@ -45,8 +45,9 @@ private:
     SidebarModel rows_;
     SidebarTree* tree_;
     SymbolLabel* busy_;
-    QLabel* state_;
+    ElidedLabel* state_;
     QProgressBar* progress_;
+    ElidedLabel* detail_;
 };
 
 // The tree itself: one click or Return chooses, section lines fold.
