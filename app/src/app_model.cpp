@@ -63,10 +63,15 @@ void AppModel::openWindow(const std::string& id) {
 void AppModel::addLibraryFolder() {
     if (!chooseFoldersAction) return;
     chooseFoldersAction([self = QPointer(this)](const std::vector<std::filesystem::path>& folders) {
-        if (!self || folders.empty()) return;
-        for (const auto& folder : folders) self->library_.addRoot(folder);
-        self->library_.open(folders.front());
+        if (self) self->addLibraryFolders(folders);
     });
+}
+
+void AppModel::addLibraryFolders(const std::vector<std::filesystem::path>& folders) {
+    if (folders.empty()) return;
+    for (const auto& folder : folders) library_.addRoot(folder);
+    library_.clearFilters();
+    library_.open(folders.front());
 }
 
 // MARK: command table

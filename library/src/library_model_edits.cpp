@@ -1,6 +1,8 @@
 // The edits of LibraryModel: metadata and names.
 #include <sys/stat.h>
 
+#include <QLocale>
+
 #include "file_stamp.h"
 #include "library/change_log.h"
 #include "library/library_model.h"
@@ -12,8 +14,12 @@ namespace {
 
 constexpr size_t namesTold = 3;
 
+std::string number(size_t count) {
+    return QLocale().toString(static_cast<qulonglong>(count)).toStdString();
+}
+
 std::string failureText(const std::vector<std::string>& failed) {
-    std::string text = "Couldn't write " + std::to_string(failed.size()) + " file(s): ";
+    std::string text = "Couldn't write " + number(failed.size()) + " file(s): ";
     for (size_t i = 0; i < failed.size() && i < namesTold; ++i) text += (i == 0 ? "" : ", ") + failed[i];
     return text;
 }
@@ -52,7 +58,7 @@ void LibraryModel::save(const MetadataChanges& changes, const Paths& urls) {
             for (size_t i = 0; i < urls.size(); ++i) {
                 if (urls.size() > 1) {
                     loop_.post([self = QPointer(this), i, count = urls.size()] {
-                        const std::string text = std::to_string(i + 1) + " of " + std::to_string(count);
+                        const std::string text = number(i + 1) + " of " + number(count);
                         if (self) self->say("Saving metadata to file " + text);
                     });
                 }
@@ -66,7 +72,7 @@ void LibraryModel::save(const MetadataChanges& changes, const Paths& urls) {
         },
         [this, count = urls.size()](const std::vector<std::string>& failed) {
             catalogChanged();
-            say(failed.empty() ? "Saved metadata to " + std::to_string(count) + " file(s)" : failureText(failed));
+            say(failed.empty() ? "Saved metadata to " + number(count) + " file(s)" : failureText(failed));
         });
 }
 
@@ -107,7 +113,7 @@ void LibraryModel::rename(std::function<Moves()> plan, bool undoing) {
         },
         [this, undoing](const Moves& done) {
             lastRenames_ = undoing ? Moves() : done;
-            const std::string count = std::to_string(done.size());
+            const std::string count = number(done.size());
             say(undoing ? "Gave " + count + " file(s) their old name again" : "Renamed " + count + " file(s)");
             rescanAll();
             catalogChanged();

@@ -97,7 +97,7 @@ TEST_F(Windows, EveryControlHasANameAndATabStop) {
     }
 }
 
-TEST_F(Windows, DropsLoadFilesAndOpenFolders) {
+TEST_F(Windows, DropsLoadFilesAndOpenFoldersAndTheSidebarTakesThemIntoTheLibrary) {
     std::filesystem::create_directories(folder / "inner");
     const auto path = file("inner/drop.wav", 2);
     std::ofstream(folder / "notes.txt") << "x";
@@ -117,6 +117,18 @@ TEST_F(Windows, DropsLoadFilesAndOpenFolders) {
     EXPECT_EQ(model.library().folder(), folder / "inner");
     ASSERT_TRUE(settle([&] { return window.browser().table().selectedEntries().size() == 1; }));
     EXPECT_FALSE(player.isPlaying()) << "auto-play is off";
+
+    const std::unique_ptr<QMimeData> mixed(FileDrag::mimeData({folder / "notes.txt", folder / "inner"}));
+    const auto rootsAfterDropOn = [&](const QWidget& part) {
+        const QPoint at = part.mapTo(&window, part.rect().center());
+        QDragEnterEvent over(at, Qt::CopyAction, mixed.get(), Qt::LeftButton, {});
+        QApplication::sendEvent(&window, &over);
+        QDropEvent onto(at, Qt::CopyAction, mixed.get(), Qt::LeftButton, {});
+        QApplication::sendEvent(&window, &onto);
+        return model.settings().value().libraryRoots;
+    };
+    EXPECT_EQ(rootsAfterDropOn(window.browser()), std::vector<std::string>());
+    EXPECT_EQ(rootsAfterDropOn(window.sidebar()), std::vector{(folder / "inner").string()});
 }
 
 TEST_F(Windows, TheWindowAndItsPartsComeBack) {

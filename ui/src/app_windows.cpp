@@ -1,6 +1,7 @@
 #include "ui/app_windows.h"
 
 #include <QApplication>
+#include <QLocale>
 
 #include "ui/folder_chooser.h"
 #include "ui/icons.h"
@@ -25,6 +26,8 @@ void bringUp(QWidget& window) {
 }  // namespace
 
 AppWindows::AppWindows(AppModel& model) : model_(model), theme_(std::make_unique<ThemeController>()) {
+    // The C locale groups no digits.
+    if (QLocale().language() == QLocale::C) QLocale::setDefault(QLocale(QLocale::English));
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setApplicationVersion(QStringLiteral(BRINDLEHUM_VERSION));
     QApplication::setWindowIcon(applicationIcon());
@@ -34,11 +37,7 @@ AppWindows::AppWindows(AppModel& model) : model_(model), theme_(std::make_unique
         main_->quit();
     });
     model.chooseFoldersAction = [this](const AppModel::FoldersChosen& chosen) {
-        const auto folders =
-            chooseLibraryFolders(main_.get(), model_.library().folder().value_or(std::filesystem::path()));
-        if (folders.empty()) return;
-        model_.library().clearFilters();
-        chosen(folders);
+        chosen(chooseLibraryFolders(main_.get(), model_.library().folder().value_or(std::filesystem::path())));
     };
     model.openWindowAction = [this](const std::string& id) { open(id); };
     open("main");

@@ -56,7 +56,11 @@ void describeFolder(BrowserState& state, const BrowserState::Snapshot& now) {
     state.count = counts.join(", ");
     if (now.folders > 0 || now.sounds > 0 || now.listing) return;
     state.title = now.folderReadable ? "No sounds in this folder" : "This folder can't be opened";
-    state.hint = now.folderReadable ? now.folder : now.folder + "\nIt may have been moved, or its volume isn't there.";
+    state.hint = now.folder;
+    if (now.folderForbidden)
+        state.hint += "\nIts permissions don't let you read it.";
+    else if (!now.folderReadable)
+        state.hint += "\nIt may have been moved, or its volume isn't there.";
     if (!now.hasRoots) {
         state.hint = "Add the folders that hold your sounds: they are indexed, and searched as you type.";
         state.action = BrowserState::Action::addFolder;

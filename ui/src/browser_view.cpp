@@ -21,10 +21,10 @@ namespace fs = std::filesystem;
 constexpr int settleMs = 300;
 constexpr int minWidth = 480;  // logical pixels
 
-bool isReadable(const fs::path& folder) {
+std::error_code readError(const fs::path& folder) {
     std::error_code error;
     const fs::directory_iterator first(folder, error);
-    return !error;
+    return error;
 }
 
 void copyPaths(const BrowserActions::Files& files) {
@@ -131,7 +131,10 @@ BrowserState::Snapshot BrowserView::snapshot() const {
     for (const auto& entry : library_.entries()) ++(entry.isFolder ? now.folders : now.sounds);
     const auto& folder = library_.folder();
     now.folder = folder ? FileDrag::toText(*folder) : QString();
-    now.folderReadable = now.listing || now.folders + now.sounds > 0 || (folder && isReadable(*folder));
+    if (now.listing || now.folders + now.sounds > 0 || !folder) return now;
+    const std::error_code error = readError(*folder);
+    now.folderReadable = !error;
+    now.folderForbidden = error == std::errc::permission_denied;
     return now;
 }
 

@@ -36,7 +36,7 @@ void DropOverlay::paintEvent(QPaintEvent* /*event*/) {
     font.setWeight(QFont::DemiBold);
     painter.setFont(font);
     painter.setPen(theme.text);
-    painter.drawText(rect(), Qt::AlignCenter, text_);
+    painter.drawText(rect().adjusted(24, 24, -24, -24), Qt::AlignCenter | Qt::TextWordWrap, text_);
 }
 
 bool DropOverlay::eventFilter(QObject* watched, QEvent* event) {

@@ -5,6 +5,7 @@
 #include <QDragEnterEvent>
 #include <QFileDialog>
 #include <QMimeData>
+#include <QScreen>
 #include <QSplitter>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -29,8 +30,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int saveDelayMs = 500;  // a window being sized changes many times a second
-constexpr QSize firstSize(1280, 800);
+constexpr int saveDelayMs = 500;       // a window being sized changes many times a second
+constexpr QSize firstSize(1440, 900);  // where the screen has the room
+constexpr QSize aroundFirst(80, 100);
 constexpr int sidebarMinWidth = 190;  // logical pixels, as is the next
 constexpr int sidebarWidth = 230;
 
@@ -63,6 +65,8 @@ MainWindow::MainWindow(AppModel& model) : model_(model) {
     makeParts();
     player_->addToMessage(new TempEditsBar(model.tempEdits(), model.player()));
     overlay_ = new DropOverlay(this);
+    libraryOverlay_ = new DropOverlay(sidebar_);
+    libraryOverlay_->setAccessibleName("Library drop target");
     fillMenuBar(*this, model);
     saveSoon_.setSingleShot(true);
     saveSoon_.setInterval(saveDelayMs);
@@ -149,7 +153,7 @@ void MainWindow::showSidebar(bool shown) {
 
 void MainWindow::restore() {
     const UIState state = UIState::load(model_.defaults());
-    resize(firstSize);
+    resize(firstSize.boundedTo(screen()->availableSize() - aroundFirst));
     restoreGeometry(state.geometry);
     if (!sideSplit_->restoreState(state.sidebarSplit)) sideSplit_->setSizes({sidebarWidth, width() - sidebarWidth});
     if (!inspectorSplit_->restoreState(state.inspectorSplit))
@@ -198,8 +202,9 @@ void MainWindow::refreshBanners() {
                            "Check Again", [this] { refreshBanners(); }});
     if (!model_.library().catalog())
         banners.push_back(
-            {"The library's catalog can't be opened: search and shared metadata are off. "
-             "Folders can still be browsed.",
+            {"The library's catalog can't be opened, so search and shared metadata are off. Folders can still be "
+             "browsed. (" +
+                 QString::fromStdString(model_.library().catalogError()) + ")",
              "Show Its Folder", [this] { model_.desktop().openFolder(defaultCatalogFile().parent_path()); }});
     banners_->setBanners(std::move(banners));
 }
@@ -264,25 +269,55 @@ void MainWindow::changeEvent(QEvent* event) {
     }
 }
 
-void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
-    if (event->source()) return;  // our own files on their way out
-    const auto path = droppable(FileDrag::localPaths(*event->mimeData()));
+MainWindow::Paths MainWindow::foldersForLibrary(const QDropEvent& event) const {
+    const QPoint at = sidebar_->mapFrom(this, event.position().toPoint());
+    if (!sidebar_->isVisible() || !sidebar_->rect().contains(at)) return {};
+    Paths folders = FileDrag::localPaths(*event.mimeData());
+    std::erase_if(folders, [](const fs::path& path) { return !isFolder(path); });
+    return folders;
+}
+
+void MainWindow::showDropTarget(const QDropEvent& event) {
+    const auto path = droppable(FileDrag::localPaths(*event.mimeData()));
     if (!path) return;
-    event->setDropAction(Qt::CopyAction);
-    event->accept();
+    if (!foldersForLibrary(event).empty()) {
+        overlay_->hide();
+        return libraryOverlay_->showFor("Drop to add to the library");
+    }
+    libraryOverlay_->hide();
     overlay_->showFor(isFolder(*path) ? "Drop to open the folder" : "Drop to load the file");
 }
 
-void MainWindow::dragLeaveEvent(QDragLeaveEvent* /*event*/) {
+void MainWindow::hideDropTarget() {
     overlay_->hide();
+    libraryOverlay_->hide();
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
+    if (event->source()) return;  // our own files on their way out
+    if (!droppable(FileDrag::localPaths(*event->mimeData()))) return;
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+    showDropTarget(*event);
+}
+
+void MainWindow::dragMoveEvent(QDragMoveEvent* event) {
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+    showDropTarget(*event);
+}
+
+void MainWindow::dragLeaveEvent(QDragLeaveEvent* /*event*/) {
+    hideDropTarget();
 }
 
 void MainWindow::dropEvent(QDropEvent* event) {
-    overlay_->hide();
+    hideDropTarget();
     const auto path = droppable(FileDrag::localPaths(*event->mimeData()));
     if (!path) return;
     event->setDropAction(Qt::CopyAction);
     event->accept();
+    if (const Paths folders = foldersForLibrary(*event); !folders.empty()) return model_.addLibraryFolders(folders);
     openPath(*path);
 }
 

@@ -52,8 +52,9 @@ public:
     // Asks the user for folders to add to the library; `chosen` gets at least one, and isn't called on a cancel.
     using FoldersChosen = std::function<void(const std::vector<std::filesystem::path>& folders)>;
     std::function<void(FoldersChosen chosen)> chooseFoldersAction;
-    // Adds the chosen folders to the library and shows the first one.
+    // Adds folders to the library and shows the first one; the former lets the user choose them.
     void addLibraryFolder();
+    void addLibraryFolders(const std::vector<std::filesystem::path>& folders);
 
     // Makes the temp edits of those of the files that are audio, in the background; told by the player's message.
     void makeTempEdits(const std::vector<std::filesystem::path>& files) { tempEdits_.start(files); }

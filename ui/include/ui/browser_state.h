@@ -17,6 +17,7 @@ struct BrowserState {
         bool hasCatalog = true;
         bool hasRoots = true;
         bool folderReadable = true;
+        bool folderForbidden = false;  // why it isn't
         QString query;
         QString category;
         QString library;

@@ -53,6 +53,7 @@ protected:
     void moveEvent(QMoveEvent* event) override;
     void changeEvent(QEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
     void dragLeaveEvent(QDragLeaveEvent* event) override;
     void dropEvent(QDropEvent* event) override;
 
@@ -62,6 +63,11 @@ private:
     void followPlayer();
     void refreshBanners();
     void fitPlayer();
+    using Paths = std::vector<std::filesystem::path>;
+    // What a drop here would add to the library: the folders among the paths, over the sidebar.
+    Paths foldersForLibrary(const QDropEvent& event) const;
+    void showDropTarget(const QDropEvent& event);
+    void hideDropTarget();
     int basePlayerHeight() const;
     void restore();
     void save();
@@ -76,6 +82,7 @@ private:
     InspectorView* inspector_;
     PlayerView* player_;
     DropOverlay* overlay_;
+    DropOverlay* libraryOverlay_;  // of the sidebar
     std::filesystem::path shown_;  // the file that the list was last brought to
     int playerExtra_ = 0;
     QTimer saveSoon_;
