@@ -115,6 +115,7 @@ void LibraryModel::rename(std::function<Moves()> plan, bool undoing) {
             lastRenames_ = undoing ? Moves() : done;
             const std::string count = number(done.size());
             say(undoing ? "Gave " + count + " file(s) their old name again" : "Renamed " + count + " file(s)");
+            if (!done.empty()) Q_EMIT renamed(done);
             rescanAll();
             catalogChanged();
         });

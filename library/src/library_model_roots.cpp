@@ -132,7 +132,8 @@ void LibraryModel::scanEnded(const std::string& root, const LibraryScanner::Resu
         return removeRows(root);
     }
     if (!result.message) {
-        rootProblems_.erase(root);
+        const auto before = rootProblems_.extract(root);
+        if (!before.empty() && message_ == before.mapped()) say({});
     } else if (rootProblems_.insert_or_assign(root, *result.message).second) {
         say(*result.message);
     }

@@ -296,13 +296,16 @@ TEST_F(Browser, UnsavedEditsOutliveAChangeOfTheSelection) {
     EXPECT_EQ(MetaIO::read(two).description, "Second");
 }
 
-TEST_F(Browser, RenamingAsksFirstAndIsForExperts) {
+TEST_F(Browser, RenamingAsksFirstAndIsForExpertsAndTheFileStaysChosenAndLoaded) {
     const auto path = sound("old.wav", "x");
     SoundMeta meta = MetaIO::read(path);
     meta.catID = "WTHRain";
     meta.fxName = "Rain On Tin";
     MetaIO::write(meta, path);
     ASSERT_TRUE(index());
+    ASSERT_TRUE(load(path));
+    field.setText("old");
+    ASSERT_TRUE(found({"old.wav"}));
     table.mark(path);
     ASSERT_TRUE(idle());
     QPushButton* rename = nullptr;
@@ -326,6 +329,12 @@ TEST_F(Browser, RenamingAsksFirstAndIsForExperts) {
     rename->click();
     EXPECT_TRUE(settle([&] { return !std::filesystem::exists(path); }));
     ASSERT_TRUE(idle());
+    const auto renamed = root / "WTHRain_Rain On Tin.wav";
+    EXPECT_TRUE(settle([&] { return player.info() && player.info()->url == renamed; }));
+    EXPECT_TRUE(library.isSearching()) << "the results stay";
+    library.clearFilters();
+    ASSERT_TRUE(idle());
+    EXPECT_EQ(inspector.urls(), std::vector{renamed});
 }
 
 }  // namespace

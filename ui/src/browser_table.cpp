@@ -10,7 +10,8 @@
 #include <QPainter>
 #include <QScopedValueRollback>
 #include <QScrollBar>
-#include <set>
+#include <algorithm>
+#include <utility>
 
 #include "ui/browser_cell.h"
 #include "ui/browser_columns.h"
@@ -147,8 +148,10 @@ void BrowserTable::setSearching(bool searching) {
 }
 
 void BrowserTable::showEntries(std::vector<BrowserEntry> entries, bool fresh) {
-    std::set<std::filesystem::path> before;
-    for (const auto& entry : selectedEntries()) before.insert(entry.url);
+    std::set<std::filesystem::path> wanted;
+    for (const auto& entry : selectedEntries()) wanted.insert(entry.url);
+    const bool come = std::ranges::any_of(entries, [this](const auto& it) { return expected_.contains(it.url); });
+    if (come) wanted.merge(std::exchange(expected_, {}));
     const QModelIndex at = currentIndex();
     const auto current = at.isValid() ? model_.entry(at.row()).url : std::filesystem::path();
     const bool inSight = at.isValid() && viewport()->rect().intersects(visualRect(at));
@@ -158,13 +161,7 @@ void BrowserTable::showEntries(std::vector<BrowserEntry> entries, bool fresh) {
     {
         const QScopedValueRollback quiet(quiet_, true);
         model_.setEntries(fresh ? std::move(entries) : model_.inOrderShown(std::move(entries)));
-        QItemSelection selection;
-        for (int row = 0; reset && !before.empty() && row < model_.rowCount(); ++row)
-            if (before.contains(model_.entry(row).url))
-                selection.select(model_.index(row, 0), model_.index(row, BrowserTableModel::ColumnCount - 1));
-        if (const int row = reset ? model_.rowOf(current) : -1; row >= 0)
-            selectionModel()->setCurrentIndex(model_.index(row, 0), QItemSelectionModel::NoUpdate);
-        if (reset) selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+        if (reset || come) selectAgain(wanted, current);
     }
     disconnect(watch);
     if (fresh)
@@ -173,6 +170,19 @@ void BrowserTable::showEntries(std::vector<BrowserEntry> entries, bool fresh) {
         verticalScrollBar()->setValue(scroll);
     if (!fresh && reset && inSight) scrollTo(currentIndex());
     Q_EMIT selectionMoved();
+}
+
+// Where the current one is gone, the first of the selection takes its place.
+void BrowserTable::selectAgain(const std::set<std::filesystem::path>& wanted, const std::filesystem::path& current) {
+    QItemSelection selection;
+    for (int row = 0; !wanted.empty() && row < model_.rowCount(); ++row)
+        if (wanted.contains(model_.entry(row).url))
+            selection.select(model_.index(row, 0), model_.index(row, BrowserTableModel::ColumnCount - 1));
+    const int first = selection.isEmpty() ? -1 : selection.indexes().front().row();
+    const int same = model_.rowOf(current);
+    if (const int row = same >= 0 ? same : first; row >= 0)
+        selectionModel()->setCurrentIndex(model_.index(row, 0), QItemSelectionModel::NoUpdate);
+    selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
 }
 
 std::vector<BrowserEntry> BrowserTable::selectedEntries() const {

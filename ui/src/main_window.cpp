@@ -9,6 +9,7 @@
 #include <QSplitter>
 #include <QToolButton>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "library/catalog_location.h"
 #include "platform/headless_audio.h"
@@ -128,6 +129,7 @@ void MainWindow::connectParts() {
     connect(sidebar_, &SidebarView::typed, &browser_->bar(), &BrowserBar::type);
     connect(browser_, &BrowserView::addFolderAsked, &model_, &AppModel::addLibraryFolder);
     connect(&model_.player(), &PlayerModel::changed, this, &MainWindow::followPlayer);
+    connect(&model_.library(), &LibraryModel::renamed, this, &MainWindow::followRenames);
 }
 
 bool MainWindow::showsInspector() const {
@@ -228,6 +230,19 @@ void MainWindow::followPlayer() {
     for (const auto& entry : browser_->table().selectedEntries())
         if (entry.url == info->url) return;
     browser_->reveal(info->url);
+}
+
+// What was renamed is selected and loaded under its new name.
+void MainWindow::followRenames(const LibraryModel::Moves& moves) {
+    Paths now;
+    for (const auto& move : moves) now.push_back(move.to);
+    browser_->table().expect(now);
+    const auto& info = model_.player().info();
+    if (!info) return;
+    const auto loaded = std::ranges::find(moves, info->url, &LibraryModel::Move::from);
+    if (loaded == moves.end()) return;
+    model_.player().load(loaded->to, false);
+    shown_ = loaded->to;  // after the load, which tells of the old name once more
 }
 
 void MainWindow::quit() {

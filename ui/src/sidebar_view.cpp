@@ -97,6 +97,9 @@ void SidebarView::refreshFooter() {
 void SidebarView::activate(const SidebarRow& row) {
     switch (row.kind) {
         case SidebarRow::Kind::root:
+            // Its volume may be there again.
+            if (!row.problem.isEmpty()) library_.rescan(row.value);
+            [[fallthrough]];
         case SidebarRow::Kind::place:
             library_.clearFilters();
             library_.open(row.value);

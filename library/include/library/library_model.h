@@ -87,7 +87,12 @@ public:
     // Applies what the team has logged. Runs by itself after each scan and every pullSeconds.
     void pull();
 
-    // --- Edits. What came of them is told by message().
+    // --- Edits. What came of them is told by message(), and by renamed().
+    struct Move {
+        std::filesystem::path from;
+        std::filesystem::path to;
+    };
+    using Moves = std::vector<Move>;
     void save(const MetadataChanges& changes, const std::vector<std::filesystem::path>& urls);
     void renameToUCS(const std::vector<std::filesystem::path>& urls);
     // Takes the last rename back, as far as the files are still there and the old names still free.
@@ -117,15 +122,11 @@ Q_SIGNALS:
     void facetsChanged();
     void indexingChanged();
     void messageChanged();
+    void renamed(const brindlehum::LibraryModel::Moves& moves);
 
 private:
     using Path = std::filesystem::path;
     using Paths = std::vector<Path>;
-    struct Move {
-        Path from;
-        Path to;
-    };
-    using Moves = std::vector<Move>;
     struct ScanReport;
     struct Scan {
         std::shared_ptr<ScanReport> report;

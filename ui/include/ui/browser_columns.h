@@ -12,8 +12,8 @@ using Widths = std::array<int, BrowserTableModel::ColumnCount>;  // logical pixe
 constexpr Widths minimum{180, 120, 70, 60, 60, 80};
 constexpr Widths ideal{300, 280, 130, 120, 76, 164};
 
-// Length and format always have their ideal, for half a number tells nothing. Name and description grow first, then
-// category and library; what is left beyond the ideals goes to name and description.
+// Length and format always have their ideal, for half a number tells nothing; the others grow alike from their minimum
+// to their ideal; what is left beyond goes to name and description.
 Widths fit(int room);
 
 }  // namespace brindlehum::BrowserColumns

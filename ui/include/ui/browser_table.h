@@ -3,6 +3,7 @@
 
 #include <QTreeView>
 #include <filesystem>
+#include <set>
 #include <vector>
 
 #include "ui/browser_table_model.h"
@@ -22,6 +23,8 @@ public:
     // Selects one row without announcing it; false when it isn't shown.
     bool mark(const std::filesystem::path& url);
     void selectFirst();  // as the user would
+    // Selects these, without announcing it, as soon as some of them are among the rows.
+    void expect(const std::vector<std::filesystem::path>& urls) { expected_ = {urls.begin(), urls.end()}; }
     // What a click on this column's head does: up, down, then back to the order as given.
     void sortBy(int column);
     // Folders keep the sorting that the user gave them; every search begins ranked.
@@ -56,9 +59,11 @@ private:
     void headMenu(const QPoint& position);
     void fitColumns();
     void keepMinimum(int column, int width);
+    void selectAgain(const std::set<std::filesystem::path>& wanted, const std::filesystem::path& current);
     bool handleKey(const QKeyEvent& event);
 
     BrowserTableModel model_;
+    std::set<std::filesystem::path> expected_;
     bool searching_ = false;
     int folderColumn_ = BrowserTableModel::unsorted;  // the sorting of folders, while searching
     Qt::SortOrder folderOrder_ = Qt::AscendingOrder;

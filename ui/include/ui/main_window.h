@@ -61,6 +61,7 @@ private:
     void makeParts();
     void connectParts();
     void followPlayer();
+    void followRenames(const LibraryModel::Moves& moves);
     void refreshBanners();
     void fitPlayer();
     using Paths = std::vector<std::filesystem::path>;
