@@ -24,7 +24,6 @@ protected:
         server_.handler = [this](const std::string& command, const ControlParams& params) -> json {
             asked_.emplace_back(command, params);
             if (command == "fail") return {{"error", "unknown command fail"}};
-            if (command == "empty") return json::object();
             return {{"ok", true}};
         };
         server_.start(0);
@@ -53,53 +52,51 @@ protected:
     }
 };
 
-const char* const served =
-    "HTTP/1.1 200 OK\r\nContent-Type: application/json\r\nContent-Length: 11\r\nConnection: close\r\n\r\n"
-    "{\"ok\":true}";
-const char* const forbidden =
-    "HTTP/1.1 403 Forbidden\r\nContent-Type: application/json\r\nContent-Length: 21\r\nConnection: close\r\n\r\n"
-    "{\"error\":\"forbidden\"}";
+// `more` are further header lines.
+std::string response(const char* status, const std::string& body, const std::string& more = "") {
+    const std::string type = body.empty() ? "" : "Content-Type: application/json\r\n";
+    return std::string("HTTP/1.1 ") + status + "\r\n" + more + type + "Content-Length: " + std::to_string(body.size()) +
+           "\r\nConnection: close\r\n\r\n" + body;
+}
+
+const std::string served = response("200 OK", "{\"ok\":true}");
+const std::string refusal = "{\"error\":\"forbidden\"}";
+const std::string forbidden = response("403 Forbidden", refusal);
 
 TEST_F(ControlPort, AnswersByteForByteByWhoAsks) {
-    const std::string access = "Access-Control-Allow-Headers: X-Brindlehum\r\nAccess-Control-Allow-Methods: GET\r\n";
+    const auto access = [](const std::string& origin) {
+        return "Access-Control-Allow-Origin: " + origin +
+               "\r\nAccess-Control-Allow-Headers: X-Brindlehum\r\nAccess-Control-Allow-Methods: GET\r\n";
+    };
     const struct {
         const char* what;
         std::string request, response;
     } cases[] = {
-        {"a tool", get("/status"), served},
+        {"a tool", get("/status"),
+         "HTTP/1.1 200 OK\r\nContent-Type: application/json\r\nContent-Length: 11\r\nConnection: close\r\n\r\n"
+         "{\"ok\":true}"},
         {"the header's name in any case", get("/status", "x-BRINDLEHUM:1  \r\n"), served},
         {"another method with a body", "POST /toggle HTTP/1.1\r\nX-Brindlehum: 1\r\nContent-Length: 4\r\n\r\nbody",
          served},
         {"no header", get("/status", ""), forbidden},
         {"another value", get("/status", "X-Brindlehum: 01\r\n"), forbidden},
         {"a blank before the colon", get("/status", "X-Brindlehum : 1\r\n"), forbidden},
-        {"the last of two values counts", get("/status", "X-Brindlehum: 1\r\nX-Brindlehum: 0\r\n"), forbidden},
         {"no path", "GET\r\nX-Brindlehum: 1\r\n\r\n", forbidden},
         {"an empty head", "\r\n\r\n", forbidden},
         {"a local web server", get("/status", "X-Brindlehum: 1\r\nOrigin: http://localhost:3000\r\n"), forbidden},
-        {"a site", get("/status", "X-Brindlehum: 1\r\nOrigin: https://example.com\r\n"), forbidden},
         {"a file origin in capitals", get("/status", "X-Brindlehum: 1\r\nOrigin: FILE://\r\n"), forbidden},
         {"an origin that would add a header", get("/status", "X-Brindlehum: 1\r\nOrigin: file\nA: b\r\n"), forbidden},
         {"an empty origin", get("/status", "X-Brindlehum: 1\r\nOrigin: \r\n"), served},
         {"a page from a file", get("/status", "X-Brindlehum: 1\r\nOrigin: file://\r\n"),
-         "HTTP/1.1 200 OK\r\nAccess-Control-Allow-Origin: file://\r\n" + access +
-             "Content-Type: application/json\r\nContent-Length: 11\r\nConnection: close\r\n\r\n{\"ok\":true}"},
+         response("200 OK", "{\"ok\":true}", access("file://"))},
         {"a page from a file without the header", get("/status", "Origin: null\r\n"),
-         "HTTP/1.1 403 Forbidden\r\nAccess-Control-Allow-Origin: null\r\n" + access +
-             "Content-Type: application/json\r\nContent-Length: 21\r\nConnection: close\r\n\r\n"
-             "{\"error\":\"forbidden\"}"},
+         response("403 Forbidden", refusal, access("null"))},
         {"a page asking first", "OPTIONS /status HTTP/1.1\r\nOrigin: null\r\n\r\n",
-         "HTTP/1.1 204 No Content\r\nAccess-Control-Allow-Origin: null\r\n" + access +
-             "Content-Length: 0\r\nConnection: close\r\n\r\n"},
-        {"a tool asking first", "OPTIONS\r\n\r\n",
-         "HTTP/1.1 204 No Content\r\nContent-Length: 0\r\nConnection: close\r\n\r\n"},
+         response("204 No Content", "", access("null"))},
+        {"a tool asking first", "OPTIONS\r\n\r\n", response("204 No Content", "")},
         {"a site asking first", "OPTIONS * HTTP/1.1\r\nOrigin: https://example.com\r\n\r\n",
-         "HTTP/1.1 403 Forbidden\r\nContent-Length: 0\r\nConnection: close\r\n\r\n"},
-        {"a command that fails", get("/fail"),
-         "HTTP/1.1 400 Bad Request\r\nContent-Type: application/json\r\nContent-Length: 32\r\nConnection: close\r\n"
-         "\r\n{\"error\":\"unknown command fail\"}"},
-        {"an empty result", get("/empty"),
-         "HTTP/1.1 200 OK\r\nContent-Type: application/json\r\nContent-Length: 2\r\nConnection: close\r\n\r\n{}"},
+         response("403 Forbidden", "")},
+        {"a command that fails", get("/fail"), response("400 Bad Request", "{\"error\":\"unknown command fail\"}")},
     };
     for (const auto& c : cases) EXPECT_EQ(ask(c.request), c.response) << c.what;
 }
@@ -110,18 +107,14 @@ TEST_F(ControlPort, TheCommandIsThePathAndTheQueryItsArguments) {
         ControlParams params;
     } cases[] = {
         {"/status", "status", {}},
-        {"/status/", "status", {}},
         {"//status", "status", {}},
         {"/", "", {}},
         {"/a/b/?x", "a/b", {{"x", ""}}},
-        {"/Status", "Status", {}},
-        {"/profile?name=HEADPHONES", "profile", {{"name", "HEADPHONES"}}},
         {"/profile?name=Room%209.1.6&b=%26%3D%2B", "profile", {{"name", "Room 9.1.6"}, {"b", "&=+"}}},
         {"/profile?name=a+b", "profile", {{"name", "a+b"}}},
         {"/p?a=1&a=2&b=c=d", "p", {{"a", "2"}, {"b", "c=d"}}},
         {"/p%20q?n=%C3%A9", "p q", {{"n", "é"}}},
         {"/p?n=é#part", "p", {{"n", "é"}}},
-        {"/p?n=%25", "p", {{"n", "%"}}},
         {":99999/status", "", {}},
     };
     for (const auto& c : cases) {
@@ -148,14 +141,10 @@ TEST_F(ControlPort, AHeadMayComeInAnyPieces) {
     }
 }
 
-TEST_F(ControlPort, OneRequestAConnection) {
+TEST_F(ControlPort, WhatFollowsARequestIsNeitherServedNorInTheWayOfTheResponse) {
     EXPECT_EQ(ask(get("/first") + get("/second")), served);
-    ASSERT_EQ(asked_.size(), 1U);
-    EXPECT_EQ(asked_[0].first, "first");
-}
-
-TEST_F(ControlPort, ABodyOfAnySizeLeavesTheResponseWhole) {
-    EXPECT_EQ(ask(get("/first") + std::string(900'000, 'x')), served);
+    EXPECT_EQ(ask(get("/third") + std::string(900'000, 'x')), served);
+    EXPECT_EQ(asked_, (std::vector<std::pair<std::string, ControlParams>>{{"first", {}}, {"third", {}}}));
     // One that never ends is cut off.
     auto socket = connected();
     const std::string endless = get("/first") + std::string(64 << 20, 'x');
@@ -204,8 +193,7 @@ TEST_F(ControlPort, BadUTF8IsRepaired) {
 
 TEST_F(ControlPort, WithoutAHandlerItIsNotReady) {
     server_.handler = nullptr;
-    EXPECT_THAT(ask(get("/status")), HasSubstr("400 Bad Request"));
-    EXPECT_THAT(ask(get("/status")), HasSubstr("{\"error\":\"not ready\"}"));
+    EXPECT_EQ(ask(get("/status")), response("400 Bad Request", "{\"error\":\"not ready\"}"));
     EXPECT_EQ(ask(get("/status", "")), forbidden);
 }
 
@@ -237,22 +225,6 @@ TEST_F(ControlPort, ListensOnTheLoopbackAddressAloneAndLeavesATakenPortAlone) {
     const uint16_t port = server_.listeningPort();
     server_.start(0);
     EXPECT_EQ(server_.listeningPort(), port) << "a second start does nothing";
-}
-
-TEST_F(ControlPort, ThePortIsFreeAgainAtOnceAfterUse) {
-    auto first = std::make_unique<ControlServer>();
-    first->start(0);
-    const uint16_t port = first->listeningPort();
-    QTcpSocket client;
-    client.connectToHost("127.0.0.1", port);
-    const std::string request = get("/status");
-    ASSERT_TRUE(until([&] { return client.state() == QAbstractSocket::ConnectedState; }));
-    client.write(request.data(), qint64(request.size()));
-    answer(client);
-    first.reset();
-    ControlServer next;
-    next.start(port);
-    EXPECT_TRUE(next.isListening());
 }
 
 }  // namespace
