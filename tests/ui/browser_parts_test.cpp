@@ -232,6 +232,11 @@ TEST(BrowserMenu, EntriesInOrderAsFarAsTheyWork) {
     actions.openInEditor = [](const auto&) {};
     EXPECT_EQ(texts({"/a"}), (QStringList{"Open in Editor", "Make Temp Edits", "Show in File Manager", "Copy Path"}));
     EXPECT_EQ(texts({"/a", "/b", "/c"})[1], "Make Temp Edits (3 files)");
+    for (const bool anySound : {false, true}) {
+        QMenu menu;
+        fillBrowserMenu(menu, {"/folder", anySound ? "/b.WAV" : "/b"}, actions);
+        EXPECT_EQ(menu.actions()[1]->isEnabled(), anySound);
+    }
 }
 
 TEST(InspectorFields, MixedEditedAndStars) {

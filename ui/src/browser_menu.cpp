@@ -2,6 +2,9 @@
 
 #include <QLocale>
 #include <QMenu>
+#include <algorithm>
+
+#include "audio/audio_file_info.h"
 
 namespace brindlehum {
 
@@ -9,10 +12,12 @@ void fillBrowserMenu(QMenu& menu, const BrowserActions::Files& files, const Brow
     if (actions.openInEditor)
         menu.addAction("Open in Editor", [act = actions.openInEditor, first = files.front()] { act(first); });
     const auto add = [&](const QString& text, const std::function<void(const BrowserActions::Files&)>& act) {
-        if (act) menu.addAction(text, [act, files] { act(files); });
+        return act ? menu.addAction(text, [act, files] { act(files); }) : nullptr;
     };
     const QString count = QLocale().toString(static_cast<qulonglong>(files.size()));
-    add(files.size() < 2 ? QString("Make Temp Edits") : "Make Temp Edits (" + count + " files)", actions.makeTempEdits);
+    const QString edits = files.size() < 2 ? QString("Make Temp Edits") : "Make Temp Edits (" + count + " files)";
+    if (auto* entry = add(edits, actions.makeTempEdits))
+        entry->setEnabled(std::ranges::any_of(files, AudioFileInfo::isAudioPath));
     add("Show in File Manager", actions.reveal);
     add("Copy Path", actions.copyPath);
 }

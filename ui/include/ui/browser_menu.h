@@ -1,4 +1,5 @@
-// The context menu of the browser's selection; entries whose operation isn't there are left out.
+// The context menu of the browser's selection; entries whose operation isn't there are left out, and what folders alone
+// don't take is disabled.
 #pragma once
 
 #include <filesystem>
