@@ -124,7 +124,7 @@ TEST(BrowserTableModel, RowsDragOutAsFilesInTheirOrder) {
 
 TEST(BrowserColumns, FillTheRoomAndNeverGoBelowTheirMinimum) {
     for (const int room : {0, 500, 670, 720, 1000, 1069, 1071, 2400}) {
-        const auto widths = BrowserColumns::fit(room);
+        const auto widths = BrowserColumns::fit(room, 164);
         const int all = std::accumulate(widths.begin(), widths.end(), 0);
         EXPECT_LE(all, std::max(room, 670)) << "no bar below the table";
         EXPECT_GE(all, room - 6);

@@ -22,8 +22,10 @@
 namespace brindlehum {
 namespace {
 
-constexpr int dragTextWidth = 260;  // logical pixels
-constexpr int dragHeight = 28;      // logical pixels
+constexpr auto usualFormat = "44.1 kHz · 24-bit · mono";
+constexpr int cellMargins = 18;  // logical pixels, as are the next
+constexpr int dragTextWidth = 260;
+constexpr int dragHeight = 28;
 
 }  // namespace
 
@@ -78,7 +80,8 @@ void BrowserTable::keepMinimum(int column, int width) {
 
 void BrowserTable::fitColumns() {
     const QScopedValueRollback fitting(fitting_, true);
-    const auto widths = BrowserColumns::fit(viewport()->width());
+    const int format = fontMetrics().horizontalAdvance(usualFormat) + cellMargins;
+    const auto widths = BrowserColumns::fit(viewport()->width(), format);
     for (int column = 0; column < BrowserTableModel::ColumnCount; ++column)
         header()->resizeSection(column, widths[static_cast<size_t>(column)]);
 }
