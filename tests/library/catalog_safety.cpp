@@ -1,15 +1,13 @@
 // Catalog files in a bad state, several programs on one catalog, and searches that are called off.
-#include <fcntl.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <atomic>
 #include <fstream>
-#include <set>
 #include <thread>
 
 #include "audio/error.h"
 #include "catalog_test.h"
+#include "child.h"
 
 namespace brindlehum::test {
 namespace {
@@ -34,15 +32,6 @@ protected:
             return {-1, error.what()};
         }
     }
-    // What `job` returns, run in a process of its own.
-    template <class Job>
-    static int inChild(Job job) {
-        const pid_t child = fork();
-        if (child == 0) _exit(job());
-        int status = 0;
-        waitpid(child, &status, 0);
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    }
     void overwrite(int64_t at, const std::string& bytes) const {
         std::fstream(file, std::ios::in | std::ios::out | std::ios::binary)
             .seekp(at)
@@ -51,52 +40,40 @@ protected:
 };
 
 TEST_F(CatalogSafety, RefusesWhatItCantWorkWith) {
-    using Path = std::filesystem::path;
     const struct {
         const char* name;
-        std::function<Path()> damage;
+        std::function<void()> damage;
+        std::filesystem::path opened;
         int code;
         const char* text;
     } table[] = {
-        {"a folder in its place", [&] { return folder; }, 80, "Can't open the library catalog"},
-        {"a file for a folder", [&] { return file / "below" / "Catalog.sqlite"; }, -1, ""},
-        {"newer",
-         [&] {
-             PlainDatabase(file).exec("PRAGMA user_version=2");
-             return file;
-         },
-         81, "The library catalog was made by a newer version"},
-        {"cut short",
-         [&] {
-             std::filesystem::resize_file(file, 3 * 4096 + 7);
-             return file;
-         },
-         81, "database disk image is malformed"},
-        {"another file",
-         [&] {
-             overwrite(0, std::string(4096, 'x'));
-             return file;
-         },
-         81, "file is not a database"},
+        {"a folder in its place", [] {}, folder, 80, "Can't open the library catalog"},
+        {"a file for a folder", [] {}, file / "below" / "Catalog.sqlite", -1, ""},
+        {"newer", [&] { PlainDatabase(file).exec("PRAGMA user_version=2"); }, file, 81,
+         "The library catalog was made by a newer version"},
+        {"cut short", [&] { std::filesystem::resize_file(file, 3 * 4096 + 7); }, file, 81,
+         "database disk image is malformed"},
+        {"another file", [&] { overwrite(0, std::string(4096, 'x')); }, file, 81, "file is not a database"},
     };
-    for (const auto& [name, damage, code, text] : table) {
-        const auto refused = refusal(damage());
+    for (const auto& [name, damage, opened, code, text] : table) {
+        damage();
+        const auto refused = refusal(opened);
         EXPECT_EQ(refused.first, code) << name;
         EXPECT_TRUE(code == -1 || refused.second == text) << name << ": " << refused.second;
     }
 }
 
 TEST_F(CatalogSafety, RefusesACatalogThatItMayNotWrite) {
-    for (const char* part : {"", "-wal", "-shm"})
-        std::filesystem::remove(file.string() + (*part != 0 ? part : "-none"));
-    std::filesystem::permissions(folder, std::filesystem::perms(0755));
-    std::filesystem::permissions(file.parent_path(), std::filesystem::perms(0755));
+    for (const auto& above : {folder, file.parent_path()}) {
+        std::filesystem::permissions(above, std::filesystem::perms(0755));
+    }
     std::filesystem::permissions(file, std::filesystem::perms(0444));
-    const int code = inChild([&] {
-        if (geteuid() == 0 && setuid(65534) != 0) return -1;
-        return refusal(file).first;
+    const Child child([&] {
+        const bool unprivileged = geteuid() != 0 || setuid(65534) == 0;
+        const int code = refusal(file).first;
+        return unprivileged && (code == 80 || code == 81);
     });
-    EXPECT_TRUE(code == 80 || code == 81) << code;
+    EXPECT_TRUE(child.succeeded());
 }
 
 TEST_F(CatalogSafety, RefusesACatalogThatAnotherProgramHolds) {
@@ -130,14 +107,9 @@ TEST_F(CatalogSafety, SurvivesDamagedPages) {
 TEST_F(CatalogSafety, LosesNothingBetweenProcesses) {
     const std::filesystem::path shared = folder / "shared" / "Catalog.sqlite";
     constexpr int processes = 4, batches = 60, ownFiles = 12;
-    std::vector<pid_t> children;
+    std::vector<Child> children;
     for (int process = 0; process < processes; ++process) {
-        const pid_t child = fork();
-        if (child != 0) {
-            children.push_back(child);
-            continue;
-        }
-        try {
+        children.emplace_back([&] {
             Catalog catalog(shared);
             for (int batch = 0; batch < batches; ++batch) {
                 catalog.write([&] {
@@ -153,17 +125,10 @@ TEST_F(CatalogSafety, LosesNothingBetweenProcesses) {
                 });
                 if (batch % 20 == process) catalog.settle();
             }
-            _exit(0);
-        } catch (const std::exception& error) {
-            std::fprintf(stderr, "%s\n", error.what());
-            _exit(1);
-        }
+            return true;
+        });
     }
-    for (const pid_t child : children) {
-        int status = 0;
-        waitpid(child, &status, 0);
-        EXPECT_EQ(status, 0);
-    }
+    for (const Child& child : children) EXPECT_TRUE(child.succeeded());
     constexpr int64_t expected = processes * batches * ownFiles + batches;
     Catalog catalog(shared);
     EXPECT_EQ(catalog.facets({}).total, expected);
@@ -197,11 +162,8 @@ TEST_F(CatalogSafety, ServesManyThreads) {
     std::vector<std::thread> writers;
     for (Catalog* each : {&catalog, &second}) {
         writers.emplace_back([&, each] {
-            for (int i = 0; i < 40; ++i) {
-                std::string name(each == &second ? "1 b" : "1 a");
-                name += std::to_string(i);
-                put(*each, "/lib/" + name + ".wav", "/lib");
-            }
+            const std::string path = each == &second ? "/lib/1 b" : "/lib/1 a";
+            for (int i = 0; i < 40; ++i) put(*each, path + std::to_string(i), "/lib");
         });
     }
     for (std::thread& writer : writers) writer.join();

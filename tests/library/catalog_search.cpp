@@ -215,6 +215,7 @@ TEST_F(CatalogSearch, FindsWhatAPlainTwinFindsInSQLitesOrder) {
         }
         checkFacets(catalog, some(roots, 0, 2));
     }
+    EXPECT_EQ(plain.rows("SELECT count(*) FROM fts WHERE rowid NOT IN (SELECT id FROM files)"), Lines{"0"});
     // Few of many: the best are ranked before the roots are looked at.
     for (int i = 0; i < 60; ++i) {
         const Catalog::Filter filter{.query = any(words).substr(0, 1), .roots = some(roots, 1, 2)};

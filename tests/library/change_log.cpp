@@ -2,12 +2,11 @@
 #include "library/change_log.h"
 
 #include <gmock/gmock.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <fstream>
-#include <functional>
 
+#include "child.h"
 #include "fuzz/change_log_input.h"
 #include "sound_folder.h"
 
@@ -193,22 +192,20 @@ TEST_F(Log, NeverLeavesTheRoot) {
     const fs::path outside = addTo(home, "outside/o.wav");
     fs::create_directory_symlink(home / "outside", root / "way out");
     fs::create_symlink(outside, root / "o.wav");
-    const std::string paths[] = {
-        "../outside/o.wav",
-        "b/../../outside/o.wav",
-        outside.string(),
-        "/a.wav",
-        "way out/o.wav",
-        "o.wav",
-        "./a.wav",
-        "b/./c.flac",
-        "b//c.flac",
-        "b/../a.wav",
-        "",
-        ".",
-        "a.wav/",
-        std::string("a.wav\0", 6),
-    };
+    const std::string paths[] = {"../outside/o.wav",
+                                 "b/../../outside/o.wav",
+                                 outside.string(),
+                                 "/a.wav",
+                                 "way out/o.wav",
+                                 "o.wav",
+                                 "./a.wav",
+                                 "b/./c.flac",
+                                 "b//c.flac",
+                                 "b/../a.wav",
+                                 "",
+                                 ".",
+                                 "a.wav/",
+                                 std::string("a.wav\0", 6)};
     for (const std::string& path : paths) {
         // Even a catalog that holds such a path isn't touched.
         const std::string full = (path.starts_with('/') ? "" : root.string() + "/") + path;
@@ -244,28 +241,6 @@ TEST(ChangeLogCorpus, BreaksNoRule) {
     }
     EXPECT_GE(seeds, 4);
 }
-
-// Runs `child` in a process of its own; the result is waited for.
-class Child {
-public:
-    explicit Child(const std::function<bool()>& child) : id_(::fork()) {
-        if (id_ != 0) return;
-        bool good = false;
-        try {
-            good = child();
-        } catch (const std::exception& error) {
-            std::fprintf(stderr, "in the child: %s\n", error.what());
-        }
-        ::_exit(good ? 0 : 1);
-    }
-    bool succeeded() const {
-        int status = 0;
-        return ::waitpid(id_, &status, 0) == id_ && WIFEXITED(status) && WEXITSTATUS(status) == 0;
-    }
-
-private:
-    pid_t id_;
-};
 
 TEST_F(Log, CarriesThousandsOfEditsBetweenTwoProcesses) {
     constexpr size_t edits = 3000;
