@@ -22,6 +22,14 @@ QString oneLine(const std::string& utf8) {
     return textOf(utf8).simplified();
 }
 
+// A line break in a name would hide what comes after it.
+QString shownName(const std::filesystem::path& url) {
+    QString name = FileDrag::toText(url.filename());
+    std::ranges::replace_if(
+        name, [](QChar c) { return c.category() == QChar::Other_Control; }, QChar(' '));
+    return name;
+}
+
 QString categoryOf(const SoundMeta& meta) {
     QStringList parts;
     for (const auto* part : {&meta.category, &meta.subCategory})
@@ -113,7 +121,7 @@ QString BrowserTableModel::infoText(const BrowserEntry& entry, int column) const
 QString BrowserTableModel::text(const BrowserEntry& entry, int column) const {
     switch (column) {
         case Name:
-            return FileDrag::toText(entry.url.filename());
+            return shownName(entry.url);
         case Description:
             return entry.row ? oneLine(entry.row->meta.description) : QString();
         case Category:

@@ -13,6 +13,7 @@ namespace {
 // Logical pixels.
 constexpr int rowHeight = 28;
 constexpr int sectionHeight = 34;
+constexpr int sectionGap = 8;  // above its text
 constexpr int inset = 8;
 constexpr int iconSize = 16;
 constexpr int gap = 8;
@@ -40,7 +41,7 @@ void SidebarCell::paint(QPainter* painter, const QStyleOptionViewItem& option, c
     if (option.state & QStyle::State_HasFocus) {
         painter->setBrush(Qt::NoBrush);
         painter->setPen(QPen(Theme::current().accent, 2));
-        painter->drawRoundedRect(QRectF(option.rect).adjusted(2, 1, -2, -1), 6, 6);
+        painter->drawRoundedRect(QRectF(option.rect).adjusted(2, row ? 1 : sectionGap, -2, -1), 6, 6);
     }
     painter->restore();
 }
@@ -50,7 +51,7 @@ void SidebarCell::paintSection(QPainter& painter, const QStyleOptionViewItem& op
     font.setWeight(QFont::DemiBold);
     painter.setFont(font);
     painter.setPen(Theme::current().secondary);
-    const QRect area = option.rect.adjusted(inset, 8, -inset, 0);
+    const QRect area = option.rect.adjusted(inset, sectionGap, -inset, 0);
     painter.drawText(area, Qt::AlignVCenter | Qt::AlignLeft, index.data().toString());
     const bool open = option.state & QStyle::State_Open;
     const QRect chevron(area.right() - 11, area.center().y() - 5, 12, 12);
