@@ -1,6 +1,5 @@
 // Match expressions, from what users type.
 #include <gmock/gmock.h>
-#include <sqlite3.h>
 
 #include <algorithm>
 
@@ -12,8 +11,7 @@ namespace {
 
 TEST(MatchExpression, SaysWhatWasTyped) {
     const struct {
-        std::string query;
-        std::optional<std::string> expression;
+        std::string query, expression;
     } table[] = {
         {"door", R"("door"*)"},
         {"Door  Slam\theavy\n", R"("Door"* AND "Slam"* AND "heavy"*)"},
@@ -21,13 +19,6 @@ TEST(MatchExpression, SaysWhatWasTyped) {
         {"-wood door /-glass", R"("door"* NOT "wood"* NOT "glass"*)"},
         {"sub-bass", R"("sub"* "bass"*)"},
         {"hit sub-bass -low-end", R"("hit"* AND "sub"* "bass"* NOT "low"* "end"*)"},
-        {"-rain", std::nullopt},
-        {"-rain -wind", std::nullopt},
-        {"", std::nullopt},
-        {" \t\n\r\v\f ", std::nullopt},
-        {"-", std::nullopt},
-        {"/-", std::nullopt},
-        {"\"\"", std::nullopt},
         {"door - \"\" -- -\"-\" wood", R"("door"* AND "wood"*)"},
         {R"("quoted words")", R"("quoted"* AND "words"*)"},
         {R"(a"b"c)", R"("abc"*)"},
@@ -38,6 +29,9 @@ TEST(MatchExpression, SaysWhatWasTyped) {
         {std::string("a\0b", 3), R"("a"* AND "b"*)"},
     };
     for (const auto& [query, expression] : table) EXPECT_EQ(Catalog::matchExpression(query), expression) << query;
+    for (const char* query : {"-rain", "-rain -wind", "", " \t\n\r\v\f ", "-", "/-", "\"\""}) {
+        EXPECT_EQ(Catalog::matchExpression(query), std::nullopt) << query;
+    }
 
     // Repeats change nothing of what is found, and would take FTS5 hours.
     std::string long_ = "door";

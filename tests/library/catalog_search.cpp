@@ -1,10 +1,12 @@
 // Searches and facets beside a plain twin, and beside SQLite's own statement on the same file, while the catalog
 // changes: by the catalog, by another program, settled and not.
 #include <algorithm>
+#include <cctype>
 #include <cstdio>
 #include <map>
 #include <random>
 #include <set>
+#include <sstream>
 
 #include "catalog_test.h"
 
@@ -19,17 +21,30 @@ std::string joined(const Lines& words, const char* between) {
     return all;
 }
 
-// A file as the twin knows it: the words that it is found by.
+std::string quoted(std::string text) {
+    for (size_t at = 0; (at = text.find('\'', at)) != std::string::npos; at += 2) text.insert(at, 1, '\'');
+    return "'" + text + "'";
+}
+
+// A blank before every word, in lower case.
+std::string wordsOf(std::string text) {
+    text.insert(0, 1, ' ');
+    for (char& c : text) {
+        if (c >= 0) c = std::isalnum(c) != 0 ? char(std::tolower(c)) : ' ';
+    }
+    return text;
+}
+
+// A file as the twin knows it: with the words that it is found by.
 struct Known {
     std::string root, category, library;
     int rating = 0;
-    std::set<std::string> words;
+    std::string words;
 };
 
 class CatalogSearch : public CatalogTest {
 protected:
     void SetUp() override {
-        CatalogTest::SetUp();
         const uint64_t seed = std::random_device()();
         std::printf("seed %llu\n", static_cast<unsigned long long>(seed));
         random_.seed(seed);
@@ -72,16 +87,9 @@ protected:
                 meta.library = any(libraries);
                 meta.rating = int(draw(6));
                 catalog.upsert(path, root, {1, 1}, {}, meta);
-                Known known{root, meta.category, meta.library, meta.rating, {}};
-                for (const Lines* part : {&name, &below, &body}) known.words.insert(part->begin(), part->end());
-                for (std::string text : {meta.category, meta.library}) {
-                    std::ranges::transform(text, text.begin(),
-                                           [](char c) { return c == '\'' ? ' ' : char(std::tolower(c)); });
-                    const size_t blank = text.find(' ');
-                    known.words.insert(text.substr(0, blank));
-                    if (blank != std::string::npos) known.words.insert(text.substr(blank + 1));
-                }
-                files[path] = known;
+                const Lines text = {joined(name, " "), joined(below, " "), meta.description, meta.category,
+                                    meta.library};
+                files[path] = {root, meta.category, meta.library, meta.rating, wordsOf(joined(text, " "))};
             }
         });
     }
@@ -99,7 +107,7 @@ protected:
             {path, root});
         plain.rows("INSERT INTO fts (rowid, name) VALUES (last_insert_rowid(), ?)", {word});
         plain.exec("COMMIT");
-        files[path] = {root, "WOOD", "", 0, {word}};
+        files[path] = {root, "WOOD", "", 0, wordsOf(word)};
     }
 
     Catalog::Filter drawFilter() {
@@ -124,23 +132,22 @@ protected:
         if (!filter.roots.empty() && std::ranges::find(filter.roots, known.root) == filter.roots.end()) return false;
         return known.rating >= filter.minRating;
     }
-    static bool has(const Known& known, std::string_view prefix) {
-        std::string lower(prefix);
-        std::ranges::transform(lower, lower.begin(), [](char c) { return c > 0 ? char(std::tolower(c)) : c; });
-        return std::ranges::any_of(known.words, [&](const std::string& word) { return word.starts_with(lower); });
-    }
     // Which files a query of single words matches, told without any index.
     std::set<std::string> twin(const Catalog::Filter& filter) {
         Lines wanted, unwanted;
-        for (size_t at = 0; at < filter.query.size();) {
-            const size_t end = std::min(filter.query.find(' ', at + 1), filter.query.size());
-            const std::string word = filter.query.substr(at + 1, end - at - 1);
-            if (!word.empty()) (word[0] == '-' ? unwanted : wanted).push_back(word.substr(word[0] == '-' ? 1 : 0));
-            at = end;
+        std::istringstream typed(filter.query);
+        for (std::string word; typed >> word;) {
+            if (word[0] == '-') {
+                unwanted.push_back(wordsOf(word.substr(1)));
+            } else {
+                wanted.push_back(wordsOf(word));
+            }
         }
         std::set<std::string> found;
         for (const auto& [path, known] : files) {
-            const auto holds = [&, &of = known](const std::string& word) { return has(of, word); };
+            const auto holds = [&of = known.words](const std::string& word) {
+                return of.find(word) != std::string::npos;
+            };
             const bool matches =
                 wanted.empty() || (std::ranges::all_of(wanted, holds) && std::ranges::none_of(unwanted, holds));
             if (matches && passes(known, filter)) found.insert(path);
@@ -149,26 +156,16 @@ protected:
     }
     static Lines ranked(PlainDatabase& plain, const Catalog::Filter& filter, int limit) {
         const auto match = Catalog::matchExpression(filter.query);
-        std::string sql = "SELECT f.path FROM files f";
-        Lines texts, clauses;
-        if (match) {
-            sql += " JOIN fts ON fts.rowid = f.id";
-            clauses.emplace_back("fts MATCH ?");
-            texts.push_back(*match);
-        }
-        for (const auto& [clause, text] :
-             {std::pair{"f.category = ?", filter.category}, {"f.library = ?", filter.library}}) {
-            if (!text) continue;
-            clauses.emplace_back(clause);
-            texts.push_back(*text);
-        }
-        Lines marks(filter.roots.size(), "?");
-        if (!marks.empty()) clauses.push_back("f.root IN (" + joined(marks, ",") + ")");
-        texts.insert(texts.end(), filter.roots.begin(), filter.roots.end());
-        if (filter.minRating >= 1) clauses.push_back("f.rating >= " + std::to_string(filter.minRating));
-        if (!clauses.empty()) sql.append(" WHERE ").append(joined(clauses, " AND "));
-        sql += match ? " ORDER BY bm25(fts, 4.0, 1.0, 2.0) LIMIT " : " ORDER BY f.path LIMIT ";
-        return plain.rows(sql + std::to_string(limit), texts);
+        Lines rooted, clauses = {"f.rating >= " + std::to_string(filter.minRating)};
+        if (match) clauses.push_back("fts MATCH " + quoted(*match));
+        if (filter.category) clauses.push_back("f.category = " + quoted(*filter.category));
+        if (filter.library) clauses.push_back("f.library = " + quoted(*filter.library));
+        for (const std::string& root : filter.roots) rooted.push_back(quoted(root));
+        if (!rooted.empty()) clauses.push_back("f.root IN (" + joined(rooted, ",") + ")");
+        const std::string from = match ? "files f JOIN fts ON fts.rowid = f.id" : "files f";
+        const std::string order = match ? "bm25(fts, 4.0, 1.0, 2.0)" : "f.path";
+        return plain.rows("SELECT f.path FROM " + from + " WHERE " + joined(clauses, " AND ") + " ORDER BY " + order +
+                          " LIMIT " + std::to_string(limit));
     }
     void checkFacets(Catalog& catalog, const Lines& of) {
         std::map<std::string, int64_t> byCategory, byLibrary;

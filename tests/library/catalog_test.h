@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 #include <sqlite3.h>
-#include <stdlib.h>
 
 #include <filesystem>
 #include <optional>
@@ -11,6 +10,7 @@
 #include <vector>
 
 #include "library/catalog.h"
+#include "support/audio_files.h"
 
 namespace brindlehum::test {
 
@@ -54,21 +54,15 @@ private:
 
 class CatalogTest : public testing::Test {
 protected:
-    void SetUp() override {
-        std::string name = (std::filesystem::temp_directory_path() / "brindlehum-catalog-XXXXXX").string();
-        ASSERT_NE(mkdtemp(name.data()), nullptr);
-        folder = name;
-        file = folder / "made by the way" / "Catalog.sqlite";
-    }
-    void TearDown() override { std::filesystem::remove_all(folder); }
-
     // In a transaction of its own.
     static void put(Catalog& catalog, const std::string& path, const std::string& root, const SoundMeta& meta = {},
                     const std::optional<AudioFileInfo>& info = {}) {
         catalog.write([&] { catalog.upsert(path, root, {10, 1.5}, info, meta); });
     }
 
-    std::filesystem::path folder, file;
+    const TempFolder temp;
+    const std::filesystem::path folder = temp.path();
+    const std::filesystem::path file = folder / "made by the way" / "Catalog.sqlite";
 };
 
 inline std::vector<std::string> paths(const std::vector<Catalog::Row>& rows) {

@@ -1,6 +1,7 @@
 // A process of its own for a part of a test.
 #pragma once
 
+#include <grp.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -32,5 +33,12 @@ public:
 private:
     pid_t id_;
 };
+
+// Gives up a root's rights, which no file's permissions hold back; false when that fails.
+inline bool becomeNobody() {
+    constexpr uid_t nobody = 65534;
+    return ::geteuid() != 0 || (::setgroups(0, nullptr) == 0 && ::setresgid(nobody, nobody, nobody) == 0 &&
+                                ::setresuid(nobody, nobody, nobody) == 0);
+}
 
 }  // namespace brindlehum::test
