@@ -132,27 +132,24 @@ TEST(RIFFMeta, WhatIsNoWaveFileIsRefusedAndLeftAlone) {
         {"unclosed.wav", riff(fmt + "data" + zeros(4) + "sound of unknown length"), 71},
         {"unclosed silence.wav", riff(sound + many), 71},
     };
+    const auto refusal = [](const std::filesystem::path& file) {
+        try {
+            MetaIO::write(full(), file);
+        } catch (const Error& error) {
+            return std::pair(error.code(), std::string(error.what()));
+        }
+        return std::pair(0, std::string("was written"));
+    };
     for (const Case& c : cases) {
         writeBytes(folder / c.name, c.bytes);
-        try {
-            MetaIO::write(full(), folder / c.name);
-            ADD_FAILURE() << c.name << " was written";
-        } catch (const Error& error) {
-            EXPECT_EQ(error.code(), c.code) << c.name << ": " << error.what();
-        }
+        EXPECT_EQ(refusal(folder / c.name).first, c.code) << c.name;
         EXPECT_EQ(readBytes(folder / c.name), c.bytes) << c.name;
     }
     // With its new chunks this one would pass 4 GiB. Sparse, so that no one waits for its bytes.
     const auto huge = folder / "huge.wav";
     writeBytes(huge, riff(fmt + "data" + le32(0xFFFFFFFFU)));
     std::filesystem::resize_file(huge, 0xFFFFFFFFU - 600);
-    try {
-        MetaIO::write({}, huge);
-        ADD_FAILURE() << "past the limit";
-    } catch (const Error& error) {
-        EXPECT_EQ(error.code(), 72);
-        EXPECT_STREQ(error.what(), "File too large for RIFF");
-    }
+    EXPECT_EQ(refusal(huge), std::pair(72, std::string("File too large for RIFF")));
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), int(std::size(cases)) + 1);
 }
 

@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <set>
 
 #include "library/metadata_save.h"
@@ -13,6 +14,7 @@ namespace brindlehum {
 namespace {
 
 using namespace test;
+using namespace std::chrono_literals;
 using LibraryScanner::Progress;
 using LibraryScanner::Result;
 using testing::HasSubstr;
@@ -20,12 +22,6 @@ using Outcome = Result::Outcome;
 
 class Scanner : public SoundFolder {
 protected:
-    static void setTime(const fs::path& file, double seconds) {
-        const auto whole = static_cast<time_t>(seconds);
-        const timespec time{whole, static_cast<long>((seconds - double(whole)) * 1e9)};
-        const timespec both[2] = {time, time};
-        ASSERT_EQ(::utimensat(AT_FDCWD, file.c_str(), both, 0), 0);
-    }
     // Many files for the price of one.
     void addMany(size_t count) {
         const fs::path first = add("take 0.wav");
@@ -69,7 +65,7 @@ TEST_F(Scanner, CataloguesEverySoundAndNothingElse) {
 }
 
 TEST_F(Scanner, ReadsAgainWhatHasChangedAndRemovesWhatIsGone) {
-    constexpr double then = 1'500'000'000.25;
+    const auto then = std::chrono::file_clock::from_sys(std::chrono::sys_seconds(1'500'000'000s)) + 250ms;
     struct Case {
         const char* name;
         std::function<void()> change;
@@ -78,9 +74,9 @@ TEST_F(Scanner, ReadsAgainWhatHasChangedAndRemovesWhatIsGone) {
     const fs::path a = root / "a.wav";
     const Case cases[] = {
         {"nothing", [] {}, 0, 0},
-        {"touched", [&] { setTime(a, then + 0.002); }, 1, 0},
-        {"as good as the same time", [&] { setTime(a, then + 0.0005); }, 0, 0},
-        {"another size at the same time", [&] { writeBytes(a, "short"), setTime(a, then); }, 1, 0},
+        {"touched", [&] { fs::last_write_time(a, then + 2ms); }, 1, 0},
+        {"as good as the same time", [&] { fs::last_write_time(a, then + 500us); }, 0, 0},
+        {"another size at the same time", [&] { writeBytes(a, "short"), fs::last_write_time(a, then); }, 1, 0},
         {"moved", [&] { fs::create_directory(root / "new"), fs::rename(a, root / "new" / "a.wav"); }, 1, 1},
         {"removed", [&] { fs::remove(a); }, 0, 1},
         {"replaced by a link", [&] { fs::rename(a, home / "out.wav"), fs::create_symlink(home / "out.wav", a); }, 0, 1},
@@ -93,7 +89,7 @@ TEST_F(Scanner, ReadsAgainWhatHasChangedAndRemovesWhatIsGone) {
         SCOPED_TRACE(c.name);
         fs::remove_all(root);
         catalog.removeRoot(root);
-        for (const char* name : {"a.wav", "sub/b.wav", "sub/c.wav"}) setTime(add(name), then);
+        for (const char* name : {"a.wav", "sub/b.wav", "sub/c.wav"}) fs::last_write_time(add(name), then);
         ASSERT_EQ(scan().read, 3);
         c.change();
         const Result result = scan();
