@@ -81,6 +81,7 @@ TEST_F(ControlPort, AnswersByteForByteByWhoAsks) {
         {"no header", get("/status", ""), forbidden},
         {"another value", get("/status", "X-Brindlehum: 01\r\n"), forbidden},
         {"a blank before the colon", get("/status", "X-Brindlehum : 1\r\n"), forbidden},
+        {"the last of two values counts", get("/status", "X-Brindlehum: 1\r\nX-Brindlehum: 0\r\n"), forbidden},
         {"no path", "GET\r\nX-Brindlehum: 1\r\n\r\n", forbidden},
         {"an empty head", "\r\n\r\n", forbidden},
         {"a local web server", get("/status", "X-Brindlehum: 1\r\nOrigin: http://localhost:3000\r\n"), forbidden},

@@ -7,7 +7,9 @@
 #include <sys/xattr.h>
 
 #include <cstring>
+#include <iostream>
 #include <map>
+#include <random>
 
 #include "audio/error.h"
 #include "child.h"
@@ -99,6 +101,27 @@ TEST_F(RIFFRewrite, KilledAtAnySystemCallLeavesOldOrNew) {
         ASSERT_LT(last, 1000);
     }
     EXPECT_GT(leftovers, 10);
+}
+
+TEST_F(RIFFRewrite, KilledAtAnyMomentLeavesOldOrNew) {
+    const unsigned seed = std::random_device()();
+    std::cout << "seed " << seed << "\n";
+    std::mt19937 engine(seed);
+    for (int round = 0; round < 300; ++round) {
+        const pid_t child = fork();
+        if (child == 0) {
+            for (int i = 0;; ++i) RIFFMeta::write(described(i % 2 ? "odd" : "even"), file);
+        }
+        usleep(engine() % 8000);
+        kill(child, SIGKILL);
+        int status = 0;
+        waitpid(child, &status, 0);
+        EXPECT_TRUE(WIFSIGNALED(status)) << "a write failed";
+        expectComplete({"old", "odd", "even"});
+        if (HasFatalFailure()) FAIL() << "round " << round;
+    }
+    EXPECT_EQ(attempt(file), "");
+    EXPECT_EQ(filesInHome(), 1U);
 }
 
 TEST_F(RIFFRewrite, AFullDiskLeavesTheOldFileAlone) {
