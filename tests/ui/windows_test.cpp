@@ -16,12 +16,14 @@
 #include <QTabWidget>
 #include <QTest>
 #include <QToolButton>
+#include <algorithm>
 #include <fstream>
 
 #include "platform/headless_audio.h"
 #include "ui/app_windows.h"
 #include "ui/browser_table.h"
 #include "ui/browser_view.h"
+#include "ui/elided_label.h"
 #include "ui/file_drag.h"
 #include "ui/inspector_view.h"
 #include "ui/main_window.h"
@@ -214,8 +216,14 @@ TEST_F(Windows, TheLibraryTabListsAddsRescansAndRemoves) {
     button("Add Folder…")->click();
     EXPECT_EQ(asked, 1);
     ASSERT_TRUE(settle([&] { return model.library().indexing().empty(); }));
+    std::filesystem::remove(two);
     button("Rescan All")->click();
     EXPECT_EQ(model.library().indexing().size(), 2);
+    const auto tells = [&](const QString& text) {
+        return std::ranges::any_of(settings.findChildren<ElidedLabel*>(),
+                                   [&](const ElidedLabel* label) { return label->fullText().contains(text); });
+    };
+    EXPECT_TRUE(settle([&] { return tells("“two” can't be reached"); }));
     ASSERT_TRUE(button("Remove " + QString::fromStdString(one)));
     button("Remove " + QString::fromStdString(one))->click();
     EXPECT_EQ(model.settings().value().libraryRoots, std::vector<std::string>{two});

@@ -1,5 +1,6 @@
 #include "ui/library_settings.h"
 
+#include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -10,6 +11,7 @@
 
 #include "ui/elided_label.h"
 #include "ui/file_drag.h"
+#include "ui/symbol_label.h"
 
 namespace brindlehum {
 
@@ -33,7 +35,10 @@ LibrarySettings::LibrarySettings(LibraryModel& library, std::function<void()> ad
     column->addWidget(makeButtons(std::move(addFolder)));
     page->addWidget(box, 1);
     connect(&library.settings(), &SettingsStore::changed, this, &LibrarySettings::refreshRows);
-    connect(&library, &LibraryModel::indexingChanged, this, &LibrarySettings::refreshState);
+    connect(&library, &LibraryModel::indexingChanged, this, [this] {
+        refreshRows();
+        refreshState();
+    });
     connect(&library, &LibraryModel::facetsChanged, this, &LibrarySettings::refreshState);
     refreshRows();
     refreshState();
@@ -57,7 +62,11 @@ QWidget* LibrarySettings::makeButtons(std::function<void()> addFolder) {
 }
 
 void LibrarySettings::refreshRows() {
-    const auto& roots = library_.settings().value().libraryRoots;
+    std::vector<std::pair<std::string, std::string>> roots;
+    for (const auto& root : library_.settings().value().libraryRoots) {
+        const auto problem = library_.rootProblems().find(root);
+        roots.emplace_back(root, problem == library_.rootProblems().end() ? "" : problem->second);
+    }
     if (roots == shown_ && list_->layout()->count() > 0) return;
     shown_ = roots;
     while (QLayoutItem* item = list_->layout()->takeAt(0)) {
@@ -65,24 +74,34 @@ void LibrarySettings::refreshRows() {
         item->widget()->deleteLater();
         delete item;
     }
-    for (const auto& root : roots) {
-        auto* line = new QWidget;
-        auto* row = new QHBoxLayout(line);
-        row->setContentsMargins(0, 0, 0, 0);
-        row->setSpacing(8);
-        auto* path = new ElidedLabel(Qt::ElideMiddle);
-        path->setFullText(FileDrag::toText(root));
-        auto* remove = new QPushButton("Remove");
-        remove->setAccessibleName("Remove " + FileDrag::toText(root));
-        connect(remove, &QPushButton::clicked, this, [this, root] { library_.removeRoot(root); });
-        row->addWidget(path, 1);
-        row->addWidget(remove);
-        list_->layout()->addWidget(line);
-    }
+    for (const auto& [root, problem] : roots) list_->layout()->addWidget(makeRow(root, problem));
     if (!roots.empty()) return;
     auto* none = new QLabel("No folders yet. Add the folders that hold your sounds.");
     none->setProperty("role", "secondary");
     list_->layout()->addWidget(none);
+}
+
+QWidget* LibrarySettings::makeRow(const std::string& root, const std::string& problem) {
+    auto* line = new QWidget;
+    auto* grid = new QGridLayout(line);
+    grid->setContentsMargins(0, 0, 0, 0);
+    grid->setHorizontalSpacing(8);
+    grid->setVerticalSpacing(2);
+    grid->setColumnStretch(1, 1);
+    auto* path = new ElidedLabel(Qt::ElideMiddle);
+    path->setFullText(FileDrag::toText(root));
+    auto* remove = new QPushButton("Remove");
+    remove->setAccessibleName("Remove " + FileDrag::toText(root));
+    connect(remove, &QPushButton::clicked, this, [this, root = root] { library_.removeRoot(root); });
+    grid->addWidget(path, 0, 0, 1, 2);
+    grid->addWidget(remove, 0, 2);
+    if (problem.empty()) return line;
+    auto* what = new ElidedLabel(Qt::ElideRight);
+    what->setFullText(QString::fromStdString(problem));
+    what->setProperty("role", "secondary");
+    grid->addWidget(new SymbolLabel("warning", SymbolRole::warning), 1, 0);
+    grid->addWidget(what, 1, 1, 1, 2);
+    return line;
 }
 
 void LibrarySettings::refreshState() {

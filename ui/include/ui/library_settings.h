@@ -3,10 +3,12 @@
 
 #include <QWidget>
 #include <functional>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "library/library_model.h"
 
-class QGridLayout;
 class QLabel;
 
 namespace brindlehum {
@@ -20,10 +22,11 @@ public:
 private:
     QWidget* makeButtons(std::function<void()> addFolder);
     void refreshRows();
+    QWidget* makeRow(const std::string& root, const std::string& problem);
     void refreshState();
 
     LibraryModel& library_;
-    std::vector<std::string> shown_;  // the roots that have rows
+    std::vector<std::pair<std::string, std::string>> shown_;  // the roots that have rows, and what is wrong with them
     QWidget* list_;
     QLabel* state_;
 };
