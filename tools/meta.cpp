@@ -57,7 +57,7 @@ std::vector<std::string> rootsFor(const fs::path& file, const LibraryWords& libr
 
 // A WAV file is asked itself, for it may be newer than its row, and needs no catalog.
 SoundMeta metaOf(const fs::path& file, const LibraryWords& library) {
-    if (MetadataSave::canEmbed(file)) return MetaIO::read(file);
+    if (MetaIO::canWrite(file)) return MetaIO::read(file);
     return MetadataSave::current(file, library.openExisting().get());
 }
 

@@ -56,9 +56,13 @@ SoundMeta MetaIO::read(const std::filesystem::path& file) {
     return meta;
 }
 
-ino_t MetaIO::write(const SoundMeta& meta, const std::filesystem::path& file) {
+bool MetaIO::canWrite(const std::filesystem::path& file) {
     static constexpr std::array writable = {".wav", ".wave", ".bwf"};
-    if (!hasExtension(file, writable)) throw Error(70, "Embedding is supported for WAV/BWF files");
+    return hasExtension(file, writable);
+}
+
+ino_t MetaIO::write(const SoundMeta& meta, const std::filesystem::path& file) {
+    if (!canWrite(file)) throw Error(70, "Embedding is supported for WAV/BWF files");
     return RIFFMeta::write(meta, file);
 }
 

@@ -2,9 +2,6 @@
 
 #include <sys/stat.h>
 
-#include <algorithm>
-#include <array>
-#include <cctype>
 #include <cerrno>
 #include <cstring>
 
@@ -45,12 +42,6 @@ void index(Catalog& catalog, const std::string& path, const std::string& root, c
 
 }  // namespace
 
-bool canEmbed(const std::filesystem::path& file) {
-    std::string extension = file.extension().string();
-    std::ranges::transform(extension, extension.begin(), [](unsigned char c) { return std::tolower(c); });
-    return extension == ".wav" || extension == ".wave" || extension == ".bwf";
-}
-
 SoundMeta current(const std::filesystem::path& file, Catalog* catalog) {
     if (catalog != nullptr) {
         if (auto row = catalog->row(LibraryScanner::canonical(file))) return std::move(row->meta);
@@ -70,7 +61,7 @@ void save(const std::filesystem::path& file, const MetadataChanges& changes, Cat
           const std::vector<std::string>& roots, const std::string& user) {
     const std::string path = LibraryScanner::canonical(file);
     factsOf(path);
-    const bool embeds = canEmbed(file);
+    const bool embeds = MetaIO::canWrite(file);
     // What a file that can't take metadata was given earlier stands in its row alone: begun from the file, a second
     // edit would lose the first.
     SoundMeta meta = embeds ? MetaIO::read(file) : current(file, catalog);

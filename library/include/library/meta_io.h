@@ -11,6 +11,8 @@ namespace brindlehum::MetaIO {
 
 // What the file holds, its gaps filled from its name. Never fails; takes up to two seconds for a compressed file.
 SoundMeta read(const std::filesystem::path& file);
+// Whether files of this extension take metadata themselves; for others the catalog and the log are its only place.
+bool canWrite(const std::filesystem::path& file);
 // Rewrites a WAV file with `meta` embedded; the file is the complete old or the complete new one at any moment. Gives
 // the inode of the new one, by which a later replacement by someone else can be told. Throws
 // Error 70 (of another kind), 71 (not a WAV that can be written), 72 (past the RIFF limit), or an I/O error.

@@ -10,9 +10,6 @@
 
 namespace brindlehum::MetadataSave {
 
-// WAV files take metadata themselves; for all others the catalog and the log are its only place.
-bool canEmbed(const std::filesystem::path& file);
-
 // The metadata as a person should see it: of a catalogued file its row's, else the file's own.
 SoundMeta current(const std::filesystem::path& file, Catalog* catalog);
 
