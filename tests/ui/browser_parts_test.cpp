@@ -115,11 +115,13 @@ TEST(BrowserTableModel, AsksOnceForWhatNoRowTells) {
 
 TEST(BrowserTableModel, RowsDragOutAsFilesInTheirOrder) {
     BrowserTableModel model;
-    model.setEntries({sound("/s/b #1.wav"), {"/s/dir", true, std::nullopt}, sound("/s/ü.wav")});
-    const std::unique_ptr<QMimeData> data(
-        model.mimeData({model.index(2, 0), model.index(2, 3), model.index(0, 0), model.index(1, 0)}));
-    EXPECT_THAT(FileDrag::localPaths(*data), ElementsAre("/s/b #1.wav", "/s/dir", "/s/ü.wav"));
-    EXPECT_TRUE(data->hasUrls());
+    const std::string latin1 = "/s/100%20 \xE9.wav";
+    model.setEntries(
+        {sound("/s/b #1.wav"), {"/s/dir", true, std::nullopt}, sound("/s/ü.wav"), {latin1, false, std::nullopt}});
+    const std::unique_ptr<QMimeData> data(model.mimeData(
+        {model.index(2, 0), model.index(2, 3), model.index(3, 0), model.index(0, 0), model.index(1, 0)}));
+    EXPECT_THAT(FileDrag::localPaths(*data), ElementsAre("/s/b #1.wav", "/s/dir", "/s/ü.wav", latin1));
+    EXPECT_TRUE(data->data("text/uri-list").contains("file:///s/100%2520%20%E9.wav"));
 }
 
 TEST(BrowserColumns, FillTheRoomAndNeverGoBelowTheirMinimum) {

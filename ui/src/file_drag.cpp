@@ -24,6 +24,15 @@ QPixmap translucent(const QPixmap& picture) {
     return pale;
 }
 
+// Byte by byte (RFC 8089), since a name needn't be UTF-8, which Qt's own conversion takes for granted.
+QUrl urlOf(const std::filesystem::path& file) {
+    return QUrl::fromEncoded("file://" + QByteArray::fromStdString(file.native()).toPercentEncoding("/"));
+}
+
+std::filesystem::path pathOf(const QUrl& local) {
+    return QByteArray::fromPercentEncoding(local.path(QUrl::FullyEncoded).toLatin1()).toStdString();
+}
+
 }  // namespace
 
 QString toText(const std::filesystem::path& path) {
@@ -36,7 +45,7 @@ std::filesystem::path toPath(const QString& text) {
 
 QMimeData* mimeData(const std::vector<std::filesystem::path>& files) {
     QList<QUrl> urls;
-    for (const auto& file : files) urls.append(QUrl::fromLocalFile(toText(file)));
+    for (const auto& file : files) urls.append(urlOf(file));
     auto* data = new QMimeData;
     data->setUrls(urls);
     return data;
@@ -45,7 +54,7 @@ QMimeData* mimeData(const std::vector<std::filesystem::path>& files) {
 std::vector<std::filesystem::path> localPaths(const QMimeData& data) {
     std::vector<std::filesystem::path> paths;
     for (const QUrl& url : data.urls())
-        if (url.isLocalFile()) paths.push_back(toPath(url.toLocalFile()));
+        if (url.isLocalFile()) paths.push_back(pathOf(url));
     return paths;
 }
 
