@@ -6,7 +6,9 @@
 #include <sys/syscall.h>
 #include <sys/xattr.h>
 
+#include <csignal>
 #include <cstring>
+#include <ctime>
 #include <iostream>
 #include <map>
 #include <random>
@@ -103,17 +105,28 @@ TEST_F(RIFFRewrite, KilledAtAnySystemCallLeavesOldOrNew) {
     EXPECT_GT(leftovers, 10);
 }
 
+// The system kills the process then, whatever it is at.
+void dieAfter(long nanoseconds) {
+    sigevent event{};
+    event.sigev_notify = SIGEV_SIGNAL;
+    event.sigev_signo = SIGKILL;
+    timer_t timer = nullptr;
+    itimerspec once{};
+    once.it_value.tv_nsec = nanoseconds;
+    if (timer_create(CLOCK_MONOTONIC, &event, &timer) != 0 || timer_settime(timer, 0, &once, nullptr) != 0) _exit(1);
+}
+
 TEST_F(RIFFRewrite, KilledAtAnyMomentLeavesOldOrNew) {
     const unsigned seed = std::random_device()();
     std::cout << "seed " << seed << "\n";
     std::mt19937 engine(seed);
     for (int round = 0; round < 300; ++round) {
+        const long moment = 1 + long(engine() % 8'000'000);  // nanoseconds
         const pid_t child = fork();
         if (child == 0) {
+            dieAfter(moment);
             for (int i = 0;; ++i) RIFFMeta::write(described(i % 2 ? "odd" : "even"), file);
         }
-        usleep(engine() % 8000);
-        kill(child, SIGKILL);
         int status = 0;
         waitpid(child, &status, 0);
         EXPECT_TRUE(WIFSIGNALED(status)) << "a write failed";
