@@ -106,6 +106,8 @@ TEST_F(Engine, AStartThatFailsPlaysNothing) {
     const std::weak_ptr<StreamReader> gone = refused;
     EXPECT_THROW(engine_->play(std::move(refused), 0), Error);
     EXPECT_TRUE(gone.lock()->isCancelled());
+    loop_.advance(3);
+    goesNow(gone);  // the device never began, so nothing waits for its blocks
 }
 
 TEST_F(Engine, WhatWasReplacedLivesForThreeSecondsByTheClock) {
