@@ -6,6 +6,7 @@
 #include <QCollator>
 #include <QLocale>
 #include <algorithm>
+#include <cerrno>
 #include <memory>
 
 #include "library/library_scanner.h"
@@ -42,10 +43,9 @@ std::vector<BrowserEntry> sortedByName(std::vector<BrowserEntry> entries) {
 
 }  // namespace
 
-std::vector<BrowserEntry> listForBrowser(const fs::path& folder, Catalog* catalog,
-                                         const std::function<bool()>& isStale) {
+BrowserListing listForBrowser(const fs::path& folder, Catalog* catalog, const std::function<bool()>& isStale) {
     const std::unique_ptr<DIR, int (*)(DIR*)> open(::opendir(folder.c_str()), &::closedir);
-    if (!open) return {};
+    if (!open) return {{}, std::error_code(errno, std::generic_category())};
     const std::string real = LibraryScanner::canonical(folder);
     std::vector<BrowserEntry> folders;
     std::vector<BrowserEntry> sounds;
@@ -72,7 +72,7 @@ std::vector<BrowserEntry> listForBrowser(const fs::path& folder, Catalog* catalo
     }
     std::vector<BrowserEntry> all = sortedByName(std::move(folders));
     for (BrowserEntry& entry : sortedByName(std::move(sounds))) all.push_back(std::move(entry));
-    return all;
+    return {std::move(all), {}};
 }
 
 }  // namespace brindlehum

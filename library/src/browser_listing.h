@@ -3,15 +3,20 @@
 
 #include <filesystem>
 #include <functional>
+#include <system_error>
 #include <vector>
 
 #include "library/browser_entry.h"
 
 namespace brindlehum {
 
-// Folders, then sounds, by name in natural order. Hidden items are left out, links count as what they lead to. Empty
-// when the folder can't be read, or when `isStale` holds on the way. Blocking I/O; any thread.
-std::vector<BrowserEntry> listForBrowser(const std::filesystem::path& folder, Catalog* catalog,
-                                         const std::function<bool()>& isStale);
+struct BrowserListing {
+    std::vector<BrowserEntry> entries;  // folders, then sounds, by name in natural order
+    std::error_code error;              // why the folder can't be read
+};
+// Hidden items are left out, links count as what they lead to. Without entries when `isStale` holds on the way.
+// Blocking I/O; any thread.
+BrowserListing listForBrowser(const std::filesystem::path& folder, Catalog* catalog,
+                              const std::function<bool()>& isStale);
 
 }  // namespace brindlehum

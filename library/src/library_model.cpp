@@ -85,6 +85,7 @@ void LibraryModel::open(const Path& url) {
     if (!plain.has_filename() && plain.has_relative_path()) plain = plain.parent_path();
     folder_ = std::move(plain);
     entries_.clear();
+    folderError_.clear();
     infoCache_.forgetWaiting();
     list(true);
     Q_EMIT entriesChanged();
@@ -110,8 +111,10 @@ void LibraryModel::list(bool announced) {
         [this, announced](auto& given) {
             if (listGen_ != given.first) return;
             listing_ = false;
-            const bool same = given.second == entries_;
-            entries_ = std::move(given.second);
+            BrowserListing& now = given.second;
+            const bool same = now.entries == entries_ && now.error == folderError_;
+            entries_ = std::move(now.entries);
+            folderError_ = now.error;
             if (announced || !same) Q_EMIT entriesChanged();
         });
 }

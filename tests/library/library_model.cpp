@@ -32,7 +32,10 @@ TEST_F(Model, ShowsAFolderInNaturalOrder) {
     model->open(root / "nowhere");
     settle();
     EXPECT_TRUE(model->entries().empty());
+    EXPECT_EQ(model->folderError(), std::errc::no_such_file_or_directory);
     model->open("/");
+    settle();
+    EXPECT_FALSE(model->folderError());
     model->goUp();
     EXPECT_EQ(model->folder(), "/");
 }

@@ -159,6 +159,18 @@ TEST_F(Browser, LettersSearchEscapeComesBackAndHeadsSort) {
     EXPECT_EQ(field.text(), "");
 }
 
+TEST_F(Browser, ASoundThatComesLateLeavesTheListWhereItIsByNow) {
+    sound("a.wav", "Thunder far");
+    ASSERT_TRUE(index());
+    table.selectFirst();
+    QTest::keyClick(&table, Qt::Key_Down);
+    ASSERT_EQ(table.selectedEntries().size(), 1);
+    ASSERT_FALSE(table.selectedEntries()[0].isFolder);
+    library.open(root.parent_path());
+    ASSERT_TRUE(settle([&] { return player.info().has_value(); }));
+    EXPECT_EQ(library.folder(), root.parent_path());
+}
+
 TEST_F(Browser, FacetsToggleShowChipsAndAreClearedByThem) {
     sound("a.wav", "one", "Storms");
     sound("b.wav", "two", "Rains");

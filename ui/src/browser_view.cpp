@@ -21,12 +21,6 @@ namespace fs = std::filesystem;
 constexpr int settleMs = 300;
 constexpr int minWidth = 480;  // logical pixels
 
-std::error_code readError(const fs::path& folder) {
-    std::error_code error;
-    const fs::directory_iterator first(folder, error);
-    return error;
-}
-
 void copyPaths(const BrowserActions::Files& files) {
     QStringList paths;
     for (const auto& file : files) paths << FileDrag::toText(file);
@@ -131,10 +125,8 @@ BrowserState::Snapshot BrowserView::snapshot() const {
     for (const auto& entry : library_.entries()) ++(entry.isFolder ? now.folders : now.sounds);
     const auto& folder = library_.folder();
     now.folder = folder ? FileDrag::toText(*folder) : QString();
-    if (now.listing || now.folders + now.sounds > 0 || !folder) return now;
-    const std::error_code error = readError(*folder);
-    now.folderReadable = !error;
-    now.folderForbidden = error == std::errc::permission_denied;
+    now.folderReadable = !library_.folderError();
+    now.folderForbidden = library_.folderError() == std::errc::permission_denied;
     return now;
 }
 
@@ -169,11 +161,13 @@ void BrowserView::act() {
 void BrowserView::auditionChosen() {
     const auto entries = table_->selectedEntries();
     if (entries.size() != 1 || entries.front().isFolder) return;
+    Q_EMIT loadAsked(entries.front().url);
     model_.player().load(entries.front().url, model_.settings().value().autoPlay);
 }
 
 void BrowserView::activate(const BrowserEntry& entry) {
     if (AudioFileInfo::isAudioPath(entry.url) && !entry.isFolder) {
+        Q_EMIT loadAsked(entry.url);
         model_.player().load(entry.url, false);
         model_.player().play(std::nullopt);
     } else {

@@ -128,6 +128,7 @@ void MainWindow::connectParts() {
     connect(sidebar_, &SidebarView::addFolderAsked, &model_, &AppModel::addLibraryFolder);
     connect(sidebar_, &SidebarView::typed, &browser_->bar(), &BrowserBar::type);
     connect(browser_, &BrowserView::addFolderAsked, &model_, &AppModel::addLibraryFolder);
+    connect(browser_, &BrowserView::loadAsked, this, [this](const fs::path& file) { asked_ = file; });
     connect(&model_.player(), &PlayerModel::changed, this, &MainWindow::followPlayer);
     connect(&model_.library(), &LibraryModel::renamed, this, &MainWindow::followRenames);
 }
@@ -215,7 +216,7 @@ void MainWindow::openPath(const fs::path& path) {
     if (isFolder(path)) {
         browser_->openFolder(path);
     } else if (AudioFileInfo::isAudioPath(path)) {
-        shown_ = path;
+        asked_ = path;
         browser_->reveal(path);
         model_.player().load(path, model_.settings().value().autoPlay);
     }
@@ -225,11 +226,11 @@ void MainWindow::openPath(const fs::path& path) {
 void MainWindow::followPlayer() {
     if (player_->minimumHeight() != basePlayerHeight()) fitPlayer();
     const auto& info = model_.player().info();
-    if (!info || info->url == shown_) return;
-    shown_ = info->url;
-    for (const auto& entry : browser_->table().selectedEntries())
-        if (entry.url == info->url) return;
-    browser_->reveal(info->url);
+    if (!info || info->url == followed_) return;
+    followed_ = info->url;
+    // Whoever chose it here may be searching for the next one by now.
+    if (followed_ != asked_) browser_->reveal(followed_);
+    asked_.clear();
 }
 
 // What was renamed is selected and loaded under its new name.
@@ -241,8 +242,8 @@ void MainWindow::followRenames(const LibraryModel::Moves& moves) {
     if (!info) return;
     const auto loaded = std::ranges::find(moves, info->url, &LibraryModel::Move::from);
     if (loaded == moves.end()) return;
-    model_.player().load(loaded->to, false);
-    shown_ = loaded->to;  // after the load, which tells of the old name once more
+    asked_ = loaded->to;
+    model_.player().load(asked_, false);
 }
 
 void MainWindow::quit() {
@@ -284,23 +285,19 @@ void MainWindow::changeEvent(QEvent* event) {
     }
 }
 
-MainWindow::Paths MainWindow::foldersForLibrary(const QDropEvent& event) const {
+bool MainWindow::wouldAddToLibrary(const QDropEvent& event) const {
     const QPoint at = sidebar_->mapFrom(this, event.position().toPoint());
-    if (!sidebar_->isVisible() || !sidebar_->rect().contains(at)) return {};
-    Paths folders = FileDrag::localPaths(*event.mimeData());
-    std::erase_if(folders, [](const fs::path& path) { return !isFolder(path); });
-    return folders;
+    return !draggedFolders_.empty() && sidebar_->isVisible() && sidebar_->rect().contains(at);
 }
 
 void MainWindow::showDropTarget(const QDropEvent& event) {
-    const auto path = droppable(FileDrag::localPaths(*event.mimeData()));
-    if (!path) return;
-    if (!foldersForLibrary(event).empty()) {
+    if (wouldAddToLibrary(event)) {
         overlay_->hide();
         return libraryOverlay_->showFor("Drop to add to the library");
     }
     libraryOverlay_->hide();
-    overlay_->showFor(isFolder(*path) ? "Drop to open the folder" : "Drop to load the file");
+    const bool opens = std::ranges::find(draggedFolders_, dragged_) != draggedFolders_.end();
+    overlay_->showFor(opens ? "Drop to open the folder" : "Drop to load the file");
 }
 
 void MainWindow::hideDropTarget() {
@@ -310,7 +307,12 @@ void MainWindow::hideDropTarget() {
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
     if (event->source()) return;  // our own files on their way out
-    if (!droppable(FileDrag::localPaths(*event->mimeData()))) return;
+    // Looked at once, and not for each move of the pointer.
+    draggedFolders_ = FileDrag::localPaths(*event->mimeData());
+    const auto path = droppable(draggedFolders_);
+    if (!path) return;
+    dragged_ = *path;
+    std::erase_if(draggedFolders_, [](const fs::path& one) { return !isFolder(one); });
     event->setDropAction(Qt::CopyAction);
     event->accept();
     showDropTarget(*event);
@@ -328,12 +330,10 @@ void MainWindow::dragLeaveEvent(QDragLeaveEvent* /*event*/) {
 
 void MainWindow::dropEvent(QDropEvent* event) {
     hideDropTarget();
-    const auto path = droppable(FileDrag::localPaths(*event->mimeData()));
-    if (!path) return;
     event->setDropAction(Qt::CopyAction);
     event->accept();
-    if (const Paths folders = foldersForLibrary(*event); !folders.empty()) return model_.addLibraryFolders(folders);
-    openPath(*path);
+    if (wouldAddToLibrary(*event)) return model_.addLibraryFolders(draggedFolders_);
+    openPath(dragged_);
 }
 
 }  // namespace brindlehum

@@ -14,6 +14,7 @@
 #include <set>
 #include <stop_token>
 #include <string>
+#include <system_error>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -47,7 +48,8 @@ public:
     const std::optional<std::filesystem::path>& folder() const { return folder_; }
     // Folders first, then sounds, by name, numbers in names by value. Empty for a folder that can't be read.
     const std::vector<BrowserEntry>& entries() const { return entries_; }
-    bool isListing() const { return listing_; }  // the entries are on their way
+    bool isListing() const { return listing_; }                          // the entries are on their way
+    const std::error_code& folderError() const { return folderError_; }  // why it can't be read, once it was tried
     void open(const std::filesystem::path& url);
     void refresh();  // lists the folder again; the entries stay until then
     void goUp();
@@ -179,6 +181,7 @@ private:
     std::optional<Path> folder_;
     std::vector<BrowserEntry> entries_;
     bool listing_ = false;
+    std::error_code folderError_;
     std::string query_;
     std::optional<std::string> category_;
     std::optional<std::string> libraryFilter_;

@@ -35,6 +35,8 @@ public:
     void focusSearch();
 
 Q_SIGNALS:
+    // A sound of the list is about to be loaded.
+    void loadAsked(const std::filesystem::path& file);
     void selectionMoved();
     void addFolderAsked();
 

@@ -65,8 +65,8 @@ private:
     void refreshBanners();
     void fitPlayer();
     using Paths = std::vector<std::filesystem::path>;
-    // What a drop here would add to the library: the folders among the paths, over the sidebar.
-    Paths foldersForLibrary(const QDropEvent& event) const;
+    // Whether a drop here would add the folders among what is dragged to the library: over the sidebar.
+    bool wouldAddToLibrary(const QDropEvent& event) const;
     void showDropTarget(const QDropEvent& event);
     void hideDropTarget();
     int basePlayerHeight() const;
@@ -84,7 +84,11 @@ private:
     PlayerView* player_;
     DropOverlay* overlay_;
     DropOverlay* libraryOverlay_;  // of the sidebar
-    std::filesystem::path shown_;  // the file that the list was last brought to
+    // Of the drag that is over the window.
+    std::filesystem::path dragged_;  // what is opened
+    Paths draggedFolders_;
+    std::filesystem::path followed_;  // the file that the player was last seen with
+    std::filesystem::path asked_;     // the file that was asked for here, which the list needn't be brought to
     int playerExtra_ = 0;
     QTimer saveSoon_;
 };
