@@ -1,71 +1,80 @@
 #!/usr/bin/env python3
-"""Checks that folders include each other only downward, as the house is planned, and in no circle."""
+"""Checks the include graph against the plan in the top CMakeLists.txt: folders include only what USES names, rooms
+only the rooms before them in ROOMS, and folders without Qt no header of Qt."""
 import pathlib
 import re
 import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
-# A folder may include from itself and from the folders named here.
-ALLOWED = {
-    "core": [],
-    "dsp": ["core"],
-    "audio": ["core", "dsp"],
-    "spatial": ["audio"],
-    "analysis": ["core", "dsp", "audio"],
-    "upmix": ["core", "audio", "spatial"],
-    "settings": ["audio", "upmix"],
-    "platform": ["core", "audio"],
-    "edits": ["core", "dsp", "audio", "analysis"],
-    "library": ["audio", "settings", "platform"],
-    "mix": ["core", "dsp", "audio", "spatial", "upmix", "settings", "platform"],
-    "app": ["core", "dsp", "audio", "spatial", "analysis", "upmix", "settings", "platform", "edits", "library", "mix"],
-    "ui": ["core", "dsp", "audio", "spatial", "analysis", "upmix", "settings", "platform", "edits", "library", "mix", "app"],
-    "tools": ["core", "dsp", "audio", "spatial", "analysis", "upmix", "settings", "platform", "edits", "library", "mix", "app", "ui"],
-}
-ALLOWED["app/main"] = ALLOWED["app"] + ["app", "ui"]
-# Folders that stay free of Qt.
-PURE = ["core", "dsp", "audio", "spatial", "upmix", "analysis", "edits"]
-
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^">]+)[">]', re.M)
+CALL = re.compile(r"^brindlehum_(?:library|program)\(([^)]*)\)", re.M)
+KEYWORDS = ("USES", "ROOMS", "PUBLIC", "PRIVATE", "OUTPUT")
 
 
-def folder_of(path: pathlib.Path) -> str:
-    parts = path.relative_to(ROOT).parts
-    return "app/main" if parts[:2] == ("app", "main") else parts[0]
+def plan() -> dict[str, dict[str, list[str]]]:
+    """Of each folder, the words behind each keyword of its call."""
+    folders = {}
+    for call in CALL.findall((ROOT / "CMakeLists.txt").read_text(encoding="utf-8")):
+        words = call.split()
+        lists: dict[str, list[str]] = {keyword: [] for keyword in KEYWORDS}
+        keyword = ""
+        for word in words[1:]:
+            if word in KEYWORDS:
+                keyword = word
+            else:
+                lists[keyword].append(word)
+        folders[words[0]] = lists
+    return folders
+
+
+def room_of(path: pathlib.Path, folder: str, rooms: list[str]) -> str | None:
+    """audio/src/decode/x.cpp and audio/include/audio/decode/x.h stand in decode."""
+    inner = path.relative_to(ROOT / folder).parts
+    inner = inner[2:] if inner[0] == "include" else inner[1:]
+    return inner[0] if len(inner) > 1 and inner[0] in rooms else None
 
 
 def main() -> int:
+    folders = plan()
     faults = []
-    edges: dict[str, set[str]] = {}
-    for top in sorted({name.split("/")[0] for name in ALLOWED}):
-        for path in sorted((ROOT / top).rglob("*")):
-            if path.suffix not in (".h", ".cpp"):
+    arrows: set[tuple[str, str]] = set()
+    unused = {(folder, use) for folder in folders for use in folders[folder]["USES"]}
+    for folder, lists in folders.items():
+        rooms = lists["ROOMS"]
+        pure = not any(word.startswith("Qt6::") for word in lists["PUBLIC"] + lists["PRIVATE"]) and not lists["OUTPUT"]
+        for path in sorted((ROOT / folder).rglob("*")):
+            if path.suffix not in (".h", ".cpp") or (folder == "app" and "main" in path.relative_to(ROOT).parts):
                 continue
-            here = folder_of(path)
+            name = path.relative_to(ROOT)
+            here = room_of(path, folder, rooms)
+            if rooms and here is None:
+                faults.append(f"{name}: stands in no room of {folder}/")
+                continue
             for kind, target in INCLUDE.findall(path.read_text(encoding="utf-8")):
-                there = target.split("/")[0]
                 if kind == "<":
-                    if here in PURE and re.match(r"Q[A-Z]", target):
-                        faults.append(f"{path.relative_to(ROOT)}: <{target}>: {here}/ knows nothing of Qt")
+                    if pure and re.match(r"Q[A-Z]", target):
+                        faults.append(f"{name}: <{target}>: {folder}/ knows nothing of Qt")
                     continue
-                if "/" not in target or there not in ALLOWED or there == here:
+                parts = target.split("/")
+                if parts[0] in folders and parts[0] != folder:
+                    arrows.add((folder, parts[0]))
+                    unused.discard((folder, parts[0]))
+                    if parts[0] not in lists["USES"]:
+                        faults.append(f'{name}: "{target}": {folder}/ may not include {parts[0]}/')
                     continue
-                edges.setdefault(here, set()).add(there)
-                if there not in ALLOWED[here]:
-                    faults.append(f"{path.relative_to(ROOT)}: \"{target}\": {here}/ may not include {there}/")
-    for start in edges:
-        seen, queue = set(), list(edges[start])
-        while queue:
-            node = queue.pop()
-            if node == start:
-                faults.append(f"{start}/ is part of an include circle")
-                break
-            if node not in seen:
-                seen.add(node)
-                queue += edges.get(node, ())
+                there = parts[1] if parts[0] == folder and len(parts) > 2 else parts[0]
+                if here is not None and there in rooms and there != here:
+                    arrows.add((f"{folder}/{here}", f"{folder}/{there}"))
+                    if rooms.index(there) > rooms.index(here):
+                        faults.append(f'{name}: "{target}": {folder}/{here} may not include {folder}/{there}')
+    faults += [f"CMakeLists.txt: {folder}/ names {use}/ and includes nothing of it" for folder, use in sorted(unused)]
+    below: list[str] = []
+    for folder, lists in folders.items():
+        faults += [f"CMakeLists.txt: {folder}/ uses {use}/, which stands above it" for use in lists["USES"] if use not in below]
+        below.append(folder)
     for fault in faults:
         print(fault)
-    print(f"include graph: {sum(map(len, edges.values()))} arrows between folders, {len(faults)} faults")
+    print(f"include graph: {len(arrows)} arrows between folders and rooms, {len(faults)} faults")
     return 1 if faults else 0
 
 

@@ -4,7 +4,7 @@
 #include <array>
 #include <filesystem>
 
-#include "audio/error.h"
+#include "base/error.h"
 #include "progress_line.h"
 #include "word_values.h"
 
@@ -43,7 +43,7 @@ AnalysedFile analyseFile(const std::string& file, const AnalysisWords& words) {
     progress.tell(label + "reading");
     AnalysedFile result{AudioFileInfo::load(file), Signal::readPlanar(file), {}};
     if (static_cast<int64_t>(result.audio.channels[0].size()) < result.info.frames) {
-        throw Error(0, "The file broke off while it was read");
+        throw Error("The file broke off while it was read");
     }
     const std::string name = std::filesystem::path(file).filename().string();
     const AnalysisInput input{result.audio.channels, result.audio.sampleRate, result.info.detected, name, words.bpm,

@@ -6,7 +6,7 @@
 
 #include "analysis/music_analysis.h"
 #include "analysis/read_planar.h"
-#include "audio/audio_file_info.h"
+#include "audio/probe/audio_file_info.h"
 #include "command.h"
 
 namespace brindlehum::cli {

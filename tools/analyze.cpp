@@ -1,7 +1,7 @@
 // analyze [WORDS...] FILE...: tempo, grid, key, loudness and structure of each file.
 #include "analysed_file.h"
 #include "analysis/music_analysis_json.h"
-#include "audio/error.h"
+#include "base/error.h"
 #include "command.h"
 
 namespace brindlehum::cli {
@@ -17,7 +17,7 @@ void analyzeFile(const std::string& file, const AnalysisWords& overrides) {
         line["seconds"] = result.seconds();
     }
     print(line);
-    if (status != AnalysisOutcome::Status::done) throw Error(0, std::string(failureText(status)));
+    if (status != AnalysisOutcome::Status::done) throw Error(std::string(failureText(status)));
 }
 
 }  // namespace

@@ -4,13 +4,13 @@
 #include <filesystem>
 #include <iostream>
 
-#include "audio/error.h"
+#include "base/error.h"
 
 namespace brindlehum::cli {
 
 void print(const Json& json) {
     std::cout << json.dump(-1, ' ', false, Json::error_handler_t::replace) << std::endl;
-    if (!std::cout) throw Error(0, "Couldn't write to the standard output");
+    if (!std::cout) throw Error("Couldn't write to the standard output");
 }
 
 std::string oneLine(std::string text) {

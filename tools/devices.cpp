@@ -1,15 +1,20 @@
 // devices: the outputs of this machine, in the order the system gives them.
-#include "mix/audio_devices.h"
+#include <QCoreApplication>
 
 #include "command.h"
+#include "mix/engine/audio_devices.h"
 #include "platform/linux_audio.h"
-#include "platform/manual_main_loop.h"
+#include "platform/qt_main_loop.h"
 
 namespace brindlehum::cli {
 
 bool devices(Words words) {
     if (!words.empty()) throw UsageError("unknown word \"" + words[0] + "\"");
-    ManualMainLoop loop;  // no stream is opened, so nothing is ever posted to it
+    int argumentCount = 1;
+    char name[] = "brindlehum-cli";
+    char* arguments[] = {name, nullptr};
+    const QCoreApplication application(argumentCount, arguments);
+    QtMainLoop loop;
     const auto system = makeAudioSystem(loop);
     const AudioDevices list(*system);
     for (const AudioOutputDevice& device : list.allOutputs()) {

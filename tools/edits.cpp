@@ -6,7 +6,7 @@
 #include <optional>
 #include <vector>
 
-#include "audio/error.h"
+#include "base/error.h"
 #include "command.h"
 #include "edits/edit_plan.h"
 #include "edits/temp_edit_renderer.h"
@@ -137,7 +137,7 @@ bool edits(Words words) {
     return eachFile(request.files, [&](const std::string& file) {
         const size_t i = next++;
         print(toJson(file, jobs[i], outcomes[i]));
-        if (outcomes[i].status != TempEdits::Status::done) throw Error(0, outcomes[i].reason);
+        if (outcomes[i].status != TempEdits::Status::done) throw Error(outcomes[i].reason);
     });
 }
 
@@ -145,7 +145,7 @@ bool plan(Words words) {
     const Request request = read(words);
     return eachFile(request.files, [&](const std::string& file) {
         const TempEdits::Planned planned = TempEdits::plan(file, request.options);
-        if (planned.status != TempEdits::Status::done) throw Error(0, planned.reason);
+        if (planned.status != TempEdits::Status::done) throw Error(planned.reason);
         const auto folder = folderOf(std::filesystem::absolute(file));
         const std::string base = std::filesystem::path(file).stem().string();
         Json plans = Json::array();

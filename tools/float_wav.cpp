@@ -11,7 +11,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "audio/error.h"
+#include "base/error.h"
 
 namespace brindlehum::cli {
 namespace {
@@ -106,7 +106,7 @@ FloatWav::~FloatWav() {
 }
 
 void FloatWav::fail(const char* what) const {
-    throw Error(0, std::string(what) + " " + target_.native() + ": " + std::strerror(errno));
+    throw Error(std::string(what) + " " + target_.native() + ": " + std::strerror(errno));
 }
 
 void FloatWav::writeHeader() {

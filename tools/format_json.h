@@ -1,9 +1,9 @@
 // Source formats and metadata as JSON.
 #pragma once
 
-#include "audio/source_format.h"
+#include "audio/speakers/source_format.h"
 #include "command.h"
-#include "library/sound_meta.h"
+#include "library/meta/sound_meta.h"
 
 namespace brindlehum::cli {
 

@@ -1,8 +1,8 @@
 #include "library_words.h"
 
-#include "audio/error.h"
-#include "library/catalog_location.h"
-#include "library/library_scanner.h"
+#include "base/error.h"
+#include "library/catalog/catalog_location.h"
+#include "library/scan/library_scanner.h"
 #include "settings/settings_store.h"
 
 namespace brindlehum::cli {
@@ -11,7 +11,7 @@ std::unique_ptr<Catalog> LibraryWords::open() const {
     try {
         return std::make_unique<Catalog>(catalogFile);
     } catch (const std::exception& error) {
-        throw Error(0, "catalog " + catalogFile.string() + ": " + error.what());
+        throw Error("catalog " + catalogFile.string() + ": " + error.what());
     }
 }
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "command.h"
-#include "library/catalog.h"
+#include "library/catalog/catalog.h"
 
 namespace brindlehum::cli {
 

@@ -3,14 +3,14 @@
 #include <charconv>
 #include <filesystem>
 
-#include "audio/error.h"
-#include "audio/text.h"
+#include "base/error.h"
+#include "base/text.h"
 #include "command.h"
 #include "format_json.h"
-#include "library/change_log.h"
-#include "library/library_scanner.h"
-#include "library/meta_io.h"
-#include "library/metadata_save.h"
+#include "library/meta/meta_io.h"
+#include "library/scan/library_scanner.h"
+#include "library/team/change_log.h"
+#include "library/team/metadata_save.h"
 #include "library_words.h"
 
 namespace brindlehum::cli {
@@ -68,8 +68,7 @@ bool meta(Words words) {
     if (library.rest.empty()) throw UsageError("no file given");
     const fs::path file = library.rest[0];
     const MetadataChanges changes = changesOf(Words(library.rest).subspan(1));
-    if (!fs::is_regular_file(file))
-        throw Error(0, file.string() + (fs::exists(file) ? ": not a file" : ": no such file"));
+    if (!fs::is_regular_file(file)) throw Error(file.string() + (fs::exists(file) ? ": not a file" : ": no such file"));
     if (changes.isEmpty()) {
         print(toJson(metaOf(file, library)));
         return true;

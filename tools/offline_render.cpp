@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "mix/hrtf_set.h"
+#include "mix/render/hrtf_set.h"
 
 namespace brindlehum::cli {
 namespace {

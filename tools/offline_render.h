@@ -4,10 +4,10 @@
 #include <memory>
 #include <vector>
 
-#include "audio/stream_reader.h"
-#include "mix/binaural_stage.h"
-#include "mix/render_config.h"
-#include "mix/render_context.h"
+#include "audio/stream/stream_reader.h"
+#include "mix/render/binaural_stage.h"
+#include "mix/render/render_config.h"
+#include "mix/render/render_context.h"
 
 namespace brindlehum::cli {
 

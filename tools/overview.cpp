@@ -1,5 +1,5 @@
 // overview FILE...: the waveform of each file as minima and maxima.
-#include "audio/waveform.h"
+#include "audio/wave/waveform.h"
 #include "command.h"
 
 namespace brindlehum::cli {

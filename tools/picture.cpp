@@ -7,11 +7,11 @@
 #include <filesystem>
 
 #include "analysed_file.h"
-#include "audio/error.h"
+#include "base/error.h"
 #include "command.h"
 #include "dsp/signal.h"
-#include "ui/analysis_picture.h"
-#include "ui/ruler_ticks.h"
+#include "ui/picture/analysis_picture.h"
+#include "ui/picture/ruler_ticks.h"
 #include "word_values.h"
 
 namespace brindlehum::cli {
@@ -60,10 +60,10 @@ PictureRequest readWords(Words words) {
 
 // Written beside its place and swapped in when complete.
 void save(const QImage& image, const std::filesystem::path& out) {
-    if (image.isNull()) throw Error(0, "There is no memory for a picture of this size");
+    if (image.isNull()) throw Error("There is no memory for a picture of this size");
     QSaveFile file(QFile::decodeName(out.c_str()));
     if (!file.open(QIODevice::WriteOnly) || !image.save(&file, "PNG") || !file.commit()) {
-        throw Error(0, "Couldn't write " + out.native() + ": " + file.errorString().toStdString());
+        throw Error("Couldn't write " + out.native() + ": " + file.errorString().toStdString());
     }
 }
 
@@ -86,7 +86,7 @@ void pictureFile(const PictureRequest& request) {
     const AnalysedFile file = analyseFile(request.file, request.overrides);
     std::error_code none;
     if (std::filesystem::equivalent(request.file, request.out, none)) {
-        throw Error(0, "The output would replace the file that it is made from");
+        throw Error("The output would replace the file that it is made from");
     }
     save(drawn(file, request), request.out);
     print({

@@ -1,5 +1,5 @@
 // probe FILE...: the record of each file, before any playback.
-#include "audio/audio_file_info.h"
+#include "audio/probe/audio_file_info.h"
 #include "command.h"
 #include "format_json.h"
 

@@ -2,12 +2,12 @@
 #include <cmath>
 #include <limits>
 
-#include "audio/channel_layout.h"
-#include "audio/error.h"
+#include "audio/speakers/channel_layout.h"
+#include "base/error.h"
 #include "command.h"
 #include "float_wav.h"
 #include "format_json.h"
-#include "mix/mix_builder.h"
+#include "mix/config/mix_builder.h"
 #include "offline_render.h"
 #include "render_words.h"
 
@@ -37,14 +37,14 @@ Part partOf(const AudioFileInfo& info, const RenderRequest& request) {
         return static_cast<int64_t>(std::min(std::round(seconds * info.sampleRate), static_cast<double>(info.frames)));
     };
     const Part part = {frameAt(request.from), request.to ? frameAt(*request.to) : info.frames};
-    if (part.start >= part.end) throw Error(0, "There is nothing between from and to");
+    if (part.start >= part.end) throw Error("There is nothing between from and to");
     return part;
 }
 
 // Rate conversion may round the length by a frame; anything shorter means that the file broke off.
 void checkLength(int64_t streamed, const Part& part, double ratio) {
     if (static_cast<double>(streamed) + 1.5 < static_cast<double>(part.end - part.start) * ratio) {
-        throw Error(0, "The file broke off while it was read");
+        throw Error("The file broke off while it was read");
     }
 }
 
@@ -52,7 +52,7 @@ void renderFile(const RenderRequest& request) {
     const AudioFileInfo info = AudioFileInfo::load(request.file);
     std::error_code none;
     if (std::filesystem::equivalent(request.file, request.out, none)) {
-        throw Error(0, "The output would replace the file that it is made from");
+        throw Error("The output would replace the file that it is made from");
     }
     const SourceFormat format = chooseFormat(info, request.format);
     const Part part = partOf(info, request);

@@ -6,8 +6,8 @@
 #include <algorithm>
 #include <map>
 
-#include "audio/error.h"
-#include "mix/render_context.h"
+#include "base/error.h"
+#include "mix/render/render_context.h"
 #include "word_values.h"
 
 namespace brindlehum::cli {
@@ -130,7 +130,7 @@ SourceFormat chooseFormat(const AudioFileInfo& info, const std::optional<std::st
         if (strcasecmp(choice.displayName().c_str(), name->c_str()) == 0) return choice;
         names += (names.empty() ? "" : ", ") + choice.displayName();
     }
-    throw Error(0, "format can't be \"" + *name + "\" for this file, but one of: " + names);
+    throw Error("format can't be \"" + *name + "\" for this file, but one of: " + names);
 }
 
 }  // namespace brindlehum::cli

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "audio/audio_file_info.h"
+#include "audio/probe/audio_file_info.h"
 #include "command.h"
 #include "settings/output_profile.h"
 #include "spatial/ambisonics.h"

@@ -4,10 +4,10 @@
 #include <iostream>
 #include <stop_token>
 
-#include "audio/error.h"
+#include "base/error.h"
 #include "command.h"
-#include "library/change_log.h"
-#include "library/library_scanner.h"
+#include "library/scan/library_scanner.h"
+#include "library/team/change_log.h"
 #include "library_words.h"
 
 namespace brindlehum::cli {
@@ -70,7 +70,7 @@ bool scan(Words words) {
     const auto start = Clock::now();
     const LibraryScanner::Result result = LibraryScanner::scan(root, *catalog, options);
     const double seconds = std::chrono::duration<double>(Clock::now() - start).count();
-    if (result.outcome == LibraryScanner::Result::Outcome::unreachable) throw Error(0, result.message.value_or(root));
+    if (result.outcome == LibraryScanner::Result::Outcome::unreachable) throw Error(result.message.value_or(root));
     const bool cancelled = result.outcome == LibraryScanner::Result::Outcome::cancelled;
     print({
         {"root", root},

@@ -1,5 +1,5 @@
 // search WORDS... and facets: what a catalog knows, in the order and with the counts that the browser shows.
-#include "audio/error.h"
+#include "base/error.h"
 #include "command.h"
 #include "format_json.h"
 #include "library_words.h"
@@ -11,7 +11,7 @@ constexpr int mostRows = 2000;  // as in the browser
 
 std::unique_ptr<Catalog> existing(const LibraryWords& library) {
     auto catalog = library.openExisting();
-    if (!catalog) throw Error(0, "catalog " + library.catalogFile.string() + ": no such file; scan a folder first");
+    if (!catalog) throw Error("catalog " + library.catalogFile.string() + ": no such file; scan a folder first");
     return catalog;
 }
 

@@ -5,8 +5,8 @@
 #include <new>
 #include <stdexcept>
 
-#include "audio/audio_file.h"
-#include "audio/error.h"
+#include "audio/decode/audio_file.h"
+#include "base/error.h"
 
 namespace brindlehum::Signal {
 namespace {
@@ -40,9 +40,9 @@ Planar readPlanar(const std::filesystem::path& path) {
     try {
         readAll(*file, out);
     } catch (const std::bad_alloc&) {
-        throw Error(40, "File too large to load");
+        throw Error(ErrorKind::tooLargeToLoad, "File too large to load");
     } catch (const std::length_error&) {
-        throw Error(40, "File too large to load");
+        throw Error(ErrorKind::tooLargeToLoad, "File too large to load");
     }
     return out;
 }

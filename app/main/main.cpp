@@ -8,12 +8,12 @@
 
 #include "app/app_model.h"
 #include "app/instance_link.h"
-#include "library/catalog_location.h"
+#include "library/catalog/catalog_location.h"
 #include "platform/linux_audio.h"
 #include "platform/linux_desktop.h"
 #include "platform/qt_main_loop.h"
 #include "quit_on_signal.h"
-#include "ui/app_windows.h"
+#include "ui/window/app_windows.h"
 
 using namespace brindlehum;
 

@@ -3,7 +3,7 @@
 #include <QPointer>
 #include <utility>
 
-#include "audio/audio_file_info.h"
+#include "audio/probe/audio_file_info.h"
 
 namespace brindlehum {
 

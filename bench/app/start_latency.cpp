@@ -12,7 +12,7 @@
 #include <random>
 #include <vector>
 
-#include "mix/player_model.h"
+#include "mix/player/player_model.h"
 #include "platform/headless_audio.h"
 #include "platform/qt_main_loop.h"
 

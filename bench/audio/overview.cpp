@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <limits>
 
-#include "audio/waveform.h"
+#include "audio/wave/waveform.h"
 #include "bench_files.h"
 
 namespace brindlehum {

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <limits>
 
-#include "audio/audio_file_info.h"
+#include "audio/probe/audio_file_info.h"
 #include "bench_files.h"
 
 namespace brindlehum {

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <limits>
 
-#include "audio/wav_file_writer.h"
+#include "audio/write/wav_file_writer.h"
 #include "bench_files.h"
 #include "support/cpu_meter.h"
 

@@ -8,7 +8,7 @@
 #include <string>
 
 #include "analysis/piece.h"
-#include "audio/wav_file_writer.h"
+#include "audio/write/wav_file_writer.h"
 #include "edits/temp_edit_renderer.h"
 #include "edits/temp_edits.h"
 #include "support/cpu_meter.h"

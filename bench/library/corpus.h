@@ -8,8 +8,8 @@
 #include <string_view>
 #include <vector>
 
-#include "library/catalog.h"
-#include "library/ucs.h"
+#include "library/catalog/catalog.h"
+#include "library/meta/ucs.h"
 
 namespace brindlehum::bench {
 

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "corpus.h"
-#include "library/catalog.h"
+#include "library/catalog/catalog.h"
 
 namespace brindlehum::bench {
 

@@ -9,7 +9,7 @@
 #include <filesystem>
 
 #include "audio/bench_files.h"
-#include "library/meta_io.h"
+#include "library/meta/meta_io.h"
 #include "support/meter.h"
 
 using namespace brindlehum;

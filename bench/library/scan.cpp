@@ -6,7 +6,7 @@
 #include <filesystem>
 
 #include "audio/bench_files.h"
-#include "library/library_scanner.h"
+#include "library/scan/library_scanner.h"
 #include "support/meter.h"
 
 using namespace brindlehum;

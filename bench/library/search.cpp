@@ -9,7 +9,7 @@
 #include <thread>
 
 #include "corpus.h"
-#include "library/catalog.h"
+#include "library/catalog/catalog.h"
 #include "plain_catalog.h"
 #include "support/cpu_meter.h"
 #include "support/meter.h"

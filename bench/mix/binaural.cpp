@@ -8,7 +8,7 @@
 #include <numbers>
 #include <stdexcept>
 
-#include "mix/binaural_stage.h"
+#include "mix/render/binaural_stage.h"
 #include "support/meter.h"
 #include "support/render_source.h"
 

@@ -1,8 +1,8 @@
 // The render callback, as a share of the time that its block lasts.
 #include <benchmark/benchmark.h>
 
-#include "mix/binaural_stage.h"
-#include "mix/render_context.h"
+#include "mix/render/binaural_stage.h"
+#include "mix/render/render_context.h"
 #include "support/meter.h"
 #include "support/render_source.h"
 

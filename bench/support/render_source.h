@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "audio/speakers.h"
+#include "audio/speakers/speakers.h"
 #include "core/mn_mix.h"
 #include "core/mn_ring.h"
 

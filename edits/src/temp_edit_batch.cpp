@@ -5,7 +5,7 @@
 #include <system_error>
 #include <thread>
 
-#include "audio/audio_file_info.h"
+#include "audio/probe/audio_file_info.h"
 #include "one_file.h"
 
 namespace brindlehum::TempEdits {

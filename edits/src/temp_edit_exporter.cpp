@@ -5,10 +5,10 @@
 #include <system_error>
 
 #include "analysis/text.h"
-#include "audio/error.h"
-#include "audio/replaced_file.h"
-#include "audio/text.h"
-#include "audio/wav_file_writer.h"
+#include "audio/write/wav_file_writer.h"
+#include "base/error.h"
+#include "base/replaced_file.h"
+#include "base/text.h"
 #include "edits/temp_edit_renderer.h"
 
 namespace brindlehum::TempEditExporter {
@@ -62,7 +62,7 @@ void createFolder(const std::filesystem::path& folder) {
     std::filesystem::create_directories(folder, failure);
     if (!failure && !std::filesystem::is_directory(folder)) failure = std::make_error_code(std::errc::not_a_directory);
     if (failure) {
-        throw Error(0, "Couldn't create the folder " + repairUtf8(folder.native()) + ": " + failure.message());
+        throw Error("Couldn't create the folder " + repairUtf8(folder.native()) + ": " + failure.message());
     }
 }
 

@@ -3,8 +3,8 @@
 
 #include <new>
 
-#include "audio/audio_file_info.h"
-#include "audio/error.h"
+#include "audio/probe/audio_file_info.h"
+#include "base/error.h"
 #include "edits/temp_edit_planner.h"
 #include "one_file.h"
 

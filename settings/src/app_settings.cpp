@@ -5,8 +5,8 @@
 #include <cmath>
 #include <nlohmann/json.hpp>
 
-#include "audio/error.h"
-#include "home_folder.h"
+#include "base/error.h"
+#include "base/home_folder.h"
 
 namespace brindlehum {
 
@@ -42,7 +42,7 @@ void readActiveProfile(const json& record, std::optional<UUID>& id) {
 // JSON has no infinity and no NaN; written as null they would make the record unreadable.
 void requireFinite(const ordered_json& value) {
     if (value.is_number_float() && !std::isfinite(value.get<double>())) {
-        throw Error(0, "A setting isn't a finite number");
+        throw Error("A setting isn't a finite number");
     }
     if (value.is_structured()) std::for_each(value.begin(), value.end(), requireFinite);
 }

@@ -7,8 +7,8 @@
 #include <iterator>
 #include <nlohmann/json.hpp>
 
+#include "base/home_folder.h"
 #include "durable_file.h"
-#include "home_folder.h"
 
 namespace brindlehum {
 

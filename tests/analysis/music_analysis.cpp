@@ -7,7 +7,7 @@
 #include <limits>
 
 #include "analysis/read_planar.h"
-#include "audio/error.h"
+#include "base/error.h"
 #include "support/audio_files.h"
 #include "support/signals.h"
 #include "synth.h"

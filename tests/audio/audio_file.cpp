@@ -1,9 +1,9 @@
 // AudioFile: every format gives back what was written, in length, place and value.
-#include "audio/audio_file.h"
+#include "audio/decode/audio_file.h"
 
 #include <cmath>
 
-#include "audio/error.h"
+#include "base/error.h"
 #include "reading.h"
 #include "support/signals.h"
 

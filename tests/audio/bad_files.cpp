@@ -5,8 +5,8 @@
 #include <bit>
 #include <cmath>
 
-#include "audio/audio_file_info.h"
-#include "audio/error.h"
+#include "audio/probe/audio_file_info.h"
+#include "base/error.h"
 #include "reading.h"
 
 namespace brindlehum {

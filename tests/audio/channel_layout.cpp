@@ -1,5 +1,5 @@
 // Layout tags, labels and channel masks against the tables of libsndfile and FFmpeg.
-#include "audio/channel_layout.h"
+#include "audio/speakers/channel_layout.h"
 
 #include <gtest/gtest.h>
 #include <sndfile.h>
@@ -11,7 +11,7 @@ extern "C" {
 
 #include <map>
 
-#include "audio/source_format.h"
+#include "audio/speakers/source_format.h"
 #include "support/audio_files.h"
 
 namespace brindlehum {

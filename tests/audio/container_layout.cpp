@@ -1,7 +1,7 @@
 // Channel layouts as FFmpeg and hand-made headers put them into containers, read back as facts.
 #include <gtest/gtest.h>
 
-#include "audio/audio_file_info.h"
+#include "audio/probe/audio_file_info.h"
 #include "reading.h"
 
 namespace brindlehum {

@@ -1,9 +1,9 @@
 // What detection decides for every kind of evidence, and the probe's summary line.
-#include "audio/format_detector.h"
+#include "audio/probe/format_detector.h"
 
 #include <gtest/gtest.h>
 
-#include "audio/audio_file_info.h"
+#include "audio/probe/audio_file_info.h"
 
 namespace brindlehum {
 namespace {

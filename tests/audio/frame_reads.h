@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "audio/frame_source.h"
+#include "audio/stream/frame_source.h"
 #include "support/audio_files.h"
 
 namespace brindlehum::test {

@@ -1,8 +1,8 @@
 // FileSource: more and fewer planes than channels, from anywhere in the file.
 #include <gtest/gtest.h>
 
-#include "audio/error.h"
-#include "audio/frame_source.h"
+#include "audio/stream/frame_source.h"
+#include "base/error.h"
 #include "frame_reads.h"
 #include "support/audio_files.h"
 

@@ -1,5 +1,5 @@
 // MemorySource: its frames and its metronome against a slow twin.
-#include "audio/frame_source.h"
+#include "audio/stream/frame_source.h"
 
 #include <gtest/gtest.h>
 

@@ -5,7 +5,7 @@
 
 #include <random>
 
-#include "audio/audio_file.h"
+#include "audio/decode/audio_file.h"
 #include "support/audio_files.h"
 
 namespace brindlehum::test {

@@ -1,5 +1,5 @@
 // The BWF description: found, cut, trimmed and repaired as the field is defined, and never looked for too far.
-#include "audio/riff_reader.h"
+#include "audio/probe/riff_reader.h"
 
 #include <gtest/gtest.h>
 

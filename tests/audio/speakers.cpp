@@ -1,11 +1,11 @@
 // The speaker vocabulary against its published positions, and the properties that every layout must have.
-#include "audio/speakers.h"
+#include "audio/speakers/speakers.h"
 
 #include <gtest/gtest.h>
 
 #include <set>
 
-#include "audio/source_format.h"
+#include "audio/speakers/source_format.h"
 
 namespace brindlehum {
 namespace {

@@ -1,12 +1,12 @@
 // StreamReader without its thread: which frames reach the ring, and the positions they carry.
-#include "audio/stream_reader.h"
+#include "audio/stream/stream_reader.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <random>
 
-#include "audio/error.h"
+#include "base/error.h"
 #include "support/audio_files.h"
 #include "support/signals.h"
 #include "support/stream_sources.h"

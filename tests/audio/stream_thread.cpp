@@ -1,7 +1,7 @@
 // StreamReader's thread: it fills ahead, stops when told, and lets go of everything.
 #include <gtest/gtest.h>
 
-#include "audio/stream_reader.h"
+#include "audio/stream/stream_reader.h"
 #include "support/stream_sources.h"
 
 namespace brindlehum::test {

@@ -1,5 +1,5 @@
 // Written WAV files: every byte by the format's tables, every sample through other programs, and every way to fail.
-#include "audio/wav_file_writer.h"
+#include "audio/write/wav_file_writer.h"
 
 #include <gtest/gtest.h>
 #include <sndfile.h>
@@ -13,7 +13,7 @@
 #include <random>
 #include <stdexcept>
 
-#include "audio/error.h"
+#include "base/error.h"
 #include "support/audio_files.h"
 #include "support/full_disk.h"
 #include "support/signals.h"

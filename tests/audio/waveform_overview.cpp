@@ -1,5 +1,5 @@
 // Overviews against a slow twin, and the loader's snapshots, ends and cancellation.
-#include "audio/waveform.h"
+#include "audio/wave/waveform.h"
 
 #include <gtest/gtest.h>
 
@@ -9,7 +9,7 @@
 #include <random>
 #include <thread>
 
-#include "audio/error.h"
+#include "base/error.h"
 #include "support/audio_files.h"
 #include "support/signals.h"
 #include "support/stream_sources.h"

@@ -8,8 +8,8 @@
 
 #include <fstream>
 
-#include "audio/audio_file_info.h"
-#include "audio/error.h"
+#include "audio/probe/audio_file_info.h"
+#include "base/error.h"
 #include "edits/temp_edit_renderer.h"
 #include "support/audio_files.h"
 #include "support/full_disk.h"

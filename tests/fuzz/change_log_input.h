@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-#include "library/change_log.h"
+#include "library/team/change_log.h"
 
 namespace brindlehum::test {
 

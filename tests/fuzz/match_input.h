@@ -11,7 +11,7 @@
 #include <string>
 #include <string_view>
 
-#include "library/catalog.h"
+#include "library/catalog/catalog.h"
 
 namespace brindlehum::test {
 

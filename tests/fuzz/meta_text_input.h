@@ -3,10 +3,10 @@
 
 #include <string>
 
-#include "audio/text.h"
+#include "base/text.h"
 #include "fuzz/probe_input.h"
-#include "library/riff_meta.h"
-#include "library/ucs.h"
+#include "library/meta/riff_meta.h"
+#include "library/meta/ucs.h"
 
 namespace brindlehum::test {
 

@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
-#include "audio/audio_file.h"
-#include "audio/audio_file_info.h"
-#include "audio/error.h"
+#include "audio/decode/audio_file.h"
+#include "audio/probe/audio_file_info.h"
+#include "base/error.h"
 
 namespace brindlehum::test {
 

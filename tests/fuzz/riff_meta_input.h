@@ -10,9 +10,9 @@
 #include <utility>
 #include <vector>
 
-#include "audio/error.h"
+#include "base/error.h"
 #include "fuzz/probe_input.h"
-#include "library/riff_meta.h"
+#include "library/meta/riff_meta.h"
 
 namespace brindlehum::test {
 

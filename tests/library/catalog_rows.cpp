@@ -1,7 +1,7 @@
 // Rows of the catalog: what is written comes back, under one id.
 #include <nlohmann/json.hpp>
 
-#include "audio/error.h"
+#include "base/error.h"
 #include "catalog_test.h"
 
 namespace brindlehum::test {

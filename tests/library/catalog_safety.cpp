@@ -3,7 +3,7 @@
 #include <fstream>
 #include <thread>
 
-#include "audio/error.h"
+#include "base/error.h"
 #include "catalog_test.h"
 #include "child.h"
 

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "library/catalog.h"
+#include "library/catalog/catalog.h"
 #include "support/audio_files.h"
 
 namespace brindlehum::test {

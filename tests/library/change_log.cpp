@@ -1,5 +1,5 @@
 // ChangeLog: entries in and out, whose are applied, and two processes on one shared folder.
-#include "library/change_log.h"
+#include "library/team/change_log.h"
 
 #include <gmock/gmock.h>
 #include <unistd.h>

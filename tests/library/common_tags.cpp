@@ -2,8 +2,8 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include "audio/container_tags.h"
-#include "library/meta_io.h"
+#include "audio/probe/container_tags.h"
+#include "library/meta/meta_io.h"
 #include "support/audio_files.h"
 
 namespace brindlehum {

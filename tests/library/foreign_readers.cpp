@@ -4,7 +4,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "library/riff_meta.h"
+#include "library/meta/riff_meta.h"
 #include "support/audio_files.h"
 
 namespace brindlehum {

@@ -1,5 +1,5 @@
 // LibraryModel's edits: into files, the catalog and the change log, and names that follow the metadata.
-#include "library/metadata_save.h"
+#include "library/team/metadata_save.h"
 #include "model_fixture.h"
 
 namespace brindlehum {

@@ -10,11 +10,11 @@
 #include <string>
 #include <vector>
 
-#include "library/change_log.h"
-#include "library/library_model.h"
-#include "library/meta_io.h"
-#include "platform/manual_main_loop.h"
+#include "library/meta/meta_io.h"
+#include "library/model/library_model.h"
+#include "library/team/change_log.h"
 #include "sound_folder.h"
+#include "support/platform/manual_main_loop.h"
 
 namespace brindlehum::test {
 

@@ -1,5 +1,5 @@
 // Which mounts a person would call a volume.
-#include "library/places.h"
+#include "library/model/places.h"
 
 #include <gmock/gmock.h>
 

@@ -1,10 +1,10 @@
 // Embedded metadata against RIFF files built by hand, byte for byte, and against independent readers.
-#include "library/riff_meta.h"
+#include "library/meta/riff_meta.h"
 
 #include <gtest/gtest.h>
 
-#include "audio/error.h"
-#include "library/meta_io.h"
+#include "base/error.h"
+#include "library/meta/meta_io.h"
 #include "support/audio_files.h"
 
 namespace brindlehum {

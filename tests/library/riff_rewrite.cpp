@@ -13,9 +13,9 @@
 #include <map>
 #include <random>
 
-#include "audio/error.h"
+#include "base/error.h"
 #include "child.h"
-#include "library/riff_meta.h"
+#include "library/meta/riff_meta.h"
 #include "support/audio_files.h"
 #include "support/full_disk.h"
 #include "traced.h"

@@ -7,7 +7,7 @@
 #include <chrono>
 #include <set>
 
-#include "library/metadata_save.h"
+#include "library/team/metadata_save.h"
 #include "sound_folder.h"
 
 namespace brindlehum {

@@ -7,8 +7,8 @@
 #include <filesystem>
 #include <string>
 
-#include "library/catalog.h"
-#include "library/library_scanner.h"
+#include "library/catalog/catalog.h"
+#include "library/scan/library_scanner.h"
 #include "support/audio_files.h"
 
 namespace brindlehum::test {

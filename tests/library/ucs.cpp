@@ -1,9 +1,9 @@
 // The category list and the naming scheme: what a file's name tells.
-#include "library/ucs.h"
+#include "library/meta/ucs.h"
 
 #include <gtest/gtest.h>
 
-#include "library/sound_meta.h"
+#include "library/meta/sound_meta.h"
 
 namespace brindlehum {
 namespace {

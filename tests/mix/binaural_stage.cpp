@@ -1,5 +1,5 @@
 // The binaural stage against time-domain convolution with the responses of its set.
-#include "mix/binaural_stage.h"
+#include "mix/render/binaural_stage.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // HRTFSet: sides, levels and rates, against libmysofa's own conversion.
-#include "mix/hrtf_set.h"
+#include "mix/render/hrtf_set.h"
 
 #include <gtest/gtest.h>
 #include <mysofa.h>
@@ -10,7 +10,7 @@
 #include <numbers>
 #include <numeric>
 
-#include "audio/error.h"
+#include "base/error.h"
 #include "support/audio_files.h"
 #include "support/signals.h"
 

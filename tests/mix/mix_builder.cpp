@@ -1,5 +1,5 @@
 // MixBuilder: every way from a source to a profile, as tables of the gains that must come out.
-#include "mix/mix_builder.h"
+#include "mix/config/mix_builder.h"
 
 #include <gtest/gtest.h>
 

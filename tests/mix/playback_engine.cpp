@@ -1,13 +1,13 @@
 // PlaybackEngine: which device it opens, how long it keeps what it replaced, when the device rests, and how a
 // binaural configuration waits for its stage.
-#include "mix/playback_engine.h"
+#include "mix/engine/playback_engine.h"
 
 #include <gmock/gmock.h>
 
 #include <future>
 
-#include "audio/error.h"
-#include "audio/frame_source.h"
+#include "audio/stream/frame_source.h"
+#include "base/error.h"
 #include "playback_fixture.h"
 
 namespace brindlehum {

@@ -7,10 +7,10 @@
 #include <stdexcept>
 #include <thread>
 
-#include "mix/player_model.h"
-#include "platform/manual_audio.h"
-#include "platform/manual_main_loop.h"
+#include "mix/player/player_model.h"
 #include "support/audio_files.h"
+#include "support/platform/manual_audio.h"
+#include "support/platform/manual_main_loop.h"
 
 namespace brindlehum::test {
 

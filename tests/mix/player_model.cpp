@@ -1,5 +1,5 @@
 // PlayerModel: what each intent does to the transport, which of two intents wins, and what the user is told.
-#include "mix/player_model.h"
+#include "mix/player/player_model.h"
 
 #include "playback_fixture.h"
 

@@ -1,5 +1,5 @@
 // RenderContext: what reaches the device in steady, changing, dry and ending blocks.
-#include "mix/render_context.h"
+#include "mix/render/render_context.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@
 #include <random>
 #include <thread>
 
-#include "mix/binaural_stage.h"
+#include "mix/render/binaural_stage.h"
 #include "support/render_bench.h"
 #include "support/signals.h"
 

@@ -4,7 +4,7 @@
 #include <random>
 
 #include "dsp/partitioned_convolver.h"
-#include "mix/binaural_stage.h"
+#include "mix/render/binaural_stage.h"
 #include "support/render_bench.h"
 #include "support/rt_guard.h"
 

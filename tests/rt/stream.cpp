@@ -1,7 +1,7 @@
 // The stream that feeds the audio thread under the guard: it may read files, but takes no memory once it runs.
 #include <gtest/gtest.h>
 
-#include "audio/stream_reader.h"
+#include "audio/stream/stream_reader.h"
 #include "support/audio_files.h"
 #include "support/rt_guard.h"
 

@@ -9,7 +9,7 @@
 
 #include "core/mn_mix.h"
 #include "core/mn_ring.h"
-#include "mix/render_context.h"
+#include "mix/render/render_context.h"
 
 namespace brindlehum::test {
 

@@ -11,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-#include "audio/frame_source.h"
+#include "audio/stream/frame_source.h"
 #include "core/mn_ring.h"
 
 namespace brindlehum::test {

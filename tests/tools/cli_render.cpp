@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "cli_child.h"
-#include "mix/hrtf_set.h"
+#include "mix/render/hrtf_set.h"
 #include "support/signals.h"
 
 namespace brindlehum {

@@ -7,9 +7,9 @@
 #include <QWidget>
 
 #include "app/app_model.h"
-#include "platform/manual_audio.h"
-#include "platform/manual_main_loop.h"
 #include "support/audio_files.h"
+#include "support/platform/manual_audio.h"
+#include "support/platform/manual_main_loop.h"
 
 namespace brindlehum::test {
 

@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "audio/source_format.h"
+#include "audio/speakers/source_format.h"
 
 namespace brindlehum {
 

@@ -11,9 +11,9 @@
 
 #include "app/control_server.h"
 #include "app/temp_edit_batch.h"
-#include "library/library_model.h"
-#include "mix/playback_engine.h"
-#include "mix/player_model.h"
+#include "library/model/library_model.h"
+#include "mix/engine/playback_engine.h"
+#include "mix/player/player_model.h"
 #include "platform/desktop.h"
 #include "platform/main_loop.h"
 #include "platform/task_queues.h"

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "edits/temp_edits.h"
-#include "mix/player_model.h"
+#include "mix/player/player_model.h"
 #include "platform/desktop.h"
 #include "platform/main_loop.h"
 #include "platform/task_queues.h"

@@ -40,7 +40,7 @@ public:
     virtual ~OutputStream() = default;  // stops; no render runs once it has returned
     virtual int channels() const = 0;
     virtual double sampleRate() const = 0;  // Hz
-    // Starts or goes on. Throws Error 10.
+    // Starts or goes on. Throws Error (device).
     virtual void start() = 0;
     // Returns when no render is running and none will.
     virtual void pause() = 0;
@@ -59,7 +59,7 @@ public:
     virtual std::optional<uint32_t> defaultOutput() = 0;
     // Opens a device. `followsDefault` makes a change of the default device count as a change of this one.
     // `onChange` is called on the main thread when the device has gone, its format or (if followed) the default
-    // has changed, or the server has; at most once, and not after the stream's destruction. Throws Error 10 with
+    // has changed, or the server has; at most once, and not after the stream's destruction. Throws Error (device) with
     // the text for the user.
     virtual std::unique_ptr<OutputStream> openOutput(uint32_t id, bool followsDefault, RenderTarget& target,
                                                      std::function<void()> onChange) = 0;

@@ -8,7 +8,7 @@
 #include <chrono>
 #include <thread>
 
-#include "audio/error.h"
+#include "base/error.h"
 
 namespace brindlehum {
 
@@ -79,7 +79,7 @@ std::vector<AudioOutputDevice> HeadlessAudioSystem::allOutputs() {
 
 std::unique_ptr<OutputStream> HeadlessAudioSystem::openOutput(uint32_t id, bool, RenderTarget& target,
                                                               std::function<void()>) {
-    if (id != deviceID) throw Error(10, "Couldn't open the output device");
+    if (id != deviceID) throw Error(ErrorKind::device, "Couldn't open the output device");
     return std::make_unique<HeadlessStream>(target);
 }
 

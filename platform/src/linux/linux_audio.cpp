@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <chrono>
 
-#include "audio/error.h"
+#include "base/error.h"
 #include "pipewire_session.h"
 #include "pipewire_stream.h"
 #include "platform/headless_audio.h"
@@ -50,7 +50,7 @@ public:
         }
         const auto outputs = graph().outputs();
         const auto device = std::find_if(outputs.begin(), outputs.end(), [id](const auto& d) { return d.id == id; });
-        if (device == outputs.end()) throw Error(10, "Couldn't open the output device");
+        if (device == outputs.end()) throw Error(ErrorKind::device, "Couldn't open the output device");
         return std::make_unique<PipeWireStream>(session_, main_, *device, followsDefault, target, std::move(onChange));
     }
 

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "audio/error.h"
+#include "base/error.h"
 
 namespace brindlehum {
 
@@ -105,7 +105,7 @@ void PipeWireStream::makeFilter(size_t channels) {
                                         PW_KEY_MEDIA_ROLE, "Production", PW_KEY_NODE_NAME, "brindlehum",
                                         PW_KEY_NODE_DESCRIPTION, "Brindlehum", PW_KEY_APP_NAME, "Brindlehum",
                                         PW_KEY_NODE_AUTOCONNECT, "false", PW_KEY_NODE_LATENCY, wantedLatency, nullptr));
-    if (!filter_) throw Error(10, cannotOpen);
+    if (!filter_) throw Error(ErrorKind::device, cannotOpen);
     pw_filter_add_listener(filter_, &filterHook_, &events, this);
     for (size_t c = 0; c < channels; ++c) {
         const std::string name = "output_" + std::to_string(c + 1);
@@ -113,14 +113,14 @@ void PipeWireStream::makeFilter(size_t channels) {
             filter_, SPA_DIRECTION_OUTPUT, PW_FILTER_PORT_FLAG_MAP_BUFFERS, sizeof(void*),
             pw_properties_new(PW_KEY_FORMAT_DSP, "32 bit float mono audio", PW_KEY_PORT_NAME, name.c_str(), nullptr),
             nullptr, 0));
-        if (!ports_.back()) throw Error(10, cannotOpen);
+        if (!ports_.back()) throw Error(ErrorKind::device, cannotOpen);
     }
     planes_.resize(channels);
     block_.resize(channels);
     rateEvent_ = pw_loop_add_event(
         session_->loop().events(), [](void* data, uint64_t) { static_cast<PipeWireStream*>(data)->rateSeen(); }, this);
     const auto flags = static_cast<pw_filter_flags>(PW_FILTER_FLAG_RT_PROCESS | PW_FILTER_FLAG_INACTIVE);
-    if (pw_filter_connect(filter_, flags, nullptr, 0) < 0) throw Error(10, cannotOpen);
+    if (pw_filter_connect(filter_, flags, nullptr, 0) < 0) throw Error(ErrorKind::device, cannotOpen);
 }
 
 void PipeWireStream::makeLinks() {
@@ -131,7 +131,7 @@ void PipeWireStream::makeLinks() {
         return outputs.size() == ports_.size();
     });
     const std::vector<uint32_t> inputs = session_->knownGraph().portsOf(sink_, true);
-    if (!ready || session_->isDead() || inputs.size() != outputs.size()) throw Error(10, cannotOpen);
+    if (!ready || session_->isDead() || inputs.size() != outputs.size()) throw Error(ErrorKind::device, cannotOpen);
     for (size_t c = 0; c < outputs.size(); ++c) {
         links_.push_back(
             std::make_unique<Link>(session_->core(), pw_filter_get_node_id(filter_), outputs[c], sink_, inputs[c]));
@@ -139,7 +139,7 @@ void PipeWireStream::makeLinks() {
     // The server's refusals, if any, come before its answer to this.
     const bool answered = session_->roundTrip();
     const bool failed = std::any_of(links_.begin(), links_.end(), [](const auto& link) { return link->failed; });
-    if (!answered || failed) throw Error(10, cannotOpen);
+    if (!answered || failed) throw Error(ErrorKind::device, cannotOpen);
 }
 
 void PipeWireStream::close() {
@@ -153,7 +153,7 @@ void PipeWireStream::close() {
 void PipeWireStream::start() {
     if (running_) return;
     const PipeWireLoop::Lock lock(session_->loop());
-    if (session_->isDead()) throw Error(10, cannotOpen);
+    if (session_->isDead()) throw Error(ErrorKind::device, cannotOpen);
     primed_ = false;
     waited_ = 0;
     running_ = true;

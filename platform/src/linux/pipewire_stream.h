@@ -21,7 +21,7 @@ public:
     // Frames that a port of the library's buffers holds.
     static constexpr uint32_t largestQuantum = 8192;
 
-    // Throws Error 10.
+    // Throws Error (device).
     PipeWireStream(std::shared_ptr<PipeWireSession> session, MainLoop& loop, const AudioOutputDevice& device,
                    bool followsDefault, RenderTarget& target, std::function<void()> onChange);
     ~PipeWireStream() override;

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "audio/speakers.h"
+#include "audio/speakers/speakers.h"
 #include "settings/uuid.h"
 
 namespace brindlehum {

@@ -7,7 +7,7 @@
 #include <array>
 #include <vector>
 
-#include "audio/source_format.h"
+#include "audio/speakers/source_format.h"
 #include "spatial/matrix.h"
 #include "spatial/vbap.h"
 

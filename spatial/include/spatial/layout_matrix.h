@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "audio/source_format.h"
+#include "audio/speakers/source_format.h"
 #include "spatial/ambisonics.h"
 #include "spatial/listen_mode.h"
 #include "spatial/matrix.h"

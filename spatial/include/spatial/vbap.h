@@ -5,7 +5,7 @@
 #include <optional>
 #include <vector>
 
-#include "audio/speakers.h"
+#include "audio/speakers/speakers.h"
 
 namespace brindlehum {
 

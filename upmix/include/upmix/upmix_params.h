@@ -7,7 +7,7 @@
 #include <optional>
 #include <string_view>
 
-#include "audio/speakers.h"
+#include "audio/speakers/speakers.h"
 
 namespace brindlehum {
 

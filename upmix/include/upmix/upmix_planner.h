@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "audio/speakers.h"
+#include "audio/speakers/speakers.h"
 
 namespace brindlehum::UpmixPlanner {
 

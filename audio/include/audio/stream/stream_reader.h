@@ -1,0 +1,83 @@
+// StreamReader: one thread that pulls frames from a source, converts their rate and fills a ring.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <vector>
+
+#include "audio/stream/frame_source.h"
+#include "core/mn_ring.h"
+#include "dsp/resampler.h"
+
+namespace brindlehum {
+
+// Owned through std::shared_ptr: the thread holds a reference while it runs. The ring lives as long as the
+// reader; its owner must keep the reader until the render side has let go of the ring.
+class StreamReader : public std::enable_shared_from_this<StreamReader> {
+public:
+    // Plays frames `start` to `end` of the source at `outputRate` (Hz); with `loop`, for ever round loopStart to
+    // loopEnd (half-open), into which a start before it runs. What lies outside the source is cut off, and a loop
+    // with nothing left isn't one. Rates within 0.5 Hz count as equal. Throws Error: 1 channel count outside 1 to 64,
+    // 2 no ring, 3 no buffer, 4 no converter.
+    StreamReader(std::unique_ptr<FrameSource> source, double outputRate, int64_t start, int64_t end, bool loop,
+                 int64_t loopStart, int64_t loopEnd);
+    ~StreamReader();
+    StreamReader(const StreamReader&) = delete;
+    StreamReader& operator=(const StreamReader&) = delete;
+
+    mn_ring* ring() const noexcept { return ring_.get(); }
+    int channels() const noexcept { return channels_; }
+
+    // Pulls one block of up to 4096 frames into the ring, which must have room for it; false when the stream is
+    // over. For prefilling before start(), by the thread that made the reader.
+    bool fillOnce();
+    // Starts the thread "Brindlehum.StreamReader" (cut to what the system allows), which keeps 1.5 s of audio queued
+    // and ends by itself with the stream. Once. Throws Error (ring) when no thread can be had.
+    void start();
+    // Ends the thread at its next turn; the ring stays. Any thread, returns at once.
+    void cancel();
+    bool isCancelled() const;
+
+private:
+    // Planes of 4096 frames in one piece of memory.
+    struct Planes {
+        void allocate(int channels);
+        std::vector<float> samples;
+        std::vector<float*> planes;  // one a channel
+    };
+    struct Block {
+        int frames = 0;
+        int64_t start = 0;  // source frame of the first
+    };
+    struct RingDeleter {
+        void operator()(mn_ring* ring) const noexcept { mn_ring_destroy(ring); }
+    };
+    int read(int64_t limit);
+    Block readSource(int limit);
+    bool fillPlain();
+    bool fillConverted();
+    double positionOf(double virtualPos) const;
+    void write(const Planes& planes, int frames);
+    bool finish();
+    void run();
+
+    std::unique_ptr<mn_ring, RingDeleter> ring_;
+    int channels_ = 0;
+    std::unique_ptr<FrameSource> source_;
+    std::unique_ptr<Resampler> converter_;
+    Planes in_;
+    Planes out_;        // with a converter only
+    double ratio_ = 1;  // source rate / output rate
+    int64_t endFrame_ = 0;
+    bool loop_ = false;
+    int64_t loopStart_ = 0;
+    int64_t loopEnd_ = 0;
+    int64_t filePos_ = 0;    // next source frame to read
+    double virtualPos_ = 0;  // position in source frames of the last frame produced, not wrapped at the loop's end
+    std::vector<double> positions_;  // 4096
+    mutable std::mutex lock_;
+    bool cancelled_ = false;  // guarded by lock_
+};
+
+}  // namespace brindlehum

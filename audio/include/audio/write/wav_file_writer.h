@@ -1,0 +1,66 @@
+// WavFileWriter: 24-bit WAVE files with a channel mask and a Broadcast Wave description, written in one pass.
+//
+// RIFF with WAVE_FORMAT_EXTENSIBLE (mmreg.h) and a version 1 `bext` chunk (EBU Tech 3285); the samples start at byte
+// 678. There is no 64-bit form: what would pass the 4 GB of RIFF is refused.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "base/byte_sink.h"
+
+namespace brindlehum {
+
+class Pcm24Encoder;
+
+// One thread at a time. All calls do blocking I/O and throw Error: wavSizeLimit at the 4 GB limit, other with the
+// system's reason for anything else. After an Error from `append` the blocks before it stand, and `finish` would make them a
+// whole file; without `finish` the sizes in the header stay 0.
+class WavFileWriter {
+public:
+    // The most sample bytes of a file: 65,536 below the range of 32 bits, which leaves room for header and padding.
+    static constexpr uint64_t maxDataBytes = 0xFFFEFFFF;
+    static constexpr int maxChannels = 21845;
+
+    // Creates the file (replacing what stood there) and its parent folders, and writes the header. `sampleRate` in Hz
+    // is stored as the nearest whole number; `channels` is 1 to maxChannels, and channels x rate x 3 fits in 32 bits
+    // (else Error); `mask` is a dwChannelMask; `description` is cut after 256 bytes of UTF-8.
+    WavFileWriter(const std::filesystem::path& url, double sampleRate, int channels, uint32_t mask,
+                  std::string_view description);
+    // The same into any sink.
+    WavFileWriter(std::unique_ptr<ByteSink> sink, double sampleRate, int channels, uint32_t mask,
+                  std::string_view description);
+    ~WavFileWriter();
+    WavFileWriter(WavFileWriter&&) noexcept;
+    WavFileWriter& operator=(WavFileWriter&&) noexcept;
+
+    // Appends `frames` frames (below 1: nothing) from one pointer a channel. Missing channels are silent, more than the
+    // file's are ignored. A sample of 1.0 or above, or not a number, becomes 0x7FFFFF, -1.0 or below -0x7FFFFF.
+    // A block that would pass maxDataBytes is refused as a whole.
+    void append(std::span<const float* const> planes, int64_t frames);
+
+    // Appends whole channels as long as the first, in blocks of 65536 frames. Throws std::invalid_argument when a
+    // channel is shorter than the first.
+    void appendAll(const std::vector<std::vector<float>>& channels);
+
+    // Pads, writes the sizes and closes; with `sync` the file is on the disk afterwards, fit to be renamed over
+    // another. Nothing may be called after it.
+    void finish(bool sync = false);
+
+    uint64_t dataBytes() const { return dataBytes_; }
+
+private:
+    void appendBlock(std::span<const float* const> planes, int64_t frames, const char* refusal);
+
+    int channels_;
+    std::unique_ptr<ByteSink> handle_;
+    std::unique_ptr<Pcm24Encoder> encoder_;
+    uint64_t dataBytes_ = 0;
+    std::vector<uint8_t> scratch_;  // encoded samples, reused between calls
+};
+
+}  // namespace brindlehum

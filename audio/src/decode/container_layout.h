@@ -1,0 +1,29 @@
+// Channel layout facts read straight from a container, where decoding libraries lose or rename them.
+#pragma once
+
+#include <optional>
+
+#include "audio/speakers/channel_layout.h"
+#include "base/file_handle.h"
+
+namespace brindlehum {
+
+// `packets`: raw streams of MPEG audio or ADTS frames, Ogg but Opus, and anything behind an ID3 tag.
+enum class Container { riff, rifx, wave64, aiff, caf, flac, mp4, packets, other };
+
+// By the first bytes of the file, whatever its name.
+Container containerOf(const FileHandle& file);
+
+// WAVE_FORMAT_EXTENSIBLE's mask as a bitmap, or its Ambisonic B-format as the tag of that layout; the `chan` data of
+// CAF and AIFF as they stand; the channel assignment of FLAC as a bitmap. None when the container says nothing, and
+// for MP4, whose layouts belong to tracks (mp4_track.h).
+std::optional<ChannelLayout> containerLayout(const FileHandle& file, Container container, int channels);
+
+// The layout in a `chan` chunk's content: tag, bitmap, count and descriptions, big-endian.
+std::optional<ChannelLayout> parseChanChunk(const FileHandle& file, int64_t body, int64_t size);
+
+// The layout that FLAC defines for a channel count (RFC 9639, 9.1.3), or that the file's
+// WAVEFORMATEXTENSIBLE_CHANNEL_MASK comment states (8.6.2).
+std::optional<ChannelLayout> flacLayout(const FileHandle& file, int channels);
+
+}  // namespace brindlehum

@@ -1,0 +1,17 @@
+// Reading of MP3, AAC, ALAC, MP4 and whatever libsndfile leaves, through the FFmpeg libraries.
+#pragma once
+
+#include <memory>
+
+#include "audio/decode/audio_file.h"
+#include "base/file_handle.h"
+#include "decode/container_layout.h"
+
+namespace brindlehum {
+
+// Null when FFmpeg finds no audio in the file, or none with a channel count and a rate. See FFmpegInput::open for
+// `trustWeakEvidence`.
+std::unique_ptr<AudioFile> openWithFFmpeg(const std::shared_ptr<FileHandle>& handle, Container container,
+                                          bool trustWeakEvidence);
+
+}  // namespace brindlehum

@@ -1,0 +1,152 @@
+// Reading through libsndfile: interleaved floats into planes by way of a fixed buffer.
+#include "decode/sndfile_file.h"
+
+#include <sndfile.h>
+
+#include <algorithm>
+#include <vector>
+
+#include "base/error.h"
+#include "decode/deinterleave.h"
+#include "decode/plausible.h"
+
+namespace brindlehum {
+
+namespace {
+
+struct Coding {
+    uint32_t formatID = 0;
+    int bitDepth = 0;
+    bool isFloat = false;
+};
+
+Coding codingOf(int format) {
+    const uint32_t linear = fourCC("lpcm");
+    if ((format & SF_FORMAT_TYPEMASK) == SF_FORMAT_FLAC) return {fourCC("flac")};
+    switch (format & SF_FORMAT_SUBMASK) {
+        case SF_FORMAT_PCM_S8:
+        case SF_FORMAT_PCM_U8:
+            return {linear, 8};
+        case SF_FORMAT_PCM_16:
+            return {linear, 16};
+        case SF_FORMAT_PCM_24:
+            return {linear, 24};
+        case SF_FORMAT_PCM_32:
+            return {linear, 32};
+        case SF_FORMAT_FLOAT:
+            return {linear, 32, true};
+        case SF_FORMAT_DOUBLE:
+            return {linear, 64, true};
+        case SF_FORMAT_ULAW:
+            return {fourCC("ulaw")};
+        case SF_FORMAT_ALAW:
+            return {fourCC("alaw")};
+        case SF_FORMAT_IMA_ADPCM:
+            return {fourCC("ima4")};
+        case SF_FORMAT_VORBIS:
+            return {fourCC("vorb")};
+        case SF_FORMAT_OPUS:
+            return {fourCC("opus")};
+        default:
+            return {fourCC("????")};
+    }
+}
+
+// FFmpeg reads these with exact length and position; libsndfile doesn't, or not everywhere.
+bool leaveToFFmpeg(const SF_INFO& info) {
+    const int subtype = info.format & SF_FORMAT_SUBMASK;
+    return (info.format & SF_FORMAT_TYPEMASK) == SF_FORMAT_MPEG ||
+           (subtype >= SF_FORMAT_MPEG_LAYER_I && subtype <= SF_FORMAT_MPEG_LAYER_III) ||
+           (subtype >= SF_FORMAT_ALAC_16 && subtype <= SF_FORMAT_ALAC_32);
+}
+
+struct Closer {
+    void operator()(SNDFILE* file) const { sf_close(file); }
+};
+using SndfilePtr = std::unique_ptr<SNDFILE, Closer>;
+
+// Callbacks on a FileCursor. libsndfile would close a descriptor of ours when it refuses the file.
+SF_VIRTUAL_IO cursorIO() {
+    SF_VIRTUAL_IO io{};
+    io.get_filelen = [](void* user) -> sf_count_t { return static_cast<FileCursor*>(user)->handle->size(); };
+    io.seek = [](sf_count_t offset, int whence, void* user) -> sf_count_t {
+        return static_cast<FileCursor*>(user)->seek(offset, whence);
+    };
+    io.read = [](void* out, sf_count_t bytes, void* user) -> sf_count_t {
+        return std::max<int64_t>(0, static_cast<FileCursor*>(user)->read(out, bytes));
+    };
+    io.write = [](const void*, sf_count_t, void*) -> sf_count_t { return 0; };
+    io.tell = [](void* user) -> sf_count_t { return static_cast<FileCursor*>(user)->position; };
+    return io;
+}
+
+class SndfileFile : public AudioFile {
+public:
+    SndfileFile(std::unique_ptr<FileCursor> cursor, SndfilePtr file, AudioFileFacts facts)
+        : cursor_(std::move(cursor)), file_(std::move(file)) {
+        facts_ = std::move(facts);
+        blockFrames_ = std::max(1, bufferFloats / facts_.channels);
+    }
+
+    int read(float* const* planes, int64_t position, int frames) override {
+        if (position < 0 || position >= facts_.frames || frames <= 0) return 0;
+        if (position != next_ && sf_seek(file_.get(), position, SEEK_SET) != position) {
+            next_ = -1;
+            return 0;
+        }
+        next_ = position;
+        const int wanted = int(std::min<int64_t>(frames, facts_.frames - position));
+        if (facts_.channels == 1) return advance(planes[0], wanted);
+        buffer_.resize(size_t(blockFrames_) * size_t(facts_.channels));
+        int done = 0;
+        while (done < wanted) {
+            const int ask = std::min(wanted - done, blockFrames_);
+            const int got = advance(buffer_.data(), ask);
+            deinterleave(buffer_.data(), facts_.channels, got, planes, done);
+            done += got;
+            if (got < ask) break;
+        }
+        return done;
+    }
+
+private:
+    // 64 kB: stays in the nearest caches while it is taken apart.
+    static constexpr int bufferFloats = 16384;
+
+    int advance(float* out, int frames) {
+        const auto got = int(sf_readf_float(file_.get(), out, frames));
+        // Damaged data ends the file where it breaks off; only the system's own refusal is an error.
+        if (got < frames && cursor_->failed) throw Error("the file can't be read any further");
+        next_ = got < frames ? -1 : next_ + got;
+        return std::max(got, 0);
+    }
+
+    std::unique_ptr<FileCursor> cursor_;  // outlives file_, which reads through it
+    SndfilePtr file_;
+    int64_t next_ = 0;  // the frame that libsndfile stands at; -1 after a failure
+    int blockFrames_;
+    std::vector<float> buffer_;
+};
+
+}  // namespace
+
+std::unique_ptr<AudioFile> openWithSndfile(const std::shared_ptr<FileHandle>& handle, Container container) {
+    SF_INFO info{};
+    SF_VIRTUAL_IO io = cursorIO();
+    auto cursor = std::make_unique<FileCursor>();
+    cursor->handle = handle;
+    SndfilePtr file(sf_open_virtual(&io, SFM_READ, &info, cursor.get()));
+    if (!file || info.channels < 1 || info.samplerate < 1 || leaveToFFmpeg(info)) return nullptr;
+    if (info.frames < 0 || !isPlausibleLength(info.frames, handle->size())) return nullptr;
+    const Coding coding = codingOf(info.format);
+    AudioFileFacts facts{coding.formatID,
+                         double(info.samplerate),
+                         info.channels,
+                         info.frames,
+                         coding.bitDepth,
+                         coding.isFloat,
+                         containerLayout(*handle, container, info.channels)};
+    return std::make_unique<SndfileFile>(std::move(cursor), std::move(file), std::move(facts));
+}
+
+}  // namespace brindlehum

@@ -1,0 +1,74 @@
+// AudioFileInfo: the probe, and its one-line summary.
+#include "audio/probe/audio_file_info.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+
+#include "audio/decode/audio_file.h"
+#include "audio/probe/format_detector.h"
+#include "base/text.h"
+#include "decode/file_probing.h"
+
+namespace brindlehum {
+
+namespace {
+
+std::string codecName(uint32_t formatID) {
+    switch (formatID) {
+        case fourCC("lpcm"):
+            return "PCM";
+        case fourCC(".mp3"):
+            return "MP3";
+        case fourCC("aac "):
+            return "AAC";
+        case fourCC("alac"):
+            return "ALAC";
+        case fourCC("flac"):
+            return "FLAC";
+        case fourCC("opus"):
+            return "Opus";
+        default:
+            return "Compressed";
+    }
+}
+
+std::string kilohertz(double rate) {
+    const double khz = rate / 1000;
+    char text[64];
+    std::snprintf(text, sizeof text, khz == std::floor(khz) ? "%.0f kHz" : "%.1f kHz", khz);
+    return text;
+}
+
+}  // namespace
+
+bool AudioFileInfo::isAudioPath(const std::filesystem::path& path) {
+    const std::string extension = lowerAscii(path.extension().string());
+    return !extension.empty() && std::find(audioExtensions.begin(), audioExtensions.end(),
+                                           std::string_view(extension).substr(1)) != audioExtensions.end();
+}
+
+AudioFileInfo AudioFileInfo::load(const std::filesystem::path& url) {
+    const auto handle = std::make_shared<FileHandle>(url);
+    const AudioFileFacts facts = openAudioFile(handle, url)->facts();
+    AudioFileInfo info;
+    info.url = url;
+    info.sampleRate = facts.sampleRate;
+    info.channels = facts.channels;
+    info.frames = facts.frames;
+    info.bitDepth = facts.bitDepth;
+    info.isFloat = facts.isFloat;
+    info.codec = codecName(facts.formatID);
+    info.labels = ChannelLabels::labels(facts.layout);
+    info.detected = FormatDetector::detect(url, info.channels, info.labels, facts.layout ? facts.layout->tag : 0);
+    info.bextDescription = brindlehum::bextDescription(*handle, url);
+    return info;
+}
+
+std::string AudioFileInfo::summary() const {
+    const std::string depth = std::to_string(bitDepth) + (isFloat ? "-bit float" : "-bit");
+    const std::string count = channels == 1 ? "mono" : std::to_string(channels) + " ch";
+    return kilohertz(sampleRate) + " · " + (codec == "PCM" ? depth : codec) + " · " + count;
+}
+
+}  // namespace brindlehum

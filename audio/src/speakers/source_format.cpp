@@ -1,0 +1,93 @@
+// SourceFormat: the names of formats, and which of them are offered for a channel count.
+#include "audio/speakers/source_format.h"
+
+#include <algorithm>
+#include <array>
+
+namespace brindlehum {
+
+namespace {
+
+using enum SpeakerID;
+
+SpeakerList quad() {
+    return {L, R, Ls, Rs};
+}
+
+std::string speakerListName(const SpeakerList& list) {
+    if (list == SpeakerList{C}) return "Mono";
+    if (list == SpeakerList{L, R}) return "Stereo";
+    if (list == quad()) return "Quad";
+    for (const LayoutID layout : allLayouts) {
+        if (list == speakers(layout)) return std::string(displayName(layout));
+        const SpeakerList* film = filmOrder(layout);
+        if (film && list == *film) return std::string(displayName(layout)) + " Film";
+    }
+    return std::to_string(list.size()) + "-ch bed";
+}
+
+std::string ambisonicName(const Ambisonic& ambisonic) {
+    static constexpr std::array<std::string_view, 3> prefixes = {"AmbiX ", "ACN/N3D ", "FuMa "};
+    static constexpr std::array<std::string_view, 4> ordinals = {"", "1st", "2nd", "3rd"};
+    return std::string(prefixes[static_cast<size_t>(ambisonic.norm)])
+        .append(ordinals[static_cast<size_t>(std::clamp(ambisonic.order, 0, 3))])
+        .append(" order");
+}
+
+// The offers for a channel count but the discrete one at the end.
+std::vector<SourceFormat> spatialOptions(int channels) {
+    using enum LayoutID;
+    const auto bed = [](LayoutID layout) { return SourceFormat::speakers(speakers(layout)); };
+    const auto film = [](LayoutID layout) { return SourceFormat::speakers(*filmOrder(layout)); };
+    const auto ambi = SourceFormat::ambisonic;
+    switch (channels) {
+        case 2:
+            return {SourceFormat::stereo()};
+        case 4:
+            return {SourceFormat::speakers(quad()), ambi(1, AmbiNorm::sn3d), ambi(1, AmbiNorm::fuma)};
+        case 6:
+            return {bed(l51), film(l51)};
+        case 8:
+            return {bed(l71), film(l71)};
+        case 9:
+            return {ambi(2, AmbiNorm::sn3d), ambi(2, AmbiNorm::n3d)};
+        case 10:
+            return {bed(l712), bed(l514)};
+        case 12:
+            return {bed(l714), film(l714)};
+        case 16:
+            return {bed(l916), ambi(3, AmbiNorm::sn3d), ambi(3, AmbiNorm::n3d)};
+        default:
+            return {};
+    }
+}
+
+constexpr std::array<std::string_view, 3> normNames = {"sn3d", "n3d", "fuma"};
+
+}  // namespace
+
+std::string_view rawValue(AmbiNorm norm) {
+    return normNames[static_cast<size_t>(norm)];
+}
+
+std::optional<AmbiNorm> ambiNormFromRaw(std::string_view raw) {
+    const auto* at = std::find(normNames.begin(), normNames.end(), raw);
+    if (at == normNames.end()) return std::nullopt;
+    return static_cast<AmbiNorm>(at - normNames.begin());
+}
+
+std::string SourceFormat::displayName() const {
+    if (const SpeakerList* list = asSpeakers()) return speakerListName(*list);
+    if (const Ambisonic* ambisonic = asAmbisonic()) return ambisonicName(*ambisonic);
+    return std::to_string(asDiscrete()->channels) + "-ch discrete";
+}
+
+std::vector<SourceFormat> SourceFormat::options(int channels) {
+    if (channels < 1) return {};
+    if (channels == 1) return {mono()};
+    std::vector<SourceFormat> out = spatialOptions(channels);
+    out.push_back(discrete(channels));
+    return out;
+}
+
+}  // namespace brindlehum

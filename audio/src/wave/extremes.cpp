@@ -1,0 +1,41 @@
+// Minimum and maximum by independent lanes, so that the compiler may take them as vectors without loosening its
+// rules for what isn't a number.
+#include "wave/extremes.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <limits>
+
+namespace brindlehum {
+
+namespace {
+
+constexpr size_t lanes = 32;  // eight SSE registers each of minima and maxima: enough to hide the latency
+
+// The comparison is false for what isn't a number, on either side, and then keeps the value found so far.
+inline void take(float sample, float& least, float& greatest) {
+    least = sample < least ? sample : least;
+    greatest = sample > greatest ? sample : greatest;
+}
+
+}  // namespace
+
+Extremes extremes(const float* samples, int64_t count) noexcept {
+    std::array<float, lanes> least{};
+    std::array<float, lanes> greatest{};
+    least.fill(std::numeric_limits<float>::infinity());
+    greatest.fill(-std::numeric_limits<float>::infinity());
+    const auto width = static_cast<int64_t>(lanes);
+    int64_t i = 0;
+    for (; i + width <= count; i += width) {
+        const float* group = samples + i;
+        for (size_t lane = 0; lane < lanes; ++lane) take(group[lane], least[lane], greatest[lane]);
+    }
+    for (; i < count; ++i) take(samples[i], least[0], greatest[0]);
+    const float min = *std::min_element(least.begin(), least.end());
+    const float max = *std::max_element(greatest.begin(), greatest.end());
+    return min > max ? Extremes{} : Extremes{min, max};
+}
+
+}  // namespace brindlehum

@@ -1,0 +1,92 @@
+// WaveformLoader: the scan in the background, its snapshots on the main thread.
+#include <chrono>
+#include <exception>
+
+#include "audio/wave/waveform.h"
+#include "wave/waveform_scan.h"
+
+namespace brindlehum {
+
+namespace {
+
+constexpr double snapshotSeconds = 0.12;  // at least this long from one to the next
+
+double steadySeconds() {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
+
+// What one load carries from thread to thread.
+struct Load {
+    std::shared_ptr<WaveformLoader> loader;
+    WaveformLoader::Open open;
+    WaveformLoader::Update onUpdate;
+    Executor main;
+    WaveformLoader::Clock now;
+
+    // The owner may cancel between the posting and the call.
+    void post(WaveformPtr data) const {
+        main([toLoader = loader, update = onUpdate, data = std::move(data)] {
+            if (!toLoader->isCancelled()) update(data);
+        });
+    }
+
+    void run() const {
+        if (loader->isCancelled()) return;
+        const std::unique_ptr<FrameSource> source = open();
+        WaveformScan scan(*source);
+        double last = now();
+        while (scan.step()) {
+            if (loader->isCancelled()) return;
+            if (now() - last > snapshotSeconds) {
+                last = now();
+                post(scan.snapshot());
+            }
+        }
+        post(scan.finish());
+    }
+};
+
+}  // namespace
+
+std::shared_ptr<WaveformLoader> WaveformLoader::load(const std::filesystem::path& url, Update onUpdate,
+                                                     const Executor& background, const Executor& main) {
+    return load([url] { return std::make_unique<FileSource>(url); }, std::move(onUpdate), background, main,
+                steadySeconds);
+}
+
+std::shared_ptr<WaveformLoader> WaveformLoader::load(Open open, Update onUpdate, const Executor& background,
+                                                     const Executor& main, Clock now) {
+    auto loader = std::make_shared<WaveformLoader>();
+    background([load = Load{loader, std::move(open), std::move(onUpdate), main, std::move(now)}] {
+        try {
+            load.run();
+        } catch (const std::exception&) {
+            return;  // no overview: whoever loads the file says why
+        }
+    });
+    return loader;
+}
+
+WaveformPtr WaveformLoader::overview(const std::filesystem::path& url) {
+    FileSource source(url);
+    return overview(source);
+}
+
+WaveformPtr WaveformLoader::overview(FrameSource& source) {
+    WaveformScan scan(source);
+    while (scan.step()) {
+    }
+    return scan.finish();
+}
+
+void WaveformLoader::cancel() {
+    const std::lock_guard guard(lock_);
+    cancelled_ = true;
+}
+
+bool WaveformLoader::isCancelled() const {
+    const std::lock_guard guard(lock_);
+    return cancelled_;
+}
+
+}  // namespace brindlehum

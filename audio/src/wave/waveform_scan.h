@@ -1,0 +1,33 @@
+// The reduction of a source to min/max buckets, one block of whole buckets at a time.
+#pragma once
+
+#include <vector>
+
+#include "audio/stream/frame_source.h"
+#include "audio/wave/waveform.h"
+
+namespace brindlehum {
+
+class WaveformScan {
+public:
+    // At most 16 lanes and about 6000 buckets (up to 11999 for short sources). The source must outlive the scan.
+    // Throws Error for a source too long to hold one bucket of it.
+    explicit WaveformScan(FrameSource& source);
+
+    // Reads and reduces the next block; false when all is done or the source gives no more.
+    bool step();
+    // What has been reduced so far. The final one counts as complete whatever was read.
+    WaveformPtr snapshot() const { return std::make_shared<const WaveformData>(data_); }
+    WaveformPtr finish();
+
+private:
+    void reduce(int lane, int64_t frames);
+
+    FrameSource& source_;
+    WaveformData data_;
+    int64_t blockFrames_ = 0;
+    std::vector<float> samples_;
+    std::vector<float*> planes_;
+};
+
+}  // namespace brindlehum

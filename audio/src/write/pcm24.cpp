@@ -1,0 +1,86 @@
+// Encoding in two steps over tiles that stay in the first cache: vectors of samples to integers, then three bytes each.
+#include "write/pcm24.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstring>
+
+namespace brindlehum {
+namespace {
+
+static_assert(std::endian::native == std::endian::little, "samples are stored as they stand in a register");
+
+constexpr int64_t tileFrames = 64;
+constexpr size_t sampleBytes = 3;
+
+constexpr int64_t lanes = 8;
+static_assert(tileFrames % lanes == 0);
+using Floats = float __attribute__((vector_size(lanes * sizeof(float))));
+using Doubles = double __attribute__((vector_size(lanes * sizeof(double))));
+using Integers = int32_t __attribute__((vector_size(lanes * sizeof(int32_t))));
+
+// Fills whole vectors of `out`. In double precision the product is exact, and so is its sum with a half: cut off, that
+// is the product rounded halves away from zero.
+__attribute__((always_inline)) inline void quantise(const float* x, int64_t count, int32_t* out) {
+    for (int64_t i = 0; i < count; i += lanes) {
+        Floats samples{};
+        if (count - i >= lanes) {
+            std::memcpy(&samples, x + i, sizeof samples);
+        } else {
+            std::memcpy(&samples, x + i, size_t(count - i) * sizeof(float));
+        }
+        samples = samples < 1.0F ? samples : Floats{} + 1.0F;  // 1 for what is not a number, too
+        samples = samples > -1.0F ? samples : Floats{} - 1.0F;
+        const Doubles scaled = __builtin_convertvector(samples, Doubles) * 8388607.0;
+        const Doubles half = scaled < 0 ? Doubles{} - 0.5 : Doubles{} + 0.5;
+        const Integers rounded = __builtin_convertvector(scaled + half, Integers);
+        std::memcpy(out + i, &rounded, sizeof rounded);
+    }
+}
+
+using Quantise = void (*)(const float*, int64_t, int32_t*);
+void quantisePlain(const float* x, int64_t count, int32_t* out) {
+    quantise(x, count, out);
+}
+
+#if defined(__x86_64__)
+__attribute__((target("avx2"))) void quantiseAvx2(const float* x, int64_t count, int32_t* out) {
+    quantise(x, count, out);
+}
+#endif
+
+Quantise fastestQuantise() {
+#if defined(__x86_64__)
+    __builtin_cpu_init();
+    if (__builtin_cpu_supports("avx2")) return quantiseAvx2;
+#endif
+    return quantisePlain;
+}
+
+}  // namespace
+
+Pcm24Encoder::Pcm24Encoder(int channels) : channels_(channels), tile_(size_t(channels) * size_t(tileFrames)) {}
+
+void Pcm24Encoder::encode(std::span<const float* const> planes, int64_t first, int64_t frames, uint8_t* out) {
+    static const Quantise quantiseRow = fastestQuantise();
+    const size_t given = std::min(planes.size(), size_t(channels_));
+    if (given == 0) {
+        std::memset(out, 0, size_t(frames) * size_t(channels_) * sampleBytes);
+        return;
+    }
+    std::fill(tile_.begin() + std::ptrdiff_t(given) * tileFrames, tile_.end(), 0);
+    for (int64_t done = 0; done < frames; done += tileFrames) {
+        const int64_t count = std::min(tileFrames, frames - done);
+        for (size_t c = 0; c < given; ++c) {
+            quantiseRow(planes[c] + first + done, count, tile_.data() + c * size_t(tileFrames));
+        }
+        // Four bytes at a time: the fourth is overwritten by the next sample.
+        for (int64_t i = 0; i < count; ++i) {
+            for (int c = 0; c < channels_; ++c, out += sampleBytes) {
+                std::memcpy(out, &tile_[size_t(c) * size_t(tileFrames) + size_t(i)], sizeof(int32_t));
+            }
+        }
+    }
+}
+
+}  // namespace brindlehum

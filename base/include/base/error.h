@@ -1,0 +1,39 @@
+// The error value of the system: a kind and a one-line text for the user.
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+namespace brindlehum {
+
+// What a caller may want to tell apart. The numbers are the system's error codes and never change.
+enum class ErrorKind {
+    other = 0,  // only the text matters
+    channelCount = 1,
+    ring = 2,
+    conversionMemory = 3,
+    resampling = 4,
+    device = 10,
+    wavSizeLimit = 20,
+    tooLargeToLoad = 40,
+    notEmbeddable = 70,
+    notWritableWav = 71,
+    tooLargeForRiff = 72,
+    catalogUnopenable = 80,
+    catalog = 81,
+};
+
+// Thrown at the edges (files, devices), never inside a render.
+class Error : public std::runtime_error {
+public:
+    explicit Error(const std::string& description) : Error(ErrorKind::other, description) {}
+    Error(ErrorKind kind, const std::string& description) : std::runtime_error(description), kind_(kind) {}
+    ErrorKind kind() const noexcept { return kind_; }
+    int code() const noexcept { return static_cast<int>(kind_); }
+    static constexpr const char* domain = "Brindlehum";
+
+private:
+    ErrorKind kind_;
+};
+
+}  // namespace brindlehum

@@ -1,0 +1,90 @@
+// Text repair by the table of well-formed byte sequences (Unicode, table 3-7), and trimming.
+#include "base/text.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+
+namespace brindlehum {
+
+namespace {
+
+struct Lead {
+    int continuations;  // 0: not a lead byte
+    uint8_t low, high;  // range of the first continuation byte
+};
+
+Lead leadOf(uint8_t b) {
+    if (b >= 0xC2 && b <= 0xDF) return {1, 0x80, 0xBF};
+    if (b == 0xE0) return {2, 0xA0, 0xBF};
+    if (b == 0xED) return {2, 0x80, 0x9F};
+    if (b >= 0xE1 && b <= 0xEF) return {2, 0x80, 0xBF};
+    if (b == 0xF0) return {3, 0x90, 0xBF};
+    if (b >= 0xF1 && b <= 0xF3) return {3, 0x80, 0xBF};
+    if (b == 0xF4) return {3, 0x80, 0x8F};
+    return {0, 0, 0};
+}
+
+}  // namespace
+
+std::string repairUtf8(std::string_view bytes) {
+    std::string out;
+    out.reserve(bytes.size());
+    for (size_t i = 0; i < bytes.size();) {
+        const auto first = static_cast<uint8_t>(bytes[i]);
+        if (first < 0x80) {
+            out += bytes[i++];
+            continue;
+        }
+        const Lead lead = leadOf(first);
+        size_t length = 1;
+        while (length <= size_t(lead.continuations) && i + length < bytes.size()) {
+            const auto b = static_cast<uint8_t>(bytes[i + length]);
+            if (length == 1 ? b < lead.low || b > lead.high : b < 0x80 || b > 0xBF) break;
+            ++length;
+        }
+        if (lead.continuations > 0 && length == size_t(lead.continuations) + 1) {
+            out += bytes.substr(i, length);
+        } else {
+            out += "\xEF\xBF\xBD";
+        }
+        i += length;
+    }
+    return out;
+}
+
+std::string lowerAscii(std::string text) {
+    for (char& c : text) {
+        if (c >= 'A' && c <= 'Z') c = char(c - 'A' + 'a');
+    }
+    return text;
+}
+
+std::string upperAscii(std::string text) {
+    for (char& c : text) {
+        if (c >= 'a' && c <= 'z') c = char(c - 'a' + 'A');
+    }
+    return text;
+}
+
+std::string_view trimmed(std::string_view text) {
+    // White_Space of the Unicode Character Database.
+    static constexpr std::array<std::string_view, 25> blanks = {
+        "\t",           "\n",           "\v",           "\f",           "\r",           " ",
+        "\xC2\x85",     "\xC2\xA0",     "\xE1\x9A\x80", "\xE2\x80\x80", "\xE2\x80\x81", "\xE2\x80\x82",
+        "\xE2\x80\x83", "\xE2\x80\x84", "\xE2\x80\x85", "\xE2\x80\x86", "\xE2\x80\x87", "\xE2\x80\x88",
+        "\xE2\x80\x89", "\xE2\x80\x8A", "\xE2\x80\xA8", "\xE2\x80\xA9", "\xE2\x80\xAF", "\xE2\x81\x9F",
+        "\xE3\x80\x80"};
+    const auto cut = [&](auto touches, auto remove) {
+        for (;;) {
+            const auto* blank = std::find_if(blanks.begin(), blanks.end(), touches);
+            if (blank == blanks.end()) return;
+            remove(blank->size());
+        }
+    };
+    cut([&](std::string_view b) { return text.starts_with(b); }, [&](size_t n) { text.remove_prefix(n); });
+    cut([&](std::string_view b) { return text.ends_with(b); }, [&](size_t n) { text.remove_suffix(n); });
+    return text;
+}
+
+}  // namespace brindlehum

@@ -1,0 +1,99 @@
+// Catalog: the library's index, one SQLite database in write-ahead-log mode with a row a file and a full-text table.
+//
+// Any thread. What reads has a connection of its own for as long, takes no lock and sees what was committed when it
+// began. Writes go through one connection, one at a time: write() holds the lock for its job, removeRoot() and
+// setLogOffset() take it themselves.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include "audio/probe/audio_file_info.h"
+#include "library/meta/sound_meta.h"
+
+namespace brindlehum {
+
+class Catalog {
+public:
+    struct Row {
+        std::string path;       // canonical and absolute, which is the row's identity
+        std::string root;       // canonical
+        double duration = 0;    // seconds; 0 when unknown, as are the next three
+        double sampleRate = 0;  // Hz
+        int channels = 0;
+        int bits = 0;
+        std::string codec;
+        SoundMeta meta;
+        bool operator==(const Row&) const = default;
+        // "48 kHz · 24-bit · 2 ch"
+        std::string formatSummary() const;
+    };
+    struct Filter {
+        std::string query = {};
+        std::optional<std::string> category = {};  // in the column's upper case
+        std::optional<std::string> library = {};
+        std::vector<std::string> roots = {};  // canonical; none: all
+        int minRating = 0;
+    };
+    using Counts = std::vector<std::pair<std::string, int64_t>>;  // most first
+    struct Facets {
+        Counts categories;
+        Counts libraries;
+        int64_t total = 0;
+    };
+    struct Stamp {
+        int64_t size = 0;  // bytes
+        double mtime = 0;  // seconds since 1970
+    };
+
+    // Makes the parent folders as needed, opens the database and brings it into shape. Throws Error
+    // (catalogUnopenable, or catalog with SQLite's own message) or std::filesystem::filesystem_error.
+    explicit Catalog(const std::filesystem::path& file);
+    ~Catalog();
+    Catalog(const Catalog&) = delete;
+    Catalog& operator=(const Catalog&) = delete;
+
+    // Ranked when there is something to match, else by path. A failure gives nothing.
+    std::vector<Row> search(const Filter& filter, int limit);
+    // From any thread, without the lock: ends a search that is running now, which then gives nothing.
+    void interrupt();
+    std::optional<Row> row(const std::string& path);
+    Facets facets(const std::vector<std::string>& roots);
+    std::unordered_map<std::string, Stamp> stamps(const std::string& root);
+    int64_t logOffset(const std::string& logfile);  // 0 for an unknown one
+    void setLogOffset(const std::string& logfile, int64_t offset);
+    void removeRoot(const std::string& root);
+
+    // These take no lock: they belong inside of write(), where row() and logOffset() tell the state before it, which
+    // no other process changes meanwhile. `info` is absent when the file can't be probed.
+    void upsert(const std::string& path, const std::string& root, const Stamp& stamp,
+                const std::optional<AudioFileInfo>& info, const SoundMeta& meta);
+    void remove(const std::string& path);
+    std::optional<Stamp> stamp(const std::string& path);
+    void storeLogOffset(const std::string& logfile, int64_t offset);
+    // Under the lock, in one transaction: committed when `job` returns, rolled back when it throws (which passes on).
+    void write(const std::function<void()>& job);
+
+    // Makes searches for one or two letters fast again after many writes, in transactions of a tenth of a second, until
+    // there is nothing left to do or one fails. Background; scans end with it. Without it each write() does a part.
+    void settle();
+
+    // The full-text expression for what the user typed; none when there is nothing to match.
+    static std::optional<std::string> matchExpression(std::string_view query);
+
+private:
+    struct Parts;
+    std::mutex lock_;
+    std::unique_ptr<Parts> parts_;
+};
+
+}  // namespace brindlehum

@@ -1,0 +1,18 @@
+// BrowserEntry: one line of the browser, a folder or a sound.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+
+#include "library/catalog/catalog.h"
+
+namespace brindlehum {
+
+struct BrowserEntry {
+    std::filesystem::path url;
+    bool isFolder = false;
+    std::optional<Catalog::Row> row;  // of a catalogued sound
+    bool operator==(const BrowserEntry&) const = default;
+};
+
+}  // namespace brindlehum

@@ -1,0 +1,175 @@
+// Catalog: its life, its transactions and what is read by key.
+#include "library/catalog/catalog.h"
+
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <thread>
+
+#include "base/error.h"
+#include "catalog/catalog_parts.h"
+#include "catalog/catalog_rows.h"
+#include "catalog/short_settle.h"
+
+namespace brindlehum {
+
+namespace {
+
+// How long another process may hold a lock: at the start the user waits; a batch of writes rather waits than fails.
+constexpr std::chrono::milliseconds openingPatience(2000);
+constexpr std::chrono::seconds writingPatience(30);
+
+// Of the files that changed lately, so many may wait; then each write settles some blocks of them.
+constexpr int64_t settleFrom = 1024;
+constexpr int blocksAWrite = 8;
+
+// Runs `read` with a query connection; a failure gives what it gives for nothing.
+template <class Value, class Read>
+Value reading(ReaderPool& readers, Read read) {
+    try {
+        const ReaderPool::Lease lease = readers.lease();
+        return read(*lease);
+    } catch (const Error&) {
+        return Value();
+    }
+}
+
+const std::filesystem::path& withFolders(const std::filesystem::path& file) {
+    if (file.has_parent_path()) std::filesystem::create_directories(file.parent_path());
+    return file;
+}
+
+// Of two programs that turn a new file into a write-ahead log at once, SQLite refuses one without waiting.
+void prepareInTime(Database& database) {
+    const auto deadline = std::chrono::steady_clock::now() + openingPatience;
+    for (;;) {
+        try {
+            return prepareCatalog(database);
+        } catch (const Error&) {
+            const bool busy = (sqlite3_errcode(database.handle()) & 0xFF) == SQLITE_BUSY;
+            if (sqlite3_get_autocommit(database.handle()) == 0) database.exec("ROLLBACK");
+            if (!busy || std::chrono::steady_clock::now() > deadline) throw;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+}
+
+Database preparedDatabase(const std::filesystem::path& file) {
+    Database database(withFolders(file), Database::Access::readWrite, openingPatience / 2);
+    prepareInTime(database);
+    database.setPatience(writingPatience);
+    return database;
+}
+
+}  // namespace
+
+Catalog::Parts::Parts(const std::filesystem::path& file)
+    : writer(preparedDatabase(file)),
+      insertFile(writer,
+                 "INSERT INTO files (path, root, size, mtime, duration, sr, channels, bits, codec, meta, category, "
+                 "library, rating, indexed) VALUES (?,?,?,?,?,?,?,?,?,?,?,?,?,?) ON CONFLICT(path) DO UPDATE SET "
+                 "root=excluded.root, size=excluded.size, mtime=excluded.mtime, duration=excluded.duration, "
+                 "sr=excluded.sr, channels=excluded.channels, bits=excluded.bits, codec=excluded.codec, "
+                 "meta=excluded.meta, category=excluded.category, library=excluded.library, rating=excluded.rating, "
+                 "indexed=excluded.indexed RETURNING id"),
+      deleteText(writer, "DELETE FROM fts WHERE rowid = ?"),
+      insertText(writer, "INSERT INTO fts (rowid, name, folders, body) VALUES (?,?,?,?)"),
+      findStamp(writer, "SELECT size, mtime FROM files WHERE path = ?"),
+      readers(file) {}
+
+Catalog::Catalog(const std::filesystem::path& file) : parts_(std::make_unique<Parts>(file)) {}
+
+Catalog::~Catalog() = default;
+
+void Catalog::interrupt() {
+    ++parts_->interrupts;
+}
+
+std::optional<Catalog::Row> Catalog::row(const std::string& path) {
+    return reading<std::optional<Row>>(parts_->readers, [&](Database& database) -> std::optional<Row> {
+        Statement select(database,
+                         "SELECT path, root, duration, sr, channels, bits, codec, meta FROM files WHERE path = ?");
+        if (!select.bind(path).step()) return std::nullopt;
+        return readRow(select);
+    });
+}
+
+std::unordered_map<std::string, Catalog::Stamp> Catalog::stamps(const std::string& root) {
+    using Stamps = std::unordered_map<std::string, Stamp>;
+    return reading<Stamps>(parts_->readers, [&](Database& database) {
+        Stamps stamps;
+        Statement select(database, "SELECT path, size, mtime FROM files WHERE root = ?");
+        select.bind(root);
+        while (select.step()) stamps.emplace(select.text(0), Stamp{select.integer(1), select.real(2)});
+        return select.ok() ? stamps : Stamps();
+    });
+}
+
+int64_t Catalog::logOffset(const std::string& logfile) {
+    return reading<int64_t>(parts_->readers, [&](Database& database) -> int64_t {
+        Statement select(database, "SELECT offset FROM log_offsets WHERE logfile = ?");
+        return select.bind(logfile).step() ? select.integer(0) : 0;
+    });
+}
+
+void Catalog::setLogOffset(const std::string& logfile, int64_t offset) {
+    const std::lock_guard hold(lock_);
+    storeLogOffset(logfile, offset);
+}
+
+void Catalog::storeLogOffset(const std::string& logfile, int64_t offset) {
+    Statement insert(parts_->writer,
+                     "INSERT INTO log_offsets (logfile, offset) VALUES (?, ?) ON CONFLICT(logfile) DO UPDATE SET "
+                     "offset = excluded.offset");
+    parts_->expect(insert.bind(logfile, offset).run());
+}
+
+std::optional<Catalog::Stamp> Catalog::stamp(const std::string& path) {
+    Statement& find = parts_->findStamp;
+    std::optional<Stamp> stamp;
+    if (find.bind(path).step()) stamp = Stamp{find.integer(0), find.real(1)};
+    find.reset();
+    return stamp;
+}
+
+void Catalog::write(const std::function<void()>& job) {
+    const std::lock_guard hold(lock_);
+    Database& writer = parts_->writer;
+    // Immediate: a transaction that begins by reading could meet another process's write and fail midway.
+    writer.exec("BEGIN IMMEDIATE");
+    try {
+        parts_->failure.clear();
+        parts_->texts.clear();
+        job();
+        parts_->writeTexts();
+        settleShortHits(writer, settleFrom, blocksAWrite);
+        if (!parts_->failure.empty()) throw Error(ErrorKind::catalog, parts_->failure);
+        writer.exec("COMMIT");
+    } catch (...) {
+        // SQLite may have rolled back by itself, as on a full disk.
+        if (sqlite3_get_autocommit(writer.handle()) == 0) writer.exec("ROLLBACK");
+        throw;
+    }
+}
+
+void Catalog::settle() {
+    constexpr int64_t allowed = 64;
+    constexpr int blocksAStep = 2;
+    try {
+        for (bool more = true; more;) {
+            write([&] { more = settleShortHits(parts_->writer, allowed, blocksAStep); });
+        }
+    } catch (const Error&) {
+        // The next time goes on from here.
+    }
+}
+
+std::string Catalog::Row::formatSummary() const {
+    const double kilohertz = sampleRate / 1000;
+    char rate[64];
+    std::snprintf(rate, sizeof rate, kilohertz == std::floor(kilohertz) ? "%.0f kHz" : "%.1f kHz", kilohertz);
+    const std::string format = codec == "PCM" ? std::to_string(bits) + "-bit" : codec;
+    return rate + (" · " + format + " · ") + (channels == 1 ? "mono" : std::to_string(channels) + " ch");
+}
+
+}  // namespace brindlehum

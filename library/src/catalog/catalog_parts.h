@@ -1,0 +1,36 @@
+// What a Catalog is made of behind its header.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <filesystem>
+
+#include "catalog/database.h"
+#include "catalog/reader_pool.h"
+#include "library/catalog/catalog.h"
+
+namespace brindlehum {
+
+// Brings the database into shape. Throws Error (catalog).
+void prepareCatalog(Database& database);
+
+struct Catalog::Parts {
+    explicit Parts(const std::filesystem::path& file);
+
+    Database writer;  // under the catalog's lock
+    Statement insertFile, deleteText, insertText, findStamp;
+    // Full-text rows of the transaction that runs, to be written at its end: between two upserts into `files` FTS5
+    // would flush what it has gathered, and leave a tiny segment a file.
+    struct Text {
+        int64_t id;
+        std::string name, folders, body;
+    };
+    std::vector<Text> texts;
+    std::string failure;  // what SQLite said of the first statement of the transaction that failed
+    void writeTexts();
+    void expect(bool done);  // of the last statement
+    ReaderPool readers;
+    std::atomic<uint64_t> interrupts = 0;  // a search gives up when this is no longer what it began with
+};
+
+}  // namespace brindlehum

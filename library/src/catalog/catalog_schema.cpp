@@ -1,0 +1,105 @@
+// The catalog's tables.
+#include <chrono>
+#include <string>
+
+#include "base/error.h"
+#include "catalog/catalog_parts.h"
+
+namespace brindlehum {
+
+namespace {
+
+// The `user_version` of a catalog that has the tables of ownTables(). One with more comes from a newer version.
+constexpr int knownVersion = 1;
+
+constexpr const char* pragmas[] = {
+    "PRAGMA journal_mode=WAL;",
+    "PRAGMA synchronous=NORMAL;",
+};
+
+constexpr const char* schema[] = {
+    "CREATE TABLE IF NOT EXISTS files (id INTEGER PRIMARY KEY, path TEXT UNIQUE NOT NULL, root TEXT NOT NULL, "
+    "size INTEGER, mtime REAL, duration REAL, sr REAL, channels INTEGER, bits INTEGER, codec TEXT, "
+    "meta TEXT NOT NULL, category TEXT, library TEXT, rating INTEGER DEFAULT 0, indexed REAL);",
+    "CREATE INDEX IF NOT EXISTS files_root ON files(root);",
+    "CREATE INDEX IF NOT EXISTS files_category ON files(category);",
+    "CREATE INDEX IF NOT EXISTS files_library ON files(library);",
+    ("CREATE VIRTUAL TABLE IF NOT EXISTS fts USING fts5(name, folders, body, "
+     "tokenize='unicode61 remove_diacritics 2');"),
+    "CREATE TABLE IF NOT EXISTS log_offsets (logfile TEXT PRIMARY KEY, offset INTEGER NOT NULL);",
+};
+
+// Reads a page of each of the tables, so that what is damaged at its root is told now and not as an empty result.
+constexpr const char* look[] = {
+    "SELECT count(*) FROM (SELECT id FROM files LIMIT 1)",
+    "SELECT count(*) FROM (SELECT rowid FROM fts LIMIT 1)",
+    "SELECT count(*) FROM (SELECT logfile FROM log_offsets LIMIT 1)",
+};
+
+// Beside the tables above, for fast answers: how many files there are by root, category and library ('' for none, else
+// '=' and the name), and which hold words that begin with given letters (short_hits.h). Triggers keep them true whoever
+// writes to `files`; they say ON CONFLICT, since an OR IGNORE of theirs gives way to the statement that fires them. All
+// of it can be made from `files` and `fts` anew.
+constexpr const char* ownTables[] = {
+    "CREATE TABLE file_counts (root TEXT NOT NULL, category TEXT NOT NULL, library TEXT NOT NULL, "
+    "files INTEGER NOT NULL, PRIMARY KEY (root, category, library)) WITHOUT ROWID",
+    "INSERT INTO file_counts SELECT root, ifnull('=' || category, ''), ifnull('=' || library, ''), count(*) "
+    "FROM files GROUP BY 1, 2, 3",
+    "CREATE TABLE short_hits (id INTEGER PRIMARY KEY, hits BLOB NOT NULL)",
+    "CREATE TABLE short_changed (id INTEGER PRIMARY KEY)",
+    "INSERT INTO short_changed SELECT id FROM files",
+    "CREATE TRIGGER file_added AFTER INSERT ON files BEGIN "
+    "INSERT INTO file_counts VALUES (NEW.root, ifnull('=' || NEW.category, ''), ifnull('=' || NEW.library, ''), 1) "
+    "ON CONFLICT DO UPDATE SET files = files + 1; "
+    "INSERT INTO short_changed VALUES (NEW.id) ON CONFLICT DO NOTHING; END",
+    "CREATE TRIGGER file_removed AFTER DELETE ON files BEGIN "
+    "UPDATE file_counts SET files = files - 1 WHERE root = OLD.root AND category = ifnull('=' || OLD.category, '') "
+    "AND library = ifnull('=' || OLD.library, ''); "
+    "DELETE FROM file_counts WHERE files = 0 AND root = OLD.root AND category = ifnull('=' || OLD.category, '') "
+    "AND library = ifnull('=' || OLD.library, ''); "
+    "INSERT INTO short_changed VALUES (OLD.id) ON CONFLICT DO NOTHING; END",
+    "CREATE TRIGGER file_changed AFTER UPDATE ON files BEGIN "
+    "INSERT INTO short_changed VALUES (NEW.id), (OLD.id) ON CONFLICT DO NOTHING; END",
+    "CREATE TRIGGER file_moved AFTER UPDATE OF root, category, library ON files "
+    "WHEN OLD.root IS NOT NEW.root OR OLD.category IS NOT NEW.category OR OLD.library IS NOT NEW.library BEGIN "
+    "UPDATE file_counts SET files = files - 1 WHERE root = OLD.root AND category = ifnull('=' || OLD.category, '') "
+    "AND library = ifnull('=' || OLD.library, ''); "
+    "DELETE FROM file_counts WHERE files = 0 AND root = OLD.root AND category = ifnull('=' || OLD.category, '') "
+    "AND library = ifnull('=' || OLD.library, ''); "
+    "INSERT INTO file_counts VALUES (NEW.root, ifnull('=' || NEW.category, ''), ifnull('=' || NEW.library, ''), 1) "
+    "ON CONFLICT DO UPDATE SET files = files + 1; END",
+    "PRAGMA user_version=1",
+};
+
+int64_t version(const Database& database) {
+    Statement select(database, "PRAGMA user_version");
+    return select.step() ? select.integer(0) : 0;
+}
+
+// One transaction, so that a program that begins beside a busy one needs its turn once. It may be long in coming.
+void makeTables(Database& database) {
+    database.setPatience(std::chrono::seconds(20));
+    database.exec("BEGIN IMMEDIATE");
+    for (const char* statement : schema) database.exec(statement);
+    // Another program may have been first.
+    if (version(database) != knownVersion) {
+        for (const char* statement : ownTables) database.exec(statement);
+    }
+    database.exec("COMMIT");
+}
+
+}  // namespace
+
+void prepareCatalog(Database& database) {
+    if (version(database) > knownVersion)
+        throw Error(ErrorKind::catalog, "The library catalog was made by a newer version");
+    for (const char* pragma : pragmas) database.exec(pragma);
+    // SQLite opens what it may not write for reading alone, and the schema of a finished catalog writes nothing.
+    if (sqlite3_db_readonly(database.handle(), "main") != 0)
+        throw Error(ErrorKind::catalog, "attempt to write a readonly database");
+    if (version(database) != knownVersion) makeTables(database);
+    for (const char* statement : schema) database.exec(statement);
+    for (const char* statement : look) database.exec(statement);
+}
+
+}  // namespace brindlehum

@@ -1,0 +1,15 @@
+// The size and time of a file in the form that the catalog remembers.
+#pragma once
+
+#include <sys/stat.h>
+
+#include "library/catalog/catalog.h"
+
+namespace brindlehum {
+
+inline Catalog::Stamp stampOf(const struct stat& facts) {
+    return {facts.st_size,
+            static_cast<double>(facts.st_mtim.tv_sec) + static_cast<double>(facts.st_mtim.tv_nsec) * 1e-9};
+}
+
+}  // namespace brindlehum

@@ -1,0 +1,25 @@
+// Ranks a search for one or two letters from the blocks of short_hits.h, in exactly the order that FTS5 would give.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "catalog/database.h"
+
+namespace brindlehum {
+
+// Which files count, by id; ids beyond its size don't.
+using FileSet = std::vector<bool>;
+
+// The ids of the best `limit` files for a match expression, best first; with `within` only of those, ranked as among
+// all. None when the expression isn't one word of one or two letters, or too much has changed lately for this to be
+// fast. Inside of a read transaction.
+std::optional<std::vector<int64_t>> rankShort(const Database& database, const std::string& expression, int limit,
+                                              const std::optional<FileSet>& within);
+
+// Whether rankShort could answer, by the expression alone.
+bool isShort(const Database& database, const std::string& expression);
+
+}  // namespace brindlehum

@@ -1,0 +1,29 @@
+// The chunks of a RIFF/WAVE file as a rewrite needs them.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "library/meta/riff_meta.h"
+
+namespace brindlehum::RIFFMeta {
+
+struct Walk {
+    std::vector<Chunk> chunks;
+    bool toTheEnd = false;  // false: there are more than mostChunks
+    // The file ends inside of the last chunk, or of its header.
+    bool cutOff = false;
+};
+std::optional<Walk> walk(const FileHandle& file);
+
+const Chunk* find(const std::vector<Chunk>& chunks, std::string_view id);  // the first one; null without any
+
+// Up to `most` bytes of the content; fewer where the file ends or can't be read.
+std::string content(const FileHandle& file, const Chunk& chunk, uint64_t most);
+
+std::string le32(uint32_t value);
+
+}  // namespace brindlehum::RIFFMeta

@@ -1,0 +1,52 @@
+// UCS: the list as a resource of the application, by CatID.
+#include "library/meta/ucs.h"
+
+#include <QFile>
+#include <utility>
+#include <vector>
+
+#include "base/split.h"
+#include "base/text.h"
+
+// Outside of any namespace, as Qt asks. A resource of a static library isn't linked in on its own.
+static void loadResources() {
+    Q_INIT_RESOURCE(library);
+}
+
+namespace brindlehum {
+
+namespace {
+
+// Without the file there are no lookups; nothing else depends on it.
+std::string resourceText() {
+    loadResources();
+    QFile file(":/UCS.csv");
+    return file.open(QIODevice::ReadOnly) ? file.readAll().toStdString() : std::string();
+}
+
+}  // namespace
+
+UCS::UCS(std::string_view csv) {
+    bool header = true;
+    for (const std::string_view rest : split(csv, "\r\n")) {
+        if (rest.empty()) continue;
+        if (std::exchange(header, false)) continue;
+        const std::vector<std::string_view> fields = split(rest, ",");
+        if (fields.size() < 3) continue;
+        const Entry entry{std::string(trimmed(fields[0])), std::string(trimmed(fields[1])),
+                          std::string(trimmed(fields[2]))};
+        entries_[upperAscii(entry.catID)] = entry;
+    }
+}
+
+const UCS& UCS::shared() {
+    static const UCS list(resourceText());
+    return list;
+}
+
+const UCS::Entry* UCS::lookup(std::string_view catID) const {
+    const auto found = entries_.find(upperAscii(std::string(catID)));
+    return found == entries_.end() ? nullptr : &found->second;
+}
+
+}  // namespace brindlehum

@@ -1,0 +1,78 @@
+#include "model/browser_listing.h"
+
+#include <dirent.h>
+#include <sys/stat.h>
+
+#include <QCollator>
+#include <QLocale>
+#include <algorithm>
+#include <cerrno>
+#include <memory>
+
+#include "library/scan/library_scanner.h"
+
+namespace brindlehum {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::vector<BrowserEntry> sortedByName(std::vector<BrowserEntry> entries) {
+    // The C locale would compare bytes, numbers and capitals as they come.
+    QCollator collator(QLocale().language() == QLocale::C ? QLocale(QLocale::English) : QLocale());
+    collator.setNumericMode(true);
+    collator.setCaseSensitivity(Qt::CaseInsensitive);
+    struct Keyed {
+        QCollatorSortKey key;
+        size_t index;
+    };
+    std::vector<Keyed> keyed;
+    keyed.reserve(entries.size());
+    for (size_t i = 0; i < entries.size(); ++i) {
+        const std::string name = entries[i].url.filename().string();
+        keyed.push_back({collator.sortKey(QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()))), i});
+    }
+    std::ranges::sort(keyed, [&](const Keyed& a, const Keyed& b) {
+        const int order = a.key.compare(b.key);
+        return order != 0 ? order < 0 : entries[a.index].url < entries[b.index].url;
+    });
+    std::vector<BrowserEntry> sorted;
+    sorted.reserve(entries.size());
+    for (const Keyed& item : keyed) sorted.push_back(std::move(entries[item.index]));
+    return sorted;
+}
+
+}  // namespace
+
+BrowserListing listForBrowser(const fs::path& folder, Catalog* catalog, const std::function<bool()>& isStale) {
+    const std::unique_ptr<DIR, int (*)(DIR*)> open(::opendir(folder.c_str()), &::closedir);
+    if (!open) return {{}, std::error_code(errno, std::generic_category())};
+    const std::string real = LibraryScanner::canonical(folder);
+    std::vector<BrowserEntry> folders;
+    std::vector<BrowserEntry> sounds;
+    while (const dirent* item = ::readdir(open.get())) {
+        const std::string name = item->d_name;
+        if (name.starts_with('.')) continue;
+        if (isStale()) return {};
+        bool isFolder = item->d_type == DT_DIR;
+        bool isFile = item->d_type == DT_REG;
+        const bool isLink = item->d_type != DT_REG && item->d_type != DT_DIR;  // or not told
+        struct stat facts {};
+        if (isLink && ::fstatat(::dirfd(open.get()), item->d_name, &facts, 0) == 0) {
+            isFolder = S_ISDIR(facts.st_mode);
+            isFile = S_ISREG(facts.st_mode);
+        }
+        if (isFolder) {
+            folders.push_back({folder / name, true, std::nullopt});
+        } else if (isFile && AudioFileInfo::isAudioPath(name)) {
+            BrowserEntry entry{folder / name, false, std::nullopt};
+            const std::string path = isLink ? LibraryScanner::canonical(entry.url) : (fs::path(real) / name).string();
+            if (catalog != nullptr) entry.row = catalog->row(path);
+            sounds.push_back(std::move(entry));
+        }
+    }
+    std::vector<BrowserEntry> all = sortedByName(std::move(folders));
+    for (BrowserEntry& entry : sortedByName(std::move(sounds))) all.push_back(std::move(entry));
+    return {std::move(all), {}};
+}
+
+}  // namespace brindlehum

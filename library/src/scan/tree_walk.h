@@ -1,0 +1,26 @@
+// Tree walk: every sound file below a folder with its size and time, at the cost of one look-up a file.
+#pragma once
+
+#include <functional>
+#include <stop_token>
+#include <string>
+#include <vector>
+
+#include "library/catalog/catalog.h"
+
+namespace brindlehum {
+
+struct TreeWalk {
+    int openError = 0;                // of the folder itself; 0: it was walked
+    bool anythingThere = false;       // it holds something to see, or a change log
+    std::vector<std::string> unread;  // folders below it, and files, that are there but couldn't be looked at
+    std::vector<std::string> empty;   // folders below it that hold nothing at all
+    bool exchanged = false;           // at the end another folder, or none, stood in its place
+};
+
+// Regular files with the extension of a sound, in the order of the file system. Hidden files and folders are left out,
+// as are the folders in `leftOut`; symbolic links are not followed, so that no circle is possible.
+TreeWalk walkTree(const std::string& root, const std::vector<std::string>& leftOut, const std::stop_token& stop,
+                  const std::function<void(const std::string& path, const Catalog::Stamp& stamp)>& onFile);
+
+}  // namespace brindlehum

@@ -1,0 +1,101 @@
+// The own log: its name, and how a line gets to its end whole.
+#include "library/team/change_log.h"
+
+#include <fcntl.h>
+#include <pwd.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+
+#include "library/scan/library_scanner.h"
+
+namespace brindlehum::ChangeLog {
+namespace {
+
+constexpr mode_t allModeBits = 07777;
+constexpr mode_t everybodyReads = 0444;
+
+class Descriptor {
+public:
+    explicit Descriptor(int number) : number_(number) {}
+    ~Descriptor() {
+        if (number_ >= 0) ::close(number_);
+    }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    int number() const { return number_; }
+    bool isOpen() const { return number_ >= 0; }
+
+private:
+    int number_;
+};
+
+bool endsInsideALine(int log) {
+    struct stat facts {};
+    char last = '\n';
+    return ::fstat(log, &facts) == 0 && facts.st_size > 0 && ::pread(log, &last, 1, facts.st_size - 1) == 1 &&
+           last != '\n';
+}
+
+// The folders of the log let in whom the root lets in, whatever the umask of who comes first: everybody has to add a
+// file there. False when a link leads elsewhere.
+bool makeFolders(const std::filesystem::path& root, const std::filesystem::path& folder, mode_t mode) {
+    struct stat facts {};
+    if (folder == root) return true;
+    if (!makeFolders(root, folder.parent_path(), mode)) return false;
+    if (::mkdir(folder.c_str(), mode) == 0) ::chmod(folder.c_str(), mode);
+    return ::lstat(folder.c_str(), &facts) == 0 && S_ISDIR(facts.st_mode);
+}
+
+// As one write, so that a reader never meets two halves in the wrong order. What a full disk cuts off is dropped: the
+// next entry begins with a line feed.
+void writeAll(int log, std::string_view text) {
+    while (!text.empty()) {
+        const ssize_t written = ::write(log, text.data(), text.size());
+        if (written < 0 && errno == EINTR) continue;
+        if (written <= 0) return;
+        text.remove_prefix(static_cast<size_t>(written));
+    }
+}
+
+}  // namespace
+
+std::string owner() {
+    std::array<char, 256> host{};
+    if (::gethostname(host.data(), host.size() - 1) != 0 || host[0] == '\0') host = {"localhost"};
+    std::array<char, 4096> buffer{};
+    passwd entry{};
+    passwd* found = nullptr;
+    ::getpwuid_r(::getuid(), &entry, buffer.data(), buffer.size(), &found);
+    const std::string user = found != nullptr ? found->pw_name : std::to_string(::getuid());
+    return user + "@" + host.data();
+}
+
+std::filesystem::path logFile(const std::filesystem::path& root, const std::string& owner) {
+    std::string name = owner;
+    std::ranges::replace(name, '/', '-');
+    return std::filesystem::path(LibraryScanner::canonical(root)) / ".brindlehum" / "changes" / (name + ".jsonl");
+}
+
+void append(const std::filesystem::path& root, const Entry& entry) {
+    const auto line = entry.encoded();
+    if (!line) return;
+    const std::filesystem::path file = logFile(root, entry.user);
+    const std::string rootPath = LibraryScanner::canonical(root);
+    struct stat rootFacts {};
+    if (::stat(rootPath.c_str(), &rootFacts) != 0) return;
+    if (!makeFolders(rootPath, file.parent_path(), rootFacts.st_mode & allModeBits)) return;
+    const Descriptor log(::open(file.c_str(), O_RDWR | O_APPEND | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0600));
+    if (!log.isOpen()) return;
+    ::fchmod(log.number(), 0600 | (rootFacts.st_mode & everybodyReads));
+    // Some network file systems have no locks; an entry may then cut into another one of this machine at worst.
+    while (::flock(log.number(), LOCK_EX) != 0 && errno == EINTR) {
+    }
+    writeAll(log.number(), (endsInsideALine(log.number()) ? "\n" : "") + *line + "\n");
+}
+
+}  // namespace brindlehum::ChangeLog

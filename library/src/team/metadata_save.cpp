@@ -1,0 +1,88 @@
+#include "library/team/metadata_save.h"
+
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <cstring>
+
+#include "base/error.h"
+#include "catalog/file_stamp.h"
+#include "library/meta/meta_io.h"
+#include "library/scan/library_scanner.h"
+#include "library/team/change_log.h"
+
+namespace brindlehum::MetadataSave {
+namespace {
+
+struct stat factsOf(const std::string& path) {
+    struct stat facts {};
+    if (::stat(path.c_str(), &facts) != 0) {
+        throw Error(std::filesystem::path(path).filename().string() + ": " + std::strerror(errno));
+    }
+    return facts;
+}
+
+// `written` is the inode that was given `meta`; none for a file that can't take it. Another program may have replaced
+// the file since: of two that save at once, the one whose turn at the catalog comes last indexes what the file then
+// holds, not what it has put there itself.
+void index(Catalog& catalog, const std::string& path, const std::string& root, const SoundMeta& meta,
+           std::optional<ino_t> written) {
+    std::optional<AudioFileInfo> info;
+    try {
+        info = AudioFileInfo::load(path);
+    } catch (const std::exception&) {
+        // It has no technical facts then.
+    }
+    catalog.write([&] {
+        const struct stat now = factsOf(path);
+        const bool replaced = written && *written != now.st_ino;
+        catalog.upsert(path, root, stampOf(now), info, replaced ? MetaIO::read(path) : meta);
+    });
+}
+
+}  // namespace
+
+SoundMeta current(const std::filesystem::path& file, Catalog* catalog) {
+    if (catalog != nullptr) {
+        if (auto row = catalog->row(LibraryScanner::canonical(file))) return std::move(row->meta);
+    }
+    return MetaIO::read(file);
+}
+
+std::string rootOf(const std::string& path, const std::vector<std::string>& roots) {
+    std::string longest;
+    for (const std::string& root : roots) {
+        if (root.size() > longest.size() && path.starts_with(root.ends_with('/') ? root : root + "/")) longest = root;
+    }
+    return longest;
+}
+
+void save(const std::filesystem::path& file, const MetadataChanges& changes, Catalog* catalog,
+          const std::vector<std::string>& roots, const std::string& user) {
+    const std::string path = LibraryScanner::canonical(file);
+    factsOf(path);
+    const bool embeds = MetaIO::canWrite(file);
+    // What a file that can't take metadata was given earlier stands in its row alone: begun from the file, a second
+    // edit would lose the first.
+    SoundMeta meta = embeds ? MetaIO::read(file) : current(file, catalog);
+    changes.apply(meta);
+    std::optional<ino_t> written;
+    if (embeds) written = MetaIO::write(meta, file);
+
+    const std::string root = rootOf(path, roots);
+    if (catalog != nullptr) {
+        try {
+            index(*catalog, path, root.empty() ? std::filesystem::path(path).parent_path().string() : root, meta,
+                  written);
+        } catch (const std::exception&) {
+            if (!embeds) throw;  // a WAV's row is put right by the next scan
+        }
+    } else if (!embeds && root.empty()) {
+        throw Error(file.filename().string() + ": without a catalog there is no place for its metadata");
+    }
+    if (root.empty()) return;
+    const auto now = std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
+    ChangeLog::append(root, {path.substr(root.size() + (root.ends_with('/') ? 0 : 1)), changes, user, now});
+}
+
+}  // namespace brindlehum::MetadataSave

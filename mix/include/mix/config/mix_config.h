@@ -1,0 +1,25 @@
+// MixConfig: how a source reaches the outputs, as a plain value of the control side.
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "audio/speakers/speakers.h"
+#include "upmix/upmix_params.h"
+
+namespace brindlehum {
+
+struct MixConfig {
+    int inChannels = 0;  // planes that reach the matrix
+    int rows = 0;
+    std::vector<float> matrix;  // rows x inChannels, row-major
+    bool toBinaural = false;    // rows are virtual speakers; otherwise device channels
+    int binLeft = 0;            // device channels of the two ears
+    int binRight = 1;
+    std::vector<Direction> virtualDirections;  // one a row when toBinaural, else empty
+    std::optional<UpmixRequest> upmix;         // stands before the matrix, which then reads its outputs
+    int upmixOffset = 0;                       // first source plane that feeds the upmix
+    bool operator==(const MixConfig&) const = default;
+};
+
+}  // namespace brindlehum

@@ -1,0 +1,108 @@
+// PlaybackEngine: the control half of playback. It opens the device, publishes rings and configurations to the
+// render side and retires what it replaced.
+//
+// What crosses to the render side goes data first, pointer last, and is never edited afterwards: the ring of a
+// StreamReader, a mn_mix_config with its own copy of the matrix, a binaural stage and its filters.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "audio/stream/stream_reader.h"
+#include "mix/config/mix_config.h"
+#include "mix/engine/audio_devices.h"
+#include "mix/render/binaural_stage.h"
+#include "mix/render/render_config.h"
+#include "mix/render/render_context.h"
+#include "platform/main_loop.h"
+
+namespace brindlehum {
+
+class BinauralLoader;
+class RenderWatch;
+
+// Main thread, every call.
+class PlaybackEngine {
+public:
+    // Seconds that an object taken out of the audio path stays alive; longer when the device stands still.
+    static constexpr double retirement = 3.0;
+    // Seconds that the device stays warm after the last stop.
+    static constexpr double idleDelay = 20.0;
+    // Seconds that a device which is given up for another one gets at most to fade out.
+    static constexpr double fadeOutLimit = 0.1;
+
+    // Makes the binaural stage of a rate (Hz), on a background thread; throws when there is no HRTF set.
+    using StageMaker = std::function<std::shared_ptr<BinauralStage>(double sampleRate)>;
+
+    // Starts to load the binaural stage of 48 kHz at once, so that it is there when it is first asked for.
+    PlaybackEngine(AudioSystem& audio, MainLoop& loop, StageMaker makeStage = sharedSetStage);
+    ~PlaybackEngine();
+
+    // Opens the device of this UID, or the system's default one without a UID or when it isn't there. Does
+    // nothing when that device is open already and `force` isn't set; a device that stood in for an absent one
+    // gives way as soon as that is back. Throws Error (device), and no device is open then.
+    void configure(const std::optional<std::string>& deviceUID, bool force);
+    // Publishes a configuration; the next block fades to it. A binaural one that comes before its stage has been
+    // loaded fades to silence, with the stream held, and is published when the stage is there.
+    void setConfig(const MixConfig& config);
+    // Publishes the reader's ring, starts its thread and the device. Throws Error, and nothing plays then.
+    void play(std::shared_ptr<StreamReader> reader, double startPosition);
+    // Silences within a block; the device goes idle 20 seconds later.
+    void stop();
+
+    bool isConfigured() const { return stream_ != nullptr; }
+    bool isRunning() const;
+    // The current stream has been heard to its end.
+    bool finished() const;
+    // No HRTF set can be had for the current rate: binaural configurations stay silent.
+    bool binauralMissing() const;
+    int deviceChannels() const { return deviceChannels_; }
+    double sampleRate() const { return sampleRate_; }
+    const std::string& deviceName() const { return deviceName_; }
+    RenderContext& ctx() { return *ctx_; }
+    const AudioDevices& devices() const { return devices_; }
+
+    // Called when the device has gone or changed; the next configure rebuilds.
+    std::function<void()> onDeviceChange;
+    // Called when binauralMissing() has become true for a configuration that waits.
+    std::function<void()> onBinauralMissing;
+
+    // The stage of HRTFSet::shared.
+    static std::shared_ptr<BinauralStage> sharedSetStage(double sampleRate);
+
+private:
+    bool isOpenFor(const std::optional<std::string>& deviceUID) const;
+    void open(const std::optional<std::string>& deviceUID);
+    void fadeOut();
+    void teardown();
+    void publish(const MixConfig& config);
+    void replaceConfig(std::shared_ptr<RenderConfig> next);
+    void stageLoaded(double sampleRate);
+    void ensureRunning();
+    void scheduleIdle();
+    void halt();
+    void retire(std::shared_ptr<const void> object);
+
+    MainLoop& loop_;
+    AudioSystem& audio_;
+    AudioDevices devices_;
+    std::unique_ptr<RenderContext> ctx_;
+    std::shared_ptr<RenderWatch> watch_;
+    std::unique_ptr<OutputStream> stream_;
+    std::shared_ptr<bool> streamToken_;  // goes with the stream: its late notices are dropped
+    std::optional<std::string> configuredKey_;
+    bool standsIn_ = false;  // the default device, for one that is away
+    std::shared_ptr<StreamReader> current_;
+    std::shared_ptr<RenderConfig> currentConfig_;
+    std::shared_ptr<BinauralStage> stage_;  // of the open device's rate, as published
+    std::optional<MixConfig> waiting_;      // binaural, until its stage is there
+    std::unique_ptr<BinauralLoader> loader_;
+    TimerHandle idle_;
+    int deviceChannels_ = 2;
+    double sampleRate_ = 48000;
+    std::string deviceName_;
+};
+
+}  // namespace brindlehum

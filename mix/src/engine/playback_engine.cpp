@@ -1,0 +1,208 @@
+#include "mix/engine/playback_engine.h"
+
+#include <algorithm>
+#include <chrono>
+#include <thread>
+
+#include "base/error.h"
+#include "engine/binaural_loader.h"
+#include "mix/render/hrtf_set.h"
+#include "render/render_watch.h"
+
+namespace brindlehum {
+
+std::shared_ptr<BinauralStage> PlaybackEngine::sharedSetStage(double sampleRate) {
+    return std::make_shared<BinauralStage>(HRTFSet::shared(sampleRate));
+}
+
+PlaybackEngine::PlaybackEngine(AudioSystem& audio, MainLoop& loop, StageMaker makeStage)
+    : loop_(loop),
+      audio_(audio),
+      devices_(audio),
+      ctx_(std::make_unique<RenderContext>()),
+      watch_(std::make_shared<RenderWatch>(*ctx_)),
+      loader_(
+          std::make_unique<BinauralLoader>(loop, std::move(makeStage), [this](double rate) { stageLoaded(rate); })) {
+    loader_->prepare(sampleRate_);
+}
+
+PlaybackEngine::~PlaybackEngine() {
+    teardown();
+    if (current_) current_->cancel();
+}
+
+// MARK: device
+
+bool PlaybackEngine::isOpenFor(const std::optional<std::string>& deviceUID) const {
+    if (!stream_ || configuredKey_ != deviceUID.value_or("default") || !stream_->isCurrent()) return false;
+    return !standsIn_ || !deviceUID || !devices_.deviceID(*deviceUID);
+}
+
+void PlaybackEngine::configure(const std::optional<std::string>& deviceUID, bool force) {
+    if (!force && isOpenFor(deviceUID)) return;
+    teardown();
+    open(deviceUID);
+    loader_->prepare(sampleRate_);
+}
+
+void PlaybackEngine::open(const std::optional<std::string>& deviceUID) {
+    auto id = deviceUID ? devices_.deviceID(*deviceUID) : std::nullopt;
+    const bool followsDefault = !id;
+    if (!id) id = devices_.defaultOutput();
+    if (!id) throw Error(ErrorKind::device, "Couldn't open the output device");
+
+    auto token = std::make_shared<bool>(true);
+    // Handled a turn of the loop later, since handling it destroys the stream that is calling.
+    auto onChange = [this, weak = std::weak_ptr(token)] {
+        loop_.post([this, weak] {
+            if (!weak.lock()) return;
+            configuredKey_.reset();
+            if (onDeviceChange) onDeviceChange();
+        });
+    };
+    auto stream = audio_.openOutput(*id, followsDefault, *watch_, std::move(onChange));
+    if (!stream || stream->channels() < 1 || !(stream->sampleRate() > 0)) {
+        throw Error(ErrorKind::device, "Output device has no usable channels");
+    }
+    stream_ = std::move(stream);
+    streamToken_ = std::move(token);
+    standsIn_ = followsDefault && deviceUID;
+    configuredKey_ = deviceUID.value_or("default");
+    deviceChannels_ = std::min(stream_->channels(), RenderContext::maxDeviceChannels);
+    sampleRate_ = stream_->sampleRate();
+    deviceName_ = devices_.name(deviceUID);
+}
+
+// The block in hand and the one that fades must have ended before the device may fall silent without a click. A
+// device that has gone or changed gets no time: nobody hears it.
+void PlaybackEngine::fadeOut() {
+    if (!configuredKey_ || !current_ || !isRunning()) return;
+    ctx_->setRing(nullptr);
+    const uint64_t mark = watch_->blocks();
+    const auto limit = std::chrono::steady_clock::now() + std::chrono::duration<double>(fadeOutLimit);
+    while (watch_->mayStillUse(mark) && std::chrono::steady_clock::now() < limit) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+}
+
+void PlaybackEngine::teardown() {
+    fadeOut();
+    streamToken_.reset();
+    stream_.reset();
+    watch_->setRunning(false);
+    configuredKey_.reset();
+    waiting_.reset();
+    ctx_->forgetPrevious();
+    ctx_->setBinauralStage(nullptr);
+    stage_.reset();
+}
+
+// MARK: configuration
+
+void PlaybackEngine::setConfig(const MixConfig& config) {
+    waiting_.reset();
+    if (config.toBinaural && !loader_->stage(sampleRate_)) {
+        replaceConfig(nullptr);
+        waiting_ = config;
+        return;
+    }
+    publish(config);
+}
+
+void PlaybackEngine::publish(const MixConfig& config) {
+    if (config.toBinaural) {
+        if (!stage_) {
+            stage_ = loader_->stage(sampleRate_);
+            ctx_->setBinauralStage(stage_.get());
+        }
+        retire(stage_->setDirections(config.virtualDirections));
+    }
+    replaceConfig(std::make_shared<RenderConfig>(config));
+}
+
+void PlaybackEngine::replaceConfig(std::shared_ptr<RenderConfig> next) {
+    ctx_->setConfig(next ? &next->record : nullptr);
+    // A stream that was started while a configuration waited.
+    if (next && current_) ctx_->setRing(current_->ring());
+    retire(std::exchange(currentConfig_, std::move(next)));
+}
+
+void PlaybackEngine::stageLoaded(double sampleRate) {
+    if (!waiting_ || sampleRate != sampleRate_) return;
+    if (loader_->stage(sampleRate_)) {
+        publish(*std::exchange(waiting_, std::nullopt));
+    } else if (onBinauralMissing) {
+        onBinauralMissing();
+    }
+}
+
+bool PlaybackEngine::binauralMissing() const {
+    return loader_->failed(sampleRate_);
+}
+
+// MARK: transport
+
+void PlaybackEngine::play(std::shared_ptr<StreamReader> reader, double startPosition) {
+    ctx_->clearFinished();
+    ctx_->setPosition(startPosition);
+    // The block that meets a new ring reads it even without a configuration, and would lose that much of it.
+    ctx_->setRing(waiting_ ? nullptr : reader->ring());
+    if (current_) current_->cancel();
+    retire(std::exchange(current_, std::move(reader)));
+    try {
+        current_->start();
+        ensureRunning();
+    } catch (...) {
+        stop();
+        throw;
+    }
+}
+
+void PlaybackEngine::stop() {
+    ctx_->setRing(nullptr);
+    if (current_) current_->cancel();
+    retire(std::exchange(current_, nullptr));
+    scheduleIdle();
+}
+
+bool PlaybackEngine::isRunning() const {
+    return stream_ && stream_->isRunning();
+}
+
+bool PlaybackEngine::finished() const {
+    // The cell alone isn't enough: a block that still plays out the stream before may set it after play() has
+    // cleared it.
+    return current_ && ctx_->finished() && mn_ring_eof(current_->ring()) != 0 &&
+           mn_ring_available(current_->ring()) == 0;
+}
+
+void PlaybackEngine::ensureRunning() {
+    idle_.reset();
+    if (!stream_ || stream_->isRunning()) return;
+    ctx_->forgetPrevious();
+    watch_->setRunning(true);
+    try {
+        stream_->start();
+    } catch (...) {
+        watch_->setRunning(false);
+        throw;
+    }
+}
+
+void PlaybackEngine::scheduleIdle() {
+    idle_ = loop_.after(idleDelay, [this] {
+        if (isRunning() && !current_) halt();
+    });
+}
+
+void PlaybackEngine::halt() {
+    stream_->pause();
+    watch_->setRunning(false);
+    ctx_->forgetPrevious();
+}
+
+void PlaybackEngine::retire(std::shared_ptr<const void> object) {
+    if (object) keepFor(retirement, loop_, watch_, watch_->blocks(), std::move(object));
+}
+
+}  // namespace brindlehum

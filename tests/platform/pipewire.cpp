@@ -1,0 +1,260 @@
+// The audio system on a real PipeWire server: devices, sound to the last bit, and what happens when things go.
+#include <gmock/gmock.h>
+
+#include <atomic>
+#include <chrono>
+
+#include "base/error.h"
+#include "platform/headless_audio.h"
+#include "platform/linux_audio.h"
+#include "support/pipewire/private_pipewire.h"
+#include "support/pipewire/sink_recorder.h"
+#include "support/platform/manual_main_loop.h"
+
+namespace brindlehum {
+namespace {
+
+using test::PrivatePipeWire;
+using test::SinkRecorder;
+using testing::ElementsAre;
+
+// A value that tells channel and frame, never 0, exact in a float.
+float signal(int channel, uint64_t frame) {
+    uint64_t x = (frame + 1) * 0x9E3779B97F4A7C15ULL ^ (uint64_t(channel) + 1) * 0xD1B54A32D192ED03ULL;
+    x = (x ^ (x >> 29)) * 0xBF58476D1CE4E5B9ULL;
+    return (float((x >> 40) & 0x7FFFFF) + 0.5F) / 16777216.0F;
+}
+
+class SignalSource : public RenderTarget {
+public:
+    int32_t render(uint32_t frames, const DeviceBuffers& buffers) noexcept override {
+        if (inside_.exchange(true)) overlaps = true;
+        if (frames > 4096 || frames != buffers.frames) tooLarge = true;
+        for (int c = 0; c < buffers.channels; ++c) {
+            float* plane = buffers.planes[c];
+            if (!plane) unlinked = true;
+            for (uint32_t i = 0; plane && i < frames; ++i) plane[i] = signal(c, rendered + i);
+        }
+        rendered += frames;
+        inside_ = false;
+        return 0;
+    }
+    std::atomic<uint64_t> rendered = 0;
+    std::atomic<bool> overlaps = false;
+    std::atomic<bool> tooLarge = false;
+    std::atomic<bool> unlinked = false;
+
+private:
+    std::atomic<bool> inside_ = false;
+};
+
+class PipeWireAudio : public testing::Test {
+protected:
+    PrivatePipeWire server_;
+    ManualMainLoop loop_;
+    std::unique_ptr<AudioSystem> audio_ = makeAudioSystem(loop_);
+    SignalSource source_;
+    int changes_ = 0;
+
+    std::optional<AudioOutputDevice> device(const std::string& uid) {
+        for (const auto& output : audio_->allOutputs()) {
+            if (output.uid == uid) return output;
+        }
+        return std::nullopt;
+    }
+    std::unique_ptr<OutputStream> open(const std::string& uid, bool followsDefault = false) {
+        return audio_->openOutput(device(uid).value().id, followsDefault, source_, [this] { ++changes_; });
+    }
+    void runOn(uint64_t frames) {
+        const uint64_t target = source_.rendered + frames;
+        EXPECT_TRUE(loop_.runUntil([&] { return source_.rendered >= target; })) << "the stream stands still";
+    }
+    // Two round trips to the server settle what was sent before; then nothing may be on its way any more.
+    void expectChanges(int count, const char* what) {
+        EXPECT_TRUE(loop_.runUntil([&] { return changes_ >= count; })) << what;
+        (void)audio_->allOutputs();
+        (void)audio_->allOutputs();
+        loop_.drain();
+        EXPECT_EQ(changes_, count) << what;
+    }
+};
+
+std::vector<std::string> describe(const std::vector<AudioOutputDevice>& outputs) {
+    std::vector<std::string> texts;
+    for (const auto& d : outputs) texts.push_back(d.uid + "|" + d.name + "|" + std::to_string(d.outputChannels));
+    return texts;
+}
+
+TEST_F(PipeWireAudio, ListsTheServersSinksAsTheyComeAndGo) {
+    EXPECT_THAT(describe(audio_->allOutputs()),
+                ElementsAre("sink2|Pair|2", "sink12|Room of twelve|12", "sink16|sink16|16"));
+    server_.removeSink("sink12");
+    EXPECT_THAT(describe(audio_->allOutputs()), ElementsAre("sink2|Pair|2", "sink16|sink16|16"));
+    server_.addSink("late", 5);
+    EXPECT_THAT(describe(audio_->allOutputs()), ElementsAre("sink2|Pair|2", "sink16|sink16|16", "late|late|5"));
+}
+
+TEST_F(PipeWireAudio, TheDefaultIsTheStatedOneElseTheFirst) {
+    EXPECT_EQ(audio_->defaultOutput(), device("sink2")->id);
+    server_.setDefaultSink("sink16");
+    EXPECT_EQ(audio_->defaultOutput(), device("sink16")->id);
+    server_.removeSink("sink16");
+    EXPECT_EQ(audio_->defaultOutput(), device("sink2")->id);
+}
+
+// Plays one second and compares the whole of it with what the sink's monitor gave.
+void expectExact(AudioSystem& audio, const AudioOutputDevice& device, ManualMainLoop& loop, SignalSource& source) {
+    SinkRecorder recorder(device.uid, device.outputChannels, 20);
+    const auto stream = audio.openOutput(device.id, false, source, {});
+    ASSERT_EQ(stream->channels(), device.outputChannels);
+    ASSERT_EQ(stream->sampleRate(), 48000);
+    EXPECT_FALSE(stream->isRunning());
+    stream->start();
+    EXPECT_TRUE(stream->isRunning());
+    ASSERT_TRUE(loop.runUntil([&] { return recorder.soundingFrames() >= 48000; }));
+    stream->pause();
+    const auto planes = recorder.stop();
+    EXPECT_FALSE(source.unlinked) << "rendered before the links were up";
+    const auto start = std::find_if(planes[0].begin(), planes[0].end(), [](float x) { return x != 0; });
+    const size_t first = size_t(start - planes[0].begin());
+    for (int c = 0; c < device.outputChannels; ++c) {
+        size_t wrong = 0;
+        for (size_t i = 0; i < 48000; ++i) wrong += planes[size_t(c)].at(first + i) != signal(c, i);
+        EXPECT_EQ(wrong, 0U) << device.uid << " channel " << c << ", recorder gaps: " << recorder.gaps();
+    }
+}
+
+TEST_F(PipeWireAudio, EachChannelArrivesOnItsOwnPortFromTheFirstFrameOnBitByBit) {
+    for (const auto& output : audio_->allOutputs()) {
+        source_.rendered = 0;
+        expectExact(*audio_, output, loop_, source_);
+    }
+}
+
+TEST_F(PipeWireAudio, BlocksLargerThanRenderTakesArriveWithoutAGap) {
+    server_.forceQuantum(8192);
+    expectExact(*audio_, device("sink12").value(), loop_, source_);
+    EXPECT_FALSE(source_.tooLarge);
+}
+
+TEST_F(PipeWireAudio, PauseReturnsOnlyWhenNoRenderRuns) {
+    const auto stream = open("sink16");
+    for (int round = 0; round < 20; ++round) {
+        stream->start();
+        runOn(1024 * (1 + round % 3));
+        stream->pause();
+        EXPECT_FALSE(stream->isRunning());
+        const uint64_t after = source_.rendered;
+        (void)audio_->allOutputs();
+        EXPECT_EQ(source_.rendered, after);
+    }
+    EXPECT_FALSE(source_.overlaps);
+}
+
+TEST_F(PipeWireAudio, TwoStreamsPlayAtOnceOnOneDeviceAndOnTwo) {
+    SignalSource other;
+    for (const char* uid : {"sink16", "sink2"}) {
+        const auto first = open("sink16");
+        const auto second = audio_->openOutput(device(uid)->id, false, other, {});
+        first->start();
+        second->start();
+        const uint64_t goal = other.rendered + 10240;
+        runOn(10240);
+        EXPECT_TRUE(loop_.runUntil([&] { return other.rendered >= goal; })) << uid;
+    }
+}
+
+TEST_F(PipeWireAudio, ADevicesEndIsToldOnceAndItsReturnMakesItPlayableAgain) {
+    auto stream = open("sink16");
+    const auto bystander = audio_->openOutput(device("sink2")->id, false, source_, [] { FAIL() << "not its device"; });
+    stream->start();
+    runOn(4096);
+    server_.removeSink("sink16");
+    expectChanges(1, "device gone");
+    EXPECT_FALSE(device("sink16"));
+    stream->pause();
+    EXPECT_THROW((void)audio_->openOutput(424242, false, source_, {}), Error);
+    server_.addSink("sink16", 16);
+    stream = open("sink16");
+    stream->start();
+    runOn(4096);
+}
+
+TEST_F(PipeWireAudio, OnlyStreamsThatFollowTheDefaultHearOfItsChange) {
+    server_.setDefaultSink("sink12");
+    const auto fixed = audio_->openOutput(device("sink12")->id, false, source_, [] { FAIL() << "doesn't follow"; });
+    auto follower = open("sink12", true);
+    server_.setDefaultSink("sink12");
+    expectChanges(0, "the same default again");
+    server_.setDefaultSink("sink16");
+    server_.setDefaultSink("sink2");
+    expectChanges(1, "default changed");
+    follower.reset();
+    changes_ = 0;
+    server_.setDefaultSink("sink16");
+    expectChanges(0, "closed stream");
+}
+
+TEST_F(PipeWireAudio, AnotherGraphRateIsToldOnceAndMetByTheNextOpening) {
+    auto stream = open("sink2");
+    EXPECT_EQ(stream->sampleRate(), 48000);
+    stream->start();
+    runOn(2048);
+    server_.forceRate(96000);
+    expectChanges(1, "other rate");
+    stream.reset();
+    stream = open("sink2");
+    EXPECT_EQ(stream->sampleRate(), 96000);
+    stream->start();
+    runOn(2048);
+    expectChanges(1, "the rate it was opened for");
+}
+
+TEST_F(PipeWireAudio, TheHeadlessOutputStandsInForAServerThatDiesUntilOneComes) {
+    const auto orphan = open("sink16");
+    orphan->start();
+    runOn(2048);
+    server_.kill();
+    expectChanges(1, "server gone");
+    orphan->pause();
+    EXPECT_THROW(orphan->start(), Error);
+    ASSERT_EQ(audio_->allOutputs(), HeadlessAudioSystem().allOutputs());
+
+    const auto interim = audio_->openOutput(audio_->defaultOutput().value(), true, source_, [this] { ++changes_; });
+    EXPECT_TRUE(interim->isCurrent());
+    interim->start();
+    runOn(2048);
+    server_.start();
+    EXPECT_FALSE(interim->isCurrent());
+    const auto stream = open("sink16");
+    EXPECT_TRUE(stream->isCurrent());
+    interim->pause();
+    stream->start();
+    runOn(2048);
+    expectChanges(1, "all in all");
+}
+
+TEST_F(PipeWireAudio, ASilentServerHangsNobody) {
+    const auto stream = open("sink16");
+    stream->start();
+    runOn(2048);
+    server_.freeze();
+    EXPECT_TRUE(audio_->allOutputs().empty());
+    EXPECT_THROW((void)audio_->openOutput(1, false, source_, {}), Error);
+    stream->pause();
+    EXPECT_FALSE(source_.overlaps);
+    server_.thaw();
+    EXPECT_TRUE(device("sink16"));
+}
+
+TEST(PipeWireStart, ASystemMadeBeforeTheServerFindsItLater) {
+    PrivatePipeWire server(PrivatePipeWire::Start::later);
+    ManualMainLoop loop;
+    const auto audio = makeAudioSystem(loop);
+    ASSERT_EQ(audio->allOutputs(), HeadlessAudioSystem().allOutputs());
+    server.start();
+    EXPECT_EQ(audio->allOutputs().size(), 3U);
+}
+
+}  // namespace
+}  // namespace brindlehum

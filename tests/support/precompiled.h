@@ -1,0 +1,19 @@
+// What nearly every test includes, compiled once for each test program.
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <memory>
+#include <numeric>
+#include <optional>
+#include <random>
+#include <span>
+#include <string>
+#include <vector>

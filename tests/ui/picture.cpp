@@ -1,0 +1,151 @@
+// The lanes as numbers and as pixels.
+#include <gtest/gtest.h>
+
+#include <QImage>
+#include <cmath>
+#include <random>
+
+#include "ui/picture/ruler_ticks.h"
+#include "ui/picture/waveform_picture.h"
+
+namespace brindlehum {
+namespace {
+
+using namespace WaveformPicture;
+
+WaveformData overview(int channels, int buckets, float low, float high) {
+    WaveformData data{channels, 10, buckets, buckets, {}, {}};
+    data.mins.assign(static_cast<size_t>(channels), std::vector<float>(static_cast<size_t>(buckets), low));
+    data.maxs.assign(static_cast<size_t>(channels), std::vector<float>(static_cast<size_t>(buckets), high));
+    return data;
+}
+
+TEST(WaveformPicture, AQuietFileIsDrawnLargerByAtMostThirtyDecibels) {
+    EXPECT_DOUBLE_EQ(viewGain(0), 1) << "silence";
+    EXPECT_DOUBLE_EQ(viewGain(1e-6F), 1);
+    EXPECT_NEAR(viewGain(0.5F), 1.9, 1e-6);
+    EXPECT_NEAR(viewGain(1.9F), 0.5, 1e-6) << "a file beyond full scale is drawn smaller";
+    EXPECT_DOUBLE_EQ(viewGain(0.001F), 31.6);
+    EXPECT_EQ(gainText(1.12), "");
+    EXPECT_EQ(gainText(1.9), "view +6 dB");
+    EXPECT_EQ(gainText(31.6), "view +30 dB");
+}
+
+TEST(WaveformPicture, ThePeakCountsBothSidesOfWhatIsLoaded) {
+    auto data = overview(2, 4, -0.25F, 0.125F);
+    EXPECT_FLOAT_EQ(peak(data), 0.25F);
+    data.maxs[1][2] = 0.75F;
+    EXPECT_FLOAT_EQ(peak(data), 0.75F);
+    data.loadedBuckets = 2;
+    EXPECT_FLOAT_EQ(peak(data), 0.25F);
+}
+
+TEST(WaveformPicture, ColumnsCoverEveryBucketInOrder) {
+    const unsigned seed = 20260117;
+    std::mt19937 random(seed);
+    for (int round = 0; round < 200; ++round) {
+        const int columns = std::uniform_int_distribution(1, 900)(random);
+        auto data = overview(1, std::uniform_int_distribution(1, 2000)(random), 0, 0);
+        // The last bucket may be short.
+        const int64_t total = data.bucketCount * data.bucketFrames - std::uniform_int_distribution(0, 9)(random);
+        int next = 0;
+        for (int column = 0; column < columns; ++column) {
+            const auto [first, last] = bucketsUnder(column, columns, data, total);
+            ASSERT_LE(first, next) << "a gap, seed " << seed << ", round " << round;
+            ASSERT_GT(last, first);
+            next = last;
+        }
+        ASSERT_EQ(next, data.bucketCount) << "seed " << seed << ", round " << round;
+    }
+}
+
+TEST(WaveformPicture, WhatIsNotLoadedStaysEmpty) {
+    auto data = overview(1, 100, -1, 1);
+    data.loadedBuckets = 50;
+    const auto before = bucketsUnder(49, 100, data, 1000);
+    EXPECT_EQ(before.last - before.first, 1);
+    const auto after = bucketsUnder(50, 100, data, 1000);
+    EXPECT_EQ(after.first, after.last);
+}
+
+TEST(WaveformPicture, PlayheadAndSpanStandAtTheirFrames) {
+    EXPECT_DOUBLE_EQ(playheadX(0, 1000, 100), -0.5);
+    EXPECT_DOUBLE_EQ(playheadX(504, 1000, 100), 49.5);
+    EXPECT_DOUBLE_EQ(playheadX(1000, 1000, 100), 99.5);
+    const Span area = span(250, 750, 1000, 200);
+    EXPECT_DOUBLE_EQ(area.x, 50);
+    EXPECT_DOUBLE_EQ(area.width, 100);
+}
+
+// Inked rows of a column, as first and last.
+std::pair<int, int> ink(const QImage& image, int x, int top, int bottom) {
+    int first = -1;
+    int last = -1;
+    for (int y = top; y < bottom; ++y) {
+        if (qAlpha(image.pixel(x, y)) == 0) continue;
+        if (first < 0) first = y;
+        last = y;
+    }
+    return {first, last};
+}
+
+QImage painted(const WaveformData& data, QSize size, double dpr) {
+    QImage image(size * dpr, QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(dpr);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    WaveformColors colors = Theme::darkTheme().waveform;
+    paintLanes(painter, QSizeF(size), dpr, &data, data.bucketCount * data.bucketFrames, {}, colors);
+    return image;
+}
+
+TEST(WaveformPicture, LanesFillTheirShareOfTheHeight) {
+    for (const double dpr : {1.0, 2.0}) {
+        auto data = overview(2, 50, -1, 1);
+        data.mins[1].assign(50, -0.5F);
+        data.maxs[1].assign(50, 0);
+        const QImage image = painted(data, {50, 200}, dpr);
+        const int half = static_cast<int>(100 * dpr);
+        const auto [loudTop, loudBottom] = ink(image, 10, 0, half);
+        // Full scale is drawn at 0.95 of 0.46 of the lane on either side of its middle.
+        EXPECT_NEAR(loudTop, half * (0.5 - 0.95 * 0.46), 1.01) << dpr;
+        EXPECT_NEAR(loudBottom, half * (0.5 + 0.95 * 0.46), 1.01) << dpr;
+        const auto [softTop, softBottom] = ink(image, 10, half + 1, 2 * half);
+        EXPECT_NEAR(softTop, half * 1.5, 1.01) << dpr;
+        EXPECT_NEAR(softBottom, half * (1.5 + 0.475 * 0.46), 1.01) << dpr;
+    }
+}
+
+TEST(WaveformPicture, ASilentFileIsAFlatLineWithoutAGainLabel) {
+    const QImage image = painted(overview(1, 50, 0, 0), {300, 100}, 1);
+    for (int x = 0; x < 300; ++x) EXPECT_EQ(ink(image, x, 0, 100), std::make_pair(50, 50)) << x;
+}
+
+TEST(RulerTicks, LabelsStandApartAndCoverTheFile) {
+    for (const double seconds : {0.004, 0.3, 1.0, 7.5, 59.9, 61.0, 600.0, 3601.0, 360000.0})
+        for (const double width : {120.0, 700.0, 3000.0}) {
+            const double step = RulerTicks::step(seconds, width, 84);
+            EXPECT_GE(step / seconds * width, 84) << seconds << " s on " << width;
+            const auto ticks = RulerTicks::ticks(seconds, width, 84);
+            ASSERT_FALSE(ticks.empty());
+            EXPECT_TRUE(ticks.front().major);
+            EXPECT_LE(ticks.back().seconds, seconds);
+            for (const auto& tick : ticks)
+                if (tick.major) {
+                    EXPECT_NEAR(std::remainder(tick.seconds, step), 0, step * 1e-6);
+                }
+        }
+    EXPECT_TRUE(RulerTicks::ticks(0, 100, 84).empty());
+}
+
+TEST(RulerTicks, LabelsShowWhatTheStepNeeds) {
+    EXPECT_EQ(RulerTicks::label(75, 15), "1:15");
+    EXPECT_EQ(RulerTicks::label(0, 1), "0:00");
+    EXPECT_EQ(RulerTicks::label(59.999999, 0.5), "1:00.0") << "rounding carries into the minute";
+    EXPECT_EQ(RulerTicks::label(0.25, 0.05), "0:00.25");
+    EXPECT_EQ(RulerTicks::label(1.002, 0.002), "0:01.002");
+    EXPECT_EQ(RulerTicks::label(3725, 60), "1:02:05");
+}
+
+}  // namespace
+}  // namespace brindlehum

@@ -1,0 +1,82 @@
+// The colours: legible on every ground, and the desktop's own choice of light or dark.
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QGuiApplication>
+#include <QImage>
+
+#include "desktop_bus.h"
+#include "ui/look/icons.h"
+#include "ui/look/theme.h"
+
+namespace brindlehum {
+namespace {
+
+TEST(Theme, TextStandsOutFromEveryGroundItStandsOn) {
+    for (const Theme* theme : {&Theme::darkTheme(), &Theme::lightTheme()}) {
+        SCOPED_TRACE(theme->dark ? "dark" : "light");
+        for (const auto& ground : {theme->window, theme->panel, theme->control, theme->hover}) {
+            SCOPED_TRACE(ground.name().toStdString());
+            EXPECT_GE(contrast(theme->text, ground), 7);
+            EXPECT_GE(contrast(theme->secondary, ground), 4.5);
+            EXPECT_GE(contrast(theme->accent, ground), 3) << "focus rings and icons of pressed toggles";
+        }
+        EXPECT_GE(contrast(theme->warning, theme->window), 4.5);
+        EXPECT_GE(contrast(theme->onAccent, theme->accent), 4.5);
+        EXPECT_GE(contrast(theme->text, theme->accentGround), 4.5);
+        EXPECT_GE(contrast(theme->accent, theme->accentGround), 3);
+        for (const auto& wave : {theme->waveform, theme->hudWaveform}) {
+            EXPECT_GE(contrast(wave.wave, wave.background), 3);
+            EXPECT_GE(contrast(wave.playhead, wave.background), 3);
+            EXPECT_GE(contrast(wave.label, wave.background), 4.5);
+        }
+    }
+    EXPECT_NEAR(contrast(Qt::black, Qt::white), 21, 1e-6);
+}
+
+TEST(Theme, EveryTokenOfTheStyleSheetHasAColour) {
+    for (const Theme* theme : {&Theme::darkTheme(), &Theme::lightTheme()}) {
+        EXPECT_FALSE(theme->styleSheet().isEmpty());
+        EXPECT_FALSE(theme->styleSheet().contains('@'));
+    }
+}
+
+TEST(Theme, FollowsTheDesktopPortal) {
+    const auto becomes = [](bool dark) {
+        for (QDeadlineTimer patience(20000); !patience.hasExpired();) {
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+            if (Theme::current().dark == dark) return true;
+        }
+        return false;
+    };
+    const bool before = Theme::current().dark;
+    test::FakePortal portal(qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS"), before ? 2 : 1);
+    ASSERT_TRUE(portal.isReady());
+    {
+        ThemeController theme;
+        EXPECT_TRUE(becomes(!before)) << "the preference that stands at the start";
+        portal.prefer(before ? 1 : 2);
+        EXPECT_TRUE(becomes(before)) << "a change while running";
+        portal.prefer(before ? 2 : 1);
+        EXPECT_TRUE(becomes(!before));
+        EXPECT_EQ(QGuiApplication::palette().color(QPalette::Window), Theme::current().window);
+    }
+    ThemeController().apply(before);
+}
+
+TEST(Icons, EverySymbolOfOurSetHasInk) {
+    for (const char* name : {"play", "stop", "loop", "autoplay", "drag", "level", "speakers", "headphones", "folder",
+                             "file", "up", "plus", "minus", "clear", "warning", "channels", "listen"}) {
+        const QImage image = symbol(name).pixmap(32, 32).toImage().convertToFormat(QImage::Format_ARGB32);
+        int inked = 0;
+        for (int y = 0; y < image.height(); ++y)
+            for (int x = 0; x < image.width(); ++x) inked += qAlpha(image.pixel(x, y)) > 128 ? 1 : 0;
+        EXPECT_GT(inked, 20) << name;
+        EXPECT_LT(inked, 800) << name;
+    }
+    EXPECT_FALSE(applicationIcon().isNull());
+}
+
+}  // namespace
+}  // namespace brindlehum

@@ -1,0 +1,302 @@
+// The windows as a whole: their memory, the menus, the status menu, and what a keyboard and a reader can reach.
+#include <QAbstractButton>
+#include <QAbstractSlider>
+#include <QAbstractSpinBox>
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDropEvent>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QSplitter>
+#include <QTabWidget>
+#include <QTest>
+#include <QToolButton>
+#include <algorithm>
+#include <fstream>
+
+#include "platform/headless_audio.h"
+#include "ui/browser/browser_table.h"
+#include "ui/browser/browser_view.h"
+#include "ui/inspector/inspector_view.h"
+#include "ui/look/elided_label.h"
+#include "ui/look/file_drag.h"
+#include "ui/player/player_view.h"
+#include "ui/settings/settings_window.h"
+#include "ui/sidebar/sidebar_view.h"
+#include "ui/window/app_windows.h"
+#include "ui/window/main_window.h"
+#include "ui/window/status_menu.h"
+#include "ui/window/ui_state.h"
+#include "window_fixture.h"
+
+namespace brindlehum {
+namespace {
+
+struct Windows : test::WindowTest {
+    QAction* entry(const QWidget& root, const QString& text) {
+        for (auto* action : root.findChildren<QAction*>())
+            if (action->text() == text) return action;
+        ADD_FAILURE() << "no entry " << text.toStdString();
+        return nullptr;
+    }
+    bool goTo(MainWindow& window, const std::filesystem::path& path) {
+        window.openPath(path);
+        return settle([&] { return !model.library().isListing(); });
+    }
+};
+
+// What a user can operate; scroll bars and the parts of compound widgets aside.
+bool isControl(const QWidget& widget) {
+    const auto* line = qobject_cast<const QLineEdit*>(&widget);
+    if (line && qobject_cast<const QAbstractSpinBox*>(line->parentWidget())) return false;
+    if (qobject_cast<const QLineEdit*>(widget.parentWidget())) return false;  // Escape does what its button does
+    if (qobject_cast<const QScrollBar*>(&widget) || widget.objectName().startsWith("qt_")) return false;
+    if (qobject_cast<const QHeaderView*>(&widget)) return false;  // the View menu sorts as well
+    return qobject_cast<const QAbstractButton*>(&widget) || qobject_cast<const QAbstractSlider*>(&widget) ||
+           qobject_cast<const QAbstractSpinBox*>(&widget) || qobject_cast<const QComboBox*>(&widget) || line ||
+           qobject_cast<const QAbstractItemView*>(&widget) || qobject_cast<const WaveformView*>(&widget);
+}
+
+QSet<const QWidget*> tabStops(QWidget& window) {
+    QSet<const QWidget*> stops;
+    for (QWidget* at = window.nextInFocusChain(); at && at != &window; at = at->nextInFocusChain())
+        if (at->isVisible() && at->isEnabled() && at->focusPolicy() & Qt::TabFocus) stops.insert(at);
+    return stops;
+}
+
+void expectReachable(QWidget& window) {
+    const auto stops = tabStops(window);
+    int controls = 0;
+    for (const auto* widget : window.findChildren<QWidget*>()) {
+        if (!widget->isVisibleTo(&window) || !isControl(*widget) || widget->window() != &window) continue;
+        ++controls;
+        const auto* button = qobject_cast<const QAbstractButton*>(widget);
+        const QString name = widget->accessibleName().isEmpty() && button ? button->text() : widget->accessibleName();
+        EXPECT_FALSE(name.isEmpty()) << widget->metaObject()->className() << " has no accessible name";
+        EXPECT_TRUE(!widget->isEnabled() || stops.contains(widget)) << name.toStdString() << " can't be reached by Tab";
+    }
+    EXPECT_GE(controls, 2);
+}
+
+TEST_F(Windows, EveryControlHasANameAndATabStop) {
+    ASSERT_TRUE(load(file("field_ambix.wav", 4)));
+    player.select(FrameRange{1000, 20000});
+    MainWindow window(model);
+    window.show();
+    ASSERT_TRUE(goTo(window, folder.path()));
+    expectReachable(window);
+    SettingsWindow settings(model.library(), model.engine().devices(), [] {});
+    settings.show();
+    auto* tabs = settings.findChild<QTabWidget*>();
+    for (int tab = 0; tab < tabs->count(); ++tab) {
+        tabs->setCurrentIndex(tab);
+        expectReachable(settings);
+    }
+}
+
+TEST_F(Windows, DropsLoadFilesAndOpenFoldersAndTheSidebarTakesThemIntoTheLibrary) {
+    std::filesystem::create_directories(folder / "inner");
+    const auto path = file("inner/drop.wav", 2);
+    std::ofstream(folder / "notes.txt") << "x";
+    EXPECT_FALSE(droppable({folder / "notes.txt"}));
+    EXPECT_EQ(droppable({folder / "notes.txt", path}), path);
+    MainWindow window(model);
+    window.show();
+    const std::unique_ptr<QMimeData> data(FileDrag::mimeData({path}));
+    QDragEnterEvent enter({10, 10}, Qt::CopyAction, data.get(), Qt::LeftButton, {});
+    QApplication::sendEvent(&window, &enter);
+    EXPECT_TRUE(enter.isAccepted());
+    EXPECT_TRUE(named(window, "Drop target")->isVisible());
+    QDropEvent drop({10, 10}, Qt::CopyAction, data.get(), Qt::LeftButton, {});
+    QApplication::sendEvent(&window, &drop);
+    EXPECT_FALSE(named(window, "Drop target")->isVisible());
+    ASSERT_TRUE(settle([&] { return player.info() && player.info()->url == path; }));
+    EXPECT_EQ(model.library().folder(), folder / "inner");
+    ASSERT_TRUE(settle([&] { return window.browser().table().selectedEntries().size() == 1; }));
+    EXPECT_FALSE(player.isPlaying()) << "auto-play is off";
+
+    const std::unique_ptr<QMimeData> mixed(FileDrag::mimeData({folder / "notes.txt", folder / "inner"}));
+    const auto rootsAfterDropOn = [&](const QWidget& part) {
+        const QPoint at = part.mapTo(&window, part.rect().center());
+        QDragEnterEvent over(at, Qt::CopyAction, mixed.get(), Qt::LeftButton, {});
+        QApplication::sendEvent(&window, &over);
+        QDropEvent onto(at, Qt::CopyAction, mixed.get(), Qt::LeftButton, {});
+        QApplication::sendEvent(&window, &onto);
+        return model.settings().value().libraryRoots;
+    };
+    EXPECT_EQ(rootsAfterDropOn(window.browser()), std::vector<std::string>());
+    EXPECT_EQ(rootsAfterDropOn(window.sidebar()), std::vector{(folder / "inner").string()});
+}
+
+TEST_F(Windows, TheWindowAndItsPartsComeBack) {
+    {
+        MainWindow window(model);
+        window.resize(1000, 700);
+        window.show();
+        auto* head = window.browser().table().header();
+        head->resizeSection(BrowserTableModel::Category, 155);
+        head->moveSection(head->visualIndex(BrowserTableModel::Format), 1);
+        window.sidebar().setFolded({"Places"});
+        window.showInspector(false);
+        window.close();
+    }
+    MainWindow again(model);
+    again.show();
+    EXPECT_EQ(again.size(), QSize(1000, 700));
+    const auto* head = again.browser().table().header();
+    EXPECT_EQ(head->sectionSize(BrowserTableModel::Category), 155);
+    EXPECT_EQ(head->visualIndex(BrowserTableModel::Format), 1);
+    EXPECT_EQ(again.sidebar().folded(), QStringList{"Places"});
+    EXPECT_FALSE(again.inspector().isVisible());
+    defaults.set(UIState::key, "{\"inspector\": 3, ");
+    EXPECT_EQ(UIState::load(defaults), UIState{});
+}
+
+TEST_F(Windows, ThePlayerIsHigherForASoundfieldAndKeepsWhatTheUserAdded) {
+    MainWindow window(model);
+    window.resize(1200, 900);
+    window.show();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(window.playerView().height(), 170);
+    ASSERT_TRUE(load(file("field_ambix.wav", 4)));
+    EXPECT_TRUE(settle([&] { return window.playerView().height() == 204; })) << window.playerView().height();
+    auto* split = window.findChild<QSplitter*>("playerSplit");
+    split->setSizes({400, 260});
+    Q_EMIT split->splitterMoved(400, 1);
+    const int extra = window.playerView().height() - 204;
+    EXPECT_GT(extra, 0);
+    ASSERT_TRUE(load(file("plain.wav", 2)));
+    EXPECT_TRUE(settle([&] { return window.playerView().height() == 170 + extra; })) << window.playerView().height();
+    for (const int width : {1600, 960, 520}) {
+        window.showSidebar(width > 520);
+        window.showInspector(width > 520);
+        EXPECT_TRUE(settle([&] {
+            window.resize(width, 700);
+            return window.width() == width;
+        })) << width
+            << ": the controls give way";
+        EXPECT_EQ(named(window, "Source format")->sizeHint().width() < 70, width < 1600);
+    }
+}
+
+TEST_F(Windows, NoticesTellWhatIsAmiss) {
+    MainWindow fine(model);
+    EXPECT_TRUE(named(fine, "Notices")->isHidden()) << "all is well";
+    HeadlessAudioSystem silent;
+    const auto blocked = folder / "blocked";
+    std::ofstream(blocked) << "x";
+    AppModel lame{{loop, silent, defaults, desktop, blocked / "Catalog.sqlite"}};
+    MainWindow window(lame);
+    QStringList buttons;
+    for (const auto* button : named(window, "Notices")->findChildren<QPushButton*>()) buttons << button->text();
+    EXPECT_EQ(buttons, (QStringList{"Check Again", "Show Its Folder"}));
+}
+
+TEST_F(Windows, TheLibraryTabListsAddsRescansAndRemoves) {
+    const std::string one = folder / "one";
+    const std::string two = folder / "two";
+    for (const auto& root : {one, two}) std::filesystem::create_directories(root);
+    int asked = 0;
+    SettingsWindow settings(model.library(), model.engine().devices(), [&] { ++asked; });
+    settings.show();
+    settings.findChild<QTabWidget*>()->setCurrentIndex(2);
+    model.library().addRoot(one);
+    model.library().addRoot(two);
+    const auto button = [&](const QString& text) {
+        for (auto* candidate : settings.findChildren<QPushButton*>())
+            if ((candidate->accessibleName() == text || candidate->text() == text) && candidate->isVisible())
+                return candidate;
+        return static_cast<QPushButton*>(nullptr);
+    };
+    button("Add Folder…")->click();
+    EXPECT_EQ(asked, 1);
+    ASSERT_TRUE(settle([&] { return model.library().indexing().empty(); }));
+    std::filesystem::remove(two);
+    button("Rescan All")->click();
+    EXPECT_EQ(model.library().indexing().size(), 2);
+    const auto tells = [&](const QString& text) {
+        return std::ranges::any_of(settings.findChildren<ElidedLabel*>(),
+                                   [&](const ElidedLabel* label) { return label->fullText().contains(text); });
+    };
+    EXPECT_TRUE(settle([&] { return tells("“two” can't be reached"); }));
+    ASSERT_TRUE(button("Remove " + QString::fromStdString(one)));
+    button("Remove " + QString::fromStdString(one))->click();
+    EXPECT_EQ(model.settings().value().libraryRoots, std::vector<std::string>{two});
+    ASSERT_TRUE(settle([&] { return !button("Remove " + QString::fromStdString(one)); }));
+    EXPECT_TRUE(button("Remove " + QString::fromStdString(two)));
+}
+
+TEST_F(Windows, MenuEntriesCallTheirModels) {
+    ASSERT_TRUE(load(file("menu.wav", 2)));
+    AppWindows windows(model);
+    MainWindow* window = nullptr;
+    for (auto* widget : QApplication::topLevelWidgets())
+        if (auto* found = qobject_cast<MainWindow*>(widget)) window = found;
+    ASSERT_TRUE(window);
+    EXPECT_EQ(window->windowTitle(), "Brindlehum");
+    const std::vector<std::pair<QString, QString>> shortcuts = {
+        {"Expert Mode", "Ctrl+Alt+E"},     {"Play / Stop", "Ctrl+Return"},
+        {"Toggle Loop", "Ctrl+L"},         {"Clear Selection", "Ctrl+D"},
+        {"Settings…", "Ctrl+,"},           {"Quit", "Ctrl+Q"},
+        {"Add Library Folder…", "Ctrl+O"}, {"Find", "Ctrl+F"}};
+    for (const auto& [text, keys] : shortcuts) EXPECT_EQ(entry(*window, text)->shortcut(), QKeySequence(keys));
+    entry(*window, "Expert Mode")->trigger();
+    EXPECT_TRUE(model.settings().value().expertMode);
+    entry(*window, "Toggle Loop")->trigger();
+    EXPECT_TRUE(player.loop());
+    entry(*window, "Play / Stop")->trigger();
+    EXPECT_TRUE(loop.runUntil([&] { return player.isPlaying(); }));
+    const auto* head = window->browser().table().header();
+    for (const int expected : {int(BrowserTableModel::Length), int(BrowserTableModel::Length), -1}) {
+        entry(*window, "Sort by Length")->trigger();
+        EXPECT_EQ(head->sortIndicatorSection(), expected) << "up, down, and back to the order as given";
+    }
+    bool inspected = window->inspector().isVisible();
+    entry(*window, "Metadata Inspector")->trigger();
+    EXPECT_NE(window->inspector().isVisible(), inspected);
+    EXPECT_EQ(named<QToolButton>(*window, "Metadata inspector")->isChecked(), !inspected);
+    player.select(FrameRange{0, 9000});
+    entry(*window, "Clear Selection")->trigger();
+    EXPECT_FALSE(player.selection());
+    entry(*window, "Settings…")->trigger();
+    bool open = false;
+    for (auto* widget : QApplication::topLevelWidgets())
+        open = open || (qobject_cast<SettingsWindow*>(widget) && widget->isVisible());
+    EXPECT_TRUE(open);
+    window->close();
+    model.openWindow("main");
+    EXPECT_TRUE(window->isVisible()) << "the application stays when its window closes";
+}
+
+TEST_F(Windows, StatusMenuAndSettingsAreOneState) {
+    StatusMenu status(model, [] {});
+    SettingsWindow settings(model.library(), model.engine().devices(), [] {});
+    settings.show();
+    QCheckBox* box = nullptr;
+    for (auto* candidate : settings.findChildren<QCheckBox*>())
+        if (candidate->text() == "Auto-play when the selection changes") box = candidate;
+    ASSERT_TRUE(box);
+    entry(status.menu(), "Auto-Play")->trigger();
+    EXPECT_TRUE(model.settings().value().autoPlay);
+    EXPECT_TRUE(box->isChecked());
+    box->click();
+    EXPECT_FALSE(entry(status.menu(), "Auto-Play")->isChecked());
+    EXPECT_TRUE(entry(status.menu(), "Room 9.1.6")->isChecked()) << "the first one without a choice";
+    entry(status.menu(), "Nearfield")->trigger();
+    EXPECT_EQ(model.settings().activeProfile().name, "Nearfield");
+    EXPECT_TRUE(entry(status.menu(), "Nearfield")->isChecked());
+    model.settings().change([](AppSettings& s) { s.profiles[1].name = "Desk"; });
+    EXPECT_TRUE(entry(status.menu(), "Desk")->isChecked());
+    QStringList texts;
+    for (const auto* action : status.menu().actions()) texts << (action->isSeparator() ? "-" : action->text());
+    EXPECT_EQ(texts,
+              (QStringList{"Auto-Play", "-", "Output", "-", "Show Browser", "Settings…", "-", "Quit Brindlehum"}));
+}
+
+}  // namespace
+}  // namespace brindlehum

@@ -1,0 +1,78 @@
+// BrowserTable: the browser's rows on screen, with the keys, the drag and the column memory.
+#pragma once
+
+#include <QTreeView>
+#include <filesystem>
+#include <set>
+#include <vector>
+
+#include "ui/browser/browser_table_model.h"
+
+namespace brindlehum {
+
+class BrowserTable : public QTreeView {
+    Q_OBJECT
+public:
+    explicit BrowserTable(QWidget* parent = nullptr);
+
+    BrowserTableModel& rows() { return model_; }
+    // Shows other rows and keeps what is selected as far as it is among them, without announcing that as the user's
+    // choice. `fresh` means another place, whose top comes into sight.
+    void showEntries(std::vector<BrowserEntry> entries, bool fresh);
+    std::vector<BrowserEntry> selectedEntries() const;  // in the order of the rows
+    // Selects one row without announcing it; false when it isn't shown.
+    bool mark(const std::filesystem::path& url);
+    void selectFirst();  // as the user would
+    // Selects these, without announcing it, as soon as some of them are among the rows.
+    void expect(const std::vector<std::filesystem::path>& urls) { expected_ = {urls.begin(), urls.end()}; }
+    // What a click on this column's head does: up, down, then back to the order as given.
+    void sortBy(int column);
+    // Folders keep the sorting that the user gave them; every search begins ranked.
+    void setSearching(bool searching);
+
+    // Widths and order of the columns; the sorting begins anew.
+    QByteArray saveColumns() const;
+    void restoreColumns(const QByteArray& state);
+    void resetColumns();
+
+Q_SIGNALS:
+    // The user has changed what is selected.
+    void chosen();
+    // The selection differs, for whatever reason.
+    void selectionMoved();
+    void activatedEntry(const brindlehum::BrowserEntry& entry);
+    void togglePlay();
+    void goUp();
+    void typed(const QString& text);
+    void columnsChanged();
+    void menuAsked(const QPoint& globalPosition);
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void startDrag(Qt::DropActions actions) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
+
+private:
+    void connectHeader();
+    void headMenu(const QPoint& position);
+    void fitColumns();
+    void keepMinimum(int column, int width);
+    void selectAgain(const std::set<std::filesystem::path>& wanted, const std::filesystem::path& current);
+    bool handleKey(const QKeyEvent& event);
+
+    BrowserTableModel model_;
+    std::set<std::filesystem::path> expected_;
+    bool searching_ = false;
+    int folderColumn_ = BrowserTableModel::unsorted;  // the sorting of folders, while searching
+    Qt::SortOrder folderOrder_ = Qt::AscendingOrder;
+    bool fitted_ = true;    // no width has been set by the user
+    bool fitting_ = false;  // widths are being set by us
+    bool quiet_ = false;    // a selection that isn't the user's
+};
+
+// What follows the pointer in a drag: the file's name, or how many they are.
+QPixmap dragPicture(const std::vector<BrowserEntry>& entries, const QFont& font, double dpr);
+
+}  // namespace brindlehum

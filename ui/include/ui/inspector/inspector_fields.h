@@ -1,0 +1,52 @@
+// InspectorFields: the texts of the inspector over one or many files, and what of them the user has changed.
+#pragma once
+
+#include <QString>
+#include <array>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "library/meta/metadata_changes.h"
+
+namespace brindlehum {
+
+class InspectorFields {
+public:
+    struct Field {
+        const char* tag;  // of SoundMeta::ixmlTags
+        const char* label;
+        bool severalLines = false;
+    };
+    static const std::array<Field, 15> fields;  // in the order to show
+
+    // Forgets every edit.
+    void load(const std::vector<SoundMeta>& files);
+
+    QString text(const std::string& tag) const;
+    // The files differ here, and the user hasn't said yet what should hold for all.
+    bool isMixed(const std::string& tag) const;
+    bool isEdited(const std::string& tag) const { return edited_.contains(tag); }
+    int rating() const { return rating_; }
+
+    // Marks the field as edited, the empty text too.
+    void setText(const std::string& tag, const QString& text);
+    // The star that stands for the rating already takes it away.
+    void clickStar(int star);
+
+    bool hasEdits() const { return !edited_.empty() || ratingEdited_; }
+    MetadataChanges changes() const;
+    // What was edited is now what all files hold.
+    void saved();
+
+private:
+    std::map<std::string, QString> values_;
+    std::set<std::string> mixed_;
+    std::set<std::string> edited_;
+    int rating_ = 0;
+    bool ratingEdited_ = false;
+};
+
+}  // namespace brindlehum

@@ -1,0 +1,85 @@
+// InspectorView: the metadata of the selected files as a form, saved into the files and shared with the team.
+#pragma once
+
+#include <QWidget>
+#include <filesystem>
+#include <map>
+#include <vector>
+
+#include "library/model/library_model.h"
+#include "ui/inspector/inspector_fields.h"
+
+class QLabel;
+class QPushButton;
+class QStackedLayout;
+
+namespace brindlehum {
+
+class ElidedLabel;
+class EmptyState;
+class StarRow;
+class TextField;
+
+// Edits that aren't saved outlive a change of the selection: the form stays with the files that they belong to, and
+// says so, until they are saved or discarded.
+class InspectorView : public QWidget {
+    Q_OBJECT
+public:
+    static constexpr int minWidth = 260;  // logical pixels, as are the next two
+    static constexpr int idealWidth = 300;
+    static constexpr int maxWidth = 420;
+
+    explicit InspectorView(LibraryModel& library, QWidget* parent = nullptr);
+
+    // What is selected in the browser, folders left out.
+    void setSelection(const std::vector<BrowserEntry>& selected);
+    const std::vector<std::filesystem::path>& urls() const { return urls_; }
+    const InspectorFields& fields() const { return fields_; }
+    bool isLoading() const { return loading_; }
+    TextField& field(const std::string& tag) { return *rows_.at(tag).field; }
+
+    void save();
+    void revert();
+    void rename();
+    // Before the application ends: true when there is nothing unsaved, or the user has said what becomes of it.
+    bool settleEdits();
+
+    // A test may answer in place of the user: whether `count` files shall be renamed, and what becomes of unsaved
+    // edits.
+    enum class Unsaved { save, discard, keep };
+    std::function<bool(size_t count)> confirmRename;
+    std::function<Unsaved()> askUnsaved;
+
+private:
+    struct Row {
+        QLabel* label;
+        TextField* field;
+    };
+    QWidget* makePendingBar();
+    QWidget* makeForm();
+    QWidget* makeButtons();
+    void load(std::vector<std::filesystem::path> urls);
+    void arrived(const std::vector<SoundMeta>& metas);
+    void show();
+    void refreshState();
+    void followSelection();
+
+    LibraryModel& library_;
+    InspectorFields fields_;
+    std::vector<std::filesystem::path> urls_;  // of the form
+    std::vector<BrowserEntry> selected_;       // in the browser
+    bool loading_ = false;
+    int generation_ = 0;  // of the newest load
+    std::map<std::string, Row> rows_;
+    QStackedLayout* stack_;
+    EmptyState* empty_;
+    QWidget* form_;
+    ElidedLabel* headline_;
+    QWidget* pending_;
+    StarRow* stars_;
+    QPushButton* save_;
+    QPushButton* revert_;
+    QPushButton* rename_;
+};
+
+}  // namespace brindlehum

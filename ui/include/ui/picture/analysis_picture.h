@@ -1,0 +1,33 @@
+// AnalysisPicture: a piece of music and its analysis on one page, to look at and to pass on.
+#pragma once
+
+#include <QImage>
+#include <QSize>
+#include <QString>
+#include <span>
+
+#include "analysis/music_analysis.h"
+#include "ui/look/theme.h"
+
+namespace brindlehum::AnalysisPicture {
+
+struct Content {
+    QString name;   // the file's, elided where it is too long
+    QString facts;  // what is known of the file, for the corner of the page
+    std::span<const float> mono;
+    double monoRate = 0;                      // Hz
+    const MusicAnalysis* analysis = nullptr;  // none: the waveform alone
+    QString remark;                           // says why there is no analysis
+    double seconds() const { return monoRate > 0 ? double(mono.size()) / monoRate : 0; }
+};
+
+// The page is laid out for this size and scaled to others; what a size has beyond its proportions goes to the plots.
+inline constexpr QSize pageSize(1600, 1200);
+
+// Needs a QGuiApplication, for the fonts. An image that can't be allocated is null.
+QImage draw(const Content& content, const Theme& theme, QSize size = pageSize);
+
+// Where a time stands on the image, in its pixels.
+double xAt(double seconds, double duration, QSize size);
+
+}  // namespace brindlehum::AnalysisPicture

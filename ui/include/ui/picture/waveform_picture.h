@@ -1,0 +1,46 @@
+// WaveformPicture: the lanes of an overview as numbers and as paint.
+#pragma once
+
+#include <QPainter>
+#include <QString>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "audio/wave/waveform.h"
+#include "ui/look/theme.h"
+
+namespace brindlehum::WaveformPicture {
+
+// A quiet file is drawn larger, by at most 30 dB.
+inline constexpr double maxViewGain = 31.6;
+
+// Largest absolute value over all lanes of what is loaded so far.
+float peak(const WaveformData& data);
+double viewGain(float peak);
+// "view +12 dB" once the gain is more than 1 dB, else empty.
+QString gainText(double gain);
+
+// Buckets [first, last) under column `column` of `columns`; empty where nothing is loaded yet.
+struct Buckets {
+    int first = 0;
+    int last = 0;
+};
+Buckets bucketsUnder(int column, int columns, const WaveformData& data, int64_t totalFrames);
+
+// Left edge of the playhead, which is `playheadWidth` logical pixels wide.
+inline constexpr double playheadWidth = 1.5;
+double playheadX(double frame, int64_t totalFrames, double width);
+// Where a span of frames lies: left edge and width in logical pixels.
+struct Span {
+    double x = 0;
+    double width = 0;
+};
+Span span(int64_t lower, int64_t upper, int64_t totalFrames, double width);
+
+// Paints lanes, separators, lane labels and the gain label into `size` logical pixels at device pixel ratio `dpr`;
+// `data` may be null. The background and the selection are the caller's.
+void paintLanes(QPainter& painter, const QSizeF& size, double dpr, const WaveformData* data, int64_t totalFrames,
+                const std::vector<std::string>& labels, const WaveformColors& colors);
+
+}  // namespace brindlehum::WaveformPicture

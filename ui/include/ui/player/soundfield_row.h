@@ -1,0 +1,38 @@
+// SoundfieldRow: turns the sound field of an Ambisonic source.
+#pragma once
+
+#include <QWidget>
+
+#include "mix/player/player_model.h"
+
+class QLabel;
+
+namespace brindlehum {
+
+class ValueSlider;
+
+class SoundfieldRow : public QWidget {
+    Q_OBJECT
+public:
+    explicit SoundfieldRow(PlayerModel& player, QWidget* parent = nullptr);
+    void refresh();
+
+protected:
+    // A double click on the row's label resets, as the button does.
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    struct Axis {
+        double Rotation::*angle;
+        ValueSlider* slider;
+        QLabel* value;
+    };
+    Axis makeAxis(const QString& name, double Rotation::*angle, double limit);
+    void reset();
+
+    PlayerModel& player_;
+    QLabel* title_;
+    Axis axes_[3];
+};
+
+}  // namespace brindlehum

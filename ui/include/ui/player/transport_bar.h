@@ -1,0 +1,35 @@
+// TransportBar: play, loop, auto-play and the level.
+#pragma once
+
+#include <QWidget>
+
+#include "mix/player/player_model.h"
+
+class QLabel;
+class QToolButton;
+
+namespace brindlehum {
+
+class ValueSlider;
+
+class TransportBar : public QWidget {
+    Q_OBJECT
+public:
+    explicit TransportBar(PlayerModel& player, QWidget* parent = nullptr);
+    void refresh();  // after a change of the player or the settings
+    // A short slider without its value beside it.
+    void setNarrow(bool narrow);
+
+private:
+    void makeToggles();
+    void makeLevel();
+
+    PlayerModel& player_;
+    QToolButton* play_;
+    QToolButton* loop_;
+    QToolButton* autoPlay_;
+    ValueSlider* level_;
+    QLabel* levelValue_;
+};
+
+}  // namespace brindlehum

@@ -1,0 +1,93 @@
+// WaveformGesture: what the mouse means on a waveform, as a state machine without a widget.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <variant>
+
+#include "mix/player/player_model.h"
+
+namespace brindlehum::WaveformGesture {
+
+// Logical pixels from the upper left corner of the waveform.
+struct Point {
+    double x = 0;
+    double y = 0;
+    bool operator==(const Point&) const = default;
+};
+
+// Movement on either axis beyond which a press is a drag, in logical pixels.
+inline constexpr double dragThreshold = 3;
+
+struct Idle {
+    bool operator==(const Idle&) const = default;
+};
+struct Pending {
+    Point start;
+    bool inSelection = false;
+    bool whole = false;  // Control was held: the drag takes the whole file
+    bool operator==(const Pending&) const = default;
+};
+struct Selecting {
+    int64_t anchor = 0;  // frame
+    bool operator==(const Selecting&) const = default;
+};
+// A file is on its way out; the system has the mouse.
+struct Dragging {
+    bool operator==(const Dragging&) const = default;
+};
+using Gesture = std::variant<Idle, Pending, Selecting, Dragging>;
+
+// What the gesture is made on.
+struct Surface {
+    double width = 0;  // logical pixels
+    int64_t totalFrames = 0;
+    std::optional<FrameRange> selection;
+    bool canDragSelection = false;  // a drag from inside the selection takes it out instead of selecting anew
+};
+
+struct Press {
+    Point at;
+    bool whole = false;
+};
+struct Move {
+    Point at;
+};
+struct Release {
+    Point at;
+};
+// The gesture is broken off: Escape, or the mouse was taken away.
+struct Cancel {};
+using Event = std::variant<Press, Move, Release, Cancel>;
+
+struct Seek {
+    int64_t frame = 0;
+    bool operator==(const Seek&) const = default;
+};
+// The selection under way; not the model's yet.
+struct Preview {
+    FrameRange range;
+    bool operator==(const Preview&) const = default;
+};
+// The selection as it was let go; may be empty.
+struct Select {
+    FrameRange range;
+    bool operator==(const Select&) const = default;
+};
+struct StartDrag {
+    bool selectionOnly = false;
+    bool operator==(const StartDrag&) const = default;
+};
+using Action = std::variant<std::monostate, Seek, Preview, Select, StartDrag>;
+
+struct Step {
+    Gesture next;
+    Action action;
+};
+
+Step step(const Gesture& gesture, const Event& event, const Surface& surface);
+
+// The frame under x, which is clamped to the width; 0 without frames or width.
+int64_t frameAt(double x, double width, int64_t totalFrames);
+
+}  // namespace brindlehum::WaveformGesture

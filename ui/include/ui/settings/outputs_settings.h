@@ -1,0 +1,46 @@
+// OutputsSettings: the list of output profiles and the editor of the selected one.
+#pragma once
+
+#include <QWidget>
+#include <optional>
+
+#include "mix/engine/audio_devices.h"
+#include "settings/settings_store.h"
+
+class QListWidget;
+class QStackedLayout;
+class QToolButton;
+
+namespace brindlehum {
+
+class ProfileEditor;
+
+class OutputsSettings : public QWidget {
+    Q_OBJECT
+public:
+    OutputsSettings(SettingsStore& settings, const AudioDevices& devices);
+    const std::optional<UUID>& selectedID() const { return selectedID_; }
+
+protected:
+    // The devices are asked for anew each time the tab appears.
+    void showEvent(QShowEvent* event) override;
+
+private:
+    QWidget* makeList();
+    void refresh();
+    void refreshList();
+    void select(std::optional<UUID> id);
+    void add();
+    void remove();
+
+    SettingsStore& settings_;
+    const AudioDevices& devices_;
+    std::optional<UUID> selectedID_;
+    QListWidget* list_;
+    QToolButton* minus_;
+    QStackedLayout* stack_;
+    QWidget* none_;
+    ProfileEditor* editor_;
+};
+
+}  // namespace brindlehum

@@ -1,0 +1,72 @@
+// SidebarView: the library's roots, the facets of what is indexed, and other places, above the state of the index.
+#pragma once
+
+#include <QTreeView>
+#include <QWidget>
+
+#include "library/model/library_model.h"
+#include "ui/sidebar/sidebar_model.h"
+
+class QProgressBar;
+
+namespace brindlehum {
+
+class ElidedLabel;
+class SidebarTree;
+class SymbolLabel;
+
+class SidebarView : public QWidget {
+    Q_OBJECT
+public:
+    explicit SidebarView(LibraryModel& library, QWidget* parent = nullptr);
+
+    QTreeView& tree();
+    SidebarModel& rows() { return rows_; }
+    void refresh();
+    // What a click on a row does.
+    void activate(const SidebarRow& row);
+    // The names of the sections that are folded up.
+    QStringList folded() const;
+    void setFolded(const QStringList& names);
+
+Q_SIGNALS:
+    void addFolderAsked();
+    void typed(const QString& text);  // a letter, which belongs to the search
+    void foldedChanged();
+
+private:
+    QWidget* makeFooter();
+    void refreshFooter();
+    void toggle(std::string facet, const std::optional<std::string>& now,
+                void (LibraryModel::*set)(const std::optional<std::string>&));
+    void rowMenu(const QPoint& position);
+
+    LibraryModel& library_;
+    SidebarModel rows_;
+    SidebarTree* tree_;
+    SymbolLabel* busy_;
+    ElidedLabel* state_;
+    QProgressBar* progress_;
+    ElidedLabel* detail_;
+};
+
+// The tree itself: one click or Return chooses, section lines fold.
+class SidebarTree : public QTreeView {
+    Q_OBJECT
+public:
+    explicit SidebarTree(SidebarModel& model, QWidget* parent = nullptr);
+
+Q_SIGNALS:
+    void chosen(const QModelIndex& index);
+    void typed(const QString& text);
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+
+private:
+    void choose(const QModelIndex& index);
+};
+
+}  // namespace brindlehum

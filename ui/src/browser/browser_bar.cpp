@@ -1,0 +1,139 @@
+#include "ui/browser/browser_bar.h"
+
+#include <QAction>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+#include "ui/browser/browser_state.h"
+#include "ui/look/elided_label.h"
+#include "ui/look/file_drag.h"
+#include "ui/look/filter_chip.h"
+#include "ui/look/icons.h"
+
+namespace brindlehum {
+namespace {
+
+constexpr int filterRowHeight = 30;  // logical pixels; the same with chips and without, so that nothing jumps
+
+QToolButton* iconButton(const QString& icon, const QString& name, const QString& toolTip) {
+    auto* button = new QToolButton;
+    button->setIcon(symbol(icon));
+    button->setAccessibleName(name);
+    button->setToolTip(toolTip);
+    button->setProperty("role", "flat");
+    button->setFocusPolicy(Qt::StrongFocus);
+    return button;
+}
+
+}  // namespace
+
+BrowserBar::BrowserBar(LibraryModel& library, QWidget* parent) : QWidget(parent), library_(library) {
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(2);
+    column->addWidget(makeFieldRow());
+    column->addWidget(makeFilterRow());
+    connect(&library, &LibraryModel::filterChanged, this, &BrowserBar::refresh);
+    connect(&library, &LibraryModel::entriesChanged, this, &BrowserBar::refresh);
+    refresh();
+}
+
+QWidget* BrowserBar::makeFieldRow() {
+    auto* bar = new QWidget;
+    auto* row = new QHBoxLayout(bar);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(8);
+    row->addWidget(up_ = iconButton("up", "Enclosing folder", "Enclosing folder"));
+    connect(up_, &QToolButton::clicked, &library_, &LibraryModel::goUp);
+    row->addWidget(field_ = new QLineEdit, 1);
+    field_->setProperty("role", "search");
+    field_->setPlaceholderText("Search sounds, descriptions, keywords  (-word excludes)");
+    field_->setAccessibleName("Search");
+    field_->addAction(symbol("search", SymbolRole::secondary), QLineEdit::LeadingPosition);
+    clearText_ = field_->addAction(symbol("clear-fill", SymbolRole::secondary), QLineEdit::TrailingPosition);
+    clearText_->setToolTip("Clear the search (Esc)");
+    connect(clearText_, &QAction::triggered, field_, &QLineEdit::clear);
+    connect(field_, &QLineEdit::textChanged, this, [this](const QString& text) {
+        clearText_->setVisible(!text.isEmpty());
+        library_.setQuery(text.toStdString());
+    });
+    clearText_->setVisible(false);
+    field_->installEventFilter(this);
+    row->addWidget(inspector_ = iconButton("inspector", "Metadata inspector", "Metadata inspector"));
+    inspector_->setCheckable(true);
+    return bar;
+}
+
+QWidget* BrowserBar::makeFilterRow() {
+    auto* bar = new QWidget;
+    bar->setFixedHeight(filterRowHeight);
+    auto* row = new QHBoxLayout(bar);
+    row->setContentsMargins(8, 0, 0, 0);
+    row->setSpacing(8);
+    row->addWidget(folder_ = new ElidedLabel(Qt::ElideMiddle), 100);
+    folder_->setProperty("role", "secondary");
+    row->addWidget(count_ = new QLabel);
+    count_->setProperty("role", "secondary");
+    row->addWidget(category_ = new FilterChip("Category"));
+    row->addWidget(libraryChip_ = new FilterChip("Library"));
+    row->addStretch(1);
+    row->addWidget(clearAll_ = new QPushButton("Clear Search"));
+    clearAll_->setProperty("role", "small");
+    clearAll_->setToolTip("Takes the words and every filter off");
+    connect(category_, &FilterChip::cleared, this, [this] { library_.setCategory(std::nullopt); });
+    connect(libraryChip_, &FilterChip::cleared, this, [this] { library_.setLibraryFilter(std::nullopt); });
+    connect(clearAll_, &QPushButton::clicked, this, [this] {
+        library_.clearFilters();
+        Q_EMIT backToRows();
+    });
+    return bar;
+}
+
+void BrowserBar::refresh() {
+    const QString query = QString::fromStdString(library_.query());
+    if (field_->text() != query) field_->setText(query);
+    const bool searching = library_.isSearching();
+    category_->setValue(QString::fromStdString(library_.category().value_or("")));
+    libraryChip_->setValue(QString::fromStdString(library_.libraryFilter().value_or("")));
+    clearAll_->setVisible(searching);
+    folder_->setVisible(!searching);
+    const auto& folder = library_.folder();
+    folder_->setFullText(folder ? FileDrag::toText(*folder) : QString());
+    // What lies above the folder behind the results is nothing that one could see now.
+    up_->setEnabled(!searching && folder && folder->has_relative_path());
+}
+
+void BrowserBar::showState(const BrowserState& state) {
+    count_->setText(state.count);
+    count_->setToolTip(state.countHint);
+}
+
+void BrowserBar::type(const QString& text) {
+    field_->setFocus(Qt::OtherFocusReason);
+    field_->end(false);
+    field_->insert(text);
+}
+
+bool BrowserBar::eventFilter(QObject* watched, QEvent* event) {
+    if (watched != field_ || event->type() != QEvent::KeyPress) return QWidget::eventFilter(watched, event);
+    switch (static_cast<QKeyEvent*>(event)->key()) {
+        case Qt::Key_Escape:
+            field_->clear();
+            Q_EMIT backToRows();
+            return true;
+        case Qt::Key_Down:
+        case Qt::Key_Return:
+        case Qt::Key_Enter:
+            Q_EMIT downAsked();
+            return true;
+        default:
+            return QWidget::eventFilter(watched, event);
+    }
+}
+
+}  // namespace brindlehum

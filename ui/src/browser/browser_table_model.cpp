@@ -1,0 +1,215 @@
+#include "ui/browser/browser_table_model.h"
+
+#include <QMimeData>
+#include <algorithm>
+#include <numeric>
+
+#include "ui/browser/browser_sort.h"
+#include "ui/browser/info_text.h"
+#include "ui/look/file_drag.h"
+#include "ui/look/icons.h"
+#include "ui/look/plain_tool_tip.h"
+
+namespace brindlehum {
+namespace {
+
+QString textOf(const std::string& utf8) {
+    return QString::fromStdString(utf8);
+}
+
+// A cell is one line, whatever the description holds.
+QString oneLine(const std::string& utf8) {
+    return textOf(utf8).simplified();
+}
+
+// A line break in a name would hide what comes after it.
+QString shownName(const std::filesystem::path& url) {
+    QString name = FileDrag::toText(url.filename());
+    std::ranges::replace_if(
+        name, [](QChar c) { return c.category() == QChar::Other_Control; }, QChar(' '));
+    return name;
+}
+
+QString categoryOf(const SoundMeta& meta) {
+    QStringList parts;
+    for (const auto* part : {&meta.category, &meta.subCategory})
+        if (!part->empty()) parts << oneLine(*part);
+    return parts.join(QStringLiteral(" · "));
+}
+
+}  // namespace
+
+QString BrowserTableModel::columnName(int column) {
+    static const QStringList names = {"Name", "Description", "Category", "Library", "Length", "Format"};
+    return names.value(column);
+}
+
+const BrowserEntry& BrowserTableModel::entry(int row) const {
+    return entries_[static_cast<size_t>(order_[static_cast<size_t>(row)])];
+}
+
+int BrowserTableModel::rowOf(const std::filesystem::path& url) const {
+    for (int row = 0; row < rowCount(); ++row)
+        if (entry(row).url == url) return row;
+    return -1;
+}
+
+bool BrowserTableModel::sameFiles(const std::vector<BrowserEntry>& entries) const {
+    return std::ranges::equal(entries, entries_, [](const BrowserEntry& a, const BrowserEntry& b) {
+        return a.isFolder == b.isFolder && a.url == b.url;
+    });
+}
+
+void BrowserTableModel::setEntries(std::vector<BrowserEntry> entries) {
+    if (sameFiles(entries)) {
+        // A saved description doesn't move its row away under the user, even where it would now sort elsewhere.
+        entries_.swap(entries);
+        for (int row = 0; row < rowCount(); ++row)
+            if (entry(row) != entries[static_cast<size_t>(order_[static_cast<size_t>(row)])])
+                Q_EMIT dataChanged(index(row, 0), index(row, ColumnCount - 1));
+        return;
+    }
+    beginResetModel();
+    entries_ = std::move(entries);
+    infos_.clear();
+    asked_.clear();
+    order_ = makeOrder();
+    endResetModel();
+}
+
+std::vector<BrowserEntry> BrowserTableModel::inOrderShown(std::vector<BrowserEntry> entries) const {
+    if (entries.size() != entries_.size()) return entries;
+    std::unordered_map<std::string, size_t> places;
+    for (size_t at = 0; at < entries_.size(); ++at) places[entries_[at].url.native()] = at;
+    if (!std::ranges::all_of(entries, [&](const auto& entry) { return places.contains(entry.url.native()); }))
+        return entries;
+    std::vector<BrowserEntry> ordered(entries.size());
+    for (auto& entry : entries) ordered[places[entry.url.native()]] = std::move(entry);
+    return ordered;
+}
+
+void BrowserTableModel::setInfo(const std::filesystem::path& url, const AudioFileInfo& info) {
+    const int row = rowOf(url);
+    if (row < 0) return;
+    infos_[url.native()] = info;
+    Q_EMIT dataChanged(index(row, Length), index(row, Format));
+}
+
+const AudioFileInfo* BrowserTableModel::info(const BrowserEntry& entry) const {
+    const auto found = infos_.find(entry.url.native());
+    return found == infos_.end() ? nullptr : &found->second;
+}
+
+void BrowserTableModel::ask(const BrowserEntry& entry) const {
+    if (!askInfo || !asked_.insert(entry.url.native()).second) return;
+    if (const auto* known = askInfo(entry.url)) infos_[entry.url.native()] = *known;
+}
+
+int BrowserTableModel::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(entries_.size());
+}
+
+int BrowserTableModel::columnCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : ColumnCount;
+}
+
+QString BrowserTableModel::infoText(const BrowserEntry& entry, int column) const {
+    if (entry.isFolder) return {};
+    return column == Length ? InfoText::duration(entry, info(entry)) : InfoText::format(entry, info(entry));
+}
+
+QString BrowserTableModel::text(const BrowserEntry& entry, int column) const {
+    switch (column) {
+        case Name:
+            return shownName(entry.url);
+        case Description:
+            return entry.row ? oneLine(entry.row->meta.description) : QString();
+        case Category:
+            return entry.row ? categoryOf(entry.row->meta) : QString();
+        case Library:
+            return entry.row ? oneLine(entry.row->meta.library) : QString();
+        default:
+            return infoText(entry, column);
+    }
+}
+
+QVariant BrowserTableModel::data(const QModelIndex& index, int role) const {
+    const BrowserEntry& item = entry(index.row());
+    const bool isInfo = index.column() == Length || index.column() == Format;
+    switch (role) {
+        case Qt::DisplayRole:
+            if (isInfo && !item.isFolder && !InfoText::isKnown(item)) ask(item);
+            return text(item, index.column());
+        case Qt::ToolTipRole:
+            return plainToolTip(index.column() == Name ? FileDrag::toText(item.url) : text(item, index.column()));
+        case Qt::DecorationRole:
+            if (index.column() != Name) return {};
+            return symbol(item.isFolder ? "folder-fill" : "file", SymbolRole::secondary);
+        case Qt::TextAlignmentRole: {
+            const auto side = index.column() == Length ? Qt::AlignRight : Qt::AlignLeft;
+            return QVariant::fromValue(Qt::Alignment(side | Qt::AlignVCenter));
+        }
+        case Qt::AccessibleTextRole:
+            return index.column() == Name && item.isFolder ? text(item, Name) + ", folder" : text(item, index.column());
+        default:
+            return {};
+    }
+}
+
+QVariant BrowserTableModel::headerData(int section, Qt::Orientation orientation, int role) const {
+    if (orientation != Qt::Horizontal) return {};
+    if (role == Qt::DisplayRole) return columnName(section);
+    if (role == Qt::TextAlignmentRole) {
+        const auto side = section == Length ? Qt::AlignRight : Qt::AlignLeft;
+        return QVariant::fromValue(Qt::Alignment(side | Qt::AlignVCenter));
+    }
+    return {};
+}
+
+Qt::ItemFlags BrowserTableModel::flags(const QModelIndex& index) const {
+    return QAbstractTableModel::flags(index) | Qt::ItemIsDragEnabled | Qt::ItemNeverHasChildren;
+}
+
+std::vector<int> BrowserTableModel::makeOrder() const {
+    if (column_ == unsorted) {
+        std::vector<int> asGiven(entries_.size());
+        std::iota(asGiven.begin(), asGiven.end(), 0);
+        return asGiven;
+    }
+    std::vector<BrowserSort::Key> keys;
+    keys.reserve(entries_.size());
+    for (const auto& item : entries_)
+        keys.push_back({item.isFolder, item.isFolder ? text(item, Name) : text(item, column_),
+                        item.isFolder ? 0 : InfoText::seconds(item, info(item))});
+    return BrowserSort::order(keys, column_ == Length, direction_ == Qt::AscendingOrder);
+}
+
+void BrowserTableModel::sort(int column, Qt::SortOrder order) {
+    if (column < unsorted || column >= ColumnCount) return;
+    Q_EMIT layoutAboutToBeChanged({}, VerticalSortHint);
+    const QModelIndexList old = persistentIndexList();
+    const std::vector<int> before = order_;
+    column_ = column;
+    direction_ = order;
+    order_ = makeOrder();
+    std::vector<int> rowOf(order_.size());
+    for (size_t row = 0; row < order_.size(); ++row) rowOf[static_cast<size_t>(order_[row])] = static_cast<int>(row);
+    for (const auto& at : old) {
+        const int given = before[static_cast<size_t>(at.row())];
+        changePersistentIndex(at, index(rowOf[static_cast<size_t>(given)], at.column()));
+    }
+    Q_EMIT layoutChanged({}, VerticalSortHint);
+}
+
+QMimeData* BrowserTableModel::mimeData(const QModelIndexList& indexes) const {
+    std::vector<int> rows;
+    for (const auto& at : indexes) rows.push_back(at.row());
+    std::ranges::sort(rows);
+    const auto repeated = std::ranges::unique(rows);
+    rows.erase(repeated.begin(), repeated.end());
+    std::vector<std::filesystem::path> files;
+    for (const int row : rows) files.push_back(entry(row).url);
+    return FileDrag::mimeData(files);
+}
+
+}  // namespace brindlehum

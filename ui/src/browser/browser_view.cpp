@@ -1,0 +1,221 @@
+#include "ui/browser/browser_view.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QLineEdit>
+#include <QMenu>
+#include <QStackedLayout>
+#include <QVBoxLayout>
+
+#include "ui/browser/browser_bar.h"
+#include "ui/browser/browser_table.h"
+#include "ui/look/elided_label.h"
+#include "ui/look/empty_state.h"
+#include "ui/look/file_drag.h"
+
+namespace brindlehum {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int settleMs = 300;
+constexpr int minWidth = 480;  // logical pixels
+
+void copyPaths(const BrowserActions::Files& files) {
+    QStringList paths;
+    for (const auto& file : files) paths << FileDrag::toText(file);
+    QGuiApplication::clipboard()->setText(paths.join('\n'));
+}
+
+}  // namespace
+
+BrowserView::BrowserView(AppModel& model, QWidget* parent) : QWidget(parent), model_(model), library_(model.library()) {
+    setMinimumWidth(minWidth);
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(8, 8, 8, 4);
+    column->setSpacing(4);
+    column->addWidget(bar_ = new BrowserBar(library_));
+    auto* area = new QWidget;
+    stack_ = new QStackedLayout(area);
+    stack_->addWidget(table_ = new BrowserTable);
+    stack_->addWidget(empty_ = new EmptyState);
+    column->addWidget(area, 1);
+    column->addWidget(message_ = new ElidedLabel(Qt::ElideRight));
+    message_->setProperty("role", "secondary");
+    actions_.reveal = [this](const BrowserActions::Files& files) { model_.desktop().reveal(files); };
+    actions_.makeTempEdits = [this](const BrowserActions::Files& files) { model_.makeTempEdits(files); };
+    actions_.copyPath = copyPaths;
+    settle_.setSingleShot(true);
+    settle_.setInterval(settleMs);
+    connect(&settle_, &QTimer::timeout, &library_, &LibraryModel::refresh);
+    connect(&watcher_, &QFileSystemWatcher::directoryChanged, this, [this] { settle_.start(); });
+    for (const auto signal :
+         {&LibraryModel::entriesChanged, &LibraryModel::filterChanged, &LibraryModel::resultsChanged})
+        connect(&library_, signal, this, &BrowserView::refresh);
+    connect(&library_, &LibraryModel::indexingChanged, this, &BrowserView::showState);
+    connect(&library_.settings(), &SettingsStore::changed, this, &BrowserView::showState);
+    connect(&library_, &LibraryModel::messageChanged, this,
+            [this] { message_->setFullText(QString::fromStdString(library_.message().value_or(""))); });
+    connect(bar_, &BrowserBar::backToRows, table_, qOverload<>(&QWidget::setFocus));
+    connect(bar_, &BrowserBar::downAsked, this, [this] {
+        table_->setFocus();
+        if (table_->selectedEntries().empty()) table_->selectFirst();
+    });
+    connect(empty_, &EmptyState::actionAsked, this, &BrowserView::act);
+    connectTable();
+    refresh();
+}
+
+void BrowserView::connectTable() {
+    table_->rows().askInfo = [this](const fs::path& url) { return library_.infoCache().info(url); };
+    connect(&library_.infoCache(), &InfoCache::loaded, this, [this](const fs::path& url) {
+        if (const auto* info = library_.infoCache().info(url)) table_->rows().setInfo(url, *info);
+    });
+    connect(table_, &BrowserTable::chosen, this, &BrowserView::auditionChosen);
+    connect(table_, &BrowserTable::selectionMoved, this, &BrowserView::selectionMoved);
+    connect(table_, &BrowserTable::activatedEntry, this, [this](const BrowserEntry& entry) {
+        activate(BrowserEntry(entry));  // a copy: opening a folder takes the rows away
+    });
+    connect(table_, &BrowserTable::togglePlay, this, [this] { model_.player().togglePlay(); });
+    connect(table_, &BrowserTable::goUp, this, [this] {
+        if (!searching_) library_.goUp();
+    });
+    connect(table_, &BrowserTable::typed, bar_, &BrowserBar::type);
+    connect(table_, &BrowserTable::menuAsked, this, &BrowserView::openMenu);
+}
+
+void BrowserView::refresh() {
+    const bool searching = library_.isSearching();
+    // The rows of the question before stay until the answer is there: less flicker, and nothing is shown as its answer,
+    // for the count says that the search goes on.
+    if (searching && library_.isSearchRunning()) {
+        showState();
+        return;
+    }
+    const std::string place = searching ? library_.query() + '\n' + library_.category().value_or("") + '\n' +
+                                              library_.libraryFilter().value_or("")
+                                        : library_.folder().value_or(fs::path()).native();
+    const bool fresh = place != shownFor_ || searching != searching_;
+    if (fresh) library_.infoCache().forgetWaiting();
+    if (searching != searching_) table_->setSearching(searching);
+    shownFor_ = place;
+    searching_ = searching;
+    table_->showEntries(searching ? library_.results() : library_.entries(), fresh);
+    if (!searching) markWanted();
+    watchFolder();
+    showState();
+}
+
+BrowserState::Snapshot BrowserView::snapshot() const {
+    BrowserState::Snapshot now;
+    now.searching = library_.isSearching();
+    now.searchRunning = library_.isSearchRunning();
+    now.listing = library_.isListing();
+    now.indexing = !library_.indexing().empty();
+    now.hasCatalog = library_.catalog() != nullptr;
+    now.hasRoots = !library_.settings().value().libraryRoots.empty();
+    now.query = QString::fromStdString(library_.query());
+    now.category = QString::fromStdString(library_.category().value_or(""));
+    now.library = QString::fromStdString(library_.libraryFilter().value_or(""));
+    now.limit = LibraryModel::resultLimit;
+    if (now.searching) {
+        now.sounds = static_cast<int64_t>(library_.results().size());
+        return now;
+    }
+    for (const auto& entry : library_.entries()) ++(entry.isFolder ? now.folders : now.sounds);
+    const auto& folder = library_.folder();
+    now.folder = folder ? FileDrag::toText(*folder) : QString();
+    now.folderReadable = !library_.folderError();
+    now.folderForbidden = library_.folderError() == std::errc::permission_denied;
+    return now;
+}
+
+void BrowserView::showState() {
+    state_ = BrowserState::of(snapshot());
+    bar_->showState(state_);
+    const bool empty = !state_.title.isEmpty();
+    if (empty) empty_->setTexts(state_.title, state_.hint, state_.actionText);
+    const bool hadFocus = table_->hasFocus();
+    stack_->setCurrentWidget(empty ? static_cast<QWidget*>(empty_) : table_);
+    if (hadFocus && empty) bar_->field().setFocus();
+}
+
+void BrowserView::act() {
+    switch (state_.action) {
+        case BrowserState::Action::addFolder:
+            Q_EMIT addFolderAsked();
+            break;
+        case BrowserState::Action::clearFilters:
+            library_.clearFilters();
+            table_->setFocus();
+            break;
+        case BrowserState::Action::goUp:
+            library_.goUp();
+            table_->setFocus();
+            break;
+        case BrowserState::Action::none:
+            break;
+    }
+}
+
+void BrowserView::auditionChosen() {
+    const auto entries = table_->selectedEntries();
+    if (entries.size() != 1 || entries.front().isFolder) return;
+    Q_EMIT loadAsked(entries.front().url);
+    model_.player().load(entries.front().url, model_.settings().value().autoPlay);
+}
+
+void BrowserView::activate(const BrowserEntry& entry) {
+    if (AudioFileInfo::isAudioPath(entry.url) && !entry.isFolder) {
+        Q_EMIT loadAsked(entry.url);
+        model_.player().load(entry.url, false);
+        model_.player().play(std::nullopt);
+    } else {
+        openFolder(entry.url);
+        table_->setFocus();
+    }
+}
+
+void BrowserView::openFolder(const fs::path& folder) {
+    wanted_.reset();
+    library_.clearFilters();
+    library_.open(folder);
+}
+
+void BrowserView::reveal(const fs::path& file) {
+    if (table_->mark(file)) return;
+    if (library_.folder() != file.parent_path() || library_.isSearching()) openFolder(file.parent_path());
+    wanted_ = file;
+    markWanted();
+}
+
+void BrowserView::markWanted() {
+    if (!wanted_ || library_.isListing()) return;
+    table_->mark(*wanted_);
+    wanted_.reset();
+}
+
+// Files that other programs add or take away appear by themselves.
+void BrowserView::watchFolder() {
+    const auto& folder = library_.folder();
+    const QStringList wanted = folder ? QStringList(FileDrag::toText(*folder)) : QStringList();
+    if (watcher_.directories() == wanted) return;
+    if (!watcher_.directories().isEmpty()) watcher_.removePaths(watcher_.directories());
+    if (!wanted.isEmpty()) watcher_.addPaths(wanted);
+}
+
+void BrowserView::focusSearch() {
+    bar_->field().setFocus(Qt::ShortcutFocusReason);
+    bar_->field().selectAll();
+}
+
+void BrowserView::openMenu(const QPoint& position) {
+    BrowserActions::Files files;
+    for (const auto& entry : table_->selectedEntries()) files.push_back(entry.url);
+    if (files.empty()) return;
+    QMenu menu;
+    fillBrowserMenu(menu, files, actions_);
+    menu.exec(position);
+}
+
+}  // namespace brindlehum

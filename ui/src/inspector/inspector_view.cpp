@@ -1,0 +1,265 @@
+#include "ui/inspector/inspector_view.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLocale>
+#include <QMessageBox>
+#include <QPointer>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QStackedLayout>
+#include <QStyle>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "ui/inspector/star_row.h"
+#include "ui/look/elided_label.h"
+#include "ui/look/empty_state.h"
+#include "ui/look/file_drag.h"
+#include "ui/look/text_field.h"
+
+namespace brindlehum {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::vector<fs::path> urlsOf(const std::vector<BrowserEntry>& entries) {
+    std::vector<fs::path> urls;
+    for (const auto& entry : entries) urls.push_back(entry.url);
+    return urls;
+}
+
+bool askRename(QWidget* parent, size_t count) {
+    QMessageBox box(parent);
+    box.setIcon(QMessageBox::Question);
+    box.setText(QString("Rename %1 file(s) to their UCS names?").arg(QLocale().toString(qulonglong(count))));
+    box.setInformativeText("DAW sessions that reference the old names will need to relink.");
+    auto* rename = box.addButton("Rename", QMessageBox::AcceptRole);
+    box.addButton(QMessageBox::Cancel);
+    box.exec();
+    return box.clickedButton() == rename;
+}
+
+InspectorView::Unsaved askAboutEdits(QWidget* parent) {
+    QMessageBox box(parent);
+    box.setIcon(QMessageBox::Question);
+    box.setText("Save the metadata edits before quitting?");
+    box.setInformativeText("The inspector holds edits that aren't in the files yet.");
+    box.setStandardButtons(QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
+    const int answer = box.exec();
+    if (answer == QMessageBox::Save) return InspectorView::Unsaved::save;
+    return answer == QMessageBox::Discard ? InspectorView::Unsaved::discard : InspectorView::Unsaved::keep;
+}
+
+QLabel* caption(const QString& text) {
+    auto* label = new QLabel(text);
+    label->setProperty("role", "caption");
+    label->setWordWrap(true);
+    return label;
+}
+
+// A style sheet looks at properties only when told.
+void setRole(QWidget& widget, const char* role) {
+    if (widget.property("role") == role) return;
+    widget.setProperty("role", role);
+    widget.style()->unpolish(&widget);
+    widget.style()->polish(&widget);
+}
+
+}  // namespace
+
+InspectorView::InspectorView(LibraryModel& library, QWidget* parent) : QWidget(parent), library_(library) {
+    setObjectName("inspector");
+    setMinimumWidth(minWidth);
+    setMaximumWidth(maxWidth);
+    confirmRename = [this](size_t count) { return askRename(this, count); };
+    askUnsaved = [this] { return askAboutEdits(this); };
+    stack_ = new QStackedLayout(this);
+    empty_ = new EmptyState;
+    empty_->setTexts("No selection", "Select sounds to see and edit their metadata.", {});
+    form_ = new QWidget;
+    auto* column = new QVBoxLayout(form_);
+    column->setContentsMargins(4, 8, 8, 8);
+    column->setSpacing(8);
+    column->addWidget(headline_ = new ElidedLabel(Qt::ElideMiddle));
+    headline_->setProperty("role", "headline");
+    column->addWidget(caption("Saved into the files (iXML + BWF) and shared with everyone on this library."));
+    column->addWidget(makePendingBar());
+    column->addWidget(makeForm(), 1);
+    column->addWidget(makeButtons());
+    stack_->addWidget(empty_);
+    stack_->addWidget(form_);
+    connect(&library.settings(), &SettingsStore::changed, this, &InspectorView::refreshState);
+    refreshState();
+}
+
+QWidget* InspectorView::makePendingBar() {
+    pending_ = new QFrame;
+    pending_->setProperty("role", "notice");
+    auto* column = new QVBoxLayout(pending_);
+    column->setContentsMargins(10, 8, 10, 8);
+    column->setSpacing(6);
+    auto* text = new QLabel("These edits aren't saved yet.");
+    text->setWordWrap(true);
+    column->addWidget(text);
+    auto* row = new QHBoxLayout;
+    row->setSpacing(8);
+    auto* save = new QPushButton("Save");
+    save->setAccessibleName("Save the edits and go on");
+    auto* discard = new QPushButton("Discard");
+    discard->setAccessibleName("Discard the edits and go on");
+    for (auto* button : {save, discard}) {
+        button->setProperty("role", "small");
+        row->addWidget(button);
+    }
+    row->addStretch(1);
+    column->addLayout(row);
+    connect(save, &QPushButton::clicked, this, &InspectorView::save);
+    connect(discard, &QPushButton::clicked, this, &InspectorView::revert);
+    return pending_;
+}
+
+QWidget* InspectorView::makeForm() {
+    auto* content = new QWidget;
+    auto* column = new QVBoxLayout(content);
+    column->setContentsMargins(0, 0, 6, 0);
+    column->setSpacing(3);
+    for (const auto& item : InspectorFields::fields) {
+        Row row{caption(item.label), new TextField(item.label, item.severalLines)};
+        row.label->setBuddy(row.field);
+        column->addWidget(row.label);
+        column->addWidget(row.field);
+        column->addSpacing(6);
+        rows_[item.tag] = row;
+        connect(row.field, &TextField::edited, this, [this, tag = std::string(item.tag)](const QString& text) {
+            fields_.setText(tag, text);
+            refreshState();
+        });
+    }
+    column->addWidget(caption("Rating"));
+    column->addWidget(stars_ = new StarRow);
+    column->addStretch(1);
+    connect(stars_, &StarRow::starClicked, this, [this](int star) {
+        if (loading_) return;
+        fields_.clickStar(star);
+        refreshState();
+    });
+    auto* scroll = new QScrollArea;
+    scroll->setWidget(content);
+    scroll->setWidgetResizable(true);
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroll->setFocusPolicy(Qt::NoFocus);
+    return scroll;
+}
+
+QWidget* InspectorView::makeButtons() {
+    auto* box = new QWidget;
+    auto* row = new QHBoxLayout(box);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(8);
+    row->addWidget(save_ = new QPushButton("Save"));
+    row->addWidget(revert_ = new QPushButton("Revert"));
+    row->addStretch(1);
+    row->addWidget(rename_ = new QPushButton("Rename to UCS"));
+    save_->setProperty("role", "prominent");
+    save_->setShortcut(QKeySequence("Ctrl+S"));
+    save_->setToolTip("Save (Ctrl+S)");
+    rename_->setToolTip("Renames to CatID_FXName_Designer_Source");
+    connect(save_, &QPushButton::clicked, this, &InspectorView::save);
+    connect(revert_, &QPushButton::clicked, this, &InspectorView::revert);
+    connect(rename_, &QPushButton::clicked, this, &InspectorView::rename);
+    return box;
+}
+
+void InspectorView::setSelection(const std::vector<BrowserEntry>& selected) {
+    std::vector<BrowserEntry> sounds;
+    for (const auto& entry : selected)
+        if (!entry.isFolder) sounds.push_back(entry);
+    if (sounds == selected_) return;
+    selected_ = std::move(sounds);
+    // The rows have changed as well when the team or a save has: they are read anew.
+    if (!fields_.hasEdits()) return followSelection();
+    refreshState();
+}
+
+void InspectorView::followSelection() {
+    load(urlsOf(selected_));
+}
+
+void InspectorView::load(std::vector<fs::path> urls) {
+    const int generation = ++generation_;
+    const bool others = urls != urls_;
+    urls_ = std::move(urls);
+    loading_ = !urls_.empty();
+    if (others || urls_.empty()) {
+        // What the last files held never stands under the name of these.
+        fields_.load({});
+        show();
+    }
+    refreshState();
+    if (urls_.empty()) return;
+    library_.readMeta(urls_, [this, self = QPointer(this), generation](const std::vector<SoundMeta>& metas) {
+        if (self && generation == generation_) arrived(metas);
+    });
+}
+
+void InspectorView::arrived(const std::vector<SoundMeta>& metas) {
+    loading_ = false;
+    // Whoever has begun to type while the same files were read again keeps it.
+    if (!fields_.hasEdits()) {
+        fields_.load(metas);
+        show();
+    }
+    refreshState();
+}
+
+void InspectorView::show() {
+    for (const auto& [tag, row] : rows_) row.field->setText(fields_.text(tag));
+}
+
+void InspectorView::refreshState() {
+    stack_->setCurrentWidget(urls_.empty() ? static_cast<QWidget*>(empty_) : form_);
+    if (urls_.size() == 1)
+        headline_->setFullText(FileDrag::toText(urls_.front().filename()));
+    else
+        headline_->setFullText(QLocale().toString(static_cast<qulonglong>(urls_.size())) + " files");
+    const bool edited = fields_.hasEdits();
+    for (const auto& [tag, row] : rows_) {
+        row.field->setPrompt(fields_.isMixed(tag) ? "Mixed" : "");
+        row.field->setReadOnly(loading_ && !edited);
+        setRole(*row.label, fields_.isEdited(tag) ? "captionEdited" : "caption");
+    }
+    stars_->setRating(fields_.rating());
+    save_->setEnabled(edited);
+    revert_->setEnabled(edited);
+    rename_->setVisible(library_.settings().value().expertMode);
+    pending_->setVisible(edited && urlsOf(selected_) != urls_);
+}
+
+void InspectorView::save() {
+    if (!fields_.hasEdits()) return;
+    library_.save(fields_.changes(), urls_);
+    fields_.saved();
+    if (urlsOf(selected_) != urls_) return followSelection();
+    refreshState();
+}
+
+void InspectorView::revert() {
+    fields_.load({});
+    followSelection();
+    show();
+}
+
+bool InspectorView::settleEdits() {
+    if (!fields_.hasEdits()) return true;
+    const Unsaved answer = askUnsaved();
+    if (answer == Unsaved::save) save();
+    return answer != Unsaved::keep;
+}
+
+void InspectorView::rename() {
+    if (confirmRename(urls_.size())) library_.renameToUCS(urls_);
+}
+
+}  // namespace brindlehum

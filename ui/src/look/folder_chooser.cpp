@@ -1,0 +1,26 @@
+#include "ui/look/folder_chooser.h"
+
+#include <QAbstractItemView>
+#include <QFileDialog>
+
+#include "ui/look/file_drag.h"
+
+namespace brindlehum {
+
+std::vector<std::filesystem::path> chooseLibraryFolders(QWidget* parent, const std::filesystem::path& start) {
+    QFileDialog dialog(parent, "Add to Library", FileDrag::toText(start));
+    dialog.setFileMode(QFileDialog::Directory);
+    dialog.setOption(QFileDialog::ShowDirsOnly);
+    dialog.setLabelText(QFileDialog::Accept, "Add to Library");
+    // The desktop's own dialogs choose one folder at a time; this one is Qt's, and its lists take several.
+    dialog.setOption(QFileDialog::DontUseNativeDialog);
+    for (auto* view : dialog.findChildren<QAbstractItemView*>())
+        if (view->objectName() == QLatin1String("listView") || view->objectName() == QLatin1String("treeView"))
+            view->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    std::vector<std::filesystem::path> folders;
+    if (dialog.exec() != QDialog::Accepted) return folders;
+    for (const auto& folder : dialog.selectedFiles()) folders.push_back(FileDrag::toPath(folder));
+    return folders;
+}
+
+}  // namespace brindlehum

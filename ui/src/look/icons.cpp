@@ -1,0 +1,94 @@
+#include "ui/look/icons.h"
+
+#include <QHash>
+#include <QIconEngine>
+#include <QPainter>
+#include <QSvgRenderer>
+
+#include "ui/look/theme.h"
+
+namespace brindlehum {
+namespace {
+
+// Our names beside those of the common icon themes (freedesktop.org).
+QString desktopName(const QString& name) {
+    static const QHash<QString, QString> names = {{"play", "media-playback-start-symbolic"},
+                                                  {"stop", "media-playback-stop-symbolic"},
+                                                  {"loop", "media-playlist-repeat-symbolic"},
+                                                  {"folder", "folder-symbolic"},
+                                                  {"up", "go-up-symbolic"},
+                                                  {"plus", "list-add-symbolic"},
+                                                  {"minus", "list-remove-symbolic"},
+                                                  {"warning", "dialog-warning-symbolic"},
+                                                  {"headphones", "audio-headphones-symbolic"},
+                                                  {"level", "audio-volume-high-symbolic"},
+                                                  {"search", "system-search-symbolic"},
+                                                  {"drive", "drive-harddisk-symbolic"}};
+    return names.value(name);
+}
+
+QColor colorOf(SymbolRole role, QIcon::Mode mode, QIcon::State state) {
+    const Theme& theme = Theme::current();
+    if (mode == QIcon::Disabled) return theme.disabled;
+    switch (role) {
+        case SymbolRole::onAccent:
+            return theme.onAccent;
+        case SymbolRole::warning:
+            return theme.warning;
+        case SymbolRole::secondary:
+            return theme.secondary;
+        case SymbolRole::star:
+            return theme.star;
+        case SymbolRole::control:
+            break;
+    }
+    return state == QIcon::On ? theme.accent : theme.text;
+}
+
+class SymbolEngine : public QIconEngine {
+public:
+    SymbolEngine(QString name, SymbolRole role) : name_(std::move(name)), role_(role) {}
+
+    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State state) override {
+        const double dpr = painter->device()->devicePixelRatioF();
+        painter->drawPixmap(rect, tinted(rect.size(), dpr, mode, state));
+    }
+    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
+        return tinted(size, 1, mode, state);
+    }
+    QPixmap scaledPixmap(const QSize& size, QIcon::Mode mode, QIcon::State state, qreal scale) override {
+        return tinted(size / scale, scale, mode, state);
+    }
+    QIconEngine* clone() const override { return new SymbolEngine(*this); }
+
+private:
+    QPixmap tinted(const QSize& size, double dpr, QIcon::Mode mode, QIcon::State state) const {
+        QPixmap pixmap(size * dpr);
+        pixmap.setDevicePixelRatio(dpr);
+        pixmap.fill(Qt::transparent);
+        QPainter painter(&pixmap);
+        const QIcon desktop = QIcon::fromTheme(desktopName(name_));
+        if (desktop.isNull())
+            QSvgRenderer(QStringLiteral(":/icons/%1.svg").arg(name_)).render(&painter, QRectF(QPointF(), size));
+        else
+            desktop.paint(&painter, QRect(QPoint(), size));
+        painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+        painter.fillRect(QRect(QPoint(), size), colorOf(role_, mode, state));
+        return pixmap;
+    }
+
+    QString name_;
+    SymbolRole role_;
+};
+
+}  // namespace
+
+QIcon symbol(const QString& name, SymbolRole role) {
+    return QIcon(new SymbolEngine(name, role));
+}
+
+QIcon applicationIcon() {
+    return QIcon(":/icons/brindlehum.svg");
+}
+
+}  // namespace brindlehum

@@ -1,0 +1,17 @@
+#include "ui/look/symbol_label.h"
+
+#include <QPainter>
+
+namespace brindlehum {
+
+SymbolLabel::SymbolLabel(const QString& name, SymbolRole role, QWidget* parent)
+    : QWidget(parent), icon_(symbol(name, role)) {
+    setFixedSize(16, 16);
+}
+
+void SymbolLabel::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    icon_.paint(&painter, rect());
+}
+
+}  // namespace brindlehum

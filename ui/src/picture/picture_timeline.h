@@ -1,0 +1,40 @@
+// PictureTimeline: everything of an analysis picture that shares its time axis.
+#pragma once
+
+#include "picture/picture_canvas.h"
+#include "ui/picture/analysis_picture.h"
+
+namespace brindlehum {
+
+class PictureTimeline {
+public:
+    // `left` and `width` of the axis in page units.
+    PictureTimeline(const PictureCanvas& canvas, const AnalysisPicture::Content& content, double left, double width);
+
+    // Each draws below `top` and gives where it ended.
+    double flags(double top) const;
+    double sections(double top) const;
+    double bars(double top) const;
+    double waveform(double top, double height) const;
+    double ruler(double top) const;
+    double novelty(double top, double height) const;
+    // By how much the waveform that stands below `top` is drawn larger, where it is.
+    void viewGain(double top) const;
+    // Lines of the pins through what stands between.
+    void pinLines(double top, double bottom) const;
+
+private:
+    double x(double seconds) const { return left_ + width_ * (seconds_ > 0 ? seconds / seconds_ : 0); }
+    void barLines(double top, double bottom) const;
+
+    const PictureCanvas& canvas_;
+    const AnalysisPicture::Content& content_;
+    double left_;
+    double width_;
+    double seconds_;
+    double gain_ = 1;
+    std::vector<double> bounds_;
+    std::vector<PinMark> marks_;
+};
+
+}  // namespace brindlehum

@@ -1,0 +1,137 @@
+#include "ui/picture/waveform_picture.h"
+
+#include <QFontDatabase>
+#include <QFontMetricsF>
+#include <QList>
+#include <algorithm>
+#include <cmath>
+
+namespace brindlehum::WaveformPicture {
+namespace {
+
+constexpr double laneFill = 0.46;  // half height of the drawing, of the lane's height
+constexpr double labelInset = 4;   // logical pixels
+constexpr double labelPoints = 9;
+constexpr double minLabelLane = 9;  // logical pixels; in lower lanes nobody could read them
+
+// A float file may hold anything; what lies far outside the picture need not be drawn to scale.
+double reach(float value) {
+    return std::isfinite(value) ? std::clamp(static_cast<double>(value), -100.0, 100.0) : 0;
+}
+
+// One rectangle a column from the lowest to the highest value, in device pixels; a flat line is one pixel high.
+// Rectangles and no path: filling a path of a thousand parts takes Qt a hundred times as long.
+QList<QRect> laneColumns(const WaveformData& data, size_t lane, int64_t totalFrames, int columns, double middle,
+                         double scale) {
+    QList<QRect> spans;
+    spans.reserve(columns);
+    const auto& mins = data.mins[lane];
+    const auto& maxs = data.maxs[lane];
+    for (int column = 0; column < columns; ++column) {
+        const auto [first, last] = bucketsUnder(column, columns, data, totalFrames);
+        if (first >= last) continue;
+        const float low = *std::min_element(mins.begin() + first, mins.begin() + last);
+        const float high = *std::max_element(maxs.begin() + first, maxs.begin() + last);
+        const int top = static_cast<int>(std::floor(middle - reach(high) * scale));
+        const int bottom = static_cast<int>(std::ceil(middle - reach(low) * scale));
+        spans.append(QRect(column, top, 1, std::max(bottom - top, 1)));
+    }
+    return spans;
+}
+
+QFont labelFont(double laneHeight) {
+    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    font.setPointSizeF(labelPoints);
+    // Sixteen lanes in a low window leave less than a line each.
+    if (QFontMetricsF(font).height() > laneHeight) font.setPixelSize(std::max(6, static_cast<int>(laneHeight) - 3));
+    return font;
+}
+
+void paintLabel(QPainter& painter, const QPointF& corner, Qt::Alignment side, const QString& text,
+                const WaveformColors& colors) {
+    if (text.isEmpty()) return;
+    const QFontMetricsF metrics(painter.font());
+    QRectF plate(corner, QSizeF(metrics.horizontalAdvance(text) + 6, metrics.height()));
+    if (side == Qt::AlignRight) plate.moveRight(corner.x());
+    // The plate keeps the text legible over a loud lane.
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(colors.labelPlate);
+    painter.drawRoundedRect(plate, 3, 3);
+    painter.setPen(colors.label);
+    painter.drawText(plate, Qt::AlignCenter, text);
+}
+
+}  // namespace
+
+float peak(const WaveformData& data) {
+    float most = 0;
+    for (const auto* side : {&data.mins, &data.maxs})
+        for (const auto& lane : *side) {
+            const auto end = lane.begin() + std::min<ptrdiff_t>(data.loadedBuckets, std::ssize(lane));
+            for (auto value = lane.begin(); value != end; ++value) most = std::max(most, std::abs(*value));
+        }
+    return most;
+}
+
+double viewGain(float peak) {
+    return peak > 1e-6F ? std::min(0.95 / peak, maxViewGain) : 1;
+}
+
+QString gainText(double gain) {
+    return gain > 1.12 ? QString::asprintf("view +%.0f dB", 20 * std::log10(gain)) : QString();
+}
+
+Buckets bucketsUnder(int column, int columns, const WaveformData& data, int64_t totalFrames) {
+    if (columns <= 0 || totalFrames <= 0 || data.bucketFrames <= 0) return {};
+    const double bucketsPerColumn =
+        static_cast<double>(totalFrames) / static_cast<double>(data.bucketFrames) / static_cast<double>(columns);
+    const int first = static_cast<int>(column * bucketsPerColumn);
+    const int last = std::max(first + 1, static_cast<int>(std::ceil((column + 1) * bucketsPerColumn)));
+    const int loaded = std::min(data.loadedBuckets, data.bucketCount);
+    return {std::min(first, loaded), std::min(last, loaded)};
+}
+
+double playheadX(double frame, int64_t totalFrames, double width) {
+    if (totalFrames <= 0) return 0;
+    return std::round(frame / static_cast<double>(totalFrames) * width) - 0.5;
+}
+
+Span span(int64_t lower, int64_t upper, int64_t totalFrames, double width) {
+    if (totalFrames <= 0) return {};
+    const double scale = width / static_cast<double>(totalFrames);
+    return {static_cast<double>(lower) * scale, static_cast<double>(upper - lower) * scale};
+}
+
+void paintLanes(QPainter& painter, const QSizeF& size, double dpr, const WaveformData* data, int64_t totalFrames,
+                const std::vector<std::string>& labels, const WaveformColors& colors) {
+    const size_t lanes = data && data->channels > 0 ? static_cast<size_t>(data->channels) : labels.size();
+    if (lanes == 0 || size.isEmpty()) return;
+    const double laneHeight = size.height() / static_cast<double>(lanes);
+    const double gain = data ? viewGain(peak(*data)) : 1;
+
+    painter.save();
+    painter.scale(1 / dpr, 1 / dpr);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(colors.wave);
+    const int columns = static_cast<int>(std::lround(size.width() * dpr));
+    for (size_t lane = 0; lane < lanes; ++lane) {
+        const double top = laneHeight * dpr * static_cast<double>(lane);
+        if (lane > 0) painter.fillRect(QRectF(0, std::round(top), columns, 1), colors.separator);
+        if (!data || lane >= data->mins.size() || lane >= data->maxs.size()) continue;
+        const double middle = top + laneHeight * dpr / 2;
+        const double scale = gain * laneFill * laneHeight * dpr;
+        painter.drawRects(laneColumns(*data, lane, totalFrames, columns, middle, scale));
+    }
+    painter.restore();
+
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setFont(labelFont(laneHeight));
+    const size_t labelled = laneHeight < minLabelLane ? 0 : std::min(lanes, labels.size());
+    for (size_t lane = 0; lane < labelled; ++lane)
+        paintLabel(painter, {labelInset, laneHeight * static_cast<double>(lane) + 1}, Qt::AlignLeft,
+                   QString::fromStdString(labels[lane]), colors);
+    painter.setFont(labelFont(size.height()));
+    paintLabel(painter, {size.width() - labelInset, 1}, Qt::AlignRight, gainText(gain), colors);
+}
+
+}  // namespace brindlehum::WaveformPicture

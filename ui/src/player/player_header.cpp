@@ -1,0 +1,72 @@
+#include "ui/player/player_header.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QToolButton>
+#include <algorithm>
+
+#include "ui/look/elided_label.h"
+#include "ui/look/file_drag.h"
+#include "ui/look/icons.h"
+#include "ui/look/time_label.h"
+
+namespace brindlehum {
+namespace {
+
+constexpr int headerHeight = 26;  // logical pixels
+
+}  // namespace
+
+PlayerHeader::PlayerHeader(PlayerModel& player, QWidget* parent) : QWidget(parent), player_(player) {
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(16);
+    // The button of a selection must not move the waveform.
+    setFixedHeight(headerHeight);
+    row->addWidget(title_ = new ElidedLabel(Qt::ElideMiddle), 3);
+    title_->setProperty("role", "title");
+    row->addWidget(summary_ = new ElidedLabel(Qt::ElideRight), 1);
+    summary_->setProperty("role", "secondary");
+    summary_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    row->addWidget(selectionBox_ = makeSelection());
+    row->addWidget(time_ = new TimeLabel);
+    refresh();
+}
+
+QWidget* PlayerHeader::makeSelection() {
+    auto* box = new QWidget;
+    auto* row = new QHBoxLayout(box);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(2);
+    row->addWidget(selection_ = new QLabel);
+    selection_->setFont(tabularFont(10));
+    auto* clear = new QToolButton;
+    clear->setIcon(symbol("clear"));
+    clear->setIconSize({12, 12});
+    clear->setProperty("role", "chip");
+    clear->setToolTip("Clear selection");
+    clear->setAccessibleName("Clear selection");
+    clear->setFocusPolicy(Qt::StrongFocus);
+    connect(clear, &QToolButton::clicked, this, [this] { player_.clearSelection(); });
+    row->addWidget(clear);
+    return box;
+}
+
+void PlayerHeader::refresh() {
+    const auto& info = player_.info();
+    title_->setFullText(info ? FileDrag::toText(info->url.filename()) : QString());
+    summary_->setFullText(info ? QString::fromStdString(info->summary()) : QString());
+    const auto& selection = player_.selection();
+    selectionBox_->setVisible(selection.has_value());
+    if (selection && info)
+        selection_->setText("Sel " + QString::fromStdString(PlayerModel::time(static_cast<double>(selection->length()) /
+                                                                              std::max(info->sampleRate, 1.0))));
+    refreshTime();
+}
+
+void PlayerHeader::refreshTime() {
+    const auto& info = player_.info();
+    time_->setTime(player_.playhead().frame(), info ? info->frames : 0, info ? info->sampleRate : 1);
+}
+
+}  // namespace brindlehum

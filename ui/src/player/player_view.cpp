@@ -1,0 +1,193 @@
+#include "ui/player/player_view.h"
+
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QStackedLayout>
+#include <QStyle>
+#include <QVBoxLayout>
+
+#include "ui/look/drag_handle.h"
+#include "ui/look/elided_label.h"
+#include "ui/look/symbol_label.h"
+#include "ui/player/player_header.h"
+#include "ui/player/soundfield_row.h"
+#include "ui/player/source_bar.h"
+#include "ui/player/time_ruler.h"
+#include "ui/player/transport_bar.h"
+
+namespace brindlehum {
+namespace {
+
+constexpr int minWidth = 400;       // logical pixels, as is the next
+constexpr int controlsMargin = 16;  // at both sides together
+
+QVBoxLayout* column(QWidget* parent, int margin, int spacing) {
+    auto* layout = new QVBoxLayout(parent);
+    layout->setContentsMargins(margin, margin, margin, margin);
+    layout->setSpacing(spacing);
+    return layout;
+}
+
+}  // namespace
+
+PlayerView::PlayerView(PlayerModel& player, WaveformView::Style style, QWidget* parent)
+    : QWidget(parent), player_(player) {
+    setAccessibleName("Player");
+    auto* all = column(this, 8, 6);
+    auto* top = new QWidget;
+    stack_ = new QStackedLayout(top);
+    stack_->addWidget(empty_ = makeEmpty());
+    stack_->addWidget(loaded_ = makeLoaded(style));
+    all->addWidget(top, 1);
+    all->addWidget(makeMessage());
+    all->addWidget(controls_ = makeControls());
+    all->addWidget(soundfield_ = new SoundfieldRow(player));
+    connectWaveform();
+    connect(&player, &PlayerModel::changed, this, &PlayerView::refresh);
+    connect(&player.settings(), &SettingsStore::changed, this, &PlayerView::refresh);
+    connect(&player.playhead(), &PlayheadModel::frameChanged, this, &PlayerView::movePlayhead);
+    refresh();
+}
+
+QWidget* PlayerView::makeEmpty() {
+    auto* box = new QWidget;
+    auto* layout = column(box, 0, 8);
+    auto* text = new QLabel("Select an audio file");
+    text->setProperty("role", "empty");
+    text->setAlignment(Qt::AlignCenter);
+    auto* hint = new QLabel("Choose one in the list above, or drop a file or a folder here.");
+    hint->setProperty("role", "secondary");
+    hint->setAlignment(Qt::AlignCenter);
+    layout->addStretch(1);
+    layout->addWidget(text);
+    layout->addWidget(hint);
+    layout->addStretch(1);
+    return box;
+}
+
+QWidget* PlayerView::makeLoaded(WaveformView::Style style) {
+    auto* box = new QWidget;
+    auto* layout = column(box, 0, 0);
+    layout->addWidget(header_ = new PlayerHeader(player_));
+    layout->addSpacing(2);
+    layout->addWidget(ruler_ = new TimeRuler);
+    layout->addWidget(waveform_ = new WaveformView(style), 1);
+    return box;
+}
+
+QWidget* PlayerView::makeMessage() {
+    messageRow_ = new QWidget;
+    messageRow_->setObjectName("messageRow");
+    messageLayout_ = new QHBoxLayout(messageRow_);
+    messageLayout_->setContentsMargins(0, 0, 0, 0);
+    messageLayout_->setSpacing(8);
+    message_ = new ElidedLabel(Qt::ElideRight);
+    messageLayout_->addWidget(warning_ = new SymbolLabel("warning", SymbolRole::warning));
+    messageLayout_->addWidget(message_, 1);
+    return messageRow_;
+}
+
+void PlayerView::addToMessage(QWidget* widget) {
+    messageExtra_ = widget;
+    messageLayout_->addWidget(widget);
+    widget->installEventFilter(this);
+    refreshMessage();
+}
+
+bool PlayerView::eventFilter(QObject* object, QEvent* event) {
+    if (event->type() == QEvent::ShowToParent || event->type() == QEvent::HideToParent) refreshMessage();
+    return QWidget::eventFilter(object, event);
+}
+
+QWidget* PlayerView::makeControls() {
+    auto* bar = new QWidget;
+    auto* row = new QHBoxLayout(bar);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(16);
+    row->addWidget(transport_ = new TransportBar(player_));
+    row->addWidget(source_ = new SourceBar(player_), 1);
+    return bar;
+}
+
+// Everything with its text where there is room for it, else icons alone.
+void PlayerView::fitControls() {
+    for (const bool narrow : {false, true}) {
+        transport_->setNarrow(narrow);
+        source_->setNarrow(narrow);
+        controls_->layout()->activate();
+        if (controls_->layout()->minimumSize().width() <= width() - controlsMargin) break;
+    }
+}
+
+QSize PlayerView::minimumSizeHint() const {
+    return {minWidth, QWidget::minimumSizeHint().height()};
+}
+
+void PlayerView::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    fitControls();
+}
+
+void PlayerView::connectWaveform() {
+    waveform_->onSeek = [this](int64_t frame) { player_.seek(frame); };
+    waveform_->onSelect = [this](std::optional<FrameRange> range) {
+        if (range)
+            player_.select(range);
+        else
+            player_.clearSelection();
+        // The model may have refused it, and then announces nothing.
+        refreshWaveform();
+    };
+    waveform_->exportForDrag = [this](bool selectionOnly) { return player_.exportForDrag(selectionOnly); };
+    waveform_->onTogglePlay = [this] { player_.togglePlay(); };
+    connect(waveform_, &WaveformView::hovered, this, [this](qint64 frame) {
+        const auto& info = player_.info();
+        ruler_->setHover(frame < 0 || !info ? -1 : static_cast<double>(frame) / std::max(info->sampleRate, 1.0));
+    });
+    source_->dragHandle().file = [this] { return player_.exportForDrag(false); };
+    source_->dragHandle().picture = [this] { return waveform_->grab(); };
+}
+
+void PlayerView::refresh() {
+    const auto& info = player_.info();
+    stack_->setCurrentWidget(info ? loaded_ : empty_);
+    header_->refresh();
+    refreshWaveform();
+    transport_->refresh();
+    source_->refresh();
+    fitControls();
+    soundfield_->refresh();
+    refreshMessage();
+}
+
+void PlayerView::refreshMessage() {
+    const auto& message = player_.message();
+    const bool problem = message && player_.messageIsProblem();
+    const QString role = problem ? "warning" : "";
+    if (message_->property("role") != role) {
+        message_->setProperty("role", role);
+        message_->style()->polish(message_);
+    }
+    warning_->setVisible(problem);
+    message_->setFullText(QString::fromStdString(message.value_or("")));
+    messageRow_->setVisible(message || (messageExtra_ && !messageExtra_->isHidden()));
+}
+
+void PlayerView::refreshWaveform() {
+    const auto& info = player_.info();
+    const double rate = info ? std::max(info->sampleRate, 1.0) : 1.0;
+    waveform_->setData(player_.waveform());
+    waveform_->setTotalFrames(info ? info->frames : 0, rate);
+    waveform_->setLaneLabels(player_.laneLabels());
+    waveform_->setSelection(player_.selection());
+    waveform_->setPlayhead(player_.playhead().frame());
+    ruler_->setSeconds(info ? static_cast<double>(info->frames) / rate : 0);
+}
+
+void PlayerView::movePlayhead() {
+    waveform_->setPlayhead(player_.playhead().frame());
+    header_->refreshTime();
+}
+
+}  // namespace brindlehum

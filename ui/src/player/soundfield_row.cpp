@@ -1,0 +1,73 @@
+#include "ui/player/soundfield_row.h"
+
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+
+#include "ui/look/time_label.h"
+#include "ui/look/value_slider.h"
+
+namespace brindlehum {
+
+SoundfieldRow::SoundfieldRow(PlayerModel& player, QWidget* parent) : QWidget(parent), player_(player) {
+    setObjectName("soundfieldRow");
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(8);
+    title_ = new QLabel("Soundfield");
+    title_->setProperty("role", "headline");
+    title_->installEventFilter(this);
+    row->addWidget(title_);
+    axes_[0] = makeAxis("Yaw", &Rotation::yaw, 180);
+    axes_[1] = makeAxis("Pitch", &Rotation::pitch, 90);
+    axes_[2] = makeAxis("Roll", &Rotation::roll, 180);
+    auto* resetButton = new QPushButton("Reset");
+    resetButton->setAccessibleName("Reset the soundfield");
+    connect(resetButton, &QPushButton::clicked, this, &SoundfieldRow::reset);
+    row->addWidget(resetButton);
+    refresh();
+}
+
+SoundfieldRow::Axis SoundfieldRow::makeAxis(const QString& name, double Rotation::*angle, double limit) {
+    auto* slider = new ValueSlider(name, {-limit, limit, 1, 0});
+    slider->setProperty("role", "centred");
+    slider->onEdit = [this, angle](double degrees) {
+        Rotation next = player_.rotation();
+        next.*angle = degrees;
+        player_.setRotation(next);
+    };
+    auto* label = new QLabel(name);
+    label->setProperty("role", "secondary");
+    label->setBuddy(slider);
+    auto* value = new QLabel;
+    value->setFont(tabularFont(9));
+    value->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    value->setFixedWidth(QFontMetrics(value->font()).horizontalAdvance("-180°") + 2);
+    for (QWidget* part : {static_cast<QWidget*>(label), static_cast<QWidget*>(slider), static_cast<QWidget*>(value)})
+        static_cast<QHBoxLayout*>(layout())->addWidget(part, part == slider ? 1 : 0);
+    return {angle, slider, value};
+}
+
+void SoundfieldRow::reset() {
+    player_.setRotation({});
+}
+
+void SoundfieldRow::refresh() {
+    const auto source = player_.source();
+    setVisible(source && source->asAmbisonic());
+    const Rotation& rotation = player_.rotation();
+    for (const Axis& axis : axes_) {
+        axis.slider->setNumber(rotation.*axis.angle);
+        axis.value->setText(QString::asprintf("%.0f°", rotation.*axis.angle));
+    }
+    setToolTip(QString::asprintf("Soundfield yaw %.0f°, pitch %.0f°, roll %.0f°: double-click Reset to zero all three",
+                                 rotation.yaw, rotation.pitch, rotation.roll));
+}
+
+bool SoundfieldRow::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == title_ && event->type() == QEvent::MouseButtonDblClick) reset();
+    return QWidget::eventFilter(watched, event);
+}
+
+}  // namespace brindlehum

@@ -1,0 +1,136 @@
+#include "ui/player/source_bar.h"
+
+#include <QHBoxLayout>
+#include <QMenu>
+#include <algorithm>
+
+#include "ui/look/drag_handle.h"
+#include "ui/look/elided_label.h"
+#include "ui/look/icons.h"
+#include "ui/look/menu_button.h"
+
+namespace brindlehum {
+
+QString listenName(ListenMode mode) {
+    switch (mode) {
+        case ListenMode::normal:
+            return "Stereo";
+        case ListenMode::mono:
+            return "Mono sum";
+        case ListenMode::left:
+            return "Left only";
+        case ListenMode::right:
+            return "Right only";
+        case ListenMode::midSide:
+            return "M/S decode";
+    }
+    return {};
+}
+
+QString profileIcon(const OutputProfile& profile) {
+    return profile.kind == OutputProfile::Kind::headphones ? "headphones" : "speakers";
+}
+
+SourceBar::SourceBar(PlayerModel& player, QWidget* parent) : QWidget(parent), player_(player) {
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(8);
+    format_ = new MenuButton("Source format", "How the channels are interpreted", [this](QMenu& m) { fillFormats(m); });
+    format_->setIcon(symbol("channels"));
+    listen_ = new MenuButton("Listen", "Monitor mode for stereo files", [this](QMenu& m) { fillListen(m); });
+    listen_->setIcon(symbol("listen"));
+    profile_ = new MenuButton("Output profile", "Output profile", [this](QMenu& m) { fillProfiles(m); });
+    device_ = new ElidedLabel(Qt::ElideRight);
+    device_->setProperty("role", "secondary");
+    drag_ = new MenuButton("Drag as", "What a drag into the DAW delivers", [this](QMenu& m) { fillDrag(m); });
+    drag_->setIcon(symbol("drag"));
+    handle_ = new DragHandle;
+    row->addWidget(format_);
+    row->addWidget(listen_);
+    row->addWidget(profile_);
+    row->addWidget(device_, 1);
+    row->addStretch();
+    row->addWidget(drag_);
+    row->addWidget(handle_);
+    refresh();
+}
+
+void SourceBar::refresh() {
+    const auto source = player_.source();
+    const bool loaded = player_.info() && source;
+    format_->setVisible(loaded);
+    if (loaded)
+        format_->setChoice(QString::fromStdString(player_.formatOverride()
+                                                      ? source->displayName()
+                                                      : "Auto (" + player_.info()->detected.displayName() + ")"));
+    listen_->setVisible(loaded && *source == SourceFormat::stereo());
+    listen_->setChoice(listenName(player_.listen()));
+    const OutputProfile& profile = player_.settings().activeProfile();
+    profile_->setIcon(symbol(profileIcon(profile)));
+    profile_->setChoice(QString::fromStdString(profile.name));
+    refreshDevice();
+    drag_->setVisible(loaded && player_.dragOptions().size() > 1);
+    drag_->setChoice(QString::fromStdString(name(player_.dragExport())));
+    handle_->setVisible(loaded);
+}
+
+void SourceBar::setNarrow(bool narrow) {
+    const auto style = narrow ? Qt::ToolButtonIconOnly : Qt::ToolButtonTextBesideIcon;
+    for (QToolButton* button : {static_cast<QToolButton*>(format_), static_cast<QToolButton*>(listen_),
+                                static_cast<QToolButton*>(profile_), static_cast<QToolButton*>(drag_)})
+        button->setToolButtonStyle(style);
+    device_->setVisible(!narrow);
+}
+
+void SourceBar::refreshDevice() {
+    const PlaybackEngine& engine = player_.engine();
+    const auto& uid = player_.settings().activeProfile().deviceUID;
+    // Asking for the devices can take a while, so it is done only when the answer may have changed.
+    const DeviceKey key{uid, engine.isConfigured(), player_.isPlaying()};
+    if (shownFor_ == key) return;
+    shownFor_ = key;
+    const auto devices = engine.devices().allOutputs();
+    const auto named = std::ranges::find_if(devices, [&](const auto& device) { return device.uid == uid; });
+    const auto standard = std::ranges::find_if(
+        devices, [id = engine.devices().defaultOutput()](const auto& device) { return device.id == id; });
+    if (named != devices.end())
+        device_->setFullText("on " + QString::fromStdString(named->name));
+    else if (standard != devices.end())
+        device_->setFullText("on " + QString::fromStdString(standard->name) +
+                             (uid ? ", for the profile's device is unavailable" : ""));
+    else
+        device_->setFullText("no output device");
+}
+
+void SourceBar::fillFormats(QMenu& menu) {
+    const auto& info = player_.info();
+    if (!info) return;
+    const auto& chosen = player_.formatOverride();
+    addChoice(menu, QString::fromStdString("Auto (" + info->detected.displayName() + ")"), !chosen,
+              [this] { player_.setFormatOverride(std::nullopt); });
+    menu.addSeparator();
+    for (const auto& format : SourceFormat::options(info->channels))
+        addChoice(menu, QString::fromStdString(format.displayName()), chosen == format,
+                  [this, format] { player_.setFormatOverride(format); });
+}
+
+void SourceBar::fillListen(QMenu& menu) {
+    for (const auto mode : allListenModes)
+        addChoice(menu, listenName(mode), mode == player_.listen(), [this, mode] { player_.setListen(mode); });
+}
+
+void SourceBar::fillProfiles(QMenu& menu) {
+    const UUID active = player_.settings().activeProfile().id;
+    for (const auto& profile : player_.settings().value().profiles)
+        addChoice(menu, QString::fromStdString(profile.name), profile.id == active, [this, id = profile.id] {
+            player_.selectProfile(id);
+        })->setIcon(symbol(profileIcon(profile)));
+}
+
+void SourceBar::fillDrag(QMenu& menu) {
+    for (const auto mode : player_.dragOptions())
+        addChoice(menu, QString::fromStdString(name(mode)), mode == player_.dragExport(),
+                  [this, mode] { player_.setDragExport(mode); });
+}
+
+}  // namespace brindlehum

@@ -1,0 +1,218 @@
+#include "ui/settings/profile_editor.h"
+
+#include <QComboBox>
+#include <QFormLayout>
+#include <QGridLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QSignalBlocker>
+
+#include "ui/settings/profile_edits.h"
+#include "ui/settings/trim_stepper.h"
+
+namespace brindlehum {
+namespace {
+
+QComboBox* picker(const QString& name) {
+    auto* box = new QComboBox;
+    box->setAccessibleName(name);
+    box->setFocusPolicy(Qt::StrongFocus);
+    box->setMaxVisibleItems(20);
+    return box;
+}
+
+void choose(QComboBox& box, const QVariant& value) {
+    const QSignalBlocker quiet(&box);
+    box.setCurrentIndex(box.findData(value));
+}
+
+QLabel* label(const QString& text, const char* role) {
+    auto* made = new QLabel(text);
+    made->setProperty("role", role);
+    made->setWordWrap(true);
+    return made;
+}
+
+}  // namespace
+
+ProfileEditor::ProfileEditor(SettingsStore& settings) : settings_(settings) {
+    makeForm();
+    fillDevices();
+}
+
+void ProfileEditor::edit(const std::function<void(OutputProfile&)>& change) {
+    settings_.change([&](AppSettings& settings) {
+        if (OutputProfile* profile = ProfileEdits::find(settings, profile_.id)) change(*profile);
+    });
+}
+
+void ProfileEditor::makeForm() {
+    auto* all = new QVBoxLayout(this);
+    all->setContentsMargins(0, 0, 0, 0);
+    all->setSpacing(8);
+    form_ = new QFormLayout;
+    form_->setSpacing(8);
+    form_->setLabelAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    form_->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+    name_ = new QLineEdit;
+    name_->setAccessibleName("Name");
+    connect(name_, &QLineEdit::textEdited, this,
+            [this](const QString& text) { edit([&](OutputProfile& p) { p.name = text.toStdString(); }); });
+    kind_ = picker("Type");
+    kind_->addItem("Speakers", static_cast<int>(OutputProfile::Kind::speakers));
+    kind_->addItem("Headphones (binaural)", static_cast<int>(OutputProfile::Kind::headphones));
+    connect(kind_, &QComboBox::activated, this, [this] {
+        edit([this](OutputProfile& p) { p.kind = static_cast<OutputProfile::Kind>(kind_->currentData().toInt()); });
+    });
+    device_ = picker("Device");
+    connect(device_, &QComboBox::activated, this, [this] {
+        const QString uid = device_->currentData().toString();
+        edit([&](OutputProfile& p) { p.deviceUID = uid.isEmpty() ? std::nullopt : std::optional(uid.toStdString()); });
+    });
+    left_ = channelPicker("Left output", [](OutputProfile& p, int channel) { p.headphoneLeft = channel; });
+    right_ = channelPicker("Right output", [](OutputProfile& p, int channel) { p.headphoneRight = channel; });
+    layout_ = picker("Layout");
+    for (const auto layout : allLayouts)
+        layout_->addItem(QString::fromUtf8(displayName(layout).data(), std::ssize(displayName(layout))),
+                         static_cast<int>(layout));
+    connect(layout_, &QComboBox::activated, this, [this] {
+        const auto chosen = static_cast<LayoutID>(layout_->currentData().toInt());
+        edit([=](OutputProfile& p) { ProfileEdits::setLayout(p, chosen); });
+    });
+    form_->addRow("Name", name_);
+    form_->addRow("Type", kind_);
+    form_->addRow("Device", device_);
+    form_->addRow("Left output", left_);
+    form_->addRow("Right output", right_);
+    form_->addRow("Layout", layout_);
+    all->addLayout(form_);
+    all->addWidget(speakerPart_ = makeGrid(), 1);
+    all->addStretch(0);
+}
+
+QWidget* ProfileEditor::makeGrid() {
+    auto* part = new QWidget;
+    auto* column = new QVBoxLayout(part);
+    column->setContentsMargins(0, 8, 0, 0);
+    column->setSpacing(8);
+    auto* head = new QHBoxLayout;
+    auto* sequential = new QPushButton("Sequential from 1");
+    connect(sequential, &QPushButton::clicked, this, [this] { edit(ProfileEdits::setSequential); });
+    head->addWidget(label("Speaker map", "headline"));
+    head->addWidget(sequential);
+    head->addStretch(1);
+    column->addLayout(head);
+    auto* scroll = new QScrollArea;
+    scroll->setWidgetResizable(true);
+    scroll->setFocusPolicy(Qt::NoFocus);
+    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    gridBox_ = new QWidget;
+    grid_ = new QGridLayout(gridBox_);
+    grid_->setContentsMargins(0, 0, 8, 0);
+    grid_->setHorizontalSpacing(16);
+    grid_->setVerticalSpacing(4);
+    scroll->setWidget(gridBox_);
+    column->addWidget(scroll, 1);
+    column->addWidget(
+        label("Trims apply to auditioning only; room correction comes from the monitor module.", "secondary"));
+    return part;
+}
+
+QComboBox* ProfileEditor::channelPicker(const QString& name, std::function<void(OutputProfile&, int)> change) {
+    auto* box = picker(name);
+    connect(box, &QComboBox::activated, this, [this, box, change = std::move(change)] {
+        const int channel = box->currentData().toInt();
+        edit([&](OutputProfile& p) { change(p, channel); });
+    });
+    return box;
+}
+
+void ProfileEditor::setDevices(std::vector<AudioOutputDevice> devices, int defaultChannels) {
+    devices_ = std::move(devices);
+    defaultChannels_ = defaultChannels;
+    fillDevices();
+    refresh();
+}
+
+void ProfileEditor::fillDevices() {
+    const QSignalBlocker quiet(device_);
+    device_->clear();
+    device_->addItem("System Output", QString());
+    for (const auto& device : devices_)
+        device_->addItem(QString("%1  (%2 out)").arg(QString::fromStdString(device.name)).arg(device.outputChannels),
+                         QString::fromStdString(device.uid));
+}
+
+void ProfileEditor::rebuildGrid() {
+    while (QLayoutItem* item = grid_->takeAt(0)) {
+        if (item->widget()) item->widget()->deleteLater();
+        delete item;
+    }
+    rows_.clear();
+    gridSpeakers_ = speakers(profile_.layout);
+    const QStringList titles = {"Speaker", "Output", "Trim"};
+    for (int i = 0; i < titles.size(); ++i) grid_->addWidget(label(titles[i], "secondary"), 0, i);
+    for (size_t i = 0; i < gridSpeakers_.size(); ++i) {
+        const QString name = QString::fromStdString(brindlehum::label(gridSpeakers_[i], gridSpeakers_));
+        auto* output = channelPicker("Output of " + name,
+                                     [i](OutputProfile& p, int channel) { ProfileEdits::setOutput(p, i, channel); });
+        auto* trim = new TrimStepper("Trim of " + name);
+        connect(trim, &TrimStepper::valueChanged, this,
+                [this, i](double db) { edit([=](OutputProfile& p) { ProfileEdits::setTrim(p, i, db); }); });
+        const int row = static_cast<int>(i) + 1;
+        grid_->addWidget(new QLabel(name), row, 0);
+        grid_->addWidget(output, row, 1);
+        grid_->addWidget(trim, row, 2);
+        rows_.push_back({output, trim});
+    }
+    grid_->setColumnStretch(1, 1);
+    grid_->setRowStretch(static_cast<int>(gridSpeakers_.size()) + 1, 1);
+}
+
+void ProfileEditor::showProfile(const OutputProfile& profile) {
+    profile_ = profile;
+    if (gridSpeakers_ != speakers(profile_.layout)) rebuildGrid();
+    refresh();
+}
+
+void ProfileEditor::refreshChannels(QComboBox& box, int current) const {
+    const QSignalBlocker quiet(&box);
+    const int rows =
+        ProfileEdits::pickerRows(ProfileEdits::channelCount(profile_, devices_, defaultChannels_), current);
+    if (box.count() != rows + 1) {
+        box.clear();
+        box.addItem("Off", ProfileEdits::offChannel);
+        for (int channel = 0; channel < rows; ++channel) box.addItem(QString("Out %1").arg(channel + 1), channel);
+    }
+    box.setCurrentIndex(box.findData(std::max(current, ProfileEdits::offChannel)));
+}
+
+void ProfileEditor::refresh() {
+    const QString name = QString::fromStdString(profile_.name);
+    if (name_->text() != name) name_->setText(name);
+    choose(*kind_, static_cast<int>(profile_.kind));
+    const QString uid = QString::fromStdString(profile_.deviceUID.value_or(""));
+    // A device that has gone keeps a row, so that the profile shows what it will use when it comes back.
+    if (device_->findData(uid) < 0) device_->addItem("Unavailable device", uid);
+    choose(*device_, uid);
+    const bool headphones = profile_.kind == OutputProfile::Kind::headphones;
+    for (QWidget* field : {left_, right_}) {
+        field->setVisible(headphones);
+        form_->labelForField(field)->setVisible(headphones);
+    }
+    layout_->setVisible(!headphones);
+    form_->labelForField(layout_)->setVisible(!headphones);
+    speakerPart_->setVisible(!headphones);
+    refreshChannels(*left_, profile_.headphoneLeft);
+    refreshChannels(*right_, profile_.headphoneRight);
+    choose(*layout_, static_cast<int>(profile_.layout));
+    for (size_t i = 0; i < rows_.size(); ++i) {
+        refreshChannels(*rows_[i].output, ProfileEdits::outputOf(profile_, i));
+        const QSignalBlocker quiet(rows_[i].trim);
+        rows_[i].trim->setValue(ProfileEdits::trimOf(profile_, i));
+    }
+}
+
+}  // namespace brindlehum

@@ -1,0 +1,57 @@
+#include "ui/settings/settings_window.h"
+
+#include <QCheckBox>
+#include <QGroupBox>
+#include <QShortcut>
+#include <QTabWidget>
+#include <QVBoxLayout>
+
+#include "ui/look/icons.h"
+#include "ui/look/setting_action.h"
+#include "ui/settings/library_settings.h"
+#include "ui/settings/outputs_settings.h"
+
+namespace brindlehum {
+namespace {
+
+QGroupBox* section(const QString& title, QWidget* content) {
+    auto* box = new QGroupBox(title);
+    auto* layout = new QVBoxLayout(box);
+    layout->addWidget(content);
+    return box;
+}
+
+QWidget* makeAudition(SettingsStore& settings) {
+    auto* page = new QWidget;
+    auto* layout = new QVBoxLayout(page);
+    layout->setContentsMargins(16, 8, 16, 16);
+    layout->setSpacing(8);
+    layout->addWidget(
+        section("Browsing", makeSetting("Auto-play when the selection changes", settings, &AppSettings::autoPlay)));
+    layout->addWidget(section(
+        "Routing", makeSetting("Mono files play from the center speaker", settings, &AppSettings::monoToCenter)));
+    layout->addStretch(1);
+    return page;
+}
+
+}  // namespace
+
+SettingsWindow::SettingsWindow(LibraryModel& library, const AudioDevices& devices, std::function<void()> addFolder) {
+    SettingsStore& settings = library.settings();
+    setObjectName("window");
+    setWindowTitle("Settings");
+    setAttribute(Qt::WA_StyledBackground);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 8, 0, 0);
+    auto* tabs = new QTabWidget;
+    tabs->setAccessibleName("Settings");
+    tabs->addTab(new OutputsSettings(settings, devices), symbol("speakers"), "Outputs");
+    tabs->addTab(makeAudition(settings), symbol("file"), "Audition");
+    tabs->addTab(new LibrarySettings(library, std::move(addFolder)), symbol("library"), "Library");
+    layout->addWidget(tabs);
+    resize(820, 640);
+    connect(new QShortcut(QKeySequence("Ctrl+W"), this), &QShortcut::activated, this, &QWidget::close);
+    connect(new QShortcut(QKeySequence("Escape"), this), &QShortcut::activated, this, &QWidget::close);
+}
+
+}  // namespace brindlehum

@@ -1,0 +1,93 @@
+#include "ui/sidebar/sidebar_rows.h"
+
+#include <QLocale>
+#include <algorithm>
+
+#include "ui/look/file_drag.h"
+
+namespace brindlehum::SidebarRows {
+namespace {
+
+namespace fs = std::filesystem;
+
+QString number(int64_t value) {
+    return QLocale().toString(static_cast<qlonglong>(value));
+}
+
+QString lastPart(const fs::path& path) {
+    const fs::path normal = path.lexically_normal();
+    const fs::path name = normal.has_filename() ? normal.filename() : normal.parent_path().filename();
+    return name.empty() ? FileDrag::toText(path) : FileDrag::toText(name);
+}
+
+SidebarRow folderRow(SidebarRow::Kind kind, const fs::path& path, const QString& icon, const Snapshot& now) {
+    SidebarRow row;
+    row.kind = kind;
+    row.text = lastPart(path);
+    row.icon = iconOf(path, icon);
+    row.value = path.native();
+    row.selected = now.folder && *now.folder == path;
+    return row;
+}
+
+std::vector<SidebarRow> facets(SidebarRow::Kind kind, const Catalog::Counts& counts,
+                               const std::optional<std::string>& chosen) {
+    std::vector<SidebarRow> rows;
+    const auto add = [&](const std::string& name, int64_t count) {
+        SidebarRow row;
+        row.kind = kind;
+        row.text = QString::fromStdString(name);
+        row.value = name;
+        row.count = count;
+        row.selected = chosen == name;
+        rows.push_back(std::move(row));
+    };
+    for (const auto& [name, count] : counts) add(name, count);
+    return rows;
+}
+
+}  // namespace
+
+QString sectionName(int section) {
+    static const std::array<const char*, SectionCount> names = {"Library", "Categories", "Libraries", "Places"};
+    return QString::fromLatin1(names[static_cast<size_t>(section)]);
+}
+
+QString iconOf(const fs::path& path, const QString& other) {
+    const std::string& text = path.native();
+    const std::array<std::string_view, 3> mounts = {"/media/", "/run/media/", "/mnt/"};
+    return std::ranges::any_of(mounts, [&](auto mount) { return text.starts_with(mount); }) ? "drive" : other;
+}
+
+Sections build(const Snapshot& now) {
+    Sections sections;
+    for (const auto& root : now.roots) {
+        sections[Library].push_back(folderRow(SidebarRow::Kind::root, root, "library", now));
+        SidebarRow& row = sections[Library].back();
+        row.busy = std::ranges::count(now.indexing, root) > 0;
+        if (const auto found = now.problems.find(root); found != now.problems.end())
+            row.problem = QString::fromStdString(found->second);
+    }
+    SidebarRow add;
+    add.kind = SidebarRow::Kind::addFolder;
+    add.text = "Add Folder…";
+    add.icon = "plus";
+    sections[Library].push_back(add);
+    sections[Categories] = facets(SidebarRow::Kind::category, now.categories, now.category);
+    sections[Libraries] = facets(SidebarRow::Kind::library, now.libraries, now.library);
+    for (const auto& place : now.places)
+        sections[Places].push_back(folderRow(SidebarRow::Kind::place, place, "folder", now));
+    return sections;
+}
+
+QString footer(bool indexing, int64_t indexed) {
+    if (indexing) return "Indexing…";
+    return indexed >= 1 ? number(indexed) + " files indexed" : QString();
+}
+
+QString progress(bool counted, int64_t done, int64_t found) {
+    if (found < 1) return {};
+    return counted ? QString("%1 of %2 files").arg(number(done), number(found)) : number(found) + " files found";
+}
+
+}  // namespace brindlehum::SidebarRows

@@ -1,0 +1,60 @@
+#include "ui/window/app_windows.h"
+
+#include <QApplication>
+#include <QLocale>
+
+#include "ui/inspector/inspector_view.h"
+#include "ui/look/folder_chooser.h"
+#include "ui/look/icons.h"
+#include "ui/look/theme.h"
+#include "ui/settings/settings_window.h"
+#include "ui/window/main_window.h"
+#include "ui/window/status_menu.h"
+
+namespace brindlehum {
+namespace {
+
+void bringUp(QWidget& window) {
+    if (window.isMinimized()) window.showNormal();
+    window.show();
+    // Where nobody sees a window there is none to raise, and Qt would say so on the terminal each time.
+    if (QGuiApplication::platformName() == QLatin1String("offscreen")) return;
+    window.raise();
+    window.activateWindow();
+}
+
+}  // namespace
+
+AppWindows::AppWindows(AppModel& model) : model_(model), theme_(std::make_unique<ThemeController>()) {
+    // The C locale groups no digits.
+    if (QLocale().language() == QLocale::C) QLocale::setDefault(QLocale(QLocale::English));
+    QApplication::setQuitOnLastWindowClosed(false);
+    QApplication::setApplicationVersion(QStringLiteral(BRINDLEHUM_VERSION));
+    QApplication::setWindowIcon(applicationIcon());
+    main_ = std::make_unique<MainWindow>(model);
+    status_ = std::make_unique<StatusMenu>(model, [this] {
+        if (main_->inspector().fields().hasEdits()) open("main");  // the question belongs to a window that is seen
+        main_->quit();
+    });
+    model.chooseFoldersAction = [this](const AppModel::FoldersChosen& chosen) {
+        chosen(chooseLibraryFolders(main_.get(), model_.library().folder().value_or(std::filesystem::path())));
+    };
+    model.openWindowAction = [this](const std::string& id) { open(id); };
+    open("main");
+}
+
+AppWindows::~AppWindows() {
+    model_.openWindowAction = nullptr;
+    model_.chooseFoldersAction = nullptr;
+}
+
+void AppWindows::open(const std::string& id) {
+    if (id == "main") bringUp(*main_);
+    if (id != "settings") return;
+    if (!settings_)
+        settings_ = std::make_unique<SettingsWindow>(model_.library(), model_.engine().devices(),
+                                                     [this] { model_.addLibraryFolder(); });
+    bringUp(*settings_);
+}
+
+}  // namespace brindlehum

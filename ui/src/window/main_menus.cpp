@@ -1,0 +1,111 @@
+#include "ui/window/main_menus.h"
+
+#include <QApplication>
+#include <QMenuBar>
+#include <QMessageBox>
+
+#include "ui/browser/browser_table.h"
+#include "ui/browser/browser_view.h"
+#include "ui/look/icons.h"
+#include "ui/look/setting_action.h"
+#include "ui/window/main_window.h"
+
+namespace brindlehum {
+namespace {
+
+QAction* add(QMenu* menu, const QString& text, const QKeySequence& keys, std::function<void()> action) {
+    auto* entry = menu->addAction(text);
+    entry->setShortcut(keys);
+    QObject::connect(entry, &QAction::triggered, menu, [action = std::move(action)] { action(); });
+    return entry;
+}
+
+void about(QWidget* parent) {
+    QMessageBox box(parent);
+    box.setWindowTitle("About Brindlehum");
+    box.setIconPixmap(applicationIcon().pixmap(64, 64));
+    box.setText("<b>Brindlehum " + QApplication::applicationVersion().toHtmlEscaped() + "</b>");
+    box.setInformativeText(
+        "Hear any audio file correctly on the speakers or headphones at hand.\n\n"
+        "Licence: GNU General Public License, version 3 or later. This program comes with no warranty.");
+    box.exec();
+}
+
+void fillFile(QMenu* menu, MainWindow& window, AppModel& model) {
+    add(menu, "Add Library Folder…", QKeySequence("Ctrl+O"), [&model] { model.addLibraryFolder(); });
+    add(menu, "Open File…", QKeySequence("Ctrl+Shift+O"), [&window] { window.chooseFile(); });
+    add(menu, "Open Folder…", {}, [&window] { window.chooseFolder(); });
+    menu->addSeparator();
+    auto* edits = add(menu, "Make Temp Edits", QKeySequence("Ctrl+Shift+E"), [&model] {
+        if (const auto& info = model.player().info()) model.makeTempEdits({info->url});
+    });
+    const auto follow = [edits, &model] { edits->setEnabled(model.player().info().has_value()); };
+    QObject::connect(&model.player(), &PlayerModel::changed, edits, follow);
+    follow();
+    menu->addSeparator();
+    add(menu, "Close Window", QKeySequence("Ctrl+W"), [&window] { window.close(); });
+    add(menu, "Quit", QKeySequence("Ctrl+Q"), [&window] { window.quit(); });
+}
+
+void fillEdit(QMenu* menu, MainWindow& window, AppModel& model) {
+    add(menu, "Find", QKeySequence("Ctrl+F"), [&window] { window.browser().focusSearch(); });
+    add(menu, "Clear Search", QKeySequence("Ctrl+Shift+F"), [&model] { model.library().clearFilters(); });
+    menu->addSeparator();
+    auto* undo = add(menu, "Undo Rename", {}, [&model] { model.library().undoRename(); });
+    QObject::connect(menu, &QMenu::aboutToShow, undo,
+                     [undo, &model] { undo->setEnabled(model.library().canUndoRename()); });
+    menu->addSeparator();
+    add(menu, "Settings…", QKeySequence("Ctrl+,"), [&model] { model.openWindow("settings"); });
+}
+
+// What a click on a column's head does, for the keyboard.
+void fillSort(QMenu* menu, BrowserTable& table) {
+    for (int column = 0; column < BrowserTableModel::ColumnCount; ++column)
+        add(menu, "Sort by " + BrowserTableModel::columnName(column), {}, [&table, column] { table.sortBy(column); });
+    add(menu, "Reset Columns", {}, [&table] { table.resetColumns(); });
+}
+
+QAction* addPart(QMenu* menu, const QString& text, const QKeySequence& keys, MainWindow& window,
+                 bool (MainWindow::*shown)() const, void (MainWindow::*show)(bool)) {
+    auto* entry = menu->addAction(text);
+    entry->setShortcut(keys);
+    entry->setCheckable(true);
+    entry->setChecked((window.*shown)());
+    QObject::connect(entry, &QAction::triggered, &window, show);
+    QObject::connect(&window, &MainWindow::partsChanged, entry,
+                     [entry, &window, shown] { entry->setChecked((window.*shown)()); });
+    return entry;
+}
+
+void fillView(QMenu* menu, MainWindow& window, AppModel& model) {
+    addPart(menu, "Sidebar", QKeySequence("F9"), window, &MainWindow::showsSidebar, &MainWindow::showSidebar);
+    addPart(menu, "Metadata Inspector", QKeySequence("Ctrl+I"), window, &MainWindow::showsInspector,
+            &MainWindow::showInspector);
+    menu->addSeparator();
+    fillSort(menu, window.browser().table());
+    menu->addSeparator();
+    auto* expert = addSetting(*menu, "Expert Mode", model.settings(), &AppSettings::expertMode);
+    expert->setShortcut(QKeySequence("Ctrl+Alt+E"));
+}
+
+}  // namespace
+
+void fillMenuBar(MainWindow& window, AppModel& model) {
+    QMenuBar* bar = window.menuBar();
+    PlayerModel& player = model.player();
+    fillFile(bar->addMenu("&File"), window, model);
+
+    fillEdit(bar->addMenu("&Edit"), window, model);
+    fillView(bar->addMenu("&View"), window, model);
+
+    auto* playback = bar->addMenu("&Playback");
+    auto* play = add(playback, "Play / Stop", QKeySequence("Ctrl+Return"), [&player] { player.togglePlay(); });
+    play->setShortcuts({QKeySequence("Ctrl+Return"), QKeySequence("Ctrl+Enter")});
+    add(playback, "Toggle Loop", QKeySequence("Ctrl+L"), [&player] { player.setLoop(!player.loop()); });
+    add(playback, "Clear Selection", QKeySequence("Ctrl+D"), [&player] { player.clearSelection(); });
+
+    auto* help = bar->addMenu("&Help");
+    add(help, "About Brindlehum", {}, [&window] { about(&window); });
+}
+
+}  // namespace brindlehum

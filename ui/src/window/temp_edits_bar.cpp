@@ -1,0 +1,60 @@
+#include "ui/window/temp_edits_bar.h"
+
+#include <QHBoxLayout>
+#include <QMessageBox>
+#include <QProgressBar>
+#include <QPushButton>
+#include <cmath>
+
+#include "ui/look/file_drag.h"
+
+namespace brindlehum {
+
+TempEditsBar::TempEditsBar(TempEditBatch& batch, PlayerModel& player, QWidget* parent)
+    : QWidget(parent), batch_(batch), player_(player) {
+    setObjectName("tempEdits");
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(8);
+    progress_ = new QProgressBar;
+    progress_->setRange(0, 1000);
+    progress_->setTextVisible(false);
+    progress_->setFixedWidth(160);
+    progress_->setAccessibleName("Progress of the temp edits");
+    row->addWidget(progress_);
+    row->addWidget(cancel_ = new QPushButton("Cancel"));
+    row->addWidget(skipped_ = new QPushButton("Why Skipped…"));
+    row->addWidget(folders_ = new QPushButton("Show in File Manager"));
+    connect(cancel_, &QPushButton::clicked, &batch, &TempEditBatch::cancel);
+    connect(folders_, &QPushButton::clicked, &batch, &TempEditBatch::showFolders);
+    connect(skipped_, &QPushButton::clicked, this, &TempEditsBar::tellSkipped);
+    connect(&batch, &TempEditBatch::changed, this, &TempEditsBar::refresh);
+    connect(&player, &PlayerModel::changed, this, &TempEditsBar::refresh);
+    refresh();
+}
+
+void TempEditsBar::refresh() {
+    const auto progress = batch_.progress();
+    progress_->setVisible(progress.has_value());
+    cancel_->setVisible(progress.has_value());
+    if (progress) progress_->setValue(int(std::lround(*progress * progress_->maximum())));
+    const bool told = !progress && !batch_.closing().empty() && player_.message() == batch_.closing();
+    skipped_->setVisible(told && !batch_.skipped().empty());
+    folders_->setVisible(told && !batch_.folders().empty());
+    setVisible(progress || told);
+}
+
+void TempEditsBar::tellSkipped() {
+    constexpr size_t most = 12;  // lines that fit a small screen
+    QString text;
+    for (size_t i = 0; i < batch_.skipped().size() && i < most; ++i) {
+        const auto& [file, reason] = batch_.skipped()[i];
+        text += FileDrag::toText(file.filename()) + "\n    " + QString::fromStdString(reason) + "\n";
+    }
+    if (batch_.skipped().size() > most) text += QString("and %1 more").arg(batch_.skipped().size() - most);
+    QMessageBox box(QMessageBox::Information, "Temp Edits", "These files were skipped:", QMessageBox::Ok, window());
+    box.setInformativeText(text.trimmed());
+    box.exec();
+}
+
+}  // namespace brindlehum
