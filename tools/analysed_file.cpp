@@ -23,8 +23,8 @@ constexpr std::array<std::string_view, analysisStageCount> stageNames = {"mono",
 
 bool AnalysisWords::take(Words words, size_t& at) {
     const std::string& word = words[at];
-    if (word != "bpm" && word != "meter") return false;
-    if (++at == words.size()) throw UsageError("no value after \"" + word + "\"");
+    if (word != "bpm" && word != "meter") { return false; }
+    if (++at == words.size()) { throw UsageError("no value after \"" + word + "\""); }
     if (word == "bpm") {
         bpm = numberAfter(word, words[at], 20, 400);
     } else {
@@ -34,7 +34,7 @@ bool AnalysisWords::take(Words words, size_t& at) {
 }
 
 double AnalysedFile::seconds() const {
-    return audio.sampleRate > 0 ? static_cast<double>(audio.channels[0].size()) / audio.sampleRate : 0;
+    return audio.sampleRate > 0 ? double(audio.channels[0].size()) / audio.sampleRate : 0;
 }
 
 AnalysedFile analyseFile(const std::string& file, const AnalysisWords& words) {
@@ -42,14 +42,14 @@ AnalysedFile analyseFile(const std::string& file, const AnalysisWords& words) {
     ProgressLine progress;
     progress.tell(label + "reading");
     AnalysedFile result{AudioFileInfo::load(file), Signal::readPlanar(file), {}};
-    if (static_cast<int64_t>(result.audio.channels[0].size()) < result.info.frames) {
+    if (int64_t(result.audio.channels[0].size()) < result.info.frames) {
         throw Error("The file broke off while it was read");
     }
     const std::string name = std::filesystem::path(file).filename().string();
     const AnalysisInput input{result.audio.channels, result.audio.sampleRate, result.info.detected, name, words.bpm,
                               words.beatsPerBar};
     result.outcome = analyzeMusic(input, [&](AnalysisStage stage) {
-        progress.tell(label + std::string(stageNames[static_cast<size_t>(stage)]));
+        progress.tell(label + std::string(stageNames[size_t(stage)]));
         return true;
     });
     return result;

@@ -17,7 +17,7 @@ void analyzeFile(const std::string& file, const AnalysisWords& overrides) {
         line["seconds"] = result.seconds();
     }
     print(line);
-    if (status != AnalysisOutcome::Status::done) throw Error(std::string(failureText(status)));
+    if (status != AnalysisOutcome::Status::done) { throw Error(std::string(failureText(status))); }
 }
 
 }  // namespace
@@ -26,7 +26,7 @@ bool analyze(Words words) {
     AnalysisWords overrides;
     std::vector<std::string> files;
     for (size_t i = 0; i < words.size(); ++i) {
-        if (!overrides.take(words, i)) files.push_back(words[i]);
+        if (!overrides.take(words, i)) { files.push_back(words[i]); }
     }
     return eachFile(files, [&](const std::string& file) { analyzeFile(file, overrides); });
 }

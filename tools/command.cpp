@@ -10,12 +10,12 @@ namespace brindlehum::cli {
 
 void print(const Json& json) {
     std::cout << json.dump(-1, ' ', false, Json::error_handler_t::replace) << std::endl;
-    if (!std::cout) throw Error("Couldn't write to the standard output");
+    if (!std::cout) { throw Error("Couldn't write to the standard output"); }
 }
 
 std::string oneLine(std::string text) {
     for (char& c : text) {
-        if (static_cast<unsigned char>(c) < ' ') c = ' ';
+        if (static_cast<unsigned char>(c) < ' ') { c = ' '; }
     }
     return text;
 }
@@ -25,13 +25,13 @@ void printError(const std::string& text) {
 }
 
 bool eachFile(Words files, const std::function<void(const std::string& file)>& job) {
-    if (files.empty()) throw UsageError("no file given");
+    if (files.empty()) { throw UsageError("no file given"); }
     bool allDone = true;
     for (const std::string& file : files) {
         try {
             job(file);
         } catch (const std::exception& error) {
-            if (!std::cout) throw;
+            if (!std::cout) { throw; }
             // The texts begin with the file's name; with several files at hand its whole path tells more.
             const std::string name = std::filesystem::path(file).filename().string();
             const std::string text = error.what();

@@ -9,7 +9,7 @@
 namespace brindlehum::cli {
 
 bool devices(Words words) {
-    if (!words.empty()) throw UsageError("unknown word \"" + words[0] + "\"");
+    if (!words.empty()) { throw UsageError("unknown word \"" + words[0] + "\""); }
     int argumentCount = 1;
     char name[] = "brindlehum-cli";
     char* arguments[] = {name, nullptr};

@@ -41,7 +41,7 @@ void takeTargets(Words words, size_t& at, Request& request) {
     while (at + 1 < words.size() && isNumber(words[at + 1])) {
         request.options.targets.push_back(numberAfter("targets", words[++at], 1, longest));
     }
-    if (request.options.targets.empty()) throw UsageError("no length after \"targets\"");
+    if (request.options.targets.empty()) { throw UsageError("no length after \"targets\""); }
 }
 
 Request read(Words words) {
@@ -56,19 +56,19 @@ Request read(Words words) {
             request.files.push_back(word);
             continue;
         }
-        if (++at == words.size()) throw UsageError("no value after \"" + word + "\"");
+        if (++at == words.size()) { throw UsageError("no value after \"" + word + "\""); }
         const std::string& value = words[at];
         if (word == "extended") {
             request.options.extended.reset();
-            if (value != "none") request.options.extended = numberAfter(word, value, 1, longest);
+            if (value != "none") { request.options.extended = numberAfter(word, value, 1, longest); }
         } else if (word == "exact") {
-            if (value != "on" && value != "off") refuse(word, value);
+            if (value != "on" && value != "off") { refuse(word, value); }
             request.options.exactLength = value == "on";
         } else {
             request.options.crossfadeMs = numberAfter(word, value, 0, 10000);
         }
     }
-    if (request.files.empty()) throw UsageError("no file given");
+    if (request.files.empty()) { throw UsageError("no file given"); }
     return request;
 }
 
@@ -78,7 +78,7 @@ Json orNull(const std::optional<double>& value) {
 
 Json toJson(const EditPlan& plan, const std::filesystem::path& file, double seconds) {
     Json spans = Json::array();
-    for (const auto& span : plan.spans) spans.push_back({{"start", span.start}, {"end", span.end}});
+    for (const auto& span : plan.spans) { spans.push_back({{"start", span.start}, {"end", span.end}}); }
     return {{"name", plan.name},
             {"kind", rawValue(plan.kind)},
             {"spans", spans},
@@ -115,7 +115,7 @@ Json toJson(const std::string& file, const TempEdits::Job& job, const TempEdits:
 
 std::string told(const TempEdits::Step& step) {
     std::string text = std::to_string(step.index + 1) + "/" + std::to_string(step.count) + ": ";
-    if (step.kind == TempEdits::Step::Kind::started) return text + step.job.url.filename().string() + ": analysing";
+    if (step.kind == TempEdits::Step::Kind::started) { return text + step.job.url.filename().string() + ": analysing"; }
     return text + step.file;
 }
 
@@ -130,14 +130,14 @@ bool edits(Words words) {
     }
     ProgressLine progress;
     const auto outcomes = TempEdits::makeAll(jobs, request.options, [&](const TempEdits::Step& step) {
-        if (step.kind != TempEdits::Step::Kind::finished) progress.tell(told(step));
+        if (step.kind != TempEdits::Step::Kind::finished) { progress.tell(told(step)); }
     });
     progress.wipe();
     size_t next = 0;
     return eachFile(request.files, [&](const std::string& file) {
         const size_t i = next++;
         print(toJson(file, jobs[i], outcomes[i]));
-        if (outcomes[i].status != TempEdits::Status::done) throw Error(outcomes[i].reason);
+        if (outcomes[i].status != TempEdits::Status::done) { throw Error(outcomes[i].reason); }
     });
 }
 
@@ -145,7 +145,7 @@ bool plan(Words words) {
     const Request request = read(words);
     return eachFile(request.files, [&](const std::string& file) {
         const TempEdits::Planned planned = TempEdits::plan(file, request.options);
-        if (planned.status != TempEdits::Status::done) throw Error(planned.reason);
+        if (planned.status != TempEdits::Status::done) { throw Error(planned.reason); }
         const auto folder = folderOf(std::filesystem::absolute(file));
         const std::string base = std::filesystem::path(file).stem().string();
         Json plans = Json::array();

@@ -41,26 +41,26 @@ constexpr uint32_t inDs64 = 0xFFFFFFFF;
 }  // namespace
 
 std::string floatWavHeader(int channels, uint32_t sampleRate, uint32_t mask, int64_t frames) {
-    const auto frameBytes = static_cast<uint16_t>(channels * 4);
-    const uint64_t dataSize = static_cast<uint64_t>(frames) * frameBytes;
+    const auto frameBytes = uint16_t(channels * 4);
+    const uint64_t dataSize = uint64_t(frames) * frameBytes;
     const uint64_t riffSize = headerSize - 8 + dataSize;
     const bool large = riffSize >= inDs64;
 
     HeaderBytes h;
     large ? h.id("RF64") : h.id("RIFF");
-    h.number(large ? inDs64 : static_cast<uint32_t>(riffSize));
+    h.number(large ? inDs64 : uint32_t(riffSize));
     h.id("WAVE");
     large ? h.id("ds64") : h.id("JUNK");
     h.number<uint32_t>(28);
     h.number<uint64_t>(large ? riffSize : 0);
     h.number<uint64_t>(large ? dataSize : 0);
-    h.number<uint64_t>(large ? static_cast<uint64_t>(frames) : 0);
+    h.number<uint64_t>(large ? uint64_t(frames) : 0);
     h.number<uint32_t>(0);  // no further chunk sizes
 
     h.id("fmt ");
     h.number<uint32_t>(40);
     h.number(extensible);
-    h.number(static_cast<uint16_t>(channels));
+    h.number(uint16_t(channels));
     h.number(sampleRate);
     h.number<uint32_t>(sampleRate * frameBytes);
     h.number(frameBytes);
@@ -72,20 +72,17 @@ std::string floatWavHeader(int channels, uint32_t sampleRate, uint32_t mask, int
 
     h.id("fact");
     h.number<uint32_t>(4);
-    h.number(large ? inDs64 : static_cast<uint32_t>(frames));
+    h.number(large ? inDs64 : uint32_t(frames));
     h.id("data");
-    h.number(large ? inDs64 : static_cast<uint32_t>(dataSize));
+    h.number(large ? inDs64 : uint32_t(dataSize));
     return h.bytes();
 }
 
 FloatWav::FloatWav(std::filesystem::path target, int channels, double sampleRate, uint32_t mask)
-    : target_(std::move(target)),
-      channels_(channels),
-      sampleRate_(static_cast<uint32_t>(std::lround(sampleRate))),
-      mask_(mask) {
+    : target_(std::move(target)), channels_(channels), sampleRate_(uint32_t(std::lround(sampleRate))), mask_(mask) {
     std::string name = (target_.parent_path() / ".brindlehum-XXXXXX").native();
     const int descriptor = mkstemp(name.data());
-    if (descriptor < 0) fail("Couldn't write");
+    if (descriptor < 0) { fail("Couldn't write"); }
     temporary_ = name;
     const mode_t withheld = umask(0);
     umask(withheld);
@@ -102,7 +99,7 @@ FloatWav::FloatWav(std::filesystem::path target, int channels, double sampleRate
 }
 
 FloatWav::~FloatWav() {
-    if (!temporary_.empty()) unlink(temporary_.c_str());
+    if (!temporary_.empty()) { unlink(temporary_.c_str()); }
 }
 
 void FloatWav::fail(const char* what) const {
@@ -111,14 +108,14 @@ void FloatWav::fail(const char* what) const {
 
 void FloatWav::writeHeader() {
     const std::string header = floatWavHeader(channels_, sampleRate_, mask_, frames_);
-    if (std::fwrite(header.data(), 1, header.size(), file_.get()) != header.size()) fail("Couldn't write");
+    if (std::fwrite(header.data(), 1, header.size(), file_.get()) != header.size()) { fail("Couldn't write"); }
 }
 
 void FloatWav::write(const float* const* planes, int frames) {
-    const auto channels = static_cast<size_t>(channels_);
-    interleaved_.resize(channels * static_cast<size_t>(frames));
+    const auto channels = size_t(channels_);
+    interleaved_.resize(channels * size_t(frames));
     for (size_t c = 0; c < channels; ++c) {
-        for (size_t i = 0; i < static_cast<size_t>(frames); ++i) interleaved_[i * channels + c] = planes[c][i];
+        for (size_t i = 0; i < size_t(frames); ++i) { interleaved_[i * channels + c] = planes[c][i]; }
     }
     if (std::fwrite(interleaved_.data(), sizeof(float), interleaved_.size(), file_.get()) != interleaved_.size()) {
         fail("Couldn't write");
@@ -127,10 +124,10 @@ void FloatWav::write(const float* const* planes, int frames) {
 }
 
 void FloatWav::commit() {
-    if (std::fseek(file_.get(), 0, SEEK_SET) != 0) fail("Couldn't write");
+    if (std::fseek(file_.get(), 0, SEEK_SET) != 0) { fail("Couldn't write"); }
     writeHeader();
-    if (std::fflush(file_.get()) != 0 || fsync(fileno(file_.get())) != 0) fail("Couldn't write");
-    if (std::rename(temporary_.c_str(), target_.c_str()) != 0) fail("Couldn't replace");
+    if (std::fflush(file_.get()) != 0 || fsync(fileno(file_.get())) != 0) { fail("Couldn't write"); }
+    if (std::rename(temporary_.c_str(), target_.c_str()) != 0) { fail("Couldn't replace"); }
     temporary_.clear();
 }
 

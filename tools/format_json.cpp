@@ -7,7 +7,7 @@ Json toJson(const SourceFormat& format) {
     if (const SpeakerList* list = format.asSpeakers()) {
         json["kind"] = "speakers";
         json["speakers"] = Json::array();
-        for (const SpeakerID speaker : *list) json["speakers"].push_back(rawValue(speaker));
+        for (const SpeakerID speaker : *list) { json["speakers"].push_back(rawValue(speaker)); }
     } else if (const Ambisonic* ambisonic = format.asAmbisonic()) {
         json["kind"] = "ambisonic";
         json["order"] = ambisonic->order;
@@ -22,7 +22,7 @@ Json toJson(const SourceFormat& format) {
 
 Json toJson(const SoundMeta& meta) {
     Json json;
-    for (const SoundMeta::Tag& tag : SoundMeta::ixmlTags) json[std::string(tag.key)] = meta.*tag.field;
+    for (const SoundMeta::Tag& tag : SoundMeta::ixmlTags) { json[std::string(tag.key)] = meta.*tag.field; }
     json["rating"] = meta.rating;
     return json;
 }

@@ -10,9 +10,7 @@ namespace brindlehum::cli {
 std::unique_ptr<Catalog> LibraryWords::open() const {
     try {
         return std::make_unique<Catalog>(catalogFile);
-    } catch (const std::exception& error) {
-        throw Error("catalog " + catalogFile.string() + ": " + error.what());
-    }
+    } catch (const std::exception& error) { throw Error("catalog " + catalogFile.string() + ": " + error.what()); }
 }
 
 std::unique_ptr<Catalog> LibraryWords::openExisting() const {
@@ -21,7 +19,7 @@ std::unique_ptr<Catalog> LibraryWords::openExisting() const {
 }
 
 LibraryWords libraryWords(Words words) {
-    if (!words.empty() && words.back() == "catalog") throw UsageError("catalog: no path given");
+    if (!words.empty() && words.back() == "catalog") { throw UsageError("catalog: no path given"); }
     LibraryWords library;
     if (words.size() >= 2 && words[words.size() - 2] == "catalog") {
         library.catalogFile = words.back();

@@ -32,12 +32,12 @@ std::string usage(const Command& command) {
 
 std::string allWords() {
     std::string words = "brindlehum-cli ";
-    for (const Command& command : commands) words += std::string(command.word) + "|";
+    for (const Command& command : commands) { words += std::string(command.word) + "|"; }
     return words + "help ...";
 }
 
 void printHelp() {
-    for (const Command& command : commands) std::cout << usage(command) << ": " << command.help << "\n";
+    for (const Command& command : commands) { std::cout << usage(command) << ": " << command.help << "\n"; }
     std::cout << "\nWords of render, in any order:\n" << renderHelp;
     std::cout << "\nWords of analyze, in place of what it would find:\n" << analysisHelp;
     std::cout << "\nWords of picture, besides those:\n" << pictureHelp;
@@ -63,9 +63,7 @@ int run(const std::vector<std::string>& words) {
         return command->run(Words(words).subspan(1)) ? 0 : 1;
     } catch (const UsageError& error) {
         printError(std::string(error.what()) + "; usage: " + usage(*command));
-    } catch (const std::exception& error) {
-        printError(error.what());
-    }
+    } catch (const std::exception& error) { printError(error.what()); }
     return 1;
 }
 

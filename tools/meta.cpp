@@ -23,9 +23,9 @@ MetadataChanges changesOf(Words words) {
     for (const std::string& word : words) {
         const size_t equals = word.find('=');
         const std::string tag = word.substr(0, equals);
-        if (equals == std::string::npos) throw UsageError("\"" + word + "\" is no TAG=value");
+        if (equals == std::string::npos) { throw UsageError("\"" + word + "\" is no TAG=value"); }
         const std::string value = word.substr(equals + 1);
-        if (repairUtf8(value) != value) throw UsageError(tag + " isn't UTF-8");
+        if (repairUtf8(value) != value) { throw UsageError(tag + " isn't UTF-8"); }
         if (tag == "RATING") {
             int rating = 0;
             const auto read = std::from_chars(value.data(), value.data() + value.size(), rating);
@@ -50,14 +50,14 @@ std::vector<std::string> rootsFor(const fs::path& file, const LibraryWords& libr
     if (const auto row = catalog.row(path)) {
         std::error_code error;
         const bool isRoot = row->root != fs::path(path).parent_path() || fs::exists(row->root + "/.brindlehum", error);
-        if (isRoot) roots.push_back(row->root);
+        if (isRoot) { roots.push_back(row->root); }
     }
     return roots;
 }
 
 // A WAV file is asked itself, for it may be newer than its row, and needs no catalog.
 SoundMeta metaOf(const fs::path& file, const LibraryWords& library) {
-    if (MetaIO::canWrite(file)) return MetaIO::read(file);
+    if (MetaIO::canWrite(file)) { return MetaIO::read(file); }
     return MetadataSave::current(file, library.openExisting().get());
 }
 
@@ -65,10 +65,12 @@ SoundMeta metaOf(const fs::path& file, const LibraryWords& library) {
 
 bool meta(Words words) {
     const LibraryWords library = libraryWords(words);
-    if (library.rest.empty()) throw UsageError("no file given");
+    if (library.rest.empty()) { throw UsageError("no file given"); }
     const fs::path file = library.rest[0];
     const MetadataChanges changes = changesOf(Words(library.rest).subspan(1));
-    if (!fs::is_regular_file(file)) throw Error(file.string() + (fs::exists(file) ? ": not a file" : ": no such file"));
+    if (!fs::is_regular_file(file)) {
+        throw Error(file.string() + (fs::exists(file) ? ": not a file" : ": no such file"));
+    }
     if (changes.isEmpty()) {
         print(toJson(metaOf(file, library)));
         return true;

@@ -15,8 +15,8 @@ constexpr int fillFrames = 4096;  // what one fill of a reader may write
 OfflineRender::OfflineRender(const MixConfig& config, std::shared_ptr<StreamReader> reader, double sampleRate,
                              int deviceChannels, int blockFrames, double gain)
     : config_(config), reader_(std::move(reader)), blockFrames_(blockFrames) {
-    samples_.resize(static_cast<size_t>(deviceChannels) * static_cast<size_t>(blockFrames));
-    for (int c = 0; c < deviceChannels; ++c) planes_.push_back(samples_.data() + ptrdiff_t(c) * blockFrames);
+    samples_.resize(size_t(deviceChannels) * size_t(blockFrames));
+    for (int c = 0; c < deviceChannels; ++c) { planes_.push_back(samples_.data() + ptrdiff_t(c) * blockFrames); }
 
     std::shared_ptr<const BinauralStage::FilterSet> initialFilters;  // in use until the first block has passed
     if (config.toBinaural) {
@@ -34,7 +34,7 @@ OfflineRender::OfflineRender(const MixConfig& config, std::shared_ptr<StreamRead
 // The block that meets a new ring, configuration, gain or filter fades it in. The empty ring takes that fade, so that
 // the first frame of the file sounds in full.
 void OfflineRender::prime() {
-    context_.render(1, {planes_.data(), static_cast<int32_t>(planes_.size()), 1});
+    context_.render(1, {planes_.data(), int32_t(planes_.size()), 1});
 }
 
 void OfflineRender::fillRing() {
@@ -52,10 +52,7 @@ int OfflineRender::next() {
         frames = std::min(blockFrames_, tailFrames_);
         tailFrames_ -= frames;
     }
-    if (frames > 0) {
-        context_.render(static_cast<uint32_t>(frames),
-                        {planes_.data(), static_cast<int32_t>(planes_.size()), static_cast<uint32_t>(frames)});
-    }
+    if (frames > 0) { context_.render(uint32_t(frames), {planes_.data(), int32_t(planes_.size()), uint32_t(frames)}); }
     return frames;
 }
 

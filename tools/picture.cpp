@@ -32,26 +32,26 @@ struct PictureRequest {
 
 QSize sizeAfter(const std::string& word, const std::string& text) {
     const size_t cross = text.find('x');
-    if (cross == std::string::npos) refuse(word, text);
+    if (cross == std::string::npos) { refuse(word, text); }
     return {wholeNumberAfter(word, text.substr(0, cross), 800, 8000),
             wholeNumberAfter(word, text.substr(cross + 1), 600, 8000)};
 }
 
 PictureRequest readWords(Words words) {
-    if (words.size() < 2) throw UsageError(words.empty() ? "no file given" : "no output file given");
+    if (words.size() < 2) { throw UsageError(words.empty() ? "no file given" : "no output file given"); }
     PictureRequest request{words[0], words[1], {}, false, AnalysisPicture::pageSize};
     if (strcasecmp(request.out.extension().c_str(), ".png") != 0) {
         throw UsageError("the output \"" + words[1] + "\" must end in .png");
     }
     for (size_t i = 2; i < words.size(); ++i) {
-        if (request.overrides.take(words, i)) continue;
+        if (request.overrides.take(words, i)) { continue; }
         const std::string& word = words[i];
-        if (word != "theme" && word != "size") throw UsageError("unknown word \"" + word + "\"");
-        if (++i == words.size()) throw UsageError("no value after \"" + word + "\"");
+        if (word != "theme" && word != "size") { throw UsageError("unknown word \"" + word + "\""); }
+        if (++i == words.size()) { throw UsageError("no value after \"" + word + "\""); }
         if (word == "size") {
             request.size = sizeAfter(word, words[i]);
         } else {
-            if (words[i] != "light" && words[i] != "dark") refuse(word, words[i]);
+            if (words[i] != "light" && words[i] != "dark") { refuse(word, words[i]); }
             request.dark = words[i] == "dark";
         }
     }
@@ -60,7 +60,7 @@ PictureRequest readWords(Words words) {
 
 // Written beside its place and swapped in when complete.
 void save(const QImage& image, const std::filesystem::path& out) {
-    if (image.isNull()) throw Error("There is no memory for a picture of this size");
+    if (image.isNull()) { throw Error("There is no memory for a picture of this size"); }
     QSaveFile file(QFile::decodeName(out.c_str()));
     if (!file.open(QIODevice::WriteOnly) || !image.save(&file, "PNG") || !file.commit()) {
         throw Error("Couldn't write " + out.native() + ": " + file.errorString().toStdString());
@@ -78,7 +78,7 @@ QImage drawn(const AnalysedFile& file, const PictureRequest& request) {
     content.mono = analysis ? std::span(analysis->mono22k) : std::span(mono);
     content.monoRate = analysis ? Signal::analysisRate : file.audio.sampleRate;
     content.analysis = analysis ? &*analysis : nullptr;
-    if (!analysis) content.remark = QString::fromUtf8(failureText(file.outcome.status));
+    if (!analysis) { content.remark = QString::fromUtf8(failureText(file.outcome.status)); }
     return AnalysisPicture::draw(content, request.dark ? Theme::darkTheme() : Theme::lightTheme(), request.size);
 }
 

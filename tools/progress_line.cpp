@@ -17,13 +17,13 @@ constexpr size_t widest = 78;  // bytes: a line that wraps can't be overwritten
 ProgressLine::ProgressLine() : shown_(isatty(STDERR_FILENO) == 1) {}
 
 void ProgressLine::tell(std::string_view text) {
-    if (!shown_) return;
+    if (!shown_) { return; }
     std::cerr << clearLine << oneLine(std::string(text.substr(0, widest))) << std::flush;
     written_ = true;
 }
 
 void ProgressLine::wipe() {
-    if (written_) std::cerr << clearLine << std::flush;
+    if (written_) { std::cerr << clearLine << std::flush; }
     written_ = false;
 }
 

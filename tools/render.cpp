@@ -18,9 +18,9 @@ namespace {
 uint32_t channelMask(const OutputProfile& profile, int deviceChannels) {
     const bool headphones = profile.kind == OutputProfile::Kind::headphones;
     const SpeakerList& list = speakers(headphones ? LayoutID::stereo : profile.layout);
-    if (static_cast<size_t>(deviceChannels) != list.size()) return 0;
+    if (size_t(deviceChannels) != list.size()) { return 0; }
     for (size_t i = 0; i < std::min(profile.outputs.size(), list.size()); ++i) {
-        if (profile.outputs[i] != static_cast<int>(i)) return 0;
+        if (profile.outputs[i] != int(i)) { return 0; }
     }
     const auto mask = WaveMask::mask(list);
     return mask && mask->order == list ? mask->mask : 0;
@@ -34,16 +34,16 @@ struct Part {
 
 Part partOf(const AudioFileInfo& info, const RenderRequest& request) {
     const auto frameAt = [&](double seconds) {
-        return static_cast<int64_t>(std::min(std::round(seconds * info.sampleRate), static_cast<double>(info.frames)));
+        return int64_t(std::min(std::round(seconds * info.sampleRate), double(info.frames)));
     };
     const Part part = {frameAt(request.from), request.to ? frameAt(*request.to) : info.frames};
-    if (part.start >= part.end) throw Error("There is nothing between from and to");
+    if (part.start >= part.end) { throw Error("There is nothing between from and to"); }
     return part;
 }
 
 // Rate conversion may round the length by a frame; anything shorter means that the file broke off.
 void checkLength(int64_t streamed, const Part& part, double ratio) {
-    if (static_cast<double>(streamed) + 1.5 < static_cast<double>(part.end - part.start) * ratio) {
+    if (double(streamed) + 1.5 < double(part.end - part.start) * ratio) {
         throw Error("The file broke off while it was read");
     }
 }
@@ -66,7 +66,7 @@ void renderFile(const RenderRequest& request) {
     OfflineRender offline(config, std::move(reader), rate, deviceChannels, request.block,
                           std::pow(10.0, request.gainDb / 20));
     FloatWav wav(request.out, deviceChannels, rate, channelMask(request.profile, deviceChannels));
-    while (const int frames = offline.next()) wav.write(offline.planes(), frames);
+    while (const int frames = offline.next()) { wav.write(offline.planes(), frames); }
     checkLength(offline.streamedFrames(), part, rate / info.sampleRate);
     wav.commit();
 
@@ -77,7 +77,7 @@ void renderFile(const RenderRequest& request) {
         {"sampleRate", rate},
         {"channels", deviceChannels},
         {"frames", wav.frames()},
-        {"seconds", static_cast<double>(wav.frames()) / rate},
+        {"seconds", double(wav.frames()) / rate},
         {"rows", config.rows},
         {"inChannels", config.inChannels},
         {"toBinaural", config.toBinaural},

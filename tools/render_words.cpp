@@ -46,7 +46,7 @@ std::vector<std::string> parts(const std::string& text) {
 
 template <typename Value>
 Value known(const std::string& word, const std::string& text, const std::optional<Value>& value) {
-    if (!value) refuse(word, text);
+    if (!value) { refuse(word, text); }
     return *value;
 }
 
@@ -63,7 +63,7 @@ const std::map<std::string, Setter, std::less<>> setters = {
      }},
     {"trims",
      [](auto& r, auto& w, auto& v) {
-         for (const auto& part : parts(v)) r.profile.trimsDB.push_back(numberAfter(w, part, -120, 60));
+         for (const auto& part : parts(v)) { r.profile.trimsDB.push_back(numberAfter(w, part, -120, 60)); }
      }},
     {"channels",
      [](auto& r, auto& w, auto& v) { r.deviceChannels = wholeNumberAfter(w, v, 1, RenderContext::maxDeviceChannels); }},
@@ -74,7 +74,7 @@ const std::map<std::string, Setter, std::less<>> setters = {
     {"roll", [](auto& r, auto& w, auto& v) { r.rotation.roll = numberAfter(w, v, -360, 360); }},
     {"mono",
      [](auto& r, auto& w, auto& v) {
-         if (v != "center" && v != "pair") refuse(w, v);
+         if (v != "center" && v != "pair") { refuse(w, v); }
          r.monoToCenter = v == "center";
      }},
     {"rate", [](auto& r, auto& w, auto& v) { r.rate = wholeNumberAfter(w, v, leastRate, mostRate); }},
@@ -87,7 +87,7 @@ const std::map<std::string, Setter, std::less<>> setters = {
 }  // namespace
 
 RenderRequest readRenderWords(Words words) {
-    if (words.size() < 2) throw UsageError("no output file given");
+    if (words.size() < 2) { throw UsageError("no output file given"); }
     RenderRequest request;
     request.file = words[0];
     request.out = words[1];
@@ -101,8 +101,8 @@ RenderRequest readRenderWords(Words words) {
             continue;
         }
         const auto setter = setters.find(word);
-        if (setter == setters.end()) throw UsageError("unknown word \"" + word + "\"");
-        if (++i == words.size()) throw UsageError("no value after \"" + word + "\"");
+        if (setter == setters.end()) { throw UsageError("unknown word \"" + word + "\""); }
+        if (++i == words.size()) { throw UsageError("no value after \"" + word + "\""); }
         setter->second(request, word, words[i]);
     }
     return request;
@@ -113,21 +113,21 @@ int neededChannels(const OutputProfile& profile) {
         return std::max(profile.headphoneLeft, profile.headphoneRight) + 1;
     }
     int needed = 1;
-    const int rows = static_cast<int>(speakers(profile.layout).size());
+    const int rows = int(speakers(profile.layout).size());
     for (int r = 0; r < rows; ++r) {
-        const bool mapped = static_cast<size_t>(r) < profile.outputs.size();
-        needed = std::max(needed, (mapped ? profile.outputs[static_cast<size_t>(r)] : r) + 1);
+        const bool mapped = size_t(r) < profile.outputs.size();
+        needed = std::max(needed, (mapped ? profile.outputs[size_t(r)] : r) + 1);
     }
     return needed;
 }
 
 SourceFormat chooseFormat(const AudioFileInfo& info, const std::optional<std::string>& name) {
-    if (!name) return info.detected;
+    if (!name) { return info.detected; }
     std::vector<SourceFormat> choices = SourceFormat::options(info.channels);
-    if (std::ranges::find(choices, info.detected) == choices.end()) choices.push_back(info.detected);
+    if (std::ranges::find(choices, info.detected) == choices.end()) { choices.push_back(info.detected); }
     std::string names;
     for (const SourceFormat& choice : choices) {
-        if (strcasecmp(choice.displayName().c_str(), name->c_str()) == 0) return choice;
+        if (strcasecmp(choice.displayName().c_str(), name->c_str()) == 0) { return choice; }
         names += (names.empty() ? "" : ", ") + choice.displayName();
     }
     throw Error("format can't be \"" + *name + "\" for this file, but one of: " + names);

@@ -39,7 +39,7 @@ volatile std::sig_atomic_t interrupted = 0;
 // shell for its background jobs, is left alone.
 void endAtInterrupt() {
     struct sigaction action {};
-    if (::sigaction(SIGINT, nullptr, &action) != 0 || action.sa_handler == SIG_IGN) return;
+    if (::sigaction(SIGINT, nullptr, &action) != 0 || action.sa_handler == SIG_IGN) { return; }
     action = {};
     action.sa_handler = [](int) { interrupted = 1; };
     action.sa_flags = SA_RESETHAND | SA_RESTART;
@@ -50,7 +50,9 @@ void endAtInterrupt() {
 
 bool scan(Words words) {
     const LibraryWords library = libraryWords(words);
-    if (library.rest.size() != 1) throw UsageError(library.rest.empty() ? "no folder given" : "one folder at a time");
+    if (library.rest.size() != 1) {
+        throw UsageError(library.rest.empty() ? "no folder given" : "one folder at a time");
+    }
     const std::string root = LibraryScanner::canonical(library.rest[0]);
     const auto catalog = library.open();
 
@@ -62,15 +64,15 @@ bool scan(Words words) {
     options.stop = ending.get_token();
     options.otherRoots = library.roots;
     options.progress = [&](const Progress& now) {
-        if (interrupted != 0) ending.request_stop();
-        if (Clock::now() - told < std::chrono::seconds(1)) return;
+        if (interrupted != 0) { ending.request_stop(); }
+        if (Clock::now() - told < std::chrono::seconds(1)) { return; }
         told = Clock::now();
         std::cerr << wordFor(now.phase) << ": " << now.done << " of " << now.found << " files" << std::endl;
     };
     const auto start = Clock::now();
     const LibraryScanner::Result result = LibraryScanner::scan(root, *catalog, options);
     const double seconds = std::chrono::duration<double>(Clock::now() - start).count();
-    if (result.outcome == LibraryScanner::Result::Outcome::unreachable) throw Error(result.message.value_or(root));
+    if (result.outcome == LibraryScanner::Result::Outcome::unreachable) { throw Error(result.message.value_or(root)); }
     const bool cancelled = result.outcome == LibraryScanner::Result::Outcome::cancelled;
     print({
         {"root", root},
@@ -82,7 +84,7 @@ bool scan(Words words) {
         {"seconds", seconds},
         {"message", result.message ? Json(*result.message) : Json()},
     });
-    if (result.writeFailed) printError(result.message.value_or(root));
+    if (result.writeFailed) { printError(result.message.value_or(root)); }
     return !cancelled && !result.writeFailed;
 }
 

@@ -11,13 +11,13 @@ constexpr int mostRows = 2000;  // as in the browser
 
 std::unique_ptr<Catalog> existing(const LibraryWords& library) {
     auto catalog = library.openExisting();
-    if (!catalog) throw Error("catalog " + library.catalogFile.string() + ": no such file; scan a folder first");
+    if (!catalog) { throw Error("catalog " + library.catalogFile.string() + ": no such file; scan a folder first"); }
     return catalog;
 }
 
 Json toJson(const Catalog::Counts& counts) {
     Json json = Json::array();
-    for (const auto& [name, count] : counts) json.push_back({{"name", name}, {"count", count}});
+    for (const auto& [name, count] : counts) { json.push_back({{"name", name}, {"count", count}}); }
     return json;
 }
 
@@ -25,11 +25,12 @@ Json toJson(const Catalog::Counts& counts) {
 
 bool search(Words words) {
     const LibraryWords library = libraryWords(words);
-    if (library.rest.empty()) throw UsageError("no words given");
+    if (library.rest.empty()) { throw UsageError("no words given"); }
     Catalog::Filter filter;
-    for (const std::string& word : library.rest) filter.query.append(word).append(" ");
-    if (!Catalog::matchExpression(filter.query))
+    for (const std::string& word : library.rest) { filter.query.append(word).append(" "); }
+    if (!Catalog::matchExpression(filter.query)) {
         throw UsageError("no word to search for, as exclusions alone find nothing");
+    }
     for (const Catalog::Row& row : existing(library)->search(filter, mostRows)) {
         print({
             {"path", row.path},
@@ -47,7 +48,7 @@ bool search(Words words) {
 
 bool facets(Words words) {
     const LibraryWords library = libraryWords(words);
-    if (!library.rest.empty()) throw UsageError("unknown word \"" + library.rest[0] + "\"");
+    if (!library.rest.empty()) { throw UsageError("unknown word \"" + library.rest[0] + "\""); }
     const Catalog::Facets facets = existing(library)->facets({});
     print({
         {"total", facets.total},

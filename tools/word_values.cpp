@@ -23,8 +23,8 @@ double numberAfter(const std::string& word, const std::string& text, double leas
 
 int wholeNumberAfter(const std::string& word, const std::string& text, int least, int most) {
     const double value = numberAfter(word, text, least, most);
-    if (value != std::floor(value)) refuse(word, text);
-    return static_cast<int>(value);
+    if (value != std::floor(value)) { refuse(word, text); }
+    return int(value);
 }
 
 }  // namespace brindlehum::cli

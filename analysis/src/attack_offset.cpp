@@ -28,7 +28,7 @@ std::optional<double> attackNear(std::span<const float> track, double beat) {
             at = i;
         }
     }
-    if (!(steepest > 0)) return std::nullopt;
+    if (!(steepest > 0)) { return std::nullopt; }
     return double(at) * frameSeconds - beat;
 }
 
@@ -37,20 +37,20 @@ std::optional<double> attackNear(std::span<const float> track, double beat) {
 double attackOffset(std::span<const float> mono22k, double period, double phase, std::span<const float> env) {
     std::vector<float> store;
     const std::span<const float> x = Signal::usable(mono22k, store);
-    if (x.size() < 286 || !(period > 0)) return 0;
+    if (x.size() < 286 || !(period > 0)) { return 0; }
     const std::vector<float> track = rmsTrack(x, hop, (int64_t(x.size()) - 2 * hop) / hop);
     const double end = double(track.size()) * frameSeconds;
     const double first = phase - std::floor(phase / period) * period;
     std::vector<double> offsets;
     for (int64_t k = 0;; ++k) {
         const double beat = first + double(k) * period;
-        if (!(beat < end)) break;
+        if (!(beat < end)) { break; }
         const auto i = std::llround(beat * OnsetTime::frameRate);
-        if (i >= int64_t(env.size())) break;
-        if (!(env[size_t(i)] > 0.25F)) continue;
-        if (const auto offset = attackNear(track, beat)) offsets.push_back(*offset);
+        if (i >= int64_t(env.size())) { break; }
+        if (!(env[size_t(i)] > 0.25F)) { continue; }
+        if (const auto offset = attackNear(track, beat)) { offsets.push_back(*offset); }
     }
-    if (offsets.size() < 8) return 0;
+    if (offsets.size() < 8) { return 0; }
     std::ranges::sort(offsets);
     return std::clamp(offsets[offsets.size() / 2] - 0.003, -0.04, 0.1);
 }

@@ -10,16 +10,16 @@ namespace {
 template <class Row>
 void scaleToUnit(Row& row) {
     double squares = 0;
-    for (const float value : row) squares += double(value) * double(value);
+    for (const float value : row) { squares += double(value) * double(value); }
     const double norm = std::sqrt(squares);
-    if (!(norm > 1e-9)) return;
-    for (float& value : row) value = float(double(value) / norm);
+    if (!(norm > 1e-9)) { return; }
+    for (float& value : row) { value = float(double(value) / norm); }
 }
 
 template <class Row>
 double dot(const Row& a, const Row& b) {
     double sum = 0;
-    for (size_t i = 0; i < a.size(); ++i) sum += double(a[i]) * double(b[i]);
+    for (size_t i = 0; i < a.size(); ++i) { sum += double(a[i]) * double(b[i]); }
     return sum;
 }
 
@@ -37,7 +37,7 @@ std::vector<BarFeature> barFeatures(const SpectralFrames& frames, std::span<cons
         bar.chroma = SpectralFrames::average(frames.chroma, bounds[i], bounds[i + 1]);
         scaleToUnit(bar.chroma);
         bar.bands = SpectralFrames::average(frames.bands, bounds[i], bounds[i + 1]);
-        for (float& band : bar.bands) band = std::log1p(band);
+        for (float& band : bar.bands) { band = std::log1p(band); }
         scaleToUnit(bar.bands);
         const float level = SpectralFrames::average(frames.rms, bounds[i], bounds[i + 1]);
         bar.db = float(20 * std::log10(std::max(double(level), 1e-6)));
@@ -63,7 +63,7 @@ SimilarityMatrix similarity(std::span<const BarFeature> features) {
 std::vector<double> novelty(const SimilarityMatrix& similarity, int half) {
     const int n = similarity.size;
     std::vector<double> out(size_t(n) + 1, 0.0);
-    if (n < 3) return out;
+    if (n < 3) { return out; }
     const auto weight = [half](int x) {
         const double distance = (x + 0.5) / (0.6 * half);
         return std::exp(-0.5 * distance * distance);
@@ -82,7 +82,7 @@ std::vector<double> novelty(const SimilarityMatrix& similarity, int half) {
     }
     const double largest = *std::ranges::max_element(out);
     if (largest > 0) {
-        for (double& value : out) value /= largest;
+        for (double& value : out) { value /= largest; }
     }
     return out;
 }

@@ -19,14 +19,14 @@ std::optional<int> leadInEnd(const std::vector<float>& rms, double active) {
     const int last = std::min(7, int(rms.size()) - 2);
     for (int j = 0; j <= last; ++j) {
         const double now = rms[size_t(j)];
-        if (now >= 0.65 * active) return std::nullopt;
-        if (double(rms[size_t(j) + 1]) >= std::max(1.5 * now, 0.144 * active)) return j + 1;
+        if (now >= 0.65 * active) { return std::nullopt; }
+        if (double(rms[size_t(j) + 1]) >= std::max(1.5 * now, 0.144 * active)) { return j + 1; }
     }
     return std::nullopt;
 }
 
 int musicStart(const std::vector<float>& rms, double active) {
-    if (const auto bar = leadInEnd(rms, active)) return *bar;
+    if (const auto bar = leadInEnd(rms, active)) { return *bar; }
     const auto loud = std::ranges::find_if(rms, [&](float level) { return double(level) >= 0.18 * active; });
     return loud == rms.end() ? 0 : int(loud - rms.begin());
 }
@@ -38,7 +38,7 @@ int musicEnd(const std::vector<float>& rms, double active, int start) {
         const double now = rms[size_t(bar)];
         const double before = rms[size_t(bar) - 1];
         const double limit = now <= 0.5 * before ? 0.6 : now <= 0.55 * before ? 0.3 : 0.08;
-        if (now >= limit * active) break;
+        if (now >= limit * active) { break; }
     }
     return bar + 1;
 }
@@ -47,7 +47,7 @@ int musicEnd(const std::vector<float>& rms, double active, int start) {
 
 BarProfile profile(std::span<const float> mono, double sr, std::span<const double> bounds) {
     BarProfile out;
-    if (bounds.size() < 2) return out;
+    if (bounds.size() < 2) { return out; }
     std::vector<float> store;
     const std::span<const float> x = Signal::usable(mono, store);
     for (size_t i = 0; i + 1 < bounds.size(); ++i) {

@@ -9,9 +9,9 @@ namespace brindlehum::TempoAnalyzer {
 namespace {
 
 double localTempo(std::span<const MapScore> map, double bpm, double t) {
-    if (map.size() < 2) return bpm;
-    if (t < map.front().t) return map.front().bpm;
-    if (t >= map.back().t) return map.back().bpm;
+    if (map.size() < 2) { return bpm; }
+    if (t < map.front().t) { return map.front().bpm; }
+    if (t >= map.back().t) { return map.back().bpm; }
     const auto after = std::ranges::upper_bound(map, t, {}, &MapScore::t);
     const MapScore& b = *after;
     const MapScore& a = *(after - 1);
@@ -29,7 +29,7 @@ int64_t startingFrame(std::span<const float> env, double period) {
         int count = 0;
         for (int k = 0; k < 16; ++k) {
             const double at = double(p) + k * period;
-            if (at >= double(n)) break;
+            if (at >= double(n)) { break; }
             sum += env[size_t(at)];
             ++count;
         }
@@ -46,17 +46,17 @@ int64_t startingFrame(std::span<const float> env, double period) {
 
 Tracked trackBeats(std::span<const float> env, std::span<const MapScore> map, double bpm) {
     const auto last = int64_t(env.size()) - 1;
-    if (last < 2) return {};
+    if (last < 2) { return {}; }
     // Periods under a frame have no beats to find, and stepping by them need not get anywhere.
     const auto usable = [last](double period) { return period >= 1 && period <= 1e9; };
     const double firstPeriod = OnsetTime::period(localTempo(map, bpm, 0));
-    if (!usable(firstPeriod)) return {};
+    if (!usable(firstPeriod)) { return {}; }
     const int64_t start = startingFrame(env, firstPeriod);
     Tracked out;
     int snaps = 0;
     for (double pos = double(start); pos < double(last);) {
         const double period = OnsetTime::period(localTempo(map, bpm, pos / OnsetTime::frameRate));
-        if (!usable(period)) break;
+        if (!usable(period)) { break; }
         const auto reach = double(int64_t(period * 0.12));
         const auto from = int64_t(std::max(pos - reach, 0.0));
         const auto to = int64_t(std::min(pos + reach, double(last)));

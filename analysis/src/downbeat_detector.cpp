@@ -55,7 +55,7 @@ std::vector<float> pulseSimilarity(std::span<const float> onsets, const Frames& 
         const auto over = [&](const std::vector<double>& sums) { return sums[size_t(hi)] - sums[size_t(lo)]; };
         const double b = over(now);
         const double c = over(later);
-        if (b > 1e-12 && c > 1e-12) similarity[size_t(i)] = float(std::max(over(cross) / std::sqrt(b * c), 0.0));
+        if (b > 1e-12 && c > 1e-12) { similarity[size_t(i)] = float(std::max(over(cross) / std::sqrt(b * c), 0.0)); }
     }
     return similarity;
 }
@@ -78,13 +78,13 @@ double pulseClarity(std::span<const float> weighted, double beatSeconds, const F
         double sum = 0;
         for (int64_t m = 0;; ++m) {
             const double t = beatSeconds * k / combPhases + double(m) * beatSeconds;
-            if (!(t < end)) break;
+            if (!(t < end)) { break; }
             sum += dilated[size_t(std::llround(t / frames.seconds))];
         }
         best = std::max(best, sum);
         total += sum;
     }
-    if (!(best > 1e-9)) return 0;
+    if (!(best > 1e-9)) { return 0; }
     return std::clamp(best / std::max(total / combPhases, 1e-9) - 1, 0.0, 1.0);
 }
 
@@ -99,10 +99,10 @@ double grooveStart(std::span<const float> onsets, std::span<const float> similar
     int64_t run = 0;
     for (int64_t i = n - 1; i >= 0; --i) {
         run = similarity[size_t(i)] >= 0.5F ? run + 1 : 0;
-        if (run < std::max<int64_t>(frames.bar, 1)) continue;
+        if (run < std::max<int64_t>(frames.bar, 1)) { continue; }
         const int64_t lo = std::max<int64_t>(i - frames.beat, 0);
         const int64_t hi = std::min(i + frames.beat, n - 1);
-        if (strong[size_t(hi) + 1] > strong[size_t(lo)]) found = frames.seconds * double(i);
+        if (strong[size_t(hi) + 1] > strong[size_t(lo)]) { found = frames.seconds * double(i); }
     }
     return found;
 }
@@ -115,21 +115,21 @@ int64_t wholeFrames(double x) {
 }  // namespace
 
 Result detect(std::span<const float> mono, double sampleRate, double bpm, int beatsPerBar) {
-    if (!(bpm > 0) || !(sampleRate > 0) || mono.empty()) return {};
+    if (!(bpm > 0) || !(sampleRate > 0) || mono.empty()) { return {}; }
     std::vector<float> store;
     const std::span<const float> x = Signal::usable(mono, store);
     const int64_t hop = std::max<int64_t>(int64_t(sampleRate * 0.005), 1);
     Frames frames;
     frames.count = (int64_t(x.size()) - 2 * hop) / hop;
-    if (frames.count < 8) return {};
+    if (frames.count < 8) { return {}; }
     frames.seconds = double(hop) / sampleRate;
     const std::vector<float> onsets = onsetTrack(x, hop, frames.count);
     const float peak = *std::ranges::max_element(onsets);
-    if (!(peak > 1e-9F)) return {};
+    if (!(peak > 1e-9F)) { return {}; }
 
     // A beat under a frame repeats nothing that this track shows, and its combs would never end.
     const double beatSeconds = 60 / bpm;
-    if (beatSeconds < frames.seconds / 64) return {};
+    if (beatSeconds < frames.seconds / 64) { return {}; }
     frames.beat = std::max<int64_t>(wholeFrames(beatSeconds / frames.seconds), 1);
     frames.bar = wholeFrames(beatSeconds * beatsPerBar / frames.seconds);
     const std::vector<float> similarity = pulseSimilarity(onsets, frames);

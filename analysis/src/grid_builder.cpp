@@ -30,11 +30,11 @@ void laySteadyBeats(MusicGrid& grid, const Fit& fit, double shift) {
 void laySteadyBars(MusicGrid& grid, int offset) {
     const double bar = 60 / grid.bpm * grid.beatsPerBar;
     double start = grid.beats[std::min(grid.beats.size() - 1, size_t(offset))];
-    while (start - bar >= -0.06) start -= bar;
+    while (start - bar >= -0.06) { start -= bar; }
     for (int64_t i = 0; start + double(i) * bar < grid.duration - 0.001; ++i) {
         grid.downbeats.push_back(start + double(i) * bar);
     }
-    if (!grid.downbeats.empty()) grid.downbeats[0] = std::max(grid.downbeats[0], 0.0);
+    if (!grid.downbeats.empty()) { grid.downbeats[0] = std::max(grid.downbeats[0], 0.0); }
 }
 
 }  // namespace
@@ -51,7 +51,7 @@ MusicGrid build(const TempoResult& tempo, std::span<const float> mono22k, double
     };
     if (fit.steady) {
         laySteadyBeats(grid, fit, attackOffset(mono22k, fit.period, fit.phase, tempo.envFull));
-        if (!grid.beats.empty()) laySteadyBars(grid, firstDownbeat());
+        if (!grid.beats.empty()) { laySteadyBars(grid, firstDownbeat()); }
     } else {
         grid.beats = bpm ? TempoAnalyzer::trackBeats(tempo.envFull, {}, *bpm).beats : tempo.beats;
         if (!grid.beats.empty()) {
@@ -73,14 +73,14 @@ MusicGrid build(const TempoResult& tempo, std::span<const float> mono22k, double
 }
 
 int downbeatOffset(std::span<const double> beats, std::span<const float> low, std::span<const float> full, int group) {
-    if (low.empty() || group < 1 || beats.size() < 2 * size_t(group)) return 0;
+    if (low.empty() || group < 1 || beats.size() < 2 * size_t(group)) { return 0; }
     const std::vector<double> strength = TempoAnalyzer::accents(beats, low, full);
     int best = 0;
     double bestMean = -1;
     for (int offset = 0; offset < group; ++offset) {
         double sum = 0;
         int count = 0;
-        for (auto i = size_t(offset); i < strength.size(); i += size_t(group), ++count) sum += strength[i];
+        for (auto i = size_t(offset); i < strength.size(); i += size_t(group), ++count) { sum += strength[i]; }
         if (count > 0 && sum / count > bestMean) {
             bestMean = sum / count;
             best = offset;

@@ -38,11 +38,11 @@ template <class Row>
 auto shares(const std::vector<Row>& rows) {
     std::array<double, std::tuple_size_v<Row>> sums{};
     for (const Row& row : rows) {
-        for (size_t i = 0; i < sums.size(); ++i) sums[i] += row[i];
+        for (size_t i = 0; i < sums.size(); ++i) { sums[i] += row[i]; }
     }
     const double total = std::accumulate(sums.begin(), sums.end(), 0.0);
     if (total > 0) {
-        for (double& sum : sums) sum /= total;
+        for (double& sum : sums) { sum /= total; }
     }
     return sums;
 }
@@ -55,7 +55,7 @@ struct Key {
 
 // Of equal correlations the lower tonic wins, and major within a tonic.
 Key findKey(const Profile& chroma) {
-    if (std::ranges::all_of(chroma, [](double x) { return x == 0; })) return {};
+    if (std::ranges::all_of(chroma, [](double x) { return x == 0; })) { return {}; }
     Key key;
     double best = -2;
     double second = -2;
@@ -82,31 +82,31 @@ struct Balance {
 
 std::vector<std::string> spectralTags(const Balance& b) {
     std::vector<std::string> tags;
-    if (b.low > 0.55) tags.emplace_back("bass-heavy");
-    if (b.mid > 0.45) tags.emplace_back("mid-forward");
-    if (b.high > 0.3) tags.emplace_back("bright");
-    if (b.sub > 0.1) tags.emplace_back("sub-rich");
-    if (b.high < 0.1) tags.emplace_back("dark");
-    if (b.low < 0.2 && b.mid > 0.3) tags.emplace_back("thin");
+    if (b.low > 0.55) { tags.emplace_back("bass-heavy"); }
+    if (b.mid > 0.45) { tags.emplace_back("mid-forward"); }
+    if (b.high > 0.3) { tags.emplace_back("bright"); }
+    if (b.sub > 0.1) { tags.emplace_back("sub-rich"); }
+    if (b.high < 0.1) { tags.emplace_back("dark"); }
+    if (b.low < 0.2 && b.mid > 0.3) { tags.emplace_back("thin"); }
     return tags;
 }
 
 const char* tempoWord(double bpm, bool minor) {
-    if (bpm >= 130) return minor ? "driving" : "energetic";
-    if (bpm >= 100) return minor ? "tense" : "uplifting";
-    if (bpm >= 75) return minor ? "contemplative" : "warm";
+    if (bpm >= 130) { return minor ? "driving" : "energetic"; }
+    if (bpm >= 100) { return minor ? "tense" : "uplifting"; }
+    if (bpm >= 75) { return minor ? "contemplative" : "warm"; }
     return minor ? "somber" : "serene";
 }
 
 std::vector<std::string> moodTags(const Balance& b, bool minor, double keyConfidence, double bpm, bool tempoIsSure) {
     std::vector<std::string> tags;
     const auto add = [&tags](const char* word) {
-        if (std::ranges::find(tags, word) == tags.end()) tags.emplace_back(word);
+        if (std::ranges::find(tags, word) == tags.end()) { tags.emplace_back(word); }
     };
-    if (bpm > 0 && tempoIsSure) add(tempoWord(bpm, minor));
-    if (keyConfidence > 0.2 && minor && b.bass > 0.45) add("brooding");
-    if (keyConfidence > 0.2 && !minor && b.high > 0.25) add("bright");
-    if (b.high < 0.08 && b.bass > 0.5) add("foreboding");
+    if (bpm > 0 && tempoIsSure) { add(tempoWord(bpm, minor)); }
+    if (keyConfidence > 0.2 && minor && b.bass > 0.45) { add("brooding"); }
+    if (keyConfidence > 0.2 && !minor && b.high > 0.25) { add("bright"); }
+    if (b.high < 0.08 && b.bass > 0.5) { add("foreboding"); }
     return tags;
 }
 

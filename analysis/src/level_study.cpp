@@ -11,7 +11,7 @@ namespace {
 constexpr double frameSeconds = 0.05;
 
 double median(std::vector<double> values) {
-    if (values.empty()) return 0;
+    if (values.empty()) { return 0; }
     const auto middle = values.begin() + ptrdiff_t(values.size() / 2);
     std::ranges::nth_element(values, middle);
     return *middle;
@@ -21,13 +21,13 @@ double median(std::vector<double> values) {
 std::vector<double> smoothLevel(std::span<const float> x, int64_t frame) {
     const int64_t n = int64_t(x.size()) / frame;
     std::vector<double> level;
-    for (int64_t i = 0; i < n; ++i) level.push_back(Signal::rms(x, i * frame, (i + 1) * frame));
+    for (int64_t i = 0; i < n; ++i) { level.push_back(Signal::rms(x, i * frame, (i + 1) * frame)); }
     std::vector<double> out;
     for (int64_t i = 0; i < n; ++i) {
         const int64_t from = std::max<int64_t>(i - 2, 0);
         const int64_t to = std::min(i + 2, n - 1);
         double sum = 0;
-        for (int64_t j = from; j <= to; ++j) sum += level[size_t(j)];
+        for (int64_t j = from; j <= to; ++j) { sum += level[size_t(j)]; }
         out.push_back(sum / double(to - from + 1));
     }
     return out;
@@ -43,11 +43,11 @@ int64_t countFrom(const std::vector<double>& level, int64_t from, int64_t count,
 std::optional<double> findBodyEntry(const std::vector<double>& level, double middle) {
     const auto n = int64_t(level.size());
     const double head = median({level.begin(), level.begin() + std::min<int64_t>(n, 40)});
-    if (head > 0.75 * middle || n < 71) return std::nullopt;
+    if (head > 0.75 * middle || n < 71) { return std::nullopt; }
     const double threshold = std::max(2 * head, 0.8 * middle);
     const auto loud = [threshold](double x) { return x >= threshold; };
     for (int64_t i = 40; i < std::min<int64_t>(n - 30, 1200); ++i) {
-        if (loud(level[size_t(i)]) && countFrom(level, i, 30, loud) >= 21) return frameSeconds * double(i);
+        if (loud(level[size_t(i)]) && countFrom(level, i, 30, loud) >= 21) { return frameSeconds * double(i); }
     }
     return std::nullopt;
 }
@@ -59,8 +59,8 @@ std::optional<double> findTailStart(const std::vector<double>& level, double mid
     const double quiet = 0.35 * middle;
     const auto isQuiet = [quiet](double x) { return x < quiet; };
     for (int64_t i = n - 21; i >= first; --i) {
-        if (countFrom(level, i, 20, isQuiet) < 16) continue;
-        while (i > first && level[size_t(i) - 1] < 1.5 * quiet) --i;
+        if (countFrom(level, i, 20, isQuiet) < 16) { continue; }
+        while (i > first && level[size_t(i) - 1] < 1.5 * quiet) { --i; }
         return frameSeconds * double(i);
     }
     return std::nullopt;
@@ -72,18 +72,18 @@ Cooked cook(std::span<const float> mono, double sr) {
     std::vector<float> store;
     const std::span<const float> x = Signal::usable(mono, store);
     const std::vector<double> level = smoothLevel(x, std::max<int64_t>(std::llround(frameSeconds * sr), 1));
-    if (level.size() < 11) return {};
+    if (level.size() < 11) { return {}; }
     const double middle = median(level);
-    if (!(middle > 0)) return {};
+    if (!(middle > 0)) { return {}; }
     return {findBodyEntry(level, middle), findTailStart(level, middle)};
 }
 
 float windowZcr(std::span<const float> x, int64_t from, int64_t to) {
     from = std::max<int64_t>(from, 0);
     to = std::min(to, int64_t(x.size()));
-    if (to - from < 2) return 0;
+    if (to - from < 2) { return 0; }
     int64_t crossings = 0;
-    for (int64_t i = from + 1; i < to; ++i) crossings += int64_t((x[size_t(i - 1)] < 0) != (x[size_t(i)] < 0));
+    for (int64_t i = from + 1; i < to; ++i) { crossings += int64_t((x[size_t(i - 1)] < 0) != (x[size_t(i)] < 0)); }
     return float(double(crossings) / double(to - from));
 }
 

@@ -16,7 +16,7 @@ std::optional<int> asPhrase(int bars) {
 std::vector<LoopCandidate> places(int musicEnd, int loopStart, int boundaries) {
     std::vector<LoopCandidate> out;
     const auto add = [&](int boundary, std::optional<int> phrase, bool contentEnd) {
-        if (boundary <= loopStart || boundary >= boundaries) return;
+        if (boundary <= loopStart || boundary >= boundaries) { return; }
         LoopCandidate place;
         place.boundary = boundary;
         place.phraseBars = phrase;
@@ -24,7 +24,7 @@ std::vector<LoopCandidate> places(int musicEnd, int loopStart, int boundaries) {
         out.push_back(std::move(place));
     };
     for (const int length : phraseBars) {
-        if (loopStart + length < musicEnd) add(loopStart + length, length, false);
+        if (loopStart + length < musicEnd) { add(loopStart + length, length, false); }
     }
     add(musicEnd, asPhrase(musicEnd - loopStart), true);
     return out;
@@ -42,7 +42,7 @@ void rate(LoopCandidate& c, const Seam& seam, int musicEnd) {
     } else if (c.boundary < musicEnd) {
         score -= 0.05;
     }
-    if (seam.reason != nullptr) c.reasons.emplace_back(seam.reason);
+    if (seam.reason != nullptr) { c.reasons.emplace_back(seam.reason); }
     c.score = std::clamp(score, 0.0, 1.0);
 }
 
@@ -89,15 +89,16 @@ std::vector<LoopCandidate> exitCandidates(std::span<const float> mono, double sr
     if (exit < count) {
         const auto phrase = asPhrase(exit - profile.musicStartBar);
         std::vector<std::string> reasons = {"musical end", "tail rings under next cue"};
-        if (phrase) reasons.push_back(phraseName(*phrase));
+        if (phrase) { reasons.push_back(phraseName(*phrase)); }
         add(exit, phrase, !phrase ? 0.9 : *phrase % 8 == 0 ? 1.0 : 0.96, std::move(reasons));
     }
     std::vector<int> lengths = {2, 4};
     lengths.insert(lengths.end(), phraseBars.begin(), phraseBars.end());
     for (const int length : lengths) {
         const int boundary = profile.musicStartBar + length;
-        if (boundary < std::min(exit, count))
+        if (boundary < std::min(exit, count)) {
             add(boundary, asPhrase(length), length % 8 == 0 ? 0.5 : 0.46, {phraseName(length)});
+        }
     }
     std::ranges::stable_sort(out, std::ranges::greater{}, &LoopCandidate::score);
     return out;

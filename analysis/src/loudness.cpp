@@ -23,7 +23,7 @@ void settle(KState& state) {
     for (KState::Stage* stage : {&state.shelf, &state.highPass}) {
         for (auto* values : {stage->x1, stage->x2, stage->y1, stage->y2}) {
             for (int c = 0; c < 4; ++c) {
-                if (!(std::abs(values[c]) > 1e-30) || !std::isfinite(values[c])) values[c] = 0;
+                if (!(std::abs(values[c]) > 1e-30) || !std::isfinite(values[c])) { values[c] = 0; }
             }
         }
     }
@@ -37,7 +37,7 @@ void addBlockPowers(const Channels& group, const double* groupWeights, double sa
     const Kernels& kernels = fastestKernels();
     const auto run = group.size() == 1 ? kernels.one : group.size() == 2 ? kernels.two : kernels.four;
     const float* planes[4] = {};
-    for (size_t c = 0; c < group.size(); ++c) planes[c] = group[c].data();
+    for (size_t c = 0; c < group.size(); ++c) { planes[c] = group[c].data(); }
     KState state;
     for (size_t b = 0; b < powers.size(); ++b) {
         double energies[4] = {};
@@ -46,7 +46,7 @@ void addBlockPowers(const Channels& group, const double* groupWeights, double sa
         for (size_t c = 0; c < group.size(); ++c) {
             // Below 4 kHz the shelf has no stable form, and its output may leave all range.
             const double power = groupWeights[c] * energies[c] / double(blockSize);
-            if (std::isfinite(power)) powers[b] += power;
+            if (std::isfinite(power)) { powers[b] += power; }
         }
     }
 }
@@ -58,7 +58,7 @@ std::vector<double> blockPowers(const Channels& channels, const std::vector<doub
     Channels heard;
     std::vector<double> heardWeights;
     for (size_t c = 0; c < channels.size(); ++c) {
-        if (!(weight[c] > 0)) continue;
+        if (!(weight[c] > 0)) { continue; }
         heard.push_back(channels[c]);
         heardWeights.push_back(weight[c]);
     }
@@ -77,7 +77,7 @@ std::vector<double> windowPowers(const std::vector<double>& blocks, size_t width
     std::vector<double> out(count);
     for (size_t i = 0; i < count; ++i) {
         double sum = 0;
-        for (size_t b = i; b < i + width; ++b) sum += blocks[b];
+        for (size_t b = i; b < i + width; ++b) { sum += blocks[b]; }
         out[i] = sum / double(width);
     }
     return out;
@@ -85,15 +85,15 @@ std::vector<double> windowPowers(const std::vector<double>& blocks, size_t width
 
 double largestLoudness(const std::vector<double>& powers) {
     double largest = LoudnessResult::floor;
-    for (const double power : powers) largest = std::max(largest, loudnessOf(power));
+    for (const double power : powers) { largest = std::max(largest, loudnessOf(power)); }
     return largest;
 }
 
 double shortTermMax(const std::vector<double>& blocks) {
     constexpr size_t width = 30;
-    if (blocks.size() >= width) return largestLoudness(windowPowers(blocks, width, blocks.size() - width + 1));
+    if (blocks.size() >= width) { return largestLoudness(windowPowers(blocks, width, blocks.size() - width + 1)); }
     double sum = 0;
-    for (const double block : blocks) sum += block;
+    for (const double block : blocks) { sum += block; }
     return std::max(loudnessOf(sum / double(std::max<size_t>(blocks.size(), 1))), LoudnessResult::floor);
 }
 
@@ -113,7 +113,7 @@ double meanAbove(const std::vector<double>& gates, double threshold, size_t& kep
 double integrated(const std::vector<double>& gates) {
     size_t kept = 0;
     const double ungated = meanAbove(gates, LoudnessResult::floor, kept);
-    if (kept == 0) return LoudnessResult::floor;
+    if (kept == 0) { return LoudnessResult::floor; }
     const double relative = loudnessOf(ungated) - 10;
     const double mean = meanAbove(gates, std::max(relative, LoudnessResult::floor), kept);
     return kept == 0 ? LoudnessResult::floor : loudnessOf(mean);
@@ -122,11 +122,11 @@ double integrated(const std::vector<double>& gates) {
 void measurePeaks(const Channels& channels, LoudnessResult& out) {
     const Kernels& kernels = fastestKernels();
     float sample = 0;
-    for (const auto& x : channels) sample = std::max(sample, kernels.largest(x.data(), int64_t(x.size())));
+    for (const auto& x : channels) { sample = std::max(sample, kernels.largest(x.data(), int64_t(x.size()))); }
     float between = sample;
-    for (const auto& x : channels) between = truePeakAbove(x, between, kernels);
-    if (sample > 0) out.samplePeak = 20 * std::log10(double(sample));
-    if (between > 0) out.truePeak = 20 * std::log10(double(between));
+    for (const auto& x : channels) { between = truePeakAbove(x, between, kernels); }
+    if (sample > 0) { out.samplePeak = 20 * std::log10(double(sample)); }
+    if (between > 0) { out.truePeak = 20 * std::log10(double(between)); }
 }
 
 }  // namespace
@@ -135,12 +135,12 @@ LoudnessResult measure(const std::vector<std::vector<float>>& channels, double s
                        const std::optional<SourceFormat>& source) {
     LoudnessResult out;
     const bool ambisonic = source && source->asAmbisonic() != nullptr && !channels.empty();
-    if (ambisonic) out.note = "Ambisonics: measured on W (omni)";
-    if (channels.empty() || channels[0].empty()) return out;
+    if (ambisonic) { out.note = "Ambisonics: measured on W (omni)"; }
+    if (channels.empty() || channels[0].empty()) { return out; }
     const size_t measured = ambisonic ? 1 : channels.size();
     std::vector<std::vector<float>> stores(measured);
     Channels views;
-    for (size_t c = 0; c < measured; ++c) views.push_back(Signal::usable(channels[c], stores[c]));
+    for (size_t c = 0; c < measured; ++c) { views.push_back(Signal::usable(channels[c], stores[c])); }
     const std::vector<double> weight = ambisonic ? std::vector<double>{1.0} : weights(source, int(measured));
 
     const auto frames = int64_t(channels[0].size());
@@ -178,7 +178,7 @@ std::pair<Biquad, Biquad> kWeighting(double sampleRate) {
 std::vector<double> weights(const std::optional<SourceFormat>& source, int channels) {
     std::vector<double> out(size_t(std::max(channels, 0)), 1.0);
     const SpeakerList* list = source ? source->asSpeakers() : nullptr;
-    if (list == nullptr || list->size() != out.size()) return out;
+    if (list == nullptr || list->size() != out.size()) { return out; }
     for (size_t c = 0; c < out.size(); ++c) {
         const Direction d = direction((*list)[c], *list);
         const double side = std::abs(d.az);

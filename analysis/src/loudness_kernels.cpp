@@ -50,7 +50,7 @@ BRINDLEHUM_INLINE void kEnergy(const float* const* channels, int64_t from, int64
                                const Biquad& highPassFilter, KState& state, double* energies) {
     using Doubles = typename Vector<N>::Doubles;
     const float* in[N];
-    for (int c = 0; c < N; ++c) in[c] = channels[c] + from;
+    for (int c = 0; c < N; ++c) { in[c] = channels[c] + from; }
     const Biquad first = shelfFilter;
     const Biquad second = highPassFilter;
     Section<N> shelf;
@@ -60,14 +60,14 @@ BRINDLEHUM_INLINE void kEnergy(const float* const* channels, int64_t from, int64
     Doubles sum = {};
     for (int64_t i = 0; i < count; ++i) {
         Doubles x;
-        for (int c = 0; c < N; ++c) x[c] = double(in[c][i]);
+        for (int c = 0; c < N; ++c) { x[c] = double(in[c][i]); }
         shelf.step(first, x);
         highPass.step(second, x);
         sum += x * x;
     }
     shelf.store(state.shelf);
     highPass.store(state.highPass);
-    for (int c = 0; c < N; ++c) energies[c] += sum[c];
+    for (int c = 0; c < N; ++c) { energies[c] += sum[c]; }
 }
 
 // `Wide` vectors of `Lanes` outputs at a time, all phases: Wide x 4 sums stay in registers.
@@ -81,7 +81,7 @@ BRINDLEHUM_INLINE float peakBlock(const float* x, const PeakFilter& filter) {
             for (int v = 0; v < Wide; ++v) {
                 Floats samples;
                 std::memcpy(&samples, x + (at + k + v * Lanes), sizeof samples);
-                for (int p = 0; p < peakPhases; ++p) sums[p][v] += samples * filter[size_t(k)][size_t(p)];
+                for (int p = 0; p < peakPhases; ++p) { sums[p][v] += samples * filter[size_t(k)][size_t(p)]; }
             }
         }
         for (const auto& phase : sums) {
@@ -92,7 +92,7 @@ BRINDLEHUM_INLINE float peakBlock(const float* x, const PeakFilter& filter) {
         }
     }
     float peak = 0;
-    for (int i = 0; i < Lanes; ++i) peak = std::max(peak, float(largest[i]));
+    for (int i = 0; i < Lanes; ++i) { peak = std::max(peak, float(largest[i])); }
     return peak;
 }
 
@@ -108,8 +108,8 @@ BRINDLEHUM_INLINE float largestOf(const float* x, int64_t count) {
         largest = largest < magnitude ? magnitude : largest;
     }
     float peak = 0;
-    for (; i < count; ++i) peak = std::max(peak, std::abs(x[i]));
-    for (int j = 0; j < Lanes; ++j) peak = std::max(peak, float(largest[j]));
+    for (; i < count; ++i) { peak = std::max(peak, std::abs(x[i])); }
+    for (int j = 0; j < Lanes; ++j) { peak = std::max(peak, float(largest[j])); }
     return peak;
 }
 
@@ -153,7 +153,7 @@ const Kernels& fastestKernels() {
 #if defined(__x86_64__)
     static constexpr Kernels avx2{kOneAvx2, kTwoAvx2, kFourAvx2, peakAvx2, largestAvx2};
     static const bool usable = __builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma");
-    if (usable) return avx2;
+    if (usable) { return avx2; }
 #endif
     return plainKernels();
 }

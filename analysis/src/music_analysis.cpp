@@ -11,7 +11,7 @@ namespace {
 
 std::string lowerCase(std::string text) {
     for (char& c : text) {
-        if (c >= 'A' && c <= 'Z') c = char(c - 'A' + 'a');
+        if (c >= 'A' && c <= 'Z') { c = char(c - 'A' + 'a'); }
     }
     return text;
 }
@@ -21,43 +21,43 @@ std::string lowerCase(std::string text) {
 AnalysisOutcome analyzeMusic(const AnalysisInput& input, const AnalysisProgress& progress) {
     using Status = AnalysisOutcome::Status;
     const size_t frames = input.channels.empty() ? 0 : input.channels[0].size();
-    if (frames <= size_t(input.sampleRate)) return {Status::tooShort, std::nullopt};
+    if (frames <= size_t(input.sampleRate)) { return {Status::tooShort, std::nullopt}; }
     const auto cancelledAt = [&progress](AnalysisStage stage) { return progress && !progress(stage); };
 
     MusicAnalysis out;
     out.seconds = double(frames) / input.sampleRate;
-    if (cancelledAt(AnalysisStage::mono)) return {Status::cancelled, std::nullopt};
+    if (cancelledAt(AnalysisStage::mono)) { return {Status::cancelled, std::nullopt}; }
     std::vector<float> mono = Signal::mono(input.channels);
     // A single unusable sample would smear over its whole neighbourhood once the rate is converted.
     std::vector<float> repaired;
-    if (Signal::usable(mono, repaired).data() != mono.data()) mono = std::move(repaired);
+    if (Signal::usable(mono, repaired).data() != mono.data()) { mono = std::move(repaired); }
     out.mono22k = Signal::resample(std::move(mono), input.sampleRate, Signal::analysisRate);
 
-    if (cancelledAt(AnalysisStage::tempo)) return {Status::cancelled, std::nullopt};
+    if (cancelledAt(AnalysisStage::tempo)) { return {Status::cancelled, std::nullopt}; }
     auto tempo = TempoAnalyzer::analyze(out.mono22k);
-    if (!tempo) return {Status::noPulse, std::nullopt};
+    if (!tempo) { return {Status::noPulse, std::nullopt}; }
     out.tempo = std::move(*tempo);
 
-    if (cancelledAt(AnalysisStage::grid)) return {Status::cancelled, std::nullopt};
+    if (cancelledAt(AnalysisStage::grid)) { return {Status::cancelled, std::nullopt}; }
     out.grid = GridBuilder::build(out.tempo, out.mono22k, out.seconds, input.bpm, input.beatsPerBar);
 
-    if (cancelledAt(AnalysisStage::spectrum)) return {Status::cancelled, std::nullopt};
+    if (cancelledAt(AnalysisStage::spectrum)) { return {Status::cancelled, std::nullopt}; }
     const SpectralFrames spectrum(out.mono22k);
 
-    if (cancelledAt(AnalysisStage::key)) return {Status::cancelled, std::nullopt};
+    if (cancelledAt(AnalysisStage::key)) { return {Status::cancelled, std::nullopt}; }
     out.key = KeyAnalyzer::analyze(spectrum, out.grid.bpm, out.tempo.score);
 
-    if (cancelledAt(AnalysisStage::loudness)) return {Status::cancelled, std::nullopt};
+    if (cancelledAt(AnalysisStage::loudness)) { return {Status::cancelled, std::nullopt}; }
     out.loudness = Loudness::measure(input.channels, input.sampleRate, input.source);
 
-    if (cancelledAt(AnalysisStage::structure)) return {Status::cancelled, std::nullopt};
+    if (cancelledAt(AnalysisStage::structure)) { return {Status::cancelled, std::nullopt}; }
     out.structure = Structure::analyze(out.mono22k, Signal::analysisRate, out.grid, spectrum, input.name);
     return {Status::done, std::move(out)};
 }
 
 std::string MusicAnalysis::summary() const {
     std::string text = fixed(grid.bpm, 2) + " BPM " + tempo.meter.label;
-    if (tempo.twin) text += " (twin " + fixed(*tempo.twin, 1) + ")";
+    if (tempo.twin) { text += " (twin " + fixed(*tempo.twin, 1) + ")"; }
     text += " · " + (grid.steady ? std::string("steady") : lowerCase(tempo.drift));
     text += " · " + key.tonic + (key.mode == "minor" ? "m" : "");
     text += " · " + fixed(loudness.integrated, 1) + " LUFS · " + fixed(loudness.truePeak, 1) + " dBTP";

@@ -16,7 +16,7 @@ Json orNull(const std::optional<Value>& value) {
 template <class Record, class Fields>
 Json list(const std::vector<Record>& records, Fields fields) {
     Json out = Json::array();
-    for (const Record& record : records) out.push_back(fields(record));
+    for (const Record& record : records) { out.push_back(fields(record)); }
     return out;
 }
 

@@ -34,21 +34,21 @@ inline float logarithm(float x) {
 }
 
 void logCompress(const float* magnitudes, Spectrum& out) {
-    for (size_t k = 0; k < usedBins; ++k) out[k] = logarithm(1.0F + 50.0F * magnitudes[k]);
+    for (size_t k = 0; k < usedBins; ++k) { out[k] = logarithm(1.0F + 50.0F * magnitudes[k]); }
 }
 
 // The rises from `before` to `now`, summed over all used bins and over the low ones.
 std::pair<float, float> rises(const Spectrum& now, const Spectrum& before) {
     Spectrum rise;
-    for (size_t k = 0; k < usedBins; ++k) rise[k] = std::max(0.0F, now[k] - before[k]);
+    for (size_t k = 0; k < usedBins; ++k) { rise[k] = std::max(0.0F, now[k] - before[k]); }
     float low = 0;
-    for (size_t k = 0; k < lowBins; ++k) low += rise[k];
+    for (size_t k = 0; k < lowBins; ++k) { low += rise[k]; }
     std::array<float, 16> lanes{};
     for (size_t k = 0; k < usedBins; k += lanes.size()) {
-        for (size_t j = 0; j < lanes.size(); ++j) lanes[j] += rise[k + j];
+        for (size_t j = 0; j < lanes.size(); ++j) { lanes[j] += rise[k + j]; }
     }
     float full = 0;
-    for (const float lane : lanes) full += lane;
+    for (const float lane : lanes) { full += lane; }
     return {full, low};
 }
 
@@ -62,9 +62,9 @@ std::vector<float> smooth(const std::vector<float>& x) {
 }
 
 void normalize(std::vector<float>& x) {
-    if (x.empty()) return;
+    if (x.empty()) { return; }
     const float scale = *std::ranges::max_element(x) + 1e-9F;
-    for (float& value : x) value /= scale;
+    for (float& value : x) { value /= scale; }
 }
 
 }  // namespace
@@ -72,7 +72,7 @@ void normalize(std::vector<float>& x) {
 Envelopes envelopes(std::span<const float> mono22k) {
     std::vector<float> store;
     const std::span<const float> x = Signal::usable(mono22k, store);
-    if (x.size() < 1792) return {};
+    if (x.size() < 1792) { return {}; }
     const size_t frames = (x.size() - OnsetTime::frameSize) / OnsetTime::hop;
     HannSpectrum spectrum(OnsetTime::frameSize);
     std::vector<float> magnitudes(size_t(spectrum.bins()));
@@ -83,7 +83,7 @@ Envelopes envelopes(std::span<const float> mono22k) {
     for (size_t j = 0; j < frames; ++j) {
         spectrum.magnitudes(x.data() + j * OnsetTime::hop, magnitudes.data());
         logCompress(magnitudes.data(), logs[j % 2]);
-        if (j == 0) continue;
+        if (j == 0) { continue; }
         const auto [full, low] = rises(logs[j % 2], logs[(j + 1) % 2]);
         raw.full.push_back(full);
         raw.low.push_back(low);

@@ -18,7 +18,7 @@ struct Best {
     std::optional<int> boundary;
     double score = -std::numeric_limits<double>::infinity();
     void offer(int candidate, double value) {
-        if (!(value > score)) return;  // of equals the earliest stays
+        if (!(value > score)) { return; }  // of equals the earliest stays
         boundary = candidate;
         score = value;
     }
@@ -32,9 +32,9 @@ bool atBoundary(const Piece& piece, const std::optional<double>& seconds, int bo
 }  // namespace
 
 std::optional<double> silentHead(const Piece& piece) {
-    if (piece.start() < 1) return std::nullopt;
+    if (piece.start() < 1) { return std::nullopt; }
     for (int bar = 0; bar < piece.start(); ++bar) {
-        if (piece.level(bar) >= 0.05 * piece.active()) return std::nullopt;
+        if (piece.level(bar) >= 0.05 * piece.active()) { return std::nullopt; }
     }
     return piece.bounds[size_t(piece.start())];
 }
@@ -44,7 +44,7 @@ std::optional<int> findIntroEnd(const Piece& piece) {
     for (int b = piece.start() + 1; b <= std::min(piece.end - 4, piece.start() + 16); ++b) {
         const double rise = std::clamp(piece.level(b) / std::max(piece.level(b - 1), 1e-6) - 1, 0.0, 1.0);
         double score = 0.2 * rise + 0.55 * piece.novelty[size_t(b)] + phraseBonus(b - piece.start(), 0.2, 0.15, 0.05);
-        if (atBoundary(piece, piece.cooked.bodyEntry, b)) score += 0.15;
+        if (atBoundary(piece, piece.cooked.bodyEntry, b)) { score += 0.15; }
         best.offer(b, score);
     }
     return best.ifDistinct();
@@ -56,17 +56,17 @@ std::optional<int> findEndingStart(const Piece& piece, int introEnd) {
         const double ratio = std::max(piece.level(b), 1e-6) / std::max(piece.level(b - 1), 1e-6);
         const double change = std::min(std::abs(std::log(ratio)), 1.0);
         double score = 0.15 * change + 0.55 * piece.novelty[size_t(b)] + phraseBonus(piece.end - b, 0.2, 0.15, 0.05);
-        if (atBoundary(piece, piece.cooked.tailStart, b)) score += 0.1;
+        if (atBoundary(piece, piece.cooked.tailStart, b)) { score += 0.1; }
         best.offer(b, score);
     }
     return best.ifDistinct();
 }
 
 bool fadesOut(const Piece& piece) {
-    if (piece.end - piece.start() < 8) return false;
+    if (piece.end - piece.start() < 8) { return false; }
     const int first = std::max(piece.end - 5, piece.start());
     for (int bar = first + 1; bar < piece.end; ++bar) {
-        if (piece.level(bar) > 1.02 * piece.level(bar - 1)) return false;
+        if (piece.level(bar) > 1.02 * piece.level(bar - 1)) { return false; }
     }
     const double last = piece.level(piece.end - 1);
     return last > 0 && 20 * std::log10(piece.level(first) / last) > 9;
@@ -74,14 +74,14 @@ bool fadesOut(const Piece& piece) {
 
 int findLoopEnd(const Piece& piece, int introEnd, int endingStart) {
     const int length = endingStart - introEnd;
-    if (length < 4) return endingStart;
+    if (length < 4) { return endingStart; }
     Best best;
     for (int b = introEnd + 4; b <= endingStart; ++b) {
         // The bar before, at and after the seam should be those that the loop goes back to.
         double sum = 0;
         int count = 0;
         for (int shift = introEnd != 0 ? -1 : 0; shift <= 1; ++shift) {
-            if (!piece.similarity.contains(introEnd + shift, b + shift)) continue;
+            if (!piece.similarity.contains(introEnd + shift, b + shift)) { continue; }
             sum += piece.similarity.at(introEnd + shift, b + shift);
             ++count;
         }
@@ -90,7 +90,7 @@ int findLoopEnd(const Piece& piece, int introEnd, int endingStart) {
                                     piece.active())
                             .value;
         score += phraseBonus(b - introEnd, 0.15, 0.1, 0);
-        if (b == endingStart) score += 0.1;
+        if (b == endingStart) { score += 0.1; }
         score += 0.05 * (b - introEnd) / length;
         best.offer(b, score);
     }
@@ -99,13 +99,13 @@ int findLoopEnd(const Piece& piece, int introEnd, int endingStart) {
 
 bool isLoopFile(const Piece& piece, std::string_view name, bool finalHit) {
     const auto boundaries = int(piece.bounds.size());
-    if (std::max(piece.profile.musicEndBar, piece.start() + 1) < boundaries - 2) return false;
+    if (std::max(piece.profile.musicEndBar, piece.start() + 1) < boundaries - 2) { return false; }
     std::string lower(name);
     for (char& c : lower) {
-        if (c >= 'A' && c <= 'Z') c = char(c - 'A' + 'a');
+        if (c >= 'A' && c <= 'Z') { c = char(c - 'A' + 'a'); }
     }
     const auto says = [&lower](const char* word) { return lower.find(word) != std::string::npos; };
-    if (says("loop") && !says("intro") && !says("end")) return true;
+    if (says("loop") && !says("intro") && !says("end")) { return true; }
     const auto count = int64_t(piece.mono.size());
     const auto width = int64_t(0.25 * piece.sr);
     const double head = Signal::rms(piece.mono, 0, width);

@@ -15,7 +15,7 @@ void readAll(AudioFile& file, Planar& out) {
     constexpr int64_t block = 65536;
     const int64_t frames = file.facts().frames;
     // Reserved memory is only touched, and so only taken, where samples arrive.
-    for (auto& channel : out.channels) channel.reserve(size_t(std::max<int64_t>(frames, 0)));
+    for (auto& channel : out.channels) { channel.reserve(size_t(std::max<int64_t>(frames, 0))); }
     std::vector<float*> planes(out.channels.size());
     for (int64_t at = 0; at < frames;) {
         const auto want = int(std::min(block, frames - at));
@@ -26,8 +26,8 @@ void readAll(AudioFile& file, Planar& out) {
         const int got = std::clamp(file.read(planes.data(), at, want), 0, want);
         at += got;
         if (got < want) {
-            for (auto& channel : out.channels) channel.resize(size_t(at));
-            if (got == 0) break;
+            for (auto& channel : out.channels) { channel.resize(size_t(at)); }
+            if (got == 0) { break; }
         }
     }
 }
@@ -41,9 +41,7 @@ Planar readPlanar(const std::filesystem::path& path) {
         readAll(*file, out);
     } catch (const std::bad_alloc&) {
         throw Error(ErrorKind::tooLargeToLoad, "File too large to load");
-    } catch (const std::length_error&) {
-        throw Error(ErrorKind::tooLargeToLoad, "File too large to load");
-    }
+    } catch (const std::length_error&) { throw Error(ErrorKind::tooLargeToLoad, "File too large to load"); }
     return out;
 }
 

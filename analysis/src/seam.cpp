@@ -16,7 +16,7 @@ double levelMatch(double a, double b) {
 // By zero-crossing rates. What is quiet on one side can't differ much in brightness.
 double brightMatch(double a, double b, bool quiet) {
     const double larger = std::max(a, b);
-    if (larger <= 1e-6) return 1;
+    if (larger <= 1e-6) { return 1; }
     const double match = 1 - std::abs(a - b) / larger;
     return quiet ? std::max(match, 0.6) : match;
 }
@@ -28,11 +28,11 @@ Seam seamBetween(std::span<const float> x, double sr, double endTime, double sta
     const auto start = int64_t(sr * startTime);
     const auto width = int64_t(window * sr);
     // Within 50 ms of the end there is nothing to compare: the file's own edges meet.
-    if (end >= int64_t(x.size()) - int64_t(0.05 * sr)) return {0.7, "edge-to-edge file"};
+    if (end >= int64_t(x.size()) - int64_t(0.05 * sr)) { return {0.7, "edge-to-edge file"}; }
     const double endLevel = Signal::rms(x, end, end + width);
     const double startLevel = Signal::rms(x, start, start + width);
     const double limit = 0.15 * active;
-    if (endLevel < limit && startLevel < limit) return {0.95, "quiet at the seam"};
+    if (endLevel < limit && startLevel < limit) { return {0.95, "quiet at the seam"}; }
     const double bright = brightMatch(windowZcr(x, end, end + width), windowZcr(x, start, start + width),
                                       endLevel < limit || startLevel < limit);
     const double value = 0.5 * levelMatch(endLevel, startLevel) + 0.5 * bright;
@@ -42,7 +42,7 @@ Seam seamBetween(std::span<const float> x, double sr, double endTime, double sta
 std::optional<int> finalHitBar(std::span<const float> x, double sr, std::span<const double> bounds,
                                const BarProfile& profile, int beatsPerBar) {
     const int bar = profile.musicEndBar - 1;
-    if (profile.musicStartBar >= bar || bar + 1 >= int(bounds.size())) return std::nullopt;
+    if (profile.musicStartBar >= bar || bar + 1 >= int(bounds.size())) { return std::nullopt; }
     const double from = bounds[size_t(bar)];
     const double to = bounds[size_t(bar) + 1];
     const double beat = (to - from) / std::max(beatsPerBar, 1);
@@ -50,7 +50,7 @@ std::optional<int> finalHitBar(std::span<const float> x, double sr, std::span<co
     const double first = level(from, from + beat);
     const double last = level(to - beat, to);
     const double before = profile.rms[size_t(bar) - 1];
-    if (first >= 0.25 * double(profile.activeLevel) && 2.2 * last < first && 1.15 * before <= first) return bar;
+    if (first >= 0.25 * double(profile.activeLevel) && 2.2 * last < first && 1.15 * before <= first) { return bar; }
     return std::nullopt;
 }
 

@@ -23,8 +23,8 @@ std::optional<int> finalHitBar(std::span<const float> x, double sr, std::span<co
 
 // What a length of `bars` adds to a score: `eight`, `four` or `two` by what divides it, else 0.
 inline double phraseBonus(int bars, double eight, double four, double two) {
-    if (bars % 8 == 0) return eight;
-    if (bars % 4 == 0) return four;
+    if (bars % 8 == 0) { return eight; }
+    if (bars % 4 == 0) { return four; }
     return bars % 2 == 0 ? two : 0;
 }
 

@@ -18,7 +18,7 @@ struct Run {
 };
 
 int pitchClass(double hz) {
-    if (hz < 65 || hz > 4000) return -1;
+    if (hz < 65 || hz > 4000) { return -1; }
     const auto note = std::lround(12 * std::log2(hz / 440) + 69);
     return int(((note % 12) + 12) % 12);
 }
@@ -26,7 +26,7 @@ int pitchClass(double hz) {
 int band(double hz) {
     for (size_t b = 0; b < SpectralFrames::bandEdges.size(); ++b) {
         const auto& [low, high] = SpectralFrames::bandEdges[b];
-        if (low <= hz && hz <= high) return int(b);
+        if (low <= hz && hz <= high) { return int(b); }
     }
     return -1;
 }
@@ -35,7 +35,7 @@ std::vector<Run> runs(int (*cellOf)(double)) {
     std::vector<Run> out;
     for (int k = 1; k <= lastBin; ++k) {
         const int cell = cellOf(k * binWidth);
-        if (cell < 0) continue;
+        if (cell < 0) { continue; }
         if (!out.empty() && out.back().cell == cell && out.back().to == k) {
             out.back().to = k + 1;
         } else {
@@ -50,7 +50,7 @@ Row fold(const std::vector<Run>& table, const std::vector<float>& magnitudes) {
     std::array<double, std::tuple_size_v<Row>> sums{};
     for (const Run& run : table) {
         double sum = 0;
-        for (int k = run.from; k < run.to; ++k) sum += magnitudes[size_t(k)];
+        for (int k = run.from; k < run.to; ++k) { sum += magnitudes[size_t(k)]; }
         sums[size_t(run.cell)] += sum;
     }
     Row row{};
@@ -82,7 +82,7 @@ std::pair<size_t, size_t> SpectralFrames::range(size_t count, double from, doubl
 SpectralFrames::SpectralFrames(std::span<const float> mono22k) {
     std::vector<float> store;
     const std::span<const float> x = Signal::usable(mono22k, store);
-    if (x.size() <= size_t(frameSize)) return;
+    if (x.size() <= size_t(frameSize)) { return; }
     const auto classRuns = runs(pitchClass);
     const auto bandRuns = runs(band);
     HannSpectrum spectrum(frameSize);

@@ -29,8 +29,8 @@ double comb(std::span<const float> dilated, double period, double start, int64_t
     // One tooth too early is sorted out below; the rest can't fall before the range.
     for (auto k = int64_t(std::max(std::floor((double(from) - first) / step) - 1, 0.0));; ++k) {
         const auto i = int64_t(std::floor(first + double(k) * step + 0.5));
-        if (i >= to) break;
-        if (i < from) continue;
+        if (i >= to) { break; }
+        if (i < from) { continue; }
         sum += dilated[size_t(i)];
         ++count;
     }
@@ -48,7 +48,7 @@ Best bestPhase(std::span<const float> dilated, double period, int64_t from, int6
     for (int j = 0; j < phases; ++j) {
         const double phase = period * j / phases;
         const double score = comb(dilated, period, phase, from, to);
-        if (score > best.score) best = {period, phase, score};
+        if (score > best.score) { best = {period, phase, score}; }
     }
     return best;
 }
@@ -59,13 +59,13 @@ Best bestComb(std::span<const float> dilated, double beat) {
     Best best;
     for (int k = -30; k <= 30; ++k) {
         const Best trial = bestPhase(dilated, beat * (1 + 0.0002 * k), 0, n);
-        if (trial.score > best.score) best = trial;
+        if (trial.score > best.score) { best = trial; }
     }
     const double step = best.period / phases;
     for (int m = -10; m <= 10; ++m) {
         const double phase = best.phase + step * m / 10;
         const double score = comb(dilated, best.period, phase, 0, n);
-        if (score > best.score) best = {best.period, phase, score};
+        if (score > best.score) { best = {best.period, phase, score}; }
     }
     return best;
 }
@@ -73,7 +73,7 @@ Best bestComb(std::span<const float> dilated, double beat) {
 // A quarter of the file with its own best phase far from the whole's; a quiet one has no say.
 bool disagrees(std::span<const float> dilated, const Best& whole, int64_t from, int64_t to) {
     const Best part = bestPhase(dilated, whole.period, from, to);
-    if (part.score < 0.05) return false;
+    if (part.score < 0.05) { return false; }
     double distance = std::fmod(std::abs(part.phase - whole.phase), whole.period);
     distance = std::min(distance, whole.period - distance);
     return distance > 0.07 * whole.period;
@@ -84,11 +84,11 @@ bool disagrees(std::span<const float> dilated, const Best& whole, int64_t from, 
 Fit steadyFit(std::span<const float> env, double bpm) {
     Fit fit{false, 60 / bpm, 0, -1};
     // Under 8 s nothing can be called steady. A beat under a frame, or longer than any file, has no comb.
-    if (env.size() < 690 || !(fit.period * OnsetTime::frameRate >= 1) || fit.period > 1e6) return fit;
+    if (env.size() < 690 || !(fit.period * OnsetTime::frameRate >= 1) || fit.period > 1e6) { return fit; }
     const std::vector<float> dilated = dilate(env);
     const Best best = bestComb(dilated, fit.period);
     double sum = 0;
-    for (const float value : env) sum += value;
+    for (const float value : env) { sum += value; }
     fit = {1.5 * sum / double(env.size()) < best.score, best.period, best.phase, best.score};
     const auto quarter = int64_t(env.size() / 4);
     for (int q = 0; q < 4 && fit.steady; ++q) {

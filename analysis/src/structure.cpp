@@ -27,14 +27,14 @@ Piece measure(std::span<const float> x, double sr, const MusicGrid& grid, std::s
 }
 
 int placeIntroEnd(const Piece& piece, std::vector<std::string>& notes) {
-    if (const auto found = findIntroEnd(piece)) return *found;
+    if (const auto found = findIntroEnd(piece)) { return *found; }
     notes.emplace_back("No distinct intro: edits start straight into the body");
     return piece.start();
 }
 
 int placeEndingStart(const Piece& piece, int introEnd, std::optional<int> hit, std::vector<std::string>& notes) {
     const auto place = [&] {
-        if (const auto found = findEndingStart(piece, introEnd)) return *found;
+        if (const auto found = findEndingStart(piece, introEnd)) { return *found; }
         if (hit) {
             notes.emplace_back("Ending is a single final hit");
             return *hit;
@@ -73,7 +73,7 @@ StructureResult analyze(std::span<const float> mono, double sr, const MusicGrid&
     pins.introEnd = pins.loopStart = placeIntroEnd(piece, out.notes);
     const auto hit = finalHitBar(x, sr, bounds, piece.profile, grid.beatsPerBar);
     pins.endingStart = placeEndingStart(piece, pins.introEnd, hit, out.notes);
-    if (fadesOut(piece)) out.notes.emplace_back("Source ends on a fade-out");
+    if (fadesOut(piece)) { out.notes.emplace_back("Source ends on a fade-out"); }
     pins.loopEnd = findLoopEnd(piece, pins.introEnd, pins.endingStart);
     pins.musicEnd = piece.end;
     pins.finalHit = hit.value_or(std::max(piece.end - 1, pins.endingStart));

@@ -22,7 +22,7 @@ std::vector<TempoResult::Alternative> alternatives(double bpm, std::span<const T
     std::vector<TempoResult::Alternative> out;
     for (const Relation& relation : relations) {
         const double alt = bpm * relation.factor;
-        if (alt < slowest || alt > fastest) continue;
+        if (alt < slowest || alt > fastest) { continue; }
         const auto distance = [alt](const TempoResult::Candidate& c) { return std::abs(c.bpm - alt); };
         const auto& nearest = *std::ranges::min_element(candidates, {}, distance);
         out.push_back(
@@ -38,7 +38,7 @@ double spread(std::vector<double> tempi) {
 }
 
 const char* driftName(double spread) {
-    if (spread < 0.015) return "STEADY";
+    if (spread < 0.015) { return "STEADY"; }
     return spread < 0.04 ? "BREATHING" : "RUBATO";
 }
 
@@ -46,9 +46,9 @@ const char* driftName(double spread) {
 
 std::optional<TempoResult> analyze(std::span<const float> mono22k, std::optional<double> hint,
                                    std::optional<std::pair<double, double>> range) {
-    if (hint && !(*hint > 0)) return std::nullopt;
+    if (hint && !(*hint > 0)) { return std::nullopt; }
     Envelopes env = envelopes(mono22k);
-    if (env.full.empty()) return std::nullopt;
+    if (env.full.empty()) { return std::nullopt; }
     auto [lo, hi] = range.value_or(std::pair{slowest, fastest});
     if (hint) {
         lo = std::max(lo, *hint / 1.35);
@@ -56,13 +56,15 @@ std::optional<TempoResult> analyze(std::span<const float> mono22k, std::optional
     }
     TempoResult out;
     out.candidates = candidates(env.full, lo, hi, hint);
-    if (out.candidates.empty()) return std::nullopt;
+    if (out.candidates.empty()) { return std::nullopt; }
     const auto& best = out.candidates[0];
     out.durationSec = double(mono22k.size()) / Signal::analysisRate;
     out.bpm = best.bpm;
     out.score = best.score;
     out.alternatives = alternatives(best.bpm, out.candidates);
-    if (out.candidates.size() > 1 && best.ranked * 0.92 <= out.candidates[1].ranked) out.twin = out.candidates[1].bpm;
+    if (out.candidates.size() > 1 && best.ranked * 0.92 <= out.candidates[1].ranked) {
+        out.twin = out.candidates[1].bpm;
+    }
 
     const std::vector<MapScore> map = tempoMap(env.full, best.bpm, 8, 2);
     std::vector<double> tempi;
@@ -70,7 +72,7 @@ std::optional<TempoResult> analyze(std::span<const float> mono22k, std::optional
         out.tempoMap.push_back({point.t, point.bpm});
         tempi.push_back(point.bpm);
     }
-    if (tempi.empty()) tempi.push_back(best.bpm);
+    if (tempi.empty()) { tempi.push_back(best.bpm); }
     const double drift = spread(std::move(tempi));
     out.drift = driftName(drift);
     out.driftSpreadPct = drift * 100;

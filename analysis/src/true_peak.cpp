@@ -29,7 +29,7 @@ float largestGain(const PeakFilter& filter) {
     float largest = 0;
     for (size_t p = 0; p < peakPhases; ++p) {
         float sum = 0;
-        for (const auto& tap : filter) sum += std::abs(tap[p]);
+        for (const auto& tap : filter) { sum += std::abs(tap[p]); }
         largest = std::max(largest, sum);
     }
     return largest * 1.0001F;
@@ -40,7 +40,7 @@ float largestGain(const PeakFilter& filter) {
 float truePeakAbove(std::span<const float> x, float floor, const Kernels& kernels) {
     static const PeakFilter filter = makeFilter();
     static const float gain = largestGain(filter);
-    if (x.empty()) return floor;
+    if (x.empty()) { return floor; }
     // Outputs go in blocks of 48, each of which hears the block of samples before it and its own; 48 zeros stand on
     // either side of the signal, so one block of outputs follows the last block of samples.
     const auto count = int64_t(x.size());
@@ -53,19 +53,19 @@ float truePeakAbove(std::span<const float> x, float floor, const Kernels& kernel
     float peak = floor;
     const auto compute = [&](int64_t b) {
         const int64_t from = (b - 1) * peakTaps;
-        if (from >= 0 && from + 2 * peakTaps <= count) return kernels.peakBlock(x.data() + from, filter);
+        if (from >= 0 && from + 2 * peakTaps <= count) { return kernels.peakBlock(x.data() + from, filter); }
         float padded[2 * peakTaps] = {};
         const int64_t first = std::max<int64_t>(from, 0);
         const int64_t last = std::min(from + 2 * peakTaps, count);
-        if (first < last) std::copy(x.data() + first, x.data() + last, padded + (first - from));
+        if (first < last) { std::copy(x.data() + first, x.data() + last, padded + (first - from)); }
         return kernels.peakBlock(padded, filter);
     };
     const auto bound = [&](int64_t b) { return gain * std::max(largest[size_t(b)], largest[size_t(b) + 1]); };
     // The loudest block first: most others then can't pass it.
     const auto loudest = std::ranges::max_element(largest) - largest.begin() - 1;
-    if (loudest >= 0) peak = std::max(peak, compute(loudest));
+    if (loudest >= 0) { peak = std::max(peak, compute(loudest)); }
     for (int64_t b = 0; b <= blocks; ++b) {
-        if (bound(b) > peak) peak = std::max(peak, compute(b));
+        if (bound(b) > peak) { peak = std::max(peak, compute(b)); }
     }
     return peak;
 }

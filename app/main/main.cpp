@@ -25,7 +25,7 @@ std::vector<std::filesystem::path> filesOf(int argc, char** argv) {
     for (int i = 1; i < argc; ++i) {
         std::error_code error;
         auto path = std::filesystem::absolute(argv[i], error);
-        if (!error) files.push_back(std::move(path));
+        if (!error) { files.push_back(std::move(path)); }
     }
     return files;
 }
@@ -37,7 +37,7 @@ bool isSet(const char* variable) {
 
 // Without a display the windows live off screen. False then.
 bool findScreen() {
-    if (isSet("QT_QPA_PLATFORM") || isSet("DISPLAY") || isSet("WAYLAND_DISPLAY")) return true;
+    if (isSet("QT_QPA_PLATFORM") || isSet("DISPLAY") || isSet("WAYLAND_DISPLAY")) { return true; }
     qputenv("QT_QPA_PLATFORM", "offscreen");
     return false;
 }
@@ -105,7 +105,7 @@ int main(int argc, char** argv) {
     AppWindows windows(model);
     link.onFiles = [&model](const auto& handedOver) { model.openFiles(handedOver); };
     model.start();
-    if (!hasScreen) describeControlPort(model.control());
-    if (!files.empty()) model.openFiles(files);
+    if (!hasScreen) { describeControlPort(model.control()); }
+    if (!files.empty()) { model.openFiles(files); }
     end(model, link, QApplication::exec());
 }

@@ -26,7 +26,7 @@ void onSignal(int) {
 
 QuitOnSignal::QuitOnSignal() {
     wakeUp = ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
-    if (wakeUp < 0) return;
+    if (wakeUp < 0) { return; }
     notifier_ = std::make_unique<QSocketNotifier>(wakeUp, QSocketNotifier::Read);
     QObject::connect(notifier_.get(), &QSocketNotifier::activated, [] { QCoreApplication::quit(); });
     struct sigaction action {};

@@ -52,32 +52,30 @@ void AppModel::start(uint16_t controlPort) {
 
 void AppModel::openFiles(const std::vector<std::filesystem::path>& files) {
     const auto audio = std::find_if(files.begin(), files.end(), AudioFileInfo::isAudioPath);
-    if (audio != files.end()) player_.load(*audio, settings_.value().autoPlay);
+    if (audio != files.end()) { player_.load(*audio, settings_.value().autoPlay); }
     openWindow("main");
 }
 
 void AppModel::openWindow(const std::string& id) {
-    if (openWindowAction) openWindowAction(id);
+    if (openWindowAction) { openWindowAction(id); }
 }
 
 void AppModel::addLibraryFolder() {
-    if (!chooseFoldersAction) return;
+    if (!chooseFoldersAction) { return; }
     chooseFoldersAction([self = QPointer(this)](const std::vector<std::filesystem::path>& folders) {
-        if (self) self->addLibraryFolders(folders);
+        if (self) { self->addLibraryFolders(folders); }
     });
 }
 
 void AppModel::addLibraryFolders(const std::vector<std::filesystem::path>& folders) {
-    if (folders.empty()) return;
-    for (const auto& folder : folders) library_.addRoot(folder);
+    if (folders.empty()) { return; }
+    for (const auto& folder : folders) { library_.addRoot(folder); }
     library_.clearFilters();
     library_.open(folders.front());
 }
 
-// MARK: command table
-
 nlohmann::json AppModel::handle(const std::string& command, const ControlParams& params) {
-    if (command == "status") return status();
+    if (command == "status") { return status(); }
     if (command == "toggle") {
         player_.togglePlay();
     } else if (command == "play") {
@@ -91,7 +89,7 @@ nlohmann::json AppModel::handle(const std::string& command, const ControlParams&
     } else if (command == "expert") {
         settings_.change([](AppSettings& s) { s.expertMode = !s.expertMode; });
     } else if (command == "tempedits") {
-        if (player_.info()) makeTempEdits({player_.info()->url});
+        if (player_.info()) { makeTempEdits({player_.info()->url}); }
     } else if (command == "profile") {
         selectProfile(params);
     } else {
@@ -107,7 +105,7 @@ nlohmann::json AppModel::ok() const {
 nlohmann::json AppModel::status() const {
     const AppSettings& settings = settings_.value();
     nlohmann::json profiles = nlohmann::json::array();
-    for (const auto& profile : settings.profiles) profiles.push_back(profile.name);
+    for (const auto& profile : settings.profiles) { profiles.push_back(profile.name); }
     return {{"playing", player_.isPlaying()},
             {"file", player_.info() ? player_.info()->url.filename().string() : std::string()},
             {"profile", settings.activeProfile().name},
@@ -119,7 +117,7 @@ nlohmann::json AppModel::status() const {
 // The profile of this name in any case, else the one after the active one, wrapping round.
 void AppModel::selectProfile(const ControlParams& params) {
     const auto& profiles = settings_.value().profiles;
-    if (profiles.empty()) return;
+    if (profiles.empty()) { return; }
     if (const auto name = params.find("name"); name != params.end()) {
         const QString wanted = QString::fromStdString(name->second);
         for (const auto& profile : profiles) {

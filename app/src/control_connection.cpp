@@ -41,10 +41,10 @@ void ControlConnection::drop() {
 void ControlConnection::readyRead() {
     while (socket_->bytesAvailable() > 0) {
         const QByteArray bytes = socket_->read(chunk);
-        if (bytes.isEmpty()) return;
+        if (bytes.isEmpty()) { return; }
         if (responded_) {
             discarded_ += bytes.size();
-            if (discarded_ > maxDiscarded) return drop();
+            if (discarded_ > maxDiscarded) { return drop(); }
         } else if (!collect(bytes)) {
             return drop();
         }
@@ -57,7 +57,7 @@ bool ControlConnection::collect(const QByteArray& bytes) {
     const qsizetype from = std::max<qsizetype>(buffer_.size() - 3, 0);
     buffer_ += bytes;
     const qsizetype end = buffer_.indexOf("\r\n\r\n", from);
-    if (end < 0) return size_t(buffer_.size()) <= ControlProtocol::maxHead;
+    if (end < 0) { return size_t(buffer_.size()) <= ControlProtocol::maxHead; }
     respond(end);
     return true;
 }
@@ -75,7 +75,7 @@ void ControlConnection::respond(qsizetype headSize) {
 // Our side alone, and we read on: closing a socket with bytes unread (a body, a second request) resets the connection,
 // which may take the response from the client's hands.
 void ControlConnection::closeOurSide() {
-    if (!responded_ || socket_->bytesToWrite() > 0) return;
+    if (!responded_ || socket_->bytesToWrite() > 0) { return; }
     ::shutdown(int(socket_->socketDescriptor()), SHUT_WR);
 }
 

@@ -26,7 +26,7 @@ struct Head {
 std::string trimmed(std::string_view text) {
     constexpr std::string_view white = " \t\n\v\f\r";
     const size_t first = text.find_first_not_of(white);
-    if (first == std::string_view::npos) return {};
+    if (first == std::string_view::npos) { return {}; }
     return std::string(text.substr(first, text.find_last_not_of(white) - first + 1));
 }
 
@@ -34,7 +34,7 @@ std::string trimmed(std::string_view text) {
 std::string lowercased(std::string_view text) {
     std::string out(text);
     for (char& c : out) {
-        if (c >= 'A' && c <= 'Z') c = char(c - 'A' + 'a');
+        if (c >= 'A' && c <= 'Z') { c = char(c - 'A' + 'a'); }
     }
     return out;
 }
@@ -43,7 +43,7 @@ std::vector<std::string> parts(std::string_view line) {
     std::vector<std::string> out;
     for (size_t at = 0; at < line.size();) {
         const size_t end = std::min(line.find(' ', at), line.size());
-        if (end > at) out.emplace_back(line.substr(at, end - at));
+        if (end > at) { out.emplace_back(line.substr(at, end - at)); }
         at = end + 1;
     }
     return out;
@@ -61,7 +61,7 @@ Head parse(std::string_view text) {
         } else if (colon != std::string_view::npos) {
             head.headers[lowercased(line.substr(0, colon))] = trimmed(line.substr(colon + 1));
         }
-        if (end == std::string_view::npos) return head;
+        if (end == std::string_view::npos) { return head; }
         first = false;
         text.remove_prefix(end + 2);
     }
@@ -71,7 +71,7 @@ Head parse(std::string_view text) {
 // response's head, where a control character would start a line of its own.
 bool isAllowed(const std::string& origin) {
     const auto isControl = [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; };
-    if (std::any_of(origin.begin(), origin.end(), isControl)) return false;
+    if (std::any_of(origin.begin(), origin.end(), isControl)) { return false; }
     return origin.empty() || origin == "null" || origin.starts_with("file");
 }
 
@@ -94,9 +94,7 @@ std::string withJSON(const char* status, const std::string& allowedOrigin, const
     try {
         // File names needn't be UTF-8; what isn't becomes U+FFFD.
         body = payload.dump(-1, ' ', false, json::error_handler_t::replace);
-    } catch (const json::exception&) {
-        body = "{}";
-    }
+    } catch (const json::exception&) { body = "{}"; }
     return responseHead(status, allowedOrigin) +
            "Content-Type: application/json\r\nContent-Length: " + std::to_string(body.size()) +
            "\r\nConnection: close\r\n\r\n" + body;
@@ -110,10 +108,10 @@ struct Command {
 Command command(const std::string& target) {
     const QUrl url(QStringLiteral("http://localhost") + QString::fromStdString(target));
     Command out;
-    if (!url.isValid()) return out;
+    if (!url.isValid()) { return out; }
     const std::string path = url.path(QUrl::FullyDecoded).toStdString();
     const size_t first = path.find_first_not_of('/');
-    if (first != std::string::npos) out.name = path.substr(first, path.find_last_not_of('/') - first + 1);
+    if (first != std::string::npos) { out.name = path.substr(first, path.find_last_not_of('/') - first + 1); }
     // A plus sign stays one: this is a URL's query, not a form.
     for (const auto& [key, value] : QUrlQuery(url).queryItems(QUrl::FullyDecoded)) {
         out.params[key.toStdString()] = value.toStdString();
@@ -139,7 +137,7 @@ std::string respond(const std::string& head, const Handler& handler) {
     if (request.request.size() < 2 || request.value("x-brindlehum") != "1" || !allowed) {
         return withJSON("403 Forbidden", echoed, {{"error", "forbidden"}});
     }
-    if (!handler) return withJSON("400 Bad Request", echoed, {{"error", "not ready"}});
+    if (!handler) { return withJSON("400 Bad Request", echoed, {{"error", "not ready"}}); }
     const Command asked = command(request.request[1]);
     const json payload = handler(asked.name, asked.params);
     return withJSON(payload.contains("error") ? "400 Bad Request" : "200 OK", echoed, payload);

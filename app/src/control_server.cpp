@@ -16,13 +16,13 @@ ControlServer::~ControlServer() {
 }
 
 void ControlServer::start(uint16_t onPort) {
-    if (listener_) return;
+    if (listener_) { return; }
     auto listener = std::make_unique<QTcpServer>();
     listener->setProxy(QNetworkProxy::NoProxy);
     listener->setListenBacklogSize(int(maxConnections));
     listener->setMaxPendingConnections(int(maxConnections));
     // Qt sets the address for reuse, so a restart needn't wait for old connections to time out.
-    if (!listener->listen(QHostAddress::LocalHost, onPort)) return;
+    if (!listener->listen(QHostAddress::LocalHost, onPort)) { return; }
     listener_ = std::move(listener);
     connect(listener_.get(), &QTcpServer::newConnection, this, &ControlServer::accept);
 }

@@ -30,7 +30,7 @@ QString socketIn(const std::filesystem::path& folder) {
 QByteArray InstanceMessage::encode(const std::vector<std::filesystem::path>& files) {
     QByteArray out;
     for (const auto& file : files) {
-        if (!file.empty()) out += QByteArray::fromStdString(file.native()) + '\0';
+        if (!file.empty()) { out += QByteArray::fromStdString(file.native()) + '\0'; }
     }
     return out + '\0';
 }
@@ -40,8 +40,8 @@ std::optional<std::vector<std::filesystem::path>> InstanceMessage::decode(const 
     qsizetype at = 0;
     while (true) {
         const qsizetype end = bytes.indexOf('\0', at);
-        if (end < 0) return std::nullopt;
-        if (end == at) return files;
+        if (end < 0) { return std::nullopt; }
+        if (end == at) { return files; }
         files.emplace_back(bytes.mid(at, end - at).toStdString());
         at = end + 1;
     }
@@ -50,14 +50,14 @@ std::optional<std::vector<std::filesystem::path>> InstanceMessage::decode(const 
 std::filesystem::path InstanceLink::runtimeFolder() {
     const char* runtime = std::getenv("XDG_RUNTIME_DIR");
     std::error_code error;
-    if (runtime && *runtime == '/' && std::filesystem::is_directory(runtime, error)) return runtime;
+    if (runtime && *runtime == '/' && std::filesystem::is_directory(runtime, error)) { return runtime; }
     const auto temporary = std::filesystem::temp_directory_path(error);
-    if (error) return {};
+    if (error) { return {}; }
     const auto own = temporary / ("brindlehum-" + std::to_string(::getuid()));
     ::mkdir(own.c_str(), 0700);
     // Anyone may have made a folder of this name before us; only our own will do.
     struct stat found {};
-    if (::lstat(own.c_str(), &found) != 0 || !S_ISDIR(found.st_mode) || found.st_uid != ::getuid()) return {};
+    if (::lstat(own.c_str(), &found) != 0 || !S_ISDIR(found.st_mode) || found.st_uid != ::getuid()) { return {}; }
     return own;
 }
 
@@ -73,8 +73,8 @@ InstanceLink::Outcome InstanceLink::start(const std::vector<std::filesystem::pat
     // The lock alone decides, so that of two starts at the same moment exactly one becomes the instance; the other
     // one may come before the socket is there.
     while (!claim()) {
-        if (handOver(message, int(deadline.remainingTime()))) return Outcome::handedOver;
-        if (deadline.hasExpired()) return Outcome::unanswered;
+        if (handOver(message, int(deadline.remainingTime()))) { return Outcome::handedOver; }
+        if (deadline.hasExpired()) { return Outcome::unanswered; }
         QThread::msleep(retryMs);
     }
     return Outcome::instance;
@@ -88,7 +88,7 @@ void InstanceLink::release() {
 bool InstanceLink::claim() {
     auto lock = std::make_unique<QLockFile>(fileIn(folder_, "brindlehum.lock"));
     lock->setStaleLockTime(0);  // stale when its process is gone, never by age
-    if (!lock->tryLock(0)) return lock->error() != QLockFile::LockFailedError;
+    if (!lock->tryLock(0)) { return lock->error() != QLockFile::LockFailedError; }
     lock_ = std::move(lock);
     server_ = std::make_unique<QLocalServer>();
     server_->setSocketOptions(QLocalServer::UserAccessOption);
@@ -102,11 +102,11 @@ bool InstanceLink::claim() {
 bool InstanceLink::handOver(const QByteArray& message, int milliseconds) {
     QLocalSocket socket;
     socket.connectToServer(socketIn(folder_));
-    if (!socket.waitForConnected(milliseconds)) return false;
+    if (!socket.waitForConnected(milliseconds)) { return false; }
     socket.write(message);
     const QDeadlineTimer deadline(milliseconds);
     while (socket.bytesAvailable() < qint64(qstrlen(answer))) {
-        if (!socket.waitForReadyRead(int(deadline.remainingTime()))) return false;
+        if (!socket.waitForReadyRead(int(deadline.remainingTime()))) { return false; }
     }
     return socket.readAll() == answer;
 }
@@ -120,14 +120,14 @@ void InstanceLink::accept() {
 }
 
 void InstanceLink::receive(QLocalSocket* peer) {
-    if (peer->bytesAvailable() > maxMessage) return peer->abort();
+    if (peer->bytesAvailable() > maxMessage) { return peer->abort(); }
     const auto files = InstanceMessage::decode(peer->peek(maxMessage));
-    if (!files) return;
+    if (!files) { return; }
     peer->readAll();
     peer->write(answer);
     peer->flush();
     peer->disconnectFromServer();
-    if (onFiles) onFiles(*files);
+    if (onFiles) { onFiles(*files); }
 }
 
 }  // namespace brindlehum

@@ -28,11 +28,11 @@ struct TempEditBatch::Work {
 
     void tell(std::optional<std::string> message) const {
         double sum = 0;
-        for (const double part : parts) sum += part;
+        for (const double part : parts) { sum += part; }
         loop.post([owner = owner, message = std::move(message), part = sum / double(parts.size())] {
-            if (!owner) return;
+            if (!owner) { return; }
             owner->progress_ = part;
-            if (message) owner->player_.notify(*message);
+            if (message) { owner->player_.notify(*message); }
             Q_EMIT owner->changed();
         });
     }
@@ -49,14 +49,14 @@ void TempEditBatch::start(const std::vector<std::filesystem::path>& files) {
     const AppSettings& settings = settings_.value();
     auto work = std::make_shared<Work>(Work{this, loop_, {}, stop_.get_token(), {}});
     for (const auto& file : files) {
-        if (!AudioFileInfo::isAudioPath(file)) continue;
+        if (!AudioFileInfo::isAudioPath(file)) { continue; }
         work->jobs.push_back(
             {file, TempEditExporter::editsFolder(file, settings.tempEditsBesideSource, settings.pullsFolder)});
     }
-    if (work->jobs.empty()) return;
+    if (work->jobs.empty()) { return; }
     work->parts.resize(work->jobs.size());
     ++batches_;
-    if (!progress_) progress_ = 0;
+    if (!progress_) { progress_ = 0; }
     folders_.clear();
     skipped_.clear();
     closing_.clear();
@@ -82,7 +82,7 @@ void TempEditBatch::run(const std::shared_ptr<Work>& work) {
     };
     auto outcomes = TempEdits::makeAll(work->jobs, {}, progress, work->stop);
     work->loop.post([work, outcomes = std::move(outcomes)] {
-        if (work->owner) work->owner->conclude(*work, outcomes);
+        if (work->owner) { work->owner->conclude(*work, outcomes); }
     });
 }
 
@@ -97,15 +97,15 @@ void TempEditBatch::conclude(const Work& work, const std::vector<TempEdits::Outc
         }
     }
     folders_.insert(folders_.end(), folders.begin(), folders.end());
-    if (last) progress_.reset();
+    if (last) { progress_.reset(); }
     closing_ = TempEdits::closingText(outcomes);
     player_.notify(closing_);
     Q_EMIT changed();
-    if (!work.stop.stop_requested()) desktop_.reveal(folders);
+    if (!work.stop.stop_requested()) { desktop_.reveal(folders); }
 }
 
 void TempEditBatch::cancel() {
-    if (batches_ == 0) return;
+    if (batches_ == 0) { return; }
     stop_.request_stop();
     stop_ = std::stop_source();
     player_.notify("Temp edits: cancelling…");

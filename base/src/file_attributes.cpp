@@ -22,11 +22,11 @@ template <typename Ask>
 std::optional<std::string> grown(Ask ask) {
     for (;;) {
         const ssize_t size = ask(nullptr, 0);
-        if (size < 0) return std::nullopt;
+        if (size < 0) { return std::nullopt; }
         std::string bytes(size_t(size), '\0');
         const ssize_t got = size == 0 ? 0 : ask(bytes.data(), bytes.size());
-        if (got < 0 && errno == ERANGE) continue;
-        if (got < 0) return std::nullopt;
+        if (got < 0 && errno == ERANGE) { continue; }
+        if (got < 0) { return std::nullopt; }
         bytes.resize(size_t(got));
         return bytes;
     }
@@ -49,20 +49,20 @@ bool mustBeKept(const std::string& name) {
 
 int copyAttribute(const std::string& name, int from, int to) {
     const auto value = grown([&](char* out, size_t size) { return ::fgetxattr(from, name.c_str(), out, size); });
-    if (!value) return errno == ENODATA || !mustBeKept(name) ? 0 : errno;
-    if (::fsetxattr(to, name.c_str(), value->data(), value->size(), 0) == 0) return 0;
+    if (!value) { return errno == ENODATA || !mustBeKept(name) ? 0 : errno; }
+    if (::fsetxattr(to, name.c_str(), value->data(), value->size(), 0) == 0) { return 0; }
     return mustBeKept(name) ? errno : 0;
 }
 
 int copyOwnerAndMode(const struct stat& from, int to) {
     struct stat now {};
-    if (::fstat(to, &now) != 0) return errno;
+    if (::fstat(to, &now) != 0) { return errno; }
     bool group = now.st_gid == from.st_gid;
     if (now.st_uid != from.st_uid || !group) {
         group = ::fchown(to, from.st_uid, from.st_gid) == 0 || ::fchown(to, uid_t(-1), from.st_gid) == 0;
     }
     mode_t mode = from.st_mode & (S_IRWXU | S_IRWXG | S_IRWXO);
-    if (!group) mode &= ~mode_t(S_IRWXG) | (mode & S_IRWXO) << 3;
+    if (!group) { mode &= ~mode_t(S_IRWXG) | (mode & S_IRWXO) << 3; }
     return ::fchmod(to, mode) == 0 ? 0 : errno;
 }
 
@@ -70,14 +70,14 @@ int copyOwnerAndMode(const struct stat& from, int to) {
 
 int copyAttributes(int from, int to) {
     struct stat status {};
-    if (::fstat(from, &status) != 0) return errno;
-    if (const int error = copyOwnerAndMode(status, to)) return error;
+    if (::fstat(from, &status) != 0) { return errno; }
+    if (const int error = copyOwnerAndMode(status, to)) { return error; }
     const std::vector<std::string> wanted = attributeNames(from);
     // The folder may have given the new file an access list that the old one hasn't.
     const bool listed = std::find(wanted.begin(), wanted.end(), accessList) != wanted.end();
-    if (!listed) ::fremovexattr(to, accessList);
+    if (!listed) { ::fremovexattr(to, accessList); }
     for (const std::string& name : wanted) {
-        if (const int error = copyAttribute(name, from, to)) return error;
+        if (const int error = copyAttribute(name, from, to)) { return error; }
     }
     return 0;
 }

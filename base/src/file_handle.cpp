@@ -17,7 +17,7 @@ namespace brindlehum {
 FileHandle::FileHandle(const std::filesystem::path& path) {
     // O_NONBLOCK: opening a pipe without a writer returns at once instead of waiting for one.
     descriptor_ = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
-    if (descriptor_ < 0) throw Error(openFailure(path, std::strerror(errno)));
+    if (descriptor_ < 0) { throw Error(openFailure(path, std::strerror(errno))); }
     struct stat status {};
     const bool known = ::fstat(descriptor_, &status) == 0;
     if (known && S_ISREG(status.st_mode)) {
@@ -37,9 +37,9 @@ int64_t FileHandle::readAt(int64_t offset, void* out, size_t bytes) const {
     if (bytes > smallRead || offset < 0 || offset + int64_t(bytes) > int64_t(head_.size())) {
         return readFromSystem(offset, out, bytes);
     }
-    if (headBytes_ < 0) headBytes_ = readFromSystem(0, head_.data(), head_.size());
+    if (headBytes_ < 0) { headBytes_ = readFromSystem(0, head_.data(), head_.size()); }
     const int64_t held = std::clamp<int64_t>(headBytes_ - offset, headBytes_ < 0 ? -1 : 0, int64_t(bytes));
-    if (held > 0) std::memcpy(out, head_.data() + offset, size_t(held));
+    if (held > 0) { std::memcpy(out, head_.data() + offset, size_t(held)); }
     return held;
 }
 
@@ -48,9 +48,9 @@ int64_t FileHandle::readFromSystem(int64_t offset, void* out, size_t bytes) cons
     while (done < bytes) {
         const ssize_t got =
             ::pread(descriptor_, static_cast<char*>(out) + done, bytes - done, off_t(offset + int64_t(done)));
-        if (got == 0) break;
-        if (got < 0 && errno == EINTR) continue;
-        if (got < 0) return -1;
+        if (got == 0) { break; }
+        if (got < 0 && errno == EINTR) { continue; }
+        if (got < 0) { return -1; }
         done += size_t(got);
     }
     return int64_t(done);
@@ -62,7 +62,7 @@ int64_t FileCursor::read(void* out, int64_t bytes) {
         return -1;
     }
     const int64_t got = bytes > 0 ? handle->readAt(position, out, size_t(bytes)) : 0;
-    if (got < 0) failed = true;
+    if (got < 0) { failed = true; }
     position += std::max<int64_t>(got, 0);
     return got;
 }
@@ -70,14 +70,14 @@ int64_t FileCursor::read(void* out, int64_t bytes) {
 int64_t FileCursor::seek(int64_t offset, int whence) {
     const int64_t base = whence == SEEK_CUR ? position : whence == SEEK_END ? handle->size() : 0;
     int64_t target = 0;
-    if (__builtin_add_overflow(base, offset, &target) || target < 0) return -1;
+    if (__builtin_add_overflow(base, offset, &target) || target < 0) { return -1; }
     return position = target;
 }
 
 std::string printableName(const std::filesystem::path& path) {
     std::string name = repairUtf8((path.has_filename() ? path.filename() : path.parent_path().filename()).string());
     for (char& c : name) {
-        if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) c = '?';
+        if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) { c = '?'; }
     }
     return name;
 }

@@ -31,8 +31,8 @@ bool isSameFile(const struct stat& a, const struct stat& b) {
 // False when someone else holds the lock. Where a file system has no locks, the checks of the name have to do.
 bool lock(int file) {
     while (::flock(file, LOCK_EX | LOCK_NB) != 0) {
-        if (errno == EWOULDBLOCK) return false;
-        if (errno != EINTR) return true;
+        if (errno == EWOULDBLOCK) { return false; }
+        if (errno != EINTR) { return true; }
     }
     return true;
 }
@@ -42,7 +42,7 @@ bool lock(int file) {
 std::filesystem::path followed(const std::filesystem::path& path) {
     std::error_code error;
     std::filesystem::path target = std::filesystem::canonical(path, error);
-    if (error) throw Error(openFailure(path, std::strerror(error.value())));
+    if (error) { throw Error(openFailure(path, std::strerror(error.value()))); }
     return target;
 }
 
@@ -53,10 +53,10 @@ FileReplacement::FileReplacement(const std::filesystem::path& target, const File
       source_(source),
       folder_(::open(target.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
     try {
-        if (folder_ < 0 || ::fstat(source.descriptor(), &before_) != 0) fail(errno);
-        if (::faccessat(folder_, name_.c_str(), W_OK, AT_EACCESS) != 0) fail(errno);
+        if (folder_ < 0 || ::fstat(source.descriptor(), &before_) != 0) { fail(errno); }
+        if (::faccessat(folder_, name_.c_str(), W_OK, AT_EACCESS) != 0) { fail(errno); }
         createTemporary();
-        if (!sourceIsUnchanged()) failChanged();
+        if (!sourceIsUnchanged()) { failChanged(); }
     } catch (...) {
         discard();
         throw;
@@ -68,9 +68,9 @@ FileReplacement::~FileReplacement() {
 }
 
 void FileReplacement::discard() {
-    if (made_ && holdsItsName()) ::unlinkat(folder_, temporary_.c_str(), 0);
-    if (file_ >= 0) ::close(file_);
-    if (folder_ >= 0) ::close(folder_);
+    if (made_ && holdsItsName()) { ::unlinkat(folder_, temporary_.c_str(), 0); }
+    if (file_ >= 0) { ::close(file_); }
+    if (folder_ >= 0) { ::close(folder_); }
 }
 
 void FileReplacement::createTemporary() {
@@ -80,7 +80,7 @@ void FileReplacement::createTemporary() {
     const mode_t mode = (before_.st_mode & S_IROTH) ? S_IRUSR | S_IWUSR | S_IRGRP | S_IROTH : S_IRUSR | S_IWUSR;
     for (int i = 0; i < attempts; ++i) {
         file_ = ::openat(folder_, temporary_.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, mode);
-        if (file_ < 0 && errno != EEXIST) fail(errno);
+        if (file_ < 0 && errno != EEXIST) { fail(errno); }
         if (file_ < 0) {
             clearLeftover();
             continue;
@@ -98,12 +98,12 @@ void FileReplacement::createTemporary() {
 void FileReplacement::clearLeftover() {
     for (const int access : {O_RDWR, O_RDONLY}) {
         file_ = ::openat(folder_, temporary_.c_str(), access | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
-        if (file_ >= 0 || errno != EACCES) break;
+        if (file_ >= 0 || errno != EACCES) { break; }
     }
-    if (file_ < 0 && errno == ENOENT) return;
-    if (file_ < 0) fail(errno);
-    if (!lock(file_)) throw rewriteFailure(target_, "it is being rewritten elsewhere");
-    if (holdsItsName() && ::unlinkat(folder_, temporary_.c_str(), 0) != 0) fail(errno);
+    if (file_ < 0 && errno == ENOENT) { return; }
+    if (file_ < 0) { fail(errno); }
+    if (!lock(file_)) { throw rewriteFailure(target_, "it is being rewritten elsewhere"); }
+    if (holdsItsName() && ::unlinkat(folder_, temporary_.c_str(), 0) != 0) { fail(errno); }
     ::close(file_);
     file_ = -1;
 }
@@ -118,22 +118,22 @@ bool FileReplacement::holdsItsName() const {
 bool FileReplacement::sourceIsUnchanged() const {
     struct stat named {};
     struct stat open {};
-    if (::fstatat(folder_, name_.c_str(), &named, AT_SYMLINK_NOFOLLOW) != 0) return false;
-    if (::fstat(source_.descriptor(), &open) != 0 || !isSameFile(named, open)) return false;
+    if (::fstatat(folder_, name_.c_str(), &named, AT_SYMLINK_NOFOLLOW) != 0) { return false; }
+    if (::fstat(source_.descriptor(), &open) != 0 || !isSameFile(named, open)) { return false; }
     return open.st_size == before_.st_size && open.st_size == source_.size() &&
            open.st_mtim.tv_sec == before_.st_mtim.tv_sec && open.st_mtim.tv_nsec == before_.st_mtim.tv_nsec;
 }
 
 void FileReplacement::reserve(uint64_t bytes) {
     // Where that can't be done, the writes find out themselves.
-    if (::fallocate(file_, 0, 0, off_t(bytes)) != 0 && errno == ENOSPC) fail(errno);
+    if (::fallocate(file_, 0, 0, off_t(bytes)) != 0 && errno == ENOSPC) { fail(errno); }
 }
 
 void FileReplacement::write(std::string_view bytes) {
     while (!bytes.empty()) {
         const ssize_t written = ::write(file_, bytes.data(), bytes.size());
-        if (written < 0 && errno == EINTR) continue;
-        if (written < 0) fail(errno);
+        if (written < 0 && errno == EINTR) { continue; }
+        if (written < 0) { fail(errno); }
         bytes.remove_prefix(size_t(written));
         passOn(size_t(written));
     }
@@ -142,7 +142,7 @@ void FileReplacement::write(std::string_view bytes) {
 void FileReplacement::passOn(size_t bytes) {
     constexpr int64_t portion = 16 << 20;
     written_ += int64_t(bytes);
-    if (written_ - passedOn_ < portion) return;
+    if (written_ - passedOn_ < portion) { return; }
     // Only a hint; the sync at the end is what counts.
     ::sync_file_range(file_, passedOn_, written_ - passedOn_, SYNC_FILE_RANGE_WRITE);
     passedOn_ = written_;
@@ -155,8 +155,8 @@ void FileReplacement::copy(uint64_t offset, uint64_t bytes) {
     while (bytes > 0) {
         const size_t step = size_t(std::min<uint64_t>(bytes, stepBytes));
         const ssize_t copied = ::copy_file_range(source_.descriptor(), &position, file_, nullptr, step, 0);
-        if (copied < 0 && errno == EINTR) continue;
-        if (copied <= 0) return copyByHand(uint64_t(position), bytes);
+        if (copied < 0 && errno == EINTR) { continue; }
+        if (copied <= 0) { return copyByHand(uint64_t(position), bytes); }
         bytes -= uint64_t(copied);
         passOn(size_t(copied));
     }
@@ -168,8 +168,8 @@ void FileReplacement::copyByHand(uint64_t offset, uint64_t bytes) {
     while (bytes > 0) {
         const size_t step = size_t(std::min<uint64_t>(bytes, most));
         const int64_t got = source_.readAt(int64_t(offset), buffer.get(), step);
-        if (got < 0) fail(errno);
-        if (size_t(got) < step) failChanged();
+        if (got < 0) { fail(errno); }
+        if (size_t(got) < step) { failChanged(); }
         write({buffer.get(), step});
         offset += step;
         bytes -= step;
@@ -177,10 +177,10 @@ void FileReplacement::copyByHand(uint64_t offset, uint64_t bytes) {
 }
 
 ino_t FileReplacement::commit() {
-    if (const int error = copyAttributes(source_.descriptor(), file_)) fail(error);
-    if (::fsync(file_) != 0) fail(errno);
-    if (!sourceIsUnchanged() || !holdsItsName()) failChanged();
-    if (::renameat(folder_, temporary_.c_str(), folder_, name_.c_str()) != 0) fail(errno);
+    if (const int error = copyAttributes(source_.descriptor(), file_)) { fail(error); }
+    if (::fsync(file_) != 0) { fail(errno); }
+    if (!sourceIsUnchanged() || !holdsItsName()) { failChanged(); }
+    if (::renameat(folder_, temporary_.c_str(), folder_, name_.c_str()) != 0) { fail(errno); }
     made_ = false;
     // Past the swap there is nothing to go back to; a folder that can't be synced leaves the old or the new file.
     ::fsync(folder_);

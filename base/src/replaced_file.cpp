@@ -24,7 +24,7 @@ std::filesystem::path hiddenBeside(const std::filesystem::path& target) {
     std::string name = target.filename().native();
     size_t length = std::min(name.size(), longestName - 1 - suffix.size());
     const auto insideCharacter = [&name](size_t at) { return at < name.size() && (name[at] & 0xC0) == 0x80; };
-    while (length > 0 && insideCharacter(length)) --length;
+    while (length > 0 && insideCharacter(length)) { --length; }
     name.resize(length);
     return target.parent_path() / ("." + name).append(suffix);
 }
@@ -34,7 +34,7 @@ std::filesystem::path hiddenBeside(const std::filesystem::path& target) {
 ReplacedFile::ReplacedFile(std::filesystem::path target) : target_(std::move(target)), beside_(hiddenBeside(target_)) {}
 
 ReplacedFile::~ReplacedFile() {
-    if (!beside_.empty()) ::unlink(beside_.c_str());
+    if (!beside_.empty()) { ::unlink(beside_.c_str()); }
 }
 
 void ReplacedFile::write(const std::function<void(const std::filesystem::path&)>& write) {
@@ -44,7 +44,7 @@ void ReplacedFile::write(const std::function<void(const std::filesystem::path&)>
         std::string text = error.what();
         const std::string hidden = repairUtf8(beside_.native());
         const size_t at = text.find(hidden);
-        if (at == std::string::npos) throw;
+        if (at == std::string::npos) { throw; }
         throw Error(error.kind(), text.replace(at, hidden.size(), repairUtf8(target_.native())));
     }
 }
@@ -68,7 +68,7 @@ void ReplacedFile::writeText(const std::filesystem::path& target, std::string_vi
 
 void ReplacedFile::syncFolder(const std::filesystem::path& folder) {
     const int descriptor = ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (descriptor < 0) return;
+    if (descriptor < 0) { return; }
     ::fsync(descriptor);
     ::close(descriptor);
 }

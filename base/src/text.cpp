@@ -15,13 +15,13 @@ struct Lead {
 };
 
 Lead leadOf(uint8_t b) {
-    if (b >= 0xC2 && b <= 0xDF) return {1, 0x80, 0xBF};
-    if (b == 0xE0) return {2, 0xA0, 0xBF};
-    if (b == 0xED) return {2, 0x80, 0x9F};
-    if (b >= 0xE1 && b <= 0xEF) return {2, 0x80, 0xBF};
-    if (b == 0xF0) return {3, 0x90, 0xBF};
-    if (b >= 0xF1 && b <= 0xF3) return {3, 0x80, 0xBF};
-    if (b == 0xF4) return {3, 0x80, 0x8F};
+    if (b >= 0xC2 && b <= 0xDF) { return {1, 0x80, 0xBF}; }
+    if (b == 0xE0) { return {2, 0xA0, 0xBF}; }
+    if (b == 0xED) { return {2, 0x80, 0x9F}; }
+    if (b >= 0xE1 && b <= 0xEF) { return {2, 0x80, 0xBF}; }
+    if (b == 0xF0) { return {3, 0x90, 0xBF}; }
+    if (b >= 0xF1 && b <= 0xF3) { return {3, 0x80, 0xBF}; }
+    if (b == 0xF4) { return {3, 0x80, 0x8F}; }
     return {0, 0, 0};
 }
 
@@ -31,7 +31,7 @@ std::string repairUtf8(std::string_view bytes) {
     std::string out;
     out.reserve(bytes.size());
     for (size_t i = 0; i < bytes.size();) {
-        const auto first = static_cast<uint8_t>(bytes[i]);
+        const auto first = uint8_t(bytes[i]);
         if (first < 0x80) {
             out += bytes[i++];
             continue;
@@ -39,8 +39,8 @@ std::string repairUtf8(std::string_view bytes) {
         const Lead lead = leadOf(first);
         size_t length = 1;
         while (length <= size_t(lead.continuations) && i + length < bytes.size()) {
-            const auto b = static_cast<uint8_t>(bytes[i + length]);
-            if (length == 1 ? b < lead.low || b > lead.high : b < 0x80 || b > 0xBF) break;
+            const auto b = uint8_t(bytes[i + length]);
+            if (length == 1 ? b < lead.low || b > lead.high : b < 0x80 || b > 0xBF) { break; }
             ++length;
         }
         if (lead.continuations > 0 && length == size_t(lead.continuations) + 1) {
@@ -55,14 +55,14 @@ std::string repairUtf8(std::string_view bytes) {
 
 std::string lowerAscii(std::string text) {
     for (char& c : text) {
-        if (c >= 'A' && c <= 'Z') c = char(c - 'A' + 'a');
+        if (c >= 'A' && c <= 'Z') { c = char(c - 'A' + 'a'); }
     }
     return text;
 }
 
 std::string upperAscii(std::string text) {
     for (char& c : text) {
-        if (c >= 'a' && c <= 'z') c = char(c - 'a' + 'A');
+        if (c >= 'a' && c <= 'z') { c = char(c - 'a' + 'A'); }
     }
     return text;
 }
@@ -78,7 +78,7 @@ std::string_view trimmed(std::string_view text) {
     const auto cut = [&](auto touches, auto remove) {
         for (;;) {
             const auto* blank = std::find_if(blanks.begin(), blanks.end(), touches);
-            if (blank == blanks.end()) return;
+            if (blank == blanks.end()) { return; }
             remove(blank->size());
         }
     };

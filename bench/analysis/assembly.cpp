@@ -38,7 +38,7 @@ StageTimes measureStages(const Planes& piece, double rate) {
     starts[analysisStageCount] = cpuNow();
     benchmark::DoNotOptimize(result.analysis->grid.bpm);
     StageTimes out;
-    for (size_t s = 0; s < analysisStageCount; ++s) out.seconds[s] = starts[s + 1] - starts[s];
+    for (size_t s = 0; s < analysisStageCount; ++s) { out.seconds[s] = starts[s + 1] - starts[s]; }
     out.total = starts[analysisStageCount] - starts[0];
     return out;
 }
@@ -48,7 +48,7 @@ StageTimes bestStages(benchmark::State& state, const Planes& piece, double rate)
     StageTimes best;
     for (auto _ : state) {
         const StageTimes times = measureStages(piece, rate);
-        if (times.total < best.total) best = times;
+        if (times.total < best.total) { best = times; }
         state.SetIterationTime(times.total);
     }
     return best;

@@ -25,9 +25,9 @@ double peakMegabytes() {
 
 json tempoOf(const MusicAnalysis& a) {
     json candidates = json::array();
-    for (const auto& c : a.tempo.candidates) candidates.push_back({c.bpm, c.score, c.ranked});
+    for (const auto& c : a.tempo.candidates) { candidates.push_back({c.bpm, c.score, c.ranked}); }
     json alternatives = json::array();
-    for (const auto& other : a.tempo.alternatives) alternatives.push_back(other.bpm);
+    for (const auto& other : a.tempo.alternatives) { alternatives.push_back(other.bpm); }
     return {{"bpm", a.tempo.bpm},       {"twin", a.tempo.twin ? json(*a.tempo.twin) : json()},
             {"candidates", candidates}, {"alternatives", alternatives},
             {"grid_bpm", a.grid.bpm},   {"first_beat", a.grid.beats.empty() ? 0 : a.grid.beats[0]},
@@ -40,7 +40,7 @@ json figuresOf(const std::filesystem::path& path) {
     const std::string name = path.filename().string();
     const auto result = analyzeMusic({read.channels, read.sampleRate, std::nullopt, name, std::nullopt, std::nullopt});
     out["peak_mb"] = peakMegabytes();
-    if (!result.analysis) return out;
+    if (!result.analysis) { return out; }
     out["tempo"] = tempoOf(*result.analysis);
     const LoudnessResult& ours = result.analysis->loudness;
     out["loudness"] = {ours.integrated, ours.momentaryMax, ours.shortTermMax, ours.truePeak};

@@ -16,7 +16,7 @@ inline std::vector<float> interleave(const Planes& planes) {
     std::vector<float> out;
     out.reserve(planes.size() * planes[0].size());
     for (size_t i = 0; i < planes[0].size(); ++i) {
-        for (const auto& plane : planes) out.push_back(plane[i]);
+        for (const auto& plane : planes) { out.push_back(plane[i]); }
     }
     return out;
 }

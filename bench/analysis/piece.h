@@ -17,7 +17,7 @@ inline std::vector<float> phrase(double rate, int root, double drums) {
         const double t = double(i) / rate;
         const double beat = std::fmod(t, 0.5);
         double sum = drums * std::exp(-beat * 40) * std::sin(2 * std::numbers::pi * 1800 * beat);
-        if (std::fmod(t, 2.0) < 0.5) sum += 0.4 * std::exp(-beat * 6) * std::sin(2 * std::numbers::pi * 60 * beat);
+        if (std::fmod(t, 2.0) < 0.5) { sum += 0.4 * std::exp(-beat * 6) * std::sin(2 * std::numbers::pi * 60 * beat); }
         for (const int note : {root, root + 4, root + 7}) {
             const double hz = 440 * std::exp2((note - 69) / 12.0);
             sum += 0.05 * std::sin(2 * std::numbers::pi * hz * t) + 0.02 * std::sin(4 * std::numbers::pi * hz * t);

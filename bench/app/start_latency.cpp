@@ -59,7 +59,7 @@ class ListeningSystem : public HeadlessAudioSystem {
 public:
     std::unique_ptr<OutputStream> openOutput(uint32_t id, bool followsDefault, RenderTarget& target,
                                              std::function<void()> onChange) override {
-        if (!listener) listener = std::make_unique<Listener>(target);
+        if (!listener) { listener = std::make_unique<Listener>(target); }
         return HeadlessAudioSystem::openOutput(id, followsDefault, *listener, std::move(onChange));
     }
     std::unique_ptr<Listener> listener;
@@ -70,7 +70,7 @@ void writeNoise(const std::filesystem::path& path, int channels, int rate, int s
     std::vector<float> samples(size_t(channels) * size_t(rate) * size_t(seconds));
     std::mt19937 engine(1);
     std::uniform_real_distribution<float> uniform(0.1F, 0.5F);
-    for (float& x : samples) x = uniform(engine);
+    for (float& x : samples) { x = uniform(engine); }
     const auto bytes = uint32_t(samples.size() * sizeof(float));
     char head[44];
     const auto put = [&head](int at, uint32_t value, int size) { std::memcpy(head + at, &value, size_t(size)); };
@@ -85,7 +85,7 @@ void writeNoise(const std::filesystem::path& path, int channels, int rate, int s
 void until(const std::function<bool()>& done) {
     QTimer tick;  // the render thread wakes nobody
     tick.start(2);
-    while (!done()) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    while (!done()) { QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents); }
 }
 
 struct Bench {

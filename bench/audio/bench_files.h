@@ -18,7 +18,7 @@ class TempFolder {
 public:
     TempFolder() {
         std::string name = (std::filesystem::temp_directory_path() / "brindlehum-bench-XXXXXX").string();
-        if (!mkdtemp(name.data())) throw std::runtime_error("no temporary folder");
+        if (!mkdtemp(name.data())) { throw std::runtime_error("no temporary folder"); }
         path = name;
     }
     ~TempFolder() {
@@ -32,7 +32,7 @@ public:
 
 inline std::string little(uint32_t value, int bytes) {
     std::string out;
-    for (int i = 0; i < bytes; ++i) out += char(value >> (8 * i) & 0xFF);
+    for (int i = 0; i < bytes; ++i) { out += char(value >> (8 * i) & 0xFF); }
     return out;
 }
 
@@ -50,13 +50,13 @@ inline void writeWav(const std::filesystem::path& path, uint32_t channels, uint3
     out.write(head.data(), std::streamsize(head.size()));
     std::minstd_rand engine(1);
     std::vector<uint16_t> block(1 << 16);
-    for (uint16_t& x : block) x = uint16_t(engine() >> 8);
+    for (uint16_t& x : block) { x = uint16_t(engine() >> 8); }
     for (uint64_t left = bytes; left > 0;) {
         const uint64_t part = std::min<uint64_t>(left, block.size() * 2);
         out.write(reinterpret_cast<const char*>(block.data()), std::streamsize(part));
         left -= part;
     }
-    if (!out.flush()) throw std::runtime_error("can't write " + path.string());
+    if (!out.flush()) { throw std::runtime_error("can't write " + path.string()); }
 }
 
 // Seconds that a piece of work takes.
@@ -70,7 +70,9 @@ double seconds(Work&& work) {
 // Seconds that a shell command takes, its output dropped. Throws when it fails.
 inline double commandSeconds(const std::string& command) {
     return seconds([&] {
-        if (std::system((command + " >/dev/null 2>&1").c_str()) != 0) throw std::runtime_error("failed: " + command);
+        if (std::system((command + " >/dev/null 2>&1").c_str()) != 0) {
+            throw std::runtime_error("failed: " + command);
+        }
     });
 }
 

@@ -27,7 +27,7 @@ void probeWavFiles(benchmark::State& state) {
     double exiftool = ours;
     for (auto _ : state) {
         const double now = bench::seconds([&] {
-            for (const auto& path : paths) benchmark::DoNotOptimize(AudioFileInfo::load(path));
+            for (const auto& path : paths) { benchmark::DoNotOptimize(AudioFileInfo::load(path)); }
         });
         state.SetIterationTime(now);
         ours = std::min(ours, now);

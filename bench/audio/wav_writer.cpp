@@ -20,13 +20,13 @@ void writeBySndfile(const std::filesystem::path& path, const Planes& planes, int
     info.channels = int(planes.size());
     info.format = SF_FORMAT_WAVEX | SF_FORMAT_PCM_24;
     SNDFILE* file = sf_open(path.c_str(), SFM_WRITE, &info);
-    if (!file) throw std::runtime_error(sf_strerror(nullptr));
+    if (!file) { throw std::runtime_error(sf_strerror(nullptr)); }
     constexpr size_t block = 4096;
     std::vector<float> frames(block * planes.size());
     for (size_t at = 0; at < planes[0].size(); at += block) {
         const size_t count = std::min(block, planes[0].size() - at);
         for (size_t c = 0; c < planes.size(); ++c) {
-            for (size_t i = 0; i < count; ++i) frames[i * planes.size() + c] = planes[c][at + i];
+            for (size_t i = 0; i < count; ++i) { frames[i * planes.size() + c] = planes[c][at + i]; }
         }
         sf_writef_float(file, frames.data(), sf_count_t(count));
     }
@@ -52,7 +52,7 @@ void writeOneMinute(benchmark::State& state) {
     std::uniform_real_distribution<float> uniform(-1.0F, 1.0F);
     Planes planes(size_t(channels), std::vector<float>(60 * rate));
     for (auto& plane : planes) {
-        for (float& x : plane) x = uniform(engine);
+        for (float& x : plane) { x = uniform(engine); }
     }
     const bench::TempFolder folder;
     double ours = std::numeric_limits<double>::max();

@@ -24,13 +24,13 @@ constexpr int fmaRounds = 20000;
 constexpr int fmaChains = 12;
 BENCH_TARGET __attribute__((noinline)) void runFmas() {
     __m256 sums[fmaChains];
-    for (int s = 0; s < fmaChains; ++s) sums[s] = _mm256_set1_ps(float(s));
+    for (int s = 0; s < fmaChains; ++s) { sums[s] = _mm256_set1_ps(float(s)); }
     const __m256 factor = _mm256_set1_ps(0.999F);
     for (int i = 0; i < fmaRounds; ++i) {
-        for (int s = 0; s < fmaChains; ++s) sums[s] = _mm256_fmadd_ps(sums[s], factor, factor);
+        for (int s = 0; s < fmaChains; ++s) { sums[s] = _mm256_fmadd_ps(sums[s], factor, factor); }
     }
     __m256 total = sums[0];
-    for (int s = 1; s < fmaChains; ++s) total = _mm256_add_ps(total, sums[s]);
+    for (int s = 1; s < fmaChains; ++s) { total = _mm256_add_ps(total, sums[s]); }
     benchmark::DoNotOptimize(total);
 }
 double fmaSeconds() {
@@ -55,7 +55,7 @@ void addPlane(const float*, float*, int) {}
 struct Planes {
     Planes(int channels, int frames) : samples(size_t(channels) * size_t(stride(frames)) + 16, 0.25F) {
         auto* first = reinterpret_cast<float*>((reinterpret_cast<uintptr_t>(samples.data()) + 63) / 64 * 64);
-        for (int c = 0; c < channels; ++c) pointers.push_back(first + int64_t(c) * stride(frames));
+        for (int c = 0; c < channels; ++c) { pointers.push_back(first + int64_t(c) * stride(frames)); }
     }
     static int stride(int frames) { return frames + 272; }
     std::vector<float> samples;
@@ -94,7 +94,7 @@ void mixAccumulate(benchmark::State& state) {
         best.add(seconds);
         state.SetIterationTime(seconds * 50);
     }
-    if (!supported) return;
+    if (!supported) { return; }
     const double operations = double(inputs) * rows * frames / 8 * (ramped ? 2 : 1);
     const double arithmetic = operations * fmaSeconds();
     const double traffic = trafficSeconds(in, out, frames);

@@ -14,7 +14,7 @@ std::vector<float> noise(double seconds) {
     std::mt19937 engine(1);
     std::uniform_real_distribution<float> uniform(-1.0F, 1.0F);
     std::vector<float> out(size_t(seconds * rate));
-    for (float& x : out) x = uniform(engine);
+    for (float& x : out) { x = uniform(engine); }
     return out;
 }
 

@@ -35,7 +35,7 @@ void writeSource(const fs::path& path, const bench::Planes& planes) {
 
 double sum(const std::vector<double>& values) {
     double out = 0;
-    for (const double value : values) out += value;
+    for (const double value : values) { out += value; }
     return out;
 }
 
@@ -84,8 +84,8 @@ void batch(benchmark::State& state) {
     std::vector<Clock::time_point> began(jobs.size());
     Clock::duration atWork{};
     const auto watch = [&](const TempEdits::Step& step) {
-        if (step.kind == TempEdits::Step::Kind::started) began[step.index] = Clock::now();
-        if (step.kind != TempEdits::Step::Kind::finished) return;
+        if (step.kind == TempEdits::Step::Kind::started) { began[step.index] = Clock::now(); }
+        if (step.kind != TempEdits::Step::Kind::finished) { return; }
         atWork += Clock::now() - began[step.index];
         fs::remove_all(step.job.folder);
     };
@@ -96,7 +96,7 @@ void batch(benchmark::State& state) {
         const auto outcomes = TempEdits::makeAll(jobs, {}, watch, {}, {.workers = unsigned(state.range(0))});
         whole += Clock::now() - start;
         minutes = 0;
-        for (const auto& outcome : outcomes) minutes += sum(outcome.result.seconds) / 60;
+        for (const auto& outcome : outcomes) { minutes += sum(outcome.result.seconds) / 60; }
     }
     state.counters["files_at_work"] = std::chrono::duration<double>(atWork) / std::chrono::duration<double>(whole);
     state.counters["minutes_read"] = 20 * 2;

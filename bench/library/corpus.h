@@ -16,11 +16,11 @@ namespace brindlehum::bench {
 class Corpus {
 public:
     explicit Corpus(uint64_t seed) : random_(seed) {
-        for (const auto& [key, entry] : UCS::shared().entries()) entries_.push_back(&entry);
+        for (const auto& [key, entry] : UCS::shared().entries()) { entries_.push_back(&entry); }
         std::ranges::sort(entries_, {}, [](const UCS::Entry* entry) { return entry->catID; });
-        for (const std::string_view word : spoken) words_.emplace_back(word);
+        for (const std::string_view word : spoken) { words_.emplace_back(word); }
         // Rare words, as names of places, makers and models are.
-        while (words_.size() < 6000) words_.push_back(madeUp());
+        while (words_.size() < 6000) { words_.push_back(madeUp()); }
     }
 
     struct File {
@@ -43,9 +43,9 @@ public:
         meta.source = maker.source;
         meta.library = maker.library;
         meta.description = text(5 + draw(11), false);
-        if (draw(3) == 0) meta.keywords = text(2 + draw(5), false);
-        if (draw(8) == 0) meta.location = text(2, true);
-        if (draw(8) == 0) meta.microphone = microphones[draw(std::size(microphones))];
+        if (draw(3) == 0) { meta.keywords = text(2 + draw(5), false); }
+        if (draw(8) == 0) { meta.location = text(2, true); }
+        if (draw(8) == 0) { meta.microphone = microphones[draw(std::size(microphones))]; }
         meta.rating = draw(10) == 0 ? int(1 + draw(5)) : 0;
         file.root = roots[draw(std::size(roots))];
         file.path = file.root + "/" + meta.library + "/" + entry.category + "/" + entry.subCategory + "/" +
@@ -120,16 +120,16 @@ private:
         static constexpr std::string_view syllables[] = {"ka",  "lo", "mir", "ten", "sa",  "bru", "vel", "no", "qui",
                                                          "zar", "el", "to",  "pha", "gri", "hu",  "dan", "wy", "ost"};
         std::string word;
-        for (uint64_t i = 2 + draw(3); i > 0; --i) word += syllables[draw(std::size(syllables))];
+        for (uint64_t i = 2 + draw(3); i > 0; --i) { word += syllables[draw(std::size(syllables))]; }
         return word;
     }
     std::string text(uint64_t count, bool title) {
         std::string text;
         for (uint64_t i = 0; i < count; ++i) {
             const size_t start = text.empty() ? 0 : text.size() + 1;
-            if (start != 0) text += ' ';
+            if (start != 0) { text += ' '; }
             text += word();
-            if (title) text[start] = char(text[start] & ~0x20);
+            if (title) { text[start] = char(text[start] & ~0x20); }
         }
         return text;
     }

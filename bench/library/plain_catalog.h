@@ -28,10 +28,11 @@ public:
         std::string sql =
             "SELECT f.path, f.root, f.duration, f.sr, f.channels, f.bits, f.codec, f.meta FROM files f "
             "JOIN fts ON fts.rowid = f.id WHERE fts MATCH ?1";
-        if (filter.category) sql += " AND f.category = '" + *filter.category + "'";
-        for (size_t i = 0; i < filter.roots.size(); ++i)
+        if (filter.category) { sql += " AND f.category = '" + *filter.category + "'"; }
+        for (size_t i = 0; i < filter.roots.size(); ++i) {
             sql += (i == 0 ? " AND f.root IN ('" : "','") + filter.roots[i];
-        if (!filter.roots.empty()) sql += "')";
+        }
+        if (!filter.roots.empty()) { sql += "')"; }
         sql += " ORDER BY bm25(fts, 4.0, 1.0, 2.0) LIMIT " + std::to_string(limit_);
         sqlite3_stmt* select = nullptr;
         sqlite3_prepare_v2(database_, sql.c_str(), -1, &select, nullptr);
@@ -41,7 +42,7 @@ public:
         while (sqlite3_step(select) == SQLITE_ROW) {
             paths.emplace_back(reinterpret_cast<const char*>(sqlite3_column_text(select, 0)));
             for (int column = 1; column < 8; ++column) {
-                if (sqlite3_column_text(select, column) == nullptr) std::abort();
+                if (sqlite3_column_text(select, column) == nullptr) { std::abort(); }
             }
         }
         sqlite3_finalize(select);
@@ -71,7 +72,7 @@ public:
         text_ = prepare("INSERT INTO fts (rowid, name, folders, body) VALUES (?,?,?,?)");
     }
     ~PlainWriter() {
-        for (sqlite3_stmt* statement : {insert_, remove_, text_}) sqlite3_finalize(statement);
+        for (sqlite3_stmt* statement : {insert_, remove_, text_}) { sqlite3_finalize(statement); }
         sqlite3_close(database_);
     }
     PlainWriter(const PlainWriter&) = delete;
@@ -92,23 +93,23 @@ public:
 
 private:
     void exec(const char* sql) {
-        if (sqlite3_exec(database_, sql, nullptr, nullptr, nullptr) != SQLITE_OK) std::abort();
+        if (sqlite3_exec(database_, sql, nullptr, nullptr, nullptr) != SQLITE_OK) { std::abort(); }
     }
     sqlite3_stmt* prepare(const char* sql) {
         sqlite3_stmt* statement = nullptr;
-        if (sqlite3_prepare_v2(database_, sql, -1, &statement, nullptr) != SQLITE_OK) std::abort();
+        if (sqlite3_prepare_v2(database_, sql, -1, &statement, nullptr) != SQLITE_OK) { std::abort(); }
         return statement;
     }
     // An id goes before the texts.
     static void run(sqlite3_stmt* statement, const std::vector<std::string>& texts, int64_t id) {
         int index = 0;
-        if (id != 0) sqlite3_bind_int64(statement, ++index, id);
+        if (id != 0) { sqlite3_bind_int64(statement, ++index, id); }
         for (const std::string& text : texts) {
             sqlite3_bind_text(statement, ++index, text.c_str(), -1, SQLITE_TRANSIENT);
         }
         int result = SQLITE_ROW;
-        while (result == SQLITE_ROW) result = sqlite3_step(statement);
-        if (result != SQLITE_DONE) std::abort();
+        while (result == SQLITE_ROW) { result = sqlite3_step(statement); }
+        if (result != SQLITE_DONE) { std::abort(); }
         sqlite3_reset(statement);
     }
 

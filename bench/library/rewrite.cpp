@@ -36,7 +36,7 @@ int main(int argc, char** argv) {
     const int megabytes = argc > 1 ? std::atoi(argv[1]) : 1000;
     std::string name =
         ((argc > 2 ? fs::path(argv[2]) : fs::temp_directory_path()) / "brindlehum-rewrite-XXXXXX").string();
-    if (mkdtemp(name.data()) == nullptr) return 1;
+    if (mkdtemp(name.data()) == nullptr) { return 1; }
     const fs::path folder = name;
     const fs::path file = folder / "large.wav";
     bench::writeWav(file, 2, 48000, uint32_t(megabytes) * 250'000);

@@ -27,7 +27,7 @@ void makeFiles(const fs::path& root, int count) {
     bench::writeWav(first, 2, 48000, 480);
     for (int i = 0; i < count; ++i) {
         const fs::path folder = root / ("folder " + std::to_string(i / filesAFolder));
-        if (i % filesAFolder == 0) fs::create_directory(folder);
+        if (i % filesAFolder == 0) { fs::create_directory(folder); }
         fs::copy_file(first, folder / ("DOORWood_Slam " + std::to_string(i) + "_JD_Big Doors.wav"));
     }
     fs::remove(first);
@@ -39,7 +39,7 @@ int main(int argc, char** argv) {
     const int count = argc > 1 ? std::atoi(argv[1]) : 100'000;
     const fs::path base = argc > 2 ? fs::path(argv[2]) : fs::temp_directory_path();
     std::string name = (base / "brindlehum-scan-XXXXXX").string();
-    if (mkdtemp(name.data()) == nullptr) return 1;
+    if (mkdtemp(name.data()) == nullptr) { return 1; }
     const fs::path folder = name;
     const fs::path root = folder / "sounds";
     makeFiles(root, count);
@@ -48,20 +48,20 @@ int main(int argc, char** argv) {
     const std::string quoted = "'" + root.string() + "'";
     std::string part;
     const int partFolders = std::min(exiftoolFolders, (count + filesAFolder - 1) / filesAFolder);
-    for (int i = 0; i < partFolders; ++i) part += " '" + (root / ("folder " + std::to_string(i))).string() + "'";
+    for (int i = 0; i < partFolders; ++i) { part += " '" + (root / ("folder " + std::to_string(i))).string() + "'"; }
     const int partFiles = std::min(count, partFolders * filesAFolder);
     for (int round = 0; round < rounds; ++round) {
         const fs::path file = folder / "Catalog.sqlite";
-        for (const char* end : {"", "-wal", "-shm"}) fs::remove(file.string() + end);
+        for (const char* end : {"", "-wal", "-shm"}) { fs::remove(file.string() + end); }
         Catalog catalog(file);
         LibraryScanner::Result result;
         exiftool.add(bench::commandSeconds("exiftool" + part));
         first.add(bench::seconds([&] { result = LibraryScanner::scan(root, catalog); }));
-        if (result.read != count) return 1;
+        if (result.read != count) { return 1; }
         for (int turn = 0; turn < rescans; ++turn) {
             find.add(bench::commandSeconds("find " + quoted + " -type f -printf '%p %s %T@\\n'"));
             again.add(bench::seconds([&] { result = LibraryScanner::scan(root, catalog); }));
-            if (result.read != 0 || result.found != count) return 1;
+            if (result.read != 0 || result.found != count) { return 1; }
         }
     }
     const double ours = first.seconds / count;

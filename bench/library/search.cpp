@@ -27,9 +27,9 @@ void fill(Catalog& catalog, int64_t rows) {
     bench::Corpus corpus(seed);
     for (int64_t made = 0; made < rows;) {
         std::vector<bench::Corpus::File> files;
-        for (; int(files.size()) < batch && made < rows; ++made) files.push_back(corpus.next());
+        for (; int(files.size()) < batch && made < rows; ++made) { files.push_back(corpus.next()); }
         catalog.write([&] {
-            for (const auto& file : files) catalog.upsert(file.path, file.root, {1, 1}, file.info, file.meta);
+            for (const auto& file : files) { catalog.upsert(file.path, file.root, {1, 1}, file.info, file.meta); }
         });
     }
 }
@@ -38,7 +38,7 @@ void fill(Catalog& catalog, int64_t rows) {
 void compareWrites(const std::filesystem::path& folder, int64_t rows) {
     const std::filesystem::path files[] = {folder / "plain.sqlite", folder / "own.sqlite"};
     for (const auto& file : files) {
-        for (const char* part : {"", "-wal", "-shm"}) std::filesystem::remove(file.string() + part);
+        for (const char* part : {"", "-wal", "-shm"}) { std::filesystem::remove(file.string() + part); }
     }
     bench::PlainWriter plain(files[0]);
     Catalog catalog(files[1]);
@@ -46,11 +46,11 @@ void compareWrites(const std::filesystem::path& folder, int64_t rows) {
     double before = 0, after = 0;
     for (int64_t made = 0; made < rows; made += batch) {
         std::vector<bench::Corpus::File> made256;
-        for (int i = 0; i < batch; ++i) made256.push_back(corpus.next());
+        for (int i = 0; i < batch; ++i) { made256.push_back(corpus.next()); }
         before += bench::bestCpuSeconds(1, [&] { plain.write(made256); });
         after += bench::bestCpuSeconds(1, [&] {
             catalog.write([&] {
-                for (const auto& file : made256) catalog.upsert(file.path, file.root, {1, 1}, file.info, file.meta);
+                for (const auto& file : made256) { catalog.upsert(file.path, file.root, {1, 1}, file.info, file.meta); }
             });
         });
     }
@@ -141,7 +141,7 @@ int main(int argc, char** argv) {
     compare("three letters", catalog, plain, prefixes(3, 24, {}));
     compare("whole words", catalog, plain, prefixes(99, 30, {}));
     std::vector<Catalog::Filter> rare;
-    for (int i = 0; i < 30; ++i) rare.push_back({.query = corpus.rareWord()});
+    for (int i = 0; i < 30; ++i) { rare.push_back({.query = corpus.rareWord()}); }
     compare("rare words", catalog, plain, rare);
     compare("one letter in all roots", catalog, plain, prefixes(1, 5, {.roots = bench::Corpus::roots}));
     compare("two letters in two roots", catalog, plain,
@@ -149,7 +149,7 @@ int main(int argc, char** argv) {
     compare("two letters in a category", catalog, plain, prefixes(2, 10, {.category = "DOORS"}));
     compare("three letters in all roots", catalog, plain, prefixes(3, 10, {.roots = bench::Corpus::roots}));
     std::vector<Catalog::Filter> pairs;
-    for (int i = 0; i < 12; ++i) pairs.push_back({.query = corpus.word() + " " + corpus.word().substr(0, 2)});
+    for (int i = 0; i < 12; ++i) { pairs.push_back({.query = corpus.word() + " " + corpus.word().substr(0, 2)}); }
     compare("a word and two letters", catalog, plain, pairs);
     const double facets = bench::bestSecondsOf(3, 1, [&] { (void)catalog.facets(bench::Corpus::roots); });
     std::printf("facets of three roots: %.2f ms\n", facets * 1e3);

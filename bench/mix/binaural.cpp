@@ -41,7 +41,7 @@ public:
         alcMakeContextCurrent(context_);
         ALCint hrtf = ALC_FALSE;
         alcGetIntegerv(device_, ALC_HRTF_SOFT, 1, &hrtf);
-        if (hrtf != ALC_TRUE) throw std::runtime_error("OpenAL has no HRTF here");
+        if (hrtf != ALC_TRUE) { throw std::runtime_error("OpenAL has no HRTF here"); }
         const auto directions = directionsAround(sources, 0);
         ALuint ids[sources];
         alGenSources(sources, ids);
@@ -59,7 +59,7 @@ public:
                        float(-std::cos(az) * std::cos(el)));
             alSourcePlay(ids[i]);
         }
-        if (alGetError() != AL_NO_ERROR) throw std::runtime_error("OpenAL refused the scene");
+        if (alGetError() != AL_NO_ERROR) { throw std::runtime_error("OpenAL refused the scene"); }
     }
     ~OpenAlScene() {
         alcMakeContextCurrent(nullptr);
@@ -90,9 +90,9 @@ void againstOpenAl(benchmark::State& state) {
         planes.push_back(lanes.back().data());
     }
     std::vector<float> interleaved(size_t(frames) * 2);
-    std::vector<float> left(static_cast<size_t>(frames));
-    std::vector<float> right(static_cast<size_t>(frames));
-    for (int i = 0; i < 200; ++i) scene.render(interleaved.data());
+    std::vector<float> left(size_t(frames));
+    std::vector<float> right(size_t(frames));
+    for (int i = 0; i < 200; ++i) { scene.render(interleaved.data()); }
     Best ours;
     Best theirs;
     for (auto _ : state) {
@@ -102,7 +102,7 @@ void againstOpenAl(benchmark::State& state) {
         theirs.add(b);
         state.SetIterationTime(32 * a);
     }
-    if (interleaved[0] == 0 || left[0] == 0) state.SkipWithError("nothing was heard");
+    if (interleaved[0] == 0 || left[0] == 0) { state.SkipWithError("nothing was heard"); }
     state.counters["ours_us"] = ours.seconds * 1e6;
     state.counters["openal_us"] = theirs.seconds * 1e6;
     state.counters["ours_percent_of_block"] = 100 * ours.seconds * rate / frames;

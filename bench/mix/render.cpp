@@ -19,10 +19,9 @@ constexpr int batch = 64;  // blocks between two fillings of the ring
 template <class BeforeBlock>
 void renderBlocks(benchmark::State& state, RenderContext& context, RenderSource& source, int deviceChannels,
                   BeforeBlock beforeBlock) {
-    std::vector<std::vector<float>> samples(static_cast<size_t>(deviceChannels),
-                                            std::vector<float>(static_cast<size_t>(frames)));
+    std::vector<std::vector<float>> samples(size_t(deviceChannels), std::vector<float>(size_t(frames)));
     std::vector<float*> planes;
-    for (auto& plane : samples) planes.push_back(plane.data());
+    for (auto& plane : samples) { planes.push_back(plane.data()); }
     Best best;
     for (auto _ : state) {
         source.fill();
@@ -34,7 +33,7 @@ void renderBlocks(benchmark::State& state, RenderContext& context, RenderSource&
         best.add(seconds);
         state.SetIterationTime(seconds * batch);
     }
-    if (samples[0][0] == 0) state.SkipWithError("nothing was heard");
+    if (samples[0][0] == 0) { state.SkipWithError("nothing was heard"); }
     state.counters["us"] = best.seconds * 1e6;
     state.counters["percent_of_block"] = 100 * best.seconds / (frames / rate);
 }
@@ -71,7 +70,9 @@ void binaural26(benchmark::State& state) {
     context.setRing(source.ring());
     context.setConfig(&config.record);
     std::vector<std::shared_ptr<const void>> replaced;
-    if (!turning) return renderBlocks(state, context, source, 2, [](int) {});
+    if (!turning) {
+        return renderBlocks(state, context, source, 2, [](int) {});
+    }
     // Publishing costs the control side, not the callback: only two sets take turns, and their price is taken off.
     const std::vector<Direction> places[] = {directionsAround(26, 10), directionsAround(26, 40)};
     Best publishing;

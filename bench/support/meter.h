@@ -11,7 +11,7 @@ namespace brindlehum::bench {
 template <class Work>
 double secondsOf(int times, Work work) {
     const auto start = std::chrono::steady_clock::now();
-    for (int i = 0; i < times; ++i) work();
+    for (int i = 0; i < times; ++i) { work(); }
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count() / times;
 }
 
@@ -24,7 +24,7 @@ struct Best {
 template <class Work>
 double bestSecondsOf(int stretches, int times, Work work) {
     Best best;
-    for (int i = 0; i < stretches; ++i) best.add(secondsOf(times, work));
+    for (int i = 0; i < stretches; ++i) { best.add(secondsOf(times, work)); }
     return best.seconds;
 }
 

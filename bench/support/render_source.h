@@ -14,16 +14,16 @@ namespace brindlehum::bench {
 inline std::vector<float> noise(int frames, unsigned seed) {
     std::mt19937 random(seed);
     std::uniform_real_distribution<float> uniform(-0.5F, 0.5F);
-    std::vector<float> out(static_cast<size_t>(frames));
-    for (float& x : out) x = uniform(random);
+    std::vector<float> out(size_t(frames));
+    for (float& x : out) { x = uniform(random); }
     return out;
 }
 
 class RenderSource {
 public:
     RenderSource(int channels, int frames) : ring_(mn_ring_create(channels, frames)), positions_(size_t(frames)) {
-        for (int c = 0; c < channels; ++c) samples_.push_back(noise(frames, unsigned(c) + 1));
-        for (auto& plane : samples_) planes_.push_back(plane.data());
+        for (int c = 0; c < channels; ++c) { samples_.push_back(noise(frames, unsigned(c) + 1)); }
+        for (auto& plane : samples_) { planes_.push_back(plane.data()); }
         fill();
     }
     ~RenderSource() { mn_ring_destroy(ring_); }

@@ -17,8 +17,8 @@ inline float emulatedMultiplyAdd(float a, float b, float c) {
     const double error = (product - (sum - back)) + (double(c) - back);
     auto bits = std::bit_cast<int64_t>(sum);
     // NaN errors (of infinite or NaN sums) compare false both ways and change nothing.
-    if ((error > 0 || error < 0) && (bits & 1) == 0) bits += (error > 0) == (sum > 0) ? 1 : -1;
-    return static_cast<float>(std::bit_cast<double>(bits));
+    if ((error > 0 || error < 0) && (bits & 1) == 0) { bits += (error > 0) == (sum > 0) ? 1 : -1; }
+    return float(std::bit_cast<double>(bits));
 }
 
 inline float fusedMultiplyAdd(float a, float b, float c) {

@@ -9,12 +9,12 @@ void mixRowsPlain(const Tap* taps, int32_t count, int32_t rows, const float* ram
     for (int32_t r = 0; r < rows; ++r) {
         float* out = outs[r];
         for (int32_t t = 0; t < count; ++t) {
-            const float gain = taps[t].gains[static_cast<size_t>(r)];
+            const float gain = taps[t].gains[size_t(r)];
             const float* in = taps[t].input;
             if (ramp != nullptr) {
-                for (int32_t i = 0; i < frames; ++i) out[i] = fusedMultiplyAdd(gain * ramp[i], in[i], out[i]);
+                for (int32_t i = 0; i < frames; ++i) { out[i] = fusedMultiplyAdd(gain * ramp[i], in[i], out[i]); }
             } else {
-                for (int32_t i = 0; i < frames; ++i) out[i] = fusedMultiplyAdd(gain, in[i], out[i]);
+                for (int32_t i = 0; i < frames; ++i) { out[i] = fusedMultiplyAdd(gain, in[i], out[i]); }
             }
         }
     }
@@ -23,7 +23,7 @@ void mixRowsPlain(const Tap* taps, int32_t count, int32_t rows, const float* ram
 MixRows fastestMixRows() {
 #if defined(__x86_64__)
     __builtin_cpu_init();
-    if (__builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma")) return mixRowsAvx2;
+    if (__builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma")) { return mixRowsAvx2; }
 #endif
     return mixRowsPlain;
 }

@@ -16,12 +16,12 @@ BRINDLEHUM_AVX2 void addTaps(const Tap* taps, int32_t count, const float* ramp, 
     __m256 sums[Rows][Vectors];
     __m256 fade[Vectors];
     for (int v = 0; v < Vectors; ++v) {
-        for (int r = 0; r < Rows; ++r) sums[r][v] = _mm256_loadu_ps(outs[r] + at + 8 * v);
-        if constexpr (Ramped) fade[v] = _mm256_loadu_ps(ramp + at + 8 * v);
+        for (int r = 0; r < Rows; ++r) { sums[r][v] = _mm256_loadu_ps(outs[r] + at + 8 * v); }
+        if constexpr (Ramped) { fade[v] = _mm256_loadu_ps(ramp + at + 8 * v); }
     }
     for (int32_t t = 0; t < count; ++t) {
         __m256 gains[Rows];
-        for (int r = 0; r < Rows; ++r) gains[r] = _mm256_broadcast_ss(taps[t].gains.data() + r);
+        for (int r = 0; r < Rows; ++r) { gains[r] = _mm256_broadcast_ss(taps[t].gains.data() + r); }
         const float* input = taps[t].input + at;
         for (int v = 0; v < Vectors; ++v) {
             const __m256 in = _mm256_loadu_ps(input + 8 * v);
@@ -32,7 +32,7 @@ BRINDLEHUM_AVX2 void addTaps(const Tap* taps, int32_t count, const float* ramp, 
         }
     }
     for (int v = 0; v < Vectors; ++v) {
-        for (int r = 0; r < Rows; ++r) _mm256_storeu_ps(outs[r] + at + 8 * v, sums[r][v]);
+        for (int r = 0; r < Rows; ++r) { _mm256_storeu_ps(outs[r] + at + 8 * v, sums[r][v]); }
     }
 }
 
@@ -42,7 +42,7 @@ BRINDLEHUM_AVX2 void addFrame(const Tap* taps, int32_t count, const float* ramp,
         __m128 sum = _mm_load_ss(outs[r] + at);
         for (int32_t t = 0; t < count; ++t) {
             __m128 gain = _mm_load_ss(taps[t].gains.data() + r);
-            if constexpr (Ramped) gain = _mm_mul_ss(gain, _mm_load_ss(ramp + at));
+            if constexpr (Ramped) { gain = _mm_mul_ss(gain, _mm_load_ss(ramp + at)); }
             sum = _mm_fmadd_ss(gain, _mm_load_ss(taps[t].input + at), sum);
         }
         _mm_store_ss(outs[r] + at, sum);
@@ -55,10 +55,10 @@ BRINDLEHUM_AVX2 void addFrame(const Tap* taps, int32_t count, const float* ramp,
 template <int Rows, int Wide, bool Ramped>
 BRINDLEHUM_AVX2 void addRows(const Tap* taps, int32_t count, const float* ramp, int32_t frames, float* const* outs) {
     int32_t i = 0;
-    for (; i + 8 * Wide <= frames; i += 8 * Wide) addTaps<Rows, Wide, Ramped>(taps, count, ramp, outs, i);
-    for (; i + 16 <= frames; i += 16) addTaps<Rows, 2, Ramped>(taps, count, ramp, outs, i);
-    for (; i + 8 <= frames; i += 8) addTaps<Rows, 1, Ramped>(taps, count, ramp, outs, i);
-    for (; i < frames; ++i) addFrame<Rows, Ramped>(taps, count, ramp, outs, i);
+    for (; i + 8 * Wide <= frames; i += 8 * Wide) { addTaps<Rows, Wide, Ramped>(taps, count, ramp, outs, i); }
+    for (; i + 16 <= frames; i += 16) { addTaps<Rows, 2, Ramped>(taps, count, ramp, outs, i); }
+    for (; i + 8 <= frames; i += 8) { addTaps<Rows, 1, Ramped>(taps, count, ramp, outs, i); }
+    for (; i < frames; ++i) { addFrame<Rows, Ramped>(taps, count, ramp, outs, i); }
 }
 
 }  // namespace

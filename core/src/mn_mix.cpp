@@ -38,16 +38,16 @@ bool skipAlike(const float* gains, int32_t channels) {
     bool alike = true;
     for (int32_t r = 1; r < rowGroup; ++r) {
         const float* other = gains + int64_t(r) * channels;
-        for (int32_t c = 0; c < channels; ++c) alike &= (gains[c] == 0) == (other[c] == 0);
+        for (int32_t c = 0; c < channels; ++c) { alike &= (gains[c] == 0) == (other[c] == 0); }
     }
     return alike;
 }
 
 // How many rows from the first on can be added at once: a whole group or one.
 int32_t rowsAtOnce(const float* gains, int32_t channels, int32_t rowsLeft, float* const* outputs, const float* ramp) {
-    if (ramp != nullptr || rowsLeft < rowGroup) return 1;
+    if (ramp != nullptr || rowsLeft < rowGroup) { return 1; }
     for (int32_t r = 0; r < rowGroup; ++r) {
-        if (outputs[r] == nullptr || std::count(outputs, outputs + rowGroup, outputs[r]) > 1) return 1;
+        if (outputs[r] == nullptr || std::count(outputs, outputs + rowGroup, outputs[r]) > 1) { return 1; }
     }
     return skipAlike(gains, channels) ? rowGroup : 1;
 }
@@ -60,14 +60,14 @@ void accumulate(const float* gains, int32_t rows, const float* const* inputs, in
                 const float* ramp, Stretch stretch) {
     std::array<Tap, maxTaps> taps;
     std::array<float*, rowGroup> outs{};
-    for (int32_t r = 0; r < rows; ++r) outs[static_cast<size_t>(r)] = outputs[r] + stretch.start;
+    for (int32_t r = 0; r < rows; ++r) { outs[size_t(r)] = outputs[r] + stretch.start; }
     const float* fade = ramp != nullptr ? ramp + stretch.start : nullptr;
     const MixRows add = mixRows.load(std::memory_order_relaxed);
     int32_t count = 0;
     for (int32_t c = 0; c < channels; ++c) {
         if (gains[c] != 0) {
-            Tap& tap = taps[static_cast<size_t>(count++)];
-            for (int32_t r = 0; r < rows; ++r) tap.gains[static_cast<size_t>(r)] = gains[int64_t(r) * channels + c];
+            Tap& tap = taps[size_t(count++)];
+            for (int32_t r = 0; r < rows; ++r) { tap.gains[size_t(r)] = gains[int64_t(r) * channels + c]; }
             tap.input = inputs[c] + stretch.start;
         }
         if (count == maxTaps || (c + 1 == channels && count > 0)) {
@@ -83,7 +83,7 @@ void accumulate(const float* gains, int32_t rows, const float* const* inputs, in
 extern "C" void mn_mix_accumulate(const mn_mix_config* config, const float* const* inputs, int32_t frames,
                                   float* const* outputs, int32_t out_count, const float* ramp) noexcept {
     using namespace brindlehum::core;
-    if (config->matrix == nullptr) return;
+    if (config->matrix == nullptr) { return; }
     const int32_t rows = std::min(config->rows, out_count);
     const int32_t channels = config->in_channels;
     const int32_t tile = tileFrames(channels);
@@ -91,7 +91,7 @@ extern "C" void mn_mix_accumulate(const mn_mix_config* config, const float* cons
         const int32_t n = std::min(tile, frames - start);
         for (int32_t r = 0, step = 1; r < rows; r += step) {
             step = 1;
-            if (outputs[r] == nullptr) continue;
+            if (outputs[r] == nullptr) { continue; }
             const float* gains = config->matrix + int64_t(r) * channels;
             step = rowsAtOnce(gains, channels, rows - r, outputs + r, ramp);
             accumulate(gains, step, inputs, channels, outputs + r, ramp, {start, n});

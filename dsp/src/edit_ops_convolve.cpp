@@ -42,7 +42,7 @@ public:
             spectrum_[k] = {x.real() * h.real() - x.imag() * h.imag(), x.real() * h.imag() + x.imag() * h.real()};
         }
         fft_.inverse(spectrum_.get(), time_.get());
-        for (size_t i = 0; i < out.size(); ++i) out[i] += time_[i];
+        for (size_t i = 0; i < out.size(); ++i) { out[i] += time_[i]; }
     }
 
 private:
@@ -55,16 +55,16 @@ private:
 }  // namespace
 
 std::vector<float> convolve(std::span<const float> signal, std::span<const float> response) {
-    if (signal.empty() || response.empty()) return {};
+    if (signal.empty() || response.empty()) { return {}; }
     // Blocks of the shorter side's length, so that a short signal through a long hall costs no more than the reverse.
-    if (signal.size() < response.size()) std::swap(signal, response);
+    if (signal.size() < response.size()) { std::swap(signal, response); }
     std::vector<float> out(signal.size() + response.size() - 1);
     if (response.size() == 1) {
         std::transform(signal.begin(), signal.end(), out.begin(), [&](float x) { return x * response[0]; });
         return out;
     }
     const size_t block = std::max(std::bit_ceil(response.size()), smallestBlock);
-    if (block > largestBlock) return {};
+    if (block > largestBlock) { return {}; }
     try {
         BlockConvolver convolver(response, block);
         for (size_t at = 0; at < signal.size(); at += block) {
@@ -90,7 +90,7 @@ std::vector<float> hallIR(double sr, double seconds, RandomEngine& random) {
     for (size_t i = 0; i < out.size(); ++i) {
         const double t = double(i) / sr;
         double x = noise(random) * std::exp(-t / (0.35 * seconds));
-        if (t < burstSeconds) x += noise(random) * std::exp(-t / 0.02) * 0.3;
+        if (t < burstSeconds) { x += noise(random) * std::exp(-t / 0.02) * 0.3; }
         out[i] = float(x);
     }
     return out;

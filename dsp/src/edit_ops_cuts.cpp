@@ -19,7 +19,7 @@ template <typename Operation>
 Channels eachChannel(const Channels& channels, Operation operation) {
     Channels out;
     out.reserve(channels.size());
-    for (size_t c = 0; c < channels.size(); ++c) out.push_back(operation(channels[c], c));
+    for (size_t c = 0; c < channels.size(); ++c) { out.push_back(operation(channels[c], c)); }
     return out;
 }
 
@@ -45,7 +45,7 @@ Channels splice(const Channels& channels, int64_t start, int64_t end) {
 }
 
 Channels insert(const Channels& channels, int64_t at, const Channels& clip) {
-    if (clip.empty()) return channels;
+    if (clip.empty()) { return channels; }
     const Samples quiet(clip[0].size());
     return eachChannel(
         channels, [&](const Samples& x, size_t c) { return replaced(x, at, at, c < clip.size() ? clip[c] : quiet); });
@@ -53,7 +53,7 @@ Channels insert(const Channels& channels, int64_t at, const Channels& clip) {
 
 Channels silence(const Channels& channels, int64_t start, int64_t end) {
     Channels out = channels;
-    for (Samples& x : out) std::fill(x.begin() + start, x.begin() + end, 0.0F);
+    for (Samples& x : out) { std::fill(x.begin() + start, x.begin() + end, 0.0F); }
     return out;
 }
 
@@ -66,19 +66,19 @@ Channels replaceRegion(const Channels& channels, int64_t start, int64_t end, con
 
 Channels monoFold(const Channels& channels, int64_t start, int64_t end) {
     Channels out = channels;
-    if (channels.empty()) return out;
+    if (channels.empty()) { return out; }
     const double share = 1.0 / double(channels.size());
     for (int64_t i = start; i < end; ++i) {
         double sum = 0;
-        for (const Samples& x : channels) sum += double(x[size_t(i)]);
-        for (Samples& x : out) x[size_t(i)] = float(sum * share);
+        for (const Samples& x : channels) { sum += double(x[size_t(i)]); }
+        for (Samples& x : out) { x[size_t(i)] = float(sum * share); }
     }
     return out;
 }
 
 Channels swapLR(const Channels& channels, int64_t start, int64_t end) {
     Channels out = channels;
-    if (out.size() >= 2) std::swap_ranges(out[0].begin() + start, out[0].begin() + end, out[1].begin() + start);
+    if (out.size() >= 2) { std::swap_ranges(out[0].begin() + start, out[0].begin() + end, out[1].begin() + start); }
     return out;
 }
 

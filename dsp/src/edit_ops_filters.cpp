@@ -35,13 +35,13 @@ std::vector<float> Biquad::run(std::span<const float> x) const {
 }
 
 Biquad highPass(double hz, double sr) {
-    if (hz >= sr / 2) return {0, 0, 0, 0, 0};
+    if (hz >= sr / 2) { return {0, 0, 0, 0, 0}; }
     const Design design(hz, sr);
     return design.with((1 + design.cosine) / 2, -(1 + design.cosine));
 }
 
 Biquad lowPass(double hz, double sr) {
-    if (hz >= sr / 2) return {};  // all of the band is below; the formula's poles would leave the unit circle
+    if (hz >= sr / 2) { return {}; }  // all of the band is below; the formula's poles would leave the unit circle
     const Design design(hz, sr);
     return design.with((1 - design.cosine) / 2, 1 - design.cosine);
 }
@@ -49,7 +49,7 @@ Biquad lowPass(double hz, double sr) {
 Channels hiPass200(const Channels& channels, double sr) {
     const Biquad filter = highPass(200, sr);
     Channels out;
-    for (const auto& x : channels) out.push_back(filter.run(x));
+    for (const auto& x : channels) { out.push_back(filter.run(x)); }
     return out;
 }
 
@@ -70,7 +70,7 @@ void detail::feedbackDelay(std::vector<float>& channel, std::span<const double> 
             float& slot = line.samples[line.position];
             sum += slot;
             slot = x + feedback * slot;
-            if (++line.position == line.samples.size()) line.position = 0;
+            if (++line.position == line.samples.size()) { line.position = 0; }
         }
         x = (1 - mix) * x + share * sum;
     }

@@ -30,19 +30,19 @@ void guardWrap(std::vector<float>& loop, int64_t guard) {
 
 float detail::peak(std::span<const float> x) {
     float most = 0;
-    for (const float sample : x) most = std::max(most, std::abs(sample));
+    for (const float sample : x) { most = std::max(most, std::abs(sample)); }
     return most;
 }
 
 void detail::scale(std::span<float> x, float gain) {
-    for (float& sample : x) sample *= gain;
+    for (float& sample : x) { sample *= gain; }
 }
 
 std::optional<SeamlessLoop> seamlessLoop(const Channels& channels, double sr, int64_t start, int64_t end,
                                          bool carryTail) {
     const int64_t length = end - start;
     const int64_t guard = std::min(length / 2, detail::framesIn(sr, guardSeconds));
-    if (channels.empty() || guard < shortestGuard) return std::nullopt;
+    if (channels.empty() || guard < shortestGuard) { return std::nullopt; }
     const int64_t after = int64_t(channels[0].size()) - end;
     const int64_t carry =
         carryTail ? std::max<int64_t>(std::min({length, after, detail::framesIn(sr, longestCarry)}), 0) : 0;
@@ -51,12 +51,12 @@ std::optional<SeamlessLoop> seamlessLoop(const Channels& channels, double sr, in
     float peak = 0;
     for (size_t c = 0; c < channels.size(); ++c) {
         auto& x = loop.channels[c];
-        for (int64_t i = 0; i < carry; ++i) x[size_t(i)] += channels[c][size_t(end + i)];
+        for (int64_t i = 0; i < carry; ++i) { x[size_t(i)] += channels[c][size_t(end + i)]; }
         guardWrap(x, guard);
         peak = std::max(peak, detail::peak(x));
     }
     if (peak > ceiling) {
-        for (auto& x : loop.channels) detail::scale(x, ceiling / peak);
+        for (auto& x : loop.channels) { detail::scale(x, ceiling / peak); }
     }
     return loop;
 }

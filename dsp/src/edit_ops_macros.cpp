@@ -18,14 +18,14 @@ struct Grains {
 
 // Windowed pieces of `x` from random places, laid over each other up to `length` frames.
 std::vector<float> stretched(std::span<const float> x, int64_t length, const Grains& grains, RandomEngine& random) {
-    std::vector<float> out(static_cast<size_t>(length));
+    std::vector<float> out(size_t(length));
     const auto grain = int64_t(grains.window.size());
     const auto frames = int64_t(x.size());
     std::uniform_int_distribution<int64_t> place(0, std::max<int64_t>(frames - grain, 1) - 1);
     for (int64_t at = 0; at + grain < length; at += grains.hop) {
         const int64_t from = place(random);
         const int64_t count = std::min(grain, frames - from);
-        for (int64_t i = 0; i < count; ++i) out[size_t(at + i)] += x[size_t(from + i)] * grains.window[size_t(i)];
+        for (int64_t i = 0; i < count; ++i) { out[size_t(at + i)] += x[size_t(from + i)] * grains.window[size_t(i)]; }
     }
     return out;
 }
@@ -33,9 +33,9 @@ std::vector<float> stretched(std::span<const float> x, int64_t length, const Gra
 void fadeLinearly(std::span<float> x, double sr) {
     const auto length = int64_t(x.size());
     const int64_t in = std::min(length, framesIn(sr, 2));
-    for (int64_t i = 0; i < in; ++i) x[size_t(i)] *= float(double(i) / double(in));
+    for (int64_t i = 0; i < in; ++i) { x[size_t(i)] *= float(double(i) / double(in)); }
     const int64_t out = std::min(length, framesIn(sr, 4));
-    for (int64_t i = 0; i < out; ++i) x[size_t(length - 1 - i)] *= float(double(i) / double(out));
+    for (int64_t i = 0; i < out; ++i) { x[size_t(length - 1 - i)] *= float(double(i) / double(out)); }
 }
 
 // `dry` times the signal plus `wet` times its convolution, over the signal's length.
@@ -49,7 +49,7 @@ void mixIn(std::vector<float>& signal, float dry, std::span<const float> convolv
 
 Channels topAndTails(const Channels& channels, double sr) {
     Channels out = channels;
-    if (channels.empty()) return out;
+    if (channels.empty()) { return out; }
     const auto length = int64_t(channels[0].size());
     const int64_t in = std::min(length, framesIn(sr, 0.05));
     const int64_t tail = std::min(length, framesIn(sr, 1));
@@ -96,7 +96,7 @@ Channels texture(const Channels& channels, double sr, int64_t start, int64_t end
         wash = dark.run(wash);
         fadeLinearly(wash, sr);
         const float peak = detail::peak(wash);
-        if (peak > 0) detail::scale(wash, wantedPeak / peak);
+        if (peak > 0) { detail::scale(wash, wantedPeak / peak); }
         out.push_back(std::move(wash));
     }
     return out;

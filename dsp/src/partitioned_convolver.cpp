@@ -73,7 +73,7 @@ PartitionedConvolver::State::State(int in, int out, int frames, int taps)
       total(makeAligned<std::complex<float>>(outputPair * size_t(bins))),
       time(makeAligned<float>(outputPair * 2 * size_t(frames))),
       timeBefore(makeAligned<float>(outputPair * 2 * size_t(frames))) {
-    for (auto* terms : {&steady, &after, &before}) terms->reserve(size_t(in) * size_t(depth));
+    for (auto* terms : {&steady, &after, &before}) { terms->reserve(size_t(in) * size_t(depth)); }
 }
 
 // Adds samples to the partition in hand and transforms the window anew.
@@ -84,11 +84,11 @@ void PartitionedConvolver::State::take(int input, const float* samples, int fram
     s.present |= hasSound;
     const int slot = slotOf(input, 0);
     silent[size_t(slot)] = !(s.present || s.last);
-    if (silent[size_t(slot)]) return;
+    if (silent[size_t(slot)]) { return; }
     // What is stale and not zero stands there only at the first call of a partition: while the last one sounds, that
     // call overwrites it all.
-    if (s.stale) std::fill(half + filled + frames, half + partition, 0.0F);
-    if (hasSound || s.stale) std::memcpy(half + filled, samples, sizeof(float) * size_t(frames));
+    if (s.stale) { std::fill(half + filled + frames, half + partition, 0.0F); }
+    if (hasSound || s.stale) { std::memcpy(half + filled, samples, sizeof(float) * size_t(frames)); }
     s.stale = false;
     fft.forward(window(input), spectrum(slot));
 }
@@ -112,28 +112,28 @@ void PartitionedConvolver::State::shift() noexcept {
 // `first` is the first output of the pair; where there is no second, it is summed twice.
 void PartitionedConvolver::State::gather(std::vector<SpectralTerm>& terms, int input, const ConvolverFilter* filter,
                                          int first) noexcept {
-    if (filter == nullptr) return;
+    if (filter == nullptr) { return; }
     const int second = std::min(first + 1, outputs - 1);
     const int parts = std::min(depth, filter->partitions());
     for (int part = 0; part < parts; ++part) {
         const int slot = slotOf(input, part);
-        if (silent[size_t(slot)]) continue;
+        if (silent[size_t(slot)]) { continue; }
         terms.push_back({spectrum(slot), {filter->spectrum(first, part), filter->spectrum(second, part)}});
     }
 }
 
 void PartitionedConvolver::State::gatherAll(const ConvolverFilter* const* filters,
                                             const ConvolverFilter* const* previous, int first) noexcept {
-    for (auto* terms : {&steady, &after, &before}) terms->clear();
+    for (auto* terms : {&steady, &after, &before}) { terms->clear(); }
     for (int i = 0; i < inputs; ++i) {
         const bool changed = previous != nullptr && previous[i] != filters[i];
         gather(changed ? after : steady, i, filters[i], first);
-        if (changed) gather(before, i, previous[i], first);
+        if (changed) { gather(before, i, previous[i], first); }
     }
 }
 
 void PartitionedConvolver::State::transformBack(const SpectrumPair& sums, AlignedArray<float>& to) noexcept {
-    for (int o = 0; o < outputPair; ++o) fft.inverse(sums[size_t(o)], to.get() + int64_t(o) * 2 * partition);
+    for (int o = 0; o < outputPair; ++o) { fft.inverse(sums[size_t(o)], to.get() + int64_t(o) * 2 * partition); }
 }
 
 PartitionedConvolver::PartitionedConvolver(int inputs, int outputs, int partition, int maxTaps) {
@@ -157,15 +157,15 @@ void PartitionedConvolver::process(const float* const* inputs, const ConvolverFi
     int n = 0;
     for (int done = 0; done < frames; done += n) {
         n = std::min(s.partition - s.filled, frames - done);
-        for (int i = 0; i < s.inputs; ++i) s.take(i, inputs[i] + done, n);
+        for (int i = 0; i < s.inputs; ++i) { s.take(i, inputs[i] + done, n); }
         for (int first = 0; first < s.outputs; first += outputPair) {
             s.gatherAll(filters, previous, first);
             const bool changes = !s.after.empty() || !s.before.empty();
             const bool sounds = changes || !s.steady.empty();
             const SpectrumPair common = s.pair(s.common);
             const SpectrumPair total = s.pair(s.total);
-            if (sounds) s.sum(s.steady.data(), int(s.steady.size()), nullptr, s.bins, common);
-            if (sounds && !changes) s.transformBack(common, s.time);
+            if (sounds) { s.sum(s.steady.data(), int(s.steady.size()), nullptr, s.bins, common); }
+            if (sounds && !changes) { s.transformBack(common, s.time); }
             if (changes) {
                 s.sum(s.before.data(), int(s.before.size()), &common, s.bins, total);
                 s.transformBack(total, s.timeBefore);
@@ -188,7 +188,7 @@ void PartitionedConvolver::process(const float* const* inputs, const ConvolverFi
             }
         }
         s.filled += n;
-        if (s.filled == s.partition) s.shift();
+        if (s.filled == s.partition) { s.shift(); }
     }
 }
 

@@ -36,7 +36,7 @@ SizePlans plansOf(int size) {
     static auto& known = *new std::map<int, SizePlans>;
     const std::lock_guard lock(mutex);
     SizePlans& plans = known[size];
-    if (plans.forward != nullptr) return plans;
+    if (plans.forward != nullptr) { return plans; }
     const auto time = makeAligned<float>(size_t(size));
     const auto spectrum = makeAligned<std::complex<float>>(size_t(size) / 2 + 1);
     plans.inverse = fftwf_plan_dft_c2r_1d(size, raw(spectrum.get()), time.get(), FFTW_ESTIMATE);
@@ -66,7 +66,9 @@ struct RealFFT::Plan {
 };
 
 RealFFT::RealFFT(int size) {
-    if (size < 4 || (size & (size - 1)) != 0) throw std::invalid_argument("an FFT size is a power of two from 4 up");
+    if (size < 4 || (size & (size - 1)) != 0) {
+        throw std::invalid_argument("an FFT size is a power of two from 4 up");
+    }
     plan_ = std::make_unique<Plan>(size);
 }
 RealFFT::~RealFFT() = default;
@@ -90,17 +92,17 @@ void RealFFT::forward(const float* time, std::complex<float>* spectrum) noexcept
         source = p.time.get();
     }
     fftwf_execute_dft_r2c(p.plans.forward, source, raw(destination));
-    if (destination != spectrum) std::memcpy(spectrum, destination, sizeof(*spectrum) * size_t(bins()));
+    if (destination != spectrum) { std::memcpy(spectrum, destination, sizeof(*spectrum) * size_t(bins())); }
 }
 
 void RealFFT::inverse(const std::complex<float>* spectrum, float* time) noexcept {
     Plan& p = *plan_;
     // The transform destroys its input, and scaling the copy costs nothing more than copying.
     const float scale = 1.0F / float(p.size);
-    for (int k = 0; k < bins(); ++k) p.spectrum[size_t(k)] = spectrum[k] * scale;
+    for (int k = 0; k < bins(); ++k) { p.spectrum[size_t(k)] = spectrum[k] * scale; }
     float* destination = isAligned(time) ? time : p.time.get();
     fftwf_execute_dft_c2r(p.plans.inverse, raw(p.spectrum.get()), destination);
-    if (destination != time) std::memcpy(time, destination, sizeof(float) * size_t(p.size));
+    if (destination != time) { std::memcpy(time, destination, sizeof(float) * size_t(p.size)); }
 }
 
 }  // namespace brindlehum

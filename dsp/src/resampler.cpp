@@ -25,7 +25,7 @@ struct Resampler::State {
     int64_t given = 0;            // output frames so far
 
     ~State() {
-        if (stream != nullptr) soxr_delete(stream);
+        if (stream != nullptr) { soxr_delete(stream); }
     }
 
     // Output frames of all input so far.
@@ -38,8 +38,8 @@ struct Resampler::State {
         size_t got = 0;
         const soxr_in_t in = drained ? nullptr : inputs.data();
         const soxr_error_t error = soxr_process(stream, in, fed, nullptr, outputs.data(), frames, &got);
-        if (error != nullptr) throw std::runtime_error(error);
-        for (float*& plane : outputs) plane += got;
+        if (error != nullptr) { throw std::runtime_error(error); }
+        for (float*& plane : outputs) { plane += got; }
         taken += int64_t(fed);
         given += int64_t(got);
         return got;
@@ -57,12 +57,11 @@ Resampler::Resampler(double inputRate, double outputRate, int channels) : state_
     const soxr_quality_spec_t quality = soxr_quality_spec(SOXR_VHQ, SOXR_ROLLOFF_NONE | SOXR_HI_PREC_CLOCK);
     const soxr_runtime_spec_t runtime = soxr_runtime_spec(1);
     soxr_error_t error = nullptr;
-    state_->stream =
-        soxr_create(inputRate, outputRate, static_cast<unsigned>(channels), &error, &io, &quality, &runtime);
-    if (error != nullptr) throw std::runtime_error(error);
+    state_->stream = soxr_create(inputRate, outputRate, unsigned(channels), &error, &io, &quality, &runtime);
+    if (error != nullptr) { throw std::runtime_error(error); }
     state_->ratio = outputRate / inputRate;
-    state_->inputs.resize(static_cast<size_t>(channels));
-    state_->outputs.resize(static_cast<size_t>(channels));
+    state_->inputs.resize(size_t(channels));
+    state_->outputs.resize(size_t(channels));
 }
 Resampler::~Resampler() = default;
 Resampler::Resampler(Resampler&&) noexcept = default;
@@ -73,35 +72,35 @@ int Resampler::process(float* const* outputs, int frames, const Pull& pull) {
     std::copy_n(outputs, s.outputs.size(), s.outputs.begin());
     const int64_t start = s.given;
     int64_t end = start + std::max(frames, 0);
-    if (s.drained) end = std::min(end, s.length());
+    if (s.drained) { end = std::min(end, s.length()); }
     size_t fed = 0;
     while (s.given < end) {
         const size_t got = s.step(fed, size_t(end - s.given));
         fed = 0;
-        if (s.drained && got == 0) break;
-        if (s.drained || s.given == end) continue;
-        fed = static_cast<size_t>(std::clamp(pull(blockFrames, s.inputs.data()), 0, blockFrames));
+        if (s.drained && got == 0) { break; }
+        if (s.drained || s.given == end) { continue; }
+        fed = size_t(std::clamp(pull(blockFrames, s.inputs.data()), 0, blockFrames));
         s.drained = fed == 0;
-        if (s.drained) end = std::min(end, s.length());
+        if (s.drained) { end = std::min(end, s.length()); }
     }
-    return static_cast<int>(s.given - start);
+    return int(s.given - start);
 }
 
 std::vector<float> Resampler::convert(const std::vector<float>& input, double inputRate, double outputRate) {
     Resampler stream(inputRate, outputRate, 1);
-    std::vector<float> output(static_cast<size_t>(std::llround(double(input.size()) * outputRate / inputRate)));
+    std::vector<float> output(size_t(std::llround(double(input.size()) * outputRate / inputRate)));
     size_t read = 0;
     const Pull pull = [&](int limit, const float** planes) {
-        const size_t n = std::min(static_cast<size_t>(limit), input.size() - read);
+        const size_t n = std::min(size_t(limit), input.size() - read);
         planes[0] = input.data() + read;
         read += n;
-        return static_cast<int>(n);
+        return int(n);
     };
     for (size_t done = 0; done < output.size();) {
         float* plane = output.data() + done;
-        const int got = stream.process(&plane, static_cast<int>(std::min<size_t>(output.size() - done, 65536)), pull);
-        if (got < 1) break;
-        done += static_cast<size_t>(got);
+        const int got = stream.process(&plane, int(std::min<size_t>(output.size() - done, 65536)), pull);
+        if (got < 1) { break; }
+        done += size_t(got);
     }
     return output;
 }

@@ -36,7 +36,7 @@ __attribute__((target("avx2,fma"))) void sumLagsAvx2(const double* x, int64_t co
 
 SumLags fastestSumLags() {
 #if defined(__x86_64__)
-    if (__builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma")) return sumLagsAvx2;
+    if (__builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma")) { return sumLagsAvx2; }
 #endif
     return sumLagsPlain;
 }
@@ -54,7 +54,7 @@ std::vector<float> autocorrelation(std::span<const float> x, int64_t maxLag) {
     for (int64_t lag = 0; lag < lags; lag += group) {
         double r[group];
         sum(padded.data(), std::max<int64_t>(count - lag, 0), lag, r);
-        for (int64_t k = lag; k < std::min(lag + group, lags); ++k) result[size_t(k)] = float(r[k - lag]);
+        for (int64_t k = lag; k < std::min(lag + group, lags); ++k) { result[size_t(k)] = float(r[k - lag]); }
     }
     return result;
 }

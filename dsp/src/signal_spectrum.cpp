@@ -20,7 +20,7 @@ void HannSpectrum::magnitudes(const float* samples, float* into) noexcept {
     const float* window = window_.get();
     float* frame = frame_.get();
     const int count = size();
-    for (int i = 0; i < count; ++i) frame[i] = samples[i] * window[i];
+    for (int i = 0; i < count; ++i) { frame[i] = samples[i] * window[i]; }
     fft_.forward(frame, spectrum_.get());
     const auto* parts = reinterpret_cast<const float*>(spectrum_.get());  // the layout of std::complex is fixed
     const int last = count / 2;

@@ -19,7 +19,7 @@ void spectralSumPlain(const SpectralTerm* terms, int count, const SpectrumPair* 
             }
             for (int k = tile; k < tile + tileBins; ++k) {
                 sums[o][k] = std::complex<float>(re[k - tile], im[k - tile]);
-                if (bases != nullptr) sums[o][k] += (*bases)[o][k];
+                if (bases != nullptr) { sums[o][k] += (*bases)[o][k]; }
             }
         }
     }
@@ -28,7 +28,7 @@ void spectralSumPlain(const SpectralTerm* terms, int count, const SpectrumPair* 
 SpectralSum fastestSpectralSum() {
 #if defined(__x86_64__)
     __builtin_cpu_init();
-    if (__builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma")) return spectralSumAvx2;
+    if (__builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma")) { return spectralSumAvx2; }
 #endif
     return spectralSumPlain;
 }

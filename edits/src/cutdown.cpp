@@ -14,13 +14,13 @@ constexpr double backtimedFadeInSec = 0.01;
 
 double secondsOf(const std::vector<EditPlan::Span>& spans, double rate) {
     int64_t frames = 0;
-    for (const auto& span : spans) frames += span.end - span.start;
+    for (const auto& span : spans) { frames += span.end - span.start; }
     return double(frames) / rate;
 }
 
 // The exact length, where the spans reach past it.
 std::optional<double> cutOf(const LengthRequest& request, const EditPlan& plan, double rate) {
-    if (!request.exactLength || request.seconds >= secondsOf(plan.spans, rate)) return std::nullopt;
+    if (!request.exactLength || request.seconds >= secondsOf(plan.spans, rate)) { return std::nullopt; }
     return request.seconds;
 }
 
@@ -28,7 +28,7 @@ std::optional<EditPlan> backtimed(const LengthRequest& request, const PieceLines
     const int end = piece.musicEnd();
     const double reach = request.seconds - piece.tailSec() + 0.001;
     for (int line = 0; line < std::min(piece.count(), end); ++line) {
-        if (piece.lastSec() - piece.seconds(line) > reach) continue;
+        if (piece.lastSec() - piece.seconds(line) > reach) { continue; }
         EditPlan plan;
         plan.name = nameOf(request);
         plan.kind = EditPlan::Kind::backtimed;
@@ -44,7 +44,7 @@ std::optional<EditPlan> backtimed(const LengthRequest& request, const PieceLines
 
 double bodyBarSec(const PieceLines& piece) {
     const Pins& pins = piece.pins;
-    if (pins.endingStart <= pins.introEnd) return piece.nominalBarSec;
+    if (pins.endingStart <= pins.introEnd) { return piece.nominalBarSec; }
     return (piece.seconds(pins.endingStart) - piece.seconds(pins.introEnd)) / (pins.endingStart - pins.introEnd);
 }
 
@@ -53,10 +53,10 @@ std::optional<PathSearch::Path> bestPath(PathSearch& search, int most, bool anyE
     std::optional<PathSearch::Path> best;
     for (int count = most; count >= std::max(most - mostBarsShort, 0); --count) {
         auto path = search.find(count, anyEnd);
-        if (!path) continue;
+        if (!path) { continue; }
         path->cost += costPerBarShort * (most - count);
-        if (count % PathSearch::phraseBars == 0) path->cost -= roundLengthBonus;
-        if (!best || path->cost < best->cost) best = std::move(path);
+        if (count % PathSearch::phraseBars == 0) { path->cost -= roundLengthBonus; }
+        if (!best || path->cost < best->cost) { best = std::move(path); }
     }
     return best;
 }
@@ -74,11 +74,13 @@ public:
     }
     void playEnding() {
         const Pins& pins = piece_.pins;
-        if (!pins.loopFile) goTo(pins.endingStart);
+        if (!pins.loopFile) { goTo(pins.endingStart); }
         const int64_t start = piece_.frame(pins.endingStart);
         extendOrAdd(start, piece_.totalFrames);
         std::erase_if(spans, [](const auto& span) { return span.end <= span.start; });
-        if (pins.loopFile) std::erase_if(spans, [start](const auto& span) { return span.start >= start; });
+        if (pins.loopFile) {
+            std::erase_if(spans, [start](const auto& span) { return span.start >= start; });
+        }
     }
 
     std::vector<EditPlan::Span> spans;
@@ -94,7 +96,7 @@ private:
         }
     }
     void goTo(int line) {
-        if (line != line_) worstSplice = std::max(worstSplice, jumps_.cost(line_, line).value_or(missingJump));
+        if (line != line_) { worstSplice = std::max(worstSplice, jumps_.cost(line_, line).value_or(missingJump)); }
     }
     const PieceLines& piece_;
     const JumpTable& jumps_;
@@ -104,14 +106,14 @@ private:
 std::string mapOf(const std::vector<EditPlan::Span>& spans, const PieceLines& piece) {
     std::string out;
     for (const auto& span : spans) {
-        if (!out.empty()) out += " ↷ ";
+        if (!out.empty()) { out += " ↷ "; }
         const int first = piece.nearest(span.start) + 1;
         const int last = piece.nearest(span.end);
         out += barText(first);
-        if (first < last) out += "–" + std::to_string(last);
-        if (span.end == piece.totalFrames) out += " + ring";
+        if (first < last) { out += "–" + std::to_string(last); }
+        if (span.end == piece.totalFrames) { out += " + ring"; }
     }
-    if (piece.pins.loopFile) out += " · 1-bar fade out";
+    if (piece.pins.loopFile) { out += " · 1-bar fade out"; }
     return out;
 }
 
@@ -129,22 +131,22 @@ std::optional<EditPlan> cutdown(const LengthRequest& request, const PieceLines& 
     const double barSec = bodyBarSec(piece);
     const double bodySec = request.seconds - introSec - endingSec - piece.tailSec();
     if (bodySec < 0) {
-        if (pins.loopFile || piece.musicEnd() == 0) return std::nullopt;
+        if (pins.loopFile || piece.musicEnd() == 0) { return std::nullopt; }
         return backtimed(request, piece);
     }
     const double fitting = std::floor(bodySec / barSec);
     const int most = fitting >= 0 ? int(std::min(fitting, double(PathSearch::mostEntries))) : 0;
     const auto path = bestPath(search, most, pins.loopFile);
-    if (!path) return pins.loopFile ? std::nullopt : backtimed(request, piece);
+    if (!path) { return pins.loopFile ? std::nullopt : backtimed(request, piece); }
     const double limit = barSec < introSec && pins.introEnd != 0 ? goodPathAfterIntro : goodPath;
     if (path->cost > limit && request.kind != EditPlan::Kind::extended && !pins.loopFile) {
         return backtimed(request, piece);
     }
 
     SpanList played(piece, jumps);
-    for (const int bar : path->bars) played.playBar(bar);
+    for (const int bar : path->bars) { played.playBar(bar); }
     played.playEnding();
-    if (played.spans.empty()) return std::nullopt;
+    if (played.spans.empty()) { return std::nullopt; }
 
     EditPlan plan;
     plan.name = nameOf(request);

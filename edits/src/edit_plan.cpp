@@ -14,7 +14,7 @@ std::string_view rawValue(EditPlan::Kind kind) {
 
 std::optional<EditPlan::Kind> editPlanKind(std::string_view raw) {
     for (size_t i = 0; i < kinds.size(); ++i) {
-        if (kinds[i] == raw) return EditPlan::Kind(i);
+        if (kinds[i] == raw) { return EditPlan::Kind(i); }
     }
     return std::nullopt;
 }

@@ -13,7 +13,7 @@ std::filesystem::path editsFolder(const std::filesystem::path& source, bool besi
     const std::filesystem::path folder = source.has_parent_path() ? source.parent_path() : ".";
     // A read-only file system answers no to everybody, other than the mode bits would.
     const bool writable = ::faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0;
-    if (besideSource && writable) return source.parent_path() / name;
+    if (besideSource && writable) { return source.parent_path() / name; }
     return pullsFolder / "Edits" / name;
 }
 

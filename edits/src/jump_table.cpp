@@ -15,11 +15,11 @@ constexpr double unknownSeam = 0.9;  // similarity taken for a loop that ends pa
 // The similarities of all pairs of bars in lo ..< hi that aren't the same or neighbours.
 std::vector<double> pairsOf(const SimilarityMatrix& sim, int lo, int hi) {
     std::vector<double> out;
-    if (hi - lo < 3) return out;
+    if (hi - lo < 3) { return out; }
     out.reserve(size_t(hi - lo) * size_t(hi - lo));
     for (int i = lo; i < hi; ++i) {
         for (int j = lo; j < hi; ++j) {
-            if (std::abs(i - j) >= 2) out.push_back(sim.at(i, j));
+            if (std::abs(i - j) >= 2) { out.push_back(sim.at(i, j)); }
         }
     }
     return out;
@@ -30,7 +30,7 @@ std::vector<double> pairsOf(const SimilarityMatrix& sim, int lo, int hi) {
 JumpTable::JumpTable(const SimilarityMatrix& similarity, const Pins& inForce) : sim(similarity), pins(inForce) {
     std::vector<double> pairs = pairsOf(sim, std::max(pins.introEnd, 0), std::min(sim.size, pins.endingStart));
     threshold = leastThreshold;
-    if (pairs.empty()) return;
+    if (pairs.empty()) { return; }
     const auto at = pairs.begin() + ptrdiff_t(quantile * double(pairs.size() - 1));
     std::nth_element(pairs.begin(), at, pairs.end());
     threshold = std::max(leastThreshold, *at);
@@ -50,9 +50,9 @@ std::optional<double> JumpTable::cost(int from, int to) const {
         sum += sim.at(from - 1, to - 1);
         ++count;
     }
-    if (count == 0) return std::nullopt;
+    if (count == 0) { return std::nullopt; }
     const double mean = sum / count;
-    if (mean >= threshold) return 1 - mean;
+    if (mean >= threshold) { return 1 - mean; }
     return std::nullopt;
 }
 

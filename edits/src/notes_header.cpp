@@ -9,7 +9,7 @@ namespace {
 
 std::string pinsLine(const Pins& pins, size_t lines) {
     using TempEditPlanner::barText;
-    if (pins.loopFile) return "Pins: seamless loop file (" + std::to_string(int64_t(lines) - 1) + " bars)";
+    if (pins.loopFile) { return "Pins: seamless loop file (" + std::to_string(int64_t(lines) - 1) + " bars)"; }
     return "Pins: Intro to " + barText(std::max(pins.introEnd, 1)) + " · Loop " + barText(pins.loopStart + 1) + "–" +
            barText(pins.loopEnd) + " · Ending from " + barText(pins.endingStart + 1) + " · music ends at " +
            barText(pins.musicEnd + 1);
@@ -24,7 +24,7 @@ std::vector<std::string> notesHeader(std::string_view name, const std::filesyste
     out.push_back("Source: " + url.native());
     out.push_back("Analysis: " + analysis.summary());
     out.push_back(pinsLine(pins, analysis.grid.boundaries().size()));
-    for (const auto& note : analysis.structure.notes) out.push_back("Note: " + note);
+    for (const auto& note : analysis.structure.notes) { out.push_back("Note: " + note); }
     out.emplace_back(
         "Every edit is a bar-line splice with a 30 ms crossfade ending on the downbeat. Nothing is time-stretched.");
     return out;

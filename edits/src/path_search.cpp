@@ -21,11 +21,11 @@ void PathSearch::collectSteps() {
                 stepsInto_[size_t(bar) + 1].push_back({line, 0});
                 continue;
             }
-            if (bar == line - 1) continue;
+            if (bar == line - 1) { continue; }
             const auto cost = jumps_.cost(first_ + line, first_ + bar);
-            if (!cost) continue;
+            if (!cost) { continue; }
             double weight = *cost + jumpCost;
-            if (line % phraseBars == 0 && bar % phraseBars == 0) weight -= phraseBonus;
+            if (line % phraseBars == 0 && bar % phraseBars == 0) { weight -= phraseBonus; }
             stepsInto_[size_t(bar) + 1].push_back({line, weight});
         }
     }
@@ -66,26 +66,26 @@ void PathSearch::grow(int count) {
 
 // No bar at all: the two ends meet, or a jump joins them.
 std::optional<PathSearch::Path> PathSearch::straight() const {
-    if (lines_ == 1) return Path{};
+    if (lines_ == 1) { return Path{}; }
     const auto cost = jumps_.cost(first_, first_ + lines_ - 1);
-    if (!cost) return std::nullopt;
+    if (!cost) { return std::nullopt; }
     return Path{*cost + jumpCost, {}};
 }
 
 std::optional<PathSearch::Path> PathSearch::find(int count, bool anyEnd) {
-    if (lines_ < 1 || count < 0) return std::nullopt;
-    if (count == 0) return straight();
-    if (size_t(count) >= mostEntries / size_t(lines_)) return std::nullopt;
+    if (lines_ < 1 || count < 0) { return std::nullopt; }
+    if (count == 0) { return straight(); }
+    if (size_t(count) >= mostEntries / size_t(lines_)) { return std::nullopt; }
     grow(count);
     const int last = lines_ - 1;
     double least = at(count, last);
     int end = last;
     for (int line = 0; line < lines_ && lines_ > 1; ++line) {
         double cost = at(count, line);
-        if (cost == infinite) continue;
+        if (cost == infinite) { continue; }
         if (!anyEnd) {
             const auto jump = jumps_.cost(first_ + line, first_ + last);
-            if (!jump) continue;
+            if (!jump) { continue; }
             cost += *jump + jumpCost;
         }
         if (cost < least) {
@@ -93,12 +93,12 @@ std::optional<PathSearch::Path> PathSearch::find(int count, bool anyEnd) {
             end = line;
         }
     }
-    if (least == infinite) return std::nullopt;
+    if (least == infinite) { return std::nullopt; }
     return Path{least, barsTo(count, end)};
 }
 
 std::vector<int> PathSearch::barsTo(int count, int line) const {
-    std::vector<int> bars(static_cast<size_t>(count));
+    std::vector<int> bars(size_t(count));
     for (int played = count; played > 0; --played) {
         bars[size_t(played) - 1] = first_ + line - 1;
         line = before_[size_t(played) * size_t(lines_) + size_t(line)];

@@ -47,7 +47,7 @@ public:
     int nearest(int64_t frameAt) const {
         int best = 0;
         for (int line = 1; line < count(); ++line) {
-            if (std::llabs(frame(line) - frameAt) < std::llabs(frame(best) - frameAt)) best = line;
+            if (std::llabs(frame(line) - frameAt) < std::llabs(frame(best) - frameAt)) { best = line; }
         }
         return best;
     }

@@ -13,7 +13,7 @@ constexpr double shortestToExtendSec = 30;  // seconds of music
 
 void addSection(std::vector<EditPlan>& out, const char* name, EditPlan::Kind kind, EditPlan::Span span, std::string map,
                 bool carryLoopTail = false) {
-    if (span.end <= span.start) return;
+    if (span.end <= span.start) { return; }
     EditPlan plan;
     plan.name = name;
     plan.kind = kind;
@@ -68,7 +68,7 @@ std::vector<LengthRequest> requestsFor(const PieceLines& piece, const TempEditOp
 
 std::string label(double seconds) {
     const auto whole = std::llround(seconds);
-    if (whole < 60) return std::to_string(whole) + "s";
+    if (whole < 60) { return std::to_string(whole) + "s"; }
     const std::string rest = std::to_string(whole % 60);
     return std::to_string(whole / 60) + "m" + (rest.size() < 2 ? "0" : "") + rest + "s";
 }
@@ -78,7 +78,7 @@ std::vector<EditPlan> plans(const MusicGrid& grid, const StructureResult& struct
     const PieceLines piece(grid, structure.pins, sampleRate, totalFrames);
     const Pins& pins = piece.pins;
     std::vector<EditPlan> out;
-    if (piece.count() < 3 || pins.introEnd > pins.endingStart) return out;
+    if (piece.count() < 3 || pins.introEnd > pins.endingStart) { return out; }
     if (pins.loopFile) {
         addSection(out, "Loop", EditPlan::Kind::loop, {0, totalFrames},
                    "The whole file (" + std::to_string(piece.count() - 1) + " bars), wrap guarded");
@@ -89,8 +89,8 @@ std::vector<EditPlan> plans(const MusicGrid& grid, const StructureResult& struct
     PathSearch search(jumps, pins.introEnd, pins.endingStart);
     for (const LengthRequest& request : requestsFor(piece, options)) {
         const auto named = [&request](const EditPlan& plan) { return plan.targetSec && plan.name == nameOf(request); };
-        if (std::any_of(out.begin(), out.end(), named)) continue;
-        if (auto plan = cutdown(request, piece, jumps, search)) out.push_back(std::move(*plan));
+        if (std::any_of(out.begin(), out.end(), named)) { continue; }
+        if (auto plan = cutdown(request, piece, jumps, search)) { out.push_back(std::move(*plan)); }
     }
     return out;
 }

@@ -16,7 +16,7 @@ int64_t memoryFor(const Job& job, const TempEditOptions& options) {
     try {
         const AudioFileInfo info = AudioFileInfo::load(job.url);
         double longest = options.extended.value_or(0);
-        for (const double target : options.targets) longest = std::max(longest, target);
+        for (const double target : options.targets) { longest = std::max(longest, target); }
         const double frames = double(info.frames) + std::max(double(info.frames), longest * info.sampleRate);
         return int64_t(std::min(frames * info.channels * sizeof(float), 1e18));
     } catch (const std::exception&) {
@@ -40,7 +40,9 @@ public:
     void run(unsigned workers) {
         std::vector<std::jthread> others;
         try {
-            while (others.size() + 1 < workers) others.emplace_back([this] { work(); });
+            while (others.size() + 1 < workers) {
+                others.emplace_back([this] { work(); });
+            }
         } catch (const std::system_error&) {
             // No more threads to be had: those that there are do it all.
         }
@@ -74,9 +76,9 @@ private:
     std::optional<Active> begin() {
         std::unique_lock lock(mutex_);
         for (;;) {
-            if (next_ == jobs_.size() || stop_.stop_requested()) return std::nullopt;
-            if (!nextBytes_) nextBytes_ = memoryFor(jobs_[next_], options_);
-            if (mayStart()) break;
+            if (next_ == jobs_.size() || stop_.stop_requested()) { return std::nullopt; }
+            if (!nextBytes_) { nextBytes_ = memoryFor(jobs_[next_], options_); }
+            if (mayStart()) { break; }
             changed_.wait(lock);
         }
         const Active mine{next_, *nextBytes_};
@@ -91,7 +93,7 @@ private:
         int64_t bytes = *nextBytes_;
         for (const Active& other : active_) {
             bytes += other.bytes;
-            if (jobs_[other.index].folder == jobs_[next_].folder) return false;
+            if (jobs_[other.index].folder == jobs_[next_].folder) { return false; }
         }
         return active_.empty() || bytes <= memoryBytes_;
     }
@@ -105,7 +107,7 @@ private:
     }
 
     void tell(const Step& step) {
-        if (!progress_) return;
+        if (!progress_) { return; }
         const std::lock_guard lock(telling_);
         progress_(step);
     }
@@ -146,7 +148,7 @@ std::string closingText(std::span<const Outcome> outcomes) {
         return "Temp edits cancelled: " + std::to_string(written) + " of " + std::to_string(outcomes.size()) +
                " written";
     }
-    if (skipped == 0) return "Temp edits written for " + std::to_string(written) + " file(s)";
+    if (skipped == 0) { return "Temp edits written for " + std::to_string(written) + " file(s)"; }
     return "Temp edits: " + std::to_string(written) + " written, " + std::to_string(skipped) +
            " skipped (no steady pulse)";
 }

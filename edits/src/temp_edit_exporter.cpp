@@ -18,7 +18,7 @@ constexpr int64_t blockFrames = 65536;
 constexpr double seamless = 0.999;  // a quality from here on needs no remark
 
 uint32_t maskFor(size_t channels) {
-    if (channels == 1) return 4;  // front centre
+    if (channels == 1) { return 4; }  // front centre
     return channels == 2 ? 3 : 0;
 }
 
@@ -31,7 +31,7 @@ bool writeWave(const std::filesystem::path& path, const Job& job, const EditPlan
     std::vector<const float*> planes(audio.size());
     const auto frames = int64_t(audio.empty() ? 0 : audio[0].size());
     for (int64_t at = 0; at < frames; at += blockFrames) {
-        if (stop.stop_requested()) return false;
+        if (stop.stop_requested()) { return false; }
         std::transform(audio.begin(), audio.end(), planes.begin(), [at](const auto& c) { return c.data() + at; });
         writer.append(planes, std::min(blockFrames, frames - at));
     }
@@ -41,7 +41,7 @@ bool writeWave(const std::filesystem::path& path, const Job& job, const EditPlan
 
 std::string sheetLine(const std::string& file, double seconds, double quality) {
     std::string line = file + "    (" + fixed(seconds, 2) + " s)";
-    if (quality < seamless) line += "  · splice match " + fixed(quality * 100, 0) + "%";
+    if (quality < seamless) { line += "  · splice match " + fixed(quality * 100, 0) + "%"; }
     return line;
 }
 
@@ -60,7 +60,9 @@ std::string sheetText(const std::vector<std::string>& lines) {
 void createFolder(const std::filesystem::path& folder) {
     std::error_code failure;
     std::filesystem::create_directories(folder, failure);
-    if (!failure && !std::filesystem::is_directory(folder)) failure = std::make_error_code(std::errc::not_a_directory);
+    if (!failure && !std::filesystem::is_directory(folder)) {
+        failure = std::make_error_code(std::errc::not_a_directory);
+    }
     if (failure) {
         throw Error("Couldn't create the folder " + repairUtf8(folder.native()) + ": " + failure.message());
     }
@@ -75,22 +77,22 @@ bool write(const Job& job, Result& done, const Progress& progress, const std::st
     lines.emplace_back();
     const std::string base(job.base);
     for (size_t i = 0; i < job.plans.size(); ++i) {
-        if (stop.stop_requested()) return false;
+        if (stop.stop_requested()) { return false; }
         const EditPlan& plan = job.plans[i];
         const std::string name = base + " - " + plan.name + ".wav";
-        if (progress) progress(i, name);
+        if (progress) { progress(i, name); }
         const auto audio = TempEditRenderer::render(plan, job.channels, job.sampleRate, job.options);
         ReplacedFile file(job.folder / name);
         bool whole = false;
         file.write([&](const auto& beside) { whole = writeWave(beside, job, plan, audio, stop); });
-        if (!whole) return false;
+        if (!whole) { return false; }
         file.commit();
         done.files.push_back(job.folder / name);
         done.seconds.push_back(audio.empty() ? 0 : double(audio[0].size()) / job.sampleRate);
         lines.push_back(sheetLine(name, done.seconds.back(), plan.quality));
         lines.push_back("    " + plan.map);
     }
-    if (stop.stop_requested()) return false;
+    if (stop.stop_requested()) { return false; }
     const auto notes = job.folder / (base + " - Edit Notes.txt");
     ReplacedFile::writeText(notes, sheetText(lines));
     done.notes = notes;

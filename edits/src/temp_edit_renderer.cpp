@@ -25,7 +25,7 @@ Cut cutOf(int64_t length, double cutAtSec, double sampleRate) {
 
 int64_t sumOf(const std::vector<EditPlan::Span>& spans) {
     int64_t frames = 0;
-    for (const auto& span : spans) frames += span.end - span.start;
+    for (const auto& span : spans) { frames += span.end - span.start; }
     return frames;
 }
 
@@ -46,7 +46,7 @@ std::vector<float> joined(const std::vector<EditPlan::Span>& spans, const std::v
     out.reserve(size_t(sumOf(spans)));
     for (size_t i = 0; i < spans.size(); ++i) {
         const auto& [start, end] = spans[i];
-        if (i > 0 && start != spans[i - 1].end) crossfade(out, source, start, crossfadeFrames);
+        if (i > 0 && start != spans[i - 1].end) { crossfade(out, source, start, crossfadeFrames); }
         out.insert(out.end(), source.begin() + start, source.begin() + end);
     }
     return out;
@@ -54,21 +54,19 @@ std::vector<float> joined(const std::vector<EditPlan::Span>& spans, const std::v
 
 void fadeIn(std::vector<float>& x, int64_t frames) {
     frames = std::min(int64_t(x.size()), frames);
-    for (int64_t i = 0; i < frames; ++i) {
-        x[size_t(i)] *= float(std::sin(double(i) / double(frames) * quarterTurn));
-    }
+    for (int64_t i = 0; i < frames; ++i) { x[size_t(i)] *= float(std::sin(double(i) / double(frames) * quarterTurn)); }
 }
 
 void fadeOut(std::vector<float>& x, int64_t frames) {
     frames = std::min(int64_t(x.size()), frames);
     float* tail = x.data() + int64_t(x.size()) - frames;
-    for (int64_t i = 0; i < frames; ++i) tail[i] *= float(double(frames - i) / double(frames));
+    for (int64_t i = 0; i < frames; ++i) { tail[i] *= float(double(frames - i) / double(frames)); }
 }
 
 void cut(std::vector<float>& x, const Cut& at) {
     x.resize(size_t(at.length));
     float* tail = x.data() + at.length - at.fade;
-    for (int64_t i = 0; i < at.fade; ++i) tail[i] *= float(std::cos(double(i) / double(at.fade) * quarterTurn));
+    for (int64_t i = 0; i < at.fade; ++i) { tail[i] *= float(std::cos(double(i) / double(at.fade) * quarterTurn)); }
 }
 
 }  // namespace
@@ -77,23 +75,23 @@ Channels render(const EditPlan& plan, const Channels& channels, double sampleRat
     if (plan.kind == EditPlan::Kind::loop && !plan.spans.empty()) {
         const auto& [start, end] = plan.spans[0];
         auto loop = EditOps::seamlessLoop(channels, sampleRate, start, end, plan.carryLoopTail);
-        if (loop) return std::move(loop->channels);
+        if (loop) { return std::move(loop->channels); }
     }
     const auto crossfadeFrames = std::max<int64_t>(int64_t(sampleRate * options.crossfadeMs / 1000), 1);
     Channels out;
     out.reserve(channels.size());
     for (const auto& source : channels) {
         auto& x = out.emplace_back(joined(plan.spans, source, crossfadeFrames));
-        if (plan.fadeInFrames > 0) fadeIn(x, plan.fadeInFrames);
-        if (plan.fadeOutFrames > 0) fadeOut(x, plan.fadeOutFrames);
-        if (plan.cutAtSec) cut(x, cutOf(int64_t(x.size()), *plan.cutAtSec, sampleRate));
+        if (plan.fadeInFrames > 0) { fadeIn(x, plan.fadeInFrames); }
+        if (plan.fadeOutFrames > 0) { fadeOut(x, plan.fadeOutFrames); }
+        if (plan.cutAtSec) { cut(x, cutOf(int64_t(x.size()), *plan.cutAtSec, sampleRate)); }
     }
     return out;
 }
 
 int64_t length(const EditPlan& plan, double sampleRate) {
     const int64_t frames = sumOf(plan.spans);
-    if (plan.kind == EditPlan::Kind::loop || !plan.cutAtSec) return frames;
+    if (plan.kind == EditPlan::Kind::loop || !plan.cutAtSec) { return frames; }
     return cutOf(frames, *plan.cutAtSec, sampleRate).length;
 }
 

@@ -23,7 +23,7 @@ Planned cancelled() {
 }
 
 Planned planOrThrow(const std::filesystem::path& url, const TempEditOptions& options, const std::stop_token& stop) {
-    if (stop.stop_requested()) return cancelled();
+    if (stop.stop_requested()) { return cancelled(); }
     const AudioFileInfo info = AudioFileInfo::load(url);
     Planned out;
     out.audio = Signal::readPlanar(url);
@@ -53,9 +53,7 @@ template <class Work, class Fail>
 auto guarded(Work work, Fail fail) {
     try {
         return work();
-    } catch (const std::bad_alloc&) {
-        return fail("Not enough memory");
-    } catch (const std::exception& error) {
+    } catch (const std::bad_alloc&) { return fail("Not enough memory"); } catch (const std::exception& error) {
         return fail(error.what());
     }
 }
@@ -74,7 +72,7 @@ Outcome makeOne(const Job& job, const TempEditOptions& options, const TempEditEx
     out.status = planned.status;
     out.reason = std::move(planned.reason);
     out.result.folder = job.folder;
-    if (out.status != Status::done) return out;
+    if (out.status != Status::done) { return out; }
     out.sampleRate = planned.audio.sampleRate;
     out.plans = std::move(planned.plans);
     plansKnown(out.plans.size());

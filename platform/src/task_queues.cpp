@@ -27,7 +27,7 @@ WorkerPool::~WorkerPool() {
         ending_ = true;
     }
     wake_.notify_all();
-    for (std::thread& thread : threads_) thread.join();
+    for (std::thread& thread : threads_) { thread.join(); }
 }
 
 void WorkerPool::async(std::function<void()> job) {
@@ -52,7 +52,7 @@ void WorkerPool::run() {
     std::unique_lock guard(lock_);
     while (true) {
         wake_.wait(guard, [this] { return ending_ || !jobs_.empty(); });
-        if (ending_) return;
+        if (ending_) { return; }
         auto job = std::move(jobs_.front());
         jobs_.pop_front();
         ++running_;
@@ -61,7 +61,7 @@ void WorkerPool::run() {
         job = nullptr;  // before anyone counts it as done
         guard.lock();
         --running_;
-        if (isIdle()) idle_.notify_all();
+        if (isIdle()) { idle_.notify_all(); }
     }
 }
 

@@ -19,7 +19,7 @@ using nlohmann::ordered_json;
 template <typename T>
 void read(const json& record, const char* key, T& field) {
     const auto entry = record.find(key);
-    if (entry == record.end()) return;
+    if (entry == record.end()) { return; }
     try {
         field = entry->template get<T>();
     } catch (const json::exception&) {
@@ -30,7 +30,7 @@ void read(const json& record, const char* key, T& field) {
 void readProfiles(const json& record, std::vector<OutputProfile>& profiles) {
     std::vector<OutputProfile> stored;
     read(record, "profiles", stored);
-    if (!stored.empty()) profiles = std::move(stored);
+    if (!stored.empty()) { profiles = std::move(stored); }
 }
 
 void readActiveProfile(const json& record, std::optional<UUID>& id) {
@@ -44,7 +44,7 @@ void requireFinite(const ordered_json& value) {
     if (value.is_number_float() && !std::isfinite(value.get<double>())) {
         throw Error("A setting isn't a finite number");
     }
-    if (value.is_structured()) std::for_each(value.begin(), value.end(), requireFinite);
+    if (value.is_structured()) { std::for_each(value.begin(), value.end(), requireFinite); }
 }
 
 }  // namespace
@@ -61,7 +61,7 @@ std::string AppSettings::defaultPullsFolder() {
 
 std::optional<AppSettings> AppSettings::decode(const std::string& text) {
     const json record = json::parse(text, nullptr, /*allow_exceptions=*/false);
-    if (!record.is_object()) return std::nullopt;
+    if (!record.is_object()) { return std::nullopt; }
     AppSettings settings;
     readProfiles(record, settings.profiles);
     readActiveProfile(record, settings.activeProfileID);
@@ -81,7 +81,7 @@ std::optional<AppSettings> AppSettings::decode(const std::string& text) {
 std::string AppSettings::encode() const {
     ordered_json record;
     record["profiles"] = json(profiles);
-    if (activeProfileID) record["activeProfileID"] = activeProfileID->string();
+    if (activeProfileID) { record["activeProfileID"] = activeProfileID->string(); }
     record["autoPlay"] = autoPlay;
     record["finderPanel"] = finderPanel;
     record["spacePlaysInFinder"] = spacePlaysInFinder;

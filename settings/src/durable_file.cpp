@@ -20,17 +20,17 @@ constexpr mode_t permissionBits = 0777;
 
 void makeFolders(const std::filesystem::path& folder) {
     std::error_code ignored;
-    if (folder.empty() || std::filesystem::exists(folder, ignored)) return;
-    if (folder.has_relative_path()) makeFolders(folder.parent_path());
+    if (folder.empty() || std::filesystem::exists(folder, ignored)) { return; }
+    if (folder.has_relative_path()) { makeFolders(folder.parent_path()); }
     ::mkdir(folder.c_str(), privateFolder);
 }
 
 bool writeAll(int descriptor, std::string_view text) {
     while (!text.empty()) {
         const ssize_t written = ::write(descriptor, text.data(), text.size());
-        if (written < 0 && errno == EINTR) continue;
-        if (written <= 0) return false;
-        text.remove_prefix(static_cast<size_t>(written));
+        if (written < 0 && errno == EINTR) { continue; }
+        if (written <= 0) { return false; }
+        text.remove_prefix(size_t(written));
     }
     return true;
 }
@@ -40,13 +40,12 @@ bool writeAll(int descriptor, std::string_view text) {
 LockedFolder::LockedFolder(const std::filesystem::path& folder) {
     makeFolders(folder);
     descriptor_ = ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (descriptor_ < 0) return;
-    while (::flock(descriptor_, LOCK_EX) != 0 && errno == EINTR) {
-    }
+    if (descriptor_ < 0) { return; }
+    while (::flock(descriptor_, LOCK_EX) != 0 && errno == EINTR) {}
 }
 
 LockedFolder::~LockedFolder() {
-    if (descriptor_ >= 0) ::close(descriptor_);
+    if (descriptor_ >= 0) { ::close(descriptor_); }
 }
 
 bool LockedFolder::rename(const std::string& from, const std::string& to) const {
@@ -56,7 +55,7 @@ bool LockedFolder::rename(const std::string& from, const std::string& to) const 
 bool LockedFolder::writeSynced(const std::string& name, const std::string& text, unsigned mode) const {
     const int flags = O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC;
     const int file = ::openat(descriptor_, name.c_str(), flags, privateFile);
-    if (file < 0) return false;
+    if (file < 0) { return false; }
     const bool written = ::fchmod(file, mode) == 0 && writeAll(file, text) && ::fsync(file) == 0;
     return ::close(file) == 0 && written;
 }

@@ -31,37 +31,37 @@ OutputProfile makeProfile(std::string name, OutputProfile::Kind kind, LayoutID l
 
 // The library's own conversion would cut fractions, wrap large numbers and take booleans for numbers.
 int integer(const json& value) {
-    if (!value.is_number()) refuse(value, "an integer");
+    if (!value.is_number()) { refuse(value, "an integer"); }
     const double number = value.get<double>();
     if (number != std::trunc(number) || std::abs(number) > std::numeric_limits<int>::max()) {
         refuse(value, "an integer of 32 bits");
     }
-    return static_cast<int>(number);
+    return int(number);
 }
 
 std::vector<int> integers(const json& value) {
-    if (!value.is_array()) refuse(value, "a list of integers");
+    if (!value.is_array()) { refuse(value, "a list of integers"); }
     std::vector<int> list;
-    for (const json& entry : value) list.push_back(integer(entry));
+    for (const json& entry : value) { list.push_back(integer(entry)); }
     return list;
 }
 
 UUID identity(const json& value) {
     const std::optional<UUID> id = UUID::parse(value.get<std::string>());
-    if (!id) refuse(value, "a UUID");
+    if (!id) { refuse(value, "a UUID"); }
     return *id;
 }
 
 OutputProfile::Kind kindOf(const json& value) {
     for (const auto kind : {OutputProfile::Kind::speakers, OutputProfile::Kind::headphones}) {
-        if (value.get<std::string>() == rawValue(kind)) return kind;
+        if (value.get<std::string>() == rawValue(kind)) { return kind; }
     }
     refuse(value, "speakers or headphones");
 }
 
 LayoutID layoutOf(const json& value) {
     const std::optional<LayoutID> layout = layoutFromRaw(value.get<std::string>());
-    if (!layout) refuse(value, "a speaker layout");
+    if (!layout) { refuse(value, "a speaker layout"); }
     return *layout;
 }
 
@@ -90,7 +90,7 @@ void to_json(json& out, const OutputProfile& profile) {
            {"trimsDB", profile.trimsDB},
            {"headphoneLeft", profile.headphoneLeft},
            {"headphoneRight", profile.headphoneRight}};
-    if (profile.deviceUID) out["deviceUID"] = *profile.deviceUID;
+    if (profile.deviceUID) { out["deviceUID"] = *profile.deviceUID; }
 }
 
 void from_json(const json& in, OutputProfile& profile) {

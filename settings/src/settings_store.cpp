@@ -21,7 +21,7 @@ AppSettings load(const UserDefaults& defaults) {
 SettingsStore::SettingsStore(UserDefaults& defaults) : defaults_(defaults), value_(load(defaults)) {}
 
 void SettingsStore::setValue(const AppSettings& next) {
-    if (next == value_) return;
+    if (next == value_) { return; }
     const AppSettings before = std::exchange(value_, next);
     try {
         defaults_.set(storageKey, next.encode());

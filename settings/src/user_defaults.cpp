@@ -24,11 +24,11 @@ struct Stored {
 
 Stored readFile(const fs::path& file) {
     std::error_code error;
-    if (!fs::exists(file, error) && !error) return {};
+    if (!fs::exists(file, error) && !error) { return {}; }
     std::ifstream stream(file, std::ios::binary);
     const std::string text{std::istreambuf_iterator<char>(stream), {}};
     json values = json::parse(text, nullptr, /*allow_exceptions=*/false);
-    if (!values.is_object()) return {json::object(), true};
+    if (!values.is_object()) { return {json::object(), true}; }
     return {std::move(values), false};
 }
 
@@ -52,7 +52,7 @@ bool isText(const std::string& value) {
 FileDefaults::FileDefaults(fs::path file) : file_(std::move(file)) {
     const Stored stored = readFile(file_);
     for (const auto& [key, value] : stored.values.items()) {
-        if (value.is_string()) values_[key] = value.get<std::string>();
+        if (value.is_string()) { values_[key] = value.get<std::string>(); }
     }
 }
 
@@ -68,7 +68,7 @@ std::optional<std::string> FileDefaults::data(const std::string& key) const {
 }
 
 void FileDefaults::set(const std::string& key, const std::string& value) {
-    if (!isText(key) || !isText(value)) return;
+    if (!isText(key) || !isText(value)) { return; }
     values_[key] = value;
     unstored_.insert(key);
     store();
@@ -77,13 +77,13 @@ void FileDefaults::set(const std::string& key, const std::string& value) {
 void FileDefaults::store() {
     const fs::path file = behindLinks(file_);
     const LockedFolder folder(file.parent_path());
-    if (!folder.isOpen()) return;
+    if (!folder.isOpen()) { return; }
     // Another process may have stored keys of its own since we looked.
     Stored stored = readFile(file);
-    for (const std::string& key : unstored_) stored.values[key] = values_.at(key);
+    for (const std::string& key : unstored_) { stored.values[key] = values_.at(key); }
     const std::string name = file.filename();
-    if (stored.unreadable && !folder.rename(name, name + ".unreadable")) return;
-    if (folder.replace(name, stored.values.dump(2) + "\n")) unstored_.clear();
+    if (stored.unreadable && !folder.rename(name, name + ".unreadable")) { return; }
+    if (folder.replace(name, stored.values.dump(2) + "\n")) { unstored_.clear(); }
 }
 
 std::optional<std::string> MemoryDefaults::data(const std::string& key) const {

@@ -17,7 +17,7 @@ UUID UUID::random() {
 
 std::optional<UUID> UUID::parse(const std::string& text) {
     UUID id;
-    if (text.size() != textLength || uuid_parse(text.c_str(), id.bytes.data()) != 0) return std::nullopt;
+    if (text.size() != textLength || uuid_parse(text.c_str(), id.bytes.data()) != 0) { return std::nullopt; }
     return id;
 }
 

@@ -22,7 +22,7 @@ public:
         std::vector<double> row = sh(order_, Mat3::transposeApply(rotation_, direction.unitVector()));
         for (size_t k = 0; k < row.size(); ++k) {
             const int degree = degreeOf(k);
-            row[k] *= scale * weights_[static_cast<size_t>(degree)] * (2 * degree + 1);
+            row[k] *= scale * weights_[size_t(degree)] * (2 * degree + 1);
         }
         return row;
     }
@@ -44,9 +44,9 @@ Grid makeLebedev26() {
         grid.dirs.push_back(normalized(x, y, z));
         grid.weights.push_back(weight);
     };
-    for (const double sign : {1.0, -1.0}) add(sign, 0, 0, 1.0 / 21);
-    for (const double sign : {1.0, -1.0}) add(0, sign, 0, 1.0 / 21);
-    for (const double sign : {1.0, -1.0}) add(0, 0, sign, 1.0 / 21);
+    for (const double sign : {1.0, -1.0}) { add(sign, 0, 0, 1.0 / 21); }
+    for (const double sign : {1.0, -1.0}) { add(0, sign, 0, 1.0 / 21); }
+    for (const double sign : {1.0, -1.0}) { add(0, 0, sign, 1.0 / 21); }
     for (const double a : {-1.0, 1.0}) {
         for (const double b : {-1.0, 1.0}) {
             add(a, b, 0, 4.0 / 105);
@@ -84,7 +84,7 @@ const Grid& lebedev26() {
 
 Matrix samplingDecoder(int order, const std::vector<Direction>& dirs, const std::vector<double>& weights,
                        const Rotation& rotation, bool normalize) {
-    const auto count = static_cast<double>(dirs.size());
+    const auto count = double(dirs.size());
     const double mean = weights.empty() ? 1.0 : std::accumulate(weights.begin(), weights.end(), 0.0) / count;
     const DecoderRows rows(order, rotation);
     Matrix matrix;
@@ -103,8 +103,8 @@ Matrix allradDecoder(int order, const std::vector<Direction>& speakers, const Ro
         const std::vector<double> row = rows.row(direction, 1.0 / virtualDirections);
         const std::vector<double> gains = vbap.gains(direction.unitVector());
         for (size_t s = 0; s < speakers.size(); ++s) {
-            if (gains[s] == 0) continue;
-            for (size_t k = 0; k < row.size(); ++k) matrix[s][k] += gains[s] * row[k];
+            if (gains[s] == 0) { continue; }
+            for (size_t k = 0; k < row.size(); ++k) { matrix[s][k] += gains[s] * row[k]; }
         }
     }
     return energyNormalized(std::move(matrix), order);
@@ -123,7 +123,7 @@ Matrix energyNormalized(Matrix matrix, int order) {
     if (energy > 0) {
         const double scale = 1 / std::sqrt(energy);
         for (std::vector<double>& row : matrix) {
-            for (double& entry : row) entry *= scale;
+            for (double& entry : row) { entry *= scale; }
         }
     }
     return matrix;

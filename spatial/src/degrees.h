@@ -7,12 +7,12 @@
 namespace brindlehum::Ambisonics {
 
 inline size_t componentCount(int order) {
-    return static_cast<size_t>((order + 1) * (order + 1));
+    return size_t((order + 1) * (order + 1));
 }
 
 // Degree l of component k.
 inline int degreeOf(size_t k) {
-    return static_cast<int>(std::sqrt(static_cast<double>(k)) + 1e-9);
+    return int(std::sqrt(double(k)) + 1e-9);
 }
 
 }  // namespace brindlehum::Ambisonics

@@ -15,8 +15,8 @@ constexpr double minus3dB = 0.7071;
 
 std::optional<size_t> indexOf(const SpeakerList& list, SpeakerID speaker) {
     const auto found = std::find(list.begin(), list.end(), speaker);
-    if (found == list.end()) return std::nullopt;
-    return static_cast<size_t>(found - list.begin());
+    if (found == list.end()) { return std::nullopt; }
+    return size_t(found - list.begin());
 }
 
 // A target and the rows that matter to it.
@@ -44,7 +44,7 @@ void routeMono(const Target& target, bool monoToCenter, Matrix& m) {
 
 // Both sides of the pair add up in a target of one speaker.
 void routeStereo(const Target& target, ListenMode listen, Matrix& m) {
-    if (m.empty()) return;
+    if (m.empty()) { return; }
     const auto monitored = matrix(listen);
     const size_t rowL = target.left.value_or(0);
     const size_t rowR = target.right.value_or(m.size() > 1 ? 1 : 0);
@@ -60,23 +60,23 @@ void routeSpeaker(const SpeakerList& source, size_t channel, const Target& targe
         m[*same][channel] = 1;
         return;
     }
-    if (speaker == LFE) return;
+    if (speaker == LFE) { return; }
     const Direction d = direction(speaker, source);
     if (target.isPair()) {
         const auto [l, r] = stereoGains(d);
         m[*target.left][channel] = l;
         m[*target.right][channel] = r;
     } else if (const auto row = nearest(d, target.speakers)) {
-        m[static_cast<size_t>(*row)][channel] = 1;
+        m[size_t(*row)][channel] = 1;
     }
 }
 
 void routeSpeakers(const SpeakerList& source, int channels, const Target& target, ListenMode listen, bool monoToCenter,
                    Matrix& m) {
-    if (source == SpeakerList{C} && channels == 1) return routeMono(target, monoToCenter, m);
-    if (source == SpeakerList{L, R} && channels == 2) return routeStereo(target, listen, m);
-    const size_t count = std::min(source.size(), static_cast<size_t>(channels));
-    for (size_t i = 0; i < count; ++i) routeSpeaker(source, i, target, m);
+    if (source == SpeakerList{C} && channels == 1) { return routeMono(target, monoToCenter, m); }
+    if (source == SpeakerList{L, R} && channels == 2) { return routeStereo(target, listen, m); }
+    const size_t count = std::min(source.size(), size_t(channels));
+    for (size_t i = 0; i < count; ++i) { routeSpeaker(source, i, target, m); }
 }
 
 // Row of a decoder times the conversion from the file's channels, cut or padded with zeros to `channels`.
@@ -84,7 +84,7 @@ std::vector<double> convertedRow(const std::vector<double>& row, const Matrix& c
     std::vector<double> out(channels, 0.0);
     const size_t inner = std::min(row.size(), conversion.size());
     for (size_t c = 0; c < std::min(channels, conversion.size()); ++c) {
-        for (size_t k = 0; k < inner; ++k) out[c] += row[k] * conversion[k][c];
+        for (size_t k = 0; k < inner; ++k) { out[c] += row[k] * conversion[k][c]; }
     }
     return out;
 }
@@ -118,16 +118,14 @@ void routeAmbisonic(const Ambisonic& source, const Target& target, const Rotatio
     } else {
         std::vector<Direction> directions;
         for (size_t i = 0; i < target.speakers.size(); ++i) {
-            if (target.speakers[i] == LFE) continue;
+            if (target.speakers[i] == LFE) { continue; }
             rows.push_back(i);
             directions.push_back(direction(target.speakers[i], target.speakers));
         }
         decoder = Ambisonics::allradDecoder(source.order, directions, rotation);
     }
     const Matrix conversion = Ambisonics::toSN3D(source.order, source.norm);
-    for (size_t i = 0; i < rows.size(); ++i) {
-        m[rows[i]] = convertedRow(decoder[i], conversion, m[rows[i]].size());
-    }
+    for (size_t i = 0; i < rows.size(); ++i) { m[rows[i]] = convertedRow(decoder[i], conversion, m[rows[i]].size()); }
 }
 
 }  // namespace
@@ -147,10 +145,10 @@ std::optional<int> nearest(const Direction& direction, const SpeakerList& in) {
     std::optional<int> best;
     double bestAngle = 0;
     for (size_t i = 0; i < in.size(); ++i) {
-        if (in[i] == LFE) continue;
+        if (in[i] == LFE) { continue; }
         const double angle = direction.angle(brindlehum::direction(in[i], in));
-        if (best && angle >= bestAngle) continue;
-        best = static_cast<int>(i);
+        if (best && angle >= bestAngle) { continue; }
+        best = int(i);
         bestAngle = angle;
     }
     return best;
@@ -158,27 +156,27 @@ std::optional<int> nearest(const Direction& direction, const SpeakerList& in) {
 
 Matrix layoutMatrix(const SourceFormat& source, int channels, const SpeakerList& target, ListenMode listen,
                     const Rotation& rotation, bool monoToCenter) {
-    Matrix m(target.size(), std::vector<double>(static_cast<size_t>(channels), 0.0));
+    Matrix m(target.size(), std::vector<double>(size_t(channels), 0.0));
     const Target rows(target);
     if (const SpeakerList* list = source.asSpeakers()) {
         routeSpeakers(*list, channels, rows, listen, monoToCenter, m);
     } else if (const Ambisonic* ambisonic = source.asAmbisonic()) {
         routeAmbisonic(*ambisonic, rows, rotation, m);
     } else {
-        for (size_t i = 0; i < std::min(m.size(), static_cast<size_t>(channels)); ++i) m[i][i] = 1;
+        for (size_t i = 0; i < std::min(m.size(), size_t(channels)); ++i) { m[i][i] = 1; }
     }
     return m;
 }
 
 BinauralMatrix binauralMatrix(const SourceFormat& source, int channels, const Rotation& rotation) {
     BinauralMatrix out;
-    const auto width = static_cast<size_t>(channels);
+    const auto width = size_t(channels);
     if (const SpeakerList* list = source.asSpeakers()) {
         out.matrix.assign(list->size(), std::vector<double>(width, 0.0));
         for (size_t i = 0; i < list->size(); ++i) {
             out.dirs.push_back(direction((*list)[i], *list));
             // The LFE sounds as a frontal speaker at half gain.
-            if (i < width) out.matrix[i][i] = (*list)[i] == LFE ? 0.5 : 1.0;
+            if (i < width) { out.matrix[i][i] = (*list)[i] == LFE ? 0.5 : 1.0; }
         }
     } else if (const Ambisonic* ambisonic = source.asAmbisonic()) {
         out.dirs = Ambisonics::lebedev26().dirs;

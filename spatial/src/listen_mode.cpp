@@ -21,7 +21,7 @@ std::string_view rawValue(ListenMode mode) {
 
 std::optional<ListenMode> listenModeFromRaw(std::string_view raw) {
     for (const ListenMode mode : allListenModes) {
-        if (rawValue(mode) == raw) return mode;
+        if (rawValue(mode) == raw) { return mode; }
     }
     return std::nullopt;
 }

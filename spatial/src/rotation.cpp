@@ -9,14 +9,14 @@ namespace brindlehum {
 Mat3x3 Mat3::mul(const Mat3x3& a, const Mat3x3& b) {
     Mat3x3 out{};
     for (size_t r = 0; r < 3; ++r) {
-        for (size_t c = 0; c < 3; ++c) out[r][c] = a[r][0] * b[0][c] + a[r][1] * b[1][c] + a[r][2] * b[2][c];
+        for (size_t c = 0; c < 3; ++c) { out[r][c] = a[r][0] * b[0][c] + a[r][1] * b[1][c] + a[r][2] * b[2][c]; }
     }
     return out;
 }
 
 Vec3 Mat3::transposeApply(const Mat3x3& m, const Vec3& v) {
     Vec3 out{};
-    for (size_t c = 0; c < 3; ++c) out[c] = m[0][c] * v[0] + m[1][c] * v[1] + m[2][c] * v[2];
+    for (size_t c = 0; c < 3; ++c) { out[c] = m[0][c] * v[0] + m[1][c] * v[1] + m[2][c] * v[2]; }
     return out;
 }
 

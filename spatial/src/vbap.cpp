@@ -21,26 +21,26 @@ Vec3 scaled(const Vec3& v, double factor) {
 
 // The triangle of points i, j, k when it is a face of the hull whose plane misses the centre.
 std::optional<VBAP::Triangle> hullTriangle(const std::vector<Vec3>& points, int i, int j, int k) {
-    const Vec3& a = points[static_cast<size_t>(i)];
-    const Vec3& b = points[static_cast<size_t>(j)];
-    const Vec3& c = points[static_cast<size_t>(k)];
+    const Vec3& a = points[size_t(i)];
+    const Vec3& b = points[size_t(j)];
+    const Vec3& c = points[size_t(k)];
     const Vec3 normal = cross({b[0] - a[0], b[1] - a[1], b[2] - a[2]}, {c[0] - a[0], c[1] - a[1], c[2] - a[2]});
-    if (dot(normal, normal) < 1e-12) return std::nullopt;
+    if (dot(normal, normal) < 1e-12) { return std::nullopt; }
     const double distance = dot(normal, a);
-    if (std::abs(distance) < 1e-9) return std::nullopt;
+    if (std::abs(distance) < 1e-9) { return std::nullopt; }
 
     bool above = false;
     bool below = false;
-    for (int m = 0; m < static_cast<int>(points.size()); ++m) {
-        if (m == i || m == j || m == k) continue;
-        const double side = dot(normal, points[static_cast<size_t>(m)]) - distance;
+    for (int m = 0; m < int(points.size()); ++m) {
+        if (m == i || m == j || m == k) { continue; }
+        const double side = dot(normal, points[size_t(m)]) - distance;
         above = above || side > 1e-9;
         below = below || side < -1e-9;
     }
-    if (above && below) return std::nullopt;
+    if (above && below) { return std::nullopt; }
 
     const double det = dot(a, cross(b, c));
-    if (std::abs(det) < 1e-9) return std::nullopt;
+    if (std::abs(det) < 1e-9) { return std::nullopt; }
     return VBAP::Triangle{{i, j, k},
                           {scaled(cross(b, c), 1 / det), scaled(cross(c, a), 1 / det), scaled(cross(a, b), 1 / det)}};
 }
@@ -50,43 +50,43 @@ std::optional<Vec3> triangleGains(const VBAP::Triangle& triangle, const Vec3& v)
     constexpr double edge = -1e-6;
     Vec3 g = {dot(v, triangle.inverse[0]), dot(v, triangle.inverse[1]), dot(v, triangle.inverse[2])};
     const double energy = dot(g, g);
-    if (g[0] < edge || g[1] < edge || g[2] < edge || energy <= 0) return std::nullopt;
-    for (double& gain : g) gain = std::max(gain / std::sqrt(energy), 0.0);
+    if (g[0] < edge || g[1] < edge || g[2] < edge || energy <= 0) { return std::nullopt; }
+    for (double& gain : g) { gain = std::max(gain / std::sqrt(energy), 0.0); }
     return g;
 }
 
 }  // namespace
 
-VBAP::VBAP(const std::vector<Direction>& directions) : speakers(static_cast<int>(directions.size())) {
-    for (const Direction& direction : directions) points.push_back(direction.unitVector());
-    bottom = static_cast<int>(points.size());
+VBAP::VBAP(const std::vector<Direction>& directions) : speakers(int(directions.size())) {
+    for (const Direction& direction : directions) { points.push_back(direction.unitVector()); }
+    bottom = int(points.size());
     points.push_back({0, 0, -1});
     if (std::none_of(directions.begin(), directions.end(), [](const Direction& d) { return d.el > 30; })) {
-        top = static_cast<int>(points.size());
+        top = int(points.size());
         points.push_back({0, 0, 1});
     }
-    const int count = static_cast<int>(points.size());
+    const int count = int(points.size());
     for (int i = 0; i < count; ++i) {
         for (int j = i + 1; j < count; ++j) {
             for (int k = j + 1; k < count; ++k) {
-                if (auto triangle = hullTriangle(points, i, j, k)) triangles.push_back(*triangle);
+                if (auto triangle = hullTriangle(points, i, j, k)) { triangles.push_back(*triangle); }
             }
         }
     }
 }
 
 std::vector<double> VBAP::gains(const Vec3& v) const {
-    std::vector<double> out(static_cast<size_t>(speakers), 0.0);
+    std::vector<double> out(size_t(speakers), 0.0);
     for (const Triangle& triangle : triangles) {
         const std::optional<Vec3> g = triangleGains(triangle, v);
-        if (!g) continue;
+        if (!g) { continue; }
         for (size_t corner = 0; corner < 3; ++corner) {
             const int point = triangle.points[corner];
             const double gain = (*g)[corner];
             if (point < speakers) {
-                out[static_cast<size_t>(point)] += gain;
+                out[size_t(point)] += gain;
             } else if (top == point) {
-                for (double& speaker : out) speaker += gain / std::sqrt(static_cast<double>(speakers));
+                for (double& speaker : out) { speaker += gain / std::sqrt(double(speakers)); }
             }
         }
         return out;
@@ -94,7 +94,7 @@ std::vector<double> VBAP::gains(const Vec3& v) const {
     const auto real = points.begin() + speakers;
     const auto nearest =
         std::max_element(points.begin(), real, [&v](const Vec3& a, const Vec3& b) { return dot(a, v) < dot(b, v); });
-    if (nearest != real) out[static_cast<size_t>(nearest - points.begin())] = 1;
+    if (nearest != real) { out[size_t(nearest - points.begin())] = 1; }
     return out;
 }
 

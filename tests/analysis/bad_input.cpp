@@ -39,12 +39,12 @@ std::vector<Bad> badSignals() {
         {"noise with holes", test::noise(length, 3), true},
     };
     out[10].x[length / 2] = 1;
-    for (size_t i = 0; i < length; i += 997) out[11].x[i] = i % 2 == 0 ? nan : -inf;
+    for (size_t i = 0; i < length; i += 997) { out[11].x[i] = i % 2 == 0 ? nan : -inf; }
     return out;
 }
 
 void expectFinite(const std::vector<double>& values, const std::string& what) {
-    for (const double value : values) ASSERT_TRUE(std::isfinite(value)) << what;
+    for (const double value : values) { ASSERT_TRUE(std::isfinite(value)) << what; }
 }
 
 TEST(BadInput, EveryStageStaysFinite) {
@@ -64,7 +64,7 @@ TEST(BadInput, EveryStageStaysFinite) {
             }
         }
         const SpectralFrames frames(bad.x);
-        for (const auto& row : frames.bands) expectFinite({row.begin(), row.end()}, bad.what);
+        for (const auto& row : frames.bands) { expectFinite({row.begin(), row.end()}, bad.what); }
         const KeyResult key = KeyAnalyzer::analyze(frames, 120, 1);
         expectFinite({key.bands.begin(), key.bands.end()}, bad.what);
         expectFinite({key.confidence}, bad.what);

@@ -64,7 +64,7 @@ TEST(GridAccuracy, IsWhatTheCombAllows) {
             const MusicGrid grid = GridBuilder::build(*tempo, x, row.length);
             EXPECT_TRUE(grid.steady) << row.what << ", " << bpm;
             EXPECT_NEAR(grid.bpm / bpm, 1, 0.045 / row.length) << row.what << ", " << bpm;
-            if (grid.steady) add(tally, grid, beats);
+            if (grid.steady) { add(tally, grid, beats); }
         }
         const double share = double(tally.within5) / tally.beats;
         const double middle = tally.middles / tally.steady;

@@ -59,7 +59,7 @@ TEST(Loudness, MeetsTheComplianceCasesForIntegratedLoudness) {
 // Case 6: 5.0, each channel with its own level.
 TEST(Loudness, MeetsTheComplianceCaseForFiveChannels) {
     Planes x;
-    for (const double db : {-28.0, -28.0, -24.0, -30.0, -30.0}) x.push_back(steppedSine({{20, db}}, 48000, 1)[0]);
+    for (const double db : {-28.0, -28.0, -24.0, -30.0, -30.0}) { x.push_back(steppedSine({{20, db}}, 48000, 1)[0]); }
     const auto five = SourceFormat::speakers({S::L, S::R, S::C, S::Ls, S::Rs});
     EXPECT_NEAR(Loudness::measure(x, 48000, five).integrated, -23, 0.1);
 }
@@ -125,7 +125,7 @@ Theirs libebur128(const Planes& x, double rate) {
     double value = 0;
     for (size_t at = 0; at + block <= x[0].size(); at += block) {
         for (size_t i = 0; i < block; ++i) {
-            for (size_t c = 0; c < x.size(); ++c) interleaved[i * x.size() + c] = x[c][at + i];
+            for (size_t c = 0; c < x.size(); ++c) { interleaved[i * x.size() + c] = x[c][at + i]; }
         }
         ebur128_add_frames_float(state.get(), interleaved.data(), block);
         ebur128_loudness_momentary(state.get(), &value);
@@ -209,7 +209,7 @@ TEST(Loudness, WeighsChannelsBySpeaker) {
 TEST(Loudness, MeasuresAmbisonicsOnW) {
     Planes x = programme(4, 48000, 16);
     const auto w = Loudness::measure({x[0]}, 48000, std::nullopt);
-    for (float& sample : x[5]) sample *= 20;
+    for (float& sample : x[5]) { sample *= 20; }
     const auto got = Loudness::measure(x, 48000, SourceFormat::ambisonic(3, AmbiNorm::sn3d));
     EXPECT_EQ(got.note, "Ambisonics: measured on W (omni)");
     EXPECT_EQ(got.integrated, w.integrated);
@@ -227,7 +227,7 @@ float plainTruePeak(const std::vector<float>& x) {
                 const double turn = 2 * std::numbers::pi * (p + 4 * k) / 191;
                 const double tap = std::sin(at) / at * (0.42 - 0.5 * std::cos(turn) + 0.08 * std::cos(2 * turn));
                 const auto i = ptrdiff_t(n) + k - 48;
-                if (i >= 0 && i < ptrdiff_t(x.size())) sum += float(tap) * double(x[size_t(i)]);
+                if (i >= 0 && i < ptrdiff_t(x.size())) { sum += float(tap) * double(x[size_t(i)]); }
             }
             peak = std::max(peak, std::abs(sum));
         }
@@ -239,7 +239,7 @@ TEST(Loudness, TruePeakEqualsThePlainConvolution) {
     for (const size_t count : {1U, 2U, 47U, 48U, 49U, 95U, 96U, 97U, 300U, 1000U}) {
         auto x = test::noise(count, uint32_t(count));
         // Most blocks quiet, so that skipping them is put to the test; the first, middle or last sample may lead.
-        for (size_t i = 0; i < count; ++i) x[i] *= i % 200 < 150 ? 0.3F : 1.0F;
+        for (size_t i = 0; i < count; ++i) { x[i] *= i % 200 < 150 ? 0.3F : 1.0F; }
         for (const size_t loud : {size_t{0}, count / 2, count - 1}) {
             auto y = x;
             y[loud] = 1.2F;
@@ -269,7 +269,7 @@ TEST(Loudness, KernelVersionsAgreeWithThePlainFilter) {
             }
         }
         double sum = 0;
-        for (const float v : y) sum += double(v) * double(v);
+        for (const float v : y) { sum += double(v) * double(v); }
         want.push_back(sum);
     }
     for (const auto* kernels : {&Loudness::plainKernels(), &Loudness::fastestKernels()}) {
@@ -281,11 +281,13 @@ TEST(Loudness, KernelVersionsAgreeWithThePlainFilter) {
             run(planes, 0, 1, shelf, highPass, state, sums);
             run(planes, 1, 7001, shelf, highPass, state, sums);
             run(planes, 7002, int64_t(x[0].size()) - 7002, shelf, highPass, state, sums);
-            for (int c = 0; c < lanes; ++c) EXPECT_NEAR(sums[c] / want[size_t(c)], 1, 1e-9) << lanes << " lanes, " << c;
+            for (int c = 0; c < lanes; ++c) {
+                EXPECT_NEAR(sums[c] / want[size_t(c)], 1, 1e-9) << lanes << " lanes, " << c;
+            }
         }
         for (const int64_t count : {0, 1, 7, 8, 9, 100}) {
             float most = 0;
-            for (int64_t i = 0; i < count; ++i) most = std::max(most, std::abs(x[1][size_t(i)]));
+            for (int64_t i = 0; i < count; ++i) { most = std::max(most, std::abs(x[1][size_t(i)])); }
             EXPECT_EQ(kernels->largest(x[1].data(), count), most) << count;
         }
     }

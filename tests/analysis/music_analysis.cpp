@@ -43,7 +43,7 @@ TEST(MusicAnalysis, AssemblesAllStages) {
     });
     ASSERT_EQ(got.status, Status::done);
     ASSERT_EQ(stages.size(), size_t(analysisStageCount));
-    for (size_t i = 0; i < stages.size(); ++i) EXPECT_EQ(stages[i], AnalysisStage(i));
+    for (size_t i = 0; i < stages.size(); ++i) { EXPECT_EQ(stages[i], AnalysisStage(i)); }
     const MusicAnalysis& a = *got.analysis;
     EXPECT_EQ(a.seconds, 24);
     EXPECT_EQ(a.mono22k.size(), size_t(24 * test::rate));
@@ -87,7 +87,7 @@ TEST(MusicAnalysis, NeedsMoreThanASecondAndAPulse) {
 TEST(MusicAnalysis, SurvivesOddFiles) {
     const float nan = std::numeric_limits<float>::quiet_NaN();
     Planes holes = piece();
-    for (size_t i = 0; i < holes[0].size(); i += 5000) holes[i / 5000 % 2][i] = nan;
+    for (size_t i = 0; i < holes[0].size(); i += 5000) { holes[i / 5000 % 2][i] = nan; }
     for (const auto& [channels, rate] : {std::pair{holes, 22050.0},
                                          {Planes(64, piece()[0]), 22050.0},
                                          {piece(), 8000.0},
@@ -98,11 +98,11 @@ TEST(MusicAnalysis, SurvivesOddFiles) {
         const auto what = std::to_string(channels.size()) + " channels at " + std::to_string(int(rate));
         ASSERT_EQ(got.status, Status::done) << what;
         const MusicAnalysis& a = *got.analysis;
-        for (const float x : a.mono22k) ASSERT_TRUE(std::isfinite(x)) << what;
+        for (const float x : a.mono22k) { ASSERT_TRUE(std::isfinite(x)) << what; }
         for (const double x : {a.grid.bpm, a.tempo.score, a.key.confidence, a.loudness.integrated}) {
             EXPECT_TRUE(std::isfinite(x)) << what;
         }
-        for (const double x : a.structure.similarity.values) ASSERT_TRUE(std::isfinite(x)) << what;
+        for (const double x : a.structure.similarity.values) { ASSERT_TRUE(std::isfinite(x)) << what; }
         EXPECT_LT(a.structure.pins.musicEnd, int(a.grid.boundaries().size())) << what;
     }
 }

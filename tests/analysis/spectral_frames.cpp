@@ -32,16 +32,16 @@ TEST(SpectralFrames, FoldsThePlainTransform) {
         std::complex<double> sum;
         const auto turn = std::polar(1.0, -2 * std::numbers::pi * k / 4096);
         std::complex<double> phase = 1;
-        for (size_t i = 0; i < 4096; ++i, phase *= turn) sum += double(x[i]) * double(window[i]) * phase;
+        for (size_t i = 0; i < 4096; ++i, phase *= turn) { sum += double(x[i]) * double(window[i]) * phase; }
         const double hz = k * 5.38330078125;
         if (hz >= 65 && hz <= 4000) {
             chroma[size_t(std::lround(12 * std::log2(hz / 440) + 69) % 12)] += std::abs(sum);
         }
         static constexpr double tops[] = {60, 250, 500, 2000, 4000, 6000, 11025};
-        if (hz >= 20) bands[size_t(std::lower_bound(tops, tops + 7, hz) - tops)] += std::abs(sum);
+        if (hz >= 20) { bands[size_t(std::lower_bound(tops, tops + 7, hz) - tops)] += std::abs(sum); }
     }
-    for (size_t i = 0; i < 12; ++i) EXPECT_NEAR(made.chroma[0][i] / chroma[i], 1, 1e-5) << "class " << i;
-    for (size_t i = 0; i < 7; ++i) EXPECT_NEAR(made.bands[0][i] / bands[i], 1, 1e-5) << "band " << i;
+    for (size_t i = 0; i < 12; ++i) { EXPECT_NEAR(made.chroma[0][i] / chroma[i], 1, 1e-5) << "class " << i; }
+    for (size_t i = 0; i < 7; ++i) { EXPECT_NEAR(made.bands[0][i] / bands[i], 1, 1e-5) << "band " << i; }
     EXPECT_EQ(made.rms[0], Signal::rms(x, 0, 4096));
 }
 
@@ -68,7 +68,7 @@ TEST(KeyAnalyzer, NamesTheKeyOfACadence) {
                                                           {base + 7, base + 11, base + 14},
                                                           {base, base + third, base + 7, base + 12},
                                                           {base, base + third, base + 7, base + 12}};
-            for (size_t i = 0; i < chords.size(); ++i) test::addChord(x, double(i), double(i) + 1, chords[i], 0.1);
+            for (size_t i = 0; i < chords.size(); ++i) { test::addChord(x, double(i), double(i) + 1, chords[i], 0.1); }
             const KeyResult key = KeyAnalyzer::analyze(SpectralFrames(x), 120, 0.5);
             EXPECT_EQ(key.tonic, names[tonic]) << (minor ? "minor" : "major");
             EXPECT_EQ(key.mode, minor ? "minor" : "major") << names[tonic];
@@ -94,7 +94,7 @@ TEST(KeyAnalyzer, SilenceIsCMajorAndDark) {
         EXPECT_EQ(key.confidence, 0);
         EXPECT_EQ(key.spectralTags, Words{"dark"});
         EXPECT_TRUE(key.moodTags.empty());
-        for (const double band : key.bands) EXPECT_EQ(band, 0);
+        for (const double band : key.bands) { EXPECT_EQ(band, 0); }
     }
     // All classes alike: every correlation is 0, and the first key keeps the tie.
     const KeyResult flat = KeyAnalyzer::analyze(framesOf({1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1}, {}), 120, 0);

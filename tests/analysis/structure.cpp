@@ -21,7 +21,7 @@ struct Bars {
     explicit Bars(const std::vector<double>& levels) {
         for (size_t bar = 0; bar < levels.size(); ++bar) {
             bounds.push_back(double(bar));
-            for (int i = 0; i < 22050; ++i) x.push_back(float(i % 2 == 0 ? levels[bar] : -levels[bar]));
+            for (int i = 0; i < 22050; ++i) { x.push_back(float(i % 2 == 0 ? levels[bar] : -levels[bar])); }
         }
         bounds.push_back(double(levels.size()));
     }
@@ -83,7 +83,7 @@ TEST(Similarity, IsTheWeightedSumOfChromaBandsAndLevel) {
     EXPECT_NEAR(sim.at(0, 1), 0.15, 1e-6) << "only the level is shared";
     EXPECT_NEAR(sim.at(0, 2), 0.85 + 0.15 * (1 - 6.0206 / 12), 1e-5);
     for (int i = 0; i < 3; ++i) {
-        for (int j = 0; j < 3; ++j) EXPECT_EQ(sim.at(i, j), sim.at(j, i));
+        for (int j = 0; j < 3; ++j) { EXPECT_EQ(sim.at(i, j), sim.at(j, i)); }
     }
     EXPECT_EQ(Structure::similarity({}).size, 0);
     EXPECT_TRUE(Structure::barFeatures(frames, std::vector<double>{1}).empty());
@@ -93,15 +93,13 @@ TEST(Novelty, PeaksWhereTwoBlocksMeet) {
     SimilarityMatrix sim;
     sim.size = 20;
     for (int i = 0; i < 20; ++i) {
-        for (int j = 0; j < 20; ++j) sim.values.push_back((i < 7) == (j < 7) ? 1 : 0.2);
+        for (int j = 0; j < 20; ++j) { sim.values.push_back((i < 7) == (j < 7) ? 1 : 0.2); }
     }
     for (const int half : {2, 4}) {
         const auto novelty = Structure::novelty(sim, half);
         ASSERT_EQ(novelty.size(), 21U);
         EXPECT_EQ(novelty[7], 1);
-        for (size_t i = 0; i < novelty.size(); ++i) {
-            EXPECT_LT(novelty[i], i == 7 ? 1.001 : 0.95) << i;
-        }
+        for (size_t i = 0; i < novelty.size(); ++i) { EXPECT_LT(novelty[i], i == 7 ? 1.001 : 0.95) << i; }
         EXPECT_NEAR(novelty[13], 0, 1e-9) << "nothing changes there";
         EXPECT_EQ(novelty[0], 0);
         EXPECT_EQ(novelty[20], 0);
@@ -115,7 +113,7 @@ TEST(LevelStudy, FindsBodyAndTail) {
         std::vector<float> x;
         for (const auto& [seconds, level] : parts) {
             const auto end = x.size() + size_t(seconds * test::rate);
-            while (x.size() < end) x.push_back(float(x.size() % 2 == 0 ? level : -level));
+            while (x.size() < end) { x.push_back(float(x.size() % 2 == 0 ? level : -level)); }
         }
         return Structure::cook(x, test::rate);
     };
@@ -172,13 +170,13 @@ TEST(LoopCandidates, TellRiskyAndQuietSeams) {
     // 40 dB apart: no level match at all, the same brightness.
     EXPECT_NEAR(at(risky, 8)->score, 0.25 + 0.2 - 0.05, 1e-6);
     EXPECT_THAT(at(risky, 8)->reasons, ElementsAre("8-bar phrase")) << "0.5 is neither clean nor a risk";
-    for (size_t i = 8 * 22050; i < 9 * 22050; ++i) bars.x[i] = 0.004F;
+    for (size_t i = 8 * 22050; i < 9 * 22050; ++i) { bars.x[i] = 0.004F; }
     const auto dull = Structure::loopCandidates(bars.x, test::rate, bars.bounds, bars.profile(), 0);
     EXPECT_THAT(at(dull, 8)->reasons, ElementsAre("8-bar phrase", "audible seam risk"));
     EXPECT_NEAR(at(dull, 8)->score, 0.5 * 0.5 * 0.6 + 0.15, 1e-6) << "quiet sides differ little in brightness";
     const auto quiet = Structure::loopCandidates(bars.x, test::rate, bars.bounds, bars.profile(), 8);
     EXPECT_THAT(at(quiet, 16)->reasons, Not(Contains("quiet at the seam")));
-    for (size_t i = 16 * 22050; i < 17 * 22050; ++i) bars.x[i] *= 0.01F;
+    for (size_t i = 16 * 22050; i < 17 * 22050; ++i) { bars.x[i] *= 0.01F; }
     const auto both = Structure::loopCandidates(bars.x, test::rate, bars.bounds, bars.profile(), 8);
     EXPECT_THAT(at(both, 16)->reasons, Contains("quiet at the seam"));
     EXPECT_NEAR(at(both, 16)->score, 0.5 * 0.95 + 0.15, 1e-6);
@@ -196,7 +194,7 @@ TEST(ExitCandidates, LeadWithTheEndOrTheHit) {
     EXPECT_THAT(at(list, 2)->reasons, ElementsAre("2-bar phrase"));
     // A last bar with a strong first beat, then silence.
     Bars hit(std::vector<double>(17, 0.3));
-    for (size_t i = 16 * 22050; i < hit.x.size(); ++i) hit.x[i] *= i < 16 * 22050 + 5512 ? 3.0F : 0.0F;
+    for (size_t i = 16 * 22050; i < hit.x.size(); ++i) { hit.x[i] *= i < 16 * 22050 + 5512 ? 3.0F : 0.0F; }
     const auto atHit = Structure::exitCandidates(hit.x, test::rate, hit.bounds, hit.profile(), 4);
     EXPECT_EQ(atHit[0].boundary, 16);
     EXPECT_EQ(atHit[0].phraseBars, 16);
@@ -219,7 +217,7 @@ struct Song {
 
 Song makeSong(const std::vector<Section>& sections, bool finalHit, double silentBars = 0) {
     int bars = int(silentBars) + int(finalHit);
-    for (const Section& s : sections) bars += s.bars;
+    for (const Section& s : sections) { bars += s.bars; }
     Song song;
     song.x.assign(size_t(2 * bars * test::rate), 0.0F);
     int bar = int(silentBars);
@@ -228,16 +226,16 @@ Song makeSong(const std::vector<Section>& sections, bool finalHit, double silent
             const double gain = s.level * std::pow(s.endLevel / s.level, double(i) / std::max(s.bars - 1, 1));
             test::addChord(song.x, 2 * bar, 2 * bar + 2, {s.root, s.root + 4, s.root + 7}, gain);
             for (int beat = 0; beat < 4; ++beat) {
-                if (s.drums > 0) test::addTone(song.x, 2 * bar + 0.5 * beat, 3000, s.drums, 0.03);
+                if (s.drums > 0) { test::addTone(song.x, 2 * bar + 0.5 * beat, 3000, s.drums, 0.03); }
             }
         }
     }
-    if (finalHit) test::addTone(song.x, 2 * bar, 130, 0.9, 0.15);
+    if (finalHit) { test::addTone(song.x, 2 * bar, 130, 0.9, 0.15); }
     song.grid.bpm = 120;
     song.grid.steady = true;
     song.grid.duration = 2 * bars;
-    for (int i = 0; i < 4 * bars; ++i) song.grid.beats.push_back(0.5 * i);
-    for (int i = 0; i < bars; ++i) song.grid.downbeats.push_back(2.0 * i);
+    for (int i = 0; i < 4 * bars; ++i) { song.grid.beats.push_back(0.5 * i); }
+    for (int i = 0; i < bars; ++i) { song.grid.downbeats.push_back(2.0 * i); }
     return song;
 }
 

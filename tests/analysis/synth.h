@@ -28,20 +28,20 @@ inline void addTone(std::vector<float>& x, double seconds, double hz, double gai
 // A beat: a bright click, and on the downbeat a bass note that takes 20 ms to speak.
 inline void addBeat(std::vector<float>& x, double seconds, bool downbeat) {
     addTone(x, seconds, 2500, 0.5, 0.02);
-    if (downbeat) addTone(x, seconds, 80, 0.4, 0.06, 0.02);
+    if (downbeat) { addTone(x, seconds, 80, 0.4, 0.06, 0.02); }
 }
 
 // Beat times at a tempo that may change over time: `bpmAt(seconds)`.
 template <class BpmAt>
 std::vector<double> beatTimes(double from, double to, BpmAt bpmAt) {
     std::vector<double> beats;
-    for (double t = from; t < to; t += 60.0 / double(bpmAt(t))) beats.push_back(t);
+    for (double t = from; t < to; t += 60.0 / double(bpmAt(t))) { beats.push_back(t); }
     return beats;
 }
 
 inline std::vector<float> clickTrack(const std::vector<double>& beats, int group, int pickup, double seconds) {
     std::vector<float> x(size_t(seconds * rate), 0.0F);
-    for (size_t i = 0; i < beats.size(); ++i) addBeat(x, beats[i], int(i) % group == pickup % group);
+    for (size_t i = 0; i < beats.size(); ++i) { addBeat(x, beats[i], int(i) % group == pickup % group); }
     return x;
 }
 
@@ -65,7 +65,7 @@ inline void addChord(std::vector<float>& x, double from, double to, const std::v
 inline std::vector<double> errors(const std::vector<double>& times, const std::vector<double>& truth) {
     std::vector<double> out;
     for (const double t : times) {
-        if (t < truth.front() - 0.03) continue;
+        if (t < truth.front() - 0.03) { continue; }
         const auto distance = [t](double other) { return std::abs(t - other); };
         out.push_back(t - *std::ranges::min_element(truth, {}, distance));
     }

@@ -47,13 +47,13 @@ TEST(Tempo, ClickTracksFrom40To230) {
 
             // Above that a click track often counts as unsteady: a quarter of the file may keep another phase than the
             // whole by the 3 frames (35 ms) over which phases score alike, and 7 % of a beat is less than that.
-            if (bpm > 220) continue;
+            if (bpm > 220) { continue; }
             const MusicGrid grid = GridBuilder::build(*tempo, x, seconds, bpm, group);
             EXPECT_TRUE(grid.steady) << what;
             EXPECT_NEAR(grid.bpm / bpm, 1, 0.0015) << what;
             std::vector<double> downbeats;
-            for (auto i = size_t(pickup); i < beats.size(); i += size_t(group)) downbeats.push_back(beats[i]);
-            for (const double e : test::errors(grid.downbeats, downbeats)) ASSERT_LT(std::abs(e), 0.02) << what;
+            for (auto i = size_t(pickup); i < beats.size(); i += size_t(group)) { downbeats.push_back(beats[i]); }
+            for (const double e : test::errors(grid.downbeats, downbeats)) { ASSERT_LT(std::abs(e), 0.02) << what; }
             EXPECT_GT(grid.downbeatConfidence, 0.9) << what;
         }
     }
@@ -79,7 +79,7 @@ TEST(Tempo, FollowsATempoThatMoves) {
         ASSERT_TRUE(tempo) << c.what;
         EXPECT_EQ(tempo->drift, c.drift) << c.what << ": " << tempo->driftSpreadPct;
         for (const auto& point : tempo->tempoMap) {
-            if (c.sudden && std::abs(point.t - 20) < 5) continue;
+            if (c.sudden && std::abs(point.t - 20) < 5) { continue; }
             EXPECT_NEAR(point.bpm / at(point.t), 1, 0.025) << c.what << " at " << point.t;
         }
         const MusicGrid grid = GridBuilder::build(*tempo, x, 40);
@@ -89,7 +89,9 @@ TEST(Tempo, FollowsATempoThatMoves) {
         // A jump leaves the tracker between the clicks, out of its reach of 12 % of a beat, so only what precedes it
         // counts.
         std::vector<double> tracked = grid.beats;
-        if (c.sudden) std::erase_if(tracked, [](double t) { return t > 19; });
+        if (c.sudden) {
+            std::erase_if(tracked, [](double t) { return t > 19; });
+        }
         const auto off = test::errors(tracked, beats);
         const auto good = std::ranges::count_if(off, [](double e) { return e > -0.055 && e < 0.02; });
         EXPECT_GT(double(good) / double(off.size()), 0.9) << c.what;
@@ -117,10 +119,10 @@ std::vector<TempoResult::Candidate> plainCandidates(const std::vector<float>& en
                                                     double center) {
     const auto n = int(env.size());
     double mean = 0;
-    for (const float v : env) mean += v / n;
+    for (const float v : env) { mean += v / n; }
     const auto acf = [&](int lag) {
         double sum = 0;
-        for (int i = 0; i + lag < n; ++i) sum += (env[size_t(i)] - mean) * (env[size_t(i + lag)] - mean);
+        for (int i = 0; i + lag < n; ++i) { sum += (env[size_t(i)] - mean) * (env[size_t(i + lag)] - mean); }
         return sum;
     };
     const int a = std::max(int(5167.96875 / hi), 2);
@@ -131,7 +133,7 @@ std::vector<TempoResult::Candidate> plainCandidates(const std::vector<float>& en
         double sum = 0;
         double used = 0;
         for (const auto& [m, w] : {std::pair{1, 1.0}, {2, 0.6}, {3, 0.3}, {4, 0.4}}) {
-            if (m * lag >= n || m * lag >= 4 * b + 4) continue;
+            if (m * lag >= n || m * lag >= 4 * b + 4) { continue; }
             sum += w * acf(m * lag) / zero;
             used += w;
         }
@@ -139,14 +141,14 @@ std::vector<TempoResult::Candidate> plainCandidates(const std::vector<float>& en
     }
     std::vector<TempoResult::Candidate> out;
     for (int i = 1; i + 1 < int(scores.size()); ++i) {
-        if (scores[size_t(i - 1)] > scores[size_t(i)] || scores[size_t(i + 1)] > scores[size_t(i)]) continue;
+        if (scores[size_t(i - 1)] > scores[size_t(i)] || scores[size_t(i + 1)] > scores[size_t(i)]) { continue; }
         const int lag = a + i;
         const double before = acf(lag - 1);
         const double at = acf(lag);
         const double after = acf(lag + 1);
         const double shift = std::clamp((before - after) / (2 * (before - 2 * at + after)), -0.5, 0.5);
         const double bpm = 5167.96875 / (lag + shift);
-        if (std::ranges::any_of(out, [&](const auto& c) { return std::abs(bpm - c.bpm) / bpm <= 0.03; })) continue;
+        if (std::ranges::any_of(out, [&](const auto& c) { return std::abs(bpm - c.bpm) / bpm <= 0.03; })) { continue; }
         out.push_back(
             {bpm, scores[size_t(i)], scores[size_t(i)] * std::exp(-0.5 * std::pow(std::log2(bpm / center) / 1.2, 2))});
     }
@@ -158,8 +160,8 @@ std::vector<TempoResult::Candidate> plainCandidates(const std::vector<float>& en
 TEST(Tempo, CandidatesEqualThePlainTwin) {
     for (uint32_t seed = 1; seed <= 20; ++seed) {
         auto env = test::noise(200 + 60 * seed, seed);
-        for (float& v : env) v = std::abs(v);
-        for (size_t i = seed % 20; i < env.size(); i += 30 + seed) env[i] += 2;
+        for (float& v : env) { v = std::abs(v); }
+        for (size_t i = seed % 20; i < env.size(); i += 30 + seed) { env[i] += 2; }
         const auto got = TempoAnalyzer::candidates(env, 40, 230, 100.0);
         const auto want = plainCandidates(env, 40, 230, 100);
         ASSERT_EQ(got.size(), want.size()) << "seed " << seed;
@@ -176,7 +178,7 @@ TEST(Tempo, BeatsRunOnThroughSilence) {
     const auto tracked = TempoAnalyzer::trackBeats(env, {}, 120);
     EXPECT_EQ(tracked.snapped, 0);
     ASSERT_GT(tracked.beats.size(), 20U);
-    for (size_t i = 0; i < tracked.beats.size(); ++i) EXPECT_NEAR(tracked.beats[i], double(i) * 0.5, 1e-9);
+    for (size_t i = 0; i < tracked.beats.size(); ++i) { EXPECT_NEAR(tracked.beats[i], double(i) * 0.5, 1e-9); }
     // The tempo of the map is interpolated, and held beyond its ends.
     const TempoAnalyzer::MapScore map[] = {{2, 60, 1}, {6, 120, 1}};
     const auto guided = TempoAnalyzer::trackBeats(env, map, 200).beats;
@@ -191,7 +193,7 @@ TEST(Tempo, MeterNeedsThreeBarsAndPrefersTheSmallerOnATie) {
     const std::vector<float> env(2000, 0.5F);
     const auto beatsAt = [](size_t count) {
         std::vector<double> beats;
-        for (size_t i = 0; i < count; ++i) beats.push_back(double(i) * 20.5 / OnsetTime::frameRate);
+        for (size_t i = 0; i < count; ++i) { beats.push_back(double(i) * 20.5 / OnsetTime::frameRate); }
         return beats;
     };
     EXPECT_EQ(TempoAnalyzer::meter(beatsAt(5), env, env).label, "?");
@@ -199,7 +201,7 @@ TEST(Tempo, MeterNeedsThreeBarsAndPrefersTheSmallerOnATie) {
     for (const int group : {2, 3, 4}) {
         for (int offset = 0; offset < group; ++offset) {
             std::vector<float> low(2000, 0.2F);
-            for (int i = offset; i < 60; i += group) low[size_t(i * 20.5)] = 1;
+            for (int i = offset; i < 60; i += group) { low[size_t(i * 20.5)] = 1; }
             const auto meter = TempoAnalyzer::meter(beatsAt(60), low, env);
             EXPECT_EQ(meter.group, group);
             EXPECT_EQ(meter.downbeatOffset, offset);
@@ -218,8 +220,8 @@ GridBuilder::Fit plainFit(const std::vector<float>& env, double bpm) {
         int count = 0;
         for (int k = 0;; ++k) {
             const auto i = int(std::lround((t0 + k * p) * OnsetTime::frameRate));
-            if (i >= to) break;
-            if (i < from) continue;
+            if (i >= to) { break; }
+            if (i < from) { continue; }
             sum += std::max({env[size_t(std::max(i - 1, 0))], env[size_t(i)], env[size_t(std::min(i + 1, n - 1))]});
             ++count;
         }
@@ -231,36 +233,39 @@ GridBuilder::Fit plainFit(const std::vector<float>& env, double bpm) {
     for (int k = -30; k <= 30; ++k) {
         const double trial = 60 / bpm * (1 + 0.0002 * k);
         for (int j = 0; j < 96; ++j) {
-            if (const double s = comb(trial, trial * j / 96, 0, n); s > score)
+            if (const double s = comb(trial, trial * j / 96, 0, n); s > score) {
                 score = s, p = trial, phase = trial * j / 96;
+            }
         }
     }
     const double step = p / 96;
     for (int m = -10; m <= 10; ++m) {
-        if (const double s = comb(p, phase + step * m / 10, 0, n); s > score) score = s, phase += step * m / 10;
+        if (const double s = comb(p, phase + step * m / 10, 0, n); s > score) { score = s, phase += step * m / 10; }
     }
     bool steady = true;
     for (int q = 0; q < 4; ++q) {
         double best = -1;
         double at = 0;
         for (int j = 0; j < 96; ++j) {
-            if (const double s = comb(p, p * j / 96, q * (n / 4), (q + 1) * (n / 4)); s > best)
+            if (const double s = comb(p, p * j / 96, q * (n / 4), (q + 1) * (n / 4)); s > best) {
                 best = s, at = p * j / 96;
+            }
         }
         double distance = std::abs(at - std::fmod(phase + p, p));
         distance = std::min(distance, p - distance);
-        if (best >= 0.05 && distance > 0.07 * p) steady = false;
+        if (best >= 0.05 && distance > 0.07 * p) { steady = false; }
     }
     double mean = 0;
-    for (const float v : env) mean += double(v) / n;
+    for (const float v : env) { mean += double(v) / n; }
     return {steady && 1.5 * mean < score, p, phase, score};
 }
 
 std::vector<float> pulses(size_t count, double bpm, uint32_t seed, float bed) {
     auto env = test::noise(count, seed);
-    for (float& v : env) v = std::abs(v) * bed;
-    for (double t = 0.1; t * OnsetTime::frameRate < double(count); t += 60 / bpm)
+    for (float& v : env) { v = std::abs(v) * bed; }
+    for (double t = 0.1; t * OnsetTime::frameRate < double(count); t += 60 / bpm) {
         env[size_t(t * OnsetTime::frameRate)] += 0.5F;
+    }
     return env;
 }
 
@@ -268,7 +273,7 @@ TEST(Grid, SteadyFitEqualsThePlainTwin) {
     int steady = 0;
     for (uint32_t seed = 1; seed <= 8; ++seed) {
         auto env = pulses(700 + 130 * seed, 90 + seed * 11, seed, 0.2F);
-        if (seed % 3 == 0) std::rotate(env.begin(), env.begin() + 12, env.begin() + int(env.size() / 4));
+        if (seed % 3 == 0) { std::rotate(env.begin(), env.begin() + 12, env.begin() + int(env.size() / 4)); }
         const auto got = GridBuilder::steadyFit(env, 90.3 + seed * 11);
         const auto want = plainFit(env, 90.3 + seed * 11);
         EXPECT_EQ(got.steady, want.steady) << "seed " << seed;
@@ -295,7 +300,7 @@ TEST(Grid, AttackOffsetIsTheMiddleAttackWithinItsLimits) {
     std::vector<float> env(1800, 1.0F);
     for (const double late : {-0.03, 0.0, 0.02, 0.06}) {
         std::vector<float> x(size_t(20 * test::rate), 0.0F);
-        for (double t = 1; t < 19; t += period) test::addTone(x, t + late, 1000, 0.5, 0.02);
+        for (double t = 1; t < 19; t += period) { test::addTone(x, t + late, 1000, 0.5, 0.02); }
         EXPECT_NEAR(GridBuilder::attackOffset(x, period, 0, env), late - 0.003, 0.0025) << late;
         EXPECT_EQ(GridBuilder::attackOffset(x, period, 0, std::vector<float>(1800, 0.25F)), 0) << "no strong beat";
         EXPECT_EQ(GridBuilder::attackOffset(x, 4, 0, env), 0) << "fewer than 8 strong beats";
@@ -309,7 +314,7 @@ TEST(Grid, BarsWalkBackToTheStart) {
     tempo.envFull = pulses(2000, 120, 1, 0);
     tempo.envLow = tempo.envFull;
     // Beats at 0.1 + i / 2 s; the third is the strongest of four.
-    for (double t = 1.1; t < 23; t += 2) tempo.envLow[size_t(t * OnsetTime::frameRate)] = 5;
+    for (double t = 1.1; t < 23; t += 2) { tempo.envLow[size_t(t * OnsetTime::frameRate)] = 5; }
     const std::vector<float> silence(size_t(23 * test::rate), 0.0F);
     const MusicGrid grid = GridBuilder::build(tempo, silence, 23);
     ASSERT_TRUE(grid.steady);
@@ -362,8 +367,9 @@ DownbeatDetector::Result plainDetect(const std::vector<float>& x, double fs, dou
         const int lo = std::max(i - reach, 0);
         const int hi = std::max(lo, std::min(i + reach, n - lag));
         double cross = 0, now = 0, later = 0;
-        for (int j = lo; j < hi; ++j)
+        for (int j = lo; j < hi; ++j) {
             cross += at(j) * at(j + lag), now += at(j) * at(j), later += at(j + lag) * at(j + lag);
+        }
         s.push_back(now > 1e-12 && later > 1e-12 ? std::max(cross / std::sqrt(now * later), 0.0) : 0);
     }
     double best = 0, total = 0;
@@ -384,9 +390,9 @@ DownbeatDetector::Result plainDetect(const std::vector<float>& x, double fs, dou
     const double peak = *std::ranges::max_element(o);
     for (int i = 0; i < n; ++i) {
         int run = 0;
-        while (i + run < n && s[size_t(i + run)] >= 0.5) ++run;
+        while (i + run < n && s[size_t(i + run)] >= 0.5) { ++run; }
         double near = 0;
-        for (int j = std::max(i - lag, 0); j <= std::min(i + lag, n - 1); ++j) near = std::max(near, o[size_t(j)]);
+        for (int j = std::max(i - lag, 0); j <= std::min(i + lag, n - 1); ++j) { near = std::max(near, o[size_t(j)]); }
         if (run >= std::max(barFrames, 1) && near >= 0.15 * peak) {
             return {std::clamp(best / std::max(total / 64, 1e-9) - 1, 0.0, 1.0), dt * i};
         }
@@ -397,9 +403,9 @@ DownbeatDetector::Result plainDetect(const std::vector<float>& x, double fs, dou
 TEST(Downbeats, DetectionEqualsThePlainTwin) {
     for (uint32_t seed = 1; seed <= 6; ++seed) {
         auto x = test::noise(size_t(9 * test::rate), seed);
-        for (float& v : x) v *= 0.02F * float(seed);
+        for (float& v : x) { v *= 0.02F * float(seed); }
         const double bpm = 70 + 20.0 * seed;
-        for (double t = 2.5; t < 9; t += 60 / bpm) test::addTone(x, t, 300, 0.5, 0.05);
+        for (double t = 2.5; t < 9; t += 60 / bpm) { test::addTone(x, t, 300, 0.5, 0.05); }
         const auto got = DownbeatDetector::detect(x, test::rate, bpm, 3);
         const auto want = plainDetect(x, test::rate, bpm, 3);
         EXPECT_NEAR(got.confidence, want.confidence, 1e-4) << "seed " << seed;

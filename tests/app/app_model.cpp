@@ -99,7 +99,7 @@ TEST_F(App, ProfileFindsANameInAnyCaseElseGoesRound) {
         {{{"name", ""}}, "Room 9.1.6"},
         {{{"name", "große regie"}}, "Große Regie"},
     };
-    for (const auto& c : cases) EXPECT_EQ(ask("profile", c.params)["profile"], c.becomes);
+    for (const auto& c : cases) { EXPECT_EQ(ask("profile", c.params)["profile"], c.becomes); }
 
     app_.settings().change([](AppSettings& s) { s.profiles = {s.profiles[2]}; });
     EXPECT_EQ(ask("profile")["profile"], "Headphones") << "the only one is chosen again";

@@ -23,7 +23,7 @@ protected:
     void SetUp() override {
         server_.handler = [this](const std::string& command, const ControlParams& params) -> json {
             asked_.emplace_back(command, params);
-            if (command == "fail") return {{"error", "unknown command fail"}};
+            if (command == "fail") { return {{"error", "unknown command fail"}}; }
             return {{"ok", true}};
         };
         server_.start(0);
@@ -99,7 +99,7 @@ TEST_F(ControlPort, AnswersByteForByteByWhoAsks) {
          response("403 Forbidden", "")},
         {"a command that fails", get("/fail"), response("400 Bad Request", "{\"error\":\"unknown command fail\"}")},
     };
-    for (const auto& c : cases) EXPECT_EQ(ask(c.request), c.response) << c.what;
+    for (const auto& c : cases) { EXPECT_EQ(ask(c.request), c.response) << c.what; }
 }
 
 TEST_F(ControlPort, TheCommandIsThePathAndTheQueryItsArguments) {
@@ -200,8 +200,8 @@ TEST_F(ControlPort, WithoutAHandlerItIsNotReady) {
 
 TEST_F(ControlPort, SilentClientsDontStarveTheRest) {
     std::vector<std::unique_ptr<QTcpSocket>> silent;
-    for (int i = 0; i < 100; ++i) silent.push_back(connected());
-    for (int i = 0; i < 100; i += 2) silent[size_t(i)]->write("GET /sta");
+    for (int i = 0; i < 100; ++i) { silent.push_back(connected()); }
+    for (int i = 0; i < 100; i += 2) { silent[size_t(i)]->write("GET /sta"); }
     EXPECT_EQ(ask(get("/status")), served);
     // They are still there: one of them may finish what it began.
     silent[2]->write("tus HTTP/1.1\r\nX-Brindlehum: 1\r\n\r\n");
@@ -209,7 +209,7 @@ TEST_F(ControlPort, SilentClientsDontStarveTheRest) {
     EXPECT_EQ(silent[4]->state(), QAbstractSocket::ConnectedState);
 
     // Far more of them than are held: the oldest give way.
-    while (silent.size() < 2 * ControlServer::maxConnections) silent.push_back(connected());
+    while (silent.size() < 2 * ControlServer::maxConnections) { silent.push_back(connected()); }
     EXPECT_EQ(ask(get("/status")), served);
     EXPECT_TRUE(until([&] { return silent[0]->state() == QAbstractSocket::UnconnectedState; }));
     EXPECT_EQ(silent.back()->state(), QAbstractSocket::ConnectedState);

@@ -47,7 +47,7 @@ TEST_F(Instance, HandsEveryPathOverByteForByte) {
     const Files odd = {"/a b/c.wav", "/new\nline", "/latin-\xE9.wav", "/\xFF\xFE", "/é", "/--help"};
     const std::filesystem::path longer = "/some/folder/with a longer name";
     Files many;
-    for (int i = 0; i < 20000; ++i) many.push_back(longer / std::to_string(i));
+    for (int i = 0; i < 20000; ++i) { many.push_back(longer / std::to_string(i)); }
     for (const Files& files : {odd, Files{}, many}) {
         EXPECT_EQ(secondStart(files), Outcome::handedOver);
         ASSERT_FALSE(received_.empty());
@@ -86,7 +86,7 @@ protected:
         char* argv[] = {name, nullptr};
         QCoreApplication application(argc, argv);
         char nothing = 0;
-        if (::read(gate, &nothing, 1) != 0) return failed;
+        if (::read(gate, &nothing, 1) != 0) { return failed; }
         InstanceLink link(folder_.path());
         int handed = 0;
         link.onFiles = [&handed](const Files&) { ++handed; };

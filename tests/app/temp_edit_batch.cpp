@@ -37,7 +37,7 @@ protected:
     void SetUp() override {
         QObject::connect(&app_.player(), &PlayerModel::changed, &app_.player(), [this] {
             const std::string text = app_.player().message().value_or("");
-            if (!text.empty() && (messages_.empty() || messages_.back() != text)) messages_.push_back(text);
+            if (!text.empty() && (messages_.empty() || messages_.back() != text)) { messages_.push_back(text); }
         });
     }
     // Clicks at 120 BPM.
@@ -62,7 +62,7 @@ TEST_F(TempEditBatchOf, FilesGoIntoFoldersBesideThemAndTheOddOneIsCounted) {
     const std::vector<fs::path> files = {song("One.wav"), song("Short.wav", 1), folder_ / "notes.txt", song("Two.wav")};
     double reached = 0;
     QObject::connect(&batch_, &TempEditBatch::changed, &batch_, [&] {
-        if (!batch_.progress()) return;
+        if (!batch_.progress()) { return; }
         EXPECT_GE(*batch_.progress(), reached);
         reached = *batch_.progress();
     });

@@ -84,8 +84,9 @@ int64_t lagOf(const std::vector<float>& decoded, const std::vector<float>& origi
     double most = 0;
     for (int64_t lag = -3000; lag <= 3000; ++lag) {
         double sum = 0;
-        for (int64_t i = from; i < from + length; ++i)
+        for (int64_t i = from; i < from + length; ++i) {
             sum += double(original[size_t(i)]) * double(decoded[size_t(i + lag)]);
+        }
         if (sum > most) {
             most = sum;
             best = lag;

@@ -24,7 +24,7 @@ std::string wav(uint32_t channels, uint32_t rate, uint32_t bits, uint32_t dataSi
 std::string cafWithRate(double rate) {
     const auto bits = std::bit_cast<uint64_t>(rate);
     std::string bytes("caff\0\1\0\0desc\0\0\0\0\0\0\0\x20", 20);
-    for (int i = 7; i >= 0; --i) bytes += char(bits >> (8 * i) & 0xFF);
+    for (int i = 7; i >= 0; --i) { bytes += char(bits >> (8 * i) & 0xFF); }
     bytes += std::string("lpcm\0\0\0\0\0\0\0\4\0\0\0\1\0\0\0\2\0\0\0\x10", 24);
     return bytes + std::string("data\0\0\0\0\0\0\0\x0C\0\0\0\0\1\2\3\4\5\6\7\x8", 24);
 }
@@ -82,9 +82,7 @@ TEST(BadFiles, WhatIsNoRegularFileIsRefusedAtOnce) {
         try {
             AudioFileInfo::load(folder / name);
             ADD_FAILURE() << name << " was opened";
-        } catch (const Error& error) {
-            EXPECT_STREQ(error.what(), line);
-        }
+        } catch (const Error& error) { EXPECT_STREQ(error.what(), line); }
     }
 }
 
@@ -115,9 +113,7 @@ TEST(BadFiles, TruncatedFilesGiveTheirRestOrAnError) {
                 const Planes planes = readAll(*file, 1000);
                 EXPECT_LE(int64_t(planes[0].size()), file->facts().frames) << name << " " << part;
                 readFrom(*file, file->facts().frames / 2, 100, 100);
-            } catch (const Error& error) {
-                EXPECT_LT(part, 0.95) << name << ": " << error.what();
-            }
+            } catch (const Error& error) { EXPECT_LT(part, 0.95) << name << ": " << error.what(); }
         }
     }
 }

@@ -65,7 +65,7 @@ std::vector<std::vector<uint32_t>> sndfileLabels(const std::filesystem::path& pa
     std::vector<int> map(size_t(info.channels));
     std::vector<std::vector<uint32_t>> out;
     if (file && sf_command(file, SFC_GET_CHANNEL_MAP_INFO, map.data(), int(map.size() * sizeof(int))) == SF_TRUE) {
-        for (const int m : map) out.push_back(labels.contains(m) ? labels.at(m) : std::vector<uint32_t>{0});
+        for (const int m : map) { out.push_back(labels.contains(m) ? labels.at(m) : std::vector<uint32_t>{0}); }
     }
     sf_close(file);
     return out;
@@ -78,16 +78,16 @@ TEST(LayoutTags, AgreeWithLibsndfileChannelByChannel) {
         for (uint32_t channels = 1; channels <= 16; ++channels) {
             const uint32_t tag = id << 16 | channels;
             const std::vector<uint32_t> ours = ChannelLabels::labels(ChannelLayout{tag, 0, {}});
-            if (ours.empty()) continue;
+            if (ours.empty()) { continue; }
             ASSERT_EQ(ours.size(), channels) << id;
             writeBytes(folder / "tag.caf", cafWithTag(tag));
             const auto theirs = sndfileLabels(folder / "tag.caf");
             for (size_t c = 0; c < theirs.size(); ++c) {
-                if (theirs[c] == std::vector<uint32_t>{0}) continue;
+                if (theirs[c] == std::vector<uint32_t>{0}) { continue; }
                 EXPECT_NE(std::find(theirs[c].begin(), theirs[c].end(), ours[c]), theirs[c].end())
                     << "tag " << id << " channel " << c << ": " << ours[c];
             }
-            if (!theirs.empty()) ++compared;
+            if (!theirs.empty()) { ++compared; }
         }
     }
     EXPECT_GE(compared, 29);
@@ -123,7 +123,7 @@ TEST(LayoutTags, AgreeWithFFmpegAsSets) {
     for (uint32_t id = 100; id < 200; ++id) {
         for (uint32_t count = 1; count <= 16; ++count) {
             const auto ours = ChannelLabels::labels(ChannelLayout{id << 16 | count, 0, {}});
-            if (ours.empty()) continue;
+            if (ours.empty()) { continue; }
             writeBytes(folder / "tag.caf", cafWithTag(id << 16 | count));
             AVFormatContext* context = nullptr;
             ASSERT_EQ(avformat_open_input(&context, (folder / "tag.caf").c_str(), nullptr, nullptr), 0);
@@ -132,7 +132,7 @@ TEST(LayoutTags, AgreeWithFFmpegAsSets) {
                 uint64_t left = theirs.u.mask;
                 for (const uint32_t label : ours) {
                     const auto known = channels.find(label);
-                    if (known == channels.end()) continue;
+                    if (known == channels.end()) { continue; }
                     EXPECT_TRUE(known->second & left) << "tag " << id << " label " << label << " mask " << left;
                     left &= ~(known->second & left & -(known->second & left));
                 }
@@ -228,7 +228,7 @@ TEST(WaveMasks, MatchTheMasksThatFFmpegWrites) {
     }
     EXPECT_EQ(WaveMask::mask(speakers(LayoutID::l714))->order,
               (SpeakerList{L, R, C, LFE, Lrs, Rrs, Ls, Rs, Ltf, Rtf, Ltr, Rtr}));
-    for (const LayoutID layout : {LayoutID::l712, LayoutID::l916}) EXPECT_FALSE(WaveMask::mask(speakers(layout)));
+    for (const LayoutID layout : {LayoutID::l712, LayoutID::l916}) { EXPECT_FALSE(WaveMask::mask(speakers(layout))); }
     EXPECT_FALSE(WaveMask::mask({L, L}));
 }
 

@@ -24,7 +24,7 @@ std::string detected(const std::filesystem::path& path) {
 std::string toneExpression(int channels) {
     std::string out;
     for (int c = 0; c < channels; ++c) {
-        if (c > 0) out += '|';
+        if (c > 0) { out += '|'; }
         out.append("sin(2*PI*t*").append(std::to_string(300 + 100 * c)).append(")/2");
     }
     return out;
@@ -43,7 +43,7 @@ double toneLevel(const std::vector<float>& x, double hz, double rate) {
 int loudestTone(const std::vector<float>& x, int tones, double rate) {
     int best = 0;
     for (int t = 1; t < tones; ++t) {
-        if (toneLevel(x, 300 + 100 * t, rate) > toneLevel(x, 300 + 100 * best, rate)) best = t;
+        if (toneLevel(x, 300 + 100 * t, rate) > toneLevel(x, 300 + 100 * best, rate)) { best = t; }
     }
     return best;
 }
@@ -72,7 +72,7 @@ TEST(ContainerLayouts, NameTheSpeakerThatEachChannelWasWrittenFor) {
             ASSERT_EQ(found.size(), list.size());
             const Planes planes = readAll(*AudioFile::open(path));
             for (size_t c = 0; c < found.size(); ++c) {
-                if (found[c] == LFE) continue;  // coders cut its tone away
+                if (found[c] == LFE) { continue; }  // coders cut its tone away
                 EXPECT_EQ(found[c], list[size_t(loudestTone(planes[c], int(list.size()), 16000))]) << "channel " << c;
             }
         }

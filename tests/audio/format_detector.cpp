@@ -18,7 +18,7 @@ struct Case {
 
 std::vector<uint32_t> family(uint32_t upper, uint32_t count) {
     std::vector<uint32_t> out;
-    for (uint32_t i = 0; i < count; ++i) out.push_back(upper << 16 | i);
+    for (uint32_t i = 0; i < count; ++i) { out.push_back(upper << 16 | i); }
     return out;
 }
 
@@ -101,7 +101,9 @@ TEST(Summary, NamesRateDepthAndChannels) {
 }
 
 TEST(AudioPaths, AreKnownByExtensionInAnyCase) {
-    for (const char* name : {"a.wav", "A.WAV", "b.Rf64", "x.tar.mp4"}) EXPECT_TRUE(AudioFileInfo::isAudioPath(name));
+    for (const char* name : {"a.wav", "A.WAV", "b.Rf64", "x.tar.mp4"}) {
+        EXPECT_TRUE(AudioFileInfo::isAudioPath(name));
+    }
     for (const char* name : {"wav", ".wav", "a.", "a.ogg", "a.wavx", "a.wav/b"}) {
         EXPECT_FALSE(AudioFileInfo::isAudioPath(name)) << name;
     }

@@ -15,7 +15,7 @@ namespace brindlehum::test {
 inline Planes read(FrameSource& source, int planeCount, int64_t position, int frames, int& got) {
     Planes out(size_t(planeCount), std::vector<float>(size_t(frames), 99.0F));
     std::vector<float*> planes;
-    for (auto& plane : out) planes.push_back(plane.data());
+    for (auto& plane : out) { planes.push_back(plane.data()); }
     got = source.read(planes.data(), planeCount, position, frames);
     return out;
 }

@@ -22,7 +22,7 @@ Planes withClicks(Planes whole, double rate, const std::vector<Click>& clicks) {
                                               : 0.5 * std::sin(2 * M_PI * 1000 * t) * std::exp(-90 * t);
             const int64_t at = click.frame + i;
             for (size_t c = 0; c < std::min<size_t>(whole.size(), 2) && at >= 0; ++c) {
-                if (at < int64_t(whole[c].size())) whole[c][size_t(at)] += float(sound);
+                if (at < int64_t(whole[c].size())) { whole[c][size_t(at)] += float(sound); }
             }
         }
     }
@@ -38,7 +38,7 @@ TEST(MemorySource, MixesItsClicksAsASlowTwinDoes) {
         for (const double rate : {8000.0, 44100.0, 48000.5}) {
             const Planes whole = noisePlanes(channels, 20000, seed);
             std::vector<Click> clicks;
-            for (int i = 0; i < 30; ++i) clicks.push_back({between(-3000, 21000), between(0, 1) == 1});
+            for (int i = 0; i < 30; ++i) { clicks.push_back({between(-3000, 21000), between(0, 1) == 1}); }
             clicks.push_back({19990, true});   // cut at the end of the data
             clicks.push_back({19990, false});  // two at once
             MemorySource plain(whole, rate);

@@ -31,7 +31,9 @@ TEST(ProbeCorpus, SeedsAreReadAndDamagedOnesDoNoHarm) {
             bytes.resize(engine() % (bytes.size() + 1));
             probe(bytes);
             bytes = whole;
-            for (int hit = 0; hit < 6; ++hit) bytes[engine() % std::min<size_t>(bytes.size(), 400)] = char(engine());
+            for (int hit = 0; hit < 6; ++hit) {
+                bytes[engine() % std::min<size_t>(bytes.size(), 400)] = char(engine());
+            }
             probe(bytes);
         }
     }

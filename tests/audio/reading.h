@@ -16,11 +16,13 @@ inline Planes readFrom(AudioFile& file, int64_t position, int64_t frames, int bl
     Planes out(channels);
     Planes buffer(channels, std::vector<float>(size_t(block)));
     std::vector<float*> planes;
-    for (auto& plane : buffer) planes.push_back(plane.data());
+    for (auto& plane : buffer) { planes.push_back(plane.data()); }
     for (int64_t done = 0; done < frames;) {
         const int got = file.read(planes.data(), position + done, int(std::min<int64_t>(block, frames - done)));
-        if (got <= 0) break;
-        for (size_t c = 0; c < channels; ++c) out[c].insert(out[c].end(), buffer[c].begin(), buffer[c].begin() + got);
+        if (got <= 0) { break; }
+        for (size_t c = 0; c < channels; ++c) {
+            out[c].insert(out[c].end(), buffer[c].begin(), buffer[c].begin() + got);
+        }
         done += got;
     }
     return out;
@@ -39,7 +41,7 @@ inline void expectExactSeeks(const std::filesystem::path& path, uint32_t seed) {
     std::mt19937 engine(seed);
     std::uniform_int_distribution<int64_t> place(0, frames - 1);
     std::vector<int64_t> places = {0, frames - 1, 1, frames / 2, frames / 2 - 1, 0, frames - 500};
-    for (int i = 0; i < 20; ++i) places.push_back(place(engine));
+    for (int i = 0; i < 20; ++i) { places.push_back(place(engine)); }
     for (const int64_t at : places) {
         const Planes piece = readFrom(*file, at, 700, 333);
         ASSERT_EQ(int64_t(piece[0].size()), std::min<int64_t>(700, frames - at)) << path << " at " << at;

@@ -22,7 +22,7 @@ std::string bext(const std::string& description) {
 
 std::string junk(int count) {
     std::string out;
-    for (int i = 0; i < count; ++i) out += riffChunk("JUNK", "odd");
+    for (int i = 0; i < count; ++i) { out += riffChunk("JUNK", "odd"); }
     return out;
 }
 

@@ -14,7 +14,7 @@ using enum SpeakerID;
 
 SpeakerList everySpeaker() {
     SpeakerList out;
-    for (int i = 0; i < speakerCount; ++i) out.push_back(static_cast<SpeakerID>(i));
+    for (int i = 0; i < speakerCount; ++i) { out.push_back(static_cast<SpeakerID>(i)); }
     return out;
 }
 
@@ -55,7 +55,7 @@ TEST(Speakers, RawValuesLeadBackAndUnknownOnesToNothing) {
         names.insert(rawValue(s));
     }
     EXPECT_EQ(names.size(), size_t(speakerCount));
-    for (const LayoutID layout : allLayouts) EXPECT_EQ(layoutFromRaw(rawValue(layout)), layout);
+    for (const LayoutID layout : allLayouts) { EXPECT_EQ(layoutFromRaw(rawValue(layout)), layout); }
     for (const AmbiNorm norm : {AmbiNorm::sn3d, AmbiNorm::n3d, AmbiNorm::fuma}) {
         EXPECT_EQ(ambiNormFromRaw(rawValue(norm)), norm);
     }
@@ -74,10 +74,10 @@ TEST(Speakers, ALayoutHasTheSpeakersThatItsNameCounts) {
         {LayoutID::l916, {9, 1, 6}}};
     for (const auto& [layout, expected] : counts) {
         std::array<size_t, 3> found{};
-        for (const SpeakerID s : speakers(layout)) ++found[s == LFE ? 1 : direction(s, {}).el > 0 ? 2 : 0];
+        for (const SpeakerID s : speakers(layout)) { ++found[s == LFE ? 1 : direction(s, {}).el > 0 ? 2 : 0]; }
         EXPECT_EQ(found, expected) << displayName(layout);
         const SpeakerList* film = filmOrder(layout);
-        if (!film) continue;
+        if (!film) { continue; }
         EXPECT_TRUE(std::is_permutation(film->begin(), film->end(), speakers(layout).begin(), speakers(layout).end()));
         EXPECT_EQ(film->at(1), C);
     }
@@ -114,7 +114,7 @@ TEST(SourceFormats, OffersByChannelCount) {
     };
     for (const auto& [channels, expected] : offers) {
         std::vector<std::string> names;
-        for (const SourceFormat& format : SourceFormat::options(channels)) names.push_back(format.displayName());
+        for (const SourceFormat& format : SourceFormat::options(channels)) { names.push_back(format.displayName()); }
         EXPECT_EQ(names, expected) << channels;
     }
 }

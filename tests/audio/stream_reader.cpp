@@ -36,8 +36,8 @@ std::vector<int64_t> framesOf(const Plan& p, size_t most) {
     const bool loop = p.loop && loopStart < loopEnd;
     int64_t at = std::max<int64_t>(std::min(p.start, std::max<int64_t>(end, 0)), 0);
     while (frames.size() < most) {
-        if (loop && (at >= loopEnd || at >= p.actual)) at = loopStart;
-        if (at >= p.actual || (!loop && at >= end)) break;
+        if (loop && (at >= loopEnd || at >= p.actual)) { at = loopStart; }
+        if (at >= p.actual || (!loop && at >= end)) { break; }
         frames.push_back(at++);
     }
     return frames;

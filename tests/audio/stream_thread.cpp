@@ -31,7 +31,7 @@ TEST(StreamThread, ALongStreamArrivesWholeWhileItIsPlayed) {
             ASSERT_NEAR(heard.positions[i], double(i) * 48000 / outputRate, 1e-4);
         }
         if (outputRate == 48000) {
-            for (size_t i = 0; i < heard.positions.size(); ++i) ASSERT_EQ(heard.channels[0][i], float(i));
+            for (size_t i = 0; i < heard.positions.size(); ++i) { ASSERT_EQ(heard.channels[0][i], float(i)); }
         }
     }
 }
@@ -86,7 +86,7 @@ TEST(StreamThread, StartsBehindWhatWasFilledBeforeAndGoesAtTheEnd) {
     ASSERT_TRUE(waitUntil([&] { return mn_ring_eof(reader->ring()) != 0; }));
     Heard heard;
     heard.take(reader->ring());
-    for (size_t i = 0; i < heard.positions.size(); ++i) ASSERT_EQ(heard.positions[i], double(i));
+    for (size_t i = 0; i < heard.positions.size(); ++i) { ASSERT_EQ(heard.positions[i], double(i)); }
     EXPECT_EQ(heard.positions.size(), 30000U);
     const std::weak_ptr<StreamReader> watch = reader;
     reader.reset();

@@ -130,7 +130,7 @@ struct MemorySink final : ByteSink {
     MemorySink(std::string& bytes, uint64_t kept) : bytes_(bytes), kept_(kept) {}
     void writeAt(uint64_t offset, std::span<const uint8_t> in) override {
         end_ = std::max(end_, offset + in.size());
-        if (offset + in.size() > kept_) return;
+        if (offset + in.size() > kept_) { return; }
         bytes_.resize(std::max(bytes_.size(), size_t(offset) + in.size()));
         std::memcpy(bytes_.data() + offset, in.data(), in.size());
     }
@@ -151,7 +151,7 @@ TEST(WavFileWriter, TakesAnyBlocksWithMissingAndSurplusPlanes) {
             for (size_t at = 0; at < 3000;) {
                 const size_t frames = std::min<size_t>(engine() % 300, 3000 - at);
                 std::vector<const float*> pointers;
-                for (const auto& plane : planes) pointers.push_back(plane.data() + at);
+                for (const auto& plane : planes) { pointers.push_back(plane.data() + at); }
                 writer.append(pointers, int64_t(frames));
                 at += frames;
             }
@@ -170,7 +170,9 @@ std::string output(const TempFolder& folder, const std::string& command) {
 }
 
 void expectIn(const std::string& report, const std::vector<std::string>& lines) {
-    for (const std::string& line : lines) EXPECT_NE(report.find(line), std::string::npos) << line << " in\n" << report;
+    for (const std::string& line : lines) {
+        EXPECT_NE(report.find(line), std::string::npos) << line << " in\n" << report;
+    }
 }
 
 // The stored integers as libsndfile, FFmpeg and SoX give them: none may lie more than half a step from the sample.
@@ -178,7 +180,7 @@ TEST(WavFileWriter, IsReadBackByOtherReaders) {
     const TempFolder folder;
     const std::string text = "Pulled from \u201CRain\u201D";
     for (const Shape& s : shapes) {
-        if (s.frames == 0) continue;  // FFmpeg refuses files without samples
+        if (s.frames == 0) { continue; }  // FFmpeg refuses files without samples
         SCOPED_TRACE(s);
         const auto path = folder / "take.wav";
         const std::string name = path.string();
@@ -231,9 +233,7 @@ template <typename Work>
 Failure failureOf(Work&& work) {
     try {
         work();
-    } catch (const Error& error) {
-        return {error.code(), error.what()};
-    }
+    } catch (const Error& error) { return {error.code(), error.what()}; }
     return {};
 }
 

@@ -34,11 +34,11 @@ void expectOverview(const Planes& whole, const WaveformData& data) {
             double greatest = -INFINITY;
             const size_t from = bucket * size_t(bucketFrames);
             for (size_t i = from; i < std::min(from + size_t(bucketFrames), whole[lane].size()); ++i) {
-                if (std::isnan(whole[lane][i])) continue;
+                if (std::isnan(whole[lane][i])) { continue; }
                 least = std::min<double>(least, whole[lane][i]);
                 greatest = std::max<double>(greatest, whole[lane][i]);
             }
-            if (least > greatest) least = greatest = 0;
+            if (least > greatest) { least = greatest = 0; }
             ASSERT_EQ(data.mins[lane][bucket], least) << "lane " << lane << ", bucket " << bucket;
             ASSERT_EQ(data.maxs[lane][bucket], greatest) << "lane " << lane << ", bucket " << bucket;
         }
@@ -51,7 +51,7 @@ TEST(Waveform, EqualsASlowTwinAtEveryLength) {
     std::mt19937 engine(seed);
     std::vector<size_t> lengths = {0,     1,     2,     5999,   6000,   6001,   11999,  12000,
                                    12001, 65535, 65536, 131071, 131072, 131073, 500000, 6000 * 33 + 1};
-    for (int i = 0; i < 8; ++i) lengths.push_back(engine() % 300000);
+    for (int i = 0; i < 8; ++i) { lengths.push_back(engine() % 300000); }
     for (const size_t frames : lengths) {
         for (const int channels : {1, 3}) {
             SCOPED_TRACE(std::to_string(frames) + " frames");
@@ -68,7 +68,7 @@ TEST(Waveform, EqualsASlowTwinAtEveryLength) {
 TEST(Waveform, WhatIsNoNumberIsPassedOver) {
     Planes whole = noisePlanes(1, 6000 * 70 + 13, 5);
     const float nan = std::numeric_limits<float>::quiet_NaN();
-    for (size_t i = 0; i < whole[0].size(); i += 61) whole[0][i] = i % 2 == 0 ? nan : -nan;
+    for (size_t i = 0; i < whole[0].size(); i += 61) { whole[0][i] = i % 2 == 0 ? nan : -nan; }
     std::fill_n(whole[0].begin() + 700, 140, nan);  // two whole buckets
     whole[0][1410] = std::numeric_limits<float>::infinity();
     MemorySource source(whole, 48000);
@@ -93,7 +93,7 @@ struct Queue {
         return [this](std::function<void()> job) { jobs.push_back(std::move(job)); };
     }
     void run() {
-        for (; !jobs.empty(); jobs.pop_front()) jobs.front()();
+        for (; !jobs.empty(); jobs.pop_front()) { jobs.front()(); }
     }
 };
 
@@ -161,11 +161,11 @@ TEST(WaveformLoader, NoUpdateFollowsACancel) {
             [&] {
                 return std::make_unique<WatchedSource>(noisePlanes(1, 65536 * 8, 1), [&] {
                     clock += 1;
-                    if (++reads == cancelAtRead) loader->cancel();
+                    if (++reads == cancelAtRead) { loader->cancel(); }
                 });
             },
             [&](const WaveformPtr&) { ++updates; }, background.executor(), main.executor(), [&] { return clock; });
-        if (cancelAtRead == 0) loader->cancel();
+        if (cancelAtRead == 0) { loader->cancel(); }
         background.run();
         EXPECT_EQ(reads, cancelAtRead == 99 ? 9 : cancelAtRead) << "the block in hand finishes, no other begins";
         EXPECT_EQ(main.jobs.empty(), cancelAtRead < 2);
@@ -203,7 +203,7 @@ TEST(WaveformLoader, LoadsAFileInTheBackground) {
     WaveformPtr last;
     WaveformLoader::load(
         file, [&](WaveformPtr data) { last = std::move(data); }, background, toMain);
-    for (std::thread& thread : threads) thread.join();
+    for (std::thread& thread : threads) { thread.join(); }
     main.run();
     ASSERT_TRUE(last);
     expectOverview(whole, *last);
@@ -214,7 +214,7 @@ TEST(WaveformCache, KeepsTheFortyEightStoredLast) {
     const auto url = [](int i) { return std::filesystem::path("/a/" + std::to_string(i)); };
     const auto store = [&](int i) { cache.set(url(i), std::make_shared<WaveformData>()); };
     const auto held = [&](int i) { return cache.get(url(i)) != nullptr; };
-    for (int i = 0; i < 48; ++i) store(i);
+    for (int i = 0; i < 48; ++i) { store(i); }
     EXPECT_TRUE(held(0));  // a look doesn't save it
     store(48);
     EXPECT_FALSE(held(0));

@@ -18,7 +18,7 @@ TEST(Text, IllFormedUtf8BecomesReplacementCharactersByMaximalSubparts) {
         {"\xC0\xAF", "\xEF\xBF\xBD\xEF\xBF\xBD"},                  // overlong
         {"\xED\xA0\x80", "\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD"},  // a surrogate
     };
-    for (const auto& c : cases) EXPECT_EQ(repairUtf8(c.bytes), c.repaired) << c.bytes;
+    for (const auto& c : cases) { EXPECT_EQ(repairUtf8(c.bytes), c.repaired) << c.bytes; }
 }
 
 TEST(Text, TrimmedTakesUnicodeWhitespaceOffBothEnds) {

@@ -24,7 +24,7 @@ TEST(Cells, APointerLeadsToFinishedData) {
     int faults = 0;
     while (last < records - 1) {
         const auto* record = static_cast<const Record*>(mn_slot_load(slot));
-        if (record == nullptr) continue;
+        if (record == nullptr) { continue; }
         faults += record->complement != ~record->number || record->number < last;
         last = record->number;
     }

@@ -17,9 +17,10 @@ using brindlehum::core::Tap;
 
 struct Planes {
     Planes(int channels, int frames, uint32_t seed) {
-        for (int c = 0; c < channels; ++c)
+        for (int c = 0; c < channels; ++c) {
             samples.push_back(brindlehum::test::noise(size_t(frames), seed + uint32_t(c)));
-        for (auto& plane : samples) planes.push_back(plane.data());
+        }
+        for (auto& plane : samples) { planes.push_back(plane.data()); }
     }
     std::vector<std::vector<float>> samples;
     std::vector<float*> planes;
@@ -31,10 +32,10 @@ std::vector<float> randomMatrix(int rows, int channels, bool sparse, uint32_t se
     std::mt19937 random(seed);
     for (size_t i = 0; i < matrix.size(); ++i) {
         const auto kind = random() % 8;
-        if (sparse && kind == 0) matrix[i] = 0;
-        if (sparse && kind == 1) matrix[i] = -0.0F;
-        if (sparse && kind == 2) matrix[i] *= 1e-20F;
-        if (!sparse && channels > 2 && i % size_t(channels) == 1) matrix[i] = 0;
+        if (sparse && kind == 0) { matrix[i] = 0; }
+        if (sparse && kind == 1) { matrix[i] = -0.0F; }
+        if (sparse && kind == 2) { matrix[i] *= 1e-20F; }
+        if (!sparse && channels > 2 && i % size_t(channels) == 1) { matrix[i] = 0; }
     }
     return matrix;
 }
@@ -43,7 +44,7 @@ void twin(const mn_mix_config& config, const Planes& in, int frames, Planes& out
     for (int r = 0; r < config.rows; ++r) {
         for (int c = 0; c < config.in_channels; ++c) {
             const float gain = config.matrix[r * config.in_channels + c];
-            if (gain == 0) continue;
+            if (gain == 0) { continue; }
             for (int i = 0; i < frames; ++i) {
                 volatile const float g = ramp != nullptr ? gain * ramp[i] : gain;
                 float& y = out.samples[size_t(r)][size_t(i)];
@@ -88,8 +89,9 @@ TEST(MixAccumulate, EveryVersionOfTheRowKernelGivesTheSameBits) {
     const std::vector<float> gains = brindlehum::test::noise(size_t(5 * rows), 4);
     const std::vector<float> ramp = brindlehum::test::noise(333, 5);
     std::vector<Tap> taps;
-    for (size_t c = 0; c < 5; ++c)
+    for (size_t c = 0; c < 5; ++c) {
         taps.push_back({{gains[c], gains[5 + c], gains[10 + c], gains[15 + c]}, in.planes[c]});
+    }
     const struct {
         int rows;
         const float* ramp;
@@ -111,8 +113,8 @@ TEST(MixAccumulate, EmulatedFusedMultiplyAddIsRoundedOnce) {
         const float a = any();
         const float b = any();
         float c = any();
-        if (i % 4 == 1) c = -a * b;
-        if (i % 4 == 2) c = std::ldexp(a * b, int(random() % 60) - 30);
+        if (i % 4 == 1) { c = -a * b; }
+        if (i % 4 == 2) { c = std::ldexp(a * b, int(random() % 60) - 30); }
         const float expected = std::fma(a, b, c);
         const float got = brindlehum::core::emulatedMultiplyAdd(a, b, c);
         if (std::isnan(expected)) {

@@ -24,19 +24,19 @@ float payload(int64_t frame, int channel) {
 
 struct Block {
     Block(int channels, int frames) : samples(size_t(channels), std::vector<float>(size_t(frames), -1)) {
-        for (auto& plane : samples) planes.push_back(plane.data());
+        for (auto& plane : samples) { planes.push_back(plane.data()); }
         positions.resize(size_t(frames));
     }
     void fill(int64_t start, int frames) {
         for (size_t c = 0; c < planes.size(); ++c) {
-            for (int i = 0; i < frames; ++i) samples[c][size_t(i)] = payload(start + i, int(c));
+            for (int i = 0; i < frames; ++i) { samples[c][size_t(i)] = payload(start + i, int(c)); }
         }
-        for (int i = 0; i < frames; ++i) positions[size_t(i)] = 0.5 * double(start + i);
+        for (int i = 0; i < frames; ++i) { positions[size_t(i)] = 0.5 * double(start + i); }
     }
     int faults(int64_t start, int frames) const {
         int count = 0;
         for (size_t c = 0; c < planes.size(); ++c) {
-            for (int i = 0; i < frames; ++i) count += samples[c][size_t(i)] != payload(start + i, int(c));
+            for (int i = 0; i < frames; ++i) { count += samples[c][size_t(i)] != payload(start + i, int(c)); }
         }
         return count;
     }
@@ -55,7 +55,9 @@ TEST(Ring, AnEmptyReadLeavesTheLastPosition) {
     const Ring ring = makeRing(2, 5);
     Block out(2, 4);
     double position = 42;
-    for (const int frames : {4, 0, -3}) EXPECT_EQ(mn_ring_read(ring.get(), out.planes.data(), frames, &position), 0);
+    for (const int frames : {4, 0, -3}) {
+        EXPECT_EQ(mn_ring_read(ring.get(), out.planes.data(), frames, &position), 0);
+    }
     EXPECT_EQ(write(ring.get(), out, -1), 0);
     EXPECT_EQ(position, 42);
     EXPECT_EQ(out.samples[0][0], -1);
@@ -85,7 +87,7 @@ TEST(Ring, BehavesAsAQueue) {
             block.fill(next, in);
             const int written = write(ring.get(), block, in);
             ASSERT_EQ(written, std::min(in, capacity - int(queue.size())));
-            for (int i = 0; i < written; ++i) queue.push_back(next++);
+            for (int i = 0; i < written; ++i) { queue.push_back(next++); }
             const int out = size(random);
             double position = -1;
             const int read = mn_ring_read(ring.get(), block.planes.data(), out, &position);
@@ -113,7 +115,7 @@ TEST(Ring, TwoThreadsSeeEveryFrameOnceAndWhole) {
             const int n = int(std::min<int64_t>(total - next, 1 + int64_t(random() % 97)));
             block.fill(next, n);
             const int written = write(ring.get(), block, n);
-            if (written == 0) std::this_thread::yield();
+            if (written == 0) { std::this_thread::yield(); }
             next += written;
         }
         mn_ring_set_eof(ring.get());

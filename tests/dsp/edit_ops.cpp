@@ -49,14 +49,15 @@ TEST(EditOps, CutsGiveTheseChannels) {
         {"tail of nothing", topAndTails({{}, {}}, 48000), {{}, {}}},
         {"tail of none", topAndTails({}, 48000), {}},
     };
-    for (const auto& c : cases) EXPECT_EQ(c.result, c.expected) << c.what;
+    for (const auto& c : cases) { EXPECT_EQ(c.result, c.expected) << c.what; }
 }
 
 // The magnitude in dB of an impulse response at a frequency.
 double levelAt(const Samples& response, double hz, double sr) {
     std::complex<double> sum = 0;
-    for (size_t i = 0; i < response.size(); ++i)
+    for (size_t i = 0; i < response.size(); ++i) {
         sum += double(response[i]) * std::polar(1.0, -2 * pi * hz * double(i) / sr);
+    }
     return 20 * std::log10(std::abs(sum));
 }
 
@@ -92,7 +93,7 @@ TEST(EditOps, ConvolutionIsTheDirectSum) {
     std::mt19937 engine(seed);
     std::vector<std::pair<size_t, size_t>> sizes = {{1, 1},     {1, 5},    {700, 1},  {2, 2},       {512, 512},
                                                     {513, 513}, {1025, 3}, {3, 5000}, {6000, 1500}, {511, 4096}};
-    for (int i = 0; i < 12; ++i) sizes.emplace_back(1 + engine() % 4000, 1 + engine() % 2500);
+    for (int i = 0; i < 12; ++i) { sizes.emplace_back(1 + engine() % 4000, 1 + engine() % 2500); }
     for (const auto& [n, m] : sizes) {
         const Samples x = noise(n, engine()), h = noise(m, engine());
         std::vector<double> sum(n + m - 1);
@@ -159,7 +160,7 @@ TEST(EditOps, VerbTailIsTheSelectionAndOneHallForAllChannels) {
         const Samples dry(channels[c].begin() + 100, channels[c].begin() + 800);
         std::vector<double> expected(4700);
         test::convolveInto(expected, dry, hall, 0.3);
-        for (size_t i = 0; i < 700; ++i) expected[i] += 0.7 * double(dry[i]);
+        for (size_t i = 0; i < 700; ++i) { expected[i] += 0.7 * double(dry[i]); }
         EXPECT_LT(test::errorDb(wet[c], {expected.begin(), expected.end()}), -115);
     }
 }
@@ -168,7 +169,7 @@ TEST(EditOps, VerbTailIsTheSelectionAndOneHallForAllChannels) {
 Samples threeRounds(Samples round, int64_t guard) {
     const auto n = int64_t(round.size());
     Samples all;
-    for (int i = 0; i < 3; ++i) all.insert(all.end(), round.begin(), round.end());
+    for (int i = 0; i < 3; ++i) { all.insert(all.end(), round.begin(), round.end()); }
     const int64_t half = guard / 2;
     for (const int64_t join : {n, 2 * n}) {
         for (int64_t i = 0; i < half * 2; ++i) {
@@ -195,7 +196,7 @@ TEST(EditOps, SeamlessLoopIsTheMiddleOfThreeGuardedRounds) {
     for (const Case& c : cases) {
         SCOPED_TRACE(testing::Message() << c.start << " to " << c.end << " of " << c.total);
         Channels channels = {noise(size_t(c.total), 1), noise(size_t(c.total), 2)};
-        for (Samples& x : channels) detail::scale(x, 0.3F);
+        for (Samples& x : channels) { detail::scale(x, 0.3F); }
         const Channels before = channels;
         const auto loop = seamlessLoop(channels, sr, c.start, c.end, c.carryTail);
         ASSERT_TRUE(loop);
@@ -203,7 +204,7 @@ TEST(EditOps, SeamlessLoopIsTheMiddleOfThreeGuardedRounds) {
         EXPECT_EQ(std::pair(loop->guard, loop->carry), std::pair(c.guard, c.carry));
         for (size_t ch = 0; ch < 2; ++ch) {
             Samples round = slice(channels, c.start, c.end)[ch];
-            for (int64_t i = 0; i < c.carry; ++i) round[size_t(i)] += channels[ch][size_t(c.end + i)];
+            for (int64_t i = 0; i < c.carry; ++i) { round[size_t(i)] += channels[ch][size_t(c.end + i)]; }
             EXPECT_LT(test::errorDb(loop->channels[ch], threeRounds(round, c.guard)), -120);
         }
     }
@@ -226,7 +227,7 @@ double sharpest(std::span<const float> x) {
     }
     for (size_t at = 0; at + 32 <= x.size(); at += 16) {
         double sum = 0;
-        for (size_t i = at; i < at + 32; ++i) sum += rough[i] * rough[i];
+        for (size_t i = at; i < at + 32; ++i) { sum += rough[i] * rough[i]; }
         most = std::max(most, sum);
     }
     return most;
@@ -260,7 +261,7 @@ TEST(EditOps, LoopsPlayThreeRoundsWithoutASeam) {
         ASSERT_TRUE(loop);
         const Samples& round = loop->channels[0];
         Samples rounds;
-        for (int i = 0; i < 3; ++i) rounds.insert(rounds.end(), round.begin(), round.end());
+        for (int i = 0; i < 3; ++i) { rounds.insert(rounds.end(), round.begin(), round.end()); }
         const auto source = std::span(c.source).subspan(size_t(c.start), size_t(c.end - c.start));
         for (const int64_t join : {c.end - c.start, 2 * (c.end - c.start)}) {
             const auto around = std::span(rounds).subspan(size_t(join - 1000), 2000);
@@ -283,7 +284,7 @@ TEST(EditOps, TextureIsEightTimesAsLongDarkAndFaded) {
         EXPECT_EQ(detail::peak(wash[1]), 0) << "silence stays silent";
         EXPECT_EQ(x.front(), 0);
         EXPECT_EQ(x.back(), 0);
-        if (sr < 100) continue;  // no room for a grain
+        if (sr < 100) { continue; }  // no room for a grain
         EXPECT_NEAR(detail::peak(x), 0.5011872, 1e-6);
         const auto piece = [&](double from, double to) {
             return energy(std::span(x).subspan(size_t(from * sr), size_t((to - from) * sr)));

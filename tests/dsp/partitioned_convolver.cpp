@@ -28,7 +28,7 @@ struct Source {
 
 Source makeSource(uint32_t seed, int taps, int outputs) {
     Source source{test::noise(total, seed), {}, nullptr};
-    for (int o = 0; o < outputs; ++o) source.impulses.push_back(test::noise(size_t(taps), seed + 50 + uint32_t(o)));
+    for (int o = 0; o < outputs; ++o) { source.impulses.push_back(test::noise(size_t(taps), seed + 50 + uint32_t(o))); }
     source.filter = std::make_shared<ConvolverFilter>(source.impulses, partition);
     return source;
 }
@@ -41,7 +41,7 @@ std::vector<double> convolve(const Signal& x, const Signal& h) {
 
 Signal expectedSum(const std::vector<Source>& sources, size_t output) {
     std::vector<double> sum(total);
-    for (const Source& s : sources) test::convolveInto(sum, s.signal, s.impulses[output]);
+    for (const Source& s : sources) { test::convolveInto(sum, s.signal, s.impulses[output]); }
     return {sum.begin(), sum.end()};
 }
 
@@ -52,15 +52,15 @@ struct Filters {
 template <class Change>
 std::vector<Signal> run(PartitionedConvolver& convolver, const std::vector<Source>& sources, int outputs,
                         const std::vector<int>& blocks, Change change) {
-    std::vector<Signal> result(static_cast<size_t>(outputs), Signal(total));
+    std::vector<Signal> result(size_t(outputs), Signal(total));
     size_t block = 0;
     int n = 0;
     for (int at = 0; at < total; at += n, ++block) {
         n = std::min(blocks[block % blocks.size()], total - at);
         std::vector<const float*> in;
         std::vector<float*> out;
-        for (const Source& s : sources) in.push_back(s.signal.data() + at);
-        for (Signal& s : result) out.push_back(s.data() + at);
+        for (const Source& s : sources) { in.push_back(s.signal.data() + at); }
+        for (Signal& s : result) { out.push_back(s.data() + at); }
         const Filters filters = change(at);
         convolver.process(in.data(), filters.now.data(), filters.before.empty() ? nullptr : filters.before.data(),
                           out.data(), n);
@@ -70,7 +70,7 @@ std::vector<Signal> run(PartitionedConvolver& convolver, const std::vector<Sourc
 
 std::vector<const ConvolverFilter*> filtersOf(const std::vector<Source>& sources) {
     std::vector<const ConvolverFilter*> filters;
-    for (const Source& s : sources) filters.push_back(s.filter.get());
+    for (const Source& s : sources) { filters.push_back(s.filter.get()); }
     return filters;
 }
 
@@ -167,10 +167,10 @@ TEST(SpectralSum, EveryVersionAgreesWithTheSumInDoubles) {
     const int values = 3 * terms + 2;  // spectra of noise; four more for the sums
     auto spectra = brindlehum::makeAligned<std::complex<float>>(size_t(bins) * (values + 4));
     const std::vector<float> random = test::noise(size_t(bins) * 2 * values, 31);
-    for (size_t i = 0; i < random.size() / 2; ++i) spectra[i] = {random[2 * i], random[2 * i + 1]};
+    for (size_t i = 0; i < random.size() / 2; ++i) { spectra[i] = {random[2 * i], random[2 * i + 1]}; }
     const auto at = [&](int i) { return spectra.get() + int64_t(i) * bins; };
     std::vector<brindlehum::SpectralTerm> list;
-    for (int t = 0; t < terms; ++t) list.push_back({at(3 * t), {at(3 * t + 1), at(3 * t + 2)}});
+    for (int t = 0; t < terms; ++t) { list.push_back({at(3 * t), {at(3 * t + 1), at(3 * t + 2)}}); }
     const Pair bases = {at(3 * terms), at(3 * terms + 1)};
     const Pair plain = {at(values), at(values + 1)};
     const Pair fast = {at(values + 2), at(values + 3)};

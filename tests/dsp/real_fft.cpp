@@ -65,7 +65,7 @@ TEST(RealFFT, GoesThereAndBackAtAnyAlignmentAndLeavesItsSources) {
 }
 
 TEST(RealFFT, RefusesSizesThatArentPowersOfTwo) {
-    for (const int size : {-4, 0, 1, 2, 3, 12, 1000}) EXPECT_THROW(RealFFT{size}, std::invalid_argument) << size;
+    for (const int size : {-4, 0, 1, 2, 3, 12, 1000}) { EXPECT_THROW(RealFFT{size}, std::invalid_argument) << size; }
 }
 
 TEST(RealFFT, PlansOnSeveralThreadsAtOnce) {
@@ -84,6 +84,6 @@ TEST(RealFFT, PlansOnSeveralThreadsAtOnce) {
             }
         });
     }
-    for (auto& thread : threads) thread.join();
-    for (const double error : errors) EXPECT_LT(error - 400, -125);
+    for (auto& thread : threads) { thread.join(); }
+    for (const double error : errors) { EXPECT_LT(error - 400, -125); }
 }

@@ -46,10 +46,10 @@ Fit fitSine(const std::vector<float>& x, double hz, double rate) {
 std::vector<float> stream(const std::vector<float>& input, Rates rates, int frames) {
     Resampler resampler(rates.from, rates.to, 2);
     std::vector<float> negative = input;
-    for (float& x : negative) x = -x;
+    for (float& x : negative) { x = -x; }
     size_t read = 0;
     std::vector<float> result;
-    std::vector<float> left(static_cast<size_t>(frames));
+    std::vector<float> left(size_t(frames));
     std::vector<float> right(left.size());
     float* outputs[] = {left.data(), right.data()};
     for (;;) {
@@ -60,11 +60,9 @@ std::vector<float> stream(const std::vector<float>& input, Rates rates, int fram
             read += n;
             return int(n);
         });
-        for (size_t i = 0; i < size_t(got); ++i) {
-            EXPECT_EQ(left[i], -right[i]);
-        }
+        for (size_t i = 0; i < size_t(got); ++i) { EXPECT_EQ(left[i], -right[i]); }
         result.insert(result.end(), left.begin(), left.begin() + got);
-        if (got < frames) return result;
+        if (got < frames) { return result; }
     }
 }
 
@@ -101,7 +99,7 @@ TEST(Resampler, RandomInputKeepsItsCurve) {
                 const double level = uniform(engine) / sines;
                 const auto addTo = [&](std::vector<float>& x, double rate) {
                     const std::vector<float> sine = test::sine(x.size(), hz, rate, level, phase);
-                    for (size_t i = 0; i < x.size(); ++i) x[i] += sine[i];
+                    for (size_t i = 0; i < x.size(); ++i) { x[i] += sine[i]; }
                 };
                 addTo(input, from);
                 addTo(want, to);
@@ -122,7 +120,7 @@ TEST(Resampler, WhatTheOutputCantHoldIsGone) {
     for (const auto [from, to] : down) {
         for (const double above : {1.0, 1.05, 1.08}) {
             const double hz = above * to / 2 + 1;
-            if (hz >= from / 2) continue;
+            if (hz >= from / 2) { continue; }
             std::vector<float> output = Resampler::convert(test::sine(40000, hz, from), from, to);
             double energy = 0;
             size_t counted = 0;

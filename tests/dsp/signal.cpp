@@ -18,12 +18,12 @@ TEST(Signal, MonoIsTheMeanOfAnyCountOfChannels) {
     EXPECT_TRUE(Signal::mono({}).empty());
     for (const size_t channels : {1U, 2U, 3U, 64U}) {
         std::vector<std::vector<float>> planes;
-        for (size_t c = 0; c < channels; ++c) planes.push_back(test::noise(9001, uint32_t(c + 1)));
+        for (size_t c = 0; c < channels; ++c) { planes.push_back(test::noise(9001, uint32_t(c + 1))); }
         const auto mono = Signal::mono(planes);
         ASSERT_EQ(mono.size(), 9001U);
         for (size_t i = 0; i < mono.size(); ++i) {
             double sum = 0;
-            for (const auto& plane : planes) sum += plane[i];
+            for (const auto& plane : planes) { sum += plane[i]; }
             ASSERT_NEAR(mono[i], sum / double(channels), 1e-6) << channels << " channels, sample " << i;
         }
     }
@@ -32,7 +32,7 @@ TEST(Signal, MonoIsTheMeanOfAnyCountOfChannels) {
 TEST(Signal, RmsClampsItsRange) {
     const auto x = test::noise(1003, 5);
     double squares = 0;
-    for (size_t i = 10; i < 1003; ++i) squares += double(x[i]) * double(x[i]);
+    for (size_t i = 10; i < 1003; ++i) { squares += double(x[i]) * double(x[i]); }
     EXPECT_NEAR(Signal::rms(x, 10, 5000), std::sqrt(squares / 993), 1e-7);
     EXPECT_EQ(Signal::rms(x, -7, 2000), Signal::rms(x, 0, 1003));
     for (const auto& [from, to] : {std::pair<int64_t, int64_t>{5, 5}, {9, 3}, {2000, 3000}, {-9, -2}}) {
@@ -46,7 +46,7 @@ TEST(Signal, HannWindowIsSymmetricAndEndsAtZero) {
     const auto w = Signal::hanning(1024);
     EXPECT_EQ(w.front(), 0);
     EXPECT_NEAR(w.back(), 0, 1e-12);
-    for (size_t i = 0; i < 512; ++i) ASSERT_NEAR(w[i], w[1023 - i], 1e-7);
+    for (size_t i = 0; i < 512; ++i) { ASSERT_NEAR(w[i], w[1023 - i], 1e-7); }
     EXPECT_NEAR(w[100], std::pow(std::sin(std::numbers::pi * 100 / 1023), 2), 1e-7);
 }
 
@@ -58,7 +58,7 @@ TEST(Signal, AutocorrelationEqualsThePlainSum) {
             ASSERT_EQ(int64_t(r.size()), std::max<int64_t>(std::min(int64_t(count), maxLag), 1));
             for (size_t k = 0; k < r.size(); ++k) {
                 double sum = 0;
-                for (size_t i = 0; i + k < count; ++i) sum += double(x[i]) * double(x[i + k]);
+                for (size_t i = 0; i + k < count; ++i) { sum += double(x[i]) * double(x[i + k]); }
                 ASSERT_NEAR(r[k], sum, 1e-6 * double(count)) << count << " samples, lag " << k;
             }
         }
@@ -78,7 +78,7 @@ TEST(Signal, ResampleKeepsTimeAndLeavesNearRatesAlone) {
         const auto out = Signal::resample(tone, rate, 22050);
         ASSERT_EQ(out.size(), 22050U) << rate;
         const auto want = test::sine(22050, 440, 22050);
-        for (size_t i = 2000; i < 20000; ++i) ASSERT_NEAR(out[i], want[i], 1e-4) << rate << " Hz, sample " << i;
+        for (size_t i = 2000; i < 20000; ++i) { ASSERT_NEAR(out[i], want[i], 1e-4) << rate << " Hz, sample " << i; }
     }
 }
 

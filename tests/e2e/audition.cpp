@@ -14,7 +14,7 @@ float mark(size_t channel, size_t frame) {
 Planes marks(size_t channels, size_t frames) {
     Planes planes(channels, std::vector<float>(frames));
     for (size_t c = 0; c < channels; ++c) {
-        for (size_t i = 0; i < frames; ++i) planes[c][i] = mark(c, i);
+        for (size_t i = 0; i < frames; ++i) { planes[c][i] = mark(c, i); }
     }
     return planes;
 }

@@ -55,7 +55,7 @@ TEST_F(DevicesOnPipeWire, TheDefaultDeviceCarriesOnForOneThatIsUnplugged) {
 TEST_F(DevicesOnPipeWire, TheLastDeviceGoneIsSaidAndTheNextOnePlays) {
     load(toneFile(2, 30));
     playFrom(0);
-    for (const char* sink : {"sink2", "sink12", "sink16"}) server_.removeSink(sink);
+    for (const char* sink : {"sink2", "sink12", "sink16"}) { server_.removeSink(sink); }
     ASSERT_TRUE(until([&] { return player_.message().has_value(); }));
     EXPECT_EQ(*player_.message(), "Output device changed: Couldn't open the output device");
     EXPECT_FALSE(player_.isPlaying());

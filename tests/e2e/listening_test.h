@@ -81,7 +81,7 @@ protected:
 // beyond that. 5 % are for the peak of a tone whose crest falls between two samples.
 inline double largestAllowedJump(const std::vector<float>& heard) {
     double peak = 0;
-    for (const float x : heard) peak = std::max(peak, std::abs(double(x)));
+    for (const float x : heard) { peak = std::max(peak, std::abs(double(x))); }
     return 1.05 * peak * (2 * std::numbers::pi * toneHz / rate + 2.0 / block);
 }
 
@@ -91,7 +91,7 @@ inline std::string clickIn(const Planes& heard, const std::string& what) {
     for (size_t c = 0; c < heard.size(); ++c) {
         const double jump = maxJump(heard[c]);
         loudest = std::max(loudest, jump);
-        if (jump <= largestAllowedJump(heard[c]) + 1e-6) continue;
+        if (jump <= largestAllowedJump(heard[c]) + 1e-6) { continue; }
         return what + ": a jump of " + std::to_string(jump) + " in channel " + std::to_string(c);
     }
     return loudest > 0 ? "" : what + ": nothing was heard";
@@ -103,7 +103,7 @@ inline void expectCleanOnce(const std::function<std::string()>& attempt) {
     std::string fault;
     for (int run = 0; run < 3; ++run) {
         fault = attempt();
-        if (fault.empty() || testing::Test::HasFatalFailure()) break;
+        if (fault.empty() || testing::Test::HasFatalFailure()) { break; }
         std::fprintf(stderr, "run %d: %s\n", run, fault.c_str());
     }
     EXPECT_EQ(fault, "");

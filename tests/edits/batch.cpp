@@ -23,7 +23,7 @@ using testing::HasSubstr;
 const test::Planes& song() {
     static const test::Planes made = [] {
         test::Planes channels = test::Song().channels;
-        for (auto& x : channels) x.resize(12 * test::Song::barFrames);
+        for (auto& x : channels) { x.resize(12 * test::Song::barFrames); }
         return channels;
     }();
     return made;
@@ -37,11 +37,11 @@ Job jobFor(const fs::path& url) {
 std::map<std::string, std::string> contentsOf(const fs::path& folder) {
     std::map<std::string, std::string> out;
     for (const auto& entry : fs::recursive_directory_iterator(folder)) {
-        if (!entry.is_regular_file()) continue;
+        if (!entry.is_regular_file()) { continue; }
         std::string bytes = test::readBytes(entry.path());
-        if (entry.path().extension() == ".wav" && bytes.size() >= 678) bytes.erase(0, 678);
+        if (entry.path().extension() == ".wav" && bytes.size() >= 678) { bytes.erase(0, 678); }
         const size_t source = bytes.find("Source: ");
-        if (source != std::string::npos) bytes.erase(source, bytes.find('\n', source) - source);
+        if (source != std::string::npos) { bytes.erase(source, bytes.find('\n', source) - source); }
         out[fs::relative(entry.path(), folder)] = bytes;
     }
     return out;
@@ -91,8 +91,9 @@ TEST(TempEditBatch, DoesTheSameOnOneThreadAndOnTwo) {
                                                  [&](const Step& step) {
                                                      EXPECT_EQ(step.count, files.jobs.size());
                                                      EXPECT_EQ(&step.job, &files.jobs[step.index]);
-                                                     if (step.kind == Step::Kind::started)
+                                                     if (step.kind == Step::Kind::started) {
                                                          started.push_back(step.index);
+                                                     }
                                                      if (step.kind == Step::Kind::finished) {
                                                          finished.push_back(step.index);
                                                          EXPECT_EQ(step.outcome->status, expected[step.index]);
@@ -109,7 +110,7 @@ TEST(TempEditBatch, DoesTheSameOnOneThreadAndOnTwo) {
             EXPECT_EQ(outcomes[i].reason.empty(), expected[i] == Status::done) << outcomes[i].reason;
             EXPECT_EQ(outcomes[i].result.folder, files.jobs[i].folder);
             std::string names;
-            for (const auto& file : outcomes[i].result.files) names += file.filename().string() + "\n";
+            for (const auto& file : outcomes[i].result.files) { names += file.filename().string() + "\n"; }
             EXPECT_EQ(written[i], names);
             EXPECT_EQ(outcomes[i].result.notes.empty(), expected[i] != Status::done);
         }
@@ -135,12 +136,13 @@ TEST(TempEditBatch, StopsWhereItIsTold) {
     const auto outcomes =
         TempEdits::makeAll(jobs, brief(),
                            [&stop](const Step& step) {
-                               if (step.kind == Step::Kind::writing && step.index == 1 && step.plan == 2)
+                               if (step.kind == Step::Kind::writing && step.index == 1 && step.plan == 2) {
                                    stop.request_stop();
+                               }
                            },
                            stop.get_token(), {.workers = 1});
     const Status statuses[] = {Status::done, Status::cancelled, Status::cancelled};
-    for (size_t i = 0; i < 3; ++i) EXPECT_EQ(outcomes[i].status, statuses[i]);
+    for (size_t i = 0; i < 3; ++i) { EXPECT_EQ(outcomes[i].status, statuses[i]); }
     EXPECT_EQ(outcomes[1].result.files.size(), 2U);
     EXPECT_FALSE(fs::exists(folder / "c Edits"));
     for (const auto& entry : fs::recursive_directory_iterator(folder.path())) {
@@ -162,8 +164,8 @@ TEST(TempEditBatch, HoldsNoMoreInMemoryThanItMay) {
         size_t peak = 0;
         (void)TempEdits::makeAll(jobs, brief(),
                                  [&](const Step& step) {
-                                     if (step.kind == Step::Kind::started) peak = std::max(peak, ++atWork);
-                                     if (step.kind == Step::Kind::finished) --atWork;
+                                     if (step.kind == Step::Kind::started) { peak = std::max(peak, ++atWork); }
+                                     if (step.kind == Step::Kind::finished) { --atWork; }
                                  },
                                  {}, {.workers = 3, .memoryBytes = memoryBytes});
         return peak;

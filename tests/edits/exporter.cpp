@@ -26,7 +26,7 @@ using testing::HasSubstr;
 
 std::vector<std::string> namesIn(const fs::path& folder) {
     std::vector<std::string> out;
-    for (const auto& entry : fs::directory_iterator(folder)) out.push_back(entry.path().filename());
+    for (const auto& entry : fs::directory_iterator(folder)) { out.push_back(entry.path().filename()); }
     std::sort(out.begin(), out.end());
     return out;
 }
@@ -137,7 +137,7 @@ TEST(TempEditExporter, LiesBesideTheSourceOnlyWhereItMayWrite) {
     fs::create_directory(temp / "closed");
     fs::permissions(temp / "closed", fs::perms(0555));
     const auto nobody = [&temp] {
-        if (getuid() == 0 && setuid(65534) != 0) _exit(2);
+        if (getuid() == 0 && setuid(65534) != 0) { _exit(2); }
         _exit(editsFolder(temp / "closed/a.wav", true, "/pulls") == "/pulls/Edits/a Edits" ? 0 : 1);
     };
     EXPECT_EXIT(nobody(), testing::ExitedWithCode(0), "");
@@ -196,7 +196,7 @@ TEST(TempEditExporter, LeavesNoHalfFile) {
              std::stop_source stop;
              return job.write(
                  [&stop](size_t plan, const std::string& file) {
-                     if (plan == 1) stop.request_stop();
+                     if (plan == 1) { stop.request_stop(); }
                      EXPECT_LT(plan, 2U) << file;
                  },
                  stop.get_token());

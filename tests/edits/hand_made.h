@@ -14,7 +14,7 @@ struct HandMade {
     explicit HandMade(int bars) : totalFrames(int64_t(bars) * 2 * 48000) {
         grid.bpm = 120;
         grid.duration = 2.0 * bars;
-        for (int i = 0; i < bars; ++i) grid.downbeats.push_back(2.0 * i);
+        for (int i = 0; i < bars; ++i) { grid.downbeats.push_back(2.0 * i); }
         alike([](int, int) { return 0.1; });
         auto& pins = structure.pins;
         pins.endingStart = pins.musicEnd = pins.loopEnd = pins.finalHit = bars;
@@ -36,7 +36,7 @@ struct HandMade {
     // The plan of that name, or an empty one.
     EditPlan plan(const std::string& name) const {
         for (const auto& each : plans()) {
-            if (each.name == name) return each;
+            if (each.name == name) { return each; }
         }
         return {};
     }

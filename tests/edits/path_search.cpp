@@ -16,10 +16,10 @@ using Found = std::optional<PathSearch::Path>;
 
 // What a step from `line` to the start of `bar` costs; 0 for playing on. Lines count from `from`.
 std::optional<double> stepCost(const JumpTable& jumps, int from, int line, int bar) {
-    if (bar == line) return 0;
-    if (bar == line - 1) return std::nullopt;
+    if (bar == line) { return 0; }
+    if (bar == line - 1) { return std::nullopt; }
     const auto cost = jumps.cost(from + line, from + bar);
-    if (!cost) return std::nullopt;
+    if (!cost) { return std::nullopt; }
     const double weight = *cost + 0.3;
     return line % 4 == 0 && bar % 4 == 0 ? weight - 0.05 : weight;
 }
@@ -32,8 +32,8 @@ public:
         : jumps_(jumps), from_(from), last_(to - from), count_(count), anyEnd_(anyEnd) {
         if (count == 0) {
             const auto jump = jumps.cost(from, to);
-            if (last_ == 0) best_ = {0, {}};
-            if (last_ > 0 && jump) best_ = {*jump + 0.3, {}};
+            if (last_ == 0) { best_ = {0, {}}; }
+            if (last_ > 0 && jump) { best_ = {*jump + 0.3, {}}; }
             return;
         }
         walk({{0.0, 0}});
@@ -45,10 +45,10 @@ private:
 
     void walk(const Walk& walked) {
         const auto [cost, line] = walked.back();
-        if (int(walked.size()) == count_ + 1) return finish(walked);
+        if (int(walked.size()) == count_ + 1) { return finish(walked); }
         for (int bar = 0; bar < last_; ++bar) {
             const auto step = stepCost(jumps_, from_, line, bar);
-            if (!step) continue;
+            if (!step) { continue; }
             Walk further = walked;
             further.emplace_back(cost + *step, bar + 1);
             walk(further);
@@ -56,21 +56,21 @@ private:
     }
     void finish(const Walk& walked) {
         const auto [cost, line] = walked.back();
-        if (line == last_) offer(cost, -1, walked);
-        if (anyEnd_) offer(cost, line, walked);
+        if (line == last_) { offer(cost, -1, walked); }
+        if (anyEnd_) { offer(cost, line, walked); }
         const auto jump = jumps_.cost(from_ + line, from_ + last_);
-        if (!anyEnd_ && jump) offer(cost + (*jump + 0.3), line, walked);
+        if (!anyEnd_ && jump) { offer(cost + (*jump + 0.3), line, walked); }
     }
     void offer(double total, int ending, const Walk& walked) {
         std::vector<double> rank = {total, double(ending)};
         for (size_t i = walked.size(); i-- > 0;) {
             rank.push_back(walked[i].first);
-            if (i > 0) rank.push_back(walked[i - 1].second);
+            if (i > 0) { rank.push_back(walked[i - 1].second); }
         }
-        if (best_ && !(rank < rank_)) return;
+        if (best_ && !(rank < rank_)) { return; }
         rank_ = rank;
         best_ = {total, {}};
-        for (size_t i = 1; i < walked.size(); ++i) best_->bars.push_back(from_ + walked[i].second - 1);
+        for (size_t i = 1; i < walked.size(); ++i) { best_->bars.push_back(from_ + walked[i].second - 1); }
     }
     const JumpTable& jumps_;
     int from_, last_, count_;
@@ -81,7 +81,7 @@ private:
 
 void expectSame(const Found& got, const Found& expected, const std::string& what) {
     ASSERT_EQ(got.has_value(), expected.has_value()) << what;
-    if (!got) return;
+    if (!got) { return; }
     EXPECT_EQ(got->cost, expected->cost) << what;
     EXPECT_EQ(got->bars, expected->bars) << what;
 }

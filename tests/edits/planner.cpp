@@ -19,7 +19,7 @@ constexpr int64_t bar = 96000;  // frames
 
 std::vector<std::string> namesOf(const std::vector<EditPlan>& plans) {
     std::vector<std::string> out;
-    for (const auto& plan : plans) out.push_back(plan.name);
+    for (const auto& plan : plans) { out.push_back(plan.name); }
     return out;
 }
 
@@ -42,7 +42,7 @@ TEST(TempEditPlanner, NamesLengths) {
                                         {3725, "62m05s"}}) {
         EXPECT_EQ(TempEditPlanner::label(seconds), name);
     }
-    for (int kind = 0; kind < 5; ++kind) EXPECT_EQ(editPlanKind(rawValue(Kind(kind))), Kind(kind));
+    for (int kind = 0; kind < 5; ++kind) { EXPECT_EQ(editPlanKind(rawValue(Kind(kind))), Kind(kind)); }
     EXPECT_FALSE(editPlanKind("Loop"));
 }
 
@@ -89,7 +89,7 @@ TEST(TempEditPlanner, LeavesOutSectionsThatTheMusicLacks) {
         const auto plans = piece.plans();
         EXPECT_EQ(namesOf(plans), names) << firstMap;
         EXPECT_EQ(plans.empty() ? "" : plans[0].map, firstMap);
-        for (const auto& plan : plans) EXPECT_EQ(plan.carryLoopTail, plan.kind == Kind::loop && pins.loopEnd >= 24);
+        for (const auto& plan : plans) { EXPECT_EQ(plan.carryLoopTail, plan.kind == Kind::loop && pins.loopEnd >= 24); }
     }
     HandMade brief(1);
     EXPECT_TRUE(brief.plans().empty()) << "a single bar";

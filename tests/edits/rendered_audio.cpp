@@ -44,7 +44,7 @@ TEST(RenderedEdits, AreSplicedOnBarLines) {
                 const auto& before = plan.spans[i - 1];
                 const auto& after = plan.spans[i];
                 at += before.end - before.start;
-                if (at + 8192 > untouched) continue;
+                if (at + 8192 > untouched) { continue; }
                 ++count;
                 SCOPED_TRACE(plan.name + " at " + std::to_string(double(at) / Song::rate) + " s: " + plan.map);
                 for (const int64_t frame : {before.end, after.start}) {

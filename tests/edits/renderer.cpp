@@ -25,13 +25,13 @@ EditPlan planOf(Spans spans, EditPlan::Kind kind = EditPlan::Kind::cutdown) {
 // At 1000 Hz, so that milliseconds are frames; the second channel is the first one upside down.
 std::vector<float> render(const EditPlan& plan, const std::vector<float>& source, double crossfadeMs = 30) {
     std::vector<float> other = source;
-    for (float& x : other) x = -x;
+    for (float& x : other) { x = -x; }
     TempEditOptions options;
     options.crossfadeMs = crossfadeMs;
     const Planes out = TempEditRenderer::render(plan, {source, other}, 1000, options);
     EXPECT_EQ(out.size(), 2U);
     for (size_t i = 0; i < out[0].size(); ++i) {
-        if (out[0][i] != -out[1][i]) ADD_FAILURE() << "the channels differ at " << i;
+        if (out[0][i] != -out[1][i]) { ADD_FAILURE() << "the channels differ at " << i; }
     }
     EXPECT_EQ(int64_t(out[0].size()), TempEditRenderer::length(plan, 1000));
     return out[0];
@@ -39,7 +39,7 @@ std::vector<float> render(const EditPlan& plan, const std::vector<float>& source
 
 std::vector<float> ramp(size_t frames) {
     std::vector<float> x(frames);
-    for (size_t i = 0; i < frames; ++i) x[i] = float(i + 1);
+    for (size_t i = 0; i < frames; ++i) { x[i] = float(i + 1); }
     return x;
 }
 
@@ -71,10 +71,12 @@ TEST(TempEditRenderer, CrossfadesIntoWhatPrecedesTheSpan) {
                 double& y = expected[expected.size() - size_t(m - i)];
                 y = y * std::cos(x) + double(spans[s].start - m + i + 1) * std::sin(x);
             }
-            for (int64_t i = spans[s].start; i < spans[s].end; ++i) expected.push_back(double(i + 1));
+            for (int64_t i = spans[s].start; i < spans[s].end; ++i) { expected.push_back(double(i + 1)); }
         }
         ASSERT_EQ(out.size(), expected.size()) << "case " << n;
-        for (size_t i = 0; i < out.size(); ++i) ASSERT_NEAR(out[i], expected[i], 1e-3) << "case " << n << " at " << i;
+        for (size_t i = 0; i < out.size(); ++i) {
+            ASSERT_NEAR(out[i], expected[i], 1e-3) << "case " << n << " at " << i;
+        }
     }
 }
 
@@ -104,7 +106,9 @@ TEST(TempEditRenderer, FadesAndCuts) {
         plan.cutAtSec = cut;
         const auto out = render(plan, std::vector<float>(8000, 1.0F));
         ASSERT_EQ(out.size(), length);
-        for (const auto& [at, value] : samples) EXPECT_NEAR(out[at], value, 1e-6) << "frame " << at << " of " << length;
+        for (const auto& [at, value] : samples) {
+            EXPECT_NEAR(out[at], value, 1e-6) << "frame " << at << " of " << length;
+        }
     }
 }
 

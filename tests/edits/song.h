@@ -21,9 +21,9 @@ struct Song {
         const auto frames = size_t(start + bars * barFrames + int64_t(2.5 * rate));
         channels = {noise(frames, 21), noise(frames, 22)};
         for (auto& x : channels) {
-            for (float& sample : x) sample *= 0.0005F;
+            for (float& sample : x) { sample *= 0.0005F; }
         }
-        for (int bar = 0; bar < bars; ++bar) addBar(bar);
+        for (int bar = 0; bar < bars; ++bar) { addBar(bar); }
     }
     int64_t line(int bar) const { return start + bar * barFrames; }
 
@@ -47,8 +47,8 @@ private:
         for (int beat = 0; beat < 4; ++beat) {
             const int64_t at = line(bar) + beat * barFrames / 4;
             addTone(at, 2500, 0.3 * level, 0.02);
-            if (beat == 0) addTone(at, 60, 0.5 * level, 0.08);
-            if (beat == 2 && !intro) addTone(at, 900, 0.3 * level, 0.04);
+            if (beat == 0) { addTone(at, 60, 0.5 * level, 0.08); }
+            if (beat == 2 && !intro) { addTone(at, 900, 0.3 * level, 0.04); }
             for (const int note : {0, bar % 2 == 0 ? 3 : 4, 7}) {
                 addTone(at, 440 * std::exp2((root + 12 + note - 69) / 12.0), 0.08 * level, 0.25);
             }

@@ -3,7 +3,7 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     constexpr size_t mostBytes = 16 * 1024;
-    if (size > mostBytes) return 0;
+    if (size > mostBytes) { return 0; }
     // Removed again at the end of the run, after the catalog in it has been closed.
     struct Folder {
         std::filesystem::path path;
@@ -14,7 +14,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     };
     static const Folder folder{[] {
         std::string name = (std::filesystem::temp_directory_path() / "brindlehum-fuzz-XXXXXX").string();
-        if (mkdtemp(name.data()) == nullptr) std::abort();
+        if (mkdtemp(name.data()) == nullptr) { std::abort(); }
         return std::filesystem::path(name);
     }()};
     static brindlehum::test::LogProbe probe(folder.path);

@@ -21,9 +21,10 @@ public:
         std::filesystem::create_directories(root_ / "b");
         std::filesystem::create_directories(log().parent_path());
         std::filesystem::create_directory_symlink("..", root_ / "out");
-        for (const char* name : {"a.wav", "b/c.flac"}) add(root_ / name);
-        for (const char* name : {"o.wav", "root/out/o.wav", "root/../o.wav"})
+        for (const char* name : {"a.wav", "b/c.flac"}) { add(root_ / name); }
+        for (const char* name : {"o.wav", "root/out/o.wav", "root/../o.wav"}) {
             add(root_.parent_path().string() + "/" + name);
+        }
     }
 
     void look(std::string_view bytes) {
@@ -40,7 +41,7 @@ public:
         }
         for (size_t start = 0, end; (end = bytes.find('\n', start)) != std::string_view::npos; start = end + 1) {
             const auto entry = ChangeLog::Entry::decode(bytes.substr(start, end - start));
-            if (!entry) continue;
+            if (!entry) { continue; }
             const auto line = entry->encoded();
             check(line && line->find('\n') == std::string::npos, "an entry that was read can't be written");
             check(ChangeLog::Entry::decode(*line) == entry, "an entry doesn't survive being written");
@@ -53,7 +54,7 @@ private:
         catalog_.write([&] { catalog_.upsert(path.string(), root_.string(), {1, 1}, std::nullopt, {}); });
     }
     static void check(bool holds, const char* what) {
-        if (holds) return;
+        if (holds) { return; }
         std::fprintf(stderr, "%s\n", what);
         std::abort();
     }

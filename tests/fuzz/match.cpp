@@ -6,6 +6,6 @@
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     constexpr size_t mostBytes = 16 * 1024;  // beyond that only the time a run takes grows
     static brindlehum::test::MatchProbe probe;
-    if (size <= mostBytes) probe.look({reinterpret_cast<const char*>(data), size});
+    if (size <= mostBytes) { probe.look({reinterpret_cast<const char*>(data), size}); }
     return 0;
 }

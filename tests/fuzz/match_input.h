@@ -34,12 +34,12 @@ public:
 
     void look(std::string_view query) {
         const std::optional<std::string> expression = Catalog::matchExpression(query);
-        if (!expression) return;
+        if (!expression) { return; }
         sqlite3_bind_text64(select_, 1, expression->data(), expression->size(), SQLITE_STATIC, SQLITE_UTF8);
         int result = SQLITE_ROW;
-        while (result == SQLITE_ROW) result = sqlite3_step(select_);
+        while (result == SQLITE_ROW) { result = sqlite3_step(select_); }
         sqlite3_reset(select_);
-        if (result == SQLITE_DONE) return;
+        if (result == SQLITE_DONE) { return; }
         std::fprintf(stderr, "refused: %s\n%s\n", expression->c_str(), sqlite3_errmsg(database_));
         std::abort();
     }
@@ -50,7 +50,7 @@ public:
 
 private:
     void exec(const char* sql) {
-        if (sqlite3_exec(database_, sql, nullptr, nullptr, nullptr) != SQLITE_OK) std::abort();
+        if (sqlite3_exec(database_, sql, nullptr, nullptr, nullptr) != SQLITE_OK) { std::abort(); }
     }
 
     sqlite3* database_ = nullptr;

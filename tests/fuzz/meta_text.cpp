@@ -4,6 +4,6 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     constexpr size_t mostBytes = 16 * 1024;
-    if (size <= mostBytes) brindlehum::test::metaText({reinterpret_cast<const char*>(data), size});
+    if (size <= mostBytes) { brindlehum::test::metaText({reinterpret_cast<const char*>(data), size}); }
     return 0;
 }

@@ -32,7 +32,7 @@ inline void metaText(const std::string& text) {
     }
 
     const UCS list(text);
-    for (const auto& [key, entry] : list.entries()) require(list.lookup(entry.catID) == &entry, "a listed CatID");
+    for (const auto& [key, entry] : list.entries()) { require(list.lookup(entry.catID) == &entry, "a listed CatID"); }
 }
 
 }  // namespace brindlehum::test

@@ -26,13 +26,13 @@ inline std::string drawnExtension(const uint8_t* data, size_t size) {
 // A place in the piece, or one step outside of it, drawn from the middle of the content.
 inline int64_t drawnPosition(const uint8_t* data, size_t size, int64_t frames) {
     uint64_t drawn = 0;
-    for (size_t i = size / 2; i < std::min(size, size / 2 + 8); ++i) drawn = drawn << 8 | data[i];
+    for (size_t i = size / 2; i < std::min(size, size / 2 + 8); ++i) { drawn = drawn << 8 | data[i]; }
     return int64_t(drawn % (uint64_t(std::max<int64_t>(0, frames)) + 3)) - 1;
 }
 
 // Ends the program when a promise of AudioFile is broken.
 inline void require(bool kept, const char* promise) {
-    if (kept) return;
+    if (kept) { return; }
     std::fprintf(stderr, "broken promise: %s\n", promise);
     std::abort();
 }
@@ -50,15 +50,17 @@ inline void readAround(AudioFile& file, int64_t drawn) {
     require(facts.sampleRate > 0, "a rate above 0");
     std::vector<std::vector<float>> buffer(size_t(facts.channels), std::vector<float>(blockFrames));
     std::vector<float*> planes;
-    for (auto& plane : buffer) planes.push_back(plane.data());
+    for (auto& plane : buffer) { planes.push_back(plane.data()); }
     const auto readAt = [&](int64_t position) {
         const int got = file.read(planes.data(), position, blockFrames);
         const int64_t left = position < 0 ? 0 : std::clamp<int64_t>(facts.frames - position, 0, blockFrames);
         require(got >= 0 && got <= left, "no more frames than asked and left");
     };
-    for (int64_t at = 0; at < 8 * blockFrames; at += blockFrames) readAt(at);
+    for (int64_t at = 0; at < 8 * blockFrames; at += blockFrames) { readAt(at); }
     const int64_t end = facts.frames;
-    for (const int64_t at : {end / 2, end - 10, int64_t(0), end - 1, end, drawn, int64_t(7), int64_t(-1)}) readAt(at);
+    for (const int64_t at : {end / 2, end - 10, int64_t(0), end - 1, end, drawn, int64_t(7), int64_t(-1)}) {
+        readAt(at);
+    }
 }
 
 // Writes the bytes to a file in `folder` and looks at it as the system would. Errors are fine; anything else isn't.

@@ -23,13 +23,13 @@ inline std::string bytesOf(const std::filesystem::path& path) {
 
 inline uint64_t statedSize(const std::string& bytes, size_t at) {
     uint64_t size = 0;
-    for (size_t i = 0; i < 4; ++i) size |= uint64_t(uint8_t(bytes[at + i])) << 8 * i;
+    for (size_t i = 0; i < 4; ++i) { size |= uint64_t(uint8_t(bytes[at + i])) << 8 * i; }
     return size;
 }
 
 // Whether a chunk with a readable id that fits begins there.
 inline bool startsChunk(const std::string& bytes, size_t at) {
-    if (at + 8 > bytes.size() || statedSize(bytes, at + 4) > bytes.size() - at - 8) return false;
+    if (at + 8 > bytes.size() || statedSize(bytes, at + 4) > bytes.size() - at - 8) { return false; }
     const std::string id = bytes.substr(at, 4);
     return std::all_of(id.begin(), id.end(), [](char c) { return c >= ' ' && c <= '~'; });
 }
@@ -41,9 +41,9 @@ inline std::vector<std::pair<std::string, std::string>> foreignChunks(const std:
     for (size_t at = 12; at + 8 <= bytes.size();) {
         const uint64_t size = statedSize(bytes, at + 4);
         const std::string id = bytes.substr(at, 4);
-        if (id != "bext" && id != "iXML") found.emplace_back(id, bytes.substr(at + 8, size));
+        if (id != "bext" && id != "iXML") { found.emplace_back(id, bytes.substr(at + 8, size)); }
         at += 8 + size;
-        if (size % 2 == 1 && (startsChunk(bytes, at + 1) || !startsChunk(bytes, at))) ++at;
+        if (size % 2 == 1 && (startsChunk(bytes, at + 1) || !startsChunk(bytes, at))) { ++at; }
     }
     return found;
 }

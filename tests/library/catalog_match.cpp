@@ -28,14 +28,14 @@ TEST(MatchExpression, SaysWhatWasTyped) {
         {"t\u00FCr\u00A0auf\u3000zu\u2003", "\"t\u00FCr\"* AND \"auf\"* AND \"zu\"*"},
         {std::string("a\0b", 3), R"("a"* AND "b"*)"},
     };
-    for (const auto& [query, expression] : table) EXPECT_EQ(Catalog::matchExpression(query), expression) << query;
+    for (const auto& [query, expression] : table) { EXPECT_EQ(Catalog::matchExpression(query), expression) << query; }
     for (const char* query : {"-rain", "-rain -wind", "", " \t\n\r\v\f ", "-", "/-", "\"\""}) {
         EXPECT_EQ(Catalog::matchExpression(query), std::nullopt) << query;
     }
 
     // Repeats change nothing of what is found, and would take FTS5 hours.
     std::string long_ = "door";
-    for (int i = 0; i < 10'000; ++i) long_ += " door sub-sub -low";
+    for (int i = 0; i < 10'000; ++i) { long_ += " door sub-sub -low"; }
     const std::string expression = Catalog::matchExpression(long_ + " -low-end wood").value();
     EXPECT_LT(std::ranges::count(expression.substr(0, expression.find(" NOT ")), '*'), 100);
     EXPECT_THAT(expression, testing::HasSubstr(R"( AND "wood"* NOT "low"*)"));
@@ -45,7 +45,7 @@ TEST(MatchExpression, SaysWhatWasTyped) {
 // Anything typed is an expression that FTS5 takes; what the fuzzer has found or begins with is looked at again.
 TEST(MatchExpression, IsAlwaysAccepted) {
     std::string many = "x";
-    for (int i = 0; i < 400; ++i) many += " -n" + std::to_string(i) + " p" + std::to_string(i);
+    for (int i = 0; i < 400; ++i) { many += " -n" + std::to_string(i) + " p" + std::to_string(i); }
     MatchProbe probe;
     probe.look(many);
     int seeds = 0;

@@ -23,8 +23,9 @@ AudioFileInfo twoSeconds() {
 TEST_F(CatalogRows, ComeBackAsWritten) {
     Catalog catalog(file);
     SoundMeta meta;
-    for (const SoundMeta::Tag& tag : SoundMeta::ixmlTags)
+    for (const SoundMeta::Tag& tag : SoundMeta::ixmlTags) {
         meta.*tag.field = "a \"" + std::string(tag.key) + "\"\\\n\x01/";
+    }
     meta.description = "t\u00FCr \u96E8 \U0001F600";
     meta.category = "Gr\u00FC\u00DFe";
     meta.library = "";
@@ -122,8 +123,7 @@ TEST_F(CatalogRows, StayInResultsWhenTheirMetadataIsDamaged) {
         SoundMeta parsed;
         try {
             parsed = nlohmann::json::parse(json).get<SoundMeta>();
-        } catch (const nlohmann::json::exception&) {
-        }
+        } catch (const nlohmann::json::exception&) {}
         EXPECT_EQ(parsed, expected) << json;
     }
 }
@@ -138,7 +138,7 @@ TEST(CatalogRow, SaysItsFormat) {
         {{"", "", 0, 11025, 16, 16, "PCM", {}}, "11.0 kHz \u00B7 16-bit \u00B7 16 ch"},
         {{"", "", 0, 0, 0, 0, "", {}}, "0 kHz \u00B7  \u00B7 0 ch"},
     };
-    for (const auto& [row, summary] : table) EXPECT_EQ(row.formatSummary(), summary);
+    for (const auto& [row, summary] : table) { EXPECT_EQ(row.formatSummary(), summary); }
 }
 
 }  // namespace

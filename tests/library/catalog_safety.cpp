@@ -15,7 +15,9 @@ protected:
     void SetUp() override {
         Catalog catalog(file);
         catalog.write([&] {
-            for (int i = 0; i < 300; ++i) catalog.upsert("/lib/" + std::to_string(i) + ".wav", "/lib", {1, 1}, {}, {});
+            for (int i = 0; i < 300; ++i) {
+                catalog.upsert("/lib/" + std::to_string(i) + ".wav", "/lib", {1, 1}, {}, {});
+            }
         });
     }
     // The code and text of the refusal; 0 when there is none.
@@ -25,9 +27,7 @@ protected:
             return {0, ""};
         } catch (const Error& error) {
             return {error.code(), error.what()};
-        } catch (const std::filesystem::filesystem_error& error) {
-            return {-1, error.what()};
-        }
+        } catch (const std::filesystem::filesystem_error& error) { return {-1, error.what()}; }
     }
     void overwrite(int64_t at, const std::string& bytes) const {
         std::fstream(file, std::ios::in | std::ios::out | std::ios::binary)
@@ -87,14 +87,13 @@ TEST_F(CatalogSafety, SurvivesDamagedPages) {
         overwrite(at, std::string(3000, '\x7F'));
         try {
             Catalog catalog(file);
-            for (const char* query : {"1", "12", "123", ""}) (void)catalog.search({.query = query}, 2000);
+            for (const char* query : {"1", "12", "123", ""}) { (void)catalog.search({.query = query}, 2000); }
             (void)catalog.facets({});
             (void)catalog.stamps("/lib");
             put(catalog, "/lib/1.wav", "/lib");
             catalog.settle();
-        } catch (const Error&) {
-        }
-        for (const char* part : {"-wal", "-shm"}) std::filesystem::remove(file.string() + part);
+        } catch (const Error&) {}
+        for (const char* part : {"-wal", "-shm"}) { std::filesystem::remove(file.string() + part); }
         std::filesystem::copy_file(folder / "kept", file, std::filesystem::copy_options::overwrite_existing);
     }
     EXPECT_EQ(Catalog(file).facets({}).total, 300);
@@ -120,12 +119,12 @@ TEST_F(CatalogSafety, LosesNothingBetweenProcesses) {
                     }
                     put("shared_" + std::to_string(batch));
                 });
-                if (batch % 20 == process) catalog.settle();
+                if (batch % 20 == process) { catalog.settle(); }
             }
             return true;
         });
     }
-    for (const Child& child : children) EXPECT_TRUE(child.succeeded());
+    for (const Child& child : children) { EXPECT_TRUE(child.succeeded()); }
     constexpr int64_t expected = processes * batches * ownFiles + batches;
     Catalog catalog(shared);
     EXPECT_EQ(catalog.facets({}).total, expected);
@@ -160,12 +159,12 @@ TEST_F(CatalogSafety, ServesManyThreads) {
     for (Catalog* each : {&catalog, &second}) {
         writers.emplace_back([&, each] {
             const std::string path = each == &second ? "/lib/1 b" : "/lib/1 a";
-            for (int i = 0; i < 40; ++i) put(*each, path + std::to_string(i), "/lib");
+            for (int i = 0; i < 40; ++i) { put(*each, path + std::to_string(i), "/lib"); }
         });
     }
-    for (std::thread& writer : writers) writer.join();
+    for (std::thread& writer : writers) { writer.join(); }
     writing = false;
-    for (std::thread& reader : readers) reader.join();
+    for (std::thread& reader : readers) { reader.join(); }
     EXPECT_EQ(second.facets({}).total, 380);
 }
 
@@ -173,11 +172,11 @@ TEST_F(CatalogSafety, GivesNothingForASearchThatWasCalledOff) {
     Catalog catalog(file);
     catalog.write([&] {
         SoundMeta meta;
-        for (int i = 0; i < 40; ++i) meta.description += " a" + std::to_string(i);
-        for (int i = 0; i < 2000; ++i) catalog.upsert("/lib/a" + std::to_string(i), "/lib", {1, 1}, {}, meta);
+        for (int i = 0; i < 40; ++i) { meta.description += " a" + std::to_string(i); }
+        for (int i = 0; i < 2000; ++i) { catalog.upsert("/lib/a" + std::to_string(i), "/lib", {1, 1}, {}, meta); }
     });
     std::string query;
-    for (int i = 0; i < 40; ++i) query += " a";
+    for (int i = 0; i < 40; ++i) { query += " a"; }
     std::atomic<bool> done = false;
     std::vector<Catalog::Row> rows(1);
     std::thread search([&] {

@@ -17,12 +17,12 @@ using Lines = std::vector<std::string>;
 
 std::string joined(const Lines& words, const char* between) {
     std::string all;
-    for (const std::string& word : words) all.append(all.empty() ? "" : between).append(word);
+    for (const std::string& word : words) { all.append(all.empty() ? "" : between).append(word); }
     return all;
 }
 
 std::string quoted(std::string text) {
-    for (size_t at = 0; (at = text.find('\'', at)) != std::string::npos; at += 2) text.insert(at, 1, '\'');
+    for (size_t at = 0; (at = text.find('\'', at)) != std::string::npos; at += 2) { text.insert(at, 1, '\''); }
     return "'" + text + "'";
 }
 
@@ -30,7 +30,7 @@ std::string quoted(std::string text) {
 std::string wordsOf(std::string text) {
     text.insert(0, 1, ' ');
     for (char& c : text) {
-        if (c >= 0) c = std::isalnum(c) != 0 ? char(std::tolower(c)) : ' ';
+        if (c >= 0) { c = std::isalnum(c) != 0 ? char(std::tolower(c)) : ' '; }
     }
     return text;
 }
@@ -53,7 +53,7 @@ protected:
     const std::string& any(const Lines& of) { return of[draw(of.size())]; }
     Lines some(const Lines& of, size_t least, size_t most) {
         Lines drawn(least + draw(most - least + 1));
-        for (std::string& word : drawn) word = any(of);
+        for (std::string& word : drawn) { word = any(of); }
         return drawn;
     }
 
@@ -96,11 +96,11 @@ protected:
     // Another program that knows the tables of files and texts alone.
     void writeForeign(PlainDatabase& plain) {
         const std::string path = any(roots) + "/foreign " + std::to_string(draw(1000)) + ".wav";
-        if (files.contains(path)) return;
+        if (files.contains(path)) { return; }
         static constexpr const char* ids[] = {"NULL", "5000", "9000", "-7", "3000000000000000"};
         const std::string word = any(words), root = path.substr(0, path.rfind('/'));
         const std::string id = ids[draw(5)];
-        if (!plain.rows("SELECT id FROM files WHERE id IS " + id).empty()) return;
+        if (!plain.rows("SELECT id FROM files WHERE id IS " + id).empty()) { return; }
         plain.exec("BEGIN");
         plain.rows(
             "INSERT INTO files (id, path, root, meta, category, rating) VALUES (" + id + ", ?, ?, '{}', 'WOOD', 0)",
@@ -114,22 +114,25 @@ protected:
         Catalog::Filter filter;
         for (size_t i = draw(4) == 0 ? draw(4) : 1; i > 0; --i) {
             std::string word = any(words);
-            if (draw(2) == 0) word.resize(std::min(word.size(), word[0] < 0 ? 2 * (1 + draw(2)) : 1 + draw(2)));
-            if (word[0] == '\xE9') word = "\u96E8";
-            if (draw(4) == 0)
+            if (draw(2) == 0) { word.resize(std::min(word.size(), word[0] < 0 ? 2 * (1 + draw(2)) : 1 + draw(2))); }
+            if (word[0] == '\xE9') { word = "\u96E8"; }
+            if (draw(4) == 0) {
                 std::ranges::transform(word, word.begin(), [](char c) { return c > 0 ? char(std::toupper(c)) : c; });
+            }
             filter.query += (draw(8) == 0 ? " -" : " ") + word;
         }
-        if (draw(4) == 0) filter.category = categories[1 + draw(2)];
-        if (draw(6) == 0) filter.library = libraries[1 + draw(2)];
+        if (draw(4) == 0) { filter.category = categories[1 + draw(2)]; }
+        if (draw(6) == 0) { filter.library = libraries[1 + draw(2)]; }
         filter.roots = draw(3) == 0 ? roots : some(roots, 0, 2);
-        if (draw(6) == 0) filter.minRating = int(draw(5));
+        if (draw(6) == 0) { filter.minRating = int(draw(5)); }
         return filter;
     }
     static bool passes(const Known& known, const Catalog::Filter& filter) {
-        if (filter.category && known.category != *filter.category) return false;
-        if (filter.library && known.library != *filter.library) return false;
-        if (!filter.roots.empty() && std::ranges::find(filter.roots, known.root) == filter.roots.end()) return false;
+        if (filter.category && known.category != *filter.category) { return false; }
+        if (filter.library && known.library != *filter.library) { return false; }
+        if (!filter.roots.empty() && std::ranges::find(filter.roots, known.root) == filter.roots.end()) {
+            return false;
+        }
         return known.rating >= filter.minRating;
     }
     // Which files a query of single words matches, told without any index.
@@ -150,18 +153,18 @@ protected:
             };
             const bool matches =
                 wanted.empty() || (std::ranges::all_of(wanted, holds) && std::ranges::none_of(unwanted, holds));
-            if (matches && passes(known, filter)) found.insert(path);
+            if (matches && passes(known, filter)) { found.insert(path); }
         }
         return found;
     }
     static Lines ranked(PlainDatabase& plain, const Catalog::Filter& filter, int limit) {
         const auto match = Catalog::matchExpression(filter.query);
         Lines rooted, clauses = {"f.rating >= " + std::to_string(filter.minRating)};
-        if (match) clauses.push_back("fts MATCH " + quoted(*match));
-        if (filter.category) clauses.push_back("f.category = " + quoted(*filter.category));
-        if (filter.library) clauses.push_back("f.library = " + quoted(*filter.library));
-        for (const std::string& root : filter.roots) rooted.push_back(quoted(root));
-        if (!rooted.empty()) clauses.push_back("f.root IN (" + joined(rooted, ",") + ")");
+        if (match) { clauses.push_back("fts MATCH " + quoted(*match)); }
+        if (filter.category) { clauses.push_back("f.category = " + quoted(*filter.category)); }
+        if (filter.library) { clauses.push_back("f.library = " + quoted(*filter.library)); }
+        for (const std::string& root : filter.roots) { rooted.push_back(quoted(root)); }
+        if (!rooted.empty()) { clauses.push_back("f.root IN (" + joined(rooted, ",") + ")"); }
         const std::string from = match ? "files f JOIN fts ON fts.rowid = f.id" : "files f";
         const std::string order = match ? "bm25(fts, 4.0, 1.0, 2.0)" : "f.path";
         return plain.rows("SELECT f.path FROM " + from + " WHERE " + joined(clauses, " AND ") + " ORDER BY " + order +
@@ -171,10 +174,10 @@ protected:
         std::map<std::string, int64_t> byCategory, byLibrary;
         int64_t total = 0;
         for (const auto& [path, known] : files) {
-            if (!passes(known, {.roots = of})) continue;
+            if (!passes(known, {.roots = of})) { continue; }
             ++total;
-            if (!known.category.empty()) ++byCategory[known.category];
-            if (!known.library.empty()) ++byLibrary[known.library];
+            if (!known.category.empty()) { ++byCategory[known.category]; }
+            if (!known.library.empty()) { ++byLibrary[known.library]; }
         }
         const Catalog::Facets facets = catalog.facets(of);
         const auto asMap = [](const Catalog::Counts& counts) {
@@ -196,8 +199,8 @@ TEST_F(CatalogSearch, FindsWhatAPlainTwinFindsInSQLitesOrder) {
     PlainDatabase plain(file);
     for (int round = 0; round < 60; ++round) {
         writeSome(catalog);
-        if (draw(3) == 0) writeForeign(plain);
-        if (draw(4) == 0) catalog.settle();
+        if (draw(3) == 0) { writeForeign(plain); }
+        if (draw(4) == 0) { catalog.settle(); }
         if (round == 40) {
             catalog.removeRoot(roots[1]);
             std::erase_if(files, [&](const auto& entry) { return entry.second.root == roots[1]; });
@@ -207,7 +210,7 @@ TEST_F(CatalogSearch, FindsWhatAPlainTwinFindsInSQLitesOrder) {
             const int limit = draw(3) == 0 ? int(draw(20)) : 2000;
             const Lines found = paths(catalog.search(filter, limit));
             ASSERT_EQ(found, ranked(plain, filter, limit)) << "round " << round << " query" << filter.query;
-            if (limit < 2000) continue;
+            if (limit < 2000) { continue; }
             ASSERT_EQ(std::set(found.begin(), found.end()), twin(filter)) << filter.query;
         }
         checkFacets(catalog, some(roots, 0, 2));
@@ -230,19 +233,20 @@ TEST_F(CatalogSearch, FindsWhatAPlainTwinFindsInSQLitesOrder) {
 TEST_F(CatalogSearch, TakesOverACatalogWithoutOurTables) {
     {
         Catalog catalog(file);
-        for (int i = 0; i < 10; ++i) writeSome(catalog);
+        for (int i = 0; i < 10; ++i) { writeSome(catalog); }
     }
     PlainDatabase plain(file);
     for (const std::string& trigger : plain.rows("SELECT name FROM sqlite_master WHERE type = 'trigger'")) {
         plain.exec("DROP TRIGGER " + trigger);
     }
-    for (const char* table : {"file_counts", "short_hits", "short_changed"})
+    for (const char* table : {"file_counts", "short_hits", "short_changed"}) {
         plain.exec(std::string("DROP TABLE ") + table);
+    }
     plain.exec("PRAGMA user_version = 0");
     Catalog catalog(file);
     checkFacets(catalog, {});
     for (const bool settled : {false, true}) {
-        if (settled) catalog.settle();
+        if (settled) { catalog.settle(); }
         for (const char* query : {"d", "do", "w", "a"}) {
             EXPECT_EQ(paths(catalog.search({.query = query}, 2000)), ranked(plain, {.query = query}, 2000)) << query;
         }

@@ -18,7 +18,9 @@ namespace brindlehum::test {
 class PlainDatabase {
 public:
     explicit PlainDatabase(const std::filesystem::path& file) {
-        if (sqlite3_open(file.c_str(), &database_) != SQLITE_OK) throw std::runtime_error(sqlite3_errmsg(database_));
+        if (sqlite3_open(file.c_str(), &database_) != SQLITE_OK) {
+            throw std::runtime_error(sqlite3_errmsg(database_));
+        }
     }
     ~PlainDatabase() { sqlite3_close(database_); }
     PlainDatabase(const PlainDatabase&) = delete;
@@ -43,7 +45,7 @@ public:
             }
         }
         sqlite3_finalize(select);
-        if (result != SQLITE_DONE) throw std::runtime_error(sql + ": " + sqlite3_errmsg(database_));
+        if (result != SQLITE_DONE) { throw std::runtime_error(sql + ": " + sqlite3_errmsg(database_)); }
         return all;
     }
     void exec(const std::string& sql) { rows(sql); }
@@ -67,7 +69,7 @@ protected:
 
 inline std::vector<std::string> paths(const std::vector<Catalog::Row>& rows) {
     std::vector<std::string> all;
-    for (const Catalog::Row& row : rows) all.push_back(row.path);
+    for (const Catalog::Row& row : rows) { all.push_back(row.path); }
     return all;
 }
 

@@ -33,7 +33,7 @@ Entry describe(const std::string& path, const std::string& text, const std::stri
 std::vector<std::string> linesOf(const fs::path& file) {
     std::vector<std::string> lines;
     std::ifstream stream(file);
-    for (std::string line; std::getline(stream, line);) lines.push_back(line);
+    for (std::string line; std::getline(stream, line);) { lines.push_back(line); }
     return lines;
 }
 
@@ -92,8 +92,8 @@ TEST(ChangeLogEntry, TakesWholeEntriesAndNothingElse) {
         {"\"colour\": 3", "\"rating\": 1e99"},
         {"wind", "\xFF"},
     };
-    for (const auto& [from, to] : faults) EXPECT_FALSE(with(from, to)) << from << " as " << to;
-    for (const char* line : {"", "null", "[]", "{", "{\"path\": \"a\"}"}) EXPECT_FALSE(Entry::decode(line)) << line;
+    for (const auto& [from, to] : faults) { EXPECT_FALSE(with(from, to)) << from << " as " << to; }
+    for (const char* line : {"", "null", "[]", "{", "{\"path\": \"a\"}"}) { EXPECT_FALSE(Entry::decode(line)) << line; }
     EXPECT_FALSE(describe("caf\xE9.wav", "no text").encoded());
 }
 
@@ -217,7 +217,7 @@ TEST_F(Log, NeverLeavesTheRoot) {
         write(describe(path, "stolen").encoded().value() + "\n");
     }
     EXPECT_EQ(pull(), 0);
-    for (const auto& row : catalog.search({}, 1000)) EXPECT_EQ(row.meta.description, "") << row.path;
+    for (const auto& row : catalog.search({}, 1000)) { EXPECT_EQ(row.meta.description, "") << row.path; }
 }
 
 TEST_F(Log, IsNotAFileThatWouldHang) {
@@ -246,7 +246,7 @@ TEST_F(Log, CarriesThousandsOfEditsBetweenTwoProcesses) {
     constexpr size_t edits = 3000;
     constexpr size_t files = 7;
     const std::string longEnd(9000, ' ');  // past what a pipe takes at once
-    for (size_t i = 0; i < files; ++i) add(numbered("f", i));
+    for (size_t i = 0; i < files; ++i) { add(numbered("f", i)); }
     // Each side has a catalog of its own, edits one field and reads the other's.
     const auto side = [&](const std::string& self, const std::string& other, const char* field,
                           std::string SoundMeta::*theirs) {
@@ -255,7 +255,7 @@ TEST_F(Log, CarriesThousandsOfEditsBetweenTwoProcesses) {
         for (size_t i = 0; i < edits; ++i) {
             const std::string text = numbered("", i, i % 50 == 0 ? longEnd.c_str() : "");
             ChangeLog::append(root, edit(numbered("f", i % files), field, text, self));
-            if (i % 10 == 0) applied += size_t(ChangeLog::pull(root, mine, self));
+            if (i % 10 == 0) { applied += size_t(ChangeLog::pull(root, mine, self)); }
         }
         const fs::path theirLog = ChangeLog::logFile(root, other);
         for (int turns = 0; applied < edits && turns < 1'000'000; ++turns) {
@@ -282,7 +282,9 @@ TEST_F(Log, CarriesThousandsOfEditsBetweenTwoProcesses) {
 TEST_F(Log, KeepsTheLinesOfTwoProcessesOfOneOwnerApart) {
     constexpr size_t edits = 300;
     const auto writer = [&](const char* mark) {
-        for (size_t i = 0; i < edits; ++i) ChangeLog::append(root, describe("a.wav", mark + std::string(20'000, 'x')));
+        for (size_t i = 0; i < edits; ++i) {
+            ChangeLog::append(root, describe("a.wav", mark + std::string(20'000, 'x')));
+        }
         return true;
     };
     const Child other([&] { return writer("b"); });
@@ -295,13 +297,13 @@ TEST_F(Log, KeepsTheLinesOfTwoProcessesOfOneOwnerApart) {
 TEST_F(Log, IsAppliedOnceWhenTwoProcessesPullIntoOneCatalog) {
     constexpr size_t edits = 2000;
     // Far more than a transaction holds; the second process counts what it applied into a file.
-    for (size_t i = 0; i < 600; ++i) add(numbered("many/", i));
+    for (size_t i = 0; i < 600; ++i) { add(numbered("many/", i)); }
     scan();
-    for (size_t i = 0; i < edits; ++i) ChangeLog::append(root, describe(numbered("many/", i % 600), "x"));
+    for (size_t i = 0; i < edits; ++i) { ChangeLog::append(root, describe(numbered("many/", i % 600), "x")); }
     const auto pullAll = [&] {
         Catalog own(catalogFile);
         int applied = 0;
-        for (int turn = 0; turn < 10; ++turn) applied += ChangeLog::pull(root, own, "me@here");
+        for (int turn = 0; turn < 10; ++turn) { applied += ChangeLog::pull(root, own, "me@here"); }
         return applied;
     };
     const Child other([&] {

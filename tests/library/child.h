@@ -15,13 +15,11 @@ namespace brindlehum::test {
 class Child {
 public:
     explicit Child(const std::function<bool()>& child) : id_(::fork()) {
-        if (id_ != 0) return;
+        if (id_ != 0) { return; }
         bool good = false;
         try {
             good = child();
-        } catch (const std::exception& error) {
-            std::fprintf(stderr, "in the child: %s\n", error.what());
-        }
+        } catch (const std::exception& error) { std::fprintf(stderr, "in the child: %s\n", error.what()); }
         ::_exit(good ? 0 : 1);
     }
     // Waits for its end; to be asked once.

@@ -62,9 +62,7 @@ TEST(CommonTags, ComeInTheTimeAllowed) {
         const auto tags = containerTags(folder / "x.mp3", [&] { return ++asked > allowed; });
         EXPECT_LE(tags.size(), 7U);
         EXPECT_LE(asked, whole + 8) << "goes on after it was stopped";
-        if (allowed == 0) {
-            EXPECT_TRUE(tags.empty());
-        }
+        if (allowed == 0) { EXPECT_TRUE(tags.empty()); }
     }
     // What would never deliver is not waited for.
     ASSERT_EQ(mkfifo((folder / "pipe.mp3").c_str(), 0600), 0);

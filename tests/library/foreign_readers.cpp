@@ -19,7 +19,9 @@ TEST(ForeignReaders, SeeTheSoundAndTheMetadata) {
     writeAudio(file, noisePlanes(6, 5000), {FileKind::wavex, 48000, 24, 0x3F});
     const Planes before = readAudio(file).planes;
     SoundMeta meta;
-    for (const SoundMeta::Tag& tag : SoundMeta::ixmlTags) meta.*tag.field = std::string(tag.key) + " of <this> & \"é\"";
+    for (const SoundMeta::Tag& tag : SoundMeta::ixmlTags) {
+        meta.*tag.field = std::string(tag.key) + " of <this> & \"é\"";
+    }
     meta.description = "Rain on a roof";
     meta.rating = 4;
     RIFFMeta::write(meta, file);
@@ -49,7 +51,7 @@ TEST(ForeignReaders, SeeTheSoundAndTheMetadata) {
     // Of an iXML document it makes names like XML:BwfxmlUserFxname.
     for (const SoundMeta::Tag& tag : SoundMeta::ixmlTags) {
         std::string name = "XML:BwfxmlUser" + std::string(tag.name.substr(0, 1));
-        for (const char c : tag.name.substr(1)) name += char(std::tolower(c));
+        for (const char c : tag.name.substr(1)) { name += char(std::tolower(c)); }
         EXPECT_EQ(exiftool.value(name, json()), meta.*tag.field) << name;
     }
     EXPECT_EQ(exiftool["XML:BwfxmlUserRating"], 4);

@@ -9,8 +9,9 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 
 TEST_F(Model, ShowsAFolderInNaturalOrder) {
-    for (const char* name : {"Take 10.wav", "take 2.flac", "Take 1.wav", "b 1/x.wav", "A 12/y.wav", "a 3/z.wav"})
+    for (const char* name : {"Take 10.wav", "take 2.flac", "Take 1.wav", "b 1/x.wav", "A 12/y.wav", "a 3/z.wav"}) {
         add(name);
+    }
     add(".hidden/h.wav");
     writeBytes(root / "notes.txt", "x");
     fs::create_directory_symlink(root / "b 1", root / "link to b");
@@ -48,7 +49,7 @@ TEST_F(Model, OpensTheMusicFolderWhenThereIsNoRoot) {
 }
 
 TEST_F(Model, RunsOneQueryForAWordTypedQuickly) {
-    for (const char* name : {"door slam.wav", "dog.wav", "rain.wav"}) add(name);
+    for (const char* name : {"door slam.wav", "dog.wav", "rain.wav"}) { add(name); }
     make({root});
     int answers = 0;
     QObject::connect(model.get(), &LibraryModel::resultsChanged, [&] { ++answers; });
@@ -68,11 +69,11 @@ TEST_F(Model, RunsOneQueryForAWordTypedQuickly) {
 }
 
 TEST_F(Model, NeverShowsTheAnswerToAnOlderQuestion) {
-    for (const char* name : {"door.wav", "dog.wav", "rain.wav"}) add(name);
+    for (const char* name : {"door.wav", "dog.wav", "rain.wav"}) { add(name); }
     make({root});
     int shown = 0;
     QObject::connect(model.get(), &LibraryModel::resultsChanged, [&] {
-        for (const auto& name : names(model->results())) EXPECT_TRUE(name.starts_with(model->query())) << name;
+        for (const auto& name : names(model->results())) { EXPECT_TRUE(name.starts_with(model->query())) << name; }
         shown += model->query() == "rain" ? 1 : 0;
     });
     for (int i = 0; i < 50; ++i) {
@@ -118,11 +119,11 @@ TEST_F(Model, FiltersByTheFacetsOfItsRoots) {
 }
 
 TEST_F(Model, ScansEachRootOnceAndTellsHowFarItIs) {
-    for (size_t i = 0; i < 20; ++i) add(numbered("a/", i));
+    for (size_t i = 0; i < 20; ++i) { add(numbered("a/", i)); }
     make({});
     std::vector<LibraryScanner::Progress> progress;
     QObject::connect(model.get(), &LibraryModel::indexingChanged, [&] {
-        if (const auto now = model->scanProgress(root)) progress.push_back(*now);
+        if (const auto now = model->scanProgress(root)) { progress.push_back(*now); }
     });
     model->addRoot(root.string() + "/");
     model->addRoot(root);
@@ -233,7 +234,7 @@ TEST_F(Model, ShowsFoldersWithoutACatalog) {
 }
 
 TEST_F(Model, EndsInTheMiddleOfEverything) {
-    for (size_t i = 0; i < 300; ++i) add(numbered("", i));
+    for (size_t i = 0; i < 300; ++i) { add(numbered("", i)); }
     const fs::path wave = root / "7.wav";
     model = std::make_unique<LibraryModel>(settingsWith({root}), loop, catalogPath);
     model->setQuery("1");

@@ -22,7 +22,7 @@ int replay(const char* corpus, const std::function<void(const std::string&)>& lo
         for (int round = 0; round < 20; ++round) {
             look(whole.substr(0, engine() % (whole.size() + 1)));
             std::string bytes = whole;
-            for (int hit = 0; hit < 4; ++hit) bytes[engine() % bytes.size()] = char(engine());
+            for (int hit = 0; hit < 4; ++hit) { bytes[engine() % bytes.size()] = char(engine()); }
             look(bytes);
         }
     }

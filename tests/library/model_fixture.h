@@ -20,8 +20,9 @@ namespace brindlehum::test {
 
 inline std::vector<std::string> names(const std::vector<BrowserEntry>& entries) {
     std::vector<std::string> names;
-    for (const BrowserEntry& entry : entries)
+    for (const BrowserEntry& entry : entries) {
         names.push_back(entry.url.filename().string() + (entry.isFolder ? "/" : ""));
+    }
     return names;
 }
 

@@ -20,7 +20,9 @@ std::string riff(const std::string& chunks) {
 
 SoundMeta full() {
     SoundMeta meta;
-    for (const SoundMeta::Tag& tag : SoundMeta::ixmlTags) meta.*tag.field = "a&b <c>; \"" + std::string(tag.key) + "'";
+    for (const SoundMeta::Tag& tag : SoundMeta::ixmlTags) {
+        meta.*tag.field = "a&b <c>; \"" + std::string(tag.key) + "'";
+    }
     meta.rating = 4;
     return meta;
 }
@@ -117,7 +119,7 @@ TEST(RIFFMeta, WhatIsNoWaveFileIsRefusedAndLeftAlone) {
         int code;
     };
     std::string many = fmt;
-    for (size_t i = 0; i <= RIFFMeta::mostChunks; ++i) many += zeros(8);
+    for (size_t i = 0; i <= RIFFMeta::mostChunks; ++i) { many += zeros(8); }
     const Case cases[] = {
         {"x.mp3", riff(fmt + sound), 70},
         {"x.rf64", riff(fmt + sound), 70},
@@ -135,9 +137,7 @@ TEST(RIFFMeta, WhatIsNoWaveFileIsRefusedAndLeftAlone) {
     const auto refusal = [](const std::filesystem::path& file) {
         try {
             MetaIO::write(full(), file);
-        } catch (const Error& error) {
-            return std::pair(error.code(), std::string(error.what()));
-        }
+        } catch (const Error& error) { return std::pair(error.code(), std::string(error.what())); }
         return std::pair(0, std::string("was written"));
     };
     for (const Case& c : cases) {
@@ -218,7 +218,7 @@ TEST(RIFFMeta, ChunksAndReadTellWhatIsThere) {
     const auto told = [&](const std::string& bytes) {
         writeBytes(folder / "x.wav", bytes);
         const auto list = RIFFMeta::chunks(FileHandle(folder / "x.wav"));
-        if (!list) return std::string("none");
+        if (!list) { return std::string("none"); }
         std::string text;
         for (const auto& chunk : *list) {
             text += chunk.id + "@" + std::to_string(chunk.offset) + "+" + std::to_string(chunk.size) + " ";

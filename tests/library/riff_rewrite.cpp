@@ -38,18 +38,16 @@ SoundMeta described(const std::string& text) {
 std::string attempt(const std::filesystem::path& file, const std::string& text = "new") {
     try {
         RIFFMeta::write(described(text), file);
-    } catch (const Error& error) {
-        return error.what();
-    }
+    } catch (const Error& error) { return error.what(); }
     return "";
 }
 
 // Whether the write says `expected` when an unprivileged user tries it.
 bool nobodyIsTold(const std::string& expected, const std::filesystem::path& file) {
     const Child child([&] {
-        if (!becomeNobody()) return false;
+        if (!becomeNobody()) { return false; }
         const std::string said = attempt(file);
-        if (said != expected) std::fprintf(stderr, "nobody is told: %s\n", said.c_str());
+        if (said != expected) { std::fprintf(stderr, "nobody is told: %s\n", said.c_str()); }
         return said == expected;
     });
     return child.succeeded();
@@ -93,7 +91,7 @@ TEST_F(RIFFRewrite, KilledAtAnySystemCallLeavesOldOrNew) {
         const int status = runTraced([&] { return attempt(file).empty() ? 0 : 1; }, goOn);
         leftovers += int(std::filesystem::exists(temporary));
         expectComplete({"old", "new"});
-        if (HasFatalFailure()) FAIL() << "killed at stop " << last;
+        if (HasFatalFailure()) { FAIL() << "killed at stop " << last; }
         EXPECT_EQ(attempt(file, "next"), "") << last;
         EXPECT_EQ(filesInHome(), 1U) << "the leftover of stop " << last << " is in the way";
         if (status >= 0) {
@@ -113,7 +111,9 @@ void dieAfter(long nanoseconds) {
     timer_t timer = nullptr;
     itimerspec once{};
     once.it_value.tv_nsec = nanoseconds;
-    if (timer_create(CLOCK_MONOTONIC, &event, &timer) != 0 || timer_settime(timer, 0, &once, nullptr) != 0) _exit(1);
+    if (timer_create(CLOCK_MONOTONIC, &event, &timer) != 0 || timer_settime(timer, 0, &once, nullptr) != 0) {
+        _exit(1);
+    }
 }
 
 TEST_F(RIFFRewrite, KilledAtAnyMomentLeavesOldOrNew) {
@@ -125,13 +125,13 @@ TEST_F(RIFFRewrite, KilledAtAnyMomentLeavesOldOrNew) {
         const pid_t child = fork();
         if (child == 0) {
             dieAfter(moment);
-            for (int i = 0;; ++i) RIFFMeta::write(described(i % 2 ? "odd" : "even"), file);
+            for (int i = 0;; ++i) { RIFFMeta::write(described(i % 2 ? "odd" : "even"), file); }
         }
         int status = 0;
         waitpid(child, &status, 0);
         EXPECT_TRUE(WIFSIGNALED(status)) << "a write failed";
         expectComplete({"old", "odd", "even"});
-        if (HasFatalFailure()) FAIL() << "round " << round;
+        if (HasFatalFailure()) { FAIL() << "round " << round; }
     }
     EXPECT_EQ(attempt(file), "");
     EXPECT_EQ(filesInHome(), 1U);
@@ -172,9 +172,7 @@ TEST_F(RIFFRewrite, WriteProtectionHolds) {
 
 TEST_F(RIFFRewrite, OwnerModeAndAttributesAreKept) {
     chmod(file.c_str(), 0640);
-    if (geteuid() == 0) {
-        ASSERT_EQ(chown(file.c_str(), 1234, 4321), 0);
-    }
+    if (geteuid() == 0) { ASSERT_EQ(chown(file.c_str(), 1234, 4321), 0); }
     utimensat(AT_FDCWD, file.c_str(), longAgo, 0);
     const std::string large(2000, 'v');
     const bool attributes = setxattr(file.c_str(), "user.note", large.data(), large.size(), 0) == 0;
@@ -255,12 +253,12 @@ TEST_F(RIFFRewrite, OfTwoWritersTheSecondIsRefused) {
         std::string second = "not tried";
         const auto meddle = [&](int count, long) {
             stops = count + 1;
-            if (count == at) second = attempt(file, "second");
+            if (count == at) { second = attempt(file, "second"); }
             return true;
         };
         const int first = runTraced([&] { return attempt(file, "first").empty() ? 0 : 1; }, meddle);
         expectComplete({"first", "second"});
-        if (HasFatalFailure()) FAIL() << at;
+        if (HasFatalFailure()) { FAIL() << at; }
         const std::string said = RIFFMeta::read(file).description;
         EXPECT_TRUE((said == "first" && first == 0) || (said == "second" && second.empty())) << at << " " << said;
         EXPECT_EQ(filesInHome(), 1U) << at;
@@ -280,7 +278,7 @@ TEST_F(RIFFRewrite, AFileThatChangesMeanwhileIsKept) {
         writeBytes(file, old);
         std::string changed;
         const auto meddle = [&](int, long now) {
-            if (now != call || !changed.empty()) return true;
+            if (now != call || !changed.empty()) { return true; }
             change();
             changed = content();
             return true;

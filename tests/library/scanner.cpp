@@ -25,7 +25,7 @@ protected:
     // Many files for the price of one.
     void addMany(size_t count) {
         const fs::path first = add("take 0.wav");
-        for (size_t i = 1; i < count; ++i) fs::create_hard_link(first, root / numbered("take ", i));
+        for (size_t i = 1; i < count; ++i) { fs::create_hard_link(first, root / numbered("take ", i)); }
     }
 };
 
@@ -48,7 +48,7 @@ TEST_F(Scanner, CataloguesEverySoundAndNothingElse) {
     EXPECT_EQ(result.read, 5);
     EXPECT_EQ(result.message, std::nullopt);
     std::set<std::string> rows;
-    for (const auto& row : catalog.search({}, 100)) rows.insert(row.path);
+    for (const auto& row : catalog.search({}, 100)) { rows.insert(row.path); }
     EXPECT_EQ(rows, sounds);
 
     const auto slam = catalog.row(root / "DOORWood_Slam Heavy_JD_Take 3_b.wav").value();
@@ -89,7 +89,7 @@ TEST_F(Scanner, ReadsAgainWhatHasChangedAndRemovesWhatIsGone) {
         SCOPED_TRACE(c.name);
         fs::remove_all(root);
         catalog.removeRoot(root);
-        for (const char* name : {"a.wav", "sub/b.wav", "sub/c.wav"}) fs::last_write_time(add(name), then);
+        for (const char* name : {"a.wav", "sub/b.wav", "sub/c.wav"}) { fs::last_write_time(add(name), then); }
         ASSERT_EQ(scan().read, 3);
         c.change();
         const Result result = scan();
@@ -159,7 +159,7 @@ TEST_F(Scanner, KeepsTheRowsBelowAFolderThatCannotBeRead) {
 
 TEST_F(Scanner, KeepsTheRowsOfAVolumeMountedWithinTheRoot) {
     writeBytes(home / "fstab", "# comment\nnas:/s " + (root / "nas").string() + " nfs defaults 0 0\n");
-    for (const char* name : {"a.wav", "nas/deep/b.wav", "emptied/c.wav"}) add(name);
+    for (const char* name : {"a.wav", "nas/deep/b.wav", "emptied/c.wav"}) { add(name); }
     const LibraryScanner::Options options{.mountTable = home / "fstab"};
     scan(options);
     fs::remove_all(root / "nas" / "deep");
@@ -179,7 +179,7 @@ TEST_F(Scanner, RemovesNothingWhenTheRootIsExchangedMeanwhile) {
     fs::remove(root / "last.wav");
     bool moved = false;
     const Result result = scan({.progress = [&](const Progress& now) {
-        if (now.found < 1000 || std::exchange(moved, true)) return;
+        if (now.found < 1000 || std::exchange(moved, true)) { return; }
         fs::rename(root, home / "away");
         fs::create_directory(root);
     }});
@@ -195,7 +195,7 @@ TEST_F(Scanner, CommitsBatchByBatchAndGoesOnAfterAStop) {
     std::stop_source stop;
     LibraryScanner::Options options{.progress = [&](const Progress& now) {
         committed.insert(other.facets({}).total);
-        if (now.phase == Progress::Phase::reading && now.done >= 256) stop.request_stop();
+        if (now.phase == Progress::Phase::reading && now.done >= 256) { stop.request_stop(); }
     }};
     options.stop = stop.get_token();
     EXPECT_EQ(scan(options).outcome, Outcome::cancelled);
@@ -226,7 +226,7 @@ TEST_F(Scanner, DoesNotOverwriteAnEditMadeWhileItReads) {
     const fs::path flac = add("b.flac");
     bool edited = false;
     scan({.progress = [&](const Progress& now) {
-        if (now.phase != Progress::Phase::reading || std::exchange(edited, true)) return;
+        if (now.phase != Progress::Phase::reading || std::exchange(edited, true)) { return; }
         for (const fs::path& file : {wave, flac}) {
             MetadataSave::save(file, {{{"DESCRIPTION", "edited"}}, 4}, &catalog, {}, "me@here");
         }

@@ -49,9 +49,9 @@ TEST(BinauralStage, EqualsTimeDomainConvolutionOfAllSourcesAndFadesWhenSomeMove)
     std::shared_ptr<const void> replaced;
     std::array<Signal, 2> ears = {Signal(total), Signal(total)};
     for (size_t at = 0; at < total; at += block) {
-        if (at == change) replaced = stage.setDirections({moved[0], moved[1]});
+        if (at == change) { replaced = stage.setDirections({moved[0], moved[1]}); }
         std::vector<const float*> in;
-        for (const Signal& lane : lanes) in.push_back(lane.data() + at);
+        for (const Signal& lane : lanes) { in.push_back(lane.data() + at); }
         stage.process(in.data(), int(block), ears[0].data() + at, ears[1].data() + at);
     }
     const auto before = convolved(*set, lanes, directions);

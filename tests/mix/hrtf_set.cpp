@@ -67,7 +67,7 @@ TEST(HRTFSet, AgreesWithTheLibrarysOwnConversion) {
     for (const Direction d : {Direction{0, 0}, {30, 0}, {-135, 0}, {20, 37}, {0, 90}}) {
         float position[] = {float(d.az), float(d.el), 1};
         mysofa_s2c(position);
-        std::vector<float> left(static_cast<size_t>(taps));
+        std::vector<float> left(size_t(taps));
         std::vector<float> right(left.size());
         float delays[2];
         mysofa_getfilter_float(easy, position[0], position[1], position[2], left.data(), right.data(), &delays[0],
@@ -77,7 +77,7 @@ TEST(HRTFSet, AgreesWithTheLibrarysOwnConversion) {
         for (auto* pair : {&left, &right}) {
             auto& mine = pair == &left ? ours.first : ours.second;
             const double scale = std::sqrt(energy(*pair) / energy(mine));
-            for (float& x : mine) x = float(x * scale);
+            for (float& x : mine) { x = float(x * scale); }
             EXPECT_LT(test::errorDb(mine, *pair), -40) << d.az << " " << d.el;
         }
     }

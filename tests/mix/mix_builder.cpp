@@ -153,7 +153,7 @@ TEST(MixBuilder, SendsBedsAndAmbisonicsToVirtualSpeakers) {
     std::vector<double> axes;                         // front, back, left, right, up, down
     for (size_t r = 0; r < 6; ++r) {
         double sum = 0;
-        for (size_t c = 0; c < 4; ++c) sum += field.matrix[r * 4 + c] * wave[c];
+        for (size_t c = 0; c < 4; ++c) { sum += field.matrix[r * 4 + c] * wave[c]; }
         axes.push_back(sum);
     }
     EXPECT_EQ(std::max_element(axes.begin(), axes.end()) - axes.begin(), 2);
@@ -186,7 +186,7 @@ TEST(MixBuilder, PlansAnUpmixWhereOneIsAskedForAndApplies) {
                .upmix = on};
     const MixConfig onSpeakers = ask.config();
     Gains mirror = {{{11, 0}, 0.5}, {{11, 11}, 1}};
-    for (int i = 1; i < 11; ++i) mirror[{11 - i, i}] = 1;
+    for (int i = 1; i < 11; ++i) { mirror[{11 - i, i}] = 1; }
     expectMatrix(onSpeakers, 12, 12, mirror);
     EXPECT_EQ(onSpeakers.upmix, (UpmixRequest{pair, l714, on.params}));
     EXPECT_EQ(onSpeakers.upmixOffset, 0);

@@ -30,7 +30,7 @@ protected:
         MixConfig config;
         config.inChannels = config.rows = channels;
         config.matrix.assign(size_t(channels * channels), 0);
-        for (int c = 0; c < channels; ++c) config.matrix[size_t(c * channels + c)] = gain;
+        for (int c = 0; c < channels; ++c) { config.matrix[size_t(c * channels + c)] = gain; }
         return config;
     }
     void playStereo() {
@@ -43,7 +43,7 @@ protected:
         pumpUntil([&] { return object.expired(); });
     }
     void pump(int blocks) {
-        for (int i = 0; i < blocks; ++i) audio_.pump(block);
+        for (int i = 0; i < blocks; ++i) { audio_.pump(block); }
     }
 };
 
@@ -198,7 +198,7 @@ protected:
     }
     static double energy(const std::vector<float>& plane) {
         double sum = 0;
-        for (const float x : plane) sum += double(x) * double(x);
+        for (const float x : plane) { sum += double(x) * double(x); }
         return sum;
     }
 };
@@ -207,7 +207,7 @@ TEST_F(Binaural, AConfigurationWaitsForItsStageAndTheStreamWithIt) {
     engine_->configure(std::nullopt, false);
     engine_->setConfig(leftAndRight());
     engine_->play(reader(2, 96000), 0);
-    for (int i = 0; i < 10; ++i) EXPECT_EQ(energy(audio_.pump(block)[0]), 0) << "silence till then";
+    for (int i = 0; i < 10; ++i) { EXPECT_EQ(energy(audio_.pump(block)[0]), 0) << "silence till then"; }
     EXPECT_EQ(engine_->ctx().position(), 0) << "and nothing of the stream is lost";
 
     gate_.set_value(true);

@@ -20,9 +20,9 @@ inline float sample(int c, int64_t i) {
 }
 
 inline Planes counting(int channels, int64_t frames) {
-    Planes planes(static_cast<size_t>(channels), std::vector<float>(static_cast<size_t>(frames)));
+    Planes planes(size_t(channels), std::vector<float>(size_t(frames)));
     for (int c = 0; c < channels; ++c) {
-        for (int64_t i = 0; i < frames; ++i) planes[size_t(c)][size_t(i)] = sample(c, i);
+        for (int64_t i = 0; i < frames; ++i) { planes[size_t(c)][size_t(i)] = sample(c, i); }
     }
     return planes;
 }
@@ -47,8 +47,9 @@ protected:
         while (!done() && std::chrono::steady_clock::now() < limit) {
             const Planes planes = audio_.pump(block);
             heard.resize(planes.size());
-            for (size_t c = 0; c < planes.size(); ++c)
+            for (size_t c = 0; c < planes.size(); ++c) {
                 heard[c].insert(heard[c].end(), planes[c].begin(), planes[c].end());
+            }
             std::this_thread::yield();
         }
         EXPECT_TRUE(done());
@@ -71,7 +72,7 @@ protected:
     void use(const std::string& profile) {
         settings_.change([&](AppSettings& s) {
             for (const auto& p : s.profiles) {
-                if (p.name == profile) s.activeProfileID = p.id;
+                if (p.name == profile) { s.activeProfileID = p.id; }
             }
         });
     }

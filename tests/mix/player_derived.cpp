@@ -86,7 +86,7 @@ TEST(PlayerTime, IsMinutesSecondsAndThousandths) {
         {59.9996, "1:00.000"}, {61.001, "1:01.001"},       {3600, "60:00.000"},
         {-0.001, "0:00.000"},  {std::nan(""), "0:00.000"}, {std::numeric_limits<double>::infinity(), "0:00.000"},
     };
-    for (const auto& c : cases) EXPECT_EQ(PlayerModel::time(c.seconds), c.text);
+    for (const auto& c : cases) { EXPECT_EQ(PlayerModel::time(c.seconds), c.text); }
 }
 
 }  // namespace

@@ -17,10 +17,10 @@ TEST_F(Player, APlayedFileIsHeardSampleBySample) {
     const Planes heard = pumpUntil([&] { return engine_.finished(); });
     for (int c = 0; c < 2; ++c) {
         int wrong = 0;
-        for (int64_t i = block; i < 8192; ++i) wrong += heard[size_t(c)][size_t(i)] != test::sample(c, i);
+        for (int64_t i = block; i < 8192; ++i) { wrong += heard[size_t(c)][size_t(i)] != test::sample(c, i); }
         EXPECT_EQ(wrong, 0) << "channel " << c;
     }
-    for (size_t c = 2; c < 16; ++c) EXPECT_EQ(*std::max_element(heard[c].begin(), heard[c].end()), 0.0F);
+    for (size_t c = 2; c < 16; ++c) { EXPECT_EQ(*std::max_element(heard[c].begin(), heard[c].end()), 0.0F); }
 
     EXPECT_TRUE(player_->isPlaying());
     loop_.advance(1.0 / 30);
@@ -56,7 +56,7 @@ TEST_F(Player, LoadingTheLoadedFileStartsItOnlyWhenItRests) {
     EXPECT_FALSE(player_->isPlaying());
     load(a, true);
     EXPECT_TRUE(player_->isPlaying());
-    for (int i = 0; i < 20; ++i) audio_.pump(block);
+    for (int i = 0; i < 20; ++i) { audio_.pump(block); }
     const double before = engine_.ctx().position();
     load(a, true);
     EXPECT_EQ(engine_.ctx().position(), before) << "no restart";
@@ -159,7 +159,7 @@ TEST_F(Player, LoopsTheSelectionOrTheWholeFile) {
         const Planes heard = pumpUntil([&] { return (frames += block) > checked + 2 * block; });
         EXPECT_FALSE(engine_.finished());
         for (int64_t i = block; i < checked; ++i) {
-            if (heard[0][size_t(i)] != test::sample(0, low + i % length)) return i;
+            if (heard[0][size_t(i)] != test::sample(0, low + i % length)) { return i; }
         }
         return int64_t(-1);
     };
@@ -181,7 +181,7 @@ TEST_F(Player, ClearingTheSelectionPlaysOnPastItsEnd) {
     load(file("a.wav"));
     player_->select(FrameRange{1000, 3000});
     settle();
-    for (int i = 0; i < 4; ++i) audio_.pump(block);
+    for (int i = 0; i < 4; ++i) { audio_.pump(block); }
     loop_.advance(0.034);
     const int64_t at = player_->currentFrame();
     EXPECT_EQ(at, 1000 + 4 * block - 1);
@@ -298,7 +298,7 @@ TEST_F(Player, ADeviceThatCannotBeOpened) {
 
 TEST_F(Player, PlaysOnWhereItWasWhenTheDeviceChanges) {
     load(file("a.wav"), true);
-    for (int i = 0; i < 10; ++i) audio_.pump(block);
+    for (int i = 0; i < 10; ++i) { audio_.pump(block); }
     loop_.advance(0.034);
     const int64_t at = player_->currentFrame();
     EXPECT_EQ(at, 10 * block - 1);
@@ -334,7 +334,7 @@ TEST_F(Player, AProfileOfAnotherDeviceTakesARunningOrStartingStreamAlong) {
     const UUID first = settings_.value().profiles[1].id;
     const UUID other = settings_.value().profiles[2].id;
     load(file("a.wav"), true);
-    for (int i = 0; i < 10; ++i) audio_.pump(block);
+    for (int i = 0; i < 10; ++i) { audio_.pump(block); }
     loop_.advance(0.034);
     player_->selectProfile(other);
     settle();

@@ -186,7 +186,7 @@ TEST(RenderContext, GainMovesInAStraightLineAndEndsOnItsTarget) {
     for (const float gain : {0.0F, 0.7F, 2.0F, 1.0F}) {
         bench.context.setGain(double(gain));
         const Signal fade = bench.render(256)[0];
-        for (int i = 0; i < 256; ++i) ASSERT_NEAR(fade[size_t(i)], last + (gain - last) * ramp(i, 256), 1e-6);
+        for (int i = 0; i < 256; ++i) { ASSERT_NEAR(fade[size_t(i)], last + (gain - last) * ramp(i, 256), 1e-6); }
         EXPECT_EQ(fade.back(), gain);
         EXPECT_EQ(bench.render(256)[0], Signal(256, gain));
         last = gain;
@@ -213,8 +213,6 @@ TEST(RenderContext, DenormalsAreSilenceWithinTheBlockOnly) {
     EXPECT_EQ(bench.render(100)[0], Signal(100));
     EXPECT_GT(tiny * 2, 0);
 }
-
-// MARK: headphones
 
 namespace {
 
@@ -247,15 +245,15 @@ TEST(RenderContext, HeadphonesHearTheVirtualSpeakersOnTheirTwoChannels) {
     bench.context.setConfig(bench.binaural(1, 4, phones.gains, 3, 1));
     bench.listen(4);
     Signal faded = x;
-    for (int i = 0; i < 300; ++i) faded[size_t(i)] *= ramp(i, 300);
-    for (int at = 0; at < 6000; at += 300) bench.render(300);
+    for (int i = 0; i < 300; ++i) { faded[size_t(i)] *= ramp(i, 300); }
+    for (int at = 0; at < 6000; at += 300) { bench.render(300); }
     EXPECT_LT(test::errorDb(bench.heard(3), phones.convolved(faded, 0)), -100);
     EXPECT_LT(test::errorDb(bench.heard(1), phones.convolved(faded, 1)), -100);
     EXPECT_EQ(bench.heard(0), Signal(6000));
     // Ears beyond the device are lost, and nothing else is.
     bench.context.setConfig(bench.binaural(1, 4, phones.gains, -1, 4));
     bench.render(300);
-    for (const Signal& plane : bench.render(300)) EXPECT_EQ(plane, Signal(300));
+    for (const Signal& plane : bench.render(300)) { EXPECT_EQ(plane, Signal(300)); }
 }
 
 TEST(RenderContext, WithoutAStageOnlyTheBinauralSoundIsLost) {
@@ -285,27 +283,27 @@ TEST(RenderContext, TheStageRingsOutAndWakesClean) {
         bench.context.setConfig(at < 1000 ? binaural : speakers);
         bench.render(n);
         if (at == 0) {
-            for (int i = 0; i < n; ++i) x[size_t(i)] *= ramp(i, n);
+            for (int i = 0; i < n; ++i) { x[size_t(i)] *= ramp(i, n); }
         }
     }
-    for (int i = 0; i < n; ++i) x[size_t(1000 + i)] *= 1 - ramp(i, n);
+    for (int i = 0; i < n; ++i) { x[size_t(1000 + i)] *= 1 - ramp(i, n); }
     std::fill(x.begin() + 1000 + n, x.end(), 0.0F);
     EXPECT_LT(test::errorDb(bench.heard(0), phones.convolved(x, 0)), -100);
     EXPECT_LT(test::errorDb(bench.heard(1), phones.convolved(x, 1)), -100);
     // Sooner or later exactly silent, and so it stays when headphones come back to a silent source.
     EXPECT_EQ(Signal(bench.heard(0).end() - n, bench.heard(0).end()), Signal(n));
     bench.context.setConfig(binaural);
-    for (int block = 0; block < 12; ++block) EXPECT_EQ(bench.render(n)[0], Signal(n));
+    for (int block = 0; block < 12; ++block) { EXPECT_EQ(bench.render(n)[0], Signal(n)); }
 
     // A stage that was taken away in the middle of the sound comes back with no memory either.
     bench.context.setRing(bench.ring(1, frames, one));
-    for (int block = 0; block < 3; ++block) bench.render(n);
+    for (int block = 0; block < 3; ++block) { bench.render(n); }
     EXPECT_NE(bench.render(n)[0], Signal(n));
     bench.context.setBinauralStage(nullptr);
     bench.context.setRing(nullptr);
-    for (int block = 0; block < 2; ++block) bench.render(n);
+    for (int block = 0; block < 2; ++block) { bench.render(n); }
     bench.context.setBinauralStage(&phones.stage);
-    for (int block = 0; block < 12; ++block) EXPECT_EQ(bench.render(n)[0], Signal(n));
+    for (int block = 0; block < 12; ++block) { EXPECT_EQ(bench.render(n)[0], Signal(n)); }
 }
 
 TEST(RenderContext, ReplacedDirectionsMayGoOnceTheStageSleeps) {
@@ -318,7 +316,7 @@ TEST(RenderContext, ReplacedDirectionsMayGoOnceTheStageSleeps) {
     bench.context.setConfig(binaural);
     bench.render(1000);
     bench.context.setConfig(speakers);
-    for (int i = 0; i < 4; ++i) bench.render(1000);
+    for (int i = 0; i < 4; ++i) { bench.render(1000); }
     // Under the address sanitizer a look back at these sets would show.
     phones.stage.setDirections({{5, 5}});
     phones.stage.setDirections({{50, 5}});
@@ -326,8 +324,6 @@ TEST(RenderContext, ReplacedDirectionsMayGoOnceTheStageSleeps) {
     bench.render(1000);
     EXPECT_NE(bench.render(1000)[0][999], 0);
 }
-
-// MARK: by ear
 
 // Control changes all that it may change while blocks are rendered. What it replaces it keeps; under the thread
 // sanitizer anything that crosses the threads unpublished is a race.
@@ -349,18 +345,18 @@ TEST(RenderContext, ControlMayPublishWhileItRenders) {
             bench.context.setGain(double(random() % 3) / 2);
             bench.context.setBinauralStage(random() % 4 == 0 ? nullptr : &phones.stage);
             replaced.push_back(phones.stage.setDirections({{double(random() % 8) * 40 - 160, 0}}));
-            if (bench.context.finished()) bench.context.clearFinished();
+            if (bench.context.finished()) { bench.context.clearFinished(); }
             bench.context.setPosition(bench.context.position());
             ++rounds;
-            while (rounds > blocks && !done) std::this_thread::yield();
+            while (rounds > blocks && !done) { std::this_thread::yield(); }
         }
     });
     double loudest = 0;
     // On a busy machine one thread may do all its turns before the other's first. A change a block is the most, so that
     // none is what all blocks are rendered with; four blocks a change are the most, so that the rings last.
     for (; blocks < 400 || rounds < 400; ++blocks) {
-        while (rounds * 4 < blocks) std::this_thread::yield();
-        for (const float x : bench.render(256)[0]) loudest = std::max(loudest, double(std::abs(x)));
+        while (rounds * 4 < blocks) { std::this_thread::yield(); }
+        for (const float x : bench.render(256)[0]) { loudest = std::max(loudest, double(std::abs(x))); }
     }
     done = true;
     control.join();

@@ -12,10 +12,10 @@ namespace {
 class Counter : public RenderTarget {
 public:
     int32_t render(uint32_t frames, const DeviceBuffers& buffers) noexcept override {
-        if (inside_.exchange(true)) overlaps = true;
-        if (frames != buffers.frames) odd = true;
+        if (inside_.exchange(true)) { overlaps = true; }
+        if (frames != buffers.frames) { odd = true; }
         for (int c = 0; c < buffers.channels; ++c) {
-            for (uint32_t i = 0; i < frames; ++i) buffers.planes[c][i] = float(rendered + i) + float(c) / 64;
+            for (uint32_t i = 0; i < frames; ++i) { buffers.planes[c][i] = float(rendered + i) + float(c) / 64; }
         }
         rendered += frames;
         inside_ = false;
@@ -39,7 +39,7 @@ TEST(HeadlessAudio, RendersWholeBlocksNoFasterThanRealTimeAndNothingOncePaused) 
         const uint64_t before = counter.rendered;
         stream->start();
         stream->start();  // goes on
-        while (counter.rendered < before + 4800) std::this_thread::yield();
+        while (counter.rendered < before + 4800) { std::this_thread::yield(); }
         stream->pause();
         const uint64_t after = counter.rendered;
         const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();

@@ -25,7 +25,7 @@ void step(QtMainLoop&) {
 template <typename Loop>
 void work(Loop& loop, const std::function<bool()>& done) {
     const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-    while (!done() && std::chrono::steady_clock::now() < limit) step(loop);
+    while (!done() && std::chrono::steady_clock::now() < limit) { step(loop); }
 }
 
 template <typename Loop>
@@ -66,14 +66,14 @@ TYPED_TEST(MainLoops, EachThreadsPostsKeepTheirOrderOnTheMainThread) {
         threads.emplace_back([&, t] {
             for (int i = 0; i < count; ++i) {
                 this->loop_->post([&, t, i] {
-                    if (std::this_thread::get_id() != main) ++strays;
+                    if (std::this_thread::get_id() != main) { ++strays; }
                     seen[t].push_back(i);
                 });
             }
         });
     }
     work(*this->loop_, [&] { return seen[0].size() + seen[1].size() == 2 * count; });
-    for (auto& thread : threads) thread.join();
+    for (auto& thread : threads) { thread.join(); }
     EXPECT_EQ(strays, 0);
     for (const auto& order : seen) {
         EXPECT_EQ(order.size(), size_t(count));
@@ -94,7 +94,7 @@ TYPED_TEST(MainLoops, ADroppedHandleStopsItsTimer) {
     TimerHandle beat;
     beat = this->loop_->every(0.005, [&, this] {
         this->ran_.push_back(0);
-        if (this->ran_.size() == 3) beat.reset();  // from within its own job
+        if (this->ran_.size() == 3) { beat.reset(); }  // from within its own job
     });
     never.reset();
     bool over = false;

@@ -28,12 +28,12 @@ float signal(int channel, uint64_t frame) {
 class SignalSource : public RenderTarget {
 public:
     int32_t render(uint32_t frames, const DeviceBuffers& buffers) noexcept override {
-        if (inside_.exchange(true)) overlaps = true;
-        if (frames > 4096 || frames != buffers.frames) tooLarge = true;
+        if (inside_.exchange(true)) { overlaps = true; }
+        if (frames > 4096 || frames != buffers.frames) { tooLarge = true; }
         for (int c = 0; c < buffers.channels; ++c) {
             float* plane = buffers.planes[c];
-            if (!plane) unlinked = true;
-            for (uint32_t i = 0; plane && i < frames; ++i) plane[i] = signal(c, rendered + i);
+            if (!plane) { unlinked = true; }
+            for (uint32_t i = 0; plane && i < frames; ++i) { plane[i] = signal(c, rendered + i); }
         }
         rendered += frames;
         inside_ = false;
@@ -58,7 +58,7 @@ protected:
 
     std::optional<AudioOutputDevice> device(const std::string& uid) {
         for (const auto& output : audio_->allOutputs()) {
-            if (output.uid == uid) return output;
+            if (output.uid == uid) { return output; }
         }
         return std::nullopt;
     }
@@ -81,7 +81,7 @@ protected:
 
 std::vector<std::string> describe(const std::vector<AudioOutputDevice>& outputs) {
     std::vector<std::string> texts;
-    for (const auto& d : outputs) texts.push_back(d.uid + "|" + d.name + "|" + std::to_string(d.outputChannels));
+    for (const auto& d : outputs) { texts.push_back(d.uid + "|" + d.name + "|" + std::to_string(d.outputChannels)); }
     return texts;
 }
 
@@ -119,7 +119,7 @@ void expectExact(AudioSystem& audio, const AudioOutputDevice& device, ManualMain
     const size_t first = size_t(start - planes[0].begin());
     for (int c = 0; c < device.outputChannels; ++c) {
         size_t wrong = 0;
-        for (size_t i = 0; i < 48000; ++i) wrong += planes[size_t(c)].at(first + i) != signal(c, i);
+        for (size_t i = 0; i < 48000; ++i) { wrong += planes[size_t(c)].at(first + i) != signal(c, i); }
         EXPECT_EQ(wrong, 0U) << device.uid << " channel " << c << ", recorder gaps: " << recorder.gaps();
     }
 }

@@ -15,7 +15,9 @@ TEST(SerialQueue, RunsJobsOneByOneInOrderOnItsNamedThread) {
     SerialQueue queue("Brindlehum.loader");
     std::vector<int> order;  // without a lock: the thread sanitizer would see two threads here
     std::string name;
-    for (int i = 0; i < 1000; ++i) queue.async([&, i] { order.push_back(i); });
+    for (int i = 0; i < 1000; ++i) {
+        queue.async([&, i] { order.push_back(i); });
+    }
     queue.async([&] {
         char text[32] = "";
         pthread_getname_np(pthread_self(), text, sizeof text);
@@ -36,7 +38,7 @@ TEST(WorkerPool, RunsAsManyJobsAtOnceAsItHasThreads) {
     std::atomic<int> done = 0;
     for (int i = 0; i < 3; ++i) {
         pool.async([&] {
-            if (++waiting == 3) go.set_value();  // comes only if all three run at once
+            if (++waiting == 3) { go.set_value(); }  // comes only if all three run at once
             start.wait();
             ++done;
         });
@@ -57,7 +59,9 @@ TEST(WorkerPool, DestructionFinishesTheJobInHandAndReleasesTheWaitingOnesUnrun) 
             go.get_future().wait();
             ++*held;
         });
-        for (int i = 0; i < 10; ++i) pool.async([held] { *held += 100; });
+        for (int i = 0; i < 10; ++i) {
+            pool.async([held] { *held += 100; });
+        }
         entered.get_future().wait();
         opener = std::thread([&] { go.set_value(); });
     }

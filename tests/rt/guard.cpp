@@ -54,7 +54,7 @@ std::vector<Crime> allocations() {
         {"posix_memalign", kind,
          [] {
              void* memory = nullptr;
-             if (posix_memalign(&memory, 64, some) == 0) keep(memory);
+             if (posix_memalign(&memory, 64, some) == 0) { keep(memory); }
          }},
         {"operator new", kind, [] { kept = std::make_unique<std::vector<int>>(some).get(); }},
         {"aligned operator new", kind,
@@ -69,8 +69,7 @@ std::vector<Crime> allocations() {
          [] {
              try {
                  throw 1;
-             } catch (int) {
-             }
+             } catch (int) {}
          }},
     };
 }
@@ -87,7 +86,7 @@ std::vector<Crime> locks() {
         {"mutex", kind, [] { const std::lock_guard lock(mutex); }},
         {"try_lock", kind,
          [] {
-             if (mutex.try_lock()) mutex.unlock();
+             if (mutex.try_lock()) { mutex.unlock(); }
          }},
         {"timed mutex", kind, [] { const std::unique_lock lock(timed, std::chrono::milliseconds(1)); }},
         {"reader lock", kind, [] { const std::shared_lock lock(shared); }},
@@ -164,15 +163,14 @@ TEST(RtGuard, LeavesUnmarkedThreadsAndPlainWorkAlone) {
     RtFaults faults;
     {
         const RealTimeScope scope;
-        for (size_t i = 0; i < 100; ++i) some = some + 1;
+        for (size_t i = 0; i < 100; ++i) { some = some + 1; }
         faults = scope.faults();
     }
     EXPECT_EQ(faults.total(), 0U);
     // The mark is the thread's own: another may do as it likes meanwhile.
     std::atomic<int> stage{0};
     std::thread other([&] {
-        while (stage < 1) {
-        }
+        while (stage < 1) {}
         locks()[0].commit();
         allocations()[0].commit();
         stage = 2;
@@ -180,8 +178,7 @@ TEST(RtGuard, LeavesUnmarkedThreadsAndPlainWorkAlone) {
     {
         const RealTimeScope scope;
         stage = 1;
-        while (stage < 2) {
-        }
+        while (stage < 2) {}
         faults = scope.faults();
     }
     other.join();

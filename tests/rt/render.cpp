@@ -45,7 +45,7 @@ private:
 std::vector<float> gains(int rows, int inputs, uint32_t seed) {
     std::mt19937 random(seed);
     std::vector<float> matrix(size_t(rows) * size_t(inputs));
-    for (float& g : matrix) g = float(random() % 5) / 4;
+    for (float& g : matrix) { g = float(random() % 5) / 4; }
     return matrix;
 }
 
@@ -94,14 +94,14 @@ TEST(RtRender, ChangesOfEverything) {
     int sizes[] = {1, 64, 255, 256, 480, 1024, 4096, 5000};
     bool heard = false;
     for (int block = 0; block < 1500; ++block) {
-        if (random() % 3 == 0) bench.context.setRing(rings[random() % 4]);
-        if (random() % 3 == 0) bench.context.setConfig(configs[random() % 5]);
-        if (random() % 4 == 0) bench.context.setGain(double(random() % 3) / 2);
-        if (random() % 40 == 0) bench.context.setBinauralStage(random() % 3 == 0 ? nullptr : &stages[random() % 2]);
+        if (random() % 3 == 0) { bench.context.setRing(rings[random() % 4]); }
+        if (random() % 3 == 0) { bench.context.setConfig(configs[random() % 5]); }
+        if (random() % 4 == 0) { bench.context.setGain(double(random() % 3) / 2); }
+        if (random() % 40 == 0) { bench.context.setBinauralStage(random() % 3 == 0 ? nullptr : &stages[random() % 2]); }
         if (random() % 4 == 0) {
             std::vector<Direction> directions(26);
-            for (Direction& d : directions) d = {double(random() % 360) - 180, double(random() % 120) - 30};
-            for (BinauralStage& stage : stages) replaced.push_back(stage.setDirections(directions));
+            for (Direction& d : directions) { d = {double(random() % 360) - 180, double(random() % 120) - 30}; }
+            for (BinauralStage& stage : stages) { replaced.push_back(stage.setDirections(directions)); }
         }
         const int frames = block % 5 == 0 ? sizes[random() % 8] : 256;
         const RtFaults faults = device.render(bench.context, frames, random() % 7 == 0);

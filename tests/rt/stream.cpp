@@ -14,12 +14,11 @@ uint32_t allocationsInSteadyState(std::unique_ptr<FrameSource> source, double ou
     StreamReader reader(std::move(source), outputRate, 0, 60000, true, 1000, 49000);
     std::vector<float> sink(size_t(channels) * 4096);
     std::vector<float*> planes;
-    for (int c = 0; c < channels; ++c) planes.push_back(sink.data() + c * 4096);
+    for (int c = 0; c < channels; ++c) { planes.push_back(sink.data() + c * 4096); }
     const auto blocks = [&](int count) {
         for (int i = 0; i < count; ++i) {
             EXPECT_TRUE(reader.fillOnce());
-            while (mn_ring_read(reader.ring(), planes.data(), 4096, nullptr) > 0) {
-            }
+            while (mn_ring_read(reader.ring(), planes.data(), 4096, nullptr) > 0) {}
         }
     };
     blocks(50);

@@ -52,7 +52,7 @@ void expectFactoryProfiles(const std::vector<OutputProfile>& profiles) {
          1},
         {profiles[1].id, "Nearfield", OutputProfile::Kind::speakers, {}, LayoutID::stereo, {0, 1}, {0, 0}, 0, 1},
         {profiles[2].id, "Headphones", OutputProfile::Kind::headphones, {}, LayoutID::stereo, {0, 1}, {0, 0}, 0, 1}};
-    for (size_t i = 0; i < 3; ++i) EXPECT_EQ(profiles[i], wanted[i]) << wanted[i].name;
+    for (size_t i = 0; i < 3; ++i) { EXPECT_EQ(profiles[i], wanted[i]) << wanted[i].name; }
     EXPECT_EQ(std::set<UUID>({profiles[0].id, profiles[1].id, profiles[2].id}).size(), 3U);
 }
 

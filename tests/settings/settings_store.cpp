@@ -14,7 +14,7 @@ constexpr const char* key = "settings.v1";
 TEST(SettingsStore, FirstStartAndUnreadableTextGiveDefaultsAndWriteNothing) {
     for (const char* stored : {static_cast<const char*>(nullptr), "", "[]", "{\"autoPlay\":"}) {
         MemoryDefaults defaults;
-        if (stored != nullptr) defaults.set(key, stored);
+        if (stored != nullptr) { defaults.set(key, stored); }
         const int before = defaults.writes;
         SettingsStore store(defaults);
         EXPECT_EQ(store.value().profiles.size(), 3U);
@@ -83,7 +83,7 @@ TEST(SettingsStore, AReceiverMayChangeTheSettingsAgain) {
     MemoryDefaults defaults;
     SettingsStore store(defaults);
     QObject::connect(&store, &SettingsStore::changed, [&](const AppSettings& now, const AppSettings&) {
-        if (now.expertMode) return;
+        if (now.expertMode) { return; }
         const std::string path = now.ytDlpPath;
         store.change([](AppSettings& s) { s.expertMode = true; });
         EXPECT_FALSE(now.expertMode) << "the record in hand must not change under the receiver";

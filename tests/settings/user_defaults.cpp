@@ -30,7 +30,7 @@ protected:
     // Nothing but the named files lies beside the defaults.
     void expectFiles(std::set<std::string> wanted) const {
         std::set<std::string> found;
-        for (const auto& entry : fs::directory_iterator(file_.parent_path())) found.insert(entry.path().filename());
+        for (const auto& entry : fs::directory_iterator(file_.parent_path())) { found.insert(entry.path().filename()); }
         EXPECT_EQ(found, wanted);
     }
 

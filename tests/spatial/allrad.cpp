@@ -22,7 +22,7 @@ Arrival arrival(const std::vector<double>& gains, const SpeakerList& room) {
     for (size_t s = 0; s < room.size(); ++s) {
         out.energy += gains[s] * gains[s];
         const Vec3 u = direction(room[s], room).unitVector();
-        for (size_t i = 0; i < 3; ++i) out.vector[i] += gains[s] * gains[s] * u[i];
+        for (size_t i = 0; i < 3; ++i) { out.vector[i] += gains[s] * gains[s] * u[i]; }
     }
     return out;
 }
@@ -52,7 +52,7 @@ Worst measure(LayoutID layout, int order) {
     for (const Vec3& v : ringGrid(40, 72)) {
         // Layouts without heights cover the ring, up to 17 degrees above it.
         const bool flat = layout == LayoutID::l51 || layout == LayoutID::l71;
-        if (v[2] < 0 || (flat && v[2] > 0.3)) continue;
+        if (v[2] < 0 || (flat && v[2] > 0.3)) { continue; }
         const Arrival here = arrival(decode(decoder, order, v), room);
         Arrival mirror = arrival(decode(decoder, order, {v[0], -v[1], v[2]}), room);
         mirror.vector[1] = -mirror.vector[1];
@@ -107,9 +107,7 @@ TEST(StereoFoldOfAmbisonics, IsMirroredAndLeansToTheSource) {
             // The share of the left grows all the way from the front to the side.
             const double share = here[0] / (here[0] + here[1]);
             EXPECT_GT(share, previous) << order << " " << az;
-            if (az == 0) {
-                EXPECT_NEAR(share, 0.5, 1e-12);
-            }
+            if (az == 0) { EXPECT_NEAR(share, 0.5, 1e-12); }
             previous = share;
         }
         EXPECT_GT(previous, 0.7) << order;

@@ -14,12 +14,12 @@ using namespace test;
 
 // SN3D harmonic of degree l and signed order m by the associated Legendre functions of the standard library.
 double referenceHarmonic(int l, int m, const Vec3& v) {
-    const auto n = static_cast<unsigned>(std::abs(m));
+    const auto n = unsigned(std::abs(m));
     const double az = std::atan2(v[1], v[0]);
     const double factorials = std::tgamma(l - int(n) + 1) / std::tgamma(l + int(n) + 1);
     const double norm = std::sqrt((m == 0 ? 1 : 2) * factorials);
     const double turn = m < 0 ? std::sin(n * az) : std::cos(n * az);
-    return norm * std::assoc_legendre(static_cast<unsigned>(l), n, v[2]) * turn;
+    return norm * std::assoc_legendre(unsigned(l), n, v[2]) * turn;
 }
 
 TEST(Ambisonics, HarmonicsAgreeWithLegendreFunctionsInAcnOrder) {
@@ -45,7 +45,9 @@ TEST(Ambisonics, MaxREWeightsAgreeWithThePublishedOnes) {
         const auto weights = Ambisonics::maxRE(order);
         const auto& expected = published[size_t(order - 1)];
         ASSERT_EQ(weights.size(), expected.size());
-        for (size_t l = 0; l < expected.size(); ++l) EXPECT_NEAR(weights[l], expected[l], 0.005) << order << " " << l;
+        for (size_t l = 0; l < expected.size(); ++l) {
+            EXPECT_NEAR(weights[l], expected[l], 0.005) << order << " " << l;
+        }
     }
 }
 
@@ -59,14 +61,14 @@ TEST(Ambisonics, EveryNormalisationComesBackToTheSameField) {
             ASSERT_EQ(t.size(), y.size());
             for (size_t k = 0; k < y.size(); ++k) {
                 double sum = 0;
-                for (size_t c = 0; c < file.size(); ++c) sum += t[k][c] * file[c];
+                for (size_t c = 0; c < file.size(); ++c) { sum += t[k][c] * file[c]; }
                 ASSERT_NEAR(sum, y[k], 1e-12) << rawValue(norm) << " " << k;
             }
         };
         expectSame(1, AmbiNorm::fuma, {1 / std::sqrt(2.0), v[0], v[1], v[2]});
         std::vector<double> n3d;
         for (int l = 0; l <= 3; ++l) {
-            for (int m = -l; m <= l; ++m) n3d.push_back(std::sqrt(2 * l + 1) * referenceHarmonic(l, m, v));
+            for (int m = -l; m <= l; ++m) { n3d.push_back(std::sqrt(2 * l + 1) * referenceHarmonic(l, m, v)); }
         }
         expectSame(3, AmbiNorm::n3d, n3d);
         expectSame(2, AmbiNorm::sn3d, Ambisonics::sh(2, v));
@@ -120,29 +122,29 @@ TEST(Ambisonics, TheLebedevGridIntegratesThirdOrderExactly) {
     for (size_t a = 0; a < 16; ++a) {
         for (size_t b = 0; b < 16; ++b) {
             double product = 0;
-            for (size_t i = 0; i < 26; ++i) product += grid.weights[i] * y[i][a] * y[i][b];
+            for (size_t i = 0; i < 26; ++i) { product += grid.weights[i] * y[i][a] * y[i][b]; }
             EXPECT_NEAR(product, a == b ? 1 / (2 * std::floor(std::sqrt(double(a))) + 1) : 0, 1e-12) << a << " " << b;
         }
     }
     const Direction order[] = {{0, 0}, {180, 0}, {90, 0}, {-90, 0}, {0, 90}, {0, -90}, {-135, 0}, {180, -45}};
-    for (size_t i = 0; i < std::size(order); ++i) EXPECT_LT(order[i].angle(grid.dirs[i]), 1e-6) << i;
+    for (size_t i = 0; i < std::size(order); ++i) { EXPECT_LT(order[i].angle(grid.dirs[i]), 1e-6) << i; }
 }
 
 // The densest packing of 240 points leaves holes of 8 degrees; the spiral none of 12.
 TEST(Ambisonics, TheFibonacciSpiralLeavesNoHole) {
     EXPECT_TRUE(Ambisonics::fibonacci(0).empty());
     std::vector<Vec3> spiral;
-    for (const Direction& d : Ambisonics::fibonacci(240)) spiral.push_back(d.unitVector());
+    for (const Direction& d : Ambisonics::fibonacci(240)) { spiral.push_back(d.unitVector()); }
     ASSERT_EQ(spiral.size(), 240U);
     Vec3 sum{};
     for (const Vec3& s : spiral) {
-        for (size_t i = 0; i < 3; ++i) sum[i] += s[i] / 240;
+        for (size_t i = 0; i < 3; ++i) { sum[i] += s[i] / 240; }
     }
     EXPECT_LT(std::sqrt(dot(sum, sum)), 0.01) << "leans to one side";
     double hole = 0;
     for (const Vec3& v : ringGrid(60, 120)) {
         double nearest = 180;
-        for (const Vec3& s : spiral) nearest = std::min(nearest, angleBetween(s, v));
+        for (const Vec3& s : spiral) { nearest = std::min(nearest, angleBetween(s, v)); }
         hole = std::max(hole, nearest);
     }
     EXPECT_LT(hole, 12);
@@ -163,7 +165,7 @@ TEST(Ambisonics, NormalisedEnergyIsOneOnAverage) {
             const auto directions = ringGrid(40, 80);
             for (const Vec3& v : directions) {
                 const auto out = decode(decoder, order, v);
-                for (double x : out) energy += x * x / double(directions.size());
+                for (double x : out) { energy += x * x / double(directions.size()); }
             }
             EXPECT_NEAR(10 * std::log10(energy), 0, 0.05) << order;
         }
@@ -185,7 +187,7 @@ TEST(Ambisonics, SamplingDecodersReachTheLongestEnergyVector) {
             Vec3 vector{};
             for (size_t s = 0; s < gains.size(); ++s) {
                 energy += gains[s] * gains[s];
-                for (size_t i = 0; i < 3; ++i) vector[i] += gains[s] * gains[s] * dense[s].unitVector()[i];
+                for (size_t i = 0; i < 3; ++i) { vector[i] += gains[s] * gains[s] * dense[s].unitVector()[i]; }
             }
             EXPECT_NEAR(std::sqrt(dot(vector, vector)) / energy, longest[order - 1], 0.01) << order;
             EXPECT_LT(angleBetween(vector, v), 1) << order;
@@ -202,7 +204,7 @@ TEST(Ambisonics, ATurnedDecoderHearsATurnedSource) {
     const auto& grid = Ambisonics::lebedev26();
     std::vector<Direction> room;
     for (SpeakerID s : speakers(LayoutID::l514)) {
-        if (s != SpeakerID::LFE) room.push_back(direction(s, speakers(LayoutID::l514)));
+        if (s != SpeakerID::LFE) { room.push_back(direction(s, speakers(LayoutID::l514))); }
     }
     for (int trial = 0; trial < 12; ++trial) {
         const Rotation rotation = {turn(engine), turn(engine), turn(engine)};
@@ -212,7 +214,7 @@ TEST(Ambisonics, ATurnedDecoderHearsATurnedSource) {
             for (const Vec3& v : randomDirections(20, seed + uint32_t(trial))) {
                 const auto expected = decode(still, order, {dot(m[0], v), dot(m[1], v), dot(m[2], v)});
                 const auto heard = decode(turned, order, v);
-                for (size_t s = 0; s < heard.size(); ++s) ASSERT_NEAR(heard[s], expected[s], tolerance) << trial;
+                for (size_t s = 0; s < heard.size(); ++s) { ASSERT_NEAR(heard[s], expected[s], tolerance) << trial; }
             }
         };
         compare(Ambisonics::samplingDecoder(order, grid.dirs, grid.weights, {}, false),

@@ -67,7 +67,7 @@ TEST(Nearest, IsJudgedByAngleAndNeverTheLFE) {
         {{10, 0}, {LFE}, std::nullopt},
         {{10, 0}, {}, std::nullopt},
     };
-    for (const Case& c : cases) EXPECT_EQ(MixBuilder::nearest(c.d, c.in), c.expected) << c.d.az << " " << c.d.el;
+    for (const Case& c : cases) { EXPECT_EQ(MixBuilder::nearest(c.d, c.in), c.expected) << c.d.az << " " << c.d.el; }
 }
 
 // Entries as "target row <- source channel x gain"; everything else must be 0.
@@ -127,8 +127,8 @@ TEST(LayoutMatrix, RoutesTheAwkwardCases) {
     };
     for (const Case& c : cases) {
         Matrix expected = c.matrix;
-        for (auto& row : expected) std::ranges::fill(row, 0.0);
-        for (const Gain& g : c.gains) expected.at(g.row).at(g.channel) = g.gain;
+        for (auto& row : expected) { std::ranges::fill(row, 0.0); }
+        for (const Gain& g : c.gains) { expected.at(g.row).at(g.channel) = g.gain; }
         for (size_t r = 0; r < expected.size(); ++r) {
             for (size_t i = 0; i < expected[r].size(); ++i) {
                 EXPECT_NEAR(c.matrix[r][i], expected[r][i], 5e-5) << c.name << ": row " << r << ", channel " << i;
@@ -142,7 +142,7 @@ TEST(LayoutMatrix, RoutesTheAwkwardCases) {
 TEST(LayoutMatrix, HoldsItsPropertiesOverAllSourcesAndLayouts) {
     std::vector<std::pair<SourceFormat, int>> sources;
     for (int channels = 1; channels <= 16; ++channels) {
-        for (const auto& format : SourceFormat::options(channels)) sources.emplace_back(format, channels);
+        for (const auto& format : SourceFormat::options(channels)) { sources.emplace_back(format, channels); }
     }
     sources.emplace_back(SourceFormat::speakers({L, R, C, Lc, Rc, Cs, Tc, Lw, Rw, LFE}), 10);
     for (const auto& [format, channels] : sources) {
@@ -159,7 +159,7 @@ TEST(LayoutMatrix, HoldsItsPropertiesOverAllSourcesAndLayouts) {
                 }
             }
             const SpeakerList* list = format.asSpeakers();
-            if (!list) continue;
+            if (!list) { continue; }
             for (size_t c = 0; c < list->size(); ++c) {
                 double sum = 0;
                 const auto twin = size_t(std::ranges::find(*list, mirrored((*list)[c])) - list->begin());
@@ -171,9 +171,7 @@ TEST(LayoutMatrix, HoldsItsPropertiesOverAllSourcesAndLayouts) {
                         EXPECT_NEAR(m[r][c], m[other][twin], 1e-12) << rawValue((*list)[c]);
                     }
                 }
-                if ((*list)[c] != LFE) {
-                    EXPECT_GE(sum, 0.4999) << rawValue((*list)[c]) << " is lost";
-                }
+                if ((*list)[c] != LFE) { EXPECT_GE(sum, 0.4999) << rawValue((*list)[c]) << " is lost"; }
             }
         }
     }

@@ -38,7 +38,7 @@ inline std::vector<Vec3> randomDirections(size_t count, uint32_t seed) {
     for (Vec3& v : out) {
         v = {normal(engine), normal(engine), normal(engine)};
         const double length = std::sqrt(dot(v, v));
-        for (double& x : v) x /= length;
+        for (double& x : v) { x /= length; }
     }
     return out;
 }
@@ -63,7 +63,7 @@ inline std::vector<double> decode(const Matrix& decoder, int order, const Vec3& 
     std::vector<double> out;
     for (const auto& row : decoder) {
         double sum = 0;
-        for (size_t k = 0; k < y.size(); ++k) sum += row[k] * y[k];
+        for (size_t k = 0; k < y.size(); ++k) { sum += row[k] * y[k]; }
         out.push_back(sum);
     }
     return out;
@@ -73,7 +73,7 @@ inline std::vector<double> decode(const Matrix& decoder, int order, const Vec3& 
 inline SpeakerID mirrored(SpeakerID speaker) {
     const auto swapped = [](char c) { return c == 'L' ? 'R' : c == 'R' ? 'L' : c; };
     std::string name(rawValue(speaker));
-    if (name != "LFE") name[0] = swapped(name[0]);
+    if (name != "LFE") { name[0] = swapped(name[0]); }
     return *speakerFromRaw(name);
 }
 

@@ -15,7 +15,7 @@ using namespace test;
 std::vector<Direction> directionsOf(LayoutID layout) {
     std::vector<Direction> out;
     for (SpeakerID s : speakers(layout)) {
-        if (s != SpeakerID::LFE) out.push_back(direction(s, speakers(layout)));
+        if (s != SpeakerID::LFE) { out.push_back(direction(s, speakers(layout))); }
     }
     return out;
 }
@@ -24,11 +24,11 @@ std::vector<Direction> directionsOf(LayoutID layout) {
 std::vector<std::vector<Direction>> rooms() {
     std::vector<std::vector<Direction>> out;
     for (LayoutID layout : allLayouts) {
-        if (layout != LayoutID::stereo) out.push_back(directionsOf(layout));
+        if (layout != LayoutID::stereo) { out.push_back(directionsOf(layout)); }
     }
     for (uint32_t size = 4; size <= 20; size += 4) {
         std::vector<Direction> room;
-        for (const Vec3& v : randomDirections(size, 900 + size)) room.push_back(Direction::fromVector(v));
+        for (const Vec3& v : randomDirections(size, 900 + size)) { room.push_back(Direction::fromVector(v)); }
         out.push_back(room);
     }
     return out;
@@ -40,7 +40,7 @@ TEST(VBAP, EveryTriangleIsAFaceOfTheHullWithItsInverse) {
         EXPECT_FALSE(vbap.triangles.empty());
         for (const auto& triangle : vbap.triangles) {
             std::array<Vec3, 3> corner;
-            for (size_t i = 0; i < 3; ++i) corner[i] = vbap.points[size_t(triangle.points[i])];
+            for (size_t i = 0; i < 3; ++i) { corner[i] = vbap.points[size_t(triangle.points[i])]; }
             Vec3 normal{};  // solves normal . corner = 1 for all three corners
             for (size_t i = 0; i < 3; ++i) {
                 for (size_t j = 0; j < 3; ++j) {
@@ -79,16 +79,16 @@ TEST(VBAP, PansWhereItIsToldWithUnitEnergy) {
             for (size_t s = 0; s < g.size(); ++s) {
                 ASSERT_GE(g[s], 0);
                 energy += g[s] * g[s];
-                for (size_t i = 0; i < 3; ++i) sum[i] += g[s] * room[s].unitVector()[i];
+                for (size_t i = 0; i < 3; ++i) { sum[i] += g[s] * room[s].unitVector()[i]; }
             }
-            if (!inReal) continue;
+            if (!inReal) { continue; }
             ++panned;
             ASSERT_NEAR(energy, 1, 1e-9);
             ASSERT_LT(angleBetween(sum, v), 1e-4);
         }
         for (size_t s = 0; s < room.size(); ++s) {
             const auto g = vbap.gains(room[s].unitVector());
-            for (size_t other = 0; other < g.size(); ++other) EXPECT_NEAR(g[other], other == s ? 1 : 0, 2e-6);
+            for (size_t other = 0; other < g.size(); ++other) { EXPECT_NEAR(g[other], other == s ? 1 : 0, 2e-6); }
         }
     }
     EXPECT_GT(panned, 500);
@@ -99,11 +99,11 @@ TEST(VBAP, VirtualPointsCloseTheRoom) {
     ASSERT_TRUE(flat.top.has_value());
     EXPECT_EQ(flat.bottom, 5);
     EXPECT_EQ(*flat.top, 6);
-    for (double g : flat.gains({0, 0, 1})) EXPECT_NEAR(g, 1 / std::sqrt(5.0), 1e-12);
-    for (double g : flat.gains({0, 0, -1})) EXPECT_EQ(g, 0);
+    for (double g : flat.gains({0, 0, 1})) { EXPECT_NEAR(g, 1 / std::sqrt(5.0), 1e-12); }
+    for (double g : flat.gains({0, 0, -1})) { EXPECT_EQ(g, 0); }
     // Between C and the bottom point: only C is heard, and less than fully.
     const auto below = flat.gains({1, 0, -1});
-    for (size_t s = 0; s < 5; ++s) EXPECT_NEAR(below[s], s == 2 ? std::sqrt(0.5) : 0, 1e-9);
+    for (size_t s = 0; s < 5; ++s) { EXPECT_NEAR(below[s], s == 2 ? std::sqrt(0.5) : 0, 1e-9); }
 
     EXPECT_FALSE(VBAP(directionsOf(LayoutID::l714)).top.has_value());
     EXPECT_TRUE(VBAP({{0, 0}, {90, 30}, {-90, 30}}).top.has_value());

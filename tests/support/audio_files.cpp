@@ -54,7 +54,7 @@ std::vector<int> channelMap(uint32_t mask) {
                                     SF_CHANNEL_MAP_TOP_REAR_RIGHT};
     std::vector<int> out;
     for (size_t bit = 0; bit < std::size(byBit); ++bit) {
-        if (mask >> bit & 1) out.push_back(byBit[bit]);
+        if (mask >> bit & 1) { out.push_back(byBit[bit]); }
     }
     return out;
 }
@@ -63,7 +63,7 @@ std::vector<int> channelMap(uint32_t mask) {
 
 TempFolder::TempFolder() {
     std::string name = (std::filesystem::temp_directory_path() / "brindlehum-test-XXXXXX").string();
-    if (!mkdtemp(name.data())) throw std::runtime_error("no temporary folder");
+    if (!mkdtemp(name.data())) { throw std::runtime_error("no temporary folder"); }
     path_ = name;
 }
 
@@ -79,30 +79,31 @@ void writeAudio(const std::filesystem::path& path, const Planes& planes, const F
     info.channels = channels;
     info.format = sndfileFormat(shape);
     SNDFILE* file = sf_open(path.c_str(), SFM_WRITE, &info);
-    if (!file) throw std::runtime_error("can't write " + path.string() + ": " + sf_strerror(nullptr));
+    if (!file) { throw std::runtime_error("can't write " + path.string() + ": " + sf_strerror(nullptr)); }
     std::vector<int> map = channelMap(shape.mask);
-    if (!map.empty()) sf_command(file, SFC_SET_CHANNEL_MAP_INFO, map.data(), int(map.size() * sizeof(int)));
+    if (!map.empty()) { sf_command(file, SFC_SET_CHANNEL_MAP_INFO, map.data(), int(map.size() * sizeof(int))); }
     const sf_count_t frames = planes.empty() ? 0 : sf_count_t(planes[0].size());
     std::vector<float> interleaved(size_t(frames) * size_t(channels));
     for (size_t c = 0; c < planes.size(); ++c) {
-        for (size_t i = 0; i < planes[c].size(); ++i) interleaved[i * planes.size() + c] = planes[c][i];
+        for (size_t i = 0; i < planes[c].size(); ++i) { interleaved[i * planes.size() + c] = planes[c][i]; }
     }
     const sf_count_t written = sf_writef_float(file, interleaved.data(), frames);
     sf_close(file);
-    if (written != frames) throw std::runtime_error("short write to " + path.string());
+    if (written != frames) { throw std::runtime_error("short write to " + path.string()); }
 }
 
 ReadAudio readAudio(const std::filesystem::path& path) {
     SF_INFO info{};
     SNDFILE* file = sf_open(path.c_str(), SFM_READ, &info);
-    if (!file) throw std::runtime_error("can't read " + path.string() + ": " + sf_strerror(nullptr));
+    if (!file) { throw std::runtime_error("can't read " + path.string() + ": " + sf_strerror(nullptr)); }
     std::vector<float> interleaved(size_t(info.frames) * size_t(info.channels));
     const sf_count_t got = sf_readf_float(file, interleaved.data(), info.frames);
     sf_close(file);
-    if (got != info.frames) throw std::runtime_error("short read of " + path.string());
+    if (got != info.frames) { throw std::runtime_error("short read of " + path.string()); }
     ReadAudio out{Planes(size_t(info.channels), std::vector<float>(size_t(info.frames))), info.samplerate, info.format};
-    for (size_t i = 0; i < interleaved.size(); ++i)
+    for (size_t i = 0; i < interleaved.size(); ++i) {
         out.planes[i % out.planes.size()][i / out.planes.size()] = interleaved[i];
+    }
     return out;
 }
 
@@ -110,7 +111,7 @@ Planes noisePlanes(int channels, size_t frames, uint32_t seed) {
     Planes out;
     for (int c = 0; c < channels; ++c) {
         out.push_back(noise(frames, seed + uint32_t(c)));
-        for (float& x : out.back()) x *= 0.5F;
+        for (float& x : out.back()) { x *= 0.5F; }
     }
     return out;
 }
@@ -130,7 +131,7 @@ std::string riffChunk(const std::string& id, const std::string& body) {
 void writeBytes(const std::filesystem::path& path, const std::string& bytes) {
     std::ofstream out(path, std::ios::binary);
     out.write(bytes.data(), std::streamsize(bytes.size()));
-    if (!out.flush()) throw std::runtime_error("can't write " + path.string());
+    if (!out.flush()) { throw std::runtime_error("can't write " + path.string()); }
 }
 
 std::string readBytes(const std::filesystem::path& path) {
@@ -140,7 +141,7 @@ std::string readBytes(const std::filesystem::path& path) {
 
 void run(const std::string& command) {
     const int status = std::system(("{ " + command + "; } >/dev/null 2>&1 </dev/null").c_str());
-    if (status != 0) throw std::runtime_error("failed: " + command);
+    if (status != 0) { throw std::runtime_error("failed: " + command); }
 }
 
 }  // namespace brindlehum::test

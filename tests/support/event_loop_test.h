@@ -18,7 +18,7 @@ public:
         guard.setSingleShot(true);
         QObject::connect(&guard, &QTimer::timeout, [&late] { late = true; });
         guard.start(20000);
-        while (!done() && !late) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        while (!done() && !late) { QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents); }
         return !late;
     }
 

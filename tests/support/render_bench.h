@@ -29,13 +29,12 @@ public:
     // A ring of `channels` planes, frame i of channel c holding signal(i, c) and standing at position 2 i.
     mn_ring* ring(int channels, int frames, const std::function<float(int frame, int channel)>& signal) {
         rings_.emplace_back(mn_ring_create(channels, std::max(frames, 1)), mn_ring_destroy);
-        std::vector<std::vector<float>> samples(static_cast<size_t>(channels),
-                                                std::vector<float>(static_cast<size_t>(frames)));
+        std::vector<std::vector<float>> samples(size_t(channels), std::vector<float>(size_t(frames)));
         std::vector<const float*> planes;
-        std::vector<double> positions(static_cast<size_t>(frames));
-        for (int i = 0; i < frames; ++i) positions[size_t(i)] = 2.0 * i;
+        std::vector<double> positions(size_t(frames));
+        for (int i = 0; i < frames; ++i) { positions[size_t(i)] = 2.0 * i; }
         for (int c = 0; c < channels; ++c) {
-            for (int i = 0; i < frames; ++i) samples[size_t(c)][size_t(i)] = signal(i, c);
+            for (int i = 0; i < frames; ++i) { samples[size_t(c)][size_t(i)] = signal(i, c); }
             planes.push_back(samples[size_t(c)].data());
         }
         mn_ring_write(rings_.back().get(), planes.data(), positions.data(), frames);
@@ -61,10 +60,11 @@ public:
             plane.assign(size_t(frames), 7);
             planes.push_back(plane.data());
         }
-        for (const int c : absent) planes[size_t(c)] = nullptr;
+        for (const int c : absent) { planes[size_t(c)] = nullptr; }
         status = context.render(uint32_t(frames), {planes.data(), int32_t(planes.size()), uint32_t(frames)});
-        for (size_t c = 0; c < heard_.size(); ++c)
+        for (size_t c = 0; c < heard_.size(); ++c) {
             heard_[c].insert(heard_[c].end(), device_[c].begin(), device_[c].end());
+        }
         return device_;
     }
     // From now on collects what the first `channels` channels play.

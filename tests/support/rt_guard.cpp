@@ -26,8 +26,8 @@ constinit thread_local RtFaults counted;
 enum class Kind { allocation, lock, systemCall };
 
 void note(Kind kind, const char* name) noexcept {
-    if (!marked) return;
-    if (counted.first == nullptr) counted.first = name;
+    if (!marked) { return; }
+    if (counted.first == nullptr) { counted.first = name; }
     uint32_t& count = kind == Kind::allocation ? counted.allocations
                       : kind == Kind::lock     ? counted.locks
                                                : counted.systemCalls;
@@ -43,11 +43,11 @@ struct Next {
 
     F* get() noexcept {
         F* found = function.load(std::memory_order_acquire);
-        if (found != nullptr) return found;
+        if (found != nullptr) { return found; }
         const bool wasMarked = marked;
         marked = false;
         void* symbol = version != nullptr ? dlvsym(RTLD_NEXT, name, version) : nullptr;
-        if (symbol == nullptr) symbol = dlsym(RTLD_NEXT, name);
+        if (symbol == nullptr) { symbol = dlsym(RTLD_NEXT, name); }
         marked = wasMarked;
         found = reinterpret_cast<F*>(symbol);
         function.store(found, std::memory_order_release);
@@ -87,8 +87,6 @@ using SSize = ptrdiff_t;
     }
 #define GUARD(kind, result, name, params, args) GUARD_VERSION(kind, result, name, params, args, nullptr)
 
-// MARK: allocation
-
 DEFINE(void*, malloc, (Size bytes)) {
     note(Kind::allocation, "malloc");
     return __libc_malloc(bytes);
@@ -116,12 +114,10 @@ DEFINE(void*, aligned_alloc, (Size alignment, Size bytes)) {
 DEFINE(int, posix_memalign, (void** memory, Size alignment, Size bytes)) {
     note(Kind::allocation, "posix_memalign");
     void* got = __libc_memalign(alignment, bytes);
-    if (got == nullptr) return ENOMEM;
+    if (got == nullptr) { return ENOMEM; }
     *memory = got;
     return 0;
 }
-
-// MARK: locks
 
 GUARD(lock, int, pthread_mutex_lock, (void* m), (m))
 GUARD(lock, int, pthread_mutex_trylock, (void* m), (m))
@@ -141,8 +137,6 @@ GUARD(lock, int, pthread_join, (unsigned long t, void** r), (t, r))
 GUARD(lock, int, sem_wait, (void* s), (s))
 GUARD(lock, int, sem_timedwait, (void* s, const void* t), (s, t))
 GUARD(lock, int, sem_post, (void* s), (s))
-
-// MARK: files, sockets, sleeps, memory maps
 
 GUARD(systemCall, SSize, read, (int f, void* b, Size n), (f, b, n))
 GUARD(systemCall, SSize, write, (int f, const void* b, Size n), (f, b, n))
@@ -173,8 +167,6 @@ GUARD(systemCall, int, open64, (const char* p, int g, unsigned m), (p, g, m))
 GUARD(systemCall, int, openat, (int d, const char* p, int g, unsigned m), (d, p, g, m))
 GUARD(systemCall, int, ioctl, (int f, unsigned long r, void* a), (f, r, a))
 GUARD(systemCall, long, syscall, (long n, long a, long b, long c, long d, long e, long f), (n, a, b, c, d, e, f))
-
-// MARK: standard output, which reaches the kernel by ways that can't be stepped into
 
 GUARD(systemCall, Size, fwrite, (const void* b, Size s, Size n, void* f), (b, s, n, f))
 GUARD(systemCall, int, fputs, (const char* t, void* f), (t, f))

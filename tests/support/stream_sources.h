@@ -34,10 +34,10 @@ public:
     int64_t length() const override { return promised_; }
     int read(float* const* planes, int planeCount, int64_t position, int frames) override {
         ++log_.reads;
-        if (log_.asked.size() < 4096) log_.asked.emplace_back(position, frames);
+        if (log_.asked.size() < 4096) { log_.asked.emplace_back(position, frames); }
         const auto got = std::clamp<int64_t>(actual_ - position, 0, frames);
         for (int c = 0; c < planeCount; ++c) {
-            for (int64_t i = 0; i < got; ++i) planes[c][i] = float(c % 2 == 0 ? position + i : -(position + i));
+            for (int64_t i = 0; i < got; ++i) { planes[c][i] = float(c % 2 == 0 ? position + i : -(position + i)); }
         }
         return int(got);
     }
@@ -59,11 +59,11 @@ struct Heard {
         channels.resize(size_t(mn_ring_channels(ring)));
         std::vector<float> frame(channels.size());
         std::vector<float*> planes;
-        for (float& sample : frame) planes.push_back(&sample);
+        for (float& sample : frame) { planes.push_back(&sample); }
         double position = -1;
         for (int32_t left = mn_ring_available(ring); left > 0; --left) {
             ASSERT_EQ(mn_ring_read(ring, planes.data(), 1, &position), 1);
-            for (size_t c = 0; c < channels.size(); ++c) channels[c].push_back(frame[c]);
+            for (size_t c = 0; c < channels.size(); ++c) { channels[c].push_back(frame[c]); }
             positions.push_back(position);
         }
     }
@@ -73,7 +73,7 @@ struct Heard {
 inline bool waitUntil(const std::function<bool()>& done) {
     const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(30);
     while (!done()) {
-        if (std::chrono::steady_clock::now() > limit) return false;
+        if (std::chrono::steady_clock::now() > limit) { return false; }
         std::this_thread::yield();
     }
     return true;

@@ -41,9 +41,9 @@ Planes glide() {
 }
 
 std::string sketch(const json& value) {
-    if (!value.is_object()) return value.is_array() && !value.empty() ? "[" + sketch(value[0]) + "]" : "";
+    if (!value.is_object()) { return value.is_array() && !value.empty() ? "[" + sketch(value[0]) + "]" : ""; }
     std::string text = "{";
-    for (const auto& [key, inner] : value.items()) text += key + sketch(inner) + " ";
+    for (const auto& [key, inner] : value.items()) { text += key + sketch(inner) + " "; }
     return text + "}";
 }
 
@@ -127,7 +127,7 @@ TEST(CliAnalyze, GoesOnAfterFilesWithoutMusic) {
     ASSERT_EQ(result.errors.size(), 5U);
     const char* texts[] = {"glide.wav: No steady pulse found; set the tempo by hand", "gone.wav",
                            "second.wav: Too short", "text.wav", "empty.wav: Too short"};
-    for (size_t i = 0; i < 5; ++i) EXPECT_THAT(result.errors[i], HasSubstr(texts[i]));
+    for (size_t i = 0; i < 5; ++i) { EXPECT_THAT(result.errors[i], HasSubstr(texts[i])); }
     const json& silent = result.objects.back();
     EXPECT_TRUE(silent["loudness"]["truePeak"].is_null()) << "minus infinity isn't JSON";
     EXPECT_EQ(silent["loudness"]["integrated"], -70);

@@ -16,7 +16,7 @@ namespace {
 
 std::vector<char*> pointers(const std::vector<std::string>& strings) {
     std::vector<char*> out;
-    for (const std::string& s : strings) out.push_back(const_cast<char*>(s.c_str()));
+    for (const std::string& s : strings) { out.push_back(const_cast<char*>(s.c_str())); }
     out.push_back(nullptr);
     return out;
 }
@@ -24,7 +24,7 @@ std::vector<char*> pointers(const std::vector<std::string>& strings) {
 std::vector<std::string> lines(const std::string& text) {
     std::vector<std::string> out;
     std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);) out.push_back(line);
+    for (std::string line; std::getline(stream, line);) { out.push_back(line); }
     return out;
 }
 
@@ -37,7 +37,7 @@ CliResult runCli(const std::vector<std::string>& words, const std::vector<std::s
     std::vector<std::string> arguments = {BRINDLEHUM_CLI};
     arguments.insert(arguments.end(), words.begin(), words.end());
     std::vector<std::string> variables = environment;
-    for (char** v = environ; *v; ++v) variables.emplace_back(*v);
+    for (char** v = environ; *v; ++v) { variables.emplace_back(*v); }
 
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
@@ -47,7 +47,7 @@ CliResult runCli(const std::vector<std::string>& words, const std::vector<std::s
     const int fault =
         posix_spawn(&child, BRINDLEHUM_CLI, &actions, nullptr, pointers(arguments).data(), pointers(variables).data());
     posix_spawn_file_actions_destroy(&actions);
-    if (fault != 0) throw std::runtime_error(std::string("can't start the tool: ") + std::strerror(fault));
+    if (fault != 0) { throw std::runtime_error(std::string("can't start the tool: ") + std::strerror(fault)); }
     int status = 0;
     waitpid(child, &status, 0);
 
@@ -56,7 +56,7 @@ CliResult runCli(const std::vector<std::string>& words, const std::vector<std::s
     result.output = readBytes(out);
     result.errors = lines(readBytes(err));
     for (const std::string& line : lines(result.output)) {
-        if (line.starts_with("{")) result.objects.push_back(nlohmann::json::parse(line));
+        if (line.starts_with("{")) { result.objects.push_back(nlohmann::json::parse(line)); }
     }
     return result;
 }
@@ -66,7 +66,7 @@ ReadWav readWav(const std::filesystem::path& path) {
     ReadWav wav{std::move(planes), rate, 0, (format & SF_FORMAT_SUBMASK) == SF_FORMAT_FLOAT};
     const std::string bytes = readBytes(path);
     const size_t fmt = bytes.find("fmt ");
-    if (fmt != std::string::npos) std::memcpy(&wav.mask, bytes.data() + fmt + 8 + 20, 4);
+    if (fmt != std::string::npos) { std::memcpy(&wav.mask, bytes.data() + fmt + 8 + 20, 4); }
     return wav;
 }
 

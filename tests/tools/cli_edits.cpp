@@ -59,9 +59,7 @@ TEST(CliEdits, WritesWhatThePlanTellsAndThePlanWritesNothing) {
         EXPECT_EQ(wav.rate, int(rate));
         EXPECT_NEAR(double(wav.planes[0].size()) / rate, plan["seconds"].get<double>(), 1e-9);
         const json& cut = plan["cutAtSec"];
-        if (cut.is_number()) {
-            EXPECT_EQ(wav.planes[0].size(), size_t(cut.get<double>() * rate));
-        }
+        if (cut.is_number()) { EXPECT_EQ(wav.planes[0].size(), size_t(cut.get<double>() * rate)); }
     }
     EXPECT_THAT(names, testing::IsSupersetOf({"15s", "1m00s extended"}));
 }

@@ -36,7 +36,9 @@ TEST(CliProbe, TellsWhatTheFilesAre) {
     ASSERT_EQ(result.objects.size(), std::size(expected));
     for (size_t i = 0; i < std::size(expected); ++i) {
         EXPECT_EQ(result.objects[i].size(), 10U);
-        for (const auto& [key, value] : expected[i].items()) EXPECT_EQ(result.objects[i].at(key), value) << i << key;
+        for (const auto& [key, value] : expected[i].items()) {
+            EXPECT_EQ(result.objects[i].at(key), value) << i << key;
+        }
     }
     EXPECT_EQ(result.objects[0].at("url"), (folder / "pair.wav").string());
 }

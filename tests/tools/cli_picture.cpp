@@ -13,10 +13,10 @@ using testing::HasSubstr;
 
 // "WxH" from the header of a PNG file (ISO/IEC 15948), empty for anything else.
 std::string pngSize(const std::string& bytes) {
-    if (bytes.size() < 24 || !bytes.starts_with("\x89PNG\r\n\x1a\n") || bytes.substr(12, 4) != "IHDR") return "";
+    if (bytes.size() < 24 || !bytes.starts_with("\x89PNG\r\n\x1a\n") || bytes.substr(12, 4) != "IHDR") { return ""; }
     const auto be32 = [&bytes](size_t at) {
         uint32_t value = 0;
-        for (size_t i = 0; i < 4; ++i) value = value << 8 | static_cast<uint8_t>(bytes[at + i]);
+        for (size_t i = 0; i < 4; ++i) { value = value << 8 | uint8_t(bytes[at + i]); }
         return value;
     };
     return std::to_string(be32(16)) + "x" + std::to_string(be32(20));

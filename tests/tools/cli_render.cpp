@@ -22,8 +22,8 @@ protected:
         words.insert(words.begin(), {"render", in.string(), out.string()});
         const auto result = runCli(words);
         EXPECT_EQ(result.exitCode, 0);
-        for (const auto& error : result.errors) ADD_FAILURE() << error;
-        if (result.objects.size() != 1) return {};
+        for (const auto& error : result.errors) { ADD_FAILURE() << error; }
+        if (result.objects.size() != 1) { return {}; }
         json_ = result.objects[0];
         ReadWav wav = readWav(out);
         EXPECT_TRUE(wav.isFloat);
@@ -108,14 +108,14 @@ TEST_F(CliRender, ConvertsTheRateInTime) {
 TEST_F(CliRender, TurnsAnAmbisonicField) {
     const std::vector<float> x = noise(2000, 11);
     std::vector<float> w = x;
-    for (float& v : w) v *= float(std::sqrt(0.5));
+    for (float& v : w) { v *= float(std::sqrt(0.5)); }
     const std::vector<float> none(2000, 0.0F);
     const ReadWav out = render({w, x, none, none}, {"layout", "l71", "format", "fuma 1ST ORDER", "yaw", "90"});
     EXPECT_EQ(json_.at("format").at("norm"), "fuma");
     std::vector<double> energy;
     for (const auto& plane : out.planes) {
         energy.push_back(0);
-        for (float v : plane) energy.back() += double(v) * v;
+        for (float v : plane) { energy.back() += double(v) * v; }
     }
     EXPECT_EQ(std::max_element(energy.begin(), energy.end()) - energy.begin(), 4) << "Lss is at the left";
     EXPECT_GT(energy[4], 20 * energy[5]);

@@ -30,12 +30,12 @@ Content contentOf(const MusicAnalysis& analysis) {
 // Columns of a row, counted from `left`, whose colour isn't the row's most frequent one.
 std::set<int> inked(const QImage& image, int row, int left, int right) {
     std::map<QRgb, int> colors;
-    for (int x = left; x < right; ++x) ++colors[image.pixel(x, row)];
+    for (int x = left; x < right; ++x) { ++colors[image.pixel(x, row)]; }
     const auto ground =
         std::max_element(colors.begin(), colors.end(), [](auto& a, auto& b) { return a.second < b.second; })->first;
     std::set<int> columns;
     for (int x = left; x < right; ++x) {
-        if (image.pixel(x, row) != ground) columns.insert(x);
+        if (image.pixel(x, row) != ground) { columns.insert(x); }
     }
     return columns;
 }
@@ -47,18 +47,18 @@ TEST(AnalysisPicture, BeatsStandWhereTheySound) {
         const QImage image = draw(contentOf(analysis), Theme::lightTheme(), size);
         ASSERT_EQ(image.size(), size);
         const auto column = [&](double seconds) {
-            return static_cast<int>(std::floor(AnalysisPicture::xAt(seconds, analysis.seconds, size)));
+            return int(std::floor(AnalysisPicture::xAt(seconds, analysis.seconds, size)));
         };
         std::set<int> beats;
-        for (const double beat : analysis.grid.beats) beats.insert(column(beat));
+        for (const double beat : analysis.grid.beats) { beats.insert(column(beat)); }
         std::set<int> bars;
-        for (const double bar : analysis.grid.boundaries()) bars.insert(column(bar));
+        for (const double bar : analysis.grid.boundaries()) { bars.insert(column(bar)); }
         // There is a lane that holds a mark a beat, and nothing else but the bar lines.
         bool found = false;
         for (int row = 0; row < size.height() && !found; ++row) {
             std::set<int> marks = inked(image, row, column(0), column(analysis.seconds) + 1);
             for (const int bar : bars) {
-                if (!beats.contains(bar)) marks.erase(bar);
+                if (!beats.contains(bar)) { marks.erase(bar); }
             }
             found = marks == beats;
         }

@@ -39,7 +39,9 @@ TEST(InfoText, ComesFromTheRowElseFromTheProbe) {
                                                            {59.9996, "1:00.000"}, {3600, "60:00.000"},
                                                            {endless, "0:00.000"}, {0, ""},
                                                            {std::nan(""), ""}};
-    for (const auto& [seconds, text] : cases) EXPECT_EQ(InfoText::duration(sound("/a.wav", seconds), nullptr), text);
+    for (const auto& [seconds, text] : cases) {
+        EXPECT_EQ(InfoText::duration(sound("/a.wav", seconds), nullptr), text);
+    }
     AudioFileInfo info;
     info.sampleRate = 44100;
     info.frames = 441000;
@@ -70,7 +72,7 @@ TEST(BrowserTableModel, KeepsTheGivenOrderUntilAColumnIsChosenAndComesBackToIt) 
     model.setEntries({sound("/s/c.wav", 3), sound("/s/a.wav", 9, meta), sound("/s/b.wav", 1)});
     const auto names = [&] {
         std::string all;
-        for (int row = 0; row < model.rowCount(); ++row) all += model.entry(row).url.stem().string();
+        for (int row = 0; row < model.rowCount(); ++row) { all += model.entry(row).url.stem().string(); }
         return all;
     };
     EXPECT_EQ(names(), "cab");
@@ -103,8 +105,9 @@ TEST(BrowserTableModel, AsksOnceForWhatNoRowTells) {
         return nullptr;
     };
     model.setEntries({{"/s/dir", true, std::nullopt}, sound("/s/known.wav", 2), {"/s/new.wav", false, std::nullopt}});
-    for (int pass = 0; pass < 2; ++pass)
-        for (int row = 0; row < 3; ++row) model.index(row, BrowserTableModel::Length).data();
+    for (int pass = 0; pass < 2; ++pass) {
+        for (int row = 0; row < 3; ++row) { model.index(row, BrowserTableModel::Length).data(); }
+    }
     EXPECT_THAT(asked, ElementsAre("new.wav"));
     AudioFileInfo info;
     info.sampleRate = 1000;
@@ -130,8 +133,9 @@ TEST(BrowserColumns, FillTheRoomAndNeverGoBelowTheirMinimum) {
         const int all = std::accumulate(widths.begin(), widths.end(), 0);
         EXPECT_LE(all, std::max(room, 670)) << "no bar below the table";
         EXPECT_GE(all, room - 6);
-        for (size_t column = 0; column < widths.size(); ++column)
+        for (size_t column = 0; column < widths.size(); ++column) {
             EXPECT_GE(widths[column], BrowserColumns::minimum[column]) << room;
+        }
         EXPECT_LE(widths[0], std::max(BrowserColumns::ideal[0], BrowserColumns::ideal[0] + room - 1070)) << room;
     }
 }
@@ -223,8 +227,8 @@ TEST(BrowserMenu, EntriesInOrderAsFarAsTheyWork) {
         QMenu menu;
         fillBrowserMenu(menu, files, actions);
         QStringList all;
-        for (const auto* action : menu.actions()) all << action->text();
-        if (!menu.isEmpty()) menu.actions().last()->trigger();
+        for (const auto* action : menu.actions()) { all << action->text(); }
+        if (!menu.isEmpty()) { menu.actions().last()->trigger(); }
         return all;
     };
     actions.reveal = actions.copyPath = take;
@@ -272,9 +276,9 @@ TEST(InspectorFields, MixedEditedAndStars) {
     EXPECT_EQ(fields.rating(), 0);
     // Every tag of a record has its field.
     std::set<std::string> tags;
-    for (const auto& field : InspectorFields::fields) tags.insert(field.tag);
+    for (const auto& field : InspectorFields::fields) { tags.insert(field.tag); }
     EXPECT_EQ(tags.size(), SoundMeta::ixmlTags.size());
-    for (const auto& tag : SoundMeta::ixmlTags) EXPECT_TRUE(tags.contains(std::string(tag.name))) << tag.name;
+    for (const auto& tag : SoundMeta::ixmlTags) { EXPECT_TRUE(tags.contains(std::string(tag.name))) << tag.name; }
 }
 
 }  // namespace

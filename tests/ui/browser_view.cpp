@@ -64,8 +64,9 @@ struct Browser : test::WindowTest {
     }
     QStringList names() {
         QStringList all;
-        for (int row = 0; row < table.rows().rowCount(); ++row)
+        for (int row = 0; row < table.rows().rowCount(); ++row) {
             all << QString::fromStdString(table.rows().entry(row).url.filename());
+        }
         return all;
     }
     bool plays(const std::filesystem::path& path) {
@@ -73,8 +74,9 @@ struct Browser : test::WindowTest {
     }
     QString visibleText() {
         QStringList texts;
-        for (const auto* label : window.findChildren<QLabel*>())
-            if (label->isVisible()) texts << label->text();
+        for (const auto* label : window.findChildren<QLabel*>()) {
+            if (label->isVisible()) { texts << label->text(); }
+        }
         return texts.join('|');
     }
     QModelIndex sidebarRow(int section, int row) {
@@ -153,8 +155,9 @@ TEST_F(Browser, LettersSearchEscapeComesBackAndHeadsSort) {
     library.setQuery("nothing like this");
     loop.advance(LibraryModel::debounceSeconds);
     ASSERT_TRUE(settle([&] { return visibleText().contains("No results for “nothing like this”"); }));
-    for (auto* button : window.browser().findChildren<QPushButton*>())
-        if (button->isVisible() && button->text() == "Clear Search") button->click();
+    for (auto* button : window.browser().findChildren<QPushButton*>()) {
+        if (button->isVisible() && button->text() == "Clear Search") { button->click(); }
+    }
     EXPECT_FALSE(library.isSearching());
     EXPECT_EQ(field.text(), "");
 }
@@ -244,8 +247,9 @@ TEST_F(Browser, TheInspectorEditsManyFilesAndLeavesTheRestAlone) {
     auto* libraryField = qobject_cast<QLineEdit*>(&inspector.field("LIBRARY").editor());
     EXPECT_EQ(libraryField->placeholderText(), "Mixed");
     auto* saveButton = [&]() -> QPushButton* {
-        for (auto* button : inspector.findChildren<QPushButton*>())
-            if (button->shortcut() == QKeySequence("Ctrl+S")) return button;
+        for (auto* button : inspector.findChildren<QPushButton*>()) {
+            if (button->shortcut() == QKeySequence("Ctrl+S")) { return button; }
+        }
         return nullptr;
     }();
     ASSERT_TRUE(saveButton);
@@ -321,8 +325,9 @@ TEST_F(Browser, RenamingAsksFirstAndIsForExpertsAndTheFileStaysChosenAndLoaded) 
     table.mark(path);
     ASSERT_TRUE(idle());
     QPushButton* rename = nullptr;
-    for (auto* candidate : inspector.findChildren<QPushButton*>())
-        if (candidate->text() == "Rename to UCS") rename = candidate;
+    for (auto* candidate : inspector.findChildren<QPushButton*>()) {
+        if (candidate->text() == "Rename to UCS") { rename = candidate; }
+    }
     ASSERT_TRUE(rename);
     EXPECT_FALSE(rename->isVisible());
     model.settings().change([](AppSettings& settings) { settings.expertMode = true; });

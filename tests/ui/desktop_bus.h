@@ -54,7 +54,7 @@ public:
 
     QString introspect(const QString& /*path*/) const override { return {}; }
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override {
-        if (message.member() != "Read") return false;
+        if (message.member() != "Read") { return false; }
         const QDBusVariant value{QVariant(preference_)};
         return connection.send(message.createReply(QVariant::fromValue(QDBusVariant(QVariant::fromValue(value)))));
     }

@@ -88,7 +88,7 @@ TEST(WaveformGesture, CoursesOfTheMouse) {
         for (const auto& event : course.events) {
             const Step next = step(gesture, event, surface(course.canDragSelection));
             gesture = next.next;
-            if (next.action.index() != 0) actions.push_back(next.action);
+            if (next.action.index() != 0) { actions.push_back(next.action); }
         }
         EXPECT_EQ(actions, course.actions);
         EXPECT_EQ(gesture, course.end);
@@ -106,7 +106,7 @@ TEST(WaveformGesture, AFrameUnderThePointer) {
         {0, 100, 1000, 0},      {50, 100, 1000, 500},          {99.99, 100, 1000, 999}, {-3, 100, 1000, 0},
         {100, 100, 1000, 1000}, {250, 100, 1000, 1000},        {1, 3, 10, 3},           {50, 0, 1000, 0},
         {50, 100, 0, 0},        {0.5, 1, 1LL << 40, 1LL << 39}};
-    for (const auto& [x, width, frames, frame] : cases) EXPECT_EQ(frameAt(x, width, frames), frame) << x;
+    for (const auto& [x, width, frames, frame] : cases) { EXPECT_EQ(frameAt(x, width, frames), frame) << x; }
 }
 
 }  // namespace

@@ -15,8 +15,8 @@ using namespace WaveformPicture;
 
 WaveformData overview(int channels, int buckets, float low, float high) {
     WaveformData data{channels, 10, buckets, buckets, {}, {}};
-    data.mins.assign(static_cast<size_t>(channels), std::vector<float>(static_cast<size_t>(buckets), low));
-    data.maxs.assign(static_cast<size_t>(channels), std::vector<float>(static_cast<size_t>(buckets), high));
+    data.mins.assign(size_t(channels), std::vector<float>(size_t(buckets), low));
+    data.maxs.assign(size_t(channels), std::vector<float>(size_t(buckets), high));
     return data;
 }
 
@@ -82,8 +82,8 @@ std::pair<int, int> ink(const QImage& image, int x, int top, int bottom) {
     int first = -1;
     int last = -1;
     for (int y = top; y < bottom; ++y) {
-        if (qAlpha(image.pixel(x, y)) == 0) continue;
-        if (first < 0) first = y;
+        if (qAlpha(image.pixel(x, y)) == 0) { continue; }
+        if (first < 0) { first = y; }
         last = y;
     }
     return {first, last};
@@ -105,7 +105,7 @@ TEST(WaveformPicture, LanesFillTheirShareOfTheHeight) {
         data.mins[1].assign(50, -0.5F);
         data.maxs[1].assign(50, 0);
         const QImage image = painted(data, {50, 200}, dpr);
-        const int half = static_cast<int>(100 * dpr);
+        const int half = int(100 * dpr);
         const auto [loudTop, loudBottom] = ink(image, 10, 0, half);
         // Full scale is drawn at 0.95 of 0.46 of the lane on either side of its middle.
         EXPECT_NEAR(loudTop, half * (0.5 - 0.95 * 0.46), 1.01) << dpr;
@@ -118,11 +118,11 @@ TEST(WaveformPicture, LanesFillTheirShareOfTheHeight) {
 
 TEST(WaveformPicture, ASilentFileIsAFlatLineWithoutAGainLabel) {
     const QImage image = painted(overview(1, 50, 0, 0), {300, 100}, 1);
-    for (int x = 0; x < 300; ++x) EXPECT_EQ(ink(image, x, 0, 100), std::make_pair(50, 50)) << x;
+    for (int x = 0; x < 300; ++x) { EXPECT_EQ(ink(image, x, 0, 100), std::make_pair(50, 50)) << x; }
 }
 
 TEST(RulerTicks, LabelsStandApartAndCoverTheFile) {
-    for (const double seconds : {0.004, 0.3, 1.0, 7.5, 59.9, 61.0, 600.0, 3601.0, 360000.0})
+    for (const double seconds : {0.004, 0.3, 1.0, 7.5, 59.9, 61.0, 600.0, 3601.0, 360000.0}) {
         for (const double width : {120.0, 700.0, 3000.0}) {
             const double step = RulerTicks::step(seconds, width, 84);
             EXPECT_GE(step / seconds * width, 84) << seconds << " s on " << width;
@@ -130,11 +130,11 @@ TEST(RulerTicks, LabelsStandApartAndCoverTheFile) {
             ASSERT_FALSE(ticks.empty());
             EXPECT_TRUE(ticks.front().major);
             EXPECT_LE(ticks.back().seconds, seconds);
-            for (const auto& tick : ticks)
-                if (tick.major) {
-                    EXPECT_NEAR(std::remainder(tick.seconds, step), 0, step * 1e-6);
-                }
+            for (const auto& tick : ticks) {
+                if (tick.major) { EXPECT_NEAR(std::remainder(tick.seconds, step), 0, step * 1e-6); }
+            }
         }
+    }
     EXPECT_TRUE(RulerTicks::ticks(0, 100, 84).empty());
 }
 

@@ -30,11 +30,12 @@ struct PlayerViewTest : test::WindowTest {
     }
     QStringList entries(const QString& name) {
         auto* button = named<MenuButton>(view, name);
-        if (!button) return {};
+        if (!button) { return {}; }
         Q_EMIT button->menu()->aboutToShow();
         QStringList texts;
-        for (const auto* action : button->menu()->actions())
-            if (!action->isSeparator()) texts << (action->isChecked() ? "*" : "") + action->text();
+        for (const auto* action : button->menu()->actions()) {
+            if (!action->isSeparator()) { texts << (action->isChecked() ? "*" : "") + action->text(); }
+        }
         return texts;
     }
     void choose(const QString& name, int entry) {
@@ -43,7 +44,7 @@ struct PlayerViewTest : test::WindowTest {
         menu->actions().at(entry)->trigger();
     }
     // At a share of the waveform's width.
-    QPoint at(double share) { return {static_cast<int>(share * view.waveform().width()), 20}; }
+    QPoint at(double share) { return {int(share * view.waveform().width()), 20}; }
 };
 
 TEST_F(PlayerViewTest, ControlsAppearForTheFilesThatTheyServe) {
@@ -66,8 +67,9 @@ TEST_F(PlayerViewTest, ControlsAppearForTheFilesThatTheyServe) {
         {"seven.wav", 7, false, false, {"*Auto (7-ch discrete)", "7-ch discrete"}},
     };
     EXPECT_TRUE(view.findChild<QLabel*>()) << "the empty surface";
-    for (const QString name : {"Source format", "Listen", "Yaw", "Drag as", "Drag handle", "Waveform"})
+    for (const QString name : {"Source format", "Listen", "Yaw", "Drag as", "Drag handle", "Waveform"}) {
         EXPECT_FALSE(shows(name)) << name.toStdString() << " without a file";
+    }
     EXPECT_FALSE(named(view, "Play")->isEnabled());
     for (const auto& item : cases) {
         SCOPED_TRACE(item.name);
@@ -145,8 +147,9 @@ TEST_F(PlayerViewTest, SoundfieldTurnsAndResets) {
     QTest::mouseClick(named(view, "Reset the soundfield"), Qt::LeftButton);
     EXPECT_EQ(player.rotation(), Rotation{});
     QTest::keyClick(yaw, Qt::Key_Home);
-    for (auto* label : yaw->parentWidget()->findChildren<QLabel*>())
-        if (label->text() == "Soundfield") QTest::mouseDClick(label, Qt::LeftButton);
+    for (auto* label : yaw->parentWidget()->findChildren<QLabel*>()) {
+        if (label->text() == "Soundfield") { QTest::mouseDClick(label, Qt::LeftButton); }
+    }
     EXPECT_EQ(player.rotation(), Rotation{});
     EXPECT_EQ(yaw->value(), 0);
 }
@@ -156,7 +159,7 @@ TEST_F(PlayerViewTest, TheHeaderTellsTheFileAndTheDevice) {
     ASSERT_TRUE(load(file(longName + "_end.wav", 2)));
     const auto labels = view.findChildren<ElidedLabel*>();
     QStringList texts;
-    for (const auto* label : labels) texts << label->fullText();
+    for (const auto* label : labels) { texts << label->fullText(); }
     EXPECT_TRUE(texts.contains(QString::fromStdString(longName + "_end.wav")));
     EXPECT_TRUE(texts.contains(QString::fromStdString(player.info()->summary())));
     EXPECT_TRUE(texts.contains("on Manual")) << texts.join(" | ").toStdString();
@@ -184,13 +187,13 @@ TEST_F(PlayerViewTest, TheMouseSelectsAndSeeks) {
     EXPECT_FALSE(player.selection()) << "not before it is let go";
     QTest::mouseRelease(&wave, Qt::LeftButton, {}, at(0.75));
     ASSERT_TRUE(player.selection());
-    EXPECT_NEAR(static_cast<double>(player.selection()->lower), 12000, 60);
-    EXPECT_NEAR(static_cast<double>(player.selection()->upper), 36000, 60);
+    EXPECT_NEAR(double(player.selection()->lower), 12000, 60);
+    EXPECT_NEAR(double(player.selection()->upper), 36000, 60);
     ASSERT_TRUE(loop.runUntil([&] { return player.isPlaying(); }));
     EXPECT_TRUE(shows("Clear selection"));
     QTest::mouseClick(&wave, Qt::LeftButton, {}, at(0.5));
     EXPECT_TRUE(player.selection()) << "a click inside keeps it";
-    EXPECT_NEAR(static_cast<double>(player.cueFrame()), 24000, 60);
+    EXPECT_NEAR(double(player.cueFrame()), 24000, 60);
     named<QToolButton>(view, "Clear selection")->click();
     EXPECT_FALSE(player.selection());
     EXPECT_FALSE(wave.selection());
@@ -253,7 +256,7 @@ TEST_F(PlayerViewTest, AMovingPlayheadRepaintsAStripAndNoLanes) {
     struct Watch : QObject {
         QRegion painted;
         bool eventFilter(QObject* /*watched*/, QEvent* event) override {
-            if (event->type() == QEvent::Paint) painted += static_cast<QPaintEvent*>(event)->region();
+            if (event->type() == QEvent::Paint) { painted += static_cast<QPaintEvent*>(event)->region(); }
             return false;
         }
     } watch;
@@ -262,7 +265,7 @@ TEST_F(PlayerViewTest, AMovingPlayheadRepaintsAStripAndNoLanes) {
     QCoreApplication::processEvents();
     ASSERT_FALSE(watch.painted.isEmpty());
     int area = 0;
-    for (const QRect& part : watch.painted) area += part.width() * part.height();
+    for (const QRect& part : watch.painted) { area += part.width() * part.height(); }
     EXPECT_LE(area, 6 * wave.height());
     player.select(FrameRange{1000, 20000});
     QCoreApplication::processEvents();

@@ -83,7 +83,7 @@ TEST(ProfileEdits, TheLastProfileStays) {
     EXPECT_EQ(settings.profiles.back().name, "New Output");
     remove(settings, UUID::random());
     EXPECT_EQ(settings.profiles.size(), 4u);
-    while (settings.profiles.size() > 1) remove(settings, settings.profiles.front().id);
+    while (settings.profiles.size() > 1) { remove(settings, settings.profiles.front().id); }
     remove(settings, added);
     ASSERT_EQ(settings.profiles.size(), 1u);
     EXPECT_EQ(settings.profiles[0].id, added);
@@ -100,8 +100,9 @@ struct OutputsForm : testing::Test {
     const OutputProfile& profile(size_t index) { return store.value().profiles[index]; }
     template <typename Widget>
     Widget* named(const QString& name) {
-        for (auto* widget : form.findChildren<Widget*>())
-            if (widget->accessibleName() == name || widget->objectName() == name) return widget;
+        for (auto* widget : form.findChildren<Widget*>()) {
+            if (widget->accessibleName() == name || widget->objectName() == name) { return widget; }
+        }
         ADD_FAILURE() << "no " << name.toStdString();
         return nullptr;
     }

@@ -13,8 +13,9 @@ namespace {
 using TempEditsBarTest = test::WindowTest;
 
 QPushButton* button(QWidget& root, const QString& text) {
-    for (auto* each : root.findChildren<QPushButton*>())
-        if (each->text() == text) return each;
+    for (auto* each : root.findChildren<QPushButton*>()) {
+        if (each->text() == text) { return each; }
+    }
     return nullptr;
 }
 

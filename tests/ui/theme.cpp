@@ -46,7 +46,7 @@ TEST(Theme, FollowsTheDesktopPortal) {
     const auto becomes = [](bool dark) {
         for (QDeadlineTimer patience(20000); !patience.hasExpired();) {
             QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-            if (Theme::current().dark == dark) return true;
+            if (Theme::current().dark == dark) { return true; }
         }
         return false;
     };
@@ -70,8 +70,9 @@ TEST(Icons, EverySymbolOfOurSetHasInk) {
                              "file", "up", "plus", "minus", "clear", "warning", "channels", "listen"}) {
         const QImage image = symbol(name).pixmap(32, 32).toImage().convertToFormat(QImage::Format_ARGB32);
         int inked = 0;
-        for (int y = 0; y < image.height(); ++y)
-            for (int x = 0; x < image.width(); ++x) inked += qAlpha(image.pixel(x, y)) > 128 ? 1 : 0;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x) { inked += qAlpha(image.pixel(x, y)) > 128 ? 1 : 0; }
+        }
         EXPECT_GT(inked, 20) << name;
         EXPECT_LT(inked, 800) << name;
     }

@@ -50,15 +50,16 @@ struct WindowTest : testing::Test {
         for (const double start = seconds(); seconds() - start < patience;) {
             loop.drain();
             QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-            if (done()) return true;
+            if (done()) { return true; }
         }
         return false;
     }
 
     template <typename Widget = QWidget>
     static Widget* named(QWidget& root, const QString& name) {
-        for (auto* widget : root.findChildren<Widget*>())
-            if (widget->accessibleName() == name || widget->accessibleName().startsWith(name + ": ")) return widget;
+        for (auto* widget : root.findChildren<Widget*>()) {
+            if (widget->accessibleName() == name || widget->accessibleName().startsWith(name + ": ")) { return widget; }
+        }
         return nullptr;
     }
 

@@ -39,8 +39,9 @@ namespace {
 
 struct Windows : test::WindowTest {
     QAction* entry(const QWidget& root, const QString& text) {
-        for (auto* action : root.findChildren<QAction*>())
-            if (action->text() == text) return action;
+        for (auto* action : root.findChildren<QAction*>()) {
+            if (action->text() == text) { return action; }
+        }
         ADD_FAILURE() << "no entry " << text.toStdString();
         return nullptr;
     }
@@ -53,10 +54,10 @@ struct Windows : test::WindowTest {
 // What a user can operate; scroll bars and the parts of compound widgets aside.
 bool isControl(const QWidget& widget) {
     const auto* line = qobject_cast<const QLineEdit*>(&widget);
-    if (line && qobject_cast<const QAbstractSpinBox*>(line->parentWidget())) return false;
-    if (qobject_cast<const QLineEdit*>(widget.parentWidget())) return false;  // Escape does what its button does
-    if (qobject_cast<const QScrollBar*>(&widget) || widget.objectName().startsWith("qt_")) return false;
-    if (qobject_cast<const QHeaderView*>(&widget)) return false;  // the View menu sorts as well
+    if (line && qobject_cast<const QAbstractSpinBox*>(line->parentWidget())) { return false; }
+    if (qobject_cast<const QLineEdit*>(widget.parentWidget())) { return false; }  // Escape does what its button does
+    if (qobject_cast<const QScrollBar*>(&widget) || widget.objectName().startsWith("qt_")) { return false; }
+    if (qobject_cast<const QHeaderView*>(&widget)) { return false; }  // the View menu sorts as well
     return qobject_cast<const QAbstractButton*>(&widget) || qobject_cast<const QAbstractSlider*>(&widget) ||
            qobject_cast<const QAbstractSpinBox*>(&widget) || qobject_cast<const QComboBox*>(&widget) || line ||
            qobject_cast<const QAbstractItemView*>(&widget) || qobject_cast<const WaveformView*>(&widget);
@@ -64,8 +65,9 @@ bool isControl(const QWidget& widget) {
 
 QSet<const QWidget*> tabStops(QWidget& window) {
     QSet<const QWidget*> stops;
-    for (QWidget* at = window.nextInFocusChain(); at && at != &window; at = at->nextInFocusChain())
-        if (at->isVisible() && at->isEnabled() && at->focusPolicy() & Qt::TabFocus) stops.insert(at);
+    for (QWidget* at = window.nextInFocusChain(); at && at != &window; at = at->nextInFocusChain()) {
+        if (at->isVisible() && at->isEnabled() && at->focusPolicy() & Qt::TabFocus) { stops.insert(at); }
+    }
     return stops;
 }
 
@@ -73,7 +75,7 @@ void expectReachable(QWidget& window) {
     const auto stops = tabStops(window);
     int controls = 0;
     for (const auto* widget : window.findChildren<QWidget*>()) {
-        if (!widget->isVisibleTo(&window) || !isControl(*widget) || widget->window() != &window) continue;
+        if (!widget->isVisibleTo(&window) || !isControl(*widget) || widget->window() != &window) { continue; }
         ++controls;
         const auto* button = qobject_cast<const QAbstractButton*>(widget);
         const QString name = widget->accessibleName().isEmpty() && button ? button->text() : widget->accessibleName();
@@ -193,14 +195,14 @@ TEST_F(Windows, NoticesTellWhatIsAmiss) {
     AppModel lame{{loop, silent, defaults, desktop, blocked / "Catalog.sqlite"}};
     MainWindow window(lame);
     QStringList buttons;
-    for (const auto* button : named(window, "Notices")->findChildren<QPushButton*>()) buttons << button->text();
+    for (const auto* button : named(window, "Notices")->findChildren<QPushButton*>()) { buttons << button->text(); }
     EXPECT_EQ(buttons, (QStringList{"Check Again", "Show Its Folder"}));
 }
 
 TEST_F(Windows, TheLibraryTabListsAddsRescansAndRemoves) {
     const std::string one = folder / "one";
     const std::string two = folder / "two";
-    for (const auto& root : {one, two}) std::filesystem::create_directories(root);
+    for (const auto& root : {one, two}) { std::filesystem::create_directories(root); }
     int asked = 0;
     SettingsWindow settings(model.library(), model.engine().devices(), [&] { ++asked; });
     settings.show();
@@ -208,9 +210,11 @@ TEST_F(Windows, TheLibraryTabListsAddsRescansAndRemoves) {
     model.library().addRoot(one);
     model.library().addRoot(two);
     const auto button = [&](const QString& text) {
-        for (auto* candidate : settings.findChildren<QPushButton*>())
-            if ((candidate->accessibleName() == text || candidate->text() == text) && candidate->isVisible())
+        for (auto* candidate : settings.findChildren<QPushButton*>()) {
+            if ((candidate->accessibleName() == text || candidate->text() == text) && candidate->isVisible()) {
                 return candidate;
+            }
+        }
         return static_cast<QPushButton*>(nullptr);
     };
     button("Add Folder…")->click();
@@ -235,8 +239,9 @@ TEST_F(Windows, MenuEntriesCallTheirModels) {
     ASSERT_TRUE(load(file("menu.wav", 2)));
     AppWindows windows(model);
     MainWindow* window = nullptr;
-    for (auto* widget : QApplication::topLevelWidgets())
-        if (auto* found = qobject_cast<MainWindow*>(widget)) window = found;
+    for (auto* widget : QApplication::topLevelWidgets()) {
+        if (auto* found = qobject_cast<MainWindow*>(widget)) { window = found; }
+    }
     ASSERT_TRUE(window);
     EXPECT_EQ(window->windowTitle(), "Brindlehum");
     const std::vector<std::pair<QString, QString>> shortcuts = {
@@ -244,7 +249,7 @@ TEST_F(Windows, MenuEntriesCallTheirModels) {
         {"Toggle Loop", "Ctrl+L"},         {"Clear Selection", "Ctrl+D"},
         {"Settings…", "Ctrl+,"},           {"Quit", "Ctrl+Q"},
         {"Add Library Folder…", "Ctrl+O"}, {"Find", "Ctrl+F"}};
-    for (const auto& [text, keys] : shortcuts) EXPECT_EQ(entry(*window, text)->shortcut(), QKeySequence(keys));
+    for (const auto& [text, keys] : shortcuts) { EXPECT_EQ(entry(*window, text)->shortcut(), QKeySequence(keys)); }
     entry(*window, "Expert Mode")->trigger();
     EXPECT_TRUE(model.settings().value().expertMode);
     entry(*window, "Toggle Loop")->trigger();
@@ -265,8 +270,9 @@ TEST_F(Windows, MenuEntriesCallTheirModels) {
     EXPECT_FALSE(player.selection());
     entry(*window, "Settings…")->trigger();
     bool open = false;
-    for (auto* widget : QApplication::topLevelWidgets())
+    for (auto* widget : QApplication::topLevelWidgets()) {
         open = open || (qobject_cast<SettingsWindow*>(widget) && widget->isVisible());
+    }
     EXPECT_TRUE(open);
     window->close();
     model.openWindow("main");
@@ -278,8 +284,9 @@ TEST_F(Windows, StatusMenuAndSettingsAreOneState) {
     SettingsWindow settings(model.library(), model.engine().devices(), [] {});
     settings.show();
     QCheckBox* box = nullptr;
-    for (auto* candidate : settings.findChildren<QCheckBox*>())
-        if (candidate->text() == "Auto-play when the selection changes") box = candidate;
+    for (auto* candidate : settings.findChildren<QCheckBox*>()) {
+        if (candidate->text() == "Auto-play when the selection changes") { box = candidate; }
+    }
     ASSERT_TRUE(box);
     entry(status.menu(), "Auto-Play")->trigger();
     EXPECT_TRUE(model.settings().value().autoPlay);
@@ -293,7 +300,7 @@ TEST_F(Windows, StatusMenuAndSettingsAreOneState) {
     model.settings().change([](AppSettings& s) { s.profiles[1].name = "Desk"; });
     EXPECT_TRUE(entry(status.menu(), "Desk")->isChecked());
     QStringList texts;
-    for (const auto* action : status.menu().actions()) texts << (action->isSeparator() ? "-" : action->text());
+    for (const auto* action : status.menu().actions()) { texts << (action->isSeparator() ? "-" : action->text()); }
     EXPECT_EQ(texts,
               (QStringList{"Auto-Play", "-", "Output", "-", "Show Browser", "Settings…", "-", "Quit Brindlehum"}));
 }

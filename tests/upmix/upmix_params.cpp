@@ -41,7 +41,7 @@ TEST(UpmixParams, WritesThePresetTableAndReadsItBack) {
         SCOPED_TRACE(rawValue(preset));
         const json written = params(preset);
         EXPECT_EQ(written.size(), table.size());
-        for (const auto& [key, row] : table.items()) EXPECT_EQ(written.value(key, json()), row[column]) << key;
+        for (const auto& [key, row] : table.items()) { EXPECT_EQ(written.value(key, json()), row[column]) << key; }
         EXPECT_EQ(written.get<UpmixParams>(), params(preset));
         EXPECT_EQ(upmixPresetFromRaw(rawValue(preset)), preset);
     }
@@ -53,7 +53,7 @@ TEST(UpmixParams, EveryFieldSurvivesARoundTrip) {
     json odd = UpmixParams{};
     double value = 0.5;
     for (auto& [key, field] : odd.items()) {
-        if (field.is_number()) field = value += 0.125;
+        if (field.is_number()) { field = value += 0.125; }
     }
     odd["lfe"] = "split";
     odd["exact"] = true;
@@ -73,7 +73,7 @@ TEST(UpmixParams, WhatCannotBeReadGetsItsInitialValueAndTheRestSurvives) {
         {R"({"focus": 0, "shelfHz": 4000})", {.shelfHz = 4000, .focus = 0}},
         {R"([1, 2])", {}},
     };
-    for (const Case& c : cases) EXPECT_EQ(json::parse(c.text).get<UpmixParams>(), c.expected) << c.text;
+    for (const Case& c : cases) { EXPECT_EQ(json::parse(c.text).get<UpmixParams>(), c.expected) << c.text; }
 }
 
 TEST(UpmixSettings, MissingPartsComeFromThePresetAndEditsOutliveIt) {

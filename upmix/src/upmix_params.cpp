@@ -34,7 +34,7 @@ constexpr std::array<PresetTexts, allUpmixPresets.size()> presetTexts = {{
 }};
 
 const PresetTexts& texts(UpmixPreset preset) {
-    return presetTexts[static_cast<size_t>(preset)];
+    return presetTexts[size_t(preset)];
 }
 
 // Calls visit(key, field) for each field of the record, in their order.
@@ -64,17 +64,17 @@ void forEachField(Params& p, Visit visit) {
 
 // What can't be read leaves `value` as it is.
 void readField(const Json& json, double& value) {
-    if (json.is_number()) value = json.get<double>();
+    if (json.is_number()) { value = json.get<double>(); }
 }
 
 void readField(const Json& json, bool& value) {
-    if (json.is_boolean()) value = json.get<bool>();
+    if (json.is_boolean()) { value = json.get<bool>(); }
 }
 
 void readField(const Json& json, LFEMode& value) {
-    if (!json.is_string()) return;
+    if (!json.is_string()) { return; }
     for (const LFEMode mode : {LFEMode::off, LFEMode::split}) {
-        if (json.get_ref<const std::string&>() == rawValue(mode)) value = mode;
+        if (json.get_ref<const std::string&>() == rawValue(mode)) { value = mode; }
     }
 }
 
@@ -90,7 +90,7 @@ std::string_view rawValue(UpmixPreset preset) {
 
 std::optional<UpmixPreset> upmixPresetFromRaw(std::string_view raw) {
     for (const UpmixPreset preset : allUpmixPresets) {
-        if (rawValue(preset) == raw) return preset;
+        if (rawValue(preset) == raw) { return preset; }
     }
     return std::nullopt;
 }
@@ -177,7 +177,7 @@ void to_json(Json& json, const UpmixParams& params) {
 void from_json(const Json& json, UpmixParams& params) {
     params = {};
     forEachField(params, [&](const char* key, auto& field) {
-        if (const auto found = json.find(key); found != json.end()) readField(*found, field);
+        if (const auto found = json.find(key); found != json.end()) { readField(*found, field); }
     });
 }
 
@@ -187,7 +187,7 @@ void to_json(Json& json, const UpmixSettings& settings) {
 
 void from_json(const Json& json, UpmixSettings& settings) {
     settings = {};
-    if (const auto enabled = json.find("enabled"); enabled != json.end()) readField(*enabled, settings.enabled);
+    if (const auto enabled = json.find("enabled"); enabled != json.end()) { readField(*enabled, settings.enabled); }
     if (const auto preset = json.find("preset"); preset != json.end() && preset->is_string()) {
         settings.preset = upmixPresetFromRaw(preset->get_ref<const std::string&>()).value_or(UpmixPreset::music);
     }

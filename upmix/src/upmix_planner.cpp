@@ -17,8 +17,8 @@ bool holdsPair(const SpeakerList& list) {
 }  // namespace
 
 bool applies(const SpeakerList& source, const SpeakerList& target) {
-    if (!holdsPair(source) || !holdsPair(target)) return false;
-    if (source != SpeakerList{SpeakerID::L, SpeakerID::R}) return !fills(source, target).empty();
+    if (!holdsPair(source) || !holdsPair(target)) { return false; }
+    if (source != SpeakerList{SpeakerID::L, SpeakerID::R}) { return !fills(source, target).empty(); }
     const auto fullRange = std::count_if(target.begin(), target.end(), [](SpeakerID s) { return s != SpeakerID::LFE; });
     return fullRange > 2;
 }
@@ -27,8 +27,8 @@ std::vector<int> fills(const SpeakerList& source, const SpeakerList& target) {
     std::vector<int> indices;
     for (size_t i = 0; i < target.size(); ++i) {
         const SpeakerID speaker = target[i];
-        if (speaker == SpeakerID::C || speaker == SpeakerID::LFE || holds(source, speaker)) continue;
-        indices.push_back(static_cast<int>(i));
+        if (speaker == SpeakerID::C || speaker == SpeakerID::LFE || holds(source, speaker)) { continue; }
+        indices.push_back(int(i));
     }
     return indices;
 }

@@ -46,10 +46,10 @@ template <class Row>
 Row SpectralFrames::average(const std::vector<Row>& rows, double from, double to) {
     Row mean{};
     const auto [first, last] = range(rows.size(), from, to);
-    if (first >= last) return mean;
+    if (first >= last) { return mean; }
     for (size_t i = 0; i < mean.size(); ++i) {
         double sum = 0;
-        for (size_t f = first; f < last; ++f) sum += rows[f][i];
+        for (size_t f = first; f < last; ++f) { sum += rows[f][i]; }
         mean[i] = float(sum / double(last - first));
     }
     return mean;
@@ -58,7 +58,7 @@ Row SpectralFrames::average(const std::vector<Row>& rows, double from, double to
 inline float SpectralFrames::average(const std::vector<float>& values, double from, double to) {
     const auto [first, last] = range(values.size(), from, to);
     double sum = 0;
-    for (size_t f = first; f < last; ++f) sum += values[f];
+    for (size_t f = first; f < last; ++f) { sum += values[f]; }
     return first < last ? float(sum / double(last - first)) : 0.0F;
 }
 

@@ -34,17 +34,17 @@ std::optional<Header> parse(const FileHandle& file, ChunkStyle style, int64_t po
         }
         case ChunkStyle::wave64: {
             const uint64_t whole = readLE64(bytes + 16);
-            if (whole < 24) return std::nullopt;
+            if (whole < 24) { return std::nullopt; }
             return Header{0, 24, whole - 24, 8};
         }
         case ChunkStyle::mp4:
             break;
     }
     const uint32_t size = readBE32(bytes);
-    if (size == 0) return Header{4, 8, toTheEnd, 1};
-    if (size != 1) return size < 8 ? std::nullopt : std::optional(Header{4, 8, size - 8, 1});
+    if (size == 0) { return Header{4, 8, toTheEnd, 1}; }
+    if (size != 1) { return size < 8 ? std::nullopt : std::optional(Header{4, 8, size - 8, 1}); }
     uint8_t large[8];
-    if (!file.readExactly(position + 8, large, sizeof large)) return std::nullopt;
+    if (!file.readExactly(position + 8, large, sizeof large)) { return std::nullopt; }
     const uint64_t whole = readBE64(large);
     return whole < 16 ? std::nullopt : std::optional(Header{4, 16, whole - 16, 1});
 }
@@ -54,9 +54,11 @@ std::optional<Header> parse(const FileHandle& file, ChunkStyle style, int64_t po
 std::optional<Chunk> chunkAt(const FileHandle& file, ChunkStyle style, int64_t position, int64_t end) {
     uint8_t bytes[24];
     const size_t need = headerBytes(style);
-    if (position < 0 || end - position < int64_t(need) || !file.readExactly(position, bytes, need)) return std::nullopt;
+    if (position < 0 || end - position < int64_t(need) || !file.readExactly(position, bytes, need)) {
+        return std::nullopt;
+    }
     const std::optional<Header> header = parse(file, style, position, bytes);
-    if (!header) return std::nullopt;
+    if (!header) { return std::nullopt; }
     Chunk chunk;
     std::copy_n(bytes + header->idOffset, 4, chunk.id.begin());
     chunk.body = position + int64_t(header->headerBytes);
@@ -77,7 +79,7 @@ std::optional<Chunk> findChunk(const FileHandle& file, ChunkStyle style, int64_t
     constexpr int mostChunks = 4096;
     std::optional<Chunk> chunk = chunkAt(file, style, begin, end);
     for (int i = 0; chunk && i < mostChunks; ++i) {
-        if (chunk->is(name)) return chunk;
+        if (chunk->is(name)) { return chunk; }
         chunk = chunkAt(file, style, chunk->next, end);
     }
     return std::nullopt;

@@ -22,20 +22,20 @@ constexpr std::array<uint8_t, 15> ambisonicTail = {0x00, 0x00, 0x00, 0x21, 0x07,
 // The content of a WAVEFORMATEXTENSIBLE: tag 0xFFFE, mask at byte 20, subformat GUID at byte 24.
 std::optional<ChannelLayout> waveFormatLayout(const FileHandle& file, const Chunk& fmt, bool bigEndian, int channels) {
     uint8_t bytes[40];
-    if (fmt.size < int64_t(sizeof bytes) || !file.readExactly(fmt.body, bytes, sizeof bytes)) return std::nullopt;
+    if (fmt.size < int64_t(sizeof bytes) || !file.readExactly(fmt.body, bytes, sizeof bytes)) { return std::nullopt; }
     const uint16_t format = bigEndian ? readBE16(bytes) : readLE16(bytes);
-    if (format != 0xFFFE) return std::nullopt;
+    if (format != 0xFFFE) { return std::nullopt; }
     if (channels == 4 && std::equal(ambisonicTail.begin(), ambisonicTail.end(), bytes + 25)) {
         return ChannelLayout{ambisonicBFormatTag, 0, {}};
     }
     const uint32_t mask = bigEndian ? readBE32(bytes + 20) : readLE32(bytes + 20);
-    if (mask == 0) return std::nullopt;
+    if (mask == 0) { return std::nullopt; }
     return ChannelLayout{ChannelLabels::useBitmap, mask, {}};
 }
 
 std::optional<ChannelLayout> chanLayout(const FileHandle& file, ChunkStyle style, int64_t begin, const char* name) {
     const auto chan = findChunk(file, style, begin, file.size(), name);
-    if (!chan) return std::nullopt;
+    if (!chan) { return std::nullopt; }
     return parseChanChunk(file, chan->body, chan->size);
 }
 
@@ -46,17 +46,17 @@ Container containerOf(const FileHandle& file) {
     file.readAt(0, bytes, sizeof bytes);
     const std::string_view head(bytes, 4);
     const std::string_view form(bytes + 8, 4);
-    if (form == "WAVE" && (head == "RIFF" || head == "RF64" || head == "BW64")) return Container::riff;
-    if (form == "WAVE" && head == "RIFX") return Container::rifx;
-    if (head == "riff") return Container::wave64;
-    if (head == "FORM" && (form == "AIFF" || form == "AIFC")) return Container::aiff;
-    if (head == "caff") return Container::caf;
-    if (head == "fLaC") return Container::flac;
-    if (std::string_view(bytes + 4, 4) == "ftyp" || std::string_view(bytes + 4, 4) == "moov") return Container::mp4;
+    if (form == "WAVE" && (head == "RIFF" || head == "RF64" || head == "BW64")) { return Container::riff; }
+    if (form == "WAVE" && head == "RIFX") { return Container::rifx; }
+    if (head == "riff") { return Container::wave64; }
+    if (head == "FORM" && (form == "AIFF" || form == "AIFC")) { return Container::aiff; }
+    if (head == "caff") { return Container::caf; }
+    if (head == "fLaC") { return Container::flac; }
+    if (std::string_view(bytes + 4, 4) == "ftyp" || std::string_view(bytes + 4, 4) == "moov") { return Container::mp4; }
     const bool frameSync = bytes[0] == '\xFF' && (bytes[1] & 0xE0) == 0xE0;
-    if (frameSync || head.starts_with("ID3")) return Container::packets;
+    if (frameSync || head.starts_with("ID3")) { return Container::packets; }
     // Of Ogg only Opus is better off with libsndfile: after a seek it lets the decoder settle for longer.
-    if (head == "OggS" && std::string_view(bytes + 28, 8) != "OpusHead") return Container::packets;
+    if (head == "OggS" && std::string_view(bytes + 28, 8) != "OpusHead") { return Container::packets; }
     return Container::other;
 }
 
@@ -93,12 +93,14 @@ std::optional<ChannelLayout> parseChanChunk(const FileHandle& file, int64_t body
     constexpr int64_t descriptionBytes = 20;  // label, flags, three coordinates
     constexpr int64_t mostDescriptions = 1024;
     uint8_t head[12];
-    if (size < int64_t(sizeof head) || !file.readExactly(body, head, sizeof head)) return std::nullopt;
+    if (size < int64_t(sizeof head) || !file.readExactly(body, head, sizeof head)) { return std::nullopt; }
     ChannelLayout layout{readBE32(head), readBE32(head + 4), {}};
     const int64_t count = std::min<int64_t>({readBE32(head + 8), (size - 12) / descriptionBytes, mostDescriptions});
     std::vector<uint8_t> bytes(size_t(count * descriptionBytes));
-    if (!file.readExactly(body + 12, bytes.data(), bytes.size())) return layout;
-    for (int64_t i = 0; i < count; ++i) layout.descriptions.push_back(readBE32(bytes.data() + i * descriptionBytes));
+    if (!file.readExactly(body + 12, bytes.data(), bytes.size())) { return layout; }
+    for (int64_t i = 0; i < count; ++i) {
+        layout.descriptions.push_back(readBE32(bytes.data() + i * descriptionBytes));
+    }
     return layout;
 }
 

@@ -19,7 +19,7 @@ inline void deinterleave(const float* in, int channels, int frames, float* const
     for (int c = 0; c < channels; ++c) {
         const float* from = in + c;
         float* to = planes[c] + at;
-        for (int i = 0; i < frames; ++i) to[i] = from[ptrdiff_t(i) * channels];
+        for (int i = 0; i < frames; ++i) { to[i] = from[ptrdiff_t(i) * channels]; }
     }
 }
 

@@ -25,7 +25,7 @@ bool isFloatCoding(AVCodecID id) {
 }
 
 uint32_t formatID(AVCodecID id) {
-    if (isLinear(id) && !isLogarithmic(id)) return fourCC("lpcm");
+    if (isLinear(id) && !isLogarithmic(id)) { return fourCC("lpcm"); }
     switch (id) {
         case AV_CODEC_ID_PCM_MULAW:
             return fourCC("ulaw");
@@ -60,10 +60,10 @@ bool namesSpeakers(const ChannelLayout& layout) {
 }
 
 std::optional<ChannelLayout> layoutOf(const AVCodecParameters& parameters, std::optional<ChannelLayout> stated) {
-    if (stated && (isLinear(parameters.codec_id) || !namesSpeakers(*stated))) return stated;
+    if (stated && (isLinear(parameters.codec_id) || !namesSpeakers(*stated))) { return stated; }
     const AVChannelLayout& native = parameters.ch_layout;
     const bool classic = native.order == AV_CHANNEL_ORDER_NATIVE && native.u.mask != 0 && native.u.mask >> 18 == 0;
-    if (classic) return ChannelLayout{ChannelLabels::useBitmap, uint32_t(native.u.mask), {}};
+    if (classic) { return ChannelLayout{ChannelLabels::useBitmap, uint32_t(native.u.mask), {}}; }
     return stated;
 }
 
@@ -78,17 +78,17 @@ std::optional<Extent> mp4Extent(const FFmpegInput& input, const FileHandle& file
         // An edit list has already moved the delay before time 0.
         return Extent{input.firstIndexedFrame() < 0 ? 0 : extent->delay, extent->frames};
     }
-    if (const auto frames = mp4Frames(file, input.stream().id, input.sampleRate())) return Extent{0, *frames};
+    if (const auto frames = mp4Frames(file, input.stream().id, input.sampleRate())) { return Extent{0, *frames}; }
     const int64_t duration = input.stream().duration;
-    if (duration == AV_NOPTS_VALUE || duration <= 0) return std::nullopt;
+    if (duration == AV_NOPTS_VALUE || duration <= 0) { return std::nullopt; }
     return Extent{0, input.toFrames(duration)};
 }
 
 std::optional<Extent> statedExtent(const FFmpegInput& input, const FileHandle& file) {
     std::optional<EncodedExtent> extent;
-    if (input.isFormat("mp4")) return mp4Extent(input, file);
-    if (input.isFormat("mp3")) extent = mp3Extent(file);
-    if (input.isFormat("caf")) extent = cafExtent(file);
+    if (input.isFormat("mp4")) { return mp4Extent(input, file); }
+    if (input.isFormat("mp3")) { extent = mp3Extent(file); }
+    if (input.isFormat("caf")) { extent = cafExtent(file); }
     return extent ? std::optional(Extent{extent->delay, extent->frames}) : std::nullopt;
 }
 
@@ -97,7 +97,7 @@ std::optional<Extent> statedExtent(const FFmpegInput& input, const FileHandle& f
 StreamFacts streamFacts(FFmpegInput& input, const FileHandle& file, Container container) {
     const AVCodecParameters& parameters = *input.stream().codecpar;
     std::optional<Extent> extent = statedExtent(input, file);
-    if (!extent || !isPlausibleLength(extent->frames, file.size())) extent = Extent{0, input.measureEnd()};
+    if (!extent || !isPlausibleLength(extent->frames, file.size())) { extent = Extent{0, input.measureEnd()}; }
     const int channels = parameters.ch_layout.nb_channels;
     const auto stated =
         container == Container::mp4 ? mp4Layout(file, input.stream().id) : containerLayout(file, container, channels);

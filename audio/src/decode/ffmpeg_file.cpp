@@ -37,15 +37,15 @@ public:
     }
 
     int read(float* const* planes, int64_t position, int frames) override {
-        if (position < 0 || position >= facts_.frames || frames <= 0) return 0;
+        if (position < 0 || position >= facts_.frames || frames <= 0) { return 0; }
         const int wanted = int(std::min<int64_t>(frames, facts_.frames - position));
-        if (position != next_ && !goTo(position)) return 0;
+        if (position != next_ && !goTo(position)) { return 0; }
         int done = 0;
         while (done < wanted && holdFrameAt(position + done)) {
             done += copyFrom(planes, position + done, wanted - done, done);
         }
         next_ = position + done;
-        if (done < wanted && input_->hadReadError()) throw Error("the file can't be read any further");
+        if (done < wanted && input_->hadReadError()) { throw Error("the file can't be read any further"); }
         return done;
     }
 
@@ -56,7 +56,7 @@ private:
     // Decodes on until the frame in hand reaches past `position`; false when the data ends before.
     bool holdFrameAt(int64_t position) {
         while (!frameHeld_ || frameEnd() <= position) {
-            if (!decodeNext()) return false;
+            if (!decodeNext()) { return false; }
         }
         return true;
     }
@@ -64,12 +64,12 @@ private:
     int copyFrom(float* const* planes, int64_t position, int count, int at) {
         if (frameStart_ > position) {  // packets are missing here: silence keeps all that follows in its place
             const int silent = int(std::min<int64_t>(count, frameStart_ - position));
-            for (int c = 0; c < facts_.channels; ++c) std::fill_n(planes[c] + at, silent, 0.0F);
+            for (int c = 0; c < facts_.channels; ++c) { std::fill_n(planes[c] + at, silent, 0.0F); }
             return silent;
         }
         const int copied = int(std::min<int64_t>(count, frameEnd() - position));
         if (!toPlanes(*frame_, int(position - frameStart_), copied, planes, facts_.channels, at)) {
-            for (int c = 0; c < facts_.channels; ++c) std::fill_n(planes[c] + at, copied, 0.0F);
+            for (int c = 0; c < facts_.channels; ++c) { std::fill_n(planes[c] + at, copied, 0.0F); }
         }
         return copied;
     }
@@ -77,11 +77,13 @@ private:
     // A short step forward is decoded through; anything else seeks, with more and more lead if the format lands
     // behind the place, and in the end from the start.
     bool goTo(int64_t position) {
-        if (frameHeld_ && position >= frameStart_ && position < frameEnd() + preroll_) return true;
+        if (frameHeld_ && position >= frameStart_ && position < frameEnd() + preroll_) { return true; }
         for (const int64_t lead : {preroll_, 16 * lossyPreroll, position + origin_ + lossyPreroll}) {
             const int64_t target = position + origin_ - lead;
-            if (!(target > 0 ? moveTo(target) : restart())) continue;
-            if (decodeNext() && (frameStart_ <= std::max<int64_t>(0, position - preroll_) || target <= 0)) return true;
+            if (!(target > 0 ? moveTo(target) : restart())) { continue; }
+            if (decodeNext() && (frameStart_ <= std::max<int64_t>(0, position - preroll_) || target <= 0)) {
+                return true;
+            }
         }
         return false;
     }
@@ -95,7 +97,7 @@ private:
     // A flush leaves the overlap of the last block in the AAC decoder, so that the start needs a fresh one.
     bool restart() {
         CodecContextPtr fresh = openDecoder(input_->stream());
-        if (!fresh) return false;
+        if (!fresh) { return false; }
         decoder_ = std::move(fresh);
         forgetPlace();
         return input_->rewind();
@@ -113,14 +115,14 @@ private:
         for (;;) {
             const int result = avcodec_receive_frame(decoder_.get(), frame_.get());
             if (result >= 0) {
-                if (frame_->nb_samples <= 0) continue;
+                if (frame_->nb_samples <= 0) { continue; }
                 placeFrame();
                 return frameHeld_ = true;
             }
             if (result != AVERROR(EAGAIN)) {
-                if (draining_ || result == AVERROR_EOF) return false;
+                if (draining_ || result == AVERROR_EOF) { return false; }
             }
-            if (draining_) return false;
+            if (draining_) { return false; }
             if (!input_->read(*packet_)) {
                 draining_ = true;
                 avcodec_send_packet(decoder_.get(), nullptr);
@@ -138,7 +140,7 @@ private:
         int64_t start = expected_;
         if (frame_->best_effort_timestamp != AV_NOPTS_VALUE) {
             const int64_t stated = input_->toFrames(frame_->best_effort_timestamp) - origin_;
-            if (expected_ == unknown || std::abs(stated - expected_) > rounding) start = stated;
+            if (expected_ == unknown || std::abs(stated - expected_) > rounding) { start = stated; }
         } else if (expected_ == unknown) {
             start = -origin_;
         }
@@ -165,12 +167,12 @@ std::unique_ptr<AudioFile> openWithFFmpeg(const std::shared_ptr<FileHandle>& han
                                           bool trustWeakEvidence) {
     constexpr int mostChannels = 1024;
     std::unique_ptr<FFmpegInput> input = FFmpegInput::open(handle, trustWeakEvidence);
-    if (!input) return nullptr;
+    if (!input) { return nullptr; }
     const AVCodecParameters& parameters = *input->stream().codecpar;
-    if (parameters.sample_rate < 1 || parameters.ch_layout.nb_channels < 1) return nullptr;
-    if (parameters.ch_layout.nb_channels > mostChannels) return nullptr;
+    if (parameters.sample_rate < 1 || parameters.ch_layout.nb_channels < 1) { return nullptr; }
+    if (parameters.ch_layout.nb_channels > mostChannels) { return nullptr; }
     CodecContextPtr decoder = openDecoder(input->stream());
-    if (!decoder) return nullptr;
+    if (!decoder) { return nullptr; }
     StreamFacts facts = streamFacts(*input, *handle, container);
     return std::make_unique<FFmpegFile>(std::move(input), std::move(decoder), std::move(facts));
 }

@@ -37,7 +37,7 @@ void convert(const AVFrame& frame, int from, int count, float* const* planes, in
         const int stride = planar ? 1 : held;
         const auto* in = reinterpret_cast<const Sample*>(frame.extended_data[planar ? c : 0]);
         in += ptrdiff_t(from) * stride + (planar ? 0 : c);
-        for (int i = 0; i < count; ++i) out[i] = toFloat(in[ptrdiff_t(i) * stride]);
+        for (int i = 0; i < count; ++i) { out[i] = toFloat(in[ptrdiff_t(i) * stride]); }
     }
 }
 

@@ -17,23 +17,23 @@ std::optional<uint32_t> commentMask(const FileHandle& file, int64_t body, int64_
     constexpr std::string_view key = "WAVEFORMATEXTENSIBLE_CHANNEL_MASK=0x";
     constexpr int64_t mostBytes = 1 << 20;
     std::string block(size_t(std::min(size, mostBytes)), '\0');
-    if (!file.readExactly(body, block.data(), block.size())) return std::nullopt;
+    if (!file.readExactly(body, block.data(), block.size())) { return std::nullopt; }
     const auto* bytes = reinterpret_cast<const uint8_t*>(block.data());
     size_t at = 0;
     // Vendor string, count, comments: each string after its little-endian length.
     const auto next = [&]() -> std::optional<std::string_view> {
-        if (block.size() - at < 4) return std::nullopt;
+        if (block.size() - at < 4) { return std::nullopt; }
         const uint32_t length = readLE32(bytes + at);
         at += 4;
-        if (block.size() - at < length) return std::nullopt;
+        if (block.size() - at < length) { return std::nullopt; }
         const std::string_view text(block.data() + at, length);
         at += length;
         return text;
     };
-    if (!next() || block.size() - at < 4) return std::nullopt;
+    if (!next() || block.size() - at < 4) { return std::nullopt; }
     at += 4;
     while (const auto text = next()) {
-        if (!text->starts_with(key)) continue;
+        if (!text->starts_with(key)) { continue; }
         uint32_t mask = 0;
         std::from_chars(text->data() + key.size(), text->data() + text->size(), mask, 16);
         return mask;
@@ -51,7 +51,7 @@ std::optional<ChannelLayout> flacLayout(const FileHandle& file, int channels) {
     bool last = false;
     for (int i = 0; i < mostBlocks && !last; ++i) {
         uint8_t head[4];
-        if (!file.readExactly(at, head, sizeof head)) break;
+        if (!file.readExactly(at, head, sizeof head)) { break; }
         last = head[0] & 0x80;
         const int64_t size = readBE32(head) & 0xFFFFFF;
         if ((head[0] & 0x7F) == vorbisComment) {
@@ -60,7 +60,7 @@ std::optional<ChannelLayout> flacLayout(const FileHandle& file, int channels) {
         }
         at += 4 + size;
     }
-    if (mask == 0) return std::nullopt;
+    if (mask == 0) { return std::nullopt; }
     return ChannelLayout{ChannelLabels::useBitmap, mask, {}};
 }
 

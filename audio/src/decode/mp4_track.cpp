@@ -20,7 +20,7 @@ std::optional<Chunk> childOf(const FileHandle& file, const Chunk& parent, std::s
 std::optional<Chunk> descend(const FileHandle& file, Chunk box, std::initializer_list<std::string_view> names) {
     for (const std::string_view name : names) {
         const auto inner = childOf(file, box, name);
-        if (!inner) return std::nullopt;
+        if (!inner) { return std::nullopt; }
         box = *inner;
     }
     return box;
@@ -53,12 +53,12 @@ struct Duration {
 
 std::optional<Duration> durationIn(const FileHandle& file, const std::optional<Chunk>& header) {
     std::array<uint8_t, 32> bytes{};
-    if (!header || !file.readExactly(header->body, bytes.data(), bytes.size())) return std::nullopt;
+    if (!header || !file.readExactly(header->body, bytes.data(), bytes.size())) { return std::nullopt; }
     const uint8_t* p = bytes.data();
     const Duration duration = p[0] == 1 ? Duration{readBE32(p + 20), int64_t(readBE64(p + 24))}
                                         : Duration{readBE32(p + 12), readBE32(p + 16)};
     // Above 2^40 units no real file stands; the bound keeps the products below exact.
-    if (duration.scale == 0 || duration.units < 0 || duration.units > int64_t(1) << 40) return std::nullopt;
+    if (duration.scale == 0 || duration.units < 0 || duration.units > int64_t(1) << 40) { return std::nullopt; }
     return duration;
 }
 
@@ -72,17 +72,17 @@ struct Edit {
 // None unless the list is at most one wait and one stretch.
 std::optional<Edit> singleEdit(const FileHandle& file, const Chunk& list) {
     std::array<uint8_t, 8 + 2 * 20> bytes{};
-    if (file.readAt(list.body, bytes.data(), bytes.size()) < 8 + 12) return std::nullopt;
+    if (file.readAt(list.body, bytes.data(), bytes.size()) < 8 + 12) { return std::nullopt; }
     const bool large = bytes[0] == 1;
     const uint32_t count = readBE32(bytes.data() + 4);
-    if (count < 1 || count > 2 || list.size < 8 + int64_t(count) * (large ? 20 : 12)) return std::nullopt;
+    if (count < 1 || count > 2 || list.size < 8 + int64_t(count) * (large ? 20 : 12)) { return std::nullopt; }
     Edit edit;
     const uint8_t* p = bytes.data() + 8;
     for (uint32_t i = 0; i < count; ++i, p += large ? 20 : 12) {
         const auto duration = large ? int64_t(readBE64(p)) : int64_t(readBE32(p));
         const auto time = large ? int64_t(readBE64(p + 8)) : int64_t(int32_t(readBE32(p + 4)));
         const bool wait = time == -1;
-        if (duration < 0 || duration > int64_t(1) << 40 || wait != (i + 1 < count)) return std::nullopt;
+        if (duration < 0 || duration > int64_t(1) << 40 || wait != (i + 1 < count)) { return std::nullopt; }
         (wait ? edit.wait : edit.duration) = duration;
         edit.mediaTime = time;
     }
@@ -100,11 +100,11 @@ std::optional<ChannelLayout> mp4Layout(const FileHandle& file, int trackID) {
     const auto moov = movie(file);
     const auto trak = moov ? track(file, *moov, trackID) : std::nullopt;
     const auto stsd = trak ? descend(file, *trak, {"mdia", "minf", "stbl", "stsd"}) : std::nullopt;
-    if (!stsd) return std::nullopt;
+    if (!stsd) { return std::nullopt; }
     // Version, flags and count come before the first sample entry.
     const auto entry = chunkAt(file, ChunkStyle::mp4, stsd->body + 8, stsd->body + stsd->size);
     uint8_t version[2];
-    if (!entry || !file.readExactly(entry->body + 8, version, 2)) return std::nullopt;
+    if (!entry || !file.readExactly(entry->body + 8, version, 2)) { return std::nullopt; }
     // The sound description grew from 28 bytes by 16 in version 1 and by 36 in version 2.
     const int64_t grown = readBE16(version) == 1 ? 16 : readBE16(version) == 2 ? 36 : 0;
     const int64_t end = entry->body + entry->size;
@@ -116,13 +116,13 @@ std::optional<int64_t> mp4Frames(const FileHandle& file, int trackID, int rate) 
     const auto moov = movie(file);
     const auto trak = moov ? track(file, *moov, trackID) : std::nullopt;
     const auto media = trak ? durationIn(file, descend(file, *trak, {"mdia", "mdhd"})) : std::nullopt;
-    if (!media || media->units == 0) return std::nullopt;
+    if (!media || media->units == 0) { return std::nullopt; }
     const int64_t whole = scaled(media->units, rate, media->scale);
     const auto list = descend(file, *trak, {"edts", "elst"});
-    if (!list) return whole;
+    if (!list) { return whole; }
     const auto movieTime = durationIn(file, childOf(file, *moov, "mvhd"));
     const auto edit = singleEdit(file, *list);
-    if (!movieTime || !edit || edit->mediaTime < 0 || edit->mediaTime > media->units) return std::nullopt;
+    if (!movieTime || !edit || edit->mediaTime < 0 || edit->mediaTime > media->units) { return std::nullopt; }
     const int64_t wait = scaled(edit->wait, rate, movieTime->scale);
     const int64_t left = whole - scaled(edit->mediaTime, rate, media->scale);
     const int64_t stretch = scaled(edit->duration, rate, movieTime->scale);

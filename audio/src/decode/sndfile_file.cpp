@@ -22,7 +22,7 @@ struct Coding {
 
 Coding codingOf(int format) {
     const uint32_t linear = fourCC("lpcm");
-    if ((format & SF_FORMAT_TYPEMASK) == SF_FORMAT_FLAC) return {fourCC("flac")};
+    if ((format & SF_FORMAT_TYPEMASK) == SF_FORMAT_FLAC) { return {fourCC("flac")}; }
     switch (format & SF_FORMAT_SUBMASK) {
         case SF_FORMAT_PCM_S8:
         case SF_FORMAT_PCM_U8:
@@ -89,14 +89,14 @@ public:
     }
 
     int read(float* const* planes, int64_t position, int frames) override {
-        if (position < 0 || position >= facts_.frames || frames <= 0) return 0;
+        if (position < 0 || position >= facts_.frames || frames <= 0) { return 0; }
         if (position != next_ && sf_seek(file_.get(), position, SEEK_SET) != position) {
             next_ = -1;
             return 0;
         }
         next_ = position;
         const int wanted = int(std::min<int64_t>(frames, facts_.frames - position));
-        if (facts_.channels == 1) return advance(planes[0], wanted);
+        if (facts_.channels == 1) { return advance(planes[0], wanted); }
         buffer_.resize(size_t(blockFrames_) * size_t(facts_.channels));
         int done = 0;
         while (done < wanted) {
@@ -104,7 +104,7 @@ public:
             const int got = advance(buffer_.data(), ask);
             deinterleave(buffer_.data(), facts_.channels, got, planes, done);
             done += got;
-            if (got < ask) break;
+            if (got < ask) { break; }
         }
         return done;
     }
@@ -116,7 +116,7 @@ private:
     int advance(float* out, int frames) {
         const auto got = int(sf_readf_float(file_.get(), out, frames));
         // Damaged data ends the file where it breaks off; only the system's own refusal is an error.
-        if (got < frames && cursor_->failed) throw Error("the file can't be read any further");
+        if (got < frames && cursor_->failed) { throw Error("the file can't be read any further"); }
         next_ = got < frames ? -1 : next_ + got;
         return std::max(got, 0);
     }
@@ -136,8 +136,8 @@ std::unique_ptr<AudioFile> openWithSndfile(const std::shared_ptr<FileHandle>& ha
     auto cursor = std::make_unique<FileCursor>();
     cursor->handle = handle;
     SndfilePtr file(sf_open_virtual(&io, SFM_READ, &info, cursor.get()));
-    if (!file || info.channels < 1 || info.samplerate < 1 || leaveToFFmpeg(info)) return nullptr;
-    if (info.frames < 0 || !isPlausibleLength(info.frames, handle->size())) return nullptr;
+    if (!file || info.channels < 1 || info.samplerate < 1 || leaveToFFmpeg(info)) { return nullptr; }
+    if (info.frames < 0 || !isPlausibleLength(info.frames, handle->size())) { return nullptr; }
     const Coding coding = codingOf(info.format);
     AudioFileFacts facts{coding.formatID,
                          double(info.samplerate),

@@ -36,9 +36,9 @@ void collect(const AVDictionary* tags, std::vector<ContainerTag>& found, std::op
     const AVDictionaryEntry* tag = nullptr;
     while ((tag = av_dict_get(tags, "", tag, AV_DICT_IGNORE_SUFFIX))) {
         const std::string name = lowerAscii(tag->key);
-        if (name == "comment" || name == "comments") comment = repairUtf8(tag->value);
+        if (name == "comment" || name == "comments") { comment = repairUtf8(tag->value); }
         const auto* known = std::find_if(names.begin(), names.end(), [&](const Name& n) { return n.name == name; });
-        if (known != names.end()) found.push_back({known->key, repairUtf8(tag->value)});
+        if (known != names.end()) { found.push_back({known->key, repairUtf8(tag->value)}); }
     }
 }
 
@@ -49,18 +49,16 @@ std::vector<ContainerTag> containerTags(const std::filesystem::path& path, const
     FileCursor cursor;
     try {
         cursor.handle = std::make_shared<FileHandle>(path);
-    } catch (const Error&) {
-        return found;
-    }
+    } catch (const Error&) { return found; }
     cursor.stop = stop;
     const FormatContextPtr container = openContainer(cursor);
-    if (!container) return found;
+    if (!container) { return found; }
     std::optional<std::string> comment;
     collect(container->metadata, found, comment);
     // Ogg tags its streams. Pictures have titles and comments of their own, which aren't the sound's.
     for (unsigned i = 0; i < container->nb_streams; ++i) {
         const AVStream& stream = *container->streams[i];
-        if (stream.codecpar->codec_type == AVMEDIA_TYPE_AUDIO) collect(stream.metadata, found, comment);
+        if (stream.codecpar->codec_type == AVMEDIA_TYPE_AUDIO) { collect(stream.metadata, found, comment); }
     }
     const auto describes = [](const ContainerTag& tag) { return tag.key == TagKey::description; };
     if (comment && std::none_of(found.begin(), found.end(), describes)) {

@@ -39,13 +39,13 @@ bool areBFormatLabels(const std::vector<uint32_t>& labels) {
 }
 
 std::optional<SourceFormat> fromLayout(int channels, int order, const std::vector<uint32_t>& labels, uint32_t tag) {
-    if (tag == ambisonicBFormat && channels == 4) return SourceFormat::ambisonic(1, AmbiNorm::fuma);
-    if (order == 0) return std::nullopt;
-    if (tag >> 16 == sn3dFamily) return SourceFormat::ambisonic(order, AmbiNorm::sn3d);
-    if (tag >> 16 == n3dFamily) return SourceFormat::ambisonic(order, AmbiNorm::n3d);
-    if (allOfFamily(labels, sn3dLabels)) return SourceFormat::ambisonic(order, AmbiNorm::sn3d);
-    if (allOfFamily(labels, n3dLabels)) return SourceFormat::ambisonic(order, AmbiNorm::n3d);
-    if (channels == 4 && areBFormatLabels(labels)) return SourceFormat::ambisonic(1, AmbiNorm::fuma);
+    if (tag == ambisonicBFormat && channels == 4) { return SourceFormat::ambisonic(1, AmbiNorm::fuma); }
+    if (order == 0) { return std::nullopt; }
+    if (tag >> 16 == sn3dFamily) { return SourceFormat::ambisonic(order, AmbiNorm::sn3d); }
+    if (tag >> 16 == n3dFamily) { return SourceFormat::ambisonic(order, AmbiNorm::n3d); }
+    if (allOfFamily(labels, sn3dLabels)) { return SourceFormat::ambisonic(order, AmbiNorm::sn3d); }
+    if (allOfFamily(labels, n3dLabels)) { return SourceFormat::ambisonic(order, AmbiNorm::n3d); }
+    if (channels == 4 && areBFormatLabels(labels)) { return SourceFormat::ambisonic(1, AmbiNorm::fuma); }
     return std::nullopt;
 }
 
@@ -53,12 +53,12 @@ std::optional<SourceFormat> fromName(const std::filesystem::path& url, int chann
     static constexpr std::array<std::string_view, 14> keywords = {
         "ambix", "ambisonic", "b-format", "bformat", "b_format", "_foa", " foa",
         "foa_",  "_hoa",      " hoa",     "hoa_",    "sn3d",     "_acn", "soundfield"};
-    if (order == 0) return std::nullopt;
+    if (order == 0) { return std::nullopt; }
     const std::string name = lowerAscii(url.stem().string());
     const auto holds = [&](std::string_view word) { return name.find(word) != std::string::npos; };
     const bool amb = lowerAscii(url.extension().string()) == ".amb";
-    if (channels == 4 && (amb || holds("fuma"))) return SourceFormat::ambisonic(1, AmbiNorm::fuma);
-    if (std::none_of(keywords.begin(), keywords.end(), holds)) return std::nullopt;
+    if (channels == 4 && (amb || holds("fuma"))) { return SourceFormat::ambisonic(1, AmbiNorm::fuma); }
+    if (std::none_of(keywords.begin(), keywords.end(), holds)) { return std::nullopt; }
     return SourceFormat::ambisonic(order, holds("n3d") && !holds("sn3d") ? AmbiNorm::n3d : AmbiNorm::sn3d);
 }
 
@@ -67,12 +67,12 @@ std::optional<SourceFormat> fromName(const std::filesystem::path& url, int chann
 SourceFormat detect(const std::filesystem::path& url, int channels, const std::vector<uint32_t>& labels,
                     uint32_t layoutTag) {
     const int order = ambisonicOrder(channels);
-    if (const auto format = fromLayout(channels, order, labels, layoutTag)) return *format;
-    if (const auto format = fromName(url, channels, order)) return *format;
-    if (channels == 2) return SourceFormat::stereo();
-    if (channels == 1) return SourceFormat::mono();
+    if (const auto format = fromLayout(channels, order, labels, layoutTag)) { return *format; }
+    if (const auto format = fromName(url, channels, order)) { return *format; }
+    if (channels == 2) { return SourceFormat::stereo(); }
+    if (channels == 1) { return SourceFormat::mono(); }
     if (!labels.empty() && int64_t(labels.size()) == channels) {
-        if (auto list = ChannelLabels::speakers(labels)) return SourceFormat::speakers(std::move(*list));
+        if (auto list = ChannelLabels::speakers(labels)) { return SourceFormat::speakers(std::move(*list)); }
     }
     const std::vector<SourceFormat> options = SourceFormat::options(channels);
     return options.empty() ? SourceFormat::discrete(channels) : options.front();

@@ -22,7 +22,7 @@ bool isRiffExtension(const std::filesystem::path& url) {
 
 bool isRiff(const FileHandle& file) {
     char head[12];
-    if (!file.readExactly(0, head, sizeof head)) return false;
+    if (!file.readExactly(0, head, sizeof head)) { return false; }
     const std::string_view id(head, 4);
     return (id == "RIFF" || id == "RF64" || id == "BW64") && std::string_view(head + 8, 4) == "WAVE";
 }
@@ -34,7 +34,7 @@ std::optional<std::string> description(const FileHandle& file, int64_t body) {
     const auto* end = std::find(bytes.begin(), bytes.begin() + got, '\0');
     const std::string text = repairUtf8({bytes.data(), size_t(end - bytes.begin())});
     const std::string_view content = trimmed(text);
-    if (content.empty()) return std::nullopt;
+    if (content.empty()) { return std::nullopt; }
     return std::string(content);
 }
 
@@ -43,11 +43,13 @@ std::optional<std::string> walk(const FileHandle& file) {
     int64_t position = 12;
     for (int i = 0; i < mostChunks; ++i) {
         uint8_t head[8];
-        if (!file.readExactly(position, head, sizeof head)) return std::nullopt;
-        if (std::string_view(reinterpret_cast<const char*>(head), 4) == "bext") return description(file, position + 8);
+        if (!file.readExactly(position, head, sizeof head)) { return std::nullopt; }
+        if (std::string_view(reinterpret_cast<const char*>(head), 4) == "bext") {
+            return description(file, position + 8);
+        }
         const uint32_t size = readLE32(head + 4);
         // The 64-bit data chunk, whose true size stands elsewhere: what lies behind it isn't looked for.
-        if (size == 0xFFFFFFFF) return std::nullopt;
+        if (size == 0xFFFFFFFF) { return std::nullopt; }
         position += 8 + int64_t(size) + (size & 1);
     }
     return std::nullopt;
@@ -60,7 +62,7 @@ std::optional<std::string> bextDescription(const FileHandle& file, const std::fi
 }
 
 std::optional<std::string> RIFFReader::bextDescription(const std::filesystem::path& url) {
-    if (!isRiffExtension(url)) return std::nullopt;
+    if (!isRiffExtension(url)) { return std::nullopt; }
     try {
         return brindlehum::bextDescription(FileHandle(url), url);
     } catch (const Error&) {

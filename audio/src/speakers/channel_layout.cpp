@@ -14,10 +14,10 @@ using enum SpeakerID;
 
 std::vector<uint32_t> bitmapLabels(uint32_t bitmap) {
     constexpr int knownBits = 18;  // SPEAKER_FRONT_LEFT to SPEAKER_TOP_BACK_RIGHT
-    if (bitmap >> knownBits) return {};
+    if (bitmap >> knownBits) { return {}; }
     std::vector<uint32_t> out;
     for (uint32_t bit = 0; bit < knownBits; ++bit) {
-        if (bitmap >> bit & 1) out.push_back(bit + 1);
+        if (bitmap >> bit & 1) { out.push_back(bit + 1); }
     }
     return out;
 }
@@ -87,12 +87,12 @@ std::optional<SpeakerID> labelSpeaker(uint32_t label, bool sides) {
 }  // namespace
 
 std::vector<uint32_t> ChannelLabels::labels(const std::optional<ChannelLayout>& layout) {
-    if (!layout) return {};
-    if (layout->tag == useDescriptions) return layout->descriptions;
-    if (layout->tag == useBitmap) return bitmapLabels(layout->bitmap);
+    if (!layout) { return {}; }
+    if (layout->tag == useDescriptions) { return layout->descriptions; }
+    if (layout->tag == useBitmap) { return bitmapLabels(layout->bitmap); }
     // Discrete in order (147) and higher-order Ambisonics (190, 191) name no speakers: none of them is in the table.
     const layout_tags::LayoutTag* entry = layout_tags::find(layout->tag);
-    if (!entry) return {};
+    if (!entry) { return {}; }
     return {entry->labels, entry->labels + entry->channels()};
 }
 
@@ -102,8 +102,8 @@ std::optional<SpeakerList> ChannelLabels::speakers(const std::vector<uint32_t>& 
     std::array<bool, speakerCount> seen{};
     for (const uint32_t label : labels) {
         const std::optional<SpeakerID> speaker = labelSpeaker(label, sides);
-        if (!speaker) return std::nullopt;
-        if (std::exchange(seen[static_cast<size_t>(*speaker)], true)) return std::nullopt;
+        if (!speaker) { return std::nullopt; }
+        if (std::exchange(seen[size_t(*speaker)], true)) { return std::nullopt; }
         out.push_back(*speaker);
     }
     return out;
@@ -157,12 +157,12 @@ std::optional<WaveMask::Mask> WaveMask::mask(const SpeakerList& list) {
     Mask out;
     for (const SpeakerID speaker : list) {
         const std::optional<uint32_t> b = bit(speaker, list);
-        if (!b || (out.mask & *b)) return std::nullopt;
+        if (!b || (out.mask & *b)) { return std::nullopt; }
         out.mask |= *b;
         pairs.emplace_back(*b, speaker);
     }
     std::sort(pairs.begin(), pairs.end());
-    for (const auto& [b, speaker] : pairs) out.order.push_back(speaker);
+    for (const auto& [b, speaker] : pairs) { out.order.push_back(speaker); }
     return out;
 }
 

@@ -15,13 +15,13 @@ SpeakerList quad() {
 }
 
 std::string speakerListName(const SpeakerList& list) {
-    if (list == SpeakerList{C}) return "Mono";
-    if (list == SpeakerList{L, R}) return "Stereo";
-    if (list == quad()) return "Quad";
+    if (list == SpeakerList{C}) { return "Mono"; }
+    if (list == SpeakerList{L, R}) { return "Stereo"; }
+    if (list == quad()) { return "Quad"; }
     for (const LayoutID layout : allLayouts) {
-        if (list == speakers(layout)) return std::string(displayName(layout));
+        if (list == speakers(layout)) { return std::string(displayName(layout)); }
         const SpeakerList* film = filmOrder(layout);
-        if (film && list == *film) return std::string(displayName(layout)) + " Film";
+        if (film && list == *film) { return std::string(displayName(layout)) + " Film"; }
     }
     return std::to_string(list.size()) + "-ch bed";
 }
@@ -29,8 +29,8 @@ std::string speakerListName(const SpeakerList& list) {
 std::string ambisonicName(const Ambisonic& ambisonic) {
     static constexpr std::array<std::string_view, 3> prefixes = {"AmbiX ", "ACN/N3D ", "FuMa "};
     static constexpr std::array<std::string_view, 4> ordinals = {"", "1st", "2nd", "3rd"};
-    return std::string(prefixes[static_cast<size_t>(ambisonic.norm)])
-        .append(ordinals[static_cast<size_t>(std::clamp(ambisonic.order, 0, 3))])
+    return std::string(prefixes[size_t(ambisonic.norm)])
+        .append(ordinals[size_t(std::clamp(ambisonic.order, 0, 3))])
         .append(" order");
 }
 
@@ -67,24 +67,24 @@ constexpr std::array<std::string_view, 3> normNames = {"sn3d", "n3d", "fuma"};
 }  // namespace
 
 std::string_view rawValue(AmbiNorm norm) {
-    return normNames[static_cast<size_t>(norm)];
+    return normNames[size_t(norm)];
 }
 
 std::optional<AmbiNorm> ambiNormFromRaw(std::string_view raw) {
     const auto* at = std::find(normNames.begin(), normNames.end(), raw);
-    if (at == normNames.end()) return std::nullopt;
+    if (at == normNames.end()) { return std::nullopt; }
     return static_cast<AmbiNorm>(at - normNames.begin());
 }
 
 std::string SourceFormat::displayName() const {
-    if (const SpeakerList* list = asSpeakers()) return speakerListName(*list);
-    if (const Ambisonic* ambisonic = asAmbisonic()) return ambisonicName(*ambisonic);
+    if (const SpeakerList* list = asSpeakers()) { return speakerListName(*list); }
+    if (const Ambisonic* ambisonic = asAmbisonic()) { return ambisonicName(*ambisonic); }
     return std::to_string(asDiscrete()->channels) + "-ch discrete";
 }
 
 std::vector<SourceFormat> SourceFormat::options(int channels) {
-    if (channels < 1) return {};
-    if (channels == 1) return {mono()};
+    if (channels < 1) { return {}; }
+    if (channels == 1) { return {mono()}; }
     std::vector<SourceFormat> out = spatialOptions(channels);
     out.push_back(discrete(channels));
     return out;

@@ -49,7 +49,7 @@ const std::array<Layout, allLayouts.size()>& layouts() {
 }
 
 const Layout& entry(LayoutID layout) {
-    return layouts()[static_cast<size_t>(layout)];
+    return layouts()[size_t(layout)];
 }
 
 }  // namespace
@@ -75,25 +75,25 @@ bool isRearLayout(const SpeakerList& list) {
 }
 
 std::string_view rawValue(SpeakerID speaker) {
-    return places[static_cast<size_t>(speaker)].name;
+    return places[size_t(speaker)].name;
 }
 
 std::optional<SpeakerID> speakerFromRaw(std::string_view raw) {
     for (size_t i = 0; i < places.size(); ++i) {
-        if (places[i].name == raw) return static_cast<SpeakerID>(i);
+        if (places[i].name == raw) { return static_cast<SpeakerID>(i); }
     }
     return std::nullopt;
 }
 
 Direction direction(SpeakerID speaker, const SpeakerList& in) {
-    if (speaker == Ls && isRearLayout(in)) return {90, 0};
-    if (speaker == Rs && isRearLayout(in)) return {-90, 0};
-    return places[static_cast<size_t>(speaker)].direction;
+    if (speaker == Ls && isRearLayout(in)) { return {90, 0}; }
+    if (speaker == Rs && isRearLayout(in)) { return {-90, 0}; }
+    return places[size_t(speaker)].direction;
 }
 
 std::string label(SpeakerID speaker, const SpeakerList& in) {
-    if (speaker == Ls && isRearLayout(in)) return "Lss";
-    if (speaker == Rs && isRearLayout(in)) return "Rss";
+    if (speaker == Ls && isRearLayout(in)) { return "Lss"; }
+    if (speaker == Rs && isRearLayout(in)) { return "Rss"; }
     return std::string(rawValue(speaker));
 }
 
@@ -103,7 +103,7 @@ std::string_view rawValue(LayoutID layout) {
 
 std::optional<LayoutID> layoutFromRaw(std::string_view raw) {
     for (const LayoutID layout : allLayouts) {
-        if (rawValue(layout) == raw) return layout;
+        if (rawValue(layout) == raw) { return layout; }
     }
     return std::nullopt;
 }

@@ -7,7 +7,7 @@
 namespace brindlehum {
 
 FileSource::FileSource(const std::filesystem::path& url) : file_(AudioFile::open(url)) {
-    planes_.resize(static_cast<size_t>(file_->facts().channels));
+    planes_.resize(size_t(file_->facts().channels));
 }
 
 ProcessingFormat FileSource::processingFormat() const {
@@ -20,12 +20,10 @@ int64_t FileSource::length() const {
 }
 
 int FileSource::read(float* const* planes, int planeCount, int64_t position, int frames) {
-    if (position < 0 || frames < 1) return 0;
+    if (position < 0 || frames < 1) { return 0; }
     const int channels = file_->facts().channels;
     const int wanted = std::clamp(planeCount, 0, channels);
-    if (wanted < channels && unwanted_.size() < static_cast<size_t>(frames)) {
-        unwanted_.resize(static_cast<size_t>(frames));
-    }
+    if (wanted < channels && unwanted_.size() < size_t(frames)) { unwanted_.resize(size_t(frames)); }
     std::copy_n(planes, wanted, planes_.begin());
     std::fill(planes_.begin() + wanted, planes_.end(), unwanted_.data());
     int got = 0;
@@ -34,7 +32,7 @@ int FileSource::read(float* const* planes, int planeCount, int64_t position, int
     } catch (const Error&) {
         return 0;  // whoever plays or draws can do no more than stop here
     }
-    for (int plane = wanted; plane < planeCount; ++plane) std::fill_n(planes[plane], got, 0.0F);
+    for (int plane = wanted; plane < planeCount; ++plane) { std::fill_n(planes[plane], got, 0.0F); }
     return got;
 }
 

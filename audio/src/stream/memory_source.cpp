@@ -16,10 +16,10 @@ constexpr uint32_t discreteInOrder = 0x930000;
 
 // A sine that dies away as e^(-decay t), t in seconds.
 std::vector<float> clickSound(double sampleRate, double amplitude, double hz, double decay) {
-    std::vector<float> sound(static_cast<size_t>(std::max(std::floor(sampleRate * clickSeconds), 0.0)));
+    std::vector<float> sound(size_t(std::max(std::floor(sampleRate * clickSeconds), 0.0)));
     for (size_t i = 0; i < sound.size(); ++i) {
-        const double t = static_cast<double>(i) / sampleRate;
-        sound[i] = static_cast<float>(amplitude * std::sin(2 * std::numbers::pi * hz * t) * std::exp(-decay * t));
+        const double t = double(i) / sampleRate;
+        sound[i] = float(amplitude * std::sin(2 * std::numbers::pi * hz * t) * std::exp(-decay * t));
     }
     return sound;
 }
@@ -33,27 +33,27 @@ MemorySource::MemorySource(std::vector<std::vector<float>> channels, double samp
       tick_(clickSound(sampleRate, 0.5, 1000, 90)),
       tock_(clickSound(sampleRate, 0.8, 1600, 70)) {
     for (const std::vector<float>& channel : channels_) {
-        if (channel.size() != channels_[0].size()) throw std::invalid_argument("channels of unequal length");
+        if (channel.size() != channels_[0].size()) { throw std::invalid_argument("channels of unequal length"); }
     }
     std::stable_sort(clicks_.begin(), clicks_.end(), [](const Click& a, const Click& b) { return a.frame < b.frame; });
 }
 
 ProcessingFormat MemorySource::processingFormat() const {
-    ProcessingFormat format{sampleRate_, std::max(static_cast<int>(channels_.size()), 1), {}};
-    if (format.channels > 2) format.layout = ChannelLayout{discreteInOrder | uint32_t(format.channels), 0, {}};
+    ProcessingFormat format{sampleRate_, std::max(int(channels_.size()), 1), {}};
+    if (format.channels > 2) { format.layout = ChannelLayout{discreteInOrder | uint32_t(format.channels), 0, {}}; }
     return format;
 }
 
 int64_t MemorySource::length() const {
-    return channels_.empty() ? 0 : static_cast<int64_t>(channels_[0].size());
+    return channels_.empty() ? 0 : int64_t(channels_[0].size());
 }
 
 int MemorySource::read(float* const* planes, int planeCount, int64_t position, int frames) {
-    if (position < 0 || planeCount < 1) return 0;
-    const int count = static_cast<int>(std::min<int64_t>(length() - position, frames));
-    if (count < 1) return 0;
+    if (position < 0 || planeCount < 1) { return 0; }
+    const int count = int(std::min<int64_t>(length() - position, frames));
+    if (count < 1) { return 0; }
     for (int plane = 0; plane < planeCount; ++plane) {
-        const bool given = static_cast<size_t>(plane) < channels_.size();
+        const bool given = size_t(plane) < channels_.size();
         if (given) {
             std::copy_n(channels_[size_t(plane)].begin() + position, count, planes[plane]);
         } else {
@@ -65,7 +65,7 @@ int MemorySource::read(float* const* planes, int planeCount, int64_t position, i
 }
 
 void MemorySource::addClicks(float* const* planes, int planeCount, int64_t position, int frames) const {
-    const auto length = static_cast<int64_t>(tick_.size());
+    const auto length = int64_t(tick_.size());
     auto click = std::partition_point(clicks_.begin(), clicks_.end(),
                                       [&](const Click& each) { return each.frame < position - length; });
     for (; click != clicks_.end() && click->frame < position + frames; ++click) {
@@ -74,7 +74,7 @@ void MemorySource::addClicks(float* const* planes, int planeCount, int64_t posit
         const int64_t to = std::min(click->frame + length, position + frames);
         for (int plane = 0; plane < planeCount; ++plane) {
             for (int64_t frame = from; frame < to; ++frame) {
-                planes[plane][frame - position] += sound[static_cast<size_t>(frame - click->frame)];
+                planes[plane][frame - position] += sound[size_t(frame - click->frame)];
             }
         }
     }

@@ -30,8 +30,8 @@ constexpr auto idleTime = std::chrono::milliseconds(4);
 
 mn_ring* makeRing(int channels, double outputRate) {
     const double frames = std::floor(std::max(leastRingRate, outputRate) * queuedSeconds);
-    if (!(frames <= std::numeric_limits<int32_t>::max())) return nullptr;
-    return mn_ring_create(channels, static_cast<int32_t>(frames));
+    if (!(frames <= std::numeric_limits<int32_t>::max())) { return nullptr; }
+    return mn_ring_create(channels, int32_t(frames));
 }
 
 // Above the interface and the loaders; a refusal (the usual case without a grant) changes nothing that can be heard
@@ -45,9 +45,9 @@ void raisePriority() {
 }  // namespace
 
 void StreamReader::Planes::allocate(int channels) {
-    samples.resize(static_cast<size_t>(channels) * blockFrames);
+    samples.resize(size_t(channels) * blockFrames);
     for (int channel = 0; channel < channels; ++channel) {
-        planes.push_back(samples.data() + static_cast<ptrdiff_t>(channel) * blockFrames);
+        planes.push_back(samples.data() + ptrdiff_t(channel) * blockFrames);
     }
 }
 
@@ -65,44 +65,40 @@ StreamReader::StreamReader(std::unique_ptr<FrameSource> source, double outputRat
     loopEnd_ = std::min(length, loopEnd);
     loop_ = loop && loopStart_ < loopEnd_;
     filePos_ = std::clamp<int64_t>(start, 0, endFrame_);
-    if (loop_ && filePos_ >= loopEnd_) filePos_ = loopStart_;
+    if (loop_ && filePos_ >= loopEnd_) { filePos_ = loopStart_; }
     ratio_ = format.sampleRate / outputRate;
-    virtualPos_ = static_cast<double>(filePos_) - ratio_;
+    virtualPos_ = double(filePos_) - ratio_;
     ring_.reset(makeRing(channels_, outputRate));
-    if (!ring_) throw Error(ErrorKind::ring, "");
+    if (!ring_) { throw Error(ErrorKind::ring, ""); }
     const bool converts = !(std::abs(format.sampleRate - outputRate) <= equalRates);  // also for NaN
     try {
         in_.allocate(channels_);
-        if (converts) out_.allocate(channels_);
+        if (converts) { out_.allocate(channels_); }
         positions_.resize(blockFrames);
-    } catch (const std::bad_alloc&) {
-        throw Error(ErrorKind::conversionMemory, "");
-    }
-    if (!converts) return;
+    } catch (const std::bad_alloc&) { throw Error(ErrorKind::conversionMemory, ""); }
+    if (!converts) { return; }
     try {
         converter_ = std::make_unique<Resampler>(format.sampleRate, outputRate, channels_);
-    } catch (const std::exception&) {
-        throw Error(ErrorKind::resampling, "Can't resample this file");
-    }
+    } catch (const std::exception&) { throw Error(ErrorKind::resampling, "Can't resample this file"); }
 }
 
 StreamReader::~StreamReader() = default;
 
 int StreamReader::read(int64_t limit) {
-    return limit < 1 ? 0 : source_->read(in_.planes.data(), channels_, filePos_, static_cast<int>(limit));
+    return limit < 1 ? 0 : source_->read(in_.planes.data(), channels_, filePos_, int(limit));
 }
 
 // A block never crosses the loop's end: it stops there, and the next one begins at the loop's start.
 StreamReader::Block StreamReader::readSource(int limit) {
     const int64_t hardEnd = loop_ ? loopEnd_ : endFrame_;
-    if (loop_ && filePos_ >= hardEnd) filePos_ = loopStart_;
+    if (loop_ && filePos_ >= hardEnd) { filePos_ = loopStart_; }
     int got = read(std::min<int64_t>(hardEnd - filePos_, limit));
     if (got < 1 && loop_) {
         // The source is shorter than it promised: the loop ends here.
         filePos_ = loopStart_;
         got = read(std::min<int64_t>(hardEnd - filePos_, limit));
     }
-    if (got < 1) return {0, filePos_};
+    if (got < 1) { return {0, filePos_}; }
     const int64_t start = std::exchange(filePos_, filePos_ + got);
     return {got, start};
 }
@@ -113,8 +109,8 @@ bool StreamReader::fillOnce() {
 
 bool StreamReader::fillPlain() {
     const Block block = readSource(blockFrames);
-    if (block.frames < 1) return finish();
-    for (int i = 0; i < block.frames; ++i) positions_[size_t(i)] = static_cast<double>(block.start + i);
+    if (block.frames < 1) { return finish(); }
+    for (int i = 0; i < block.frames; ++i) { positions_[size_t(i)] = double(block.start + i); }
     write(in_, block.frames);
     return true;
 }
@@ -140,11 +136,9 @@ bool StreamReader::fillConverted() {
 }
 
 double StreamReader::positionOf(double virtualPos) const {
-    if (!loop_ || virtualPos < static_cast<double>(loopEnd_)) {
-        return std::min(virtualPos, static_cast<double>(endFrame_));
-    }
-    const auto start = static_cast<double>(loopStart_);
-    return std::fmod(virtualPos - start, static_cast<double>(loopEnd_ - loopStart_)) + start;
+    if (!loop_ || virtualPos < double(loopEnd_)) { return std::min(virtualPos, double(endFrame_)); }
+    const auto start = double(loopStart_);
+    return std::fmod(virtualPos - start, double(loopEnd_ - loopStart_)) + start;
 }
 
 void StreamReader::write(const Planes& block, int frames) {
@@ -159,9 +153,7 @@ bool StreamReader::finish() {
 void StreamReader::start() {
     try {
         std::thread([self = shared_from_this()] { self->run(); }).detach();
-    } catch (const std::system_error&) {
-        throw Error(ErrorKind::ring, "");
-    }
+    } catch (const std::system_error&) { throw Error(ErrorKind::ring, ""); }
 }
 
 void StreamReader::run() {

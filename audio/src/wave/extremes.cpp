@@ -26,13 +26,13 @@ Extremes extremes(const float* samples, int64_t count) noexcept {
     std::array<float, lanes> greatest{};
     least.fill(std::numeric_limits<float>::infinity());
     greatest.fill(-std::numeric_limits<float>::infinity());
-    const auto width = static_cast<int64_t>(lanes);
+    const auto width = int64_t(lanes);
     int64_t i = 0;
     for (; i + width <= count; i += width) {
         const float* group = samples + i;
-        for (size_t lane = 0; lane < lanes; ++lane) take(group[lane], least[lane], greatest[lane]);
+        for (size_t lane = 0; lane < lanes; ++lane) { take(group[lane], least[lane], greatest[lane]); }
     }
-    for (; i < count; ++i) take(samples[i], least[0], greatest[0]);
+    for (; i < count; ++i) { take(samples[i], least[0], greatest[0]); }
     const float min = *std::min_element(least.begin(), least.end());
     const float max = *std::max_element(greatest.begin(), greatest.end());
     return min > max ? Extremes{} : Extremes{min, max};

@@ -26,17 +26,17 @@ struct Load {
     // The owner may cancel between the posting and the call.
     void post(WaveformPtr data) const {
         main([toLoader = loader, update = onUpdate, data = std::move(data)] {
-            if (!toLoader->isCancelled()) update(data);
+            if (!toLoader->isCancelled()) { update(data); }
         });
     }
 
     void run() const {
-        if (loader->isCancelled()) return;
+        if (loader->isCancelled()) { return; }
         const std::unique_ptr<FrameSource> source = open();
         WaveformScan scan(*source);
         double last = now();
         while (scan.step()) {
-            if (loader->isCancelled()) return;
+            if (loader->isCancelled()) { return; }
             if (now() - last > snapshotSeconds) {
                 last = now();
                 post(scan.snapshot());
@@ -74,8 +74,7 @@ WaveformPtr WaveformLoader::overview(const std::filesystem::path& url) {
 
 WaveformPtr WaveformLoader::overview(FrameSource& source) {
     WaveformScan scan(source);
-    while (scan.step()) {
-    }
+    while (scan.step()) {}
     return scan.finish();
 }
 

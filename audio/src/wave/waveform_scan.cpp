@@ -25,34 +25,32 @@ WaveformScan::WaveformScan(FrameSource& source) : source_(source) {
     const int64_t length = std::max<int64_t>(source.length(), 1);
     data_.channels = std::min(source.processingFormat().channels, maxLanes);
     data_.bucketFrames = std::max<int64_t>(length / wantedBuckets, 1);
-    data_.bucketCount = static_cast<int>(wholeBuckets(length, data_.bucketFrames));
+    data_.bucketCount = int(wholeBuckets(length, data_.bucketFrames));
     blockFrames_ = std::max<int64_t>(wantedBlock / data_.bucketFrames, 1) * data_.bucketFrames;
-    if (blockFrames_ > std::numeric_limits<int>::max()) throw Error("The file is too long for an overview");
-    const auto lanes = static_cast<size_t>(data_.channels);
-    const std::vector<float> zeros(static_cast<size_t>(data_.bucketCount));
+    if (blockFrames_ > std::numeric_limits<int>::max()) { throw Error("The file is too long for an overview"); }
+    const auto lanes = size_t(data_.channels);
+    const std::vector<float> zeros(size_t(data_.bucketCount));
     data_.mins.assign(lanes, zeros);
     data_.maxs.assign(lanes, zeros);
-    samples_.resize(lanes * static_cast<size_t>(blockFrames_));
-    for (size_t lane = 0; lane < lanes; ++lane) {
-        planes_.push_back(samples_.data() + lane * static_cast<size_t>(blockFrames_));
-    }
+    samples_.resize(lanes * size_t(blockFrames_));
+    for (size_t lane = 0; lane < lanes; ++lane) { planes_.push_back(samples_.data() + lane * size_t(blockFrames_)); }
 }
 
 bool WaveformScan::step() {
-    if (data_.isComplete()) return false;
+    if (data_.isComplete()) { return false; }
     const int64_t position = data_.loadedBuckets * data_.bucketFrames;
-    const int64_t frames = source_.read(planes_.data(), data_.channels, position, static_cast<int>(blockFrames_));
-    if (frames < 1) return false;
-    for (int lane = 0; lane < data_.channels; ++lane) reduce(lane, frames);
+    const int64_t frames = source_.read(planes_.data(), data_.channels, position, int(blockFrames_));
+    if (frames < 1) { return false; }
+    for (int lane = 0; lane < data_.channels; ++lane) { reduce(lane, frames); }
     const int64_t loaded = data_.loadedBuckets + wholeBuckets(frames, data_.bucketFrames);
-    data_.loadedBuckets = static_cast<int>(std::min<int64_t>(loaded, data_.bucketCount));
+    data_.loadedBuckets = int(std::min<int64_t>(loaded, data_.bucketCount));
     return true;
 }
 
 void WaveformScan::reduce(int lane, int64_t frames) {
-    const auto plane = static_cast<size_t>(lane);
-    auto bucket = static_cast<size_t>(data_.loadedBuckets);
-    const auto end = static_cast<size_t>(data_.bucketCount);
+    const auto plane = size_t(lane);
+    auto bucket = size_t(data_.loadedBuckets);
+    const auto end = size_t(data_.bucketCount);
     for (int64_t at = 0; at < frames && bucket < end; at += data_.bucketFrames, ++bucket) {
         const Extremes found = extremes(planes_[plane] + at, std::min(frames - at, data_.bucketFrames));
         data_.mins[plane][bucket] = found.min;

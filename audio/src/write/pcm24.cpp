@@ -52,7 +52,7 @@ __attribute__((target("avx2"))) void quantiseAvx2(const float* x, int64_t count,
 Quantise fastestQuantise() {
 #if defined(__x86_64__)
     __builtin_cpu_init();
-    if (__builtin_cpu_supports("avx2")) return quantiseAvx2;
+    if (__builtin_cpu_supports("avx2")) { return quantiseAvx2; }
 #endif
     return quantisePlain;
 }

@@ -74,14 +74,15 @@ void WavFileWriter::appendAll(const std::vector<std::vector<float>>& channels) {
 }
 
 void WavFileWriter::appendBlock(std::span<const float* const> planes, int64_t frames, const char* refusal) {
-    if (frames < 1) return;
+    if (frames < 1) { return; }
     const int64_t frameBytes = int64_t(channels_) * WavHeader::bytesPerSample;
-    if (uint64_t(frames) > (maxDataBytes - dataBytes_) / uint64_t(frameBytes))
+    if (uint64_t(frames) > (maxDataBytes - dataBytes_) / uint64_t(frameBytes)) {
         throw Error(ErrorKind::wavSizeLimit, refusal);
+    }
 
     const int64_t most = std::max<int64_t>(writeBytes / frameBytes, 1);
     const auto room = size_t(std::min(most, frames) * frameBytes) + 1;
-    if (scratch_.size() < room) scratch_.resize(room);
+    if (scratch_.size() < room) { scratch_.resize(room); }
     uint64_t end = WavHeader::size + dataBytes_;
     for (int64_t done = 0; done < frames; done += most) {
         const int64_t count = std::min(most, frames - done);

@@ -14,7 +14,7 @@ class Fields {
 public:
     explicit Fields(std::array<uint8_t, size>& bytes) : next_(bytes.data()) {}
     void number(uint32_t value, int bytes) {
-        for (int i = 0; i < bytes; ++i) *next_++ = uint8_t(value >> (8 * i));
+        for (int i = 0; i < bytes; ++i) { *next_++ = uint8_t(value >> (8 * i)); }
     }
     // Cut to the field's length, and zeros behind it.
     void text(std::string_view value, size_t length) {

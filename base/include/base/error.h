@@ -29,7 +29,7 @@ public:
     explicit Error(const std::string& description) : Error(ErrorKind::other, description) {}
     Error(ErrorKind kind, const std::string& description) : std::runtime_error(description), kind_(kind) {}
     ErrorKind kind() const noexcept { return kind_; }
-    int code() const noexcept { return static_cast<int>(kind_); }
+    int code() const noexcept { return int(kind_); }
     static constexpr const char* domain = "Brindlehum";
 
 private:

@@ -11,7 +11,7 @@ namespace brindlehum {
 
 // $HOME when it is an absolute path, else the user database's entry, else "/". Main thread.
 inline std::filesystem::path homeFolder() {
-    if (const char* home = std::getenv("HOME"); home != nullptr && home[0] == '/') return home;
+    if (const char* home = std::getenv("HOME"); home != nullptr && home[0] == '/') { return home; }
     const passwd* entry = getpwuid(getuid());
     return entry != nullptr && entry->pw_dir != nullptr && entry->pw_dir[0] == '/' ? entry->pw_dir : "/";
 }

@@ -12,7 +12,7 @@ inline std::vector<std::string_view> split(std::string_view text, std::string_vi
     for (;;) {
         const size_t end = text.find_first_of(separators);
         parts.push_back(text.substr(0, end));
-        if (end == std::string_view::npos) return parts;
+        if (end == std::string_view::npos) { return parts; }
         text.remove_prefix(end + 1);
     }
 }

@@ -29,13 +29,11 @@ Value reading(ReaderPool& readers, Read read) {
     try {
         const ReaderPool::Lease lease = readers.lease();
         return read(*lease);
-    } catch (const Error&) {
-        return Value();
-    }
+    } catch (const Error&) { return Value(); }
 }
 
 const std::filesystem::path& withFolders(const std::filesystem::path& file) {
-    if (file.has_parent_path()) std::filesystem::create_directories(file.parent_path());
+    if (file.has_parent_path()) { std::filesystem::create_directories(file.parent_path()); }
     return file;
 }
 
@@ -47,8 +45,8 @@ void prepareInTime(Database& database) {
             return prepareCatalog(database);
         } catch (const Error&) {
             const bool busy = (sqlite3_errcode(database.handle()) & 0xFF) == SQLITE_BUSY;
-            if (sqlite3_get_autocommit(database.handle()) == 0) database.exec("ROLLBACK");
-            if (!busy || std::chrono::steady_clock::now() > deadline) throw;
+            if (sqlite3_get_autocommit(database.handle()) == 0) { database.exec("ROLLBACK"); }
+            if (!busy || std::chrono::steady_clock::now() > deadline) { throw; }
         }
         std::this_thread::sleep_for(std::chrono::milliseconds(5));
     }
@@ -89,7 +87,7 @@ std::optional<Catalog::Row> Catalog::row(const std::string& path) {
     return reading<std::optional<Row>>(parts_->readers, [&](Database& database) -> std::optional<Row> {
         Statement select(database,
                          "SELECT path, root, duration, sr, channels, bits, codec, meta FROM files WHERE path = ?");
-        if (!select.bind(path).step()) return std::nullopt;
+        if (!select.bind(path).step()) { return std::nullopt; }
         return readRow(select);
     });
 }
@@ -100,7 +98,7 @@ std::unordered_map<std::string, Catalog::Stamp> Catalog::stamps(const std::strin
         Stamps stamps;
         Statement select(database, "SELECT path, size, mtime FROM files WHERE root = ?");
         select.bind(root);
-        while (select.step()) stamps.emplace(select.text(0), Stamp{select.integer(1), select.real(2)});
+        while (select.step()) { stamps.emplace(select.text(0), Stamp{select.integer(1), select.real(2)}); }
         return select.ok() ? stamps : Stamps();
     });
 }
@@ -127,7 +125,7 @@ void Catalog::storeLogOffset(const std::string& logfile, int64_t offset) {
 std::optional<Catalog::Stamp> Catalog::stamp(const std::string& path) {
     Statement& find = parts_->findStamp;
     std::optional<Stamp> stamp;
-    if (find.bind(path).step()) stamp = Stamp{find.integer(0), find.real(1)};
+    if (find.bind(path).step()) { stamp = Stamp{find.integer(0), find.real(1)}; }
     find.reset();
     return stamp;
 }
@@ -143,11 +141,11 @@ void Catalog::write(const std::function<void()>& job) {
         job();
         parts_->writeTexts();
         settleShortHits(writer, settleFrom, blocksAWrite);
-        if (!parts_->failure.empty()) throw Error(ErrorKind::catalog, parts_->failure);
+        if (!parts_->failure.empty()) { throw Error(ErrorKind::catalog, parts_->failure); }
         writer.exec("COMMIT");
     } catch (...) {
         // SQLite may have rolled back by itself, as on a full disk.
-        if (sqlite3_get_autocommit(writer.handle()) == 0) writer.exec("ROLLBACK");
+        if (sqlite3_get_autocommit(writer.handle()) == 0) { writer.exec("ROLLBACK"); }
         throw;
     }
 }

@@ -9,7 +9,7 @@ namespace {
 
 std::string quoted(const std::string& text) {
     std::string sql = "'";
-    for (const char c : text) sql.append(c == '\'' ? 2 : 1, c);
+    for (const char c : text) { sql.append(c == '\'' ? 2 : 1, c); }
     sql += '\'';
     return sql;
 }
@@ -21,7 +21,7 @@ std::string rootsClause(const std::vector<std::string>& roots) {
         clause += clause.empty() ? " WHERE root IN (" : ",";
         clause += quoted(root);
     }
-    if (!clause.empty()) clause += ')';
+    if (!clause.empty()) { clause += ')'; }
     return clause;
 }
 
@@ -31,7 +31,7 @@ Catalog::Counts counts(const Database& database, const std::string& column, cons
     Statement select(database, "SELECT substr(" + column + ", 2), sum(files) FROM file_counts" + clause +
                                    (clause.empty() ? " WHERE " : " AND ") + column + " != '' GROUP BY " + column +
                                    " ORDER BY 2 DESC LIMIT 200");
-    while (select.step()) counts.emplace_back(select.text(0), select.integer(1));
+    while (select.step()) { counts.emplace_back(select.text(0), select.integer(1)); }
     return select.ok() ? counts : Catalog::Counts();
 }
 
@@ -45,9 +45,7 @@ Catalog::Facets Catalog::facets(const std::vector<std::string>& roots) {
         Statement total(*lease, "SELECT sum(files) FROM file_counts" + clause);
         return {counts(*lease, "category", clause), counts(*lease, "library", clause),
                 total.step() ? total.integer(0) : 0};
-    } catch (const Error&) {
-        return {};
-    }
+    } catch (const Error&) { return {}; }
 }
 
 }  // namespace brindlehum

@@ -15,8 +15,8 @@ bool addFiles(const Database& database, const std::string& column, const std::st
     Statement select(database, "SELECT id FROM files WHERE " + column + " = ?");
     for (select.bind(value); select.step();) {
         const int64_t id = select.integer(0);
-        if (id < 0 || id > mostFileId) return false;
-        if (size_t(id) >= files.size()) files.resize(std::max(size_t(id) + 1, 2 * files.size()));
+        if (id < 0 || id > mostFileId) { return false; }
+        if (size_t(id) >= files.size()) { files.resize(std::max(size_t(id) + 1, 2 * files.size())); }
         files[size_t(id)] = true;
     }
     return select.ok();
@@ -27,11 +27,11 @@ bool narrow(const Database& database, const std::string& column, const std::vect
             std::optional<FileSet>& within) {
     FileSet files;
     for (const std::string& value : values) {
-        if (!addFiles(database, column, value, files)) return false;
+        if (!addFiles(database, column, value, files)) { return false; }
     }
     if (within) {
         files.resize(std::min(files.size(), within->size()));
-        for (size_t id = 0; id < files.size(); ++id) files[id] = files[id] && (*within)[id];
+        for (size_t id = 0; id < files.size(); ++id) { files[id] = files[id] && (*within)[id]; }
     }
     within = std::move(files);
     return true;
@@ -44,9 +44,9 @@ bool narrowed(const Catalog::Filter& filter) {
 // Of what the filter leaves: lists it all before anything is ranked.
 Ids rankListed(const Database& database, const std::string& match, const Catalog::Filter& filter, int limit) {
     std::optional<FileSet> within;
-    if (filter.category && !narrow(database, "category", {*filter.category}, within)) return std::nullopt;
-    if (filter.library && !narrow(database, "library", {*filter.library}, within)) return std::nullopt;
-    if (!filter.roots.empty() && !narrow(database, "root", filter.roots, within)) return std::nullopt;
+    if (filter.category && !narrow(database, "category", {*filter.category}, within)) { return std::nullopt; }
+    if (filter.library && !narrow(database, "library", {*filter.library}, within)) { return std::nullopt; }
+    if (!filter.roots.empty() && !narrow(database, "root", filter.roots, within)) { return std::nullopt; }
     return rankShort(database, match, limit, within);
 }
 
@@ -59,12 +59,12 @@ struct Left {
 
 Left left(const Database& database, const Catalog::Filter& filter) {
     Catalog::Filter counted = filter;  // the names of file_counts begin behind a '='
-    if (counted.category) counted.category->insert(0, 1, '=');
-    if (counted.library) counted.library->insert(0, 1, '=');
+    if (counted.category) { counted.category->insert(0, 1, '='); }
+    if (counted.library) { counted.library->insert(0, 1, '='); }
     const Conditions conditions = conditionsOf(counted);
     Statement select(database,
                      "SELECT total(files) FILTER (WHERE " + conditions.sql + "), total(files) FROM file_counts f");
-    for (size_t i = 0; i < conditions.texts.size(); ++i) select.set(int(i) + 1, conditions.texts[i]);
+    for (size_t i = 0; i < conditions.texts.size(); ++i) { select.set(int(i) + 1, conditions.texts[i]); }
     return select.step() ? Left{select.real(0), select.real(1)} : Left();
 }
 
@@ -72,16 +72,16 @@ Left left(const Database& database, const Catalog::Filter& filter) {
 Ids rankAndAsk(const Database& database, const std::string& match, const Catalog::Filter& filter, int limit,
                int among) {
     const Ids best = rankShort(database, match, among, std::nullopt);
-    if (!best) return std::nullopt;
+    if (!best) { return std::nullopt; }
     const Conditions conditions = conditionsOf(filter);
     Statement select(database, "SELECT 1 FROM files f WHERE f.id = ? AND " + conditions.sql);
     std::vector<int64_t> ids;
     for (const int64_t id : *best) {
-        if (int(ids.size()) == limit) break;
+        if (int(ids.size()) == limit) { break; }
         select.bind(id);
-        for (size_t i = 0; i < conditions.texts.size(); ++i) select.set(int(i) + 2, conditions.texts[i]);
-        if (select.step()) ids.push_back(id);
-        if (!select.ok()) return std::nullopt;
+        for (size_t i = 0; i < conditions.texts.size(); ++i) { select.set(int(i) + 2, conditions.texts[i]); }
+        if (select.step()) { ids.push_back(id); }
+        if (!select.ok()) { return std::nullopt; }
     }
     const bool isAll = int(ids.size()) == limit || int(best->size()) < among;
     return isAll ? std::optional(std::move(ids)) : std::nullopt;
@@ -93,7 +93,7 @@ Ids rankNarrowed(const Database& database, const std::string& match, const Catal
     const Left remaining = left(database, filter);
     const double among = limit / std::max(remaining.share(), 1e-6) * spare;
     if (among * asking < remaining.files) {
-        if (Ids ids = rankAndAsk(database, match, filter, limit, int(among) + 1)) return ids;
+        if (Ids ids = rankAndAsk(database, match, filter, limit, int(among) + 1)) { return ids; }
     }
     return rankListed(database, match, filter, limit);
 }
@@ -102,13 +102,13 @@ Ids rankNarrowed(const Database& database, const std::string& match, const Catal
 Ids rankAll(const Database& database, const std::string& match, int limit) {
     Statement select(database, "SELECT rowid FROM fts WHERE fts MATCH ? ORDER BY bm25(fts, 4.0, 1.0, 2.0) LIMIT ?");
     std::vector<int64_t> ids;
-    for (select.bind(match, limit); select.step();) ids.push_back(select.integer(0));
+    for (select.bind(match, limit); select.step();) { ids.push_back(select.integer(0)); }
     return select.ok() ? std::optional(std::move(ids)) : std::nullopt;
 }
 
 std::string placeholders(size_t count) {
     std::string list;
-    for (size_t i = 0; i < count; ++i) list += i == 0 ? "?" : ",?";
+    for (size_t i = 0; i < count; ++i) { list += i == 0 ? "?" : ",?"; }
     return list;
 }
 
@@ -121,21 +121,21 @@ Conditions conditionsOf(const Catalog::Filter& filter) {
         add(sql);
         conditions.texts.push_back(text);
     };
-    if (filter.category) addText("f.category = ?", *filter.category);
-    if (filter.library) addText("f.library = ?", *filter.library);
-    if (!filter.roots.empty()) add("f.root IN (" + placeholders(filter.roots.size()) + ")");
+    if (filter.category) { addText("f.category = ?", *filter.category); }
+    if (filter.library) { addText("f.library = ?", *filter.library); }
+    if (!filter.roots.empty()) { add("f.root IN (" + placeholders(filter.roots.size()) + ")"); }
     conditions.texts.insert(conditions.texts.end(), filter.roots.begin(), filter.roots.end());
-    if (filter.minRating >= 1) add("f.rating >= " + std::to_string(filter.minRating));
+    if (filter.minRating >= 1) { add("f.rating >= " + std::to_string(filter.minRating)); }
     return conditions;
 }
 
 Ids rankedIds(const Database& database, const Catalog::Filter& filter, int limit) {
     const std::optional<std::string> match = Catalog::matchExpression(filter.query);
-    if (!match || filter.minRating >= 1) return std::nullopt;
+    if (!match || filter.minRating >= 1) { return std::nullopt; }
     if (isShort(database, *match)) {
         Ids ids = narrowed(filter) ? rankNarrowed(database, *match, filter, limit)
                                    : rankShort(database, *match, limit, std::nullopt);
-        if (ids) return ids;
+        if (ids) { return ids; }
     }
     return narrowed(filter) ? std::nullopt : rankAll(database, *match, limit);
 }

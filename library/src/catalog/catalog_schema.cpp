@@ -80,10 +80,10 @@ int64_t version(const Database& database) {
 void makeTables(Database& database) {
     database.setPatience(std::chrono::seconds(20));
     database.exec("BEGIN IMMEDIATE");
-    for (const char* statement : schema) database.exec(statement);
+    for (const char* statement : schema) { database.exec(statement); }
     // Another program may have been first.
     if (version(database) != knownVersion) {
-        for (const char* statement : ownTables) database.exec(statement);
+        for (const char* statement : ownTables) { database.exec(statement); }
     }
     database.exec("COMMIT");
 }
@@ -91,15 +91,17 @@ void makeTables(Database& database) {
 }  // namespace
 
 void prepareCatalog(Database& database) {
-    if (version(database) > knownVersion)
+    if (version(database) > knownVersion) {
         throw Error(ErrorKind::catalog, "The library catalog was made by a newer version");
-    for (const char* pragma : pragmas) database.exec(pragma);
+    }
+    for (const char* pragma : pragmas) { database.exec(pragma); }
     // SQLite opens what it may not write for reading alone, and the schema of a finished catalog writes nothing.
-    if (sqlite3_db_readonly(database.handle(), "main") != 0)
+    if (sqlite3_db_readonly(database.handle(), "main") != 0) {
         throw Error(ErrorKind::catalog, "attempt to write a readonly database");
-    if (version(database) != knownVersion) makeTables(database);
-    for (const char* statement : schema) database.exec(statement);
-    for (const char* statement : look) database.exec(statement);
+    }
+    if (version(database) != knownVersion) { makeTables(database); }
+    for (const char* statement : schema) { database.exec(statement); }
+    for (const char* statement : look) { database.exec(statement); }
 }
 
 }  // namespace brindlehum

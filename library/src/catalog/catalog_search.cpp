@@ -33,9 +33,9 @@ private:
 
 std::string composed(const std::optional<std::string>& match, const Conditions& conditions, int limit) {
     std::string sql = "SELECT f.path, f.root, f.duration, f.sr, f.channels, f.bits, f.codec, f.meta FROM files f";
-    if (match) sql += " JOIN fts ON fts.rowid = f.id";
-    if (match) sql += " WHERE fts MATCH ?" + (conditions.sql.empty() ? "" : " AND " + conditions.sql);
-    if (!match && !conditions.sql.empty()) sql += " WHERE " + conditions.sql;
+    if (match) { sql += " JOIN fts ON fts.rowid = f.id"; }
+    if (match) { sql += " WHERE fts MATCH ?" + (conditions.sql.empty() ? "" : " AND " + conditions.sql); }
+    if (!match && !conditions.sql.empty()) { sql += " WHERE " + conditions.sql; }
     sql += match ? " ORDER BY bm25(fts, 4.0, 1.0, 2.0)" : " ORDER BY f.path";
     return sql + " LIMIT " + std::to_string(limit);
 }
@@ -46,7 +46,7 @@ bool coverAll(const Database& database, const std::vector<std::string>& roots) {
     std::string root;
     for (next.bind(root); next.step(); next.bind(root)) {
         root = next.text(0);
-        if (std::ranges::find(roots, root) == roots.end()) return false;
+        if (std::ranges::find(roots, root) == roots.end()) { return false; }
     }
     return next.ok();
 }
@@ -57,7 +57,7 @@ std::optional<std::vector<Catalog::Row>> rowsOf(const Database& database, const 
     rows.reserve(ids.size());
     Statement select(database, "SELECT path, root, duration, sr, channels, bits, codec, meta FROM files WHERE id = ?");
     for (const int64_t id : ids) {
-        if (!select.bind(id).step()) return std::nullopt;
+        if (!select.bind(id).step()) { return std::nullopt; }
         rows.push_back(readRow(select));
     }
     return rows;
@@ -68,12 +68,12 @@ std::vector<Catalog::Row> rowsByStatement(const Database& database, const Catalo
     const std::optional<std::string> match = Catalog::matchExpression(filter.query);
     const Conditions conditions = conditionsOf(filter);
     Statement select(database, composed(match, conditions, limit));
-    if (!select.ok()) return {};
+    if (!select.ok()) { return {}; }
     int parameter = 0;
-    if (match) select.set(++parameter, *match);
-    for (const std::string& text : conditions.texts) select.set(++parameter, text);
+    if (match) { select.set(++parameter, *match); }
+    for (const std::string& text : conditions.texts) { select.set(++parameter, text); }
     std::vector<Catalog::Row> rows;
-    while (select.step()) rows.push_back(readRow(select));
+    while (select.step()) { rows.push_back(readRow(select)); }
     return select.ok() ? rows : std::vector<Catalog::Row>();
 }
 
@@ -86,14 +86,12 @@ std::vector<Catalog::Row> Catalog::search(const Filter& filter, int limit) {
         const Snapshot snapshot(*lease);
         const Interruptible search(*lease, parts_->interrupts, begun);
         Filter needed = filter;
-        if (coverAll(*lease, filter.roots)) needed.roots.clear();
+        if (coverAll(*lease, filter.roots)) { needed.roots.clear(); }
         const auto ids = rankedIds(*lease, needed, limit);
         std::optional<std::vector<Row>> rows = ids ? rowsOf(*lease, *ids) : std::nullopt;
-        if (!rows && !search.over()) rows = rowsByStatement(*lease, needed, limit);
+        if (!rows && !search.over()) { rows = rowsByStatement(*lease, needed, limit); }
         return rows && !search.over() ? *std::move(rows) : std::vector<Row>();
-    } catch (const Error&) {
-        return {};
-    }
+    } catch (const Error&) { return {}; }
 }
 
 }  // namespace brindlehum

@@ -27,7 +27,7 @@ std::string blanksFor(char character, std::string text) {
 // The directory below the root.
 std::string folders(const std::filesystem::path& path, const std::string& root) {
     std::string folders = path.parent_path();
-    if (folders.starts_with(root)) folders.erase(0, root.size());
+    if (folders.starts_with(root)) { folders.erase(0, root.size()); }
     return blanksFor('/', std::move(folders));
 }
 
@@ -54,7 +54,7 @@ void Catalog::upsert(const std::string& path, const std::string& root, const Sta
 }
 
 void Catalog::Parts::expect(bool done) {
-    if (!done && failure.empty()) failure = sqlite3_errmsg(writer.handle());
+    if (!done && failure.empty()) { failure = sqlite3_errmsg(writer.handle()); }
 }
 
 void Catalog::Parts::writeTexts() {

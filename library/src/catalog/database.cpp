@@ -19,9 +19,9 @@ Database::Database(const std::filesystem::path& file, Access access, std::chrono
     const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_FULLMUTEX;
     const int result = sqlite3_open_v2(file.c_str(), &handle, flags, nullptr);
     handle_.reset(handle);  // to be closed even if it couldn't be opened
-    if (result != SQLITE_OK) cannotOpen();
+    if (result != SQLITE_OK) { cannotOpen(); }
     setPatience(patience);
-    if (access == Access::queryOnly) exec("PRAGMA query_only=1");
+    if (access == Access::queryOnly) { exec("PRAGMA query_only=1"); }
 }
 
 void Database::setPatience(std::chrono::milliseconds patience) {
@@ -33,15 +33,15 @@ void Database::setPatience(std::chrono::milliseconds patience) {
 int Database::goOnWaiting(void* context, int tries) {
     Waiting& waiting = *static_cast<Waiting*>(context);
     const auto now = std::chrono::steady_clock::now();
-    if (tries == 0) waiting.since = now;
-    if (now - waiting.since >= waiting.patience) return 0;
+    if (tries == 0) { waiting.since = now; }
+    if (now - waiting.since >= waiting.patience) { return 0; }
     std::this_thread::sleep_for(std::chrono::milliseconds(1));
     return 1;
 }
 
 void Database::exec(const char* sql) {
     char* text = nullptr;
-    if (sqlite3_exec(handle_.get(), sql, nullptr, nullptr, &text) == SQLITE_OK) return;
+    if (sqlite3_exec(handle_.get(), sql, nullptr, nullptr, &text) == SQLITE_OK) { return; }
     const std::string message = text != nullptr ? text : "SQL error";
     sqlite3_free(text);
     throw Error(ErrorKind::catalog, message);
@@ -54,7 +54,7 @@ Statement::Statement(const Database& database, std::string_view sql) {
 }
 
 void Statement::reset() {
-    if (!statement_) return;  // stays not ok
+    if (!statement_) { return; }  // stays not ok
     sqlite3_reset(statement_.get());
     sqlite3_clear_bindings(statement_.get());
     result_ = SQLITE_OK;
@@ -67,7 +67,7 @@ void Statement::set(int index, std::string_view text) {
 }
 
 void Statement::set(int index, const std::optional<std::string>& text) {
-    if (text) set(index, std::string_view(*text));
+    if (text) { set(index, std::string_view(*text)); }
 }
 
 void Statement::set(int index, int64_t value) {
@@ -87,14 +87,13 @@ void Statement::setPointer(int index, void* pointer, const char* type) {
 }
 
 bool Statement::step() {
-    if (!statement_ || !ok()) return false;
+    if (!statement_ || !ok()) { return false; }
     result_ = sqlite3_step(statement_.get());
     return result_ == SQLITE_ROW;
 }
 
 bool Statement::run() {
-    while (step()) {
-    }
+    while (step()) {}
     return ok();
 }
 

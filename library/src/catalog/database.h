@@ -17,7 +17,8 @@ namespace brindlehum {
 class Database {
 public:
     enum class Access { readWrite, queryOnly };
-    // Creates the file if it isn't there. Throws Error (catalogUnopenable). Waits for other connections' locks as long as `patience`.
+    // Creates the file if it isn't there. Throws Error (catalogUnopenable). Waits for other connections' locks as long
+    // as `patience`.
     Database(const std::filesystem::path& file, Access access, std::chrono::milliseconds patience);
     // Runs statements that give no rows. Throws Error (catalog) with SQLite's message.
     void exec(const char* sql);

@@ -8,8 +8,7 @@
 namespace brindlehum {
 
 inline Catalog::Stamp stampOf(const struct stat& facts) {
-    return {facts.st_size,
-            static_cast<double>(facts.st_mtim.tv_sec) + static_cast<double>(facts.st_mtim.tv_nsec) * 1e-9};
+    return {facts.st_size, double(facts.st_mtim.tv_sec) + double(facts.st_mtim.tv_nsec) * 1e-9};
 }
 
 }  // namespace brindlehum

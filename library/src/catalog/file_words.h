@@ -27,8 +27,8 @@ bool eachChangedFile(const Database& database, Tokenizer& tokenizer, int64_t fir
             tokenizer.eachWord(select.text(column + 1), [&](std::string_view word) {
                 const Beginning letters = beginning(word);
                 ++words;
-                if (letters.one != 0) hits[letters.one] += columnWeights[column];
-                if (letters.two != 0) hits[letters.two] += columnWeights[column];
+                if (letters.one != 0) { hits[letters.one] += columnWeights[column]; }
+                if (letters.two != 0) { hits[letters.two] += columnWeights[column]; }
             });
         }
         use(select.integer(0), words, hits);

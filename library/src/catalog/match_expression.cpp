@@ -19,9 +19,9 @@ constexpr std::string_view wideSpaces[] = {
 // Bytes of the white space at the beginning of `text`. A NUL counts as one, since it would end the query for SQLite.
 size_t spaceLength(std::string_view text) {
     const char c = text[0];
-    if (c == ' ' || (c >= '\t' && c <= '\r') || c == '\0') return 1;
+    if (c == ' ' || (c >= '\t' && c <= '\r') || c == '\0') { return 1; }
     for (const std::string_view space : wideSpaces) {
-        if (text.starts_with(space)) return space.size();
+        if (text.starts_with(space)) { return space.size(); }
     }
     return 0;
 }
@@ -31,11 +31,11 @@ std::vector<std::string_view> tokens(std::string_view query) {
     size_t start = 0;
     for (size_t at = 0; at < query.size();) {
         const size_t space = spaceLength(query.substr(at));
-        if (space != 0 && at > start) all.push_back(query.substr(start, at - start));
+        if (space != 0 && at > start) { all.push_back(query.substr(start, at - start)); }
         at += space != 0 ? space : 1;
-        if (space != 0) start = at;
+        if (space != 0) { start = at; }
     }
-    if (start < query.size()) all.push_back(query.substr(start));
+    if (start < query.size()) { all.push_back(query.substr(start)); }
     return all;
 }
 
@@ -57,9 +57,9 @@ std::string prefixTerms(std::string_view token, Repeats* repeats) {
     std::string terms;
     std::string word;
     const auto close = [&] {
-        if (word.empty()) return;
+        if (word.empty()) { return; }
         const bool isNeeded = repeats == nullptr || !repeats->tooMany(word);
-        if (isNeeded) terms += (terms.empty() ? "\"" : " \"") + word + "\"*";
+        if (isNeeded) { terms += (terms.empty() ? "\"" : " \"") + word + "\"*"; }
         word.clear();
     };
     for (size_t at = 0; at < token.size(); ++at) {
@@ -88,19 +88,19 @@ std::optional<std::string> Catalog::matchExpression(std::string_view query) {
     for (const std::string_view token : tokens(query)) {
         const bool excludes = token.starts_with('-') || token.starts_with("/-");
         std::string terms = prefixTerms(token, excludes ? nullptr : &wanted);
-        if (terms.empty()) continue;
+        if (terms.empty()) { continue; }
         if (excludes) {
             excluded.push_back(std::move(terms));
         } else {
             expression += (expression.empty() ? "" : " AND ") + terms;
         }
     }
-    if (expression.empty()) return std::nullopt;
+    if (expression.empty()) { return std::nullopt; }
     for (size_t i = 0; i < excluded.size(); ++i) {
         expression += i < mostNots ? " NOT " : i > mostNots ? " OR " : " NOT (";
         expression += excluded[i];
     }
-    if (excluded.size() > mostNots) expression += ')';
+    if (excluded.size() > mostNots) { expression += ')'; }
     return expression;
 }
 

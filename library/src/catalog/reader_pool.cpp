@@ -25,13 +25,13 @@ ReaderPool::Lease ReaderPool::lease() {
             idle_.pop_back();
         }
     }
-    if (!database) database = std::make_unique<Database>(file_, Database::Access::queryOnly, patience);
+    if (!database) { database = std::make_unique<Database>(file_, Database::Access::queryOnly, patience); }
     return {*this, std::move(database)};
 }
 
 void ReaderPool::giveBack(std::unique_ptr<Database> database) {
     const std::lock_guard hold(lock_);
-    if (idle_.size() < mostIdle) idle_.push_back(std::move(database));
+    if (idle_.size() < mostIdle) { idle_.push_back(std::move(database)); }
 }
 
 }  // namespace brindlehum

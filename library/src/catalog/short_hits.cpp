@@ -6,10 +6,10 @@ namespace {
 
 // The letter at the beginning of `word`, taken off it; 0 when there is none below U+0800.
 uint32_t takeLetter(std::string_view& word) {
-    if (word.empty()) return 0;
+    if (word.empty()) { return 0; }
     const auto lead = uint8_t(word[0]);
     const size_t length = lead < 0x80 ? 1 : 2;
-    if ((lead >= 0x80 && lead < 0xC2) || lead >= 0xE0 || word.size() < length) return 0;
+    if ((lead >= 0x80 && lead < 0xC2) || lead >= 0xE0 || word.size() < length) { return 0; }
     const uint32_t letter = length == 1 ? lead : uint32_t(lead & 0x1F) << 6 | (uint8_t(word[1]) & 0x3F);
     word.remove_prefix(length);
     return letter;
@@ -17,7 +17,7 @@ uint32_t takeLetter(std::string_view& word) {
 
 // Seven bits a byte, the lowest first.
 void put(std::string& packed, uint32_t value) {
-    for (; value >= 0x80; value >>= 7) packed += char(value | 0x80);
+    for (; value >= 0x80; value >>= 7) { packed += char(value | 0x80); }
     packed += char(value);
 }
 
@@ -26,7 +26,7 @@ uint32_t get(std::string_view packed, size_t& at) {
     for (int shift = 0; at < packed.size() && shift < 32; shift += 7) {
         const auto byte = uint8_t(packed[at++]);
         value |= uint32_t(byte & 0x7F) << shift;
-        if (byte < 0x80) break;
+        if (byte < 0x80) { break; }
     }
     return value;
 }
@@ -35,7 +35,7 @@ uint32_t get(std::string_view packed, size_t& at) {
 
 Beginning beginning(std::string_view word) {
     const uint32_t first = takeLetter(word);
-    if (first == 0) return {};
+    if (first == 0) { return {}; }
     const bool alone = word.empty();
     const uint32_t second = takeLetter(word);
     return {first << 11, second != 0 ? first << 11 | second : 0, alone || (second != 0 && word.empty())};

@@ -24,21 +24,21 @@ struct Totals {
 // FTS5 keeps its totals as one record of SQLite's variable-length integers: rows, then words by column.
 Totals readTotals(const Database& database) {
     Statement select(database, "SELECT block FROM fts_data WHERE id = 1");
-    if (!select.step()) return {};
+    if (!select.step()) { return {}; }
     const std::string_view record = select.blob(0);
     size_t at = 0;
     const auto next = [&] {
         uint64_t value = 0;
         for (int length = 1; at < record.size(); ++length) {
             const auto byte = uint8_t(record[at++]);
-            if (length == 9) return int64_t(value << 8 | byte);
+            if (length == 9) { return int64_t(value << 8 | byte); }
             value = value << 7 | (byte & 0x7F);
-            if (byte < 0x80) break;
+            if (byte < 0x80) { break; }
         }
         return int64_t(value);
     };
     Totals totals{.files = next()};
-    for (size_t column = 0; column < std::size(columnWeights); ++column) totals.words += next();
+    for (size_t column = 0; column < std::size(columnWeights); ++column) { totals.words += next(); }
     return totals;
 }
 
@@ -86,13 +86,13 @@ double rankOfLast(const std::vector<Hit>& hits, size_t limit, const Bm25& bm25) 
     }
     for (size_t i = 0; i < sizes.size(); ++i) {
         const Hit example = Classes::example(i);
-        if (sizes[i] != 0) ranks.emplace_back(bm25(example.hits, example.words), sizes[i]);
+        if (sizes[i] != 0) { ranks.emplace_back(bm25(example.hits, example.words), sizes[i]); }
     }
     std::ranges::sort(ranks);
     size_t reached = 0;
     for (const auto& [rank, size] : ranks) {
         reached += size;
-        if (reached >= limit) return rank;
+        if (reached >= limit) { return rank; }
     }
     return ranks.empty() ? 0 : ranks.back().first;
 }
@@ -108,19 +108,19 @@ std::vector<int64_t> best(const std::vector<Hit>& hits, size_t limit, const Bm25
         } else if (rank = known[Classes::of(hit)]; rank == 0) {
             rank = known[Classes::of(hit)] = bm25(hit.hits, hit.words);
         }
-        if (rank <= last) ranked.emplace_back(rank, hit.id);
+        if (rank <= last) { ranked.emplace_back(rank, hit.id); }
     }
     // FTS5 finds files in the order of their ids, and SQLite keeps that order among equal ranks.
     std::ranges::sort(ranked);
     std::vector<int64_t> ids;
-    for (size_t i = 0; i < std::min(limit, ranked.size()); ++i) ids.push_back(ranked[i].second);
+    for (size_t i = 0; i < std::min(limit, ranked.size()); ++i) { ids.push_back(ranked[i].second); }
     return ids;
 }
 
 Letters lettersOf(const Database& database, const std::string& expression) {
     // One term, of the form that matchExpression gives. Three plain letters or digits are always too many.
     const auto isPlain = [](char c) { return (c >= '0' && c <= '9') || ((c | 0x20) >= 'a' && (c | 0x20) <= 'z'); };
-    if (std::ranges::count(expression, '"') != 2 || std::ranges::count_if(expression, isPlain) > 2) return 0;
+    if (std::ranges::count(expression, '"') != 2 || std::ranges::count_if(expression, isPlain) > 2) { return 0; }
     Tokenizer tokenizer(database);
     int words = 0;
     Beginning letters;
@@ -128,7 +128,7 @@ Letters lettersOf(const Database& database, const std::string& expression) {
         ++words;
         letters = beginning(word);
     });
-    if (words != 1 || !letters.whole) return 0;
+    if (words != 1 || !letters.whole) { return 0; }
     return letters.two != 0 ? letters.two : letters.one;
 }
 
@@ -137,26 +137,26 @@ std::optional<std::vector<Hit>> findHits(const Database& database, Letters lette
     std::vector<Hit> hits;
     Statement changedIds(database, "SELECT id FROM short_changed");
     std::vector<int64_t> changed;
-    while (changedIds.step()) changed.push_back(changedIds.integer(0));
+    while (changedIds.step()) { changed.push_back(changedIds.integer(0)); }
     Statement newest(database, "SELECT max(id) FROM short_hits");
     const int64_t lastBlock = newest.step() ? newest.integer(0) >> lettersBits : 0;
     Statement select(database, "SELECT hits FROM short_hits WHERE id = ?");
-    if (!changedIds.ok() || !newest.ok() || lastBlock >= mostBlocks) return std::nullopt;
+    if (!changedIds.ok() || !newest.ok() || lastBlock >= mostBlocks) { return std::nullopt; }
     for (int64_t block = 0; block <= lastBlock; ++block) {
         const size_t before = hits.size();
-        if (select.bind(hitsKey(block, letters)).step()) unpackHits(select.blob(0), block, hits);
-        if (!select.ok()) return std::nullopt;
+        if (select.bind(hitsKey(block, letters)).step()) { unpackHits(select.blob(0), block, hits); }
+        if (!select.ok()) { return std::nullopt; }
         const auto next = std::ranges::lower_bound(changed, block * filesABlock);
-        if (next == changed.end() || *next >= (block + 1) * filesABlock) continue;
+        if (next == changed.end() || *next >= (block + 1) * filesABlock) { continue; }
         const auto stale = [&](const Hit& hit) { return std::ranges::binary_search(changed, hit.id); };
         hits.erase(std::remove_if(hits.begin() + int64_t(before), hits.end(), stale), hits.end());
     }
     Tokenizer tokenizer(database);
     const auto add = [&](int64_t id, uint32_t words, const auto& counts) {
         const auto found = counts.find(letters);
-        if (found != counts.end()) hits.push_back({id, found->second, words});
+        if (found != counts.end()) { hits.push_back({id, found->second, words}); }
     };
-    if (!eachChangedFile(database, tokenizer, INT64_MIN, INT64_MAX, add)) return std::nullopt;
+    if (!eachChangedFile(database, tokenizer, INT64_MIN, INT64_MAX, add)) { return std::nullopt; }
     return hits;
 }
 
@@ -176,9 +176,9 @@ std::optional<std::vector<int64_t>> rankShort(const Database& database, const st
                                               const std::optional<FileSet>& within) {
     const Letters letters = lettersOf(database, expression);
     const Totals totals = readTotals(database);
-    if (letters == 0 || limit < 0 || tooMuchChanged(database, totals)) return std::nullopt;
+    if (letters == 0 || limit < 0 || tooMuchChanged(database, totals)) { return std::nullopt; }
     std::optional<std::vector<Hit>> hits = findHits(database, letters);
-    if (!hits) return std::nullopt;
+    if (!hits) { return std::nullopt; }
     const Bm25 bm25(totals, int64_t(hits->size()));
     if (within) {
         std::erase_if(*hits, [&](const Hit& hit) {

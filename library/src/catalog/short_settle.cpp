@@ -23,7 +23,7 @@ std::vector<Block> mostChanged(const Database& database, int most) {
         "SELECT id / ? FROM short_changed WHERE id BETWEEN 0 AND ? GROUP BY 1 ORDER BY count(*) DESC LIMIT ?");
     select.bind(filesABlock, mostFileId, most);
     std::vector<Block> blocks;
-    while (select.step()) blocks.push_back({select.integer(0)});
+    while (select.step()) { blocks.push_back({select.integer(0)}); }
     return blocks;
 }
 
@@ -31,7 +31,7 @@ std::set<int64_t> changedIn(const Database& database, const Block& block) {
     Statement select(database, "SELECT id FROM short_changed WHERE id BETWEEN ? AND ?");
     select.bind(block.first(), block.last());
     std::set<int64_t> ids;
-    while (select.step()) ids.insert(select.integer(0));
+    while (select.step()) { ids.insert(select.integer(0)); }
     return ids;
 }
 
@@ -42,9 +42,9 @@ bool collectHits(const Database& database, const Block& block, HitsByLetters& to
     const std::set<int64_t> changed = changedIn(database, block);
     Tokenizer tokenizer(database);
     const auto add = [&](int64_t id, uint32_t words, const auto& hits) {
-        for (const auto& [letters, count] : hits) touched[letters].push_back({id, count, words});
+        for (const auto& [letters, count] : hits) { touched[letters].push_back({id, count, words}); }
     };
-    if (!eachChangedFile(database, tokenizer, block.first(), block.last(), add)) return false;
+    if (!eachChangedFile(database, tokenizer, block.first(), block.last(), add)) { return false; }
     Statement select(database, "SELECT id, hits FROM short_hits WHERE id BETWEEN ? AND ?");
     select.bind(hitsKey(block.number, 0), hitsKey(block.number + 1, 0) - 1);
     std::vector<Hit> hits;
@@ -68,19 +68,19 @@ bool collectHits(const Database& database, const Block& block, HitsByLetters& to
 
 bool settle(const Database& database, const Block& block) {
     HitsByLetters touched;
-    if (!collectHits(database, block, touched)) return false;
+    if (!collectHits(database, block, touched)) { return false; }
     Statement store(database, "INSERT INTO short_hits VALUES (?, ?) ON CONFLICT DO UPDATE SET hits = excluded.hits");
     Statement drop(database, "DELETE FROM short_hits WHERE id = ?");
     for (const auto& [letters, hits] : touched) {
         const int64_t key = hitsKey(block.number, letters);
         if (hits.empty()) {
-            if (!drop.bind(key).run()) return false;
+            if (!drop.bind(key).run()) { return false; }
             continue;
         }
         const std::string packed = packHits(hits);
         store.bind(key);
         store.setBlob(2, packed);
-        if (!store.run()) return false;
+        if (!store.run()) { return false; }
     }
     return Statement(database, "DELETE FROM short_changed WHERE id BETWEEN ? AND ?")
         .bind(block.first(), block.last())
@@ -91,7 +91,7 @@ bool settle(const Database& database, const Block& block) {
 
 bool settleShortHits(const Database& database, int64_t allowed, int mostBlocks) {
     Statement count(database, "SELECT count(*) FROM short_changed");
-    if (!count.step() || count.integer(0) <= allowed) return false;
+    if (!count.step() || count.integer(0) <= allowed) { return false; }
     const std::vector<Block> blocks = mostChanged(database, mostBlocks);
     return !blocks.empty() && std::ranges::all_of(blocks, [&](const Block& block) { return settle(database, block); });
 }

@@ -15,7 +15,7 @@ Tokenizer::Tokenizer(const Database& database) {
     const char* options[] = {"remove_diacritics", "2"};
     const bool found = api != nullptr && api->xFindTokenizer(api, "unicode61", &context, &tokenizer_) == SQLITE_OK &&
                        tokenizer_.xCreate(context, options, 2, &instance_) == SQLITE_OK;
-    if (!found) throw Error(ErrorKind::catalog, "no full-text search in this SQLite");
+    if (!found) { throw Error(ErrorKind::catalog, "no full-text search in this SQLite"); }
 }
 
 Tokenizer::~Tokenizer() {

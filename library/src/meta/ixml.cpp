@@ -25,7 +25,7 @@ std::string replaced(std::string_view text, std::string_view from, std::string_v
     for (size_t at = 0;;) {
         const size_t found = text.find(from, at);
         out += text.substr(at, found - at);
-        if (found == std::string_view::npos) return out;
+        if (found == std::string_view::npos) { return out; }
         out += to;
         at = found + from.size();
     }
@@ -39,7 +39,7 @@ std::string unescaped(std::string_view text) {
     std::string value(text);
     constexpr std::pair<std::string_view, std::string_view> entities[] = {
         {"&lt;", "<"}, {"&gt;", ">"}, {"&quot;", "\""}, {"&apos;", "'"}, {"&amp;", "&"}};
-    for (const auto& [entity, character] : entities) value = replaced(value, entity, character);
+    for (const auto& [entity, character] : entities) { value = replaced(value, entity, character); }
     return std::string(trimmed(value));
 }
 
@@ -51,7 +51,7 @@ std::string element(std::string_view tag, const std::string& content) {
 // The text from behind the first `start` to the next `end`; none when either is missing.
 std::optional<std::string_view> between(std::string_view text, std::string_view start, std::string_view end) {
     const size_t found = text.find(start);
-    if (found == std::string_view::npos) return std::nullopt;
+    if (found == std::string_view::npos) { return std::nullopt; }
     text.remove_prefix(found + start.size());
     const size_t length = text.find(end);
     return length == std::string_view::npos ? std::nullopt : std::optional(text.substr(0, length));
@@ -66,9 +66,9 @@ std::optional<std::string_view> elementText(std::string_view block, std::string_
 std::vector<std::string_view> linesBesideElements(std::string_view block) {
     std::vector<std::string_view> texts;
     const auto note = [&](std::string_view tag) {
-        if (const auto text = elementText(block, tag)) texts.push_back(*text);
+        if (const auto text = elementText(block, tag)) { texts.push_back(*text); }
     };
-    for (const SoundMeta::Tag& tag : SoundMeta::ixmlTags) note(tag.name);
+    for (const SoundMeta::Tag& tag : SoundMeta::ixmlTags) { note(tag.name); }
     note("CATEGORYFULL");
     std::vector<std::string_view> lines = split(block, "\n");
     std::erase_if(lines, [&](std::string_view line) {
@@ -82,8 +82,8 @@ std::vector<std::string_view> linesBesideElements(std::string_view block) {
 // "TAG=value" or "TAG:value" at the start of a line, the tag in any case.
 std::optional<std::string_view> lineText(const std::vector<std::string_view>& lines, std::string_view tag) {
     for (const std::string_view line : lines) {
-        if (line.size() <= tag.size() || (line[tag.size()] != '=' && line[tag.size()] != ':')) continue;
-        if (upperAscii(std::string(line.substr(0, tag.size()))) == tag) return line.substr(tag.size() + 1);
+        if (line.size() <= tag.size() || (line[tag.size()] != '=' && line[tag.size()] != ':')) { continue; }
+        if (upperAscii(std::string(line.substr(0, tag.size()))) == tag) { return line.substr(tag.size() + 1); }
     }
     return std::nullopt;
 }
@@ -91,7 +91,7 @@ std::optional<std::string_view> lineText(const std::vector<std::string_view>& li
 // 0 for what is no whole number.
 int ratingOf(std::string_view text) {
     text = trimmed(text);
-    if (text.starts_with('+') && !text.starts_with("+-")) text.remove_prefix(1);
+    if (text.starts_with('+') && !text.starts_with("+-")) { text.remove_prefix(1); }
     int rating = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), rating);
     return error == std::errc() && end == text.data() + text.size() ? rating : 0;
@@ -110,27 +110,27 @@ std::string userBlock(const SoundMeta& meta) {
     std::string block(userStart);
     for (const SoundMeta::Tag& tag : SoundMeta::ixmlTags) {
         const std::string& value = meta.*tag.field;
-        if (!value.empty()) block += element(tag.name, escaped(value));
+        if (!value.empty()) { block += element(tag.name, escaped(value)); }
     }
     if (!meta.category.empty() || !meta.subCategory.empty()) {
         const bool both = !meta.category.empty() && !meta.subCategory.empty();
         block += element("CATEGORYFULL", escaped(meta.category + (both ? "-" : "") + meta.subCategory));
     }
-    if (meta.rating >= 1) block += element("RATING", std::to_string(meta.rating));
+    if (meta.rating >= 1) { block += element("RATING", std::to_string(meta.rating)); }
     return block + element("EMBEDDER", "Brindlehum") + std::string(userEnd);
 }
 
 SoundMeta parseUSER(std::string_view xml) {
     SoundMeta meta;
     const size_t start = xml.find(userStart);
-    if (start == std::string_view::npos) return meta;
+    if (start == std::string_view::npos) { return meta; }
     xml.remove_prefix(start + userStart.size());
     const std::string_view block = xml.substr(0, xml.find(userEnd));
     const std::vector<std::string_view> lines = linesBesideElements(block);
     for (const SoundMeta::Tag& tag : SoundMeta::ixmlTags) {
         std::optional<std::string_view> text = elementText(block, tag.name);
-        if (!text) text = lineText(lines, tag.name);
-        if (text) meta.*tag.field = unescaped(*text);
+        if (!text) { text = lineText(lines, tag.name); }
+        if (text) { meta.*tag.field = unescaped(*text); }
     }
     meta.rating = ratingOf(elementText(block, "RATING").value_or(""));
     return meta;
@@ -140,8 +140,8 @@ std::string withUserBlock(std::string document, const SoundMeta& meta) {
     const std::string block = userBlock(meta);
     const size_t start = document.find(userStart);
     const size_t end = start == std::string::npos ? start : document.find(userEnd, start);
-    if (end != std::string::npos) return document.replace(start, end + userEnd.size() - start, block);
-    if (document.find(documentEnd) == std::string::npos) document = newDocument;
+    if (end != std::string::npos) { return document.replace(start, end + userEnd.size() - start, block); }
+    if (document.find(documentEnd) == std::string::npos) { document = newDocument; }
     return document.insert(document.find(documentEnd), block);
 }
 

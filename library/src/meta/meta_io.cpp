@@ -33,7 +33,7 @@ SoundMeta commonMetadata(const std::filesystem::path& file) {
                 break;
             case TagKey::creator:
             case TagKey::artist:
-                if (meta.designer.empty()) meta.designer = tag.value;
+                if (meta.designer.empty()) { meta.designer = tag.value; }
                 break;
             case TagKey::subject:
                 meta.keywords = tag.value;
@@ -52,7 +52,7 @@ SoundMeta MetaIO::read(const std::filesystem::path& file) {
     static constexpr std::array chunked = {".wav", ".wave", ".bwf", ".rf64", ".amb"};
     SoundMeta meta = hasExtension(file, chunked) ? RIFFMeta::read(file) : commonMetadata(file);
     meta.fill(SoundMeta::fromFileName(file));
-    if (meta.fxName.empty()) meta.fxName = repairUtf8(file.stem().string());
+    if (meta.fxName.empty()) { meta.fxName = repairUtf8(file.stem().string()); }
     return meta;
 }
 
@@ -62,7 +62,7 @@ bool MetaIO::canWrite(const std::filesystem::path& file) {
 }
 
 ino_t MetaIO::write(const SoundMeta& meta, const std::filesystem::path& file) {
-    if (!canWrite(file)) throw Error(ErrorKind::notEmbeddable, "Embedding is supported for WAV/BWF files");
+    if (!canWrite(file)) { throw Error(ErrorKind::notEmbeddable, "Embedding is supported for WAV/BWF files"); }
     return RIFFMeta::write(meta, file);
 }
 

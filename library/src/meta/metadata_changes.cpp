@@ -4,9 +4,9 @@ namespace brindlehum {
 
 void MetadataChanges::apply(SoundMeta& meta) const {
     for (const auto& [name, text] : fields) {
-        if (const SoundMeta::Tag* tag = SoundMeta::tag(name)) meta.*tag->field = text;
+        if (const SoundMeta::Tag* tag = SoundMeta::tag(name)) { meta.*tag->field = text; }
     }
-    if (rating) meta.rating = *rating;
+    if (rating) { meta.rating = *rating; }
 }
 
 }  // namespace brindlehum

@@ -19,7 +19,7 @@ constexpr size_t bextBytes = 602;  // without a coding history
 
 std::string bextDescription(const FileHandle& file, const std::vector<Chunk>& chunks) {
     const Chunk* bext = find(chunks, "bext");
-    if (!bext) return {};
+    if (!bext) { return {}; }
     const std::string field = content(file, *bext, descriptionBytes);
     return std::string(trimmed(repairUtf8(field.substr(0, field.find('\0')))));
 }
@@ -28,7 +28,7 @@ std::string bextDescription(const FileHandle& file, const std::vector<Chunk>& ch
 std::string descriptionField(std::string text) {
     if (text.size() > descriptionBytes) {
         size_t end = descriptionBytes;
-        while (end > 0 && (uint8_t(text[end]) & 0xC0) == 0x80) --end;
+        while (end > 0 && (uint8_t(text[end]) & 0xC0) == 0x80) { --end; }
         text.resize(end);
     }
     text.resize(descriptionBytes, '\0');
@@ -43,10 +43,10 @@ std::string descriptionField(std::string text) {
 std::optional<std::string> wholeChunk(const FileHandle& file, const std::vector<Chunk>& chunks, std::string_view id) {
     constexpr uint64_t mostBytes = 64 << 20;
     const Chunk* chunk = find(chunks, id);
-    if (!chunk) return std::nullopt;
-    if (chunk->size > mostBytes) refuse();
+    if (!chunk) { return std::nullopt; }
+    if (chunk->size > mostBytes) { refuse(); }
     std::string bytes = content(file, *chunk, chunk->size);
-    if (bytes.size() != chunk->size) throw Error(std::string(id) + " chunk can't be read");
+    if (bytes.size() != chunk->size) { throw Error(std::string(id) + " chunk can't be read"); }
     return bytes;
 }
 
@@ -62,7 +62,7 @@ std::string bextPayload(const FileHandle& file, const std::vector<Chunk>& chunks
         originator.resize(originatorBytes, '\0');
         bext = std::string(descriptionBytes, '\0') + originator;
     }
-    if (bext->size() < bextBytes) bext->resize(bextBytes, '\0');
+    if (bext->size() < bextBytes) { bext->resize(bextBytes, '\0'); }
     return bext->replace(0, descriptionBytes, descriptionField(storable(meta.description)));
 }
 
@@ -77,7 +77,7 @@ bool isOurs(const Chunk& chunk) {
 // Whether the whole of the file is understood well enough to be carried over.
 bool canBeRewritten(const Walk& walk) {
     const Chunk* data = find(walk.chunks, "data");
-    if (!walk.toTheEnd || !data) return false;
+    if (!walk.toTheEnd || !data) { return false; }
     // A recording that was never closed: what follows isn't chunks but sound.
     return data->size > 0 || !walk.cutOff;
 }
@@ -90,9 +90,9 @@ SoundMeta read(const std::filesystem::path& path) {
     try {
         const FileHandle file(path);
         const auto list = chunks(file);
-        if (!list) return meta;
-        if (const Chunk* ixml = find(*list, "iXML")) meta = parseUSER(repairUtf8(content(file, *ixml, mostBytes)));
-        if (meta.description.empty()) meta.description = bextDescription(file, *list);
+        if (!list) { return meta; }
+        if (const Chunk* ixml = find(*list, "iXML")) { meta = parseUSER(repairUtf8(content(file, *ixml, mostBytes))); }
+        if (meta.description.empty()) { meta.description = bextDescription(file, *list); }
     } catch (const Error&) {
         return {};  // a file that can't be opened tells nothing
     }
@@ -103,29 +103,30 @@ ino_t write(const SoundMeta& meta, const std::filesystem::path& path) {
     const std::filesystem::path target = followed(path);
     const FileHandle source(target);
     const std::optional<Walk> walked = walk(source);
-    if (!walked || !canBeRewritten(*walked)) refuse();
+    if (!walked || !canBeRewritten(*walked)) { refuse(); }
     const std::vector<Chunk>& list = walked->chunks;
     const std::string ours =
         chunkOf("bext", bextPayload(source, list, meta)) + chunkOf("iXML", ixmlPayload(source, list, meta));
 
     uint64_t total = 12 + ours.size();
     for (const Chunk& chunk : list) {
-        if (!isOurs(chunk)) total += 8 + chunk.size + chunk.size % 2;
+        if (!isOurs(chunk)) { total += 8 + chunk.size + chunk.size % 2; }
     }
-    if (total - 8 > std::numeric_limits<uint32_t>::max())
+    if (total - 8 > std::numeric_limits<uint32_t>::max()) {
         throw Error(ErrorKind::tooLargeForRiff, "File too large for RIFF");
+    }
 
     FileReplacement out(target, source);
     out.reserve(total);
     out.write("RIFF" + le32(uint32_t(total - 8)) + "WAVE");
     const Chunk* data = find(list, "data");
     for (const Chunk& chunk : list) {
-        if (isOurs(chunk)) continue;
-        if (&chunk == data) out.write(ours);
+        if (isOurs(chunk)) { continue; }
+        if (&chunk == data) { out.write(ours); }
         out.copy(chunk.offset - 8, 4);
         out.write(le32(uint32_t(chunk.size)));
         out.copy(chunk.offset, chunk.size);
-        if (chunk.size % 2) out.write(std::string_view("\0", 1));
+        if (chunk.size % 2) { out.write(std::string_view("\0", 1)); }
     }
     return out.commit();
 }

@@ -11,7 +11,7 @@ namespace {
 
 uint32_t readLE32(const char* bytes) {
     uint32_t value = 0;
-    for (int i = 3; i >= 0; --i) value = value << 8 | uint8_t(bytes[i]);
+    for (int i = 3; i >= 0; --i) { value = value << 8 | uint8_t(bytes[i]); }
     return value;
 }
 
@@ -24,7 +24,7 @@ bool makesSense(const char* header, uint64_t room) {
 // Some writers leave the pad byte of an odd chunk out. They did when the next header makes sense without it only.
 bool padIsMissing(const FileHandle& file, uint64_t position, uint64_t end) {
     char bytes[9] = {};
-    if (position + 8 > end || file.readAt(int64_t(position), bytes, sizeof bytes) < 8) return false;
+    if (position + 8 > end || file.readAt(int64_t(position), bytes, sizeof bytes) < 8) { return false; }
     const uint64_t room = end - position - 8;
     return makesSense(bytes, room) && (room == 0 || !makesSense(bytes + 1, room - 1));
 }
@@ -33,22 +33,22 @@ bool padIsMissing(const FileHandle& file, uint64_t position, uint64_t end) {
 
 std::optional<Walk> walk(const FileHandle& file) {
     char head[12];
-    if (!file.readExactly(0, head, sizeof head)) return std::nullopt;
-    if (std::string_view(head, 4) != "RIFF" || std::string_view(head + 8, 4) != "WAVE") return std::nullopt;
+    if (!file.readExactly(0, head, sizeof head)) { return std::nullopt; }
+    if (std::string_view(head, 4) != "RIFF" || std::string_view(head + 8, 4) != "WAVE") { return std::nullopt; }
     Walk walk;
     const auto end = uint64_t(file.size());
     uint64_t position = sizeof head;
     while (position + 8 <= end) {
         // A recording that was never closed can state no size: its silence then reads as countless empty chunks.
-        if (walk.chunks.size() == mostChunks) return walk;
+        if (walk.chunks.size() == mostChunks) { return walk; }
         char header[8];
-        if (!file.readExactly(int64_t(position), header, sizeof header)) return walk;
+        if (!file.readExactly(int64_t(position), header, sizeof header)) { return walk; }
         const uint64_t stated = readLE32(header + 4);
         const uint64_t room = end - position - 8;
         walk.chunks.push_back({repairUtf8({header, 4}), position + 8, std::min(stated, room)});
         walk.cutOff = stated > room;
         position += 8 + stated;
-        if (stated % 2 != 0 && !padIsMissing(file, position, end)) ++position;
+        if (stated % 2 != 0 && !padIsMissing(file, position, end)) { ++position; }
     }
     walk.toTheEnd = true;
     walk.cutOff |= position < end;
@@ -73,7 +73,7 @@ std::string content(const FileHandle& file, const Chunk& chunk, uint64_t most) {
 
 std::string le32(uint32_t value) {
     std::string bytes;
-    for (int i = 0; i < 4; ++i) bytes += char(value >> 8 * i & 0xFF);
+    for (int i = 0; i < 4; ++i) { bytes += char(value >> 8 * i & 0xFF); }
     return bytes;
 }
 

@@ -24,7 +24,7 @@ const std::array<SoundMeta::Tag, 15> SoundMeta::ixmlTags = {{
 
 const SoundMeta::Tag* SoundMeta::tag(std::string_view name) {
     for (const Tag& tag : ixmlTags) {
-        if (tag.name == name) return &tag;
+        if (tag.name == name) { return &tag; }
     }
     return nullptr;
 }
@@ -33,8 +33,8 @@ std::string SoundMeta::searchText() const {
     std::string text;
     for (const Tag& tag : ixmlTags) {
         const std::string& value = this->*tag.field;
-        if (!tag.searched || value.empty()) continue;
-        if (!text.empty()) text += ' ';
+        if (!tag.searched || value.empty()) { continue; }
+        if (!text.empty()) { text += ' '; }
         text += value;
     }
     return text;
@@ -42,19 +42,19 @@ std::string SoundMeta::searchText() const {
 
 void SoundMeta::fill(const SoundMeta& other) {
     for (const Tag& tag : ixmlTags) {
-        if ((this->*tag.field).empty()) this->*tag.field = other.*tag.field;
+        if ((this->*tag.field).empty()) { this->*tag.field = other.*tag.field; }
     }
-    if (rating == 0) rating = other.rating;
+    if (rating == 0) { rating = other.rating; }
 }
 
 void to_json(nlohmann::json& json, const SoundMeta& meta) {
     json = nlohmann::json::object();
-    for (const SoundMeta::Tag& tag : SoundMeta::ixmlTags) json[std::string(tag.key)] = meta.*tag.field;
+    for (const SoundMeta::Tag& tag : SoundMeta::ixmlTags) { json[std::string(tag.key)] = meta.*tag.field; }
     json["rating"] = meta.rating;
 }
 
 void from_json(const nlohmann::json& json, SoundMeta& meta) {
-    for (const SoundMeta::Tag& tag : SoundMeta::ixmlTags) json.at(std::string(tag.key)).get_to(meta.*tag.field);
+    for (const SoundMeta::Tag& tag : SoundMeta::ixmlTags) { json.at(std::string(tag.key)).get_to(meta.*tag.field); }
     json.at("rating").get_to(meta.rating);
 }
 

@@ -29,10 +29,10 @@ std::string resourceText() {
 UCS::UCS(std::string_view csv) {
     bool header = true;
     for (const std::string_view rest : split(csv, "\r\n")) {
-        if (rest.empty()) continue;
-        if (std::exchange(header, false)) continue;
+        if (rest.empty()) { continue; }
+        if (std::exchange(header, false)) { continue; }
         const std::vector<std::string_view> fields = split(rest, ",");
-        if (fields.size() < 3) continue;
+        if (fields.size() < 3) { continue; }
         const Entry entry{std::string(trimmed(fields[0])), std::string(trimmed(fields[1])),
                           std::string(trimmed(fields[2]))};
         entries_[upperAscii(entry.catID)] = entry;

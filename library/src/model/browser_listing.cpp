@@ -29,7 +29,7 @@ std::vector<BrowserEntry> sortedByName(std::vector<BrowserEntry> entries) {
     keyed.reserve(entries.size());
     for (size_t i = 0; i < entries.size(); ++i) {
         const std::string name = entries[i].url.filename().string();
-        keyed.push_back({collator.sortKey(QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()))), i});
+        keyed.push_back({collator.sortKey(QString::fromUtf8(name.data(), qsizetype(name.size()))), i});
     }
     std::ranges::sort(keyed, [&](const Keyed& a, const Keyed& b) {
         const int order = a.key.compare(b.key);
@@ -37,7 +37,7 @@ std::vector<BrowserEntry> sortedByName(std::vector<BrowserEntry> entries) {
     });
     std::vector<BrowserEntry> sorted;
     sorted.reserve(entries.size());
-    for (const Keyed& item : keyed) sorted.push_back(std::move(entries[item.index]));
+    for (const Keyed& item : keyed) { sorted.push_back(std::move(entries[item.index])); }
     return sorted;
 }
 
@@ -45,14 +45,14 @@ std::vector<BrowserEntry> sortedByName(std::vector<BrowserEntry> entries) {
 
 BrowserListing listForBrowser(const fs::path& folder, Catalog* catalog, const std::function<bool()>& isStale) {
     const std::unique_ptr<DIR, int (*)(DIR*)> open(::opendir(folder.c_str()), &::closedir);
-    if (!open) return {{}, std::error_code(errno, std::generic_category())};
+    if (!open) { return {{}, std::error_code(errno, std::generic_category())}; }
     const std::string real = LibraryScanner::canonical(folder);
     std::vector<BrowserEntry> folders;
     std::vector<BrowserEntry> sounds;
     while (const dirent* item = ::readdir(open.get())) {
         const std::string name = item->d_name;
-        if (name.starts_with('.')) continue;
-        if (isStale()) return {};
+        if (name.starts_with('.')) { continue; }
+        if (isStale()) { return {}; }
         bool isFolder = item->d_type == DT_DIR;
         bool isFile = item->d_type == DT_REG;
         const bool isLink = item->d_type != DT_REG && item->d_type != DT_DIR;  // or not told
@@ -66,12 +66,12 @@ BrowserListing listForBrowser(const fs::path& folder, Catalog* catalog, const st
         } else if (isFile && AudioFileInfo::isAudioPath(name)) {
             BrowserEntry entry{folder / name, false, std::nullopt};
             const std::string path = isLink ? LibraryScanner::canonical(entry.url) : (fs::path(real) / name).string();
-            if (catalog != nullptr) entry.row = catalog->row(path);
+            if (catalog != nullptr) { entry.row = catalog->row(path); }
             sounds.push_back(std::move(entry));
         }
     }
     std::vector<BrowserEntry> all = sortedByName(std::move(folders));
-    for (BrowserEntry& entry : sortedByName(std::move(sounds))) all.push_back(std::move(entry));
+    for (BrowserEntry& entry : sortedByName(std::move(sounds))) { all.push_back(std::move(entry)); }
     return {std::move(all), {}};
 }
 

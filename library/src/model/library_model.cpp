@@ -29,7 +29,7 @@ std::vector<BrowserEntry> entriesOf(std::vector<Catalog::Row> rows) {
 std::string LibraryModel::RealPaths::of(const std::string& path) {
     {
         const std::lock_guard guard(lock_);
-        if (const auto found = known_.find(path); found != known_.end()) return found->second;
+        if (const auto found = known_.find(path); found != known_.end()) { return found->second; }
     }
     std::string real = LibraryScanner::canonical(path);
     const std::lock_guard guard(lock_);
@@ -38,7 +38,7 @@ std::string LibraryModel::RealPaths::of(const std::string& path) {
 
 std::vector<std::string> LibraryModel::RealPaths::of(const std::vector<std::string>& paths) {
     std::vector<std::string> real;
-    for (const std::string& path : paths) real.push_back(of(path));
+    for (const std::string& path : paths) { real.push_back(of(path)); }
     return real;
 }
 
@@ -68,8 +68,8 @@ LibraryModel::~LibraryModel() {
     ++searchGen_;
     ++facetGen_;
     ++metaGen_;
-    if (catalog_) catalog_->interrupt();
-    for (auto& [root, scan] : scans_) scan.thread.request_stop();
+    if (catalog_) { catalog_->interrupt(); }
+    for (auto& [root, scan] : scans_) { scan.thread.request_stop(); }
     edits_.drain();
 }
 
@@ -78,11 +78,9 @@ void LibraryModel::say(std::string message) {
     Q_EMIT messageChanged();
 }
 
-// MARK: folder
-
 void LibraryModel::open(const Path& url) {
     Path plain = url.lexically_normal();
-    if (!plain.has_filename() && plain.has_relative_path()) plain = plain.parent_path();
+    if (!plain.has_filename() && plain.has_relative_path()) { plain = plain.parent_path(); }
     folder_ = std::move(plain);
     entries_.clear();
     folderError_.clear();
@@ -92,11 +90,11 @@ void LibraryModel::open(const Path& url) {
 }
 
 void LibraryModel::refresh() {
-    if (folder_) list(listing_);
+    if (folder_) { list(listing_); }
 }
 
 void LibraryModel::goUp() {
-    if (folder_ && *folder_ != "/") open(folder_->parent_path());
+    if (folder_ && *folder_ != "/") { open(folder_->parent_path()); }
 }
 
 // `announced`: even if the entries turn out to be the same.
@@ -109,41 +107,39 @@ void LibraryModel::list(bool announced) {
             return std::pair(generation, listForBrowser(folder, catalog_.get(), isStale));
         },
         [this, announced](auto& given) {
-            if (listGen_ != given.first) return;
+            if (listGen_ != given.first) { return; }
             listing_ = false;
             BrowserListing& now = given.second;
             const bool same = now.entries == entries_ && now.error == folderError_;
             entries_ = std::move(now.entries);
             folderError_ = now.error;
-            if (announced || !same) Q_EMIT entriesChanged();
+            if (announced || !same) { Q_EMIT entriesChanged(); }
         });
 }
 
-// MARK: searching
-
 void LibraryModel::setQuery(const std::string& query) {
-    if (query == query_) return;
+    if (query == query_) { return; }
     query_ = query;
     Q_EMIT filterChanged();
     scheduleSearch();
 }
 
 void LibraryModel::setCategory(const std::optional<std::string>& category) {
-    if (category == category_) return;
+    if (category == category_) { return; }
     category_ = category;
     Q_EMIT filterChanged();
     scheduleSearch();
 }
 
 void LibraryModel::setLibraryFilter(const std::optional<std::string>& library) {
-    if (library == libraryFilter_) return;
+    if (library == libraryFilter_) { return; }
     libraryFilter_ = library;
     Q_EMIT filterChanged();
     scheduleSearch();
 }
 
 void LibraryModel::clearFilters() {
-    if (query_.empty() && !category_ && !libraryFilter_) return;
+    if (query_.empty() && !category_ && !libraryFilter_) { return; }
     query_.clear();
     category_.reset();
     libraryFilter_.reset();
@@ -157,7 +153,7 @@ bool LibraryModel::isSearching() const {
 
 void LibraryModel::scheduleSearch() {
     ++searchGen_;
-    if (searchRunning_ && catalog_) catalog_->interrupt();
+    if (searchRunning_ && catalog_) { catalog_->interrupt(); }
     if (!catalog_ || !isSearching()) {
         debounce_.reset();
         searchRunning_ = false;
@@ -176,33 +172,31 @@ void LibraryModel::runSearch(const Catalog::Filter& filter) {
         searches_,
         [this, filter, generation = searchGen_.load()] {
             std::pair<uint64_t, std::vector<BrowserEntry>> given{generation, {}};
-            if (searchGen_ != generation) return given;
+            if (searchGen_ != generation) { return given; }
             Catalog::Filter real = filter;
             real.roots = realPaths_.of(filter.roots);
             given.second = entriesOf(catalog_->search(real, resultLimit));
             return given;
         },
         [this](auto& given) {
-            if (searchGen_ != given.first) return;
+            if (searchGen_ != given.first) { return; }
             searchRunning_ = false;
             results_ = std::move(given.second);
             Q_EMIT resultsChanged();
         });
 }
 
-// MARK: facets and metadata
-
 void LibraryModel::refreshFacets() {
-    if (!catalog_) return;
+    if (!catalog_) { return; }
     inBackground(
         facts_,
         [this, roots = settings_.value().libraryRoots, generation = ++facetGen_] {
             std::pair<uint64_t, Catalog::Facets> given{generation, {}};
-            if (facetGen_ == generation) given.second = catalog_->facets(realPaths_.of(roots));
+            if (facetGen_ == generation) { given.second = catalog_->facets(realPaths_.of(roots)); }
             return given;
         },
         [this](auto& given) {
-            if (facetGen_ != given.first) return;
+            if (facetGen_ != given.first) { return; }
             categories_ = std::move(given.second.categories);
             libraries_ = std::move(given.second.libraries);
             indexedCount_ = given.second.total;
@@ -212,7 +206,7 @@ void LibraryModel::refreshFacets() {
 
 void LibraryModel::catalogChanged() {
     refreshFacets();
-    if (isSearching()) scheduleSearch();
+    if (isSearching()) { scheduleSearch(); }
     refresh();
 }
 
@@ -222,13 +216,13 @@ void LibraryModel::readMeta(const Paths& urls, const std::function<void(const st
         [this, urls, generation = ++metaGen_] {
             std::pair<uint64_t, std::vector<SoundMeta>> given{generation, {}};
             for (const Path& url : urls) {
-                if (metaGen_ != generation) break;
+                if (metaGen_ != generation) { break; }
                 given.second.push_back(MetadataSave::current(url, catalog_.get()));
             }
             return given;
         },
         [this, done](const auto& given) {
-            if (metaGen_ == given.first) done(given.second);
+            if (metaGen_ == given.first) { done(given.second); }
         });
 }
 

@@ -20,14 +20,14 @@ std::string number(size_t count) {
 
 std::string failureText(const std::vector<std::string>& failed) {
     std::string text = "Couldn't write " + number(failed.size()) + " file(s): ";
-    for (size_t i = 0; i < failed.size() && i < namesTold; ++i) text += (i == 0 ? "" : ", ") + failed[i];
+    for (size_t i = 0; i < failed.size() && i < namesTold; ++i) { text += (i == 0 ? "" : ", ") + failed[i]; }
     return text;
 }
 
 // The row goes along with its file, so that what stands nowhere else survives. A link is only another name.
 void moveRow(Catalog& catalog, const Catalog::Row& row, const std::filesystem::path& to) {
     struct stat facts {};
-    if (::lstat(to.c_str(), &facts) != 0 || !S_ISREG(facts.st_mode)) return;
+    if (::lstat(to.c_str(), &facts) != 0 || !S_ISREG(facts.st_mode)) { return; }
     const std::string path = LibraryScanner::canonical(to);
     std::optional<AudioFileInfo> info;
     try {
@@ -48,7 +48,7 @@ void moveRow(Catalog& catalog, const Catalog::Row& row, const std::filesystem::p
 }  // namespace
 
 void LibraryModel::save(const MetadataChanges& changes, const Paths& urls) {
-    if (changes.isEmpty() || urls.empty()) return;
+    if (changes.isEmpty() || urls.empty()) { return; }
     inBackground(
         edits_,
         [this, changes, urls, roots = settings_.value().libraryRoots] {
@@ -59,14 +59,12 @@ void LibraryModel::save(const MetadataChanges& changes, const Paths& urls) {
                 if (urls.size() > 1) {
                     loop_.post([self = QPointer(this), i, count = urls.size()] {
                         const std::string text = number(i + 1) + " of " + number(count);
-                        if (self) self->say("Saving metadata to file " + text);
+                        if (self) { self->say("Saving metadata to file " + text); }
                     });
                 }
                 try {
                     MetadataSave::save(urls[i], changes, catalog_.get(), realRoots, user);
-                } catch (const std::exception&) {
-                    failed.push_back(urls[i].filename().string());
-                }
+                } catch (const std::exception&) { failed.push_back(urls[i].filename().string()); }
             }
             return failed;
         },
@@ -77,14 +75,14 @@ void LibraryModel::save(const MetadataChanges& changes, const Paths& urls) {
 }
 
 void LibraryModel::renameToUCS(const Paths& urls) {
-    if (!catalog_) return;
+    if (!catalog_) { return; }
     rename(
         [this, urls] {
             Moves moves;
             for (const Path& url : urls) {
                 const auto row = catalog_->row(LibraryScanner::canonical(url));
                 const auto name = row ? row->meta.ucsFileName() : std::nullopt;
-                if (name) moves.push_back({url, url.parent_path() / (*name + url.extension().string())});
+                if (name) { moves.push_back({url, url.parent_path() / (*name + url.extension().string())}); }
             }
             return moves;
         },
@@ -93,8 +91,10 @@ void LibraryModel::renameToUCS(const Paths& urls) {
 
 void LibraryModel::undoRename() {
     Moves back;
-    for (const Move& move : lastRenames_) back.push_back({move.to, move.from});
-    if (catalog_ && !back.empty()) rename([back] { return back; }, true);
+    for (const Move& move : lastRenames_) { back.push_back({move.to, move.from}); }
+    if (catalog_ && !back.empty()) {
+        rename([back] { return back; }, true);
+    }
 }
 
 // `plan` runs in the background.
@@ -105,8 +105,8 @@ void LibraryModel::rename(std::function<Moves()> plan, bool undoing) {
             Moves done;
             for (const Move& move : plan()) {
                 const auto row = catalog_->row(LibraryScanner::canonical(move.from));
-                if (move.from == move.to || !renameToFreeName(move.from, move.to)) continue;
-                if (row) moveRow(*catalog_, *row, move.to);
+                if (move.from == move.to || !renameToFreeName(move.from, move.to)) { continue; }
+                if (row) { moveRow(*catalog_, *row, move.to); }
                 done.push_back(move);
             }
             return done;
@@ -115,7 +115,7 @@ void LibraryModel::rename(std::function<Moves()> plan, bool undoing) {
             lastRenames_ = undoing ? Moves() : done;
             const std::string count = number(done.size());
             say(undoing ? "Gave " + count + " file(s) their old name again" : "Renamed " + count + " file(s)");
-            if (!done.empty()) Q_EMIT renamed(done);
+            if (!done.empty()) { Q_EMIT renamed(done); }
             rescanAll();
             catalogChanged();
         });

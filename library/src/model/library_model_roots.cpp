@@ -25,10 +25,10 @@ std::optional<LibraryScanner::Progress> LibraryModel::scanProgress(const std::st
 
 void LibraryModel::addRoot(const Path& url) {
     Path plain = std::filesystem::absolute(url).lexically_normal();
-    if (!plain.has_filename() && plain.has_relative_path()) plain = plain.parent_path();
+    if (!plain.has_filename() && plain.has_relative_path()) { plain = plain.parent_path(); }
     const std::string path = plain.string();
     realPaths_.forget(path);
-    if (std::ranges::count(roots(), realPaths_.of(path)) > 0) return;
+    if (std::ranges::count(roots(), realPaths_.of(path)) > 0) { return; }
     settings_.change([&](AppSettings& settings) { settings.libraryRoots.push_back(path); });
     rescan(path);
 }
@@ -53,7 +53,7 @@ void LibraryModel::removeRows(const std::string& root) {
         [this, root, others = settings_.value().libraryRoots] {
             const std::string real = realPaths_.of(root);
             // A second spelling of the same folder keeps its rows.
-            if (std::ranges::count(realPaths_.of(others), real) > 0) return real;
+            if (std::ranges::count(realPaths_.of(others), real) > 0) { return real; }
             try {
                 catalog_->removeRoot(real);
             } catch (const std::exception&) {
@@ -69,7 +69,7 @@ void LibraryModel::rowsRemoved(const std::string& root) {
     // It may have been added again meanwhile; and a root around it has its files now.
     const std::string real = realPaths_.of(root);
     for (const std::string& other : settings_.value().libraryRoots) {
-        if (other == root || !MetadataSave::rootOf(real, {realPaths_.of(other)}).empty()) startScan(other);
+        if (other == root || !MetadataSave::rootOf(real, {realPaths_.of(other)}).empty()) { startScan(other); }
     }
     catalogChanged();
 }
@@ -79,11 +79,11 @@ void LibraryModel::rescan(const std::string& root) {
 }
 
 void LibraryModel::rescanAll() {
-    for (const std::string& root : settings_.value().libraryRoots) startScan(root);
+    for (const std::string& root : settings_.value().libraryRoots) { startScan(root); }
 }
 
 void LibraryModel::startScan(const std::string& root) {
-    if (!catalog_ || removing_.contains(root) || !indexing_.insert(root).second) return;
+    if (!catalog_ || removing_.contains(root) || !indexing_.insert(root).second) { return; }
     ++pending_;
     Scan& scan = scans_[root];
     scan.report = std::make_shared<ScanReport>();
@@ -92,16 +92,16 @@ void LibraryModel::startScan(const std::string& root) {
         {
             const std::lock_guard guard(report->lock);
             report->latest = now;
-            if (std::exchange(report->posted, true)) return;
+            if (std::exchange(report->posted, true)) { return; }
         }
         loop.post([self, root, report] {
             std::unique_lock guard(report->lock);
             report->posted = false;
             const LibraryScanner::Progress latest = report->latest;
             guard.unlock();
-            if (!self) return;
+            if (!self) { return; }
             const auto running = self->scans_.find(root);
-            if (running == self->scans_.end() || running->second.report != report) return;
+            if (running == self->scans_.end() || running->second.report != report) { return; }
             running->second.progress = latest;
             Q_EMIT self->indexingChanged();
         });
@@ -117,7 +117,7 @@ void LibraryModel::startScan(const std::string& root) {
             result.message = error.what();
         }
         loop.post([self, root, result] {
-            if (self) self->scanEnded(root, result);
+            if (self) { self->scanEnded(root, result); }
         });
     });
     Q_EMIT indexingChanged();
@@ -133,7 +133,7 @@ void LibraryModel::scanEnded(const std::string& root, const LibraryScanner::Resu
     }
     if (!result.message) {
         const auto before = rootProblems_.extract(root);
-        if (!before.empty() && message_ == before.mapped()) say({});
+        if (!before.empty() && message_ == before.mapped()) { say({}); }
     } else if (rootProblems_.insert_or_assign(root, *result.message).second) {
         say(*result.message);
     }
@@ -144,13 +144,11 @@ void LibraryModel::scanEnded(const std::string& root, const LibraryScanner::Resu
     });
 }
 
-// MARK: change logs
-
 void LibraryModel::pull() {
-    if (!catalog_ || std::exchange(pulling_, true)) return;
+    if (!catalog_ || std::exchange(pulling_, true)) { return; }
     pullThen(settings_.value().libraryRoots, [this](int applied) {
         pulling_ = false;
-        if (applied < 1) return;
+        if (applied < 1) { return; }
         catalogChanged();
         say(std::to_string(applied) + " metadata changes from your team");
     });

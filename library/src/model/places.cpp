@@ -22,7 +22,7 @@ std::string unescaped(const std::string& text) {
     std::string plain;
     for (size_t i = 0; i < text.size(); ++i) {
         if (text[i] == '\\' && i + 3 < text.size() && std::all_of(&text[i + 1], &text[i] + 4, isOctal)) {
-            plain += static_cast<char>((text[i + 1] - '0') * 64 + (text[i + 2] - '0') * 8 + (text[i + 3] - '0'));
+            plain += char((text[i + 1] - '0') * 64 + (text[i + 2] - '0') * 8 + (text[i + 3] - '0'));
             i += 3;
         } else {
             plain += text[i];
@@ -50,8 +50,8 @@ bool holdsFiles(const std::string& type, const std::string& source) {
 }
 
 bool isForPeople(const std::string& point) {
-    if (point == "/" || point == "/home" || point.find("/.") != std::string::npos) return false;
-    if (isUnder(point, "/run")) return isUnder(point, "/run/media");
+    if (point == "/" || point == "/home" || point.find("/.") != std::string::npos) { return false; }
+    if (isUnder(point, "/run")) { return isUnder(point, "/run/media"); }
     static constexpr std::array systemFolders = {"/boot", "/dev",  "/efi", "/etc", "/lib", "/opt",
                                                  "/proc", "/snap", "/sys", "/tmp", "/usr", "/var"};
     return std::ranges::none_of(systemFolders, [&](const char* folder) { return isUnder(point, folder); });
@@ -68,10 +68,10 @@ std::vector<fs::path> volumesOf(std::string_view mountInfo) {
         std::istringstream words(line);
         const std::vector<std::string> fields{std::istream_iterator<std::string>(words), {}};
         const auto dash = std::ranges::find(fields, "-");
-        if (fields.size() < 6 || fields.end() - dash < 3) continue;
+        if (fields.size() < 6 || fields.end() - dash < 3) { continue; }
         const std::string point = unescaped(fields[4]);
-        if (!holdsFiles(dash[1], dash[2]) || !isForPeople(point)) continue;
-        if (std::ranges::find(volumes, fs::path(point)) == volumes.end()) volumes.emplace_back(point);
+        if (!holdsFiles(dash[1], dash[2]) || !isForPeople(point)) { continue; }
+        if (std::ranges::find(volumes, fs::path(point)) == volumes.end()) { volumes.emplace_back(point); }
     }
     return volumes;
 }
@@ -85,7 +85,7 @@ std::vector<fs::path> placesOf(const std::string& pullsFolder) {
                                     standardFolder(QStandardPaths::DownloadLocation), pullsFolder};
     std::ifstream table("/proc/self/mountinfo");
     const std::string text{std::istreambuf_iterator<char>(table), {}};
-    for (fs::path& volume : volumesOf(text)) places.push_back(std::move(volume));
+    for (fs::path& volume : volumesOf(text)) { places.push_back(std::move(volume)); }
     return places;
 }
 

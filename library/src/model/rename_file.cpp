@@ -9,12 +9,12 @@
 namespace brindlehum {
 
 bool renameToFreeName(const std::filesystem::path& from, const std::filesystem::path& to) {
-    if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return true;
-    if (errno != EINVAL && errno != ENOSYS) return false;
+    if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) { return true; }
+    if (errno != EINVAL && errno != ENOSYS) { return false; }
     // Where the file system knows no such renaming, a second name does the same; where it knows no second names, only
     // a look remains.
-    if (::link(from.c_str(), to.c_str()) == 0) return ::unlink(from.c_str()) == 0;
-    if (errno == EEXIST || ::faccessat(AT_FDCWD, to.c_str(), F_OK, AT_SYMLINK_NOFOLLOW) == 0) return false;
+    if (::link(from.c_str(), to.c_str()) == 0) { return ::unlink(from.c_str()) == 0; }
+    if (errno == EEXIST || ::faccessat(AT_FDCWD, to.c_str(), F_OK, AT_SYMLINK_NOFOLLOW) == 0) { return false; }
     return ::rename(from.c_str(), to.c_str()) == 0;
 }
 

@@ -41,10 +41,10 @@ std::string quotedName(const std::string& root) {
 std::unordered_set<std::string> mountPointsOf(const std::filesystem::path& table) {
     std::unordered_set<std::string> points;
     FILE* file = ::setmntent(table.c_str(), "re");
-    if (file == nullptr) return points;
+    if (file == nullptr) { return points; }
     mntent entry{};
     std::array<char, 4096> buffer{};
-    while (::getmntent_r(file, &entry, buffer.data(), buffer.size()) != nullptr) points.insert(entry.mnt_dir);
+    while (::getmntent_r(file, &entry, buffer.data(), buffer.size()) != nullptr) { points.insert(entry.mnt_dir); }
     ::endmntent(file);
     return points;
 }
@@ -56,14 +56,14 @@ public:
 
     Result run() {
         const TreeWalk walk = find();
-        if (options_.stop.stop_requested()) return ended(Result::Outcome::cancelled);
+        if (options_.stop.stop_requested()) { return ended(Result::Outcome::cancelled); }
         if (const auto reason = unreachable(walk)) {
             result_.message = *reason;
             return ended(Result::Outcome::unreachable);
         }
         readChanged();
-        if (!options_.stop.stop_requested()) removeVanished();
-        if (!options_.stop.stop_requested()) catalog_.settle();
+        if (!options_.stop.stop_requested()) { removeVanished(); }
+        if (!options_.stop.stop_requested()) { catalog_.settle(); }
         return ended(options_.stop.stop_requested() ? Result::Outcome::cancelled : Result::Outcome::complete);
     }
 
@@ -75,14 +75,14 @@ private:
     }
 
     void report() const {
-        if (options_.progress) options_.progress(progress_);
+        if (options_.progress) { options_.progress(progress_); }
     }
 
     // Leaves in rows_ what wasn't seen.
     TreeWalk find() {
         std::vector<std::string> others;
         for (const std::string& other : options_.otherRoots) {
-            if (isBelow(other, root_)) others.push_back(other);
+            if (isBelow(other, root_)) { others.push_back(other); }
         }
         report();
         TreeWalk walk =
@@ -90,21 +90,21 @@ private:
                 ++progress_.found;
                 const auto row = rows_.find(path);
                 const bool unchanged = row != rows_.end() && isSame(row->second, stamp);
-                if (row != rows_.end()) rows_.erase(row);
+                if (row != rows_.end()) { rows_.erase(row); }
                 if (unchanged) {
                     ++progress_.done;
                 } else {
                     work_.push_back({path, stamp});
                 }
-                if (progress_.found % filesAReport == 0) report();
+                if (progress_.found % filesAReport == 0) { report(); }
             });
         // What another root owns by now isn't this scan's to remove.
         leftAlone_.insert(others.begin(), others.end());
         unread_.insert(walk.unread.begin(), walk.unread.end());
-        if (rows_.empty() || walk.empty.empty()) return walk;
+        if (rows_.empty() || walk.empty.empty()) { return walk; }
         const auto mountPoints = mountPointsOf(options_.mountTable);
         for (const std::string& folder : walk.empty) {
-            if (mountPoints.contains(folder)) unread_.insert(folder);
+            if (mountPoints.contains(folder)) { unread_.insert(folder); }
         }
         return walk;
     }
@@ -115,7 +115,7 @@ private:
         if (walk.openError != 0) {
             return name + " can't be reached (" + std::strerror(walk.openError) + "); what is known of it is kept";
         }
-        if (walk.exchanged) return name + " went away during the scan; what is known of it is kept";
+        if (walk.exchanged) { return name + " went away during the scan; what is known of it is kept"; }
         // Rows that weren't seen are all that is left in rows_, and here nothing was seen.
         if (!walk.anythingThere && !rows_.empty()) {
             return name + " is empty, as if its volume weren't there; what is known of it is kept";
@@ -130,12 +130,12 @@ private:
         while (true) {
             const int64_t before = progress_.done;
             const auto slice = reader.next([&](size_t read) {
-                progress_.done = before + static_cast<int64_t>(read);
+                progress_.done = before + int64_t(read);
                 report();
             });
-            if (slice.empty()) break;
+            if (slice.empty()) { break; }
             write(slice);
-            progress_.done = before + static_cast<int64_t>(slice.size());
+            progress_.done = before + int64_t(slice.size());
             report();
         }
     }
@@ -144,7 +144,7 @@ private:
         int64_t written = 0;
         try {
             catalog_.write([&] {
-                for (const ReadFile& read : slice) written += upsert(read) ? 1 : 0;
+                for (const ReadFile& read : slice) { written += upsert(read) ? 1 : 0; }
             });
             result_.read += written;
         } catch (const std::exception& error) {
@@ -163,13 +163,13 @@ private:
         const std::string& path = read.file.path;
         struct stat facts {};
         const bool looked = ::lstat(path.c_str(), &facts) == 0;
-        if (!looked && (errno == ENOENT || errno == ENOTDIR)) return false;
+        if (!looked && (errno == ENOENT || errno == ENOTDIR)) { return false; }
         // The walk sees files whose whole path is too long to be asked for.
         const Catalog::Stamp now = looked ? stampOf(facts) : read.file.stamp;
         if (const auto stamp = catalog_.stamp(path); stamp && isSame(*stamp, now)) {
             // Only the root can be another: the file is that of a root within this one, or around it, until now.
             const auto row = catalog_.row(path);
-            if (!row || row->root == root_) return false;
+            if (!row || row->root == root_) { return false; }
             catalog_.upsert(path, root_, now, read.info, row->meta);
         } else if (isSame(now, read.file.stamp)) {
             catalog_.upsert(path, root_, now, read.info, read.meta);
@@ -184,7 +184,7 @@ private:
         std::vector<std::string> vanished;
         int64_t unseen = 0;
         for (const auto& [path, stamp] : rows_) {
-            if (isPartOf(path, leftAlone_)) continue;
+            if (isPartOf(path, leftAlone_)) { continue; }
             if (isPartOf(path, unread_)) {
                 ++unseen;
             } else {
@@ -201,9 +201,9 @@ private:
             const size_t end = std::min(first + removalsAtOnce, vanished.size());
             try {
                 catalog_.write([&] {
-                    for (size_t i = first; i < end; ++i) catalog_.remove(vanished[i]);
+                    for (size_t i = first; i < end; ++i) { catalog_.remove(vanished[i]); }
                 });
-                result_.removed += static_cast<int64_t>(end - first);
+                result_.removed += int64_t(end - first);
             } catch (const std::exception& error) {
                 // They are found missing again.
                 tellWriteFailure(error);
@@ -213,9 +213,9 @@ private:
 
     // The path itself or a folder above it is one of them.
     static bool isPartOf(const std::string& path, const std::unordered_set<std::string>& places) {
-        if (places.empty()) return false;
+        if (places.empty()) { return false; }
         for (size_t end = path.size(); end != 0 && end != std::string::npos; end = path.rfind('/', end - 1)) {
-            if (places.contains(path.substr(0, end))) return true;
+            if (places.contains(path.substr(0, end))) { return true; }
         }
         return false;
     }
@@ -241,7 +241,7 @@ std::string canonical(const std::filesystem::path& path) {
     }
     std::error_code error;
     std::filesystem::path plain = std::filesystem::absolute(path, error).lexically_normal();
-    if (!plain.has_filename() && plain.has_relative_path()) plain = plain.parent_path();
+    if (!plain.has_filename() && plain.has_relative_path()) { plain = plain.parent_path(); }
     return plain.string();
 }
 

@@ -19,7 +19,7 @@ constexpr std::chrono::milliseconds waitStep{200};
 
 // All scans share them, so that several roots side by side don't read on more threads than there are cores.
 WorkerPool& readers() {
-    static WorkerPool pool(static_cast<int>(std::thread::hardware_concurrency()), "Brindlehum.scan");
+    static WorkerPool pool(int(std::thread::hardware_concurrency()), "Brindlehum.scan");
     return pool;
 }
 
@@ -41,8 +41,7 @@ ReadFile readSoundFile(FoundFile file) {
     }
     try {
         read.meta = MetaIO::read(read.file.path);
-    } catch (const std::exception&) {
-    }
+    } catch (const std::exception&) {}
     return read;
 }
 
@@ -60,7 +59,7 @@ void SliceReader::readAhead() {
     while (ahead_.size() < slicesAhead && begun_ < files_.size()) {
         const auto slice = std::make_shared<Slice>();
         const size_t end = std::min(begun_ + filesASlice_, files_.size());
-        for (; begun_ < end; ++begun_) slice->files.push_back({std::move(files_[begun_]), std::nullopt, {}});
+        for (; begun_ < end; ++begun_) { slice->files.push_back({std::move(files_[begun_]), std::nullopt, {}}); }
         for (size_t first = 0; first < slice->files.size(); first += filesAJob) {
             const size_t count = std::min(filesAJob, slice->files.size() - first);
             readers().async([slice, first, count, stop = stop_] {
@@ -79,7 +78,7 @@ void SliceReader::readAhead() {
 
 std::vector<ReadFile> SliceReader::next(const std::function<void(size_t)>& onWait) {
     readAhead();
-    if (ahead_.empty()) return {};
+    if (ahead_.empty()) { return {}; }
     const auto slice = ahead_.front();
     ahead_.pop_front();
     std::unique_lock guard(slice->lock);
@@ -89,7 +88,7 @@ std::vector<ReadFile> SliceReader::next(const std::function<void(size_t)>& onWai
         onWait(done);
         guard.lock();
     }
-    if (stop_.stop_requested()) return {};
+    if (stop_.stop_requested()) { return {}; }
     return std::move(slice->files);
 }
 

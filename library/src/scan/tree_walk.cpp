@@ -25,9 +25,9 @@ using Folder = std::unique_ptr<DIR, CloseFolder>;
 
 Folder openFolder(const char* path, int extraFlags) {
     const int descriptor = ::open(path, O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK | extraFlags);
-    if (descriptor < 0) return nullptr;
+    if (descriptor < 0) { return nullptr; }
     DIR* folder = ::fdopendir(descriptor);
-    if (folder == nullptr) ::close(descriptor);
+    if (folder == nullptr) { ::close(descriptor); }
     return Folder(folder);
 }
 
@@ -38,11 +38,11 @@ bool meansGone(int error) {
 
 bool hasSoundExtension(std::string_view name) {
     const size_t dot = name.rfind('.');
-    if (dot == std::string_view::npos || dot == 0) return false;
+    if (dot == std::string_view::npos || dot == 0) { return false; }
     const std::string_view extension = name.substr(dot + 1);
     return std::ranges::any_of(AudioFileInfo::audioExtensions, [&](std::string_view known) {
         return std::ranges::equal(extension, known, [](char c, char lower) {
-            return (c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c) == lower;
+            return (c >= 'A' && c <= 'Z' ? char(c + ('a' - 'A')) : c) == lower;
         });
     });
 }
@@ -86,9 +86,9 @@ private:
         while (true) {
             errno = 0;
             const dirent* item = ::readdir(folder);
-            if (item == nullptr) break;
+            if (item == nullptr) { break; }
             const std::string_view name = item->d_name;
-            if (name == "." || name == "..") continue;
+            if (name == "." || name == "..") { continue; }
             isEmpty = false;
             if (name.starts_with('.')) {
                 result_.anythingThere |= isRoot && name == changeLogFolder;
@@ -109,11 +109,11 @@ private:
     // The item at path_.
     void take(int folder, const dirent& item) {
         const bool isSound = hasSoundExtension(item.d_name);
-        if (item.d_type == DT_DIR) return enter();
-        if (item.d_type != DT_UNKNOWN && (item.d_type != DT_REG || !isSound)) return;
+        if (item.d_type == DT_DIR) { return enter(); }
+        if (item.d_type != DT_UNKNOWN && (item.d_type != DT_REG || !isSound)) { return; }
         struct stat facts {};
         if (::fstatat(folder, item.d_name, &facts, AT_SYMLINK_NOFOLLOW) != 0) {
-            if (!meansGone(errno)) result_.unread.push_back(path_);
+            if (!meansGone(errno)) { result_.unread.push_back(path_); }
         } else if (S_ISDIR(facts.st_mode)) {
             enter();
         } else if (S_ISREG(facts.st_mode) && isSound) {
@@ -122,7 +122,7 @@ private:
     }
 
     void enter() {
-        if (std::ranges::find(leftOut_, path_) == leftOut_.end()) waiting_.push_back(path_);
+        if (std::ranges::find(leftOut_, path_) == leftOut_.end()) { waiting_.push_back(path_); }
     }
 
     const std::vector<std::string>& leftOut_;

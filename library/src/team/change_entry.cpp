@@ -18,27 +18,25 @@ std::string isoTime(sys_seconds time) {
     const std::chrono::year_month_day date{day};
     const std::chrono::hh_mm_ss clock{time - day};
     std::array<char, 40> text{};
-    std::snprintf(text.data(), text.size(), "%04d-%02u-%02uT%02d:%02d:%02dZ", static_cast<int>(date.year()),
-                  static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
-                  static_cast<int>(clock.hours().count()), static_cast<int>(clock.minutes().count()),
-                  static_cast<int>(clock.seconds().count()));
+    std::snprintf(text.data(), text.size(), "%04d-%02u-%02uT%02d:%02d:%02dZ", int(date.year()), unsigned(date.month()),
+                  unsigned(date.day()), int(clock.hours().count()), int(clock.minutes().count()),
+                  int(clock.seconds().count()));
     return text.data();
 }
 
 // The offset from UTC at the end of a time: "Z", "+02:00" or "-0530".
 std::optional<std::chrono::minutes> isoOffset(const std::string& text) {
-    if (text == "Z" || text == "z") return std::chrono::minutes(0);
+    if (text == "Z" || text == "z") { return std::chrono::minutes(0); }
     unsigned hours = 0;
     unsigned minutes = 0;
     char sign = 0;
     int end = 0;
     const auto wholly = [&](const char* form) {
         end = 0;
-        return std::sscanf(text.c_str(), form, &sign, &hours, &minutes, &end) == 3 &&
-               end == static_cast<int>(text.size());
+        return std::sscanf(text.c_str(), form, &sign, &hours, &minutes, &end) == 3 && end == int(text.size());
     };
-    if (!wholly("%1c%2u:%2u%n") && !wholly("%1c%2u%2u%n")) return std::nullopt;
-    if ((sign != '+' && sign != '-') || hours > 23 || minutes > 59) return std::nullopt;
+    if (!wholly("%1c%2u:%2u%n") && !wholly("%1c%2u%2u%n")) { return std::nullopt; }
+    if ((sign != '+' && sign != '-') || hours > 23 || minutes > 59) { return std::nullopt; }
     const std::chrono::minutes offset{hours * 60 + minutes};
     return sign == '-' ? -offset : offset;
 }
@@ -51,23 +49,23 @@ std::optional<sys_seconds> parseTime(const std::string& text) {
                     &end) != 6) {
         return std::nullopt;
     }
-    auto rest = static_cast<size_t>(end);
-    if (rest < text.size() && text[rest] == '.') rest = text.find_first_not_of("0123456789", rest + 1);
-    if (rest == std::string::npos) return std::nullopt;
+    auto rest = size_t(end);
+    if (rest < text.size() && text[rest] == '.') { rest = text.find_first_not_of("0123456789", rest + 1); }
+    if (rest == std::string::npos) { return std::nullopt; }
     const auto offset = isoOffset(text.substr(rest));
     const std::chrono::year_month_day date{std::chrono::year(year), std::chrono::month(part[0]),
                                            std::chrono::day(part[1])};
     constexpr unsigned leapSecond = 60;
-    if (!offset || !date.ok() || part[2] > 23 || part[3] > 59 || part[4] > leapSecond) return std::nullopt;
+    if (!offset || !date.ok() || part[2] > 23 || part[3] > 59 || part[4] > leapSecond) { return std::nullopt; }
     return sys_seconds(std::chrono::sys_days(date)) + std::chrono::hours(part[2]) + std::chrono::minutes(part[3]) +
            std::chrono::seconds(part[4]) - *offset;
 }
 
 std::optional<int> intOf(const json& value) {
-    if (!value.is_number()) return std::nullopt;
+    if (!value.is_number()) { return std::nullopt; }
     const auto number = value.get<double>();
-    if (number < std::numeric_limits<int>::min() || number > std::numeric_limits<int>::max()) return std::nullopt;
-    const int whole = static_cast<int>(number);
+    if (number < std::numeric_limits<int>::min() || number > std::numeric_limits<int>::max()) { return std::nullopt; }
+    const int whole = int(number);
     return whole == number ? std::optional(whole) : std::nullopt;
 }
 
@@ -75,17 +73,15 @@ std::optional<int> intOf(const json& value) {
 
 std::optional<std::string> Entry::encoded() const {
     json object = {{"path", path}, {"fields", changes.fields}, {"user", user}, {"time", isoTime(time)}};
-    if (changes.rating) object["rating"] = *changes.rating;
+    if (changes.rating) { object["rating"] = *changes.rating; }
     try {
         return object.dump();
-    } catch (const json::exception&) {
-        return std::nullopt;
-    }
+    } catch (const json::exception&) { return std::nullopt; }
 }
 
 std::optional<Entry> Entry::decode(std::string_view line) {
     const json object = json::parse(line, nullptr, /*allow_exceptions=*/false);
-    if (!object.is_object()) return std::nullopt;
+    if (!object.is_object()) { return std::nullopt; }
     Entry entry;
     try {
         object.at("path").get_to(entry.path);
@@ -94,14 +90,12 @@ std::optional<Entry> Entry::decode(std::string_view line) {
         }
         object.at("user").get_to(entry.user);
         const auto time = parseTime(object.at("time").get<std::string>());
-        if (!time) return std::nullopt;
+        if (!time) { return std::nullopt; }
         entry.time = *time;
-    } catch (const json::exception&) {
-        return std::nullopt;
-    }
+    } catch (const json::exception&) { return std::nullopt; }
     if (const auto rating = object.find("rating"); rating != object.end() && !rating->is_null()) {
         entry.changes.rating = intOf(*rating);
-        if (!entry.changes.rating) return std::nullopt;
+        if (!entry.changes.rating) { return std::nullopt; }
     }
     return entry;
 }

@@ -23,7 +23,7 @@ class Descriptor {
 public:
     explicit Descriptor(int number) : number_(number) {}
     ~Descriptor() {
-        if (number_ >= 0) ::close(number_);
+        if (number_ >= 0) { ::close(number_); }
     }
     Descriptor(const Descriptor&) = delete;
     Descriptor& operator=(const Descriptor&) = delete;
@@ -45,9 +45,9 @@ bool endsInsideALine(int log) {
 // file there. False when a link leads elsewhere.
 bool makeFolders(const std::filesystem::path& root, const std::filesystem::path& folder, mode_t mode) {
     struct stat facts {};
-    if (folder == root) return true;
-    if (!makeFolders(root, folder.parent_path(), mode)) return false;
-    if (::mkdir(folder.c_str(), mode) == 0) ::chmod(folder.c_str(), mode);
+    if (folder == root) { return true; }
+    if (!makeFolders(root, folder.parent_path(), mode)) { return false; }
+    if (::mkdir(folder.c_str(), mode) == 0) { ::chmod(folder.c_str(), mode); }
     return ::lstat(folder.c_str(), &facts) == 0 && S_ISDIR(facts.st_mode);
 }
 
@@ -56,9 +56,9 @@ bool makeFolders(const std::filesystem::path& root, const std::filesystem::path&
 void writeAll(int log, std::string_view text) {
     while (!text.empty()) {
         const ssize_t written = ::write(log, text.data(), text.size());
-        if (written < 0 && errno == EINTR) continue;
-        if (written <= 0) return;
-        text.remove_prefix(static_cast<size_t>(written));
+        if (written < 0 && errno == EINTR) { continue; }
+        if (written <= 0) { return; }
+        text.remove_prefix(size_t(written));
     }
 }
 
@@ -66,7 +66,7 @@ void writeAll(int log, std::string_view text) {
 
 std::string owner() {
     std::array<char, 256> host{};
-    if (::gethostname(host.data(), host.size() - 1) != 0 || host[0] == '\0') host = {"localhost"};
+    if (::gethostname(host.data(), host.size() - 1) != 0 || host[0] == '\0') { host = {"localhost"}; }
     std::array<char, 4096> buffer{};
     passwd entry{};
     passwd* found = nullptr;
@@ -83,18 +83,17 @@ std::filesystem::path logFile(const std::filesystem::path& root, const std::stri
 
 void append(const std::filesystem::path& root, const Entry& entry) {
     const auto line = entry.encoded();
-    if (!line) return;
+    if (!line) { return; }
     const std::filesystem::path file = logFile(root, entry.user);
     const std::string rootPath = LibraryScanner::canonical(root);
     struct stat rootFacts {};
-    if (::stat(rootPath.c_str(), &rootFacts) != 0) return;
-    if (!makeFolders(rootPath, file.parent_path(), rootFacts.st_mode & allModeBits)) return;
+    if (::stat(rootPath.c_str(), &rootFacts) != 0) { return; }
+    if (!makeFolders(rootPath, file.parent_path(), rootFacts.st_mode & allModeBits)) { return; }
     const Descriptor log(::open(file.c_str(), O_RDWR | O_APPEND | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0600));
-    if (!log.isOpen()) return;
+    if (!log.isOpen()) { return; }
     ::fchmod(log.number(), 0600 | (rootFacts.st_mode & everybodyReads));
     // Some network file systems have no locks; an entry may then cut into another one of this machine at worst.
-    while (::flock(log.number(), LOCK_EX) != 0 && errno == EINTR) {
-    }
+    while (::flock(log.number(), LOCK_EX) != 0 && errno == EINTR) {}
     writeAll(log.number(), (endsInsideALine(log.number()) ? "\n" : "") + *line + "\n");
 }
 

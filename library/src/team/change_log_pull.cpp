@@ -19,11 +19,11 @@ namespace fs = std::filesystem;
 constexpr size_t entriesATransaction = 256;
 
 bool isPlain(const std::string& path) {
-    if (path.empty() || path.front() == '/' || path.find('\0') != std::string::npos) return false;
+    if (path.empty() || path.front() == '/' || path.find('\0') != std::string::npos) { return false; }
     for (size_t start = 0; start <= path.size();) {
         const size_t end = std::min(path.find('/', start), path.size());
         const std::string_view part = std::string_view(path).substr(start, end - start);
-        if (part.empty() || part == "." || part == "..") return false;
+        if (part.empty() || part == "." || part == "..") { return false; }
         start = end + 1;
     }
     return true;
@@ -33,8 +33,8 @@ bool isPlain(const std::string& path) {
 bool hasLink(const std::string& root, const std::string& path) {
     for (size_t end = path.find('/'); true; end = path.find('/', end + 1)) {
         struct stat facts {};
-        if (::lstat((root + "/" + path.substr(0, end)).c_str(), &facts) == 0 && S_ISLNK(facts.st_mode)) return true;
-        if (end == std::string::npos) return false;
+        if (::lstat((root + "/" + path.substr(0, end)).c_str(), &facts) == 0 && S_ISLNK(facts.st_mode)) { return true; }
+        if (end == std::string::npos) { return false; }
     }
 }
 
@@ -42,7 +42,7 @@ std::vector<fs::path> logsIn(const fs::path& folder) {
     std::vector<fs::path> logs;
     std::error_code error;
     for (fs::directory_iterator item(folder, error), end; !error && item != end; item.increment(error)) {
-        if (item->path().extension() == ".jsonl") logs.push_back(item->path());
+        if (item->path().extension() == ".jsonl") { logs.push_back(item->path()); }
     }
     std::ranges::sort(logs);
     return logs;
@@ -58,11 +58,11 @@ public:
     bool isFull() const { return entries_.size() >= entriesATransaction; }
 
     void add(Entry entry) {
-        if (!isPlain(entry.path) || hasLink(root_, entry.path)) return;
+        if (!isPlain(entry.path) || hasLink(root_, entry.path)) { return; }
         const std::string path = root_ + "/" + entry.path;
-        if (!catalog_.row(path)) return;
+        if (!catalog_.row(path)) { return; }
         auto [file, isNew] = files_.try_emplace(path);
-        if (isNew) look(path, file->second);
+        if (isNew) { look(path, file->second); }
         entries_.emplace_back(path, std::move(entry.changes));
     }
 
@@ -70,15 +70,15 @@ public:
     // when another process has moved the position, or the database fails.
     int write(int64_t readTo) {
         int applied = 0;
-        if (readTo == offset_) return applied;
+        if (readTo == offset_) { return applied; }
         catalog_.write([&] {
-            if (catalog_.logOffset(log_) != offset_) throw Error(log_ + " is being read by another process");
+            if (catalog_.logOffset(log_) != offset_) { throw Error(log_ + " is being read by another process"); }
             std::unordered_map<std::string, Catalog::Row> rows;
             for (const auto& [path, changes] : entries_) {
                 auto row = rows.find(path);
                 if (row == rows.end()) {
                     auto found = catalog_.row(path);
-                    if (!found) continue;
+                    if (!found) { continue; }
                     row = rows.emplace(path, std::move(*found)).first;
                 }
                 changes.apply(row->second.meta);
@@ -104,7 +104,7 @@ private:
 
     static void look(const std::string& path, File& file) {
         struct stat facts {};
-        if (::lstat(path.c_str(), &facts) == 0) file.stamp = stampOf(facts);
+        if (::lstat(path.c_str(), &facts) == 0) { file.stamp = stampOf(facts); }
         try {
             file.info = AudioFileInfo::load(path);
         } catch (const std::exception&) {
@@ -125,9 +125,9 @@ void pullLog(const std::string& root, Catalog& catalog, const fs::path& log, con
     Batch batch(root, catalog, log.string());
     LineReader lines(log, batch.offset());
     while (const auto line = lines.next()) {
-        if (auto entry = Entry::decode(*line)) batch.add(std::move(*entry));
-        if (batch.isFull()) applied += batch.write(lines.offset());
-        if (stop.stop_requested()) break;
+        if (auto entry = Entry::decode(*line)) { batch.add(std::move(*entry)); }
+        if (batch.isFull()) { applied += batch.write(lines.offset()); }
+        if (stop.stop_requested()) { break; }
     }
     applied += batch.write(lines.offset());
 }
@@ -139,7 +139,7 @@ int pull(const fs::path& root, Catalog& catalog, const std::string& self, const 
     const fs::path own = logFile(root, self);
     int applied = 0;
     for (const fs::path& log : logsIn(own.parent_path())) {
-        if (log == own || stop.stop_requested()) continue;
+        if (log == own || stop.stop_requested()) { continue; }
         try {
             pullLog(rootPath, catalog, log, stop, applied);
         } catch (const std::exception&) {

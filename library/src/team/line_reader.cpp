@@ -19,12 +19,12 @@ LineReader::LineReader(const std::filesystem::path& file, int64_t offset)
     : descriptor_(::open(file.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC)), offset_(offset) {
     struct stat facts {};
     if (descriptor_ < 0 || ::fstat(descriptor_, &facts) != 0 || !S_ISREG(facts.st_mode)) {
-        if (descriptor_ >= 0) ::close(descriptor_);
+        if (descriptor_ >= 0) { ::close(descriptor_); }
         throw Error("Can't read " + file.filename().string());
     }
     char before = '\n';
-    if (offset_ > 0 && (::pread(descriptor_, &before, 1, offset_ - 1) != 1 || before != '\n')) offset_ = 0;
-    if (offset_ < 0) offset_ = 0;
+    if (offset_ > 0 && (::pread(descriptor_, &before, 1, offset_ - 1) != 1 || before != '\n')) { offset_ = 0; }
+    if (offset_ < 0) { offset_ = 0; }
     ::lseek(descriptor_, offset_, SEEK_SET);
 }
 
@@ -38,19 +38,19 @@ std::optional<std::string_view> LineReader::next() {
         if (end != std::string::npos) {
             const std::string_view line = std::string_view(buffer_).substr(start_, end - start_);
             const bool cut = passedOver_ > 0;
-            offset_ += passedOver_ + static_cast<int64_t>(line.size()) + 1;
+            offset_ += passedOver_ + int64_t(line.size()) + 1;
             passedOver_ = 0;
             start_ = searched_ = end + 1;
-            if (cut || line.size() > longestLine) continue;
+            if (cut || line.size() > longestLine) { continue; }
             return line;
         }
         searched_ = buffer_.size();
         if (buffer_.size() - start_ > longestLine) {
-            passedOver_ += static_cast<int64_t>(buffer_.size() - start_);
+            passedOver_ += int64_t(buffer_.size() - start_);
             buffer_.clear();
             start_ = searched_ = 0;
         }
-        if (!fill()) return std::nullopt;
+        if (!fill()) { return std::nullopt; }
     }
 }
 
@@ -61,10 +61,8 @@ bool LineReader::fill() {
     const size_t held = buffer_.size();
     buffer_.resize(held + pieceBytes);
     ssize_t got = 0;
-    do {
-        got = ::read(descriptor_, buffer_.data() + held, pieceBytes);
-    } while (got < 0 && errno == EINTR);
-    buffer_.resize(held + static_cast<size_t>(got > 0 ? got : 0));
+    do { got = ::read(descriptor_, buffer_.data() + held, pieceBytes); } while (got < 0 && errno == EINTR);
+    buffer_.resize(held + size_t(got > 0 ? got : 0));
     return got > 0;
 }
 

@@ -44,7 +44,7 @@ void index(Catalog& catalog, const std::string& path, const std::string& root, c
 
 SoundMeta current(const std::filesystem::path& file, Catalog* catalog) {
     if (catalog != nullptr) {
-        if (auto row = catalog->row(LibraryScanner::canonical(file))) return std::move(row->meta);
+        if (auto row = catalog->row(LibraryScanner::canonical(file))) { return std::move(row->meta); }
     }
     return MetaIO::read(file);
 }
@@ -52,7 +52,9 @@ SoundMeta current(const std::filesystem::path& file, Catalog* catalog) {
 std::string rootOf(const std::string& path, const std::vector<std::string>& roots) {
     std::string longest;
     for (const std::string& root : roots) {
-        if (root.size() > longest.size() && path.starts_with(root.ends_with('/') ? root : root + "/")) longest = root;
+        if (root.size() > longest.size() && path.starts_with(root.ends_with('/') ? root : root + "/")) {
+            longest = root;
+        }
     }
     return longest;
 }
@@ -67,7 +69,7 @@ void save(const std::filesystem::path& file, const MetadataChanges& changes, Cat
     SoundMeta meta = embeds ? MetaIO::read(file) : current(file, catalog);
     changes.apply(meta);
     std::optional<ino_t> written;
-    if (embeds) written = MetaIO::write(meta, file);
+    if (embeds) { written = MetaIO::write(meta, file); }
 
     const std::string root = rootOf(path, roots);
     if (catalog != nullptr) {
@@ -75,12 +77,12 @@ void save(const std::filesystem::path& file, const MetadataChanges& changes, Cat
             index(*catalog, path, root.empty() ? std::filesystem::path(path).parent_path().string() : root, meta,
                   written);
         } catch (const std::exception&) {
-            if (!embeds) throw;  // a WAV's row is put right by the next scan
+            if (!embeds) { throw; }  // a WAV's row is put right by the next scan
         }
     } else if (!embeds && root.empty()) {
         throw Error(file.filename().string() + ": without a catalog there is no place for its metadata");
     }
-    if (root.empty()) return;
+    if (root.empty()) { return; }
     const auto now = std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
     ChangeLog::append(root, {path.substr(root.size() + (root.ends_with('/') ? 0 : 1)), changes, user, now});
 }

@@ -14,22 +14,22 @@ MixConfig silentConfig(int channels, int rows) {
     MixConfig config;
     config.inChannels = channels;
     config.rows = rows;
-    config.matrix.assign(static_cast<size_t>(rows) * static_cast<size_t>(channels), 0.0F);
+    config.matrix.assign(size_t(rows) * size_t(channels), 0.0F);
     return config;
 }
 
 // A row of the matrix that doesn't exist drops the gains.
 void addRow(MixConfig& config, int row, const std::vector<double>& gains, double scale) {
-    if (row < 0 || row >= config.rows) return;
-    float* out = config.matrix.data() + static_cast<size_t>(row) * static_cast<size_t>(config.inChannels);
-    for (size_t c = 0; c < gains.size(); ++c) out[c] += static_cast<float>(scale * gains[c]);
+    if (row < 0 || row >= config.rows) { return; }
+    float* out = config.matrix.data() + size_t(row) * size_t(config.inChannels);
+    for (size_t c = 0; c < gains.size(); ++c) { out[c] += float(scale * gains[c]); }
 }
 
 MixConfig binauralConfig(const SourceFormat& source, int channels, const OutputProfile& profile,
                          const Rotation& rotation) {
     BinauralMatrix binaural = binauralMatrix(source, channels, rotation);
-    MixConfig config = silentConfig(channels, static_cast<int>(binaural.dirs.size()));
-    for (int r = 0; r < config.rows; ++r) addRow(config, r, binaural.matrix[static_cast<size_t>(r)], 1);
+    MixConfig config = silentConfig(channels, int(binaural.dirs.size()));
+    for (int r = 0; r < config.rows; ++r) { addRow(config, r, binaural.matrix[size_t(r)], 1); }
     config.toBinaural = true;
     config.binLeft = profile.headphoneLeft;
     config.binRight = profile.headphoneRight;
@@ -52,7 +52,7 @@ MixConfig speakerConfig(const SourceFormat& source, int channels, const OutputPr
     const Matrix m = layoutMatrix(source, channels, speakers(profile.layout), listen, rotation, monoToCenter);
     MixConfig config = silentConfig(channels, deviceChannels);
     for (size_t r = 0; r < m.size(); ++r) {
-        const int output = r < profile.outputs.size() ? profile.outputs[r] : static_cast<int>(r);
+        const int output = r < profile.outputs.size() ? profile.outputs[r] : int(r);
         const double trimDb = r < profile.trimsDB.size() ? profile.trimsDB[r] : 0.0;
         addRow(config, output, m[r], std::pow(10.0, trimDb / 20));
     }
@@ -67,12 +67,12 @@ MixConfig config(const SourceFormat& source, int channels, const OutputProfile& 
     const bool headphones = profile.kind == OutputProfile::Kind::headphones;
     const SpeakerList* list = source.asSpeakers();
 
-    if (upmix && upmix->enabled && list && static_cast<int>(list->size()) == channels) {
+    if (upmix && upmix->enabled && list && int(list->size()) == channels) {
         // Headphones hear the upmix as a virtual 7.1.4 room.
         const SpeakerList& target = speakers(headphones ? LayoutID::l714 : profile.layout);
         if (UpmixPlanner::applies(*list, target)) {
             const auto room = SourceFormat::speakers(target);
-            const int outs = static_cast<int>(target.size());
+            const int outs = int(target.size());
             MixConfig config = headphones ? binauralConfig(room, outs, profile, rotation)
                                           : speakerConfig(room, outs, profile, std::max(deviceChannels, 1),
                                                           ListenMode::normal, {}, monoToCenter);
@@ -82,7 +82,7 @@ MixConfig config(const SourceFormat& source, int channels, const OutputProfile& 
     }
 
     const int device = std::max(deviceChannels, 1);
-    if (!headphones) return speakerConfig(source, channels, profile, device, listen, rotation, monoToCenter);
+    if (!headphones) { return speakerConfig(source, channels, profile, device, listen, rotation, monoToCenter); }
     if (source.asDiscrete() || (list && list->size() <= 2)) {
         return directHeadphones(source, channels, profile, device, listen, rotation);
     }

@@ -19,15 +19,15 @@ std::vector<AudioOutputDevice> AudioDevices::allOutputs() const {
     auto all = system_.allOutputs();
     std::erase_if(all, [](const AudioOutputDevice& d) { return d.outputChannels < 1 || d.uid.empty(); });
     for (auto& device : all) {
-        if (device.name.empty()) device.name = device.uid;
+        if (device.name.empty()) { device.name = device.uid; }
     }
     return all;
 }
 
 std::string AudioDevices::name(const std::optional<std::string>& uid) const {
-    if (!uid) return "System Output";
+    if (!uid) { return "System Output"; }
     for (const auto& device : allOutputs()) {
-        if (device.uid == *uid) return device.name;
+        if (device.uid == *uid) { return device.name; }
     }
     return "Unavailable device";
 }

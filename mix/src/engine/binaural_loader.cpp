@@ -11,7 +11,7 @@ BinauralLoader::~BinauralLoader() = default;
 
 void BinauralLoader::prepare(double sampleRate) {
     const auto known = entries_.find(sampleRate);
-    if (known != entries_.end() && known->second.state != State::failed) return;
+    if (known != entries_.end() && known->second.state != State::failed) { return; }
     entries_[sampleRate] = {};
     queue_.async([this, sampleRate, make = make_, &loop = loop_, alive = std::weak_ptr(alive_)] {
         std::shared_ptr<BinauralStage> stage;
@@ -21,7 +21,7 @@ void BinauralLoader::prepare(double sampleRate) {
             // No usable set: failed() says so, and who plays on headphones tells the user.
         }
         loop.post([this, sampleRate, stage, alive] {
-            if (alive.lock()) finish(sampleRate, stage);
+            if (alive.lock()) { finish(sampleRate, stage); }
         });
     });
 }

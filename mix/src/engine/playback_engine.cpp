@@ -28,18 +28,16 @@ PlaybackEngine::PlaybackEngine(AudioSystem& audio, MainLoop& loop, StageMaker ma
 
 PlaybackEngine::~PlaybackEngine() {
     teardown();
-    if (current_) current_->cancel();
+    if (current_) { current_->cancel(); }
 }
 
-// MARK: device
-
 bool PlaybackEngine::isOpenFor(const std::optional<std::string>& deviceUID) const {
-    if (!stream_ || configuredKey_ != deviceUID.value_or("default") || !stream_->isCurrent()) return false;
+    if (!stream_ || configuredKey_ != deviceUID.value_or("default") || !stream_->isCurrent()) { return false; }
     return !standsIn_ || !deviceUID || !devices_.deviceID(*deviceUID);
 }
 
 void PlaybackEngine::configure(const std::optional<std::string>& deviceUID, bool force) {
-    if (!force && isOpenFor(deviceUID)) return;
+    if (!force && isOpenFor(deviceUID)) { return; }
     teardown();
     open(deviceUID);
     loader_->prepare(sampleRate_);
@@ -48,16 +46,16 @@ void PlaybackEngine::configure(const std::optional<std::string>& deviceUID, bool
 void PlaybackEngine::open(const std::optional<std::string>& deviceUID) {
     auto id = deviceUID ? devices_.deviceID(*deviceUID) : std::nullopt;
     const bool followsDefault = !id;
-    if (!id) id = devices_.defaultOutput();
-    if (!id) throw Error(ErrorKind::device, "Couldn't open the output device");
+    if (!id) { id = devices_.defaultOutput(); }
+    if (!id) { throw Error(ErrorKind::device, "Couldn't open the output device"); }
 
     auto token = std::make_shared<bool>(true);
     // Handled a turn of the loop later, since handling it destroys the stream that is calling.
     auto onChange = [this, weak = std::weak_ptr(token)] {
         loop_.post([this, weak] {
-            if (!weak.lock()) return;
+            if (!weak.lock()) { return; }
             configuredKey_.reset();
-            if (onDeviceChange) onDeviceChange();
+            if (onDeviceChange) { onDeviceChange(); }
         });
     };
     auto stream = audio_.openOutput(*id, followsDefault, *watch_, std::move(onChange));
@@ -76,7 +74,7 @@ void PlaybackEngine::open(const std::optional<std::string>& deviceUID) {
 // The block in hand and the one that fades must have ended before the device may fall silent without a click. A
 // device that has gone or changed gets no time: nobody hears it.
 void PlaybackEngine::fadeOut() {
-    if (!configuredKey_ || !current_ || !isRunning()) return;
+    if (!configuredKey_ || !current_ || !isRunning()) { return; }
     ctx_->setRing(nullptr);
     const uint64_t mark = watch_->blocks();
     const auto limit = std::chrono::steady_clock::now() + std::chrono::duration<double>(fadeOutLimit);
@@ -96,8 +94,6 @@ void PlaybackEngine::teardown() {
     ctx_->setBinauralStage(nullptr);
     stage_.reset();
 }
-
-// MARK: configuration
 
 void PlaybackEngine::setConfig(const MixConfig& config) {
     waiting_.reset();
@@ -123,12 +119,12 @@ void PlaybackEngine::publish(const MixConfig& config) {
 void PlaybackEngine::replaceConfig(std::shared_ptr<RenderConfig> next) {
     ctx_->setConfig(next ? &next->record : nullptr);
     // A stream that was started while a configuration waited.
-    if (next && current_) ctx_->setRing(current_->ring());
+    if (next && current_) { ctx_->setRing(current_->ring()); }
     retire(std::exchange(currentConfig_, std::move(next)));
 }
 
 void PlaybackEngine::stageLoaded(double sampleRate) {
-    if (!waiting_ || sampleRate != sampleRate_) return;
+    if (!waiting_ || sampleRate != sampleRate_) { return; }
     if (loader_->stage(sampleRate_)) {
         publish(*std::exchange(waiting_, std::nullopt));
     } else if (onBinauralMissing) {
@@ -140,14 +136,12 @@ bool PlaybackEngine::binauralMissing() const {
     return loader_->failed(sampleRate_);
 }
 
-// MARK: transport
-
 void PlaybackEngine::play(std::shared_ptr<StreamReader> reader, double startPosition) {
     ctx_->clearFinished();
     ctx_->setPosition(startPosition);
     // The block that meets a new ring reads it even without a configuration, and would lose that much of it.
     ctx_->setRing(waiting_ ? nullptr : reader->ring());
-    if (current_) current_->cancel();
+    if (current_) { current_->cancel(); }
     retire(std::exchange(current_, std::move(reader)));
     try {
         current_->start();
@@ -160,7 +154,7 @@ void PlaybackEngine::play(std::shared_ptr<StreamReader> reader, double startPosi
 
 void PlaybackEngine::stop() {
     ctx_->setRing(nullptr);
-    if (current_) current_->cancel();
+    if (current_) { current_->cancel(); }
     retire(std::exchange(current_, nullptr));
     scheduleIdle();
 }
@@ -178,7 +172,7 @@ bool PlaybackEngine::finished() const {
 
 void PlaybackEngine::ensureRunning() {
     idle_.reset();
-    if (!stream_ || stream_->isRunning()) return;
+    if (!stream_ || stream_->isRunning()) { return; }
     ctx_->forgetPrevious();
     watch_->setRunning(true);
     try {
@@ -191,7 +185,7 @@ void PlaybackEngine::ensureRunning() {
 
 void PlaybackEngine::scheduleIdle() {
     idle_ = loop_.after(idleDelay, [this] {
-        if (isRunning() && !current_) halt();
+        if (isRunning() && !current_) { halt(); }
     });
 }
 
@@ -202,7 +196,7 @@ void PlaybackEngine::halt() {
 }
 
 void PlaybackEngine::retire(std::shared_ptr<const void> object) {
-    if (object) keepFor(retirement, loop_, watch_, watch_->blocks(), std::move(object));
+    if (object) { keepFor(retirement, loop_, watch_, watch_->blocks(), std::move(object)); }
 }
 
 }  // namespace brindlehum

@@ -21,8 +21,7 @@ std::shared_ptr<StreamReader> openStream(const std::filesystem::path& url, doubl
                                          bool loop, int64_t low) {
     auto reader = std::make_shared<StreamReader>(std::make_unique<FileSource>(url), rate, start, end, loop, low, end);
     mn_ring* ring = reader->ring();
-    while (mn_ring_available(ring) < prefillFrames && mn_ring_write_space(ring) >= fillBlock && reader->fillOnce()) {
-    }
+    while (mn_ring_available(ring) < prefillFrames && mn_ring_write_space(ring) >= fillBlock && reader->fillOnce()) {}
     return reader;
 }
 
@@ -37,7 +36,7 @@ OutputProfile stereoOnEars(OutputProfile headphones) {
 }  // namespace
 
 void PlayheadModel::setFrame(double frame) {
-    if (frame == frame_) return;
+    if (frame == frame_) { return; }
     frame_ = frame;
     Q_EMIT frameChanged(frame);
 }
@@ -54,13 +53,11 @@ PlayerModel::~PlayerModel() {
     cancelWaveform();
 }
 
-// MARK: loading
-
 void PlayerModel::load(const std::filesystem::path& url, bool autoPlay) {
     const int64_t generation = ++loadGen_;
     if (info_ && info_->url == url) {
         loadWaveform();
-        if (autoPlay && !isPlaying_) play(std::nullopt);
+        if (autoPlay && !isPlaying_) { play(std::nullopt); }
         return;
     }
     stopPlayback();
@@ -78,7 +75,7 @@ void PlayerModel::load(const std::filesystem::path& url, bool autoPlay) {
             // The user reads one text for all reasons.
         }
         loop.post([self, url, autoPlay, generation, info = std::move(info)] {
-            if (!self || self->loadGen_ != generation) return;
+            if (!self || self->loadGen_ != generation) { return; }
             if (info) {
                 self->didLoad(*info, autoPlay);
             } else {
@@ -92,12 +89,12 @@ void PlayerModel::didLoad(AudioFileInfo info, bool autoPlay) {
     info_ = std::move(info);
     const bool hadOverride = formatOverride_.has_value();
     formatOverride_.reset();
-    if (hadOverride) sourceChanged();
+    if (hadOverride) { sourceChanged(); }
     checkDragExport();
     waveform_ = nullptr;
     loadWaveform();
     Q_EMIT changed();
-    if (autoPlay) play(std::nullopt);
+    if (autoPlay) { play(std::nullopt); }
 }
 
 void PlayerModel::loadFailed(const std::filesystem::path& url) {
@@ -107,7 +104,7 @@ void PlayerModel::loadFailed(const std::filesystem::path& url) {
 
 // Takes the overview of the loaded file from the cache, or starts to read it when none is complete or under way.
 void PlayerModel::loadWaveform() {
-    if (!info_ || (waveform_ && waveform_->isComplete()) || waveLoader_) return;
+    if (!info_ || (waveform_ && waveform_->isComplete()) || waveLoader_) { return; }
     auto cached = WaveformCache::shared().get(info_->url);
     if (cached && cached->isComplete()) {
         waveform_ = std::move(cached);
@@ -115,9 +112,9 @@ void PlayerModel::loadWaveform() {
     }
     const auto url = info_->url;
     auto update = [self = QPointer(this), url](const WaveformPtr& data) {
-        if (!self || !self->info_ || self->info_->url != url) return;
+        if (!self || !self->info_ || self->info_->url != url) { return; }
         self->waveform_ = data;
-        if (data->isComplete()) WaveformCache::shared().set(url, data);
+        if (data->isComplete()) { WaveformCache::shared().set(url, data); }
         Q_EMIT self->changed();
     };
     waveLoader_ = WaveformLoader::load(
@@ -126,15 +123,13 @@ void PlayerModel::loadWaveform() {
 }
 
 void PlayerModel::cancelWaveform() {
-    if (waveLoader_) waveLoader_->cancel();
+    if (waveLoader_) { waveLoader_->cancel(); }
     waveLoader_.reset();
 }
 
-// MARK: transport
-
 void PlayerModel::play(std::optional<int64_t> from) {
-    if (!info_ || !source()) return;
-    if (onWillPlay) onWillPlay();
+    if (!info_ || !source()) { return; }
+    if (onWillPlay) { onWillPlay(); }
     try {
         engine_.configure(settings_.activeProfile().deviceUID, false);
     } catch (const std::exception& error) {
@@ -143,7 +138,7 @@ void PlayerModel::play(std::optional<int64_t> from) {
     }
     int64_t start = from.value_or(cueFrame_);
     const FrameRange span = selection_.value_or(FrameRange{0, info_->frames});
-    if ((selection_ && !span.contains(start)) || start >= span.upper) start = span.lower;
+    if ((selection_ && !span.contains(start)) || start >= span.upper) { start = span.lower; }
     message_.reset();
     publishConfig();
     startStream(start, span.upper, span.lower);
@@ -158,21 +153,19 @@ void PlayerModel::startStream(int64_t start, int64_t end, int64_t low) {
         std::string failure;
         try {
             reader = openStream(url, rate, start, end, loop, low);
-        } catch (const std::exception& error) {
-            failure = error.what();
-        }
+        } catch (const std::exception& error) { failure = error.what(); }
         main.post([self, reader, failure, rate, start, generation] {
             // A newer intent has won: the reader goes with this job, its thread never started.
-            if (!self || self->playGen_ != generation) return;
+            if (!self || self->playGen_ != generation) { return; }
             self->starting_.reset();
-            if (!reader) return self->fail(failure);
+            if (!reader) { return self->fail(failure); }
             self->streamReady(reader, start, rate);
         });
     });
 }
 
 void PlayerModel::streamReady(std::shared_ptr<StreamReader> reader, int64_t start, double rate) {
-    if (!engine_.isConfigured() || engine_.sampleRate() != rate) return play(start);
+    if (!engine_.isConfigured() || engine_.sampleRate() != rate) { return play(start); }
     try {
         engine_.play(std::move(reader), double(start));
     } catch (const std::exception& error) {
@@ -190,7 +183,7 @@ void PlayerModel::stopPlayback() {
     starting_.reset();
     engine_.stop();
     timer_.reset();
-    if (!std::exchange(isPlaying_, false)) return;
+    if (!std::exchange(isPlaying_, false)) { return; }
     Q_EMIT changed();
 }
 
@@ -212,15 +205,15 @@ void PlayerModel::togglePlay() {
 }
 
 void PlayerModel::tick() {
-    if (!isPlaying_) return;
+    if (!isPlaying_) { return; }
     playhead_.setFrame(engine_.ctx().position());
-    if (engine_.finished()) stopAndReturn();
+    if (engine_.finished()) { stopAndReturn(); }
 }
 
 void PlayerModel::seek(int64_t frame) {
-    if (!info_) return;
+    if (!info_) { return; }
     frame = std::clamp<int64_t>(frame, 0, std::max<int64_t>(info_->frames - 1, 0));
-    if (selection_ && !selection_->contains(frame)) selection_.reset();
+    if (selection_ && !selection_->contains(frame)) { selection_.reset(); }
     cueFrame_ = frame;
     playhead_.setFrame(double(frame));
     Q_EMIT changed();
@@ -247,15 +240,13 @@ void PlayerModel::select(std::optional<FrameRange> range) {
 void PlayerModel::clearSelection() {
     selection_.reset();
     Q_EMIT changed();
-    if (const auto frame = resumeFrame()) play(frame);
+    if (const auto frame = resumeFrame()) { play(frame); }
 }
 
 std::optional<int64_t> PlayerModel::resumeFrame() const {
-    if (starting_) return starting_;
+    if (starting_) { return starting_; }
     return isPlaying_ ? std::optional(currentFrame()) : std::nullopt;
 }
-
-// MARK: configuration
 
 MixConfig PlayerModel::makeConfig(const OutputProfile& profile) const {
     // No upmix goes in: the processor that would run it isn't part of this build, and a configuration that names one
@@ -278,12 +269,12 @@ void PlayerModel::publishConfig() {
 }
 
 void PlayerModel::applyConfig() {
-    if (engine_.isConfigured() && info_ && source()) publishConfig();
+    if (engine_.isConfigured() && info_ && source()) { publishConfig(); }
 }
 
 void PlayerModel::checkDragExport() {
     const auto options = dragOptions();
-    if (std::find(options.begin(), options.end(), dragExport_) == options.end()) dragExport_ = DragExport::original;
+    if (std::find(options.begin(), options.end(), dragExport_) == options.end()) { dragExport_ = DragExport::original; }
 }
 
 void PlayerModel::sourceChanged() {
@@ -292,41 +283,41 @@ void PlayerModel::sourceChanged() {
 }
 
 void PlayerModel::setLoop(bool loop) {
-    if (loop == loop_) return;
+    if (loop == loop_) { return; }
     loop_ = loop;
     Q_EMIT changed();
-    if (const auto frame = resumeFrame()) play(frame);
+    if (const auto frame = resumeFrame()) { play(frame); }
 }
 
 void PlayerModel::setFormatOverride(std::optional<SourceFormat> format) {
-    if (format == formatOverride_) return;
+    if (format == formatOverride_) { return; }
     formatOverride_ = std::move(format);
     sourceChanged();
     Q_EMIT changed();
 }
 
 void PlayerModel::setListen(ListenMode mode) {
-    if (mode == listen_) return;
+    if (mode == listen_) { return; }
     listen_ = mode;
     applyConfig();
     Q_EMIT changed();
 }
 
 void PlayerModel::setRotation(const Rotation& rotation) {
-    if (rotation == rotation_) return;
+    if (rotation == rotation_) { return; }
     rotation_ = rotation;
     applyConfig();
     Q_EMIT changed();
 }
 
 void PlayerModel::setDragExport(DragExport mode) {
-    if (mode == dragExport_) return;
+    if (mode == dragExport_) { return; }
     dragExport_ = mode;
     Q_EMIT changed();
 }
 
 void PlayerModel::setUpmix(const UpmixSettings& upmix) {
-    if (upmix == upmix_) return;
+    if (upmix == upmix_) { return; }
     upmix_ = upmix;
     settings_.change([&](AppSettings& s) { s.upmix = upmix; });
     checkDragExport();
@@ -335,20 +326,18 @@ void PlayerModel::setUpmix(const UpmixSettings& upmix) {
 }
 
 void PlayerModel::setVolumeDB(double db) {
-    if (std::isnan(db) || db == volumeDB_) return;
+    if (std::isnan(db) || db == volumeDB_) { return; }
     volumeDB_ = db;
     engine_.ctx().setGain(db <= -60 ? 0 : std::pow(10, db / 20));
     Q_EMIT changed();
 }
 
-// MARK: profile and device
-
 void PlayerModel::selectProfile(const UUID& id) {
-    if (settings_.value().activeProfileID == id) return;
+    if (settings_.value().activeProfileID == id) { return; }
     const int64_t generation = profileGen_;
     settings_.change([&](AppSettings& s) { s.activeProfileID = id; });
     // An observer of the settings may have called already.
-    if (profileGen_ == generation) profileChanged();
+    if (profileGen_ == generation) { profileChanged(); }
 }
 
 void PlayerModel::profileChanged() {
@@ -373,10 +362,8 @@ void PlayerModel::deviceChanged() {
     stopPlayback();
     try {
         engine_.configure(settings_.activeProfile().deviceUID, true);
-    } catch (const std::exception& error) {
-        return fail(std::string("Output device changed: ") + error.what());
-    }
-    if (frame) play(frame);
+    } catch (const std::exception& error) { return fail(std::string("Output device changed: ") + error.what()); }
+    if (frame) { play(frame); }
     Q_EMIT changed();
 }
 

@@ -26,12 +26,12 @@ BinauralStage::~BinauralStage() {
 
 std::shared_ptr<const ConvolverFilter> BinauralStage::filterFor(const Direction& direction) {
     const auto key = std::pair(direction.az, direction.el);
-    if (const auto known = known_.find(key); known != known_.end()) return known->second;
+    if (const auto known = known_.find(key); known != known_.end()) { return known->second; }
     auto [left, right] = hrtf_->impulses(direction);
     auto filter = std::make_shared<const ConvolverFilter>(
         std::vector<std::vector<float>>{std::move(left), std::move(right)}, partition);
     // Turning the head visits directions without end; layouts come back to a few.
-    if (known_.size() >= maxKnown) known_.clear();
+    if (known_.size() >= maxKnown) { known_.clear(); }
     known_.emplace(key, filter);
     return filter;
 }

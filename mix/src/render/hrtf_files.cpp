@@ -24,14 +24,14 @@ std::vector<std::filesystem::path> HRTFSet::usualFiles() {
     const std::string shared = environment("XDG_DATA_DIRS", "/usr/local/share:/usr/share");
     for (size_t start = 0; start <= shared.size();) {
         const size_t end = std::min(shared.find(':', start), shared.size());
-        if (end > start) folders.emplace_back(shared.substr(start, end - start));
+        if (end > start) { folders.emplace_back(shared.substr(start, end - start)); }
         start = end + 1;
     }
     std::vector<std::filesystem::path> files;
-    for (const auto& folder : folders) files.push_back(folder / "Brindlehum" / "hrtf.sofa");
+    for (const auto& folder : folders) { files.push_back(folder / "Brindlehum" / "hrtf.sofa"); }
     // A session may list its own folders only; the packaged set stands where the distribution puts it.
     folders.emplace_back("/usr/share");
-    for (const auto& folder : folders) files.push_back(folder / "libmysofa" / "default.sofa");
+    for (const auto& folder : folders) { files.push_back(folder / "libmysofa" / "default.sofa"); }
     return files;
 }
 
@@ -39,7 +39,7 @@ std::filesystem::path HRTFSet::defaultFile() {
     const auto files = usualFiles();
     for (const auto& file : files) {
         std::error_code ignored;
-        if (std::filesystem::exists(file, ignored)) return file;
+        if (std::filesystem::exists(file, ignored)) { return file; }
     }
     return files.back();
 }
@@ -49,15 +49,13 @@ std::shared_ptr<const HRTFSet> HRTFSet::shared(double sampleRate) {
     static std::mutex mutex;
     static std::map<double, std::shared_ptr<const HRTFSet>> loaded;
     const std::lock_guard lock(mutex);
-    if (const auto known = loaded.find(sampleRate); known != loaded.end()) return known->second;
+    if (const auto known = loaded.find(sampleRate); known != loaded.end()) { return known->second; }
     for (const auto& file : usualFiles()) {
         std::error_code ignored;
-        if (!std::filesystem::exists(file, ignored)) continue;
+        if (!std::filesystem::exists(file, ignored)) { continue; }
         try {
             return loaded[sampleRate] = load(file, sampleRate);
-        } catch (const Error&) {
-            continue;
-        }
+        } catch (const Error&) { continue; }
     }
     throw Error("No HRTF set found");
 }

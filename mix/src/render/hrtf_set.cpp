@@ -38,14 +38,14 @@ void resample(MYSOFA_HRTF& set, double rate) {
     const double from = set.DataSamplingRate.values[0];
     const auto wholeFrom = std::llround(from);
     const auto wholeTo = std::llround(rate);
-    if (wholeFrom == wholeTo) return;
+    if (wholeFrom == wholeTo) { return; }
     const int64_t grid = wholeFrom / std::gcd(wholeFrom, wholeTo);
     const int64_t ringing = 512;
     const int64_t stride = (int64_t(set.N) + ringing + grid - 1) / grid * grid;
     const int64_t outStride = stride * wholeTo / wholeFrom;
     const auto taps = unsigned(std::ceil(set.N * double(wholeTo) / double(wholeFrom)));
     auto* result = static_cast<float*>(std::calloc(size_t(set.M) * set.R * taps, sizeof(float)));
-    if (result == nullptr) throw std::bad_alloc();
+    if (result == nullptr) { throw std::bad_alloc(); }
 
     Resampler converter(double(wholeFrom), double(wholeTo), 2);
     std::vector<float> in[2] = {std::vector<float>(size_t(stride)), std::vector<float>(size_t(stride))};
@@ -54,15 +54,15 @@ void resample(MYSOFA_HRTF& set, double rate) {
     unsigned measurement = 0;
     int64_t at = 0;  // frame of the measurement's stretch that comes next
     const Resampler::Pull pull = [&](int limit, const float** planes) {
-        if (at == stride) at = 0, ++measurement;
-        if (measurement >= set.M) return 0;
+        if (at == stride) { at = 0, ++measurement; }
+        if (measurement >= set.M) { return 0; }
         if (at == 0) {
             for (unsigned ear = 0; ear < 2; ++ear) {
                 std::copy_n(set.DataIR.values + (size_t(measurement) * 2 + ear) * set.N, set.N, in[ear].begin());
             }
         }
         const int n = int(std::min<int64_t>(limit, stride - at));
-        for (size_t ear = 0; ear < 2; ++ear) planes[ear] = in[ear].data() + at;
+        for (size_t ear = 0; ear < 2; ++ear) { planes[ear] = in[ear].data() + at; }
         at += n;
         return n;
     };
@@ -71,7 +71,7 @@ void resample(MYSOFA_HRTF& set, double rate) {
         converter.process(outputs, int(outStride), pull);
         for (unsigned ear = 0; ear < 2; ++ear) {
             float* response = result + (size_t(m) * 2 + ear) * taps;
-            for (unsigned i = 0; i < taps; ++i) response[i] = out[ear][i] * level;
+            for (unsigned i = 0; i < taps; ++i) { response[i] = out[ear][i] * level; }
         }
     }
     std::free(set.DataIR.values);  // the library frees what stands here with free()
@@ -97,10 +97,10 @@ struct HRTFSet::Data {
         std::vector<float> scratch(size_t(set->N) * 2);
         const std::lock_guard lock(mutex);
         const int nearest = mysofa_lookup(lookup.get(), position);
-        if (nearest < 0) return scratch;
+        if (nearest < 0) { return scratch; }
         const float* found = mysofa_interpolate(set.get(), position, nearest,
                                                 mysofa_neighborhood(neighbours.get(), nearest), scratch.data(), delays);
-        if (found != scratch.data()) std::copy_n(found, scratch.size(), scratch.begin());
+        if (found != scratch.data()) { std::copy_n(found, scratch.size(), scratch.begin()); }
         return scratch;
     }
 };
@@ -110,31 +110,31 @@ HRTFSet::HRTFSet(std::unique_ptr<Data> data, double sampleRate, int taps)
 HRTFSet::~HRTFSet() = default;
 
 std::shared_ptr<const HRTFSet> HRTFSet::load(const std::filesystem::path& file, double sampleRate) {
-    if (!(sampleRate >= 1000 && sampleRate <= 1e6)) throw Error("Unusable sample rate for headphones");
+    if (!(sampleRate >= 1000 && sampleRate <= 1e6)) { throw Error("Unusable sample rate for headphones"); }
     const auto fail = [&] { throw Error("Can't read the HRTF set " + file.filename().string()); };
     auto data = std::make_unique<Data>();
     int error = MYSOFA_OK;
     data->set.reset(mysofa_load(file.c_str(), &error));
-    if (!data->set || error != MYSOFA_OK || !isUsable(*data->set)) fail();
+    if (!data->set || error != MYSOFA_OK || !isUsable(*data->set)) { fail(); }
     MYSOFA_HRTF& set = *data->set;
     mysofa_tocartesian(&set);
     data->lookup.reset(mysofa_lookup_init(&set));
-    if (!data->lookup) fail();
+    if (!data->lookup) { fail(); }
     data->neighbours.reset(mysofa_neighborhood_init(&set, data->lookup.get()));
-    if (!data->neighbours) fail();
+    if (!data->neighbours) { fail(); }
 
     // Level at the file's own rate, where energy is that of all frequencies alike.
     float delays[2] = {};
     const std::vector<float> ahead = data->responses({0, 0}, delays);
     const double energy = std::inner_product(ahead.begin(), ahead.end(), ahead.begin(), 0.0) / 2;
-    if (!(energy > 0) || !std::isfinite(energy)) fail();
+    if (!(energy > 0) || !std::isfinite(energy)) { fail(); }
     const auto level = float(1 / std::sqrt(energy));
-    for (unsigned i = 0; i < set.DataIR.elements; ++i) set.DataIR.values[i] *= level;
+    for (unsigned i = 0; i < set.DataIR.elements; ++i) { set.DataIR.values[i] *= level; }
 
     data->delayScale = sampleRate / double(set.DataSamplingRate.values[0]);
     const float* allDelays = set.DataDelay.values;
     const float longest = *std::max_element(allDelays, allDelays + set.DataDelay.elements);
-    if (!(longest >= 0) || longest > float(maxTaps)) fail();
+    if (!(longest >= 0) || longest > float(maxTaps)) { fail(); }
     resample(set, sampleRate);
     const int taps = int(set.N) + int(std::ceil(double(longest) * data->delayScale));
     return std::shared_ptr<const HRTFSet>(new HRTFSet(std::move(data), sampleRate, taps));
@@ -145,7 +145,7 @@ std::pair<std::vector<float>, std::vector<float>> HRTFSet::impulses(const Direct
     const std::vector<float> both = data_->responses(direction, delays);
     const auto length = size_t(data_->set->N);
     const auto ear = [&](size_t index) {
-        std::vector<float> impulse(static_cast<size_t>(taps_));
+        std::vector<float> impulse(size_t(taps_));
         const double delay = std::max(0.0, double(delays[index]) * data_->delayScale);
         const auto shift = std::min(size_t(std::llround(delay)), impulse.size() - length);
         std::copy_n(both.begin() + long(index * length), length, impulse.begin() + long(shift));

@@ -37,13 +37,13 @@ RenderContext::RenderContext()
         plane = next;
         next += planeStride;
     };
-    for (auto* planes : {&inA_, &inB_}) std::for_each(planes->begin(), planes->end(), assign);
+    for (auto* planes : {&inA_, &inB_}) { std::for_each(planes->begin(), planes->end(), assign); }
     std::for_each(bus_.begin(), bus_.end(), assign);
-    for (float** plane : {&rampUp_, &rampDown_, &binL_, &binR_}) assign(*plane);
+    for (float** plane : {&rampUp_, &rampDown_, &binL_, &binR_}) { assign(*plane); }
 }
 
 RenderContext::~RenderContext() {
-    for (mn_slot* slot : {ringSlot_, cfgSlot_, stageSlot_}) mn_slot_destroy(slot);
+    for (mn_slot* slot : {ringSlot_, cfgSlot_, stageSlot_}) { mn_slot_destroy(slot); }
     mn_f64_destroy(position_);
     mn_i64_destroy(finished_);
     mn_f64_destroy(gain_);
@@ -54,28 +54,28 @@ void RenderContext::forgetPrevious() noexcept {
     prevCfg_ = nullptr;
     prevStage_ = nullptr;
     tailLeft_ = 0;
-    if (auto* stage = static_cast<BinauralStage*>(mn_slot_load(stageSlot_))) stage->reset();
+    if (auto* stage = static_cast<BinauralStage*>(mn_slot_load(stageSlot_))) { stage->reset(); }
 }
 
 int32_t RenderContext::render(uint32_t frames, const DeviceBuffers& buffers) noexcept {
     const FlushDenormals flush;
     for (int32_t c = 0; c < buffers.channels; ++c) {
-        if (buffers.planes[c] != nullptr) std::memset(buffers.planes[c], 0, sizeof(float) * buffers.frames);
+        if (buffers.planes[c] != nullptr) { std::memset(buffers.planes[c], 0, sizeof(float) * buffers.frames); }
     }
     deviceChannels_ = std::clamp(buffers.channels, 0, maxDeviceChannels);
     std::copy_n(buffers.planes, deviceChannels_, dev_.begin());
     const auto n = int32_t(std::min({frames, buffers.frames, uint32_t(maxFrames)}));
-    if (n < 1) return 0;
+    if (n < 1) { return 0; }
 
     const auto* config = static_cast<const mn_mix_config*>(mn_slot_load(cfgSlot_));
     auto* ring = static_cast<mn_ring*>(mn_slot_load(ringSlot_));
     if (isBinaural(config) || isBinaural(prevCfg_) || tailLeft_ > 0) {
-        for (float* lane : bus_) clear(lane, n);
+        for (float* lane : bus_) { clear(lane, n); }
     }
     const bool sameRing = ring == prevRing_;
     if (sameRing && config == prevCfg_) {
         // Without a configuration the ring waits.
-        if (config != nullptr) steadyBlock(ring, config, n);
+        if (config != nullptr) { steadyBlock(ring, config, n); }
     } else {
         changeBlock(ring, config, n);
     }
@@ -83,7 +83,7 @@ int32_t RenderContext::render(uint32_t frames, const DeviceBuffers& buffers) noe
     prevRing_ = ring;
     prevCfg_ = config;
     applyGain(n);
-    if (ring != nullptr && mn_ring_available(ring) == 0 && mn_ring_eof(ring) != 0) mn_i64_store(finished_, 1);
+    if (ring != nullptr && mn_ring_available(ring) == 0 && mn_ring_eof(ring) != 0) { mn_i64_store(finished_, 1); }
     return 0;
 }
 
@@ -111,19 +111,19 @@ void RenderContext::changeBlock(mn_ring* ring, const mn_mix_config* config, int3
 
 // What the ring can't deliver is silence, and leaves the last known position.
 RenderContext::Input RenderContext::read(mn_ring* ring, float* const* planes, int32_t n, bool storePosition) noexcept {
-    if (ring == nullptr || mn_ring_channels(ring) > maxSourceChannels) return {};
+    if (ring == nullptr || mn_ring_channels(ring) > maxSourceChannels) { return {}; }
     const int32_t channels = mn_ring_channels(ring);
     double last = 0;
     const int32_t got = mn_ring_read(ring, planes, n, &last);
-    for (int32_t c = 0; got < n && c < channels; ++c) clear(planes[c] + got, n - got);
-    if (storePosition && got > 0) mn_f64_store(position_, last);
+    for (int32_t c = 0; got < n && c < channels; ++c) { clear(planes[c] + got, n - got); }
+    if (storePosition && got > 0) { mn_f64_store(position_, last); }
     return {planes, channels};
 }
 
 // A source of another width than the configuration's is silent: for an instant one of the two may be replaced before
 // the other.
 void RenderContext::mix(const mn_mix_config* config, const Input& input, int32_t n, const float* ramp) noexcept {
-    if (config == nullptr || input.channels != config->in_channels) return;
+    if (config == nullptr || input.channels != config->in_channels) { return; }
     if (config->to_binaural != 0) {
         mn_mix_accumulate(config, input.planes, n, bus_.data(), maxVirtualSpeakers, ramp);
     } else {
@@ -138,10 +138,10 @@ void RenderContext::spatialise(const mn_mix_config* config, int32_t n) noexcept 
     if (stage != prevStage_) {
         tailLeft_ = 0;
         prevStage_ = stage;
-        if (stage != nullptr) stage->reset();
+        if (stage != nullptr) { stage->reset(); }
     }
     const mn_mix_config* feeding = isBinaural(config) ? config : isBinaural(prevCfg_) ? prevCfg_ : nullptr;
-    if (stage == nullptr || (feeding == nullptr && tailLeft_ <= 0)) return;
+    if (stage == nullptr || (feeding == nullptr && tailLeft_ <= 0)) { return; }
     if (feeding != nullptr) {
         ears_ = {feeding->bin_left, feeding->bin_right};
         tailLeft_ = stage->tailFrames();
@@ -151,13 +151,13 @@ void RenderContext::spatialise(const mn_mix_config* config, int32_t n) noexcept 
     stage->process(bus_.data(), n, binL_, binR_);
     addToDevice(ears_.left, binL_, n);
     addToDevice(ears_.right, binR_, n);
-    if (feeding == nullptr && tailLeft_ <= 0) stage->reset();
+    if (feeding == nullptr && tailLeft_ <= 0) { stage->reset(); }
 }
 
 void RenderContext::addToDevice(int32_t channel, const float* signal, int32_t n) noexcept {
-    if (channel < 0 || channel >= deviceChannels_ || dev_[size_t(channel)] == nullptr) return;
+    if (channel < 0 || channel >= deviceChannels_ || dev_[size_t(channel)] == nullptr) { return; }
     float* plane = dev_[size_t(channel)];
-    for (int32_t i = 0; i < n; ++i) plane[i] += signal[i];
+    for (int32_t i = 0; i < n; ++i) { plane[i] += signal[i]; }
 }
 
 // A new gain is reached in a straight line, exactly on the block's last frame.
@@ -166,14 +166,14 @@ void RenderContext::applyGain(int32_t n) noexcept {
     const float step = (gain - lastGain_) / float(n);
     const bool steady = gain == lastGain_;
     lastGain_ = gain;
-    if (steady && gain == 1) return;
+    if (steady && gain == 1) { return; }
     for (int32_t c = 0; c < deviceChannels_; ++c) {
         float* plane = dev_[size_t(c)];
-        if (plane == nullptr) continue;
+        if (plane == nullptr) { continue; }
         if (steady) {
-            for (int32_t i = 0; i < n; ++i) plane[i] *= gain;
+            for (int32_t i = 0; i < n; ++i) { plane[i] *= gain; }
         } else {
-            for (int32_t i = 0; i < n; ++i) plane[i] *= gain - step * float(n - 1 - i);
+            for (int32_t i = 0; i < n; ++i) { plane[i] *= gain - step * float(n - 1 - i); }
         }
     }
 }

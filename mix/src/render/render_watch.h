@@ -41,7 +41,7 @@ private:
 inline void keepFor(double seconds, MainLoop& loop, std::shared_ptr<const RenderWatch> watch, uint64_t mark,
                     std::shared_ptr<const void> object) {
     loop.later(seconds, [seconds, &loop, watch = std::move(watch), mark, object = std::move(object)] {
-        if (watch->mayStillUse(mark)) keepFor(seconds, loop, watch, mark, object);
+        if (watch->mayStillUse(mark)) { keepFor(seconds, loop, watch, mark, object); }
     });
 }
 

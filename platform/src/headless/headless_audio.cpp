@@ -29,13 +29,13 @@ public:
     bool isCurrent() const override { return true; }
 
     void start() override {
-        if (thread_.joinable()) return;
+        if (thread_.joinable()) { return; }
         ending_ = false;
         thread_ = std::thread([this] { run(); });
     }
 
     void pause() override {
-        if (!thread_.joinable()) return;
+        if (!thread_.joinable()) { return; }
         ending_ = true;
         thread_.join();
     }
@@ -79,7 +79,7 @@ std::vector<AudioOutputDevice> HeadlessAudioSystem::allOutputs() {
 
 std::unique_ptr<OutputStream> HeadlessAudioSystem::openOutput(uint32_t id, bool, RenderTarget& target,
                                                               std::function<void()>) {
-    if (id != deviceID) throw Error(ErrorKind::device, "Couldn't open the output device");
+    if (id != deviceID) { throw Error(ErrorKind::device, "Couldn't open the output device"); }
     return std::make_unique<HeadlessStream>(target);
 }
 

@@ -50,7 +50,7 @@ public:
         }
         const auto outputs = graph().outputs();
         const auto device = std::find_if(outputs.begin(), outputs.end(), [id](const auto& d) { return d.id == id; });
-        if (device == outputs.end()) throw Error(ErrorKind::device, "Couldn't open the output device");
+        if (device == outputs.end()) { throw Error(ErrorKind::device, "Couldn't open the output device"); }
         return std::make_unique<PipeWireStream>(session_, main_, *device, followsDefault, target, std::move(onChange));
     }
 
@@ -60,14 +60,14 @@ private:
 
     // Whether there's a session that works; looks for one if there's none.
     bool server() {
-        if (session_ && session_->isAlive()) return true;
+        if (session_ && session_->isAlive()) { return true; }
         session_.reset();
-        if (std::chrono::steady_clock::now() < nextTry_) return false;
-        if (!library_) library_ = PipeWireLoop::make();
-        if (!library_) return false;
+        if (std::chrono::steady_clock::now() < nextTry_) { return false; }
+        if (!library_) { library_ = PipeWireLoop::make(); }
+        if (!library_) { return false; }
         PipeWireSession::Failure failure{};
         session_ = PipeWireSession::connect(library_, failure);
-        if (failure == PipeWireSession::Failure::silent) nextTry_ = std::chrono::steady_clock::now() + silence;
+        if (failure == PipeWireSession::Failure::silent) { nextTry_ = std::chrono::steady_clock::now() + silence; }
         return session_ != nullptr;
     }
 

@@ -23,19 +23,19 @@ void LinuxDesktop::openFolder(const std::filesystem::path& folder) {
 }
 
 void LinuxDesktop::reveal(const std::vector<std::filesystem::path>& items) {
-    if (items.empty()) return;
+    if (items.empty()) { return; }
     const std::filesystem::path folder = items.front().parent_path();
     QDBusConnection bus = QDBusConnection::sessionBus();
-    if (!bus.isConnected()) return openFolder(folder);
+    if (!bus.isConnected()) { return openFolder(folder); }
     QDBusMessage call = QDBusMessage::createMethodCall(
         QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("/org/freedesktop/FileManager1"),
         QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("ShowItems"));
     QStringList urls;
-    for (const auto& item : items) urls << QUrl::fromLocalFile(text(item)).toString(QUrl::FullyEncoded);
+    for (const auto& item : items) { urls << QUrl::fromLocalFile(text(item)).toString(QUrl::FullyEncoded); }
     call.setArguments({urls, QString()});
     auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(call), &answers_);
     QObject::connect(watcher, &QDBusPendingCallWatcher::finished, &answers_, [this, watcher, folder] {
-        if (QDBusPendingReply<>(*watcher).isError()) openFolder(folder);
+        if (QDBusPendingReply<>(*watcher).isError()) { openFolder(folder); }
         watcher->deleteLater();
     });
 }

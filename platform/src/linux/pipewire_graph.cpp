@@ -8,35 +8,35 @@ namespace brindlehum {
 std::vector<uint32_t> PipeWireGraph::portsOf(uint32_t node, bool inputs) const {
     std::vector<PipeWirePort> found;
     for (const auto& [id, port] : ports) {
-        if (port.node == node && port.isInput == inputs) found.push_back(port);
+        if (port.node == node && port.isInput == inputs) { found.push_back(port); }
     }
     std::sort(found.begin(), found.end(), [](const auto& a, const auto& b) { return a.number < b.number; });
     std::vector<uint32_t> ids;
-    for (const PipeWirePort& port : found) ids.push_back(port.id);
+    for (const PipeWirePort& port : found) { ids.push_back(port.id); }
     return ids;
 }
 
 std::vector<AudioOutputDevice> PipeWireGraph::outputs() const {
     std::vector<AudioOutputDevice> devices;
     for (const PipeWireSink& sink : sinks) {
-        const int channels = static_cast<int>(portsOf(sink.id, true).size());
+        const int channels = int(portsOf(sink.id, true).size());
         const std::string& name = sink.description.empty() ? sink.nodeName : sink.description;
-        if (channels > 0) devices.push_back({sink.id, sink.nodeName, name, channels});
+        if (channels > 0) { devices.push_back({sink.id, sink.nodeName, name, channels}); }
     }
     return devices;
 }
 
 std::optional<uint32_t> PipeWireGraph::defaultOutput() const {
     const auto devices = outputs();
-    if (devices.empty()) return std::nullopt;
+    if (devices.empty()) { return std::nullopt; }
     const auto stated =
         std::find_if(devices.begin(), devices.end(), [this](const auto& d) { return d.uid == defaultSinkName; });
     return stated == devices.end() ? devices.front().id : stated->id;
 }
 
 double PipeWireGraph::rateFor(uint32_t sink) const {
-    if (const auto seen = observedRates.find(sink); seen != observedRates.end()) return seen->second;
-    if (forcedRate > 0) return forcedRate;
+    if (const auto seen = observedRates.find(sink); seen != observedRates.end()) { return seen->second; }
+    if (forcedRate > 0) { return forcedRate; }
     return statedRate > 0 ? statedRate : 48000;
 }
 

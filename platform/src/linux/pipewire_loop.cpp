@@ -11,26 +11,26 @@ std::shared_ptr<PipeWireLoop> PipeWireLoop::make() {
     (void)initialised;
     const std::shared_ptr<PipeWireLoop> loop(new PipeWireLoop);
     loop->loop_ = pw_thread_loop_new("pipewire-main", nullptr);
-    if (!loop->loop_) return nullptr;
+    if (!loop->loop_) { return nullptr; }
     // The library's configuration for clients that process audio on a real-time thread.
     loop->context_ = pw_context_new(pw_thread_loop_get_loop(loop->loop_),
                                     pw_properties_new(PW_KEY_CONFIG_NAME, "client-rt.conf", nullptr), 0);
-    if (!loop->context_ || pw_thread_loop_start(loop->loop_) < 0) return nullptr;
+    if (!loop->context_ || pw_thread_loop_start(loop->loop_) < 0) { return nullptr; }
     return loop;
 }
 
 PipeWireLoop::~PipeWireLoop() {
-    if (!loop_) return;
+    if (!loop_) { return; }
     pw_thread_loop_stop(loop_);
-    if (context_) pw_context_destroy(context_);
+    if (context_) { pw_context_destroy(context_); }
     pw_thread_loop_destroy(loop_);
 }
 
 bool PipeWireLoop::waitUntil(double seconds, const std::function<bool()>& done) {
     timespec limit{};
-    pw_thread_loop_get_time(loop_, &limit, static_cast<int64_t>(seconds * SPA_NSEC_PER_SEC));
+    pw_thread_loop_get_time(loop_, &limit, int64_t(seconds * SPA_NSEC_PER_SEC));
     while (!done()) {
-        if (pw_thread_loop_timed_wait_full(loop_, &limit) < 0) return done();
+        if (pw_thread_loop_timed_wait_full(loop_, &limit) < 0) { return done(); }
     }
     return true;
 }

@@ -18,7 +18,7 @@ std::string text(const spa_dict& properties, const char* key) {
 }
 
 uint32_t number(const spa_dict& properties, const char* key) {
-    return static_cast<uint32_t>(std::strtoul(text(properties, key).c_str(), nullptr, 10));
+    return uint32_t(std::strtoul(text(properties, key).c_str(), nullptr, 10));
 }
 
 // The name within {"name": "..."}; empty when there's none.
@@ -51,10 +51,10 @@ struct PipeWireSession::Metadata {
     static int property(void* data, uint32_t subject, const char* key, const char*, const char* value) {
         PipeWireSession& session = *static_cast<Metadata*>(data)->session;
         PipeWireGraph& graph = session.graph_;
-        if (subject != PW_ID_CORE) return 0;
-        if (!key || std::strcmp(key, "default.audio.sink") == 0) graph.defaultSinkName = key ? sinkName(value) : "";
-        if (key && std::strcmp(key, "clock.rate") == 0) graph.statedRate = value ? std::atof(value) : 0;
-        if (key && std::strcmp(key, "clock.force-rate") == 0) graph.forcedRate = value ? std::atof(value) : 0;
+        if (subject != PW_ID_CORE) { return 0; }
+        if (!key || std::strcmp(key, "default.audio.sink") == 0) { graph.defaultSinkName = key ? sinkName(value) : ""; }
+        if (key && std::strcmp(key, "clock.rate") == 0) { graph.statedRate = value ? std::atof(value) : 0; }
+        if (key && std::strcmp(key, "clock.force-rate") == 0) { graph.forcedRate = value ? std::atof(value) : 0; }
         session.changed();
         return 0;
     }
@@ -67,17 +67,17 @@ std::shared_ptr<PipeWireSession> PipeWireSession::connect(std::shared_ptr<PipeWi
     const PipeWireLoop::Lock lock(session->loop());
     session->core_ = pw_context_connect(session->loop().context(), nullptr, 0);
     failure = session->core_ ? Failure::none : Failure::refused;
-    if (!session->core_) return nullptr;
+    if (!session->core_) { return nullptr; }
     session->watch();
     // The first answers bring the globals, the second ones the contents of the metadata among them.
-    if (session->roundTrip() && session->roundTrip()) return session;
+    if (session->roundTrip() && session->roundTrip()) { return session; }
     failure = session->dead_ ? Failure::refused : Failure::silent;
     return nullptr;
 }
 
 PipeWireSession::~PipeWireSession() {
     const PipeWireLoop::Lock lock(*loop_);
-    if (!core_) return;
+    if (!core_) { return; }
     metadata_.clear();
     spa_hook_remove(&registryHook_);
     pw_proxy_destroy(reinterpret_cast<pw_proxy*>(registry_));
@@ -91,12 +91,12 @@ void PipeWireSession::watch() {
         events.version = PW_VERSION_CORE_EVENTS;
         events.done = [](void* data, uint32_t id, int sequence) {
             auto& session = *static_cast<PipeWireSession*>(data);
-            if (id == PW_ID_CORE) session.lastDone_ = sequence;
+            if (id == PW_ID_CORE) { session.lastDone_ = sequence; }
             session.loop_->wake();
         };
         events.error = [](void* data, uint32_t id, int, int result, const char*) {
             auto& session = *static_cast<PipeWireSession*>(data);
-            if (id != PW_ID_CORE || result != -EPIPE) return;
+            if (id != PW_ID_CORE || result != -EPIPE) { return; }
             session.dead_ = true;
             session.changed();
         };
@@ -106,7 +106,7 @@ void PipeWireSession::watch() {
         pw_registry_events events{};
         events.version = PW_VERSION_REGISTRY_EVENTS;
         events.global = [](void* data, uint32_t id, uint32_t, const char* type, uint32_t, const spa_dict* properties) {
-            if (properties) static_cast<PipeWireSession*>(data)->addGlobal(id, type, *properties);
+            if (properties) { static_cast<PipeWireSession*>(data)->addGlobal(id, type, *properties); }
         };
         events.global_remove = [](void* data, uint32_t id) {
             auto& session = *static_cast<PipeWireSession*>(data);
@@ -124,10 +124,10 @@ void PipeWireSession::watch() {
 void PipeWireSession::addGlobal(uint32_t id, const char* type, const spa_dict& properties) {
     if (std::strcmp(type, PW_TYPE_INTERFACE_Node) == 0) {
         const std::string kind = text(properties, PW_KEY_MEDIA_CLASS);
-        if (kind != "Audio/Sink" && kind != "Audio/Duplex") return;
+        if (kind != "Audio/Sink" && kind != "Audio/Duplex") { return; }
         graph_.sinks.push_back({id, text(properties, PW_KEY_NODE_NAME), text(properties, PW_KEY_NODE_DESCRIPTION)});
     } else if (std::strcmp(type, PW_TYPE_INTERFACE_Port) == 0) {
-        if (text(properties, PW_KEY_FORMAT_DSP) != "32 bit float mono audio") return;
+        if (text(properties, PW_KEY_FORMAT_DSP) != "32 bit float mono audio") { return; }
         graph_.ports[id] = {id, number(properties, PW_KEY_NODE_ID), number(properties, PW_KEY_PORT_ID),
                             text(properties, PW_KEY_PORT_DIRECTION) == "in"};
     } else if (std::strcmp(type, PW_TYPE_INTERFACE_Metadata) == 0) {
@@ -139,14 +139,14 @@ void PipeWireSession::addGlobal(uint32_t id, const char* type, const spa_dict& p
 }
 
 void PipeWireSession::addMetadata(uint32_t id, const char* name) {
-    if (!name || (std::strcmp(name, "default") != 0 && std::strcmp(name, "settings") != 0)) return;
+    if (!name || (std::strcmp(name, "default") != 0 && std::strcmp(name, "settings") != 0)) { return; }
     void* proxy = pw_registry_bind(registry_, id, PW_TYPE_INTERFACE_Metadata, PW_VERSION_METADATA, 0);
-    if (proxy) metadata_.push_back(std::make_unique<Metadata>(this, id, static_cast<pw_proxy*>(proxy)));
+    if (proxy) { metadata_.push_back(std::make_unique<Metadata>(this, id, static_cast<pw_proxy*>(proxy))); }
 }
 
 void PipeWireSession::changed() {
     // A copy, since a listener may leave.
-    for (PipeWireListener* listener : std::vector(listeners_)) listener->graphChanged();
+    for (PipeWireListener* listener : std::vector(listeners_)) { listener->graphChanged(); }
     loop_->wake();
 }
 
@@ -166,7 +166,7 @@ PipeWireGraph PipeWireSession::graph() const {
 }
 
 bool PipeWireSession::roundTrip() {
-    if (dead_) return false;
+    if (dead_) { return false; }
     const int sequence = pw_core_sync(core_, PW_ID_CORE, 0);
     return loop_->waitUntil(patience, [&] { return dead_ || lastDone_ - sequence >= 0; }) && !dead_;
 }

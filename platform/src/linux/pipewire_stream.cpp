@@ -44,10 +44,10 @@ struct PipeWireStream::Link {
             pw_core_create_object(core, "link-factory", PW_TYPE_INTERFACE_Link, PW_VERSION_LINK, &properties->dict, 0));
         pw_properties_free(properties);
         failed = !proxy;
-        if (proxy) pw_proxy_add_listener(proxy, &hook, &events, this);
+        if (proxy) { pw_proxy_add_listener(proxy, &hook, &events, this); }
     }
     ~Link() {
-        if (!proxy) return;
+        if (!proxy) { return; }
         spa_hook_remove(&hook);
         pw_proxy_destroy(proxy);
     }
@@ -90,11 +90,11 @@ void PipeWireStream::makeFilter(size_t channels) {
         made.version = PW_VERSION_FILTER_EVENTS;
         made.state_changed = [](void* data, pw_filter_state, pw_filter_state now, const char*) {
             auto& stream = *static_cast<PipeWireStream*>(data);
-            if (now == PW_FILTER_STATE_ERROR) stream.announceChange();
+            if (now == PW_FILTER_STATE_ERROR) { stream.announceChange(); }
             stream.session_->loop().wake();
         };
         made.process = [](void* data, spa_io_position* position) {
-            if (position) static_cast<PipeWireStream*>(data)->process(*position);
+            if (position) { static_cast<PipeWireStream*>(data)->process(*position); }
         };
         return made;
     }();
@@ -105,7 +105,7 @@ void PipeWireStream::makeFilter(size_t channels) {
                                         PW_KEY_MEDIA_ROLE, "Production", PW_KEY_NODE_NAME, "brindlehum",
                                         PW_KEY_NODE_DESCRIPTION, "Brindlehum", PW_KEY_APP_NAME, "Brindlehum",
                                         PW_KEY_NODE_AUTOCONNECT, "false", PW_KEY_NODE_LATENCY, wantedLatency, nullptr));
-    if (!filter_) throw Error(ErrorKind::device, cannotOpen);
+    if (!filter_) { throw Error(ErrorKind::device, cannotOpen); }
     pw_filter_add_listener(filter_, &filterHook_, &events, this);
     for (size_t c = 0; c < channels; ++c) {
         const std::string name = "output_" + std::to_string(c + 1);
@@ -113,25 +113,25 @@ void PipeWireStream::makeFilter(size_t channels) {
             filter_, SPA_DIRECTION_OUTPUT, PW_FILTER_PORT_FLAG_MAP_BUFFERS, sizeof(void*),
             pw_properties_new(PW_KEY_FORMAT_DSP, "32 bit float mono audio", PW_KEY_PORT_NAME, name.c_str(), nullptr),
             nullptr, 0));
-        if (!ports_.back()) throw Error(ErrorKind::device, cannotOpen);
+        if (!ports_.back()) { throw Error(ErrorKind::device, cannotOpen); }
     }
     planes_.resize(channels);
     block_.resize(channels);
     rateEvent_ = pw_loop_add_event(
         session_->loop().events(), [](void* data, uint64_t) { static_cast<PipeWireStream*>(data)->rateSeen(); }, this);
     const auto flags = static_cast<pw_filter_flags>(PW_FILTER_FLAG_RT_PROCESS | PW_FILTER_FLAG_INACTIVE);
-    if (pw_filter_connect(filter_, flags, nullptr, 0) < 0) throw Error(ErrorKind::device, cannotOpen);
+    if (pw_filter_connect(filter_, flags, nullptr, 0) < 0) { throw Error(ErrorKind::device, cannotOpen); }
 }
 
 void PipeWireStream::makeLinks() {
     std::vector<uint32_t> outputs;
     const bool ready = session_->loop().waitUntil(PipeWireSession::patience, [&] {
-        if (session_->isDead()) return true;
+        if (session_->isDead()) { return true; }
         outputs = session_->knownGraph().portsOf(pw_filter_get_node_id(filter_), false);
         return outputs.size() == ports_.size();
     });
     const std::vector<uint32_t> inputs = session_->knownGraph().portsOf(sink_, true);
-    if (!ready || session_->isDead() || inputs.size() != outputs.size()) throw Error(ErrorKind::device, cannotOpen);
+    if (!ready || session_->isDead() || inputs.size() != outputs.size()) { throw Error(ErrorKind::device, cannotOpen); }
     for (size_t c = 0; c < outputs.size(); ++c) {
         links_.push_back(
             std::make_unique<Link>(session_->core(), pw_filter_get_node_id(filter_), outputs[c], sink_, inputs[c]));
@@ -139,21 +139,21 @@ void PipeWireStream::makeLinks() {
     // The server's refusals, if any, come before its answer to this.
     const bool answered = session_->roundTrip();
     const bool failed = std::any_of(links_.begin(), links_.end(), [](const auto& link) { return link->failed; });
-    if (!answered || failed) throw Error(ErrorKind::device, cannotOpen);
+    if (!answered || failed) { throw Error(ErrorKind::device, cannotOpen); }
 }
 
 void PipeWireStream::close() {
     links_.clear();
-    if (filter_) pw_filter_destroy(filter_);
+    if (filter_) { pw_filter_destroy(filter_); }
     filter_ = nullptr;
-    if (rateEvent_) pw_loop_destroy_source(session_->loop().events(), rateEvent_);
+    if (rateEvent_) { pw_loop_destroy_source(session_->loop().events(), rateEvent_); }
     rateEvent_ = nullptr;
 }
 
 void PipeWireStream::start() {
-    if (running_) return;
+    if (running_) { return; }
     const PipeWireLoop::Lock lock(session_->loop());
-    if (session_->isDead()) throw Error(ErrorKind::device, cannotOpen);
+    if (session_->isDead()) { throw Error(ErrorKind::device, cannotOpen); }
     primed_ = false;
     waited_ = 0;
     running_ = true;
@@ -161,10 +161,10 @@ void PipeWireStream::start() {
 }
 
 void PipeWireStream::pause() {
-    if (!running_.exchange(false)) return;
+    if (!running_.exchange(false)) { return; }
     const PipeWireLoop::Lock lock(session_->loop());
     session_->loop().waitForProcess();
-    if (!session_->isDead()) pw_filter_set_active(filter_, false);
+    if (!session_->isDead()) { pw_filter_set_active(filter_, false); }
 }
 
 void PipeWireStream::graphChanged() noexcept {
@@ -176,10 +176,10 @@ void PipeWireStream::graphChanged() noexcept {
 }
 
 void PipeWireStream::announceChange() noexcept {
-    if (announced_) return;
+    if (announced_) { return; }
     announced_ = true;
     main_.post([callback = std::weak_ptr(onChange_)] {
-        if (const auto call = callback.lock(); call && *call) (*call)();
+        if (const auto call = callback.lock(); call && *call) { (*call)(); }
     });
 }
 
@@ -193,29 +193,29 @@ bool PipeWireStream::fetchPlanes(uint32_t frames) noexcept {
     bool complete = true;
     for (size_t c = 0; c < ports_.size(); ++c) {
         planes_[c] = static_cast<float*>(pw_filter_get_dsp_buffer(ports_[c], frames));
-        if (planes_[c]) std::fill_n(planes_[c], frames, 0.0F);
+        if (planes_[c]) { std::fill_n(planes_[c], frames, 0.0F); }
         complete = complete && planes_[c];
     }
     return complete;
 }
 
 void PipeWireStream::process(const spa_io_position& position) noexcept {
-    const auto frames = static_cast<uint32_t>(std::min<uint64_t>(position.clock.duration, largestQuantum));
+    const auto frames = uint32_t(std::min<uint64_t>(position.clock.duration, largestQuantum));
     const bool complete = fetchPlanes(frames);
-    if (!running_) return;
+    if (!running_) { return; }
     const spa_fraction& unit = position.clock.rate;
     const double rate = unit.num > 0 ? double(unit.denom) / unit.num : 0;
     if (rate > 0 && rate != sampleRate_) {
         // Silence rather than the wrong pitch, until the device is opened anew.
-        if (runningRate_.exchange(rate) != rate) pw_loop_signal_event(session_->loop().events(), rateEvent_);
+        if (runningRate_.exchange(rate) != rate) { pw_loop_signal_event(session_->loop().events(), rateEvent_); }
         return;
     }
-    if (!primed_ && !complete && (waited_ += frames) < linkPatience) return;
+    if (!primed_ && !complete && (waited_ += frames) < linkPatience) { return; }
     primed_ = true;
     for (uint32_t done = 0; done < frames; done += largestBlock) {
         const uint32_t part = std::min(largestBlock, frames - done);
-        for (size_t c = 0; c < planes_.size(); ++c) block_[c] = planes_[c] ? planes_[c] + done : nullptr;
-        target_.render(part, DeviceBuffers{block_.data(), static_cast<int32_t>(block_.size()), part});
+        for (size_t c = 0; c < planes_.size(); ++c) { block_[c] = planes_[c] ? planes_[c] + done : nullptr; }
+        target_.render(part, DeviceBuffers{block_.data(), int32_t(block_.size()), part});
     }
 }
 

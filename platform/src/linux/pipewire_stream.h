@@ -26,7 +26,7 @@ public:
                    bool followsDefault, RenderTarget& target, std::function<void()> onChange);
     ~PipeWireStream() override;
 
-    int channels() const override { return static_cast<int>(ports_.size()); }
+    int channels() const override { return int(ports_.size()); }
     double sampleRate() const override { return sampleRate_; }
     void start() override;
     void pause() override;

@@ -24,7 +24,7 @@ public:
     explicit QtTimer(QTimer* timer) : timer_(timer) {}
     // The job itself may drop its handle, so the QTimer outlives this call.
     ~QtTimer() override {
-        if (!timer_) return;
+        if (!timer_) { return; }
         timer_->stop();
         timer_->disconnect();
         timer_->deleteLater();
@@ -65,7 +65,7 @@ public:
 private:
     void runNext() {
         eventfd_t one = 0;
-        if (eventfd_read(waiting_.descriptor, &one) != 0) return;
+        if (eventfd_read(waiting_.descriptor, &one) != 0) { return; }
         std::unique_lock guard(lock_);
         const auto job = std::move(jobs_.front());
         jobs_.pop_front();
@@ -76,7 +76,9 @@ private:
     struct Counter {
         int descriptor = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK | EFD_SEMAPHORE);
         Counter() {
-            if (descriptor < 0) throw std::system_error(errno, std::generic_category(), "No event descriptor is left");
+            if (descriptor < 0) {
+                throw std::system_error(errno, std::generic_category(), "No event descriptor is left");
+            }
         }
         ~Counter() { close(descriptor); }
         Counter(const Counter&) = delete;

@@ -21,7 +21,7 @@ PipeWireClient::PipeWireClient() {
     context_ = pw_context_new(pw_thread_loop_get_loop(loop_),
                               pw_properties_new(PW_KEY_CONFIG_NAME, "client-rt.conf", nullptr), 0);
     core_ = pw_context_connect(context_, nullptr, 0);
-    if (!core_) throw std::runtime_error("no PipeWire server to connect to");
+    if (!core_) { throw std::runtime_error("no PipeWire server to connect to"); }
     static pw_core_events coreEvents{};
     coreEvents.version = PW_VERSION_CORE_EVENTS;
     coreEvents.done = [](void* data, uint32_t, int sequence) {
@@ -34,8 +34,9 @@ PipeWireClient::PipeWireClient() {
     registryEvents.global = [](void* data, uint32_t id, uint32_t, const char* type, uint32_t, const spa_dict* dict) {
         auto& client = *static_cast<PipeWireClient*>(data);
         Global global{type, {}};
-        for (uint32_t i = 0; dict && i < dict->n_items; ++i)
+        for (uint32_t i = 0; dict && i < dict->n_items; ++i) {
             global.properties[dict->items[i].key] = dict->items[i].value;
+        }
         client.globals_[id] = std::move(global);
         client.wake();
     };
@@ -89,7 +90,7 @@ std::vector<uint32_t> PipeWireClient::find(const std::string& type, const std::s
                                            const std::string& value) const {
     std::vector<uint32_t> found;
     for (const auto& [id, global] : globals_) {
-        if (global.type == type && global.get(key) == value) found.push_back(id);
+        if (global.type == type && global.get(key) == value) { found.push_back(id); }
     }
     return found;
 }
@@ -98,10 +99,10 @@ std::vector<uint32_t> PipeWireClient::ports(uint32_t node, const std::string& di
     std::map<int, uint32_t> ordered;
     for (const uint32_t id : find(PW_TYPE_INTERFACE_Port, PW_KEY_NODE_ID, std::to_string(node))) {
         const Global& port = globals_.at(id);
-        if (port.get(PW_KEY_PORT_DIRECTION) == direction) ordered[std::stoi(port.get(PW_KEY_PORT_ID))] = id;
+        if (port.get(PW_KEY_PORT_DIRECTION) == direction) { ordered[std::stoi(port.get(PW_KEY_PORT_ID))] = id; }
     }
     std::vector<uint32_t> ids;
-    for (const auto& [number, id] : ordered) ids.push_back(id);
+    for (const auto& [number, id] : ordered) { ids.push_back(id); }
     return ids;
 }
 

@@ -39,11 +39,11 @@ void setMetadata(const char* name, const std::string& key, const char* type, con
 
 PrivatePipeWire::PrivatePipeWire(Start when) {
     std::string pattern = std::filesystem::temp_directory_path() / "brindlehum-pipewire-XXXXXX";
-    if (!mkdtemp(pattern.data())) throw std::runtime_error("no temporary folder");
+    if (!mkdtemp(pattern.data())) { throw std::runtime_error("no temporary folder"); }
     folder_ = pattern;
     ::setenv("PIPEWIRE_RUNTIME_DIR", folder_.c_str(), 1);
     ::unsetenv("PIPEWIRE_REMOTE");
-    if (when == Start::now) start();
+    if (when == Start::now) { start(); }
 }
 
 PrivatePipeWire::~PrivatePipeWire() {
@@ -55,10 +55,10 @@ PrivatePipeWire::~PrivatePipeWire() {
 void PrivatePipeWire::start() {
     const pid_t parent = ::getpid();
     server_ = ::fork();
-    if (server_ < 0) throw std::runtime_error("no process for PipeWire");
+    if (server_ < 0) { throw std::runtime_error("no process for PipeWire"); }
     if (server_ == 0) {
         ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-        if (::getppid() == parent) ::execl(script, script, "serve", folder_.c_str(), nullptr);
+        if (::getppid() == parent) { ::execl(script, script, "serve", folder_.c_str(), nullptr); }
         ::_exit(127);
     }
     const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(20);
@@ -79,7 +79,7 @@ void PrivatePipeWire::start() {
 }
 
 void PrivatePipeWire::kill() {
-    if (server_ <= 0) return;
+    if (server_ <= 0) { return; }
     ::kill(server_, SIGKILL);
     ::waitpid(server_, nullptr, 0);
     server_ = 0;
@@ -96,7 +96,7 @@ void PrivatePipeWire::thaw() {
 
 void PrivatePipeWire::addSink(const std::string& name, int channels) {
     std::string position;
-    for (int c = 0; c < channels; ++c) position += " AUX" + std::to_string(c);
+    for (int c = 0; c < channels; ++c) { position += " AUX" + std::to_string(c); }
     const std::string count = std::to_string(channels);
     const std::string ports =
         "{ direction = Input mode = dsp monitor = true format = { mediaType = audio mediaSubtype = raw format = F32 "

@@ -13,7 +13,7 @@ SinkRecorder::SinkRecorder(const std::string& sink, int channels, double seconds
     static pw_filter_events events{};
     events.version = PW_VERSION_FILTER_EVENTS;
     events.process = [](void* data, spa_io_position* position) {
-        if (position) static_cast<SinkRecorder*>(data)->process(*position);
+        if (position) { static_cast<SinkRecorder*>(data)->process(*position); }
     };
     const std::lock_guard guard(client_);
     filter_ = pw_filter_new(client_.core(), "recorder",
@@ -48,7 +48,7 @@ SinkRecorder::SinkRecorder(const std::string& sink, int channels, double seconds
     const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(20);
     while (frames_ == 0) {
         client_.sync();
-        if (std::chrono::steady_clock::now() > limit) throw std::runtime_error("PipeWire: no sound from " + sink);
+        if (std::chrono::steady_clock::now() > limit) { throw std::runtime_error("PipeWire: no sound from " + sink); }
     }
 }
 
@@ -59,32 +59,32 @@ SinkRecorder::~SinkRecorder() {
 std::vector<std::vector<float>> SinkRecorder::stop() {
     const std::lock_guard guard(client_);
     if (filter_) {
-        for (pw_proxy* link : links_) pw_proxy_destroy(link);
+        for (pw_proxy* link : links_) { pw_proxy_destroy(link); }
         pw_filter_destroy(filter_);
         filter_ = nullptr;
-        for (auto& plane : planes_) plane.resize(std::min(plane.size(), frames_.load()));
+        for (auto& plane : planes_) { plane.resize(std::min(plane.size(), frames_.load())); }
     }
     return planes_;
 }
 
 void SinkRecorder::process(const spa_io_position& position) {
-    const auto count = static_cast<uint32_t>(position.clock.duration);
+    const auto count = uint32_t(position.clock.duration);
     std::vector<const float*> sources;
     sources.reserve(ports_.size());
-    for (void* port : ports_) sources.push_back(static_cast<const float*>(pw_filter_get_dsp_buffer(port, count)));
+    for (void* port : ports_) { sources.push_back(static_cast<const float*>(pw_filter_get_dsp_buffer(port, count))); }
     // Records from the moment when all links are up.
-    if (frames_ == 0 && std::count(sources.begin(), sources.end(), nullptr) > 0) return;
-    if (expected_ != 0 && position.clock.position != expected_) ++gaps_;
+    if (frames_ == 0 && std::count(sources.begin(), sources.end(), nullptr) > 0) { return; }
+    if (expected_ != 0 && position.clock.position != expected_) { ++gaps_; }
     expected_ = position.clock.position + count;
     const size_t start = frames_;
     const size_t taken = std::min<size_t>(count, planes_[0].size() - start);
     bool sounds = false;
     for (size_t c = 0; c < sources.size(); ++c) {
-        if (!sources[c]) continue;
+        if (!sources[c]) { continue; }
         std::copy_n(sources[c], taken, planes_[c].begin() + long(start));
         sounds = sounds || std::any_of(sources[c], sources[c] + taken, [](float x) { return x != 0; });
     }
-    if (sounds) sounding_ += taken;
+    if (sounds) { sounding_ += taken; }
     frames_ = start + taken;
 }
 

@@ -19,7 +19,7 @@ public:
           sampleRate_(system.sampleRate_),
           onChange_(std::make_shared<std::function<void()>>(std::move(onChange))) {}
     ~Stream() override {
-        if (system_) std::erase(system_->streams_, this);
+        if (system_) { std::erase(system_->streams_, this); }
     }
 
     int channels() const override { return device_.outputChannels; }
@@ -28,8 +28,8 @@ public:
     bool isCurrent() const override { return current_; }
     void pause() override { running_ = false; }
     void start() override {
-        if (!system_ || system_->startingFails_) throw Error(ErrorKind::device, "Couldn't open the output device");
-        if (!running_) ++system_->started_;
+        if (!system_ || system_->startingFails_) { throw Error(ErrorKind::device, "Couldn't open the output device"); }
+        if (!running_) { ++system_->started_; }
         running_ = true;
     }
 
@@ -40,17 +40,17 @@ public:
 
     // At most once, and not after the stream has gone.
     void announceChange() {
-        if (announced_) return;
+        if (announced_) { return; }
         announced_ = true;
         system_->loop_.post([callback = std::weak_ptr(onChange_)] {
-            if (const auto call = callback.lock(); call && *call) (*call)();
+            if (const auto call = callback.lock(); call && *call) { (*call)(); }
         });
     }
 
     std::vector<std::vector<float>> render(uint32_t frames) {
         std::vector planes(size_t(channels()), std::vector<float>(frames, std::numeric_limits<float>::quiet_NaN()));
         std::vector<float*> pointers;
-        for (auto& plane : planes) pointers.push_back(plane.data());
+        for (auto& plane : planes) { pointers.push_back(plane.data()); }
         target_.render(frames, DeviceBuffers{pointers.data(), channels(), frames});
         return planes;
     }
@@ -70,13 +70,15 @@ private:
 ManualAudioSystem::ManualAudioSystem(MainLoop& loop) : loop_(loop), outputs_{{1, "manual", "Manual", 16}} {}
 
 ManualAudioSystem::~ManualAudioSystem() {
-    for (Stream* stream : streams_) stream->forgetSystem();
+    for (Stream* stream : streams_) { stream->forgetSystem(); }
 }
 
 std::unique_ptr<OutputStream> ManualAudioSystem::openOutput(uint32_t id, bool followsDefault, RenderTarget& target,
                                                             std::function<void()> onChange) {
     const auto device = std::find_if(outputs_.begin(), outputs_.end(), [id](const auto& d) { return d.id == id; });
-    if (openingFails_ || device == outputs_.end()) throw Error(ErrorKind::device, "Couldn't open the output device");
+    if (openingFails_ || device == outputs_.end()) {
+        throw Error(ErrorKind::device, "Couldn't open the output device");
+    }
     auto stream = std::make_unique<Stream>(*this, *device, followsDefault, target, std::move(onChange));
     streams_.push_back(stream.get());
     ++opened_;
@@ -86,20 +88,22 @@ std::unique_ptr<OutputStream> ManualAudioSystem::openOutput(uint32_t id, bool fo
 void ManualAudioSystem::setOutputs(std::vector<AudioOutputDevice> outputs) {
     outputs_ = std::move(outputs);
     for (Stream* stream : streams_) {
-        if (std::find(outputs_.begin(), outputs_.end(), stream->device()) == outputs_.end()) stream->announceChange();
+        if (std::find(outputs_.begin(), outputs_.end(), stream->device()) == outputs_.end()) {
+            stream->announceChange();
+        }
     }
 }
 
 void ManualAudioSystem::setDefault(std::optional<uint32_t> id) {
-    if (default_ == id) return;
+    if (default_ == id) { return; }
     default_ = id;
     for (Stream* stream : streams_) {
-        if (stream->followsDefault()) stream->announceChange();
+        if (stream->followsDefault()) { stream->announceChange(); }
     }
 }
 
 void ManualAudioSystem::supersede() {
-    for (Stream* stream : streams_) stream->supersede();
+    for (Stream* stream : streams_) { stream->supersede(); }
 }
 
 std::vector<std::vector<float>> ManualAudioSystem::pump(uint32_t frames) {

@@ -35,7 +35,7 @@ public:
     // One block rendered by the newest running stream: a plane of `frames` floats a channel, filled with NaN
     // before; empty when no stream runs.
     std::vector<std::vector<float>> pump(uint32_t frames);
-    int openStreams() const { return static_cast<int>(streams_.size()); }
+    int openStreams() const { return int(streams_.size()); }
     int opened() const { return opened_; }    // streams ever opened
     int started() const { return started_; }  // starts that took a stream from standing to running
 

@@ -52,7 +52,7 @@ int ManualMainLoop::drain() {
         std::function<void()> job;
         {
             const std::lock_guard guard(lock_);
-            if (jobs_.empty()) return ran;
+            if (jobs_.empty()) { return ran; }
             job = std::move(jobs_.front());
             jobs_.pop_front();
         }
@@ -67,9 +67,9 @@ std::shared_ptr<ManualMainLoop::Entry> ManualMainLoop::nextDue(double limit) {
     const auto next = std::min_element(timers_.begin(), timers_.end(), [](const auto& a, const auto& b) {
         return a->due != b->due ? a->due < b->due : a->order < b->order;
     });
-    if (next == timers_.end() || (*next)->due > limit) return nullptr;
+    if (next == timers_.end() || (*next)->due > limit) { return nullptr; }
     auto entry = *next;
-    if (entry->period < 0) timers_.erase(next);
+    if (entry->period < 0) { timers_.erase(next); }
     return entry;
 }
 
@@ -81,7 +81,7 @@ void ManualMainLoop::advance(double seconds) {
             const std::lock_guard guard(lock_);
             now_ = std::max(now_, entry->due);
         }
-        if (entry->period >= 0) entry->due += entry->period;
+        if (entry->period >= 0) { entry->due += entry->period; }
         entry->job();
         drain();
     }
@@ -93,11 +93,11 @@ bool ManualMainLoop::runUntil(const std::function<bool()>& done, double patience
     const auto limit = std::chrono::system_clock::now() + std::chrono::duration<double>(patience);
     while (true) {
         drain();
-        if (done()) return true;
-        if (std::chrono::system_clock::now() > limit) return false;
+        if (done()) { return true; }
+        if (std::chrono::system_clock::now() > limit) { return false; }
         std::unique_lock guard(lock_);
         // Short waits, since `done` may look at things that announce themselves by no job.
-        if (jobs_.empty()) posted_.wait_for(guard, std::chrono::milliseconds(2));
+        if (jobs_.empty()) { posted_.wait_for(guard, std::chrono::milliseconds(2)); }
     }
 }
 

@@ -96,7 +96,7 @@ QWidget* BrowserBar::makeFilterRow() {
 
 void BrowserBar::refresh() {
     const QString query = QString::fromStdString(library_.query());
-    if (field_->text() != query) field_->setText(query);
+    if (field_->text() != query) { field_->setText(query); }
     const bool searching = library_.isSearching();
     category_->setValue(QString::fromStdString(library_.category().value_or("")));
     libraryChip_->setValue(QString::fromStdString(library_.libraryFilter().value_or("")));
@@ -120,7 +120,7 @@ void BrowserBar::type(const QString& text) {
 }
 
 bool BrowserBar::eventFilter(QObject* watched, QEvent* event) {
-    if (watched != field_ || event->type() != QEvent::KeyPress) return QWidget::eventFilter(watched, event);
+    if (watched != field_ || event->type() != QEvent::KeyPress) { return QWidget::eventFilter(watched, event); }
     switch (static_cast<QKeyEvent*>(event)->key()) {
         case Qt::Key_Escape:
             field_->clear();

@@ -12,18 +12,20 @@ namespace brindlehum {
 void BrowserCell::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const {
     QStyledItemDelegate::initStyleOption(option, index);
     const bool isName = index.column() == BrowserTableModel::Name;
-    if (isName) option->textElideMode = Qt::ElideMiddle;
+    if (isName) { option->textElideMode = Qt::ElideMiddle; }
     // The name leads; the rest is quieter until the row is chosen.
-    if (!isName && !(option->state & QStyle::State_Selected))
+    if (!isName && !(option->state & QStyle::State_Selected)) {
         option->palette.setColor(QPalette::Text, Theme::current().secondary);
+    }
 }
 
 bool BrowserCell::helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
                             const QModelIndex& index) {
     // Names tell their whole path; other cells speak up only when they are cut short.
     const bool isCut = sizeHint(option, index).width() > view->visualRect(index).width();
-    if (event->type() != QEvent::ToolTip || isCut || index.column() == BrowserTableModel::Name)
+    if (event->type() != QEvent::ToolTip || isCut || index.column() == BrowserTableModel::Name) {
         return QStyledItemDelegate::helpEvent(event, view, option, index);
+    }
     QToolTip::hideText();
     return true;
 }

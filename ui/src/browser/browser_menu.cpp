@@ -9,15 +9,17 @@
 namespace brindlehum {
 
 void fillBrowserMenu(QMenu& menu, const BrowserActions::Files& files, const BrowserActions& actions) {
-    if (actions.openInEditor)
+    if (actions.openInEditor) {
         menu.addAction("Open in Editor", [act = actions.openInEditor, first = files.front()] { act(first); });
+    }
     const auto add = [&](const QString& text, const std::function<void(const BrowserActions::Files&)>& act) {
         return act ? menu.addAction(text, [act, files] { act(files); }) : nullptr;
     };
     const QString count = QLocale().toString(static_cast<qulonglong>(files.size()));
     const QString edits = files.size() < 2 ? QString("Make Temp Edits") : "Make Temp Edits (" + count + " files)";
-    if (auto* entry = add(edits, actions.makeTempEdits))
+    if (auto* entry = add(edits, actions.makeTempEdits)) {
         entry->setEnabled(std::ranges::any_of(files, AudioFileInfo::isAudioPath));
+    }
     add("Show in File Manager", actions.reveal);
     add("Copy Path", actions.copyPath);
 }

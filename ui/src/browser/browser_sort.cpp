@@ -20,11 +20,11 @@ template <typename Less>
 void sortBy(std::vector<int>& rows, const std::vector<Key>& keys, bool byNumber, const Less& less) {
     const auto isEmpty = [&](const Key& key) { return byNumber ? key.number == 0 : key.text.isEmpty(); };
     std::ranges::stable_sort(rows, [&](int a, int b) {
-        const Key& first = keys[static_cast<size_t>(a)];
-        const Key& second = keys[static_cast<size_t>(b)];
-        if (first.isFolder != second.isFolder) return first.isFolder;
-        if (isEmpty(first) != isEmpty(second)) return isEmpty(second);
-        return less(static_cast<size_t>(a), static_cast<size_t>(b));
+        const Key& first = keys[size_t(a)];
+        const Key& second = keys[size_t(b)];
+        if (first.isFolder != second.isFolder) { return first.isFolder; }
+        if (isEmpty(first) != isEmpty(second)) { return isEmpty(second); }
+        return less(size_t(a), size_t(b));
     });
 }
 
@@ -42,7 +42,7 @@ std::vector<int> order(const std::vector<Key>& keys, bool byNumber, bool ascendi
     const QCollator collator = makeCollator();
     std::vector<QCollatorSortKey> texts;
     texts.reserve(keys.size());
-    for (const auto& key : keys) texts.push_back(collator.sortKey(key.text));
+    for (const auto& key : keys) { texts.push_back(collator.sortKey(key.text)); }
     sortBy(rows, keys, false, [&](size_t a, size_t b) {
         return (ascending ? texts[a].compare(texts[b]) : texts[b].compare(texts[a])) < 0;
     });

@@ -17,19 +17,21 @@ QString counted(int64_t count, const QString& one, const QString& more) {
 // "“rain” in AMBIENCE, Storm Library"
 QString searched(const BrowserState::Snapshot& now) {
     QStringList places;
-    for (const auto& place : {now.category, now.library})
-        if (!place.isEmpty()) places << place;
+    for (const auto& place : {now.category, now.library}) {
+        if (!place.isEmpty()) { places << place; }
+    }
     const QString words = now.query.trimmed();
     const QString what = words.isEmpty() ? QString() : "“" + words + "”";
-    if (places.isEmpty()) return what;
+    if (places.isEmpty()) { return what; }
     return (what.isEmpty() ? QString() : what + " ") + "in " + places.join(", ");
 }
 
 void describeSearch(BrowserState& state, const BrowserState::Snapshot& now) {
     state.count = now.searchRunning ? QString("Searching…") : number(now.sounds) + " results";
-    if (now.limit > 0 && now.sounds >= now.limit && !now.searchRunning)
+    if (now.limit > 0 && now.sounds >= now.limit && !now.searchRunning) {
         state.countHint = QString("The best %1 are shown. One more word narrows the search.").arg(number(now.limit));
-    if (now.sounds > 0 || now.searchRunning) return;
+    }
+    if (now.sounds > 0 || now.searchRunning) { return; }
     if (!now.hasCatalog) {
         state.title = "Search isn't available";
         state.hint = "The library's catalog couldn't be opened. Folders can still be browsed.";
@@ -51,16 +53,17 @@ void describeSearch(BrowserState& state, const BrowserState::Snapshot& now) {
 
 void describeFolder(BrowserState& state, const BrowserState::Snapshot& now) {
     QStringList counts;
-    if (now.folders > 0) counts << counted(now.folders, "folder", "folders");
-    if (now.sounds > 0) counts << counted(now.sounds, "sound", "sounds");
+    if (now.folders > 0) { counts << counted(now.folders, "folder", "folders"); }
+    if (now.sounds > 0) { counts << counted(now.sounds, "sound", "sounds"); }
     state.count = counts.join(", ");
-    if (now.folders > 0 || now.sounds > 0 || now.listing) return;
+    if (now.folders > 0 || now.sounds > 0 || now.listing) { return; }
     state.title = now.folderReadable ? "No sounds in this folder" : "This folder can't be opened";
     state.hint = now.folder;
-    if (now.folderForbidden)
+    if (now.folderForbidden) {
         state.hint += "\nIts permissions don't let you read it.";
-    else if (!now.folderReadable)
+    } else if (!now.folderReadable) {
         state.hint += "\nIt may have been moved, or its volume isn't there.";
+    }
     if (!now.hasRoots) {
         state.hint = "Add the folders that hold your sounds: they are indexed, and searched as you type.";
         state.action = BrowserState::Action::addFolder;
@@ -75,10 +78,11 @@ void describeFolder(BrowserState& state, const BrowserState::Snapshot& now) {
 
 BrowserState BrowserState::of(const Snapshot& now) {
     BrowserState state;
-    if (now.searching)
+    if (now.searching) {
         describeSearch(state, now);
-    else
+    } else {
         describeFolder(state, now);
+    }
     return state;
 }
 

@@ -45,7 +45,7 @@ BrowserTable::BrowserTable(QWidget* parent) : QTreeView(parent) {
     setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
     connectHeader();
     connect(this, &QTreeView::doubleClicked, this, [this](const QModelIndex& index) {
-        if (index.isValid()) Q_EMIT activatedEntry(model_.entry(index.row()));
+        if (index.isValid()) { Q_EMIT activatedEntry(model_.entry(index.row())); }
     });
 }
 
@@ -62,7 +62,7 @@ void BrowserTable::connectHeader() {
     setSortingEnabled(true);
     connect(head, &QHeaderView::customContextMenuRequested, this, &BrowserTable::headMenu);
     connect(head, &QHeaderView::sectionResized, this, [this](int column, int, int width) {
-        if (fitting_) return;
+        if (fitting_) { return; }
         fitted_ = false;
         keepMinimum(column, width);
         Q_EMIT columnsChanged();
@@ -72,8 +72,8 @@ void BrowserTable::connectHeader() {
 }
 
 void BrowserTable::keepMinimum(int column, int width) {
-    const int least = BrowserColumns::minimum[static_cast<size_t>(column)];
-    if (width == 0 || width >= least) return;
+    const int least = BrowserColumns::minimum[size_t(column)];
+    if (width == 0 || width >= least) { return; }
     const QScopedValueRollback fitting(fitting_, true);
     header()->resizeSection(column, least);
 }
@@ -82,13 +82,14 @@ void BrowserTable::fitColumns() {
     const QScopedValueRollback fitting(fitting_, true);
     const int format = fontMetrics().horizontalAdvance(usualFormat) + cellMargins;
     const auto widths = BrowserColumns::fit(viewport()->width(), format);
-    for (int column = 0; column < BrowserTableModel::ColumnCount; ++column)
-        header()->resizeSection(column, widths[static_cast<size_t>(column)]);
+    for (int column = 0; column < BrowserTableModel::ColumnCount; ++column) {
+        header()->resizeSection(column, widths[size_t(column)]);
+    }
 }
 
 void BrowserTable::resizeEvent(QResizeEvent* event) {
     QTreeView::resizeEvent(event);
-    if (fitted_) fitColumns();
+    if (fitted_) { fitColumns(); }
 }
 
 QByteArray BrowserTable::saveColumns() const {
@@ -97,13 +98,13 @@ QByteArray BrowserTable::saveColumns() const {
 }
 
 void BrowserTable::restoreColumns(const QByteArray& state) {
-    if (state.isEmpty()) return;
+    if (state.isEmpty()) { return; }
     const QScopedValueRollback fitting(fitting_, true);
     // A state of other columns (another version's) is refused by the header.
-    if (!header()->restoreState(state.mid(1))) return;
+    if (!header()->restoreState(state.mid(1))) { return; }
     fitted_ = state[0] == '0';
     header()->setSortIndicator(BrowserTableModel::unsorted, Qt::AscendingOrder);
-    if (fitted_) fitColumns();
+    if (fitted_) { fitColumns(); }
 }
 
 void BrowserTable::resetColumns() {
@@ -135,12 +136,12 @@ void BrowserTable::headMenu(const QPoint& position) {
 void BrowserTable::sortBy(int column) {
     const auto* head = header();
     const bool again = head->sortIndicatorSection() == column;
-    if (again && head->sortIndicatorOrder() == Qt::DescendingOrder) column = BrowserTableModel::unsorted;
+    if (again && head->sortIndicatorOrder() == Qt::DescendingOrder) { column = BrowserTableModel::unsorted; }
     sortByColumn(column, again && column >= 0 ? Qt::DescendingOrder : Qt::AscendingOrder);
 }
 
 void BrowserTable::setSearching(bool searching) {
-    if (searching == searching_) return;
+    if (searching == searching_) { return; }
     if (searching) {
         folderColumn_ = header()->sortIndicatorSection();
         folderOrder_ = header()->sortIndicatorOrder();
@@ -152,9 +153,9 @@ void BrowserTable::setSearching(bool searching) {
 
 void BrowserTable::showEntries(std::vector<BrowserEntry> entries, bool fresh) {
     std::set<std::filesystem::path> wanted;
-    for (const auto& entry : selectedEntries()) wanted.insert(entry.url);
+    for (const auto& entry : selectedEntries()) { wanted.insert(entry.url); }
     const bool come = std::ranges::any_of(entries, [this](const auto& it) { return expected_.contains(it.url); });
-    if (come) wanted.merge(std::exchange(expected_, {}));
+    if (come) { wanted.merge(std::exchange(expected_, {})); }
     const QModelIndex at = currentIndex();
     const auto current = at.isValid() ? model_.entry(at.row()).url : std::filesystem::path();
     const bool inSight = at.isValid() && viewport()->rect().intersects(visualRect(at));
@@ -164,43 +165,48 @@ void BrowserTable::showEntries(std::vector<BrowserEntry> entries, bool fresh) {
     {
         const QScopedValueRollback quiet(quiet_, true);
         model_.setEntries(fresh ? std::move(entries) : model_.inOrderShown(std::move(entries)));
-        if (reset || come) selectAgain(wanted, current);
+        if (reset || come) { selectAgain(wanted, current); }
     }
     disconnect(watch);
-    if (fresh)
+    if (fresh) {
         scrollToTop();
-    else if (reset)
+    } else if (reset) {
         verticalScrollBar()->setValue(scroll);
-    if (!fresh && reset && inSight) scrollTo(currentIndex());
+    }
+    if (!fresh && reset && inSight) { scrollTo(currentIndex()); }
     Q_EMIT selectionMoved();
 }
 
 // Where the current one is gone, the first of the selection takes its place.
 void BrowserTable::selectAgain(const std::set<std::filesystem::path>& wanted, const std::filesystem::path& current) {
     QItemSelection selection;
-    for (int row = 0; !wanted.empty() && row < model_.rowCount(); ++row)
-        if (wanted.contains(model_.entry(row).url))
+    for (int row = 0; !wanted.empty() && row < model_.rowCount(); ++row) {
+        if (wanted.contains(model_.entry(row).url)) {
             selection.select(model_.index(row, 0), model_.index(row, BrowserTableModel::ColumnCount - 1));
+        }
+    }
     const int first = selection.isEmpty() ? -1 : selection.indexes().front().row();
     const int same = model_.rowOf(current);
-    if (const int row = same >= 0 ? same : first; row >= 0)
+    if (const int row = same >= 0 ? same : first; row >= 0) {
         selectionModel()->setCurrentIndex(model_.index(row, 0), QItemSelectionModel::NoUpdate);
+    }
     selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
 }
 
 std::vector<BrowserEntry> BrowserTable::selectedEntries() const {
     std::set<int> selected;
-    for (const auto& range : selectionModel()->selection())
-        for (int row = range.top(); row <= range.bottom(); ++row) selected.insert(row);
+    for (const auto& range : selectionModel()->selection()) {
+        for (int row = range.top(); row <= range.bottom(); ++row) { selected.insert(row); }
+    }
     std::vector<BrowserEntry> entries;
     entries.reserve(selected.size());
-    for (const int row : selected) entries.push_back(model_.entry(row));
+    for (const int row : selected) { entries.push_back(model_.entry(row)); }
     return entries;
 }
 
 bool BrowserTable::mark(const std::filesystem::path& url) {
     const int row = model_.rowOf(url);
-    if (row < 0) return false;
+    if (row < 0) { return false; }
     const QModelIndex index = model_.index(row, 0);
     {
         const QScopedValueRollback quiet(quiet_, true);
@@ -212,28 +218,29 @@ bool BrowserTable::mark(const std::filesystem::path& url) {
 }
 
 void BrowserTable::selectFirst() {
-    if (model_.rowCount() > 0)
+    if (model_.rowCount() > 0) {
         selectionModel()->setCurrentIndex(model_.index(0, 0),
                                           QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    }
 }
 
 void BrowserTable::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) {
     QTreeView::selectionChanged(selected, deselected);
-    if (quiet_) return;
+    if (quiet_) { return; }
     Q_EMIT chosen();
     Q_EMIT selectionMoved();
 }
 
 bool BrowserTable::handleKey(const QKeyEvent& event) {
     const bool plain = (event.modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
-    if (!plain) return false;
+    if (!plain) { return false; }
     switch (event.key()) {
         case Qt::Key_Space:
-            if (!event.isAutoRepeat()) Q_EMIT togglePlay();
+            if (!event.isAutoRepeat()) { Q_EMIT togglePlay(); }
             return true;
         case Qt::Key_Return:
         case Qt::Key_Enter:
-            if (const auto entries = selectedEntries(); !entries.empty()) Q_EMIT activatedEntry(entries.front());
+            if (const auto entries = selectedEntries(); !entries.empty()) { Q_EMIT activatedEntry(entries.front()); }
             return true;
         case Qt::Key_Backspace:
             Q_EMIT goUp();
@@ -244,7 +251,7 @@ bool BrowserTable::handleKey(const QKeyEvent& event) {
 }
 
 void BrowserTable::keyPressEvent(QKeyEvent* event) {
-    if (handleKey(*event)) return event->accept();
+    if (handleKey(*event)) { return event->accept(); }
     if (const QString text = typedText(*event); !text.isEmpty()) {
         Q_EMIT typed(text);
         return event->accept();
@@ -253,7 +260,7 @@ void BrowserTable::keyPressEvent(QKeyEvent* event) {
 }
 
 void BrowserTable::contextMenuEvent(QContextMenuEvent* event) {
-    if (selectionModel()->selection().isEmpty()) return;
+    if (selectionModel()->selection().isEmpty()) { return; }
     // The menu key asks in the middle of nowhere; the row is where the user looks.
     const bool byKey = event->reason() == QContextMenuEvent::Keyboard;
     const QPoint at = byKey ? viewport()->mapToGlobal(visualRect(currentIndex()).bottomLeft()) : event->globalPos();
@@ -261,7 +268,7 @@ void BrowserTable::contextMenuEvent(QContextMenuEvent* event) {
 }
 
 QPixmap dragPicture(const std::vector<BrowserEntry>& entries, const QFont& font, double dpr) {
-    if (entries.empty()) return {};
+    if (entries.empty()) { return {}; }
     const Theme& theme = Theme::current();
     const QFontMetrics metrics(font);
     const QString text = entries.size() == 1 ? metrics.elidedText(FileDrag::toText(entries.front().url.filename()),
@@ -284,7 +291,7 @@ QPixmap dragPicture(const std::vector<BrowserEntry>& entries, const QFont& font,
 
 void BrowserTable::startDrag(Qt::DropActions /*actions*/) {
     const auto indexes = selectedIndexes();
-    if (indexes.isEmpty()) return;
+    if (indexes.isEmpty()) { return; }
     auto* drag = new QDrag(this);  // Qt deletes it when it is over
     drag->setMimeData(model_.mimeData(indexes));
     drag->setPixmap(dragPicture(selectedEntries(), font(), devicePixelRatioF()));

@@ -32,8 +32,9 @@ QString shownName(const std::filesystem::path& url) {
 
 QString categoryOf(const SoundMeta& meta) {
     QStringList parts;
-    for (const auto* part : {&meta.category, &meta.subCategory})
-        if (!part->empty()) parts << oneLine(*part);
+    for (const auto* part : {&meta.category, &meta.subCategory}) {
+        if (!part->empty()) { parts << oneLine(*part); }
+    }
     return parts.join(QStringLiteral(" · "));
 }
 
@@ -45,12 +46,13 @@ QString BrowserTableModel::columnName(int column) {
 }
 
 const BrowserEntry& BrowserTableModel::entry(int row) const {
-    return entries_[static_cast<size_t>(order_[static_cast<size_t>(row)])];
+    return entries_[size_t(order_[size_t(row)])];
 }
 
 int BrowserTableModel::rowOf(const std::filesystem::path& url) const {
-    for (int row = 0; row < rowCount(); ++row)
-        if (entry(row).url == url) return row;
+    for (int row = 0; row < rowCount(); ++row) {
+        if (entry(row).url == url) { return row; }
+    }
     return -1;
 }
 
@@ -64,9 +66,11 @@ void BrowserTableModel::setEntries(std::vector<BrowserEntry> entries) {
     if (sameFiles(entries)) {
         // A saved description doesn't move its row away under the user, even where it would now sort elsewhere.
         entries_.swap(entries);
-        for (int row = 0; row < rowCount(); ++row)
-            if (entry(row) != entries[static_cast<size_t>(order_[static_cast<size_t>(row)])])
+        for (int row = 0; row < rowCount(); ++row) {
+            if (entry(row) != entries[size_t(order_[size_t(row)])]) {
                 Q_EMIT dataChanged(index(row, 0), index(row, ColumnCount - 1));
+            }
+        }
         return;
     }
     beginResetModel();
@@ -78,19 +82,20 @@ void BrowserTableModel::setEntries(std::vector<BrowserEntry> entries) {
 }
 
 std::vector<BrowserEntry> BrowserTableModel::inOrderShown(std::vector<BrowserEntry> entries) const {
-    if (entries.size() != entries_.size()) return entries;
+    if (entries.size() != entries_.size()) { return entries; }
     std::unordered_map<std::string, size_t> places;
-    for (size_t at = 0; at < entries_.size(); ++at) places[entries_[at].url.native()] = at;
-    if (!std::ranges::all_of(entries, [&](const auto& entry) { return places.contains(entry.url.native()); }))
+    for (size_t at = 0; at < entries_.size(); ++at) { places[entries_[at].url.native()] = at; }
+    if (!std::ranges::all_of(entries, [&](const auto& entry) { return places.contains(entry.url.native()); })) {
         return entries;
+    }
     std::vector<BrowserEntry> ordered(entries.size());
-    for (auto& entry : entries) ordered[places[entry.url.native()]] = std::move(entry);
+    for (auto& entry : entries) { ordered[places[entry.url.native()]] = std::move(entry); }
     return ordered;
 }
 
 void BrowserTableModel::setInfo(const std::filesystem::path& url, const AudioFileInfo& info) {
     const int row = rowOf(url);
-    if (row < 0) return;
+    if (row < 0) { return; }
     infos_[url.native()] = info;
     Q_EMIT dataChanged(index(row, Length), index(row, Format));
 }
@@ -101,12 +106,12 @@ const AudioFileInfo* BrowserTableModel::info(const BrowserEntry& entry) const {
 }
 
 void BrowserTableModel::ask(const BrowserEntry& entry) const {
-    if (!askInfo || !asked_.insert(entry.url.native()).second) return;
-    if (const auto* known = askInfo(entry.url)) infos_[entry.url.native()] = *known;
+    if (!askInfo || !asked_.insert(entry.url.native()).second) { return; }
+    if (const auto* known = askInfo(entry.url)) { infos_[entry.url.native()] = *known; }
 }
 
 int BrowserTableModel::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : static_cast<int>(entries_.size());
+    return parent.isValid() ? 0 : int(entries_.size());
 }
 
 int BrowserTableModel::columnCount(const QModelIndex& parent) const {
@@ -114,7 +119,7 @@ int BrowserTableModel::columnCount(const QModelIndex& parent) const {
 }
 
 QString BrowserTableModel::infoText(const BrowserEntry& entry, int column) const {
-    if (entry.isFolder) return {};
+    if (entry.isFolder) { return {}; }
     return column == Length ? InfoText::duration(entry, info(entry)) : InfoText::format(entry, info(entry));
 }
 
@@ -138,12 +143,12 @@ QVariant BrowserTableModel::data(const QModelIndex& index, int role) const {
     const bool isInfo = index.column() == Length || index.column() == Format;
     switch (role) {
         case Qt::DisplayRole:
-            if (isInfo && !item.isFolder && !InfoText::isKnown(item)) ask(item);
+            if (isInfo && !item.isFolder && !InfoText::isKnown(item)) { ask(item); }
             return text(item, index.column());
         case Qt::ToolTipRole:
             return plainToolTip(index.column() == Name ? FileDrag::toText(item.url) : text(item, index.column()));
         case Qt::DecorationRole:
-            if (index.column() != Name) return {};
+            if (index.column() != Name) { return {}; }
             return symbol(item.isFolder ? "folder-fill" : "file", SymbolRole::secondary);
         case Qt::TextAlignmentRole: {
             const auto side = index.column() == Length ? Qt::AlignRight : Qt::AlignLeft;
@@ -157,8 +162,8 @@ QVariant BrowserTableModel::data(const QModelIndex& index, int role) const {
 }
 
 QVariant BrowserTableModel::headerData(int section, Qt::Orientation orientation, int role) const {
-    if (orientation != Qt::Horizontal) return {};
-    if (role == Qt::DisplayRole) return columnName(section);
+    if (orientation != Qt::Horizontal) { return {}; }
+    if (role == Qt::DisplayRole) { return columnName(section); }
     if (role == Qt::TextAlignmentRole) {
         const auto side = section == Length ? Qt::AlignRight : Qt::AlignLeft;
         return QVariant::fromValue(Qt::Alignment(side | Qt::AlignVCenter));
@@ -178,14 +183,15 @@ std::vector<int> BrowserTableModel::makeOrder() const {
     }
     std::vector<BrowserSort::Key> keys;
     keys.reserve(entries_.size());
-    for (const auto& item : entries_)
+    for (const auto& item : entries_) {
         keys.push_back({item.isFolder, item.isFolder ? text(item, Name) : text(item, column_),
                         item.isFolder ? 0 : InfoText::seconds(item, info(item))});
+    }
     return BrowserSort::order(keys, column_ == Length, direction_ == Qt::AscendingOrder);
 }
 
 void BrowserTableModel::sort(int column, Qt::SortOrder order) {
-    if (column < unsorted || column >= ColumnCount) return;
+    if (column < unsorted || column >= ColumnCount) { return; }
     Q_EMIT layoutAboutToBeChanged({}, VerticalSortHint);
     const QModelIndexList old = persistentIndexList();
     const std::vector<int> before = order_;
@@ -193,22 +199,22 @@ void BrowserTableModel::sort(int column, Qt::SortOrder order) {
     direction_ = order;
     order_ = makeOrder();
     std::vector<int> rowOf(order_.size());
-    for (size_t row = 0; row < order_.size(); ++row) rowOf[static_cast<size_t>(order_[row])] = static_cast<int>(row);
+    for (size_t row = 0; row < order_.size(); ++row) { rowOf[size_t(order_[row])] = int(row); }
     for (const auto& at : old) {
-        const int given = before[static_cast<size_t>(at.row())];
-        changePersistentIndex(at, index(rowOf[static_cast<size_t>(given)], at.column()));
+        const int given = before[size_t(at.row())];
+        changePersistentIndex(at, index(rowOf[size_t(given)], at.column()));
     }
     Q_EMIT layoutChanged({}, VerticalSortHint);
 }
 
 QMimeData* BrowserTableModel::mimeData(const QModelIndexList& indexes) const {
     std::vector<int> rows;
-    for (const auto& at : indexes) rows.push_back(at.row());
+    for (const auto& at : indexes) { rows.push_back(at.row()); }
     std::ranges::sort(rows);
     const auto repeated = std::ranges::unique(rows);
     rows.erase(repeated.begin(), repeated.end());
     std::vector<std::filesystem::path> files;
-    for (const int row : rows) files.push_back(entry(row).url);
+    for (const int row : rows) { files.push_back(entry(row).url); }
     return FileDrag::mimeData(files);
 }
 

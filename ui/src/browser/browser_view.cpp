@@ -23,7 +23,7 @@ constexpr int minWidth = 480;  // logical pixels
 
 void copyPaths(const BrowserActions::Files& files) {
     QStringList paths;
-    for (const auto& file : files) paths << FileDrag::toText(file);
+    for (const auto& file : files) { paths << FileDrag::toText(file); }
     QGuiApplication::clipboard()->setText(paths.join('\n'));
 }
 
@@ -50,8 +50,9 @@ BrowserView::BrowserView(AppModel& model, QWidget* parent) : QWidget(parent), mo
     connect(&settle_, &QTimer::timeout, &library_, &LibraryModel::refresh);
     connect(&watcher_, &QFileSystemWatcher::directoryChanged, this, [this] { settle_.start(); });
     for (const auto signal :
-         {&LibraryModel::entriesChanged, &LibraryModel::filterChanged, &LibraryModel::resultsChanged})
+         {&LibraryModel::entriesChanged, &LibraryModel::filterChanged, &LibraryModel::resultsChanged}) {
         connect(&library_, signal, this, &BrowserView::refresh);
+    }
     connect(&library_, &LibraryModel::indexingChanged, this, &BrowserView::showState);
     connect(&library_.settings(), &SettingsStore::changed, this, &BrowserView::showState);
     connect(&library_, &LibraryModel::messageChanged, this,
@@ -59,7 +60,7 @@ BrowserView::BrowserView(AppModel& model, QWidget* parent) : QWidget(parent), mo
     connect(bar_, &BrowserBar::backToRows, table_, qOverload<>(&QWidget::setFocus));
     connect(bar_, &BrowserBar::downAsked, this, [this] {
         table_->setFocus();
-        if (table_->selectedEntries().empty()) table_->selectFirst();
+        if (table_->selectedEntries().empty()) { table_->selectFirst(); }
     });
     connect(empty_, &EmptyState::actionAsked, this, &BrowserView::act);
     connectTable();
@@ -69,7 +70,7 @@ BrowserView::BrowserView(AppModel& model, QWidget* parent) : QWidget(parent), mo
 void BrowserView::connectTable() {
     table_->rows().askInfo = [this](const fs::path& url) { return library_.infoCache().info(url); };
     connect(&library_.infoCache(), &InfoCache::loaded, this, [this](const fs::path& url) {
-        if (const auto* info = library_.infoCache().info(url)) table_->rows().setInfo(url, *info);
+        if (const auto* info = library_.infoCache().info(url)) { table_->rows().setInfo(url, *info); }
     });
     connect(table_, &BrowserTable::chosen, this, &BrowserView::auditionChosen);
     connect(table_, &BrowserTable::selectionMoved, this, &BrowserView::selectionMoved);
@@ -78,7 +79,7 @@ void BrowserView::connectTable() {
     });
     connect(table_, &BrowserTable::togglePlay, this, [this] { model_.player().togglePlay(); });
     connect(table_, &BrowserTable::goUp, this, [this] {
-        if (!searching_) library_.goUp();
+        if (!searching_) { library_.goUp(); }
     });
     connect(table_, &BrowserTable::typed, bar_, &BrowserBar::type);
     connect(table_, &BrowserTable::menuAsked, this, &BrowserView::openMenu);
@@ -96,12 +97,12 @@ void BrowserView::refresh() {
                                               library_.libraryFilter().value_or("")
                                         : library_.folder().value_or(fs::path()).native();
     const bool fresh = place != shownFor_ || searching != searching_;
-    if (fresh) library_.infoCache().forgetWaiting();
-    if (searching != searching_) table_->setSearching(searching);
+    if (fresh) { library_.infoCache().forgetWaiting(); }
+    if (searching != searching_) { table_->setSearching(searching); }
     shownFor_ = place;
     searching_ = searching;
     table_->showEntries(searching ? library_.results() : library_.entries(), fresh);
-    if (!searching) markWanted();
+    if (!searching) { markWanted(); }
     watchFolder();
     showState();
 }
@@ -119,10 +120,10 @@ BrowserState::Snapshot BrowserView::snapshot() const {
     now.library = QString::fromStdString(library_.libraryFilter().value_or(""));
     now.limit = LibraryModel::resultLimit;
     if (now.searching) {
-        now.sounds = static_cast<int64_t>(library_.results().size());
+        now.sounds = int64_t(library_.results().size());
         return now;
     }
-    for (const auto& entry : library_.entries()) ++(entry.isFolder ? now.folders : now.sounds);
+    for (const auto& entry : library_.entries()) { ++(entry.isFolder ? now.folders : now.sounds); }
     const auto& folder = library_.folder();
     now.folder = folder ? FileDrag::toText(*folder) : QString();
     now.folderReadable = !library_.folderError();
@@ -134,10 +135,10 @@ void BrowserView::showState() {
     state_ = BrowserState::of(snapshot());
     bar_->showState(state_);
     const bool empty = !state_.title.isEmpty();
-    if (empty) empty_->setTexts(state_.title, state_.hint, state_.actionText);
+    if (empty) { empty_->setTexts(state_.title, state_.hint, state_.actionText); }
     const bool hadFocus = table_->hasFocus();
     stack_->setCurrentWidget(empty ? static_cast<QWidget*>(empty_) : table_);
-    if (hadFocus && empty) bar_->field().setFocus();
+    if (hadFocus && empty) { bar_->field().setFocus(); }
 }
 
 void BrowserView::act() {
@@ -160,7 +161,7 @@ void BrowserView::act() {
 
 void BrowserView::auditionChosen() {
     const auto entries = table_->selectedEntries();
-    if (entries.size() != 1 || entries.front().isFolder) return;
+    if (entries.size() != 1 || entries.front().isFolder) { return; }
     Q_EMIT loadAsked(entries.front().url);
     model_.player().load(entries.front().url, model_.settings().value().autoPlay);
 }
@@ -183,14 +184,14 @@ void BrowserView::openFolder(const fs::path& folder) {
 }
 
 void BrowserView::reveal(const fs::path& file) {
-    if (table_->mark(file)) return;
-    if (library_.folder() != file.parent_path() || library_.isSearching()) openFolder(file.parent_path());
+    if (table_->mark(file)) { return; }
+    if (library_.folder() != file.parent_path() || library_.isSearching()) { openFolder(file.parent_path()); }
     wanted_ = file;
     markWanted();
 }
 
 void BrowserView::markWanted() {
-    if (!wanted_ || library_.isListing()) return;
+    if (!wanted_ || library_.isListing()) { return; }
     table_->mark(*wanted_);
     wanted_.reset();
 }
@@ -199,9 +200,9 @@ void BrowserView::markWanted() {
 void BrowserView::watchFolder() {
     const auto& folder = library_.folder();
     const QStringList wanted = folder ? QStringList(FileDrag::toText(*folder)) : QStringList();
-    if (watcher_.directories() == wanted) return;
-    if (!watcher_.directories().isEmpty()) watcher_.removePaths(watcher_.directories());
-    if (!wanted.isEmpty()) watcher_.addPaths(wanted);
+    if (watcher_.directories() == wanted) { return; }
+    if (!watcher_.directories().isEmpty()) { watcher_.removePaths(watcher_.directories()); }
+    if (!wanted.isEmpty()) { watcher_.addPaths(wanted); }
 }
 
 void BrowserView::focusSearch() {
@@ -211,8 +212,8 @@ void BrowserView::focusSearch() {
 
 void BrowserView::openMenu(const QPoint& position) {
     BrowserActions::Files files;
-    for (const auto& entry : table_->selectedEntries()) files.push_back(entry.url);
-    if (files.empty()) return;
+    for (const auto& entry : table_->selectedEntries()) { files.push_back(entry.url); }
+    if (files.empty()) { return; }
     QMenu menu;
     fillBrowserMenu(menu, files, actions_);
     menu.exec(position);

@@ -8,7 +8,7 @@ namespace brindlehum::InfoText {
 namespace {
 
 QString clock(double seconds) {
-    if (!std::isfinite(seconds)) return "0:00.000";
+    if (!std::isfinite(seconds)) { return "0:00.000"; }
     // Whole milliseconds first, or 59.9996 would read as sixty seconds.
     const double ms = std::round(seconds * 1000);
     const double minutes = std::floor(ms / 60000);
@@ -22,17 +22,17 @@ bool isKnown(const BrowserEntry& entry) {
 }
 
 double seconds(const BrowserEntry& entry, const AudioFileInfo* info) {
-    if (isKnown(entry)) return entry.row->duration;
-    return info && info->sampleRate > 0 ? static_cast<double>(info->frames) / info->sampleRate : 0;
+    if (isKnown(entry)) { return entry.row->duration; }
+    return info && info->sampleRate > 0 ? double(info->frames) / info->sampleRate : 0;
 }
 
 QString duration(const BrowserEntry& entry, const AudioFileInfo* info) {
-    if (isKnown(entry)) return clock(entry.row->duration);
+    if (isKnown(entry)) { return clock(entry.row->duration); }
     return info ? QString::fromStdString(PlayerModel::time(seconds(entry, info))) : QString();
 }
 
 QString format(const BrowserEntry& entry, const AudioFileInfo* info) {
-    if (isKnown(entry)) return QString::fromStdString(entry.row->formatSummary());
+    if (isKnown(entry)) { return QString::fromStdString(entry.row->formatSummary()); }
     return info ? QString::fromStdString(info->summary()) : QString();
 }
 

@@ -22,15 +22,16 @@ const std::array<InspectorFields::Field, 15> InspectorFields::fields = {{{"DESCR
 
 void InspectorFields::load(const std::vector<SoundMeta>& files) {
     *this = {};
-    if (files.empty()) return;
+    if (files.empty()) { return; }
     const SoundMeta& first = files.front();
     for (const auto& field : fields) {
         const auto member = SoundMeta::tag(field.tag)->field;
         const bool same = std::ranges::all_of(files, [&](const auto& meta) { return meta.*member == first.*member; });
-        if (same)
+        if (same) {
             values_[field.tag] = QString::fromStdString(first.*member);
-        else
+        } else {
             mixed_.insert(field.tag);
+        }
     }
     const bool same = std::ranges::all_of(files, [&](const auto& meta) { return meta.rating == first.rating; });
     rating_ = same ? first.rating : 0;
@@ -57,13 +58,13 @@ void InspectorFields::clickStar(int star) {
 
 MetadataChanges InspectorFields::changes() const {
     MetadataChanges changes;
-    for (const auto& tag : edited_) changes.fields[tag] = text(tag).toStdString();
-    if (ratingEdited_) changes.rating = rating_;
+    for (const auto& tag : edited_) { changes.fields[tag] = text(tag).toStdString(); }
+    if (ratingEdited_) { changes.rating = rating_; }
     return changes;
 }
 
 void InspectorFields::saved() {
-    for (const auto& tag : edited_) mixed_.erase(tag);
+    for (const auto& tag : edited_) { mixed_.erase(tag); }
     edited_.clear();
     ratingEdited_ = false;
 }

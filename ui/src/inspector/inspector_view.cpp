@@ -25,7 +25,7 @@ namespace fs = std::filesystem;
 
 std::vector<fs::path> urlsOf(const std::vector<BrowserEntry>& entries) {
     std::vector<fs::path> urls;
-    for (const auto& entry : entries) urls.push_back(entry.url);
+    for (const auto& entry : entries) { urls.push_back(entry.url); }
     return urls;
 }
 
@@ -47,7 +47,7 @@ InspectorView::Unsaved askAboutEdits(QWidget* parent) {
     box.setInformativeText("The inspector holds edits that aren't in the files yet.");
     box.setStandardButtons(QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
     const int answer = box.exec();
-    if (answer == QMessageBox::Save) return InspectorView::Unsaved::save;
+    if (answer == QMessageBox::Save) { return InspectorView::Unsaved::save; }
     return answer == QMessageBox::Discard ? InspectorView::Unsaved::discard : InspectorView::Unsaved::keep;
 }
 
@@ -60,7 +60,7 @@ QLabel* caption(const QString& text) {
 
 // A style sheet looks at properties only when told.
 void setRole(QWidget& widget, const char* role) {
-    if (widget.property("role") == role) return;
+    if (widget.property("role") == role) { return; }
     widget.setProperty("role", role);
     widget.style()->unpolish(&widget);
     widget.style()->polish(&widget);
@@ -140,7 +140,7 @@ QWidget* InspectorView::makeForm() {
     column->addWidget(stars_ = new StarRow);
     column->addStretch(1);
     connect(stars_, &StarRow::starClicked, this, [this](int star) {
-        if (loading_) return;
+        if (loading_) { return; }
         fields_.clickStar(star);
         refreshState();
     });
@@ -174,12 +174,13 @@ QWidget* InspectorView::makeButtons() {
 
 void InspectorView::setSelection(const std::vector<BrowserEntry>& selected) {
     std::vector<BrowserEntry> sounds;
-    for (const auto& entry : selected)
-        if (!entry.isFolder) sounds.push_back(entry);
-    if (sounds == selected_) return;
+    for (const auto& entry : selected) {
+        if (!entry.isFolder) { sounds.push_back(entry); }
+    }
+    if (sounds == selected_) { return; }
     selected_ = std::move(sounds);
     // The rows have changed as well when the team or a save has: they are read anew.
-    if (!fields_.hasEdits()) return followSelection();
+    if (!fields_.hasEdits()) { return followSelection(); }
     refreshState();
 }
 
@@ -198,9 +199,9 @@ void InspectorView::load(std::vector<fs::path> urls) {
         show();
     }
     refreshState();
-    if (urls_.empty()) return;
+    if (urls_.empty()) { return; }
     library_.readMeta(urls_, [this, self = QPointer(this), generation](const std::vector<SoundMeta>& metas) {
-        if (self && generation == generation_) arrived(metas);
+        if (self && generation == generation_) { arrived(metas); }
     });
 }
 
@@ -215,15 +216,16 @@ void InspectorView::arrived(const std::vector<SoundMeta>& metas) {
 }
 
 void InspectorView::show() {
-    for (const auto& [tag, row] : rows_) row.field->setText(fields_.text(tag));
+    for (const auto& [tag, row] : rows_) { row.field->setText(fields_.text(tag)); }
 }
 
 void InspectorView::refreshState() {
     stack_->setCurrentWidget(urls_.empty() ? static_cast<QWidget*>(empty_) : form_);
-    if (urls_.size() == 1)
+    if (urls_.size() == 1) {
         headline_->setFullText(FileDrag::toText(urls_.front().filename()));
-    else
+    } else {
         headline_->setFullText(QLocale().toString(static_cast<qulonglong>(urls_.size())) + " files");
+    }
     const bool edited = fields_.hasEdits();
     for (const auto& [tag, row] : rows_) {
         row.field->setPrompt(fields_.isMixed(tag) ? "Mixed" : "");
@@ -238,10 +240,10 @@ void InspectorView::refreshState() {
 }
 
 void InspectorView::save() {
-    if (!fields_.hasEdits()) return;
+    if (!fields_.hasEdits()) { return; }
     library_.save(fields_.changes(), urls_);
     fields_.saved();
-    if (urlsOf(selected_) != urls_) return followSelection();
+    if (urlsOf(selected_) != urls_) { return followSelection(); }
     refreshState();
 }
 
@@ -252,14 +254,14 @@ void InspectorView::revert() {
 }
 
 bool InspectorView::settleEdits() {
-    if (!fields_.hasEdits()) return true;
+    if (!fields_.hasEdits()) { return true; }
     const Unsaved answer = askUnsaved();
-    if (answer == Unsaved::save) save();
+    if (answer == Unsaved::save) { save(); }
     return answer != Unsaved::keep;
 }
 
 void InspectorView::rename() {
-    if (confirmRename(urls_.size())) library_.renameToUCS(urls_);
+    if (confirmRename(urls_.size())) { library_.renameToUCS(urls_); }
 }
 
 }  // namespace brindlehum

@@ -39,14 +39,14 @@ int StarRow::starAt(const QPoint& point) const {
 }
 
 void StarRow::setRating(int rating) {
-    if (rating == rating_) return;
+    if (rating == rating_) { return; }
     rating_ = rating;
     setAccessibleName(rating > 0 ? QString("Rating: %1 of %2").arg(rating).arg(stars) : QString("Rating: none"));
     update();
 }
 
 void StarRow::hover(int star) {
-    if (star == hovered_) return;
+    if (star == hovered_) { return; }
     hovered_ = star;
     update();
 }
@@ -59,14 +59,14 @@ void StarRow::paintEvent(QPaintEvent* /*event*/) {
         const auto role = filled ? SymbolRole::star : star <= hovered_ ? SymbolRole::control : SymbolRole::secondary;
         symbol(filled ? "star-fill" : "star", role).paint(&painter, starRect(star));
     }
-    if (!hasFocus()) return;
+    if (!hasFocus()) { return; }
     painter.setPen(QPen(Theme::current().accent, 2));
     painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), 6, 6);
 }
 
 void StarRow::mousePressEvent(QMouseEvent* event) {
     const int star = event->button() == Qt::LeftButton ? starAt(event->pos()) : 0;
-    if (star > 0) Q_EMIT starClicked(star);
+    if (star > 0) { Q_EMIT starClicked(star); }
 }
 
 void StarRow::mouseMoveEvent(QMouseEvent* event) {
@@ -80,16 +80,17 @@ void StarRow::leaveEvent(QEvent* /*event*/) {
 void StarRow::keyPressEvent(QKeyEvent* event) {
     const int key = event->key();
     int wanted = rating_;
-    if (key == Qt::Key_Left)
+    if (key == Qt::Key_Left) {
         wanted = std::max(0, rating_ - 1);
-    else if (key == Qt::Key_Right)
+    } else if (key == Qt::Key_Right) {
         wanted = std::min(stars, rating_ + 1);
-    else if (key >= Qt::Key_0 && key <= Qt::Key_5)
+    } else if (key >= Qt::Key_0 && key <= Qt::Key_5) {
         wanted = key - Qt::Key_0;
-    else
+    } else {
         return QWidget::keyPressEvent(event);
+    }
     // The star of the rating itself takes it away.
-    if (wanted != rating_) Q_EMIT starClicked(wanted == 0 ? rating_ : wanted);
+    if (wanted != rating_) { Q_EMIT starClicked(wanted == 0 ? rating_ : wanted); }
 }
 
 }  // namespace brindlehum

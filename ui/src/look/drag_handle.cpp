@@ -24,19 +24,21 @@ DragHandle::DragHandle(QWidget* parent) : QToolButton(parent) {
 
 void DragHandle::copyFile() {
     const auto path = file ? file() : std::nullopt;
-    if (path) QApplication::clipboard()->setMimeData(FileDrag::mimeData({*path}));
+    if (path) { QApplication::clipboard()->setMimeData(FileDrag::mimeData({*path})); }
 }
 
 void DragHandle::mousePressEvent(QMouseEvent* event) {
-    if (event->button() == Qt::LeftButton) pressedAt_ = event->pos();
+    if (event->button() == Qt::LeftButton) { pressedAt_ = event->pos(); }
     event->accept();
 }
 
 void DragHandle::mouseMoveEvent(QMouseEvent* event) {
-    if (!pressedAt_ || (event->pos() - *pressedAt_).manhattanLength() <= QApplication::startDragDistance() / 2) return;
+    if (!pressedAt_ || (event->pos() - *pressedAt_).manhattanLength() <= QApplication::startDragDistance() / 2) {
+        return;
+    }
     pressedAt_.reset();
     const auto path = file ? file() : std::nullopt;
-    if (!path) return;
+    if (!path) { return; }
     const QPixmap image = picture ? picture() : QPixmap();
     FileDrag::run(this, *path, image, {8, 8});
 }

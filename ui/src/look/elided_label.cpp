@@ -12,7 +12,7 @@ ElidedLabel::ElidedLabel(Qt::TextElideMode mode, QWidget* parent) : QLabel(paren
 }
 
 void ElidedLabel::setFullText(const QString& text) {
-    if (text == full_) return;
+    if (text == full_) { return; }
     full_ = text;
     setAccessibleName(full_);
     updateGeometry();
@@ -34,7 +34,7 @@ void ElidedLabel::resizeEvent(QResizeEvent* event) {
 
 void ElidedLabel::changeEvent(QEvent* event) {
     QLabel::changeEvent(event);
-    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) elide();
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) { elide(); }
 }
 
 void ElidedLabel::elide() {

@@ -45,7 +45,7 @@ std::filesystem::path toPath(const QString& text) {
 
 QMimeData* mimeData(const std::vector<std::filesystem::path>& files) {
     QList<QUrl> urls;
-    for (const auto& file : files) urls.append(urlOf(file));
+    for (const auto& file : files) { urls.append(urlOf(file)); }
     auto* data = new QMimeData;
     data->setUrls(urls);
     return data;
@@ -53,8 +53,9 @@ QMimeData* mimeData(const std::vector<std::filesystem::path>& files) {
 
 std::vector<std::filesystem::path> localPaths(const QMimeData& data) {
     std::vector<std::filesystem::path> paths;
-    for (const QUrl& url : data.urls())
-        if (url.isLocalFile()) paths.push_back(pathOf(url));
+    for (const QUrl& url : data.urls()) {
+        if (url.isLocalFile()) { paths.push_back(pathOf(url)); }
+    }
     return paths;
 }
 

@@ -14,12 +14,14 @@ std::vector<std::filesystem::path> chooseLibraryFolders(QWidget* parent, const s
     dialog.setLabelText(QFileDialog::Accept, "Add to Library");
     // The desktop's own dialogs choose one folder at a time; this one is Qt's, and its lists take several.
     dialog.setOption(QFileDialog::DontUseNativeDialog);
-    for (auto* view : dialog.findChildren<QAbstractItemView*>())
-        if (view->objectName() == QLatin1String("listView") || view->objectName() == QLatin1String("treeView"))
+    for (auto* view : dialog.findChildren<QAbstractItemView*>()) {
+        if (view->objectName() == QLatin1String("listView") || view->objectName() == QLatin1String("treeView")) {
             view->setSelectionMode(QAbstractItemView::ExtendedSelection);
+        }
+    }
     std::vector<std::filesystem::path> folders;
-    if (dialog.exec() != QDialog::Accepted) return folders;
-    for (const auto& folder : dialog.selectedFiles()) folders.push_back(FileDrag::toPath(folder));
+    if (dialog.exec() != QDialog::Accepted) { return folders; }
+    for (const auto& folder : dialog.selectedFiles()) { folders.push_back(FileDrag::toPath(folder)); }
     return folders;
 }
 

@@ -29,7 +29,7 @@ QString desktopName(const QString& name) {
 
 QColor colorOf(SymbolRole role, QIcon::Mode mode, QIcon::State state) {
     const Theme& theme = Theme::current();
-    if (mode == QIcon::Disabled) return theme.disabled;
+    if (mode == QIcon::Disabled) { return theme.disabled; }
     switch (role) {
         case SymbolRole::onAccent:
             return theme.onAccent;
@@ -68,10 +68,11 @@ private:
         pixmap.fill(Qt::transparent);
         QPainter painter(&pixmap);
         const QIcon desktop = QIcon::fromTheme(desktopName(name_));
-        if (desktop.isNull())
+        if (desktop.isNull()) {
             QSvgRenderer(QStringLiteral(":/icons/%1.svg").arg(name_)).render(&painter, QRectF(QPointF(), size));
-        else
+        } else {
             desktop.paint(&painter, QRect(QPoint(), size));
+        }
         painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
         painter.fillRect(QRect(QPoint(), size), colorOf(role_, mode, state));
         return pixmap;

@@ -37,7 +37,7 @@ QString TextField::text() const {
 }
 
 void TextField::setText(const QString& next) {
-    if (next == text()) return;
+    if (next == text()) { return; }
     const QSignalBlocker quiet(&editor());
     if (lines_) {
         lines_->setPlainText(next);
@@ -48,17 +48,19 @@ void TextField::setText(const QString& next) {
 }
 
 void TextField::setPrompt(const QString& prompt) {
-    if (lines_)
+    if (lines_) {
         lines_->setPlaceholderText(prompt);
-    else
+    } else {
         line_->setPlaceholderText(prompt);
+    }
 }
 
 void TextField::setReadOnly(bool readOnly) {
-    if (lines_)
+    if (lines_) {
         lines_->setReadOnly(readOnly);
-    else
+    } else {
         line_->setReadOnly(readOnly);
+    }
 }
 
 }  // namespace brindlehum

@@ -105,15 +105,16 @@ QPalette Theme::palette() const {
                                                                            {QPalette::HighlightedText, text},
                                                                            {QPalette::Link, accent},
                                                                            {QPalette::LinkVisited, accent}}};
-    for (const auto& [role, color] : roles) palette.setColor(role, color);
-    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+    for (const auto& [role, color] : roles) { palette.setColor(role, color); }
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
         palette.setColor(QPalette::Disabled, role, disabled);
+    }
     return palette;
 }
 
 QString Theme::styleSheet() const {
     QFile file(":/style/app.qss");
-    if (!file.open(QIODevice::ReadOnly)) return {};
+    if (!file.open(QIODevice::ReadOnly)) { return {}; }
     QString sheet = QString::fromUtf8(file.readAll());
     // Longer names first: @accentGround holds @accent.
     const std::array<std::pair<const char*, QString>, 12> tokens = {{{"@accentGround", accentGround.name()},
@@ -128,7 +129,7 @@ QString Theme::styleSheet() const {
                                                                      {"@panel", panel.name()},
                                                                      {"@hover", hover.name()},
                                                                      {"@text", text.name()}}};
-    for (const auto& [name, value] : tokens) sheet.replace(QLatin1String(name), value);
+    for (const auto& [name, value] : tokens) { sheet.replace(QLatin1String(name), value); }
     return sheet.replace(QLatin1String("@kind"), QLatin1String(dark ? "dark" : "light"));
 }
 

@@ -35,14 +35,14 @@ public:
     int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                   QStyleHintReturn* data) const override {
         // A click beside a slider's handle brings the handle there, as level controls are used.
-        if (hint == SH_Slider_AbsoluteSetButtons) return Qt::LeftButton;
+        if (hint == SH_Slider_AbsoluteSetButtons) { return Qt::LeftButton; }
         return QProxyStyle::styleHint(hint, option, widget, data);
     }
     void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                        const QWidget* widget) const override {
         // A tree view draws the frame of its row without naming itself.
         const bool row = element == PE_FrameFocusRect && (!widget || qobject_cast<const QAbstractItemView*>(widget));
-        if (!row) return QProxyStyle::drawPrimitive(element, option, painter, widget);
+        if (!row) { return QProxyStyle::drawPrimitive(element, option, painter, widget); }
         painter->setPen(Theme::current().accent);
         painter->setBrush(Qt::NoBrush);
         painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
@@ -51,7 +51,7 @@ public:
 
 // The portal wraps the value in one variant more than it says.
 QVariant unwrapped(QVariant value) {
-    while (value.canConvert<QDBusVariant>()) value = value.value<QDBusVariant>().variant();
+    while (value.canConvert<QDBusVariant>()) { value = value.value<QDBusVariant>().variant(); }
     return value;
 }
 
@@ -92,13 +92,13 @@ void ThemeController::follow() {
 }
 
 bool ThemeController::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == qApp && event->type() == QEvent::ThemeChange && !applying_) follow();
+    if (watched == qApp && event->type() == QEvent::ThemeChange && !applying_) { follow(); }
     return QObject::eventFilter(watched, event);
 }
 
 void ThemeController::askPortal() {
     auto bus = QDBusConnection::sessionBus();
-    if (!bus.isConnected()) return;
+    if (!bus.isConnected()) { return; }
     auto call = QDBusMessage::createMethodCall(portalService, portalPath, portalInterface, "Read");
     call << QString(appearance) << QString(colorScheme);
     auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(call), this);
@@ -108,13 +108,13 @@ void ThemeController::askPortal() {
         QDBusConnection::sessionBus().connect(QString(), portalPath, portalInterface, "SettingChanged", this,
                                               SLOT(portalChanged(QString, QString, QDBusVariant)));
         const QDBusPendingReply<QDBusVariant> reply = *done;
-        if (!reply.isError()) preferenceArrived(unwrapped(reply.value().variant()).toUInt());
+        if (!reply.isError()) { preferenceArrived(unwrapped(reply.value().variant()).toUInt()); }
         done->deleteLater();
     });
 }
 
 void ThemeController::portalChanged(const QString& space, const QString& key, const QDBusVariant& value) {
-    if (space == appearance && key == colorScheme) preferenceArrived(unwrapped(value.variant()).toUInt());
+    if (space == appearance && key == colorScheme) { preferenceArrived(unwrapped(value.variant()).toUInt()); }
 }
 
 // 1 prefers dark, 2 prefers light, anything else is no preference (XDG desktop portal, Settings).

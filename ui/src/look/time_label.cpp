@@ -21,8 +21,7 @@ TimeLabel::TimeLabel(QWidget* parent) : QLabel(parent) {
 
 void TimeLabel::setTime(double frame, int64_t frames, double sampleRate) {
     const double rate = std::max(sampleRate, 1.0);
-    const std::string text =
-        PlayerModel::time(frame / rate) + " / " + PlayerModel::time(static_cast<double>(frames) / rate);
+    const std::string text = PlayerModel::time(frame / rate) + " / " + PlayerModel::time(double(frames) / rate);
     setText(QString::fromStdString(text));
 }
 

@@ -9,24 +9,23 @@ ValueSlider::ValueSlider(const QString& name, Range range, QWidget* parent)
     : QSlider(Qt::Horizontal, parent), rest_(range.rest), resolution_(range.step / 5) {
     setAccessibleName(name);
     setFocusPolicy(Qt::StrongFocus);
-    setRange(static_cast<int>(std::lround(range.low / resolution_)),
-             static_cast<int>(std::lround(range.high / resolution_)));
+    setRange(int(std::lround(range.low / resolution_)), int(std::lround(range.high / resolution_)));
     setSingleStep(5);
     setPageStep(50);
     setNumber(range.rest);
     connect(this, &QSlider::valueChanged, this, [this] {
-        if (onEdit) onEdit(number());
+        if (onEdit) { onEdit(number()); }
     });
 }
 
 void ValueSlider::setNumber(double number) {
     const QSignalBlocker quiet(this);
     // A model that follows the handle must not pull it to the rounded place under the pointer.
-    if (!isSliderDown()) setValue(static_cast<int>(std::lround(number / resolution_)));
+    if (!isSliderDown()) { setValue(int(std::lround(number / resolution_))); }
 }
 
 void ValueSlider::mouseDoubleClickEvent(QMouseEvent* /*event*/) {
-    setValue(static_cast<int>(std::lround(rest_ / resolution_)));
+    setValue(int(std::lround(rest_ / resolution_)));
 }
 
 }  // namespace brindlehum

@@ -14,8 +14,7 @@ namespace {
 constexpr double margin = 40;
 
 double scaleOf(QSize size) {
-    return std::min(static_cast<double>(size.width()) / pageSize.width(),
-                    static_cast<double>(size.height()) / pageSize.height());
+    return std::min(double(size.width()) / pageSize.width(), double(size.height()) / pageSize.height());
 }
 
 double header(const PictureCanvas& canvas, const Content& content, double width) {
@@ -66,7 +65,7 @@ void page(const PictureCanvas& canvas, const Content& content, const QSizeF& siz
 
 QImage draw(const Content& content, const Theme& theme, QSize size) {
     QImage image(size, QImage::Format_RGB32);
-    if (image.isNull()) return image;
+    if (image.isNull()) { return image; }
     image.fill(theme.window);
     const double scale = scaleOf(size);
     QPainter painter(&image);

@@ -12,7 +12,7 @@ namespace brindlehum {
 namespace {
 
 QColor between(const QColor& a, const QColor& b, double share) {
-    const auto mix = [share](double x, double y) { return static_cast<float>(x + (y - x) * share); };
+    const auto mix = [share](double x, double y) { return float(x + (y - x) * share); };
     return QColor::fromRgbF(mix(a.redF(), b.redF()), mix(a.greenF(), b.greenF()), mix(a.blueF(), b.blueF()));
 }
 
@@ -20,7 +20,7 @@ QColor between(const QColor& a, const QColor& b, double share) {
 
 QFont PictureCanvas::font(const TextStyle& style) {
     QFont font = QGuiApplication::font();
-    font.setPixelSize(std::max(1, static_cast<int>(style.pixels)));
+    font.setPixelSize(std::max(1, int(style.pixels)));
     font.setBold(style.bold);
     return font;
 }
@@ -68,9 +68,9 @@ QColor PictureCanvas::ramp(double value) const {
     static const std::array<QColor, 5> light = {QColor("#ffffff"), QColor("#cfe6d6"), QColor("#6fbcb0"),
                                                 QColor("#1d6f80"), QColor("#14233f")};
     const auto& stops = theme.dark ? dark : light;
-    const double at = std::clamp(value, 0.0, 1.0) * static_cast<double>(stops.size() - 1);
-    const auto first = std::min(static_cast<size_t>(at), stops.size() - 2);
-    return between(stops[first], stops[first + 1], at - static_cast<double>(first));
+    const double at = std::clamp(value, 0.0, 1.0) * double(stops.size() - 1);
+    const auto first = std::min(size_t(at), stops.size() - 2);
+    return between(stops[first], stops[first + 1], at - double(first));
 }
 
 QColor pinColor(PinColor pin, const Theme& theme) {
@@ -78,7 +78,7 @@ QColor pinColor(PinColor pin, const Theme& theme) {
                                                QColor("#ffb056"), QColor("#ff8080"), QColor("#ff8fd0")};
     static const std::array<QColor, 6> light = {QColor("#545c68"), QColor("#1760b8"), QColor("#6a3fc0"),
                                                 QColor("#9a5200"), QColor("#b3261e"), QColor("#a8206f")};
-    return (theme.dark ? dark : light)[static_cast<size_t>(pin)];
+    return (theme.dark ? dark : light)[size_t(pin)];
 }
 
 std::vector<PinMark> pinMarks(const MusicAnalysis& analysis, const Theme& theme) {
@@ -86,13 +86,12 @@ std::vector<PinMark> pinMarks(const MusicAnalysis& analysis, const Theme& theme)
     const std::vector<double> bounds = analysis.grid.boundaries();
     std::vector<PinMark> marks;
     const auto add = [&](const char* name, int boundary, PinColor color) {
-        if (boundary < 0 || boundary >= std::ssize(bounds)) return;
-        marks.push_back(
-            {QString::fromLatin1(name), boundary, bounds[static_cast<size_t>(boundary)], pinColor(color, theme)});
+        if (boundary < 0 || boundary >= std::ssize(bounds)) { return; }
+        marks.push_back({QString::fromLatin1(name), boundary, bounds[size_t(boundary)], pinColor(color, theme)});
     };
     if (pins.startTime > 0) {
         const auto at = std::ranges::lower_bound(bounds, pins.startTime - 1e-6);
-        add("Start", static_cast<int>(at - bounds.begin()), PinColor::start);
+        add("Start", int(at - bounds.begin()), PinColor::start);
     }
     add("Intro end", pins.introEnd, PinColor::introEnd);
     add("Loop start", pins.loopStart, PinColor::loop);
@@ -109,7 +108,7 @@ QString clockText(double seconds) {
 
 int thinning(double spacing, double least) {
     int step = 1;
-    while (spacing * step < least && step < (1 << 24)) step *= 2;
+    while (spacing * step < least && step < (1 << 24)) { step *= 2; }
     return step;
 }
 

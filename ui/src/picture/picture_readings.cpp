@@ -45,7 +45,7 @@ std::array<Card, 7> cardsOf(const MusicAnalysis& a) {
 
 QString joined(const std::vector<std::string>& words) {
     QStringList list;
-    for (const std::string& word : words) list << QString::fromStdString(word);
+    for (const std::string& word : words) { list << QString::fromStdString(word); }
     return list.join(QStringLiteral(", "));
 }
 
@@ -76,8 +76,8 @@ double candidateList(const PictureCanvas& canvas, const QString& title, const st
                      int bars, const QRectF& place, int most) {
     canvas.heading(place.topLeft(), title);
     double y = place.top() + 22;
-    for (int i = 0; i < std::min(most, static_cast<int>(list.size())) && y + line <= place.bottom(); ++i, y += line) {
-        candidateLine(canvas, list[static_cast<size_t>(i)], bars, {place.left(), y, place.width(), line});
+    for (int i = 0; i < std::min(most, int(list.size())) && y + line <= place.bottom(); ++i, y += line) {
+        candidateLine(canvas, list[size_t(i)], bars, {place.left(), y, place.width(), line});
     }
     if (list.empty()) {
         canvas.text({place.left(), y, place.width(), line}, Qt::AlignLeft | Qt::AlignVCenter, "none",
@@ -101,7 +101,7 @@ double paragraph(const PictureCanvas& canvas, const QString& text, const QRectF&
 void cards(const PictureCanvas& canvas, const MusicAnalysis& analysis, const QRectF& place) {
     constexpr double gap = 12;
     const auto all = cardsOf(analysis);
-    const double width = (place.width() - gap * static_cast<double>(all.size() - 1)) / static_cast<double>(all.size());
+    const double width = (place.width() - gap * double(all.size() - 1)) / double(all.size());
     double x = place.left();
     for (const Card& card : all) {
         const QRectF plate(x, place.top(), width, place.height());
@@ -121,7 +121,7 @@ void cards(const PictureCanvas& canvas, const MusicAnalysis& analysis, const QRe
 
 void form(const PictureCanvas& canvas, const MusicAnalysis& analysis, const QRectF& place) {
     canvas.heading(place.topLeft(), QStringLiteral("Pins"));
-    const auto bars = static_cast<int>(analysis.structure.profile.rms.size());
+    const auto bars = int(analysis.structure.profile.rms.size());
     double y = place.top() + 22;
     for (const PinMark& mark : pinMarks(analysis, canvas.theme)) {
         canvas.painter.setPen(Qt::NoPen);
@@ -137,27 +137,27 @@ void form(const PictureCanvas& canvas, const MusicAnalysis& analysis, const QRec
     }
     std::vector<std::string> tags = analysis.key.spectralTags;
     for (const std::string& tag : analysis.key.moodTags) {
-        if (std::ranges::find(tags, tag) == tags.end()) tags.push_back(tag);
+        if (std::ranges::find(tags, tag) == tags.end()) { tags.push_back(tag); }
     }
     if (!tags.empty()) {
         canvas.heading({place.left(), y + 18}, QStringLiteral("Character"));
         y = paragraph(canvas, joined(tags), {place.left(), y + 40, place.width(), place.bottom() - y - 40});
     }
     std::vector<std::string> notes = analysis.structure.notes;
-    if (analysis.loudness.note) notes.push_back(*analysis.loudness.note);
-    if (notes.empty()) return;
+    if (analysis.loudness.note) { notes.push_back(*analysis.loudness.note); }
+    if (notes.empty()) { return; }
     canvas.heading({place.left(), y + 14}, QStringLiteral("Notes"));
     y += 36;
     for (const std::string& note : notes) {
-        if (y + 16 > place.bottom()) break;
+        if (y + 16 > place.bottom()) { break; }
         y = paragraph(canvas, QString::fromStdString(note), {place.left(), y, place.width(), place.bottom() - y});
     }
 }
 
 void candidates(const PictureCanvas& canvas, const MusicAnalysis& analysis, const QRectF& place) {
     const StructureResult& structure = analysis.structure;
-    const auto bars = static_cast<int>(structure.profile.rms.size());
-    const int most = std::max(3, static_cast<int>((place.height() - 62) / (2 * line)));
+    const auto bars = int(structure.profile.rms.size());
+    const int most = std::max(3, int((place.height() - 62) / (2 * line)));
     const double below = candidateList(canvas, QStringLiteral("Loop ends, from the loop start"),
                                        structure.loopCandidates, bars, place, most);
     candidateList(canvas, QStringLiteral("Exits"), structure.exitCandidates, bars,

@@ -24,10 +24,10 @@ Range rangeOf(const SimilarityMatrix& matrix, const BarProfile& profile) {
     std::vector<double> values;
     const int end = std::min(profile.musicEndBar, matrix.size);
     for (int i = profile.musicStartBar; i < end; ++i) {
-        for (int j = profile.musicStartBar; j < i; ++j) values.push_back(matrix.at(i, j));
+        for (int j = profile.musicStartBar; j < i; ++j) { values.push_back(matrix.at(i, j)); }
     }
-    if (values.empty()) return {};
-    const auto low = values.begin() + static_cast<ptrdiff_t>(values.size() / 50);
+    if (values.empty()) { return {}; }
+    const auto low = values.begin() + ptrdiff_t(values.size() / 50);
     std::nth_element(values.begin(), low, values.end());
     return {std::floor(*low * 20) / 20, 1};
 }
@@ -35,7 +35,7 @@ Range rangeOf(const SimilarityMatrix& matrix, const BarProfile& profile) {
 // The first cell of each pixel, and one past the last of all; a pixel has at least one cell.
 std::vector<int> cells(int pixels, int size) {
     std::vector<int> edges;
-    for (int p = 0; p <= pixels; ++p) edges.push_back(static_cast<int>(static_cast<int64_t>(p) * size / pixels));
+    for (int p = 0; p <= pixels; ++p) { edges.push_back(int(int64_t(p) * size / pixels)); }
     return edges;
 }
 
@@ -43,9 +43,9 @@ QImage imageOf(const PictureCanvas& canvas, const SimilarityMatrix& matrix, cons
     QImage image(pixels, pixels, QImage::Format_RGB32);
     const std::vector<int> edges = cells(pixels, matrix.size);
     for (int y = 0; y < pixels; ++y) {
-        const auto top = static_cast<size_t>(y);
+        const auto top = size_t(y);
         for (int x = 0; x < pixels; ++x) {
-            const auto left = static_cast<size_t>(x);
+            const auto left = size_t(x);
             double sum = 0;
             int count = 0;
             for (int i = edges[top]; i < std::max(edges[top + 1], edges[top] + 1); ++i) {
@@ -93,7 +93,7 @@ public:
     }
 
     void frame(int from, int to, Qt::PenStyle line) const {
-        if (from < 0 || to <= from || to > bars_) return;
+        if (from < 0 || to <= from || to > bars_) { return; }
         const QColor ground = canvas_.theme.dark ? QColor("#101216") : QColor("#ffffff");
         const QRectF box(place_.left() + at(from), place_.top() + at(from), at(to) - at(from), at(to) - at(from));
         canvas_.painter.setBrush(Qt::NoBrush);
@@ -111,7 +111,7 @@ private:
 
 void scale(const PictureCanvas& canvas, const QRectF& place, const Range& range) {
     QLinearGradient gradient(place.bottomLeft(), place.topLeft());
-    for (int stop = 0; stop <= 16; ++stop) gradient.setColorAt(stop / 16.0, canvas.ramp(stop / 16.0));
+    for (int stop = 0; stop <= 16; ++stop) { gradient.setColorAt(stop / 16.0, canvas.ramp(stop / 16.0)); }
     canvas.painter.setPen(QPen(canvas.theme.border, 1));
     canvas.painter.setBrush(gradient);
     canvas.painter.drawRect(place);
@@ -144,12 +144,12 @@ double draw(const PictureCanvas& canvas, const MusicAnalysis& analysis, const QR
         std::floor(std::min(place.bottom() - top - 22, place.width() - axis - 4 - scaleGap - scaleWidth - scaleLabels));
     const QRectF square(place.left() + axis + 4, top, side, side);
     const double right = square.right() + scaleGap + scaleWidth + scaleLabels;
-    if (matrix.size < 1 || side < 8) return right;
+    if (matrix.size < 1 || side < 8) { return right; }
 
     const Range range = rangeOf(matrix, structure.profile);
     const double device = canvas.painter.transform().m11();
     canvas.painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
-    canvas.painter.drawImage(square, imageOf(canvas, matrix, range, std::max(1, static_cast<int>(side * device))));
+    canvas.painter.drawImage(square, imageOf(canvas, matrix, range, std::max(1, int(side * device))));
     const Square plot(canvas, square, matrix.size);
     const Pins& pins = structure.pins;
     plot.frame(pins.loopStart, pins.loopEnd, Qt::SolidLine);

@@ -37,7 +37,7 @@ std::vector<Flag> flagsOf(const std::vector<PinMark>& marks) {
             boundaries.push_back(mark.boundary);
             flags.push_back({mark.name, mark.seconds, 0, mark.color, {}});
         } else {
-            Flag& flag = flags[static_cast<size_t>(at - boundaries.begin())];
+            Flag& flag = flags[size_t(at - boundaries.begin())];
             flag.text += QStringLiteral(" · ") + mark.name.toLower();
         }
     }
@@ -54,7 +54,7 @@ int arrange(std::vector<Flag>& flags, double left, double right) {
         int row = 0;
         const auto place = [&] { return QRectF(x, row * flagRow, flag.width, flagHeight); };
         const auto meets = [&](const QRectF& other) { return place().adjusted(-5, 0, 5, 0).intersects(other); };
-        while (std::ranges::any_of(taken, meets)) ++row;
+        while (std::ranges::any_of(taken, meets)) { ++row; }
         flag.place = place();
         taken.push_back(flag.place);
         rows = std::max(rows, row + 1);
@@ -72,14 +72,14 @@ Column columnOf(std::span<const float> x, size_t from, size_t to) {
     Column column;
     double squares = 0;
     to = std::min(std::max(to, from + 1), x.size());
-    if (from >= to) return column;
+    if (from >= to) { return column; }
     for (size_t i = from; i < to; ++i) {
         const float value = std::isfinite(x[i]) ? x[i] : 0;
         column.low = std::min(column.low, value);
         column.high = std::max(column.high, value);
-        squares += static_cast<double>(value) * value;
+        squares += double(value) * value;
     }
-    column.rms = static_cast<float>(std::sqrt(squares / static_cast<double>(to - from)));
+    column.rms = float(std::sqrt(squares / double(to - from)));
     return column;
 }
 
@@ -89,9 +89,9 @@ PictureTimeline::PictureTimeline(const PictureCanvas& canvas, const AnalysisPict
                                  double width)
     : canvas_(canvas), content_(content), left_(left), width_(width), seconds_(content.seconds()) {
     float peak = 0;
-    for (const float value : content.mono) peak = std::isfinite(value) ? std::max(peak, std::abs(value)) : peak;
+    for (const float value : content.mono) { peak = std::isfinite(value) ? std::max(peak, std::abs(value)) : peak; }
     gain_ = WaveformPicture::viewGain(peak);
-    if (!content.analysis) return;
+    if (!content.analysis) { return; }
     seconds_ = content.analysis->seconds;
     bounds_ = content.analysis->grid.boundaries();
     marks_ = pinMarks(*content.analysis, canvas.theme);
@@ -123,14 +123,12 @@ double PictureTimeline::flags(double top) const {
 
 double PictureTimeline::sections(double top) const {
     constexpr double height = 18;
-    if (bounds_.empty()) return top;
+    if (bounds_.empty()) { return top; }
     const Pins& pins = content_.analysis->structure.pins;
-    const auto at = [this](int boundary) {
-        return bounds_[static_cast<size_t>(std::clamp(boundary, 0, static_cast<int>(bounds_.size()) - 1))];
-    };
+    const auto at = [this](int boundary) { return bounds_[size_t(std::clamp(boundary, 0, int(bounds_.size()) - 1))]; };
     const auto section = [&](double from, double to, const char* name, PinColor color) {
         const QRectF place(x(from), top, x(to) - x(from), height);
-        if (place.width() < 1) return;
+        if (place.width() < 1) { return; }
         const QColor ink = pinColor(color, canvas_.theme);
         canvas_.painter.fillRect(place, faint(ink, canvas_.theme.dark ? 64 : 44));
         const QString text = QString::fromLatin1(name);
@@ -149,39 +147,39 @@ double PictureTimeline::sections(double top) const {
 
 double PictureTimeline::bars(double top) const {
     constexpr double numberHeight = 16;
-    const auto count = static_cast<int>(bounds_.size()) - 1;
+    const auto count = int(bounds_.size()) - 1;
     const double spacing = width_ / std::max(count, 1);
     const TextStyle style = canvas_.small();
     const int step = thinning(spacing, PictureCanvas::width(QString::number(count), style) + 10);
     double free = left_ - 1;  // where the last number ended
     for (int bar = 0; bar < count; bar += step) {
-        const double at = x(bounds_[static_cast<size_t>(bar)]) + 2;
+        const double at = x(bounds_[size_t(bar)]) + 2;
         const QString number = QString::number(bar + 1);
         const double end = at + PictureCanvas::width(number, style) + 1;
-        if (at < free || end > left_ + width_) continue;
+        if (at < free || end > left_ + width_) { continue; }
         canvas_.text({at, top, end - at, numberHeight}, Qt::AlignLeft | Qt::AlignVCenter, number, style);
         free = end + 6;
     }
     const double laneTop = top + numberHeight;
     const auto& beats = content_.analysis->grid.beats;
-    if (width_ / std::max<double>(static_cast<double>(beats.size()), 1) >= 4) {
+    if (width_ / std::max<double>(double(beats.size()), 1) >= 4) {
         for (const double beat : beats) {
             canvas_.hairline({x(beat), laneTop + 3}, {x(beat), laneTop + tickLane}, canvas_.theme.secondary);
         }
     }
     const int lines = thinning(spacing, 5);
     for (int bar = 0; bar <= count; bar += lines) {
-        const double at = x(bounds_[static_cast<size_t>(bar)]);
+        const double at = x(bounds_[size_t(bar)]);
         canvas_.hairline({at, laneTop - (bar % step == 0 ? 4 : 0)}, {at, laneTop + tickLane}, canvas_.theme.text);
     }
     return laneTop + tickLane;
 }
 
 void PictureTimeline::barLines(double top, double bottom) const {
-    const auto count = static_cast<int>(bounds_.size()) - 1;
+    const auto count = int(bounds_.size()) - 1;
     const int step = thinning(width_ / std::max(count, 1), 5);
     for (int bar = 0; bar <= count; bar += step) {
-        const double at = x(bounds_[static_cast<size_t>(bar)]);
+        const double at = x(bounds_[size_t(bar)]);
         canvas_.hairline({at, top}, {at, bottom}, faint(canvas_.theme.secondary, canvas_.theme.dark ? 70 : 60));
     }
 }
@@ -194,14 +192,14 @@ double PictureTimeline::waveform(double top, double height) const {
     const QRectF device = painter.transform().mapRect(QRectF(left_, top, width_, height));
     const double middle = std::round(device.center().y());
     const double scale = gain_ * device.height() * 0.48;
-    const auto columns = static_cast<int>(std::lround(device.width()));
-    const double perColumn = static_cast<double>(content_.mono.size()) / std::max(columns, 1);
+    const auto columns = int(std::lround(device.width()));
+    const double perColumn = double(content_.mono.size()) / std::max(columns, 1);
     painter.save();
     painter.resetTransform();
     const QColor outer = faint(colors.wave, canvas_.theme.dark ? 150 : 130);
     for (int c = 0; c < columns; ++c) {
-        const auto from = static_cast<size_t>(c * perColumn);
-        const Column column = columnOf(content_.mono, from, static_cast<size_t>((c + 1) * perColumn));
+        const auto from = size_t(c * perColumn);
+        const Column column = columnOf(content_.mono, from, size_t((c + 1) * perColumn));
         const auto bar = [&](double high, double low, const QColor& color) {
             const double upper = std::floor(middle - high * scale);
             const double lower = std::ceil(middle - low * scale);
@@ -216,7 +214,7 @@ double PictureTimeline::waveform(double top, double height) const {
 
 void PictureTimeline::viewGain(double top) const {
     const QString gainText = WaveformPicture::gainText(gain_);
-    if (gainText.isEmpty()) return;
+    if (gainText.isEmpty()) { return; }
     const double textWidth = PictureCanvas::width(gainText, canvas_.small());
     const QRectF plate(left_ + width_ - textWidth - 12, top + 4, textWidth + 8, 16);
     canvas_.painter.setPen(Qt::NoPen);
@@ -232,7 +230,7 @@ double PictureTimeline::ruler(double top) const {
     for (const auto& tick : RulerTicks::ticks(seconds_, width_, spacing)) {
         const double at = x(tick.seconds);
         canvas_.hairline({at, top}, {at, top + (tick.major ? 8 : 4)}, canvas_.theme.secondary);
-        if (!tick.major) continue;
+        if (!tick.major) { continue; }
         const QString label = QString::fromStdString(RulerTicks::label(tick.seconds, step));
         const double labelWidth = PictureCanvas::width(label, style) + 2;
         const double labelLeft = std::clamp(at - labelWidth / 2, left_, left_ + width_ - labelWidth);
@@ -253,7 +251,7 @@ double PictureTimeline::novelty(double top, double height) const {
     for (size_t i = 0; i < count; ++i) {
         curve << QPointF(x(bounds_[i]), top + height - 1 - (height - 6) * std::clamp(novelty[i], 0.0, 1.0));
     }
-    if (curve.isEmpty()) return top + height;
+    if (curve.isEmpty()) { return top + height; }
     QPolygonF area = curve;
     area << QPointF(curve.back().x(), top + height) << QPointF(curve.front().x(), top + height);
     painter.setPen(Qt::NoPen);

@@ -18,10 +18,11 @@ constexpr std::array<Division, 21> divisions = {{{0.001, 5}, {0.002, 4}, {0.005,
                                                  {600, 5},   {1800, 3},  {3600, 4}}};
 
 Division division(double seconds, double width, double minSpacing) {
-    for (const auto& candidate : divisions)
-        if (candidate.step / seconds * width >= minSpacing) return candidate;
+    for (const auto& candidate : divisions) {
+        if (candidate.step / seconds * width >= minSpacing) { return candidate; }
+    }
     Division last = divisions.back();
-    while (last.step / seconds * width < minSpacing) last.step *= 2;
+    while (last.step / seconds * width < minSpacing) { last.step *= 2; }
     return last;
 }
 
@@ -33,28 +34,28 @@ double step(double seconds, double width, double minSpacing) {
 
 std::vector<Tick> ticks(double seconds, double width, double minSpacing) {
     std::vector<Tick> found;
-    if (!(seconds > 0) || !(width > 0) || !std::isfinite(seconds)) return found;
+    if (!(seconds > 0) || !(width > 0) || !std::isfinite(seconds)) { return found; }
     const auto [step, parts] = division(seconds, width, minSpacing);
     const double part = step / parts;
-    for (int64_t i = 0; static_cast<double>(i) * part <= seconds; ++i)
-        found.push_back({static_cast<double>(i) * part, i % parts == 0});
+    for (int64_t i = 0; double(i) * part <= seconds; ++i) { found.push_back({double(i) * part, i % parts == 0}); }
     return found;
 }
 
 std::string label(double seconds, double step) {
     const int decimals = step >= 1 ? 0 : step >= 0.1 ? 1 : step >= 0.01 ? 2 : 3;
     const double unit = std::pow(10.0, decimals);
-    const auto units = static_cast<int64_t>(std::llround(seconds * unit));
-    const auto perMinute = static_cast<int64_t>(60 * unit);
+    const auto units = int64_t(std::llround(seconds * unit));
+    const auto perMinute = int64_t(60 * unit);
     const int64_t minutes = units / perMinute;
-    const double rest = static_cast<double>(units % perMinute) / unit;
+    const double rest = double(units % perMinute) / unit;
     const int width = decimals == 0 ? 2 : 3 + decimals;
     std::array<char, 48> text{};
-    if (minutes >= 60)
+    if (minutes >= 60) {
         std::snprintf(text.data(), text.size(), "%lld:%02lld:%0*.*f", static_cast<long long>(minutes / 60),
                       static_cast<long long>(minutes % 60), width, decimals, rest);
-    else
+    } else {
         std::snprintf(text.data(), text.size(), "%lld:%0*.*f", static_cast<long long>(minutes), width, decimals, rest);
+    }
     return text.data();
 }
 

@@ -16,7 +16,7 @@ constexpr double minLabelLane = 9;  // logical pixels; in lower lanes nobody cou
 
 // A float file may hold anything; what lies far outside the picture need not be drawn to scale.
 double reach(float value) {
-    return std::isfinite(value) ? std::clamp(static_cast<double>(value), -100.0, 100.0) : 0;
+    return std::isfinite(value) ? std::clamp(double(value), -100.0, 100.0) : 0;
 }
 
 // One rectangle a column from the lowest to the highest value, in device pixels; a flat line is one pixel high.
@@ -29,11 +29,11 @@ QList<QRect> laneColumns(const WaveformData& data, size_t lane, int64_t totalFra
     const auto& maxs = data.maxs[lane];
     for (int column = 0; column < columns; ++column) {
         const auto [first, last] = bucketsUnder(column, columns, data, totalFrames);
-        if (first >= last) continue;
+        if (first >= last) { continue; }
         const float low = *std::min_element(mins.begin() + first, mins.begin() + last);
         const float high = *std::max_element(maxs.begin() + first, maxs.begin() + last);
-        const int top = static_cast<int>(std::floor(middle - reach(high) * scale));
-        const int bottom = static_cast<int>(std::ceil(middle - reach(low) * scale));
+        const int top = int(std::floor(middle - reach(high) * scale));
+        const int bottom = int(std::ceil(middle - reach(low) * scale));
         spans.append(QRect(column, top, 1, std::max(bottom - top, 1)));
     }
     return spans;
@@ -43,16 +43,16 @@ QFont labelFont(double laneHeight) {
     QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
     font.setPointSizeF(labelPoints);
     // Sixteen lanes in a low window leave less than a line each.
-    if (QFontMetricsF(font).height() > laneHeight) font.setPixelSize(std::max(6, static_cast<int>(laneHeight) - 3));
+    if (QFontMetricsF(font).height() > laneHeight) { font.setPixelSize(std::max(6, int(laneHeight) - 3)); }
     return font;
 }
 
 void paintLabel(QPainter& painter, const QPointF& corner, Qt::Alignment side, const QString& text,
                 const WaveformColors& colors) {
-    if (text.isEmpty()) return;
+    if (text.isEmpty()) { return; }
     const QFontMetricsF metrics(painter.font());
     QRectF plate(corner, QSizeF(metrics.horizontalAdvance(text) + 6, metrics.height()));
-    if (side == Qt::AlignRight) plate.moveRight(corner.x());
+    if (side == Qt::AlignRight) { plate.moveRight(corner.x()); }
     // The plate keeps the text legible over a loud lane.
     painter.setPen(Qt::NoPen);
     painter.setBrush(colors.labelPlate);
@@ -65,11 +65,12 @@ void paintLabel(QPainter& painter, const QPointF& corner, Qt::Alignment side, co
 
 float peak(const WaveformData& data) {
     float most = 0;
-    for (const auto* side : {&data.mins, &data.maxs})
+    for (const auto* side : {&data.mins, &data.maxs}) {
         for (const auto& lane : *side) {
             const auto end = lane.begin() + std::min<ptrdiff_t>(data.loadedBuckets, std::ssize(lane));
-            for (auto value = lane.begin(); value != end; ++value) most = std::max(most, std::abs(*value));
+            for (auto value = lane.begin(); value != end; ++value) { most = std::max(most, std::abs(*value)); }
         }
+    }
     return most;
 }
 
@@ -82,42 +83,41 @@ QString gainText(double gain) {
 }
 
 Buckets bucketsUnder(int column, int columns, const WaveformData& data, int64_t totalFrames) {
-    if (columns <= 0 || totalFrames <= 0 || data.bucketFrames <= 0) return {};
-    const double bucketsPerColumn =
-        static_cast<double>(totalFrames) / static_cast<double>(data.bucketFrames) / static_cast<double>(columns);
-    const int first = static_cast<int>(column * bucketsPerColumn);
-    const int last = std::max(first + 1, static_cast<int>(std::ceil((column + 1) * bucketsPerColumn)));
+    if (columns <= 0 || totalFrames <= 0 || data.bucketFrames <= 0) { return {}; }
+    const double bucketsPerColumn = double(totalFrames) / double(data.bucketFrames) / double(columns);
+    const int first = int(column * bucketsPerColumn);
+    const int last = std::max(first + 1, int(std::ceil((column + 1) * bucketsPerColumn)));
     const int loaded = std::min(data.loadedBuckets, data.bucketCount);
     return {std::min(first, loaded), std::min(last, loaded)};
 }
 
 double playheadX(double frame, int64_t totalFrames, double width) {
-    if (totalFrames <= 0) return 0;
-    return std::round(frame / static_cast<double>(totalFrames) * width) - 0.5;
+    if (totalFrames <= 0) { return 0; }
+    return std::round(frame / double(totalFrames) * width) - 0.5;
 }
 
 Span span(int64_t lower, int64_t upper, int64_t totalFrames, double width) {
-    if (totalFrames <= 0) return {};
-    const double scale = width / static_cast<double>(totalFrames);
-    return {static_cast<double>(lower) * scale, static_cast<double>(upper - lower) * scale};
+    if (totalFrames <= 0) { return {}; }
+    const double scale = width / double(totalFrames);
+    return {double(lower) * scale, double(upper - lower) * scale};
 }
 
 void paintLanes(QPainter& painter, const QSizeF& size, double dpr, const WaveformData* data, int64_t totalFrames,
                 const std::vector<std::string>& labels, const WaveformColors& colors) {
-    const size_t lanes = data && data->channels > 0 ? static_cast<size_t>(data->channels) : labels.size();
-    if (lanes == 0 || size.isEmpty()) return;
-    const double laneHeight = size.height() / static_cast<double>(lanes);
+    const size_t lanes = data && data->channels > 0 ? size_t(data->channels) : labels.size();
+    if (lanes == 0 || size.isEmpty()) { return; }
+    const double laneHeight = size.height() / double(lanes);
     const double gain = data ? viewGain(peak(*data)) : 1;
 
     painter.save();
     painter.scale(1 / dpr, 1 / dpr);
     painter.setPen(Qt::NoPen);
     painter.setBrush(colors.wave);
-    const int columns = static_cast<int>(std::lround(size.width() * dpr));
+    const int columns = int(std::lround(size.width() * dpr));
     for (size_t lane = 0; lane < lanes; ++lane) {
-        const double top = laneHeight * dpr * static_cast<double>(lane);
-        if (lane > 0) painter.fillRect(QRectF(0, std::round(top), columns, 1), colors.separator);
-        if (!data || lane >= data->mins.size() || lane >= data->maxs.size()) continue;
+        const double top = laneHeight * dpr * double(lane);
+        if (lane > 0) { painter.fillRect(QRectF(0, std::round(top), columns, 1), colors.separator); }
+        if (!data || lane >= data->mins.size() || lane >= data->maxs.size()) { continue; }
         const double middle = top + laneHeight * dpr / 2;
         const double scale = gain * laneFill * laneHeight * dpr;
         painter.drawRects(laneColumns(*data, lane, totalFrames, columns, middle, scale));
@@ -127,9 +127,10 @@ void paintLanes(QPainter& painter, const QSizeF& size, double dpr, const Wavefor
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setFont(labelFont(laneHeight));
     const size_t labelled = laneHeight < minLabelLane ? 0 : std::min(lanes, labels.size());
-    for (size_t lane = 0; lane < labelled; ++lane)
-        paintLabel(painter, {labelInset, laneHeight * static_cast<double>(lane) + 1}, Qt::AlignLeft,
+    for (size_t lane = 0; lane < labelled; ++lane) {
+        paintLabel(painter, {labelInset, laneHeight * double(lane) + 1}, Qt::AlignLeft,
                    QString::fromStdString(labels[lane]), colors);
+    }
     painter.setFont(labelFont(size.height()));
     paintLabel(painter, {size.width() - labelInset, 1}, Qt::AlignRight, gainText(gain), colors);
 }

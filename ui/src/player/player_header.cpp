@@ -58,9 +58,10 @@ void PlayerHeader::refresh() {
     summary_->setFullText(info ? QString::fromStdString(info->summary()) : QString());
     const auto& selection = player_.selection();
     selectionBox_->setVisible(selection.has_value());
-    if (selection && info)
-        selection_->setText("Sel " + QString::fromStdString(PlayerModel::time(static_cast<double>(selection->length()) /
+    if (selection && info) {
+        selection_->setText("Sel " + QString::fromStdString(PlayerModel::time(double(selection->length()) /
                                                                               std::max(info->sampleRate, 1.0))));
+    }
     refreshTime();
 }
 

@@ -96,7 +96,7 @@ void PlayerView::addToMessage(QWidget* widget) {
 }
 
 bool PlayerView::eventFilter(QObject* object, QEvent* event) {
-    if (event->type() == QEvent::ShowToParent || event->type() == QEvent::HideToParent) refreshMessage();
+    if (event->type() == QEvent::ShowToParent || event->type() == QEvent::HideToParent) { refreshMessage(); }
     return QWidget::eventFilter(object, event);
 }
 
@@ -116,7 +116,7 @@ void PlayerView::fitControls() {
         transport_->setNarrow(narrow);
         source_->setNarrow(narrow);
         controls_->layout()->activate();
-        if (controls_->layout()->minimumSize().width() <= width() - controlsMargin) break;
+        if (controls_->layout()->minimumSize().width() <= width() - controlsMargin) { break; }
     }
 }
 
@@ -132,10 +132,11 @@ void PlayerView::resizeEvent(QResizeEvent* event) {
 void PlayerView::connectWaveform() {
     waveform_->onSeek = [this](int64_t frame) { player_.seek(frame); };
     waveform_->onSelect = [this](std::optional<FrameRange> range) {
-        if (range)
+        if (range) {
             player_.select(range);
-        else
+        } else {
             player_.clearSelection();
+        }
         // The model may have refused it, and then announces nothing.
         refreshWaveform();
     };
@@ -143,7 +144,7 @@ void PlayerView::connectWaveform() {
     waveform_->onTogglePlay = [this] { player_.togglePlay(); };
     connect(waveform_, &WaveformView::hovered, this, [this](qint64 frame) {
         const auto& info = player_.info();
-        ruler_->setHover(frame < 0 || !info ? -1 : static_cast<double>(frame) / std::max(info->sampleRate, 1.0));
+        ruler_->setHover(frame < 0 || !info ? -1 : double(frame) / std::max(info->sampleRate, 1.0));
     });
     source_->dragHandle().file = [this] { return player_.exportForDrag(false); };
     source_->dragHandle().picture = [this] { return waveform_->grab(); };
@@ -182,7 +183,7 @@ void PlayerView::refreshWaveform() {
     waveform_->setLaneLabels(player_.laneLabels());
     waveform_->setSelection(player_.selection());
     waveform_->setPlayhead(player_.playhead().frame());
-    ruler_->setSeconds(info ? static_cast<double>(info->frames) / rate : 0);
+    ruler_->setSeconds(info ? double(info->frames) / rate : 0);
 }
 
 void PlayerView::movePlayhead() {

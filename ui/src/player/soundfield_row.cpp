@@ -44,8 +44,9 @@ SoundfieldRow::Axis SoundfieldRow::makeAxis(const QString& name, double Rotation
     value->setFont(tabularFont(9));
     value->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     value->setFixedWidth(QFontMetrics(value->font()).horizontalAdvance("-180°") + 2);
-    for (QWidget* part : {static_cast<QWidget*>(label), static_cast<QWidget*>(slider), static_cast<QWidget*>(value)})
+    for (QWidget* part : {static_cast<QWidget*>(label), static_cast<QWidget*>(slider), static_cast<QWidget*>(value)}) {
         static_cast<QHBoxLayout*>(layout())->addWidget(part, part == slider ? 1 : 0);
+    }
     return {angle, slider, value};
 }
 
@@ -66,7 +67,7 @@ void SoundfieldRow::refresh() {
 }
 
 bool SoundfieldRow::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == title_ && event->type() == QEvent::MouseButtonDblClick) reset();
+    if (watched == title_ && event->type() == QEvent::MouseButtonDblClick) { reset(); }
     return QWidget::eventFilter(watched, event);
 }
 

@@ -59,10 +59,11 @@ void SourceBar::refresh() {
     const auto source = player_.source();
     const bool loaded = player_.info() && source;
     format_->setVisible(loaded);
-    if (loaded)
+    if (loaded) {
         format_->setChoice(QString::fromStdString(player_.formatOverride()
                                                       ? source->displayName()
                                                       : "Auto (" + player_.info()->detected.displayName() + ")"));
+    }
     listen_->setVisible(loaded && *source == SourceFormat::stereo());
     listen_->setChoice(listenName(player_.listen()));
     const OutputProfile& profile = player_.settings().activeProfile();
@@ -77,8 +78,9 @@ void SourceBar::refresh() {
 void SourceBar::setNarrow(bool narrow) {
     const auto style = narrow ? Qt::ToolButtonIconOnly : Qt::ToolButtonTextBesideIcon;
     for (QToolButton* button : {static_cast<QToolButton*>(format_), static_cast<QToolButton*>(listen_),
-                                static_cast<QToolButton*>(profile_), static_cast<QToolButton*>(drag_)})
+                                static_cast<QToolButton*>(profile_), static_cast<QToolButton*>(drag_)}) {
         button->setToolButtonStyle(style);
+    }
     device_->setVisible(!narrow);
 }
 
@@ -87,50 +89,55 @@ void SourceBar::refreshDevice() {
     const auto& uid = player_.settings().activeProfile().deviceUID;
     // Asking for the devices can take a while, so it is done only when the answer may have changed.
     const DeviceKey key{uid, engine.isConfigured(), player_.isPlaying()};
-    if (shownFor_ == key) return;
+    if (shownFor_ == key) { return; }
     shownFor_ = key;
     const auto devices = engine.devices().allOutputs();
     const auto named = std::ranges::find_if(devices, [&](const auto& device) { return device.uid == uid; });
     const auto standard = std::ranges::find_if(
         devices, [id = engine.devices().defaultOutput()](const auto& device) { return device.id == id; });
-    if (named != devices.end())
+    if (named != devices.end()) {
         device_->setFullText("on " + QString::fromStdString(named->name));
-    else if (standard != devices.end())
+    } else if (standard != devices.end()) {
         device_->setFullText("on " + QString::fromStdString(standard->name) +
                              (uid ? ", for the profile's device is unavailable" : ""));
-    else
+    } else {
         device_->setFullText("no output device");
+    }
 }
 
 void SourceBar::fillFormats(QMenu& menu) {
     const auto& info = player_.info();
-    if (!info) return;
+    if (!info) { return; }
     const auto& chosen = player_.formatOverride();
     addChoice(menu, QString::fromStdString("Auto (" + info->detected.displayName() + ")"), !chosen,
               [this] { player_.setFormatOverride(std::nullopt); });
     menu.addSeparator();
-    for (const auto& format : SourceFormat::options(info->channels))
+    for (const auto& format : SourceFormat::options(info->channels)) {
         addChoice(menu, QString::fromStdString(format.displayName()), chosen == format,
                   [this, format] { player_.setFormatOverride(format); });
+    }
 }
 
 void SourceBar::fillListen(QMenu& menu) {
-    for (const auto mode : allListenModes)
+    for (const auto mode : allListenModes) {
         addChoice(menu, listenName(mode), mode == player_.listen(), [this, mode] { player_.setListen(mode); });
+    }
 }
 
 void SourceBar::fillProfiles(QMenu& menu) {
     const UUID active = player_.settings().activeProfile().id;
-    for (const auto& profile : player_.settings().value().profiles)
+    for (const auto& profile : player_.settings().value().profiles) {
         addChoice(menu, QString::fromStdString(profile.name), profile.id == active, [this, id = profile.id] {
             player_.selectProfile(id);
         })->setIcon(symbol(profileIcon(profile)));
+    }
 }
 
 void SourceBar::fillDrag(QMenu& menu) {
-    for (const auto mode : player_.dragOptions())
+    for (const auto mode : player_.dragOptions()) {
         addChoice(menu, QString::fromStdString(name(mode)), mode == player_.dragExport(),
                   [this, mode] { player_.setDragExport(mode); });
+    }
 }
 
 }  // namespace brindlehum

@@ -26,13 +26,13 @@ TimeRuler::TimeRuler(QWidget* parent) : QWidget(parent) {
 }
 
 void TimeRuler::setSeconds(double seconds) {
-    if (seconds == seconds_) return;
+    if (seconds == seconds_) { return; }
     seconds_ = seconds;
     update();
 }
 
 void TimeRuler::setHover(double seconds) {
-    if (seconds == hover_) return;
+    if (seconds == hover_) { return; }
     hover_ = seconds;
     update();
 }
@@ -45,13 +45,13 @@ void TimeRuler::paintTicks(QPainter& painter) const {
     const Theme& theme = Theme::current();
     const double step = RulerTicks::step(seconds_, width(), minSpacing);
     for (const auto& tick : RulerTicks::ticks(seconds_, width(), minSpacing)) {
-        const int x = static_cast<int>(tick.seconds / seconds_ * width());
+        const int x = int(tick.seconds / seconds_ * width());
         const int tall = tick.major ? tickHeight + 3 : tickHeight;
         painter.fillRect(x, height() - tall, 1, tall, tick.major ? theme.secondary : theme.border);
-        if (!tick.major) continue;
+        if (!tick.major) { continue; }
         const QString text = QString::fromStdString(RulerTicks::label(tick.seconds, step));
         const int room = fontMetrics().horizontalAdvance(text);
-        if (x + 4 + room > width()) continue;
+        if (x + 4 + room > width()) { continue; }
         painter.setPen(theme.secondary);
         painter.drawText(QRect(x + 4, 0, room + 2, height() - 3), Qt::AlignLeft | Qt::AlignVCenter, text);
     }
@@ -61,7 +61,7 @@ void TimeRuler::paintHover(QPainter& painter) const {
     const Theme& theme = Theme::current();
     const QString text = QString::fromStdString(PlayerModel::time(hover_));
     const int room = fontMetrics().horizontalAdvance(text) + 10;
-    const int x = static_cast<int>(hover_ / seconds_ * width());
+    const int x = int(hover_ / seconds_ * width());
     const QRect plate(std::clamp(x - room / 2, 0, std::max(0, width() - room)), 0, room, height());
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
@@ -72,10 +72,10 @@ void TimeRuler::paintHover(QPainter& painter) const {
 }
 
 void TimeRuler::paintEvent(QPaintEvent* /*event*/) {
-    if (seconds_ <= 0) return;
+    if (seconds_ <= 0) { return; }
     QPainter painter(this);
     paintTicks(painter);
-    if (hover_ >= 0) paintHover(painter);
+    if (hover_ >= 0) { paintHover(painter); }
 }
 
 }  // namespace brindlehum

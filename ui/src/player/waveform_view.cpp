@@ -32,30 +32,30 @@ WaveformView::WaveformView(Style style, QWidget* parent) : QWidget(parent), styl
 }
 
 void WaveformView::setData(WaveformPtr overview) {
-    if (overview == data_) return;
+    if (overview == data_) { return; }
     data_ = std::move(overview);
     stale();
 }
 
 void WaveformView::setTotalFrames(int64_t frames, double sampleRate) {
     sampleRate_ = sampleRate;
-    if (frames == totalFrames_) return;
+    if (frames == totalFrames_) { return; }
     totalFrames_ = frames;
     stale();
 }
 
 void WaveformView::setLaneLabels(std::vector<std::string> labels) {
-    if (labels == labels_) return;
+    if (labels == labels_) { return; }
     labels_ = std::move(labels);
     stale();
 }
 
 void WaveformView::setSelection(std::optional<FrameRange> selection) {
-    if (!std::holds_alternative<WaveformGesture::Selecting>(gesture_)) showSelection(selection);
+    if (!std::holds_alternative<WaveformGesture::Selecting>(gesture_)) { showSelection(selection); }
 }
 
 void WaveformView::showSelection(std::optional<FrameRange> selection) {
-    if (selection == selection_) return;
+    if (selection == selection_) { return; }
     selection_ = selection;
     update();
 }
@@ -64,7 +64,7 @@ void WaveformView::setPlayhead(double frame) {
     const QRect before = playheadRect();
     playhead_ = frame;
     const QRect after = playheadRect();
-    if (after == before) return;
+    if (after == before) { return; }
     update(before);
     update(after);
 }
@@ -80,14 +80,14 @@ const WaveformColors& WaveformView::colors() const {
 }
 
 QRect WaveformView::playheadRect() const {
-    if (totalFrames_ <= 0) return {};
+    if (totalFrames_ <= 0) { return {}; }
     const double x = WaveformPicture::playheadX(playhead_, totalFrames_, width());
     return QRectF(x, 0, WaveformPicture::playheadWidth, height()).toAlignedRect();
 }
 
 void WaveformView::ensurePicture() {
     const QSize wanted = (QSizeF(size()) * devicePixelRatioF()).toSize();
-    if (!pictureStale_ && picture_.size() == wanted) return;
+    if (!pictureStale_ && picture_.size() == wanted) { return; }
     picture_ = QPixmap(wanted);
     picture_.setDevicePixelRatio(devicePixelRatioF());
     picture_.fill(Qt::transparent);
@@ -99,7 +99,7 @@ void WaveformView::ensurePicture() {
 }
 
 void WaveformView::paintSelection(QPainter& painter) const {
-    if (!selection_) return;
+    if (!selection_) { return; }
     const auto span = WaveformPicture::span(selection_->lower, selection_->upper, totalFrames_, width());
     const QRectF area(span.x, 0, std::max(span.width, 1.0), height());
     painter.fillRect(area, colors().selection);
@@ -129,16 +129,16 @@ void WaveformView::paintEvent(QPaintEvent* event) {
 void WaveformView::feed(const WaveformGesture::Event& event, const QPoint& at) {
     using namespace WaveformGesture;
     // A drag from inside the selection draws a new one until a cut of the file can be handed over.
-    const Surface surface{static_cast<double>(width()), totalFrames_, selection_, false};
+    const Surface surface{double(width()), totalFrames_, selection_, false};
     const Step next = step(gesture_, event, surface);
     const Gesture before = std::exchange(gesture_, next.next);
-    if (const auto* preview = std::get_if<Preview>(&next.action)) showSelection(preview->range);
+    if (const auto* preview = std::get_if<Preview>(&next.action)) { showSelection(preview->range); }
     if (const auto* select = std::get_if<Select>(&next.action)) {
         showSelection(select->range);
-        if (onSelect) onSelect(select->range);
+        if (onSelect) { onSelect(select->range); }
     }
-    if (const auto* seek = std::get_if<Seek>(&next.action); seek && onSeek) onSeek(seek->frame);
-    if (const auto* drag = std::get_if<StartDrag>(&next.action)) startDrag(drag->selectionOnly, at);
+    if (const auto* seek = std::get_if<Seek>(&next.action); seek && onSeek) { onSeek(seek->frame); }
+    if (const auto* drag = std::get_if<StartDrag>(&next.action)) { startDrag(drag->selectionOnly, at); }
 }
 
 void WaveformView::startDrag(bool selectionOnly, const QPoint& at) {
@@ -155,7 +155,7 @@ void WaveformView::startDrag(bool selectionOnly, const QPoint& at) {
 }
 
 void WaveformView::mousePressEvent(QMouseEvent* event) {
-    if (event->button() != Qt::LeftButton) return;
+    if (event->button() != Qt::LeftButton) { return; }
     const QPointF at = event->position();
     feed(WaveformGesture::Press{{at.x(), at.y()}, event->modifiers().testFlag(Qt::ControlModifier)}, at.toPoint());
 }
@@ -163,11 +163,11 @@ void WaveformView::mousePressEvent(QMouseEvent* event) {
 void WaveformView::mouseMoveEvent(QMouseEvent* event) {
     const QPointF at = event->position();
     Q_EMIT hovered(totalFrames_ > 0 ? frameAt(at.x()) : -1);
-    if (event->buttons().testFlag(Qt::LeftButton)) feed(WaveformGesture::Move{{at.x(), at.y()}}, at.toPoint());
+    if (event->buttons().testFlag(Qt::LeftButton)) { feed(WaveformGesture::Move{{at.x(), at.y()}}, at.toPoint()); }
 }
 
 void WaveformView::mouseReleaseEvent(QMouseEvent* event) {
-    if (event->button() != Qt::LeftButton) return;
+    if (event->button() != Qt::LeftButton) { return; }
     const QPointF at = event->position();
     feed(WaveformGesture::Release{{at.x(), at.y()}}, at.toPoint());
 }
@@ -179,7 +179,7 @@ void WaveformView::leaveEvent(QEvent* event) {
 
 bool WaveformView::seekBy(QKeyEvent* event) {
     const bool far = event->modifiers().testFlag(Qt::ShiftModifier);
-    const double step = far ? shiftSeconds * sampleRate_ : arrowShare * static_cast<double>(totalFrames_);
+    const double step = far ? shiftSeconds * sampleRate_ : arrowShare * double(totalFrames_);
     double frame = playhead_;
     switch (event->key()) {
         case Qt::Key_Left:
@@ -192,24 +192,24 @@ bool WaveformView::seekBy(QKeyEvent* event) {
             frame = 0;
             break;
         case Qt::Key_End:
-            frame = static_cast<double>(totalFrames_);
+            frame = double(totalFrames_);
             break;
         default:
             return false;
     }
-    if (totalFrames_ > 0 && onSeek) onSeek(std::clamp(static_cast<int64_t>(frame), int64_t{0}, totalFrames_));
+    if (totalFrames_ > 0 && onSeek) { onSeek(std::clamp(int64_t(frame), int64_t{0}, totalFrames_)); }
     return true;
 }
 
 void WaveformView::keyPressEvent(QKeyEvent* event) {
-    if (seekBy(event)) return;
-    if (event->key() == Qt::Key_Space && !event->isAutoRepeat() && onTogglePlay) return onTogglePlay();
+    if (seekBy(event)) { return; }
+    if (event->key() == Qt::Key_Space && !event->isAutoRepeat() && onTogglePlay) { return onTogglePlay(); }
     if (event->key() == Qt::Key_Escape) {
         const bool drawing = !std::holds_alternative<WaveformGesture::Idle>(gesture_);
         feed(WaveformGesture::Cancel{}, {});
-        if (!drawing && !selection_) return event->ignore();
+        if (!drawing && !selection_) { return event->ignore(); }
         showSelection(std::nullopt);
-        if (onSelect) onSelect(std::nullopt);
+        if (onSelect) { onSelect(std::nullopt); }
         return;
     }
     QWidget::keyPressEvent(event);
@@ -217,7 +217,7 @@ void WaveformView::keyPressEvent(QKeyEvent* event) {
 
 void WaveformView::changeEvent(QEvent* event) {
     QWidget::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::StyleChange) stale();
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::StyleChange) { stale(); }
 }
 
 }  // namespace brindlehum

@@ -67,15 +67,15 @@ void LibrarySettings::refreshRows() {
         const auto problem = library_.rootProblems().find(root);
         roots.emplace_back(root, problem == library_.rootProblems().end() ? "" : problem->second);
     }
-    if (roots == shown_ && list_->layout()->count() > 0) return;
+    if (roots == shown_ && list_->layout()->count() > 0) { return; }
     shown_ = roots;
     while (QLayoutItem* item = list_->layout()->takeAt(0)) {
         item->widget()->hide();
         item->widget()->deleteLater();
         delete item;
     }
-    for (const auto& [root, problem] : roots) list_->layout()->addWidget(makeRow(root, problem));
-    if (!roots.empty()) return;
+    for (const auto& [root, problem] : roots) { list_->layout()->addWidget(makeRow(root, problem)); }
+    if (!roots.empty()) { return; }
     auto* none = new QLabel("No folders yet. Add the folders that hold your sounds.");
     none->setProperty("role", "secondary");
     list_->layout()->addWidget(none);
@@ -95,7 +95,7 @@ QWidget* LibrarySettings::makeRow(const std::string& root, const std::string& pr
     connect(remove, &QPushButton::clicked, this, [this, root = root] { library_.removeRoot(root); });
     grid->addWidget(path, 0, 0, 1, 2);
     grid->addWidget(remove, 0, 2);
-    if (problem.empty()) return line;
+    if (problem.empty()) { return line; }
     auto* what = new ElidedLabel(Qt::ElideRight);
     what->setFullText(QString::fromStdString(problem));
     what->setProperty("role", "secondary");

@@ -58,7 +58,7 @@ QWidget* OutputsSettings::makeList() {
     list_->setIconSize({16, 16});
     connect(list_, &QListWidget::currentRowChanged, this, [this](int at) {
         const auto& profiles = settings_.value().profiles;
-        if (at >= 0 && static_cast<size_t>(at) < profiles.size()) select(profiles[static_cast<size_t>(at)].id);
+        if (at >= 0 && size_t(at) < profiles.size()) { select(profiles[size_t(at)].id); }
     });
     layout->addWidget(list_, 1);
     auto* buttons = new QHBoxLayout;
@@ -93,7 +93,9 @@ void OutputsSettings::add() {
 }
 
 void OutputsSettings::remove() {
-    if (selectedID_) settings_.change([&](AppSettings& settings) { ProfileEdits::remove(settings, *selectedID_); });
+    if (selectedID_) {
+        settings_.change([&](AppSettings& settings) { ProfileEdits::remove(settings, *selectedID_); });
+    }
 }
 
 void OutputsSettings::refresh() {
@@ -101,21 +103,21 @@ void OutputsSettings::refresh() {
     const OutputProfile* profile = selectedID_ ? ProfileEdits::find(settings_.value(), *selectedID_) : nullptr;
     // Nothing is selected after a removal, so that a second press takes nothing else away.
     minus_->setEnabled(profile && settings_.value().profiles.size() > 1);
-    if (profile) editor_->showProfile(*profile);
+    if (profile) { editor_->showProfile(*profile); }
     stack_->setCurrentWidget(profile ? static_cast<QWidget*>(editor_) : none_);
 }
 
 void OutputsSettings::refreshList() {
     const QSignalBlocker quiet(list_);
     const auto& profiles = settings_.value().profiles;
-    while (list_->count() > static_cast<int>(profiles.size())) delete list_->takeItem(list_->count() - 1);
-    while (list_->count() < static_cast<int>(profiles.size())) list_->addItem(QString());
+    while (list_->count() > int(profiles.size())) { delete list_->takeItem(list_->count() - 1); }
+    while (list_->count() < int(profiles.size())) { list_->addItem(QString()); }
     int selected = -1;
     for (int row = 0; row < list_->count(); ++row) {
-        const auto& profile = profiles[static_cast<size_t>(row)];
+        const auto& profile = profiles[size_t(row)];
         list_->item(row)->setText(QString::fromStdString(profile.name));
         list_->item(row)->setIcon(symbol(profileIcon(profile)));
-        if (selectedID_ == profile.id) selected = row;
+        if (selectedID_ == profile.id) { selected = row; }
     }
     list_->setCurrentRow(selected);
 }

@@ -44,7 +44,7 @@ ProfileEditor::ProfileEditor(SettingsStore& settings) : settings_(settings) {
 
 void ProfileEditor::edit(const std::function<void(OutputProfile&)>& change) {
     settings_.change([&](AppSettings& settings) {
-        if (OutputProfile* profile = ProfileEdits::find(settings, profile_.id)) change(*profile);
+        if (OutputProfile* profile = ProfileEdits::find(settings, profile_.id)) { change(*profile); }
     });
 }
 
@@ -61,8 +61,8 @@ void ProfileEditor::makeForm() {
     connect(name_, &QLineEdit::textEdited, this,
             [this](const QString& text) { edit([&](OutputProfile& p) { p.name = text.toStdString(); }); });
     kind_ = picker("Type");
-    kind_->addItem("Speakers", static_cast<int>(OutputProfile::Kind::speakers));
-    kind_->addItem("Headphones (binaural)", static_cast<int>(OutputProfile::Kind::headphones));
+    kind_->addItem("Speakers", int(OutputProfile::Kind::speakers));
+    kind_->addItem("Headphones (binaural)", int(OutputProfile::Kind::headphones));
     connect(kind_, &QComboBox::activated, this, [this] {
         edit([this](OutputProfile& p) { p.kind = static_cast<OutputProfile::Kind>(kind_->currentData().toInt()); });
     });
@@ -74,9 +74,9 @@ void ProfileEditor::makeForm() {
     left_ = channelPicker("Left output", [](OutputProfile& p, int channel) { p.headphoneLeft = channel; });
     right_ = channelPicker("Right output", [](OutputProfile& p, int channel) { p.headphoneRight = channel; });
     layout_ = picker("Layout");
-    for (const auto layout : allLayouts)
-        layout_->addItem(QString::fromUtf8(displayName(layout).data(), std::ssize(displayName(layout))),
-                         static_cast<int>(layout));
+    for (const auto layout : allLayouts) {
+        layout_->addItem(QString::fromUtf8(displayName(layout).data(), std::ssize(displayName(layout))), int(layout));
+    }
     connect(layout_, &QComboBox::activated, this, [this] {
         const auto chosen = static_cast<LayoutID>(layout_->currentData().toInt());
         edit([=](OutputProfile& p) { ProfileEdits::setLayout(p, chosen); });
@@ -140,20 +140,21 @@ void ProfileEditor::fillDevices() {
     const QSignalBlocker quiet(device_);
     device_->clear();
     device_->addItem("System Output", QString());
-    for (const auto& device : devices_)
+    for (const auto& device : devices_) {
         device_->addItem(QString("%1  (%2 out)").arg(QString::fromStdString(device.name)).arg(device.outputChannels),
                          QString::fromStdString(device.uid));
+    }
 }
 
 void ProfileEditor::rebuildGrid() {
     while (QLayoutItem* item = grid_->takeAt(0)) {
-        if (item->widget()) item->widget()->deleteLater();
+        if (item->widget()) { item->widget()->deleteLater(); }
         delete item;
     }
     rows_.clear();
     gridSpeakers_ = speakers(profile_.layout);
     const QStringList titles = {"Speaker", "Output", "Trim"};
-    for (int i = 0; i < titles.size(); ++i) grid_->addWidget(label(titles[i], "secondary"), 0, i);
+    for (int i = 0; i < titles.size(); ++i) { grid_->addWidget(label(titles[i], "secondary"), 0, i); }
     for (size_t i = 0; i < gridSpeakers_.size(); ++i) {
         const QString name = QString::fromStdString(brindlehum::label(gridSpeakers_[i], gridSpeakers_));
         auto* output = channelPicker("Output of " + name,
@@ -161,19 +162,19 @@ void ProfileEditor::rebuildGrid() {
         auto* trim = new TrimStepper("Trim of " + name);
         connect(trim, &TrimStepper::valueChanged, this,
                 [this, i](double db) { edit([=](OutputProfile& p) { ProfileEdits::setTrim(p, i, db); }); });
-        const int row = static_cast<int>(i) + 1;
+        const int row = int(i) + 1;
         grid_->addWidget(new QLabel(name), row, 0);
         grid_->addWidget(output, row, 1);
         grid_->addWidget(trim, row, 2);
         rows_.push_back({output, trim});
     }
     grid_->setColumnStretch(1, 1);
-    grid_->setRowStretch(static_cast<int>(gridSpeakers_.size()) + 1, 1);
+    grid_->setRowStretch(int(gridSpeakers_.size()) + 1, 1);
 }
 
 void ProfileEditor::showProfile(const OutputProfile& profile) {
     profile_ = profile;
-    if (gridSpeakers_ != speakers(profile_.layout)) rebuildGrid();
+    if (gridSpeakers_ != speakers(profile_.layout)) { rebuildGrid(); }
     refresh();
 }
 
@@ -184,18 +185,18 @@ void ProfileEditor::refreshChannels(QComboBox& box, int current) const {
     if (box.count() != rows + 1) {
         box.clear();
         box.addItem("Off", ProfileEdits::offChannel);
-        for (int channel = 0; channel < rows; ++channel) box.addItem(QString("Out %1").arg(channel + 1), channel);
+        for (int channel = 0; channel < rows; ++channel) { box.addItem(QString("Out %1").arg(channel + 1), channel); }
     }
     box.setCurrentIndex(box.findData(std::max(current, ProfileEdits::offChannel)));
 }
 
 void ProfileEditor::refresh() {
     const QString name = QString::fromStdString(profile_.name);
-    if (name_->text() != name) name_->setText(name);
-    choose(*kind_, static_cast<int>(profile_.kind));
+    if (name_->text() != name) { name_->setText(name); }
+    choose(*kind_, int(profile_.kind));
     const QString uid = QString::fromStdString(profile_.deviceUID.value_or(""));
     // A device that has gone keeps a row, so that the profile shows what it will use when it comes back.
-    if (device_->findData(uid) < 0) device_->addItem("Unavailable device", uid);
+    if (device_->findData(uid) < 0) { device_->addItem("Unavailable device", uid); }
     choose(*device_, uid);
     const bool headphones = profile_.kind == OutputProfile::Kind::headphones;
     for (QWidget* field : {left_, right_}) {
@@ -207,7 +208,7 @@ void ProfileEditor::refresh() {
     speakerPart_->setVisible(!headphones);
     refreshChannels(*left_, profile_.headphoneLeft);
     refreshChannels(*right_, profile_.headphoneRight);
-    choose(*layout_, static_cast<int>(profile_.layout));
+    choose(*layout_, int(profile_.layout));
     for (size_t i = 0; i < rows_.size(); ++i) {
         refreshChannels(*rows_[i].output, ProfileEdits::outputOf(profile_, i));
         const QSignalBlocker quiet(rows_[i].trim);

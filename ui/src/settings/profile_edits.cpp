@@ -6,7 +6,7 @@
 namespace brindlehum::ProfileEdits {
 
 int outputOf(const OutputProfile& profile, size_t speaker) {
-    return speaker < profile.outputs.size() ? profile.outputs[speaker] : static_cast<int>(speaker);
+    return speaker < profile.outputs.size() ? profile.outputs[speaker] : int(speaker);
 }
 
 double trimOf(const OutputProfile& profile, size_t speaker) {
@@ -15,17 +15,17 @@ double trimOf(const OutputProfile& profile, size_t speaker) {
 
 void setOutput(OutputProfile& profile, size_t speaker, int channel) {
     auto& outputs = profile.outputs;
-    while (outputs.size() <= speaker) outputs.push_back(static_cast<int>(outputs.size()));
+    while (outputs.size() <= speaker) { outputs.push_back(int(outputs.size())); }
     outputs[speaker] = channel;
 }
 
 void setTrim(OutputProfile& profile, size_t speaker, double db) {
-    if (profile.trimsDB.size() <= speaker) profile.trimsDB.resize(speaker + 1, 0);
+    if (profile.trimsDB.size() <= speaker) { profile.trimsDB.resize(speaker + 1, 0); }
     profile.trimsDB[speaker] = std::clamp(db, minTrimDB, maxTrimDB);
 }
 
 void setLayout(OutputProfile& profile, LayoutID layout) {
-    if (profile.layout == layout) return;
+    if (profile.layout == layout) { return; }
     profile.layout = layout;
     setSequential(profile);
     profile.trimsDB.assign(speakers(layout).size(), 0);
@@ -37,7 +37,7 @@ void setSequential(OutputProfile& profile) {
 }
 
 int channelCount(const OutputProfile& profile, const std::vector<AudioOutputDevice>& devices, int defaultChannels) {
-    if (!profile.deviceUID) return defaultChannels;
+    if (!profile.deviceUID) { return defaultChannels; }
     const auto found = std::ranges::find(devices, *profile.deviceUID, &AudioOutputDevice::uid);
     return found == devices.end() ? defaultChannels : found->outputChannels;
 }
@@ -60,7 +60,7 @@ UUID append(AppSettings& settings) {
 }
 
 void remove(AppSettings& settings, const UUID& id) {
-    if (settings.profiles.size() < 2) return;
+    if (settings.profiles.size() < 2) { return; }
     std::erase_if(settings.profiles, [&](const OutputProfile& profile) { return profile.id == id; });
 }
 

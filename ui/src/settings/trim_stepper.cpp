@@ -39,15 +39,16 @@ double TrimStepper::valueFromText(const QString& text) const {
 QValidator::State TrimStepper::validate(QString& text, int& /*position*/) const {
     bool fine = false;
     const double value = number(text).toDouble(&fine);
-    if (!fine) return QValidator::Intermediate;
+    if (!fine) { return QValidator::Intermediate; }
     return value >= minimum() && value <= maximum() ? QValidator::Acceptable : QValidator::Intermediate;
 }
 
 void TrimStepper::wheelEvent(QWheelEvent* event) {
-    if (hasFocus())
+    if (hasFocus()) {
         QDoubleSpinBox::wheelEvent(event);
-    else
+    } else {
         event->ignore();
+    }
 }
 
 }  // namespace brindlehum

@@ -34,10 +34,11 @@ void SidebarCell::paint(QPainter* painter, const QStyleOptionViewItem& option, c
     const auto* row = static_cast<const SidebarModel*>(index.model())->row(index);
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
-    if (row)
+    if (row) {
         paintRow(*painter, option, *row);
-    else
+    } else {
         paintSection(*painter, option, index);
+    }
     if (option.state & QStyle::State_HasFocus) {
         painter->setBrush(Qt::NoBrush);
         painter->setPen(QPen(Theme::current().accent, 2));

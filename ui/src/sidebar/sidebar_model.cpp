@@ -13,15 +13,15 @@ namespace {
 constexpr quintptr sectionId = 0;  // of a section's own line; a row's is its section and one
 
 int count(const std::vector<SidebarRow>& rows) {
-    return static_cast<int>(rows.size());
+    return int(rows.size());
 }
 
 QString spoken(const SidebarRow& row) {
     QString text = row.text;
-    if (row.count) text += ", " + QLocale().toString(static_cast<qlonglong>(*row.count)) + " files";
-    if (row.busy) text += ", indexing";
-    if (!row.problem.isEmpty()) text += ", " + row.problem;
-    if (row.selected) text += ", selected";
+    if (row.count) { text += ", " + QLocale().toString(static_cast<qlonglong>(*row.count)) + " files"; }
+    if (row.busy) { text += ", indexing"; }
+    if (!row.problem.isEmpty()) { text += ", " + row.problem; }
+    if (row.selected) { text += ", selected"; }
     return text;
 }
 
@@ -34,22 +34,22 @@ QString toolTipOf(const SidebarRow& row) {
 }  // namespace
 
 void SidebarModel::setSections(SidebarRows::Sections sections) {
-    for (int at = 0; at < SidebarRows::SectionCount; ++at)
-        if (auto& rows = sections[static_cast<size_t>(at)]; rows != sections_[static_cast<size_t>(at)])
-            setRows(at, std::move(rows));
+    for (int at = 0; at < SidebarRows::SectionCount; ++at) {
+        if (auto& rows = sections[size_t(at)]; rows != sections_[size_t(at)]) { setRows(at, std::move(rows)); }
+    }
 }
 
 // More or fewer rows come or go where they differ, so that the focus stays on its row; as many change in place.
 void SidebarModel::setRows(int at, std::vector<SidebarRow> rows) {
-    auto& shown = sections_[static_cast<size_t>(at)];
+    auto& shown = sections_[size_t(at)];
     const auto isSame = [](const SidebarRow& a, const SidebarRow& b) { return a.kind == b.kind && a.value == b.value; };
     if (rows.size() != shown.size()) {
         const auto ahead = std::ranges::mismatch(shown, rows, isSame).in1 - shown.begin();
         const auto behind = std::ranges::mismatch(shown | std::views::drop(ahead) | std::views::reverse,
                                                   rows | std::views::drop(ahead) | std::views::reverse, isSame);
-        const int gone = static_cast<int>(behind.in1.base() - shown.begin() - ahead);
-        const int come = static_cast<int>(behind.in2.base() - rows.begin() - ahead);
-        const int first = static_cast<int>(ahead);
+        const int gone = int(behind.in1.base() - shown.begin() - ahead);
+        const int come = int(behind.in2.base() - rows.begin() - ahead);
+        const int first = int(ahead);
         if (gone > 0) {
             beginRemoveRows(section(at), first, first + gone - 1);
             shown.erase(shown.begin() + first, shown.begin() + first + gone);
@@ -62,32 +62,32 @@ void SidebarModel::setRows(int at, std::vector<SidebarRow> rows) {
         }
     }
     shown = std::move(rows);
-    if (!shown.empty()) Q_EMIT dataChanged(index(0, 0, section(at)), index(count(shown) - 1, 0, section(at)));
+    if (!shown.empty()) { Q_EMIT dataChanged(index(0, 0, section(at)), index(count(shown) - 1, 0, section(at))); }
 }
 
 const SidebarRow* SidebarModel::row(const QModelIndex& index) const {
-    if (!index.isValid() || index.internalId() == sectionId) return nullptr;
-    return &sections_[index.internalId() - 1][static_cast<size_t>(index.row())];
+    if (!index.isValid() || index.internalId() == sectionId) { return nullptr; }
+    return &sections_[index.internalId() - 1][size_t(index.row())];
 }
 
 QModelIndex SidebarModel::index(int row, int column, const QModelIndex& parent) const {
-    if (row < 0 || column != 0 || row >= rowCount(parent)) return {};
+    if (row < 0 || column != 0 || row >= rowCount(parent)) { return {}; }
     return createIndex(row, 0, parent.isValid() ? static_cast<quintptr>(parent.row()) + 1 : sectionId);
 }
 
 QModelIndex SidebarModel::parent(const QModelIndex& child) const {
-    if (!child.isValid() || child.internalId() == sectionId) return {};
-    return section(static_cast<int>(child.internalId()) - 1);
+    if (!child.isValid() || child.internalId() == sectionId) { return {}; }
+    return section(int(child.internalId()) - 1);
 }
 
 int SidebarModel::rowCount(const QModelIndex& parent) const {
-    if (!parent.isValid()) return SidebarRows::SectionCount;
-    return parent.internalId() == sectionId ? count(sections_[static_cast<size_t>(parent.row())]) : 0;
+    if (!parent.isValid()) { return SidebarRows::SectionCount; }
+    return parent.internalId() == sectionId ? count(sections_[size_t(parent.row())]) : 0;
 }
 
 QVariant SidebarModel::data(const QModelIndex& index, int role) const {
     const SidebarRow* item = row(index);
-    if (!item) return role == Qt::DisplayRole ? SidebarRows::sectionName(index.row()) : QVariant();
+    if (!item) { return role == Qt::DisplayRole ? SidebarRows::sectionName(index.row()) : QVariant(); }
     switch (role) {
         case Qt::DisplayRole:
             return item->text;

@@ -42,7 +42,7 @@ std::vector<SidebarRow> facets(SidebarRow::Kind kind, const Catalog::Counts& cou
         row.selected = chosen == name;
         rows.push_back(std::move(row));
     };
-    for (const auto& [name, count] : counts) add(name, count);
+    for (const auto& [name, count] : counts) { add(name, count); }
     return rows;
 }
 
@@ -50,7 +50,7 @@ std::vector<SidebarRow> facets(SidebarRow::Kind kind, const Catalog::Counts& cou
 
 QString sectionName(int section) {
     static const std::array<const char*, SectionCount> names = {"Library", "Categories", "Libraries", "Places"};
-    return QString::fromLatin1(names[static_cast<size_t>(section)]);
+    return QString::fromLatin1(names[size_t(section)]);
 }
 
 QString iconOf(const fs::path& path, const QString& other) {
@@ -65,8 +65,9 @@ Sections build(const Snapshot& now) {
         sections[Library].push_back(folderRow(SidebarRow::Kind::root, root, "library", now));
         SidebarRow& row = sections[Library].back();
         row.busy = std::ranges::count(now.indexing, root) > 0;
-        if (const auto found = now.problems.find(root); found != now.problems.end())
+        if (const auto found = now.problems.find(root); found != now.problems.end()) {
             row.problem = QString::fromStdString(found->second);
+        }
     }
     SidebarRow add;
     add.kind = SidebarRow::Kind::addFolder;
@@ -75,18 +76,19 @@ Sections build(const Snapshot& now) {
     sections[Library].push_back(add);
     sections[Categories] = facets(SidebarRow::Kind::category, now.categories, now.category);
     sections[Libraries] = facets(SidebarRow::Kind::library, now.libraries, now.library);
-    for (const auto& place : now.places)
+    for (const auto& place : now.places) {
         sections[Places].push_back(folderRow(SidebarRow::Kind::place, place, "folder", now));
+    }
     return sections;
 }
 
 QString footer(bool indexing, int64_t indexed) {
-    if (indexing) return "Indexing…";
+    if (indexing) { return "Indexing…"; }
     return indexed >= 1 ? number(indexed) + " files indexed" : QString();
 }
 
 QString progress(bool counted, int64_t done, int64_t found) {
-    if (found < 1) return {};
+    if (found < 1) { return {}; }
     return counted ? QString("%1 of %2 files").arg(number(done), number(found)) : number(found) + " files found";
 }
 

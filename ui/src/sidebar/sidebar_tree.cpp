@@ -26,11 +26,12 @@ SidebarTree::SidebarTree(SidebarModel& model, QWidget* parent) : QTreeView(paren
 }
 
 void SidebarTree::choose(const QModelIndex& index) {
-    if (!index.isValid()) return;
-    if (index.parent().isValid())
+    if (!index.isValid()) { return; }
+    if (index.parent().isValid()) {
         Q_EMIT chosen(index);
-    else
+    } else {
         setExpanded(index, !isExpanded(index));
+    }
 }
 
 void SidebarTree::keyPressEvent(QKeyEvent* event) {
@@ -40,16 +41,17 @@ void SidebarTree::keyPressEvent(QKeyEvent* event) {
         Q_EMIT typed(text);
         return event->accept();
     }
-    if (!plain || (key != Qt::Key_Return && key != Qt::Key_Enter && key != Qt::Key_Space))
+    if (!plain || (key != Qt::Key_Return && key != Qt::Key_Enter && key != Qt::Key_Space)) {
         return QTreeView::keyPressEvent(event);
-    if (!event->isAutoRepeat()) choose(currentIndex());
+    }
+    if (!event->isAutoRepeat()) { choose(currentIndex()); }
     event->accept();
 }
 
 void SidebarTree::mouseReleaseEvent(QMouseEvent* event) {
     QTreeView::mouseReleaseEvent(event);
     const QModelIndex index = indexAt(event->pos());
-    if (event->button() == Qt::LeftButton && index == currentIndex()) choose(index);
+    if (event->button() == Qt::LeftButton && index == currentIndex()) { choose(index); }
 }
 
 // The second click of a quick pair is one of its own, or a facet chosen and dropped at once would stay chosen.

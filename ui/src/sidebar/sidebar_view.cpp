@@ -20,15 +20,16 @@ SidebarView::SidebarView(LibraryModel& library, QWidget* parent) : QWidget(paren
     all->addWidget(makeFooter());
     connect(tree_, &SidebarTree::chosen, this, [this](const QModelIndex& index) {
         // A copy: choosing changes the rows.
-        if (const SidebarRow* row = rows_.row(index)) activate(SidebarRow(*row));
+        if (const SidebarRow* row = rows_.row(index)) { activate(SidebarRow(*row)); }
     });
     connect(tree_, &SidebarTree::typed, this, &SidebarView::typed);
     connect(tree_, &QWidget::customContextMenuRequested, this, &SidebarView::rowMenu);
     connect(tree_, &QTreeView::expanded, this, &SidebarView::foldedChanged);
     connect(tree_, &QTreeView::collapsed, this, &SidebarView::foldedChanged);
     for (const auto signal : {&LibraryModel::entriesChanged, &LibraryModel::filterChanged, &LibraryModel::facetsChanged,
-                              &LibraryModel::indexingChanged})
+                              &LibraryModel::indexingChanged}) {
         connect(&library, signal, this, &SidebarView::refresh);
+    }
     connect(&library.settings(), &SettingsStore::changed, this, &SidebarView::refresh);
     refresh();
 }
@@ -66,10 +67,11 @@ void SidebarView::refresh() {
     now.libraries = library_.libraries();
     now.category = library_.category();
     now.library = library_.libraryFilter();
-    if (!library_.isSearching()) now.folder = library_.folder();
+    if (!library_.isSearching()) { now.folder = library_.folder(); }
     rows_.setSections(SidebarRows::build(now));
-    for (const int section : {SidebarRows::Categories, SidebarRows::Libraries})
+    for (const int section : {SidebarRows::Categories, SidebarRows::Libraries}) {
         tree_->setRowHidden(section, {}, rows_.rowCount(rows_.section(section)) == 0);
+    }
     refreshFooter();
 }
 
@@ -91,14 +93,14 @@ void SidebarView::refreshFooter() {
     detail_->setFullText(SidebarRows::progress(counted, done, found));
     // Without a total yet, the bar only says that something is going on.
     progress_->setRange(0, counted ? 1000 : 0);
-    if (counted) progress_->setValue(found > 0 ? static_cast<int>(done * 1000 / found) : 0);
+    if (counted) { progress_->setValue(found > 0 ? int(done * 1000 / found) : 0); }
 }
 
 void SidebarView::activate(const SidebarRow& row) {
     switch (row.kind) {
         case SidebarRow::Kind::root:
             // Its volume may be there again.
-            if (!row.problem.isEmpty()) library_.rescan(row.value);
+            if (!row.problem.isEmpty()) { library_.rescan(row.value); }
             [[fallthrough]];
         case SidebarRow::Kind::place:
             library_.clearFilters();
@@ -124,7 +126,7 @@ void SidebarView::toggle(std::string facet, const std::optional<std::string>& no
 
 void SidebarView::rowMenu(const QPoint& position) {
     const SidebarRow* row = rows_.row(tree_->indexAt(position));
-    if (!row || row->kind != SidebarRow::Kind::root) return;
+    if (!row || row->kind != SidebarRow::Kind::root) { return; }
     QMenu menu;
     menu.addAction("Rescan", &library_, &LibraryModel::rescanAll);
     menu.addAction("Remove from Library", [this, path = row->value] { library_.removeRoot(path); });
@@ -133,14 +135,16 @@ void SidebarView::rowMenu(const QPoint& position) {
 
 QStringList SidebarView::folded() const {
     QStringList names;
-    for (int at = 0; at < SidebarRows::SectionCount; ++at)
-        if (!tree_->isExpanded(rows_.section(at))) names << SidebarRows::sectionName(at);
+    for (int at = 0; at < SidebarRows::SectionCount; ++at) {
+        if (!tree_->isExpanded(rows_.section(at))) { names << SidebarRows::sectionName(at); }
+    }
     return names;
 }
 
 void SidebarView::setFolded(const QStringList& names) {
-    for (int at = 0; at < SidebarRows::SectionCount; ++at)
+    for (int at = 0; at < SidebarRows::SectionCount; ++at) {
         tree_->setExpanded(rows_.section(at), !names.contains(SidebarRows::sectionName(at)));
+    }
 }
 
 }  // namespace brindlehum

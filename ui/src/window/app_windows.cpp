@@ -15,10 +15,10 @@ namespace brindlehum {
 namespace {
 
 void bringUp(QWidget& window) {
-    if (window.isMinimized()) window.showNormal();
+    if (window.isMinimized()) { window.showNormal(); }
     window.show();
     // Where nobody sees a window there is none to raise, and Qt would say so on the terminal each time.
-    if (QGuiApplication::platformName() == QLatin1String("offscreen")) return;
+    if (QGuiApplication::platformName() == QLatin1String("offscreen")) { return; }
     window.raise();
     window.activateWindow();
 }
@@ -27,13 +27,13 @@ void bringUp(QWidget& window) {
 
 AppWindows::AppWindows(AppModel& model) : model_(model), theme_(std::make_unique<ThemeController>()) {
     // The C locale groups no digits.
-    if (QLocale().language() == QLocale::C) QLocale::setDefault(QLocale(QLocale::English));
+    if (QLocale().language() == QLocale::C) { QLocale::setDefault(QLocale(QLocale::English)); }
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setApplicationVersion(QStringLiteral(BRINDLEHUM_VERSION));
     QApplication::setWindowIcon(applicationIcon());
     main_ = std::make_unique<MainWindow>(model);
     status_ = std::make_unique<StatusMenu>(model, [this] {
-        if (main_->inspector().fields().hasEdits()) open("main");  // the question belongs to a window that is seen
+        if (main_->inspector().fields().hasEdits()) { open("main"); }  // the question belongs to a window that is seen
         main_->quit();
     });
     model.chooseFoldersAction = [this](const AppModel::FoldersChosen& chosen) {
@@ -49,11 +49,12 @@ AppWindows::~AppWindows() {
 }
 
 void AppWindows::open(const std::string& id) {
-    if (id == "main") bringUp(*main_);
-    if (id != "settings") return;
-    if (!settings_)
+    if (id == "main") { bringUp(*main_); }
+    if (id != "settings") { return; }
+    if (!settings_) {
         settings_ = std::make_unique<SettingsWindow>(model_.library(), model_.engine().devices(),
                                                      [this] { model_.addLibraryFolder(); });
+    }
     bringUp(*settings_);
 }
 

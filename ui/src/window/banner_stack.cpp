@@ -39,15 +39,15 @@ QWidget* BannerStack::makeBanner(const Banner& banner) {
 
 void BannerStack::setBanners(std::vector<Banner> banners) {
     QStringList texts;
-    for (const auto& banner : banners) texts << banner.text + '\n' + banner.button;
-    if (texts == shown_) return;
+    for (const auto& banner : banners) { texts << banner.text + '\n' + banner.button; }
+    if (texts == shown_) { return; }
     shown_ = texts;
     while (column_->count() > 0) {
         QLayoutItem* item = column_->takeAt(0);
         item->widget()->deleteLater();
         delete item;
     }
-    for (const auto& banner : banners) column_->addWidget(makeBanner(banner));
+    for (const auto& banner : banners) { column_->addWidget(makeBanner(banner)); }
     setVisible(!banners.empty());
 }
 

@@ -40,7 +40,7 @@ void DropOverlay::paintEvent(QPaintEvent* /*event*/) {
 }
 
 bool DropOverlay::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == parent() && event->type() == QEvent::Resize) setGeometry(parentWidget()->rect());
+    if (watched == parent() && event->type() == QEvent::Resize) { setGeometry(parentWidget()->rect()); }
     return QWidget::eventFilter(watched, event);
 }
 

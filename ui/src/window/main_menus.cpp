@@ -37,7 +37,7 @@ void fillFile(QMenu* menu, MainWindow& window, AppModel& model) {
     add(menu, "Open Folder…", {}, [&window] { window.chooseFolder(); });
     menu->addSeparator();
     auto* edits = add(menu, "Make Temp Edits", QKeySequence("Ctrl+Shift+E"), [&model] {
-        if (const auto& info = model.player().info()) model.makeTempEdits({info->url});
+        if (const auto& info = model.player().info()) { model.makeTempEdits({info->url}); }
     });
     const auto follow = [edits, &model] { edits->setEnabled(model.player().info().has_value()); };
     QObject::connect(&model.player(), &PlayerModel::changed, edits, follow);
@@ -60,8 +60,9 @@ void fillEdit(QMenu* menu, MainWindow& window, AppModel& model) {
 
 // What a click on a column's head does, for the keyboard.
 void fillSort(QMenu* menu, BrowserTable& table) {
-    for (int column = 0; column < BrowserTableModel::ColumnCount; ++column)
+    for (int column = 0; column < BrowserTableModel::ColumnCount; ++column) {
         add(menu, "Sort by " + BrowserTableModel::columnName(column), {}, [&table, column] { table.sortBy(column); });
+    }
     add(menu, "Reset Columns", {}, [&table] { table.resetColumns(); });
 }
 

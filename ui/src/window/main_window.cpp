@@ -45,7 +45,7 @@ bool isFolder(const fs::path& path) {
 QString audioFilter() {
     QStringList patterns;
     for (const auto extension : AudioFileInfo::audioExtensions) {
-        const auto text = QString::fromLatin1(extension.data(), static_cast<qsizetype>(extension.size()));
+        const auto text = QString::fromLatin1(extension.data(), qsizetype(extension.size()));
         patterns << "*." + text << "*." + text.toUpper();
     }
     return "Audio files (" + patterns.join(' ') + ");;All files (*)";
@@ -54,8 +54,9 @@ QString audioFilter() {
 }  // namespace
 
 std::optional<fs::path> droppable(const std::vector<fs::path>& paths) {
-    for (const auto& path : paths)
-        if (isFolder(path) || AudioFileInfo::isAudioPath(path)) return path;
+    for (const auto& path : paths) {
+        if (isFolder(path) || AudioFileInfo::isAudioPath(path)) { return path; }
+    }
     return std::nullopt;
 }
 
@@ -158,9 +159,10 @@ void MainWindow::restore() {
     const UIState state = UIState::load(model_.defaults());
     resize(firstSize.boundedTo(screen()->availableSize() - aroundFirst));
     restoreGeometry(state.geometry);
-    if (!sideSplit_->restoreState(state.sidebarSplit)) sideSplit_->setSizes({sidebarWidth, width() - sidebarWidth});
-    if (!inspectorSplit_->restoreState(state.inspectorSplit))
+    if (!sideSplit_->restoreState(state.sidebarSplit)) { sideSplit_->setSizes({sidebarWidth, width() - sidebarWidth}); }
+    if (!inspectorSplit_->restoreState(state.inspectorSplit)) {
         inspectorSplit_->setSizes({width() - sidebarWidth - InspectorView::idealWidth, InspectorView::idealWidth});
+    }
     browser_->table().restoreColumns(state.columns);
     sidebar_->setFolded(state.folded);
     playerExtra_ = state.playerExtra;
@@ -180,7 +182,7 @@ void MainWindow::save() {
     state.playerExtra = playerExtra_;
     state.inspector = showsInspector();
     state.sidebar = showsSidebar();
-    if (state != UIState::load(model_.defaults())) state.save(model_.defaults());
+    if (state != UIState::load(model_.defaults())) { state.save(model_.defaults()); }
 }
 
 int MainWindow::basePlayerHeight() const {
@@ -200,15 +202,17 @@ void MainWindow::fitPlayer() {
 void MainWindow::refreshBanners() {
     std::vector<Banner> banners;
     const auto devices = model_.engine().devices().allOutputs();
-    if (devices.size() == 1 && devices.front().uid == HeadlessAudioSystem::uid)
+    if (devices.size() == 1 && devices.front().uid == HeadlessAudioSystem::uid) {
         banners.push_back({"No sound server is running, so nothing will be heard. Brindlehum plays through PipeWire.",
                            "Check Again", [this] { refreshBanners(); }});
-    if (!model_.library().catalog())
+    }
+    if (!model_.library().catalog()) {
         banners.push_back(
             {"The library's catalog can't be opened, so search and shared metadata are off. Folders can still be "
              "browsed. (" +
                  QString::fromStdString(model_.library().catalogError()) + ")",
              "Show Its Folder", [this] { model_.desktop().openFolder(defaultCatalogFile().parent_path()); }});
+    }
     banners_->setBanners(std::move(banners));
 }
 
@@ -224,42 +228,42 @@ void MainWindow::openPath(const fs::path& path) {
 
 // A file that came in from elsewhere (the command line, the control port) is shown in its folder.
 void MainWindow::followPlayer() {
-    if (player_->minimumHeight() != basePlayerHeight()) fitPlayer();
+    if (player_->minimumHeight() != basePlayerHeight()) { fitPlayer(); }
     const auto& info = model_.player().info();
-    if (!info || info->url == followed_) return;
+    if (!info || info->url == followed_) { return; }
     followed_ = info->url;
     // Whoever chose it here may be searching for the next one by now.
-    if (followed_ != asked_) browser_->reveal(followed_);
+    if (followed_ != asked_) { browser_->reveal(followed_); }
     asked_.clear();
 }
 
 // What was renamed is selected and loaded under its new name.
 void MainWindow::followRenames(const LibraryModel::Moves& moves) {
     Paths now;
-    for (const auto& move : moves) now.push_back(move.to);
+    for (const auto& move : moves) { now.push_back(move.to); }
     browser_->table().expect(now);
     const auto& info = model_.player().info();
-    if (!info) return;
+    if (!info) { return; }
     const auto loaded = std::ranges::find(moves, info->url, &LibraryModel::Move::from);
-    if (loaded == moves.end()) return;
+    if (loaded == moves.end()) { return; }
     asked_ = loaded->to;
     model_.player().load(asked_, false);
 }
 
 void MainWindow::quit() {
-    if (inspector_->settleEdits()) QApplication::quit();
+    if (inspector_->settleEdits()) { QApplication::quit(); }
 }
 
 void MainWindow::chooseFile() {
     const fs::path start = model_.library().folder().value_or(fs::path());
     const QString file = QFileDialog::getOpenFileName(this, "Open File", FileDrag::toText(start), audioFilter());
-    if (!file.isEmpty()) openPath(FileDrag::toPath(file));
+    if (!file.isEmpty()) { openPath(FileDrag::toPath(file)); }
 }
 
 void MainWindow::chooseFolder() {
     const fs::path start = model_.library().folder().value_or(fs::path());
     const QString folder = QFileDialog::getExistingDirectory(this, "Open Folder", FileDrag::toText(start));
-    if (!folder.isEmpty()) openPath(FileDrag::toPath(folder));
+    if (!folder.isEmpty()) { openPath(FileDrag::toPath(folder)); }
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
@@ -306,11 +310,11 @@ void MainWindow::hideDropTarget() {
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
-    if (event->source()) return;  // our own files on their way out
+    if (event->source()) { return; }  // our own files on their way out
     // Looked at once, and not for each move of the pointer.
     draggedFolders_ = FileDrag::localPaths(*event->mimeData());
     const auto path = droppable(draggedFolders_);
-    if (!path) return;
+    if (!path) { return; }
     dragged_ = *path;
     std::erase_if(draggedFolders_, [](const fs::path& one) { return !isFolder(one); });
     event->setDropAction(Qt::CopyAction);
@@ -332,7 +336,7 @@ void MainWindow::dropEvent(QDropEvent* event) {
     hideDropTarget();
     event->setDropAction(Qt::CopyAction);
     event->accept();
-    if (wouldAddToLibrary(*event)) return model_.addLibraryFolders(draggedFolders_);
+    if (wouldAddToLibrary(*event)) { return model_.addLibraryFolders(draggedFolders_); }
     openPath(dragged_);
 }
 

@@ -25,7 +25,7 @@ StatusMenu::StatusMenu(AppModel& model, std::function<void()> quit) : model_(mod
     tray_.setToolTip("Brindlehum");
     tray_.setContextMenu(&menu_);
     connect(&tray_, &QSystemTrayIcon::activated, this, [&model](QSystemTrayIcon::ActivationReason reason) {
-        if (reason == QSystemTrayIcon::Trigger) model.openWindow("main");
+        if (reason == QSystemTrayIcon::Trigger) { model.openWindow("main"); }
     });
     tray_.show();
 }
@@ -35,9 +35,10 @@ void StatusMenu::fillOutputs() {
     delete outputs_->findChild<QActionGroup*>();
     auto* group = new QActionGroup(outputs_);
     const UUID active = model_.settings().activeProfile().id;
-    for (const auto& profile : model_.settings().value().profiles)
+    for (const auto& profile : model_.settings().value().profiles) {
         group->addAction(addChoice(*outputs_, QString::fromStdString(profile.name), profile.id == active,
                                    [this, id = profile.id] { model_.player().selectProfile(id); }));
+    }
 }
 
 }  // namespace brindlehum

@@ -37,7 +37,7 @@ void TempEditsBar::refresh() {
     const auto progress = batch_.progress();
     progress_->setVisible(progress.has_value());
     cancel_->setVisible(progress.has_value());
-    if (progress) progress_->setValue(int(std::lround(*progress * progress_->maximum())));
+    if (progress) { progress_->setValue(int(std::lround(*progress * progress_->maximum()))); }
     const bool told = !progress && !batch_.closing().empty() && player_.message() == batch_.closing();
     skipped_->setVisible(told && !batch_.skipped().empty());
     folders_->setVisible(told && !batch_.folders().empty());
@@ -51,7 +51,7 @@ void TempEditsBar::tellSkipped() {
         const auto& [file, reason] = batch_.skipped()[i];
         text += FileDrag::toText(file.filename()) + "\n    " + QString::fromStdString(reason) + "\n";
     }
-    if (batch_.skipped().size() > most) text += QString("and %1 more").arg(batch_.skipped().size() - most);
+    if (batch_.skipped().size() > most) { text += QString("and %1 more").arg(batch_.skipped().size() - most); }
     QMessageBox box(QMessageBox::Information, "Temp Edits", "These files were skipped:", QMessageBox::Ok, window());
     box.setInformativeText(text.trimmed());
     box.exec();

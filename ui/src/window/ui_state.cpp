@@ -29,7 +29,7 @@ UIState UIState::load(const UserDefaults& defaults) {
     state.sidebarSplit = decoded(object, "sidebarSplit");
     state.inspectorSplit = decoded(object, "inspectorSplit");
     state.columns = decoded(object, "browserColumns");
-    for (const auto& name : object.value("folded").toArray()) state.folded << name.toString();
+    for (const auto& name : object.value("folded").toArray()) { state.folded << name.toString(); }
     state.playerExtra = std::clamp(object.value("playerExtra").toInt(), 0, maxPlayerExtra);
     state.inspector = object.value("inspector").toBool(true);
     state.sidebar = object.value("sidebar").toBool(true);

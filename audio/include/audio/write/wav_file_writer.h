@@ -18,8 +18,8 @@ namespace brindlehum {
 class Pcm24Encoder;
 
 // One thread at a time. All calls do blocking I/O and throw Error: wavSizeLimit at the 4 GB limit, other with the
-// system's reason for anything else. After an Error from `append` the blocks before it stand, and `finish` would make them a
-// whole file; without `finish` the sizes in the header stay 0.
+// system's reason for anything else. After an Error from `append` the blocks before it stand, and `finish` would make
+// them a whole file; without `finish` the sizes in the header stay 0.
 class WavFileWriter {
 public:
     // The most sample bytes of a file: 65,536 below the range of 32 bits, which leaves room for header and padding.

@@ -166,7 +166,7 @@ private:
         queue.async([self = QPointer(this), &loop = loop_, work = std::move(work), done = std::move(done)]() mutable {
             auto given = std::make_shared<decltype(work())>(work());
             loop.post([self, done = std::move(done), given] {
-                if (!self) return;
+                if (!self) { return; }
                 --self->pending_;
                 done(*given);
             });

@@ -75,7 +75,7 @@ public:
 
     // --- Derived.
     std::optional<SourceFormat> source() const;  // the override, else what was detected
-    int64_t currentFrame() const { return static_cast<int64_t>(playhead_.frame()); }
+    int64_t currentFrame() const { return int64_t(playhead_.frame()); }
     bool canUpmix() const;
     std::vector<std::string> laneLabels() const;
     std::vector<DragExport> dragOptions() const;
