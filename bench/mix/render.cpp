@@ -19,7 +19,7 @@ constexpr int batch = 64;  // blocks between two fillings of the ring
 template <class BeforeBlock>
 void renderBlocks(benchmark::State& state, RenderContext& context, RenderSource& source, int deviceChannels,
                   BeforeBlock beforeBlock) {
-    std::vector<std::vector<float>> samples(size_t(deviceChannels), std::vector<float>(size_t(frames)));
+    auto samples = std::vector<std::vector<float>>(size_t(deviceChannels), std::vector<float>(size_t(frames)));
     std::vector<float*> planes;
     for (auto& plane : samples) { planes.push_back(plane.data()); }
     Best best;

@@ -52,7 +52,7 @@ struct Filters {
 template <class Change>
 std::vector<Signal> run(PartitionedConvolver& convolver, const std::vector<Source>& sources, int outputs,
                         const std::vector<int>& blocks, Change change) {
-    std::vector<Signal> result(size_t(outputs), Signal(total));
+    auto result = std::vector<Signal>(size_t(outputs), Signal(total));
     size_t block = 0;
     int n = 0;
     for (int at = 0; at < total; at += n, ++block) {

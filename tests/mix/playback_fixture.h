@@ -20,7 +20,7 @@ inline float sample(int c, int64_t i) {
 }
 
 inline Planes counting(int channels, int64_t frames) {
-    Planes planes(size_t(channels), std::vector<float>(size_t(frames)));
+    auto planes = Planes(size_t(channels), std::vector<float>(size_t(frames)));
     for (int c = 0; c < channels; ++c) {
         for (int64_t i = 0; i < frames; ++i) { planes[size_t(c)][size_t(i)] = sample(c, i); }
     }

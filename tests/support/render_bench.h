@@ -29,7 +29,7 @@ public:
     // A ring of `channels` planes, frame i of channel c holding signal(i, c) and standing at position 2 i.
     mn_ring* ring(int channels, int frames, const std::function<float(int frame, int channel)>& signal) {
         rings_.emplace_back(mn_ring_create(channels, std::max(frames, 1)), mn_ring_destroy);
-        std::vector<std::vector<float>> samples(size_t(channels), std::vector<float>(size_t(frames)));
+        auto samples = std::vector<std::vector<float>>(size_t(channels), std::vector<float>(size_t(frames)));
         std::vector<const float*> planes;
         auto positions = std::vector<double>(size_t(frames));
         for (int i = 0; i < frames; ++i) { positions[size_t(i)] = 2.0 * i; }

@@ -24,15 +24,13 @@ std::string bextDescription(const FileHandle& file, const std::vector<Chunk>& ch
     return std::string(trimmed(repairUtf8(field.substr(0, field.find('\0')))));
 }
 
-// As many whole characters as the field holds. `text` is well-formed UTF-8.
-std::string descriptionField(std::string text) {
-    if (text.size() > descriptionBytes) {
-        size_t end = descriptionBytes;
-        while (end > 0 && (uint8_t(text[end]) & 0xC0) == 0x80) { --end; }
-        text.resize(end);
-    }
-    text.resize(descriptionBytes, '\0');
-    return text;
+// The longest start of `text`, in whole characters, that fits the field. `text` is well-formed UTF-8.
+std::string descriptionField(const std::string& text) {
+    size_t length = std::min(text.size(), descriptionBytes);
+    while (length > 0 && length < text.size() && (uint8_t(text[length]) & 0xC0) == 0x80) { --length; }
+    std::string field(descriptionBytes, '\0');
+    text.copy(field.data(), length);
+    return field;
 }
 
 [[noreturn]] void refuse() {

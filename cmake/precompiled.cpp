@@ -1,0 +1,1 @@
+// The source that a precompiled header needs to belong to a target.
