@@ -1,0 +1,214 @@
+// Background: runs work on a queue and brings its result back to the main thread, unless newer work overtook it.
+#pragma once
+
+#include <atomic>
+#include <concepts>
+#include <cstddef>
+#include <exception>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <stop_token>
+#include <string>
+#include <type_traits>
+#include <utility>
+#include <variant>
+#include <vector>
+
+#include "platform/main_loop.h"
+#include "platform/task_queues.h"
+
+namespace brindlehum {
+
+// Main thread, every call but those of Task. How an owner uses it:
+//
+//     Background loader_{loop, "Brindlehum.loader"};  // the last member, so that its thread ends first
+//     Background::Line loads_;
+//     ...
+//     loader_.run(loads_, [path] { return AudioFileInfo::load(path); },          // on the queue
+//                 [this](AudioFileInfo info) { show(std::move(info)); },         // on the main thread
+//                 [this](const std::exception& error) { say(error.what()); });   // instead, when the work threw
+//
+// Work and callbacks may hold `this`: destruction drops all results, skips the work that hasn't begun, and waits for
+// the work in hand. The main loop must outlive the queue.
+class Background {
+    class Ticket;
+
+public:
+    // What running work asks and says; passed to work that takes one. Any thread, until the work returns.
+    class Task {
+    public:
+        // True once the result isn't wanted any more: the work should return, with anything.
+        bool isStopped() const { return token_.stop_requested(); }
+        const std::stop_token& token() const { return token_; }
+        // Runs `call` on the main thread before the result comes back; drops it if the work is overtaken by then.
+        void tell(std::function<void()> call) const;
+
+    private:
+        friend class Background;
+        Task(MainLoop& loop, std::shared_ptr<Ticket> ticket);
+        MainLoop& loop_;
+        std::shared_ptr<Ticket> ticket_;
+        std::stop_token token_;
+    };
+
+    // A line of questions of which only the newest counts. Work given to a line overtakes the work given to it before:
+    // that is asked to stop, doesn't begin if it still waits, and none of its callbacks run. A line belongs to the
+    // owner, who may keep several for one queue.
+    class Line {
+    public:
+        Line() = default;
+        ~Line() { cancel(); }
+        Line(const Line&) = delete;
+        Line& operator=(const Line&) = delete;
+        // Overtakes the newest work without giving new work.
+        void cancel();
+        // True from run() until just before the newest work's callback, or cancel().
+        bool isBusy() const;
+
+    private:
+        friend class Background;
+        std::shared_ptr<Ticket> newest_;
+    };
+
+    // Owns a thread of this name, on which the work runs in the order given.
+    Background(MainLoop& loop, const std::string& label);
+    // Runs the work on a pool that others use too. Destruction doesn't wait then, so that such work must own all that
+    // it uses; its callbacks may still hold `this`.
+    Background(MainLoop& loop, WorkerPool& pool);
+    ~Background();
+    Background(const Background&) = delete;
+    Background& operator=(const Background&) = delete;
+
+    // Runs `work()` or `work(const Task&)` on the queue, then `done(its result)` on the main thread; `done()` for work
+    // that returns nothing. Work that throws calls `failed(const std::exception&)` instead; without a `failed`, an
+    // exception ends the process. Callbacks may start new work and may destroy the Background.
+    template <class Work, class Done>
+    void run(Work work, Done done) {
+        start(nullptr, makeJob(std::move(work), std::move(done), nullptr));
+    }
+    template <class Work, class Done, class Failed>
+    void run(Work work, Done done, Failed failed) {
+        start(nullptr, makeJob(std::move(work), std::move(done), std::move(failed)));
+    }
+    // The same as the newest work of a line.
+    template <class Work, class Done>
+    void run(Line& line, Work work, Done done) {
+        start(&line, makeJob(std::move(work), std::move(done), nullptr));
+    }
+    template <class Work, class Done, class Failed>
+    void run(Line& line, Work work, Done done, Failed failed) {
+        start(&line, makeJob(std::move(work), std::move(done), std::move(failed)));
+    }
+
+    // Asks all work given so far to stop. It still begins and comes back: whether to finish early is up to the work.
+    void stop();
+    // Drops the work that hasn't begun, as if overtaken.
+    void dropWaiting();
+    // How much work hasn't come back to the main thread, overtaken work included.
+    int pending() const;
+    // Returns when all work given before has run (of a shared pool: all its jobs). The results still have to come
+    // back through the main loop.
+    void drain() { pool_.drain(); }
+    // The same, but gives up after `patience` seconds: false then.
+    bool drainFor(double patience) { return pool_.drainFor(patience); }
+
+private:
+    class Ticket {
+    public:
+        enum class State { waiting, begun, dropped };
+        bool begin();  // false once dropped
+        void drop();
+        void dropIfWaiting();
+        bool isDropped() const { return state_ == State::dropped; }
+        std::stop_source stop;
+        bool back = false;  // main thread
+
+    private:
+        std::atomic<State> state_ = State::waiting;
+    };
+
+    struct Job {
+        virtual ~Job() = default;
+        virtual void work(const Task& task) = 0;  // on the queue
+        virtual void forget() = 0;                // on the queue: frees the result
+        virtual void finish() = 0;                // on the main thread
+    };
+    template <class Work, class Done, class Failed>
+    struct JobOf;
+    template <class Work, class Done, class Failed>
+    static std::unique_ptr<Job> makeJob(Work work, Done done, Failed failed) {
+        return std::make_unique<JobOf<Work, Done, Failed>>(std::move(work), std::move(done), std::move(failed));
+    }
+    void start(Line* line, std::unique_ptr<Job> job);
+
+    using Tickets = std::vector<std::shared_ptr<Ticket>>;
+    MainLoop& loop_;
+    std::shared_ptr<Tickets> open_ = std::make_shared<Tickets>();  // main thread; of work that hasn't come back
+    std::unique_ptr<WorkerPool> own_;                              // null: the pool is another's
+    WorkerPool& pool_;
+};
+
+template <class Work, class Done, class Failed>
+struct Background::JobOf : Job {
+    JobOf(Work&& ourWork, Done&& ourDone, Failed&& ourFailed)
+        : work_(std::move(ourWork)), done_(std::move(ourDone)), failed_(std::move(ourFailed)) {}
+
+    void work(const Task& task) override {
+        if constexpr (mayFail) {
+            try {
+                call(task);
+            } catch (...) { error_ = std::current_exception(); }
+        } else {
+            call(task);
+        }
+    }
+
+    void forget() override {
+        result_.reset();
+        error_ = nullptr;
+    }
+
+    void finish() override {
+        if constexpr (mayFail) {
+            if (error_) {
+                try {
+                    std::rethrow_exception(error_);
+                } catch (const std::exception& error) { failed_(error); }
+                return;
+            }
+        }
+        if constexpr (std::is_void_v<Result>) {
+            done_();
+        } else {
+            done_(std::move(*result_));
+        }
+    }
+
+private:
+    static constexpr bool mayFail = !std::is_same_v<Failed, std::nullptr_t>;
+    static auto resultOf(Work& work, const Task& task) {
+        if constexpr (std::invocable<Work&, const Task&>) {
+            return work(task);
+        } else {
+            return work();
+        }
+    }
+    using Result = decltype(resultOf(std::declval<Work&>(), std::declval<const Task&>()));
+
+    void call(const Task& task) {
+        if constexpr (std::is_void_v<Result>) {
+            resultOf(work_, task);
+        } else {
+            result_.emplace(resultOf(work_, task));
+        }
+    }
+
+    Work work_;
+    Done done_;
+    Failed failed_;
+    std::optional<std::conditional_t<std::is_void_v<Result>, std::monostate, Result>> result_;
+    std::exception_ptr error_;
+};
+
+}  // namespace brindlehum

@@ -1,0 +1,84 @@
+// The tickets behind Background: each piece of work has one, on which the main thread notes that it was overtaken.
+#include "platform/background.h"
+
+#include <ranges>
+
+namespace brindlehum {
+
+bool Background::Ticket::begin() {
+    State expected = State::waiting;
+    return state_.compare_exchange_strong(expected, State::begun);
+}
+
+void Background::Ticket::drop() {
+    state_ = State::dropped;
+    stop.request_stop();
+}
+
+void Background::Ticket::dropIfWaiting() {
+    State expected = State::waiting;
+    if (state_.compare_exchange_strong(expected, State::dropped)) { stop.request_stop(); }
+}
+
+Background::Task::Task(MainLoop& loop, std::shared_ptr<Ticket> ticket)
+    : loop_(loop), ticket_(std::move(ticket)), token_(ticket_->stop.get_token()) {}
+
+void Background::Task::tell(std::function<void()> call) const {
+    loop_.post([ticket = ticket_, call = std::move(call)] {
+        if (!ticket->isDropped()) { call(); }
+    });
+}
+
+void Background::Line::cancel() {
+    if (newest_) { newest_->drop(); }
+    newest_.reset();
+}
+
+bool Background::Line::isBusy() const {
+    return newest_ && !newest_->back && !newest_->isDropped();
+}
+
+Background::Background(MainLoop& loop, const std::string& label)
+    : loop_(loop), own_(std::make_unique<WorkerPool>(1, label)), pool_(*own_) {}
+
+Background::Background(MainLoop& loop, WorkerPool& pool) : loop_(loop), pool_(pool) {}
+
+Background::~Background() {
+    // The newest first, so that no waiting work begins when the work in hand ends.
+    for (const auto& ticket : *open_ | std::views::reverse) { ticket->drop(); }
+}
+
+void Background::stop() {
+    for (const auto& ticket : *open_) { ticket->stop.request_stop(); }
+}
+
+void Background::dropWaiting() {
+    for (const auto& ticket : *open_) { ticket->dropIfWaiting(); }
+}
+
+int Background::pending() const {
+    return int(open_->size());
+}
+
+void Background::start(Line* line, std::unique_ptr<Job> ourJob) {
+    auto ticket = std::make_shared<Ticket>();
+    open_->push_back(ticket);
+    if (line != nullptr) {
+        line->cancel();
+        line->newest_ = ticket;
+    }
+    pool_.async([ticket, open = open_, &loop = loop_, job = std::shared_ptr(std::move(ourJob))]() mutable {
+        if (ticket->begin()) {
+            job->work(Task(loop, ticket));
+            if (ticket->isDropped()) { job->forget(); }
+        }
+        // The callbacks go along, so that the main thread frees what they hold.
+        loop.post([ticket, open, job = std::move(job)] {
+            std::erase(*open, ticket);
+            ticket->back = true;
+            if (!ticket->isDropped()) { job->finish(); }
+        });
+    });
+}
+
+}  // namespace brindlehum
