@@ -1,35 +1,39 @@
-// Real-to-complex FFT of one fixed power-of-two size, single precision, over FFTW.
+// RealFFT: the core's real FFT as an object, with a scaled inverse and no demand on alignment.
 #pragma once
 
 #include <complex>
 #include <memory>
-#include <span>
+
+#include "core/mn_fft.h"
+#include "dsp/aligned_array.h"
 
 namespace brindlehum {
 
-// Construction plans (control side, any thread; FFTW's planner is guarded inside) and may allocate; forward and
-// inverse are real-time safe and may be called from one thread at a time per object.
+// Construction plans and allocates (control side, any thread). forward and inverse are real-time safe, on one thread at
+// a time.
 class RealFFT {
 public:
-    // `size` samples, a power of two of at least 4. Throws std::invalid_argument.
+    // `size` samples, a power of two from 4 to 2^30. Throws std::invalid_argument for any other size, and
+    // std::runtime_error or std::bad_alloc when a plan or memory can't be had.
     explicit RealFFT(int size);
-    ~RealFFT();
-    RealFFT(RealFFT&&) noexcept;
-    RealFFT& operator=(RealFFT&&) noexcept;
 
-    int size() const noexcept;
-    // size / 2 + 1.
-    int bins() const noexcept;
+    int size() const noexcept { return mn_fft_size(fft_.get()); }
+    // size / 2 + 1, from 0 Hz to the Nyquist frequency.
+    int bins() const noexcept { return mn_fft_bins(fft_.get()); }
 
-    // Unscaled forward transform: `time` holds size() samples, `spectrum` receives bins() values. No alignment
-    // is asked for; neither side is changed but the destination.
+    // Unscaled forward transform of size() samples into bins() values. `time` is left as it was. Quickest on 64-byte
+    // boundaries: other data is copied.
     void forward(const float* time, std::complex<float>* spectrum) noexcept;
     // Inverse with 1 / size scaling, so that inverse(forward(x)) is x. `spectrum` is left as it was.
     void inverse(const std::complex<float>* spectrum, float* time) noexcept;
 
 private:
-    struct Plan;
-    std::unique_ptr<Plan> plan_;
+    struct Destroy {
+        void operator()(mn_fft* fft) const noexcept { mn_fft_destroy(fft); }
+    };
+    std::unique_ptr<mn_fft, Destroy> fft_;
+    AlignedArray<float> time_;
+    AlignedArray<std::complex<float>> spectrum_;
 };
 
 }  // namespace brindlehum
