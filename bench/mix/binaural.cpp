@@ -90,8 +90,8 @@ void againstOpenAl(benchmark::State& state) {
         planes.push_back(lanes.back().data());
     }
     std::vector<float> interleaved(size_t(frames) * 2);
-    std::vector<float> left(size_t(frames));
-    std::vector<float> right(size_t(frames));
+    auto left = std::vector<float>(size_t(frames));
+    auto right = std::vector<float>(size_t(frames));
     for (int i = 0; i < 200; ++i) { scene.render(interleaved.data()); }
     Best ours;
     Best theirs;

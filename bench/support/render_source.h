@@ -14,7 +14,7 @@ namespace brindlehum::bench {
 inline std::vector<float> noise(int frames, unsigned seed) {
     std::mt19937 random(seed);
     std::uniform_real_distribution<float> uniform(-0.5F, 0.5F);
-    std::vector<float> out(size_t(frames));
+    auto out = std::vector<float>(size_t(frames));
     for (float& x : out) { x = uniform(random); }
     return out;
 }

@@ -18,7 +18,7 @@ struct Grains {
 
 // Windowed pieces of `x` from random places, laid over each other up to `length` frames.
 std::vector<float> stretched(std::span<const float> x, int64_t length, const Grains& grains, RandomEngine& random) {
-    std::vector<float> out(size_t(length));
+    auto out = std::vector<float>(size_t(length));
     const auto grain = int64_t(grains.window.size());
     const auto frames = int64_t(x.size());
     std::uniform_int_distribution<int64_t> place(0, std::max<int64_t>(frames - grain, 1) - 1);

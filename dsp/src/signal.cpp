@@ -52,7 +52,7 @@ float rms(std::span<const float> x, int64_t from, int64_t to) {
 
 std::vector<float> hanning(int n) {
     if (n < 2) { return {1.0F}; }
-    std::vector<float> window(size_t(n));
+    auto window = std::vector<float>(size_t(n));
     for (int i = 0; i < n; ++i) {
         window[size_t(i)] = float(0.5 - 0.5 * std::cos(2 * std::numbers::pi * double(i) / double(n - 1)));
     }

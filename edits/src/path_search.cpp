@@ -98,7 +98,7 @@ std::optional<PathSearch::Path> PathSearch::find(int count, bool anyEnd) {
 }
 
 std::vector<int> PathSearch::barsTo(int count, int line) const {
-    std::vector<int> bars(size_t(count));
+    auto bars = std::vector<int>(size_t(count));
     for (int played = count; played > 0; --played) {
         bars[size_t(played) - 1] = first_ + line - 1;
         line = before_[size_t(played) * size_t(lines_) + size_t(line)];

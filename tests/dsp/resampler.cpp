@@ -49,7 +49,7 @@ std::vector<float> stream(const std::vector<float>& input, Rates rates, int fram
     for (float& x : negative) { x = -x; }
     size_t read = 0;
     std::vector<float> result;
-    std::vector<float> left(size_t(frames));
+    auto left = std::vector<float>(size_t(frames));
     std::vector<float> right(left.size());
     float* outputs[] = {left.data(), right.data()};
     for (;;) {

@@ -67,7 +67,7 @@ TEST(HRTFSet, AgreesWithTheLibrarysOwnConversion) {
     for (const Direction d : {Direction{0, 0}, {30, 0}, {-135, 0}, {20, 37}, {0, 90}}) {
         float position[] = {float(d.az), float(d.el), 1};
         mysofa_s2c(position);
-        std::vector<float> left(size_t(taps));
+        auto left = std::vector<float>(size_t(taps));
         std::vector<float> right(left.size());
         float delays[2];
         mysofa_getfilter_float(easy, position[0], position[1], position[2], left.data(), right.data(), &delays[0],

@@ -31,7 +31,7 @@ public:
         rings_.emplace_back(mn_ring_create(channels, std::max(frames, 1)), mn_ring_destroy);
         std::vector<std::vector<float>> samples(size_t(channels), std::vector<float>(size_t(frames)));
         std::vector<const float*> planes;
-        std::vector<double> positions(size_t(frames));
+        auto positions = std::vector<double>(size_t(frames));
         for (int i = 0; i < frames; ++i) { positions[size_t(i)] = 2.0 * i; }
         for (int c = 0; c < channels; ++c) {
             for (int i = 0; i < frames; ++i) { samples[size_t(c)][size_t(i)] = signal(i, c); }

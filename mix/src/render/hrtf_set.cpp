@@ -145,7 +145,7 @@ std::pair<std::vector<float>, std::vector<float>> HRTFSet::impulses(const Direct
     const std::vector<float> both = data_->responses(direction, delays);
     const auto length = size_t(data_->set->N);
     const auto ear = [&](size_t index) {
-        std::vector<float> impulse(size_t(taps_));
+        auto impulse = std::vector<float>(size_t(taps_));
         const double delay = std::max(0.0, double(delays[index]) * data_->delayScale);
         const auto shift = std::min(size_t(std::llround(delay)), impulse.size() - length);
         std::copy_n(both.begin() + long(index * length), length, impulse.begin() + long(shift));
