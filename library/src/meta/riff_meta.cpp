@@ -5,6 +5,7 @@
 
 #include "base/error.h"
 #include "base/file_replacement.h"
+#include "base/path.h"
 #include "base/text.h"
 #include "meta/ixml.h"
 #include "meta/riff_walk.h"
@@ -25,14 +26,10 @@ std::string bextDescription(const FileHandle& file, const std::vector<Chunk>& ch
 }
 
 // As many whole characters as the field holds. `text` is well-formed UTF-8.
-std::string descriptionField(std::string text) {
-    if (text.size() > descriptionBytes) {
-        size_t end = descriptionBytes;
-        while (end > 0 && (uint8_t(text[end]) & 0xC0) == 0x80) { --end; }
-        text.resize(end);
-    }
-    text.resize(descriptionBytes, '\0');
-    return text;
+std::string descriptionField(const std::string& text) {
+    std::string field(cutUtf8(text, descriptionBytes));
+    field.resize(descriptionBytes, '\0');
+    return field;
 }
 
 [[noreturn]] void refuse() {
