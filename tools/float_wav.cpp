@@ -1,17 +1,9 @@
 // A WAV file of 32-bit floats.
 #include "float_wav.h"
 
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <array>
 #include <bit>
-#include <cerrno>
 #include <cmath>
-#include <cstdlib>
-#include <cstring>
-
-#include "base/error.h"
 
 namespace brindlehum::cli {
 namespace {
@@ -78,37 +70,13 @@ std::string floatWavHeader(int channels, uint32_t sampleRate, uint32_t mask, int
     return h.bytes();
 }
 
-FloatWav::FloatWav(std::filesystem::path target, int channels, double sampleRate, uint32_t mask)
-    : target_(std::move(target)), channels_(channels), sampleRate_(uint32_t(std::lround(sampleRate))), mask_(mask) {
-    std::string name = (target_.parent_path() / ".brindlehum-XXXXXX").native();
-    const int descriptor = mkstemp(name.data());
-    if (descriptor < 0) { fail("Couldn't write"); }
-    temporary_ = name;
-    const mode_t withheld = umask(0);
-    umask(withheld);
-    fchmod(descriptor, 0666 & ~withheld);
-    file_.reset(fdopen(descriptor, "wb"));
-    if (!file_) {
-        const int reason = errno;
-        close(descriptor);
-        unlink(temporary_.c_str());
-        errno = reason;
-        fail("Couldn't write");
-    }
+FloatWav::FloatWav(const std::filesystem::path& target, int channels, double sampleRate, uint32_t mask)
+    : file_(target), channels_(channels), sampleRate_(uint32_t(std::lround(sampleRate))), mask_(mask) {
     writeHeader();
 }
 
-FloatWav::~FloatWav() {
-    if (!temporary_.empty()) { unlink(temporary_.c_str()); }
-}
-
-void FloatWav::fail(const char* what) const {
-    throw Error(std::string(what) + " " + target_.native() + ": " + std::strerror(errno));
-}
-
 void FloatWav::writeHeader() {
-    const std::string header = floatWavHeader(channels_, sampleRate_, mask_, frames_);
-    if (std::fwrite(header.data(), 1, header.size(), file_.get()) != header.size()) { fail("Couldn't write"); }
+    file_.writeAt(0, floatWavHeader(channels_, sampleRate_, mask_, frames_));
 }
 
 void FloatWav::write(const float* const* planes, int frames) {
@@ -117,18 +85,13 @@ void FloatWav::write(const float* const* planes, int frames) {
     for (size_t c = 0; c < channels; ++c) {
         for (size_t i = 0; i < size_t(frames); ++i) { interleaved_[i * channels + c] = planes[c][i]; }
     }
-    if (std::fwrite(interleaved_.data(), sizeof(float), interleaved_.size(), file_.get()) != interleaved_.size()) {
-        fail("Couldn't write");
-    }
+    file_.write({reinterpret_cast<const char*>(interleaved_.data()), interleaved_.size() * sizeof(float)});
     frames_ += frames;
 }
 
 void FloatWav::commit() {
-    if (std::fseek(file_.get(), 0, SEEK_SET) != 0) { fail("Couldn't write"); }
     writeHeader();
-    if (std::fflush(file_.get()) != 0 || fsync(fileno(file_.get())) != 0) { fail("Couldn't write"); }
-    if (std::rename(temporary_.c_str(), target_.c_str()) != 0) { fail("Couldn't replace"); }
-    temporary_.clear();
+    file_.commit();
 }
 
 }  // namespace brindlehum::cli

@@ -1,8 +1,8 @@
 #include "library_words.h"
 
 #include "base/error.h"
+#include "base/path.h"
 #include "library/catalog/catalog_location.h"
-#include "library/scan/library_scanner.h"
 #include "settings/settings_store.h"
 
 namespace brindlehum::cli {
@@ -28,9 +28,7 @@ LibraryWords libraryWords(Words words) {
         library.catalogFile = defaultCatalogFile();
         FileDefaults defaults;
         const SettingsStore settings(defaults);
-        for (const std::string& root : settings.value().libraryRoots) {
-            library.roots.push_back(LibraryScanner::canonical(root));
-        }
+        for (const std::string& root : settings.value().libraryRoots) { library.roots.push_back(canonicalPath(root)); }
     }
     library.rest.assign(words.begin(), words.end());
     return library;

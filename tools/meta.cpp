@@ -4,11 +4,11 @@
 #include <filesystem>
 
 #include "base/error.h"
+#include "base/path.h"
 #include "base/text.h"
 #include "command.h"
 #include "format_json.h"
 #include "library/meta/meta_io.h"
-#include "library/scan/library_scanner.h"
 #include "library/team/change_log.h"
 #include "library/team/metadata_save.h"
 #include "library_words.h"
@@ -46,7 +46,7 @@ MetadataChanges changesOf(Words words) {
 // catalogued it, which is not merely its own folder, as for files edited outside of any library.
 std::vector<std::string> rootsFor(const fs::path& file, const LibraryWords& library, Catalog& catalog) {
     std::vector<std::string> roots = library.roots;
-    const std::string path = LibraryScanner::canonical(file);
+    const std::string path = canonicalPath(file);
     if (const auto row = catalog.row(path)) {
         std::error_code error;
         const bool isRoot = row->root != fs::path(path).parent_path() || fs::exists(row->root + "/.brindlehum", error);

@@ -5,6 +5,7 @@
 #include <stop_token>
 
 #include "base/error.h"
+#include "base/path.h"
 #include "command.h"
 #include "library/scan/library_scanner.h"
 #include "library/team/change_log.h"
@@ -53,7 +54,7 @@ bool scan(Words words) {
     if (library.rest.size() != 1) {
         throw UsageError(library.rest.empty() ? "no folder given" : "one folder at a time");
     }
-    const std::string root = LibraryScanner::canonical(library.rest[0]);
+    const std::string root = canonicalPath(library.rest[0]);
     const auto catalog = library.open();
 
     // A line a second, so that a short scan says nothing.

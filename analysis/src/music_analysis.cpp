@@ -4,19 +4,10 @@
 #include "analysis/grid_builder.h"
 #include "analysis/tempo_analyzer.h"
 #include "analysis/text.h"
+#include "base/text.h"
 #include "dsp/signal.h"
 
 namespace brindlehum {
-namespace {
-
-std::string lowerCase(std::string text) {
-    for (char& c : text) {
-        if (c >= 'A' && c <= 'Z') { c = char(c - 'A' + 'a'); }
-    }
-    return text;
-}
-
-}  // namespace
 
 AnalysisOutcome analyzeMusic(const AnalysisInput& input, const AnalysisProgress& progress) {
     using Status = AnalysisOutcome::Status;
@@ -58,7 +49,7 @@ AnalysisOutcome analyzeMusic(const AnalysisInput& input, const AnalysisProgress&
 std::string MusicAnalysis::summary() const {
     std::string text = fixed(grid.bpm, 2) + " BPM " + tempo.meter.label;
     if (tempo.twin) { text += " (twin " + fixed(*tempo.twin, 1) + ")"; }
-    text += " · " + (grid.steady ? std::string("steady") : lowerCase(tempo.drift));
+    text += " · " + (grid.steady ? std::string("steady") : lowerAscii(tempo.drift));
     text += " · " + key.tonic + (key.mode == "minor" ? "m" : "");
     text += " · " + fixed(loudness.integrated, 1) + " LUFS · " + fixed(loudness.truePeak, 1) + " dBTP";
     return text;

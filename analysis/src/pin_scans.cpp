@@ -6,6 +6,7 @@
 #include <limits>
 #include <string>
 
+#include "base/text.h"
 #include "dsp/signal.h"
 #include "seam.h"
 
@@ -100,10 +101,7 @@ int findLoopEnd(const Piece& piece, int introEnd, int endingStart) {
 bool isLoopFile(const Piece& piece, std::string_view name, bool finalHit) {
     const auto boundaries = int(piece.bounds.size());
     if (std::max(piece.profile.musicEndBar, piece.start() + 1) < boundaries - 2) { return false; }
-    std::string lower(name);
-    for (char& c : lower) {
-        if (c >= 'A' && c <= 'Z') { c = char(c - 'A' + 'a'); }
-    }
+    const std::string lower = lowerAscii(name);
     const auto says = [&lower](const char* word) { return lower.find(word) != std::string::npos; };
     if (says("loop") && !says("intro") && !says("end")) { return true; }
     const auto count = int64_t(piece.mono.size());

@@ -56,16 +56,18 @@ void describeControlPort(const ControlServer& control) {
     std::fflush(stdout);
 }
 
-// What has to survive was written as it changed, so nothing is torn down: waiting for a file or a device that hangs
-// would only keep a process that was told to end. A sound that plays gets the time to fade, and what is being
-// written the time to arrive or to be taken back; a file whose turn doesn't come any more stays as it was.
-[[noreturn]] void end(AppModel& model, InstanceLink& link, int code) {
+// Nothing is torn down: waiting for a file or a device that hangs would only keep a process that was told to end. A
+// sound that plays gets the time to fade, the last settings the time to be stored, and what is being written the time
+// to arrive or to be taken back; a file whose turn doesn't come any more stays as it was.
+[[noreturn]] void end(AppModel& model, FileDefaults& defaults, InstanceLink& link, int code) {
     if (model.player().isPlaying()) {
         model.player().stopAndReturn();
         QThread::msleep(50);
     }
     constexpr double savingPatience = 20;  // seconds
     constexpr double editsPatience = 3;
+    constexpr double settingsPatience = 3;
+    defaults.flush(settingsPatience);
     model.tempEdits().finish(editsPatience);
     model.library().finishEdits(savingPatience);
     link.release();
@@ -107,5 +109,5 @@ int main(int argc, char** argv) {
     model.start();
     if (!hasScreen) { describeControlPort(model.control()); }
     if (!files.empty()) { model.openFiles(files); }
-    end(model, link, QApplication::exec());
+    end(model, defaults, link, QApplication::exec());
 }

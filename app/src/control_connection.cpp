@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "app/control_server.h"
+#include "base/text.h"
 
 namespace brindlehum {
 
@@ -64,7 +65,7 @@ bool ControlConnection::collect(const QByteArray& bytes) {
 
 void ControlConnection::respond(qsizetype headSize) {
     responded_ = true;
-    const std::string head = ControlProtocol::repaired(buffer_.left(headSize).toStdString());
+    const std::string head = repairUtf8(buffer_.left(headSize).toStdString());
     buffer_.clear();
     const std::string response = ControlProtocol::respond(head, server_.handler);
     socket_->write(response.data(), qint64(response.size()));

@@ -8,6 +8,8 @@
 #include <string_view>
 #include <vector>
 
+#include "base/text.h"
+
 namespace brindlehum::ControlProtocol {
 
 namespace {
@@ -22,22 +24,6 @@ struct Head {
         return it == headers.end() ? std::string() : it->second;
     }
 };
-
-std::string trimmed(std::string_view text) {
-    constexpr std::string_view white = " \t\n\v\f\r";
-    const size_t first = text.find_first_not_of(white);
-    if (first == std::string_view::npos) { return {}; }
-    return std::string(text.substr(first, text.find_last_not_of(white) - first + 1));
-}
-
-// ASCII alone: header names have no other letters, and no locale may change them.
-std::string lowercased(std::string_view text) {
-    std::string out(text);
-    for (char& c : out) {
-        if (c >= 'A' && c <= 'Z') { c = char(c - 'A' + 'a'); }
-    }
-    return out;
-}
 
 std::vector<std::string> parts(std::string_view line) {
     std::vector<std::string> out;
@@ -59,7 +45,7 @@ Head parse(std::string_view text) {
         if (first) {
             head.request = parts(line);
         } else if (colon != std::string_view::npos) {
-            head.headers[lowercased(line.substr(0, colon))] = trimmed(line.substr(colon + 1));
+            head.headers[lowerAscii(line.substr(0, colon))] = trimmed(line.substr(colon + 1));
         }
         if (end == std::string_view::npos) { return head; }
         first = false;
@@ -120,10 +106,6 @@ Command command(const std::string& target) {
 }
 
 }  // namespace
-
-std::string repaired(const std::string& bytes) {
-    return QString::fromStdString(bytes).toStdString();
-}
 
 std::string respond(const std::string& head, const Handler& handler) {
     const Head request = parse(head);

@@ -74,7 +74,7 @@ int copyAttributes(int from, int to) {
     if (const int error = copyOwnerAndMode(status, to)) { return error; }
     const std::vector<std::string> wanted = attributeNames(from);
     // The folder may have given the new file an access list that the old one hasn't.
-    const bool listed = std::find(wanted.begin(), wanted.end(), accessList) != wanted.end();
+    const bool listed = std::ranges::find(wanted, accessList) != wanted.end();
     if (!listed) { ::fremovexattr(to, accessList); }
     for (const std::string& name : wanted) {
         if (const int error = copyAttribute(name, from, to)) { return error; }

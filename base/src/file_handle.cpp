@@ -10,26 +10,21 @@
 #include <cstring>
 
 #include "base/error.h"
-#include "base/text.h"
+#include "base/path.h"
 
 namespace brindlehum {
 
-FileHandle::FileHandle(const std::filesystem::path& path) {
-    // O_NONBLOCK: opening a pipe without a writer returns at once instead of waiting for one.
-    descriptor_ = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
-    if (descriptor_ < 0) { throw Error(openFailure(path, std::strerror(errno))); }
+// O_NONBLOCK: opening a pipe without a writer returns at once instead of waiting for one.
+FileHandle::FileHandle(const std::filesystem::path& path)
+    : file_(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY)) {
+    if (!file_.isOpen()) { throw Error(openFailure(path, std::strerror(errno))); }
     struct stat status {};
-    const bool known = ::fstat(descriptor_, &status) == 0;
-    if (known && S_ISREG(status.st_mode)) {
-        size_ = status.st_size;
-        return;
+    const bool known = ::fstat(file_.number(), &status) == 0;
+    if (!known || !S_ISREG(status.st_mode)) {
+        throw Error(openFailure(path, known && S_ISDIR(status.st_mode) ? "it is a folder" : "it isn't a regular file"));
     }
-    ::close(descriptor_);
-    throw Error(openFailure(path, known && S_ISDIR(status.st_mode) ? "it is a folder" : "it isn't a regular file"));
-}
-
-FileHandle::~FileHandle() {
-    ::close(descriptor_);
+    size_ = status.st_size;
+    modified_ = status.st_mtim;
 }
 
 int64_t FileHandle::readAt(int64_t offset, void* out, size_t bytes) const {
@@ -47,7 +42,7 @@ int64_t FileHandle::readFromSystem(int64_t offset, void* out, size_t bytes) cons
     size_t done = 0;
     while (done < bytes) {
         const ssize_t got =
-            ::pread(descriptor_, static_cast<char*>(out) + done, bytes - done, off_t(offset + int64_t(done)));
+            ::pread(file_.number(), static_cast<char*>(out) + done, bytes - done, off_t(offset + int64_t(done)));
         if (got == 0) { break; }
         if (got < 0 && errno == EINTR) { continue; }
         if (got < 0) { return -1; }
@@ -72,18 +67,6 @@ int64_t FileCursor::seek(int64_t offset, int whence) {
     int64_t target = 0;
     if (__builtin_add_overflow(base, offset, &target) || target < 0) { return -1; }
     return position = target;
-}
-
-std::string printableName(const std::filesystem::path& path) {
-    std::string name = repairUtf8((path.has_filename() ? path.filename() : path.parent_path().filename()).string());
-    for (char& c : name) {
-        if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) { c = '?'; }
-    }
-    return name;
-}
-
-std::string openFailure(const std::filesystem::path& path, const std::string& reason) {
-    return printableName(path) + " can't be opened: " + reason;
 }
 
 }  // namespace brindlehum

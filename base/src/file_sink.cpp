@@ -6,11 +6,11 @@
 #include <cerrno>
 #include <cstring>
 #include <string>
-#include <utility>
 
 #include "base/byte_sink.h"
+#include "base/descriptor.h"
 #include "base/error.h"
-#include "base/text.h"
+#include "base/path.h"
 
 namespace brindlehum {
 namespace {
@@ -22,20 +22,16 @@ public:
         if (path.has_parent_path()) { std::filesystem::create_directories(path.parent_path(), failure); }
         if (failure) { fail(failure.value()); }
         // O_NONBLOCK: a pipe without a reader is refused at once instead of waiting for one.
-        descriptor_ = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, 0666);
-        if (descriptor_ < 0) { fail(errno); }
+        const int flags = O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
+        file_ = Descriptor(::open(path.c_str(), flags, 0666));
+        if (!file_.isOpen()) { fail(errno); }
         struct stat status {};
-        if (::fstat(descriptor_, &status) == 0 && S_ISREG(status.st_mode)) { return; }
-        ::close(descriptor_);
-        fail("it isn't a regular file");
-    }
-    ~FileSink() override {
-        if (descriptor_ >= 0) { ::close(descriptor_); }
+        if (::fstat(file_.number(), &status) != 0 || !S_ISREG(status.st_mode)) { fail("it isn't a regular file"); }
     }
 
     void writeAt(uint64_t offset, std::span<const uint8_t> bytes) override {
         while (!bytes.empty()) {
-            const ssize_t done = ::pwrite(descriptor_, bytes.data(), bytes.size(), off_t(offset));
+            const ssize_t done = ::pwrite(file_.number(), bytes.data(), bytes.size(), off_t(offset));
             if (done < 0 && errno == EINTR) { continue; }
             if (done <= 0) { fail(done < 0 ? errno : ENOSPC); }
             bytes = bytes.subspan(size_t(done));
@@ -44,21 +40,18 @@ public:
     }
 
     void finish(uint64_t length, bool sync) override {
-        if (::ftruncate(descriptor_, off_t(length)) != 0) { fail(errno); }
-        if (sync && ::fsync(descriptor_) != 0) { fail(errno); }
+        if (::ftruncate(file_.number(), off_t(length)) != 0) { fail(errno); }
+        if (sync && ::fsync(file_.number()) != 0) { fail(errno); }
         // Some file systems report a full disk or a quota only now.
-        const int descriptor = std::exchange(descriptor_, -1);
-        if (::close(descriptor) != 0 && errno != EINTR) { fail(errno); }
+        if (!file_.close()) { fail(errno); }
     }
 
 private:
     [[noreturn]] void fail(int reason) const { fail(std::strerror(reason)); }
-    [[noreturn]] void fail(const std::string& reason) const {
-        throw Error("Couldn't write " + repairUtf8(path_.native()) + ": " + reason);
-    }
+    [[noreturn]] void fail(const std::string& reason) const { throw Error(writeFailure(path_, reason)); }
 
     std::filesystem::path path_;
-    int descriptor_ = -1;
+    Descriptor file_;
 };
 
 }  // namespace

@@ -1,4 +1,4 @@
-// Text repair by the table of well-formed byte sequences (Unicode, table 3-7), and trimming.
+// Text by bytes: UTF-8 by the table of well-formed sequences (Unicode, table 3-7), letters, blanks and separators.
 #include "base/text.h"
 
 #include <algorithm>
@@ -53,18 +53,26 @@ std::string repairUtf8(std::string_view bytes) {
     return out;
 }
 
-std::string lowerAscii(std::string text) {
-    for (char& c : text) {
-        if (c >= 'A' && c <= 'Z') { c = char(c - 'A' + 'a'); }
-    }
-    return text;
+std::string_view cutUtf8(std::string_view text, size_t bytes) {
+    if (text.size() <= bytes) { return text; }
+    while (bytes > 0 && (uint8_t(text[bytes]) & 0xC0) == 0x80) { --bytes; }
+    return text.substr(0, bytes);
 }
 
-std::string upperAscii(std::string text) {
-    for (char& c : text) {
+std::string lowerAscii(std::string_view text) {
+    std::string out(text);
+    for (char& c : out) {
+        if (c >= 'A' && c <= 'Z') { c = char(c - 'A' + 'a'); }
+    }
+    return out;
+}
+
+std::string upperAscii(std::string_view text) {
+    std::string out(text);
+    for (char& c : out) {
         if (c >= 'a' && c <= 'z') { c = char(c - 'a' + 'A'); }
     }
-    return text;
+    return out;
 }
 
 std::string_view trimmed(std::string_view text) {
@@ -77,7 +85,7 @@ std::string_view trimmed(std::string_view text) {
         "\xE3\x80\x80"};
     const auto cut = [&](auto touches, auto remove) {
         for (;;) {
-            const auto* blank = std::find_if(blanks.begin(), blanks.end(), touches);
+            const auto* blank = std::ranges::find_if(blanks, touches);
             if (blank == blanks.end()) { return; }
             remove(blank->size());
         }
@@ -85,6 +93,20 @@ std::string_view trimmed(std::string_view text) {
     cut([&](std::string_view b) { return text.starts_with(b); }, [&](size_t n) { text.remove_prefix(n); });
     cut([&](std::string_view b) { return text.ends_with(b); }, [&](size_t n) { text.remove_suffix(n); });
     return text;
+}
+
+bool isBlank(std::string_view text) {
+    return trimmed(text).empty();
+}
+
+std::vector<std::string_view> split(std::string_view text, std::string_view separators) {
+    std::vector<std::string_view> parts;
+    for (;;) {
+        const size_t end = text.find_first_of(separators);
+        parts.push_back(text.substr(0, end));
+        if (end == std::string_view::npos) { return parts; }
+        text.remove_prefix(end + 1);
+    }
 }
 
 }  // namespace brindlehum

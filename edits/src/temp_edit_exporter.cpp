@@ -7,7 +7,8 @@
 #include "analysis/text.h"
 #include "audio/write/wav_file_writer.h"
 #include "base/error.h"
-#include "base/replaced_file.h"
+#include "base/file_replacement.h"
+#include "base/path.h"
 #include "base/text.h"
 #include "edits/temp_edit_renderer.h"
 
@@ -23,16 +24,17 @@ uint32_t maskFor(size_t channels) {
 }
 
 // False when the stop came in between.
-bool writeWave(const std::filesystem::path& path, const Job& job, const EditPlan& plan,
+bool writeWave(FileReplacement& file, const Job& job, const EditPlan& plan,
                const std::vector<std::vector<float>>& audio, const std::stop_token& stop) {
     const std::string description =
         "Brindlehum temp edit: " + std::string(job.base) + " " + plan.name + ". " + plan.map;
-    WavFileWriter writer(path, job.sampleRate, int(audio.size()), maskFor(audio.size()), repairUtf8(description));
+    WavFileWriter writer(file.sink(), job.sampleRate, int(audio.size()), maskFor(audio.size()),
+                         repairUtf8(description));
     std::vector<const float*> planes(audio.size());
     const auto frames = int64_t(audio.empty() ? 0 : audio[0].size());
     for (int64_t at = 0; at < frames; at += blockFrames) {
         if (stop.stop_requested()) { return false; }
-        std::transform(audio.begin(), audio.end(), planes.begin(), [at](const auto& c) { return c.data() + at; });
+        std::ranges::transform(audio, planes.begin(), [at](const auto& c) { return c.data() + at; });
         writer.append(planes, std::min(blockFrames, frames - at));
     }
     writer.finish(true);
@@ -49,8 +51,8 @@ std::string sheetLine(const std::string& file, double seconds, double quality) {
 std::string sheetText(const std::vector<std::string>& lines) {
     std::string out;
     for (std::string line : lines) {
-        std::replace_if(
-            line.begin(), line.end(), [](char c) { return c == '\n' || c == '\r'; }, ' ');
+        std::ranges::replace_if(
+            line, [](char c) { return c == '\n' || c == '\r'; }, ' ');
         out += line + '\n';
     }
     out.pop_back();
@@ -63,9 +65,7 @@ void createFolder(const std::filesystem::path& folder) {
     if (!failure && !std::filesystem::is_directory(folder)) {
         failure = std::make_error_code(std::errc::not_a_directory);
     }
-    if (failure) {
-        throw Error("Couldn't create the folder " + repairUtf8(folder.native()) + ": " + failure.message());
-    }
+    if (failure) { throw Error("Couldn't create the folder " + printablePath(folder) + ": " + failure.message()); }
 }
 
 }  // namespace
@@ -82,10 +82,9 @@ bool write(const Job& job, Result& done, const Progress& progress, const std::st
         const std::string name = base + " - " + plan.name + ".wav";
         if (progress) { progress(i, name); }
         const auto audio = TempEditRenderer::render(plan, job.channels, job.sampleRate, job.options);
-        ReplacedFile file(job.folder / name);
-        bool whole = false;
-        file.write([&](const auto& beside) { whole = writeWave(beside, job, plan, audio, stop); });
-        if (!whole) { return false; }
+        // The sheet, written last, syncs the folder.
+        FileReplacement file(job.folder / name, {.syncFolder = false});
+        if (!writeWave(file, job, plan, audio, stop)) { return false; }
         file.commit();
         done.files.push_back(job.folder / name);
         done.seconds.push_back(audio.empty() ? 0 : double(audio[0].size()) / job.sampleRate);
@@ -94,9 +93,8 @@ bool write(const Job& job, Result& done, const Progress& progress, const std::st
     }
     if (stop.stop_requested()) { return false; }
     const auto notes = job.folder / (base + " - Edit Notes.txt");
-    ReplacedFile::writeText(notes, sheetText(lines));
+    FileReplacement::writeText(notes, sheetText(lines));
     done.notes = notes;
-    ReplacedFile::syncFolder(job.folder);
     return true;
 }
 

@@ -1,59 +1,36 @@
-// UserDefaults in one JSON file, and in memory.
+// UserDefaults in a file that is written behind the main thread's back, and in memory.
 #include "settings/user_defaults.h"
 
+#include <chrono>
 #include <cstdlib>
 #include <exception>
-#include <fstream>
-#include <iterator>
-#include <nlohmann/json.hpp>
 
 #include "base/home_folder.h"
-#include "durable_file.h"
+#include "base/text.h"
+#include "defaults_file.h"
 
 namespace brindlehum {
 
 namespace {
 
-using nlohmann::json;
 namespace fs = std::filesystem;
 
-struct Stored {
-    json values = json::object();
-    bool unreadable = false;  // a file is there, but not one of ours
-};
-
-Stored readFile(const fs::path& file) {
-    std::error_code error;
-    if (!fs::exists(file, error) && !error) { return {}; }
-    std::ifstream stream(file, std::ios::binary);
-    const std::string text{std::istreambuf_iterator<char>(stream), {}};
-    json values = json::parse(text, nullptr, /*allow_exceptions=*/false);
-    if (!values.is_object()) { return {json::object(), true}; }
-    return {std::move(values), false};
-}
-
-// The file behind symbolic links, so that a replacement doesn't turn a link into a file.
-fs::path behindLinks(const fs::path& file) {
-    std::error_code error;
-    const fs::path target = fs::weakly_canonical(file, error);
-    return error ? file : target;
-}
-
 bool isText(const std::string& value) {
-    try {
-        return !json(value).dump().empty();
-    } catch (const json::exception&) {
-        return false;  // not UTF-8
-    }
+    return repairUtf8(value) == value;
+}
+
+std::optional<std::string> found(const std::map<std::string, std::string>& values, const std::string& key) {
+    const auto entry = values.find(key);
+    return entry == values.end() ? std::nullopt : std::optional(entry->second);
 }
 
 }  // namespace
 
-FileDefaults::FileDefaults(fs::path file) : file_(std::move(file)) {
-    const Stored stored = readFile(file_);
-    for (const auto& [key, value] : stored.values.items()) {
-        if (value.is_string()) { values_[key] = value.get<std::string>(); }
-    }
+FileDefaults::FileDefaults(fs::path file) : file_(std::move(file)), values_(DefaultsFile::read(file_)) {}
+
+FileDefaults::~FileDefaults() {
+    constexpr double patience = 20;  // seconds
+    flush(patience);
 }
 
 fs::path FileDefaults::defaultFile() {
@@ -63,32 +40,59 @@ fs::path FileDefaults::defaultFile() {
 }
 
 std::optional<std::string> FileDefaults::data(const std::string& key) const {
-    const auto entry = values_.find(key);
-    return entry == values_.end() ? std::nullopt : std::optional(entry->second);
+    return found(values_, key);
 }
 
 void FileDefaults::set(const std::string& key, const std::string& value) {
     if (!isText(key) || !isText(value)) { return; }
     values_[key] = value;
-    unstored_.insert(key);
-    store();
+    const std::lock_guard lock(lock_);
+    unstored_[key] = value;
+    schedule();
+}
+
+void FileDefaults::schedule() {
+    if (scheduled_) { return; }
+    scheduled_ = true;
+    if (!queue_) { queue_.emplace("Brindlehum.defaults"); }
+    queue_->async([this] { store(); });
 }
 
 void FileDefaults::store() {
-    const fs::path file = behindLinks(file_);
-    const LockedFolder folder(file.parent_path());
-    if (!folder.isOpen()) { return; }
-    // Another process may have stored keys of its own since we looked.
-    Stored stored = readFile(file);
-    for (const std::string& key : unstored_) { stored.values[key] = values_.at(key); }
-    const std::string name = file.filename();
-    if (stored.unreadable && !folder.rename(name, name + ".unreadable")) { return; }
-    if (folder.replace(name, stored.values.dump(2) + "\n")) { unstored_.clear(); }
+    constexpr std::chrono::milliseconds delay{200};
+    Values taken;
+    {
+        std::unique_lock lock(lock_);
+        wake_.wait_for(lock, delay, [this] { return flushing_; });
+        scheduled_ = false;
+        taken = unstored_;
+    }
+    if (taken.empty()) { return; }
+    try {
+        DefaultsFile::merge(file_, taken);
+    } catch (const std::exception&) {
+        return;  // tried again with the next value, or at the end
+    }
+    const std::lock_guard lock(lock_);
+    std::erase_if(unstored_, [&](const auto& entry) { return found(taken, entry.first) == entry.second; });
+}
+
+bool FileDefaults::flush(double patience) {
+    {
+        const std::lock_guard lock(lock_);
+        if (unstored_.empty()) { return true; }
+        flushing_ = true;
+        schedule();
+    }
+    wake_.notify_all();
+    const bool ended = queue_->drainFor(patience);
+    const std::lock_guard lock(lock_);
+    flushing_ = false;
+    return ended && unstored_.empty();
 }
 
 std::optional<std::string> MemoryDefaults::data(const std::string& key) const {
-    const auto entry = values_.find(key);
-    return entry == values_.end() ? std::nullopt : std::optional(entry->second);
+    return found(values_, key);
 }
 
 void MemoryDefaults::set(const std::string& key, const std::string& value) {

@@ -5,7 +5,7 @@
 
 #include "base/error.h"
 #include "catalog_test.h"
-#include "child.h"
+#include "support/child.h"
 
 namespace brindlehum::test {
 namespace {

@@ -6,9 +6,9 @@
 
 #include <fstream>
 
-#include "child.h"
 #include "fuzz/change_log_input.h"
 #include "sound_folder.h"
+#include "support/child.h"
 
 namespace brindlehum {
 namespace {
@@ -209,7 +209,7 @@ TEST_F(Log, NeverLeavesTheRoot) {
     for (const std::string& path : paths) {
         // Even a catalog that holds such a path isn't touched.
         const std::string full = (path.starts_with('/') ? "" : root.string() + "/") + path;
-        for (const std::string& row : {full, LibraryScanner::canonical(full)}) {
+        for (const std::string& row : {full, canonicalPath(full)}) {
             if (!catalog.row(row)) {
                 catalog.write([&] { catalog.upsert(row, root, {1, 1}, std::nullopt, {}); });
             }

@@ -237,15 +237,5 @@ TEST_F(Scanner, DoesNotOverwriteAnEditMadeWhileItReads) {
     }
 }
 
-TEST_F(Scanner, KnowsOneFolderByOnePath) {
-    fs::create_directory_symlink(root, home / "alias");
-    const std::string real = root;
-    for (const std::string& spelled : {real, real + "/", real + "/../sounds/.", (home / "alias").string()}) {
-        EXPECT_EQ(LibraryScanner::canonical(spelled), real) << spelled;
-    }
-    EXPECT_EQ(LibraryScanner::canonical(home / "no" / ".." / "such/"), home / "such");
-    EXPECT_EQ(LibraryScanner::canonical("/"), "/");
-}
-
 }  // namespace
 }  // namespace brindlehum

@@ -39,7 +39,7 @@ protected:
     int64_t rowCount() { return catalog.facets({}).total; }
 
     TempFolder temp;
-    const fs::path home = LibraryScanner::canonical(temp.path());
+    const fs::path home = canonicalPath(temp.path());
     const fs::path root = home / "sounds";
     const fs::path catalogFile = home / "Catalog.sqlite";
     Catalog catalog{catalogFile};

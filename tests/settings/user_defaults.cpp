@@ -1,7 +1,11 @@
-// The defaults file through failed writes, foreign content and other processes.
+// The defaults file: written behind the main thread's back, shared with other processes, robust to what it finds.
 #include "settings/user_defaults.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sched.h>
+#include <sys/file.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <nlohmann/json.hpp>
@@ -14,11 +18,19 @@ namespace brindlehum {
 namespace {
 
 namespace fs = std::filesystem;
+using nlohmann::json;
 using test::readBytes;
 using test::writeBytes;
 
+constexpr double patience = 60;  // seconds, for a machine that is busy
+
 unsigned mode(const fs::path& path) {
     return unsigned(fs::status(path).permissions());
+}
+
+// As another process would meet it.
+std::optional<std::string> stored(const fs::path& file, const std::string& key) {
+    return FileDefaults(file).data(key);
 }
 
 class FileDefaultsTest : public testing::Test {
@@ -38,73 +50,91 @@ protected:
     fs::path file_ = folder_ / "a/b/defaults.json";
 };
 
-TEST_F(FileDefaultsTest, SurvivesTheProcessAsPlainJsonForTheUserAlone) {
+TEST_F(FileDefaultsTest, ValuesSurviveTheProcessAsJsonForTheUserAlone) {
     const std::string value = "{\"deviceUID\":\"a\\\"b\"}\n\xE2\x99\xAA";
-    FileDefaults defaults(file_);
-    EXPECT_FALSE(defaults.data("k"));
-    EXPECT_FALSE(fs::exists(folder_ / "a")) << "reading must not create anything";
-    defaults.set("k", "first");
-    defaults.set("k", value);
-    EXPECT_EQ(defaults.data("k"), value);
-    EXPECT_EQ(FileDefaults(file_).data("k"), value);
-    EXPECT_EQ(nlohmann::json::parse(readBytes(file_)), nlohmann::json({{"k", value}}));
-    EXPECT_EQ(mode(file_), 0600U);
-    EXPECT_EQ(mode(file_.parent_path()), 0700U);
-    EXPECT_EQ(mode(folder_ / "a"), 0700U);
+    {
+        FileDefaults defaults(file_);
+        EXPECT_FALSE(defaults.data("k"));
+        EXPECT_FALSE(fs::exists(folder_ / "a")) << "reading must not create anything";
+        defaults.set("k", "first");
+        EXPECT_TRUE(defaults.flush(patience));
+        EXPECT_EQ(stored(file_, "k"), "first");
+        defaults.set("k", value);
+        defaults.set("not text", "\xff");
+        EXPECT_EQ(defaults.data("k"), value);
+    }
+    EXPECT_EQ(json::parse(readBytes(file_)), json({{"k", value}})) << "the end stores the last value";
+    for (const auto& [path, bits] : {std::pair(file_, 0600U), {file_.parent_path(), 0700U}, {folder_ / "a", 0700U}}) {
+        EXPECT_EQ(mode(path), bits) << path;
+    }
     expectFiles({"defaults.json"});
 }
 
-TEST_F(FileDefaultsTest, KeepsTheModeAndTheLinkOfTheFile) {
+TEST_F(FileDefaultsTest, SetNeverWaitsForTheDiskAndTheLastValueIsStored) {
+    put("{}");
+    const fs::path busy = file_.parent_path() / ".defaults.json.bh-tmp";
+    writeBytes(busy, "another process is writing");
+    const int other = open(busy.c_str(), O_RDONLY | O_CLOEXEC);
+    ASSERT_EQ(flock(other, LOCK_EX), 0);
+    FileDefaults defaults(file_);
+    for (int i = 0; i < 1000; ++i) { defaults.set("slider", std::to_string(i)); }
+    EXPECT_EQ(defaults.data("slider"), "999");
+    EXPECT_FALSE(defaults.flush(0.001)) << "the other one still writes";
+    EXPECT_EQ(readBytes(file_), "{}");
+    close(other);
+    // Without a flush.
+    while (stored(file_, "slider") != "999") { sched_yield(); }
+}
+
+TEST_F(FileDefaultsTest, ModeAndLinkOfTheFileStay) {
     put("{\"k\":\"old\"}");
     fs::permissions(file_, fs::perms(0640));
     fs::create_symlink(file_, folder_ / "link.json");
     FileDefaults(folder_ / "link.json").set("k", "new");
     EXPECT_TRUE(fs::is_symlink(folder_ / "link.json"));
-    EXPECT_EQ(FileDefaults(file_).data("k"), "new");
+    EXPECT_EQ(stored(file_, "k"), "new");
     EXPECT_EQ(mode(file_), 0640U);
 }
 
-TEST_F(FileDefaultsTest, LeavesKeysOfOthersAlone) {
+TEST_F(FileDefaultsTest, KeysOfOtherProcessesStay) {
     FileDefaults one(file_);
     FileDefaults other(file_);
     one.set("one", "1");
     other.set("other", "2");
-    one.set("one", "3");
-    EXPECT_EQ(FileDefaults(file_).data("one"), "3");
-    EXPECT_EQ(FileDefaults(file_).data("other"), "2");
-    put("{\"foreign\":{\"deep\":[1]},\"one\":\"4\"}");
+    one.flush(patience);
+    other.flush(patience);
+    EXPECT_EQ(json::parse(readBytes(file_)), json::parse(R"({"one":"1","other":"2"})"));
+    put(R"({"foreign":{"deep":[1]},"one":"4"})");
     other.set("other", "5");
-    EXPECT_EQ(nlohmann::json::parse(readBytes(file_)),
-              nlohmann::json::parse("{\"foreign\":{\"deep\":[1]},\"one\":\"4\",\"other\":\"5\"}"));
+    other.flush(patience);
+    EXPECT_EQ(json::parse(readBytes(file_)), json::parse(R"({"foreign":{"deep":[1]},"one":"4","other":"5"})"));
 }
 
-TEST_F(FileDefaultsTest, KeepsAnUnreadableFileAside) {
+TEST_F(FileDefaultsTest, UnreadableFileIsKeptAside) {
     for (const std::string garbage : {"{\"k\":\"cut o", "[1,2]", "\xff\xfe", ""}) {
         put(garbage);
-        FileDefaults defaults(file_);
-        EXPECT_FALSE(defaults.data("k"));
+        EXPECT_FALSE(stored(file_, "k"));
         EXPECT_EQ(readBytes(file_), garbage) << "reading must not write";
-        defaults.set("k", "v");
-        EXPECT_EQ(FileDefaults(file_).data("k"), "v");
+        FileDefaults(file_).set("k", "v");
+        EXPECT_EQ(stored(file_, "k"), "v");
         EXPECT_EQ(readBytes(file_.string() + ".unreadable"), garbage);
         expectFiles({"defaults.json", "defaults.json.unreadable"});
     }
 }
 
-// A limit on file size makes the write break off half-way, as a full disk does.
-TEST_F(FileDefaultsTest, AFullDiskLeavesTheOldFile) {
+TEST_F(FileDefaultsTest, ValueOfAFailedWriteGoesWithTheNext) {
+    put("{\"k\":\"old\"}");
     FileDefaults defaults(file_);
-    defaults.set("k", "old");
-    const std::string old = readBytes(file_);
     {
         const test::FullDisk disk(64);
         defaults.set("k", std::string(10000, 'x'));
+        EXPECT_FALSE(defaults.flush(patience));
     }
-    EXPECT_EQ(readBytes(file_), old);
-    expectFiles({"defaults.json"});
+    EXPECT_EQ(stored(file_, "k"), "old");
     EXPECT_EQ(defaults.data("k")->size(), 10000U) << "the value holds for this run";
     defaults.set("other", "2");
-    EXPECT_EQ(FileDefaults(file_).data("k")->size(), 10000U) << "the next write takes it along";
+    EXPECT_TRUE(defaults.flush(patience));
+    EXPECT_EQ(stored(file_, "k")->size(), 10000U);
 }
 
 TEST_F(FileDefaultsTest, UnwritablePlacesAreSilent) {
@@ -112,17 +142,14 @@ TEST_F(FileDefaultsTest, UnwritablePlacesAreSilent) {
     for (const fs::path& file : {folder_ / "plain/defaults.json", fs::path("/proc/none/defaults.json")}) {
         FileDefaults defaults(file);
         defaults.set("k", "v");
+        EXPECT_FALSE(defaults.flush(patience));
         EXPECT_EQ(defaults.data("k"), "v");
-        EXPECT_FALSE(FileDefaults(file).data("k"));
+        EXPECT_FALSE(stored(file, "k"));
     }
     EXPECT_EQ(readBytes(folder_ / "plain"), "x");
-    FileDefaults notText(file_);
-    notText.set("k", "\xff");
-    notText.set("fine", "v");
-    EXPECT_EQ(FileDefaults(file_).data("fine"), "v");
 }
 
-TEST(FileDefaults, LiesInTheConfigurationFolder) {
+TEST(FileDefaults, FileLiesInTheConfigurationFolder) {
     const auto with = [](const char* config, const char* home) {
         config == nullptr ? unsetenv("XDG_CONFIG_HOME") : setenv("XDG_CONFIG_HOME", config, 1);
         setenv("HOME", home, 1);

@@ -23,8 +23,5 @@ using Handler = std::function<nlohmann::json(const std::string& command, const C
 // the permission that the answer to OPTIONS gives. That is given to pages opened from local files alone.
 std::string respond(const std::string& head, const Handler& handler);
 
-// UTF-8 with every invalid sequence replaced by U+FFFD.
-std::string repaired(const std::string& bytes);
-
 }  // namespace ControlProtocol
 }  // namespace brindlehum

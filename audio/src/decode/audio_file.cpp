@@ -3,6 +3,7 @@
 
 #include "base/error.h"
 #include "base/file_handle.h"
+#include "base/path.h"
 #include "decode/container_layout.h"
 #include "decode/ffmpeg_file.h"
 #include "decode/file_probing.h"

@@ -4,10 +4,12 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <ctime>
 #include <filesystem>
 #include <functional>
 #include <memory>
-#include <string>
+
+#include "base/descriptor.h"
 
 namespace brindlehum {
 
@@ -16,14 +18,15 @@ class FileHandle {
 public:
     // Throws Error when the path can't be opened or isn't a regular file; never waits on a pipe or a device.
     explicit FileHandle(const std::filesystem::path& path);
-    ~FileHandle();
     FileHandle(const FileHandle&) = delete;
     FileHandle& operator=(const FileHandle&) = delete;
 
-    int64_t size() const { return size_; }  // bytes, when it was opened
-    int descriptor() const { return descriptor_; }
-    // Bytes read, fewer than asked at the end of the file; -1 on a read error. Small reads near the start, as header
-    // parsers make them by the dozen, come from one block read ahead.
+    // When it was opened: its size in bytes, and the time of its last change.
+    int64_t size() const { return size_; }
+    const timespec& modified() const { return modified_; }
+    int descriptor() const { return file_.number(); }
+    // Bytes read, fewer than asked at the end of the file; -1 on a read error. Small reads near the start, which header
+    // parsers make by the dozen, come from one block read ahead.
     int64_t readAt(int64_t offset, void* out, size_t bytes) const;
     bool readExactly(int64_t offset, void* out, size_t bytes) const {
         return readAt(offset, out, bytes) == int64_t(bytes);
@@ -32,8 +35,9 @@ public:
 private:
     int64_t readFromSystem(int64_t offset, void* out, size_t bytes) const;
 
-    int descriptor_ = -1;
+    Descriptor file_;
     int64_t size_ = 0;
+    timespec modified_{};
     mutable std::array<char, 2048> head_;  // the start of the file, once headBytes_ is known
     mutable int64_t headBytes_ = -1;
 };
@@ -50,10 +54,5 @@ struct FileCursor {
     // As lseek; -1 before the start of the file.
     int64_t seek(int64_t offset, int whence);
 };
-
-// The last part of the path, on one line and valid UTF-8 whatever it holds.
-std::string printableName(const std::filesystem::path& path);
-// "take.wav can't be opened: <reason>"
-std::string openFailure(const std::filesystem::path& path, const std::string& reason);
 
 }  // namespace brindlehum

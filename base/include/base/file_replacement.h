@@ -5,58 +5,78 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <string_view>
 
+#include "base/byte_sink.h"
+#include "base/descriptor.h"
 #include "base/file_handle.h"
 
 namespace brindlehum {
 
-// The file behind all symbolic links. Throws Error.
-std::filesystem::path followed(const std::filesystem::path& path);
+class TemporaryFile;
+
+struct FileReplacementOptions {
+    bool waits = false;      // while another writer is at the file; else refused
+    mode_t mode = 0666;      // of the new file, less the umask
+    bool syncFolder = true;  // false: a crash of the system may bring the old file back after the commit
+};
 
 // Until commit() the target stays as it is, and the temporary file beside it, `.<file name>.bh-tmp`, is removed with
-// the object. It is locked for as long: of two writers of one file the second is refused, be it in another process,
-// while the leftover of a process that died is free and gives way. All calls throw Error for what the system refuses.
+// the object. It is locked for as long: of two writers of one file the second is refused or waits, in this process or
+// another. The leftover of a process that died is free, and gives way. A target that is write-protected or no regular
+// file is refused. One thread at a time, blocking I/O; all calls throw Error for what the system refuses.
 class FileReplacement {
 public:
-    // `source` is the target, opened, and outlives the object. A target that may not be written is refused, though
-    // its folder would allow the swap.
+    using Options = FileReplacementOptions;
+
+    // The folder must be there, the file needn't. A symbolic link of this name is replaced, not followed.
+    explicit FileReplacement(const std::filesystem::path& target, const Options& options = {});
+    // The next version of `source`, which is the target, opened.
     FileReplacement(const std::filesystem::path& target, const FileHandle& source);
     ~FileReplacement();
     FileReplacement(const FileReplacement&) = delete;
     FileReplacement& operator=(const FileReplacement&) = delete;
 
-    // Takes the room for a file of this size at once, so that a disk that is too full tells before all the work.
+    // Makes this the next version of `source`, the target, opened, which outlives the object: copy() reads it, commit()
+    // takes over its owner, permissions and extended attributes. Refused, as is the commit, once it has changed since
+    // it was opened or isn't the target any more.
+    void continueFrom(const FileHandle& source);
+
+    // Takes the room for a file of this size at once, so that a disk that is too full is known before all the work.
     void reserve(uint64_t bytes);
+    // Behind what was written so far.
     void write(std::string_view bytes);
+    // Over what was written so far, or beyond.
+    void writeAt(uint64_t offset, std::string_view bytes);
     // From the source; the part must be there in full.
     void copy(uint64_t offset, uint64_t bytes);
-    // Owner, permissions and extended attributes of the source, then the swap. Refused when the source has changed or
-    // isn't the target any more. Gives the inode of the new version.
+    // For a writer that takes a ByteSink, which lives no longer than this object. Finishing it doesn't commit.
+    std::unique_ptr<ByteSink> sink();
+
+    // Syncs and swaps. Returns the inode of the new version.
     ino_t commit();
 
+    // A whole file in one go.
+    static void writeText(const std::filesystem::path& target, std::string_view text, const Options& options = {});
+
 private:
-    void createTemporary();
-    void clearLeftover();
-    bool holdsItsName() const;
+    class Sink;
     bool sourceIsUnchanged() const;
     void copyByHand(uint64_t offset, uint64_t bytes);
-    void passOn(size_t bytes);
-    void discard();
+    void wrote(uint64_t end);
     [[noreturn]] void fail(int error) const;
     [[noreturn]] void failChanged() const;
 
     const std::filesystem::path target_;
     const std::string name_;
-    const std::string temporary_;
-    const FileHandle& source_;
-    int folder_ = -1;
-    int file_ = -1;
-    int64_t written_ = 0;
-    int64_t passedOn_ = 0;  // of those, bytes that the disk has been set to write, beside the copying
-    bool made_ = false;     // the temporary file is ours to remove
-    struct stat before_ {};
+    const bool syncFolder_;
+    const Descriptor folder_;
+    std::unique_ptr<TemporaryFile> file_;
+    const FileHandle* source_ = nullptr;
+    uint64_t end_ = 0;       // of what was written
+    uint64_t passedOn_ = 0;  // of those, bytes that the disk has been set to write, beside the copying
 };
 
 }  // namespace brindlehum

@@ -6,7 +6,6 @@
 #include <optional>
 #include <utility>
 
-#include "base/split.h"
 #include "base/text.h"
 #include "library/meta/riff_meta.h"
 
@@ -83,7 +82,7 @@ std::vector<std::string_view> linesBesideElements(std::string_view block) {
 std::optional<std::string_view> lineText(const std::vector<std::string_view>& lines, std::string_view tag) {
     for (const std::string_view line : lines) {
         if (line.size() <= tag.size() || (line[tag.size()] != '=' && line[tag.size()] != ':')) { continue; }
-        if (upperAscii(std::string(line.substr(0, tag.size()))) == tag) { return line.substr(tag.size() + 1); }
+        if (upperAscii(line.substr(0, tag.size())) == tag) { return line.substr(tag.size() + 1); }
     }
     return std::nullopt;
 }

@@ -5,6 +5,7 @@
 
 #include "base/error.h"
 #include "base/file_replacement.h"
+#include "base/path.h"
 #include "base/text.h"
 #include "meta/ixml.h"
 #include "meta/riff_walk.h"
@@ -24,12 +25,10 @@ std::string bextDescription(const FileHandle& file, const std::vector<Chunk>& ch
     return std::string(trimmed(repairUtf8(field.substr(0, field.find('\0')))));
 }
 
-// The longest start of `text`, in whole characters, that fits the field. `text` is well-formed UTF-8.
+// As many whole characters as the field holds. `text` is well-formed UTF-8.
 std::string descriptionField(const std::string& text) {
-    size_t length = std::min(text.size(), descriptionBytes);
-    while (length > 0 && length < text.size() && (uint8_t(text[length]) & 0xC0) == 0x80) { --length; }
-    std::string field(descriptionBytes, '\0');
-    text.copy(field.data(), length);
+    std::string field(cutUtf8(text, descriptionBytes));
+    field.resize(descriptionBytes, '\0');
     return field;
 }
 

@@ -5,7 +5,6 @@
 #include <utility>
 #include <vector>
 
-#include "base/split.h"
 #include "base/text.h"
 
 // Outside of any namespace, as Qt asks. A resource of a static library isn't linked in on its own.
@@ -45,7 +44,7 @@ const UCS& UCS::shared() {
 }
 
 const UCS::Entry* UCS::lookup(std::string_view catID) const {
-    const auto found = entries_.find(upperAscii(std::string(catID)));
+    const auto found = entries_.find(upperAscii(catID));
     return found == entries_.end() ? nullptr : &found->second;
 }
 

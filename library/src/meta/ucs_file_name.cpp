@@ -1,7 +1,6 @@
 // The naming scheme CatID_FXName_Designer_Source, read from a file's name and written to one.
 #include <algorithm>
 
-#include "base/split.h"
 #include "base/text.h"
 #include "library/meta/sound_meta.h"
 #include "library/meta/ucs.h"

@@ -3,16 +3,13 @@
 
 #include <algorithm>
 
+#include "base/text.h"
 #include "library/model/places.h"
 #include "library/team/metadata_save.h"
 #include "model/browser_listing.h"
 
 namespace brindlehum {
 namespace {
-
-bool isBlank(const std::string& text) {
-    return text.find_first_not_of(" \t\n\r\f\v") == std::string::npos;
-}
 
 std::vector<BrowserEntry> entriesOf(std::vector<Catalog::Row> rows) {
     std::vector<BrowserEntry> entries;

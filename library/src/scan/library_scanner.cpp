@@ -52,7 +52,7 @@ std::unordered_set<std::string> mountPointsOf(const std::filesystem::path& table
 class Scan {
 public:
     Scan(const std::filesystem::path& root, Catalog& catalog, const Options& options)
-        : root_(LibraryScanner::canonical(root)), catalog_(catalog), options_(options), rows_(catalog.stamps(root_)) {}
+        : root_(canonicalPath(root)), catalog_(catalog), options_(options), rows_(catalog.stamps(root_)) {}
 
     Result run() {
         const TreeWalk walk = find();
@@ -232,18 +232,6 @@ private:
 };
 
 }  // namespace
-
-std::string canonical(const std::filesystem::path& path) {
-    if (char* real = ::realpath(path.c_str(), nullptr)) {
-        std::string text = real;
-        std::free(real);
-        return text;
-    }
-    std::error_code error;
-    std::filesystem::path plain = std::filesystem::absolute(path, error).lexically_normal();
-    if (!plain.has_filename() && plain.has_relative_path()) { plain = plain.parent_path(); }
-    return plain.string();
-}
 
 Result scan(const std::filesystem::path& root, Catalog& catalog, const Options& options) {
     return Scan(root, catalog, options).run();

@@ -11,28 +11,14 @@
 #include <array>
 #include <cerrno>
 
-#include "library/scan/library_scanner.h"
+#include "base/descriptor.h"
+#include "base/path.h"
 
 namespace brindlehum::ChangeLog {
 namespace {
 
 constexpr mode_t allModeBits = 07777;
 constexpr mode_t everybodyReads = 0444;
-
-class Descriptor {
-public:
-    explicit Descriptor(int number) : number_(number) {}
-    ~Descriptor() {
-        if (number_ >= 0) { ::close(number_); }
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    int number() const { return number_; }
-    bool isOpen() const { return number_ >= 0; }
-
-private:
-    int number_;
-};
 
 bool endsInsideALine(int log) {
     struct stat facts {};
@@ -78,14 +64,14 @@ std::string owner() {
 std::filesystem::path logFile(const std::filesystem::path& root, const std::string& owner) {
     std::string name = owner;
     std::ranges::replace(name, '/', '-');
-    return std::filesystem::path(LibraryScanner::canonical(root)) / ".brindlehum" / "changes" / (name + ".jsonl");
+    return std::filesystem::path(canonicalPath(root)) / ".brindlehum" / "changes" / (name + ".jsonl");
 }
 
 void append(const std::filesystem::path& root, const Entry& entry) {
     const auto line = entry.encoded();
     if (!line) { return; }
     const std::filesystem::path file = logFile(root, entry.user);
-    const std::string rootPath = LibraryScanner::canonical(root);
+    const std::string rootPath = canonicalPath(root);
     struct stat rootFacts {};
     if (::stat(rootPath.c_str(), &rootFacts) != 0) { return; }
     if (!makeFolders(rootPath, file.parent_path(), rootFacts.st_mode & allModeBits)) { return; }

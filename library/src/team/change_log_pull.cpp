@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "base/error.h"
+#include "base/path.h"
 #include "catalog/file_stamp.h"
-#include "library/scan/library_scanner.h"
 #include "library/team/change_log.h"
 #include "team/line_reader.h"
 
@@ -135,7 +135,7 @@ void pullLog(const std::string& root, Catalog& catalog, const fs::path& log, con
 }  // namespace
 
 int pull(const fs::path& root, Catalog& catalog, const std::string& self, const std::stop_token& stop) {
-    const std::string rootPath = LibraryScanner::canonical(root);
+    const std::string rootPath = canonicalPath(root);
     const fs::path own = logFile(root, self);
     int applied = 0;
     for (const fs::path& log : logsIn(own.parent_path())) {

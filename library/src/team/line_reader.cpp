@@ -8,6 +8,7 @@
 #include <cstring>
 
 #include "base/error.h"
+#include "base/path.h"
 
 namespace brindlehum {
 
@@ -16,20 +17,15 @@ constexpr size_t pieceBytes = size_t{256} << 10;
 }
 
 LineReader::LineReader(const std::filesystem::path& file, int64_t offset)
-    : descriptor_(::open(file.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC)), offset_(offset) {
+    : file_(::open(file.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC)), offset_(offset) {
     struct stat facts {};
-    if (descriptor_ < 0 || ::fstat(descriptor_, &facts) != 0 || !S_ISREG(facts.st_mode)) {
-        if (descriptor_ >= 0) { ::close(descriptor_); }
-        throw Error("Can't read " + file.filename().string());
+    if (!file_.isOpen() || ::fstat(file_.number(), &facts) != 0 || !S_ISREG(facts.st_mode)) {
+        throw Error("Can't read " + printableName(file));
     }
     char before = '\n';
-    if (offset_ > 0 && (::pread(descriptor_, &before, 1, offset_ - 1) != 1 || before != '\n')) { offset_ = 0; }
+    if (offset_ > 0 && (::pread(file_.number(), &before, 1, offset_ - 1) != 1 || before != '\n')) { offset_ = 0; }
     if (offset_ < 0) { offset_ = 0; }
-    ::lseek(descriptor_, offset_, SEEK_SET);
-}
-
-LineReader::~LineReader() {
-    ::close(descriptor_);
+    ::lseek(file_.number(), offset_, SEEK_SET);
 }
 
 std::optional<std::string_view> LineReader::next() {
@@ -61,7 +57,7 @@ bool LineReader::fill() {
     const size_t held = buffer_.size();
     buffer_.resize(held + pieceBytes);
     ssize_t got = 0;
-    do { got = ::read(descriptor_, buffer_.data() + held, pieceBytes); } while (got < 0 && errno == EINTR);
+    do { got = ::read(file_.number(), buffer_.data() + held, pieceBytes); } while (got < 0 && errno == EINTR);
     buffer_.resize(held + size_t(got > 0 ? got : 0));
     return got > 0;
 }

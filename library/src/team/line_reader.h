@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+#include "base/descriptor.h"
+
 namespace brindlehum {
 
 class LineReader {
@@ -17,9 +19,6 @@ public:
     // `offset` stands behind a line feed, or at 0. A file that is shorter, or has another byte there, is another file
     // than the one that was read before: it is begun anew. Throws Error when it isn't a plain file that can be read.
     LineReader(const std::filesystem::path& file, int64_t offset);
-    ~LineReader();
-    LineReader(const LineReader&) = delete;
-    LineReader& operator=(const LineReader&) = delete;
 
     // The next complete line without its line feed, valid until the next call; none at the end or at a line that is
     // still without its line feed.
@@ -30,7 +29,7 @@ public:
 private:
     bool fill();
 
-    int descriptor_;
+    Descriptor file_;
     int64_t offset_;
     std::string buffer_;      // what was read from `offset_` on but for `start_` bytes
     size_t start_ = 0;        // of the next line in the buffer

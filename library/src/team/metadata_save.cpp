@@ -6,9 +6,9 @@
 #include <cstring>
 
 #include "base/error.h"
+#include "base/path.h"
 #include "catalog/file_stamp.h"
 #include "library/meta/meta_io.h"
-#include "library/scan/library_scanner.h"
 #include "library/team/change_log.h"
 
 namespace brindlehum::MetadataSave {
@@ -44,7 +44,7 @@ void index(Catalog& catalog, const std::string& path, const std::string& root, c
 
 SoundMeta current(const std::filesystem::path& file, Catalog* catalog) {
     if (catalog != nullptr) {
-        if (auto row = catalog->row(LibraryScanner::canonical(file))) { return std::move(row->meta); }
+        if (auto row = catalog->row(canonicalPath(file))) { return std::move(row->meta); }
     }
     return MetaIO::read(file);
 }
@@ -61,7 +61,7 @@ std::string rootOf(const std::string& path, const std::vector<std::string>& root
 
 void save(const std::filesystem::path& file, const MetadataChanges& changes, Catalog* catalog,
           const std::vector<std::string>& roots, const std::string& user) {
-    const std::string path = LibraryScanner::canonical(file);
+    const std::string path = canonicalPath(file);
     factsOf(path);
     const bool embeds = MetaIO::canWrite(file);
     // What a file that can't take metadata was given earlier stands in its row alone: begun from the file, a second

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "base/path.h"
 #include "library/catalog/catalog.h"
 
 namespace brindlehum::LibraryScanner {
@@ -45,9 +46,10 @@ struct Options {
     std::filesystem::path mountTable = "/etc/fstab";  // what is mounted where, when it is there
 };
 
-// Absolute, without symbolic links; for a path that doesn't exist: absolute and in its plain form. All paths in the
-// catalog are of this form, and roots are compared by it.
-std::string canonical(const std::filesystem::path& path);
+// All paths in the catalog are of this form, and roots are compared by it.
+inline std::string canonical(const std::filesystem::path& path) {
+    return canonicalPath(path);
+}
 
 // Runs on the caller's thread for as long as it takes; files are read by as many threads as there are cores, and
 // written in transactions of batchFiles, between which searches get their turn. A file whose size and time are those

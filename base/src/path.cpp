@@ -1,0 +1,60 @@
+// Paths by realpath, and as texts.
+#include "base/path.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+#include "base/error.h"
+#include "base/text.h"
+
+namespace brindlehum {
+
+namespace {
+
+std::unique_ptr<char, decltype(&std::free)> realPath(const std::filesystem::path& path) {
+    return {::realpath(path.c_str(), nullptr), &std::free};
+}
+
+std::string printable(const std::string& bytes) {
+    std::string text = repairUtf8(bytes);
+    for (char& c : text) {
+        if (uint8_t(c) < 0x20 || c == 0x7F) { c = '?'; }
+    }
+    return text;
+}
+
+}  // namespace
+
+std::string canonicalPath(const std::filesystem::path& path) {
+    if (const auto real = realPath(path)) { return real.get(); }
+    std::error_code error;
+    std::filesystem::path plain = std::filesystem::absolute(path, error).lexically_normal();
+    if (!plain.has_filename() && plain.has_relative_path()) { plain = plain.parent_path(); }
+    return plain.string();
+}
+
+std::filesystem::path followed(const std::filesystem::path& path) {
+    const auto real = realPath(path);
+    if (!real) { throw Error(openFailure(path, std::strerror(errno))); }
+    return real.get();
+}
+
+std::string printableName(const std::filesystem::path& path) {
+    return printable((path.has_filename() ? path.filename() : path.parent_path().filename()).string());
+}
+
+std::string printablePath(const std::filesystem::path& path) {
+    return printable(path.string());
+}
+
+std::string openFailure(const std::filesystem::path& path, const std::string& reason) {
+    return printableName(path) + " can't be opened: " + reason;
+}
+
+std::string writeFailure(const std::filesystem::path& path, const std::string& reason) {
+    return "Couldn't write " + printablePath(path) + ": " + reason;
+}
+
+}  // namespace brindlehum

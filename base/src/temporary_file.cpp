@@ -1,0 +1,94 @@
+// TemporaryFile: creation, lock, and the leftovers of dead writers.
+#include "temporary_file.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+
+#include "base/error.h"
+#include "base/path.h"
+#include "base/text.h"
+
+namespace brindlehum {
+
+namespace {
+
+std::string hiddenName(const std::string& name, int folder) {
+    constexpr std::string_view suffix = ".bh-tmp";
+    constexpr long usualLimit = 255;  // bytes
+    const long limit = ::fpathconf(folder, _PC_NAME_MAX);
+    const size_t room = size_t(limit > 0 ? limit : usualLimit) - 1 - suffix.size();
+    return "." + std::string(cutUtf8(name, room)).append(suffix);
+}
+
+}  // namespace
+
+TemporaryFile::TemporaryFile(const std::filesystem::path& target, int folder, mode_t mode, bool wait)
+    : target_(target), folder_(folder), wait_(wait), name_(hiddenName(target.filename().string(), folder)) {
+    create(mode);
+}
+
+TemporaryFile::~TemporaryFile() {
+    if (!renamed_ && holdsItsName()) { ::unlinkat(folder_, name_.c_str(), 0); }
+}
+
+void TemporaryFile::create(mode_t mode) {
+    // Between its creation and its lock a file looks like a leftover to another writer, who then removes it. One who
+    // waits loses a turn to each of the others.
+    const int attempts = wait_ ? 1000 : 8;
+    for (int i = 0; i < attempts; ++i) {
+        file_ = Descriptor(::openat(folder_, name_.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, mode));
+        if (file_.isOpen() && lock() && holdsItsName()) { return; }
+        if (!file_.isOpen() && errno != EEXIST) { fail(errno); }
+        if (!file_.isOpen()) { clearLeftover(); }
+    }
+    failBusy();
+}
+
+void TemporaryFile::clearLeftover() {
+    for (const int access : {O_RDWR, O_RDONLY}) {
+        file_ = Descriptor(::openat(folder_, name_.c_str(), access | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
+        if (file_.isOpen() || errno != EACCES) { break; }
+    }
+    if (!file_.isOpen() && errno == ENOENT) { return; }
+    if (!file_.isOpen()) { fail(errno); }
+    if (!lock()) { failBusy(); }
+    if (holdsItsName() && ::unlinkat(folder_, name_.c_str(), 0) != 0) { fail(errno); }
+    file_ = Descriptor();
+}
+
+// False when someone else holds the lock. Where a file system has no locks, the checks of the name have to do.
+bool TemporaryFile::lock() const {
+    while (::flock(file_.number(), wait_ ? LOCK_EX : LOCK_EX | LOCK_NB) != 0) {
+        if (errno == EWOULDBLOCK) { return false; }
+        if (errno != EINTR) { return true; }
+    }
+    return true;
+}
+
+bool TemporaryFile::holdsItsName() const {
+    struct stat named {};
+    struct stat open {};
+    return file_.isOpen() && ::fstatat(folder_, name_.c_str(), &named, AT_SYMLINK_NOFOLLOW) == 0 &&
+           ::fstat(file_.number(), &open) == 0 && named.st_dev == open.st_dev && named.st_ino == open.st_ino;
+}
+
+int TemporaryFile::rename(const std::string& name) {
+    if (::renameat(folder_, name_.c_str(), folder_, name.c_str()) != 0) { return errno; }
+    renamed_ = true;
+    return 0;
+}
+
+void TemporaryFile::fail(int error) const {
+    throw Error(writeFailure(target_, std::strerror(error)));
+}
+
+void TemporaryFile::failBusy() const {
+    throw Error(writeFailure(target_, "it is being written elsewhere"));
+}
+
+}  // namespace brindlehum

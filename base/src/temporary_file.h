@@ -1,0 +1,46 @@
+// TemporaryFile: the hidden file beside a target, created exclusively and locked.
+#pragma once
+
+#include <sys/types.h>
+
+#include <filesystem>
+#include <string>
+
+#include "base/descriptor.h"
+
+namespace brindlehum {
+
+// Named after the target, so that a leftover is found by the next writer of the same file. The name is cut to what the
+// file system takes; a link under it is never followed, nor removed.
+class TemporaryFile {
+public:
+    // `folder` is that of the target and outlives the object. With `wait` this waits while another writer holds the
+    // file. Throws Error.
+    TemporaryFile(const std::filesystem::path& target, int folder, mode_t mode, bool wait);
+    // Removes the file, unless it was renamed.
+    ~TemporaryFile();
+    TemporaryFile(const TemporaryFile&) = delete;
+    TemporaryFile& operator=(const TemporaryFile&) = delete;
+
+    int number() const { return file_.number(); }
+    // False when someone took the file away or put another one in its place.
+    bool holdsItsName() const;
+    // 0, or the errno of a failure.
+    int rename(const std::string& name);
+
+private:
+    void create(mode_t mode);
+    void clearLeftover();
+    bool lock() const;
+    [[noreturn]] void fail(int error) const;
+    [[noreturn]] void failBusy() const;
+
+    const std::filesystem::path& target_;
+    const int folder_;
+    const bool wait_;
+    const std::string name_;
+    Descriptor file_;
+    bool renamed_ = false;
+};
+
+}  // namespace brindlehum
