@@ -1,4 +1,4 @@
-// The page of a music analysis, as pixels: beats where they sound, and odd pieces that leave little to draw.
+// The page of a music analysis, as pixels: beats at their times, long names, and pieces with little to draw.
 #include "ui/picture/analysis_picture.h"
 
 #include <gtest/gtest.h>
@@ -27,7 +27,7 @@ Content contentOf(const MusicAnalysis& analysis) {
     return {"clicks.wav", "facts", analysis.mono22k, test::rate, &analysis, {}};
 }
 
-// Columns of a row, counted from `left`, whose colour isn't the row's most frequent one.
+// Columns of a row from `left` to `right` whose colour isn't the row's most frequent one.
 std::set<int> inked(const QImage& image, int row, int left, int right) {
     std::map<QRgb, int> colors;
     for (int x = left; x < right; ++x) { ++colors[image.pixel(x, row)]; }
@@ -40,12 +40,11 @@ std::set<int> inked(const QImage& image, int row, int left, int right) {
     return columns;
 }
 
-TEST(AnalysisPicture, BeatsStandWhereTheySound) {
+TEST(AnalysisPicture, BeatMarksStandAtTheBeats) {
     const MusicAnalysis analysis = clicks();
     ASSERT_GT(analysis.grid.beats.size(), 25U);
     for (const QSize size : {pageSize, QSize(800, 600), QSize(3000, 1300)}) {
         const QImage image = draw(contentOf(analysis), Theme::lightTheme(), size);
-        ASSERT_EQ(image.size(), size);
         const auto column = [&](double seconds) {
             return int(std::floor(AnalysisPicture::xAt(seconds, analysis.seconds, size)));
         };
@@ -53,7 +52,7 @@ TEST(AnalysisPicture, BeatsStandWhereTheySound) {
         for (const double beat : analysis.grid.beats) { beats.insert(column(beat)); }
         std::set<int> bars;
         for (const double bar : analysis.grid.boundaries()) { bars.insert(column(bar)); }
-        // There is a lane that holds a mark a beat, and nothing else but the bar lines.
+        // One row of pixels has a mark at every beat, and nothing else but the bar lines.
         bool found = false;
         for (int row = 0; row < size.height() && !found; ++row) {
             std::set<int> marks = inked(image, row, column(0), column(analysis.seconds) + 1);
@@ -63,7 +62,7 @@ TEST(AnalysisPicture, BeatsStandWhereTheySound) {
             found = marks == beats;
         }
         EXPECT_TRUE(found) << size.width();
-        // And the waveform is highest there: more ink above and below than anywhere within a beat.
+        // The waveform is highest there: more ink than between two beats.
         const double period = 60 / analysis.grid.bpm;
         const auto ink = [&](double seconds) {
             int count = 0;
@@ -79,27 +78,18 @@ TEST(AnalysisPicture, BeatsStandWhereTheySound) {
     }
 }
 
-TEST(AnalysisPicture, TheThemesDifferAndTheSameTwiceIsTheSame) {
-    const MusicAnalysis analysis = clicks();
-    const QImage light = draw(contentOf(analysis), Theme::lightTheme());
-    EXPECT_EQ(light, draw(contentOf(analysis), Theme::lightTheme()));
-    const QImage dark = draw(contentOf(analysis), Theme::darkTheme());
-    EXPECT_GT(light.pixelColor(2, 2).lightness(), 200);
-    EXPECT_LT(dark.pixelColor(2, 2).lightness(), 60);
-}
-
-TEST(AnalysisPicture, ALongNameStaysOutOfTheFacts) {
+TEST(AnalysisPicture, ALongNameLeavesTheFactsLegible) {
     const MusicAnalysis analysis = clicks();
     Content content = contentOf(analysis);
     const QImage usual = draw(content, Theme::lightTheme());
     content.name = QString(4000, 'W');
     const QImage wide = draw(content, Theme::lightTheme());
+    EXPECT_NE(usual.copy(0, 0, 1500, 66), wide.copy(0, 0, 1500, 66));
     const QRect corner(1600 - 40 - 30, 0, 70, 66);  // the last letters of "facts" and the margin
     EXPECT_EQ(usual.copy(corner), wide.copy(corner));
-    EXPECT_NE(usual.copy(0, 0, 1500, 66), wide.copy(0, 0, 1500, 66));
 }
 
-TEST(AnalysisPicture, DrawsPiecesThatHoldLittle) {
+TEST(AnalysisPicture, OddPiecesAreDrawnToo) {
     MusicAnalysis bare;
     bare.grid.downbeats = {0};
     bare.seconds = bare.grid.duration = 1.5;

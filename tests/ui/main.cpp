@@ -4,7 +4,7 @@
 #include <QApplication>
 
 #include "desktop_bus.h"
-#include "ui/look/theme.h"
+#include "ui/look/theme_controller.h"
 
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");

@@ -1,4 +1,4 @@
-// The lanes as numbers and as pixels.
+// The lanes of a waveform as numbers and as pixels, and the marks of the time ruler.
 #include <gtest/gtest.h>
 
 #include <QImage>
@@ -31,13 +31,16 @@ TEST(WaveformPicture, AQuietFileIsDrawnLargerByAtMostThirtyDecibels) {
     EXPECT_EQ(gainText(31.6), "view +30 dB");
 }
 
-TEST(WaveformPicture, ThePeakCountsBothSidesOfWhatIsLoaded) {
-    auto data = overview(2, 4, -0.25F, 0.125F);
-    EXPECT_FLOAT_EQ(peak(data), 0.25F);
-    data.maxs[1][2] = 0.75F;
+TEST(WaveformPicture, OnlyWhatIsLoadedIsDrawn) {
+    auto data = overview(2, 100, -0.25F, 0.125F);
+    data.maxs[1][60] = 0.75F;
     EXPECT_FLOAT_EQ(peak(data), 0.75F);
-    data.loadedBuckets = 2;
+    data.loadedBuckets = 50;
     EXPECT_FLOAT_EQ(peak(data), 0.25F);
+    const auto before = bucketsUnder(49, 100, data, 1000);
+    EXPECT_EQ(before.last - before.first, 1);
+    const auto after = bucketsUnder(50, 100, data, 1000);
+    EXPECT_EQ(after.first, after.last);
 }
 
 TEST(WaveformPicture, ColumnsCoverEveryBucketInOrder) {
@@ -59,16 +62,7 @@ TEST(WaveformPicture, ColumnsCoverEveryBucketInOrder) {
     }
 }
 
-TEST(WaveformPicture, WhatIsNotLoadedStaysEmpty) {
-    auto data = overview(1, 100, -1, 1);
-    data.loadedBuckets = 50;
-    const auto before = bucketsUnder(49, 100, data, 1000);
-    EXPECT_EQ(before.last - before.first, 1);
-    const auto after = bucketsUnder(50, 100, data, 1000);
-    EXPECT_EQ(after.first, after.last);
-}
-
-TEST(WaveformPicture, PlayheadAndSpanStandAtTheirFrames) {
+TEST(WaveformPicture, PlayheadAndSelectionStandAtTheirFrames) {
     EXPECT_DOUBLE_EQ(playheadX(0, 1000, 100), -0.5);
     EXPECT_DOUBLE_EQ(playheadX(504, 1000, 100), 49.5);
     EXPECT_DOUBLE_EQ(playheadX(1000, 1000, 100), 99.5);
@@ -77,7 +71,7 @@ TEST(WaveformPicture, PlayheadAndSpanStandAtTheirFrames) {
     EXPECT_DOUBLE_EQ(area.width, 100);
 }
 
-// Inked rows of a column, as first and last.
+// The first and the last inked row of a column.
 std::pair<int, int> ink(const QImage& image, int x, int top, int bottom) {
     int first = -1;
     int last = -1;
@@ -139,12 +133,12 @@ TEST(RulerTicks, LabelsStandApartAndCoverTheFile) {
 }
 
 TEST(RulerTicks, LabelsShowWhatTheStepNeeds) {
-    EXPECT_EQ(RulerTicks::label(75, 15), "1:15");
-    EXPECT_EQ(RulerTicks::label(0, 1), "0:00");
-    EXPECT_EQ(RulerTicks::label(59.999999, 0.5), "1:00.0") << "rounding carries into the minute";
-    EXPECT_EQ(RulerTicks::label(0.25, 0.05), "0:00.25");
-    EXPECT_EQ(RulerTicks::label(1.002, 0.002), "0:01.002");
-    EXPECT_EQ(RulerTicks::label(3725, 60), "1:02:05");
+    const std::vector<std::tuple<double, double, std::string>> cases = {{75, 15, "1:15"},
+                                                                        {0, 1, "0:00"},
+                                                                        {59.999999, 0.5, "1:00.0"},
+                                                                        {1.002, 0.002, "0:01.002"},
+                                                                        {3725, 60, "1:02:05"}};
+    for (const auto& [seconds, step, text] : cases) { EXPECT_EQ(RulerTicks::label(seconds, step), text); }
 }
 
 }  // namespace

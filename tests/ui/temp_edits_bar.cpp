@@ -12,14 +12,7 @@ namespace {
 
 using TempEditsBarTest = test::WindowTest;
 
-QPushButton* button(QWidget& root, const QString& text) {
-    for (auto* each : root.findChildren<QPushButton*>()) {
-        if (each->text() == text) { return each; }
-    }
-    return nullptr;
-}
-
-TEST_F(TempEditsBarTest, TellsProgressThenTheWayToTheFoldersUntilSomethingElseIsSaid) {
+TEST_F(TempEditsBarTest, ShowsProgressThenTheFoldersUntilTheNextMessage) {
     PlayerView view(player, WaveformView::Style::window);
     auto* bar = new TempEditsBar(model.tempEdits(), player);
     view.addToMessage(bar);
@@ -31,13 +24,13 @@ TEST_F(TempEditsBarTest, TellsProgressThenTheWayToTheFoldersUntilSomethingElseIs
     test::writeAudio(folder / "song.wav", {clicks}, {.rate = int(test::rate)});
     model.makeTempEdits({folder / "song.wav", file("short.wav", 1)});
     EXPECT_TRUE(row->isVisible());
-    EXPECT_TRUE(button(*bar, "Cancel")->isVisible());
-    EXPECT_FALSE(button(*bar, "Show in File Manager")->isVisible());
+    EXPECT_TRUE(named<QPushButton>(*bar, "Cancel")->isVisible());
+    EXPECT_FALSE(named<QPushButton>(*bar, "Show in File Manager")->isVisible());
 
     ASSERT_TRUE(settle([&] { return !model.tempEdits().progress(); }));
-    EXPECT_FALSE(button(*bar, "Cancel")->isVisible());
-    EXPECT_TRUE(button(*bar, "Why Skipped…")->isVisible());
-    QTest::mouseClick(button(*bar, "Show in File Manager"), Qt::LeftButton);
+    EXPECT_FALSE(named<QPushButton>(*bar, "Cancel")->isVisible());
+    EXPECT_TRUE(named<QPushButton>(*bar, "Why Skipped…")->isVisible());
+    QTest::mouseClick(named<QPushButton>(*bar, "Show in File Manager"), Qt::LeftButton);
     EXPECT_EQ(desktop.shown, std::vector{folder / "song Edits"});
 
     ASSERT_TRUE(load(file("next.wav", 2)));

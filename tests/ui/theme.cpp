@@ -1,4 +1,4 @@
-// The colours: legible on every ground, and the desktop's own choice of light or dark.
+// The colours: legible on every ground, and light or dark as the desktop says.
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
@@ -9,11 +9,12 @@
 #include "desktop_bus.h"
 #include "ui/look/icons.h"
 #include "ui/look/theme.h"
+#include "ui/look/theme_controller.h"
 
 namespace brindlehum {
 namespace {
 
-TEST(Theme, TextStandsOutFromEveryGroundItStandsOn) {
+TEST(Theme, TextIsLegibleOnEveryGround) {
     for (const Theme* theme : {&Theme::darkTheme(), &Theme::lightTheme()}) {
         SCOPED_TRACE(theme->dark ? "dark" : "light");
         for (const auto& ground : {theme->window, theme->panel, theme->control, theme->hover}) {
@@ -55,7 +56,7 @@ TEST(Theme, FollowsTheDesktopPortal) {
     ASSERT_TRUE(portal.isReady());
     {
         ThemeController theme;
-        EXPECT_TRUE(becomes(!before)) << "the preference that stands at the start";
+        EXPECT_TRUE(becomes(!before)) << "the preference at the start";
         portal.prefer(before ? 1 : 2);
         EXPECT_TRUE(becomes(before)) << "a change while running";
         portal.prefer(before ? 2 : 1);
@@ -65,7 +66,7 @@ TEST(Theme, FollowsTheDesktopPortal) {
     ThemeController().apply(before);
 }
 
-TEST(Icons, EverySymbolOfOurSetHasInk) {
+TEST(Icons, EverySymbolIsDrawn) {
     for (const char* name : {"play", "stop", "loop", "autoplay", "drag", "level", "speakers", "headphones", "folder",
                              "file", "up", "plus", "minus", "clear", "warning", "channels", "listen"}) {
         const QImage image = symbol(name).pixmap(32, 32).toImage().convertToFormat(QImage::Format_ARGB32);

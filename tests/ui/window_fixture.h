@@ -55,12 +55,18 @@ struct WindowTest : testing::Test {
         return false;
     }
 
+    // The widget with this accessible name, or with this text where it has none; a visible one if there are several.
     template <typename Widget = QWidget>
-    static Widget* named(QWidget& root, const QString& name) {
+    static Widget* named(const QWidget& root, const QString& name) {
+        Widget* found = nullptr;
         for (auto* widget : root.findChildren<Widget*>()) {
-            if (widget->accessibleName() == name || widget->accessibleName().startsWith(name + ": ")) { return widget; }
+            const QString said = widget->accessibleName();
+            const bool isText = said.isEmpty() && widget->property("text") == name;
+            if (!isText && said != name && !said.startsWith(name + ": ")) { continue; }
+            if (widget->isVisible()) { return widget; }
+            found = found ? found : widget;
         }
-        return nullptr;
+        return found;
     }
 
 private:

@@ -10,9 +10,9 @@
 #include <QVBoxLayout>
 
 #include "ui/browser/browser_state.h"
+#include "ui/browser/filter_chip.h"
 #include "ui/look/elided_label.h"
 #include "ui/look/file_drag.h"
-#include "ui/look/filter_chip.h"
 #include "ui/look/icons.h"
 
 namespace brindlehum {

@@ -11,7 +11,6 @@
 #include <QScopedValueRollback>
 #include <QScrollBar>
 #include <algorithm>
-#include <utility>
 
 #include "ui/browser/browser_cell.h"
 #include "ui/browser/browser_columns.h"
@@ -93,14 +92,14 @@ void BrowserTable::resizeEvent(QResizeEvent* event) {
 }
 
 QByteArray BrowserTable::saveColumns() const {
-    // One byte before Qt's own state tells whether the widths are the user's.
+    // One byte ahead of Qt's own state: whether the widths are ours ("0") or the user's ("1").
     return (fitted_ ? "0" : "1") + header()->saveState();
 }
 
 void BrowserTable::restoreColumns(const QByteArray& state) {
     if (state.isEmpty()) { return; }
     const QScopedValueRollback fitting(fitting_, true);
-    // A state of other columns (another version's) is refused by the header.
+    // The header refuses a state with other columns, as another version may have left.
     if (!header()->restoreState(state.mid(1))) { return; }
     fitted_ = state[0] == '0';
     header()->setSortIndicator(BrowserTableModel::unsorted, Qt::AscendingOrder);
@@ -140,22 +139,23 @@ void BrowserTable::sortBy(int column) {
     sortByColumn(column, again && column >= 0 ? Qt::DescendingOrder : Qt::AscendingOrder);
 }
 
-void BrowserTable::setSearching(bool searching) {
-    if (searching == searching_) { return; }
+// Keeps the folders' sorting while searching.
+void BrowserTable::changeSorting(bool searching) {
     if (searching) {
         folderColumn_ = header()->sortIndicatorSection();
         folderOrder_ = header()->sortIndicatorOrder();
     }
-    searching_ = searching;
     const bool ranked = searching || folderColumn_ == BrowserTableModel::unsorted;
     sortByColumn(ranked ? BrowserTableModel::unsorted : folderColumn_, ranked ? Qt::AscendingOrder : folderOrder_);
 }
 
-void BrowserTable::showEntries(std::vector<BrowserEntry> entries, bool fresh) {
-    std::set<std::filesystem::path> wanted;
+void BrowserTable::showEntries(std::vector<BrowserEntry> entries, const BrowserPlace& place,
+                               const std::set<std::filesystem::path>& alsoSelect) {
+    const bool fresh = place != place_;
+    if (place.searching != place_.searching) { changeSorting(place.searching); }
+    place_ = place;
+    std::set<std::filesystem::path> wanted = alsoSelect;
     for (const auto& entry : selectedEntries()) { wanted.insert(entry.url); }
-    const bool come = std::ranges::any_of(entries, [this](const auto& it) { return expected_.contains(it.url); });
-    if (come) { wanted.merge(std::exchange(expected_, {})); }
     const QModelIndex at = currentIndex();
     const auto current = at.isValid() ? model_.entry(at.row()).url : std::filesystem::path();
     const bool inSight = at.isValid() && viewport()->rect().intersects(visualRect(at));
@@ -165,7 +165,7 @@ void BrowserTable::showEntries(std::vector<BrowserEntry> entries, bool fresh) {
     {
         const QScopedValueRollback quiet(quiet_, true);
         model_.setEntries(fresh ? std::move(entries) : model_.inOrderShown(std::move(entries)));
-        if (reset || come) { selectAgain(wanted, current); }
+        if (reset || !alsoSelect.empty()) { selectAgain(wanted, current); }
     }
     disconnect(watch);
     if (fresh) {
@@ -177,7 +177,7 @@ void BrowserTable::showEntries(std::vector<BrowserEntry> entries, bool fresh) {
     Q_EMIT selectionMoved();
 }
 
-// Where the current one is gone, the first of the selection takes its place.
+// If the current row is gone, the first selected one becomes current.
 void BrowserTable::selectAgain(const std::set<std::filesystem::path>& wanted, const std::filesystem::path& current) {
     QItemSelection selection;
     for (int row = 0; !wanted.empty() && row < model_.rowCount(); ++row) {
@@ -261,7 +261,7 @@ void BrowserTable::keyPressEvent(QKeyEvent* event) {
 
 void BrowserTable::contextMenuEvent(QContextMenuEvent* event) {
     if (selectionModel()->selection().isEmpty()) { return; }
-    // The menu key asks in the middle of nowhere; the row is where the user looks.
+    // The menu key reports no useful position: open the menu at the current row.
     const bool byKey = event->reason() == QContextMenuEvent::Keyboard;
     const QPoint at = byKey ? viewport()->mapToGlobal(visualRect(currentIndex()).bottomLeft()) : event->globalPos();
     Q_EMIT menuAsked(at);

@@ -7,8 +7,11 @@
 #include <QStackedLayout>
 #include <QVBoxLayout>
 
+#include "library/model/library_model.h"
+#include "mix/player/player_model.h"
 #include "ui/browser/browser_bar.h"
 #include "ui/browser/browser_table.h"
+#include "ui/browser/chosen_sound.h"
 #include "ui/look/elided_label.h"
 #include "ui/look/empty_state.h"
 #include "ui/look/file_drag.h"
@@ -29,7 +32,8 @@ void copyPaths(const BrowserActions::Files& files) {
 
 }  // namespace
 
-BrowserView::BrowserView(AppModel& model, QWidget* parent) : QWidget(parent), model_(model), library_(model.library()) {
+BrowserView::BrowserView(LibraryModel& library, PlayerModel& player, QWidget* parent)
+    : QWidget(parent), library_(library), player_(player) {
     setMinimumWidth(minWidth);
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(8, 8, 8, 4);
@@ -42,9 +46,20 @@ BrowserView::BrowserView(AppModel& model, QWidget* parent) : QWidget(parent), mo
     column->addWidget(area, 1);
     column->addWidget(message_ = new ElidedLabel(Qt::ElideRight));
     message_->setProperty("role", "secondary");
-    actions_.reveal = [this](const BrowserActions::Files& files) { model_.desktop().reveal(files); };
-    actions_.makeTempEdits = [this](const BrowserActions::Files& files) { model_.makeTempEdits(files); };
+    chosen_ = new ChosenSound(library, player, *table_, this);
     actions_.copyPath = copyPaths;
+    connect(bar_, &BrowserBar::backToRows, table_, qOverload<>(&QWidget::setFocus));
+    connect(bar_, &BrowserBar::downAsked, this, [this] {
+        table_->setFocus();
+        if (table_->selectedEntries().empty()) { table_->selectFirst(); }
+    });
+    connect(empty_, &EmptyState::actionAsked, this, &BrowserView::act);
+    connectLibrary();
+    connectTable();
+    refresh();
+}
+
+void BrowserView::connectLibrary() {
     settle_.setSingleShot(true);
     settle_.setInterval(settleMs);
     connect(&settle_, &QTimer::timeout, &library_, &LibraryModel::refresh);
@@ -57,14 +72,6 @@ BrowserView::BrowserView(AppModel& model, QWidget* parent) : QWidget(parent), mo
     connect(&library_.settings(), &SettingsStore::changed, this, &BrowserView::showState);
     connect(&library_, &LibraryModel::messageChanged, this,
             [this] { message_->setFullText(QString::fromStdString(library_.message().value_or(""))); });
-    connect(bar_, &BrowserBar::backToRows, table_, qOverload<>(&QWidget::setFocus));
-    connect(bar_, &BrowserBar::downAsked, this, [this] {
-        table_->setFocus();
-        if (table_->selectedEntries().empty()) { table_->selectFirst(); }
-    });
-    connect(empty_, &EmptyState::actionAsked, this, &BrowserView::act);
-    connectTable();
-    refresh();
 }
 
 void BrowserView::connectTable() {
@@ -77,9 +84,9 @@ void BrowserView::connectTable() {
     connect(table_, &BrowserTable::activatedEntry, this, [this](const BrowserEntry& entry) {
         activate(BrowserEntry(entry));  // a copy: opening a folder takes the rows away
     });
-    connect(table_, &BrowserTable::togglePlay, this, [this] { model_.player().togglePlay(); });
+    connect(table_, &BrowserTable::togglePlay, this, [this] { player_.togglePlay(); });
     connect(table_, &BrowserTable::goUp, this, [this] {
-        if (!searching_) { library_.goUp(); }
+        if (!table_->place().searching) { library_.goUp(); }
     });
     connect(table_, &BrowserTable::typed, bar_, &BrowserBar::type);
     connect(table_, &BrowserTable::menuAsked, this, &BrowserView::openMenu);
@@ -87,22 +94,17 @@ void BrowserView::connectTable() {
 
 void BrowserView::refresh() {
     const bool searching = library_.isSearching();
-    // The rows of the question before stay until the answer is there: less flicker, and nothing is shown as its answer,
-    // for the count says that the search goes on.
+    // The rows of the search before stay until the results are there, so that nothing flickers; the count says
+    // "Searching…" until then.
     if (searching && library_.isSearchRunning()) {
         showState();
         return;
     }
-    const std::string place = searching ? library_.query() + '\n' + library_.category().value_or("") + '\n' +
-                                              library_.libraryFilter().value_or("")
-                                        : library_.folder().value_or(fs::path()).native();
-    const bool fresh = place != shownFor_ || searching != searching_;
-    if (fresh) { library_.infoCache().forgetWaiting(); }
-    if (searching != searching_) { table_->setSearching(searching); }
-    shownFor_ = place;
-    searching_ = searching;
-    table_->showEntries(searching ? library_.results() : library_.entries(), fresh);
-    if (!searching) { markWanted(); }
+    const BrowserPlace place{searching, searching ? library_.query() + '\n' + library_.category().value_or("") + '\n' +
+                                                        library_.libraryFilter().value_or("")
+                                                  : library_.folder().value_or(fs::path()).native()};
+    if (place != table_->place()) { library_.infoCache().forgetWaiting(); }
+    chosen_->showRows(searching ? library_.results() : library_.entries(), place);
     watchFolder();
     showState();
 }
@@ -162,41 +164,19 @@ void BrowserView::act() {
 void BrowserView::auditionChosen() {
     const auto entries = table_->selectedEntries();
     if (entries.size() != 1 || entries.front().isFolder) { return; }
-    Q_EMIT loadAsked(entries.front().url);
-    model_.player().load(entries.front().url, model_.settings().value().autoPlay);
+    chosen_->audition(entries.front().url);
 }
 
 void BrowserView::activate(const BrowserEntry& entry) {
     if (AudioFileInfo::isAudioPath(entry.url) && !entry.isFolder) {
-        Q_EMIT loadAsked(entry.url);
-        model_.player().load(entry.url, false);
-        model_.player().play(std::nullopt);
+        chosen_->play(entry.url);
     } else {
-        openFolder(entry.url);
+        chosen_->openFolder(entry.url);
         table_->setFocus();
     }
 }
 
-void BrowserView::openFolder(const fs::path& folder) {
-    wanted_.reset();
-    library_.clearFilters();
-    library_.open(folder);
-}
-
-void BrowserView::reveal(const fs::path& file) {
-    if (table_->mark(file)) { return; }
-    if (library_.folder() != file.parent_path() || library_.isSearching()) { openFolder(file.parent_path()); }
-    wanted_ = file;
-    markWanted();
-}
-
-void BrowserView::markWanted() {
-    if (!wanted_ || library_.isListing()) { return; }
-    table_->mark(*wanted_);
-    wanted_.reset();
-}
-
-// Files that other programs add or take away appear by themselves.
+// Files that other programs add or remove show without a refresh.
 void BrowserView::watchFolder() {
     const auto& folder = library_.folder();
     const QStringList wanted = folder ? QStringList(FileDrag::toText(*folder)) : QStringList();

@@ -1,3 +1,5 @@
+#include "ui/look/theme_controller.h"
+
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QDBusConnection>

@@ -8,7 +8,8 @@
 #include "ui/look/elided_label.h"
 #include "ui/look/file_drag.h"
 #include "ui/look/icons.h"
-#include "ui/look/time_label.h"
+#include "ui/look/tabular_font.h"
+#include "ui/player/time_label.h"
 
 namespace brindlehum {
 namespace {

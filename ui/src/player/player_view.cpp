@@ -7,9 +7,9 @@
 #include <QStyle>
 #include <QVBoxLayout>
 
-#include "ui/look/drag_handle.h"
 #include "ui/look/elided_label.h"
 #include "ui/look/symbol_label.h"
+#include "ui/player/drag_handle.h"
 #include "ui/player/player_header.h"
 #include "ui/player/soundfield_row.h"
 #include "ui/player/source_bar.h"

@@ -5,7 +5,7 @@
 #include <QLabel>
 #include <QPushButton>
 
-#include "ui/look/time_label.h"
+#include "ui/look/tabular_font.h"
 #include "ui/look/value_slider.h"
 
 namespace brindlehum {

@@ -4,10 +4,11 @@
 #include <QMenu>
 #include <algorithm>
 
-#include "ui/look/drag_handle.h"
 #include "ui/look/elided_label.h"
 #include "ui/look/icons.h"
 #include "ui/look/menu_button.h"
+#include "ui/look/profile_icon.h"
+#include "ui/player/drag_handle.h"
 
 namespace brindlehum {
 
@@ -25,10 +26,6 @@ QString listenName(ListenMode mode) {
             return "M/S decode";
     }
     return {};
-}
-
-QString profileIcon(const OutputProfile& profile) {
-    return profile.kind == OutputProfile::Kind::headphones ? "headphones" : "speakers";
 }
 
 SourceBar::SourceBar(PlayerModel& player, QWidget* parent) : QWidget(parent), player_(player) {

@@ -6,7 +6,7 @@
 
 #include "ui/look/icons.h"
 #include "ui/look/symbol_label.h"
-#include "ui/look/time_label.h"
+#include "ui/look/tabular_font.h"
 #include "ui/look/value_slider.h"
 
 namespace brindlehum {

@@ -8,7 +8,7 @@
 #include <QToolButton>
 
 #include "ui/look/icons.h"
-#include "ui/player/source_bar.h"
+#include "ui/look/profile_icon.h"
 #include "ui/settings/profile_editor.h"
 #include "ui/settings/profile_edits.h"
 

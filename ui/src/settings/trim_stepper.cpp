@@ -2,7 +2,7 @@
 
 #include <QWheelEvent>
 
-#include "ui/look/time_label.h"
+#include "ui/look/tabular_font.h"
 #include "ui/settings/profile_edits.h"
 
 namespace brindlehum {

@@ -1,9 +1,11 @@
+#include "ui/sidebar/sidebar_tree.h"
+
 #include <QKeyEvent>
 #include <QMouseEvent>
 
 #include "ui/look/typed_text.h"
 #include "ui/sidebar/sidebar_cell.h"
-#include "ui/sidebar/sidebar_view.h"
+#include "ui/sidebar/sidebar_model.h"
 
 namespace brindlehum {
 

@@ -7,6 +7,7 @@
 
 #include "ui/look/elided_label.h"
 #include "ui/look/symbol_label.h"
+#include "ui/sidebar/sidebar_tree.h"
 
 namespace brindlehum {
 

@@ -3,11 +3,12 @@
 #include <QApplication>
 #include <QLocale>
 
+#include "app/app_model.h"
 #include "ui/inspector/inspector_view.h"
-#include "ui/look/folder_chooser.h"
 #include "ui/look/icons.h"
-#include "ui/look/theme.h"
+#include "ui/look/theme_controller.h"
 #include "ui/settings/settings_window.h"
+#include "ui/window/folder_chooser.h"
 #include "ui/window/main_window.h"
 #include "ui/window/status_menu.h"
 

@@ -4,6 +4,7 @@
 #include <QMenuBar>
 #include <QMessageBox>
 
+#include "app/app_model.h"
 #include "ui/browser/browser_table.h"
 #include "ui/browser/browser_view.h"
 #include "ui/look/icons.h"

@@ -2,26 +2,26 @@
 
 #include <QApplication>
 #include <QCloseEvent>
-#include <QDragEnterEvent>
 #include <QFileDialog>
-#include <QMimeData>
 #include <QScreen>
 #include <QSplitter>
 #include <QToolButton>
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "app/app_model.h"
 #include "library/catalog/catalog_location.h"
 #include "platform/headless_audio.h"
 #include "ui/browser/browser_bar.h"
 #include "ui/browser/browser_table.h"
 #include "ui/browser/browser_view.h"
+#include "ui/browser/chosen_sound.h"
 #include "ui/inspector/inspector_view.h"
 #include "ui/look/file_drag.h"
 #include "ui/player/player_view.h"
 #include "ui/sidebar/sidebar_view.h"
 #include "ui/window/banner_stack.h"
-#include "ui/window/drop_overlay.h"
+#include "ui/window/file_drops.h"
 #include "ui/window/main_menus.h"
 #include "ui/window/temp_edits_bar.h"
 #include "ui/window/ui_state.h"
@@ -37,11 +37,6 @@ constexpr QSize aroundFirst(80, 100);
 constexpr int sidebarMinWidth = 190;  // logical pixels, as is the next
 constexpr int sidebarWidth = 230;
 
-bool isFolder(const fs::path& path) {
-    std::error_code error;
-    return fs::is_directory(path, error);
-}
-
 QString audioFilter() {
     QStringList patterns;
     for (const auto extension : AudioFileInfo::audioExtensions) {
@@ -53,22 +48,12 @@ QString audioFilter() {
 
 }  // namespace
 
-std::optional<fs::path> droppable(const std::vector<fs::path>& paths) {
-    for (const auto& path : paths) {
-        if (isFolder(path) || AudioFileInfo::isAudioPath(path)) { return path; }
-    }
-    return std::nullopt;
-}
-
 MainWindow::MainWindow(AppModel& model) : model_(model) {
     setObjectName("main");
     setWindowTitle("Brindlehum");
-    setAcceptDrops(true);
     makeParts();
+    makeDrops();
     player_->addToMessage(new TempEditsBar(model.tempEdits(), model.player()));
-    overlay_ = new DropOverlay(this);
-    libraryOverlay_ = new DropOverlay(sidebar_);
-    libraryOverlay_->setAccessibleName("Library drop target");
     fillMenuBar(*this, model);
     saveSoon_.setSingleShot(true);
     saveSoon_.setInterval(saveDelayMs);
@@ -92,7 +77,7 @@ void MainWindow::makeParts() {
     sidebar_ = new SidebarView(model_.library());
     sidebar_->setMinimumWidth(sidebarMinWidth);
     inspectorSplit_ = makeSplitter(Qt::Horizontal);
-    inspectorSplit_->addWidget(browser_ = new BrowserView(model_));
+    inspectorSplit_->addWidget(browser_ = new BrowserView(model_.library(), model_.player()));
     inspectorSplit_->addWidget(inspector_ = new InspectorView(model_.library()));
     inspectorSplit_->setStretchFactor(0, 1);
     playerSplit_ = makeSplitter(Qt::Vertical);
@@ -113,6 +98,12 @@ void MainWindow::makeParts() {
     setCentralWidget(sideSplit_);
 }
 
+void MainWindow::makeDrops() {
+    auto* drops = new FileDrops(*this, *sidebar_);
+    drops->open = [this](const fs::path& path) { openPath(path); };
+    drops->addToLibrary = [this](const std::vector<fs::path>& folders) { model_.addLibraryFolders(folders); };
+}
+
 void MainWindow::connectParts() {
     const auto saveSoon = [this] { saveSoon_.start(); };
     connect(sideSplit_, &QSplitter::splitterMoved, this, saveSoon);
@@ -129,9 +120,11 @@ void MainWindow::connectParts() {
     connect(sidebar_, &SidebarView::addFolderAsked, &model_, &AppModel::addLibraryFolder);
     connect(sidebar_, &SidebarView::typed, &browser_->bar(), &BrowserBar::type);
     connect(browser_, &BrowserView::addFolderAsked, &model_, &AppModel::addLibraryFolder);
-    connect(browser_, &BrowserView::loadAsked, this, [this](const fs::path& file) { asked_ = file; });
-    connect(&model_.player(), &PlayerModel::changed, this, &MainWindow::followPlayer);
-    connect(&model_.library(), &LibraryModel::renamed, this, &MainWindow::followRenames);
+    browser_->actions().reveal = [this](const auto& files) { model_.desktop().reveal(files); };
+    browser_->actions().makeTempEdits = [this](const auto& files) { model_.makeTempEdits(files); };
+    connect(&model_.player(), &PlayerModel::changed, this, [this] {
+        if (player_->minimumHeight() != basePlayerHeight()) { fitPlayer(); }
+    });
 }
 
 bool MainWindow::showsInspector() const {
@@ -190,7 +183,7 @@ int MainWindow::basePlayerHeight() const {
     return source && source->asAmbisonic() ? ambisonicPlayerHeight : playerHeight;
 }
 
-// The row for a soundfield makes the player higher; what the user has added stays.
+// A soundfield's row makes the player higher; the height that the user has added stays.
 void MainWindow::fitPlayer() {
     const int base = basePlayerHeight();
     player_->setMinimumHeight(base);
@@ -217,37 +210,12 @@ void MainWindow::refreshBanners() {
 }
 
 void MainWindow::openPath(const fs::path& path) {
-    if (isFolder(path)) {
-        browser_->openFolder(path);
+    std::error_code error;
+    if (fs::is_directory(path, error)) {
+        browser_->chosen().openFolder(path);
     } else if (AudioFileInfo::isAudioPath(path)) {
-        asked_ = path;
-        browser_->reveal(path);
-        model_.player().load(path, model_.settings().value().autoPlay);
+        browser_->chosen().open(path);
     }
-}
-
-// A file that came in from elsewhere (the command line, the control port) is shown in its folder.
-void MainWindow::followPlayer() {
-    if (player_->minimumHeight() != basePlayerHeight()) { fitPlayer(); }
-    const auto& info = model_.player().info();
-    if (!info || info->url == followed_) { return; }
-    followed_ = info->url;
-    // Whoever chose it here may be searching for the next one by now.
-    if (followed_ != asked_) { browser_->reveal(followed_); }
-    asked_.clear();
-}
-
-// What was renamed is selected and loaded under its new name.
-void MainWindow::followRenames(const LibraryModel::Moves& moves) {
-    Paths now;
-    for (const auto& move : moves) { now.push_back(move.to); }
-    browser_->table().expect(now);
-    const auto& info = model_.player().info();
-    if (!info) { return; }
-    const auto loaded = std::ranges::find(moves, info->url, &LibraryModel::Move::from);
-    if (loaded == moves.end()) { return; }
-    asked_ = loaded->to;
-    model_.player().load(asked_, false);
 }
 
 void MainWindow::quit() {
@@ -287,57 +255,6 @@ void MainWindow::changeEvent(QEvent* event) {
         refreshBanners();
         sidebar_->refresh();  // volumes come and go
     }
-}
-
-bool MainWindow::wouldAddToLibrary(const QDropEvent& event) const {
-    const QPoint at = sidebar_->mapFrom(this, event.position().toPoint());
-    return !draggedFolders_.empty() && sidebar_->isVisible() && sidebar_->rect().contains(at);
-}
-
-void MainWindow::showDropTarget(const QDropEvent& event) {
-    if (wouldAddToLibrary(event)) {
-        overlay_->hide();
-        return libraryOverlay_->showFor("Drop to add to the library");
-    }
-    libraryOverlay_->hide();
-    const bool opens = std::ranges::find(draggedFolders_, dragged_) != draggedFolders_.end();
-    overlay_->showFor(opens ? "Drop to open the folder" : "Drop to load the file");
-}
-
-void MainWindow::hideDropTarget() {
-    overlay_->hide();
-    libraryOverlay_->hide();
-}
-
-void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
-    if (event->source()) { return; }  // our own files on their way out
-    // Looked at once, and not for each move of the pointer.
-    draggedFolders_ = FileDrag::localPaths(*event->mimeData());
-    const auto path = droppable(draggedFolders_);
-    if (!path) { return; }
-    dragged_ = *path;
-    std::erase_if(draggedFolders_, [](const fs::path& one) { return !isFolder(one); });
-    event->setDropAction(Qt::CopyAction);
-    event->accept();
-    showDropTarget(*event);
-}
-
-void MainWindow::dragMoveEvent(QDragMoveEvent* event) {
-    event->setDropAction(Qt::CopyAction);
-    event->accept();
-    showDropTarget(*event);
-}
-
-void MainWindow::dragLeaveEvent(QDragLeaveEvent* /*event*/) {
-    hideDropTarget();
-}
-
-void MainWindow::dropEvent(QDropEvent* event) {
-    hideDropTarget();
-    event->setDropAction(Qt::CopyAction);
-    event->accept();
-    if (wouldAddToLibrary(*event)) { return model_.addLibraryFolders(draggedFolders_); }
-    openPath(dragged_);
 }
 
 }  // namespace brindlehum

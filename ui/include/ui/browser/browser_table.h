@@ -6,6 +6,7 @@
 #include <set>
 #include <vector>
 
+#include "ui/browser/browser_place.h"
 #include "ui/browser/browser_table_model.h"
 
 namespace brindlehum {
@@ -16,19 +17,18 @@ public:
     explicit BrowserTable(QWidget* parent = nullptr);
 
     BrowserTableModel& rows() { return model_; }
-    // Shows other rows and keeps what is selected as far as it is among them, without announcing that as the user's
-    // choice. `fresh` means another place, whose top comes into sight.
-    void showEntries(std::vector<BrowserEntry> entries, bool fresh);
-    std::vector<BrowserEntry> selectedEntries() const;  // in the order of the rows
+    // Shows other rows and keeps what is selected as far as it is among them, along with `alsoSelect`; none of it is
+    // announced as the user's choice. Another place is shown from its top. Folders keep the sorting that the user gave
+    // them; every search begins ranked.
+    void showEntries(std::vector<BrowserEntry> entries, const BrowserPlace& place,
+                     const std::set<std::filesystem::path>& alsoSelect = {});
+    const BrowserPlace& place() const { return place_; }  // of the rows shown
+    std::vector<BrowserEntry> selectedEntries() const;    // in the order of the rows
     // Selects one row without announcing it; false when it isn't shown.
     bool mark(const std::filesystem::path& url);
     void selectFirst();  // as the user would
-    // Selects these, without announcing it, as soon as some of them are among the rows.
-    void expect(const std::vector<std::filesystem::path>& urls) { expected_ = {urls.begin(), urls.end()}; }
-    // What a click on this column's head does: up, down, then back to the order as given.
+    // As a click on this column's head: up, down, then back to the order as given.
     void sortBy(int column);
-    // Folders keep the sorting that the user gave them; every search begins ranked.
-    void setSearching(bool searching);
 
     // Widths and order of the columns; the sorting begins anew.
     QByteArray saveColumns() const;
@@ -38,7 +38,7 @@ public:
 Q_SIGNALS:
     // The user has changed what is selected.
     void chosen();
-    // The selection differs, for whatever reason.
+    // The selection has changed, by the user or otherwise.
     void selectionMoved();
     void activatedEntry(const brindlehum::BrowserEntry& entry);
     void togglePlay();
@@ -60,16 +60,16 @@ private:
     void fitColumns();
     void keepMinimum(int column, int width);
     void selectAgain(const std::set<std::filesystem::path>& wanted, const std::filesystem::path& current);
+    void changeSorting(bool searching);
     bool handleKey(const QKeyEvent& event);
 
     BrowserTableModel model_;
-    std::set<std::filesystem::path> expected_;
-    bool searching_ = false;
+    BrowserPlace place_;
     int folderColumn_ = BrowserTableModel::unsorted;  // the sorting of folders, while searching
     Qt::SortOrder folderOrder_ = Qt::AscendingOrder;
     bool fitted_ = true;    // no width has been set by the user
     bool fitting_ = false;  // widths are being set by us
-    bool quiet_ = false;    // a selection that isn't the user's
+    bool quiet_ = false;    // a selection is being set by us
 };
 
 // What follows the pointer in a drag: the file's name, or how many they are.

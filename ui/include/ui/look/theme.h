@@ -1,12 +1,9 @@
-// Theme: the colours of every surface, one dark and one light set, and the controller that follows the desktop's.
+// Theme: the colours of every surface, one dark and one light set.
 #pragma once
 
 #include <QColor>
-#include <QDBusVariant>
-#include <QObject>
 #include <QPalette>
 #include <QString>
-#include <optional>
 
 namespace brindlehum {
 
@@ -51,29 +48,5 @@ struct Theme {
 
 // Contrast ratio of two opaque colours, 1 to 21 (WCAG 2.1).
 double contrast(const QColor& a, const QColor& b);
-
-// Sets style, palette and style sheet of the application, and changes them with the desktop: the desktop portal's
-// preference where there is one, else the lightness of the window colour that the platform gives. Main thread.
-class ThemeController : public QObject {
-    Q_OBJECT
-public:
-    ThemeController();
-    void apply(bool dark);
-
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
-
-private Q_SLOTS:
-    void portalChanged(const QString& space, const QString& key, const QDBusVariant& value);
-
-private:
-    void askPortal();
-    void preferenceArrived(uint preference);
-    bool platformIsDark();
-    void follow();
-
-    std::optional<bool> preferred_;  // what the portal says
-    bool applying_ = false;
-};
 
 }  // namespace brindlehum

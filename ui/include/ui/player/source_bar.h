@@ -46,6 +46,5 @@ private:
 
 // The names of the listen menu.
 QString listenName(ListenMode mode);
-QString profileIcon(const OutputProfile& profile);
 
 }  // namespace brindlehum

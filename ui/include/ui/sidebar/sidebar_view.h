@@ -1,13 +1,13 @@
 // SidebarView: the library's roots, the facets of what is indexed, and other places, above the state of the index.
 #pragma once
 
-#include <QTreeView>
 #include <QWidget>
 
 #include "library/model/library_model.h"
 #include "ui/sidebar/sidebar_model.h"
 
 class QProgressBar;
+class QTreeView;
 
 namespace brindlehum {
 
@@ -48,25 +48,6 @@ private:
     ElidedLabel* state_;
     QProgressBar* progress_;
     ElidedLabel* detail_;
-};
-
-// The tree itself: one click or Return chooses, section lines fold.
-class SidebarTree : public QTreeView {
-    Q_OBJECT
-public:
-    explicit SidebarTree(SidebarModel& model, QWidget* parent = nullptr);
-
-Q_SIGNALS:
-    void chosen(const QModelIndex& index);
-    void typed(const QString& text);
-
-protected:
-    void keyPressEvent(QKeyEvent* event) override;
-    void mouseReleaseEvent(QMouseEvent* event) override;
-    void mouseDoubleClickEvent(QMouseEvent* event) override;
-
-private:
-    void choose(const QModelIndex& index);
 };
 
 }  // namespace brindlehum

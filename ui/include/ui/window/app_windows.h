@@ -4,10 +4,9 @@
 #include <memory>
 #include <string>
 
-#include "app/app_model.h"
-
 namespace brindlehum {
 
+class AppModel;
 class MainWindow;
 class SettingsWindow;
 class StatusMenu;

@@ -1,10 +1,9 @@
 // The menu bar of the main window: each entry calls one operation or binds one setting.
 #pragma once
 
-#include "app/app_model.h"
-
 namespace brindlehum {
 
+class AppModel;
 class MainWindow;
 
 // The shortcuts hold while the window has the keyboard.

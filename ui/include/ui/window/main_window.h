@@ -4,17 +4,14 @@
 #include <QMainWindow>
 #include <QTimer>
 #include <filesystem>
-#include <optional>
-
-#include "app/app_model.h"
 
 class QSplitter;
 
 namespace brindlehum {
 
+class AppModel;
 class BannerStack;
 class BrowserView;
-class DropOverlay;
 class InspectorView;
 class PlayerView;
 class SidebarView;
@@ -29,9 +26,9 @@ public:
     explicit MainWindow(AppModel& model);
     ~MainWindow() override;
 
-    // Goes to a folder, or loads a file and marks it in its folder. Anything else does nothing.
+    // Opens a folder, or loads an audio file and marks it in its folder. Ignores anything else.
     void openPath(const std::filesystem::path& path);
-    // Ends the application, unless the user wants to see to unsaved edits first.
+    // Ends the application, unless there are unsaved edits that the user wants to keep.
     void quit();
     void chooseFile();
     void chooseFolder();
@@ -52,23 +49,13 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
     void moveEvent(QMoveEvent* event) override;
     void changeEvent(QEvent* event) override;
-    void dragEnterEvent(QDragEnterEvent* event) override;
-    void dragMoveEvent(QDragMoveEvent* event) override;
-    void dragLeaveEvent(QDragLeaveEvent* event) override;
-    void dropEvent(QDropEvent* event) override;
 
 private:
     void makeParts();
+    void makeDrops();
     void connectParts();
-    void followPlayer();
-    void followRenames(const LibraryModel::Moves& moves);
     void refreshBanners();
     void fitPlayer();
-    using Paths = std::vector<std::filesystem::path>;
-    // Whether a drop here would add the folders among what is dragged to the library: over the sidebar.
-    bool wouldAddToLibrary(const QDropEvent& event) const;
-    void showDropTarget(const QDropEvent& event);
-    void hideDropTarget();
     int basePlayerHeight() const;
     void restore();
     void save();
@@ -82,18 +69,8 @@ private:
     BrowserView* browser_;
     InspectorView* inspector_;
     PlayerView* player_;
-    DropOverlay* overlay_;
-    DropOverlay* libraryOverlay_;  // of the sidebar
-    // Of the drag that is over the window.
-    std::filesystem::path dragged_;  // what is opened
-    Paths draggedFolders_;
-    std::filesystem::path followed_;  // the file that the player was last seen with
-    std::filesystem::path asked_;     // the file that was asked for here, which the list needn't be brought to
-    int playerExtra_ = 0;
+    int playerExtra_ = 0;  // logical pixels that the user has made the player higher
     QTimer saveSoon_;
 };
-
-// What a drop of these paths would open: the first folder or audio file.
-std::optional<std::filesystem::path> droppable(const std::vector<std::filesystem::path>& paths);
 
 }  // namespace brindlehum

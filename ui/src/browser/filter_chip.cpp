@@ -1,4 +1,4 @@
-#include "ui/look/filter_chip.h"
+#include "ui/browser/filter_chip.h"
 
 #include <QHBoxLayout>
 #include <QToolButton>

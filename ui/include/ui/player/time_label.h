@@ -14,7 +14,4 @@ public:
     void setTime(double frame, int64_t frames, double sampleRate);
 };
 
-// The font for numbers that change in place.
-QFont tabularFont(double pointSize);
-
 }  // namespace brindlehum

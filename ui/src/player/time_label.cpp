@@ -1,17 +1,11 @@
-#include "ui/look/time_label.h"
+#include "ui/player/time_label.h"
 
-#include <QFontDatabase>
 #include <algorithm>
 
 #include "mix/player/player_model.h"
+#include "ui/look/tabular_font.h"
 
 namespace brindlehum {
-
-QFont tabularFont(double pointSize) {
-    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    font.setPointSizeF(pointSize);
-    return font;
-}
 
 TimeLabel::TimeLabel(QWidget* parent) : QLabel(parent) {
     setFont(tabularFont(13));

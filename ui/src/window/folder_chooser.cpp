@@ -1,4 +1,4 @@
-#include "ui/look/folder_chooser.h"
+#include "ui/window/folder_chooser.h"
 
 #include <QAbstractItemView>
 #include <QFileDialog>

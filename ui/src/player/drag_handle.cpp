@@ -1,4 +1,4 @@
-#include "ui/look/drag_handle.h"
+#include "ui/player/drag_handle.h"
 
 #include <QApplication>
 #include <QClipboard>

@@ -1,0 +1,71 @@
+// ChosenState: the sound that this window asked for, the one that is loaded and the rows to mark, as pure steps.
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <set>
+#include <span>
+#include <utility>
+#include <variant>
+#include <vector>
+
+#include "library/model/browser_entry.h"
+
+namespace brindlehum {
+
+// An empty path stands for none, here and below.
+struct ChosenState {
+    using Path = std::filesystem::path;
+
+    Path requested = {};          // this window asked the player for it
+    Path loaded = {};             // the player has it
+    Path revealed = {};           // to be marked as soon as its folder is listed
+    std::set<Path> renamed = {};  // new names, to be selected as soon as rows with them arrive
+    bool operator==(const ChosenState&) const = default;
+
+    // What the browser shows.
+    struct View {
+        std::optional<Path> folder;
+        bool searching = false;
+        bool listing = false;  // the folder's rows are on their way
+        std::function<bool(const Path&)> hasRow;
+    };
+
+    // The user chose a file in this window, or opened one with it.
+    struct Requested {
+        Path file;
+    };
+    struct Loaded {
+        Path file;
+    };
+    struct Reveal {
+        Path file;
+    };
+    struct Renamed {
+        std::vector<std::pair<Path, Path>> moves;  // from, to
+    };
+    // Rows are about to be shown.
+    struct RowsArrive {
+        std::span<const BrowserEntry> rows;
+    };
+    using Event = std::variant<Requested, Loaded, Reveal, Renamed, RowsArrive>;
+
+    // What to carry out, in this order.
+    struct Action {
+        Path load = {};              // without playing it
+        Path openFolder = {};        // and end the search
+        std::set<Path> select = {};  // along with what is selected
+        Path mark = {};              // select this row alone and scroll to it
+        bool operator==(const Action&) const = default;
+    };
+    struct Step;
+    Step step(const Event& event, const View& view) const;
+};
+
+struct ChosenState::Step {
+    ChosenState next;
+    Action action;
+};
+
+}  // namespace brindlehum

@@ -1,0 +1,52 @@
+// FileDrops: what a window does with files and folders that are dropped on it.
+#pragma once
+
+#include <QObject>
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <vector>
+
+class QDropEvent;
+class QWidget;
+
+namespace brindlehum {
+
+class DropOverlay;
+
+// A drop on the sidebar adds its folders to the library; anywhere else on the window it opens the first folder or
+// audio file. While something is dragged over the window, an overlay says which of the two a drop would do.
+class FileDrops : public QObject {
+    Q_OBJECT
+public:
+    using Path = std::filesystem::path;
+    // Lives as long as `window`.
+    FileDrops(QWidget& window, QWidget& sidebar);
+
+    std::function<void(const Path& path)> open;
+    std::function<void(const std::vector<Path>& folders)> addToLibrary;
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void enter(QDropEvent& event);
+    void move(QDropEvent& event);
+    void drop(QDropEvent& event);
+    bool isForLibrary(const QDropEvent& event) const;
+    void showTarget(const QDropEvent& event);
+    void hideTarget();
+
+    QWidget& window_;
+    QWidget& sidebar_;
+    DropOverlay* overlay_;
+    DropOverlay* libraryOverlay_;
+    // Of the drag that is over the window.
+    Path opened_;
+    std::vector<Path> folders_;
+};
+
+// The first folder or audio file among these, which a drop would open.
+std::optional<std::filesystem::path> droppable(const std::vector<std::filesystem::path>& paths);
+
+}  // namespace brindlehum

@@ -1,0 +1,70 @@
+#include "ui/browser/chosen_sound.h"
+
+#include "library/model/library_model.h"
+#include "mix/player/player_model.h"
+#include "ui/browser/browser_place.h"
+#include "ui/browser/browser_table.h"
+
+namespace brindlehum {
+
+namespace fs = std::filesystem;
+
+ChosenSound::ChosenSound(LibraryModel& library, PlayerModel& player, BrowserTable& table, QObject* parent)
+    : QObject(parent), library_(library), player_(player), table_(table) {
+    connect(&player, &PlayerModel::changed, this, [this] {
+        if (const auto& info = player_.info()) { carryOut(advance(ChosenState::Loaded{info->url})); }
+    });
+    connect(&library, &LibraryModel::renamed, this, [this](const LibraryModel::Moves& moves) {
+        ChosenState::Renamed event;
+        for (const auto& move : moves) { event.moves.emplace_back(move.from, move.to); }
+        carryOut(advance(event));
+    });
+}
+
+ChosenState::Action ChosenSound::advance(const ChosenState::Event& event) {
+    const ChosenState::View view{library_.folder(), library_.isSearching(), library_.isListing(),
+                                 [this](const fs::path& file) { return table_.rows().rowOf(file) >= 0; }};
+    auto [next, action] = state_.step(event, view);
+    state_ = std::move(next);
+    return action;
+}
+
+void ChosenSound::carryOut(const ChosenState::Action& action) {
+    if (!action.load.empty()) { player_.load(action.load, false); }
+    if (!action.openFolder.empty()) { openFolder(action.openFolder); }
+    if (!action.mark.empty()) { table_.mark(action.mark); }
+}
+
+void ChosenSound::audition(const fs::path& file) {
+    advance(ChosenState::Requested{file});
+    player_.load(file, library_.settings().value().autoPlay);
+}
+
+void ChosenSound::play(const fs::path& file) {
+    advance(ChosenState::Requested{file});
+    player_.load(file, false);
+    player_.play(std::nullopt);
+}
+
+void ChosenSound::open(const fs::path& file) {
+    reveal(file);
+    audition(file);
+}
+
+void ChosenSound::reveal(const fs::path& file) {
+    carryOut(advance(ChosenState::Reveal{file}));
+}
+
+// Opens before it ends the search, or the rows of the old folder would arrive in between and end a reveal.
+void ChosenSound::openFolder(const fs::path& folder) {
+    library_.open(folder);
+    library_.clearFilters();
+}
+
+void ChosenSound::showRows(std::vector<BrowserEntry> rows, const BrowserPlace& place) {
+    const auto action = advance(ChosenState::RowsArrive{rows});
+    table_.showEntries(std::move(rows), place, action.select);
+    if (!action.mark.empty()) { table_.mark(action.mark); }
+}
+
+}  // namespace brindlehum

@@ -1,0 +1,61 @@
+#include "ui/browser/chosen_state.h"
+
+#include <algorithm>
+
+namespace brindlehum {
+namespace {
+
+using State = ChosenState;
+using View = ChosenState::View;
+using Step = ChosenState::Step;
+
+Step after(State state, const State::Reveal& event, const View& view) {
+    state.revealed.clear();
+    if (view.hasRow(event.file)) { return {state, {.mark = event.file}}; }
+    State::Action action;
+    if (view.searching || view.folder != event.file.parent_path()) { action.openFolder = event.file.parent_path(); }
+    // Where the folder is listed already there is no such file to wait for.
+    if (view.listing || !action.openFolder.empty()) { state.revealed = event.file; }
+    return {state, action};
+}
+
+Step after(State state, const State::Requested& event, const View& /*view*/) {
+    state.requested = event.file;
+    return {state, {}};
+}
+
+Step after(State state, const State::Loaded& event, const View& view) {
+    if (event.file == state.loaded) { return {state, {}}; }
+    state.loaded = event.file;
+    // If this window requested the file, don't reveal it: the user may be browsing elsewhere.
+    const State::Path requested = std::exchange(state.requested, {});
+    return event.file == requested ? Step{state, {}} : after(state, State::Reveal{event.file}, view);
+}
+
+// Renamed files stay selected and loaded.
+Step after(State state, const State::Renamed& event, const View& /*view*/) {
+    State::Action action;
+    state.renamed.clear();
+    for (const auto& [from, to] : event.moves) {
+        state.renamed.insert(to);
+        if (from == state.loaded && !from.empty()) { state.requested = action.load = to; }
+    }
+    return {state, action};
+}
+
+Step after(State state, const State::RowsArrive& event, const View& view) {
+    State::Action action;
+    if (std::ranges::any_of(event.rows, [&](const auto& row) { return state.renamed.contains(row.url); })) {
+        action.select = std::exchange(state.renamed, {});
+    }
+    if (!view.searching && !view.listing) { action.mark = std::exchange(state.revealed, {}); }
+    return {state, action};
+}
+
+}  // namespace
+
+Step ChosenState::step(const Event& event, const View& view) const {
+    return std::visit([&](const auto& one) { return after(*this, one, view); }, event);
+}
+
+}  // namespace brindlehum

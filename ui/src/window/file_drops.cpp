@@ -1,0 +1,110 @@
+#include "ui/window/file_drops.h"
+
+#include <QDropEvent>
+#include <QMimeData>
+#include <QWidget>
+#include <algorithm>
+
+#include "audio/probe/audio_file_info.h"
+#include "ui/look/file_drag.h"
+#include "ui/window/drop_overlay.h"
+
+namespace brindlehum {
+namespace {
+
+namespace fs = std::filesystem;
+
+bool isFolder(const fs::path& path) {
+    std::error_code error;
+    return fs::is_directory(path, error);
+}
+
+}  // namespace
+
+std::optional<fs::path> droppable(const std::vector<fs::path>& paths) {
+    for (const auto& path : paths) {
+        if (isFolder(path) || AudioFileInfo::isAudioPath(path)) { return path; }
+    }
+    return std::nullopt;
+}
+
+FileDrops::FileDrops(QWidget& window, QWidget& sidebar)
+    : QObject(&window),
+      window_(window),
+      sidebar_(sidebar),
+      overlay_(new DropOverlay(&window)),
+      libraryOverlay_(new DropOverlay(&sidebar)) {
+    libraryOverlay_->setAccessibleName("Library drop target");
+    window.setAcceptDrops(true);
+    window.installEventFilter(this);
+}
+
+bool FileDrops::eventFilter(QObject* watched, QEvent* event) {
+    switch (event->type()) {
+        case QEvent::DragEnter:
+            enter(*static_cast<QDropEvent*>(event));
+            return true;
+        case QEvent::DragMove:
+            move(*static_cast<QDropEvent*>(event));
+            return true;
+        case QEvent::DragLeave:
+            hideTarget();
+            return true;
+        case QEvent::Drop:
+            drop(*static_cast<QDropEvent*>(event));
+            return true;
+        default:
+            return QObject::eventFilter(watched, event);
+    }
+}
+
+// Looks at the disk once for a drag, not for each move of the pointer.
+void FileDrops::enter(QDropEvent& event) {
+    event.ignore();
+    if (event.source()) { return; }  // our own files on their way out
+    folders_ = FileDrag::localPaths(*event.mimeData());
+    const auto path = droppable(folders_);
+    if (!path) { return; }
+    opened_ = *path;
+    std::erase_if(folders_, [](const fs::path& one) { return !isFolder(one); });
+    move(event);
+}
+
+void FileDrops::move(QDropEvent& event) {
+    event.setDropAction(Qt::CopyAction);
+    event.accept();
+    showTarget(event);
+}
+
+void FileDrops::drop(QDropEvent& event) {
+    hideTarget();
+    event.setDropAction(Qt::CopyAction);
+    event.accept();
+    if (isForLibrary(event)) {
+        addToLibrary(folders_);
+    } else {
+        open(opened_);
+    }
+}
+
+bool FileDrops::isForLibrary(const QDropEvent& event) const {
+    const QPoint at = sidebar_.mapFrom(&window_, event.position().toPoint());
+    return !folders_.empty() && sidebar_.isVisible() && sidebar_.rect().contains(at);
+}
+
+void FileDrops::showTarget(const QDropEvent& event) {
+    if (isForLibrary(event)) {
+        overlay_->hide();
+        return libraryOverlay_->showFor("Drop to add to the library");
+    }
+    libraryOverlay_->hide();
+    const bool opensFolder = std::ranges::find(folders_, opened_) != folders_.end();
+    overlay_->showFor(opensFolder ? "Drop to open the folder" : "Drop to load the file");
+}
+
+void FileDrops::hideTarget() {
+    overlay_->hide();
+    libraryOverlay_->hide();
+}
+
+}  // namespace brindlehum
