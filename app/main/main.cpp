@@ -69,7 +69,7 @@ void describeControlPort(const ControlServer& control) {
     constexpr double settingsPatience = 3;
     defaults.flush(settingsPatience);
     model.tempEdits().finish(editsPatience);
-    model.library().finishEdits(savingPatience);
+    model.library().edits().finish(savingPatience);
     link.release();
     std::fflush(nullptr);
     std::_Exit(code);

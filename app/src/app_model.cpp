@@ -69,9 +69,9 @@ void AppModel::addLibraryFolder() {
 
 void AppModel::addLibraryFolders(const std::vector<std::filesystem::path>& folders) {
     if (folders.empty()) { return; }
-    for (const auto& folder : folders) { library_.addRoot(folder); }
-    library_.clearFilters();
-    library_.open(folders.front());
+    for (const auto& folder : folders) { library_.roots().add(folder); }
+    library_.search().clearFilters();
+    library_.listing().open(folders.front());
 }
 
 nlohmann::json AppModel::handle(const std::string& command, const ControlParams& params) {

@@ -1,7 +1,7 @@
+// TempEditBatch: turns the steps of a batch into a progress and messages, and shows the folders at its end.
 #include "app/temp_edit_batch.h"
 
-#include <QPointer>
-#include <utility>
+#include <numeric>
 
 #include "audio/probe/audio_file_info.h"
 
@@ -18,57 +18,34 @@ std::string countOf(size_t count) {
 
 }  // namespace
 
-// What a batch carries to its thread and back.
-struct TempEditBatch::Work {
-    QPointer<TempEditBatch> owner;
-    MainLoop& loop;
-    std::vector<TempEdits::Job> jobs;
-    std::stop_token stop;
-    std::vector<double> parts;  // of each file; on the batch's thread
-
-    void tell(std::optional<std::string> message) const {
-        double sum = 0;
-        for (const double part : parts) { sum += part; }
-        loop.post([owner = owner, message = std::move(message), part = sum / double(parts.size())] {
-            if (!owner) { return; }
-            owner->progress_ = part;
-            if (message) { owner->player_.notify(*message); }
-            Q_EMIT owner->changed();
-        });
-    }
-};
-
 TempEditBatch::TempEditBatch(PlayerModel& player, const SettingsStore& settings, Desktop& desktop, MainLoop& loop)
-    : player_(player), settings_(settings), desktop_(desktop), loop_(loop) {}
-
-TempEditBatch::~TempEditBatch() {
-    stop_.request_stop();
-}
+    : player_(player), settings_(settings), desktop_(desktop), background_(loop, "Brindlehum.tempedits") {}
 
 void TempEditBatch::start(const std::vector<std::filesystem::path>& files) {
     const AppSettings& settings = settings_.value();
-    auto work = std::make_shared<Work>(Work{this, loop_, {}, stop_.get_token(), {}});
+    Jobs jobs;
     for (const auto& file : files) {
         if (!AudioFileInfo::isAudioPath(file)) { continue; }
-        work->jobs.push_back(
+        jobs.push_back(
             {file, TempEditExporter::editsFolder(file, settings.tempEditsBesideSource, settings.pullsFolder)});
     }
-    if (work->jobs.empty()) { return; }
-    work->parts.resize(work->jobs.size());
-    ++batches_;
+    if (jobs.empty()) { return; }
     if (!progress_) { progress_ = 0; }
     folders_.clear();
     skipped_.clear();
     closing_.clear();
-    player_.notify("Temp edits: analyzing " + countOf(work->jobs.size()) + "…");
+    player_.notify("Temp edits: analyzing " + countOf(jobs.size()) + "…");
     Q_EMIT changed();
-    queue_.async([work] { run(work); });
+    background_.run([this, jobs](const Background::Task& task) { return work(jobs, task); },
+                    [this, jobs](const Result& result) { conclude(jobs, result); });
 }
 
-void TempEditBatch::run(const std::shared_ptr<Work>& work) {
+// On the queue.
+TempEditBatch::Result TempEditBatch::work(const Jobs& jobs, const Background::Task& task) {
+    std::vector<double> parts(jobs.size());  // done of each file
     const auto progress = [&](const TempEdits::Step& step) {
         using Kind = TempEdits::Step::Kind;
-        double& part = work->parts[step.index];
+        double& part = parts[step.index];
         std::optional<std::string> message;
         if (step.kind == Kind::started) {
             message = "Temp edits " + std::to_string(step.index + 1) + "/" + std::to_string(step.count) + ": " +
@@ -78,42 +55,48 @@ void TempEditBatch::run(const std::shared_ptr<Work>& work) {
         } else {
             part = 1;
         }
-        work->tell(std::move(message));
+        const double all = std::accumulate(parts.begin(), parts.end(), 0.0) / double(parts.size());
+        task.tell([this, all, message] { show(all, message); });
     };
-    auto outcomes = TempEdits::makeAll(work->jobs, {}, progress, work->stop);
-    work->loop.post([work, outcomes = std::move(outcomes)] {
-        if (work->owner) { work->owner->conclude(*work, outcomes); }
-    });
+    Result result;
+    result.outcomes = TempEdits::makeAll(jobs, {}, progress, task.token());
+    result.wasCancelled = task.isStopped();
+    return result;
 }
 
-void TempEditBatch::conclude(const Work& work, const std::vector<TempEdits::Outcome>& outcomes) {
-    const bool last = --batches_ == 0;
+void TempEditBatch::show(double progress, const std::optional<std::string>& message) {
+    progress_ = progress;
+    if (message) { player_.notify(*message); }
+    Q_EMIT changed();
+}
+
+void TempEditBatch::conclude(const Jobs& jobs, const Result& result) {
     std::vector<std::filesystem::path> folders;
-    for (size_t i = 0; i < outcomes.size(); ++i) {
-        if (outcomes[i].status == TempEdits::Status::done) {
-            folders.push_back(work.jobs[i].folder);
+    for (size_t i = 0; i < jobs.size(); ++i) {
+        const TempEdits::Outcome& outcome = result.outcomes[i];
+        if (outcome.status == TempEdits::Status::done) {
+            folders.push_back(jobs[i].folder);
         } else {
-            skipped_.push_back({work.jobs[i].url, outcomes[i].reason});
+            skipped_.push_back({jobs[i].url, outcome.reason});
         }
     }
     folders_.insert(folders_.end(), folders.begin(), folders.end());
-    if (last) { progress_.reset(); }
-    closing_ = TempEdits::closingText(outcomes);
+    if (background_.pending() == 0) { progress_.reset(); }
+    closing_ = TempEdits::closingText(result.outcomes);
     player_.notify(closing_);
     Q_EMIT changed();
-    if (!work.stop.stop_requested()) { desktop_.reveal(folders); }
+    if (!result.wasCancelled) { desktop_.reveal(folders); }
 }
 
 void TempEditBatch::cancel() {
-    if (batches_ == 0) { return; }
-    stop_.request_stop();
-    stop_ = std::stop_source();
+    if (background_.pending() == 0) { return; }
+    background_.stop();
     player_.notify("Temp edits: cancelling…");
 }
 
 void TempEditBatch::finish(double patience) {
     cancel();
-    queue_.drainFor(patience);
+    background_.drainFor(patience);
 }
 
 void TempEditBatch::showFolders() {

@@ -145,7 +145,7 @@ TEST_F(App, FoldersForTheLibraryAreAddedAndTheFirstIsShown) {
     }
     app_.addLibraryFolder();
     EXPECT_THAT(settings().libraryRoots, ElementsAre((folder_ / "one").string(), (folder_ / "two").string()));
-    EXPECT_EQ(app_.library().folder(), folder_ / "one");
+    EXPECT_EQ(app_.library().listing().folder(), folder_ / "one");
     EXPECT_TRUE(loop_.runUntil([&] { return !app_.library().isBusy(); }));
 }
 

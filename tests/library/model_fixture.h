@@ -1,18 +1,17 @@
-// A LibraryModel over a folder of small sounds, its settings in memory and its user's home in a temporary folder.
+// What the parts of the library stand on in a test: a folder of small sounds with its catalog, settings in memory, a
+// main loop whose clock the test owns, and a home folder of its own.
 #pragma once
 
 #include <gmock/gmock.h>
 
-#include <algorithm>
 #include <cstdlib>
-#include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
-#include "library/meta/meta_io.h"
-#include "library/model/library_model.h"
-#include "library/team/change_log.h"
+#include "library/model/browser_entry.h"
+#include "library/model/real_paths.h"
+#include "platform/background.h"
+#include "settings/settings_store.h"
 #include "sound_folder.h"
 #include "support/platform/manual_main_loop.h"
 
@@ -26,37 +25,29 @@ inline std::vector<std::string> names(const std::vector<BrowserEntry>& entries) 
     return names;
 }
 
-class Model : public SoundFolder {
+class LibraryPart : public SoundFolder {
 protected:
     void SetUp() override {
         SoundFolder::SetUp();
         ::setenv("HOME", (home / "home").c_str(), 1);
         ::setenv("XDG_CONFIG_HOME", (home / "home" / ".config").c_str(), 1);
     }
-    SettingsStore& settingsWith(const std::vector<std::string>& roots) {
+    void setRoots(const std::vector<std::string>& roots) {
         store.change([&](AppSettings& settings) { settings.libraryRoots = roots; });
-        return store;
     }
-    // Scanned and listed.
-    void make(const std::vector<std::string>& roots) {
-        model = std::make_unique<LibraryModel>(settingsWith(roots), loop, catalogPath);
-        settle();
-    }
+    const std::vector<std::string>& roots() { return store.value().libraryRoots; }
     // Lets everything that was begun come back.
-    void settle() {
-        ASSERT_TRUE(loop.runUntil([this] { return !model->isBusy(); }, 100));
+    template <class Busy>
+    void settleWhile(Busy isBusy) {
+        ASSERT_TRUE(loop.runUntil([&] { return !isBusy(); }, 100));
     }
-    void search() {
-        loop.advance(LibraryModel::debounceSeconds);
-        settle();
-    }
-    Catalog::Row catalogRow(const fs::path& file) { return model->catalog()->row(file.string()).value(); }
+    Catalog::Row catalogRow(const fs::path& file) { return catalog.row(file.string()).value(); }
 
-    fs::path catalogPath = home / "data" / "Catalog.sqlite";
     MemoryDefaults defaults;
     SettingsStore store{defaults};
     ManualMainLoop loop;
-    std::unique_ptr<LibraryModel> model;
+    RealPaths realPaths;
+    Background editQueue{loop, "Brindlehum.edits"};
 };
 
 }  // namespace brindlehum::test

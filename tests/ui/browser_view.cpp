@@ -49,16 +49,16 @@ struct Browser : test::WindowTest {
         return path;
     }
     bool index() {
-        library.addRoot(root);
+        library.roots().add(root);
         window.openPath(root);
         return idle();
     }
     bool idle() {
-        return settle([&] { return !library.isBusy() && library.indexing().empty() && !inspector.isLoading(); });
+        return settle([&] { return !library.isBusy() && library.roots().indexing().empty() && !inspector.isLoading(); });
     }
     bool found(const QStringList& expected) {
-        loop.advance(LibraryModel::debounceSeconds);
-        return settle([&] { return !library.isSearchRunning() && names() == expected; });
+        loop.advance(LibrarySearch::debounceSeconds);
+        return settle([&] { return !library.search().isRunning() && names() == expected; });
     }
     QStringList names() {
         QStringList all;
@@ -98,7 +98,7 @@ TEST_F(Browser, KeysAuditionTheListWithNumbersByValue) {
     table.setFocus();
     EXPECT_FALSE(player.info()) << "focus alone chooses nothing";
     QTest::keyClick(&table, Qt::Key_Return);
-    EXPECT_EQ(library.folder(), root) << "nothing is selected";
+    EXPECT_EQ(library.listing().folder(), root) << "nothing is selected";
     table.selectFirst();
     QTest::keyClick(&table, Qt::Key_Down);
     EXPECT_TRUE(plays(first));
@@ -116,11 +116,11 @@ TEST_F(Browser, KeysAuditionTheListWithNumbersByValue) {
     EXPECT_TRUE(plays(first)) << "Return plays without auto-play, too";
     table.selectFirst();
     QTest::keyClick(&table, Qt::Key_Return);
-    EXPECT_EQ(library.folder(), root / "inner");
+    EXPECT_EQ(library.listing().folder(), root / "inner");
     ASSERT_TRUE(idle());
     EXPECT_TRUE(says("No sounds in this folder"));
     named<QToolButton>(window, "Enclosing folder")->click();
-    EXPECT_EQ(library.folder(), root);
+    EXPECT_EQ(library.listing().folder(), root);
 }
 
 TEST_F(Browser, LettersSearchHeadsSortAndEscapeReturnsToTheFolder) {
@@ -132,7 +132,7 @@ TEST_F(Browser, LettersSearchHeadsSortAndEscapeReturnsToTheFolder) {
     QTest::keyClicks(&table, "thu");
     EXPECT_EQ(field.text(), "thu");
     EXPECT_TRUE(says("Searching…"));
-    loop.advance(LibraryModel::debounceSeconds);
+    loop.advance(LibrarySearch::debounceSeconds);
     ASSERT_TRUE(settle([&] { return says("2 results"); }));
     const QStringList ranked = names();
     QTest::keyClick(&field, Qt::Key_Down);
@@ -144,15 +144,15 @@ TEST_F(Browser, LettersSearchHeadsSortAndEscapeReturnsToTheFolder) {
     }
     table.sortBy(BrowserTableModel::Name);
     QTest::keyClick(&field, Qt::Key_Escape);
-    EXPECT_FALSE(library.isSearching());
+    EXPECT_FALSE(library.search().isSearching());
     EXPECT_TRUE(table.hasFocus());
     ASSERT_TRUE(settle([&] { return names().size() == 4; }));
     EXPECT_EQ(table.header()->sortIndicatorSection(), BrowserTableModel::unsorted) << "a search's sorting ends with it";
-    library.setQuery("nothing like this");
-    loop.advance(LibraryModel::debounceSeconds);
+    library.search().setQuery("nothing like this");
+    loop.advance(LibrarySearch::debounceSeconds);
     ASSERT_TRUE(settle([&] { return says("No results for “nothing like this”"); }));
     named<QPushButton>(window, "Clear Search")->click();
-    EXPECT_FALSE(library.isSearching());
+    EXPECT_FALSE(library.search().isSearching());
     EXPECT_EQ(field.text(), "");
 }
 
@@ -161,9 +161,9 @@ TEST_F(Browser, ALateLoadDoesNotBringTheListBack) {
     ASSERT_TRUE(index());
     table.selectFirst();
     QTest::keyClick(&table, Qt::Key_Down);
-    library.open(root.parent_path());
+    library.listing().open(root.parent_path());
     ASSERT_TRUE(settle([&] { return player.info() && player.info()->url == path; }));
-    EXPECT_EQ(library.folder(), root.parent_path());
+    EXPECT_EQ(library.listing().folder(), root.parent_path());
 }
 
 TEST_F(Browser, FacetsToggleAndTheirChipsClearThem) {
@@ -172,23 +172,23 @@ TEST_F(Browser, FacetsToggleAndTheirChipsClearThem) {
     ASSERT_TRUE(index());
     auto& tree = window.sidebar().tree();
     clickSidebar(SidebarRows::Categories, 0);
-    EXPECT_EQ(library.category(), "WEATHER");
-    library.setLibraryFilter("Storms");
+    EXPECT_EQ(library.search().category(), "WEATHER");
+    library.search().setLibraryFilter("Storms");
     ASSERT_TRUE(found({"a.wav"}));
     EXPECT_TRUE(window.sidebar().rows().row(sidebarRow(SidebarRows::Categories, 0))->selected);
     named<QToolButton>(window, "Clear library Storms")->click();
     ASSERT_TRUE(found({"a.wav", "b.wav"}));
-    EXPECT_EQ(library.category(), "WEATHER");
+    EXPECT_EQ(library.search().category(), "WEATHER");
     clickSidebar(SidebarRows::Categories, 0);
-    EXPECT_FALSE(library.category()) << "the chosen facet clears itself";
-    library.setQuery("one");
-    library.setCategory("WEATHER");
+    EXPECT_FALSE(library.search().category()) << "the chosen facet clears itself";
+    library.search().setQuery("one");
+    library.search().setCategory("WEATHER");
     clickSidebar(SidebarRows::Library, 0);
-    EXPECT_FALSE(library.isSearching()) << "a root ends the search";
-    EXPECT_EQ(library.folder(), root);
+    EXPECT_FALSE(library.search().isSearching()) << "a root ends the search";
+    EXPECT_EQ(library.listing().folder(), root);
     tree.setCurrentIndex(sidebarRow(SidebarRows::Places, 1));
     QTest::keyClick(&tree, Qt::Key_Return);
-    EXPECT_EQ(library.folder(), library.places()[1]);
+    EXPECT_EQ(library.listing().folder(), library.places()[1]);
     const QModelIndex places = window.sidebar().rows().section(SidebarRows::Places);
     QTest::mouseClick(tree.viewport(), Qt::LeftButton, {}, tree.visualRect(places).center());
     EXPECT_FALSE(tree.isExpanded(places));
@@ -315,8 +315,8 @@ TEST_F(Browser, RenamingAsksExpertsFirstAndTheFileStaysChosenAndLoaded) {
     const auto renamed = root / "WTHRain_Rain On Tin.wav";
     ASSERT_TRUE(settle([&] { return player.info() && player.info()->url == renamed; }));
     EXPECT_FALSE(std::filesystem::exists(path));
-    EXPECT_TRUE(library.isSearching()) << "the results stay";
-    library.clearFilters();
+    EXPECT_TRUE(library.search().isSearching()) << "the results stay";
+    library.search().clearFilters();
     ASSERT_TRUE(idle());
     EXPECT_EQ(inspector.urls(), std::vector{renamed});
 }

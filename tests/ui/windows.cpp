@@ -100,7 +100,7 @@ TEST_F(Windows, EveryControlHasANameAndATabStop) {
     MainWindow window(model);
     window.show();
     window.openPath(folder.path());
-    ASSERT_TRUE(settle([&] { return !model.library().isListing(); }));
+    ASSERT_TRUE(settle([&] { return !model.library().listing().isListing(); }));
     expectReachable(window);
     const auto settings = makeSettings();
     settings->show();
@@ -131,11 +131,11 @@ TEST_F(Windows, DropsLoadFilesOpenFoldersAndAddToTheLibraryOverTheSidebar) {
     };
     dropOn(window.browser(), {folder / "notes.txt", path});
     ASSERT_TRUE(settle([&] { return player.info() && player.info()->url == path; }));
-    EXPECT_EQ(model.library().folder(), folder / "inner");
+    EXPECT_EQ(model.library().listing().folder(), folder / "inner");
     EXPECT_TRUE(settle([&] { return window.browser().table().selectedEntries().size() == 1; }));
     EXPECT_FALSE(player.isPlaying()) << "auto-play is off";
     dropOn(window.browser(), {folder.path()});
-    EXPECT_EQ(model.library().folder(), folder.path());
+    EXPECT_EQ(model.library().listing().folder(), folder.path());
     EXPECT_TRUE(model.settings().value().libraryRoots.empty());
     dropOn(window.sidebar(), {folder / "notes.txt", folder / "inner"});
     EXPECT_EQ(model.settings().value().libraryRoots, std::vector{(folder / "inner").string()});
@@ -211,16 +211,16 @@ TEST_F(Windows, TheLibraryTabListsAddsRescansAndRemoves) {
     const auto settings = makeSettings();
     settings->show();
     settings->findChild<QTabWidget*>()->setCurrentIndex(2);
-    for (const auto& root : {one, two}) { model.library().addRoot(root); }
+    for (const auto& root : {one, two}) { model.library().roots().add(root); }
     const auto button = [&](const std::string& text) {
         return named<QPushButton>(*settings, QString::fromStdString(text));
     };
     button("Add Folder…")->click();
     EXPECT_EQ(asked, 1);
-    ASSERT_TRUE(settle([&] { return model.library().indexing().empty(); }));
+    ASSERT_TRUE(settle([&] { return model.library().roots().indexing().empty(); }));
     std::filesystem::remove(two);
     button("Rescan All")->click();
-    EXPECT_EQ(model.library().indexing().size(), 2);
+    EXPECT_EQ(model.library().roots().indexing().size(), 2);
     EXPECT_TRUE(settle([&] {
         return std::ranges::any_of(settings->findChildren<ElidedLabel*>(), [](const ElidedLabel* label) {
             return label->fullText().contains("“two” can't be reached");

@@ -3,22 +3,19 @@
 
 #include <QObject>
 #include <filesystem>
-#include <memory>
 #include <optional>
-#include <stop_token>
 #include <string>
 #include <vector>
 
 #include "edits/temp_edits.h"
 #include "mix/player/player_model.h"
+#include "platform/background.h"
 #include "platform/desktop.h"
-#include "platform/main_loop.h"
-#include "platform/task_queues.h"
 #include "settings/settings_store.h"
 
 namespace brindlehum {
 
-// Main thread. A batch that is asked for while one runs waits for its turn.
+// Main thread. A batch that starts while another runs waits for its turn.
 class TempEditBatch : public QObject {
     Q_OBJECT
 public:
@@ -27,12 +24,10 @@ public:
         std::string reason;  // one line
     };
 
-    // Progress is told as the player's message.
+    // Progress is shown as the player's message.
     TempEditBatch(PlayerModel& player, const SettingsStore& settings, Desktop& desktop, MainLoop& loop);
-    // Ends the batch in hand before its next edit.
-    ~TempEditBatch() override;
 
-    // Makes the edits of those of the files that are audio, each into a folder of its own; nothing when none is.
+    // Makes the edits of the audio files among `files`, each into a folder of its own; does nothing when there is none.
     void start(const std::vector<std::filesystem::path>& files);
     // Ends what runs and what waits. What is finished stays.
     void cancel();
@@ -48,28 +43,27 @@ public:
     const std::vector<Skipped>& skipped() const { return skipped_; }
     const std::string& closing() const { return closing_; }  // the message in which it ended
 
-    // Where the work runs; tests drain it.
-    SerialQueue& queue() { return queue_; }
-
 Q_SIGNALS:
     void changed();
 
 private:
-    struct Work;
-    static void run(const std::shared_ptr<Work>& work);
-    void conclude(const Work& work, const std::vector<TempEdits::Outcome>& outcomes);
+    struct Result {
+        std::vector<TempEdits::Outcome> outcomes;
+        bool wasCancelled = false;
+    };
+    using Jobs = std::vector<TempEdits::Job>;
+    Result work(const Jobs& jobs, const Background::Task& task);
+    void show(double progress, const std::optional<std::string>& message);
+    void conclude(const Jobs& jobs, const Result& result);
 
     PlayerModel& player_;
     const SettingsStore& settings_;
     Desktop& desktop_;
-    MainLoop& loop_;
     std::optional<double> progress_;
     std::vector<std::filesystem::path> folders_;
     std::vector<Skipped> skipped_;
     std::string closing_;
-    std::stop_source stop_;
-    int batches_ = 0;  // running or waiting
-    SerialQueue queue_{"Brindlehum.edits"};
+    Background background_;
 };
 
 }  // namespace brindlehum

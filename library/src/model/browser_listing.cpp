@@ -1,3 +1,4 @@
+// Browser listing: reads a folder and sorts its items as people count.
 #include "model/browser_listing.h"
 
 #include <dirent.h>
@@ -9,7 +10,7 @@
 #include <cerrno>
 #include <memory>
 
-#include "library/scan/library_scanner.h"
+#include "base/path.h"
 
 namespace brindlehum {
 namespace {
@@ -43,19 +44,20 @@ std::vector<BrowserEntry> sortedByName(std::vector<BrowserEntry> entries) {
 
 }  // namespace
 
-BrowserListing listForBrowser(const fs::path& folder, Catalog* catalog, const std::function<bool()>& isStale) {
+BrowserListing listForBrowser(const fs::path& folder, Catalog* catalog, const std::stop_token& stop) {
     const std::unique_ptr<DIR, int (*)(DIR*)> open(::opendir(folder.c_str()), &::closedir);
     if (!open) { return {{}, std::error_code(errno, std::generic_category())}; }
-    const std::string real = LibraryScanner::canonical(folder);
+    const std::string real = canonicalPath(folder);
     std::vector<BrowserEntry> folders;
     std::vector<BrowserEntry> sounds;
     while (const dirent* item = ::readdir(open.get())) {
         const std::string name = item->d_name;
         if (name.starts_with('.')) { continue; }
-        if (isStale()) { return {}; }
+        if (stop.stop_requested()) { return {}; }
         bool isFolder = item->d_type == DT_DIR;
         bool isFile = item->d_type == DT_REG;
-        const bool isLink = item->d_type != DT_REG && item->d_type != DT_DIR;  // or not told
+        const bool isLink =
+            item->d_type != DT_REG && item->d_type != DT_DIR;  // or the file system leaves the type open
         struct stat facts {};
         if (isLink && ::fstatat(::dirfd(open.get()), item->d_name, &facts, 0) == 0) {
             isFolder = S_ISDIR(facts.st_mode);
@@ -65,7 +67,7 @@ BrowserListing listForBrowser(const fs::path& folder, Catalog* catalog, const st
             folders.push_back({folder / name, true, std::nullopt});
         } else if (isFile && AudioFileInfo::isAudioPath(name)) {
             BrowserEntry entry{folder / name, false, std::nullopt};
-            const std::string path = isLink ? LibraryScanner::canonical(entry.url) : (fs::path(real) / name).string();
+            const std::string path = isLink ? canonicalPath(entry.url) : (fs::path(real) / name).string();
             if (catalog != nullptr) { entry.row = catalog->row(path); }
             sounds.push_back(std::move(entry));
         }

@@ -1,8 +1,8 @@
-// Browser listing: what a folder holds for the browser, with the rows of what is catalogued.
+// Browser listing: the folders and sounds in a folder, with the rows of catalogued sounds.
 #pragma once
 
 #include <filesystem>
-#include <functional>
+#include <stop_token>
 #include <system_error>
 #include <vector>
 
@@ -14,9 +14,8 @@ struct BrowserListing {
     std::vector<BrowserEntry> entries;  // folders, then sounds, by name in natural order
     std::error_code error;              // why the folder can't be read
 };
-// Hidden items are left out, links count as what they lead to. Without entries when `isStale` holds on the way.
+// Leaves out hidden items and counts links as their targets. Stops early, with nothing, when `stop` is requested.
 // Blocking I/O; any thread.
-BrowserListing listForBrowser(const std::filesystem::path& folder, Catalog* catalog,
-                              const std::function<bool()>& isStale);
+BrowserListing listForBrowser(const std::filesystem::path& folder, Catalog* catalog, const std::stop_token& stop);
 
 }  // namespace brindlehum

@@ -1,43 +1,26 @@
+// InfoCache: one probe a file, forgotten when it fails.
 #include "library/model/info_cache.h"
-
-#include <QPointer>
 
 namespace brindlehum {
 
-InfoCache::InfoCache(MainLoop& loop) : loop_(loop) {}
+InfoCache::InfoCache(MainLoop& loop) : probes_(loop, "Brindlehum.info") {}
 
-InfoCache::~InfoCache() {
-    forgetWaiting();
-}
-
-const AudioFileInfo* InfoCache::info(const std::filesystem::path& url) {
-    const std::string key = url.string();
+const AudioFileInfo* InfoCache::info(const std::filesystem::path& path) {
+    const std::string key = path.string();
     if (const auto item = items_.find(key); item != items_.end()) { return &item->second; }
     if (!asked_.insert(key).second) { return nullptr; }
-    queue_.async([self = QPointer(this), &loop = loop_, key, newest = generation_, asked = generation_->load()] {
-        if (*newest != asked) { return; }
-        std::optional<AudioFileInfo> info;
-        try {
-            info = AudioFileInfo::load(key);
-        } catch (const std::exception&) {
-            // The cells of such a file stay empty.
-        }
-        loop.post([self, key, asked, info = std::move(info)] {
-            if (self) { self->take(key, info, asked); }
-        });
-    });
+    probes_.run([key] { return AudioFileInfo::load(key); },
+                [this, key](AudioFileInfo info) {
+                    asked_.erase(key);
+                    items_[key] = std::move(info);
+                    Q_EMIT loaded(key);
+                },
+                [this, key](const std::exception&) { asked_.erase(key); });  // its cells stay empty
     return nullptr;
 }
 
-void InfoCache::take(const std::string& key, std::optional<AudioFileInfo> info, uint64_t generation) {
-    if (generation == *generation_) { asked_.erase(key); }
-    if (!info) { return; }
-    items_[key] = std::move(*info);
-    Q_EMIT loaded(key);
-}
-
 void InfoCache::forgetWaiting() {
-    ++*generation_;
+    probes_.dropWaiting();
     asked_.clear();
 }
 

@@ -38,8 +38,8 @@ BrowserBar::BrowserBar(LibraryModel& library, QWidget* parent) : QWidget(parent)
     column->setSpacing(2);
     column->addWidget(makeFieldRow());
     column->addWidget(makeFilterRow());
-    connect(&library, &LibraryModel::filterChanged, this, &BrowserBar::refresh);
-    connect(&library, &LibraryModel::entriesChanged, this, &BrowserBar::refresh);
+    connect(&library.search(), &LibrarySearch::filterChanged, this, &BrowserBar::refresh);
+    connect(&library.listing(), &FolderListing::entriesChanged, this, &BrowserBar::refresh);
     refresh();
 }
 
@@ -49,7 +49,7 @@ QWidget* BrowserBar::makeFieldRow() {
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(8);
     row->addWidget(up_ = iconButton("up", "Enclosing folder", "Enclosing folder"));
-    connect(up_, &QToolButton::clicked, &library_, &LibraryModel::goUp);
+    connect(up_, &QToolButton::clicked, &library_.listing(), &FolderListing::goUp);
     row->addWidget(field_ = new QLineEdit, 1);
     field_->setProperty("role", "search");
     field_->setPlaceholderText("Search sounds, descriptions, keywords  (-word excludes)");
@@ -60,7 +60,7 @@ QWidget* BrowserBar::makeFieldRow() {
     connect(clearText_, &QAction::triggered, field_, &QLineEdit::clear);
     connect(field_, &QLineEdit::textChanged, this, [this](const QString& text) {
         clearText_->setVisible(!text.isEmpty());
-        library_.setQuery(text.toStdString());
+        library_.search().setQuery(text.toStdString());
     });
     clearText_->setVisible(false);
     field_->installEventFilter(this);
@@ -85,24 +85,24 @@ QWidget* BrowserBar::makeFilterRow() {
     row->addWidget(clearAll_ = new QPushButton("Clear Search"));
     clearAll_->setProperty("role", "small");
     clearAll_->setToolTip("Takes the words and every filter off");
-    connect(category_, &FilterChip::cleared, this, [this] { library_.setCategory(std::nullopt); });
-    connect(libraryChip_, &FilterChip::cleared, this, [this] { library_.setLibraryFilter(std::nullopt); });
+    connect(category_, &FilterChip::cleared, this, [this] { library_.search().setCategory(std::nullopt); });
+    connect(libraryChip_, &FilterChip::cleared, this, [this] { library_.search().setLibraryFilter(std::nullopt); });
     connect(clearAll_, &QPushButton::clicked, this, [this] {
-        library_.clearFilters();
+        library_.search().clearFilters();
         Q_EMIT backToRows();
     });
     return bar;
 }
 
 void BrowserBar::refresh() {
-    const QString query = QString::fromStdString(library_.query());
+    const QString query = QString::fromStdString(library_.search().query());
     if (field_->text() != query) { field_->setText(query); }
-    const bool searching = library_.isSearching();
-    category_->setValue(QString::fromStdString(library_.category().value_or("")));
-    libraryChip_->setValue(QString::fromStdString(library_.libraryFilter().value_or("")));
+    const bool searching = library_.search().isSearching();
+    category_->setValue(QString::fromStdString(library_.search().category().value_or("")));
+    libraryChip_->setValue(QString::fromStdString(library_.search().libraryFilter().value_or("")));
     clearAll_->setVisible(searching);
     folder_->setVisible(!searching);
-    const auto& folder = library_.folder();
+    const auto& folder = library_.listing().folder();
     folder_->setFullText(folder ? FileDrag::toText(*folder) : QString());
     // What lies above the folder behind the results is nothing that one could see now.
     up_->setEnabled(!searching && folder && folder->has_relative_path());

@@ -62,13 +62,12 @@ BrowserView::BrowserView(LibraryModel& library, PlayerModel& player, QWidget* pa
 void BrowserView::connectLibrary() {
     settle_.setSingleShot(true);
     settle_.setInterval(settleMs);
-    connect(&settle_, &QTimer::timeout, &library_, &LibraryModel::refresh);
+    connect(&settle_, &QTimer::timeout, &library_.listing(), &FolderListing::refresh);
     connect(&watcher_, &QFileSystemWatcher::directoryChanged, this, [this] { settle_.start(); });
-    for (const auto signal :
-         {&LibraryModel::entriesChanged, &LibraryModel::filterChanged, &LibraryModel::resultsChanged}) {
-        connect(&library_, signal, this, &BrowserView::refresh);
-    }
-    connect(&library_, &LibraryModel::indexingChanged, this, &BrowserView::showState);
+    connect(&library_.listing(), &FolderListing::entriesChanged, this, &BrowserView::refresh);
+    connect(&library_.search(), &LibrarySearch::filterChanged, this, &BrowserView::refresh);
+    connect(&library_.search(), &LibrarySearch::resultsChanged, this, &BrowserView::refresh);
+    connect(&library_.roots(), &LibraryRoots::indexingChanged, this, &BrowserView::showState);
     connect(&library_.settings(), &SettingsStore::changed, this, &BrowserView::showState);
     connect(&library_, &LibraryModel::messageChanged, this,
             [this] { message_->setFullText(QString::fromStdString(library_.message().value_or(""))); });
@@ -86,50 +85,50 @@ void BrowserView::connectTable() {
     });
     connect(table_, &BrowserTable::togglePlay, this, [this] { player_.togglePlay(); });
     connect(table_, &BrowserTable::goUp, this, [this] {
-        if (!table_->place().searching) { library_.goUp(); }
+        if (!table_->place().searching) { library_.listing().goUp(); }
     });
     connect(table_, &BrowserTable::typed, bar_, &BrowserBar::type);
     connect(table_, &BrowserTable::menuAsked, this, &BrowserView::openMenu);
 }
 
 void BrowserView::refresh() {
-    const bool searching = library_.isSearching();
+    const bool searching = library_.search().isSearching();
     // The rows of the search before stay until the results are there, so that nothing flickers; the count says
     // "Searching…" until then.
-    if (searching && library_.isSearchRunning()) {
+    if (searching && library_.search().isRunning()) {
         showState();
         return;
     }
-    const BrowserPlace place{searching, searching ? library_.query() + '\n' + library_.category().value_or("") + '\n' +
-                                                        library_.libraryFilter().value_or("")
-                                                  : library_.folder().value_or(fs::path()).native()};
+    const BrowserPlace place{searching, searching ? library_.search().query() + '\n' + library_.search().category().value_or("") + '\n' +
+                                                        library_.search().libraryFilter().value_or("")
+                                                  : library_.listing().folder().value_or(fs::path()).native()};
     if (place != table_->place()) { library_.infoCache().forgetWaiting(); }
-    chosen_->showRows(searching ? library_.results() : library_.entries(), place);
+    chosen_->showRows(searching ? library_.search().results() : library_.listing().entries(), place);
     watchFolder();
     showState();
 }
 
 BrowserState::Snapshot BrowserView::snapshot() const {
     BrowserState::Snapshot now;
-    now.searching = library_.isSearching();
-    now.searchRunning = library_.isSearchRunning();
-    now.listing = library_.isListing();
-    now.indexing = !library_.indexing().empty();
+    now.searching = library_.search().isSearching();
+    now.searchRunning = library_.search().isRunning();
+    now.listing = library_.listing().isListing();
+    now.indexing = !library_.roots().indexing().empty();
     now.hasCatalog = library_.catalog() != nullptr;
     now.hasRoots = !library_.settings().value().libraryRoots.empty();
-    now.query = QString::fromStdString(library_.query());
-    now.category = QString::fromStdString(library_.category().value_or(""));
-    now.library = QString::fromStdString(library_.libraryFilter().value_or(""));
-    now.limit = LibraryModel::resultLimit;
+    now.query = QString::fromStdString(library_.search().query());
+    now.category = QString::fromStdString(library_.search().category().value_or(""));
+    now.library = QString::fromStdString(library_.search().libraryFilter().value_or(""));
+    now.limit = LibrarySearch::maxResults;
     if (now.searching) {
-        now.sounds = int64_t(library_.results().size());
+        now.sounds = int64_t(library_.search().results().size());
         return now;
     }
-    for (const auto& entry : library_.entries()) { ++(entry.isFolder ? now.folders : now.sounds); }
-    const auto& folder = library_.folder();
+    for (const auto& entry : library_.listing().entries()) { ++(entry.isFolder ? now.folders : now.sounds); }
+    const auto& folder = library_.listing().folder();
     now.folder = folder ? FileDrag::toText(*folder) : QString();
-    now.folderReadable = !library_.folderError();
-    now.folderForbidden = library_.folderError() == std::errc::permission_denied;
+    now.folderReadable = !library_.listing().error();
+    now.folderForbidden = library_.listing().error() == std::errc::permission_denied;
     return now;
 }
 
@@ -149,11 +148,11 @@ void BrowserView::act() {
             Q_EMIT addFolderAsked();
             break;
         case BrowserState::Action::clearFilters:
-            library_.clearFilters();
+            library_.search().clearFilters();
             table_->setFocus();
             break;
         case BrowserState::Action::goUp:
-            library_.goUp();
+            library_.listing().goUp();
             table_->setFocus();
             break;
         case BrowserState::Action::none:
@@ -178,7 +177,7 @@ void BrowserView::activate(const BrowserEntry& entry) {
 
 // Files that other programs add or remove show without a refresh.
 void BrowserView::watchFolder() {
-    const auto& folder = library_.folder();
+    const auto& folder = library_.listing().folder();
     const QStringList wanted = folder ? QStringList(FileDrag::toText(*folder)) : QStringList();
     if (watcher_.directories() == wanted) { return; }
     if (!watcher_.directories().isEmpty()) { watcher_.removePaths(watcher_.directories()); }

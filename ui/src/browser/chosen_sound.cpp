@@ -14,7 +14,7 @@ ChosenSound::ChosenSound(LibraryModel& library, PlayerModel& player, BrowserTabl
     connect(&player, &PlayerModel::changed, this, [this] {
         if (const auto& info = player_.info()) { carryOut(advance(ChosenState::Loaded{info->url})); }
     });
-    connect(&library, &LibraryModel::renamed, this, [this](const LibraryModel::Moves& moves) {
+    connect(&library.edits(), &MetadataEdits::renamed, this, [this](const MetadataEdits::Moves& moves) {
         ChosenState::Renamed event;
         for (const auto& move : moves) { event.moves.emplace_back(move.from, move.to); }
         carryOut(advance(event));
@@ -22,7 +22,7 @@ ChosenSound::ChosenSound(LibraryModel& library, PlayerModel& player, BrowserTabl
 }
 
 ChosenState::Action ChosenSound::advance(const ChosenState::Event& event) {
-    const ChosenState::View view{library_.folder(), library_.isSearching(), library_.isListing(),
+    const ChosenState::View view{library_.listing().folder(), library_.search().isSearching(), library_.listing().isListing(),
                                  [this](const fs::path& file) { return table_.rows().rowOf(file) >= 0; }};
     auto [next, action] = state_.step(event, view);
     state_ = std::move(next);
@@ -57,8 +57,8 @@ void ChosenSound::reveal(const fs::path& file) {
 
 // Opens before it ends the search, or the rows of the old folder would arrive in between and end a reveal.
 void ChosenSound::openFolder(const fs::path& folder) {
-    library_.open(folder);
-    library_.clearFilters();
+    library_.listing().open(folder);
+    library_.search().clearFilters();
 }
 
 void ChosenSound::showRows(std::vector<BrowserEntry> rows, const BrowserPlace& place) {

@@ -200,7 +200,7 @@ void InspectorView::load(std::vector<fs::path> urls) {
     }
     refreshState();
     if (urls_.empty()) { return; }
-    library_.readMeta(urls_, [this, self = QPointer(this), generation](const std::vector<SoundMeta>& metas) {
+    library_.edits().read(urls_, [this, self = QPointer(this), generation](const std::vector<SoundMeta>& metas) {
         if (self && generation == generation_) { arrived(metas); }
     });
 }
@@ -241,7 +241,7 @@ void InspectorView::refreshState() {
 
 void InspectorView::save() {
     if (!fields_.hasEdits()) { return; }
-    library_.save(fields_.changes(), urls_);
+    library_.edits().save(fields_.changes(), urls_);
     fields_.saved();
     if (urlsOf(selected_) != urls_) { return followSelection(); }
     refreshState();
@@ -261,7 +261,7 @@ bool InspectorView::settleEdits() {
 }
 
 void InspectorView::rename() {
-    if (confirmRename(urls_.size())) { library_.renameToUCS(urls_); }
+    if (confirmRename(urls_.size())) { library_.edits().renameToUCS(urls_); }
 }
 
 }  // namespace brindlehum

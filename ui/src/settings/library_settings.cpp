@@ -35,11 +35,11 @@ LibrarySettings::LibrarySettings(LibraryModel& library, std::function<void()> ad
     column->addWidget(makeButtons(std::move(addFolder)));
     page->addWidget(box, 1);
     connect(&library.settings(), &SettingsStore::changed, this, &LibrarySettings::refreshRows);
-    connect(&library, &LibraryModel::indexingChanged, this, [this] {
+    connect(&library.roots(), &LibraryRoots::indexingChanged, this, [this] {
         refreshRows();
         refreshState();
     });
-    connect(&library, &LibraryModel::facetsChanged, this, &LibrarySettings::refreshState);
+    connect(&library.search(), &LibrarySearch::facetsChanged, this, &LibrarySettings::refreshState);
     refreshRows();
     refreshState();
 }
@@ -52,7 +52,7 @@ QWidget* LibrarySettings::makeButtons(std::function<void()> addFolder) {
     auto* add = new QPushButton("Add Folder…");
     auto* rescan = new QPushButton("Rescan All");
     connect(add, &QPushButton::clicked, this, [addFolder = std::move(addFolder)] { addFolder(); });
-    connect(rescan, &QPushButton::clicked, &library_, &LibraryModel::rescanAll);
+    connect(rescan, &QPushButton::clicked, &library_.roots(), &LibraryRoots::rescanAll);
     row->addWidget(add);
     row->addWidget(rescan);
     row->addStretch(1);
@@ -64,8 +64,8 @@ QWidget* LibrarySettings::makeButtons(std::function<void()> addFolder) {
 void LibrarySettings::refreshRows() {
     std::vector<std::pair<std::string, std::string>> roots;
     for (const auto& root : library_.settings().value().libraryRoots) {
-        const auto problem = library_.rootProblems().find(root);
-        roots.emplace_back(root, problem == library_.rootProblems().end() ? "" : problem->second);
+        const auto problem = library_.roots().problems().find(root);
+        roots.emplace_back(root, problem == library_.roots().problems().end() ? "" : problem->second);
     }
     if (roots == shown_ && list_->layout()->count() > 0) { return; }
     shown_ = roots;
@@ -92,7 +92,7 @@ QWidget* LibrarySettings::makeRow(const std::string& root, const std::string& pr
     path->setFullText(FileDrag::toText(root));
     auto* remove = new QPushButton("Remove");
     remove->setAccessibleName("Remove " + FileDrag::toText(root));
-    connect(remove, &QPushButton::clicked, this, [this, root = root] { library_.removeRoot(root); });
+    connect(remove, &QPushButton::clicked, this, [this, root = root] { library_.roots().remove(root); });
     grid->addWidget(path, 0, 0, 1, 2);
     grid->addWidget(remove, 0, 2);
     if (problem.empty()) { return line; }
@@ -105,8 +105,8 @@ QWidget* LibrarySettings::makeRow(const std::string& root, const std::string& pr
 }
 
 void LibrarySettings::refreshState() {
-    const QString count = QLocale().toString(static_cast<qlonglong>(library_.indexedCount())) + " files";
-    state_->setText(library_.indexing().empty() ? count : "Indexing…  " + count);
+    const QString count = QLocale().toString(static_cast<qlonglong>(library_.search().indexedCount())) + " files";
+    state_->setText(library_.roots().indexing().empty() ? count : "Indexing…  " + count);
 }
 
 }  // namespace brindlehum

@@ -27,10 +27,10 @@ SidebarView::SidebarView(LibraryModel& library, QWidget* parent) : QWidget(paren
     connect(tree_, &QWidget::customContextMenuRequested, this, &SidebarView::rowMenu);
     connect(tree_, &QTreeView::expanded, this, &SidebarView::foldedChanged);
     connect(tree_, &QTreeView::collapsed, this, &SidebarView::foldedChanged);
-    for (const auto signal : {&LibraryModel::entriesChanged, &LibraryModel::filterChanged, &LibraryModel::facetsChanged,
-                              &LibraryModel::indexingChanged}) {
-        connect(&library, signal, this, &SidebarView::refresh);
-    }
+    connect(&library.listing(), &FolderListing::entriesChanged, this, &SidebarView::refresh);
+    connect(&library.search(), &LibrarySearch::filterChanged, this, &SidebarView::refresh);
+    connect(&library.search(), &LibrarySearch::facetsChanged, this, &SidebarView::refresh);
+    connect(&library.roots(), &LibraryRoots::indexingChanged, this, &SidebarView::refresh);
     connect(&library.settings(), &SettingsStore::changed, this, &SidebarView::refresh);
     refresh();
 }
@@ -61,14 +61,14 @@ QWidget* SidebarView::makeFooter() {
 void SidebarView::refresh() {
     SidebarRows::Snapshot now;
     now.roots = library_.settings().value().libraryRoots;
-    now.indexing.assign(library_.indexing().begin(), library_.indexing().end());
-    now.problems = library_.rootProblems();
+    now.indexing.assign(library_.roots().indexing().begin(), library_.roots().indexing().end());
+    now.problems = library_.roots().problems();
     now.places = library_.places();
-    now.categories = library_.categories();
-    now.libraries = library_.libraries();
-    now.category = library_.category();
-    now.library = library_.libraryFilter();
-    if (!library_.isSearching()) { now.folder = library_.folder(); }
+    now.categories = library_.search().categories();
+    now.libraries = library_.search().libraries();
+    now.category = library_.search().category();
+    now.library = library_.search().libraryFilter();
+    if (!library_.search().isSearching()) { now.folder = library_.listing().folder(); }
     rows_.setSections(SidebarRows::build(now));
     for (const int section : {SidebarRows::Categories, SidebarRows::Libraries}) {
         tree_->setRowHidden(section, {}, rows_.rowCount(rows_.section(section)) == 0);
@@ -80,15 +80,15 @@ void SidebarView::refreshFooter() {
     int64_t done = 0;
     int64_t found = 0;
     bool counted = true;  // all roots know how many files they hold
-    for (const auto& root : library_.indexing()) {
-        const auto progress = library_.scanProgress(root);
+    for (const auto& root : library_.roots().indexing()) {
+        const auto progress = library_.roots().scanProgress(root);
         done += progress ? progress->done : 0;
         found += progress ? progress->found : 0;
         counted = counted && progress && progress->phase != LibraryScanner::Progress::Phase::finding;
     }
-    const bool indexing = !library_.indexing().empty();
+    const bool indexing = !library_.roots().indexing().empty();
     busy_->setVisible(indexing);
-    state_->setFullText(SidebarRows::footer(indexing, library_.indexedCount()));
+    state_->setFullText(SidebarRows::footer(indexing, library_.search().indexedCount()));
     progress_->setVisible(indexing);
     detail_->setVisible(indexing);
     detail_->setFullText(SidebarRows::progress(counted, done, found));
@@ -101,36 +101,36 @@ void SidebarView::activate(const SidebarRow& row) {
     switch (row.kind) {
         case SidebarRow::Kind::root:
             // Its volume may be there again.
-            if (!row.problem.isEmpty()) { library_.rescan(row.value); }
+            if (!row.problem.isEmpty()) { library_.roots().rescan(row.value); }
             [[fallthrough]];
         case SidebarRow::Kind::place:
-            library_.clearFilters();
-            library_.open(row.value);
+            library_.search().clearFilters();
+            library_.listing().open(row.value);
             break;
         case SidebarRow::Kind::addFolder:
             Q_EMIT addFolderAsked();
             break;
         case SidebarRow::Kind::category:
-            toggle(row.value, library_.category(), &LibraryModel::setCategory);
+            toggle(row.value, library_.search().category(), &LibrarySearch::setCategory);
             break;
         case SidebarRow::Kind::library:
-            toggle(row.value, library_.libraryFilter(), &LibraryModel::setLibraryFilter);
+            toggle(row.value, library_.search().libraryFilter(), &LibrarySearch::setLibraryFilter);
             break;
     }
 }
 
 void SidebarView::toggle(std::string facet, const std::optional<std::string>& now,
-                         void (LibraryModel::*set)(const std::optional<std::string>&)) {
+                         void (LibrarySearch::*set)(const std::optional<std::string>&)) {
     const bool off = now == facet;
-    (library_.*set)(off ? std::nullopt : std::optional(std::move(facet)));
+    (library_.search().*set)(off ? std::nullopt : std::optional(std::move(facet)));
 }
 
 void SidebarView::rowMenu(const QPoint& position) {
     const SidebarRow* row = rows_.row(tree_->indexAt(position));
     if (!row || row->kind != SidebarRow::Kind::root) { return; }
     QMenu menu;
-    menu.addAction("Rescan", &library_, &LibraryModel::rescanAll);
-    menu.addAction("Remove from Library", [this, path = row->value] { library_.removeRoot(path); });
+    menu.addAction("Rescan", &library_.roots(), &LibraryRoots::rescanAll);
+    menu.addAction("Remove from Library", [this, path = row->value] { library_.roots().remove(path); });
     menu.exec(tree_->viewport()->mapToGlobal(position));
 }
 

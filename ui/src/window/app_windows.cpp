@@ -38,7 +38,8 @@ AppWindows::AppWindows(AppModel& model) : model_(model), theme_(std::make_unique
         main_->quit();
     });
     model.chooseFoldersAction = [this](const AppModel::FoldersChosen& chosen) {
-        chosen(chooseLibraryFolders(main_.get(), model_.library().folder().value_or(std::filesystem::path())));
+        chosen(
+            chooseLibraryFolders(main_.get(), model_.library().listing().folder().value_or(std::filesystem::path())));
     };
     model.openWindowAction = [this](const std::string& id) { open(id); };
     open("main");

@@ -50,11 +50,11 @@ void fillFile(QMenu* menu, MainWindow& window, AppModel& model) {
 
 void fillEdit(QMenu* menu, MainWindow& window, AppModel& model) {
     add(menu, "Find", QKeySequence("Ctrl+F"), [&window] { window.browser().focusSearch(); });
-    add(menu, "Clear Search", QKeySequence("Ctrl+Shift+F"), [&model] { model.library().clearFilters(); });
+    add(menu, "Clear Search", QKeySequence("Ctrl+Shift+F"), [&model] { model.library().search().clearFilters(); });
     menu->addSeparator();
-    auto* undo = add(menu, "Undo Rename", {}, [&model] { model.library().undoRename(); });
+    auto* undo = add(menu, "Undo Rename", {}, [&model] { model.library().edits().undoRename(); });
     QObject::connect(menu, &QMenu::aboutToShow, undo,
-                     [undo, &model] { undo->setEnabled(model.library().canUndoRename()); });
+                     [undo, &model] { undo->setEnabled(model.library().edits().canUndoRename()); });
     menu->addSeparator();
     add(menu, "Settings…", QKeySequence("Ctrl+,"), [&model] { model.openWindow("settings"); });
 }

@@ -223,13 +223,13 @@ void MainWindow::quit() {
 }
 
 void MainWindow::chooseFile() {
-    const fs::path start = model_.library().folder().value_or(fs::path());
+    const fs::path start = model_.library().listing().folder().value_or(fs::path());
     const QString file = QFileDialog::getOpenFileName(this, "Open File", FileDrag::toText(start), audioFilter());
     if (!file.isEmpty()) { openPath(FileDrag::toPath(file)); }
 }
 
 void MainWindow::chooseFolder() {
-    const fs::path start = model_.library().folder().value_or(fs::path());
+    const fs::path start = model_.library().listing().folder().value_or(fs::path());
     const QString folder = QFileDialog::getExistingDirectory(this, "Open Folder", FileDrag::toText(start));
     if (!folder.isEmpty()) { openPath(FileDrag::toPath(folder)); }
 }

@@ -1,18 +1,14 @@
-// InfoCache: what probing tells of files that have no row in the catalog, one file after another in the background.
+// InfoCache: the probed facts of files that have no row in the catalog, read one file after another in the background.
 #pragma once
 
 #include <QObject>
-#include <atomic>
 #include <filesystem>
-#include <memory>
-#include <optional>
 #include <set>
 #include <string>
 #include <unordered_map>
 
 #include "audio/probe/audio_file_info.h"
-#include "platform/main_loop.h"
-#include "platform/task_queues.h"
+#include "platform/background.h"
 
 namespace brindlehum {
 
@@ -21,26 +17,21 @@ class InfoCache : public QObject {
     Q_OBJECT
 public:
     explicit InfoCache(MainLoop& loop);
-    ~InfoCache() override;
 
-    // The record if it is there, else null, and the file is queued for probing: loaded() tells when it has come. A file
+    // The record if it is there, else null, and the file is queued for probing: loaded() announces its record. A file
     // that can't be probed is never announced, and isn't remembered as such.
-    const AudioFileInfo* info(const std::filesystem::path& url);
-    // Drops what is queued but not begun: the list that wanted it has gone.
+    const AudioFileInfo* info(const std::filesystem::path& path);
+    // Drops the queued files that aren't begun: the list that wanted them has gone.
     void forgetWaiting();
-    SerialQueue& queue() { return queue_; }  // tests drain it
+    bool isBusy() const { return probes_.pending() > 0; }
 
 Q_SIGNALS:
-    void loaded(const std::filesystem::path& url);
+    void loaded(const std::filesystem::path& path);
 
 private:
-    void take(const std::string& key, std::optional<AudioFileInfo> info, uint64_t generation);
-
-    MainLoop& loop_;
     std::unordered_map<std::string, AudioFileInfo> items_;
     std::set<std::string> asked_;
-    std::shared_ptr<std::atomic<uint64_t>> generation_ = std::make_shared<std::atomic<uint64_t>>(0);
-    SerialQueue queue_{"Brindlehum.info"};
+    Background probes_;
 };
 
 }  // namespace brindlehum

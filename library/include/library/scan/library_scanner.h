@@ -46,11 +46,6 @@ struct Options {
     std::filesystem::path mountTable = "/etc/fstab";  // what is mounted where, when it is there
 };
 
-// All paths in the catalog are of this form, and roots are compared by it.
-inline std::string canonical(const std::filesystem::path& path) {
-    return canonicalPath(path);
-}
-
 // Runs on the caller's thread for as long as it takes; files are read by as many threads as there are cores, and
 // written in transactions of batchFiles, between which searches get their turn. A file whose size and time are those
 // of its row isn't opened. Hidden files and folders are left out, symbolic links aren't followed. (A folder is a

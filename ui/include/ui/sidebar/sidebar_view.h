@@ -38,7 +38,7 @@ private:
     QWidget* makeFooter();
     void refreshFooter();
     void toggle(std::string facet, const std::optional<std::string>& now,
-                void (LibraryModel::*set)(const std::optional<std::string>&));
+                void (LibrarySearch::*set)(const std::optional<std::string>&));
     void rowMenu(const QPoint& position);
 
     LibraryModel& library_;

@@ -1,0 +1,23 @@
+// RealPaths: the canonical forms of the library's roots, each asked of the disk once.
+#pragma once
+
+#include <map>
+#include <mutex>
+#include <string>
+#include <vector>
+
+namespace brindlehum {
+
+// Any thread. A search must not touch a share that hangs, so what was found once is kept until forget().
+class RealPaths {
+public:
+    std::string of(const std::string& path);
+    std::vector<std::string> of(const std::vector<std::string>& paths);
+    void forget(const std::string& path);
+
+private:
+    std::mutex lock_;
+    std::map<std::string, std::string> known_;
+};
+
+}  // namespace brindlehum

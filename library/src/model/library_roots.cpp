@@ -1,0 +1,165 @@
+// LibraryRoots: one scan a root at a time, then the team's edits of it; removed rows go after the scan that writes
+// them.
+#include "library/model/library_roots.h"
+
+#include <algorithm>
+
+#include "library/team/change_log.h"
+#include "library/team/metadata_save.h"
+
+namespace brindlehum {
+namespace {
+
+// The work of applying the team's edits in these roots; returns how many.
+auto pullWork(std::vector<std::string> roots, Catalog* catalog, RealPaths& realPaths) {
+    return [roots = std::move(roots), catalog, &realPaths](const Background::Task& task) {
+        int applied = 0;
+        for (const std::string& root : realPaths.of(roots)) {
+            try {
+                applied += ChangeLog::pull(root, *catalog, ChangeLog::owner(), task.token());
+            } catch (const std::exception&) {
+                // The next pull goes on where this one stopped.
+            }
+        }
+        return applied;
+    };
+}
+
+}  // namespace
+
+LibraryRoots::LibraryRoots(SettingsStore& settings, MainLoop& loop, Catalog* catalog, RealPaths& realPaths,
+                           Background& edits)
+    : settings_(settings), loop_(loop), catalog_(catalog), realPaths_(realPaths), edits_(edits) {
+    pullTimer_ = loop_.every(pullSeconds, [this] { pull(); });
+}
+
+LibraryRoots::~LibraryRoots() {
+    for (auto& [root, scan] : scans_) { scan.thread.stop(); }
+}
+
+std::optional<LibraryScanner::Progress> LibraryRoots::scanProgress(const std::string& root) const {
+    const auto scan = scans_.find(root);
+    return scan == scans_.end() ? std::nullopt : std::optional(scan->second.progress);
+}
+
+void LibraryRoots::add(const std::filesystem::path& folder) {
+    std::filesystem::path plain = std::filesystem::absolute(folder).lexically_normal();
+    if (!plain.has_filename() && plain.has_relative_path()) { plain = plain.parent_path(); }
+    const std::string path = plain.string();
+    realPaths_.forget(path);
+    if (std::ranges::count(realPaths_.of(settings_.value().libraryRoots), realPaths_.of(path)) > 0) { return; }
+    settings_.change([&](AppSettings& settings) { settings.libraryRoots.push_back(path); });
+    rescan(path);
+}
+
+void LibraryRoots::remove(const std::string& root) {
+    settings_.change([&](AppSettings& settings) { std::erase(settings.libraryRoots, root); });
+    problems_.erase(root);
+    if (catalog_ && removing_.insert(root).second) {
+        // A running scan would write rows after their removal, so it ends first.
+        if (const auto scan = scans_.find(root); scan != scans_.end()) {
+            scan->second.thread.stop();
+        } else {
+            removeRows(root);
+        }
+    }
+    Q_EMIT catalogChanged();
+}
+
+void LibraryRoots::removeRows(const std::string& root) {
+    edits_.run(
+        [root, catalog = catalog_, &realPaths = realPaths_, others = settings_.value().libraryRoots] {
+            const std::string real = realPaths.of(root);
+            // A second spelling of the same folder keeps its rows.
+            if (std::ranges::count(realPaths.of(others), real) > 0) { return; }
+            try {
+                catalog->removeRoot(real);
+            } catch (const std::exception&) {
+                // Its rows stay in the file, but are no part of any search with roots.
+            }
+        },
+        [this, root] { rowsRemoved(root); });
+}
+
+void LibraryRoots::rowsRemoved(const std::string& root) {
+    removing_.erase(root);
+    // It may have been added again meanwhile; and a root around it has its files now.
+    const std::string real = realPaths_.of(root);
+    for (const std::string& other : settings_.value().libraryRoots) {
+        if (other == root || !MetadataSave::rootOf(real, {realPaths_.of(other)}).empty()) { rescan(other); }
+    }
+    Q_EMIT catalogChanged();
+}
+
+void LibraryRoots::rescanAll() {
+    for (const std::string& root : settings_.value().libraryRoots) { rescan(root); }
+}
+
+void LibraryRoots::rescan(const std::string& root) {
+    if (!catalog_ || removing_.contains(root) || !indexing_.insert(root).second) { return; }
+    Background& thread = scans_.try_emplace(root, loop_).first->second.thread;
+    thread.run([this, root, others = settings_.value().libraryRoots](
+                   const Background::Task& task) { return scan(root, others, task); },
+               [this, root](const LibraryScanner::Result& result) { scanEnded(root, result); });
+    Q_EMIT indexingChanged();
+}
+
+// On the scan's thread.
+LibraryScanner::Result LibraryRoots::scan(const std::string& root, const std::vector<std::string>& others,
+                                          const Background::Task& task) {
+    const auto report = std::make_shared<ScanReport>();
+    const auto progress = [&](const LibraryScanner::Progress& now) {
+        {
+            const std::lock_guard guard(report->lock);
+            report->latest = now;
+            if (std::exchange(report->told, true)) { return; }
+        }
+        task.tell([this, root, report] {
+            {
+                const std::lock_guard guard(report->lock);
+                report->told = false;
+                scans_.at(root).progress = report->latest;
+            }
+            Q_EMIT indexingChanged();
+        });
+    };
+    try {
+        realPaths_.forget(root);
+        return LibraryScanner::scan(realPaths_.of(root), *catalog_, {progress, task.token(), realPaths_.of(others)});
+    } catch (const std::exception& error) {
+        LibraryScanner::Result result;
+        result.outcome = LibraryScanner::Result::Outcome::unreachable;
+        result.message = error.what();
+        return result;
+    }
+}
+
+void LibraryRoots::scanEnded(const std::string& root, const LibraryScanner::Result& result) {
+    scans_.erase(root);
+    if (removing_.contains(root)) {
+        indexing_.erase(root);
+        Q_EMIT indexingChanged();
+        return removeRows(root);
+    }
+    if (!result.message) {
+        if (const auto before = problems_.extract(root)) { Q_EMIT unsaid(before.mapped()); }
+    } else if (problems_.insert_or_assign(root, *result.message).second) {
+        Q_EMIT said(*result.message);
+    }
+    edits_.run(pullWork({root}, catalog_, realPaths_), [this, root](int) {
+        indexing_.erase(root);
+        Q_EMIT indexingChanged();
+        Q_EMIT catalogChanged();
+    });
+}
+
+void LibraryRoots::pull() {
+    if (!catalog_ || pulls_.isBusy()) { return; }
+    edits_.run(pulls_, pullWork(settings_.value().libraryRoots, catalog_, realPaths_), [this](int applied) {
+        if (applied < 1) { return; }
+        Q_EMIT catalogChanged();
+        Q_EMIT said(std::to_string(applied) + " metadata changes from your team");
+    });
+}
+
+}  // namespace brindlehum

@@ -1,0 +1,143 @@
+// MetadataEdits: saves and renames file after file, and counts the ones that failed.
+#include "library/model/metadata_edits.h"
+
+#include <sys/stat.h>
+
+#include <QLocale>
+
+#include "catalog/file_stamp.h"
+#include "base/path.h"
+#include "library/team/change_log.h"
+#include "library/team/metadata_save.h"
+#include "model/rename_file.h"
+
+namespace brindlehum {
+namespace {
+
+constexpr size_t maxNames = 3;
+
+std::string number(size_t count) {
+    return QLocale().toString(qulonglong(count)).toStdString();
+}
+
+std::string failureText(const std::vector<std::string>& failed) {
+    std::string text = "Couldn't write " + number(failed.size()) + " file(s): ";
+    for (size_t i = 0; i < failed.size() && i < maxNames; ++i) { text += (i == 0 ? "" : ", ") + failed[i]; }
+    return text;
+}
+
+// Moves the row along with its file, since some of its metadata stands nowhere else. A link has no row of its own.
+void moveRow(Catalog& catalog, const Catalog::Row& row, const std::filesystem::path& to) {
+    struct stat facts {};
+    if (::lstat(to.c_str(), &facts) != 0 || !S_ISREG(facts.st_mode)) { return; }
+    const std::string path = canonicalPath(to);
+    std::optional<AudioFileInfo> info;
+    try {
+        info = AudioFileInfo::load(path);
+    } catch (const std::exception&) {
+        // It has no technical facts then.
+    }
+    try {
+        catalog.write([&] {
+            catalog.upsert(path, row.root, stampOf(facts), info, row.meta);
+            catalog.remove(row.path);
+        });
+    } catch (const std::exception&) {
+        // The scan finds the new name.
+    }
+}
+
+}  // namespace
+
+MetadataEdits::MetadataEdits(const SettingsStore& settings, MainLoop& loop, Catalog* catalog, RealPaths& realPaths,
+                             Background& edits)
+    : settings_(settings), catalog_(catalog), realPaths_(realPaths), edits_(edits), reads_(loop, "Brindlehum.meta") {}
+
+void MetadataEdits::save(const MetadataChanges& changes, const Paths& files) {
+    if (changes.isEmpty() || files.empty()) { return; }
+    const auto work = [this, changes, files, catalog = catalog_, &realPaths = realPaths_,
+                       roots = settings_.value().libraryRoots](const Background::Task& task) {
+        const auto realRoots = realPaths.of(roots);
+        const std::string user = ChangeLog::owner();
+        std::vector<std::string> failed;
+        for (size_t i = 0; i < files.size(); ++i) {
+            if (files.size() > 1) {
+                const std::string text = number(i + 1) + " of " + number(files.size());
+                task.tell([this, text] { Q_EMIT said("Saving metadata to file " + text); });
+            }
+            try {
+                MetadataSave::save(files[i], changes, catalog, realRoots, user);
+            } catch (const std::exception&) { failed.push_back(files[i].filename().string()); }
+        }
+        return failed;
+    };
+    edits_.run(work, [this, count = files.size()](const std::vector<std::string>& failed) {
+        Q_EMIT catalogChanged();
+        Q_EMIT said(failed.empty() ? "Saved metadata to " + number(count) + " file(s)" : failureText(failed));
+    });
+}
+
+void MetadataEdits::renameToUCS(const Paths& files) {
+    if (!catalog_) { return; }
+    const auto plan = [files, catalog = catalog_] {
+        Moves moves;
+        for (const auto& file : files) {
+            const auto row = catalog->row(canonicalPath(file));
+            const auto name = row ? row->meta.ucsFileName() : std::nullopt;
+            if (name) { moves.push_back({file, file.parent_path() / (*name + file.extension().string())}); }
+        }
+        return moves;
+    };
+    rename(plan, false);
+}
+
+void MetadataEdits::undoRename() {
+    Moves back;
+    for (const Move& move : lastRenames_) { back.push_back({move.to, move.from}); }
+    if (catalog_ && !back.empty()) {
+        rename([back] { return back; }, true);
+    }
+}
+
+// `plan` runs in the background.
+void MetadataEdits::rename(std::function<Moves()> plan, bool undoing) {
+    edits_.run(
+        [plan = std::move(plan), catalog = catalog_] {
+            Moves done;
+            for (const Move& move : plan()) {
+                const auto row = catalog->row(canonicalPath(move.from));
+                if (move.from == move.to || !renameToFreeName(move.from, move.to)) { continue; }
+                if (row) { moveRow(*catalog, *row, move.to); }
+                done.push_back(move);
+            }
+            return done;
+        },
+        [this, undoing](const Moves& done) {
+            lastRenames_ = undoing ? Moves() : done;
+            const std::string count = number(done.size());
+            Q_EMIT said(undoing ? "Gave " + count + " file(s) their old name again" : "Renamed " + count + " file(s)");
+            if (!done.empty()) { Q_EMIT renamed(done); }
+            Q_EMIT catalogChanged();
+        });
+}
+
+void MetadataEdits::read(const Paths& files, const std::function<void(const std::vector<SoundMeta>&)>& done) {
+    reads_.run(
+        newestRead_,
+        [files, catalog = catalog_](const Background::Task& task) {
+            std::vector<SoundMeta> metas;
+            for (const auto& file : files) {
+                if (task.isStopped()) { break; }
+                metas.push_back(MetadataSave::current(file, catalog));
+            }
+            return metas;
+        },
+        done);
+}
+
+bool MetadataEdits::finish(double patience) {
+    edits_.stop();  // pulls end early; saves and renames don't
+    return edits_.drainFor(patience);
+}
+
+}  // namespace brindlehum
