@@ -52,7 +52,7 @@ TEST(CommonTags, AreReadFromEveryFormat) {
     EXPECT_EQ(MetaIO::read(folder / "cover.mp3").trackTitle, "");
 }
 
-TEST(CommonTags, ComeInTheTimeAllowed) {
+TEST(CommonTags, ReadingStopsWhenItsTimeIsUp) {
     const TempFolder folder;
     makeFile(folder / "x.mp3", allTags);
     int whole = 0;
@@ -64,7 +64,7 @@ TEST(CommonTags, ComeInTheTimeAllowed) {
         EXPECT_LE(asked, whole + 8) << "goes on after it was stopped";
         if (allowed == 0) { EXPECT_TRUE(tags.empty()); }
     }
-    // What would never deliver is not waited for.
+    // A pipe or an endless device is not waited for.
     ASSERT_EQ(mkfifo((folder / "pipe.mp3").c_str(), 0600), 0);
     ASSERT_EQ(mkfifo((folder / "pipe.wav").c_str(), 0600), 0);
     std::filesystem::create_symlink("/dev/zero", folder / "zero.mp3");

@@ -29,7 +29,7 @@ int replay(const char* corpus, const std::function<void(const std::string&)>& lo
     return seeds;
 }
 
-TEST(MetaCorpus, SeedsAndDamagedOnesKeepThePromises) {
+TEST(MetaCorpus, SeedsAndDamagedSeedsBreakNoRule) {
     const TempFolder folder;
     EXPECT_GE(replay("riff_meta", [&](const std::string& bytes) { riffMetaBytes(bytes, folder.path()); }), 12);
     EXPECT_GE(replay("meta_text", metaText), 6);

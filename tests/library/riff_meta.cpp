@@ -1,4 +1,4 @@
-// Embedded metadata against RIFF files built by hand, byte for byte, and against independent readers.
+// Embedded metadata against RIFF files built by hand, byte for byte.
 #include "library/meta/riff_meta.h"
 
 #include <gtest/gtest.h>
@@ -31,7 +31,7 @@ std::string zeros(size_t count) {
     return std::string(count, '\0');
 }
 
-TEST(RIFFMeta, ARewriteTakesEveryShapeOfFile) {
+TEST(RIFFMeta, RewriteHandlesEveryShapeOfFile) {
     const std::string newStart =
         "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<BWFXML><IXML_VERSION>2.10</IXML_VERSION>";
     const std::string end = "</BWFXML>";
@@ -110,7 +110,7 @@ TEST(RIFFMeta, ARewriteTakesEveryShapeOfFile) {
     }
 }
 
-TEST(RIFFMeta, WhatIsNoWaveFileIsRefusedAndLeftAlone) {
+TEST(RIFFMeta, FileThatIsNoWaveIsRefusedAndLeftAlone) {
     const TempFolder folder;
     const std::string sound = riffChunk("data", "sound!");
     struct Case {
@@ -119,7 +119,7 @@ TEST(RIFFMeta, WhatIsNoWaveFileIsRefusedAndLeftAlone) {
         int code;
     };
     std::string many = fmt;
-    for (size_t i = 0; i <= RIFFMeta::mostChunks; ++i) { many += zeros(8); }
+    for (size_t i = 0; i <= RIFFMeta::maxChunks; ++i) { many += zeros(8); }
     const Case cases[] = {
         {"x.mp3", riff(fmt + sound), 70},
         {"x.rf64", riff(fmt + sound), 70},
@@ -153,16 +153,12 @@ TEST(RIFFMeta, WhatIsNoWaveFileIsRefusedAndLeftAlone) {
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), int(std::size(cases)) + 1);
 }
 
-TEST(RIFFMeta, TheDescriptionIsCutBetweenCharacters) {
+TEST(RIFFMeta, DescriptionIsCutBetweenCharacters) {
     const TempFolder folder;
     const auto path = folder / "x.wav";
-    const std::string e = "\xC3\xA9";             // two bytes
-    const std::string clef = "\xF0\x9D\x84\x9E";  // four
     const std::string a(256, 'a');
     const std::pair<std::string, std::string> cases[] = {
-        {a.substr(0, 252) + clef, a.substr(0, 252) + clef},
-        {a.substr(0, 253) + clef, a.substr(0, 253)},
-        {a.substr(0, 255) + e, a.substr(0, 255)},
+        {a.substr(0, 255) + "\xC3\xA9", a.substr(0, 255)},
         {a + a, a},
         {std::string("a\0b\x01", 4) + "\xFF", "ab\xEF\xBF\xBD"},
         {"", ""},
@@ -213,7 +209,7 @@ TEST(RIFFMeta, ReadsBlocksOfTagsAndOfLines) {
     EXPECT_NE(RIFFMeta::userBlock(half).find("<CATEGORYFULL>A-B&amp;B</CATEGORYFULL>"), std::string::npos);
 }
 
-TEST(RIFFMeta, ChunksAndReadTellWhatIsThere) {
+TEST(RIFFMeta, ChunksAndFieldsAreReadFromAnyFile) {
     const TempFolder folder;
     const auto told = [&](const std::string& bytes) {
         writeBytes(folder / "x.wav", bytes);

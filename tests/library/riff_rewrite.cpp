@@ -1,11 +1,10 @@
-// A rewrite killed or refused at any point leaves the whole old WAV file or the whole new one.
+// A rewrite that is killed at any point leaves the whole old WAV file or the whole new one.
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
 #include "base/error.h"
 #include "library/meta/riff_meta.h"
 #include "support/audio_files.h"
-#include "support/full_disk.h"
 #include "support/traced.h"
 
 namespace brindlehum {
@@ -59,19 +58,6 @@ TEST_F(RIFFRewrite, KilledAtAnySystemCallLeavesOldOrNew) {
     }
     EXPECT_EQ(attempt(file), "");
     EXPECT_EQ(filesInHome(), 1U);
-}
-
-TEST_F(RIFFRewrite, FullDiskLeavesTheOldFile) {
-    for (const size_t limit : {size_t(0), size_t(700), old.size() - 1}) {
-        std::string said;
-        {
-            const FullDisk full(limit);
-            said = attempt(file);
-        }
-        EXPECT_EQ(said, "Couldn't write " + file.string() + ": File too large");
-        EXPECT_TRUE(readBytes(file) == old) << limit;
-        EXPECT_EQ(filesInHome(), 1U) << limit;
-    }
 }
 
 TEST_F(RIFFRewrite, LinkStaysALinkAndModeAMode) {

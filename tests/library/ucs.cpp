@@ -1,4 +1,4 @@
-// The category list and the naming scheme: what a file's name tells.
+// The category list and the naming scheme: what a file name says.
 #include "library/meta/ucs.h"
 
 #include <gtest/gtest.h>
@@ -8,7 +8,7 @@
 namespace brindlehum {
 namespace {
 
-TEST(UCS, TheApplicationBringsThePublishedList) {
+TEST(UCS, BuiltInListIsThePublishedOne) {
     const UCS& list = UCS::shared();
     EXPECT_EQ(list.entries().size(), 752U);
     const UCS::Entry* birds = list.lookup("ambBIRD");
@@ -20,7 +20,7 @@ TEST(UCS, TheApplicationBringsThePublishedList) {
     }
 }
 
-TEST(UCS, OddListsGiveWhatTheyHold) {
+TEST(UCS, DamagedLinesAreSkippedAndLaterOnesHold) {
     const UCS list(
         "CatID,Category,SubCategory\r\n\r\nambcity , AMB\t,CITY, more\r\nX,Y\n\"A,B,C\"\nDOORWood,1,2\nDoorWOOD,3,\n");
     EXPECT_EQ(list.entries().size(), 3U);
@@ -35,7 +35,7 @@ TEST(UCS, OddListsGiveWhatTheyHold) {
     }
 }
 
-TEST(FileName, TellsCategoryNameDesignerAndSource) {
+TEST(FileName, GivesCategoryNameDesignerAndSource) {
     struct Case {
         const char* file;
         const char* told;  // catID|category|subCategory|fxName|designer|source
@@ -63,7 +63,7 @@ TEST(FileName, TellsCategoryNameDesignerAndSource) {
     }
 }
 
-TEST(FileName, IsWrittenWithoutWhatWouldBreakIt) {
+TEST(FileName, WrittenNameHasNoSeparatorsInItsParts) {
     SoundMeta meta;
     EXPECT_EQ(meta.ucsFileName(), std::nullopt);
     meta.catID = "AMBBird";

@@ -1,4 +1,4 @@
-// The store: when it writes, when it announces, and what it makes of the stored text.
+// SettingsStore: when it writes, when it announces, and what it reads.
 #include "settings/settings_store.h"
 
 #include <gtest/gtest.h>
@@ -11,7 +11,7 @@ namespace {
 
 constexpr const char* key = "settings.v1";
 
-TEST(SettingsStore, FirstStartAndUnreadableTextGiveDefaultsAndWriteNothing) {
+TEST(SettingsStore, MissingOrUnreadableRecordGivesDefaultsAndWritesNothing) {
     for (const char* stored : {static_cast<const char*>(nullptr), "", "[]", "{\"autoPlay\":"}) {
         MemoryDefaults defaults;
         if (stored != nullptr) { defaults.set(key, stored); }
@@ -26,7 +26,7 @@ TEST(SettingsStore, FirstStartAndUnreadableTextGiveDefaultsAndWriteNothing) {
     }
 }
 
-TEST(SettingsStore, ADifferenceIsStoredBeforeItIsAnnounced) {
+TEST(SettingsStore, DifferenceIsStoredBeforeItIsAnnounced) {
     MemoryDefaults defaults;
     SettingsStore store(defaults);
     std::vector<std::pair<bool, bool>> seen;
@@ -46,7 +46,7 @@ TEST(SettingsStore, ADifferenceIsStoredBeforeItIsAnnounced) {
     EXPECT_EQ(SettingsStore(defaults).value(), store.value());
 }
 
-TEST(SettingsStore, ADanglingProfileIdStaysStored) {
+TEST(SettingsStore, IdOfAMissingProfileStaysStored) {
     MemoryDefaults defaults;
     SettingsStore store(defaults);
     const UUID gone = store.value().profiles[2].id;
@@ -58,7 +58,7 @@ TEST(SettingsStore, ADanglingProfileIdStaysStored) {
     EXPECT_EQ(next.value().activeProfileID, gone);
 }
 
-TEST(SettingsStore, WhatCannotBeEncodedHoldsInMemoryOnly) {
+TEST(SettingsStore, RecordThatCannotBeEncodedHoldsInMemoryOnly) {
     const std::function<void(AppSettings&)> changes[] = {
         [](AppSettings& s) { s.profiles[0].trimsDB[0] = std::nan(""); },
         [](AppSettings& s) { s.upmix.params.stage = double(INFINITY); },
@@ -79,7 +79,7 @@ TEST(SettingsStore, WhatCannotBeEncodedHoldsInMemoryOnly) {
     }
 }
 
-TEST(SettingsStore, AReceiverMayChangeTheSettingsAgain) {
+TEST(SettingsStore, ReceiverMayChangeTheSettingsAgain) {
     MemoryDefaults defaults;
     SettingsStore store(defaults);
     QObject::connect(&store, &SettingsStore::changed, [&](const AppSettings& now, const AppSettings&) {

@@ -12,7 +12,7 @@ namespace brindlehum {
 namespace {
 
 // A file without blocks on the disk but for its header and its last frame.
-TEST(FloatWav, HeadersHoldForAnyLength) {
+TEST(FloatWav, HeaderIsReadAtAnyLength) {
     const test::TempFolder folder;
     const int channels = 16;
     for (const int64_t frames :

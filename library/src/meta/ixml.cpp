@@ -1,4 +1,4 @@
-// The USER block: writing, reading, and placing it in a document that others wrote.
+// The USER block: writes it, reads it, and puts it into a document of another program.
 #include "meta/ixml.h"
 
 #include <algorithm>
@@ -61,7 +61,7 @@ std::optional<std::string_view> elementText(std::string_view block, std::string_
     return between(block, "<" + name + ">", "</" + name + ">");
 }
 
-// The lines that begin outside of elements: what a text of several lines holds isn't meant for tags of its own.
+// The lines that begin outside of elements: a later line of a long text must not pass for a tag of its own.
 std::vector<std::string_view> linesBesideElements(std::string_view block) {
     std::vector<std::string_view> texts;
     const auto note = [&](std::string_view tag) {
@@ -87,7 +87,7 @@ std::optional<std::string_view> lineText(const std::vector<std::string_view>& li
     return std::nullopt;
 }
 
-// 0 for what is no whole number.
+// 0 when the text is no whole number.
 int ratingOf(std::string_view text) {
     text = trimmed(text);
     if (text.starts_with('+') && !text.starts_with("+-")) { text.remove_prefix(1); }
@@ -101,7 +101,7 @@ int ratingOf(std::string_view text) {
 std::string storable(std::string_view text) {
     std::string out = repairUtf8(text);
     std::erase_if(out,
-                  [](char c) { return static_cast<unsigned char>(c) < 0x20 && c != '\t' && c != '\n' && c != '\r'; });
+                  [](char c) { return uint8_t(c) < 0x20 && c != '\t' && c != '\n' && c != '\r'; });
     return replaced(replaced(out, "\xEF\xBF\xBE", ""), "\xEF\xBF\xBF", "");
 }
 

@@ -8,8 +8,8 @@
 
 namespace brindlehum::RIFFMeta {
 
-// The document (empty: a new one) with the block of `meta` in place of its USER block, or as the last of its elements;
-// a text that is no iXML gives way to a new document. UTF-8.
+// The document with the block of `meta` in place of its USER block, or else as its last element. An empty text, or one
+// that is no iXML, becomes a new document. UTF-8.
 std::string withUserBlock(std::string document, const SoundMeta& meta);
 
 // Well-formed UTF-8 without the characters that XML 1.0 can't hold (control characters, of which a zero would end the

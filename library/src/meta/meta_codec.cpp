@@ -33,8 +33,8 @@ size_t utf8Length(std::string_view text, size_t at) {
     return 0;
 }
 
-// Reads the form that encodeMeta writes, which is what nearly every row holds, many times faster than a parser of all
-// JSON. It gives up at anything else, and never decides that a text is damaged.
+// Reads only the form that encodeMeta writes, which nearly every row holds, and so many times faster than a parser of
+// all JSON. It gives up at anything else, and never decides that a text is damaged.
 class PlainReader {
 public:
     explicit PlainReader(std::string_view json) : json_(json) {}
@@ -72,7 +72,7 @@ private:
         run = json_.substr(start, at_ - start);
         return true;
     }
-    // The keys come in the order of the alphabet, so that the next one is mostly known.
+    // The keys are in alphabetical order, so the next one can be guessed.
     const SoundMeta::Tag* tagOf(std::string_view key) {
         static const auto byKey = [] {
             std::array<const SoundMeta::Tag*, SoundMeta::ixmlTags.size()> tags;

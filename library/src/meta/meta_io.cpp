@@ -1,4 +1,4 @@
-// MetaIO: by its extension, a file is asked through its chunks or its tags; its name fills what they leave open.
+// MetaIO: reads chunks or tags, by the file's extension, and fills the gaps from its name.
 #include "library/meta/meta_io.h"
 
 #include <algorithm>
@@ -16,7 +16,7 @@ namespace {
 
 template <size_t N>
 bool hasExtension(const std::filesystem::path& file, const std::array<const char*, N>& extensions) {
-    return std::find(extensions.begin(), extensions.end(), lowerAscii(file.extension().string())) != extensions.end();
+    return std::ranges::find(extensions, lowerAscii(file.extension().string())) != extensions.end();
 }
 
 SoundMeta commonMetadata(const std::filesystem::path& file) {

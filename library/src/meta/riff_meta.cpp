@@ -1,4 +1,4 @@
-// RIFFMeta: what a file tells, and the rewrite of a file with another tale.
+// RIFFMeta: reads the metadata of a file, and writes a copy of it with other metadata.
 #include "library/meta/riff_meta.h"
 
 #include <limits>
@@ -36,12 +36,12 @@ std::string descriptionField(const std::string& text) {
     throw Error(ErrorKind::notWritableWav, "Not a WAV file Brindlehum can write");
 }
 
-// All of a chunk that is taken into memory; none without the chunk. Nothing that passes for metadata is this large.
+// The whole content of a chunk; none without the chunk. A larger one is no metadata, and refused.
 std::optional<std::string> wholeChunk(const FileHandle& file, const std::vector<Chunk>& chunks, std::string_view id) {
-    constexpr uint64_t mostBytes = 64 << 20;
+    constexpr uint64_t maxBytes = 64 << 20;
     const Chunk* chunk = find(chunks, id);
     if (!chunk) { return std::nullopt; }
-    if (chunk->size > mostBytes) { refuse(); }
+    if (chunk->size > maxBytes) { refuse(); }
     std::string bytes = content(file, *chunk, chunk->size);
     if (bytes.size() != chunk->size) { throw Error(std::string(id) + " chunk can't be read"); }
     return bytes;
@@ -71,27 +71,27 @@ bool isOurs(const Chunk& chunk) {
     return chunk.id == "bext" || chunk.id == "iXML";
 }
 
-// Whether the whole of the file is understood well enough to be carried over.
+// Whether all of the file was understood, so that a rewrite loses nothing.
 bool canBeRewritten(const Walk& walk) {
     const Chunk* data = find(walk.chunks, "data");
     if (!walk.toTheEnd || !data) { return false; }
-    // A recording that was never closed: what follows isn't chunks but sound.
+    // A recording that was never closed has sound here, not chunks.
     return data->size > 0 || !walk.cutOff;
 }
 
 }  // namespace
 
 SoundMeta read(const std::filesystem::path& path) {
-    constexpr uint64_t mostBytes = 1048576;
+    constexpr uint64_t maxBytes = 1048576;
     SoundMeta meta;
     try {
         const FileHandle file(path);
         const auto list = chunks(file);
         if (!list) { return meta; }
-        if (const Chunk* ixml = find(*list, "iXML")) { meta = parseUSER(repairUtf8(content(file, *ixml, mostBytes))); }
+        if (const Chunk* ixml = find(*list, "iXML")) { meta = parseUSER(repairUtf8(content(file, *ixml, maxBytes))); }
         if (meta.description.empty()) { meta.description = bextDescription(file, *list); }
     } catch (const Error&) {
-        return {};  // a file that can't be opened tells nothing
+        return {};  // as for a file without metadata
     }
     return meta;
 }

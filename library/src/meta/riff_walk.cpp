@@ -18,10 +18,10 @@ uint32_t readLE32(const char* bytes) {
 // A readable id, and content that the file holds.
 bool makesSense(const char* header, uint64_t room) {
     const auto readable = [](char c) { return c >= 0x20 && c <= 0x7E; };
-    return std::all_of(header, header + 4, readable) && readLE32(header + 4) <= room;
+    return std::ranges::all_of(header, header + 4, readable) && readLE32(header + 4) <= room;
 }
 
-// Some writers leave the pad byte of an odd chunk out. They did when the next header makes sense without it only.
+// Some writers omit the pad byte of an odd chunk. This one did if the next header makes sense only without the pad.
 bool padIsMissing(const FileHandle& file, uint64_t position, uint64_t end) {
     char bytes[9] = {};
     if (position + 8 > end || file.readAt(int64_t(position), bytes, sizeof bytes) < 8) { return false; }
@@ -39,8 +39,8 @@ std::optional<Walk> walk(const FileHandle& file) {
     const auto end = uint64_t(file.size());
     uint64_t position = sizeof head;
     while (position + 8 <= end) {
-        // A recording that was never closed can state no size: its silence then reads as countless empty chunks.
-        if (walk.chunks.size() == mostChunks) { return walk; }
+        // In a recording that was never closed the size may be 0: its silence then reads as countless empty chunks.
+        if (walk.chunks.size() == maxChunks) { return walk; }
         char header[8];
         if (!file.readExactly(int64_t(position), header, sizeof header)) { return walk; }
         const uint64_t stated = readLE32(header + 4);
@@ -61,7 +61,7 @@ std::optional<std::vector<Chunk>> chunks(const FileHandle& file) {
 }
 
 const Chunk* find(const std::vector<Chunk>& chunks, std::string_view id) {
-    const auto found = std::find_if(chunks.begin(), chunks.end(), [&](const Chunk& chunk) { return chunk.id == id; });
+    const auto found = std::ranges::find(chunks, id, &Chunk::id);
     return found == chunks.end() ? nullptr : &*found;
 }
 

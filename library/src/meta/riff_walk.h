@@ -13,8 +13,8 @@ namespace brindlehum::RIFFMeta {
 
 struct Walk {
     std::vector<Chunk> chunks;
-    bool toTheEnd = false;  // false: there are more than mostChunks
-    // The file ends inside of the last chunk, or of its header.
+    bool toTheEnd = false;  // false: there are more than maxChunks
+    // The file ends inside the last chunk, or of its header.
     bool cutOff = false;
 };
 std::optional<Walk> walk(const FileHandle& file);

@@ -9,7 +9,7 @@ namespace brindlehum {
 
 namespace {
 
-// Three capitals or more, letters and digits, and perhaps a further word of those behind one hyphen.
+// At least three capitals, then letters and digits; one hyphen may join a second such word.
 bool looksLikeCatID(std::string_view text) {
     const auto capital = [](char c) { return c >= 'A' && c <= 'Z'; };
     const auto alphanumeric = [&](char c) { return capital(c) || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9'); };

@@ -1,4 +1,4 @@
-// Upper case of any language's letters, as the catalog's categories stand.
+// Upper case in any language, the form of the catalog's categories.
 #pragma once
 
 #include <string>

@@ -1,4 +1,4 @@
-// The own log: its name, and how a line gets to its end whole.
+// This user's own log: its name, and appending to it.
 #include "library/team/change_log.h"
 
 #include <fcntl.h>
@@ -27,8 +27,8 @@ bool endsInsideALine(int log) {
            last != '\n';
 }
 
-// The folders of the log let in whom the root lets in, whatever the umask of who comes first: everybody has to add a
-// file there. False when a link leads elsewhere.
+// Gives the log's folders the root's permissions, whatever the umask of the first user: every user of the root has to
+// add a file there. False when a link leads elsewhere.
 bool makeFolders(const std::filesystem::path& root, const std::filesystem::path& folder, mode_t mode) {
     struct stat facts {};
     if (folder == root) { return true; }
@@ -37,8 +37,8 @@ bool makeFolders(const std::filesystem::path& root, const std::filesystem::path&
     return ::lstat(folder.c_str(), &facts) == 0 && S_ISDIR(facts.st_mode);
 }
 
-// As one write, so that a reader never meets two halves in the wrong order. What a full disk cuts off is dropped: the
-// next entry begins with a line feed.
+// In one write, so that a reader never sees two halves in the wrong order. A full disk may cut the entry off; it is
+// lost then, and the next one begins with a line feed.
 void writeAll(int log, std::string_view text) {
     while (!text.empty()) {
         const ssize_t written = ::write(log, text.data(), text.size());
@@ -78,7 +78,7 @@ void append(const std::filesystem::path& root, const Entry& entry) {
     const Descriptor log(::open(file.c_str(), O_RDWR | O_APPEND | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0600));
     if (!log.isOpen()) { return; }
     ::fchmod(log.number(), 0600 | (rootFacts.st_mode & everybodyReads));
-    // Some network file systems have no locks; an entry may then cut into another one of this machine at worst.
+    // Some network file systems have no locks; at worst, two entries of this machine are mixed then.
     while (::flock(log.number(), LOCK_EX) != 0 && errno == EINTR) {}
     writeAll(log.number(), (endsInsideALine(log.number()) ? "\n" : "") + *line + "\n");
 }

@@ -1,4 +1,4 @@
-// Reading the others' logs into the catalog.
+// Reads the others' logs into the catalog.
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -29,7 +29,7 @@ bool isPlain(const std::string& path) {
     return true;
 }
 
-// Catalogued paths hold no symbolic links; where one stands now, the path leads to something else than was meant.
+// Catalogued paths hold no symbolic links: where one is now, the path leads to another file than the entry meant.
 bool hasLink(const std::string& root, const std::string& path) {
     for (size_t end = path.find('/'); true; end = path.find('/', end + 1)) {
         struct stat facts {};
@@ -48,7 +48,7 @@ std::vector<fs::path> logsIn(const fs::path& folder) {
     return logs;
 }
 
-// Where reading a log stands, and the entries read since.
+// The position in a log, and the entries read since it was last stored.
 class Batch {
 public:
     Batch(std::string root, Catalog& catalog, std::string log)
@@ -66,7 +66,7 @@ public:
         entries_.emplace_back(path, std::move(entry.changes));
     }
 
-    // Entries and position in one transaction, so that none is ever applied twice. Gives how many were applied; throws
+    // Entries and position in one transaction, so that none is ever applied twice. Returns the number applied; throws
     // when another process has moved the position, or the database fails.
     int write(int64_t readTo) {
         int applied = 0;

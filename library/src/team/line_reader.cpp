@@ -1,3 +1,4 @@
+// LineReader: pieces of the file in one buffer.
 #include "team/line_reader.h"
 
 #include <fcntl.h>
@@ -37,11 +38,11 @@ std::optional<std::string_view> LineReader::next() {
             offset_ += passedOver_ + int64_t(line.size()) + 1;
             passedOver_ = 0;
             start_ = searched_ = end + 1;
-            if (cut || line.size() > longestLine) { continue; }
+            if (cut || line.size() > maxLineBytes) { continue; }
             return line;
         }
         searched_ = buffer_.size();
-        if (buffer_.size() - start_ > longestLine) {
+        if (buffer_.size() - start_ > maxLineBytes) {
             passedOver_ += int64_t(buffer_.size() - start_);
             buffer_.clear();
             start_ = searched_ = 0;

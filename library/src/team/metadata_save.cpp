@@ -1,3 +1,4 @@
+// MetadataSave: file, then catalog, then log.
 #include "library/team/metadata_save.h"
 
 #include <sys/stat.h>
@@ -22,9 +23,9 @@ struct stat factsOf(const std::string& path) {
     return facts;
 }
 
-// `written` is the inode that was given `meta`; none for a file that can't take it. Another program may have replaced
-// the file since: of two that save at once, the one whose turn at the catalog comes last indexes what the file then
-// holds, not what it has put there itself.
+// `written` is the inode that was given `meta`; none for a file that can't take it. If another program has replaced the
+// file since, this reads it again: of two that save at once, the last one to write the row must index the file as it is
+// then, not as it wrote it.
 void index(Catalog& catalog, const std::string& path, const std::string& root, const SoundMeta& meta,
            std::optional<ino_t> written) {
     std::optional<AudioFileInfo> info;
@@ -64,8 +65,8 @@ void save(const std::filesystem::path& file, const MetadataChanges& changes, Cat
     const std::string path = canonicalPath(file);
     factsOf(path);
     const bool embeds = MetaIO::canWrite(file);
-    // What a file that can't take metadata was given earlier stands in its row alone: begun from the file, a second
-    // edit would lose the first.
+    // The metadata of a file that can't hold any is in its row alone: a second edit that began from the file would
+    // lose the first.
     SoundMeta meta = embeds ? MetaIO::read(file) : current(file, catalog);
     changes.apply(meta);
     std::optional<ino_t> written;

@@ -1,7 +1,6 @@
 #include "ui/look/file_drag.h"
 
 #include <QDrag>
-#include <QFile>
 #include <QMimeData>
 #include <QPainter>
 #include <QUrl>
@@ -34,14 +33,6 @@ std::filesystem::path pathOf(const QUrl& local) {
 }
 
 }  // namespace
-
-QString toText(const std::filesystem::path& path) {
-    return QFile::decodeName(QByteArray::fromStdString(path.native()));
-}
-
-std::filesystem::path toPath(const QString& text) {
-    return QFile::encodeName(text).toStdString();
-}
 
 QMimeData* mimeData(const std::vector<std::filesystem::path>& files) {
     QList<QUrl> urls;

@@ -1,4 +1,4 @@
-// MetaIO: the metadata of any sound file, embedded or told by its name. No shared state, any background thread.
+// MetaIO: the metadata of any sound file, from its content and its name. No shared state, any background thread.
 #pragma once
 
 #include <sys/types.h>
@@ -9,13 +9,14 @@
 
 namespace brindlehum::MetaIO {
 
-// What the file holds, its gaps filled from its name. Never fails; takes up to two seconds for a compressed file.
+// What is embedded in the file, its gaps filled from the name. Never fails; takes up to two seconds for a compressed
+// file.
 SoundMeta read(const std::filesystem::path& file);
 // Whether files of this extension take metadata themselves; for others the catalog and the log are its only place.
 bool canWrite(const std::filesystem::path& file);
-// Rewrites a WAV file with `meta` embedded; the file is the complete old or the complete new one at any moment. Gives
-// the inode of the new one, by which a later replacement by someone else can be told. Throws
-// Error: notEmbeddable (not a WAV file), notWritableWav, tooLargeForRiff, or an I/O error.
+// Rewrites a WAV file with `meta` embedded; the file is the complete old or the complete new one at any moment. Returns
+// the inode of the new one, so that the caller can notice a later replacement by another program. Throws Error:
+// notEmbeddable (not a WAV file), notWritableWav, tooLargeForRiff, or an I/O error.
 ino_t write(const SoundMeta& meta, const std::filesystem::path& file);
 
 }  // namespace brindlehum::MetaIO

@@ -1,4 +1,4 @@
-// MetadataChanges: what one edit changes in a record, and nothing else of it.
+// MetadataChanges: the fields of a record that one edit changes.
 #pragma once
 
 #include <filesystem>
@@ -16,7 +16,7 @@ struct MetadataChanges {
     bool operator==(const MetadataChanges&) const = default;
 
     bool isEmpty() const { return fields.empty() && !rating; }
-    // Fields of unknown names are passed over.
+    // Unknown field names are ignored.
     void apply(SoundMeta& meta) const;
 };
 

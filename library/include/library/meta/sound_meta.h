@@ -45,7 +45,7 @@ struct SoundMeta {
     std::string searchText() const;
     // Takes from `other` what is empty here, and its rating if there is none here.
     void fill(const SoundMeta& other);
-    // What a name of the form CatID_FXName_Designer_Source tells; else an empty record.
+    // From a name of the form CatID_FXName_Designer_Source; an empty record for any other.
     static SoundMeta fromFileName(const std::filesystem::path& file);
     // That name without an extension; none without catID or fxName.
     std::optional<std::string> ucsFileName() const;

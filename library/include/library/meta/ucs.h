@@ -19,8 +19,8 @@ public:
 
     // The list that comes with the application, read at the first call.
     static const UCS& shared();
-    // From lines of "CatID,category,subcategory" behind a header line. There is no quoting; lines of fewer fields are
-    // passed over, further fields are ignored, and of two lines with one CatID the later one holds.
+    // From lines of "CatID,category,subcategory" behind a header line. There is no quoting; lines of fewer fields and
+    // further fields are ignored, and of two lines with one CatID the later one holds.
     explicit UCS(std::string_view csv);
 
     // By the CatID in upper case.
