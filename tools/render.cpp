@@ -8,7 +8,7 @@
 #include "float_wav.h"
 #include "format_json.h"
 #include "mix/config/mix_builder.h"
-#include "offline_render.h"
+#include "mix/render/offline_render.h"
 #include "render_words.h"
 
 namespace brindlehum::cli {

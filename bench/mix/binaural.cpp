@@ -78,7 +78,7 @@ private:
     ALuint buffers_[sources] = {};
 };
 
-// Both in turn, so that whatever else the machine does meets both alike.
+// Both in turn, so that other load on the machine slows both alike.
 void againstOpenAl(benchmark::State& state) {
     OpenAlScene scene;
     BinauralStage stage(HRTFSet::shared(rate));

@@ -6,7 +6,7 @@
 
 namespace brindlehum::core {
 
-// Rows that are added side by side at most: every input is then read once for all of them.
+// The most rows that are added side by side: every input is then read once for all of them.
 inline constexpr int32_t rowGroup = 4;
 
 // One input of a row, or of a group of rows that skip the same inputs.
@@ -22,7 +22,7 @@ using MixRows = void (*)(const Tap* taps, int32_t count, int32_t rows, const flo
 
 void mixRowsPlain(const Tap* taps, int32_t count, int32_t rows, const float* ramp, int32_t frames, float* const* outs);
 #if defined(__x86_64__)
-// Asks for AVX2 and FMA.
+// Needs AVX2 and FMA.
 void mixRowsAvx2(const Tap* taps, int32_t count, int32_t rows, const float* ramp, int32_t frames, float* const* outs);
 #endif
 

@@ -24,7 +24,7 @@ int32_t tileFrames(int32_t channels) {
 
 void chooseRows(const Tap* taps, int32_t count, int32_t rows, const float* ramp, int32_t frames, float* const* outs);
 
-// Starts as the choice itself, so that whoever comes first, on any thread, neither waits nor finds null.
+// Starts as the choice itself, so that the first caller on any thread neither waits nor finds null.
 constinit std::atomic<MixRows> mixRows{chooseRows};
 
 void chooseRows(const Tap* taps, int32_t count, int32_t rows, const float* ramp, int32_t frames, float* const* outs) {

@@ -9,7 +9,7 @@
 
 struct mn_ring {
     int32_t channels;
-    int32_t capacity;   // frames, exactly as asked
+    int32_t capacity;   // frames, exactly as requested
     float** planes;     // `channels` arrays of `capacity` samples
     double* positions;  // source position of each ring frame
     // Counters of all frames ever written and read, each on a cache line of its own, since two threads write them.

@@ -1,4 +1,4 @@
-// What the sources of EditOps share.
+// Helpers that the sources of EditOps share.
 #pragma once
 
 #include <cstdint>
@@ -9,7 +9,7 @@
 
 namespace brindlehum::EditOps::detail {
 
-// Whole frames in a stretch of time, what is over cut off.
+// Whole frames in a stretch of time, the fraction cut off.
 inline int64_t framesIn(double sr, double seconds) {
     return int64_t(sr * seconds);
 }

@@ -17,11 +17,11 @@ using Spectrum = std::complex<float>*;
 struct PartitionedConvolver::State {
     State(int in, int out, int frames, int taps);
 
-    // What is known of an input's window without looking.
+    // Flags about each input's window, so that silent ones needn't be scanned.
     struct Sounds {
         bool last = false;     // the last partition holds something but zeros
         bool present = false;  // so does the one in hand
-        bool stale = false;    // the one in hand still holds what it held before
+        bool stale = false;    // the one in hand still holds the samples of an earlier one
     };
 
     float* window(int input) { return windows.get() + int64_t(input) * 2 * partition; }
@@ -85,8 +85,7 @@ void PartitionedConvolver::State::take(int input, const float* samples, int fram
     const int slot = slotOf(input, 0);
     silent[size_t(slot)] = !(s.present || s.last);
     if (silent[size_t(slot)]) { return; }
-    // What is stale and not zero stands there only at the first call of a partition: while the last one sounds, that
-    // call overwrites it all.
+    // Only the first call of a partition meets stale samples: it clears those that its own don't overwrite.
     if (s.stale) { std::fill(half + filled + frames, half + partition, 0.0F); }
     if (hasSound || s.stale) { std::memcpy(half + filled, samples, sizeof(float) * size_t(frames)); }
     s.stale = false;

@@ -19,7 +19,7 @@ struct Resampler::State {
     soxr_t stream = nullptr;
     std::vector<const float*> inputs;
     std::vector<float*> outputs;  // where the call in hand goes on
-    bool drained = false;         // the input has ended; it isn't asked again
+    bool drained = false;         // the input has ended; it isn't pulled again
     double ratio = 1;             // output frames an input frame
     int64_t taken = 0;            // input frames so far
     int64_t given = 0;            // output frames so far

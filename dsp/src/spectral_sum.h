@@ -29,7 +29,7 @@ using SpectralSum = void (*)(const SpectralTerm* terms, int count, const Spectru
 void spectralSumPlain(const SpectralTerm* terms, int count, const SpectrumPair* bases, int bins,
                       const SpectrumPair& sums);
 #if defined(__x86_64__)
-// Asks for AVX2 and FMA.
+// Needs AVX2 and FMA.
 void spectralSumAvx2(const SpectralTerm* terms, int count, const SpectrumPair* bases, int bins,
                      const SpectrumPair& sums);
 #endif

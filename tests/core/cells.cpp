@@ -1,4 +1,4 @@
-// Atomic cells: publication of what a pointer leads to.
+// Atomic cells: an object is complete before its pointer is seen.
 #include <gtest/gtest.h>
 
 #include <thread>
@@ -7,7 +7,7 @@
 #include "core/mn_cells.h"
 
 // The reader follows each pointer it meets; under the thread sanitizer a missing release or acquire is a data race.
-TEST(Cells, APointerLeadsToFinishedData) {
+TEST(Cells, PointerIsSeenAfterItsData) {
     struct Record {
         int number, complement;
     };

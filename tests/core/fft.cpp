@@ -17,7 +17,7 @@ using FFT = std::unique_ptr<mn_fft, decltype(&mn_fft_destroy)>;
 
 constexpr int maxSize = 2048;
 
-// A transform of noise and what comes back from it, in dB of error each.
+// Errors of a transform of noise, and of its way back, in dB.
 struct Errors {
     double forward, inverse;
 };

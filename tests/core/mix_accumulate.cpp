@@ -1,4 +1,4 @@
-// The matrix kernel: every version bit for bit against a plain twin, and what it must leave untouched.
+// The matrix kernel: every version bit for bit against a plain twin, and the planes that it must leave untouched.
 #include <gtest/gtest.h>
 
 #include <bit>
@@ -26,7 +26,7 @@ struct Planes {
     std::vector<float*> planes;
 };
 
-// Sparse: zeros, negative zeros and tiny values among the gains. Dense: all rows skip the same input, if any.
+// Sparse: zeros, negative zeros and tiny values among the gains. Dense: at most one input is skipped, by all rows.
 std::vector<float> randomMatrix(int rows, int channels, bool sparse, uint32_t seed) {
     std::vector<float> matrix = brindlehum::test::noise(size_t(rows) * size_t(channels), seed);
     std::mt19937 random(seed);

@@ -1,4 +1,4 @@
-// RealFFT: what it adds to the core's transform, which are scale, any alignment and untouched sources.
+// RealFFT: scale, any alignment and untouched sources, which it adds to the core's transform.
 #include <gtest/gtest.h>
 
 #include <stdexcept>

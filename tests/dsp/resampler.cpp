@@ -1,4 +1,4 @@
-// Resampler: where an impulse comes out, how flat the passband is, how far down aliases lie, and how it ends.
+// Resampler: the passband's curve, the level of aliases, blocks against the whole, and where a stream ends.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -18,29 +18,6 @@ struct Rates {
     double from, to;
 };
 const Rates allRates[] = {{44100, 48000}, {48000, 44100}, {96000, 48000}, {48000, 192000}, {44100, 44101.3}};
-
-// Least-squares fit of a sine of known frequency over the middle of a signal: amplitude, and what is left, in dB.
-struct Fit {
-    double amplitude, residueDb;
-};
-Fit fitSine(const std::vector<float>& x, double hz, double rate) {
-    const size_t margin = x.size() / 4;
-    double ss = 0, cc = 0, sc = 0, xs = 0, xc = 0, xx = 0;
-    for (size_t i = margin; i < x.size() - margin; ++i) {
-        const double s = std::sin(2 * std::numbers::pi * hz * double(i) / rate);
-        const double c = std::cos(2 * std::numbers::pi * hz * double(i) / rate);
-        ss += s * s, cc += c * c, sc += s * c, xs += x[i] * s, xc += x[i] * c, xx += double(x[i]) * x[i];
-    }
-    const double det = ss * cc - sc * sc;
-    const double a = (xs * cc - xc * sc) / det;
-    const double b = (xc * ss - xs * sc) / det;
-    double residue = 0;
-    for (size_t i = margin; i < x.size() - margin; ++i) {
-        const double phase = 2 * std::numbers::pi * hz * double(i) / rate;
-        residue += std::pow(x[i] - a * std::sin(phase) - b * std::cos(phase), 2);
-    }
-    return {std::hypot(a, b), 10 * std::log10(residue / xx)};
-}
 
 // The same conversion through blocks of `frames` output frames and input in blocks of 1 to 700.
 std::vector<float> stream(const std::vector<float>& input, Rates rates, int frames) {
@@ -68,27 +45,14 @@ std::vector<float> stream(const std::vector<float>& input, Rates rates, int fram
 
 }  // namespace
 
-TEST(Resampler, ThePassbandIsFlatAndCleanOf24Bits) {
-    for (const auto [from, to] : allRates) {
-        const double edge = 0.9 * std::min(from, to) / 2;
-        for (const double hz : {50.0, 997.0, 0.25 * edge, 0.7 * edge, edge}) {
-            SCOPED_TRACE(testing::Message() << from << " to " << to << ", " << hz << " Hz");
-            const std::vector<float> input = test::sine(40000, hz, from, 0.7);
-            const Fit fit = fitSine(Resampler::convert(input, from, to), hz, to);
-            EXPECT_NEAR(20 * std::log10(fit.amplitude / 0.7), 0, 0.001);
-            // What is left is mostly the rounding of float samples, at -150 dB.
-            EXPECT_LT(fit.residueDb, -140);
-        }
-    }
-}
-
-// Random input of which the whole curve is known: sines of random frequency, phase and level inside the passband. The
-// plain twin evaluates them at the output's own instants.
-TEST(Resampler, RandomInputKeepsItsCurve) {
+// The input is a sum of sines of random frequency, phase and level up to the edge of the passband; the plain twin
+// evaluates them at the output's own instants. An error below -120 dB proves the level within 0.001 dB and the delay at
+// once.
+TEST(Resampler, SinesOfThePassbandKeepTheirCurve) {
     std::mt19937 engine(41);
     std::uniform_real_distribution<double> uniform(0, 1);
     for (const double from : {8000.0, 11025.0, 32000.0, 44100.0, 48000.0, 96000.0, 384000.0}) {
-        for (const double to : {22050.0, 48000.0}) {
+        for (const double to : {22050.0, 44101.3, 48000.0, 192000.0}) {
             constexpr int sines = 100;
             const double edge = 0.9 * std::min(from, to) / 2;
             std::vector<float> input(size_t(from / 4));
@@ -115,7 +79,7 @@ TEST(Resampler, RandomInputKeepsItsCurve) {
     }
 }
 
-TEST(Resampler, WhatTheOutputCantHoldIsGone) {
+TEST(Resampler, FrequenciesAboveTheOutputsRangeAreGone) {
     const Rates down[] = {{96000, 48000}, {48000, 44100}, {192000, 44100}};
     for (const auto [from, to] : down) {
         for (const double above : {1.0, 1.05, 1.08}) {
@@ -146,7 +110,7 @@ TEST(Resampler, AnyBlockSizeGivesTheWholeSignal) {
     }
 }
 
-TEST(Resampler, ShortInputHasItsLengthAndBadRatesAreRefused) {
+TEST(Resampler, ShortInputHasItsLengthAndUnusableRatesAreRefused) {
     Resampler resampler(44100, 48000, 1);
     std::vector<float> out(64);
     float* outputs[] = {out.data()};
@@ -163,12 +127,6 @@ TEST(Resampler, ShortInputHasItsLengthAndBadRatesAreRefused) {
     EXPECT_THROW(Resampler(0, 48000, 1), std::runtime_error);
     EXPECT_THROW(Resampler(44100, std::nan(""), 1), std::runtime_error);
     EXPECT_THROW(Resampler(44100, 48000, 0), std::runtime_error);
-}
-
-TEST(Resampler, AFaultOfTheSourceReachesTheCaller) {
-    Resampler resampler(44100, 48000, 1);
-    std::vector<float> out(64);
-    float* outputs[] = {out.data()};
-    const auto fail = [](int, const float**) -> int { throw std::runtime_error("the source is gone"); };
-    EXPECT_THROW(resampler.process(outputs, 64, fail), std::runtime_error);
+    const auto fail = [](int, const float**) -> int { throw std::logic_error("the source is gone"); };
+    EXPECT_THROW(Resampler(44100, 48000, 1).process(outputs, 64, fail), std::logic_error) << "passed on";
 }

@@ -84,7 +84,7 @@ TEST(HRTFSet, AgreesWithTheLibrarysOwnConversion) {
     mysofa_close(easy);
 }
 
-TEST(HRTFSet, FilesThatArentSetsAreRefusedAndPassedOver) {
+TEST(HRTFSet, UnusableFilesAreRefusedAndTheNextIsTaken) {
     const test::TempFolder home;
     fs::create_directory(home / "Brindlehum");
     const fs::path own = home / "Brindlehum/hrtf.sofa";

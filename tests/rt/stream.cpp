@@ -1,4 +1,4 @@
-// The stream that feeds the audio thread under the guard: it may read files, but takes no memory once it runs.
+// The stream that feeds the audio thread, under the guard: it may read files, but allocates nothing once it runs.
 #include <gtest/gtest.h>
 
 #include "audio/stream/stream_reader.h"
@@ -27,7 +27,7 @@ uint32_t allocationsInSteadyState(std::unique_ptr<FrameSource> source, double ou
     return scope.faults().allocations;
 }
 
-TEST(StreamUnderGuard, TakesNoMemoryInTheSteadyState) {
+TEST(RtStream, AllocatesNothingInTheSteadyState) {
     const Planes planes = noisePlanes(6, 60000);
     const TempFolder folder;
     writeAudio(folder / "a.wav", planes);

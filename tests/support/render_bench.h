@@ -7,20 +7,11 @@
 #include <memory>
 #include <vector>
 
-#include "core/mn_mix.h"
 #include "core/mn_ring.h"
+#include "mix/render/render_config.h"
 #include "mix/render/render_context.h"
 
 namespace brindlehum::test {
-
-// A published configuration and its matrix.
-struct BenchConfig {
-    BenchConfig(int inputs, int rows, std::vector<float> gains) : matrix(std::move(gains)) {
-        record = {inputs, rows, 0, 0, 1, matrix.data(), nullptr, 0};
-    }
-    std::vector<float> matrix;
-    mn_mix_config record;
-};
 
 class RenderBench {
 public:
@@ -41,16 +32,26 @@ public:
         return rings_.back().get();
     }
 
-    mn_mix_config* config(int inputs, int rows, std::vector<float> gains) {
-        configs_.push_back(std::make_unique<BenchConfig>(inputs, rows, std::move(gains)));
+    const mn_mix_config* config(MixConfig config) {
+        configs_.push_back(std::make_unique<RenderConfig>(std::move(config)));
         return &configs_.back()->record;
     }
-    mn_mix_config* binaural(int inputs, int rows, std::vector<float> gains, int left = 0, int right = 1) {
-        mn_mix_config* record = config(inputs, rows, std::move(gains));
-        record->to_binaural = 1;
-        record->bin_left = left;
-        record->bin_right = right;
-        return record;
+    const mn_mix_config* config(int inputs, int rows, std::vector<float> gains) {
+        return config(mixConfig(inputs, rows, std::move(gains)));
+    }
+    const mn_mix_config* binaural(int inputs, int rows, std::vector<float> gains, int left = 0, int right = 1) {
+        MixConfig headphones = mixConfig(inputs, rows, std::move(gains));
+        headphones.toBinaural = true;
+        headphones.binLeft = left;
+        headphones.binRight = right;
+        return config(std::move(headphones));
+    }
+    static MixConfig mixConfig(int inputs, int rows, std::vector<float> gains) {
+        MixConfig config;
+        config.inChannels = inputs;
+        config.rows = rows;
+        config.matrix = std::move(gains);
+        return config;
     }
 
     // Renders a block into planes that hold other values before; the planes named in `absent` are null.
@@ -67,7 +68,7 @@ public:
         }
         return device_;
     }
-    // From now on collects what the first `channels` channels play.
+    // From now on collects the sound of the first `channels` channels.
     void listen(int channels) { heard_.assign(size_t(channels), {}); }
     const std::vector<float>& heard(int channel) const { return heard_[size_t(channel)]; }
 
@@ -78,7 +79,7 @@ private:
     std::vector<std::vector<float>> device_;
     std::vector<std::vector<float>> heard_;
     std::vector<std::unique_ptr<mn_ring, decltype(&mn_ring_destroy)>> rings_;
-    std::vector<std::unique_ptr<BenchConfig>> configs_;
+    std::vector<std::unique_ptr<RenderConfig>> configs_;
 };
 
 }  // namespace brindlehum::test

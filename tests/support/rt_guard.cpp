@@ -34,7 +34,7 @@ void note(Kind kind, const char* name) noexcept {
     ++count;
 }
 
-// The function of this name behind ours, looked up on first use. What the look-up itself calls isn't counted.
+// The library's function of this name, looked up on first use. Calls that the look-up itself makes aren't counted.
 template <class F>
 struct Next {
     const char* name;
@@ -161,7 +161,7 @@ GUARD(systemCall, int, sched_yield, (), ())
 GUARD(systemCall, void*, mmap, (void* a, Size n, int p, int g, int f, long o), (a, n, p, g, f, o))
 GUARD(systemCall, int, munmap, (void* a, Size n), (a, n))
 GUARD(systemCall, int, pthread_create, (void* t, const void* a, void* (*f)(void*), void* d), (t, a, f, d))
-// Variadic, and called with all the arguments that they may take: what isn't there isn't looked at.
+// Variadic: passing on all the arguments that they may take is safe, since they don't read those that are absent.
 GUARD(systemCall, int, open, (const char* p, int g, unsigned m), (p, g, m))
 GUARD(systemCall, int, open64, (const char* p, int g, unsigned m), (p, g, m))
 GUARD(systemCall, int, openat, (int d, const char* p, int g, unsigned m), (d, p, g, m))

@@ -26,15 +26,15 @@ int32_t mn_ring_write_space(const mn_ring* ring) noexcept;
 int32_t mn_ring_available(const mn_ring* ring) noexcept;
 
 // Copies up to `frames` frames from `planes` (one pointer a channel) with one source position a frame;
-// gives the count written, which is less when the ring is full. Writer.
+// returns the count written, which is less when the ring is full. Writer.
 int32_t mn_ring_write(mn_ring* ring, const float* const* planes, const double* positions, int32_t frames) noexcept;
-// Copies up to `frames` frames into `planes`; gives the count read. Stores the position of the last frame read
+// Copies up to `frames` frames into `planes`; returns the count read. Stores the position of the last frame read
 // through `last_position` (may be null), which stays as it is when nothing was read. Reader.
 int32_t mn_ring_read(mn_ring* ring, float* const* planes, int32_t frames, double* last_position) noexcept;
 
 // Marks the end: no frame follows. Never goes back. Writer.
 void mn_ring_set_eof(mn_ring* ring) noexcept;
-// 1 after mn_ring_set_eof; who sees it also sees every frame written before. Any thread.
+// 1 after mn_ring_set_eof, else 0; a thread that sees 1 also sees every frame written before. Any thread.
 int32_t mn_ring_eof(const mn_ring* ring) noexcept;
 
 }  // extern "C"

@@ -1,8 +1,8 @@
 // EditOps: pure operations of the sound editor on audio in memory.
 //
 // Channels are equally long lists of samples at the rate `sr` in Hz. Ranges are half-open, start ..< end in frames,
-// with 0 <= start <= end <= length; anything else is the caller's fault. Arguments are never changed. Callable on any
-// thread.
+// with 0 <= start <= end <= length; anything else is undefined. Arguments are never changed. Callable on any thread;
+// all of it allocates.
 #pragma once
 
 #include <cstdint>
@@ -56,7 +56,7 @@ RandomEngine systemSeeded();
 std::vector<float> hallIR(double sr, double seconds, RandomEngine& random);
 std::vector<float> hallIR(double sr, double seconds);
 
-// The macros, each with the text that tells the user what it does.
+// The macros, each with the text that explains it to the user.
 
 inline constexpr const char* topAndTailsDescription = "50 ms fade-in at the head, 1 s fade-out at the tail";
 // The whole document: a sine fade in, a cosine fade out. In a short document the fades lie over each other.
@@ -73,9 +73,9 @@ inline constexpr const char* seamlessLoopDescription =
 struct SeamlessLoop {
     Channels channels;
     int64_t guard = 0;  // frames of the splice guard
-    int64_t carry = 0;  // frames of what follows the range, folded over its head
+    int64_t carry = 0;  // frames after the range that are folded over its head
 };
-// A loop of exactly the range's length. With `carryTail` up to 3 seconds of what follows the range ring on over its
+// A loop of exactly the range's length. With `carryTail` up to 3 seconds of the sound after the range ring on over its
 // head, as they would after the last round. The guard holds the level up over the wrap: an equal-power overlap of the
 // loop with its next round, which is the loop itself, so up to 3 dB more, the same on both sides. Peaks above 0.999 are
 // scaled down to it. None for a range of fewer than 20 frames, a rate below 1250 Hz, and without channels.

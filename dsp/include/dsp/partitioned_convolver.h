@@ -32,8 +32,8 @@ private:
 // Construction on the control side; reset and process are real-time safe, on one thread at a time.
 class PartitionedConvolver {
 public:
-    // Filters of up to `maxTaps` taps (what is longer is cut), in partitions of `partition` frames, a power of two of
-    // at least 16. Throws std::invalid_argument.
+    // Filters of up to `maxTaps` taps (longer ones are cut to whole partitions), in partitions of `partition` frames, a
+    // power of two of at least 16. Throws std::invalid_argument.
     PartitionedConvolver(int inputs, int outputs, int partition, int maxTaps);
     ~PartitionedConvolver();
 

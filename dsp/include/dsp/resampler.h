@@ -20,8 +20,8 @@ public:
     Resampler& operator=(Resampler&&) noexcept;
 
     // Fills up to `frames` frames of `outputs`. `pull(limit, planes)` points `planes` (one pointer a channel) at
-    // up to `limit` further input frames and gives their count, 0 at the end of the input. The planes are needed until
-    // it is called again or process returns; what it throws goes through. Gives the frames delivered: fewer than
+    // up to `limit` further input frames and returns their count, 0 at the end of the input. The planes must last until
+    // it is called again or process returns; its exceptions are passed on. Returns the frames delivered: fewer than
     // `frames` only at the end of the stream, which is round(input frames x outputRate / inputRate) long, and 0 when
     // it is over. Doesn't allocate in the steady state. Throws std::runtime_error on a converter error.
     using Pull = std::function<int(int limit, const float** planes)>;

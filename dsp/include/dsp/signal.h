@@ -1,4 +1,5 @@
-// Signal: the small toolbox under every music analysis. Stateless, callable on any thread.
+// Signal: the small toolbox under every music analysis. Samples are linear, full scale 1; stateless, callable on any
+// thread.
 #pragma once
 
 #include <cstddef>

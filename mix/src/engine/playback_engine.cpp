@@ -7,7 +7,7 @@
 #include "base/error.h"
 #include "engine/binaural_loader.h"
 #include "mix/render/hrtf_set.h"
-#include "render/render_watch.h"
+#include "mix/render/render_watch.h"
 
 namespace brindlehum {
 

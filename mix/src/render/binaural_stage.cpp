@@ -30,7 +30,8 @@ std::shared_ptr<const ConvolverFilter> BinauralStage::filterFor(const Direction&
     auto [left, right] = hrtf_->impulses(direction);
     auto filter = std::make_shared<const ConvolverFilter>(
         std::vector<std::vector<float>>{std::move(left), std::move(right)}, partition);
-    // Turning the head visits directions without end; layouts come back to a few.
+    // A turning sound field needs ever new directions, while layouts return to a few: forget all when there are too
+    // many.
     if (known_.size() >= maxKnown) { known_.clear(); }
     known_.emplace(key, filter);
     return filter;

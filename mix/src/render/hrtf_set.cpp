@@ -52,7 +52,7 @@ void resample(MYSOFA_HRTF& set, double rate) {
     std::vector<float> out[2] = {std::vector<float>(size_t(outStride)), std::vector<float>(size_t(outStride))};
     float* outputs[] = {out[0].data(), out[1].data()};
     unsigned measurement = 0;
-    int64_t at = 0;  // frame of the measurement's stretch that comes next
+    int64_t at = 0;  // next frame of the measurement's stretch
     const Resampler::Pull pull = [&](int limit, const float** planes) {
         if (at == stride) { at = 0, ++measurement; }
         if (measurement >= set.M) { return 0; }
@@ -74,7 +74,7 @@ void resample(MYSOFA_HRTF& set, double rate) {
             for (unsigned i = 0; i < taps; ++i) { response[i] = out[ear][i] * level; }
         }
     }
-    std::free(set.DataIR.values);  // the library frees what stands here with free()
+    std::free(set.DataIR.values);  // the library frees this array with free()
     set.DataIR.values = result;
     set.DataIR.elements = set.M * set.R * taps;
     set.N = taps;
@@ -90,7 +90,7 @@ struct HRTFSet::Data {
     double delayScale = 1;  // device frames in one frame of the file, in which its delays are counted
     std::mutex mutex;       // the look-up keeps scratch memory
 
-    // Both ears' responses, interpolated, without their delays, which come apart in frames of the file.
+    // Both ears' interpolated responses, without their delays, which are returned in `delays` in frames of the file.
     std::vector<float> responses(const Direction& direction, float (&delays)[2]) {
         float position[3] = {float(direction.az), float(direction.el), 1};
         mysofa_s2c(position);

@@ -10,10 +10,6 @@
 namespace brindlehum {
 namespace {
 
-// Planes lie a whole number of cache lines apart that isn't a power of two: the same frames of 16 planes would
-// otherwise fall into the same few sets of the first-level cache and push each other out.
-constexpr size_t planeStride = RenderContext::maxFrames + 272;
-
 bool isBinaural(const mn_mix_config* config) {
     return config != nullptr && config->to_binaural != 0;
 }
@@ -31,15 +27,15 @@ RenderContext::RenderContext()
       position_(mn_f64_create(0)),
       finished_(mn_i64_create(0)),
       gain_(mn_f64_create(1)),
-      storage_(makeAligned<float>(planeStride * (2 * maxSourceChannels + maxVirtualSpeakers + 4))) {
+      storage_(makeAligned<float>(ConfigMixer::planeStride * (2 * maxSourceChannels + maxVirtualSpeakers + 2))) {
     float* next = storage_.get();
     const auto assign = [&next](float*& plane) {
         plane = next;
-        next += planeStride;
+        next += ConfigMixer::planeStride;
     };
-    for (auto* planes : {&inA_, &inB_}) { std::for_each(planes->begin(), planes->end(), assign); }
-    std::for_each(bus_.begin(), bus_.end(), assign);
-    for (float** plane : {&rampUp_, &rampDown_, &binL_, &binR_}) { assign(*plane); }
+    for (auto* planes : {&inA_, &inB_}) { std::ranges::for_each(*planes, assign); }
+    std::ranges::for_each(bus_, assign);
+    for (float** plane : {&binL_, &binR_}) { assign(*plane); }
 }
 
 RenderContext::~RenderContext() {
@@ -88,29 +84,23 @@ int32_t RenderContext::render(uint32_t frames, const DeviceBuffers& buffers) noe
 }
 
 void RenderContext::steadyBlock(mn_ring* ring, const mn_mix_config* config, int32_t n) noexcept {
-    mix(config, read(ring, inA_.data(), n, true), n, nullptr);
+    mixer_.mix({config, read(ring, inA_.data(), n, true)}, n, destination());
 }
 
-// Fades from the last block's ring and configuration to the new ones: over this block exactly, whose last frame is
-// all new.
+// Fades from the last block's ring and configuration to the new ones over exactly this block.
 void RenderContext::changeBlock(mn_ring* ring, const mn_mix_config* config, int32_t n) noexcept {
-    for (int32_t i = 0; i < n; ++i) {
-        rampUp_[i] = float(i + 1) / float(n);
-        rampDown_[i] = 1 - rampUp_[i];
-    }
-    Input before, after;
+    ConfigMixer::Input before, after;
     if (ring == prevRing_) {
         before = after = read(ring, inA_.data(), n, true);
     } else {
         before = read(prevRing_, inA_.data(), n, false);
         after = read(ring, inB_.data(), n, true);
     }
-    mix(prevCfg_, before, n, rampDown_);
-    mix(config, after, n, rampUp_);
+    mixer_.fade({prevCfg_, before}, {config, after}, n, destination());
 }
 
-// What the ring can't deliver is silence, and leaves the last known position.
-RenderContext::Input RenderContext::read(mn_ring* ring, float* const* planes, int32_t n, bool storePosition) noexcept {
+// Frames that the ring can't deliver are silence, and leave the last known position.
+ConfigMixer::Input RenderContext::read(mn_ring* ring, float* const* planes, int32_t n, bool storePosition) noexcept {
     if (ring == nullptr || mn_ring_channels(ring) > maxSourceChannels) { return {}; }
     const int32_t channels = mn_ring_channels(ring);
     double last = 0;
@@ -120,19 +110,12 @@ RenderContext::Input RenderContext::read(mn_ring* ring, float* const* planes, in
     return {planes, channels};
 }
 
-// A source of another width than the configuration's is silent: for an instant one of the two may be replaced before
-// the other.
-void RenderContext::mix(const mn_mix_config* config, const Input& input, int32_t n, const float* ramp) noexcept {
-    if (config == nullptr || input.channels != config->in_channels) { return; }
-    if (config->to_binaural != 0) {
-        mn_mix_accumulate(config, input.planes, n, bus_.data(), maxVirtualSpeakers, ramp);
-    } else {
-        mn_mix_accumulate(config, input.planes, n, dev_.data(), deviceChannels_, ramp);
-    }
+ConfigMixer::Destination RenderContext::destination() const noexcept {
+    return {.device = {dev_.data(), deviceChannels_}, .speakers = {bus_.data(), maxVirtualSpeakers}};
 }
 
-// Runs the stage while a configuration of this block or the last one feeds it, and then on silence until what it
-// has heard has rung out. It sleeps with its history forgotten, so that nothing stale sounds when it wakes.
+// Runs the stage while a configuration of this block or the last one feeds it, and then on silence until the sound in
+// it has rung out. It sleeps with its history forgotten, so that nothing stale sounds when it wakes.
 void RenderContext::spatialise(const mn_mix_config* config, int32_t n) noexcept {
     auto* stage = static_cast<BinauralStage*>(mn_slot_load(stageSlot_));
     if (stage != prevStage_) {

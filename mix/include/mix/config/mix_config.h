@@ -9,15 +9,16 @@
 
 namespace brindlehum {
 
+// The render side reads it as the flat record that RenderConfig makes of it.
 struct MixConfig {
-    int inChannels = 0;  // planes that reach the matrix
-    int rows = 0;
-    std::vector<float> matrix;  // rows x inChannels, row-major
+    int inChannels = 0;         // planes that the matrix reads: the source's, or the upmix's outputs
+    int rows = 0;               // device channels, or virtual speakers
+    std::vector<float> matrix;  // rows x inChannels linear gains, row-major
     bool toBinaural = false;    // rows are virtual speakers; otherwise device channels
-    int binLeft = 0;            // device channels of the two ears
+    int binLeft = 0;            // device channels of the two ears, from 0
     int binRight = 1;
     std::vector<Direction> virtualDirections;  // one a row when toBinaural, else empty
-    std::optional<UpmixRequest> upmix;         // stands before the matrix, which then reads its outputs
+    std::optional<UpmixRequest> upmix;         // stands before the matrix
     int upmixOffset = 0;                       // first source plane that feeds the upmix
     bool operator==(const MixConfig&) const = default;
 };

@@ -23,13 +23,13 @@ public:
     explicit BinauralStage(std::shared_ptr<const HRTFSet> hrtf);
     ~BinauralStage();
 
-    // Places the first directions.size() sources; heard from the next block on, faded over that block. Gives the
-    // set that it replaced, which the caller must keep until the render side has moved on (3 seconds). Control
+    // Places the first directions.size() sources (degrees), faded over the next block; all others stay. Returns the set
+    // that it replaced, which the caller must keep until the render side has moved on (see keepFor). Control
     // side; costs filter look-ups and transforms of directions not seen before.
     struct FilterSet;
     std::shared_ptr<const FilterSet> setDirections(const std::vector<Direction>& directions);
 
-    // Frames for which the stage still sounds after its input has fallen silent.
+    // Frames that the stage rings on after its input has fallen silent.
     int tailFrames() const { return tailFrames_; }
 
     // Render thread, or the control side while nothing renders.
@@ -48,7 +48,7 @@ private:
     int tailFrames_ = 0;
     mn_slot* slot_;                             // the FilterSet to use, written by control
     const FilterSet* previous_ = nullptr;       // of the last block, written by render
-    std::shared_ptr<const FilterSet> current_;  // keeps what the slot points to
+    std::shared_ptr<const FilterSet> current_;  // owns the set in the slot
 };
 
 }  // namespace brindlehum

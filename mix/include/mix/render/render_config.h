@@ -1,32 +1,23 @@
-// RenderConfig: a MixConfig in the form that the render side reads.
+// RenderConfig: a MixConfig together with the flat record of it that the render side reads.
 #pragma once
-
-#include <algorithm>
-#include <vector>
 
 #include "core/mn_mix.h"
 #include "mix/config/mix_config.h"
 
 namespace brindlehum {
 
-// Owns the matrix that `record` points to; neither is changed once the record has been published.
+// Owns the matrix that `record` points to, and never changes once made. After publishing `record` through a slot, keep
+// the object until the render side has moved on (see keepFor). Made on the control side.
 struct RenderConfig {
-    explicit RenderConfig(const MixConfig& config) : matrix(config.matrix) {
-        const size_t cells = size_t(std::max(config.rows, 0)) * size_t(std::max(config.inChannels, 0));
-        matrix.resize(std::max<size_t>(cells, 1));
-        record.in_channels = config.inChannels;
-        record.rows = config.rows;
-        record.to_binaural = config.toBinaural ? 1 : 0;
-        record.bin_left = config.binLeft;
-        record.bin_right = config.binRight;
-        record.matrix = matrix.data();
-        record.upmix_offset = config.upmixOffset;
-    }
+    // `upmix` is the processor for config.upmix; it is ignored when the configuration asks for none, and must outlive
+    // this object. A configuration that asks for an upmix and has no processor is silent at every width: its matrix
+    // reads outputs that nobody makes.
+    explicit RenderConfig(MixConfig config, mn_upmix* upmix = nullptr);
     RenderConfig(const RenderConfig&) = delete;
     RenderConfig& operator=(const RenderConfig&) = delete;
 
-    std::vector<float> matrix;
-    mn_mix_config record{};
+    const MixConfig config;
+    const mn_mix_config record;
 };
 
 }  // namespace brindlehum

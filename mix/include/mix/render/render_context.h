@@ -1,7 +1,7 @@
 // RenderContext: the real-time half of playback, all state and buffers of the device callback.
 //
-// Control publishes a ring and a configuration through slots, data first, and keeps what it replaced for three
-// seconds. Any change is crossfaded over the one block that meets it.
+// The control side publishes a ring and a configuration through slots, data first, and keeps replaced ones alive (see
+// keepFor). Any change is crossfaded over the one block that meets it.
 #pragma once
 
 #include <array>
@@ -11,6 +11,7 @@
 #include "core/mn_mix.h"
 #include "core/mn_ring.h"
 #include "dsp/aligned_array.h"
+#include "mix/render/config_mixer.h"
 #include "platform/audio_system.h"
 
 namespace brindlehum {
@@ -19,7 +20,7 @@ class BinauralStage;
 
 class RenderContext : public RenderTarget {
 public:
-    static constexpr int maxFrames = 4096;
+    static constexpr int maxFrames = ConfigMixer::maxFrames;
     static constexpr int maxSourceChannels = 64;
     static constexpr int maxVirtualSpeakers = 32;
     static constexpr int maxDeviceChannels = 256;
@@ -33,8 +34,10 @@ public:
     int32_t render(uint32_t frames, const DeviceBuffers& buffers) noexcept override;
 
     // --- Cells that cross the threads.
-    void setRing(mn_ring* ring) noexcept { mn_slot_store(ringSlot_, ring); }             // control
-    void setConfig(mn_mix_config* config) noexcept { mn_slot_store(cfgSlot_, config); }  // control
+    void setRing(mn_ring* ring) noexcept { mn_slot_store(ringSlot_, ring); }  // control
+    void setConfig(const mn_mix_config* config) noexcept {                    // control
+        mn_slot_store(cfgSlot_, const_cast<mn_mix_config*>(config));          // render reads it as const again
+    }
     double position() const noexcept { return mn_f64_load(position_); }  // source position of the last frame read
     void setPosition(double frame) noexcept { mn_f64_store(position_, frame); }  // control
     bool finished() const noexcept { return mn_i64_load(finished_) != 0; }       // playback ran off the end
@@ -43,7 +46,8 @@ public:
     double gain() const noexcept { return mn_f64_load(gain_); }
 
     // The stage that configurations with `to_binaural` sound through, published before the first of them; null for
-    // none, which loses their sound and nothing else. Who replaces one keeps it as long as a configuration. Control.
+    // none, which loses their sound and nothing else. Keep a replaced stage as long as a replaced configuration.
+    // Control side.
     void setBinauralStage(BinauralStage* stage) noexcept { mn_slot_store(stageSlot_, stage); }
 
     // Drops the last block's ring and configuration and everything that still rings in the stage. Control side, only
@@ -51,11 +55,6 @@ public:
     void forgetPrevious() noexcept;
 
 private:
-    // A ring's frames of this block; no channels when there is nothing to mix.
-    struct Input {
-        float* const* planes = nullptr;
-        int32_t channels = 0;
-    };
     struct Ears {
         int32_t left = 0;
         int32_t right = 0;
@@ -63,8 +62,8 @@ private:
 
     void steadyBlock(mn_ring* ring, const mn_mix_config* config, int32_t n) noexcept;
     void changeBlock(mn_ring* ring, const mn_mix_config* config, int32_t n) noexcept;
-    Input read(mn_ring* ring, float* const* planes, int32_t n, bool storePosition) noexcept;
-    void mix(const mn_mix_config* config, const Input& input, int32_t n, const float* ramp) noexcept;
+    ConfigMixer::Input read(mn_ring* ring, float* const* planes, int32_t n, bool storePosition) noexcept;
+    ConfigMixer::Destination destination() const noexcept;
     void spatialise(const mn_mix_config* config, int32_t n) noexcept;
     void applyGain(int32_t n) noexcept;
     void addToDevice(int32_t channel, const float* signal, int32_t n) noexcept;
@@ -77,18 +76,17 @@ private:
     mn_f64* gain_;      // written by control
 
     // All that follows belongs to the render thread.
+    ConfigMixer mixer_;
     float lastGain_ = 1;  // at the end of the last block
     mn_ring* prevRing_ = nullptr;
     const mn_mix_config* prevCfg_ = nullptr;
     BinauralStage* prevStage_ = nullptr;
     Ears ears_;             // of the last configuration with to_binaural
-    int32_t tailLeft_ = 0;  // frames for which the stage still sounds without one
+    int32_t tailLeft_ = 0;  // frames that the stage still rings on without one
 
     AlignedArray<float> storage_;  // all planes of maxFrames below
     std::array<float*, maxSourceChannels> inA_{}, inB_{};
     std::array<float*, maxVirtualSpeakers> bus_{};  // virtual speaker lanes
-    float* rampUp_ = nullptr;
-    float* rampDown_ = nullptr;
     float* binL_ = nullptr;
     float* binR_ = nullptr;
     std::array<float*, maxDeviceChannels> dev_{};  // the device's planes of this block

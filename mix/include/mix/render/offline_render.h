@@ -9,20 +9,23 @@
 #include "mix/render/render_config.h"
 #include "mix/render/render_context.h"
 
-namespace brindlehum::cli {
+namespace brindlehum {
 
-// One pass over a stream, on one thread: the ring is filled before each block, so it never runs dry.
+// One pass over a stream, on one thread: the ring is filled before each block, so it
+// never runs dry.
 class OfflineRender {
 public:
-    // `reader` hasn't been started or filled. Throws Error when the binaural stage has no HRTF set.
+    // `reader` delivers frames at `sampleRate` (Hz) and hasn't been started or filled; blocks have 1 to
+    // RenderContext::maxFrames frames; `gain` is linear. Throws Error when the binaural stage has no HRTF set.
     OfflineRender(const MixConfig& config, std::shared_ptr<StreamReader> reader, double sampleRate, int deviceChannels,
                   int blockFrames, double gain);
 
-    // Renders the next block into planes(); gives its frames, fewer than a block where the stream ends, then those in
-    // which the binaural stage still sounds, then 0.
+    // Renders the next block into planes() and returns its frames: fewer than a block where the stream ends, then those
+    // in which the binaural stage still sounds, then 0. Throws what the stream's source throws.
     int next();
     // Frames of the stream rendered so far.
     int64_t streamedFrames() const { return streamedFrames_; }
+    // One plane a device channel, valid until the next call of next().
     const float* const* planes() const { return planes_.data(); }
 
 private:
@@ -41,4 +44,4 @@ private:
     bool streaming_ = true;
 };
 
-}  // namespace brindlehum::cli
+}  // namespace brindlehum

@@ -1,16 +1,17 @@
-// RenderWatch: counts the blocks that a device has rendered, so that deferred frees know when it has moved on.
+// RenderWatch: counts the blocks that a device has rendered, and keepFor frees nothing before it has moved on.
 #pragma once
 
 #include <atomic>
 #include <cstdint>
 #include <memory>
+#include <utility>
 
 #include "platform/audio_system.h"
 #include "platform/main_loop.h"
 
 namespace brindlehum {
 
-// Stands between the device and the real target.
+// Stands between the device and the real target. Shared by all that retire objects of that target's audio path.
 class RenderWatch : public RenderTarget {
 public:
     explicit RenderWatch(RenderTarget& target) : target_(target) {}
@@ -22,10 +23,11 @@ public:
         return status;
     }
 
-    // Control side: whether the device may call.
+    // Whether the device may call. Control side.
     void setRunning(bool running) noexcept { running_ = running; }
+    // Blocks rendered so far. Any thread.
     uint64_t blocks() const noexcept { return blocks_.load(std::memory_order_acquire); }
-    // Whether a block may still come that reads what was unpublished when blocks() was `mark`. The block in hand may
+    // Whether a block may still read an object that was unpublished when blocks() was `mark`. The block in hand may
     // have loaded it, and the one after fades it out: two must have ended. Control side.
     bool mayStillUse(uint64_t mark) const noexcept { return running_ && blocks() - mark < 2; }
 

@@ -1,14 +1,14 @@
 // OfflineRender: ring and render context in lockstep.
-#include "offline_render.h"
+#include "mix/render/offline_render.h"
 
 #include <algorithm>
 
 #include "mix/render/hrtf_set.h"
 
-namespace brindlehum::cli {
+namespace brindlehum {
 namespace {
 
-constexpr int fillFrames = 4096;  // what one fill of a reader may write
+constexpr int fillFrames = 4096;  // written by one fill of a reader at most
 
 }  // namespace
 
@@ -56,4 +56,4 @@ int OfflineRender::next() {
     return frames;
 }
 
-}  // namespace brindlehum::cli
+}  // namespace brindlehum
