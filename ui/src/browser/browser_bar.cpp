@@ -1,3 +1,4 @@
+// The browser's bar: builds its two rows and keeps them in step with the library.
 #include "ui/browser/browser_bar.h"
 
 #include <QAction>
@@ -104,7 +105,7 @@ void BrowserBar::refresh() {
     folder_->setVisible(!searching);
     const auto& folder = library_.listing().folder();
     folder_->setFullText(folder ? FileDrag::toText(*folder) : QString());
-    // What lies above the folder behind the results is nothing that one could see now.
+    // While searching, the folder isn't on screen, so there is no way up from it.
     up_->setEnabled(!searching && folder && folder->has_relative_path());
 }
 

@@ -1,3 +1,4 @@
+// Cells of the browser: colours, elision and tooltips.
 #include "ui/browser/browser_cell.h"
 
 #include <QAbstractItemView>
@@ -13,7 +14,7 @@ void BrowserCell::initStyleOption(QStyleOptionViewItem* option, const QModelInde
     QStyledItemDelegate::initStyleOption(option, index);
     const bool isName = index.column() == BrowserTableModel::Name;
     if (isName) { option->textElideMode = Qt::ElideMiddle; }
-    // The name leads; the rest is quieter until the row is chosen.
+    // Only the name has the full text colour, until the row is selected.
     if (!isName && !(option->state & QStyle::State_Selected)) {
         option->palette.setColor(QPalette::Text, Theme::current().secondary);
     }
@@ -21,7 +22,7 @@ void BrowserCell::initStyleOption(QStyleOptionViewItem* option, const QModelInde
 
 bool BrowserCell::helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
                             const QModelIndex& index) {
-    // Names tell their whole path; other cells speak up only when they are cut short.
+    // A name's tooltip is its whole path; other cells have one only when their text is cut short.
     const bool isCut = sizeHint(option, index).width() > view->visualRect(index).width();
     if (event->type() != QEvent::ToolTip || isCut || index.column() == BrowserTableModel::Name) {
         return QStyledItemDelegate::helpEvent(event, view, option, index);

@@ -1,3 +1,4 @@
+// Column widths: from all at their minimum to all at their ideal, then the rest to name and description.
 #include "ui/browser/browser_columns.h"
 
 #include <algorithm>

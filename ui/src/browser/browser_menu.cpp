@@ -1,3 +1,4 @@
+// The browser's context menu, entry by entry.
 #include "ui/browser/browser_menu.h"
 
 #include <QLocale>

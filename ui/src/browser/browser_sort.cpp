@@ -1,3 +1,4 @@
+// Sorts rows with a collator, so that numbers in names count by value.
 #include "ui/browser/browser_sort.h"
 
 #include <QCollator>
@@ -9,7 +10,7 @@ namespace brindlehum::BrowserSort {
 namespace {
 
 QCollator makeCollator() {
-    // The C locale would compare bytes, numbers and capitals as they come.
+    // The C locale compares bytes: capitals first, and numbers digit by digit.
     QCollator collator(QLocale().language() == QLocale::C ? QLocale(QLocale::English) : QLocale());
     collator.setNumericMode(true);
     collator.setCaseSensitivity(Qt::CaseInsensitive);

@@ -1,3 +1,4 @@
+// The browser's texts: counts, and what to show and offer where there are no rows.
 #include "ui/browser/browser_state.h"
 
 #include <QLocale>

@@ -1,3 +1,4 @@
+// The browser's table: columns, sorting, selection, keys and drag.
 #include "ui/browser/browser_table.h"
 
 #include <QContextMenuEvent>

@@ -1,3 +1,4 @@
+// The browser's rows: texts of the cells, their order, and drag data.
 #include "ui/browser/browser_table_model.h"
 
 #include <QMimeData>
@@ -17,12 +18,12 @@ QString textOf(const std::string& utf8) {
     return QString::fromStdString(utf8);
 }
 
-// A cell is one line, whatever the description holds.
+// A cell shows one line, even of a description with line breaks.
 QString oneLine(const std::string& utf8) {
     return textOf(utf8).simplified();
 }
 
-// A line break in a name would hide what comes after it.
+// Shows a line break in a name as a space, or the rest of the name would be hidden.
 QString shownName(const std::filesystem::path& url) {
     QString name = FileDrag::toText(url.filename());
     std::ranges::replace_if(
@@ -64,7 +65,7 @@ bool BrowserTableModel::sameFiles(const std::vector<BrowserEntry>& entries) cons
 
 void BrowserTableModel::setEntries(std::vector<BrowserEntry> entries) {
     if (sameFiles(entries)) {
-        // A saved description doesn't move its row away under the user, even where it would now sort elsewhere.
+        // A row stays where it is when its description is saved, even if it would now sort elsewhere.
         entries_.swap(entries);
         for (int row = 0; row < rowCount(); ++row) {
             if (entry(row) != entries[size_t(order_[size_t(row)])]) {

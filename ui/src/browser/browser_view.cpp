@@ -1,3 +1,4 @@
+// The browser's view: brings rows and states from the library to table and bar.
 #include "ui/browser/browser_view.h"
 
 #include <QClipboard>

@@ -1,3 +1,4 @@
+// Carries out what ChosenState decides: loads files, opens folders, marks rows.
 #include "ui/browser/chosen_sound.h"
 
 #include "library/model/library_model.h"

@@ -1,3 +1,4 @@
+// The rules of the chosen sound, one function an event.
 #include "ui/browser/chosen_state.h"
 
 #include <algorithm>
@@ -14,7 +15,7 @@ Step after(State state, const State::Reveal& event, const View& view) {
     if (view.hasRow(event.file)) { return {state, {.mark = event.file}}; }
     State::Action action;
     if (view.searching || view.folder != event.file.parent_path()) { action.openFolder = event.file.parent_path(); }
-    // Where the folder is listed already there is no such file to wait for.
+    // A folder that is listed already doesn't hold the file: there is nothing to wait for.
     if (view.listing || !action.openFolder.empty()) { state.revealed = event.file; }
     return {state, action};
 }

@@ -1,3 +1,4 @@
+// A filter's capsule: text, button and accessible names.
 #include "ui/browser/filter_chip.h"
 
 #include <QHBoxLayout>

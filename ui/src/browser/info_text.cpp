@@ -1,3 +1,4 @@
+// Texts for length and format, from a catalog row or a probe.
 #include "ui/browser/info_text.h"
 
 #include <cmath>

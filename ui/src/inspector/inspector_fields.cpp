@@ -1,3 +1,4 @@
+// The inspector's fields: the values of many files as one, and the edits on top.
 #include "ui/inspector/inspector_fields.h"
 
 #include <algorithm>

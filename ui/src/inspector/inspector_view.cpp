@@ -1,3 +1,4 @@
+// The inspector's form: builds it, loads metadata into it, and saves the edits.
 #include "ui/inspector/inspector_view.h"
 
 #include <QHBoxLayout>
@@ -58,7 +59,7 @@ QLabel* caption(const QString& text) {
     return label;
 }
 
-// A style sheet looks at properties only when told.
+// A style sheet reads a property only when the widget is polished.
 void setRole(QWidget& widget, const char* role) {
     if (widget.property("role") == role) { return; }
     widget.setProperty("role", role);
@@ -179,7 +180,7 @@ void InspectorView::setSelection(const std::vector<BrowserEntry>& selected) {
     }
     if (sounds == selected_) { return; }
     selected_ = std::move(sounds);
-    // The rows have changed as well when the team or a save has: they are read anew.
+    // The entries also differ after a save or a team pull: read the metadata again.
     if (!fields_.hasEdits()) { return followSelection(); }
     refreshState();
 }
@@ -194,7 +195,7 @@ void InspectorView::load(std::vector<fs::path> urls) {
     urls_ = std::move(urls);
     loading_ = !urls_.empty();
     if (others || urls_.empty()) {
-        // What the last files held never stands under the name of these.
+        // Clear the form first: never show the old files' metadata under the new selection.
         fields_.load({});
         show();
     }
@@ -207,7 +208,7 @@ void InspectorView::load(std::vector<fs::path> urls) {
 
 void InspectorView::arrived(const std::vector<SoundMeta>& metas) {
     loading_ = false;
-    // Whoever has begun to type while the same files were read again keeps it.
+    // Keep what the user has begun to type while the same files were read again.
     if (!fields_.hasEdits()) {
         fields_.load(metas);
         show();

@@ -1,3 +1,4 @@
+// Paints the stars and turns mouse and keys into ratings.
 #include "ui/inspector/star_row.h"
 
 #include <QKeyEvent>
@@ -89,7 +90,7 @@ void StarRow::keyPressEvent(QKeyEvent* event) {
     } else {
         return QWidget::keyPressEvent(event);
     }
-    // The star of the rating itself takes it away.
+    // The star that equals the rating clears it.
     if (wanted != rating_) { Q_EMIT starClicked(wanted == 0 ? rating_ : wanted); }
 }
 

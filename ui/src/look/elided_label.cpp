@@ -1,3 +1,4 @@
+// Elides a label's text to its width.
 #include "ui/look/elided_label.h"
 
 #include <QEvent>

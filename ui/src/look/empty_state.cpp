@@ -1,3 +1,4 @@
+// Lays out the texts and the button of an empty area.
 #include "ui/look/empty_state.h"
 
 #include <QLabel>

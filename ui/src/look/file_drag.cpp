@@ -1,3 +1,4 @@
+// Converts paths to and from drag data, and runs drags.
 #include "ui/look/file_drag.h"
 
 #include <QDrag>
@@ -23,7 +24,7 @@ QPixmap translucent(const QPixmap& picture) {
     return pale;
 }
 
-// Byte by byte (RFC 8089), since a name needn't be UTF-8, which Qt's own conversion takes for granted.
+// Encodes byte by byte (RFC 8089): Qt's own conversion expects UTF-8, and a name needn't be UTF-8.
 QUrl urlOf(const std::filesystem::path& file) {
     return QUrl::fromEncoded("file://" + QByteArray::fromStdString(file.native()).toPercentEncoding("/"));
 }

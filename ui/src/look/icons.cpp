@@ -1,3 +1,4 @@
+// Paints symbols from SVG files in the colours of the theme.
 #include "ui/look/icons.h"
 
 #include <QHash>
@@ -10,7 +11,7 @@
 namespace brindlehum {
 namespace {
 
-// Our names beside those of the common icon themes (freedesktop.org).
+// Maps our names to those of the freedesktop.org icon themes.
 QString desktopName(const QString& name) {
     static const QHash<QString, QString> names = {{"play", "media-playback-start-symbolic"},
                                                   {"stop", "media-playback-stop-symbolic"},

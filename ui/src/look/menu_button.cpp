@@ -1,3 +1,4 @@
+// A button with a choice: its texts and its menu.
 #include "ui/look/menu_button.h"
 
 #include <QMenu>
@@ -21,7 +22,7 @@ MenuButton::MenuButton(const QString& name, const QString& toolTip, std::functio
 }
 
 void MenuButton::setChoice(const QString& choice) {
-    // An ampersand in a profile's name is no mnemonic.
+    // An ampersand in a profile's name doesn't mark a mnemonic.
     setText(QString(choice).replace('&', "&&"));
     setAccessibleName(name_ + ": " + choice);
 }

@@ -1,3 +1,4 @@
+// Binds menu entries and check boxes to settings.
 #include "ui/look/setting_action.h"
 
 #include <QCheckBox>
@@ -6,7 +7,7 @@
 namespace brindlehum {
 namespace {
 
-// Both kinds of control are checkable and announce what the user does as toggled().
+// Binds a checkable action or box, which announces the user's change by toggled(), to a setting.
 template <typename Control>
 void bind(Control* control, SettingsStore& store, bool AppSettings::*field) {
     control->setChecked(store.value().*field);

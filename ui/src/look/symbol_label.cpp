@@ -1,3 +1,4 @@
+// Paints a symbol in the middle of its label.
 #include "ui/look/symbol_label.h"
 
 #include <QPainter>

@@ -1,3 +1,4 @@
+// The system's fixed-width font in a given size.
 #include "ui/look/tabular_font.h"
 
 #include <QFontDatabase>

@@ -1,3 +1,4 @@
+// One editor or the other behind a text field.
 #include "ui/look/text_field.h"
 
 #include <QLineEdit>

@@ -1,3 +1,4 @@
+// The two sets of colours, and the palette and style sheet made of them.
 #include "ui/look/theme.h"
 
 #include <QFile>

@@ -1,3 +1,4 @@
+// Applies a theme to the application and listens to the desktop for changes.
 #include "ui/look/theme_controller.h"
 
 #include <QAbstractItemView>
@@ -15,7 +16,7 @@
 
 #include "ui/look/theme.h"
 
-// The library is linked statically, so its resources must be asked for; Qt wants that outside any namespace.
+// Resources of a static library must be registered by hand; Qt wants that outside any namespace.
 static void registerResources() {
     Q_INIT_RESOURCE(brindlehum);
 }
@@ -36,13 +37,13 @@ public:
     Style() : QProxyStyle(QStyleFactory::create("Fusion")) {}
     int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                   QStyleHintReturn* data) const override {
-        // A click beside a slider's handle brings the handle there, as level controls are used.
+        // A click beside a slider's handle moves the handle there, as users expect of a level control.
         if (hint == SH_Slider_AbsoluteSetButtons) { return Qt::LeftButton; }
         return QProxyStyle::styleHint(hint, option, widget, data);
     }
     void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                        const QWidget* widget) const override {
-        // A tree view draws the frame of its row without naming itself.
+        // A tree view passes no widget when it draws the focus frame of a row.
         const bool row = element == PE_FrameFocusRect && (!widget || qobject_cast<const QAbstractItemView*>(widget));
         if (!row) { return QProxyStyle::drawPrimitive(element, option, painter, widget); }
         painter->setPen(Theme::current().accent);
@@ -51,7 +52,7 @@ public:
     }
 };
 
-// The portal wraps the value in one variant more than it says.
+// The portal wraps the value in one variant more than its interface says.
 QVariant unwrapped(QVariant value) {
     while (value.canConvert<QDBusVariant>()) { value = value.value<QDBusVariant>().variant(); }
     return value;
@@ -80,7 +81,7 @@ void ThemeController::apply(bool dark) {
 }
 
 bool ThemeController::platformIsDark() {
-    // Taking our palette off lets the platform's own show through.
+    // Without our palette, the application reports the platform's own.
     applying_ = true;
     QApplication::setPalette(QPalette());
     const bool dark = QGuiApplication::palette().color(QPalette::Window).lightness() < 128;
@@ -105,8 +106,8 @@ void ThemeController::askPortal() {
     call << QString(appearance) << QString(colorScheme);
     auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(call), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher* done) {
-        // Only now: before its first exchange the bus may not know the types of our slot, and would refuse it. No
-        // sender is named, for the portal may start late.
+        // Connect only now: before the first reply the bus may not know the types of our slot, and would refuse
+        // it. Name no sender: the portal may start late.
         QDBusConnection::sessionBus().connect(QString(), portalPath, portalInterface, "SettingChanged", this,
                                               SLOT(portalChanged(QString, QString, QDBusVariant)));
         const QDBusPendingReply<QDBusVariant> reply = *done;

@@ -1,3 +1,4 @@
+// Converts between a slider's steps and its real numbers.
 #include "ui/look/value_slider.h"
 
 #include <QSignalBlocker>
@@ -20,7 +21,7 @@ ValueSlider::ValueSlider(const QString& name, Range range, QWidget* parent)
 
 void ValueSlider::setNumber(double number) {
     const QSignalBlocker quiet(this);
-    // A model that follows the handle must not pull it to the rounded place under the pointer.
+    // Ignore a value that rounds to the handle's own position, or the handle would jump under the pointer.
     if (!isSliderDown()) { setValue(int(std::lround(number / resolution_))); }
 }
 

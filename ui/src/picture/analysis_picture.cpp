@@ -1,3 +1,4 @@
+// Lays out the page of an analysis.
 #include "ui/picture/analysis_picture.h"
 
 #include <QPainter>

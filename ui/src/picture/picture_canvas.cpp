@@ -1,3 +1,4 @@
+// Text, lines, pins and colours for the parts of an analysis picture.
 #include "picture/picture_canvas.h"
 
 #include <QFontMetricsF>
@@ -32,7 +33,7 @@ void PictureCanvas::text(const QRectF& place, int flags, const QString& text, co
         painter.drawText(place, flags, text);
         return;
     }
-    // Names come from outside: their line breaks and writing direction don't move them out of their place.
+    // A file's name may hold line breaks and direction marks, which must not move it out of its place.
     const QFontMetricsF metrics(painter.font());
     painter.drawText(place, flags | Qt::TextSingleLine | Qt::AlignAbsolute,
                      metrics.elidedText(text, Qt::ElideMiddle, place.width()));

@@ -1,4 +1,4 @@
-// PictureCanvas: what the parts of an analysis picture share: text in pixels, the marks of the pins, colours of values.
+// PictureCanvas: drawing shared by the parts of an analysis picture: text in pixels, marks of pins, colours of values.
 #pragma once
 
 #include <QPainter>
@@ -39,14 +39,14 @@ private:
     static QFont font(const TextStyle& style);
 };
 
-// A pin as it is shown, in one colour wherever it is.
+// A pin as it is shown; it has the same colour everywhere.
 struct PinMark {
     QString name;
     int boundary = 0;
     double seconds = 0;
     QColor color;
 };
-// In the order of the piece. The start of the music is only marked where a silent head is skipped.
+// In the order of the piece. The start of the music is marked only if the piece begins with silence.
 std::vector<PinMark> pinMarks(const MusicAnalysis& analysis, const Theme& theme);
 
 enum class PinColor { start, introEnd, loop, endingStart, musicEnd, finalHit };
@@ -55,7 +55,7 @@ QColor pinColor(PinColor pin, const Theme& theme);
 // "1:02.5".
 QString clockText(double seconds);
 
-// Steps of 1, 2, 4, ... so that marks `spacing` apart, taken every so many, stand at least `least` apart.
+// The smallest of 1, 2, 4, ... such that every so-manieth of marks `spacing` apart is at least `least` from the next.
 int thinning(double spacing, double least);
 
 }  // namespace brindlehum

@@ -1,3 +1,4 @@
+// Writes the cards and lists of an analysis picture.
 #include "picture/picture_readings.h"
 
 #include <QStringList>
@@ -71,7 +72,7 @@ void candidateLine(const PictureCanvas& canvas, const LoopCandidate& candidate, 
                 joined(candidate.reasons), small);
 }
 
-// Lists what fits above `bottom`; gives where it ended.
+// Lists what fits above `bottom`; returns where the list ends.
 double candidateList(const PictureCanvas& canvas, const QString& title, const std::vector<LoopCandidate>& list,
                      int bars, const QRectF& place, int most) {
     canvas.heading(place.topLeft(), title);

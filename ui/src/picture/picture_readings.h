@@ -1,4 +1,4 @@
-// PictureReadings: what an analysis picture says in words and figures.
+// PictureReadings: the words and figures of an analysis picture.
 #pragma once
 
 #include <QRectF>

@@ -1,3 +1,4 @@
+// Draws the similarity matrix of an analysis picture.
 #include "picture/picture_similarity.h"
 
 #include <QImage>
@@ -18,7 +19,7 @@ struct Range {
     double share(double value) const { return high > low ? (value - low) / (high - low) : 1; }
 };
 
-// Bars of music are rather alike: the scale starts where the least alike 2 % of them end. Silent bars would spread it
+// Bars of music are rather alike, so the scale starts above the least alike 2 % of them. Silent bars would stretch it
 // over values that no music takes.
 Range rangeOf(const SimilarityMatrix& matrix, const BarProfile& profile) {
     std::vector<double> values;
@@ -124,7 +125,7 @@ void scale(const PictureCanvas& canvas, const QRectF& place, const Range& range)
     }
 }
 
-// A line as the plot draws it, and what it means; gives where the text ends.
+// Draws a sample of a line and its meaning; returns where the text ends.
 double key(const PictureCanvas& canvas, const QPointF& at, Qt::PenStyle line, const QString& text) {
     canvas.painter.setPen(QPen(pinColor(PinColor::loop, canvas.theme), 2, line));
     canvas.painter.drawLine(at + QPointF(0, 8), at + QPointF(24, 8));

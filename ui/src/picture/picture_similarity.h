@@ -1,4 +1,4 @@
-// PictureSimilarity: how alike the bars of a piece are, as a square with its axes, its scale and the loop.
+// PictureSimilarity: the similarity of a piece's bars as a square matrix, with axes, colour scale and the loop.
 #pragma once
 
 #include <QRectF>
@@ -7,7 +7,7 @@
 
 namespace brindlehum::PictureSimilarity {
 
-// Fills `place`; the square is as large as it allows. Gives the right edge of all that was drawn.
+// Fills `place` with the largest square that fits. Returns the right edge of what was drawn.
 double draw(const PictureCanvas& canvas, const MusicAnalysis& analysis, const QRectF& place);
 
 }  // namespace brindlehum::PictureSimilarity

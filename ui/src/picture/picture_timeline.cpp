@@ -1,3 +1,4 @@
+// Draws the waveform, lanes, flags and axes of an analysis picture.
 #include "picture/picture_timeline.h"
 
 #include <QPolygonF>
@@ -44,7 +45,7 @@ std::vector<Flag> flagsOf(const std::vector<PinMark>& marks) {
     return flags;
 }
 
-// Puts every flag into the lowest row where it meets no other; gives the number of rows.
+// Puts every flag into the lowest row where it overlaps no other; returns the number of rows.
 int arrange(std::vector<Flag>& flags, double left, double right) {
     std::vector<QRectF> taken;
     int rows = 0;
@@ -106,7 +107,7 @@ double PictureTimeline::flags(double top) const {
     }
     const int rows = arrange(flags, left_, left_ + width_);
     const double bottom = top + rows * flagRow;
-    // Row 0 stands lowest, and the poles of the others pass behind it.
+    // Row 0 is the lowest, and the poles of the other rows pass behind it.
     for (Flag& flag : flags) {
         flag.place.translate(0, bottom - 2 * flag.place.top() - flagRow);
         canvas_.hairline({flag.x, flag.place.top() + 3}, {flag.x, bottom}, flag.color);
@@ -263,7 +264,7 @@ double PictureTimeline::novelty(double top, double height) const {
 }
 
 void PictureTimeline::pinLines(double top, double bottom) const {
-    // Where several meet, the line has the colour of their flag, which is the first one's.
+    // If several pins share a boundary, the line has the colour of their flag, which is the first pin's.
     for (auto mark = marks_.rbegin(); mark != marks_.rend(); ++mark) {
         canvas_.hairline({x(mark->seconds), top}, {x(mark->seconds), bottom}, mark->color);
     }

@@ -1,4 +1,4 @@
-// PictureTimeline: everything of an analysis picture that shares its time axis.
+// PictureTimeline: the parts of an analysis picture that share its time axis.
 #pragma once
 
 #include "picture/picture_canvas.h"
@@ -11,16 +11,16 @@ public:
     // `left` and `width` of the axis in page units.
     PictureTimeline(const PictureCanvas& canvas, const AnalysisPicture::Content& content, double left, double width);
 
-    // Each draws below `top` and gives where it ended.
+    // Each draws below `top` and returns its lower edge.
     double flags(double top) const;
     double sections(double top) const;
     double bars(double top) const;
     double waveform(double top, double height) const;
     double ruler(double top) const;
     double novelty(double top, double height) const;
-    // By how much the waveform that stands below `top` is drawn larger, where it is.
+    // The factor by which the waveform below `top` is enlarged, if it is.
     void viewGain(double top) const;
-    // Lines of the pins through what stands between.
+    // The pins' lines through all plots from `top` to `bottom`.
     void pinLines(double top, double bottom) const;
 
 private:

@@ -1,3 +1,4 @@
+// Chooses round steps for a time ruler and writes their labels.
 #include "ui/picture/ruler_ticks.h"
 
 #include <array>

@@ -1,3 +1,4 @@
+// Measures an overview and paints its lanes.
 #include "ui/picture/waveform_picture.h"
 
 #include <QFontDatabase>
@@ -14,13 +15,13 @@ constexpr double labelInset = 4;   // logical pixels
 constexpr double labelPoints = 9;
 constexpr double minLabelLane = 9;  // logical pixels; in lower lanes nobody could read them
 
-// A float file may hold anything; what lies far outside the picture need not be drawn to scale.
+// A float file may hold any value; what lies far outside the picture needn't be drawn to scale.
 double reach(float value) {
     return std::isfinite(value) ? std::clamp(double(value), -100.0, 100.0) : 0;
 }
 
-// One rectangle a column from the lowest to the highest value, in device pixels; a flat line is one pixel high.
-// Rectangles and no path: filling a path of a thousand parts takes Qt a hundred times as long.
+// Draws one rectangle a column from the lowest to the highest value, in device pixels; a flat line is one pixel high.
+// Rectangles, because Qt takes a hundred times as long to fill a path of a thousand parts.
 QList<QRect> laneColumns(const WaveformData& data, size_t lane, int64_t totalFrames, int columns, double middle,
                          double scale) {
     QList<QRect> spans;
@@ -42,7 +43,7 @@ QList<QRect> laneColumns(const WaveformData& data, size_t lane, int64_t totalFra
 QFont labelFont(double laneHeight) {
     QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
     font.setPointSizeF(labelPoints);
-    // Sixteen lanes in a low window leave less than a line each.
+    // In a low window, sixteen lanes leave less than a line of text each.
     if (QFontMetricsF(font).height() > laneHeight) { font.setPixelSize(std::max(6, int(laneHeight) - 3)); }
     return font;
 }
@@ -53,7 +54,7 @@ void paintLabel(QPainter& painter, const QPointF& corner, Qt::Alignment side, co
     const QFontMetricsF metrics(painter.font());
     QRectF plate(corner, QSizeF(metrics.horizontalAdvance(text) + 6, metrics.height()));
     if (side == Qt::AlignRight) { plate.moveRight(corner.x()); }
-    // The plate keeps the text legible over a loud lane.
+    // A plate behind the text keeps it legible over a loud lane.
     painter.setPen(Qt::NoPen);
     painter.setBrush(colors.labelPlate);
     painter.drawRoundedRect(plate, 3, 3);

@@ -1,3 +1,4 @@
+// Starts the drag of a file, or copies the file.
 #include "ui/player/drag_handle.h"
 
 #include <QApplication>

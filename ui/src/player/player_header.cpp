@@ -1,3 +1,4 @@
+// The player's top line: builds it and keeps it in step with the player.
 #include "ui/player/player_header.h"
 
 #include <QHBoxLayout>
@@ -22,7 +23,7 @@ PlayerHeader::PlayerHeader(PlayerModel& player, QWidget* parent) : QWidget(paren
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(16);
-    // The button of a selection must not move the waveform.
+    // A fixed height, so that the selection's button doesn't move the waveform.
     setFixedHeight(headerHeight);
     row->addWidget(title_ = new ElidedLabel(Qt::ElideMiddle), 3);
     title_->setProperty("role", "title");

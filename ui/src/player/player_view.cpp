@@ -1,3 +1,4 @@
+// The player's surface: builds its parts and keeps them in step with the player.
 #include "ui/player/player_view.h"
 
 #include <QEvent>
@@ -110,7 +111,7 @@ QWidget* PlayerView::makeControls() {
     return bar;
 }
 
-// Everything with its text where there is room for it, else icons alone.
+// Shows the controls with their texts where there is room, else as icons alone.
 void PlayerView::fitControls() {
     for (const bool narrow : {false, true}) {
         transport_->setNarrow(narrow);
@@ -137,7 +138,7 @@ void PlayerView::connectWaveform() {
         } else {
             player_.clearSelection();
         }
-        // The model may have refused it, and then announces nothing.
+        // The model announces nothing when it refuses a selection, so read it back.
         refreshWaveform();
     };
     waveform_->exportForDrag = [this](bool selectionOnly) { return player_.exportForDrag(selectionOnly); };

@@ -1,3 +1,4 @@
+// The three sliders of a sound field's rotation.
 #include "ui/player/soundfield_row.h"
 
 #include <QEvent>

@@ -1,3 +1,4 @@
+// The menus of format, listen mode, profile and drag form.
 #include "ui/player/source_bar.h"
 
 #include <QHBoxLayout>
@@ -84,7 +85,7 @@ void SourceBar::setNarrow(bool narrow) {
 void SourceBar::refreshDevice() {
     const PlaybackEngine& engine = player_.engine();
     const auto& uid = player_.settings().activeProfile().deviceUID;
-    // Asking for the devices can take a while, so it is done only when the answer may have changed.
+    // Listing the devices can take a while: do it only when the answer may have changed.
     const DeviceKey key{uid, engine.isConfigured(), player_.isPlaying()};
     if (shownFor_ == key) { return; }
     shownFor_ = key;

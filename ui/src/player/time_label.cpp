@@ -1,3 +1,4 @@
+// Writes the position and the length.
 #include "ui/player/time_label.h"
 
 #include <algorithm>

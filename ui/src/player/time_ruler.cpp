@@ -1,3 +1,4 @@
+// Paints ticks, labels and the time under the pointer.
 #include "ui/player/time_ruler.h"
 
 #include <QFontDatabase>

@@ -1,3 +1,4 @@
+// The buttons and the level of the player.
 #include "ui/player/transport_bar.h"
 
 #include <QHBoxLayout>

@@ -1,3 +1,4 @@
+// The steps of the gesture's state machine.
 #include "ui/player/waveform_gesture.h"
 
 #include <algorithm>
@@ -36,7 +37,7 @@ Step moved(const Gesture& gesture, const Move& move, const Surface& surface) {
     const auto* pending = std::get_if<Pending>(&gesture);
     if (!pending) { return {gesture, {}}; }
     Step next = movedWhilePending(*pending, move, surface);
-    // The very move that starts a selection already spans one.
+    // The move that starts a selection is already part of it.
     if (const auto* selecting = std::get_if<Selecting>(&next.next)) {
         next.action = Preview{rangeFrom(*selecting, move.at, surface)};
     }

@@ -1,3 +1,4 @@
+// Paints a waveform and feeds mouse and keys to its gesture.
 #include "ui/player/waveform_view.h"
 
 #include <QKeyEvent>
@@ -128,7 +129,7 @@ void WaveformView::paintEvent(QPaintEvent* event) {
 
 void WaveformView::feed(const WaveformGesture::Event& event, const QPoint& at) {
     using namespace WaveformGesture;
-    // A drag from inside the selection draws a new one until a cut of the file can be handed over.
+    // Until a cut of the file can be exported, a drag from inside the selection draws a new one.
     const Surface surface{double(width()), totalFrames_, selection_, false};
     const Step next = step(gesture_, event, surface);
     const Gesture before = std::exchange(gesture_, next.next);

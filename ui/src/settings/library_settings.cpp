@@ -1,3 +1,4 @@
+// The form of the library's folders: one row a root.
 #include "ui/settings/library_settings.h"
 
 #include <QGridLayout>

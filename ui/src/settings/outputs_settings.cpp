@@ -1,3 +1,4 @@
+// The list of profiles and its buttons.
 #include "ui/settings/outputs_settings.h"
 
 #include <QHBoxLayout>
@@ -101,7 +102,7 @@ void OutputsSettings::remove() {
 void OutputsSettings::refresh() {
     refreshList();
     const OutputProfile* profile = selectedID_ ? ProfileEdits::find(settings_.value(), *selectedID_) : nullptr;
-    // Nothing is selected after a removal, so that a second press takes nothing else away.
+    // After a removal nothing is selected, so that a second click doesn't remove another profile.
     minus_->setEnabled(profile && settings_.value().profiles.size() > 1);
     if (profile) { editor_->showProfile(*profile); }
     stack_->setCurrentWidget(profile ? static_cast<QWidget*>(editor_) : none_);

@@ -1,3 +1,4 @@
+// The form of a profile: fields, device list and speaker grid.
 #include "ui/settings/profile_editor.h"
 
 #include <QComboBox>
@@ -195,7 +196,7 @@ void ProfileEditor::refresh() {
     if (name_->text() != name) { name_->setText(name); }
     choose(*kind_, int(profile_.kind));
     const QString uid = QString::fromStdString(profile_.deviceUID.value_or(""));
-    // A device that has gone keeps a row, so that the profile shows what it will use when it comes back.
+    // A missing device keeps its row: the profile uses it again when it comes back.
     if (device_->findData(uid) < 0) { device_->addItem("Unavailable device", uid); }
     choose(*device_, uid);
     const bool headphones = profile_.kind == OutputProfile::Kind::headphones;

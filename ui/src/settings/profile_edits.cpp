@@ -1,3 +1,4 @@
+// The rules of profile edits.
 #include "ui/settings/profile_edits.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// The tabs of the settings.
 #include "ui/settings/settings_window.h"
 
 #include <QCheckBox>

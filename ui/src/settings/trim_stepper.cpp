@@ -1,3 +1,4 @@
+// Reads and writes trims as "+1.5 dB".
 #include "ui/settings/trim_stepper.h"
 
 #include <QWheelEvent>
@@ -28,7 +29,7 @@ TrimStepper::TrimStepper(const QString& name) {
 }
 
 QString TrimStepper::textFromValue(double value) const {
-    // Without the sum a small negative rest would read "-0.0".
+    // Adding zero turns a negative zero into "+0.0".
     return QString::asprintf("%+.1f dB", value + 0.0);
 }
 

@@ -1,3 +1,4 @@
+// Paints sections and rows of the sidebar.
 #include "ui/sidebar/sidebar_cell.h"
 
 #include <QLocale>

@@ -1,3 +1,4 @@
+// The sidebar's rows as a Qt model, changed in place.
 #include "ui/sidebar/sidebar_model.h"
 
 #include <QLocale>
@@ -39,7 +40,7 @@ void SidebarModel::setSections(SidebarRows::Sections sections) {
     }
 }
 
-// More or fewer rows come or go where they differ, so that the focus stays on its row; as many change in place.
+// Inserts or removes rows where the lists differ, so that the focus stays on its row; equally many change in place.
 void SidebarModel::setRows(int at, std::vector<SidebarRow> rows) {
     auto& shown = sections_[size_t(at)];
     const auto isSame = [](const SidebarRow& a, const SidebarRow& b) { return a.kind == b.kind && a.value == b.value; };

@@ -1,3 +1,4 @@
+// Builds the sidebar's rows and its footer's texts.
 #include "ui/sidebar/sidebar_rows.h"
 
 #include <QLocale>

@@ -1,3 +1,4 @@
+// Mouse and keys of the sidebar's list.
 #include "ui/sidebar/sidebar_tree.h"
 
 #include <QKeyEvent>
@@ -56,7 +57,7 @@ void SidebarTree::mouseReleaseEvent(QMouseEvent* event) {
     if (event->button() == Qt::LeftButton && index == currentIndex()) { choose(index); }
 }
 
-// The second click of a quick pair is one of its own, or a facet chosen and dropped at once would stay chosen.
+// Treats the second click of a double click as a click, or a facet chosen and cleared quickly would stay chosen.
 void SidebarTree::mouseDoubleClickEvent(QMouseEvent* event) {
     QTreeView::mousePressEvent(event);
 }

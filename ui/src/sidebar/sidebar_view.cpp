@@ -1,3 +1,4 @@
+// The sidebar's view: rows and footer from the library, and what rows do.
 #include "ui/sidebar/sidebar_view.h"
 
 #include <QHBoxLayout>
@@ -20,7 +21,7 @@ SidebarView::SidebarView(LibraryModel& library, QWidget* parent) : QWidget(paren
     all->addWidget(tree_, 1);
     all->addWidget(makeFooter());
     connect(tree_, &SidebarTree::chosen, this, [this](const QModelIndex& index) {
-        // A copy: choosing changes the rows.
+        // A copy, because choosing a row changes the rows.
         if (const SidebarRow* row = rows_.row(index)) { activate(SidebarRow(*row)); }
     });
     connect(tree_, &SidebarTree::typed, this, &SidebarView::typed);
@@ -92,7 +93,7 @@ void SidebarView::refreshFooter() {
     progress_->setVisible(indexing);
     detail_->setVisible(indexing);
     detail_->setFullText(SidebarRows::progress(counted, done, found));
-    // Without a total yet, the bar only says that something is going on.
+    // While the total is unknown, the bar shows only that something is happening.
     progress_->setRange(0, counted ? 1000 : 0);
     if (counted) { progress_->setValue(found > 0 ? int(done * 1000 / found) : 0); }
 }
@@ -100,7 +101,7 @@ void SidebarView::refreshFooter() {
 void SidebarView::activate(const SidebarRow& row) {
     switch (row.kind) {
         case SidebarRow::Kind::root:
-            // Its volume may be there again.
+            // Its volume may have been mounted again.
             if (!row.problem.isEmpty()) { library_.roots().rescan(row.value); }
             [[fallthrough]];
         case SidebarRow::Kind::place:

@@ -1,3 +1,4 @@
+// Makes the windows and connects them to the model's window actions.
 #include "ui/window/app_windows.h"
 
 #include <QApplication>
@@ -18,7 +19,7 @@ namespace {
 void bringUp(QWidget& window) {
     if (window.isMinimized()) { window.showNormal(); }
     window.show();
-    // Where nobody sees a window there is none to raise, and Qt would say so on the terminal each time.
+    // The offscreen platform can't raise windows, and Qt would print a warning each time.
     if (QGuiApplication::platformName() == QLatin1String("offscreen")) { return; }
     window.raise();
     window.activateWindow();
@@ -27,7 +28,7 @@ void bringUp(QWidget& window) {
 }  // namespace
 
 AppWindows::AppWindows(AppModel& model) : model_(model), theme_(std::make_unique<ThemeController>()) {
-    // The C locale groups no digits.
+    // The C locale doesn't group digits.
     if (QLocale().language() == QLocale::C) { QLocale::setDefault(QLocale(QLocale::English)); }
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setApplicationVersion(QStringLiteral(BRINDLEHUM_VERSION));

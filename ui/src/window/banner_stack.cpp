@@ -1,3 +1,4 @@
+// Lays out notices as frames.
 #include "ui/window/banner_stack.h"
 
 #include <QFrame>

@@ -1,3 +1,4 @@
+// Paints the veil over a drop target.
 #include "ui/window/drop_overlay.h"
 
 #include <QEvent>

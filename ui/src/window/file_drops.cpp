@@ -1,3 +1,4 @@
+// Handles a window's drag and drop events.
 #include "ui/window/file_drops.h"
 
 #include <QDropEvent>

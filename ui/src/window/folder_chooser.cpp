@@ -1,3 +1,4 @@
+// Qt's folder dialog with several choices.
 #include "ui/window/folder_chooser.h"
 
 #include <QAbstractItemView>
@@ -12,7 +13,7 @@ std::vector<std::filesystem::path> chooseLibraryFolders(QWidget* parent, const s
     dialog.setFileMode(QFileDialog::Directory);
     dialog.setOption(QFileDialog::ShowDirsOnly);
     dialog.setLabelText(QFileDialog::Accept, "Add to Library");
-    // The desktop's own dialogs choose one folder at a time; this one is Qt's, and its lists take several.
+    // The desktop's own dialogs choose one folder at a time; the lists of Qt's dialog can choose several.
     dialog.setOption(QFileDialog::DontUseNativeDialog);
     for (auto* view : dialog.findChildren<QAbstractItemView*>()) {
         if (view->objectName() == QLatin1String("listView") || view->objectName() == QLatin1String("treeView")) {

@@ -1,3 +1,4 @@
+// The entries of the menu bar.
 #include "ui/window/main_menus.h"
 
 #include <QApplication>
@@ -59,7 +60,7 @@ void fillEdit(QMenu* menu, MainWindow& window, AppModel& model) {
     add(menu, "Settings…", QKeySequence("Ctrl+,"), [&model] { model.openWindow("settings"); });
 }
 
-// What a click on a column's head does, for the keyboard.
+// Sorting by the keyboard, as by a click on a column's head.
 void fillSort(QMenu* menu, BrowserTable& table) {
     for (int column = 0; column < BrowserTableModel::ColumnCount; ++column) {
         add(menu, "Sort by " + BrowserTableModel::columnName(column), {}, [&table, column] { table.sortBy(column); });

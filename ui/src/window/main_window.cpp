@@ -1,3 +1,4 @@
+// The main window: builds its parts, connects them and remembers their sizes.
 #include "ui/window/main_window.h"
 
 #include <QApplication>

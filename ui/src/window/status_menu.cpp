@@ -1,3 +1,4 @@
+// The entries of the status menu.
 #include "ui/window/status_menu.h"
 
 #include <QActionGroup>
@@ -17,7 +18,7 @@ StatusMenu::StatusMenu(AppModel& model, std::function<void()> quit) : model_(mod
     menu_.addAction("Settings…", [&model] { model.openWindow("settings"); });
     menu_.addSeparator();
     menu_.addAction("Quit Brindlehum", [quit = std::move(quit)] { quit(); });
-    // Trays show an exported copy of the menu, so the rows are kept right and not made at opening.
+    // Trays show an exported copy of the menu, so its entries are kept up to date and not made at opening.
     connect(&model.settings(), &SettingsStore::changed, this, &StatusMenu::fillOutputs);
     fillOutputs();
 

@@ -1,3 +1,4 @@
+// Progress, results and buttons of a batch of temp edits.
 #include "ui/window/temp_edits_bar.h"
 
 #include <QHBoxLayout>

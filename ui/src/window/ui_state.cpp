@@ -1,3 +1,4 @@
+// Reads and writes the windows' state as JSON.
 #include "ui/window/ui_state.h"
 
 #include <QJsonArray>
@@ -10,7 +11,7 @@ namespace {
 
 constexpr int maxPlayerExtra = 2000;  // logical pixels
 
-// Qt's own states are binary and go through base64.
+// Qt's own states are binary, so they are stored as base64.
 QString coded(const QByteArray& bytes) {
     return QString::fromLatin1(bytes.toBase64());
 }

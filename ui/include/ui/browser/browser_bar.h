@@ -1,4 +1,4 @@
-// BrowserBar: the way up, the search field, and under them where one is or what is searched for.
+// BrowserBar: the button to the enclosing folder, the search field, and below them the folder or the filters.
 #pragma once
 
 #include <QWidget>
@@ -24,11 +24,11 @@ public:
     QLineEdit& field() { return *field_; }
     QToolButton& inspectorToggle() { return *inspector_; }
     void showState(const BrowserState& state);
-    // A letter typed elsewhere goes on with the query.
+    // Appends text that was typed elsewhere to the query.
     void type(const QString& text);
 
 Q_SIGNALS:
-    // To the rows, with the first of them selected when none is.
+    // Move the focus to the rows; select the first row if none is selected.
     void downAsked();
     void backToRows();
 

@@ -1,4 +1,4 @@
-// BrowserCell: paints and explains one cell of the browser: names lose their middle, and a text cut short is its
+// BrowserCell: paints one cell of the browser: a long name is elided in the middle, and an elided text is also the
 // tooltip.
 #pragma once
 

@@ -1,4 +1,4 @@
-// BrowserColumns: how wide the browser's columns are in a given room, as long as the user hasn't set them.
+// BrowserColumns: the widths of the browser's columns until the user sets them.
 #pragma once
 
 #include <array>
@@ -12,8 +12,8 @@ using Widths = std::array<int, BrowserTableModel::ColumnCount>;  // logical pixe
 constexpr Widths minimum{180, 120, 70, 60, 60, 80};
 constexpr Widths ideal{300, 280, 130, 120, 76, 140};
 
-// The length always has its ideal and the format the width that its usual text takes, for half a number tells nothing;
-// the others grow alike from their minimum to their ideal; what is left beyond goes to name and description.
+// The length has its ideal width and the format `formatWidth`, because half a number is useless. The other columns grow
+// in step from their minimum to their ideal; name and description take the rest.
 Widths fit(int room, int formatWidth);
 
 }  // namespace brindlehum::BrowserColumns

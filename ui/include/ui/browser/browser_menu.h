@@ -1,5 +1,5 @@
-// The context menu of the browser's selection; entries whose operation isn't there are left out, and what folders alone
-// don't take is disabled.
+// The context menu of the browser's selection. It leaves out entries whose action is null and disables those that need
+// a sound when only folders are selected.
 #pragma once
 
 #include <filesystem>
@@ -18,7 +18,7 @@ struct BrowserActions {
     std::function<void(const Files&)> copyPath;
 };
 
-// `files` are the selected ones in the order of their rows, at least one.
+// `files` are the selected files in the order of their rows, at least one.
 void fillBrowserMenu(QMenu& menu, const BrowserActions::Files& files, const BrowserActions& actions);
 
 }  // namespace brindlehum

@@ -12,8 +12,8 @@ struct Key {
     double number = 0;  // compared in place of the text by `byNumber`; 0 is nothing
 };
 
-// Places into `keys`, in the order to show. Folders stay ahead and what has nothing to compare stays behind in both
-// directions; equals keep the order in which they came.
+// Returns indexes into `keys` in the order to show. In both directions folders come first and keys with nothing to
+// compare last; equal keys keep their order.
 std::vector<int> order(const std::vector<Key>& keys, bool byNumber, bool ascending);
 
 }  // namespace brindlehum::BrowserSort

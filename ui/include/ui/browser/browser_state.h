@@ -1,4 +1,4 @@
-// BrowserState: what the browser says in place of rows, and about them, as a pure function of a plain snapshot.
+// BrowserState: the text beside the browser's rows or in their place, as a pure function of a plain snapshot.
 #pragma once
 
 #include <QString>
@@ -27,14 +27,14 @@ struct BrowserState {
         int64_t limit = 0;   // of a search
     };
 
-    // In place of the rows; empty while there are rows or it isn't known yet whether there are.
+    // Shown in place of the rows; empty while there are rows or they are still on their way.
     QString title;
     QString hint;
     Action action = Action::none;
     QString actionText;
     // Beside the filters: "1,204 results", "3 folders, 28 sounds".
     QString count;
-    // What more there is to know of the count; usually empty.
+    // The tooltip of the count; usually empty.
     QString countHint;
 
     static BrowserState of(const Snapshot& now);

@@ -30,7 +30,7 @@ public:
     // As a click on this column's head: up, down, then back to the order as given.
     void sortBy(int column);
 
-    // Widths and order of the columns; the sorting begins anew.
+    // Widths and order of the columns; the sorting isn't part of it.
     QByteArray saveColumns() const;
     void restoreColumns(const QByteArray& state);
     void resetColumns();
@@ -72,7 +72,7 @@ private:
     bool quiet_ = false;    // a selection is being set by us
 };
 
-// What follows the pointer in a drag: the file's name, or how many they are.
+// The picture under the pointer during a drag: the file's name, or the number of files.
 QPixmap dragPicture(const std::vector<BrowserEntry>& entries, const QFont& font, double dpr);
 
 }  // namespace brindlehum

@@ -11,7 +11,7 @@
 
 namespace brindlehum {
 
-// Main thread. Rows keep the order in which they are given (ranked, for search results) until a column is sorted by.
+// Main thread. Rows keep the order in which they are given (ranked, for search results) until sort() is called.
 class BrowserTableModel : public QAbstractTableModel {
     Q_OBJECT
 public:
@@ -22,15 +22,14 @@ public:
 
     // The same files in the same order change in place; others reset the table.
     void setEntries(std::vector<BrowserEntry> entries);
-    // In the order of those shown, if they are the same files: what an edit does to the ranking shall not move rows
-    // away under the user.
+    // Returns `entries` in the order of the rows shown if they are the same files: an edit may change their ranking,
+    // but must not move rows under the user.
     std::vector<BrowserEntry> inOrderShown(std::vector<BrowserEntry> entries) const;
     const BrowserEntry& entry(int row) const;
     int rowOf(const std::filesystem::path& url) const;  // -1 when it isn't shown
-    // A sound's probe, for the cells that its row leaves empty.
+    // Fills the cells of a sound that its catalog row leaves empty.
     void setInfo(const std::filesystem::path& url, const AudioFileInfo& info);
-    // Asked once for a sound whose length is first shown and not known: its probe, or null when that comes later by
-    // setInfo().
+    // Called once for a sound whose unknown length is shown. Returns its probe, or null if setInfo() brings it later.
     std::function<const AudioFileInfo*(const std::filesystem::path& url)> askInfo;
 
     int rowCount(const QModelIndex& parent = {}) const override;
@@ -58,7 +57,7 @@ private:
     std::vector<int> order_;             // of the rows: places into entries_
     int column_ = unsorted;
     Qt::SortOrder direction_ = Qt::AscendingOrder;
-    // By path; filled by what is shown.
+    // By path; filled as rows are shown.
     mutable std::unordered_map<std::string, AudioFileInfo> infos_;
     mutable std::unordered_set<std::string> asked_;
 };

@@ -32,7 +32,7 @@ public:
     ChosenSound& chosen() { return *chosen_; }
     // Plays a sound, opens a folder.
     void activate(const BrowserEntry& entry);
-    // Of the context menu; copyPath is set, the others are the owner's to set.
+    // The actions of the context menu. copyPath is set; the owner sets the others.
     BrowserActions& actions() { return actions_; }
     void focusSearch();
 

@@ -1,4 +1,4 @@
-// FilterChip: a capsule with one filter in force and a button that takes it off.
+// FilterChip: a capsule that shows one active filter, with a button that clears it.
 #pragma once
 
 #include <QFrame>
@@ -12,7 +12,7 @@ class ElidedLabel;
 class FilterChip : public QFrame {
     Q_OBJECT
 public:
-    // `kind` names the filter for tooltips and assistive technology ("Category").
+    // `kind` names the filter in tooltips and for assistive technology ("Category").
     explicit FilterChip(const QString& kind, QWidget* parent = nullptr);
     // An empty value hides the chip.
     void setValue(const QString& value);

@@ -1,4 +1,4 @@
-// InfoText: what the length and format cells of a sound say, from its catalog row or from its probe.
+// InfoText: the texts of a sound's length and format cells, from its catalog row or else from its probe.
 #pragma once
 
 #include <QString>
@@ -7,9 +7,9 @@
 
 namespace brindlehum::InfoText {
 
-// Whether the catalog alone can tell.
+// Whether the catalog's row has the length and the format.
 bool isKnown(const BrowserEntry& entry);
-// "m:ss.mmm"; empty when neither the row nor `info` (null: not there) tells.
+// "m:ss.mmm"; empty when the row doesn't have it and `info` is null.
 QString duration(const BrowserEntry& entry, const AudioFileInfo* info);
 QString format(const BrowserEntry& entry, const AudioFileInfo* info);
 // Seconds, 0 when unknown.

@@ -1,4 +1,4 @@
-// InspectorFields: the texts of the inspector over one or many files, and what of them the user has changed.
+// InspectorFields: the texts of the inspector for one or many files, and which of them the user has edited.
 #pragma once
 
 #include <QString>
@@ -26,19 +26,19 @@ public:
     void load(const std::vector<SoundMeta>& files);
 
     QString text(const std::string& tag) const;
-    // The files differ here, and the user hasn't said yet what should hold for all.
+    // The files differ in this field, and the user hasn't edited it.
     bool isMixed(const std::string& tag) const;
     bool isEdited(const std::string& tag) const { return edited_.contains(tag); }
     int rating() const { return rating_; }
 
-    // Marks the field as edited, the empty text too.
+    // Marks the field as edited; an empty text is a value, too.
     void setText(const std::string& tag, const QString& text);
-    // The star that stands for the rating already takes it away.
+    // Sets the rating; the star of the current rating clears it.
     void clickStar(int star);
 
     bool hasEdits() const { return !edited_.empty() || ratingEdited_; }
     MetadataChanges changes() const;
-    // What was edited is now what all files hold.
+    // The edits have been saved: the edited values now hold for all files.
     void saved();
 
 private:

@@ -20,8 +20,8 @@ class EmptyState;
 class StarRow;
 class TextField;
 
-// Edits that aren't saved outlive a change of the selection: the form stays with the files that they belong to, and
-// says so, until they are saved or discarded.
+// Unsaved edits outlive a change of the selection: the form keeps showing their files, and says so, until the edits are
+// saved or discarded.
 class InspectorView : public QWidget {
     Q_OBJECT
 public:
@@ -31,7 +31,7 @@ public:
 
     explicit InspectorView(LibraryModel& library, QWidget* parent = nullptr);
 
-    // What is selected in the browser, folders left out.
+    // Takes the browser's selection and ignores its folders.
     void setSelection(const std::vector<BrowserEntry>& selected);
     const std::vector<std::filesystem::path>& urls() const { return urls_; }
     const InspectorFields& fields() const { return fields_; }
@@ -41,10 +41,11 @@ public:
     void save();
     void revert();
     void rename();
-    // Before the application ends: true when there is nothing unsaved, or the user has said what becomes of it.
+    // To be called before the application ends. Returns true if there are no unsaved edits or the user saved or
+    // discarded them, false to keep the application running.
     bool settleEdits();
 
-    // A test may answer in place of the user: whether `count` files shall be renamed, and what becomes of unsaved
+    // The questions to the user, which a test may answer: whether to rename `count` files, and what to do with unsaved
     // edits.
     enum class Unsaved { save, discard, keep };
     std::function<bool(size_t count)> confirmRename;

@@ -16,7 +16,8 @@ public:
     QSize sizeHint() const override;
 
 Q_SIGNALS:
-    // A star has been clicked, or chosen by Left, Right or its digit (0 asks for the star that takes the rating away).
+    // A star was clicked, or chosen by Left, Right or its digit. The digit 0 reports the current rating's star, which
+    // clears the rating.
     void starClicked(int star);
 
 protected:

@@ -1,4 +1,4 @@
-// ElidedLabel: one line of text cut in the middle where the room is short; the whole text is its tooltip then.
+// ElidedLabel: one line of text, elided where the room is short; the tooltip then shows all of it.
 #pragma once
 
 #include <QLabel>

@@ -1,4 +1,4 @@
-// EmptyState: a sentence, a hint and one button in the middle of an area that has nothing to show.
+// EmptyState: a title, a hint and one button in the middle of an area that has nothing to show.
 #pragma once
 
 #include <QWidget>

@@ -22,10 +22,10 @@ inline std::filesystem::path toPath(const QString& text) {
 
 // As text/uri-list; the caller owns it.
 QMimeData* mimeData(const std::vector<std::filesystem::path>& files);
-// The local files and folders among what is dropped, in order.
+// The local files and folders in dropped data, in order.
 std::vector<std::filesystem::path> localPaths(const QMimeData& data);
 
-// Runs the drag until it is over. `picture` follows the pointer, which stands at `hotSpot` of it.
+// Returns when the drag is over. `picture` follows the pointer, which is at `hotSpot` within it.
 void run(QWidget* source, const std::filesystem::path& file, const QPixmap& picture, const QPoint& hotSpot);
 
 }  // namespace brindlehum::FileDrag

@@ -8,8 +8,8 @@ namespace brindlehum {
 
 enum class SymbolRole { control, onAccent, warning, secondary, star };
 
-// `name` is a file of our set without its ending ("play", "stop", ...). The desktop's symbolic icon of the same
-// meaning takes its place where the icon theme has one. The icon follows a later change of theme.
+// `name` is a file of our set without its extension ("play", "stop", ...). If the desktop's icon theme has a symbolic
+// icon of the same meaning, that one is used. The icon follows later changes of theme.
 QIcon symbol(const QString& name, SymbolRole role = SymbolRole::control);
 QIcon applicationIcon();
 

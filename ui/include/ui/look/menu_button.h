@@ -1,4 +1,4 @@
-// MenuButton: a button that shows the current choice and opens a menu made anew at each opening.
+// MenuButton: a button that shows the current choice and opens a menu that is filled at each opening.
 #pragma once
 
 #include <QToolButton>
@@ -11,10 +11,10 @@ namespace brindlehum {
 class MenuButton : public QToolButton {
     Q_OBJECT
 public:
-    // `name` says for accessibility what is chosen here; `fill` puts the entries into the empty menu.
+    // `name` is the accessible name of what is chosen; `fill` puts the entries into the empty menu.
     MenuButton(const QString& name, const QString& toolTip, std::function<void(QMenu&)> fill,
                QWidget* parent = nullptr);
-    // Shows `choice` and tells it to assistive technology together with the name.
+    // Shows `choice`; the accessible name becomes "name: choice".
     void setChoice(const QString& choice);
 
 private:

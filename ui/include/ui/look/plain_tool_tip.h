@@ -1,4 +1,4 @@
-// A tool tip that shows names and descriptions as they are: Qt would take "<b>" in them for markup.
+// Tooltips that show names and descriptions literally: Qt would read "<b>" in them as markup.
 #pragma once
 
 #include <QString>

@@ -1,4 +1,4 @@
-// Menu entries and check boxes that are one yes-or-no setting: what one shows, another has changed.
+// Menu entries and check boxes bound to a yes-or-no setting; all of them always show the same.
 #pragma once
 
 #include "settings/settings_store.h"

@@ -1,4 +1,4 @@
-// SymbolLabel: a still symbol among text, in the colours of the theme in force.
+// SymbolLabel: a symbol beside text, in the colours of the current theme.
 #pragma once
 
 #include <QWidget>

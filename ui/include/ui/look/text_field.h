@@ -1,4 +1,4 @@
-// TextField: one line or several of editable text with a prompt, seen as one kind of control.
+// TextField: a text editor of one line or several, with a prompt.
 #pragma once
 
 #include <QWidget>

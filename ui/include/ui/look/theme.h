@@ -18,7 +18,7 @@ struct WaveformColors {
     bool operator==(const WaveformColors&) const = default;
 };
 
-// Text colours reach a contrast of 4.5 on every ground that they stand on (WCAG 2.1, level AA).
+// Text colours have a contrast of at least 4.5 on every ground where they are used (WCAG 2.1, level AA).
 struct Theme {
     bool dark = false;
     QColor window;   // ground of the windows

@@ -1,4 +1,4 @@
-// ThemeController: gives the application its look and keeps it light or dark as the desktop is.
+// ThemeController: gives the application its look, light or dark as the desktop prefers.
 #pragma once
 
 #include <QDBusVariant>
@@ -7,8 +7,8 @@
 
 namespace brindlehum {
 
-// Sets style, palette and style sheet of the application, and changes them with the desktop: the desktop portal's
-// preference where there is one, else the lightness of the window colour that the platform gives. Main thread.
+// Sets the application's style, palette and style sheet, and changes them when the desktop changes. Follows the desktop
+// portal's preference if there is one, else the lightness of the platform's window colour. Main thread.
 class ThemeController : public QObject {
     Q_OBJECT
 public:

@@ -1,11 +1,11 @@
-// What a key writes, where lists hand letters on to the search field.
+// The text that a key types, for lists that pass letters on to the search field.
 #pragma once
 
 #include <QKeyEvent>
 
 namespace brindlehum {
 
-// Empty for a key that commands, and for the Space, which plays.
+// Empty for keys that are commands, and for Space, which plays.
 inline QString typedText(const QKeyEvent& event) {
     const auto others = event.modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier | Qt::GroupSwitchModifier);
     const QString text = event.text();

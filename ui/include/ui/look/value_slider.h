@@ -1,4 +1,4 @@
-// ValueSlider: a slider over a range of real numbers that a double click puts back to its rest value.
+// ValueSlider: a slider over a range of real numbers; a double click returns it to its rest value.
 #pragma once
 
 #include <QSlider>

@@ -1,4 +1,4 @@
-// AnalysisPicture: a piece of music and its analysis on one page, to look at and to pass on.
+// AnalysisPicture: a piece of music and its analysis on one page.
 #pragma once
 
 #include <QImage>
@@ -21,13 +21,13 @@ struct Content {
     double seconds() const { return monoRate > 0 ? double(mono.size()) / monoRate : 0; }
 };
 
-// The page is laid out for this size and scaled to others; what a size has beyond its proportions goes to the plots.
+// The page is laid out for this size and scaled to others; with other proportions, the plots take what is left.
 inline constexpr QSize pageSize(1600, 1200);
 
-// Needs a QGuiApplication, for the fonts. An image that can't be allocated is null.
+// Needs a QGuiApplication, for the fonts. Returns a null image if it can't be allocated.
 QImage draw(const Content& content, const Theme& theme, QSize size = pageSize);
 
-// Where a time stands on the image, in its pixels.
+// The column of a time on the image, in its pixels.
 double xAt(double seconds, double duration, QSize size);
 
 }  // namespace brindlehum::AnalysisPicture

@@ -1,4 +1,4 @@
-// RulerTicks: where a time ruler puts its marks.
+// RulerTicks: the positions and labels of a time ruler's marks.
 #pragma once
 
 #include <string>
@@ -11,9 +11,9 @@ struct Tick {
     bool major = false;  // carries a label
 };
 
-// Seconds between labels, a round number, such that they stand at least `minSpacing` pixels apart.
+// The smallest round number of seconds between labels that puts them at least `minSpacing` pixels apart.
 double step(double seconds, double width, double minSpacing);
-// All ticks from 0 through `seconds`, five parts (or four, or three: whole units) between labels.
+// All ticks from 0 through `seconds`, with five parts between labels, or four or three where those are whole units.
 std::vector<Tick> ticks(double seconds, double width, double minSpacing);
 // "m:ss", with tenths to thousandths as the step needs them, "h:mm:ss" from one hour on.
 std::string label(double seconds, double step);

@@ -1,4 +1,4 @@
-// WaveformPicture: the lanes of an overview as numbers and as paint.
+// WaveformPicture: measures and paints the lanes of an overview.
 #pragma once
 
 #include <QPainter>
@@ -12,7 +12,7 @@
 
 namespace brindlehum::WaveformPicture {
 
-// A quiet file is drawn larger, by at most 30 dB.
+// A quiet file is enlarged, by at most 30 dB.
 inline constexpr double maxViewGain = 31.6;
 
 // Largest absolute value over all lanes of what is loaded so far.
@@ -31,7 +31,7 @@ Buckets bucketsUnder(int column, int columns, const WaveformData& data, int64_t 
 // Left edge of the playhead, which is `playheadWidth` logical pixels wide.
 inline constexpr double playheadWidth = 1.5;
 double playheadX(double frame, int64_t totalFrames, double width);
-// Where a span of frames lies: left edge and width in logical pixels.
+// The left edge and the width of a span of frames, in logical pixels.
 struct Span {
     double x = 0;
     double width = 0;

@@ -1,4 +1,4 @@
-// DragHandle: a grip from which a file is dragged into another program.
+// DragHandle: a handle for dragging a file into another program.
 #pragma once
 
 #include <QToolButton>
@@ -15,7 +15,7 @@ public:
 
     std::function<std::optional<std::filesystem::path>()> file;
     std::function<QPixmap()> picture;
-    // A click or a key, for those who don't drag: puts the file on the clipboard.
+    // Puts the file on the clipboard; a click and the keyboard do this, for users who don't drag.
     void copyFile();
 
 protected:

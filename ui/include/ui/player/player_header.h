@@ -1,4 +1,4 @@
-// PlayerHeader: the file's name, what is selected of it, the times, and its format, in one line.
+// PlayerHeader: one line with the file's name, its format, the selection's length and the times.
 #pragma once
 
 #include <QWidget>

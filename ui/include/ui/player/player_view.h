@@ -1,4 +1,4 @@
-// PlayerView: the audition surface over PlayerModel.
+// PlayerView: the audition player's surface: header, waveform, message and controls.
 #pragma once
 
 #include <QWidget>
@@ -25,13 +25,13 @@ class PlayerView : public QWidget {
 public:
     PlayerView(PlayerModel& player, WaveformView::Style style, QWidget* parent = nullptr);
     WaveformView& waveform() { return *waveform_; }
-    // Puts a widget at the end of the message's row, which then shows with either of them.
+    // Adds a widget at the end of the message's row; the row is shown while either has something to show.
     void addToMessage(QWidget* widget);
 
 protected:
     bool eventFilter(QObject* object, QEvent* event) override;
 
-    // The controls give way, so that the window can be narrow.
+    // Smaller than the controls' own minimum: they shrink to icons.
     QSize minimumSizeHint() const override;
 
 protected:

@@ -18,7 +18,7 @@ public:
     void refresh();
 
 protected:
-    // A double click on the row's label resets, as the button does.
+    // A double click on the row's label resets the rotation, as the button does.
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:

@@ -1,4 +1,4 @@
-// SourceBar: how the file is read, how it is listened to, where it plays, and the way out of the program.
+// SourceBar: menus for source format, listen mode, output profile and drag form, and the drag handle.
 #pragma once
 
 #include <QWidget>
@@ -16,7 +16,7 @@ class SourceBar : public QWidget {
 public:
     explicit SourceBar(PlayerModel& player, QWidget* parent = nullptr);
     void refresh();
-    // Icons alone, and no device.
+    // Shows icons without texts, and no device.
     void setNarrow(bool narrow);
     DragHandle& dragHandle() { return *handle_; }
 
@@ -27,7 +27,7 @@ private:
     void fillDrag(QMenu& menu);
     void refreshDevice();
 
-    // What the name of the device in use depends on.
+    // The device's name is looked up again when one of these changes.
     struct DeviceKey {
         std::optional<std::string> uid;
         bool configured = false;

@@ -1,4 +1,4 @@
-// TimeLabel: where the playhead is, and how long the file is.
+// TimeLabel: the position of the playhead and the length of the file.
 #pragma once
 
 #include <QLabel>

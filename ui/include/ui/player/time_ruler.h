@@ -10,7 +10,7 @@ class TimeRuler : public QWidget {
 public:
     explicit TimeRuler(QWidget* parent = nullptr);
     void setSeconds(double seconds);
-    // Negative: the pointer isn't over the waveform.
+    // A negative time means that the pointer isn't over the waveform.
     void setHover(double seconds);
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return {0, sizeHint().height()}; }

@@ -17,7 +17,7 @@ class TransportBar : public QWidget {
 public:
     explicit TransportBar(PlayerModel& player, QWidget* parent = nullptr);
     void refresh();  // after a change of the player or the settings
-    // A short slider without its value beside it.
+    // Shortens the slider and hides its value.
     void setNarrow(bool narrow);
 
 private:

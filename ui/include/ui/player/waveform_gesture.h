@@ -1,4 +1,4 @@
-// WaveformGesture: what the mouse means on a waveform, as a state machine without a widget.
+// WaveformGesture: turns mouse events on a waveform into seek, selection and drag, as a state machine without a widget.
 #pragma once
 
 #include <cstdint>
@@ -32,13 +32,13 @@ struct Selecting {
     int64_t anchor = 0;  // frame
     bool operator==(const Selecting&) const = default;
 };
-// A file is on its way out; the system has the mouse.
+// A file is being dragged out; the system has grabbed the mouse.
 struct Dragging {
     bool operator==(const Dragging&) const = default;
 };
 using Gesture = std::variant<Idle, Pending, Selecting, Dragging>;
 
-// What the gesture is made on.
+// The waveform that the gesture is made on.
 struct Surface {
     double width = 0;  // logical pixels
     int64_t totalFrames = 0;
@@ -56,7 +56,7 @@ struct Move {
 struct Release {
     Point at;
 };
-// The gesture is broken off: Escape, or the mouse was taken away.
+// Escape was pressed, or the mouse was taken away.
 struct Cancel {};
 using Event = std::variant<Press, Move, Release, Cancel>;
 
@@ -64,12 +64,12 @@ struct Seek {
     int64_t frame = 0;
     bool operator==(const Seek&) const = default;
 };
-// The selection under way; not the model's yet.
+// The selection while it is drawn; the model doesn't have it yet.
 struct Preview {
     FrameRange range;
     bool operator==(const Preview&) const = default;
 };
-// The selection as it was let go; may be empty.
+// The finished selection; may be empty.
 struct Select {
     FrameRange range;
     bool operator==(const Select&) const = default;

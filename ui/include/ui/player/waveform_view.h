@@ -13,8 +13,8 @@
 
 namespace brindlehum {
 
-// Holds copies of what it shows; whoever owns it sets them again after each change of the model. The lanes are
-// painted once into a picture; selection and playhead lie around it, so that moving them repaints a strip only.
+// Holds copies of what it shows; the owner sets them again after each change of the model. The lanes are painted once
+// into a picture; selection and playhead are drawn apart from it, so that moving them repaints only a strip.
 class WaveformView : public QWidget {
     Q_OBJECT
 public:
@@ -25,7 +25,7 @@ public:
     void setData(WaveformPtr overview);
     void setTotalFrames(int64_t frames, double sampleRate);
     void setLaneLabels(std::vector<std::string> labels);
-    // Left alone while a selection is being drawn.
+    // Ignored while the user is drawing a selection.
     void setSelection(std::optional<FrameRange> selection);
     void setPlayhead(double frame);
 
@@ -37,7 +37,7 @@ public:
     const std::optional<FrameRange>& selection() const { return selection_; }
     const WaveformGesture::Gesture& gesture() const { return gesture_; }
     int64_t frameAt(double x) const { return WaveformGesture::frameAt(x, width(), totalFrames_); }
-    // How often the lanes have been painted anew.
+    // How often the lanes have been painted.
     int pictureCount() const { return pictureCount_; }
     QSize sizeHint() const override { return {720, 200}; }
 

@@ -22,7 +22,7 @@ public:
     const std::optional<UUID>& selectedID() const { return selectedID_; }
 
 protected:
-    // The devices are asked for anew each time the tab appears.
+    // Lists the devices again each time the tab appears.
     void showEvent(QShowEvent* event) override;
 
 private:

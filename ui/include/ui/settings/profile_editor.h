@@ -22,7 +22,7 @@ class ProfileEditor : public QWidget {
 public:
     explicit ProfileEditor(SettingsStore& settings);
     void setDevices(std::vector<AudioOutputDevice> devices, int defaultChannels);
-    // Shows a profile of the settings; what the user changes goes into the profile of this id.
+    // Shows a profile of the settings; the user's changes go into the profile with its id.
     void showProfile(const OutputProfile& profile);
 
 private:

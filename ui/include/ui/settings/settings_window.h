@@ -1,4 +1,4 @@
-// SettingsWindow: the settings as forms; every change is in force at once.
+// SettingsWindow: the settings as forms; every change takes effect at once.
 #pragma once
 
 #include <QWidget>

@@ -1,4 +1,4 @@
-// SidebarRows: what stands in the sidebar, as a pure function of what the library model says.
+// SidebarRows: the rows of the sidebar, as a pure function of a snapshot of the library.
 #pragma once
 
 #include <QString>
@@ -49,7 +49,7 @@ Sections build(const Snapshot& now);
 QString iconOf(const std::filesystem::path& path, const QString& other);
 // The footer: "Indexing…", "12,345 files indexed", or nothing.
 QString footer(bool indexing, int64_t indexed);
-// Below it while a scan runs: "1,204 of 5,310 files"; before all are `counted` how many were found so far.
+// The line below it during a scan: "1,204 of 5,310 files", or before all are `counted` "5,310 files found".
 QString progress(bool counted, int64_t done, int64_t found);
 
 }  // namespace SidebarRows

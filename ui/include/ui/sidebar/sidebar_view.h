@@ -1,4 +1,4 @@
-// SidebarView: the library's roots, the facets of what is indexed, and other places, above the state of the index.
+// SidebarView: the library's roots, the facets of its index and other places, above the state of the index.
 #pragma once
 
 #include <QWidget>
@@ -23,7 +23,7 @@ public:
     QTreeView& tree();
     SidebarModel& rows() { return rows_; }
     void refresh();
-    // What a click on a row does.
+    // Does what a click on a row does.
     void activate(const SidebarRow& row);
     // The names of the sections that are folded up.
     QStringList folded() const;

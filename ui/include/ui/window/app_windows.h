@@ -1,4 +1,4 @@
-// AppWindows: all surfaces of the application, kept for as long as it runs.
+// AppWindows: all windows and the status menu of the application, as long as it runs.
 #pragma once
 
 #include <memory>
@@ -12,9 +12,9 @@ class SettingsWindow;
 class StatusMenu;
 class ThemeController;
 
-// Main thread, with a QApplication. Sets the look of the application and keeps it resident when its last window
-// closes. Construction fills the model's window actions, shows the status menu where the desktop has a place for it,
-// and brings the main window up.
+// Main thread, with a QApplication. Sets the application's look and keeps it running when its last window closes. The
+// constructor sets the model's window actions, shows the status menu if the desktop has a tray, and opens the main
+// window.
 class AppWindows {
 public:
     explicit AppWindows(AppModel& model);
@@ -22,7 +22,7 @@ public:
     AppWindows(const AppWindows&) = delete;
     AppWindows& operator=(const AppWindows&) = delete;
 
-    // Shows the window of this id, "main" or "settings", in front of the others; any other id does nothing.
+    // Shows the window with this id, "main" or "settings", in front of the others; ignores any other id.
     void open(const std::string& id);
 
 private:

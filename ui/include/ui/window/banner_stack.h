@@ -1,4 +1,4 @@
-// BannerStack: what keeps the program from its full use, each with a button that helps; empty when all is well.
+// BannerStack: notices of what the program lacks, each with a button that helps; empty when all is well.
 #pragma once
 
 #include <QWidget>
@@ -19,7 +19,7 @@ class BannerStack : public QWidget {
     Q_OBJECT
 public:
     explicit BannerStack(QWidget* parent = nullptr);
-    // Banners of the same texts stay as they are.
+    // Does nothing if the texts are the same.
     void setBanners(std::vector<Banner> banners);
 
 private:

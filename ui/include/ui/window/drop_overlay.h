@@ -1,11 +1,11 @@
-// DropOverlay: shows over a window that what is dragged there may be dropped.
+// DropOverlay: covers a widget with a text while something that can be dropped is dragged over it.
 #pragma once
 
 #include <QWidget>
 
 namespace brindlehum {
 
-// Takes no mouse itself and always covers its parent.
+// Lets the mouse through and always covers its parent.
 class DropOverlay : public QWidget {
     Q_OBJECT
 public:

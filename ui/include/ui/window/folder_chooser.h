@@ -8,7 +8,7 @@ class QWidget;
 
 namespace brindlehum {
 
-// Folders only, any number; none when the user thinks better of it.
+// Returns any number of folders, none if the user cancels.
 std::vector<std::filesystem::path> chooseLibraryFolders(QWidget* parent, const std::filesystem::path& start);
 
 }  // namespace brindlehum

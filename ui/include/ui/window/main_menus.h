@@ -6,7 +6,7 @@ namespace brindlehum {
 class AppModel;
 class MainWindow;
 
-// The shortcuts hold while the window has the keyboard.
+// The shortcuts work while the window has the keyboard.
 void fillMenuBar(MainWindow& window, AppModel& model);
 
 }  // namespace brindlehum

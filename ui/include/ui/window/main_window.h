@@ -1,4 +1,4 @@
-// MainWindow: the browser of the library: sidebar, sounds, metadata inspector, and the player below them.
+// MainWindow: sidebar, browser, metadata inspector, and the player below them.
 #pragma once
 
 #include <QMainWindow>
@@ -19,7 +19,7 @@ class SidebarView;
 class MainWindow : public QMainWindow {
     Q_OBJECT
 public:
-    // Heights of the player as long as the user hasn't made it higher, logical pixels.
+    // Heights of the player before the user makes it higher, in logical pixels.
     static constexpr int playerHeight = 170;
     static constexpr int ambisonicPlayerHeight = 204;
 

@@ -1,4 +1,4 @@
-// StatusMenu: the menu in the system tray, the only surface that is left when no window is open.
+// StatusMenu: the menu in the system tray, which stays when no window is open.
 #pragma once
 
 #include <QMenu>

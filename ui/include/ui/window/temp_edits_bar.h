@@ -1,4 +1,4 @@
-// TempEditsBar: how far a batch of temp edits has come, and afterwards the way to its folders.
+// TempEditsBar: the progress of a batch of temp edits, and afterwards buttons for its folders and skipped files.
 #pragma once
 
 #include <QWidget>
@@ -10,7 +10,7 @@ class QPushButton;
 
 namespace brindlehum {
 
-// The text itself is the player's message; the bar goes when another message takes its place.
+// The text itself is the player's message; the bar disappears when another message replaces that.
 class TempEditsBar : public QWidget {
     Q_OBJECT
 public:

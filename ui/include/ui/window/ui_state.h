@@ -1,4 +1,4 @@
-// UIState: what the windows remember from run to run, apart from the settings.
+// UIState: sizes and visible parts of the windows, stored from run to run.
 #pragma once
 
 #include <QByteArray>
@@ -23,7 +23,7 @@ struct UIState {
 
     bool operator==(const UIState&) const = default;
 
-    // A missing or unreadable part has its default.
+    // A missing or unreadable part gets its default.
     static UIState load(const UserDefaults& defaults);
     void save(UserDefaults& defaults) const;
 };
