@@ -4,13 +4,15 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <memory>
 #include <vector>
 
 #include "app/app_model.h"
 #include "app/instance_link.h"
 #include "library/catalog/catalog_location.h"
+#include "platform/headless_session.h"
 #include "platform/linux_audio.h"
-#include "platform/linux_desktop.h"
+#include "platform/linux_session.h"
 #include "platform/qt_main_loop.h"
 #include "quit_on_signal.h"
 #include "ui/window/app_windows.h"
@@ -40,6 +42,11 @@ bool findScreen() {
     if (isSet("QT_QPA_PLATFORM") || isSet("DISPLAY") || isSet("WAYLAND_DISPLAY")) { return true; }
     qputenv("QT_QPA_PLATFORM", "offscreen");
     return false;
+}
+
+std::unique_ptr<Session> makeSession(bool hasScreen) {
+    if (hasScreen) { return std::make_unique<LinuxSession>(); }
+    return std::make_unique<HeadlessSession>();
 }
 
 void describeControlPort(const ControlServer& control) {
@@ -102,8 +109,8 @@ int main(int argc, char** argv) {
     QtMainLoop loop;
     const auto audio = makeAudioSystem(loop);
     FileDefaults defaults;
-    LinuxDesktop desktop;
-    AppModel model({loop, *audio, defaults, desktop, defaultCatalogFile()});
+    const std::unique_ptr<Session> session = makeSession(hasScreen);
+    AppModel model({loop, *audio, defaults, *session, defaultCatalogFile()});
     AppWindows windows(model);
     link.onFiles = [&model](const auto& handedOver) { model.openFiles(handedOver); };
     model.start();

@@ -24,7 +24,7 @@ AppModel::AppModel(Platform platform)
       engine_(platform.audio, platform.loop),
       player_(engine_, settings_, platform.loop, pool_),
       library_(settings_, platform.loop, platform.catalogFile),
-      tempEdits_(player_, settings_, platform.desktop, platform.loop) {
+      tempEdits_(player_, settings_, platform.session.fileManager(), platform.loop) {
     theModel = this;
 }
 

@@ -18,10 +18,11 @@ std::string countOf(size_t count) {
 
 }  // namespace
 
-TempEditBatch::TempEditBatch(PlayerModel& player, const SettingsStore& settings, Desktop& desktop, MainLoop& loop)
-    : player_(player), settings_(settings), desktop_(desktop), background_(loop, "Brindlehum.tempedits") {}
+TempEditBatch::TempEditBatch(PlayerModel& player, const SettingsStore& settings, FileManager& fileManager,
+                             MainLoop& loop)
+    : player_(player), settings_(settings), fileManager_(fileManager), background_(loop, "Brindlehum.tempedits") {}
 
-void TempEditBatch::start(const std::vector<std::filesystem::path>& files) {
+void TempEditBatch::make(const std::vector<std::filesystem::path>& files) {
     const AppSettings& settings = settings_.value();
     Jobs jobs;
     for (const auto& file : files) {
@@ -36,12 +37,12 @@ void TempEditBatch::start(const std::vector<std::filesystem::path>& files) {
     closing_.clear();
     player_.notify("Temp edits: analyzing " + countOf(jobs.size()) + "…");
     Q_EMIT changed();
-    background_.run([this, jobs](const Background::Task& task) { return work(jobs, task); },
+    background_.run([this, jobs](const Background::Task& task) { return makeAll(jobs, task); },
                     [this, jobs](const Result& result) { conclude(jobs, result); });
 }
 
 // On the queue.
-TempEditBatch::Result TempEditBatch::work(const Jobs& jobs, const Background::Task& task) {
+TempEditBatch::Result TempEditBatch::makeAll(const Jobs& jobs, const Background::Task& task) {
     std::vector<double> parts(jobs.size());  // done of each file
     const auto progress = [&](const TempEdits::Step& step) {
         using Kind = TempEdits::Step::Kind;
@@ -85,7 +86,7 @@ void TempEditBatch::conclude(const Jobs& jobs, const Result& result) {
     closing_ = TempEdits::closingText(result.outcomes);
     player_.notify(closing_);
     Q_EMIT changed();
-    if (!result.wasCancelled) { desktop_.reveal(folders); }
+    if (!result.wasCancelled) { fileManager_.reveal(folders); }
 }
 
 void TempEditBatch::cancel() {
@@ -100,7 +101,7 @@ void TempEditBatch::finish(double patience) {
 }
 
 void TempEditBatch::showFolders() {
-    desktop_.reveal(folders_);
+    fileManager_.reveal(folders_);
 }
 
 }  // namespace brindlehum

@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 
+#include "platform/headless_session.h"
 #include "support/audio_files.h"
 #include "support/platform/manual_audio.h"
 #include "support/platform/manual_main_loop.h"
@@ -13,20 +14,14 @@ namespace {
 using nlohmann::json;
 using testing::ElementsAre;
 
-class NoDesktop : public Desktop {
-public:
-    void openFolder(const std::filesystem::path&) override {}
-    void reveal(const std::vector<std::filesystem::path>&) override {}
-};
-
 class App : public testing::Test {
 protected:
     ManualMainLoop loop_;
     ManualAudioSystem audio_{loop_};
     MemoryDefaults defaults_;
-    NoDesktop desktop_;
+    HeadlessSession session_;
     test::TempFolder folder_;
-    AppModel app_{{loop_, audio_, defaults_, desktop_, folder_ / "Catalog.sqlite"}};
+    AppModel app_{{loop_, audio_, defaults_, session_, folder_ / "Catalog.sqlite"}};
     std::vector<std::string> windows_;
 
     void SetUp() override {

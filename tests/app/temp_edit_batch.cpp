@@ -8,6 +8,7 @@
 #include "support/audio_files.h"
 #include "support/platform/manual_audio.h"
 #include "support/platform/manual_main_loop.h"
+#include "support/platform/scripted_session.h"
 
 namespace brindlehum {
 namespace {
@@ -16,21 +17,14 @@ namespace fs = std::filesystem;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class ShownItems : public Desktop {
-public:
-    void openFolder(const fs::path&) override {}
-    void reveal(const std::vector<fs::path>& items) override { shown = items; }
-    std::vector<fs::path> shown;
-};
-
 class TempEditBatchOf : public testing::Test {
 protected:
     ManualMainLoop loop_;
     ManualAudioSystem audio_{loop_};
     MemoryDefaults defaults_;
-    ShownItems desktop_;
+    ScriptedSession session_;
     test::TempFolder folder_;
-    AppModel app_{{loop_, audio_, defaults_, desktop_, folder_ / "Catalog.sqlite"}};
+    AppModel app_{{loop_, audio_, defaults_, session_, folder_ / "Catalog.sqlite"}};
     TempEditBatch& batch_ = app_.tempEdits();
     std::vector<std::string> messages_;
 
@@ -73,16 +67,16 @@ TEST_F(TempEditBatchOf, FilesGoIntoFoldersBesideThemAndTheOddOneIsCounted) {
                             "Temp edits 3/3: Two.wav", "Temp edits: 2 written, 1 skipped (no steady pulse)"));
     EXPECT_FALSE(app_.player().messageIsProblem());
     EXPECT_EQ(reached, 1);
-    EXPECT_THAT(desktop_.shown, ElementsAre(folder_ / "One Edits", folder_ / "Two Edits"));
+    EXPECT_THAT(session_.files.shown, ElementsAre(folder_ / "One Edits", folder_ / "Two Edits"));
     EXPECT_TRUE(fs::exists(folder_ / "One Edits" / "One - 15s.wav"));
     EXPECT_TRUE(fs::exists(folder_ / "Two Edits" / "Two - Edit Notes.txt"));
     EXPECT_FALSE(fs::exists(folder_ / "Short Edits"));
     ASSERT_EQ(batch_.skipped().size(), 1U);
     EXPECT_EQ(batch_.skipped()[0].file, folder_ / "Short.wav");
     EXPECT_FALSE(batch_.skipped()[0].reason.empty());
-    desktop_.shown.clear();
+    session_.files.shown.clear();
     batch_.showFolders();
-    EXPECT_EQ(desktop_.shown.size(), 2U);
+    EXPECT_EQ(session_.files.shown.size(), 2U);
 }
 
 TEST_F(TempEditBatchOf, TheControlCommandTakesTheLoadedFileAndTheSettingsNameTheFolder) {
@@ -105,8 +99,6 @@ TEST_F(TempEditBatchOf, CancellingLeavesNoHalfFileAndSkipsWhatWaits) {
     app_.makeTempEdits({files[2]});
     batch_.cancel();
     settle();
-    batch_.queue().drain();
-    loop_.drain();
     EXPECT_THAT(messages_.back(), testing::StartsWith("Temp edits cancelled: "));
     for (const auto& entry : fs::recursive_directory_iterator(folder_.path())) {
         EXPECT_NE(entry.path().filename().string().front(), '.') << entry.path();

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "app/app_model.h"
+#include "platform/headless_session.h"
 #include "platform/linux_audio.h"
 #include "platform/qt_main_loop.h"
 #include "support/audio_files.h"
@@ -21,12 +22,6 @@ inline constexpr int block = 1024;  // frames, of the server
 inline constexpr double toneHz = 200;
 inline constexpr int tonePeriod = 240;  // frames
 inline constexpr double toneLevel = 0.5;
-
-class NoDesktop : public Desktop {
-public:
-    void openFolder(const std::filesystem::path&) override {}
-    void reveal(const std::vector<std::filesystem::path>&) override {}
-};
 
 class ListeningTest : public EventLoopTest {
 protected:
@@ -69,9 +64,9 @@ protected:
     QtMainLoop loop_;
     std::unique_ptr<AudioSystem> audio_ = makeAudioSystem(loop_);
     MemoryDefaults defaults_;
-    NoDesktop desktop_;
+    HeadlessSession session_;
     TempFolder folder_;
-    AppModel app_{Platform{loop_, *audio_, defaults_, desktop_, folder_ / "Catalog.sqlite"}};
+    AppModel app_{Platform{loop_, *audio_, defaults_, session_, folder_ / "Catalog.sqlite"}};
     PlayerModel& player_ = app_.player();
 };
 

@@ -1,4 +1,4 @@
-// Match expressions, from what users type.
+// Catalog::matchExpression: from typed text to an expression of FTS5.
 #include <gmock/gmock.h>
 
 #include <algorithm>
@@ -9,7 +9,7 @@
 namespace brindlehum::test {
 namespace {
 
-TEST(MatchExpression, SaysWhatWasTyped) {
+TEST(MatchExpression, EveryWordIsAPrefixAndMinusExcludes) {
     const struct {
         std::string query, expression;
     } table[] = {
@@ -33,7 +33,7 @@ TEST(MatchExpression, SaysWhatWasTyped) {
         EXPECT_EQ(Catalog::matchExpression(query), std::nullopt) << query;
     }
 
-    // Repeats change nothing of what is found, and would take FTS5 hours.
+    // Repeated words are dropped: they would take FTS5 hours without changing the result.
     std::string long_ = "door";
     for (int i = 0; i < 10'000; ++i) { long_ += " door sub-sub -low"; }
     const std::string expression = Catalog::matchExpression(long_ + " -low-end wood").value();
@@ -42,8 +42,8 @@ TEST(MatchExpression, SaysWhatWasTyped) {
     EXPECT_THAT(expression, testing::HasSubstr(R"("low"* "end"*)"));
 }
 
-// Anything typed is an expression that FTS5 takes; what the fuzzer has found or begins with is looked at again.
-TEST(MatchExpression, IsAlwaysAccepted) {
+// FTS5 accepts the expression of any text; replays the fuzzer's corpus.
+TEST(MatchExpression, FTS5AcceptsEveryExpression) {
     std::string many = "x";
     for (int i = 0; i < 400; ++i) { many += " -n" + std::to_string(i) + " p" + std::to_string(i); }
     MatchProbe probe;

@@ -1,4 +1,4 @@
-// Rows of the catalog: what is written comes back, under one id.
+// Rows of the catalog: written whole or not at all, and read back even with damaged metadata.
 #include <nlohmann/json.hpp>
 
 #include "base/error.h"
@@ -20,7 +20,7 @@ AudioFileInfo twoSeconds() {
     return info;
 }
 
-TEST_F(CatalogRows, ComeBackAsWritten) {
+TEST_F(CatalogRows, AreReadBackAsWritten) {
     Catalog catalog(file);
     SoundMeta meta;
     for (const SoundMeta::Tag& tag : SoundMeta::ixmlTags) {
@@ -44,27 +44,7 @@ TEST_F(CatalogRows, ComeBackAsWritten) {
               Lines{"1|DOORWood Slam x.y| a b c|" + meta.searchText()});
 }
 
-TEST_F(CatalogRows, KeepTheirIdsAndHoldTheLatest) {
-    Catalog catalog(file);
-    SoundMeta before, after;
-    before.category = "DOORS";
-    after.description = "\xFF not UTF-8";
-    catalog.write([&] {
-        catalog.upsert("/lib/a.wav", "/lib", {1, 1}, twoSeconds(), before);
-        catalog.upsert("/lib/b.wav", "/lib", {1, 1}, {}, before);
-        catalog.upsert("/lib/a.wav", "/lib", {2, 3}, {}, after);
-        catalog.upsert("/lib/c.wav", "/lib", {1, 1}, {}, before);
-        catalog.remove("/lib/c.wav");
-    });
-    PlainDatabase plain(file);
-    EXPECT_EQ(plain.rows("SELECT id, path, size, duration, sr, meta, category FROM files WHERE path LIKE '%a.wav'"),
-              Lines{"1|/lib/a.wav|2|0.0|0.0|{}|NULL"});
-    EXPECT_EQ(plain.rows("SELECT rowid, name, folders FROM fts"), (Lines{"1|a|", "2|b|"}));
-    EXPECT_EQ(catalog.row("/lib/a.wav")->meta, SoundMeta());
-    EXPECT_EQ(catalog.stamps("/lib").at("/lib/a.wav").mtime, 3);
-}
-
-TEST_F(CatalogRows, AreAllWrittenOrNone) {
+TEST_F(CatalogRows, OfOneTransactionAreAllWrittenOrNone) {
     Catalog catalog(file);
     const auto failing = [&] {
         catalog.upsert("/lib/a.wav", "/lib", {1, 1}, {}, {});
@@ -75,7 +55,7 @@ TEST_F(CatalogRows, AreAllWrittenOrNone) {
     put(catalog, "/lib/b.wav", "/lib");
     PlainDatabase plain(file);
     EXPECT_EQ(plain.rows("SELECT name FROM fts"), Lines{"b"});
-    // A file whose text can't be indexed would never be found, and by its stamp never be looked at again.
+    // A row without its index entry would never be found, and its stamp would keep the next scan from reading the file.
     plain.exec("DROP TABLE fts");
     EXPECT_THROW(put(catalog, "/lib/c.wav", "/lib"), Error);
     EXPECT_EQ(plain.rows("SELECT path FROM files"), Lines{"/lib/b.wav"});
@@ -102,16 +82,12 @@ TEST_F(CatalogRows, StayInResultsWhenTheirMetadataIsDamaged) {
         {changed("sound", "s\\u006Fund"), meta},
         {changed("\"rating\":3", "\"rating\":3,\"more\":[1]"), meta},
         {changed("\"rating\":3", "\"rating\":\"3\""), {}},
-        {changed("\"rating\":3", "\"rating\":03"), {}},
         {changed("\"rating\":3", "\"rated\":3"), {}},
         {changed("sound", "so\xFFund"), {}},
-        {changed("sound", "so\xC0\xAFund"), {}},
-        {changed("sound", "so\xED\xA0\x80und"), {}},
         {changed("sound", "so\nund"), {}},
         {changed("sound", "so\\xund"), {}},
         {whole.substr(0, whole.size() - 1), {}},
         {whole + "}", {}},
-        {"{}", {}},
         {"", {}},
     };
     for (const auto& [json, expected] : table) {
@@ -119,7 +95,7 @@ TEST_F(CatalogRows, StayInResultsWhenTheirMetadataIsDamaged) {
         const std::vector<Catalog::Row> rows = catalog.search({}, 9);
         ASSERT_EQ(rows.size(), 1U) << json;
         EXPECT_EQ(rows[0].meta, expected) << json;
-        // What the parser of all JSON makes of it.
+        // The general JSON parser agrees.
         SoundMeta parsed;
         try {
             parsed = nlohmann::json::parse(json).get<SoundMeta>();
@@ -128,7 +104,7 @@ TEST_F(CatalogRows, StayInResultsWhenTheirMetadataIsDamaged) {
     }
 }
 
-TEST(CatalogRow, SaysItsFormat) {
+TEST(CatalogRow, SummarisesItsFormat) {
     const struct {
         Catalog::Row row;
         const char* summary;

@@ -1,4 +1,4 @@
-// Catalog files in a bad state, several programs on one catalog, and searches that are called off.
+// Damaged catalog files, several processes and threads on one catalog, and interrupted searches.
 #include <atomic>
 #include <fstream>
 #include <thread>
@@ -36,7 +36,7 @@ protected:
     }
 };
 
-TEST_F(CatalogSafety, RefusesWhatItCantWorkWith) {
+TEST_F(CatalogSafety, RefusesFilesThatAreNoCatalogOfThisVersion) {
     const struct {
         const char* name;
         std::function<void()> damage;
@@ -60,7 +60,7 @@ TEST_F(CatalogSafety, RefusesWhatItCantWorkWith) {
     }
 }
 
-TEST_F(CatalogSafety, RefusesACatalogThatItMayNotWrite) {
+TEST_F(CatalogSafety, RefusesAReadOnlyCatalog) {
     for (const auto& above : {folder, file.parent_path()}) {
         std::filesystem::permissions(above, std::filesystem::perms(0755));
     }
@@ -73,7 +73,7 @@ TEST_F(CatalogSafety, RefusesACatalogThatItMayNotWrite) {
     EXPECT_TRUE(child.succeeded());
 }
 
-TEST_F(CatalogSafety, RefusesACatalogThatAnotherProgramHolds) {
+TEST_F(CatalogSafety, RefusesACatalogLockedByAnotherProgram) {
     PlainDatabase other(file);
     other.exec("PRAGMA locking_mode=EXCLUSIVE");
     other.exec("BEGIN IMMEDIATE");
@@ -100,7 +100,7 @@ TEST_F(CatalogSafety, SurvivesDamagedPages) {
 }
 
 // Four processes begin at once on a new file: each makes its tables, and writes files of its own and shared ones.
-TEST_F(CatalogSafety, LosesNothingBetweenProcesses) {
+TEST_F(CatalogSafety, ProcessesWritingAtOnceLoseNoRow) {
     const std::filesystem::path shared = folder / "shared" / "Catalog.sqlite";
     constexpr int processes = 4, batches = 60, ownFiles = 12;
     std::vector<Child> children;
@@ -137,8 +137,8 @@ TEST_F(CatalogSafety, LosesNothingBetweenProcesses) {
               std::vector{std::to_string(expected)});
 }
 
-// Readers and writers of one process at the same time; the thread sanitizer looks on.
-TEST_F(CatalogSafety, ServesManyThreads) {
+// Readers and writers of one process at the same time, for the thread sanitizer.
+TEST_F(CatalogSafety, ReadersSeeOnlyGrowthWhileTwoCatalogsWrite) {
     Catalog catalog(file), second(file);
     std::atomic<bool> writing = true;
     std::vector<std::thread> readers;
@@ -146,7 +146,7 @@ TEST_F(CatalogSafety, ServesManyThreads) {
         readers.emplace_back([&] {
             size_t least = 300;
             while (writing) {
-                // Files are only added: what was found once is found again.
+                // Files are only added, so the count never falls.
                 const size_t found = size_t(catalog.facets({}).total);
                 EXPECT_GE(found, least);
                 least = found;
@@ -168,7 +168,7 @@ TEST_F(CatalogSafety, ServesManyThreads) {
     EXPECT_EQ(second.facets({}).total, 380);
 }
 
-TEST_F(CatalogSafety, GivesNothingForASearchThatWasCalledOff) {
+TEST_F(CatalogSafety, InterruptedSearchReturnsNothing) {
     Catalog catalog(file);
     catalog.write([&] {
         SoundMeta meta;
@@ -183,14 +183,14 @@ TEST_F(CatalogSafety, GivesNothingForASearchThatWasCalledOff) {
         rows = catalog.search({.query = query}, 2000);
         done = true;
     });
-    // A call before the search has begun is none of its business, so that one isn't enough.
+    // An interrupt before the search has begun has no effect, so one call isn't enough.
     while (!done) {
         catalog.interrupt();
         std::this_thread::yield();
     }
     search.join();
     EXPECT_EQ(rows.size(), 0U);
-    // Neither the connection nor a writer minds.
+    // Later writes and searches work.
     put(catalog, "/lib/b.wav", "/lib");
     EXPECT_EQ(catalog.search({.query = query}, 2000).size(), 2000U);
 }

@@ -1,5 +1,5 @@
-// Searches and facets beside a plain twin, and beside SQLite's own statement on the same file, while the catalog
-// changes: by the catalog, by another program, settled and not.
+// Searches and facets compared with a plain twin and with SQLite's own statement on the same file, while the catalog
+// and another program change it, settled and not.
 #include <algorithm>
 #include <cctype>
 #include <cstdio>
@@ -35,7 +35,7 @@ std::string wordsOf(std::string text) {
     return text;
 }
 
-// A file as the twin knows it: with the words that it is found by.
+// A file in the twin, with the words that find it.
 struct Known {
     std::string root, category, library;
     int rating = 0;
@@ -93,7 +93,7 @@ protected:
             }
         });
     }
-    // Another program that knows the tables of files and texts alone.
+    // Writes as another program would that knows only the tables of files and texts.
     void writeForeign(PlainDatabase& plain) {
         const std::string path = any(roots) + "/foreign " + std::to_string(draw(1000)) + ".wav";
         if (files.contains(path)) { return; }
@@ -135,7 +135,7 @@ protected:
         }
         return known.rating >= filter.minRating;
     }
-    // Which files a query of single words matches, told without any index.
+    // The files that a query of single words matches, found without any index.
     std::set<std::string> twin(const Catalog::Filter& filter) {
         Lines wanted, unwanted;
         std::istringstream typed(filter.query);
@@ -194,7 +194,7 @@ protected:
     std::map<std::string, Known> files;
 };
 
-TEST_F(CatalogSearch, FindsWhatAPlainTwinFindsInSQLitesOrder) {
+TEST_F(CatalogSearch, FindsTheFilesOfAPlainTwinInTheOrderOfSQLite) {
     Catalog catalog(file);
     PlainDatabase plain(file);
     for (int round = 0; round < 60; ++round) {
@@ -216,21 +216,21 @@ TEST_F(CatalogSearch, FindsWhatAPlainTwinFindsInSQLitesOrder) {
         checkFacets(catalog, some(roots, 0, 2));
     }
     EXPECT_EQ(plain.rows("SELECT count(*) FROM fts WHERE rowid NOT IN (SELECT id FROM files)"), Lines{"0"});
-    // Few of many: the best are ranked before the roots are looked at.
+    // A small limit ranks all files before it looks at their roots.
     for (int i = 0; i < 60; ++i) {
         const Catalog::Filter filter{.query = any(words).substr(0, 1), .roots = some(roots, 1, 2)};
         const int limit = 1 + int(draw(4));
         ASSERT_EQ(paths(catalog.search(filter, limit)), ranked(plain, filter, limit)) << filter.query;
     }
-    // A text without its file, as another program may leave it, counts in the ranking and isn't found.
+    // An index entry without its file, as another program may leave it, counts in the ranking but isn't found.
     plain.exec("DELETE FROM files WHERE id % 3 = 0");
     for (const char* query : {"d", "do", "door", "w"}) {
         EXPECT_EQ(paths(catalog.search({.query = query}, 2000)), ranked(plain, {.query = query}, 2000)) << query;
     }
 }
 
-// A catalog made by the plain statements alone gets our tables when it is opened.
-TEST_F(CatalogSearch, TakesOverACatalogWithoutOurTables) {
+// A catalog without our own tables gets them when it is opened.
+TEST_F(CatalogSearch, AddsItsTablesToACatalogWithoutThem) {
     {
         Catalog catalog(file);
         for (int i = 0; i < 10; ++i) { writeSome(catalog); }

@@ -14,7 +14,7 @@
 
 namespace brindlehum::test {
 
-// Another program at the database: no code of the catalog is behind it.
+// Another program at the database, without any code of the catalog.
 class PlainDatabase {
 public:
     explicit PlainDatabase(const std::filesystem::path& file) {

@@ -33,7 +33,7 @@ TEST_F(Library, AnEditReachesListingSearchFacetsAndStatusLine) {
     loop.advance(LibrarySearch::debounceSeconds);
     settle();
     EXPECT_TRUE(model->search().results().empty());
-    model->edits().save({{{"CATID", "WINDGust"}, {"FXNAME", "Gale"}}, std::nullopt}, {file});
+    model->edits().save({{{"CATEGORY", "WIND"}, {"CATID", "WINDGust"}, {"FXNAME", "Gale"}}, std::nullopt}, {file});
     settle();
     EXPECT_EQ(model->message(), "Saved metadata to 1 file(s)");
     EXPECT_EQ(model->listing().entries()[0].row->meta.fxName, "Gale");

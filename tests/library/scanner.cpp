@@ -1,4 +1,4 @@
-// LibraryScanner: what it finds, what it reads again, what it removes, and what it leaves alone.
+// LibraryScanner: the files it finds, reads again, removes and leaves alone.
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <sys/stat.h>
@@ -22,7 +22,7 @@ using Outcome = Result::Outcome;
 
 class Scanner : public SoundFolder {
 protected:
-    // Many files for the price of one.
+    // Links to one file, which are faster to make.
     void addMany(size_t count) {
         const fs::path first = add("take 0.wav");
         for (size_t i = 1; i < count; ++i) { fs::create_hard_link(first, root / numbered("take ", i)); }
@@ -64,7 +64,7 @@ TEST_F(Scanner, CataloguesEverySoundAndNothingElse) {
     EXPECT_TRUE(std::ranges::is_sorted(seen, {}, &Progress::phase));
 }
 
-TEST_F(Scanner, ReadsAgainWhatHasChangedAndRemovesWhatIsGone) {
+TEST_F(Scanner, ReadsChangedFilesAgainAndRemovesRowsOfMissingOnes) {
     const auto then = std::chrono::file_clock::from_sys(std::chrono::sys_seconds(1'500'000'000s)) + 250ms;
     struct Case {
         const char* name;
@@ -101,7 +101,7 @@ TEST_F(Scanner, ReadsAgainWhatHasChangedAndRemovesWhatIsGone) {
     }
 }
 
-TEST_F(Scanner, KeepsTheRowsOfARootThatIsNotThere) {
+TEST_F(Scanner, KeepsTheRowsOfAnUnreachableRoot) {
     const auto moveAway = [&] { fs::rename(root, home / "away"); };
     struct Case {
         const char* name;
@@ -128,12 +128,12 @@ TEST_F(Scanner, KeepsTheRowsOfARootThatIsNotThere) {
         fs::rename(home / "away", root);
         const Result back = scan();
         EXPECT_EQ(back.outcome, Outcome::complete);
-        EXPECT_EQ(back.read + back.removed, 0) << "it is back as it was";
+        EXPECT_EQ(back.read + back.removed, 0) << "its rows were kept";
     }
 }
 
-TEST_F(Scanner, KeepsTheRowsBelowAFolderThatCannotBeRead) {
-    // Deeper than the longest path that can be opened, which no permission of the tester's gets around.
+TEST_F(Scanner, KeepsTheRowsBelowAnUnreadableFolder) {
+    // Deeper than the longest path that can be opened, which fails for root, too.
     const std::string name(250, 'd');
     fs::path deep = root;
     int folder = ::open(root.c_str(), O_PATH | O_DIRECTORY);
@@ -157,7 +157,7 @@ TEST_F(Scanner, KeepsTheRowsBelowAFolderThatCannotBeRead) {
     EXPECT_THAT(result.message.value_or(""), HasSubstr("aren't there to be read"));
 }
 
-TEST_F(Scanner, KeepsTheRowsOfAVolumeMountedWithinTheRoot) {
+TEST_F(Scanner, KeepsTheRowsOfAnUnmountedVolumeWithinTheRoot) {
     writeBytes(home / "fstab", "# comment\nnas:/s " + (root / "nas").string() + " nfs defaults 0 0\n");
     for (const char* name : {"a.wav", "nas/deep/b.wav", "emptied/c.wav"}) { add(name); }
     const LibraryScanner::Options options{.mountTable = home / "fstab"};
@@ -172,7 +172,7 @@ TEST_F(Scanner, KeepsTheRowsOfAVolumeMountedWithinTheRoot) {
     EXPECT_EQ(scan(options).removed, 1) << "it is mounted again, and without that file";
 }
 
-TEST_F(Scanner, RemovesNothingWhenTheRootIsExchangedMeanwhile) {
+TEST_F(Scanner, RemovesNothingWhenTheRootIsReplacedDuringTheScan) {
     addMany(1100);
     add("last.wav");
     scan();
@@ -188,7 +188,7 @@ TEST_F(Scanner, RemovesNothingWhenTheRootIsExchangedMeanwhile) {
     EXPECT_EQ(rowCount(), 1101);
 }
 
-TEST_F(Scanner, CommitsBatchByBatchAndGoesOnAfterAStop) {
+TEST_F(Scanner, CommitsInBatchesAndResumesAfterAStop) {
     addMany(LibraryScanner::batchFiles + 1);
     Catalog other(catalogFile);
     std::set<int64_t> committed;
@@ -206,7 +206,7 @@ TEST_F(Scanner, CommitsBatchByBatchAndGoesOnAfterAStop) {
     EXPECT_THAT(committed, testing::ElementsAre(0, 256));
 }
 
-TEST_F(Scanner, LeavesAFolderThatIsARootOfItsOwnToItsOwnScan) {
+TEST_F(Scanner, LeavesANestedRootToItsOwnScan) {
     add("a.wav");
     const fs::path inner = add("inner/b.wav").parent_path();
     add("inner side/c.wav");
@@ -221,7 +221,7 @@ TEST_F(Scanner, LeavesAFolderThatIsARootOfItsOwnToItsOwnScan) {
     EXPECT_EQ(catalog.row(inner / "b.wav")->root, inner);
 }
 
-TEST_F(Scanner, DoesNotOverwriteAnEditMadeWhileItReads) {
+TEST_F(Scanner, KeepsAnEditMadeDuringTheScan) {
     const fs::path wave = add("a.wav");
     const fs::path flac = add("b.flac");
     bool edited = false;

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <string>
 
+#include "base/path.h"
 #include "library/catalog/catalog.h"
 #include "library/scan/library_scanner.h"
 #include "support/audio_files.h"

@@ -13,8 +13,9 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+using Task = Background::Task;
 
-// Holds up whatever waits for it until it is opened.
+// Holds up the work that waits for it until it is opened.
 class Gate {
 public:
     void wait() {
@@ -31,7 +32,6 @@ private:
 
 class BackgroundWork : public testing::Test {
 protected:
-    void note(const std::string& what) { said_.push_back(what); }  // main thread
     void settle() {
         background_->drain();
         loop_.drain();
@@ -49,36 +49,32 @@ protected:
         };
     }
     auto done() {
-        return [this](const std::string& result) { note(result); };
+        return [this](const std::string& result) { said_.push_back(result); };
     }
 
     ManualMainLoop loop_;
     std::vector<std::string> begun_;  // on the queue
-    std::vector<std::string> said_;
+    std::vector<std::string> said_;   // on the main thread
     std::unique_ptr<Background> background_ = std::make_unique<Background>(loop_, "Brindlehum.test");
     Background::Line line_;
 };
 
-TEST_F(BackgroundWork, ResultsComeBackInOrderOnTheMainThreadAndFailuresToo) {
+TEST_F(BackgroundWork, ResultsAndFailuresComeBackInOrderOnTheMainThread) {
     const auto main = std::this_thread::get_id();
-    background_->run(
-        [main](const Background::Task& task) {
-            task.tell([] {});
-            return std::make_unique<bool>(std::this_thread::get_id() == main);
-        },
-        [&](const std::unique_ptr<bool>& workedHere) {
-            EXPECT_FALSE(*workedHere);
-            EXPECT_EQ(std::this_thread::get_id(), main);
-            note("moved");
-            background_->run(work("from a callback"), done());
-        });
-    const auto fails = [this](const Background::Task& task) -> int {
-        task.tell([this] { note("told"); });
+    background_->run([] { return std::make_unique<std::thread::id>(std::this_thread::get_id()); },
+                     [&](const std::unique_ptr<std::thread::id>& worker) {
+                         EXPECT_NE(*worker, main);
+                         EXPECT_EQ(std::this_thread::get_id(), main);
+                         said_.emplace_back("moved");
+                         background_->run(work("from a callback"), done());
+                     });
+    const auto fails = [this](const Task& task) -> int {
+        task.tell([this] { said_.emplace_back("told"); });
         throw std::runtime_error("broken");
     };
     background_->run(
-        fails, [](int) { FAIL(); }, [this](const std::exception& error) { note(error.what()); });
-    background_->run([] {}, [this] { note("nothing to return"); });
+        fails, [](int) { FAIL(); }, [this](const std::exception& e) { said_.emplace_back(e.what()); });
+    background_->run([] {}, [this] { said_.emplace_back("nothing to return"); });
     background_->drain();
     EXPECT_EQ(background_->pending(), 3);
     EXPECT_THAT(said_, IsEmpty());
@@ -88,7 +84,7 @@ TEST_F(BackgroundWork, ResultsComeBackInOrderOnTheMainThreadAndFailuresToo) {
     EXPECT_EQ(background_->pending(), 0);
 }
 
-TEST_F(BackgroundWork, NewerWorkOnALineKeepsOlderWorkFromBeginning) {
+TEST_F(BackgroundWork, OvertakenWorkThatWaitsNeverBegins) {
     Gate gate;
     hold(gate);
     Background::Line other;
@@ -104,25 +100,24 @@ TEST_F(BackgroundWork, NewerWorkOnALineKeepsOlderWorkFromBeginning) {
     EXPECT_FALSE(line_.isBusy());
 }
 
-TEST_F(BackgroundWork, OvertakenWorkLearnsOfItAndItsCallbacksNeverRun) {
+TEST_F(BackgroundWork, OvertakenWorkIsAskedToStopAndItsCallbacksNeverRun) {
     Gate gate;
     bool stopped = false;
+    const auto running = [&](const Task& task) {
+        task.tell([] { FAIL() << "told too late"; });
+        gate.wait();
+        stopped = task.isStopped();
+        throw std::runtime_error("nobody hears it");
+    };
     background_->run(
-        line_,
-        [&](const Background::Task& task) {
-            task.tell([] { FAIL() << "told too late"; });
-            gate.wait();
-            stopped = task.isStopped();
-            throw std::runtime_error("nobody hears it");
-        },
-        [] { FAIL(); }, [](const std::exception&) { FAIL(); });
+        line_, running, [] { FAIL(); }, [](const std::exception&) { FAIL(); });
     gate.untilEntered();
     line_.cancel();
     EXPECT_FALSE(line_.isBusy());
     gate.open();
     background_->drain();
     EXPECT_TRUE(stopped);
-    // A result that is on its way back already is overtaken just as well.
+    // A result that is already on its way back is overtaken just as well.
     background_->run(line_, work("old"), done());
     background_->drain();
     background_->run(line_, work("new"), done());
@@ -131,43 +126,37 @@ TEST_F(BackgroundWork, OvertakenWorkLearnsOfItAndItsCallbacksNeverRun) {
     EXPECT_EQ(background_->pending(), 0);
 }
 
-TEST_F(BackgroundWork, StoppedWorkStillComesBackAndDroppedWorkDoesNot) {
+TEST_F(BackgroundWork, StoppedWorkComesBackAndDroppedWorkDoesNot) {
     Gate gate;
     hold(gate);
-    const auto howItEnds = [](const Background::Task& task) {
-        return std::string(task.isStopped() ? "stopped" : "finished");
-    };
-    background_->run(howItEnds, done());
+    const auto ending = [](const Task& task) { return std::string(task.isStopped() ? "stopped" : "finished"); };
+    background_->run(ending, done());
     background_->stop();
-    background_->run(howItEnds, done());
+    background_->run(ending, done());
     gate.open();
     settle();
     EXPECT_THAT(said_, ElementsAre("stopped", "finished"));
 
     Gate second;
-    background_->run(
-        line_, [&] { second.wait(); }, [this] { note("had begun"); });
-    second.untilEntered();
+    hold(second);
     background_->run(work("waiting"), done());
     background_->dropWaiting();
     second.open();
     settle();
-    EXPECT_EQ(said_.back(), "had begun");
+    EXPECT_EQ(said_.size(), 2U);
     EXPECT_THAT(begun_, IsEmpty());
 }
 
-TEST_F(BackgroundWork, AnEndedOwnerHearsNothingMoreAndNothingIsKept) {
+TEST_F(BackgroundWork, DestructionSkipsWaitingWorkDropsResultsAndReleasesBoth) {
     const auto held = std::make_shared<int>();
     background_->run([held] { return held; }, [held](const auto&) { FAIL() << "was on its way back"; });
     background_->drain();
-    // The work in hand is asked to stop and waited for.
-    Gate gate;
-    background_->run(
-        [&](const Background::Task& task) {
-            const std::stop_callback opener(task.token(), [&] { gate.open(); });
-            gate.wait();
-        },
-        [held] {});
+    Gate gate;  // opened by the stop that the destruction requests, and waited for
+    const auto running = [&](const Task& task) {
+        const std::stop_callback opener(task.token(), [&] { gate.open(); });
+        gate.wait();
+    };
+    background_->run(running, [held] {});
     gate.untilEntered();
     background_->run([held] { FAIL() << "waited"; }, [held] {});
     background_.reset();
@@ -175,10 +164,10 @@ TEST_F(BackgroundWork, AnEndedOwnerHearsNothingMoreAndNothingIsKept) {
     EXPECT_EQ(held.use_count(), 1);
 }
 
-TEST_F(BackgroundWork, ACallbackMayEndItsOwner) {
+TEST_F(BackgroundWork, CallbacksMayDestroyTheirOwner) {
     background_->run(work("last"), [this](const std::string& result) {
         background_.reset();
-        note(result);
+        said_.push_back(result);
     });
     background_->run(work("dropped"), done());
     EXPECT_TRUE(loop_.runUntil([this] { return !background_; }));
@@ -186,7 +175,7 @@ TEST_F(BackgroundWork, ACallbackMayEndItsOwner) {
     EXPECT_THAT(said_, ElementsAre("last"));
 }
 
-TEST_F(BackgroundWork, AnOwnerDoesNotWaitForASharedPool) {
+TEST_F(BackgroundWork, OwnersDoNotWaitForASharedPool) {
     WorkerPool pool(2);
     Gate gate;
     {
@@ -200,17 +189,13 @@ TEST_F(BackgroundWork, AnOwnerDoesNotWaitForASharedPool) {
 }
 
 // For the thread sanitizer: a line that is asked anew at every stage of the work before.
-TEST_F(BackgroundWork, OnlyTheNewestQuestionIsEverAnswered) {
+TEST_F(BackgroundWork, OnlyTheNewestQuestionIsAnswered) {
     int newest = 0;
     int answered = 0;
     for (int i = 1; i <= 3000; ++i) {
         newest = i;
         background_->run(
-            line_,
-            [i](const Background::Task& task) {
-                task.tell([] {});
-                return std::make_shared<int>(task.isStopped() ? -1 : i);
-            },
+            line_, [i](const Task& task) { return std::make_shared<int>(task.isStopped() ? -1 : i); },
             [&](const std::shared_ptr<int>& answer) {
                 EXPECT_EQ(*answer, newest);
                 ++answered;

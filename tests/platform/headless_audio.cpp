@@ -1,22 +1,21 @@
-// The paced output that needs no sound server.
+// HeadlessAudioSystem: pace, whole blocks, and silence after a pause.
 #include "platform/headless_audio.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
 
 namespace brindlehum {
 namespace {
 
-// Writes a ramp that goes on from block to block, and checks that no two renders overlap.
+// Counts frames, and notices overlapping renders and channels without a buffer.
 class Counter : public RenderTarget {
 public:
     int32_t render(uint32_t frames, const DeviceBuffers& buffers) noexcept override {
         if (inside_.exchange(true)) { overlaps = true; }
         if (frames != buffers.frames) { odd = true; }
-        for (int c = 0; c < buffers.channels; ++c) {
-            for (uint32_t i = 0; i < frames; ++i) { buffers.planes[c][i] = float(rendered + i) + float(c) / 64; }
-        }
+        for (int c = 0; c < buffers.channels; ++c) { std::fill_n(buffers.planes[c], frames, 1.0F); }
         rendered += frames;
         inside_ = false;
         return 0;
@@ -29,7 +28,7 @@ private:
     std::atomic<bool> inside_ = false;
 };
 
-TEST(HeadlessAudio, RendersWholeBlocksNoFasterThanRealTimeAndNothingOncePaused) {
+TEST(HeadlessAudio, RendersWholeBlocksInRealTimeAndNoneAfterAPause) {
     HeadlessAudioSystem audio;
     Counter counter;
     const auto stream = audio.openOutput(HeadlessAudioSystem::deviceID, true, counter, {});

@@ -56,7 +56,7 @@ TYPED_TEST(MainLoops, PostedJobsRunInOrderAndNeverInsidePost) {
     EXPECT_THAT(this->ran_, ElementsAre(1, 2, 3));
 }
 
-TYPED_TEST(MainLoops, EachThreadsPostsKeepTheirOrderOnTheMainThread) {
+TYPED_TEST(MainLoops, PostsOfEachThreadKeepTheirOrderOnTheMainThread) {
     constexpr int count = 1000;
     const auto main = std::this_thread::get_id();
     std::vector<int> seen[2];
@@ -81,7 +81,7 @@ TYPED_TEST(MainLoops, EachThreadsPostsKeepTheirOrderOnTheMainThread) {
     }
 }
 
-TYPED_TEST(MainLoops, TimersRunInOrderOfTheirTimeNotOfTheirStarting) {
+TYPED_TEST(MainLoops, TimersRunInOrderOfTheirDueTime) {
     const TimerHandle late = this->loop_->after(0.06, this->note(2));
     const TimerHandle early = this->loop_->after(0.02, this->note(1));
     this->loop_->later(0.1, this->note(3));
@@ -89,7 +89,7 @@ TYPED_TEST(MainLoops, TimersRunInOrderOfTheirTimeNotOfTheirStarting) {
     EXPECT_THAT(this->ran_, ElementsAre(1, 2, 3));
 }
 
-TYPED_TEST(MainLoops, ADroppedHandleStopsItsTimer) {
+TYPED_TEST(MainLoops, DroppedHandleStopsItsTimer) {
     TimerHandle never = this->loop_->after(0.01, this->note(99));
     TimerHandle beat;
     beat = this->loop_->every(0.005, [&, this] {
@@ -103,7 +103,7 @@ TYPED_TEST(MainLoops, ADroppedHandleStopsItsTimer) {
     EXPECT_THAT(this->ran_, ElementsAre(0, 0, 0));
 }
 
-TYPED_TEST(MainLoops, PendingWorkIsReleasedUnrunWithTheLoopAndHandlesMayOutliveIt) {
+TYPED_TEST(MainLoops, DestructionReleasesPendingWorkUnrunAndHandlesMayOutliveIt) {
     const auto held = std::make_shared<int>(0);
     const auto job = [this, held] { this->ran_.push_back(*held); };
     this->loop_->post(job);

@@ -1,4 +1,4 @@
-// What background threads promise about order, draining and their end.
+// SerialQueue and WorkerPool: order and draining. Their destruction is tested through Background.
 #include "platform/task_queues.h"
 
 #include <gtest/gtest.h>
@@ -47,30 +47,7 @@ TEST(WorkerPool, RunsAsManyJobsAtOnceAsItHasThreads) {
     EXPECT_EQ(done, 3);
 }
 
-TEST(WorkerPool, DestructionFinishesTheJobInHandAndReleasesTheWaitingOnesUnrun) {
-    std::promise<void> entered;
-    std::promise<void> go;
-    const auto held = std::make_shared<std::atomic<int>>(0);
-    std::thread opener;
-    {
-        WorkerPool pool(1);
-        pool.async([&, held] {
-            entered.set_value();
-            go.get_future().wait();
-            ++*held;
-        });
-        for (int i = 0; i < 10; ++i) {
-            pool.async([held] { *held += 100; });
-        }
-        entered.get_future().wait();
-        opener = std::thread([&] { go.set_value(); });
-    }
-    opener.join();
-    EXPECT_EQ(*held % 100, 1) << "the job in hand was not finished";
-    EXPECT_EQ(held.use_count(), 1) << "waiting jobs are still held";
-}
-
-TEST(WorkerPool, DrainSeesWhatTheJobsHeldReleased) {
+TEST(WorkerPool, DrainReturnsAfterTheJobsHaveReleasedTheirCaptures) {
     WorkerPool pool(2);
     const auto held = std::make_shared<int>(0);
     for (int round = 0; round < 200; ++round) {

@@ -54,7 +54,8 @@ struct Browser : test::WindowTest {
         return idle();
     }
     bool idle() {
-        return settle([&] { return !library.isBusy() && library.roots().indexing().empty() && !inspector.isLoading(); });
+        return settle(
+            [&] { return !library.isBusy() && library.roots().indexing().empty() && !inspector.isLoading(); });
     }
     bool found(const QStringList& expected) {
         loop.advance(LibrarySearch::debounceSeconds);
@@ -197,7 +198,7 @@ TEST_F(Browser, FacetsToggleAndTheirChipsClearThem) {
 TEST_F(Browser, WithoutACatalogCellsAreProbedAndFacetsAreHidden) {
     const auto path = sound("plain.wav", "unseen");
     std::ofstream(folder / "blocked") << "x";
-    AppModel lame{{loop, audio, defaults, desktop, folder / "blocked" / "Catalog.sqlite"}};
+    AppModel lame{{loop, audio, defaults, session, folder / "blocked" / "Catalog.sqlite"}};
     MainWindow bare(lame);
     bare.resize(1300, 900);
     bare.show();

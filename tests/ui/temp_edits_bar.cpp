@@ -31,7 +31,7 @@ TEST_F(TempEditsBarTest, ShowsProgressThenTheFoldersUntilTheNextMessage) {
     EXPECT_FALSE(named<QPushButton>(*bar, "Cancel")->isVisible());
     EXPECT_TRUE(named<QPushButton>(*bar, "Why Skipped…")->isVisible());
     QTest::mouseClick(named<QPushButton>(*bar, "Show in File Manager"), Qt::LeftButton);
-    EXPECT_EQ(desktop.shown, std::vector{folder / "song Edits"});
+    EXPECT_EQ(session.files.shown, std::vector{folder / "song Edits"});
 
     ASSERT_TRUE(load(file("next.wav", 2)));
     EXPECT_FALSE(bar->isVisible());

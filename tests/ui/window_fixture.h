@@ -10,23 +10,17 @@
 #include "support/audio_files.h"
 #include "support/platform/manual_audio.h"
 #include "support/platform/manual_main_loop.h"
+#include "support/platform/scripted_session.h"
 
 namespace brindlehum::test {
-
-class NoDesktop : public Desktop {
-public:
-    void openFolder(const std::filesystem::path& /*folder*/) override {}
-    void reveal(const std::vector<std::filesystem::path>& items) override { shown = items; }
-    std::vector<std::filesystem::path> shown;
-};
 
 struct WindowTest : testing::Test {
     TempFolder folder;
     ManualMainLoop loop;
     ManualAudioSystem audio{loop};
     MemoryDefaults defaults;
-    NoDesktop desktop;
-    AppModel model{{loop, audio, defaults, desktop, folder / "Catalog.sqlite"}};
+    ScriptedSession session;
+    AppModel model{{loop, audio, defaults, session, folder / "Catalog.sqlite"}};
     PlayerModel& player = model.player();
 
     WindowTest() {

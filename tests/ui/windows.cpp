@@ -197,7 +197,7 @@ TEST_F(Windows, NoticesSayWhatIsAmissAndHelp) {
     EXPECT_TRUE(named(fine, "Notices")->isHidden());
     HeadlessAudioSystem silent;
     std::ofstream(folder / "blocked") << "x";
-    AppModel lame{{loop, silent, defaults, desktop, folder / "blocked" / "Catalog.sqlite"}};
+    AppModel lame{{loop, silent, defaults, session, folder / "blocked" / "Catalog.sqlite"}};
     MainWindow window(lame);
     QStringList buttons;
     for (const auto* button : named(window, "Notices")->findChildren<QPushButton*>()) { buttons << button->text(); }

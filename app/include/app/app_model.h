@@ -14,21 +14,11 @@
 #include "library/model/library_model.h"
 #include "mix/engine/playback_engine.h"
 #include "mix/player/player_model.h"
-#include "platform/desktop.h"
-#include "platform/main_loop.h"
+#include "platform/platform.h"
 #include "platform/task_queues.h"
 #include "settings/settings_store.h"
 
 namespace brindlehum {
-
-// What the application stands on; made by main, or by a test.
-struct Platform {
-    MainLoop& loop;
-    AudioSystem& audio;
-    UserDefaults& defaults;
-    Desktop& desktop;
-    std::filesystem::path catalogFile;
-};
 
 // Main thread.
 class AppModel : public QObject {
@@ -57,7 +47,7 @@ public:
     void addLibraryFolders(const std::vector<std::filesystem::path>& folders);
 
     // Makes the temp edits of those of the files that are audio, in the background; told by the player's message.
-    void makeTempEdits(const std::vector<std::filesystem::path>& files) { tempEdits_.start(files); }
+    void makeTempEdits(const std::vector<std::filesystem::path>& files) { tempEdits_.make(files); }
 
     // The command table of the control port. A command of a model that isn't there is an unknown one.
     nlohmann::json handle(const std::string& command, const ControlParams& params);
@@ -68,7 +58,7 @@ public:
     LibraryModel& library() { return library_; }
     TempEditBatch& tempEdits() { return tempEdits_; }
     ControlServer& control() { return control_; }
-    Desktop& desktop() { return platform_.desktop; }
+    Session& session() { return platform_.session; }
     UserDefaults& defaults() { return platform_.defaults; }
 
 private:

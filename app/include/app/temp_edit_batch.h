@@ -10,7 +10,7 @@
 #include "edits/temp_edits.h"
 #include "mix/player/player_model.h"
 #include "platform/background.h"
-#include "platform/desktop.h"
+#include "platform/session.h"
 #include "settings/settings_store.h"
 
 namespace brindlehum {
@@ -25,10 +25,10 @@ public:
     };
 
     // Progress is shown as the player's message.
-    TempEditBatch(PlayerModel& player, const SettingsStore& settings, Desktop& desktop, MainLoop& loop);
+    TempEditBatch(PlayerModel& player, const SettingsStore& settings, FileManager& fileManager, MainLoop& loop);
 
     // Makes the edits of the audio files among `files`, each into a folder of its own; does nothing when there is none.
-    void start(const std::vector<std::filesystem::path>& files);
+    void make(const std::vector<std::filesystem::path>& files);
     // Ends what runs and what waits. What is finished stays.
     void cancel();
     // Cancels and waits until nothing is half written any more, up to `patience` seconds: before the process ends.
@@ -52,13 +52,13 @@ private:
         bool wasCancelled = false;
     };
     using Jobs = std::vector<TempEdits::Job>;
-    Result work(const Jobs& jobs, const Background::Task& task);
+    Result makeAll(const Jobs& jobs, const Background::Task& task);
     void show(double progress, const std::optional<std::string>& message);
     void conclude(const Jobs& jobs, const Result& result);
 
     PlayerModel& player_;
     const SettingsStore& settings_;
-    Desktop& desktop_;
+    FileManager& fileManager_;
     std::optional<double> progress_;
     std::vector<std::filesystem::path> folders_;
     std::vector<Skipped> skipped_;

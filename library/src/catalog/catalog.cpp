@@ -1,4 +1,4 @@
-// Catalog: its life, its transactions and what is read by key.
+// Catalog: opening, transactions and reads by key.
 #include "library/catalog/catalog.h"
 
 #include <chrono>
@@ -15,15 +15,15 @@ namespace brindlehum {
 
 namespace {
 
-// How long another process may hold a lock: at the start the user waits; a batch of writes rather waits than fails.
+// How long to wait for another process's lock: short at the start, where the user waits; long for a batch of writes.
 constexpr std::chrono::milliseconds openingPatience(2000);
 constexpr std::chrono::seconds writingPatience(30);
 
-// Of the files that changed lately, so many may wait; then each write settles some blocks of them.
+// So many changed files may wait; beyond, each write settles some of their blocks.
 constexpr int64_t settleFrom = 1024;
 constexpr int blocksAWrite = 8;
 
-// Runs `read` with a query connection; a failure gives what it gives for nothing.
+// Runs `read` with a query connection; a failure returns an empty value.
 template <class Value, class Read>
 Value reading(ReaderPool& readers, Read read) {
     try {
@@ -158,7 +158,7 @@ void Catalog::settle() {
             write([&] { more = settleShortHits(parts_->writer, allowed, blocksAStep); });
         }
     } catch (const Error&) {
-        // The next time goes on from here.
+        // The next settle() goes on from here.
     }
 }
 

@@ -1,3 +1,4 @@
+// defaultCatalogFile: the catalog in the user's data folder.
 #include "library/catalog/catalog_location.h"
 
 #include <QStandardPaths>

@@ -1,4 +1,4 @@
-// What a Catalog is made of behind its header.
+// Catalog::Parts: the connections and counters behind the header.
 #pragma once
 
 #include <atomic>
@@ -26,11 +26,11 @@ struct Catalog::Parts {
         std::string name, folders, body;
     };
     std::vector<Text> texts;
-    std::string failure;  // what SQLite said of the first statement of the transaction that failed
+    std::string failure;  // SQLite's text for the transaction's first failed statement
     void writeTexts();
     void expect(bool done);  // of the last statement
     ReaderPool readers;
-    std::atomic<uint64_t> interrupts = 0;  // a search gives up when this is no longer what it began with
+    std::atomic<uint64_t> interrupts = 0;  // a search ends when this has changed since it began
 };
 
 }  // namespace brindlehum

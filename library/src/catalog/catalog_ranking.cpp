@@ -1,3 +1,4 @@
+// Ranks short searches and narrow filters without SQLite's sort of whole rows.
 #include "catalog/catalog_ranking.h"
 
 #include <algorithm>
@@ -15,14 +16,14 @@ bool addFiles(const Database& database, const std::string& column, const std::st
     Statement select(database, "SELECT id FROM files WHERE " + column + " = ?");
     for (select.bind(value); select.step();) {
         const int64_t id = select.integer(0);
-        if (id < 0 || id > mostFileId) { return false; }
+        if (id < 0 || id > maxFileId) { return false; }
         if (size_t(id) >= files.size()) { files.resize(std::max(size_t(id) + 1, 2 * files.size())); }
         files[size_t(id)] = true;
     }
     return select.ok();
 }
 
-// Leaves what has one of the values in the column; false when that can't be told.
+// Keeps the ids with one of the values in the column; false when a read fails.
 bool narrow(const Database& database, const std::string& column, const std::vector<std::string>& values,
             std::optional<FileSet>& within) {
     FileSet files;
@@ -41,7 +42,7 @@ bool narrowed(const Catalog::Filter& filter) {
     return filter.category || filter.library || !filter.roots.empty();
 }
 
-// Of what the filter leaves: lists it all before anything is ranked.
+// Lists all files that pass the filter, then ranks only those.
 Ids rankListed(const Database& database, const std::string& match, const Catalog::Filter& filter, int limit) {
     std::optional<FileSet> within;
     if (filter.category && !narrow(database, "category", {*filter.category}, within)) { return std::nullopt; }
@@ -50,7 +51,7 @@ Ids rankListed(const Database& database, const std::string& match, const Catalog
     return rankShort(database, match, limit, within);
 }
 
-// How many files the filter leaves of how many.
+// How many files pass the filter, and how many there are.
 struct Left {
     double files = 0;
     double of = 0;
@@ -68,7 +69,7 @@ Left left(const Database& database, const Catalog::Filter& filter) {
     return select.step() ? Left{select.real(0), select.real(1)} : Left();
 }
 
-// Of what the filter leaves: ranks all, and asks of the best one by one. None when too few of them are left.
+// Ranks all files, then tests the best ones against the filter one at a time. None when too few of them pass.
 Ids rankAndAsk(const Database& database, const std::string& match, const Catalog::Filter& filter, int limit,
                int among) {
     const Ids best = rankShort(database, match, among, std::nullopt);
@@ -88,7 +89,7 @@ Ids rankAndAsk(const Database& database, const std::string& match, const Catalog
 }
 
 Ids rankNarrowed(const Database& database, const std::string& match, const Catalog::Filter& filter, int limit) {
-    // Asking of a file takes as long as listing some thirty.
+    // Testing one file takes as long as listing some thirty.
     constexpr double asking = 32, spare = 1.25;
     const Left remaining = left(database, filter);
     const double among = limit / std::max(remaining.share(), 1e-6) * spare;
@@ -98,7 +99,7 @@ Ids rankNarrowed(const Database& database, const std::string& match, const Catal
     return rankListed(database, match, filter, limit);
 }
 
-// The ranking alone, of which SQLite then need not sort whole rows.
+// Ranks ids alone, so that SQLite needn't sort whole rows.
 Ids rankAll(const Database& database, const std::string& match, int limit) {
     Statement select(database, "SELECT rowid FROM fts WHERE fts MATCH ? ORDER BY bm25(fts, 4.0, 1.0, 2.0) LIMIT ?");
     std::vector<int64_t> ids;

@@ -1,4 +1,4 @@
-// The ranking of a search by shorter ways than the statement that defines it, to the same result.
+// Ranks a search faster than the statement that defines it, with the same result.
 #pragma once
 
 #include <cstdint>
@@ -11,14 +11,14 @@
 
 namespace brindlehum {
 
-// What a filter asks of a file besides its words, as SQL on the columns of `files f`; empty when nothing is asked.
+// The conditions of a filter besides its words, as SQL on the columns of `files f`; empty when there are none.
 struct Conditions {
     std::string sql;
     std::vector<std::string> texts;  // for its parameters, in order
 };
 Conditions conditionsOf(const Catalog::Filter& filter);
 
-// The ids of the best `limit` files, best first. None where the statement has to say. Inside of a read transaction.
+// The ids of the best `limit` files, best first. None when only the statement can answer. In a read transaction.
 std::optional<std::vector<int64_t>> rankedIds(const Database& database, const Catalog::Filter& filter, int limit);
 
 }  // namespace brindlehum

@@ -29,7 +29,7 @@ constexpr const char* schema[] = {
     "CREATE TABLE IF NOT EXISTS log_offsets (logfile TEXT PRIMARY KEY, offset INTEGER NOT NULL);",
 };
 
-// Reads a page of each of the tables, so that what is damaged at its root is told now and not as an empty result.
+// Reads a page of each table: a damaged root page must fail now, not give empty results later.
 constexpr const char* look[] = {
     "SELECT count(*) FROM (SELECT id FROM files LIMIT 1)",
     "SELECT count(*) FROM (SELECT rowid FROM fts LIMIT 1)",
@@ -81,7 +81,7 @@ void makeTables(Database& database) {
     database.setPatience(std::chrono::seconds(20));
     database.exec("BEGIN IMMEDIATE");
     for (const char* statement : schema) { database.exec(statement); }
-    // Another program may have been first.
+    // Another program may have made them meanwhile.
     if (version(database) != knownVersion) {
         for (const char* statement : ownTables) { database.exec(statement); }
     }

@@ -1,4 +1,4 @@
-// Catalog: what is found by a filter.
+// Catalog: the files that pass a filter, ranked.
 #include <algorithm>
 
 #include "base/error.h"
@@ -40,7 +40,7 @@ std::string composed(const std::optional<std::string>& match, const Conditions& 
     return sql + " LIMIT " + std::to_string(limit);
 }
 
-// Whether every root of the catalog is among these.
+// True when every root of the catalog is among these.
 bool coverAll(const Database& database, const std::vector<std::string>& roots) {
     Statement next(database, "SELECT root FROM file_counts WHERE root > ? ORDER BY root LIMIT 1");
     std::string root;
@@ -63,7 +63,7 @@ std::optional<std::vector<Catalog::Row>> rowsOf(const Database& database, const 
     return rows;
 }
 
-// The statement that defines what a search finds, and in which order. rankedIds() has shorter ways to the same.
+// The statement that defines the result and its order. rankedIds() reaches the same result faster.
 std::vector<Catalog::Row> rowsByStatement(const Database& database, const Catalog::Filter& filter, int limit) {
     const std::optional<std::string> match = Catalog::matchExpression(filter.query);
     const Conditions conditions = conditionsOf(filter);

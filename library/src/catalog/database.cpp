@@ -1,3 +1,4 @@
+// Database and Statement: thin over SQLite's C interface.
 #include "catalog/database.h"
 
 #include <thread>

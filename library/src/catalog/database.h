@@ -35,11 +35,11 @@ private:
     };
     static int goOnWaiting(void* waiting, int tries);
 
-    std::unique_ptr<Waiting> waiting_;  // stays where it is, for SQLite knows it
+    std::unique_ptr<Waiting> waiting_;  // never moves, since SQLite holds its address
     std::unique_ptr<sqlite3, Close> handle_;
 };
 
-// A failure isn't thrown: it ends the rows, and ok() tells.
+// A failure isn't thrown: it ends the rows, and ok() is false.
 class Statement {
 public:
     // Not ok() when SQLite can't prepare it.

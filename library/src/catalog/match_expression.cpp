@@ -1,4 +1,4 @@
-// Catalog::matchExpression: what the user typed as an FTS5 query of quoted prefix terms.
+// Catalog::matchExpression: turns typed text into an FTS5 query of quoted prefix terms.
 #include <string>
 #include <string_view>
 #include <unordered_set>
@@ -52,7 +52,7 @@ private:
 };
 
 // The token's words as quoted prefixes, joined by blanks, which all must match; empty when no word is left. `repeats`
-// holds the words of the tokens before, if what all of them find is wanted.
+// holds the words of the tokens before, if all of them must match.
 std::string prefixTerms(std::string_view token, Repeats* repeats) {
     std::string terms;
     std::string word;
@@ -77,7 +77,7 @@ std::string prefixTerms(std::string_view token, Repeats* repeats) {
 
 // FTS5 nests one NOT in another and takes 256 levels at most: beyond these, one NOT holds all alternatives at once,
 // which excludes the same files.
-constexpr size_t mostNots = 128;
+constexpr size_t maxNots = 128;
 
 }  // namespace
 
@@ -97,10 +97,10 @@ std::optional<std::string> Catalog::matchExpression(std::string_view query) {
     }
     if (expression.empty()) { return std::nullopt; }
     for (size_t i = 0; i < excluded.size(); ++i) {
-        expression += i < mostNots ? " NOT " : i > mostNots ? " OR " : " NOT (";
+        expression += i < maxNots ? " NOT " : i > maxNots ? " OR " : " NOT (";
         expression += excluded[i];
     }
-    if (excluded.size() > mostNots) { expression += ')'; }
+    if (excluded.size() > maxNots) { expression += ')'; }
     return expression;
 }
 

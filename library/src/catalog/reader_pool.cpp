@@ -1,3 +1,4 @@
+// ReaderPool: keeps a few idle connections, opens more when all are leased.
 #include "catalog/reader_pool.h"
 
 #include <chrono>
@@ -6,7 +7,7 @@ namespace brindlehum {
 
 namespace {
 
-constexpr size_t mostIdle = 3;
+constexpr size_t maxIdle = 3;
 // Readers of a write-ahead log wait only while another process recovers it.
 constexpr std::chrono::seconds patience(5);
 
@@ -31,7 +32,7 @@ ReaderPool::Lease ReaderPool::lease() {
 
 void ReaderPool::giveBack(std::unique_ptr<Database> database) {
     const std::lock_guard hold(lock_);
-    if (idle_.size() < mostIdle) { idle_.push_back(std::move(database)); }
+    if (idle_.size() < maxIdle) { idle_.push_back(std::move(database)); }
 }
 
 }  // namespace brindlehum

@@ -1,3 +1,4 @@
+// Short hits: the letters that a word begins with, and the packing of blocks.
 #include "catalog/short_hits.h"
 
 namespace brindlehum {

@@ -3,7 +3,7 @@
 //
 // Files are grouped in blocks by their id. A row of `short_hits` has the hits of one block for one beginning, under
 // the id `block << 22 | letters`. Triggers note each file written since in `short_changed`, so that readers never
-// trust a block for it, whoever has written.
+// trust a block for it, whichever program wrote.
 #pragma once
 
 #include <cstdint>
@@ -16,7 +16,7 @@ namespace brindlehum {
 
 constexpr int64_t filesABlock = 4096;
 constexpr int lettersBits = 22;
-constexpr int64_t mostFileId = (int64_t(1) << 40) - 1;  // files with other ids never leave `short_changed`
+constexpr int64_t maxFileId = (int64_t(1) << 40) - 1;  // files with other ids never leave `short_changed`
 
 // One or two letters below U+0800, which are those of the alphabets; 0 for none. 11 bits each, the first one above.
 using Letters = uint32_t;

@@ -1,3 +1,4 @@
+// Short search: computes FTS5's bm25() from the blocks, once for each class of equal hits.
 #include "catalog/short_search.h"
 
 #include <algorithm>
@@ -13,9 +14,9 @@ namespace brindlehum {
 
 namespace {
 
-constexpr int64_t mostBlocks = 20'000;  // of 4096 ids each, that are asked one by one
+constexpr int64_t maxBlocks = 20'000;  // of 4096 ids each, read one by one
 
-// What the ranking takes from the whole table.
+// Totals of the whole table that the ranking needs.
 struct Totals {
     int64_t files = 0;
     int64_t words = 0;
@@ -64,16 +65,16 @@ private:
 // Millions of hits fall into some thousand classes of equal hits and words, so that few ranks need be computed.
 class Classes {
 public:
-    static bool has(const Hit& hit) { return hit.hits < mostHits && hit.words < mostWords; }
-    static size_t of(const Hit& hit) { return hit.hits * mostWords + hit.words; }
-    static Hit example(size_t index) { return {0, uint32_t(index / mostWords), uint32_t(index % mostWords)}; }
-    static constexpr size_t count() { return size_t(mostHits) * mostWords; }
+    static bool has(const Hit& hit) { return hit.hits < maxHits && hit.words < maxWords; }
+    static size_t of(const Hit& hit) { return hit.hits * maxWords + hit.words; }
+    static Hit example(size_t index) { return {0, uint32_t(index / maxWords), uint32_t(index % maxWords)}; }
+    static constexpr size_t count() { return size_t(maxHits) * maxWords; }
 
 private:
-    static constexpr uint32_t mostHits = 256, mostWords = 1024;
+    static constexpr uint32_t maxHits = 256, maxWords = 1024;
 };
 
-// The rank that at least `limit` hits reach, as far as there are so many.
+// The rank that at least `limit` hits reach, or all hits if there are fewer.
 double rankOfLast(const std::vector<Hit>& hits, size_t limit, const Bm25& bm25) {
     std::vector<uint32_t> sizes(Classes::count());
     std::vector<std::pair<double, size_t>> ranks;  // of a class, with its size
@@ -99,7 +100,7 @@ double rankOfLast(const std::vector<Hit>& hits, size_t limit, const Bm25& bm25) 
 
 std::vector<int64_t> best(const std::vector<Hit>& hits, size_t limit, const Bm25& bm25) {
     const double last = rankOfLast(hits, limit, bm25);
-    std::vector<double> known(Classes::count());  // ranks by class; 0, which none is, until asked for
+    std::vector<double> known(Classes::count());  // ranks by class; 0, which no class has, until computed
     std::vector<std::pair<double, int64_t>> ranked;
     for (const Hit& hit : hits) {
         double rank = 0;
@@ -141,7 +142,7 @@ std::optional<std::vector<Hit>> findHits(const Database& database, Letters lette
     Statement newest(database, "SELECT max(id) FROM short_hits");
     const int64_t lastBlock = newest.step() ? newest.integer(0) >> lettersBits : 0;
     Statement select(database, "SELECT hits FROM short_hits WHERE id = ?");
-    if (!changedIds.ok() || !newest.ok() || lastBlock >= mostBlocks) { return std::nullopt; }
+    if (!changedIds.ok() || !newest.ok() || lastBlock >= maxBlocks) { return std::nullopt; }
     for (int64_t block = 0; block <= lastBlock; ++block) {
         const size_t before = hits.size();
         if (select.bind(hitsKey(block, letters)).step()) { unpackHits(select.blob(0), block, hits); }

@@ -10,7 +10,7 @@
 
 namespace brindlehum {
 
-// Which files count, by id; ids beyond its size don't.
+// The files that count, by id; ids beyond its size don't.
 using FileSet = std::vector<bool>;
 
 // The ids of the best `limit` files for a match expression, best first; with `within` only of those, ranked as among
@@ -19,7 +19,7 @@ using FileSet = std::vector<bool>;
 std::optional<std::vector<int64_t>> rankShort(const Database& database, const std::string& expression, int limit,
                                               const std::optional<FileSet>& within);
 
-// Whether rankShort could answer, by the expression alone.
+// True when the expression alone lets rankShort answer.
 bool isShort(const Database& database, const std::string& expression);
 
 }  // namespace brindlehum

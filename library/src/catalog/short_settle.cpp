@@ -1,3 +1,4 @@
+// Short settle: merges changed files into their blocks, the blocks with the most changes first.
 #include "catalog/short_settle.h"
 
 #include <algorithm>
@@ -21,7 +22,7 @@ std::vector<Block> mostChanged(const Database& database, int most) {
     Statement select(
         database,
         "SELECT id / ? FROM short_changed WHERE id BETWEEN 0 AND ? GROUP BY 1 ORDER BY count(*) DESC LIMIT ?");
-    select.bind(filesABlock, mostFileId, most);
+    select.bind(filesABlock, maxFileId, most);
     std::vector<Block> blocks;
     while (select.step()) { blocks.push_back({select.integer(0)}); }
     return blocks;
@@ -37,7 +38,7 @@ std::set<int64_t> changedIn(const Database& database, const Block& block) {
 
 using HitsByLetters = std::map<Letters, std::vector<Hit>>;
 
-// What has changed in the block by beginnings: the hits of unchanged files with those of the changed ones added.
+// The new hits of the block by beginnings: those of unchanged files, with those of the changed ones added.
 bool collectHits(const Database& database, const Block& block, HitsByLetters& touched) {
     const std::set<int64_t> changed = changedIn(database, block);
     Tokenizer tokenizer(database);
@@ -89,10 +90,10 @@ bool settle(const Database& database, const Block& block) {
 
 }  // namespace
 
-bool settleShortHits(const Database& database, int64_t allowed, int mostBlocks) {
+bool settleShortHits(const Database& database, int64_t allowed, int maxBlocks) {
     Statement count(database, "SELECT count(*) FROM short_changed");
     if (!count.step() || count.integer(0) <= allowed) { return false; }
-    const std::vector<Block> blocks = mostChanged(database, mostBlocks);
+    const std::vector<Block> blocks = mostChanged(database, maxBlocks);
     return !blocks.empty() && std::ranges::all_of(blocks, [&](const Block& block) { return settle(database, block); });
 }
 

@@ -5,8 +5,8 @@
 
 namespace brindlehum {
 
-// Inside of a transaction. Settles the blocks with the most changed files, at most `mostBlocks`, if more than `allowed`
+// Inside of a transaction. Settles the blocks with the most changed files, at most `maxBlocks`, if more than `allowed`
 // files have changed; false when there was nothing to settle or a statement failed.
-bool settleShortHits(const Database& database, int64_t allowed, int mostBlocks);
+bool settleShortHits(const Database& database, int64_t allowed, int maxBlocks);
 
 }  // namespace brindlehum

@@ -1,4 +1,4 @@
-// Snapshot: one read transaction, so that all that is read within is of one moment.
+// Snapshot: one read transaction, so that all reads within see one state.
 #pragma once
 
 #include "catalog/database.h"

@@ -1,3 +1,4 @@
+// Tokenizer: borrows the tokenizer that FTS5 registers at the connection.
 #include "catalog/tokenizer.h"
 
 #include "base/error.h"

@@ -1,4 +1,4 @@
-// Tokenizer: words as the catalog's full-text table takes them from a text.
+// Tokenizer: the words of a text as the full-text table indexes them.
 #pragma once
 
 #include <sqlite3.h>

@@ -5,8 +5,8 @@
 
 #include <QLocale>
 
-#include "catalog/file_stamp.h"
 #include "base/path.h"
+#include "catalog/file_stamp.h"
 #include "library/team/change_log.h"
 #include "library/team/metadata_save.h"
 #include "model/rename_file.h"

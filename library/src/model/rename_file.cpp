@@ -1,3 +1,4 @@
+// renameToFreeName: one system call where the file system has it, two elsewhere.
 #include "model/rename_file.h"
 
 #include <fcntl.h>

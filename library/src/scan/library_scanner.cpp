@@ -1,3 +1,4 @@
+// LibraryScanner: walk the tree, read what changed, remove the rows of what is gone.
 #include "library/scan/library_scanner.h"
 
 #include <mntent.h>
@@ -13,6 +14,7 @@
 #include <unordered_map>
 #include <unordered_set>
 
+#include "base/path.h"
 #include "catalog/file_stamp.h"
 #include "scan/slice_reader.h"
 #include "scan/tree_walk.h"
@@ -78,7 +80,7 @@ private:
         if (options_.progress) { options_.progress(progress_); }
     }
 
-    // Leaves in rows_ what wasn't seen.
+    // Leaves in rows_ the rows of files that weren't seen.
     TreeWalk find() {
         std::vector<std::string> others;
         for (const std::string& other : options_.otherRoots) {
@@ -98,7 +100,7 @@ private:
                 }
                 if (progress_.found % filesAReport == 0) { report(); }
             });
-        // What another root owns by now isn't this scan's to remove.
+        // Rows that belong to another root by now stay.
         leftAlone_.insert(others.begin(), others.end());
         unread_.insert(walk.unread.begin(), walk.unread.end());
         if (rows_.empty() || walk.empty.empty()) { return walk; }
@@ -109,14 +111,14 @@ private:
         return walk;
     }
 
-    // Why the rows of this root must not be touched.
+    // The reason to keep all rows of this root; none when there is no reason.
     std::optional<std::string> unreachable(const TreeWalk& walk) const {
         const std::string name = quotedName(root_);
         if (walk.openError != 0) {
             return name + " can't be reached (" + std::strerror(walk.openError) + "); what is known of it is kept";
         }
         if (walk.exchanged) { return name + " went away during the scan; what is known of it is kept"; }
-        // Rows that weren't seen are all that is left in rows_, and here nothing was seen.
+        // No file was seen, so rows_ still holds all rows.
         if (!walk.anythingThere && !rows_.empty()) {
             return name + " is empty, as if its volume weren't there; what is known of it is kept";
         }
@@ -164,10 +166,10 @@ private:
         struct stat facts {};
         const bool looked = ::lstat(path.c_str(), &facts) == 0;
         if (!looked && (errno == ENOENT || errno == ENOTDIR)) { return false; }
-        // The walk sees files whose whole path is too long to be asked for.
+        // The walk also sees files whose path is too long to open.
         const Catalog::Stamp now = looked ? stampOf(facts) : read.file.stamp;
         if (const auto stamp = catalog_.stamp(path); stamp && isSame(*stamp, now)) {
-            // Only the root can be another: the file is that of a root within this one, or around it, until now.
+            // The file is unchanged, but its row belongs to a root within or around this one.
             const auto row = catalog_.row(path);
             if (!row || row->root == root_) { return false; }
             catalog_.upsert(path, root_, now, read.info, row->meta);
@@ -205,13 +207,13 @@ private:
                 });
                 result_.removed += int64_t(end - first);
             } catch (const std::exception& error) {
-                // They are found missing again.
+                // The next scan finds them missing again.
                 tellWriteFailure(error);
             }
         }
     }
 
-    // The path itself or a folder above it is one of them.
+    // True when the path or a folder above it is among them.
     static bool isPartOf(const std::string& path, const std::unordered_set<std::string>& places) {
         if (places.empty()) { return false; }
         for (size_t end = path.size(); end != 0 && end != std::string::npos; end = path.rfind('/', end - 1)) {
@@ -223,7 +225,7 @@ private:
     const std::string root_;
     Catalog& catalog_;
     const Options& options_;
-    Stamps rows_;  // once the files are found: of those that weren't
+    Stamps rows_;  // after the walk: of the files not found
     std::unordered_set<std::string> leftAlone_;
     std::unordered_set<std::string> unread_;
     std::vector<FoundFile> work_;

@@ -1,3 +1,4 @@
+// SliceReader: a pool of threads at low priority, shared by all scans.
 #include "scan/slice_reader.h"
 
 #include <sys/resource.h>
@@ -17,13 +18,13 @@ constexpr size_t slicesAhead = 3;
 constexpr size_t filesAJob = 16;
 constexpr std::chrono::milliseconds waitStep{200};
 
-// All scans share them, so that several roots side by side don't read on more threads than there are cores.
+// Shared by all scans, so that several scans at once use no more threads than there are cores.
 WorkerPool& readers() {
     static WorkerPool pool(int(std::thread::hardware_concurrency()), "Brindlehum.scan");
     return pool;
 }
 
-// What is played and shown goes before what is scanned.
+// Playing and showing files goes before scanning them.
 void lowerPriority() {
     constexpr int niceness = 5;
     thread_local const bool lowered = ::setpriority(PRIO_PROCESS, static_cast<id_t>(::gettid()), niceness) == 0;
@@ -37,7 +38,7 @@ ReadFile readSoundFile(FoundFile file) {
     try {
         read.info = AudioFileInfo::load(read.file.path);
     } catch (const std::exception&) {
-        // It is still found by its name.
+        // The search still finds it by its name.
     }
     try {
         read.meta = MetaIO::read(read.file.path);

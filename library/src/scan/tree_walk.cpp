@@ -1,3 +1,4 @@
+// Tree walk: lists folder by folder, and looks at each item once.
 #include "scan/tree_walk.h"
 
 #include <dirent.h>
@@ -31,7 +32,7 @@ Folder openFolder(const char* path, int extraFlags) {
     return Folder(folder);
 }
 
-// Isn't there any more, or is something else by now.
+// The item has gone or was replaced.
 bool meansGone(int error) {
     return error == ENOENT || error == ENOTDIR || error == ELOOP;
 }

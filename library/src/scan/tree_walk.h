@@ -1,4 +1,4 @@
-// Tree walk: every sound file below a folder with its size and time, at the cost of one look-up a file.
+// Tree walk: lists every sound file below a folder with its size and time, at one look-up a file.
 #pragma once
 
 #include <functional>
@@ -13,9 +13,9 @@ namespace brindlehum {
 struct TreeWalk {
     int openError = 0;                // of the folder itself; 0: it was walked
     bool anythingThere = false;       // it holds something to see, or a change log
-    std::vector<std::string> unread;  // folders below it, and files, that are there but couldn't be looked at
+    std::vector<std::string> unread;  // folders and files below it that exist but couldn't be read
     std::vector<std::string> empty;   // folders below it that hold nothing at all
-    bool exchanged = false;           // at the end another folder, or none, stood in its place
+    bool exchanged = false;           // the folder was replaced or removed during the walk
 };
 
 // Regular files with the extension of a sound, in the order of the file system. Hidden files and folders are left out,

@@ -13,7 +13,7 @@ namespace brindlehum {
 
 namespace {
 
-// A headless stream that knows when the sound server has come.
+// A headless stream that stops being current when a sound server appears.
 class InterimStream : public OutputStream {
 public:
     InterimStream(std::unique_ptr<OutputStream> stream, std::function<bool()> serverIsThere)
@@ -49,16 +49,16 @@ public:
                 headless_.openOutput(id, followsDefault, target, std::move(onChange)), [this] { return server(); });
         }
         const auto outputs = graph().outputs();
-        const auto device = std::find_if(outputs.begin(), outputs.end(), [id](const auto& d) { return d.id == id; });
+        const auto device = std::ranges::find(outputs, id, &AudioOutputDevice::id);
         if (device == outputs.end()) { throw Error(ErrorKind::device, "Couldn't open the output device"); }
         return std::make_unique<PipeWireStream>(session_, main_, *device, followsDefault, target, std::move(onChange));
     }
 
 private:
-    // A server that took the connection and didn't answer is left alone this long.
+    // How long to leave a server alone that took the connection and didn't answer.
     static constexpr std::chrono::seconds silence{2};
 
-    // Whether there's a session that works; looks for one if there's none.
+    // True when a session works; looks for one if there is none.
     bool server() {
         if (session_ && session_->isAlive()) { return true; }
         session_.reset();

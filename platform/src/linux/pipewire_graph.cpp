@@ -10,7 +10,7 @@ std::vector<uint32_t> PipeWireGraph::portsOf(uint32_t node, bool inputs) const {
     for (const auto& [id, port] : ports) {
         if (port.node == node && port.isInput == inputs) { found.push_back(port); }
     }
-    std::sort(found.begin(), found.end(), [](const auto& a, const auto& b) { return a.number < b.number; });
+    std::ranges::sort(found, {}, &PipeWirePort::number);
     std::vector<uint32_t> ids;
     for (const PipeWirePort& port : found) { ids.push_back(port.id); }
     return ids;
@@ -29,8 +29,7 @@ std::vector<AudioOutputDevice> PipeWireGraph::outputs() const {
 std::optional<uint32_t> PipeWireGraph::defaultOutput() const {
     const auto devices = outputs();
     if (devices.empty()) { return std::nullopt; }
-    const auto stated =
-        std::find_if(devices.begin(), devices.end(), [this](const auto& d) { return d.uid == defaultSinkName; });
+    const auto stated = std::ranges::find(devices, defaultSinkName, &AudioOutputDevice::uid);
     return stated == devices.end() ? devices.front().id : stated->id;
 }
 

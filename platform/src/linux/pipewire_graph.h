@@ -1,4 +1,4 @@
-// PipeWireGraph: what is known of a server's sinks and ports, and the decisions that rest on it alone.
+// PipeWireGraph: a snapshot of a server's sinks and ports, and the decisions that follow from it.
 #pragma once
 
 #include <cstdint>
@@ -31,7 +31,7 @@ struct PipeWireGraph {
     std::string defaultSinkName;  // empty while the server states none
     double statedRate = 0;        // Hz; 0 while unknown
     double forcedRate = 0;        // Hz; 0 when none is forced
-    // Rates that the graph was seen to run at while it drove a sink, which beat what is stated.
+    // Rates seen while the graph drove a sink; they outweigh the stated rate.
     std::map<uint32_t, double> observedRates;
 
     // Global ids of a node's ports of one direction, in channel order.
@@ -40,7 +40,7 @@ struct PipeWireGraph {
     std::vector<AudioOutputDevice> outputs() const;
     // The stated default, or the first output when the server states none or one that can't be played on.
     std::optional<uint32_t> defaultOutput() const;
-    // Hz that a stream to this sink will run at, as far as can be told before it runs.
+    // The rate in Hz that a stream to this sink will probably run at.
     double rateFor(uint32_t sink) const;
 
     void remove(uint32_t globalId);

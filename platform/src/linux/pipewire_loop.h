@@ -8,7 +8,7 @@
 
 namespace brindlehum {
 
-// Lives as long as anything of PipeWire does. All calls from the main thread unless told otherwise.
+// Outlives everything of PipeWire. Main thread, except where stated.
 class PipeWireLoop {
 public:
     // Null when the library can't be set up on this machine.

@@ -1,4 +1,4 @@
-// PipeWireSession: one connection to a server, and the graph as the server tells of it.
+// PipeWireSession: one connection to a server, and the graph that it announces.
 #pragma once
 
 #include <memory>
@@ -10,14 +10,14 @@
 
 namespace brindlehum {
 
-// Hears of changes on the library's thread, with its lock held.
+// Called on the library's thread, with its lock held.
 class PipeWireListener {
 public:
     virtual ~PipeWireListener() = default;
     virtual void graphChanged() noexcept = 0;  // or the server has gone
 };
 
-// Main thread, except where told otherwise. Once the server has gone a session stays dead; a new one is to be made.
+// Main thread, except where stated. Once the server has gone, the session stays dead: make a new one.
 class PipeWireSession {
 public:
     // Seconds that any answer of the server may take.
@@ -34,7 +34,7 @@ public:
     pw_core* core() const { return core_; }
 
     bool isAlive() const;
-    // Brings the graph up to what the server knows now; false when it has gone or stays silent.
+    // Updates the graph to the server's state; false when the server has gone or stays silent.
     bool update();
     // A copy of what is known.
     PipeWireGraph graph() const;
@@ -44,7 +44,7 @@ public:
     PipeWireGraph& knownGraph() { return graph_; }
     void addListener(PipeWireListener& listener) { listeners_.push_back(&listener); }
     void removeListener(PipeWireListener& listener) { std::erase(listeners_, &listener); }
-    // Not from the library's thread: waits for all that was sent before.
+    // Waits until the server has answered all earlier requests. Not from the library's thread.
     bool roundTrip();
 
 private:

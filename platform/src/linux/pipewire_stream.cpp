@@ -11,8 +11,8 @@ namespace {
 
 const char* const cannotOpen = "Couldn't open the output device";
 
-// A wish, in frames at 48 kHz: a seek or a change of mode is heard within some 11 ms, while each block stays long
-// enough to carry the binaural stage's transforms at a small share of a core. The smallest wish of all clients on
+// The requested block in frames at 48 kHz: a seek or a change of mode is heard within some 11 ms, and each block is
+// long enough to carry the binaural stage's transforms at a small share of a core. The smallest wish of all clients on
 // the device counts, within the server's own limits.
 const char* const wantedLatency = "512/48000";
 
@@ -22,7 +22,7 @@ constexpr uint32_t linkPatience = 48000;
 
 }  // namespace
 
-// A connection of two ports, ours to keep and to end.
+// A link of two ports, which ends with this object.
 struct PipeWireStream::Link {
     pw_proxy* proxy = nullptr;
     spa_hook hook{};
@@ -74,7 +74,7 @@ PipeWireStream::PipeWireStream(std::shared_ptr<PipeWireSession> session, MainLoo
         throw;
     }
     session_->addListener(*this);
-    graphChanged();  // what happened meanwhile
+    graphChanged();  // it may have changed meanwhile
 }
 
 PipeWireStream::~PipeWireStream() {
@@ -138,7 +138,7 @@ void PipeWireStream::makeLinks() {
     }
     // The server's refusals, if any, come before its answer to this.
     const bool answered = session_->roundTrip();
-    const bool failed = std::any_of(links_.begin(), links_.end(), [](const auto& link) { return link->failed; });
+    const bool failed = std::ranges::any_of(links_, [](const auto& link) { return link->failed; });
     if (!answered || failed) { throw Error(ErrorKind::device, cannotOpen); }
 }
 

@@ -45,9 +45,9 @@ QTimer* startTimer(QObject& home, double seconds, bool once, std::function<void(
 
 }  // namespace
 
-// The jobs wait in a queue of ours, and an event descriptor counts them: each round of Qt's loop takes one, so that a
-// nested loop goes on with them. No event of Qt's crosses the threads, since the locks that Qt hands those over with
-// are beyond a thread sanitizer's sight.
+// Jobs wait in our own queue, and an event descriptor counts them: each round of Qt's loop takes one, so that a nested
+// loop goes on with them. No Qt event crosses threads, since a thread sanitizer can't see the locks that Qt uses for
+// them.
 class QtMainLoop::Home : public QObject {
 public:
     Home() {

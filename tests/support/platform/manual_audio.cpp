@@ -75,7 +75,7 @@ ManualAudioSystem::~ManualAudioSystem() {
 
 std::unique_ptr<OutputStream> ManualAudioSystem::openOutput(uint32_t id, bool followsDefault, RenderTarget& target,
                                                             std::function<void()> onChange) {
-    const auto device = std::find_if(outputs_.begin(), outputs_.end(), [id](const auto& d) { return d.id == id; });
+    const auto device = std::ranges::find(outputs_, id, &AudioOutputDevice::id);
     if (openingFails_ || device == outputs_.end()) {
         throw Error(ErrorKind::device, "Couldn't open the output device");
     }
@@ -88,9 +88,7 @@ std::unique_ptr<OutputStream> ManualAudioSystem::openOutput(uint32_t id, bool fo
 void ManualAudioSystem::setOutputs(std::vector<AudioOutputDevice> outputs) {
     outputs_ = std::move(outputs);
     for (Stream* stream : streams_) {
-        if (std::find(outputs_.begin(), outputs_.end(), stream->device()) == outputs_.end()) {
-            stream->announceChange();
-        }
+        if (std::ranges::find(outputs_, stream->device()) == outputs_.end()) { stream->announceChange(); }
     }
 }
 

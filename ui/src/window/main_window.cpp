@@ -121,7 +121,7 @@ void MainWindow::connectParts() {
     connect(sidebar_, &SidebarView::addFolderAsked, &model_, &AppModel::addLibraryFolder);
     connect(sidebar_, &SidebarView::typed, &browser_->bar(), &BrowserBar::type);
     connect(browser_, &BrowserView::addFolderAsked, &model_, &AppModel::addLibraryFolder);
-    browser_->actions().reveal = [this](const auto& files) { model_.desktop().reveal(files); };
+    browser_->actions().reveal = [this](const auto& files) { model_.session().fileManager().reveal(files); };
     browser_->actions().makeTempEdits = [this](const auto& files) { model_.makeTempEdits(files); };
     connect(&model_.player(), &PlayerModel::changed, this, [this] {
         if (player_->minimumHeight() != basePlayerHeight()) { fitPlayer(); }
@@ -205,7 +205,8 @@ void MainWindow::refreshBanners() {
             {"The library's catalog can't be opened, so search and shared metadata are off. Folders can still be "
              "browsed. (" +
                  QString::fromStdString(model_.library().catalogError()) + ")",
-             "Show Its Folder", [this] { model_.desktop().openFolder(defaultCatalogFile().parent_path()); }});
+             "Show Its Folder",
+             [this] { model_.session().fileManager().openFolder(defaultCatalogFile().parent_path()); }});
     }
     banners_->setBanners(std::move(banners));
 }

@@ -1,6 +1,6 @@
 // Catalog: the library's index, one SQLite database in write-ahead-log mode with a row a file and a full-text table.
 //
-// Any thread. What reads has a connection of its own for as long, takes no lock and sees what was committed when it
+// Any thread. Each read has a connection of its own, takes no lock and sees the state that was committed when it
 // began. Writes go through one connection, one at a time: write() holds the lock for its job, removeRoot() and
 // setLogOffset() take it themselves.
 #pragma once
@@ -62,9 +62,9 @@ public:
     Catalog(const Catalog&) = delete;
     Catalog& operator=(const Catalog&) = delete;
 
-    // Ranked when there is something to match, else by path. A failure gives nothing.
+    // Ranked when the query has words, else by path. Empty on a failure.
     std::vector<Row> search(const Filter& filter, int limit);
-    // From any thread, without the lock: ends a search that is running now, which then gives nothing.
+    // From any thread, without the lock: ends the searches that are running now, which then return nothing.
     void interrupt();
     std::optional<Row> row(const std::string& path);
     Facets facets(const std::vector<std::string>& roots);
@@ -73,8 +73,8 @@ public:
     void setLogOffset(const std::string& logfile, int64_t offset);
     void removeRoot(const std::string& root);
 
-    // These take no lock: they belong inside of write(), where row() and logOffset() tell the state before it, which
-    // no other process changes meanwhile. `info` is absent when the file can't be probed.
+    // Call these inside of write() only, since they take no lock. There row() and logOffset() return the state before
+    // the write, which no other process changes meanwhile. `info` is absent when the file can't be probed.
     void upsert(const std::string& path, const std::string& root, const Stamp& stamp,
                 const std::optional<AudioFileInfo>& info, const SoundMeta& meta);
     void remove(const std::string& path);
@@ -84,10 +84,10 @@ public:
     void write(const std::function<void()>& job);
 
     // Makes searches for one or two letters fast again after many writes, in transactions of a tenth of a second, until
-    // there is nothing left to do or one fails. Background; scans end with it. Without it each write() does a part.
+    // all is done or one fails. Background; scans end with it. Without it each write() does a part.
     void settle();
 
-    // The full-text expression for what the user typed; none when there is nothing to match.
+    // The full-text expression for typed text; none when it has no words.
     static std::optional<std::string> matchExpression(std::string_view query);
 
 private:

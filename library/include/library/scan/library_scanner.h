@@ -9,7 +9,6 @@
 #include <string>
 #include <vector>
 
-#include "base/path.h"
 #include "library/catalog/catalog.h"
 
 namespace brindlehum::LibraryScanner {
@@ -28,7 +27,7 @@ struct Progress {
 struct Result {
     enum class Outcome : uint8_t {
         complete,
-        cancelled,    // what was committed stays, the next scan does the rest
+        cancelled,    // committed rows stay, the next scan does the rest
         unreachable,  // nothing was looked at or removed
     };
     Outcome outcome = Outcome::complete;
@@ -36,25 +35,25 @@ struct Result {
     int64_t read = 0;                    // of them new or changed, and catalogued now
     int64_t removed = 0;                 // rows of files that are gone
     bool writeFailed = false;            // the catalog couldn't take all of it; the next scan tries again
-    std::optional<std::string> message;  // what the user should know: that, or why rows of files not seen were kept
+    std::optional<std::string> message;  // for the user: a failed write, or why rows of missing files were kept
 };
 
 struct Options {
     std::function<void(const Progress&)> progress = {};  // called on the scanning thread
     std::stop_token stop = {};
-    std::vector<std::string> otherRoots = {};         // canonical: those below this root are left to their own scans
-    std::filesystem::path mountTable = "/etc/fstab";  // what is mounted where, when it is there
+    std::vector<std::string> otherRoots = {};         // canonical; folders among them are left out of this scan
+    std::filesystem::path mountTable = "/etc/fstab";  // the mount points and their volumes
 };
 
 // Runs on the caller's thread for as long as it takes; files are read by as many threads as there are cores, and
-// written in transactions of batchFiles, between which searches get their turn. A file whose size and time are those
-// of its row isn't opened. Hidden files and folders are left out, symbolic links aren't followed. (A folder is a
-// folder here: nothing on this system passes a folder off as one file.) A file that can't be probed is catalogued by
-// its name. Errors of single files and of the database are swallowed: the next scan finds the same difference again.
+// written in transactions of batchFiles, so that searches run in between. A file isn't opened when its size and time
+// are those of its row. Hidden files and folders are left out, symbolic links aren't followed. A file that can't be
+// probed is catalogued by its name. Errors of single files and of the database are dropped, since the next scan finds
+// the same difference again.
 //
-// Rows of files not seen are removed, but those below a folder that couldn't be read or is the empty mount point of a
-// volume that isn't there; and none at all when the root can't be opened, has been exchanged meanwhile, or is as empty
-// as such a mount point.
+// Removes the rows of missing files, except below a folder that couldn't be read and below the empty mount point of a
+// volume that isn't mounted. Removes none when the root can't be opened, was replaced during the scan, or holds
+// nothing, like such a mount point.
 Result scan(const std::filesystem::path& root, Catalog& catalog, const Options& options = {});
 
 }  // namespace brindlehum::LibraryScanner

@@ -1,12 +1,12 @@
 // Which mounts a person would call a volume.
-#include "library/model/places.h"
+#include "platform/mounts.h"
 
 #include <gmock/gmock.h>
 
 namespace brindlehum {
 namespace {
 
-TEST(Places, AreTheVolumesAmongTheMounts) {
+TEST(Mounts, DisksCardsAndSharesAreVolumes) {
     constexpr const char* table = R"(22 1 259:2 / / rw,relatime shared:1 - ext4 /dev/nvme0n1p2 rw
 23 22 0:21 / /proc rw,nosuid - proc proc rw
 24 22 0:22 / /dev/shm rw - tmpfs tmpfs rw
@@ -26,9 +26,9 @@ TEST(Places, AreTheVolumesAmongTheMounts) {
 38 22 8:66 /sub /etc/hosts rw - ext4 /dev/sde1 rw
 39 22 short line
 )";
-    EXPECT_THAT(volumesOf(table), testing::ElementsAre("/media/ann/SFX Drive", "/mnt/team", "/run/media/ann/Card",
+    EXPECT_THAT(volumesIn(table), testing::ElementsAre("/media/ann/SFX Drive", "/mnt/team", "/run/media/ann/Card",
                                                        "/home/ann/nas", "/data"));
-    EXPECT_TRUE(volumesOf("").empty());
+    EXPECT_TRUE(volumesIn("").empty());
 }
 
 }  // namespace

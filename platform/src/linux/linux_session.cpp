@@ -1,5 +1,5 @@
-// The desktop's file manager, asked without waiting for it.
-#include "platform/linux_desktop.h"
+// LinuxSession: asks the file manager without waiting for its answer.
+#include "platform/linux_session.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -18,11 +18,11 @@ QString text(const std::filesystem::path& path) {
 
 }  // namespace
 
-void LinuxDesktop::openFolder(const std::filesystem::path& folder) {
+void LinuxFileManager::openFolder(const std::filesystem::path& folder) {
     QProcess::startDetached(QStringLiteral("xdg-open"), {text(folder)});
 }
 
-void LinuxDesktop::reveal(const std::vector<std::filesystem::path>& items) {
+void LinuxFileManager::reveal(const std::vector<std::filesystem::path>& items) {
     if (items.empty()) { return; }
     const std::filesystem::path folder = items.front().parent_path();
     QDBusConnection bus = QDBusConnection::sessionBus();

@@ -1,0 +1,28 @@
+// LinuxSession: requests to the desktop over D-Bus, with the freedesktop tools where no service answers.
+#pragma once
+
+#include <QObject>
+
+#include "platform/session.h"
+
+namespace brindlehum {
+
+class LinuxFileManager : public FileManager {
+public:
+    void openFolder(const std::filesystem::path& folder) override;
+    // Asks `org.freedesktop.FileManager1` to show the items; opens their folder when there's no such service.
+    void reveal(const std::vector<std::filesystem::path>& items) override;
+
+private:
+    QObject answers_;  // owns what waits for replies
+};
+
+class LinuxSession : public Session {
+public:
+    FileManager& fileManager() override { return fileManager_; }
+
+private:
+    LinuxFileManager fileManager_;
+};
+
+}  // namespace brindlehum

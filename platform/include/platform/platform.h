@@ -1,0 +1,23 @@
+// Platform: everything that the application stands on; made by main, or by a test.
+#pragma once
+
+#include <filesystem>
+
+#include "platform/audio_system.h"
+#include "platform/main_loop.h"
+#include "platform/session.h"
+
+namespace brindlehum {
+
+class UserDefaults;
+
+// All of it outlives the application.
+struct Platform {
+    MainLoop& loop;
+    AudioSystem& audio;
+    UserDefaults& defaults;
+    Session& session;
+    std::filesystem::path catalogFile;
+};
+
+}  // namespace brindlehum

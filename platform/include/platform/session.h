@@ -1,0 +1,41 @@
+// Session: the requests to the user's desktop session, one interface a subject.
+#pragma once
+
+#include <filesystem>
+#include <vector>
+
+namespace brindlehum {
+
+// Shows folders and files. Main thread; failures are dropped, since the user sees that nothing came up.
+class FileManager {
+public:
+    virtual ~FileManager() = default;
+    // Opens a folder.
+    virtual void openFolder(const std::filesystem::path& folder) = 0;
+    // Shows files or folders in their folder, selected; nothing for none.
+    virtual void reveal(const std::vector<std::filesystem::path>& items) = 0;
+};
+
+class Applications;    // the running applications, and keys sent to one of them
+class KeyGrab;         // keys that reach us while another application has the focus
+class Clipboard;       // texts and files exchanged by copy and paste
+class ChildProcesses;  // programs run as children, with their output
+class Http;            // requests to servers
+class Secrets;         // passwords in the user's keyring
+class MediaSession;    // play, stop and titles for the desktop's media keys
+
+// One a process, made by main or by a test. Main thread. Null stands for what this session can't do.
+class Session {
+public:
+    virtual ~Session() = default;
+    virtual FileManager& fileManager() = 0;
+    virtual Applications* applications() { return nullptr; }
+    virtual KeyGrab* keyGrab() { return nullptr; }
+    virtual Clipboard* clipboard() { return nullptr; }
+    virtual ChildProcesses* childProcesses() { return nullptr; }
+    virtual Http* http() { return nullptr; }
+    virtual Secrets* secrets() { return nullptr; }
+    virtual MediaSession* mediaSession() { return nullptr; }
+};
+
+}  // namespace brindlehum
