@@ -6,6 +6,7 @@
 #include "base/error.h"
 #include "library/meta/meta_io.h"
 #include "support/audio_files.h"
+#include "support/traced.h"
 
 namespace brindlehum {
 namespace {
@@ -252,6 +253,46 @@ TEST(RIFFMeta, ChunksAndFieldsAreReadFromAnyFile) {
         EXPECT_EQ(m.description + "|" + m.category + "|" + m.subCategory + "|" + m.fxName, c.told) << c.name;
     }
     EXPECT_EQ(MetaIO::read(folder / "missing.wav").fxName, "missing");
+}
+
+TEST(RIFFMeta, RewriteKilledAtAnySystemCallLeavesOldOrNew) {
+    const TempFolder folder;
+    const auto file = folder / "x.wav";
+    SoundMeta old;
+    old.description = "old";
+    writeBytes(file, riff(fmt + riffChunk("data", std::string(50'000, 's'))));
+    RIFFMeta::write(old, file);
+    const std::string before = readBytes(file);
+    for (int last = 0, status = -1; status < 0; ++last) {
+        ASSERT_LT(last, 1000);
+        writeBytes(file, before);
+        const auto write = [&] { return RIFFMeta::write(full(), file) == 0 ? 1 : 0; };
+        status = runTraced(write, [&](int count, long) { return count < last; });
+        const std::string now = readBytes(file);
+        ASSERT_EQ(now.substr(0, 8), "RIFF" + le32(uint32_t(now.size() - 8))) << last;
+        ASSERT_TRUE(now.ends_with(before.substr(before.find("data")))) << last;
+        const SoundMeta meta = RIFFMeta::read(file);
+        ASSERT_TRUE(meta == full() || (meta == old && status != 0)) << last;
+    }
+}
+
+TEST(RIFFMeta, RewriteKeepsLinkAndMode) {
+    const TempFolder folder;
+    const auto file = folder / "x.wav";
+    const auto link = folder / "link.wav";
+    const auto twin = folder / "twin.wav";
+    writeBytes(file, riff(fmt + riffChunk("data", "sound!")));
+    std::filesystem::permissions(file, std::filesystem::perms(0640));
+    std::filesystem::create_symlink("x.wav", link);
+    std::filesystem::create_hard_link(file, twin);
+    RIFFMeta::write(full(), link);
+    EXPECT_TRUE(std::filesystem::is_symlink(link));
+    EXPECT_EQ(RIFFMeta::read(file), full());
+    EXPECT_EQ(RIFFMeta::read(twin), SoundMeta()) << "another name of the old version";
+    EXPECT_EQ(std::filesystem::status(file).permissions(), std::filesystem::perms(0640));
+    std::filesystem::remove(file);
+    EXPECT_THROW(RIFFMeta::write(full(), link), Error);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 2);
 }
 
 }  // namespace

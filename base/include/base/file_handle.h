@@ -38,7 +38,7 @@ private:
     Descriptor file_;
     int64_t size_ = 0;
     timespec modified_{};
-    mutable std::array<char, 2048> head_;  // the start of the file, once headBytes_ is known
+    mutable std::array<char, 2048> head_{};  // the start of the file, once headBytes_ is known
     mutable int64_t headBytes_ = -1;
 };
 

@@ -7,6 +7,7 @@
 
 #include "base/error.h"
 #include "base/path.h"
+#include "base/text.h"
 #include "catalog/file_stamp.h"
 #include "library/team/change_log.h"
 #include "team/line_reader.h"
@@ -18,15 +19,10 @@ namespace fs = std::filesystem;
 
 constexpr size_t entriesATransaction = 256;
 
+// Relative, below the root, and spelled in the one way of the catalog.
 bool isPlain(const std::string& path) {
-    if (path.empty() || path.front() == '/' || path.find('\0') != std::string::npos) { return false; }
-    for (size_t start = 0; start <= path.size();) {
-        const size_t end = std::min(path.find('/', start), path.size());
-        const std::string_view part = std::string_view(path).substr(start, end - start);
-        if (part.empty() || part == "." || part == "..") { return false; }
-        start = end + 1;
-    }
-    return true;
+    const auto isOdd = [](std::string_view part) { return part.empty() || part == "." || part == ".."; };
+    return path.find('\0') == std::string::npos && std::ranges::none_of(split(path, "/"), isOdd);
 }
 
 // Catalogued paths hold no symbolic links: where one is now, the path leads to another file than the entry meant.
