@@ -54,7 +54,7 @@ fftwf_complex* bins(float* spectrum) {
 }  // namespace
 
 struct mn_fft {
-    int32_t size;
+    int32_t size = 0;
     Plans plans;
 };
 

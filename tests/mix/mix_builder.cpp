@@ -67,55 +67,44 @@ TEST(MixBuilder, PutsSourcesOnDeviceChannels) {
     struct Case {
         const char* name;
         Ask ask;
-        int rows;
         Gains gains;
     };
+    // A stereo source on this profile.
+    const auto to = [](OutputProfile profile, int device = 2) {
+        return Ask{.profile = std::move(profile), .device = device};
+    };
     const auto l51 = SourceFormat::speakers(speakers(LayoutID::l51));
-    const auto three = SourceFormat::discrete(3);
+    const auto stereo = LayoutID::stereo;
     const auto mono = SourceFormat::mono();
+    const auto plain = ListenMode::normal;
     const Case cases[] = {
-        {"stereo as it is", {}, 2, {{{0, 0}, 1}, {{1, 1}, 1}}},
-        {"swapped outputs", {.profile = room(LayoutID::stereo, {1, 0})}, 2, {{{1, 0}, 1}, {{0, 1}, 1}}},
-        {"an output that is off", {.profile = room(LayoutID::stereo, {-1, 5}), .device = 6}, 6, {{{5, 1}, 1}}},
-        {"outputs shorter than the layout",
-         {.profile = room(LayoutID::stereo, {3}), .device = 4},
-         4,
-         {{{3, 0}, 1}, {{1, 1}, 1}}},
-        {"two speakers on one channel add up",
-         {.profile = room(LayoutID::stereo, {0, 0}, {0, -6.0206})},
-         2,
-         {{{0, 0}, 1}, {{0, 1}, 0.5}}},
-        {"a trim for the first speaker alone",
-         {.profile = room(LayoutID::stereo, {}, {6.0206})},
-         2,
-         {{{0, 0}, 2}, {{1, 1}, 1}}},
-        {"5.1 on a device of four loses the surrounds",
+        {"stereo as it is", {}, {{{0, 0}, 1}, {{1, 1}, 1}}},
+        {"swapped outputs", to(room(stereo, {1, 0})), {{{1, 0}, 1}, {{0, 1}, 1}}},
+        {"an output that is off", to(room(stereo, {-1, 5}), 6), {{{5, 1}, 1}}},
+        {"outputs shorter than the layout", to(room(stereo, {3}), 4), {{{3, 0}, 1}, {{1, 1}, 1}}},
+        {"two speakers on one channel add up", to(room(stereo, {0, 0}, {0, -6.0206})), {{{0, 0}, 1}, {{0, 1}, 0.5}}},
+        {"a trim for the first speaker alone", to(room(stereo, {}, {6.0206})), {{{0, 0}, 2}, {{1, 1}, 1}}},
+        {"a device of four loses the surrounds",
          {l51, 6, room(LayoutID::l51), 4},
-         4,
          {{{0, 0}, 1}, {{1, 1}, 1}, {{2, 2}, 1}, {{3, 3}, 1}}},
-        {"a device of no channels counts as one", {.device = 0}, 1, {{{0, 0}, 1}}},
-        {"mono to the centre", {mono, 1, room(LayoutID::l51), 8, ListenMode::normal, {}, true}, 8, {{{2, 0}, 1}}},
-        {"stereo on headphones", {.profile = headphones(3, 1), .device = 4}, 4, {{{3, 0}, 1}, {{1, 1}, 1}}},
+        {"a device of no channels counts as one", {.device = 0}, {{{0, 0}, 1}}},
+        {"mono to the centre", {mono, 1, room(LayoutID::l51), 8, plain, {}, true}, {{{2, 0}, 1}}},
+        {"stereo on headphones", to(headphones(3, 1), 4), {{{3, 0}, 1}, {{1, 1}, 1}}},
         {"side on the right ear",
          {.profile = headphones(), .listen = ListenMode::midSide},
-         2,
          {{{0, 0}, g3}, {{0, 1}, g3}, {{1, 0}, g3}, {{1, 1}, -g3}}},
-        {"an ear beyond the device", {.profile = headphones(0, 2)}, 2, {{{0, 0}, 1}}},
-        {"an ear that is off", {.profile = headphones(-1, 0)}, 2, {{{0, 1}, 1}}},
-        {"mono on headphones never goes to a centre",
-         {mono, 1, headphones(), 2, ListenMode::normal, {}, true},
-         2,
-         {{{0, 0}, g3}, {{1, 0}, g3}}},
-        {"two surrounds on headphones fold",
+        {"an ear beyond the device", to(headphones(0, 2)), {{{0, 0}, 1}}},
+        {"an ear that is off", to(headphones(-1, 0)), {{{0, 1}, 1}}},
+        {"headphones have no centre", {mono, 1, headphones(), 2, plain, {}, true}, {{{0, 0}, g3}, {{1, 0}, g3}}},
+        {"two surrounds fold to the ears",
          {.source = SourceFormat::speakers({Ls, Rs}), .profile = headphones()},
-         2,
          {{{0, 0}, g3}, {{1, 1}, g3}}},
-        {"discrete on headphones: the first two", {three, 3, headphones(), 2}, 2, {{{0, 0}, 1}, {{1, 1}, 1}}},
+        {"discrete: the first two", {SourceFormat::discrete(3), 3, headphones()}, {{{0, 0}, 1}, {{1, 1}, 1}}},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         const MixConfig config = c.ask.config();
-        expectMatrix(config, c.rows, c.ask.channels, c.gains);
+        expectMatrix(config, std::max(c.ask.device, 1), c.ask.channels, c.gains);
         EXPECT_FALSE(config.toBinaural);
         EXPECT_EQ(std::pair(config.binLeft, config.binRight), std::pair(0, 1));
         EXPECT_TRUE(config.virtualDirections.empty());

@@ -69,8 +69,7 @@ TEST(RenderContext, SteadyBlocksGoThroughTheMatrixBitForBit) {
 TEST(RenderContext, FramesBeyondTheLimitAreSilentAndStayInTheRing) {
     RenderBench bench(1);
     mn_ring* ring = bench.ring(1, 20000, one);
-    bench.context.setRing(ring);
-    bench.context.setConfig(bench.config(1, 1, {1}));
+    bench.play(ring, bench.config(1, 1, {1}));
     bench.render(256);
     const auto& device = bench.render(6000);
     EXPECT_EQ(std::count(device[0].begin(), device[0].begin() + 4096, 1.0F), 4096);
@@ -95,8 +94,7 @@ TEST(RenderContext, ChangesFadeOverExactlyOneBlock) {
     };
     float last = 0;
     for (const auto& state : states) {
-        bench.context.setRing(state.ring);
-        bench.context.setConfig(state.config);
+        bench.play(state.ring, state.config);
         const Signal change = bench.render(n)[0];
         for (int i = 0; i < n; ++i) {
             ASSERT_NEAR(change[size_t(i)], last + (state.level - last) * ramp(i, n), 2e-5) << i;
@@ -105,8 +103,7 @@ TEST(RenderContext, ChangesFadeOverExactlyOneBlock) {
         ASSERT_EQ(bench.render(n)[0], Signal(size_t(n), state.level));
         last = state.level;
     }
-    bench.context.setRing(rings[0]);
-    bench.context.setConfig(configs[0]);
+    bench.play(rings[0], configs[0]);
     bench.render(n);
     bench.context.forgetPrevious();
     EXPECT_EQ(bench.render(n)[0][0], ramp(0, n)) << "forgotten state fades in from silence";
@@ -114,8 +111,7 @@ TEST(RenderContext, ChangesFadeOverExactlyOneBlock) {
 
 TEST(RenderContext, OnlyTheNewRingMovesThePosition) {
     RenderBench bench(1);
-    bench.context.setConfig(bench.config(1, 1, {1}));
-    bench.context.setRing(bench.ring(1, 1000, one));
+    bench.play(bench.ring(1, 1000, one), bench.config(1, 1, {1}));
     bench.render(100);
     EXPECT_EQ(bench.context.position(), 198);
     bench.context.setRing(bench.ring(1, 0, one));
@@ -130,8 +126,7 @@ TEST(RenderContext, OnlyTheNewRingMovesThePosition) {
 TEST(RenderContext, DryRingIsSilentAndKeepsItsPosition) {
     RenderBench bench(1);
     mn_ring* ring = bench.ring(1, 130, counted);
-    bench.context.setConfig(bench.config(1, 1, {1}));
-    bench.context.setRing(ring);
+    bench.play(ring, bench.config(1, 1, {1}));
     bench.render(100);
     const Signal partial = bench.render(100)[0];
     EXPECT_EQ(partial[29], counted(129, 0));
@@ -145,8 +140,7 @@ TEST(RenderContext, BlockThatEmptiesAnEndedRingFinishes) {
     RenderBench bench(1);
     mn_ring* ring = bench.ring(1, 100, one);
     mn_ring_set_eof(ring);
-    bench.context.setConfig(bench.config(1, 1, {1}));
-    bench.context.setRing(ring);
+    bench.play(ring, bench.config(1, 1, {1}));
     bench.render(99);
     EXPECT_FALSE(bench.context.finished());
     bench.render(99);
@@ -157,8 +151,7 @@ TEST(RenderContext, BlockThatEmptiesAnEndedRingFinishes) {
 
 TEST(RenderContext, SourceOfAnotherWidthIsSilentUntilItsConfigurationComes) {
     RenderBench bench(2);
-    bench.context.setConfig(bench.config(2, 2, {1, 0, 0, 1}));
-    bench.context.setRing(bench.ring(2, 1000, one));
+    bench.play(bench.ring(2, 1000, one), bench.config(2, 2, {1, 0, 0, 1}));
     bench.render(10);
     EXPECT_EQ(bench.render(10)[1], Signal(10, 1));
     // The new ring comes first: the old side fades down, the new one stays silent until its configuration.
@@ -170,8 +163,7 @@ TEST(RenderContext, SourceOfAnotherWidthIsSilentUntilItsConfigurationComes) {
     EXPECT_EQ(bench.render(10)[1], Signal(10, 1));
     // Too wide to be read at all.
     mn_ring* wide = bench.ring(65, 100, one);
-    bench.context.setRing(wide);
-    bench.context.setConfig(bench.config(65, 1, Signal(65, 1)));
+    bench.play(wide, bench.config(65, 1, Signal(65, 1)));
     bench.render(10);
     EXPECT_EQ(bench.render(10)[0], Signal(10));
     EXPECT_EQ(mn_ring_available(wide), 100);
@@ -182,15 +174,13 @@ TEST(RenderContext, UpmixWithoutItsProcessorIsSilent) {
     RenderBench bench(2);
     brindlehum::MixConfig config = RenderBench::mixConfig(2, 2, {1, 0, 0, 1});
     config.upmix.emplace();
-    bench.context.setConfig(bench.config(config));
-    bench.context.setRing(bench.ring(2, 1000, one));
+    bench.play(bench.ring(2, 1000, one), bench.config(config));
     for (int block = 0; block < 2; ++block) { EXPECT_EQ(bench.render(10)[0], Signal(10)); }
 }
 
 TEST(RenderContext, GainMovesInAStraightLineAndEndsOnItsTarget) {
     RenderBench bench(2);
-    bench.context.setConfig(bench.config(1, 2, {1, 0.3F}));
-    bench.context.setRing(bench.ring(1, 9000, one));
+    bench.play(bench.ring(1, 9000, one), bench.config(1, 2, {1, 0.3F}));
     bench.render(256);
     EXPECT_EQ(bench.render(256)[1], Signal(256, 0.3F)) << "a gain of 1 changes no bit";
     float last = 1;
@@ -208,8 +198,7 @@ TEST(RenderContext, GainMovesInAStraightLineAndEndsOnItsTarget) {
 TEST(RenderContext, DenormalsAreSilenceWithinTheBlockOnly) {
     volatile float tiny = 1e-40F;
     RenderBench bench(1);
-    bench.context.setConfig(bench.config(1, 1, {1}));
-    bench.context.setRing(bench.ring(1, 1000, [&](int, int) { return tiny; }));
+    bench.play(bench.ring(1, 1000, [&](int, int) { return tiny; }), bench.config(1, 1, {1}));
     bench.render(10);
     EXPECT_EQ(bench.render(100)[0], Signal(100));
     EXPECT_GT(tiny * 2, 0);
@@ -245,8 +234,7 @@ TEST(RenderContext, VirtualSpeakersAreHeardAtTheEarsAndFadeWhenTheyMove) {
     RenderBench bench(4);
     bench.context.setBinauralStage(&phones.stage);
     const Signal x = test::noise(6000, 77);
-    bench.context.setRing(bench.ring(1, 6000, [&](int i, int) { return x[size_t(i)]; }));
-    bench.context.setConfig(bench.binaural(1, 4, phones.gains, 3, 1));
+    bench.play(bench.ring(1, 6000, [&](int i, int) { return x[size_t(i)]; }), bench.binaural(1, 4, phones.gains, 3, 1));
     bench.listen(4);
     Signal faded = x;
     for (int i = 0; i < 300; ++i) { faded[size_t(i)] *= ramp(i, 300); }
@@ -272,8 +260,7 @@ TEST(RenderContext, VirtualSpeakersAreHeardAtTheEarsAndFadeWhenTheyMove) {
 
 TEST(RenderContext, MissingStageLosesTheBinauralSoundOnly) {
     RenderBench bench(2);
-    bench.context.setRing(bench.ring(1, 4000, one));
-    bench.context.setConfig(bench.binaural(1, 2, {1, 1}));
+    bench.play(bench.ring(1, 4000, one), bench.binaural(1, 2, {1, 1}));
     bench.render(100);
     EXPECT_EQ(bench.render(100)[0], Signal(100));
     bench.context.setConfig(bench.config(1, 2, {1, 1}));
@@ -326,8 +313,7 @@ TEST(RenderContext, ReplacedDirectionsMayBeFreedOnceTheStageSleeps) {
     bench.context.setBinauralStage(&phones.stage);
     const mn_mix_config* binaural = bench.binaural(1, 4, phones.gains);
     const mn_mix_config* speakers = bench.config(1, 2, {0, 0});
-    bench.context.setRing(bench.ring(1, 60000, one));
-    bench.context.setConfig(binaural);
+    bench.play(bench.ring(1, 60000, one), binaural);
     bench.render(1000);
     bench.context.setConfig(speakers);
     for (int i = 0; i < 4; ++i) { bench.render(1000); }
@@ -354,8 +340,7 @@ TEST(RenderContext, ControlSideMayPublishDuringARender) {
         std::mt19937 random(7);
         std::vector<std::shared_ptr<const void>> replaced;
         while (!done) {
-            bench.context.setRing(rings[random() % 3]);
-            bench.context.setConfig(configs[random() % 2]);
+            bench.play(rings[random() % 3], configs[random() % 2]);
             bench.context.setGain(double(random() % 3) / 2);
             bench.context.setBinauralStage(random() % 4 == 0 ? nullptr : &phones.stage);
             replaced.push_back(phones.stage.setDirections({{double(random() % 8) * 40 - 160, 0}}));

@@ -54,6 +54,12 @@ public:
         return config;
     }
 
+    // Publishes both; the next block fades to them.
+    void play(mn_ring* ring, const mn_mix_config* config) {
+        context.setRing(ring);
+        context.setConfig(config);
+    }
+
     // Renders a block into planes that hold other values before; the planes named in `absent` are null.
     const std::vector<std::vector<float>>& render(int frames, const std::vector<int>& absent = {}) {
         std::vector<float*> planes;

@@ -11,8 +11,7 @@
 
 namespace brindlehum {
 
-// One pass over a stream, on one thread: the ring is filled before each block, so it
-// never runs dry.
+// One pass over a stream, on one thread (any): the ring is filled before each block, so it never runs dry.
 class OfflineRender {
 public:
     // `reader` delivers frames at `sampleRate` (Hz) and hasn't been started or filled; blocks have 1 to
@@ -21,7 +20,7 @@ public:
                   int blockFrames, double gain);
 
     // Renders the next block into planes() and returns its frames: fewer than a block where the stream ends, then those
-    // in which the binaural stage still sounds, then 0. Throws what the stream's source throws.
+    // in which the binaural stage still sounds, then 0.
     int next();
     // Frames of the stream rendered so far.
     int64_t streamedFrames() const { return streamedFrames_; }
