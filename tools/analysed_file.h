@@ -11,7 +11,7 @@
 
 namespace brindlehum::cli {
 
-// What the user sets by hand in place of what the analysis finds.
+// Values that the user sets in place of the analysis.
 struct AnalysisWords {
     std::optional<double> bpm;
     std::optional<int> beatsPerBar;
@@ -28,11 +28,11 @@ struct AnalysedFile {
     AnalysisOutcome outcome;
     double seconds() const;
 };
-// Tells the stage on stderr while that is a terminal. Throws Error when the file can't be read.
+// Shows the stage on stderr if that is a terminal. Throws Error when the file can't be read.
 AnalysedFile analyseFile(const std::string& file, const AnalysisWords& words);
 
 std::string_view rawValue(AnalysisOutcome::Status status);
-// One line for the user about an outcome without an analysis.
+// The message for an outcome without an analysis.
 std::string_view failureText(AnalysisOutcome::Status status);
 
 }  // namespace brindlehum::cli

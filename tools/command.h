@@ -1,4 +1,4 @@
-// What the commands of brindlehum-cli share: words in, one JSON object a line out, one line of text an error.
+// Shared by the commands of brindlehum-cli: words in, one JSON object a line out, one line of text an error.
 #pragma once
 
 #include <functional>
@@ -17,7 +17,7 @@ struct Command {
     std::string_view word;
     std::string_view usage;  // the words that follow
     std::string_view help;   // one line
-    // Gives false when a part failed and was reported. Throws std::exception when the whole failed.
+    // Returns false when a part failed and was reported. Throws std::exception when the whole failed.
     bool (*run)(Words words);
 };
 
@@ -44,9 +44,9 @@ extern const std::string_view renderHelp;   // its words, one a line
 
 // Writes one line to stdout. Bytes that aren't UTF-8, as in file names, become U+FFFD.
 void print(const Json& json);
-// The text with control characters as blanks, so that it stays on one line.
+// The text with control characters replaced by blanks, so that it is one line.
 std::string oneLine(std::string text);
-// Writes "brindlehum-cli: text" to stderr, as one line whatever the text holds.
+// Writes "brindlehum-cli: text" to stderr as one line.
 void printError(const std::string& text);
 // Runs `job` on every file and reports those that throw; false when any did.
 bool eachFile(Words files, const std::function<void(const std::string& file)>& job);

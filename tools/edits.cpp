@@ -1,4 +1,4 @@
-// edits and plan: temp edits of pieces of music, made or only told.
+// edits and plan: makes temp edits of pieces of music, or only lists them.
 #include "edits/temp_edits.h"
 
 #include <filesystem>
@@ -24,7 +24,7 @@ const std::string_view editsHelp =
 
 namespace {
 
-constexpr double longest = 24 * 3600;  // seconds
+constexpr double maxLength = 24 * 3600;  // seconds
 
 struct Request {
     TempEditOptions options;
@@ -35,11 +35,11 @@ bool isNumber(const std::string& text) {
     return !text.empty() && text.find_first_not_of("0123456789.") == std::string::npos;
 }
 
-// Numbers are lengths as long as they follow `targets`.
+// Takes all numbers after `targets` as lengths.
 void takeTargets(Words words, size_t& at, Request& request) {
     request.options.targets.clear();
     while (at + 1 < words.size() && isNumber(words[at + 1])) {
-        request.options.targets.push_back(numberAfter("targets", words[++at], 1, longest));
+        request.options.targets.push_back(numberAfter("targets", words[++at], 1, maxLength));
     }
     if (request.options.targets.empty()) { throw UsageError("no length after \"targets\""); }
 }
@@ -60,7 +60,7 @@ Request read(Words words) {
         const std::string& value = words[at];
         if (word == "extended") {
             request.options.extended.reset();
-            if (value != "none") { request.options.extended = numberAfter(word, value, 1, longest); }
+            if (value != "none") { request.options.extended = numberAfter(word, value, 1, maxLength); }
         } else if (word == "exact") {
             if (value != "on" && value != "off") { refuse(word, value); }
             request.options.exactLength = value == "on";
@@ -125,8 +125,8 @@ bool edits(Words words) {
     const Request request = read(words);
     std::vector<TempEdits::Job> jobs;
     for (const auto& file : request.files) {
-        const auto url = std::filesystem::absolute(file);
-        jobs.push_back({url, folderOf(url)});
+        const auto path = std::filesystem::absolute(file);
+        jobs.push_back({path, folderOf(path)});
     }
     ProgressLine progress;
     const auto outcomes = TempEdits::makeAll(jobs, request.options, [&](const TempEdits::Step& step) {

@@ -1,4 +1,4 @@
-// Which library a command works on: the user's own, or a catalog named at the end by "catalog PATH".
+// The library that a command works on: the user's own, or a catalog named at the end by "catalog PATH".
 #pragma once
 
 #include <filesystem>
@@ -16,9 +16,9 @@ struct LibraryWords {
     std::vector<std::string> roots;  // canonical, of the user's settings; none for a named catalog
     std::vector<std::string> rest;   // the other words
 
-    // Made if it isn't there. Throws when it can't be opened.
+    // Creates the catalog if there is none. Throws when it can't be opened.
     std::unique_ptr<Catalog> open() const;
-    // Null where there is none.
+    // Null if there is no catalog.
     std::unique_ptr<Catalog> openExisting() const;
 };
 

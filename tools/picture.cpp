@@ -1,4 +1,4 @@
-// picture FILE OUT.png: a piece of music and its analysis on one page.
+// picture FILE OUT.png: draws a piece of music and its analysis on one page.
 #include <strings.h>
 
 #include <QFile>
@@ -103,8 +103,8 @@ void pictureFile(const PictureRequest& request) {
 
 bool picture(Words words) {
     const PictureRequest request = readWords(words);
-    // Fonts need an application; no screen is ever asked for.
-    // Qt remarks on the session that a script may lack; what matters to the user comes as an error of ours.
+    // Fonts need an application, but no screen. Qt's own remarks about a missing session are dropped: errors of ours
+    // say what matters to the user.
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
     qputenv("QT_QPA_PLATFORM", "offscreen");
     int count = 1;

@@ -11,14 +11,14 @@ namespace brindlehum::cli {
 
 namespace {
 constexpr std::string_view clearLine = "\r\x1b[K";
-constexpr size_t widest = 78;  // bytes: a line that wraps can't be overwritten
+constexpr size_t maxBytes = 78;  // a line that wraps can't be overwritten
 }  // namespace
 
 ProgressLine::ProgressLine() : shown_(isatty(STDERR_FILENO) == 1) {}
 
 void ProgressLine::tell(std::string_view text) {
     if (!shown_) { return; }
-    std::cerr << clearLine << oneLine(std::string(text.substr(0, widest))) << std::flush;
+    std::cerr << clearLine << oneLine(std::string(text.substr(0, maxBytes))) << std::flush;
     written_ = true;
 }
 

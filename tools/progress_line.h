@@ -16,7 +16,7 @@ public:
 
 private:
     bool shown_;            // stderr is a terminal
-    bool written_ = false;  // something stands in the line
+    bool written_ = false;  // the line has text
 };
 
 }  // namespace brindlehum::cli

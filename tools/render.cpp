@@ -3,6 +3,7 @@
 #include <limits>
 
 #include "audio/speakers/channel_layout.h"
+#include "audio/stream/file_source.h"
 #include "base/error.h"
 #include "command.h"
 #include "float_wav.h"

@@ -29,8 +29,8 @@ const std::string_view renderHelp =
 
 namespace {
 
-constexpr double leastRate = 8000;  // Hz
-constexpr double mostRate = 384000;
+constexpr double minRate = 8000;  // Hz
+constexpr double maxRate = 384000;
 
 std::vector<std::string> parts(const std::string& text) {
     std::vector<std::string> out(1);
@@ -77,7 +77,7 @@ const std::map<std::string, Setter, std::less<>> setters = {
          if (v != "center" && v != "pair") { refuse(w, v); }
          r.monoToCenter = v == "center";
      }},
-    {"rate", [](auto& r, auto& w, auto& v) { r.rate = wholeNumberAfter(w, v, leastRate, mostRate); }},
+    {"rate", [](auto& r, auto& w, auto& v) { r.rate = wholeNumberAfter(w, v, minRate, maxRate); }},
     {"gain", [](auto& r, auto& w, auto& v) { r.gainDb = numberAfter(w, v, -144, 60); }},
     {"block", [](auto& r, auto& w, auto& v) { r.block = wholeNumberAfter(w, v, 1, RenderContext::maxFrames); }},
     {"from", [](auto& r, auto& w, auto& v) { r.from = numberAfter(w, v, 0, 1e9); }},

@@ -16,7 +16,7 @@ namespace brindlehum::cli {
 struct RenderRequest {
     std::filesystem::path file;
     std::filesystem::path out;
-    OutputProfile profile;              // of speakers or headphones; stereo speakers unless told
+    OutputProfile profile;              // of speakers or headphones; stereo speakers by default
     std::optional<int> deviceChannels;  // absent: as many as the profile needs
     ListenMode listen = ListenMode::normal;
     std::optional<std::string> format;  // display name; absent: as detected
@@ -35,8 +35,8 @@ RenderRequest readRenderWords(Words words);
 // The smallest device that holds every output of the profile.
 int neededChannels(const OutputProfile& profile);
 
-// The format that a display name means for this file, whatever its case: one of those offered for the channel
-// count, or what was detected. Throws Error naming the choices.
+// The format of that display name, in any case, among those offered for the channel count and the detected one. Throws
+// Error naming the choices.
 SourceFormat chooseFormat(const AudioFileInfo& info, const std::optional<std::string>& name);
 
 }  // namespace brindlehum::cli

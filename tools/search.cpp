@@ -1,4 +1,4 @@
-// search WORDS... and facets: what a catalog knows, in the order and with the counts that the browser shows.
+// search WORDS... and facets: the sounds of a catalog, in the browser's order and with its counts.
 #include "base/error.h"
 #include "command.h"
 #include "format_json.h"
@@ -7,7 +7,7 @@
 namespace brindlehum::cli {
 namespace {
 
-constexpr int mostRows = 2000;  // as in the browser
+constexpr int maxRows = 2000;  // as in the browser
 
 std::unique_ptr<Catalog> existing(const LibraryWords& library) {
     auto catalog = library.openExisting();
@@ -31,7 +31,7 @@ bool search(Words words) {
     if (!Catalog::matchExpression(filter.query)) {
         throw UsageError("no word to search for, as exclusions alone find nothing");
     }
-    for (const Catalog::Row& row : existing(library)->search(filter, mostRows)) {
+    for (const Catalog::Row& row : existing(library)->search(filter, maxRows)) {
         print({
             {"path", row.path},
             {"root", row.root},

@@ -1,4 +1,4 @@
-// Values that follow a word, read strictly: UsageError names the word and what can't be its value.
+// Values that follow a word, read strictly: UsageError names the word and the value.
 #pragma once
 
 #include <string>

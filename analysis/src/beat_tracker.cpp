@@ -23,7 +23,7 @@ int64_t startingFrame(std::span<const float> env, double period) {
     const auto n = int64_t(env.size());
     int64_t best = 0;
     double bestMean = -1;
-    // Past the envelope's end there is nothing to collect, so no later start can win.
+    // A comb past the envelope's end collects nothing, so no later start can win.
     for (int64_t p = 0; p < std::clamp<int64_t>(int64_t(period), 1, n); ++p) {
         double sum = 0;
         int count = 0;
@@ -47,7 +47,7 @@ int64_t startingFrame(std::span<const float> env, double period) {
 Tracked trackBeats(std::span<const float> env, std::span<const MapScore> map, double bpm) {
     const auto last = int64_t(env.size()) - 1;
     if (last < 2) { return {}; }
-    // Periods under a frame have no beats to find, and stepping by them need not get anywhere.
+    // A period under a frame has no beats, and stepping by it might never advance.
     const auto usable = [last](double period) { return period >= 1 && period <= 1e9; };
     const double firstPeriod = OnsetTime::period(localTempo(map, bpm, 0));
     if (!usable(firstPeriod)) { return {}; }

@@ -22,7 +22,7 @@ struct Frames {
     int64_t bar = 0;
 };
 
-// Rises of the level, the first counted from silence.
+// Rises of the level; the first is counted from silence.
 std::vector<float> onsetTrack(std::span<const float> x, int64_t hop, int64_t count) {
     std::vector<float> track = rmsTrack(x, hop, count);
     float before = 0;
@@ -107,7 +107,7 @@ double grooveStart(std::span<const float> onsets, std::span<const float> similar
     return found;
 }
 
-// round(x) as a count, held to what a file can have.
+// round(x) as a count, limited to the longest possible file.
 int64_t wholeFrames(double x) {
     return int64_t(std::llround(std::clamp(x, 0.0, 1e12)));
 }
@@ -127,7 +127,7 @@ Result detect(std::span<const float> mono, double sampleRate, double bpm, int be
     const float peak = *std::ranges::max_element(onsets);
     if (!(peak > 1e-9F)) { return {}; }
 
-    // A beat under a frame repeats nothing that this track shows, and its combs would never end.
+    // This track can't show a beat under a frame, and its combs would never end.
     const double beatSeconds = 60 / bpm;
     if (beatSeconds < frames.seconds / 64) { return {}; }
     frames.beat = std::max<int64_t>(wholeFrames(beatSeconds / frames.seconds), 1);

@@ -1,4 +1,4 @@
-// GridBuilder: an exact lattice for steady music, the tracked beats for the rest.
+// GridBuilder: an exact lattice for steady music, the tracked beats for other music.
 #include "analysis/grid_builder.h"
 
 #include <algorithm>

@@ -53,7 +53,7 @@ struct Key {
     double confidence = 0;
 };
 
-// Of equal correlations the lower tonic wins, and major within a tonic.
+// Of equal correlations the lower tonic wins, and major before minor.
 Key findKey(const Profile& chroma) {
     if (std::ranges::all_of(chroma, [](double x) { return x == 0; })) { return {}; }
     Key key;

@@ -33,7 +33,7 @@ std::vector<double> smoothLevel(std::span<const float> x, int64_t frame) {
     return out;
 }
 
-// Frames of the `count` from `from` on, as far as there are any, that `test` accepts.
+// How many of up to `count` frames from `from` on `test` accepts.
 template <class Test>
 int64_t countFrom(const std::vector<double>& level, int64_t from, int64_t count, Test test) {
     const auto end = std::min(from + count, int64_t(level.size()));

@@ -18,7 +18,7 @@ double loudnessOf(double power) {
     return power > 0 ? -0.691 + 10 * std::log10(power) : LoudnessResult::floor;
 }
 
-// Decaying filter memory would end among denormal numbers, which are slow; 600 dB down it is silence.
+// Decaying filter memory would become denormal numbers, which are slow; below -600 dB it counts as silence.
 void settle(KState& state) {
     for (KState::Stage* stage : {&state.shelf, &state.highPass}) {
         for (auto* values : {stage->x1, stage->x2, stage->y1, stage->y2}) {
@@ -44,7 +44,7 @@ void addBlockPowers(const Channels& group, const double* groupWeights, double sa
         run(planes, int64_t(b) * blockSize, blockSize, shelf, highPass, state, energies);
         settle(state);
         for (size_t c = 0; c < group.size(); ++c) {
-            // Below 4 kHz the shelf has no stable form, and its output may leave all range.
+            // Below 4 kHz the shelf has no stable form, and its output may overflow.
             const double power = groupWeights[c] * energies[c] / double(blockSize);
             if (std::isfinite(power)) { powers[b] += power; }
         }
@@ -109,7 +109,7 @@ double meanAbove(const std::vector<double>& gates, double threshold, size_t& kep
     return kept > 0 ? sum / double(kept) : 0;
 }
 
-// Absolute gate at -70 LUFS, then a relative one 10 LU below what passed.
+// Absolute gate at -70 LUFS, then a relative one 10 LU below the mean of the blocks that passed.
 double integrated(const std::vector<double>& gates) {
     size_t kept = 0;
     const double ungated = meanAbove(gates, LoudnessResult::floor, kept);

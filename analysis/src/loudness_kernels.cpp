@@ -33,8 +33,8 @@ struct Section {
         std::memcpy(to.y1, &y1, sizeof y1);
         std::memcpy(to.y2, &y2, sizeof y2);
     }
-    // Direct form I, in place. The newest output enters last, so that only one operation waits for it. What leaves a
-    // stage is a float; its memory is not rounded.
+    // Direct form I, in place. The newest output enters last, so that only one operation waits for it. A stage rounds
+    // its output to a float, but not its memory.
     BRINDLEHUM_INLINE void step(const Biquad& f, Doubles& x) {
         const Doubles y = (f.b0 * x + f.b1 * x1 + f.b2 * x2 - f.a2 * y2) - f.a1 * y1;
         x2 = x1;

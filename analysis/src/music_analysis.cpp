@@ -1,4 +1,4 @@
-// MusicAnalysis: the stages in the order of what each needs.
+// MusicAnalysis: runs the stages, each after those that it needs.
 #include "analysis/music_analysis.h"
 
 #include "analysis/grid_builder.h"
@@ -19,7 +19,7 @@ AnalysisOutcome analyzeMusic(const AnalysisInput& input, const AnalysisProgress&
     out.seconds = double(frames) / input.sampleRate;
     if (cancelledAt(AnalysisStage::mono)) { return {Status::cancelled, std::nullopt}; }
     std::vector<float> mono = Signal::mono(input.channels);
-    // A single unusable sample would smear over its whole neighbourhood once the rate is converted.
+    // Replaced before the rate is converted, since a single unusable sample would spread over its neighbours.
     std::vector<float> repaired;
     if (Signal::usable(mono, repaired).data() != mono.data()) { mono = std::move(repaired); }
     out.mono22k = Signal::resample(std::move(mono), input.sampleRate, Signal::analysisRate);

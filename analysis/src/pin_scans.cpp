@@ -1,4 +1,4 @@
-// Pin scans: scores of novelty, level and phrase length, and the file's own word on being a loop.
+// Pin scans: scores of novelty, level and phrase length, and whether the file is a loop by its name or edges.
 #include "pin_scans.h"
 
 #include <algorithm>
@@ -19,7 +19,7 @@ struct Best {
     std::optional<int> boundary;
     double score = -std::numeric_limits<double>::infinity();
     void offer(int candidate, double value) {
-        if (!(value > score)) { return; }  // of equals the earliest stays
+        if (!(value > score)) { return; }  // keeps the earliest of equals
         boundary = candidate;
         score = value;
     }
@@ -78,7 +78,7 @@ int findLoopEnd(const Piece& piece, int introEnd, int endingStart) {
     if (length < 4) { return endingStart; }
     Best best;
     for (int b = introEnd + 4; b <= endingStart; ++b) {
-        // The bar before, at and after the seam should be those that the loop goes back to.
+        // The bars before, at and after the seam should sound like those that the loop returns to.
         double sum = 0;
         int count = 0;
         for (int shift = introEnd != 0 ? -1 : 0; shift <= 1; ++shift) {

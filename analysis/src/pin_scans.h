@@ -1,4 +1,4 @@
-// The scans that place single pins. Each looks at one question and falls back to a stated default.
+// The scans that place single pins. Each answers one question and falls back to a stated default.
 #pragma once
 
 #include <optional>
@@ -8,7 +8,7 @@
 
 namespace brindlehum::Structure {
 
-// What all scans look at. `end` is the boundary where the music stops.
+// The input of all scans. `end` is the boundary where the music stops.
 struct Piece {
     std::span<const float> mono;
     double sr = 0;
@@ -38,7 +38,7 @@ std::optional<int> findEndingStart(const Piece& piece, int introEnd);
 bool fadesOut(const Piece& piece);
 // The boundary up to `endingStart` that goes back to `introEnd` best.
 int findLoopEnd(const Piece& piece, int introEnd, int endingStart);
-// The file runs to its end, and says by its name or by its edges that it loops.
+// True when the music runs to the end of the file, and its name or its edges show a loop.
 bool isLoopFile(const Piece& piece, std::string_view name, bool finalHit);
 
 }  // namespace brindlehum::Structure

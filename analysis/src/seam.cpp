@@ -13,7 +13,7 @@ double levelMatch(double a, double b) {
     return std::max(0.0, 1 - std::abs(20 * std::log10(std::max(a, 1e-5) / std::max(b, 1e-5))) / 20);
 }
 
-// By zero-crossing rates. What is quiet on one side can't differ much in brightness.
+// By zero-crossing rates. A seam with one quiet side can't differ much in brightness.
 double brightMatch(double a, double b, bool quiet) {
     const double larger = std::max(a, b);
     if (larger <= 1e-6) { return 1; }

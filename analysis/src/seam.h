@@ -1,4 +1,4 @@
-// What a jump from one place to another would sound like, and whether the last bar is a final hit.
+// How well a jump from one place to another matches, and whether the last bar is a final hit.
 #pragma once
 
 #include <cstdint>
@@ -11,7 +11,7 @@ namespace brindlehum::Structure {
 
 struct Seam {
     double value = 0;              // 0 to 1
-    const char* reason = nullptr;  // for the user, if there is anything to say
+    const char* reason = nullptr;  // a remark for the user, or null
 };
 
 // Compares `window` seconds after `endTime` with as much after `startTime`.
@@ -21,7 +21,7 @@ Seam seamBetween(std::span<const float> x, double sr, double endTime, double sta
 std::optional<int> finalHitBar(std::span<const float> x, double sr, std::span<const double> bounds,
                                const BarProfile& profile, int beatsPerBar);
 
-// What a length of `bars` adds to a score: `eight`, `four` or `two` by what divides it, else 0.
+// The bonus of a length of `bars`: `eight`, `four` or `two` by the largest of 8, 4 and 2 that divides it, else 0.
 inline double phraseBonus(int bars, double eight, double four, double two) {
     if (bars % 8 == 0) { return eight; }
     if (bars % 4 == 0) { return four; }

@@ -1,4 +1,4 @@
-// Steady fit: a comb searched over tempo and phase, then held against each quarter of the file.
+// Steady fit: a search for the best comb over tempo and phase, then a comparison with each quarter of the file.
 #include <algorithm>
 #include <cmath>
 #include <vector>
@@ -11,7 +11,7 @@ namespace {
 
 constexpr int phases = 96;  // trial phases a period
 
-// The largest of each entry and its neighbours, so that a comb may miss by a frame.
+// The largest of each entry and its neighbours, so that a comb that is off by a frame still counts.
 std::vector<float> dilate(std::span<const float> env) {
     std::vector<float> out(env.size());
     for (size_t i = 0; i < env.size(); ++i) {
@@ -26,7 +26,7 @@ double comb(std::span<const float> dilated, double period, double start, int64_t
     const double step = period * OnsetTime::frameRate;
     double sum = 0;
     int64_t count = 0;
-    // One tooth too early is sorted out below; the rest can't fall before the range.
+    // Starts one tooth early, which the loop skips; no later tooth can fall before the range.
     for (auto k = int64_t(std::max(std::floor((double(from) - first) / step) - 1, 0.0));; ++k) {
         const auto i = int64_t(std::floor(first + double(k) * step + 0.5));
         if (i >= to) { break; }
@@ -53,7 +53,7 @@ Best bestPhase(std::span<const float> dilated, double period, int64_t from, int6
     return best;
 }
 
-// The file as a whole, within 0.6 % of `beat` seconds, the phase then walked in tenths of a trial step.
+// The best comb of the whole file within 0.6 % of `beat` seconds, its phase then refined in tenths of a trial step.
 Best bestComb(std::span<const float> dilated, double beat) {
     const auto n = int64_t(dilated.size());
     Best best;
@@ -70,7 +70,7 @@ Best bestComb(std::span<const float> dilated, double beat) {
     return best;
 }
 
-// A quarter of the file with its own best phase far from the whole's; a quiet one has no say.
+// True for a quarter of the file whose own best phase is far from the whole file's; never for a quiet one.
 bool disagrees(std::span<const float> dilated, const Best& whole, int64_t from, int64_t to) {
     const Best part = bestPhase(dilated, whole.period, from, to);
     if (part.score < 0.05) { return false; }
@@ -83,7 +83,7 @@ bool disagrees(std::span<const float> dilated, const Best& whole, int64_t from, 
 
 Fit steadyFit(std::span<const float> env, double bpm) {
     Fit fit{false, 60 / bpm, 0, -1};
-    // Under 8 s nothing can be called steady. A beat under a frame, or longer than any file, has no comb.
+    // Under 8 s nothing counts as steady. A beat under a frame, or longer than any file, has no comb.
     if (env.size() < 690 || !(fit.period * OnsetTime::frameRate >= 1) || fit.period > 1e6) { return fit; }
     const std::vector<float> dilated = dilate(env);
     const Best best = bestComb(dilated, fit.period);

@@ -49,7 +49,7 @@ std::vector<float> normalizedAutocorrelation(std::span<const float> env, int64_t
     return acf;
 }
 
-// trunc(frames) of one beat at `bpm`, at most `limit`: a tempo of 0 or none asks for more than any envelope has.
+// trunc(frames) of one beat at `bpm`, at most `limit`, also for a tempo of 0.
 int64_t wholeLag(double bpm, int64_t limit) {
     const double frames = OnsetTime::period(bpm);
     return bpm > 0 && frames < double(limit) ? int64_t(frames) : limit;
@@ -72,7 +72,7 @@ std::vector<Candidate> candidates(std::span<const float> env, double lo, double 
     for (size_t i = 1; i + 1 < scores.size(); ++i) {
         if (scores[i - 1] > scores[i] || scores[i + 1] > scores[i]) { continue; }
         const double bpm = OnsetTime::tempo(refine(acf, shortest + int64_t(i)));
-        // Of two close peaks the faster stays: lags run upward.
+        // Keeps the faster of two close peaks: lags run upward.
         const auto close = [bpm](const Candidate& c) { return std::abs(bpm - c.bpm) / bpm <= 0.03; };
         if (std::ranges::any_of(found, close)) { continue; }
         const double octaves = std::log2(bpm / center.value_or(120)) / 1.2;

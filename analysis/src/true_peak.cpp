@@ -24,7 +24,7 @@ PeakFilter makeFilter() {
     return filter;
 }
 
-// By how much a phase can raise the largest of its samples, with room for rounding.
+// The largest factor by which a phase can raise its samples, with a margin for rounding.
 float largestGain(const PeakFilter& filter) {
     float largest = 0;
     for (size_t p = 0; p < peakPhases; ++p) {
@@ -61,7 +61,7 @@ float truePeakAbove(std::span<const float> x, float floor, const Kernels& kernel
         return kernels.peakBlock(padded, filter);
     };
     const auto bound = [&](int64_t b) { return gain * std::max(largest[size_t(b)], largest[size_t(b) + 1]); };
-    // The loudest block first: most others then can't pass it.
+    // The loudest block first, so that most others can be skipped.
     const auto loudest = std::ranges::max_element(largest) - largest.begin() - 1;
     if (loudest >= 0) { peak = std::max(peak, compute(loudest)); }
     for (int64_t b = 0; b <= blocks; ++b) {

@@ -1,4 +1,4 @@
-// What the analysis says about each file named, as a line of JSON, with libebur128's loudness of the same samples:
+// The analysis of each file named as a line of JSON, with libebur128's loudness of the same samples:
 // bench_figures FILE...
 #include <sys/resource.h>
 

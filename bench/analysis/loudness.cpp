@@ -25,8 +25,8 @@ double childSeconds() {
     return double(usage.ru_utime.tv_sec) + 1e-6 * double(usage.ru_utime.tv_usec);
 }
 
-// User time of FFmpeg's filter on raw floats, less that of passing them through: its start and its reading aren't
-// what is compared.
+// User time of FFmpeg's filter on raw floats, less that of passing them through, so that its start and its reading
+// don't count.
 double ffmpegSeconds(const std::vector<float>& interleaved) {
     const auto file =
         std::filesystem::temp_directory_path() / ("brindlehum-bench-" + std::to_string(getpid()) + ".f32");

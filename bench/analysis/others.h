@@ -1,4 +1,4 @@
-// What others take for the same work: libebur128 and aubio as libraries, on one thread.
+// The same work by others: libebur128 and aubio as libraries, on one thread.
 #pragma once
 
 #include <aubio/aubio.h>

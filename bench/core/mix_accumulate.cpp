@@ -1,4 +1,4 @@
-// The matrix kernel against what this machine can do at most: its multiply-adds, or its traffic to memory.
+// The matrix kernel against the limits of this machine: its multiply-adds, or its traffic to memory.
 #include <benchmark/benchmark.h>
 
 #include <memory>

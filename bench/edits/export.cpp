@@ -69,8 +69,8 @@ void renderAndWrite(benchmark::State& state) {
 }
 BENCHMARK(renderAndWrite)->UseManualTime()->Iterations(10)->Unit(benchmark::kMillisecond);
 
-// Twenty files of two minutes, from the file to the sheet, by wall clock. How many are at work on average doesn't
-// depend on what else the machine does.
+// Twenty files of two minutes, from the file to the sheet, by wall clock. The average number of files at work doesn't
+// depend on the machine's other load.
 void batch(benchmark::State& state) {
     const RamFolder folder;
     const auto piece = bench::makePiece(120, rate, 2);

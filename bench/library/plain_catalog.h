@@ -1,4 +1,4 @@
-// The catalog's tables searched and written by SQLite's plain statements, as the measure of what the catalog does.
+// The catalog's tables searched and written by SQLite's plain statements, to compare the catalog with.
 #pragma once
 
 #include <sqlite3.h>

@@ -58,7 +58,7 @@ void compareWrites(const std::filesystem::path& folder, int64_t rows) {
                 before / double(rows) * 1e6, after / double(rows) * 1e6, after / before);
 }
 
-// How long a long search goes on after it was called off.
+// How long a long search continues after it was cancelled.
 void measureInterrupts(Catalog& catalog) {
     std::vector<double> milliseconds;
     for (const char* query : {"d o", "s w", "door s", "the of", "a b c", "e t"}) {
@@ -86,7 +86,7 @@ struct Timings {
     }
 };
 
-// Every query twice each way in turns, of which the faster counts, so that a neighbour's load weighs less.
+// Every query twice each way in turns; the faster run counts, so that other load on the machine weighs less.
 void compare(const char* name, Catalog& catalog, bench::PlainSearch& plain,
              const std::vector<Catalog::Filter>& filters) {
     Timings before, after, ratio;

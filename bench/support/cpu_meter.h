@@ -1,4 +1,5 @@
-// Processor time of this thread, which other load on the machine hardly spoils. All that is measured here runs on one.
+// Processor time of this thread, which other load on the machine hardly changes. Everything measured runs on one
+// thread.
 #pragma once
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// Meter: the time of short stretches of work, and the best of many, which other load on the machine spoils least.
+// Meter: the time of short stretches of work, and the best of many, which other load on the machine changes least.
 #pragma once
 
 #include <algorithm>
@@ -7,7 +7,7 @@
 
 namespace brindlehum::bench {
 
-// Runs `work` `times` times in one stretch; gives the seconds of one run.
+// Runs `work` `times` times in one stretch; returns the seconds of one run.
 template <class Work>
 double secondsOf(int times, Work work) {
     const auto start = std::chrono::steady_clock::now();

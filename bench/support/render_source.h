@@ -1,4 +1,4 @@
-// What render benchmarks play: a ring that is always full, full matrices, and speakers all round the listener.
+// Input of the render benchmarks: a ring that is always full, full matrices, and speakers all round the listener.
 #pragma once
 
 #include <random>

@@ -20,7 +20,7 @@ int64_t memoryFor(const Job& job, const TempEditOptions& options) {
         const double frames = double(info.frames) + std::max(double(info.frames), longest * info.sampleRate);
         return int64_t(std::min(frames * info.channels * sizeof(float), 1e18));
     } catch (const std::exception&) {
-        return 0;  // it will be skipped, and that is told when its turn comes
+        return 0;  // it will be skipped, and its own turn reports that
     }
 }
 
@@ -44,7 +44,7 @@ public:
                 others.emplace_back([this] { work(); });
             }
         } catch (const std::system_error&) {
-            // No more threads to be had: those that there are do it all.
+            // The system gives no more threads: those that run do all the work.
         }
         work();
     }
@@ -72,7 +72,7 @@ private:
         }
     }
 
-    // Waits until the next file may be worked on. It is announced under the lock, so that files start in their order.
+    // Waits until memory allows the next file. Reports its start under the lock, so that files start in their order.
     std::optional<Active> begin() {
         std::unique_lock lock(mutex_);
         for (;;) {
@@ -108,7 +108,7 @@ private:
 
     void tell(const Step& step) {
         if (!progress_) { return; }
-        const std::lock_guard lock(telling_);
+        const std::lock_guard lock(reporting_);
         progress_(step);
     }
 
@@ -118,13 +118,13 @@ private:
     const std::stop_token& stop_;
     const int64_t memoryBytes_;
 
-    std::mutex mutex_;  // over what follows, down to telling_
+    std::mutex mutex_;  // guards the members down to reporting_
     std::condition_variable changed_;
     size_t next_ = 0;
     std::optional<int64_t> nextBytes_;  // of the file next_, once known
     std::vector<Active> active_;
 
-    std::mutex telling_;  // one step at a time; taken after mutex_
+    std::mutex reporting_;  // one step at a time; taken after mutex_
 };
 
 }  // namespace
@@ -139,7 +139,7 @@ std::vector<Outcome> makeAll(std::span<const Job> jobs, const TempEditOptions& o
 
 std::string closingText(std::span<const Outcome> outcomes) {
     const auto countOf = [outcomes](Status status) {
-        return std::count_if(outcomes.begin(), outcomes.end(), [status](const auto& o) { return o.status == status; });
+        return std::ranges::count_if(outcomes, [status](const auto& o) { return o.status == status; });
     };
     const auto written = countOf(Status::done);
     const auto cancelled = countOf(Status::cancelled);

@@ -1,15 +1,15 @@
-// Cutdown: how many bars of the body fit, which of them, and the end of the piece alone where none do.
+// Cutdown: chooses how many bars of the body fit and which, or the end of the piece alone where none do.
 #include "cutdown.h"
 
 namespace brindlehum::TempEditPlanner {
 namespace {
 
-constexpr int mostBarsShort = 3;  // a plan may miss its length by so many bars to avoid a poor jump
+constexpr int maxBarsShort = 3;  // bars by which a plan may miss its length to avoid a poor jump
 constexpr double costPerBarShort = 0.05;
 constexpr double roundLengthBonus = 0.04;
 constexpr double goodPath = 0.2;
 constexpr double goodPathAfterIntro = 0.45;  // a composed intro is worth keeping at a higher cost
-constexpr double missingJump = 0.5;          // cost on record for a join that the table doesn't know
+constexpr double missingJump = 0.5;          // cost of a join that the table doesn't hold
 constexpr double backtimedFadeInSec = 0.01;
 
 double secondsOf(const std::vector<EditPlan::Span>& spans, double rate) {
@@ -48,10 +48,10 @@ double bodyBarSec(const PieceLines& piece) {
     return (piece.seconds(pins.endingStart) - piece.seconds(pins.introEnd)) / (pins.endingStart - pins.introEnd);
 }
 
-// The path of `most` bars or up to three fewer that is best once its length counts too.
+// The path of `most` bars or up to three fewer with the best cost, its length included.
 std::optional<PathSearch::Path> bestPath(PathSearch& search, int most, bool anyEnd) {
     std::optional<PathSearch::Path> best;
-    for (int count = most; count >= std::max(most - mostBarsShort, 0); --count) {
+    for (int count = most; count >= std::max(most - maxBarsShort, 0); --count) {
         auto path = search.find(count, anyEnd);
         if (!path) { continue; }
         path->cost += costPerBarShort * (most - count);
@@ -135,7 +135,7 @@ std::optional<EditPlan> cutdown(const LengthRequest& request, const PieceLines& 
         return backtimed(request, piece);
     }
     const double fitting = std::floor(bodySec / barSec);
-    const int most = fitting >= 0 ? int(std::min(fitting, double(PathSearch::mostEntries))) : 0;
+    const int most = fitting >= 0 ? int(std::min(fitting, double(PathSearch::maxEntries))) : 0;
     const auto path = bestPath(search, most, pins.loopFile);
     if (!path) { return pins.loopFile ? std::nullopt : backtimed(request, piece); }
     const double limit = barSec < introSec && pins.introEnd != 0 ? goodPathAfterIntro : goodPath;

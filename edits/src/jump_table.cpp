@@ -7,10 +7,10 @@
 namespace brindlehum::TempEditPlanner {
 namespace {
 
-constexpr double leastThreshold = 0.8;
+constexpr double minThreshold = 0.8;
 constexpr double quantile = 0.85;
 constexpr double seamCeiling = 0.1;
-constexpr double unknownSeam = 0.9;  // similarity taken for a loop that ends past the last bar
+constexpr double unknownSeam = 0.9;  // assumed similarity of a loop that ends past the last bar
 
 // The similarities of all pairs of bars in lo ..< hi that aren't the same or neighbours.
 std::vector<double> pairsOf(const SimilarityMatrix& sim, int lo, int hi) {
@@ -29,11 +29,11 @@ std::vector<double> pairsOf(const SimilarityMatrix& sim, int lo, int hi) {
 
 JumpTable::JumpTable(const SimilarityMatrix& similarity, const Pins& inForce) : sim(similarity), pins(inForce) {
     std::vector<double> pairs = pairsOf(sim, std::max(pins.introEnd, 0), std::min(sim.size, pins.endingStart));
-    threshold = leastThreshold;
+    threshold = minThreshold;
     if (pairs.empty()) { return; }
     const auto at = pairs.begin() + ptrdiff_t(quantile * double(pairs.size() - 1));
     std::nth_element(pairs.begin(), at, pairs.end());
-    threshold = std::max(leastThreshold, *at);
+    threshold = std::max(minThreshold, *at);
 }
 
 std::optional<double> JumpTable::cost(int from, int to) const {

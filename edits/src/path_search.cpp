@@ -12,7 +12,7 @@ constexpr double infinite = std::numeric_limits<double>::infinity();
 PathSearch::PathSearch(const JumpTable& jumps, int from, int to)
     : jumps_(jumps), first_(from), lines_(std::max(to - from + 1, 0)) {}
 
-// A bar that is played ends at the line after it, however it was reached, so steps are kept by that line.
+// Every step into a bar ends at the line after it, so steps are stored by that line.
 void PathSearch::collectSteps() {
     stepsInto_.assign(size_t(lines_), {});
     for (int line = 0; line < lines_; ++line) {
@@ -75,7 +75,7 @@ std::optional<PathSearch::Path> PathSearch::straight() const {
 std::optional<PathSearch::Path> PathSearch::find(int count, bool anyEnd) {
     if (lines_ < 1 || count < 0) { return std::nullopt; }
     if (count == 0) { return straight(); }
-    if (size_t(count) >= mostEntries / size_t(lines_)) { return std::nullopt; }
+    if (size_t(count) >= maxEntries / size_t(lines_)) { return std::nullopt; }
     grow(count);
     const int last = lines_ - 1;
     double least = at(count, last);

@@ -10,18 +10,18 @@
 
 namespace brindlehum::TempEditPlanner {
 
-// Every jump costs 0.3 on top of what JumpTable says, 0.05 less between lines of 4-bar phrases counted from the first
-// line, so that two jumps are rarely better than one. Jumps onto the bar just played are left out.
+// Every jump costs 0.3 on top of JumpTable's cost, so that two jumps are rarely better than one, and 0.05 less between
+// lines of 4-bar phrases counted from the first line. Jumps onto the bar just played are left out.
 //
-// One table of the best cost after k bars at each line serves all lengths: it grows with the longest one asked for.
+// One table of the best cost after k bars at each line serves all lengths: it grows with the longest length searched.
 // O(bars x jumps) time, O(bars x lines) memory. Not shared between threads.
 class PathSearch {
 public:
     static constexpr double jumpCost = 0.3;
     static constexpr double phraseBonus = 0.05;
     static constexpr int phraseBars = 4;
-    // Entries of the table past which a length isn't searched any more: some 400 MB, hours of playing.
-    static constexpr size_t mostEntries = size_t(1) << 25;
+    // The largest table in entries, about 400 MB; lengths beyond it, hours of playing, aren't searched.
+    static constexpr size_t maxEntries = size_t(1) << 25;
 
     // `from` and `to` are bar lines, from <= to. `jumps` is borrowed.
     PathSearch(const JumpTable& jumps, int from, int to);
@@ -31,7 +31,7 @@ public:
         std::vector<int> bars;  // in playing order
     };
     // Exactly `count` bars that start at `from` and end at `to`, or anywhere with `anyEnd`. Among paths of one cost the
-    // one that arrives without a jump, then from the lowest line, decided from the end backward.
+    // one that arrives without a jump, then the one from the lowest line, compared from the end backward.
     std::optional<Path> find(int count, bool anyEnd);
 
 private:

@@ -14,7 +14,7 @@
 
 namespace brindlehum::TempEditPlanner {
 
-// "b8": how plans name a bar to people.
+// "b8": the name of a bar in texts for the user.
 inline std::string barText(int number) {
     std::string out(1, 'b');
     out += std::to_string(number);
@@ -40,7 +40,7 @@ public:
     const double firstDownbeat;  // seconds
 
     int count() const { return int(bounds_.size()); }
-    // A line past the last one stands for the last one.
+    // A line past the last one counts as the last one.
     double seconds(int line) const { return bounds_[size_t(std::clamp(line, 0, count() - 1))]; }
     int64_t frame(int line) const { return std::clamp<int64_t>(std::llround(rate * seconds(line)), 0, totalFrames); }
     // The earlier of two that are equally near.

@@ -89,7 +89,7 @@ std::vector<EditPlan> plans(const MusicGrid& grid, const StructureResult& struct
     PathSearch search(jumps, pins.introEnd, pins.endingStart);
     for (const LengthRequest& request : requestsFor(piece, options)) {
         const auto named = [&request](const EditPlan& plan) { return plan.targetSec && plan.name == nameOf(request); };
-        if (std::any_of(out.begin(), out.end(), named)) { continue; }
+        if (std::ranges::any_of(out, named)) { continue; }
         if (auto plan = cutdown(request, piece, jumps, search)) { out.push_back(std::move(*plan)); }
     }
     return out;

@@ -29,7 +29,8 @@ int64_t sumOf(const std::vector<EditPlan::Span>& spans) {
     return frames;
 }
 
-// Lays what precedes frame `start` of the source under the end of `out`, so that only it is left where the span begins.
+// Fades the samples before frame `start` of the source in over the end of `out`, so that only they remain where the
+// span begins.
 void crossfade(std::vector<float>& out, const std::vector<float>& source, int64_t start, int64_t longest) {
     const int64_t frames = std::min({start, int64_t(out.size()), longest});
     float* tail = out.data() + int64_t(out.size()) - frames;

@@ -22,14 +22,14 @@ Planned cancelled() {
     return failed(Status::cancelled, "Cancelled");
 }
 
-Planned planOrThrow(const std::filesystem::path& url, const TempEditOptions& options, const std::stop_token& stop) {
+Planned planOrThrow(const std::filesystem::path& path, const TempEditOptions& options, const std::stop_token& stop) {
     if (stop.stop_requested()) { return cancelled(); }
-    const AudioFileInfo info = AudioFileInfo::load(url);
+    const AudioFileInfo info = AudioFileInfo::load(path);
     Planned out;
-    out.audio = Signal::readPlanar(url);
+    out.audio = Signal::readPlanar(path);
     const auto& channels = out.audio.channels;
     const double rate = out.audio.sampleRate;
-    const std::string name = url.filename();
+    const std::string name = path.filename();
     auto analysed = analyzeMusic({channels, rate, info.detected, name, std::nullopt, std::nullopt},
                                  [&stop](AnalysisStage) { return !stop.stop_requested(); });
     switch (analysed.status) {
@@ -48,7 +48,7 @@ Planned planOrThrow(const std::filesystem::path& url, const TempEditOptions& opt
     return out;
 }
 
-// Runs one part of the work; what it throws becomes the reason of the status `failure`.
+// Runs one part of the work; the text of an exception becomes the reason of the status `failure`.
 template <class Work, class Fail>
 auto guarded(Work work, Fail fail) {
     try {
@@ -60,8 +60,8 @@ auto guarded(Work work, Fail fail) {
 
 }  // namespace
 
-Planned plan(const std::filesystem::path& url, const TempEditOptions& options, const std::stop_token& stop) {
-    return guarded([&] { return planOrThrow(url, options, stop); },
+Planned plan(const std::filesystem::path& path, const TempEditOptions& options, const std::stop_token& stop) {
+    return guarded([&] { return planOrThrow(path, options, stop); },
                    [](const char* reason) { return failed(Status::unread, reason); });
 }
 

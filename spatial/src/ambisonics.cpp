@@ -43,7 +43,7 @@ std::vector<double> sh(int order, const Vec3& v) {
 }
 
 std::vector<double> maxRE(int order) {
-    // 137.9 degrees over (N + 1.51): the root that maximises the energy vector.
+    // 137.9 degrees over (N + 1.51) approximates the root that maximises the energy vector.
     const double x = std::cos(2.4068090385001804 / (order + 1.51));
     std::vector<double> weights = {1, x, (3 * x * x - 1) / 2, (5 * x * x * x - 3 * x) / 2};
     weights.resize(std::min<size_t>(weights.size(), size_t(order) + 1));

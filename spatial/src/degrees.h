@@ -1,4 +1,4 @@
-// Counting of Ambisonic components in ACN order.
+// Counts of Ambisonic components in ACN order.
 #pragma once
 
 #include <cmath>

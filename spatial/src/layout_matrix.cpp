@@ -10,16 +10,16 @@ namespace {
 
 using enum SpeakerID;
 
-// -3 dB to four digits; a fold-down lowers by it once behind the listener and once above.
+// -3 dB to four digits; a fold-down applies it once behind the listener and once above.
 constexpr double minus3dB = 0.7071;
 
 std::optional<size_t> indexOf(const SpeakerList& list, SpeakerID speaker) {
-    const auto found = std::find(list.begin(), list.end(), speaker);
+    const auto found = std::ranges::find(list, speaker);
     if (found == list.end()) { return std::nullopt; }
     return size_t(found - list.begin());
 }
 
-// A target and the rows that matter to it.
+// A target and the rows of its front speakers.
 struct Target {
     explicit Target(const SpeakerList& list)
         : speakers(list), left(indexOf(list, L)), right(indexOf(list, R)), center(indexOf(list, C)) {}

@@ -61,7 +61,7 @@ VBAP::VBAP(const std::vector<Direction>& directions) : speakers(int(directions.s
     for (const Direction& direction : directions) { points.push_back(direction.unitVector()); }
     bottom = int(points.size());
     points.push_back({0, 0, -1});
-    if (std::none_of(directions.begin(), directions.end(), [](const Direction& d) { return d.el > 30; })) {
+    if (std::ranges::none_of(directions, [](const Direction& d) { return d.el > 30; })) {
         top = int(points.size());
         points.push_back({0, 0, 1});
     }

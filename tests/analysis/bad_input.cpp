@@ -1,4 +1,4 @@
-// Every stage on input that isn't music: finite results, no hang, no crash.
+// Every stage on signals that aren't music: finite results, no hang, no crash.
 #include <gtest/gtest.h>
 
 #include <limits>
@@ -7,9 +7,10 @@
 #include "analysis/grid_builder.h"
 #include "analysis/key_analyzer.h"
 #include "analysis/loudness.h"
+#include "analysis/structure.h"
 #include "analysis/tempo_analyzer.h"
+#include "support/music.h"
 #include "support/signals.h"
-#include "synth.h"
 
 namespace brindlehum {
 namespace {
@@ -21,7 +22,7 @@ struct Bad {
 };
 
 std::vector<Bad> badSignals() {
-    const auto length = size_t(12 * test::rate);
+    const auto length = size_t(12 * test::musicRate);
     const float nan = std::numeric_limits<float>::quiet_NaN();
     const float inf = std::numeric_limits<float>::infinity();
     std::vector<Bad> out = {
@@ -49,7 +50,7 @@ void expectFinite(const std::vector<double>& values, const std::string& what) {
 
 TEST(BadInput, EveryStageStaysFinite) {
     for (const Bad& bad : badSignals()) {
-        const double seconds = double(bad.x.size()) / test::rate;
+        const double seconds = double(bad.x.size()) / test::musicRate;
         const auto tempo = TempoAnalyzer::analyze(bad.x);
         EXPECT_EQ(tempo.has_value(), bad.tempo) << bad.what;
         if (tempo) {
@@ -61,6 +62,10 @@ TEST(BadInput, EveryStageStaysFinite) {
                 expectFinite({grid.bpm, grid.downbeatConfidence, grid.grooveStart, grid.attackShift}, bad.what);
                 EXPECT_FALSE(grid.boundaries().empty()) << bad.what;
                 EXPECT_TRUE(std::ranges::is_sorted(grid.boundaries())) << bad.what;
+                if (bpm != 120.0) { continue; }
+                const auto structure = Structure::analyze(bad.x, test::musicRate, grid, SpectralFrames(bad.x), "x.wav");
+                expectFinite(structure.similarity.values, bad.what);
+                EXPECT_LT(structure.pins.musicEnd, int(grid.boundaries().size())) << bad.what;
             }
         }
         const SpectralFrames frames(bad.x);
@@ -68,7 +73,7 @@ TEST(BadInput, EveryStageStaysFinite) {
         const KeyResult key = KeyAnalyzer::analyze(frames, 120, 1);
         expectFinite({key.bands.begin(), key.bands.end()}, bad.what);
         expectFinite({key.confidence}, bad.what);
-        const auto pulse = DownbeatDetector::detect(bad.x, test::rate, 120, 4);
+        const auto pulse = DownbeatDetector::detect(bad.x, test::musicRate, 120, 4);
         expectFinite({pulse.confidence, pulse.grooveStart}, bad.what);
         for (const double rate : {500.0, 8000.0, 48000.0, 384000.0}) {
             const auto loudness = Loudness::measure({bad.x, bad.x}, rate, std::nullopt);

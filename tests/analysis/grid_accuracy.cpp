@@ -1,12 +1,11 @@
-// How near a steady grid comes to the attacks, over tempi, lengths and attacks: the limits of the comb, held as
-// numbers.
+// The distance of a steady grid from the attacks, over tempi, lengths and kinds of attack.
 #include <gtest/gtest.h>
 
 #include <random>
 
 #include "analysis/grid_builder.h"
 #include "analysis/tempo_analyzer.h"
-#include "synth.h"
+#include "support/music.h"
 
 namespace brindlehum {
 namespace {
@@ -45,7 +44,7 @@ void add(Tally& tally, const MusicGrid& grid, const std::vector<double>& truth) 
 // The comb takes a lattice that is within 1.5 envelope frames (17.4 ms) of every peak for as good as any other and
 // keeps the first. So the ends of half a minute are off by up to that; in ten minutes a step of its tempi, 0.02 %, is
 // as much again. Attacks are placed 3 ms before the steepest rise, so slow ones late.
-TEST(GridAccuracy, IsWhatTheCombAllows) {
+TEST(GridAccuracy, StaysWithinTheLimitsOfTheComb) {
     for (const Row& row : {Row{"clicks", 0, 30, 40, 0.35, -6, -2, 26}, Row{"clicks", 0, 120, 8, 0.5, -6, -2, 21},
                            Row{"10 ms", 0.01, 30, 25, 0.33, 2, 8, 30}, Row{"30 ms", 0.03, 30, 25, 0, 18, 25, 44}}) {
         std::mt19937 engine(11);
@@ -55,7 +54,7 @@ TEST(GridAccuracy, IsWhatTheCombAllows) {
         for (int i = 0; i < row.cases; ++i) {
             const double bpm = bpms(engine);
             const auto beats = test::beatTimes(starts(engine), row.length, [&](double) { return bpm; });
-            std::vector<float> x(size_t(row.length * test::rate), 0.0F);
+            std::vector<float> x(size_t(row.length * test::musicRate), 0.0F);
             for (const double t : beats) {
                 test::addTone(x, t, row.attack > 0 ? 440 : 2500, 0.5, row.attack > 0 ? 0.1 : 0.02, row.attack);
             }

@@ -1,4 +1,4 @@
-// Loudness: published compliance signals, libebur128, and plain twins of the vectorised kernels.
+// Loudness: published compliance signals, libebur128, and slow twins of the vectorised kernels.
 #include "analysis/loudness.h"
 
 #include <ebur128.h>
@@ -161,11 +161,14 @@ Planes programme(double seconds, double rate, size_t channels) {
 }
 
 TEST(Loudness, AgreesWithLibebur128) {
-    const auto surround = SourceFormat::speakers({S::L, S::R, S::C, S::LFE, S::Ls, S::Rs});
-    const std::vector<std::pair<SourceFormat, double>> cases = {{SourceFormat::stereo(), 48000},
-                                                                {SourceFormat::stereo(), 44100},
-                                                                {surround, 48000},
-                                                                {SourceFormat::stereo(), 96000}};
+    // Counts of channels for every group of kernel lanes.
+    const auto of = [](SpeakerList list) { return SourceFormat::speakers(std::move(list)); };
+    const std::vector<std::pair<SourceFormat, double>> cases = {{of({S::L}), 48000},
+                                                                {of({S::L, S::R}), 44100},
+                                                                {of({S::L, S::R}), 96000},
+                                                                {of({S::L, S::R, S::C}), 48000},
+                                                                {of({S::L, S::R, S::C, S::Ls, S::Rs}), 48000},
+                                                                {of({S::L, S::R, S::C, S::LFE, S::Ls, S::Rs}), 48000}};
     for (const auto& [format, rate] : cases) {
         const Planes x = programme(24, rate, format.asSpeakers()->size());
         const auto got = Loudness::measure(x, rate, format);
@@ -290,16 +293,6 @@ TEST(Loudness, KernelVersionsAgreeWithThePlainFilter) {
             for (int64_t i = 0; i < count; ++i) { most = std::max(most, std::abs(x[1][size_t(i)])); }
             EXPECT_EQ(kernels->largest(x[1].data(), count), most) << count;
         }
-    }
-}
-
-TEST(Loudness, OddChannelCountsGoThroughEveryGroup) {
-    for (const size_t channels : {1U, 3U, 5U, 7U, 64U}) {
-        const Planes one = programme(3, 48000, 1);
-        const auto single = Loudness::measure(one, 48000, std::nullopt);
-        const auto many = Loudness::measure(Planes(channels, one[0]), 48000, std::nullopt);
-        EXPECT_NEAR(many.integrated - single.integrated, 10 * std::log10(double(channels)), 0.01) << channels;
-        EXPECT_EQ(many.truePeak, single.truePeak);
     }
 }
 

@@ -9,8 +9,8 @@
 #include "analysis/read_planar.h"
 #include "base/error.h"
 #include "support/audio_files.h"
+#include "support/music.h"
 #include "support/signals.h"
-#include "synth.h"
 
 namespace brindlehum {
 namespace {
@@ -18,19 +18,11 @@ namespace {
 using Status = AnalysisOutcome::Status;
 using test::Planes;
 
-// Twelve bars of 4/4 at 120 BPM in A minor, stereo.
 Planes piece() {
-    std::vector<float> x = test::clickTrack(test::beatTimes(0, 24, [](double) { return 120.0; }), 4, 0, 24);
-    for (int bar = 0; bar < 12; ++bar) {
-        static constexpr int roots[] = {57, 62, 64, 57};
-        const int root = roots[bar % 4];
-        const int third = root == 64 ? 4 : 3;
-        test::addChord(x, 2 * bar, 2 * bar + 2, {root, root + third, root + 7}, 0.05);
-    }
-    return {x, x};
+    return Planes(2, test::clickPiece(24));
 }
 
-AnalysisInput inputOf(const Planes& channels, double rate = test::rate) {
+AnalysisInput inputOf(const Planes& channels, double rate = test::musicRate) {
     return {channels, rate, SourceFormat::stereo(), "piece.wav", std::nullopt, std::nullopt};
 }
 
@@ -46,7 +38,7 @@ TEST(MusicAnalysis, AssemblesAllStages) {
     for (size_t i = 0; i < stages.size(); ++i) { EXPECT_EQ(stages[i], AnalysisStage(i)); }
     const MusicAnalysis& a = *got.analysis;
     EXPECT_EQ(a.seconds, 24);
-    EXPECT_EQ(a.mono22k.size(), size_t(24 * test::rate));
+    EXPECT_EQ(a.mono22k.size(), size_t(24 * test::musicRate));
     EXPECT_NEAR(a.grid.bpm, 120, 0.2);
     EXPECT_TRUE(a.grid.steady);
     EXPECT_EQ(a.key.tonic + a.key.mode, "Aminor");
@@ -58,18 +50,18 @@ TEST(MusicAnalysis, AssemblesAllStages) {
 TEST(MusicAnalysis, CanBeCancelledBeforeEveryStage) {
     const Planes channels = piece();
     for (int last = 0; last < analysisStageCount; ++last) {
-        int told = 0;
+        int reported = 0;
         const auto got = analyzeMusic(inputOf(channels), [&](AnalysisStage stage) {
-            ++told;
+            ++reported;
             return int(stage) < last;
         });
         EXPECT_EQ(got.status, Status::cancelled) << last;
         EXPECT_FALSE(got.analysis) << last;
-        EXPECT_EQ(told, last + 1) << "a stage ran on after the cancellation";
+        EXPECT_EQ(reported, last + 1) << "a stage ran on after the cancellation";
     }
 }
 
-TEST(MusicAnalysis, NeedsMoreThanASecondAndAPulse) {
+TEST(MusicAnalysis, RefusesASecondOrLess) {
     for (const auto& [frames, rate, status] : {std::tuple{size_t{22050}, 22050.0, Status::tooShort},
                                                {22051, 22050.0, Status::done},
                                                {0, 48000.0, Status::tooShort},
@@ -82,29 +74,6 @@ TEST(MusicAnalysis, NeedsMoreThanASecondAndAPulse) {
     // At a low rate a little more than a second still has no tempo: too few envelope entries between 30 and 240 BPM.
     const Planes brief(1, std::vector<float>(1100, 0.1F));
     EXPECT_NE(analyzeMusic(inputOf(brief, 1000)).status, Status::tooShort);
-}
-
-TEST(MusicAnalysis, SurvivesOddFiles) {
-    const float nan = std::numeric_limits<float>::quiet_NaN();
-    Planes holes = piece();
-    for (size_t i = 0; i < holes[0].size(); i += 5000) { holes[i / 5000 % 2][i] = nan; }
-    for (const auto& [channels, rate] : {std::pair{holes, 22050.0},
-                                         {Planes(64, piece()[0]), 22050.0},
-                                         {piece(), 8000.0},
-                                         {piece(), 384000.0},
-                                         {Planes(2, std::vector<float>(100000, 0.0F)), 44100.0},
-                                         {Planes(1, std::vector<float>(100000, nan)), 44100.0}}) {
-        const auto got = analyzeMusic(inputOf(channels, rate));
-        const auto what = std::to_string(channels.size()) + " channels at " + std::to_string(int(rate));
-        ASSERT_EQ(got.status, Status::done) << what;
-        const MusicAnalysis& a = *got.analysis;
-        for (const float x : a.mono22k) { ASSERT_TRUE(std::isfinite(x)) << what; }
-        for (const double x : {a.grid.bpm, a.tempo.score, a.key.confidence, a.loudness.integrated}) {
-            EXPECT_TRUE(std::isfinite(x)) << what;
-        }
-        for (const double x : a.structure.similarity.values) { ASSERT_TRUE(std::isfinite(x)) << what; }
-        EXPECT_LT(a.structure.pins.musicEnd, int(a.grid.boundaries().size())) << what;
-    }
 }
 
 // Silence but for a click every hour: no pulse, and more bars than any song has.

@@ -6,8 +6,8 @@
 #include <complex>
 
 #include "analysis/key_analyzer.h"
+#include "support/music.h"
 #include "support/signals.h"
-#include "synth.h"
 
 namespace brindlehum {
 namespace {
@@ -22,7 +22,7 @@ TEST(SpectralFrames, CountsWholeFramesBeforeTheEnd) {
     }
 }
 
-TEST(SpectralFrames, FoldsThePlainTransform) {
+TEST(SpectralFrames, EqualsThePlainTransformFolded) {
     const auto x = test::noise(4097, 11);
     const SpectralFrames made(x);
     const auto window = Signal::hanning(4096);
@@ -45,7 +45,7 @@ TEST(SpectralFrames, FoldsThePlainTransform) {
     EXPECT_EQ(made.rms[0], Signal::rms(x, 0, 4096));
 }
 
-TEST(SpectralFrames, AveragesTheFramesWhoseCentreLiesInside) {
+TEST(SpectralFrames, AveragesFramesCentredInTheSpan) {
     const std::vector<float> ramp = {0, 1, 2, 3, 4, 5};
     const double second = SpectralFrames::centre(1);
     EXPECT_EQ(SpectralFrames::average(ramp, second, SpectralFrames::centre(4)), 2) << "the end is left out";
@@ -61,7 +61,7 @@ TEST(KeyAnalyzer, NamesTheKeyOfACadence) {
     for (int tonic = 0; tonic < 12; ++tonic) {
         for (const bool minor : {false, true}) {
             const int third = minor ? 3 : 4;
-            std::vector<float> x(size_t(test::rate * 5), 0.0F);
+            std::vector<float> x(size_t(test::musicRate * 5), 0.0F);
             const int base = 48 + tonic;
             const std::vector<std::vector<int>> chords = {{base, base + third, base + 7, base + 12},
                                                           {base + 5, base + 5 + third, base + 12},
@@ -108,31 +108,29 @@ TEST(KeyAnalyzer, DescribesBalanceAndMood) {
     const SpectralFrames::Chroma minor = {6.33F, 2.68F, 3.52F, 5.38F, 2.60F, 3.53F,
                                           2.54F, 4.75F, 3.98F, 2.69F, 3.34F, 3.17F};
     struct Case {
-        const char* what;
         SpectralFrames::Chroma chroma;
         SpectralFrames::Bands bands;
         double bpm, sure;
-        Words spectral, mood;
+        const char *spectral, *mood;
     };
-    const std::vector<Case> cases = {
-        {"heavy minor",
-         minor,
-         {15, 40, 10, 20, 9, 3, 3},
-         75,
-         0.3,
-         {"bass-heavy", "sub-rich", "dark"},
-         {"contemplative", "brooding", "foreboding"}},
-        {"bright major", major, {0, 10, 5, 20, 25, 20, 20}, 130, 0.3, {"bright", "thin"}, {"energetic", "bright"}},
-        {"between the two limits of bright", major, {0, 20, 12, 20, 20, 14, 14}, 100, 0.3, {}, {"uplifting", "bright"}},
-        {"middle", major, {0, 20, 10, 40, 20, 5, 5}, 99.9, 0.3, {"mid-forward"}, {"warm"}},
-        {"no word at a doubtful tempo", minor, {0, 20, 10, 40, 20, 5, 5}, 140, 0.2, {"mid-forward"}, {}},
-        {"slow minor", minor, {0, 20, 20, 30, 10, 10, 10}, 74.9, 0.21, {}, {"somber"}},
-        {"no tempo", minor, {0, 20, 20, 30, 10, 10, 10}, 0, 0.9, {}, {}},
+    const auto joined = [](const Words& words) {
+        std::string out;
+        for (const auto& word : words) { out += (out.empty() ? "" : " ") + word; }
+        return out;
+    };
+    const Case cases[] = {
+        {minor, {15, 40, 10, 20, 9, 3, 3}, 75, 0.3, "bass-heavy sub-rich dark", "contemplative brooding foreboding"},
+        {major, {0, 10, 5, 20, 25, 20, 20}, 130, 0.3, "bright thin", "energetic bright"},
+        {major, {0, 20, 12, 20, 20, 14, 14}, 100, 0.3, "", "uplifting bright"},  // between the limits of bright
+        {major, {0, 20, 10, 40, 20, 5, 5}, 99.9, 0.3, "mid-forward", "warm"},
+        {minor, {0, 20, 10, 40, 20, 5, 5}, 140, 0.2, "mid-forward", ""},  // no word at a doubtful tempo
+        {minor, {0, 20, 20, 30, 10, 10, 10}, 74.9, 0.21, "", "somber"},
+        {minor, {0, 20, 20, 30, 10, 10, 10}, 0, 0.9, "", ""},
     };
     for (const Case& c : cases) {
         const KeyResult key = KeyAnalyzer::analyze(framesOf(c.chroma, c.bands), c.bpm, c.sure);
-        EXPECT_EQ(key.spectralTags, c.spectral) << c.what;
-        EXPECT_EQ(key.moodTags, c.mood) << c.what;
+        EXPECT_EQ(joined(key.spectralTags), c.spectral) << c.bpm;
+        EXPECT_EQ(joined(key.moodTags), c.mood) << c.bpm;
     }
 }
 

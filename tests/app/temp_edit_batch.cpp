@@ -3,9 +3,9 @@
 
 #include <fstream>
 
-#include "analysis/synth.h"
 #include "app/app_model.h"
 #include "support/audio_files.h"
+#include "support/music.h"
 #include "support/platform/manual_audio.h"
 #include "support/platform/manual_main_loop.h"
 #include "support/platform/scripted_session.h"
@@ -37,7 +37,7 @@ protected:
     // Clicks at 120 BPM.
     fs::path song(const std::string& name, double seconds = 20) {
         const auto clicks = test::clickTrack(test::beatTimes(0, seconds, [](double) { return 120.0; }), 4, 0, seconds);
-        test::writeAudio(folder_ / name, {clicks}, {.rate = int(test::rate)});
+        test::writeAudio(folder_ / name, {clicks}, {.rate = int(test::musicRate)});
         return folder_ / name;
     }
     void settle() {

@@ -1,4 +1,4 @@
-// Damaged, absurd and vanishing files: a clear error or an honest rest, never a crash or a hang.
+// Damaged, absurd and vanishing files: a clear error or the part that can be read, never a crash or a hang.
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
@@ -6,15 +6,16 @@
 #include <cmath>
 
 #include "audio/probe/audio_file_info.h"
-#include "base/error.h"
+#include "caf_bytes.h"
 #include "reading.h"
+#include "support/refusal.h"
 
 namespace brindlehum {
 namespace {
 
 using namespace test;
 
-// A PCM WAV header with whatever is asked for, and the bytes of sound behind it.
+// A PCM WAV header with any numbers, and the sample bytes behind it.
 std::string wav(uint32_t channels, uint32_t rate, uint32_t bits, uint32_t dataSize, const std::string& sound) {
     const uint32_t frame = channels * bits / 8;
     return "RIFF" + le32(36 + dataSize) + "WAVEfmt " + le32(16) + le16(1) + le16(channels) + le32(rate) +
@@ -22,11 +23,7 @@ std::string wav(uint32_t channels, uint32_t rate, uint32_t bits, uint32_t dataSi
 }
 
 std::string cafWithRate(double rate) {
-    const auto bits = std::bit_cast<uint64_t>(rate);
-    std::string bytes("caff\0\1\0\0desc\0\0\0\0\0\0\0\x20", 20);
-    for (int i = 7; i >= 0; --i) { bytes += char(bits >> (8 * i) & 0xFF); }
-    bytes += std::string("lpcm\0\0\0\0\0\0\0\4\0\0\0\1\0\0\0\2\0\0\0\x10", 24);
-    return bytes + std::string("data\0\0\0\0\0\0\0\x0C\0\0\0\0\1\2\3\4\5\6\7\x8", 24);
+    return cafFile(2, cafChunk("data", be32(0) + "12345678"), std::bit_cast<uint64_t>(rate));
 }
 
 TEST(BadFiles, AreRefusedWithOneLineThatNamesThem) {
@@ -47,25 +44,20 @@ TEST(BadFiles, AreRefusedWithOneLineThatNamesThem) {
         {"no-rate.wav", wav(2, 0, 16, 64, std::string(64, 'x'))},
         {"nan.caf", cafWithRate(std::nan(""))},
         {"minus.caf", cafWithRate(-48000)},
-        {"channels.caf", cafWithRate(48000).replace(44, 4, "\x7F\xFF\xFF\xFF")},
+        {"channels.caf", cafFile(0x7FFFFFFF, cafChunk("data", be32(0) + "12345678"))},
         {"head.m4a", std::string("\0\0\0\x18", 4) + "ftypM4A " + std::string(12, '\0')},
         {"line\nbreak.wav", text},
     };
     for (const auto& [name, bytes] : files) {
         writeBytes(folder / name, bytes);
-        try {
-            AudioFile::open(folder / name);
-            ADD_FAILURE() << name << " was opened";
-        } catch (const Error& error) {
-            const std::string line = error.what();
-            EXPECT_TRUE(line.starts_with(std::string(name).substr(0, 4))) << line;
-            EXPECT_EQ(line.find('\n'), std::string::npos) << line;
-            EXPECT_EQ(line.find(folder.path().string()), std::string::npos) << line;
-        }
+        const std::string line = refusalOf([&] { AudioFile::open(folder / name); }).text;
+        EXPECT_TRUE(line.starts_with(std::string(name).substr(0, 4))) << name << ": " << line;
+        EXPECT_EQ(line.find('\n'), std::string::npos) << line;
+        EXPECT_EQ(line.find(folder.path().string()), std::string::npos) << line;
     }
 }
 
-TEST(BadFiles, WhatIsNoRegularFileIsRefusedAtOnce) {
+TEST(BadFiles, PathsThatAreNoRegularFileAreRefused) {
     const TempFolder folder;
     std::filesystem::create_directory(folder / "x.wav");
     ASSERT_EQ(mkfifo((folder / "pipe.wav").c_str(), 0600), 0);
@@ -79,10 +71,7 @@ TEST(BadFiles, WhatIsNoRegularFileIsRefusedAtOnce) {
         {"missing.wav", "missing.wav can't be opened: No such file or directory"},
     };
     for (const auto& [name, line] : refused) {
-        try {
-            AudioFileInfo::load(folder / name);
-            ADD_FAILURE() << name << " was opened";
-        } catch (const Error& error) { EXPECT_STREQ(error.what(), line); }
+        EXPECT_EQ(refusalOf([&] { AudioFileInfo::load(folder / name); }).text, line);
     }
 }
 
@@ -98,27 +87,7 @@ TEST(BadFiles, ClaimsBeyondTheFileAreCutToWhatIsThere) {
     EXPECT_EQ(AudioFile::open(folder / "none.wav")->facts().frames, 0);
 }
 
-// Every format, cut at many places: opening fails or reading ends, and what is read is where it belongs.
-TEST(BadFiles, TruncatedFilesGiveTheirRestOrAnError) {
-    const TempFolder folder;
-    writeAudio(folder / "s.wav", noisePlanes(2, 20000), {FileKind::wav, 44100, 16, 0});
-    for (const char* name : {"t.wav", "t.mp3", "t.m4a", "t.aac", "t.flac", "t.caf", "t.aiff", "t.w64", "t.mov"}) {
-        run("ffmpeg -y -i " + (folder / "s.wav").string() + " " + (folder / name).string());
-        const std::string whole = readBytes(folder / name);
-        for (const double part : {0.001, 0.003, 0.01, 0.05, 0.3, 0.5, 0.9, 0.999}) {
-            const std::string cut = "cut" + std::filesystem::path(name).extension().string();
-            writeBytes(folder / cut, whole.substr(0, size_t(double(whole.size()) * part)));
-            try {
-                const auto file = AudioFile::open(folder / cut);
-                const Planes planes = readAll(*file, 1000);
-                EXPECT_LE(int64_t(planes[0].size()), file->facts().frames) << name << " " << part;
-                readFrom(*file, file->facts().frames / 2, 100, 100);
-            } catch (const Error& error) { EXPECT_LT(part, 0.95) << name << ": " << error.what(); }
-        }
-    }
-}
-
-TEST(BadFiles, AFileThatShrinksOrVanishesWhileOpenEndsEarly) {
+TEST(BadFiles, FileThatShrinksOrVanishesWhileOpenEndsEarly) {
     const TempFolder folder;
     writeAudio(folder / "s.wav", noisePlanes(2, 200000), {FileKind::wav, 48000, 16, 0});
     for (const char* name : {"t.wav", "t.flac", "t.mp3", "t.m4a"}) {
@@ -133,7 +102,7 @@ TEST(BadFiles, AFileThatShrinksOrVanishesWhileOpenEndsEarly) {
     }
 }
 
-TEST(Probe, TellsContentFromName) {
+TEST(Probe, GoesByContentNotByName) {
     const TempFolder folder;
     writeAudio(folder / "s.wav", noisePlanes(2, 4800), {FileKind::wav, 48000, 16, 0});
     std::filesystem::copy(folder / "s.wav", folder / "wave.mp3");

@@ -1,7 +1,10 @@
-// Channel layouts as FFmpeg and hand-made headers put them into containers, read back as facts.
+// Channel layouts that FFmpeg and hand-made headers write, read back from the container.
 #include <gtest/gtest.h>
 
+#include <complex>
+
 #include "audio/probe/audio_file_info.h"
+#include "caf_bytes.h"
 #include "reading.h"
 
 namespace brindlehum {
@@ -9,18 +12,12 @@ namespace {
 
 using namespace test;
 
-std::string be16(uint32_t v) {
-    return {char(v >> 8), char(v)};
-}
-std::string be32(uint32_t v) {
-    return be16(v >> 16) + be16(v);
-}
 std::string detected(const std::filesystem::path& path) {
     return AudioFileInfo::load(path).detected.displayName();
 }
 
-// The tone of each channel tells which speaker it was written for: channel c of FFmpeg's native order has
-// 300 + 100 c Hz. So a layout whose order doesn't fit the samples is seen, not only a wrong set of speakers.
+// Channel c of FFmpeg's native order gets a tone of 300 + 100 c Hz, so that a layout in another order than its samples
+// shows, and not only a wrong set of speakers.
 std::string toneExpression(int channels) {
     std::string out;
     for (int c = 0; c < channels; ++c) {
@@ -30,22 +27,17 @@ std::string toneExpression(int channels) {
     return out;
 }
 
-double toneLevel(const std::vector<float>& x, double hz, double rate) {
-    double re = 0;
-    double im = 0;
-    for (size_t i = 0; i < x.size(); ++i) {
-        re += double(x[i]) * std::cos(6.283185307 * hz * double(i) / rate);
-        im += double(x[i]) * std::sin(6.283185307 * hz * double(i) / rate);
-    }
-    return std::hypot(re, im);
-}
-
+// The tone that a channel holds.
 int loudestTone(const std::vector<float>& x, int tones, double rate) {
-    int best = 0;
-    for (int t = 1; t < tones; ++t) {
-        if (toneLevel(x, 300 + 100 * t, rate) > toneLevel(x, 300 + 100 * best, rate)) { best = t; }
+    std::vector<double> levels;
+    for (int t = 0; t < tones; ++t) {
+        std::complex<double> sum;
+        for (size_t i = 0; i < x.size(); ++i) {
+            sum += double(x[i]) * std::polar(1.0, 6.283185307 * (300 + 100 * t) * double(i) / rate);
+        }
+        levels.push_back(std::abs(sum));
     }
-    return best;
+    return int(std::ranges::max_element(levels) - levels.begin());
 }
 
 TEST(ContainerLayouts, NameTheSpeakerThatEachChannelWasWrittenFor) {
@@ -87,7 +79,7 @@ std::string extensible(uint32_t channels, uint32_t mask, const std::string& guid
     return "RIFF" + le32(uint32_t(body.size())) + body;
 }
 
-TEST(ContainerLayouts, ExtensibleWaveFilesStateMaskOrBFormat) {
+TEST(ContainerLayouts, AreReadFromExtensibleWaveFiles) {
     const std::string pcm("\1\0\0\0\0\0\x10\0\x80\0\0\xAA\0\x38\x9B\x71", 16);
     const std::string ambisonic("\1\0\0\0\x21\x07\xD3\x11\x86\x44\xC8\xC1\xCA\0\0\0", 16);
     const TempFolder folder;
@@ -108,16 +100,10 @@ TEST(ContainerLayouts, ExtensibleWaveFilesStateMaskOrBFormat) {
     EXPECT_EQ(layoutOf(readBytes(path)), (ChannelLayout{ChannelLabels::useBitmap, 0x2D63F, {}}));
 }
 
-TEST(ContainerLayouts, ChanChunksGiveTagsBitmapsAndDescriptions) {
+TEST(ContainerLayouts, AreReadFromChanChunks) {
+    // Puts the layout behind the sound, as some writers do.
     const auto caf = [](uint32_t channels, const std::string& chan) {
-        const auto chunk = [](const std::string& id, const std::string& body) {
-            return id + be32(0) + be32(uint32_t(body.size())) + body;
-        };
-        const std::string rate("\x40\xE7\x70\0\0\0\0\0", 8);
-        const std::string desc = rate + "lpcm" + be32(0) + be32(channels * 2) + be32(1) + be32(channels) + be32(16);
-        // The layout stands behind the sound here, as some writers put it.
-        return std::string("caff\0\1\0\0", 8) + chunk("desc", desc) +
-               chunk("data", be32(0) + std::string(channels * 8, '\0')) + chunk("chan", chan);
+        return cafFile(channels, cafData(channels) + cafChunk("chan", chan));
     };
     const auto description = [](uint32_t label) { return be32(label) + std::string(16, '\0'); };
     struct Case {

@@ -11,7 +11,7 @@ namespace {
 
 using namespace test;
 
-TEST(ProbeCorpus, SeedsAreReadAndDamagedOnesDoNoHarm) {
+TEST(ProbeCorpus, SeedsAreReadAndDamagedOnesAreHarmless) {
     const TempFolder folder;
     int seeds = 0;
     for (const auto& entry : std::filesystem::directory_iterator(BRINDLEHUM_CORPUS "/probe")) {

@@ -1,4 +1,4 @@
-// The BWF description: found, cut, trimmed and repaired as the field is defined, and never looked for too far.
+// The BWF description: found, cut, trimmed and repaired as the field is defined, among the first chunks only.
 #include "audio/probe/riff_reader.h"
 
 #include <gtest/gtest.h>
@@ -26,7 +26,7 @@ std::string junk(int count) {
     return out;
 }
 
-TEST(BextDescription, IsReadByTheRules) {
+TEST(BextDescription, IsReadAsTheFieldIsDefined) {
     using Text = std::optional<std::string>;
     struct Case {
         const char* what;

@@ -18,7 +18,7 @@ SpeakerList everySpeaker() {
     return out;
 }
 
-// ITU-R BS.2051 gives ranges for these positions; ours must lie inside.
+// ITU-R BS.2051 gives a range for each of these positions.
 TEST(Speakers, PositionsLieWithinTheBroadcastStandard) {
     struct Range {
         SpeakerID speaker;
@@ -36,7 +36,7 @@ TEST(Speakers, PositionsLieWithinTheBroadcastStandard) {
     EXPECT_EQ(direction(LFE, {}), direction(C, {}));
 }
 
-TEST(Speakers, SurroundsMoveToTheSideAsSoonAsOneRearSpeakerIsThere) {
+TEST(Speakers, SurroundsStandAtTheSideWhereRearSpeakersExist) {
     for (const SpeakerList& list : {SpeakerList{Lrs}, SpeakerList{Rrs}, speakers(LayoutID::l71)}) {
         EXPECT_EQ(direction(Ls, list), (Direction{90, 0}));
         EXPECT_EQ(direction(Rs, list), (Direction{-90, 0}));
@@ -48,7 +48,7 @@ TEST(Speakers, SurroundsMoveToTheSideAsSoonAsOneRearSpeakerIsThere) {
     EXPECT_EQ(label(Rs, speakers(LayoutID::l51)), "Rs");
 }
 
-TEST(Speakers, RawValuesLeadBackAndUnknownOnesToNothing) {
+TEST(Speakers, RawValuesReadBackAndUnknownOnesDoNot) {
     std::set<std::string_view> names;
     for (const SpeakerID s : everySpeaker()) {
         EXPECT_EQ(speakerFromRaw(rawValue(s)), s);
@@ -66,7 +66,7 @@ TEST(Speakers, RawValuesLeadBackAndUnknownOnesToNothing) {
     }
 }
 
-TEST(Speakers, ALayoutHasTheSpeakersThatItsNameCounts) {
+TEST(Speakers, LayoutsHoldTheSpeakersThatTheirNamesCount) {
     const std::pair<LayoutID, std::array<size_t, 3>> counts[] = {
         // ear level, LFE, top
         {LayoutID::stereo, {2, 0, 0}}, {LayoutID::l51, {5, 1, 0}},  {LayoutID::l71, {7, 1, 0}},
@@ -78,7 +78,7 @@ TEST(Speakers, ALayoutHasTheSpeakersThatItsNameCounts) {
         EXPECT_EQ(found, expected) << displayName(layout);
         const SpeakerList* film = filmOrder(layout);
         if (!film) { continue; }
-        EXPECT_TRUE(std::is_permutation(film->begin(), film->end(), speakers(layout).begin(), speakers(layout).end()));
+        EXPECT_TRUE(std::ranges::is_permutation(*film, speakers(layout)));
         EXPECT_EQ(film->at(1), C);
     }
 }
@@ -96,7 +96,7 @@ TEST(Directions, AnglesAreGreatCircles) {
     EXPECT_GT((Direction{90, 0}.unitVector()[1]), 0.99) << "left is positive y";
 }
 
-TEST(SourceFormats, OffersByChannelCount) {
+TEST(SourceFormats, AreOfferedByChannelCount) {
     const std::pair<int, std::vector<std::string>> offers[] = {
         {-1, {}},
         {0, {}},

@@ -6,15 +6,14 @@
 #include <cmath>
 #include <random>
 
-#include "base/error.h"
+#include "audio/stream/memory_source.h"
 #include "support/audio_files.h"
+#include "support/refusal.h"
 #include "support/signals.h"
 #include "support/stream_sources.h"
 
 namespace brindlehum::test {
 namespace {
-
-constexpr int64_t far = int64_t(1) << 60;
 
 struct Plan {
     int64_t promised, actual, start, end;
@@ -76,15 +75,12 @@ void expectFrames(const Plan& plan, int channels, size_t most) {
 
 TEST(StreamReader, DeliversTheFramesOfItsRange) {
     for (const Plan& plan : {
-             Plan{10000, 10000, 0, 10000},
              Plan{10000, 10000, 0, far},
              Plan{10000, 10000, -50, 4096},
              Plan{10000, 10000, 9999, far},
              Plan{10000, 10000, 10000, far},
-             Plan{10000, 10000, far, far},
              Plan{10000, 10000, 500, 400},
              Plan{10000, 10000, 0, -1},
-             Plan{10000, 10000, 0, 0},
              Plan{0, 0, 0, far},
              Plan{10000, 4100, 0, far},                        // breaks off
              Plan{10000, 0, 0, far},                           // nothing behind the promise
@@ -95,9 +91,7 @@ TEST(StreamReader, DeliversTheFramesOfItsRange) {
              Plan{10000, 10000, 0, far, true, 7, 8},
              Plan{10000, 10000, 0, far, true, -5, far},
              Plan{10000, 10000, 9990, 9995, true, 5000, 5000},
-             Plan{10000, 10000, 9990, far, true, 6000, 5000},
              Plan{10000, 10000, 0, 50, true, 20000, 30000},
-             Plan{10000, 10000, 0, 50, true, -9, -2},
              Plan{10000, 7000, 0, far, true, 5000, 9000},  // the loop's end is missing
              Plan{10000, 4000, 0, far, true, 5000, 9000},  // the whole loop is missing
          }) {
@@ -117,12 +111,8 @@ TEST(StreamReader, DeliversTheFramesOfItsRange) {
 }
 
 TEST(StreamReader, ConvertsFromMoreThanHalfAHertzApart) {
-    struct Case {
-        double outputRate;
-        bool converts;
-    };
-    for (const auto& [rate, converts] : {Case{44100, false}, Case{44100.3, false}, Case{44100.5, false},
-                                         Case{44099.5, false}, Case{44100.6, true}, Case{44099.4, true}}) {
+    for (const auto& [rate, converts] :
+         {std::pair{44100.5, false}, {44099.5, false}, {44100.6, true}, {44099.4, true}}) {
         CountingSource::Log log;
         StreamReader reader(std::make_unique<CountingSource>(1, 44100, 9000, 9000, log), rate, 0, far, false, 0, 0);
         EXPECT_EQ(hear(reader, 100).positions.at(50) != 50.0, converts) << rate;
@@ -134,24 +124,25 @@ struct Rates {
 };
 constexpr Rates rates[] = {{44100, 48000}, {48000, 44100}, {96000, 48000}, {48000, 192000}, {22050, 96000}};
 
+// Without the first and the last `margin` frames.
+std::vector<float> inner(const std::vector<float>& x, size_t margin) {
+    return {x.begin() + ptrdiff_t(margin), x.end() - ptrdiff_t(margin)};
+}
+
 TEST(StreamReader, ConvertedSineIsTheSineAtTheOtherRate) {
     for (const auto& [in, out] : rates) {
         const size_t frames = size_t(in * 0.6);
         const double hz = 997;
-        StreamReader reader(
-            std::make_unique<MemorySource>(Planes{sine(frames, hz, in, 0.5), sine(frames, hz, in, 0.25, 1.0)}, in), out,
-            0, far, false, 0, 0);
-        Heard heard = hear(reader, 1 << 20);
+        const auto planes = [&](size_t count, double rate) {
+            return Planes{sine(count, hz, rate, 0.5), sine(count, hz, rate, 0.25, 1.0)};
+        };
+        StreamReader reader(std::make_unique<MemorySource>(planes(frames, in), in), out, 0, far, false, 0, 0);
+        const Heard heard = hear(reader, 1 << 20);
         ASSERT_NEAR(double(heard.positions.size()), double(frames) * out / in, 1.0) << in << " to " << out;
-        // The ends ring: the signal starts and stops there.
-        const size_t margin = size_t(out * 0.05);
-        const std::vector<float> wanted[] = {sine(heard.positions.size(), hz, out, 0.5),
-                                             sine(heard.positions.size(), hz, out, 0.25, 1.0)};
+        const Planes wanted = planes(heard.positions.size(), out);
+        const auto margin = size_t(out * 0.05);  // the ends ring: the signal starts and stops there
         for (size_t c = 0; c < 2; ++c) {
-            const auto inner = [&](const std::vector<float>& x) {
-                return std::vector<float>(x.begin() + ptrdiff_t(margin), x.end() - ptrdiff_t(margin));
-            };
-            EXPECT_LT(errorDb(inner(heard.channels[c]), inner(wanted[c])), -110) << in << " to " << out;
+            EXPECT_LT(errorDb(inner(heard.channels[c], margin), inner(wanted[c], margin)), -110) << in << " to " << out;
         }
         for (size_t i = 0; i < heard.positions.size(); ++i) {
             ASSERT_NEAR(heard.positions[i], std::min(double(i) * in / out, double(frames)), 1e-6) << i;
@@ -159,7 +150,7 @@ TEST(StreamReader, ConvertedSineIsTheSineAtTheOtherRate) {
     }
 }
 
-TEST(StreamReader, ConvertedLoopRunsOnWithoutAClick) {
+TEST(StreamReader, ConvertedLoopHasNoClickAtItsSeam) {
     for (const auto& [in, out] : rates) {
         const int64_t start = 1000;
         const int64_t loopFrames = std::llround(in / 5);  // twenty periods of 100 Hz
@@ -180,11 +171,8 @@ TEST(StreamReader, ConvertedLoopRunsOnWithoutAClick) {
                 ASSERT_LT(std::min(off, std::abs(off - double(loopFrames))), 1e-4) << i;
                 ASSERT_LT(heard.positions[i], double(end));
             }
-            const auto margin = ptrdiff_t(out * 0.05);
-            EXPECT_LT(errorDb({heard.channels[0].begin() + margin, heard.channels[0].end()},
-                              {wanted.begin() + margin, wanted.end()}),
-                      -90)
-                << in << " to " << out << " from " << from;
+            const auto margin = size_t(out * 0.05);
+            EXPECT_LT(errorDb(inner(heard.channels[0], margin), inner(wanted, margin)), -90) << in << " to " << out;
         }
     }
 }
@@ -200,27 +188,27 @@ TEST(StreamReader, ConvertedStreamEndsWithItsSource) {
     }
 }
 
-TEST(StreamReader, RefusesWhatItCannotPlay) {
+TEST(StreamReader, RefusesSourcesAndRatesThatItCannotPlay) {
     struct Case {
         int channels;
         double rate, outputRate;
-        int code;
+        ErrorKind kind;
         const char* text;
     };
+    const char* noConverter = "Can't resample this file";
     for (const Case& c :
-         {Case{0, 48000, 48000, 1, "Unsupported channel count (0)"},
-          Case{65, 48000, 44100, 1, "Unsupported channel count (65)"}, Case{1, 48000, 1e12, 2, ""},
-          Case{1, 48000, std::nan(""), 4, "Can't resample this file"}, Case{2, 0, 48000, 4, "Can't resample this file"},
-          Case{2, 48000, 0, 4, "Can't resample this file"}}) {
+         {Case{0, 48000, 48000, ErrorKind::channelCount, "Unsupported channel count (0)"},
+          Case{65, 48000, 44100, ErrorKind::channelCount, "Unsupported channel count (65)"},
+          Case{1, 48000, 1e12, ErrorKind::ring, ""}, Case{1, 48000, std::nan(""), ErrorKind::resampling, noConverter},
+          Case{2, 0, 48000, ErrorKind::resampling, noConverter},
+          Case{2, 48000, 0, ErrorKind::resampling, noConverter}}) {
         CountingSource::Log log;
-        try {
-            StreamReader reader(std::make_unique<CountingSource>(c.channels, c.rate, 9, 9, log), c.outputRate, 0, far,
-                                false, 0, 0);
-            ADD_FAILURE() << c.channels << ' ' << c.outputRate;
-        } catch (const Error& error) {
-            EXPECT_EQ(error.code(), c.code);
-            EXPECT_STREQ(error.what(), c.text);
-        }
+        const Refusal refusal = refusalOf([&] {
+            StreamReader(std::make_unique<CountingSource>(c.channels, c.rate, 9, 9, log), c.outputRate, 0, far, false,
+                         0, 0);
+        });
+        EXPECT_EQ(refusal.kind, c.kind) << c.channels << ' ' << c.outputRate;
+        EXPECT_EQ(refusal.text, c.text);
         EXPECT_TRUE(log.gone) << "a refused source is let go";
     }
     CountingSource::Log log;

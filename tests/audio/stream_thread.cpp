@@ -1,4 +1,4 @@
-// StreamReader's thread: it fills ahead, stops when told, and lets go of everything.
+// StreamReader's thread: it fills ahead, stops when cancelled, and releases everything.
 #include <gtest/gtest.h>
 
 #include "audio/stream/stream_reader.h"
@@ -7,14 +7,12 @@
 namespace brindlehum::test {
 namespace {
 
-constexpr int64_t far = int64_t(1) << 60;
-
 std::shared_ptr<StreamReader> makeReader(CountingSource::Log& log, int64_t frames, bool loop, double outputRate) {
     return std::make_shared<StreamReader>(std::make_unique<CountingSource>(2, 48000, frames, frames, log), outputRate,
                                           0, far, loop, 0, frames);
 }
 
-TEST(StreamThread, ALongStreamArrivesWholeWhileItIsPlayed) {
+TEST(StreamThread, LongStreamArrivesWholeWhileItPlays) {
     for (const double outputRate : {48000.0, 44100.0}) {
         CountingSource::Log log;
         constexpr int64_t frames = 400000;
@@ -67,7 +65,7 @@ TEST(StreamThread, CancelEndsAnEndlessStream) {
     }
 }
 
-TEST(StreamThread, CancelledBeforeItStartsItReadsNothing) {
+TEST(StreamThread, ReadsNothingWhenCancelledBeforeItStarts) {
     CountingSource::Log log;
     auto reader = makeReader(log, 5000, true, 48000);
     reader->cancel();
@@ -77,7 +75,7 @@ TEST(StreamThread, CancelledBeforeItStartsItReadsNothing) {
     EXPECT_EQ(log.reads, 0);
 }
 
-TEST(StreamThread, StartsBehindWhatWasFilledBeforeAndGoesAtTheEnd) {
+TEST(StreamThread, ContinuesAfterThePrefillAndEndsWithTheStream) {
     CountingSource::Log log;
     auto reader = makeReader(log, 30000, false, 48000);
     ASSERT_TRUE(reader->fillOnce());
@@ -86,8 +84,8 @@ TEST(StreamThread, StartsBehindWhatWasFilledBeforeAndGoesAtTheEnd) {
     ASSERT_TRUE(waitUntil([&] { return mn_ring_eof(reader->ring()) != 0; }));
     Heard heard;
     heard.take(reader->ring());
+    ASSERT_EQ(heard.positions.size(), 30000U);
     for (size_t i = 0; i < heard.positions.size(); ++i) { ASSERT_EQ(heard.positions[i], double(i)); }
-    EXPECT_EQ(heard.positions.size(), 30000U);
     const std::weak_ptr<StreamReader> watch = reader;
     reader.reset();
     EXPECT_TRUE(waitUntil([&] { return watch.expired(); })) << "the thread holds on after the end";

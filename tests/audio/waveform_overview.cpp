@@ -5,10 +5,9 @@
 
 #include <cmath>
 #include <deque>
-#include <limits>
 #include <random>
-#include <thread>
 
+#include "audio/stream/memory_source.h"
 #include "base/error.h"
 #include "support/audio_files.h"
 #include "support/signals.h"
@@ -23,10 +22,8 @@ void expectOverview(const Planes& whole, const WaveformData& data) {
     ASSERT_EQ(data.channels, std::min<int>(int(whole.size()), 16));
     ASSERT_EQ(data.bucketFrames, bucketFrames);
     ASSERT_EQ(data.bucketCount, int(std::ceil(double(length) / double(bucketFrames))));
-    ASSERT_EQ(data.mins.size(), size_t(data.channels));
-    ASSERT_EQ(data.maxs.size(), size_t(data.channels));
     ASSERT_TRUE(data.isComplete());
-    for (size_t lane = 0; lane < data.mins.size(); ++lane) {
+    for (size_t lane = 0; lane < size_t(data.channels); ++lane) {
         ASSERT_EQ(data.mins[lane].size(), size_t(data.bucketCount));
         ASSERT_EQ(data.maxs[lane].size(), size_t(data.bucketCount));
         for (size_t bucket = 0; bucket < data.mins[lane].size(); ++bucket) {
@@ -45,7 +42,7 @@ void expectOverview(const Planes& whole, const WaveformData& data) {
     }
 }
 
-TEST(Waveform, EqualsASlowTwinAtEveryLength) {
+TEST(Waveform, EqualsTheSlowTwinAtEveryLength) {
     const uint32_t seed = std::random_device()();
     SCOPED_TRACE("seed " + std::to_string(seed));
     std::mt19937 engine(seed);
@@ -55,7 +52,10 @@ TEST(Waveform, EqualsASlowTwinAtEveryLength) {
     for (const size_t frames : lengths) {
         for (const int channels : {1, 3}) {
             SCOPED_TRACE(std::to_string(frames) + " frames");
-            const Planes whole = noisePlanes(channels, frames, seed);
+            Planes whole = noisePlanes(channels, frames, seed);
+            // Samples that aren't numbers are passed over, alone and in runs longer than a bucket.
+            for (size_t i = 0; i < frames; i += 61) { whole[0][i] = i % 2 == 0 ? NAN : -NAN; }
+            if (frames > 3000) { std::fill_n(whole[0].begin() + 700, 140, NAN); }
             MemorySource source(whole, 48000);
             expectOverview(whole, *WaveformLoader::overview(source));
         }
@@ -65,17 +65,7 @@ TEST(Waveform, EqualsASlowTwinAtEveryLength) {
     expectOverview(twenty, *WaveformLoader::overview(source));
 }
 
-TEST(Waveform, WhatIsNoNumberIsPassedOver) {
-    Planes whole = noisePlanes(1, 6000 * 70 + 13, 5);
-    const float nan = std::numeric_limits<float>::quiet_NaN();
-    for (size_t i = 0; i < whole[0].size(); i += 61) { whole[0][i] = i % 2 == 0 ? nan : -nan; }
-    std::fill_n(whole[0].begin() + 700, 140, nan);  // two whole buckets
-    whole[0][1410] = std::numeric_limits<float>::infinity();
-    MemorySource source(whole, 48000);
-    expectOverview(whole, *WaveformLoader::overview(source));
-}
-
-TEST(Waveform, ASourceThatBreaksOffEndsInZerosAndOneWithoutEndIsRefused) {
+TEST(Waveform, SourceThatBreaksOffEndsInZerosAndEndlessOneIsRefused) {
     CountingSource::Log log;
     CountingSource source(1, 48000, 6000 * 32769, 3 * 32769, log);
     const WaveformPtr data = WaveformLoader::overview(source);
@@ -97,7 +87,7 @@ struct Queue {
     }
 };
 
-// Calls `onRead` before each read of what it wraps.
+// Noise that calls `onRead` before each read.
 class WatchedSource : public FrameSource {
 public:
     WatchedSource(Planes whole, std::function<void()> onRead) : inner_(std::move(whole), 48000), onRead_(onRead) {}
@@ -113,7 +103,7 @@ private:
     std::function<void()> onRead_;
 };
 
-TEST(WaveformLoader, SnapshotsGrowAtMostOneInTheIntervalAndStayAsTheyAre) {
+TEST(WaveformLoader, SnapshotsGrowAtTheirIntervalAndNeverChange) {
     const Planes whole = noisePlanes(2, 65536 * 9 + 100, 3);
     Queue background;
     double clock = 5;
@@ -175,7 +165,7 @@ TEST(WaveformLoader, NoUpdateFollowsACancel) {
     }
 }
 
-TEST(WaveformLoader, WhatCannotBeOpenedGivesNoUpdate) {
+TEST(WaveformLoader, GivesNoUpdateForAFileThatCannotBeOpened) {
     int updates = 0;
     const auto count = [&](const WaveformPtr&) { ++updates; };
     const auto now = [](const std::function<void()>& job) { job(); };
@@ -185,35 +175,11 @@ TEST(WaveformLoader, WhatCannotBeOpenedGivesNoUpdate) {
     EXPECT_THROW(WaveformLoader::overview("/nowhere/none.wav"), Error);
 }
 
-TEST(WaveformLoader, LoadsAFileInTheBackground) {
-    const Planes whole = noisePlanes(3, 300000, 9);
-    const TempFolder folder;
-    const std::filesystem::path file = folder / "a.wav";
-    writeAudio(file, whole);
-    expectOverview(whole, *WaveformLoader::overview(file));
-
-    std::mutex lock;
-    Queue main;
-    std::vector<std::thread> threads;
-    const auto background = [&](std::function<void()> job) { threads.emplace_back(std::move(job)); };
-    const auto toMain = [&](std::function<void()> job) {
-        const std::lock_guard guard(lock);
-        main.jobs.push_back(std::move(job));
-    };
-    WaveformPtr last;
-    WaveformLoader::load(
-        file, [&](WaveformPtr data) { last = std::move(data); }, background, toMain);
-    for (std::thread& thread : threads) { thread.join(); }
-    main.run();
-    ASSERT_TRUE(last);
-    expectOverview(whole, *last);
-}
-
 TEST(WaveformCache, KeepsTheFortyEightStoredLast) {
     WaveformCache cache;
-    const auto url = [](int i) { return std::filesystem::path("/a/" + std::to_string(i)); };
-    const auto store = [&](int i) { cache.set(url(i), std::make_shared<WaveformData>()); };
-    const auto held = [&](int i) { return cache.get(url(i)) != nullptr; };
+    const auto path = [](int i) { return std::filesystem::path("/a/" + std::to_string(i)); };
+    const auto store = [&](int i) { cache.set(path(i), std::make_shared<WaveformData>()); };
+    const auto held = [&](int i) { return cache.get(path(i)) != nullptr; };
     for (int i = 0; i < 48; ++i) { store(i); }
     EXPECT_TRUE(held(0));  // a look doesn't save it
     store(48);
@@ -221,7 +187,7 @@ TEST(WaveformCache, KeepsTheFortyEightStoredLast) {
     EXPECT_TRUE(held(1));
     store(1);  // to the end of the line, no one leaves
     EXPECT_TRUE(held(2));
-    cache.set(url(3), nullptr);
+    cache.set(path(3), nullptr);
     EXPECT_FALSE(held(3));
     store(49);
     EXPECT_TRUE(held(2)) << "a removed entry makes room";

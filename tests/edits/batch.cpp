@@ -1,4 +1,4 @@
-// TempEdits: whole files, what becomes of those that can't be done, and the order of a batch on two threads.
+// TempEdits: whole files, those that can't be done, and the order of a batch on two threads.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -22,15 +22,15 @@ using testing::HasSubstr;
 // Twelve bars, in stereo.
 const test::Planes& song() {
     static const test::Planes made = [] {
-        test::Planes channels = test::Song().channels;
-        for (auto& x : channels) { x.resize(12 * test::Song::barFrames); }
-        return channels;
+        std::vector<float> x = test::song();
+        x.resize(size_t(12 * test::barFrames));
+        return test::Planes(2, x);
     }();
     return made;
 }
 
-Job jobFor(const fs::path& url) {
-    return {url, TempEditExporter::editsFolder(url, true, "/nowhere")};
+Job jobFor(const fs::path& path) {
+    return {path, TempEditExporter::editsFolder(path, true, "/nowhere")};
 }
 
 // Everything under a folder but the times in the headers and the sheets' lines with paths.
@@ -54,21 +54,21 @@ struct Files {
             jobs.push_back(jobFor(folder / name));
         };
         test::Planes mono = {song()[0]};
-        add("Song.wav", song(), 44100);
+        add("Song.wav", song(), int(test::songRate));
         add("second.wav", test::noisePlanes(2, 48000), 48000);
         test::writeBytes(folder / "broken.wav", "RIFF");
         jobs.push_back(jobFor(folder / "broken.wav"));
         jobs.push_back(jobFor(folder / "vanished.wav"));
-        add("Mono.wav", mono, 44100);
-        add("blocked.wav", mono, 44100);
+        add("Mono.wav", mono, int(test::songRate));
+        add("blocked.wav", mono, int(test::songRate));
         test::writeBytes(folder / "blocked Edits", "a file");
-        test::writeAudio(folder / "Song.aiff", mono, {.kind = test::FileKind::aiff, .rate = 44100});
-        jobs.push_back(jobFor(folder / "Song.aiff"));  // goes where Song.wav went, after it
+        test::writeAudio(folder / "Song.aiff", mono, {.kind = test::FileKind::aiff, .rate = int(test::songRate)});
+        jobs.push_back(jobFor(folder / "Song.aiff"));  // into the folder of Song.wav, after it
     }
     std::vector<Job> jobs;
 };
 
-// One length, so that it goes faster.
+// One length, which is faster.
 TempEditOptions brief() {
     TempEditOptions options;
     options.targets = {15};
@@ -79,7 +79,7 @@ TempEditOptions brief() {
 constexpr Status expected[] = {Status::done, Status::tooShort,  Status::unread, Status::unread,
                                Status::done, Status::unwritten, Status::done};
 
-TEST(TempEditBatch, DoesTheSameOnOneThreadAndOnTwo) {
+TEST(TempEditBatch, GivesTheSameOnOneThreadAndOnTwo) {
     std::map<std::string, std::string> contents[2];
     for (const unsigned workers : {1U, 2U}) {
         const TempFolder folder;
@@ -87,23 +87,17 @@ TEST(TempEditBatch, DoesTheSameOnOneThreadAndOnTwo) {
         std::vector<size_t> started;
         std::vector<size_t> finished;
         std::vector<std::string> written(files.jobs.size());
-        const auto outcomes = TempEdits::makeAll(files.jobs, brief(),
-                                                 [&](const Step& step) {
-                                                     EXPECT_EQ(step.count, files.jobs.size());
-                                                     EXPECT_EQ(&step.job, &files.jobs[step.index]);
-                                                     if (step.kind == Step::Kind::started) {
-                                                         started.push_back(step.index);
-                                                     }
-                                                     if (step.kind == Step::Kind::finished) {
-                                                         finished.push_back(step.index);
-                                                         EXPECT_EQ(step.outcome->status, expected[step.index]);
-                                                     }
-                                                     if (step.kind == Step::Kind::writing) {
-                                                         EXPECT_LT(step.plan, step.plans);
-                                                         written[step.index] += step.file + "\n";
-                                                     }
-                                                 },
-                                                 {}, {.workers = workers});
+        const auto watch = [&](const Step& step) {
+            EXPECT_EQ(step.count, files.jobs.size());
+            EXPECT_EQ(&step.job, &files.jobs[step.index]);
+            if (step.kind == Step::Kind::started) { started.push_back(step.index); }
+            if (step.kind == Step::Kind::finished) { finished.push_back(step.index); }
+            if (step.kind == Step::Kind::writing) {
+                EXPECT_LT(step.plan, step.plans);
+                written[step.index] += step.file + "\n";
+            }
+        };
+        const auto outcomes = TempEdits::makeAll(files.jobs, brief(), watch, {}, {.workers = workers});
         ASSERT_EQ(outcomes.size(), files.jobs.size());
         for (size_t i = 0; i < outcomes.size(); ++i) {
             EXPECT_EQ(outcomes[i].status, expected[i]) << files.jobs[i].url << ": " << outcomes[i].reason;
@@ -125,22 +119,18 @@ TEST(TempEditBatch, DoesTheSameOnOneThreadAndOnTwo) {
     EXPECT_TRUE(contents[0] == contents[1]);
 }
 
-TEST(TempEditBatch, StopsWhereItIsTold) {
+TEST(TempEditBatch, StopsBetweenTwoFilesWhenCancelled) {
     const TempFolder folder;
     std::vector<Job> jobs;
     for (const char* name : {"a.wav", "b.wav", "c.wav"}) {
-        test::writeAudio(folder / name, song(), {.rate = 44100});
+        test::writeAudio(folder / name, song(), {.rate = int(test::songRate)});
         jobs.push_back(jobFor(folder / name));
     }
     std::stop_source stop;
-    const auto outcomes =
-        TempEdits::makeAll(jobs, brief(),
-                           [&stop](const Step& step) {
-                               if (step.kind == Step::Kind::writing && step.index == 1 && step.plan == 2) {
-                                   stop.request_stop();
-                               }
-                           },
-                           stop.get_token(), {.workers = 1});
+    const auto stopInSecond = [&stop](const Step& step) {
+        if (step.kind == Step::Kind::writing && step.index == 1 && step.plan == 2) { stop.request_stop(); }
+    };
+    const auto outcomes = TempEdits::makeAll(jobs, brief(), stopInSecond, stop.get_token(), {.workers = 1});
     const Status statuses[] = {Status::done, Status::cancelled, Status::cancelled};
     for (size_t i = 0; i < 3; ++i) { EXPECT_EQ(outcomes[i].status, statuses[i]); }
     EXPECT_EQ(outcomes[1].result.files.size(), 2U);
@@ -151,23 +141,22 @@ TEST(TempEditBatch, StopsWhereItIsTold) {
     EXPECT_EQ(TempEdits::closingText(outcomes), "Temp edits cancelled: 1 of 3 written");
 }
 
-TEST(TempEditBatch, HoldsNoMoreInMemoryThanItMay) {
+TEST(TempEditBatch, KeepsToItsLimitOfMemory) {
     const TempFolder folder;
     std::vector<Job> jobs;
     for (int i = 0; i < 6; ++i) {
-        const auto url = folder / (std::to_string(i) + ".wav");
-        test::writeAudio(url, test::noisePlanes(1, 40000), {.rate = 8000});
-        jobs.push_back(jobFor(url));
+        const auto path = folder / (std::to_string(i) + ".wav");
+        test::writeAudio(path, test::noisePlanes(1, 40000), {.rate = 8000});
+        jobs.push_back(jobFor(path));
     }
     const auto most = [&jobs](int64_t memoryBytes) {
         size_t atWork = 0;
         size_t peak = 0;
-        (void)TempEdits::makeAll(jobs, brief(),
-                                 [&](const Step& step) {
-                                     if (step.kind == Step::Kind::started) { peak = std::max(peak, ++atWork); }
-                                     if (step.kind == Step::Kind::finished) { --atWork; }
-                                 },
-                                 {}, {.workers = 3, .memoryBytes = memoryBytes});
+        const auto count = [&](const Step& step) {
+            if (step.kind == Step::Kind::started) { peak = std::max(peak, ++atWork); }
+            if (step.kind == Step::Kind::finished) { --atWork; }
+        };
+        (void)TempEdits::makeAll(jobs, brief(), count, {}, {.workers = 3, .memoryBytes = memoryBytes});
         return peak;
     };
     // 40,000 frames and 15 seconds of the longest edit, 4 bytes each: 0.64 MB.

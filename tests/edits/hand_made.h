@@ -1,4 +1,4 @@
-// HandMade: a piece as the planner sees it, bars of two seconds, with similarities and pins set by the test.
+// HandMade: the planner's input for a piece in bars of two seconds, with similarities and pins set by the test.
 #pragma once
 
 #include <algorithm>
@@ -47,7 +47,7 @@ struct HandMade {
     TempEditOptions options;
 };
 
-// Similarities by chance: of few values, so that many paths cost the same, or of any.
+// Random similarities: of a few values, so that many paths cost the same, or of any.
 inline SimilarityMatrix randomSimilarity(int size, bool few, std::mt19937& random) {
     SimilarityMatrix out{size, std::vector<double>(size_t(size) * size_t(size), 1)};
     for (int i = 0; i < size; ++i) {

@@ -1,4 +1,4 @@
-// PathSearch: against all paths there are on small pieces.
+// PathSearch on small pieces, against a walk over all paths.
 #include "path_search.h"
 
 #include <gtest/gtest.h>
@@ -14,7 +14,7 @@ using TempEditPlanner::JumpTable;
 using TempEditPlanner::PathSearch;
 using Found = std::optional<PathSearch::Path>;
 
-// What a step from `line` to the start of `bar` costs; 0 for playing on. Lines count from `from`.
+// The cost of a step from `line` to the start of `bar`; 0 for playing on. Lines count from `from`.
 std::optional<double> stepCost(const JumpTable& jumps, int from, int line, int bar) {
     if (bar == line) { return 0; }
     if (bar == line - 1) { return std::nullopt; }
@@ -24,8 +24,8 @@ std::optional<double> stepCost(const JumpTable& jumps, int from, int line, int b
     return line % 4 == 0 && bar % 4 == 0 ? weight - 0.05 : weight;
 }
 
-// Walks all paths. Of two that cost the same the one wins that comes without a last jump, then the one whose lines,
-// from the end backward and each after the cost up to there, are lower.
+// Walks all paths. Of two at the same cost the one without a last jump wins, then the one that is lower in cost so far
+// and in line, compared from the end backward.
 class AllPaths {
 public:
     AllPaths(const JumpTable& jumps, int from, int to, int count, bool anyEnd)
@@ -107,18 +107,11 @@ TEST(PathSearch, FindsTheBestOfAllPaths) {
     }
 }
 
-TEST(PathSearch, PaysOnlyForJumps) {
+TEST(PathSearch, FindsNoPathBeyondItsLimits) {
     test::HandMade piece(20);
     piece.alike([](int i, int j) { return (j - i) % 4 == 0 ? 0.9 : 0.1; });
     const JumpTable jumps(piece.structure.similarity, Pins{0, 2, 2, 18, 18});
-    ASSERT_NEAR(jumps.threshold, 0.9, 1e-12);
     PathSearch search(jumps, 2, 18);
-    // A jump between phrase lines, which count from the first line.
-    for (const auto& [count, cost] : {std::pair{16, 0.0}, {12, 0.35}, {8, 0.35}, {20, 0.35}}) {
-        const auto path = search.find(count, false);
-        ASSERT_TRUE(path) << count;
-        EXPECT_NEAR(path->cost, cost, 1e-12) << count;
-    }
     EXPECT_FALSE(search.find(15, false)) << "no jump changes the count by anything but fours";
     EXPECT_FALSE(search.find(-1, false));
     EXPECT_FALSE(search.find(1 << 30, false)) << "a table beyond memory";

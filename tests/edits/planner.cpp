@@ -1,4 +1,4 @@
-// TempEditPlanner: names, sections, lengths and what becomes of those that can't be reached.
+// TempEditPlanner: names, sections, and lengths, those that can't be reached too.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -61,7 +61,7 @@ TEST(TempEditPlanner, CutsTheSections) {
     }
 }
 
-TEST(TempEditPlanner, LeavesOutSectionsThatTheMusicLacks) {
+TEST(TempEditPlanner, LeavesOutMissingSections) {
     struct Case {
         Pins pins;
         double firstDownbeat;
@@ -79,7 +79,6 @@ TEST(TempEditPlanner, LeavesOutSectionsThatTheMusicLacks) {
         {{4.0, 2, 8, 7, 20, 18, 19}, 0, {"Ending"}, "Ending b21–b21 + ring-out"},
         {{3.74, 2, 8, 7, 20, 24, 19}, 0, {"Intro", "Ending"}, "Intro b1–b2 · cut on the downbeat of b3"},
         {{3.75, 2, 8, 7, 20, 24, 19}, 0, {"Ending"}, "Ending b21–b24 + ring-out"},
-        {{0, 2, 8, 7, 24, 24, 24}, 0, {"Intro"}, "Intro b1–b2 · cut on the downbeat of b3"},
         {{0, 21, 8, 10, 20, 24, 23}, 0, {}, ""},
     };
     for (const auto& [pins, firstDownbeat, names, firstMap] : cases) {
@@ -95,7 +94,7 @@ TEST(TempEditPlanner, LeavesOutSectionsThatTheMusicLacks) {
     EXPECT_TRUE(brief.plans().empty()) << "a single bar";
 }
 
-TEST(TempEditPlanner, CutsDownBetweenBarsThatAreAlike) {
+TEST(TempEditPlanner, CutsDownBetweenSimilarBars) {
     HandMade piece = song();
     // 33 s: 8.5 bars of the body fit, 8 are played, a whole number of phrases.
     piece.options.targets = {33, 48, 15.5, 47.9, 49.1};
@@ -116,7 +115,7 @@ TEST(TempEditPlanner, CutsDownBetweenBarsThatAreAlike) {
     EXPECT_EQ(plans[6].kind, Kind::backtimed) << "intro and ending alone take 16 s";
 }
 
-TEST(TempEditPlanner, CutsAtTheExactLengthOnlyWhereThereIsMore) {
+TEST(TempEditPlanner, CutsAtTheExactLengthOnlyWhatIsLonger) {
     HandMade piece = song();
     piece.grid.downbeats.push_back(48);
     piece.grid.duration = 50.5;  // rings out from 48 s on
@@ -129,7 +128,7 @@ TEST(TempEditPlanner, CutsAtTheExactLengthOnlyWhereThereIsMore) {
     EXPECT_FALSE(piece.plan("34s").cutAtSec);
 }
 
-TEST(TempEditPlanner, BacktimesWhatHasNoGoodPath) {
+TEST(TempEditPlanner, BacktimesLengthsWithoutAGoodPath) {
     HandMade piece = song();
     piece.alike([](int, int) { return 0.79; });
     piece.structure.pins.loopEnd = 0;
@@ -146,7 +145,7 @@ TEST(TempEditPlanner, BacktimesWhatHasNoGoodPath) {
         EXPECT_EQ(plans[i].quality, 1);
         EXPECT_FALSE(plans[i].cutAtSec);
     }
-    // A ring-out of 3 seconds counts as one: a bar less to reach back, and then more than was asked for.
+    // A ring-out of 3 seconds counts as one, so the edit starts a bar later, and is then longer than its target.
     piece.totalFrames += int64_t(3) * 48000;
     EXPECT_EQ(piece.plan("15s").spans, (Spans{{18 * bar, piece.totalFrames}}));
     EXPECT_EQ(piece.plan("15s").cutAtSec, 14.5);
@@ -167,7 +166,7 @@ TEST(TempEditPlanner, KeepsACostlierPathAfterAnIntroAndWhenExtending) {
     }
 }
 
-TEST(TempEditPlanner, ExtendsOnlyWhatIsClearlyShorter) {
+TEST(TempEditPlanner, ExtendsOnlyPiecesThatAreClearlyShorter) {
     for (const auto& [bars, extended, asked] : {std::tuple{24, 50.1, true},
                                                 {24, 50.0, false},
                                                 {15, 60.0, true},
@@ -180,8 +179,8 @@ TEST(TempEditPlanner, ExtendsOnlyWhatIsClearlyShorter) {
     }
 }
 
-TEST(TempEditPlanner, FillsAnExtensionByTheLoop) {
-    HandMade piece(24);  // nothing alike, so only the loop's own seam is left
+TEST(TempEditPlanner, ExtendsByTheLoop) {
+    HandMade piece(24);  // no two bars alike, so that only the loop's own seam allows a jump
     piece.structure.pins = {0, 4, 4, 20, 20, 24, 24, false};
     piece.options.extended = 80;
     const EditPlan plan = piece.plan("1m20s extended");
@@ -209,7 +208,7 @@ TEST(TempEditPlanner, FadesALoopFileOut) {
     }
 }
 
-TEST(JumpTable, AsksForTheBodysOwnLikeness) {
+TEST(JumpTable, SetsItsThresholdByTheBody) {
     HandMade piece(12);
     piece.alike([](int i, int j) { return i < 2 || j > 9 ? 1.0 : 0.8 + 0.01 * (j - i); });
     const auto thresholdOf = [&piece](int from, int to) {

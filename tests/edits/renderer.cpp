@@ -1,4 +1,4 @@
-// TempEditRenderer: splices, fades and cuts on sources whose every sample tells where it came from.
+// TempEditRenderer: splices, fades and cuts on sources whose every sample states its frame.
 #include "edits/temp_edit_renderer.h"
 
 #include <gtest/gtest.h>
@@ -43,7 +43,7 @@ std::vector<float> ramp(size_t frames) {
     return x;
 }
 
-TEST(TempEditRenderer, CrossfadesIntoWhatPrecedesTheSpan) {
+TEST(TempEditRenderer, CrossfadesBeforeTheSpan) {
     struct Case {
         Spans spans;
         double crossfadeMs;
@@ -112,7 +112,7 @@ TEST(TempEditRenderer, FadesAndCuts) {
     }
 }
 
-TEST(TempEditRenderer, LeavesLoopsToTheSeamlessLoop) {
+TEST(TempEditRenderer, RendersLoopsSeamlessly) {
     const std::vector<float> source = test::noise(9000, 5);
     EditPlan plan = planOf({{3000, 6000}}, EditPlan::Kind::loop);
     for (const bool carry : {false, true}) {
@@ -120,7 +120,7 @@ TEST(TempEditRenderer, LeavesLoopsToTheSeamlessLoop) {
         const Planes expected = EditOps::seamlessLoop({source}, 8000, 3000, 6000, carry)->channels;
         EXPECT_EQ(TempEditRenderer::render(plan, {source}, 8000, {}), expected);
     }
-    plan.spans = {{3000, 3015}};  // too short to wrap: as it stands
+    plan.spans = {{3000, 3015}};  // too short to wrap: unchanged
     const std::vector<float> expected(source.begin() + 3000, source.begin() + 3015);
     EXPECT_EQ(TempEditRenderer::render(plan, {source}, 8000, {}), Planes{expected});
     EXPECT_EQ(TempEditRenderer::length(plan, 8000), 15);

@@ -2,18 +2,17 @@
 #pragma once
 
 #include <algorithm>
-#include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string>
 #include <string_view>
 
+#include "fuzz/require.h"
 #include "library/team/change_log.h"
 
 namespace brindlehum::test {
 
-// Ends the program when a rule of the log is broken. `folder` is empty and the probe's own.
+// `folder` is empty and the probe's own.
 class LogProbe {
 public:
     explicit LogProbe(const std::filesystem::path& folder)
@@ -32,19 +31,19 @@ public:
         catalog_.setLogOffset(log().string(), 0);
         const int applied = ChangeLog::pull(root_, catalog_, "me@here");
         const int64_t offset = catalog_.logOffset(log().string());
-        check(offset == int64_t(bytes.rfind('\n') + 1), "the position isn't behind the last line feed");
-        check(applied <= std::ranges::count(bytes, '\n'), "more entries than lines");
-        check(ChangeLog::pull(root_, catalog_, "me@here") == 0, "applied twice");
+        require(offset == int64_t(bytes.rfind('\n') + 1), "a position behind the last line feed");
+        require(applied <= std::ranges::count(bytes, '\n'), "no more entries than lines");
+        require(ChangeLog::pull(root_, catalog_, "me@here") == 0, "entries applied once");
         for (const auto& row : catalog_.search({}, 100)) {
             const bool inside = row.path == root_ / "a.wav" || row.path == root_ / "b" / "c.flac";
-            check(inside || row.meta == SoundMeta(), "an entry has left the root");
+            require(inside || row.meta == SoundMeta(), "entries within the root");
         }
         for (size_t start = 0, end; (end = bytes.find('\n', start)) != std::string_view::npos; start = end + 1) {
             const auto entry = ChangeLog::Entry::decode(bytes.substr(start, end - start));
             if (!entry) { continue; }
             const auto line = entry->encoded();
-            check(line && line->find('\n') == std::string::npos, "an entry that was read can't be written");
-            check(ChangeLog::Entry::decode(*line) == entry, "an entry doesn't survive being written");
+            require(line && line->find('\n') == std::string::npos, "an entry that was read can be written");
+            require(ChangeLog::Entry::decode(*line) == entry, "an entry survives being written");
         }
     }
 
@@ -53,12 +52,6 @@ private:
     void add(const std::filesystem::path& path) {
         catalog_.write([&] { catalog_.upsert(path.string(), root_.string(), {1, 1}, std::nullopt, {}); });
     }
-    static void check(bool holds, const char* what) {
-        if (holds) { return; }
-        std::fprintf(stderr, "%s\n", what);
-        std::abort();
-    }
-
     const std::filesystem::path root_;
     Catalog catalog_;
 };

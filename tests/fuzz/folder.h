@@ -1,11 +1,11 @@
-// A folder for the files of a fuzzer, in memory where there is such a place; removed again at the end of the run.
+// A folder for the files of a fuzzer, in memory where the system has such a place; removed at the end of the run.
 #pragma once
 
 #include <cstdlib>
 #include <filesystem>
 #include <string>
 
-#include "probe_input.h"
+#include "fuzz/require.h"
 
 namespace brindlehum::test {
 

@@ -4,8 +4,8 @@
 #include "match_input.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    constexpr size_t mostBytes = 16 * 1024;  // beyond that only the time a run takes grows
+    constexpr size_t maxBytes = 16 * 1024;  // beyond that only the time a run takes grows
     static brindlehum::test::MatchProbe probe;
-    if (size <= mostBytes) { probe.look({reinterpret_cast<const char*>(data), size}); }
+    if (size <= maxBytes) { probe.look({reinterpret_cast<const char*>(data), size}); }
     return 0;
 }

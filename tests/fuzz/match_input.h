@@ -1,4 +1,4 @@
-// What a user may type, as a full-text query against a real table: shared by the fuzzer and the replay of its corpus.
+// Any typed text, as a full-text query against a real table: shared by the fuzzer and the replay of its corpus.
 #pragma once
 
 #include <sqlite3.h>

@@ -3,7 +3,7 @@
 #include "meta_text_input.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    constexpr size_t mostBytes = 16 * 1024;
-    if (size <= mostBytes) { brindlehum::test::metaText({reinterpret_cast<const char*>(data), size}); }
+    constexpr size_t maxBytes = 16 * 1024;
+    if (size <= maxBytes) { brindlehum::test::metaText({reinterpret_cast<const char*>(data), size}); }
     return 0;
 }

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "base/text.h"
-#include "fuzz/probe_input.h"
+#include "fuzz/require.h"
 #include "library/meta/riff_meta.h"
 #include "library/meta/ucs.h"
 
@@ -19,7 +19,7 @@ inline void requireText(const SoundMeta& meta) {
 inline void metaText(const std::string& text) {
     const SoundMeta parsed = RIFFMeta::parseUSER(repairUtf8(text));
     requireText(parsed);
-    // What XML can't hold is gone after the first round, and nothing else after further ones.
+    // The first round drops characters that XML can't hold; further rounds change nothing.
     const SoundMeta once = RIFFMeta::parseUSER(RIFFMeta::userBlock(parsed));
     require(RIFFMeta::parseUSER(RIFFMeta::userBlock(once)) == once, "a block that reads as it was written");
 
@@ -28,7 +28,7 @@ inline void metaText(const std::string& text) {
     if (const auto name = named.ucsFileName()) {
         require(name->find('/') == std::string::npos, "a name and no path");
         const SoundMeta again = SoundMeta::fromFileName(*name + ".wav");
-        require(again.ucsFileName() == name && again.category == named.category, "a name that tells what it says");
+        require(again.ucsFileName() == name && again.category == named.category, "a name that reads as it was written");
     }
 
     const UCS list(text);

@@ -11,11 +11,12 @@
 #include "audio/decode/audio_file.h"
 #include "audio/probe/audio_file_info.h"
 #include "base/error.h"
+#include "fuzz/require.h"
 
 namespace brindlehum::test {
 
-// The name may be any that passes for audio, whatever the content: names decide on descriptions, raw streams and
-// Ambisonics. The last byte draws it, so that seeds stay files as they are.
+// Any audio extension, whatever the content: names decide on descriptions, raw streams and Ambisonics. The last byte
+// draws it, so that seeds stay unchanged files.
 inline std::string drawnExtension(const uint8_t* data, size_t size) {
     const auto& extensions = AudioFileInfo::audioExtensions;
     std::string dotted(1, '.');
@@ -28,13 +29,6 @@ inline int64_t drawnPosition(const uint8_t* data, size_t size, int64_t frames) {
     uint64_t drawn = 0;
     for (size_t i = size / 2; i < std::min(size, size / 2 + 8); ++i) { drawn = drawn << 8 | data[i]; }
     return int64_t(drawn % (uint64_t(std::max<int64_t>(0, frames)) + 3)) - 1;
-}
-
-// Ends the program when a promise of AudioFile is broken.
-inline void require(bool kept, const char* promise) {
-    if (kept) { return; }
-    std::fprintf(stderr, "broken promise: %s\n", promise);
-    std::abort();
 }
 
 inline void writeInput(const std::filesystem::path& path, const void* data, size_t size) {
@@ -63,7 +57,7 @@ inline void readAround(AudioFile& file, int64_t drawn) {
     }
 }
 
-// Writes the bytes to a file in `folder` and looks at it as the system would. Errors are fine; anything else isn't.
+// Writes the bytes to a file in `folder`, then probes and reads it as the system would. May fail only with an Error.
 inline void probeBytes(const uint8_t* data, size_t size, const std::filesystem::path& folder) {
     const std::filesystem::path path = folder / ("input" + drawnExtension(data, size));
     writeInput(path, data, size);

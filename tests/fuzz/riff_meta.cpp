@@ -5,8 +5,8 @@
 #include "folder.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    constexpr size_t mostBytes = 64 * 1024;
-    if (size > mostBytes) { return 0; }
+    constexpr size_t maxBytes = 64 * 1024;
+    if (size > maxBytes) { return 0; }
     static const brindlehum::test::FuzzFolder folder;
     brindlehum::test::riffMetaBytes({reinterpret_cast<const char*>(data), size}, folder.path);
     return 0;

@@ -31,11 +31,10 @@ inline uint64_t statedSize(const std::string& bytes, size_t at) {
 inline bool startsChunk(const std::string& bytes, size_t at) {
     if (at + 8 > bytes.size() || statedSize(bytes, at + 4) > bytes.size() - at - 8) { return false; }
     const std::string id = bytes.substr(at, 4);
-    return std::all_of(id.begin(), id.end(), [](char c) { return c >= ' ' && c <= '~'; });
+    return std::ranges::all_of(id, [](char c) { return c >= ' ' && c <= '~'; });
 }
 
-// The raw id and content of every chunk that a rewrite has to carry over, as `bytes` state and hold them. A pad byte
-// may be missing.
+// The raw id and content of every chunk that a rewrite must keep. A pad byte may be missing.
 inline std::vector<std::pair<std::string, std::string>> foreignChunks(const std::string& bytes) {
     std::vector<std::pair<std::string, std::string>> found;
     for (size_t at = 12; at + 8 <= bytes.size();) {
@@ -71,7 +70,7 @@ inline void riffMetaBytes(const std::string& bytes, const std::filesystem::path&
     try {
         RIFFMeta::write(drawnMeta(bytes), path);
     } catch (const Error& error) {
-        require(error.code() == 71 && bytesOf(path) == bytes, "a refused file is left alone");
+        require(error.kind() == ErrorKind::notWritableWav && bytesOf(path) == bytes, "a refused file is left alone");
         return;
     }
     const std::string written = bytesOf(path);

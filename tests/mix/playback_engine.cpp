@@ -6,7 +6,7 @@
 
 #include <future>
 
-#include "audio/stream/frame_source.h"
+#include "audio/stream/memory_source.h"
 #include "base/error.h"
 #include "playback_fixture.h"
 

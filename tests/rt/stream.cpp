@@ -1,6 +1,8 @@
 // The stream that feeds the audio thread, under the guard: it may read files, but allocates nothing once it runs.
 #include <gtest/gtest.h>
 
+#include "audio/stream/file_source.h"
+#include "audio/stream/memory_source.h"
 #include "audio/stream/stream_reader.h"
 #include "support/audio_files.h"
 #include "support/rt_guard.h"

@@ -1,4 +1,4 @@
-// Harmonics, weights, grids and decoders against formulas and published numbers of other origin.
+// Harmonics, weights, grids and decoders against independent formulas and published numbers.
 #include "spatial/ambisonics.h"
 
 #include <gtest/gtest.h>
@@ -52,7 +52,7 @@ TEST(Ambisonics, MaxREWeightsAgreeWithThePublishedOnes) {
 }
 
 // A plane wave written by each convention's own encoding equations.
-TEST(Ambisonics, EveryNormalisationComesBackToTheSameField) {
+TEST(Ambisonics, EveryNormalisationGivesTheSameField) {
     const uint32_t seed = announced(411);
     for (const Vec3& v : randomDirections(50, seed)) {
         const auto expectSame = [&](int order, AmbiNorm norm, const std::vector<double>& file) {
@@ -76,7 +76,7 @@ TEST(Ambisonics, EveryNormalisationComesBackToTheSameField) {
     EXPECT_EQ(Ambisonics::toSN3D(3, AmbiNorm::fuma).size(), 4U);
 }
 
-TEST(Rotation, TurnsTheWayItsNamesSay) {
+TEST(Rotation, TurnsAsYawPitchAndRollAreDefined) {
     struct Case {
         Rotation rotation;
         Vec3 from;
@@ -109,7 +109,7 @@ TEST(Rotation, TurnsTheWayItsNamesSay) {
 }
 
 // Exact integration up to degree 7 makes products of any two harmonics up to third order orthogonal.
-TEST(Ambisonics, TheLebedevGridIntegratesThirdOrderExactly) {
+TEST(Ambisonics, LebedevGridIntegratesThirdOrderExactly) {
     const auto& grid = Ambisonics::lebedev26();
     ASSERT_EQ(grid.dirs.size(), 26U);
     double sum = 0;
@@ -126,36 +126,11 @@ TEST(Ambisonics, TheLebedevGridIntegratesThirdOrderExactly) {
             EXPECT_NEAR(product, a == b ? 1 / (2 * std::floor(std::sqrt(double(a))) + 1) : 0, 1e-12) << a << " " << b;
         }
     }
-    const Direction order[] = {{0, 0}, {180, 0}, {90, 0}, {-90, 0}, {0, 90}, {0, -90}, {-135, 0}, {180, -45}};
-    for (size_t i = 0; i < std::size(order); ++i) { EXPECT_LT(order[i].angle(grid.dirs[i]), 1e-6) << i; }
-}
-
-// The densest packing of 240 points leaves holes of 8 degrees; the spiral none of 12.
-TEST(Ambisonics, TheFibonacciSpiralLeavesNoHole) {
-    EXPECT_TRUE(Ambisonics::fibonacci(0).empty());
-    std::vector<Vec3> spiral;
-    for (const Direction& d : Ambisonics::fibonacci(240)) { spiral.push_back(d.unitVector()); }
-    ASSERT_EQ(spiral.size(), 240U);
-    Vec3 sum{};
-    for (const Vec3& s : spiral) {
-        for (size_t i = 0; i < 3; ++i) { sum[i] += s[i] / 240; }
-    }
-    EXPECT_LT(std::sqrt(dot(sum, sum)), 0.01) << "leans to one side";
-    double hole = 0;
-    for (const Vec3& v : ringGrid(60, 120)) {
-        double nearest = 180;
-        for (const Vec3& s : spiral) { nearest = std::min(nearest, angleBetween(s, v)); }
-        hole = std::max(hole, nearest);
-    }
-    EXPECT_LT(hole, 12);
-    std::printf("measured: largest hole %.2f degrees\n", hole);
 }
 
 TEST(Ambisonics, NormalisedEnergyIsOneOnAverage) {
     const auto& grid = Ambisonics::lebedev26();
-    const SpeakerList& room = speakers(LayoutID::l51);
-    const std::vector<Direction> few = {direction(SpeakerID::L, room), direction(SpeakerID::R, room),
-                                        direction(SpeakerID::Ls, room), direction(SpeakerID::Rs, room)};
+    const std::vector<Direction> few = directionsOf(LayoutID::l51);
     for (int order = 1; order <= 3; ++order) {
         const Matrix decoders[] = {Ambisonics::samplingDecoder(order, grid.dirs, grid.weights, {}, true),
                                    Ambisonics::samplingDecoder(order, few, {}, {.yaw = 20}, true),
@@ -182,13 +157,7 @@ TEST(Ambisonics, SamplingDecodersReachTheLongestEnergyVector) {
     for (int order = 1; order <= 3; ++order) {
         const Matrix decoder = Ambisonics::samplingDecoder(order, dense, {}, {}, true);
         for (const Vec3& v : ringGrid(6, 8)) {
-            const auto gains = decode(decoder, order, v);
-            double energy = 0;
-            Vec3 vector{};
-            for (size_t s = 0; s < gains.size(); ++s) {
-                energy += gains[s] * gains[s];
-                for (size_t i = 0; i < 3; ++i) { vector[i] += gains[s] * gains[s] * dense[s].unitVector()[i]; }
-            }
+            const auto [energy, vector] = arrival(decode(decoder, order, v), dense);
             EXPECT_NEAR(std::sqrt(dot(vector, vector)) / energy, longest[order - 1], 0.01) << order;
             EXPECT_LT(angleBetween(vector, v), 1) << order;
         }
@@ -197,15 +166,12 @@ TEST(Ambisonics, SamplingDecodersReachTheLongestEnergyVector) {
 
 // Turning the decoder is the same as turning the source, for any rotation. The decoders differ at most by the
 // scale of the energy average, which sees the field through 400 directions only.
-TEST(Ambisonics, ATurnedDecoderHearsATurnedSource) {
+TEST(Ambisonics, TurningTheDecoderTurnsTheSource) {
     const uint32_t seed = announced(7021);
     std::mt19937 engine(seed);
     std::uniform_real_distribution<double> turn(-180, 180);
     const auto& grid = Ambisonics::lebedev26();
-    std::vector<Direction> room;
-    for (SpeakerID s : speakers(LayoutID::l514)) {
-        if (s != SpeakerID::LFE) { room.push_back(direction(s, speakers(LayoutID::l514))); }
-    }
+    const std::vector<Direction> room = directionsOf(LayoutID::l514);
     for (int trial = 0; trial < 12; ++trial) {
         const Rotation rotation = {turn(engine), turn(engine), turn(engine)};
         const Mat3x3 m = rotation.matrix();

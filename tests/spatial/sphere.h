@@ -69,6 +69,30 @@ inline std::vector<double> decode(const Matrix& decoder, int order, const Vec3& 
     return out;
 }
 
+// The sound in the middle of speakers in these directions.
+struct Arrival {
+    double energy = 0;
+    Vec3 vector{};  // the energy vector times the energy
+};
+inline Arrival arrival(const std::vector<double>& gains, const std::vector<Direction>& room) {
+    Arrival out;
+    for (size_t s = 0; s < room.size(); ++s) {
+        const Vec3 u = room[s].unitVector();
+        out.energy += gains[s] * gains[s];
+        for (size_t i = 0; i < 3; ++i) { out.vector[i] += gains[s] * gains[s] * u[i]; }
+    }
+    return out;
+}
+
+// The directions of a layout's speakers, the LFE left out.
+inline std::vector<Direction> directionsOf(LayoutID layout) {
+    std::vector<Direction> out;
+    for (SpeakerID s : speakers(layout)) {
+        if (s != SpeakerID::LFE) { out.push_back(direction(s, speakers(layout))); }
+    }
+    return out;
+}
+
 // The speaker on the other side of the listener.
 inline SpeakerID mirrored(SpeakerID speaker) {
     const auto swapped = [](char c) { return c == 'L' ? 'R' : c == 'R' ? 'L' : c; };

@@ -12,14 +12,6 @@ namespace {
 
 using namespace test;
 
-std::vector<Direction> directionsOf(LayoutID layout) {
-    std::vector<Direction> out;
-    for (SpeakerID s : speakers(layout)) {
-        if (s != SpeakerID::LFE) { out.push_back(direction(s, speakers(layout))); }
-    }
-    return out;
-}
-
 // All layouts but the pair, and random rooms of 4 to 20 speakers.
 std::vector<std::vector<Direction>> rooms() {
     std::vector<std::vector<Direction>> out;
@@ -59,7 +51,7 @@ TEST(VBAP, EveryTriangleIsAFaceOfTheHullWithItsInverse) {
     }
 }
 
-TEST(VBAP, PansWhereItIsToldWithUnitEnergy) {
+TEST(VBAP, PansIntoTheDirectionWithUnitEnergy) {
     const uint32_t seed = announced(5150);
     int panned = 0;
     for (const auto& room : rooms()) {
@@ -110,7 +102,7 @@ TEST(VBAP, VirtualPointsCloseTheRoom) {
     EXPECT_FALSE(VBAP({{0, 0}, {0, 90}}).top.has_value());
 }
 
-TEST(VBAP, ARoomThatCannotBePannedPlaysTheNearestSpeaker) {
+TEST(VBAP, PlaysTheNearestSpeakerOfARoomThatCannotBePanned) {
     EXPECT_TRUE(VBAP(std::vector<Direction>{}).gains({1, 0, 0}).empty());
     const VBAP single({{30, 0}});
     EXPECT_EQ(single.gains({-1, 0, 0}), std::vector<double>{1});

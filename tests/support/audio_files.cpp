@@ -18,7 +18,7 @@ namespace {
 
 int sndfileFormat(const FileShape& shape) {
     static const std::map<FileKind, std::pair<int, int>> kinds = {
-        // container, and the samples that it has by itself
+        // container, and its usual samples
         {FileKind::wav, {SF_FORMAT_WAV, SF_FORMAT_PCM_24}},    {FileKind::wavFloat, {SF_FORMAT_WAV, SF_FORMAT_FLOAT}},
         {FileKind::wavex, {SF_FORMAT_WAVEX, SF_FORMAT_FLOAT}}, {FileKind::rf64, {SF_FORMAT_RF64, SF_FORMAT_FLOAT}},
         {FileKind::w64, {SF_FORMAT_W64, SF_FORMAT_FLOAT}},     {FileKind::aiff, {SF_FORMAT_AIFF, SF_FORMAT_PCM_24}},
@@ -34,24 +34,15 @@ int sndfileFormat(const FileShape& shape) {
 
 // SF_CHANNEL_MAP_* in the order of the mask's bits.
 std::vector<int> channelMap(uint32_t mask) {
-    static constexpr int byBit[] = {SF_CHANNEL_MAP_LEFT,
-                                    SF_CHANNEL_MAP_RIGHT,
-                                    SF_CHANNEL_MAP_CENTER,
-                                    SF_CHANNEL_MAP_LFE,
-                                    SF_CHANNEL_MAP_REAR_LEFT,
-                                    SF_CHANNEL_MAP_REAR_RIGHT,
-                                    SF_CHANNEL_MAP_FRONT_LEFT_OF_CENTER,
-                                    SF_CHANNEL_MAP_FRONT_RIGHT_OF_CENTER,
-                                    SF_CHANNEL_MAP_REAR_CENTER,
-                                    SF_CHANNEL_MAP_SIDE_LEFT,
-                                    SF_CHANNEL_MAP_SIDE_RIGHT,
-                                    SF_CHANNEL_MAP_TOP_CENTER,
-                                    SF_CHANNEL_MAP_TOP_FRONT_LEFT,
-                                    SF_CHANNEL_MAP_TOP_FRONT_CENTER,
-                                    SF_CHANNEL_MAP_TOP_FRONT_RIGHT,
-                                    SF_CHANNEL_MAP_TOP_REAR_LEFT,
-                                    SF_CHANNEL_MAP_TOP_REAR_CENTER,
-                                    SF_CHANNEL_MAP_TOP_REAR_RIGHT};
+    // clang-format off
+    static constexpr int byBit[] = {
+        SF_CHANNEL_MAP_LEFT, SF_CHANNEL_MAP_RIGHT, SF_CHANNEL_MAP_CENTER, SF_CHANNEL_MAP_LFE,
+        SF_CHANNEL_MAP_REAR_LEFT, SF_CHANNEL_MAP_REAR_RIGHT, SF_CHANNEL_MAP_FRONT_LEFT_OF_CENTER,
+        SF_CHANNEL_MAP_FRONT_RIGHT_OF_CENTER, SF_CHANNEL_MAP_REAR_CENTER, SF_CHANNEL_MAP_SIDE_LEFT,
+        SF_CHANNEL_MAP_SIDE_RIGHT, SF_CHANNEL_MAP_TOP_CENTER, SF_CHANNEL_MAP_TOP_FRONT_LEFT,
+        SF_CHANNEL_MAP_TOP_FRONT_CENTER, SF_CHANNEL_MAP_TOP_FRONT_RIGHT, SF_CHANNEL_MAP_TOP_REAR_LEFT,
+        SF_CHANNEL_MAP_TOP_REAR_CENTER, SF_CHANNEL_MAP_TOP_REAR_RIGHT};
+    // clang-format on
     std::vector<int> out;
     for (size_t bit = 0; bit < std::size(byBit); ++bit) {
         if (mask >> bit & 1) { out.push_back(byBit[bit]); }

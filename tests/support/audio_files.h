@@ -8,7 +8,7 @@
 
 namespace brindlehum::test {
 
-// A fresh folder under the system's temporary folder, removed with all that it holds at the end.
+// A fresh folder under the system's temporary folder, removed with its content at the end.
 class TempFolder {
 public:
     TempFolder();

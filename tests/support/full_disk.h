@@ -1,4 +1,4 @@
-// FullDisk: for as long as it lives, no file of this process grows past a limit, and writes fail as on a full disk.
+// FullDisk: while it lives, no file of this process grows past a limit, and writes fail as on a full disk.
 #pragma once
 
 #include <sys/resource.h>

@@ -1,4 +1,4 @@
-// Sources for the stream tests whose every sample tells where it came from, and a ring emptied into arrays.
+// A source whose every sample states its channel and frame, and a ring emptied into arrays.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -16,6 +16,8 @@
 
 namespace brindlehum::test {
 
+inline constexpr int64_t far = int64_t(1) << 60;  // frames: past the end of any source
+
 // Sample of channel c at frame n: n for even channels, -n for odd ones; exact below 2^24. May promise more frames
 // than it has.
 class CountingSource : public FrameSource {
@@ -23,7 +25,8 @@ public:
     struct Log {
         std::atomic<int64_t> reads = 0;
         std::atomic<bool> gone = false;
-        std::vector<std::pair<int64_t, int>> asked;  // position and frames, while nobody else reads
+        std::vector<std::pair<int64_t, int>>
+            asked;  // position and frames; for the reading thread, or once it has ended
     };
     CountingSource(int channels, double rate, int64_t promised, int64_t actual, Log& log)
         : format_{rate, channels, {}}, promised_(promised), actual_(actual), log_(log) {
@@ -53,8 +56,8 @@ struct Heard {
     std::vector<std::vector<float>> channels;
     std::vector<double> positions;
 
-    // Takes what the ring holds now (not what a fast writer adds meanwhile), frame by frame so that every position is
-    // seen.
+    // Takes the frames that the ring holds now, not those that a fast writer adds meanwhile; one by one, for every
+    // position.
     void take(mn_ring* ring) {
         channels.resize(size_t(mn_ring_channels(ring)));
         std::vector<float> frame(channels.size());
@@ -69,7 +72,7 @@ struct Heard {
     }
 };
 
-// Gives way until `done`; false when it takes half a minute.
+// Yields until `done`; false when that takes half a minute.
 inline bool waitUntil(const std::function<bool()>& done) {
     const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(30);
     while (!done()) {

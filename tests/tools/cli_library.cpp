@@ -9,7 +9,6 @@ namespace {
 
 using namespace test;
 using nlohmann::json;
-using testing::HasSubstr;
 
 class CliLibrary : public testing::Test {
 protected:
@@ -18,10 +17,7 @@ protected:
         writeAudio(root / "DOORWood_Slam_JD_Big.wav", noisePlanes(1, 480), {.kind = FileKind::wav, .bits = 16});
         writeAudio(root / "b" / "c.flac", noisePlanes(2, 480), {.kind = FileKind::flac, .bits = 16});
     }
-    CliResult run(std::vector<std::string> words) const {
-        return runCli(words, {"XDG_DATA_HOME=" + (folder / "data").string(),
-                              "XDG_CONFIG_HOME=" + (folder / "cfg").string(), "HOME=" + folder.path().string()});
-    }
+    CliResult run(const std::vector<std::string>& words) const { return runCli(words, homeIn(folder)); }
     json one(const std::vector<std::string>& words) const {
         const CliResult result = run(words);
         EXPECT_EQ(result.exitCode, 0);
@@ -29,15 +25,21 @@ protected:
         return result.objects.size() == 1 ? result.objects[0] : json();
     }
 
+    void expectRefused(const std::vector<std::string>& words, const char* reason) const {
+        const CliResult result = run(words);
+        EXPECT_EQ(result.exitCode, 1);
+        ASSERT_EQ(result.errors.size(), 1U);
+        EXPECT_THAT(result.errors[0], testing::HasSubstr(reason));
+    }
+
     TempFolder folder;
     const std::filesystem::path root = std::filesystem::canonical(folder.path()) / "sounds";
 };
 
 TEST_F(CliLibrary, ScansIntoTheUsersCatalogOrANamedOne) {
-    for (const std::vector<std::string>& catalog :
-         {std::vector<std::string>{}, {"catalog", (folder / "my.sqlite").string()}}) {
+    for (const bool named : {false, true}) {
         std::vector<std::string> words = {"scan", root.string() + "/"};
-        words.insert(words.end(), catalog.begin(), catalog.end());
+        if (named) { words.insert(words.end(), {"catalog", (folder / "my.sqlite").string()}); }
         json first = one(words);
         EXPECT_GE(first.at("seconds").get<double>(), 0);
         first.erase("seconds");
@@ -53,10 +55,7 @@ TEST_F(CliLibrary, ScansIntoTheUsersCatalogOrANamedOne) {
     EXPECT_TRUE(std::filesystem::exists(folder / "data" / "Brindlehum" / "Catalog.sqlite"));
     EXPECT_TRUE(std::filesystem::exists(folder / "my.sqlite"));
     std::filesystem::rename(root, folder / "away");
-    const auto gone = run({"scan", root.string()});
-    EXPECT_EQ(gone.exitCode, 1);
-    ASSERT_EQ(gone.errors.size(), 1U);
-    EXPECT_THAT(gone.errors[0], HasSubstr("can't be reached"));
+    expectRefused({"scan", root.string()}, "can't be reached");
 }
 
 TEST_F(CliLibrary, FindsAndCounts) {
@@ -72,14 +71,12 @@ TEST_F(CliLibrary, FindsAndCounts) {
               (json{{"total", 2}, {"categories", {{{"name", "DOORS"}, {"count", 1}}}}, {"libraries", json::array()}}));
     for (const std::vector<std::string>& words :
          {std::vector<std::string>{"search"}, {"search", "-slam"}, {"search", "slam"}, {"facets"}, {"facets", "x"}}) {
-        const auto result = run(words);
-        EXPECT_EQ(result.exitCode, 1);
-        EXPECT_EQ(result.errors.size(), 1U);
+        expectRefused(words, "");
     }
     EXPECT_FALSE(std::filesystem::exists(folder / "data")) << "searching makes no catalog";
 }
 
-TEST_F(CliLibrary, TellsAndChangesMetadata) {
+TEST_F(CliLibrary, PrintsAndChangesMetadata) {
     const std::string wave = (root / "DOORWood_Slam_JD_Big.wav").string();
     const std::string flac = (root / "b" / "c.flac").string();
     const std::string catalog = (folder / "my.sqlite").string();
@@ -100,15 +97,12 @@ TEST_F(CliLibrary, TellsAndChangesMetadata) {
     EXPECT_EQ(readBytes(flac), bytes);
     int logs = 0;
     for (const auto& log : std::filesystem::directory_iterator(root / ".brindlehum" / "changes")) {
-        EXPECT_THAT(readBytes(log.path()), HasSubstr(R"("path":"b/c.flac")"));
+        EXPECT_THAT(readBytes(log.path()), testing::HasSubstr(R"("path":"b/c.flac")"));
         ++logs;
     }
     EXPECT_EQ(logs, 1);
 
-    const auto refused = run({"scan", root.string(), "catalog", wave});
-    EXPECT_EQ(refused.exitCode, 1);
-    ASSERT_EQ(refused.errors.size(), 1U);
-    EXPECT_THAT(refused.errors[0], HasSubstr("catalog"));
+    expectRefused({"scan", root.string(), "catalog", wave}, "catalog");
 }
 
 }  // namespace

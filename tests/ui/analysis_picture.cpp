@@ -8,7 +8,7 @@
 #include <map>
 #include <set>
 
-#include "analysis/synth.h"
+#include "support/music.h"
 
 namespace brindlehum {
 namespace {
@@ -20,11 +20,11 @@ using Planes = std::vector<std::vector<float>>;
 
 MusicAnalysis clicks() {
     const Planes x(1, test::clickTrack(test::beatTimes(0.3, 16, [](double) { return 110.0; }), 4, 0, 16));
-    return *analyzeMusic({x, test::rate, std::nullopt, "clicks.wav", std::nullopt, std::nullopt}).analysis;
+    return *analyzeMusic({x, test::musicRate, std::nullopt, "clicks.wav", std::nullopt, std::nullopt}).analysis;
 }
 
 Content contentOf(const MusicAnalysis& analysis) {
-    return {"clicks.wav", "facts", analysis.mono22k, test::rate, &analysis, {}};
+    return {"clicks.wav", "facts", analysis.mono22k, test::musicRate, &analysis, {}};
 }
 
 // Columns of a row from `left` to `right` whose colour isn't the row's most frequent one.

@@ -2,7 +2,7 @@
 #include <QPushButton>
 #include <QTest>
 
-#include "analysis/synth.h"
+#include "support/music.h"
 #include "ui/player/player_view.h"
 #include "ui/window/temp_edits_bar.h"
 #include "window_fixture.h"
@@ -21,7 +21,7 @@ TEST_F(TempEditsBarTest, ShowsProgressThenTheFoldersUntilTheNextMessage) {
     EXPECT_FALSE(row->isVisible());
 
     const auto clicks = test::clickTrack(test::beatTimes(0, 20, [](double) { return 120.0; }), 4, 0, 20);
-    test::writeAudio(folder / "song.wav", {clicks}, {.rate = int(test::rate)});
+    test::writeAudio(folder / "song.wav", {clicks}, {.rate = int(test::musicRate)});
     model.makeTempEdits({folder / "song.wav", file("short.wav", 1)});
     EXPECT_TRUE(row->isVisible());
     EXPECT_TRUE(named<QPushButton>(*bar, "Cancel")->isVisible());

@@ -62,7 +62,7 @@ void forEachField(Params& p, Visit visit) {
     visit("exact", p.exact);
 }
 
-// What can't be read leaves `value` as it is.
+// Leaves `value` unchanged when the key can't be read.
 void readField(const Json& json, double& value) {
     if (json.is_number()) { value = json.get<double>(); }
 }

@@ -1,4 +1,4 @@
-// Applicability of an upmix: pure questions about two speaker lists.
+// UpmixPlanner: comparisons of two speaker lists.
 #include "upmix/upmix_planner.h"
 
 #include <algorithm>
@@ -7,7 +7,7 @@ namespace brindlehum::UpmixPlanner {
 namespace {
 
 bool holds(const SpeakerList& list, SpeakerID speaker) {
-    return std::find(list.begin(), list.end(), speaker) != list.end();
+    return std::ranges::find(list, speaker) != list.end();
 }
 
 bool holdsPair(const SpeakerList& list) {
@@ -19,7 +19,7 @@ bool holdsPair(const SpeakerList& list) {
 bool applies(const SpeakerList& source, const SpeakerList& target) {
     if (!holdsPair(source) || !holdsPair(target)) { return false; }
     if (source != SpeakerList{SpeakerID::L, SpeakerID::R}) { return !fills(source, target).empty(); }
-    const auto fullRange = std::count_if(target.begin(), target.end(), [](SpeakerID s) { return s != SpeakerID::LFE; });
+    const auto fullRange = std::ranges::count_if(target, [](SpeakerID s) { return s != SpeakerID::LFE; });
     return fullRange > 2;
 }
 

@@ -9,7 +9,7 @@
 
 namespace brindlehum::GridBuilder {
 
-// `bpm` (above 0) and `beatsPerBar` (1 or more) override what the analysis found. Without any beat the grid has the
+// `bpm` (above 0) and `beatsPerBar` (1 or more) override the analysis. Without any beat the grid has the
 // single downbeat 0. `duration` in seconds.
 MusicGrid build(const TempoResult& tempo, std::span<const float> mono22k, double duration,
                 std::optional<double> bpm = std::nullopt, std::optional<int> beatsPerBar = std::nullopt);
@@ -26,7 +26,7 @@ Fit steadyFit(std::span<const float> env, double bpm);
 // Seconds from the lattice to the true attacks, -0.04 to 0.1; 0 with fewer than 8 strong beats.
 double attackOffset(std::span<const float> mono22k, double period, double phase, std::span<const float> env);
 
-// Index of the first downbeat below `group`: the strongest position of the bar, the low end leading.
+// Index of the first downbeat, below `group`: the position of the bar with the strongest beats, low frequencies first.
 int downbeatOffset(std::span<const double> beats, std::span<const float> low, std::span<const float> full, int group);
 
 }  // namespace brindlehum::GridBuilder

@@ -1,4 +1,4 @@
-// MusicAnalysis: the whole result for one piece of music, and how its stages are put together.
+// MusicAnalysis: the whole result for one piece of music, and the run of all stages.
 #pragma once
 
 #include <array>
@@ -40,7 +40,7 @@ struct AnalysisInput {
     double sampleRate = 0;                            // Hz, above 0
     std::optional<SourceFormat> source;
     std::string_view name;  // the file's
-    // Chosen by the user in place of what the analysis finds.
+    // The user's own values, which override the analysis.
     std::optional<double> bpm;       // above 0
     std::optional<int> beatsPerBar;  // 1 or more
 };
@@ -55,11 +55,11 @@ struct AnalysisOutcome {
     Status status = Status::done;
     std::optional<MusicAnalysis> analysis;  // when done
 
-    // What an editor shows when there is no pulse.
+    // The message for noPulse.
     static constexpr std::string_view noPulseText = "No steady pulse found; set the tempo by hand";
 };
 
-// Told which stage starts next, on the calling thread; false ends the analysis there.
+// Called with the stage that starts next, on the calling thread; false ends the analysis there.
 using AnalysisProgress = std::function<bool(AnalysisStage)>;
 
 // Runs all stages on the calling thread, which is a background one. No shared state.

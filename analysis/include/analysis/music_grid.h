@@ -1,4 +1,4 @@
-// MusicGrid: the lattice of bars and beats on which all later analysis stands.
+// MusicGrid: the lattice of bars and beats that all later analysis uses.
 #pragma once
 
 #include <vector>

@@ -12,7 +12,7 @@
 
 namespace brindlehum::TempoAnalyzer {
 
-// BPM outside of which no tempo is read unless a caller widens the range.
+// The range in BPM in which a tempo is read unless a caller widens it.
 inline constexpr double slowest = 30;
 inline constexpr double fastest = 240;
 

@@ -1,4 +1,4 @@
-// TempoResult: all that the tempo analysis says about a piece.
+// TempoResult: the tempo, beats and meter of a piece.
 #pragma once
 
 #include <optional>

@@ -6,7 +6,7 @@
 #include "base/path.h"
 #include "decode/container_layout.h"
 #include "decode/ffmpeg_file.h"
-#include "decode/file_probing.h"
+#include "decode/open_audio_file.h"
 #include "decode/sndfile_file.h"
 
 namespace brindlehum {

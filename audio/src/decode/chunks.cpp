@@ -76,9 +76,9 @@ std::optional<Chunk> chunkAt(const FileHandle& file, ChunkStyle style, int64_t p
 
 std::optional<Chunk> findChunk(const FileHandle& file, ChunkStyle style, int64_t begin, int64_t end,
                                std::string_view name) {
-    constexpr int mostChunks = 4096;
+    constexpr int maxChunks = 4096;
     std::optional<Chunk> chunk = chunkAt(file, style, begin, end);
-    for (int i = 0; chunk && i < mostChunks; ++i) {
+    for (int i = 0; chunk && i < maxChunks; ++i) {
         if (chunk->is(name)) { return chunk; }
         chunk = chunkAt(file, style, chunk->next, end);
     }

@@ -55,7 +55,7 @@ Container containerOf(const FileHandle& file) {
     if (std::string_view(bytes + 4, 4) == "ftyp" || std::string_view(bytes + 4, 4) == "moov") { return Container::mp4; }
     const bool frameSync = bytes[0] == '\xFF' && (bytes[1] & 0xE0) == 0xE0;
     if (frameSync || head.starts_with("ID3")) { return Container::packets; }
-    // Of Ogg only Opus is better off with libsndfile: after a seek it lets the decoder settle for longer.
+    // libsndfile is better than FFmpeg for Opus alone in Ogg: after a seek it lets the decoder settle for longer.
     if (head == "OggS" && std::string_view(bytes + 28, 8) != "OpusHead") { return Container::packets; }
     return Container::other;
 }
@@ -91,11 +91,11 @@ std::optional<ChannelLayout> containerLayout(const FileHandle& file, Container c
 
 std::optional<ChannelLayout> parseChanChunk(const FileHandle& file, int64_t body, int64_t size) {
     constexpr int64_t descriptionBytes = 20;  // label, flags, three coordinates
-    constexpr int64_t mostDescriptions = 1024;
+    constexpr int64_t maxDescriptions = 1024;
     uint8_t head[12];
     if (size < int64_t(sizeof head) || !file.readExactly(body, head, sizeof head)) { return std::nullopt; }
     ChannelLayout layout{readBE32(head), readBE32(head + 4), {}};
-    const int64_t count = std::min<int64_t>({readBE32(head + 8), (size - 12) / descriptionBytes, mostDescriptions});
+    const int64_t count = std::min<int64_t>({readBE32(head + 8), (size - 12) / descriptionBytes, maxDescriptions});
     std::vector<uint8_t> bytes(size_t(count * descriptionBytes));
     if (!file.readExactly(body + 12, bytes.data(), bytes.size())) { return layout; }
     for (int64_t i = 0; i < count; ++i) {

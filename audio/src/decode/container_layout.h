@@ -8,14 +8,14 @@
 
 namespace brindlehum {
 
-// `packets`: raw streams of MPEG audio or ADTS frames, Ogg but Opus, and anything behind an ID3 tag.
+// `packets`: raw streams of MPEG audio or ADTS frames, Ogg without Opus, and anything behind an ID3 tag.
 enum class Container { riff, rifx, wave64, aiff, caf, flac, mp4, packets, other };
 
 // By the first bytes of the file, whatever its name.
 Container containerOf(const FileHandle& file);
 
 // WAVE_FORMAT_EXTENSIBLE's mask as a bitmap, or its Ambisonic B-format as the tag of that layout; the `chan` data of
-// CAF and AIFF as they stand; the channel assignment of FLAC as a bitmap. None when the container says nothing, and
+// CAF and AIFF unchanged; the channel assignment of FLAC as a bitmap. None when the container says nothing, and
 // for MP4, whose layouts belong to tracks (mp4_track.h).
 std::optional<ChannelLayout> containerLayout(const FileHandle& file, Container container, int channels);
 

@@ -14,7 +14,7 @@ namespace brindlehum {
 
 namespace {
 
-// Samples that every layer III decoder lags behind: 528 of the hybrid filter bank and one.
+// Delay of every layer III decoder in samples: 528 of the hybrid filter bank and one.
 constexpr int64_t decoderDelay = 529;
 
 // Offset of the first byte behind all ID3v2 tags at the start of the file.
@@ -68,7 +68,7 @@ std::optional<EncodedExtent> mp3Extent(const FileHandle& file) {
         if (extension + 24 > bytes.data() + got || extension[0] == 0) { return EncodedExtent{0, total}; }
         const int64_t delay = extension[21] << 4 | extension[22] >> 4;
         const int64_t padding = (extension[22] & 0xF) << 8 | extension[23];
-        // What lies in the decoder's delay at the very end never comes out of it.
+        // The last samples stay in the decoder's delay and never come out.
         const int64_t frames = total - delay - std::max(padding, decoderDelay);
         if (frames <= 0) { return EncodedExtent{0, total}; }
         return EncodedExtent{delay + decoderDelay, frames};

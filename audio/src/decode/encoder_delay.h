@@ -1,4 +1,4 @@
-// What encoders say of the silence that they put before and after a piece.
+// The silence before and after a piece, as encoders state it in headers.
 #pragma once
 
 #include <cstdint>
@@ -17,8 +17,8 @@ struct EncodedExtent {
 // without such a header or without a frame count in it.
 std::optional<EncodedExtent> mp3Extent(const FileHandle& file);
 
-// The gapless record "iTunSMPB" of AAC files: hexadecimal fields, of which the second to fourth are delay, padding
-// and length.
+// The gapless record "iTunSMPB" of AAC files: hexadecimal fields; the second to fourth are delay, padding and
+// length.
 std::optional<EncodedExtent> gaplessRecord(const char* text);
 
 // The packet table of a CAF file, when it counts priming or remainder frames.

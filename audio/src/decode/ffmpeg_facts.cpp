@@ -53,10 +53,10 @@ uint32_t formatID(AVCodecID id) {
 }
 
 // Decoders other than PCM put their channels into the order of the WAVE mask, so a list of speakers in the
-// container's own order would be wrong for what they deliver. Ambisonic and discrete layouts stay as stated.
+// container's own order would be wrong for their output. Ambisonic and discrete layouts stay as stated.
 bool namesSpeakers(const ChannelLayout& layout) {
     const std::vector<uint32_t> labels = ChannelLabels::labels(layout);
-    return !labels.empty() && std::all_of(labels.begin(), labels.end(), [](uint32_t label) { return label < 200; });
+    return !labels.empty() && std::ranges::all_of(labels, [](uint32_t label) { return label < 200; });
 }
 
 std::optional<ChannelLayout> layoutOf(const AVCodecParameters& parameters, std::optional<ChannelLayout> stated) {

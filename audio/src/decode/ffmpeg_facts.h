@@ -1,4 +1,4 @@
-// What a compressed stream is, how long it is, and where the piece begins in it.
+// The coding of a compressed stream, its length, and where the piece begins in it.
 #pragma once
 
 #include "audio/decode/audio_file.h"

@@ -13,8 +13,8 @@ namespace brindlehum {
 
 namespace {
 
-// Frames decoded before the one sought. The bit reservoir of MP3 was seen to need 2700 and the overlap of AAC 4800;
-// lossless coders need none.
+// Frames decoded before the target of a seek. Measured needs: 2700 for the bit reservoir of MP3, 4800 for the overlap
+// of AAC, none for lossless coders.
 constexpr int64_t lossyPreroll = 16000;
 constexpr int64_t unknown = -1;
 
@@ -74,8 +74,8 @@ private:
         return copied;
     }
 
-    // A short step forward is decoded through; anything else seeks, with more and more lead if the format lands
-    // behind the place, and in the end from the start.
+    // Decodes through a short step forward and seeks for any other. If the format lands behind the place, seeks again
+    // with a longer lead, and at last from the start.
     bool goTo(int64_t position) {
         if (frameHeld_ && position >= frameStart_ && position < frameEnd() + preroll_) { return true; }
         for (const int64_t lead : {preroll_, 16 * lossyPreroll, position + origin_ + lossyPreroll}) {
@@ -94,7 +94,7 @@ private:
         return input_->seek(target);
     }
 
-    // A flush leaves the overlap of the last block in the AAC decoder, so that the start needs a fresh one.
+    // A flush leaves the overlap of the last block in the AAC decoder, so the start needs a fresh decoder.
     bool restart() {
         CodecContextPtr fresh = openDecoder(input_->stream());
         if (!fresh) { return false; }
@@ -165,12 +165,12 @@ private:
 
 std::unique_ptr<AudioFile> openWithFFmpeg(const std::shared_ptr<FileHandle>& handle, Container container,
                                           bool trustWeakEvidence) {
-    constexpr int mostChannels = 1024;
+    constexpr int maxChannels = 1024;
     std::unique_ptr<FFmpegInput> input = FFmpegInput::open(handle, trustWeakEvidence);
     if (!input) { return nullptr; }
     const AVCodecParameters& parameters = *input->stream().codecpar;
     if (parameters.sample_rate < 1 || parameters.ch_layout.nb_channels < 1) { return nullptr; }
-    if (parameters.ch_layout.nb_channels > mostChannels) { return nullptr; }
+    if (parameters.ch_layout.nb_channels > maxChannels) { return nullptr; }
     CodecContextPtr decoder = openDecoder(input->stream());
     if (!decoder) { return nullptr; }
     StreamFacts facts = streamFacts(*input, *handle, container);

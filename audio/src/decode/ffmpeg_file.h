@@ -1,4 +1,4 @@
-// Reading of MP3, AAC, ALAC, MP4 and whatever libsndfile leaves, through the FFmpeg libraries.
+// Reading of MP3, AAC, ALAC, MP4 and all other files that libsndfile doesn't read, through the FFmpeg libraries.
 #pragma once
 
 #include <memory>

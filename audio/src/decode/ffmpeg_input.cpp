@@ -81,8 +81,8 @@ FormatContextPtr openContainer(FileCursor& cursor) {
     std::call_once(settled, [] {
         av_log_set_level(AV_LOG_QUIET);
         // Some demuxers reserve what a header claims before they look whether the file has it.
-        constexpr size_t mostBytesAtOnce = 256 << 20;
-        av_max_alloc(mostBytesAtOnce);
+        constexpr size_t maxBytesAtOnce = 256 << 20;
+        av_max_alloc(maxBytesAtOnce);
     });
 
     AVFormatContext* context = avformat_alloc_context();

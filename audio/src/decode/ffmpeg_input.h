@@ -30,12 +30,12 @@ using FormatContextPtr = std::unique_ptr<AVFormatContext, FormatContextCloser>;
 using PacketPtr = std::unique_ptr<AVPacket, PacketFreer>;
 using FramePtr = std::unique_ptr<AVFrame, FrameFreer>;
 
-// The container that the cursor's file holds, its header read; null when it is none that is known. Nothing but the
-// cursor is ever read, until the context is closed: no other file or address that the content may name is opened.
+// The container in the cursor's file, with its header read; null when it isn't a known one. Reads only the cursor,
+// until the context is closed: never opens another file or address that the content names.
 FormatContextPtr openContainer(FileCursor& cursor);
 
-// A decoder for the stream that leaves encoder delay in: it is cut by position, the same way after every seek. Null
-// when FFmpeg has none.
+// A decoder for the stream that keeps encoder delay, so that it can be cut by position, the same way after every seek.
+// Null when FFmpeg has none.
 CodecContextPtr openDecoder(const AVStream& stream);
 
 class FFmpegInput {
@@ -61,7 +61,7 @@ public:
     // The time in frames at which the last packet ends, found without decoding more than that packet; leaves the
     // input at its start. Reads the whole file where it has no index.
     int64_t measureEnd();
-    // True once the system refused a read (the end of the file is no refusal).
+    // True once the system refused a read (the end of the file isn't a refusal).
     bool hadReadError() const { return cursor_.failed; }
 
 private:

@@ -15,8 +15,8 @@ constexpr uint8_t vorbisComment = 4;
 // The mask that a comment states; 0 when the block holds none or is damaged.
 std::optional<uint32_t> commentMask(const FileHandle& file, int64_t body, int64_t size) {
     constexpr std::string_view key = "WAVEFORMATEXTENSIBLE_CHANNEL_MASK=0x";
-    constexpr int64_t mostBytes = 1 << 20;
-    std::string block(size_t(std::min(size, mostBytes)), '\0');
+    constexpr int64_t maxBytes = 1 << 20;
+    std::string block(size_t(std::min(size, maxBytes)), '\0');
     if (!file.readExactly(body, block.data(), block.size())) { return std::nullopt; }
     const auto* bytes = reinterpret_cast<const uint8_t*>(block.data());
     size_t at = 0;
@@ -46,10 +46,10 @@ std::optional<uint32_t> commentMask(const FileHandle& file, int64_t body, int64_
 std::optional<ChannelLayout> flacLayout(const FileHandle& file, int channels) {
     static constexpr std::array<uint32_t, 8> byCount = {0x4, 0x3, 0x7, 0x33, 0x37, 0x3F, 0x70F, 0x63F};
     uint32_t mask = channels >= 1 && channels <= 8 ? byCount[size_t(channels - 1)] : 0;
-    constexpr int mostBlocks = 1024;
+    constexpr int maxBlocks = 1024;
     int64_t at = 4;
     bool last = false;
-    for (int i = 0; i < mostBlocks && !last; ++i) {
+    for (int i = 0; i < maxBlocks && !last; ++i) {
         uint8_t head[4];
         if (!file.readExactly(at, head, sizeof head)) { break; }
         last = head[0] & 0x80;

@@ -57,7 +57,7 @@ std::optional<Duration> durationIn(const FileHandle& file, const std::optional<C
     const uint8_t* p = bytes.data();
     const Duration duration = p[0] == 1 ? Duration{readBE32(p + 20), int64_t(readBE64(p + 24))}
                                         : Duration{readBE32(p + 12), readBE32(p + 16)};
-    // Above 2^40 units no real file stands; the bound keeps the products below exact.
+    // No real file has more than 2^40 units; the bound keeps the products below exact.
     if (duration.scale == 0 || duration.units < 0 || duration.units > int64_t(1) << 40) { return std::nullopt; }
     return duration;
 }

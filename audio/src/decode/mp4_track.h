@@ -1,4 +1,4 @@
-// What the boxes of an MP4 or QuickTime file say of one sound track.
+// Layout and length of one sound track, from the boxes of an MP4 or QuickTime file.
 #pragma once
 
 #include <cstdint>
@@ -13,8 +13,8 @@ namespace brindlehum {
 std::optional<ChannelLayout> mp4Layout(const FileHandle& file, int trackID);
 
 // Length of the track at `rate` (Hz) after its edit list. The list counts in the movie's time scale, often mere
-// milliseconds: where it agrees with the media's own duration to within that grain, the media's is taken. None when
-// the boxes don't tell (fragmented files, lists of several edits).
+// milliseconds: where it agrees with the media's own duration to within that step, the media's own is returned. None
+// when the boxes don't state it (fragmented files, lists of several edits).
 std::optional<int64_t> mp4Frames(const FileHandle& file, int trackID, int rate);
 
 }  // namespace brindlehum

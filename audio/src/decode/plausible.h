@@ -1,4 +1,4 @@
-// What a length can be, given the size of the file that claims it.
+// The largest plausible length, given the size of the file that claims it.
 #pragma once
 
 #include <cstdint>

@@ -110,12 +110,12 @@ public:
     }
 
 private:
-    // 64 kB: stays in the nearest caches while it is taken apart.
+    // 64 kB: stays in the nearest caches while it is split into planes.
     static constexpr int bufferFloats = 16384;
 
     int advance(float* out, int frames) {
         const auto got = int(sf_readf_float(file_.get(), out, frames));
-        // Damaged data ends the file where it breaks off; only the system's own refusal is an error.
+        // Damaged data ends the file at the damage; only a read that the system refuses is an error.
         if (got < frames && cursor_->failed) { throw Error("the file can't be read any further"); }
         next_ = got < frames ? -1 : next_ + got;
         return std::max(got, 0);

@@ -8,7 +8,8 @@
 #include "audio/decode/audio_file.h"
 #include "audio/probe/format_detector.h"
 #include "base/text.h"
-#include "decode/file_probing.h"
+#include "decode/open_audio_file.h"
+#include "probe/bext_description.h"
 
 namespace brindlehum {
 
@@ -44,8 +45,8 @@ std::string kilohertz(double rate) {
 
 bool AudioFileInfo::isAudioPath(const std::filesystem::path& path) {
     const std::string extension = lowerAscii(path.extension().string());
-    return !extension.empty() && std::find(audioExtensions.begin(), audioExtensions.end(),
-                                           std::string_view(extension).substr(1)) != audioExtensions.end();
+    return !extension.empty() &&
+           std::ranges::find(audioExtensions, std::string_view(extension).substr(1)) != audioExtensions.end();
 }
 
 AudioFileInfo AudioFileInfo::load(const std::filesystem::path& url) {

@@ -19,7 +19,7 @@ struct Name {
     TagKey key;
 };
 
-// Vorbis comments have their names from their authors, so that some things go by several.
+// Authors choose the names of Vorbis comments, so some keys have several.
 constexpr std::array<Name, 9> names = {{
     {"description", TagKey::description},
     {"title", TagKey::title},
@@ -37,7 +37,7 @@ void collect(const AVDictionary* tags, std::vector<ContainerTag>& found, std::op
     while ((tag = av_dict_get(tags, "", tag, AV_DICT_IGNORE_SUFFIX))) {
         const std::string name = lowerAscii(tag->key);
         if (name == "comment" || name == "comments") { comment = repairUtf8(tag->value); }
-        const auto* known = std::find_if(names.begin(), names.end(), [&](const Name& n) { return n.name == name; });
+        const auto* known = std::ranges::find_if(names, [&](const Name& n) { return n.name == name; });
         if (known != names.end()) { found.push_back({known->key, repairUtf8(tag->value)}); }
     }
 }
@@ -55,15 +55,13 @@ std::vector<ContainerTag> containerTags(const std::filesystem::path& path, const
     if (!container) { return found; }
     std::optional<std::string> comment;
     collect(container->metadata, found, comment);
-    // Ogg tags its streams. Pictures have titles and comments of their own, which aren't the sound's.
+    // Ogg tags its streams. A picture's title and comment aren't the sound's.
     for (unsigned i = 0; i < container->nb_streams; ++i) {
         const AVStream& stream = *container->streams[i];
         if (stream.codecpar->codec_type == AVMEDIA_TYPE_AUDIO) { collect(stream.metadata, found, comment); }
     }
     const auto describes = [](const ContainerTag& tag) { return tag.key == TagKey::description; };
-    if (comment && std::none_of(found.begin(), found.end(), describes)) {
-        found.push_back({TagKey::description, *comment});
-    }
+    if (comment && std::ranges::none_of(found, describes)) { found.push_back({TagKey::description, *comment}); }
     return found;
 }
 

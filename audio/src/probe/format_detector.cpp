@@ -26,14 +26,13 @@ int ambisonicOrder(int channels) {
 }
 
 bool allOfFamily(const std::vector<uint32_t>& labels, uint32_t family) {
-    return !labels.empty() &&
-           std::all_of(labels.begin(), labels.end(), [&](uint32_t label) { return label >> 16 == family; });
+    return !labels.empty() && std::ranges::all_of(labels, [&](uint32_t label) { return label >> 16 == family; });
 }
 
 // W, X, Y and Z, each at least once and nothing else.
 bool areBFormatLabels(const std::vector<uint32_t>& labels) {
     std::vector<uint32_t> sorted = labels;
-    std::sort(sorted.begin(), sorted.end());
+    std::ranges::sort(sorted);
     sorted.erase(std::unique(sorted.begin(), sorted.end()), sorted.end());
     return sorted == std::vector<uint32_t>{200, 201, 202, 203};
 }
@@ -49,26 +48,26 @@ std::optional<SourceFormat> fromLayout(int channels, int order, const std::vecto
     return std::nullopt;
 }
 
-std::optional<SourceFormat> fromName(const std::filesystem::path& url, int channels, int order) {
+std::optional<SourceFormat> fromName(const std::filesystem::path& path, int channels, int order) {
     static constexpr std::array<std::string_view, 14> keywords = {
         "ambix", "ambisonic", "b-format", "bformat", "b_format", "_foa", " foa",
         "foa_",  "_hoa",      " hoa",     "hoa_",    "sn3d",     "_acn", "soundfield"};
     if (order == 0) { return std::nullopt; }
-    const std::string name = lowerAscii(url.stem().string());
+    const std::string name = lowerAscii(path.stem().string());
     const auto holds = [&](std::string_view word) { return name.find(word) != std::string::npos; };
-    const bool amb = lowerAscii(url.extension().string()) == ".amb";
+    const bool amb = lowerAscii(path.extension().string()) == ".amb";
     if (channels == 4 && (amb || holds("fuma"))) { return SourceFormat::ambisonic(1, AmbiNorm::fuma); }
-    if (std::none_of(keywords.begin(), keywords.end(), holds)) { return std::nullopt; }
+    if (std::ranges::none_of(keywords, holds)) { return std::nullopt; }
     return SourceFormat::ambisonic(order, holds("n3d") && !holds("sn3d") ? AmbiNorm::n3d : AmbiNorm::sn3d);
 }
 
 }  // namespace
 
-SourceFormat detect(const std::filesystem::path& url, int channels, const std::vector<uint32_t>& labels,
+SourceFormat detect(const std::filesystem::path& path, int channels, const std::vector<uint32_t>& labels,
                     uint32_t layoutTag) {
     const int order = ambisonicOrder(channels);
     if (const auto format = fromLayout(channels, order, labels, layoutTag)) { return *format; }
-    if (const auto format = fromName(url, channels, order)) { return *format; }
+    if (const auto format = fromName(path, channels, order)) { return *format; }
     if (channels == 2) { return SourceFormat::stereo(); }
     if (channels == 1) { return SourceFormat::mono(); }
     if (!labels.empty() && int64_t(labels.size()) == channels) {

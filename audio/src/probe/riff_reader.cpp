@@ -9,15 +9,15 @@
 #include "base/file_handle.h"
 #include "base/text.h"
 #include "decode/chunks.h"
-#include "decode/file_probing.h"
+#include "probe/bext_description.h"
 
 namespace brindlehum {
 
 namespace {
 
-bool isRiffExtension(const std::filesystem::path& url) {
+bool isRiffExtension(const std::filesystem::path& path) {
     static constexpr std::array<std::string_view, 5> extensions = {".wav", ".wave", ".bwf", ".amb", ".rf64"};
-    return std::find(extensions.begin(), extensions.end(), lowerAscii(url.extension().string())) != extensions.end();
+    return std::ranges::find(extensions, lowerAscii(path.extension().string())) != extensions.end();
 }
 
 bool isRiff(const FileHandle& file) {
@@ -39,16 +39,16 @@ std::optional<std::string> description(const FileHandle& file, int64_t body) {
 }
 
 std::optional<std::string> walk(const FileHandle& file) {
-    constexpr int mostChunks = 64;
+    constexpr int maxChunks = 64;
     int64_t position = 12;
-    for (int i = 0; i < mostChunks; ++i) {
+    for (int i = 0; i < maxChunks; ++i) {
         uint8_t head[8];
         if (!file.readExactly(position, head, sizeof head)) { return std::nullopt; }
         if (std::string_view(reinterpret_cast<const char*>(head), 4) == "bext") {
             return description(file, position + 8);
         }
         const uint32_t size = readLE32(head + 4);
-        // The 64-bit data chunk, whose true size stands elsewhere: what lies behind it isn't looked for.
+        // The true size of a 64-bit data chunk is stored elsewhere: chunks behind it aren't searched.
         if (size == 0xFFFFFFFF) { return std::nullopt; }
         position += 8 + int64_t(size) + (size & 1);
     }
@@ -61,12 +61,12 @@ std::optional<std::string> bextDescription(const FileHandle& file, const std::fi
     return isRiffExtension(path) && isRiff(file) ? walk(file) : std::nullopt;
 }
 
-std::optional<std::string> RIFFReader::bextDescription(const std::filesystem::path& url) {
-    if (!isRiffExtension(url)) { return std::nullopt; }
+std::optional<std::string> RIFFReader::bextDescription(const std::filesystem::path& path) {
+    if (!isRiffExtension(path)) { return std::nullopt; }
     try {
-        return brindlehum::bextDescription(FileHandle(url), url);
+        return brindlehum::bextDescription(FileHandle(path), path);
     } catch (const Error&) {
-        return std::nullopt;  // a file that can't be opened has no description to show
+        return std::nullopt;  // a file that can't be opened has no description
     }
 }
 

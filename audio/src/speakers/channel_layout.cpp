@@ -22,7 +22,7 @@ std::vector<uint32_t> bitmapLabels(uint32_t bitmap) {
     return out;
 }
 
-// `sides`: the list that the label stands in names side speakers, so that plain surrounds are at the back.
+// `sides`: the label's list names side speakers, so plain surrounds are at the back.
 std::optional<SpeakerID> labelSpeaker(uint32_t label, bool sides) {
     switch (label) {
         case 1:
@@ -97,7 +97,7 @@ std::vector<uint32_t> ChannelLabels::labels(const std::optional<ChannelLayout>& 
 }
 
 std::optional<SpeakerList> ChannelLabels::speakers(const std::vector<uint32_t>& labels) {
-    const bool sides = std::any_of(labels.begin(), labels.end(), [](uint32_t l) { return l == 10 || l == 11; });
+    const bool sides = std::ranges::any_of(labels, [](uint32_t l) { return l == 10 || l == 11; });
     SpeakerList out;
     std::array<bool, speakerCount> seen{};
     for (const uint32_t label : labels) {
@@ -161,7 +161,7 @@ std::optional<WaveMask::Mask> WaveMask::mask(const SpeakerList& list) {
         out.mask |= *b;
         pairs.emplace_back(*b, speaker);
     }
-    std::sort(pairs.begin(), pairs.end());
+    std::ranges::sort(pairs);
     for (const auto& [b, speaker] : pairs) { out.order.push_back(speaker); }
     return out;
 }

@@ -144,7 +144,7 @@ std::span<const LayoutTag> all() {
 }
 
 const LayoutTag* find(uint32_t tag) {
-    const auto* at = std::find_if(std::begin(table), std::end(table), [&](const LayoutTag& e) { return e.tag == tag; });
+    const auto* at = std::ranges::find_if(table, [&](const LayoutTag& e) { return e.tag == tag; });
     return at == std::end(table) ? nullptr : at;
 }
 

@@ -1,4 +1,4 @@
-// SourceFormat: the names of formats, and which of them are offered for a channel count.
+// SourceFormat: the names of formats, and the formats offered for a channel count.
 #include "audio/speakers/source_format.h"
 
 #include <algorithm>
@@ -34,7 +34,7 @@ std::string ambisonicName(const Ambisonic& ambisonic) {
         .append(" order");
 }
 
-// The offers for a channel count but the discrete one at the end.
+// The formats offered for a channel count, without the discrete one at the end.
 std::vector<SourceFormat> spatialOptions(int channels) {
     using enum LayoutID;
     const auto bed = [](LayoutID layout) { return SourceFormat::speakers(speakers(layout)); };
@@ -71,7 +71,7 @@ std::string_view rawValue(AmbiNorm norm) {
 }
 
 std::optional<AmbiNorm> ambiNormFromRaw(std::string_view raw) {
-    const auto* at = std::find(normNames.begin(), normNames.end(), raw);
+    const auto* at = std::ranges::find(normNames, raw);
     if (at == normNames.end()) { return std::nullopt; }
     return static_cast<AmbiNorm>(at - normNames.begin());
 }

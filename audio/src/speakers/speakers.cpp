@@ -71,7 +71,7 @@ Direction Direction::fromVector(const std::array<double, 3>& v) {
 }
 
 bool isRearLayout(const SpeakerList& list) {
-    return std::any_of(list.begin(), list.end(), [](SpeakerID s) { return s == Lrs || s == Rrs; });
+    return std::ranges::any_of(list, [](SpeakerID s) { return s == Lrs || s == Rrs; });
 }
 
 std::string_view rawValue(SpeakerID speaker) {

@@ -1,14 +1,18 @@
 // FileSource: an audio file as a frame source, where a read error is the end.
+#include "audio/stream/file_source.h"
+
 #include <algorithm>
 
-#include "audio/stream/frame_source.h"
+#include "audio/decode/audio_file.h"
 #include "base/error.h"
 
 namespace brindlehum {
 
-FileSource::FileSource(const std::filesystem::path& url) : file_(AudioFile::open(url)) {
+FileSource::FileSource(const std::filesystem::path& path) : file_(AudioFile::open(path)) {
     planes_.resize(size_t(file_->facts().channels));
 }
+
+FileSource::~FileSource() = default;
 
 ProcessingFormat FileSource::processingFormat() const {
     const AudioFileFacts& facts = file_->facts();
@@ -30,7 +34,7 @@ int FileSource::read(float* const* planes, int planeCount, int64_t position, int
     try {
         got = file_->read(planes_.data(), position, frames);
     } catch (const Error&) {
-        return 0;  // whoever plays or draws can do no more than stop here
+        return 0;  // a player or an overview can only stop here
     }
     for (int plane = wanted; plane < planeCount; ++plane) { std::fill_n(planes[plane], got, 0.0F); }
     return got;

@@ -1,10 +1,10 @@
 // MemorySource: channels in memory, with a metronome mixed into the first two.
+#include "audio/stream/memory_source.h"
+
 #include <algorithm>
 #include <cmath>
 #include <numbers>
 #include <stdexcept>
-
-#include "audio/stream/frame_source.h"
 
 namespace brindlehum {
 
@@ -14,7 +14,7 @@ constexpr double clickSeconds = 0.045;
 // Channels in order, without any spatial meaning; the count is added to it.
 constexpr uint32_t discreteInOrder = 0x930000;
 
-// A sine that dies away as e^(-decay t), t in seconds.
+// A sine that decays as e^(-decay t), t in seconds.
 std::vector<float> clickSound(double sampleRate, double amplitude, double hz, double decay) {
     std::vector<float> sound(size_t(std::max(std::floor(sampleRate * clickSeconds), 0.0)));
     for (size_t i = 0; i < sound.size(); ++i) {

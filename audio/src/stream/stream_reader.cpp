@@ -24,18 +24,18 @@ namespace {
 constexpr int blockFrames = 4096;
 constexpr int maxChannels = 64;
 constexpr double queuedSeconds = 1.5;
-constexpr double leastRingRate = 44100;  // Hz: slow devices get as many frames as this one
-constexpr double equalRates = 0.5;       // Hz
+constexpr double minRingRate = 44100;  // Hz: slow devices get as many frames as this one
+constexpr double equalRates = 0.5;     // Hz
 constexpr auto idleTime = std::chrono::milliseconds(4);
 
 mn_ring* makeRing(int channels, double outputRate) {
-    const double frames = std::floor(std::max(leastRingRate, outputRate) * queuedSeconds);
+    const double frames = std::floor(std::max(minRingRate, outputRate) * queuedSeconds);
     if (!(frames <= std::numeric_limits<int32_t>::max())) { return nullptr; }
     return mn_ring_create(channels, int32_t(frames));
 }
 
-// Above the interface and the loaders; a refusal (the usual case without a grant) changes nothing that can be heard
-// while the ring holds more than a second.
+// Raises the thread above the interface and the loaders. A refusal (usual without a grant) isn't audible, since the
+// ring holds more than a second.
 void raisePriority() {
     constexpr int niceness = -11;
     pthread_setname_np(pthread_self(), "Brindlehum.Stre");  // "Brindlehum.StreamReader" in the system's 15 characters
@@ -94,7 +94,7 @@ StreamReader::Block StreamReader::readSource(int limit) {
     if (loop_ && filePos_ >= hardEnd) { filePos_ = loopStart_; }
     int got = read(std::min<int64_t>(hardEnd - filePos_, limit));
     if (got < 1 && loop_) {
-        // The source is shorter than it promised: the loop ends here.
+        // The source is shorter than its stated length: the loop ends here.
         filePos_ = loopStart_;
         got = read(std::min<int64_t>(hardEnd - filePos_, limit));
     }
@@ -118,14 +118,14 @@ bool StreamReader::fillPlain() {
 bool StreamReader::fillConverted() {
     const auto pull = [this](int limit, const float** planes) {
         const int got = readSource(std::min(limit, blockFrames)).frames;
-        std::copy(in_.planes.begin(), in_.planes.end(), planes);
+        std::ranges::copy(in_.planes, planes);
         return got;
     };
     int got = 0;
     try {
         got = converter_->process(out_.planes.data(), blockFrames, pull);
     } catch (const std::exception&) {
-        return finish();  // a converter that fails ends the stream as its end would
+        return finish();  // a failing converter ends the stream like the source's end
     }
     for (int i = 0; i < got; ++i) {
         virtualPos_ += ratio_;

@@ -1,5 +1,5 @@
-// Minimum and maximum by independent lanes, so that the compiler may take them as vectors without loosening its
-// rules for what isn't a number.
+// Minimum and maximum by independent lanes, so that the compiler can vectorise them and keep its rules for samples that
+// aren't numbers.
 #include "wave/extremes.h"
 
 #include <algorithm>
@@ -13,7 +13,7 @@ namespace {
 
 constexpr size_t lanes = 32;  // eight SSE registers each of minima and maxima: enough to hide the latency
 
-// The comparison is false for what isn't a number, on either side, and then keeps the value found so far.
+// The comparison is false when either side isn't a number, and then keeps the value found so far.
 inline void take(float sample, float& least, float& greatest) {
     least = sample < least ? sample : least;
     greatest = sample > greatest ? sample : greatest;
@@ -33,8 +33,8 @@ Extremes extremes(const float* samples, int64_t count) noexcept {
         for (size_t lane = 0; lane < lanes; ++lane) { take(group[lane], least[lane], greatest[lane]); }
     }
     for (; i < count; ++i) { take(samples[i], least[0], greatest[0]); }
-    const float min = *std::min_element(least.begin(), least.end());
-    const float max = *std::max_element(greatest.begin(), greatest.end());
+    const float min = *std::ranges::min_element(least);
+    const float max = *std::ranges::max_element(greatest);
     return min > max ? Extremes{} : Extremes{min, max};
 }
 

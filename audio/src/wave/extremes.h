@@ -1,4 +1,4 @@
-// The least and the greatest sample of a run: what a waveform's bucket shows.
+// The smallest and the largest sample of a run, for one bucket of a waveform.
 #pragma once
 
 #include <cstdint>

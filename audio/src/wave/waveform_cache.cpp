@@ -1,4 +1,4 @@
-// WaveformCache: overviews of the files that were looked at last.
+// WaveformCache: overviews of the files that were loaded last.
 #include <algorithm>
 
 #include "audio/wave/waveform.h"
@@ -14,19 +14,19 @@ WaveformCache& WaveformCache::shared() {
     return cache;
 }
 
-WaveformPtr WaveformCache::get(const std::filesystem::path& url) const {
-    const auto entry = items_.find(url);
+WaveformPtr WaveformCache::get(const std::filesystem::path& path) const {
+    const auto entry = items_.find(path);
     return entry == items_.end() ? nullptr : entry->second;
 }
 
-void WaveformCache::set(const std::filesystem::path& url, WaveformPtr data) {
-    order_.erase(std::remove(order_.begin(), order_.end(), url), order_.end());
+void WaveformCache::set(const std::filesystem::path& path, WaveformPtr data) {
+    std::erase(order_, path);
     if (!data) {
-        items_.erase(url);
+        items_.erase(path);
         return;
     }
-    items_[url] = std::move(data);
-    order_.push_back(url);
+    items_[path] = std::move(data);
+    order_.push_back(path);
     while (order_.size() > maxEntries) {
         items_.erase(order_.front());
         order_.pop_front();

@@ -2,6 +2,7 @@
 #include <chrono>
 #include <exception>
 
+#include "audio/stream/file_source.h"
 #include "audio/wave/waveform.h"
 #include "wave/waveform_scan.h"
 
@@ -9,13 +10,13 @@ namespace brindlehum {
 
 namespace {
 
-constexpr double snapshotSeconds = 0.12;  // at least this long from one to the next
+constexpr double snapshotSeconds = 0.12;  // least time from one snapshot to the next
 
 double steadySeconds() {
     return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
 }
 
-// What one load carries from thread to thread.
+// The state of one load, handed from thread to thread.
 struct Load {
     std::shared_ptr<WaveformLoader> loader;
     WaveformLoader::Open open;
@@ -48,9 +49,9 @@ struct Load {
 
 }  // namespace
 
-std::shared_ptr<WaveformLoader> WaveformLoader::load(const std::filesystem::path& url, Update onUpdate,
+std::shared_ptr<WaveformLoader> WaveformLoader::load(const std::filesystem::path& path, Update onUpdate,
                                                      const Executor& background, const Executor& main) {
-    return load([url] { return std::make_unique<FileSource>(url); }, std::move(onUpdate), background, main,
+    return load([path] { return std::make_unique<FileSource>(path); }, std::move(onUpdate), background, main,
                 steadySeconds);
 }
 
@@ -61,14 +62,14 @@ std::shared_ptr<WaveformLoader> WaveformLoader::load(Open open, Update onUpdate,
         try {
             load.run();
         } catch (const std::exception&) {
-            return;  // no overview: whoever loads the file says why
+            return;  // no overview: loading the file reports the reason
         }
     });
     return loader;
 }
 
-WaveformPtr WaveformLoader::overview(const std::filesystem::path& url) {
-    FileSource source(url);
+WaveformPtr WaveformLoader::overview(const std::filesystem::path& path) {
+    FileSource source(path);
     return overview(source);
 }
 

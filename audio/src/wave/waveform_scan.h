@@ -16,7 +16,7 @@ public:
 
     // Reads and reduces the next block; false when all is done or the source gives no more.
     bool step();
-    // What has been reduced so far. The final one counts as complete whatever was read.
+    // The buckets reduced so far. The one from finish() counts as complete, however much was read.
     WaveformPtr snapshot() const { return std::make_shared<const WaveformData>(data_); }
     WaveformPtr finish();
 

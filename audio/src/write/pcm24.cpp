@@ -19,8 +19,8 @@ using Floats = float __attribute__((vector_size(lanes * sizeof(float))));
 using Doubles = double __attribute__((vector_size(lanes * sizeof(double))));
 using Integers = int32_t __attribute__((vector_size(lanes * sizeof(int32_t))));
 
-// Fills whole vectors of `out`. In double precision the product is exact, and so is its sum with a half: cut off, that
-// is the product rounded halves away from zero.
+// Fills whole vectors of `out`. In double precision the product and its sum with a half are exact, so cutting the sum
+// off rounds the product, halves away from zero.
 __attribute__((always_inline)) inline void quantise(const float* x, int64_t count, int32_t* out) {
     for (int64_t i = 0; i < count; i += lanes) {
         Floats samples{};
@@ -29,7 +29,7 @@ __attribute__((always_inline)) inline void quantise(const float* x, int64_t coun
         } else {
             std::memcpy(&samples, x + i, size_t(count - i) * sizeof(float));
         }
-        samples = samples < 1.0F ? samples : Floats{} + 1.0F;  // 1 for what is not a number, too
+        samples = samples < 1.0F ? samples : Floats{} + 1.0F;  // also 1 for a sample that isn't a number
         samples = samples > -1.0F ? samples : Floats{} - 1.0F;
         const Doubles scaled = __builtin_convertvector(samples, Doubles) * 8388607.0;
         const Doubles half = scaled < 0 ? Doubles{} - 0.5 : Doubles{} + 0.5;

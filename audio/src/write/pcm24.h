@@ -14,8 +14,8 @@ public:
 
     // Writes `frames` frames of three-byte samples, low byte first, from one pointer a channel, each from its frame
     // `first` on. Missing channels are zeros, more than the encoder's are ignored. x becomes x 8388607 rounded to
-    // nearest, halves away from zero, clamped to that of -1 and 1; what is not a number becomes 8388607. `out` has room
-    // for the samples and one byte more.
+    // nearest, halves away from zero, clamped to -8388607 and 8388607; a sample that isn't a number becomes 8388607.
+    // `out` has room for the samples and one byte more.
     void encode(std::span<const float* const> planes, int64_t first, int64_t frames, uint8_t* out);
 
 private:

@@ -37,11 +37,11 @@ std::array<uint8_t, 4> little32(uint64_t value) {
 
 }  // namespace
 
-WavFileWriter::WavFileWriter(const std::filesystem::path& url, double sampleRate, int channels, uint32_t mask,
+WavFileWriter::WavFileWriter(const std::filesystem::path& path, double sampleRate, int channels, uint32_t mask,
                              std::string_view description)
     // The shape is checked before anything is created or replaced.
-    : WavFileWriter((shapeOf(sampleRate, channels, mask), makeFileSink(url)), sampleRate, channels, mask, description) {
-}
+    : WavFileWriter((shapeOf(sampleRate, channels, mask), makeFileSink(path)), sampleRate, channels, mask,
+                    description) {}
 
 WavFileWriter::WavFileWriter(std::unique_ptr<ByteSink> sink, double sampleRate, int channels, uint32_t mask,
                              std::string_view description)
@@ -63,12 +63,12 @@ void WavFileWriter::append(std::span<const float* const> planes, int64_t frames)
 
 void WavFileWriter::appendAll(const std::vector<std::vector<float>>& channels) {
     const size_t frames = channels.empty() ? 0 : channels[0].size();
-    if (std::any_of(channels.begin(), channels.end(), [&](const auto& c) { return c.size() < frames; })) {
+    if (std::ranges::any_of(channels, [&](const auto& c) { return c.size() < frames; })) {
         throw std::invalid_argument("channels of unequal length");
     }
     std::vector<const float*> planes(channels.size());
     for (int64_t at = 0; at < int64_t(frames); at += blockFrames) {
-        std::transform(channels.begin(), channels.end(), planes.begin(), [&](const auto& c) { return c.data() + at; });
+        std::ranges::transform(channels, planes.begin(), [&](const auto& c) { return c.data() + at; });
         appendBlock(planes, std::min(blockFrames, int64_t(frames) - at), "Too long for a WAV file (4 GB limit)");
     }
 }
@@ -90,7 +90,7 @@ void WavFileWriter::appendBlock(std::span<const float* const> planes, int64_t fr
         handle_->writeAt(end, {scratch_.data(), size_t(count * frameBytes)});
         end += uint64_t(count * frameBytes);
     }
-    // Only now: a block that broke off isn't part of the file.
+    // Only now, so that a block that broke off isn't part of the file.
     dataBytes_ = end - WavHeader::size;
 }
 

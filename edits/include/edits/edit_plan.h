@@ -1,4 +1,4 @@
-// EditPlan: how one version of a piece of music is put together from whole bars of it. Plain values, no audio.
+// EditPlan: one version of a piece of music as a list of whole bars. Plain values, no audio.
 #pragma once
 
 #include <cstdint>
@@ -11,7 +11,7 @@ namespace brindlehum {
 
 struct EditPlan {
     enum class Kind {
-        piece,     // a section of the source as it stands
+        piece,     // an unchanged section of the source
         loop,      // a section meant to repeat
         cutdown,   // shortened to a length
         extended,  // lengthened to a length
@@ -31,7 +31,7 @@ struct EditPlan {
     std::optional<double> cutAtSec;   // the length at which the render is cut and faded, seconds
     int64_t fadeInFrames = 0;         // of the output; 0 for none
     int64_t fadeOutFrames = 0;
-    std::string map;             // for people, in bar numbers that count from 1
+    std::string map;             // for the user, in bar numbers from 1
     double quality = 1;          // 0 to 1: how well the worst splice matches; 1 without a splice
     bool carryLoopTail = false;  // a loop's ring-out is carried round to its start
 };

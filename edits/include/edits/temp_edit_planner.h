@@ -1,7 +1,7 @@
 // TempEditPlanner: which bars of a piece, in which order, make a version of it. Stateless, callable on any thread.
 //
-// A piece keeps its head up to the body and its ending as they are; the time between is filled with bars of the body,
-// with jumps only between bars that sound alike. Nothing is ever stretched.
+// A version keeps the head up to the body and the ending unchanged; bars of the body fill the time between, with jumps
+// only between bars that sound alike. Nothing is ever stretched.
 #pragma once
 
 #include <cstdint>
@@ -19,22 +19,23 @@ namespace brindlehum::TempEditPlanner {
 std::string label(double seconds);
 
 // All plans for a piece of `totalFrames` frames at `sampleRate` Hz, by the pins in `structure`: its sections first,
-// then the lengths in the order asked for. A length that can't be reached is left out, and so is one whose name is
+// then the lengths in the order of the options. A length that can't be reached is left out, and so is one whose name is
 // taken already. Less than two bars, or an intro that ends after the ending starts: none.
 std::vector<EditPlan> plans(const MusicGrid& grid, const StructureResult& structure, double sampleRate,
                             int64_t totalFrames, const TempEditOptions& options);
 
-// What a jump from one bar line to another costs. A bar line is the index of the bar that it starts.
+// The cost of a jump from one bar line to another. A bar line is the index of the bar that it starts.
 struct JumpTable {
     // The similarities are borrowed.
     JumpTable(const SimilarityMatrix& similarity, const Pins& pins);
 
     const SimilarityMatrix& sim;
     Pins pins;
-    double threshold = 0.8;  // the least mean similarity that allows a jump: 0.8, or what 85 % of the body stay below
+    double threshold =
+        0.8;  // the least mean similarity that allows a jump: 0.8 or the body's 85th percentile, the larger
 
-    // How unlike the bars are that would meet, 0 to 1 - threshold; none where they are too unlike. The jump at the end
-    // of the loop back to its start is always there, at 0.1 or less.
+    // The difference of the bars that meet, 0 to 1 - threshold; none where they differ too much. The jump from the end
+    // of the loop back to its start is always allowed, at 0.1 or less.
     std::optional<double> cost(int from, int to) const;
 };
 

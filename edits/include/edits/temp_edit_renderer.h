@@ -1,4 +1,4 @@
-// TempEditRenderer: a plan turned into audio. Stateless, callable on any thread.
+// TempEditRenderer: renders a plan as audio. Stateless, callable on any thread.
 #pragma once
 
 #include <cstdint>
@@ -12,12 +12,12 @@ namespace brindlehum::TempEditRenderer {
 // the plan's spans lie within them.
 //
 // Spans that don't follow each other in the source are joined by an equal-power crossfade that ends on the first frame
-// of the later one, fed from what precedes it in the source: nothing after a splice moves, and the length is the sum
-// of the spans. A loop is made to wrap.
+// of the later one and fades in the samples before it in the source. So nothing after a splice moves, and the length is
+// the sum of the spans. A loop is made to wrap.
 std::vector<std::vector<float>> render(const EditPlan& plan, const std::vector<std::vector<float>>& channels,
                                        double sampleRate, const TempEditOptions& options);
 
-// Frames that `render` gives.
+// Frames that `render` returns.
 int64_t length(const EditPlan& plan, double sampleRate);
 
 }  // namespace brindlehum::TempEditRenderer

@@ -1,7 +1,8 @@
 // TempEdits: whole files at once, from the file to its folder of edits. For batches and the command line.
 //
-// All calls block on I/O and computing: a background thread calls them. They throw nothing; what went wrong is told in
-// the outcome. Cancellation is looked at between the stages of the analysis and every second or so of written audio.
+// All calls block on I/O and computing: call them on a background thread. They throw nothing; the outcome has the
+// reason of a failure. They check for a stop between the stages of the analysis and every second or so of written
+// audio.
 #pragma once
 
 #include <cstddef>
@@ -30,7 +31,7 @@ enum class Status {
     cancelled
 };
 
-// One file up to its plans, with the audio that they are about.
+// One file up to its plans, with its audio.
 struct Planned {
     Status status = Status::done;
     std::string reason;  // one line for the user, empty when done
@@ -39,7 +40,7 @@ struct Planned {
     std::optional<MusicAnalysis> analysis;
     std::vector<EditPlan> plans;
 };
-Planned plan(const std::filesystem::path& url, const TempEditOptions& options = {}, const std::stop_token& stop = {});
+Planned plan(const std::filesystem::path& path, const TempEditOptions& options = {}, const std::stop_token& stop = {});
 
 struct Job {
     std::filesystem::path url;
@@ -48,7 +49,7 @@ struct Job {
 struct Outcome {
     Status status = Status::done;     // done even without any plan: the sheet is written
     std::string reason;               // one line for the user, empty when done
-    TempEditExporter::Result result;  // what was finished, whatever the status
+    TempEditExporter::Result result;  // the finished files, whatever the status
     std::vector<EditPlan> plans;      // once they are known; result.files are those of the first ones
     double sampleRate = 0;            // Hz, of the source
 };
@@ -58,7 +59,7 @@ struct Step {
     enum class Kind {
         started,   // a file: it is read and analysed next
         writing,   // `file`, the edit of plan `plan` of `plans`
-        finished,  // a file: `outcome` tells how
+        finished,  // a file, with `outcome`
     };
     Kind kind = Kind::started;
     size_t index = 0;  // of the job
@@ -69,8 +70,8 @@ struct Step {
     std::string file;
     const Outcome* outcome = nullptr;  // borrowed for the call
 };
-// Called on the threads of the batch, never by two at a time. Files start in their order; two may be at work at once,
-// so that steps of both are told in turn. Must not throw.
+// Called on the threads of the batch, never by two at a time. Files start in their order; the steps of files at work at
+// once interleave. Must not throw.
 using Progress = std::function<void(const Step&)>;
 
 // One file: read, analyse, plan, render, write.
@@ -86,7 +87,7 @@ struct Limits {
 std::vector<Outcome> makeAll(std::span<const Job> jobs, const TempEditOptions& options = {},
                              const Progress& progress = {}, const std::stop_token& stop = {}, Limits limits = {});
 
-// The last message of a batch: counts every skipped file under the same words, whatever the reason.
+// The last message of a batch; counts all skipped files together, whatever the reason.
 std::string closingText(std::span<const Outcome> outcomes);
 
 }  // namespace brindlehum::TempEdits

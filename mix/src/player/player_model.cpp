@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "audio/stream/file_source.h"
 #include "base/error.h"
 #include "mix/config/mix_builder.h"
 

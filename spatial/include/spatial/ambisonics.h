@@ -53,7 +53,7 @@ Matrix samplingDecoder(int order, const std::vector<Direction>& dirs, const std:
                        const Rotation& rotation, bool normalize);
 // All-round decoder onto real speakers (Zotter and Frank 2012): 240 virtual directions panned by VBAP.
 Matrix allradDecoder(int order, const std::vector<Direction>& speakers, const Rotation& rotation);
-// Scales so that a plane wave delivers unit energy on average; an all-zero matrix comes back as it is.
+// Scales so that a plane wave delivers unit energy on average; returns an all-zero matrix unchanged.
 Matrix energyNormalized(Matrix matrix, int order);
 
 }  // namespace Ambisonics

@@ -14,10 +14,10 @@ namespace brindlehum::MixBuilder {
 
 // Fold of any direction to a stereo pair: left and right gain.
 std::pair<double, double> stereoGains(const Direction& direction);
-// Index of the nearest speaker of the list, LFE left out; the first of equals; none without a candidate.
+// Index of the nearest speaker of the list but the LFE; the first of equally near ones; none without a candidate.
 std::optional<int> nearest(const Direction& direction, const SpeakerList& in);
 
-// One row a target speaker, one column a source channel. What can't be routed is dropped. Pure, control side.
+// One row a target speaker, one column a source channel. Channels that can't be routed are dropped. Pure, control side.
 Matrix layoutMatrix(const SourceFormat& source, int channels, const SpeakerList& target, ListenMode listen,
                     const Rotation& rotation, bool monoToCenter);
 

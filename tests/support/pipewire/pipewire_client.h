@@ -10,7 +10,7 @@
 
 namespace brindlehum::test {
 
-// Its thread runs from the construction on. Calls from outside hold the lock; what fails throws std::runtime_error.
+// Its thread runs from the construction on. Calls from outside hold the lock and throw std::runtime_error on failure.
 class PipeWireClient {
 public:
     struct Global {

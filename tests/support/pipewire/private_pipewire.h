@@ -1,4 +1,4 @@
-// PrivatePipeWire: a PipeWire server of a test's own, and the hand that plugs and unplugs its sinks.
+// PrivatePipeWire: a PipeWire server of a test's own, with sinks that the test adds and removes.
 #pragma once
 
 #include <sys/types.h>
@@ -10,8 +10,8 @@ namespace brindlehum::test {
 
 // Points this process's environment at a runtime folder of its own and runs a server there, with the sinks "sink2"
 // ("Pair"), "sink12" ("Room of twelve") and "sink16" (no description) at 48 kHz in blocks of 1024 frames. The server
-// ends with the object, and with the process whatever way it ends. One at a time, on the main thread; what fails
-// throws std::runtime_error.
+// ends with the object, and with the process however that ends. One at a time, on the main thread. Every call throws
+// std::runtime_error on failure.
 class PrivatePipeWire {
 public:
     enum class Start : uint8_t { now, later };
@@ -22,13 +22,13 @@ public:
 
     void start();
     void kill();    // at once, as in a crash
-    void freeze();  // the server goes on existing and answers nothing
+    void freeze();  // the server stays and stops answering
     void thaw();
 
     void addSink(const std::string& name, int channels);
     void removeSink(const std::string& name);
     void setDefaultSink(const std::string& name);
-    // Rules the clock over all clients' wishes; 0 leaves it to them again.
+    // Sets the clock against all clients' requests; 0 leaves it to them again.
     void forceQuantum(int frames);
     void forceRate(int hertz);
 

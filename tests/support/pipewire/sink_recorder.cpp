@@ -73,7 +73,7 @@ void SinkRecorder::process(const spa_io_position& position) {
     sources.reserve(ports_.size());
     for (void* port : ports_) { sources.push_back(static_cast<const float*>(pw_filter_get_dsp_buffer(port, count))); }
     // Records from the moment when all links are up.
-    if (frames_ == 0 && std::count(sources.begin(), sources.end(), nullptr) > 0) { return; }
+    if (frames_ == 0 && std::ranges::count(sources, nullptr) > 0) { return; }
     if (expected_ != 0 && position.clock.position != expected_) { ++gaps_; }
     expected_ = position.clock.position + count;
     const size_t start = frames_;

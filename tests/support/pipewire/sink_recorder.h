@@ -11,8 +11,8 @@
 
 namespace brindlehum::test {
 
-// Runs from the construction, which returns once audio flows, to stop(); what comes after `seconds` is dropped. Keeps
-// the sink's clock running, so that what is played is recorded from its first block.
+// Runs from the construction, which returns once audio flows, to stop(), and drops the sound after `seconds`. Keeps the
+// sink's clock running, so that playback is recorded from its first block.
 class SinkRecorder {
 public:
     SinkRecorder(const std::string& sink, int channels, double seconds);

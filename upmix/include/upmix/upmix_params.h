@@ -1,4 +1,4 @@
-// The records that say how a source is spread over a larger room: parameters, presets, settings, request.
+// Upmix records: the parameters, presets, settings and request of spreading a source over a larger room.
 #pragma once
 
 #include <array>
@@ -11,7 +11,7 @@
 
 namespace brindlehum {
 
-// The numbers that shape a plan; the initial values are those of a key that is missing or unreadable.
+// The numbers that shape a plan; a missing or unreadable key gets the initial value.
 struct UpmixParams {
     enum class LFEMode : uint8_t { off, split };
 
@@ -52,7 +52,7 @@ std::string_view displayName(UpmixPreset preset);
 std::string_view description(UpmixPreset preset);
 UpmixParams params(UpmixPreset preset);
 
-// What a user has chosen. The edited numbers outlive the preset's name.
+// The user's choice. Edited numbers are kept apart from the preset.
 struct UpmixSettings {
     bool enabled = false;
     UpmixPreset preset = UpmixPreset::music;
@@ -60,7 +60,7 @@ struct UpmixSettings {
     bool operator==(const UpmixSettings&) const = default;
 };
 
-// What the planner is asked. Never stored.
+// The planner's input. Never stored.
 struct UpmixRequest {
     SpeakerList source;
     SpeakerList target;

@@ -1,4 +1,4 @@
-// UpmixPlanner: whether an upmix makes sense for a source in a room, and which speakers it would fill.
+// UpmixPlanner: whether an upmix is offered for a source in a room, and which speakers it would fill.
 #pragma once
 
 #include <vector>
@@ -7,7 +7,7 @@
 
 namespace brindlehum::UpmixPlanner {
 
-// The one test by which an upmix is offered.
+// Whether an upmix is offered; everything asks here.
 bool applies(const SpeakerList& source, const SpeakerList& target);
 // Ascending indices of the target's speakers that are neither C nor LFE and don't occur in the source.
 std::vector<int> fills(const SpeakerList& source, const SpeakerList& target);

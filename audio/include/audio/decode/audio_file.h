@@ -45,7 +45,7 @@ public:
     const AudioFileFacts& facts() const { return facts_; }
 
     // Reads up to `frames` frames from `position` into `planes` (one pointer a channel, facts().channels of them).
-    // Gives the count read: fewer than asked only at the end or where the data breaks off, 0 at or past the end.
+    // Returns the count read: fewer than `frames` only at the end or where the data breaks off, 0 at or past the end.
     // Throws Error on a read error. Doesn't allocate in the steady state of consecutive reads.
     virtual int read(float* const* planes, int64_t position, int frames) = 0;
 

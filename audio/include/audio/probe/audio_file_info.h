@@ -1,4 +1,4 @@
-// AudioFileInfo: all that is known of an audio file; `load` is the one probe of the system.
+// AudioFileInfo: the facts of an audio file and how its channels are read; `load` is the system's one probe.
 #pragma once
 
 #include <array>

@@ -15,9 +15,9 @@ struct ContainerTag {
     std::string value;  // UTF-8, as stored
 };
 
-// In the order of the file; a comment stands for the description of a file that has none. Reads headers only. `stop`
-// is asked before each read: once it says true, what has arrived by then is the result, usually nothing; a single read
-// that the system holds up isn't cut short. Never fails: a file that can't be opened or isn't known has no tags.
+// In the order of the file; a comment stands for the description of a file that has none. Reads headers only. Calls
+// `stop` before each read and ends at the first true with the tags read so far, usually none; it can't cut a single
+// slow read short. Never fails: a file that can't be opened or isn't known has no tags.
 std::vector<ContainerTag> containerTags(const std::filesystem::path& path, const std::function<bool()>& stop);
 
 }  // namespace brindlehum

@@ -10,7 +10,7 @@
 namespace brindlehum::FormatDetector {
 
 // `layoutTag` is 0 without a layout. Pure; can't fail.
-SourceFormat detect(const std::filesystem::path& url, int channels, const std::vector<uint32_t>& labels,
+SourceFormat detect(const std::filesystem::path& path, int channels, const std::vector<uint32_t>& labels,
                     uint32_t layoutTag);
 
 }  // namespace brindlehum::FormatDetector

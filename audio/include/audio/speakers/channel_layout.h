@@ -12,8 +12,8 @@
 
 namespace brindlehum {
 
-// The facts as a container states them. `tag` 0 means `descriptions` speak, 0x10000 means `bitmap` speaks (the
-// bits of a WAVE dwChannelMask), any other tag stands for a fixed list of labels.
+// The facts as a container states them. With `tag` 0 the labels are in `descriptions`; with 0x10000 `bitmap` has the
+// bits of a WAVE dwChannelMask; any other tag stands for a fixed list of labels.
 struct ChannelLayout {
     uint32_t tag = 0;
     uint32_t bitmap = 0;

@@ -1,4 +1,4 @@
-// Speaker positions, speaker layouts and directions: the vocabulary in which all else speaks of channels.
+// Speaker positions, speaker layouts and directions: the vocabulary for channels everywhere else.
 #pragma once
 
 #include <array>
@@ -28,7 +28,7 @@ inline constexpr int speakerCount = 20;
 
 using SpeakerList = std::vector<SpeakerID>;
 
-// A list with Lrs or Rrs: there Ls and Rs are side speakers (90 degrees, "Lss" and "Rss").
+// True for a list with Lrs or Rrs: there Ls and Rs are side speakers (90 degrees, "Lss" and "Rss").
 bool isRearLayout(const SpeakerList& list);
 
 std::string_view rawValue(SpeakerID speaker);

@@ -16,9 +16,9 @@ namespace brindlehum {
 // reader; its owner must keep the reader until the render side has let go of the ring.
 class StreamReader : public std::enable_shared_from_this<StreamReader> {
 public:
-    // Plays frames `start` to `end` of the source at `outputRate` (Hz); with `loop`, for ever round loopStart to
-    // loopEnd (half-open), into which a start before it runs. What lies outside the source is cut off, and a loop
-    // with nothing left isn't one. Rates within 0.5 Hz count as equal. Throws Error: 1 channel count outside 1 to 64,
+    // Plays frames `start` to `end` of the source at `outputRate` (Hz). With `loop` it runs from `start` into the loop
+    // from loopStart to loopEnd (half-open) and repeats that forever. Both ranges are cut to the source, and an empty
+    // loop is none. Rates within 0.5 Hz count as equal. Throws Error: 1 channel count outside 1 to 64,
     // 2 no ring, 3 no buffer, 4 no converter.
     StreamReader(std::unique_ptr<FrameSource> source, double outputRate, int64_t start, int64_t end, bool loop,
                  int64_t loopStart, int64_t loopEnd);

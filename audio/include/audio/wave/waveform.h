@@ -31,7 +31,7 @@ using WaveformPtr = std::shared_ptr<const WaveformData>;
 class WaveformLoader {
 public:
     using Update = std::function<void(WaveformPtr)>;
-    // Called once, in the background; may throw what can't be opened.
+    // Called once, in the background. Throws Error when the source can't be opened.
     using Open = std::function<std::unique_ptr<FrameSource>()>;
     // Seconds on a steady clock.
     using Clock = std::function<double()>;
@@ -39,12 +39,12 @@ public:
     // Reads the file through `background`, hands growing snapshots (at most one in 0.12 s, then the complete one)
     // to `onUpdate` through `main`. A file that can't be opened gives no update; one that breaks off counts as
     // complete with zeros at its end.
-    static std::shared_ptr<WaveformLoader> load(const std::filesystem::path& url, Update onUpdate,
+    static std::shared_ptr<WaveformLoader> load(const std::filesystem::path& path, Update onUpdate,
                                                 const Executor& background, const Executor& main);
     static std::shared_ptr<WaveformLoader> load(Open open, Update onUpdate, const Executor& background,
                                                 const Executor& main, Clock now);
     // The whole overview on the caller's thread. Throws Error when the file can't be opened.
-    static WaveformPtr overview(const std::filesystem::path& url);
+    static WaveformPtr overview(const std::filesystem::path& path);
     static WaveformPtr overview(FrameSource& source);
 
     // No update follows once this has returned on the main thread. Any thread.
@@ -60,9 +60,9 @@ private:
 class WaveformCache {
 public:
     static WaveformCache& shared();
-    WaveformPtr get(const std::filesystem::path& url) const;
+    WaveformPtr get(const std::filesystem::path& path) const;
     // Null removes the entry.
-    void set(const std::filesystem::path& url, WaveformPtr data);
+    void set(const std::filesystem::path& path, WaveformPtr data);
 
 private:
     std::map<std::filesystem::path, WaveformPtr> items_;

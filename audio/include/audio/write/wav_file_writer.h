@@ -1,7 +1,7 @@
 // WavFileWriter: 24-bit WAVE files with a channel mask and a Broadcast Wave description, written in one pass.
 //
 // RIFF with WAVE_FORMAT_EXTENSIBLE (mmreg.h) and a version 1 `bext` chunk (EBU Tech 3285); the samples start at byte
-// 678. There is no 64-bit form: what would pass the 4 GB of RIFF is refused.
+// 678. There is no 64-bit form: samples beyond the 4 GB of RIFF are refused.
 #pragma once
 
 #include <cstdint>
@@ -18,18 +18,18 @@ namespace brindlehum {
 class Pcm24Encoder;
 
 // One thread at a time. All calls do blocking I/O and throw Error: wavSizeLimit at the 4 GB limit, other with the
-// system's reason for anything else. After an Error from `append` the blocks before it stand, and `finish` would make
-// them a whole file; without `finish` the sizes in the header stay 0.
+// system's reason for anything else. After an Error from `append` the blocks before it stay, and `finish` still makes
+// a whole file of them; without `finish` the sizes in the header stay 0.
 class WavFileWriter {
 public:
-    // The most sample bytes of a file: 65,536 below the range of 32 bits, which leaves room for header and padding.
+    // The largest count of sample bytes: 65,536 below the range of 32 bits, which leaves room for header and padding.
     static constexpr uint64_t maxDataBytes = 0xFFFEFFFF;
     static constexpr int maxChannels = 21845;
 
-    // Creates the file (replacing what stood there) and its parent folders, and writes the header. `sampleRate` in Hz
+    // Creates the file (replacing an existing one) and its parent folders, and writes the header. `sampleRate` in Hz
     // is stored as the nearest whole number; `channels` is 1 to maxChannels, and channels x rate x 3 fits in 32 bits
     // (else Error); `mask` is a dwChannelMask; `description` is cut after 256 bytes of UTF-8.
-    WavFileWriter(const std::filesystem::path& url, double sampleRate, int channels, uint32_t mask,
+    WavFileWriter(const std::filesystem::path& path, double sampleRate, int channels, uint32_t mask,
                   std::string_view description);
     // The same into any sink.
     WavFileWriter(std::unique_ptr<ByteSink> sink, double sampleRate, int channels, uint32_t mask,

@@ -1,9 +1,8 @@
-// The pieces of a probe on one open file, so that it is opened once only.
+// Opening an audio file through a handle that is open already, so that a probe opens it only once.
 #pragma once
 
+#include <filesystem>
 #include <memory>
-#include <optional>
-#include <string>
 
 #include "audio/decode/audio_file.h"
 #include "base/file_handle.h"
@@ -12,8 +11,5 @@ namespace brindlehum {
 
 // As AudioFile::open; `path` names the file in errors and hints at raw streams.
 std::unique_ptr<AudioFile> openAudioFile(const std::shared_ptr<FileHandle>& handle, const std::filesystem::path& path);
-
-// As RIFFReader::bextDescription.
-std::optional<std::string> bextDescription(const FileHandle& file, const std::filesystem::path& path);
 
 }  // namespace brindlehum

@@ -11,15 +11,15 @@
 
 namespace brindlehum::test {
 
-inline constexpr double rate = Signal::analysisRate;
+inline constexpr double musicRate = Signal::analysisRate;
 
 // Adds a decaying tone that starts on the sample next to `seconds` and rises over `attackSeconds`.
 inline void addTone(std::vector<float>& x, double seconds, double hz, double gain, double decaySeconds,
-                    double attackSeconds = 0) {
-    const auto start = size_t(std::llround(seconds * rate));
-    const size_t end = std::min(start + size_t(decaySeconds * 6 * rate), x.size());
+                    double attackSeconds = 0, double sampleRate = musicRate) {
+    const auto start = size_t(std::llround(seconds * sampleRate));
+    const size_t end = std::min(start + size_t(decaySeconds * 6 * sampleRate), x.size());
     for (size_t i = start; i < end; ++i) {
-        const double t = double(i - start) / rate;
+        const double t = double(i - start) / sampleRate;
         const double rise = attackSeconds > 0 ? std::min(t / attackSeconds, 1.0) : 1;
         x[i] += float(gain * rise * std::exp(-t / decaySeconds) * std::sin(2 * std::numbers::pi * hz * t));
     }
@@ -40,25 +40,36 @@ std::vector<double> beatTimes(double from, double to, BpmAt bpmAt) {
 }
 
 inline std::vector<float> clickTrack(const std::vector<double>& beats, int group, int pickup, double seconds) {
-    std::vector<float> x(size_t(seconds * rate), 0.0F);
+    std::vector<float> x(size_t(seconds * musicRate), 0.0F);
     for (size_t i = 0; i < beats.size(); ++i) { addBeat(x, beats[i], int(i) % group == pickup % group); }
     return x;
 }
 
 // Adds a held chord of MIDI notes, four harmonics each.
 inline void addChord(std::vector<float>& x, double from, double to, const std::vector<int>& notes, double gain) {
-    const auto begin = size_t(from * rate);
-    const auto end = std::min(size_t(to * rate), x.size());
+    const auto begin = size_t(from * musicRate);
+    const auto end = std::min(size_t(to * musicRate), x.size());
     for (const int note : notes) {
         for (int harmonic = 1; harmonic <= 4; ++harmonic) {
             const double hz = harmonic * 440 * std::exp2((note - 69) / 12.0);
             for (size_t i = begin; i < end; ++i) {
-                const double t = double(i - begin) / rate;
+                const double t = double(i - begin) / musicRate;
                 const double fade = std::min({1.0, t * 50, (to - from - t) * 50});
                 x[i] += float(gain / harmonic * fade * std::sin(2 * std::numbers::pi * hz * t));
             }
         }
     }
+}
+
+// Bars of 4/4 at 120 BPM: clicks, and under each bar one of the chords Am Dm E Am. In A minor.
+inline std::vector<float> clickPiece(double seconds) {
+    std::vector<float> x = clickTrack(beatTimes(0, seconds, [](double) { return 120.0; }), 4, 0, seconds);
+    for (int bar = 0; 2 * bar < seconds; ++bar) {
+        static constexpr int roots[] = {57, 62, 64, 57};
+        const int root = roots[bar % 4];
+        addChord(x, 2 * bar, 2 * bar + 2, {root, root + (root == 64 ? 4 : 3), root + 7}, 0.05);
+    }
+    return x;
 }
 
 // Signed distances of the grid's times to the nearest true ones, from the first true time on, in order.

@@ -1,0 +1,29 @@
+// FileSource: an audio file as a frame source.
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <vector>
+
+#include "audio/stream/frame_source.h"
+
+namespace brindlehum {
+
+class AudioFile;
+
+class FileSource : public FrameSource {
+public:
+    // Throws Error when the file can't be opened.
+    explicit FileSource(const std::filesystem::path& path);
+    ~FileSource() override;
+    ProcessingFormat processingFormat() const override;
+    int64_t length() const override;
+    int read(float* const* planes, int planeCount, int64_t position, int frames) override;
+
+private:
+    std::unique_ptr<AudioFile> file_;
+    std::vector<float*> planes_;   // one a channel of the file
+    std::vector<float> unwanted_;  // takes the channels that the caller doesn't ask for
+};
+
+}  // namespace brindlehum

@@ -1,0 +1,91 @@
+// FileSource and MemorySource: any number of planes from anywhere, and the metronome against a slow twin.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+
+#include "audio/stream/file_source.h"
+#include "audio/stream/memory_source.h"
+#include "base/error.h"
+#include "support/audio_files.h"
+
+namespace brindlehum::test {
+namespace {
+
+// Reads into planes that hold 99 beforehand, and compares with the whole signal; planes beyond its channels are clear.
+void expectRead(FrameSource& source, const Planes& whole, int planeCount, int64_t position, int frames) {
+    Planes out(size_t(planeCount), std::vector<float>(size_t(frames), 99.0F));
+    std::vector<float*> planes;
+    for (auto& plane : out) { planes.push_back(plane.data()); }
+    const int got = source.read(planes.data(), planeCount, position, frames);
+    const auto length = int64_t(whole[0].size());
+    ASSERT_EQ(got, position < 0 ? 0 : std::clamp<int64_t>(length - position, 0, frames)) << position << ' ' << frames;
+    for (size_t c = 0; c < out.size(); ++c) {
+        for (size_t i = 0; i < out[c].size(); ++i) {
+            const float wanted = int(i) >= got ? 99.0F : c < whole.size() ? whole[c][size_t(position) + i] : 0.0F;
+            ASSERT_NEAR(out[c][i], wanted, 1e-6) << "plane " << c << ", frame " << position + int64_t(i);
+        }
+    }
+}
+
+TEST(FileSource, ReadsAnyNumberOfPlanesFromAnywhere) {
+    for (const int channels : {1, 2, 6}) {
+        const Planes whole = noisePlanes(channels, 9000, 77);
+        const TempFolder folder;
+        writeAudio(folder / "a.wav", whole);
+        FileSource source(folder / "a.wav");
+        EXPECT_EQ(source.length(), 9000);
+        EXPECT_EQ(source.processingFormat().channels, channels);
+        EXPECT_EQ(source.processingFormat().sampleRate, 48000);
+        for (const int planes : {1, 2, channels, channels + 2}) {
+            for (const int64_t position : {0, 8999, 4096, 9000, -1, 3, 50000, 8000}) {
+                expectRead(source, whole, planes, position, 4096);
+                expectRead(source, whole, planes, position, 1);
+            }
+        }
+    }
+    EXPECT_THROW(FileSource("/nowhere/none.wav"), Error);
+}
+
+// The whole signal with every click added to its first two channels, one sample at a time.
+Planes withClicks(Planes whole, double rate, const std::vector<Click>& clicks) {
+    for (const Click& click : clicks) {
+        for (int64_t i = 0; i < int64_t(rate * 0.045); ++i) {
+            const double t = double(i) / rate;
+            const double sound = click.accent ? 0.8 * std::sin(2 * M_PI * 1600 * t) * std::exp(-70 * t)
+                                              : 0.5 * std::sin(2 * M_PI * 1000 * t) * std::exp(-90 * t);
+            const int64_t at = click.frame + i;
+            for (size_t c = 0; c < std::min<size_t>(whole.size(), 2) && at >= 0; ++c) {
+                if (at < int64_t(whole[c].size())) { whole[c][size_t(at)] += float(sound); }
+            }
+        }
+    }
+    return whole;
+}
+
+TEST(MemorySource, MixesItsClicksAsASlowTwinDoes) {
+    const uint32_t seed = std::random_device()();
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    std::mt19937 engine(seed);
+    const auto between = [&](int64_t from, int64_t to) { return std::uniform_int_distribution(from, to)(engine); };
+    for (const auto& [channels, rate] : {std::pair{1, 8000.0}, {2, 44100.0}, {5, 48000.5}}) {
+        Planes whole = noisePlanes(channels, 20000, seed);
+        std::vector<Click> clicks = {{19990, true}, {19990, false}};  // two at once, cut at the end of the data
+        for (int i = 0; i < 30; ++i) { clicks.push_back({between(-3000, 21000), between(0, 1) == 1}); }
+        MemorySource clicking(whole, rate, clicks);
+        // A second plane has the clicks even where the source is mono.
+        if (channels == 1) { whole.emplace_back(20000); }
+        const Planes wanted = withClicks(whole, rate, clicks);
+        for (int round = 0; round < 60; ++round) {
+            const int frames = int(between(0, round % 2 == 0 ? 5000 : 3));
+            expectRead(clicking, wanted, int(between(1, 7)), between(-10, 20100), frames);
+        }
+    }
+    EXPECT_THROW(MemorySource({std::vector<float>(7), std::vector<float>(6)}, 44100), std::invalid_argument);
+    MemorySource nothing({}, 44100, {{0, true}});
+    EXPECT_EQ(nothing.processingFormat().channels, 1);
+    EXPECT_EQ(nothing.length(), 0);
+}
+
+}  // namespace
+}  // namespace brindlehum::test
