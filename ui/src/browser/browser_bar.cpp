@@ -13,8 +13,8 @@
 #include "ui/browser/browser_state.h"
 #include "ui/browser/filter_chip.h"
 #include "ui/look/elided_label.h"
-#include "ui/look/file_drag.h"
 #include "ui/look/icons.h"
+#include "ui/look/path_text.h"
 
 namespace brindlehum {
 namespace {
@@ -104,7 +104,7 @@ void BrowserBar::refresh() {
     clearAll_->setVisible(searching);
     folder_->setVisible(!searching);
     const auto& folder = library_.listing().folder();
-    folder_->setFullText(folder ? FileDrag::toText(*folder) : QString());
+    folder_->setFullText(folder ? pathText(*folder) : QString());
     // While searching, the folder isn't on screen, so there is no way up from it.
     up_->setEnabled(!searching && folder && folder->has_relative_path());
 }

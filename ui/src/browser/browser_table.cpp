@@ -15,7 +15,7 @@
 
 #include "ui/browser/browser_cell.h"
 #include "ui/browser/browser_columns.h"
-#include "ui/look/file_drag.h"
+#include "ui/look/path_text.h"
 #include "ui/look/theme.h"
 #include "ui/look/typed_text.h"
 
@@ -272,7 +272,7 @@ QPixmap dragPicture(const std::vector<BrowserEntry>& entries, const QFont& font,
     if (entries.empty()) { return {}; }
     const Theme& theme = Theme::current();
     const QFontMetrics metrics(font);
-    const QString text = entries.size() == 1 ? metrics.elidedText(FileDrag::toText(entries.front().url.filename()),
+    const QString text = entries.size() == 1 ? metrics.elidedText(pathText(entries.front().url.filename()),
                                                                   Qt::ElideMiddle, dragTextWidth)
                                              : QLocale().toString(static_cast<qulonglong>(entries.size())) + " items";
     const QSize size(metrics.horizontalAdvance(text) + 24, dragHeight);

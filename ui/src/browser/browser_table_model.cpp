@@ -9,6 +9,7 @@
 #include "ui/browser/info_text.h"
 #include "ui/look/file_drag.h"
 #include "ui/look/icons.h"
+#include "ui/look/path_text.h"
 #include "ui/look/plain_tool_tip.h"
 
 namespace brindlehum {
@@ -25,7 +26,7 @@ QString oneLine(const std::string& utf8) {
 
 // Shows a line break in a name as a space, or the rest of the name would be hidden.
 QString shownName(const std::filesystem::path& url) {
-    QString name = FileDrag::toText(url.filename());
+    QString name = pathText(url.filename());
     std::ranges::replace_if(
         name, [](QChar c) { return c.category() == QChar::Other_Control; }, QChar(' '));
     return name;
@@ -147,7 +148,7 @@ QVariant BrowserTableModel::data(const QModelIndex& index, int role) const {
             if (isInfo && !item.isFolder && !InfoText::isKnown(item)) { ask(item); }
             return text(item, index.column());
         case Qt::ToolTipRole:
-            return plainToolTip(index.column() == Name ? FileDrag::toText(item.url) : text(item, index.column()));
+            return plainToolTip(index.column() == Name ? pathText(item.url) : text(item, index.column()));
         case Qt::DecorationRole:
             if (index.column() != Name) { return {}; }
             return symbol(item.isFolder ? "folder-fill" : "file", SymbolRole::secondary);

@@ -15,7 +15,7 @@
 #include "ui/browser/chosen_sound.h"
 #include "ui/look/elided_label.h"
 #include "ui/look/empty_state.h"
-#include "ui/look/file_drag.h"
+#include "ui/look/path_text.h"
 
 namespace brindlehum {
 namespace {
@@ -27,7 +27,7 @@ constexpr int minWidth = 480;  // logical pixels
 
 void copyPaths(const BrowserActions::Files& files) {
     QStringList paths;
-    for (const auto& file : files) { paths << FileDrag::toText(file); }
+    for (const auto& file : files) { paths << pathText(file); }
     QGuiApplication::clipboard()->setText(paths.join('\n'));
 }
 
@@ -100,7 +100,8 @@ void BrowserView::refresh() {
         showState();
         return;
     }
-    const BrowserPlace place{searching, searching ? library_.search().query() + '\n' + library_.search().category().value_or("") + '\n' +
+    const BrowserPlace place{searching, searching ? library_.search().query() + '\n' +
+                                                        library_.search().category().value_or("") + '\n' +
                                                         library_.search().libraryFilter().value_or("")
                                                   : library_.listing().folder().value_or(fs::path()).native()};
     if (place != table_->place()) { library_.infoCache().forgetWaiting(); }
@@ -127,7 +128,7 @@ BrowserState::Snapshot BrowserView::snapshot() const {
     }
     for (const auto& entry : library_.listing().entries()) { ++(entry.isFolder ? now.folders : now.sounds); }
     const auto& folder = library_.listing().folder();
-    now.folder = folder ? FileDrag::toText(*folder) : QString();
+    now.folder = folder ? pathText(*folder) : QString();
     now.folderReadable = !library_.listing().error();
     now.folderForbidden = library_.listing().error() == std::errc::permission_denied;
     return now;
@@ -179,7 +180,7 @@ void BrowserView::activate(const BrowserEntry& entry) {
 // Files that other programs add or remove show without a refresh.
 void BrowserView::watchFolder() {
     const auto& folder = library_.listing().folder();
-    const QStringList wanted = folder ? QStringList(FileDrag::toText(*folder)) : QStringList();
+    const QStringList wanted = folder ? QStringList(pathText(*folder)) : QStringList();
     if (watcher_.directories() == wanted) { return; }
     if (!watcher_.directories().isEmpty()) { watcher_.removePaths(watcher_.directories()); }
     if (!wanted.isEmpty()) { watcher_.addPaths(wanted); }

@@ -16,7 +16,7 @@
 #include "ui/inspector/star_row.h"
 #include "ui/look/elided_label.h"
 #include "ui/look/empty_state.h"
-#include "ui/look/file_drag.h"
+#include "ui/look/path_text.h"
 #include "ui/look/text_field.h"
 
 namespace brindlehum {
@@ -223,7 +223,7 @@ void InspectorView::show() {
 void InspectorView::refreshState() {
     stack_->setCurrentWidget(urls_.empty() ? static_cast<QWidget*>(empty_) : form_);
     if (urls_.size() == 1) {
-        headline_->setFullText(FileDrag::toText(urls_.front().filename()));
+        headline_->setFullText(pathText(urls_.front().filename()));
     } else {
         headline_->setFullText(QLocale().toString(static_cast<qulonglong>(urls_.size())) + " files");
     }

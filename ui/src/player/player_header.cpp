@@ -7,8 +7,8 @@
 #include <algorithm>
 
 #include "ui/look/elided_label.h"
-#include "ui/look/file_drag.h"
 #include "ui/look/icons.h"
+#include "ui/look/path_text.h"
 #include "ui/look/tabular_font.h"
 #include "ui/player/time_label.h"
 
@@ -56,7 +56,7 @@ QWidget* PlayerHeader::makeSelection() {
 
 void PlayerHeader::refresh() {
     const auto& info = player_.info();
-    title_->setFullText(info ? FileDrag::toText(info->url.filename()) : QString());
+    title_->setFullText(info ? pathText(info->url.filename()) : QString());
     summary_->setFullText(info ? QString::fromStdString(info->summary()) : QString());
     const auto& selection = player_.selection();
     selectionBox_->setVisible(selection.has_value());

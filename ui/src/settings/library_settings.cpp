@@ -11,7 +11,7 @@
 #include <QVBoxLayout>
 
 #include "ui/look/elided_label.h"
-#include "ui/look/file_drag.h"
+#include "ui/look/path_text.h"
 #include "ui/look/symbol_label.h"
 
 namespace brindlehum {
@@ -90,9 +90,9 @@ QWidget* LibrarySettings::makeRow(const std::string& root, const std::string& pr
     grid->setVerticalSpacing(2);
     grid->setColumnStretch(1, 1);
     auto* path = new ElidedLabel(Qt::ElideMiddle);
-    path->setFullText(FileDrag::toText(root));
+    path->setFullText(pathText(root));
     auto* remove = new QPushButton("Remove");
-    remove->setAccessibleName("Remove " + FileDrag::toText(root));
+    remove->setAccessibleName("Remove " + pathText(root));
     connect(remove, &QPushButton::clicked, this, [this, root = root] { library_.roots().remove(root); });
     grid->addWidget(path, 0, 0, 1, 2);
     grid->addWidget(remove, 0, 2);

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <ranges>
 
-#include "ui/look/file_drag.h"
+#include "ui/look/path_text.h"
 #include "ui/look/plain_tool_tip.h"
 
 namespace brindlehum {
@@ -28,7 +28,7 @@ QString spoken(const SidebarRow& row) {
 
 QString toolTipOf(const SidebarRow& row) {
     const bool isPath = row.kind == SidebarRow::Kind::root || row.kind == SidebarRow::Kind::place;
-    const QString text = isPath ? FileDrag::toText(row.value) : row.text;
+    const QString text = isPath ? pathText(row.value) : row.text;
     return plainToolTip(row.problem.isEmpty() ? text : text + '\n' + row.problem);
 }
 

@@ -4,7 +4,7 @@
 #include <QLocale>
 #include <algorithm>
 
-#include "ui/look/file_drag.h"
+#include "ui/look/path_text.h"
 
 namespace brindlehum::SidebarRows {
 namespace {
@@ -18,7 +18,7 @@ QString number(int64_t value) {
 QString lastPart(const fs::path& path) {
     const fs::path normal = path.lexically_normal();
     const fs::path name = normal.has_filename() ? normal.filename() : normal.parent_path().filename();
-    return name.empty() ? FileDrag::toText(path) : FileDrag::toText(name);
+    return name.empty() ? pathText(path) : pathText(name);
 }
 
 SidebarRow folderRow(SidebarRow::Kind kind, const fs::path& path, const QString& icon, const Snapshot& now) {

@@ -4,12 +4,12 @@
 #include <QAbstractItemView>
 #include <QFileDialog>
 
-#include "ui/look/file_drag.h"
+#include "ui/look/path_text.h"
 
 namespace brindlehum {
 
 std::vector<std::filesystem::path> chooseLibraryFolders(QWidget* parent, const std::filesystem::path& start) {
-    QFileDialog dialog(parent, "Add to Library", FileDrag::toText(start));
+    QFileDialog dialog(parent, "Add to Library", pathText(start));
     dialog.setFileMode(QFileDialog::Directory);
     dialog.setOption(QFileDialog::ShowDirsOnly);
     dialog.setLabelText(QFileDialog::Accept, "Add to Library");
@@ -22,7 +22,7 @@ std::vector<std::filesystem::path> chooseLibraryFolders(QWidget* parent, const s
     }
     std::vector<std::filesystem::path> folders;
     if (dialog.exec() != QDialog::Accepted) { return folders; }
-    for (const auto& folder : dialog.selectedFiles()) { folders.push_back(FileDrag::toPath(folder)); }
+    for (const auto& folder : dialog.selectedFiles()) { folders.push_back(pathOfText(folder)); }
     return folders;
 }
 

@@ -18,7 +18,7 @@
 #include "ui/browser/browser_view.h"
 #include "ui/browser/chosen_sound.h"
 #include "ui/inspector/inspector_view.h"
-#include "ui/look/file_drag.h"
+#include "ui/look/path_text.h"
 #include "ui/player/player_view.h"
 #include "ui/sidebar/sidebar_view.h"
 #include "ui/window/banner_stack.h"
@@ -226,14 +226,14 @@ void MainWindow::quit() {
 
 void MainWindow::chooseFile() {
     const fs::path start = model_.library().listing().folder().value_or(fs::path());
-    const QString file = QFileDialog::getOpenFileName(this, "Open File", FileDrag::toText(start), audioFilter());
-    if (!file.isEmpty()) { openPath(FileDrag::toPath(file)); }
+    const QString file = QFileDialog::getOpenFileName(this, "Open File", pathText(start), audioFilter());
+    if (!file.isEmpty()) { openPath(pathOfText(file)); }
 }
 
 void MainWindow::chooseFolder() {
     const fs::path start = model_.library().listing().folder().value_or(fs::path());
-    const QString folder = QFileDialog::getExistingDirectory(this, "Open Folder", FileDrag::toText(start));
-    if (!folder.isEmpty()) { openPath(FileDrag::toPath(folder)); }
+    const QString folder = QFileDialog::getExistingDirectory(this, "Open Folder", pathText(start));
+    if (!folder.isEmpty()) { openPath(pathOfText(folder)); }
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {

@@ -7,7 +7,7 @@
 #include <QPushButton>
 #include <cmath>
 
-#include "ui/look/file_drag.h"
+#include "ui/look/path_text.h"
 
 namespace brindlehum {
 
@@ -50,7 +50,7 @@ void TempEditsBar::tellSkipped() {
     QString text;
     for (size_t i = 0; i < batch_.skipped().size() && i < most; ++i) {
         const auto& [file, reason] = batch_.skipped()[i];
-        text += FileDrag::toText(file.filename()) + "\n    " + QString::fromStdString(reason) + "\n";
+        text += pathText(file.filename()) + "\n    " + QString::fromStdString(reason) + "\n";
     }
     if (batch_.skipped().size() > most) { text += QString("and %1 more").arg(batch_.skipped().size() - most); }
     QMessageBox box(QMessageBox::Information, "Temp Edits", "These files were skipped:", QMessageBox::Ok, window());

@@ -6,19 +6,10 @@
 #include <filesystem>
 #include <vector>
 
-#include "ui/look/path_text.h"
-
 class QMimeData;
 class QWidget;
 
 namespace brindlehum::FileDrag {
-
-inline QString toText(const std::filesystem::path& path) {
-    return pathText(path);
-}
-inline std::filesystem::path toPath(const QString& text) {
-    return pathOfText(text);
-}
 
 // As text/uri-list; the caller owns it.
 QMimeData* mimeData(const std::vector<std::filesystem::path>& files);
