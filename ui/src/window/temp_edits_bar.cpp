@@ -7,6 +7,8 @@
 #include <QPushButton>
 #include <cmath>
 
+#include "app/temp_edit_batch.h"
+#include "mix/player/player_model.h"
 #include "ui/look/file_drag.h"
 
 namespace brindlehum {
