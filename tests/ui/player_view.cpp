@@ -139,9 +139,9 @@ TEST_F(PlayerViewTest, TheSoundfieldTurnsAndResets) {
 }
 
 TEST_F(PlayerViewTest, TheHeaderNamesTheFileAndTheDevice) {
-    const std::string longName = std::string(90, 'x') + "_end.wav";
-    ASSERT_TRUE(load(file(longName, 2)));
-    auto* title = named<ElidedLabel>(view, QString::fromStdString(longName));
+    const QString longName = QString(90, 'x') + "_end.wav";
+    ASSERT_TRUE(load(file(longName.toStdString(), 2)));
+    auto* title = named<ElidedLabel>(view, longName);
     ASSERT_TRUE(title);
     EXPECT_TRUE(shows(QString::fromStdString(player.info()->summary())));
     EXPECT_TRUE(shows("on Manual"));

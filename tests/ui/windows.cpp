@@ -54,7 +54,8 @@ struct Windows : test::WindowTest {
         return nullptr;
     }
     std::unique_ptr<SettingsWindow> makeSettings() {
-        return std::make_unique<SettingsWindow>(model.library(), model.engine().devices(), [this] { ++asked; });
+        return std::make_unique<SettingsWindow>(model.settings(), model.library().roots(), model.library().search(),
+                                                model.engine().devices(), [this] { ++asked; });
     }
     int asked = 0;  // for a folder to add
 };
@@ -228,7 +229,8 @@ TEST_F(Windows, TheLibraryTabListsAddsRescansAndRemoves) {
     }));
     button("Remove " + one)->click();
     EXPECT_EQ(model.settings().value().libraryRoots, std::vector{two});
-    EXPECT_TRUE(settle([&] { return !button("Remove " + one) && button("Remove " + two)->isVisible(); }));
+    const auto shows = [&](const std::string& text) { return button(text) && button(text)->isVisible(); };
+    EXPECT_TRUE(settle([&] { return !shows("Remove " + one) && shows("Remove " + two); }));
 }
 
 TEST_F(Windows, MenuEntriesCallTheirModels) {

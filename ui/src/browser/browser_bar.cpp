@@ -10,6 +10,8 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include "library/model/folder_listing.h"
+#include "library/model/library_search.h"
 #include "ui/browser/browser_state.h"
 #include "ui/browser/filter_chip.h"
 #include "ui/look/elided_label.h"
@@ -33,14 +35,15 @@ QToolButton* iconButton(const QString& icon, const QString& name, const QString&
 
 }  // namespace
 
-BrowserBar::BrowserBar(LibraryModel& library, QWidget* parent) : QWidget(parent), library_(library) {
+BrowserBar::BrowserBar(FolderListing& listing, LibrarySearch& search, QWidget* parent)
+    : QWidget(parent), listing_(listing), search_(search) {
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(2);
     column->addWidget(makeFieldRow());
     column->addWidget(makeFilterRow());
-    connect(&library.search(), &LibrarySearch::filterChanged, this, &BrowserBar::refresh);
-    connect(&library.listing(), &FolderListing::entriesChanged, this, &BrowserBar::refresh);
+    connect(&search, &LibrarySearch::filterChanged, this, &BrowserBar::refresh);
+    connect(&listing, &FolderListing::entriesChanged, this, &BrowserBar::refresh);
     refresh();
 }
 
@@ -50,7 +53,7 @@ QWidget* BrowserBar::makeFieldRow() {
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(8);
     row->addWidget(up_ = iconButton("up", "Enclosing folder", "Enclosing folder"));
-    connect(up_, &QToolButton::clicked, &library_.listing(), &FolderListing::goUp);
+    connect(up_, &QToolButton::clicked, &listing_, &FolderListing::goUp);
     row->addWidget(field_ = new QLineEdit, 1);
     field_->setProperty("role", "search");
     field_->setPlaceholderText("Search sounds, descriptions, keywords  (-word excludes)");
@@ -61,7 +64,7 @@ QWidget* BrowserBar::makeFieldRow() {
     connect(clearText_, &QAction::triggered, field_, &QLineEdit::clear);
     connect(field_, &QLineEdit::textChanged, this, [this](const QString& text) {
         clearText_->setVisible(!text.isEmpty());
-        library_.search().setQuery(text.toStdString());
+        search_.setQuery(text.toStdString());
     });
     clearText_->setVisible(false);
     field_->installEventFilter(this);
@@ -86,24 +89,24 @@ QWidget* BrowserBar::makeFilterRow() {
     row->addWidget(clearAll_ = new QPushButton("Clear Search"));
     clearAll_->setProperty("role", "small");
     clearAll_->setToolTip("Takes the words and every filter off");
-    connect(category_, &FilterChip::cleared, this, [this] { library_.search().setCategory(std::nullopt); });
-    connect(libraryChip_, &FilterChip::cleared, this, [this] { library_.search().setLibraryFilter(std::nullopt); });
+    connect(category_, &FilterChip::cleared, this, [this] { search_.setCategory(std::nullopt); });
+    connect(libraryChip_, &FilterChip::cleared, this, [this] { search_.setLibraryFilter(std::nullopt); });
     connect(clearAll_, &QPushButton::clicked, this, [this] {
-        library_.search().clearFilters();
+        search_.clearFilters();
         Q_EMIT backToRows();
     });
     return bar;
 }
 
 void BrowserBar::refresh() {
-    const QString query = QString::fromStdString(library_.search().query());
+    const QString query = QString::fromStdString(search_.query());
     if (field_->text() != query) { field_->setText(query); }
-    const bool searching = library_.search().isSearching();
-    category_->setValue(QString::fromStdString(library_.search().category().value_or("")));
-    libraryChip_->setValue(QString::fromStdString(library_.search().libraryFilter().value_or("")));
+    const bool searching = search_.isSearching();
+    category_->setValue(QString::fromStdString(search_.category().value_or("")));
+    libraryChip_->setValue(QString::fromStdString(search_.libraryFilter().value_or("")));
     clearAll_->setVisible(searching);
     folder_->setVisible(!searching);
-    const auto& folder = library_.listing().folder();
+    const auto& folder = listing_.folder();
     folder_->setFullText(folder ? pathText(*folder) : QString());
     // While searching, the folder isn't on screen, so there is no way up from it.
     up_->setEnabled(!searching && folder && folder->has_relative_path());

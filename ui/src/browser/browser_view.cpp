@@ -8,8 +8,12 @@
 #include <QStackedLayout>
 #include <QVBoxLayout>
 
-#include "library/model/library_model.h"
+#include "library/model/folder_listing.h"
+#include "library/model/info_cache.h"
+#include "library/model/library_roots.h"
+#include "library/model/library_search.h"
 #include "mix/player/player_model.h"
+#include "settings/settings_store.h"
 #include "ui/browser/browser_bar.h"
 #include "ui/browser/browser_table.h"
 #include "ui/browser/chosen_sound.h"
@@ -33,13 +37,12 @@ void copyPaths(const BrowserActions::Files& files) {
 
 }  // namespace
 
-BrowserView::BrowserView(LibraryModel& library, PlayerModel& player, QWidget* parent)
-    : QWidget(parent), library_(library), player_(player) {
+BrowserView::BrowserView(const BrowserParts& parts, QWidget* parent) : QWidget(parent), parts_(parts) {
     setMinimumWidth(minWidth);
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(8, 8, 8, 4);
     column->setSpacing(4);
-    column->addWidget(bar_ = new BrowserBar(library_));
+    column->addWidget(bar_ = new BrowserBar(parts.listing, parts.search));
     auto* area = new QWidget;
     stack_ = new QStackedLayout(area);
     stack_->addWidget(table_ = new BrowserTable);
@@ -47,7 +50,7 @@ BrowserView::BrowserView(LibraryModel& library, PlayerModel& player, QWidget* pa
     column->addWidget(area, 1);
     column->addWidget(message_ = new ElidedLabel(Qt::ElideRight));
     message_->setProperty("role", "secondary");
-    chosen_ = new ChosenSound(library, player, *table_, this);
+    chosen_ = new ChosenSound(parts, *table_, this);
     actions_.copyPath = copyPaths;
     connect(bar_, &BrowserBar::backToRows, table_, qOverload<>(&QWidget::setFocus));
     connect(bar_, &BrowserBar::downAsked, this, [this] {
@@ -63,74 +66,72 @@ BrowserView::BrowserView(LibraryModel& library, PlayerModel& player, QWidget* pa
 void BrowserView::connectLibrary() {
     settle_.setSingleShot(true);
     settle_.setInterval(settleMs);
-    connect(&settle_, &QTimer::timeout, &library_.listing(), &FolderListing::refresh);
+    connect(&settle_, &QTimer::timeout, &parts_.listing, &FolderListing::refresh);
     connect(&watcher_, &QFileSystemWatcher::directoryChanged, this, [this] { settle_.start(); });
-    connect(&library_.listing(), &FolderListing::entriesChanged, this, &BrowserView::refresh);
-    connect(&library_.search(), &LibrarySearch::filterChanged, this, &BrowserView::refresh);
-    connect(&library_.search(), &LibrarySearch::resultsChanged, this, &BrowserView::refresh);
-    connect(&library_.roots(), &LibraryRoots::indexingChanged, this, &BrowserView::showState);
-    connect(&library_.settings(), &SettingsStore::changed, this, &BrowserView::showState);
-    connect(&library_, &LibraryModel::messageChanged, this,
-            [this] { message_->setFullText(QString::fromStdString(library_.message().value_or(""))); });
+    connect(&parts_.listing, &FolderListing::entriesChanged, this, &BrowserView::refresh);
+    connect(&parts_.search, &LibrarySearch::filterChanged, this, &BrowserView::refresh);
+    connect(&parts_.search, &LibrarySearch::resultsChanged, this, &BrowserView::refresh);
+    connect(&parts_.roots, &LibraryRoots::indexingChanged, this, &BrowserView::showState);
+    connect(&parts_.settings, &SettingsStore::changed, this, &BrowserView::showState);
 }
 
 void BrowserView::connectTable() {
-    table_->rows().askInfo = [this](const fs::path& url) { return library_.infoCache().info(url); };
-    connect(&library_.infoCache(), &InfoCache::loaded, this, [this](const fs::path& url) {
-        if (const auto* info = library_.infoCache().info(url)) { table_->rows().setInfo(url, *info); }
+    table_->rows().askInfo = [this](const fs::path& url) { return parts_.infos.info(url); };
+    connect(&parts_.infos, &InfoCache::loaded, this, [this](const fs::path& url) {
+        if (const auto* info = parts_.infos.info(url)) { table_->rows().setInfo(url, *info); }
     });
     connect(table_, &BrowserTable::chosen, this, &BrowserView::auditionChosen);
     connect(table_, &BrowserTable::selectionMoved, this, &BrowserView::selectionMoved);
     connect(table_, &BrowserTable::activatedEntry, this, [this](const BrowserEntry& entry) {
         activate(BrowserEntry(entry));  // a copy: opening a folder takes the rows away
     });
-    connect(table_, &BrowserTable::togglePlay, this, [this] { player_.togglePlay(); });
+    connect(table_, &BrowserTable::togglePlay, this, [this] { parts_.player.togglePlay(); });
     connect(table_, &BrowserTable::goUp, this, [this] {
-        if (!table_->place().searching) { library_.listing().goUp(); }
+        if (!table_->place().searching) { parts_.listing.goUp(); }
     });
     connect(table_, &BrowserTable::typed, bar_, &BrowserBar::type);
     connect(table_, &BrowserTable::menuAsked, this, &BrowserView::openMenu);
 }
 
 void BrowserView::refresh() {
-    const bool searching = library_.search().isSearching();
+    const bool searching = parts_.search.isSearching();
     // The rows of the search before stay until the results are there, so that nothing flickers; the count says
     // "Searching…" until then.
-    if (searching && library_.search().isRunning()) {
+    if (searching && parts_.search.isRunning()) {
         showState();
         return;
     }
-    const BrowserPlace place{searching, searching ? library_.search().query() + '\n' +
-                                                        library_.search().category().value_or("") + '\n' +
-                                                        library_.search().libraryFilter().value_or("")
-                                                  : library_.listing().folder().value_or(fs::path()).native()};
-    if (place != table_->place()) { library_.infoCache().forgetWaiting(); }
-    chosen_->showRows(searching ? library_.search().results() : library_.listing().entries(), place);
+    const BrowserPlace place{searching, searching
+                                            ? parts_.search.query() + '\n' + parts_.search.category().value_or("") +
+                                                  '\n' + parts_.search.libraryFilter().value_or("")
+                                            : parts_.listing.folder().value_or(fs::path()).native()};
+    if (place != table_->place()) { parts_.infos.forgetWaiting(); }
+    chosen_->showRows(searching ? parts_.search.results() : parts_.listing.entries(), place);
     watchFolder();
     showState();
 }
 
 BrowserState::Snapshot BrowserView::snapshot() const {
     BrowserState::Snapshot now;
-    now.searching = library_.search().isSearching();
-    now.searchRunning = library_.search().isRunning();
-    now.listing = library_.listing().isListing();
-    now.indexing = !library_.roots().indexing().empty();
-    now.hasCatalog = library_.catalog() != nullptr;
-    now.hasRoots = !library_.settings().value().libraryRoots.empty();
-    now.query = QString::fromStdString(library_.search().query());
-    now.category = QString::fromStdString(library_.search().category().value_or(""));
-    now.library = QString::fromStdString(library_.search().libraryFilter().value_or(""));
+    now.searching = parts_.search.isSearching();
+    now.searchRunning = parts_.search.isRunning();
+    now.listing = parts_.listing.isListing();
+    now.indexing = !parts_.roots.indexing().empty();
+    now.hasCatalog = parts_.hasCatalog;
+    now.hasRoots = !parts_.settings.value().libraryRoots.empty();
+    now.query = QString::fromStdString(parts_.search.query());
+    now.category = QString::fromStdString(parts_.search.category().value_or(""));
+    now.library = QString::fromStdString(parts_.search.libraryFilter().value_or(""));
     now.limit = LibrarySearch::maxResults;
     if (now.searching) {
-        now.sounds = int64_t(library_.search().results().size());
+        now.sounds = int64_t(parts_.search.results().size());
         return now;
     }
-    for (const auto& entry : library_.listing().entries()) { ++(entry.isFolder ? now.folders : now.sounds); }
-    const auto& folder = library_.listing().folder();
+    for (const auto& entry : parts_.listing.entries()) { ++(entry.isFolder ? now.folders : now.sounds); }
+    const auto& folder = parts_.listing.folder();
     now.folder = folder ? pathText(*folder) : QString();
-    now.folderReadable = !library_.listing().error();
-    now.folderForbidden = library_.listing().error() == std::errc::permission_denied;
+    now.folderReadable = !parts_.listing.error();
+    now.folderForbidden = parts_.listing.error() == std::errc::permission_denied;
     return now;
 }
 
@@ -150,11 +151,11 @@ void BrowserView::act() {
             Q_EMIT addFolderAsked();
             break;
         case BrowserState::Action::clearFilters:
-            library_.search().clearFilters();
+            parts_.search.clearFilters();
             table_->setFocus();
             break;
         case BrowserState::Action::goUp:
-            library_.listing().goUp();
+            parts_.listing.goUp();
             table_->setFocus();
             break;
         case BrowserState::Action::none:
@@ -179,7 +180,7 @@ void BrowserView::activate(const BrowserEntry& entry) {
 
 // Files that other programs add or remove show without a refresh.
 void BrowserView::watchFolder() {
-    const auto& folder = library_.listing().folder();
+    const auto& folder = parts_.listing.folder();
     const QStringList wanted = folder ? QStringList(pathText(*folder)) : QStringList();
     if (watcher_.directories() == wanted) { return; }
     if (!watcher_.directories().isEmpty()) { watcher_.removePaths(watcher_.directories()); }
@@ -189,6 +190,10 @@ void BrowserView::watchFolder() {
 void BrowserView::focusSearch() {
     bar_->field().setFocus(Qt::ShortcutFocusReason);
     bar_->field().selectAll();
+}
+
+void BrowserView::showMessage(const QString& text) {
+    message_->setFullText(text);
 }
 
 void BrowserView::openMenu(const QPoint& position) {

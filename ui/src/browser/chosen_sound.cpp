@@ -1,8 +1,11 @@
 // Carries out what ChosenState decides: loads files, opens folders, marks rows.
 #include "ui/browser/chosen_sound.h"
 
-#include "library/model/library_model.h"
+#include "library/model/folder_listing.h"
+#include "library/model/library_search.h"
+#include "library/model/metadata_edits.h"
 #include "mix/player/player_model.h"
+#include "settings/settings_store.h"
 #include "ui/browser/browser_place.h"
 #include "ui/browser/browser_table.h"
 
@@ -10,12 +13,12 @@ namespace brindlehum {
 
 namespace fs = std::filesystem;
 
-ChosenSound::ChosenSound(LibraryModel& library, PlayerModel& player, BrowserTable& table, QObject* parent)
-    : QObject(parent), library_(library), player_(player), table_(table) {
-    connect(&player, &PlayerModel::changed, this, [this] {
-        if (const auto& info = player_.info()) { carryOut(advance(ChosenState::Loaded{info->url})); }
+ChosenSound::ChosenSound(const BrowserParts& parts, BrowserTable& table, QObject* parent)
+    : QObject(parent), parts_(parts), table_(table) {
+    connect(&parts.player, &PlayerModel::changed, this, [this] {
+        if (const auto& info = parts_.player.info()) { carryOut(advance(ChosenState::Loaded{info->url})); }
     });
-    connect(&library.edits(), &MetadataEdits::renamed, this, [this](const MetadataEdits::Moves& moves) {
+    connect(&parts.edits, &MetadataEdits::renamed, this, [this](const MetadataEdits::Moves& moves) {
         ChosenState::Renamed event;
         for (const auto& move : moves) { event.moves.emplace_back(move.from, move.to); }
         carryOut(advance(event));
@@ -23,7 +26,7 @@ ChosenSound::ChosenSound(LibraryModel& library, PlayerModel& player, BrowserTabl
 }
 
 ChosenState::Action ChosenSound::advance(const ChosenState::Event& event) {
-    const ChosenState::View view{library_.listing().folder(), library_.search().isSearching(), library_.listing().isListing(),
+    const ChosenState::View view{parts_.listing.folder(), parts_.search.isSearching(), parts_.listing.isListing(),
                                  [this](const fs::path& file) { return table_.rows().rowOf(file) >= 0; }};
     auto [next, action] = state_.step(event, view);
     state_ = std::move(next);
@@ -31,20 +34,20 @@ ChosenState::Action ChosenSound::advance(const ChosenState::Event& event) {
 }
 
 void ChosenSound::carryOut(const ChosenState::Action& action) {
-    if (!action.load.empty()) { player_.load(action.load, false); }
+    if (!action.load.empty()) { parts_.player.load(action.load, false); }
     if (!action.openFolder.empty()) { openFolder(action.openFolder); }
     if (!action.mark.empty()) { table_.mark(action.mark); }
 }
 
 void ChosenSound::audition(const fs::path& file) {
     advance(ChosenState::Requested{file});
-    player_.load(file, library_.settings().value().autoPlay);
+    parts_.player.load(file, parts_.settings.value().autoPlay);
 }
 
 void ChosenSound::play(const fs::path& file) {
     advance(ChosenState::Requested{file});
-    player_.load(file, false);
-    player_.play(std::nullopt);
+    parts_.player.load(file, false);
+    parts_.player.play(std::nullopt);
 }
 
 void ChosenSound::open(const fs::path& file) {
@@ -58,8 +61,8 @@ void ChosenSound::reveal(const fs::path& file) {
 
 // Opens before it ends the search, or the rows of the old folder would arrive in between and end a reveal.
 void ChosenSound::openFolder(const fs::path& folder) {
-    library_.listing().open(folder);
-    library_.search().clearFilters();
+    parts_.listing.open(folder);
+    parts_.search.clearFilters();
 }
 
 void ChosenSound::showRows(std::vector<BrowserEntry> rows, const BrowserPlace& place) {

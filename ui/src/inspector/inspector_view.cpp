@@ -13,6 +13,8 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "library/model/metadata_edits.h"
+#include "settings/settings_store.h"
 #include "ui/inspector/star_row.h"
 #include "ui/look/elided_label.h"
 #include "ui/look/empty_state.h"
@@ -69,7 +71,8 @@ void setRole(QWidget& widget, const char* role) {
 
 }  // namespace
 
-InspectorView::InspectorView(LibraryModel& library, QWidget* parent) : QWidget(parent), library_(library) {
+InspectorView::InspectorView(MetadataEdits& edits, SettingsStore& settings, QWidget* parent)
+    : QWidget(parent), edits_(edits), settings_(settings) {
     setObjectName("inspector");
     setMinimumWidth(minWidth);
     setMaximumWidth(maxWidth);
@@ -90,7 +93,7 @@ InspectorView::InspectorView(LibraryModel& library, QWidget* parent) : QWidget(p
     column->addWidget(makeButtons());
     stack_->addWidget(empty_);
     stack_->addWidget(form_);
-    connect(&library.settings(), &SettingsStore::changed, this, &InspectorView::refreshState);
+    connect(&settings, &SettingsStore::changed, this, &InspectorView::refreshState);
     refreshState();
 }
 
@@ -190,7 +193,6 @@ void InspectorView::followSelection() {
 }
 
 void InspectorView::load(std::vector<fs::path> urls) {
-    const int generation = ++generation_;
     const bool others = urls != urls_;
     urls_ = std::move(urls);
     loading_ = !urls_.empty();
@@ -201,8 +203,9 @@ void InspectorView::load(std::vector<fs::path> urls) {
     }
     refreshState();
     if (urls_.empty()) { return; }
-    library_.edits().read(urls_, [this, self = QPointer(this), generation](const std::vector<SoundMeta>& metas) {
-        if (self && generation == generation_) { arrived(metas); }
+    edits_.read(urls_, [this, self = QPointer(this)](const std::vector<SoundMeta>& metas) {
+        // A later selection of files overtakes this one; an empty one only ends the loading.
+        if (self && loading_) { arrived(metas); }
     });
 }
 
@@ -236,13 +239,13 @@ void InspectorView::refreshState() {
     stars_->setRating(fields_.rating());
     save_->setEnabled(edited);
     revert_->setEnabled(edited);
-    rename_->setVisible(library_.settings().value().expertMode);
+    rename_->setVisible(settings_.value().expertMode);
     pending_->setVisible(edited && urlsOf(selected_) != urls_);
 }
 
 void InspectorView::save() {
     if (!fields_.hasEdits()) { return; }
-    library_.edits().save(fields_.changes(), urls_);
+    edits_.save(fields_.changes(), urls_);
     fields_.saved();
     if (urlsOf(selected_) != urls_) { return followSelection(); }
     refreshState();
@@ -262,7 +265,7 @@ bool InspectorView::settleEdits() {
 }
 
 void InspectorView::rename() {
-    if (confirmRename(urls_.size())) { library_.edits().renameToUCS(urls_); }
+    if (confirmRename(urls_.size())) { edits_.renameToUCS(urls_); }
 }
 
 }  // namespace brindlehum

@@ -10,13 +10,18 @@
 #include <QScrollArea>
 #include <QVBoxLayout>
 
+#include "library/model/library_roots.h"
+#include "library/model/library_search.h"
+#include "settings/settings_store.h"
 #include "ui/look/elided_label.h"
 #include "ui/look/path_text.h"
 #include "ui/look/symbol_label.h"
 
 namespace brindlehum {
 
-LibrarySettings::LibrarySettings(LibraryModel& library, std::function<void()> addFolder) : library_(library) {
+LibrarySettings::LibrarySettings(SettingsStore& settings, LibraryRoots& roots, LibrarySearch& search,
+                                 std::function<void()> addFolder)
+    : settings_(settings), roots_(roots), search_(search) {
     auto* page = new QVBoxLayout(this);
     page->setContentsMargins(16, 8, 16, 16);
     auto* box = new QGroupBox("Library folders (indexed for search)");
@@ -35,12 +40,12 @@ LibrarySettings::LibrarySettings(LibraryModel& library, std::function<void()> ad
     column->addWidget(scroll, 1);
     column->addWidget(makeButtons(std::move(addFolder)));
     page->addWidget(box, 1);
-    connect(&library.settings(), &SettingsStore::changed, this, &LibrarySettings::refreshRows);
-    connect(&library.roots(), &LibraryRoots::indexingChanged, this, [this] {
+    connect(&settings, &SettingsStore::changed, this, &LibrarySettings::refreshRows);
+    connect(&roots, &LibraryRoots::indexingChanged, this, [this] {
         refreshRows();
         refreshState();
     });
-    connect(&library.search(), &LibrarySearch::facetsChanged, this, &LibrarySettings::refreshState);
+    connect(&search, &LibrarySearch::facetsChanged, this, &LibrarySettings::refreshState);
     refreshRows();
     refreshState();
 }
@@ -53,7 +58,7 @@ QWidget* LibrarySettings::makeButtons(std::function<void()> addFolder) {
     auto* add = new QPushButton("Add Folder…");
     auto* rescan = new QPushButton("Rescan All");
     connect(add, &QPushButton::clicked, this, [addFolder = std::move(addFolder)] { addFolder(); });
-    connect(rescan, &QPushButton::clicked, &library_.roots(), &LibraryRoots::rescanAll);
+    connect(rescan, &QPushButton::clicked, &roots_, &LibraryRoots::rescanAll);
     row->addWidget(add);
     row->addWidget(rescan);
     row->addStretch(1);
@@ -64,9 +69,9 @@ QWidget* LibrarySettings::makeButtons(std::function<void()> addFolder) {
 
 void LibrarySettings::refreshRows() {
     std::vector<std::pair<std::string, std::string>> roots;
-    for (const auto& root : library_.settings().value().libraryRoots) {
-        const auto problem = library_.roots().problems().find(root);
-        roots.emplace_back(root, problem == library_.roots().problems().end() ? "" : problem->second);
+    for (const auto& root : settings_.value().libraryRoots) {
+        const auto problem = roots_.problems().find(root);
+        roots.emplace_back(root, problem == roots_.problems().end() ? "" : problem->second);
     }
     if (roots == shown_ && list_->layout()->count() > 0) { return; }
     shown_ = roots;
@@ -93,7 +98,7 @@ QWidget* LibrarySettings::makeRow(const std::string& root, const std::string& pr
     path->setFullText(pathText(root));
     auto* remove = new QPushButton("Remove");
     remove->setAccessibleName("Remove " + pathText(root));
-    connect(remove, &QPushButton::clicked, this, [this, root = root] { library_.roots().remove(root); });
+    connect(remove, &QPushButton::clicked, this, [this, root = root] { roots_.remove(root); });
     grid->addWidget(path, 0, 0, 1, 2);
     grid->addWidget(remove, 0, 2);
     if (problem.empty()) { return line; }
@@ -106,8 +111,8 @@ QWidget* LibrarySettings::makeRow(const std::string& root, const std::string& pr
 }
 
 void LibrarySettings::refreshState() {
-    const QString count = QLocale().toString(static_cast<qlonglong>(library_.search().indexedCount())) + " files";
-    state_->setText(library_.roots().indexing().empty() ? count : "Indexing…  " + count);
+    const QString count = QLocale().toString(static_cast<qlonglong>(search_.indexedCount())) + " files";
+    state_->setText(roots_.indexing().empty() ? count : "Indexing…  " + count);
 }
 
 }  // namespace brindlehum

@@ -37,8 +37,8 @@ QWidget* makeAudition(SettingsStore& settings) {
 
 }  // namespace
 
-SettingsWindow::SettingsWindow(LibraryModel& library, const AudioDevices& devices, std::function<void()> addFolder) {
-    SettingsStore& settings = library.settings();
+SettingsWindow::SettingsWindow(SettingsStore& settings, LibraryRoots& roots, LibrarySearch& search,
+                               const AudioDevices& devices, std::function<void()> addFolder) {
     setObjectName("window");
     setWindowTitle("Settings");
     setAttribute(Qt::WA_StyledBackground);
@@ -48,7 +48,7 @@ SettingsWindow::SettingsWindow(LibraryModel& library, const AudioDevices& device
     tabs->setAccessibleName("Settings");
     tabs->addTab(new OutputsSettings(settings, devices), symbol("speakers"), "Outputs");
     tabs->addTab(makeAudition(settings), symbol("file"), "Audition");
-    tabs->addTab(new LibrarySettings(library, std::move(addFolder)), symbol("library"), "Library");
+    tabs->addTab(new LibrarySettings(settings, roots, search, std::move(addFolder)), symbol("library"), "Library");
     layout->addWidget(tabs);
     resize(820, 640);
     connect(new QShortcut(QKeySequence("Ctrl+W"), this), &QShortcut::activated, this, &QWidget::close);

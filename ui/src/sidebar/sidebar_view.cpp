@@ -6,13 +6,20 @@
 #include <QProgressBar>
 #include <QVBoxLayout>
 
+#include "library/model/folder_listing.h"
+#include "library/model/library_roots.h"
+#include "library/model/library_search.h"
+#include "library/model/places.h"
+#include "settings/settings_store.h"
 #include "ui/look/elided_label.h"
 #include "ui/look/symbol_label.h"
 #include "ui/sidebar/sidebar_tree.h"
 
 namespace brindlehum {
 
-SidebarView::SidebarView(LibraryModel& library, QWidget* parent) : QWidget(parent), library_(library) {
+SidebarView::SidebarView(FolderListing& listing, LibrarySearch& search, LibraryRoots& roots, SettingsStore& settings,
+                         QWidget* parent)
+    : QWidget(parent), listing_(listing), search_(search), roots_(roots), settings_(settings) {
     setObjectName("sidebar");
     auto* all = new QVBoxLayout(this);
     all->setContentsMargins(8, 0, 0, 8);
@@ -28,11 +35,11 @@ SidebarView::SidebarView(LibraryModel& library, QWidget* parent) : QWidget(paren
     connect(tree_, &QWidget::customContextMenuRequested, this, &SidebarView::rowMenu);
     connect(tree_, &QTreeView::expanded, this, &SidebarView::foldedChanged);
     connect(tree_, &QTreeView::collapsed, this, &SidebarView::foldedChanged);
-    connect(&library.listing(), &FolderListing::entriesChanged, this, &SidebarView::refresh);
-    connect(&library.search(), &LibrarySearch::filterChanged, this, &SidebarView::refresh);
-    connect(&library.search(), &LibrarySearch::facetsChanged, this, &SidebarView::refresh);
-    connect(&library.roots(), &LibraryRoots::indexingChanged, this, &SidebarView::refresh);
-    connect(&library.settings(), &SettingsStore::changed, this, &SidebarView::refresh);
+    connect(&listing, &FolderListing::entriesChanged, this, &SidebarView::refresh);
+    connect(&search, &LibrarySearch::filterChanged, this, &SidebarView::refresh);
+    connect(&search, &LibrarySearch::facetsChanged, this, &SidebarView::refresh);
+    connect(&roots, &LibraryRoots::indexingChanged, this, &SidebarView::refresh);
+    connect(&settings, &SettingsStore::changed, this, &SidebarView::refresh);
     refresh();
 }
 
@@ -61,15 +68,15 @@ QWidget* SidebarView::makeFooter() {
 
 void SidebarView::refresh() {
     SidebarRows::Snapshot now;
-    now.roots = library_.settings().value().libraryRoots;
-    now.indexing.assign(library_.roots().indexing().begin(), library_.roots().indexing().end());
-    now.problems = library_.roots().problems();
-    now.places = library_.places();
-    now.categories = library_.search().categories();
-    now.libraries = library_.search().libraries();
-    now.category = library_.search().category();
-    now.library = library_.search().libraryFilter();
-    if (!library_.search().isSearching()) { now.folder = library_.listing().folder(); }
+    now.roots = settings_.value().libraryRoots;
+    now.indexing.assign(roots_.indexing().begin(), roots_.indexing().end());
+    now.problems = roots_.problems();
+    now.places = placesOf(settings_.value().pullsFolder);
+    now.categories = search_.categories();
+    now.libraries = search_.libraries();
+    now.category = search_.category();
+    now.library = search_.libraryFilter();
+    if (!search_.isSearching()) { now.folder = listing_.folder(); }
     rows_.setSections(SidebarRows::build(now));
     for (const int section : {SidebarRows::Categories, SidebarRows::Libraries}) {
         tree_->setRowHidden(section, {}, rows_.rowCount(rows_.section(section)) == 0);
@@ -81,15 +88,15 @@ void SidebarView::refreshFooter() {
     int64_t done = 0;
     int64_t found = 0;
     bool counted = true;  // all roots know how many files they hold
-    for (const auto& root : library_.roots().indexing()) {
-        const auto progress = library_.roots().scanProgress(root);
+    for (const auto& root : roots_.indexing()) {
+        const auto progress = roots_.scanProgress(root);
         done += progress ? progress->done : 0;
         found += progress ? progress->found : 0;
         counted = counted && progress && progress->phase != LibraryScanner::Progress::Phase::finding;
     }
-    const bool indexing = !library_.roots().indexing().empty();
+    const bool indexing = !roots_.indexing().empty();
     busy_->setVisible(indexing);
-    state_->setFullText(SidebarRows::footer(indexing, library_.search().indexedCount()));
+    state_->setFullText(SidebarRows::footer(indexing, search_.indexedCount()));
     progress_->setVisible(indexing);
     detail_->setVisible(indexing);
     detail_->setFullText(SidebarRows::progress(counted, done, found));
@@ -102,20 +109,20 @@ void SidebarView::activate(const SidebarRow& row) {
     switch (row.kind) {
         case SidebarRow::Kind::root:
             // Its volume may have been mounted again.
-            if (!row.problem.isEmpty()) { library_.roots().rescan(row.value); }
+            if (!row.problem.isEmpty()) { roots_.rescan(row.value); }
             [[fallthrough]];
         case SidebarRow::Kind::place:
-            library_.search().clearFilters();
-            library_.listing().open(row.value);
+            search_.clearFilters();
+            listing_.open(row.value);
             break;
         case SidebarRow::Kind::addFolder:
             Q_EMIT addFolderAsked();
             break;
         case SidebarRow::Kind::category:
-            toggle(row.value, library_.search().category(), &LibrarySearch::setCategory);
+            toggle(row.value, search_.category(), &LibrarySearch::setCategory);
             break;
         case SidebarRow::Kind::library:
-            toggle(row.value, library_.search().libraryFilter(), &LibrarySearch::setLibraryFilter);
+            toggle(row.value, search_.libraryFilter(), &LibrarySearch::setLibraryFilter);
             break;
     }
 }
@@ -123,15 +130,15 @@ void SidebarView::activate(const SidebarRow& row) {
 void SidebarView::toggle(std::string facet, const std::optional<std::string>& now,
                          void (LibrarySearch::*set)(const std::optional<std::string>&)) {
     const bool off = now == facet;
-    (library_.search().*set)(off ? std::nullopt : std::optional(std::move(facet)));
+    (search_.*set)(off ? std::nullopt : std::optional(std::move(facet)));
 }
 
 void SidebarView::rowMenu(const QPoint& position) {
     const SidebarRow* row = rows_.row(tree_->indexAt(position));
     if (!row || row->kind != SidebarRow::Kind::root) { return; }
     QMenu menu;
-    menu.addAction("Rescan", &library_.roots(), &LibraryRoots::rescanAll);
-    menu.addAction("Remove from Library", [this, path = row->value] { library_.roots().remove(path); });
+    menu.addAction("Rescan", &roots_, &LibraryRoots::rescanAll);
+    menu.addAction("Remove from Library", [this, path = row->value] { roots_.remove(path); });
     menu.exec(tree_->viewport()->mapToGlobal(position));
 }
 

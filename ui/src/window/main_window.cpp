@@ -75,11 +75,14 @@ void MainWindow::makeParts() {
         splitter->setHandleWidth(5);
         return splitter;
     };
-    sidebar_ = new SidebarView(model_.library());
+    LibraryModel& library = model_.library();
+    sidebar_ = new SidebarView(library.listing(), library.search(), library.roots(), model_.settings());
     sidebar_->setMinimumWidth(sidebarMinWidth);
     inspectorSplit_ = makeSplitter(Qt::Horizontal);
-    inspectorSplit_->addWidget(browser_ = new BrowserView(model_.library(), model_.player()));
-    inspectorSplit_->addWidget(inspector_ = new InspectorView(model_.library()));
+    inspectorSplit_->addWidget(browser_ = new BrowserView({library.listing(), library.search(), library.roots(),
+                                                           library.edits(), library.infoCache(), model_.player(),
+                                                           model_.settings(), library.catalog() != nullptr}));
+    inspectorSplit_->addWidget(inspector_ = new InspectorView(library.edits(), model_.settings()));
     inspectorSplit_->setStretchFactor(0, 1);
     playerSplit_ = makeSplitter(Qt::Vertical);
     playerSplit_->setObjectName("playerSplit");
@@ -123,6 +126,8 @@ void MainWindow::connectParts() {
     connect(browser_, &BrowserView::addFolderAsked, &model_, &AppModel::addLibraryFolder);
     browser_->actions().reveal = [this](const auto& files) { model_.session().fileManager().reveal(files); };
     browser_->actions().makeTempEdits = [this](const auto& files) { model_.makeTempEdits(files); };
+    connect(&model_.library(), &LibraryModel::messageChanged, this,
+            [this] { browser_->showMessage(QString::fromStdString(model_.library().message().value_or(""))); });
     connect(&model_.player(), &PlayerModel::changed, this, [this] {
         if (player_->minimumHeight() != basePlayerHeight()) { fitPlayer(); }
     });

@@ -3,6 +3,7 @@
 
 #include <QActionGroup>
 
+#include "app/app_model.h"
 #include "ui/look/icons.h"
 #include "ui/look/menu_button.h"
 #include "ui/look/setting_action.h"

@@ -7,7 +7,9 @@
 #include <QPushButton>
 #include <cmath>
 
-#include "ui/look/path_text.h"
+#include "app/temp_edit_batch.h"
+#include "mix/player/player_model.h"
+#include "ui/look/file_drag.h"
 
 namespace brindlehum {
 

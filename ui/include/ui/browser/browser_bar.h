@@ -3,23 +3,24 @@
 
 #include <QWidget>
 
+class QAction;
 class QLabel;
 class QLineEdit;
 class QPushButton;
 class QToolButton;
 
-#include "library/model/library_model.h"
-
 namespace brindlehum {
 
 class ElidedLabel;
 class FilterChip;
+class FolderListing;
+class LibrarySearch;
 struct BrowserState;
 
 class BrowserBar : public QWidget {
     Q_OBJECT
 public:
-    explicit BrowserBar(LibraryModel& library, QWidget* parent = nullptr);
+    BrowserBar(FolderListing& listing, LibrarySearch& search, QWidget* parent = nullptr);
 
     QLineEdit& field() { return *field_; }
     QToolButton& inspectorToggle() { return *inspector_; }
@@ -40,7 +41,8 @@ private:
     QWidget* makeFilterRow();
     void refresh();
 
-    LibraryModel& library_;
+    FolderListing& listing_;
+    LibrarySearch& search_;
     QToolButton* up_;
     QLineEdit* field_;
     QAction* clearText_;

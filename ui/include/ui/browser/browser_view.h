@@ -7,6 +7,7 @@
 #include <filesystem>
 
 #include "ui/browser/browser_menu.h"
+#include "ui/browser/browser_parts.h"
 #include "ui/browser/browser_state.h"
 
 class QStackedLayout;
@@ -18,14 +19,12 @@ class BrowserTable;
 class ChosenSound;
 class ElidedLabel;
 class EmptyState;
-class LibraryModel;
-class PlayerModel;
 struct BrowserEntry;
 
 class BrowserView : public QWidget {
     Q_OBJECT
 public:
-    BrowserView(LibraryModel& library, PlayerModel& player, QWidget* parent = nullptr);
+    explicit BrowserView(const BrowserParts& parts, QWidget* parent = nullptr);
 
     BrowserBar& bar() { return *bar_; }
     BrowserTable& table() { return *table_; }
@@ -35,6 +34,8 @@ public:
     // The actions of the context menu. copyPath is set; the owner sets the others.
     BrowserActions& actions() { return actions_; }
     void focusSearch();
+    // The line below the rows.
+    void showMessage(const QString& text);
 
 Q_SIGNALS:
     void selectionMoved();
@@ -51,8 +52,7 @@ private:
     void watchFolder();
     void openMenu(const QPoint& position);
 
-    LibraryModel& library_;
-    PlayerModel& player_;
+    BrowserParts parts_;
     BrowserBar* bar_;
     BrowserTable* table_;
     ChosenSound* chosen_;

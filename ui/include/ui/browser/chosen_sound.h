@@ -4,21 +4,20 @@
 #include <QObject>
 #include <filesystem>
 
+#include "ui/browser/browser_parts.h"
 #include "ui/browser/chosen_state.h"
 
 namespace brindlehum {
 
 class BrowserTable;
 struct BrowserPlace;
-class LibraryModel;
-class PlayerModel;
 
 // Main thread. Follows what is loaded and renamed elsewhere, too: a file that another program or the control port
 // opened is marked in its folder, a renamed one stays selected and loaded.
 class ChosenSound : public QObject {
     Q_OBJECT
 public:
-    ChosenSound(LibraryModel& library, PlayerModel& player, BrowserTable& table, QObject* parent = nullptr);
+    ChosenSound(const BrowserParts& parts, BrowserTable& table, QObject* parent = nullptr);
 
     // Loads a sound of the list, and plays it if auto-play is on.
     void audition(const std::filesystem::path& file);
@@ -37,8 +36,7 @@ private:
     ChosenState::Action advance(const ChosenState::Event& event);
     void carryOut(const ChosenState::Action& action);
 
-    LibraryModel& library_;
-    PlayerModel& player_;
+    BrowserParts parts_;
     BrowserTable& table_;
     ChosenState state_;
 };

@@ -3,10 +3,11 @@
 
 #include <QWidget>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <vector>
 
-#include "library/model/library_model.h"
+#include "library/model/browser_entry.h"
 #include "ui/inspector/inspector_fields.h"
 
 class QLabel;
@@ -17,6 +18,8 @@ namespace brindlehum {
 
 class ElidedLabel;
 class EmptyState;
+class MetadataEdits;
+class SettingsStore;
 class StarRow;
 class TextField;
 
@@ -29,7 +32,7 @@ public:
     static constexpr int idealWidth = 300;
     static constexpr int maxWidth = 420;
 
-    explicit InspectorView(LibraryModel& library, QWidget* parent = nullptr);
+    InspectorView(MetadataEdits& edits, SettingsStore& settings, QWidget* parent = nullptr);
 
     // Takes the browser's selection and ignores its folders.
     void setSelection(const std::vector<BrowserEntry>& selected);
@@ -65,12 +68,12 @@ private:
     void refreshState();
     void followSelection();
 
-    LibraryModel& library_;
+    MetadataEdits& edits_;
+    SettingsStore& settings_;
     InspectorFields fields_;
     std::vector<std::filesystem::path> urls_;  // of the form
     std::vector<BrowserEntry> selected_;       // in the browser
     bool loading_ = false;
-    int generation_ = 0;  // of the newest load
     std::map<std::string, Row> rows_;
     QStackedLayout* stack_;
     EmptyState* empty_;

@@ -7,17 +7,20 @@
 #include <utility>
 #include <vector>
 
-#include "library/model/library_model.h"
-
 class QLabel;
 
 namespace brindlehum {
+
+class LibraryRoots;
+class LibrarySearch;
+class SettingsStore;
 
 class LibrarySettings : public QWidget {
     Q_OBJECT
 public:
     // `addFolder` lets the user choose folders and adds them.
-    LibrarySettings(LibraryModel& library, std::function<void()> addFolder);
+    LibrarySettings(SettingsStore& settings, LibraryRoots& roots, LibrarySearch& search,
+                    std::function<void()> addFolder);
 
 private:
     QWidget* makeButtons(std::function<void()> addFolder);
@@ -25,7 +28,9 @@ private:
     QWidget* makeRow(const std::string& root, const std::string& problem);
     void refreshState();
 
-    LibraryModel& library_;
+    SettingsStore& settings_;
+    LibraryRoots& roots_;
+    LibrarySearch& search_;
     std::vector<std::pair<std::string, std::string>> shown_;  // the roots that have rows, and what is wrong with them
     QWidget* list_;
     QLabel* state_;

@@ -5,16 +5,19 @@
 
 #include <functional>
 
-#include "library/model/library_model.h"
-#include "mix/engine/audio_devices.h"
-
 namespace brindlehum {
+
+class AudioDevices;
+class LibraryRoots;
+class LibrarySearch;
+class SettingsStore;
 
 class SettingsWindow : public QWidget {
     Q_OBJECT
 public:
     // `addFolder` lets the user choose folders for the library and adds them.
-    SettingsWindow(LibraryModel& library, const AudioDevices& devices, std::function<void()> addFolder);
+    SettingsWindow(SettingsStore& settings, LibraryRoots& roots, LibrarySearch& search, const AudioDevices& devices,
+                   std::function<void()> addFolder);
 };
 
 }  // namespace brindlehum

@@ -3,7 +3,6 @@
 
 #include <QWidget>
 
-#include "library/model/library_model.h"
 #include "ui/sidebar/sidebar_model.h"
 
 class QProgressBar;
@@ -12,13 +11,18 @@ class QTreeView;
 namespace brindlehum {
 
 class ElidedLabel;
+class FolderListing;
+class LibraryRoots;
+class LibrarySearch;
+class SettingsStore;
 class SidebarTree;
 class SymbolLabel;
 
 class SidebarView : public QWidget {
     Q_OBJECT
 public:
-    explicit SidebarView(LibraryModel& library, QWidget* parent = nullptr);
+    SidebarView(FolderListing& listing, LibrarySearch& search, LibraryRoots& roots, SettingsStore& settings,
+                QWidget* parent = nullptr);
 
     QTreeView& tree();
     SidebarModel& rows() { return rows_; }
@@ -41,7 +45,10 @@ private:
                 void (LibrarySearch::*set)(const std::optional<std::string>&));
     void rowMenu(const QPoint& position);
 
-    LibraryModel& library_;
+    FolderListing& listing_;
+    LibrarySearch& search_;
+    LibraryRoots& roots_;
+    SettingsStore& settings_;
     SidebarModel rows_;
     SidebarTree* tree_;
     SymbolLabel* busy_;

@@ -3,10 +3,11 @@
 
 #include <QMenu>
 #include <QSystemTrayIcon>
-
-#include "app/app_model.h"
+#include <functional>
 
 namespace brindlehum {
+
+class AppModel;
 
 class StatusMenu : public QObject {
     Q_OBJECT

@@ -3,12 +3,13 @@
 
 #include <QWidget>
 
-#include "app/temp_edit_batch.h"
-
 class QProgressBar;
 class QPushButton;
 
 namespace brindlehum {
+
+class PlayerModel;
+class TempEditBatch;
 
 // The text itself is the player's message; the bar disappears when another message replaces that.
 class TempEditsBar : public QWidget {
