@@ -40,28 +40,18 @@ void forEachKnownTag(Compare compare) {
 
 // The labels that each channel of libsndfile's map may have; libsndfile doesn't tell direct from plain surrounds.
 std::vector<std::vector<uint32_t>> sndfileLabels(const std::filesystem::path& path) {
+    // clang-format off
     static const std::map<int, std::vector<uint32_t>> labels = {
-        {SF_CHANNEL_MAP_MONO, {42}},
-        {SF_CHANNEL_MAP_LEFT, {1, 38, 204, 206, 208}},
-        {SF_CHANNEL_MAP_RIGHT, {2, 39, 205, 207, 209}},
-        {SF_CHANNEL_MAP_CENTER, {3}},
-        {SF_CHANNEL_MAP_LFE, {4}},
-        {SF_CHANNEL_MAP_REAR_LEFT, {5, 33}},
-        {SF_CHANNEL_MAP_REAR_RIGHT, {6, 34}},
-        {SF_CHANNEL_MAP_REAR_CENTER, {9}},
-        {SF_CHANNEL_MAP_FRONT_LEFT_OF_CENTER, {7}},
-        {SF_CHANNEL_MAP_FRONT_RIGHT_OF_CENTER, {8}},
-        {SF_CHANNEL_MAP_SIDE_LEFT, {5, 10, 33}},
-        {SF_CHANNEL_MAP_SIDE_RIGHT, {6, 11, 34}},
-        {SF_CHANNEL_MAP_TOP_CENTER, {12}},
-        {SF_CHANNEL_MAP_TOP_FRONT_LEFT, {13}},
-        {SF_CHANNEL_MAP_TOP_FRONT_CENTER, {14}},
-        {SF_CHANNEL_MAP_TOP_FRONT_RIGHT, {15}},
-        {SF_CHANNEL_MAP_AMBISONIC_B_W, {200}},
-        {SF_CHANNEL_MAP_AMBISONIC_B_X, {201}},
-        {SF_CHANNEL_MAP_AMBISONIC_B_Y, {202}},
-        {SF_CHANNEL_MAP_AMBISONIC_B_Z, {203}},
-    };
+        {SF_CHANNEL_MAP_MONO, {42}}, {SF_CHANNEL_MAP_LEFT, {1, 38, 204, 206, 208}},
+        {SF_CHANNEL_MAP_RIGHT, {2, 39, 205, 207, 209}}, {SF_CHANNEL_MAP_CENTER, {3}}, {SF_CHANNEL_MAP_LFE, {4}},
+        {SF_CHANNEL_MAP_REAR_LEFT, {5, 33}}, {SF_CHANNEL_MAP_REAR_RIGHT, {6, 34}}, {SF_CHANNEL_MAP_REAR_CENTER, {9}},
+        {SF_CHANNEL_MAP_FRONT_LEFT_OF_CENTER, {7}}, {SF_CHANNEL_MAP_FRONT_RIGHT_OF_CENTER, {8}},
+        {SF_CHANNEL_MAP_SIDE_LEFT, {5, 10, 33}}, {SF_CHANNEL_MAP_SIDE_RIGHT, {6, 11, 34}},
+        {SF_CHANNEL_MAP_TOP_CENTER, {12}}, {SF_CHANNEL_MAP_TOP_FRONT_LEFT, {13}},
+        {SF_CHANNEL_MAP_TOP_FRONT_CENTER, {14}}, {SF_CHANNEL_MAP_TOP_FRONT_RIGHT, {15}},
+        {SF_CHANNEL_MAP_AMBISONIC_B_W, {200}}, {SF_CHANNEL_MAP_AMBISONIC_B_X, {201}},
+        {SF_CHANNEL_MAP_AMBISONIC_B_Y, {202}}, {SF_CHANNEL_MAP_AMBISONIC_B_Z, {203}}};
+    // clang-format on
     SF_INFO info{};
     SNDFILE* file = sf_open(path.c_str(), SFM_READ, &info);
     std::vector<int> map(size_t(info.channels));
@@ -90,26 +80,15 @@ TEST(LayoutTags, AgreeWithLibsndfileChannelByChannel) {
 TEST(LayoutTags, AgreeWithFFmpegAsSets) {
     constexpr uint64_t surroundL = AV_CH_SIDE_LEFT | AV_CH_BACK_LEFT;
     constexpr uint64_t surroundR = AV_CH_SIDE_RIGHT | AV_CH_BACK_RIGHT;
-    const std::map<uint32_t, uint64_t> channels = {{1, AV_CH_FRONT_LEFT | AV_CH_STEREO_LEFT},
-                                                   {2, AV_CH_FRONT_RIGHT | AV_CH_STEREO_RIGHT},
-                                                   {3, AV_CH_FRONT_CENTER},
-                                                   {4, AV_CH_LOW_FREQUENCY},
-                                                   {5, surroundL},
-                                                   {6, surroundR},
-                                                   {7, AV_CH_FRONT_LEFT_OF_CENTER},
-                                                   {8, AV_CH_FRONT_RIGHT_OF_CENTER},
-                                                   {9, AV_CH_BACK_CENTER},
-                                                   {10, AV_CH_SURROUND_DIRECT_LEFT | surroundL},
-                                                   {11, AV_CH_SURROUND_DIRECT_RIGHT | surroundR},
-                                                   {12, AV_CH_TOP_CENTER},
-                                                   {13, AV_CH_TOP_FRONT_LEFT},
-                                                   {14, AV_CH_TOP_FRONT_CENTER},
-                                                   {15, AV_CH_TOP_FRONT_RIGHT},
-                                                   {33, surroundL},
-                                                   {34, surroundR},
-                                                   {35, AV_CH_WIDE_LEFT},
-                                                   {36, AV_CH_WIDE_RIGHT},
-                                                   {42, AV_CH_FRONT_CENTER}};
+    // clang-format off
+    const std::map<uint32_t, uint64_t> channels = {
+        {1, AV_CH_FRONT_LEFT | AV_CH_STEREO_LEFT}, {2, AV_CH_FRONT_RIGHT | AV_CH_STEREO_RIGHT},
+        {3, AV_CH_FRONT_CENTER}, {4, AV_CH_LOW_FREQUENCY}, {5, surroundL}, {6, surroundR},
+        {7, AV_CH_FRONT_LEFT_OF_CENTER}, {8, AV_CH_FRONT_RIGHT_OF_CENTER}, {9, AV_CH_BACK_CENTER},
+        {10, AV_CH_SURROUND_DIRECT_LEFT | surroundL}, {11, AV_CH_SURROUND_DIRECT_RIGHT | surroundR},
+        {12, AV_CH_TOP_CENTER}, {13, AV_CH_TOP_FRONT_LEFT}, {14, AV_CH_TOP_FRONT_CENTER}, {15, AV_CH_TOP_FRONT_RIGHT},
+        {33, surroundL}, {34, surroundR}, {35, AV_CH_WIDE_LEFT}, {36, AV_CH_WIDE_RIGHT}, {42, AV_CH_FRONT_CENTER}};
+    // clang-format on
     av_log_set_level(AV_LOG_QUIET);
     int compared = 0;
     forEachKnownTag([&](uint32_t id, const std::vector<uint32_t>& ours, const std::filesystem::path& path) {
