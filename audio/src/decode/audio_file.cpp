@@ -11,19 +11,20 @@
 
 namespace brindlehum {
 
-std::unique_ptr<AudioFile> AudioFile::open(const std::filesystem::path& path) {
-    return openAudioFile(std::make_shared<FileHandle>(path), path);
+std::unique_ptr<AudioFile> AudioFile::open(const std::filesystem::path& path, const std::function<bool()>& stop) {
+    return openAudioFile(std::make_shared<FileHandle>(path), path, stop);
 }
 
-std::unique_ptr<AudioFile> openAudioFile(const std::shared_ptr<FileHandle>& handle, const std::filesystem::path& path) {
+std::unique_ptr<AudioFile> openAudioFile(const std::shared_ptr<FileHandle>& handle, const std::filesystem::path& path,
+                                         const std::function<bool()>& stop) {
     if (handle->size() == 0) { throw Error(openFailure(path, "it is empty")); }
     const Container container = containerOf(*handle);
     // libsndfile would hand these to decoders that are less exact, print their doubts, or leak when they refuse.
     const bool ffmpegOnly = container == Container::mp4 || container == Container::packets;
     const bool namedRaw = path.extension() == ".mp3" || path.extension() == ".aac";
     std::unique_ptr<AudioFile> file;
-    if (!ffmpegOnly) { file = openWithSndfile(handle, container); }
-    if (!file) { file = openWithFFmpeg(handle, container, namedRaw); }
+    if (!ffmpegOnly) { file = openWithSndfile(handle, container, stop); }
+    if (!file) { file = openWithFFmpeg(handle, container, namedRaw, stop); }
     if (!file) { throw Error(openFailure(path, "it holds no audio that can be read")); }
     return file;
 }

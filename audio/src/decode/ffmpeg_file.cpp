@@ -164,9 +164,9 @@ private:
 }  // namespace
 
 std::unique_ptr<AudioFile> openWithFFmpeg(const std::shared_ptr<FileHandle>& handle, Container container,
-                                          bool trustWeakEvidence) {
+                                          bool trustWeakEvidence, const std::function<bool()>& stop) {
     constexpr int maxChannels = 1024;
-    std::unique_ptr<FFmpegInput> input = FFmpegInput::open(handle, trustWeakEvidence);
+    std::unique_ptr<FFmpegInput> input = FFmpegInput::open(handle, trustWeakEvidence, stop);
     if (!input) { return nullptr; }
     const AVCodecParameters& parameters = *input->stream().codecpar;
     if (parameters.sample_rate < 1 || parameters.ch_layout.nb_channels < 1) { return nullptr; }

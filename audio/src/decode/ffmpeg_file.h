@@ -12,6 +12,6 @@ namespace brindlehum {
 // Null when FFmpeg finds no audio in the file, or none with a channel count and a rate. See FFmpegInput::open for
 // `trustWeakEvidence`.
 std::unique_ptr<AudioFile> openWithFFmpeg(const std::shared_ptr<FileHandle>& handle, Container container,
-                                          bool trustWeakEvidence);
+                                          bool trustWeakEvidence, const std::function<bool()>& stop);
 
 }  // namespace brindlehum

@@ -102,9 +102,11 @@ FormatContextPtr openContainer(FileCursor& cursor) {
     return FormatContextPtr(context);
 }
 
-std::unique_ptr<FFmpegInput> FFmpegInput::open(const std::shared_ptr<FileHandle>& handle, bool trustWeakEvidence) {
+std::unique_ptr<FFmpegInput> FFmpegInput::open(const std::shared_ptr<FileHandle>& handle, bool trustWeakEvidence,
+                                               const std::function<bool()>& stop) {
     auto input = std::make_unique<FFmpegInput>();
     input->cursor_.handle = handle;
+    input->cursor_.stop = stop;
     input->context_ = openContainer(input->cursor_);
     AVFormatContext* context = input->context_.get();
     if (!context) { return nullptr; }

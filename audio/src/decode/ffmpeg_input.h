@@ -42,7 +42,9 @@ class FFmpegInput {
 public:
     // Null when no known audio stream is in the file. `trustWeakEvidence`: a single frame of a raw stream is enough,
     // which other data can show by chance.
-    static std::unique_ptr<FFmpegInput> open(const std::shared_ptr<FileHandle>& handle, bool trustWeakEvidence);
+    // `stop` becomes the cursor's.
+    static std::unique_ptr<FFmpegInput> open(const std::shared_ptr<FileHandle>& handle, bool trustWeakEvidence,
+                                             const std::function<bool()>& stop);
 
     const AVStream& stream() const { return *stream_; }
     const AVDictionary* metadata() const { return context_->metadata; }

@@ -10,6 +10,7 @@
 namespace brindlehum {
 
 // As AudioFile::open; `path` names the file in errors and hints at raw streams.
-std::unique_ptr<AudioFile> openAudioFile(const std::shared_ptr<FileHandle>& handle, const std::filesystem::path& path);
+std::unique_ptr<AudioFile> openAudioFile(const std::shared_ptr<FileHandle>& handle, const std::filesystem::path& path,
+                                         const std::function<bool()>& stop);
 
 }  // namespace brindlehum

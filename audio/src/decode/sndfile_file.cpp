@@ -130,11 +130,13 @@ private:
 
 }  // namespace
 
-std::unique_ptr<AudioFile> openWithSndfile(const std::shared_ptr<FileHandle>& handle, Container container) {
+std::unique_ptr<AudioFile> openWithSndfile(const std::shared_ptr<FileHandle>& handle, Container container,
+                                           const std::function<bool()>& stop) {
     SF_INFO info{};
     SF_VIRTUAL_IO io = cursorIO();
     auto cursor = std::make_unique<FileCursor>();
     cursor->handle = handle;
+    cursor->stop = stop;
     SndfilePtr file(sf_open_virtual(&io, SFM_READ, &info, cursor.get()));
     if (!file || info.channels < 1 || info.samplerate < 1 || leaveToFFmpeg(info)) { return nullptr; }
     if (info.frames < 0 || !isPlausibleLength(info.frames, handle->size())) { return nullptr; }

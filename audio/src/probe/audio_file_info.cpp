@@ -49,9 +49,9 @@ bool AudioFileInfo::isAudioPath(const std::filesystem::path& path) {
            std::ranges::find(audioExtensions, std::string_view(extension).substr(1)) != audioExtensions.end();
 }
 
-AudioFileInfo AudioFileInfo::load(const std::filesystem::path& url) {
+AudioFileInfo AudioFileInfo::load(const std::filesystem::path& url, const std::function<bool()>& stop) {
     const auto handle = std::make_shared<FileHandle>(url);
-    const AudioFileFacts facts = openAudioFile(handle, url)->facts();
+    const AudioFileFacts facts = openAudioFile(handle, url, stop)->facts();
     AudioFileInfo info;
     info.url = url;
     info.sampleRate = facts.sampleRate;

@@ -8,7 +8,8 @@
 
 namespace brindlehum {
 
-FileSource::FileSource(const std::filesystem::path& path) : file_(AudioFile::open(path)) {
+FileSource::FileSource(const std::filesystem::path& path, const std::function<bool()>& stop)
+    : file_(AudioFile::open(path, stop)) {
     planes_.resize(size_t(file_->facts().channels));
 }
 

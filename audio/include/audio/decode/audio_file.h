@@ -9,6 +9,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -40,7 +41,9 @@ public:
 
     // Throws Error with a one-line text when the path isn't a regular, readable audio file with 1 channel or more
     // and a rate above 0. Never crashes or hangs on damaged data.
-    static std::unique_ptr<AudioFile> open(const std::filesystem::path& path);
+    // `stop`, if any, is asked before each read, from the thread that reads: once it says true, every read fails. It
+    // abandons a long opening or seek.
+    static std::unique_ptr<AudioFile> open(const std::filesystem::path& path, const std::function<bool()>& stop = {});
 
     const AudioFileFacts& facts() const { return facts_; }
 

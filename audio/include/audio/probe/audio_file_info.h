@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -32,8 +33,8 @@ struct AudioFileInfo {
         "wav", "wave", "bwf", "aif", "aiff", "aifc", "caf", "mp3", "m4a", "aac", "flac", "amb", "w64", "rf64", "mp4"};
     static bool isAudioPath(const std::filesystem::path& path);
 
-    // Blocking I/O on the caller's thread. Throws Error when the file can't be opened.
-    static AudioFileInfo load(const std::filesystem::path& url);
+    // Blocking I/O on the caller's thread; `stop` as for AudioFile::open. Throws Error when the file can't be opened.
+    static AudioFileInfo load(const std::filesystem::path& url, const std::function<bool()>& stop = {});
 
     // "48 kHz · 24-bit · 6 ch".
     std::string summary() const;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -13,8 +14,8 @@ class AudioFile;
 
 class FileSource : public FrameSource {
 public:
-    // Throws Error when the file can't be opened.
-    explicit FileSource(const std::filesystem::path& path);
+    // `stop` as for AudioFile::open. Throws Error when the file can't be opened.
+    explicit FileSource(const std::filesystem::path& path, const std::function<bool()>& stop = {});
     ~FileSource() override;
     ProcessingFormat processingFormat() const override;
     int64_t length() const override;
