@@ -21,7 +21,7 @@ using namespace brindlehum;
 
 namespace {
 
-// All arguments are files; there are no options. Paths stay the bytes that they are.
+// All arguments are files; there are no options. Paths stay bytes, in any encoding.
 std::vector<std::filesystem::path> filesOf(int argc, char** argv) {
     std::vector<std::filesystem::path> files;
     for (int i = 1; i < argc; ++i) {
@@ -37,7 +37,7 @@ bool isSet(const char* variable) {
     return value && *value;
 }
 
-// Without a display the windows live off screen. False then.
+// False without a display; the windows are off screen then.
 bool findScreen() {
     if (isSet("QT_QPA_PLATFORM") || isSet("DISPLAY") || isSet("WAYLAND_DISPLAY")) { return true; }
     qputenv("QT_QPA_PLATFORM", "offscreen");
@@ -63,9 +63,9 @@ void describeControlPort(const ControlServer& control) {
     std::fflush(stdout);
 }
 
-// Nothing is torn down: waiting for a file or a device that hangs would only keep a process that was told to end. A
-// sound that plays gets the time to fade, the last settings the time to be stored, and what is being written the time
-// to arrive or to be taken back; a file whose turn doesn't come any more stays as it was.
+// Ends without tearing down: waiting for a file or a device that hangs would only keep the process alive. A playing sound
+// gets time to fade, the last settings time to be stored, and files being written time to be finished or discarded; files
+// whose turn hasn't come stay as they were.
 [[noreturn]] void end(AppModel& model, FileDefaults& defaults, InstanceLink& link, int code) {
     if (model.player().isPlaying()) {
         model.player().stopAndReturn();
@@ -87,7 +87,7 @@ void describeControlPort(const ControlServer& control) {
 int main(int argc, char** argv) {
     const auto files = filesOf(argc, argv);
     const bool hasScreen = findScreen();
-    int qtArguments = 1;  // Qt has options of its own; a file may be called like one of them
+    int qtArguments = 1;  // keep files from Qt, which takes some names as its own options
     QApplication application(qtArguments, argv);
     QApplication::setApplicationName(QStringLiteral("Brindlehum"));
     QApplication::setOrganizationName(QStringLiteral("Brindlehum"));

@@ -1,3 +1,4 @@
+// An eventfd between the signal handler and the event loop.
 #include "quit_on_signal.h"
 
 #include <sys/eventfd.h>
@@ -14,7 +15,7 @@ namespace {
 
 int wakeUp = -1;
 
-// Only what a signal handler may do: one write. It can fail only when the loop has been woken already.
+// A signal handler may do no more than this one write. It fails only when the loop has been woken already.
 void onSignal(int) {
     const int saved = errno;
     const uint64_t one = 1;

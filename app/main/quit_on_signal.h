@@ -6,7 +6,7 @@
 
 namespace brindlehum {
 
-// One a process, on the main thread after the application object.
+// One for each process, made on the main thread after the application object.
 class QuitOnSignal {
 public:
     QuitOnSignal();

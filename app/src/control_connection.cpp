@@ -1,3 +1,4 @@
+// One client: collecting its head, answering it, and letting it go.
 #include "control_connection.h"
 
 #include <sys/socket.h>
@@ -12,8 +13,8 @@ namespace brindlehum {
 
 namespace {
 
-constexpr qint64 chunk = 16384;  // bytes taken at once
-// Bytes that a client may send after its head before we hang up on it.
+constexpr qint64 chunk = 16384;  // bytes per read
+// Bytes that a client may send after its head before the connection is dropped.
 constexpr qint64 maxDiscarded = 1 << 20;
 
 }  // namespace
@@ -25,7 +26,7 @@ ControlConnection::ControlConnection(QTcpSocket* socket, ControlServer& server, 
     connect(socket_, &QTcpSocket::readyRead, this, &ControlConnection::readyRead);
     connect(socket_, &QTcpSocket::bytesWritten, this, &ControlConnection::closeOurSide);
     connect(socket_, &QTcpSocket::disconnected, this, &QObject::deleteLater);
-    // What came before the connections above has made its signal already, or has ended the socket.
+    // Bytes or an end that came before these connections were made give no signal any more.
     if (socket_->state() != QAbstractSocket::ConnectedState) {
         deleteLater();
     } else if (socket_->bytesAvailable() > 0) {
@@ -73,8 +74,8 @@ void ControlConnection::respond(qsizetype headSize) {
     closeOurSide();
 }
 
-// Our side alone, and we read on: closing a socket with bytes unread (a body, a second request) resets the connection,
-// which may take the response from the client's hands.
+// Closes only the sending side and reads on: closing a socket with unread bytes (a body, a second request) resets the
+// connection, and the client may lose the response.
 void ControlConnection::closeOurSide() {
     if (!responded_ || socket_->bytesToWrite() > 0) { return; }
     ::shutdown(int(socket_->socketDescriptor()), SHUT_WR);

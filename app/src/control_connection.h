@@ -10,12 +10,12 @@ namespace brindlehum {
 
 class ControlServer;
 
-// Main thread. Collects the request head, answers it once, then only waits for the client to go. Deletes itself
-// when the socket has closed.
+// Main thread. Collects the request head, answers it once, then waits for the client to close. Deletes itself when the
+// socket has closed.
 class ControlConnection : public QObject {
     Q_OBJECT
 public:
-    // Takes the socket over.
+    // Owns the socket from now on.
     ControlConnection(QTcpSocket* socket, ControlServer& server, QObject* parent);
     // Closes at once, without a response.
     void drop();

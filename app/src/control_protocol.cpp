@@ -1,3 +1,4 @@
+// Parsing a request head, deciding whether it may be served, and writing the response.
 #include "app/control_protocol.h"
 
 #include <QByteArray>
@@ -5,6 +6,7 @@
 #include <QUrl>
 #include <QUrlQuery>
 #include <algorithm>
+#include <nlohmann/json.hpp>
 #include <string_view>
 #include <vector>
 
@@ -53,11 +55,11 @@ Head parse(std::string_view text) {
     }
 }
 
-// No origin (a tool), "null" or a file origin (a page opened from this machine). The origin travels back in the
-// response's head, where a control character would start a line of its own.
+// True for no origin (a tool), "null" and a file origin (a page opened from this machine). The response's head repeats
+// the origin, so that a control character in it would start a new line there.
 bool isAllowed(const std::string& origin) {
-    const auto isControl = [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; };
-    if (std::any_of(origin.begin(), origin.end(), isControl)) { return false; }
+    const auto isControl = [](char c) { return uint8_t(c) < 0x20 || c == 0x7F; };
+    if (std::ranges::any_of(origin, isControl)) { return false; }
     return origin.empty() || origin == "null" || origin.starts_with("file");
 }
 
@@ -78,7 +80,7 @@ std::string withoutBody(const char* status, const std::string& allowedOrigin) {
 std::string withJSON(const char* status, const std::string& allowedOrigin, const json& payload) {
     std::string body;
     try {
-        // File names needn't be UTF-8; what isn't becomes U+FFFD.
+        // File names needn't be UTF-8: invalid bytes become U+FFFD.
         body = payload.dump(-1, ' ', false, json::error_handler_t::replace);
     } catch (const json::exception&) { body = "{}"; }
     return responseHead(status, allowedOrigin) +

@@ -1,3 +1,4 @@
+// Listening and the limit of open connections.
 #include "app/control_server.h"
 
 #include <QHostAddress>

@@ -1,3 +1,4 @@
+// The lock that decides, and the socket that carries the files.
 #include "app/instance_link.h"
 
 #include <sys/stat.h>
@@ -15,7 +16,7 @@ namespace brindlehum {
 namespace {
 
 constexpr const char* answer = "ok\n";
-constexpr qsizetype maxMessage = 16 << 20;  // bytes: well above what a command line can hold
+constexpr qsizetype maxMessage = 16 << 20;  // bytes; a command line holds far fewer
 constexpr int retryMs = 20;
 
 QString fileIn(const std::filesystem::path& folder, const char* name) {
@@ -55,7 +56,7 @@ std::filesystem::path InstanceLink::runtimeFolder() {
     if (error) { return {}; }
     const auto own = temporary / ("brindlehum-" + std::to_string(::getuid()));
     ::mkdir(own.c_str(), 0700);
-    // Anyone may have made a folder of this name before us; only our own will do.
+    // Another user may have made a folder of this name first: use it only if it is ours.
     struct stat found {};
     if (::lstat(own.c_str(), &found) != 0 || !S_ISDIR(found.st_mode) || found.st_uid != ::getuid()) { return {}; }
     return own;
@@ -70,8 +71,8 @@ InstanceLink::~InstanceLink() {
 InstanceLink::Outcome InstanceLink::start(const std::vector<std::filesystem::path>& files, double patience) {
     const QByteArray message = InstanceMessage::encode(files);
     const QDeadlineTimer deadline(qint64(patience * 1000));
-    // The lock alone decides, so that of two starts at the same moment exactly one becomes the instance; the other
-    // one may come before the socket is there.
+    // The lock alone decides, so that exactly one of two simultaneous starts becomes the instance. The other one may
+    // come before the socket exists, and tries again.
     while (!claim()) {
         if (handOver(message, int(deadline.remainingTime()))) { return Outcome::handedOver; }
         if (deadline.hasExpired()) { return Outcome::unanswered; }
@@ -93,7 +94,7 @@ bool InstanceLink::claim() {
     server_ = std::make_unique<QLocalServer>();
     server_->setSocketOptions(QLocalServer::UserAccessOption);
     connect(server_.get(), &QLocalServer::newConnection, this, &InstanceLink::accept);
-    // Whoever holds the lock owns the socket: one that is there was left behind.
+    // The lock's holder owns the socket, so a socket that exists was left behind.
     QLocalServer::removeServer(socketIn(folder_));
     server_->listen(socketIn(folder_));
     return true;

@@ -100,7 +100,8 @@ struct Bench {
     void load(const std::filesystem::path& url) {
         player.load(url, false);
         until([&] {
-            return player.info() && player.info()->url == url && player.waveform() && player.waveform()->isComplete();
+            return player.sound().info() && player.sound().info()->url == url && player.sound().waveform() &&
+                   player.sound().waveform()->isComplete();
         });
     }
     // `prepare` brings the player to where the start happens from.
@@ -109,7 +110,7 @@ struct Bench {
         std::vector<double> ms;
         for (int i = 0; i < starts; ++i) {
             prepare();
-            const auto from = int64_t(engineOfSeeks() % uint64_t(player.info()->frames / 2));
+            const auto from = int64_t(engineOfSeeks() % uint64_t(player.sound().info()->frames / 2));
             audio.listener->arm();
             const int64_t began = Clock::now().time_since_epoch().count();
             player.play(from);
@@ -156,7 +157,7 @@ int main(int argc, char** argv) {
         bench.load(folder / "sixteen.wav");
         bench.measure("16 channels, device at rest", [&] { bench.restCold(); });
         bench.measure("16 channels, device warm", [&] { bench.restWarm(); });
-        bench.player.setFormatOverride(SourceFormat::ambisonic(3, AmbiNorm::sn3d));
+        bench.player.sound().setFormatOverride(SourceFormat::ambisonic(3, AmbiNorm::sn3d));
         bench.measure("third order Ambisonics, device warm", [&] { bench.restWarm(); });
         bench.useHeadphones();
         bench.measure("the same on headphones", [&] { bench.restWarm(); });

@@ -1,4 +1,4 @@
-// One instance a session: who becomes it, and that every path arrives byte for byte.
+// One instance a session: which start becomes it, and that every path arrives byte for byte.
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -27,7 +27,7 @@ protected:
     void SetUp() override {
         first_.onFiles = [this](const Files& files) { received_.push_back(files); };
     }
-    // What a second start in another thread comes to, while this one's event loop runs.
+    // The outcome of a second start in another thread, while this one's event loop runs.
     Outcome secondStart(const Files& files, double patience = 10) {
         std::atomic<int> outcome{-1};
         std::thread other([&] {
@@ -56,8 +56,8 @@ TEST_F(Instance, HandsEveryPathOverByteForByte) {
     EXPECT_EQ(received_.size(), 3U);
 }
 
-TEST_F(Instance, WhatACrashLeftBehindIsTakenOver) {
-    // A process that takes lock and socket and ends without a word.
+TEST_F(Instance, LockAndSocketOfACrashAreTakenOver) {
+    // A process that takes lock and socket and ends without releasing them.
     const pid_t child = ::fork();
     if (child == 0) {
         InstanceLink crashed(folder_.path());
@@ -96,7 +96,7 @@ protected:
     }
 };
 
-TEST_F(InstanceRace, OfManyStartsAtOnceExactlyOneIsTheInstance) {
+TEST_F(InstanceRace, ExactlyOneOfManyStartsBecomesTheInstance) {
     int gate[2];
     ASSERT_EQ(::pipe(gate), 0);
     std::vector<pid_t> children;
@@ -120,7 +120,7 @@ TEST_F(InstanceRace, OfManyStartsAtOnceExactlyOneIsTheInstance) {
     EXPECT_EQ(ends, (std::map<int, int>{{int(Outcome::instance), 1}, {int(Outcome::handedOver), starts - 1}}));
 }
 
-TEST_F(Instance, AnInstanceThatKeepsSilentIsNotWaitedForForever) {
+TEST_F(Instance, WaitingForASilentInstanceEnds) {
     QLockFile held(QString::fromStdString((folder_ / "brindlehum.lock").string()));
     held.setStaleLockTime(0);
     ASSERT_TRUE(held.tryLock());
@@ -130,14 +130,7 @@ TEST_F(Instance, AnInstanceThatKeepsSilentIsNotWaitedForForever) {
     EXPECT_EQ(first_.start({"/x"}, 0.1), Outcome::unanswered) << "a socket that says nothing";
 }
 
-TEST_F(Instance, ReleasingLetsTheNextOneIn) {
-    ASSERT_EQ(first_.start({}), Outcome::instance);
-    first_.release();
-    InstanceLink next(folder_.path());
-    EXPECT_EQ(next.start({}, 1), Outcome::instance);
-}
-
-TEST_F(Instance, AFolderThatIsNotThereLeavesEachStartItsOwn) {
+TEST_F(Instance, WithoutALockFolderEachStartIsAnInstance) {
     InstanceLink one(folder_ / "absent");
     InstanceLink two(folder_ / "absent");
     EXPECT_EQ(one.start({}), Outcome::instance);
@@ -146,6 +139,8 @@ TEST_F(Instance, AFolderThatIsNotThereLeavesEachStartItsOwn) {
 
 TEST_F(Instance, OnlyTheUserMayConnect) {
     ASSERT_EQ(first_.start({}), Outcome::instance);
+    first_.release();
+    ASSERT_EQ(first_.start({}, 1), Outcome::instance) << "released, so free for the next start";
     const auto permissions = std::filesystem::status(folder_ / "brindlehum.socket").permissions();
     EXPECT_EQ(permissions & std::filesystem::perms(077), std::filesystem::perms::none);
 }

@@ -1,4 +1,4 @@
-// Devices and servers that come and go under the running sound, and files that break off.
+// Devices and servers that come and go while a sound plays.
 #include "listening_test.h"
 #include "platform/headless_audio.h"
 
@@ -7,7 +7,7 @@ namespace {
 
 using DevicesOnPipeWire = ListeningTest;
 
-TEST_F(DevicesOnPipeWire, AProfileOnAnotherDeviceTakesOverWhereTheSoundStands) {
+TEST_F(DevicesOnPipeWire, AProfileOnAnotherDeviceContinuesTheSound) {
     load(toneFile(2, 30));
     expectCleanOnce([&] {
         select(room);
@@ -15,49 +15,49 @@ TEST_F(DevicesOnPipeWire, AProfileOnAnotherDeviceTakesOverWhereTheSoundStands) {
         SinkRecorder to("sink2", 2, 20);
         playFrom(0);
         listen(from, 24 * block);
-        const int64_t before = player_.currentFrame();
+        const int64_t before = player_.transport().currentFrame();
         select(nearfield);
         EXPECT_TRUE(until([&] { return to.soundingFrames() >= 24 * block; }));
-        EXPECT_GE(player_.currentFrame(), before);
+        EXPECT_GE(player_.transport().currentFrame(), before);
         EXPECT_EQ(app_.engine().deviceName(), "Pair");
         EXPECT_EQ(app_.engine().deviceChannels(), 2);
         player_.stopAndReturn();
         const std::string click = clickIn(from.stop(), "the device left");
         return click.empty() ? clickIn(to.stop(), "the device taken") : click;
     });
-    EXPECT_FALSE(player_.message());
+    EXPECT_FALSE(player_.message().text());
 }
 
-TEST_F(DevicesOnPipeWire, TheDefaultDeviceCarriesOnForOneThatIsUnplugged) {
+TEST_F(DevicesOnPipeWire, TheDefaultDeviceReplacesAnUnpluggedOne) {
     server_.setDefaultSink("sink2");
     load(toneFile(2, 30));
     SinkRecorder to("sink2", 2, 20);
     playFrom(0);
-    ASSERT_TRUE(until([&] { return player_.currentFrame() > 4 * block; }));
-    const int64_t before = player_.currentFrame();
+    ASSERT_TRUE(until([&] { return player_.transport().currentFrame() > 4 * block; }));
+    const int64_t before = player_.transport().currentFrame();
     server_.removeSink("sink16");
     ASSERT_TRUE(until([&] { return to.soundingFrames() >= 24 * block; }));
     EXPECT_TRUE(player_.isPlaying());
-    EXPECT_GE(player_.currentFrame(), before);
+    EXPECT_GE(player_.transport().currentFrame(), before);
     EXPECT_EQ(app_.engine().deviceName(), "Unavailable device");
     EXPECT_EQ(app_.engine().deviceChannels(), 2);
-    EXPECT_FALSE(player_.message());
+    EXPECT_FALSE(player_.message().text());
     EXPECT_EQ(clickIn(to.stop(), "the default device"), "");
 
     // Plugged in again, it is used from the next start on.
     server_.addSink("sink16", 16);
     SinkRecorder back("sink16", 16, 20);
-    player_.seek(0);
+    player_.transport().seek(0);
     ASSERT_TRUE(until([&] { return back.soundingFrames() >= 8 * block; }));
     EXPECT_EQ(app_.engine().deviceName(), "sink16");
 }
 
-TEST_F(DevicesOnPipeWire, TheLastDeviceGoneIsSaidAndTheNextOnePlays) {
+TEST_F(DevicesOnPipeWire, LosingTheLastDeviceIsReportedAndTheNextOnePlays) {
     load(toneFile(2, 30));
     playFrom(0);
     for (const char* sink : {"sink2", "sink12", "sink16"}) { server_.removeSink(sink); }
-    ASSERT_TRUE(until([&] { return player_.message().has_value(); }));
-    EXPECT_EQ(*player_.message(), "Output device changed: Couldn't open the output device");
+    ASSERT_TRUE(until([&] { return player_.message().text().has_value(); }));
+    EXPECT_EQ(*player_.message().text(), "Output device changed: Couldn't open the output device");
     EXPECT_FALSE(player_.isPlaying());
 
     server_.addSink("sink16", 16);
@@ -66,23 +66,23 @@ TEST_F(DevicesOnPipeWire, TheLastDeviceGoneIsSaidAndTheNextOnePlays) {
     ASSERT_TRUE(until([&] { return back.soundingFrames() >= 8 * block; }));
 }
 
-TEST_F(DevicesOnPipeWire, TheTransportGoesOnWithoutAServerAndComesBackToIt) {
+TEST_F(DevicesOnPipeWire, TheTransportContinuesWithoutAServerAndReturnsToIt) {
     load(toneFile(2, 30));
     playFrom(0);
-    ASSERT_TRUE(until([&] { return player_.currentFrame() > 4 * block; }));
+    ASSERT_TRUE(until([&] { return player_.transport().currentFrame() > 4 * block; }));
     server_.kill();
     ASSERT_TRUE(until([&] {
         return app_.engine().deviceChannels() == 16 && !app_.engine().devices().allOutputs().empty() &&
                app_.engine().devices().allOutputs() == HeadlessAudioSystem().allOutputs();
     }));
-    ASSERT_TRUE(until([&] { return player_.isPlaying(); })) << player_.message().value_or("no message");
-    const int64_t before = player_.currentFrame();
-    ASSERT_TRUE(until([&] { return player_.currentFrame() > before; })) << "the playhead stands still";
-    EXPECT_FALSE(player_.message());
+    ASSERT_TRUE(until([&] { return player_.isPlaying(); })) << player_.message().text().value_or("no message");
+    const int64_t before = player_.transport().currentFrame();
+    ASSERT_TRUE(until([&] { return player_.transport().currentFrame() > before; })) << "the playhead stands still";
+    EXPECT_FALSE(player_.message().text());
 
     server_.start();
     SinkRecorder back("sink16", 16, 20);
-    player_.seek(0);
+    player_.transport().seek(0);
     ASSERT_TRUE(until([&] { return back.soundingFrames() >= 8 * block; }));
     EXPECT_EQ(app_.engine().deviceName(), "sink16");
 }

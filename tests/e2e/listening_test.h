@@ -39,7 +39,7 @@ public:
     enum Profile : size_t { room, nearfield, headphones };
 
 protected:
-    void select(Profile profile) { player_.selectProfile(app_.settings().value().profiles[profile].id); }
+    void select(Profile profile) { player_.listening().selectProfile(app_.settings().value().profiles[profile].id); }
 
     std::filesystem::path toneFile(int channels, double seconds, const std::string& name = "tone.wav") {
         const Planes planes(size_t(channels), sine(size_t(seconds * rate), toneHz, rate, toneLevel));
@@ -48,13 +48,13 @@ protected:
     }
     void load(const std::filesystem::path& file) {
         player_.load(file, false);
-        ASSERT_TRUE(until([&] { return player_.info() && player_.info()->url == file; }));
+        ASSERT_TRUE(until([&] { return player_.sound().info() && player_.sound().info()->url == file; }));
     }
     void playFrom(int64_t frame) {
         player_.play(frame);
-        ASSERT_TRUE(until([&] { return player_.isPlaying(); })) << player_.message().value_or("no message");
+        ASSERT_TRUE(until([&] { return player_.isPlaying(); })) << player_.message().text().value_or("no message");
     }
-    // Until the recorder has heard so many frames more.
+    // Waits until the recorder has heard `frames` more frames.
     static void listen(const SinkRecorder& recorder, int frames) {
         const size_t goal = recorder.frames() + size_t(frames);
         ASSERT_TRUE(until([&] { return recorder.frames() >= goal; })) << "the sink stands still";
@@ -70,8 +70,8 @@ protected:
     PlayerModel& player_ = app_.player();
 };
 
-// Whatever is heard of a tone is a sum of tones of its frequency, each faded in a straight line over one block of
-// the server where something changed. A tone of peak p moves by at most 2 pi f / rate * p from sample to sample; a
+// Everything heard of a tone is a sum of tones of its frequency, each faded in a straight line over one block of the
+// server where something changed. A tone of peak p moves by at most 2 pi f / rate * p from sample to sample; a
 // fade between two of them adds at most the difference of their peaks, 2 p, over the block. A click is a jump
 // beyond that. 5 % are for the peak of a tone whose crest falls between two samples.
 inline double largestAllowedJump(const std::vector<float>& heard) {
@@ -92,8 +92,8 @@ inline std::string clickIn(const Planes& heard, const std::string& what) {
     return loudest > 0 ? "" : what + ": nothing was heard";
 }
 
-// A machine under load may miss a block of the graph, which says nothing about the product and doesn't repeat: one
-// clean run of three decides. `attempt` gives what was wrong.
+// A machine under load may miss a block of the graph. That says nothing about the product and doesn't repeat, so one
+// clean run of three decides. `attempt` returns what was wrong.
 inline void expectCleanOnce(const std::function<std::string()>& attempt) {
     std::string fault;
     for (int run = 0; run < 3; ++run) {

@@ -1,12 +1,11 @@
-// PlaybackEngine: which device it opens, how long it keeps what it replaced, when the device rests, and how a
-// binaural configuration waits for its stage.
+// PlaybackEngine: which device it opens, how long it keeps what it replaced, when the device rests, and how a binaural
+// configuration waits for its stage.
 #include "mix/engine/playback_engine.h"
 
 #include <gmock/gmock.h>
 
 #include <future>
 
-#include "audio/stream/memory_source.h"
 #include "base/error.h"
 #include "playback_fixture.h"
 
@@ -19,35 +18,18 @@ class Engine : public test::PlaybackTest {
 protected:
     std::unique_ptr<PlaybackEngine> engine_ = std::make_unique<PlaybackEngine>(audio_, loop_, test::noStage);
 
-    std::shared_ptr<StreamReader> reader(int channels, int64_t frames) {
-        auto made =
-            std::make_shared<StreamReader>(std::make_unique<MemorySource>(test::counting(channels, frames), 48000.0),
-                                           engine_->sampleRate(), 0, frames, false, 0, frames);
-        made->fillOnce();
-        return made;
-    }
-    static MixConfig straight(int channels, float gain = 1) {
-        MixConfig config;
-        config.inChannels = config.rows = channels;
-        config.matrix.assign(size_t(channels * channels), 0);
-        for (int c = 0; c < channels; ++c) { config.matrix[size_t(c * channels + c)] = gain; }
-        return config;
-    }
     void playStereo() {
         engine_->configure(std::nullopt, false);
-        engine_->setConfig(straight(2));
+        engine_->setConfig(test::straight(2));
         engine_->play(reader(2, 96000), 0);
     }
-    // The clock stands from here on; the reader's own thread may hold it a moment longer.
-    void goesNow(const std::weak_ptr<StreamReader>& object) {
+    // Waits until nothing holds the reader; its own thread may, for a moment, though the clock stands.
+    void expectFreed(const std::weak_ptr<StreamReader>& object) {
         pumpUntil([&] { return object.expired(); });
-    }
-    void pump(int blocks) {
-        for (int i = 0; i < blocks; ++i) { audio_.pump(block); }
     }
 };
 
-TEST_F(Engine, OpensADeviceOnceAndAgainWhenThereIsReason) {
+TEST_F(Engine, ReopensADeviceOnlyForAReason) {
     audio_.setOutputs({{1, "manual", "Manual", 16}, {2, "pair", "Pair", 2}});
     const auto configure = [&](std::optional<std::string> uid, bool force = false) {
         engine_->configure(uid, force);
@@ -73,7 +55,7 @@ TEST_F(Engine, OpensADeviceOnceAndAgainWhenThereIsReason) {
     EXPECT_EQ(audio_.openStreams(), 1);
 }
 
-TEST_F(Engine, ADeviceThatCannotBeHadLeavesNone) {
+TEST_F(Engine, AFailedConfigureLeavesNoDeviceOpen) {
     engine_->configure(std::nullopt, false);
     const auto fails = [&](const char* why, const char* text) {
         try {
@@ -99,7 +81,7 @@ TEST_F(Engine, ADeviceThatCannotBeHadLeavesNone) {
     fails("no device at all", "Couldn't open the output device");
 }
 
-TEST_F(Engine, AStartThatFailsPlaysNothing) {
+TEST_F(Engine, AFailedStartKeepsNothing) {
     engine_->configure(std::nullopt, false);
     audio_.setStartingFails(true);
     auto refused = reader(2, 96000);
@@ -107,10 +89,10 @@ TEST_F(Engine, AStartThatFailsPlaysNothing) {
     EXPECT_THROW(engine_->play(std::move(refused), 0), Error);
     EXPECT_TRUE(gone.lock()->isCancelled());
     loop_.advance(3);
-    goesNow(gone);  // the device never began, so nothing waits for its blocks
+    expectFreed(gone);  // the device never started, so nothing waits for its blocks
 }
 
-TEST_F(Engine, WhatWasReplacedLivesForThreeSecondsByTheClock) {
+TEST_F(Engine, AReplacedStreamLivesForThreeSeconds) {
     playStereo();
     pump(2);
     auto second = reader(2, 96000);
@@ -124,10 +106,10 @@ TEST_F(Engine, WhatWasReplacedLivesForThreeSecondsByTheClock) {
     loop_.advance(2.999);
     EXPECT_FALSE(replaced.expired());
     loop_.advance(0.001);
-    goesNow(replaced);
+    expectFreed(replaced);
 }
 
-TEST_F(Engine, ADeviceThatStandsStillKeepsWhatItMayStillRead) {
+TEST_F(Engine, AReplacedStreamOutlivesADeviceThatStandsStill) {
     playStereo();
     pump(2);
     auto reading = reader(2, 96000);
@@ -142,7 +124,7 @@ TEST_F(Engine, ADeviceThatStandsStillKeepsWhatItMayStillRead) {
     EXPECT_FALSE(replaced.expired()) << "the block that fades it out is still to come";
     pump(1);
     loop_.advance(3);
-    goesNow(replaced);
+    expectFreed(replaced);
 }
 
 TEST_F(Engine, TheDeviceRestsTwentySecondsAfterTheLastStop) {
@@ -166,9 +148,9 @@ TEST_F(Engine, TheDeviceRestsTwentySecondsAfterTheLastStop) {
     EXPECT_EQ(audio_.started(), 2) << "and finds the device warm";
 }
 
-TEST_F(Engine, FinishedSpeaksOfTheCurrentStreamAlone) {
+TEST_F(Engine, FinishedIsAboutTheCurrentStream) {
     engine_->configure(std::nullopt, false);
-    engine_->setConfig(straight(2));
+    engine_->setConfig(test::straight(2));
     engine_->play(reader(2, 1000), 0);
     pumpUntil([&] { return engine_->finished(); });
     engine_->play(reader(2, 96000), 0);
@@ -177,7 +159,7 @@ TEST_F(Engine, FinishedSpeaksOfTheCurrentStreamAlone) {
     EXPECT_FALSE(engine_->finished());
 }
 
-// A stage that is made when the test says so.
+// The test decides when the stage is made.
 class Binaural : public Engine {
 protected:
     std::promise<bool> gate_;  // false: there is no set
@@ -191,7 +173,7 @@ protected:
         engine_->onBinauralMissing = [this] { ++missing_; };
     }
     static MixConfig leftAndRight() {
-        MixConfig config = straight(2);
+        MixConfig config = test::straight(2);
         config.toBinaural = true;
         config.virtualDirections = {{90, 0}, {-90, 0}};
         return config;
@@ -203,11 +185,11 @@ protected:
     }
 };
 
-TEST_F(Binaural, AConfigurationWaitsForItsStageAndTheStreamWithIt) {
+TEST_F(Binaural, ConfigAndStreamWaitForTheirStage) {
     engine_->configure(std::nullopt, false);
     engine_->setConfig(leftAndRight());
     engine_->play(reader(2, 96000), 0);
-    for (int i = 0; i < 10; ++i) { EXPECT_EQ(energy(audio_.pump(block)[0]), 0) << "silence till then"; }
+    for (int i = 0; i < 10; ++i) { EXPECT_EQ(energy(audio_.pump(block)[0]), 0) << "silence until then"; }
     EXPECT_EQ(engine_->ctx().position(), 0) << "and nothing of the stream is lost";
 
     gate_.set_value(true);
@@ -218,15 +200,15 @@ TEST_F(Binaural, AConfigurationWaitsForItsStageAndTheStreamWithIt) {
     EXPECT_EQ(missing_, 0);
 }
 
-TEST_F(Binaural, ANewerConfigurationReplacesOneThatWaits) {
+TEST_F(Binaural, ANewerConfigReplacesOneThatWaits) {
     engine_->configure(std::nullopt, false);
     engine_->setConfig(leftAndRight());
-    engine_->setConfig(straight(2));
+    engine_->setConfig(test::straight(2));
     engine_->play(reader(2, 96000), 0);
     pump(2);
     gate_.set_value(false);
     ASSERT_TRUE(loop_.runUntil([&] { return engine_->binauralMissing(); }));
-    EXPECT_EQ(missing_, 0) << "nobody waits for it any more";
+    EXPECT_EQ(missing_, 0) << "no configuration waits for it now";
     EXPECT_EQ(audio_.pump(block)[0][0], test::sample(0, 2 * block));
 }
 

@@ -69,7 +69,8 @@ struct Browser : test::WindowTest {
         return all;
     }
     bool plays(const std::filesystem::path& path) {
-        return settle([&] { return player.info() && player.info()->url == path && player.isPlaying(); });
+        return settle(
+            [&] { return player.sound().info() && player.sound().info()->url == path && player.isPlaying(); });
     }
     bool says(const QString& text) {
         return std::ranges::any_of(window.findChildren<QLabel*>(), [&](const QLabel* label) {
@@ -97,7 +98,7 @@ TEST_F(Browser, KeysAuditionTheListWithNumbersByValue) {
     ASSERT_TRUE(index());
     EXPECT_EQ(names(), (QStringList{"inner", "take2.wav", "Take10.wav"}));
     table.setFocus();
-    EXPECT_FALSE(player.info()) << "focus alone chooses nothing";
+    EXPECT_FALSE(player.sound().info()) << "focus alone chooses nothing";
     QTest::keyClick(&table, Qt::Key_Return);
     EXPECT_EQ(library.listing().folder(), root) << "nothing is selected";
     table.selectFirst();
@@ -110,7 +111,7 @@ TEST_F(Browser, KeysAuditionTheListWithNumbersByValue) {
     QTest::keyClick(&table, Qt::Key_Up, Qt::ShiftModifier);
     EXPECT_EQ(table.selectedEntries().size(), 2);
     ASSERT_TRUE(idle());
-    EXPECT_EQ(player.info()->url, second) << "several rows load nothing";
+    EXPECT_EQ(player.sound().info()->url, second) << "several rows load nothing";
     model.settings().change([](AppSettings& settings) { settings.autoPlay = false; });
     table.mark(first);
     QTest::keyClick(&table, Qt::Key_Return);
@@ -163,7 +164,7 @@ TEST_F(Browser, ALateLoadDoesNotBringTheListBack) {
     table.selectFirst();
     QTest::keyClick(&table, Qt::Key_Down);
     library.listing().open(root.parent_path());
-    ASSERT_TRUE(settle([&] { return player.info() && player.info()->url == path; }));
+    ASSERT_TRUE(settle([&] { return player.sound().info() && player.sound().info()->url == path; }));
     EXPECT_EQ(library.listing().folder(), root.parent_path());
 }
 
@@ -220,7 +221,7 @@ TEST_F(Browser, ANewFileAppearsAndLeavesTheSelectionAlone) {
     ASSERT_TRUE(settle([&] { return table.rows().rowCount() == 3; }));
     ASSERT_EQ(table.selectedEntries().size(), 1);
     EXPECT_EQ(table.selectedEntries()[0].url, path);
-    EXPECT_FALSE(player.info()) << "what the user didn't choose isn't played";
+    EXPECT_FALSE(player.sound().info()) << "what the user didn't choose isn't played";
     window.browser().actions().copyPath({path, root / "a.wav"});
     EXPECT_EQ(QGuiApplication::clipboard()->text().toStdString(), path.string() + "\n" + (root / "a.wav").string());
 }
@@ -314,7 +315,7 @@ TEST_F(Browser, RenamingAsksExpertsFirstAndTheFileStaysChosenAndLoaded) {
     answer = true;
     rename->click();
     const auto renamed = root / "WTHRain_Rain On Tin.wav";
-    ASSERT_TRUE(settle([&] { return player.info() && player.info()->url == renamed; }));
+    ASSERT_TRUE(settle([&] { return player.sound().info() && player.sound().info()->url == renamed; }));
     EXPECT_FALSE(std::filesystem::exists(path));
     EXPECT_TRUE(library.search().isSearching()) << "the results stay";
     library.search().clearFilters();

@@ -16,7 +16,7 @@ namespace {
 using test::FileShape;
 
 struct PlayerViewTest : test::WindowTest {
-    PlayerView view{player, WaveformView::Style::window};
+    PlayerView view{player, model.settings(), WaveformView::Style::window};
     WaveformView& wave = view.waveform();
 
     PlayerViewTest() {
@@ -83,13 +83,13 @@ TEST_F(PlayerViewTest, MenusChooseAndShowTheChoice) {
     ASSERT_TRUE(load(file("two.wav", 2)));
     EXPECT_EQ(entries("Listen"), (QStringList{"*Stereo", "Mono sum", "Left only", "Right only", "M/S decode"}));
     choose("Listen", 4);
-    EXPECT_EQ(player.listen(), ListenMode::midSide);
+    EXPECT_EQ(player.listening().listen(), ListenMode::midSide);
     choose("Source format", 3);  // after Auto, the separator and Stereo
-    EXPECT_EQ(player.source(), SourceFormat::discrete(2));
+    EXPECT_EQ(player.sound().source(), SourceFormat::discrete(2));
     EXPECT_FALSE(shows("Listen")) << "two discrete channels are no stereo source";
     EXPECT_EQ(named(view, "Source format")->accessibleName(), "Source format: 2-ch discrete");
     choose("Source format", 0);
-    EXPECT_FALSE(player.formatOverride());
+    EXPECT_FALSE(player.sound().formatOverride());
     EXPECT_EQ(entries("Output profile"), (QStringList{"*Room 9.1.6", "Nearfield", "Headphones"}));
     choose("Output profile", 2);
     EXPECT_EQ(model.settings().activeProfile().name, "Headphones");
@@ -104,18 +104,18 @@ TEST_F(PlayerViewTest, TogglesAndLevelFollowTheModelAndChangeIt) {
     EXPECT_FALSE(autoPlay->isChecked());
     auto* loopToggle = named<QToolButton>(view, "Loop");
     loopToggle->click();
-    EXPECT_TRUE(player.loop());
-    player.setLoop(false);
+    EXPECT_TRUE(player.transport().loop());
+    player.transport().setLoop(false);
     EXPECT_FALSE(loopToggle->isChecked());
     auto* level = named<ValueSlider>(view, "Audition level");
     QTest::keyClick(level, Qt::Key_Left);
-    EXPECT_NEAR(player.volumeDB(), -0.5, 1e-9);
+    EXPECT_NEAR(player.listening().volumeDB(), -0.5, 1e-9);
     EXPECT_EQ(level->toolTip(), "Audition level -0.5 dB");
     QTest::keyClick(level, Qt::Key_Home);
-    EXPECT_NEAR(player.volumeDB(), -40, 1e-9);
+    EXPECT_NEAR(player.listening().volumeDB(), -40, 1e-9);
     QTest::mouseDClick(level, Qt::LeftButton);
-    EXPECT_NEAR(player.volumeDB(), 0, 1e-9);
-    player.setVolumeDB(6);
+    EXPECT_NEAR(player.listening().volumeDB(), 0, 1e-9);
+    player.listening().setVolumeDB(6);
     EXPECT_EQ(level->value(), level->maximum());
 }
 
@@ -125,16 +125,16 @@ TEST_F(PlayerViewTest, TheSoundfieldTurnsAndResets) {
     const auto turn = [&] {
         QTest::keyClick(yaw, Qt::Key_End);
         QTest::keyClick(named<ValueSlider>(view, "Pitch"), Qt::Key_Home);
-        return player.rotation() == Rotation{180, -90, 0};
+        return player.listening().rotation() == Rotation{180, -90, 0};
     };
     ASSERT_TRUE(turn());
     EXPECT_EQ(yaw->parentWidget()->toolTip(),
               "Soundfield yaw 180°, pitch -90°, roll 0°: double-click Reset to zero all three");
     QTest::mouseClick(named(view, "Reset the soundfield"), Qt::LeftButton);
-    EXPECT_EQ(player.rotation(), Rotation{});
+    EXPECT_EQ(player.listening().rotation(), Rotation{});
     ASSERT_TRUE(turn());
     QTest::mouseDClick(named<QLabel>(view, "Soundfield"), Qt::LeftButton);
-    EXPECT_EQ(player.rotation(), Rotation{});
+    EXPECT_EQ(player.listening().rotation(), Rotation{});
     EXPECT_EQ(yaw->value(), 0);
 }
 
@@ -143,7 +143,7 @@ TEST_F(PlayerViewTest, TheHeaderNamesTheFileAndTheDevice) {
     ASSERT_TRUE(load(file(longName.toStdString(), 2)));
     auto* title = named<ElidedLabel>(view, longName);
     ASSERT_TRUE(title);
-    EXPECT_TRUE(shows(QString::fromStdString(player.info()->summary())));
+    EXPECT_TRUE(shows(QString::fromStdString(player.sound().info()->summary())));
     EXPECT_TRUE(shows("on Manual"));
     model.settings().change([](AppSettings& s) { s.profiles[0].deviceUID = "gone"; });
     EXPECT_TRUE(shows("on Manual, for the profile's device is unavailable"));
@@ -153,7 +153,7 @@ TEST_F(PlayerViewTest, TheHeaderNamesTheFileAndTheDevice) {
 
 TEST_F(PlayerViewTest, AnUnreadableFileIsReportedUntilTheNextOneLoads) {
     player.load(folder / "missing.wav", false);
-    ASSERT_TRUE(loop.runUntil([&] { return player.message().has_value(); }));
+    ASSERT_TRUE(loop.runUntil([&] { return player.message().text().has_value(); }));
     EXPECT_TRUE(shows("Can't read missing.wav"));
     ASSERT_TRUE(load(file("good.wav", 2)));
     EXPECT_FALSE(shows("Can't read missing.wav"));
@@ -164,17 +164,17 @@ TEST_F(PlayerViewTest, TheMouseSelectsAndSeeks) {
     QTest::mousePress(&wave, Qt::LeftButton, {}, at(0.25));
     QTest::mouseMove(&wave, at(0.5));
     EXPECT_TRUE(wave.selection());
-    EXPECT_FALSE(player.selection()) << "not before it is let go";
+    EXPECT_FALSE(player.transport().selection()) << "not before it is let go";
     QTest::mouseRelease(&wave, Qt::LeftButton, {}, at(0.75));
-    ASSERT_TRUE(player.selection());
-    EXPECT_NEAR(double(player.selection()->lower), 12000, 60);
-    EXPECT_NEAR(double(player.selection()->upper), 36000, 60);
+    ASSERT_TRUE(player.transport().selection());
+    EXPECT_NEAR(double(player.transport().selection()->lower), 12000, 60);
+    EXPECT_NEAR(double(player.transport().selection()->upper), 36000, 60);
     ASSERT_TRUE(loop.runUntil([&] { return player.isPlaying(); }));
     QTest::mouseClick(&wave, Qt::LeftButton, {}, at(0.5));
-    EXPECT_TRUE(player.selection()) << "a click inside keeps it";
-    EXPECT_NEAR(double(player.cueFrame()), 24000, 60);
+    EXPECT_TRUE(player.transport().selection()) << "a click inside keeps it";
+    EXPECT_NEAR(double(player.transport().cueFrame()), 24000, 60);
     named<QToolButton>(view, "Clear selection")->click();
-    EXPECT_FALSE(player.selection());
+    EXPECT_FALSE(player.transport().selection());
     EXPECT_FALSE(wave.selection());
     // Six pixels of a tenth of a second are far below the shortest selection, 10 ms.
     test::writeAudio(folder / "short.wav", test::noisePlanes(1, 4800), {});
@@ -183,7 +183,7 @@ TEST_F(PlayerViewTest, TheMouseSelectsAndSeeks) {
     QTest::mouseMove(&wave, {106, 20});
     EXPECT_TRUE(wave.selection());
     QTest::mouseRelease(&wave, Qt::LeftButton, {}, {106, 20});
-    EXPECT_FALSE(player.selection());
+    EXPECT_FALSE(player.transport().selection());
     EXPECT_FALSE(wave.selection()) << "what the model refused isn't shown";
 }
 
@@ -211,14 +211,14 @@ TEST_F(PlayerViewTest, TheKeyboardMovesThePlayhead) {
         {Qt::Key_Home, Qt::NoModifier, 0}};
     for (const auto& [key, modifier, frame] : keys) {
         QTest::keyClick(&wave, key, modifier);
-        EXPECT_EQ(player.cueFrame(), frame);
+        EXPECT_EQ(player.transport().cueFrame(), frame);
     }
     ASSERT_TRUE(loop.runUntil([&] { return player.isPlaying(); }));
     QTest::keyClick(&wave, Qt::Key_Space);
     EXPECT_FALSE(player.isPlaying());
-    player.select(FrameRange{1000, 20000});
+    player.transport().select(FrameRange{1000, 20000});
     QTest::keyClick(&wave, Qt::Key_Escape);
-    EXPECT_FALSE(player.selection());
+    EXPECT_FALSE(player.transport().selection());
 }
 
 TEST_F(PlayerViewTest, AMovingPlayheadRepaintsAStripOnly) {
@@ -234,13 +234,13 @@ TEST_F(PlayerViewTest, AMovingPlayheadRepaintsAStripOnly) {
         }
     } watch;
     wave.installEventFilter(&watch);
-    player.playhead().setFrame(30000);
+    player.transport().playhead().setFrame(30000);
     QCoreApplication::processEvents();
     ASSERT_FALSE(watch.painted.isEmpty());
     int area = 0;
     for (const QRect& part : watch.painted) { area += part.width() * part.height(); }
     EXPECT_LE(area, 6 * wave.height());
-    player.select(FrameRange{1000, 20000});
+    player.transport().select(FrameRange{1000, 20000});
     QCoreApplication::processEvents();
     EXPECT_EQ(wave.pictureCount(), pictures) << "a selection paints no lanes";
     wave.resize(wave.width() + 10, wave.height());

@@ -13,7 +13,7 @@ namespace {
 using TempEditsBarTest = test::WindowTest;
 
 TEST_F(TempEditsBarTest, ShowsProgressThenTheFoldersUntilTheNextMessage) {
-    PlayerView view(player, WaveformView::Style::window);
+    PlayerView view(player, model.settings(), WaveformView::Style::window);
     auto* bar = new TempEditsBar(model.tempEdits(), player);
     view.addToMessage(bar);
     view.show();

@@ -35,7 +35,8 @@ struct WindowTest : testing::Test {
     bool load(const std::filesystem::path& path) {
         player.load(path, false);
         return loop.runUntil([&] {
-            return player.info() && player.info()->url == path && player.waveform() && player.waveform()->isComplete();
+            return player.sound().info() && player.sound().info()->url == path && player.sound().waveform() &&
+                   player.sound().waveform()->isComplete();
         });
     }
     // Runs Qt's events, too, until `done` holds.

@@ -97,7 +97,7 @@ void expectReachable(QWidget& window) {
 TEST_F(Windows, EveryControlHasANameAndATabStop) {
     const auto path = file("field_ambix.wav", 4);
     ASSERT_TRUE(load(path));
-    player.select(FrameRange{1000, 20000});
+    player.transport().select(FrameRange{1000, 20000});
     MainWindow window(model);
     window.show();
     window.openPath(folder.path());
@@ -131,7 +131,7 @@ TEST_F(Windows, DropsLoadFilesOpenFoldersAndAddToTheLibraryOverTheSidebar) {
         EXPECT_FALSE(named(window, "Drop target")->isVisible());
     };
     dropOn(window.browser(), {folder / "notes.txt", path});
-    ASSERT_TRUE(settle([&] { return player.info() && player.info()->url == path; }));
+    ASSERT_TRUE(settle([&] { return player.sound().info() && player.sound().info()->url == path; }));
     EXPECT_EQ(model.library().listing().folder(), folder / "inner");
     EXPECT_TRUE(settle([&] { return window.browser().table().selectedEntries().size() == 1; }));
     EXPECT_FALSE(player.isPlaying()) << "auto-play is off";
@@ -250,7 +250,7 @@ TEST_F(Windows, MenuEntriesCallTheirModels) {
     entry(*window, "Expert Mode")->trigger();
     EXPECT_TRUE(model.settings().value().expertMode);
     entry(*window, "Toggle Loop")->trigger();
-    EXPECT_TRUE(player.loop());
+    EXPECT_TRUE(player.transport().loop());
     entry(*window, "Play / Stop")->trigger();
     EXPECT_TRUE(loop.runUntil([&] { return player.isPlaying(); }));
     const auto* head = window->browser().table().header();
@@ -262,9 +262,9 @@ TEST_F(Windows, MenuEntriesCallTheirModels) {
     entry(*window, "Metadata Inspector")->trigger();
     EXPECT_NE(window->inspector().isVisible(), inspected);
     EXPECT_EQ(named<QToolButton>(*window, "Metadata inspector")->isChecked(), !inspected);
-    player.select(FrameRange{0, 9000});
+    player.transport().select(FrameRange{0, 9000});
     entry(*window, "Clear Selection")->trigger();
-    EXPECT_FALSE(player.selection());
+    EXPECT_FALSE(player.transport().selection());
     entry(*window, "Settings…")->trigger();
     ASSERT_TRUE(topLevel<SettingsWindow>());
     EXPECT_TRUE(topLevel<SettingsWindow>()->isVisible());

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <functional>
 #include <map>
-#include <nlohmann/json.hpp>
+#include <nlohmann/json_fwd.hpp>
 #include <string>
 
 namespace brindlehum {
@@ -19,8 +19,8 @@ using Handler = std::function<nlohmann::json(const std::string& command, const C
 
 // The whole response to a request head (without its closing empty line); `handler` may be empty.
 //
-// Who may ask: anyone on this machine who can set the header "X-Brindlehum: 1", which a web page can't do without
-// the permission that the answer to OPTIONS gives. That is given to pages opened from local files alone.
+// Served is every program on this machine that sets the header "X-Brindlehum: 1". A web page can't set it without the
+// permission in the answer to OPTIONS, and only pages opened from local files get that permission.
 std::string respond(const std::string& head, const Handler& handler);
 
 }  // namespace ControlProtocol

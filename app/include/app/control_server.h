@@ -19,16 +19,16 @@ class ControlServer : public QObject {
     Q_OBJECT
 public:
     static constexpr uint16_t port = 47806;
-    // Connections held at once. One more ends the one that has been there longest, so that clients which connect
-    // and then keep silent never shut the others out.
+    // Connections held at once. One more ends the oldest, so that clients that connect and stay silent never block the
+    // others.
     static constexpr size_t maxConnections = 256;
 
     explicit ControlServer(QObject* parent = nullptr);
     ~ControlServer() override;
 
     ControlProtocol::Handler handler;  // set before start()
-    // Opens the listener on 127.0.0.1; does nothing when it is open. A port that is taken is left alone silently.
-    // Tests pass 0 for a free one.
+    // Opens the listener on 127.0.0.1; does nothing when it is open, or when another program has the port. 0 takes any
+    // free port, for tests.
     void start(uint16_t onPort = port);
     bool isListening() const;
     uint16_t listeningPort() const;

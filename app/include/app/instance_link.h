@@ -1,4 +1,4 @@
-// InstanceLink: one running Brindlehum a user and session; later starts hand their files to it.
+// InstanceLink: one running Brindlehum for each user and session; later starts hand their files to it.
 #pragma once
 
 #include <QByteArray>
@@ -15,8 +15,8 @@ class QLockFile;
 
 namespace brindlehum {
 
-// What travels from a second start to the running one: the bytes of each path and a NUL, then one more NUL. Paths
-// are bytes, not text, so names in any encoding arrive as they are.
+// The message from a later start to the running one: the bytes of each path and a NUL, then one more NUL. Paths are
+// bytes, not text, so names in any encoding arrive unchanged.
 namespace InstanceMessage {
 QByteArray encode(const std::vector<std::filesystem::path>& files);
 // None while the message isn't complete.
@@ -29,21 +29,21 @@ class InstanceLink : public QObject {
 public:
     enum class Outcome {
         instance,    // this process is the one; onFiles will be called
-        handedOver,  // another one is, and has taken the files
-        unanswered,  // another one is, and keeps silent
+        handedOver,  // another process is, and has taken the files
+        unanswered,  // another process is, and doesn't answer
     };
 
-    // Lock and socket live in `folder`. Where it can't be written, each start is an instance of its own.
+    // Lock and socket are files in `folder`. If it can't be written, each start is an instance of its own.
     explicit InstanceLink(std::filesystem::path folder = runtimeFolder());
     ~InstanceLink() override;
 
-    // Decides who this process is. `files` are absolute. Blocks, for up to `patience` seconds when another process
-    // is just starting, ending or busy. A lock and a socket left behind by a crash are taken over.
+    // Decides whether this process is the instance. `files` are absolute. Blocks for up to `patience` seconds while
+    // another process starts, ends or is busy. A lock and a socket left behind by a crash are taken over.
     Outcome start(const std::vector<std::filesystem::path>& files, double patience = 5);
     // Lets another process become the instance.
     void release();
 
-    // A later start has handed these over (none: it only wants the window).
+    // Called with the files of a later start; without files it only asks for the window.
     std::function<void(const std::vector<std::filesystem::path>& files)> onFiles;
 
     // `$XDG_RUNTIME_DIR`, else a folder of the user's own in the temporary folder.

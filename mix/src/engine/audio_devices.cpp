@@ -1,3 +1,4 @@
+// AudioDevices: names and counts, asked from the system each time.
 #include "mix/engine/audio_devices.h"
 
 #include <algorithm>
@@ -9,7 +10,7 @@ namespace {
 template <typename Match>
 std::optional<AudioOutputDevice> find(AudioSystem& system, Match match) {
     const auto all = system.allOutputs();
-    const auto it = std::find_if(all.begin(), all.end(), match);
+    const auto it = std::ranges::find_if(all, match);
     return it == all.end() ? std::nullopt : std::optional(*it);
 }
 

@@ -1,3 +1,4 @@
+// BinauralLoader: one entry a sample rate, filled from the background.
 #include "engine/binaural_loader.h"
 
 #include <exception>
@@ -5,25 +6,16 @@
 namespace brindlehum {
 
 BinauralLoader::BinauralLoader(MainLoop& loop, Make make, std::function<void(double)> onDone)
-    : loop_(loop), make_(std::move(make)), onDone_(std::move(onDone)) {}
-
-BinauralLoader::~BinauralLoader() = default;
+    : make_(std::move(make)), onDone_(std::move(onDone)), background_(loop, "Brindlehum.hrtf") {}
 
 void BinauralLoader::prepare(double sampleRate) {
     const auto known = entries_.find(sampleRate);
     if (known != entries_.end() && known->second.state != State::failed) { return; }
     entries_[sampleRate] = {};
-    queue_.async([this, sampleRate, make = make_, &loop = loop_, alive = std::weak_ptr(alive_)] {
-        std::shared_ptr<BinauralStage> stage;
-        try {
-            stage = make(sampleRate);
-        } catch (const std::exception&) {
-            // No usable set: failed() says so, and who plays on headphones tells the user.
-        }
-        loop.post([this, sampleRate, stage, alive] {
-            if (alive.lock()) { finish(sampleRate, stage); }
-        });
-    });
+    background_.run([make = make_, sampleRate] { return make(sampleRate); },
+                    [this, sampleRate](std::shared_ptr<BinauralStage> stage) { finish(sampleRate, std::move(stage)); },
+                    // No usable set: the player asks failed() and tells the user.
+                    [this, sampleRate](const std::exception&) { finish(sampleRate, nullptr); });
 }
 
 void BinauralLoader::finish(double sampleRate, std::shared_ptr<BinauralStage> stage) {

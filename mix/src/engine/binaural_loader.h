@@ -1,4 +1,4 @@
-// BinauralLoader: makes binaural stages in the background, one a sample rate.
+// BinauralLoader: makes binaural stages in the background, one for each sample rate.
 #pragma once
 
 #include <functional>
@@ -6,22 +6,20 @@
 #include <memory>
 
 #include "mix/render/binaural_stage.h"
-#include "platform/main_loop.h"
-#include "platform/task_queues.h"
+#include "platform/background.h"
 
 namespace brindlehum {
 
-// Main thread. Reading an HRTF set and transforming it costs 80 to 700 ms, so neither the window's thread nor the
-// audio thread ever waits for it.
+// Main thread. Reading and transforming an HRTF set takes 80 to 700 ms, so neither the window's thread nor the audio
+// thread ever waits for it.
 class BinauralLoader {
 public:
     using Make = std::function<std::shared_ptr<BinauralStage>(double sampleRate)>;
-    // `make` runs on a thread of the loader's own and may throw; `onDone` is called on the main thread after each
-    // load, whatever came of it.
+    // `make` runs on the loader's own thread and may throw; `onDone` is called on the main thread after each load,
+    // whether it succeeded or not.
     BinauralLoader(MainLoop& loop, Make make, std::function<void(double sampleRate)> onDone);
-    ~BinauralLoader();
 
-    // Starts to load unless that is done or under way; a load that has failed is tried again.
+    // Starts to load unless the stage is loaded or being loaded; a load that has failed is tried again.
     void prepare(double sampleRate);
     // Null while there is none.
     std::shared_ptr<BinauralStage> stage(double sampleRate) const;
@@ -35,12 +33,10 @@ private:
     };
     void finish(double sampleRate, std::shared_ptr<BinauralStage> stage);
 
-    MainLoop& loop_;
     Make make_;
     std::function<void(double)> onDone_;
-    std::map<double, Entry> entries_;                             // by sample rate in Hz
-    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);  // results that come later are dropped
-    SerialQueue queue_{"Brindlehum.hrtf"};
+    std::map<double, Entry> entries_;  // by sample rate in Hz
+    Background background_;
 };
 
 }  // namespace brindlehum

@@ -1,3 +1,4 @@
+// PlaybackEngine: opening and resting the device, publishing, retiring.
 #include "mix/engine/playback_engine.h"
 
 #include <algorithm>
@@ -10,6 +11,15 @@
 #include "mix/render/render_watch.h"
 
 namespace brindlehum {
+
+namespace {
+
+// The call may replace or clear the callback that makes it.
+void notify(std::function<void()> callback) {
+    if (callback) { callback(); }
+}
+
+}  // namespace
 
 std::shared_ptr<BinauralStage> PlaybackEngine::sharedSetStage(double sampleRate) {
     return std::make_shared<BinauralStage>(HRTFSet::shared(sampleRate));
@@ -50,12 +60,12 @@ void PlaybackEngine::open(const std::optional<std::string>& deviceUID) {
     if (!id) { throw Error(ErrorKind::device, "Couldn't open the output device"); }
 
     auto token = std::make_shared<bool>(true);
-    // Handled a turn of the loop later, since handling it destroys the stream that is calling.
+    // Handled one turn of the loop later: handling it destroys the stream that calls.
     auto onChange = [this, weak = std::weak_ptr(token)] {
         loop_.post([this, weak] {
             if (!weak.lock()) { return; }
             configuredKey_.reset();
-            if (onDeviceChange) { onDeviceChange(); }
+            notify(onDeviceChange);
         });
     };
     auto stream = audio_.openOutput(*id, followsDefault, *watch_, std::move(onChange));
@@ -71,13 +81,13 @@ void PlaybackEngine::open(const std::optional<std::string>& deviceUID) {
     deviceName_ = devices_.name(deviceUID);
 }
 
-// The block in hand and the one that fades must have ended before the device may fall silent without a click. A
-// device that has gone or changed gets no time: nobody hears it.
+// The device may fall silent without a click once the block in hand and the block that fades have ended. A device that
+// has gone or changed gets no time: nobody hears it.
 void PlaybackEngine::fadeOut() {
     if (!configuredKey_ || !current_ || !isRunning()) { return; }
     ctx_->setRing(nullptr);
     const uint64_t mark = watch_->blocks();
-    const auto limit = std::chrono::steady_clock::now() + std::chrono::duration<double>(fadeOutLimit);
+    const auto limit = std::chrono::steady_clock::now() + std::chrono::duration<double>(maxFadeOut);
     while (watch_->mayStillUse(mark) && std::chrono::steady_clock::now() < limit) {
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
@@ -118,7 +128,7 @@ void PlaybackEngine::publish(const MixConfig& config) {
 
 void PlaybackEngine::replaceConfig(std::shared_ptr<RenderConfig> next) {
     ctx_->setConfig(next ? &next->record : nullptr);
-    // A stream that was started while a configuration waited.
+    // Start the stream that waited together with the configuration.
     if (next && current_) { ctx_->setRing(current_->ring()); }
     retire(std::exchange(currentConfig_, std::move(next)));
 }
@@ -127,8 +137,8 @@ void PlaybackEngine::stageLoaded(double sampleRate) {
     if (!waiting_ || sampleRate != sampleRate_) { return; }
     if (loader_->stage(sampleRate_)) {
         publish(*std::exchange(waiting_, std::nullopt));
-    } else if (onBinauralMissing) {
-        onBinauralMissing();
+    } else {
+        notify(onBinauralMissing);
     }
 }
 
@@ -139,7 +149,7 @@ bool PlaybackEngine::binauralMissing() const {
 void PlaybackEngine::play(std::shared_ptr<StreamReader> reader, double startPosition) {
     ctx_->clearFinished();
     ctx_->setPosition(startPosition);
-    // The block that meets a new ring reads it even without a configuration, and would lose that much of it.
+    // While a configuration waits, the ring waits too: the first block would read from it and play nothing.
     ctx_->setRing(waiting_ ? nullptr : reader->ring());
     if (current_) { current_->cancel(); }
     retire(std::exchange(current_, std::move(reader)));
@@ -164,8 +174,7 @@ bool PlaybackEngine::isRunning() const {
 }
 
 bool PlaybackEngine::finished() const {
-    // The cell alone isn't enough: a block that still plays out the stream before may set it after play() has
-    // cleared it.
+    // The cell alone isn't enough: a block that still plays the previous stream may set it after play() cleared it.
     return current_ && ctx_->finished() && mn_ring_eof(current_->ring()) != 0 &&
            mn_ring_available(current_->ring()) == 0;
 }

@@ -1,4 +1,7 @@
+// DragExport's names, and the file that a drag hands over.
 #include "mix/player/drag_export.h"
+
+#include <algorithm>
 
 namespace brindlehum {
 
@@ -16,6 +19,32 @@ std::string name(DragExport mode) {
             return "Original";
     }
     return {};
+}
+
+void DragOut::setDragExport(DragExport mode) {
+    if (mode == mode_) { return; }
+    mode_ = mode;
+    Q_EMIT changed();
+}
+
+void DragOut::checkDragExport() {
+    const auto options = dragOptions();
+    if (std::ranges::find(options, mode_) == options.end()) { setDragExport(DragExport::original); }
+}
+
+std::optional<std::filesystem::path> DragOut::exportForDrag(bool selectionOnly) {
+    const auto& info = sound_.info();
+    if (!info) { return std::nullopt; }
+    if (selectionOnly && transport_.selection()) {
+        message_.fail("Dragging a selection isn't available yet");
+        return std::nullopt;
+    }
+    std::error_code ignored;
+    if (!std::filesystem::is_regular_file(info->url, ignored)) {
+        message_.fail("Can't read " + info->url.filename().string());
+        return std::nullopt;
+    }
+    return info->url;
 }
 
 }  // namespace brindlehum

@@ -16,7 +16,7 @@ namespace fs = std::filesystem;
 ChosenSound::ChosenSound(const BrowserParts& parts, BrowserTable& table, QObject* parent)
     : QObject(parent), parts_(parts), table_(table) {
     connect(&parts.player, &PlayerModel::changed, this, [this] {
-        if (const auto& info = parts_.player.info()) { carryOut(advance(ChosenState::Loaded{info->url})); }
+        if (const auto& info = parts_.player.sound().info()) { carryOut(advance(ChosenState::Loaded{info->url})); }
     });
     connect(&parts.edits, &MetadataEdits::renamed, this, [this](const MetadataEdits::Moves& moves) {
         ChosenState::Renamed event;

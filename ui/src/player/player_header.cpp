@@ -6,6 +6,7 @@
 #include <QToolButton>
 #include <algorithm>
 
+#include "base/time_text.h"
 #include "ui/look/elided_label.h"
 #include "ui/look/icons.h"
 #include "ui/look/path_text.h"
@@ -49,27 +50,27 @@ QWidget* PlayerHeader::makeSelection() {
     clear->setToolTip("Clear selection");
     clear->setAccessibleName("Clear selection");
     clear->setFocusPolicy(Qt::StrongFocus);
-    connect(clear, &QToolButton::clicked, this, [this] { player_.clearSelection(); });
+    connect(clear, &QToolButton::clicked, this, [this] { player_.transport().clearSelection(); });
     row->addWidget(clear);
     return box;
 }
 
 void PlayerHeader::refresh() {
-    const auto& info = player_.info();
+    const auto& info = player_.sound().info();
     title_->setFullText(info ? pathText(info->url.filename()) : QString());
     summary_->setFullText(info ? QString::fromStdString(info->summary()) : QString());
-    const auto& selection = player_.selection();
+    const auto& selection = player_.transport().selection();
     selectionBox_->setVisible(selection.has_value());
     if (selection && info) {
-        selection_->setText("Sel " + QString::fromStdString(PlayerModel::time(double(selection->length()) /
-                                                                              std::max(info->sampleRate, 1.0))));
+        selection_->setText(
+            "Sel " + QString::fromStdString(timeText(double(selection->length()) / std::max(info->sampleRate, 1.0))));
     }
     refreshTime();
 }
 
 void PlayerHeader::refreshTime() {
-    const auto& info = player_.info();
-    time_->setTime(player_.playhead().frame(), info ? info->frames : 0, info ? info->sampleRate : 1);
+    const auto& info = player_.sound().info();
+    time_->setTime(player_.transport().playhead().frame(), info ? info->frames : 0, info ? info->sampleRate : 1);
 }
 
 }  // namespace brindlehum

@@ -32,8 +32,8 @@ QVBoxLayout* column(QWidget* parent, int margin, int spacing) {
 
 }  // namespace
 
-PlayerView::PlayerView(PlayerModel& player, WaveformView::Style style, QWidget* parent)
-    : QWidget(parent), player_(player) {
+PlayerView::PlayerView(PlayerModel& player, SettingsStore& settings, WaveformView::Style style, QWidget* parent)
+    : QWidget(parent), player_(player), settings_(settings) {
     setAccessibleName("Player");
     auto* all = column(this, 8, 6);
     auto* top = new QWidget;
@@ -46,8 +46,8 @@ PlayerView::PlayerView(PlayerModel& player, WaveformView::Style style, QWidget* 
     all->addWidget(soundfield_ = new SoundfieldRow(player));
     connectWaveform();
     connect(&player, &PlayerModel::changed, this, &PlayerView::refresh);
-    connect(&player.settings(), &SettingsStore::changed, this, &PlayerView::refresh);
-    connect(&player.playhead(), &PlayheadModel::frameChanged, this, &PlayerView::movePlayhead);
+    connect(&settings, &SettingsStore::changed, this, &PlayerView::refresh);
+    connect(&player.transport().playhead(), &PlayheadModel::frameChanged, this, &PlayerView::movePlayhead);
     refresh();
 }
 
@@ -106,8 +106,8 @@ QWidget* PlayerView::makeControls() {
     auto* row = new QHBoxLayout(bar);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(16);
-    row->addWidget(transport_ = new TransportBar(player_));
-    row->addWidget(source_ = new SourceBar(player_), 1);
+    row->addWidget(transport_ = new TransportBar(player_, settings_));
+    row->addWidget(source_ = new SourceBar(player_, settings_), 1);
     return bar;
 }
 
@@ -131,28 +131,28 @@ void PlayerView::resizeEvent(QResizeEvent* event) {
 }
 
 void PlayerView::connectWaveform() {
-    waveform_->onSeek = [this](int64_t frame) { player_.seek(frame); };
+    waveform_->onSeek = [this](int64_t frame) { player_.transport().seek(frame); };
     waveform_->onSelect = [this](std::optional<FrameRange> range) {
         if (range) {
-            player_.select(range);
+            player_.transport().select(range);
         } else {
-            player_.clearSelection();
+            player_.transport().clearSelection();
         }
         // The model announces nothing when it refuses a selection, so read it back.
         refreshWaveform();
     };
-    waveform_->exportForDrag = [this](bool selectionOnly) { return player_.exportForDrag(selectionOnly); };
+    waveform_->exportForDrag = [this](bool selectionOnly) { return player_.dragOut().exportForDrag(selectionOnly); };
     waveform_->onTogglePlay = [this] { player_.togglePlay(); };
     connect(waveform_, &WaveformView::hovered, this, [this](qint64 frame) {
-        const auto& info = player_.info();
+        const auto& info = player_.sound().info();
         ruler_->setHover(frame < 0 || !info ? -1 : double(frame) / std::max(info->sampleRate, 1.0));
     });
-    source_->dragHandle().file = [this] { return player_.exportForDrag(false); };
+    source_->dragHandle().file = [this] { return player_.dragOut().exportForDrag(false); };
     source_->dragHandle().picture = [this] { return waveform_->grab(); };
 }
 
 void PlayerView::refresh() {
-    const auto& info = player_.info();
+    const auto& info = player_.sound().info();
     stack_->setCurrentWidget(info ? loaded_ : empty_);
     header_->refresh();
     refreshWaveform();
@@ -164,8 +164,8 @@ void PlayerView::refresh() {
 }
 
 void PlayerView::refreshMessage() {
-    const auto& message = player_.message();
-    const bool problem = message && player_.messageIsProblem();
+    const auto& message = player_.message().text();
+    const bool problem = message && player_.message().isProblem();
     const QString role = problem ? "warning" : "";
     if (message_->property("role") != role) {
         message_->setProperty("role", role);
@@ -177,18 +177,18 @@ void PlayerView::refreshMessage() {
 }
 
 void PlayerView::refreshWaveform() {
-    const auto& info = player_.info();
+    const auto& info = player_.sound().info();
     const double rate = info ? std::max(info->sampleRate, 1.0) : 1.0;
-    waveform_->setData(player_.waveform());
+    waveform_->setData(player_.sound().waveform());
     waveform_->setTotalFrames(info ? info->frames : 0, rate);
-    waveform_->setLaneLabels(player_.laneLabels());
-    waveform_->setSelection(player_.selection());
-    waveform_->setPlayhead(player_.playhead().frame());
+    waveform_->setLaneLabels(player_.sound().laneLabels());
+    waveform_->setSelection(player_.transport().selection());
+    waveform_->setPlayhead(player_.transport().playhead().frame());
     ruler_->setSeconds(info ? double(info->frames) / rate : 0);
 }
 
 void PlayerView::movePlayhead() {
-    waveform_->setPlayhead(player_.playhead().frame());
+    waveform_->setPlayhead(player_.transport().playhead().frame());
     header_->refreshTime();
 }
 

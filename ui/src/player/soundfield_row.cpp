@@ -34,9 +34,9 @@ SoundfieldRow::Axis SoundfieldRow::makeAxis(const QString& name, double Rotation
     auto* slider = new ValueSlider(name, {-limit, limit, 1, 0});
     slider->setProperty("role", "centred");
     slider->onEdit = [this, angle](double degrees) {
-        Rotation next = player_.rotation();
+        Rotation next = player_.listening().rotation();
         next.*angle = degrees;
-        player_.setRotation(next);
+        player_.listening().setRotation(next);
     };
     auto* label = new QLabel(name);
     label->setProperty("role", "secondary");
@@ -52,13 +52,13 @@ SoundfieldRow::Axis SoundfieldRow::makeAxis(const QString& name, double Rotation
 }
 
 void SoundfieldRow::reset() {
-    player_.setRotation({});
+    player_.listening().setRotation({});
 }
 
 void SoundfieldRow::refresh() {
-    const auto source = player_.source();
+    const auto source = player_.sound().source();
     setVisible(source && source->asAmbisonic());
-    const Rotation& rotation = player_.rotation();
+    const Rotation& rotation = player_.listening().rotation();
     for (const Axis& axis : axes_) {
         axis.slider->setNumber(rotation.*axis.angle);
         axis.value->setText(QString::asprintf("%.0f°", rotation.*axis.angle));

@@ -29,7 +29,8 @@ QString listenName(ListenMode mode) {
     return {};
 }
 
-SourceBar::SourceBar(PlayerModel& player, QWidget* parent) : QWidget(parent), player_(player) {
+SourceBar::SourceBar(PlayerModel& player, const SettingsStore& settings, QWidget* parent)
+    : QWidget(parent), player_(player), settings_(settings) {
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(8);
@@ -54,22 +55,22 @@ SourceBar::SourceBar(PlayerModel& player, QWidget* parent) : QWidget(parent), pl
 }
 
 void SourceBar::refresh() {
-    const auto source = player_.source();
-    const bool loaded = player_.info() && source;
+    const auto source = player_.sound().source();
+    const bool loaded = player_.sound().info() && source;
     format_->setVisible(loaded);
     if (loaded) {
-        format_->setChoice(QString::fromStdString(player_.formatOverride()
-                                                      ? source->displayName()
-                                                      : "Auto (" + player_.info()->detected.displayName() + ")"));
+        format_->setChoice(QString::fromStdString(
+            player_.sound().formatOverride() ? source->displayName()
+                                             : "Auto (" + player_.sound().info()->detected.displayName() + ")"));
     }
     listen_->setVisible(loaded && *source == SourceFormat::stereo());
-    listen_->setChoice(listenName(player_.listen()));
-    const OutputProfile& profile = player_.settings().activeProfile();
+    listen_->setChoice(listenName(player_.listening().listen()));
+    const OutputProfile& profile = player_.listening().profile();
     profile_->setIcon(symbol(profileIcon(profile)));
     profile_->setChoice(QString::fromStdString(profile.name));
     refreshDevice();
-    drag_->setVisible(loaded && player_.dragOptions().size() > 1);
-    drag_->setChoice(QString::fromStdString(name(player_.dragExport())));
+    drag_->setVisible(loaded && player_.dragOut().dragOptions().size() > 1);
+    drag_->setChoice(QString::fromStdString(name(player_.dragOut().dragExport())));
     handle_->setVisible(loaded);
 }
 
@@ -83,16 +84,16 @@ void SourceBar::setNarrow(bool narrow) {
 }
 
 void SourceBar::refreshDevice() {
-    const PlaybackEngine& engine = player_.engine();
-    const auto& uid = player_.settings().activeProfile().deviceUID;
+    const AudioDevices& system = player_.listening().devices();
+    const auto& uid = player_.listening().profile().deviceUID;
     // Listing the devices can take a while: do it only when the answer may have changed.
-    const DeviceKey key{uid, engine.isConfigured(), player_.isPlaying()};
+    const DeviceKey key{uid, player_.listening().isDeviceOpen(), player_.isPlaying()};
     if (shownFor_ == key) { return; }
     shownFor_ = key;
-    const auto devices = engine.devices().allOutputs();
+    const auto devices = system.allOutputs();
     const auto named = std::ranges::find_if(devices, [&](const auto& device) { return device.uid == uid; });
-    const auto standard = std::ranges::find_if(
-        devices, [id = engine.devices().defaultOutput()](const auto& device) { return device.id == id; });
+    const auto standard =
+        std::ranges::find_if(devices, [id = system.defaultOutput()](const auto& device) { return device.id == id; });
     if (named != devices.end()) {
         device_->setFullText("on " + QString::fromStdString(named->name));
     } else if (standard != devices.end()) {
@@ -104,37 +105,38 @@ void SourceBar::refreshDevice() {
 }
 
 void SourceBar::fillFormats(QMenu& menu) {
-    const auto& info = player_.info();
+    const auto& info = player_.sound().info();
     if (!info) { return; }
-    const auto& chosen = player_.formatOverride();
+    const auto& chosen = player_.sound().formatOverride();
     addChoice(menu, QString::fromStdString("Auto (" + info->detected.displayName() + ")"), !chosen,
-              [this] { player_.setFormatOverride(std::nullopt); });
+              [this] { player_.sound().setFormatOverride(std::nullopt); });
     menu.addSeparator();
     for (const auto& format : SourceFormat::options(info->channels)) {
         addChoice(menu, QString::fromStdString(format.displayName()), chosen == format,
-                  [this, format] { player_.setFormatOverride(format); });
+                  [this, format] { player_.sound().setFormatOverride(format); });
     }
 }
 
 void SourceBar::fillListen(QMenu& menu) {
     for (const auto mode : allListenModes) {
-        addChoice(menu, listenName(mode), mode == player_.listen(), [this, mode] { player_.setListen(mode); });
+        addChoice(menu, listenName(mode), mode == player_.listening().listen(),
+                  [this, mode] { player_.listening().setListen(mode); });
     }
 }
 
 void SourceBar::fillProfiles(QMenu& menu) {
-    const UUID active = player_.settings().activeProfile().id;
-    for (const auto& profile : player_.settings().value().profiles) {
+    const UUID active = player_.listening().profile().id;
+    for (const auto& profile : settings_.value().profiles) {
         addChoice(menu, QString::fromStdString(profile.name), profile.id == active, [this, id = profile.id] {
-            player_.selectProfile(id);
+            player_.listening().selectProfile(id);
         })->setIcon(symbol(profileIcon(profile)));
     }
 }
 
 void SourceBar::fillDrag(QMenu& menu) {
-    for (const auto mode : player_.dragOptions()) {
-        addChoice(menu, QString::fromStdString(name(mode)), mode == player_.dragExport(),
-                  [this, mode] { player_.setDragExport(mode); });
+    for (const auto mode : player_.dragOut().dragOptions()) {
+        addChoice(menu, QString::fromStdString(name(mode)), mode == player_.dragOut().dragExport(),
+                  [this, mode] { player_.dragOut().setDragExport(mode); });
     }
 }
 

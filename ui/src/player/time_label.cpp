@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "mix/player/player_model.h"
+#include "base/time_text.h"
 #include "ui/look/tabular_font.h"
 
 namespace brindlehum {
@@ -16,7 +16,7 @@ TimeLabel::TimeLabel(QWidget* parent) : QLabel(parent) {
 
 void TimeLabel::setTime(double frame, int64_t frames, double sampleRate) {
     const double rate = std::max(sampleRate, 1.0);
-    const std::string text = PlayerModel::time(frame / rate) + " / " + PlayerModel::time(double(frames) / rate);
+    const std::string text = timeText(frame / rate) + " / " + timeText(double(frames) / rate);
     setText(QString::fromStdString(text));
 }
 

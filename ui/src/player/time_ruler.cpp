@@ -5,7 +5,7 @@
 #include <QPainter>
 #include <algorithm>
 
-#include "mix/player/player_model.h"
+#include "base/time_text.h"
 #include "ui/look/theme.h"
 #include "ui/picture/ruler_ticks.h"
 
@@ -60,7 +60,7 @@ void TimeRuler::paintTicks(QPainter& painter) const {
 
 void TimeRuler::paintHover(QPainter& painter) const {
     const Theme& theme = Theme::current();
-    const QString text = QString::fromStdString(PlayerModel::time(hover_));
+    const QString text = QString::fromStdString(timeText(hover_));
     const int room = fontMetrics().horizontalAdvance(text) + 10;
     const int x = int(hover_ / seconds_ * width());
     const QRect plate(std::clamp(x - room / 2, 0, std::max(0, width() - room)), 0, room, height());

@@ -29,7 +29,8 @@ QToolButton* toggle(const QString& name, const QString& icon, const QString& too
 
 }  // namespace
 
-TransportBar::TransportBar(PlayerModel& player, QWidget* parent) : QWidget(parent), player_(player) {
+TransportBar::TransportBar(PlayerModel& player, SettingsStore& settings, QWidget* parent)
+    : QWidget(parent), player_(player), settings_(settings) {
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(8);
@@ -52,16 +53,16 @@ void TransportBar::makeToggles() {
     play_->setFocusPolicy(Qt::StrongFocus);
     connect(play_, &QToolButton::clicked, this, [this] { player_.togglePlay(); });
     loop_ = toggle("Loop", "loop", "Loop (selection or whole file)");
-    connect(loop_, &QToolButton::clicked, this, [this](bool on) { player_.setLoop(on); });
+    connect(loop_, &QToolButton::clicked, this, [this](bool on) { player_.transport().setLoop(on); });
     autoPlay_ = toggle("Auto-play", "autoplay", "Auto-play on selection");
     connect(autoPlay_, &QToolButton::clicked, this,
-            [this](bool on) { player_.settings().change([on](AppSettings& s) { s.autoPlay = on; }); });
+            [this](bool on) { settings_.change([on](AppSettings& s) { s.autoPlay = on; }); });
 }
 
 void TransportBar::makeLevel() {
     level_ = new ValueSlider("Audition level", levelRange);
     level_->setFixedWidth(levelWidth);
-    level_->onEdit = [this](double db) { player_.setVolumeDB(db); };
+    level_->onEdit = [this](double db) { player_.listening().setVolumeDB(db); };
     levelValue_ = new QLabel;
     levelValue_->setFont(tabularFont(9));
     levelValue_->setProperty("role", "secondary");
@@ -74,13 +75,13 @@ void TransportBar::refresh() {
     play_->setIcon(symbol(playing ? "stop" : "play", SymbolRole::onAccent));
     play_->setAccessibleName(playing ? "Stop" : "Play");
     play_->setToolTip(playing ? "Stop (Ctrl+Return)" : "Play (Ctrl+Return)");
-    play_->setEnabled(player_.info().has_value());
-    loop_->setChecked(player_.loop());
-    autoPlay_->setChecked(player_.settings().value().autoPlay);
+    play_->setEnabled(player_.sound().info().has_value());
+    loop_->setChecked(player_.transport().loop());
+    autoPlay_->setChecked(settings_.value().autoPlay);
 
-    level_->setNumber(player_.volumeDB());
-    level_->setToolTip(QString::asprintf("Audition level %.1f dB", player_.volumeDB()));
-    levelValue_->setText(QString::asprintf("%+.1f dB", player_.volumeDB()));
+    level_->setNumber(player_.listening().volumeDB());
+    level_->setToolTip(QString::asprintf("Audition level %.1f dB", player_.listening().volumeDB()));
+    levelValue_->setText(QString::asprintf("%+.1f dB", player_.listening().volumeDB()));
 }
 
 void TransportBar::setNarrow(bool narrow) {

@@ -39,9 +39,9 @@ void fillFile(QMenu* menu, MainWindow& window, AppModel& model) {
     add(menu, "Open Folder…", {}, [&window] { window.chooseFolder(); });
     menu->addSeparator();
     auto* edits = add(menu, "Make Temp Edits", QKeySequence("Ctrl+Shift+E"), [&model] {
-        if (const auto& info = model.player().info()) { model.makeTempEdits({info->url}); }
+        if (const auto& info = model.player().sound().info()) { model.makeTempEdits({info->url}); }
     });
-    const auto follow = [edits, &model] { edits->setEnabled(model.player().info().has_value()); };
+    const auto follow = [edits, &model] { edits->setEnabled(model.player().sound().info().has_value()); };
     QObject::connect(&model.player(), &PlayerModel::changed, edits, follow);
     follow();
     menu->addSeparator();
@@ -104,8 +104,9 @@ void fillMenuBar(MainWindow& window, AppModel& model) {
     auto* playback = bar->addMenu("&Playback");
     auto* play = add(playback, "Play / Stop", QKeySequence("Ctrl+Return"), [&player] { player.togglePlay(); });
     play->setShortcuts({QKeySequence("Ctrl+Return"), QKeySequence("Ctrl+Enter")});
-    add(playback, "Toggle Loop", QKeySequence("Ctrl+L"), [&player] { player.setLoop(!player.loop()); });
-    add(playback, "Clear Selection", QKeySequence("Ctrl+D"), [&player] { player.clearSelection(); });
+    add(playback, "Toggle Loop", QKeySequence("Ctrl+L"),
+        [&player] { player.transport().setLoop(!player.transport().loop()); });
+    add(playback, "Clear Selection", QKeySequence("Ctrl+D"), [&player] { player.transport().clearSelection(); });
 
     auto* help = bar->addMenu("&Help");
     add(help, "About Brindlehum", {}, [&window] { about(&window); });

@@ -87,7 +87,7 @@ void MainWindow::makeParts() {
     playerSplit_ = makeSplitter(Qt::Vertical);
     playerSplit_->setObjectName("playerSplit");
     playerSplit_->addWidget(inspectorSplit_);
-    playerSplit_->addWidget(player_ = new PlayerView(model_.player(), WaveformView::Style::window));
+    playerSplit_->addWidget(player_ = new PlayerView(model_.player(), model_.settings(), WaveformView::Style::window));
     playerSplit_->setStretchFactor(0, 1);
     auto* detail = new QWidget;
     auto* column = new QVBoxLayout(detail);
@@ -185,7 +185,7 @@ void MainWindow::save() {
 }
 
 int MainWindow::basePlayerHeight() const {
-    const auto source = model_.player().source();
+    const auto source = model_.player().sound().source();
     return source && source->asAmbisonic() ? ambisonicPlayerHeight : playerHeight;
 }
 

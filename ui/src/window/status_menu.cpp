@@ -39,7 +39,7 @@ void StatusMenu::fillOutputs() {
     const UUID active = model_.settings().activeProfile().id;
     for (const auto& profile : model_.settings().value().profiles) {
         group->addAction(addChoice(*outputs_, QString::fromStdString(profile.name), profile.id == active,
-                                   [this, id = profile.id] { model_.player().selectProfile(id); }));
+                                   [this, id = profile.id] { model_.player().listening().selectProfile(id); }));
     }
 }
 

@@ -41,7 +41,7 @@ void TempEditsBar::refresh() {
     progress_->setVisible(progress.has_value());
     cancel_->setVisible(progress.has_value());
     if (progress) { progress_->setValue(int(std::lround(*progress * progress_->maximum()))); }
-    const bool told = !progress && !batch_.closing().empty() && player_.message() == batch_.closing();
+    const bool told = !progress && !batch_.closing().empty() && player_.message().text() == batch_.closing();
     skipped_->setVisible(told && !batch_.skipped().empty());
     folders_->setVisible(told && !batch_.folders().empty());
     setVisible(progress || told);

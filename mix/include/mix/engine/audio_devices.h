@@ -14,7 +14,7 @@ class AudioDevices {
 public:
     explicit AudioDevices(AudioSystem& system) : system_(system) {}
     std::vector<AudioOutputDevice> allOutputs() const;
-    // "System Output" without a UID, "Unavailable device" for one that isn't there.
+    // "System Output" without a UID, "Unavailable device" for a UID that isn't there.
     std::string name(const std::optional<std::string>& uid) const;
     std::optional<uint32_t> deviceID(const std::string& uid) const;
     std::optional<uint32_t> defaultOutput() const;

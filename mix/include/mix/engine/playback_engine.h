@@ -21,31 +21,32 @@
 namespace brindlehum {
 
 class BinauralLoader;
+class EngineSeat;
 class RenderWatch;
 
-// Main thread, every call.
+// Main thread, every call. Owners that share the engine reach it through an EngineSeat each.
 class PlaybackEngine {
 public:
     // Seconds that an object taken out of the audio path stays alive; longer when the device stands still.
     static constexpr double retirement = 3.0;
     // Seconds that the device stays warm after the last stop.
     static constexpr double idleDelay = 20.0;
-    // Seconds that a device which is given up for another one gets at most to fade out.
-    static constexpr double fadeOutLimit = 0.1;
+    // Seconds that a device gets at most to fade out before another one is opened.
+    static constexpr double maxFadeOut = 0.1;
 
-    // Makes the binaural stage of a rate (Hz), on a background thread; throws when there is no HRTF set.
+    // Makes the binaural stage for a rate (Hz), on a background thread; throws when there is no HRTF set.
     using StageMaker = std::function<std::shared_ptr<BinauralStage>(double sampleRate)>;
 
-    // Starts to load the binaural stage of 48 kHz at once, so that it is there when it is first asked for.
+    // Starts to load the binaural stage for 48 kHz at once: it should be ready before headphones are chosen.
     PlaybackEngine(AudioSystem& audio, MainLoop& loop, StageMaker makeStage = sharedSetStage);
     ~PlaybackEngine();
 
-    // Opens the device of this UID, or the system's default one without a UID or when it isn't there. Does
-    // nothing when that device is open already and `force` isn't set; a device that stood in for an absent one
-    // gives way as soon as that is back. Throws Error (device), and no device is open then.
+    // Opens the device with this UID; the system's default device without a UID, or when no such device is there. Does
+    // nothing when that device is open already and `force` isn't set. A default device that stands in for an absent one
+    // is given up once that one is back. Throws Error (device), and no device is open then.
     void configure(const std::optional<std::string>& deviceUID, bool force);
-    // Publishes a configuration; the next block fades to it. A binaural one that comes before its stage has been
-    // loaded fades to silence, with the stream held, and is published when the stage is there.
+    // Publishes a configuration; the next block fades to it. A binaural configuration waits until its stage has been
+    // loaded: till then the output is silent and the stream stands still.
     void setConfig(const MixConfig& config);
     // Publishes the reader's ring, starts its thread and the device. Throws Error, and nothing plays then.
     void play(std::shared_ptr<StreamReader> reader, double startPosition);
@@ -62,17 +63,21 @@ public:
     double sampleRate() const { return sampleRate_; }
     const std::string& deviceName() const { return deviceName_; }
     RenderContext& ctx() { return *ctx_; }
+    const RenderContext& ctx() const { return *ctx_; }
     const AudioDevices& devices() const { return devices_; }
 
-    // Called when the device has gone or changed; the next configure rebuilds.
+    // Both are set by the seat that is taken, and may take or leave a seat.
+    // Called when the device has gone or changed; the next configure opens a device anew.
     std::function<void()> onDeviceChange;
-    // Called when binauralMissing() has become true for a configuration that waits.
+    // Called when binauralMissing() becomes true while a configuration waits.
     std::function<void()> onBinauralMissing;
 
     // The stage of HRTFSet::shared.
     static std::shared_ptr<BinauralStage> sharedSetStage(double sampleRate);
 
 private:
+    friend class EngineSeat;
+
     bool isOpenFor(const std::optional<std::string>& deviceUID) const;
     void open(const std::optional<std::string>& deviceUID);
     void fadeOut();
@@ -91,18 +96,19 @@ private:
     std::unique_ptr<RenderContext> ctx_;
     std::shared_ptr<RenderWatch> watch_;
     std::unique_ptr<OutputStream> stream_;
-    std::shared_ptr<bool> streamToken_;  // goes with the stream: its late notices are dropped
+    std::shared_ptr<bool> streamToken_;  // dies with the stream, so that its late notices are dropped
     std::optional<std::string> configuredKey_;
-    bool standsIn_ = false;  // the default device, for one that is away
+    bool standsIn_ = false;  // the default device is open in place of an absent one
     std::shared_ptr<StreamReader> current_;
     std::shared_ptr<RenderConfig> currentConfig_;
-    std::shared_ptr<BinauralStage> stage_;  // of the open device's rate, as published
-    std::optional<MixConfig> waiting_;      // binaural, until its stage is there
+    std::shared_ptr<BinauralStage> stage_;  // for the open device's rate, as published
+    std::optional<MixConfig> waiting_;      // binaural, until its stage has been loaded
     std::unique_ptr<BinauralLoader> loader_;
     TimerHandle idle_;
     int deviceChannels_ = 2;
     double sampleRate_ = 48000;
     std::string deviceName_;
+    EngineSeat* seat_ = nullptr;  // the seat that is taken
 };
 
 }  // namespace brindlehum

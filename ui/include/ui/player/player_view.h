@@ -23,7 +23,7 @@ class TransportBar;
 class PlayerView : public QWidget {
     Q_OBJECT
 public:
-    PlayerView(PlayerModel& player, WaveformView::Style style, QWidget* parent = nullptr);
+    PlayerView(PlayerModel& player, SettingsStore& settings, WaveformView::Style style, QWidget* parent = nullptr);
     WaveformView& waveform() { return *waveform_; }
     // Adds a widget at the end of the message's row; the row is shown while either has something to show.
     void addToMessage(QWidget* widget);
@@ -50,6 +50,7 @@ private:
     void movePlayhead();
 
     PlayerModel& player_;
+    SettingsStore& settings_;
     QStackedLayout* stack_;
     QWidget* empty_;
     QWidget* loaded_;

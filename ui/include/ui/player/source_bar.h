@@ -14,7 +14,7 @@ class MenuButton;
 class SourceBar : public QWidget {
     Q_OBJECT
 public:
-    explicit SourceBar(PlayerModel& player, QWidget* parent = nullptr);
+    SourceBar(PlayerModel& player, const SettingsStore& settings, QWidget* parent = nullptr);
     void refresh();
     // Shows icons without texts, and no device.
     void setNarrow(bool narrow);
@@ -35,6 +35,7 @@ private:
         bool operator==(const DeviceKey&) const = default;
     };
     PlayerModel& player_;
+    const SettingsStore& settings_;
     MenuButton* format_;
     MenuButton* listen_;
     MenuButton* profile_;

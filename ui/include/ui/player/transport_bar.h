@@ -15,7 +15,7 @@ class ValueSlider;
 class TransportBar : public QWidget {
     Q_OBJECT
 public:
-    explicit TransportBar(PlayerModel& player, QWidget* parent = nullptr);
+    TransportBar(PlayerModel& player, SettingsStore& settings, QWidget* parent = nullptr);
     void refresh();  // after a change of the player or the settings
     // Shortens the slider and hides its value.
     void setNarrow(bool narrow);
@@ -25,6 +25,7 @@ private:
     void makeLevel();
 
     PlayerModel& player_;
+    SettingsStore& settings_;
     QToolButton* play_;
     QToolButton* loop_;
     QToolButton* autoPlay_;

@@ -5,7 +5,7 @@
 #include <optional>
 #include <variant>
 
-#include "mix/player/player_model.h"
+#include "mix/player/frame_range.h"
 
 namespace brindlehum::WaveformGesture {
 

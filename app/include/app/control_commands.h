@@ -1,0 +1,32 @@
+// ControlCommands: what the commands of the control port do.
+#pragma once
+
+#include <nlohmann/json_fwd.hpp>
+#include <string>
+
+#include "app/control_protocol.h"
+#include "app/temp_edit_batch.h"
+#include "mix/player/player_model.h"
+#include "settings/settings_store.h"
+
+namespace brindlehum {
+
+// Main thread: a command runs like a user's action. All references must outlive the table.
+class ControlCommands {
+public:
+    ControlCommands(PlayerModel& player, SettingsStore& settings, TempEditBatch& tempEdits);
+
+    // The answer to a command, whose name is compared exactly: an object with "error" for a command that doesn't exist.
+    nlohmann::json handle(const std::string& command, const ControlParams& params);
+
+private:
+    nlohmann::json ok() const;
+    nlohmann::json status() const;
+    void selectProfile(const ControlParams& params);
+
+    PlayerModel& player_;
+    SettingsStore& settings_;
+    TempEditBatch& tempEdits_;
+};
+
+}  // namespace brindlehum

@@ -1,0 +1,32 @@
+// How a sound is heard through a profile, as a pure function of a snapshot.
+#pragma once
+
+#include "audio/speakers/source_format.h"
+#include "mix/config/mix_config.h"
+#include "settings/output_profile.h"
+#include "spatial/ambisonics.h"
+#include "spatial/listen_mode.h"
+
+namespace brindlehum {
+
+// All that a mix depends on.
+struct ListeningSnapshot {
+    SourceFormat source = SourceFormat::stereo();
+    int channels = 2;  // of the file
+    OutputProfile profile;
+    int deviceChannels = 2;
+    ListenMode listen = ListenMode::normal;  // for files of two channels
+    Rotation rotation = {};                  // of a sound field
+    bool monoToCenter = true;
+    bool binauralMissing = false;  // no HRTF set was found for the device's rate
+};
+
+struct ListeningMix {
+    MixConfig config;
+    bool standsIn = false;  // the stereo fold-down on both ears, for a binaural mix that can't be had
+};
+
+// Any thread but the render thread; costs an AllRAD build for a sound field on speakers.
+ListeningMix listeningMix(const ListeningSnapshot& snapshot);
+
+}  // namespace brindlehum

@@ -1,0 +1,60 @@
+// ListeningSetup: how the user listens, and the mix that follows from it.
+#pragma once
+
+#include <QObject>
+
+#include "mix/engine/engine_seat.h"
+#include "mix/player/listening_mix.h"
+#include "mix/player/loaded_sound.h"
+#include "mix/player/player_message.h"
+#include "settings/settings_store.h"
+
+namespace brindlehum {
+
+// Main thread. A change is heard at once in the running sound, and never in another's: publishing takes the seat.
+class ListeningSetup : public QObject {
+    Q_OBJECT
+public:
+    static constexpr double silentDB = -60;  // this volume and below is silence
+
+    ListeningSetup(EngineSeat& seat, SettingsStore& settings, const LoadedSound& sound, PlayerMessage& message);
+
+    ListenMode listen() const { return listen_; }
+    const Rotation& rotation() const { return rotation_; }
+    const UpmixSettings& upmix() const { return upmix_; }
+    double volumeDB() const { return volumeDB_; }
+    const OutputProfile& profile() const { return settings_.activeProfile(); }
+    bool monoToCenter() const { return settings_.value().monoToCenter; }
+    // Whether an upmix would fill speakers of the profile that the loaded sound leaves silent.
+    bool canUpmix() const;
+    const AudioDevices& devices() const { return seat_.engine().devices(); }
+    bool isDeviceOpen() const { return seat_.engine().isConfigured(); }
+
+    void setListen(ListenMode mode);
+    void setRotation(const Rotation& rotation);
+    void setUpmix(const UpmixSettings& upmix);  // stored in the settings
+    void setVolumeDB(double db);                // of all that the engine plays; NaN is ignored
+    void selectProfile(const UUID& id);         // stored in the settings
+
+    // None without a sound.
+    std::optional<ListeningSnapshot> snapshot() const;
+    // Publishes the mix of the loaded sound, if there is a sound and a device. Tells the user when headphones get the
+    // fold-down.
+    void publish();
+
+Q_SIGNALS:
+    void changed();
+    void profileSelected();
+
+private:
+    EngineSeat& seat_;
+    SettingsStore& settings_;
+    const LoadedSound& sound_;
+    PlayerMessage& message_;
+    ListenMode listen_ = ListenMode::normal;
+    Rotation rotation_;
+    UpmixSettings upmix_;
+    double volumeDB_ = 0;
+};
+
+}  // namespace brindlehum

@@ -1,0 +1,64 @@
+// LoadedSound: the file on the player, what its channels mean, and its waveform.
+#pragma once
+
+#include <QObject>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "audio/probe/audio_file_info.h"
+#include "audio/wave/waveform.h"
+#include "platform/background.h"
+
+namespace brindlehum {
+
+// Main thread. The file is probed on the loader's queue; a newer load overtakes an older one. Until a probe has come
+// back, and when it fails, the sound before stays loaded.
+class LoadedSound : public QObject {
+    Q_OBJECT
+public:
+    // `pool` reads the waveform.
+    LoadedSound(Background& loader, MainLoop& loop, WorkerPool& pool);
+    ~LoadedSound() override;
+
+    const std::optional<AudioFileInfo>& info() const { return info_; }
+    WaveformPtr waveform() const { return waveform_; }  // null, then growing snapshots, then the complete one
+    const std::optional<SourceFormat>& formatOverride() const { return formatOverride_; }
+    std::optional<SourceFormat> source() const;  // the override, else the detected format; none without a file
+    std::vector<std::string> laneLabels() const;
+
+    // Loads the file, and asks to play it with `autoPlay`. The file that is loaded already is not read again.
+    void load(const std::filesystem::path& path, bool autoPlay);
+    // For a start that comes while another file is being probed: plays that file once it is loaded, instead of the
+    // sound that it replaces. False when none is being probed.
+    bool playOnceLoaded();
+    // Holds until another file is loaded; none gives the detected format back.
+    void setFormatOverride(std::optional<SourceFormat> format);
+
+Q_SIGNALS:
+    void changed();
+    void replacing();      // another file has been asked for
+    void replaced();       // it is loaded now
+    void sourceChanged();  // the override of the loaded sound has changed or gone
+    void playAsked();      // the sound is loaded, and its load asked to play it
+    void failed(const std::string& text);
+
+private:
+    void didLoad(AudioFileInfo info);
+    void loadWaveform();
+    void cancelWaveform();
+
+    Background& loader_;
+    MainLoop& loop_;
+    WorkerPool& pool_;
+    std::optional<AudioFileInfo> info_;
+    WaveformPtr waveform_;
+    std::optional<SourceFormat> formatOverride_;
+    std::shared_ptr<WaveformLoader> waveLoader_;
+    bool autoPlay_ = false;  // of the newest load
+    Background::Line loads_;
+};
+
+}  // namespace brindlehum

@@ -1,0 +1,100 @@
+// Transport: plays the loaded sound, and knows where.
+#pragma once
+
+#include <QObject>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "mix/engine/engine_seat.h"
+#include "mix/player/listening_setup.h"
+#include "mix/player/loaded_sound.h"
+#include "mix/player/play_span.h"
+#include "mix/player/player_message.h"
+#include "mix/player/playhead_model.h"
+#include "platform/background.h"
+
+namespace brindlehum {
+
+// Main thread. A start opens its stream on the loader's queue; any later start or stop overtakes it.
+class Transport : public QObject {
+    Q_OBJECT
+public:
+    // Opens a sound; called on the loader's queue, and throws what the user is told. `stop` may be asked at any time:
+    // once true, nobody wants the sound any more, and its reads should fail.
+    using OpenSource = std::function<std::unique_ptr<FrameSource>(const std::filesystem::path& path,
+                                                                  const std::function<bool()>& stop)>;
+    static std::unique_ptr<FrameSource> openFile(const std::filesystem::path& path, const std::function<bool()>& stop);
+
+    Transport(EngineSeat& seat, Background& loader, MainLoop& loop, LoadedSound& sound, ListeningSetup& listening,
+              PlayerMessage& message, OpenSource open = openFile);
+
+    bool isPlaying() const { return isPlaying_; }
+    const std::optional<FrameRange>& selection() const { return selection_; }
+    bool loop() const { return loops_; }
+    int64_t cueFrame() const { return cueFrame_; }  // where playing starts, and where a stop returns to
+    PlayheadModel& playhead() { return playhead_; }
+    int64_t currentFrame() const { return playhead_.wholeFrame(); }
+
+    // Takes the engine's seat and plays from the frame, or from the cue.
+    void play(std::optional<int64_t> from);
+    // Puts the playhead back to the selection's start, or to the cue.
+    void stopAndReturn();
+    void togglePlay();
+    // Moves the cue and plays from there; a selection that doesn't hold the frame goes.
+    void seek(int64_t frame);
+    // Plays the range; one of 10 ms and less only clears the selection.
+    void select(std::optional<FrameRange> range);
+    void clearSelection();
+    void setLoop(bool loop);
+
+    // To rest, at the start of another sound.
+    void reset();
+    // The active profile, or another setting that the sound goes through, may have changed: if so, takes a running
+    // stream over to it.
+    void profileChanged();
+    // From the seat.
+    void deviceChanged();
+    void seatLost();
+
+Q_SIGNALS:
+    void changed();
+
+private:
+    // The settings that a stream is opened for.
+    struct Route {
+        OutputProfile profile;
+        bool monoToCenter = true;
+        bool operator==(const Route&) const = default;
+    };
+    Route routeNow() const { return {listening_.profile(), listening_.monoToCenter()}; }
+    bool openDevice(bool force, const std::string& failurePrefix = "");
+    void startStream(const PlaySpan& span);
+    void streamReady(std::shared_ptr<StreamReader> reader, int64_t start, double rate);
+    // The frame from which a playing or starting stream goes on; none at rest.
+    std::optional<int64_t> resumeFrame() const;
+    void rest();
+    void stop();
+    void returnPlayhead();
+    void tick();
+
+    EngineSeat& seat_;
+    Background& loader_;
+    MainLoop& mainLoop_;
+    LoadedSound& sound_;
+    ListeningSetup& listening_;
+    PlayerMessage& message_;
+    OpenSource open_;
+    PlayheadModel playhead_;
+    bool isPlaying_ = false;
+    std::optional<FrameRange> selection_;
+    bool loops_ = false;
+    int64_t cueFrame_ = 0;
+    std::optional<int64_t> starting_;  // the first frame of a stream that is being opened
+    Route route_;                      // the settings followed so far
+    TimerHandle timer_;
+    Background::Line starts_;
+};
+
+}  // namespace brindlehum

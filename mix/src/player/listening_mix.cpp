@@ -1,0 +1,36 @@
+// The mix of a snapshot, and the fold-down that stands in for a binaural one.
+#include "mix/player/listening_mix.h"
+
+#include "mix/config/mix_builder.h"
+
+namespace brindlehum {
+
+namespace {
+
+OutputProfile stereoOnEars(OutputProfile headphones) {
+    headphones.kind = OutputProfile::Kind::speakers;
+    headphones.layout = LayoutID::stereo;
+    headphones.outputs = {headphones.headphoneLeft, headphones.headphoneRight};
+    headphones.trimsDB.clear();
+    return headphones;
+}
+
+MixConfig through(const OutputProfile& profile, const ListeningSnapshot& snapshot) {
+    // No upmix: this build has no processor to run it, so a configuration with one would be a matrix for planes that
+    // nobody makes. The user's choice is stored all the same, for the build that has one.
+    return MixBuilder::config(snapshot.source, snapshot.channels, profile, snapshot.deviceChannels,
+                              snapshot.channels == 2 ? snapshot.listen : ListenMode::normal, snapshot.rotation,
+                              snapshot.monoToCenter, std::nullopt);
+}
+
+}  // namespace
+
+ListeningMix listeningMix(const ListeningSnapshot& snapshot) {
+    ListeningMix mix{through(snapshot.profile, snapshot)};
+    if (mix.config.toBinaural && snapshot.binauralMissing) {
+        mix = {through(stereoOnEars(snapshot.profile), snapshot), true};
+    }
+    return mix;
+}
+
+}  // namespace brindlehum

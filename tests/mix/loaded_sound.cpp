@@ -1,0 +1,124 @@
+// LoadedSound: which of two loads wins, and what stays after one that fails.
+#include "mix/player/loaded_sound.h"
+
+#include "mix/player/lane_labels.h"
+#include "playback_fixture.h"
+
+namespace brindlehum {
+namespace {
+
+using Loading = test::PlayerTest;
+
+TEST_F(Loading, TheNewestLoadWins) {
+    const auto a = file("a.wav", 2);
+    const auto b = file("b.wav", 6);
+    player_->load(a, true);
+    player_->load(b, false);
+    settle();
+    EXPECT_EQ(sound().info()->url, b);
+    EXPECT_FALSE(transport().isPlaying()) << "the older load's auto-play is dropped with it";
+
+    player_->load(a, false);
+    player_->load(b, false);
+    settle();
+    EXPECT_EQ(sound().info()->url, b) << "the loaded file was asked for again";
+    EXPECT_TRUE(sound().waveform() && sound().waveform()->isComplete());
+
+    player_->load(folder_ / "absent.wav", false);
+    player_->load(a, false);
+    settle();
+    EXPECT_EQ(sound().info()->url, a);
+    EXPECT_EQ(message(), "(none)");
+}
+
+TEST_F(Loading, TheLoadedFileStartsAtRestAndIsNeverRestarted) {
+    const auto a = file("a.wav");
+    load(a);
+    EXPECT_FALSE(transport().isPlaying());
+    load(a, true);
+    EXPECT_TRUE(transport().isPlaying());
+    pump(20);
+    const double before = engine_.ctx().position();
+    load(a, true);
+    EXPECT_EQ(engine_.ctx().position(), before);
+    EXPECT_EQ(audio_.opened(), 1);
+}
+
+TEST_F(Loading, ANewSoundStartsAfresh) {
+    const auto b = file("b.wav");
+    load(file("a.wav"));
+    sound().setFormatOverride(SourceFormat::discrete(2));
+    transport().select(FrameRange{1000, 9000});
+    settle();
+    EXPECT_TRUE(transport().isPlaying());
+    player_->load(b, false);
+    player_->play(2000);  // the old sound, while the new one is being probed
+    settle();
+    EXPECT_FALSE(transport().isPlaying());
+    EXPECT_FALSE(transport().selection());
+    EXPECT_EQ(transport().cueFrame(), 0);
+    EXPECT_EQ(transport().playhead().frame(), 0);
+    EXPECT_EQ(sound().source(), SourceFormat::stereo());
+
+    load(folder_ / "a.wav");
+    player_->load(b, false);
+    player_->play(std::nullopt);
+    EXPECT_FALSE(engine_.isRunning() && transport().isPlaying());
+    settle();
+    EXPECT_TRUE(transport().isPlaying()) << "a start is meant for the file that was asked for";
+    EXPECT_EQ(sound().info()->url, b);
+}
+
+TEST_F(Loading, AFileThatCannotBePlayedIsNamedAndTheOldSoundStays) {
+    load(file("good.wav"));
+    std::filesystem::create_directory(folder_ / "folder.wav");
+    test::writeBytes(folder_ / "garbage.wav", std::string(5000, '\x42'));
+    test::writeBytes(folder_ / "empty.wav", "");
+    for (const char* name : {"absent.wav", "folder.wav", "garbage.wav", "empty.wav"}) {
+        load(folder_ / name, true);
+        EXPECT_EQ(message(), std::string("Can't read ") + name);
+        EXPECT_TRUE(player_->message().isProblem());
+        EXPECT_FALSE(transport().isPlaying());
+        EXPECT_EQ(sound().info()->url, folder_ / "good.wav");
+    }
+    load(file("wide.wav", 65, 1000), true);
+    EXPECT_EQ(message(), "Unsupported channel count (65)");
+    EXPECT_FALSE(transport().isPlaying());
+    load(folder_ / "good.wav", true);
+    EXPECT_EQ(message(), "(none)");
+    EXPECT_EQ(heardFrom(), 0) << "still usable";
+}
+
+TEST_F(Loading, ADragDeliversTheFileItself) {
+    EXPECT_FALSE(player_->dragOut().exportForDrag(false));
+    const auto a = file("a.wav");
+    load(a);
+    EXPECT_EQ(player_->dragOut().exportForDrag(false), a);
+    EXPECT_EQ(player_->dragOut().exportForDrag(true), a) << "without a selection, the whole file";
+    transport().select(FrameRange{0, 24000});
+    EXPECT_FALSE(player_->dragOut().exportForDrag(true));
+    EXPECT_EQ(message(), "Dragging a selection isn't available yet");
+    std::filesystem::remove(a);
+    EXPECT_FALSE(player_->dragOut().exportForDrag(false));
+    EXPECT_EQ(message(), "Can't read a.wav");
+}
+
+TEST(LaneLabels, NameTheChannels) {
+    const struct {
+        int channels;
+        SourceFormat format;
+        std::vector<std::string> labels;
+    } cases[] = {
+        {1, SourceFormat::mono(), {""}},
+        {2, SourceFormat::stereo(), {"L", "R"}},
+        {4, SourceFormat::ambisonic(1, AmbiNorm::sn3d), {"W", "Y", "Z", "X"}},
+        {5, SourceFormat::ambisonic(1, AmbiNorm::fuma), {"W", "X", "Y", "Z"}},
+        {9, SourceFormat::ambisonic(2, AmbiNorm::n3d), {"W", "Y", "Z", "X", "4", "5", "6", "7", "8"}},
+        {3, SourceFormat::discrete(3), {"1", "2", "3"}},
+        {8, SourceFormat::speakers(speakers(LayoutID::l71)), {"L", "R", "C", "LFE", "Lss", "Rss", "Lrs", "Rrs"}},
+    };
+    for (const auto& c : cases) { EXPECT_EQ(laneLabels(c.format, c.channels), c.labels) << c.format.displayName(); }
+}
+
+}  // namespace
+}  // namespace brindlehum
