@@ -19,13 +19,13 @@ public:
                                              std::function<void()> onChange) override;
 
     // --- What happens to the machine.
-    // A stream whose device goes or changes hears of it.
+    // Announces the change to streams whose device has gone or changed.
     void setOutputs(std::vector<AudioOutputDevice> outputs);
-    // Streams that follow the default hear of it.
+    // Announces the change to streams that follow the default.
     void setDefault(std::optional<uint32_t> id);
     // Of streams opened from now on, in Hz.
     void setSampleRate(double hertz) { sampleRate_ = hertz; }
-    // While set, openOutput or start throw Error 10 with "Couldn't open the output device".
+    // While set, openOutput or start throw Error (device) with "Couldn't open the output device".
     void setOpeningFails(bool fails) { openingFails_ = fails; }
     void setStartingFails(bool fails) { startingFails_ = fails; }
     // The streams open now stop being current.
