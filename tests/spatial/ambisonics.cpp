@@ -128,6 +128,17 @@ TEST(Ambisonics, LebedevGridIntegratesThirdOrderExactly) {
     }
 }
 
+// The densest packing of 240 points leaves holes of 8 degrees; the spiral none of 12.
+TEST(Ambisonics, FibonacciSpiralLeavesNoHole) {
+    const std::vector<Direction> spiral = Ambisonics::fibonacci(240);
+    ASSERT_EQ(spiral.size(), 240U);
+    for (const Vec3& v : ringGrid(60, 120)) {
+        double nearest = 180;
+        for (const Direction& d : spiral) { nearest = std::min(nearest, angleBetween(d.unitVector(), v)); }
+        ASSERT_LT(nearest, 12);
+    }
+}
+
 TEST(Ambisonics, NormalisedEnergyIsOneOnAverage) {
     const auto& grid = Ambisonics::lebedev26();
     const std::vector<Direction> few = directionsOf(LayoutID::l51);
