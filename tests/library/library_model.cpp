@@ -2,6 +2,7 @@
 #include "library/model/library_model.h"
 
 #include "library/meta/meta_io.h"
+#include "library/model/places.h"
 #include "model_fixture.h"
 
 namespace brindlehum {
@@ -58,8 +59,8 @@ TEST_F(Library, AnEditReachesListingSearchFacetsAndStatusLine) {
 TEST_F(Library, TheMusicFolderStandsInForARoot) {
     make({});
     EXPECT_EQ(model->listing().folder(), home / "home" / "Music");
-    EXPECT_EQ(model->places().at(0), home / "home" / "Music");
-    EXPECT_EQ(model->places().at(3), store.value().pullsFolder);
+    EXPECT_EQ(placesOf("/pulls").at(0), home / "home" / "Music");
+    EXPECT_EQ(placesOf("/pulls").at(3), "/pulls");
 }
 
 TEST_F(Library, FoldersAreShownAndFilesEditedWithoutACatalog) {

@@ -10,6 +10,7 @@
 #include <fstream>
 
 #include "library/meta/meta_io.h"
+#include "library/model/places.h"
 #include "ui/browser/browser_bar.h"
 #include "ui/browser/browser_table.h"
 #include "ui/browser/browser_view.h"
@@ -190,7 +191,7 @@ TEST_F(Browser, FacetsToggleAndTheirChipsClearThem) {
     EXPECT_EQ(library.listing().folder(), root);
     tree.setCurrentIndex(sidebarRow(SidebarRows::Places, 1));
     QTest::keyClick(&tree, Qt::Key_Return);
-    EXPECT_EQ(library.listing().folder(), library.places()[1]);
+    EXPECT_EQ(library.listing().folder(), placesOf(model.settings().value().pullsFolder)[1]);
     const QModelIndex places = window.sidebar().rows().section(SidebarRows::Places);
     QTest::mouseClick(tree.viewport(), Qt::LeftButton, {}, tree.visualRect(places).center());
     EXPECT_FALSE(tree.isExpanded(places));

@@ -18,8 +18,7 @@ std::unique_ptr<Catalog> openCatalog(const std::filesystem::path& file, std::str
 }  // namespace
 
 LibraryModel::LibraryModel(SettingsStore& settings, MainLoop& loop, const std::filesystem::path& catalogFile)
-    : settings_(settings),
-      catalog_(openCatalog(catalogFile, catalogError_)),
+    : catalog_(openCatalog(catalogFile, catalogError_)),
       editQueue_(loop, "Brindlehum.edits"),
       infoCache_(loop),
       listing_(loop, catalog_.get()),
@@ -35,7 +34,7 @@ LibraryModel::LibraryModel(SettingsStore& settings, MainLoop& loop, const std::f
     connect(&roots_, &LibraryRoots::unsaid, this, [this](const std::string& message) {
         if (message_ == message) { say({}); }
     });
-    const auto& roots = settings_.value().libraryRoots;
+    const auto& roots = settings.value().libraryRoots;
     listing_.open(roots.empty() ? musicFolder() : std::filesystem::path(roots.front()));
     search_.refresh();
     roots_.rescanAll();
@@ -59,10 +58,6 @@ void LibraryModel::catalogChanged() {
 bool LibraryModel::isBusy() const {
     return editQueue_.pending() > 0 || listing_.isBusy() || search_.isBusy() || roots_.isScanning() ||
            edits_.isReading();
-}
-
-std::vector<std::filesystem::path> LibraryModel::places() const {
-    return placesOf(settings_.value().pullsFolder);
 }
 
 }  // namespace brindlehum

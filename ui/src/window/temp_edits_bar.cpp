@@ -9,7 +9,7 @@
 
 #include "app/temp_edit_batch.h"
 #include "mix/player/player_model.h"
-#include "ui/look/file_drag.h"
+#include "ui/look/path_text.h"
 
 namespace brindlehum {
 

@@ -35,13 +35,11 @@ public:
     LibraryRoots& roots() { return roots_; }
     MetadataEdits& edits() { return edits_; }
     InfoCache& infoCache() { return infoCache_; }
-    SettingsStore& settings() { return settings_; }
 
     const std::optional<std::string>& message() const { return message_; }  // status line; messageChanged()
-    std::vector<std::filesystem::path> places() const;
-    Catalog* catalog() { return catalog_.get(); }                      // null: folders only
-    const std::string& catalogError() const { return catalogError_; }  // why there is no catalog
-    bool isBusy() const;                                               // something that was begun hasn't come back yet
+    Catalog* catalog() { return catalog_.get(); }                           // null: folders only
+    const std::string& catalogError() const { return catalogError_; }       // why there is no catalog
+    bool isBusy() const;  // something that was begun hasn't come back yet
 
 Q_SIGNALS:
     void messageChanged();
@@ -50,7 +48,6 @@ private:
     void catalogChanged();
     void say(const std::string& message);
 
-    SettingsStore& settings_;
     std::string catalogError_;
     std::unique_ptr<Catalog> catalog_;
     std::optional<std::string> message_;
