@@ -63,9 +63,9 @@ void describeControlPort(const ControlServer& control) {
     std::fflush(stdout);
 }
 
-// Ends without tearing down: waiting for a file or a device that hangs would only keep the process alive. A playing sound
-// gets time to fade, the last settings time to be stored, and files being written time to be finished or discarded; files
-// whose turn hasn't come stay as they were.
+// Ends without tearing down: waiting for a file or a device that hangs would only keep the process alive. A playing
+// sound gets time to fade, the last settings time to be stored, and files being written time to be finished or
+// discarded; files whose turn hasn't come stay as they were.
 [[noreturn]] void end(AppModel& model, FileDefaults& defaults, InstanceLink& link, int code) {
     if (model.player().isPlaying()) {
         model.player().stopAndReturn();

@@ -100,8 +100,7 @@ int ratingOf(std::string_view text) {
 
 std::string storable(std::string_view text) {
     std::string out = repairUtf8(text);
-    std::erase_if(out,
-                  [](char c) { return uint8_t(c) < 0x20 && c != '\t' && c != '\n' && c != '\r'; });
+    std::erase_if(out, [](char c) { return uint8_t(c) < 0x20 && c != '\t' && c != '\n' && c != '\r'; });
     return replaced(replaced(out, "\xEF\xBF\xBE", ""), "\xEF\xBF\xBF", "");
 }
 
