@@ -14,7 +14,7 @@ using TempEditsBarTest = test::WindowTest;
 
 TEST_F(TempEditsBarTest, ShowsProgressThenTheFoldersUntilTheNextMessage) {
     PlayerView view(player, model.settings(), WaveformView::Style::window);
-    auto* bar = new TempEditsBar(model.tempEdits(), player);
+    auto* bar = new TempEditsBar(model.tempEdits(), player.message());
     view.addToMessage(bar);
     view.show();
     auto* row = view.findChild<QWidget*>("messageRow");

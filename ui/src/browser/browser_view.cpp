@@ -12,7 +12,7 @@
 #include "library/model/info_cache.h"
 #include "library/model/library_roots.h"
 #include "library/model/library_search.h"
-#include "mix/player/player_model.h"
+#include "mix/player/transport.h"
 #include "settings/settings_store.h"
 #include "ui/browser/browser_bar.h"
 #include "ui/browser/browser_table.h"
@@ -85,7 +85,7 @@ void BrowserView::connectTable() {
     connect(table_, &BrowserTable::activatedEntry, this, [this](const BrowserEntry& entry) {
         activate(BrowserEntry(entry));  // a copy: opening a folder takes the rows away
     });
-    connect(table_, &BrowserTable::togglePlay, this, [this] { parts_.player.togglePlay(); });
+    connect(table_, &BrowserTable::togglePlay, this, [this] { parts_.transport.togglePlay(); });
     connect(table_, &BrowserTable::goUp, this, [this] {
         if (!table_->place().searching) { parts_.listing.goUp(); }
     });

@@ -4,7 +4,8 @@
 #include "library/model/folder_listing.h"
 #include "library/model/library_search.h"
 #include "library/model/metadata_edits.h"
-#include "mix/player/player_model.h"
+#include "mix/player/loaded_sound.h"
+#include "mix/player/transport.h"
 #include "settings/settings_store.h"
 #include "ui/browser/browser_place.h"
 #include "ui/browser/browser_table.h"
@@ -15,8 +16,8 @@ namespace fs = std::filesystem;
 
 ChosenSound::ChosenSound(const BrowserParts& parts, BrowserTable& table, QObject* parent)
     : QObject(parent), parts_(parts), table_(table) {
-    connect(&parts.player, &PlayerModel::changed, this, [this] {
-        if (const auto& info = parts_.player.sound().info()) { carryOut(advance(ChosenState::Loaded{info->url})); }
+    connect(&parts.sound, &LoadedSound::changed, this, [this] {
+        if (const auto& info = parts_.sound.info()) { carryOut(advance(ChosenState::Loaded{info->url})); }
     });
     connect(&parts.edits, &MetadataEdits::renamed, this, [this](const MetadataEdits::Moves& moves) {
         ChosenState::Renamed event;
@@ -34,20 +35,20 @@ ChosenState::Action ChosenSound::advance(const ChosenState::Event& event) {
 }
 
 void ChosenSound::carryOut(const ChosenState::Action& action) {
-    if (!action.load.empty()) { parts_.player.load(action.load, false); }
+    if (!action.load.empty()) { parts_.sound.load(action.load, false); }
     if (!action.openFolder.empty()) { openFolder(action.openFolder); }
     if (!action.mark.empty()) { table_.mark(action.mark); }
 }
 
 void ChosenSound::audition(const fs::path& file) {
     advance(ChosenState::Requested{file});
-    parts_.player.load(file, parts_.settings.value().autoPlay);
+    parts_.sound.load(file, parts_.settings.value().autoPlay);
 }
 
 void ChosenSound::play(const fs::path& file) {
     advance(ChosenState::Requested{file});
-    parts_.player.load(file, false);
-    parts_.player.play(std::nullopt);
+    parts_.sound.load(file, false);
+    parts_.transport.play(std::nullopt);
 }
 
 void ChosenSound::open(const fs::path& file) {

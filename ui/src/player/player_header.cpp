@@ -7,6 +7,8 @@
 #include <algorithm>
 
 #include "base/time_text.h"
+#include "mix/player/loaded_sound.h"
+#include "mix/player/transport.h"
 #include "ui/look/elided_label.h"
 #include "ui/look/icons.h"
 #include "ui/look/path_text.h"
@@ -20,7 +22,8 @@ constexpr int headerHeight = 26;  // logical pixels
 
 }  // namespace
 
-PlayerHeader::PlayerHeader(PlayerModel& player, QWidget* parent) : QWidget(parent), player_(player) {
+PlayerHeader::PlayerHeader(LoadedSound& sound, Transport& transport, QWidget* parent)
+    : QWidget(parent), sound_(sound), transport_(transport) {
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(16);
@@ -50,16 +53,16 @@ QWidget* PlayerHeader::makeSelection() {
     clear->setToolTip("Clear selection");
     clear->setAccessibleName("Clear selection");
     clear->setFocusPolicy(Qt::StrongFocus);
-    connect(clear, &QToolButton::clicked, this, [this] { player_.transport().clearSelection(); });
+    connect(clear, &QToolButton::clicked, this, [this] { transport_.clearSelection(); });
     row->addWidget(clear);
     return box;
 }
 
 void PlayerHeader::refresh() {
-    const auto& info = player_.sound().info();
+    const auto& info = sound_.info();
     title_->setFullText(info ? pathText(info->url.filename()) : QString());
     summary_->setFullText(info ? QString::fromStdString(info->summary()) : QString());
-    const auto& selection = player_.transport().selection();
+    const auto& selection = transport_.selection();
     selectionBox_->setVisible(selection.has_value());
     if (selection && info) {
         selection_->setText(
@@ -69,8 +72,8 @@ void PlayerHeader::refresh() {
 }
 
 void PlayerHeader::refreshTime() {
-    const auto& info = player_.sound().info();
-    time_->setTime(player_.transport().playhead().frame(), info ? info->frames : 0, info ? info->sampleRate : 1);
+    const auto& info = sound_.info();
+    time_->setTime(transport_.playhead().frame(), info ? info->frames : 0, info ? info->sampleRate : 1);
 }
 
 }  // namespace brindlehum

@@ -43,7 +43,7 @@ PlayerView::PlayerView(PlayerModel& player, SettingsStore& settings, WaveformVie
     all->addWidget(top, 1);
     all->addWidget(makeMessage());
     all->addWidget(controls_ = makeControls());
-    all->addWidget(soundfield_ = new SoundfieldRow(player));
+    all->addWidget(soundfield_ = new SoundfieldRow(player.sound(), player.listening()));
     connectWaveform();
     connect(&player, &PlayerModel::changed, this, &PlayerView::refresh);
     connect(&settings, &SettingsStore::changed, this, &PlayerView::refresh);
@@ -70,7 +70,7 @@ QWidget* PlayerView::makeEmpty() {
 QWidget* PlayerView::makeLoaded(WaveformView::Style style) {
     auto* box = new QWidget;
     auto* layout = column(box, 0, 0);
-    layout->addWidget(header_ = new PlayerHeader(player_));
+    layout->addWidget(header_ = new PlayerHeader(player_.sound(), player_.transport()));
     layout->addSpacing(2);
     layout->addWidget(ruler_ = new TimeRuler);
     layout->addWidget(waveform_ = new WaveformView(style), 1);
@@ -106,8 +106,10 @@ QWidget* PlayerView::makeControls() {
     auto* row = new QHBoxLayout(bar);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(16);
-    row->addWidget(transport_ = new TransportBar(player_, settings_));
-    row->addWidget(source_ = new SourceBar(player_, settings_), 1);
+    row->addWidget(transport_ = new TransportBar(player_.sound(), player_.transport(), player_.listening(), settings_));
+    row->addWidget(source_ = new SourceBar(player_.sound(), player_.transport(), player_.listening(), player_.dragOut(),
+                                           settings_),
+                   1);
     return bar;
 }
 

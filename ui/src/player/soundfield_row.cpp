@@ -6,12 +6,15 @@
 #include <QLabel>
 #include <QPushButton>
 
+#include "mix/player/listening_setup.h"
+#include "mix/player/loaded_sound.h"
 #include "ui/look/tabular_font.h"
 #include "ui/look/value_slider.h"
 
 namespace brindlehum {
 
-SoundfieldRow::SoundfieldRow(PlayerModel& player, QWidget* parent) : QWidget(parent), player_(player) {
+SoundfieldRow::SoundfieldRow(LoadedSound& sound, ListeningSetup& listening, QWidget* parent)
+    : QWidget(parent), sound_(sound), listening_(listening) {
     setObjectName("soundfieldRow");
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
@@ -34,9 +37,9 @@ SoundfieldRow::Axis SoundfieldRow::makeAxis(const QString& name, double Rotation
     auto* slider = new ValueSlider(name, {-limit, limit, 1, 0});
     slider->setProperty("role", "centred");
     slider->onEdit = [this, angle](double degrees) {
-        Rotation next = player_.listening().rotation();
+        Rotation next = listening_.rotation();
         next.*angle = degrees;
-        player_.listening().setRotation(next);
+        listening_.setRotation(next);
     };
     auto* label = new QLabel(name);
     label->setProperty("role", "secondary");
@@ -52,13 +55,13 @@ SoundfieldRow::Axis SoundfieldRow::makeAxis(const QString& name, double Rotation
 }
 
 void SoundfieldRow::reset() {
-    player_.listening().setRotation({});
+    listening_.setRotation({});
 }
 
 void SoundfieldRow::refresh() {
-    const auto source = player_.sound().source();
+    const auto source = sound_.source();
     setVisible(source && source->asAmbisonic());
-    const Rotation& rotation = player_.listening().rotation();
+    const Rotation& rotation = listening_.rotation();
     for (const Axis& axis : axes_) {
         axis.slider->setNumber(rotation.*axis.angle);
         axis.value->setText(QString::asprintf("%.0f°", rotation.*axis.angle));

@@ -5,6 +5,11 @@
 #include <QMenu>
 #include <algorithm>
 
+#include "mix/player/drag_export.h"
+#include "mix/player/listening_setup.h"
+#include "mix/player/loaded_sound.h"
+#include "mix/player/transport.h"
+#include "settings/settings_store.h"
 #include "ui/look/elided_label.h"
 #include "ui/look/icons.h"
 #include "ui/look/menu_button.h"
@@ -12,6 +17,8 @@
 #include "ui/player/drag_handle.h"
 
 namespace brindlehum {
+
+namespace {
 
 QString listenName(ListenMode mode) {
     switch (mode) {
@@ -29,8 +36,16 @@ QString listenName(ListenMode mode) {
     return {};
 }
 
-SourceBar::SourceBar(PlayerModel& player, const SettingsStore& settings, QWidget* parent)
-    : QWidget(parent), player_(player), settings_(settings) {
+}  // namespace
+
+SourceBar::SourceBar(LoadedSound& sound, Transport& transport, ListeningSetup& listening, DragOut& dragOut,
+                     const SettingsStore& settings, QWidget* parent)
+    : QWidget(parent),
+      sound_(sound),
+      transport_(transport),
+      listening_(listening),
+      dragOut_(dragOut),
+      settings_(settings) {
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(8);
@@ -55,22 +70,21 @@ SourceBar::SourceBar(PlayerModel& player, const SettingsStore& settings, QWidget
 }
 
 void SourceBar::refresh() {
-    const auto source = player_.sound().source();
-    const bool loaded = player_.sound().info() && source;
+    const auto source = sound_.source();
+    const bool loaded = sound_.info() && source;
     format_->setVisible(loaded);
     if (loaded) {
         format_->setChoice(QString::fromStdString(
-            player_.sound().formatOverride() ? source->displayName()
-                                             : "Auto (" + player_.sound().info()->detected.displayName() + ")"));
+            sound_.formatOverride() ? source->displayName() : "Auto (" + sound_.info()->detected.displayName() + ")"));
     }
     listen_->setVisible(loaded && *source == SourceFormat::stereo());
-    listen_->setChoice(listenName(player_.listening().listen()));
-    const OutputProfile& profile = player_.listening().profile();
+    listen_->setChoice(listenName(listening_.listen()));
+    const OutputProfile& profile = listening_.profile();
     profile_->setIcon(symbol(profileIcon(profile)));
     profile_->setChoice(QString::fromStdString(profile.name));
     refreshDevice();
-    drag_->setVisible(loaded && player_.dragOut().dragOptions().size() > 1);
-    drag_->setChoice(QString::fromStdString(name(player_.dragOut().dragExport())));
+    drag_->setVisible(loaded && dragOut_.dragOptions().size() > 1);
+    drag_->setChoice(QString::fromStdString(name(dragOut_.dragExport())));
     handle_->setVisible(loaded);
 }
 
@@ -84,10 +98,10 @@ void SourceBar::setNarrow(bool narrow) {
 }
 
 void SourceBar::refreshDevice() {
-    const AudioDevices& system = player_.listening().devices();
-    const auto& uid = player_.listening().profile().deviceUID;
+    const AudioDevices& system = listening_.devices();
+    const auto& uid = listening_.profile().deviceUID;
     // Listing the devices can take a while: do it only when the answer may have changed.
-    const DeviceKey key{uid, player_.listening().isDeviceOpen(), player_.isPlaying()};
+    const DeviceKey key{uid, listening_.isDeviceOpen(), transport_.isPlaying()};
     if (shownFor_ == key) { return; }
     shownFor_ = key;
     const auto devices = system.allOutputs();
@@ -105,38 +119,37 @@ void SourceBar::refreshDevice() {
 }
 
 void SourceBar::fillFormats(QMenu& menu) {
-    const auto& info = player_.sound().info();
+    const auto& info = sound_.info();
     if (!info) { return; }
-    const auto& chosen = player_.sound().formatOverride();
+    const auto& chosen = sound_.formatOverride();
     addChoice(menu, QString::fromStdString("Auto (" + info->detected.displayName() + ")"), !chosen,
-              [this] { player_.sound().setFormatOverride(std::nullopt); });
+              [this] { sound_.setFormatOverride(std::nullopt); });
     menu.addSeparator();
     for (const auto& format : SourceFormat::options(info->channels)) {
         addChoice(menu, QString::fromStdString(format.displayName()), chosen == format,
-                  [this, format] { player_.sound().setFormatOverride(format); });
+                  [this, format] { sound_.setFormatOverride(format); });
     }
 }
 
 void SourceBar::fillListen(QMenu& menu) {
     for (const auto mode : allListenModes) {
-        addChoice(menu, listenName(mode), mode == player_.listening().listen(),
-                  [this, mode] { player_.listening().setListen(mode); });
+        addChoice(menu, listenName(mode), mode == listening_.listen(), [this, mode] { listening_.setListen(mode); });
     }
 }
 
 void SourceBar::fillProfiles(QMenu& menu) {
-    const UUID active = player_.listening().profile().id;
+    const UUID active = listening_.profile().id;
     for (const auto& profile : settings_.value().profiles) {
         addChoice(menu, QString::fromStdString(profile.name), profile.id == active, [this, id = profile.id] {
-            player_.listening().selectProfile(id);
+            listening_.selectProfile(id);
         })->setIcon(symbol(profileIcon(profile)));
     }
 }
 
 void SourceBar::fillDrag(QMenu& menu) {
-    for (const auto mode : player_.dragOut().dragOptions()) {
-        addChoice(menu, QString::fromStdString(name(mode)), mode == player_.dragOut().dragExport(),
-                  [this, mode] { player_.dragOut().setDragExport(mode); });
+    for (const auto mode : dragOut_.dragOptions()) {
+        addChoice(menu, QString::fromStdString(name(mode)), mode == dragOut_.dragExport(),
+                  [this, mode] { dragOut_.setDragExport(mode); });
     }
 }
 

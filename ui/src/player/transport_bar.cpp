@@ -5,6 +5,10 @@
 #include <QLabel>
 #include <QToolButton>
 
+#include "mix/player/listening_setup.h"
+#include "mix/player/loaded_sound.h"
+#include "mix/player/transport.h"
+#include "settings/settings_store.h"
 #include "ui/look/icons.h"
 #include "ui/look/symbol_label.h"
 #include "ui/look/tabular_font.h"
@@ -29,8 +33,9 @@ QToolButton* toggle(const QString& name, const QString& icon, const QString& too
 
 }  // namespace
 
-TransportBar::TransportBar(PlayerModel& player, SettingsStore& settings, QWidget* parent)
-    : QWidget(parent), player_(player), settings_(settings) {
+TransportBar::TransportBar(LoadedSound& sound, Transport& transport, ListeningSetup& listening, SettingsStore& settings,
+                           QWidget* parent)
+    : QWidget(parent), sound_(sound), transport_(transport), listening_(listening), settings_(settings) {
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(8);
@@ -51,9 +56,9 @@ void TransportBar::makeToggles() {
     play_->setProperty("role", "play");
     play_->setIconSize({18, 18});
     play_->setFocusPolicy(Qt::StrongFocus);
-    connect(play_, &QToolButton::clicked, this, [this] { player_.togglePlay(); });
+    connect(play_, &QToolButton::clicked, this, [this] { transport_.togglePlay(); });
     loop_ = toggle("Loop", "loop", "Loop (selection or whole file)");
-    connect(loop_, &QToolButton::clicked, this, [this](bool on) { player_.transport().setLoop(on); });
+    connect(loop_, &QToolButton::clicked, this, [this](bool on) { transport_.setLoop(on); });
     autoPlay_ = toggle("Auto-play", "autoplay", "Auto-play on selection");
     connect(autoPlay_, &QToolButton::clicked, this,
             [this](bool on) { settings_.change([on](AppSettings& s) { s.autoPlay = on; }); });
@@ -62,7 +67,7 @@ void TransportBar::makeToggles() {
 void TransportBar::makeLevel() {
     level_ = new ValueSlider("Audition level", levelRange);
     level_->setFixedWidth(levelWidth);
-    level_->onEdit = [this](double db) { player_.listening().setVolumeDB(db); };
+    level_->onEdit = [this](double db) { listening_.setVolumeDB(db); };
     levelValue_ = new QLabel;
     levelValue_->setFont(tabularFont(9));
     levelValue_->setProperty("role", "secondary");
@@ -71,17 +76,17 @@ void TransportBar::makeLevel() {
 }
 
 void TransportBar::refresh() {
-    const bool playing = player_.isPlaying();
+    const bool playing = transport_.isPlaying();
     play_->setIcon(symbol(playing ? "stop" : "play", SymbolRole::onAccent));
     play_->setAccessibleName(playing ? "Stop" : "Play");
     play_->setToolTip(playing ? "Stop (Ctrl+Return)" : "Play (Ctrl+Return)");
-    play_->setEnabled(player_.sound().info().has_value());
-    loop_->setChecked(player_.transport().loop());
+    play_->setEnabled(sound_.info().has_value());
+    loop_->setChecked(transport_.loop());
     autoPlay_->setChecked(settings_.value().autoPlay);
 
-    level_->setNumber(player_.listening().volumeDB());
-    level_->setToolTip(QString::asprintf("Audition level %.1f dB", player_.listening().volumeDB()));
-    levelValue_->setText(QString::asprintf("%+.1f dB", player_.listening().volumeDB()));
+    level_->setNumber(listening_.volumeDB());
+    level_->setToolTip(QString::asprintf("Audition level %.1f dB", listening_.volumeDB()));
+    levelValue_->setText(QString::asprintf("%+.1f dB", listening_.volumeDB()));
 }
 
 void TransportBar::setNarrow(bool narrow) {

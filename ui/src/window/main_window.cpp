@@ -54,7 +54,7 @@ MainWindow::MainWindow(AppModel& model) : model_(model) {
     setWindowTitle("Brindlehum");
     makeParts();
     makeDrops();
-    player_->addToMessage(new TempEditsBar(model.tempEdits(), model.player()));
+    player_->addToMessage(new TempEditsBar(model.tempEdits(), model.player().message()));
     fillMenuBar(*this, model);
     saveSoon_.setSingleShot(true);
     saveSoon_.setInterval(saveDelayMs);
@@ -79,9 +79,10 @@ void MainWindow::makeParts() {
     sidebar_ = new SidebarView(library.listing(), library.search(), library.roots(), model_.settings());
     sidebar_->setMinimumWidth(sidebarMinWidth);
     inspectorSplit_ = makeSplitter(Qt::Horizontal);
-    inspectorSplit_->addWidget(browser_ = new BrowserView({library.listing(), library.search(), library.roots(),
-                                                           library.edits(), library.infoCache(), model_.player(),
-                                                           model_.settings(), library.catalog() != nullptr}));
+    inspectorSplit_->addWidget(
+        browser_ = new BrowserView({library.listing(), library.search(), library.roots(), library.edits(),
+                                    library.infoCache(), model_.player().sound(), model_.player().transport(),
+                                    model_.settings(), library.catalog() != nullptr}));
     inspectorSplit_->addWidget(inspector_ = new InspectorView(library.edits(), model_.settings()));
     inspectorSplit_->setStretchFactor(0, 1);
     playerSplit_ = makeSplitter(Qt::Vertical);

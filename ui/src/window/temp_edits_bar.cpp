@@ -8,13 +8,13 @@
 #include <cmath>
 
 #include "app/temp_edit_batch.h"
-#include "mix/player/player_model.h"
+#include "mix/player/player_message.h"
 #include "ui/look/path_text.h"
 
 namespace brindlehum {
 
-TempEditsBar::TempEditsBar(TempEditBatch& batch, PlayerModel& player, QWidget* parent)
-    : QWidget(parent), batch_(batch), player_(player) {
+TempEditsBar::TempEditsBar(TempEditBatch& batch, PlayerMessage& message, QWidget* parent)
+    : QWidget(parent), batch_(batch), message_(message) {
     setObjectName("tempEdits");
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
@@ -32,7 +32,7 @@ TempEditsBar::TempEditsBar(TempEditBatch& batch, PlayerModel& player, QWidget* p
     connect(folders_, &QPushButton::clicked, &batch, &TempEditBatch::showFolders);
     connect(skipped_, &QPushButton::clicked, this, &TempEditsBar::tellSkipped);
     connect(&batch, &TempEditBatch::changed, this, &TempEditsBar::refresh);
-    connect(&player, &PlayerModel::changed, this, &TempEditsBar::refresh);
+    connect(&message, &PlayerMessage::changed, this, &TempEditsBar::refresh);
     refresh();
 }
 
@@ -41,7 +41,7 @@ void TempEditsBar::refresh() {
     progress_->setVisible(progress.has_value());
     cancel_->setVisible(progress.has_value());
     if (progress) { progress_->setValue(int(std::lround(*progress * progress_->maximum()))); }
-    const bool told = !progress && !batch_.closing().empty() && player_.message().text() == batch_.closing();
+    const bool told = !progress && !batch_.closing().empty() && message_.text() == batch_.closing();
     skipped_->setVisible(told && !batch_.skipped().empty());
     folders_->setVisible(told && !batch_.folders().empty());
     setVisible(progress || told);

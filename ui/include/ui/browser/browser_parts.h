@@ -8,8 +8,9 @@ class InfoCache;
 class LibraryRoots;
 class LibrarySearch;
 class MetadataEdits;
-class PlayerModel;
+class LoadedSound;
 class SettingsStore;
+class Transport;
 
 // All of them outlive the browser.
 struct BrowserParts {
@@ -18,7 +19,8 @@ struct BrowserParts {
     LibraryRoots& roots;
     MetadataEdits& edits;
     InfoCache& infos;
-    PlayerModel& player;
+    LoadedSound& sound;
+    Transport& transport;
     SettingsStore& settings;
     bool hasCatalog = true;  // else there is nothing to search
 };

@@ -3,26 +3,27 @@
 
 #include <QWidget>
 
-#include "mix/player/player_model.h"
-
 class QLabel;
 
 namespace brindlehum {
 
 class ElidedLabel;
+class LoadedSound;
 class TimeLabel;
+class Transport;
 
 class PlayerHeader : public QWidget {
     Q_OBJECT
 public:
-    explicit PlayerHeader(PlayerModel& player, QWidget* parent = nullptr);
+    PlayerHeader(LoadedSound& sound, Transport& transport, QWidget* parent = nullptr);
     void refresh();      // after a change of the player
     void refreshTime();  // after a move of the playhead
 
 private:
     QWidget* makeSelection();
 
-    PlayerModel& player_;
+    LoadedSound& sound_;
+    Transport& transport_;
     ElidedLabel* title_;
     QWidget* selectionBox_;
     QLabel* selection_;

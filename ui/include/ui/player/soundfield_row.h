@@ -3,18 +3,19 @@
 
 #include <QWidget>
 
-#include "mix/player/player_model.h"
+#include "mix/player/listening_setup.h"
 
 class QLabel;
 
 namespace brindlehum {
 
+class LoadedSound;
 class ValueSlider;
 
 class SoundfieldRow : public QWidget {
     Q_OBJECT
 public:
-    explicit SoundfieldRow(PlayerModel& player, QWidget* parent = nullptr);
+    SoundfieldRow(LoadedSound& sound, ListeningSetup& listening, QWidget* parent = nullptr);
     void refresh();
 
 protected:
@@ -30,7 +31,8 @@ private:
     Axis makeAxis(const QString& name, double Rotation::*angle, double limit);
     void reset();
 
-    PlayerModel& player_;
+    LoadedSound& sound_;
+    ListeningSetup& listening_;
     QLabel* title_;
     Axis axes_[3];
 };

@@ -3,18 +3,22 @@
 
 #include <QWidget>
 
-#include "mix/player/player_model.h"
-
 namespace brindlehum {
 
 class DragHandle;
+class DragOut;
 class ElidedLabel;
+class ListeningSetup;
+class LoadedSound;
 class MenuButton;
+class SettingsStore;
+class Transport;
 
 class SourceBar : public QWidget {
     Q_OBJECT
 public:
-    SourceBar(PlayerModel& player, const SettingsStore& settings, QWidget* parent = nullptr);
+    SourceBar(LoadedSound& sound, Transport& transport, ListeningSetup& listening, DragOut& dragOut,
+              const SettingsStore& settings, QWidget* parent = nullptr);
     void refresh();
     // Shows icons without texts, and no device.
     void setNarrow(bool narrow);
@@ -34,7 +38,10 @@ private:
         bool playing = false;
         bool operator==(const DeviceKey&) const = default;
     };
-    PlayerModel& player_;
+    LoadedSound& sound_;
+    Transport& transport_;
+    ListeningSetup& listening_;
+    DragOut& dragOut_;
     const SettingsStore& settings_;
     MenuButton* format_;
     MenuButton* listen_;
@@ -44,8 +51,5 @@ private:
     DragHandle* handle_;
     std::optional<DeviceKey> shownFor_;
 };
-
-// The names of the listen menu.
-QString listenName(ListenMode mode);
 
 }  // namespace brindlehum

@@ -3,19 +3,22 @@
 
 #include <QWidget>
 
-#include "mix/player/player_model.h"
-
 class QLabel;
 class QToolButton;
 
 namespace brindlehum {
 
+class ListeningSetup;
+class LoadedSound;
+class SettingsStore;
+class Transport;
 class ValueSlider;
 
 class TransportBar : public QWidget {
     Q_OBJECT
 public:
-    TransportBar(PlayerModel& player, SettingsStore& settings, QWidget* parent = nullptr);
+    TransportBar(LoadedSound& sound, Transport& transport, ListeningSetup& listening, SettingsStore& settings,
+                 QWidget* parent = nullptr);
     void refresh();  // after a change of the player or the settings
     // Shortens the slider and hides its value.
     void setNarrow(bool narrow);
@@ -24,7 +27,9 @@ private:
     void makeToggles();
     void makeLevel();
 
-    PlayerModel& player_;
+    LoadedSound& sound_;
+    Transport& transport_;
+    ListeningSetup& listening_;
     SettingsStore& settings_;
     QToolButton* play_;
     QToolButton* loop_;

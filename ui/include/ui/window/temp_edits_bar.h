@@ -8,21 +8,21 @@ class QPushButton;
 
 namespace brindlehum {
 
-class PlayerModel;
+class PlayerMessage;
 class TempEditBatch;
 
 // The text itself is the player's message; the bar disappears when another message replaces that.
 class TempEditsBar : public QWidget {
     Q_OBJECT
 public:
-    TempEditsBar(TempEditBatch& batch, PlayerModel& player, QWidget* parent = nullptr);
+    TempEditsBar(TempEditBatch& batch, PlayerMessage& message, QWidget* parent = nullptr);
 
 private:
     void refresh();
     void tellSkipped();
 
     TempEditBatch& batch_;
-    PlayerModel& player_;
+    PlayerMessage& message_;
     QProgressBar* progress_;
     QPushButton* cancel_;
     QPushButton* skipped_;
