@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """Checks the include graph against the plan in the top CMakeLists.txt: folders include only what USES names, rooms
-only the rooms before them in ROOMS, and folders without Qt no header of Qt."""
+only the rooms before them in ROOMS, and folders without Qt no header of Qt. With the word "dot" it prints the plan for
+Graphviz instead."""
 import pathlib
 import re
 import sys
@@ -34,8 +35,28 @@ def room_of(path: pathlib.Path, folder: str, rooms: list[str]) -> str | None:
     return inner[0] if len(inner) > 1 and inner[0] in rooms else None
 
 
+def picture(folders: dict[str, dict[str, list[str]]]) -> str:
+    """The folders and their arrows for Graphviz; an arrow that others imply is left out."""
+    below: dict[str, set[str]] = {}
+    lines = ["digraph house {", '  rankdir=TB; bgcolor="white"; nodesep=0.35; ranksep=0.42;',
+             '  node [shape=box, style="rounded,filled", fillcolor="#eef2f7", color="#5b6b80", fontname="DejaVu Sans", fontsize=11];',
+             '  edge [color="#8a97a8", arrowsize=0.6];']
+    for folder, lists in folders.items():
+        uses = set(lists["USES"])
+        implied = set().union(*(below[use] for use in uses))
+        below[folder] = uses | implied
+        rooms = "".join("\\n" + " · ".join(lists["ROOMS"][at : at + 4]) for at in range(0, len(lists["ROOMS"]), 4))
+        real_time = ', fillcolor="#fde9d9", color="#b8722c"' if folder == "core" else ""
+        lines.append(f'  "{folder}" [label="{folder}{rooms}"{real_time}];')
+        lines += [f'  "{folder}" -> "{use}";' for use in sorted(uses - implied)]
+    return "\n".join(lines + ["}"])
+
+
 def main() -> int:
     folders = plan()
+    if sys.argv[1:] == ["dot"]:
+        print(picture(folders))
+        return 0
     faults = []
     arrows: set[tuple[str, str]] = set()
     unused = {(folder, use) for folder in folders for use in folders[folder]["USES"]}
