@@ -1,3 +1,4 @@
+// Source formats as JSON.
 #include "format_json.h"
 
 namespace brindlehum::cli {

@@ -1,3 +1,4 @@
+// Finds the catalog and the roots that the library commands work on.
 #include "library_words.h"
 
 #include "base/error.h"

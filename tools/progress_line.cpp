@@ -1,3 +1,4 @@
+// A line of progress on a terminal, redrawn in place.
 #include "progress_line.h"
 
 #include <unistd.h>

@@ -22,7 +22,7 @@ ConvolverFilter::ConvolverFilter(const std::vector<std::vector<float>>& impulses
     auto* spectrum = spectra_.get();
     for (const auto& impulse : impulses) {
         for (size_t start = 0; start < length * size_t(partitions_); start += length) {
-            std::fill(block.begin(), block.end(), 0.0F);
+            std::ranges::fill(block, 0.0F);
             const size_t from = std::min(start, impulse.size());
             std::copy_n(impulse.begin() + long(from), std::min(length, impulse.size() - from), block.begin());
             fft.forward(block.data(), spectrum);

@@ -26,13 +26,13 @@ public:
           time_(makeAligned<float>(2 * block)),
           response_(makeAligned<std::complex<float>>(block + 1)),
           spectrum_(makeAligned<std::complex<float>>(block + 1)) {
-        std::copy(response.begin(), response.end(), time_.get());
+        std::ranges::copy(response, time_.get());
         fft_.forward(time_.get(), response_.get());
     }
 
     // Adds the convolution of up to a block of samples to `out`.
     void add(std::span<const float> samples, std::span<float> out) {
-        std::copy(samples.begin(), samples.end(), time_.get());
+        std::ranges::copy(samples, time_.get());
         std::fill(time_.get() + samples.size(), time_.get() + 2 * block_, 0.0F);
         fft_.forward(time_.get(), spectrum_.get());
         // By parts: the library's product of complex numbers looks for infinities, and can't be vectorised.
@@ -60,7 +60,7 @@ std::vector<float> convolve(std::span<const float> signal, std::span<const float
     if (signal.size() < response.size()) { std::swap(signal, response); }
     std::vector<float> out(signal.size() + response.size() - 1);
     if (response.size() == 1) {
-        std::transform(signal.begin(), signal.end(), out.begin(), [&](float x) { return x * response[0]; });
+        std::ranges::transform(signal, out.begin(), [&](float x) { return x * response[0]; });
         return out;
     }
     const size_t block = std::max(std::bit_ceil(response.size()), smallestBlock);

@@ -144,8 +144,8 @@ PartitionedConvolver::~PartitionedConvolver() = default;
 void PartitionedConvolver::reset() noexcept {
     State& s = *state_;
     std::fill_n(s.windows.get(), size_t(s.inputs) * 2 * size_t(s.partition), 0.0F);
-    std::fill(s.silent.begin(), s.silent.end(), uint8_t{1});
-    std::fill(s.sounds.begin(), s.sounds.end(), State::Sounds{});
+    std::ranges::fill(s.silent, uint8_t{1});
+    std::ranges::fill(s.sounds, State::Sounds{});
     s.filled = 0;
     s.head = 0;
 }

@@ -1,3 +1,4 @@
+// The raw values of plan kinds.
 #include "edits/edit_plan.h"
 
 #include <array>

@@ -50,8 +50,7 @@ void requireFinite(const ordered_json& value) {
 }  // namespace
 
 const OutputProfile& AppSettings::activeProfile() const {
-    const auto active = std::find_if(profiles.begin(), profiles.end(),
-                                     [&](const OutputProfile& profile) { return profile.id == activeProfileID; });
+    const auto active = std::ranges::find(profiles, activeProfileID, &OutputProfile::id);
     return active == profiles.end() ? profiles.front() : *active;
 }
 

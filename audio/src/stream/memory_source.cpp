@@ -35,7 +35,7 @@ MemorySource::MemorySource(std::vector<std::vector<float>> channels, double samp
     for (const std::vector<float>& channel : channels_) {
         if (channel.size() != channels_[0].size()) { throw std::invalid_argument("channels of unequal length"); }
     }
-    std::stable_sort(clicks_.begin(), clicks_.end(), [](const Click& a, const Click& b) { return a.frame < b.frame; });
+    std::ranges::stable_sort(clicks_, {}, &Click::frame);
 }
 
 ProcessingFormat MemorySource::processingFormat() const {

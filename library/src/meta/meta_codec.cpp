@@ -1,3 +1,4 @@
+// Reads and writes a SoundMeta as JSON, fast for the shape that we write.
 #include "meta/meta_codec.h"
 
 #include <algorithm>

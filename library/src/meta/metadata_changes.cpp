@@ -1,3 +1,4 @@
+// Applies an edit to a record.
 #include "library/meta/metadata_changes.h"
 
 namespace brindlehum {

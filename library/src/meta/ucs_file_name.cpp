@@ -16,10 +16,10 @@ bool looksLikeCatID(std::string_view text) {
     const size_t hyphen = text.find('-');
     const std::string_view word = text.substr(0, hyphen);
     if (word.size() < 3 || !std::all_of(word.begin(), word.begin() + 3, capital)) { return false; }
-    if (!std::all_of(word.begin(), word.end(), alphanumeric)) { return false; }
+    if (!std::ranges::all_of(word, alphanumeric)) { return false; }
     if (hyphen == std::string_view::npos) { return true; }
     const std::string_view further = text.substr(hyphen + 1);
-    return !further.empty() && std::all_of(further.begin(), further.end(), alphanumeric);
+    return !further.empty() && std::ranges::all_of(further, alphanumeric);
 }
 
 void setCategories(SoundMeta& meta) {
