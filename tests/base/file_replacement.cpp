@@ -2,7 +2,6 @@
 #include "base/file_replacement.h"
 
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <sys/file.h>
 #include <sys/syscall.h>
 #include <sys/xattr.h>

@@ -1,8 +1,6 @@
 // Texts, times and paths as people see them.
 #include "base/text.h"
 
-#include <gtest/gtest.h>
-
 #include "base/error.h"
 #include "base/path.h"
 #include "base/time_text.h"

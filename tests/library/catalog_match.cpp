@@ -1,8 +1,4 @@
 // Catalog::matchExpression: from typed text to an expression of FTS5.
-#include <gmock/gmock.h>
-
-#include <algorithm>
-
 #include "catalog_test.h"
 
 namespace brindlehum::test {

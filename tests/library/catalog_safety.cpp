@@ -1,6 +1,5 @@
 // Damaged catalog files, several processes and threads on one catalog, and interrupted searches.
 #include <atomic>
-#include <fstream>
 #include <thread>
 
 #include "catalog_test.h"

@@ -1,8 +1,5 @@
 // ChangeLog: entries in and out, which of them are applied, and two processes on one shared folder.
-#include <gmock/gmock.h>
 #include <unistd.h>
-
-#include <fstream>
 
 #include "library/team/change_log.h"
 #include "sound_folder.h"

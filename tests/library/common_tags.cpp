@@ -1,6 +1,4 @@
 // Tags of compressed files, written by the ffmpeg program, and read by the table of common keys.
-#include <gtest/gtest.h>
-
 #include "audio/probe/container_tags.h"
 #include "library/meta/meta_io.h"
 #include "support/audio_files.h"

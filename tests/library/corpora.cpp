@@ -1,6 +1,4 @@
 // The fuzzers' seeds, and each of them cut short and scrambled, through the same code as the fuzzers'.
-#include <gtest/gtest.h>
-
 #include "fuzz/change_log_input.h"
 #include "fuzz/match_input.h"
 #include "fuzz/meta_text_input.h"

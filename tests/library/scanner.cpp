@@ -1,5 +1,4 @@
 // LibraryScanner: the files it finds, reads again, removes and leaves alone.
-#include <gmock/gmock.h>
 #include <sys/stat.h>
 
 #include <chrono>

@@ -1,8 +1,6 @@
 // The category list and the naming scheme: what a file name says.
 #include "library/meta/ucs.h"
 
-#include <gtest/gtest.h>
-
 #include "library/meta/sound_meta.h"
 
 namespace brindlehum {

@@ -1,8 +1,6 @@
 // Background: which results come back, which work is skipped, and what an owner's end leaves behind.
 #include "platform/background.h"
 
-#include <gmock/gmock.h>
-
 #include <future>
 #include <latch>
 #include <stdexcept>

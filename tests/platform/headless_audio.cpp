@@ -1,9 +1,6 @@
 // HeadlessAudioSystem: pace, whole blocks, and silence after a pause.
 #include "platform/headless_audio.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <atomic>
 
 namespace brindlehum {

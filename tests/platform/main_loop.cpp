@@ -1,5 +1,4 @@
 // QtMainLoop: order and lifetime of posted jobs and timers.
-#include <gmock/gmock.h>
 
 #include <thread>
 

@@ -1,5 +1,4 @@
 // The audio system on a real PipeWire server: devices, sound to the last bit, and what happens when things go.
-#include <gmock/gmock.h>
 
 #include <atomic>
 #include <chrono>

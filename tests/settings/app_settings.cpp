@@ -1,12 +1,7 @@
 // The stored record: what comes back from old, newer and damaged texts, and what is written.
 #include "settings/app_settings.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <functional>
 #include <nlohmann/json.hpp>
-#include <numeric>
 #include <set>
 
 namespace brindlehum {

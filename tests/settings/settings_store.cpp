@@ -1,10 +1,6 @@
 // SettingsStore: when it writes, when it announces, and what it reads.
 #include "settings/settings_store.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
-
 namespace brindlehum {
 namespace {
 

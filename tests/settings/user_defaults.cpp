@@ -2,7 +2,6 @@
 #include "settings/user_defaults.h"
 
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <sched.h>
 #include <sys/file.h>
 #include <unistd.h>
