@@ -17,9 +17,7 @@ TEST(ProbeCorpus, SeedsAreReadAndDamagedOnesAreHarmless) {
     for (const auto& entry : std::filesystem::directory_iterator(BRINDLEHUM_CORPUS "/probe")) {
         SCOPED_TRACE(entry.path().filename());
         const std::string whole = readBytes(entry.path());
-        const auto probe = [&](const std::string& bytes) {
-            probeBytes(reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size(), folder.path());
-        };
+        const auto probe = [&](const std::string& bytes) { probeBytes(bytes, folder.path()); };
         probe(whole);
         if (!entry.path().filename().string().starts_with("found-")) {
             EXPECT_GT(AudioFileInfo::load(entry.path()).frames, 0);

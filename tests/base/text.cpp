@@ -1,42 +1,53 @@
-// The text helpers, on what file names and tags hold.
+// Texts, times and paths as people see them.
 #include "base/text.h"
 
-#include <gtest/gtest.h>
+#include "base/error.h"
+#include "base/path.h"
+#include "base/time_text.h"
+#include "support/audio_files.h"
 
 namespace brindlehum {
 namespace {
 
-TEST(Text, IllFormedUtf8BecomesReplacementCharactersByMaximalSubparts) {
-    const struct {
-        const char* bytes;
-        const char* repaired;
-    } cases[] = {
-        {"plain", "plain"},
+TEST(Text, IllFormedUtf8IsRepairedAndTextIsCutBetweenCharacters) {
+    const std::pair<const char*, const char*> cases[] = {
         {"\xC3\xA4", "\xC3\xA4"},
         {"a\xC3", "a\xEF\xBF\xBD"},                                // cut in the middle
         {"\xF0\x9F\x98z", "\xEF\xBF\xBDz"},                        // one for the whole truncated sequence
         {"\xC0\xAF", "\xEF\xBF\xBD\xEF\xBF\xBD"},                  // overlong
         {"\xED\xA0\x80", "\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD"},  // a surrogate
     };
-    for (const auto& c : cases) { EXPECT_EQ(repairUtf8(c.bytes), c.repaired) << c.bytes; }
-}
-
-TEST(Text, IsCutBetweenCharacters) {
+    for (const auto& [bytes, repaired] : cases) { EXPECT_EQ(repairUtf8(bytes), repaired) << bytes; }
     const std::string text = "a\xC3\xA9\xF0\x9F\x98\x80";
     const size_t lengths[] = {0, 1, 1, 3, 3, 3, 3, 7, 7};
     for (size_t bytes = 0; bytes < std::size(lengths); ++bytes) {
         EXPECT_EQ(cutUtf8(text, bytes), text.substr(0, lengths[bytes])) << bytes;
     }
+    EXPECT_EQ(trimmed("\t\xC2\xA0\xE2\x80\x83 a b\xE3\x80\x80\r\n"), "a b") << "no-break, em and ideographic space";
+    EXPECT_TRUE(isBlank(" \xE2\x80\x83\n"));
 }
 
-TEST(Text, TrimmedTakesUnicodeWhitespaceOffBothEnds) {
-    EXPECT_EQ(trimmed("\t a b\r\n"), "a b");
-    EXPECT_EQ(trimmed("\xC2\xA0\xE2\x80\x83"
-                      "a\xE3\x80\x80"),
-              "a");  // no-break, em and ideographic space
-    EXPECT_EQ(trimmed(" \n"), "");
-    EXPECT_TRUE(isBlank(" \xE2\x80\x83\n"));
-    EXPECT_FALSE(isBlank(" a"));
+TEST(TimeText, IsMinutesSecondsAndThousandths) {
+    const std::pair<double, const char*> cases[] = {
+        {0, "0:00.000"},     {59.9994, "0:59.999"}, {59.9996, "1:00.000"},      {61.001, "1:01.001"},
+        {3600, "60:00.000"}, {-0.001, "0:00.000"},  {std::nan(""), "0:00.000"}, {INFINITY, "0:00.000"}};
+    for (const auto& [seconds, text] : cases) { EXPECT_EQ(timeText(seconds), text); }
+}
+
+TEST(Path, OneFolderHasOneCanonicalPathAndNamesAreOneLine) {
+    EXPECT_EQ(printableName("/a/b\n\xFF.wav"), "b?\xEF\xBF\xBD.wav");
+    EXPECT_EQ(printableName("/a/folder/"), "folder");
+    const test::TempFolder folder;
+    const std::string real = canonicalPath(folder.path());
+    std::filesystem::create_directory(folder / "sounds");
+    std::filesystem::create_directory_symlink("sounds", folder / "alias");
+    for (const char* spelled : {"/sounds", "/sounds/", "/sounds/../sounds/.", "/alias", "/no/../sounds"}) {
+        EXPECT_EQ(canonicalPath(real + spelled), real + "/sounds") << spelled;
+    }
+    EXPECT_EQ(followed(folder / "alias"), real + "/sounds");
+    std::filesystem::remove(folder / "sounds");
+    EXPECT_THROW(followed(folder / "alias"), Error);
+    EXPECT_EQ(canonicalPath("/"), "/");
 }
 
 }  // namespace

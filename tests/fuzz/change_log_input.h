@@ -3,12 +3,11 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
 #include <string>
-#include <string_view>
 
 #include "fuzz/require.h"
 #include "library/team/change_log.h"
+#include "support/audio_files.h"
 
 namespace brindlehum::test {
 
@@ -26,8 +25,8 @@ public:
         }
     }
 
-    void look(std::string_view bytes) {
-        std::ofstream(log(), std::ios::binary | std::ios::trunc) << bytes;
+    void look(const std::string& bytes) {
+        writeBytes(log(), bytes);
         catalog_.setLogOffset(log().string(), 0);
         const int applied = ChangeLog::pull(root_, catalog_, "me@here");
         const int64_t offset = catalog_.logOffset(log().string());
@@ -38,7 +37,7 @@ public:
             const bool inside = row.path == root_ / "a.wav" || row.path == root_ / "b" / "c.flac";
             require(inside || row.meta == SoundMeta(), "entries within the root");
         }
-        for (size_t start = 0, end; (end = bytes.find('\n', start)) != std::string_view::npos; start = end + 1) {
+        for (size_t start = 0, end; (end = bytes.find('\n', start)) != std::string::npos; start = end + 1) {
             const auto entry = ChangeLog::Entry::decode(bytes.substr(start, end - start));
             if (!entry) { continue; }
             const auto line = entry->encoded();
@@ -55,5 +54,11 @@ private:
     const std::filesystem::path root_;
     Catalog catalog_;
 };
+
+// `folder` is the same at every call.
+inline void changeLogBytes(const std::string& bytes, const std::filesystem::path& folder) {
+    static LogProbe probe(folder);
+    probe.look(bytes);
+}
 
 }  // namespace brindlehum::test

@@ -1,12 +1,14 @@
 // Any text as a USER block, as a file's name and as a category list: shared by the fuzzer and the replay of its corpus.
 #pragma once
 
+#include <filesystem>
 #include <string>
 
 #include "base/text.h"
 #include "fuzz/require.h"
 #include "library/meta/riff_meta.h"
 #include "library/meta/ucs.h"
+#include "support/audio_files.h"
 
 namespace brindlehum::test {
 
@@ -16,7 +18,7 @@ inline void requireText(const SoundMeta& meta) {
     }
 }
 
-inline void metaText(const std::string& text) {
+inline void metaTextBytes(const std::string& text, const std::filesystem::path&) {
     const SoundMeta parsed = RIFFMeta::parseUSER(repairUtf8(text));
     requireText(parsed);
     // The first round drops characters that XML can't hold; further rounds change nothing.

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdio>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -12,30 +11,9 @@
 #include "audio/probe/audio_file_info.h"
 #include "base/error.h"
 #include "fuzz/require.h"
+#include "support/audio_files.h"
 
 namespace brindlehum::test {
-
-// Any audio extension, whatever the content: names decide on descriptions, raw streams and Ambisonics. The last byte
-// draws it, so that seeds stay unchanged files.
-inline std::string drawnExtension(const uint8_t* data, size_t size) {
-    const auto& extensions = AudioFileInfo::audioExtensions;
-    std::string dotted(1, '.');
-    dotted += extensions[size > 0 ? data[size - 1] % extensions.size() : 0];
-    return dotted;
-}
-
-// A place in the piece, or one step outside of it, drawn from the middle of the content.
-inline int64_t drawnPosition(const uint8_t* data, size_t size, int64_t frames) {
-    uint64_t drawn = 0;
-    for (size_t i = size / 2; i < std::min(size, size / 2 + 8); ++i) { drawn = drawn << 8 | data[i]; }
-    return int64_t(drawn % (uint64_t(std::max<int64_t>(0, frames)) + 3)) - 1;
-}
-
-inline void writeInput(const std::filesystem::path& path, const void* data, size_t size) {
-    std::FILE* out = std::fopen(path.c_str(), "wb");
-    require(out != nullptr && std::fwrite(data, 1, size, out) == size, "a temporary file");
-    std::fclose(out);
-}
 
 inline void readAround(AudioFile& file, int64_t drawn) {
     constexpr int blockFrames = 512;
@@ -58,13 +36,19 @@ inline void readAround(AudioFile& file, int64_t drawn) {
 }
 
 // Writes the bytes to a file in `folder`, then probes and reads it as the system would. May fail only with an Error.
-inline void probeBytes(const uint8_t* data, size_t size, const std::filesystem::path& folder) {
-    const std::filesystem::path path = folder / ("input" + drawnExtension(data, size));
-    writeInput(path, data, size);
+// The content draws any audio extension, since names decide on descriptions, raw streams and Ambisonics: its last byte,
+// so that seeds stay unchanged files. Its middle draws a place in the piece, or one step outside of it.
+inline void probeBytes(const std::string& bytes, const std::filesystem::path& folder) {
+    const auto& extensions = AudioFileInfo::audioExtensions;
+    std::string name = "input.";
+    name += extensions[bytes.empty() ? 0 : uint8_t(bytes.back()) % extensions.size()];
+    uint64_t drawn = 0;
+    for (const char c : bytes.substr(bytes.size() / 2, 8)) { drawn = drawn << 8 | uint8_t(c); }
+    writeBytes(folder / name, bytes);
     try {
-        (void)AudioFileInfo::load(path).summary();
-        const auto file = AudioFile::open(path);
-        readAround(*file, drawnPosition(data, size, file->facts().frames));
+        (void)AudioFileInfo::load(folder / name).summary();
+        const auto file = AudioFile::open(folder / name);
+        readAround(*file, int64_t(drawn % (uint64_t(file->facts().frames) + 3)) - 1);
     } catch (const Error& error) {
         require(std::string(error.what()).find('\n') == std::string::npos, "an error of one line");
     }

@@ -4,22 +4,16 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "base/error.h"
-#include "fuzz/probe_input.h"
+#include "fuzz/require.h"
 #include "library/meta/riff_meta.h"
+#include "support/audio_files.h"
 
 namespace brindlehum::test {
-
-inline std::string bytesOf(const std::filesystem::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
 
 inline uint64_t statedSize(const std::string& bytes, size_t at) {
     uint64_t size = 0;
@@ -58,7 +52,7 @@ inline SoundMeta drawnMeta(const std::string& bytes) {
 
 inline void riffMetaBytes(const std::string& bytes, const std::filesystem::path& folder) {
     const std::filesystem::path path = folder / "input.wav";
-    writeInput(path, bytes.data(), bytes.size());
+    writeBytes(path, bytes);
     const auto list = RIFFMeta::chunks(FileHandle(path));
     uint64_t end = 12;
     for (const auto& chunk : list.value_or(std::vector<RIFFMeta::Chunk>())) {
@@ -70,10 +64,10 @@ inline void riffMetaBytes(const std::string& bytes, const std::filesystem::path&
     try {
         RIFFMeta::write(drawnMeta(bytes), path);
     } catch (const Error& error) {
-        require(error.kind() == ErrorKind::notWritableWav && bytesOf(path) == bytes, "a refused file is left alone");
+        require(error.kind() == ErrorKind::notWritableWav && readBytes(path) == bytes, "a refused file is left alone");
         return;
     }
-    const std::string written = bytesOf(path);
+    const std::string written = readBytes(path);
     require(foreignChunks(written) == foreignChunks(bytes), "all other chunks as they were");
     require(statedSize(written, 4) == written.size() - 8, "the size of the new file");
     require(RIFFMeta::chunks(FileHandle(path)).has_value(), "a file that can be read again");

@@ -1,27 +1,17 @@
 // Catalog::matchExpression: from typed text to an expression of FTS5.
-#include <gmock/gmock.h>
-
-#include <algorithm>
-
 #include "catalog_test.h"
-#include "fuzz/match_input.h"
 
 namespace brindlehum::test {
 namespace {
 
 TEST(MatchExpression, EveryWordIsAPrefixAndMinusExcludes) {
-    const struct {
-        std::string query, expression;
-    } table[] = {
+    const std::pair<std::string, std::string> table[] = {
         {"door", R"("door"*)"},
         {"Door  Slam\theavy\n", R"("Door"* AND "Slam"* AND "heavy"*)"},
         {"door -wood", R"("door"* NOT "wood"*)"},
-        {"-wood door /-glass", R"("door"* NOT "wood"* NOT "glass"*)"},
-        {"sub-bass", R"("sub"* "bass"*)"},
         {"hit sub-bass -low-end", R"("hit"* AND "sub"* "bass"* NOT "low"* "end"*)"},
         {"door - \"\" -- -\"-\" wood", R"("door"* AND "wood"*)"},
         {R"("quoted words")", R"("quoted"* AND "words"*)"},
-        {R"(a"b"c)", R"("abc"*)"},
         {"a/-b", R"("ab"*)"},
         {"//--x", R"("/"* "x"*)"},
         {"AND NEAR(a) name:b ^c *", R"e("AND"* AND "NEAR(a)"* AND "name:b"* AND "^c"* AND "*"*)e"},
@@ -40,20 +30,6 @@ TEST(MatchExpression, EveryWordIsAPrefixAndMinusExcludes) {
     EXPECT_LT(std::ranges::count(expression.substr(0, expression.find(" NOT ")), '*'), 100);
     EXPECT_THAT(expression, testing::HasSubstr(R"( AND "wood"* NOT "low"*)"));
     EXPECT_THAT(expression, testing::HasSubstr(R"("low"* "end"*)"));
-}
-
-// FTS5 accepts the expression of any text; replays the fuzzer's corpus.
-TEST(MatchExpression, FTS5AcceptsEveryExpression) {
-    std::string many = "x";
-    for (int i = 0; i < 400; ++i) { many += " -n" + std::to_string(i) + " p" + std::to_string(i); }
-    MatchProbe probe;
-    probe.look(many);
-    int seeds = 0;
-    for (const auto& seed : std::filesystem::directory_iterator(BRINDLEHUM_CORPUS "/match")) {
-        probe.lookAtFile(seed.path());
-        ++seeds;
-    }
-    EXPECT_GT(seeds, 5);
 }
 
 }  // namespace

@@ -1,10 +1,7 @@
 // Searches and facets compared with a plain twin and with SQLite's own statement on the same file, while the catalog
 // and another program change it, settled and not.
-#include <algorithm>
-#include <cctype>
-#include <cstdio>
+#include <iterator>
 #include <map>
-#include <random>
 #include <set>
 #include <sstream>
 
@@ -19,6 +16,11 @@ std::string joined(const Lines& words, const char* between) {
     std::string all;
     for (const std::string& word : words) { all.append(all.empty() ? "" : between).append(word); }
     return all;
+}
+
+Lines parted(const std::string& text) {
+    std::istringstream stream(text);
+    return {std::istream_iterator<std::string>(stream), {}};
 }
 
 std::string quoted(std::string text) {
@@ -58,15 +60,11 @@ protected:
     }
 
     // Words that share beginnings of one and two letters, in several alphabets, none of them in upper case.
-    const Lines words = {"d",      "do",           "door",   "doors",
-                         "dog",    "wood",         "wo",     "w8",
-                         "a",      "an",           "ant",    "7",
-                         "77",     "7b",           "x",      "\u0434\u043E\u043C",
-                         "\u0434", "\u0436\u0430", "\u96E8", "\u96E8\u5929",
-                         "zebra"};
+    const Lines words = parted(
+        "d do door doors dog wood wo w8 a an ant 7 77 7b x zebra "
+        "\u0434 \u0434\u043E\u043C \u0436\u0430 \u96E8 \u96E8\u5929");
     const Lines roots = {"/lib/one", "/lib/two", "/lib/it's"};
-    const Lines categories = {"", "DOORS", "WOOD"};
-    const Lines libraries = {"", "Yard", "o'hara"};
+    const Lines categories = {"", "DOORS", "WOOD"}, libraries = {"", "Yard", "o'hara"};
 
     void writeSome(Catalog& catalog) {
         catalog.write([&] {
@@ -97,9 +95,8 @@ protected:
     void writeForeign(PlainDatabase& plain) {
         const std::string path = any(roots) + "/foreign " + std::to_string(draw(1000)) + ".wav";
         if (files.contains(path)) { return; }
-        static constexpr const char* ids[] = {"NULL", "5000", "9000", "-7", "3000000000000000"};
-        const std::string word = any(words), root = path.substr(0, path.rfind('/'));
-        const std::string id = ids[draw(5)];
+        const Lines ids = {"NULL", "5000", "9000", "-7", "3000000000000000"};
+        const std::string word = any(words), root = path.substr(0, path.rfind('/')), id = any(ids);
         if (!plain.rows("SELECT id FROM files WHERE id IS " + id).empty()) { return; }
         plain.exec("BEGIN");
         plain.rows(
@@ -128,23 +125,15 @@ protected:
         return filter;
     }
     static bool passes(const Known& known, const Catalog::Filter& filter) {
-        if (filter.category && known.category != *filter.category) { return false; }
-        if (filter.library && known.library != *filter.library) { return false; }
-        if (!filter.roots.empty() && std::ranges::find(filter.roots, known.root) == filter.roots.end()) {
-            return false;
-        }
-        return known.rating >= filter.minRating;
+        return (!filter.category || known.category == *filter.category) &&
+               (!filter.library || known.library == *filter.library) && known.rating >= filter.minRating &&
+               (filter.roots.empty() || std::ranges::count(filter.roots, known.root) > 0);
     }
     // The files that a query of single words matches, found without any index.
     std::set<std::string> twin(const Catalog::Filter& filter) {
         Lines wanted, unwanted;
-        std::istringstream typed(filter.query);
-        for (std::string word; typed >> word;) {
-            if (word[0] == '-') {
-                unwanted.push_back(wordsOf(word.substr(1)));
-            } else {
-                wanted.push_back(wordsOf(word));
-            }
+        for (const std::string& word : parted(filter.query)) {
+            (word[0] == '-' ? unwanted : wanted).push_back(wordsOf(word.substr(word[0] == '-' ? 1 : 0)));
         }
         std::set<std::string> found;
         for (const auto& [path, known] : files) {
@@ -180,12 +169,10 @@ protected:
             if (!known.library.empty()) { ++byLibrary[known.library]; }
         }
         const Catalog::Facets facets = catalog.facets(of);
-        const auto asMap = [](const Catalog::Counts& counts) {
-            return std::map<std::string, int64_t>(counts.begin(), counts.end());
-        };
         EXPECT_EQ(facets.total, total);
-        EXPECT_EQ(asMap(facets.categories), byCategory);
-        EXPECT_EQ(asMap(facets.libraries), byLibrary);
+        using Map = std::map<std::string, int64_t>;
+        EXPECT_EQ(Map(facets.categories.begin(), facets.categories.end()), byCategory);
+        EXPECT_EQ(Map(facets.libraries.begin(), facets.libraries.end()), byLibrary);
         EXPECT_TRUE(
             std::ranges::is_sorted(facets.categories, std::greater(), [](const auto& count) { return count.second; }));
     }

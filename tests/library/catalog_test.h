@@ -1,13 +1,7 @@
 // A catalog in a folder of its own, and the same file seen through SQLite alone.
 #pragma once
 
-#include <gtest/gtest.h>
 #include <sqlite3.h>
-
-#include <filesystem>
-#include <optional>
-#include <string>
-#include <vector>
 
 #include "library/catalog/catalog.h"
 #include "support/audio_files.h"

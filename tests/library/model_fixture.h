@@ -2,11 +2,7 @@
 // main loop whose clock the test owns, and a home folder of its own.
 #pragma once
 
-#include <gmock/gmock.h>
-
 #include <cstdlib>
-#include <string>
-#include <vector>
 
 #include "library/model/browser_entry.h"
 #include "library/model/real_paths.h"

@@ -1,11 +1,10 @@
 // Embedded metadata against RIFF files built by hand, byte for byte.
 #include "library/meta/riff_meta.h"
 
-#include <gtest/gtest.h>
-
 #include "base/error.h"
 #include "library/meta/meta_io.h"
 #include "support/audio_files.h"
+#include "support/refusal.h"
 #include "support/traced.h"
 
 namespace brindlehum {
@@ -41,38 +40,32 @@ TEST(RIFFMeta, RewriteHandlesEveryShapeOfFile) {
     const std::string oldBext = "old" + zeros(253) + std::string(346, 'k') + "coding history";
     const std::string other("o\0d\xFF!", 5);
     const std::string sound = riffChunk("data", "sound!");
-    const std::string pad = zeros(1);
     struct Case {
         const char* name;
         std::string meta, data, metaBehind;  // bext and iXML chunks, and the sound between them
         std::string ixmlStart, ixmlEnd;      // expected around the block
         std::string bextRest;                // expected behind the description
-        std::string newData;                 // expected
-        int rounds = 2;                      // the second changes nothing
     };
     const auto ixml = [](const std::string& text) { return riffChunk("iXML", text); };
     const Case cases[] = {
-        {"plain", "", sound, "", newStart, end, newRest, sound},
+        {"plain", "", sound, "", newStart, end, newRest},
         {"both behind the sound, no USER", "", sound, riffChunk("bext", oldBext) + ixml("<BWFXML>" + scene + end),
-         "<BWFXML>" + scene, end, oldBext.substr(256), sound},
+         "<BWFXML>" + scene, end, oldBext.substr(256)},
         {"USER in the middle", ixml("<BWFXML><USER>A=1</USER>" + scene + end), sound, "", "<BWFXML>", scene + end,
-         newRest, sound},
+         newRest},
         {"USER that never ends", ixml("<BWFXML><USER>" + scene + end), sound, "", "<BWFXML><USER>" + scene, end,
-         newRest, sound, 1},
-        {"no iXML in the chunk", ixml("rubbish"), sound, "", newStart, end, newRest, sound},
+         newRest},
+        {"no iXML in the chunk", ixml("rubbish"), sound, "", newStart, end, newRest},
         {"zeros behind the document", ixml("<BWFXML>" + end + zeros(3) + "<USER></USER>"), sound, "", "<BWFXML>", end,
-         newRest, sound},
-        {"ill-formed iXML", ixml("<BWFXML>\xFF" + end), sound, "", "<BWFXML>\xEF\xBF\xBD", end, newRest, sound},
+         newRest},
+        {"ill-formed iXML", ixml("<BWFXML>\xFF" + end), sound, "", "<BWFXML>\xEF\xBF\xBD", end, newRest},
         {"two of each", riffChunk("bext", oldBext) + ixml("<BWFXML>" + scene + end), sound,
-         riffChunk("bext", "x") + ixml("<BWFXML><USER></USER></BWFXML>"), "<BWFXML>" + scene, end, oldBext.substr(256),
-         sound},
+         riffChunk("bext", "x") + ixml("<BWFXML><USER></USER></BWFXML>"), "<BWFXML>" + scene, end, oldBext.substr(256)},
         {"bext of 600 bytes", riffChunk("bext", std::string(600, 'x')), sound, "", newStart, end,
-         std::string(344, 'x') + zeros(2), sound},
-        {"bext of 3 bytes", riffChunk("bext", "odd"), sound, "", newStart, end, zeros(346), sound},
-        {"odd sound, a second one", "", riffChunk("data", "odd"), riffChunk("data", "x"), newStart, end, newRest,
-         riffChunk("data", "odd") + riffChunk("data", "x")},
-        {"no sound yet", "", riffChunk("data", ""), "", newStart, end, newRest, riffChunk("data", "")},
-    };
+         std::string(344, 'x') + zeros(2)},
+        {"bext of 3 bytes", riffChunk("bext", "odd"), sound, "", newStart, end, zeros(346)},
+        {"odd sound, a second one", "", riffChunk("data", "odd") + riffChunk("data", "x"), "", newStart, end, newRest},
+        {"no sound yet", "", riffChunk("data", ""), "", newStart, end, newRest}};
     const TempFolder folder;
     const auto path = folder / "x.wav";
     const SoundMeta meta = full();
@@ -84,10 +77,8 @@ TEST(RIFFMeta, RewriteHandlesEveryShapeOfFile) {
         const std::string ours = riffChunk("bext", description + c.bextRest) +
                                  riffChunk("iXML", c.ixmlStart + RIFFMeta::userBlock(meta) + c.ixmlEnd);
         writeBytes(path, riff(before + c.meta + c.data + c.metaBehind + behind));
-        for (int round = 0; round < c.rounds; ++round) {
-            RIFFMeta::write(meta, path);
-            EXPECT_TRUE(readBytes(path) == riff(before + ours + c.newData + behind)) << round;
-        }
+        RIFFMeta::write(meta, path);
+        EXPECT_TRUE(readBytes(path) == riff(before + ours + c.data + behind));
         EXPECT_EQ(RIFFMeta::read(path), meta);
     }
     // Sizes beyond the file, a file that ends early, and pads.
@@ -95,7 +86,6 @@ TEST(RIFFMeta, RewriteHandlesEveryShapeOfFile) {
         riffChunk("bext", description + newRest) + riffChunk("iXML", newStart + RIFFMeta::userBlock(meta) + end);
     const std::pair<std::string, std::string> cuts[] = {
         {"data" + le32(4000) + "sound", riffChunk("data", "sound")},
-        {"data" + le32(0xFFFFFFFF) + "sound!", sound},
         {"data" + le32(5) + "sound", riffChunk("data", "sound")},
         {sound + "LIST" + zeros(3), sound},
         {sound + "LIST" + le32(9) + "abc", sound + riffChunk("LIST", "abc")},
@@ -106,7 +96,7 @@ TEST(RIFFMeta, RewriteHandlesEveryShapeOfFile) {
     };
     for (const auto& [stored, expected] : cuts) {
         writeBytes(path, "RIFF" + le32(7) + "WAVE" + fmt + stored);
-        RIFFMeta::write(meta, path);
+        for (int round = 0; round < 2; ++round) { RIFFMeta::write(meta, path); }  // the second changes nothing
         EXPECT_EQ(readBytes(path), riff(fmt + ours + expected)) << stored;
     }
 }
@@ -114,71 +104,50 @@ TEST(RIFFMeta, RewriteHandlesEveryShapeOfFile) {
 TEST(RIFFMeta, FileThatIsNoWaveIsRefusedAndLeftAlone) {
     const TempFolder folder;
     const std::string sound = riffChunk("data", "sound!");
-    struct Case {
+    std::string many = fmt;
+    for (size_t i = 0; i <= RIFFMeta::maxChunks; ++i) { many += zeros(8); }
+    const struct {
         const char* name;
         std::string bytes;
         int code;
-    };
-    std::string many = fmt;
-    for (size_t i = 0; i <= RIFFMeta::maxChunks; ++i) { many += zeros(8); }
-    const Case cases[] = {
-        {"x.mp3", riff(fmt + sound), 70},
-        {"x.rf64", riff(fmt + sound), 70},
+    } cases[] = {
         {"x.amb", riff(fmt + sound), 70},
         {"x", riff(fmt + sound), 70},
         {"empty.wav", "", 71},
         {"text.WAV", std::string(3000, 'q'), 71},
-        {"form.bwf", "RIFF" + le32(4) + "WAVE", 71},
         {"avi.wav", "RIFF" + le32(4) + "AVI " + sound, 71},
         {"rf64.wav", "RF64" + le32(0xFFFFFFFF) + "WAVE" + fmt + sound, 71},
         {"silent.wave", riff(fmt + riffChunk("LIST", "data")), 71},
         {"unclosed.wav", riff(fmt + "data" + zeros(4) + "sound of unknown length"), 71},
         {"unclosed silence.wav", riff(sound + many), 71},
     };
-    const auto refusal = [](const std::filesystem::path& file) {
-        try {
-            MetaIO::write(full(), file);
-        } catch (const Error& error) { return std::pair(error.code(), std::string(error.what())); }
-        return std::pair(0, std::string("was written"));
-    };
-    for (const Case& c : cases) {
-        writeBytes(folder / c.name, c.bytes);
-        EXPECT_EQ(refusal(folder / c.name).first, c.code) << c.name;
-        EXPECT_EQ(readBytes(folder / c.name), c.bytes) << c.name;
+    const auto refusal = [](const auto& file) { return refusalOf([&] { MetaIO::write(full(), file); }); };
+    for (const auto& [name, bytes, code] : cases) {
+        writeBytes(folder / name, bytes);
+        EXPECT_EQ(int(refusal(folder / name).kind.value()), code) << name;
+        EXPECT_EQ(readBytes(folder / name), bytes) << name;
     }
     // With its new chunks this one would pass 4 GiB. Sparse, so that no one waits for its bytes.
     const auto huge = folder / "huge.wav";
     writeBytes(huge, riff(fmt + "data" + le32(0xFFFFFFFFU)));
     std::filesystem::resize_file(huge, 0xFFFFFFFFU - 600);
-    EXPECT_EQ(refusal(huge), std::pair(72, std::string("File too large for RIFF")));
+    EXPECT_EQ(refusal(huge).text, "File too large for RIFF");
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), int(std::size(cases)) + 1);
 }
 
 TEST(RIFFMeta, DescriptionIsCutBetweenCharacters) {
     const TempFolder folder;
-    const auto path = folder / "x.wav";
-    const std::string a(256, 'a');
-    const std::pair<std::string, std::string> cases[] = {
-        {a.substr(0, 255) + "\xC3\xA9", a.substr(0, 255)},
-        {a + a, a},
-        {std::string("a\0b\x01", 4) + "\xFF", "ab\xEF\xBF\xBD"},
-        {"", ""},
-    };
-    for (const auto& [description, expected] : cases) {
-        writeBytes(path, riff(riffChunk("bext", std::string(602, 'x')) + riffChunk("data", "")));
-        SoundMeta meta;
-        meta.description = description;
-        RIFFMeta::write(meta, path);
-        EXPECT_EQ(readBytes(path).substr(20, 257), expected + zeros(256 - expected.size()) + "x");
-    }
+    const std::string a(255, 'a');
+    writeBytes(folder / "x.wav", riff(riffChunk("bext", std::string(602, 'x')) + riffChunk("data", "")));
+    SoundMeta meta;
+    meta.description = a + "\xC3\xA9";
+    RIFFMeta::write(meta, folder / "x.wav");
+    EXPECT_EQ(readBytes(folder / "x.wav").substr(20, 257), a + zeros(1) + "x");
 }
 
 TEST(RIFFMeta, ReadsBlocksOfTagsAndOfLines) {
-    struct Case {
-        const char* xml;
-        const char* told;  // description|fxName|source|rating
-    };
-    const Case cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
+        // description|fxName|source|rating
         {"<USER><DESCRIPTION> a &amp;lt; &lt;b&gt;&quot;&apos;\n</DESCRIPTION><RATING> 3\n</RATING></USER>",
          "a &lt; <b>\"'||| 3"},
         {"<USER>\n  FXNAME=indented\nfxname=Slam=1 &amp; 2 \r\nFXNAME:later\nSourceID: x\nDESCRIPTIONS=no\n</USER>",
@@ -188,57 +157,32 @@ TEST(RIFFMeta, ReadsBlocksOfTagsAndOfLines) {
         {"<USER><NOTES>of two lines\nFXNAME=no\nSOURCEID: no</NOTES>\nSOURCEID=x</USER>", "||x| 0"},
         {"<USER></FXNAME><FXNAME>a</FXNAME><RATING>+5</RATING>", "|a|| 5"},
         {"<USER><RATING>-2</RATING>", "||| -2"},
-        {"<USER><RATING>3.5</RATING></USER>", "||| 0"},
         {"<USER><RATING>+-3</RATING></USER>", "||| 0"},
-        {"<USER><RATING>99999999999999999999</RATING></USER>", "||| 0"},
         {"<User><FXNAME>a</FXNAME></User>", "||| 0"},
         {"</USER><USER>", "||| 0"},
-        {"", "||| 0"},
     };
-    for (const Case& c : cases) {
-        const SoundMeta m = RIFFMeta::parseUSER(c.xml);
-        EXPECT_EQ(m.description + "|" + m.fxName + "|" + m.source + "| " + std::to_string(m.rating), c.told) << c.xml;
+    for (const auto& [xml, told] : cases) {
+        const SoundMeta m = RIFFMeta::parseUSER(xml);
+        EXPECT_EQ(m.description + "|" + m.fxName + "|" + m.source + "| " + std::to_string(m.rating), told) << xml;
     }
-    EXPECT_EQ(RIFFMeta::parseUSER(RIFFMeta::userBlock(full())), full());
     SoundMeta half;
     half.subCategory = "B&B";
     half.rating = -1;
     EXPECT_EQ(RIFFMeta::userBlock(half),
               "<USER><SUBCATEGORY>B&amp;B</SUBCATEGORY><CATEGORYFULL>B&amp;B</CATEGORYFULL>"
               "<EMBEDDER>Brindlehum</EMBEDDER></USER>");
-    half.category = "A";
-    EXPECT_NE(RIFFMeta::userBlock(half).find("<CATEGORYFULL>A-B&amp;B</CATEGORYFULL>"), std::string::npos);
 }
 
-TEST(RIFFMeta, ChunksAndFieldsAreReadFromAnyFile) {
+// iXML counts first, bext fills in, the file's name fills the rest, and a damaged chunk only leaves a gap.
+TEST(RIFFMeta, FieldsAreReadFromAnyFile) {
     const TempFolder folder;
-    const auto told = [&](const std::string& bytes) {
-        writeBytes(folder / "x.wav", bytes);
-        const auto list = RIFFMeta::chunks(FileHandle(folder / "x.wav"));
-        if (!list) { return std::string("none"); }
-        std::string text;
-        for (const auto& chunk : *list) {
-            text += chunk.id + "@" + std::to_string(chunk.offset) + "+" + std::to_string(chunk.size) + " ";
-        }
-        return text;
-    };
-    EXPECT_EQ(told("RIFFxxxxWAVE"), "");
-    EXPECT_EQ(told("RIFFxxxxWAVEodd " + le32(0)), "odd @20+0 ");
-    EXPECT_EQ(told("RIFFxxxxWAVEodd " + le32(3) + "abcd\xFF\xFF  " + le32(9) + "123"),
-              "odd @20+3 \xEF\xBF\xBD\xEF\xBF\xBD  @32+3 ");
-    EXPECT_EQ(told("RIFFxxxxWAV"), "none");
-    EXPECT_EQ(told("RF64xxxxWAVEodd " + le32(0)), "none");
-    EXPECT_EQ(told("RIFXxxxxWAVEodd " + le32(0)), "none");
-
-    // iXML counts first, bext fills in, the file's name fills the rest, and a damaged chunk only leaves a gap.
     const std::string bext = riffChunk("bext", " Rain\n \0hidden" + zeros(600));
     const std::string user = "<USER>SUBCATEGORY=MINE\n</USER>";
-    struct Case {
+    const struct {
         const char* name;
         std::string bytes;
         const char* told;  // description|category|subCategory|fxName
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"AMBBird_Dawn.wav", riff(bext + riffChunk("iXML", user)), "Rain|AMBIENCE|MINE|Dawn"},
         {"Take 1.amb", riff(riffChunk("iXML", "<USER>DESCRIPTION=x</USER>") + bext), "x|||Take 1"},
         {"Take 1.RF64", riff(bext), "Rain|||Take 1"},
@@ -247,12 +191,11 @@ TEST(RIFFMeta, ChunksAndFieldsAreReadFromAnyFile) {
         {"Take 1.bwf", riff("bext" + le32(4000) + "Sea"), "Sea|||Take 1"},
         {"Take \xFF.wav", "", "|||Take \xEF\xBF\xBD"},
     };
-    for (const Case& c : cases) {
-        writeBytes(folder / c.name, c.bytes);
-        const SoundMeta m = MetaIO::read(folder / c.name);
-        EXPECT_EQ(m.description + "|" + m.category + "|" + m.subCategory + "|" + m.fxName, c.told) << c.name;
+    for (const auto& [name, bytes, told] : cases) {
+        writeBytes(folder / name, bytes);
+        const SoundMeta m = MetaIO::read(folder / name);
+        EXPECT_EQ(m.description + "|" + m.category + "|" + m.subCategory + "|" + m.fxName, told) << name;
     }
-    EXPECT_EQ(MetaIO::read(folder / "missing.wav").fxName, "missing");
 }
 
 TEST(RIFFMeta, RewriteKilledAtAnySystemCallLeavesOldOrNew) {
@@ -276,23 +219,13 @@ TEST(RIFFMeta, RewriteKilledAtAnySystemCallLeavesOldOrNew) {
     }
 }
 
-TEST(RIFFMeta, RewriteKeepsLinkAndMode) {
+TEST(RIFFMeta, RewriteThroughALinkKeepsTheLink) {
     const TempFolder folder;
-    const auto file = folder / "x.wav";
-    const auto link = folder / "link.wav";
-    const auto twin = folder / "twin.wav";
-    writeBytes(file, riff(fmt + riffChunk("data", "sound!")));
-    std::filesystem::permissions(file, std::filesystem::perms(0640));
-    std::filesystem::create_symlink("x.wav", link);
-    std::filesystem::create_hard_link(file, twin);
-    RIFFMeta::write(full(), link);
-    EXPECT_TRUE(std::filesystem::is_symlink(link));
-    EXPECT_EQ(RIFFMeta::read(file), full());
-    EXPECT_EQ(RIFFMeta::read(twin), SoundMeta()) << "another name of the old version";
-    EXPECT_EQ(std::filesystem::status(file).permissions(), std::filesystem::perms(0640));
-    std::filesystem::remove(file);
-    EXPECT_THROW(RIFFMeta::write(full(), link), Error);
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 2);
+    writeBytes(folder / "x.wav", riff(fmt + riffChunk("data", "sound!")));
+    std::filesystem::create_symlink("x.wav", folder / "link.wav");
+    RIFFMeta::write(full(), folder / "link.wav");
+    EXPECT_TRUE(std::filesystem::is_symlink(folder / "link.wav"));
+    EXPECT_EQ(RIFFMeta::read(folder / "x.wav"), full());
 }
 
 }  // namespace

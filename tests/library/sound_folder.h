@@ -1,11 +1,7 @@
 // A folder of small sound files with a catalog beside it, for tests of what keeps the two together.
 #pragma once
 
-#include <gtest/gtest.h>
 #include <sys/stat.h>
-
-#include <filesystem>
-#include <string>
 
 #include "base/path.h"
 #include "library/catalog/catalog.h"

@@ -1,8 +1,6 @@
 // Which mounts a person would call a volume.
 #include "platform/mounts.h"
 
-#include <gmock/gmock.h>
-
 namespace brindlehum {
 namespace {
 

@@ -7,7 +7,6 @@
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
-#include <map>
 #include <stdexcept>
 
 #include "support/signals.h"
@@ -17,19 +16,14 @@ namespace brindlehum::test {
 namespace {
 
 int sndfileFormat(const FileShape& shape) {
-    static const std::map<FileKind, std::pair<int, int>> kinds = {
-        // container, and its usual samples
-        {FileKind::wav, {SF_FORMAT_WAV, SF_FORMAT_PCM_24}},    {FileKind::wavFloat, {SF_FORMAT_WAV, SF_FORMAT_FLOAT}},
-        {FileKind::wavex, {SF_FORMAT_WAVEX, SF_FORMAT_FLOAT}}, {FileKind::rf64, {SF_FORMAT_RF64, SF_FORMAT_FLOAT}},
-        {FileKind::w64, {SF_FORMAT_W64, SF_FORMAT_FLOAT}},     {FileKind::aiff, {SF_FORMAT_AIFF, SF_FORMAT_PCM_24}},
-        {FileKind::caf, {SF_FORMAT_CAF, SF_FORMAT_FLOAT}},     {FileKind::flac, {SF_FORMAT_FLAC, SF_FORMAT_PCM_24}}};
-    static const std::map<int, int> bits = {{8, SF_FORMAT_PCM_U8},
-                                            {16, SF_FORMAT_PCM_16},
-                                            {24, SF_FORMAT_PCM_24},
-                                            {32, SF_FORMAT_PCM_32},
-                                            {64, SF_FORMAT_DOUBLE}};
-    const auto& [container, usual] = kinds.at(shape.kind);
-    return container | (shape.bits == 0 ? usual : bits.at(shape.bits));
+    // The container of each kind, and its usual samples.
+    static constexpr std::pair<int, int> kinds[] = {
+        {SF_FORMAT_WAV, SF_FORMAT_PCM_24}, {SF_FORMAT_WAV, SF_FORMAT_FLOAT},  {SF_FORMAT_WAVEX, SF_FORMAT_FLOAT},
+        {SF_FORMAT_RF64, SF_FORMAT_FLOAT}, {SF_FORMAT_W64, SF_FORMAT_FLOAT},  {SF_FORMAT_AIFF, SF_FORMAT_PCM_24},
+        {SF_FORMAT_CAF, SF_FORMAT_FLOAT},  {SF_FORMAT_FLAC, SF_FORMAT_PCM_24}};
+    static constexpr int bits[] = {SF_FORMAT_PCM_U8, SF_FORMAT_PCM_16, SF_FORMAT_PCM_24, SF_FORMAT_PCM_32};
+    const auto& [container, usual] = kinds[size_t(shape.kind)];
+    return container | (shape.bits == 0 ? usual : shape.bits == 64 ? SF_FORMAT_DOUBLE : bits[shape.bits / 8 - 1]);
 }
 
 // SF_CHANNEL_MAP_* in the order of the mask's bits.

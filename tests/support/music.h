@@ -25,12 +25,6 @@ inline void addTone(std::vector<float>& x, double seconds, double hz, double gai
     }
 }
 
-// A beat: a bright click, and on the downbeat a bass note that takes 20 ms to speak.
-inline void addBeat(std::vector<float>& x, double seconds, bool downbeat) {
-    addTone(x, seconds, 2500, 0.5, 0.02);
-    if (downbeat) { addTone(x, seconds, 80, 0.4, 0.06, 0.02); }
-}
-
 // Beat times at a tempo that may change over time: `bpmAt(seconds)`.
 template <class BpmAt>
 std::vector<double> beatTimes(double from, double to, BpmAt bpmAt) {
@@ -39,9 +33,13 @@ std::vector<double> beatTimes(double from, double to, BpmAt bpmAt) {
     return beats;
 }
 
+// Bright clicks, and on each downbeat a bass note that takes 20 ms to speak.
 inline std::vector<float> clickTrack(const std::vector<double>& beats, int group, int pickup, double seconds) {
     std::vector<float> x(size_t(seconds * musicRate), 0.0F);
-    for (size_t i = 0; i < beats.size(); ++i) { addBeat(x, beats[i], int(i) % group == pickup % group); }
+    for (size_t i = 0; i < beats.size(); ++i) {
+        addTone(x, beats[i], 2500, 0.5, 0.02);
+        if (int(i) % group == pickup % group) { addTone(x, beats[i], 80, 0.4, 0.06, 0.02); }
+    }
     return x;
 }
 

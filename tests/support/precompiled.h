@@ -1,4 +1,4 @@
-// What nearly every test includes, compiled once for each test program.
+// What every test has without including it, compiled once for each kind of test program.
 #pragma once
 
 #include <gmock/gmock.h>

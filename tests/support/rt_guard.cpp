@@ -87,37 +87,20 @@ using SSize = ptrdiff_t;
     }
 #define GUARD(kind, result, name, params, args) GUARD_VERSION(kind, result, name, params, args, nullptr)
 
-DEFINE(void*, malloc, (Size bytes)) {
-    note(Kind::allocation, "malloc");
-    return __libc_malloc(bytes);
-}
-DEFINE(void*, calloc, (Size count, Size bytes)) {
-    note(Kind::allocation, "calloc");
-    return __libc_calloc(count, bytes);
-}
-DEFINE(void*, realloc, (void* memory, Size bytes)) {
-    note(Kind::allocation, "realloc");
-    return __libc_realloc(memory, bytes);
-}
-DEFINE(void, free, (void* memory)) {
-    note(Kind::allocation, "free");
-    __libc_free(memory);
-}
-DEFINE(void*, memalign, (Size alignment, Size bytes)) {
-    note(Kind::allocation, "memalign");
-    return __libc_memalign(alignment, bytes);
-}
-DEFINE(void*, aligned_alloc, (Size alignment, Size bytes)) {
-    note(Kind::allocation, "aligned_alloc");
-    return __libc_memalign(alignment, bytes);
-}
-DEFINE(int, posix_memalign, (void** memory, Size alignment, Size bytes)) {
-    note(Kind::allocation, "posix_memalign");
-    void* got = __libc_memalign(alignment, bytes);
-    if (got == nullptr) { return ENOMEM; }
-    *memory = got;
-    return 0;
-}
+#define ALLOCATION(result, name, params, call) \
+    DEFINE(result, name, params) {             \
+        note(Kind::allocation, #name);         \
+        return call;                           \
+    }
+
+ALLOCATION(void*, malloc, (Size bytes), __libc_malloc(bytes))
+ALLOCATION(void*, calloc, (Size count, Size bytes), __libc_calloc(count, bytes))
+ALLOCATION(void*, realloc, (void* memory, Size bytes), __libc_realloc(memory, bytes))
+ALLOCATION(void, free, (void* memory), __libc_free(memory))
+ALLOCATION(void*, memalign, (Size alignment, Size bytes), __libc_memalign(alignment, bytes))
+ALLOCATION(void*, aligned_alloc, (Size alignment, Size bytes), __libc_memalign(alignment, bytes))
+ALLOCATION(int, posix_memalign, (void** memory, Size alignment, Size bytes),
+           (*memory = __libc_memalign(alignment, bytes)) == nullptr ? ENOMEM : 0)
 
 GUARD(lock, int, pthread_mutex_lock, (void* m), (m))
 GUARD(lock, int, pthread_mutex_trylock, (void* m), (m))
@@ -178,17 +161,13 @@ GUARD(systemCall, int, fflush, (void* f), (f))
 GUARD(systemCall, int, vfprintf, (void* f, const char* t, va_list a), (f, t, a))
 GUARD(systemCall, int, vprintf, (const char* t, va_list a), (t, a))
 
-DEFINE(int, printf, (const char* text, ...)) {
-    va_list arguments;
-    va_start(arguments, text);
-    const int written = guarded_vprintf(text, arguments);
-    va_end(arguments);
-    return written;
-}
-DEFINE(int, fprintf, (void* file, const char* text, ...)) {
-    va_list arguments;
-    va_start(arguments, text);
-    const int written = guarded_vfprintf(file, text, arguments);
-    va_end(arguments);
-    return written;
-}
+#define PRINTF(name, params, call) \
+    DEFINE(int, name, params) {    \
+        va_list arguments;         \
+        va_start(arguments, text); \
+        const int written = call;  \
+        va_end(arguments);         \
+        return written;            \
+    }
+PRINTF(printf, (const char* text, ...), guarded_vprintf(text, arguments))
+PRINTF(fprintf, (void* file, const char* text, ...), guarded_vfprintf(file, text, arguments))

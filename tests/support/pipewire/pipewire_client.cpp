@@ -1,18 +1,13 @@
 // The connection of PipeWireClient.
 #include "support/pipewire/pipewire_client.h"
 
-#include <algorithm>
+#include <mutex>
 #include <stdexcept>
 
 namespace brindlehum::test {
 
 namespace {
 constexpr int64_t patience = 20 * SPA_NSEC_PER_SEC;
-}
-
-std::string PipeWireClient::Global::get(const std::string& key) const {
-    const auto found = properties.find(key);
-    return found == properties.end() ? "" : found->second;
 }
 
 PipeWireClient::PipeWireClient() {
@@ -27,7 +22,7 @@ PipeWireClient::PipeWireClient() {
     coreEvents.done = [](void* data, uint32_t, int sequence) {
         auto& client = *static_cast<PipeWireClient*>(data);
         client.done_ = sequence;
-        client.wake();
+        pw_thread_loop_signal(client.loop_, false);
     };
     static pw_registry_events registryEvents{};
     registryEvents.version = PW_VERSION_REGISTRY_EVENTS;
@@ -38,20 +33,19 @@ PipeWireClient::PipeWireClient() {
             global.properties[dict->items[i].key] = dict->items[i].value;
         }
         client.globals_[id] = std::move(global);
-        client.wake();
+        pw_thread_loop_signal(client.loop_, false);
     };
     registryEvents.global_remove = [](void* data, uint32_t id) {
         auto& client = *static_cast<PipeWireClient*>(data);
         client.globals_.erase(id);
-        client.wake();
+        pw_thread_loop_signal(client.loop_, false);
     };
     pw_core_add_listener(core_, &coreHook_, &coreEvents, this);
     registry_ = pw_core_get_registry(core_, PW_VERSION_REGISTRY, 0);
     pw_registry_add_listener(registry_, &registryHook_, &registryEvents, this);
     pw_thread_loop_start(loop_);
-    lock();
+    const std::lock_guard guard(*this);
     sync();
-    unlock();
 }
 
 PipeWireClient::~PipeWireClient() {
@@ -69,7 +63,6 @@ void PipeWireClient::waitFor(const std::string& what, const std::function<bool()
     pw_thread_loop_get_time(loop_, &limit, patience);
     while (!condition()) {
         if (pw_thread_loop_timed_wait_full(loop_, &limit) < 0) {
-            unlock();
             throw std::runtime_error("PipeWire: waited in vain for " + what);
         }
     }

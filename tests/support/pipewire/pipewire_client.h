@@ -16,7 +16,7 @@ public:
     struct Global {
         std::string type;
         std::map<std::string, std::string> properties;
-        std::string get(const std::string& key) const;
+        std::string get(const std::string& key) const { return properties.contains(key) ? properties.at(key) : ""; }
     };
 
     PipeWireClient();
@@ -30,9 +30,8 @@ public:
     pw_registry* registry() { return registry_; }
 
     // --- Lock held once.
-    // Until the condition holds; looked at after each event and each wake().
+    // Until the condition holds; looked at after each event.
     void waitFor(const std::string& what, const std::function<bool()>& condition);
-    void wake() { pw_thread_loop_signal(loop_, false); }
     void sync();
     // Until the node is there.
     uint32_t waitForNode(const std::string& name);

@@ -1,10 +1,10 @@
 // PrivatePipeWire: a PipeWire server of a test's own, with sinks that the test adds and removes.
 #pragma once
 
-#include <sys/types.h>
-
-#include <filesystem>
+#include <csignal>
 #include <string>
+
+#include "support/audio_files.h"
 
 namespace brindlehum::test {
 
@@ -21,20 +21,19 @@ public:
     PrivatePipeWire& operator=(const PrivatePipeWire&) = delete;
 
     void start();
-    void kill();    // at once, as in a crash
-    void freeze();  // the server stays and stops answering
-    void thaw();
+    void kill();  // at once, as in a crash
+    // While frozen, the server stays and doesn't answer.
+    void freeze() { ::kill(server_, SIGSTOP); }
+    void thaw() { ::kill(server_, SIGCONT); }
 
     void addSink(const std::string& name, int channels);
     void removeSink(const std::string& name);
     void setDefaultSink(const std::string& name);
-    // Sets the clock against all clients' requests; 0 leaves it to them again.
-    void forceQuantum(int frames);
-    void forceRate(int hertz);
+    // Sets the clock's "quantum" in frames or "rate" in Hz against all clients' requests.
+    void forceClock(const std::string& what, int value);
 
 private:
-    void setSetting(const std::string& key, int value);
-    std::filesystem::path folder_;
+    TempFolder folder_;
     pid_t server_ = 0;
 };
 

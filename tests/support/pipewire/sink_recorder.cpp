@@ -13,7 +13,7 @@ SinkRecorder::SinkRecorder(const std::string& sink, int channels, double seconds
     static pw_filter_events events{};
     events.version = PW_VERSION_FILTER_EVENTS;
     events.process = [](void* data, spa_io_position* position) {
-        if (position) { static_cast<SinkRecorder*>(data)->process(*position); }
+        if (position) { static_cast<SinkRecorder*>(data)->process(uint32_t(position->clock.duration)); }
     };
     const std::lock_guard guard(client_);
     filter_ = pw_filter_new(client_.core(), "recorder",
@@ -67,15 +67,12 @@ std::vector<std::vector<float>> SinkRecorder::stop() {
     return planes_;
 }
 
-void SinkRecorder::process(const spa_io_position& position) {
-    const auto count = uint32_t(position.clock.duration);
+void SinkRecorder::process(uint32_t count) {
     std::vector<const float*> sources;
     sources.reserve(ports_.size());
     for (void* port : ports_) { sources.push_back(static_cast<const float*>(pw_filter_get_dsp_buffer(port, count))); }
     // Records from the moment when all links are up.
     if (frames_ == 0 && std::ranges::count(sources, nullptr) > 0) { return; }
-    if (expected_ != 0 && position.clock.position != expected_) { ++gaps_; }
-    expected_ = position.clock.position + count;
     const size_t start = frames_;
     const size_t taken = std::min<size_t>(count, planes_[0].size() - start);
     bool sounds = false;

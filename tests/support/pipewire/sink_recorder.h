@@ -22,25 +22,20 @@ public:
 
     // Frames recorded so far. Any thread.
     size_t frames() const { return frames_; }
-    // Blocks of the sink that this recorder missed, or that came in parts. Any thread.
-    int gaps() const { return gaps_; }
     // Frames of the blocks in which not every sample was 0. Any thread.
     size_t soundingFrames() const { return sounding_; }
     // Ends the recording and gives a plane a channel.
     std::vector<std::vector<float>> stop();
 
 private:
-    void process(const spa_io_position& position);
+    void process(uint32_t count);
     PipeWireClient client_;
     pw_filter* filter_ = nullptr;
     spa_hook hook_{};
     std::vector<void*> ports_;
     std::vector<pw_proxy*> links_;
     std::vector<std::vector<float>> planes_;
-    std::atomic<size_t> frames_ = 0;
-    std::atomic<size_t> sounding_ = 0;
-    std::atomic<int> gaps_ = 0;
-    uint64_t expected_ = 0;  // position of the next block
+    std::atomic<size_t> frames_ = 0, sounding_ = 0;
 };
 
 }  // namespace brindlehum::test

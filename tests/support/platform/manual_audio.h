@@ -1,6 +1,11 @@
 // ManualAudioSystem: output devices that a test makes up, and whose render the test itself drives.
 #pragma once
 
+#include <algorithm>
+#include <limits>
+#include <memory>
+
+#include "base/error.h"
 #include "platform/audio_system.h"
 #include "platform/main_loop.h"
 
@@ -10,46 +15,115 @@ namespace brindlehum {
 // `onChange` of the streams comes through `loop`.
 class ManualAudioSystem : public AudioSystem {
 public:
-    explicit ManualAudioSystem(MainLoop& loop);
-    ~ManualAudioSystem() override;
+    explicit ManualAudioSystem(MainLoop& loop) : loop_(loop) {}
+    ~ManualAudioSystem() override {
+        for (Stream* stream : streams_) { stream->system_ = nullptr; }
+    }
 
     std::vector<AudioOutputDevice> allOutputs() override { return outputs_; }
     std::optional<uint32_t> defaultOutput() override { return default_; }
     std::unique_ptr<OutputStream> openOutput(uint32_t id, bool followsDefault, RenderTarget& target,
-                                             std::function<void()> onChange) override;
+                                             std::function<void()> onChange) override {
+        const auto device = std::ranges::find(outputs_, id, &AudioOutputDevice::id);
+        if (openingFails_ || device == outputs_.end()) { fail(); }
+        ++opened_;
+        return std::make_unique<Stream>(*this, *device, followsDefault, target, std::move(onChange));
+    }
 
     // --- What happens to the machine.
     // Announces the change to streams whose device has gone or changed.
-    void setOutputs(std::vector<AudioOutputDevice> outputs);
+    void setOutputs(std::vector<AudioOutputDevice> outputs) {
+        outputs_ = std::move(outputs);
+        for (Stream* stream : streams_) {
+            if (std::ranges::find(outputs_, stream->device_) == outputs_.end()) { stream->announceChange(); }
+        }
+    }
     // Announces the change to streams that follow the default.
-    void setDefault(std::optional<uint32_t> id);
+    void setDefault(std::optional<uint32_t> id) {
+        if (std::exchange(default_, id) == id) { return; }
+        for (Stream* stream : streams_) {
+            if (stream->followsDefault_) { stream->announceChange(); }
+        }
+    }
     // Of streams opened from now on, in Hz.
     void setSampleRate(double hertz) { sampleRate_ = hertz; }
     // While set, openOutput or start throw Error (device) with "Couldn't open the output device".
     void setOpeningFails(bool fails) { openingFails_ = fails; }
     void setStartingFails(bool fails) { startingFails_ = fails; }
     // The streams open now stop being current.
-    void supersede();
+    void supersede() {
+        for (Stream* stream : streams_) { stream->current_ = false; }
+    }
 
     // --- What is heard.
     // One block rendered by the newest running stream: a plane of `frames` floats a channel, filled with NaN
     // before; empty when no stream runs.
-    std::vector<std::vector<float>> pump(uint32_t frames);
+    std::vector<std::vector<float>> pump(uint32_t frames) {
+        const auto newest = std::find_if(streams_.rbegin(), streams_.rend(), [](auto* each) { return each->running_; });
+        if (newest == streams_.rend()) { return {}; }
+        const Stream& stream = **newest;
+        constexpr float none = std::numeric_limits<float>::quiet_NaN();
+        std::vector planes(size_t(stream.channels()), std::vector<float>(frames, none));
+        std::vector<float*> pointers;
+        for (auto& plane : planes) { pointers.push_back(plane.data()); }
+        stream.target_.render(frames, DeviceBuffers{pointers.data(), stream.channels(), frames});
+        return planes;
+    }
     int openStreams() const { return int(streams_.size()); }
     int opened() const { return opened_; }    // streams ever opened
     int started() const { return started_; }  // starts that took a stream from standing to running
 
 private:
-    class Stream;
+    [[noreturn]] static void fail() { throw Error(ErrorKind::device, "Couldn't open the output device"); }
+
+    struct Stream : OutputStream {
+        Stream(ManualAudioSystem& system, AudioOutputDevice device, bool followsDefault, RenderTarget& target,
+               std::function<void()> onChange)
+            : device_(std::move(device)),
+              followsDefault_(followsDefault),
+              target_(target),
+              system_(&system),
+              sampleRate_(system.sampleRate_),
+              onChange_(std::make_shared<std::function<void()>>(std::move(onChange))) {
+            system.streams_.push_back(this);
+        }
+        ~Stream() override {
+            if (system_) { std::erase(system_->streams_, this); }
+        }
+        int channels() const override { return device_.outputChannels; }
+        double sampleRate() const override { return sampleRate_; }
+        bool isRunning() const override { return running_; }
+        bool isCurrent() const override { return current_; }
+        void pause() override { running_ = false; }
+        void start() override {
+            if (!system_ || system_->startingFails_) { fail(); }
+            system_->started_ += running_ ? 0 : 1;
+            running_ = true;
+        }
+        // At most once, and not after the stream has gone.
+        void announceChange() {
+            if (std::exchange(announced_, true)) { return; }
+            system_->loop_.post([callback = std::weak_ptr(onChange_)] {
+                if (const auto call = callback.lock(); call && *call) { (*call)(); }
+            });
+        }
+
+        const AudioOutputDevice device_;
+        const bool followsDefault_;
+        RenderTarget& target_;
+        ManualAudioSystem* system_;
+        const double sampleRate_;
+        const std::shared_ptr<std::function<void()>> onChange_;
+        bool running_ = false, current_ = true, announced_ = false;
+    };
+
     MainLoop& loop_;
-    std::vector<AudioOutputDevice> outputs_;
+    std::vector<AudioOutputDevice> outputs_ = {{1, "manual", "Manual", 16}};
     std::optional<uint32_t> default_ = 1;
     double sampleRate_ = 48000;
-    bool openingFails_ = false;
-    bool startingFails_ = false;
+    bool openingFails_ = false, startingFails_ = false;
     std::vector<Stream*> streams_;  // in order of opening
-    int opened_ = 0;
-    int started_ = 0;
+    int opened_ = 0, started_ = 0;
 };
 
 }  // namespace brindlehum
