@@ -15,14 +15,15 @@ namespace {
 TEST(SpectralFrames, EqualsThePlainTransformFolded) {
     const auto x = test::noise(4097, 11);
     const SpectralFrames made(x);
-    const auto window = Signal::hanning(4096);
     std::array<double, 12> chroma{};
     std::array<double, 7> bands{};
     for (int k = 1; k < 2048; ++k) {
         std::complex<double> sum;
         const auto turn = std::polar(1.0, -2 * std::numbers::pi * k / 4096);
         std::complex<double> phase = 1;
-        for (size_t i = 0; i < 4096; ++i, phase *= turn) { sum += double(x[i]) * double(window[i]) * phase; }
+        for (size_t i = 0; i < 4096; ++i, phase *= turn) {
+            sum += double(x[i]) * std::pow(std::sin(std::numbers::pi * double(i) / 4095), 2) * phase;
+        }
         const double hz = k * 5.38330078125;
         if (hz >= 65 && hz <= 4000) {
             chroma[size_t(std::lround(12 * std::log2(hz / 440) + 69) % 12)] += std::abs(sum);
