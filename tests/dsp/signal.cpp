@@ -25,6 +25,12 @@ TEST(Signal, MonoIsTheMeanOfAnyCountOfChannels) {
     }
 }
 
+TEST(Signal, RmsClampsItsRange) {
+    const std::vector<float> x = {3, 4, 0, 0};
+    EXPECT_EQ(Signal::rms(x, -7, 9), 2.5F);
+    EXPECT_EQ(Signal::rms(x, 5, 9), 0);
+}
+
 TEST(Signal, AutocorrelationEqualsThePlainSum) {
     for (const size_t count : {1U, 2U, 15U, 16U, 17U, 100U, 700U}) {
         const auto x = test::noise(count, uint32_t(count));
