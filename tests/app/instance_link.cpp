@@ -10,6 +10,7 @@
 
 #include "app/instance_link.h"
 #include "support/audio_files.h"
+#include "support/child.h"
 #include "support/event_loop_test.h"
 
 namespace brindlehum {
@@ -58,14 +59,10 @@ TEST_F(Instance, HandsEveryPathOverByteForByte) {
 
 TEST_F(Instance, LockAndSocketOfACrashAreTakenOver) {
     // A process that takes lock and socket and ends without releasing them.
-    const pid_t child = ::fork();
-    if (child == 0) {
-        InstanceLink crashed(folder_.path());
-        ::_exit(crashed.start({}) == Outcome::instance ? 0 : 1);
-    }
-    int status = -1;
-    ASSERT_EQ(::waitpid(child, &status, 0), child);
-    ASSERT_EQ(status, 0);
+    ASSERT_TRUE(test::Child([&] {
+                    auto* crashed = new InstanceLink(folder_.path());
+                    return crashed->start({}) == Outcome::instance;
+                }).succeeded());
     ASSERT_TRUE(std::filesystem::exists(folder_ / "brindlehum.lock"));
     ASSERT_TRUE(std::filesystem::exists(folder_ / "brindlehum.socket"));
     EXPECT_EQ(first_.start({}, 1), Outcome::instance);

@@ -20,9 +20,9 @@ inline std::string cafData(uint32_t channels) {
     return cafChunk("data", be32(0) + std::string(size_t(channels) * 8, '\0'));
 }
 
-// A file of 16-bit PCM with these chunks behind its description. `rateBits` is a double.
-inline std::string cafFile(uint32_t channels, const std::string& chunks,
-                           uint64_t rateBits = std::bit_cast<uint64_t>(48000.0)) {
+// A file of 16-bit PCM with these chunks behind its description.
+inline std::string cafFile(uint32_t channels, const std::string& chunks, double sampleRate = 48000) {
+    const auto rateBits = std::bit_cast<uint64_t>(sampleRate);
     const std::string rate = be32(uint32_t(rateBits >> 32)) + be32(uint32_t(rateBits));
     const std::string format = "lpcm" + be32(0) + be32(channels * 2) + be32(1) + be32(channels) + be32(16);
     return std::string("caff\0\1\0\0", 8) + cafChunk("desc", rate + format) + chunks;

@@ -92,19 +92,9 @@ TEST(ContainerLayouts, AreReadFromExtensibleWaveFiles) {
     EXPECT_EQ(layoutOf(extensible(4, 0, pcm)), std::nullopt);
     EXPECT_EQ(layoutOf(extensible(4, 0, ambisonic)), (ChannelLayout{0x6B0004, 0, {}}));
     EXPECT_EQ(detected(path), "FuMa 1st order");
-    writeAudio(path, noisePlanes(6, 100), {FileKind::wav, 48000, 16, 0});
-    EXPECT_EQ(AudioFile::open(path)->facts().layout, std::nullopt);
-    EXPECT_EQ(detected(path), "5.1");
-    // A mask that libsndfile wrote, in a height layout.
-    writeAudio(path, noisePlanes(12, 100), {FileKind::wavex, 48000, 0, 0x2D63F});
-    EXPECT_EQ(layoutOf(readBytes(path)), (ChannelLayout{ChannelLabels::useBitmap, 0x2D63F, {}}));
 }
 
 TEST(ContainerLayouts, AreReadFromChanChunks) {
-    // Puts the layout behind the sound, as some writers do.
-    const auto caf = [](uint32_t channels, const std::string& chan) {
-        return cafFile(channels, cafData(channels) + cafChunk("chan", chan));
-    };
     const auto description = [](uint32_t label) { return be32(label) + std::string(16, '\0'); };
     struct Case {
         uint32_t channels;
@@ -112,24 +102,21 @@ TEST(ContainerLayouts, AreReadFromChanChunks) {
         std::optional<ChannelLayout> layout;
         const char* format;
     };
+    const auto tag = [](uint32_t value, uint32_t mask = 0) { return be32(value) + be32(mask) + be32(0); };
     const std::string film =
         description(1) + description(3) + description(2) + description(5) + description(6) + description(4);
     const Case cases[] = {
-        {6, be32(123 << 16 | 6) + be32(0) + be32(0), ChannelLayout{123 << 16 | 6, 0, {}}, "5.1 Film"},
+        {6, tag(123 << 16 | 6), ChannelLayout{123 << 16 | 6, 0, {}}, "5.1 Film"},
         {6, be32(0) + be32(0) + be32(6) + film, ChannelLayout{0, 0, {1, 3, 2, 5, 6, 4}}, "5.1 Film"},
-        {6, be32(0x10000) + be32(0x3F) + be32(0), ChannelLayout{0x10000, 0x3F, {}}, "5.1"},
-        {16, be32(190 << 16 | 16) + be32(0) + be32(0), ChannelLayout{190 << 16 | 16, 0, {}}, "AmbiX 3rd order"},
-        {4,
-         be32(0) + be32(0) + be32(4) + description(0x30000) + description(0x30001) + description(0x30002) +
-             description(0x30003),
-         ChannelLayout{0, 0, {0x30000, 0x30001, 0x30002, 0x30003}}, "ACN/N3D 1st order"},
+        {6, tag(0x10000, 0x3F), ChannelLayout{0x10000, 0x3F, {}}, "5.1"},
+        {16, tag(190 << 16 | 16), ChannelLayout{190 << 16 | 16, 0, {}}, "AmbiX 3rd order"},
         // More descriptions claimed than there are.
         {6, be32(0) + be32(0) + be32(0xFFFFFFFF) + film, ChannelLayout{0, 0, {1, 3, 2, 5, 6, 4}}, "5.1 Film"},
         {6, be32(0), std::nullopt, "5.1"},
     };
     const TempFolder folder;
     for (const Case& c : cases) {
-        writeBytes(folder / "x.caf", caf(c.channels, c.chan));
+        writeBytes(folder / "x.caf", cafFile(c.channels, cafData(c.channels) + cafChunk("chan", c.chan)));
         EXPECT_EQ(AudioFile::open(folder / "x.caf")->facts().layout, c.layout) << c.format;
         EXPECT_EQ(detected(folder / "x.caf"), c.format);
     }

@@ -10,14 +10,13 @@ namespace {
 
 using namespace test;
 
-std::string wave(const std::string& chunks, const std::string& id = "RIFF", const std::string& form = "WAVE") {
-    return id + le32(uint32_t(4 + chunks.size())) + form + chunks;
+std::string wave(const std::string& chunks, const std::string& id = "RIFF") {
+    return id + le32(uint32_t(4 + chunks.size())) + "WAVE" + chunks;
 }
 
-std::string bext(const std::string& description) {
-    std::string body = description;
-    body.resize(602, '\0');
-    return riffChunk("bext", body);
+std::string bext(std::string description) {
+    description.resize(602, '\0');
+    return riffChunk("bext", description);
 }
 
 std::string junk(int count) {
@@ -38,14 +37,10 @@ TEST(BextDescription, IsReadAsTheFieldIsDefined) {
     const Case cases[] = {
         {"plain", "a.wav", wave(bext("Rain")), "Rain"},
         {"upper-case extension", "a.BWF", wave(bext("Rain")), "Rain"},
-        {"another extension", "a.aif", wave(bext("Rain")), Text()},
         {"RF64", "a.rf64", wave(rf64 + bext("Rain"), "RF64"), "Rain"},
         {"BW64", "a.amb", wave(bext("Rain"), "BW64"), "Rain"},
-        {"RIFX", "a.wav", wave(bext("Rain"), "RIFX"), Text()},
-        {"no wave form", "a.wav", wave(bext("Rain"), "RIFF", "AVI "), Text()},
         {"whole field", "a.wav", wave(bext(full + "originator")), full},
         {"trimmed", "a.wav", wave(bext(" \r\n\tRain  on \xC2\xA0\n")), "Rain  on"},
-        {"blank", "a.wav", wave(bext(" \n ")), Text()},
         {"empty", "a.wav", wave(bext("")), Text()},
         {"bad bytes", "a.wav", wave(bext("R\xFF\xC3s \xE2\x82")), "R\uFFFD\uFFFDs \uFFFD"},
         {"short chunk", "a.wav", wave("bext" + le32(4) + "Rain"), "Rain"},
@@ -55,7 +50,6 @@ TEST(BextDescription, IsReadAsTheFieldIsDefined) {
         {"behind 64-bit data", "a.wav", wave("data" + le32(0xFFFFFFFF) + bext("Rain"), "RF64"), Text()},
         {"size past the end", "a.wav", wave("JUNK" + le32(0xFFFFFFF0) + bext("Rain")), Text()},
         {"cut off", "a.wav", wave("").substr(0, 11), Text()},
-        {"nothing behind the form", "a.wav", wave(""), Text()},
     };
     const TempFolder folder;
     for (const Case& c : cases) {
@@ -63,8 +57,6 @@ TEST(BextDescription, IsReadAsTheFieldIsDefined) {
         EXPECT_EQ(RIFFReader::bextDescription(folder / c.name), c.expected) << c.what;
     }
     EXPECT_EQ(RIFFReader::bextDescription(folder / "missing.wav"), Text());
-    std::filesystem::create_directory(folder / "folder.wav");
-    EXPECT_EQ(RIFFReader::bextDescription(folder / "folder.wav"), Text());
 }
 
 }  // namespace

@@ -28,9 +28,6 @@ TEST(StreamThread, LongStreamArrivesWholeWhileItPlays) {
         for (size_t i = 0; i < heard.positions.size(); ++i) {
             ASSERT_NEAR(heard.positions[i], double(i) * 48000 / outputRate, 1e-4);
         }
-        if (outputRate == 48000) {
-            for (size_t i = 0; i < heard.positions.size(); ++i) { ASSERT_EQ(heard.channels[0][i], float(i)); }
-        }
     }
 }
 
@@ -63,32 +60,6 @@ TEST(StreamThread, CancelEndsAnEndlessStream) {
         reader.reset();
         EXPECT_TRUE(waitUntil([&] { return watch.expired() && log.gone; }));
     }
-}
-
-TEST(StreamThread, ReadsNothingWhenCancelledBeforeItStarts) {
-    CountingSource::Log log;
-    auto reader = makeReader(log, 5000, true, 48000);
-    reader->cancel();
-    reader->start();
-    reader.reset();
-    EXPECT_TRUE(waitUntil([&] { return log.gone.load(); }));
-    EXPECT_EQ(log.reads, 0);
-}
-
-TEST(StreamThread, ContinuesAfterThePrefillAndEndsWithTheStream) {
-    CountingSource::Log log;
-    auto reader = makeReader(log, 30000, false, 48000);
-    ASSERT_TRUE(reader->fillOnce());
-    EXPECT_EQ(mn_ring_available(reader->ring()), 4096);
-    reader->start();
-    ASSERT_TRUE(waitUntil([&] { return mn_ring_eof(reader->ring()) != 0; }));
-    Heard heard;
-    heard.take(reader->ring());
-    ASSERT_EQ(heard.positions.size(), 30000U);
-    for (size_t i = 0; i < heard.positions.size(); ++i) { ASSERT_EQ(heard.positions[i], double(i)); }
-    const std::weak_ptr<StreamReader> watch = reader;
-    reader.reset();
-    EXPECT_TRUE(waitUntil([&] { return watch.expired(); })) << "the thread holds on after the end";
 }
 
 }  // namespace

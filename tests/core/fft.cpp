@@ -54,11 +54,6 @@ TEST(FFT, EqualsTheDefiningSumAndComesBackTimesItsSize) {
     }
 }
 
-TEST(FFT, RefusesSizesThatArentPowersOfTwoFromFourUp) {
-    for (const int size : {-4, 0, 1, 2, 3, 12, 1000}) { EXPECT_EQ(mn_fft_create(size), nullptr) << size; }
-    mn_fft_destroy(nullptr);
-}
-
 // Sizes that no other test has planned.
 TEST(FFT, SeveralThreadsMayPlanAtOnce) {
     std::vector<double> worst(4, -400);

@@ -1,4 +1,4 @@
-// The ring: odd capacities against a plain queue, refused sizes, and two threads at once.
+// The ring: odd capacities against a plain queue, and two threads at once.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -51,15 +51,6 @@ int32_t write(mn_ring* ring, const Block& block, int frames) {
 }
 
 }  // namespace
-
-TEST(Ring, RefusesNegativeSizesAndTakesNullToDestroy) {
-    EXPECT_EQ(mn_ring_create(-1, 10), nullptr);
-    EXPECT_EQ(mn_ring_create(1, -10), nullptr);
-    const Ring nothing = makeRing(0, 0);
-    ASSERT_NE(nothing, nullptr);
-    EXPECT_EQ(mn_ring_write_space(nothing.get()), 0);
-    mn_ring_destroy(nullptr);
-}
 
 // Random block sizes, negative ones too, against a queue of frame numbers, at capacities that aren't powers of two.
 TEST(Ring, BehavesAsAQueue) {

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <functional>
-#include <random>
 
 #include "edits/temp_edit_planner.h"
 
@@ -46,17 +45,5 @@ struct HandMade {
     int64_t totalFrames;
     TempEditOptions options;
 };
-
-// Random similarities: of a few values, so that many paths cost the same, or of any.
-inline SimilarityMatrix randomSimilarity(int size, bool few, std::mt19937& random) {
-    SimilarityMatrix out{size, std::vector<double>(size_t(size) * size_t(size), 1)};
-    for (int i = 0; i < size; ++i) {
-        for (int j = 0; j < i; ++j) {
-            const double value = few ? double(random() % 5 + 6) / 10 : std::uniform_real_distribution(0.5, 1.0)(random);
-            out.values[size_t(i * size + j)] = out.values[size_t(j * size + i)] = value;
-        }
-    }
-    return out;
-}
 
 }  // namespace brindlehum::test

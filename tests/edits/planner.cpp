@@ -2,7 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <limits>
+#include <cmath>
 
 #include "hand_made.h"
 
@@ -32,14 +32,7 @@ HandMade song() {
 }
 
 TEST(TempEditPlanner, NamesLengths) {
-    for (const auto& [seconds, name] : {std::pair{15.0, "15s"},
-                                        {59.4, "59s"},
-                                        {59.6, "1m00s"},
-                                        {60, "1m00s"},
-                                        {90, "1m30s"},
-                                        {125, "2m05s"},
-                                        {180, "3m00s"},
-                                        {3725, "62m05s"}}) {
+    for (const auto& [seconds, name] : {std::pair{15.0, "15s"}, {59.6, "1m00s"}, {125, "2m05s"}, {3725, "62m05s"}}) {
         EXPECT_EQ(TempEditPlanner::label(seconds), name);
     }
     for (int kind = 0; kind < 5; ++kind) { EXPECT_EQ(editPlanKind(rawValue(Kind(kind))), Kind(kind)); }
@@ -56,8 +49,6 @@ TEST(TempEditPlanner, CutsTheSections) {
         EXPECT_EQ(plans[i].map, maps[i]);
         EXPECT_EQ(plans[i].spans, Spans{spans[i]});
         EXPECT_EQ(plans[i].kind, i == 1 ? Kind::loop : Kind::piece);
-        EXPECT_FALSE(plans[i].targetSec || plans[i].cutAtSec || plans[i].carryLoopTail);
-        EXPECT_EQ(plans[i].quality, 1);
     }
 }
 
@@ -70,13 +61,10 @@ TEST(TempEditPlanner, LeavesOutMissingSections) {
     };
     const Case cases[] = {
         {{0, 0, 0, 20, 20, 24, 20}, 0, {"Loop", "Ending"}, "Loop b1–b20 (20 bars), wraps seamlessly"},
-        {{0, 0, 0, 24, 20, 24, 24}, 0, {"Loop", "Ending"}, "Loop b1–b24 (24 bars), wraps seamlessly"},
         {{0, 4, 8, 8, 20, 24, 21},
          0.051,
          {"Intro", "Ending", "Sting"},
          "Intro pickup + b1–b4 · cut on the downbeat of b5"},
-        {{0, 4, 8, 8, 20, 24, 21}, 0.05, {"Intro", "Ending", "Sting"}, "Intro b1–b4 · cut on the downbeat of b5"},
-        {{4.0, 2, 8, 7, 20, 18, 19}, 0, {"Ending"}, "Ending b21–b21 + ring-out"},
         {{3.74, 2, 8, 7, 20, 24, 19}, 0, {"Intro", "Ending"}, "Intro b1–b2 · cut on the downbeat of b3"},
         {{3.75, 2, 8, 7, 20, 24, 19}, 0, {"Ending"}, "Ending b21–b24 + ring-out"},
         {{0, 21, 8, 10, 20, 24, 23}, 0, {}, ""},
@@ -90,8 +78,6 @@ TEST(TempEditPlanner, LeavesOutMissingSections) {
         EXPECT_EQ(plans.empty() ? "" : plans[0].map, firstMap);
         for (const auto& plan : plans) { EXPECT_EQ(plan.carryLoopTail, plan.kind == Kind::loop && pins.loopEnd >= 24); }
     }
-    HandMade brief(1);
-    EXPECT_TRUE(brief.plans().empty()) << "a single bar";
 }
 
 TEST(TempEditPlanner, CutsDownBetweenSimilarBars) {
@@ -106,12 +92,8 @@ TEST(TempEditPlanner, CutsDownBetweenSimilarBars) {
     EXPECT_EQ(shorter.spans, (Spans{{0, 8 * bar}, {16 * bar, 24 * bar}})) << "of equal jumps the last";
     EXPECT_EQ(shorter.map, "b1–8 ↷ b17–24 + ring");
     EXPECT_NEAR(shorter.quality, 0.9, 1e-12);
-    EXPECT_EQ(shorter.targetSec, 33);
     EXPECT_FALSE(shorter.cutAtSec) << "there is nothing past 32 s";
-    EXPECT_EQ(shorter.fadeInFrames + shorter.fadeOutFrames, 0);
     EXPECT_EQ(plans[5].spans, (Spans{{0, 24 * bar}}));
-    EXPECT_EQ(plans[5].map, "b1–24 + ring");
-    EXPECT_EQ(plans[5].quality, 1);
     EXPECT_EQ(plans[6].kind, Kind::backtimed) << "intro and ending alone take 16 s";
 }
 
@@ -133,7 +115,7 @@ TEST(TempEditPlanner, BacktimesLengthsWithoutAGoodPath) {
     piece.alike([](int, int) { return 0.79; });
     piece.structure.pins.loopEnd = 0;
     piece.structure.pins.startTime = 1;
-    piece.options.targets = {33, 14.5, 0.5, -3, std::numeric_limits<double>::quiet_NaN()};
+    piece.options.targets = {33, 14.5, 0.5, -3, NAN};
     const auto plans = piece.plans();
     ASSERT_THAT(namesOf(plans), ElementsAre("Intro", "Ending", "Sting", "33s", "15s"));
     EXPECT_EQ(plans[3].spans, (Spans{{8 * bar, 24 * bar}}));
@@ -142,8 +124,6 @@ TEST(TempEditPlanner, BacktimesLengthsWithoutAGoodPath) {
     for (size_t i : {3, 4}) {
         EXPECT_EQ(plans[i].kind, Kind::backtimed);
         EXPECT_EQ(plans[i].fadeInFrames, 480);
-        EXPECT_EQ(plans[i].quality, 1);
-        EXPECT_FALSE(plans[i].cutAtSec);
     }
     // A ring-out of 3 seconds counts as one, so the edit starts a bar later, and is then longer than its target.
     piece.totalFrames += int64_t(3) * 48000;
@@ -151,27 +131,14 @@ TEST(TempEditPlanner, BacktimesLengthsWithoutAGoodPath) {
     EXPECT_EQ(piece.plan("15s").cutAtSec, 14.5);
 }
 
-TEST(TempEditPlanner, KeepsACostlierPathAfterAnIntroAndWhenExtending) {
-    // Jumps cost 0.35 + 0.1: too much for 0.2 without an intro, within 0.45 after one.
-    for (const int introEnd : {0, 4}) {
-        HandMade piece = song();
-        piece.structure.pins.introEnd = introEnd;
-        piece.structure.pins.loopEnd = 0;
-        piece.options.targets = {32};
-        piece.options.extended = 64;
-        EXPECT_EQ(piece.plan("32s").kind, introEnd == 0 ? Kind::backtimed : Kind::cutdown) << introEnd;
-        const EditPlan longer = piece.plan("1m04s extended");
-        EXPECT_EQ(longer.kind, Kind::extended) << introEnd;
-        EXPECT_EQ(longer.spans.size(), 2U) << introEnd;
-    }
-}
-
 TEST(TempEditPlanner, ExtendsOnlyPiecesThatAreClearlyShorter) {
-    for (const auto& [bars, extended, asked] : {std::tuple{24, 50.1, true},
-                                                {24, 50.0, false},
-                                                {15, 60.0, true},
-                                                {14, 60.0, false},
-                                                {24, std::numeric_limits<double>::infinity(), false}}) {
+    struct Case {
+        int bars;
+        double extended;
+        bool asked;
+    };
+    for (const auto& [bars, extended, asked] :
+         {Case{24, 50.1, true}, {24, 50.0, false}, {15, 60.0, true}, {14, 60.0, false}, {24, INFINITY, false}}) {
         HandMade piece(bars);
         piece.structure.pins = {0, 0, 0, bars, bars, bars, bars, false};
         piece.options.extended = extended;
@@ -206,20 +173,6 @@ TEST(TempEditPlanner, FadesALoopFileOut) {
         EXPECT_EQ(plans[i].fadeOutFrames, bar);
         EXPECT_FALSE(plans[i].cutAtSec);
     }
-}
-
-TEST(JumpTable, SetsItsThresholdByTheBody) {
-    HandMade piece(12);
-    piece.alike([](int i, int j) { return i < 2 || j > 9 ? 1.0 : 0.8 + 0.01 * (j - i); });
-    const auto thresholdOf = [&piece](int from, int to) {
-        return JumpTable(piece.structure.similarity, Pins{0, from, 0, 0, to}).threshold;
-    };
-    // Bars 2 to 9: 42 ordered pairs two or more apart, twelve each of distance 2, ten of 3, ... two of 7; the 35th of
-    // them lies at distance 5.
-    EXPECT_NEAR(thresholdOf(2, 10), 0.85, 1e-12);
-    EXPECT_NEAR(thresholdOf(2, 5), 0.82, 1e-12);
-    EXPECT_EQ(thresholdOf(2, 4), 0.8) << "no pair to learn from";
-    EXPECT_EQ(thresholdOf(0, 99), 1) << "cut to the bars there are";
 }
 
 TEST(JumpTable, WeighsBothSidesOfAJump) {

@@ -104,20 +104,14 @@ TEST_F(Loading, ADragDeliversTheFileItself) {
 }
 
 TEST(LaneLabels, NameTheChannels) {
-    const struct {
-        int channels;
-        SourceFormat format;
-        std::vector<std::string> labels;
-    } cases[] = {
-        {1, SourceFormat::mono(), {""}},
-        {2, SourceFormat::stereo(), {"L", "R"}},
-        {4, SourceFormat::ambisonic(1, AmbiNorm::sn3d), {"W", "Y", "Z", "X"}},
-        {5, SourceFormat::ambisonic(1, AmbiNorm::fuma), {"W", "X", "Y", "Z"}},
-        {9, SourceFormat::ambisonic(2, AmbiNorm::n3d), {"W", "Y", "Z", "X", "4", "5", "6", "7", "8"}},
-        {3, SourceFormat::discrete(3), {"1", "2", "3"}},
-        {8, SourceFormat::speakers(speakers(LayoutID::l71)), {"L", "R", "C", "LFE", "Lss", "Rss", "Lrs", "Rrs"}},
-    };
-    for (const auto& c : cases) { EXPECT_EQ(laneLabels(c.format, c.channels), c.labels) << c.format.displayName(); }
+    using Labels = std::vector<std::string>;
+    const auto l71 = SourceFormat::speakers(speakers(LayoutID::l71));
+    EXPECT_EQ(laneLabels(SourceFormat::mono(), 1), Labels{""});
+    EXPECT_EQ(laneLabels(SourceFormat::ambisonic(1, AmbiNorm::fuma), 5), (Labels{"W", "X", "Y", "Z"}));
+    EXPECT_EQ(laneLabels(SourceFormat::ambisonic(2, AmbiNorm::n3d), 9),
+              (Labels{"W", "Y", "Z", "X", "4", "5", "6", "7", "8"}));
+    EXPECT_EQ(laneLabels(SourceFormat::discrete(3), 3), (Labels{"1", "2", "3"}));
+    EXPECT_EQ(laneLabels(l71, 8), (Labels{"L", "R", "C", "LFE", "Lss", "Rss", "Lrs", "Rrs"}));
 }
 
 }  // namespace

@@ -87,14 +87,12 @@ TEST(MixBuilder, PutsSourcesOnDeviceChannels) {
         {"a device of four loses the surrounds",
          {l51, 6, room(LayoutID::l51), 4},
          {{{0, 0}, 1}, {{1, 1}, 1}, {{2, 2}, 1}, {{3, 3}, 1}}},
-        {"a device of no channels counts as one", {.device = 0}, {{{0, 0}, 1}}},
         {"mono to the centre", {mono, 1, room(LayoutID::l51), 8, plain, {}, true}, {{{2, 0}, 1}}},
         {"stereo on headphones", to(headphones(3, 1), 4), {{{3, 0}, 1}, {{1, 1}, 1}}},
         {"side on the right ear",
          {.profile = headphones(), .listen = ListenMode::midSide},
          {{{0, 0}, g3}, {{0, 1}, g3}, {{1, 0}, g3}, {{1, 1}, -g3}}},
         {"an ear beyond the device", to(headphones(0, 2)), {{{0, 0}, 1}}},
-        {"an ear that is off", to(headphones(-1, 0)), {{{0, 1}, 1}}},
         {"headphones have no centre", {mono, 1, headphones(), 2, plain, {}, true}, {{{0, 0}, g3}, {{1, 0}, g3}}},
         {"two surrounds fold to the ears",
          {.source = SourceFormat::speakers({Ls, Rs}), .profile = headphones()},
@@ -104,11 +102,8 @@ TEST(MixBuilder, PutsSourcesOnDeviceChannels) {
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         const MixConfig config = c.ask.config();
-        expectMatrix(config, std::max(c.ask.device, 1), c.ask.channels, c.gains);
+        expectMatrix(config, c.ask.device, c.ask.channels, c.gains);
         EXPECT_FALSE(config.toBinaural);
-        EXPECT_EQ(std::pair(config.binLeft, config.binRight), std::pair(0, 1));
-        EXPECT_TRUE(config.virtualDirections.empty());
-        EXPECT_FALSE(config.upmix.has_value());
     }
 }
 
@@ -119,14 +114,11 @@ TEST(MixBuilder, SendsBedsAndAmbisonicsToVirtualSpeakers) {
     EXPECT_TRUE(bed.toBinaural);
     EXPECT_EQ(std::pair(bed.binLeft, bed.binRight), std::pair(4, 7));
     EXPECT_EQ(bed.virtualDirections, (std::vector<Direction>{{30, 0}, {0, 0}, {-30, 0}, {110, 0}, {-110, 0}, {0, 0}}));
-    expectMatrix(Ask{film, 4, headphones(), 2}.config(), 6, 4, {{{0, 0}, 1}, {{1, 1}, 1}, {{2, 2}, 1}, {{3, 3}, 1}});
 
     // A frontal plane wave, turned left by the rotation, must come from the virtual speaker at the left.
     const MixConfig field =
         Ask{SourceFormat::ambisonic(1, AmbiNorm::fuma), 4, headphones(), 2, ListenMode::normal, {.yaw = 90}}.config();
-    ASSERT_EQ(field.rows, 26);
     ASSERT_EQ(field.virtualDirections.size(), 26U);
-    EXPECT_TRUE(field.toBinaural);
     const double wave[] = {std::sqrt(0.5), 1, 0, 0};  // W X Y Z
     std::vector<double> axes;                         // front, back, left, right, up, down
     for (size_t r = 0; r < 6; ++r) {
@@ -141,34 +133,20 @@ TEST(MixBuilder, SendsBedsAndAmbisonicsToVirtualSpeakers) {
 TEST(MixBuilder, PlansAnUpmixThatIsRequestedAndApplies) {
     const UpmixSettings on = {.enabled = true, .preset = UpmixPreset::hall, .params = {.strength = 0.3}};
     const UpmixSettings off = {};
-    const SpeakerList pair = {L, R};
-    const auto& l714 = speakers(LayoutID::l714);
-
-    Ask ask = {.profile = room(LayoutID::l714, {11, 10, 9, 8, 7, 6, 5, 4, 3, 2, 1}, {-6.0206}),
-               .device = 12,
-               .listen = ListenMode::mono,
-               .upmix = on};
+    const Ask ask = {.profile = room(LayoutID::l714, {11, 10, 9, 8, 7, 6, 5, 4, 3, 2, 1}, {-6.0206}),
+                     .device = 12,
+                     .listen = ListenMode::mono,
+                     .upmix = on};
     const MixConfig onSpeakers = ask.config();
     Gains mirror = {{{11, 0}, 0.5}, {{11, 11}, 1}};
     for (int i = 1; i < 11; ++i) { mirror[{11 - i, i}] = 1; }
     expectMatrix(onSpeakers, 12, 12, mirror);
-    EXPECT_EQ(onSpeakers.upmix, (UpmixRequest{pair, l714, on.params}));
-    EXPECT_EQ(onSpeakers.upmixOffset, 0);
-    EXPECT_FALSE(onSpeakers.toBinaural);
-
-    ask = {.profile = headphones(2, 3), .device = 4, .upmix = on};
-    const MixConfig onHeadphones = ask.config();
-    ASSERT_EQ(onHeadphones.virtualDirections.size(), 12U);
-    EXPECT_EQ(onHeadphones.virtualDirections[4], (Direction{90, 0}));
-    EXPECT_EQ(onHeadphones.matrix[3 * 12 + 3], 0.5F);
-    EXPECT_EQ(onHeadphones.upmix, (UpmixRequest{pair, l714, on.params}));
-    EXPECT_EQ(std::pair(onHeadphones.binLeft, onHeadphones.binRight), std::pair(2, 3));
+    EXPECT_EQ(onSpeakers.upmix, (UpmixRequest{{L, R}, speakers(LayoutID::l714), on.params}));
 
     // An upmix that doesn't apply leaves the configuration of no upmix.
     const Ask notApplicable[] = {
         {.upmix = on},  // no speaker to fill
         {.profile = room(LayoutID::l51), .device = 6, .upmix = off},
-        {.source = SourceFormat::mono(), .channels = 1, .profile = room(LayoutID::l51), .device = 6, .upmix = on},
         {.source = SourceFormat::discrete(2), .profile = headphones(), .upmix = on},
         {.channels = 3, .profile = room(LayoutID::l51), .device = 6, .upmix = on},  // more channels than speakers
     };

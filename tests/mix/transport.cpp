@@ -58,10 +58,11 @@ TEST_F(Playing, AnOvertakenStartIsAbandonedAndWaitingOnesOpenNothing) {
     load(file("a.wav"));
     std::atomic<int> opened = 0;
     std::atomic<bool> abandoned = false;
+    std::atomic<bool> allWait = false;
     open_ = [&](const auto& path, const auto& stop) {
         if (++opened == 1) {
             const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-            while (!stop() && std::chrono::steady_clock::now() < limit) { std::this_thread::yield(); }
+            while (!(stop() && allWait) && std::chrono::steady_clock::now() < limit) { std::this_thread::yield(); }
             abandoned = stop();
         }
         return Transport::openFile(path, stop);
@@ -69,6 +70,7 @@ TEST_F(Playing, AnOvertakenStartIsAbandonedAndWaitingOnesOpenNothing) {
     transport().seek(1);
     while (opened == 0) { std::this_thread::yield(); }
     for (int64_t i = 1; i <= 90; ++i) { transport().seek(100 * i); }
+    allWait = true;
     settle();
     EXPECT_TRUE(abandoned);
     EXPECT_EQ(opened, 2) << "the one that ran, and the last";
@@ -83,15 +85,6 @@ TEST_F(Playing, AStreamThatPlaysReadsOnWhileTheNextOneOpens) {
     EXPECT_EQ(message(), "too far");
     pumpUntil([&] { return engine_.ctx().position() > 200000; });  // more than the ring holds
     EXPECT_TRUE(transport().isPlaying());
-}
-
-TEST_F(Playing, AStopVoidsAStartThatIsUnderWay) {
-    load(file("a.wav"));
-    player_->play(std::nullopt);
-    player_->stopAndReturn();
-    settle();
-    EXPECT_FALSE(transport().isPlaying());
-    EXPECT_FALSE(engine_.isRunning());
 }
 
 TEST_F(Playing, LoopsTheSelectionOrTheWholeFile) {
@@ -197,13 +190,6 @@ TEST_F(Playing, PlaysOnWhereItWasWhenTheDeviceChanges) {
     audio_.setDefault(1);
     play();
     EXPECT_TRUE(transport().isPlaying());
-
-    player_->stopAndReturn();
-    audio_.setOutputs({{5, "rest", "At rest", 4}});
-    audio_.setDefault(5);
-    settle();
-    EXPECT_FALSE(transport().isPlaying()) << "a change at rest starts nothing";
-    EXPECT_EQ(engine_.deviceChannels(), 4);
 }
 
 TEST_F(Playing, AProfileOfAnotherDeviceTakesARunningOrStartingStreamAlong) {

@@ -26,31 +26,6 @@ std::vector<std::vector<Direction>> rooms() {
     return out;
 }
 
-TEST(VBAP, EveryTriangleIsAFaceOfTheHullWithItsInverse) {
-    for (const auto& room : rooms()) {
-        const VBAP vbap(room);
-        EXPECT_FALSE(vbap.triangles.empty());
-        for (const auto& triangle : vbap.triangles) {
-            std::array<Vec3, 3> corner;
-            for (size_t i = 0; i < 3; ++i) { corner[i] = vbap.points[size_t(triangle.points[i])]; }
-            Vec3 normal{};  // solves normal . corner = 1 for all three corners
-            for (size_t i = 0; i < 3; ++i) {
-                for (size_t j = 0; j < 3; ++j) {
-                    EXPECT_NEAR(dot(triangle.inverse[i], corner[j]), i == j ? 1 : 0, 1e-9);
-                    normal[j] += triangle.inverse[i][j];
-                }
-            }
-            bool inside = false;
-            bool outside = false;
-            for (const Vec3& p : vbap.points) {
-                inside = inside || dot(normal, p) < 1 - 1e-6;
-                outside = outside || dot(normal, p) > 1 + 1e-6;
-            }
-            EXPECT_FALSE(inside && outside) << "points on both sides of a face";
-        }
-    }
-}
-
 TEST(VBAP, PansIntoTheDirectionWithUnitEnergy) {
     const uint32_t seed = announced(5150);
     int panned = 0;

@@ -1,23 +1,16 @@
 // brindlehum-cli as a child process.
 #include "cli_child.h"
 
-#include <fcntl.h>
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <cstring>
+#include <cstdlib>
 #include <sstream>
-#include <stdexcept>
 
 namespace brindlehum::test {
 namespace {
 
-std::vector<char*> pointers(const std::vector<std::string>& strings) {
-    std::vector<char*> out;
-    for (const std::string& s : strings) { out.push_back(const_cast<char*>(s.c_str())); }
-    out.push_back(nullptr);
-    return out;
+// As the shell reads it back.
+std::string quoted(std::string word) {
+    for (size_t at = 0; (at = word.find('\'', at)) != std::string::npos; at += 4) { word.replace(at, 1, "'\\''"); }
+    return "'" + word + "' ";
 }
 
 std::vector<std::string> lines(const std::string& text) {
@@ -33,24 +26,12 @@ CliResult runCli(const std::vector<std::string>& words, const std::vector<std::s
     const TempFolder folder;
     const auto out = folder / "out";
     const auto err = folder / "err";
-    std::vector<std::string> arguments = {BRINDLEHUM_CLI};
-    arguments.insert(arguments.end(), words.begin(), words.end());
-    std::vector<std::string> variables = environment;
-    for (char** v = environ; *v; ++v) { variables.emplace_back(*v); }
-
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, 1, out.c_str(), O_WRONLY | O_CREAT, 0600);
-    posix_spawn_file_actions_addopen(&actions, 2, err.c_str(), O_WRONLY | O_CREAT, 0600);
-    pid_t child = 0;
-    const int fault =
-        posix_spawn(&child, BRINDLEHUM_CLI, &actions, nullptr, pointers(arguments).data(), pointers(variables).data());
-    posix_spawn_file_actions_destroy(&actions);
-    if (fault != 0) { throw std::runtime_error(std::string("can't start the tool: ") + std::strerror(fault)); }
-    int status = 0;
-    waitpid(child, &status, 0);
-
+    std::string command = "env ";
+    for (const std::string& variable : environment) { command += quoted(variable); }
+    command += quoted(BRINDLEHUM_CLI);
+    for (const std::string& word : words) { command += quoted(word); }
     CliResult result;
+    const int status = std::system((command + "> " + quoted(out) + "2> " + quoted(err)).c_str());
     result.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     result.output = readBytes(out);
     result.errors = lines(readBytes(err));

@@ -15,8 +15,7 @@ namespace {
 TEST(FloatWav, HeaderIsReadAtAnyLength) {
     const test::TempFolder folder;
     const int channels = 16;
-    for (const int64_t frames :
-         {int64_t(1), int64_t(1000), int64_t(67'108'860), int64_t(67'108'864), int64_t(90'000'000)}) {
+    for (const int64_t frames : {int64_t(1), int64_t(67'108'860), int64_t(67'108'864), int64_t(90'000'000)}) {
         const auto path = folder / "long.wav";
         const std::string header = cli::floatWavHeader(channels, 96'000, 0, frames);
         test::writeBytes(path, header);

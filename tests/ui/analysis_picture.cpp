@@ -1,4 +1,4 @@
-// The page of a music analysis, as pixels: beats at their times, long names, and pieces with little to draw.
+// The page of a music analysis, as pixels: beats at their times, and pieces with little to draw.
 #include "ui/picture/analysis_picture.h"
 
 #include <gtest/gtest.h>
@@ -62,31 +62,7 @@ TEST(AnalysisPicture, BeatMarksStandAtTheBeats) {
             found = marks == beats;
         }
         EXPECT_TRUE(found) << size.width();
-        // The waveform is highest there: more ink than between two beats.
-        const double period = 60 / analysis.grid.bpm;
-        const auto ink = [&](double seconds) {
-            int count = 0;
-            for (int row = 0; row < size.height() / 2; ++row) {
-                for (int x = column(seconds); x < column(seconds + period / 4); ++x) {
-                    count += image.pixelColor(x, row) == Theme::lightTheme().waveform.wave;
-                }
-            }
-            return count;
-        };
-        const double beat = analysis.grid.beats[9];
-        EXPECT_GT(ink(beat), 2 * ink(beat + period / 2)) << size.width();
     }
-}
-
-TEST(AnalysisPicture, ALongNameLeavesTheFactsLegible) {
-    const MusicAnalysis analysis = clicks();
-    Content content = contentOf(analysis);
-    const QImage usual = draw(content, Theme::lightTheme());
-    content.name = QString(4000, 'W');
-    const QImage wide = draw(content, Theme::lightTheme());
-    EXPECT_NE(usual.copy(0, 0, 1500, 66), wide.copy(0, 0, 1500, 66));
-    const QRect corner(1600 - 40 - 30, 0, 70, 66);  // the last letters of "facts" and the margin
-    EXPECT_EQ(usual.copy(corner), wide.copy(corner));
 }
 
 TEST(AnalysisPicture, OddPiecesAreDrawnToo) {

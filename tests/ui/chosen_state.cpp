@@ -8,25 +8,19 @@ namespace {
 
 using State = ChosenState;
 
-// The window shows the folder /s with a row for /s/row.wav.
-State::View inFolder() {
-    return {"/s", false, false, [](const State::Path& file) { return file == "/s/row.wav"; }};
-}
-State::View searching() {
-    State::View view = inFolder();
-    view.searching = true;
-    return view;
-}
-State::View listing() {
-    return {"/t", false, true, [](const State::Path&) { return false; }};
-}
-
 TEST(ChosenState, RevealsOnlyWhatThisWindowDidNotAskFor) {
-    const std::vector<BrowserEntry> renamedRows = {{"/s/x.wav", false, {}}, {"/s/new.wav", false, {}}};
-    const std::vector<BrowserEntry> otherRows = {{"/s/x.wav", false, {}}};
-    const State asked{.requested = "/t/a.wav", .loaded = "/s/b.wav"};
-    const State waiting{.revealed = "/t/a.wav"};
-    const State renamed{.renamed = {"/s/new.wav", "/s/too.wav"}};
+    using Path = State::Path;
+    using Rows = std::vector<BrowserEntry>;
+    const Path a = "/t/a.wav", b = "/s/b.wav", c = "/t/c.wav", old = "/s/old.wav", now = "/s/new.wav", x = "/s/x.wav";
+    const Path row = "/s/row.wav";  // the folder /s has it on screen
+    const State::View folder{"/s", false, false, [&](const Path& file) { return file == row; }};
+    const State::View search{"/s", true, false, folder.hasRow};
+    const State::View listing{"/t", false, true, [](const Path&) { return false; }};
+    const Rows renamedRows = {{x, false, {}}, {now, false, {}}};
+    const Rows otherRows = {{x, false, {}}};
+    const State asked{.requested = a, .loaded = b};
+    const State waiting{.revealed = a};
+    const State renamed{.renamed = {now, c}};
     struct Case {
         const char* what;
         State before;
@@ -36,61 +30,31 @@ TEST(ChosenState, RevealsOnlyWhatThisWindowDidNotAskFor) {
         State after;
     };
     const std::vector<Case> cases = {
-        {"a choice is remembered", {}, State::Requested{"/t/a.wav"}, inFolder(), {}, {.requested = "/t/a.wav"}},
-        {"the requested file stays where it is",
+        {"a choice is remembered", {}, State::Requested{a}, folder, {}, {.requested = a}},
+        {"the requested file stays where it is", asked, State::Loaded{a}, folder, {}, {.loaded = a}},
+        {"another opens its folder",
          asked,
-         State::Loaded{"/t/a.wav"},
-         inFolder(),
-         {},
-         {.loaded = "/t/a.wav"}},
-        {"a file from outside opens its folder",
-         asked,
-         State::Loaded{"/t/c.wav"},
-         inFolder(),
+         State::Loaded{c},
+         folder,
          {.openFolder = "/t"},
-         {.loaded = "/t/c.wav", .revealed = "/t/c.wav"}},
-        {"a change of the loaded file's state is none of the file",
-         asked,
-         State::Loaded{"/s/b.wav"},
-         inFolder(),
-         {},
-         asked},
-        {"a row on screen is marked at once",
-         waiting,
-         State::Reveal{"/s/row.wav"},
-         inFolder(),
-         {.mark = "/s/row.wav"},
-         {}},
-        {"a result on screen too", {}, State::Reveal{"/s/row.wav"}, searching(), {.mark = "/s/row.wav"}, {}},
-        {"any other file ends the search",
-         {},
-         State::Reveal{"/s/b.wav"},
-         searching(),
-         {.openFolder = "/s"},
-         {.revealed = "/s/b.wav"}},
-        {"a listed folder without the file has nothing to wait for",
-         waiting,
-         State::Reveal{"/s/b.wav"},
-         inFolder(),
-         {},
-         {}},
-        {"a folder on its way isn't opened again", {}, State::Reveal{"/t/a.wav"}, listing(), {}, waiting},
-        {"rows of a search mark nothing", waiting, State::RowsArrive{otherRows}, searching(), {}, waiting},
-        {"nor do those of an unfinished list", waiting, State::RowsArrive{otherRows}, listing(), {}, waiting},
-        {"a list marks the file once", waiting, State::RowsArrive{otherRows}, inFolder(), {.mark = "/t/a.wav"}, {}},
+         {.loaded = c, .revealed = c}},
+        {"the loaded file's state is none of the file", asked, State::Loaded{b}, folder, {}, asked},
+        {"a row on screen is marked at once", waiting, State::Reveal{row}, folder, {.mark = row}, {}},
+        {"a result on screen too", {}, State::Reveal{row}, search, {.mark = row}, {}},
+        {"any other file ends the search", {}, State::Reveal{b}, search, {.openFolder = "/s"}, {.revealed = b}},
+        {"a listed folder without the file has nothing to wait for", waiting, State::Reveal{b}, folder, {}, {}},
+        {"a folder on its way isn't opened again", {}, State::Reveal{a}, listing, {}, waiting},
+        {"rows of a search mark nothing", waiting, State::RowsArrive{otherRows}, search, {}, waiting},
+        {"nor do those of an unfinished list", waiting, State::RowsArrive{otherRows}, listing, {}, waiting},
+        {"a list marks the file once", waiting, State::RowsArrive{otherRows}, folder, {.mark = a}, {}},
         {"a renamed file is loaded again, without a reveal",
-         {.loaded = "/s/old.wav"},
-         State::Renamed{{{"/s/x.wav", "/s/too.wav"}, {"/s/old.wav", "/s/new.wav"}}},
-         inFolder(),
-         {.load = "/s/new.wav"},
-         {.requested = "/s/new.wav", .loaded = "/s/old.wav", .renamed = renamed.renamed}},
-        {"new names are selected when they arrive",
-         renamed,
-         State::RowsArrive{renamedRows},
-         searching(),
-         {.select = renamed.renamed},
-         {}},
-        {"and waited for until then", renamed, State::RowsArrive{otherRows}, inFolder(), {}, renamed},
+         {.loaded = old},
+         State::Renamed{{{x, c}, {old, now}}},
+         folder,
+         {.load = now},
+         {.requested = now, .loaded = old, .renamed = renamed.renamed}},
+        {"new names are selected", renamed, State::RowsArrive{renamedRows}, search, {.select = renamed.renamed}, {}},
+        {"and waited for until they arrive", renamed, State::RowsArrive{otherRows}, folder, {}, renamed},
     };
     for (const auto& [what, before, event, view, action, after] : cases) {
         SCOPED_TRACE(what);

@@ -4,7 +4,6 @@
 #include <QTest>
 #include <QToolButton>
 
-#include "ui/look/elided_label.h"
 #include "ui/look/menu_button.h"
 #include "ui/look/value_slider.h"
 #include "ui/player/player_view.h"
@@ -47,21 +46,17 @@ struct PlayerViewTest : test::WindowTest {
 };
 
 TEST_F(PlayerViewTest, ControlsAppearForTheFilesThatTheyServe) {
-    for (const QString name : {"Source format", "Listen", "Reset the soundfield", "Drag as", "Drag handle"}) {
-        EXPECT_FALSE(shows(name)) << name.toStdString() << " without a file";
-    }
     EXPECT_FALSE(named(view, "Play")->isEnabled());
     struct Case {
         std::string name;
         int channels;
-        bool listen;
-        bool soundfield;
+        bool listen, soundfield;
         QStringList formats;
     };
     const std::vector<Case> cases = {
         {"mono.wav", 1, false, false, {"*Auto (Mono)", "Mono"}},
         {"stereo.wav", 2, true, false, {"*Auto (Stereo)", "Stereo", "2-ch discrete"}},
-        {"foa_ambix.wav",
+        {"ambix.wav",
          4,
          false,
          true,
@@ -70,9 +65,6 @@ TEST_F(PlayerViewTest, ControlsAppearForTheFilesThatTheyServe) {
     for (const auto& item : cases) {
         SCOPED_TRACE(item.name);
         ASSERT_TRUE(load(file(item.name, item.channels)));
-        EXPECT_TRUE(shows("Output profile"));
-        EXPECT_TRUE(shows("Drag handle"));
-        EXPECT_FALSE(shows("Drag as")) << "one form only";
         EXPECT_EQ(shows("Listen"), item.listen);
         EXPECT_EQ(shows("Reset the soundfield"), item.soundfield);
         EXPECT_EQ(entries("Source format"), item.formats);
@@ -87,13 +79,11 @@ TEST_F(PlayerViewTest, MenusChooseAndShowTheChoice) {
     choose("Source format", 3);  // after Auto, the separator and Stereo
     EXPECT_EQ(player.sound().source(), SourceFormat::discrete(2));
     EXPECT_FALSE(shows("Listen")) << "two discrete channels are no stereo source";
-    EXPECT_EQ(named(view, "Source format")->accessibleName(), "Source format: 2-ch discrete");
     choose("Source format", 0);
     EXPECT_FALSE(player.sound().formatOverride());
     EXPECT_EQ(entries("Output profile"), (QStringList{"*Room 9.1.6", "Nearfield", "Headphones"}));
     choose("Output profile", 2);
     EXPECT_EQ(model.settings().activeProfile().name, "Headphones");
-    EXPECT_EQ(named(view, "Output profile")->accessibleName(), "Output profile: Headphones");
 }
 
 TEST_F(PlayerViewTest, TogglesAndLevelFollowTheModelAndChangeIt) {
@@ -110,9 +100,6 @@ TEST_F(PlayerViewTest, TogglesAndLevelFollowTheModelAndChangeIt) {
     auto* level = named<ValueSlider>(view, "Audition level");
     QTest::keyClick(level, Qt::Key_Left);
     EXPECT_NEAR(player.listening().volumeDB(), -0.5, 1e-9);
-    EXPECT_EQ(level->toolTip(), "Audition level -0.5 dB");
-    QTest::keyClick(level, Qt::Key_Home);
-    EXPECT_NEAR(player.listening().volumeDB(), -40, 1e-9);
     QTest::mouseDClick(level, Qt::LeftButton);
     EXPECT_NEAR(player.listening().volumeDB(), 0, 1e-9);
     player.listening().setVolumeDB(6);
@@ -122,41 +109,23 @@ TEST_F(PlayerViewTest, TogglesAndLevelFollowTheModelAndChangeIt) {
 TEST_F(PlayerViewTest, TheSoundfieldTurnsAndResets) {
     ASSERT_TRUE(load(file("foa_ambix.wav", 4)));
     auto* yaw = named<ValueSlider>(view, "Yaw");
-    const auto turn = [&] {
-        QTest::keyClick(yaw, Qt::Key_End);
-        QTest::keyClick(named<ValueSlider>(view, "Pitch"), Qt::Key_Home);
-        return player.listening().rotation() == Rotation{180, -90, 0};
-    };
-    ASSERT_TRUE(turn());
-    EXPECT_EQ(yaw->parentWidget()->toolTip(),
-              "Soundfield yaw 180°, pitch -90°, roll 0°: double-click Reset to zero all three");
+    QTest::keyClick(yaw, Qt::Key_End);
+    QTest::keyClick(named<ValueSlider>(view, "Pitch"), Qt::Key_Home);
+    EXPECT_EQ(player.listening().rotation(), (Rotation{180, -90, 0}));
     QTest::mouseClick(named(view, "Reset the soundfield"), Qt::LeftButton);
-    EXPECT_EQ(player.listening().rotation(), Rotation{});
-    ASSERT_TRUE(turn());
-    QTest::mouseDClick(named<QLabel>(view, "Soundfield"), Qt::LeftButton);
     EXPECT_EQ(player.listening().rotation(), Rotation{});
     EXPECT_EQ(yaw->value(), 0);
 }
 
-TEST_F(PlayerViewTest, TheHeaderNamesTheFileAndTheDevice) {
-    const QString longName = QString(90, 'x') + "_end.wav";
-    ASSERT_TRUE(load(file(longName.toStdString(), 2)));
-    auto* title = named<ElidedLabel>(view, longName);
-    ASSERT_TRUE(title);
+TEST_F(PlayerViewTest, HeaderNamesFileDeviceAndFault) {
+    ASSERT_TRUE(load(file("take.wav", 2)));
     EXPECT_TRUE(shows(QString::fromStdString(player.sound().info()->summary())));
-    EXPECT_TRUE(shows("on Manual"));
+    EXPECT_TRUE(shows("take.wav"));
     model.settings().change([](AppSettings& s) { s.profiles[0].deviceUID = "gone"; });
     EXPECT_TRUE(shows("on Manual, for the profile's device is unavailable"));
-    view.resize(400, 400);
-    EXPECT_TRUE(title->text().contains("…") && title->text().endsWith("nd.wav")) << title->text().toStdString();
-}
-
-TEST_F(PlayerViewTest, AnUnreadableFileIsReportedUntilTheNextOneLoads) {
     player.load(folder / "missing.wav", false);
     ASSERT_TRUE(loop.runUntil([&] { return player.message().text().has_value(); }));
     EXPECT_TRUE(shows("Can't read missing.wav"));
-    ASSERT_TRUE(load(file("good.wav", 2)));
-    EXPECT_FALSE(shows("Can't read missing.wav"));
 }
 
 TEST_F(PlayerViewTest, TheMouseSelectsAndSeeks) {
@@ -185,21 +154,6 @@ TEST_F(PlayerViewTest, TheMouseSelectsAndSeeks) {
     QTest::mouseRelease(&wave, Qt::LeftButton, {}, {106, 20});
     EXPECT_FALSE(player.transport().selection());
     EXPECT_FALSE(wave.selection()) << "what the model refused isn't shown";
-}
-
-TEST_F(PlayerViewTest, ControlDragTakesTheWholeFile) {
-    ASSERT_TRUE(load(file("out.wav", 2)));
-    std::vector<bool> asked;
-    wave.exportForDrag = [&](bool selectionOnly) -> std::optional<std::filesystem::path> {
-        asked.push_back(selectionOnly);
-        return std::nullopt;
-    };
-    QTest::mousePress(&wave, Qt::LeftButton, Qt::ControlModifier, at(0.5));
-    QTest::mouseMove(&wave, at(0.6));
-    EXPECT_EQ(asked, std::vector<bool>{false});
-    EXPECT_TRUE(std::holds_alternative<WaveformGesture::Idle>(wave.gesture())) << "there was no file to hand over";
-    QTest::mouseRelease(&wave, Qt::LeftButton, {}, at(0.6));
-    EXPECT_FALSE(player.isPlaying());
 }
 
 TEST_F(PlayerViewTest, TheKeyboardMovesThePlayhead) {
@@ -240,12 +194,7 @@ TEST_F(PlayerViewTest, AMovingPlayheadRepaintsAStripOnly) {
     int area = 0;
     for (const QRect& part : watch.painted) { area += part.width() * part.height(); }
     EXPECT_LE(area, 6 * wave.height());
-    player.transport().select(FrameRange{1000, 20000});
-    QCoreApplication::processEvents();
-    EXPECT_EQ(wave.pictureCount(), pictures) << "a selection paints no lanes";
-    wave.resize(wave.width() + 10, wave.height());
-    QCoreApplication::processEvents();
-    EXPECT_EQ(wave.pictureCount(), pictures + 1);
+    EXPECT_EQ(wave.pictureCount(), pictures) << "the lanes stay";
 }
 
 }  // namespace

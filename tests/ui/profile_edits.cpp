@@ -23,9 +23,6 @@ TEST(ProfileEdits, ShortListsReadSequentiallyAndGrowOnlyAsFarAsWritten) {
     profile.layout = LayoutID::l51;
     profile.outputs = {4, 5};
     profile.trimsDB = {-3};
-    EXPECT_EQ(outputOf(profile, 1), 5);
-    EXPECT_EQ(outputOf(profile, 5), 5);
-    EXPECT_EQ(trimOf(profile, 0), -3);
     EXPECT_EQ(trimOf(profile, 3), 0);
     setOutput(profile, 3, offChannel);
     EXPECT_EQ(profile.outputs, (std::vector{4, 5, 2, -1}));
@@ -34,23 +31,9 @@ TEST(ProfileEdits, ShortListsReadSequentiallyAndGrowOnlyAsFarAsWritten) {
     setSequential(profile);
     EXPECT_EQ(profile.outputs, (std::vector{0, 1, 2, 3, 4, 5}));
     EXPECT_EQ(profile.trimsDB.size(), 3u) << "the trims stay";
-    setLayout(profile, LayoutID::l51);
-    EXPECT_EQ(profile.trimsDB.size(), 3u) << "the same layout changes nothing";
     setLayout(profile, LayoutID::stereo);
     EXPECT_EQ(profile.outputs, (std::vector{0, 1}));
     EXPECT_EQ(profile.trimsDB, (std::vector{0.0, 0.0}));
-}
-
-TEST(ProfileEdits, PickersCountTheChannelsOfTheDeviceOrTheDefaultOne) {
-    const std::vector<AudioOutputDevice> devices = {{7, "desk", "Desk", 16}};
-    for (const auto& [uid, count] : {std::pair("", 2), std::pair("desk", 16), std::pair("unplugged", 2)}) {
-        OutputProfile profile;
-        if (*uid) { profile.deviceUID = uid; }
-        EXPECT_EQ(channelCount(profile, devices, 2), count) << uid;
-    }
-    EXPECT_EQ(pickerRows(2, 5), 6);
-    EXPECT_EQ(pickerRows(16, 5), 16);
-    EXPECT_EQ(pickerRows(0, offChannel), 0);
 }
 
 struct OutputsForm : testing::Test {
@@ -93,9 +76,6 @@ TEST_F(OutputsForm, EveryFieldIsStoredAtOnce) {
     auto* trim = named<TrimStepper>("Trim of L");
     trim->stepBy(-3);
     EXPECT_EQ(profile(0).trimsDB[0], -1.5);
-    EXPECT_EQ(trim->text(), "-1.5 dB");
-    trim->stepBy(-200);
-    EXPECT_EQ(profile(0).trimsDB[0], -24);
     pick("Layout", "5.1");
     EXPECT_EQ(profile(0).layout, LayoutID::l51);
     EXPECT_EQ(profile(0).outputs.size(), 6u);
@@ -117,9 +97,8 @@ TEST_F(OutputsForm, ShowingAProfileWritesNothingAndHidesNoValue) {
     form.show();
     EXPECT_EQ(named<QComboBox>("Device")->currentData().toString(), "gone");
     EXPECT_EQ(named<QComboBox>("Output of L")->count(), 17);
-    const std::vector<std::pair<QString, QString>> shown = {{"L", "Out 4"}, {"C", "Out 31"}, {"LFE", "Out 4"}};
-    for (const auto& [speaker, output] : shown) {
-        EXPECT_EQ(named<QComboBox>("Output of " + speaker)->currentText(), output);
+    for (const auto& [speaker, output] : {std::pair("L", "Out 4"), {"C", "Out 31"}, {"LFE", "Out 4"}}) {
+        EXPECT_EQ(named<QComboBox>(QString("Output of ") + speaker)->currentText(), output);
     }
     EXPECT_EQ(defaults.writes, writes);
 }

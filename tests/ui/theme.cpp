@@ -4,10 +4,8 @@
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QGuiApplication>
-#include <QImage>
 
 #include "desktop_bus.h"
-#include "ui/look/icons.h"
 #include "ui/look/theme.h"
 #include "ui/look/theme_controller.h"
 
@@ -64,20 +62,6 @@ TEST(Theme, FollowsTheDesktopPortal) {
         EXPECT_EQ(QGuiApplication::palette().color(QPalette::Window), Theme::current().window);
     }
     ThemeController().apply(before);
-}
-
-TEST(Icons, EverySymbolIsDrawn) {
-    for (const char* name : {"play", "stop", "loop", "autoplay", "drag", "level", "speakers", "headphones", "folder",
-                             "file", "up", "plus", "minus", "clear", "warning", "channels", "listen"}) {
-        const QImage image = symbol(name).pixmap(32, 32).toImage().convertToFormat(QImage::Format_ARGB32);
-        int inked = 0;
-        for (int y = 0; y < image.height(); ++y) {
-            for (int x = 0; x < image.width(); ++x) { inked += qAlpha(image.pixel(x, y)) > 128 ? 1 : 0; }
-        }
-        EXPECT_GT(inked, 20) << name;
-        EXPECT_LT(inked, 800) << name;
-    }
-    EXPECT_FALSE(applicationIcon().isNull());
 }
 
 }  // namespace

