@@ -38,10 +38,7 @@ bool Background::Line::isBusy() const {
     return newest_ && !newest_->back && !newest_->isDropped();
 }
 
-Background::Background(MainLoop& loop, const std::string& label)
-    : loop_(loop), own_(std::make_unique<WorkerPool>(1, label)), pool_(*own_) {}
-
-Background::Background(MainLoop& loop, WorkerPool& pool) : loop_(loop), pool_(pool) {}
+Background::Background(MainLoop& loop, const std::string& label) : loop_(loop), queue_(label) {}
 
 Background::~Background() {
     // The newest first, so that no waiting work begins when the work in hand ends.
@@ -67,7 +64,7 @@ void Background::start(Line* line, std::unique_ptr<Job> ourJob) {
         line->cancel();
         line->newest_ = ticket;
     }
-    pool_.async([ticket, open = open_, &loop = loop_, job = std::shared_ptr(std::move(ourJob))]() mutable {
+    queue_.async([ticket, open = open_, &loop = loop_, job = std::shared_ptr(std::move(ourJob))]() mutable {
         if (ticket->begin()) {
             job->work(Task(loop, ticket));
             if (ticket->isDropped()) { job->forget(); }

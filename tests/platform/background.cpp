@@ -164,19 +164,6 @@ TEST_F(BackgroundWork, CallbacksMayDestroyTheirOwner) {
     EXPECT_THAT(said_, ElementsAre("last"));
 }
 
-TEST_F(BackgroundWork, OwnersDoNotWaitForASharedPool) {
-    WorkerPool pool(2);
-    Gate gate;
-    {
-        Background shared(loop_, pool);
-        shared.run([&] { gate.wait(); }, [] { FAIL(); });
-        gate.untilEntered();
-    }
-    gate.open();
-    pool.drain();
-    loop_.drain();
-}
-
 // For the thread sanitizer: a line that is asked anew at every stage of the work before.
 TEST_F(BackgroundWork, OnlyTheNewestQuestionIsAnswered) {
     int newest = 0, answered = 0;

@@ -73,9 +73,6 @@ public:
 
     // Owns a thread of this name, on which the work runs in the order given.
     Background(MainLoop& loop, const std::string& label);
-    // Runs the work on a pool that others use too. Destruction doesn't wait then, so that such work must own all that
-    // it uses; its callbacks may still hold `this`.
-    Background(MainLoop& loop, WorkerPool& pool);
     ~Background();
     Background(const Background&) = delete;
     Background& operator=(const Background&) = delete;
@@ -107,11 +104,10 @@ public:
     void dropWaiting();
     // How much work hasn't come back to the main thread, overtaken work included.
     int pending() const;
-    // Returns when all work given before has run (of a shared pool: all its jobs). The results still have to come
-    // back through the main loop.
-    void drain() { pool_.drain(); }
+    // Returns when all work given before has run. The results still have to come back through the main loop.
+    void drain() { queue_.drain(); }
     // The same, but gives up after `patience` seconds: false then.
-    bool drainFor(double patience) { return pool_.drainFor(patience); }
+    bool drainFor(double patience) { return queue_.drainFor(patience); }
 
 private:
     class Ticket {
@@ -145,8 +141,7 @@ private:
     using Tickets = std::vector<std::shared_ptr<Ticket>>;
     MainLoop& loop_;
     std::shared_ptr<Tickets> open_ = std::make_shared<Tickets>();  // main thread; of work that hasn't come back
-    std::unique_ptr<WorkerPool> own_;                              // null: the pool is another's
-    WorkerPool& pool_;
+    SerialQueue queue_;
 };
 
 template <class Work, class Done, class Failed>
