@@ -1,8 +1,6 @@
 // The tickets behind Background: each piece of work has one, on which the main thread notes that it was overtaken.
 #include "platform/background.h"
 
-#include <ranges>
-
 namespace brindlehum {
 
 bool Background::Ticket::begin() {
@@ -42,7 +40,7 @@ Background::Background(MainLoop& loop, const std::string& label) : loop_(loop), 
 
 Background::~Background() {
     // The newest first, so that no waiting work begins when the work in hand ends.
-    for (const auto& ticket : *open_ | std::views::reverse) { ticket->drop(); }
+    for (auto ticket = open_->rbegin(); ticket != open_->rend(); ++ticket) { (*ticket)->drop(); }
 }
 
 void Background::stop() {
