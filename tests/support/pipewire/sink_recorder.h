@@ -3,7 +3,11 @@
 
 #include <pipewire/filter.h>
 
+#include <algorithm>
 #include <atomic>
+#include <chrono>
+#include <mutex>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -15,8 +19,53 @@ namespace brindlehum::test {
 // sink's clock running, so that playback is recorded from its first block.
 class SinkRecorder {
 public:
-    SinkRecorder(const std::string& sink, int channels, double seconds);
-    ~SinkRecorder();
+    SinkRecorder(const std::string& sink, int channels, double seconds)
+        : planes_(size_t(channels), std::vector<float>(size_t(seconds * 48000))) {
+        static pw_filter_events events{};
+        events.version = PW_VERSION_FILTER_EVENTS;
+        events.process = [](void* data, spa_io_position* position) {
+            if (position) { static_cast<SinkRecorder*>(data)->process(uint32_t(position->clock.duration)); }
+        };
+        const std::lock_guard guard(client_);
+        filter_ = pw_filter_new(client_.core(), "recorder",
+                                pw_properties_new(PW_KEY_MEDIA_TYPE, "Audio", PW_KEY_MEDIA_CATEGORY, "Capture",
+                                                  PW_KEY_MEDIA_ROLE, "DSP", PW_KEY_NODE_NAME, "recorder", nullptr));
+        pw_filter_add_listener(filter_, &hook_, &events, this);
+        for (int c = 0; c < channels; ++c) {
+            const std::string name = "input_" + std::to_string(c);
+            ports_.push_back(pw_filter_add_port(filter_, SPA_DIRECTION_INPUT, PW_FILTER_PORT_FLAG_MAP_BUFFERS,
+                                                sizeof(void*),
+                                                pw_properties_new(PW_KEY_FORMAT_DSP, "32 bit float mono audio",
+                                                                  PW_KEY_PORT_NAME, name.c_str(), nullptr),
+                                                nullptr, 0));
+        }
+        pw_filter_connect(filter_, PW_FILTER_FLAG_RT_PROCESS, nullptr, 0);
+        const uint32_t from = client_.waitForNode(sink);
+        std::vector<uint32_t> inputs;
+        client_.waitFor("the recorder's ports", [&] {
+            inputs = client_.ports(pw_filter_get_node_id(filter_), "in");
+            return inputs.size() == size_t(channels);
+        });
+        const std::vector<uint32_t> monitors = client_.ports(from, "out");
+        for (size_t c = 0; c < inputs.size(); ++c) {
+            pw_properties* properties = pw_properties_new(nullptr, nullptr);
+            pw_properties_setf(properties, PW_KEY_LINK_OUTPUT_NODE, "%u", from);
+            pw_properties_setf(properties, PW_KEY_LINK_OUTPUT_PORT, "%u", monitors.at(c));
+            pw_properties_setf(properties, PW_KEY_LINK_INPUT_NODE, "%u", pw_filter_get_node_id(filter_));
+            pw_properties_setf(properties, PW_KEY_LINK_INPUT_PORT, "%u", inputs[c]);
+            links_.push_back(static_cast<pw_proxy*>(pw_core_create_object(
+                client_.core(), "link-factory", PW_TYPE_INTERFACE_Link, PW_VERSION_LINK, &properties->dict, 0)));
+            pw_properties_free(properties);
+        }
+        const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+        while (frames_ == 0) {
+            client_.sync();
+            if (std::chrono::steady_clock::now() > limit) {
+                throw std::runtime_error("PipeWire: no sound from " + sink);
+            }
+        }
+    }
+    ~SinkRecorder() { stop(); }
     SinkRecorder(const SinkRecorder&) = delete;
     SinkRecorder& operator=(const SinkRecorder&) = delete;
 
@@ -25,10 +74,37 @@ public:
     // Frames of the blocks in which not every sample was 0. Any thread.
     size_t soundingFrames() const { return sounding_; }
     // Ends the recording and gives a plane a channel.
-    std::vector<std::vector<float>> stop();
+    std::vector<std::vector<float>> stop() {
+        const std::lock_guard guard(client_);
+        if (filter_) {
+            for (pw_proxy* link : links_) { pw_proxy_destroy(link); }
+            pw_filter_destroy(filter_);
+            filter_ = nullptr;
+            for (auto& plane : planes_) { plane.resize(std::min(plane.size(), frames_.load())); }
+        }
+        return planes_;
+    }
 
 private:
-    void process(uint32_t count);
+    void process(uint32_t count) {
+        std::vector<const float*> sources;
+        sources.reserve(ports_.size());
+        for (void* port : ports_) {
+            sources.push_back(static_cast<const float*>(pw_filter_get_dsp_buffer(port, count)));
+        }
+        // Records from the moment when all links are up.
+        if (frames_ == 0 && std::ranges::count(sources, nullptr) > 0) { return; }
+        const size_t start = frames_;
+        const size_t taken = std::min<size_t>(count, planes_[0].size() - start);
+        bool sounds = false;
+        for (size_t c = 0; c < sources.size(); ++c) {
+            if (!sources[c]) { continue; }
+            std::copy_n(sources[c], taken, planes_[c].begin() + long(start));
+            sounds = sounds || std::any_of(sources[c], sources[c] + taken, [](float x) { return x != 0; });
+        }
+        if (sounds) { sounding_ += taken; }
+        frames_ = start + taken;
+    }
     PipeWireClient client_;
     pw_filter* filter_ = nullptr;
     spa_hook hook_{};

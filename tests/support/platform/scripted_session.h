@@ -10,10 +10,9 @@ namespace brindlehum {
 
 class ScriptedFileManager : public FileManager {
 public:
-    void openFolder(const std::filesystem::path& folder) override { opened.push_back(folder); }
+    void openFolder(const std::filesystem::path&) override {}
     void reveal(const std::vector<std::filesystem::path>& items) override { shown = items; }
-    std::vector<std::filesystem::path> opened;  // all of them
-    std::vector<std::filesystem::path> shown;   // by the last request
+    std::vector<std::filesystem::path> shown;  // by the last request
 };
 
 class ScriptedSession : public Session {
