@@ -1,4 +1,4 @@
-// EngineSeat: whose sound plays when two share the engine, and who hears of the device.
+// EngineSeat: whose sound plays when two share the engine.
 #include "mix/engine/engine_seat.h"
 
 #include "playback_fixture.h"
@@ -9,10 +9,9 @@ namespace {
 // The player, and a second owner beside it as the editor will be.
 class Seats : public test::PlayerTest {
 protected:
-    int changes_ = 0;
     int losses_ = 0;
-    std::unique_ptr<EngineSeat> other_ = std::make_unique<EngineSeat>(
-        engine_, EngineSeat::Calls{[this] { ++changes_; }, nullptr, [this] { ++losses_; }});
+    std::unique_ptr<EngineSeat> other_ =
+        std::make_unique<EngineSeat>(engine_, EngineSeat::Calls{nullptr, nullptr, [this] { ++losses_; }});
 
     void otherPlays() {
         other_->take();
@@ -67,19 +66,6 @@ TEST_F(Seats, TakingTheSeatBringsTheFormerOwnerToRest) {
     EXPECT_FALSE(transport().isPlaying()) << "a start under way is void";
     pump(1);
     EXPECT_EQ(audio_.pump(block)[0], std::vector<float>(block, 0)) << "no sound outlasts its owner";
-}
-
-TEST_F(Seats, ADeviceChangeReachesTheSeatThatIsTaken) {
-    load(file("a.wav"), true);
-    otherPlays();
-    audio_.setOutputs({{2, "next", "Next", 8}});
-    audio_.setDefault(2);
-    settle();
-    EXPECT_EQ(changes_, 1);
-    EXPECT_EQ(audio_.opened(), 1) << "the player leaves the device alone";
-    play();
-    EXPECT_EQ(engine_.deviceChannels(), 8);
-    EXPECT_EQ(heardFrom(), 0);
 }
 
 }  // namespace

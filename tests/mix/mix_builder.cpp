@@ -87,7 +87,6 @@ TEST(MixBuilder, PutsSourcesOnDeviceChannels) {
         {"a device of four loses the surrounds",
          {l51, 6, room(LayoutID::l51), 4},
          {{{0, 0}, 1}, {{1, 1}, 1}, {{2, 2}, 1}, {{3, 3}, 1}}},
-        {"mono to the centre", {mono, 1, room(LayoutID::l51), 8, plain, {}, true}, {{{2, 0}, 1}}},
         {"stereo on headphones", to(headphones(3, 1), 4), {{{3, 0}, 1}, {{1, 1}, 1}}},
         {"side on the right ear",
          {.profile = headphones(), .listen = ListenMode::midSide},
@@ -97,7 +96,6 @@ TEST(MixBuilder, PutsSourcesOnDeviceChannels) {
         {"two surrounds fold to the ears",
          {.source = SourceFormat::speakers({Ls, Rs}), .profile = headphones()},
          {{{0, 0}, g3}, {{1, 1}, g3}}},
-        {"discrete: the first two", {SourceFormat::discrete(3), 3, headphones()}, {{{0, 0}, 1}, {{1, 1}, 1}}},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
