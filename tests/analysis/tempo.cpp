@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <limits>
-#include <random>
 
 #include "analysis/downbeat_detector.h"
 #include "analysis/grid_builder.h"
@@ -121,29 +120,6 @@ TEST(Tempo, BeatsRunOnThroughSilence) {
     for (size_t i = 0; i < tracked.beats.size(); ++i) { EXPECT_NEAR(tracked.beats[i], double(i) * 0.5, 1e-9); }
 }
 
-TEST(Tempo, MeterNeedsThreeBarsAndPrefersTheSmallerOnATie) {
-    const std::vector<float> env(2000, 0.5F);
-    const auto beatsAt = [](size_t count) {
-        std::vector<double> beats;
-        for (size_t i = 0; i < count; ++i) { beats.push_back(double(i) * 20.5 / OnsetTime::frameRate); }
-        return beats;
-    };
-    EXPECT_EQ(TempoAnalyzer::meter(beatsAt(5), env, env).label, "?");
-    EXPECT_EQ(TempoAnalyzer::meter(beatsAt(60), env, env).label, "2/4 or cut time") << "no contrast anywhere";
-    for (const int group : {2, 3, 4}) {
-        for (int offset = 0; offset < group; ++offset) {
-            std::vector<float> low(2000, 0.2F);
-            for (int i = offset; i < 60; i += group) { low[size_t(i * 20.5)] = 1; }
-            const auto meter = TempoAnalyzer::meter(beatsAt(60), low, env);
-            EXPECT_EQ(meter.group, group);
-            EXPECT_EQ(meter.downbeatOffset, offset);
-            EXPECT_EQ(meter.confidence, "strong");
-            EXPECT_EQ(GridBuilder::downbeatOffset(beatsAt(60), low, env, group), offset);
-        }
-    }
-    EXPECT_EQ(GridBuilder::downbeatOffset(beatsAt(7), env, env, 4), 0) << "fewer than two bars";
-}
-
 std::vector<float> pulses(size_t count, double bpm, uint32_t seed, float bed) {
     auto env = test::noise(count, seed);
     for (float& v : env) { v = std::abs(v) * bed; }
@@ -166,16 +142,6 @@ TEST(Grid, BarsReachBackToTheStart) {
     EXPECT_NEAR(grid.downbeats[0], 1.1, 0.03);
     EXPECT_NEAR(grid.downbeats[1] - grid.downbeats[0], 240 / grid.bpm, 1e-9);
     EXPECT_EQ(grid.boundaries().back(), 23);
-}
-
-TEST(Grid, MeterOfThreeNeedsContrast) {
-    TempoResult tempo;
-    tempo.bpm = 100;
-    tempo.meter.group = 3;
-    tempo.meter.contrast = 0.45;
-    EXPECT_EQ(GridBuilder::build(tempo, {}, 5).beatsPerBar, 4);
-    tempo.meter.contrast = 0.46;
-    EXPECT_EQ(GridBuilder::build(tempo, {}, 5).beatsPerBar, 3);
 }
 
 TEST(Downbeats, GrooveStartsWithThePulse) {
