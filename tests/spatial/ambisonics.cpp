@@ -128,25 +128,6 @@ TEST(Ambisonics, LebedevGridIntegratesThirdOrderExactly) {
     }
 }
 
-TEST(Ambisonics, NormalisedEnergyIsOneOnAverage) {
-    const auto& grid = Ambisonics::lebedev26();
-    const std::vector<Direction> few = directionsOf(LayoutID::l51);
-    for (int order = 1; order <= 3; ++order) {
-        const Matrix decoders[] = {Ambisonics::samplingDecoder(order, grid.dirs, grid.weights, {}, true),
-                                   Ambisonics::samplingDecoder(order, few, {}, {.yaw = 20}, true),
-                                   Ambisonics::allradDecoder(order, few, {.pitch = 30})};
-        for (const Matrix& decoder : decoders) {
-            double energy = 0;
-            const auto directions = ringGrid(40, 80);
-            for (const Vec3& v : directions) {
-                const auto out = decode(decoder, order, v);
-                for (double x : out) { energy += x * x / double(directions.size()); }
-            }
-            EXPECT_NEAR(10 * std::log10(energy), 0, 0.05) << order;
-        }
-    }
-}
-
 // The longest energy vector that an order can give is the largest root of the next Legendre polynomial (Zotter and
 // Frank 2012). Basic weights would give 0.5, 0.667 and 0.75.
 TEST(Ambisonics, SamplingDecodersReachTheLongestEnergyVector) {
