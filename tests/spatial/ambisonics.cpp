@@ -38,19 +38,6 @@ TEST(Ambisonics, HarmonicsAgreeWithLegendreFunctionsInAcnOrder) {
     }
 }
 
-// Daniel 2000, table of max-rE weights in three dimensions; the approximation stays within 0.005 of them.
-TEST(Ambisonics, MaxREWeightsAgreeWithThePublishedOnes) {
-    const std::vector<std::vector<double>> published = {{1, 0.577}, {1, 0.775, 0.400}, {1, 0.861, 0.612, 0.305}};
-    for (int order = 1; order <= 3; ++order) {
-        const auto weights = Ambisonics::maxRE(order);
-        const auto& expected = published[size_t(order - 1)];
-        ASSERT_EQ(weights.size(), expected.size());
-        for (size_t l = 0; l < expected.size(); ++l) {
-            EXPECT_NEAR(weights[l], expected[l], 0.005) << order << " " << l;
-        }
-    }
-}
-
 // A plane wave written by each convention's own encoding equations.
 TEST(Ambisonics, EveryNormalisationGivesTheSameField) {
     const uint32_t seed = announced(411);
