@@ -1,4 +1,4 @@
-// SpectralFrames: folding and averages.
+// SpectralFrames: folding, and the key that follows.
 #include "analysis/spectral_frames.h"
 
 #include <gtest/gtest.h>
@@ -34,16 +34,6 @@ TEST(SpectralFrames, EqualsThePlainTransformFolded) {
     for (size_t i = 0; i < 12; ++i) { EXPECT_NEAR(made.chroma[0][i] / chroma[i], 1, 1e-5) << "class " << i; }
     for (size_t i = 0; i < 7; ++i) { EXPECT_NEAR(made.bands[0][i] / bands[i], 1, 1e-5) << "band " << i; }
     EXPECT_EQ(made.rms[0], Signal::rms(x, 0, 4096));
-}
-
-TEST(SpectralFrames, AveragesFramesCentredInTheSpan) {
-    const std::vector<float> ramp = {0, 1, 2, 3, 4, 5};
-    const double second = SpectralFrames::centre(1);
-    EXPECT_EQ(SpectralFrames::average(ramp, second, SpectralFrames::centre(4)), 2) << "the end is left out";
-    EXPECT_EQ(SpectralFrames::average(ramp, -1e9, 1e9), 2.5F);
-    EXPECT_EQ(SpectralFrames::average(ramp, second + 0.001, second + 0.002), 0);
-    EXPECT_EQ(SpectralFrames::average(ramp, 2, 1), 0);
-    EXPECT_EQ(SpectralFrames::average(std::vector<float>{}, 0, 1), 0);
 }
 
 // I IV V I and i iv V i in all keys; the chords fade in and out, so no click colours them.

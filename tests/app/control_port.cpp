@@ -116,18 +116,6 @@ TEST_F(ControlPort, ThePathIsTheCommandAndTheQueryItsArguments) {
     }
 }
 
-TEST_F(ControlPort, AHeadMayComeInAnyPieces) {
-    const std::string request = get("/status");
-    auto socket = connected();
-    for (const char& byte : request) {
-        socket->write(&byte, 1);
-        socket->flush();
-        EXPECT_TRUE(until([&] { return socket->bytesToWrite() == 0; }));
-        QCoreApplication::processEvents();
-    }
-    EXPECT_EQ(answer(*socket), served);
-}
-
 TEST_F(ControlPort, BytesAfterARequestAreIgnored) {
     EXPECT_EQ(ask(get("/first") + get("/second")), served);
     EXPECT_EQ(asked_, (std::vector<std::pair<std::string, ControlParams>>{{"first", {}}}));

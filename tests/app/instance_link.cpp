@@ -4,9 +4,9 @@
 
 #include <QLocalServer>
 #include <QLockFile>
-#include <QThread>
 #include <atomic>
 #include <map>
+#include <thread>
 
 #include "app/instance_link.h"
 #include "support/audio_files.h"

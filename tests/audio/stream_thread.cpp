@@ -31,18 +31,6 @@ TEST(StreamThread, LongStreamArrivesWholeWhileItPlays) {
     }
 }
 
-TEST(StreamThread, FillsTheRingUntilABlockNoLongerFits) {
-    CountingSource::Log log;
-    auto reader = makeReader(log, 1 << 20, false, 48000);
-    reader->start();
-    ASSERT_TRUE(waitUntil([&] { return mn_ring_write_space(reader->ring()) < 4096; }));
-    EXPECT_EQ(mn_ring_available(reader->ring()), 17 * 4096);  // of 72000
-    EXPECT_EQ(log.reads, 17);
-    reader->cancel();
-    reader.reset();
-    EXPECT_TRUE(waitUntil([&] { return log.gone.load(); }));
-}
-
 TEST(StreamThread, CancelEndsAnEndlessStream) {
     for (const double outputRate : {48000.0, 96000.0}) {
         CountingSource::Log log;

@@ -9,7 +9,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
-#include <random>
 
 #include "support/audio_files.h"
 #include "support/full_disk.h"
@@ -71,7 +70,12 @@ constexpr Shape shapes[] = {{48000, 2, 1000, 3},         {44100.4, 1, 1001, 4}, 
 std::string written(const std::filesystem::path& path, const Shape& shape, const Planes& planes,
                     const std::string& description) {
     WavFileWriter writer(path, shape.rate, int(shape.channels), shape.mask, description);
-    writer.appendAll(planes);
+    for (size_t at = 0, n = 1; at < shape.frames; at += n, n = n * 5 % 1021) {
+        n = std::min(n, shape.frames - at);
+        std::vector<const float*> block;
+        for (const auto& plane : planes) { block.push_back(plane.data() + at); }
+        writer.append(block, int64_t(n));
+    }
     writer.finish();
     return readBytes(path);
 }
@@ -126,31 +130,6 @@ struct MemorySink final : ByteSink {
     std::string& bytes_;
     uint64_t kept_, end_ = 0;
 };
-
-TEST(WavFileWriter, TakesBlocksOfAnySizeWithMissingOrSurplusPlanes) {
-    const uint32_t seed = std::random_device{}();
-    SCOPED_TRACE("seed " + std::to_string(seed));
-    std::mt19937 engine(seed);
-    for (const size_t channels : {1U, 2U, 5U, 64U}) {
-        for (const size_t given : {size_t(0), channels - 1, channels, channels + 3}) {
-            Planes planes = wildPlanes(given, 3000, seed + uint32_t(given));
-            std::string bytes;
-            WavFileWriter writer(std::make_unique<MemorySink>(bytes, SIZE_MAX), 48000, int(channels), 0, "");
-            for (size_t at = 0; at < 3000;) {
-                const size_t frames = std::min<size_t>(engine() % 300, 3000 - at);
-                std::vector<const float*> pointers;
-                for (const auto& plane : planes) { pointers.push_back(plane.data() + at); }
-                writer.append(pointers, int64_t(frames));
-                at += frames;
-            }
-            EXPECT_EQ(writer.dataBytes(), 9000 * channels);
-            writer.append({}, -1);
-            writer.finish();
-            planes.resize(channels, std::vector<float>(3000));
-            EXPECT_EQ(bytes.substr(678, 9000 * channels), encoded(planes)) << channels << " channels, " << given;
-        }
-    }
-}
 
 // The stored integers as libsndfile and FFmpeg give them: none may lie more than half a step from the sample.
 TEST(WavFileWriter, IsReadBackByOtherReaders) {

@@ -162,18 +162,5 @@ TEST(WaveformLoader, NoUpdateFollowsACancel) {
     }
 }
 
-TEST(WaveformCache, KeepsTheFortyEightStoredLast) {
-    WaveformCache cache;
-    const auto path = [](int i) { return std::filesystem::path("/a/" + std::to_string(i)); };
-    const auto store = [&](int i) { cache.set(path(i), std::make_shared<WaveformData>()); };
-    const auto held = [&](int i) { return cache.get(path(i)) != nullptr; };
-    for (int i = 0; i < 48; ++i) { store(i); }
-    store(48);
-    EXPECT_FALSE(held(0));
-    EXPECT_TRUE(held(1));
-    cache.set(path(3), nullptr);
-    EXPECT_FALSE(held(3));
-}
-
 }  // namespace
 }  // namespace brindlehum::test

@@ -1,10 +1,9 @@
-// EditOps: cuts on small tables, convolution, tails and loops against plain twins.
+// EditOps: cuts on small tables, tails and loops against plain twins.
 #include "dsp/edit_ops.h"
 
 #include <gtest/gtest.h>
 
 #include <numbers>
-#include <numeric>
 
 #include "edit_ops_detail.h"
 #include "support/signals.h"
@@ -16,10 +15,6 @@ using namespace EditOps;
 using test::noise;
 using Samples = std::vector<float>;
 constexpr double pi = std::numbers::pi;
-
-double energy(std::span<const float> x) {
-    return std::transform_reduce(x.begin(), x.end(), 0.0, std::plus<>(), [](float s) { return double(s) * s; });
-}
 
 TEST(EditOps, CutsEqualTheTable) {
     const Channels two = {{1, 2, 3, 4}, {5, 6, 7, 8}};
@@ -47,20 +42,6 @@ TEST(EditOps, CutsEqualTheTable) {
         {"swap of mono", swapLR(one, 0, 4), one},
     };
     for (const auto& c : cases) { EXPECT_EQ(c.result, c.expected) << c.what; }
-}
-
-TEST(EditOps, ConvolutionIsTheDirectSum) {
-    const uint32_t seed = std::random_device{}();
-    SCOPED_TRACE("seed " + std::to_string(seed));
-    std::mt19937 engine(seed);
-    for (const auto& [n, m] : {std::pair(1, 1), {700, 1}, {512, 512}, {513, 513}, {3, 5000}, {3999, 2499}}) {
-        const Samples x = noise(size_t(n), 1), h = noise(size_t(m), 2);
-        std::vector<double> sum(x.size() + h.size() - 1);
-        test::convolveInto(sum, x, h);
-        const Samples y = convolve(x, h);
-        ASSERT_EQ(y.size(), sum.size());
-        EXPECT_LT(test::errorDb(y, {sum.begin(), sum.end()}), -120) << n << " by " << m;
-    }
 }
 
 TEST(EditOps, VerbTailIsTheSelectionAndOneHallForAllChannels) {
@@ -128,27 +109,6 @@ TEST(EditOps, SeamlessLoopIsTheMiddleOfThreeGuardedRounds) {
     EXPECT_FLOAT_EQ(detail::peak(loop->channels[0]), 0.999F);
     EXPECT_NEAR(loop->channels[1][1000] / loop->channels[0][1000], 1.0 / 9, 1e-6) << "one gain for all channels";
     EXPECT_FALSE(seamlessLoop(loud, sr, 0, 19, true));
-}
-
-TEST(EditOps, TextureIsEightTimesAsLongDarkAndFaded) {
-    const std::pair<double, int64_t> cases[] = {{48000, 96000}, {8000, 300}, {8000, 100000}, {12000, 5000}, {10, 40}};
-    for (const auto& [sr, frames] : cases) {
-        SCOPED_TRACE(testing::Message() << frames << " frames at " << sr);
-        const Channels source = {noise(size_t(frames) + 10, 1), Samples(size_t(frames) + 10)};
-        const Channels wash = texture(source, sr, 5, frames + 5);
-        ASSERT_EQ(wash.size(), 2U);
-        const Samples& x = wash[0];
-        ASSERT_EQ(x.size(), std::min(size_t(frames) * 8, size_t(sr * 90)));
-        EXPECT_EQ(detail::peak(wash[1]), 0) << "silence stays silent";
-        EXPECT_EQ(x.front(), 0);
-        EXPECT_EQ(x.back(), 0);
-        if (sr < 100) { continue; }  // no room for a grain
-        EXPECT_NEAR(detail::peak(x), 0.5011872, 1e-6);
-        // The differences of neighbours in noise have twice its energy; below 6 kHz at 48 kHz they have a sixth.
-        Samples steps(x.size());
-        std::adjacent_difference(x.begin(), x.end(), steps.begin());
-        EXPECT_LT(energy(steps), (sr == 48000 ? 0.5 : 2.5) * energy(x));
-    }
 }
 
 }  // namespace

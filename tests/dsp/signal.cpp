@@ -3,9 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <limits>
-
 #include "support/signals.h"
 
 namespace brindlehum {
@@ -45,33 +42,6 @@ TEST(Signal, AutocorrelationEqualsThePlainSum) {
         }
     }
     EXPECT_EQ(Signal::autocorrelation({}, 50), std::vector<float>{0});
-}
-
-TEST(Signal, ResampleKeepsTimeAndLeavesNearRatesAlone) {
-    const auto x = test::noise(5000, 3);
-    EXPECT_EQ(Signal::resample(x, 22050.4, 22050), x);
-    EXPECT_NE(Signal::resample(x, 22051, 22050), x);
-    const auto out = Signal::resample(test::sine(48000, 440, 48000), 48000, 22050);
-    const auto want = test::sine(22050, 440, 22050);
-    ASSERT_EQ(out.size(), want.size());
-    for (size_t i = 2000; i < 20000; ++i) { ASSERT_NEAR(out[i], want[i], 1e-4) << "sample " << i; }
-}
-
-TEST(Signal, UnusableSamplesBecomeSilence) {
-    std::vector<float> store;
-    const auto clean = test::noise(10000, 8);
-    EXPECT_EQ(Signal::usable(clean, store).data(), clean.data()) << "copied for nothing";
-    const float inf = std::numeric_limits<float>::infinity();
-    for (const float bad : {std::numeric_limits<float>::quiet_NaN(), inf, -inf, 3e38F, -2e12F}) {
-        for (const size_t at : {0U, 4095U, 4096U, 9999U}) {
-            auto x = clean;
-            x[at] = bad;
-            auto want = clean;
-            want[at] = 0;
-            const auto got = Signal::usable(x, store);
-            EXPECT_TRUE(std::equal(got.begin(), got.end(), want.begin(), want.end())) << bad << " at " << at;
-        }
-    }
 }
 
 }  // namespace

@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <optional>
-
 #include "app/app_model.h"
 #include "platform/headless_session.h"
 #include "platform/linux_audio.h"

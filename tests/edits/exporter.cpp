@@ -5,8 +5,6 @@
 #include <gtest/gtest.h>
 #include <sndfile.h>
 
-#include <fstream>
-
 #include "audio/probe/audio_file_info.h"
 #include "base/error.h"
 #include "edits/temp_edit_renderer.h"

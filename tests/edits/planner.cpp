@@ -31,14 +31,6 @@ HandMade song() {
     return song;
 }
 
-TEST(TempEditPlanner, NamesLengths) {
-    for (const auto& [seconds, name] : {std::pair{15.0, "15s"}, {59.6, "1m00s"}, {125, "2m05s"}, {3725, "62m05s"}}) {
-        EXPECT_EQ(TempEditPlanner::label(seconds), name);
-    }
-    for (int kind = 0; kind < 5; ++kind) { EXPECT_EQ(editPlanKind(rawValue(Kind(kind))), Kind(kind)); }
-    EXPECT_FALSE(editPlanKind("Loop"));
-}
-
 TEST(TempEditPlanner, CutsTheSections) {
     const auto plans = song().plans();
     ASSERT_THAT(namesOf(plans), ElementsAre("Intro", "Loop", "Ending", "Sting"));

@@ -40,10 +40,9 @@ struct Ask {
     ListenMode listen = ListenMode::normal;
     Rotation rotation = {};
     bool monoToCenter = false;
-    std::optional<UpmixSettings> upmix = std::nullopt;
 
     MixConfig config() const {
-        return MixBuilder::config(source, channels, profile, device, listen, rotation, monoToCenter, upmix);
+        return MixBuilder::config(source, channels, profile, device, listen, rotation, monoToCenter, std::nullopt);
     }
 };
 
@@ -87,7 +86,6 @@ TEST(MixBuilder, PutsSourcesOnDeviceChannels) {
         {"a device of four loses the surrounds",
          {l51, 6, room(LayoutID::l51), 4},
          {{{0, 0}, 1}, {{1, 1}, 1}, {{2, 2}, 1}, {{3, 3}, 1}}},
-        {"mono to the centre", {mono, 1, room(LayoutID::l51), 8, plain, {}, true}, {{{2, 0}, 1}}},
         {"stereo on headphones", to(headphones(3, 1), 4), {{{3, 0}, 1}, {{1, 1}, 1}}},
         {"side on the right ear",
          {.profile = headphones(), .listen = ListenMode::midSide},
@@ -97,7 +95,6 @@ TEST(MixBuilder, PutsSourcesOnDeviceChannels) {
         {"two surrounds fold to the ears",
          {.source = SourceFormat::speakers({Ls, Rs}), .profile = headphones()},
          {{{0, 0}, g3}, {{1, 1}, g3}}},
-        {"discrete: the first two", {SourceFormat::discrete(3), 3, headphones()}, {{{0, 0}, 1}, {{1, 1}, 1}}},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
@@ -128,33 +125,6 @@ TEST(MixBuilder, SendsBedsAndAmbisonicsToVirtualSpeakers) {
     }
     EXPECT_EQ(std::max_element(axes.begin(), axes.end()) - axes.begin(), 2);
     EXPECT_NEAR(axes[0], axes[1], 1e-6);
-}
-
-TEST(MixBuilder, PlansAnUpmixThatIsRequestedAndApplies) {
-    const UpmixSettings on = {.enabled = true, .preset = UpmixPreset::hall, .params = {.strength = 0.3}};
-    const UpmixSettings off = {};
-    const Ask ask = {.profile = room(LayoutID::l714, {11, 10, 9, 8, 7, 6, 5, 4, 3, 2, 1}, {-6.0206}),
-                     .device = 12,
-                     .listen = ListenMode::mono,
-                     .upmix = on};
-    const MixConfig onSpeakers = ask.config();
-    Gains mirror = {{{11, 0}, 0.5}, {{11, 11}, 1}};
-    for (int i = 1; i < 11; ++i) { mirror[{11 - i, i}] = 1; }
-    expectMatrix(onSpeakers, 12, 12, mirror);
-    EXPECT_EQ(onSpeakers.upmix, (UpmixRequest{{L, R}, speakers(LayoutID::l714), on.params}));
-
-    // An upmix that doesn't apply leaves the configuration of no upmix.
-    const Ask notApplicable[] = {
-        {.upmix = on},  // no speaker to fill
-        {.profile = room(LayoutID::l51), .device = 6, .upmix = off},
-        {.source = SourceFormat::discrete(2), .profile = headphones(), .upmix = on},
-        {.channels = 3, .profile = room(LayoutID::l51), .device = 6, .upmix = on},  // more channels than speakers
-    };
-    for (const Ask& a : notApplicable) {
-        Ask without = a;
-        without.upmix.reset();
-        EXPECT_EQ(a.config(), without.config()) << a.source.displayName() << " " << a.channels;
-    }
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 // The mouse on a waveform: what each course of events asks for.
 #include <gtest/gtest.h>
 
-#include <tuple>
 #include <vector>
 
 #include "ui/player/waveform_gesture.h"
@@ -62,14 +61,6 @@ TEST(WaveformGesture, CoursesOfTheMouse) {
         EXPECT_EQ(actions, course.actions);
         EXPECT_EQ(gesture, course.end);
     }
-}
-
-TEST(WaveformGesture, TheFrameUnderThePointerStaysInTheFile) {
-    const int64_t huge = 1LL << 40;
-    const std::vector<std::tuple<double, double, int64_t, int64_t>> cases = {
-        {0, 100, 1000, 0},        {99.99, 100, 1000, 999}, {-3, 100, 1000, 0}, {250, 100, 1000, 1000},
-        {0.5, 1, huge, huge / 2}, {50, 0, 1000, 0},        {50, 100, 0, 0}};
-    for (const auto& [x, width, frames, frame] : cases) { EXPECT_EQ(frameAt(x, width, frames), frame) << x; }
 }
 
 }  // namespace

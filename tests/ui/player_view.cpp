@@ -1,5 +1,4 @@
 // The audition surface over a real player: what it shows for which file, and what its controls do.
-#include <QLabel>
 #include <QMenu>
 #include <QTest>
 #include <QToolButton>

@@ -7,11 +7,10 @@
 #include <QTest>
 #include <QToolButton>
 
-#include "support/platform/manual_audio.h"
-#include "support/platform/manual_main_loop.h"
 #include "ui/settings/outputs_settings.h"
 #include "ui/settings/profile_edits.h"
 #include "ui/settings/trim_stepper.h"
+#include "window_fixture.h"
 
 namespace brindlehum {
 namespace {
@@ -36,22 +35,14 @@ TEST(ProfileEdits, ShortListsReadSequentiallyAndGrowOnlyAsFarAsWritten) {
     EXPECT_EQ(profile.trimsDB, (std::vector{0.0, 0.0}));
 }
 
-struct OutputsForm : testing::Test {
-    ManualMainLoop loop;
-    ManualAudioSystem audio{loop};
-    AudioDevices devices{audio};
-    MemoryDefaults defaults;
-    SettingsStore store{defaults};
-    OutputsSettings form{store, devices};
+struct OutputsForm : test::WindowTest {
+    SettingsStore& store = model.settings();
+    OutputsSettings form{store, model.engine().devices()};
 
     const OutputProfile& profile(size_t index) { return store.value().profiles[index]; }
     template <typename Widget>
     Widget* named(const QString& name) {
-        for (auto* widget : form.findChildren<Widget*>()) {
-            if (widget->accessibleName() == name || widget->objectName() == name) { return widget; }
-        }
-        ADD_FAILURE() << "no " << name.toStdString();
-        return nullptr;
+        return WindowTest::named<Widget>(form, name);
     }
     void pick(const QString& name, const QString& text) {
         auto* box = named<QComboBox>(name);

@@ -8,14 +8,10 @@
 #include <QDropEvent>
 #include <QHeaderView>
 #include <QLineEdit>
-#include <QMenuBar>
 #include <QMimeData>
 #include <QPushButton>
 #include <QScrollBar>
-#include <QSplitter>
 #include <QTabWidget>
-#include <QTest>
-#include <QToolButton>
 #include <algorithm>
 #include <fstream>
 
@@ -163,24 +159,6 @@ TEST_F(Windows, TheWindowAndItsPartsComeBack) {
     EXPECT_FALSE(again.inspector().isVisible());
     defaults.set(UIState::key, "{\"inspector\": 3, ");
     EXPECT_EQ(UIState::load(defaults), UIState{});
-}
-
-TEST_F(Windows, ThePlayerIsHigherForASoundfieldAndKeepsWhatTheUserAdded) {
-    MainWindow window(model);
-    window.resize(1200, 900);
-    window.show();
-    QCoreApplication::processEvents();
-    const auto becomes = [&](int height) { return settle([&] { return window.playerView().height() == height; }); };
-    EXPECT_TRUE(becomes(MainWindow::playerHeight));
-    ASSERT_TRUE(load(file("field_ambix.wav", 4)));
-    EXPECT_TRUE(becomes(MainWindow::ambisonicPlayerHeight));
-    auto* split = window.findChild<QSplitter*>("playerSplit");
-    split->setSizes({400, 260});
-    Q_EMIT split->splitterMoved(400, 1);
-    const int extra = window.playerView().height() - MainWindow::ambisonicPlayerHeight;
-    EXPECT_GT(extra, 0);
-    ASSERT_TRUE(load(file("plain.wav", 2)));
-    EXPECT_TRUE(becomes(MainWindow::playerHeight + extra)) << window.playerView().height();
 }
 
 TEST_F(Windows, NoticesSayWhatIsAmissAndHelp) {
