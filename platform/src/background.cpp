@@ -1,4 +1,4 @@
-// The tickets behind Background: each piece of work has one, on which the main thread notes that it was overtaken.
+// The tickets behind Background: the main thread marks a piece of work as overtaken on the work's ticket.
 #include "platform/background.h"
 
 namespace brindlehum {
@@ -39,7 +39,7 @@ bool Background::Line::isBusy() const {
 Background::Background(MainLoop& loop, const std::string& label) : loop_(loop), queue_(label) {}
 
 Background::~Background() {
-    // The newest first, so that no waiting work begins when the work in hand ends.
+    // Drop the newest first, so that no waiting work begins when the running work ends.
     for (auto ticket = open_->rbegin(); ticket != open_->rend(); ++ticket) { (*ticket)->drop(); }
 }
 
@@ -67,7 +67,7 @@ void Background::start(Line* line, std::unique_ptr<Job> ourJob) {
             job->work(Task(loop, ticket));
             if (ticket->isDropped()) { job->forget(); }
         }
-        // The callbacks go along, so that the main thread frees what they hold.
+        // Move the callbacks to the main thread too, so that their captures are freed there.
         loop.post([ticket, open, job = std::move(job)] {
             std::erase(*open, ticket);
             ticket->back = true;

@@ -58,7 +58,7 @@ void WorkerPool::run() {
         ++running_;
         guard.unlock();
         job();
-        job = nullptr;  // before anyone counts it as done
+        job = nullptr;  // release it before it counts as done
         guard.lock();
         --running_;
         if (isIdle()) { idle_.notify_all(); }

@@ -10,7 +10,7 @@
 
 namespace brindlehum {
 
-// One output device: `id` is of this run only, `uid` is stable.
+// One output device. `id` is valid in this run only; `uid` stays the same across runs.
 struct AudioOutputDevice {
     uint32_t id = 0;
     std::string uid;
@@ -19,7 +19,7 @@ struct AudioOutputDevice {
     bool operator==(const AudioOutputDevice&) const = default;
 };
 
-// The device's buffers of one block: `channels` planes of `frames` floats, of which any may be null.
+// One block of the device's buffers: `channels` planes of `frames` floats. Any plane may be null.
 struct DeviceBuffers {
     float* const* planes = nullptr;
     int32_t channels = 0;
@@ -34,19 +34,19 @@ public:
     virtual int32_t render(uint32_t frames, const DeviceBuffers& buffers) noexcept = 0;
 };
 
-// A stream opened on a device, prepared and not running. Main thread.
+// A prepared but not yet running stream on an open device. Main thread.
 class OutputStream {
 public:
-    virtual ~OutputStream() = default;  // stops; no render runs once it has returned
+    virtual ~OutputStream() = default;  // stops the stream; no render runs after it returns
     virtual int channels() const = 0;
     virtual double sampleRate() const = 0;  // Hz
-    // Starts or goes on. Throws Error (device).
+    // Starts or resumes. Throws Error (device).
     virtual void start() = 0;
     // Returns when no render is running and none will.
     virtual void pause() = 0;
     virtual bool isRunning() const = 0;
-    // False once a better way to play has appeared (a sound server, for the headless output): the next configure
-    // rebuilds.
+    // False once a better way to play has appeared (a sound server, for the headless output). The next configure then
+    // rebuilds the stream.
     virtual bool isCurrent() const = 0;
 };
 
@@ -54,13 +54,13 @@ public:
 class AudioSystem {
 public:
     virtual ~AudioSystem() = default;
-    // In the order the system gives them; asked anew each time; empty on failure.
+    // In the system's order. Queries the system at each call; empty on failure.
     virtual std::vector<AudioOutputDevice> allOutputs() = 0;
     virtual std::optional<uint32_t> defaultOutput() = 0;
-    // Opens a device. `followsDefault` makes a change of the default device count as a change of this one.
-    // `onChange` is called on the main thread when the device has gone, its format or (if followed) the default
-    // has changed, or the server has; at most once, and not after the stream's destruction. Throws Error (device) with
-    // the text for the user.
+    // Opens a device. With `followsDefault`, a change of the default device counts as a change of this one. Calls
+    // `onChange` on the main thread when the device disappears, its format changes, the default changes (if followed)
+    // or the server disappears: at most once, and never after the stream is destroyed. Throws Error (device) with the
+    // text for the user.
     virtual std::unique_ptr<OutputStream> openOutput(uint32_t id, bool followsDefault, RenderTarget& target,
                                                      std::function<void()> onChange) = 0;
 };

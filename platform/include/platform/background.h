@@ -20,7 +20,7 @@
 
 namespace brindlehum {
 
-// Main thread, every call but those of Task. How an owner uses it:
+// All calls are for the main thread, except those of Task. How an owner uses it:
 //
 //     Background loader_{loop, "Brindlehum.loader"};  // the last member, so that its thread ends first
 //     Background::Line loads_;
@@ -29,19 +29,20 @@ namespace brindlehum {
 //                 [this](AudioFileInfo info) { show(std::move(info)); },         // on the main thread
 //                 [this](const std::exception& error) { say(error.what()); });   // instead, when the work threw
 //
-// Work and callbacks may hold `this`: destruction drops all results, skips the work that hasn't begun, and waits for
-// the work in hand. The main loop must outlive the queue.
+// Work and callbacks may hold `this`: the destructor drops all results, skips work that hasn't begun, and waits for the
+// running work. The main loop must outlive the queue.
 class Background {
     class Ticket;
 
 public:
-    // What running work asks and says; passed to work that takes one. Any thread, until the work returns.
+    // How running work checks for a stop and reports progress; passed to work that takes a Task. Any thread, until the
+    // work returns.
     class Task {
     public:
-        // True once the result isn't wanted any more: the work should return, with anything.
+        // True once nobody wants the result any more: the work should then return any value.
         bool isStopped() const { return token_.stop_requested(); }
         const std::stop_token& token() const { return token_; }
-        // Runs `call` on the main thread before the result comes back; drops it if the work is overtaken by then.
+        // Runs `call` on the main thread before the result arrives; drops it if the work has been overtaken by then.
         void tell(std::function<void()> call) const;
 
     private:
@@ -52,16 +53,16 @@ public:
         std::stop_token token_;
     };
 
-    // A line of questions of which only the newest counts. Work given to a line overtakes the work given to it before:
-    // that is asked to stop, doesn't begin if it still waits, and none of its callbacks run. A line belongs to the
-    // owner, who may keep several for one queue.
+    // A series of requests where only the newest counts. New work on a line overtakes the line's earlier work: that is
+    // asked to stop, doesn't begin if it still waits, and none of its callbacks run. The owner holds the line, and may
+    // keep several for one queue.
     class Line {
     public:
         Line() = default;
         ~Line() { cancel(); }
         Line(const Line&) = delete;
         Line& operator=(const Line&) = delete;
-        // Overtakes the newest work without giving new work.
+        // Overtakes the newest work without starting new work.
         void cancel();
         // True from run() until just before the newest work's callback, or cancel().
         bool isBusy() const;
@@ -71,14 +72,14 @@ public:
         std::shared_ptr<Ticket> newest_;
     };
 
-    // Owns a thread of this name, on which the work runs in the order given.
+    // Starts a thread of this name, which runs the work in the order given.
     Background(MainLoop& loop, const std::string& label);
     ~Background();
     Background(const Background&) = delete;
     Background& operator=(const Background&) = delete;
 
-    // Runs `work()` or `work(const Task&)` on the queue, then `done(its result)` on the main thread; `done()` for work
-    // that returns nothing. Work that throws calls `failed(const std::exception&)` instead; without a `failed`, an
+    // Runs `work()` or `work(const Task&)` on the queue, then `done(its result)` on the main thread, or `done()` if the
+    // work returns nothing. If the work throws, calls `failed(const std::exception&)` instead; without a `failed`, the
     // exception ends the process. Callbacks may start new work and may destroy the Background.
     template <class Work, class Done>
     void run(Work work, Done done) {
@@ -88,7 +89,7 @@ public:
     void run(Work work, Done done, Failed failed) {
         start(nullptr, makeJob(std::move(work), std::move(done), std::move(failed)));
     }
-    // The same as the newest work of a line.
+    // The same, as the newest work of a line.
     template <class Work, class Done>
     void run(Line& line, Work work, Done done) {
         start(&line, makeJob(std::move(work), std::move(done), nullptr));
@@ -98,15 +99,16 @@ public:
         start(&line, makeJob(std::move(work), std::move(done), std::move(failed)));
     }
 
-    // Asks all work given so far to stop. It still begins and comes back: whether to finish early is up to the work.
+    // Asks all work given so far to stop. That work still begins and returns; it decides itself whether to finish
+    // early.
     void stop();
-    // Drops the work that hasn't begun, as if overtaken.
+    // Drops the work that hasn't begun, as if it had been overtaken.
     void dropWaiting();
-    // How much work hasn't come back to the main thread, overtaken work included.
+    // Number of jobs that haven't returned to the main thread, including overtaken ones.
     int pending() const;
-    // Returns when all work given before has run. The results still have to come back through the main loop.
+    // Returns when all work given before has run. Its results still have to arrive through the main loop.
     void drain() { queue_.drain(); }
-    // The same, but gives up after `patience` seconds: false then.
+    // The same, but gives up after `patience` seconds and returns false.
     bool drainFor(double patience) { return queue_.drainFor(patience); }
 
 private:
@@ -140,7 +142,7 @@ private:
 
     using Tickets = std::vector<std::shared_ptr<Ticket>>;
     MainLoop& loop_;
-    std::shared_ptr<Tickets> open_ = std::make_shared<Tickets>();  // main thread; of work that hasn't come back
+    std::shared_ptr<Tickets> open_ = std::make_shared<Tickets>();  // main thread; work that hasn't returned
     SerialQueue queue_;
 };
 

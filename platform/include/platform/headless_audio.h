@@ -5,8 +5,8 @@
 
 namespace brindlehum {
 
-// One device of 16 channels at 48 kHz that is always there. Its streams call render in blocks of 256 frames on a
-// thread of their own, paced by the system's steady clock, and drop what was rendered. `onChange` is never called.
+// One device of 16 channels at 48 kHz that is always present. Each stream calls render in blocks of 256 frames on its
+// own thread, paced by the system's steady clock, and discards the rendered audio. Never calls `onChange`.
 class HeadlessAudioSystem : public AudioSystem {
 public:
     static constexpr uint32_t deviceID = 1;

@@ -1,4 +1,4 @@
-// HeadlessSession: a session without a desktop, where every request is dropped.
+// HeadlessSession: a session without a desktop, which ignores every request.
 #pragma once
 
 #include "platform/session.h"

@@ -1,4 +1,4 @@
-// The audio system of a Linux machine: PipeWire where it runs, the headless output where it doesn't.
+// The audio system of a Linux machine: PipeWire if it runs, else the headless output.
 #pragma once
 
 #include <memory>
@@ -8,9 +8,9 @@
 
 namespace brindlehum {
 
-// Never fails. While no PipeWire server can be reached the only device is the headless output; each call looks for
-// a server anew (bounded to half a second), and once one has come, streams on the headless output stop being
-// current. `onChange` of the streams is called through `loop`, which outlives the system; so do the render targets.
+// Never fails. While no PipeWire server can be reached, the only device is the headless output. Each call then looks
+// for a server again (for at most half a second); once there is one, streams on the headless output stop being current.
+// Streams call `onChange` through `loop`. `loop` and the render targets must outlive the system.
 std::unique_ptr<AudioSystem> makeAudioSystem(MainLoop& loop);
 
 }  // namespace brindlehum

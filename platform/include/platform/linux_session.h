@@ -1,4 +1,4 @@
-// LinuxSession: requests to the desktop over D-Bus, with the freedesktop tools where no service answers.
+// LinuxSession: requests to the desktop over D-Bus, or through the freedesktop tools if no service answers.
 #pragma once
 
 #include <QObject>
@@ -10,11 +10,11 @@ namespace brindlehum {
 class LinuxFileManager : public FileManager {
 public:
     void openFolder(const std::filesystem::path& folder) override;
-    // Asks `org.freedesktop.FileManager1` to show the items; opens their folder when there's no such service.
+    // Asks `org.freedesktop.FileManager1` to show the items; opens their folder if there is no such service.
     void reveal(const std::vector<std::filesystem::path>& items) override;
 
 private:
-    QObject answers_;  // owns what waits for replies
+    QObject answers_;  // owns the objects that wait for replies
 };
 
 class LinuxSession : public Session {

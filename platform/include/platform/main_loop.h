@@ -1,4 +1,4 @@
-// MainLoop: the one seam through which time and the main thread are reached, so that a test can own the clock.
+// MainLoop: the only access to time and to the main thread, so that a test can own the clock.
 #pragma once
 
 #include <functional>
@@ -6,7 +6,7 @@
 
 namespace brindlehum {
 
-// A pending call; destroying or cancelling it on the main thread means that it doesn't run any more.
+// A pending call. Destroying or cancelling it on the main thread prevents any further run.
 class Timer {
 public:
     virtual ~Timer() = default;
@@ -18,11 +18,11 @@ public:
     virtual ~MainLoop() = default;
     // Runs `job` on the main thread, in order of posting. Any thread.
     virtual void post(std::function<void()> job) = 0;
-    // Runs once after `seconds`, kept alive by the handle. Main thread.
+    // Runs once after `seconds`, unless the handle is destroyed before. Main thread.
     [[nodiscard]] virtual TimerHandle after(double seconds, std::function<void()> job) = 0;
-    // Runs once after `seconds` whatever becomes of the caller: deferred frees. Main thread.
+    // Runs once after `seconds`, even if the caller is gone by then; for deferred frees. Main thread.
     virtual void later(double seconds, std::function<void()> job) = 0;
-    // Runs every `seconds` until the handle goes. Main thread.
+    // Runs every `seconds` until the handle is destroyed. Main thread.
     [[nodiscard]] virtual TimerHandle every(double seconds, std::function<void()> job) = 0;
     // Seconds on a steady clock. Any thread.
     virtual double now() const = 0;

@@ -1,4 +1,4 @@
-// Platform: everything that the application stands on; made by main, or by a test.
+// Platform: the services of the machine that the application uses; made by main, or by a test.
 #pragma once
 
 #include <filesystem>

@@ -1,12 +1,12 @@
-// QtMainLoop: the main loop of the application, on Qt's event loop.
+// QtMainLoop: the application's main loop, on Qt's event loop.
 #pragma once
 
 #include "platform/main_loop.h"
 
 namespace brindlehum {
 
-// Made on the main thread, where Qt's event loop runs. Jobs and timers still pending at its destruction are dropped
-// unrun; timers are exact to about a millisecond. `post` must not race with the destruction.
+// Create it on the main thread, which runs Qt's event loop. The destructor drops pending jobs and timers without
+// running them. Timers are exact to about a millisecond. `post` must not race with the destruction.
 class QtMainLoop : public MainLoop {
 public:
     QtMainLoop();

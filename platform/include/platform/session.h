@@ -1,4 +1,4 @@
-// Session: the requests to the user's desktop session, one interface a subject.
+// Session: the requests to the user's desktop session, one interface for each subject.
 #pragma once
 
 #include <filesystem>
@@ -6,13 +6,13 @@
 
 namespace brindlehum {
 
-// Shows folders and files. Main thread; failures are dropped, since the user sees that nothing came up.
+// Shows folders and files. Main thread. Ignores failures, since the user sees that nothing appeared.
 class FileManager {
 public:
     virtual ~FileManager() = default;
     // Opens a folder.
     virtual void openFolder(const std::filesystem::path& folder) = 0;
-    // Shows files or folders in their folder, selected; nothing for none.
+    // Shows files or folders selected in their folder; does nothing for an empty list.
     virtual void reveal(const std::vector<std::filesystem::path>& items) = 0;
 };
 
@@ -24,7 +24,8 @@ class Http;            // requests to servers
 class Secrets;         // passwords in the user's keyring
 class MediaSession;    // play, stop and titles for the desktop's media keys
 
-// One a process, made by main or by a test. Main thread. Null stands for what this session can't do.
+// One for each process, made by main or by a test. Main thread. A null member means that this session lacks the
+// feature.
 class Session {
 public:
     virtual ~Session() = default;

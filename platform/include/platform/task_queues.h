@@ -1,4 +1,4 @@
-// Background threads: a serial queue with a name, and a small pool for work that hands whole values back.
+// Background threads: a named serial queue, and a small pool for work that returns whole values.
 #pragma once
 
 #include <condition_variable>
@@ -11,8 +11,9 @@
 
 namespace brindlehum {
 
-// Jobs start in the order they came, on `threads` threads of this name. Destruction finishes the jobs in hand and
-// drops the rest unrun. A job may queue further jobs; an exception that leaves a job ends the process.
+// Starts jobs in the order of their arrival, on `threads` threads of this name. The destructor finishes the running
+// jobs and drops the rest without running them. A job may queue further jobs; an exception that leaves a job ends the
+// process.
 class WorkerPool {
 public:
     explicit WorkerPool(int threads, const std::string& label = "Brindlehum.pool");
@@ -22,9 +23,9 @@ public:
 
     // Any thread.
     void async(std::function<void()> job);
-    // Returns when no job waits or runs, and what the finished ones held is released. Not from a job.
+    // Returns when no job waits or runs, and the captures of the finished ones are released. Not from a job.
     void drain();
-    // The same, but gives up after `patience` seconds: false then.
+    // The same, but gives up after `patience` seconds and returns false.
     bool drainFor(double patience);
 
 private:
@@ -39,7 +40,7 @@ private:
     std::vector<std::thread> threads_;
 };
 
-// Jobs run one after another on one thread of this name, under the same rules.
+// Runs jobs one after another on one thread of this name, under the same rules.
 class SerialQueue {
 public:
     explicit SerialQueue(const std::string& label) : pool_(1, label) {}

@@ -1,4 +1,4 @@
-// The paced thread behind the headless output.
+// The headless output's thread, paced by the clock.
 #include "platform/headless_audio.h"
 
 #include <pthread.h>
@@ -42,7 +42,7 @@ public:
 
 private:
     using Clock = std::chrono::steady_clock;
-    // Lateness that is caught up with; after more (the machine slept), the pace starts anew.
+    // The largest delay that is caught up. After a longer one (the machine slept), the pace restarts from now.
     static constexpr std::chrono::milliseconds patience{200};
 
     void run() {
@@ -51,7 +51,7 @@ private:
         Clock::time_point origin = Clock::now();
         for (int64_t block = 0; !ending_; ++block) {
             target_.render(buffers.frames, buffers);
-            // Counted from the origin, so that rounding never adds up.
+            // Count from the origin, so that rounding errors don't add up.
             const int64_t frames = (block + 1) * HeadlessAudioSystem::blockFrames;
             const auto due =
                 origin + std::chrono::nanoseconds(frames * 1'000'000'000 / int64_t(HeadlessAudioSystem::sampleRate));

@@ -1,4 +1,4 @@
-// Chooses between the sound server and the headless output, anew at each call.
+// Chooses between the sound server and the headless output, again at each call.
 #include "platform/linux_audio.h"
 
 #include <algorithm>
@@ -55,10 +55,10 @@ public:
     }
 
 private:
-    // How long to leave a server alone that took the connection and didn't answer.
+    // How long to wait before trying a server again that accepted the connection but didn't answer.
     static constexpr std::chrono::seconds silence{2};
 
-    // True when a session works; looks for one if there is none.
+    // True when a session works; tries to connect if there is none.
     bool server() {
         if (session_ && session_->isAlive()) { return true; }
         session_.reset();

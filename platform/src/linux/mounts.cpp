@@ -13,7 +13,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// The kernel writes blanks and the like as a backslash and three octal digits.
+// The kernel escapes blanks and the like as a backslash and three octal digits.
 std::string unescaped(const std::string& text) {
     const auto isOctal = [](char c) { return c >= '0' && c <= '7'; };
     std::string plain;
@@ -36,7 +36,7 @@ bool isUnder(const std::string& path, std::string_view folder) {
     return path.starts_with(folder) && (path.size() == folder.size() || path[folder.size()] == '/');
 }
 
-// True for a disk and for a share of another machine.
+// True for a disk or a share of another machine.
 bool holdsFiles(const std::string& type, const std::string& source) {
     if (isOneOf(type, {"nfs", "nfs4", "cifs", "smb3", "smbfs", "9p", "afs", "ceph", "zfs", "fuse.sshfs", "fuse.rclone",
                        "fuse.glusterfs", "virtiofs"})) {
@@ -60,8 +60,8 @@ std::vector<fs::path> volumesIn(std::string_view mountInfo) {
     std::vector<fs::path> volumes;
     std::istringstream lines{std::string(mountInfo)};
     for (std::string line; std::getline(lines, line);) {
-        // "36 35 98:0 / /mnt/point rw,noatime shared:1 - ext4 /dev/sdb1 rw": between the options and the lone dash
-        // stand any number of further fields.
+        // "36 35 98:0 / /mnt/point rw,noatime shared:1 - ext4 /dev/sdb1 rw": any number of further fields may follow
+        // the options, up to the lone dash.
         std::istringstream words(line);
         const std::vector<std::string> fields{std::istream_iterator<std::string>(words), {}};
         const auto dash = std::ranges::find(fields, "-");

@@ -1,4 +1,4 @@
-// Decisions over the known sinks and ports.
+// Decisions about the known sinks and ports.
 #include "pipewire_graph.h"
 
 #include <algorithm>

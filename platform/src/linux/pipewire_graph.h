@@ -19,28 +19,28 @@ struct PipeWireSink {
 
 // A planar float port ("DSP port") of any node.
 struct PipeWirePort {
-    uint32_t id = 0;      // global id
+    uint32_t id = 0;      // index among the ports of its node and direction
     uint32_t node = 0;    // global id of its node
     uint32_t number = 0;  // among the ports of its node and direction
     bool isInput = false;
 };
 
 struct PipeWireGraph {
-    std::vector<PipeWireSink> sinks;  // as the server announced them
+    std::vector<PipeWireSink> sinks;  // in the order of the server's announcements
     std::map<uint32_t, PipeWirePort> ports;
     std::string defaultSinkName;  // empty while the server states none
     double statedRate = 0;        // Hz; 0 while unknown
     double forcedRate = 0;        // Hz; 0 when none is forced
-    // Rates seen while the graph drove a sink; they outweigh the stated rate.
+    // Rates seen while the graph drove a sink; they take precedence over the stated rate.
     std::map<uint32_t, double> observedRates;
 
     // Global ids of a node's ports of one direction, in channel order.
     std::vector<uint32_t> portsOf(uint32_t node, bool inputs) const;
     // Sinks that have input ports.
     std::vector<AudioOutputDevice> outputs() const;
-    // The stated default, or the first output when the server states none or one that can't be played on.
+    // The stated default, or the first output when the server states none or the stated one can't be played on.
     std::optional<uint32_t> defaultOutput() const;
-    // The rate in Hz that a stream to this sink will probably run at.
+    // The rate in Hz that a stream to this sink will probably have.
     double rateFor(uint32_t sink) const;
 
     void remove(uint32_t globalId);

@@ -1,4 +1,4 @@
-// Life of the library's thread.
+// Starting and stopping the library's thread.
 #include "pipewire_loop.h"
 
 namespace brindlehum {

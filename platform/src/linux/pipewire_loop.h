@@ -1,4 +1,4 @@
-// PipeWireLoop: the library's thread, with its lock, and the context that connections are made in.
+// PipeWireLoop: the library's thread, its lock, and the context in which connections are made.
 #pragma once
 
 #include <pipewire/pipewire.h>
@@ -8,7 +8,7 @@
 
 namespace brindlehum {
 
-// Outlives everything of PipeWire. Main thread, except where stated.
+// Must outlive all other PipeWire objects. Main thread, except where stated.
 class PipeWireLoop {
 public:
     // Null when the library can't be set up on this machine.
@@ -17,7 +17,7 @@ public:
     PipeWireLoop(const PipeWireLoop&) = delete;
     PipeWireLoop& operator=(const PipeWireLoop&) = delete;
 
-    // Held around every call into the library from outside its thread; may nest.
+    // Hold it around every call into the library from outside its thread; may nest.
     class Lock {
     public:
         explicit Lock(const PipeWireLoop& loop) : loop_(loop.loop_) { pw_thread_loop_lock(loop_); }
@@ -31,11 +31,11 @@ public:
 
     pw_context* context() const { return context_; }
     pw_loop* events() const { return pw_thread_loop_get_loop(loop_); }
-    // Lock held once: lets the library's thread work until `done` holds. False after `seconds`.
+    // With the lock held once: lets the library's thread work until `done` is true. False after `seconds`.
     bool waitUntil(double seconds, const std::function<bool()>& done);
-    // The library's thread, lock held: looks at the conditions of waitUntil again.
+    // On the library's thread with the lock held: makes waitUntil check its conditions again.
     void wake() { pw_thread_loop_signal(loop_, false); }
-    // Lock held: returns when a process callback that may be running has ended.
+    // With the lock held: waits for the end of a process callback that may be running.
     void waitForProcess();
 
 private:

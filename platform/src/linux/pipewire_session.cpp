@@ -1,4 +1,4 @@
-// The registry, the default sink and the clock settings of a server, followed as they change.
+// Follows a server's registry, its default sink and its clock settings as they change.
 #include "pipewire_session.h"
 
 #include <pipewire/extensions/metadata.h>
@@ -21,7 +21,7 @@ uint32_t number(const spa_dict& properties, const char* key) {
     return uint32_t(std::strtoul(text(properties, key).c_str(), nullptr, 10));
 }
 
-// The name within {"name": "..."}; empty when there's none.
+// The name within {"name": "..."}; empty if there is none.
 std::string sinkName(const char* json) {
     const QJsonDocument document = QJsonDocument::fromJson(QByteArray(json ? json : ""));
     return document.object().value(QLatin1String("name")).toString().toStdString();
@@ -69,7 +69,7 @@ std::shared_ptr<PipeWireSession> PipeWireSession::connect(std::shared_ptr<PipeWi
     failure = session->core_ ? Failure::none : Failure::refused;
     if (!session->core_) { return nullptr; }
     session->watch();
-    // The first answers bring the globals, the second ones the contents of the metadata among them.
+    // The first round trip delivers the globals, the second one the contents of the metadata objects among them.
     if (session->roundTrip() && session->roundTrip()) { return session; }
     failure = session->dead_ ? Failure::refused : Failure::silent;
     return nullptr;
@@ -145,7 +145,7 @@ void PipeWireSession::addMetadata(uint32_t id, const char* name) {
 }
 
 void PipeWireSession::changed() {
-    // A copy, since a listener may leave.
+    // Iterate over a copy, since a listener may unregister itself.
     for (PipeWireListener* listener : std::vector(listeners_)) { listener->graphChanged(); }
     loop_->wake();
 }

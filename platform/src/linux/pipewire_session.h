@@ -1,4 +1,4 @@
-// PipeWireSession: one connection to a server, and the graph that it announces.
+// PipeWireSession: one connection to a server, and the graph that the server announces.
 #pragma once
 
 #include <memory>
@@ -14,17 +14,17 @@ namespace brindlehum {
 class PipeWireListener {
 public:
     virtual ~PipeWireListener() = default;
-    virtual void graphChanged() noexcept = 0;  // or the server has gone
+    virtual void graphChanged() noexcept = 0;  // also called when the server has gone
 };
 
-// Main thread, except where stated. Once the server has gone, the session stays dead: make a new one.
+// Main thread, except where stated. Once the server has gone, the session stays dead: make a new one then.
 class PipeWireSession {
 public:
-    // Seconds that any answer of the server may take.
+    // Seconds to wait for any answer of the server.
     static constexpr double patience = 0.5;
 
     enum class Failure : uint8_t { none, refused, silent };
-    // Connects and learns the graph. Null when there is no server, or when it stays silent.
+    // Connects and reads the graph. Null when there is no server, or when it doesn't answer.
     static std::shared_ptr<PipeWireSession> connect(std::shared_ptr<PipeWireLoop> loop, Failure& failure);
     ~PipeWireSession();
     PipeWireSession(const PipeWireSession&) = delete;
@@ -34,9 +34,9 @@ public:
     pw_core* core() const { return core_; }
 
     bool isAlive() const;
-    // Updates the graph to the server's state; false when the server has gone or stays silent.
+    // Updates the graph to the server's state; false when the server has gone or doesn't answer.
     bool update();
-    // A copy of what is known.
+    // A copy of the graph as known now.
     PipeWireGraph graph() const;
 
     // --- Lock held, any thread.
@@ -63,7 +63,7 @@ private:
     std::vector<std::unique_ptr<Metadata>> metadata_;
     PipeWireGraph graph_;
     std::vector<PipeWireListener*> listeners_;
-    int lastDone_ = -1;  // sequence number that the server answered last
+    int lastDone_ = -1;  // sequence number of the server's last answer
     bool dead_ = false;
 };
 

@@ -11,18 +11,18 @@ namespace {
 
 const char* const cannotOpen = "Couldn't open the output device";
 
-// The requested block in frames at 48 kHz: a seek or a change of mode is heard within some 11 ms, and each block is
-// long enough to carry the binaural stage's transforms at a small share of a core. The smallest wish of all clients on
-// the device counts, within the server's own limits.
+// The requested block in frames at 48 kHz. It is short enough that a seek or a change of mode is heard within some 11
+// ms, and long enough that the binaural stage's transforms take a small share of a core. The server uses the smallest
+// request of all clients on the device, within its own limits.
 const char* const wantedLatency = "512/48000";
 
-// Frames that process waits for all links to carry audio, so that the start of a sound isn't lost in a link that
+// For so many frames, process waits until all links carry audio, so that the start of a sound isn't lost in a link that
 // comes up late.
 constexpr uint32_t linkPatience = 48000;
 
 }  // namespace
 
-// A link of two ports, which ends with this object.
+// A link of two ports; the destructor removes it.
 struct PipeWireStream::Link {
     pw_proxy* proxy = nullptr;
     spa_hook hook{};
@@ -74,7 +74,7 @@ PipeWireStream::PipeWireStream(std::shared_ptr<PipeWireSession> session, MainLoo
         throw;
     }
     session_->addListener(*this);
-    graphChanged();  // it may have changed meanwhile
+    graphChanged();  // the graph may have changed meanwhile
 }
 
 PipeWireStream::~PipeWireStream() {
@@ -98,7 +98,7 @@ void PipeWireStream::makeFilter(size_t channels) {
         };
         return made;
     }();
-    // No media.class: a session manager leaves the links of such a node to its owner.
+    // Set no media.class: a session manager then leaves the node's links to its owner.
     filter_ =
         pw_filter_new(session_->core(), "Brindlehum",
                       pw_properties_new(PW_KEY_MEDIA_TYPE, "Audio", PW_KEY_MEDIA_CATEGORY, "Playback",
@@ -136,7 +136,7 @@ void PipeWireStream::makeLinks() {
         links_.push_back(
             std::make_unique<Link>(session_->core(), pw_filter_get_node_id(filter_), outputs[c], sink_, inputs[c]));
     }
-    // The server's refusals, if any, come before its answer to this.
+    // The server sends any refusals before its answer to this.
     const bool answered = session_->roundTrip();
     const bool failed = std::ranges::any_of(links_, [](const auto& link) { return link->failed; });
     if (!answered || failed) { throw Error(ErrorKind::device, cannotOpen); }
@@ -188,7 +188,7 @@ void PipeWireStream::rateSeen() noexcept {
     announceChange();
 }
 
-// Cleared buffers of the ports; true when every port has one.
+// Fetches and clears the buffers of the ports; true when every port has one.
 bool PipeWireStream::fetchPlanes(uint32_t frames) noexcept {
     bool complete = true;
     for (size_t c = 0; c < ports_.size(); ++c) {
@@ -206,7 +206,7 @@ void PipeWireStream::process(const spa_io_position& position) noexcept {
     const spa_fraction& unit = position.clock.rate;
     const double rate = unit.num > 0 ? double(unit.denom) / unit.num : 0;
     if (rate > 0 && rate != sampleRate_) {
-        // Silence rather than the wrong pitch, until the device is opened anew.
+        // Play silence rather than the wrong pitch, until the device is reopened.
         if (runningRate_.exchange(rate) != rate) { pw_loop_signal_event(session_->loop().events(), rateEvent_); }
         return;
     }

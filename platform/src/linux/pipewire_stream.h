@@ -1,4 +1,4 @@
-// PipeWireStream: planar float ports of ours, linked to the input ports of a sink and filled by a render target.
+// PipeWireStream: our planar float ports, linked to the input ports of a sink and filled by a render target.
 #pragma once
 
 #include <pipewire/filter.h>
@@ -13,12 +13,12 @@
 
 namespace brindlehum {
 
-// Main thread, but for `process` on the library's real-time thread and the listener's call.
+// Main thread, except `process`, which runs on the library's real-time thread, and the listener's call.
 class PipeWireStream : public OutputStream, private PipeWireListener {
 public:
-    // Frames that one call of render gets at most, whatever the server's quantum.
+    // The most frames in one call of render, whatever the server's quantum.
     static constexpr uint32_t largestBlock = 4096;
-    // Frames that a port of the library's buffers holds.
+    // The capacity in frames of a port's buffer in the library.
     static constexpr uint32_t largestQuantum = 8192;
 
     // Throws Error (device).
@@ -56,12 +56,12 @@ private:
     pw_filter* filter_ = nullptr;
     spa_hook filterHook_{};
     spa_source* rateEvent_ = nullptr;  // raised by process
-    std::vector<void*> ports_;         // ours, one a channel
+    std::vector<void*> ports_;         // our ports, one for each channel
     std::vector<std::unique_ptr<Link>> links_;
 
     std::atomic<bool> running_ = false;      // written by main, read by process
     std::atomic<double> runningRate_ = 0.0;  // Hz, written by process
-    // Of the real-time thread while running_ is set, else of the main thread.
+    // Used by the real-time thread while running_ is set, else by the main thread.
     std::vector<float*> planes_;
     std::vector<float*> block_;
     bool primed_ = false;

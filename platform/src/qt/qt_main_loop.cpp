@@ -22,7 +22,7 @@ namespace {
 class QtTimer : public Timer {
 public:
     explicit QtTimer(QTimer* timer) : timer_(timer) {}
-    // The job itself may drop its handle, so the QTimer outlives this call.
+    // The job itself may destroy its handle, so the QTimer must outlive this call.
     ~QtTimer() override {
         if (!timer_) { return; }
         timer_->stop();
@@ -45,9 +45,9 @@ QTimer* startTimer(QObject& home, double seconds, bool once, std::function<void(
 
 }  // namespace
 
-// Jobs wait in our own queue, and an event descriptor counts them: each round of Qt's loop takes one, so that a nested
-// loop goes on with them. No Qt event crosses threads, since a thread sanitizer can't see the locks that Qt uses for
-// them.
+// Our own queue holds the jobs, and an event descriptor counts them: each round of Qt's loop takes one job, so that a
+// nested loop continues with them. No Qt event crosses threads, since a thread sanitizer can't see the locks that Qt
+// uses for them.
 class QtMainLoop::Home : public QObject {
 public:
     Home() {
