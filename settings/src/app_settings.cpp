@@ -1,4 +1,4 @@
-// AppSettings: its JSON form, forgiving to read and complete to write.
+// AppSettings in JSON: reading ignores what it can't use, writing stores every field.
 #include "settings/app_settings.h"
 
 #include <algorithm>
@@ -23,7 +23,7 @@ void read(const json& record, const char* key, T& field) {
     try {
         field = entry->template get<T>();
     } catch (const json::exception&) {
-        return;  // an unreadable key is as good as an absent one
+        return;  // treat an unreadable key like a missing one
     }
 }
 
@@ -39,7 +39,7 @@ void readActiveProfile(const json& record, std::optional<UUID>& id) {
     id = UUID::parse(text);
 }
 
-// JSON has no infinity and no NaN; written as null they would make the record unreadable.
+// JSON has no infinity and no NaN; if one were written as null, the record would be unreadable.
 void requireFinite(const ordered_json& value) {
     if (value.is_number_float() && !std::isfinite(value.get<double>())) {
         throw Error("A setting isn't a finite number");

@@ -1,4 +1,4 @@
-// The defaults as JSON, and their merge under the lock of the file's replacement.
+// Reads the defaults as JSON, and merges changes into them under the lock of the file's replacement.
 #include "defaults_file.h"
 
 #include <sys/stat.h>
@@ -26,14 +26,14 @@ void makeFolders(const fs::path& folder) {
     ::mkdir(folder.c_str(), privateFolder);
 }
 
-// The file behind symbolic links, so that a replacement doesn't turn a link into a file.
+// Resolves symbolic links, so that the replacement doesn't turn a link into a file.
 fs::path behindLinks(const fs::path& file) {
     std::error_code error;
     const fs::path target = fs::weakly_canonical(file, error);
     return error ? file : target;
 }
 
-// No object when the file isn't one of ours.
+// Not an object when the file isn't one of ours.
 json parsed(const FileHandle& file) {
     std::string text(size_t(file.size()), '\0');
     if (!file.readExactly(0, text.data(), text.size())) { text.clear(); }
@@ -51,7 +51,7 @@ Values read(const fs::path& file) {
             if (value.is_string()) { values[key] = value.get<std::string>(); }
         }
     } catch (const Error&) {
-        // No file, or none that can be opened: nothing is stored.
+        // Without a file that can be opened, there are no stored values.
     }
     return values;
 }
@@ -60,7 +60,7 @@ void merge(const fs::path& file, const Values& changes) {
     const fs::path target = behindLinks(file);
     makeFolders(target.parent_path());
     FileReplacement out(target, {.waits = true, .mode = privateFile});
-    // Read under the lock: another process may have stored keys of its own since.
+    // Read under the lock, since another process may have stored its own keys meanwhile.
     json stored = json::object();
     std::optional<FileHandle> old;
     if (fs::exists(target)) {

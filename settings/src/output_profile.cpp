@@ -12,7 +12,7 @@ namespace {
 
 using nlohmann::json;
 
-// A profile that drives one device channel a speaker, in order and untrimmed.
+// A profile with one device channel for each speaker, in order and without trims.
 OutputProfile makeProfile(std::string name, OutputProfile::Kind kind, LayoutID layout) {
     OutputProfile profile;
     profile.id = UUID::random();
@@ -29,7 +29,7 @@ OutputProfile makeProfile(std::string name, OutputProfile::Kind kind, LayoutID l
     throw json::type_error::create(302, std::string("expected ") + wanted, &at);
 }
 
-// The library's own conversion would cut fractions, wrap large numbers and take booleans for numbers.
+// The library's own conversion would truncate fractions, wrap large numbers and accept booleans as numbers.
 int integer(const json& value) {
     if (!value.is_number()) { refuse(value, "an integer"); }
     const double number = value.get<double>();

@@ -1,4 +1,4 @@
-// SettingsStore: loads once, writes at each change.
+// SettingsStore: loads once, saves at each change.
 #include "settings/settings_store.h"
 
 #include <exception>
@@ -8,7 +8,7 @@ namespace brindlehum {
 
 namespace {
 
-// The version of the record is in the key, not in the record.
+// The key carries the version of the record; the record doesn't.
 constexpr const char* storageKey = "settings.v1";
 
 AppSettings load(const UserDefaults& defaults) {
@@ -26,9 +26,9 @@ void SettingsStore::setValue(const AppSettings& next) {
     try {
         defaults_.set(storageKey, next.encode());
     } catch (const std::exception&) {
-        // What can't be encoded holds for this run only; the stored record stays as it was.
+        // A record that can't be encoded is valid for this run only; the stored one stays as it was.
     }
-    // `next`, not value_: a receiver may change the settings again.
+    // Pass `next`, not value_, since a receiver may change the settings again.
     Q_EMIT changed(next, before);
 }
 

@@ -1,4 +1,4 @@
-// UserDefaults in a file that is written behind the main thread's back, and in memory.
+// UserDefaults in a file that a background queue writes, and in memory.
 #include "settings/user_defaults.h"
 
 #include <chrono>
@@ -35,7 +35,7 @@ FileDefaults::~FileDefaults() {
 
 fs::path FileDefaults::defaultFile() {
     const char* config = std::getenv("XDG_CONFIG_HOME");
-    const bool usable = config != nullptr && config[0] == '/';  // a relative one is to be ignored
+    const bool usable = config != nullptr && config[0] == '/';  // a relative path must be ignored
     return (usable ? fs::path(config) : homeFolder() / ".config") / "Brindlehum" / "defaults.json";
 }
 
@@ -71,7 +71,7 @@ void FileDefaults::store() {
     try {
         DefaultsFile::merge(file_, taken);
     } catch (const std::exception&) {
-        return;  // tried again with the next value, or at the end
+        return;  // the next value, or the destructor, tries again
     }
     const std::lock_guard lock(lock_);
     std::erase_if(unstored_, [&](const auto& entry) { return found(taken, entry.first) == entry.second; });

@@ -1,4 +1,4 @@
-// AppSettings: the one record of user preferences of the audition side.
+// AppSettings: the user's preferences for listening, in one record.
 #pragma once
 
 #include <optional>
@@ -26,12 +26,12 @@ struct AppSettings {
 
     bool operator==(const AppSettings&) const = default;
 
-    // The profile of activeProfileID, or the first one.
+    // The profile with the id activeProfileID, or the first one.
     const OutputProfile& activeProfile() const;
 
-    // The home folder's "Music/Brindlehum Pulls".
+    // "Music/Brindlehum Pulls" in the home folder.
     static std::string defaultPullsFolder();
-    // A key that is absent or unreadable keeps its default; none when the text isn't a JSON object.
+    // A missing or unreadable key keeps its default. Returns none when the text isn't a JSON object.
     static std::optional<AppSettings> decode(const std::string& json);
     std::string encode() const;
 };

@@ -30,9 +30,9 @@ struct OutputProfile {
 
     bool operator==(const OutputProfile&) const = default;
 
-    // "Room 9.1.6", "Nearfield", "Headphones", each with a new id.
+    // "Room 9.1.6", "Nearfield" and "Headphones", each with a new id.
     static std::vector<OutputProfile> defaults();
-    // What the settings window's plus button appends: "New Output", a stereo pair on the default device.
+    // The profile that the settings window's plus button appends: "New Output", a stereo pair on the default device.
     static OutputProfile newOutput();
 };
 

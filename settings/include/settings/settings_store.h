@@ -1,4 +1,4 @@
-// SettingsStore: the settings as an observable value, written to the user defaults at each change.
+// SettingsStore: the settings as an observable value, saved to the user defaults at each change.
 #pragma once
 
 #include <QObject>
@@ -12,11 +12,11 @@ namespace brindlehum {
 class SettingsStore : public QObject {
     Q_OBJECT
 public:
-    // Loads "settings.v1"; missing or unreadable data gives the defaults and writes nothing.
+    // Loads "settings.v1". If the data is missing or unreadable, uses the defaults and writes nothing.
     explicit SettingsStore(UserDefaults& defaults);
 
     const AppSettings& value() const { return value_; }
-    // Stores and announces a record that differs from the current one; an equal one does nothing.
+    // Stores and announces a record that differs from the current one; ignores an equal one.
     void setValue(const AppSettings& next);
     // Changes one field at a time: store.change([](AppSettings& s) { s.autoPlay = false; }).
     template <typename Edit>

@@ -14,7 +14,7 @@ struct UUID {
     auto operator<=>(const UUID&) const = default;
 
     static UUID random();
-    // Either case; none for anything but the 36-character form.
+    // Accepts upper and lower case; none for anything but the 36-character form.
     static std::optional<UUID> parse(const std::string& text);
     std::string string() const;
 };
