@@ -37,7 +37,7 @@ bool isSet(const char* variable) {
     return value && *value;
 }
 
-// False without a display; the windows are off screen then.
+// Without a display, makes the windows off screen and returns false.
 bool findScreen() {
     if (isSet("QT_QPA_PLATFORM") || isSet("DISPLAY") || isSet("WAYLAND_DISPLAY")) { return true; }
     qputenv("QT_QPA_PLATFORM", "offscreen");
@@ -63,9 +63,9 @@ void describeControlPort(const ControlServer& control) {
     std::fflush(stdout);
 }
 
-// Ends without tearing down: waiting for a file or a device that hangs would only keep the process alive. A playing
-// sound gets time to fade, the last settings time to be stored, and files being written time to be finished or
-// discarded; files whose turn hasn't come stay as they were.
+// Ends without tearing down, since waiting for a file or a device that hangs would only keep the process alive. A
+// playing sound gets time to fade, the last settings to be stored, and files being written to be finished or discarded;
+// files that haven't been started stay as they were.
 [[noreturn]] void end(AppModel& model, FileDefaults& defaults, InstanceLink& link, int code) {
     if (model.player().isPlaying()) {
         model.player().stopAndReturn();
@@ -87,7 +87,7 @@ void describeControlPort(const ControlServer& control) {
 int main(int argc, char** argv) {
     const auto files = filesOf(argc, argv);
     const bool hasScreen = findScreen();
-    int qtArguments = 1;  // keep files from Qt, which takes some names as its own options
+    int qtArguments = 1;  // hide the files from Qt, which takes some names as its own options
     QApplication application(qtArguments, argv);
     QApplication::setApplicationName(QStringLiteral("Brindlehum"));
     QApplication::setOrganizationName(QStringLiteral("Brindlehum"));

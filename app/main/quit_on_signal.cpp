@@ -1,4 +1,4 @@
-// An eventfd between the signal handler and the event loop.
+// QuitOnSignal: an eventfd carries the signal from the handler to the event loop.
 #include "quit_on_signal.h"
 
 #include <sys/eventfd.h>
@@ -15,7 +15,7 @@ namespace {
 
 int wakeUp = -1;
 
-// A signal handler may do no more than this one write. It fails only when the loop has been woken already.
+// A signal handler may safely do only this one write. It fails only when the loop has been woken already.
 void onSignal(int) {
     const int saved = errno;
     const uint64_t one = 1;

@@ -1,4 +1,4 @@
-// AppModel: construction, wiring, and what crosses several models.
+// AppModel: construction, connections, and actions that involve several models.
 #include "app/app_model.h"
 
 #include <QPointer>

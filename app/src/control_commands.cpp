@@ -1,4 +1,4 @@
-// The command table, and the answers.
+// ControlCommands: the command table, and the answers.
 #include "app/control_commands.h"
 
 #include <QString>
@@ -50,7 +50,7 @@ nlohmann::json ControlCommands::status() const {
             {"finderPanel", settings.finderPanel},      {"expert", settings.expertMode}};
 }
 
-// The profile with this name in any case, else the one after the active one, wrapping round.
+// Selects the profile with this name, ignoring case, else the one after the active one, wrapping round.
 void ControlCommands::selectProfile(const ControlParams& params) {
     const auto& profiles = settings_.value().profiles;
     if (profiles.empty()) { return; }

@@ -1,4 +1,4 @@
-// One client: collecting its head, answering it, and letting it go.
+// ControlConnection: collects a client's request head, answers it, and waits for the client to close.
 #include "control_connection.h"
 
 #include <sys/socket.h>
@@ -26,7 +26,7 @@ ControlConnection::ControlConnection(QTcpSocket* socket, ControlServer& server, 
     connect(socket_, &QTcpSocket::readyRead, this, &ControlConnection::readyRead);
     connect(socket_, &QTcpSocket::bytesWritten, this, &ControlConnection::closeOurSide);
     connect(socket_, &QTcpSocket::disconnected, this, &QObject::deleteLater);
-    // Bytes or an end that came before these connections were made give no signal any more.
+    // Check at once: data or a disconnect from before these connections were made sends no further signal.
     if (socket_->state() != QAbstractSocket::ConnectedState) {
         deleteLater();
     } else if (socket_->bytesAvailable() > 0) {
@@ -55,7 +55,7 @@ void ControlConnection::readyRead() {
 
 // False when the head has grown past its limit.
 bool ControlConnection::collect(const QByteArray& bytes) {
-    // The terminator may lie across the seam.
+    // The terminator may span the old and the new bytes.
     const qsizetype from = std::max<qsizetype>(buffer_.size() - 3, 0);
     buffer_ += bytes;
     const qsizetype end = buffer_.indexOf("\r\n\r\n", from);
@@ -74,8 +74,8 @@ void ControlConnection::respond(qsizetype headSize) {
     closeOurSide();
 }
 
-// Closes only the sending side and reads on: closing a socket with unread bytes (a body, a second request) resets the
-// connection, and the client may lose the response.
+// Closes only the sending side and keeps reading: closing a socket with unread bytes (a body, a second request) would
+// reset the connection, and the client might lose the response.
 void ControlConnection::closeOurSide() {
     if (!responded_ || socket_->bytesToWrite() > 0) { return; }
     ::shutdown(int(socket_->socketDescriptor()), SHUT_WR);

@@ -10,12 +10,12 @@ namespace brindlehum {
 
 class ControlServer;
 
-// Main thread. Collects the request head, answers it once, then waits for the client to close. Deletes itself when the
-// socket has closed.
+// Main thread. Collects the request head, answers it once, then waits for the client to close. Deletes itself once the
+// socket is closed.
 class ControlConnection : public QObject {
     Q_OBJECT
 public:
-    // Owns the socket from now on.
+    // Takes ownership of the socket.
     ControlConnection(QTcpSocket* socket, ControlServer& server, QObject* parent);
     // Closes at once, without a response.
     void drop();

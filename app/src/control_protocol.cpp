@@ -1,4 +1,4 @@
-// Parsing a request head, deciding whether it may be served, and writing the response.
+// ControlProtocol: parses a request head, decides whether to serve it, and writes the response.
 #include "app/control_protocol.h"
 
 #include <QByteArray>
@@ -55,8 +55,8 @@ Head parse(std::string_view text) {
     }
 }
 
-// True for no origin (a tool), "null" and a file origin (a page opened from this machine). The response's head repeats
-// the origin, so that a control character in it would start a new line there.
+// True for no origin (a tool), "null" and a file origin (a page opened from this machine). False with any control
+// character: the response's head repeats the origin, and the character could start a new line there.
 bool isAllowed(const std::string& origin) {
     const auto isControl = [](char c) { return uint8_t(c) < 0x20 || c == 0x7F; };
     if (std::ranges::any_of(origin, isControl)) { return false; }
@@ -100,7 +100,7 @@ Command command(const std::string& target) {
     const std::string path = url.path(QUrl::FullyDecoded).toStdString();
     const size_t first = path.find_first_not_of('/');
     if (first != std::string::npos) { out.name = path.substr(first, path.find_last_not_of('/') - first + 1); }
-    // A plus sign stays one: this is a URL's query, not a form.
+    // A plus sign isn't a blank: this is a URL's query, not a form.
     for (const auto& [key, value] : QUrlQuery(url).queryItems(QUrl::FullyDecoded)) {
         out.params[key.toStdString()] = value.toStdString();
     }

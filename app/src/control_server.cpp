@@ -1,4 +1,4 @@
-// Listening and the limit of open connections.
+// ControlServer: listens, and limits the number of open connections.
 #include "app/control_server.h"
 
 #include <QHostAddress>
@@ -13,7 +13,7 @@ namespace brindlehum {
 ControlServer::ControlServer(QObject* parent) : QObject(parent) {}
 
 ControlServer::~ControlServer() {
-    listener_.reset();  // with its connections, which take themselves off the list
+    listener_.reset();  // also ends the connections, which remove themselves from the list
 }
 
 void ControlServer::start(uint16_t onPort) {
@@ -22,7 +22,7 @@ void ControlServer::start(uint16_t onPort) {
     listener->setProxy(QNetworkProxy::NoProxy);
     listener->setListenBacklogSize(int(maxConnections));
     listener->setMaxPendingConnections(int(maxConnections));
-    // Qt sets the address for reuse, so a restart needn't wait for old connections to time out.
+    // Qt sets the socket to reuse the address, so a restart needn't wait for old connections to time out.
     if (!listener->listen(QHostAddress::LocalHost, onPort)) { return; }
     listener_ = std::move(listener);
     connect(listener_.get(), &QTcpServer::newConnection, this, &ControlServer::accept);

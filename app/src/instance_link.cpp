@@ -1,4 +1,4 @@
-// The lock that decides, and the socket that carries the files.
+// InstanceLink: the lock that decides which process is the instance, and the socket that carries the files.
 #include "app/instance_link.h"
 
 #include <sys/stat.h>
@@ -56,7 +56,7 @@ std::filesystem::path InstanceLink::runtimeFolder() {
     if (error) { return {}; }
     const auto own = temporary / ("brindlehum-" + std::to_string(::getuid()));
     ::mkdir(own.c_str(), 0700);
-    // Another user may have made a folder of this name first: use it only if it is ours.
+    // Another user may have made a folder of this name first, so use it only if we own it.
     struct stat found {};
     if (::lstat(own.c_str(), &found) != 0 || !S_ISDIR(found.st_mode) || found.st_uid != ::getuid()) { return {}; }
     return own;
@@ -72,7 +72,7 @@ InstanceLink::Outcome InstanceLink::start(const std::vector<std::filesystem::pat
     const QByteArray message = InstanceMessage::encode(files);
     const QDeadlineTimer deadline(qint64(patience * 1000));
     // The lock alone decides, so that exactly one of two simultaneous starts becomes the instance. The other one may
-    // come before the socket exists, and tries again.
+    // try to connect before the socket exists, so it retries.
     while (!claim()) {
         if (handOver(message, int(deadline.remainingTime()))) { return Outcome::handedOver; }
         if (deadline.hasExpired()) { return Outcome::unanswered; }
@@ -88,13 +88,13 @@ void InstanceLink::release() {
 
 bool InstanceLink::claim() {
     auto lock = std::make_unique<QLockFile>(fileIn(folder_, "brindlehum.lock"));
-    lock->setStaleLockTime(0);  // stale when its process is gone, never by age
+    lock->setStaleLockTime(0);  // stale once its process is gone, never by age
     if (!lock->tryLock(0)) { return lock->error() != QLockFile::LockFailedError; }
     lock_ = std::move(lock);
     server_ = std::make_unique<QLocalServer>();
     server_->setSocketOptions(QLocalServer::UserAccessOption);
     connect(server_.get(), &QLocalServer::newConnection, this, &InstanceLink::accept);
-    // The lock's holder owns the socket, so a socket that exists was left behind.
+    // Only the lock's holder makes the socket, so an existing socket is a leftover.
     QLocalServer::removeServer(socketIn(folder_));
     server_->listen(socketIn(folder_));
     return true;

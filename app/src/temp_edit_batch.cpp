@@ -1,4 +1,4 @@
-// TempEditBatch: turns the steps of a batch into a progress and messages, and shows the folders at its end.
+// TempEditBatch: turns the steps of a batch into progress and messages, and shows the folders at its end.
 #include "app/temp_edit_batch.h"
 
 #include <numeric>
@@ -9,7 +9,7 @@ namespace brindlehum {
 
 namespace {
 
-// How much of a file's work is done when its analysis is: reading and analysing take about as long as writing.
+// The share of a file's work that its analysis is: reading and analysing take about as long as writing.
 constexpr double analysedPart = 0.5;
 
 std::string countOf(size_t count) {
@@ -43,7 +43,7 @@ void TempEditBatch::make(const std::vector<std::filesystem::path>& files) {
 
 // On the queue.
 TempEditBatch::Result TempEditBatch::makeAll(const Jobs& jobs, const Background::Task& task) {
-    std::vector<double> parts(jobs.size());  // done of each file
+    std::vector<double> parts(jobs.size());  // finished share of each file, 0 to 1
     const auto progress = [&](const TempEdits::Step& step) {
         using Kind = TempEdits::Step::Kind;
         double& part = parts[step.index];

@@ -1,4 +1,4 @@
-// AppModel: owns every long-lived model and engine, and wires them to each other; nothing else does.
+// AppModel: owns every long-lived model and engine, and is the only one that connects them.
 #pragma once
 
 #include <QObject>
@@ -30,28 +30,29 @@ public:
     // Opens the control port and starts to observe the settings. Once.
     void start(uint16_t controlPort = ControlServer::port);
 
-    // Loads the first audio file among the arguments of a start, ours or a later one's, and brings the main window up.
+    // Loads the first audio file among the arguments of this start or a later one, and brings the main window to the
+    // front.
     void openFiles(const std::vector<std::filesystem::path>& files);
     // Opens a window by its id ("main", "settings") and brings the application to the front.
     void openWindow(const std::string& id);
-    // Set by the windows when they exist.
+    // The windows set this once they exist.
     std::function<void(const std::string& id)> openWindowAction;
-    // Asks the user for folders to add to the library. `chosen` gets at least one; it isn't called on a cancel.
+    // Asks the user for folders to add to the library. `chosen` gets at least one; a cancel doesn't call it.
     using FoldersChosen = std::function<void(const std::vector<std::filesystem::path>& folders)>;
     std::function<void(FoldersChosen chosen)> chooseFoldersAction;
-    // Lets the user choose folders, and adds them.
+    // Lets the user choose folders, and adds those.
     void addLibraryFolder();
     // Adds folders to the library and shows the first one.
     void addLibraryFolders(const std::vector<std::filesystem::path>& folders);
 
-    // Makes the temp edits of the audio files among `files`, in the background. The player's message tells how it goes.
+    // Makes the temp edits of the audio files among `files` in the background; the player's message shows the progress.
     void makeTempEdits(const std::vector<std::filesystem::path>& files) { tempEdits_.make(files); }
 
     // Runs a command of the control port: see ControlCommands.
     nlohmann::json handle(const std::string& command, const ControlParams& params);
 
     SettingsStore& settings() { return settings_; }
-    const PlaybackEngine& engine() const { return engine_; }  // to look at; playing goes through a seat
+    const PlaybackEngine& engine() const { return engine_; }  // read only; a seat controls playback
     PlayerModel& player() { return player_; }
     LibraryModel& library() { return library_; }
     TempEditBatch& tempEdits() { return tempEdits_; }

@@ -1,4 +1,4 @@
-// ControlCommands: what the commands of the control port do.
+// ControlCommands: carries out the commands of the control port.
 #pragma once
 
 #include <nlohmann/json_fwd.hpp>
@@ -11,12 +11,12 @@
 
 namespace brindlehum {
 
-// Main thread: a command runs like a user's action. All references must outlive the table.
+// Main thread: a command runs like a user's action. All references must outlive this object.
 class ControlCommands {
 public:
     ControlCommands(PlayerModel& player, SettingsStore& settings, TempEditBatch& tempEdits);
 
-    // The answer to a command, whose name is compared exactly: an object with "error" for a command that doesn't exist.
+    // Runs a command and returns the answer. Compares the name exactly; an unknown one returns an object with "error".
     nlohmann::json handle(const std::string& command, const ControlParams& params);
 
 private:

@@ -19,7 +19,7 @@ using Handler = std::function<nlohmann::json(const std::string& command, const C
 
 // The whole response to a request head (without its closing empty line); `handler` may be empty.
 //
-// Served is every program on this machine that sets the header "X-Brindlehum: 1". A web page can't set it without the
+// Serves every program on this machine that sets the header "X-Brindlehum: 1". A web page can set it only with the
 // permission in the answer to OPTIONS, and only pages opened from local files get that permission.
 std::string respond(const std::string& head, const Handler& handler);
 

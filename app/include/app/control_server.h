@@ -1,4 +1,4 @@
-// ControlServer: the HTTP control port on the loopback interface, one request a connection, JSON out.
+// ControlServer: the HTTP control port on the loopback interface; one request per connection, answered in JSON.
 #pragma once
 
 #include <QObject>
@@ -14,21 +14,20 @@ namespace brindlehum {
 
 class ControlConnection;
 
-// Main thread: a command runs like a user action and needs no lock.
+// Main thread: a command runs like a user's action and needs no lock.
 class ControlServer : public QObject {
     Q_OBJECT
 public:
     static constexpr uint16_t port = 47806;
-    // Connections held at once. One more ends the oldest, so that clients that connect and stay silent never block the
-    // others.
+    // The most connections open at once. One more drops the oldest, so that silent clients never block the others.
     static constexpr size_t maxConnections = 256;
 
     explicit ControlServer(QObject* parent = nullptr);
     ~ControlServer() override;
 
-    ControlProtocol::Handler handler;  // set before start()
-    // Opens the listener on 127.0.0.1; does nothing when it is open, or when another program has the port. 0 takes any
-    // free port, for tests.
+    ControlProtocol::Handler handler;  // set it before start()
+    // Opens the listener on 127.0.0.1. Does nothing if it is open already, or if another program has the port. Port 0
+    // takes any free port, for tests.
     void start(uint16_t onPort = port);
     bool isListening() const;
     uint16_t listeningPort() const;

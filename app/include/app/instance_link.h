@@ -15,7 +15,7 @@ class QLockFile;
 
 namespace brindlehum {
 
-// The message from a later start to the running one: the bytes of each path and a NUL, then one more NUL. Paths are
+// The message from a later start to the running instance: each path's bytes and a NUL, then one more NUL. Paths are
 // bytes, not text, so names in any encoding arrive unchanged.
 namespace InstanceMessage {
 QByteArray encode(const std::vector<std::filesystem::path>& files);
@@ -28,25 +28,25 @@ class InstanceLink : public QObject {
     Q_OBJECT
 public:
     enum class Outcome {
-        instance,    // this process is the one; onFiles will be called
-        handedOver,  // another process is, and has taken the files
-        unanswered,  // another process is, and doesn't answer
+        instance,    // this process is the instance; later starts call its onFiles
+        handedOver,  // another process is the instance, and has taken the files
+        unanswered,  // another process is the instance, but doesn't answer
     };
 
-    // Lock and socket are files in `folder`. If it can't be written, each start is an instance of its own.
+    // Lock and socket are files in `folder`. If the folder isn't writable, every start becomes an instance.
     explicit InstanceLink(std::filesystem::path folder = runtimeFolder());
     ~InstanceLink() override;
 
     // Decides whether this process is the instance. `files` are absolute. Blocks for up to `patience` seconds while
-    // another process starts, ends or is busy. A lock and a socket left behind by a crash are taken over.
+    // another process starts, ends or is busy. Takes over a lock and a socket left behind by a crash.
     Outcome start(const std::vector<std::filesystem::path>& files, double patience = 5);
     // Lets another process become the instance.
     void release();
 
-    // Called with the files of a later start; without files it only asks for the window.
+    // Called with the files of a later start; an empty list only asks for the window.
     std::function<void(const std::vector<std::filesystem::path>& files)> onFiles;
 
-    // `$XDG_RUNTIME_DIR`, else a folder of the user's own in the temporary folder.
+    // `$XDG_RUNTIME_DIR`, else the user's own folder in the temporary folder.
     static std::filesystem::path runtimeFolder();
 
 private:

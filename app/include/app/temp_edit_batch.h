@@ -1,4 +1,4 @@
-// TempEditBatch: the temp edits of a list of files, made in the background while the player goes on.
+// TempEditBatch: makes the temp edits of a list of files in the background, so that the player stays usable.
 #pragma once
 
 #include <QObject>
@@ -24,24 +24,24 @@ public:
         std::string reason;  // one line
     };
 
-    // Progress is shown as the player's message.
+    // Shows its progress as the player's message.
     TempEditBatch(PlayerModel& player, const SettingsStore& settings, FileManager& fileManager, MainLoop& loop);
 
-    // Makes the edits of the audio files among `files`, each into a folder of its own; does nothing when there is none.
+    // Makes the edits of the audio files among `files`, each in its own folder; does nothing if there are none.
     void make(const std::vector<std::filesystem::path>& files);
-    // Ends what runs and what waits. What is finished stays.
+    // Stops the running batch and drops the waiting ones. Keeps the finished files.
     void cancel();
-    // Cancels and waits until nothing is half written any more, up to `patience` seconds: before the process ends.
+    // Before the process ends: cancels and waits, for up to `patience` seconds, until no file is half written.
     void finish(double patience);
     // Shows the folders of the last batch in the file manager.
     void showFolders();
 
-    // How far the batch in hand has come, 0 to 1; none when nothing runs.
+    // Progress of the running batch, 0 to 1; none when nothing runs.
     std::optional<double> progress() const { return progress_; }
-    // Of the last batch.
+    // Results of the last batch.
     const std::vector<std::filesystem::path>& folders() const { return folders_; }
     const std::vector<Skipped>& skipped() const { return skipped_; }
-    const std::string& closing() const { return closing_; }  // the message in which it ended
+    const std::string& closing() const { return closing_; }  // its final message
 
 Q_SIGNALS:
     void changed();
