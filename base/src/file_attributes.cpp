@@ -1,4 +1,5 @@
-// Owner first, since a change of owner clears permission bits; permissions, then lists that refine them.
+// Copies the owner first, since a change of owner clears permission bits; then permissions, then lists that refine
+// them.
 #include "file_attributes.h"
 
 #include <sys/stat.h>
@@ -17,7 +18,7 @@ namespace {
 
 constexpr const char* accessList = "system.posix_acl_access";
 
-// Of attributes that may grow between the question for their size and the next; none on failure, errno set.
+// Reads attributes that may grow between the call for their size and the next one. None on failure, with errno set.
 template <typename Ask>
 std::optional<std::string> grown(Ask ask) {
     for (;;) {
@@ -42,7 +43,7 @@ std::vector<std::string> attributeNames(int file) {
     return names;
 }
 
-// Those that belong to the file's owner rather than to the system.
+// True for attributes that belong to the file's owner rather than to the system.
 bool mustBeKept(const std::string& name) {
     return name == accessList || name.starts_with("user.");
 }
@@ -73,7 +74,7 @@ int copyAttributes(int from, int to) {
     if (::fstat(from, &status) != 0) { return errno; }
     if (const int error = copyOwnerAndMode(status, to)) { return error; }
     const std::vector<std::string> wanted = attributeNames(from);
-    // The folder may have given the new file an access list that the old one hasn't.
+    // The folder may have given the new file an access list that the old one doesn't have.
     const bool listed = std::ranges::find(wanted, accessList) != wanted.end();
     if (!listed) { ::fremovexattr(to, accessList); }
     for (const std::string& name : wanted) {

@@ -1,4 +1,4 @@
-// FileHandle: opening with care, reading with pread.
+// FileHandle: opens regular files only, and reads with pread.
 #include "base/file_handle.h"
 
 #include <fcntl.h>

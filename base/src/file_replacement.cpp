@@ -69,7 +69,7 @@ bool FileReplacement::sourceIsUnchanged() const {
 }
 
 void FileReplacement::reserve(uint64_t bytes) {
-    // Where that can't be done, the writes find out themselves.
+    // Where the file system can't reserve space, the writes report a full disk themselves.
     if (::fallocate(file_->number(), 0, 0, off_t(bytes)) != 0 && errno == ENOSPC) { fail(errno); }
 }
 
@@ -92,13 +92,13 @@ void FileReplacement::wrote(uint64_t end) {
     constexpr uint64_t portion = 16 << 20;
     end_ = std::max(end_, end);
     if (end_ - passedOn_ < portion) { return; }
-    // Only a hint; the sync at the end is what counts.
+    // This is only a hint; the sync at the end guarantees the result.
     ::sync_file_range(file_->number(), off64_t(passedOn_), off64_t(end_ - passedOn_), SYNC_FILE_RANGE_WRITE);
     passedOn_ = end_;
 }
 
 void FileReplacement::copy(uint64_t offset, uint64_t bytes) {
-    // In the kernel, which saves a pass over the memory; some file systems can't, or only claim that they copied 0.
+    // Copies in the kernel, which avoids a pass through memory. Some file systems can't, or only report 0 copied bytes.
     auto from = off64_t(offset);
     while (bytes > 0) {
         auto to = off64_t(end_);
@@ -133,7 +133,7 @@ ino_t FileReplacement::commit() {
     if (source_ != nullptr && !sourceIsUnchanged()) { failChanged(); }
     if (!file_->holdsItsName()) { failChanged(); }
     if (const int error = file_->rename(name_)) { fail(error); }
-    // Past the swap there is nothing to go back to; a folder that can't be synced leaves the old or the new file.
+    // After the swap there is no way back. If the folder can't be synced, a crash leaves the old or the new file.
     if (syncFolder_) { ::fsync(folder_.number()); }
     struct stat facts {};
     return ::fstat(file_->number(), &facts) == 0 ? facts.st_ino : 0;
@@ -145,7 +145,7 @@ void FileReplacement::writeText(const std::filesystem::path& target, std::string
     file.commit();
 }
 
-// Finishing cuts; the sync is left to the commit.
+// finish() only cuts the file; commit() does the sync.
 class FileReplacement::Sink final : public ByteSink {
 public:
     explicit Sink(FileReplacement& file) : file_(file) {}

@@ -21,7 +21,7 @@ public:
         std::error_code failure;
         if (path.has_parent_path()) { std::filesystem::create_directories(path.parent_path(), failure); }
         if (failure) { fail(failure.value()); }
-        // O_NONBLOCK: a pipe without a reader is refused at once instead of waiting for one.
+        // O_NONBLOCK: opening a pipe without a reader fails at once instead of waiting for one.
         const int flags = O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
         file_ = Descriptor(::open(path.c_str(), flags, 0666));
         if (!file_.isOpen()) { fail(errno); }

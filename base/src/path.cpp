@@ -1,4 +1,4 @@
-// Paths by realpath, and as texts.
+// Canonical paths by realpath, and paths as text.
 #include "base/path.h"
 
 #include <cerrno>

@@ -1,4 +1,4 @@
-// TemporaryFile: creation, lock, and the leftovers of dead writers.
+// TemporaryFile: creates and locks the file, and clears the leftovers of dead writers.
 #include "temporary_file.h"
 
 #include <fcntl.h>
@@ -37,8 +37,8 @@ TemporaryFile::~TemporaryFile() {
 }
 
 void TemporaryFile::create(mode_t mode) {
-    // Between its creation and its lock a file looks like a leftover to another writer, who then removes it. One who
-    // waits loses a turn to each of the others.
+    // Between its creation and its lock, a file looks like a leftover to another writer, who then removes it. So try
+    // again; a waiting writer may lose a turn to each of the others.
     const int attempts = wait_ ? 1000 : 8;
     for (int i = 0; i < attempts; ++i) {
         file_ = Descriptor(::openat(folder_, name_.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, mode));
@@ -61,7 +61,7 @@ void TemporaryFile::clearLeftover() {
     file_ = Descriptor();
 }
 
-// False when someone else holds the lock. Where a file system has no locks, the checks of the name have to do.
+// False when another writer holds the lock. If the file system has no locks, the checks of the name must suffice.
 bool TemporaryFile::lock() const {
     while (::flock(file_.number(), wait_ ? LOCK_EX : LOCK_EX | LOCK_NB) != 0) {
         if (errno == EWOULDBLOCK) { return false; }

@@ -10,11 +10,11 @@
 
 namespace brindlehum {
 
-// Named after the target, so that a leftover is found by the next writer of the same file. The name is cut to what the
-// file system takes; a link under it is never followed, nor removed.
+// Named after the target, so that the next writer of the same file finds a leftover. The name is cut to the length that
+// the file system allows. A symbolic link of this name is never followed nor removed.
 class TemporaryFile {
 public:
-    // `folder` is that of the target and outlives the object. With `wait` this waits while another writer holds the
+    // `folder` is the target's folder and must outlive the object. With `wait`, waits while another writer holds the
     // file. Throws Error.
     TemporaryFile(const std::filesystem::path& target, int folder, mode_t mode, bool wait);
     // Removes the file, unless it was renamed.
@@ -23,9 +23,9 @@ public:
     TemporaryFile& operator=(const TemporaryFile&) = delete;
 
     int number() const { return file_.number(); }
-    // False when someone took the file away or put another one in its place.
+    // False when another process removed or replaced the file.
     bool holdsItsName() const;
-    // 0, or the errno of a failure.
+    // Returns 0, or the errno of a failure.
     int rename(const std::string& name);
 
 private:

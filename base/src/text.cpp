@@ -1,4 +1,4 @@
-// Text by bytes: UTF-8 by the table of well-formed sequences (Unicode, table 3-7), letters, blanks and separators.
+// Text helpers on bytes: UTF-8 by the table of well-formed sequences (Unicode, table 3-7), letters, blanks, separators.
 #include "base/text.h"
 
 #include <algorithm>
@@ -76,7 +76,7 @@ std::string upperAscii(std::string_view text) {
 }
 
 std::string_view trimmed(std::string_view text) {
-    // White_Space of the Unicode Character Database.
+    // The characters with White_Space in the Unicode Character Database.
     static constexpr std::array<std::string_view, 25> blanks = {
         "\t",           "\n",           "\v",           "\f",           "\r",           " ",
         "\xC2\x85",     "\xC2\xA0",     "\xE1\x9A\x80", "\xE2\x80\x80", "\xE2\x80\x81", "\xE2\x80\x82",

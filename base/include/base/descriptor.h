@@ -1,4 +1,4 @@
-// Descriptor: the one owner of an open file descriptor.
+// Descriptor: the only owner of an open file descriptor.
 #pragma once
 
 #include <unistd.h>
@@ -11,7 +11,7 @@ namespace brindlehum {
 class Descriptor {
 public:
     Descriptor() = default;
-    // Takes what open() and its like return; a negative number is none.
+    // Takes the result of open() and similar calls; a negative number means no descriptor.
     explicit Descriptor(int number) : number_(number) {}
     Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
     Descriptor& operator=(Descriptor&& other) noexcept {
@@ -22,7 +22,7 @@ public:
 
     int number() const { return number_; }
     bool isOpen() const { return number_ >= 0; }
-    // Closes it now; false, with errno set, when the system reports a failure: some file systems report a full disk or
+    // Closes it now. False, with errno set, when the system reports a failure: some file systems report a full disk or
     // a quota only here.
     bool close() {
         const int number = std::exchange(number_, -1);

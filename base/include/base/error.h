@@ -1,4 +1,4 @@
-// The error value of the system: a kind and a one-line text for the user.
+// Error: the error type of the whole program, with a kind and a one-line text for the user.
 #pragma once
 
 #include <stdexcept>
@@ -6,7 +6,7 @@
 
 namespace brindlehum {
 
-// What a caller may want to tell apart. The numbers are the system's error codes and never change.
+// The kinds that a caller may want to distinguish. The numbers are the program's error codes and never change.
 enum class ErrorKind {
     other = 0,  // only the text matters
     channelCount = 1,

@@ -1,11 +1,11 @@
-// Where a piece of work is to run: the main thread, a serial queue, the background pool.
+// Executor: where a piece of work runs, such as the main thread, a serial queue or the background pool.
 #pragma once
 
 #include <functional>
 
 namespace brindlehum {
 
-// Takes a job and runs it later on its own thread; may be called from any thread.
+// Takes a job and runs it later on the executor's thread. Any thread may call it.
 using Executor = std::function<void(std::function<void()>)>;
 
 }  // namespace brindlehum

@@ -18,47 +18,47 @@ namespace brindlehum {
 class TemporaryFile;
 
 struct FileReplacementOptions {
-    bool waits = false;      // while another writer is at the file; else refused
-    mode_t mode = 0666;      // of the new file, less the umask
+    bool waits = false;      // wait while another writer has the file; otherwise throw
+    mode_t mode = 0666;      // of the new file, reduced by the umask
     bool syncFolder = true;  // false: a crash of the system may bring the old file back after the commit
 };
 
-// Until commit() the target stays as it is, and the temporary file beside it, `.<file name>.bh-tmp`, is removed with
-// the object. It is locked for as long: of two writers of one file the second is refused or waits, in this process or
-// another. The leftover of a process that died is free, and gives way. A target that is write-protected or no regular
-// file is refused. One thread at a time, blocking I/O; all calls throw Error for what the system refuses.
+// The target stays as it is until commit(). The object removes its temporary file `.<file name>.bh-tmp` beside the
+// target when it is destroyed, and locks it until then: a second writer of the same file, in this process or another,
+// is refused or waits. A dead process's leftover isn't locked, and is removed. Refuses a target that is write-protected
+// or not a regular file. One thread at a time, blocking I/O; all calls throw Error when the system refuses.
 class FileReplacement {
 public:
     using Options = FileReplacementOptions;
 
-    // The folder must be there, the file needn't. A symbolic link of this name is replaced, not followed.
+    // The folder must exist, the file needn't. A symbolic link of this name is replaced, not followed.
     explicit FileReplacement(const std::filesystem::path& target, const Options& options = {});
-    // The next version of `source`, which is the target, opened.
+    // Makes the next version of `source`, which is the opened target.
     FileReplacement(const std::filesystem::path& target, const FileHandle& source);
     ~FileReplacement();
     FileReplacement(const FileReplacement&) = delete;
     FileReplacement& operator=(const FileReplacement&) = delete;
 
-    // Makes this the next version of `source`, the target, opened, which outlives the object: copy() reads it, commit()
-    // takes over its owner, permissions and extended attributes. Refused, as is the commit, once it has changed since
-    // it was opened or isn't the target any more.
+    // Makes this the next version of `source`, the opened target, which must outlive the object: copy() reads from it,
+    // and commit() copies its owner, permissions and extended attributes. This and commit() throw if it has changed
+    // since it was opened or isn't the target any more.
     void continueFrom(const FileHandle& source);
 
-    // Takes the room for a file of this size at once, so that a disk that is too full is known before all the work.
+    // Reserves space for a file of this size, so that a disk that is too full fails before all the work.
     void reserve(uint64_t bytes);
-    // Behind what was written so far.
+    // Appends to the bytes written so far.
     void write(std::string_view bytes);
-    // Over what was written so far, or beyond.
+    // Writes anywhere: over earlier bytes, or beyond them.
     void writeAt(uint64_t offset, std::string_view bytes);
-    // From the source; the part must be there in full.
+    // Appends a part of the source, which must be there in full.
     void copy(uint64_t offset, uint64_t bytes);
-    // For a writer that takes a ByteSink, which lives no longer than this object. Finishing it doesn't commit.
+    // For a writer that takes a ByteSink; must not outlive this object. Finishing the sink doesn't commit.
     std::unique_ptr<ByteSink> sink();
 
-    // Syncs and swaps. Returns the inode of the new version.
+    // Syncs the new version and swaps it in. Returns its inode.
     ino_t commit();
 
-    // A whole file in one go.
+    // Replaces a whole file in one call.
     static void writeText(const std::filesystem::path& target, std::string_view text, const Options& options = {});
 
 private:
@@ -75,8 +75,8 @@ private:
     const Descriptor folder_;
     std::unique_ptr<TemporaryFile> file_;
     const FileHandle* source_ = nullptr;
-    uint64_t end_ = 0;       // of what was written
-    uint64_t passedOn_ = 0;  // of those, bytes that the disk has been set to write, beside the copying
+    uint64_t end_ = 0;       // length of the new version so far
+    uint64_t passedOn_ = 0;  // bytes that the disk was told to write already, in parallel to the copying
 };
 
 }  // namespace brindlehum

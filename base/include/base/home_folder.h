@@ -1,4 +1,4 @@
-// The user's home folder, also where no environment is set up.
+// The user's home folder, found even without an environment.
 #pragma once
 
 #include <pwd.h>
@@ -9,7 +9,7 @@
 
 namespace brindlehum {
 
-// $HOME when it is an absolute path, else the user database's entry, else "/". Main thread.
+// $HOME if it is an absolute path, else the folder in the user database, else "/". Main thread.
 inline std::filesystem::path homeFolder() {
     if (const char* home = std::getenv("HOME"); home != nullptr && home[0] == '/') { return home; }
     const passwd* entry = getpwuid(getuid());

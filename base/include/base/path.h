@@ -1,4 +1,4 @@
-// Paths: the one form in which they are compared, and the texts in which the user reads them.
+// Paths: the form in which they are compared, and the texts that the user reads.
 #pragma once
 
 #include <filesystem>
@@ -6,13 +6,13 @@
 
 namespace brindlehum {
 
-// Absolute, without symbolic links; for a path that doesn't exist: absolute and in its plain form. Two paths name one
-// file when these are equal. Any thread; looks at the disk.
+// An absolute path without symbolic links; for a path that doesn't exist, the absolute path in its plain form. Two
+// paths name one file when these are equal. Any thread; reads the disk.
 std::string canonicalPath(const std::filesystem::path& path);
-// The file behind all symbolic links. Throws Error when there is none.
+// Resolves all symbolic links. Throws Error when there is no such file.
 std::filesystem::path followed(const std::filesystem::path& path);
 
-// For the user: on one line and valid UTF-8 whatever the path holds; the last part alone, or the whole.
+// For the user: one line of valid UTF-8 for any path. The name is the path's last part.
 std::string printableName(const std::filesystem::path& path);
 std::string printablePath(const std::filesystem::path& path);
 // "take.wav can't be opened: <reason>"

@@ -1,4 +1,4 @@
-// The text of a position or a length in time.
+// The text of a position or a duration in time.
 #pragma once
 
 #include <string>
