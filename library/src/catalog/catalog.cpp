@@ -1,4 +1,4 @@
-// Catalog: opening, transactions and reads by key.
+// Catalog: opening, transactions and look-ups by key.
 #include "library/catalog/catalog.h"
 
 #include <chrono>
@@ -19,11 +19,11 @@ namespace {
 constexpr std::chrono::milliseconds openingPatience(2000);
 constexpr std::chrono::seconds writingPatience(30);
 
-// So many changed files may wait; beyond, each write settles some of their blocks.
+// Up to so many changed files may wait; with more, each write also settles some of their blocks.
 constexpr int64_t settleFrom = 1024;
 constexpr int blocksAWrite = 8;
 
-// Runs `read` with a query connection; a failure returns an empty value.
+// Runs `read` with a connection for queries; returns an empty value on a failure.
 template <class Value, class Read>
 Value reading(ReaderPool& readers, Read read) {
     try {
@@ -37,7 +37,7 @@ const std::filesystem::path& withFolders(const std::filesystem::path& file) {
     return file;
 }
 
-// Of two programs that turn a new file into a write-ahead log at once, SQLite refuses one without waiting.
+// Retries: if two programs switch a new file to a write-ahead log at once, SQLite refuses one without waiting.
 void prepareInTime(Database& database) {
     const auto deadline = std::chrono::steady_clock::now() + openingPatience;
     for (;;) {
@@ -133,7 +133,7 @@ std::optional<Catalog::Stamp> Catalog::stamp(const std::string& path) {
 void Catalog::write(const std::function<void()>& job) {
     const std::lock_guard hold(lock_);
     Database& writer = parts_->writer;
-    // Immediate: a transaction that begins by reading could meet another process's write and fail midway.
+    // IMMEDIATE, since a transaction that begins by reading could meet another process's write and fail midway.
     writer.exec("BEGIN IMMEDIATE");
     try {
         parts_->failure.clear();
@@ -144,7 +144,7 @@ void Catalog::write(const std::function<void()>& job) {
         if (!parts_->failure.empty()) { throw Error(ErrorKind::catalog, parts_->failure); }
         writer.exec("COMMIT");
     } catch (...) {
-        // SQLite may have rolled back by itself, as on a full disk.
+        // SQLite may have rolled back already, for example on a full disk.
         if (sqlite3_get_autocommit(writer.handle()) == 0) { writer.exec("ROLLBACK"); }
         throw;
     }
@@ -158,7 +158,7 @@ void Catalog::settle() {
             write([&] { more = settleShortHits(parts_->writer, allowed, blocksAStep); });
         }
     } catch (const Error&) {
-        // The next settle() goes on from here.
+        // The next settle() continues from here.
     }
 }
 

@@ -1,4 +1,4 @@
-// Catalog: how many files there are by category and by library.
+// Catalog: the number of files by category and by library.
 #include "base/error.h"
 #include "catalog/catalog_parts.h"
 #include "catalog/snapshot.h"
@@ -25,7 +25,7 @@ std::string rootsClause(const std::vector<std::string>& roots) {
     return clause;
 }
 
-// From the counts kept beside `files`, whose names begin behind a '='.
+// Reads the counts kept beside `files`, where each name starts with a '='.
 Catalog::Counts counts(const Database& database, const std::string& column, const std::string& clause) {
     Catalog::Counts counts;
     Statement select(database, "SELECT substr(" + column + ", 2), sum(files) FROM file_counts" + clause +

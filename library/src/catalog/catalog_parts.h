@@ -11,7 +11,7 @@
 
 namespace brindlehum {
 
-// Brings the database into shape. Throws Error (catalog).
+// Brings the database's schema up to date. Throws Error (catalog).
 void prepareCatalog(Database& database);
 
 struct Catalog::Parts {
@@ -19,8 +19,8 @@ struct Catalog::Parts {
 
     Database writer;  // under the catalog's lock
     Statement insertFile, deleteText, insertText, findStamp;
-    // Full-text rows of the transaction that runs, to be written at its end: between two upserts into `files` FTS5
-    // would flush what it has gathered, and leave a tiny segment a file.
+    // Full-text rows of the running transaction, written together at its end: between two upserts into `files`, FTS5
+    // would flush what it has gathered and leave a tiny segment for each file.
     struct Text {
         int64_t id;
         std::string name, folders, body;
@@ -28,9 +28,9 @@ struct Catalog::Parts {
     std::vector<Text> texts;
     std::string failure;  // SQLite's text for the transaction's first failed statement
     void writeTexts();
-    void expect(bool done);  // of the last statement
+    void expect(bool done);  // records a failure of the last statement
     ReaderPool readers;
-    std::atomic<uint64_t> interrupts = 0;  // a search ends when this has changed since it began
+    std::atomic<uint64_t> interrupts = 0;  // a search ends when this changes after its start
 };
 
 }  // namespace brindlehum

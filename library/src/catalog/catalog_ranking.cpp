@@ -1,4 +1,4 @@
-// Ranks short searches and narrow filters without SQLite's sort of whole rows.
+// Ranks short searches and narrowed searches without SQLite's sort of whole rows.
 #include "catalog/catalog_ranking.h"
 
 #include <algorithm>
@@ -23,7 +23,7 @@ bool addFiles(const Database& database, const std::string& column, const std::st
     return select.ok();
 }
 
-// Keeps the ids with one of the values in the column; false when a read fails.
+// Keeps the ids whose column has one of the values; false when a read fails.
 bool narrow(const Database& database, const std::string& column, const std::vector<std::string>& values,
             std::optional<FileSet>& within) {
     FileSet files;
@@ -51,7 +51,7 @@ Ids rankListed(const Database& database, const std::string& match, const Catalog
     return rankShort(database, match, limit, within);
 }
 
-// How many files pass the filter, and how many there are.
+// The number of files that pass the filter, and of all files.
 struct Left {
     double files = 0;
     double of = 0;
@@ -59,7 +59,7 @@ struct Left {
 };
 
 Left left(const Database& database, const Catalog::Filter& filter) {
-    Catalog::Filter counted = filter;  // the names of file_counts begin behind a '='
+    Catalog::Filter counted = filter;  // names in file_counts start with a '='
     if (counted.category) { counted.category->insert(0, 1, '='); }
     if (counted.library) { counted.library->insert(0, 1, '='); }
     const Conditions conditions = conditionsOf(counted);

@@ -1,4 +1,4 @@
-// Rows of `files` as records.
+// Reads rows of `files` as records.
 #pragma once
 
 #include "catalog/database.h"
@@ -7,7 +7,7 @@
 
 namespace brindlehum {
 
-// Of the columns path, root, duration, sr, channels, bits, codec, meta, in this order.
+// The columns must be path, root, duration, sr, channels, bits, codec, meta, in this order.
 inline Catalog::Row readRow(const Statement& row) {
     return {.path = std::string(row.text(0)),
             .root = std::string(row.text(1)),

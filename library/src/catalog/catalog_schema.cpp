@@ -9,7 +9,7 @@ namespace brindlehum {
 
 namespace {
 
-// The `user_version` of a catalog that has the tables of ownTables(). One with more comes from a newer version.
+// The `user_version` of a catalog with the tables of ownTables(). A higher one comes from a newer version.
 constexpr int knownVersion = 1;
 
 constexpr const char* pragmas[] = {
@@ -36,10 +36,10 @@ constexpr const char* look[] = {
     "SELECT count(*) FROM (SELECT logfile FROM log_offsets LIMIT 1)",
 };
 
-// Beside the tables above, for fast answers: how many files there are by root, category and library ('' for none, else
-// '=' and the name), and which hold words that begin with given letters (short_hits.h). Triggers keep them true whoever
-// writes to `files`; they say ON CONFLICT, since an OR IGNORE of theirs gives way to the statement that fires them. All
-// of it can be made from `files` and `fts` anew.
+// Extra tables for fast answers: the number of files by root, category and library ('' for none, else '=' and the
+// name), and which files hold words that begin with given letters (short_hits.h). Triggers keep them true whichever
+// program writes to `files`; they use ON CONFLICT, since an OR IGNORE in a trigger gives way to the statement that
+// fires it. All of them can be rebuilt from `files` and `fts`.
 constexpr const char* ownTables[] = {
     "CREATE TABLE file_counts (root TEXT NOT NULL, category TEXT NOT NULL, library TEXT NOT NULL, "
     "files INTEGER NOT NULL, PRIMARY KEY (root, category, library)) WITHOUT ROWID",
@@ -76,12 +76,12 @@ int64_t version(const Database& database) {
     return select.step() ? select.integer(0) : 0;
 }
 
-// One transaction, so that a program that begins beside a busy one needs its turn once. It may be long in coming.
+// Uses one transaction, so that a program beside a busy one needs to wait for its turn only once. That may take long.
 void makeTables(Database& database) {
     database.setPatience(std::chrono::seconds(20));
     database.exec("BEGIN IMMEDIATE");
     for (const char* statement : schema) { database.exec(statement); }
-    // Another program may have made them meanwhile.
+    // Another program may have made these tables meanwhile.
     if (version(database) != knownVersion) {
         for (const char* statement : ownTables) { database.exec(statement); }
     }
@@ -95,7 +95,7 @@ void prepareCatalog(Database& database) {
         throw Error(ErrorKind::catalog, "The library catalog was made by a newer version");
     }
     for (const char* pragma : pragmas) { database.exec(pragma); }
-    // SQLite opens what it may not write for reading alone, and the schema of a finished catalog writes nothing.
+    // SQLite opens a write-protected file read-only, and the schema of a finished catalog writes nothing.
     if (sqlite3_db_readonly(database.handle(), "main") != 0) {
         throw Error(ErrorKind::catalog, "attempt to write a readonly database");
     }

@@ -11,12 +11,12 @@ namespace brindlehum {
 
 namespace {
 
-// Lets a statement end early, when the catalog has been interrupted since.
+// Lets a statement end early once the catalog has been interrupted.
 class Interruptible {
 public:
     Interruptible(const Database& database, const std::atomic<uint64_t>& interrupts, uint64_t begun)
         : handle_(database.handle()), interrupts_(interrupts), begun_(begun) {
-        constexpr int steps = 1000;  // of SQLite's machine, which are some hundred matches
+        constexpr int steps = 1000;  // of SQLite's machine, some hundred matches
         sqlite3_progress_handler(
             handle_, steps, [](void* self) { return int(static_cast<Interruptible*>(self)->over()); }, this);
     }
@@ -40,7 +40,7 @@ std::string composed(const std::optional<std::string>& match, const Conditions& 
     return sql + " LIMIT " + std::to_string(limit);
 }
 
-// True when every root of the catalog is among these.
+// True when every root of the catalog is among `roots`.
 bool coverAll(const Database& database, const std::vector<std::string>& roots) {
     Statement next(database, "SELECT root FROM file_counts WHERE root > ? ORDER BY root LIMIT 1");
     std::string root;
@@ -51,7 +51,7 @@ bool coverAll(const Database& database, const std::vector<std::string>& roots) {
     return next.ok();
 }
 
-// None when a text is in the full-text table without its file, or a read fails.
+// None when the full-text table has a text without its file, or a read fails.
 std::optional<std::vector<Catalog::Row>> rowsOf(const Database& database, const std::vector<int64_t>& ids) {
     std::vector<Catalog::Row> rows;
     rows.reserve(ids.size());
@@ -63,7 +63,7 @@ std::optional<std::vector<Catalog::Row>> rowsOf(const Database& database, const 
     return rows;
 }
 
-// The statement that defines the result and its order. rankedIds() reaches the same result faster.
+// The statement that defines the result and its order. rankedIds() gets the same result faster.
 std::vector<Catalog::Row> rowsByStatement(const Database& database, const Catalog::Filter& filter, int limit) {
     const std::optional<std::string> match = Catalog::matchExpression(filter.query);
     const Conditions conditions = conditionsOf(filter);

@@ -1,4 +1,4 @@
-// Catalog: rows in and out.
+// Catalog: writes and removes rows.
 #include <algorithm>
 #include <chrono>
 #include <filesystem>
@@ -24,7 +24,7 @@ std::string blanksFor(char character, std::string text) {
     return text;
 }
 
-// The directory below the root.
+// The file's folder, relative to the root.
 std::string folders(const std::filesystem::path& path, const std::string& root) {
     std::string folders = path.parent_path();
     if (folders.starts_with(root)) { folders.erase(0, root.size()); }

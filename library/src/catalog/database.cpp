@@ -1,4 +1,4 @@
-// Database and Statement: thin over SQLite's C interface.
+// Database and Statement: thin wrappers of SQLite's C interface.
 #include "catalog/database.h"
 
 #include <thread>
@@ -19,7 +19,7 @@ Database::Database(const std::filesystem::path& file, Access access, std::chrono
     sqlite3* handle = nullptr;
     const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_FULLMUTEX;
     const int result = sqlite3_open_v2(file.c_str(), &handle, flags, nullptr);
-    handle_.reset(handle);  // to be closed even if it couldn't be opened
+    handle_.reset(handle);  // must be closed even if opening failed
     if (result != SQLITE_OK) { cannotOpen(); }
     setPatience(patience);
     if (access == Access::queryOnly) { exec("PRAGMA query_only=1"); }
@@ -30,7 +30,7 @@ void Database::setPatience(std::chrono::milliseconds patience) {
     sqlite3_busy_handler(handle_.get(), goOnWaiting, waiting_.get());
 }
 
-// SQLite's own handler waits longer each time, and hardly gets a turn beside a program that writes again and again.
+// SQLite's own handler waits longer each time, so it hardly gets a turn beside a program that writes again and again.
 int Database::goOnWaiting(void* context, int tries) {
     Waiting& waiting = *static_cast<Waiting*>(context);
     const auto now = std::chrono::steady_clock::now();
@@ -55,14 +55,14 @@ Statement::Statement(const Database& database, std::string_view sql) {
 }
 
 void Statement::reset() {
-    if (!statement_) { return; }  // stays not ok
+    if (!statement_) { return; }  // ok() stays false
     sqlite3_reset(statement_.get());
     sqlite3_clear_bindings(statement_.get());
     result_ = SQLITE_OK;
 }
 
 void Statement::set(int index, std::string_view text) {
-    // A null pointer would bind NULL.
+    // A null pointer would bind as NULL.
     const char* bytes = text.data() != nullptr ? text.data() : "";
     sqlite3_bind_text64(statement_.get(), index, bytes, text.size(), SQLITE_STATIC, SQLITE_UTF8);
 }

@@ -1,4 +1,4 @@
-// Database: one SQLite connection, and Statement: one prepared statement of it.
+// Database: one SQLite connection. Statement: one prepared statement on it.
 #pragma once
 
 #include <sqlite3.h>
@@ -17,10 +17,10 @@ namespace brindlehum {
 class Database {
 public:
     enum class Access { readWrite, queryOnly };
-    // Creates the file if it isn't there. Throws Error (catalogUnopenable). Waits for other connections' locks as long
-    // as `patience`.
+    // Creates the file if it doesn't exist. Throws Error (catalogUnopenable). Waits up to `patience` for other
+    // connections' locks.
     Database(const std::filesystem::path& file, Access access, std::chrono::milliseconds patience);
-    // Runs statements that give no rows. Throws Error (catalog) with SQLite's message.
+    // Runs statements that return no rows. Throws Error (catalog) with SQLite's message.
     void exec(const char* sql);
     void setPatience(std::chrono::milliseconds patience);
     sqlite3* handle() const { return handle_.get(); }
@@ -31,7 +31,7 @@ private:
     };
     struct Waiting {
         std::chrono::milliseconds patience;
-        std::chrono::steady_clock::time_point since;  // the first try that met a lock
+        std::chrono::steady_clock::time_point since;  // when the first try met a lock
     };
     static int goOnWaiting(void* waiting, int tries);
 
@@ -39,13 +39,13 @@ private:
     std::unique_ptr<sqlite3, Close> handle_;
 };
 
-// A failure isn't thrown: it ends the rows, and ok() is false.
+// Doesn't throw: a failure ends the rows, and ok() returns false.
 class Statement {
 public:
-    // Not ok() when SQLite can't prepare it.
+    // If SQLite can't prepare it, ok() returns false.
     Statement(const Database& database, std::string_view sql);
 
-    // Starts anew with these values for the parameters, in order. Texts must stay until the last step.
+    // Restarts with these values for the parameters, in order. Texts must stay valid until the last step.
     template <class... Values>
     Statement& bind(const Values&... values) {
         reset();
@@ -56,19 +56,19 @@ public:
     void reset();
     void set(int index, std::string_view text);
     void set(int index, const std::string& text) { set(index, std::string_view(text)); }
-    void set(int index, const std::optional<std::string>& text);  // none: NULL
+    void set(int index, const std::optional<std::string>& text);  // none binds NULL
     void set(int index, int64_t value);
     void set(int index, int value) { set(index, int64_t(value)); }
     void set(int index, double value);
     void setBlob(int index, std::string_view bytes);
     void setPointer(int index, void* pointer, const char* type);
 
-    bool step();  // true when a row is there to read
-    // Steps to the end; false on a failure.
+    bool step();  // true when there is a row to read
+    // Runs all steps; false on a failure.
     bool run();
     bool ok() const { return result_ == SQLITE_OK || result_ == SQLITE_ROW || result_ == SQLITE_DONE; }
 
-    // Columns from 0, of the row of the last step; views hold until the next call. NULLs read as 0 or empty.
+    // Columns of the current row, counted from 0. Views are valid until the next call. NULLs read as 0 or empty.
     int64_t integer(int column) const { return sqlite3_column_int64(statement_.get(), column); }
     double real(int column) const { return sqlite3_column_double(statement_.get(), column); }
     std::string_view text(int column) const;
@@ -79,7 +79,7 @@ private:
         void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
     };
     std::unique_ptr<sqlite3_stmt, Finalize> statement_;
-    int result_ = SQLITE_OK;  // of preparing, else of the last step
+    int result_ = SQLITE_OK;  // of the last step, or of preparing
 };
 
 }  // namespace brindlehum

@@ -1,4 +1,4 @@
-// The size and time of a file in the form that the catalog remembers.
+// The size and time of a file in the form that the catalog stores.
 #pragma once
 
 #include <sys/stat.h>

@@ -1,4 +1,4 @@
-// The words of files that changed lately, straight from the full-text table.
+// The words of recently changed files, read straight from the full-text table.
 #pragma once
 
 #include <algorithm>
@@ -11,8 +11,8 @@
 
 namespace brindlehum {
 
-// Calls `use(id, words, hits)` for each changed file with ids in [first, last] that is in the full-text table, in
-// rising order: `words` is their count, `hits` maps each beginning of one or two letters to its weighted count.
+// Calls `use(id, words, hits)`, in rising order, for each changed file with an id in [first, last] and a full-text row:
+// `words` is the number of its words, `hits` maps each beginning of one or two letters to its weighted count.
 template <class Use>
 bool eachChangedFile(const Database& database, Tokenizer& tokenizer, int64_t first, int64_t last, Use use) {
     Statement select(database,

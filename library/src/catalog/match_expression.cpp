@@ -16,7 +16,7 @@ constexpr std::string_view wideSpaces[] = {
     "\u2007", "\u2008", "\u2009", "\u200A", "\u2028", "\u2029", "\u202F", "\u205F", "\u3000",
 };
 
-// Bytes of the white space at the beginning of `text`. A NUL counts as one, since it would end the query for SQLite.
+// The length in bytes of a leading white space in `text`. A NUL counts as one, since it would end the query for SQLite.
 size_t spaceLength(std::string_view text) {
     const char c = text[0];
     if (c == ' ' || (c >= '\t' && c <= '\r') || c == '\0') { return 1; }
@@ -39,8 +39,8 @@ std::vector<std::string_view> tokens(std::string_view query) {
     return all;
 }
 
-// FTS5 ranks in the square of the number of terms: a page pasted into the search field would take hours. A word that
-// was there before finds the same files again, so that only so many repeats are asked for.
+// Limits the repeats of words: FTS5's ranking takes time in the square of the number of terms, so a page pasted into
+// the search field would take hours. A repeated word finds no other files.
 class Repeats {
 public:
     bool tooMany(const std::string& word) { return !words_.insert(word).second && ++count_ > most; }
@@ -51,8 +51,8 @@ private:
     size_t count_ = 0;
 };
 
-// The token's words as quoted prefixes, joined by blanks, which all must match; empty when no word is left. `repeats`
-// holds the words of the tokens before, if all of them must match.
+// The token's words as quoted prefixes, joined by blanks; all must match. Empty when no word is left. `repeats` holds
+// the words of earlier tokens, if all of them must match, else null.
 std::string prefixTerms(std::string_view token, Repeats* repeats) {
     std::string terms;
     std::string word;
@@ -75,8 +75,8 @@ std::string prefixTerms(std::string_view token, Repeats* repeats) {
     return terms;
 }
 
-// FTS5 nests one NOT in another and takes 256 levels at most: beyond these, one NOT holds all alternatives at once,
-// which excludes the same files.
+// FTS5 nests one NOT in another, and allows 256 levels at most. Beyond maxNots, one NOT holds all further alternatives
+// at once, which excludes the same files.
 constexpr size_t maxNots = 128;
 
 }  // namespace

@@ -1,4 +1,4 @@
-// ReaderPool: keeps a few idle connections, opens more when all are leased.
+// ReaderPool: keeps a few idle connections, and opens more when all are in use.
 #include "catalog/reader_pool.h"
 
 #include <chrono>

@@ -1,4 +1,4 @@
-// ReaderPool: query connections of one database file, so that readers wait neither for each other nor for the writer.
+// ReaderPool: query connections to one database file, so that readers wait neither for each other nor for the writer.
 #pragma once
 
 #include <filesystem>
@@ -16,7 +16,7 @@ class ReaderPool {
 public:
     explicit ReaderPool(std::filesystem::path file) : file_(std::move(file)) {}
 
-    // A connection for one reader at a time, which goes back with the lease.
+    // A connection for one reader; the destructor returns it to the pool.
     class Lease {
     public:
         Lease(ReaderPool& pool, std::unique_ptr<Database> database) : pool_(pool), database_(std::move(database)) {}
@@ -29,7 +29,7 @@ public:
         ReaderPool& pool_;
         std::unique_ptr<Database> database_;
     };
-    // Throws Error (catalogUnopenable, catalog) when a further connection is needed and can't be had.
+    // Throws Error (catalogUnopenable, catalog) when it needs a further connection and can't open one.
     Lease lease();
 
 private:

@@ -1,11 +1,11 @@
-// Short hits: the letters that a word begins with, and the packing of blocks.
+// Short hits: finds the first letters of a word, and packs blocks.
 #include "catalog/short_hits.h"
 
 namespace brindlehum {
 
 namespace {
 
-// The letter at the beginning of `word`, taken off it; 0 when there is none below U+0800.
+// Removes the first letter of `word` and returns it; 0 when there is none below U+0800.
 uint32_t takeLetter(std::string_view& word) {
     if (word.empty()) { return 0; }
     const auto lead = uint8_t(word[0]);
@@ -16,7 +16,7 @@ uint32_t takeLetter(std::string_view& word) {
     return letter;
 }
 
-// Seven bits a byte, the lowest first.
+// Writes seven bits per byte, the lowest first.
 void put(std::string& packed, uint32_t value) {
     for (; value >= 0x80; value >>= 7) { packed += char(value | 0x80); }
     packed += char(value);

@@ -14,15 +14,15 @@ namespace brindlehum {
 
 namespace {
 
-constexpr int64_t maxBlocks = 20'000;  // of 4096 ids each, read one by one
+constexpr int64_t maxBlocks = 20'000;  // of 4096 ids each; they are read one by one
 
-// Totals of the whole table that the ranking needs.
+// Totals over the whole table, for the ranking.
 struct Totals {
     int64_t files = 0;
     int64_t words = 0;
 };
 
-// FTS5 keeps its totals as one record of SQLite's variable-length integers: rows, then words by column.
+// FTS5 stores its totals as one record of SQLite's variable-length integers: rows, then words by column.
 Totals readTotals(const Database& database) {
     Statement select(database, "SELECT block FROM fts_data WHERE id = 1");
     if (!select.step()) { return {}; }
@@ -43,14 +43,14 @@ Totals readTotals(const Database& database) {
     return totals;
 }
 
-// FTS5's bm25() for one phrase. The order of operations is its own, so that equal ranks come out equal.
+// FTS5's bm25() for one phrase, with the same order of operations, so that equal ranks come out equal.
 class Bm25 {
 public:
     Bm25(const Totals& totals, int64_t matching) : averageWords_(double(totals.words) / double(totals.files)) {
         const double rarity = std::log((double(totals.files - matching) + 0.5) / (double(matching) + 0.5));
         rarity_ = rarity <= 0 ? 1e-6 : rarity;
     }
-    // Lower is better.
+    // A lower result is better.
     double operator()(uint32_t hits, uint32_t words) const {
         constexpr double k1 = 1.2, b = 0.75;
         const double frequency = hits;
@@ -62,7 +62,7 @@ private:
     double averageWords_, rarity_ = 0;
 };
 
-// Millions of hits fall into some thousand classes of equal hits and words, so that few ranks need be computed.
+// Millions of hits fall into some thousand classes with equal hits and words, so that only few ranks are computed.
 class Classes {
 public:
     static bool has(const Hit& hit) { return hit.hits < maxHits && hit.words < maxWords; }
@@ -74,10 +74,10 @@ private:
     static constexpr uint32_t maxHits = 256, maxWords = 1024;
 };
 
-// The rank that at least `limit` hits reach, or all hits if there are fewer.
+// The rank of the hit at place `limit`, or of the last hit if there are fewer.
 double rankOfLast(const std::vector<Hit>& hits, size_t limit, const Bm25& bm25) {
     std::vector<uint32_t> sizes(Classes::count());
-    std::vector<std::pair<double, size_t>> ranks;  // of a class, with its size
+    std::vector<std::pair<double, size_t>> ranks;  // of each class, with its size
     for (const Hit& hit : hits) {
         if (Classes::has(hit)) {
             ++sizes[Classes::of(hit)];
@@ -111,7 +111,7 @@ std::vector<int64_t> best(const std::vector<Hit>& hits, size_t limit, const Bm25
         }
         if (rank <= last) { ranked.emplace_back(rank, hit.id); }
     }
-    // FTS5 finds files in the order of their ids, and SQLite keeps that order among equal ranks.
+    // Sort equal ranks by id: FTS5 finds files in the order of their ids, and SQLite keeps that order.
     std::ranges::sort(ranked);
     std::vector<int64_t> ids;
     for (size_t i = 0; i < std::min(limit, ranked.size()); ++i) { ids.push_back(ranked[i].second); }
@@ -119,7 +119,7 @@ std::vector<int64_t> best(const std::vector<Hit>& hits, size_t limit, const Bm25
 }
 
 Letters lettersOf(const Database& database, const std::string& expression) {
-    // One term, of the form that matchExpression gives. Three plain letters or digits are always too many.
+    // Only one term in matchExpression's form can be short. Three plain letters or digits are always too many.
     const auto isPlain = [](char c) { return (c >= '0' && c <= '9') || ((c | 0x20) >= 'a' && (c | 0x20) <= 'z'); };
     if (std::ranges::count(expression, '"') != 2 || std::ranges::count_if(expression, isPlain) > 2) { return 0; }
     Tokenizer tokenizer(database);
@@ -133,7 +133,7 @@ Letters lettersOf(const Database& database, const std::string& expression) {
     return letters.two != 0 ? letters.two : letters.one;
 }
 
-// All hits; none when a block can't be read.
+// All hits; none when a read fails or there are too many blocks.
 std::optional<std::vector<Hit>> findHits(const Database& database, Letters letters) {
     std::vector<Hit> hits;
     Statement changedIds(database, "SELECT id FROM short_changed");

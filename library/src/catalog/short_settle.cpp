@@ -38,7 +38,7 @@ std::set<int64_t> changedIn(const Database& database, const Block& block) {
 
 using HitsByLetters = std::map<Letters, std::vector<Hit>>;
 
-// The new hits of the block by beginnings: those of unchanged files, with those of the changed ones added.
+// Collects the block's new hits by beginnings: those of its unchanged files, plus those of the changed ones.
 bool collectHits(const Database& database, const Block& block, HitsByLetters& touched) {
     const std::set<int64_t> changed = changedIn(database, block);
     Tokenizer tokenizer(database);

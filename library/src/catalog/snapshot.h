@@ -1,4 +1,4 @@
-// Snapshot: one read transaction, so that all reads within see one state.
+// Snapshot: one read transaction, so that all reads in it see the same state.
 #pragma once
 
 #include "catalog/database.h"

@@ -1,4 +1,4 @@
-// Tokenizer: borrows the tokenizer that FTS5 registers at the connection.
+// Tokenizer: uses the tokenizer that FTS5 registers on the connection.
 #include "catalog/tokenizer.h"
 
 #include "base/error.h"

@@ -1,4 +1,4 @@
-// Tokenizer: the words of a text as the full-text table indexes them.
+// Tokenizer: splits a text into the words that the full-text table indexes.
 #pragma once
 
 #include <sqlite3.h>
@@ -9,7 +9,7 @@
 
 namespace brindlehum {
 
-// For as long as its database; one thread at a time.
+// Must not outlive its database; one thread at a time.
 class Tokenizer {
 public:
     // Throws Error (catalog) when this SQLite has no full-text search.
@@ -18,7 +18,7 @@ public:
     Tokenizer(const Tokenizer&) = delete;
     Tokenizer& operator=(const Tokenizer&) = delete;
 
-    // Calls `use` with each word, in UTF-8, folded to lower case and freed of diacritics.
+    // Calls `use` with each word in UTF-8, in lower case and without diacritics.
     template <class Use>
     void eachWord(std::string_view text, Use use) {
         const auto give = [](void* context, int, const char* word, int length, int, int) {

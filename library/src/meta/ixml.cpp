@@ -1,4 +1,4 @@
-// The USER block: writes it, reads it, and puts it into a document of another program.
+// The USER block: writes it, reads it, and puts it into another program's document.
 #include "meta/ixml.h"
 
 #include <algorithm>
@@ -47,7 +47,7 @@ std::string element(std::string_view tag, const std::string& content) {
     return "<" + name + ">" + content + "</" + name + ">";
 }
 
-// The text from behind the first `start` to the next `end`; none when either is missing.
+// The text between the first `start` and the next `end`; none when either is missing.
 std::optional<std::string_view> between(std::string_view text, std::string_view start, std::string_view end) {
     const size_t found = text.find(start);
     if (found == std::string_view::npos) { return std::nullopt; }
@@ -61,7 +61,7 @@ std::optional<std::string_view> elementText(std::string_view block, std::string_
     return between(block, "<" + name + ">", "</" + name + ">");
 }
 
-// The lines that begin outside of elements: a later line of a long text must not pass for a tag of its own.
+// The lines that begin outside of elements, since a later line of a long text must not count as a tag.
 std::vector<std::string_view> linesBesideElements(std::string_view block) {
     std::vector<std::string_view> texts;
     const auto note = [&](std::string_view tag) {
@@ -78,7 +78,7 @@ std::vector<std::string_view> linesBesideElements(std::string_view block) {
     return lines;
 }
 
-// "TAG=value" or "TAG:value" at the start of a line, the tag in any case.
+// Finds "TAG=value" or "TAG:value" at the start of a line; the tag may be in any case.
 std::optional<std::string_view> lineText(const std::vector<std::string_view>& lines, std::string_view tag) {
     for (const std::string_view line : lines) {
         if (line.size() <= tag.size() || (line[tag.size()] != '=' && line[tag.size()] != ':')) { continue; }
@@ -87,7 +87,7 @@ std::optional<std::string_view> lineText(const std::vector<std::string_view>& li
     return std::nullopt;
 }
 
-// 0 when the text is no whole number.
+// 0 when the text isn't an integer.
 int ratingOf(std::string_view text) {
     text = trimmed(text);
     if (text.starts_with('+') && !text.starts_with("+-")) { text.remove_prefix(1); }

@@ -8,12 +8,12 @@
 
 namespace brindlehum::RIFFMeta {
 
-// The document with the block of `meta` in place of its USER block, or else as its last element. An empty text, or one
-// that is no iXML, becomes a new document. UTF-8.
+// Replaces the USER block of the document with that of `meta`, or adds it as the last element. If the text is empty or
+// isn't iXML, returns a new document. UTF-8.
 std::string withUserBlock(std::string document, const SoundMeta& meta);
 
-// Well-formed UTF-8 without the characters that XML 1.0 can't hold (control characters, of which a zero would end the
-// document for other readers).
+// The text as well-formed UTF-8 without the characters that XML 1.0 can't hold (control characters; a zero, for one,
+// would end the document for other readers).
 std::string storable(std::string_view text);
 
 }  // namespace brindlehum::RIFFMeta

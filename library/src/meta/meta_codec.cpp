@@ -1,4 +1,4 @@
-// Reads and writes a SoundMeta as JSON, fast for the shape that we write.
+// Reads and writes a SoundMeta as JSON, with a fast path for the form that we write.
 #include "meta/meta_codec.h"
 
 #include <algorithm>
@@ -16,7 +16,7 @@ SoundMeta decodeAnyJson(std::string_view json) {
     } catch (const nlohmann::json::exception&) { return {}; }
 }
 
-// Bytes of the UTF-8 sequence at `at` (Unicode 15, table 3-7), or 0 if it isn't one.
+// The length in bytes of the UTF-8 sequence at `at` (Unicode 15, table 3-7), or 0 if it is ill-formed.
 size_t utf8Length(std::string_view text, size_t at) {
     const auto byte = [&](size_t i) { return at + i < text.size() ? uint8_t(text[at + i]) : uint8_t(0); };
     const auto tail = [&](size_t i) { return (byte(i) & 0xC0) == 0x80; };
@@ -34,8 +34,8 @@ size_t utf8Length(std::string_view text, size_t at) {
     return 0;
 }
 
-// Reads only the form that encodeMeta writes, which nearly every row holds, and so many times faster than a parser of
-// all JSON. It gives up at anything else, and never decides that a text is damaged.
+// Reads only the form that encodeMeta writes, which nearly every row has, and so is many times faster than a full JSON
+// parser. Gives up at anything else, and never decides that a text is damaged.
 class PlainReader {
 public:
     explicit PlainReader(std::string_view json) : json_(json) {}
@@ -59,7 +59,7 @@ private:
         ++at_;
         return true;
     }
-    // Up to the next quote, escape or control character.
+    // Reads up to the next quote or escape; false at a control character or invalid UTF-8.
     bool plainRun(std::string_view& run) {
         const size_t start = at_;
         for (; at_ < json_.size(); ++at_) {
@@ -73,7 +73,7 @@ private:
         run = json_.substr(start, at_ - start);
         return true;
     }
-    // The keys are in alphabetical order, so the next one can be guessed.
+    // Tries the next key in alphabetical order first, since that is the order in which we write them.
     const SoundMeta::Tag* tagOf(std::string_view key) {
         static const auto byKey = [] {
             std::array<const SoundMeta::Tag*, SoundMeta::ixmlTags.size()> tags;
@@ -122,7 +122,7 @@ private:
 
     std::string_view json_;
     size_t at_ = 0;
-    size_t expected_ = 0;  // among the tags by key
+    size_t expected_ = 0;  // index of the next expected tag, by key
 };
 
 }  // namespace

@@ -8,9 +8,9 @@
 
 namespace brindlehum {
 
-// "{}" for texts that aren't UTF-8.
+// Returns "{}" when a text isn't UTF-8.
 std::string encodeMeta(const SoundMeta& meta);
-// An empty record for what isn't the JSON of one.
+// Returns an empty record for a text that isn't a record in JSON.
 SoundMeta decodeMeta(std::string_view json);
 
 }  // namespace brindlehum

@@ -1,4 +1,4 @@
-// MetaIO: reads chunks or tags, by the file's extension, and fills the gaps from its name.
+// MetaIO: reads chunks or tags, depending on the file's extension, and fills the gaps from the file's name.
 #include "library/meta/meta_io.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// RIFFMeta: reads the metadata of a file, and writes a copy of it with other metadata.
+// RIFFMeta: reads the metadata of a file, and writes a new version of the file with other metadata.
 #include "library/meta/riff_meta.h"
 
 #include <limits>
@@ -25,7 +25,7 @@ std::string bextDescription(const FileHandle& file, const std::vector<Chunk>& ch
     return std::string(trimmed(repairUtf8(field.substr(0, field.find('\0')))));
 }
 
-// As many whole characters as the field holds. `text` is well-formed UTF-8.
+// Cuts the text to as many whole characters as the field holds. `text` is well-formed UTF-8.
 std::string descriptionField(const std::string& text) {
     std::string field(cutUtf8(text, descriptionBytes));
     field.resize(descriptionBytes, '\0');
@@ -36,7 +36,7 @@ std::string descriptionField(const std::string& text) {
     throw Error(ErrorKind::notWritableWav, "Not a WAV file Brindlehum can write");
 }
 
-// The whole content of a chunk; none without the chunk. A larger one is no metadata, and refused.
+// The whole content of a chunk; none without the chunk. Refuses a larger chunk, which can't be metadata.
 std::optional<std::string> wholeChunk(const FileHandle& file, const std::vector<Chunk>& chunks, std::string_view id) {
     constexpr uint64_t maxBytes = 64 << 20;
     const Chunk* chunk = find(chunks, id);
@@ -71,11 +71,11 @@ bool isOurs(const Chunk& chunk) {
     return chunk.id == "bext" || chunk.id == "iXML";
 }
 
-// Whether all of the file was understood, so that a rewrite loses nothing.
+// True when the walk understood the whole file, so that a rewrite loses nothing.
 bool canBeRewritten(const Walk& walk) {
     const Chunk* data = find(walk.chunks, "data");
     if (!walk.toTheEnd || !data) { return false; }
-    // A recording that was never closed has sound here, not chunks.
+    // In a recording that was never closed, the bytes after `data` are sound, not chunks.
     return data->size > 0 || !walk.cutOff;
 }
 
@@ -91,7 +91,7 @@ SoundMeta read(const std::filesystem::path& path) {
         if (const Chunk* ixml = find(*list, "iXML")) { meta = parseUSER(repairUtf8(content(file, *ixml, maxBytes))); }
         if (meta.description.empty()) { meta.description = bextDescription(file, *list); }
     } catch (const Error&) {
-        return {};  // as for a file without metadata
+        return {};  // treat it like a file without metadata
     }
     return meta;
 }

@@ -1,4 +1,4 @@
-// A walk over the chunk headers of a RIFF/WAVE file.
+// Walks over the chunk headers of a RIFF/WAVE file.
 #include "meta/riff_walk.h"
 
 #include <algorithm>
@@ -15,7 +15,7 @@ uint32_t readLE32(const char* bytes) {
     return value;
 }
 
-// A readable id, and content that the file holds.
+// True when the id is readable and the content fits into the file.
 bool makesSense(const char* header, uint64_t room) {
     const auto readable = [](char c) { return c >= 0x20 && c <= 0x7E; };
     return std::ranges::all_of(header, header + 4, readable) && readLE32(header + 4) <= room;
@@ -39,7 +39,7 @@ std::optional<Walk> walk(const FileHandle& file) {
     const auto end = uint64_t(file.size());
     uint64_t position = sizeof head;
     while (position + 8 <= end) {
-        // In a recording that was never closed the size may be 0: its silence then reads as countless empty chunks.
+        // A recording that was never closed may state the size 0; its silence then reads as countless empty chunks.
         if (walk.chunks.size() == maxChunks) { return walk; }
         char header[8];
         if (!file.readExactly(int64_t(position), header, sizeof header)) { return walk; }

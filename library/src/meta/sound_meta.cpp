@@ -1,4 +1,4 @@
-// The fields of a SoundMeta: their tags, the text that is searched, their JSON.
+// The fields of a SoundMeta: their tags, the text for the search, their JSON.
 #include "library/meta/sound_meta.h"
 
 #include <nlohmann/json.hpp>

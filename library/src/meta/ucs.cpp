@@ -1,4 +1,4 @@
-// UCS: the list as a resource of the application, by CatID.
+// UCS: loads the list from a resource of the application and finds entries by CatID.
 #include "library/meta/ucs.h"
 
 #include <QFile>
@@ -7,7 +7,7 @@
 
 #include "base/text.h"
 
-// Outside of any namespace, as Qt asks. A resource of a static library isn't linked in on its own.
+// Qt requires this outside of any namespace. Without the call, a static library's resource isn't linked in.
 static void loadResources() {
     Q_INIT_RESOURCE(library);
 }
@@ -16,7 +16,7 @@ namespace brindlehum {
 
 namespace {
 
-// Without the file there are no lookups; nothing else depends on it.
+// Without the file, every look-up finds nothing; nothing else depends on it.
 std::string resourceText() {
     loadResources();
     QFile file(":/UCS.csv");

@@ -1,4 +1,4 @@
-// The naming scheme CatID_FXName_Designer_Source, read from a file's name and written to one.
+// The naming scheme CatID_FXName_Designer_Source: reads it from a file's name, and makes a name of it.
 #include <algorithm>
 
 #include "base/text.h"
@@ -9,7 +9,7 @@ namespace brindlehum {
 
 namespace {
 
-// At least three capitals, then letters and digits; one hyphen may join a second such word.
+// True for at least three capitals, then letters and digits; one hyphen may add a second word of letters and digits.
 bool looksLikeCatID(std::string_view text) {
     const auto capital = [](char c) { return c >= 'A' && c <= 'Z'; };
     const auto alphanumeric = [&](char c) { return capital(c) || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9'); };
@@ -28,11 +28,11 @@ void setCategories(SoundMeta& meta) {
         meta.subCategory = entry->subCategory;
         return;
     }
-    // Unlisted: AMBCity reads as AMB and City.
+    // For an unlisted CatID, split before the first capitalised word: AMBCity becomes AMB and City.
     const auto lower = [](char c) { return c >= 'a' && c <= 'z'; };
     const auto first = std::find_if(meta.catID.begin(), meta.catID.end(), lower);
     if (first == meta.catID.end()) { return; }
-    meta.category.assign(meta.catID.begin(), first - 1);  // three capitals stand before it
+    meta.category.assign(meta.catID.begin(), first - 1);  // at least three capitals come first
     meta.subCategory.assign(first - 1, meta.catID.end());
 }
 

@@ -1,4 +1,4 @@
-// Upper case: fast for ASCII, by Qt's tables for the rest.
+// Upper case: a fast path for ASCII, Qt's tables for the rest.
 #include "meta/upper_case.h"
 
 #include <QString>

@@ -1,4 +1,4 @@
-// Upper case in any language, the form of the catalog's categories.
+// Upper case in any language, as used for the catalog's categories.
 #pragma once
 
 #include <string>

@@ -1,4 +1,4 @@
-// Browser listing: reads a folder and sorts its items as people count.
+// Browser listing: reads a folder and sorts its items with numbers by value.
 #include "model/browser_listing.h"
 
 #include <dirent.h>
@@ -18,7 +18,7 @@ namespace {
 namespace fs = std::filesystem;
 
 std::vector<BrowserEntry> sortedByName(std::vector<BrowserEntry> entries) {
-    // The C locale would compare bytes, numbers and capitals as they come.
+    // The C locale would compare bytes: numbers by digits, and capitals before small letters.
     QCollator collator(QLocale().language() == QLocale::C ? QLocale(QLocale::English) : QLocale());
     collator.setNumericMode(true);
     collator.setCaseSensitivity(Qt::CaseInsensitive);
@@ -57,7 +57,7 @@ BrowserListing listForBrowser(const fs::path& folder, Catalog* catalog, const st
         bool isFolder = item->d_type == DT_DIR;
         bool isFile = item->d_type == DT_REG;
         const bool isLink =
-            item->d_type != DT_REG && item->d_type != DT_DIR;  // or the file system leaves the type open
+            item->d_type != DT_REG && item->d_type != DT_DIR;  // or the file system doesn't state the type
         struct stat facts {};
         if (isLink && ::fstatat(::dirfd(open.get()), item->d_name, &facts, 0) == 0) {
             isFolder = S_ISDIR(facts.st_mode);

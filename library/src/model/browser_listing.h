@@ -11,10 +11,10 @@
 namespace brindlehum {
 
 struct BrowserListing {
-    std::vector<BrowserEntry> entries;  // folders, then sounds, by name in natural order
-    std::error_code error;              // why the folder can't be read
+    std::vector<BrowserEntry> entries;  // folders, then sounds, each by name in natural order
+    std::error_code error;              // why the folder couldn't be read
 };
-// Leaves out hidden items and counts links as their targets. Stops early, with nothing, when `stop` is requested.
+// Leaves out hidden items and treats links as their targets. When `stop` is requested, ends early and returns nothing.
 // Blocking I/O; any thread.
 BrowserListing listForBrowser(const std::filesystem::path& folder, Catalog* catalog, const std::stop_token& stop);
 

@@ -1,4 +1,4 @@
-// FolderListing: a newer request overtakes the one under way, and a refresh that finds nothing new stays silent.
+// FolderListing: a newer request overtakes a running one, and a refresh that finds no change sends no signal.
 #include "library/model/folder_listing.h"
 
 #include "model/browser_listing.h"
@@ -26,7 +26,7 @@ void FolderListing::goUp() {
     if (folder_ && *folder_ != "/") { open(folder_->parent_path()); }
 }
 
-// `announced`: even if the entries turn out to be the same.
+// With `announced`, sends the signal even if the entries turn out to be the same.
 void FolderListing::list(bool announced) {
     background_.run(
         newest_,

@@ -1,4 +1,4 @@
-// InfoCache: one probe a file, forgotten when it fails.
+// InfoCache: probes each file once, and forgets a failed probe.
 #include "library/model/info_cache.h"
 
 namespace brindlehum {

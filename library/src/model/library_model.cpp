@@ -1,4 +1,4 @@
-// LibraryModel: the wires between the parts of the library.
+// LibraryModel: connects the parts of the library.
 #include "library/model/library_model.h"
 
 #include "library/model/places.h"

@@ -1,5 +1,5 @@
-// LibraryRoots: one scan a root at a time, then the team's edits of it; removed rows go after the scan that writes
-// them.
+// LibraryRoots: runs one scan per root at a time, then applies the team's edits in it. Removes a root's rows only after
+// a running scan, which still writes rows, has ended.
 #include "library/model/library_roots.h"
 
 #include <algorithm>
@@ -10,7 +10,7 @@
 namespace brindlehum {
 namespace {
 
-// The work of applying the team's edits in these roots; returns how many.
+// Work that applies the team's edits in these roots; it returns the number applied.
 auto pullWork(std::vector<std::string> roots, Catalog* catalog, RealPaths& realPaths) {
     return [roots = std::move(roots), catalog, &realPaths](const Background::Task& task) {
         int applied = 0;
@@ -18,7 +18,7 @@ auto pullWork(std::vector<std::string> roots, Catalog* catalog, RealPaths& realP
             try {
                 applied += ChangeLog::pull(root, *catalog, ChangeLog::owner(), task.token());
             } catch (const std::exception&) {
-                // The next pull goes on where this one stopped.
+                // The next pull continues where this one stopped.
             }
         }
         return applied;
@@ -56,7 +56,7 @@ void LibraryRoots::remove(const std::string& root) {
     settings_.change([&](AppSettings& settings) { std::erase(settings.libraryRoots, root); });
     problems_.erase(root);
     if (catalog_ && removing_.insert(root).second) {
-        // A running scan would write rows after their removal, so it ends first.
+        // Wait for a running scan to end first: it would write rows after their removal.
         if (const auto scan = scans_.find(root); scan != scans_.end()) {
             scan->second.thread.stop();
         } else {
@@ -70,12 +70,12 @@ void LibraryRoots::removeRows(const std::string& root) {
     edits_.run(
         [root, catalog = catalog_, &realPaths = realPaths_, others = settings_.value().libraryRoots] {
             const std::string real = realPaths.of(root);
-            // A second spelling of the same folder keeps its rows.
+            // Keep the rows if another root is the same folder, spelled differently.
             if (std::ranges::count(realPaths.of(others), real) > 0) { return; }
             try {
                 catalog->removeRoot(real);
             } catch (const std::exception&) {
-                // Its rows stay in the file, but are no part of any search with roots.
+                // The rows stay in the database, but a search within roots doesn't find them.
             }
         },
         [this, root] { rowsRemoved(root); });
@@ -83,7 +83,7 @@ void LibraryRoots::removeRows(const std::string& root) {
 
 void LibraryRoots::rowsRemoved(const std::string& root) {
     removing_.erase(root);
-    // It may have been added again meanwhile; and a root around it has its files now.
+    // The root may have been added again meanwhile, or another root around it may now own its files: rescan those.
     const std::string real = realPaths_.of(root);
     for (const std::string& other : settings_.value().libraryRoots) {
         if (other == root || !MetadataSave::rootOf(real, {realPaths_.of(other)}).empty()) { rescan(other); }

@@ -1,4 +1,4 @@
-// LibrarySearch: waits for the end of a keystroke run, then asks; a newer question overtakes the one under way.
+// LibrarySearch: waits for a pause in typing, then queries the catalog; a newer query overtakes a running one.
 #include "library/model/library_search.h"
 
 #include "base/text.h"
@@ -81,7 +81,7 @@ void LibrarySearch::schedule() {
     debounce_ = loop_.after(debounceSeconds, [this, filter] { run(filter); });
 }
 
-// The roots of `filter` are still as the settings spell them.
+// `filter` still has the roots as the settings spell them.
 void LibrarySearch::run(const Catalog::Filter& filter) {
     searches_.run(
         newest_,

@@ -1,4 +1,4 @@
-// MetadataEdits: saves and renames file after file, and counts the ones that failed.
+// MetadataEdits: saves and renames one file after another, and lists the ones that failed.
 #include "library/model/metadata_edits.h"
 
 #include <sys/stat.h>
@@ -26,7 +26,7 @@ std::string failureText(const std::vector<std::string>& failed) {
     return text;
 }
 
-// Moves the row along with its file, since some of its metadata stands nowhere else. A link has no row of its own.
+// Moves the row to the file's new path, since only the row holds some of its metadata. A link has no row of its own.
 void moveRow(Catalog& catalog, const Catalog::Row& row, const std::filesystem::path& to) {
     struct stat facts {};
     if (::lstat(to.c_str(), &facts) != 0 || !S_ISREG(facts.st_mode)) { return; }
@@ -35,7 +35,7 @@ void moveRow(Catalog& catalog, const Catalog::Row& row, const std::filesystem::p
     try {
         info = AudioFileInfo::load(path);
     } catch (const std::exception&) {
-        // It has no technical facts then.
+        // The row then has no technical facts.
     }
     try {
         catalog.write([&] {
@@ -43,7 +43,7 @@ void moveRow(Catalog& catalog, const Catalog::Row& row, const std::filesystem::p
             catalog.remove(row.path);
         });
     } catch (const std::exception&) {
-        // The scan finds the new name.
+        // The next scan finds the new name.
     }
 }
 
@@ -99,7 +99,7 @@ void MetadataEdits::undoRename() {
     }
 }
 
-// `plan` runs in the background.
+// `plan` runs on the background queue.
 void MetadataEdits::rename(std::function<Moves()> plan, bool undoing) {
     edits_.run(
         [plan = std::move(plan), catalog = catalog_] {
@@ -136,7 +136,7 @@ void MetadataEdits::read(const Paths& files, const std::function<void(const std:
 }
 
 bool MetadataEdits::finish(double patience) {
-    edits_.stop();  // pulls end early; saves and renames don't
+    edits_.stop();  // ends pulls early; saves and renames run to their end
     return edits_.drainFor(patience);
 }
 

@@ -1,4 +1,4 @@
-// RealPaths: asks outside the lock, since a disk may take long.
+// RealPaths: asks the disk outside the lock, since it may take long.
 #include "library/model/real_paths.h"
 
 #include "base/path.h"

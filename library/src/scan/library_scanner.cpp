@@ -1,4 +1,4 @@
-// LibraryScanner: walk the tree, read what changed, remove the rows of what is gone.
+// LibraryScanner: walks the tree, reads the changed files, and removes the rows of missing ones.
 #include "library/scan/library_scanner.h"
 
 #include <mntent.h>
@@ -80,7 +80,7 @@ private:
         if (options_.progress) { options_.progress(progress_); }
     }
 
-    // Leaves in rows_ the rows of files that weren't seen.
+    // Afterwards rows_ has only the rows of files that weren't found.
     TreeWalk find() {
         std::vector<std::string> others;
         for (const std::string& other : options_.otherRoots) {
@@ -100,7 +100,7 @@ private:
                 }
                 if (progress_.found % filesAReport == 0) { report(); }
             });
-        // Rows that belong to another root by now stay.
+        // Keep rows that belong to another root by now.
         leftAlone_.insert(others.begin(), others.end());
         unread_.insert(walk.unread.begin(), walk.unread.end());
         if (rows_.empty() || walk.empty.empty()) { return walk; }
@@ -111,7 +111,7 @@ private:
         return walk;
     }
 
-    // The reason to keep all rows of this root; none when there is no reason.
+    // The reason to keep all rows of this root; none when they may be removed.
     std::optional<std::string> unreachable(const TreeWalk& walk) const {
         const std::string name = quotedName(root_);
         if (walk.openError != 0) {
@@ -150,7 +150,7 @@ private:
             });
             result_.read += written;
         } catch (const std::exception& error) {
-            // The stamps of these files won't match at the next scan.
+            // The next scan retries these files, since their stamps still don't match.
             tellWriteFailure(error);
         }
     }
@@ -160,16 +160,16 @@ private:
         result_.message = std::string("The library catalog can't be written: ") + error.what();
     }
 
-    // An edit may have changed the file, its row or both since the file was read; edits write the row last.
+    // Checks again: an edit may have changed the file, its row or both since the reading; edits write the row last.
     bool upsert(const ReadFile& read) {
         const std::string& path = read.file.path;
         struct stat facts {};
         const bool looked = ::lstat(path.c_str(), &facts) == 0;
         if (!looked && (errno == ENOENT || errno == ENOTDIR)) { return false; }
-        // The walk also sees files whose path is too long to open.
+        // The walk also finds files whose path is too long to open; keep the walk's stamp for them.
         const Catalog::Stamp now = looked ? stampOf(facts) : read.file.stamp;
         if (const auto stamp = catalog_.stamp(path); stamp && isSame(*stamp, now)) {
-            // The file is unchanged, but its row belongs to a root within or around this one.
+            // The file is unchanged; if its row belongs to a root inside or around this one, move the row to this root.
             const auto row = catalog_.row(path);
             if (!row || row->root == root_) { return false; }
             catalog_.upsert(path, root_, now, read.info, row->meta);
@@ -207,13 +207,13 @@ private:
                 });
                 result_.removed += int64_t(end - first);
             } catch (const std::exception& error) {
-                // The next scan finds them missing again.
+                // The next scan finds the same files missing again.
                 tellWriteFailure(error);
             }
         }
     }
 
-    // True when the path or a folder above it is among them.
+    // True when `places` contains the path or a folder above it.
     static bool isPartOf(const std::string& path, const std::unordered_set<std::string>& places) {
         if (places.empty()) { return false; }
         for (size_t end = path.size(); end != 0 && end != std::string::npos; end = path.rfind('/', end - 1)) {
@@ -225,7 +225,7 @@ private:
     const std::string root_;
     Catalog& catalog_;
     const Options& options_;
-    Stamps rows_;  // after the walk: of the files not found
+    Stamps rows_;  // after the walk: rows of files that weren't found
     std::unordered_set<std::string> leftAlone_;
     std::unordered_set<std::string> unread_;
     std::vector<FoundFile> work_;

@@ -1,4 +1,4 @@
-// SliceReader: a pool of threads at low priority, shared by all scans.
+// SliceReader: uses a pool of low-priority threads that all scans share.
 #include "scan/slice_reader.h"
 
 #include <sys/resource.h>
@@ -18,13 +18,13 @@ constexpr size_t slicesAhead = 3;
 constexpr size_t filesAJob = 16;
 constexpr std::chrono::milliseconds waitStep{200};
 
-// Shared by all scans, so that several scans at once use no more threads than there are cores.
+// All scans share the pool, so that several scans at once use no more threads than there are cores.
 WorkerPool& readers() {
     static WorkerPool pool(int(std::thread::hardware_concurrency()), "Brindlehum.scan");
     return pool;
 }
 
-// Playing and showing files goes before scanning them.
+// Playing and showing files has priority over scanning them.
 void lowerPriority() {
     constexpr int niceness = 5;
     thread_local const bool lowered = ::setpriority(PRIO_PROCESS, static_cast<id_t>(::gettid()), niceness) == 0;
@@ -38,7 +38,7 @@ ReadFile readSoundFile(FoundFile file) {
     try {
         read.info = AudioFileInfo::load(read.file.path);
     } catch (const std::exception&) {
-        // The search still finds it by its name.
+        // A search still finds the file by its name.
     }
     try {
         read.meta = MetaIO::read(read.file.path);

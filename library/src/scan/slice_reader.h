@@ -1,4 +1,4 @@
-// SliceReader: reads sound files in slices on all cores, some slices ahead of the one that is taken.
+// SliceReader: reads sound files in slices on all cores, and keeps some slices ahead of the one that is taken.
 #pragma once
 
 #include <condition_variable>
@@ -35,8 +35,8 @@ class SliceReader {
 public:
     SliceReader(std::vector<FoundFile> files, size_t filesASlice, std::stop_token stop);
 
-    // The next slice, in the order of the files; empty when there is none, or once a stop is asked for. `onWait` is
-    // called a few times a second meanwhile, with the number of files of the slice that are read.
+    // The next slice, in the order of the files; empty at the end, or once a stop is requested. While it waits, calls
+    // `onWait` a few times a second with the number of the slice's files that have been read.
     std::vector<ReadFile> next(const std::function<void(size_t)>& onWait);
 
 private:
@@ -46,7 +46,7 @@ private:
     std::vector<FoundFile> files_;
     const size_t filesASlice_;
     const std::stop_token stop_;
-    size_t begun_ = 0;  // files handed out for reading
+    size_t begun_ = 0;  // files already handed to the readers
     std::deque<std::shared_ptr<Slice>> ahead_;
 };
 

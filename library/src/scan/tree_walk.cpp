@@ -1,4 +1,4 @@
-// Tree walk: lists folder by folder, and looks at each item once.
+// Tree walk: lists folder by folder, and looks at each item only once.
 #include "scan/tree_walk.h"
 
 #include <dirent.h>
@@ -32,7 +32,7 @@ Folder openFolder(const char* path, int extraFlags) {
     return Folder(folder);
 }
 
-// The item has gone or was replaced.
+// True when the error means that the item is gone or was replaced.
 bool meansGone(int error) {
     return error == ENOENT || error == ENOTDIR || error == ELOOP;
 }
@@ -107,7 +107,7 @@ private:
         }
     }
 
-    // The item at path_.
+    // Handles the item at path_.
     void take(int folder, const dirent& item) {
         const bool isSound = hasSoundExtension(item.d_name);
         if (item.d_type == DT_DIR) { return enter(); }
@@ -131,7 +131,7 @@ private:
     const std::function<void(const std::string&, const Catalog::Stamp&)>& onFile_;
     TreeWalk result_;
     std::vector<std::string> waiting_;  // folders still to be listed
-    std::string path_;                  // of the item at hand
+    std::string path_;                  // of the current item
 };
 
 }  // namespace

@@ -1,4 +1,4 @@
-// Tree walk: lists every sound file below a folder with its size and time, at one look-up a file.
+// Tree walk: lists every sound file below a folder with its size and time, at one look-up per file.
 #pragma once
 
 #include <functional>
@@ -11,15 +11,15 @@
 namespace brindlehum {
 
 struct TreeWalk {
-    int openError = 0;                // of the folder itself; 0: it was walked
-    bool anythingThere = false;       // it holds something to see, or a change log
+    int openError = 0;                // for the folder itself; 0: it was walked
+    bool anythingThere = false;       // it holds a visible item or a change log
     std::vector<std::string> unread;  // folders and files below it that exist but couldn't be read
     std::vector<std::string> empty;   // folders below it that hold nothing at all
     bool exchanged = false;           // the folder was replaced or removed during the walk
 };
 
-// Regular files with the extension of a sound, in the order of the file system. Hidden files and folders are left out,
-// as are the folders in `leftOut`; symbolic links are not followed, so that no circle is possible.
+// Finds regular files with the extension of a sound, in the order of the file system. Leaves out hidden files and
+// folders and the folders in `leftOut`; doesn't follow symbolic links, so that it can't run in circles.
 TreeWalk walkTree(const std::string& root, const std::vector<std::string>& leftOut, const std::stop_token& stop,
                   const std::function<void(const std::string& path, const Catalog::Stamp& stamp)>& onFile);
 

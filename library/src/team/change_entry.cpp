@@ -1,4 +1,4 @@
-// One line of a change log, in and out.
+// Writes and reads one line of a change log.
 #include <array>
 #include <cstdio>
 #include <limits>

@@ -27,8 +27,8 @@ bool endsInsideALine(int log) {
            last != '\n';
 }
 
-// Gives the log's folders the root's permissions, whatever the umask of the first user: every user of the root has to
-// add a file there. False when a link leads elsewhere.
+// Makes the log's folders with the root's permissions, whatever the first user's umask, because every user of the root
+// must be able to add a file there. False when one of them can't be made or is a link.
 bool makeFolders(const std::filesystem::path& root, const std::filesystem::path& folder, mode_t mode) {
     struct stat facts {};
     if (folder == root) { return true; }
@@ -37,8 +37,8 @@ bool makeFolders(const std::filesystem::path& root, const std::filesystem::path&
     return ::lstat(folder.c_str(), &facts) == 0 && S_ISDIR(facts.st_mode);
 }
 
-// In one write, so that a reader never sees two halves in the wrong order. A full disk may cut the entry off; it is
-// lost then, and the next one begins with a line feed.
+// Appends the text in one write, so that a reader never sees two halves in the wrong order. A full disk may cut the
+// entry off; that entry is then lost, and the next one begins with a line feed.
 void writeAll(int log, std::string_view text) {
     while (!text.empty()) {
         const ssize_t written = ::write(log, text.data(), text.size());
@@ -78,7 +78,7 @@ void append(const std::filesystem::path& root, const Entry& entry) {
     const Descriptor log(::open(file.c_str(), O_RDWR | O_APPEND | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0600));
     if (!log.isOpen()) { return; }
     ::fchmod(log.number(), 0600 | (rootFacts.st_mode & everybodyReads));
-    // Some network file systems have no locks; at worst, two entries of this machine are mixed then.
+    // Some network file systems have no locks; at worst, two entries from this machine are then mixed up.
     while (::flock(log.number(), LOCK_EX) != 0 && errno == EINTR) {}
     writeAll(log.number(), (endsInsideALine(log.number()) ? "\n" : "") + *line + "\n");
 }

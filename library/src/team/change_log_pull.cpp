@@ -1,4 +1,4 @@
-// Reads the others' logs into the catalog.
+// Applies the others' logs to the catalog.
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -19,13 +19,13 @@ namespace fs = std::filesystem;
 
 constexpr size_t entriesATransaction = 256;
 
-// Relative, below the root, and spelled in the one way of the catalog.
+// True for a relative path below the root that is spelled as the catalog spells it.
 bool isPlain(const std::string& path) {
     const auto isOdd = [](std::string_view part) { return part.empty() || part == "." || part == ".."; };
     return path.find('\0') == std::string::npos && std::ranges::none_of(split(path, "/"), isOdd);
 }
 
-// Catalogued paths hold no symbolic links: where one is now, the path leads to another file than the entry meant.
+// Catalogued paths hold no symbolic links: if one is there now, the path leads to a file that the entry didn't mean.
 bool hasLink(const std::string& root, const std::string& path) {
     for (size_t end = path.find('/'); true; end = path.find('/', end + 1)) {
         struct stat facts {};
@@ -44,7 +44,7 @@ std::vector<fs::path> logsIn(const fs::path& folder) {
     return logs;
 }
 
-// The position in a log, and the entries read since it was last stored.
+// The position in a log, and the entries read since the position was last stored.
 class Batch {
 public:
     Batch(std::string root, Catalog& catalog, std::string log)
@@ -62,8 +62,8 @@ public:
         entries_.emplace_back(path, std::move(entry.changes));
     }
 
-    // Entries and position in one transaction, so that none is ever applied twice. Returns the number applied; throws
-    // when another process has moved the position, or the database fails.
+    // Writes entries and position in one transaction, so that no entry is ever applied twice. Returns the number
+    // applied; throws when another process has moved the position, or the database fails.
     int write(int64_t readTo) {
         int applied = 0;
         if (readTo == offset_) { return applied; }
@@ -104,14 +104,14 @@ private:
         try {
             file.info = AudioFileInfo::load(path);
         } catch (const std::exception&) {
-            // Its row has no technical facts, as after a scan.
+            // The row then has no technical facts, as after a scan.
         }
     }
 
     const std::string root_;
     Catalog& catalog_;
     const std::string log_;
-    int64_t offset_;  // as the catalog has it
+    int64_t offset_;  // as stored in the catalog
     std::vector<std::pair<std::string, MetadataChanges>> entries_;
     std::unordered_map<std::string, File> files_;
 };
@@ -139,7 +139,7 @@ int pull(const fs::path& root, Catalog& catalog, const std::string& self, const 
         try {
             pullLog(rootPath, catalog, log, stop, applied);
         } catch (const std::exception&) {
-            // Tried again at the next pull, from where it is now.
+            // The next pull tries again from the stored position.
         }
     }
     return applied;

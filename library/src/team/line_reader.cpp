@@ -1,4 +1,4 @@
-// LineReader: pieces of the file in one buffer.
+// LineReader: reads the file in pieces into one buffer.
 #include "team/line_reader.h"
 
 #include <fcntl.h>

@@ -1,4 +1,4 @@
-// MetadataSave: file, then catalog, then log.
+// MetadataSave: writes the file, then the catalog, then the log.
 #include "library/team/metadata_save.h"
 
 #include <sys/stat.h>
@@ -23,16 +23,16 @@ struct stat factsOf(const std::string& path) {
     return facts;
 }
 
-// `written` is the inode that was given `meta`; none for a file that can't take it. If another program has replaced the
-// file since, this reads it again: of two that save at once, the last one to write the row must index the file as it is
-// then, not as it wrote it.
+// `written` is the inode that `meta` was written to; none if the file can't hold any. If another program has replaced
+// the file since, reads its metadata again: when two programs save at once, the last one to write the row must index
+// the file as it is then, not as it wrote it.
 void index(Catalog& catalog, const std::string& path, const std::string& root, const SoundMeta& meta,
            std::optional<ino_t> written) {
     std::optional<AudioFileInfo> info;
     try {
         info = AudioFileInfo::load(path);
     } catch (const std::exception&) {
-        // It has no technical facts then.
+        // The row then has no technical facts.
     }
     catalog.write([&] {
         const struct stat now = factsOf(path);
@@ -65,8 +65,8 @@ void save(const std::filesystem::path& file, const MetadataChanges& changes, Cat
     const std::string path = canonicalPath(file);
     factsOf(path);
     const bool embeds = MetaIO::canWrite(file);
-    // The metadata of a file that can't hold any is in its row alone: a second edit that began from the file would
-    // lose the first.
+    // If the file can't hold metadata, only its row has it, so start from the row: a second edit that started from the
+    // file would lose the first one.
     SoundMeta meta = embeds ? MetaIO::read(file) : current(file, catalog);
     changes.apply(meta);
     std::optional<ino_t> written;
@@ -78,7 +78,7 @@ void save(const std::filesystem::path& file, const MetadataChanges& changes, Cat
             index(*catalog, path, root.empty() ? std::filesystem::path(path).parent_path().string() : root, meta,
                   written);
         } catch (const std::exception&) {
-            if (!embeds) { throw; }  // a WAV's row is put right by the next scan
+            if (!embeds) { throw; }  // the next scan corrects a WAV's row
         }
     } else if (!embeds && root.empty()) {
         throw Error(file.filename().string() + ": without a catalog there is no place for its metadata");

@@ -1,8 +1,8 @@
-// Catalog: the library's index, one SQLite database in write-ahead-log mode with a row a file and a full-text table.
+// Catalog: the library's index, one SQLite database in write-ahead-log mode with a row per file and a full-text table.
 //
-// Any thread. Each read has a connection of its own, takes no lock and sees the state that was committed when it
-// began. Writes go through one connection, one at a time: write() holds the lock for its job, removeRoot() and
-// setLogOffset() take it themselves.
+// Any thread. Each read has its own connection, takes no lock and sees the state that was committed when it began. All
+// writes share one connection, one at a time: write() holds the lock for its job, removeRoot() and setLogOffset() take
+// it themselves.
 #pragma once
 
 #include <cstdint>
@@ -25,9 +25,9 @@ namespace brindlehum {
 class Catalog {
 public:
     struct Row {
-        std::string path;       // canonical and absolute, which is the row's identity
+        std::string path;       // canonical and absolute; identifies the row
         std::string root;       // canonical
-        double duration = 0;    // seconds; 0 when unknown, as are the next three
+        double duration = 0;    // seconds; 0 when unknown, like the next three
         double sampleRate = 0;  // Hz
         int channels = 0;
         int bits = 0;
@@ -39,12 +39,12 @@ public:
     };
     struct Filter {
         std::string query = {};
-        std::optional<std::string> category = {};  // in the column's upper case
+        std::optional<std::string> category = {};  // in upper case, like the column
         std::optional<std::string> library = {};
-        std::vector<std::string> roots = {};  // canonical; none: all
+        std::vector<std::string> roots = {};  // canonical; empty means all
         int minRating = 0;
     };
-    using Counts = std::vector<std::pair<std::string, int64_t>>;  // most first
+    using Counts = std::vector<std::pair<std::string, int64_t>>;  // the largest count first
     struct Facets {
         Counts categories;
         Counts libraries;
@@ -55,36 +55,36 @@ public:
         double mtime = 0;  // seconds since 1970
     };
 
-    // Makes the parent folders as needed, opens the database and brings it into shape. Throws Error
+    // Creates missing parent folders, opens the database and brings its schema up to date. Throws Error
     // (catalogUnopenable, or catalog with SQLite's own message) or std::filesystem::filesystem_error.
     explicit Catalog(const std::filesystem::path& file);
     ~Catalog();
     Catalog(const Catalog&) = delete;
     Catalog& operator=(const Catalog&) = delete;
 
-    // Ranked when the query has words, else by path. Empty on a failure.
+    // Ranked when the query has words, else sorted by path. Empty on a failure.
     std::vector<Row> search(const Filter& filter, int limit);
-    // From any thread, without the lock: ends the searches that are running now, which then return nothing.
+    // Ends the searches that are running now, which then return nothing. Any thread, takes no lock.
     void interrupt();
     std::optional<Row> row(const std::string& path);
     Facets facets(const std::vector<std::string>& roots);
     std::unordered_map<std::string, Stamp> stamps(const std::string& root);
-    int64_t logOffset(const std::string& logfile);  // 0 for an unknown one
+    int64_t logOffset(const std::string& logfile);  // 0 for an unknown log
     void setLogOffset(const std::string& logfile, int64_t offset);
     void removeRoot(const std::string& root);
 
-    // Call these inside of write() only, since they take no lock. There row() and logOffset() return the state before
-    // the write, which no other process changes meanwhile. `info` is absent when the file can't be probed.
+    // Call these only inside write(), since they take no lock. There, row() and logOffset() return the state before the
+    // write, which no other process changes meanwhile. `info` is absent when the file can't be probed.
     void upsert(const std::string& path, const std::string& root, const Stamp& stamp,
                 const std::optional<AudioFileInfo>& info, const SoundMeta& meta);
     void remove(const std::string& path);
     std::optional<Stamp> stamp(const std::string& path);
     void storeLogOffset(const std::string& logfile, int64_t offset);
-    // Under the lock, in one transaction: committed when `job` returns, rolled back when it throws (which passes on).
+    // Runs `job` under the lock in one transaction. Commits when it returns; rolls back and rethrows when it throws.
     void write(const std::function<void()>& job);
 
     // Makes searches for one or two letters fast again after many writes, in transactions of a tenth of a second, until
-    // all is done or one fails. Background; scans end with it. Without it each write() does a part.
+    // all is done or one fails. For the background; scans end with it. Without it, each write() does a part.
     void settle();
 
     // The full-text expression for typed text; none when it has no words.

@@ -11,12 +11,12 @@
 namespace brindlehum {
 
 struct MetadataChanges {
-    std::map<std::string, std::string> fields;  // the names of SoundMeta::ixmlTags and the new texts
-    std::optional<int> rating;                  // 0 takes the rating away
+    std::map<std::string, std::string> fields;  // keys are names of SoundMeta::ixmlTags
+    std::optional<int> rating;                  // 0 removes the rating
     bool operator==(const MetadataChanges&) const = default;
 
     bool isEmpty() const { return fields.empty() && !rating; }
-    // Unknown field names are ignored.
+    // Ignores unknown field names.
     void apply(SoundMeta& meta) const;
 };
 

@@ -1,4 +1,4 @@
-// SoundMeta: what describes a sound, in its file, in the catalog, in the change log and in the inspector.
+// SoundMeta: the description of a sound, as its file, the catalog, the change log and the inspector hold it.
 #pragma once
 
 #include <array>
@@ -10,10 +10,10 @@
 
 namespace brindlehum {
 
-// UTF-8 throughout; empty where nothing is known.
+// All texts are UTF-8; an empty text means unknown.
 struct SoundMeta {
     std::string description;
-    std::string category;  // of the Universal Category System, as are the next two
+    std::string category;  // by the Universal Category System, like the next two
     std::string subCategory;
     std::string catID;
     std::string fxName;
@@ -37,21 +37,21 @@ struct SoundMeta {
         std::string_view key;  // in JSON: the field's name
         bool searched;         // part of searchText
     };
-    // The text fields, in the order in which they are written. `rating` is not among them.
+    // The text fields in the order in which they are written; `rating` isn't one of them.
     static const std::array<Tag, 15> ixmlTags;
-    static const Tag* tag(std::string_view name);  // null for a name that is none of them
+    static const Tag* tag(std::string_view name);  // null for an unknown name
 
-    // What the full-text index holds: the searched fields that aren't empty, joined by blanks.
+    // The text for the full-text index: the non-empty searched fields, joined by blanks.
     std::string searchText() const;
-    // Takes from `other` what is empty here, and its rating if there is none here.
+    // Fills the empty fields from `other`, and the rating if there is none.
     void fill(const SoundMeta& other);
-    // From a name of the form CatID_FXName_Designer_Source; an empty record for any other.
+    // Parses a name of the form CatID_FXName_Designer_Source; returns an empty record for any other.
     static SoundMeta fromFileName(const std::filesystem::path& file);
-    // That name without an extension; none without catID or fxName.
+    // The name in that form, without an extension; none if catID or fxName is missing.
     std::optional<std::string> ucsFileName() const;
 };
 
-// Keys are the field names. Reading throws nlohmann::json::exception when a key is missing or of another type.
+// The keys are the field names. Reading throws nlohmann::json::exception if a key is missing or has another type.
 void to_json(nlohmann::json& json, const SoundMeta& meta);
 void from_json(const nlohmann::json& json, SoundMeta& meta);
 

@@ -12,20 +12,20 @@ namespace brindlehum {
 class UCS {
 public:
     struct Entry {
-        std::string catID;  // as the list writes it
+        std::string catID;  // as spelled in the list
         std::string category;
         std::string subCategory;
     };
 
-    // The list that comes with the application, read at the first call.
+    // The list that is built into the application; the first call reads it.
     static const UCS& shared();
-    // From lines of "CatID,category,subcategory" behind a header line. There is no quoting; lines of fewer fields and
-    // further fields are ignored, and of two lines with one CatID the later one holds.
+    // Parses lines of "CatID,category,subcategory" after a header line, without quoting. Ignores lines with fewer
+    // fields, and any further fields; if two lines have the same CatID, the later one wins.
     explicit UCS(std::string_view csv);
 
-    // By the CatID in upper case.
+    // The key is the CatID in upper case.
     const std::unordered_map<std::string, Entry>& entries() const { return entries_; }
-    // In any case of letters; null for a CatID that isn't listed.
+    // Ignores the case of letters; null for an unlisted CatID.
     const Entry* lookup(std::string_view catID) const;
 
 private:

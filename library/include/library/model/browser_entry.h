@@ -11,7 +11,7 @@ namespace brindlehum {
 struct BrowserEntry {
     std::filesystem::path url;
     bool isFolder = false;
-    std::optional<Catalog::Row> row;  // of a catalogued sound
+    std::optional<Catalog::Row> row;  // set for a catalogued sound
     bool operator==(const BrowserEntry&) const = default;
 };
 

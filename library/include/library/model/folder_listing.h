@@ -1,4 +1,4 @@
-// FolderListing: the folder that the browser shows, and the entries in it.
+// FolderListing: the folder that the browser shows, and its entries.
 #pragma once
 
 #include <QObject>
@@ -12,21 +12,21 @@
 
 namespace brindlehum {
 
-// Main thread. The disk is read in the background; entriesChanged() announces each change.
+// Main thread. Reads the disk in the background; entriesChanged() announces each change.
 class FolderListing : public QObject {
     Q_OBJECT
 public:
-    // Without a catalog, entries have no rows.
+    // Without a catalog, the entries have no rows.
     FolderListing(MainLoop& loop, Catalog* catalog);
 
     const std::optional<std::filesystem::path>& folder() const { return folder_; }
-    // Folders first, then sounds, by name, numbers in names by value. Empty for a folder that can't be read.
+    // Folders first, then sounds, each sorted by name with numbers by value. Empty for a folder that can't be read.
     const std::vector<BrowserEntry>& entries() const { return entries_; }
-    bool isListing() const { return newest_.isBusy(); }        // the entries are on their way
-    const std::error_code& error() const { return error_; }    // why the folder can't be read, once it was tried
-    bool isBusy() const { return background_.pending() > 0; }  // overtaken listings included
+    bool isListing() const { return newest_.isBusy(); }        // the entries aren't complete yet
+    const std::error_code& error() const { return error_; }    // why the last listing failed
+    bool isBusy() const { return background_.pending() > 0; }  // also true for overtaken listings
     void open(const std::filesystem::path& folder);
-    void refresh();  // lists the folder again; the entries stay until then
+    void refresh();  // lists the folder again; keeps the entries until then
     void goUp();
 
 Q_SIGNALS:

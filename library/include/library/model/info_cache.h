@@ -1,4 +1,4 @@
-// InfoCache: the probed facts of files that have no row in the catalog, read one file after another in the background.
+// InfoCache: the probed properties of files without a row in the catalog, read one after another in the background.
 #pragma once
 
 #include <QObject>
@@ -18,10 +18,10 @@ class InfoCache : public QObject {
 public:
     explicit InfoCache(MainLoop& loop);
 
-    // The record if it is there, else null, and the file is queued for probing: loaded() announces its record. A file
-    // that can't be probed is never announced, and isn't remembered as such.
+    // Returns the record if it is known. Otherwise returns null and queues the file for probing; loaded() announces the
+    // record. A file that can't be probed is never announced, and the failure isn't remembered.
     const AudioFileInfo* info(const std::filesystem::path& path);
-    // Drops the queued files that aren't begun: the list that wanted them has gone.
+    // Drops the queued files that haven't been started, because the list that wanted them is gone.
     void forgetWaiting();
     bool isBusy() const { return probes_.pending() > 0; }
 

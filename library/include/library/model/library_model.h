@@ -1,4 +1,4 @@
-// LibraryModel: the library as the surfaces know it; owns its parts, wires them, and holds what is one for all.
+// LibraryModel: the library for the user interface; owns its parts, connects them, and holds the state they share.
 #pragma once
 
 #include <QObject>
@@ -20,14 +20,14 @@
 
 namespace brindlehum {
 
-// Main thread. Disks and the catalog are only touched in the background; nothing here waits but the construction, which
-// opens the catalog. Without a catalog the library shows folders only.
+// Main thread. Only background threads touch disks and the catalog; nothing here waits, except that the constructor
+// opens the catalog. Without a catalog, the library shows folders only.
 class LibraryModel : public QObject {
     Q_OBJECT
 public:
-    // Opens the first library root, or the user's music folder, and starts to scan all roots.
+    // Opens the first library root, or the user's music folder, and starts a scan of all roots.
     LibraryModel(SettingsStore& settings, MainLoop& loop, const std::filesystem::path& catalogFile);
-    // Cancels scans, drops what can be asked again, and finishes saves and renames.
+    // Cancels scans, drops work that can be repeated, and finishes saves and renames.
     ~LibraryModel() override;
 
     FolderListing& listing() { return listing_; }
@@ -36,10 +36,10 @@ public:
     MetadataEdits& edits() { return edits_; }
     InfoCache& infoCache() { return infoCache_; }
 
-    const std::optional<std::string>& message() const { return message_; }  // status line; messageChanged()
-    Catalog* catalog() { return catalog_.get(); }                           // null: folders only
+    const std::optional<std::string>& message() const { return message_; }  // for the status line; messageChanged()
+    Catalog* catalog() { return catalog_.get(); }                           // null if it couldn't be opened
     const std::string& catalogError() const { return catalogError_; }       // why there is no catalog
-    bool isBusy() const;  // something that was begun hasn't come back yet
+    bool isBusy() const;                                                    // some background work hasn't returned yet
 
 Q_SIGNALS:
     void messageChanged();
@@ -52,7 +52,7 @@ private:
     std::unique_ptr<Catalog> catalog_;
     std::optional<std::string> message_;
     RealPaths realPaths_;
-    Background editQueue_;  // edits and pulls take turns on it
+    Background editQueue_;  // also used for pulls, so that edits and pulls take turns
     InfoCache infoCache_;
     FolderListing listing_;
     LibrarySearch search_;

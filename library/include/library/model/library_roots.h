@@ -19,45 +19,45 @@
 
 namespace brindlehum {
 
-// Main thread. The list of roots itself is the settings'; a root is named here as the settings spell it. Without a
-// catalog nothing is scanned or pulled.
+// Main thread. The settings hold the list of roots; calls name a root as the settings spell it. Without a catalog,
+// nothing is scanned or pulled.
 class LibraryRoots : public QObject {
     Q_OBJECT
 public:
     static constexpr double pullSeconds = 60;
 
-    // `catalog`, `realPaths` and `edits`, the queue of all edits, outlive the roots.
+    // `edits` is the queue of all edits. It, `catalog` and `realPaths` must outlive this object.
     LibraryRoots(SettingsStore& settings, MainLoop& loop, Catalog* catalog, RealPaths& realPaths, Background& edits);
     // Asks all scans to stop and waits for them.
     ~LibraryRoots() override;
 
     const std::set<std::string>& indexing() const { return indexing_; }  // roots being scanned
-    // Files done and found of a root being scanned; none for another.
+    // The files done and found so far in a root that is being scanned; none for other roots.
     std::optional<LibraryScanner::Progress> scanProgress(const std::string& root) const;
-    // Why the last scan of a root was incomplete, for the roots where it was.
+    // For each root whose last scan was incomplete, the reason.
     const std::map<std::string, std::string>& problems() const { return problems_; }
     void add(const std::filesystem::path& folder);
-    void remove(const std::string& root);  // its files stay; their rows go
+    void remove(const std::string& root);  // keeps its files, removes its rows
     void rescan(const std::string& root);
     void rescanAll();
-    // Applies the edits that the team has logged. Runs by itself after each scan and every pullSeconds.
+    // Applies the edits that the team has logged. Also runs automatically after each scan and every pullSeconds.
     void pull();
     bool isScanning() const { return !scans_.empty(); }
 
 Q_SIGNALS:
-    void indexingChanged();  // a scan began, went on or ended
-    void catalogChanged();   // rows came, went or changed
+    void indexingChanged();  // a scan began, progressed or ended
+    void catalogChanged();   // rows were added, removed or changed
     void said(const std::string& message);
-    void unsaid(const std::string& message);  // holds no longer
+    void unsaid(const std::string& message);  // no longer true
 
 private:
-    // The newest progress on its way to the main thread; progress that the main thread is too slow for is skipped.
+    // The newest progress for the main thread; skips progress that the main thread is too slow to take.
     struct ScanReport {
         std::mutex lock;
         LibraryScanner::Progress latest;
         bool told = false;
     };
-    // A thread for each scan, so that a share that hangs holds up no other root.
+    // Each scan has its own thread, so that a share that hangs doesn't block other roots.
     struct Scan {
         explicit Scan(MainLoop& loop) : thread(loop, "Brindlehum.walk") {}
         LibraryScanner::Progress progress;
@@ -75,7 +75,7 @@ private:
     RealPaths& realPaths_;
     Background& edits_;
     std::set<std::string> indexing_;
-    std::set<std::string> removing_;  // roots whose rows are about to go
+    std::set<std::string> removing_;  // roots whose rows are being removed
     std::map<std::string, std::string> problems_;
     Background::Line pulls_;
     TimerHandle pullTimer_;

@@ -1,4 +1,4 @@
-// LibrarySearch: the question asked of the catalog, the sounds that answer it, and the facets to narrow it by.
+// LibrarySearch: the query to the catalog, the sounds it finds, and the facets to narrow it by.
 #pragma once
 
 #include <QObject>
@@ -14,42 +14,42 @@
 
 namespace brindlehum {
 
-// Main thread. The catalog is asked in the background, among the roots of the settings. Without a catalog there are no
-// results.
+// Main thread. Queries the catalog in the background, limited to the roots of the settings. Without a catalog there are
+// no results.
 class LibrarySearch : public QObject {
     Q_OBJECT
 public:
     static constexpr double debounceSeconds = 0.09;
     static constexpr int maxResults = 2000;
 
-    // Search and facets start by refresh(). `catalog` and `realPaths` outlive the search.
+    // The first refresh() starts search and facets. `catalog` and `realPaths` must outlive the search.
     LibrarySearch(const SettingsStore& settings, MainLoop& loop, Catalog* catalog, RealPaths& realPaths);
     ~LibrarySearch() override;
 
-    // --- The question; filterChanged().
+    // --- The query and the filters; filterChanged().
     const std::string& query() const { return query_; }
-    const std::optional<std::string>& category() const { return category_; }  // upper case, as the facets give it
+    const std::optional<std::string>& category() const { return category_; }  // upper case, as in the facets
     const std::optional<std::string>& libraryFilter() const { return libraryFilter_; }
     void setQuery(const std::string& query);
     void setCategory(const std::optional<std::string>& category);
     void setLibraryFilter(const std::optional<std::string>& library);
-    void clearFilters();  // all three
-    // True while the question isn't empty: the browser shows results() then, not the folder.
+    void clearFilters();  // the query too
+    // True while a query or filter is set: the browser then shows results(), not the folder.
     bool isSearching() const;
 
-    // --- The answer; resultsChanged().
-    // At most maxResults, the best first; those of the last question until the new answer is there.
+    // --- The results; resultsChanged().
+    // At most maxResults, the best first; the last query's results stay until the new ones arrive.
     const std::vector<BrowserEntry>& results() const { return results_; }
-    bool isRunning() const { return debounce_ || newest_.isBusy(); }  // from the first keystroke to the answer
+    bool isRunning() const { return debounce_ || newest_.isBusy(); }  // from the first keystroke to the results
 
-    // --- Facets, the most frequent first; facetsChanged().
+    // --- Facets, the largest count first; facetsChanged().
     const Catalog::Counts& categories() const { return facets_.categories; }
     const Catalog::Counts& libraries() const { return facets_.libraries; }
     int64_t indexedCount() const { return facets_.total; }
 
-    // The catalog or the roots have changed: facets and results are read again.
+    // Call it when the catalog or the roots have changed: reads facets and results again.
     void refresh();
-    bool isBusy() const { return searches_.pending() + facts_.pending() > 0; }  // overtaken work included
+    bool isBusy() const { return searches_.pending() + facts_.pending() > 0; }  // also true for overtaken work
 
 Q_SIGNALS:
     void filterChanged();

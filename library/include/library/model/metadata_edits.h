@@ -1,4 +1,4 @@
-// MetadataEdits: the one road of every metadata edit and rename, and the metadata to be edited.
+// MetadataEdits: carries out every metadata edit and rename, and reads the metadata for the inspector.
 #pragma once
 
 #include <QObject>
@@ -15,7 +15,7 @@
 
 namespace brindlehum {
 
-// Main thread. Files, catalog and log are written in the background; said() announces the outcome in a line of text.
+// Main thread. Writes files, catalog and log in the background; said() announces the result in a line of text.
 class MetadataEdits : public QObject {
     Q_OBJECT
 public:
@@ -26,24 +26,24 @@ public:
     };
     using Moves = std::vector<Move>;
 
-    // `edits` is the queue that edits share with the team's, so that neither overwrites what the other has just
-    // written. It, `catalog` and `realPaths` outlive this.
+    // `edits` is the queue for our edits and for the team's, so that neither overwrites what the other has just
+    // written. It, `catalog` and `realPaths` must outlive this object.
     MetadataEdits(const SettingsStore& settings, MainLoop& loop, Catalog* catalog, RealPaths& realPaths,
                   Background& edits);
 
     void save(const MetadataChanges& changes, const Paths& files);
-    // Names catalogued files by their metadata; does nothing without a catalog.
+    // Renames catalogued files by their metadata; does nothing without a catalog.
     void renameToUCS(const Paths& files);
-    // Takes the last rename back, as far as the files are still there and the old names still free.
+    // Undoes the last rename, for files that still exist and whose old names are still free.
     bool canUndoRename() const { return !lastRenames_.empty(); }
     void undoRename();
-    // The metadata of files for the inspector: `done` gets one record a file. A newer call overtakes one that is still
-    // under way, whose `done` is then never called.
+    // Reads files' metadata for the inspector and calls `done` with one record per file. A newer call overtakes a
+    // running one, whose `done` is then never called.
     void read(const Paths& files, const std::function<void(const std::vector<SoundMeta>&)>& done);
-    // Before the process ends: gives edits under way up to `patience` seconds. False when some are still not done;
-    // their files are whole all the same.
+    // Before the process ends: waits up to `patience` seconds for running edits. False when some aren't done by then;
+    // the files of those are whole, too.
     bool finish(double patience);
-    bool isReading() const { return reads_.pending() > 0; }  // overtaken reads included
+    bool isReading() const { return reads_.pending() > 0; }  // also true for overtaken reads
 
 Q_SIGNALS:
     void renamed(const brindlehum::MetadataEdits::Moves& moves);  // at least one

@@ -1,4 +1,4 @@
-// Places: the folders that the sidebar offers besides the library's own.
+// Places: the folders in the sidebar besides the library's own.
 #pragma once
 
 #include <filesystem>
@@ -7,7 +7,7 @@
 
 namespace brindlehum {
 
-// The user's music, desktop and downloads folders, existing or not, then `pullsFolder`, then the volumes.
+// The user's music, desktop and downloads folders, whether they exist or not, then `pullsFolder`, then the volumes.
 std::vector<std::filesystem::path> placesOf(const std::string& pullsFolder);
 std::filesystem::path musicFolder();
 

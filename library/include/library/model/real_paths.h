@@ -1,4 +1,4 @@
-// RealPaths: the canonical forms of the library's roots, each asked of the disk once.
+// RealPaths: the canonical forms of the library's roots; asks the disk for each only once.
 #pragma once
 
 #include <map>
@@ -8,7 +8,7 @@
 
 namespace brindlehum {
 
-// Any thread. A search must not touch a share that hangs, so what was found once is kept until forget().
+// Any thread. Keeps each answer until forget(), because a search must not touch a share that hangs.
 class RealPaths {
 public:
     std::string of(const std::string& path);

@@ -1,4 +1,4 @@
-// MetadataSave: one edit of one file, into the file, the catalog and the change log. Any background thread.
+// MetadataSave: saves one edit of one file to the file, the catalog and the change log. Any background thread.
 #pragma once
 
 #include <filesystem>
@@ -10,15 +10,15 @@
 
 namespace brindlehum::MetadataSave {
 
-// The metadata to show: that of the file's row if it is catalogued, else the file's own.
+// The metadata to show: from the file's row if it is catalogued, else from the file itself.
 SoundMeta current(const std::filesystem::path& file, Catalog* catalog);
 
-// The longest of the roots above the path; empty when it is below none. All canonical.
+// The longest of the roots that contain the path; empty if none does. All paths are canonical.
 std::string rootOf(const std::string& path, const std::vector<std::string>& roots);
 
-// Throws Error or std::exception, and changes nothing, when the file isn't there, when it can't be written, or when it
-// can't hold metadata and there is no catalog. The row gets the file's new size and time, so that the
-// next scan has nothing to do. `roots` are canonical; a file below none of them isn't logged.
+// Throws Error or std::exception, and changes nothing, when the file doesn't exist, can't be written, or can't hold
+// metadata while there is no catalog. Stores the file's new size and time in the row, so that the next scan has nothing
+// to do. `roots` are canonical; a file outside all of them isn't logged.
 void save(const std::filesystem::path& file, const MetadataChanges& changes, Catalog* catalog,
           const std::vector<std::string>& roots, const std::string& user);
 
