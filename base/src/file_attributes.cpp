@@ -1,5 +1,4 @@
-// Copies the owner first, since a change of owner clears permission bits; then permissions, then lists that refine
-// them.
+// Copies the owner first, since its change clears permission bits; then permissions, then lists that refine them.
 #include "file_attributes.h"
 
 #include <sys/stat.h>

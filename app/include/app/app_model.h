@@ -30,8 +30,7 @@ public:
     // Opens the control port and starts to observe the settings. Once.
     void start(uint16_t controlPort = ControlServer::port);
 
-    // Loads the first audio file among the arguments of this start or a later one, and brings the main window to the
-    // front.
+    // Loads the first audio file among the arguments of this start or a later one, and shows the main window.
     void openFiles(const std::vector<std::filesystem::path>& files);
     // Opens a window by its id ("main", "settings") and brings the application to the front.
     void openWindow(const std::string& id);

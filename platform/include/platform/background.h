@@ -35,8 +35,7 @@ class Background {
     class Ticket;
 
 public:
-    // How running work checks for a stop and reports progress; passed to work that takes a Task. Any thread, until the
-    // work returns.
+    // Lets running work check for a stop and report progress; work may take one. Any thread, until the work returns.
     class Task {
     public:
         // True once nobody wants the result any more: the work should then return any value.
@@ -99,8 +98,7 @@ public:
         start(&line, makeJob(std::move(work), std::move(done), std::move(failed)));
     }
 
-    // Asks all work given so far to stop. That work still begins and returns; it decides itself whether to finish
-    // early.
+    // Asks all work given so far to stop. It still begins and returns; whether it ends early is up to the work.
     void stop();
     // Drops the work that hasn't begun, as if it had been overtaken.
     void dropWaiting();

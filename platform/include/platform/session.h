@@ -24,8 +24,7 @@ class Http;            // requests to servers
 class Secrets;         // passwords in the user's keyring
 class MediaSession;    // play, stop and titles for the desktop's media keys
 
-// One for each process, made by main or by a test. Main thread. A null member means that this session lacks the
-// feature.
+// One for each process, made by main or by a test. Main thread. Null members are features that this session lacks.
 class Session {
 public:
     virtual ~Session() = default;

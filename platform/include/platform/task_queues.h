@@ -11,9 +11,8 @@
 
 namespace brindlehum {
 
-// Starts jobs in the order of their arrival, on `threads` threads of this name. The destructor finishes the running
-// jobs and drops the rest without running them. A job may queue further jobs; an exception that leaves a job ends the
-// process.
+// Starts jobs in the order they were queued, on `threads` threads of this name. The destructor finishes running jobs
+// and drops the rest. A job may queue further jobs; an exception that leaves a job ends the process.
 class WorkerPool {
 public:
     explicit WorkerPool(int threads, const std::string& label = "Brindlehum.pool");
