@@ -49,7 +49,6 @@ struct Options {
 // of batchFiles, so that searches can run in between. Doesn't open files that match their rows in size and time. Leaves
 // out hidden files and folders, and doesn't follow symbolic links. Catalogues a file that can't be probed by its name.
 // Ignores errors of single files and of the database, since the next scan finds the same differences.
-// the same difference again.
 //
 // Removes the rows of missing files, except below a folder that couldn't be read and below the empty mount point of a
 // volume that isn't mounted. Removes none when the root can't be opened, was replaced during the scan, or is empty, as
