@@ -9,7 +9,7 @@ namespace brindlehum {
 
 namespace {
 
-// The share of a file's work that its analysis is: reading and analysing take about as long as writing.
+// How much of a file's work is done after its analysis: reading and analysing take about as long as writing.
 constexpr double analysedPart = 0.5;
 
 std::string countOf(size_t count) {

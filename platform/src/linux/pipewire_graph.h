@@ -26,7 +26,7 @@ struct PipeWirePort {
 };
 
 struct PipeWireGraph {
-    std::vector<PipeWireSink> sinks;  // in the order of the server's announcements
+    std::vector<PipeWireSink> sinks;  // as the server announced them
     std::map<uint32_t, PipeWirePort> ports;
     std::string defaultSinkName;  // empty while the server states none
     double statedRate = 0;        // Hz; 0 while unknown

@@ -16,8 +16,8 @@ const char* const cannotOpen = "Couldn't open the output device";
 // request of all clients on the device, within its own limits.
 const char* const wantedLatency = "512/48000";
 
-// For so many frames, process waits until all links carry audio, so that the start of a sound isn't lost in a link that
-// comes up late.
+// The most frames for which process waits until all links carry audio, so that the start of a sound isn't lost in a
+// link that comes up late.
 constexpr uint32_t linkPatience = 48000;
 
 }  // namespace
