@@ -1,4 +1,5 @@
-// DownbeatDetector: how clearly a signal pulses at a known tempo, and where its groove starts. Stateless, any thread.
+// DownbeatDetector: measures how clearly a signal pulses at a known tempo, and where its groove starts. Stateless, any
+// thread.
 #pragma once
 
 #include <span>
