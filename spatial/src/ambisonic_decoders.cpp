@@ -8,11 +8,12 @@
 namespace brindlehum::Ambisonics {
 namespace {
 
-// Directions over which AllRAD pans, and over which energy is averaged.
+// The number of directions that AllRAD pans, and that energy is averaged over.
 constexpr int virtualDirections = 240;
 constexpr int energyDirections = 400;
 
-// The max-rE decoder row of a direction. The sound field turns by evaluating it at the inversely turned direction.
+// Computes the max-rE decoder row of a direction. The sound field is rotated by evaluating the row at the inversely
+// rotated direction.
 class DecoderRows {
 public:
     DecoderRows(int order, const Rotation& rotation)
