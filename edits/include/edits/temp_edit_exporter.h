@@ -20,8 +20,8 @@ struct Result {
     std::filesystem::path notes;               // the sheet; empty until it is written
 };
 
-// "<source folder>/<base> Edits" where `besideSource` is wanted and that folder can be written to, else
-// "<pullsFolder>/Edits/<base> Edits"; base is the file's name without extension. Looks at the disk.
+// "<source folder>/<base> Edits" when `besideSource` is set and that folder is writable, else
+// "<pullsFolder>/Edits/<base> Edits"; base is the file's name without extension. Accesses the disk.
 std::filesystem::path editsFolder(const std::filesystem::path& source, bool besideSource,
                                   const std::filesystem::path& pullsFolder);
 
