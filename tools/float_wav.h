@@ -1,4 +1,4 @@
-// FloatWav: a WAV file of 32-bit floats, written to a temporary file beside it and swapped in when complete.
+// FloatWav: a WAV file of 32-bit floats, written beside its place and swapped in when complete.
 #pragma once
 
 #include <cstdint>

@@ -1,5 +1,4 @@
-// LibraryWords: the library that a command works on, which is the user's own, or a catalog named by "catalog PATH" at
-// the end.
+// LibraryWords: the library that a command works on: the user's own, or the one named by a final "catalog PATH".
 #pragma once
 
 #include <filesystem>

@@ -31,8 +31,7 @@ int musicStart(const std::vector<float>& rms, double active) {
     return loud == rms.end() ? 0 : int(loud - rms.begin());
 }
 
-// Drops quiet bars at the end. The more sharply a bar falls from the one before, the louder it may be and still be
-// dropped.
+// Drops quiet bars at the end. A bar that falls more sharply from the one before is dropped at a higher level.
 int musicEnd(const std::vector<float>& rms, double active, int start) {
     int bar = int(rms.size()) - 1;
     for (; bar > start; --bar) {

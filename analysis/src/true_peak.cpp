@@ -10,8 +10,7 @@
 namespace brindlehum::Loudness {
 namespace {
 
-// A prototype of 192 taps at four times the rate with a Blackman window, split in phases of 48. Its gain is the sinc's
-// own.
+// A prototype of 192 taps at four times the rate with a Blackman window, in phases of 48; its gain is the sinc's own.
 PeakFilter makeFilter() {
     constexpr int taps = peakTaps * peakPhases;
     PeakFilter filter{};

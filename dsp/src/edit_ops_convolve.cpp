@@ -35,8 +35,7 @@ public:
         std::ranges::copy(samples, time_.get());
         std::fill(time_.get() + samples.size(), time_.get() + 2 * block_, 0.0F);
         fft_.forward(time_.get(), spectrum_.get());
-        // Real and imaginary parts by hand: the library's complex product checks for infinities and can't be
-        // vectorised.
+        // Multiply by parts: the library's complex product checks for infinities and can't be vectorised.
         for (size_t k = 0; k <= block_; ++k) {
             const std::complex<float> x = spectrum_[k];
             const std::complex<float> h = response_[k];

@@ -12,8 +12,7 @@ namespace {
 constexpr int virtualDirections = 240;
 constexpr int energyDirections = 400;
 
-// Computes the max-rE decoder row of a direction. The sound field is rotated by evaluating the row at the inversely
-// rotated direction.
+// Computes the max-rE decoder row of a direction; evaluates it at the inversely turned direction to turn the field.
 class DecoderRows {
 public:
     DecoderRows(int order, const Rotation& rotation)

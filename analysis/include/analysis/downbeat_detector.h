@@ -1,5 +1,4 @@
-// DownbeatDetector: measures how clearly a signal pulses at a known tempo, and where its groove starts. Stateless, any
-// thread.
+// DownbeatDetector: how clearly a signal pulses at a known tempo, and where its groove starts. Stateless, any thread.
 #pragma once
 
 #include <span>

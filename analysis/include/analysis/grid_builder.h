@@ -26,8 +26,7 @@ Fit steadyFit(std::span<const float> env, double bpm);
 // Seconds from the lattice to the actual attacks, -0.04 to 0.1; 0 with fewer than 8 strong beats.
 double attackOffset(std::span<const float> mono22k, double period, double phase, std::span<const float> env);
 
-// Index of the first downbeat, less than `group`: the position in the bar with the strongest beats, low frequencies
-// first.
+// Index of the first downbeat, less than `group`: the bar position with the strongest beats, low frequencies first.
 int downbeatOffset(std::span<const double> beats, std::span<const float> low, std::span<const float> full, int group);
 
 }  // namespace brindlehum::GridBuilder

@@ -44,8 +44,7 @@ struct TempoResult {
     double snappedPct = 0;      // share of the beats on a peak of the envelope
     Meter meter;
     double firstDownbeat = 0;  // seconds
-    // Onset envelopes, 0 to 1, OnsetTime::frameRate entries per second: of the whole spectrum, and of the part below
-    // 250 Hz.
+    // Onset envelopes, 0 to 1, OnsetTime::frameRate entries per second: of the whole spectrum and of that below 250 Hz.
     std::vector<float> envFull;
     std::vector<float> envLow;
 };

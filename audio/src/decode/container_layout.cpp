@@ -55,7 +55,7 @@ Container containerOf(const FileHandle& file) {
     if (std::string_view(bytes + 4, 4) == "ftyp" || std::string_view(bytes + 4, 4) == "moov") { return Container::mp4; }
     const bool frameSync = bytes[0] == '\xFF' && (bytes[1] & 0xE0) == 0xE0;
     if (frameSync || head.starts_with("ID3")) { return Container::packets; }
-    // libsndfile beats FFmpeg only for Opus in Ogg: after a seek it gives the decoder longer to settle.
+    // In Ogg, libsndfile reads only Opus better than FFmpeg: after a seek it lets the decoder settle for longer.
     if (head == "OggS" && std::string_view(bytes + 28, 8) != "OpusHead") { return Container::packets; }
     return Container::other;
 }

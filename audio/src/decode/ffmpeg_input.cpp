@@ -159,8 +159,7 @@ int64_t FFmpegInput::measureEnd() {
     const PacketPtr packet(av_packet_alloc());
     const PacketPtr last(av_packet_alloc());
     if (!packet || !last) { return 0; }
-    // Containers with packet tables index every packet when they are opened; raw streams extend their index as they are
-    // read.
+    // Containers with packet tables index every packet at opening; raw streams extend their index as they are read.
     const int indexed = isFormat("caf") || isFormat("mp4") ? avformat_index_get_entries_count(stream_) : 0;
     const AVIndexEntry* tail = indexed > 0 ? avformat_index_get_entry(stream_, indexed - 1) : nullptr;
     if (tail) { av_seek_frame(context_.get(), stream_->index, tail->timestamp, AVSEEK_FLAG_BACKWARD); }

@@ -1,5 +1,4 @@
-// Encodes in two steps over tiles that stay in the first cache: vectors of samples to integers, then each to three
-// bytes.
+// Encodes tiles that stay in the first cache in two steps: vectors of samples to integers, then each to three bytes.
 #include "write/pcm24.h"
 
 #include <algorithm>

@@ -1,8 +1,8 @@
 // Single-producer single-consumer ring of planar float audio with a source position for every frame.
 //
-// One writer thread and one reader thread, no lock. The writer alone changes the write counter and the reader
-// alone the read counter; each publishes with release and reads the other's with acquire, so a frame is never
-// seen before its samples nor overwritten while it is copied. Create and destroy belong to the control side;
+// One writer thread and one reader thread, no lock. Only the writer changes the write counter, and only the reader the
+// read counter. Each publishes its counter with release and reads the other's with acquire, so a frame is never read
+// before its samples are there nor overwritten while it is copied. Create and destroy belong to the control side;
 // everything else is real-time safe.
 #pragma once
 

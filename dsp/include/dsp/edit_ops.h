@@ -63,8 +63,7 @@ inline constexpr const char* topAndTailsDescription = "50 ms fade-in at the head
 Channels topAndTails(const Channels& channels, double sr);
 
 inline constexpr const char* verbTailDescription = "Adds 4 s and rings the selection through an 8 s hall at 30% wet";
-// The selection with a reverb tail, 4 seconds longer than the range: 0.7 dry plus 0.3 through one hall for all
-// channels.
+// The selection and its tail, 4 seconds longer than the range: 0.7 dry plus 0.3 through one hall for all channels.
 Channels verbTail(const Channels& channels, double sr, int64_t start, int64_t end, RandomEngine& random);
 Channels verbTail(const Channels& channels, double sr, int64_t start, int64_t end);
 

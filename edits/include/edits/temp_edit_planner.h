@@ -1,5 +1,4 @@
-// TempEditPlanner: decides which bars of a piece, in which order, make a version of it. Stateless, callable on any
-// thread.
+// TempEditPlanner: decides which bars of a piece, in which order, make a version of it. Stateless, any thread.
 //
 // A version keeps the head up to the body and the ending unchanged. Bars of the body fill the time between, with jumps
 // only between bars that sound alike. Nothing is ever stretched.

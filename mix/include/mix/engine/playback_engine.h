@@ -27,8 +27,7 @@ class RenderWatch;
 // Main thread for every call. Each owner that shares the engine uses it through its own EngineSeat.
 class PlaybackEngine {
 public:
-    // Seconds that an object stays alive after it was taken out of the audio path; longer while the device makes no
-    // progress.
+    // Seconds that an object stays alive after it left the audio path; longer while the device makes no progress.
     static constexpr double retirement = 3.0;
     // Seconds that the device stays warm after the last stop.
     static constexpr double idleDelay = 20.0;
@@ -49,8 +48,7 @@ public:
     // Publishes a configuration; the next block fades to it. A binaural configuration waits until its stage has been
     // loaded: until then the output is silent and the stream doesn't advance.
     void setConfig(const MixConfig& config);
-    // Publishes the reader's ring, then starts the reader's thread and the device. Throws Error, and nothing plays
-    // then.
+    // Publishes the reader's ring, starts the reader's thread and the device. Throws Error, and nothing plays then.
     void play(std::shared_ptr<StreamReader> reader, double startPosition);
     // Silences within a block; the device goes idle 20 seconds later.
     void stop();
