@@ -1,4 +1,4 @@
-// A file read whole and analysed as music.
+// Reads a whole file and analyses it as music.
 #include "analysed_file.h"
 
 #include <array>

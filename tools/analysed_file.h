@@ -1,4 +1,4 @@
-// A file read whole and analysed as music, for the commands that show the result.
+// Reads a whole file and analyses it as music, for the commands that show the result.
 #pragma once
 
 #include <optional>
@@ -11,16 +11,16 @@
 
 namespace brindlehum::cli {
 
-// Values that the user sets in place of the analysis.
+// Values that the user sets to override the analysis.
 struct AnalysisWords {
     std::optional<double> bpm;
     std::optional<int> beatsPerBar;
 
-    // Reads `bpm N` or `meter N` at `at` and moves it to the value; false when another word stands there.
-    // Throws UsageError.
+    // Reads `bpm N` or `meter N` at `at` and moves `at` to the value; returns false for any other word. Throws
+    // UsageError.
     bool take(Words words, size_t& at);
 };
-extern const std::string_view analysisHelp;  // its words, one a line
+extern const std::string_view analysisHelp;  // its words, one per line
 
 struct AnalysedFile {
     AudioFileInfo info;
@@ -28,7 +28,7 @@ struct AnalysedFile {
     AnalysisOutcome outcome;
     double seconds() const;
 };
-// Shows the stage on stderr if that is a terminal. Throws Error when the file can't be read.
+// Shows the current stage on stderr if that is a terminal. Throws Error when the file can't be read.
 AnalysedFile analyseFile(const std::string& file, const AnalysisWords& words);
 
 std::string_view rawValue(AnalysisOutcome::Status status);

@@ -1,4 +1,4 @@
-// analyze [WORDS...] FILE...: tempo, grid, key, loudness and structure of each file.
+// analyze [WORDS...] FILE...: prints tempo, grid, key, loudness and structure of each file.
 #include "analysed_file.h"
 #include "analysis/music_analysis_json.h"
 #include "base/error.h"

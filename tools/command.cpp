@@ -32,7 +32,8 @@ bool eachFile(Words files, const std::function<void(const std::string& file)>& j
             job(file);
         } catch (const std::exception& error) {
             if (!std::cout) { throw; }
-            // Error texts begin with the file's name; the whole path shows which of several files it is.
+            // Replace the file's name, which begins an error text, by its path: that shows which of several files it
+            // is.
             const std::string name = std::filesystem::path(file).filename().string();
             const std::string text = error.what();
             printError(!name.empty() && text.starts_with(name) ? file + text.substr(name.size()) : file + ": " + text);

@@ -1,4 +1,4 @@
-// devices: the outputs of this machine, in the order the system gives them.
+// devices: lists the outputs of this machine, in the system's order.
 #include <QCoreApplication>
 
 #include "command.h"

@@ -1,4 +1,4 @@
-// edits and plan: makes temp edits of pieces of music, or only lists them.
+// edits and plan: make temp edits of pieces of music, or only list them.
 #include "edits/temp_edits.h"
 
 #include <filesystem>
@@ -35,7 +35,7 @@ bool isNumber(const std::string& text) {
     return !text.empty() && text.find_first_not_of("0123456789.") == std::string::npos;
 }
 
-// Takes all numbers after `targets` as lengths.
+// Reads all numbers after `targets` as lengths.
 void takeTargets(Words words, size_t& at, Request& request) {
     request.options.targets.clear();
     while (at + 1 < words.size() && isNumber(words[at + 1])) {

@@ -1,4 +1,4 @@
-// A WAV file of 32-bit floats.
+// Writes a WAV file of 32-bit floats.
 #include "float_wav.h"
 
 #include <array>
@@ -10,7 +10,7 @@ namespace {
 
 static_assert(std::endian::native == std::endian::little, "samples are written as they lie in memory");
 
-// Little-endian fields of a RIFF header.
+// Builds the little-endian fields of a RIFF header.
 class HeaderBytes {
 public:
     void id(const char (&text)[5]) { bytes_.append(text, 4); }
@@ -27,7 +27,7 @@ private:
 constexpr uint16_t extensible = 0xFFFE;
 // KSDATAFORMAT_SUBTYPE_IEEE_FLOAT
 constexpr std::array<uint8_t, 16> floatGuid = {3, 0, 0, 0, 0, 0, 0x10, 0, 0x80, 0, 0, 0xAA, 0, 0x38, 0x9B, 0x71};
-constexpr uint64_t headerSize = 12 + 36 + 48 + 12 + 8;  // RIFF, ds64 or its place, fmt, fact, head of data
+constexpr uint64_t headerSize = 12 + 36 + 48 + 12 + 8;  // RIFF, ds64 or its placeholder, fmt, fact, head of data
 constexpr uint32_t inDs64 = 0xFFFFFFFF;
 
 }  // namespace
@@ -47,7 +47,7 @@ std::string floatWavHeader(int channels, uint32_t sampleRate, uint32_t mask, int
     h.number<uint64_t>(large ? riffSize : 0);
     h.number<uint64_t>(large ? dataSize : 0);
     h.number<uint64_t>(large ? uint64_t(frames) : 0);
-    h.number<uint32_t>(0);  // no further chunk sizes
+    h.number<uint32_t>(0);  // no other chunk sizes
 
     h.id("fmt ");
     h.number<uint32_t>(40);
@@ -56,7 +56,7 @@ std::string floatWavHeader(int channels, uint32_t sampleRate, uint32_t mask, int
     h.number(sampleRate);
     h.number<uint32_t>(sampleRate * frameBytes);
     h.number(frameBytes);
-    h.number<uint16_t>(32);  // bits a sample
+    h.number<uint16_t>(32);  // bits per sample
     h.number<uint16_t>(22);  // bytes that follow
     h.number<uint16_t>(32);  // valid bits
     h.number(mask);

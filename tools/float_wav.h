@@ -1,4 +1,4 @@
-// A WAV file of 32-bit floats, written beside its place and swapped in when complete.
+// FloatWav: a WAV file of 32-bit floats, written beside its place and swapped in when complete.
 #pragma once
 
 #include <cstdint>
@@ -10,17 +10,17 @@
 
 namespace brindlehum::cli {
 
-// All bytes before the samples: WAVE_FORMAT_EXTENSIBLE, as RF64 (EBU Tech 3306) when the file exceeds 4 GiB; of the
-// same size either way. `mask` is a dwChannelMask; 0 means that the channels are no speakers.
+// All bytes before the samples: WAVE_FORMAT_EXTENSIBLE, as RF64 (EBU Tech 3306) when the file exceeds 4 GiB; the size
+// is the same in both forms. `mask` is a dwChannelMask; 0 means that the channels aren't speakers.
 std::string floatWavHeader(int channels, uint32_t sampleRate, uint32_t mask, int64_t frames);
 
-// Every call throws Error. What wasn't committed is removed with the object.
+// Every call throws Error. The destructor removes the temporary file unless it was committed.
 class FloatWav {
 public:
     FloatWav(const std::filesystem::path& target, int channels, double sampleRate, uint32_t mask);
 
     void write(const float* const* planes, int frames);
-    // Makes the file durable and swaps it in, replacing what was there.
+    // Syncs the file to disk and swaps it in, replacing an existing one.
     void commit();
     int64_t frames() const { return frames_; }
 

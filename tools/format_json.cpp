@@ -1,4 +1,4 @@
-// Source formats as JSON.
+// Writes source formats as JSON.
 #include "format_json.h"
 
 namespace brindlehum::cli {

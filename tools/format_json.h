@@ -1,4 +1,4 @@
-// Source formats and metadata as JSON.
+// Writes source formats and metadata as JSON.
 #pragma once
 
 #include "audio/speakers/source_format.h"
@@ -7,10 +7,10 @@
 
 namespace brindlehum::cli {
 
-// `kind` "speakers" with `speakers`, "ambisonic" with `order` and `norm`, or "discrete" with `channels`; always
-// with `displayName`. Enumerations by raw value.
+// `kind` is "speakers" with `speakers`, "ambisonic" with `order` and `norm`, or "discrete" with `channels`;
+// `displayName` is always there. Enumerations by raw value.
 Json toJson(const SourceFormat& format);
-// The fields by their names, and `rating`.
+// The fields under their own names, and `rating`.
 Json toJson(const SoundMeta& meta);
 
 }  // namespace brindlehum::cli

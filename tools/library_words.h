@@ -1,4 +1,4 @@
-// The library that a command works on: the user's own, or a catalog named at the end by "catalog PATH".
+// LibraryWords: the library that a command works on: the user's own, or the one named by a final "catalog PATH".
 #pragma once
 
 #include <filesystem>
@@ -13,16 +13,16 @@ namespace brindlehum::cli {
 
 struct LibraryWords {
     std::filesystem::path catalogFile;
-    std::vector<std::string> roots;  // canonical, of the user's settings; none for a named catalog
+    std::vector<std::string> roots;  // canonical, from the user's settings; none for a named catalog
     std::vector<std::string> rest;   // the other words
 
-    // Creates the catalog if there is none. Throws when it can't be opened.
+    // Opens the catalog, and creates it if it doesn't exist. Throws when it can't be opened.
     std::unique_ptr<Catalog> open() const;
-    // Null if there is no catalog.
+    // Returns null if there is no catalog.
     std::unique_ptr<Catalog> openExisting() const;
 };
 
-// Throws UsageError for a "catalog" without its path.
+// Throws UsageError for "catalog" without a path.
 LibraryWords libraryWords(Words words);
 
 }  // namespace brindlehum::cli

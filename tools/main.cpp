@@ -1,4 +1,4 @@
-// brindlehum-cli: the headless companion for scripts. One word is one job, results are JSON lines on stdout.
+// brindlehum-cli: the headless companion for scripts. Each command does one job and prints JSON lines to stdout.
 #include <algorithm>
 #include <exception>
 #include <iostream>

@@ -1,4 +1,4 @@
-// meta FILE [TAG=value...]: the metadata of a sound, and edits of it, saved as the browser saves them.
+// meta FILE [TAG=value...]: shows the metadata of a sound and edits it, saved as the browser saves it.
 #include <algorithm>
 #include <charconv>
 #include <filesystem>
@@ -42,8 +42,8 @@ MetadataChanges changesOf(Words words) {
     return changes;
 }
 
-// The roots whose change logs record an edit of this file: the user's own, and the one under which a scan catalogued
-// it. A file edited outside of any library has only its own folder as root, which gets no log.
+// The roots whose change logs record an edit of this file: the user's own roots, and the root under which a scan added
+// the file to the catalog. A file outside of any library has only its own folder as root, which gets no log.
 std::vector<std::string> rootsFor(const fs::path& file, const LibraryWords& library, Catalog& catalog) {
     std::vector<std::string> roots = library.roots;
     const std::string path = canonicalPath(file);
@@ -55,7 +55,7 @@ std::vector<std::string> rootsFor(const fs::path& file, const LibraryWords& libr
     return roots;
 }
 
-// Reads a WAV file itself: it may be newer than its row, and needs no catalog.
+// Reads a WAV file directly, since that may be newer than its row and needs no catalog.
 SoundMeta metaOf(const fs::path& file, const LibraryWords& library) {
     if (MetaIO::canWrite(file)) { return MetaIO::read(file); }
     return MetadataSave::current(file, library.openExisting().get());

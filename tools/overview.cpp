@@ -1,4 +1,4 @@
-// overview FILE...: the waveform of each file as minima and maxima.
+// overview FILE...: prints the waveform of each file as minima and maxima.
 #include "audio/wave/waveform.h"
 #include "command.h"
 

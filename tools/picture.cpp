@@ -58,7 +58,7 @@ PictureRequest readWords(Words words) {
     return request;
 }
 
-// Written beside its place and swapped in when complete.
+// Writes a temporary file beside its place and swaps it in when complete.
 void save(const QImage& image, const std::filesystem::path& out) {
     if (image.isNull()) { throw Error("There is no memory for a picture of this size"); }
     QSaveFile file(QFile::decodeName(out.c_str()));
@@ -103,8 +103,8 @@ void pictureFile(const PictureRequest& request) {
 
 bool picture(Words words) {
     const PictureRequest request = readWords(words);
-    // Fonts need an application, but no screen. Qt's own remarks about a missing session are dropped: errors of ours
-    // say what matters to the user.
+    // Fonts need an application, but no screen. Drop Qt's own messages about a missing session: our errors say what
+    // matters to the user.
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
     qputenv("QT_QPA_PLATFORM", "offscreen");
     int count = 1;

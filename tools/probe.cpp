@@ -1,4 +1,4 @@
-// probe FILE...: the record of each file, before any playback.
+// probe FILE...: prints the facts of each file without playing it.
 #include "audio/probe/audio_file_info.h"
 #include "command.h"
 #include "format_json.h"

@@ -1,4 +1,4 @@
-// A line of progress on a terminal, redrawn in place.
+// ProgressLine: a line of progress on a terminal, redrawn in place.
 #include "progress_line.h"
 
 #include <unistd.h>
@@ -12,7 +12,7 @@ namespace brindlehum::cli {
 
 namespace {
 constexpr std::string_view clearLine = "\r\x1b[K";
-constexpr size_t maxBytes = 78;  // a line that wraps can't be overwritten
+constexpr size_t maxBytes = 78;  // a longer line could wrap, and a wrapped line can't be overwritten
 }  // namespace
 
 ProgressLine::ProgressLine() : shown_(isatty(STDERR_FILENO) == 1) {}

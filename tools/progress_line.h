@@ -1,4 +1,4 @@
-// ProgressLine: one line on stderr that a terminal overwrites in place. Silent when stderr is no terminal.
+// ProgressLine: one line on stderr that a terminal overwrites in place. Silent when stderr isn't a terminal.
 #pragma once
 
 #include <string_view>

@@ -1,4 +1,4 @@
-// render FILE OUT.wav: the file through MixBuilder and the render context of the device, into a WAV file.
+// render FILE OUT.wav: renders a file through MixBuilder and the device's render context into a WAV file.
 #include <cmath>
 #include <limits>
 
@@ -15,7 +15,7 @@
 namespace brindlehum::cli {
 namespace {
 
-// The channel mask of a device whose channels are the profile's speakers in an order that a WAVE file may have.
+// The channel mask for a device whose channels are the profile's speakers in an order that WAVE allows.
 uint32_t channelMask(const OutputProfile& profile, int deviceChannels) {
     const bool headphones = profile.kind == OutputProfile::Kind::headphones;
     const SpeakerList& list = speakers(headphones ? LayoutID::stereo : profile.layout);
@@ -42,7 +42,7 @@ Part partOf(const AudioFileInfo& info, const RenderRequest& request) {
     return part;
 }
 
-// Rate conversion may round the length by a frame; anything shorter means that the file broke off.
+// Rate conversion may round the length by one frame; a shorter result means that the file broke off.
 void checkLength(int64_t streamed, const Part& part, double ratio) {
     if (double(streamed) + 1.5 < double(part.end - part.start) * ratio) {
         throw Error("The file broke off while it was read");

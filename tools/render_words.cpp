@@ -1,4 +1,4 @@
-// The words of `render`.
+// Parses the words of `render`.
 #include "render_words.h"
 
 #include <strings.h>
@@ -52,7 +52,7 @@ Value known(const std::string& word, const std::string& text, const std::optiona
 
 using Setter = void (*)(RenderRequest& request, const std::string& word, const std::string& value);
 
-// Words that take a value.
+// Words that are followed by a value.
 const std::map<std::string, Setter, std::less<>> setters = {
     {"layout", [](auto& r, auto& w, auto& v) { r.profile.layout = known(w, v, layoutFromRaw(v)); }},
     {"outputs",

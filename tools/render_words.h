@@ -1,4 +1,4 @@
-// The words of `render`, read into one request.
+// Reads the words of `render` into one request.
 #pragma once
 
 #include <filesystem>
@@ -16,27 +16,27 @@ namespace brindlehum::cli {
 struct RenderRequest {
     std::filesystem::path file;
     std::filesystem::path out;
-    OutputProfile profile;              // of speakers or headphones; stereo speakers by default
-    std::optional<int> deviceChannels;  // absent: as many as the profile needs
+    OutputProfile profile;              // speakers or headphones; stereo speakers by default
+    std::optional<int> deviceChannels;  // absent: the number that the profile needs
     ListenMode listen = ListenMode::normal;
-    std::optional<std::string> format;  // display name; absent: as detected
+    std::optional<std::string> format;  // display name; absent: the detected format
     Rotation rotation;
     bool monoToCenter = true;
-    std::optional<double> rate;  // Hz; absent: the file's
+    std::optional<double> rate;  // Hz; absent: the file's rate
     double gainDb = 0;
-    int block = 256;           // frames of a device block
+    int block = 256;           // frames per device block
     double from = 0;           // seconds of the file
     std::optional<double> to;  // seconds of the file; absent: its end
 };
 
-// Throws UsageError naming the word that can't be understood.
+// Throws UsageError, which names the word that can't be understood.
 RenderRequest readRenderWords(Words words);
 
-// The smallest device that holds every output of the profile.
+// The channels of the smallest device that has every output of the profile.
 int neededChannels(const OutputProfile& profile);
 
-// The format of that display name, in any case, among those offered for the channel count and the detected one. Throws
-// Error naming the choices.
+// The format with that display name, ignoring case, among the detected one and those offered for the channel count.
+// Throws Error, which names the choices.
 SourceFormat chooseFormat(const AudioFileInfo& info, const std::optional<std::string>& name);
 
 }  // namespace brindlehum::cli

@@ -1,4 +1,4 @@
-// scan FOLDER: brings the catalog up to date with a library root, and applies the team's logs in it.
+// scan FOLDER: updates the catalog from a library root, and applies the team's change logs in it.
 #include <chrono>
 #include <csignal>
 #include <iostream>
@@ -36,8 +36,8 @@ const char* rawValue(LibraryScanner::Result::Outcome outcome) {
 
 volatile std::sig_atomic_t interrupted = 0;
 
-// Ctrl+C ends a scan after the files at hand; pressed again, it ends the program at once. A signal that our parent had
-// ignored, as a shell does for background jobs, stays ignored.
+// The first Ctrl+C ends a scan after the current files; the second ends the program at once. A signal that our parent
+// ignores, as a shell does for background jobs, stays ignored.
 void endAtInterrupt() {
     struct sigaction action {};
     if (::sigaction(SIGINT, nullptr, &action) != 0 || action.sa_handler == SIG_IGN) { return; }
@@ -57,7 +57,7 @@ bool scan(Words words) {
     const std::string root = canonicalPath(library.rest[0]);
     const auto catalog = library.open();
 
-    // A line a second, so that a short scan prints nothing.
+    // At most one line per second, so that a short scan prints nothing.
     auto told = Clock::now();
     std::stop_source ending;
     endAtInterrupt();

@@ -1,4 +1,4 @@
-// search WORDS... and facets: the sounds of a catalog, in the browser's order and with its counts.
+// search WORDS... and facets: list the sounds of a catalog, in the browser's order and with its counts.
 #include "base/error.h"
 #include "command.h"
 #include "format_json.h"
@@ -7,7 +7,7 @@
 namespace brindlehum::cli {
 namespace {
 
-constexpr int maxRows = 2000;  // as in the browser
+constexpr int maxRows = 2000;  // the browser's limit
 
 std::unique_ptr<Catalog> existing(const LibraryWords& library) {
     auto catalog = library.openExisting();

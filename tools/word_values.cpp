@@ -1,4 +1,4 @@
-// Values that follow a word.
+// Parses the values that follow a word.
 #include "word_values.h"
 
 #include <charconv>

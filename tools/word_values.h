@@ -1,4 +1,4 @@
-// Values that follow a word, read strictly: UsageError names the word and the value.
+// Parses the values that follow a word, strictly: UsageError names the word and the value.
 #pragma once
 
 #include <string>

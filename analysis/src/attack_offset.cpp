@@ -1,4 +1,4 @@
-// Attack offset: from the envelope's 11.6 ms frames to the attacks themselves, on a track of 1 ms.
+// Attack offset: refines the envelope's frames of 11.6 ms to the actual attacks, on a track of 1 ms.
 #include <algorithm>
 #include <cmath>
 #include <vector>

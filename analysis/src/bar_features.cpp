@@ -1,4 +1,4 @@
-// Bars by their sound: features, similarity and novelty.
+// Compares bars by their sound: features, similarity and novelty.
 #include <algorithm>
 #include <cmath>
 

@@ -8,13 +8,13 @@
 namespace brindlehum::Structure {
 namespace {
 
-// The 90th percentile: choruses, not peaks.
+// The 90th percentile, which follows choruses rather than peaks.
 float activeLevel(std::vector<float> rms) {
     std::ranges::sort(rms);
     return rms[std::min(rms.size() - 1, size_t(0.9 * double(rms.size())))];
 }
 
-// A rise out of a quiet lead-in within the first 8 bars.
+// The end of a quiet lead-in within the first 8 bars: the bar where the level rises.
 std::optional<int> leadInEnd(const std::vector<float>& rms, double active) {
     const int last = std::min(7, int(rms.size()) - 2);
     for (int j = 0; j <= last; ++j) {
@@ -31,7 +31,7 @@ int musicStart(const std::vector<float>& rms, double active) {
     return loud == rms.end() ? 0 : int(loud - rms.begin());
 }
 
-// Drops last bars that are quiet; the sharper they fall from the bar before, the less quiet they need to be.
+// Drops quiet bars at the end. A bar that falls more sharply from the one before is dropped at a higher level.
 int musicEnd(const std::vector<float>& rms, double active, int start) {
     int bar = int(rms.size()) - 1;
     for (; bar > start; --bar) {

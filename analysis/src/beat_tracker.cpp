@@ -1,4 +1,4 @@
-// Beat tracking: from beat to beat at the local tempo, each pulled to the nearest peak of the envelope.
+// Beat tracking: steps from beat to beat at the local tempo and pulls each to the nearest peak of the envelope.
 #include <algorithm>
 #include <cmath>
 
@@ -18,12 +18,12 @@ double localTempo(std::span<const MapScore> map, double bpm, double t) {
     return a.bpm + (b.bpm - a.bpm) * (t - a.t) / (b.t - a.t);
 }
 
-// The frame from which 16 beats collect the most envelope.
+// The starting frame whose 16 beats collect the most of the envelope.
 int64_t startingFrame(std::span<const float> env, double period) {
     const auto n = int64_t(env.size());
     int64_t best = 0;
     double bestMean = -1;
-    // A comb past the envelope's end collects nothing, so no later start can win.
+    // A comb that starts past the envelope's end collects nothing, so no later start can win.
     for (int64_t p = 0; p < std::clamp<int64_t>(int64_t(period), 1, n); ++p) {
         double sum = 0;
         int count = 0;
@@ -47,7 +47,7 @@ int64_t startingFrame(std::span<const float> env, double period) {
 Tracked trackBeats(std::span<const float> env, std::span<const MapScore> map, double bpm) {
     const auto last = int64_t(env.size()) - 1;
     if (last < 2) { return {}; }
-    // A period under a frame has no beats, and stepping by it might never advance.
+    // A period under a frame has no beats, and steps that small might never advance.
     const auto usable = [last](double period) { return period >= 1 && period <= 1e9; };
     const double firstPeriod = OnsetTime::period(localTempo(map, bpm, 0));
     if (!usable(firstPeriod)) { return {}; }

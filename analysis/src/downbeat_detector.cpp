@@ -1,4 +1,4 @@
-// DownbeatDetector: the onset track against itself one beat later.
+// DownbeatDetector: compares the onset track with itself one beat later.
 #include "analysis/downbeat_detector.h"
 
 #include <algorithm>
@@ -14,15 +14,15 @@ namespace {
 
 constexpr int combPhases = 64;
 
-// Frames of 5 ms and the spans of a beat and a bar in them.
+// Frames of 5 ms, and the lengths of a beat and a bar in frames.
 struct Frames {
     int64_t count = 0;
-    double seconds = 0;  // a frame
+    double seconds = 0;  // seconds per frame
     int64_t beat = 1;
     int64_t bar = 0;
 };
 
-// Rises of the level; the first is counted from silence.
+// Rises of the level; the first rise is counted from silence.
 std::vector<float> onsetTrack(std::span<const float> x, int64_t hop, int64_t count) {
     std::vector<float> track = rmsTrack(x, hop, count);
     float before = 0;
@@ -34,7 +34,7 @@ std::vector<float> onsetTrack(std::span<const float> x, int64_t hop, int64_t cou
     return track;
 }
 
-// Around each frame, in a span of a bar on either side, the correlation of the onsets with those a beat later.
+// For each frame, correlates the onsets of one bar on either side with the onsets one beat later.
 std::vector<float> pulseSimilarity(std::span<const float> onsets, const Frames& frames) {
     const int64_t n = frames.count;
     std::vector<double> cross(size_t(n) + 1, 0.0);
@@ -60,10 +60,10 @@ std::vector<float> pulseSimilarity(std::span<const float> onsets, const Frames& 
     return similarity;
 }
 
-// How far the best of 64 combs at the beat stands out from their mean.
+// How far the best of 64 combs at the beat's period exceeds their mean.
 double pulseClarity(std::span<const float> weighted, double beatSeconds, const Frames& frames) {
     const int64_t n = frames.count;
-    // One entry more than frames: a tooth just short of the end may round to it.
+    // One entry more than frames, because a tooth just before the end may round up to it.
     std::vector<float> dilated(size_t(n) + 1);
     for (int64_t i = 0; i <= n; ++i) {
         dilated[size_t(i)] = weighted[size_t(std::min(i, n - 1))];
@@ -88,10 +88,10 @@ double pulseClarity(std::span<const float> weighted, double beatSeconds, const F
     return std::clamp(best / std::max(total / combPhases, 1e-9) - 1, 0.0, 1.0);
 }
 
-// The first frame near a strong onset from which the pulse stays similar for a bar.
+// The time of the first frame near a strong onset from which the pulse stays similar for a bar.
 double grooveStart(std::span<const float> onsets, std::span<const float> similarity, float peak, const Frames& frames) {
     const int64_t n = frames.count;
-    std::vector<int64_t> strong(size_t(n) + 1, 0);  // strong onsets before a frame
+    std::vector<int64_t> strong(size_t(n) + 1, 0);  // strong onsets before each frame
     for (int64_t i = 0; i < n; ++i) {
         strong[size_t(i) + 1] = strong[size_t(i)] + int64_t(double(onsets[size_t(i)]) >= 0.15 * double(peak));
     }
@@ -127,7 +127,7 @@ Result detect(std::span<const float> mono, double sampleRate, double bpm, int be
     const float peak = *std::ranges::max_element(onsets);
     if (!(peak > 1e-9F)) { return {}; }
 
-    // This track can't show a beat under a frame, and its combs would never end.
+    // This track can't resolve a beat shorter than a frame, and its combs would never end.
     const double beatSeconds = 60 / bpm;
     if (beatSeconds < frames.seconds / 64) { return {}; }
     frames.beat = std::max<int64_t>(wholeFrames(beatSeconds / frames.seconds), 1);

@@ -1,4 +1,4 @@
-// GridBuilder: an exact lattice for steady music, the tracked beats for other music.
+// GridBuilder: uses an exact lattice for steady music, and the tracked beats for other music.
 #include "analysis/grid_builder.h"
 
 #include <algorithm>
@@ -26,7 +26,7 @@ void laySteadyBeats(MusicGrid& grid, const Fit& fit, double shift) {
     }
 }
 
-// Bars from the strongest beat position, walked back to the start of the file and on to its end.
+// Lays bars from the strongest beat position, back to the start of the file and forward to its end.
 void laySteadyBars(MusicGrid& grid, int offset) {
     const double bar = 60 / grid.bpm * grid.beatsPerBar;
     double start = grid.beats[std::min(grid.beats.size() - 1, size_t(offset))];

@@ -1,4 +1,4 @@
-// KeyAnalyzer: probe-tone profiles against the chroma of the whole piece.
+// KeyAnalyzer: matches probe-tone profiles with the chroma of the whole piece.
 #include "analysis/key_analyzer.h"
 
 #include <algorithm>
@@ -10,12 +10,12 @@ namespace {
 
 using Profile = std::array<double, 12>;
 
-// Krumhansl and Kessler, "Tracing the dynamic changes in perceived tonal organization", 1982; the tonic first.
+// Krumhansl and Kessler, "Tracing the dynamic changes in perceived tonal organization", 1982; the tonic comes first.
 constexpr Profile majorProfile = {6.35, 2.23, 3.48, 2.33, 4.38, 4.09, 2.52, 5.19, 2.39, 3.66, 2.29, 2.88};
 constexpr Profile minorProfile = {6.33, 2.68, 3.52, 5.38, 2.60, 3.53, 2.54, 4.75, 3.98, 2.69, 3.34, 3.17};
 constexpr std::array<const char*, 12> tonics = {"C", "C#", "D", "D#", "E", "F", "F#", "G", "G#", "A", "A#", "B"};
 
-// Pearson correlation of the chroma, turned down by `shift` classes, with the profile; 0 where either is flat.
+// Pearson correlation of the profile with the chroma turned down by `shift` classes; 0 where either is flat.
 double correlate(const Profile& chroma, const Profile& profile, size_t shift) {
     const double chromaMean = std::accumulate(chroma.begin(), chroma.end(), 0.0) / 12;
     const double profileMean = std::accumulate(profile.begin(), profile.end(), 0.0) / 12;
@@ -53,7 +53,7 @@ struct Key {
     double confidence = 0;
 };
 
-// Of equal correlations the lower tonic wins, and major before minor.
+// Ties go to the lower tonic, and to major before minor.
 Key findKey(const Profile& chroma) {
     if (std::ranges::all_of(chroma, [](double x) { return x == 0; })) { return {}; }
     Key key;

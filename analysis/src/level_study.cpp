@@ -1,4 +1,4 @@
-// Level study: a quiet head and a fading tail, from the level envelope alone.
+// Level study: finds a quiet head and a fading tail from the level envelope alone.
 #include <algorithm>
 #include <cmath>
 
@@ -33,7 +33,7 @@ std::vector<double> smoothLevel(std::span<const float> x, int64_t frame) {
     return out;
 }
 
-// How many of up to `count` frames from `from` on `test` accepts.
+// Counts the values that `test` accepts among up to `count` frames starting at `from`.
 template <class Test>
 int64_t countFrom(const std::vector<double>& level, int64_t from, int64_t count, Test test) {
     const auto end = std::min(from + count, int64_t(level.size()));

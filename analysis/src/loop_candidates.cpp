@@ -1,4 +1,4 @@
-// Loop candidates: phrase lengths from the loop's start, and the end of the music, rated by how they would splice.
+// Loop candidates: phrase lengths from the loop's start, and the end of the music, rated by how well they would splice.
 #include <algorithm>
 
 #include "analysis/structure.h"
@@ -12,7 +12,7 @@ std::optional<int> asPhrase(int bars) {
     return std::ranges::find(phraseBars, bars) != phraseBars.end() ? std::optional(bars) : std::nullopt;
 }
 
-// Where a loop could end, unrated, in ascending order.
+// The places where a loop could end, unrated, in ascending order.
 std::vector<LoopCandidate> places(int musicEnd, int loopStart, int boundaries) {
     std::vector<LoopCandidate> out;
     const auto add = [&](int boundary, std::optional<int> phrase, bool contentEnd) {
@@ -46,7 +46,7 @@ void rate(LoopCandidate& c, const Seam& seam, int musicEnd) {
     c.score = std::clamp(score, 0.0, 1.0);
 }
 
-// Whether the bar that ends at a boundary is too quiet to leave after. A bar that doesn't exist is silent.
+// Whether the bar before a boundary is too quiet to leave after. A bar that doesn't exist counts as silent.
 bool leavesOnSilence(const BarProfile& profile, int bar) {
     const bool exists = bar >= 0 && bar < int(profile.rms.size());
     const double level = exists ? profile.rms[size_t(bar)] : 0;

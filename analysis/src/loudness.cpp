@@ -1,4 +1,4 @@
-// Loudness: 100 ms block energies, from which all gates and windows are summed.
+// Loudness: measures energies of 100 ms blocks and sums all gates and windows from them.
 #include "analysis/loudness.h"
 
 #include <algorithm>
@@ -18,7 +18,7 @@ double loudnessOf(double power) {
     return power > 0 ? -0.691 + 10 * std::log10(power) : LoudnessResult::floor;
 }
 
-// Decaying filter memory would become denormal numbers, which are slow; below -600 dB it counts as silence.
+// Zeroes decayed filter memory, before it becomes denormal numbers, which are slow; below -600 dB it counts as silence.
 void settle(KState& state) {
     for (KState::Stage* stage : {&state.shelf, &state.highPass}) {
         for (auto* values : {stage->x1, stage->x2, stage->y1, stage->y2}) {
@@ -29,8 +29,7 @@ void settle(KState& state) {
     }
 }
 
-// Mean squares of the K-weighted blocks of up to 4 channels, each scaled by its channel's weight and added to
-// `powers`.
+// Adds to `powers` the mean squares of the K-weighted blocks of up to 4 channels, each scaled by its channel's weight.
 void addBlockPowers(const Channels& group, const double* groupWeights, double sampleRate, int64_t blockSize,
                     std::vector<double>& powers) {
     const auto [shelf, highPass] = kWeighting(sampleRate);
@@ -44,14 +43,14 @@ void addBlockPowers(const Channels& group, const double* groupWeights, double sa
         run(planes, int64_t(b) * blockSize, blockSize, shelf, highPass, state, energies);
         settle(state);
         for (size_t c = 0; c < group.size(); ++c) {
-            // Below 4 kHz the shelf has no stable form, and its output may overflow.
+            // Below 4 kHz the shelf has no stable form, so its output may overflow; skip such blocks.
             const double power = groupWeights[c] * energies[c] / double(blockSize);
             if (std::isfinite(power)) { powers[b] += power; }
         }
     }
 }
 
-// Weighted power of every whole block, summed over the channels.
+// The weighted power of every whole block, summed over the channels.
 std::vector<double> blockPowers(const Channels& channels, const std::vector<double>& weight, double sampleRate,
                                 int64_t blockSize) {
     std::vector<double> powers(channels[0].size() / size_t(blockSize), 0.0);
@@ -72,7 +71,7 @@ std::vector<double> blockPowers(const Channels& channels, const std::vector<doub
     return powers;
 }
 
-// Powers of `width` blocks on end, one block apart, for the first `count` positions.
+// Mean powers of windows of `width` blocks, one block apart, for the first `count` positions.
 std::vector<double> windowPowers(const std::vector<double>& blocks, size_t width, size_t count) {
     std::vector<double> out(count);
     for (size_t i = 0; i < count; ++i) {
@@ -109,7 +108,7 @@ double meanAbove(const std::vector<double>& gates, double threshold, size_t& kep
     return kept > 0 ? sum / double(kept) : 0;
 }
 
-// Absolute gate at -70 LUFS, then a relative one 10 LU below the mean of the blocks that passed.
+// Applies the absolute gate at -70 LUFS, then a relative one 10 LU below the mean of the blocks that passed.
 double integrated(const std::vector<double>& gates) {
     size_t kept = 0;
     const double ungated = meanAbove(gates, LoudnessResult::floor, kept);
@@ -147,7 +146,7 @@ LoudnessResult measure(const std::vector<std::vector<float>>& channels, double s
     const int64_t blockSize = std::max<int64_t>(int64_t(0.1 * sampleRate), 1);
     const std::vector<double> blocks = blockPowers(views, weight, sampleRate, blockSize);
     const auto count = int64_t(blocks.size());
-    // A gate is 4 blocks, but must also lie within the file at its exact 400 ms.
+    // A gate has 4 blocks, but must also lie within the file by its exact length of 400 ms.
     const int64_t fitting = std::max<int64_t>((frames - int64_t(0.4 * sampleRate)) / blockSize + 1, 0);
     const std::vector<double> gates = windowPowers(blocks, 4, count > 2 ? size_t(std::min(count - 3, fitting)) : 0);
     out.momentaryMax = largestLoudness(gates);
@@ -158,7 +157,7 @@ LoudnessResult measure(const std::vector<std::vector<float>>& channels, double s
 }
 
 std::pair<Biquad, Biquad> kWeighting(double sampleRate) {
-    // Analogue prototypes that give the published 48 kHz coefficients (BS.1770-4, tables 1 and 2).
+    // Analogue prototypes that produce the published 48 kHz coefficients (BS.1770-4, tables 1 and 2).
     Biquad shelf;
     {
         const double k = std::tan(std::numbers::pi * 1681.974450955533 / sampleRate);

@@ -1,4 +1,4 @@
-// K weighting across channels, and the true-peak interpolator across outputs and phases.
+// K weighting vectorised across channels, and the true-peak interpolator across outputs and phases.
 #include "loudness_kernels.h"
 
 #include <algorithm>
@@ -33,8 +33,8 @@ struct Section {
         std::memcpy(to.y1, &y1, sizeof y1);
         std::memcpy(to.y2, &y2, sizeof y2);
     }
-    // Direct form I, in place. The newest output enters last, so that only one operation waits for it. A stage rounds
-    // its output to a float, but not its memory.
+    // Direct form I, in place. The newest output is subtracted last, so that only one operation waits for it. The
+    // output is rounded to a float, the filter's own memory isn't.
     BRINDLEHUM_INLINE void step(const Biquad& f, Doubles& x) {
         const Doubles y = (f.b0 * x + f.b1 * x1 + f.b2 * x2 - f.a2 * y2) - f.a1 * y1;
         x2 = x1;
@@ -70,7 +70,7 @@ BRINDLEHUM_INLINE void kEnergy(const float* const* channels, int64_t from, int64
     for (int c = 0; c < N; ++c) { energies[c] += sum[c]; }
 }
 
-// `Wide` vectors of `Lanes` outputs at a time, all phases: Wide x 4 sums stay in registers.
+// Computes `Wide` vectors of `Lanes` outputs at a time, all phases: Wide x 4 sums stay in registers.
 template <int Lanes, int Wide>
 BRINDLEHUM_INLINE float peakBlock(const float* x, const PeakFilter& filter) {
     using Floats = typename Vector<Lanes>::Floats;

@@ -1,4 +1,4 @@
-// The inner loops of the loudness measurement, in versions for the processor at hand.
+// The inner loops of the loudness measurement, in versions for different processors.
 #pragma once
 
 #include <array>
@@ -9,7 +9,7 @@
 
 namespace brindlehum::Loudness {
 
-// Filter memory of a group of up to 4 channels.
+// Filter memory for a group of up to 4 channels.
 struct KState {
     struct Stage {
         double x1[4] = {}, x2[4] = {}, y1[4] = {}, y2[4] = {};
@@ -17,10 +17,10 @@ struct KState {
     Stage shelf, highPass;
 };
 
-// True-peak phases: 48 taps each.
+// The taps of each true-peak phase.
 inline constexpr int peakTaps = 48;
 inline constexpr int peakPhases = 4;
-using PeakFilter = std::array<std::array<float, peakPhases>, peakTaps>;  // by tap, then phase
+using PeakFilter = std::array<std::array<float, peakPhases>, peakTaps>;  // indexed by tap, then phase
 
 struct Kernels {
     // Adds the sums of squares of the K-weighted samples [from, from + count) to `energies`, for 1, 2 or 4 channels.
@@ -33,12 +33,12 @@ struct Kernels {
     float (*largest)(const float* x, int64_t count);
 };
 
-// Without vector instructions beyond the baseline.
+// Kernels without vector instructions beyond the baseline.
 const Kernels& plainKernels();
-// The fastest that this processor runs. All versions agree within the rounding of their sums.
+// The fastest kernels that this processor runs. All versions agree within the rounding of their sums.
 const Kernels& fastestKernels();
 
-// As truePeak, but a peak that doesn't pass `floor` may come back as `floor`: blocks that can't pass it are skipped.
+// As truePeak, but may return `floor` for a peak that doesn't exceed it: blocks that can't exceed it are skipped.
 float truePeakAbove(std::span<const float> x, float floor, const Kernels& kernels);
 
 }  // namespace brindlehum::Loudness

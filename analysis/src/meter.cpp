@@ -1,4 +1,4 @@
-// Meter: the bar length that makes its downbeats stand out most.
+// Meter: finds the bar length whose downbeats stand out most.
 #include <algorithm>
 #include <array>
 #include <cmath>

@@ -19,7 +19,7 @@ AnalysisOutcome analyzeMusic(const AnalysisInput& input, const AnalysisProgress&
     out.seconds = double(frames) / input.sampleRate;
     if (cancelledAt(AnalysisStage::mono)) { return {Status::cancelled, std::nullopt}; }
     std::vector<float> mono = Signal::mono(input.channels);
-    // Replaced before the rate is converted, since a single unusable sample would spread over its neighbours.
+    // Repair before the rate is converted, since a single unusable sample would spread to its neighbours.
     std::vector<float> repaired;
     if (Signal::usable(mono, repaired).data() != mono.data()) { mono = std::move(repaired); }
     out.mono22k = Signal::resample(std::move(mono), input.sampleRate, Signal::analysisRate);

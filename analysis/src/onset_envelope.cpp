@@ -1,4 +1,4 @@
-// Onset envelopes: where the log spectrum rises.
+// Onset envelopes: detect where the log spectrum rises.
 #include <algorithm>
 #include <array>
 #include <bit>
@@ -20,7 +20,7 @@ static_assert((lowBins - 1) * Signal::analysisRate / OnsetTime::frameSize < 250 
 using Spectrum = std::array<float, usedBins>;
 
 // Natural logarithm of x >= 1 within 2 units in the last place, in a form that compilers vectorise: the mantissa is
-// brought to 0.707..1.414, where log m = 2 atanh((m - 1) / (m + 1)) converges fast.
+// scaled to 0.707..1.414, where log m = 2 atanh((m - 1) / (m + 1)) converges fast.
 inline float logarithm(float x) {
     const auto bits = std::bit_cast<int32_t>(x);
     const int32_t exponent = (bits - 0x3f3504f3) >> 23;
@@ -29,7 +29,7 @@ inline float logarithm(float x) {
     const float z = s * s;
     const float series = z * (2.0F / 3 + z * (2.0F / 5 + z * (2.0F / 7 + z * (2.0F / 9))));
     const auto e = float(exponent);
-    // ln 2 in two parts: the product with the first is exact.
+    // ln 2 is split in two, so that the product with the first part is exact.
     return e * 0.693359375F + (2.0F * s + (s * series + e * -2.12194440e-4F));
 }
 
@@ -37,7 +37,7 @@ void logCompress(const float* magnitudes, Spectrum& out) {
     for (size_t k = 0; k < usedBins; ++k) { out[k] = logarithm(1.0F + 50.0F * magnitudes[k]); }
 }
 
-// The rises from `before` to `now`, summed over all used bins and over the low ones.
+// The rises from `before` to `now`: summed over all used bins, and over the low ones.
 std::pair<float, float> rises(const Spectrum& now, const Spectrum& before) {
     Spectrum rise;
     for (size_t k = 0; k < usedBins; ++k) { rise[k] = std::max(0.0F, now[k] - before[k]); }
@@ -52,7 +52,7 @@ std::pair<float, float> rises(const Spectrum& now, const Spectrum& before) {
     return {full, low};
 }
 
-// 1/4, 1/2, 1/4; what lies outside counts as 0.
+// Smooths with 1/4, 1/2, 1/4; values outside the envelope count as 0.
 std::vector<float> smooth(const std::vector<float>& x) {
     std::vector<float> y(x.size());
     for (size_t i = 0; i < x.size(); ++i) {

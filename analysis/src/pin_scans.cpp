@@ -1,4 +1,4 @@
-// Pin scans: scores of novelty, level and phrase length, and whether the file is a loop by its name or edges.
+// Pin scans: scores for novelty, level and phrase length, and the test for a loop by the file's name or edges.
 #include "pin_scans.h"
 
 #include <algorithm>
@@ -13,13 +13,13 @@
 namespace brindlehum::Structure {
 namespace {
 
-constexpr double distinct = 0.45;  // the least score that counts as a boundary of the form
+constexpr double distinct = 0.45;  // the least score of a boundary of the form
 
 struct Best {
     std::optional<int> boundary;
     double score = -std::numeric_limits<double>::infinity();
     void offer(int candidate, double value) {
-        if (!(value > score)) { return; }  // keeps the earliest of equals
+        if (!(value > score)) { return; }  // keeps the earliest of equal scores
         boundary = candidate;
         score = value;
     }
@@ -78,7 +78,7 @@ int findLoopEnd(const Piece& piece, int introEnd, int endingStart) {
     if (length < 4) { return endingStart; }
     Best best;
     for (int b = introEnd + 4; b <= endingStart; ++b) {
-        // The bars before, at and after the seam should sound like those that the loop returns to.
+        // The bars before, at and after the seam should sound like the bars around the loop's start.
         double sum = 0;
         int count = 0;
         for (int shift = introEnd != 0 ? -1 : 0; shift <= 1; ++shift) {

@@ -1,4 +1,4 @@
-// The scans that place single pins. Each answers one question and falls back to a stated default.
+// The scans that place single pins. Each answers one question and has a stated fallback.
 #pragma once
 
 #include <optional>
@@ -8,7 +8,7 @@
 
 namespace brindlehum::Structure {
 
-// The input of all scans. `end` is the boundary where the music stops.
+// The input of all scans. The music stops at the boundary `end`.
 struct Piece {
     std::span<const float> mono;
     double sr = 0;
@@ -22,7 +22,7 @@ struct Piece {
 
     int start() const { return profile.musicStartBar; }
     double active() const { return profile.activeLevel; }
-    // The level of a bar, 0 for one that doesn't exist.
+    // The level of a bar; 0 for a bar that doesn't exist.
     double level(int bar) const {
         return bar >= 0 && bar < int(profile.rms.size()) ? double(profile.rms[size_t(bar)]) : 0;
     }
@@ -30,13 +30,13 @@ struct Piece {
 
 // Seconds of silence before the first bar of music.
 std::optional<double> silentHead(const Piece& piece);
-// The boundary in the first 16 bars where the music most clearly opens up.
+// The boundary in the first 16 bars where the music opens up most clearly.
 std::optional<int> findIntroEnd(const Piece& piece);
-// The boundary in the last 8 bars where the music most clearly turns to its end.
+// The boundary in the last 8 bars where the music turns to its end most clearly.
 std::optional<int> findEndingStart(const Piece& piece, int introEnd);
-// The last 5 bars sink steadily by more than 9 dB.
+// True when the last 5 bars fall steadily by more than 9 dB.
 bool fadesOut(const Piece& piece);
-// The boundary up to `endingStart` that goes back to `introEnd` best.
+// The boundary up to `endingStart` from which a jump back to `introEnd` sounds best.
 int findLoopEnd(const Piece& piece, int introEnd, int endingStart);
 // True when the music runs to the end of the file, and its name or its edges show a loop.
 bool isLoopFile(const Piece& piece, std::string_view name, bool finalHit);

@@ -1,4 +1,4 @@
-// readPlanar: grows with the samples read, so that a header's claim alone fills no memory.
+// readPlanar: memory grows with the samples read, so that a header's claim alone fills none.
 #include "analysis/read_planar.h"
 
 #include <algorithm>
@@ -14,7 +14,7 @@ namespace {
 void readAll(AudioFile& file, Planar& out) {
     constexpr int64_t block = 65536;
     const int64_t frames = file.facts().frames;
-    // The system commits reserved memory only where samples are written.
+    // Safe to reserve: the system commits the memory only where samples are written.
     for (auto& channel : out.channels) { channel.reserve(size_t(std::max<int64_t>(frames, 0))); }
     std::vector<float*> planes(out.channels.size());
     for (int64_t at = 0; at < frames;) {

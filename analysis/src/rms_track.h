@@ -1,4 +1,4 @@
-// RMS of overlapping windows of two hops: the fine time bases of the grid.
+// rmsTrack: RMS of overlapping windows of two hops, the fine time bases of the grid.
 #pragma once
 
 #include <cmath>
@@ -10,7 +10,7 @@
 
 namespace brindlehum {
 
-// rms[i] over x[i hop ..< i hop + 2 hop], for `count` windows that lie inside x. Each hop is squared once.
+// rms[i] is over x[i hop ..< i hop + 2 hop], for `count` windows that lie inside x. Each hop is squared only once.
 inline std::vector<float> rmsTrack(std::span<const float> x, int64_t hop, int64_t count) {
     std::vector<float> track(size_t(count > 0 ? count : 0));
     const auto energyOf = [&](int64_t i) { return Signal::energy(x.subspan(size_t(i * hop), size_t(hop))); };

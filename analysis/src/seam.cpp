@@ -1,4 +1,4 @@
-// Seams: level and brightness on both sides of a jump.
+// Seams: compare level and brightness on both sides of a jump.
 #include "seam.h"
 
 #include <algorithm>
@@ -13,7 +13,7 @@ double levelMatch(double a, double b) {
     return std::max(0.0, 1 - std::abs(20 * std::log10(std::max(a, 1e-5) / std::max(b, 1e-5))) / 20);
 }
 
-// By zero-crossing rates. A seam with one quiet side can't differ much in brightness.
+// Compares zero-crossing rates. A seam with a quiet side can't differ much in brightness.
 double brightMatch(double a, double b, bool quiet) {
     const double larger = std::max(a, b);
     if (larger <= 1e-6) { return 1; }
@@ -27,7 +27,7 @@ Seam seamBetween(std::span<const float> x, double sr, double endTime, double sta
     const auto end = int64_t(sr * endTime);
     const auto start = int64_t(sr * startTime);
     const auto width = int64_t(window * sr);
-    // Within 50 ms of the end there is nothing to compare: the file's own edges meet.
+    // Within 50 ms of the end nothing is left to compare: the file's own edges meet.
     if (end >= int64_t(x.size()) - int64_t(0.05 * sr)) { return {0.7, "edge-to-edge file"}; }
     const double endLevel = Signal::rms(x, end, end + width);
     const double startLevel = Signal::rms(x, start, start + width);

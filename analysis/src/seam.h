@@ -1,4 +1,4 @@
-// How well a jump from one place to another matches, and whether the last bar is a final hit.
+// Rates how well a jump from one place to another matches, and tests whether the last bar is a final hit.
 #pragma once
 
 #include <cstdint>
@@ -14,14 +14,14 @@ struct Seam {
     const char* reason = nullptr;  // a remark for the user, or null
 };
 
-// Compares `window` seconds after `endTime` with as much after `startTime`.
+// Compares `window` seconds after `endTime` with the same length after `startTime`.
 Seam seamBetween(std::span<const float> x, double sr, double endTime, double startTime, double window, double active);
 
-// The last bar of the music, if it starts louder than the bar before and dies away within itself.
+// The last bar of the music, if it starts louder than the bar before and dies away before its own end.
 std::optional<int> finalHitBar(std::span<const float> x, double sr, std::span<const double> bounds,
                                const BarProfile& profile, int beatsPerBar);
 
-// The bonus of a length of `bars`: `eight`, `four` or `two` by the largest of 8, 4 and 2 that divides it, else 0.
+// The bonus for a length of `bars`: `eight`, `four` or `two` for the largest of 8, 4 and 2 that divides it, else 0.
 inline double phraseBonus(int bars, double eight, double four, double two) {
     if (bars % 8 == 0) { return eight; }
     if (bars % 4 == 0) { return four; }

@@ -1,4 +1,4 @@
-// SpectralFrames: which bins feed which pitch class and band, and the walk over the frames.
+// SpectralFrames: assigns bins to pitch classes and bands, and computes the frames.
 #include "analysis/spectral_frames.h"
 
 #include <algorithm>
@@ -10,7 +10,7 @@ namespace brindlehum {
 namespace {
 
 constexpr double binWidth = Signal::analysisRate / SpectralFrames::frameSize;  // Hz
-constexpr int lastBin = SpectralFrames::frameSize / 2 - 1;                     // DC and Nyquist never count
+constexpr int lastBin = SpectralFrames::frameSize / 2 - 1;                     // DC and Nyquist are never used
 
 // Neighbouring bins [from, to) that feed the same cell of a row.
 struct Run {

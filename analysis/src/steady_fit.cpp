@@ -1,4 +1,4 @@
-// Steady fit: a search for the best comb over tempo and phase, then a comparison with each quarter of the file.
+// Steady fit: searches the best comb over tempo and phase, then compares it with each quarter of the file.
 #include <algorithm>
 #include <cmath>
 #include <vector>
@@ -9,9 +9,9 @@
 namespace brindlehum::GridBuilder {
 namespace {
 
-constexpr int phases = 96;  // trial phases a period
+constexpr int phases = 96;  // trial phases per period
 
-// The largest of each entry and its neighbours, so that a comb that is off by a frame still counts.
+// The largest of each entry and its neighbours, so that a comb that is one frame off still counts.
 std::vector<float> dilate(std::span<const float> env) {
     std::vector<float> out(env.size());
     for (size_t i = 0; i < env.size(); ++i) {
@@ -20,13 +20,13 @@ std::vector<float> dilate(std::span<const float> env) {
     return out;
 }
 
-// Mean of the dilated envelope at the frames nearest to start + k period within [from, to).
+// Mean of the dilated envelope at the frames nearest to start + k period in [from, to).
 double comb(std::span<const float> dilated, double period, double start, int64_t from, int64_t to) {
     const double first = start * OnsetTime::frameRate;
     const double step = period * OnsetTime::frameRate;
     double sum = 0;
     int64_t count = 0;
-    // Starts one tooth early, which the loop skips; no later tooth can fall before the range.
+    // Starts one tooth early, and the loop skips that one; no later tooth can fall before the range.
     for (auto k = int64_t(std::max(std::floor((double(from) - first) / step) - 1, 0.0));; ++k) {
         const auto i = int64_t(std::floor(first + double(k) * step + 0.5));
         if (i >= to) { break; }
@@ -53,7 +53,7 @@ Best bestPhase(std::span<const float> dilated, double period, int64_t from, int6
     return best;
 }
 
-// The best comb of the whole file within 0.6 % of `beat` seconds, its phase then refined in tenths of a trial step.
+// The best comb of the whole file within 0.6 % of `beat` seconds; its phase is then refined in tenths of a trial step.
 Best bestComb(std::span<const float> dilated, double beat) {
     const auto n = int64_t(dilated.size());
     Best best;
@@ -70,7 +70,7 @@ Best bestComb(std::span<const float> dilated, double beat) {
     return best;
 }
 
-// True for a quarter of the file whose own best phase is far from the whole file's; never for a quiet one.
+// True when a quarter's own best phase is far from the whole file's; never for a quiet quarter.
 bool disagrees(std::span<const float> dilated, const Best& whole, int64_t from, int64_t to) {
     const Best part = bestPhase(dilated, whole.period, from, to);
     if (part.score < 0.05) { return false; }
@@ -83,7 +83,7 @@ bool disagrees(std::span<const float> dilated, const Best& whole, int64_t from, 
 
 Fit steadyFit(std::span<const float> env, double bpm) {
     Fit fit{false, 60 / bpm, 0, -1};
-    // Under 8 s nothing counts as steady. A beat under a frame, or longer than any file, has no comb.
+    // Nothing under 8 s counts as steady. A beat shorter than a frame, or longer than any file, has no comb.
     if (env.size() < 690 || !(fit.period * OnsetTime::frameRate >= 1) || fit.period > 1e6) { return fit; }
     const std::vector<float> dilated = dilate(env);
     const Best best = bestComb(dilated, fit.period);

@@ -1,4 +1,4 @@
-// Structure: from bars to pins, candidates and notes.
+// Structure: derives pins, candidates and notes from the bars.
 #include "analysis/structure.h"
 
 #include <algorithm>
@@ -78,7 +78,7 @@ StructureResult analyze(std::span<const float> mono, double sr, const MusicGrid&
     pins.musicEnd = piece.end;
     pins.finalHit = hit.value_or(std::max(piece.end - 1, pins.endingStart));
 
-    // The candidates rate the music as it was read, even if the whole file turns out to be a loop.
+    // Candidates rate the music as analysed, even if the whole file turns out to be a loop.
     out.loopCandidates = loopCandidates(x, sr, bounds, piece.profile, pins.introEnd);
     out.exitCandidates = exitCandidates(x, sr, bounds, piece.profile, grid.beatsPerBar);
     if (isLoopFile(piece, name, hit.has_value())) {

@@ -1,4 +1,4 @@
-// TempoAnalyzer: from the working signal to one tempo, its kin, its drift and its beats.
+// TempoAnalyzer: finds one tempo, its alternatives, its drift and its beats from the working signal.
 #include "analysis/tempo_analyzer.h"
 
 #include <algorithm>

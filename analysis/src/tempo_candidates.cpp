@@ -1,4 +1,4 @@
-// Tempo candidates: peaks of the envelope's autocorrelation, each judged with its multiples.
+// Tempo candidates: peaks of the envelope's autocorrelation, each scored together with its multiples.
 #include <algorithm>
 #include <cmath>
 
@@ -11,8 +11,8 @@ namespace {
 
 using Candidate = TempoResult::Candidate;
 
-// Mean of the autocorrelation at the lag and its multiples below `n`. The fourth counts more than the third: music
-// repeats by fours.
+// Mean of the autocorrelation at the lag and at its multiples below `n`. The fourth multiple counts more than the
+// third, since music repeats in fours.
 double harmonicScore(std::span<const float> acf, int64_t lag, int64_t n) {
     static constexpr double weights[] = {1.0, 0.6, 0.3, 0.4};
     double sum = 0;
@@ -25,7 +25,7 @@ double harmonicScore(std::span<const float> acf, int64_t lag, int64_t n) {
     return used > 0 ? sum / used : 0;
 }
 
-// The top of the parabola through the lag and its neighbours, at most half a lag away.
+// The vertex of the parabola through the lag and its neighbours, at most half a lag away.
 double refine(std::span<const float> acf, int64_t lag) {
     if (lag < 1 || lag >= int64_t(acf.size()) - 1) { return double(lag); }
     const double a = acf[size_t(lag - 1)];
@@ -36,7 +36,7 @@ double refine(std::span<const float> acf, int64_t lag) {
     return double(lag) + std::clamp((a - c) / (2 * curvature), -0.5, 0.5);
 }
 
-// Autocorrelation of the envelope about its mean, 1 at lag 0.
+// Autocorrelation of the envelope with its mean removed, scaled to 1 at lag 0.
 std::vector<float> normalizedAutocorrelation(std::span<const float> env, int64_t maxLag) {
     double sum = 0;
     for (const float value : env) { sum += value; }
@@ -49,7 +49,7 @@ std::vector<float> normalizedAutocorrelation(std::span<const float> env, int64_t
     return acf;
 }
 
-// trunc(frames) of one beat at `bpm`, at most `limit`, also for a tempo of 0.
+// trunc(frames) of one beat at `bpm`, at most `limit`; also defined for a tempo of 0.
 int64_t wholeLag(double bpm, int64_t limit) {
     const double frames = OnsetTime::period(bpm);
     return bpm > 0 && frames < double(limit) ? int64_t(frames) : limit;
@@ -72,7 +72,7 @@ std::vector<Candidate> candidates(std::span<const float> env, double lo, double 
     for (size_t i = 1; i + 1 < scores.size(); ++i) {
         if (scores[i - 1] > scores[i] || scores[i + 1] > scores[i]) { continue; }
         const double bpm = OnsetTime::tempo(refine(acf, shortest + int64_t(i)));
-        // Keeps the faster of two close peaks: lags run upward.
+        // Keep the faster of two close peaks, which comes first because lags run upward.
         const auto close = [bpm](const Candidate& c) { return std::abs(bpm - c.bpm) / bpm <= 0.03; };
         if (std::ranges::any_of(found, close)) { continue; }
         const double octaves = std::log2(bpm / center.value_or(120)) / 1.2;

@@ -1,4 +1,4 @@
-// True peak: 4 times oversampling by a windowed sinc, computed only where a new peak is possible.
+// True peak: oversamples 4 times with a windowed sinc, and only where a new peak is possible.
 #include <algorithm>
 #include <cmath>
 #include <numbers>
@@ -10,8 +10,7 @@
 namespace brindlehum::Loudness {
 namespace {
 
-// A prototype of 192 taps at the fourfold rate under a Blackman window, in phases of 48. The gain is that of the
-// sinc itself.
+// A prototype of 192 taps at four times the rate with a Blackman window, in phases of 48; its gain is the sinc's own.
 PeakFilter makeFilter() {
     constexpr int taps = peakTaps * peakPhases;
     PeakFilter filter{};
@@ -24,7 +23,7 @@ PeakFilter makeFilter() {
     return filter;
 }
 
-// The largest factor by which a phase can raise its samples, with a margin for rounding.
+// The largest factor by which a phase can raise its samples, plus a margin for rounding.
 float largestGain(const PeakFilter& filter) {
     float largest = 0;
     for (size_t p = 0; p < peakPhases; ++p) {
@@ -41,11 +40,11 @@ float truePeakAbove(std::span<const float> x, float floor, const Kernels& kernel
     static const PeakFilter filter = makeFilter();
     static const float gain = largestGain(filter);
     if (x.empty()) { return floor; }
-    // Outputs go in blocks of 48, each of which hears the block of samples before it and its own; 48 zeros stand on
-    // either side of the signal, so one block of outputs follows the last block of samples.
+    // Outputs are computed in blocks of 48. Each depends on its own block of samples and the one before; 48 zeros
+    // surround the signal, so one block of outputs follows the last block of samples.
     const auto count = int64_t(x.size());
     const int64_t blocks = (count + peakTaps - 1) / peakTaps;
-    std::vector<float> largest(size_t(blocks) + 2, 0.0F);  // of the samples of block i - 1
+    std::vector<float> largest(size_t(blocks) + 2, 0.0F);  // by block of samples: entry i is for block i - 1
     for (int64_t b = 0; b < blocks; ++b) {
         const int64_t from = b * peakTaps;
         largest[size_t(b) + 1] = kernels.largest(x.data() + from, std::min<int64_t>(peakTaps, count - from));
@@ -61,7 +60,7 @@ float truePeakAbove(std::span<const float> x, float floor, const Kernels& kernel
         return kernels.peakBlock(padded, filter);
     };
     const auto bound = [&](int64_t b) { return gain * std::max(largest[size_t(b)], largest[size_t(b) + 1]); };
-    // The loudest block first, so that most others can be skipped.
+    // Compute the loudest block first, so that most others can be skipped.
     const auto loudest = std::ranges::max_element(largest) - largest.begin() - 1;
     if (loudest >= 0) { peak = std::max(peak, compute(loudest)); }
     for (int64_t b = 0; b <= blocks; ++b) {

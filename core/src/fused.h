@@ -7,9 +7,9 @@
 
 namespace brindlehum::core {
 
-// In doubles the product of two floats is exact; the sum is rounded to odd, which keeps the last rounding, to float,
-// free of double rounding (Boldo and Melquiond, "Emulation of a FMA and correctly rounded sums", 2008). A libm call
-// in its place would cost some 50 times an instruction.
+// In doubles the product of two floats is exact. Rounding the sum to odd and then to float avoids double rounding
+// (Boldo and Melquiond, "Emulation of a FMA and correctly rounded sums", 2008). A libm call instead would cost some 50
+// times as much as an instruction.
 inline float emulatedMultiplyAdd(float a, float b, float c) {
     const double product = double(a) * double(b);
     const double sum = product + double(c);

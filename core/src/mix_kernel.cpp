@@ -1,4 +1,4 @@
-// Versions of the row kernel, and the choice among them.
+// Versions of the row kernel, and the choice between them.
 #include "mix_kernel.h"
 
 #include "fused.h"

@@ -1,4 +1,4 @@
-// The inner loop of the mix kernel, in versions for the processor at hand.
+// The inner loop of the mix kernel, in versions for different processors.
 #pragma once
 
 #include <array>
@@ -6,7 +6,7 @@
 
 namespace brindlehum::core {
 
-// The most rows that are added side by side: every input is then read once for all of them.
+// The most rows that are added side by side: each input is then read once for all of them.
 inline constexpr int32_t rowGroup = 4;
 
 // One input of a row, or of a group of rows that skip the same inputs.
@@ -16,7 +16,7 @@ struct Tap {
 };
 
 // out[r][i] = fma(gains[r] x ramp[i], input[i], out[r][i]) for each tap in order. `rows` is 1 or rowGroup; `ramp` may
-// be null, and goes with one row only. All versions give the same bits.
+// be null, and is allowed with one row only. All versions return the same bits.
 using MixRows = void (*)(const Tap* taps, int32_t count, int32_t rows, const float* ramp, int32_t frames,
                          float* const* outs);
 

@@ -49,9 +49,9 @@ BRINDLEHUM_AVX2 void addFrame(const Tap* taps, int32_t count, const float* ramp,
     }
 }
 
-// `Wide` vectors of each row keep 6 to 8 additions in flight, which hides their latency of 4 cycles at 2 a cycle,
-// and leave registers for gains and ramps. Measured against other shapes; 4 rows of 2 vectors came within a tenth of
-// the multiply-add bound.
+// `Wide` vectors of each row keep 6 to 8 additions in flight, which hides their latency of 4 cycles at 2 per cycle, and
+// leaves registers for gains and ramps. Measured against other shapes: 4 rows of 2 vectors came within a tenth of the
+// multiply-add bound.
 template <int Rows, int Wide, bool Ramped>
 BRINDLEHUM_AVX2 void addRows(const Tap* taps, int32_t count, const float* ramp, int32_t frames, float* const* outs) {
     int32_t i = 0;

@@ -1,5 +1,5 @@
-// The matrix kernel: gathers the sounding taps of a row, or of some alike, and hands them to the row kernel, tile by
-// tile.
+// The matrix kernel: gathers the non-zero taps of a row, or of a group of similar rows, and runs the row kernel on
+// them, tile by tile.
 #include "core/mn_mix.h"
 
 #include <algorithm>
@@ -11,11 +11,11 @@
 namespace brindlehum::core {
 namespace {
 
-// Taps of one pass over an output; a row with more of them takes several passes.
+// Taps in one pass over an output; a row with more taps takes several passes.
 constexpr int32_t maxTaps = 64;
 
-// Tiles are so long that all inputs of one stay in the second-level cache while the rows read them again and again,
-// and no shorter than that, since every tile gathers the taps anew.
+// A tile is short enough that all its inputs stay in the second-level cache while the rows read them again and again,
+// and no shorter than that, since every tile gathers the taps again.
 int32_t tileFrames(int32_t channels) {
     constexpr int32_t samples = 16384;
     constexpr int32_t stretch = 64;
@@ -24,7 +24,7 @@ int32_t tileFrames(int32_t channels) {
 
 void chooseRows(const Tap* taps, int32_t count, int32_t rows, const float* ramp, int32_t frames, float* const* outs);
 
-// Starts as the choice itself, so that the first caller on any thread neither waits nor finds null.
+// Starts as the choosing function, so that the first caller on any thread neither waits nor finds null.
 constinit std::atomic<MixRows> mixRows{chooseRows};
 
 void chooseRows(const Tap* taps, int32_t count, int32_t rows, const float* ramp, int32_t frames, float* const* outs) {
@@ -43,7 +43,7 @@ bool skipAlike(const float* gains, int32_t channels) {
     return alike;
 }
 
-// How many rows from the first on can be added at once: a whole group or one.
+// How many rows can be added at once from the first one on: a whole group or one.
 int32_t rowsAtOnce(const float* gains, int32_t channels, int32_t rowsLeft, float* const* outputs, const float* ramp) {
     if (ramp != nullptr || rowsLeft < rowGroup) { return 1; }
     for (int32_t r = 0; r < rowGroup; ++r) {

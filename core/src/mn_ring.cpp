@@ -12,7 +12,7 @@ struct mn_ring {
     int32_t capacity;   // frames, exactly as requested
     float** planes;     // `channels` arrays of `capacity` samples
     double* positions;  // source position of each ring frame
-    // Counters of all frames ever written and read, each on a cache line of its own, since two threads write them.
+    // Counts of all frames ever written and read, each on a cache line of its own, since two threads write them.
     alignas(64) std::atomic<int64_t> write_pos;  // writer
     alignas(64) std::atomic<int64_t> read_pos;   // reader
     alignas(64) std::atomic<int32_t> eof;        // writer
@@ -20,7 +20,7 @@ struct mn_ring {
 
 namespace {
 
-// A run of frames in the ring: `first` from `index` on, then `rest` from the start.
+// A run of frames in the ring: `first` frames from `index`, then `rest` from the start.
 struct Stretch {
     int32_t index, first, rest;
 };
@@ -43,7 +43,7 @@ void copyOut(const T* ring, const Stretch& s, T* to) {
     if (s.rest > 0) { std::memcpy(to + s.first, ring, sizeof(T) * size_t(s.rest)); }
 }
 
-// Frames counters differ by less than 2^31, so their 32-bit difference is exact.
+// Frame counts differ by less than 2^31, so their 32-bit difference is exact.
 int32_t difference(int64_t a, int64_t b) {
     return int32_t(a - b);
 }

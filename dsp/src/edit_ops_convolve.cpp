@@ -1,4 +1,4 @@
-// Linear convolution by overlap-add (Stockham 1966), and the synthetic hall that it is mostly used with.
+// Linear convolution by overlap-add (Stockham 1966), and the synthetic hall that mostly uses it.
 #include <algorithm>
 #include <bit>
 #include <cmath>
@@ -13,11 +13,11 @@
 namespace brindlehum::EditOps {
 namespace {
 
-// Transforms below this size cost more in calls than in work.
+// Below this size a transform's call overhead exceeds its work.
 constexpr size_t smallestBlock = 512;
 constexpr size_t largestBlock = size_t(1) << 28;
 
-// Spectra times the response's, block by block of the longer side.
+// Multiplies spectra by the response's, block by block of the longer side.
 class BlockConvolver {
 public:
     BlockConvolver(std::span<const float> response, size_t block)
@@ -35,7 +35,7 @@ public:
         std::ranges::copy(samples, time_.get());
         std::fill(time_.get() + samples.size(), time_.get() + 2 * block_, 0.0F);
         fft_.forward(time_.get(), spectrum_.get());
-        // By parts: the library's product of complex numbers looks for infinities, and can't be vectorised.
+        // Multiply by parts: the library's complex product checks for infinities and can't be vectorised.
         for (size_t k = 0; k <= block_; ++k) {
             const std::complex<float> x = spectrum_[k];
             const std::complex<float> h = response_[k];
@@ -56,7 +56,7 @@ private:
 
 std::vector<float> convolve(std::span<const float> signal, std::span<const float> response) {
     if (signal.empty() || response.empty()) { return {}; }
-    // Blocks of the shorter side's length, so that a short signal through a long hall costs no more than the reverse.
+    // Make the shorter side the response, so that a short signal through a long hall costs no more than the reverse.
     if (signal.size() < response.size()) { std::swap(signal, response); }
     std::vector<float> out(signal.size() + response.size() - 1);
     if (response.size() == 1) {

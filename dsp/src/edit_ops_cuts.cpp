@@ -14,7 +14,7 @@ Samples piece(const Samples& x, int64_t start, int64_t end) {
     return {x.begin() + start, x.begin() + end};
 }
 
-// Each channel as `operation` of it and its index makes it.
+// Applies `operation` to each channel and its index.
 template <typename Operation>
 Channels eachChannel(const Channels& channels, Operation operation) {
     Channels out;
@@ -23,7 +23,7 @@ Channels eachChannel(const Channels& channels, Operation operation) {
     return out;
 }
 
-// x with start ..< end replaced.
+// x with the range start ..< end replaced by `with`.
 Samples replaced(const Samples& x, int64_t start, int64_t end, std::span<const float> with) {
     assert(0 <= start && start <= end && end <= int64_t(x.size()));
     Samples out;

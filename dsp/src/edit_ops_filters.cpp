@@ -9,7 +9,7 @@
 namespace brindlehum::EditOps {
 namespace {
 
-// The two-pole filters by the bilinear transform; 1.4142 for the Butterworth shape's square root of two.
+// Two-pole filters by the bilinear transform; 1.4142 is the square root of two of the Butterworth shape.
 struct Design {
     Design(double hz, double sr)
         : cosine(std::cos(2 * std::numbers::pi * hz / sr)),
@@ -41,7 +41,7 @@ Biquad highPass(double hz, double sr) {
 }
 
 Biquad lowPass(double hz, double sr) {
-    if (hz >= sr / 2) { return {}; }  // all of the band is below; the formula's poles would leave the unit circle
+    if (hz >= sr / 2) { return {}; }  // the whole band is below; the formula's poles would leave the unit circle
     const Design design(hz, sr);
     return design.with((1 - design.cosine) / 2, 1 - design.cosine);
 }

@@ -13,9 +13,9 @@ constexpr int64_t shortestGuard = 10;
 constexpr double longestCarry = 3;  // seconds
 constexpr float ceiling = 0.999F;
 
-// The equal-power overlap of the loop's rounds around the wrap: a round fades out as cos and its neighbour fades in as
-// sin, and both are the same loop, so each sample is multiplied by cos + sin: from 1 over the square root of 2 at the
-// wrap back to 1.
+// Overlaps the loop's rounds at equal power around the wrap. One round fades out as cos while the next fades in as sin.
+// Both are the same loop, so each sample is multiplied by cos + sin, which rises from 1 to the square root of 2 at the
+// wrap and falls back to 1.
 void guardWrap(std::vector<float>& loop, int64_t guard) {
     const int64_t half = guard / 2;
     const auto length = int64_t(loop.size());

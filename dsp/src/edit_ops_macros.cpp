@@ -1,4 +1,4 @@
-// The macros that ring and wash: faded ends, the reverb tail and the granular texture.
+// The macros that fade and reverberate: faded ends, the reverb tail and the granular texture.
 #include <algorithm>
 #include <cmath>
 #include <numbers>
@@ -16,7 +16,7 @@ struct Grains {
     int64_t hop = 1;
 };
 
-// Windowed pieces of `x` from random places, laid over each other up to `length` frames.
+// Overlaps windowed pieces of `x` from random places up to `length` frames.
 std::vector<float> stretched(std::span<const float> x, int64_t length, const Grains& grains, RandomEngine& random) {
     auto out = std::vector<float>(size_t(length));
     const auto grain = int64_t(grains.window.size());
@@ -38,7 +38,7 @@ void fadeLinearly(std::span<float> x, double sr) {
     for (int64_t i = 0; i < out; ++i) { x[size_t(length - 1 - i)] *= float(double(i) / double(out)); }
 }
 
-// `dry` times the signal plus `wet` times its convolution, over the signal's length.
+// Mixes `dry` times the signal with `wet` times its convolution, over the signal's length.
 void mixIn(std::vector<float>& signal, float dry, std::span<const float> convolved, float wet) {
     for (size_t i = 0; i < signal.size(); ++i) {
         signal[i] = signal[i] * dry + (i < convolved.size() ? convolved[i] * wet : 0.0F);

@@ -11,17 +11,17 @@ namespace brindlehum {
 
 using Spectrum = std::complex<float>*;
 
-// Every input has a window of two partitions, the last whole one and the one in hand (zero where nothing has come
-// yet), and the spectra of its last windows, one a partition of the longest filter. All inputs are summed in the
-// frequency domain, so each output takes one inverse transform, or two while a filter changes.
+// Every input has a window of two partitions, the last complete one and the current one (zero where no samples have
+// come yet), and the spectra of its last windows, one for each partition of the longest filter. All inputs are summed
+// in the frequency domain, so each output takes one inverse transform, or two while a filter changes.
 struct PartitionedConvolver::State {
     State(int in, int out, int frames, int taps);
 
     // Flags about each input's window, so that silent ones needn't be scanned.
     struct Sounds {
-        bool last = false;     // the last partition holds something but zeros
-        bool present = false;  // so does the one in hand
-        bool stale = false;    // the one in hand still holds the samples of an earlier one
+        bool last = false;     // the last partition has a sample other than 0
+        bool present = false;  // the current one has
+        bool stale = false;    // the current one still holds samples of an earlier one
     };
 
     float* window(int input) { return windows.get() + int64_t(input) * 2 * partition; }
@@ -35,7 +35,7 @@ struct PartitionedConvolver::State {
     void gather(std::vector<SpectralTerm>& terms, int input, const ConvolverFilter* filter, int first) noexcept;
     void gatherAll(const ConvolverFilter* const* filters, const ConvolverFilter* const* previous, int first) noexcept;
     void transformBack(const SpectrumPair& sums, AlignedArray<float>& to) noexcept;
-    // The samples of this call in a transformed window of one of a pair of outputs.
+    // This call's samples in the transformed window of output `o` of a pair.
     const float* fresh(const AlignedArray<float>& of, int o) const {
         return of.get() + int64_t(o) * 2 * partition + partition + filled;
     }
@@ -44,7 +44,7 @@ struct PartitionedConvolver::State {
     int partition;   // frames
     int depth;       // partitions of the longest filter
     int bins;        // padded
-    int filled = 0;  // frames of the partition in hand
+    int filled = 0;  // frames in the current partition
     int head = 0;    // its place in the delay lines
     RealFFT fft;
     SpectralSum sum;
@@ -53,8 +53,8 @@ struct PartitionedConvolver::State {
     std::vector<uint8_t> silent;  // which spectra are all zero, and not even stored
     std::vector<Sounds> sounds;
     std::vector<SpectralTerm> steady, after, before;
-    AlignedArray<std::complex<float>> common, total;  // of a pair of outputs
-    AlignedArray<float> time, timeBefore;             // of a pair of outputs
+    AlignedArray<std::complex<float>> common, total;  // for a pair of outputs
+    AlignedArray<float> time, timeBefore;             // for a pair of outputs
 };
 
 PartitionedConvolver::State::State(int in, int out, int frames, int taps)
@@ -76,7 +76,7 @@ PartitionedConvolver::State::State(int in, int out, int frames, int taps)
     for (auto* terms : {&steady, &after, &before}) { terms->reserve(size_t(in) * size_t(depth)); }
 }
 
-// Adds samples to the partition in hand and transforms the window anew.
+// Adds samples to the current partition and transforms the window again.
 void PartitionedConvolver::State::take(int input, const float* samples, int frames) noexcept {
     Sounds& s = sounds[size_t(input)];
     float* half = window(input) + partition;
@@ -85,14 +85,14 @@ void PartitionedConvolver::State::take(int input, const float* samples, int fram
     const int slot = slotOf(input, 0);
     silent[size_t(slot)] = !(s.present || s.last);
     if (silent[size_t(slot)]) { return; }
-    // Only the first call of a partition meets stale samples: it clears those that its own don't overwrite.
+    // Only a partition's first call meets stale samples: it clears those that its own samples don't overwrite.
     if (s.stale) { std::fill(half + filled + frames, half + partition, 0.0F); }
     if (hasSound || s.stale) { std::memcpy(half + filled, samples, sizeof(float) * size_t(frames)); }
     s.stale = false;
     fft.forward(window(input), spectrum(slot));
 }
 
-// The partition in hand is whole: it becomes the last one.
+// Makes the completed current partition the last one.
 void PartitionedConvolver::State::shift() noexcept {
     for (int input = 0; input < inputs; ++input) {
         Sounds& s = sounds[size_t(input)];
@@ -108,7 +108,7 @@ void PartitionedConvolver::State::shift() noexcept {
     filled = 0;
 }
 
-// `first` is the first output of the pair; where there is no second, it is summed twice.
+// `first` is the first output of the pair; without a second output, the first is summed twice.
 void PartitionedConvolver::State::gather(std::vector<SpectralTerm>& terms, int input, const ConvolverFilter* filter,
                                          int first) noexcept {
     if (filter == nullptr) { return; }

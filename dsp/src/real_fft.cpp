@@ -1,4 +1,4 @@
-// RealFFT: buffers on cache lines around the core's transform.
+// RealFFT: cache-line aligned buffers around the core's transform.
 #include "dsp/real_fft.h"
 
 #include <bit>
@@ -40,7 +40,7 @@ void RealFFT::forward(const float* time, std::complex<float>* spectrum) noexcept
 }
 
 void RealFFT::inverse(const std::complex<float>* spectrum, float* time) noexcept {
-    // The transform destroys its input, and scaling the copy costs nothing more than copying.
+    // The transform destroys its input, so the input is copied; scaling the copy costs nothing more.
     const float scale = 1.0F / float(size());
     const int count = bins();
     for (int k = 0; k < count; ++k) { spectrum_[size_t(k)] = spectrum[k] * scale; }

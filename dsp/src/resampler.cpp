@@ -11,16 +11,16 @@
 namespace brindlehum {
 namespace {
 
-constexpr int blockFrames = 4096;  // of input, at most, at a time
+constexpr int blockFrames = 4096;  // the most input frames at a time
 
 }  // namespace
 
 struct Resampler::State {
     soxr_t stream = nullptr;
     std::vector<const float*> inputs;
-    std::vector<float*> outputs;  // where the call in hand goes on
+    std::vector<float*> outputs;  // where the current call continues to write
     bool drained = false;         // the input has ended; it isn't pulled again
-    double ratio = 1;             // output frames an input frame
+    double ratio = 1;             // output frames per input frame
     int64_t taken = 0;            // input frames so far
     int64_t given = 0;            // output frames so far
 
@@ -28,12 +28,12 @@ struct Resampler::State {
         if (stream != nullptr) { soxr_delete(stream); }
     }
 
-    // Output frames of all input so far.
+    // Output frames for all input so far.
     int64_t length() const { return std::llround(double(taken) * ratio); }
 
-    // Feeds `fed` frames of `inputs`, or the end of the input, and stores up to `frames` frames. Without a count to
-    // report, soxr takes all input at once, so that the caller's planes are only needed during the call. (Its own
-    // pulling interface advances planar outputs wrongly.)
+    // Feeds `fed` frames of `inputs`, or the end of the input, and stores up to `frames` frames. With a null count
+    // pointer soxr consumes all input at once, so the caller's planes are needed only during the call. (soxr's own pull
+    // interface advances planar outputs wrongly.)
     size_t step(size_t fed, size_t frames) {
         size_t got = 0;
         const soxr_in_t in = drained ? nullptr : inputs.data();
@@ -52,7 +52,7 @@ Resampler::Resampler(double inputRate, double outputRate, int channels) : state_
         throw std::runtime_error("rates and channels of a conversion must be above 0");
     }
     const soxr_io_spec_t io = soxr_io_spec(SOXR_FLOAT32_S, SOXR_FLOAT32_S);
-    // Without soxr's default roll-off, which trades 0.006 dB at 20 kHz for speed, the passband is flat to its end at
+    // Without soxr's default roll-off, which trades 0.006 dB at 20 kHz for speed, the passband is flat up to its end at
     // 0.91 of the lower Nyquist frequency.
     const soxr_quality_spec_t quality = soxr_quality_spec(SOXR_VHQ, SOXR_ROLLOFF_NONE | SOXR_HI_PREC_CLOCK);
     const soxr_runtime_spec_t runtime = soxr_runtime_spec(1);

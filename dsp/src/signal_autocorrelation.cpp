@@ -1,4 +1,4 @@
-// Autocorrelation: 16 lags at a time against one broadcast sample, in versions for the processor at hand.
+// Autocorrelation: 16 lags at a time against one broadcast sample, in versions for different processors.
 #include <algorithm>
 #include <cstring>
 
@@ -47,7 +47,7 @@ std::vector<float> autocorrelation(std::span<const float> x, int64_t maxLag) {
     static const SumLags sum = fastestSumLags();
     const auto count = int64_t(x.size());
     const int64_t lags = std::max<int64_t>(std::min(count, maxLag), 1);
-    // Zeros past the end let every group of lags run at full width.
+    // Pad with zeros, so that every group of lags runs at full width.
     std::vector<double> padded(x.begin(), x.end());
     padded.resize(x.size() + group, 0.0);
     std::vector<float> result(size_t(lags), 0.0F);

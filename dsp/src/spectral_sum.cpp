@@ -1,4 +1,4 @@
-// Versions of the spectral sum, and the choice among them.
+// Versions of the spectral sum, and the choice between them.
 #include "spectral_sum.h"
 
 namespace brindlehum {

@@ -1,4 +1,4 @@
-// Sums of products of spectra, the inner loop of the convolver, in versions for the processor at hand.
+// Sums of products of spectra, the inner loop of the convolver, in versions for different processors.
 #pragma once
 
 #include <array>
@@ -10,10 +10,10 @@ namespace brindlehum {
 // Bins of one tile; spectra are padded to whole tiles and start on a cache line.
 inline constexpr int tileBins = 8;
 
-// Outputs that are summed side by side: every input is then read once for both.
+// Outputs that are summed side by side: each input is then read once for both.
 inline constexpr int outputPair = 2;
 
-// The product of a spectrum of an input with one of its filter to each output.
+// One term of the sum: an input's spectrum times the spectrum of its filter to each output.
 struct SpectralTerm {
     const std::complex<float>* input;
     std::array<const std::complex<float>*, outputPair> filters;

@@ -15,8 +15,8 @@ const float* floats(const std::complex<float>* values) {
 
 }  // namespace
 
-// With x = a + bi: the sums of a x (re h, im h) and of b x (re h, im h) run apart, two independent chains of
-// multiply-adds; crossing the second over, once a tile, gives the complex sum.
+// With x = a + bi, the sums of a x (re h, im h) and of b x (re h, im h) are two independent chains of multiply-adds.
+// Once per tile the second is swapped crosswise and added to give the complex sum.
 __attribute__((target("avx2,fma"))) void spectralSumAvx2(const SpectralTerm* terms, int count,
                                                          const SpectrumPair* bases, int bins,
                                                          const SpectrumPair& sums) {

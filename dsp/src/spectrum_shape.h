@@ -1,4 +1,4 @@
-// How spectra lie in memory, for filters and convolver alike.
+// The memory layout of spectra, shared by filters and convolver.
 #pragma once
 
 #include <stdexcept>
@@ -7,7 +7,7 @@
 
 namespace brindlehum {
 
-// partition + 1 bins, in whole tiles.
+// The bins of a padded spectrum: partition + 1, rounded up to whole tiles.
 inline int paddedBins(int partition) {
     return (partition / tileBins + 1) * tileBins;
 }

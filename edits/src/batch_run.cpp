@@ -1,4 +1,4 @@
-// TempEdits: a batch over several threads, whose files start in order and fit into memory together.
+// TempEdits: runs a batch on several threads; files start in order and together stay within the memory limit.
 #include <algorithm>
 #include <condition_variable>
 #include <mutex>
@@ -11,7 +11,7 @@
 namespace brindlehum::TempEdits {
 namespace {
 
-// Samples of the source and of the longest edit of it.
+// Samples of the source and of its longest edit.
 int64_t memoryFor(const Job& job, const TempEditOptions& options) {
     try {
         const AudioFileInfo info = AudioFileInfo::load(job.url);
@@ -20,7 +20,7 @@ int64_t memoryFor(const Job& job, const TempEditOptions& options) {
         const double frames = double(info.frames) + std::max(double(info.frames), longest * info.sampleRate);
         return int64_t(std::min(frames * info.channels * sizeof(float), 1e18));
     } catch (const std::exception&) {
-        return 0;  // it will be skipped, and its own turn reports that
+        return 0;  // the file will be skipped, and its own turn reports why
     }
 }
 
@@ -44,7 +44,7 @@ public:
                 others.emplace_back([this] { work(); });
             }
         } catch (const std::system_error&) {
-            // The system gives no more threads: those that run do all the work.
+            // The system has no more threads: the running ones do all the work.
         }
         work();
     }
@@ -72,7 +72,7 @@ private:
         }
     }
 
-    // Waits until memory allows the next file. Reports its start under the lock, so that files start in their order.
+    // Waits until memory allows the next file. Reports its start under the lock, so that files start in order.
     std::optional<Active> begin() {
         std::unique_lock lock(mutex_);
         for (;;) {
@@ -121,7 +121,7 @@ private:
     std::mutex mutex_;  // guards the members down to reporting_
     std::condition_variable changed_;
     size_t next_ = 0;
-    std::optional<int64_t> nextBytes_;  // of the file next_, once known
+    std::optional<int64_t> nextBytes_;  // for the file next_, once known
     std::vector<Active> active_;
 
     std::mutex reporting_;  // one step at a time; taken after mutex_

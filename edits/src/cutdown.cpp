@@ -1,15 +1,15 @@
-// Cutdown: chooses how many bars of the body fit and which, or the end of the piece alone where none do.
+// Cutdown: chooses how many bars of the body fit, and which; where no choice works, the end of the piece alone.
 #include "cutdown.h"
 
 namespace brindlehum::TempEditPlanner {
 namespace {
 
-constexpr int maxBarsShort = 3;  // bars by which a plan may miss its length to avoid a poor jump
+constexpr int maxBarsShort = 3;  // a plan may be this many bars too short to avoid a poor jump
 constexpr double costPerBarShort = 0.05;
 constexpr double roundLengthBonus = 0.04;
 constexpr double goodPath = 0.2;
 constexpr double goodPathAfterIntro = 0.45;  // a composed intro is worth keeping at a higher cost
-constexpr double missingJump = 0.5;          // cost of a join that the table doesn't hold
+constexpr double missingJump = 0.5;          // cost of a join that the table lacks
 constexpr double backtimedFadeInSec = 0.01;
 
 double secondsOf(const std::vector<EditPlan::Span>& spans, double rate) {
@@ -18,7 +18,7 @@ double secondsOf(const std::vector<EditPlan::Span>& spans, double rate) {
     return double(frames) / rate;
 }
 
-// The exact length, where the spans reach past it.
+// The exact length, when the spans are longer than that.
 std::optional<double> cutOf(const LengthRequest& request, const EditPlan& plan, double rate) {
     if (!request.exactLength || request.seconds >= secondsOf(plan.spans, rate)) { return std::nullopt; }
     return request.seconds;
@@ -48,7 +48,7 @@ double bodyBarSec(const PieceLines& piece) {
     return (piece.seconds(pins.endingStart) - piece.seconds(pins.introEnd)) / (pins.endingStart - pins.introEnd);
 }
 
-// The path of `most` bars or up to three fewer with the best cost, its length included.
+// The path of `most` bars, or of up to three fewer, with the lowest cost, which also rates its length.
 std::optional<PathSearch::Path> bestPath(PathSearch& search, int most, bool anyEnd) {
     std::optional<PathSearch::Path> best;
     for (int count = most; count >= std::max(most - maxBarsShort, 0); --count) {
@@ -61,7 +61,7 @@ std::optional<PathSearch::Path> bestPath(PathSearch& search, int most, bool anyE
     return best;
 }
 
-// The bars of a path between head and ending, contiguous ones joined, with the costs of its splices.
+// Collects the bars of a path between head and ending, with contiguous ones joined, and the costs of its splices.
 class SpanList {
 public:
     SpanList(const PieceLines& piece, const JumpTable& jumps) : piece_(piece), jumps_(jumps) {

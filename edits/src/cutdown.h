@@ -16,8 +16,8 @@ struct LengthRequest {
 
 std::string nameOf(const LengthRequest& request);
 
-// Head, a path through the body, ending; where no path is good enough, the end of the piece alone. `search` runs from
-// the end of the intro to the start of the ending. None: the length can't be reached.
+// Head, a path through the body, ending; or, where no path is good enough, the end of the piece alone. `search` must
+// run from the end of the intro to the start of the ending. None when the length can't be reached.
 std::optional<EditPlan> cutdown(const LengthRequest& request, const PieceLines& piece, const JumpTable& jumps,
                                 PathSearch& search);
 

@@ -1,4 +1,4 @@
-// The raw values of plan kinds.
+// EditPlan: the raw values of its kinds.
 #include "edits/edit_plan.h"
 
 #include <array>

@@ -1,4 +1,4 @@
-// TempEditExporter: where the edits of a piece lie.
+// TempEditExporter: chooses the folder for the edits of a piece.
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -11,7 +11,7 @@ std::filesystem::path editsFolder(const std::filesystem::path& source, bool besi
     std::filesystem::path name = source.stem();
     name += " Edits";
     const std::filesystem::path folder = source.has_parent_path() ? source.parent_path() : ".";
-    // A read-only file system answers no to everybody, other than the mode bits would.
+    // Ask the system, since a read-only file system refuses everybody, whatever the mode bits say.
     const bool writable = ::faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0;
     if (besideSource && writable) { return source.parent_path() / name; }
     return pullsFolder / "Edits" / name;

@@ -1,4 +1,4 @@
-// JumpTable: the body's own similarity sets how alike bars must be for a jump.
+// JumpTable: derives from the body's own similarities how alike bars must be for a jump.
 #include <algorithm>
 #include <cstdlib>
 
@@ -12,7 +12,7 @@ constexpr double quantile = 0.85;
 constexpr double seamCeiling = 0.1;
 constexpr double unknownSeam = 0.9;  // assumed similarity of a loop that ends past the last bar
 
-// The similarities of all pairs of bars in lo ..< hi that aren't the same or neighbours.
+// The similarities of all pairs of different, non-adjacent bars in lo ..< hi.
 std::vector<double> pairsOf(const SimilarityMatrix& sim, int lo, int hi) {
     std::vector<double> out;
     if (hi - lo < 3) { return out; }
@@ -42,11 +42,11 @@ std::optional<double> JumpTable::cost(int from, int to) const {
     }
     double sum = 0;
     int count = 0;
-    if (sim.contains(from, to)) {  // the bars that would follow
+    if (sim.contains(from, to)) {  // the bars that follow
         sum += sim.at(from, to);
         ++count;
     }
-    if (sim.contains(from - 1, to - 1)) {  // the bars that came before
+    if (sim.contains(from - 1, to - 1)) {  // the bars that come before
         sum += sim.at(from - 1, to - 1);
         ++count;
     }

@@ -1,4 +1,4 @@
-// One file of a batch.
+// Processes one file of a batch.
 #pragma once
 
 #include "edits/temp_edits.h"
@@ -7,7 +7,7 @@ namespace brindlehum::TempEdits {
 
 using PlansKnown = std::function<void(size_t plans)>;
 
-// Throws nothing but what the two callbacks throw. `plansKnown` comes before the first step of `progress`.
+// Throws only what the two callbacks throw. Calls `plansKnown` before the first step of `progress`.
 Outcome makeOne(const Job& job, const TempEditOptions& options, const TempEditExporter::Progress& progress,
                 const PlansKnown& plansKnown, const std::stop_token& stop);
 

@@ -1,4 +1,4 @@
-// PathSearch: a shortest path over (bars played, line), row by row.
+// PathSearch: finds a shortest path over (bars played, line), row by row.
 #include "path_search.h"
 
 #include <algorithm>
@@ -12,7 +12,7 @@ constexpr double infinite = std::numeric_limits<double>::infinity();
 PathSearch::PathSearch(const JumpTable& jumps, int from, int to)
     : jumps_(jumps), first_(from), lines_(std::max(to - from + 1, 0)) {}
 
-// Every step into a bar ends at the line after it, so steps are stored by that line.
+// Every step through a bar ends at the line after it, so steps are stored by that line.
 void PathSearch::collectSteps() {
     stepsInto_.assign(size_t(lines_), {});
     for (int line = 0; line < lines_; ++line) {
@@ -64,7 +64,7 @@ void PathSearch::grow(int count) {
     }
 }
 
-// No bar at all: the two ends meet, or a jump joins them.
+// A path without bars: the two ends meet, or a jump joins them.
 std::optional<PathSearch::Path> PathSearch::straight() const {
     if (lines_ == 1) { return Path{}; }
     const auto cost = jumps_.cost(first_, first_ + lines_ - 1);

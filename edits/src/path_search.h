@@ -1,4 +1,4 @@
-// PathSearch: the cheapest way to play a number of bars from one bar line of a piece to another.
+// PathSearch: finds the cheapest way to play a number of bars from one bar line of a piece to another.
 #pragma once
 
 #include <cstddef>
@@ -10,17 +10,17 @@
 
 namespace brindlehum::TempEditPlanner {
 
-// Every jump costs 0.3 on top of JumpTable's cost, so that two jumps are rarely better than one, and 0.05 less between
-// lines of 4-bar phrases counted from the first line. Jumps onto the bar just played are left out.
+// Every jump costs 0.3 more than JumpTable's cost, so that two jumps are rarely better than one, and 0.05 less between
+// lines of 4-bar phrases counted from the first line. Jumps that would repeat the bar just played are left out.
 //
-// One table of the best cost after k bars at each line serves all lengths: it grows with the longest length searched.
-// O(bars x jumps) time, O(bars x lines) memory. Not shared between threads.
+// One table holds the best cost after k bars at each line and serves all lengths; it grows with the longest length
+// searched. O(bars x jumps) time, O(bars x lines) memory. Not shared between threads.
 class PathSearch {
 public:
     static constexpr double jumpCost = 0.3;
     static constexpr double phraseBonus = 0.05;
     static constexpr int phraseBars = 4;
-    // The largest table in entries, about 400 MB; lengths beyond it, hours of playing, aren't searched.
+    // The largest table in entries, about 400 MB; longer paths, hours of playing, aren't searched.
     static constexpr size_t maxEntries = size_t(1) << 25;
 
     // `from` and `to` are bar lines, from <= to. `jumps` is borrowed.
@@ -30,14 +30,14 @@ public:
         double cost = 0;
         std::vector<int> bars;  // in playing order
     };
-    // Exactly `count` bars that start at `from` and end at `to`, or anywhere with `anyEnd`. Among paths of one cost the
-    // one that arrives without a jump, then the one from the lowest line, compared from the end backward.
+    // A path of exactly `count` bars from `from` to `to`, or to anywhere with `anyEnd`. Of paths with equal cost,
+    // prefers one that arrives without a jump, then one from the lowest line, compared from the end backward.
     std::optional<Path> find(int count, bool anyEnd);
 
 private:
     struct Step {
-        int32_t from = 0;   // line where the step starts, relative to the first
-        double weight = 0;  // 0 for playing on
+        int32_t from = 0;   // line where the step starts, counted from the first line
+        double weight = 0;  // cost of the jump, 0 for playing on
     };
     void collectSteps();
     void grow(int count);
@@ -48,8 +48,8 @@ private:
     const JumpTable& jumps_;
     int first_;
     int lines_;
-    std::vector<std::vector<Step>> stepsInto_;  // by the line where they arrive, ascending by where they start
-    std::vector<double> best_;                  // rows of lines_ by bars played; infinite where nothing arrives
+    std::vector<std::vector<Step>> stepsInto_;  // by the line where they arrive, sorted by the line where they start
+    std::vector<double> best_;                  // rows of lines_ by bars played; infinite where no path arrives
     std::vector<int32_t> before_;               // the line before the last bar
 };
 

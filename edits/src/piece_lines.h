@@ -1,4 +1,4 @@
-// PieceLines: the bar lines of a piece, in seconds and in frames, as all plans see them.
+// PieceLines: the bar lines of a piece in seconds and in frames, shared by all plans.
 #pragma once
 
 #include <algorithm>
@@ -14,7 +14,7 @@
 
 namespace brindlehum::TempEditPlanner {
 
-// "b8": the name of a bar in texts for the user.
+// "b8": how texts for the user name a bar.
 inline std::string barText(int number) {
     std::string out(1, 'b');
     out += std::to_string(number);
@@ -35,7 +35,7 @@ public:
     const Pins pins;
     const double rate;  // Hz
     const int64_t totalFrames;
-    const int64_t startFrame;    // past the silent head
+    const int64_t startFrame;    // after the silent head
     const double nominalBarSec;  // by the tempo
     const double firstDownbeat;  // seconds
 
@@ -43,7 +43,7 @@ public:
     // A line past the last one counts as the last one.
     double seconds(int line) const { return bounds_[size_t(std::clamp(line, 0, count() - 1))]; }
     int64_t frame(int line) const { return std::clamp<int64_t>(std::llround(rate * seconds(line)), 0, totalFrames); }
-    // The earlier of two that are equally near.
+    // The nearest line to a frame; the earlier of two equally near ones.
     int nearest(int64_t frameAt) const {
         int best = 0;
         for (int line = 1; line < count(); ++line) {
@@ -52,7 +52,7 @@ public:
         return best;
     }
 
-    // Where the sound of the ending stops: the last line that counts, and up to a second of ring-out after it.
+    // Where the ending's sound stops: at the last line of the music, followed by up to a second of ring-out.
     int musicEnd() const { return std::max(pins.endingStart, pins.musicEnd); }
     double lastSec() const { return seconds(std::min(count() - 1, musicEnd())); }
     double tailSec() const { return std::clamp(double(totalFrames) / rate - lastSec(), 0.0, 1.0); }

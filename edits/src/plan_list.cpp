@@ -8,7 +8,7 @@ namespace brindlehum::TempEditPlanner {
 namespace {
 
 constexpr double shortestIntroSec = 0.25;
-constexpr double pickupSec = 0.05;          // a first downbeat later than this has an upbeat before it
+constexpr double pickupSec = 0.05;          // a first downbeat later than this follows an upbeat
 constexpr double shortestToExtendSec = 30;  // seconds of music
 
 void addSection(std::vector<EditPlan>& out, const char* name, EditPlan::Kind kind, EditPlan::Span span, std::string map,
@@ -48,7 +48,7 @@ void addSections(std::vector<EditPlan>& out, const PieceLines& piece) {
     }
 }
 
-// A length clearly longer than the piece is no cutdown, and one near it no extension.
+// Leaves out cutdowns to a length clearly longer than the piece, and extensions to a length near its own.
 std::vector<LengthRequest> requestsFor(const PieceLines& piece, const TempEditOptions& options) {
     const double seconds = double(piece.totalFrames - piece.startFrame) / piece.rate;
     std::vector<LengthRequest> out;

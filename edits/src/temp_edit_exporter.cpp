@@ -1,4 +1,4 @@
-// TempEditExporter: the files of one piece, one after the other.
+// TempEditExporter: writes the files of one piece, one after the other.
 #include "edits/temp_edit_exporter.h"
 
 #include <algorithm>
@@ -16,14 +16,14 @@ namespace brindlehum::TempEditExporter {
 namespace {
 
 constexpr int64_t blockFrames = 65536;
-constexpr double seamless = 0.999;  // a quality from here on needs no remark
+constexpr double seamless = 0.999;  // a quality of at least this needs no remark
 
 uint32_t maskFor(size_t channels) {
     if (channels == 1) { return 4; }  // front centre
     return channels == 2 ? 3 : 0;
 }
 
-// False when the stop came in between.
+// Returns false when a stop was requested before the end.
 bool writeWave(FileReplacement& file, const Job& job, const EditPlan& plan,
                const std::vector<std::vector<float>>& audio, const std::stop_token& stop) {
     const std::string description =
@@ -47,7 +47,7 @@ std::string sheetLine(const std::string& file, double seconds, double quality) {
     return line;
 }
 
-// File names may hold anything; the sheet is UTF-8 with one entry a line. There is one line at least.
+// The sheet is UTF-8 with one entry per line, while file names may hold any bytes. There is always one line or more.
 std::string sheetText(const std::vector<std::string>& lines) {
     std::string out;
     for (std::string line : lines) {
@@ -82,7 +82,7 @@ bool write(const Job& job, Result& done, const Progress& progress, const std::st
         const std::string name = base + " - " + plan.name + ".wav";
         if (progress) { progress(i, name); }
         const auto audio = TempEditRenderer::render(plan, job.channels, job.sampleRate, job.options);
-        // The sheet, written last, syncs the folder.
+        // The sheet is written last and syncs the folder for all files.
         FileReplacement file(job.folder / name, {.syncFolder = false});
         if (!writeWave(file, job, plan, audio, stop)) { return false; }
         file.commit();

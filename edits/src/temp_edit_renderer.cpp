@@ -1,4 +1,4 @@
-// TempEditRenderer: spans joined on their bar lines, then the fades and the cut of the plan.
+// TempEditRenderer: joins spans on their bar lines, then applies the plan's fades and cut.
 #include "edits/temp_edit_renderer.h"
 
 #include <algorithm>
@@ -14,10 +14,10 @@ using Channels = std::vector<std::vector<float>>;
 constexpr double quarterTurn = std::numbers::pi / 2;
 
 struct Cut {
-    int64_t length = 0;  // frames that stay
-    int64_t fade = 0;    // of them, at the end
+    int64_t length = 0;  // frames that are kept
+    int64_t fade = 0;    // how many of them, at the end, are faded
 };
-// Up to a second of fade, never more than a quarter of what stays.
+// A fade of up to a second, at most a quarter of the kept length.
 Cut cutOf(int64_t length, double cutAtSec, double sampleRate) {
     const int64_t kept = std::min(length, int64_t(sampleRate * cutAtSec));
     return {kept, std::min(kept / 4, int64_t(sampleRate))};
@@ -29,7 +29,7 @@ int64_t sumOf(const std::vector<EditPlan::Span>& spans) {
     return frames;
 }
 
-// Fades the samples before frame `start` of the source in over the end of `out`, so that only they remain where the
+// Crossfades the end of `out` to the samples before frame `start` of the source, so that only those remain where the
 // span begins.
 void crossfade(std::vector<float>& out, const std::vector<float>& source, int64_t start, int64_t longest) {
     const int64_t frames = std::min({start, int64_t(out.size()), longest});

@@ -1,4 +1,4 @@
-// TempEdits: one file from its name to its folder of edits.
+// TempEdits: processes one file, from its name to its folder of edits.
 #include "edits/temp_edits.h"
 
 #include <new>
@@ -48,7 +48,7 @@ Planned planOrThrow(const std::filesystem::path& path, const TempEditOptions& op
     return out;
 }
 
-// Runs one part of the work; the text of an exception becomes the reason of the status `failure`.
+// Runs one part of the work. An exception sets the status `failure` with its text as the reason.
 template <class Work, class Fail>
 auto guarded(Work work, Fail fail) {
     try {

@@ -8,11 +8,11 @@
 namespace brindlehum::Ambisonics {
 namespace {
 
-// Directions over which AllRAD pans, and over which energy is averaged.
+// The number of directions that AllRAD pans, and that energy is averaged over.
 constexpr int virtualDirections = 240;
 constexpr int energyDirections = 400;
 
-// The max-rE decoder row of a direction. The sound field turns by evaluating it at the inversely turned direction.
+// Computes the max-rE decoder row of a direction; evaluates it at the inversely turned direction to turn the field.
 class DecoderRows {
 public:
     DecoderRows(int order, const Rotation& rotation)

@@ -43,7 +43,7 @@ std::vector<double> sh(int order, const Vec3& v) {
 }
 
 std::vector<double> maxRE(int order) {
-    // 137.9 degrees over (N + 1.51) approximates the root that maximises the energy vector.
+    // An angle of 137.9 degrees / (N + 1.51) approximates the root that maximises the energy vector.
     const double x = std::cos(2.4068090385001804 / (order + 1.51));
     std::vector<double> weights = {1, x, (3 * x * x - 1) / 2, (5 * x * x * x - 3 * x) / 2};
     weights.resize(std::min<size_t>(weights.size(), size_t(order) + 1));
@@ -52,7 +52,7 @@ std::vector<double> maxRE(int order) {
 
 Matrix toSN3D(int order, AmbiNorm norm) {
     if (norm == AmbiNorm::fuma) {
-        // W is stored 3 dB down, and the first order as X Y Z.
+        // FuMa stores W 3 dB down, and the first order as X Y Z.
         return {{std::sqrt(2.0), 0, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}, {0, 1, 0, 0}};
     }
     const size_t count = componentCount(order);

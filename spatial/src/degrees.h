@@ -10,7 +10,7 @@ inline size_t componentCount(int order) {
     return size_t((order + 1) * (order + 1));
 }
 
-// Degree l of component k.
+// The degree l of component k.
 inline int degreeOf(size_t k) {
     return int(std::sqrt(double(k)) + 1e-9);
 }

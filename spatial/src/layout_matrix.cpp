@@ -10,7 +10,7 @@ namespace {
 
 using enum SpeakerID;
 
-// -3 dB to four digits; a fold-down applies it once behind the listener and once above.
+// -3 dB to four digits; a fold-down applies it once for channels behind the listener and once for channels above.
 constexpr double minus3dB = 0.7071;
 
 std::optional<size_t> indexOf(const SpeakerList& list, SpeakerID speaker) {
@@ -19,7 +19,7 @@ std::optional<size_t> indexOf(const SpeakerList& list, SpeakerID speaker) {
     return size_t(found - list.begin());
 }
 
-// A target and the rows of its front speakers.
+// A target layout and the rows of its front speakers.
 struct Target {
     explicit Target(const SpeakerList& list)
         : speakers(list), left(indexOf(list, L)), right(indexOf(list, R)), center(indexOf(list, C)) {}
@@ -42,7 +42,7 @@ void routeMono(const Target& target, bool monoToCenter, Matrix& m) {
     }
 }
 
-// Both sides of the pair add up in a target of one speaker.
+// A target of one speaker gets the sum of both sides.
 void routeStereo(const Target& target, ListenMode listen, Matrix& m) {
     if (m.empty()) { return; }
     const auto monitored = matrix(listen);
@@ -79,7 +79,7 @@ void routeSpeakers(const SpeakerList& source, int channels, const Target& target
     for (size_t i = 0; i < count; ++i) { routeSpeaker(source, i, target, m); }
 }
 
-// Row of a decoder times the conversion from the file's channels, cut or padded with zeros to `channels`.
+// A decoder row times the conversion from the file's channels, cut or zero-padded to `channels`.
 std::vector<double> convertedRow(const std::vector<double>& row, const Matrix& conversion, size_t channels) {
     std::vector<double> out(channels, 0.0);
     const size_t inner = std::min(row.size(), conversion.size());
@@ -89,13 +89,13 @@ std::vector<double> convertedRow(const std::vector<double>& row, const Matrix& c
     return out;
 }
 
-// The decoder of the virtual speakers at lebedev26().
+// The decoder for the virtual speakers at lebedev26().
 Matrix gridDecoder(int order, const Rotation& rotation) {
     const Ambisonics::Grid& grid = Ambisonics::lebedev26();
     return Ambisonics::samplingDecoder(order, grid.dirs, grid.weights, rotation, true);
 }
 
-// The virtual speakers folded to a pair: left and right row.
+// The virtual speakers folded down to a pair: left and right row.
 Matrix pairDecoder(int order, const Rotation& rotation) {
     const Matrix virtualRows = gridDecoder(order, rotation);
     Matrix pair(2, std::vector<double>(virtualRows[0].size(), 0.0));
@@ -175,7 +175,7 @@ BinauralMatrix binauralMatrix(const SourceFormat& source, int channels, const Ro
         out.matrix.assign(list->size(), std::vector<double>(width, 0.0));
         for (size_t i = 0; i < list->size(); ++i) {
             out.dirs.push_back(direction((*list)[i], *list));
-            // The LFE sounds as a frontal speaker at half gain.
+            // The LFE plays as a frontal speaker at half gain.
             if (i < width) { out.matrix[i][i] = (*list)[i] == LFE ? 0.5 : 1.0; }
         }
     } else if (const Ambisonic* ambisonic = source.asAmbisonic()) {

@@ -1,4 +1,4 @@
-// Triangulation of a speaker set by exhaustive search, and the panner on it.
+// Triangulates a speaker set by exhaustive search, and pans on the result.
 #include "spatial/vbap.h"
 
 #include <algorithm>
@@ -19,7 +19,7 @@ Vec3 scaled(const Vec3& v, double factor) {
     return {v[0] * factor, v[1] * factor, v[2] * factor};
 }
 
-// The triangle of points i, j, k when it is a face of the hull whose plane misses the centre.
+// The triangle of points i, j, k if it is a face of the hull and its plane misses the centre.
 std::optional<VBAP::Triangle> hullTriangle(const std::vector<Vec3>& points, int i, int j, int k) {
     const Vec3& a = points[size_t(i)];
     const Vec3& b = points[size_t(j)];

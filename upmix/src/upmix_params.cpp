@@ -143,7 +143,7 @@ UpmixParams params(UpmixPreset preset) {
                     .roomMs = 20,
                     .focus = 0.8};
         case UpmixPreset::speech:
-            // At -80 dB the heights fall below the planner's gate and leave the plan altogether.
+            // At -80 dB the heights fall below the planner's gate, so the plan leaves them out.
             return {.frontAmbience = 0.7,
                     .sideDB = -6,
                     .rearDB = -9,

@@ -1,4 +1,4 @@
-// UpmixPlanner: comparisons of two speaker lists.
+// UpmixPlanner: compares two speaker lists.
 #include "upmix/upmix_planner.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// GridBuilder: bars and beats from a tempo analysis. Stateless, any thread.
+// GridBuilder: computes bars and beats from a tempo analysis. Stateless, any thread.
 #pragma once
 
 #include <optional>
@@ -16,17 +16,17 @@ MusicGrid build(const TempoResult& tempo, std::span<const float> mono22k, double
 
 struct Fit {
     bool steady = false;
-    double period = 0;  // seconds a beat
+    double period = 0;  // seconds per beat
     double phase = 0;   // seconds
     double score = -1;  // mean of the envelope on the lattice
 };
-// The lattice within 0.6 % of `bpm` that collects most of the envelope, and whether the whole file keeps to it.
+// The lattice within 0.6 % of `bpm` that collects the most of the envelope, and whether the whole file follows it.
 Fit steadyFit(std::span<const float> env, double bpm);
 
-// Seconds from the lattice to the true attacks, -0.04 to 0.1; 0 with fewer than 8 strong beats.
+// Seconds from the lattice to the actual attacks, -0.04 to 0.1; 0 with fewer than 8 strong beats.
 double attackOffset(std::span<const float> mono22k, double period, double phase, std::span<const float> env);
 
-// Index of the first downbeat, below `group`: the position of the bar with the strongest beats, low frequencies first.
+// Index of the first downbeat, less than `group`: the bar position with the strongest beats, low frequencies first.
 int downbeatOffset(std::span<const double> beats, std::span<const float> low, std::span<const float> full, int group);
 
 }  // namespace brindlehum::GridBuilder

@@ -1,4 +1,4 @@
-// KeyAnalyzer: one key, the spectral balance and words that describe them. Stateless, any thread.
+// KeyAnalyzer: determines one key, the spectral balance and words that describe them. Stateless, any thread.
 #pragma once
 
 #include <array>
@@ -13,14 +13,14 @@ struct KeyResult {
     std::string tonic = "C";     // sharps only
     std::string mode = "major";  // or "minor"
     double confidence = 0;       // 0 to 1, to two decimals
-    // Share of the spectral magnitude by SpectralFrames::bandEdges; all 0 without a signal.
+    // Share of the spectral magnitude in each of SpectralFrames::bandEdges; all 0 without a signal.
     std::array<double, 7> bands{};
     std::vector<std::string> spectralTags;
-    std::vector<std::string> moodTags;  // each once
+    std::vector<std::string> moodTags;  // no duplicates
 };
 
 namespace KeyAnalyzer {
-// `bpmConfidence`: the score of the tempo; a word about the tempo is only given above 0.2.
+// `bpmConfidence` is the score of the tempo; the tags include a word about the tempo only above 0.2.
 KeyResult analyze(const SpectralFrames& frames, double bpm, double bpmConfidence);
 }  // namespace KeyAnalyzer
 

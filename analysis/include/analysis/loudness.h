@@ -1,4 +1,4 @@
-// Loudness: integrated, momentary and short-term loudness and peaks after ITU-R BS.1770-4. Stateless, any thread.
+// Loudness: integrated, momentary and short-term loudness and peaks by ITU-R BS.1770-4. Stateless, any thread.
 #pragma once
 
 #include <limits>
@@ -25,8 +25,8 @@ struct LoudnessResult {
 
 namespace Loudness {
 
-// Channels of equal length at their own rate (Hz, above 0). `source` gives the speakers for the channel weights; of
-// an Ambisonic source only W is measured. Samples that aren't usable numbers count as silence.
+// Measures channels of equal length at their own rate (Hz, above 0). `source` names the speakers for the channel
+// weights; of an Ambisonic source only W is measured. Samples that aren't usable numbers count as silence.
 LoudnessResult measure(const std::vector<std::vector<float>>& channels, double sampleRate,
                        const std::optional<SourceFormat>& source);
 
@@ -37,10 +37,10 @@ struct Biquad {
 // The shelf and the high-pass of the K weighting at any rate.
 std::pair<Biquad, Biquad> kWeighting(double sampleRate);
 
-// One weight a channel: 0 for the LFE, 1.41 for speakers at the sides, else 1.
+// One weight per channel: 0 for the LFE, 1.41 for side speakers, else 1.
 std::vector<double> weights(const std::optional<SourceFormat>& source, int channels);
 
-// Linear peak of one channel, 4 times oversampled.
+// Linear peak of one channel, oversampled 4 times.
 float truePeak(std::span<const float> x);
 
 }  // namespace Loudness

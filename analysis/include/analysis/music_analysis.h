@@ -1,4 +1,4 @@
-// MusicAnalysis: the whole result for one piece of music, and the run of all stages.
+// MusicAnalysis: the whole result for one piece of music, and the function that runs all stages.
 #pragma once
 
 #include <array>
@@ -16,30 +16,30 @@
 
 namespace brindlehum {
 
-// One immutable value; replaced as a whole when the piece is analysed again.
+// An immutable value; analysing the piece again replaces the whole value.
 struct MusicAnalysis {
     TempoResult tempo;
     MusicGrid grid;
     KeyResult key;
     LoudnessResult loudness;
     StructureResult structure;
-    std::vector<float> mono22k;  // the working signal, for planner and views
+    std::vector<float> mono22k;  // the working signal, used by planner and views
     double seconds = 0;          // frames / the file's rate
 
     // "92.50 BPM 3/4 (twin 138.8) · breathing · F#m · -14.2 LUFS · -0.4 dBTP".
     std::string summary() const;
 };
 
-// In the order in which they run.
+// In the order in which the stages run.
 enum class AnalysisStage { mono, tempo, grid, spectrum, key, loudness, structure };
 inline constexpr int analysisStageCount = 7;
 
-// What to analyse. The samples are borrowed for the call.
+// The input of an analysis. The samples are borrowed for the call.
 struct AnalysisInput {
     const std::vector<std::vector<float>>& channels;  // of equal length
     double sampleRate = 0;                            // Hz, above 0
     std::optional<SourceFormat> source;
-    std::string_view name;  // the file's
+    std::string_view name;  // the file's name
     // The user's own values, which override the analysis.
     std::optional<double> bpm;       // above 0
     std::optional<int> beatsPerBar;  // 1 or more
@@ -49,20 +49,20 @@ struct AnalysisOutcome {
     enum class Status {
         done,
         tooShort,  // a second or less
-        noPulse,   // no tempo can be read
+        noPulse,   // no tempo was found
         cancelled
     };
     Status status = Status::done;
-    std::optional<MusicAnalysis> analysis;  // when done
+    std::optional<MusicAnalysis> analysis;  // set when done
 
-    // The message for noPulse.
+    // The text for the user on noPulse.
     static constexpr std::string_view noPulseText = "No steady pulse found; set the tempo by hand";
 };
 
-// Called with the stage that starts next, on the calling thread; false ends the analysis there.
+// Called on the calling thread with the stage that starts next; returning false ends the analysis there.
 using AnalysisProgress = std::function<bool(AnalysisStage)>;
 
-// Runs all stages on the calling thread, which is a background one. No shared state.
+// Runs all stages on the calling thread, which must be a background thread. No shared state.
 AnalysisOutcome analyzeMusic(const AnalysisInput& input, const AnalysisProgress& progress = {});
 
 }  // namespace brindlehum

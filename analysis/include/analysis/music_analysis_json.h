@@ -7,8 +7,8 @@
 
 namespace brindlehum {
 
-// Objects with the fields as keys, in their order; an absent value is null, and a number that isn't finite is written
-// as null. The similarity of bars is an array of rows, and `mono22k` is left out of the whole.
+// Objects with the fields as keys, in the order of the fields; an absent value and a number that isn't finite become
+// null. The similarity of bars is an array of rows. `mono22k` is left out of the whole analysis.
 void to_json(nlohmann::ordered_json& json, const TempoResult& tempo);
 void to_json(nlohmann::ordered_json& json, const MusicGrid& grid);
 void to_json(nlohmann::ordered_json& json, const KeyResult& key);

@@ -1,4 +1,4 @@
-// MusicGrid: the lattice of bars and beats that all later analysis uses.
+// MusicGrid: the lattice of bars and beats that all later stages use.
 #pragma once
 
 #include <vector>
@@ -6,7 +6,7 @@
 namespace brindlehum {
 
 struct MusicGrid {
-    double bpm = 0;  // of a steady grid: fitted to the whole file
+    double bpm = 0;  // on a steady grid: fitted to the whole file
     int beatsPerBar = 4;
     bool steady = false;            // `beats` is an exact lattice
     std::vector<double> beats;      // seconds, ascending
@@ -14,10 +14,10 @@ struct MusicGrid {
     double duration = 0;            // seconds
     double downbeatConfidence = 0;  // 0 to 1: how clearly the music pulses
     double grooveStart = 0;         // seconds, 0 if none was found
-    double attackShift = 0;         // seconds by which a steady grid was moved onto the attacks
+    double attackShift = 0;         // seconds that a steady grid was moved to meet the attacks
 
-    // The bar lines: bar i spans boundaries[i] to boundaries[i + 1]. The downbeats, and the end where a tail of more
-    // than 1 ms follows the last of them.
+    // The bar lines: bar i spans boundaries[i] to boundaries[i + 1]. They are the downbeats, plus the end of the piece
+    // when more than 1 ms follows the last downbeat.
     std::vector<double> boundaries() const;
 };
 

@@ -1,4 +1,4 @@
-// readPlanar: a whole audio file in memory, one array a channel.
+// readPlanar: reads a whole audio file into memory, one array per channel.
 #pragma once
 
 #include <filesystem>
@@ -10,7 +10,7 @@ struct Planar {
     std::vector<std::vector<float>> channels;  // of equal length; at least one
     double sampleRate = 0;                     // Hz, the file's own
 };
-// Blocking I/O on the caller's thread. Throws Error: the reader's own, or tooLargeToLoad "File too large to load".
+// Blocking I/O on the caller's thread. Throws the reader's Error, or Error (tooLargeToLoad) "File too large to load".
 Planar readPlanar(const std::filesystem::path& path);
 
 }  // namespace brindlehum::Signal

@@ -11,13 +11,13 @@
 
 namespace brindlehum {
 
-// One row a frame of 4096 samples, 2048 apart, at Signal::analysisRate; a signal of up to 4096 samples has none.
-// Magnitudes of the Hann-windowed frame are summed, not powers, and not scaled.
+// One row per frame of 4096 samples, 2048 apart, at Signal::analysisRate; none for a signal of up to 4096 samples. A
+// row sums magnitudes of the Hann-windowed frame, not powers, unscaled.
 struct SpectralFrames {
     static constexpr int frameSize = 4096;
     static constexpr int hop = 2048;
     using Chroma = std::array<float, 12>;  // by pitch class, 0 is C
-    using Bands = std::array<float, 7>;    // in the order of bandEdges
+    using Bands = std::array<float, 7>;    // in bandEdges order
     // Hz; an edge belongs to the band below it.
     static constexpr std::array<std::pair<double, double>, 7> bandEdges = {
         {{20, 60}, {60, 250}, {250, 500}, {500, 2000}, {2000, 4000}, {4000, 6000}, {6000, 11025}}};
@@ -27,18 +27,18 @@ struct SpectralFrames {
 
     std::vector<Chroma> chroma;
     std::vector<Bands> bands;
-    std::vector<float> rms;  // of the plain samples
+    std::vector<float> rms;  // of the unwindowed samples
 
-    // Seconds of the middle of a frame.
+    // The middle of a frame, in seconds.
     static double centre(int64_t frame) { return double(frame * hop + hop) / Signal::analysisRate; }
 
-    // The mean of the rows whose centre lies in from <= t < to; zeros when there is none.
+    // The mean of the rows whose centre is in from <= t < to; zeros when there are none.
     template <class Row>
     static Row average(const std::vector<Row>& rows, double from, double to);
     static float average(const std::vector<float>& values, double from, double to);
 
 private:
-    // The frames [first, last) of `count` whose centre lies in from <= t < to.
+    // The frames [first, last) of `count` whose centre is in from <= t < to.
     static std::pair<size_t, size_t> range(size_t count, double from, double to);
 };
 

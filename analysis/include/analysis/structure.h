@@ -1,4 +1,4 @@
-// Structure: a piece of music bar by bar, and the pins, loops and exits that follow from it. Stateless, any thread.
+// Structure: describes a piece of music bar by bar, and derives pins, loops and exits from that. Stateless, any thread.
 //
 // Samples are mono at `sr` Hz; `bounds` are bar lines in seconds (MusicGrid::boundaries()). Bar i spans bounds[i] to
 // bounds[i + 1].
@@ -18,13 +18,13 @@
 namespace brindlehum {
 
 struct BarProfile {
-    std::vector<float> rms;  // one a bar
-    float activeLevel = 0;   // of the music when it is playing
+    std::vector<float> rms;  // one per bar
+    float activeLevel = 0;   // level of the music while it plays
     int musicStartBar = 0;   // the first bar of music
     int musicEndBar = 0;     // one past the last
 };
 
-// How alike two bars are, up to 1; symmetric.
+// How alike two bars are, at most 1; symmetric.
 struct SimilarityMatrix {
     int size = 0;
     std::vector<double> values;  // by rows
@@ -36,40 +36,40 @@ struct StructureResult {
     BarProfile profile;
     Pins pins;
     SimilarityMatrix similarity;
-    std::vector<double> novelty;  // one a boundary, 0 to 1
+    std::vector<double> novelty;  // one per boundary, 0 to 1
     std::vector<LoopCandidate> loopCandidates;
     std::vector<LoopCandidate> exitCandidates;
-    std::vector<std::string> notes;  // remarks for the user, in the order they arose
+    std::vector<std::string> notes;  // remarks for the user, in the order they were made
 };
 
 namespace Structure {
 
-// Lengths in bars that count as phrases.
+// Bar counts that are phrase lengths.
 inline constexpr std::array<int, 7> phraseBars = {8, 12, 16, 24, 32, 48, 64};
 
-// All of the below on one piece. `name` is the file's name, which may say that it is a loop.
+// Runs all functions below on one piece. `name` is the file's name, which may say that the file is a loop.
 StructureResult analyze(std::span<const float> mono, double sr, const MusicGrid& grid, const SpectralFrames& frames,
                         std::string_view name);
 
 BarProfile profile(std::span<const float> mono, double sr, std::span<const double> bounds);
 
 struct BarFeature {
-    SpectralFrames::Chroma chroma{};  // of length 1, or zeros
-    SpectralFrames::Bands bands{};    // compressed; of length 1, or zeros
+    SpectralFrames::Chroma chroma{};  // unit length, or zeros
+    SpectralFrames::Bands bands{};    // compressed; unit length, or zeros
     float db = 0;
 };
 std::vector<BarFeature> barFeatures(const SpectralFrames& frames, std::span<const double> bounds);
 SimilarityMatrix similarity(std::span<const BarFeature> features);
 
-// How much the music changes at each boundary, largest 1: a checkerboard kernel of `half` bars on either side
-// (Foote, "Automatic audio segmentation using a measure of audio novelty", 2000). One entry more than bars.
+// How much the music changes at each boundary; the largest value is 1. Uses a checkerboard kernel of `half` bars on
+// either side (Foote, "Automatic audio segmentation using a measure of audio novelty", 2000). One entry more than bars.
 std::vector<double> novelty(const SimilarityMatrix& similarity, int half);
 
 struct Cooked {
-    std::optional<double> bodyEntry;  // seconds: a quiet head gives way here
+    std::optional<double> bodyEntry;  // seconds: a quiet head ends here
     std::optional<double> tailStart;  // seconds: the level fades for good from here
 };
-// The level alone, without bars.
+// Studies the level alone, without bars.
 Cooked cook(std::span<const float> mono, double sr);
 
 // Sign changes per sample of x[from ..< to], clamped to the signal; zero counts as positive.

@@ -12,23 +12,23 @@
 
 namespace brindlehum::TempoAnalyzer {
 
-// The range in BPM in which a tempo is read unless a caller widens it.
+// The range of tempi in BPM that is searched unless a caller widens it.
 inline constexpr double slowest = 30;
 inline constexpr double fastest = 240;
 
-// None when no tempo can be read: the signal is too short or has no candidate. `hint` (BPM) narrows `range` to its
-// neighbourhood and draws the ranking towards it. A flat envelope, silence say, gives a result of score 0.
+// None when no tempo can be found: the signal is too short or has no candidate. `hint` (BPM) narrows `range` around it
+// and favours tempi near it. A flat envelope, such as silence, returns a result with score 0.
 std::optional<TempoResult> analyze(std::span<const float> mono22k, std::optional<double> hint = std::nullopt,
                                    std::optional<std::pair<double, double>> range = std::nullopt);
 
 struct Envelopes {
     std::vector<float> full, low;
 };
-// Log-spectral flux, smoothed, largest value 1; both empty under 1792 samples.
+// Log-spectral flux, smoothed, largest value 1; both are empty under 1792 samples.
 Envelopes envelopes(std::span<const float> mono22k);
 
-// At most 12 peaks of the envelope's periodicity between `lo` and `hi` BPM, best first. `center` (BPM, 120 if none)
-// is the tempo towards which equal peaks are ranked.
+// At most 12 peaks of the envelope's periodicity between `lo` and `hi` BPM, best first. Of equal peaks the one nearer
+// to the tempo `center` (BPM, 120 if none) ranks higher.
 std::vector<TempoResult::Candidate> candidates(std::span<const float> env, double lo, double hi,
                                                std::optional<double> center);
 
@@ -37,14 +37,14 @@ struct MapScore {
     double bpm = 0;
     double score = 0;
 };
-// The best tempo near `bpm` in windows of `winSec` seconds, `hopSec` apart. Flat windows give none.
+// The best tempo near `bpm` in windows of `winSec` seconds, `hopSec` apart. Flat windows add no point.
 std::vector<MapScore> tempoMap(std::span<const float> env, double bpm, double winSec, double hopSec);
 
 struct Tracked {
     std::vector<double> beats;  // seconds, ascending
     double snapped = 0;         // share of the beats that moved to a peak, 0 to 1
 };
-// Follows the peaks of the envelope at the tempo of the map, or at `bpm` for a map of fewer than 2 points.
+// Follows the peaks of the envelope at the map's tempo, or at `bpm` when the map has fewer than 2 points.
 Tracked trackBeats(std::span<const float> env, std::span<const MapScore> map, double bpm);
 
 // The grouping of beats with the strongest contrast between its downbeats and the rest.

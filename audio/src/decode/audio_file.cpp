@@ -1,4 +1,4 @@
-// AudioFile::open: which library reads a file, decided by its content.
+// AudioFile::open: chooses the library that reads a file by its content.
 #include "audio/decode/audio_file.h"
 
 #include "base/error.h"
@@ -19,7 +19,7 @@ std::unique_ptr<AudioFile> openAudioFile(const std::shared_ptr<FileHandle>& hand
                                          const std::function<bool()>& stop) {
     if (handle->size() == 0) { throw Error(openFailure(path, "it is empty")); }
     const Container container = containerOf(*handle);
-    // libsndfile would hand these to decoders that are less exact, print their doubts, or leak when they refuse.
+    // libsndfile would read these with less exact decoders, print warnings, or leak when it refuses a file.
     const bool ffmpegOnly = container == Container::mp4 || container == Container::packets;
     const bool namedRaw = path.extension() == ".mp3" || path.extension() == ".aac";
     std::unique_ptr<AudioFile> file;

@@ -1,4 +1,4 @@
-// Chunk headers of five container families, brought to one shape.
+// Reads the chunk headers of five container families into one form.
 #include "decode/chunks.h"
 
 #include <algorithm>
@@ -10,7 +10,7 @@ namespace {
 
 constexpr uint64_t toTheEnd = std::numeric_limits<uint64_t>::max();
 
-// Bytes of the header, bytes of the content, and the multiple that the content is padded to.
+// Bytes of the header, bytes of the content, and the padding multiple of the content.
 struct Header {
     size_t idOffset = 0;
     uint64_t headerBytes = 8;
@@ -29,7 +29,7 @@ std::optional<Header> parse(const FileHandle& file, ChunkStyle style, int64_t po
         case ChunkStyle::aiff:
             return Header{0, 8, readBE32(bytes + 4), 2};
         case ChunkStyle::caf: {
-            // -1: the content reaches to the end of the file.
+            // -1: the content extends to the end of the file.
             return Header{0, 12, readBE64(bytes + 4), 1};
         }
         case ChunkStyle::wave64: {

@@ -1,4 +1,4 @@
-// Walking the chunks of the container families: RIFF, Wave64, AIFF, CAF and MP4 boxes.
+// Walks the chunks of the container families: RIFF, Wave64, AIFF, CAF and MP4 boxes.
 #pragma once
 
 #include <array>
@@ -13,21 +13,21 @@ namespace brindlehum {
 enum class ChunkStyle { riff, wave64, aiff, caf, mp4 };
 
 struct Chunk {
-    std::array<char, 4> id{};  // of a Wave64 identifier its first four bytes
+    std::array<char, 4> id{};  // for Wave64, the first four bytes of the identifier
     int64_t body = 0;          // offset of the content in the file
-    int64_t size = 0;          // of the content, cut to the enclosing end
-    int64_t next = 0;          // offset of the chunk that follows
+    int64_t size = 0;          // of the content, cut to the end of the enclosing chunk or file
+    int64_t next = 0;          // offset of the next chunk
     bool is(std::string_view name) const { return name == std::string_view(id.data(), id.size()); }
 };
 
-// The chunk whose header stands at `position`; none at `end`, or when the header is cut off or absurd.
+// The chunk whose header is at `position`; none at `end`, or when the header is cut off or implausible.
 std::optional<Chunk> chunkAt(const FileHandle& file, ChunkStyle style, int64_t position, int64_t end);
 
-// The first chunk of that name between the two offsets, among the first 4096.
+// The first chunk with that name between the two offsets, among the first 4096 chunks.
 std::optional<Chunk> findChunk(const FileHandle& file, ChunkStyle style, int64_t begin, int64_t end,
                                std::string_view name);
 
-// Numbers in a byte buffer.
+// Read numbers from a byte buffer.
 inline uint16_t readLE16(const uint8_t* p) {
     return uint16_t(p[0] | p[1] << 8);
 }

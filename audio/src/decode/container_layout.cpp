@@ -1,4 +1,4 @@
-// Which container a file is, and where the RIFF, AIFF, CAF and MP4 families keep their channel layout.
+// Recognises a file's container, and reads the channel layout of the RIFF, AIFF, CAF and MP4 families.
 #include "decode/container_layout.h"
 
 #include <algorithm>
@@ -55,7 +55,7 @@ Container containerOf(const FileHandle& file) {
     if (std::string_view(bytes + 4, 4) == "ftyp" || std::string_view(bytes + 4, 4) == "moov") { return Container::mp4; }
     const bool frameSync = bytes[0] == '\xFF' && (bytes[1] & 0xE0) == 0xE0;
     if (frameSync || head.starts_with("ID3")) { return Container::packets; }
-    // libsndfile is better than FFmpeg for Opus alone in Ogg: after a seek it lets the decoder settle for longer.
+    // In Ogg, libsndfile reads only Opus better than FFmpeg: after a seek it lets the decoder settle for longer.
     if (head == "OggS" && std::string_view(bytes + 28, 8) != "OpusHead") { return Container::packets; }
     return Container::other;
 }

@@ -1,4 +1,4 @@
-// Channel layout facts read straight from a container, where decoding libraries lose or rename them.
+// Reads channel layouts straight from the container, because decoding libraries lose or rename them.
 #pragma once
 
 #include <optional>
@@ -8,22 +8,22 @@
 
 namespace brindlehum {
 
-// `packets`: raw streams of MPEG audio or ADTS frames, Ogg without Opus, and anything behind an ID3 tag.
+// `packets` means raw streams of MPEG audio or ADTS frames, Ogg without Opus, and anything after an ID3 tag.
 enum class Container { riff, rifx, wave64, aiff, caf, flac, mp4, packets, other };
 
-// By the first bytes of the file, whatever its name.
+// Decides by the first bytes of the file, whatever its name.
 Container containerOf(const FileHandle& file);
 
-// WAVE_FORMAT_EXTENSIBLE's mask as a bitmap, or its Ambisonic B-format as the tag of that layout; the `chan` data of
-// CAF and AIFF unchanged; the channel assignment of FLAC as a bitmap. None when the container says nothing, and
-// for MP4, whose layouts belong to tracks (mp4_track.h).
+// Returns WAVE_FORMAT_EXTENSIBLE's mask as a bitmap, or its Ambisonic B-format as the tag of that layout; the `chan`
+// data of CAF and AIFF unchanged; the channel assignment of FLAC as a bitmap. None when the container states no layout,
+// and for MP4, whose layouts belong to tracks (mp4_track.h).
 std::optional<ChannelLayout> containerLayout(const FileHandle& file, Container container, int channels);
 
 // The layout in a `chan` chunk's content: tag, bitmap, count and descriptions, big-endian.
 std::optional<ChannelLayout> parseChanChunk(const FileHandle& file, int64_t body, int64_t size);
 
-// The layout that FLAC defines for a channel count (RFC 9639, 9.1.3), or that the file's
-// WAVEFORMATEXTENSIBLE_CHANNEL_MASK comment states (8.6.2).
+// The layout that FLAC defines for a channel count (RFC 9639, 9.1.3), or the one in the file's
+// WAVEFORMATEXTENSIBLE_CHANNEL_MASK comment (8.6.2).
 std::optional<ChannelLayout> flacLayout(const FileHandle& file, int channels);
 
 }  // namespace brindlehum

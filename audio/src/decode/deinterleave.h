@@ -1,13 +1,13 @@
-// Interleaved samples into planes.
+// Splits interleaved samples into planes.
 #pragma once
 
 #include <cstddef>
 
 namespace brindlehum {
 
-// Writes `frames` frames to each plane from its index `at` on.
+// Writes `frames` frames to each plane, starting at its index `at`.
 inline void deinterleave(const float* in, int channels, int frames, float* const* planes, int at) {
-    if (channels == 2) {  // both at once: a single pass that the compiler turns into shuffles
+    if (channels == 2) {  // both at once: the compiler turns this single pass into shuffles
         float* left = planes[0] + at;
         float* right = planes[1] + at;
         for (int i = 0; i < frames; ++i) {

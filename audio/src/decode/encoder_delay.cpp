@@ -1,4 +1,4 @@
-// Encoder delay and padding from the headers that MP3 and AAC encoders leave.
+// Reads encoder delay and padding from the headers that MP3 and AAC encoders write.
 #include "decode/encoder_delay.h"
 
 #include <algorithm>
@@ -14,10 +14,10 @@ namespace brindlehum {
 
 namespace {
 
-// Delay of every layer III decoder in samples: 528 of the hybrid filter bank and one.
+// The delay of every layer III decoder in samples: 528 for the hybrid filter bank plus one.
 constexpr int64_t decoderDelay = 529;
 
-// Offset of the first byte behind all ID3v2 tags at the start of the file.
+// Offset of the first byte after all ID3v2 tags at the start of the file.
 int64_t skipID3(const FileHandle& file) {
     int64_t at = 0;
     for (int i = 0; i < 16; ++i) {
@@ -47,7 +47,7 @@ std::optional<LayerThreeHeader> parseHeader(const uint8_t* bytes) {
 }  // namespace
 
 std::optional<EncodedExtent> mp3Extent(const FileHandle& file) {
-    // Between the tags and the first frame there may be a little padding.
+    // A little padding may lie between the tags and the first frame.
     std::array<uint8_t, 4096> bytes{};
     const int64_t got = file.readAt(skipID3(file), bytes.data(), bytes.size());
     for (int64_t at = 0; at + 200 <= got; ++at) {
@@ -62,13 +62,13 @@ std::optional<EncodedExtent> mp3Extent(const FileHandle& file) {
         if (frameCount == 0) { return std::nullopt; }
         const size_t tag = 8 + (flags & 1 ? 4 : 0) + (flags & 2 ? 4 : 0) + (flags & 4 ? 100 : 0) + (flags & 8 ? 4 : 0);
         const int64_t total = frameCount * header->samplesPerFrame;
-        // The extension's 24 bits at offset 21: delay and padding, 12 bits each. Encoders that write it name
-        // themselves before it.
+        // Bytes 21 to 23 of the extension hold delay and padding, 12 bits each. Encoders that fill them in put their
+        // name at the extension's start.
         const uint8_t* extension = xing + tag;
         if (extension + 24 > bytes.data() + got || extension[0] == 0) { return EncodedExtent{0, total}; }
         const int64_t delay = extension[21] << 4 | extension[22] >> 4;
         const int64_t padding = (extension[22] & 0xF) << 8 | extension[23];
-        // The last samples stay in the decoder's delay and never come out.
+        // The last samples remain in the decoder's delay and are never output.
         const int64_t frames = total - delay - std::max(padding, decoderDelay);
         if (frames <= 0) { return EncodedExtent{0, total}; }
         return EncodedExtent{delay + decoderDelay, frames};

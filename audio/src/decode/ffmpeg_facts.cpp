@@ -1,4 +1,4 @@
-// Facts of FFmpeg-read streams: coding, extent and channel layout.
+// Finds the facts of streams that FFmpeg reads: coding, extent and channel layout.
 #include "decode/ffmpeg_facts.h"
 
 #include <algorithm>
@@ -52,8 +52,8 @@ uint32_t formatID(AVCodecID id) {
     }
 }
 
-// Decoders other than PCM put their channels into the order of the WAVE mask, so a list of speakers in the
-// container's own order would be wrong for their output. Ambisonic and discrete layouts stay as stated.
+// Decoders other than PCM reorder their channels to the order of the WAVE mask, so a speaker list in the container's
+// own order would be wrong for their output. Ambisonic and discrete layouts stay as stated.
 bool namesSpeakers(const ChannelLayout& layout) {
     const std::vector<uint32_t> labels = ChannelLabels::labels(layout);
     return !labels.empty() && std::ranges::all_of(labels, [](uint32_t label) { return label < 200; });
@@ -75,7 +75,7 @@ struct Extent {
 std::optional<Extent> mp4Extent(const FFmpegInput& input, const FileHandle& file) {
     const AVDictionaryEntry* gapless = av_dict_get(input.metadata(), "iTunSMPB", nullptr, 0);
     if (const auto extent = gapless ? gaplessRecord(gapless->value) : std::nullopt) {
-        // An edit list has already moved the delay before time 0.
+        // An edit list has already moved the delay to before time 0.
         return Extent{input.firstIndexedFrame() < 0 ? 0 : extent->delay, extent->frames};
     }
     if (const auto frames = mp4Frames(file, input.stream().id, input.sampleRate())) { return Extent{0, *frames}; }

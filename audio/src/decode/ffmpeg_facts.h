@@ -1,4 +1,4 @@
-// The coding of a compressed stream, its length, and where the piece begins in it.
+// The coding of a compressed stream, its length, and the time at which the piece begins in it.
 #pragma once
 
 #include "audio/decode/audio_file.h"
@@ -9,10 +9,10 @@ namespace brindlehum {
 
 struct StreamFacts {
     AudioFileFacts facts;
-    int64_t origin = 0;  // time in frames, as the packets count it, of the piece's first frame
+    int64_t origin = 0;  // time of the piece's first frame, in frames, on the clock of the packets
 };
 
-// May read the whole file once (without decoding) where no header tells the length.
+// May read the whole file once (without decoding) when no header states the length.
 StreamFacts streamFacts(FFmpegInput& input, const FileHandle& file, Container container);
 
 }  // namespace brindlehum

@@ -1,4 +1,4 @@
-// Decoding through libavcodec with every frame at its exact place.
+// Decodes through libavcodec and puts every frame at its exact place.
 #include "decode/ffmpeg_file.h"
 
 #include <algorithm>
@@ -13,8 +13,8 @@ namespace brindlehum {
 
 namespace {
 
-// Frames decoded before the target of a seek. Measured needs: 2700 for the bit reservoir of MP3, 4800 for the overlap
-// of AAC, none for lossless coders.
+// Frames to decode before the target of a seek. Measured needs: 2700 for MP3's bit reservoir, 4800 for AAC's overlap,
+// none for lossless coders.
 constexpr int64_t lossyPreroll = 16000;
 constexpr int64_t unknown = -1;
 
@@ -50,10 +50,10 @@ public:
     }
 
 private:
-    // The decoded frame in hand covers frameStart_ up to frameEnd(), both in frames of the piece.
+    // The current decoded frame covers frameStart_ to frameEnd(), both in frames of the piece.
     int64_t frameEnd() const { return frameStart_ + frame_->nb_samples; }
 
-    // Decodes on until the frame in hand reaches past `position`; false when the data ends before.
+    // Decodes until the current frame reaches past `position`; returns false when the data ends first.
     bool holdFrameAt(int64_t position) {
         while (!frameHeld_ || frameEnd() <= position) {
             if (!decodeNext()) { return false; }
@@ -62,7 +62,7 @@ private:
     }
 
     int copyFrom(float* const* planes, int64_t position, int count, int at) {
-        if (frameStart_ > position) {  // packets are missing here: silence keeps all that follows in its place
+        if (frameStart_ > position) {  // packets are missing here: silence keeps the later frames in place
             const int silent = int(std::min<int64_t>(count, frameStart_ - position));
             for (int c = 0; c < facts_.channels; ++c) { std::fill_n(planes[c] + at, silent, 0.0F); }
             return silent;
@@ -74,8 +74,8 @@ private:
         return copied;
     }
 
-    // Decodes through a short step forward and seeks for any other. If the format lands behind the place, seeks again
-    // with a longer lead, and at last from the start.
+    // Decodes through a short step forward and seeks for any other step. When the format lands past the target, seeks
+    // again with a longer lead, and finally from the start.
     bool goTo(int64_t position) {
         if (frameHeld_ && position >= frameStart_ && position < frameEnd() + preroll_) { return true; }
         for (const int64_t lead : {preroll_, 16 * lossyPreroll, position + origin_ + lossyPreroll}) {
@@ -94,7 +94,7 @@ private:
         return input_->seek(target);
     }
 
-    // A flush leaves the overlap of the last block in the AAC decoder, so the start needs a fresh decoder.
+    // A flush leaves the last block's overlap in the AAC decoder, so the start needs a new decoder.
     bool restart() {
         CodecContextPtr fresh = openDecoder(input_->stream());
         if (!fresh) { return false; }
@@ -109,7 +109,7 @@ private:
         expected_ = unknown;
     }
 
-    // The next decoded frame into frame_, its place into frameStart_. Packets that don't decode are passed over.
+    // Decodes the next frame into frame_ and its place into frameStart_. Skips packets that don't decode.
     bool decodeNext() {
         frameHeld_ = false;
         for (;;) {
@@ -133,8 +133,8 @@ private:
         }
     }
 
-    // Times of packets may be rounded to a coarse base: as long as they agree with the count of frames to within
-    // that rounding, the count is right.
+    // Packet times may be rounded to a coarse time base. While they agree with the frame count to within that rounding,
+    // the count is used.
     void placeFrame() {
         const int64_t rounding = std::max<int64_t>(1, input_->toFrames(1) + 1);
         int64_t start = expected_;
@@ -154,9 +154,9 @@ private:
     FramePtr frame_;
     int64_t origin_;
     int64_t preroll_;
-    int64_t next_ = 0;  // frame that the next consecutive read asks for
+    int64_t next_ = 0;  // frame at which a consecutive read would continue
     int64_t frameStart_ = 0;
-    int64_t expected_ = unknown;  // place of the next decoded frame by counting
+    int64_t expected_ = unknown;  // place of the next decoded frame, by counting
     bool frameHeld_ = false;
     bool draining_ = false;
 };

@@ -1,4 +1,4 @@
-// libavformat over a FileHandle: opening with a closed list of formats, seeking, measuring.
+// Runs libavformat over a FileHandle: opens a fixed list of formats, seeks and measures.
 #include "decode/ffmpeg_input.h"
 
 #include <algorithm>
@@ -9,7 +9,7 @@ namespace brindlehum {
 
 namespace {
 
-// Containers and raw streams of sound. Playlists, concatenations and network formats are left out.
+// Only containers and raw streams of sound: no playlists, concatenations or network formats.
 constexpr const char* knownFormats =
     "mp3,aac,mov,flac,wav,w64,aiff,caf,ogg,ac3,eac3,dts,truehd,mlp,ape,wv,tta,tak,loas,au,amr";
 
@@ -40,7 +40,7 @@ AVIOContext* makeIO(FileCursor& cursor) {
     return io;
 }
 
-// Frames that a packet decodes to on its own.
+// The number of frames that a packet decodes to.
 int64_t decodedFrames(const AVStream& stream, const AVPacket& packet) {
     const CodecContextPtr decoder = openDecoder(stream);
     const FramePtr frame(av_frame_alloc());
@@ -80,7 +80,7 @@ FormatContextPtr openContainer(FileCursor& cursor) {
     static std::once_flag settled;
     std::call_once(settled, [] {
         av_log_set_level(AV_LOG_QUIET);
-        // Some demuxers reserve what a header claims before they look whether the file has it.
+        // Some demuxers allocate what a header claims before they check that the file has it.
         constexpr size_t maxBytesAtOnce = 256 << 20;
         av_max_alloc(maxBytesAtOnce);
     });
@@ -143,7 +143,7 @@ bool FFmpegInput::seek(int64_t frame) {
 }
 
 bool FFmpegInput::rewind() {
-    // Packets of pure delay stand before time 0.
+    // Packets that hold only delay come before time 0.
     int64_t first = stream_->start_time == AV_NOPTS_VALUE ? 0 : std::min<int64_t>(0, stream_->start_time);
     if (const AVIndexEntry* entry = avformat_index_get_entry(stream_, 0)) { first = std::min(first, entry->timestamp); }
     if (av_seek_frame(context_.get(), stream_->index, first, AVSEEK_FLAG_BACKWARD) >= 0) { return true; }
@@ -159,7 +159,7 @@ int64_t FFmpegInput::measureEnd() {
     const PacketPtr packet(av_packet_alloc());
     const PacketPtr last(av_packet_alloc());
     if (!packet || !last) { return 0; }
-    // Containers with packet tables index every packet when they are opened; raw streams grow their index as read.
+    // Containers with packet tables index every packet at opening; raw streams extend their index as they are read.
     const int indexed = isFormat("caf") || isFormat("mp4") ? avformat_index_get_entries_count(stream_) : 0;
     const AVIndexEntry* tail = indexed > 0 ? avformat_index_get_entry(stream_, indexed - 1) : nullptr;
     if (tail) { av_seek_frame(context_.get(), stream_->index, tail->timestamp, AVSEEK_FLAG_BACKWARD); }

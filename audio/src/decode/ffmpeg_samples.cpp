@@ -1,4 +1,4 @@
-// Sample format conversion for decoded FFmpeg frames.
+// Converts the sample formats of decoded FFmpeg frames.
 #include "decode/ffmpeg_samples.h"
 
 #include <algorithm>

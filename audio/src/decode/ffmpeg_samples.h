@@ -1,4 +1,4 @@
-// Decoded FFmpeg frames of any sample format as planar float.
+// Converts decoded FFmpeg frames of any sample format to planar float.
 #pragma once
 
 extern "C" {
@@ -7,8 +7,8 @@ extern "C" {
 
 namespace brindlehum {
 
-// Writes `count` samples a channel, from sample `from` of the frame, to each plane from index `at` on. Integers are
-// scaled to -1 to 1. Channels that the frame lacks are silent. False for a sample format that isn't known.
+// Writes `count` samples per channel, from sample `from` of the frame, to each plane starting at index `at`. Integers
+// are scaled to -1 to 1. Channels that the frame lacks are silent. Returns false for an unknown sample format.
 bool toPlanes(const AVFrame& frame, int from, int count, float* const* planes, int channels, int at);
 
 }  // namespace brindlehum

@@ -1,4 +1,4 @@
-// The channel layout of a FLAC stream.
+// Reads the channel layout of a FLAC stream.
 #include <array>
 #include <charconv>
 #include <string>
@@ -12,7 +12,7 @@ namespace {
 
 constexpr uint8_t vorbisComment = 4;
 
-// The mask that a comment states; 0 when the block holds none or is damaged.
+// The mask in a comment; 0 when the block has none or is damaged.
 std::optional<uint32_t> commentMask(const FileHandle& file, int64_t body, int64_t size) {
     constexpr std::string_view key = "WAVEFORMATEXTENSIBLE_CHANNEL_MASK=0x";
     constexpr int64_t maxBytes = 1 << 20;
@@ -20,7 +20,7 @@ std::optional<uint32_t> commentMask(const FileHandle& file, int64_t body, int64_
     if (!file.readExactly(body, block.data(), block.size())) { return std::nullopt; }
     const auto* bytes = reinterpret_cast<const uint8_t*>(block.data());
     size_t at = 0;
-    // Vendor string, count, comments: each string after its little-endian length.
+    // Vendor string, count, comments: each string follows its little-endian length.
     const auto next = [&]() -> std::optional<std::string_view> {
         if (block.size() - at < 4) { return std::nullopt; }
         const uint32_t length = readLE32(bytes + at);

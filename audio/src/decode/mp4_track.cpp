@@ -1,4 +1,4 @@
-// Boxes of ISO/IEC 14496-12: tracks, durations, edit lists; and the QuickTime `chan` box.
+// Reads boxes of ISO/IEC 14496-12 (tracks, durations, edit lists) and the QuickTime `chan` box.
 #include "decode/mp4_track.h"
 
 #include <array>
@@ -45,7 +45,7 @@ std::optional<Chunk> track(const FileHandle& file, const Chunk& moov, int trackI
     return std::nullopt;
 }
 
-// Time scale (units a second) and duration, which `mvhd` and `mdhd` hold at the same places.
+// Time scale (units per second) and duration, which `mvhd` and `mdhd` store at the same offsets.
 struct Duration {
     int64_t scale = 0;
     int64_t units = 0;
@@ -57,19 +57,19 @@ std::optional<Duration> durationIn(const FileHandle& file, const std::optional<C
     const uint8_t* p = bytes.data();
     const Duration duration = p[0] == 1 ? Duration{readBE32(p + 20), int64_t(readBE64(p + 24))}
                                         : Duration{readBE32(p + 12), readBE32(p + 16)};
-    // No real file has more than 2^40 units; the bound keeps the products below exact.
+    // No real file has more than 2^40 units; the limit keeps the products below exact.
     if (duration.scale == 0 || duration.units < 0 || duration.units > int64_t(1) << 40) { return std::nullopt; }
     return duration;
 }
 
-// One stretch of the media, after a silent wait; both in units of the movie.
+// One section of the media after a silent wait; both in units of the movie.
 struct Edit {
     int64_t wait = 0;
     int64_t duration = 0;
     int64_t mediaTime = 0;  // in units of the media
 };
 
-// None unless the list is at most one wait and one stretch.
+// None unless the list is at most one wait and one section.
 std::optional<Edit> singleEdit(const FileHandle& file, const Chunk& list) {
     std::array<uint8_t, 8 + 2 * 20> bytes{};
     if (file.readAt(list.body, bytes.data(), bytes.size()) < 8 + 12) { return std::nullopt; }
@@ -89,7 +89,7 @@ std::optional<Edit> singleEdit(const FileHandle& file, const Chunk& list) {
     return edit;
 }
 
-// numerator / denominator to the nearest.
+// value x by / over, rounded to the nearest integer.
 int64_t scaled(int64_t value, int64_t by, int64_t over) {
     return int64_t((__int128(value) * by + over / 2) / over);
 }
@@ -101,11 +101,11 @@ std::optional<ChannelLayout> mp4Layout(const FileHandle& file, int trackID) {
     const auto trak = moov ? track(file, *moov, trackID) : std::nullopt;
     const auto stsd = trak ? descend(file, *trak, {"mdia", "minf", "stbl", "stsd"}) : std::nullopt;
     if (!stsd) { return std::nullopt; }
-    // Version, flags and count come before the first sample entry.
+    // Version, flags and count precede the first sample entry.
     const auto entry = chunkAt(file, ChunkStyle::mp4, stsd->body + 8, stsd->body + stsd->size);
     uint8_t version[2];
     if (!entry || !file.readExactly(entry->body + 8, version, 2)) { return std::nullopt; }
-    // The sound description grew from 28 bytes by 16 in version 1 and by 36 in version 2.
+    // The sound description is 28 bytes long, 16 more in version 1 and 36 more in version 2.
     const int64_t grown = readBE16(version) == 1 ? 16 : readBE16(version) == 2 ? 36 : 0;
     const int64_t end = entry->body + entry->size;
     const auto chan = findChunk(file, ChunkStyle::mp4, entry->body + 28 + grown, end, "chan");

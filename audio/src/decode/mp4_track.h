@@ -1,4 +1,4 @@
-// Layout and length of one sound track, from the boxes of an MP4 or QuickTime file.
+// Reads layout and length of one sound track from the boxes of an MP4 or QuickTime file.
 #pragma once
 
 #include <cstdint>
@@ -12,8 +12,8 @@ namespace brindlehum {
 // The `chan` box of the track's sample description. None without the track or the box.
 std::optional<ChannelLayout> mp4Layout(const FileHandle& file, int trackID);
 
-// Length of the track at `rate` (Hz) after its edit list. The list counts in the movie's time scale, often mere
-// milliseconds: where it agrees with the media's own duration to within that step, the media's own is returned. None
+// Length of the track at `rate` (Hz) after its edit list. The list counts in the movie's time scale, which is often
+// only milliseconds: where it agrees with the media's own duration to within that step, returns the media's own. None
 // when the boxes don't state it (fragmented files, lists of several edits).
 std::optional<int64_t> mp4Frames(const FileHandle& file, int trackID, int rate);
 

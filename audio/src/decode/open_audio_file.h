@@ -1,4 +1,4 @@
-// Opening an audio file through a handle that is open already, so that a probe opens it only once.
+// Opens an audio file through an already open handle, so that a probe opens the file only once.
 #pragma once
 
 #include <filesystem>
@@ -9,7 +9,7 @@
 
 namespace brindlehum {
 
-// As AudioFile::open; `path` names the file in errors and hints at raw streams.
+// As AudioFile::open; `path` names the file in errors and helps to recognise raw streams.
 std::unique_ptr<AudioFile> openAudioFile(const std::shared_ptr<FileHandle>& handle, const std::filesystem::path& path,
                                          const std::function<bool()>& stop);
 

@@ -1,4 +1,4 @@
-// Reading through libsndfile: interleaved floats into planes by way of a fixed buffer.
+// Reads through libsndfile: interleaved floats, split into planes through a fixed buffer.
 #include "decode/sndfile_file.h"
 
 #include <sndfile.h>
@@ -52,7 +52,7 @@ Coding codingOf(int format) {
     }
 }
 
-// FFmpeg reads these with exact length and position; libsndfile doesn't, or not everywhere.
+// FFmpeg reads these with exact length and position; libsndfile doesn't, or not in every file.
 bool leaveToFFmpeg(const SF_INFO& info) {
     const int subtype = info.format & SF_FORMAT_SUBMASK;
     return (info.format & SF_FORMAT_TYPEMASK) == SF_FORMAT_MPEG ||
@@ -65,7 +65,7 @@ struct Closer {
 };
 using SndfilePtr = std::unique_ptr<SNDFILE, Closer>;
 
-// Callbacks on a FileCursor. libsndfile would close a descriptor of ours when it refuses the file.
+// Callbacks on a FileCursor, because libsndfile would close our descriptor when it refuses the file.
 SF_VIRTUAL_IO cursorIO() {
     SF_VIRTUAL_IO io{};
     io.get_filelen = [](void* user) -> sf_count_t { return static_cast<FileCursor*>(user)->handle->size(); };
@@ -110,20 +110,20 @@ public:
     }
 
 private:
-    // 64 kB: stays in the nearest caches while it is split into planes.
+    // 64 kB, which stay in the nearest caches while they are split into planes.
     static constexpr int bufferFloats = 16384;
 
     int advance(float* out, int frames) {
         const auto got = int(sf_readf_float(file_.get(), out, frames));
-        // Damaged data ends the file at the damage; only a read that the system refuses is an error.
+        // Damaged data ends the file at the damage; only a read refused by the system is an error.
         if (got < frames && cursor_->failed) { throw Error("the file can't be read any further"); }
         next_ = got < frames ? -1 : next_ + got;
         return std::max(got, 0);
     }
 
-    std::unique_ptr<FileCursor> cursor_;  // outlives file_, which reads through it
+    std::unique_ptr<FileCursor> cursor_;  // outlives file_, which reads through this
     SndfilePtr file_;
-    int64_t next_ = 0;  // the frame that libsndfile stands at; -1 after a failure
+    int64_t next_ = 0;  // libsndfile's current frame; -1 after a failure
     int blockFrames_;
     std::vector<float> buffer_;
 };

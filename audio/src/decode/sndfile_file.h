@@ -1,4 +1,4 @@
-// Reading of the PCM family and FLAC through libsndfile.
+// Reads the PCM family and FLAC through libsndfile.
 #pragma once
 
 #include <memory>
@@ -9,8 +9,7 @@
 
 namespace brindlehum {
 
-// Null when libsndfile doesn't know the file, or knows it less well than FFmpeg does (MPEG audio, ALAC, a length
-// that can't be true).
+// Null when libsndfile doesn't know the file or reads it worse than FFmpeg (MPEG audio, ALAC, an implausible length).
 std::unique_ptr<AudioFile> openWithSndfile(const std::shared_ptr<FileHandle>& handle, Container container,
                                            const std::function<bool()>& stop);
 

@@ -1,4 +1,4 @@
-// The description of a Broadcast Wave file, read through a handle that is open already.
+// Reads the description of a Broadcast Wave file through an already open handle.
 #pragma once
 
 #include <filesystem>
@@ -9,7 +9,7 @@
 
 namespace brindlehum {
 
-// As RIFFReader::bextDescription; the extension of `path` must be that of a WAVE file.
+// As RIFFReader::bextDescription; `path` must have the extension of a WAVE file.
 std::optional<std::string> bextDescription(const FileHandle& file, const std::filesystem::path& path);
 
 }  // namespace brindlehum

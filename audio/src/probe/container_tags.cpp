@@ -1,4 +1,4 @@
-// Tags through libavformat, which brings most formats' own names to one set.
+// Reads tags through libavformat, which maps most formats' own names to one set.
 #include "audio/probe/container_tags.h"
 
 #include <algorithm>
@@ -19,7 +19,7 @@ struct Name {
     TagKey key;
 };
 
-// Authors choose the names of Vorbis comments, so some keys have several.
+// Authors choose the names of Vorbis comments freely, so some tags have several names.
 constexpr std::array<Name, 9> names = {{
     {"description", TagKey::description},
     {"title", TagKey::title},
@@ -55,7 +55,7 @@ std::vector<ContainerTag> containerTags(const std::filesystem::path& path, const
     if (!container) { return found; }
     std::optional<std::string> comment;
     collect(container->metadata, found, comment);
-    // Ogg tags its streams. A picture's title and comment aren't the sound's.
+    // Ogg has tags on its streams. Skip a picture's title and comment: they don't describe the sound.
     for (unsigned i = 0; i < container->nb_streams; ++i) {
         const AVStream& stream = *container->streams[i];
         if (stream.codecpar->codec_type == AVMEDIA_TYPE_AUDIO) { collect(stream.metadata, found, comment); }

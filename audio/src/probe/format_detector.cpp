@@ -1,4 +1,4 @@
-// FormatDetector: layout facts first, the file's name second, the channel count last.
+// FormatDetector: decides by the layout first, the file's name second, the channel count last.
 #include "audio/probe/format_detector.h"
 
 #include <algorithm>
@@ -20,7 +20,7 @@ constexpr uint32_t n3dFamily = 191;
 constexpr uint32_t sn3dLabels = 2;  // upper half of a label
 constexpr uint32_t n3dLabels = 3;
 
-// 0 for a channel count that isn't a full sphere of orders 1 to 3.
+// 0 for a channel count that isn't a full sphere of order 1 to 3.
 int ambisonicOrder(int channels) {
     return channels == 4 ? 1 : channels == 9 ? 2 : channels == 16 ? 3 : 0;
 }
@@ -29,7 +29,7 @@ bool allOfFamily(const std::vector<uint32_t>& labels, uint32_t family) {
     return !labels.empty() && std::ranges::all_of(labels, [&](uint32_t label) { return label >> 16 == family; });
 }
 
-// W, X, Y and Z, each at least once and nothing else.
+// True when the labels are W, X, Y and Z, each at least once, and nothing else.
 bool areBFormatLabels(const std::vector<uint32_t>& labels) {
     std::vector<uint32_t> sorted = labels;
     std::ranges::sort(sorted);

@@ -1,4 +1,4 @@
-// RIFFReader: a plain walk over the first chunks of a RIFF file.
+// RIFFReader: walks over the first chunks of a RIFF file.
 #include "audio/probe/riff_reader.h"
 
 #include <algorithm>
@@ -27,7 +27,7 @@ bool isRiff(const FileHandle& file) {
     return (id == "RIFF" || id == "RF64" || id == "BW64") && std::string_view(head + 8, 4) == "WAVE";
 }
 
-// The field is 256 bytes, ended early by a zero byte.
+// The field has 256 bytes; a zero byte ends it early.
 std::optional<std::string> description(const FileHandle& file, int64_t body) {
     std::array<char, 256> bytes{};
     const int64_t got = std::max<int64_t>(0, file.readAt(body, bytes.data(), bytes.size()));
@@ -48,7 +48,7 @@ std::optional<std::string> walk(const FileHandle& file) {
             return description(file, position + 8);
         }
         const uint32_t size = readLE32(head + 4);
-        // The true size of a 64-bit data chunk is stored elsewhere: chunks behind it aren't searched.
+        // A 64-bit data chunk stores its true size elsewhere, so the chunks after it aren't searched.
         if (size == 0xFFFFFFFF) { return std::nullopt; }
         position += 8 + int64_t(size) + (size & 1);
     }

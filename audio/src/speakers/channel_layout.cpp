@@ -1,4 +1,4 @@
-// Channel layout facts into labels, labels into speakers, speakers into the WAVE channel mask.
+// Translates channel layouts to labels, labels to speakers, and speakers to the WAVE channel mask.
 #include "audio/speakers/channel_layout.h"
 
 #include <algorithm>
@@ -22,7 +22,7 @@ std::vector<uint32_t> bitmapLabels(uint32_t bitmap) {
     return out;
 }
 
-// `sides`: the label's list names side speakers, so plain surrounds are at the back.
+// `sides`: the label's list also names side speakers, so plain surrounds are at the back.
 std::optional<SpeakerID> labelSpeaker(uint32_t label, bool sides) {
     switch (label) {
         case 1:
@@ -90,7 +90,7 @@ std::vector<uint32_t> ChannelLabels::labels(const std::optional<ChannelLayout>& 
     if (!layout) { return {}; }
     if (layout->tag == useDescriptions) { return layout->descriptions; }
     if (layout->tag == useBitmap) { return bitmapLabels(layout->bitmap); }
-    // Discrete in order (147) and higher-order Ambisonics (190, 191) name no speakers: none of them is in the table.
+    // Discrete in order (147) and higher-order Ambisonics (190, 191) name no speakers, so the table lacks them.
     const layout_tags::LayoutTag* entry = layout_tags::find(layout->tag);
     if (!entry) { return {}; }
     return {entry->labels, entry->labels + entry->channels()};

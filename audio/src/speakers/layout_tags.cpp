@@ -1,4 +1,4 @@
-// The table of channel layout tags, by the channel layout chapter of the Core Audio Format documentation.
+// The table of channel layout tags, from the channel layout chapter of the Core Audio Format documentation.
 #include "speakers/layout_tags.h"
 
 #include <algorithm>
@@ -11,7 +11,7 @@ constexpr uint32_t tag(uint32_t id, uint32_t channels) {
     return id << 16 | channels;
 }
 
-// Channel labels. The surround names carry no side or back of their own; "direct" ones are at the side.
+// Channel labels. The surround labels don't say side or back; the "direct" ones are at the side.
 enum Label : uint8_t {
     L = 1,
     R = 2,

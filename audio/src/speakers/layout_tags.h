@@ -1,4 +1,4 @@
-// The channel layout tags of CAF, AIFF and QuickTime files, with the labels that each stands for.
+// The channel layout tags of CAF, AIFF and QuickTime files, with the labels that each tag means.
 #pragma once
 
 #include <cstdint>
@@ -12,9 +12,9 @@ struct LayoutTag {
     constexpr uint32_t channels() const { return tag & 0xFFFF; }
 };
 
-// Every tag that is known; ambiguous ones (octagonal, cube, TMH, CICP) are left out and count as unknown.
+// All known tags; ambiguous ones (octagonal, cube, TMH, CICP) are left out and count as unknown.
 std::span<const LayoutTag> all();
-// The entry of a tag; null when it isn't known.
+// The entry for a tag; null for an unknown one.
 const LayoutTag* find(uint32_t tag);
 
 }  // namespace brindlehum::layout_tags

@@ -1,4 +1,4 @@
-// Speaker positions, layouts and directions: the tables behind the vocabulary.
+// The tables of speaker positions, layouts and directions.
 #include "audio/speakers/speakers.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// FileSource: an audio file as a frame source, where a read error is the end.
+// FileSource: reads an audio file as a frame source and treats a read error as the end.
 #include "audio/stream/file_source.h"
 
 #include <algorithm>
@@ -35,7 +35,7 @@ int FileSource::read(float* const* planes, int planeCount, int64_t position, int
     try {
         got = file_->read(planes_.data(), position, frames);
     } catch (const Error&) {
-        return 0;  // a player or an overview can only stop here
+        return 0;  // a player or an overview can only stop at an error
     }
     for (int plane = wanted; plane < planeCount; ++plane) { std::fill_n(planes[plane], got, 0.0F); }
     return got;

@@ -1,4 +1,4 @@
-// MemorySource: channels in memory, with a metronome mixed into the first two.
+// MemorySource: plays channels from memory and mixes a metronome into the first two.
 #include "audio/stream/memory_source.h"
 
 #include <algorithm>
@@ -11,10 +11,10 @@ namespace brindlehum {
 namespace {
 
 constexpr double clickSeconds = 0.045;
-// Channels in order, without any spatial meaning; the count is added to it.
+// The layout tag for channels in order without spatial meaning; the channel count is added to it.
 constexpr uint32_t discreteInOrder = 0x930000;
 
-// A sine that decays as e^(-decay t), t in seconds.
+// A sine that decays by e^(-decay t), t in seconds.
 std::vector<float> clickSound(double sampleRate, double amplitude, double hz, double decay) {
     std::vector<float> sound(size_t(std::max(std::floor(sampleRate * clickSeconds), 0.0)));
     for (size_t i = 0; i < sound.size(); ++i) {

@@ -1,4 +1,4 @@
-// StreamReader: source to ring, block by block.
+// StreamReader: moves the source into the ring, block by block.
 #include "audio/stream/stream_reader.h"
 
 #include <pthread.h>
@@ -24,7 +24,7 @@ namespace {
 constexpr int blockFrames = 4096;
 constexpr int maxChannels = 64;
 constexpr double queuedSeconds = 1.5;
-constexpr double minRingRate = 44100;  // Hz: slow devices get as many frames as this one
+constexpr double minRingRate = 44100;  // Hz: slower devices get as many frames as at this rate
 constexpr double equalRates = 0.5;     // Hz
 constexpr auto idleTime = std::chrono::milliseconds(4);
 
@@ -34,11 +34,12 @@ mn_ring* makeRing(int channels, double outputRate) {
     return mn_ring_create(channels, int32_t(frames));
 }
 
-// Raises the thread above the interface and the loaders. A refusal (usual without a grant) isn't audible, since the
-// ring holds more than a second.
+// Raises the thread's priority above the interface and the loaders. A refusal (usual without a grant) isn't audible,
+// since the ring holds more than a second.
 void raisePriority() {
     constexpr int niceness = -11;
-    pthread_setname_np(pthread_self(), "Brindlehum.Stre");  // "Brindlehum.StreamReader" in the system's 15 characters
+    pthread_setname_np(pthread_self(),
+                       "Brindlehum.Stre");  // "Brindlehum.StreamReader" cut to the system's 15 characters
     setpriority(PRIO_PROCESS, static_cast<id_t>(gettid()), niceness);
 }
 
@@ -88,13 +89,13 @@ int StreamReader::read(int64_t limit) {
     return limit < 1 ? 0 : source_->read(in_.planes.data(), channels_, filePos_, int(limit));
 }
 
-// A block never crosses the loop's end: it stops there, and the next one begins at the loop's start.
+// A block never crosses the loop's end: it stops there, and the next block begins at the loop's start.
 StreamReader::Block StreamReader::readSource(int limit) {
     const int64_t hardEnd = loop_ ? loopEnd_ : endFrame_;
     if (loop_ && filePos_ >= hardEnd) { filePos_ = loopStart_; }
     int got = read(std::min<int64_t>(hardEnd - filePos_, limit));
     if (got < 1 && loop_) {
-        // The source is shorter than its stated length: the loop ends here.
+        // The source is shorter than it stated: end the loop here.
         filePos_ = loopStart_;
         got = read(std::min<int64_t>(hardEnd - filePos_, limit));
     }
@@ -125,7 +126,7 @@ bool StreamReader::fillConverted() {
     try {
         got = converter_->process(out_.planes.data(), blockFrames, pull);
     } catch (const std::exception&) {
-        return finish();  // a failing converter ends the stream like the source's end
+        return finish();  // a converter failure ends the stream as the source's end does
     }
     for (int i = 0; i < got; ++i) {
         virtualPos_ += ratio_;

@@ -1,5 +1,5 @@
-// Minimum and maximum by independent lanes, so that the compiler can vectorise them and keep its rules for samples that
-// aren't numbers.
+// Computes minimum and maximum in independent lanes, so that the compiler can vectorise them without changing how
+// samples that aren't numbers are treated.
 #include "wave/extremes.h"
 
 #include <algorithm>
@@ -11,9 +11,9 @@ namespace brindlehum {
 
 namespace {
 
-constexpr size_t lanes = 32;  // eight SSE registers each of minima and maxima: enough to hide the latency
+constexpr size_t lanes = 32;  // eight SSE registers each for minima and maxima, enough to hide the latency
 
-// The comparison is false when either side isn't a number, and then keeps the value found so far.
+// The comparison is false when either side isn't a number, which keeps the previous extreme.
 inline void take(float sample, float& least, float& greatest) {
     least = sample < least ? sample : least;
     greatest = sample > greatest ? sample : greatest;

@@ -1,4 +1,4 @@
-// The smallest and the largest sample of a run, for one bucket of a waveform.
+// The smallest and the largest sample in a run, for one bucket of a waveform.
 #pragma once
 
 #include <cstdint>
@@ -10,7 +10,7 @@ struct Extremes {
     float max = 0;
 };
 
-// Samples that aren't numbers are passed over; both are 0 when nothing is left. Wait-free.
+// Ignores samples that aren't numbers; both extremes are 0 when no sample is left. Wait-free.
 Extremes extremes(const float* samples, int64_t count) noexcept;
 
 }  // namespace brindlehum

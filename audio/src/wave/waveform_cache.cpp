@@ -1,4 +1,4 @@
-// WaveformCache: overviews of the files that were loaded last.
+// WaveformCache: overviews of the most recently loaded files.
 #include <algorithm>
 
 #include "audio/wave/waveform.h"

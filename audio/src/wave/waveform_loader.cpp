@@ -1,4 +1,4 @@
-// WaveformLoader: the scan in the background, its snapshots on the main thread.
+// WaveformLoader: scans in the background and delivers snapshots on the main thread.
 #include <chrono>
 #include <exception>
 
@@ -10,13 +10,13 @@ namespace brindlehum {
 
 namespace {
 
-constexpr double snapshotSeconds = 0.12;  // least time from one snapshot to the next
+constexpr double snapshotSeconds = 0.12;  // the least time between two snapshots
 
 double steadySeconds() {
     return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
 }
 
-// The state of one load, handed from thread to thread.
+// The state of one load, passed between the threads.
 struct Load {
     std::shared_ptr<WaveformLoader> loader;
     WaveformLoader::Open open;
@@ -24,7 +24,7 @@ struct Load {
     Executor main;
     WaveformLoader::Clock now;
 
-    // The owner may cancel between the posting and the call.
+    // Checks again on arrival, because the owner may cancel between the posting and the call.
     void post(WaveformPtr data) const {
         main([toLoader = loader, update = onUpdate, data = std::move(data)] {
             if (!toLoader->isCancelled()) { update(data); }
@@ -62,7 +62,7 @@ std::shared_ptr<WaveformLoader> WaveformLoader::load(Open open, Update onUpdate,
         try {
             load.run();
         } catch (const std::exception&) {
-            return;  // no overview: loading the file reports the reason
+            return;  // no overview: the code that loads the file reports the reason
         }
     });
     return loader;

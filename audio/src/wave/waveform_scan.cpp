@@ -1,4 +1,4 @@
-// WaveformScan: sizing and the walk over a block.
+// WaveformScan: chooses the bucket size and reduces the blocks.
 #include "wave/waveform_scan.h"
 
 #include <algorithm>

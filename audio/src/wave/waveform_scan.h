@@ -1,4 +1,4 @@
-// The reduction of a source to min/max buckets, one block of whole buckets at a time.
+// WaveformScan: reduces a source to min/max buckets, one block of whole buckets at a time.
 #pragma once
 
 #include <vector>
@@ -10,13 +10,13 @@ namespace brindlehum {
 
 class WaveformScan {
 public:
-    // At most 16 lanes and about 6000 buckets (up to 11999 for short sources). The source must outlive the scan.
-    // Throws Error for a source too long to hold one bucket of it.
+    // Makes at most 16 lanes and about 6000 buckets (up to 11999 for short sources). The source must outlive the scan.
+    // Throws Error for a source so long that a single bucket doesn't fit.
     explicit WaveformScan(FrameSource& source);
 
-    // Reads and reduces the next block; false when all is done or the source gives no more.
+    // Reads and reduces the next block; returns false when all is done or the source delivers no more.
     bool step();
-    // The buckets reduced so far. The one from finish() counts as complete, however much was read.
+    // The buckets reduced so far. The snapshot after finish() counts as complete, however much was read.
     WaveformPtr snapshot() const { return std::make_shared<const WaveformData>(data_); }
     WaveformPtr finish();
 

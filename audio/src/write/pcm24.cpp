@@ -1,4 +1,4 @@
-// Encoding in two steps over tiles that stay in the first cache: vectors of samples to integers, then three bytes each.
+// Encodes tiles that stay in the first cache in two steps: vectors of samples to integers, then each to three bytes.
 #include "write/pcm24.h"
 
 #include <algorithm>
@@ -19,8 +19,8 @@ using Floats = float __attribute__((vector_size(lanes * sizeof(float))));
 using Doubles = double __attribute__((vector_size(lanes * sizeof(double))));
 using Integers = int32_t __attribute__((vector_size(lanes * sizeof(int32_t))));
 
-// Fills whole vectors of `out`. In double precision the product and its sum with a half are exact, so cutting the sum
-// off rounds the product, halves away from zero.
+// Fills whole vectors of `out`. In double precision the product and the product plus a half are exact, so truncating
+// that sum rounds the product, halves away from zero.
 __attribute__((always_inline)) inline void quantise(const float* x, int64_t count, int32_t* out) {
     for (int64_t i = 0; i < count; i += lanes) {
         Floats samples{};
@@ -74,7 +74,7 @@ void Pcm24Encoder::encode(std::span<const float* const> planes, int64_t first, i
         for (size_t c = 0; c < given; ++c) {
             quantiseRow(planes[c] + first + done, count, tile_.data() + c * size_t(tileFrames));
         }
-        // Four bytes at a time: the fourth is overwritten by the next sample.
+        // Write four bytes at a time: the next sample overwrites the fourth.
         for (int64_t i = 0; i < count; ++i) {
             for (int c = 0; c < channels_; ++c, out += sampleBytes) {
                 std::memcpy(out, &tile_[size_t(c) * size_t(tileFrames) + size_t(i)], sizeof(int32_t));

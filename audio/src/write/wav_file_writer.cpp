@@ -1,4 +1,4 @@
-// WavFileWriter: limits, blocks and the two sizes.
+// WavFileWriter: checks limits, writes blocks and fills in the two sizes.
 #include "audio/write/wav_file_writer.h"
 
 #include <algorithm>
@@ -16,7 +16,7 @@ namespace brindlehum {
 namespace {
 
 constexpr int64_t blockFrames = 65536;
-// Encoded bytes of one write: few enough to stay in the second cache until the system has taken them.
+// Encoded bytes per write: few enough that they stay in the second cache until the system has taken them.
 constexpr int64_t writeBytes = 192 * 1024;
 
 WavShape shapeOf(double sampleRate, int channels, uint32_t mask) {
@@ -39,7 +39,7 @@ std::array<uint8_t, 4> little32(uint64_t value) {
 
 WavFileWriter::WavFileWriter(const std::filesystem::path& path, double sampleRate, int channels, uint32_t mask,
                              std::string_view description)
-    // The shape is checked before anything is created or replaced.
+    // Check the shape before anything is created or replaced.
     : WavFileWriter((shapeOf(sampleRate, channels, mask), makeFileSink(path)), sampleRate, channels, mask,
                     description) {}
 
@@ -90,7 +90,7 @@ void WavFileWriter::appendBlock(std::span<const float* const> planes, int64_t fr
         handle_->writeAt(end, {scratch_.data(), size_t(count * frameBytes)});
         end += uint64_t(count * frameBytes);
     }
-    // Only now, so that a block that broke off isn't part of the file.
+    // Count the block only now, so that a block that broke off isn't part of the file.
     dataBytes_ = end - WavHeader::size;
 }
 

@@ -1,4 +1,4 @@
-// The header's fields in the order of the file.
+// Writes the header's fields in file order.
 #include "write/wav_header.h"
 
 #include <algorithm>
@@ -16,7 +16,7 @@ public:
     void number(uint32_t value, int bytes) {
         for (int i = 0; i < bytes; ++i) { *next_++ = uint8_t(value >> (8 * i)); }
     }
-    // Cut to the field's length, and zeros behind it.
+    // Writes the text cut to the field's length, followed by zeros.
     void text(std::string_view value, size_t length) {
         std::copy_n(value.begin(), std::min(value.size(), length), next_);
         next_ += length;

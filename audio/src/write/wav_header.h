@@ -20,8 +20,8 @@ inline constexpr uint64_t riffSizeOffset = 4;
 inline constexpr uint64_t dataSizeOffset = 674;
 inline constexpr size_t size = 678;
 
-// 24-bit WAVE_FORMAT_EXTENSIBLE with a `bext` chunk made at `created` (local time); both sizes, of the RIFF and of the
-// data, are 0.
+// A header for 24-bit WAVE_FORMAT_EXTENSIBLE with a `bext` chunk made at `created` (local time). The sizes of the RIFF
+// and of the data are 0.
 std::array<uint8_t, size> make(const WavShape& shape, std::string_view description, const std::tm& created);
 }  // namespace WavHeader
 

@@ -1,8 +1,8 @@
 // Atomic cells between control and render side: a pointer, a double, a signed 64-bit integer.
 //
 // Each is one separately allocated 8-byte word, stored with release and loaded with acquire: complete an object before
-// storing its pointer. Create (null when memory can't be had) and destroy belong to the control side; load and store
-// are real-time safe on any thread. A slot doesn't own the object it points to.
+// storing its pointer. Create (null when there is no memory) and destroy belong to the control side; load and store are
+// real-time safe on any thread. A slot doesn't own the object it points to.
 #pragma once
 
 #include <cstdint>

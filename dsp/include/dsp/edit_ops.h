@@ -2,7 +2,7 @@
 //
 // Channels are equally long lists of samples at the rate `sr` in Hz. Ranges are half-open, start ..< end in frames,
 // with 0 <= start <= end <= length; anything else is undefined. Arguments are never changed. Callable on any thread;
-// all of it allocates.
+// every function allocates.
 #pragma once
 
 #include <cstdint>
@@ -17,41 +17,41 @@ using Channels = std::vector<std::vector<float>>;
 
 // Cuts.
 Channels slice(const Channels& channels, int64_t start, int64_t end);
-// Without the range.
+// The channels without the range.
 Channels splice(const Channels& channels, int64_t start, int64_t end);
-// A clip put in before frame `at`. A channel beyond the clip's gets silence as long as the clip's first channel; an
+// Inserts a clip before frame `at`. Channels that the clip lacks get silence as long as the clip's first channel; an
 // empty clip changes nothing.
 Channels insert(const Channels& channels, int64_t at, const Channels& clip);
 Channels silence(const Channels& channels, int64_t start, int64_t end);
-// The range replaced by audio of any length, which has a channel: its first one serves for channels that it lacks.
+// Replaces the range by audio with at least one channel, of any length; its first channel serves for missing ones.
 Channels replaceRegion(const Channels& channels, int64_t start, int64_t end, const Channels& with);
-// Every channel becomes the mean of all in the range.
+// Every channel becomes the mean of all channels in the range.
 Channels monoFold(const Channels& channels, int64_t start, int64_t end);
-// The first two channels change places in the range; fewer than two stay.
+// Swaps the first two channels in the range; audio with fewer than two channels stays unchanged.
 Channels swapLR(const Channels& channels, int64_t start, int64_t end);
 
-// Second-order filter, the coefficients divided by a0.
+// Second-order filter; the coefficients are divided by a0.
 struct Biquad {
     double b0 = 1, b1 = 0, b2 = 0, a1 = 0, a2 = 0;
-    // Direct form I from rest, in double precision.
+    // Direct form I, starting from zero state, in double precision.
     std::vector<float> run(std::span<const float> x) const;
 };
 
-// Butterworth filters of second order, 12 dB an octave (bilinear transform). From half the rate on, the low-pass
-// passes all and the high-pass nothing.
+// Butterworth filters of second order, 12 dB per octave (bilinear transform). At half the rate and above, the low-pass
+// passes everything and the high-pass nothing.
 Biquad highPass(double hz, double sr);
 Biquad lowPass(double hz, double sr);
 Channels hiPass200(const Channels& channels, double sr);
 
-// The linear convolution, n + m - 1 samples without any gain; empty when either side is empty or when it is too long
+// The linear convolution, n + m - 1 samples at unity gain; empty when either side is empty or the result is too long
 // for a transform. Within -120 dB of the direct sum. Costs O((n + m) log min(n, m)).
 std::vector<float> convolve(std::span<const float> signal, std::span<const float> response);
 
-// The source of noise and of grains: seeded by the system, so that no two runs are alike, or by the caller.
+// The random source for noise and grains: seeded by the system, so that no two runs are alike, or by the caller.
 using RandomEngine = std::mt19937;
 RandomEngine systemSeeded();
 
-// A synthetic hall of trunc(sr x seconds) samples: noise that falls with the time constant 0.35 x seconds, and a dense
+// A synthetic hall of trunc(sr x seconds) samples: noise that decays with the time constant 0.35 x seconds, and a dense
 // burst over its first 80 ms.
 std::vector<float> hallIR(double sr, double seconds, RandomEngine& random);
 std::vector<float> hallIR(double sr, double seconds);
@@ -59,11 +59,11 @@ std::vector<float> hallIR(double sr, double seconds);
 // The macros, each with the text that explains it to the user.
 
 inline constexpr const char* topAndTailsDescription = "50 ms fade-in at the head, 1 s fade-out at the tail";
-// The whole document: a sine fade in, a cosine fade out. In a short document the fades lie over each other.
+// Fades the whole document: a sine fade in, a cosine fade out. In a short document the fades overlap.
 Channels topAndTails(const Channels& channels, double sr);
 
 inline constexpr const char* verbTailDescription = "Adds 4 s and rings the selection through an 8 s hall at 30% wet";
-// The selection and its tail, 4 seconds longer than the range: 0.7 of it dry, 0.3 through one hall for all channels.
+// The selection and its tail, 4 seconds longer than the range: 0.7 dry plus 0.3 through one hall for all channels.
 Channels verbTail(const Channels& channels, double sr, int64_t start, int64_t end, RandomEngine& random);
 Channels verbTail(const Channels& channels, double sr, int64_t start, int64_t end);
 
@@ -75,15 +75,16 @@ struct SeamlessLoop {
     int64_t guard = 0;  // frames of the splice guard
     int64_t carry = 0;  // frames after the range that are folded over its head
 };
-// A loop of exactly the range's length. With `carryTail` up to 3 seconds of the sound after the range ring on over its
-// head, as they would after the last round. The guard holds the level up over the wrap: an equal-power overlap of the
-// loop with its next round, which is the loop itself, so up to 3 dB more, the same on both sides. Peaks above 0.999 are
-// scaled down to it. None for a range of fewer than 20 frames, a rate below 1250 Hz, and without channels.
+// A loop of exactly the range's length. With `carryTail`, up to 3 seconds of the sound after the range are added to its
+// head, as they would ring on after the last round. The guard keeps the level up across the wrap: it overlaps the loop
+// at equal power with its next round, which is the loop itself, so the level rises by up to 3 dB there, the same on
+// both sides. Peaks above 0.999 are scaled down to it. None for a range of fewer than 20 frames, a rate below 1250 Hz,
+// or no channels.
 std::optional<SeamlessLoop> seamlessLoop(const Channels& channels, double sr, int64_t start, int64_t end,
                                          bool carryTail);
 
 inline constexpr const char* textureDescription = "8× granular stretch, huge reverb, dark filter, long fades";
-// A long, dark wash out of the range, eight times as long but at most 90 seconds, every channel at a peak of -6 dBFS.
+// A long, dark wash made from the range: eight times as long, at most 90 seconds, every channel at a peak of -6 dBFS.
 Channels texture(const Channels& channels, double sr, int64_t start, int64_t end, RandomEngine& random);
 Channels texture(const Channels& channels, double sr, int64_t start, int64_t end);
 

@@ -1,4 +1,4 @@
-// RealFFT: the core's real FFT as an object, with a scaled inverse and no demand on alignment.
+// RealFFT: the core's real FFT as an object, with a scaled inverse and no alignment requirement.
 #pragma once
 
 #include <complex>
@@ -13,18 +13,18 @@ namespace brindlehum {
 // a time.
 class RealFFT {
 public:
-    // `size` samples, a power of two from 4 to 2^30. Throws std::invalid_argument for any other size, and
-    // std::runtime_error or std::bad_alloc when a plan or memory can't be had.
+    // `size` samples, a power of two from 4 to 2^30. Throws std::invalid_argument for any other size,
+    // std::runtime_error without a plan and std::bad_alloc without memory.
     explicit RealFFT(int size);
 
     int size() const noexcept { return mn_fft_size(fft_.get()); }
     // size / 2 + 1, from 0 Hz to the Nyquist frequency.
     int bins() const noexcept { return mn_fft_bins(fft_.get()); }
 
-    // Unscaled forward transform of size() samples into bins() values. `time` is left as it was. Quickest on 64-byte
-    // boundaries: other data is copied.
+    // Unscaled forward transform of size() samples into bins() values. Leaves `time` unchanged. Data aligned to 64
+    // bytes is fastest; other data is copied.
     void forward(const float* time, std::complex<float>* spectrum) noexcept;
-    // Inverse with 1 / size scaling, so that inverse(forward(x)) is x. `spectrum` is left as it was.
+    // Inverse with 1 / size scaling, so that inverse(forward(x)) is x. Leaves `spectrum` unchanged.
     void inverse(const std::complex<float>* spectrum, float* time) noexcept;
 
 private:

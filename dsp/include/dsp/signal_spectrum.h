@@ -8,10 +8,10 @@
 
 namespace brindlehum {
 
-// One instance a routine; holds work buffers, so one thread at a time.
+// Use one instance per routine; it holds work buffers, so one thread at a time.
 class HannSpectrum {
 public:
-    // `size` samples a frame, a power of two of at least 4.
+    // `size` samples per frame, a power of two of at least 4.
     explicit HannSpectrum(int size);
 
     int size() const { return fft_.size(); }

@@ -28,12 +28,12 @@ struct EditPlan {
     Kind kind = Kind::piece;
     std::vector<Span> spans;          // in playing order
     std::optional<double> targetSec;  // the length asked for, seconds
-    std::optional<double> cutAtSec;   // the length at which the render is cut and faded, seconds
-    int64_t fadeInFrames = 0;         // of the output; 0 for none
+    std::optional<double> cutAtSec;   // the render is faded out and cut at this length, seconds
+    int64_t fadeInFrames = 0;         // at the output's start; 0 for none
     int64_t fadeOutFrames = 0;
     std::string map;             // for the user, in bar numbers from 1
     double quality = 1;          // 0 to 1: how well the worst splice matches; 1 without a splice
-    bool carryLoopTail = false;  // a loop's ring-out is carried round to its start
+    bool carryLoopTail = false;  // the loop's ring-out is added to its start
 };
 
 // "piece", "loop", "cutdown", "extended", "backtimed".

@@ -1,4 +1,4 @@
-// TempEditExporter: a folder of edits of one piece, with a sheet that tells a music editor how each was cut.
+// TempEditExporter: writes a folder of edits of one piece, with a sheet that tells a music editor how each was cut.
 #pragma once
 
 #include <filesystem>
@@ -20,16 +20,16 @@ struct Result {
     std::filesystem::path notes;               // the sheet; empty until it is written
 };
 
-// "<source folder>/<base> Edits" where `besideSource` is wanted and that folder can be written to, else
-// "<pullsFolder>/Edits/<base> Edits"; base is the file's name without extension. Looks at the disk.
+// "<source folder>/<base> Edits" when `besideSource` is set and that folder is writable, else
+// "<pullsFolder>/Edits/<base> Edits"; base is the file's name without extension. Accesses the disk.
 std::filesystem::path editsFolder(const std::filesystem::path& source, bool besideSource,
                                   const std::filesystem::path& pullsFolder);
 
-// The head of the sheet, a line each: where the piece comes from, what was heard in it, and its pins.
+// The head of the sheet, one entry per line: where the piece comes from, the results of the analysis, and its pins.
 std::vector<std::string> notesHeader(std::string_view name, const std::filesystem::path& url,
                                      const MusicAnalysis& analysis, const Pins& pins);
 
-// What to write. All of it is borrowed for the call.
+// The input of an export. Everything is borrowed for the call.
 struct Job {
     const std::filesystem::path& folder;
     std::string_view base;                   // of the file names
@@ -40,13 +40,13 @@ struct Job {
     const TempEditOptions& options;
 };
 
-// Told before each plan is rendered: its index and the name of the file.
+// Called before each plan is rendered, with its index and the name of the file.
 using Progress = std::function<void(size_t plan, const std::string& file)>;
 
-// Renders and writes "<base> - <plan name>.wav" for every plan, one after the other with one of them in memory, then
-// "<base> - Edit Notes.txt". A file appears, or replaces what stood under its name, only when it is whole and on the
-// disk. False when `stop` was requested in between; then, and when an Error is thrown, `done` tells what was finished,
-// which stays. Blocking I/O on the caller's thread.
+// Renders and writes "<base> - <plan name>.wav" for every plan, one at a time and with one in memory, then "<base> -
+// Edit Notes.txt". A file appears under its name, or replaces an older one, only when it is complete and synced to
+// disk. Returns false when `stop` was requested; then, and when an Error is thrown, `done` lists the finished files,
+// which stay. Blocking I/O on the caller's thread.
 bool write(const Job& job, Result& done, const Progress& progress = {}, const std::stop_token& stop = {});
 
 }  // namespace brindlehum::TempEditExporter

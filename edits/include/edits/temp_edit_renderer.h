@@ -8,12 +8,12 @@
 
 namespace brindlehum::TempEditRenderer {
 
-// One list of samples a channel, all of length(plan). `channels` is the source at `sampleRate` Hz: equally long, and
-// the plan's spans lie within them.
+// Returns one list of samples per channel, each length(plan) long. `channels` is the source at `sampleRate` Hz: equally
+// long, and the plan's spans lie within it.
 //
-// Spans that don't follow each other in the source are joined by an equal-power crossfade that ends on the first frame
-// of the later one and fades in the samples before it in the source. So nothing after a splice moves, and the length is
-// the sum of the spans. A loop is made to wrap.
+// Spans that don't follow each other in the source are joined by an equal-power crossfade. It fades in the source's
+// samples before the later span and ends on that span's first frame, so nothing after a splice moves, and the total
+// length is the sum of the spans. A loop is made to wrap.
 std::vector<std::vector<float>> render(const EditPlan& plan, const std::vector<std::vector<float>>& channels,
                                        double sampleRate, const TempEditOptions& options);
 

@@ -1,7 +1,7 @@
-// TempEdits: whole files at once, from the file to its folder of edits. For batches and the command line.
+// TempEdits: turns whole files into their folders of edits, for batches and the command line.
 //
-// All calls block on I/O and computing: call them on a background thread. They throw nothing; the outcome has the
-// reason of a failure. They check for a stop between the stages of the analysis and every second or so of written
+// All calls block on I/O and computation: call them on a background thread. They throw nothing; the outcome holds the
+// reason for a failure. They check for a stop between the stages of the analysis and every second or so of written
 // audio.
 #pragma once
 
@@ -26,16 +26,16 @@ enum class Status {
     done,
     unread,     // the file can't be opened or read, or is too large for memory
     tooShort,   // a second or less
-    noPulse,    // no tempo can be read
+    noPulse,    // no tempo was found
     unwritten,  // the folder or a file in it can't be written
     cancelled
 };
 
-// One file up to its plans, with its audio.
+// One file with its audio, analysis and plans.
 struct Planned {
     Status status = Status::done;
     std::string reason;  // one line for the user, empty when done
-    // The rest holds when done.
+    // The members below are set when done.
     Signal::Planar audio;
     std::optional<MusicAnalysis> analysis;
     std::vector<EditPlan> plans;
@@ -47,47 +47,47 @@ struct Job {
     std::filesystem::path folder;  // see TempEditExporter::editsFolder
 };
 struct Outcome {
-    Status status = Status::done;     // done even without any plan: the sheet is written
+    Status status = Status::done;     // done even when there are no plans: the sheet is written
     std::string reason;               // one line for the user, empty when done
     TempEditExporter::Result result;  // the finished files, whatever the status
-    std::vector<EditPlan> plans;      // once they are known; result.files are those of the first ones
+    std::vector<EditPlan> plans;      // set once known; result.files belong to the first of them
     double sampleRate = 0;            // Hz, of the source
 };
 
 // A step of the batch.
 struct Step {
     enum class Kind {
-        started,   // a file: it is read and analysed next
-        writing,   // `file`, the edit of plan `plan` of `plans`
-        finished,  // a file, with `outcome`
+        started,   // a file; it is read and analysed next
+        writing,   // `file`, the edit for plan `plan` of `plans`
+        finished,  // a file, with its `outcome`
     };
     Kind kind = Kind::started;
-    size_t index = 0;  // of the job
-    size_t count = 0;  // of all jobs
+    size_t index = 0;  // of this job
+    size_t count = 0;  // number of all jobs
     const Job& job;
     size_t plan = 0;
     size_t plans = 0;
     std::string file;
     const Outcome* outcome = nullptr;  // borrowed for the call
 };
-// Called on the threads of the batch, never by two at a time. Files start in their order; the steps of files at work at
-// once interleave. Must not throw.
+// Called on the batch's threads, one call at a time. Files start in their order; the steps of files in progress at the
+// same time interleave. Must not throw.
 using Progress = std::function<void(const Step&)>;
 
-// One file: read, analyse, plan, render, write.
+// Processes one file: read, analyse, plan, render, write.
 Outcome make(const Job& job, const TempEditOptions& options = {}, const Progress& progress = {},
              const std::stop_token& stop = {});
 
 struct Limits {
-    unsigned workers = 0;                    // files at a time; 0: one a processor core
-    int64_t memoryBytes = int64_t(2) << 30;  // samples held by all files at work; a single larger file goes alone
+    unsigned workers = 0;                    // files processed at once; 0: one per processor core
+    int64_t memoryBytes = int64_t(2) << 30;  // samples held by all files in progress; a larger file runs alone
 };
-// A batch: an outcome a job, in the order of the jobs. A failure ends its own file only. Jobs with the same folder are
-// done one after the other. After a stop the files not begun are `cancelled`.
+// Runs a batch and returns one outcome per job, in the order of the jobs. A failure ends only its own file. Jobs with
+// the same folder run one after the other. After a stop the files not yet begun are `cancelled`.
 std::vector<Outcome> makeAll(std::span<const Job> jobs, const TempEditOptions& options = {},
                              const Progress& progress = {}, const std::stop_token& stop = {}, Limits limits = {});
 
-// The last message of a batch; counts all skipped files together, whatever the reason.
+// The final message of a batch; counts all skipped files together, whatever the reason.
 std::string closingText(std::span<const Outcome> outcomes);
 
 }  // namespace brindlehum::TempEdits

@@ -1,4 +1,4 @@
-// MixBuilder: from source format, profile and listening options to the one matrix of a render configuration.
+// MixBuilder: turns source format, profile and listening options into the one matrix of a render configuration.
 #include "mix/config/mix_builder.h"
 
 #include <algorithm>
@@ -9,7 +9,7 @@
 namespace brindlehum::MixBuilder {
 namespace {
 
-// The flat matrix of `rows` device channels, or virtual speakers, to which rows of gains are added.
+// An all-zero matrix of `rows` device channels or virtual speakers, to which rows of gains are added.
 MixConfig silentConfig(int channels, int rows) {
     MixConfig config;
     config.inChannels = channels;
@@ -18,7 +18,7 @@ MixConfig silentConfig(int channels, int rows) {
     return config;
 }
 
-// A row of the matrix that doesn't exist drops the gains.
+// Drops the gains when the matrix has no such row.
 void addRow(MixConfig& config, int row, const std::vector<double>& gains, double scale) {
     if (row < 0 || row >= config.rows) { return; }
     float* out = config.matrix.data() + size_t(row) * size_t(config.inChannels);
@@ -37,7 +37,7 @@ MixConfig binauralConfig(const SourceFormat& source, int channels, const OutputP
     return config;
 }
 
-// The two sides of a mono, stereo or discrete source straight to the ears.
+// Routes the two sides of a mono, stereo or discrete source straight to the ears.
 MixConfig directHeadphones(const SourceFormat& source, int channels, const OutputProfile& profile, int deviceChannels,
                            ListenMode listen, const Rotation& rotation) {
     const Matrix m = layoutMatrix(source, channels, speakers(LayoutID::stereo), listen, rotation, false);
@@ -68,7 +68,7 @@ MixConfig config(const SourceFormat& source, int channels, const OutputProfile& 
     const SpeakerList* list = source.asSpeakers();
 
     if (upmix && upmix->enabled && list && int(list->size()) == channels) {
-        // Headphones hear the upmix as a virtual 7.1.4 room.
+        // On headphones the upmix plays in a virtual 7.1.4 room.
         const SpeakerList& target = speakers(headphones ? LayoutID::l714 : profile.layout);
         if (UpmixPlanner::applies(*list, target)) {
             const auto room = SourceFormat::speakers(target);

@@ -1,4 +1,4 @@
-// AudioDevices: names and counts, asked from the system each time.
+// AudioDevices: names and channel counts, asked from the system each time.
 #include "mix/engine/audio_devices.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// BinauralLoader: one entry a sample rate, filled from the background.
+// BinauralLoader: one entry per sample rate, filled in the background.
 #include "engine/binaural_loader.h"
 
 #include <exception>
@@ -14,7 +14,7 @@ void BinauralLoader::prepare(double sampleRate) {
     entries_[sampleRate] = {};
     background_.run([make = make_, sampleRate] { return make(sampleRate); },
                     [this, sampleRate](std::shared_ptr<BinauralStage> stage) { finish(sampleRate, std::move(stage)); },
-                    // No usable set: the player asks failed() and tells the user.
+                    // No usable set: the player asks failed() and informs the user.
                     [this, sampleRate](const std::exception&) { finish(sampleRate, nullptr); });
 }
 

@@ -10,8 +10,8 @@
 
 namespace brindlehum {
 
-// Main thread. Reading and transforming an HRTF set takes 80 to 700 ms, so neither the window's thread nor the audio
-// thread ever waits for it.
+// Main thread. Reading and transforming an HRTF set takes 80 to 700 ms, so it runs on a thread of its own: neither the
+// window's thread nor the audio thread ever waits for it.
 class BinauralLoader {
 public:
     using Make = std::function<std::shared_ptr<BinauralStage>(double sampleRate)>;
@@ -19,9 +19,9 @@ public:
     // whether it succeeded or not.
     BinauralLoader(MainLoop& loop, Make make, std::function<void(double sampleRate)> onDone);
 
-    // Starts to load unless the stage is loaded or being loaded; a load that has failed is tried again.
+    // Starts to load unless the stage is loaded or being loaded; retries a load that has failed.
     void prepare(double sampleRate);
-    // Null while there is none.
+    // Null until it is loaded.
     std::shared_ptr<BinauralStage> stage(double sampleRate) const;
     bool failed(double sampleRate) const;
 

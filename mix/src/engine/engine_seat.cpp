@@ -1,4 +1,4 @@
-// EngineSeat: handing the engine over, and its operations for the seat that is taken.
+// EngineSeat: hands the engine over, and runs its operations for the seat that is taken.
 #include "mix/engine/engine_seat.h"
 
 #include <utility>

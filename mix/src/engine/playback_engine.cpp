@@ -1,4 +1,4 @@
-// PlaybackEngine: opening and resting the device, publishing, retiring.
+// PlaybackEngine: opens and rests the device, publishes objects and retires replaced ones.
 #include "mix/engine/playback_engine.h"
 
 #include <algorithm>
@@ -14,7 +14,7 @@ namespace brindlehum {
 
 namespace {
 
-// The call may replace or clear the callback that makes it.
+// Takes a copy, because the call may replace or clear the callback itself.
 void notify(std::function<void()> callback) {
     if (callback) { callback(); }
 }
@@ -60,7 +60,7 @@ void PlaybackEngine::open(const std::optional<std::string>& deviceUID) {
     if (!id) { throw Error(ErrorKind::device, "Couldn't open the output device"); }
 
     auto token = std::make_shared<bool>(true);
-    // Handled one turn of the loop later: handling it destroys the stream that calls.
+    // Handled one turn of the loop later, because handling it destroys the stream that calls.
     auto onChange = [this, weak = std::weak_ptr(token)] {
         loop_.post([this, weak] {
             if (!weak.lock()) { return; }
@@ -81,8 +81,8 @@ void PlaybackEngine::open(const std::optional<std::string>& deviceUID) {
     deviceName_ = devices_.name(deviceUID);
 }
 
-// The device may fall silent without a click once the block in hand and the block that fades have ended. A device that
-// has gone or changed gets no time: nobody hears it.
+// Waits until the device can stop without a click: the current block and the one that fades must have ended. A device
+// that has gone or changed gets no time, since nobody hears it.
 void PlaybackEngine::fadeOut() {
     if (!configuredKey_ || !current_ || !isRunning()) { return; }
     ctx_->setRing(nullptr);
@@ -128,7 +128,7 @@ void PlaybackEngine::publish(const MixConfig& config) {
 
 void PlaybackEngine::replaceConfig(std::shared_ptr<RenderConfig> next) {
     ctx_->setConfig(next ? &next->record : nullptr);
-    // Start the stream that waited together with the configuration.
+    // Start the stream that has waited for this configuration.
     if (next && current_) { ctx_->setRing(current_->ring()); }
     retire(std::exchange(currentConfig_, std::move(next)));
 }

@@ -1,4 +1,4 @@
-// DragExport's names, and the file that a drag hands over.
+// DragExport: the names of its kinds, and the file that a drag hands over.
 #include "mix/player/drag_export.h"
 
 #include <algorithm>

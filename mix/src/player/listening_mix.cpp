@@ -1,4 +1,4 @@
-// The mix of a snapshot, and the fold-down that stands in for a binaural one.
+// ListeningMix: the mix of a snapshot, and the fold-down that replaces an unavailable binaural one.
 #include "mix/player/listening_mix.h"
 
 #include "mix/config/mix_builder.h"
@@ -16,8 +16,8 @@ OutputProfile stereoOnEars(OutputProfile headphones) {
 }
 
 MixConfig through(const OutputProfile& profile, const ListeningSnapshot& snapshot) {
-    // No upmix: this build has no processor to run it, so a configuration with one would be a matrix for planes that
-    // nobody makes. The user's choice is stored all the same, for the build that has one.
+    // No upmix: this build has no processor to run it, so the matrix would read planes that nothing produces. The
+    // user's choice is stored all the same, for a build that has one.
     return MixBuilder::config(snapshot.source, snapshot.channels, profile, snapshot.deviceChannels,
                               snapshot.channels == 2 ? snapshot.listen : ListenMode::normal, snapshot.rotation,
                               snapshot.monoToCenter, std::nullopt);

@@ -1,4 +1,4 @@
-// ListeningSetup: each choice is kept and published.
+// ListeningSetup: stores and publishes each choice.
 #include "mix/player/listening_setup.h"
 
 #include <cmath>

@@ -1,4 +1,4 @@
-// LoadedSound: the probe on the loader's queue, the waveform on the pool.
+// LoadedSound: probes on the loader's queue, reads the waveform on the pool.
 #include "mix/player/loaded_sound.h"
 
 #include <QPointer>
@@ -41,7 +41,7 @@ void LoadedSound::load(const std::filesystem::path& path, bool autoPlay) {
         },
         [this](AudioFileInfo info) { didLoad(std::move(info)); },
         [this, path](const std::exception&) {
-            // One text for all reasons; the sound before is still loaded.
+            // Show one text for all reasons; the previous sound is still loaded.
             loadWaveform();
             Q_EMIT failed("Can't read " + path.filename().string());
         });
@@ -64,7 +64,7 @@ void LoadedSound::didLoad(AudioFileInfo info) {
     if (autoPlay_) { Q_EMIT playAsked(); }
 }
 
-// Takes the waveform from the cache, or starts to read it unless it is complete or being read.
+// Takes the waveform from the cache, or starts to read it unless it is already complete or being read.
 void LoadedSound::loadWaveform() {
     if (!info_ || (waveform_ && waveform_->isComplete()) || waveLoader_) { return; }
     auto cached = WaveformCache::shared().get(info_->url);

@@ -1,4 +1,4 @@
-// The rules of starts and selections.
+// The rules for starts and selections.
 #include "mix/player/play_span.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// PlayerModel: what one part's change means to the others.
+// PlayerModel: passes each part's changes on to the others.
 #include "mix/player/player_model.h"
 
 namespace brindlehum {
@@ -20,7 +20,7 @@ void PlayerModel::wire() {
         message_.clear();
         transport_.reset();
     });
-    // Again, for what the user began with the sound before while this one was being probed.
+    // Resets once more, because the user may have started the previous sound while this one was being probed.
     connect(&sound_, &LoadedSound::replaced, &transport_, &Transport::reset);
     connect(&sound_, &LoadedSound::sourceChanged, this, [this] { listening_.publish(); });
     connect(&sound_, &LoadedSound::playAsked, this, [this] {

@@ -1,4 +1,4 @@
-// Prefilling, block by block.
+// Prefills a stream, block by block.
 #include "player/prefilled_stream.h"
 
 namespace brindlehum {

@@ -1,4 +1,4 @@
-// A stream with its first audio in the ring.
+// A stream whose ring already holds its first audio.
 #pragma once
 
 #include <functional>
@@ -9,8 +9,8 @@
 
 namespace brindlehum {
 
-// Fills the ring so far that the first block of the device finds audio; gives up early once `stop` says true. The
-// reader's own thread isn't started. Any thread; throws Error as StreamReader does.
+// Fills the ring far enough that the device's first block finds audio; gives up early once `stop` returns true. Doesn't
+// start the reader's own thread. Any thread; throws Error as StreamReader does.
 std::shared_ptr<StreamReader> prefilledStream(std::unique_ptr<FrameSource> source, double outputRate,
                                               const PlaySpan& span, bool loop, const std::function<bool()>& stop);
 

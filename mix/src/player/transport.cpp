@@ -1,4 +1,4 @@
-// Transport: starts, stops, and what takes a running stream along.
+// Transport: starts and stops, and restarts a running stream when its settings change.
 #include "mix/player/transport.h"
 
 #include <algorithm>
@@ -41,7 +41,7 @@ void Transport::play(std::optional<int64_t> from) {
     startStream(playSpan(from.value_or(cueFrame_), selection_, info->frames));
 }
 
-// False, with a message and at rest, when no device can be opened.
+// Returns false, after showing a message and going to rest, when no device can be opened.
 bool Transport::openDevice(bool force, const std::string& failurePrefix) {
     route_ = routeNow();
     try {
@@ -59,7 +59,7 @@ void Transport::startStream(const PlaySpan& span) {
     const double rate = seat_.engine().sampleRate();
     const auto work = [open = open_, path = sound_.info()->url, rate, span,
                        loop = loops_](const Background::Task& task) {
-        // A later start ends the opening, but never the reads of a stream that has been opened and plays.
+        // A later start cancels the opening, but not the reads of a stream that has been opened and plays.
         const auto isOpening = std::make_shared<std::atomic<bool>>(true);
         const auto stop = [token = task.token(), isOpening] { return *isOpening && token.stop_requested(); };
         auto reader = prefilledStream(open(path, stop), rate, span, loop, stop);

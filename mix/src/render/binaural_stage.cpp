@@ -1,4 +1,4 @@
-// BinauralStage: one partitioned convolution of 32 sources to two ears, its filters replaced as a set.
+// BinauralStage: one partitioned convolution of 32 sources to two ears; its filters are replaced as a set.
 #include "mix/render/binaural_stage.h"
 
 #include <algorithm>
@@ -6,7 +6,7 @@
 
 namespace brindlehum {
 
-// One filter a source; immutable once published.
+// One filter per source; immutable once published.
 struct BinauralStage::FilterSet {
     std::array<const ConvolverFilter*, sources> filters{};
     std::array<std::shared_ptr<const ConvolverFilter>, sources> owners;
@@ -30,8 +30,8 @@ std::shared_ptr<const ConvolverFilter> BinauralStage::filterFor(const Direction&
     auto [left, right] = hrtf_->impulses(direction);
     auto filter = std::make_shared<const ConvolverFilter>(
         std::vector<std::vector<float>>{std::move(left), std::move(right)}, partition);
-    // A turning sound field needs ever new directions, while layouts return to a few: forget all when there are too
-    // many.
+    // Layouts reuse a few directions, but a turning sound field keeps asking for new ones: forget all when there are
+    // too many.
     if (known_.size() >= maxKnown) { known_.clear(); }
     known_.emplace(key, filter);
     return filter;

@@ -1,4 +1,4 @@
-// ConfigMixer: each side through the matrix kernel, with a ramp of its own while they change.
+// ConfigMixer: runs each side through the matrix kernel, with a ramp of its own during a change.
 #include "mix/render/config_mixer.h"
 
 namespace brindlehum {

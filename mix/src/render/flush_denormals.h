@@ -1,4 +1,4 @@
-// FlushDenormals: for its lifetime the thread's float arithmetic takes values below 2^-126 as 0.
+// FlushDenormals: during its lifetime the thread's float arithmetic treats values below 2^-126 as 0.
 #pragma once
 
 #include <cstdint>
@@ -9,8 +9,8 @@
 
 namespace brindlehum {
 
-// Denormal operands cost some processors over 100 cycles each: a file that fades into them would make a block late.
-// They lie below -758 dBFS, so nothing that a converter can play is changed.
+// Denormal operands cost some processors over 100 cycles each, so a file that fades into them would make a block late.
+// They lie below -758 dBFS, so flushing them changes nothing that a converter can play.
 class FlushDenormals {
 public:
     FlushDenormals() noexcept : saved_(control()) { setControl(saved_ | flushBits); }

@@ -1,4 +1,4 @@
-// Where HRTF sets are looked for, and the one that all of the process shares.
+// Finds the HRTF sets, and loads the one that the whole process shares.
 #include <algorithm>
 #include <cstdlib>
 #include <map>
@@ -29,7 +29,7 @@ std::vector<std::filesystem::path> HRTFSet::usualFiles() {
     }
     std::vector<std::filesystem::path> files;
     for (const auto& folder : folders) { files.push_back(folder / "Brindlehum" / "hrtf.sofa"); }
-    // A session may list its own folders only; the packaged set stands where the distribution puts it.
+    // A session may list only its own folders; add the folder where distributions install the packaged set.
     folders.emplace_back("/usr/share");
     for (const auto& folder : folders) { files.push_back(folder / "libmysofa" / "default.sofa"); }
     return files;
@@ -44,7 +44,7 @@ std::filesystem::path HRTFSet::defaultFile() {
     return files.back();
 }
 
-// A set that can't be read is passed over for the next: headphones with the packaged set beat silence.
+// Skips a set that can't be read and tries the next: headphones with the packaged set beat silence.
 std::shared_ptr<const HRTFSet> HRTFSet::shared(double sampleRate) {
     static std::mutex mutex;
     static std::map<double, std::shared_ptr<const HRTFSet>> loaded;

@@ -1,4 +1,4 @@
-// HRTFSet: a SOFA file through libmysofa, its responses brought to the device's rate and a common level.
+// HRTFSet: reads a SOFA file through libmysofa and brings its responses to the device's rate and a common level.
 #include "mix/render/hrtf_set.h"
 
 #include <mysofa.h>
@@ -31,9 +31,9 @@ bool isUsable(MYSOFA_HRTF& set) {
            (set.DataDelay.elements == set.R || set.DataDelay.elements == size_t(set.M) * set.R);
 }
 
-// All responses, one after the other, through one conversion of both ears. They start at input frames that fall on
-// whole output frames, so that none is moved against another, with room for the filter's ringing between. (The
-// library's own conversion is some ten times slower, and its level depends on the rate.)
+// Resamples all responses, one after the other, in one conversion of both ears. Each starts at an input frame that
+// falls on a whole output frame, so that none shifts against another, with room between them for the filter's ringing.
+// (The library's own conversion is some ten times slower, and its level depends on the rate.)
 void resample(MYSOFA_HRTF& set, double rate) {
     const double from = set.DataSamplingRate.values[0];
     const auto wholeFrom = std::llround(from);
@@ -52,7 +52,7 @@ void resample(MYSOFA_HRTF& set, double rate) {
     std::vector<float> out[2] = {std::vector<float>(size_t(outStride)), std::vector<float>(size_t(outStride))};
     float* outputs[] = {out[0].data(), out[1].data()};
     unsigned measurement = 0;
-    int64_t at = 0;  // next frame of the measurement's stretch
+    int64_t at = 0;  // next frame of the current measurement's stretch
     const Resampler::Pull pull = [&](int limit, const float** planes) {
         if (at == stride) { at = 0, ++measurement; }
         if (measurement >= set.M) { return 0; }
@@ -88,9 +88,9 @@ struct HRTFSet::Data {
     std::unique_ptr<MYSOFA_LOOKUP, FreeSet> lookup;
     std::unique_ptr<MYSOFA_NEIGHBORHOOD, FreeSet> neighbours;
     double delayScale = 1;  // device frames in one frame of the file, in which its delays are counted
-    std::mutex mutex;       // the look-up keeps scratch memory
+    std::mutex mutex;       // the look-up shares scratch memory
 
-    // Both ears' interpolated responses, without their delays, which are returned in `delays` in frames of the file.
+    // Both ears' interpolated responses, without their delays; stores those in `delays`, in frames of the file.
     std::vector<float> responses(const Direction& direction, float (&delays)[2]) {
         float position[3] = {float(direction.az), float(direction.el), 1};
         mysofa_s2c(position);
@@ -123,7 +123,7 @@ std::shared_ptr<const HRTFSet> HRTFSet::load(const std::filesystem::path& file, 
     data->neighbours.reset(mysofa_neighborhood_init(&set, data->lookup.get()));
     if (!data->neighbours) { fail(); }
 
-    // Level at the file's own rate, where energy is that of all frequencies alike.
+    // Measure the level at the file's own rate, where all frequencies count in the energy.
     float delays[2] = {};
     const std::vector<float> ahead = data->responses({0, 0}, delays);
     const double energy = std::inner_product(ahead.begin(), ahead.end(), ahead.begin(), 0.0) / 2;

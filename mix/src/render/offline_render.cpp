@@ -1,4 +1,4 @@
-// OfflineRender: ring and render context in lockstep.
+// OfflineRender: fills the ring and renders in lockstep.
 #include "mix/render/offline_render.h"
 
 #include <algorithm>
@@ -8,7 +8,7 @@
 namespace brindlehum {
 namespace {
 
-constexpr int fillFrames = 4096;  // written by one fill of a reader at most
+constexpr int fillFrames = 4096;  // the most that one fill of a reader writes
 
 }  // namespace
 
@@ -31,8 +31,8 @@ OfflineRender::OfflineRender(const MixConfig& config, std::shared_ptr<StreamRead
     prime();
 }
 
-// The block that meets a new ring, configuration, gain or filter fades it in. The empty ring takes that fade, so that
-// the first frame of the file sounds in full.
+// The block that meets a new ring, configuration, gain or filter fades it in. Rendering the still empty ring absorbs
+// that fade, so that the first frame of the file sounds at full level.
 void OfflineRender::prime() {
     context_.render(1, {planes_.data(), int32_t(planes_.size()), 1});
 }

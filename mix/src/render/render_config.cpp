@@ -1,4 +1,4 @@
-// RenderConfig: the one place where the control side's value becomes the flat record.
+// RenderConfig: the one place that turns the control side's value into the flat record.
 #include "mix/render/render_config.h"
 
 #include <algorithm>
@@ -7,7 +7,7 @@
 namespace brindlehum {
 namespace {
 
-// With a matrix of exactly the size that the record states.
+// The same configuration with a matrix of exactly the size that the record states.
 MixConfig withWholeMatrix(MixConfig config) {
     config.matrix.resize(size_t(std::max(config.rows, 0)) * size_t(std::max(config.inChannels, 0)));
     return config;

@@ -1,4 +1,4 @@
-// RenderContext: one block from the ring through matrix, binaural stage and gain to the device's planes.
+// RenderContext: takes one block from the ring through matrix, binaural stage and gain to the device's planes.
 #include "mix/render/render_context.h"
 
 #include <algorithm>
@@ -70,7 +70,7 @@ int32_t RenderContext::render(uint32_t frames, const DeviceBuffers& buffers) noe
     }
     const bool sameRing = ring == prevRing_;
     if (sameRing && config == prevCfg_) {
-        // Without a configuration the ring waits.
+        // Without a configuration the ring isn't read.
         if (config != nullptr) { steadyBlock(ring, config, n); }
     } else {
         changeBlock(ring, config, n);
@@ -99,7 +99,7 @@ void RenderContext::changeBlock(mn_ring* ring, const mn_mix_config* config, int3
     mixer_.fade({prevCfg_, before}, {config, after}, n, destination());
 }
 
-// Frames that the ring can't deliver are silence, and leave the last known position.
+// Frames that the ring can't deliver are silent, and the position stays at the last known one.
 ConfigMixer::Input RenderContext::read(mn_ring* ring, float* const* planes, int32_t n, bool storePosition) noexcept {
     if (ring == nullptr || mn_ring_channels(ring) > maxSourceChannels) { return {}; }
     const int32_t channels = mn_ring_channels(ring);
@@ -114,8 +114,8 @@ ConfigMixer::Destination RenderContext::destination() const noexcept {
     return {.device = {dev_.data(), deviceChannels_}, .speakers = {bus_.data(), maxVirtualSpeakers}};
 }
 
-// Runs the stage while a configuration of this block or the last one feeds it, and then on silence until the sound in
-// it has rung out. It sleeps with its history forgotten, so that nothing stale sounds when it wakes.
+// Runs the stage while this block's or the last block's configuration feeds it, and then on silence until its sound has
+// rung out. It then sleeps with its history cleared, so that no old sound remains when it wakes.
 void RenderContext::spatialise(const mn_mix_config* config, int32_t n) noexcept {
     auto* stage = static_cast<BinauralStage*>(mn_slot_load(stageSlot_));
     if (stage != prevStage_) {
@@ -143,7 +143,7 @@ void RenderContext::addToDevice(int32_t channel, const float* signal, int32_t n)
     for (int32_t i = 0; i < n; ++i) { plane[i] += signal[i]; }
 }
 
-// A new gain is reached in a straight line, exactly on the block's last frame.
+// Reaches a new gain linearly, exactly on the block's last frame.
 void RenderContext::applyGain(int32_t n) noexcept {
     const auto gain = float(mn_f64_load(gain_));
     const float step = (gain - lastGain_) / float(n);

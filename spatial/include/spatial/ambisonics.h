@@ -1,7 +1,7 @@
 // Ambisonics up to third order: harmonics, max-rE weights, normalisations and decoders, all in 64-bit floats.
 //
-// Components are in ACN order with SN3D weights unless said otherwise; order N has (N+1)^2 of them. Pure
-// functions for the control side.
+// Components are in ACN order with SN3D weights unless said otherwise; order N has (N+1)^2 components. Pure functions
+// for the control side.
 #pragma once
 
 #include <array>
@@ -17,11 +17,11 @@ using Mat3x3 = std::array<std::array<double, 3>, 3>;
 
 namespace Mat3 {
 Mat3x3 mul(const Mat3x3& a, const Mat3x3& b);
-// Transpose of m times v: the inverse rotation when m is a rotation.
+// The transpose of m times v, which is the inverse rotation when m is a rotation.
 Vec3 transposeApply(const Mat3x3& m, const Vec3& v);
 }  // namespace Mat3
 
-// Degrees; yaw 90 turns a frontal source to the left.
+// Degrees; yaw 90 turns a source from the front to the left.
 struct Rotation {
     double yaw = 0;
     double pitch = 0;
@@ -33,11 +33,11 @@ struct Rotation {
 
 namespace Ambisonics {
 
-// Real SN3D harmonics of v, (order+1)^2 values, order 0 to 3. v need not be of unit length.
+// Real SN3D harmonics of v, (order+1)^2 values, order 0 to 3. v needn't have unit length.
 std::vector<double> sh(int order, const Vec3& v);
 // Per-degree max-rE weights, order + 1 entries (Zotter and Frank 2012, Legendre approximation).
 std::vector<double> maxRE(int order);
-// Square matrix that turns a file's channels into ACN/SN3D; always 4 x 4 for fuma.
+// Square matrix that converts a file's channels to ACN/SN3D; always 4 x 4 for fuma.
 Matrix toSN3D(int order, AmbiNorm norm);
 std::vector<Direction> fibonacci(int n);
 
@@ -48,12 +48,12 @@ struct Grid {
 // Lebedev's 26-point grid, computed once.
 const Grid& lebedev26();
 
-// One row a direction; empty `weights` means equal ones.
+// One row per direction; empty `weights` means equal weights.
 Matrix samplingDecoder(int order, const std::vector<Direction>& dirs, const std::vector<double>& weights,
                        const Rotation& rotation, bool normalize);
-// All-round decoder onto real speakers (Zotter and Frank 2012): 240 virtual directions panned by VBAP.
+// All-round decoder to real speakers (Zotter and Frank 2012): 240 virtual directions panned by VBAP.
 Matrix allradDecoder(int order, const std::vector<Direction>& speakers, const Rotation& rotation);
-// Scales so that a plane wave delivers unit energy on average; returns an all-zero matrix unchanged.
+// Scales the matrix so that a plane wave has unit energy on average; returns an all-zero matrix unchanged.
 Matrix energyNormalized(Matrix matrix, int order);
 
 }  // namespace Ambisonics

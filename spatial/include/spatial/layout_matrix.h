@@ -12,20 +12,20 @@
 
 namespace brindlehum::MixBuilder {
 
-// Fold of any direction to a stereo pair: left and right gain.
+// Folds any direction to a stereo pair: left and right gain.
 std::pair<double, double> stereoGains(const Direction& direction);
-// Index of the nearest speaker of the list but the LFE; the first of equally near ones; none without a candidate.
+// Index of the nearest speaker in the list, ignoring the LFE; the first of equally near ones; none without a candidate.
 std::optional<int> nearest(const Direction& direction, const SpeakerList& in);
 
-// One row a target speaker, one column a source channel. Channels that can't be routed are dropped. Pure, control side.
+// One row per target speaker, one column per source channel. Drops channels that can't be routed. Pure, control side.
 Matrix layoutMatrix(const SourceFormat& source, int channels, const SpeakerList& target, ListenMode listen,
                     const Rotation& rotation, bool monoToCenter);
 
 struct BinauralMatrix {
-    std::vector<Direction> dirs;  // one virtual speaker a row
+    std::vector<Direction> dirs;  // one virtual speaker per row
     Matrix matrix;
 };
-// Empty for a discrete source.
+// Returns an empty matrix for a discrete source.
 BinauralMatrix binauralMatrix(const SourceFormat& source, int channels, const Rotation& rotation);
 
 }  // namespace brindlehum::MixBuilder

@@ -1,4 +1,4 @@
-// ListenMode: how a stereo file is monitored, as a 2 x 2 matrix.
+// ListenMode: how a stereo file is monitored; each mode is a 2 x 2 matrix.
 #pragma once
 
 #include <array>
@@ -14,7 +14,7 @@ inline constexpr std::array<ListenMode, 5> allListenModes = {ListenMode::normal,
 
 std::string_view rawValue(ListenMode mode);
 std::optional<ListenMode> listenModeFromRaw(std::string_view raw);
-// Rows left and right output, columns left and right input.
+// Rows are the left and right output, columns the left and right input.
 std::array<std::array<double, 2>, 2> matrix(ListenMode mode);
 
 }  // namespace brindlehum

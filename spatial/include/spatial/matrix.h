@@ -1,4 +1,4 @@
-// Matrix: rows of doubles, one row an output and one column an input.
+// Matrix: rows of doubles, one row per output and one column per input.
 #pragma once
 
 #include <vector>

@@ -1,4 +1,4 @@
-// Upmix records: the parameters, presets, settings and request of spreading a source over a larger room.
+// Upmix records: parameters, presets, settings and request for spreading a source over a larger room.
 #pragma once
 
 #include <array>
@@ -11,30 +11,30 @@
 
 namespace brindlehum {
 
-// The numbers that shape a plan; a missing or unreadable key gets the initial value.
+// The numbers that shape a plan; a missing or unreadable key in JSON leaves the initial value.
 struct UpmixParams {
     enum class LFEMode : uint8_t { off, split };
 
     double strength = 1.0;        // 0 to 1
-    double centerWidth = 0.0;     // 0 to 1: share of the centre moved out into L and R
+    double centerWidth = 0.0;     // 0 to 1: share of the centre moved to L and R
     double stage = 30.0;          // degrees: azimuth of a hard-panned direct source
-    double frontAmbience = 0.45;  // 0 to 1: share of ambience energy that stays in front
+    double frontAmbience = 0.45;  // 0 to 1: share of the ambience energy that stays in front
     double ambienceDB = 0.0;
     double sideDB = 0.0;      // Ls, Rs
     double rearDB = -3.0;     // Lrs, Rrs, Cs
     double wideDB = -3.0;     // Lw, Rw, Lc, Rc
-    double heightDB = -6.0;   // Ltm, Rtm, Tc, and the base of the other heights
-    double heightTilt = 0.0;  // dB, taken three times: front heights up, rear heights down
+    double heightDB = -6.0;   // Ltm, Rtm, Tc, and the base level for the other heights
+    double heightTilt = 0.0;  // dB, applied three times: raises front heights, lowers rear heights
     double surroundDelayMs = 0.0;
     double shelfHz = 0.0;        // 0 means none
     double shelfDB = 0.0;        // 0 means none
     double heightHPFHz = 150.0;  // 0 means none
     double roomMs = 10.0;
-    double focus = 1.0;  // ratio, floored at 0.1 by the planner
+    double focus = 1.0;  // ratio; the planner uses at least 0.1
     LFEMode lfe = LFEMode::off;
-    double lfeHz = 120.0;  // floored at 20 by the planner
-    double lfeDB = 0.0;    // on top of a fixed -10 dB
-    bool exact = false;    // fold-down exact plan
+    double lfeHz = 120.0;  // the planner uses at least 20
+    double lfeDB = 0.0;    // added to a fixed -10 dB
+    bool exact = false;    // whether the plan's fold-down is exact
 
     bool operator==(const UpmixParams&) const = default;
 };
@@ -48,11 +48,11 @@ inline constexpr std::array<UpmixPreset, 6> allUpmixPresets = {UpmixPreset::musi
 std::string_view rawValue(UpmixPreset preset);
 std::optional<UpmixPreset> upmixPresetFromRaw(std::string_view raw);
 std::string_view displayName(UpmixPreset preset);
-// One line of help, shown wherever the preset can be picked.
+// One line of help, shown wherever the preset can be chosen.
 std::string_view description(UpmixPreset preset);
 UpmixParams params(UpmixPreset preset);
 
-// The user's choice. Edited numbers are kept apart from the preset.
+// The user's choice. Edited numbers are stored apart from the preset.
 struct UpmixSettings {
     bool enabled = false;
     UpmixPreset preset = UpmixPreset::music;
@@ -68,9 +68,9 @@ struct UpmixRequest {
     bool operator==(const UpmixRequest&) const = default;
 };
 
-// JSON: objects with the field names as keys, enumerations by raw value. Reading never fails: a key that is missing
-// or of the wrong type, or anything but an object, gives the initial values. Settings without readable `params`
-// get those of their preset.
+// JSON: objects with the field names as keys and enumerations by raw value. Reading never fails: a missing key, a key
+// of the wrong type, or anything but an object leaves the initial values. Settings without readable `params` get those
+// of their preset.
 void to_json(nlohmann::json& json, const UpmixParams& params);
 void from_json(const nlohmann::json& json, UpmixParams& params);
 void to_json(nlohmann::json& json, const UpmixSettings& settings);

@@ -1,4 +1,4 @@
-// AudioFileInfo: the facts of an audio file and how its channels are read; `load` is the system's one probe.
+// AudioFileInfo: the facts of an audio file and the meaning of its channels; `load` is the program's only probe.
 #pragma once
 
 #include <array>
@@ -22,13 +22,13 @@ struct AudioFileInfo {
     int bitDepth = 0;  // 0 for compressed formats
     bool isFloat = false;
     std::string codec;             // "PCM", "MP3", "AAC", "ALAC", "FLAC", "Opus" or "Compressed"
-    std::vector<uint32_t> labels;  // channel labels, possibly empty
+    std::vector<uint32_t> labels;  // channel labels, may be empty
     SourceFormat detected = SourceFormat::discrete(0);
     std::optional<std::string> bextDescription;
 
     bool operator==(const AudioFileInfo&) const = default;
 
-    // The extensions treated as audio, lower case, without the dot.
+    // The extensions of files that count as audio, lower case, without the dot.
     static constexpr std::array<std::string_view, 15> audioExtensions = {
         "wav", "wave", "bwf", "aif", "aiff", "aifc", "caf", "mp3", "m4a", "aac", "flac", "amb", "w64", "rf64", "mp4"};
     static bool isAudioPath(const std::filesystem::path& path);

@@ -1,4 +1,4 @@
-// The tags of a file (ID3, Vorbis comments, MP4 and AIFF texts) by the names that their formats share.
+// Reads the tags of a file (ID3, Vorbis comments, MP4 and AIFF texts) under names that are common to all formats.
 #pragma once
 
 #include <filesystem>
@@ -15,9 +15,9 @@ struct ContainerTag {
     std::string value;  // UTF-8, as stored
 };
 
-// In the order of the file; a comment stands for the description of a file that has none. Reads headers only. Calls
-// `stop` before each read and ends at the first true with the tags read so far, usually none; it can't cut a single
-// slow read short. Never fails: a file that can't be opened or isn't known has no tags.
+// Returns the tags in file order; a comment replaces a missing description. Reads headers only. Calls `stop` before
+// each read and at the first true returns the tags read so far, usually none; it can't interrupt a single slow read.
+// Never fails: a file that can't be opened or isn't known has no tags.
 std::vector<ContainerTag> containerTags(const std::filesystem::path& path, const std::function<bool()>& stop);
 
 }  // namespace brindlehum

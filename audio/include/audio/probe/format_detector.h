@@ -1,4 +1,4 @@
-// FormatDetector: decides how the channels of a file are to be read, from layout facts first and names second.
+// FormatDetector: decides what the channels of a file mean, first by its layout, then by its name.
 #pragma once
 
 #include <cstdint>
@@ -9,7 +9,7 @@
 
 namespace brindlehum::FormatDetector {
 
-// `layoutTag` is 0 without a layout. Pure; can't fail.
+// `layoutTag` is 0 when there is no layout. Pure; can't fail.
 SourceFormat detect(const std::filesystem::path& path, int channels, const std::vector<uint32_t>& labels,
                     uint32_t layoutTag);
 

@@ -7,8 +7,8 @@
 
 namespace brindlehum::RIFFReader {
 
-// The trimmed Description field of the first `bext` chunk among the first 64 chunks of a RIFF, RF64 or BW64
-// file; none for any other file, without a `bext` chunk, or when it is blank. Blocking I/O, can't fail.
+// The trimmed Description field of the first `bext` chunk among the first 64 chunks of a RIFF, RF64 or BW64 file. None
+// for any other file, without a `bext` chunk, or when the field is blank. Blocking I/O, can't fail.
 std::optional<std::string> bextDescription(const std::filesystem::path& path);
 
 }  // namespace brindlehum::RIFFReader

@@ -1,4 +1,4 @@
-// Channel layout facts of a container, and their translation to speakers and to the WAVE channel mask.
+// The channel layout that a container states, and its translation to speakers and to the WAVE channel mask.
 //
 // Layout tags and channel labels are the numbers that CAF, AIFF and QuickTime files store in their `chan` chunk.
 #pragma once
@@ -12,8 +12,8 @@
 
 namespace brindlehum {
 
-// The facts as a container states them. With `tag` 0 the labels are in `descriptions`; with 0x10000 `bitmap` has the
-// bits of a WAVE dwChannelMask; any other tag stands for a fixed list of labels.
+// The layout as the container states it. With `tag` 0 the labels are in `descriptions`; with 0x10000 `bitmap` holds the
+// bits of a WAVE dwChannelMask; any other tag means a fixed list of labels.
 struct ChannelLayout {
     uint32_t tag = 0;
     uint32_t bitmap = 0;
@@ -25,10 +25,10 @@ namespace ChannelLabels {
 inline constexpr uint32_t useDescriptions = 0;
 inline constexpr uint32_t useBitmap = 0x10000;
 
-// The labels of a layout in channel order; empty without a layout, for discrete and Ambisonic tag families, and
-// for a tag or bitmap that isn't known.
+// The labels of a layout in channel order; empty without a layout, for discrete and Ambisonic tag families, and for an
+// unknown tag or bitmap.
 std::vector<uint32_t> labels(const std::optional<ChannelLayout>& layout);
-// Speakers of the labels; none when a label is unknown or two labels mean the same speaker.
+// The speakers that the labels name; none when a label is unknown or two labels name the same speaker.
 std::optional<SpeakerList> speakers(const std::vector<uint32_t>& labels);
 }  // namespace ChannelLabels
 

@@ -1,4 +1,4 @@
-// SourceFormat: how the channels of a file are to be understood.
+// SourceFormat: the meaning of a file's channels.
 #pragma once
 
 #include <string>
@@ -14,20 +14,20 @@ enum class AmbiNorm : uint8_t { sn3d, n3d, fuma };
 std::string_view rawValue(AmbiNorm norm);
 std::optional<AmbiNorm> ambiNormFromRaw(std::string_view raw);
 
-// Spherical-harmonic components: ACN order with sn3d and n3d, W X Y Z with fuma.
+// Spherical-harmonic components: in ACN order with sn3d and n3d, W X Y Z with fuma.
 struct Ambisonic {
     int order = 1;
     AmbiNorm norm = AmbiNorm::sn3d;
     bool operator==(const Ambisonic&) const = default;
 };
 
-// Channels without any spatial meaning.
+// Channels without spatial meaning.
 struct Discrete {
     int channels = 0;
     bool operator==(const Discrete&) const = default;
 };
 
-// A plain value; comparison is structural, the order of a speaker list included.
+// A plain value, compared by its content, including the order of a speaker list.
 class SourceFormat {
 public:
     static SourceFormat speakers(SpeakerList list) { return SourceFormat(std::move(list)); }
@@ -43,7 +43,7 @@ public:
 
     // "Stereo", "5.1 Film", "AmbiX 1st order", "7-ch discrete": for menus and file information.
     std::string displayName() const;
-    // The interpretations offered for a channel count; the first is the default. Empty below 1 channel.
+    // The formats offered for a channel count; the first is the default. Empty below 1 channel.
     static std::vector<SourceFormat> options(int channels);
 
     bool operator==(const SourceFormat&) const = default;

@@ -1,4 +1,4 @@
-// Speaker positions, speaker layouts and directions: the vocabulary for channels everywhere else.
+// Speaker positions, speaker layouts and directions, which all other parts use to describe channels.
 #pragma once
 
 #include <array>
@@ -28,7 +28,7 @@ inline constexpr int speakerCount = 20;
 
 using SpeakerList = std::vector<SpeakerID>;
 
-// True for a list with Lrs or Rrs: there Ls and Rs are side speakers (90 degrees, "Lss" and "Rss").
+// True for a list with Lrs or Rrs. In such a list Ls and Rs are side speakers (90 degrees, "Lss" and "Rss").
 bool isRearLayout(const SpeakerList& list);
 
 std::string_view rawValue(SpeakerID speaker);
@@ -43,7 +43,7 @@ inline constexpr std::array<LayoutID, 7> allLayouts = {LayoutID::stereo, LayoutI
 std::string_view rawValue(LayoutID layout);
 std::optional<LayoutID> layoutFromRaw(std::string_view raw);
 std::string_view displayName(LayoutID layout);
-// Channel order of the layout: the order in which output channels are counted everywhere.
+// The channel order of the layout, in which output channels are counted everywhere.
 const SpeakerList& speakers(LayoutID layout);
 // The film order (centre second, LFE after the bed) of 5.1, 7.1 and 7.1.4; null for the other layouts.
 const SpeakerList* filmOrder(LayoutID layout);

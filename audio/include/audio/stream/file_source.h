@@ -23,8 +23,8 @@ public:
 
 private:
     std::unique_ptr<AudioFile> file_;
-    std::vector<float*> planes_;   // one a channel of the file
-    std::vector<float> unwanted_;  // takes the channels that the caller doesn't ask for
+    std::vector<float*> planes_;   // one per channel of the file
+    std::vector<float> unwanted_;  // receives the channels that the caller doesn't ask for
 };
 
 }  // namespace brindlehum

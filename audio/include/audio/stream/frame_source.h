@@ -1,4 +1,4 @@
-// FrameSource: anything that delivers planar float frames at a given position.
+// FrameSource: the interface of everything that delivers planar float frames at a given position.
 #pragma once
 
 #include <cstdint>
@@ -8,7 +8,7 @@
 
 namespace brindlehum {
 
-// Shape of the frames: deinterleaved 32-bit float.
+// The shape of the frames: deinterleaved 32-bit float.
 struct ProcessingFormat {
     double sampleRate = 0;  // Hz
     int channels = 0;
@@ -20,8 +20,8 @@ public:
     virtual ~FrameSource() = default;
     virtual ProcessingFormat processingFormat() const = 0;
     virtual int64_t length() const = 0;
-    // Fills `planes` (`planeCount` of them; those beyond the source's channels are cleared) from `position`.
-    // Returns the frames delivered: 0 at or past the end and on any error. One thread at a time.
+    // Fills `planeCount` planes from `position`; planes beyond the source's channels are cleared. Returns the frames
+    // delivered: 0 at or past the end and on any error. One thread at a time.
     virtual int read(float* const* planes, int planeCount, int64_t position, int frames) = 0;
 };
 

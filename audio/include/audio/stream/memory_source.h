@@ -1,4 +1,4 @@
-// MemorySource: arrays in memory as a frame source, with a metronome.
+// MemorySource: a frame source over arrays in memory, with a metronome.
 #pragma once
 
 #include <cstdint>
@@ -14,10 +14,10 @@ struct Click {
     bool accent = false;
 };
 
-// Arrays in memory, with metronome clicks mixed into the first two channels on request.
+// Plays arrays from memory, with metronome clicks mixed into the first two channels on request.
 class MemorySource : public FrameSource {
 public:
-    // One equally long array a channel; throws std::invalid_argument for unequal ones.
+    // Takes one array per channel, all equally long; throws std::invalid_argument for unequal ones.
     MemorySource(std::vector<std::vector<float>> channels, double sampleRate, std::vector<Click> clicks = {});
     ProcessingFormat processingFormat() const override;
     int64_t length() const override;

@@ -1,4 +1,4 @@
-// StreamReader: one thread that pulls frames from a source, converts their rate and fills a ring.
+// StreamReader: runs a thread that pulls frames from a source, converts their rate and fills a ring.
 #pragma once
 
 #include <cstdint>
@@ -12,14 +12,14 @@
 
 namespace brindlehum {
 
-// Owned through std::shared_ptr: the thread holds a reference while it runs. The ring lives as long as the
-// reader; its owner must keep the reader until the render side has let go of the ring.
+// Owned through std::shared_ptr: the thread holds a reference while it runs. The ring lives as long as the reader, so
+// the owner must keep the reader until the render side no longer uses the ring.
 class StreamReader : public std::enable_shared_from_this<StreamReader> {
 public:
-    // Plays frames `start` to `end` of the source at `outputRate` (Hz). With `loop` it runs from `start` into the loop
-    // from loopStart to loopEnd (half-open) and repeats that forever. Both ranges are cut to the source, and an empty
-    // loop is none. Rates within 0.5 Hz count as equal. Throws Error: 1 channel count outside 1 to 64,
-    // 2 no ring, 3 no buffer, 4 no converter.
+    // Plays frames `start` to `end` of the source at `outputRate` (Hz). With `loop` it plays from `start` into the loop
+    // from loopStart to loopEnd (half-open) and repeats that forever. Both ranges are cut to the source; an empty loop
+    // doesn't loop. Rates within 0.5 Hz count as equal. Throws Error: 1 channel count outside 1 to 64, 2 no ring, 3 no
+    // buffer, 4 no converter.
     StreamReader(std::unique_ptr<FrameSource> source, double outputRate, int64_t start, int64_t end, bool loop,
                  int64_t loopStart, int64_t loopEnd);
     ~StreamReader();
@@ -29,26 +29,26 @@ public:
     mn_ring* ring() const noexcept { return ring_.get(); }
     int channels() const noexcept { return channels_; }
 
-    // Pulls one block of up to 4096 frames into the ring, which must have room for it; false when the stream is
-    // over. For prefilling before start(), by the thread that made the reader.
+    // Pulls one block of up to 4096 frames into the ring, which must have room for it; returns false when the stream is
+    // over. Prefills the ring before start(), on the thread that made the reader.
     bool fillOnce();
-    // Starts the thread "Brindlehum.StreamReader" (cut to what the system allows), which keeps 1.5 s of audio queued
-    // and ends by itself with the stream. Once. Throws Error (ring) when no thread can be had.
+    // Starts the thread "Brindlehum.StreamReader" (cut to the system's limit), which keeps 1.5 s of audio queued and
+    // ends with the stream. Call once. Throws Error (ring) when no thread can be started.
     void start();
     // Ends the thread at its next turn; the ring stays. Any thread, returns at once.
     void cancel();
     bool isCancelled() const;
 
 private:
-    // Planes of 4096 frames in one piece of memory.
+    // Planes of 4096 frames in one block of memory.
     struct Planes {
         void allocate(int channels);
         std::vector<float> samples;
-        std::vector<float*> planes;  // one a channel
+        std::vector<float*> planes;  // one per channel
     };
     struct Block {
         int frames = 0;
-        int64_t start = 0;  // source frame of the first
+        int64_t start = 0;  // source frame of the first one
     };
     struct RingDeleter {
         void operator()(mn_ring* ring) const noexcept { mn_ring_destroy(ring); }
@@ -67,7 +67,7 @@ private:
     std::unique_ptr<FrameSource> source_;
     std::unique_ptr<Resampler> converter_;
     Planes in_;
-    Planes out_;        // with a converter only
+    Planes out_;        // used only with a converter
     double ratio_ = 1;  // source rate / output rate
     int64_t endFrame_ = 0;
     bool loop_ = false;

@@ -1,4 +1,4 @@
-// Waveform overviews: min/max buckets of a whole file, filled in the background, and a cache of finished ones.
+// Waveform overviews: min/max buckets of a whole file, filled in the background, and a cache of finished overviews.
 #pragma once
 
 #include <cstdint>
@@ -15,13 +15,13 @@
 
 namespace brindlehum {
 
-// An immutable snapshot that may be partial: entries at or past loadedBuckets are 0.
+// An immutable snapshot that may be partial: entries from loadedBuckets on are 0.
 struct WaveformData {
-    int channels = 0;          // lanes held, at most 16
-    int64_t bucketFrames = 1;  // source frames a bucket
+    int channels = 0;          // number of lanes, at most 16
+    int64_t bucketFrames = 1;  // source frames per bucket
     int bucketCount = 0;
     int loadedBuckets = 0;
-    std::vector<std::vector<float>> mins;  // a lane, then bucketCount values
+    std::vector<std::vector<float>> mins;  // indexed by lane, then bucket
     std::vector<std::vector<float>> maxs;
 
     bool isComplete() const { return loadedBuckets >= bucketCount; }
@@ -31,23 +31,23 @@ using WaveformPtr = std::shared_ptr<const WaveformData>;
 class WaveformLoader {
 public:
     using Update = std::function<void(WaveformPtr)>;
-    // Called once, in the background. Throws Error when the source can't be opened.
+    // Opens the source; called once, in the background. Throws Error when the source can't be opened.
     using Open = std::function<std::unique_ptr<FrameSource>()>;
     // Seconds on a steady clock.
     using Clock = std::function<double()>;
 
-    // Reads the file through `background`, hands growing snapshots (at most one in 0.12 s, then the complete one)
-    // to `onUpdate` through `main`. A file that can't be opened gives no update; one that breaks off counts as
-    // complete with zeros at its end.
+    // Reads the file through `background` and calls `onUpdate` through `main` with growing snapshots, at most one per
+    // 0.12 s, and then with the complete one. A file that can't be opened causes no update; one that breaks off counts
+    // as complete with zeros at its end.
     static std::shared_ptr<WaveformLoader> load(const std::filesystem::path& path, Update onUpdate,
                                                 const Executor& background, const Executor& main);
     static std::shared_ptr<WaveformLoader> load(Open open, Update onUpdate, const Executor& background,
                                                 const Executor& main, Clock now);
-    // The whole overview on the caller's thread. Throws Error when the file can't be opened.
+    // Computes the whole overview on the caller's thread. Throws Error when the file can't be opened.
     static WaveformPtr overview(const std::filesystem::path& path);
     static WaveformPtr overview(FrameSource& source);
 
-    // No update follows once this has returned on the main thread. Any thread.
+    // After this has returned on the main thread, no update follows. Any thread.
     void cancel();
     bool isCancelled() const;
 
@@ -56,7 +56,7 @@ private:
     bool cancelled_ = false;
 };
 
-// The last 48 finished overviews, first in, first out by time of storing. Main thread only.
+// The last 48 finished overviews; the one stored first is dropped first. Main thread only.
 class WaveformCache {
 public:
     static WaveformCache& shared();

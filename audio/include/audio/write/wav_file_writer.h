@@ -1,7 +1,7 @@
 // WavFileWriter: 24-bit WAVE files with a channel mask and a Broadcast Wave description, written in one pass.
 //
-// RIFF with WAVE_FORMAT_EXTENSIBLE (mmreg.h) and a version 1 `bext` chunk (EBU Tech 3285); the samples start at byte
-// 678. There is no 64-bit form: samples beyond the 4 GB of RIFF are refused.
+// The form is RIFF with WAVE_FORMAT_EXTENSIBLE (mmreg.h) and a version 1 `bext` chunk (EBU Tech 3285); the samples
+// start at byte 678. There is no 64-bit form: samples beyond RIFF's 4 GB are refused.
 #pragma once
 
 #include <cstdint>
@@ -18,37 +18,37 @@ namespace brindlehum {
 class Pcm24Encoder;
 
 // One thread at a time. All calls do blocking I/O and throw Error: wavSizeLimit at the 4 GB limit, other with the
-// system's reason for anything else. After an Error from `append` the blocks before it stay, and `finish` still makes
-// a whole file of them; without `finish` the sizes in the header stay 0.
+// system's reason for anything else. After an Error from `append` the earlier blocks stay, and `finish` still makes a
+// valid file of them. Without `finish` the sizes in the header stay 0.
 class WavFileWriter {
 public:
-    // The largest count of sample bytes: 65,536 below the range of 32 bits, which leaves room for header and padding.
+    // The most sample bytes: 65,536 less than 32 bits can count, which leaves room for header and padding.
     static constexpr uint64_t maxDataBytes = 0xFFFEFFFF;
     static constexpr int maxChannels = 21845;
 
-    // Creates the file (replacing an existing one) and its parent folders, and writes the header. `sampleRate` in Hz
-    // is stored as the nearest whole number; `channels` is 1 to maxChannels, and channels x rate x 3 fits in 32 bits
-    // (else Error); `mask` is a dwChannelMask; `description` is cut after 256 bytes of UTF-8.
+    // Creates the file (replacing an existing one) and its parent folders, and writes the header. Stores `sampleRate`
+    // in Hz as the nearest integer. `channels` is 1 to maxChannels, and channels x rate x 3 must fit in 32 bits (else
+    // Error); `mask` is a dwChannelMask; `description` is cut after 256 bytes of UTF-8.
     WavFileWriter(const std::filesystem::path& path, double sampleRate, int channels, uint32_t mask,
                   std::string_view description);
-    // The same into any sink.
+    // The same, written to any sink.
     WavFileWriter(std::unique_ptr<ByteSink> sink, double sampleRate, int channels, uint32_t mask,
                   std::string_view description);
     ~WavFileWriter();
     WavFileWriter(WavFileWriter&&) noexcept;
     WavFileWriter& operator=(WavFileWriter&&) noexcept;
 
-    // Appends `frames` frames (below 1: nothing) from one pointer a channel. Missing channels are silent, more than the
-    // file's are ignored. A sample of 1.0 or above, or not a number, becomes 0x7FFFFF, -1.0 or below -0x7FFFFF.
-    // A block that would pass maxDataBytes is refused as a whole.
+    // Appends `frames` frames (below 1: nothing) from one pointer per channel. Missing channels are silent; channels
+    // beyond the file's are ignored. A sample of 1.0 or above, or not a number, becomes 0x7FFFFF; -1.0 or below becomes
+    // -0x7FFFFF. Refuses a whole block that would pass maxDataBytes.
     void append(std::span<const float* const> planes, int64_t frames);
 
-    // Appends whole channels as long as the first, in blocks of 65536 frames. Throws std::invalid_argument when a
-    // channel is shorter than the first.
+    // Appends whole channels, each cut to the length of the first, in blocks of 65536 frames. Throws
+    // std::invalid_argument when a channel is shorter than the first.
     void appendAll(const std::vector<std::vector<float>>& channels);
 
-    // Pads, writes the sizes and closes; with `sync` the file is on the disk afterwards, fit to be renamed over
-    // another. Nothing may be called after it.
+    // Pads, writes the sizes and closes the file. With `sync` the file is on the disk afterwards, ready to be renamed
+    // over another. Call nothing after it.
     void finish(bool sync = false);
 
     uint64_t dataBytes() const { return dataBytes_; }

@@ -9,9 +9,9 @@
 
 namespace brindlehum::MixBuilder {
 
-// The matrix from `channels` source channels, which mean `source`, to a device of `deviceChannels` channels (at least 1
-// is assumed). `upmix` counts only where it is enabled and applies. Pure; any thread but the render thread, since an
-// Ambisonic source on speakers costs an AllRAD build.
+// The matrix from `channels` source channels, laid out as `source`, to a device of `deviceChannels` channels (values
+// below 1 count as 1). `upmix` is used only where it is enabled and applies. Pure; any thread but the render thread,
+// since an Ambisonic source on speakers costs an AllRAD build.
 MixConfig config(const SourceFormat& source, int channels, const OutputProfile& profile, int deviceChannels,
                  ListenMode listen, const Rotation& rotation, bool monoToCenter,
                  const std::optional<UpmixSettings>& upmix);

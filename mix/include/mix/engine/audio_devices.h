@@ -9,16 +9,16 @@
 
 namespace brindlehum {
 
-// Stateless: each call asks the system anew. Main thread. Nothing throws.
+// Stateless: each call asks the system again. Main thread. Nothing throws.
 class AudioDevices {
 public:
     explicit AudioDevices(AudioSystem& system) : system_(system) {}
     std::vector<AudioOutputDevice> allOutputs() const;
-    // "System Output" without a UID, "Unavailable device" for a UID that isn't there.
+    // Returns "System Output" without a UID, "Unavailable device" for a UID that no device has.
     std::string name(const std::optional<std::string>& uid) const;
     std::optional<uint32_t> deviceID(const std::string& uid) const;
     std::optional<uint32_t> defaultOutput() const;
-    // 0 for a device that isn't there.
+    // Returns 0 for a device that isn't there.
     int outputChannels(uint32_t id) const;
 
 private:

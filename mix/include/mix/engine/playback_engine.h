@@ -1,8 +1,8 @@
-// PlaybackEngine: the control half of playback. It opens the device, publishes rings and configurations to the
-// render side and retires what it replaced.
+// PlaybackEngine: the control half of playback. It opens the device, publishes rings and configurations to the render
+// side and keeps replaced objects alive until the render side is done with them.
 //
-// What crosses to the render side goes data first, pointer last, and is never edited afterwards: the ring of a
-// StreamReader, a mn_mix_config with its own copy of the matrix, a binaural stage and its filters.
+// Published objects (the ring of a StreamReader, a mn_mix_config with its own copy of the matrix, a binaural stage and
+// its filters) are completed first, then their pointer is stored, and they are never changed afterwards.
 #pragma once
 
 #include <functional>
@@ -24,40 +24,40 @@ class BinauralLoader;
 class EngineSeat;
 class RenderWatch;
 
-// Main thread, every call. Owners that share the engine reach it through an EngineSeat each.
+// Main thread for every call. Each owner that shares the engine uses it through its own EngineSeat.
 class PlaybackEngine {
 public:
-    // Seconds that an object taken out of the audio path stays alive; longer when the device stands still.
+    // Seconds that an object stays alive after it left the audio path; longer while the device makes no progress.
     static constexpr double retirement = 3.0;
     // Seconds that the device stays warm after the last stop.
     static constexpr double idleDelay = 20.0;
-    // Seconds that a device gets at most to fade out before another one is opened.
+    // The most seconds that a device gets to fade out before another one is opened.
     static constexpr double maxFadeOut = 0.1;
 
-    // Makes the binaural stage for a rate (Hz), on a background thread; throws when there is no HRTF set.
+    // Makes the binaural stage for a rate (Hz). Runs on a background thread; throws when there is no HRTF set.
     using StageMaker = std::function<std::shared_ptr<BinauralStage>(double sampleRate)>;
 
-    // Starts to load the binaural stage for 48 kHz at once: it should be ready before headphones are chosen.
+    // Starts at once to load the binaural stage for 48 kHz, so that it is ready when headphones are chosen.
     PlaybackEngine(AudioSystem& audio, MainLoop& loop, StageMaker makeStage = sharedSetStage);
     ~PlaybackEngine();
 
-    // Opens the device with this UID; the system's default device without a UID, or when no such device is there. Does
-    // nothing when that device is open already and `force` isn't set. A default device that stands in for an absent one
-    // is given up once that one is back. Throws Error (device), and no device is open then.
+    // Opens the device with this UID. Without a UID, or when no such device exists, opens the system's default device.
+    // Does nothing when that device is open already and `force` isn't set. When the default device stands in for an
+    // absent one, the next call opens the absent one if it is back. Throws Error (device), and no device is open then.
     void configure(const std::optional<std::string>& deviceUID, bool force);
     // Publishes a configuration; the next block fades to it. A binaural configuration waits until its stage has been
-    // loaded: till then the output is silent and the stream stands still.
+    // loaded: until then the output is silent and the stream doesn't advance.
     void setConfig(const MixConfig& config);
-    // Publishes the reader's ring, starts its thread and the device. Throws Error, and nothing plays then.
+    // Publishes the reader's ring, starts the reader's thread and the device. Throws Error, and nothing plays then.
     void play(std::shared_ptr<StreamReader> reader, double startPosition);
     // Silences within a block; the device goes idle 20 seconds later.
     void stop();
 
     bool isConfigured() const { return stream_ != nullptr; }
     bool isRunning() const;
-    // The current stream has been heard to its end.
+    // True once the current stream has been played to its end.
     bool finished() const;
-    // No HRTF set can be had for the current rate: binaural configurations stay silent.
+    // True when no HRTF set is available for the current rate: binaural configurations stay silent.
     bool binauralMissing() const;
     int deviceChannels() const { return deviceChannels_; }
     double sampleRate() const { return sampleRate_; }
@@ -66,8 +66,8 @@ public:
     const RenderContext& ctx() const { return *ctx_; }
     const AudioDevices& devices() const { return devices_; }
 
-    // Both are set by the seat that is taken, and may take or leave a seat.
-    // Called when the device has gone or changed; the next configure opens a device anew.
+    // The taken seat sets both callbacks. They may take or leave a seat.
+    // Called when the device has gone or changed; the next configure opens a device again.
     std::function<void()> onDeviceChange;
     // Called when binauralMissing() becomes true while a configuration waits.
     std::function<void()> onBinauralMissing;

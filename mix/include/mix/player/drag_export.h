@@ -1,4 +1,4 @@
-// DragExport: what a drag out of the player delivers.
+// DragExport: the kinds of file that a drag out of the player delivers.
 #pragma once
 
 #include <QObject>
@@ -13,13 +13,13 @@
 
 namespace brindlehum {
 
-// The rendered forms (beds, upmixes, binaural) join when the exporter lands.
+// Only the original so far; the rendered forms (beds, upmixes, binaural) need the exporter.
 enum class DragExport { original };
 
 std::string id(DragExport mode);
 std::string name(DragExport mode);
 
-// The drag out of the player: what is offered, what is chosen, and the file. Main thread.
+// The drag out of the player: the forms on offer, the chosen one, and its file. Main thread.
 class DragOut : public QObject {
     Q_OBJECT
 public:
@@ -29,9 +29,9 @@ public:
     std::vector<DragExport> dragOptions() const { return {DragExport::original}; }
     DragExport dragExport() const { return mode_; }
     void setDragExport(DragExport mode);
-    // Falls back to the original when the loaded sound no longer offers what was chosen.
+    // Falls back to the original when the loaded sound no longer offers the chosen form.
     void checkDragExport();
-    // The file to hand over in a drag; none (and a message) when it can't be made.
+    // The file to hand over in a drag. Returns none, and shows a message, when it can't be made.
     std::optional<std::filesystem::path> exportForDrag(bool selectionOnly);
 
 Q_SIGNALS:

@@ -8,8 +8,8 @@
 
 namespace brindlehum {
 
-// One text a lane: the speakers' labels, the components of a sound field, or numbers from 1; empty for mono. A format
-// with fewer channels than the file gives fewer texts.
+// One text per lane: the speakers' labels, the components of a sound field, or numbers from 1; an empty text for mono.
+// A format with fewer channels than the file returns fewer texts.
 std::vector<std::string> laneLabels(const SourceFormat& format, int channels);
 
 }  // namespace brindlehum

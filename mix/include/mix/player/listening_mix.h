@@ -9,7 +9,7 @@
 
 namespace brindlehum {
 
-// All that a mix depends on.
+// Everything that a mix depends on.
 struct ListeningSnapshot {
     SourceFormat source = SourceFormat::stereo();
     int channels = 2;  // of the file
@@ -23,10 +23,10 @@ struct ListeningSnapshot {
 
 struct ListeningMix {
     MixConfig config;
-    bool standsIn = false;  // the stereo fold-down on both ears, for a binaural mix that can't be had
+    bool standsIn = false;  // true: the stereo fold-down on both ears, because the binaural mix isn't available
 };
 
-// Any thread but the render thread; costs an AllRAD build for a sound field on speakers.
+// Any thread but the render thread, since a sound field on speakers costs an AllRAD build.
 ListeningMix listeningMix(const ListeningSnapshot& snapshot);
 
 }  // namespace brindlehum

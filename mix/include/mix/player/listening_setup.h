@@ -11,7 +11,7 @@
 
 namespace brindlehum {
 
-// Main thread. A change is heard at once in the running sound, and never in another's: publishing takes the seat.
+// Main thread. A change is heard at once, and only in the player's own sound: publishing needs the taken seat.
 class ListeningSetup : public QObject {
     Q_OBJECT
 public:
@@ -25,7 +25,7 @@ public:
     double volumeDB() const { return volumeDB_; }
     const OutputProfile& profile() const { return settings_.activeProfile(); }
     bool monoToCenter() const { return settings_.value().monoToCenter; }
-    // Whether an upmix would fill speakers of the profile that the loaded sound leaves silent.
+    // True when an upmix would fill speakers of the profile that the loaded sound leaves silent.
     bool canUpmix() const;
     const AudioDevices& devices() const { return seat_.engine().devices(); }
     bool isDeviceOpen() const { return seat_.engine().isConfigured(); }
@@ -33,12 +33,12 @@ public:
     void setListen(ListenMode mode);
     void setRotation(const Rotation& rotation);
     void setUpmix(const UpmixSettings& upmix);  // stored in the settings
-    void setVolumeDB(double db);                // of all that the engine plays; NaN is ignored
+    void setVolumeDB(double db);                // of everything that the engine plays; NaN is ignored
     void selectProfile(const UUID& id);         // stored in the settings
 
-    // None without a sound.
+    // Returns none without a sound.
     std::optional<ListeningSnapshot> snapshot() const;
-    // Publishes the mix of the loaded sound, if there is a sound and a device. Tells the user when headphones get the
+    // Publishes the mix of the loaded sound, if there is a sound and a device. Shows a message when headphones get the
     // fold-down.
     void publish();
 

@@ -1,4 +1,4 @@
-// LoadedSound: the file on the player, what its channels mean, and its waveform.
+// LoadedSound: the file on the player, its channel layout, and its waveform.
 #pragma once
 
 #include <QObject>
@@ -14,8 +14,8 @@
 
 namespace brindlehum {
 
-// Main thread. The file is probed on the loader's queue; a newer load overtakes an older one. Until a probe has come
-// back, and when it fails, the sound before stays loaded.
+// Main thread. The file is probed on the loader's queue; a newer load replaces an older one. The previous sound stays
+// loaded until the probe succeeds, and when it fails.
 class LoadedSound : public QObject {
     Q_OBJECT
 public:
@@ -29,19 +29,19 @@ public:
     std::optional<SourceFormat> source() const;  // the override, else the detected format; none without a file
     std::vector<std::string> laneLabels() const;
 
-    // Loads the file, and asks to play it with `autoPlay`. The file that is loaded already is not read again.
+    // Loads the file, and emits playAsked with `autoPlay`. A file that is loaded already is not read again.
     void load(const std::filesystem::path& path, bool autoPlay);
-    // For a start that comes while another file is being probed: plays that file once it is loaded, instead of the
-    // sound that it replaces. False when none is being probed.
+    // Handles a start while another file is being probed: plays that file once it is loaded, instead of the sound that
+    // it replaces. Returns false when no file is being probed.
     bool playOnceLoaded();
-    // Holds until another file is loaded; none gives the detected format back.
+    // Lasts until another file is loaded; none restores the detected format.
     void setFormatOverride(std::optional<SourceFormat> format);
 
 Q_SIGNALS:
     void changed();
     void replacing();      // another file has been asked for
     void replaced();       // it is loaded now
-    void sourceChanged();  // the override of the loaded sound has changed or gone
+    void sourceChanged();  // the override of the loaded sound has been set, changed or cleared
     void playAsked();      // the sound is loaded, and its load asked to play it
     void failed(const std::string& text);
 

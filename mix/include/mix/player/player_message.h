@@ -12,7 +12,7 @@ class PlayerMessage : public QObject {
     Q_OBJECT
 public:
     const std::optional<std::string>& text() const { return text_; }
-    bool isProblem() const { return isProblem_; }  // else a notice of work that goes well
+    bool isProblem() const { return isProblem_; }  // false: a notice of successful work
 
     void notify(std::string text) { set(std::move(text), false); }
     void fail(std::string text) { set(std::move(text), true); }

@@ -17,7 +17,7 @@
 
 namespace brindlehum {
 
-// Main thread. Surfaces take the parts that they show.
+// Main thread. Views take the parts that they show.
 class PlayerModel : public QObject {
     Q_OBJECT
 public:
@@ -31,7 +31,7 @@ public:
     DragOut& dragOut() { return dragOut_; }
     PlayerMessage& message() { return message_; }
 
-    // What the application itself asks of the player; the parts say what each does.
+    // The calls that the application itself makes; the parts document each.
     void load(const std::filesystem::path& path, bool autoPlay) { sound_.load(path, autoPlay); }
     bool isPlaying() const { return transport_.isPlaying(); }
     void togglePlay() { transport_.togglePlay(); }
@@ -40,7 +40,7 @@ public:
     void profileChanged() { transport_.profileChanged(); }
     void notify(std::string text) { message_.notify(std::move(text)); }
 
-    // Where files are opened and streams prefilled, one after another; tests drain it.
+    // The queue on which files are opened and streams prefilled, one after another; tests drain it.
     Background& loader() { return loader_; }
 
 Q_SIGNALS:
@@ -55,7 +55,7 @@ private:
     ListeningSetup listening_;
     Transport transport_;
     DragOut dragOut_;
-    Background loader_;  // last, so that its work ends before what it works for
+    Background loader_;  // last member, so that its work ends before the parts that it uses are destroyed
 };
 
 }  // namespace brindlehum

@@ -1,4 +1,4 @@
-// PlayheadModel: the playhead on its own, so that its 30 updates a second redraw nothing else.
+// PlayheadModel: the playhead in an object of its own, so that its 30 updates a second redraw nothing else.
 #pragma once
 
 #include <QObject>

@@ -1,4 +1,4 @@
-// Transport: plays the loaded sound, and knows where.
+// Transport: plays the loaded sound and keeps track of the position.
 #pragma once
 
 #include <QObject>
@@ -17,12 +17,12 @@
 
 namespace brindlehum {
 
-// Main thread. A start opens its stream on the loader's queue; any later start or stop overtakes it.
+// Main thread. A start opens its stream on the loader's queue; any later start or stop cancels it.
 class Transport : public QObject {
     Q_OBJECT
 public:
-    // Opens a sound; called on the loader's queue, and throws what the user is told. `stop` may be asked at any time:
-    // once true, nobody wants the sound any more, and its reads should fail.
+    // Opens a sound. Called on the loader's queue; throws errors whose text is shown to the user. `stop` may be called
+    // at any time: once it returns true, the sound is no longer wanted and its reads should fail.
     using OpenSource = std::function<std::unique_ptr<FrameSource>(const std::filesystem::path& path,
                                                                   const std::function<bool()>& stop)>;
     static std::unique_ptr<FrameSource> openFile(const std::filesystem::path& path, const std::function<bool()>& stop);
@@ -33,28 +33,28 @@ public:
     bool isPlaying() const { return isPlaying_; }
     const std::optional<FrameRange>& selection() const { return selection_; }
     bool loop() const { return loops_; }
-    int64_t cueFrame() const { return cueFrame_; }  // where playing starts, and where a stop returns to
+    int64_t cueFrame() const { return cueFrame_; }  // playing starts here, and a stop returns here
     PlayheadModel& playhead() { return playhead_; }
     int64_t currentFrame() const { return playhead_.wholeFrame(); }
 
-    // Takes the engine's seat and plays from the frame, or from the cue.
+    // Takes the engine's seat and plays from the frame, or from the cue without one.
     void play(std::optional<int64_t> from);
-    // Puts the playhead back to the selection's start, or to the cue.
+    // Stops and puts the playhead back to the selection's start, or to the cue.
     void stopAndReturn();
     void togglePlay();
-    // Moves the cue and plays from there; a selection that doesn't hold the frame goes.
+    // Moves the cue and plays from there; clears a selection that doesn't contain the frame.
     void seek(int64_t frame);
-    // Plays the range; one of 10 ms and less only clears the selection.
+    // Selects and plays the range; a range of 10 ms or less only clears the selection.
     void select(std::optional<FrameRange> range);
     void clearSelection();
     void setLoop(bool loop);
 
-    // To rest, at the start of another sound.
+    // Stops and forgets cue and selection, before another sound is loaded.
     void reset();
-    // The active profile, or another setting that the sound goes through, may have changed: if so, takes a running
-    // stream over to it.
+    // Called when the active profile, or another setting that the sound is played through, may have changed: if one
+    // has, restarts a running stream with the new settings.
     void profileChanged();
-    // From the seat.
+    // Called by the seat.
     void deviceChanged();
     void seatLost();
 
@@ -72,7 +72,7 @@ private:
     bool openDevice(bool force, const std::string& failurePrefix = "");
     void startStream(const PlaySpan& span);
     void streamReady(std::shared_ptr<StreamReader> reader, int64_t start, double rate);
-    // The frame from which a playing or starting stream goes on; none at rest.
+    // The frame from which a playing or starting stream would resume; none at rest.
     std::optional<int64_t> resumeFrame() const;
     void rest();
     void stop();
@@ -92,7 +92,7 @@ private:
     bool loops_ = false;
     int64_t cueFrame_ = 0;
     std::optional<int64_t> starting_;  // the first frame of a stream that is being opened
-    Route route_;                      // the settings followed so far
+    Route route_;                      // the settings in use
     TimerHandle timer_;
     Background::Line starts_;
 };

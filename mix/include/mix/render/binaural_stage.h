@@ -19,17 +19,17 @@ public:
     static constexpr int sources = 32;
     static constexpr int partition = 256;  // frames
 
-    // Control side. Starts with every source straight ahead and silent input.
+    // Control side. At first every source is straight ahead and the input is silent.
     explicit BinauralStage(std::shared_ptr<const HRTFSet> hrtf);
     ~BinauralStage();
 
-    // Places the first directions.size() sources (degrees), faded over the next block; all others stay. Returns the set
-    // that it replaced, which the caller must keep until the render side has moved on (see keepFor). Control
-    // side; costs filter look-ups and transforms of directions not seen before.
+    // Places the first directions.size() sources (degrees), faded over the next block; all others stay. Returns the
+    // replaced set, which the caller must keep until the render side has moved on (see keepFor). Control side; costs
+    // filter look-ups, and transforms for new directions.
     struct FilterSet;
     std::shared_ptr<const FilterSet> setDirections(const std::vector<Direction>& directions);
 
-    // Frames that the stage rings on after its input has fallen silent.
+    // Frames that the stage keeps sounding after its input has fallen silent.
     int tailFrames() const { return tailFrames_; }
 
     // Render thread, or the control side while nothing renders.

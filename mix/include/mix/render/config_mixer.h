@@ -1,4 +1,4 @@
-// ConfigMixer: adds a block of source channels to its outputs as configurations say, crossfaded where they change.
+// ConfigMixer: adds a block of source channels to the outputs, crossfaded where the configuration changes.
 #pragma once
 
 #include <cstdint>
@@ -8,7 +8,7 @@
 
 namespace brindlehum {
 
-// Construction on the control side; mix and fade are real-time safe, on one thread at a time.
+// Construct on the control side; mix and fade are real-time safe, on one thread at a time.
 class ConfigMixer {
 public:
     static constexpr int maxFrames = 4096;
@@ -16,18 +16,18 @@ public:
     // frames of 16 planes would otherwise fall into the same few sets of the first-level cache and push each other out.
     static constexpr size_t planeStride = maxFrames + 272;
 
-    // The channels of a source, one plane each; none when there is nothing to mix.
+    // The channels of a source, one plane each; no planes when there is nothing to mix.
     struct Input {
         const float* const* planes = nullptr;
         int32_t channels = 0;
     };
-    // A configuration and the source that it mixes. Null is silence, and so is a source of another width than the
+    // A configuration and the source that it mixes. Silent when either is null or the source's width isn't the
     // configuration's: for an instant one of the two may be replaced before the other.
     struct Side {
         const mn_mix_config* config = nullptr;
         Input input;
     };
-    // Row r is added to plane r; null planes and rows beyond the last plane are dropped.
+    // Row r is added to plane r; rows for null planes and rows beyond the last plane are dropped.
     struct Outputs {
         float* const* planes = nullptr;
         int32_t count = 0;
@@ -40,10 +40,9 @@ public:
 
     ConfigMixer();
 
-    // A block in which nothing changes. Up to maxFrames frames.
+    // Mixes a block in which nothing changes, up to maxFrames frames.
     void mix(const Side& side, int32_t frames, const Destination& to) noexcept;
-    // A block that fades from one side to the other in straight lines; its last frame is all `after`. 1 to maxFrames
-    // frames.
+    // Mixes a block that fades linearly from `before` to `after`; its last frame is all `after`. 1 to maxFrames frames.
     void fade(const Side& before, const Side& after, int32_t frames, const Destination& to) noexcept;
 
 private:

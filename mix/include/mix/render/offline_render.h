@@ -1,4 +1,4 @@
-// OfflineRender: the device's own RenderContext driven by a clock that is as fast as it can be.
+// OfflineRender: runs the device's own RenderContext as fast as the processor allows.
 #pragma once
 
 #include <memory>
@@ -15,16 +15,16 @@ namespace brindlehum {
 class OfflineRender {
 public:
     // `reader` delivers frames at `sampleRate` (Hz) and hasn't been started or filled; blocks have 1 to
-    // RenderContext::maxFrames frames; `gain` is linear. Throws Error when the binaural stage has no HRTF set.
+    // RenderContext::maxFrames frames; `gain` is linear. Throws Error when a binaural configuration finds no HRTF set.
     OfflineRender(const MixConfig& config, std::shared_ptr<StreamReader> reader, double sampleRate, int deviceChannels,
                   int blockFrames, double gain);
 
-    // Renders the next block into planes() and returns its frames: fewer than a block where the stream ends, then those
-    // in which the binaural stage still sounds, then 0.
+    // Renders the next block into planes() and returns its frame count: fewer than a block where the stream ends, then
+    // the frames in which the binaural stage still sounds, then 0.
     int next();
     // Frames of the stream rendered so far.
     int64_t streamedFrames() const { return streamedFrames_; }
-    // One plane a device channel, valid until the next call of next().
+    // One plane per device channel, valid until the next call of next().
     const float* const* planes() const { return planes_.data(); }
 
 private:
@@ -34,7 +34,7 @@ private:
     RenderConfig config_;
     std::shared_ptr<StreamReader> reader_;
     int blockFrames_;
-    std::unique_ptr<BinauralStage> stage_;  // of a binaural configuration
+    std::unique_ptr<BinauralStage> stage_;  // for a binaural configuration
     RenderContext context_;
     std::vector<float> samples_;
     std::vector<float*> planes_;

@@ -1,7 +1,7 @@
-// RenderContext: the real-time half of playback, all state and buffers of the device callback.
+// RenderContext: the real-time half of playback, with all state and buffers of the device callback.
 //
-// The control side publishes a ring and a configuration through slots, data first, and keeps replaced ones alive (see
-// keepFor). Any change is crossfaded over the one block that meets it.
+// The control side publishes a ring and a configuration through slots, each completed before its pointer is stored, and
+// keeps replaced ones alive (see keepFor). Any change is crossfaded over the one block that meets it.
 #pragma once
 
 #include <array>
@@ -30,28 +30,27 @@ public:
     RenderContext(const RenderContext&) = delete;
     RenderContext& operator=(const RenderContext&) = delete;
 
-    // The device's render thread: neither allocates, locks, logs nor throws. Frames beyond 4096 stay silent.
+    // Device's render thread: never allocates, locks, logs or throws. Frames beyond 4096 stay silent.
     int32_t render(uint32_t frames, const DeviceBuffers& buffers) noexcept override;
 
-    // --- Cells that cross the threads.
+    // --- Cells shared by both threads.
     void setRing(mn_ring* ring) noexcept { mn_slot_store(ringSlot_, ring); }  // control
     void setConfig(const mn_mix_config* config) noexcept {                    // control
-        mn_slot_store(cfgSlot_, const_cast<mn_mix_config*>(config));          // render reads it as const again
+        mn_slot_store(cfgSlot_, const_cast<mn_mix_config*>(config));          // render only reads it, as const
     }
     double position() const noexcept { return mn_f64_load(position_); }  // source position of the last frame read
     void setPosition(double frame) noexcept { mn_f64_store(position_, frame); }  // control
-    bool finished() const noexcept { return mn_i64_load(finished_) != 0; }       // playback ran off the end
+    bool finished() const noexcept { return mn_i64_load(finished_) != 0; }       // playback has reached the end
     void clearFinished() noexcept { mn_i64_store(finished_, 0); }                // control
     void setGain(double linear) noexcept { mn_f64_store(gain_, linear); }        // control
     double gain() const noexcept { return mn_f64_load(gain_); }
 
-    // The stage that configurations with `to_binaural` sound through, published before the first of them; null for
-    // none, which loses their sound and nothing else. Keep a replaced stage as long as a replaced configuration.
-    // Control side.
+    // The stage that renders configurations with `to_binaural`. Publish it before the first of them; with null they are
+    // silent and all others still play. Keep a replaced stage as long as a replaced configuration. Control side.
     void setBinauralStage(BinauralStage* stage) noexcept { mn_slot_store(stageSlot_, stage); }
 
-    // Drops the last block's ring and configuration and everything that still rings in the stage. Control side, only
-    // while no render runs.
+    // Drops the last block's ring and configuration and all sound left in the stage. Control side, only while no render
+    // runs.
     void forgetPrevious() noexcept;
 
 private:
@@ -75,14 +74,14 @@ private:
     mn_i64* finished_;  // render sets 1, control sets 0
     mn_f64* gain_;      // written by control
 
-    // All that follows belongs to the render thread.
+    // All members below belong to the render thread.
     ConfigMixer mixer_;
     float lastGain_ = 1;  // at the end of the last block
     mn_ring* prevRing_ = nullptr;
     const mn_mix_config* prevCfg_ = nullptr;
     BinauralStage* prevStage_ = nullptr;
     Ears ears_;             // of the last configuration with to_binaural
-    int32_t tailLeft_ = 0;  // frames that the stage still rings on without one
+    int32_t tailLeft_ = 0;  // frames that the stage still rings on after its configuration was replaced
 
     AlignedArray<float> storage_;  // all planes of maxFrames below
     std::array<float*, maxSourceChannels> inA_{}, inB_{};
@@ -90,7 +89,7 @@ private:
     float* binL_ = nullptr;
     float* binR_ = nullptr;
     std::array<float*, maxDeviceChannels> dev_{};  // the device's planes of this block
-    int32_t deviceChannels_ = 0;                   // how many of them there are
+    int32_t deviceChannels_ = 0;                   // how many of them are in use
 };
 
 }  // namespace brindlehum

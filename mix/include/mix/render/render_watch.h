@@ -1,4 +1,4 @@
-// RenderWatch: counts the blocks that a device has rendered, and keepFor frees nothing before it has moved on.
+// RenderWatch: counts the blocks that a device has rendered, so that keepFor frees nothing that a block may still read.
 #pragma once
 
 #include <atomic>
@@ -11,7 +11,7 @@
 
 namespace brindlehum {
 
-// Stands between the device and the real target. Shared by all that retire objects of that target's audio path.
+// Sits between the device and the real target. Shared by everything that retires objects from that target's audio path.
 class RenderWatch : public RenderTarget {
 public:
     explicit RenderWatch(RenderTarget& target) : target_(target) {}
@@ -23,12 +23,12 @@ public:
         return status;
     }
 
-    // Whether the device may call. Control side.
+    // Sets whether the device may call. Control side.
     void setRunning(bool running) noexcept { running_ = running; }
     // Blocks rendered so far. Any thread.
     uint64_t blocks() const noexcept { return blocks_.load(std::memory_order_acquire); }
-    // Whether a block may still read an object that was unpublished when blocks() was `mark`. The block in hand may
-    // have loaded it, and the one after fades it out: two must have ended. Control side.
+    // Whether a block may still read an object that was unpublished when blocks() was `mark`. The current block may
+    // have loaded it, and the next one fades it out, so two blocks must have ended. Control side.
     bool mayStillUse(uint64_t mark) const noexcept { return running_ && blocks() - mark < 2; }
 
 private:
@@ -37,9 +37,9 @@ private:
     bool running_ = false;
 };
 
-// Keeps `object`, which has just been taken out of the audio path, for `seconds` and then lets go of it. A device
-// that stands still meanwhile (a suspended machine, a sound server that hangs) wakes up with the old pointers in
-// hand, so the wait is renewed until it has rendered on or has been paused. Main thread.
+// Keeps `object`, which has just been taken out of the audio path, for `seconds` and then releases it. A device that
+// stalls meanwhile (a suspended machine, a hanging sound server) wakes up with the old pointers, so the wait is renewed
+// until the device has rendered on or has been paused. Main thread.
 inline void keepFor(double seconds, MainLoop& loop, std::shared_ptr<const RenderWatch> watch, uint64_t mark,
                     std::shared_ptr<const void> object) {
     loop.later(seconds, [seconds, &loop, watch = std::move(watch), mark, object = std::move(object)] {
