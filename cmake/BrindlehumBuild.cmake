@@ -25,7 +25,7 @@ if(BRINDLEHUM_SANITIZE)
   add_compile_definitions(BRINDLEHUM_SANITIZED=1)
   # g++ 12 takes its own instrumentation for faults of the code: of variants, and of strings that are added.
   target_compile_options(brindlehum_flags INTERFACE
-    "$<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized;-Wno-array-bounds;-Wno-stringop-overread;-Wno-restrict>")
+    "$<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized;-Wno-array-bounds;-Wno-stringop-overread;-Wno-stringop-overflow;-Wno-restrict>")
 endif()
 
 # Headers that nearly every file of a kind includes, compiled once: Qt Widgets for ui/, GoogleTest
