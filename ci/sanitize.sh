@@ -13,11 +13,11 @@ asan)
     ctest --preset asan
     ;;
 tsan)
-    ci/build.sh tsan test_core test_dsp test_audio test_platform test_mix test_edits test_library
-    # What crosses threads: rings and cells, readers, queues, engine and player, the batch, catalog,
-    # scans and the library's model.
-    crossing='^(core|dsp|platform|mix)\.|^audio\.(Stream|Waveform|Frame)|^edits\.TempEditBatch'
-    ctest --preset tsan -R "$crossing|^library\.(Model|Edits|Scanner|CatalogSafety)"
+    ci/build.sh tsan test_core test_dsp test_audio test_platform test_settings test_mix test_edits test_library
+    # What crosses threads: rings and cells, readers, queues, stored settings, engine and player, the batch, catalog,
+    # scans and the parts of the library's model.
+    crossing='^(core|dsp|platform|mix)\.|^audio\.(Stream|Waveform|File)|^settings\.FileDefaults|^edits\.TempEditBatch'
+    ctest --preset tsan -R "$crossing|^library\.(CatalogSafety|Scanner|Library|Listing|Search|Roots|Edits)"
     ;;
 *)
     echo "usage: sanitize.sh asan|tsan" >&2
