@@ -13,25 +13,34 @@ import tempfile
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 
 
-def commands() -> list[dict]:
-    """The compile commands of the product, without what only g++ understands."""
+def commands(folder: str) -> list[dict]:
+    """The compile commands of the product for clang: its own warnings are left to g++, and a precompiled header is made
+    anew in `folder`, since clang can't read that of g++."""
+    header = pathlib.Path(folder) / "widgets.pch"
     known = json.loads((ROOT / "build/release/compile_commands.json").read_text(encoding="utf-8"))
     kept = []
     for entry in known:
         path = pathlib.Path(entry["file"]).relative_to(ROOT)
         if path.parts[0] in ("tests", "bench", "build", "cmake"):
             continue
-        entry["command"] = re.sub(r"-Winvalid-pch|-fpch-preprocess|-include \S*cmake_pch\.hxx", "", entry["command"])
-        kept.append(entry)
+        command = re.sub(r"-Winvalid-pch|-fpch-preprocess|-W\S+", "", entry["command"]) + " -w"
+        if "cmake_pch.hxx" in command:
+            command = re.sub(r"-include \S*cmake_pch\.hxx", "", command)
+            if not header.exists():
+                flags = re.sub(r"^.*?c\+\+ | -o \S+| -c \S+| -M\S+( \S+\.o(\.d)?)?", " ", command)
+                subprocess.run(f"clang++ {flags} -x c++-header {ROOT}/cmake/precompiled_widgets.h -o {header}", shell=True,
+                               cwd=entry["directory"], check=True)
+            command += f" -include-pch {header}"
+        kept.append(entry | {"command": command})
     return kept
 
 
 def main() -> int:
-    entries = commands()
-    files = [os.path.relpath(entry["file"], ROOT) for entry in entries]
-    if len(sys.argv) > 1:
-        files = [name for name in files if name in sys.argv[1:]]
     with tempfile.TemporaryDirectory() as folder:
+        entries = commands(folder)
+        files = [os.path.relpath(entry["file"], ROOT) for entry in entries]
+        if len(sys.argv) > 1:
+            files = [name for name in files if name in sys.argv[1:]]
         (pathlib.Path(folder) / "compile_commands.json").write_text(json.dumps(entries), encoding="utf-8")
 
         def check(name: str) -> tuple[int, str]:
