@@ -48,7 +48,7 @@ Tracked trackBeats(std::span<const float> env, std::span<const MapScore> map, do
     const auto last = int64_t(env.size()) - 1;
     if (last < 2) { return {}; }
     // A period under a frame has no beats, and steps that small might never advance.
-    const auto usable = [last](double period) { return period >= 1 && period <= 1e9; };
+    const auto usable = [](double period) { return period >= 1 && period <= 1e9; };
     const double firstPeriod = OnsetTime::period(localTempo(map, bpm, 0));
     if (!usable(firstPeriod)) { return {}; }
     const int64_t start = startingFrame(env, firstPeriod);

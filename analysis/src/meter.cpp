@@ -17,8 +17,6 @@ struct Grouping {
 };
 
 Grouping bestOffset(std::span<const double> accents, double spread, int group) {
-    double total = 0;
-    for (const double accent : accents) { total += accent; }
     Grouping best{group};
     for (int offset = 0; offset < group; ++offset) {
         double on = 0;

@@ -15,6 +15,7 @@ namespace brindlehum {
 namespace {
 
 // Takes a copy, because the call may replace or clear the callback itself.
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
 void notify(std::function<void()> callback) {
     if (callback) { callback(); }
 }

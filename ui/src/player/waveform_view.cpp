@@ -132,7 +132,7 @@ void WaveformView::feed(const WaveformGesture::Event& event, const QPoint& at) {
     // Until a cut of the file can be exported, a drag from inside the selection draws a new one.
     const Surface surface{double(width()), totalFrames_, selection_, false};
     const Step next = step(gesture_, event, surface);
-    const Gesture before = std::exchange(gesture_, next.next);
+    gesture_ = next.next;
     if (const auto* preview = std::get_if<Preview>(&next.action)) { showSelection(preview->range); }
     if (const auto* select = std::get_if<Select>(&next.action)) {
         showSelection(select->range);

@@ -3,7 +3,6 @@
 
 #include <QLocale>
 #include <algorithm>
-#include <ranges>
 
 #include "ui/look/path_text.h"
 #include "ui/look/plain_tool_tip.h"
@@ -46,10 +45,10 @@ void SidebarModel::setRows(int at, std::vector<SidebarRow> rows) {
     const auto isSame = [](const SidebarRow& a, const SidebarRow& b) { return a.kind == b.kind && a.value == b.value; };
     if (rows.size() != shown.size()) {
         const auto ahead = std::ranges::mismatch(shown, rows, isSame).in1 - shown.begin();
-        const auto behind = std::ranges::mismatch(shown | std::views::drop(ahead) | std::views::reverse,
-                                                  rows | std::views::drop(ahead) | std::views::reverse, isSame);
-        const int gone = int(behind.in1.base() - shown.begin() - ahead);
-        const int come = int(behind.in2.base() - rows.begin() - ahead);
+        const auto behind =
+            std::mismatch(shown.rbegin(), shown.rend() - ahead, rows.rbegin(), rows.rend() - ahead, isSame);
+        const int gone = int(behind.first.base() - shown.begin() - ahead);
+        const int come = int(behind.second.base() - rows.begin() - ahead);
         const int first = int(ahead);
         if (gone > 0) {
             beginRemoveRows(section(at), first, first + gone - 1);

@@ -38,7 +38,7 @@ QWidget* BannerStack::makeBanner(const Banner& banner) {
     return frame;
 }
 
-void BannerStack::setBanners(std::vector<Banner> banners) {
+void BannerStack::setBanners(const std::vector<Banner>& banners) {
     QStringList texts;
     for (const auto& banner : banners) { texts << banner.text + '\n' + banner.button; }
     if (texts == shown_) { return; }

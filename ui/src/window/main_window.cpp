@@ -214,7 +214,7 @@ void MainWindow::refreshBanners() {
              "Show Its Folder",
              [this] { model_.session().fileManager().openFolder(defaultCatalogFile().parent_path()); }});
     }
-    banners_->setBanners(std::move(banners));
+    banners_->setBanners(banners);
 }
 
 void MainWindow::openPath(const fs::path& path) {

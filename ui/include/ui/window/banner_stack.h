@@ -20,7 +20,7 @@ class BannerStack : public QWidget {
 public:
     explicit BannerStack(QWidget* parent = nullptr);
     // Does nothing if the texts are the same.
-    void setBanners(std::vector<Banner> banners);
+    void setBanners(const std::vector<Banner>& banners);
 
 private:
     QWidget* makeBanner(const Banner& banner);
