@@ -24,8 +24,9 @@ def commands(folder: str) -> list[dict]:
         if path.parts[0] in ("tests", "bench", "build", "cmake"):
             continue
         command = re.sub(r"-Winvalid-pch|-fpch-preprocess|-W\S+", "", entry["command"]) + " -w"
-        if "cmake_pch.hxx" in command:
-            command = re.sub(r"-include \S*cmake_pch\.hxx", "", command)
+        widgets = "precompiled_widgets.dir/cmake_pch.hxx" in command
+        command = re.sub(r"-include \S*cmake_pch\.hxx", "", command)
+        if widgets:
             if not header.exists():
                 flags = re.sub(r"^.*?c\+\+ | -o \S+| -c \S+| -M\S+( \S+\.o(\.d)?)?", " ", command)
                 subprocess.run(f"clang++ {flags} -x c++-header {ROOT}/cmake/precompiled_widgets.h -o {header}", shell=True,

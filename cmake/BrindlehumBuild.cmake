@@ -18,7 +18,8 @@ endif()
 
 add_library(brindlehum_flags INTERFACE)
 target_compile_options(brindlehum_flags INTERFACE
-  -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-qual -Werror)
+  -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-qual
+  -Wzero-as-null-pointer-constant -Werror)
 if(BRINDLEHUM_SANITIZE)
   add_compile_options(-fsanitize=${BRINDLEHUM_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
   add_link_options(-fsanitize=${BRINDLEHUM_SANITIZE})

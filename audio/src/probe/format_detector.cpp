@@ -33,8 +33,7 @@ bool allOfFamily(const std::vector<uint32_t>& labels, uint32_t family) {
 bool areBFormatLabels(const std::vector<uint32_t>& labels) {
     std::vector<uint32_t> sorted = labels;
     std::ranges::sort(sorted);
-    const auto repeats = std::ranges::unique(sorted);
-    sorted.erase(repeats.begin(), repeats.end());
+    sorted.erase(std::unique(sorted.begin(), sorted.end()), sorted.end());
     return sorted == std::vector<uint32_t>{200, 201, 202, 203};
 }
 

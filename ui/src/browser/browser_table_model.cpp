@@ -213,8 +213,7 @@ QMimeData* BrowserTableModel::mimeData(const QModelIndexList& indexes) const {
     std::vector<int> rows;
     for (const auto& at : indexes) { rows.push_back(at.row()); }
     std::ranges::sort(rows);
-    const auto repeated = std::ranges::unique(rows);
-    rows.erase(repeated.begin(), repeated.end());
+    rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
     std::vector<std::filesystem::path> files;
     for (const int row : rows) { files.push_back(entry(row).url); }
     return FileDrag::mimeData(files);
