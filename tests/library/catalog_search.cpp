@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "catalog_test.h"
+#include "platform/natural_order.h"
 
 namespace brindlehum::test {
 namespace {
@@ -156,8 +157,30 @@ protected:
         if (!rooted.empty()) { clauses.push_back("f.root IN (" + joined(rooted, ",") + ")"); }
         const std::string from = match ? "files f JOIN fts ON fts.rowid = f.id" : "files f";
         const std::string order = match ? "bm25(fts, 4.0, 1.0, 2.0)" : "f.path";
-        return plain.rows("SELECT f.path FROM " + from + " WHERE " + joined(clauses, " AND ") + " ORDER BY " + order +
-                          " LIMIT " + std::to_string(limit));
+        const std::string below = " FROM " + from + " WHERE " + joined(clauses, " AND ") + " ORDER BY " + order +
+                                  " LIMIT " + std::to_string(limit);
+        if (!match) { return plain.rows("SELECT f.path" + below); }
+        return tiesByName(plain.rows("SELECT f.path, printf('%!.17g', " + order + ")" + below));
+    }
+    // The paths of rows "path|rank", with equal ranks in natural order.
+    static Lines tiesByName(const Lines& rows) {
+        const QCollator collator = naturalCollator();
+        std::map<double, std::vector<std::string>> byRank;
+        for (const std::string& row : rows) {
+            byRank[std::stod(row.substr(row.rfind('|') + 1))].push_back(row.substr(0, row.rfind('|')));
+        }
+        Lines sorted;
+        for (auto& [rank, tied] : byRank) {
+            std::ranges::sort(tied, [&](const std::string& a, const std::string& b) {
+                const auto name = [](const std::string& path) {
+                    return QString::fromStdString(std::filesystem::path(path).filename());
+                };
+                const int order = collator.compare(name(a), name(b));
+                return order != 0 ? order < 0 : a < b;
+            });
+            sorted.insert(sorted.end(), tied.begin(), tied.end());
+        }
+        return sorted;
     }
     void checkFacets(Catalog& catalog, const Lines& of) {
         std::map<std::string, int64_t> byCategory, byLibrary;
@@ -212,6 +235,61 @@ TEST_F(CatalogSearch, FindsTheFilesOfAPlainTwinInTheOrderOfSQLite) {
     // An index entry without its file, as another program may leave it, counts in the ranking but isn't found.
     plain.exec("DELETE FROM files WHERE id % 3 = 0");
     for (const char* query : {"d", "do", "door", "w"}) {
+        EXPECT_EQ(paths(catalog.search({.query = query}, 2000)), ranked(plain, {.query = query}, 2000)) << query;
+    }
+}
+
+TEST_F(CatalogSearch, UnderstandsPhrasesAlternativesFieldsAndPartsOfWords) {
+    Catalog catalog(file);
+    const auto add = [&](const std::string& name, const std::string& description, const std::string& keywords) {
+        SoundMeta meta;
+        meta.description = description;
+        meta.keywords = keywords;
+        put(catalog, "/l/" + name + ".wav", "/l", meta);
+    };
+    add("Doorslam 10", "heavy wooden", "metal, sub-bass");
+    add("Doorslam 2", "heavy wooden", "metal, sub-bass");
+    add("Rain", "metal roof, wet street", "weather");
+    add("Gate", "street, wet", "Metallic");
+    const std::pair<std::string, Lines> table[] = {
+        {"heavy & wooden", {"Doorslam 2", "Doorslam 10"}},  // equal ranks
+        {"\"wet street\"", {"Rain"}},
+        {"\"we street\"", {}},
+        {"rain OR gate", {"Gate", "Rain"}},
+        {"wet rain OR nothing", {"Rain"}},
+        {"keywords:metal", {"Doorslam 2", "Doorslam 10", "Gate"}},
+        {"keywords:\"metal\" OR rain", {"Doorslam 2", "Doorslam 10", "Rain"}},
+        {"keywords:sub-bass", {"Doorslam 2", "Doorslam 10"}},
+        {"metal -keywords:metal", {"Rain"}},
+        {"name:rain", {"Rain"}},
+        {"name:metal", {}},
+        {"SLAM", {"Doorslam 2", "Doorslam 10"}},
+        {"eat", {"Rain"}},
+        {"la", {}},  // too short for a part
+        {"slam weather", {}},
+    };
+    for (const auto& [query, names] : table) {
+        Lines found;
+        for (const std::string& path : paths(catalog.search({.query = query}, 2000))) {
+            found.push_back(std::filesystem::path(path).stem());
+        }
+        // The table gives the files of one rank in natural order; the order of the ranks is FTS5's.
+        EXPECT_THAT(found, testing::UnorderedElementsAreArray(names)) << query;
+        const auto two = std::ranges::find(found, "Doorslam 2"), ten = std::ranges::find(found, "Doorslam 10");
+        EXPECT_TRUE(two == found.end() || two < ten) << query;
+    }
+}
+
+TEST_F(CatalogSearch, StepsAsideFromTablesThatRankOtherwise) {
+    for (int i = 0; i < 20; ++i) {
+        Catalog catalog(file);
+        writeSome(catalog);
+        catalog.settle();
+    }
+    PlainDatabase plain(file);
+    plain.exec("UPDATE short_hits SET hits = (SELECT hits FROM short_hits ORDER BY length(hits) DESC LIMIT 1)");
+    Catalog catalog(file);
+    for (const char* query : {"d", "do", "w", "7"}) {
         EXPECT_EQ(paths(catalog.search({.query = query}, 2000)), ranked(plain, {.query = query}, 2000)) << query;
     }
 }

@@ -7,6 +7,7 @@
 
 #include "catalog/database.h"
 #include "catalog/reader_pool.h"
+#include "catalog/short_check.h"
 #include "library/catalog/catalog.h"
 
 namespace brindlehum {
@@ -30,6 +31,7 @@ struct Catalog::Parts {
     void writeTexts();
     void expect(bool done);  // records a failure of the last statement
     ReaderPool readers;
+    ShortCheck shortCheck;
     std::atomic<uint64_t> interrupts = 0;  // a search ends when this changes after its start
 };
 

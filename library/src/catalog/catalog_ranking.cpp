@@ -10,8 +10,6 @@ namespace brindlehum {
 
 namespace {
 
-using Ids = std::optional<std::vector<int64_t>>;
-
 bool addFiles(const Database& database, const std::string& column, const std::string& value, FileSet& files) {
     Statement select(database, "SELECT id FROM files WHERE " + column + " = ?");
     for (select.bind(value); select.step();) {
@@ -43,7 +41,7 @@ bool narrowed(const Catalog::Filter& filter) {
 }
 
 // Lists all files that pass the filter, then ranks only those.
-Ids rankListed(const Database& database, const std::string& match, const Catalog::Filter& filter, int limit) {
+Ranking rankListed(const Database& database, const std::string& match, const Catalog::Filter& filter, int limit) {
     std::optional<FileSet> within;
     if (filter.category && !narrow(database, "category", {*filter.category}, within)) { return std::nullopt; }
     if (filter.library && !narrow(database, "library", {*filter.library}, within)) { return std::nullopt; }
@@ -70,41 +68,33 @@ Left left(const Database& database, const Catalog::Filter& filter) {
 }
 
 // Ranks all files, then tests the best ones against the filter one at a time. None when too few of them pass.
-Ids rankAndAsk(const Database& database, const std::string& match, const Catalog::Filter& filter, int limit,
-               int among) {
-    const Ids best = rankShort(database, match, among, std::nullopt);
+Ranking rankAndAsk(const Database& database, const std::string& match, const Catalog::Filter& filter, int limit,
+                   int among) {
+    const Ranking best = rankShort(database, match, among, std::nullopt);
     if (!best) { return std::nullopt; }
     const Conditions conditions = conditionsOf(filter);
     Statement select(database, "SELECT 1 FROM files f WHERE f.id = ? AND " + conditions.sql);
-    std::vector<int64_t> ids;
-    for (const int64_t id : *best) {
-        if (int(ids.size()) == limit) { break; }
-        select.bind(id);
+    std::vector<Ranked> passing;
+    for (const Ranked& file : *best) {
+        if (int(passing.size()) == limit) { break; }
+        select.bind(file.id);
         for (size_t i = 0; i < conditions.texts.size(); ++i) { select.set(int(i) + 2, conditions.texts[i]); }
-        if (select.step()) { ids.push_back(id); }
+        if (select.step()) { passing.push_back(file); }
         if (!select.ok()) { return std::nullopt; }
     }
-    const bool isAll = int(ids.size()) == limit || int(best->size()) < among;
-    return isAll ? std::optional(std::move(ids)) : std::nullopt;
+    const bool isAll = int(passing.size()) == limit || int(best->size()) < among;
+    return isAll ? Ranking(std::move(passing)) : std::nullopt;
 }
 
-Ids rankNarrowed(const Database& database, const std::string& match, const Catalog::Filter& filter, int limit) {
+Ranking rankNarrowed(const Database& database, const std::string& match, const Catalog::Filter& filter, int limit) {
     // Testing one file takes as long as listing some thirty.
     constexpr double asking = 32, spare = 1.25;
     const Left remaining = left(database, filter);
     const double among = limit / std::max(remaining.share(), 1e-6) * spare;
     if (among * asking < remaining.files) {
-        if (Ids ids = rankAndAsk(database, match, filter, limit, int(among) + 1)) { return ids; }
+        if (Ranking ranking = rankAndAsk(database, match, filter, limit, int(among) + 1)) { return ranking; }
     }
     return rankListed(database, match, filter, limit);
-}
-
-// Ranks ids alone, so that SQLite needn't sort whole rows.
-Ids rankAll(const Database& database, const std::string& match, int limit) {
-    Statement select(database, "SELECT rowid FROM fts WHERE fts MATCH ? ORDER BY bm25(fts, 4.0, 1.0, 2.0) LIMIT ?");
-    std::vector<int64_t> ids;
-    for (select.bind(match, limit); select.step();) { ids.push_back(select.integer(0)); }
-    return select.ok() ? std::optional(std::move(ids)) : std::nullopt;
 }
 
 std::string placeholders(size_t count) {
@@ -115,30 +105,33 @@ std::string placeholders(size_t count) {
 
 }  // namespace
 
+Ranking rankByEngine(const Database& database, const std::string& expression, int limit) {
+    Statement select(database, "SELECT rowid, bm25(fts, 4.0, 1.0, 2.0) FROM fts WHERE fts MATCH ? ORDER BY 2 LIMIT ?");
+    std::vector<Ranked> ranked;
+    for (select.bind(expression, limit); select.step();) { ranked.push_back({select.real(1), select.integer(0)}); }
+    return select.ok() ? Ranking(std::move(ranked)) : std::nullopt;
+}
+
 Conditions conditionsOf(const Catalog::Filter& filter) {
     Conditions conditions;
-    const auto add = [&](const std::string& sql) { conditions.sql += (conditions.sql.empty() ? "" : " AND ") + sql; };
-    const auto addText = [&](const std::string& sql, const std::string& text) {
-        add(sql);
-        conditions.texts.push_back(text);
-    };
-    if (filter.category) { addText("f.category = ?", *filter.category); }
-    if (filter.library) { addText("f.library = ?", *filter.library); }
-    if (!filter.roots.empty()) { add("f.root IN (" + placeholders(filter.roots.size()) + ")"); }
-    conditions.texts.insert(conditions.texts.end(), filter.roots.begin(), filter.roots.end());
-    if (filter.minRating >= 1) { add("f.rating >= " + std::to_string(filter.minRating)); }
+    if (filter.category) { conditions.add("f.category = ?", {*filter.category}); }
+    if (filter.library) { conditions.add("f.library = ?", {*filter.library}); }
+    if (!filter.roots.empty()) {
+        conditions.add("f.root IN (" + placeholders(filter.roots.size()) + ")", filter.roots);
+    }
+    if (filter.minRating >= 1) { conditions.add("f.rating >= " + std::to_string(filter.minRating)); }
     return conditions;
 }
 
-Ids rankedIds(const Database& database, const Catalog::Filter& filter, int limit) {
-    const std::optional<std::string> match = Catalog::matchExpression(filter.query);
-    if (!match || filter.minRating >= 1) { return std::nullopt; }
-    if (isShort(database, *match)) {
-        Ids ids = narrowed(filter) ? rankNarrowed(database, *match, filter, limit)
-                                   : rankShort(database, *match, limit, std::nullopt);
-        if (ids) { return ids; }
+Ranking rankFiles(const Database& database, const std::string& match, const Catalog::Filter& filter, int limit,
+                  bool trustsShort) {
+    if (filter.minRating >= 1) { return std::nullopt; }
+    if (trustsShort && isShort(database, match)) {
+        Ranking ranking = narrowed(filter) ? rankNarrowed(database, match, filter, limit)
+                                           : rankShort(database, match, limit, std::nullopt);
+        if (ranking) { return ranking; }
     }
-    return narrowed(filter) ? std::nullopt : rankAll(database, *match, limit);
+    return narrowed(filter) ? std::nullopt : rankByEngine(database, match, limit);
 }
 
 }  // namespace brindlehum

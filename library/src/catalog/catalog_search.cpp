@@ -1,11 +1,16 @@
 // Catalog: the files that pass a filter, ranked.
+#include <QString>
 #include <algorithm>
 
 #include "base/error.h"
 #include "catalog/catalog_parts.h"
 #include "catalog/catalog_ranking.h"
 #include "catalog/catalog_rows.h"
+#include "catalog/search_query.h"
+#include "catalog/short_search.h"
 #include "catalog/snapshot.h"
+#include "catalog/vocabulary.h"
+#include "platform/natural_order.h"
 
 namespace brindlehum {
 
@@ -31,12 +36,14 @@ private:
     const uint64_t begun_;
 };
 
-std::string composed(const std::optional<std::string>& match, const Conditions& conditions, int limit) {
-    std::string sql = "SELECT f.path, f.root, f.duration, f.sr, f.channels, f.bits, f.codec, f.meta FROM files f";
-    if (match) { sql += " JOIN fts ON fts.rowid = f.id"; }
-    if (match) { sql += " WHERE fts MATCH ?" + (conditions.sql.empty() ? "" : " AND " + conditions.sql); }
-    if (!match && !conditions.sql.empty()) { sql += " WHERE " + conditions.sql; }
-    sql += match ? " ORDER BY bm25(fts, 4.0, 1.0, 2.0)" : " ORDER BY f.path";
+std::string composed(bool hasWords, const Conditions& conditions, int limit) {
+    std::string sql = "SELECT f.path, f.root, f.duration, f.sr, f.channels, f.bits, f.codec, f.meta";
+    if (hasWords) { sql += ", bm25(fts, 4.0, 1.0, 2.0)"; }
+    sql += " FROM files f";
+    if (hasWords) { sql += " JOIN fts ON fts.rowid = f.id"; }
+    if (hasWords) { sql += " WHERE fts MATCH ?" + (conditions.sql.empty() ? "" : " AND " + conditions.sql); }
+    if (!hasWords && !conditions.sql.empty()) { sql += " WHERE " + conditions.sql; }
+    sql += hasWords ? " ORDER BY 9" : " ORDER BY f.path";
     return sql + " LIMIT " + std::to_string(limit);
 }
 
@@ -51,30 +58,64 @@ bool coverAll(const Database& database, const std::vector<std::string>& roots) {
     return next.ok();
 }
 
+struct RankedRow {
+    double rank = 0;
+    Catalog::Row row;
+};
+using RankedRows = std::vector<RankedRow>;
+
 // None when the full-text table has a text without its file, or a read fails.
-std::optional<std::vector<Catalog::Row>> rowsOf(const Database& database, const std::vector<int64_t>& ids) {
-    std::vector<Catalog::Row> rows;
-    rows.reserve(ids.size());
+std::optional<RankedRows> rowsOf(const Database& database, const std::vector<Ranked>& files) {
+    RankedRows rows;
+    rows.reserve(files.size());
     Statement select(database, "SELECT path, root, duration, sr, channels, bits, codec, meta FROM files WHERE id = ?");
-    for (const int64_t id : ids) {
-        if (!select.bind(id).step()) { return std::nullopt; }
-        rows.push_back(readRow(select));
+    for (const Ranked& file : files) {
+        if (!select.bind(file.id).step()) { return std::nullopt; }
+        rows.push_back({file.rank, readRow(select)});
     }
     return rows;
 }
 
-// The statement that defines the result and its order. rankedIds() gets the same result faster.
-std::vector<Catalog::Row> rowsByStatement(const Database& database, const Catalog::Filter& filter, int limit) {
-    const std::optional<std::string> match = Catalog::matchExpression(filter.query);
-    const Conditions conditions = conditionsOf(filter);
-    Statement select(database, composed(match, conditions, limit));
+// A filter, with its query parsed and without the roots that needn't be asked for.
+struct Wanted {
+    Catalog::Filter filter;
+    SearchQuery query;
+};
+
+// The statement that defines the result and its order. rankFiles() gets the same result faster.
+RankedRows rowsByStatement(const Database& database, const Wanted& wanted, int limit) {
+    const std::optional<std::string> match = ftsExpression(wanted.query);
+    Conditions conditions = conditionsOf(wanted.filter);
+    const Conditions fields = fieldConditions(wanted.query);
+    if (!fields.sql.empty()) { conditions.add(fields.sql, fields.texts); }
+    Statement select(database, composed(match.has_value(), conditions, limit));
     if (!select.ok()) { return {}; }
     int parameter = 0;
     if (match) { select.set(++parameter, *match); }
     for (const std::string& text : conditions.texts) { select.set(++parameter, text); }
-    std::vector<Catalog::Row> rows;
-    while (select.step()) { rows.push_back(readRow(select)); }
-    return select.ok() ? rows : std::vector<Catalog::Row>();
+    RankedRows rows;
+    while (select.step()) { rows.push_back({match ? select.real(8) : 0, readRow(select)}); }
+    return select.ok() ? rows : RankedRows();
+}
+
+QString fileName(const std::string& path) {
+    const std::string_view name = std::string_view(path).substr(path.rfind('/') + 1);
+    return QString::fromUtf8(name.data(), qsizetype(name.size()));
+}
+
+// Sorts files of equal rank by name, then by path.
+void sortTies(RankedRows& rows) {
+    const QCollator collator = naturalCollator();
+    const auto less = [&](const RankedRow& a, const RankedRow& b) {
+        const int order = collator.compare(fileName(a.row.path), fileName(b.row.path));
+        return order != 0 ? order < 0 : a.row.path < b.row.path;
+    };
+    for (auto first = rows.begin(); first != rows.end();) {
+        const auto last =
+            std::find_if(first, rows.end(), [&](const RankedRow& row) { return row.rank != first->rank; });
+        std::sort(first, last, less);
+        first = last;
+    }
 }
 
 }  // namespace
@@ -85,12 +126,27 @@ std::vector<Catalog::Row> Catalog::search(const Filter& filter, int limit) {
         const ReaderPool::Lease lease = parts_->readers.lease();
         const Snapshot snapshot(*lease);
         const Interruptible search(*lease, parts_->interrupts, begun);
-        Filter needed = filter;
-        if (coverAll(*lease, filter.roots)) { needed.roots.clear(); }
-        const auto ids = rankedIds(*lease, needed, limit);
-        std::optional<std::vector<Row>> rows = ids ? rowsOf(*lease, *ids) : std::nullopt;
-        if (!rows && !search.over()) { rows = rowsByStatement(*lease, needed, limit); }
-        return rows && !search.over() ? *std::move(rows) : std::vector<Row>();
+        Wanted wanted{filter, parseQuery(filter.query)};
+        if (coverAll(*lease, filter.roots)) { wanted.filter.roots.clear(); }
+        const auto find = [&] {
+            const std::optional<std::string> match = ftsExpression(wanted.query);
+            Ranking files;
+            if (match && fieldConditions(wanted.query).sql.empty()) {
+                const bool trusts = !isShort(*lease, *match) || parts_->shortCheck.passes(*lease);
+                files = rankFiles(*lease, *match, wanted.filter, limit, trusts);
+            }
+            std::optional<RankedRows> rows = files ? rowsOf(*lease, *files) : std::nullopt;
+            return rows || search.over() ? std::move(rows).value_or(RankedRows())
+                                         : rowsByStatement(*lease, wanted, limit);
+        };
+        RankedRows found = find();
+        if (found.empty() && !search.over() && widenToParts(*lease, wanted.query)) { found = find(); }
+        if (search.over()) { return {}; }
+        if (!wanted.query.wanted.empty()) { sortTies(found); }
+        std::vector<Row> rows;
+        rows.reserve(found.size());
+        for (RankedRow& row : found) { rows.push_back(std::move(row.row)); }
+        return rows;
     } catch (const Error&) { return {}; }
 }
 

@@ -3,6 +3,8 @@
 
 #include <chrono>
 
+#include "catalog/field_words.h"
+
 namespace brindlehum {
 
 namespace {
@@ -26,7 +28,10 @@ ReaderPool::Lease ReaderPool::lease() {
             idle_.pop_back();
         }
     }
-    if (!database) { database = std::make_unique<Database>(file_, Database::Access::queryOnly, patience); }
+    if (!database) {
+        database = std::make_unique<Database>(file_, Database::Access::queryOnly, patience);
+        defineHoldsWords(*database);
+    }
     return {*this, std::move(database)};
 }
 

@@ -98,10 +98,10 @@ double rankOfLast(const std::vector<Hit>& hits, size_t limit, const Bm25& bm25) 
     return ranks.empty() ? 0 : ranks.back().first;
 }
 
-std::vector<int64_t> best(const std::vector<Hit>& hits, size_t limit, const Bm25& bm25) {
+std::vector<Ranked> best(const std::vector<Hit>& hits, size_t limit, const Bm25& bm25) {
     const double last = rankOfLast(hits, limit, bm25);
     std::vector<double> known(Classes::count());  // ranks by class; 0, which no class has, until computed
-    std::vector<std::pair<double, int64_t>> ranked;
+    std::vector<Ranked> ranked;
     for (const Hit& hit : hits) {
         double rank = 0;
         if (!Classes::has(hit)) {
@@ -109,17 +109,17 @@ std::vector<int64_t> best(const std::vector<Hit>& hits, size_t limit, const Bm25
         } else if (rank = known[Classes::of(hit)]; rank == 0) {
             rank = known[Classes::of(hit)] = bm25(hit.hits, hit.words);
         }
-        if (rank <= last) { ranked.emplace_back(rank, hit.id); }
+        if (rank <= last) { ranked.push_back({rank, hit.id}); }
     }
     // Sort equal ranks by id: FTS5 finds files in the order of their ids, and SQLite keeps that order.
     std::ranges::sort(ranked);
-    std::vector<int64_t> ids;
-    for (size_t i = 0; i < std::min(limit, ranked.size()); ++i) { ids.push_back(ranked[i].second); }
-    return ids;
+    ranked.resize(std::min(limit, ranked.size()));
+    return ranked;
 }
 
 Letters lettersOf(const Database& database, const std::string& expression) {
     // Only one term in matchExpression's form can be short. Three plain letters or digits are always too many.
+    if (!expression.starts_with('"') || !expression.ends_with("\"*")) { return 0; }
     const auto isPlain = [](char c) { return (c >= '0' && c <= '9') || ((c | 0x20) >= 'a' && (c | 0x20) <= 'z'); };
     if (std::ranges::count(expression, '"') != 2 || std::ranges::count_if(expression, isPlain) > 2) { return 0; }
     Tokenizer tokenizer(database);
@@ -173,8 +173,8 @@ bool isShort(const Database& database, const std::string& expression) {
     return lettersOf(database, expression) != 0;
 }
 
-std::optional<std::vector<int64_t>> rankShort(const Database& database, const std::string& expression, int limit,
-                                              const std::optional<FileSet>& within) {
+Ranking rankShort(const Database& database, const std::string& expression, int limit,
+                  const std::optional<FileSet>& within) {
     const Letters letters = lettersOf(database, expression);
     const Totals totals = readTotals(database);
     if (letters == 0 || limit < 0 || tooMuchChanged(database, totals)) { return std::nullopt; }

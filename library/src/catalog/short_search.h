@@ -7,17 +7,18 @@
 #include <vector>
 
 #include "catalog/database.h"
+#include "catalog/ranked.h"
 
 namespace brindlehum {
 
 // Which files count, indexed by id; ids beyond its size don't.
 using FileSet = std::vector<bool>;
 
-// The ids of the best `limit` files for a match expression, best first. With `within`, returns only those files, but
+// The best `limit` files for a match expression. With `within`, returns only those files, but
 // ranks them as if among all. None when the expression isn't one word of one or two letters, or when too many recent
 // changes would make this slow. Call it in a read transaction.
-std::optional<std::vector<int64_t>> rankShort(const Database& database, const std::string& expression, int limit,
-                                              const std::optional<FileSet>& within);
+Ranking rankShort(const Database& database, const std::string& expression, int limit,
+                  const std::optional<FileSet>& within);
 
 // True when the expression is one that rankShort can answer.
 bool isShort(const Database& database, const std::string& expression);

@@ -4,13 +4,12 @@
 #include <dirent.h>
 #include <sys/stat.h>
 
-#include <QCollator>
-#include <QLocale>
 #include <algorithm>
 #include <cerrno>
 #include <memory>
 
 #include "base/path.h"
+#include "platform/natural_order.h"
 
 namespace brindlehum {
 namespace {
@@ -18,10 +17,7 @@ namespace {
 namespace fs = std::filesystem;
 
 std::vector<BrowserEntry> sortedByName(std::vector<BrowserEntry> entries) {
-    // The C locale would compare bytes: numbers by digits, and capitals before small letters.
-    QCollator collator(QLocale().language() == QLocale::C ? QLocale(QLocale::English) : QLocale());
-    collator.setNumericMode(true);
-    collator.setCaseSensitivity(Qt::CaseInsensitive);
+    const QCollator collator = naturalCollator();
     struct Keyed {
         QCollatorSortKey key;
         size_t index;

@@ -57,6 +57,12 @@ QWidget* BrowserBar::makeFieldRow() {
     row->addWidget(field_ = new QLineEdit, 1);
     field_->setProperty("role", "search");
     field_->setPlaceholderText("Search sounds, descriptions, keywords  (-word excludes)");
+    field_->setToolTip(
+        "Each word is the beginning of a word, and all must match.\n"
+        "-word  excludes\n"
+        "wood OR metal  finds either\n"
+        "\"wet street\"  finds a phrase\n"
+        "keywords:metal  looks in one field: name, folder, keywords, description, category, …");
     field_->setAccessibleName("Search");
     field_->addAction(symbol("search", SymbolRole::secondary), QLineEdit::LeadingPosition);
     clearText_ = field_->addAction(symbol("clear-fill", SymbolRole::secondary), QLineEdit::TrailingPosition);

@@ -1,21 +1,13 @@
 // Sorts rows with a collator, so that numbers in names count by value.
 #include "ui/browser/browser_sort.h"
 
-#include <QCollator>
-#include <QLocale>
 #include <algorithm>
 #include <numeric>
 
+#include "platform/natural_order.h"
+
 namespace brindlehum::BrowserSort {
 namespace {
-
-QCollator makeCollator() {
-    // The C locale compares bytes: capitals first, and numbers digit by digit.
-    QCollator collator(QLocale().language() == QLocale::C ? QLocale(QLocale::English) : QLocale());
-    collator.setNumericMode(true);
-    collator.setCaseSensitivity(Qt::CaseInsensitive);
-    return collator;
-}
 
 template <typename Less>
 void sortBy(std::vector<int>& rows, const std::vector<Key>& keys, bool byNumber, const Less& less) {
@@ -40,7 +32,7 @@ std::vector<int> order(const std::vector<Key>& keys, bool byNumber, bool ascendi
         });
         return rows;
     }
-    const QCollator collator = makeCollator();
+    const QCollator collator = naturalCollator();
     std::vector<QCollatorSortKey> texts;
     texts.reserve(keys.size());
     for (const auto& key : keys) { texts.push_back(collator.sortKey(key.text)); }
