@@ -103,17 +103,28 @@ QString fileName(const std::string& path) {
     return QString::fromUtf8(name.data(), qsizetype(name.size()));
 }
 
+struct NamedRow {
+    QCollatorSortKey name;
+    RankedRow row;
+    bool operator<(const NamedRow& other) const {
+        const int order = name.compare(other.name);
+        return order != 0 ? order < 0 : row.row.path < other.row.row.path;
+    }
+};
+
 // Sorts files of equal rank by name, then by path.
 void sortTies(RankedRows& rows) {
     const QCollator collator = naturalCollator();
-    const auto less = [&](const RankedRow& a, const RankedRow& b) {
-        const int order = collator.compare(fileName(a.row.path), fileName(b.row.path));
-        return order != 0 ? order < 0 : a.row.path < b.row.path;
-    };
+    std::vector<NamedRow> tied;
     for (auto first = rows.begin(); first != rows.end();) {
         const auto last =
             std::find_if(first, rows.end(), [&](const RankedRow& row) { return row.rank != first->rank; });
-        std::sort(first, last, less);
+        for (auto row = first; last - first > 1 && row != last; ++row) {
+            tied.push_back({collator.sortKey(fileName(row->row.path)), std::move(*row)});
+        }
+        std::ranges::sort(tied, std::less());
+        std::ranges::transform(tied, first, [](NamedRow& row) { return std::move(row.row); });
+        tied.clear();
         first = last;
     }
 }
