@@ -219,12 +219,27 @@ TEST_F(Windows, MenuEntriesCallTheirModels) {
     player.transport().select(FrameRange{0, 9000});
     entry(*window, "Clear Selection")->trigger();
     EXPECT_FALSE(player.transport().selection());
+    entry(*window, "Nearfield")->trigger();
+    EXPECT_EQ(model.settings().activeProfile().name, "Nearfield");
     entry(*window, "Settings…")->trigger();
     ASSERT_TRUE(topLevel<SettingsWindow>());
     EXPECT_TRUE(topLevel<SettingsWindow>()->isVisible());
     window->close();
     model.openWindow("main");
     EXPECT_TRUE(window->isVisible()) << "the application stays when its window closes";
+}
+
+TEST_F(Windows, RecentFilesAreTheLatestOpenedThatStillExist) {
+    AppWindows windows(model);
+    auto* window = topLevel<MainWindow>();
+    for (int i = 0; i < 15; ++i) { window->openPath(file("take " + std::to_string(i) + ".wav", 1)); }
+    window->openPath(file("take 9.wav", 1));
+    window->openPath(file("not \xE9.wav", 1));
+    std::filesystem::remove(file("take 14.wav", 1));
+    const auto files = RecentFiles(defaults).files();
+    ASSERT_EQ(files.size(), RecentFiles::maxFiles - 1);
+    EXPECT_EQ(files.front().filename(), "take 9.wav");
+    EXPECT_EQ(files.back().filename(), "take 3.wav");
 }
 
 TEST_F(Windows, StatusMenuAndSettingsAreOneState) {

@@ -9,8 +9,11 @@
 #include "ui/browser/browser_table.h"
 #include "ui/browser/browser_view.h"
 #include "ui/look/icons.h"
+#include "ui/look/path_text.h"
 #include "ui/look/setting_action.h"
+#include "ui/window/key_list.h"
 #include "ui/window/main_window.h"
+#include "ui/window/outputs_menu.h"
 
 namespace brindlehum {
 namespace {
@@ -33,10 +36,28 @@ void about(QWidget* parent) {
     box.exec();
 }
 
+void fillRecent(QMenu* menu, MainWindow& window) {
+    menu->clear();
+    for (const auto& path : window.recentFiles().files()) {
+        QString name = pathText(path.filename());
+        QAction* entry = menu->addAction(name.replace('&', "&&"));
+        entry->setToolTip(pathText(path));
+        QObject::connect(entry, &QAction::triggered, &window, [&window, path] { window.openPath(path); });
+    }
+    const bool any = !menu->isEmpty();
+    menu->addSeparator();
+    QAction* clear = menu->addAction("Clear List");
+    clear->setEnabled(any);
+    QObject::connect(clear, &QAction::triggered, &window, [&window] { window.recentFiles().clear(); });
+}
+
 void fillFile(QMenu* menu, MainWindow& window, AppModel& model) {
     add(menu, "Add Library Folder…", QKeySequence("Ctrl+O"), [&model] { model.addLibraryFolder(); });
     add(menu, "Open File…", QKeySequence("Ctrl+Shift+O"), [&window] { window.chooseFile(); });
     add(menu, "Open Folder…", {}, [&window] { window.chooseFolder(); });
+    auto* recent = menu->addMenu("Open Recent");
+    recent->setToolTipsVisible(true);
+    QObject::connect(recent, &QMenu::aboutToShow, &window, [recent, &window] { fillRecent(recent, window); });
     menu->addSeparator();
     auto* edits = add(menu, "Make Temp Edits", QKeySequence("Ctrl+Shift+E"), [&model] {
         if (const auto& info = model.player().sound().info()) { model.makeTempEdits({info->url}); }
@@ -52,6 +73,7 @@ void fillFile(QMenu* menu, MainWindow& window, AppModel& model) {
 void fillEdit(QMenu* menu, MainWindow& window, AppModel& model) {
     add(menu, "Find", QKeySequence("Ctrl+F"), [&window] { window.browser().focusSearch(); });
     add(menu, "Clear Search", QKeySequence("Ctrl+Shift+F"), [&model] { model.library().search().clearFilters(); });
+    add(menu, "Select All", QKeySequence("Ctrl+A"), [&window] { window.browser().table().selectAll(); });
     menu->addSeparator();
     auto* undo = add(menu, "Undo Rename", {}, [&model] { model.library().edits().undoRename(); });
     QObject::connect(menu, &QMenu::aboutToShow, undo,
@@ -108,7 +130,15 @@ void fillMenuBar(MainWindow& window, AppModel& model) {
         [&player] { player.transport().setLoop(!player.transport().loop()); });
     add(playback, "Clear Selection", QKeySequence("Ctrl+D"), [&player] { player.transport().clearSelection(); });
 
+    playback->addSeparator();
+    auto* outputs = playback->addMenu("Output");
+    const auto refill = [outputs, &model, &player] { fillOutputs(*outputs, model.settings(), player.listening()); };
+    QObject::connect(&model.settings(), &SettingsStore::changed, outputs, refill);
+    refill();
+
     auto* help = bar->addMenu("&Help");
+    add(help, "Keys", QKeySequence("F1"), [&window] { showKeyList(window); });
+    help->addSeparator();
     add(help, "About Brindlehum", {}, [&window] { about(&window); });
 }
 

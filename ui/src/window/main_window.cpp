@@ -49,7 +49,7 @@ QString audioFilter() {
 
 }  // namespace
 
-MainWindow::MainWindow(AppModel& model) : model_(model) {
+MainWindow::MainWindow(AppModel& model) : model_(model), recentFiles_(model.defaults()) {
     setObjectName("main");
     setWindowTitle("Brindlehum");
     makeParts();
@@ -223,6 +223,7 @@ void MainWindow::openPath(const fs::path& path) {
         browser_->chosen().openFolder(path);
     } else if (AudioFileInfo::isAudioPath(path)) {
         browser_->chosen().open(path);
+        recentFiles_.add(path);
     }
 }
 

@@ -1,12 +1,10 @@
 // The entries of the status menu.
 #include "ui/window/status_menu.h"
 
-#include <QActionGroup>
-
 #include "app/app_model.h"
 #include "ui/look/icons.h"
-#include "ui/look/menu_button.h"
 #include "ui/look/setting_action.h"
+#include "ui/window/outputs_menu.h"
 
 namespace brindlehum {
 
@@ -33,14 +31,7 @@ StatusMenu::StatusMenu(AppModel& model, std::function<void()> quit) : model_(mod
 }
 
 void StatusMenu::fillOutputs() {
-    outputs_->clear();
-    delete outputs_->findChild<QActionGroup*>();
-    auto* group = new QActionGroup(outputs_);
-    const UUID active = model_.settings().activeProfile().id;
-    for (const auto& profile : model_.settings().value().profiles) {
-        group->addAction(addChoice(*outputs_, QString::fromStdString(profile.name), profile.id == active,
-                                   [this, id = profile.id] { model_.player().listening().selectProfile(id); }));
-    }
+    brindlehum::fillOutputs(*outputs_, model_.settings(), model_.player().listening());
 }
 
 }  // namespace brindlehum

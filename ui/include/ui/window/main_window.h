@@ -5,6 +5,8 @@
 #include <QTimer>
 #include <filesystem>
 
+#include "ui/window/recent_files.h"
+
 class QSplitter;
 
 namespace brindlehum {
@@ -39,6 +41,7 @@ public:
     BrowserView& browser() { return *browser_; }
     SidebarView& sidebar() { return *sidebar_; }
     InspectorView& inspector() { return *inspector_; }
+    RecentFiles& recentFiles() { return recentFiles_; }
     PlayerView& playerView() { return *player_; }
 
 Q_SIGNALS:
@@ -71,6 +74,7 @@ private:
     PlayerView* player_;
     int playerExtra_ = 0;  // logical pixels that the user has made the player higher
     QTimer saveSoon_;
+    RecentFiles recentFiles_;
 };
 
 }  // namespace brindlehum
