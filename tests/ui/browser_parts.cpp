@@ -32,6 +32,7 @@ TEST(BrowserTableModel, SortsByAColumnAndReturnsToTheGivenOrder) {
     meta.description = "Wind,\nhowling";
     meta.category = "WIND";
     meta.subCategory = "GUST";
+    meta.rating = 4;
     const BrowserEntry inner{"/s/z", true, std::nullopt};
     model.setEntries({sound("/s/c.wav", 3), sound("/s/a.wav", 9, meta), sound("/s/b.wav"), inner});
     const auto names = [&] {
@@ -48,6 +49,10 @@ TEST(BrowserTableModel, SortsByAColumnAndReturnsToTheGivenOrder) {
     EXPECT_EQ(names(), "zcab") << "unknown lengths come last";
     EXPECT_EQ(model.index(2, BrowserTableModel::Description).data(), "Wind, howling") << "one line";
     EXPECT_EQ(model.index(2, BrowserTableModel::Category).data(), "WIND · GUST");
+    model.sort(BrowserTableModel::Rating, Qt::DescendingOrder);
+    EXPECT_EQ(names(), "zacb") << "unrated sounds come last";
+    EXPECT_EQ(model.index(1, BrowserTableModel::Rating).data(Qt::AccessibleTextRole), "4 of 5");
+    model.sort(BrowserTableModel::Length, Qt::AscendingOrder);
     // The same files with other rows: no reset, no move.
     bool reset = false;
     QObject::connect(&model, &QAbstractItemModel::modelReset, [&] { reset = true; });
@@ -59,6 +64,24 @@ TEST(BrowserTableModel, SortsByAColumnAndReturnsToTheGivenOrder) {
     EXPECT_EQ(names(), "cabz");
     model.setEntries({sound("/s/c.wav")});
     EXPECT_TRUE(reset);
+}
+
+TEST(BrowserTableModel, FolderColumnBeginsAtTheLibraryFolder) {
+    BrowserTableModel model;
+    const auto under = [](const std::string& root, const std::string& path) {
+        BrowserEntry entry = sound(path);
+        entry.row->root = root;
+        return entry;
+    };
+    model.setEntries({under("/lib/FX", "/lib/FX/Doors/Wood/a.wav"),
+                      under("/lib/FX", "/lib/FX/b.wav"),
+                      under("/lib/FX", "/lib/FXelse/c.wav"),
+                      {"/x/y/d.wav", false, std::nullopt}});
+    QStringList folders;
+    for (int row = 0; row < model.rowCount(); ++row) {
+        folders << model.index(row, BrowserTableModel::Folder).data().toString();
+    }
+    EXPECT_EQ(folders, (QStringList{"FX/Doors/Wood", "FX", "/lib/FXelse", "y"}));
 }
 
 TEST(BrowserTableModel, RowsDragOutAsFilesInTheirOrder) {

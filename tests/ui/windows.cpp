@@ -143,6 +143,10 @@ TEST_F(Windows, TheWindowAndItsPartsComeBack) {
         window.resize(1000, 700);
         window.show();
         auto* head = window.browser().table().header();
+        EXPECT_TRUE(head->isSectionHidden(BrowserTableModel::Keywords));
+        QMenu columns;
+        window.browser().table().fillColumns(columns);
+        entry(columns, "Keywords")->trigger();
         head->resizeSection(BrowserTableModel::Category, 155);
         head->moveSection(head->visualIndex(BrowserTableModel::Format), 1);
         window.sidebar().setFolded({"Places"});
@@ -154,6 +158,8 @@ TEST_F(Windows, TheWindowAndItsPartsComeBack) {
     EXPECT_EQ(again.size(), QSize(1000, 700));
     const auto* head = again.browser().table().header();
     EXPECT_EQ(head->sectionSize(BrowserTableModel::Category), 155);
+    EXPECT_FALSE(head->isSectionHidden(BrowserTableModel::Keywords));
+    EXPECT_TRUE(head->isSectionHidden(BrowserTableModel::Folder));
     EXPECT_EQ(head->visualIndex(BrowserTableModel::Format), 1);
     EXPECT_EQ(again.sidebar().folded(), QStringList{"Places"});
     EXPECT_FALSE(again.inspector().isVisible());

@@ -2,26 +2,30 @@
 #include "ui/browser/browser_columns.h"
 
 #include <algorithm>
-#include <numeric>
 
 namespace brindlehum::BrowserColumns {
 
-Widths fit(int room, int formatWidth) {
-    Widths widths = minimum;
+Widths fit(int room, int formatWidth, const std::array<bool, BrowserTableModel::ColumnCount>& hidden) {
     Widths wide = ideal;
     wide[BrowserTableModel::Format] = std::max(formatWidth, minimum[BrowserTableModel::Format]);
+    Widths widths = minimum;
     for (const size_t column : {BrowserTableModel::Length, BrowserTableModel::Format}) {
         widths[column] = wide[column];
     }
-    const int least = std::accumulate(widths.begin(), widths.end(), 0);
-    const int most = std::accumulate(wide.begin(), wide.end(), 0);
-    const double share = std::clamp(double(room - least) / (most - least), 0.0, 1.0);
+    const auto sum = [&](const Widths& of) {
+        int all = 0;
+        for (size_t column = 0; column < of.size(); ++column) { all += hidden[column] ? 0 : of[column]; }
+        return all;
+    };
+    const int least = sum(widths);
+    const double share = std::clamp(double(room - least) / std::max(sum(wide) - least, 1), 0.0, 1.0);
     for (size_t column = 0; column < widths.size(); ++column) {
-        widths[column] += int(share * (wide[column] - widths[column]));
+        widths[column] = hidden[column] ? wide[column] : widths[column] + int(share * (wide[column] - widths[column]));
     }
-    const int spare = std::max(0, room - std::accumulate(widths.begin(), widths.end(), 0));
-    widths[BrowserTableModel::Name] += spare / 2;
-    widths[BrowserTableModel::Description] += spare - spare / 2;
+    const int spare = std::max(0, room - sum(widths));
+    const bool hasDescription = !hidden[BrowserTableModel::Description];
+    widths[BrowserTableModel::Name] += hasDescription ? spare / 2 : spare;
+    if (hasDescription) { widths[BrowserTableModel::Description] += spare - spare / 2; }
     return widths;
 }
 

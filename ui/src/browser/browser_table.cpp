@@ -58,6 +58,9 @@ void BrowserTable::connectHeader() {
     head->setMinimumSectionSize(40);
     head->setTextElideMode(Qt::ElideRight);
     head->setSortIndicator(BrowserTableModel::unsorted, Qt::AscendingOrder);
+    for (int column = BrowserTableModel::firstExtra; column < BrowserTableModel::ColumnCount; ++column) {
+        head->hideSection(column);
+    }
     head->setContextMenuPolicy(Qt::CustomContextMenu);
     setSortingEnabled(true);
     connect(head, &QHeaderView::customContextMenuRequested, this, &BrowserTable::headMenu);
@@ -81,7 +84,11 @@ void BrowserTable::keepMinimum(int column, int width) {
 void BrowserTable::fitColumns() {
     const QScopedValueRollback fitting(fitting_, true);
     const int format = fontMetrics().horizontalAdvance(usualFormat) + cellMargins;
-    const auto widths = BrowserColumns::fit(viewport()->width(), format);
+    std::array<bool, BrowserTableModel::ColumnCount> hidden{};
+    for (size_t column = 0; column < hidden.size(); ++column) {
+        hidden[column] = header()->isSectionHidden(int(column));
+    }
+    const auto widths = BrowserColumns::fit(viewport()->width(), format, hidden);
     for (int column = 0; column < BrowserTableModel::ColumnCount; ++column) {
         header()->resizeSection(column, widths[size_t(column)]);
     }
@@ -108,8 +115,9 @@ void BrowserTable::restoreColumns(const QByteArray& state) {
 }
 
 void BrowserTable::resetColumns() {
+    const QScopedValueRollback fitting(fitting_, true);
     for (int column = 0; column < BrowserTableModel::ColumnCount; ++column) {
-        header()->showSection(column);
+        header()->setSectionHidden(column, column >= BrowserTableModel::firstExtra);
         header()->moveSection(header()->visualIndex(column), column);
     }
     fitted_ = true;
@@ -117,19 +125,30 @@ void BrowserTable::resetColumns() {
     Q_EMIT columnsChanged();
 }
 
-void BrowserTable::headMenu(const QPoint& position) {
-    QMenu menu;
+void BrowserTable::showColumn(int column, bool shown) {
+    {
+        const QScopedValueRollback fitting(fitting_, true);
+        header()->setSectionHidden(column, !shown);
+    }
+    if (fitted_) { fitColumns(); }
+    Q_EMIT columnsChanged();
+}
+
+void BrowserTable::fillColumns(QMenu& menu) {
+    menu.clear();
     for (int column = BrowserTableModel::Description; column < BrowserTableModel::ColumnCount; ++column) {
         auto* entry = menu.addAction(BrowserTableModel::columnName(column));
         entry->setCheckable(true);
         entry->setChecked(!header()->isSectionHidden(column));
-        connect(entry, &QAction::toggled, this, [this, column](bool shown) {
-            header()->setSectionHidden(column, !shown);
-            Q_EMIT columnsChanged();
-        });
+        connect(entry, &QAction::toggled, this, [this, column](bool shown) { showColumn(column, shown); });
     }
     menu.addSeparator();
     menu.addAction("Reset Columns", this, &BrowserTable::resetColumns);
+}
+
+void BrowserTable::headMenu(const QPoint& position) {
+    QMenu menu;
+    fillColumns(menu);
     menu.exec(header()->mapToGlobal(position));
 }
 

@@ -40,10 +40,26 @@ QString categoryOf(const SoundMeta& meta) {
     return parts.join(QStringLiteral(" · "));
 }
 
+int ratingOf(const BrowserEntry& entry) {
+    return entry.row ? std::clamp(entry.row->meta.rating, 0, 5) : 0;
+}
+
+// The folder as seen from the library folder that holds it, or its name outside of a library.
+QString folderOf(const BrowserEntry& entry) {
+    const std::filesystem::path folder = entry.url.parent_path();
+    if (!entry.row || entry.row->root.empty()) { return pathText(folder.filename()); }
+    const std::filesystem::path root(entry.row->root);
+    const auto inside = folder.lexically_relative(root);
+    return pathText(inside.empty() || *inside.begin() == ".." ? folder
+                    : inside == "."                           ? root.filename()
+                                                              : root.filename() / inside);
+}
+
 }  // namespace
 
 QString BrowserTableModel::columnName(int column) {
-    static const QStringList names = {"Name", "Description", "Category", "Library", "Length", "Format"};
+    static const QStringList names = {"Name",   "Description", "Category", "Library", "Length",
+                                      "Format", "Keywords",    "Rating",   "Folder"};
     return names.value(column);
 }
 
@@ -135,6 +151,12 @@ QString BrowserTableModel::text(const BrowserEntry& entry, int column) const {
             return entry.row ? categoryOf(entry.row->meta) : QString();
         case Library:
             return entry.row ? oneLine(entry.row->meta.library) : QString();
+        case Keywords:
+            return entry.row ? oneLine(entry.row->meta.keywords) : QString();
+        case Rating:
+            return QString(ratingOf(entry), QChar(0x2605));
+        case Folder:
+            return entry.isFolder ? QString() : folderOf(entry);
         default:
             return infoText(entry, column);
     }
@@ -157,7 +179,9 @@ QVariant BrowserTableModel::data(const QModelIndex& index, int role) const {
             return QVariant::fromValue(Qt::Alignment(side | Qt::AlignVCenter));
         }
         case Qt::AccessibleTextRole:
-            return index.column() == Name && item.isFolder ? text(item, Name) + ", folder" : text(item, index.column());
+            if (index.column() == Name && item.isFolder) { return text(item, Name) + ", folder"; }
+            if (index.column() == Rating && ratingOf(item) > 0) { return QString("%1 of 5").arg(ratingOf(item)); }
+            return text(item, index.column());
         default:
             return {};
     }
@@ -186,10 +210,12 @@ std::vector<int> BrowserTableModel::makeOrder() const {
     std::vector<BrowserSort::Key> keys;
     keys.reserve(entries_.size());
     for (const auto& item : entries_) {
-        keys.push_back({item.isFolder, item.isFolder ? text(item, Name) : text(item, column_),
-                        item.isFolder ? 0 : InfoText::seconds(item, info(item))});
+        const double number = column_ == Rating ? ratingOf(item) : InfoText::seconds(item, info(item));
+        keys.push_back(
+            {item.isFolder, item.isFolder ? text(item, Name) : text(item, column_), item.isFolder ? 0 : number});
     }
-    return BrowserSort::order(keys, column_ == Length, direction_ == Qt::AscendingOrder);
+    const bool byNumber = column_ == Length || column_ == Rating;
+    return BrowserSort::order(keys, byNumber, direction_ == Qt::AscendingOrder);
 }
 
 void BrowserTableModel::sort(int column, Qt::SortOrder order) {

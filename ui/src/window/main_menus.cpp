@@ -87,7 +87,6 @@ void fillSort(QMenu* menu, BrowserTable& table) {
     for (int column = 0; column < BrowserTableModel::ColumnCount; ++column) {
         add(menu, "Sort by " + BrowserTableModel::columnName(column), {}, [&table, column] { table.sortBy(column); });
     }
-    add(menu, "Reset Columns", {}, [&table] { table.resetColumns(); });
 }
 
 QAction* addPart(QMenu* menu, const QString& text, const QKeySequence& keys, MainWindow& window,
@@ -107,7 +106,10 @@ void fillView(QMenu* menu, MainWindow& window, AppModel& model) {
     addPart(menu, "Metadata Inspector", QKeySequence("Ctrl+I"), window, &MainWindow::showsInspector,
             &MainWindow::showInspector);
     menu->addSeparator();
-    fillSort(menu, window.browser().table());
+    BrowserTable& table = window.browser().table();
+    fillSort(menu->addMenu("Sort"), table);
+    auto* columns = menu->addMenu("Columns");
+    QObject::connect(columns, &QMenu::aboutToShow, &table, [columns, &table] { table.fillColumns(*columns); });
     menu->addSeparator();
     auto* expert = addSetting(*menu, "Expert Mode", model.settings(), &AppSettings::expertMode);
     expert->setShortcut(QKeySequence("Ctrl+Alt+E"));

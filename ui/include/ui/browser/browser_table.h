@@ -9,6 +9,8 @@
 #include "ui/browser/browser_place.h"
 #include "ui/browser/browser_table_model.h"
 
+class QMenu;
+
 namespace brindlehum {
 
 class BrowserTable : public QTreeView {
@@ -34,6 +36,8 @@ public:
     QByteArray saveColumns() const;
     void restoreColumns(const QByteArray& state);
     void resetColumns();
+    // Replaces the menu's entries with the columns to show or hide.
+    void fillColumns(QMenu& menu);
 
 Q_SIGNALS:
     // The user has changed what is selected.
@@ -56,6 +60,7 @@ protected:
 
 private:
     void connectHeader();
+    void showColumn(int column, bool shown);
     void headMenu(const QPoint& position);
     void fitColumns();
     void keepMinimum(int column, int width);

@@ -15,7 +15,9 @@ namespace brindlehum {
 class BrowserTableModel : public QAbstractTableModel {
     Q_OBJECT
 public:
-    enum Column { Name, Description, Category, Library, Length, Format, ColumnCount };
+    enum Column { Name, Description, Category, Library, Length, Format, Keywords, Rating, Folder, ColumnCount };
+    // Columns from here on are hidden until the user shows them.
+    static constexpr int firstExtra = Keywords;
     static constexpr int unsorted = -1;
 
     explicit BrowserTableModel(QObject* parent = nullptr) : QAbstractTableModel(parent) {}
