@@ -53,6 +53,20 @@ std::string openFailure(const std::filesystem::path& path, const std::string& re
     return printableName(path) + " can't be opened: " + reason;
 }
 
+std::string reasonOf(const std::filesystem::path& path, const std::exception& error) {
+    const std::string text = error.what();
+    const std::filesystem::path real = canonicalPath(path);
+    for (const std::string& named : {openFailure(path, ""), writeFailure(path, ""), openFailure(real, ""),
+                                     writeFailure(real, ""), printableName(path) + ": "}) {
+        if (text.starts_with(named)) { return text.substr(named.size()); }
+    }
+    return text;
+}
+
+std::string readFailure(const std::filesystem::path& path, const std::exception& error) {
+    return "Can't read " + printableName(path) + ": " + reasonOf(path, error);
+}
+
 std::string writeFailure(const std::filesystem::path& path, const std::string& reason) {
     return "Couldn't write " + printablePath(path) + ": " + reason;
 }

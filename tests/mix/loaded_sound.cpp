@@ -52,21 +52,80 @@ TEST_F(Loading, ANewSoundStartsAfresh) {
     settle();
     EXPECT_TRUE(transport().isPlaying());
     player_->load(b, false);
-    player_->play(2000);  // the old sound, while the new one is being probed
     settle();
     EXPECT_FALSE(transport().isPlaying());
     EXPECT_FALSE(transport().selection());
     EXPECT_EQ(transport().cueFrame(), 0);
     EXPECT_EQ(transport().playhead().frame(), 0);
     EXPECT_EQ(sound().source(), SourceFormat::stereo());
+}
 
-    load(folder_ / "a.wav");
-    player_->load(b, false);
-    player_->play(std::nullopt);
-    EXPECT_FALSE(engine_.isRunning() && transport().isPlaying());
+TEST_F(Loading, AStartDuringALoadIsMeantForTheFileThatIsBeingLoaded) {
+    const auto a = file("a.wav");
+    const auto b = file("b.wav");
+    const std::function<void()> starts[] = {[&] { player_->play(std::nullopt); }, [&] { player_->play(2000); },
+                                            [&] { transport().seek(2000); }};
+    for (const auto& start : starts) {
+        load(a);
+        player_->load(b, false);
+        start();
+        EXPECT_FALSE(engine_.isRunning() && transport().isPlaying());
+        settle();
+        EXPECT_EQ(sound().info()->url, b);
+        EXPECT_TRUE(transport().isPlaying());
+        EXPECT_EQ(heardFrom(), 0);
+    }
+}
+
+TEST_F(Loading, AFileReplacedAtItsPathIsReadAgain) {
+    const auto a = file("a.wav", 2, 48000);
+    load(a, true);
+    pump(10);
+    loop_.advance(0.034);
+    const auto replace = [&](int channels, int64_t frames) {
+        std::filesystem::rename(file("new.wav", channels, frames), a);
+    };
+    replace(2, 30000);
+    load(a);
+    EXPECT_EQ(sound().info()->frames, 30000);
+    ASSERT_TRUE(sound().waveform() && sound().waveform()->isComplete());
+    EXPECT_TRUE(transport().isPlaying());
+    EXPECT_EQ(heardFrom(), 10 * block - 1) << "plays on, from the new file";
+    const auto before = sound().waveform();
+    replace(2, 30000);
+    load(a);
+    EXPECT_NE(sound().waveform(), before) << "the same facts, but another content";
+    load(file("b.wav"));
+    replace(1, 20000);
+    load(a);
+    EXPECT_EQ(sound().info()->frames, 20000);
+    EXPECT_EQ(sound().waveform()->channels, 1) << "no old picture from the cache";
+    replace(2, 10000);
+    play();
+    EXPECT_EQ(sound().info()->frames, 10000) << "a start sees it, too";
+}
+
+TEST_F(Loading, ARenamedFilePlaysOn) {
+    const auto a = file("a.wav", 2, 480000);
+    load(a, true);
+    const auto b = folder_ / "b.wav";
+    std::filesystem::rename(a, b);
+    sound().rename(a, b);
     settle();
-    EXPECT_TRUE(transport().isPlaying()) << "a start is meant for the file that was asked for";
     EXPECT_EQ(sound().info()->url, b);
+    EXPECT_TRUE(sound().waveform() && sound().waveform()->isComplete());
+    pumpUntil([&] { return engine_.ctx().position() > 200000; });  // more than the ring holds
+    EXPECT_TRUE(transport().isPlaying());
+    transport().seek(100);
+    settle();
+    EXPECT_EQ(heardFrom(), 100);
+    const auto c = file("c.wav");
+    const auto d = folder_ / "d.wav";
+    player_->load(c, false);
+    std::filesystem::rename(c, d);
+    sound().rename(c, d);
+    settle();
+    EXPECT_EQ(sound().info()->url, d) << "renamed while it was being loaded";
 }
 
 TEST_F(Loading, AFileThatCannotBePlayedIsNamedAndTheOldSoundStays) {
@@ -74,9 +133,12 @@ TEST_F(Loading, AFileThatCannotBePlayedIsNamedAndTheOldSoundStays) {
     std::filesystem::create_directory(folder_ / "folder.wav");
     test::writeBytes(folder_ / "garbage.wav", std::string(5000, '\x42'));
     test::writeBytes(folder_ / "empty.wav", "");
-    for (const char* name : {"absent.wav", "folder.wav", "garbage.wav", "empty.wav"}) {
+    for (const auto& [name, reason] : {std::pair("absent.wav", "No such file or directory"),
+                                       {"folder.wav", "it is a folder"},
+                                       {"garbage.wav", "it holds no audio that can be read"},
+                                       {"empty.wav", "it is empty"}}) {
         load(folder_ / name, true);
-        EXPECT_EQ(message(), std::string("Can't read ") + name);
+        EXPECT_EQ(message(), std::string("Can't read ") + name + ": " + reason);
         EXPECT_TRUE(player_->message().isProblem());
         EXPECT_FALSE(transport().isPlaying());
         EXPECT_EQ(sound().info()->url, folder_ / "good.wav");
@@ -100,7 +162,7 @@ TEST_F(Loading, ADragDeliversTheFileItself) {
     EXPECT_EQ(message(), "Dragging a selection isn't available yet");
     std::filesystem::remove(a);
     EXPECT_FALSE(player_->dragOut().exportForDrag(false));
-    EXPECT_EQ(message(), "Can't read a.wav");
+    EXPECT_EQ(message(), "Can't read a.wav: No such file or directory");
 }
 
 TEST(LaneLabels, NameTheChannels) {

@@ -99,10 +99,7 @@ protected:
     Transport& transport() { return player_->transport(); }
     ListeningSetup& listening() { return player_->listening(); }
 
-    void SetUp() override {
-        WaveformCache::shared().set(folder_ / "a.wav", nullptr);
-        use("Nearfield");
-    }
+    void SetUp() override { use("Nearfield"); }
     void use(const std::string& profile) {
         settings_.change([&](AppSettings& s) {
             for (const auto& p : s.profiles) {

@@ -126,7 +126,7 @@ bool StreamReader::fillConverted() {
     try {
         got = converter_->process(out_.planes.data(), blockFrames, pull);
     } catch (const std::exception&) {
-        return finish();  // a converter failure ends the stream as the source's end does
+        return finish();  // a converter failure ends the stream as a source that breaks off does
     }
     for (int i = 0; i < got; ++i) {
         virtualPos_ += ratio_;
@@ -146,7 +146,16 @@ void StreamReader::write(const Planes& block, int frames) {
     mn_ring_write(ring_.get(), block.planes.data(), positions_.data(), frames);
 }
 
+std::optional<int64_t> StreamReader::brokenOffAt() const {
+    const std::lock_guard guard(lock_);
+    return brokenOffAt_;
+}
+
 bool StreamReader::finish() {
+    if (loop_ || filePos_ < endFrame_) {
+        const std::lock_guard guard(lock_);
+        brokenOffAt_ = filePos_;
+    }
     mn_ring_set_eof(ring_.get());
     return false;
 }

@@ -14,18 +14,14 @@ WaveformCache& WaveformCache::shared() {
     return cache;
 }
 
-WaveformPtr WaveformCache::get(const std::filesystem::path& path) const {
+WaveformPtr WaveformCache::get(const std::filesystem::path& path, const FileVersion& version) const {
     const auto entry = items_.find(path);
-    return entry == items_.end() ? nullptr : entry->second;
+    return entry == items_.end() || entry->second.version != version ? nullptr : entry->second.data;
 }
 
-void WaveformCache::set(const std::filesystem::path& path, WaveformPtr data) {
+void WaveformCache::set(const std::filesystem::path& path, const FileVersion& version, WaveformPtr data) {
     std::erase(order_, path);
-    if (!data) {
-        items_.erase(path);
-        return;
-    }
-    items_[path] = std::move(data);
+    items_[path] = {version, std::move(data)};
     order_.push_back(path);
     while (order_.size() > maxEntries) {
         items_.erase(order_.front());

@@ -1,6 +1,7 @@
 // Paths: the form in which they are compared, and the texts that the user reads.
 #pragma once
 
+#include <exception>
 #include <filesystem>
 #include <string>
 
@@ -17,6 +18,10 @@ std::string printableName(const std::filesystem::path& path);
 std::string printablePath(const std::filesystem::path& path);
 // "take.wav can't be opened: <reason>"
 std::string openFailure(const std::filesystem::path& path, const std::string& reason);
+// The error's text without the file's name, where that is an openFailure or a writeFailure of the same file.
+std::string reasonOf(const std::filesystem::path& path, const std::exception& error);
+// "Can't read take.wav: <reason>"
+std::string readFailure(const std::filesystem::path& path, const std::exception& error);
 // "Couldn't write /sounds/take.wav: <reason>"
 std::string writeFailure(const std::filesystem::path& path, const std::string& reason);
 

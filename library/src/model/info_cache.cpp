@@ -19,6 +19,13 @@ const AudioFileInfo* InfoCache::info(const std::filesystem::path& path) {
     return nullptr;
 }
 
+void InfoCache::learn(const AudioFileInfo& info) {
+    AudioFileInfo& known = items_[info.url.string()];
+    if (known == info) { return; }
+    known = info;
+    Q_EMIT loaded(info.url);
+}
+
 void InfoCache::forgetWaiting() {
     probes_.dropWaiting();
     asked_.clear();

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "base/path.h"
+
 namespace brindlehum {
 
 std::string id(DragExport mode) {
@@ -39,9 +41,10 @@ std::optional<std::filesystem::path> DragOut::exportForDrag(bool selectionOnly) 
         message_.fail("Dragging a selection isn't available yet");
         return std::nullopt;
     }
-    std::error_code ignored;
-    if (!std::filesystem::is_regular_file(info->url, ignored)) {
-        message_.fail("Can't read " + info->url.filename().string());
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(info->url, error)) {
+        message_.fail("Can't read " + printableName(info->url) + ": " +
+                      (error ? error.message() : "it isn't a regular file"));
         return std::nullopt;
     }
     return info->url;

@@ -3,6 +3,7 @@
 
 #include <QPointer>
 
+#include "base/path.h"
 #include "mix/player/lane_labels.h"
 
 namespace brindlehum {
@@ -26,8 +27,11 @@ std::vector<std::string> LoadedSound::laneLabels() const {
 
 void LoadedSound::load(const std::filesystem::path& path, bool autoPlay) {
     loads_.cancel();
+    checks_.cancel();
+    newest_ = path;
     if (info_ && info_->url == path) {
         loadWaveform();
+        check();
         if (autoPlay) { Q_EMIT playAsked(); }
         return;
     }
@@ -35,16 +39,54 @@ void LoadedSound::load(const std::filesystem::path& path, bool autoPlay) {
     cancelWaveform();
     Q_EMIT replacing();
     loader_.run(
-        loads_,
-        [path](const Background::Task& task) {
-            return AudioFileInfo::load(path, [token = task.token()] { return token.stop_requested(); });
-        },
-        [this](AudioFileInfo info) { didLoad(std::move(info)); },
-        [this, path](const std::exception&) {
-            // Show one text for all reasons; the previous sound is still loaded.
-            loadWaveform();
-            Q_EMIT failed("Can't read " + path.filename().string());
+        loads_, [path](const Background::Task& task) { return probe(path, task); },
+        [this](Probe probe) { didLoad(std::move(probe)); },
+        [this, path](const std::exception& error) {
+            loadWaveform();  // of the previous sound, which is still loaded
+            Q_EMIT failed(readFailure(path, error));
         });
+}
+
+// Takes the version first: a file that changes while it is read is found changed by the next check.
+LoadedSound::Probe LoadedSound::probe(const std::filesystem::path& path, const Background::Task& task) {
+    const FileVersion version = FileVersion::of(path);
+    return {AudioFileInfo::load(path, [token = task.token()] { return token.stop_requested(); }), version};
+}
+
+void LoadedSound::check() {
+    if (!info_ || checks_.isBusy()) { return; }
+    const auto path = info_->url;
+    loader_.run(
+        checks_,
+        [path, known = version_](const Background::Task& task) -> std::optional<Probe> {
+            if (FileVersion::of(path) == known) { return std::nullopt; }
+            return probe(path, task);
+        },
+        [this](std::optional<Probe> found) { didCheck(std::move(found)); },
+        [this, path](const std::exception& error) { Q_EMIT failed(readFailure(path, error)); });
+}
+
+void LoadedSound::didCheck(std::optional<Probe> found) {
+    if (!found) { return; }
+    cancelWaveform();
+    waveform_ = nullptr;
+    version_ = found->version;
+    const AudioFileInfo before = std::exchange(*info_, std::move(found->info));
+    if (info_->channels != before.channels) { formatOverride_.reset(); }
+    const bool isAlike = info_->frames == before.frames && info_->channels == before.channels &&
+                         info_->sampleRate == before.sampleRate && info_->detected == before.detected;
+    if (!isAlike) { Q_EMIT fileReplaced(); }
+    loadWaveform();
+    Q_EMIT changed();
+}
+
+void LoadedSound::rename(const std::filesystem::path& from, const std::filesystem::path& to) {
+    if (loads_.isBusy() && newest_ == from) { return load(to, autoPlay_); }
+    if (!info_ || info_->url != from) { return; }
+    checks_.cancel();
+    if (waveform_ && waveform_->isComplete()) { WaveformCache::shared().set(to, version_, waveform_); }
+    info_->url = to;
+    Q_EMIT changed();
 }
 
 bool LoadedSound::playOnceLoaded() {
@@ -52,8 +94,9 @@ bool LoadedSound::playOnceLoaded() {
     return autoPlay_ = true;
 }
 
-void LoadedSound::didLoad(AudioFileInfo info) {
-    info_ = std::move(info);
+void LoadedSound::didLoad(Probe probe) {
+    info_ = std::move(probe.info);
+    version_ = probe.version;
     const bool hadOverride = formatOverride_.has_value();
     formatOverride_.reset();
     waveform_ = nullptr;
@@ -67,20 +110,20 @@ void LoadedSound::didLoad(AudioFileInfo info) {
 // Takes the waveform from the cache, or starts to read it unless it is already complete or being read.
 void LoadedSound::loadWaveform() {
     if (!info_ || (waveform_ && waveform_->isComplete()) || waveLoader_) { return; }
-    auto cached = WaveformCache::shared().get(info_->url);
+    auto cached = WaveformCache::shared().get(info_->url, version_);
     if (cached && cached->isComplete()) {
         waveform_ = std::move(cached);
         return;
     }
-    const auto path = info_->url;
-    auto update = [self = QPointer(this), path](const WaveformPtr& data) {
-        if (!self || !self->info_ || self->info_->url != path) { return; }
+    // A loader that has been cancelled, as for another file, sends no update.
+    auto update = [self = QPointer(this)](const WaveformPtr& data) {
+        if (!self || !self->info_) { return; }
         self->waveform_ = data;
-        if (data->isComplete()) { WaveformCache::shared().set(path, data); }
+        if (data->isComplete()) { WaveformCache::shared().set(self->info_->url, self->version_, data); }
         Q_EMIT self->changed();
     };
     waveLoader_ = WaveformLoader::load(
-        path, update, [&pool = pool_](auto job) { pool.async(std::move(job)); },
+        info_->url, update, [&pool = pool_](auto job) { pool.async(std::move(job)); },
         [&loop = loop_](auto job) { loop.post(std::move(job)); });
 }
 

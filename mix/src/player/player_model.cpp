@@ -22,6 +22,7 @@ void PlayerModel::wire() {
     });
     // Resets once more, because the user may have started the previous sound while this one was being probed.
     connect(&sound_, &LoadedSound::replaced, &transport_, &Transport::reset);
+    connect(&sound_, &LoadedSound::fileReplaced, &transport_, &Transport::fileReplaced);
     connect(&sound_, &LoadedSound::sourceChanged, this, [this] { listening_.publish(); });
     connect(&sound_, &LoadedSound::playAsked, this, [this] {
         if (!transport_.isPlaying()) { transport_.play(std::nullopt); }

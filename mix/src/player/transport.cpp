@@ -5,6 +5,8 @@
 #include <atomic>
 
 #include "audio/stream/file_source.h"
+#include "base/path.h"
+#include "base/time_text.h"
 #include "player/prefilled_stream.h"
 
 namespace brindlehum {
@@ -31,13 +33,15 @@ Transport::Transport(EngineSeat& seat, Background& loader, MainLoop& loop, Loade
       route_(routeNow()) {}
 
 void Transport::play(std::optional<int64_t> from) {
-    if (!from && sound_.playOnceLoaded()) { return; }
+    // While a file is being loaded, the sound that it replaces never starts again.
+    if (sound_.playOnceLoaded()) { return; }
     const auto& info = sound_.info();
     if (!info || !sound_.source()) { return; }
     seat_.take();
     if (!openDevice(false)) { return; }
     message_.clear();
     listening_.publish();
+    sound_.check();
     startStream(playSpan(from.value_or(cueFrame_), selection_, info->frames));
 }
 
@@ -78,6 +82,7 @@ void Transport::startStream(const PlaySpan& span) {
 void Transport::streamReady(std::shared_ptr<StreamReader> reader, int64_t start, double rate) {
     starting_.reset();
     if (!listening_.isDeviceOpen() || seat_.engine().sampleRate() != rate) { return play(start); }
+    stream_ = reader;
     try {
         seat_.play(std::move(reader), double(start));
     } catch (const std::exception& error) {
@@ -124,6 +129,17 @@ void Transport::reset() {
     Q_EMIT changed();
 }
 
+void Transport::fileReplaced() {
+    const auto frame = resumeFrame();
+    stop();
+    const auto& info = sound_.info();
+    if (selection_) { selection_ = validSelection(*selection_, info->frames, info->sampleRate); }
+    cueFrame_ = std::clamp<int64_t>(cueFrame_, 0, std::max<int64_t>(info->frames - 1, 0));
+    returnPlayhead();
+    Q_EMIT changed();
+    if (frame) { play(frame); }
+}
+
 void Transport::togglePlay() {
     if (isPlaying_) {
         stopAndReturn();
@@ -135,7 +151,14 @@ void Transport::togglePlay() {
 void Transport::tick() {
     if (!isPlaying_) { return; }
     playhead_.setFrame(seat_.engine().ctx().position());
-    if (seat_.engine().finished()) { stopAndReturn(); }
+    if (!seat_.engine().finished()) { return; }
+    const auto stream = stream_.lock();
+    const std::optional<int64_t> broken = stream ? stream->brokenOffAt() : std::nullopt;
+    stopAndReturn();
+    const auto& info = sound_.info();
+    if (!broken || !info) { return; }
+    message_.fail(printableName(info->url) + " can't be read any further than " +
+                  timeText(double(*broken) / info->sampleRate));
 }
 
 void Transport::seek(int64_t frame) {

@@ -237,6 +237,14 @@ bool BrowserTable::mark(const std::filesystem::path& url) {
     return true;
 }
 
+void BrowserTable::deselect() {
+    {
+        const QScopedValueRollback quiet(quiet_, true);
+        clearSelection();
+    }
+    Q_EMIT selectionMoved();
+}
+
 void BrowserTable::selectFirst() {
     if (model_.rowCount() > 0) {
         selectionModel()->setCurrentIndex(model_.index(0, 0),

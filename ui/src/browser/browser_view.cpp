@@ -164,6 +164,7 @@ void BrowserView::act() {
 }
 
 void BrowserView::auditionChosen() {
+    chosen_->selected();
     const auto entries = table_->selectedEntries();
     if (entries.size() != 1 || entries.front().isFolder) { return; }
     chosen_->audition(entries.front().url);

@@ -2,6 +2,7 @@
 #include "ui/browser/chosen_sound.h"
 
 #include "library/model/folder_listing.h"
+#include "library/model/info_cache.h"
 #include "library/model/library_search.h"
 #include "library/model/metadata_edits.h"
 #include "mix/player/loaded_sound.h"
@@ -17,7 +18,10 @@ namespace fs = std::filesystem;
 ChosenSound::ChosenSound(const BrowserParts& parts, BrowserTable& table, QObject* parent)
     : QObject(parent), parts_(parts), table_(table) {
     connect(&parts.sound, &LoadedSound::changed, this, [this] {
-        if (const auto& info = parts_.sound.info()) { carryOut(advance(ChosenState::Loaded{info->url})); }
+        const auto& info = parts_.sound.info();
+        if (!info) { return; }
+        parts_.infos.learn(*info);
+        carryOut(advance(ChosenState::Loaded{info->url}));
     });
     connect(&parts.edits, &MetadataEdits::renamed, this, [this](const MetadataEdits::Moves& moves) {
         ChosenState::Renamed event;
@@ -35,9 +39,15 @@ ChosenState::Action ChosenSound::advance(const ChosenState::Event& event) {
 }
 
 void ChosenSound::carryOut(const ChosenState::Action& action) {
-    if (!action.load.empty()) { parts_.sound.load(action.load, false); }
+    for (const auto& [from, to] : action.renames) { parts_.sound.rename(from, to); }
+    if (action.deselect) { table_.deselect(); }
     if (!action.openFolder.empty()) { openFolder(action.openFolder); }
+    if (action.relist) { parts_.listing.refresh(); }
     if (!action.mark.empty()) { table_.mark(action.mark); }
+}
+
+void ChosenSound::selected() {
+    advance(ChosenState::Selected{});
 }
 
 void ChosenSound::audition(const fs::path& file) {

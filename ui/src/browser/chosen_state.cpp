@@ -13,15 +13,23 @@ using Step = ChosenState::Step;
 Step after(State state, const State::Reveal& event, const View& view) {
     state.revealed.clear();
     if (view.hasRow(event.file)) { return {state, {.mark = event.file}}; }
-    State::Action action;
-    if (view.searching || view.folder != event.file.parent_path()) { action.openFolder = event.file.parent_path(); }
-    // A folder that is listed already doesn't hold the file: there is nothing to wait for.
-    if (view.listing || !action.openFolder.empty()) { state.revealed = event.file; }
+    state.revealed = event.file;
+    State::Action action{.deselect = true};
+    if (view.searching || view.folder != event.file.parent_path()) {
+        action.openFolder = event.file.parent_path();
+    } else {
+        action.relist = true;  // the file may be younger than the list
+    }
     return {state, action};
 }
 
 Step after(State state, const State::Requested& event, const View& /*view*/) {
     state.requested = event.file;
+    return {state, {}};
+}
+
+Step after(State state, const State::Selected& /*event*/, const View& /*view*/) {
+    state.revealed.clear();
     return {state, {}};
 }
 
@@ -39,7 +47,11 @@ Step after(State state, const State::Renamed& event, const View& /*view*/) {
     state.renamed.clear();
     for (const auto& [from, to] : event.moves) {
         state.renamed.insert(to);
-        if (from == state.loaded && !from.empty()) { state.requested = action.load = to; }
+        for (State::Path* file : {&state.loaded, &state.requested}) {
+            if (*file != from || from.empty()) { continue; }
+            *file = to;
+            action.renames.insert({from, to});
+        }
     }
     return {state, action};
 }
@@ -49,7 +61,8 @@ Step after(State state, const State::RowsArrive& event, const View& view) {
     if (std::ranges::any_of(event.rows, [&](const auto& row) { return state.renamed.contains(row.url); })) {
         action.select = std::exchange(state.renamed, {});
     }
-    if (!view.searching && !view.listing) { action.mark = std::exchange(state.revealed, {}); }
+    const bool isThere = std::ranges::find(event.rows, state.revealed, &BrowserEntry::url) != event.rows.end();
+    if (!view.searching && isThere) { action.mark = std::exchange(state.revealed, {}); }
     return {state, action};
 }
 

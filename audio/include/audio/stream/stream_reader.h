@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <vector>
 
 #include "audio/stream/frame_source.h"
@@ -38,6 +39,8 @@ public:
     // Ends the thread at its next turn; the ring stays. Any thread, returns at once.
     void cancel();
     bool isCancelled() const;
+    // The source frame from which on nothing could be read, once the stream has ended before its end. Any thread.
+    std::optional<int64_t> brokenOffAt() const;
 
 private:
     // Planes of 4096 frames in one block of memory.
@@ -77,7 +80,8 @@ private:
     double virtualPos_ = 0;  // position in source frames of the last frame produced, not wrapped at the loop's end
     std::vector<double> positions_;  // 4096
     mutable std::mutex lock_;
-    bool cancelled_ = false;  // guarded by lock_
+    bool cancelled_ = false;  // guarded by lock_, as is the next
+    std::optional<int64_t> brokenOffAt_;
 };
 
 }  // namespace brindlehum

@@ -12,6 +12,7 @@
 
 #include "audio/stream/frame_source.h"
 #include "base/executor.h"
+#include "base/file_version.h"
 
 namespace brindlehum {
 
@@ -56,16 +57,20 @@ private:
     bool cancelled_ = false;
 };
 
-// The last 48 finished overviews; the one stored first is dropped first. Main thread only.
+// The last 48 finished overviews; the one stored first is dropped first. An overview belongs to one version of its
+// file. Main thread only.
 class WaveformCache {
 public:
     static WaveformCache& shared();
-    WaveformPtr get(const std::filesystem::path& path) const;
-    // Null removes the entry.
-    void set(const std::filesystem::path& path, WaveformPtr data);
+    WaveformPtr get(const std::filesystem::path& path, const FileVersion& version) const;
+    void set(const std::filesystem::path& path, const FileVersion& version, WaveformPtr data);
 
 private:
-    std::map<std::filesystem::path, WaveformPtr> items_;
+    struct Item {
+        FileVersion version;
+        WaveformPtr data;
+    };
+    std::map<std::filesystem::path, Item> items_;
     std::deque<std::filesystem::path> order_;
 };
 

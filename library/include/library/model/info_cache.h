@@ -21,6 +21,8 @@ public:
     // Returns the record if it is known. Otherwise returns null and queues the file for probing; loaded() announces the
     // record. A file that can't be probed is never announced, and the failure isn't remembered.
     const AudioFileInfo* info(const std::filesystem::path& path);
+    // Takes a record that was read elsewhere, as of a file that has changed since it was probed; loaded() announces it.
+    void learn(const AudioFileInfo& info);
     // Drops the queued files that haven't been started, because the list that wanted them is gone.
     void forgetWaiting();
     bool isBusy() const { return probes_.pending() > 0; }

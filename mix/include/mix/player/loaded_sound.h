@@ -10,6 +10,7 @@
 
 #include "audio/probe/audio_file_info.h"
 #include "audio/wave/waveform.h"
+#include "base/file_version.h"
 #include "platform/background.h"
 
 namespace brindlehum {
@@ -29,8 +30,12 @@ public:
     std::optional<SourceFormat> source() const;  // the override, else the detected format; none without a file
     std::vector<std::string> laneLabels() const;
 
-    // Loads the file, and emits playAsked with `autoPlay`. A file that is loaded already is not read again.
+    // Loads the file, and emits playAsked with `autoPlay`. A file that is loaded already is only checked.
     void load(const std::filesystem::path& path, bool autoPlay);
+    // Reads the loaded file again if another file, or another version of it, has come to its path.
+    void check();
+    // The file has a new name: keeps it loaded, and playing.
+    void rename(const std::filesystem::path& from, const std::filesystem::path& to);
     // Handles a start while another file is being probed: plays that file once it is loaded, instead of the sound that
     // it replaces. Returns false when no file is being probed.
     bool playOnceLoaded();
@@ -41,12 +46,19 @@ Q_SIGNALS:
     void changed();
     void replacing();      // another file has been asked for
     void replaced();       // it is loaded now
+    void fileReplaced();   // the same path, but with other facts
     void sourceChanged();  // the override of the loaded sound has been set, changed or cleared
     void playAsked();      // the sound is loaded, and its load asked to play it
     void failed(const std::string& text);
 
 private:
-    void didLoad(AudioFileInfo info);
+    struct Probe {
+        AudioFileInfo info;
+        FileVersion version;
+    };
+    static Probe probe(const std::filesystem::path& path, const Background::Task& task);
+    void didLoad(Probe probe);
+    void didCheck(std::optional<Probe> found);
     void loadWaveform();
     void cancelWaveform();
 
@@ -57,8 +69,11 @@ private:
     WaveformPtr waveform_;
     std::optional<SourceFormat> formatOverride_;
     std::shared_ptr<WaveformLoader> waveLoader_;
-    bool autoPlay_ = false;  // of the newest load
+    FileVersion version_;           // of the loaded file
+    std::filesystem::path newest_;  // the file that was asked for last
+    bool autoPlay_ = false;         // of the newest load
     Background::Line loads_;
+    Background::Line checks_;
 };
 
 }  // namespace brindlehum

@@ -51,6 +51,8 @@ public:
 
     // Stops and forgets cue and selection, before another sound is loaded.
     void reset();
+    // Another version of the file has come to its path: plays it on from the same position if the old one plays.
+    void fileReplaced();
     // Called when the active profile, or another setting that the sound is played through, may have changed: if one
     // has, restarts a running stream with the new settings.
     void profileChanged();
@@ -91,8 +93,9 @@ private:
     std::optional<FrameRange> selection_;
     bool loops_ = false;
     int64_t cueFrame_ = 0;
-    std::optional<int64_t> starting_;  // the first frame of a stream that is being opened
-    Route route_;                      // the settings in use
+    std::optional<int64_t> starting_;           // the first frame of a stream that is being opened
+    Route route_;                               // the settings in use
+    std::weak_ptr<const StreamReader> stream_;  // what plays; the engine owns it
     TimerHandle timer_;
     Background::Line starts_;
 };

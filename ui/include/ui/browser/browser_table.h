@@ -28,6 +28,8 @@ public:
     std::vector<BrowserEntry> selectedEntries() const;    // in the order of the rows
     // Selects one row without announcing it; false when it isn't shown.
     bool mark(const std::filesystem::path& url);
+    // Selects nothing, without announcing it as the user's choice.
+    void deselect();
     void selectFirst();  // as the user would
     // As a click on this column's head: up, down, then back to the order as given.
     void sortBy(int column);

@@ -19,13 +19,15 @@ class ChosenSound : public QObject {
 public:
     ChosenSound(const BrowserParts& parts, BrowserTable& table, QObject* parent = nullptr);
 
+    // The user selected other rows: stops waiting for a row to mark.
+    void selected();
     // Loads a sound of the list, and plays it if auto-play is on.
     void audition(const std::filesystem::path& file);
     // Loads and plays it.
     void play(const std::filesystem::path& file);
     // As audition(), and marks it in its folder.
     void open(const std::filesystem::path& file);
-    // Marks it in its folder, once that is listed; loads nothing.
+    // Marks it in its folder; selects nothing until that has a row for it. Loads nothing.
     void reveal(const std::filesystem::path& file);
     // Shows a folder in place of what is searched.
     void openFolder(const std::filesystem::path& folder);

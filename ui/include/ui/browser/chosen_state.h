@@ -3,6 +3,7 @@
 
 #include <filesystem>
 #include <functional>
+#include <map>
 #include <optional>
 #include <set>
 #include <span>
@@ -20,7 +21,7 @@ struct ChosenState {
 
     Path requested = {};          // this window asked the player for it
     Path loaded = {};             // the player has it
-    Path revealed = {};           // to be marked as soon as its folder is listed
+    Path revealed = {};           // to be marked as soon as a list of its folder has it
     std::set<Path> renamed = {};  // new names, to be selected as soon as rows with them arrive
     bool operator==(const ChosenState&) const = default;
 
@@ -36,6 +37,8 @@ struct ChosenState {
     struct Requested {
         Path file;
     };
+    // The user selected other rows.
+    struct Selected {};
     struct Loaded {
         Path file;
     };
@@ -49,14 +52,16 @@ struct ChosenState {
     struct RowsArrive {
         std::span<const BrowserEntry> rows;
     };
-    using Event = std::variant<Requested, Loaded, Reveal, Renamed, RowsArrive>;
+    using Event = std::variant<Requested, Selected, Loaded, Reveal, Renamed, RowsArrive>;
 
     // What to carry out, in this order.
     struct Action {
-        Path load = {};              // without playing it
-        Path openFolder = {};        // and end the search
-        std::set<Path> select = {};  // along with what is selected
-        Path mark = {};              // select this row alone and scroll to it
+        std::map<Path, Path> renames = {};  // of the player's files, each by its old name
+        bool deselect = false;              // so that the table names no other file than the player
+        Path openFolder = {};               // and end the search
+        bool relist = false;                // the folder shown may hold a file that its list doesn't
+        std::set<Path> select = {};         // along with what is selected
+        Path mark = {};                     // select this row alone and scroll to it
         bool operator==(const Action&) const = default;
     };
     struct Step;
