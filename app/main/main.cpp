@@ -1,14 +1,12 @@
-// brindlehum [FILE...]: the resident tool.
+// brindlehum [FILE or FOLDER]...: the resident tool.
 #include <QApplication>
 #include <QThread>
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
 #include <memory>
-#include <vector>
 
 #include "app/app_model.h"
-#include "app/instance_link.h"
+#include "app/start_arguments.h"
 #include "library/catalog/catalog_location.h"
 #include "platform/headless_session.h"
 #include "platform/linux_audio.h"
@@ -20,17 +18,6 @@
 using namespace brindlehum;
 
 namespace {
-
-// All arguments are files; there are no options. Paths stay bytes, in any encoding.
-std::vector<std::filesystem::path> filesOf(int argc, char** argv) {
-    std::vector<std::filesystem::path> files;
-    for (int i = 1; i < argc; ++i) {
-        std::error_code error;
-        auto path = std::filesystem::absolute(argv[i], error);
-        if (!error) { files.push_back(std::move(path)); }
-    }
-    return files;
-}
 
 bool isSet(const char* variable) {
     const char* value = std::getenv(variable);
@@ -57,8 +44,7 @@ void describeControlPort(const ControlServer& control) {
             "  curl -H 'X-Brindlehum: 1' http://127.0.0.1:%d/toggle\n",
             int(control.listeningPort()), int(control.listeningPort()));
     } else {
-        std::printf("No display found, and the control port %d is taken by another program.\n",
-                    int(ControlServer::port));
+        std::printf("No display found. %s.\n", control.problem().c_str());
     }
     std::fflush(stdout);
 }
@@ -82,10 +68,22 @@ void describeControlPort(const ControlServer& control) {
     std::_Exit(code);
 }
 
+int print(StartArguments::Wish wish) {
+    if (wish == StartArguments::Wish::help) {
+        std::fputs(StartArguments::help, stdout);
+    } else {
+        std::puts("Brindlehum " BRINDLEHUM_VERSION);
+    }
+    return 0;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
-    const auto files = filesOf(argc, argv);
+    const auto arguments = StartArguments::parse({argv + 1, argv + argc});
+    if (arguments.wish != StartArguments::Wish::open) { return print(arguments.wish); }
+    const StartRequest& request = arguments.request;
+    for (const auto& problem : request.problems) { std::fprintf(stderr, "brindlehum: %s\n", problem.c_str()); }
     const bool hasScreen = findScreen();
     int qtArguments = 1;  // hide the files from Qt, which takes some names as its own options
     QApplication application(qtArguments, argv);
@@ -95,11 +93,15 @@ int main(int argc, char** argv) {
     QApplication::setQuitOnLastWindowClosed(false);
 
     InstanceLink link;
-    switch (link.start(files)) {
+    if (request.files.empty() && !request.problems.empty()) {
+        link.tell(request);  // its window shows the problems, too
+        return 1;
+    }
+    switch (link.start(request)) {
         case InstanceLink::Outcome::instance:
             break;
         case InstanceLink::Outcome::handedOver:
-            return 0;
+            return request.problems.empty() ? 0 : 1;
         case InstanceLink::Outcome::unanswered:
             std::fprintf(stderr, "Brindlehum is already running but doesn't answer\n");
             return 1;
@@ -112,9 +114,9 @@ int main(int argc, char** argv) {
     const std::unique_ptr<Session> session = makeSession(hasScreen);
     AppModel model({loop, *audio, defaults, *session, defaultCatalogFile()});
     AppWindows windows(model);
-    link.onFiles = [&model](const auto& handedOver) { model.openFiles(handedOver); };
+    link.onRequest = [&model](const StartRequest& handedOver) { model.open(handedOver); };
     model.start();
     if (!hasScreen) { describeControlPort(model.control()); }
-    if (!files.empty()) { model.openFiles(files); }
+    if (request != StartRequest()) { model.open(request); }
     end(model, defaults, link, QApplication::exec());
 }

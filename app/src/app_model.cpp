@@ -36,10 +36,23 @@ void AppModel::start(uint16_t controlPort) {
     connect(&settings_, &SettingsStore::changed, this, [this] { player_.profileChanged(); });
 }
 
-void AppModel::openFiles(const std::vector<std::filesystem::path>& files) {
-    const auto audio = std::ranges::find_if(files, AudioFileInfo::isAudioPath);
-    if (audio != files.end()) { player_.load(*audio, settings_.value().autoPlay); }
+void AppModel::open(const StartRequest& request) {
+    if (!request.files.empty()) {
+        const auto& first = request.files.front();
+        std::error_code error;
+        if (std::filesystem::is_directory(first, error)) {
+            showFolder(first);
+        } else {
+            player_.load(first, settings_.value().autoPlay);
+        }
+    }
+    if (!request.problems.empty()) { player_.message().fail(request.problems.front()); }
     openWindow("main");
+}
+
+void AppModel::showFolder(const std::filesystem::path& folder) {
+    library_.search().clearFilters();
+    library_.listing().open(folder);
 }
 
 void AppModel::openWindow(const std::string& id) {
@@ -56,8 +69,7 @@ void AppModel::addLibraryFolder() {
 void AppModel::addLibraryFolders(const std::vector<std::filesystem::path>& folders) {
     if (folders.empty()) { return; }
     for (const auto& folder : folders) { library_.roots().add(folder); }
-    library_.search().clearFilters();
-    library_.listing().open(folders.front());
+    showFolder(folders.front());
 }
 
 nlohmann::json AppModel::handle(const std::string& command, const ControlParams& params) {

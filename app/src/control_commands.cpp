@@ -3,12 +3,37 @@
 
 #include <QString>
 #include <algorithm>
+#include <cmath>
 #include <functional>
 #include <map>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <string_view>
 
 namespace brindlehum {
+
+namespace {
+
+constexpr double maxVolumeDB = 6;  // as in the window
+
+// The finite number under this name; none without one.
+std::optional<double> number(const ControlParams& params, const std::string& name) {
+    const auto found = params.find(name);
+    if (found == params.end()) { return std::nullopt; }
+    bool isNumber = false;
+    const double value = QString::fromStdString(found->second).toDouble(&isNumber);  // in the C locale
+    return isNumber && std::isfinite(value) ? std::optional(value) : std::nullopt;
+}
+
+// Sets what `on` asks for, 0 or 1; toggles without it. Returns what is wrong with it.
+std::string switched(const ControlParams& params, bool now, const std::function<void(bool)>& set) {
+    const auto on = params.find("on");
+    if (on != params.end() && on->second != "0" && on->second != "1") { return "on must be 0 or 1"; }
+    set(on == params.end() ? !now : on->second == "1");
+    return {};
+}
+
+}  // namespace
 
 ControlCommands::ControlCommands(PlayerModel& player, SettingsStore& settings, TempEditBatch& tempEdits)
     : player_(player), settings_(settings), tempEdits_(tempEdits) {}
@@ -17,23 +42,34 @@ nlohmann::json ControlCommands::handle(const std::string& command, const Control
     if (command == "status") { return status(); }
     const auto& file = player_.sound().info();
     Transport& transport = player_.transport();
-    const std::map<std::string_view, std::function<void()>> table = {
-        {"toggle", [&] { transport.togglePlay(); }},
-        {"play", [&] { transport.play(std::nullopt); }},
-        {"stop", [&] { transport.stopAndReturn(); }},
-        {"loop", [&] { transport.setLoop(!transport.loop()); }},
-        {"profile", [&] { selectProfile(params); }},
-        {"tempedits",
-         [&] {
+    const auto done = [](auto action) {
+        return [action] {
+            action();
+            return Problem();
+        };
+    };
+    const auto setting = [&](bool AppSettings::*member) {
+        return switched(params, settings_.value().*member,
+                        [&](bool on) { settings_.change([&](AppSettings& s) { s.*member = on; }); });
+    };
+    const std::map<std::string_view, std::function<Problem()>> table = {
+        {"toggle", done([&] { transport.togglePlay(); })},
+        {"play", done([&] { transport.play(std::nullopt); })},
+        {"stop", done([&] { transport.stopAndReturn(); })},
+        {"load", [&] { return load(params); }},
+        {"seek", [&] { return seek(params); }},
+        {"volume", [&] { return setVolume(params); }},
+        {"loop", [&] { return switched(params, transport.loop(), [&](bool on) { transport.setLoop(on); }); }},
+        {"profile", [&] { return selectProfile(params); }},
+        {"tempedits", done([&] {
              if (file) { tempEdits_.make({file->url}); }
-         }},
-        {"panel", [&] { settings_.change([](AppSettings& s) { s.finderPanel = !s.finderPanel; }); }},
-        {"expert", [&] { settings_.change([](AppSettings& s) { s.expertMode = !s.expertMode; }); }},
+         })},
+        {"panel", [&] { return setting(&AppSettings::finderPanel); }},
+        {"expert", [&] { return setting(&AppSettings::expertMode); }},
     };
     const auto known = table.find(command);
-    if (known == table.end()) { return {{"error", "unknown command " + command}}; }
-    known->second();
-    return ok();
+    const Problem problem = known == table.end() ? "unknown command " + command : known->second();
+    return problem.empty() ? ok() : nlohmann::json{{"error", problem}};
 }
 
 nlohmann::json ControlCommands::ok() const {
@@ -45,25 +81,66 @@ nlohmann::json ControlCommands::status() const {
     const auto& file = player_.sound().info();
     nlohmann::json profiles = nlohmann::json::array();
     for (const auto& profile : settings.profiles) { profiles.push_back(profile.name); }
-    return {{"playing", player_.isPlaying()},           {"file", file ? file->url.filename().string() : std::string()},
-            {"profile", settings.activeProfile().name}, {"profiles", profiles},
-            {"finderPanel", settings.finderPanel},      {"expert", settings.expertMode}};
+    const double rate = file ? std::max(file->sampleRate, 1.0) : 1;
+    const ListeningSetup& listening = player_.listening();
+    return {{"playing", player_.isPlaying()},
+            {"file", file ? file->url.filename().string() : std::string()},
+            {"position", double(player_.transport().currentFrame()) / rate},
+            {"length", file ? double(file->frames) / rate : 0},
+            {"loop", player_.transport().loop()},
+            {"volume", listening.volumeDB()},
+            {"device", listening.devices().name(listening.profile().deviceUID)},
+            {"profile", settings.activeProfile().name},
+            {"profiles", profiles},
+            {"finderPanel", settings.finderPanel},
+            {"expert", settings.expertMode}};
 }
 
-// Selects the profile with this name, ignoring case, else the one after the active one, wrapping round.
-void ControlCommands::selectProfile(const ControlParams& params) {
+// Selects the profile with this name, ignoring case; without a name, the one after the active one, wrapping round.
+ControlCommands::Problem ControlCommands::selectProfile(const ControlParams& params) {
     const auto& profiles = settings_.value().profiles;
-    if (profiles.empty()) { return; }
     if (const auto name = params.find("name"); name != params.end()) {
         const QString wanted = QString::fromStdString(name->second);
         const auto named = std::ranges::find_if(profiles, [&](const OutputProfile& profile) {
             return QString::fromStdString(profile.name).compare(wanted, Qt::CaseInsensitive) == 0;
         });
-        if (named != profiles.end()) { return player_.listening().selectProfile(named->id); }
+        if (named == profiles.end()) { return "no profile " + name->second; }
+        player_.listening().selectProfile(named->id);
+        return {};
     }
+    if (profiles.empty()) { return {}; }
     const auto active = std::ranges::find(profiles, settings_.activeProfile().id, &OutputProfile::id);
     const size_t next = (size_t(active - profiles.begin()) + 1) % profiles.size();
     player_.listening().selectProfile(profiles[next].id);
+    return {};
+}
+
+// Reads the file in the background: `status` names it once it is loaded, the window says why it can't be.
+ControlCommands::Problem ControlCommands::load(const ControlParams& params) {
+    const auto path = params.find("path");
+    if (path == params.end() || !std::filesystem::path(path->second).is_absolute()) {
+        return "load needs path, an absolute one";
+    }
+    if (!AudioFileInfo::isAudioPath(path->second)) { return "not an audio file: " + path->second; }
+    player_.load(path->second, settings_.value().autoPlay);
+    return {};
+}
+
+ControlCommands::Problem ControlCommands::seek(const ControlParams& params) {
+    const auto seconds = number(params, "seconds");
+    const auto& file = player_.sound().info();
+    if (!seconds || *seconds < 0) { return "seek needs seconds, a number from 0"; }
+    if (!file) { return "no file is loaded"; }
+    const double last = double(std::max<int64_t>(file->frames - 1, 0));
+    player_.transport().seek(int64_t(std::min(*seconds * file->sampleRate, last)));
+    return {};
+}
+
+ControlCommands::Problem ControlCommands::setVolume(const ControlParams& params) {
+    const auto db = number(params, "db");
+    if (!db || *db < ListeningSetup::silentDB || *db > maxVolumeDB) { return "volume needs db, from -60 to 6"; }
+    player_.listening().setVolumeDB(*db);
+    return {};
 }
 
 }  // namespace brindlehum

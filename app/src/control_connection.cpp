@@ -68,7 +68,7 @@ void ControlConnection::respond(qsizetype headSize) {
     responded_ = true;
     const std::string head = repairUtf8(buffer_.left(headSize).toStdString());
     buffer_.clear();
-    const std::string response = ControlProtocol::respond(head, server_.handler);
+    const std::string response = ControlProtocol::respond(head, server_.listeningPort(), server_.handler);
     socket_->write(response.data(), qint64(response.size()));
     socket_->flush();
     closeOurSide();

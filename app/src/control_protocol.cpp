@@ -55,12 +55,25 @@ Head parse(std::string_view text) {
     }
 }
 
+constexpr const char* anyPage = "null";  // pages of local files, but also sandboxed frames of any site
+
 // True for no origin (a tool), "null" and a file origin (a page opened from this machine). False with any control
 // character: the response's head repeats the origin, and the character could start a new line there.
 bool isAllowed(const std::string& origin) {
     const auto isControl = [](char c) { return uint8_t(c) < 0x20 || c == 0x7F; };
     if (std::ranges::any_of(origin, isControl)) { return false; }
-    return origin.empty() || origin == "null" || origin.starts_with("file");
+    return origin.empty() || origin == anyPage || origin.starts_with("file://");
+}
+
+// True for this machine, with our port or none. Browsers always send a host, so only a tool leaves it out.
+bool isOurHost(const std::string& host, uint16_t port) {
+    const std::string ours = ":" + std::to_string(port);
+    const std::string name = lowerAscii(host.ends_with(ours) ? host.substr(0, host.size() - ours.size()) : host);
+    return name.empty() || name == "127.0.0.1" || name == "localhost" || name == "[::1]";
+}
+
+bool changesSomething(const std::string& command) {
+    return command != "status";
 }
 
 std::string responseHead(const char* status, const std::string& allowedOrigin) {
@@ -109,10 +122,10 @@ Command command(const std::string& target) {
 
 }  // namespace
 
-std::string respond(const std::string& head, const Handler& handler) {
+std::string respond(const std::string& head, uint16_t port, const Handler& handler) {
     const Head request = parse(head);
     const std::string origin = request.value("origin");
-    const bool allowed = isAllowed(origin);
+    const bool allowed = isAllowed(origin) && isOurHost(request.value("host"), port);
     const std::string echoed = allowed ? origin : std::string();
 
     if (!request.request.empty() && request.request[0] == "OPTIONS") {
@@ -123,6 +136,9 @@ std::string respond(const std::string& head, const Handler& handler) {
     }
     if (!handler) { return withJSON("400 Bad Request", echoed, {{"error", "not ready"}}); }
     const Command asked = command(request.request[1]);
+    if (origin == anyPage && changesSomething(asked.name)) {
+        return withJSON("403 Forbidden", echoed, {{"error", "forbidden"}});
+    }
     const json payload = handler(asked.name, asked.params);
     return withJSON(payload.contains("error") ? "400 Bad Request" : "200 OK", echoed, payload);
 }

@@ -23,9 +23,17 @@ void ControlServer::start(uint16_t onPort) {
     listener->setListenBacklogSize(int(maxConnections));
     listener->setMaxPendingConnections(int(maxConnections));
     // Qt sets the socket to reuse the address, so a restart needn't wait for old connections to time out.
-    if (!listener->listen(QHostAddress::LocalHost, onPort)) { return; }
-    listener_ = std::move(listener);
-    connect(listener_.get(), &QTcpServer::newConnection, this, &ControlServer::accept);
+    if (listener->listen(QHostAddress::LocalHost, onPort)) {
+        problem_.clear();
+        listener_ = std::move(listener);
+        connect(listener_.get(), &QTcpServer::newConnection, this, &ControlServer::accept);
+    } else {
+        const bool isTaken = listener->serverError() == QAbstractSocket::AddressInUseError;
+        problem_ = "The control port " + std::to_string(onPort) +
+                   (isTaken ? std::string(" is taken by another program")
+                            : " can't be opened: " + listener->errorString().toStdString());
+    }
+    Q_EMIT started();
 }
 
 bool ControlServer::isListening() const {

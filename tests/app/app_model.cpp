@@ -1,4 +1,7 @@
 // AppModel: the command table, the profile's way to the player, and the files of a start.
+#include <unistd.h>
+
+#include "app/start_arguments.h"
 #include "app_fixture.h"
 
 namespace brindlehum {
@@ -29,17 +32,58 @@ protected:
 };
 
 TEST_F(App, StatusHoldsTheFileTheProfilesAndTheSwitches) {
-    EXPECT_EQ(ask("status"), json::parse(R"({"playing": false, "file": "", "profile": "Room 9.1.6",
-        "profiles": ["Room 9.1.6", "Nearfield", "Headphones"], "finderPanel": true, "expert": false})"));
+    json expected = json::parse(R"({"playing": false, "file": "", "position": 0.0, "length": 0.0, "loop": false,
+        "volume": 0.0, "device": "System Output", "profile": "Room 9.1.6",
+        "profiles": ["Room 9.1.6", "Nearfield", "Headphones"], "finderPanel": true, "expert": false})");
+    EXPECT_EQ(ask("status"), expected);
     app_.player().load(file("rain & wind.wav"), true);
     settle();
     EXPECT_EQ(ask("expert"), json::parse(R"({"ok": true, "profile": "Room 9.1.6", "playing": true})"));
     ask("panel");
-    EXPECT_EQ(ask("status"), json::parse(R"({"playing": true, "file": "rain & wind.wav", "profile": "Room 9.1.6",
-        "profiles": ["Room 9.1.6", "Nearfield", "Headphones"], "finderPanel": false, "expert": true})"));
-    for (const char* command : {"", "Status", "quit"}) {
-        EXPECT_EQ(ask(command), (json{{"error", std::string("unknown command ") + command}}));
+    ask("loop");
+    ask("seek", {{"seconds", "0.5"}});
+    ask("volume", {{"db", "-6.5"}});
+    expected.update(json::parse(R"({"playing": true, "file": "rain & wind.wav", "position": 0.5, "length": 1.0,
+        "loop": true, "volume": -6.5, "finderPanel": false, "expert": true})"));
+    EXPECT_EQ(ask("status"), expected);
+    for (const char* command : {"loop", "panel", "expert"}) {
+        const std::string key = command == std::string("panel") ? "finderPanel" : command;
+        for (const char* on : {"0", "0", "1", "1"}) {
+            ask(command, {{"on", on}});
+            EXPECT_EQ(ask("status")[key], on == std::string("1")) << command;
+        }
     }
+}
+
+TEST_F(App, ACommandWithBadArgumentsSaysSoAndChangesNothing) {
+    app_.player().load(file("a.wav"), false);
+    settle();
+    const json before = ask("status");
+    const struct {
+        const char* command;
+        ControlParams params;
+    } cases[] = {{"", {}},
+                 {"Status", {}},
+                 {"quit", {}},
+                 {"profile", {{"name", "no such"}}},
+                 {"profile", {{"name", ""}}},
+                 {"loop", {{"on", "yes"}}},
+                 {"panel", {{"on", ""}}},
+                 {"expert", {{"on", "2"}}},
+                 {"seek", {}},
+                 {"seek", {{"seconds", "-1"}}},
+                 {"seek", {{"seconds", "nan"}}},
+                 {"volume", {{"db", "6.1"}}},
+                 {"volume", {{"db", "loud"}}},
+                 {"load", {}},
+                 {"load", {{"path", "a.wav"}}},
+                 {"load", {{"path", "/notes.txt"}}}};
+    for (const auto& c : cases) {
+        EXPECT_TRUE(ask(c.command, c.params).contains("error")) << c.command;
+        EXPECT_EQ(ask("status"), before) << c.command;
+    }
+    EXPECT_FALSE(ask("load", {{"path", file("b.wav").string()}}).contains("error"));
+    EXPECT_EQ(ask("status")["file"], "b.wav");
 }
 
 TEST_F(App, TransportCommandsDriveThePlayer) {
@@ -56,7 +100,7 @@ TEST_F(App, TransportCommandsDriveThePlayer) {
     EXPECT_TRUE(transport_.loop());
 }
 
-TEST_F(App, ProfileFindsANameInAnyCaseElseTakesTheNextProfile) {
+TEST_F(App, ProfileFindsANameInAnyCaseAndWithoutOneTakesTheNextProfile) {
     app_.settings().change([](AppSettings& s) { s.profiles[1].name = "Große Regie"; });
     const struct {
         ControlParams params;
@@ -64,7 +108,7 @@ TEST_F(App, ProfileFindsANameInAnyCaseElseTakesTheNextProfile) {
     } cases[] = {
         {{{"name", "HEADPHONES"}}, "Headphones"},
         {{}, "Room 9.1.6"},
-        {{{"name", "no such"}}, "Große Regie"},
+        {{}, "Große Regie"},
         {{{"name", "große regie"}}, "Große Regie"},
     };
     for (const auto& c : cases) { EXPECT_EQ(ask("profile", c.params)["profile"], c.becomes); }
@@ -83,22 +127,66 @@ TEST_F(App, LibraryFoldersAreAddedAndTheFirstIsShown) {
     EXPECT_TRUE(loop_.runUntil([&] { return !app_.library().isBusy(); }));
 }
 
-TEST_F(App, TheFirstAudioFileOfAStartIsLoaded) {
+TEST_F(App, TheFirstFileOrFolderOfAStartIsShownAndItsProblemsAreSaid) {
     std::vector<std::string> windows;
     app_.openWindowAction = [&](const std::string& id) { windows.push_back(id); };
     const auto a = file("a.WAV");
     const auto b = file("b.wav");
-    app_.openFiles({folder_ / "notes.txt", a, b});
+    app_.open({{a, b}, {}});
     settle();
     EXPECT_EQ(loaded(), a);
     EXPECT_TRUE(transport_.isPlaying());
     app_.settings().change([](AppSettings& s) { s.autoPlay = false; });
-    app_.openFiles({b});
-    app_.openFiles({folder_ / "notes.txt"});
+    app_.open({{b}, {}});
+    app_.open({{}, {"Unknown option --x"}});
     settle();
     EXPECT_EQ(loaded(), b);
     EXPECT_FALSE(transport_.isPlaying());
-    EXPECT_THAT(windows, ElementsAre("main", "main", "main"));
+    EXPECT_EQ(app_.player().message().text(), "Unknown option --x");
+    app_.library().search().setQuery("x");
+    app_.open({{folder_.path()}, {}});
+    EXPECT_EQ(app_.library().listing().folder(), folder_.path());
+    EXPECT_FALSE(app_.library().search().isSearching());
+    EXPECT_TRUE(loop_.runUntil([&] { return !app_.library().isBusy(); }));
+    EXPECT_THAT(windows, ElementsAre("main", "main", "main", "main"));
+}
+
+TEST(StartArguments, AreOptionsFilesAddressesAndFolders) {
+    const test::TempFolder folder;
+    const std::string root = folder.path().string();
+    const std::string odd = root + "/a b%\xE9.wav";
+    for (const auto& path : {odd, root + "/notes.txt", root + "/locked.wav", root + "/-x.wav"}) {
+        test::writeBytes(path, "x");
+    }
+    std::filesystem::permissions(root + "/locked.wav", std::filesystem::perms::none);
+    using Wish = StartArguments::Wish;
+    const struct {
+        std::vector<std::string> arguments;
+        Wish wish;
+        StartRequest request;
+    } cases[] = {
+        {{}, Wish::open, {}},
+        {{"--help"}, Wish::help, {}},
+        {{"--version"}, Wish::version, {}},
+        {{odd, root}, Wish::open, {{odd, root}, {}}},
+        {{"file://" + root + "/a%20b%25%E9.wav"}, Wish::open, {{odd}, {}}},
+        {{"file://localhost" + root}, Wish::open, {{root}, {}}},
+        {{"file://server/a.wav"}, Wish::open, {{}, {"Can't read file://server/a.wav: it isn't on this machine"}}},
+        {{"--typo"}, Wish::open, {{}, {"Unknown option --typo"}}},
+        {{"--", root + "/-x.wav"}, Wish::open, {{root + "/-x.wav"}, {}}},
+        {{root + "/gone.wav"}, Wish::open, {{}, {"Can't read gone.wav: No such file or directory"}}},
+        {{root + "/notes.txt"}, Wish::open, {{}, {"Can't read notes.txt: it isn't an audio file"}}},
+    };
+    for (const auto& c : cases) {
+        const auto parsed = StartArguments::parse(c.arguments);
+        EXPECT_EQ(parsed.wish, c.wish);
+        EXPECT_EQ(parsed.request.files, c.request.files);
+        EXPECT_EQ(parsed.request.problems, c.request.problems);
+    }
+    if (::geteuid() != 0) {
+        EXPECT_EQ(StartArguments::parse({root + "/locked.wav"}).request.problems.at(0),
+                  "Can't read locked.wav: Permission denied");
+    }
 }
 
 }  // namespace

@@ -65,6 +65,7 @@ const std::string refusal = "{\"error\":\"forbidden\"}";
 const std::string forbidden = response("403 Forbidden", refusal);
 
 TEST_F(ControlPort, OnlyToolsAndLocalPagesAreServed) {
+    const std::string port = std::to_string(server_.listeningPort());
     const auto access = [](const std::string& origin) {
         return "Access-Control-Allow-Origin: " + origin +
                "\r\nAccess-Control-Allow-Headers: X-Brindlehum\r\nAccess-Control-Allow-Methods: GET\r\n";
@@ -82,6 +83,21 @@ TEST_F(ControlPort, OnlyToolsAndLocalPagesAreServed) {
         {"another value", get("/status", "X-Brindlehum: 01\r\n"), forbidden},
         {"a local web server", get("/status", "X-Brindlehum: 1\r\nOrigin: http://localhost:3000\r\n"), forbidden},
         {"an origin that would add a header", get("/status", "X-Brindlehum: 1\r\nOrigin: file\nA: b\r\n"), forbidden},
+        {"a foreign name that leads to this machine",
+         get("/status", "X-Brindlehum: 1\r\nHost: evil.example:" + port + "\r\n"), forbidden},
+        {"another port", get("/status", "X-Brindlehum: 1\r\nHost: localhost:1\r\n"), forbidden},
+        {"this machine by name", get("/status", "X-Brindlehum: 1\r\nHost: LOCALHOST:" + port + "\r\n"), served},
+        {"this machine by number", get("/status", "X-Brindlehum: 1\r\nHost: 127.0.0.1:" + port + "\r\n"), served},
+        {"this machine by its longer number", get("/status", "X-Brindlehum: 1\r\nHost: [::1]:" + port + "\r\n"),
+         served},
+        {"a site's own storage", get("/status", "X-Brindlehum: 1\r\nOrigin: filesystem:http://evil.example\r\n"),
+         forbidden},
+        {"any page may read", get("/status", "X-Brindlehum: 1\r\nOrigin: null\r\n"),
+         response("200 OK", "{\"ok\":true}", access("null"))},
+        {"but change nothing", get("/toggle", "X-Brindlehum: 1\r\nOrigin: null\r\n"),
+         response("403 Forbidden", refusal, access("null"))},
+        {"a page from a file may", get("/toggle", "X-Brindlehum: 1\r\nOrigin: file://\r\n"),
+         response("200 OK", "{\"ok\":true}", access("file://"))},
         {"a page from a file", get("/status", "X-Brindlehum: 1\r\nOrigin: file://\r\n"),
          response("200 OK", "{\"ok\":true}", access("file://"))},
         {"a page from a file without the header", get("/status", "Origin: null\r\n"),
@@ -170,6 +186,7 @@ TEST_F(ControlPort, ListensOnLoopbackOnlyAndIgnoresATakenPort) {
     ControlServer second;
     second.start(server_.listeningPort());
     EXPECT_FALSE(second.isListening());
+    EXPECT_THAT(second.problem(), HasSubstr("is taken by another program"));
 }
 
 }  // namespace

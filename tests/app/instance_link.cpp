@@ -3,9 +3,11 @@
 #include <unistd.h>
 
 #include <QLocalServer>
+#include <QLocalSocket>
 #include <QLockFile>
 #include <atomic>
 #include <map>
+#include <memory>
 #include <thread>
 
 #include "app/instance_link.h"
@@ -23,17 +25,17 @@ class Instance : public test::EventLoopTest {
 protected:
     test::TempFolder folder_;
     InstanceLink first_{folder_.path()};
-    std::vector<Files> received_;
+    std::vector<StartRequest> received_;
 
     void SetUp() override {
-        first_.onFiles = [this](const Files& files) { received_.push_back(files); };
+        first_.onRequest = [this](const StartRequest& request) { received_.push_back(request); };
     }
     // The outcome of a second start in another thread, while this one's event loop runs.
-    Outcome secondStart(const Files& files, double patience = 10) {
+    Outcome secondStart(const StartRequest& request, double patience = 10) {
         std::atomic<int> outcome{-1};
         std::thread other([&] {
             InstanceLink link(folder_.path());
-            outcome = int(link.start(files, patience));
+            outcome = int(link.start(request, patience));
             QMetaObject::invokeMethod(
                 QCoreApplication::instance(), [] {}, Qt::QueuedConnection);
         });
@@ -49,10 +51,11 @@ TEST_F(Instance, HandsEveryPathOverByteForByte) {
     const std::filesystem::path longer = "/some/folder/with a longer name";
     Files many;
     for (int i = 0; i < 20000; ++i) { many.push_back(longer / std::to_string(i)); }
-    for (const Files& files : {odd, Files{}, many}) {
-        EXPECT_EQ(secondStart(files), Outcome::handedOver);
+    for (const StartRequest& request :
+         {StartRequest{odd, {"Unknown option --x"}}, StartRequest{}, StartRequest{many, {}}}) {
+        EXPECT_EQ(secondStart(request), Outcome::handedOver);
         ASSERT_FALSE(received_.empty());
-        EXPECT_EQ(received_.back(), files);
+        EXPECT_EQ(received_.back(), request);
     }
     EXPECT_EQ(received_.size(), 3U);
 }
@@ -66,7 +69,7 @@ TEST_F(Instance, LockAndSocketOfACrashAreTakenOver) {
     ASSERT_TRUE(std::filesystem::exists(folder_ / "brindlehum.lock"));
     ASSERT_TRUE(std::filesystem::exists(folder_ / "brindlehum.socket"));
     EXPECT_EQ(first_.start({}, 1), Outcome::instance);
-    EXPECT_EQ(secondStart({"/x.wav"}), Outcome::handedOver);
+    EXPECT_EQ(secondStart({{"/x.wav"}, {}}), Outcome::handedOver);
 }
 
 // No event loop in this process: each child makes its own.
@@ -86,8 +89,8 @@ protected:
         if (::read(gate, &nothing, 1) != 0) { return failed; }
         InstanceLink link(folder_.path());
         int handed = 0;
-        link.onFiles = [&handed](const Files&) { ++handed; };
-        const Outcome outcome = link.start({std::filesystem::path("/file") / std::to_string(number)}, 20);
+        link.onRequest = [&handed](const StartRequest&) { ++handed; };
+        const Outcome outcome = link.start({{std::filesystem::path("/file") / std::to_string(number)}, {}}, 20);
         const auto all = [&] { return handed == starts - 1; };
         return outcome != Outcome::instance || test::EventLoopTest::until(all) ? int(outcome) : failed;
     }
@@ -121,10 +124,10 @@ TEST_F(Instance, WaitingForASilentInstanceEnds) {
     QLockFile held(QString::fromStdString((folder_ / "brindlehum.lock").string()));
     held.setStaleLockTime(0);
     ASSERT_TRUE(held.tryLock());
-    EXPECT_EQ(first_.start({"/x"}, 0.1), Outcome::unanswered) << "no socket";
+    EXPECT_EQ(first_.start({{"/x"}, {}}, 0.1), Outcome::unanswered) << "no socket";
     QLocalServer mute;
     ASSERT_TRUE(mute.listen(QString::fromStdString((folder_ / "brindlehum.socket").string())));
-    EXPECT_EQ(first_.start({"/x"}, 0.1), Outcome::unanswered) << "a socket that says nothing";
+    EXPECT_EQ(first_.start({{"/x"}, {}}, 0.1), Outcome::unanswered) << "a socket that says nothing";
 }
 
 TEST_F(Instance, WithoutALockFolderEachStartIsAnInstance) {
@@ -132,6 +135,56 @@ TEST_F(Instance, WithoutALockFolderEachStartIsAnInstance) {
     InstanceLink two(folder_ / "absent");
     EXPECT_EQ(one.start({}), Outcome::instance);
     EXPECT_EQ(two.start({}), Outcome::instance);
+}
+
+TEST_F(Instance, UnfinishedMessagesAreBoundedInSizeAndNumber) {
+    ASSERT_EQ(first_.start({}), Outcome::instance);
+    const QString socket = QString::fromStdString((folder_ / "brindlehum.socket").string());
+    std::vector<std::unique_ptr<QLocalSocket>> peers;
+    const auto connect = [&] {
+        peers.push_back(std::make_unique<QLocalSocket>());
+        peers.back()->connectToServer(socket);
+        return peers.back().get();
+    };
+    const auto isGone = [](const QLocalSocket* peer) { return peer->state() == QLocalSocket::UnconnectedState; };
+    qint64 written = 0;
+    QLocalSocket* endless = connect();
+    QObject::connect(endless, &QLocalSocket::bytesWritten, [&written](qint64 count) { written += count; });
+    endless->write(QByteArray(64 << 20, 'x'));
+    EXPECT_TRUE(until([&] { return isGone(endless); }));
+    EXPECT_LT(written, InstanceMessage::maxBytes + (4 << 20));
+    QLocalSocket* oldest = connect();
+    oldest->write("/half");
+    while (peers.size() < InstanceLink::maxPeers + 4) { connect()->write("/half"); }
+    EXPECT_TRUE(until([&] { return isGone(oldest); }));
+    EXPECT_FALSE(isGone(peers.back().get()));
+    EXPECT_EQ(secondStart({{"/x.wav"}, {}}), Outcome::handedOver) << "they block nobody";
+}
+
+TEST_F(Instance, ThePrivateFolderIsNeverSomebodyElsesNorTheCurrentOne) {
+    const auto set = [](const char* name, const std::filesystem::path& value) {
+        qputenv(name, QByteArray::fromStdString(value.native()));
+    };
+    const std::map<const char*, QByteArray> before = {{"XDG_RUNTIME_DIR", qgetenv("XDG_RUNTIME_DIR")},
+                                                      {"TMPDIR", qgetenv("TMPDIR")},
+                                                      {"XDG_CACHE_HOME", qgetenv("XDG_CACHE_HOME")}};
+    qunsetenv("XDG_RUNTIME_DIR");
+    set("TMPDIR", folder_.path());
+    set("XDG_CACHE_HOME", folder_ / "cache");
+    const auto own = folder_ / ("brindlehum-" + std::to_string(::getuid()));
+    std::filesystem::create_directory(own);
+    EXPECT_EQ(InstanceLink::runtimeFolder(), own);
+    EXPECT_EQ(std::filesystem::status(own).permissions(), std::filesystem::perms::owner_all);
+    std::filesystem::remove(own);
+    std::filesystem::create_directory(folder_ / "theirs");
+    std::filesystem::create_symlink(folder_ / "theirs", own);
+    EXPECT_EQ(InstanceLink::runtimeFolder(), folder_ / "cache" / "brindlehum" / "run") << "a planted link";
+    set("XDG_CACHE_HOME", "/proc");
+    EXPECT_EQ(InstanceLink::runtimeFolder(), "");
+    InstanceLink loose(InstanceLink::runtimeFolder());
+    EXPECT_EQ(loose.start({}), Outcome::instance);
+    EXPECT_FALSE(std::filesystem::exists("brindlehum.lock"));
+    for (const auto& [name, value] : before) { value.isNull() ? qunsetenv(name) : qputenv(name, value); }
 }
 
 TEST_F(Instance, OnlyTheUserMayConnect) {

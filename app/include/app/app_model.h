@@ -10,6 +10,7 @@
 
 #include "app/control_commands.h"
 #include "app/control_server.h"
+#include "app/instance_link.h"
 #include "app/temp_edit_batch.h"
 #include "library/model/library_model.h"
 #include "mix/engine/playback_engine.h"
@@ -30,8 +31,9 @@ public:
     // Opens the control port and starts to observe the settings. Once.
     void start(uint16_t controlPort = ControlServer::port);
 
-    // Loads the first audio file among the arguments of this start or a later one, and shows the main window.
-    void openFiles(const std::vector<std::filesystem::path>& files);
+    // Loads the first file of this start or a later one, or shows it if it is a folder; says what was wrong with the
+    // arguments, and shows the main window.
+    void open(const StartRequest& request);
     // Opens a window by its id ("main", "settings") and brings the application to the front.
     void openWindow(const std::string& id);
     // The windows set this once they exist.
@@ -60,6 +62,8 @@ public:
     UserDefaults& defaults() { return platform_.defaults; }
 
 private:
+    void showFolder(const std::filesystem::path& folder);
+
     Platform platform_;
     WorkerPool pool_;
     SettingsStore settings_;

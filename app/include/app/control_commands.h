@@ -16,13 +16,19 @@ class ControlCommands {
 public:
     ControlCommands(PlayerModel& player, SettingsStore& settings, TempEditBatch& tempEdits);
 
-    // Runs a command and returns the answer. Compares the name exactly; an unknown one returns an object with "error".
+    // Runs a command and returns the answer. Compares the name exactly. An unknown command, and an argument that makes
+    // no sense, change nothing and return an object with "error".
     nlohmann::json handle(const std::string& command, const ControlParams& params);
 
 private:
+    // What a command says against its arguments; empty if it has been carried out.
+    using Problem = std::string;
     nlohmann::json ok() const;
     nlohmann::json status() const;
-    void selectProfile(const ControlParams& params);
+    Problem selectProfile(const ControlParams& params);
+    Problem load(const ControlParams& params);
+    Problem seek(const ControlParams& params);
+    Problem setVolume(const ControlParams& params);
 
     PlayerModel& player_;
     SettingsStore& settings_;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <nlohmann/json_fwd.hpp>
@@ -17,11 +18,13 @@ inline constexpr size_t maxHead = 16384;  // bytes
 
 using Handler = std::function<nlohmann::json(const std::string& command, const ControlParams& params)>;
 
-// The whole response to a request head (without its closing empty line); `handler` may be empty.
+// The whole response to a request head (without its closing empty line); `handler` may be empty, `port` is ours.
 //
 // Serves every program on this machine that sets the header "X-Brindlehum: 1". A web page can set it only with the
-// permission in the answer to OPTIONS, and only pages opened from local files get that permission.
-std::string respond(const std::string& head, const Handler& handler);
+// permission in the answer to OPTIONS, which pages of local files get. The origin "null" gets it, too, but any site can
+// take on that origin: it may only ask for the status. A host that isn't this machine is refused, because a site whose
+// name leads here would otherwise count as one without an origin.
+std::string respond(const std::string& head, uint16_t port, const Handler& handler);
 
 }  // namespace ControlProtocol
 }  // namespace brindlehum

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <list>
 #include <memory>
+#include <string>
 
 #include "app/control_protocol.h"
 
@@ -26,15 +27,20 @@ public:
     ~ControlServer() override;
 
     ControlProtocol::Handler handler;  // set it before start()
-    // Opens the listener on 127.0.0.1. Does nothing if it is open already, or if another program has the port. Port 0
-    // takes any free port, for tests.
+    // Opens the listener on 127.0.0.1, unless it is open already. Port 0 takes any free port, for tests.
     void start(uint16_t onPort = port);
     bool isListening() const;
     uint16_t listeningPort() const;
+    // Why the last start failed, in one line, as when another program has the port; empty after a success.
+    const std::string& problem() const { return problem_; }
+
+Q_SIGNALS:
+    void started();  // or failed to
 
 private:
     void accept();
     std::unique_ptr<QTcpServer> listener_;
+    std::string problem_;
     std::list<ControlConnection*> connections_;  // oldest first; children of the listener
 };
 

@@ -5,8 +5,10 @@
 #include <QObject>
 #include <filesystem>
 #include <functional>
+#include <list>
 #include <memory>
 #include <optional>
+#include <string>
 #include <vector>
 
 class QLocalServer;
@@ -15,12 +17,20 @@ class QLockFile;
 
 namespace brindlehum {
 
-// The message from a later start to the running instance: each path's bytes and a NUL, then one more NUL. Paths are
-// bytes, not text, so names in any encoding arrive unchanged.
+// What a start asks for.
+struct StartRequest {
+    std::vector<std::filesystem::path> files;  // absolute; folders, too
+    std::vector<std::string> problems;         // with its arguments, a line each, never beginning with a slash
+    bool operator==(const StartRequest&) const = default;
+};
+
+// The message from a later start to the running instance: the bytes of each path or problem and a NUL, then one more
+// NUL. Paths are bytes, not text, so names in any encoding arrive unchanged.
 namespace InstanceMessage {
-QByteArray encode(const std::vector<std::filesystem::path>& files);
+inline constexpr qsizetype maxBytes = 4 << 20;  // the system passes a program half of that
+QByteArray encode(const StartRequest& request);
 // None while the message isn't complete.
-std::optional<std::vector<std::filesystem::path>> decode(const QByteArray& bytes);
+std::optional<StartRequest> decode(const QByteArray& bytes);
 }  // namespace InstanceMessage
 
 // Main thread of its process.
@@ -33,20 +43,25 @@ public:
         unanswered,  // another process is the instance, but doesn't answer
     };
 
-    // Lock and socket are files in `folder`. If the folder isn't writable, every start becomes an instance.
+    // Lock and socket are files in `folder`. If that isn't writable, or empty, every start becomes an instance.
     explicit InstanceLink(std::filesystem::path folder = runtimeFolder());
     ~InstanceLink() override;
 
-    // Decides whether this process is the instance. `files` are absolute. Blocks for up to `patience` seconds while
+    // Decides whether this process is the instance. Blocks for up to `patience` seconds while
     // another process starts, ends or is busy. Takes over a lock and a socket left behind by a crash.
-    Outcome start(const std::vector<std::filesystem::path>& files, double patience = 5);
+    Outcome start(const StartRequest& request, double patience = 5);
+    // Hands the request to the instance, if one runs, and never becomes it.
+    bool tell(const StartRequest& request, double patience = 5);
     // Lets another process become the instance.
     void release();
 
-    // Called with the files of a later start; an empty list only asks for the window.
-    std::function<void(const std::vector<std::filesystem::path>& files)> onFiles;
+    // Called with what a later start asks for; an empty request only asks for the window.
+    std::function<void(const StartRequest& request)> onRequest;
+    // The most unfinished messages at once. One more drops the oldest.
+    static constexpr size_t maxPeers = 16;
 
-    // `$XDG_RUNTIME_DIR`, else the user's own folder in the temporary folder.
+    // `$XDG_RUNTIME_DIR`, else a folder of the user in the temporary folder, else one in the cache folder; empty if
+    // there is none that belongs to the user alone.
     static std::filesystem::path runtimeFolder();
 
 private:
@@ -54,10 +69,16 @@ private:
     bool handOver(const QByteArray& message, int milliseconds);
     void accept();
     void receive(QLocalSocket* peer);
+    void drop(QLocalSocket* peer);
 
     std::filesystem::path folder_;
     std::unique_ptr<QLockFile> lock_;
     std::unique_ptr<QLocalServer> server_;
+    struct Peer {
+        QLocalSocket* socket;
+        QByteArray received;
+    };
+    std::list<Peer> peers_;  // whose message isn't complete, the oldest first
 };
 
 }  // namespace brindlehum
