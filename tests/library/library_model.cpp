@@ -34,7 +34,7 @@ TEST_F(Library, AnEditReachesListingSearchFacetsAndStatusLine) {
     EXPECT_TRUE(model->search().results().empty());
     model->edits().save({{{"CATEGORY", "WIND"}, {"CATID", "WINDGust"}, {"FXNAME", "Gale"}}, std::nullopt}, {file});
     settle();
-    EXPECT_EQ(model->message(), "Saved metadata to 1 file(s)");
+    EXPECT_EQ(model->message(), "Saved metadata to 1 file");
     EXPECT_EQ(model->listing().entries()[0].row->meta.fxName, "Gale");
     EXPECT_EQ(model->search().categories().size(), 1U);
     loop.advance(LibrarySearch::debounceSeconds);

@@ -48,7 +48,7 @@ TEST_F(Edits, ReachFileCatalogAndLog) {
     const std::string flacBefore = readBytes(flac);
     const MetadataChanges first{{{"DESCRIPTION", "wind"}, {"UNKNOWN", "x"}}, 4};
     save(first, {wave, flac});
-    EXPECT_EQ(said.back(), "Saved metadata to 2 file(s)");
+    EXPECT_EQ(said.back(), "Saved metadata to 2 files");
     EXPECT_EQ(MetaIO::read(wave).description, "wind");
     EXPECT_EQ(readBytes(flac), flacBefore);
     for (const fs::path& file : {wave, flac}) {
@@ -80,7 +80,7 @@ TEST_F(Edits, ThatFailLeaveCatalogAndLogAlone) {
     writeBytes(root / "x.wav", "RIFX no wave");
     scanAll({root});
     save({{{"DESCRIPTION", "wind"}}, std::nullopt}, {good, root / "x.wav", last});
-    EXPECT_EQ(said.back(), "Couldn't write 1 file(s): x.wav");
+    EXPECT_EQ(said.back(), "Couldn't write 1 file: x.wav");
     EXPECT_EQ(MetaIO::read(last).description, "wind");
     EXPECT_EQ(catalogRow(root / "x.wav").meta.description, "");
     EXPECT_EQ(logged(root).size(), 2U);
@@ -115,7 +115,7 @@ TEST_F(Edits, RenamesNeverReplaceAFileAndCanBeUndone) {
     };
     edits.renameToUCS({root / "one.wav", root / "two.wav", root / "three.flac", root / "plain.wav", root / "gone.wav"});
     settle();
-    EXPECT_EQ(said.back(), "Renamed 2 file(s)");
+    EXPECT_EQ(said.back(), "Renamed 2 files");
     EXPECT_THAT(entries(),
                 ElementsAre("DOGBark_A B-C_JD.flac", "DOORWood_Slam.wav", "no name.wav", "plain.wav", "two.wav"));
     EXPECT_EQ(readBytes(root / "two.wav"), taken);

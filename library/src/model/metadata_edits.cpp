@@ -20,9 +20,16 @@ std::string number(size_t count) {
     return QLocale().toString(qulonglong(count)).toStdString();
 }
 
-std::string failureText(const std::vector<std::string>& failed) {
-    std::string text = "Couldn't write " + number(failed.size()) + " file(s): ";
-    for (size_t i = 0; i < failed.size() && i < maxNames; ++i) { text += (i == 0 ? "" : ", ") + failed[i]; }
+// "1 file", "1,204 files"
+std::string countOf(size_t count) {
+    return number(count) + (count == 1 ? " file" : " files");
+}
+
+std::string failureText(const MetadataEdits::Failures& failed) {
+    std::string text = "Couldn't write " + countOf(failed.size()) + ": ";
+    for (size_t i = 0; i < failed.size() && i < maxNames; ++i) {
+        text += (i == 0 ? "" : ", ") + printableName(failed[i].file);
+    }
     return text;
 }
 
@@ -53,13 +60,14 @@ MetadataEdits::MetadataEdits(const SettingsStore& settings, MainLoop& loop, Cata
                              Background& edits)
     : settings_(settings), catalog_(catalog), realPaths_(realPaths), edits_(edits), reads_(loop, "Brindlehum.meta") {}
 
-void MetadataEdits::save(const MetadataChanges& changes, const Paths& files) {
+void MetadataEdits::save(const MetadataChanges& changes, const Paths& files,
+                         const std::function<void(const Failures&)>& ended) {
     if (changes.isEmpty() || files.empty()) { return; }
     const auto work = [this, changes, files, catalog = catalog_, &realPaths = realPaths_,
                        roots = settings_.value().libraryRoots](const Background::Task& task) {
         const auto realRoots = realPaths.of(roots);
         const std::string user = ChangeLog::owner();
-        std::vector<std::string> failed;
+        Failures failed;
         for (size_t i = 0; i < files.size(); ++i) {
             if (files.size() > 1) {
                 const std::string text = number(i + 1) + " of " + number(files.size());
@@ -67,13 +75,14 @@ void MetadataEdits::save(const MetadataChanges& changes, const Paths& files) {
             }
             try {
                 MetadataSave::save(files[i], changes, catalog, realRoots, user);
-            } catch (const std::exception&) { failed.push_back(files[i].filename().string()); }
+            } catch (const std::exception& error) { failed.push_back({files[i], reasonOf(files[i], error)}); }
         }
         return failed;
     };
-    edits_.run(work, [this, count = files.size()](const std::vector<std::string>& failed) {
+    edits_.run(work, [this, count = files.size(), ended](const Failures& failed) {
+        if (ended) { ended(failed); }
         Q_EMIT catalogChanged();
-        Q_EMIT said(failed.empty() ? "Saved metadata to " + number(count) + " file(s)" : failureText(failed));
+        Q_EMIT said(failed.empty() ? "Saved metadata to " + countOf(count) : failureText(failed));
     });
 }
 
@@ -114,8 +123,8 @@ void MetadataEdits::rename(std::function<Moves()> plan, bool undoing) {
         },
         [this, undoing](const Moves& done) {
             lastRenames_ = undoing ? Moves() : done;
-            const std::string count = number(done.size());
-            Q_EMIT said(undoing ? "Gave " + count + " file(s) their old name again" : "Renamed " + count + " file(s)");
+            const std::string count = countOf(done.size());
+            Q_EMIT said(undoing ? "Gave " + count + " the old name again" : "Renamed " + count);
             if (!done.empty()) { Q_EMIT renamed(done); }
             Q_EMIT catalogChanged();
         });

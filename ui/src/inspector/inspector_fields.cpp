@@ -38,6 +38,21 @@ void InspectorFields::load(const std::vector<SoundMeta>& files) {
     rating_ = same ? first.rating : 0;
 }
 
+void InspectorFields::loadUnderEdits(const std::vector<SoundMeta>& files) {
+    const MetadataChanges edits = changes();
+    load(files);
+    edit(edits);
+}
+
+void InspectorFields::edit(const MetadataChanges& changes) {
+    for (const auto& [tag, text] : changes.fields) {
+        if (!isEdited(tag)) { setText(tag, QString::fromStdString(text)); }
+    }
+    if (!changes.rating || ratingEdited_) { return; }
+    rating_ = *changes.rating;
+    ratingEdited_ = true;
+}
+
 QString InspectorFields::text(const std::string& tag) const {
     const auto found = values_.find(tag);
     return found == values_.end() ? QString() : found->second;

@@ -35,7 +35,8 @@ std::vector<fs::path> urlsOf(const std::vector<BrowserEntry>& entries) {
 bool askRename(QWidget* parent, size_t count) {
     QMessageBox box(parent);
     box.setIcon(QMessageBox::Question);
-    box.setText(QString("Rename %1 file(s) to their UCS names?").arg(QLocale().toString(qulonglong(count))));
+    box.setText(count == 1 ? QString("Rename 1 file to its UCS name?")
+                           : QString("Rename %1 files to their UCS names?").arg(QLocale().toString(qulonglong(count))));
     box.setInformativeText("DAW sessions that reference the old names will need to relink.");
     auto* rename = box.addButton("Rename", QMessageBox::AcceptRole);
     box.addButton(QMessageBox::Cancel);
@@ -52,6 +53,22 @@ InspectorView::Unsaved askAboutEdits(QWidget* parent) {
     const int answer = box.exec();
     if (answer == QMessageBox::Save) { return InspectorView::Unsaved::save; }
     return answer == QMessageBox::Discard ? InspectorView::Unsaved::discard : InspectorView::Unsaved::keep;
+}
+
+// One line a file, for as many as the form has room for.
+QString problemOf(const MetadataEdits::Failures& failures) {
+    constexpr size_t most = 3;
+    QStringList lines;
+    for (size_t i = 0; i < failures.size() && i < most; ++i) {
+        lines << QString("Couldn't save %1: %2")
+                     .arg(pathText(failures[i].file.filename()), QString::fromStdString(failures[i].reason));
+    }
+    if (failures.size() > most) { lines << QString("and %1 more").arg(failures.size() - most); }
+    return lines.join('\n');
+}
+
+bool isIn(const fs::path& file, const fs::path& folder) {
+    return std::ranges::mismatch(folder, file).in1 == folder.end();
 }
 
 QLabel* caption(const QString& text) {
@@ -103,22 +120,22 @@ QWidget* InspectorView::makePendingBar() {
     auto* column = new QVBoxLayout(pending_);
     column->setContentsMargins(10, 8, 10, 8);
     column->setSpacing(6);
-    auto* text = new QLabel("These edits aren't saved yet.");
-    text->setWordWrap(true);
-    column->addWidget(text);
+    pendingText_ = new QLabel;
+    pendingText_->setTextFormat(Qt::PlainText);
+    pendingText_->setWordWrap(true);
+    column->addWidget(pendingText_);
     auto* row = new QHBoxLayout;
     row->setSpacing(8);
-    auto* save = new QPushButton("Save");
-    save->setAccessibleName("Save the edits and go on");
+    saveAgain_ = new QPushButton;
     auto* discard = new QPushButton("Discard");
     discard->setAccessibleName("Discard the edits and go on");
-    for (auto* button : {save, discard}) {
+    for (auto* button : {saveAgain_, discard}) {
         button->setProperty("role", "small");
         row->addWidget(button);
     }
     row->addStretch(1);
     column->addLayout(row);
-    connect(save, &QPushButton::clicked, this, &InspectorView::save);
+    connect(saveAgain_, &QPushButton::clicked, this, &InspectorView::save);
     connect(discard, &QPushButton::clicked, this, &InspectorView::revert);
     return pending_;
 }
@@ -211,11 +228,9 @@ void InspectorView::load(std::vector<fs::path> urls) {
 
 void InspectorView::arrived(const std::vector<SoundMeta>& metas) {
     loading_ = false;
-    // Keep what the user has begun to type while the same files were read again.
-    if (!fields_.hasEdits()) {
-        fields_.load(metas);
-        show();
-    }
+    // Keeps what came back from a save, or was typed while the same files were read again.
+    fields_.loadUnderEdits(metas);
+    show();
     refreshState();
 }
 
@@ -240,28 +255,91 @@ void InspectorView::refreshState() {
     save_->setEnabled(edited);
     revert_->setEnabled(edited);
     rename_->setVisible(settings_.value().expertMode);
-    pending_->setVisible(edited && urlsOf(selected_) != urls_);
+    const bool failed = !problem_.isEmpty();
+    pending_->setVisible(edited && (failed || urlsOf(selected_) != urls_));
+    pendingText_->setText(failed ? problem_ : "These edits aren't saved yet.");
+    saveAgain_->setText(failed ? "Try Again" : "Save");
+    saveAgain_->setAccessibleName(failed ? "Try again to save the edits" : "Save the edits and go on");
 }
 
 void InspectorView::save() {
     if (!fields_.hasEdits()) { return; }
-    edits_.save(fields_.changes(), urls_);
+    problem_.clear();
+    const auto draft = saving_.insert(saving_.end(), {urls_, fields_.changes(), {}});
+    edits_.save(draft->changes, draft->files,
+                [this, self = QPointer(this), draft](const MetadataEdits::Failures& failures) {
+                    if (!self) { return; }
+                    draft->files.clear();
+                    for (const auto& failure : failures) { draft->files.push_back(failure.file); }
+                    saveEnded(draft, problemOf(failures));
+                });
     fields_.saved();
+    goOn();
+}
+
+// Shows the next files, once the form's edits are on their way or dropped.
+void InspectorView::goOn() {
+    if (!parked_.empty()) {
+        Draft next = std::move(parked_.front());
+        parked_.pop_front();
+        return take(std::move(next));
+    }
     if (urlsOf(selected_) != urls_) { return followSelection(); }
+    refreshState();
+}
+
+void InspectorView::saveEnded(std::list<Draft>::iterator draft, const QString& problem) {
+    Draft back = std::move(*draft);
+    saving_.erase(draft);
+    if (!problem.isEmpty()) {
+        settled_ = nullptr;
+        back.problem = problem;
+        const bool isFree = !fields_.hasEdits() || back.files == urls_;
+        isFree ? take(std::move(back)) : parked_.push_back(std::move(back));
+    }
+    if (!hasUnsaved() && settled_) { std::exchange(settled_, nullptr)(); }
+}
+
+// What the user has typed since for the same files stays.
+void InspectorView::take(Draft draft) {
+    const InspectorFields typed = std::exchange(fields_, {});
+    const bool isSame = draft.files == urls_;
+    problem_ = draft.problem;
+    load(draft.files);
+    if (isSame) { fields_ = typed; }
+    fields_.edit(draft.changes);
+    show();
     refreshState();
 }
 
 void InspectorView::revert() {
     fields_.load({});
+    problem_.clear();
+    if (!parked_.empty()) { return goOn(); }
     followSelection();
     show();
 }
 
-bool InspectorView::settleEdits() {
-    if (!fields_.hasEdits()) { return true; }
-    const Unsaved answer = askUnsaved();
-    if (answer == Unsaved::save) { save(); }
-    return answer != Unsaved::keep;
+bool InspectorView::hasUnsavedIn(const fs::path& folder) const {
+    const auto anyIn = [&](const auto& files) {
+        return std::ranges::any_of(files, [&](const fs::path& file) { return isIn(file, folder); });
+    };
+    const auto anyDraftIn = [&](const std::list<Draft>& drafts) {
+        return std::ranges::any_of(drafts, [&](const Draft& draft) { return anyIn(draft.files); });
+    };
+    return (fields_.hasEdits() && anyIn(urls_)) || anyDraftIn(parked_) || anyDraftIn(saving_);
+}
+
+void InspectorView::settleEdits(std::function<void()> settled) {
+    if (settled_) { return std::exchange(settled_, nullptr)(); }
+    if (fields_.hasEdits() || !parked_.empty()) {
+        const Unsaved answer = askUnsaved();
+        if (answer == Unsaved::keep) { return; }
+        if (answer == Unsaved::discard) { return settled(); }
+        while (fields_.hasEdits()) { save(); }
+    }
+    if (!hasUnsaved()) { return settled(); }
+    settled_ = std::move(settled);
 }
 
 void InspectorView::rename() {

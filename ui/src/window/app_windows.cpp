@@ -35,7 +35,7 @@ AppWindows::AppWindows(AppModel& model) : model_(model), theme_(std::make_unique
     QApplication::setWindowIcon(applicationIcon());
     main_ = std::make_unique<MainWindow>(model);
     status_ = std::make_unique<StatusMenu>(model, [this] {
-        if (main_->inspector().fields().hasEdits()) { open("main"); }  // the question belongs to a window that is seen
+        if (main_->inspector().hasUnsaved()) { open("main"); }  // the question belongs to a window that is seen
         main_->quit();
     });
     model.chooseFoldersAction = [this](const AppModel::FoldersChosen& chosen) {

@@ -129,6 +129,7 @@ void MainWindow::connectParts() {
     browser_->actions().makeTempEdits = [this](const auto& files) { model_.makeTempEdits(files); };
     connect(&model_.library(), &LibraryModel::messageChanged, this,
             [this] { browser_->showMessage(QString::fromStdString(model_.library().message().value_or(""))); });
+    connect(&model_.control(), &ControlServer::started, this, &MainWindow::refreshBanners);
     connect(&model_.player(), &PlayerModel::changed, this, [this] {
         if (player_->minimumHeight() != basePlayerHeight()) { fitPlayer(); }
     });
@@ -214,6 +215,10 @@ void MainWindow::refreshBanners() {
              "Show Its Folder",
              [this] { model_.session().fileManager().openFolder(defaultCatalogFile().parent_path()); }});
     }
+    if (const std::string& problem = model_.control().problem(); !problem.empty()) {
+        banners.push_back({QString::fromStdString(problem) + ", so other programs can't drive Brindlehum.", "Try Again",
+                           [this] { model_.control().start(); }});
+    }
     banners_->setBanners(banners);
 }
 
@@ -228,7 +233,7 @@ void MainWindow::openPath(const fs::path& path) {
 }
 
 void MainWindow::quit() {
-    if (inspector_->settleEdits()) { QApplication::quit(); }
+    inspector_->settleEdits([] { QApplication::quit(); });
 }
 
 void MainWindow::chooseFile() {

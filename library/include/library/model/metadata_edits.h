@@ -31,7 +31,15 @@ public:
     MetadataEdits(const SettingsStore& settings, MainLoop& loop, Catalog* catalog, RealPaths& realPaths,
                   Background& edits);
 
-    void save(const MetadataChanges& changes, const Paths& files);
+    // A file that couldn't be written, and why.
+    struct Failure {
+        std::filesystem::path file;
+        std::string reason;  // one line, without the file's name
+    };
+    using Failures = std::vector<Failure>;
+    // `ended`, if any, gets the files that weren't saved, in their order; those are as they were before.
+    void save(const MetadataChanges& changes, const Paths& files,
+              const std::function<void(const Failures&)>& ended = {});
     // Renames catalogued files by their metadata; does nothing without a catalog.
     void renameToUCS(const Paths& files);
     // Undoes the last rename, for files that still exist and whose old names are still free.

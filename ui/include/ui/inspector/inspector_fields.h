@@ -24,6 +24,10 @@ public:
 
     // Forgets every edit.
     void load(const std::vector<SoundMeta>& files);
+    // Keeps the edits.
+    void loadUnderEdits(const std::vector<SoundMeta>& files);
+    // Edits these values, too, but for those that are edited already.
+    void edit(const MetadataChanges& changes);
 
     QString text(const std::string& tag) const;
     // The files differ in this field, and the user hasn't edited it.

@@ -4,6 +4,7 @@
 #include <QWidget>
 #include <filesystem>
 #include <functional>
+#include <list>
 #include <map>
 #include <vector>
 
@@ -24,7 +25,7 @@ class StarRow;
 class TextField;
 
 // Unsaved edits outlive a change of the selection: the form keeps showing their files, and says so, until the edits are
-// saved or discarded.
+// saved or discarded. Edits that couldn't be saved come back into the form with the reason, as soon as it is free.
 class InspectorView : public QWidget {
     Q_OBJECT
 public:
@@ -44,9 +45,13 @@ public:
     void save();
     void revert();
     void rename();
-    // To be called before the application ends. Returns true if there are no unsaved edits or the user saved or
-    // discarded them, false to keep the application running.
-    bool settleEdits();
+    // To be called before the application ends. Calls `settled`, now or later, once there are no unsaved edits, or the
+    // user has discarded them, or all are in their files; never if the user keeps them or one can't be saved. A second
+    // call while edits are being saved doesn't wait for them.
+    void settleEdits(std::function<void()> settled);
+    // Whether there are edits that are in no file yet, of any file or of one in this folder.
+    bool hasUnsaved() const { return fields_.hasEdits() || !parked_.empty() || !saving_.empty(); }
+    bool hasUnsavedIn(const std::filesystem::path& folder) const;
 
     // The questions to the user, which a test may answer: whether to rename `count` files, and what to do with unsaved
     // edits.
@@ -59,6 +64,12 @@ private:
         QLabel* label;
         TextField* field;
     };
+    // Edits on their way to files, or back from those that couldn't be written.
+    struct Draft {
+        std::vector<std::filesystem::path> files;
+        MetadataChanges changes;
+        QString problem;
+    };
     QWidget* makePendingBar();
     QWidget* makeForm();
     QWidget* makeButtons();
@@ -67,6 +78,9 @@ private:
     void show();
     void refreshState();
     void followSelection();
+    void goOn();
+    void saveEnded(std::list<Draft>::iterator draft, const QString& problem);
+    void take(Draft draft);
 
     MetadataEdits& edits_;
     SettingsStore& settings_;
@@ -74,12 +88,18 @@ private:
     std::vector<std::filesystem::path> urls_;  // of the form
     std::vector<BrowserEntry> selected_;       // in the browser
     bool loading_ = false;
+    QString problem_;                // why the form's edits couldn't be saved; empty if nobody tried
+    std::list<Draft> saving_;        // the oldest first
+    std::list<Draft> parked_;        // back from a save, and waiting for the form
+    std::function<void()> settled_;  // waits for the saves
     std::map<std::string, Row> rows_;
     QStackedLayout* stack_;
     EmptyState* empty_;
     QWidget* form_;
     ElidedLabel* headline_;
     QWidget* pending_;
+    QLabel* pendingText_;
+    QPushButton* saveAgain_;
     StarRow* stars_;
     QPushButton* save_;
     QPushButton* revert_;
