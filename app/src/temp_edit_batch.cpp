@@ -13,7 +13,7 @@ namespace {
 constexpr double analysedPart = 0.5;
 
 std::string countOf(size_t count) {
-    return std::to_string(count) + " file(s)";
+    return std::to_string(count) + (count == 1 ? " file" : " files");
 }
 
 }  // namespace

@@ -148,7 +148,9 @@ std::string closingText(std::span<const Outcome> outcomes) {
         return "Temp edits cancelled: " + std::to_string(written) + " of " + std::to_string(outcomes.size()) +
                " written";
     }
-    if (skipped == 0) { return "Temp edits written for " + std::to_string(written) + " file(s)"; }
+    if (skipped == 0) {
+        return "Temp edits written for " + std::to_string(written) + (written == 1 ? " file" : " files");
+    }
     return "Temp edits: " + std::to_string(written) + " written, " + std::to_string(skipped) +
            " skipped (no steady pulse)";
 }

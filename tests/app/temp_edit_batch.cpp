@@ -42,7 +42,7 @@ TEST_F(TempEditsOfTheApp, EachFileGetsAFolderBesideItAndSkippedOnesAreCounted) {
     app_.makeTempEdits({song("One.wav"), song("Short.wav", 1), folder_ / "notes.txt", song("Two.wav")});
     settle();
     EXPECT_THAT(messages_,
-                ElementsAre("Temp edits: analyzing 3 file(s)…", "Temp edits 1/3: One.wav", "Temp edits 2/3: Short.wav",
+                ElementsAre("Temp edits: analyzing 3 files…", "Temp edits 1/3: One.wav", "Temp edits 2/3: Short.wav",
                             "Temp edits 3/3: Two.wav", "Temp edits: 2 written, 1 skipped (no steady pulse)"));
     EXPECT_FALSE(app_.player().message().isProblem());
     EXPECT_EQ(reached, 1);
@@ -64,7 +64,7 @@ TEST_F(TempEditsOfTheApp, TheControlCommandEditsTheLoadedFileIntoTheFolderOfTheS
     ASSERT_TRUE(loop_.runUntil([this] { return !loaded().empty(); }));
     app_.handle("tempedits", {});
     settle();
-    EXPECT_EQ(messages_.back(), "Temp edits written for 1 file(s)");
+    EXPECT_EQ(messages_.back(), "Temp edits written for 1 file");
     EXPECT_TRUE(fs::exists(folder_ / "Pulls" / "Edits" / "Loaded Edits" / "Loaded - Edit Notes.txt"));
 }
 
@@ -81,7 +81,7 @@ TEST_F(TempEditsOfTheApp, CancellingLeavesNoHalfFileAndSkipsWaitingOnes) {
     EXPECT_FALSE(fs::exists(folder_ / "Two Edits" / "Two - Edit Notes.txt"));
     app_.makeTempEdits({two});
     settle();
-    EXPECT_EQ(messages_.back(), "Temp edits written for 1 file(s)");
+    EXPECT_EQ(messages_.back(), "Temp edits written for 1 file");
 }
 
 }  // namespace

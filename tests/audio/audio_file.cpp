@@ -146,6 +146,38 @@ TEST_P(CodedFiles, KeepLengthAndPlaceAndSeekToTheSample) {
     expectExactSeeks(coded, 11);
 }
 
+// Vorbis and Opus store their channels in an order of their own.
+TEST(OggFiles, KeepEachChannelAtItsSpeaker) {
+    constexpr int64_t frames = 48000;
+    const TempFolder folder;
+    for (const auto& [channels, mask] : {std::pair(4, 0x33U), {6, 0x3FU}, {8, 0x63FU}}) {
+        auto original = Planes(size_t(channels), std::vector<float>(frames));
+        for (size_t c = 0; c < original.size(); ++c) {
+            for (size_t i = 0; i < frames; ++i) {
+                original[c][i] = 0.5F * float(std::sin(0.004 * double((c + 1) * i)));
+            }
+        }
+        writeAudio(folder / "original.wav", original, {FileKind::wavex, 48000, 16, mask});
+        const auto speakers =
+            ChannelLabels::speakers(ChannelLabels::labels(ChannelLayout{ChannelLabels::useBitmap, mask, {}}));
+        for (const auto& [name, coder] : {std::pair("x.opus", "libopus -mapping_family 1"), {"x.ogg", "libvorbis"}}) {
+            SCOPED_TRACE(name + std::to_string(channels));
+            run("ffmpeg -y -i " + (folder / "original.wav").string() + " -c:a " + coder + " -b:a 512k " +
+                (folder / name).string());
+            const auto file = AudioFile::open(folder / name);
+            const auto found = ChannelLabels::speakers(ChannelLabels::labels(file->facts().layout));
+            ASSERT_TRUE(speakers && found);
+            const Planes decoded = readAll(*file);
+            for (size_t c = 0; c < original.size(); ++c) {
+                const auto at = std::ranges::find(*found, (*speakers)[c]) - found->begin();
+                ASSERT_LT(size_t(at), decoded.size());
+                if ((*speakers)[c] == SpeakerID::LFE) { continue; }  // low-passed by the coder
+                EXPECT_LE(errorDb(decoded[size_t(at)], original[c]), -12) << "channel " << c;
+            }
+        }
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(Coded, CodedFiles, testing::ValuesIn(codedCases), [](const auto& c) {
     std::string name = c.param.name;
     std::ranges::replace(name, '.', '_');

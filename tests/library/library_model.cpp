@@ -35,6 +35,8 @@ TEST_F(Library, AnEditReachesListingSearchFacetsAndStatusLine) {
     model->edits().save({{{"CATEGORY", "WIND"}, {"CATID", "WINDGust"}, {"FXNAME", "Gale"}}, std::nullopt}, {file});
     settle();
     EXPECT_EQ(model->message(), "Saved metadata to 1 file");
+    loop.advance(LibraryModel::readingSeconds);
+    EXPECT_EQ(model->message(), "") << "there was time to read it";
     EXPECT_EQ(model->listing().entries()[0].row->meta.fxName, "Gale");
     EXPECT_EQ(model->search().categories().size(), 1U);
     loop.advance(LibrarySearch::debounceSeconds);

@@ -143,6 +143,8 @@ TEST_F(Loading, AFileThatCannotBePlayedIsNamedAndTheOldSoundStays) {
         EXPECT_FALSE(transport().isPlaying());
         EXPECT_EQ(sound().info()->url, folder_ / "good.wav");
     }
+    loop_.advance(PlayerMessage::readingSeconds);
+    EXPECT_EQ(message(), "(none)") << "there was time to read it";
     load(file("wide.wav", 65, 1000), true);
     EXPECT_EQ(message(), "Unsupported channel count (65)");
     EXPECT_FALSE(transport().isPlaying());

@@ -111,6 +111,7 @@ TEST(BrowserState, SaysWhatToDoNext) {
         {"a lost folder", "This folder can't be opened", goUp, "", [](auto& s) { s.folderReadable = false; }},
         {"no library", "No sounds in this folder", addFolder, "", [](auto& s) { s.hasRoots = false; }},
         {"results", "", none, "2,000 results", [](auto& s) { s.searching = true, s.sounds = 2000; }},
+        {"one result", "", none, "1 result", [](auto& s) { s.searching = true, s.sounds = 1; }},
         {"a running search", "", none, "Searching…", [](auto& s) { s.searching = s.searchRunning = true; }},
         {"no result in a facet", "No results for “rain” in WIND, Lib", clearFilters, "0 results",
          [](auto& s) { s.searching = true, s.query = " rain ", s.category = "WIND", s.library = "Lib"; }},

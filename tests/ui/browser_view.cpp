@@ -276,6 +276,65 @@ TEST_F(Browser, UnsavedEditsOutliveAChangeOfTheSelection) {
     EXPECT_EQ(MetaIO::read(two).description, "Second");
 }
 
+TEST_F(Browser, WordsOfAFailedSaveStayWithTheReasonUntilTheyAreSaved) {
+    const auto one = sound("one.wav", "First");
+    const auto bad = root / "bad.wav";
+    const auto other = sound("other.wav", "Other");
+    ASSERT_TRUE(index());
+    std::ofstream(bad) << "RIFX no wave";
+    ASSERT_TRUE(settle([&] { return table.rows().rowOf(bad) >= 0; }));
+    table.mark(bad);
+    for (int i = 0; i < 2; ++i) { QTest::keyClick(&table, Qt::Key_Down, Qt::ShiftModifier); }
+    ASSERT_TRUE(idle());
+    ASSERT_EQ(inspector.urls(), (std::vector{bad, one, other}));
+    description().setPlainText("Typed");
+    inspector.save();
+    table.mark(other);  // the user goes on at once
+    ASSERT_TRUE(idle());
+    EXPECT_EQ(MetaIO::read(one).description, "Typed");
+    EXPECT_EQ(inspector.urls(), std::vector{bad}) << "of the file that failed";
+    EXPECT_EQ(inspector.field("DESCRIPTION").text(), "Typed");
+    EXPECT_TRUE(says("Couldn't save bad.wav: Not a WAV file Brindlehum can write"));
+    bool settled = false;
+    inspector.askUnsaved = [] { return InspectorView::Unsaved::save; };
+    inspector.settleEdits([&] { settled = true; });
+    ASSERT_TRUE(idle());
+    EXPECT_FALSE(settled) << "the application stays, since the save failed again";
+    QString losses;
+    bool answer = false;
+    window.confirmRemoval = [&](const QString&, const QString& text) { return losses = text, answer; };
+    library.roots().askToRemove(root.string());
+    ASSERT_TRUE(idle());
+    EXPECT_TRUE(losses.contains("aren't saved yet"));
+    EXPECT_EQ(model.settings().value().libraryRoots.size(), 1);
+    std::filesystem::remove(bad);
+    std::filesystem::copy(one, bad);
+    named<QPushButton>(window, "Try again to save the edits")->click();
+    ASSERT_TRUE(idle());
+    EXPECT_EQ(MetaIO::read(bad).description, "Typed");
+    EXPECT_EQ(inspector.urls(), std::vector{other});
+    inspector.settleEdits([&] { settled = true; });
+    EXPECT_TRUE(settled);
+    losses.clear();
+    library.roots().askToRemove(root.string());
+    ASSERT_TRUE(idle());
+    EXPECT_EQ(losses, "") << "nothing to lose, nothing to ask";
+    EXPECT_TRUE(model.settings().value().libraryRoots.empty());
+}
+
+TEST_F(Browser, RemovingAFolderAsksForWordsThatOnlyTheCatalogHolds) {
+    const auto path = file("lib/a.flac", 1, {test::FileKind::flac});
+    ASSERT_TRUE(index());
+    library.edits().save({{{"DESCRIPTION", "wind"}}, std::nullopt}, {path});
+    ASSERT_TRUE(idle());
+    QString losses;
+    window.confirmRemoval = [&](const QString&, const QString& text) { return losses = text, false; };
+    library.roots().askToRemove(root.string());
+    ASSERT_TRUE(idle());
+    EXPECT_TRUE(losses.contains("only in the catalog")) << losses.toStdString();
+    EXPECT_EQ(model.settings().value().libraryRoots.size(), 1);
+}
+
 TEST_F(Browser, RenamingAsksExpertsFirstAndTheFileStaysChosenAndLoaded) {
     const auto path = sound("old.wav", "x");
     SoundMeta meta = MetaIO::read(path);

@@ -1,5 +1,6 @@
 // The windows as a whole: their memory, the menus, the status menu, and what a keyboard and a reader can reach.
 #include <QAbstractButton>
+#include <QAbstractItemView>
 #include <QAbstractSlider>
 #include <QAbstractSpinBox>
 #include <QApplication>
@@ -12,6 +13,7 @@
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTabWidget>
+#include <QTest>
 #include <algorithm>
 #include <fstream>
 
@@ -246,6 +248,33 @@ TEST_F(Windows, RecentFilesAreTheLatestOpenedThatStillExist) {
     ASSERT_EQ(files.size(), RecentFiles::maxFiles - 1);
     EXPECT_EQ(files.front().filename(), "take 9.wav");
     EXPECT_EQ(files.back().filename(), "take 3.wav");
+}
+
+TEST_F(Windows, ClosingTheOnlyWindowStopsTheSoundWhereNoTrayCan) {
+    ASSERT_TRUE(load(file("close.wav", 2)));
+    MainWindow window(model);
+    for (const bool tray : {true, false}) {
+        window.hasTray = [tray] { return tray; };
+        window.show();
+        player.play(std::nullopt);
+        ASSERT_TRUE(loop.runUntil([&] { return player.isPlaying(); }));
+        window.close();
+        EXPECT_EQ(player.isPlaying(), tray);
+    }
+}
+
+TEST_F(Windows, EscapeClosesADropDownBeforeTheSettings) {
+    const auto settings = makeSettings();
+    settings->show();
+    auto* choice = settings->findChild<QComboBox*>();
+    ASSERT_TRUE(choice);
+    choice->showPopup();
+    ASSERT_TRUE(settle([&] { return QApplication::activePopupWidget(); }));
+    QTest::keyClick(choice->view(), Qt::Key_Escape);
+    EXPECT_TRUE(settle([&] { return !choice->view()->isVisible(); }));
+    EXPECT_TRUE(settings->isVisible());
+    QTest::keyClick(choice, Qt::Key_Escape);
+    EXPECT_FALSE(settings->isVisible());
 }
 
 TEST_F(Windows, StatusMenuAndSettingsAreOneState) {

@@ -39,6 +39,20 @@ std::optional<ChannelLayout> chanLayout(const FileHandle& file, ChunkStyle style
     return parseChanChunk(file, chan->body, chan->size);
 }
 
+// Mapping family 1: the order of Vorbis (RFC 7845, 5.1.1.2). One and two channels need no labels; other families are
+// sound fields, or say nothing.
+std::optional<ChannelLayout> opusLayout(const FileHandle& file, int channels) {
+    constexpr int64_t familyAt = 46;  // after the page's head
+    constexpr int firstMapped = 3;    // channels
+    static const std::vector<uint32_t> orders[] = {
+        {1, 3, 2},          {1, 2, 5, 6},          {1, 3, 2, 5, 6},
+        {1, 3, 2, 5, 6, 4}, {1, 3, 2, 5, 6, 9, 4}, {1, 3, 2, 5, 6, 33, 34, 4}};
+    uint8_t family = 0;
+    if (!file.readExactly(familyAt, &family, 1) || family != 1) { return std::nullopt; }
+    if (channels < firstMapped || channels >= firstMapped + int(std::size(orders))) { return std::nullopt; }
+    return ChannelLayout{ChannelLabels::useDescriptions, 0, orders[channels - firstMapped]};
+}
+
 }  // namespace
 
 Container containerOf(const FileHandle& file) {
@@ -56,7 +70,7 @@ Container containerOf(const FileHandle& file) {
     const bool frameSync = bytes[0] == '\xFF' && (bytes[1] & 0xE0) == 0xE0;
     if (frameSync || head.starts_with("ID3")) { return Container::packets; }
     // In Ogg, libsndfile reads only Opus better than FFmpeg: after a seek it lets the decoder settle for longer.
-    if (head == "OggS" && std::string_view(bytes + 28, 8) != "OpusHead") { return Container::packets; }
+    if (head == "OggS") { return std::string_view(bytes + 28, 8) == "OpusHead" ? Container::opus : Container::packets; }
     return Container::other;
 }
 
@@ -81,6 +95,8 @@ std::optional<ChannelLayout> containerLayout(const FileHandle& file, Container c
             return chanLayout(file, ChunkStyle::caf, 8, "chan");
         case Container::flac:
             return flacLayout(file, channels);
+        case Container::opus:
+            return opusLayout(file, channels);
         case Container::mp4:
         case Container::packets:
         case Container::other:

@@ -9,14 +9,14 @@
 namespace brindlehum {
 
 // `packets` means raw streams of MPEG audio or ADTS frames, Ogg without Opus, and anything after an ID3 tag.
-enum class Container { riff, rifx, wave64, aiff, caf, flac, mp4, packets, other };
+enum class Container { riff, rifx, wave64, aiff, caf, flac, mp4, opus, packets, other };
 
 // Decides by the first bytes of the file, whatever its name.
 Container containerOf(const FileHandle& file);
 
 // Returns WAVE_FORMAT_EXTENSIBLE's mask as a bitmap, or its Ambisonic B-format as the tag of that layout; the `chan`
-// data of CAF and AIFF unchanged; the channel assignment of FLAC as a bitmap. None when the container states no layout,
-// and for MP4, whose layouts belong to tracks (mp4_track.h).
+// data of CAF and AIFF unchanged; the channel assignment of FLAC as a bitmap; the speaker mapping of Opus as labels.
+// None when the container states no layout, and for MP4, whose layouts belong to tracks (mp4_track.h).
 std::optional<ChannelLayout> containerLayout(const FileHandle& file, Container container, int channels);
 
 // The layout in a `chan` chunk's content: tag, bitmap, count and descriptions, big-endian.

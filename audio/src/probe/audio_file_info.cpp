@@ -27,6 +27,8 @@ std::string codecName(uint32_t formatID) {
             return "ALAC";
         case fourCC("flac"):
             return "FLAC";
+        case fourCC("vorb"):
+            return "Vorbis";
         case fourCC("opus"):
             return "Opus";
         default:

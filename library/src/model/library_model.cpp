@@ -18,7 +18,8 @@ std::unique_ptr<Catalog> openCatalog(const std::filesystem::path& file, std::str
 }  // namespace
 
 LibraryModel::LibraryModel(SettingsStore& settings, MainLoop& loop, const std::filesystem::path& catalogFile)
-    : catalog_(openCatalog(catalogFile, catalogError_)),
+    : loop_(loop),
+      catalog_(openCatalog(catalogFile, catalogError_)),
       editQueue_(loop, "Brindlehum.edits"),
       infoCache_(loop),
       listing_(loop, catalog_.get()),
@@ -47,6 +48,7 @@ LibraryModel::~LibraryModel() {
 
 void LibraryModel::say(const std::string& message) {
     message_ = message;
+    messageEnds_ = message.empty() ? TimerHandle() : loop_.after(readingSeconds, [this] { say({}); });
     Q_EMIT messageChanged();
 }
 
@@ -57,7 +59,7 @@ void LibraryModel::catalogChanged() {
 
 bool LibraryModel::isBusy() const {
     return editQueue_.pending() > 0 || listing_.isBusy() || search_.isBusy() || roots_.isScanning() ||
-           edits_.isReading();
+           roots_.isAsking() || edits_.isReading();
 }
 
 }  // namespace brindlehum

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "library/meta/meta_io.h"
 #include "library/team/change_log.h"
 #include "library/team/metadata_save.h"
 
@@ -25,16 +26,35 @@ auto pullWork(std::vector<std::string> roots, Catalog* catalog, RealPaths& realP
     };
 }
 
+// Compares what is shown with what the files hold. Says yes, too, if there are too many files to compare.
+bool holdsOwnWords(Catalog& catalog, const std::string& root, const std::stop_token& stop) {
+    constexpr int maxCompared = 2000;  // about a second
+    int compared = 0;
+    for (const auto& [path, stamp] : catalog.stamps(root)) {
+        if (MetaIO::canWrite(path)) { continue; }
+        if (stop.stop_requested() || ++compared > maxCompared) { return true; }
+        const auto row = catalog.row(path);
+        if (row && row->meta != MetaIO::read(path)) { return true; }
+    }
+    return false;
+}
+
 }  // namespace
 
 LibraryRoots::LibraryRoots(SettingsStore& settings, MainLoop& loop, Catalog* catalog, RealPaths& realPaths,
                            Background& edits)
-    : settings_(settings), loop_(loop), catalog_(catalog), realPaths_(realPaths), edits_(edits) {
+    : settings_(settings),
+      loop_(loop),
+      catalog_(catalog),
+      realPaths_(realPaths),
+      edits_(edits),
+      questions_(loop, "Brindlehum.ask") {
     pullTimer_ = loop_.every(pullSeconds, [this] { pull(); });
 }
 
 LibraryRoots::~LibraryRoots() {
     for (auto& [root, scan] : scans_) { scan.thread.stop(); }
+    questions_.stop();
 }
 
 std::optional<LibraryScanner::Progress> LibraryRoots::scanProgress(const std::string& root) const {
@@ -50,6 +70,17 @@ void LibraryRoots::add(const std::filesystem::path& folder) {
     if (std::ranges::count(realPaths_.of(settings_.value().libraryRoots), realPaths_.of(path)) > 0) { return; }
     settings_.change([&](AppSettings& settings) { settings.libraryRoots.push_back(path); });
     rescan(path);
+}
+
+void LibraryRoots::askToRemove(const std::string& root) {
+    if (!mayRemove) { return remove(root); }
+    questions_.run(
+        [root, catalog = catalog_, &realPaths = realPaths_](const Background::Task& task) {
+            return catalog && holdsOwnWords(*catalog, realPaths.of(root), task.token());
+        },
+        [this, root](bool losesWords) {
+            if (mayRemove(root, losesWords)) { remove(root); }
+        });
 }
 
 void LibraryRoots::remove(const std::string& root) {
@@ -158,7 +189,8 @@ void LibraryRoots::pull() {
     edits_.run(pulls_, pullWork(settings_.value().libraryRoots, catalog_, realPaths_), [this](int applied) {
         if (applied < 1) { return; }
         Q_EMIT catalogChanged();
-        Q_EMIT said(std::to_string(applied) + " metadata changes from your team");
+        Q_EMIT said(std::to_string(applied) + (applied == 1 ? " metadata change" : " metadata changes") +
+                    " from your team");
     });
 }
 

@@ -5,7 +5,8 @@ namespace brindlehum {
 
 PlayerModel::PlayerModel(PlaybackEngine& engine, SettingsStore& settings, MainLoop& loop, WorkerPool& pool,
                          Transport::OpenSource open)
-    : seat_(engine, {[this] { transport_.deviceChanged(); }, [this] { listening_.publish(); },
+    : message_(loop),
+      seat_(engine, {[this] { transport_.deviceChanged(); }, [this] { listening_.publish(); },
                      [this] { transport_.seatLost(); }}),
       sound_(loader_, loop, pool),
       listening_(seat_, settings, sound_, message_),

@@ -28,7 +28,7 @@ QString searched(const BrowserState::Snapshot& now) {
 }
 
 void describeSearch(BrowserState& state, const BrowserState::Snapshot& now) {
-    state.count = now.searchRunning ? QString("Searching…") : number(now.sounds) + " results";
+    state.count = now.searchRunning ? QString("Searching…") : counted(now.sounds, "result", "results");
     if (now.limit > 0 && now.sounds >= now.limit && !now.searchRunning) {
         state.countHint = QString("The best %1 are shown. One more word narrows the search.").arg(number(now.limit));
     }

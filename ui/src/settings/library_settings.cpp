@@ -5,7 +5,6 @@
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QLocale>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QVBoxLayout>
@@ -16,6 +15,7 @@
 #include "ui/look/elided_label.h"
 #include "ui/look/path_text.h"
 #include "ui/look/symbol_label.h"
+#include "ui/sidebar/sidebar_rows.h"
 
 namespace brindlehum {
 
@@ -98,7 +98,7 @@ QWidget* LibrarySettings::makeRow(const std::string& root, const std::string& pr
     path->setFullText(pathText(root));
     auto* remove = new QPushButton("Remove");
     remove->setAccessibleName("Remove " + pathText(root));
-    connect(remove, &QPushButton::clicked, this, [this, root = root] { roots_.remove(root); });
+    connect(remove, &QPushButton::clicked, this, [this, root = root] { roots_.askToRemove(root); });
     grid->addWidget(path, 0, 0, 1, 2);
     grid->addWidget(remove, 0, 2);
     if (problem.empty()) { return line; }
@@ -111,7 +111,7 @@ QWidget* LibrarySettings::makeRow(const std::string& root, const std::string& pr
 }
 
 void LibrarySettings::refreshState() {
-    const QString count = QLocale().toString(static_cast<qlonglong>(search_.indexedCount())) + " files";
+    const QString count = SidebarRows::filesOf(search_.indexedCount());
     state_->setText(roots_.indexing().empty() ? count : "Indexing…  " + count);
 }
 

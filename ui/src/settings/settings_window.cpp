@@ -3,6 +3,7 @@
 
 #include <QCheckBox>
 #include <QGroupBox>
+#include <QKeyEvent>
 #include <QShortcut>
 #include <QTabWidget>
 #include <QVBoxLayout>
@@ -52,7 +53,15 @@ SettingsWindow::SettingsWindow(SettingsStore& settings, LibraryRoots& roots, Lib
     layout->addWidget(tabs);
     resize(820, 640);
     connect(new QShortcut(QKeySequence("Ctrl+W"), this), &QShortcut::activated, this, &QWidget::close);
-    connect(new QShortcut(QKeySequence("Escape"), this), &QShortcut::activated, this, &QWidget::close);
+}
+
+// A shortcut would take the key from an open drop-down; here comes only what no part of the window wants.
+void SettingsWindow::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Escape) {
+        close();
+    } else {
+        QWidget::keyPressEvent(event);
+    }
 }
 
 }  // namespace brindlehum

@@ -83,14 +83,18 @@ Sections build(const Snapshot& now) {
     return sections;
 }
 
+QString filesOf(int64_t count) {
+    return number(count) + (count == 1 ? " file" : " files");
+}
+
 QString footer(bool indexing, int64_t indexed) {
     if (indexing) { return "Indexing…"; }
-    return indexed >= 1 ? number(indexed) + " files indexed" : QString();
+    return indexed >= 1 ? filesOf(indexed) + " indexed" : QString();
 }
 
 QString progress(bool counted, int64_t done, int64_t found) {
     if (found < 1) { return {}; }
-    return counted ? QString("%1 of %2 files").arg(number(done), number(found)) : number(found) + " files found";
+    return counted ? QString("%1 of %2").arg(number(done), filesOf(found)) : filesOf(found) + " found";
 }
 
 }  // namespace brindlehum::SidebarRows

@@ -138,7 +138,7 @@ void SidebarView::rowMenu(const QPoint& position) {
     if (!row || row->kind != SidebarRow::Kind::root) { return; }
     QMenu menu;
     menu.addAction("Rescan", &roots_, &LibraryRoots::rescanAll);
-    menu.addAction("Remove from Library", [this, path = row->value] { roots_.remove(path); });
+    menu.addAction("Remove from Library", [this, path = row->value] { roots_.askToRemove(path); });
     menu.exec(tree_->viewport()->mapToGlobal(position));
 }
 

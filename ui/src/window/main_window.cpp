@@ -4,8 +4,11 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QFileDialog>
+#include <QMessageBox>
+#include <QPushButton>
 #include <QScreen>
 #include <QSplitter>
+#include <QSystemTrayIcon>
 #include <QToolButton>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -47,6 +50,17 @@ QString audioFilter() {
     return "Audio files (" + patterns.join(' ') + ");;All files (*)";
 }
 
+bool askRemoval(QWidget* parent, const QString& question, const QString& losses) {
+    QMessageBox box(parent);
+    box.setIcon(QMessageBox::Warning);
+    box.setText(question);
+    box.setInformativeText(losses);
+    auto* remove = box.addButton("Remove", QMessageBox::AcceptRole);
+    box.setDefaultButton(box.addButton(QMessageBox::Cancel));
+    box.exec();
+    return box.clickedButton() == remove;
+}
+
 }  // namespace
 
 MainWindow::MainWindow(AppModel& model) : model_(model), recentFiles_(model.defaults()) {
@@ -66,7 +80,9 @@ MainWindow::MainWindow(AppModel& model) : model_(model), recentFiles_(model.defa
     browser_->table().setFocus();
 }
 
-MainWindow::~MainWindow() = default;
+MainWindow::~MainWindow() {
+    model_.library().roots().mayRemove = nullptr;
+}
 
 void MainWindow::makeParts() {
     const auto makeSplitter = [](Qt::Orientation orientation) {
@@ -122,6 +138,11 @@ void MainWindow::connectParts() {
     connect(&browser_->bar().inspectorToggle(), &QToolButton::clicked, this, &MainWindow::showInspector);
     connect(browser_, &BrowserView::selectionMoved, this,
             [this] { inspector_->setSelection(browser_->table().selectedEntries()); });
+    hasTray = [] { return QSystemTrayIcon::isSystemTrayAvailable(); };
+    confirmRemoval = [this](const auto& question, const auto& losses) { return askRemoval(this, question, losses); };
+    model_.library().roots().mayRemove = [this](const std::string& root, bool losesWords) {
+        return mayRemove(root, losesWords);
+    };
     connect(sidebar_, &SidebarView::addFolderAsked, &model_, &AppModel::addLibraryFolder);
     connect(sidebar_, &SidebarView::typed, &browser_->bar(), &BrowserBar::type);
     connect(browser_, &BrowserView::addFolderAsked, &model_, &AppModel::addLibraryFolder);
@@ -222,6 +243,19 @@ void MainWindow::refreshBanners() {
     banners_->setBanners(banners);
 }
 
+// Asks only if something would be lost.
+bool MainWindow::mayRemove(const std::string& root, bool losesWords) {
+    QStringList losses;
+    if (inspector_->hasUnsavedIn(root)) { losses << "The inspector holds edits of its sounds that aren't saved yet."; }
+    if (losesWords) {
+        losses
+            << "Some of its sounds are in formats that can't hold metadata. What was written about them is only in the "
+               "catalog, and would be lost.";
+    }
+    if (losses.isEmpty()) { return true; }
+    return confirmRemoval("Remove “" + pathText(fs::path(root).filename()) + "” from the library?", losses.join('\n'));
+}
+
 void MainWindow::openPath(const fs::path& path) {
     std::error_code error;
     if (fs::is_directory(path, error)) {
@@ -250,6 +284,8 @@ void MainWindow::chooseFolder() {
 
 void MainWindow::closeEvent(QCloseEvent* event) {
     save();
+    // Nobody could stop a sound without a window.
+    if (!hasTray() && model_.player().isPlaying()) { model_.player().stopAndReturn(); }
     QMainWindow::closeEvent(event);
 }
 

@@ -21,7 +21,7 @@ struct AudioFileInfo {
     int64_t frames = 0;
     int bitDepth = 0;  // 0 for compressed formats
     bool isFloat = false;
-    std::string codec;             // "PCM", "MP3", "AAC", "ALAC", "FLAC", "Opus" or "Compressed"
+    std::string codec;             // "PCM", "MP3", "AAC", "ALAC", "FLAC", "Vorbis", "Opus" or "Compressed"
     std::vector<uint32_t> labels;  // channel labels, may be empty
     SourceFormat detected = SourceFormat::discrete(0);
     std::optional<std::string> bextDescription;
@@ -29,8 +29,9 @@ struct AudioFileInfo {
     bool operator==(const AudioFileInfo&) const = default;
 
     // The extensions of files that count as audio, lower case, without the dot.
-    static constexpr std::array<std::string_view, 15> audioExtensions = {
-        "wav", "wave", "bwf", "aif", "aiff", "aifc", "caf", "mp3", "m4a", "aac", "flac", "amb", "w64", "rf64", "mp4"};
+    static constexpr std::array<std::string_view, 18> audioExtensions = {"wav", "wave", "bwf", "aif", "aiff", "aifc",
+                                                                         "caf", "mp3",  "m4a", "aac", "flac", "amb",
+                                                                         "w64", "rf64", "mp4", "ogg", "oga",  "opus"};
     static bool isAudioPath(const std::filesystem::path& path);
 
     // Blocking I/O on the caller's thread; `stop` as for AudioFile::open. Throws Error when the file can't be opened.

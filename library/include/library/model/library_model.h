@@ -36,10 +36,12 @@ public:
     MetadataEdits& edits() { return edits_; }
     InfoCache& infoCache() { return infoCache_; }
 
-    const std::optional<std::string>& message() const { return message_; }  // for the status line; messageChanged()
-    Catalog* catalog() { return catalog_.get(); }                           // null if it couldn't be opened
-    const std::string& catalogError() const { return catalogError_; }       // why there is no catalog
-    bool isBusy() const;                                                    // some background work hasn't returned yet
+    static constexpr double readingSeconds = 20;
+    // For the status line, until there was time to read it; messageChanged().
+    const std::optional<std::string>& message() const { return message_; }
+    Catalog* catalog() { return catalog_.get(); }                      // null if it couldn't be opened
+    const std::string& catalogError() const { return catalogError_; }  // why there is no catalog
+    bool isBusy() const;                                               // some background work hasn't returned yet
 
 Q_SIGNALS:
     void messageChanged();
@@ -48,9 +50,11 @@ private:
     void catalogChanged();
     void say(const std::string& message);
 
+    MainLoop& loop_;
     std::string catalogError_;
     std::unique_ptr<Catalog> catalog_;
     std::optional<std::string> message_;
+    TimerHandle messageEnds_;
     RealPaths realPaths_;
     Background editQueue_;  // also used for pulls, so that edits and pulls take turns
     InfoCache infoCache_;

@@ -4,6 +4,7 @@
 #include <QObject>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -38,6 +39,11 @@ public:
     const std::map<std::string, std::string>& problems() const { return problems_; }
     void add(const std::filesystem::path& folder);
     void remove(const std::string& root);  // keeps its files, removes its rows
+    // Asks mayRemove, if it is set, and removes the root if that agrees.
+    void askToRemove(const std::string& root);
+    // `losesWords`: the catalog holds, or may hold, words about the root's files that the files themselves can't hold.
+    std::function<bool(const std::string& root, bool losesWords)> mayRemove;
+    bool isAsking() const { return questions_.pending() > 0; }
     void rescan(const std::string& root);
     void rescanAll();
     // Applies the edits that the team has logged. Also runs automatically after each scan and every pullSeconds.
@@ -80,6 +86,7 @@ private:
     Background::Line pulls_;
     TimerHandle pullTimer_;
     std::map<std::string, Scan> scans_;
+    Background questions_;
 };
 
 }  // namespace brindlehum

@@ -2,15 +2,23 @@
 #pragma once
 
 #include <QObject>
+#include <functional>
 #include <optional>
 #include <string>
 
+#include "platform/main_loop.h"
+
 namespace brindlehum {
 
-// Main thread. A newer text replaces the older one.
+// Main thread. A newer text replaces the older one. A problem goes once there was time to read it, a notice stays: it
+// may be the progress of work, or have buttons beside it.
 class PlayerMessage : public QObject {
     Q_OBJECT
 public:
+    static constexpr double readingSeconds = 20;
+
+    explicit PlayerMessage(MainLoop& loop) : loop_(loop) {}
+
     const std::optional<std::string>& text() const { return text_; }
     bool isProblem() const { return isProblem_; }  // false: a notice of successful work
 
@@ -23,12 +31,15 @@ Q_SIGNALS:
 
 private:
     void set(std::optional<std::string> text, bool isProblem) {
+        ends_ = isProblem ? loop_.after(readingSeconds, [this] { clear(); }) : TimerHandle();
         if (text == text_ && isProblem == isProblem_) { return; }
         text_ = std::move(text);
         isProblem_ = isProblem;
         Q_EMIT changed();
     }
 
+    MainLoop& loop_;
+    TimerHandle ends_;
     std::optional<std::string> text_;
     bool isProblem_ = false;
 };

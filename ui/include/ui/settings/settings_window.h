@@ -18,6 +18,9 @@ public:
     // `addFolder` lets the user choose folders for the library and adds them.
     SettingsWindow(SettingsStore& settings, LibraryRoots& roots, LibrarySearch& search, const AudioDevices& devices,
                    std::function<void()> addFolder);
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
 };
 
 }  // namespace brindlehum

@@ -48,6 +48,8 @@ Sections build(const Snapshot& now);
 // "drive" below the places where volumes are mounted, else `other`.
 QString iconOf(const std::filesystem::path& path, const QString& other);
 // The footer: "Indexing…", "12,345 files indexed", or nothing.
+// "1 file", "1,204 files"
+QString filesOf(int64_t count);
 QString footer(bool indexing, int64_t indexed);
 // The line below it during a scan: "1,204 of 5,310 files", or before all are `counted` "5,310 files found".
 QString progress(bool counted, int64_t done, int64_t found);

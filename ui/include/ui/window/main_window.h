@@ -4,6 +4,8 @@
 #include <QMainWindow>
 #include <QTimer>
 #include <filesystem>
+#include <functional>
+#include <string>
 
 #include "ui/window/recent_files.h"
 
@@ -32,6 +34,10 @@ public:
     void openPath(const std::filesystem::path& path);
     // Ends the application, unless there are unsaved edits that the user wants to keep.
     void quit();
+    // The question before a folder leaves the library and takes something along, which a test may answer.
+    std::function<bool(const QString& question, const QString& losses)> confirmRemoval;
+    // Whether the application can be seen and stopped while this window is closed. A test may answer.
+    std::function<bool()> hasTray;
     void chooseFile();
     void chooseFolder();
     void showInspector(bool shown);
@@ -58,6 +64,7 @@ private:
     void makeDrops();
     void connectParts();
     void refreshBanners();
+    bool mayRemove(const std::string& root, bool losesWords);
     void fitPlayer();
     int basePlayerHeight() const;
     void restore();
