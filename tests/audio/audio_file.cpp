@@ -154,7 +154,7 @@ TEST(OggFiles, KeepEachChannelAtItsSpeaker) {
         auto original = Planes(size_t(channels), std::vector<float>(frames));
         for (size_t c = 0; c < original.size(); ++c) {
             for (size_t i = 0; i < frames; ++i) {
-                original[c][i] = 0.5F * float(std::sin(0.004 * double((c + 1) * i)));
+                original[c][i] = 0.5F * float(std::sin(0.04 * double((c + 1) * i)));
             }
         }
         writeAudio(folder / "original.wav", original, {FileKind::wavex, 48000, 16, mask});

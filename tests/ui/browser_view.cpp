@@ -97,7 +97,9 @@ TEST_F(Browser, KeysAuditionTheListWithNumbersByValue) {
     ASSERT_TRUE(index());
     EXPECT_EQ(names(), (QStringList{"inner", "take2.wav", "Take10.wav"}));
     table.setFocus();
-    table.selectFirst();
+    QTest::keyClick(&table, Qt::Key_Down);
+    ASSERT_EQ(table.selectedEntries().size(), 1);
+    EXPECT_EQ(table.selectedEntries()[0].url, root / "inner") << "the first row, without a click";
     QTest::keyClick(&table, Qt::Key_Down);
     EXPECT_TRUE(plays(first));
     QTest::keyClick(&table, Qt::Key_Down);

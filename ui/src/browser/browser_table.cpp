@@ -270,6 +270,13 @@ bool BrowserTable::handleKey(const QKeyEvent& event) {
         case Qt::Key_Enter:
             if (const auto entries = selectedEntries(); !entries.empty()) { Q_EMIT activatedEntry(entries.front()); }
             return true;
+        case Qt::Key_Down:
+        case Qt::Key_Up:
+            // The focus alone makes a row current without selecting it: the first arrow selects that one.
+            if (model_.rowCount() == 0 || !selectedEntries().empty()) { return false; }
+            if (!currentIndex().isValid()) { setCurrentIndex(model_.index(0, 0)); }
+            selectionModel()->select(currentIndex(), QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+            return true;
         case Qt::Key_Backspace:
             Q_EMIT goUp();
             return true;

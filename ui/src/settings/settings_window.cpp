@@ -1,6 +1,7 @@
 // The tabs of the settings.
 #include "ui/settings/settings_window.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QGroupBox>
 #include <QKeyEvent>
@@ -55,13 +56,11 @@ SettingsWindow::SettingsWindow(SettingsStore& settings, LibraryRoots& roots, Lib
     connect(new QShortcut(QKeySequence("Ctrl+W"), this), &QShortcut::activated, this, &QWidget::close);
 }
 
-// A shortcut would take the key from an open drop-down; here comes only what no part of the window wants.
+// A shortcut would take the key from an open drop-down. Some platforms bring its keys here, too.
 void SettingsWindow::keyPressEvent(QKeyEvent* event) {
-    if (event->key() == Qt::Key_Escape) {
-        close();
-    } else {
-        QWidget::keyPressEvent(event);
-    }
+    if (event->key() != Qt::Key_Escape) { return QWidget::keyPressEvent(event); }
+    QWidget* dropDown = QApplication::activePopupWidget();
+    (dropDown ? dropDown : this)->close();
 }
 
 }  // namespace brindlehum
