@@ -153,9 +153,7 @@ TEST(OggFiles, KeepEachChannelAtItsSpeaker) {
     for (const auto& [channels, mask] : {std::pair(4, 0x33U), {6, 0x3FU}, {8, 0x63FU}}) {
         auto original = Planes(size_t(channels), std::vector<float>(frames));
         for (size_t c = 0; c < original.size(); ++c) {
-            for (size_t i = 0; i < frames; ++i) {
-                original[c][i] = 0.5F * float(std::sin(0.04 * double((c + 1) * i)));
-            }
+            for (size_t i = 0; i < frames; ++i) { original[c][i] = 0.5F * float(std::sin(0.04 * double((c + 1) * i))); }
         }
         writeAudio(folder / "original.wav", original, {FileKind::wavex, 48000, 16, mask});
         const auto speakers =
