@@ -51,7 +51,7 @@ TEST(RIFFMeta, RewriteHandlesEveryShapeOfFile) {
         {"plain", "", sound, "", newStart, end, newRest},
         {"both behind the sound, no USER", "", sound, riffChunk("bext", oldBext) + ixml("<BWFXML>" + scene + end),
          "<BWFXML>" + scene, end, oldBext.substr(256)},
-        {"USER in the middle", ixml("<BWFXML><USER>A=1</USER>" + scene + end), sound, "", "<BWFXML>", scene + end,
+        {"USER in the middle", ixml("<BWFXML><USER></USER>" + scene + end), sound, "", "<BWFXML>", scene + end,
          newRest},
         {"USER that never ends", ixml("<BWFXML><USER>" + scene + end), sound, "", "<BWFXML><USER>" + scene, end,
          newRest},
@@ -133,6 +133,55 @@ TEST(RIFFMeta, FileThatIsNoWaveIsRefusedAndLeftAlone) {
     std::filesystem::resize_file(huge, 0xFFFFFFFFU - 600);
     EXPECT_EQ(refusal(huge).text, "File too large for RIFF");
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), int(std::size(cases)) + 1);
+}
+
+// Of a USER block only the known tags change, each in its place: what other programs keep there stays.
+TEST(RIFFMeta, ForeignPartsOfTheUserBlockStayByteForByte) {
+    SoundMeta meta;
+    meta.description = "new <";
+    meta.fxName = "Slam";
+    meta.rating = 3;
+    const std::string by = "<EMBEDDER>Brindlehum</EMBEDDER>", fx = "<FXNAME>Slam</FXNAME>",
+                      stars = "<RATING>3</RATING>";
+    const std::string description = "<DESCRIPTION>new &lt;</DESCRIPTION>";
+    const std::string foreign = "\n <SHOW a='1'>x<NOTES>inner</NOTES></SHOW>\t<!-- <FXNAME>no</FXNAME> -->\n<EMPTY/>";
+    const std::pair<std::string, std::string> cases[] = {
+        {foreign, foreign + description + fx + stars + by},
+        {"<FXNAME>Slam</FXNAME>" + foreign + "<DESCRIPTION>old</DESCRIPTION> <X/><RATING> 3 </RATING>" + by + "\n",
+         fx + foreign + description + " <X/><RATING> 3 </RATING>" + by + "\n"},
+        {"<NOTES>gone</NOTES><VOLUME>3</VOLUME><NOTES>too</NOTES>" + by,
+         "<VOLUME>3</VOLUME>" + by + description + fx + stars},
+        {"<EMBEDDER>Else</EMBEDDER>\n<CATEGORYFULL>A-B</CATEGORYFULL>",
+         by + "\n<CATEGORYFULL>A-B</CATEGORYFULL>" + description + fx + stars},
+        {"<CATEGORY>A</CATEGORY><CATEGORYFULL>A</CATEGORYFULL><DESCRIPTION>new &#60;</DESCRIPTION>",
+         description + fx + stars + by},
+        {"A=1\nfxname: Slam\nSHOW=x\nNOTES=gone\nEND=1",
+         "A=1\n" + fx + "\nSHOW=x\n\nEND=1\n" + description + stars + by},
+        {"<![CDATA[<FXNAME>]]><SHOW><FXNAME>open</SHOW>",
+         "<![CDATA[<FXNAME>]]><SHOW><FXNAME>open</SHOW>" + description + fx + stars + by},
+    };
+    const TempFolder folder;
+    const auto file = folder / "x.wav";
+    for (const auto& [before, after] : cases) {
+        const std::string document = "<BWFXML><A/><USER>" + before + "</USER><B/></BWFXML>";
+        writeBytes(file, riff(fmt + riffChunk("iXML", document) + riffChunk("data", "")));
+        for (int round = 0; round < 2; ++round) {  // the second changes nothing
+            RIFFMeta::write(meta, file);
+            const std::string bytes = readBytes(file);
+            const size_t start = bytes.find("<USER>") + 6;
+            EXPECT_EQ(bytes.substr(start, bytes.find("</USER><B/></BWFXML>") - start), after) << before;
+            EXPECT_EQ(RIFFMeta::read(file), meta) << before;
+        }
+    }
+}
+
+// The known tags are found however much stands before them: what isn't read would be cleared by the next save.
+TEST(RIFFMeta, LongDocumentIsReadToItsEnd) {
+    const TempFolder folder;
+    writeBytes(folder / "x.wav", riff(riffChunk("iXML", "<BWFXML>" + std::string(1'200'000, ' ') +
+                                                            "<USER><FXNAME>far</FXNAME></USER></BWFXML>") +
+                                      riffChunk("data", "")));
+    EXPECT_EQ(RIFFMeta::read(folder / "x.wav").fxName, "far");
 }
 
 TEST(RIFFMeta, DescriptionIsCutBetweenCharacters) {

@@ -8,6 +8,7 @@
 
 #include "base/text.h"
 #include "library/meta/riff_meta.h"
+#include "meta/user_block.h"
 
 namespace brindlehum::RIFFMeta {
 
@@ -42,51 +43,6 @@ std::string unescaped(std::string_view text) {
     return std::string(trimmed(value));
 }
 
-std::string element(std::string_view tag, const std::string& content) {
-    const std::string name(tag);
-    return "<" + name + ">" + content + "</" + name + ">";
-}
-
-// The text between the first `start` and the next `end`; none when either is missing.
-std::optional<std::string_view> between(std::string_view text, std::string_view start, std::string_view end) {
-    const size_t found = text.find(start);
-    if (found == std::string_view::npos) { return std::nullopt; }
-    text.remove_prefix(found + start.size());
-    const size_t length = text.find(end);
-    return length == std::string_view::npos ? std::nullopt : std::optional(text.substr(0, length));
-}
-
-std::optional<std::string_view> elementText(std::string_view block, std::string_view tag) {
-    const std::string name(tag);
-    return between(block, "<" + name + ">", "</" + name + ">");
-}
-
-// The lines that begin outside of elements, since a later line of a long text must not count as a tag.
-std::vector<std::string_view> linesBesideElements(std::string_view block) {
-    std::vector<std::string_view> texts;
-    const auto note = [&](std::string_view tag) {
-        if (const auto text = elementText(block, tag)) { texts.push_back(*text); }
-    };
-    for (const SoundMeta::Tag& tag : SoundMeta::ixmlTags) { note(tag.name); }
-    note("CATEGORYFULL");
-    std::vector<std::string_view> lines = split(block, "\n");
-    std::erase_if(lines, [&](std::string_view line) {
-        return std::ranges::any_of(texts, [&](std::string_view text) {
-            return line.data() > text.data() && line.data() < text.data() + text.size();
-        });
-    });
-    return lines;
-}
-
-// Finds "TAG=value" or "TAG:value" at the start of a line; the tag may be in any case.
-std::optional<std::string_view> lineText(const std::vector<std::string_view>& lines, std::string_view tag) {
-    for (const std::string_view line : lines) {
-        if (line.size() <= tag.size() || (line[tag.size()] != '=' && line[tag.size()] != ':')) { continue; }
-        if (upperAscii(line.substr(0, tag.size())) == tag) { return line.substr(tag.size() + 1); }
-    }
-    return std::nullopt;
-}
-
 // 0 when the text isn't an integer.
 int ratingOf(std::string_view text) {
     text = trimmed(text);
@@ -94,6 +50,34 @@ int ratingOf(std::string_view text) {
     int rating = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), rating);
     return error == std::errc() && end == text.data() + text.size() ? rating : 0;
+}
+
+// The value that an edited block gets; none removes the tag.
+std::optional<std::string> valueOf(const std::string& text) {
+    return text.empty() ? std::nullopt : std::optional(escaped(text));
+}
+
+std::optional<std::string> fullCategory(const SoundMeta& meta) {
+    const bool both = !meta.category.empty() && !meta.subCategory.empty();
+    return valueOf(meta.category + (both ? "-" : "") + meta.subCategory);
+}
+
+// Leaves an element as it was stored when the record holds what it reads as; a line becomes an element.
+std::string edited(std::string_view content, const SoundMeta& meta) {
+    UserBlock block(content);
+    const bool hadCategory = block.value("CATEGORY") || block.value("SUBCATEGORY");
+    for (const SoundMeta::Tag& tag : SoundMeta::ixmlTags) {
+        const bool kept = block.hasElement(tag.name) && unescaped(*block.value(tag.name)) == meta.*tag.field;
+        if (!kept) { block.set(tag.name, valueOf(meta.*tag.field)); }
+    }
+    const auto full = fullCategory(meta);
+    if (full || hadCategory) { block.set("CATEGORYFULL", full); }
+    const auto rating = block.value("RATING");
+    if (!rating || ratingOf(*rating) != meta.rating) {
+        block.set("RATING", meta.rating >= 1 ? std::optional(std::to_string(meta.rating)) : std::nullopt);
+    }
+    block.set("EMBEDDER", "Brindlehum");
+    return std::string(userStart) + block.text() + std::string(userEnd);
 }
 
 }  // namespace
@@ -105,17 +89,7 @@ std::string storable(std::string_view text) {
 }
 
 std::string userBlock(const SoundMeta& meta) {
-    std::string block(userStart);
-    for (const SoundMeta::Tag& tag : SoundMeta::ixmlTags) {
-        const std::string& value = meta.*tag.field;
-        if (!value.empty()) { block += element(tag.name, escaped(value)); }
-    }
-    if (!meta.category.empty() || !meta.subCategory.empty()) {
-        const bool both = !meta.category.empty() && !meta.subCategory.empty();
-        block += element("CATEGORYFULL", escaped(meta.category + (both ? "-" : "") + meta.subCategory));
-    }
-    if (meta.rating >= 1) { block += element("RATING", std::to_string(meta.rating)); }
-    return block + element("EMBEDDER", "Brindlehum") + std::string(userEnd);
+    return edited({}, meta);
 }
 
 SoundMeta parseUSER(std::string_view xml) {
@@ -123,24 +97,24 @@ SoundMeta parseUSER(std::string_view xml) {
     const size_t start = xml.find(userStart);
     if (start == std::string_view::npos) { return meta; }
     xml.remove_prefix(start + userStart.size());
-    const std::string_view block = xml.substr(0, xml.find(userEnd));
-    const std::vector<std::string_view> lines = linesBesideElements(block);
+    const UserBlock block(xml.substr(0, xml.find(userEnd)));
     for (const SoundMeta::Tag& tag : SoundMeta::ixmlTags) {
-        std::optional<std::string_view> text = elementText(block, tag.name);
-        if (!text) { text = lineText(lines, tag.name); }
-        if (text) { meta.*tag.field = unescaped(*text); }
+        if (const auto text = block.value(tag.name)) { meta.*tag.field = unescaped(*text); }
     }
-    meta.rating = ratingOf(elementText(block, "RATING").value_or(""));
+    meta.rating = ratingOf(block.value("RATING").value_or(""));
     return meta;
 }
 
 std::string withUserBlock(std::string document, const SoundMeta& meta) {
-    const std::string block = userBlock(meta);
     const size_t start = document.find(userStart);
     const size_t end = start == std::string::npos ? start : document.find(userEnd, start);
-    if (end != std::string::npos) { return document.replace(start, end + userEnd.size() - start, block); }
+    if (end != std::string::npos) {
+        const size_t content = start + userStart.size();
+        const std::string block = edited(std::string_view(document).substr(content, end - content), meta);
+        return document.replace(start, end + userEnd.size() - start, block);
+    }
     if (document.find(documentEnd) == std::string::npos) { document = newDocument; }
-    return document.insert(document.find(documentEnd), block);
+    return document.insert(document.find(documentEnd), userBlock(meta));
 }
 
 }  // namespace brindlehum::RIFFMeta

@@ -17,6 +17,7 @@ namespace {
 constexpr size_t descriptionBytes = 256;  // at the start of `bext`
 constexpr size_t originatorBytes = 32;
 constexpr size_t bextBytes = 602;  // without a coding history
+constexpr uint64_t maxMetaBytes = 64 << 20;
 
 std::string bextDescription(const FileHandle& file, const std::vector<Chunk>& chunks) {
     const Chunk* bext = find(chunks, "bext");
@@ -38,10 +39,9 @@ std::string descriptionField(const std::string& text) {
 
 // The whole content of a chunk; none without the chunk. Refuses a larger chunk, which can't be metadata.
 std::optional<std::string> wholeChunk(const FileHandle& file, const std::vector<Chunk>& chunks, std::string_view id) {
-    constexpr uint64_t maxBytes = 64 << 20;
     const Chunk* chunk = find(chunks, id);
     if (!chunk) { return std::nullopt; }
-    if (chunk->size > maxBytes) { refuse(); }
+    if (chunk->size > maxMetaBytes) { refuse(); }
     std::string bytes = content(file, *chunk, chunk->size);
     if (bytes.size() != chunk->size) { throw Error(std::string(id) + " chunk can't be read"); }
     return bytes;
@@ -82,13 +82,14 @@ bool canBeRewritten(const Walk& walk) {
 }  // namespace
 
 SoundMeta read(const std::filesystem::path& path) {
-    constexpr uint64_t maxBytes = 1048576;
     SoundMeta meta;
     try {
         const FileHandle file(path);
         const auto list = chunks(file);
         if (!list) { return meta; }
-        if (const Chunk* ixml = find(*list, "iXML")) { meta = parseUSER(repairUtf8(content(file, *ixml, maxBytes))); }
+        if (const Chunk* ixml = find(*list, "iXML")) {
+            meta = parseUSER(repairUtf8(content(file, *ixml, maxMetaBytes)));
+        }
         if (meta.description.empty()) { meta.description = bextDescription(file, *list); }
     } catch (const Error&) {
         return {};  // treat it like a file without metadata
