@@ -7,10 +7,12 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <optional>
 
 #include "base/error.h"
 #include "base/path.h"
 #include "file_attributes.h"
+#include "source_claim.h"
 #include "temporary_file.h"
 
 namespace brindlehum {
@@ -34,7 +36,11 @@ mode_t temporaryMode(const FileHandle& source) {
 }  // namespace
 
 FileReplacement::FileReplacement(const std::filesystem::path& target, const Options& options)
-    : target_(target), name_(target.filename().string()), syncFolder_(options.syncFolder), folder_(openFolder(target)) {
+    : target_(target),
+      name_(target.filename().string()),
+      waits_(options.waits),
+      syncFolder_(options.syncFolder),
+      folder_(openFolder(target)) {
     if (!folder_.isOpen()) { fail(errno); }
     struct stat old {};
     if (::fstatat(folder_.number(), name_.c_str(), &old, AT_SYMLINK_NOFOLLOW) == 0 && !S_ISLNK(old.st_mode)) {
@@ -54,6 +60,7 @@ FileReplacement::~FileReplacement() = default;
 
 void FileReplacement::continueFrom(const FileHandle& source) {
     source_ = &source;
+    if (!waits_) { failIfInUse(SourceClaim(source.descriptor())); }
     if (!sourceIsUnchanged()) { failChanged(); }
 }
 
@@ -130,13 +137,19 @@ ino_t FileReplacement::commit() {
         if (const int error = copyAttributes(source_->descriptor(), file_->number())) { fail(error); }
     }
     if (::fsync(file_->number()) != 0) { fail(errno); }
+    // From here on, nobody else can begin to write to the source. What was written before has changed its size or time.
+    std::optional<SourceClaim> claim;
+    if (source_ != nullptr && !waits_) { claim.emplace(source_->descriptor()); }
     if (source_ != nullptr && !sourceIsUnchanged()) { failChanged(); }
     if (!file_->holdsItsName()) { failChanged(); }
+    if (claim) { failIfInUse(*claim); }
+    struct stat facts {};
+    const bool known = ::fstat(file_->number(), &facts) == 0;
     if (const int error = file_->rename(name_)) { fail(error); }
+    claim.reset();
     // After the swap there is no way back. If the folder can't be synced, a crash leaves the old or the new file.
     if (syncFolder_) { ::fsync(folder_.number()); }
-    struct stat facts {};
-    return ::fstat(file_->number(), &facts) == 0 ? facts.st_ino : 0;
+    return known ? facts.st_ino : 0;
 }
 
 void FileReplacement::writeText(const std::filesystem::path& target, std::string_view text, const Options& options) {
@@ -165,12 +178,16 @@ std::unique_ptr<ByteSink> FileReplacement::sink() {
     return std::make_unique<Sink>(*this);
 }
 
+void FileReplacement::failIfInUse(const SourceClaim& claim) const {
+    if (const char* reason = claim.objection()) { throw Error(ErrorKind::fileInUse, writeFailure(target_, reason)); }
+}
+
 void FileReplacement::fail(int error) const {
     throw Error(writeFailure(target_, std::strerror(error)));
 }
 
 void FileReplacement::failChanged() const {
-    throw Error(writeFailure(target_, "it has changed meanwhile"));
+    throw Error(ErrorKind::fileInUse, writeFailure(target_, "it has changed meanwhile"));
 }
 
 }  // namespace brindlehum

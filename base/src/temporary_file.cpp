@@ -80,6 +80,7 @@ bool TemporaryFile::holdsItsName() const {
 int TemporaryFile::rename(const std::string& name) {
     if (::renameat(folder_, name_.c_str(), folder_, name.c_str()) != 0) { return errno; }
     renamed_ = true;
+    file_ = Descriptor();  // it is the target now, and nobody writes to it
     return 0;
 }
 

@@ -25,7 +25,7 @@ public:
     int number() const { return file_.number(); }
     // False when another process removed or replaced the file.
     bool holdsItsName() const;
-    // Returns 0, or the errno of a failure.
+    // Closes the file when it has the name. Returns 0, or the errno of a failure.
     int rename(const std::string& name);
 
 private:

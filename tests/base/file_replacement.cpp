@@ -153,7 +153,9 @@ TEST_F(FileReplacementTest, SecondWriterSucceedsOrIsRefusedAtEveryStopOfTheFirst
             return true;
         };
         const int first = runTraced([&] { return rewrite(file, "first").empty() ? 0 : 1; }, meddle);
-        EXPECT_TRUE(second.empty() || second == "it is being written elsewhere") << second;
+        EXPECT_TRUE(second.empty() || second == "it is being written elsewhere" ||
+                    second == "another program has locked it" || second == "another program is writing to it")
+            << second;
         const std::string now = content();
         EXPECT_TRUE(now.starts_with("first") ? first == 0 : now.starts_with("second") && second.empty()) << at;
         EXPECT_TRUE(now.ends_with(std::string(2000, 'b'))) << at;
@@ -196,7 +198,7 @@ TEST_F(FileReplacementTest, LinkUnderTheTemporaryNameIsNeverFollowed) {
 TEST_F(FileReplacementTest, FileThatChangesMeanwhileIsKept) {
     using Change = std::function<void()>;
     // The write's end, with the change made before the first such call: 0 success, 7 refusal, with nothing touched.
-    const auto meddled = [&](const Change& change, long call) {
+    const auto meddled = [&](const Change& change, long call, const char* reason = "it has changed meanwhile") {
         writeBytes(file, old);
         std::string changed;
         const auto meddle = [&](int, long now) {
@@ -208,7 +210,7 @@ TEST_F(FileReplacementTest, FileThatChangesMeanwhileIsKept) {
         };
         const auto job = [&] {
             const std::string said = rewrite(file);
-            return said.empty() ? 0 : said == "it has changed meanwhile" ? 7 : 1;
+            return said.empty() ? 0 : said == reason ? 7 : 1;
         };
         const int end = runTraced(job, meddle);
         EXPECT_FALSE(fs::exists(temporary));
@@ -223,9 +225,60 @@ TEST_F(FileReplacementTest, FileThatChangesMeanwhileIsKept) {
             EXPECT_EQ(meddled(changes[i], call), 7) << i << " " << call;
         }
     }
+    // A writer that comes while the new version is made, and writes later.
+    for (const long call : {SYS_copy_file_range, SYS_fsync}) {
+        Descriptor other;
+        const Change opened = [&] { other = Descriptor(::open(file.c_str(), O_WRONLY | O_CLOEXEC)); };
+        EXPECT_EQ(meddled(opened, call, "another program is writing to it"), 7) << call;
+    }
     const Change removal = [&] { fs::remove(temporary); };
     EXPECT_EQ(meddled(removal, SYS_fsync), 7);
     EXPECT_EQ(meddled(removal, SYS_flock), 0) << "a writer that cleared away what was no leftover costs a second try";
+}
+
+// A recording that goes on: what its program appends must never go to a file that has been replaced.
+TEST_F(FileReplacementTest, FileInUseElsewhereIsKept) {
+    struct Use {
+        const char* reason;
+        std::function<bool(int)> begin;
+    };
+    const auto locked = [](short type) {
+        return [type](int number) {
+            struct flock lock {};
+            lock.l_type = type;
+            return ::fcntl(number, F_SETLK, &lock) == 0;
+        };
+    };
+    const Use uses[] = {{"another program is writing to it", [](int number) { return ::write(number, "+", 1) == 1; }},
+                        {"another program has locked it", [](int number) { return ::flock(number, LOCK_EX) == 0; }},
+                        {"another program has locked it", locked(F_WRLCK)},
+                        {"", [](int number) { return ::read(number, nullptr, 0) == 0; }}};
+    for (const Use& use : uses) {
+        writeBytes(file, old);
+        const bool reads = *use.reason == '\0';
+        int ready[2], done[2];
+        ASSERT_TRUE(::pipe(ready) == 0 && ::pipe(done) == 0);
+        const Child other([&] {
+            ::close(done[1]);
+            const int number = ::open(file.c_str(), reads ? O_RDONLY : O_RDWR | O_APPEND);
+            char byte = 'r';
+            bool good = use.begin(number) && ::write(ready[1], &byte, 1) == 1;
+            while (good && ::read(done[0], &byte, 1) == 1) { good = reads || ::write(number, "+", 1) == 1; }
+            return good;
+        });
+        ::close(ready[1]);
+        char byte = 0;
+        ASSERT_EQ(::read(ready[0], &byte, 1), 1);
+        for (int round = 0; round < 20; ++round) {
+            EXPECT_EQ(rewrite(file), use.reason);
+            EXPECT_EQ(::write(done[1], &byte, 1), 1);
+        }
+        for (const int number : {ready[0], done[0], done[1]}) { ::close(number); }
+        EXPECT_TRUE(other.succeeded());
+        const bool isKept = content().starts_with(old) && content().ends_with(std::string(20, '+'));
+        EXPECT_EQ(isKept, !reads) << "20 appended parts stay";
+        EXPECT_EQ(rewrite(file), "") << "once the other program has ended";
+    }
 }
 
 TEST_F(FileReplacementTest, LongNamesAreCutBetweenCharacters) {

@@ -84,6 +84,12 @@ TEST_F(Edits, ThatFailLeaveCatalogAndLogAlone) {
     EXPECT_EQ(MetaIO::read(last).description, "wind");
     EXPECT_EQ(catalogRow(root / "x.wav").meta.description, "");
     EXPECT_EQ(logged(root).size(), 2U);
+
+    const std::ofstream recording(last, std::ios::app);
+    save({{{"DESCRIPTION", "rain"}}, std::nullopt}, {last});
+    EXPECT_EQ(said.back(), "Couldn't write 1 file: z.wav");
+    EXPECT_EQ(MetaIO::read(last).description, "wind");
+    EXPECT_EQ(logged(root).size(), 2U);
 }
 
 TEST_F(Edits, BelongToTheInnermostRoot) {

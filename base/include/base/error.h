@@ -19,6 +19,7 @@ enum class ErrorKind {
     notEmbeddable = 70,
     notWritableWav = 71,
     tooLargeForRiff = 72,
+    fileInUse = 73,  // by another program, which writes to it, has locked it, or has just changed it
     catalogUnopenable = 80,
     catalog = 81,
 };

@@ -15,10 +15,12 @@
 
 namespace brindlehum {
 
+class SourceClaim;
 class TemporaryFile;
 
 struct FileReplacementOptions {
-    bool waits = false;      // wait while another writer has the file; otherwise throw
+    // Wait while another writer has the file; otherwise throw. For files that only this program's processes write.
+    bool waits = false;
     mode_t mode = 0666;      // of the new file, reduced by the umask
     bool syncFolder = true;  // false: a crash of the system may bring the old file back after the commit
 };
@@ -40,8 +42,9 @@ public:
     FileReplacement& operator=(const FileReplacement&) = delete;
 
     // Makes this the next version of `source`, the opened target, which must outlive the object: copy() reads from it,
-    // and commit() copies its owner, permissions and extended attributes. This and commit() throw if it has changed
-    // since it was opened or isn't the target any more.
+    // and commit() copies its owner, permissions and extended attributes. This and commit() throw fileInUse if it has
+    // changed since it was opened or isn't the target any more, and while another program writes to it or has locked
+    // it; a writer that waits takes such a program for one of our own.
     void continueFrom(const FileHandle& source);
 
     // Reserves space for a file of this size, so that a disk that is too full fails before all the work.
@@ -66,11 +69,13 @@ private:
     bool sourceIsUnchanged() const;
     void copyByHand(uint64_t offset, uint64_t bytes);
     void wrote(uint64_t end);
+    void failIfInUse(const SourceClaim& claim) const;
     [[noreturn]] void fail(int error) const;
     [[noreturn]] void failChanged() const;
 
     const std::filesystem::path target_;
     const std::string name_;
+    const bool waits_;
     const bool syncFolder_;
     const Descriptor folder_;
     std::unique_ptr<TemporaryFile> file_;
