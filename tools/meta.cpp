@@ -55,10 +55,9 @@ std::vector<std::string> rootsFor(const fs::path& file, const LibraryWords& libr
     return roots;
 }
 
-// Reads a WAV file directly, since that may be newer than its row and needs no catalog.
+// A file that holds its whole record may be newer than its row, and needs no catalog.
 SoundMeta metaOf(const fs::path& file, const LibraryWords& library) {
-    if (MetaIO::canWrite(file)) { return MetaIO::read(file); }
-    return MetadataSave::current(file, library.openExisting().get());
+    return MetadataSave::recordToEdit(file, library.openExisting().get());
 }
 
 }  // namespace

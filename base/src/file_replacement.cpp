@@ -132,6 +132,27 @@ void FileReplacement::copyByHand(uint64_t offset, uint64_t bytes) {
     }
 }
 
+std::shared_ptr<FileHandle> FileReplacement::written() const {
+    return std::make_shared<FileHandle>("/proc/self/fd/" + std::to_string(file_->number()));
+}
+
+void FileReplacement::readBack(uint64_t offset, char* out, size_t bytes) const {
+    while (bytes > 0) {
+        const ssize_t got = ::pread(file_->number(), out, bytes, off_t(offset));
+        if (got < 0 && errno == EINTR) { continue; }
+        if (got <= 0) { fail(got < 0 ? errno : EIO); }
+        out += got;
+        offset += uint64_t(got);
+        bytes -= size_t(got);
+    }
+}
+
+void FileReplacement::setLength(uint64_t bytes) {
+    if (::ftruncate(file_->number(), off_t(bytes)) != 0) { fail(errno); }
+    end_ = bytes;
+    passedOn_ = std::min(passedOn_, end_);
+}
+
 ino_t FileReplacement::commit() {
     if (source_ != nullptr) {
         if (const int error = copyAttributes(source_->descriptor(), file_->number())) { fail(error); }
@@ -165,10 +186,7 @@ public:
     void writeAt(uint64_t offset, std::span<const uint8_t> bytes) override {
         file_.writeAt(offset, {reinterpret_cast<const char*>(bytes.data()), bytes.size()});
     }
-    void finish(uint64_t length, bool /*sync*/) override {
-        if (::ftruncate(file_.file_->number(), off_t(length)) != 0) { file_.fail(errno); }
-        file_.end_ = length;
-    }
+    void finish(uint64_t length, bool /*sync*/) override { file_.setLength(length); }
 
 private:
     FileReplacement& file_;

@@ -45,12 +45,11 @@ TEST_F(Edits, ReachFileCatalogAndLog) {
     const fs::path wave = add("a.wav");
     const fs::path flac = add("b/c.flac");
     scanAll({root});
-    const std::string flacBefore = readBytes(flac);
     const MetadataChanges first{{{"DESCRIPTION", "wind"}, {"UNKNOWN", "x"}}, 4};
     save(first, {wave, flac});
     EXPECT_EQ(said.back(), "Saved metadata to 2 files");
     EXPECT_EQ(MetaIO::read(wave).description, "wind");
-    EXPECT_EQ(readBytes(flac), flacBefore);
+    EXPECT_EQ(MetaIO::read(flac).rating, 4);
     for (const fs::path& file : {wave, flac}) {
         EXPECT_EQ(catalogRow(file).meta.description, "wind");
         EXPECT_EQ(catalogRow(file).meta.rating, 4);
@@ -59,7 +58,7 @@ TEST_F(Edits, ReachFileCatalogAndLog) {
     EXPECT_EQ(logged(root)[1].path, "b/c.flac");
     EXPECT_EQ(logged(root)[1].changes, first);
 
-    // Clearing a rating is an edit; the FLAC keeps the description that only the catalog holds.
+    // Clearing a rating is an edit; the FLAC keeps its description.
     save({{}, 0}, {wave, flac});
     EXPECT_EQ(MetaIO::read(wave).rating, 0);
     EXPECT_EQ(catalogRow(flac).meta.rating, 0);
@@ -90,6 +89,27 @@ TEST_F(Edits, ThatFailLeaveCatalogAndLogAlone) {
     EXPECT_EQ(said.back(), "Couldn't write 1 file: z.wav");
     EXPECT_EQ(MetaIO::read(last).description, "wind");
     EXPECT_EQ(logged(root).size(), 2U);
+}
+
+// What only the catalog knew of a file goes into the file with the first edit; what can't hold it stays with the row.
+TEST_F(Edits, WordsOfTheRowGoIntoTheFileOrStayWithTheRow) {
+    const fs::path flac = add("a.flac");
+    const fs::path aac = root / "b.aac";
+    run("ffmpeg -y -f lavfi -i sine=d=0.1 '" + aac.string() + "'");
+    const fs::path other = root / "c.flac";
+    run("ffmpeg -y -f lavfi -i sine=d=0.1 -f wav '" + other.string() + "'");
+    scanAll({root});
+    for (const fs::path& file : {flac, aac, other}) {
+        Catalog::Row row = catalogRow(file);
+        row.meta.notes = "only here";
+        catalog.write([&] { catalog.upsert(row.path, row.root, {1, 1}, std::nullopt, row.meta); });
+    }
+    save({{{"DESCRIPTION", "wind"}}, std::nullopt}, {flac, aac, other});
+    EXPECT_EQ(said.back(), "Saved metadata to 3 file(s)");
+    EXPECT_EQ(MetaIO::read(flac).notes + MetaIO::read(flac).description, "only herewind");
+    for (const fs::path& file : {flac, aac, other}) {
+        EXPECT_EQ(catalogRow(file).meta.notes + catalogRow(file).meta.description, "only herewind") << file;
+    }
 }
 
 TEST_F(Edits, BelongToTheInnermostRoot) {

@@ -55,6 +55,13 @@ public:
     void writeAt(uint64_t offset, std::string_view bytes);
     // Appends a part of the source, which must be there in full.
     void copy(uint64_t offset, uint64_t bytes);
+    // The new version so far, opened for reading.
+    std::shared_ptr<FileHandle> written() const;
+    // Reads what was written; throws when it isn't there in full.
+    void readBack(uint64_t offset, char* out, size_t bytes) const;
+    // The length of the new version so far; setLength() cuts it, or extends it with zeros.
+    uint64_t length() const { return end_; }
+    void setLength(uint64_t bytes);
     // For a writer that takes a ByteSink; must not outlive this object. Finishing the sink doesn't commit.
     std::unique_ptr<ByteSink> sink();
 

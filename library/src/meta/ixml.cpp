@@ -52,6 +52,14 @@ int ratingOf(std::string_view text) {
     return error == std::errc() && end == text.data() + text.size() ? rating : 0;
 }
 
+// The first USER block; empty if there is none.
+UserBlock storedBlock(std::string_view xml) {
+    const size_t start = xml.find(userStart);
+    if (start == std::string_view::npos) { return UserBlock({}); }
+    xml.remove_prefix(start + userStart.size());
+    return UserBlock(xml.substr(0, xml.find(userEnd)));
+}
+
 // The value that an edited block gets; none removes the tag.
 std::optional<std::string> valueOf(const std::string& text) {
     return text.empty() ? std::nullopt : std::optional(escaped(text));
@@ -92,12 +100,15 @@ std::string userBlock(const SoundMeta& meta) {
     return edited({}, meta);
 }
 
+bool isEmbeddedByUs(std::string_view xml) {
+    const UserBlock block = storedBlock(xml);
+    const auto embedder = block.value("EMBEDDER");
+    return embedder && trimmed(*embedder) == "Brindlehum";
+}
+
 SoundMeta parseUSER(std::string_view xml) {
     SoundMeta meta;
-    const size_t start = xml.find(userStart);
-    if (start == std::string_view::npos) { return meta; }
-    xml.remove_prefix(start + userStart.size());
-    const UserBlock block(xml.substr(0, xml.find(userEnd)));
+    const UserBlock block = storedBlock(xml);
     for (const SoundMeta::Tag& tag : SoundMeta::ixmlTags) {
         if (const auto text = block.value(tag.name)) { meta.*tag.field = unescaped(*text); }
     }

@@ -12,6 +12,9 @@ namespace brindlehum::RIFFMeta {
 // isn't iXML, returns a new document. UTF-8.
 std::string withUserBlock(std::string document, const SoundMeta& meta);
 
+// True when the USER block is ours: its tags are then the whole record.
+bool isEmbeddedByUs(std::string_view xml);
+
 // The text as well-formed UTF-8 without the characters that XML 1.0 can't hold (control characters; a zero, for one,
 // would end the document for other readers).
 std::string storable(std::string_view text);

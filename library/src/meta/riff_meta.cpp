@@ -1,4 +1,4 @@
-// RIFFMeta: reads the metadata of a file, and writes a new version of the file with other metadata.
+// RIFFMeta: reads the metadata of a WAVE file, and writes a new version of the file with other metadata.
 #include "library/meta/riff_meta.h"
 
 #include <limits>
@@ -16,7 +16,9 @@ namespace {
 
 constexpr size_t descriptionBytes = 256;  // at the start of `bext`
 constexpr size_t originatorBytes = 32;
-constexpr size_t bextBytes = 602;  // without a coding history
+constexpr size_t riffHeadBytes = 12;
+constexpr size_t bextBytes = 602;      // without a coding history
+constexpr uint64_t minDs64Bytes = 28;  // without a table
 constexpr uint64_t maxMetaBytes = 64 << 20;
 
 std::string bextDescription(const FileHandle& file, const std::vector<Chunk>& chunks) {
@@ -63,8 +65,9 @@ std::string bextPayload(const FileHandle& file, const std::vector<Chunk>& chunks
     return bext->replace(0, descriptionBytes, descriptionField(storable(meta.description)));
 }
 
-std::string chunkOf(const char* id, const std::string& payload) {
-    return id + le32(uint32_t(payload.size())) + payload + std::string(payload.size() % 2, '\0');
+std::string chunkOf(Container container, const char* id, const std::string& payload) {
+    return storedId(container, id) + storedSize(container, payload.size()) + payload +
+           std::string(padding(container, payload.size()), '\0');
 }
 
 bool isOurs(const Chunk& chunk) {
@@ -75,26 +78,76 @@ bool isOurs(const Chunk& chunk) {
 bool canBeRewritten(const Walk& walk) {
     const Chunk* data = find(walk.chunks, "data");
     if (!walk.toTheEnd || !data) { return false; }
+    if (walk.container == Container::rf64) {
+        const Chunk* sizes = find(walk.chunks, "ds64");
+        if (!sizes || sizes->size < minDs64Bytes) { return false; }
+        // The cut size would have to go into the table.
+        if (walk.cutOff && walk.sizedElsewhere.back() && &walk.chunks.back() != data) { return false; }
+    }
     // In a recording that was never closed, the bytes after `data` are sound, not chunks.
     return data->size > 0 || !walk.cutOff;
+}
+
+std::string fileHead(const FileHandle& source, Container container, uint64_t total) {
+    std::string head(container == Container::w64 ? w64HeadBytes : riffHeadBytes, '\0');
+    if (!source.readExactly(0, head.data(), head.size())) { refuse(); }
+    if (container == Container::w64) { return head.replace(16, 8, le64(total)); }
+    return head.replace(4, 4, le32(container == Container::riff ? uint32_t(total - 8) : 0xFFFFFFFF));
+}
+
+// `ds64` with the sizes of the new file. Its count of samples and its table stay.
+std::string sizesChunk(const FileHandle& source, const Chunk& chunk, uint64_t total, uint64_t dataBytes) {
+    std::string sizes = content(source, chunk, maxMetaBytes);
+    if (sizes.size() != chunk.size) { refuse(); }
+    return chunkOf(Container::rf64, "ds64", sizes.replace(0, 16, le64(total - 8) + le64(dataBytes)));
+}
+
+uint64_t newLength(const Walk& walk, uint64_t ourBytes) {
+    uint64_t total = (walk.container == Container::w64 ? w64HeadBytes : riffHeadBytes) + ourBytes;
+    for (const Chunk& chunk : walk.chunks) {
+        if (isOurs(chunk)) { continue; }
+        total += headerBytes(walk.container) + chunk.size + padding(walk.container, chunk.size);
+    }
+    if (walk.container == Container::riff && total - 8 > std::numeric_limits<uint32_t>::max()) {
+        throw Error(ErrorKind::tooLargeForRiff, "File too large for RIFF");
+    }
+    return total;
+}
+
+struct Stored {
+    SoundMeta meta;
+    bool isWhole = false;
+};
+
+Stored load(const std::filesystem::path& path) {
+    Stored stored;
+    const FileHandle file(path);
+    const std::optional<Walk> walked = walk(file);
+    if (!walked) { return stored; }
+    const std::vector<Chunk>& list = walked->chunks;
+    std::string document;
+    if (const Chunk* ixml = find(list, "iXML")) {
+        document = repairUtf8(content(file, *ixml, maxMetaBytes));
+        stored.meta = parseUSER(document);
+    }
+    if (stored.meta.description.empty()) { stored.meta.description = bextDescription(file, list); }
+    stored.isWhole = walked->container == Container::riff || isEmbeddedByUs(document);
+    return stored;
 }
 
 }  // namespace
 
 SoundMeta read(const std::filesystem::path& path) {
-    SoundMeta meta;
     try {
-        const FileHandle file(path);
-        const auto list = chunks(file);
-        if (!list) { return meta; }
-        if (const Chunk* ixml = find(*list, "iXML")) {
-            meta = parseUSER(repairUtf8(content(file, *ixml, maxMetaBytes)));
-        }
-        if (meta.description.empty()) { meta.description = bextDescription(file, *list); }
+        return load(path).meta;
     } catch (const Error&) {
         return {};  // treat it like a file without metadata
     }
-    return meta;
+}
+
+std::optional<SoundMeta> readRecord(const std::filesystem::path& path) {
+    const Stored stored = load(path);
+    return stored.isWhole ? std::optional(stored.meta) : std::nullopt;
 }
 
 ino_t write(const SoundMeta& meta, const std::filesystem::path& path) {
@@ -103,28 +156,28 @@ ino_t write(const SoundMeta& meta, const std::filesystem::path& path) {
     const std::optional<Walk> walked = walk(source);
     if (!walked || !canBeRewritten(*walked)) { refuse(); }
     const std::vector<Chunk>& list = walked->chunks;
-    const std::string ours =
-        chunkOf("bext", bextPayload(source, list, meta)) + chunkOf("iXML", ixmlPayload(source, list, meta));
-
-    uint64_t total = 12 + ours.size();
-    for (const Chunk& chunk : list) {
-        if (!isOurs(chunk)) { total += 8 + chunk.size + chunk.size % 2; }
-    }
-    if (total - 8 > std::numeric_limits<uint32_t>::max()) {
-        throw Error(ErrorKind::tooLargeForRiff, "File too large for RIFF");
-    }
+    const Container container = walked->container;
+    const std::string ours = chunkOf(container, "bext", bextPayload(source, list, meta)) +
+                             chunkOf(container, "iXML", ixmlPayload(source, list, meta));
+    const uint64_t total = newLength(*walked, ours.size());
 
     FileReplacement out(target, source);
     out.reserve(total);
-    out.write("RIFF" + le32(uint32_t(total - 8)) + "WAVE");
+    out.write(fileHead(source, container, total));
     const Chunk* data = find(list, "data");
-    for (const Chunk& chunk : list) {
+    const Chunk* sizes = container == Container::rf64 ? find(list, "ds64") : nullptr;
+    for (size_t i = 0; i < list.size(); ++i) {
+        const Chunk& chunk = list[i];
         if (isOurs(chunk)) { continue; }
         if (&chunk == data) { out.write(ours); }
-        out.copy(chunk.offset - 8, 4);
-        out.write(le32(uint32_t(chunk.size)));
+        if (&chunk == sizes) {
+            out.write(sizesChunk(source, chunk, total, data->size));
+            continue;
+        }
+        out.copy(chunk.offset - headerBytes(container), idBytes(container));
+        out.write(walked->sizedElsewhere[i] ? le32(0xFFFFFFFF) : storedSize(container, chunk.size));
         out.copy(chunk.offset, chunk.size);
-        if (chunk.size % 2) { out.write(std::string_view("\0", 1)); }
+        out.write(std::string(padding(container, chunk.size), '\0'));
     }
     return out.commit();
 }

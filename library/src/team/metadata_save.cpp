@@ -41,7 +41,25 @@ void index(Catalog& catalog, const std::string& path, const std::string& root, c
     });
 }
 
+// The new file's inode; none if the file can't hold the record.
+std::optional<ino_t> embed(const SoundMeta& meta, const std::filesystem::path& file) {
+    if (!MetaIO::canWrite(file)) { return std::nullopt; }
+    try {
+        return MetaIO::write(meta, file);
+    } catch (const Error& error) {
+        if (error.kind() != ErrorKind::notEmbeddable) { throw; }
+        return std::nullopt;
+    }
+}
+
 }  // namespace
+
+SoundMeta recordToEdit(const std::filesystem::path& file, Catalog* catalog) {
+    // If the file doesn't hold the record, its row has it: a second edit that started from the file would lose the
+    // first one.
+    const auto record = MetaIO::canWrite(file) ? MetaIO::readRecord(file) : std::nullopt;
+    return record ? *record : current(file, catalog);
+}
 
 SoundMeta current(const std::filesystem::path& file, Catalog* catalog) {
     if (catalog != nullptr) {
@@ -64,13 +82,10 @@ void save(const std::filesystem::path& file, const MetadataChanges& changes, Cat
           const std::vector<std::string>& roots, const std::string& user) {
     const std::string path = canonicalPath(file);
     factsOf(path);
-    const bool embeds = MetaIO::canWrite(file);
-    // If the file can't hold metadata, only its row has it, so start from the row: a second edit that started from the
-    // file would lose the first one.
-    SoundMeta meta = embeds ? MetaIO::read(file) : current(file, catalog);
+    SoundMeta meta = recordToEdit(file, catalog);
     changes.apply(meta);
-    std::optional<ino_t> written;
-    if (embeds) { written = MetaIO::write(meta, file); }
+    const std::optional<ino_t> written = embed(meta, file);
+    const bool embeds = written.has_value();
 
     const std::string root = rootOf(path, roots);
     if (catalog != nullptr) {

@@ -13,6 +13,10 @@ namespace brindlehum::MetadataSave {
 // The metadata to show: from the file's row if it is catalogued, else from the file itself.
 SoundMeta current(const std::filesystem::path& file, Catalog* catalog);
 
+// The metadata that an edit changes: from the file itself if it holds a whole record, else as current(). Throws Error
+// when the file can't be read.
+SoundMeta recordToEdit(const std::filesystem::path& file, Catalog* catalog);
+
 // The longest of the roots that contain the path; empty if none does. All paths are canonical.
 std::string rootOf(const std::string& path, const std::vector<std::string>& roots);
 
