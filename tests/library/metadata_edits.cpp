@@ -105,7 +105,7 @@ TEST_F(Edits, WordsOfTheRowGoIntoTheFileOrStayWithTheRow) {
         catalog.write([&] { catalog.upsert(row.path, row.root, {1, 1}, std::nullopt, row.meta); });
     }
     save({{{"DESCRIPTION", "wind"}}, std::nullopt}, {flac, aac, other});
-    EXPECT_EQ(said.back(), "Saved metadata to 3 file(s)");
+    EXPECT_EQ(said.back(), "Saved metadata to 3 files, 2 of them in the catalog only");
     EXPECT_EQ(MetaIO::read(flac).notes + MetaIO::read(flac).description, "only herewind");
     for (const fs::path& file : {flac, aac, other}) {
         EXPECT_EQ(catalogRow(file).meta.notes + catalogRow(file).meta.description, "only herewind") << file;

@@ -7,6 +7,7 @@
 #include "ui/browser/browser_state.h"
 #include "ui/browser/browser_table_model.h"
 #include "ui/inspector/inspector_fields.h"
+#include "ui/inspector/keeping_text.h"
 #include "ui/look/file_drag.h"
 #include "ui/sidebar/sidebar_rows.h"
 
@@ -153,6 +154,16 @@ TEST(SidebarRows, ShowRootsFacetsAndPlaces) {
     }
     EXPECT_THAT(lines, ElementsAre("SFX|drive|gone", "Sounds|library| busy", "Add Folder…|plus|", "WIND||1200",
                                    "RAIN||3 selected", "Music|folder| selected", "CARD|drive|"));
+}
+
+TEST(KeepingText, SaysWhereTheWordsOfASelectionGo) {
+    const std::pair<std::vector<std::filesystem::path>, const char*> cases[] = {
+        {{"a.wav", "b.BWF"}, "Saved into the files (iXML + BWF) and shared with everyone on this library."},
+        {{"a.wav", "b.flac"}, "Saved into the files and shared with everyone on this library."},
+        {{"a.wav", "b.caf"},
+         "Saved into the files that can hold metadata, for the others in the catalog and the library's log."},
+        {{"a.aac"}, "Saved in the catalog and the library's log: these files can't hold metadata."}};
+    for (const auto& [files, text] : cases) { EXPECT_EQ(keepingText(files), text); }
 }
 
 TEST(InspectorFields, EmptyTextAndNoStarAreEditsAndEveryTagHasAField) {

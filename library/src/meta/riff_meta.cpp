@@ -1,6 +1,8 @@
 // RIFFMeta: reads the metadata of a WAVE file, and writes a new version of the file with other metadata.
 #include "library/meta/riff_meta.h"
 
+#include <algorithm>
+#include <array>
 #include <limits>
 
 #include "base/error.h"
@@ -131,7 +133,7 @@ Stored load(const std::filesystem::path& path) {
         stored.meta = parseUSER(document);
     }
     if (stored.meta.description.empty()) { stored.meta.description = bextDescription(file, list); }
-    stored.isWhole = walked->container == Container::riff || isEmbeddedByUs(document);
+    stored.isWhole = isEmbeddedByUs(document);
     return stored;
 }
 
@@ -146,8 +148,11 @@ SoundMeta read(const std::filesystem::path& path) {
 }
 
 std::optional<SoundMeta> readRecord(const std::filesystem::path& path) {
+    // These never had their metadata anywhere else.
+    static constexpr std::array wave = {".wav", ".wave", ".bwf"};
+    const bool always = std::ranges::find(wave, lowerAscii(path.extension().string())) != wave.end();
     const Stored stored = load(path);
-    return stored.isWhole ? std::optional(stored.meta) : std::nullopt;
+    return always || stored.isWhole ? std::optional(stored.meta) : std::nullopt;
 }
 
 ino_t write(const SoundMeta& meta, const std::filesystem::path& path) {

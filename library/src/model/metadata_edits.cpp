@@ -25,6 +25,16 @@ std::string countOf(size_t count) {
     return number(count) + (count == 1 ? " file" : " files");
 }
 
+struct Outcome {
+    MetadataEdits::Failures failed;
+    size_t beside = 0;  // files that can't hold metadata, so that it's in the catalog
+};
+
+std::string savedText(size_t count, size_t beside) {
+    const std::string text = "Saved metadata to " + countOf(count);
+    return beside == 0 ? text : text + ", " + number(beside) + " of them in the catalog only";
+}
+
 std::string failureText(const MetadataEdits::Failures& failed) {
     std::string text = "Couldn't write " + countOf(failed.size()) + ": ";
     for (size_t i = 0; i < failed.size() && i < maxNames; ++i) {
@@ -67,22 +77,23 @@ void MetadataEdits::save(const MetadataChanges& changes, const Paths& files,
                        roots = settings_.value().libraryRoots](const Background::Task& task) {
         const auto realRoots = realPaths.of(roots);
         const std::string user = ChangeLog::owner();
-        Failures failed;
+        Outcome outcome;
         for (size_t i = 0; i < files.size(); ++i) {
             if (files.size() > 1) {
                 const std::string text = number(i + 1) + " of " + number(files.size());
                 task.tell([this, text] { Q_EMIT said("Saving metadata to file " + text); });
             }
             try {
-                MetadataSave::save(files[i], changes, catalog, realRoots, user);
-            } catch (const std::exception& error) { failed.push_back({files[i], reasonOf(files[i], error)}); }
+                const bool embedded = MetadataSave::save(files[i], changes, catalog, realRoots, user);
+                outcome.beside += embedded ? 0 : 1;
+            } catch (const std::exception& error) { outcome.failed.push_back({files[i], reasonOf(files[i], error)}); }
         }
-        return failed;
+        return outcome;
     };
-    edits_.run(work, [this, count = files.size(), ended](const Failures& failed) {
-        if (ended) { ended(failed); }
+    edits_.run(work, [this, count = files.size(), ended](const Outcome& outcome) {
+        if (ended) { ended(outcome.failed); }
         Q_EMIT catalogChanged();
-        Q_EMIT said(failed.empty() ? "Saved metadata to " + countOf(count) : failureText(failed));
+        Q_EMIT said(outcome.failed.empty() ? savedText(count, outcome.beside) : failureText(outcome.failed));
     });
 }
 

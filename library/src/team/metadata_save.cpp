@@ -78,7 +78,7 @@ std::string rootOf(const std::string& path, const std::vector<std::string>& root
     return longest;
 }
 
-void save(const std::filesystem::path& file, const MetadataChanges& changes, Catalog* catalog,
+bool save(const std::filesystem::path& file, const MetadataChanges& changes, Catalog* catalog,
           const std::vector<std::string>& roots, const std::string& user) {
     const std::string path = canonicalPath(file);
     factsOf(path);
@@ -98,9 +98,10 @@ void save(const std::filesystem::path& file, const MetadataChanges& changes, Cat
     } else if (!embeds && root.empty()) {
         throw Error(file.filename().string() + ": without a catalog there is no place for its metadata");
     }
-    if (root.empty()) { return; }
+    if (root.empty()) { return embeds; }
     const auto now = std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
     ChangeLog::append(root, {path.substr(root.size() + (root.ends_with('/') ? 0 : 1)), changes, user, now});
+    return embeds;
 }
 
 }  // namespace brindlehum::MetadataSave

@@ -15,6 +15,7 @@
 
 #include "library/model/metadata_edits.h"
 #include "settings/settings_store.h"
+#include "ui/inspector/keeping_text.h"
 #include "ui/inspector/star_row.h"
 #include "ui/look/elided_label.h"
 #include "ui/look/empty_state.h"
@@ -104,7 +105,7 @@ InspectorView::InspectorView(MetadataEdits& edits, SettingsStore& settings, QWid
     column->setSpacing(8);
     column->addWidget(headline_ = new ElidedLabel(Qt::ElideMiddle));
     headline_->setProperty("role", "headline");
-    column->addWidget(caption("Saved into the files (iXML + BWF) and shared with everyone on this library."));
+    column->addWidget(keeping_ = caption({}));
     column->addWidget(makePendingBar());
     column->addWidget(makeForm(), 1);
     column->addWidget(makeButtons());
@@ -245,6 +246,7 @@ void InspectorView::refreshState() {
     } else {
         headline_->setFullText(QLocale().toString(static_cast<qulonglong>(urls_.size())) + " files");
     }
+    keeping_->setText(QString::fromStdString(keepingText(urls_)));
     const bool edited = fields_.hasEdits();
     for (const auto& [tag, row] : rows_) {
         row.field->setPrompt(fields_.isMixed(tag) ? "Mixed" : "");

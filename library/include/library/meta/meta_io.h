@@ -15,7 +15,7 @@ namespace brindlehum::MetaIO {
 SoundMeta read(const std::filesystem::path& file);
 // True when files with this extension can hold metadata; for others, only the catalog and the log store it.
 bool canWrite(const std::filesystem::path& file);
-// The record to start an edit from, if the file holds all of it: a plain WAV file, or any file that we wrote. None for
+// The record to start an edit from, if the file holds all of it: a WAV file, or any file that we wrote. None for
 // other files: their rows in the catalog may have more. Takes its time, and throws Error when the file can't be read,
 // since an edit of a half-read record would clear what wasn't read.
 std::optional<SoundMeta> readRecord(const std::filesystem::path& file);

@@ -29,7 +29,8 @@ std::optional<std::vector<Chunk>> chunks(const FileHandle& file);
 // Never fails; unreadable fields stay empty. The description may come from `bext`, everything else from iXML.
 SoundMeta read(const std::filesystem::path& file);
 
-// The record to start an edit from, if the file holds all of it: a plain WAV file, or any that we wrote. Throws Error
+// The record to start an edit from, if the file holds all of it: one named .wav, .wave or .bwf, or any
+// that we wrote. Throws Error
 // when the file can't be read.
 std::optional<SoundMeta> readRecord(const std::filesystem::path& file);
 

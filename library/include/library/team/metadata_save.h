@@ -22,8 +22,9 @@ std::string rootOf(const std::string& path, const std::vector<std::string>& root
 
 // Throws Error or std::exception, and changes nothing, when the file doesn't exist, can't be written, or can't hold
 // metadata while there is no catalog. Stores the file's new size and time in the row, so that the next scan has nothing
-// to do. `roots` are canonical; a file outside all of them isn't logged.
-void save(const std::filesystem::path& file, const MetadataChanges& changes, Catalog* catalog,
+// to do. `roots` are canonical; a file outside all of them isn't logged. Returns false when the file can't hold the
+// metadata, so that only the catalog and the log have it.
+bool save(const std::filesystem::path& file, const MetadataChanges& changes, Catalog* catalog,
           const std::vector<std::string>& roots, const std::string& user);
 
 }  // namespace brindlehum::MetadataSave

@@ -97,6 +97,7 @@ private:
     EmptyState* empty_;
     QWidget* form_;
     ElidedLabel* headline_;
+    QLabel* keeping_;
     QWidget* pending_;
     QLabel* pendingText_;
     QPushButton* saveAgain_;
