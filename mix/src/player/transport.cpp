@@ -212,9 +212,19 @@ void Transport::profileChanged() {
 
 void Transport::deviceChanged() {
     const auto frame = resumeFrame();
+    const AudioOutputDevice before = seat_.engine().device();
     stop();
     if (!openDevice(true, "Output device changed: ")) { return; }
-    if (frame) { play(frame); }
+    if (frame) {
+        play(frame);
+    } else {
+        listening_.publish();
+    }
+    const AudioOutputDevice& now = seat_.engine().device();
+    // Without a server the banner says what is amiss.
+    if (now.uid != before.uid && listening_.devices().server() == SoundServer::running && !message_.text()) {
+        message_.notify("Sound now goes to " + now.name + ", no longer to " + before.name);
+    }
     Q_EMIT changed();
 }
 
