@@ -1,5 +1,6 @@
 // devices: lists the outputs of this machine, in the system's order.
 #include <QCoreApplication>
+#include <clocale>
 
 #include "command.h"
 #include "mix/engine/audio_devices.h"
@@ -14,6 +15,7 @@ bool devices(Words words) {
     char name[] = "brindlehum-cli";
     char* arguments[] = {name, nullptr};
     const QCoreApplication application(argumentCount, arguments);
+    std::setlocale(LC_NUMERIC, "C");  // Qt has set the user's
     QtMainLoop loop;
     const auto system = makeAudioSystem(loop);
     const AudioDevices list(*system);

@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QGuiApplication>
 #include <QSaveFile>
+#include <clocale>
 #include <filesystem>
 
 #include "analysed_file.h"
@@ -111,6 +112,7 @@ bool picture(Words words) {
     char name[] = "brindlehum-cli";
     char* arguments[] = {name, nullptr};
     const QGuiApplication application(count, arguments);
+    std::setlocale(LC_NUMERIC, "C");  // Qt has set the user's
     return eachFile(words.first(1), [&](const std::string&) { pictureFile(request); });
 }
 

@@ -1,6 +1,8 @@
 // MusicAnalysis: runs the stages, each after those that it needs.
 #include "analysis/music_analysis.h"
 
+#include <algorithm>
+
 #include "analysis/grid_builder.h"
 #include "analysis/tempo_analyzer.h"
 #include "analysis/text.h"
@@ -26,7 +28,10 @@ AnalysisOutcome analyzeMusic(const AnalysisInput& input, const AnalysisProgress&
 
     if (cancelledAt(AnalysisStage::tempo)) { return {Status::cancelled, std::nullopt}; }
     auto tempo = TempoAnalyzer::analyze(out.mono22k);
-    if (!tempo) { return {Status::noPulse, std::nullopt}; }
+    // Digital silence has no onset at all.
+    if (!tempo || std::ranges::none_of(tempo->envFull, [](float onset) { return onset > 0; })) {
+        return {Status::noPulse, std::nullopt};
+    }
     out.tempo = std::move(*tempo);
 
     if (cancelledAt(AnalysisStage::grid)) { return {Status::cancelled, std::nullopt}; }

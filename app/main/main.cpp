@@ -1,6 +1,7 @@
 // brindlehum [FILE or FOLDER]...: the resident tool.
 #include <QApplication>
 #include <QThread>
+#include <clocale>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
@@ -87,6 +88,7 @@ int main(int argc, char** argv) {
     const bool hasScreen = findScreen();
     int qtArguments = 1;  // hide the files from Qt, which takes some names as its own options
     QApplication application(qtArguments, argv);
+    std::setlocale(LC_NUMERIC, "C");  // Qt has set the user's, in which C libraries would write 44,1
     QApplication::setApplicationName(QStringLiteral("Brindlehum"));
     QApplication::setOrganizationName(QStringLiteral("Brindlehum"));
     QApplication::setDesktopFileName(QStringLiteral("brindlehum"));
@@ -117,6 +119,7 @@ int main(int argc, char** argv) {
     link.onRequest = [&model](const StartRequest& handedOver) { model.open(handedOver); };
     model.start();
     if (!hasScreen) { describeControlPort(model.control()); }
+    if (const auto problem = defaults.problem()) { std::fprintf(stderr, "%s\n", problem->c_str()); }
     if (request != StartRequest()) { model.open(request); }
     end(model, defaults, link, QApplication::exec());
 }

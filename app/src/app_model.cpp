@@ -22,18 +22,29 @@ AppModel::AppModel(Platform platform)
       settings_(platform.defaults),
       engine_(platform.audio, platform.loop),
       player_(engine_, settings_, platform.loop, pool_),
+      speakerTest_(engine_, platform.loop),
       library_(settings_, platform.loop, platform.catalogFile),
       tempEdits_(player_, settings_, platform.session.fileManager(), platform.loop),
       commands_(player_, settings_, tempEdits_) {}
 
-AppModel::~AppModel() = default;
+AppModel::~AppModel() {
+    platform_.defaults.setOnProblem(nullptr);
+}
 
 void AppModel::start(uint16_t controlPort) {
     control_.handler = [this](const std::string& command, const ControlParams& params) {
         return handle(command, params);
     };
     control_.start(controlPort);
+    platform_.defaults.setOnProblem([&loop = platform_.loop, self = QPointer(this)] {
+        loop.post([self] {
+            if (self) { Q_EMIT self->settingsProblemChanged(); }
+        });
+    });
     connect(&settings_, &SettingsStore::changed, this, [this] { player_.profileChanged(); });
+    connect(&player_.listening(), &ListeningSetup::outputsChanged, this,
+            [this] { player_.listening().chooseFirstProfile(); });
+    player_.listening().chooseFirstProfile();
 }
 
 void AppModel::open(const StartRequest& request) {

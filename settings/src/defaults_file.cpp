@@ -35,6 +35,8 @@ fs::path behindLinks(const fs::path& file) {
 
 // Not an object when the file isn't one of ours.
 json parsed(const FileHandle& file) {
+    constexpr int64_t maxBytes = 16 << 20;
+    if (file.size() > maxBytes) { return json::value_t::discarded; }
     std::string text(size_t(file.size()), '\0');
     if (!file.readExactly(0, text.data(), text.size())) { text.clear(); }
     return json::parse(text, nullptr, /*allow_exceptions=*/false);
@@ -42,17 +44,17 @@ json parsed(const FileHandle& file) {
 
 }  // namespace
 
-Values read(const fs::path& file) {
+Values read(const fs::path& file, std::optional<std::string>& problem) {
     Values values;
+    std::error_code error;
+    if (fs::status(file, error).type() == fs::file_type::not_found) { return values; }
     try {
         const json stored = parsed(FileHandle(file));
         if (!stored.is_object()) { return values; }
         for (const auto& [key, value] : stored.items()) {
             if (value.is_string()) { values[key] = value.get<std::string>(); }
         }
-    } catch (const Error&) {
-        // Without a file that can be opened, there are no stored values.
-    }
+    } catch (const Error& failure) { problem = std::string("The settings start from the defaults. ") + failure.what(); }
     return values;
 }
 

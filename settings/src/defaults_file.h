@@ -3,14 +3,15 @@
 
 #include <filesystem>
 #include <map>
+#include <optional>
 #include <string>
 
 namespace brindlehum::DefaultsFile {
 
 using Values = std::map<std::string, std::string>;
 
-// The texts in the file; empty when it can't be read.
-Values read(const std::filesystem::path& file);
+// The texts in the file; empty when there is none. `problem` becomes why a file that is there can't be opened.
+Values read(const std::filesystem::path& file, std::optional<std::string>& problem);
 
 // Changes these keys in the file and keeps the others as they are now; waits while another process does the same.
 // Follows a link and creates missing folders. New folders and files are private to the user. Throws when the system

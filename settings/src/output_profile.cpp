@@ -21,6 +21,7 @@ OutputProfile makeProfile(std::string name, OutputProfile::Kind kind, LayoutID l
     profile.layout = layout;
     profile.outputs.resize(speakers(layout).size());
     std::iota(profile.outputs.begin(), profile.outputs.end(), 0);
+    profile.followsPositions = true;
     profile.trimsDB.assign(profile.outputs.size(), 0.0);
     return profile;
 }
@@ -44,6 +45,13 @@ std::vector<int> integers(const json& value) {
     std::vector<int> list;
     for (const json& entry : value) { list.push_back(integer(entry)); }
     return list;
+}
+
+bool isSequence(const std::vector<int>& outputs) {
+    for (size_t i = 0; i < outputs.size(); ++i) {
+        if (outputs[i] != int(i)) { return false; }
+    }
+    return true;
 }
 
 UUID identity(const json& value) {
@@ -87,6 +95,7 @@ void to_json(json& out, const OutputProfile& profile) {
            {"kind", rawValue(profile.kind)},
            {"layout", rawValue(profile.layout)},
            {"outputs", profile.outputs},
+           {"followsPositions", profile.followsPositions},
            {"trimsDB", profile.trimsDB},
            {"headphoneLeft", profile.headphoneLeft},
            {"headphoneRight", profile.headphoneRight}};
@@ -103,6 +112,9 @@ void from_json(const json& in, OutputProfile& profile) {
     }
     read.layout = layoutOf(in.at("layout"));
     read.outputs = integers(in.at("outputs"));
+    const auto follows = in.find("followsPositions");
+    read.followsPositions =
+        follows != in.end() && follows->is_boolean() ? follows->get<bool>() : isSequence(read.outputs);
     in.at("trimsDB").get_to(read.trimsDB);
     read.headphoneLeft = integer(in.at("headphoneLeft"));
     read.headphoneRight = integer(in.at("headphoneRight"));

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstdlib>
 #include <exception>
+#include <utility>
 
 #include "base/home_folder.h"
 #include "base/text.h"
@@ -26,7 +27,7 @@ std::optional<std::string> found(const std::map<std::string, std::string>& value
 
 }  // namespace
 
-FileDefaults::FileDefaults(fs::path file) : file_(std::move(file)), values_(DefaultsFile::read(file_)) {}
+FileDefaults::FileDefaults(fs::path file) : file_(std::move(file)), values_(DefaultsFile::read(file_, problem_)) {}
 
 FileDefaults::~FileDefaults() {
     constexpr double patience = 20;  // seconds
@@ -70,11 +71,29 @@ void FileDefaults::store() {
     if (taken.empty()) { return; }
     try {
         DefaultsFile::merge(file_, taken);
-    } catch (const std::exception&) {
-        return;  // the next value, or the destructor, tries again
+    } catch (const std::exception& failure) {
+        // The next value, or the destructor, tries again.
+        return setProblem(std::string("Settings can't be stored. ") + failure.what());
     }
+    setProblem(std::nullopt);
     const std::lock_guard lock(lock_);
     std::erase_if(unstored_, [&](const auto& entry) { return found(taken, entry.first) == entry.second; });
+}
+
+std::optional<std::string> FileDefaults::problem() const {
+    const std::lock_guard lock(lock_);
+    return problem_;
+}
+
+void FileDefaults::setOnProblem(std::function<void()> heard) {
+    const std::lock_guard lock(lock_);
+    onProblem_ = std::move(heard);
+}
+
+void FileDefaults::setProblem(std::optional<std::string> problem) {
+    // Called under the lock, so that nobody is called after setOnProblem has replaced him.
+    const std::lock_guard lock(lock_);
+    if (std::exchange(problem_, problem) != problem && onProblem_) { onProblem_(); }
 }
 
 bool FileDefaults::flush(double patience) {

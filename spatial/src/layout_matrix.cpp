@@ -13,6 +13,9 @@ using enum SpeakerID;
 // -3 dB to four digits; a fold-down applies it once for channels behind the listener and once for channels above.
 constexpr double minus3dB = 0.7071;
 
+// Angles that differ by less count as equal: rounding errors must not decide between mirror-symmetric speakers.
+constexpr double sameAngle = 1e-9;  // degrees
+
 std::optional<size_t> indexOf(const SpeakerList& list, SpeakerID speaker) {
     const auto found = std::ranges::find(list, speaker);
     if (found == list.end()) { return std::nullopt; }
@@ -147,7 +150,7 @@ std::optional<int> nearest(const Direction& direction, const SpeakerList& in) {
     for (size_t i = 0; i < in.size(); ++i) {
         if (in[i] == LFE) { continue; }
         const double angle = direction.angle(brindlehum::direction(in[i], in));
-        if (best && angle >= bestAngle) { continue; }
+        if (best && angle >= bestAngle - sameAngle) { continue; }
         best = int(i);
         bestAngle = angle;
     }

@@ -73,6 +73,11 @@ TEST(MusicAnalysis, RefusesASecondOrLess) {
     EXPECT_EQ(analyzeMusic(inputOf(Planes())).status, Status::tooShort);
 }
 
+TEST(MusicAnalysis, DigitalSilenceHasNoPulse) {
+    const Planes channels(2, std::vector<float>(20 * 22050, 0.0F));
+    EXPECT_EQ(analyzeMusic(inputOf(channels)).status, Status::noPulse);
+}
+
 // Silence but for a click every hour: no pulse, and more bars than any song has.
 TEST(MusicAnalysis, SurvivesAClickEveryHour) {
     constexpr size_t hour = 3600 * 8000;

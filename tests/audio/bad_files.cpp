@@ -39,6 +39,8 @@ TEST(BadFiles, AreRefusedWithOneLineThatNamesThem) {
         {"channels.caf", cafFile(0x7FFFFFFF, cafData(2))},
         {"head.m4a", std::string("\0\0\0\x18", 4) + "ftypM4A " + std::string(12, '\0')},
         {"line\nbreak.wav", text},
+        {"no-bits.wav", "RIFF" + le32(34 + 64) + "WAVEfmt " + le32(14) + le16(1) + le16(2) + le32(48000) +
+                            le32(192000) + le16(4) + "data" + le32(64) + std::string(64, 'x')},
     };
     for (const auto& [name, bytes] : files) {
         writeBytes(folder / name, bytes);

@@ -41,13 +41,12 @@ TEST_F(DevicesOnPipeWire, TheDefaultDeviceReplacesAnUnpluggedOne) {
     EXPECT_GE(player_.transport().currentFrame(), before);
     EXPECT_EQ(app_.engine().deviceName(), "Unavailable device");
     EXPECT_EQ(app_.engine().deviceChannels(), 2);
-    EXPECT_FALSE(player_.message().text());
+    EXPECT_EQ(player_.message().text(), "Sound now goes to Pair, no longer to sink16");
     EXPECT_EQ(clickIn(to.stop(), "the default device"), "");
 
-    // Plugged in again, it is used from the next start on.
+    // Plugged in again, it is used at once.
     server_.addSink("sink16", 16);
     SinkRecorder back("sink16", 16, 20);
-    player_.transport().seek(0);
     ASSERT_TRUE(until([&] { return back.soundingFrames() >= 8 * block; }));
     EXPECT_EQ(app_.engine().deviceName(), "sink16");
 }
@@ -68,9 +67,21 @@ TEST_F(DevicesOnPipeWire, TheTransportContinuesWithoutAServerAndReturnsToIt) {
 
     server_.start();
     SinkRecorder back("sink16", 16, 20);
-    player_.transport().seek(0);
     ASSERT_TRUE(until([&] { return back.soundingFrames() >= 8 * block; }));
     EXPECT_EQ(app_.engine().deviceName(), "sink16");
+}
+
+TEST_F(DevicesOnPipeWire, AServerThatHangsIsLeftAndTakenAgainWhenItAnswers) {
+    load(toneFile(2, 30));
+    playFrom(0);
+    ASSERT_TRUE(until([&] { return player_.transport().currentFrame() > 4 * block; }));
+    server_.freeze();
+    ASSERT_TRUE(until([&] { return app_.engine().device().uid == HeadlessAudioSystem::uid; }));
+    EXPECT_EQ(app_.engine().devices().server(), SoundServer::silent);
+    server_.thaw();
+    SinkRecorder back("sink16", 16, 20);
+    ASSERT_TRUE(until([&] { return back.soundingFrames() >= 8 * block; }));
+    EXPECT_EQ(app_.engine().device().uid, "sink16");
 }
 
 }  // namespace

@@ -34,6 +34,29 @@ TEST_F(Listening, HeadphonesWithoutAnHRTFSetPlayAndSaySo) {
     EXPECT_EQ(message(), "(none)");
 }
 
+TEST_F(Listening, TheFirstProfileIsTheOneThatFitsTheFirstRealDevice) {
+    const auto active = [this] { return settings_.activeProfile().name; };
+    settings_.change([](AppSettings& s) { s.activeProfileID.reset(); });
+    audio_.setServer(SoundServer::absent);
+    audio_.setOutputs({{1, "pair", "Pair", 2}});
+    listening().chooseFirstProfile();
+    EXPECT_EQ(active(), "Room 9.1.6") << "no server yet";
+    audio_.setServer(SoundServer::running);
+    listening().chooseFirstProfile();
+    EXPECT_EQ(active(), "Nearfield");
+    audio_.setOutputs({{1, "room", "Room", 16}});
+    listening().chooseFirstProfile();
+    EXPECT_EQ(active(), "Nearfield") << "chosen once";
+}
+
+TEST_F(Listening, AProfileThatFollowsPositionsIsHeardOnThem) {
+    audio_.setOutputs({{1, "swapped", "Swapped", 2, {"FR", "FL"}}});
+    load(file("a.wav"), true);
+    const Planes heard = (audio_.pump(block), audio_.pump(block));
+    EXPECT_EQ(heard[1][0], test::sample(0, block));
+    EXPECT_EQ(heard[0][0], test::sample(1, block));
+}
+
 TEST_F(Listening, VolumeIsAGainWithAFloor) {
     for (const auto& [db, gain] : {std::pair(0.0, 1.0), {-20, 0.1}, {6, std::pow(10, 0.3)}, {-60, 0}, {-1e9, 0}}) {
         listening().setVolumeDB(db);

@@ -51,6 +51,24 @@ TEST_F(Engine, ReopensADeviceOnlyForAReason) {
     EXPECT_EQ(audio_.openStreams(), 1);
 }
 
+TEST_F(Engine, ADeviceThatReplacesAStandInIsAnnounced) {
+    int changes = 0;
+    engine_->onDeviceChange = [&] { ++changes; };
+    engine_->configure("pair", false);
+    EXPECT_EQ(engine_->device().name, "Manual") << "stands in";
+    audio_.setOutputs({{1, "manual", "Manual", 16}, {3, "other", "Other", 4}});
+    loop_.drain();
+    EXPECT_EQ(changes, 0);
+    audio_.setOutputs({{1, "manual", "Manual", 16}, {2, "pair", "Pair", 2}});
+    loop_.drain();
+    EXPECT_EQ(changes, 1);
+    engine_->configure("pair", true);
+    audio_.supersede();
+    audio_.setServer(SoundServer::running);
+    loop_.drain();
+    EXPECT_EQ(changes, 2) << "a server has come";
+}
+
 TEST_F(Engine, AFailedConfigureLeavesNoDeviceOpen) {
     engine_->configure(std::nullopt, false);
     const auto fails = [&](const char* why) {

@@ -180,6 +180,7 @@ TEST_F(Playing, PlaysOnWhereItWasWhenTheDeviceChanges) {
     EXPECT_TRUE(transport().isPlaying());
     EXPECT_EQ(engine_.deviceChannels(), 8);
     EXPECT_EQ(heardFrom(), at);
+    EXPECT_EQ(message(), "Sound now goes to Next, no longer to Manual");
 
     audio_.setOutputs({});
     audio_.setDefault(std::nullopt);

@@ -55,11 +55,16 @@ protected:
     SignalSource source_;
     int changes_ = 0;
 
-    std::optional<AudioOutputDevice> device(const std::string& uid) {
+    // The outputs as the server's events bring them.
+    std::optional<AudioOutputDevice> known(const std::string& uid) {
         for (const auto& output : audio_->allOutputs()) {
             if (output.uid == uid) { return output; }
         }
         return std::nullopt;
+    }
+    std::optional<AudioOutputDevice> device(const std::string& uid) {
+        EXPECT_TRUE(loop_.runUntil([&] { return known(uid).has_value(); })) << uid;
+        return known(uid);
     }
     std::unique_ptr<OutputStream> open(const std::string& uid, bool followsDefault = false) {
         return audio_->openOutput(device(uid).value().id, followsDefault, source_, [this] { ++changes_; });
@@ -68,12 +73,13 @@ protected:
         const uint64_t target = source_.rendered + frames;
         EXPECT_TRUE(loop_.runUntil([&] { return source_.rendered >= target; })) << "the stream stands still";
     }
-    // Two round trips to the server deliver all events sent before them, so that none is still on its way.
+    // Another connection's round trip and one of ours deliver all events sent before them.
     void expectChanges(int count, const char* what) {
         EXPECT_TRUE(loop_.runUntil([&] { return changes_ >= count; })) << what;
-        (void)audio_->allOutputs();
-        (void)audio_->allOutputs();
-        loop_.drain();
+        server_.addSink("last", 1);
+        (void)device("last");
+        server_.removeSink("last");
+        EXPECT_TRUE(loop_.runUntil([&] { return !known("last"); }));
         EXPECT_EQ(changes_, count) << what;
     }
 };
@@ -89,12 +95,18 @@ TEST_F(PipeWireAudio, ListsSinksAsTheyComeAndGoAndTheConfiguredOneAsDefault) {
     EXPECT_THAT(listed(), ElementsAre("sink2|Pair|2", "sink12|Room of twelve|12", "sink16|sink16|16"));
     server_.removeSink("sink12");
     server_.addSink("late", 5);
+    EXPECT_TRUE(loop_.runUntil([&] { return known("late") && known("late")->outputChannels == 5; }));
     EXPECT_THAT(listed(), ElementsAre("sink2|Pair|2", "sink16|sink16|16", "late|late|5"));
-    EXPECT_EQ(audio_->defaultOutput(), device("sink2")->id) << "the first";
+    const uint32_t first = device("sink2")->id;
+    const uint32_t other = device("sink16")->id;
+    EXPECT_EQ(audio_->defaultOutput(), first);
+    int announced = 0;
+    const auto watching = audio_->watch([&] { ++announced; });
     server_.setDefaultSink("sink16");
-    EXPECT_EQ(audio_->defaultOutput(), device("sink16")->id);
+    EXPECT_TRUE(loop_.runUntil([&] { return audio_->defaultOutput() == other; }));
     server_.removeSink("sink16");
-    EXPECT_EQ(audio_->defaultOutput(), device("sink2")->id);
+    EXPECT_TRUE(loop_.runUntil([&] { return audio_->defaultOutput() == first; }));
+    EXPECT_TRUE(loop_.runUntil([&] { return announced >= 2; }));
 }
 
 TEST_F(PipeWireAudio, BlocksLargerThanRenderTakesArriveBitExactOnEveryPortFromTheFirstFrame) {
@@ -124,7 +136,7 @@ TEST_F(PipeWireAudio, PauseReturnsOnlyWhenNoRenderRuns) {
         stream->pause();
         EXPECT_FALSE(stream->isRunning());
         const uint64_t after = source_.rendered;
-        (void)audio_->allOutputs();
+        server_.setDefaultSink("sink2");  // takes a round trip
         EXPECT_EQ(source_.rendered, after);
     }
     EXPECT_FALSE(source_.overlaps);
@@ -132,6 +144,7 @@ TEST_F(PipeWireAudio, PauseReturnsOnlyWhenNoRenderRuns) {
 
 TEST_F(PipeWireAudio, OnlyStreamsThatFollowTheDefaultAreToldOfItsChange) {
     server_.setDefaultSink("sink12");
+    EXPECT_TRUE(loop_.runUntil([&] { return audio_->defaultOutput() == device("sink12")->id; }));
     const auto fixed = audio_->openOutput(device("sink12")->id, false, source_, [] { FAIL() << "doesn't follow"; });
     auto follower = open("sink12", true);
     server_.setDefaultSink("sink12");
@@ -159,26 +172,49 @@ TEST_F(PipeWireAudio, RateChangeIsAnnouncedOnceAndTheNextStreamHasTheNewRate) {
     expectChanges(1, "the rate it was opened for");
 }
 
-TEST_F(PipeWireAudio, CallsReturnWhileTheServerIsSilent) {
-    const auto stream = open("sink16");
+TEST_F(PipeWireAudio, AServerThatHangsIsToldFromOneThatRunsAndNoCallWaitsForIt) {
+    auto stream = open("sink16");
     stream->start();
     runOn(2048);
+    const uint32_t sink = device("sink16")->id;
     server_.freeze();
-    EXPECT_TRUE(audio_->allOutputs().empty());
-    EXPECT_THROW((void)audio_->openOutput(1, false, source_, {}), Error);
+    const auto opened = audio_->openOutput(sink, false, source_, {});  // not known to hang yet
+    opened->start();
+    loop_.advance(10);
+    EXPECT_EQ(audio_->server(), SoundServer::silent);
+    EXPECT_EQ(changes_, 1);
+    EXPECT_EQ(audio_->allOutputs(), HeadlessAudioSystem().allOutputs());
     stream->pause();
-    EXPECT_FALSE(source_.overlaps);
+    stream.reset();
+    stream = audio_->openOutput(HeadlessAudioSystem::deviceID, false, source_, {});
+    EXPECT_TRUE(stream->isCurrent());
     server_.thaw();
+    EXPECT_TRUE(loop_.runUntil([&] { return audio_->server() == SoundServer::running; }));
+    EXPECT_FALSE(stream->isCurrent());
     EXPECT_TRUE(device("sink16"));
 }
 
-TEST(PipeWireStart, ServerIsFoundThatStartsAfterTheAudioSystem) {
+TEST_F(PipeWireAudio, ChannelsHaveTheNamesThatTheDeviceStates) {
+    EXPECT_THAT(device("sink12")->positions,
+                ElementsAre("FL", "FR", "FC", "LFE", "RL", "RR", "SL", "SR", "TFL", "TFR", "TRL", "TRR"));
+    EXPECT_EQ(device("sink16")->positions.at(3), "AUX3");
+}
+
+TEST(PipeWireStart, AServerThatStartsLaterIsFoundAndAnnounced) {
     PrivatePipeWire server(PrivatePipeWire::Start::later);
     ManualMainLoop loop;
     const auto audio = makeAudioSystem(loop);
     ASSERT_EQ(audio->allOutputs(), HeadlessAudioSystem().allOutputs());
+    EXPECT_EQ(audio->server(), SoundServer::absent);
+    int announced = 0;
+    const auto watching = audio->watch([&] { ++announced; });
     server.start();
-    EXPECT_EQ(audio->allOutputs().size(), 3U);
+    loop.advance(1);
+    EXPECT_TRUE(loop.runUntil([&] { return audio->allOutputs().size() == 3; }));
+    EXPECT_EQ(audio->server(), SoundServer::running);
+    server.kill();
+    EXPECT_TRUE(loop.runUntil([&] { return audio->server() == SoundServer::absent; }));
+    EXPECT_GE(announced, 2);
 }
 
 }  // namespace

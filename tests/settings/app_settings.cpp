@@ -31,9 +31,9 @@ void expectFactoryProfiles(const std::vector<OutputProfile>& profiles) {
     std::iota(sixteen.begin(), sixteen.end(), 0);
     const auto kind = OutputProfile::Kind::speakers;
     const OutputProfile wanted[] = {
-        {profiles[0].id, "Room 9.1.6", kind, {}, LayoutID::l916, sixteen, std::vector<double>(16), 0, 1},
-        {profiles[1].id, "Nearfield", kind, {}, LayoutID::stereo, {0, 1}, {0, 0}, 0, 1},
-        {profiles[2].id, "Headphones", headphones, {}, LayoutID::stereo, {0, 1}, {0, 0}, 0, 1}};
+        {profiles[0].id, "Room 9.1.6", kind, {}, LayoutID::l916, sixteen, std::vector<double>(16), 0, 1, true},
+        {profiles[1].id, "Nearfield", kind, {}, LayoutID::stereo, {0, 1}, {0, 0}, 0, 1, true},
+        {profiles[2].id, "Headphones", headphones, {}, LayoutID::stereo, {0, 1}, {0, 0}, 0, 1, true}};
     for (size_t i = 0; i < 3; ++i) { EXPECT_EQ(profiles[i], wanted[i]) << wanted[i].name; }
     EXPECT_EQ(std::set<UUID>({profiles[0].id, profiles[1].id, profiles[2].id}).size(), 3U);
 }
@@ -87,6 +87,14 @@ TEST(AppSettings, BadProfileFieldDropsTheListAndNothingElse) {
         const OutputProfile van{*UUID::parse(someID), "Van",     headphones, "alsa.usb", LayoutID::l714,
                                 {2, -1, 0},           {0, -1.5}, 4,          5};
         EXPECT_EQ(AppSettings::decode(stored)->profiles[0], van) << stored;
+    }
+}
+
+TEST(AppSettings, AnOlderProfileFollowsPositionsUnlessItsOutputsWereChosen) {
+    for (const auto& [outputs, follows] : {std::pair("[0,1,2]", true), {"[1,0]", false}}) {
+        const auto read = AppSettings::decode(withProfileField(std::string("outputs:") + outputs));
+        ASSERT_TRUE(read);
+        EXPECT_EQ(read->profiles[1].followsPositions, follows) << outputs;
     }
 }
 

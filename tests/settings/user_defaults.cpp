@@ -4,9 +4,14 @@
 #include <fcntl.h>
 #include <sched.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <gmock/gmock.h>
+
+#include <atomic>
 #include <cstdlib>
+#include <functional>
 #include <nlohmann/json.hpp>
 
 #include "support/audio_files.h"
@@ -100,6 +105,47 @@ TEST_F(FileDefaultsTest, UnreadableFileIsKeptAside) {
         EXPECT_EQ(readBytes(file_.string() + ".unreadable"), garbage);
         EXPECT_EQ(filesBeside(), 2U);
     }
+}
+
+TEST_F(FileDefaultsTest, WhatIsNoFileIsLeftAloneAndTold) {
+    const std::pair<const char*, std::function<void()>> cases[] = {
+        {"a folder", [&] { fs::create_directories(file_ / "inside"); }},
+        {"a pipe", [&] { ::mkfifo(file_.c_str(), 0600); }},
+        {"a device", [&] { fs::create_symlink("/dev/zero", file_); }},
+        {"an endless file", [&] { (put("x"), fs::resize_file(file_, uintmax_t(1) << 42)); }}};
+    for (const auto& [name, make] : cases) {
+        fs::remove_all(folder_ / "a");
+        fs::create_directories(file_.parent_path());
+        make();
+        const fs::file_type before = fs::status(file_).type();
+        const bool isFile = before == fs::file_type::regular;
+        FileDefaults defaults(file_);
+        EXPECT_EQ(defaults.problem().has_value(), !isFile) << name;
+        defaults.set("k", "v");
+        EXPECT_EQ(defaults.flush(patience), isFile) << name;
+        EXPECT_EQ(defaults.data("k"), "v") << name;
+        EXPECT_EQ(fs::status(file_).type(), before) << name;
+    }
+}
+
+TEST_F(FileDefaultsTest, AProblemIsToldOnceAndGoesWhenItIsMended) {
+    put("{}");
+    FileDefaults defaults(file_);
+    std::atomic<int> told = 0;
+    defaults.setOnProblem([&] { ++told; });
+    {
+        const test::FullDisk disk(64);
+        for (const char* key : {"k", "l"}) {
+            defaults.set(key, std::string(10000, 'x'));
+            EXPECT_FALSE(defaults.flush(patience));
+        }
+    }
+    EXPECT_EQ(told, 1);
+    EXPECT_THAT(defaults.problem().value_or(""), testing::HasSubstr("Settings can't be stored. "));
+    defaults.set("k", "v");
+    EXPECT_TRUE(defaults.flush(patience));
+    EXPECT_FALSE(defaults.problem());
+    EXPECT_EQ(told, 2);
 }
 
 TEST_F(FileDefaultsTest, ValueOfAFailedWriteHoldsAndGoesWithTheNext) {

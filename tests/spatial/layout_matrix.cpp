@@ -48,6 +48,14 @@ TEST(StereoGains, FoldEverySpeakerAsPublished) {
     EXPECT_NEAR(MixBuilder::stereoGains({165, 0}).first, g3 * std::cos(std::numbers::pi / 8), 1e-12);
 }
 
+TEST(Nearest, OfMirroredSpeakersTheFirstWinsWhateverTheRounding) {
+    const SpeakerList& l714 = speakers(LayoutID::l714);
+    const auto place = [&](SpeakerID speaker) { return int(std::ranges::find(l714, speaker) - l714.begin()); };
+    const SpeakerList& l712 = speakers(LayoutID::l712);
+    EXPECT_EQ(MixBuilder::nearest(direction(Ltm, l712), l714), place(Ltf));
+    EXPECT_EQ(MixBuilder::nearest(direction(Rtm, l712), l714), place(Rtf));
+}
+
 TEST(Nearest, GoesByAngleAndLeavesOutTheLFE) {
     const SpeakerList& l51 = speakers(LayoutID::l51);
     const SpeakerList& l71 = speakers(LayoutID::l71);

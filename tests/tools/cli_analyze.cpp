@@ -75,12 +75,12 @@ TEST(CliAnalyze, ContinuesAfterFilesWithoutMusic) {
     for (const char* name : {"gone.wav", "short.wav", "text.wav", "silent.wav"}) { words.push_back(folder / name); }
     const auto result = runCli(words);
     EXPECT_EQ(result.exitCode, 1);
-    ASSERT_EQ(result.errors.size(), 3U);
+    ASSERT_EQ(result.errors.size(), 4U);
     EXPECT_THAT(result.errors[1], HasSubstr("short.wav: Too short"));
+    EXPECT_THAT(result.errors[3], HasSubstr("silent.wav: No steady pulse"));
     ASSERT_EQ(result.objects.size(), 2U);
     EXPECT_EQ(result.objects[0]["status"], "tooShort");
-    EXPECT_TRUE(result.objects[1]["loudness"]["truePeak"].is_null()) << "minus infinity isn't JSON";
-    EXPECT_EQ(result.objects[1]["loudness"]["integrated"], -70);
+    EXPECT_EQ(result.objects[1]["status"], "noPulse");
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QPushButton>
 #include <QTest>
 #include <QToolButton>
 
@@ -23,7 +24,7 @@ TEST(ProfileEdits, ShortListsReadSequentiallyAndGrowOnlyAsFarAsWritten) {
     profile.outputs = {4, 5};
     profile.trimsDB = {-3};
     EXPECT_EQ(trimOf(profile, 3), 0);
-    setOutput(profile, 3, offChannel);
+    setOutput(profile, 3, offChannel, {});
     EXPECT_EQ(profile.outputs, (std::vector{4, 5, 2, -1}));
     setTrim(profile, 2, 40);
     EXPECT_EQ(profile.trimsDB, (std::vector{-3.0, 0.0, 12.0}));
@@ -37,7 +38,7 @@ TEST(ProfileEdits, ShortListsReadSequentiallyAndGrowOnlyAsFarAsWritten) {
 
 struct OutputsForm : test::WindowTest {
     SettingsStore& store = model.settings();
-    OutputsSettings form{store, model.engine().devices()};
+    OutputsSettings form{store, model.engine().devices(), model.speakerTest()};
 
     const OutputProfile& profile(size_t index) { return store.value().profiles[index]; }
     template <typename Widget>
@@ -88,10 +89,32 @@ TEST_F(OutputsForm, ShowingAProfileWritesNothingAndHidesNoValue) {
     form.show();
     EXPECT_EQ(named<QComboBox>("Device")->currentData().toString(), "gone");
     EXPECT_EQ(named<QComboBox>("Output of L")->count(), 17);
-    for (const auto& [speaker, output] : {std::pair("L", "Out 4"), {"C", "Out 31"}, {"LFE", "Out 4"}}) {
+    for (const auto& [speaker, output] : {std::pair("L", "Out 4"), {"C", "Out 31 (not there)"}, {"LFE", "Out 4"}}) {
         EXPECT_EQ(named<QComboBox>(QString("Output of ") + speaker)->currentText(), output);
     }
     EXPECT_EQ(defaults.writes, writes);
+}
+
+TEST_F(OutputsForm, SpeakersThatAreNotHeardAreMarkedAndPositionsAreNamed) {
+    audio.setOutputs({{1, "manual", "Card", 6, {"FL", "FR", "RL", "RR", "FC", "LFE"}}});
+    store.change([](AppSettings& s) { s.profiles[0].layout = LayoutID::l71; });
+    form.show();
+    const auto marked = [&](const QString& speaker) { return !named<QWidget>(speaker + " is not heard")->isHidden(); };
+    EXPECT_EQ(named<QComboBox>("Output of C")->currentText(), "Out 5 · FC");
+    EXPECT_EQ(named<QComboBox>("Output of Lss")->currentText(), "Out 7 (not there)");
+    EXPECT_TRUE(marked("Lss"));
+    EXPECT_FALSE(marked("Lrs"));
+    EXPECT_FALSE(named<QToolButton>("Test Lss")->isEnabled());
+    pick("Output of Lss", "Out 1 · FL");
+    EXPECT_EQ(profile(0).outputs, (std::vector{0, 1, 4, 5, 0, 7, 2, 3})) << "the rest stays where it was";
+    EXPECT_FALSE(marked("Lss"));
+    named<QPushButton>("By Position")->click();
+    EXPECT_TRUE(profile(0).followsPositions);
+    named<QPushButton>("Sequential from 1")->click();
+    EXPECT_EQ(named<QComboBox>("Output of C")->currentText(), "Out 3 · RL");
+    audio.setOutputs({{1, "manual", "Card", 16}});
+    loop.drain();
+    EXPECT_FALSE(marked("Rrs")) << "a device that comes while the form is open";
 }
 
 TEST_F(OutputsForm, PlusAddsAndMinusRemovesAllButTheLast) {

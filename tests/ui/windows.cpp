@@ -51,7 +51,7 @@ struct Windows : test::WindowTest {
     }
     std::unique_ptr<SettingsWindow> makeSettings() {
         return std::make_unique<SettingsWindow>(model.settings(), model.library().roots(), model.library().search(),
-                                                model.engine().devices(), [this] { ++asked; });
+                                                model.engine().devices(), model.speakerTest(), [this] { ++asked; });
     }
     int asked = 0;  // for a folder to add
 };
@@ -177,7 +177,32 @@ TEST_F(Windows, NoticesSayWhatIsAmissAndHelp) {
     MainWindow window(lame);
     QStringList buttons;
     for (const auto* button : named(window, "Notices")->findChildren<QPushButton*>()) { buttons << button->text(); }
-    EXPECT_EQ(buttons, (QStringList{"Check Again", "Show Its Folder"}));
+    EXPECT_EQ(buttons, (QStringList{"Show Its Folder"}));
+}
+
+TEST_F(Windows, ProfilesThatDoNotFitAreToldWithAWayOut) {
+    audio.setOutputs({{1, "pair", "Pair", 2}});
+    const auto profile = [this](size_t i) { return model.settings().value().profiles[i].id; };
+    model.player().listening().selectProfile(profile(0));
+    MainWindow window(model);
+    auto* notices = named(window, "Notices");
+    const auto button = [&](const QString& text) {
+        for (auto* each : notices->findChildren<QPushButton*>()) {
+            if (each->text() == text) { return each; }
+        }
+        return static_cast<QPushButton*>(nullptr);
+    };
+    EXPECT_TRUE(button("Edit…"));
+    ASSERT_TRUE(button("Use Nearfield"));
+    button("Use Nearfield")->click();
+    EXPECT_EQ(model.settings().value().activeProfileID, profile(1));
+    EXPECT_TRUE(notices->isHidden());
+    for (const auto& [state, hidden] :
+         {std::pair(SoundServer::silent, false), {SoundServer::running, true}, {SoundServer::absent, false}}) {
+        audio.setServer(state);
+        loop.drain();
+        EXPECT_EQ(notices->isHidden(), hidden);
+    }
 }
 
 TEST_F(Windows, TheLibraryTabListsAddsRescansAndRemoves) {

@@ -14,6 +14,7 @@
 #include "app/temp_edit_batch.h"
 #include "library/model/library_model.h"
 #include "mix/engine/playback_engine.h"
+#include "mix/engine/speaker_test.h"
 #include "mix/player/player_model.h"
 #include "platform/platform.h"
 #include "platform/task_queues.h"
@@ -56,10 +57,14 @@ public:
     const PlaybackEngine& engine() const { return engine_; }  // read only; a seat controls playback
     PlayerModel& player() { return player_; }
     LibraryModel& library() { return library_; }
+    SpeakerTest& speakerTest() { return speakerTest_; }
     TempEditBatch& tempEdits() { return tempEdits_; }
     ControlServer& control() { return control_; }
     Session& session() { return platform_.session; }
     UserDefaults& defaults() { return platform_.defaults; }
+
+Q_SIGNALS:
+    void settingsProblemChanged();  // UserDefaults::problem has
 
 private:
     void showFolder(const std::filesystem::path& folder);
@@ -70,6 +75,7 @@ private:
     PlaybackEngine engine_;
     ControlServer control_;
     PlayerModel player_;
+    SpeakerTest speakerTest_;
     LibraryModel library_;
     TempEditBatch tempEdits_;
     ControlCommands commands_;

@@ -22,6 +22,9 @@ std::unique_ptr<AudioFile> openAudioFile(const std::shared_ptr<FileHandle>& hand
     // libsndfile would read these with less exact decoders, print warnings, or leak when it refuses a file.
     const bool ffmpegOnly = container == Container::mp4 || container == Container::packets;
     const bool namedRaw = path.extension() == ".mp3" || path.extension() == ".aac";
+    if (container == Container::riff && lacksBitDepth(*handle)) {
+        throw Error(openFailure(path, "its header doesn't say how many bits a sample has"));
+    }
     std::unique_ptr<AudioFile> file;
     if (!ffmpegOnly) { file = openWithSndfile(handle, container, stop); }
     if (!file) { file = openWithFFmpeg(handle, container, namedRaw, stop); }

@@ -55,6 +55,15 @@ std::optional<ChannelLayout> opusLayout(const FileHandle& file, int channels) {
 
 }  // namespace
 
+bool lacksBitDepth(const FileHandle& file) {
+    constexpr int64_t wholeFormat = 16;
+    uint8_t bytes[14];
+    const auto fmt = findChunk(file, ChunkStyle::riff, 12, file.size(), "fmt ");
+    if (!fmt || fmt->size >= wholeFormat || !file.readExactly(fmt->body, bytes, sizeof bytes)) { return false; }
+    constexpr uint16_t linear = 1;
+    return readLE16(bytes) == linear && readLE16(bytes + 12) != readLE16(bytes + 2);
+}
+
 Container containerOf(const FileHandle& file) {
     char bytes[36] = {};
     file.readAt(0, bytes, sizeof bytes);

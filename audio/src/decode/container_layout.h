@@ -19,6 +19,10 @@ Container containerOf(const FileHandle& file);
 // None when the container states no layout, and for MP4, whose layouts belong to tracks (mp4_track.h).
 std::optional<ChannelLayout> containerLayout(const FileHandle& file, Container container, int channels);
 
+// True for a RIFF file whose `fmt ` chunk ends before the bit depth and whose block size isn't that of 8-bit samples,
+// which decoders would take for granted.
+bool lacksBitDepth(const FileHandle& file);
+
 // The layout in a `chan` chunk's content: tag, bitmap, count and descriptions, big-endian.
 std::optional<ChannelLayout> parseChanChunk(const FileHandle& file, int64_t body, int64_t size);
 

@@ -2,11 +2,10 @@
 #include "audio/probe/audio_file_info.h"
 
 #include <algorithm>
-#include <cmath>
-#include <cstdio>
 
 #include "audio/decode/audio_file.h"
 #include "audio/probe/format_detector.h"
+#include "base/number_text.h"
 #include "base/text.h"
 #include "decode/open_audio_file.h"
 #include "probe/bext_description.h"
@@ -34,13 +33,6 @@ std::string codecName(uint32_t formatID) {
         default:
             return "Compressed";
     }
-}
-
-std::string kilohertz(double rate) {
-    const double khz = rate / 1000;
-    char text[64];
-    std::snprintf(text, sizeof text, khz == std::floor(khz) ? "%.0f kHz" : "%.1f kHz", khz);
-    return text;
 }
 
 }  // namespace
@@ -71,7 +63,7 @@ AudioFileInfo AudioFileInfo::load(const std::filesystem::path& url, const std::f
 std::string AudioFileInfo::summary() const {
     const std::string depth = std::to_string(bitDepth) + (isFloat ? "-bit float" : "-bit");
     const std::string count = channels == 1 ? "mono" : std::to_string(channels) + " ch";
-    return kilohertz(sampleRate) + " · " + (codec == "PCM" ? depth : codec) + " · " + count;
+    return kilohertzText(sampleRate) + " · " + (codec == "PCM" ? depth : codec) + " · " + count;
 }
 
 }  // namespace brindlehum

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstddef>
 #include <limits>
 
@@ -13,10 +14,14 @@ namespace {
 
 constexpr size_t lanes = 32;  // eight SSE registers each for minima and maxima, enough to hide the latency
 
-// The comparison is false when either side isn't a number, which keeps the previous extreme.
+constexpr float largest = std::numeric_limits<float>::max();
+
+// An infinite sample counts as none, since one would flatten all others in a picture. The comparisons are false when a
+// side isn't a number, which keeps the previous extreme.
 inline void take(float sample, float& least, float& greatest) {
-    least = sample < least ? sample : least;
-    greatest = sample > greatest ? sample : greatest;
+    const bool finite = std::abs(sample) <= largest;
+    least = (sample < least) & finite ? sample : least;
+    greatest = (sample > greatest) & finite ? sample : greatest;
 }
 
 }  // namespace

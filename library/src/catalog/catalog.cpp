@@ -2,11 +2,10 @@
 #include "library/catalog/catalog.h"
 
 #include <chrono>
-#include <cmath>
-#include <cstdio>
 #include <thread>
 
 #include "base/error.h"
+#include "base/number_text.h"
 #include "catalog/catalog_parts.h"
 #include "catalog/catalog_rows.h"
 #include "catalog/short_settle.h"
@@ -163,11 +162,9 @@ void Catalog::settle() {
 }
 
 std::string Catalog::Row::formatSummary() const {
-    const double kilohertz = sampleRate / 1000;
-    char rate[64];
-    std::snprintf(rate, sizeof rate, kilohertz == std::floor(kilohertz) ? "%.0f kHz" : "%.1f kHz", kilohertz);
     const std::string format = codec == "PCM" ? std::to_string(bits) + "-bit" : codec;
-    return rate + (" · " + format + " · ") + (channels == 1 ? "mono" : std::to_string(channels) + " ch");
+    return kilohertzText(sampleRate) + (" · " + format + " · ") +
+           (channels == 1 ? "mono" : std::to_string(channels) + " ch");
 }
 
 }  // namespace brindlehum

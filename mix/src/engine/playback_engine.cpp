@@ -35,6 +35,7 @@ PlaybackEngine::PlaybackEngine(AudioSystem& audio, MainLoop& loop, StageMaker ma
       loader_(
           std::make_unique<BinauralLoader>(loop, std::move(makeStage), [this](double rate) { stageLoaded(rate); })) {
     loader_->prepare(sampleRate_);
+    watching_ = audio.watch([this] { systemChanged(); });
 }
 
 PlaybackEngine::~PlaybackEngine() {
@@ -45,6 +46,13 @@ PlaybackEngine::~PlaybackEngine() {
 bool PlaybackEngine::isOpenFor(const std::optional<std::string>& deviceUID) const {
     if (!stream_ || configuredKey_ != deviceUID.value_or("default") || !stream_->isCurrent()) { return false; }
     return !standsIn_ || !deviceUID || !devices_.deviceID(*deviceUID);
+}
+
+// Leaves a device that only stood in for a better one which is there now.
+void PlaybackEngine::systemChanged() {
+    if (!stream_ || !configuredKey_ || isOpenFor(wantedUID_)) { return; }
+    configuredKey_.reset();
+    notify(onDeviceChange);
 }
 
 void PlaybackEngine::configure(const std::optional<std::string>& deviceUID, bool force) {
@@ -80,6 +88,11 @@ void PlaybackEngine::open(const std::optional<std::string>& deviceUID) {
     deviceChannels_ = std::min(stream_->channels(), RenderContext::maxDeviceChannels);
     sampleRate_ = stream_->sampleRate();
     deviceName_ = devices_.name(deviceUID);
+    wantedUID_ = deviceUID;
+    device_ = {};
+    for (auto& device : devices_.allOutputs()) {
+        if (device.id == *id) { device_ = std::move(device); }
+    }
 }
 
 // Waits until the device can stop without a click: the current block and the one that fades must have ended. A device

@@ -3,13 +3,29 @@
 
 #include <cmath>
 
+#include "mix/config/speaker_map.h"
 #include "upmix/upmix_planner.h"
 
 namespace brindlehum {
 
 ListeningSetup::ListeningSetup(EngineSeat& seat, SettingsStore& settings, const LoadedSound& sound,
                                PlayerMessage& message)
-    : seat_(seat), settings_(settings), sound_(sound), message_(message), upmix_(settings.value().upmix) {}
+    : seat_(seat), settings_(settings), sound_(sound), message_(message), upmix_(settings.value().upmix) {
+    watching_ = devices().watch([this] { Q_EMIT outputsChanged(); });
+}
+
+std::optional<AudioOutputDevice> ListeningSetup::device() const {
+    const auto all = devices().allOutputs();
+    const AudioOutputDevice* found = SpeakerMap::deviceOf(profile(), all, devices().defaultOutput());
+    return found ? std::optional(*found) : std::nullopt;
+}
+
+void ListeningSetup::chooseFirstProfile() {
+    if (settings_.value().activeProfileID || devices().server() != SoundServer::running) { return; }
+    const auto all = devices().allOutputs();
+    const OutputProfile* fitting = SpeakerMap::fitting(settings_.value().profiles, all, devices().defaultOutput());
+    if (fitting) { selectProfile(UUID(fitting->id)); }
+}
 
 bool ListeningSetup::canUpmix() const {
     const auto format = sound_.source();
@@ -23,9 +39,14 @@ std::optional<ListeningSnapshot> ListeningSetup::snapshot() const {
     const auto source = sound_.source();
     if (!source) { return std::nullopt; }
     const PlaybackEngine& engine = seat_.engine();
-    return ListeningSnapshot{
-        *source,        sound_.info()->channels, profile(), engine.deviceChannels(), listen_, rotation_,
-        monoToCenter(), engine.binauralMissing()};
+    return ListeningSnapshot{*source,
+                             sound_.info()->channels,
+                             SpeakerMap::onDevice(profile(), engine.device().positions),
+                             engine.deviceChannels(),
+                             listen_,
+                             rotation_,
+                             monoToCenter(),
+                             engine.binauralMissing()};
 }
 
 void ListeningSetup::publish() {

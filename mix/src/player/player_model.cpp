@@ -36,6 +36,7 @@ void PlayerModel::wire() {
     connect(&listening_, &ListeningSetup::changed, &dragOut_, &DragOut::checkDragExport);
     connect(&sound_, &LoadedSound::changed, this, &PlayerModel::changed);
     connect(&listening_, &ListeningSetup::changed, this, &PlayerModel::changed);
+    connect(&listening_, &ListeningSetup::outputsChanged, this, &PlayerModel::changed);
     connect(&transport_, &Transport::changed, this, &PlayerModel::changed);
     connect(&dragOut_, &DragOut::changed, this, &PlayerModel::changed);
     connect(&message_, &PlayerMessage::changed, this, &PlayerModel::changed);

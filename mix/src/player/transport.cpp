@@ -7,6 +7,7 @@
 #include "audio/stream/file_source.h"
 #include "base/path.h"
 #include "base/time_text.h"
+#include "platform/headless_audio.h"
 #include "player/prefilled_stream.h"
 
 namespace brindlehum {
@@ -212,9 +213,22 @@ void Transport::profileChanged() {
 
 void Transport::deviceChanged() {
     const auto frame = resumeFrame();
+    const AudioOutputDevice before = seat_.engine().device();
     stop();
+    if (message_.text() == deviceNotice_) { message_.clear(); }  // what it said is no longer true
     if (!openDevice(true, "Output device changed: ")) { return; }
-    if (frame) { play(frame); }
+    if (frame) {
+        play(frame);
+    } else {
+        listening_.publish();
+    }
+    const AudioOutputDevice& now = seat_.engine().device();
+    // Without a server the banner says what is amiss.
+    if (now.uid != before.uid && listening_.devices().server() == SoundServer::running && !message_.text()) {
+        const bool wasHeard = before.uid != HeadlessAudioSystem::uid;
+        deviceNotice_ = "Sound now goes to " + now.name + (wasHeard ? ", no longer to " + before.name : "");
+        message_.notify(*deviceNotice_);
+    }
     Q_EMIT changed();
 }
 

@@ -16,6 +16,9 @@ struct AudioOutputDevice {
     std::string uid;
     std::string name;
     int outputChannels = 0;
+    // What the device calls each channel, in the sound server's words ("FL", "RR", "AUX0"); an empty text where it
+    // calls it nothing.
+    std::vector<std::string> positions = {};
     bool operator==(const AudioOutputDevice&) const = default;
 };
 
@@ -45,24 +48,41 @@ public:
     // Returns when no render is running and none will.
     virtual void pause() = 0;
     virtual bool isRunning() const = 0;
-    // False once a better way to play has appeared (a sound server, for the headless output). The next configure then
-    // rebuilds the stream.
+    // False once a better way to play has appeared (a sound server, for the headless output). The engine then rebuilds
+    // the stream.
     virtual bool isCurrent() const = 0;
 };
 
-// Main thread.
+// What stands between us and the devices.
+enum class SoundServer : uint8_t {
+    running,
+    absent,
+    silent,  // it is there, but doesn't answer
+};
+
+// Main thread. No call waits for the sound server, so that one that hangs doesn't block the windows.
 class AudioSystem {
 public:
     virtual ~AudioSystem() = default;
-    // In the system's order. Queries the system at each call; empty on failure.
+    // As the system last announced them, in its order.
     virtual std::vector<AudioOutputDevice> allOutputs() = 0;
     virtual std::optional<uint32_t> defaultOutput() = 0;
+    virtual SoundServer server() { return SoundServer::running; }
+    // Calls `heard` after the outputs, the default one or the server's state have changed, until the returned handle is
+    // destroyed.
+    [[nodiscard]] std::shared_ptr<void> watch(std::function<void()> heard);
     // Opens a device. With `followsDefault`, a change of the default device counts as a change of this one. Calls
     // `onChange` on the main thread when the device disappears, its format changes, the default changes (if followed)
-    // or the server disappears: at most once, and never after the stream is destroyed. Throws Error (device) with the
-    // text for the user.
+    // or the server disappears or falls silent: at most once, and never after the stream is destroyed. Throws Error
+    // (device) with the text for the user.
     virtual std::unique_ptr<OutputStream> openOutput(uint32_t id, bool followsDefault, RenderTarget& target,
                                                      std::function<void()> onChange) = 0;
+
+protected:
+    void announce();  // calls the watchers
+
+private:
+    std::vector<std::weak_ptr<std::function<void()>>> watchers_;
 };
 
 }  // namespace brindlehum

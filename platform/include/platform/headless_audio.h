@@ -18,6 +18,7 @@ public:
 
     std::vector<AudioOutputDevice> allOutputs() override;
     std::optional<uint32_t> defaultOutput() override { return deviceID; }
+    SoundServer server() override { return SoundServer::absent; }
     std::unique_ptr<OutputStream> openOutput(uint32_t id, bool followsDefault, RenderTarget& target,
                                              std::function<void()> onChange) override;
 };

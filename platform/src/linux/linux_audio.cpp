@@ -1,8 +1,8 @@
-// Chooses between the sound server and the headless output, again at each call.
+// Chooses between the sound server and the headless output, and notices when that choice changes.
 #include "platform/linux_audio.h"
 
 #include <algorithm>
-#include <chrono>
+#include <atomic>
 
 #include "base/error.h"
 #include "pipewire_session.h"
@@ -13,71 +13,122 @@ namespace brindlehum {
 
 namespace {
 
-// A headless stream that stops being current when a sound server appears.
+constexpr double beatSeconds = 1;  // between two questions to the server, or two attempts to find one
+
+// A headless stream that stops being current when a sound server answers.
 class InterimStream : public OutputStream {
 public:
-    InterimStream(std::unique_ptr<OutputStream> stream, std::function<bool()> serverIsThere)
-        : stream_(std::move(stream)), serverIsThere_(std::move(serverIsThere)) {}
+    InterimStream(std::unique_ptr<OutputStream> stream, std::function<bool()> serverRuns)
+        : stream_(std::move(stream)), serverRuns_(std::move(serverRuns)) {}
     int channels() const override { return stream_->channels(); }
     double sampleRate() const override { return stream_->sampleRate(); }
     void start() override { stream_->start(); }
     void pause() override { stream_->pause(); }
     bool isRunning() const override { return stream_->isRunning(); }
-    bool isCurrent() const override { return !serverIsThere_(); }
+    bool isCurrent() const override { return !serverRuns_(); }
 
 private:
     std::unique_ptr<OutputStream> stream_;
-    std::function<bool()> serverIsThere_;
+    std::function<bool()> serverRuns_;
 };
 
-class LinuxAudio : public AudioSystem {
+class LinuxAudio : public AudioSystem, private PipeWireListener {
 public:
-    explicit LinuxAudio(MainLoop& loop) : main_(loop) {}
+    explicit LinuxAudio(MainLoop& loop) : main_(loop), beat_(loop.every(beatSeconds, [this] { beat(); })) {
+        connect();
+        // The one wait for a server: the first question about the outputs comes at once.
+        if (session_) { session_->waitForAnswer(); }
+        known_ = state();
+    }
+
+    ~LinuxAudio() override { disconnect(); }
 
     std::vector<AudioOutputDevice> allOutputs() override {
-        return server() ? graph().outputs() : headless_.allOutputs();
+        return running() ? session_->graph().outputs() : headless_.allOutputs();
     }
 
     std::optional<uint32_t> defaultOutput() override {
-        return server() ? graph().defaultOutput() : headless_.defaultOutput();
+        return running() ? session_->graph().defaultOutput() : headless_.defaultOutput();
     }
+
+    SoundServer server() override { return session_ ? session_->state() : SoundServer::absent; }
 
     std::unique_ptr<OutputStream> openOutput(uint32_t id, bool followsDefault, RenderTarget& target,
                                              std::function<void()> onChange) override {
-        if (!server()) {
+        if (!running()) {
             return std::make_unique<InterimStream>(
-                headless_.openOutput(id, followsDefault, target, std::move(onChange)), [this] { return server(); });
+                headless_.openOutput(id, followsDefault, target, std::move(onChange)), [this] { return running(); });
         }
-        const auto outputs = graph().outputs();
+        const auto outputs = session_->graph().outputs();
         const auto device = std::ranges::find(outputs, id, &AudioOutputDevice::id);
         if (device == outputs.end()) { throw Error(ErrorKind::device, "Couldn't open the output device"); }
         return std::make_unique<PipeWireStream>(session_, main_, *device, followsDefault, target, std::move(onChange));
     }
 
 private:
-    // How long to wait before trying a server again that accepted the connection but didn't answer.
-    static constexpr std::chrono::seconds silence{2};
+    struct State {
+        SoundServer server = SoundServer::absent;
+        std::vector<AudioOutputDevice> outputs;
+        std::optional<uint32_t> standard;
+        bool operator==(const State&) const = default;
+    };
 
-    // True when a session works; tries to connect if there is none.
-    bool server() {
-        if (session_ && session_->isAlive()) { return true; }
-        session_.reset();
-        if (std::chrono::steady_clock::now() < nextTry_) { return false; }
+    bool running() { return server() == SoundServer::running; }
+    State state() { return {server(), allOutputs(), defaultOutput()}; }
+
+    void connect() {
         if (!library_) { library_ = PipeWireLoop::make(); }
-        if (!library_) { return false; }
-        PipeWireSession::Failure failure{};
-        session_ = PipeWireSession::connect(library_, failure);
-        if (failure == PipeWireSession::Failure::silent) { nextTry_ = std::chrono::steady_clock::now() + silence; }
-        return session_ != nullptr;
+        if (library_) { session_ = PipeWireSession::connect(library_, main_.now()); }
+        if (!session_) { return; }
+        const PipeWireLoop::Lock lock(session_->loop());
+        session_->addListener(*this);
     }
 
-    PipeWireGraph graph() { return session_->update() ? session_->graph() : PipeWireGraph(); }
+    void disconnect() {
+        if (!session_) { return; }
+        {
+            const PipeWireLoop::Lock lock(session_->loop());
+            session_->removeListener(*this);
+        }
+        session_.reset();
+    }
+
+    void beat() {
+        if (session_ && session_->isDead()) { disconnect(); }
+        if (session_) {
+            session_->beat(main_.now());
+        } else {
+            connect();
+        }
+        check();
+    }
+
+    void check() {
+        State now = state();
+        if (now == known_) { return; }
+        known_ = std::move(now);
+        announce();
+    }
+
+    // On the library's thread.
+    void graphChanged() noexcept override {
+        if (checkWaits_->exchange(true)) { return; }
+        main_.post([this, waits = std::weak_ptr(checkWaits_)] {
+            const auto alive = waits.lock();
+            if (!alive) { return; }
+            *alive = false;
+            check();
+        });
+    }
 
     MainLoop& main_;
     HeadlessAudioSystem headless_;
     std::shared_ptr<PipeWireLoop> library_;
     std::shared_ptr<PipeWireSession> session_;
-    std::chrono::steady_clock::time_point nextTry_;
+    State known_;  // as last announced
+    // A check is posted; dies with this, so that a late one is dropped.
+    std::shared_ptr<std::atomic<bool>> checkWaits_ = std::make_shared<std::atomic<bool>>(false);
+    TimerHandle beat_;
 };
 
 }  // namespace

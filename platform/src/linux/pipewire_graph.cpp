@@ -5,23 +5,30 @@
 
 namespace brindlehum {
 
-std::vector<uint32_t> PipeWireGraph::portsOf(uint32_t node, bool inputs) const {
+std::vector<PipeWirePort> PipeWireGraph::sortedPorts(uint32_t node, bool inputs) const {
     std::vector<PipeWirePort> found;
     for (const auto& [id, port] : ports) {
         if (port.node == node && port.isInput == inputs) { found.push_back(port); }
     }
     std::ranges::sort(found, {}, &PipeWirePort::number);
+    return found;
+}
+
+std::vector<uint32_t> PipeWireGraph::portsOf(uint32_t node, bool inputs) const {
     std::vector<uint32_t> ids;
-    for (const PipeWirePort& port : found) { ids.push_back(port.id); }
+    for (const PipeWirePort& port : sortedPorts(node, inputs)) { ids.push_back(port.id); }
     return ids;
 }
 
 std::vector<AudioOutputDevice> PipeWireGraph::outputs() const {
     std::vector<AudioOutputDevice> devices;
     for (const PipeWireSink& sink : sinks) {
-        const int channels = int(portsOf(sink.id, true).size());
+        const std::vector<PipeWirePort> inputs = sortedPorts(sink.id, true);
+        if (inputs.empty()) { continue; }
         const std::string& name = sink.description.empty() ? sink.nodeName : sink.description;
-        if (channels > 0) { devices.push_back({sink.id, sink.nodeName, name, channels}); }
+        AudioOutputDevice& device =
+            devices.emplace_back(AudioOutputDevice{sink.id, sink.nodeName, name, int(inputs.size())});
+        for (const PipeWirePort& port : inputs) { device.positions.push_back(port.position); }
     }
     return devices;
 }
@@ -42,6 +49,7 @@ double PipeWireGraph::rateFor(uint32_t sink) const {
 void PipeWireGraph::remove(uint32_t globalId) {
     std::erase_if(sinks, [globalId](const PipeWireSink& sink) { return sink.id == globalId; });
     ports.erase(globalId);
+    refused.erase(globalId);
     observedRates.erase(globalId);
 }
 

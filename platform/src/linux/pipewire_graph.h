@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -23,6 +24,7 @@ struct PipeWirePort {
     uint32_t node = 0;    // global id of its node
     uint32_t number = 0;  // among the ports of its node and direction
     bool isInput = false;
+    std::string position;  // "FL", "AUX0"; empty when the port states none
 };
 
 struct PipeWireGraph {
@@ -31,10 +33,13 @@ struct PipeWireGraph {
     std::string defaultSinkName;  // empty while the server states none
     double statedRate = 0;        // Hz; 0 while unknown
     double forcedRate = 0;        // Hz; 0 when none is forced
+    // Sinks that refused our links; each makes one attempt to open it fail.
+    std::set<uint32_t> refused;
     // Rates seen while the graph drove a sink; they take precedence over the stated rate.
     std::map<uint32_t, double> observedRates;
 
-    // Global ids of a node's ports of one direction, in channel order.
+    // A node's ports of one direction, in channel order; their global ids.
+    std::vector<PipeWirePort> sortedPorts(uint32_t node, bool inputs) const;
     std::vector<uint32_t> portsOf(uint32_t node, bool inputs) const;
     // Sinks that have input ports.
     std::vector<AudioOutputDevice> outputs() const;

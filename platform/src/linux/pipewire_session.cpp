@@ -5,8 +5,9 @@
 
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <cstdlib>
 #include <cstring>
+
+#include "base/number_text.h"
 
 namespace brindlehum {
 
@@ -18,7 +19,7 @@ std::string text(const spa_dict& properties, const char* key) {
 }
 
 uint32_t number(const spa_dict& properties, const char* key) {
-    return uint32_t(std::strtoul(text(properties, key).c_str(), nullptr, 10));
+    return numberAtStart<uint32_t>(text(properties, key));
 }
 
 // The name within {"name": "..."}; empty if there is none.
@@ -53,8 +54,12 @@ struct PipeWireSession::Metadata {
         PipeWireGraph& graph = session.graph_;
         if (subject != PW_ID_CORE) { return 0; }
         if (!key || std::strcmp(key, "default.audio.sink") == 0) { graph.defaultSinkName = key ? sinkName(value) : ""; }
-        if (key && std::strcmp(key, "clock.rate") == 0) { graph.statedRate = value ? std::atof(value) : 0; }
-        if (key && std::strcmp(key, "clock.force-rate") == 0) { graph.forcedRate = value ? std::atof(value) : 0; }
+        if (key && std::strcmp(key, "clock.rate") == 0) {
+            graph.statedRate = numberAtStart<double>(value ? value : "");
+        }
+        if (key && std::strcmp(key, "clock.force-rate") == 0) {
+            graph.forcedRate = numberAtStart<double>(value ? value : "");
+        }
         session.changed();
         return 0;
     }
@@ -62,17 +67,14 @@ struct PipeWireSession::Metadata {
 
 PipeWireSession::PipeWireSession(std::shared_ptr<PipeWireLoop> loop) : loop_(std::move(loop)) {}
 
-std::shared_ptr<PipeWireSession> PipeWireSession::connect(std::shared_ptr<PipeWireLoop> loop, Failure& failure) {
+std::shared_ptr<PipeWireSession> PipeWireSession::connect(std::shared_ptr<PipeWireLoop> loop, double now) {
     const std::shared_ptr<PipeWireSession> session(new PipeWireSession(std::move(loop)));
     const PipeWireLoop::Lock lock(session->loop());
     session->core_ = pw_context_connect(session->loop().context(), nullptr, 0);
-    failure = session->core_ ? Failure::none : Failure::refused;
     if (!session->core_) { return nullptr; }
     session->watch();
-    // The first round trip delivers the globals, the second one the contents of the metadata objects among them.
-    if (session->roundTrip() && session->roundTrip()) { return session; }
-    failure = session->dead_ ? Failure::refused : Failure::silent;
-    return nullptr;
+    session->ask(now);
+    return session;
 }
 
 PipeWireSession::~PipeWireSession() {
@@ -91,8 +93,7 @@ void PipeWireSession::watch() {
         events.version = PW_VERSION_CORE_EVENTS;
         events.done = [](void* data, uint32_t id, int sequence) {
             auto& session = *static_cast<PipeWireSession*>(data);
-            if (id == PW_ID_CORE) { session.lastDone_ = sequence; }
-            session.loop_->wake();
+            if (id == PW_ID_CORE) { session.answered(sequence); }
         };
         events.error = [](void* data, uint32_t id, int, int result, const char*) {
             auto& session = *static_cast<PipeWireSession*>(data);
@@ -129,7 +130,7 @@ void PipeWireSession::addGlobal(uint32_t id, const char* type, const spa_dict& p
     } else if (std::strcmp(type, PW_TYPE_INTERFACE_Port) == 0) {
         if (text(properties, PW_KEY_FORMAT_DSP) != "32 bit float mono audio") { return; }
         graph_.ports[id] = {id, number(properties, PW_KEY_NODE_ID), number(properties, PW_KEY_PORT_ID),
-                            text(properties, PW_KEY_PORT_DIRECTION) == "in"};
+                            text(properties, PW_KEY_PORT_DIRECTION) == "in", text(properties, PW_KEY_AUDIO_CHANNEL)};
     } else if (std::strcmp(type, PW_TYPE_INTERFACE_Metadata) == 0) {
         addMetadata(id, spa_dict_lookup(&properties, PW_KEY_METADATA_NAME));
     } else {
@@ -150,25 +151,45 @@ void PipeWireSession::changed() {
     loop_->wake();
 }
 
-bool PipeWireSession::isAlive() const {
-    const PipeWireLoop::Lock lock(*loop_);
-    return !dead_;
+void PipeWireSession::ask(double now) {
+    question_ = pw_core_sync(core_, PW_ID_CORE, 0);
+    askedAt_ = now;
+    asks_ = true;
 }
 
-bool PipeWireSession::update() {
+void PipeWireSession::answered(int sequence) {
+    if (!asks_ || sequence - question_ < 0) { return; }
+    asks_ = false;
+    const bool isNews = silent_ || answers_ < firstAnswers;
+    silent_ = false;
+    if (answers_ < firstAnswers && ++answers_ < firstAnswers) { ask(askedAt_); }
+    if (isNews) { changed(); }
+}
+
+void PipeWireSession::beat(double now) {
     const PipeWireLoop::Lock lock(*loop_);
-    return roundTrip();
+    if (dead_) { return; }
+    if (!asks_) { return ask(now); }
+    if (silent_ || now - askedAt_ < patience) { return; }
+    silent_ = true;
+    changed();
+}
+
+void PipeWireSession::waitForAnswer() {
+    const PipeWireLoop::Lock lock(*loop_);
+    loop_->waitUntil(firstPatience, [this] { return dead_ || answers_ == firstAnswers; });
+}
+
+SoundServer PipeWireSession::state() const {
+    const PipeWireLoop::Lock lock(*loop_);
+    if (dead_) { return SoundServer::absent; }
+    if (silent_) { return SoundServer::silent; }
+    return answers_ == firstAnswers ? SoundServer::running : SoundServer::absent;
 }
 
 PipeWireGraph PipeWireSession::graph() const {
     const PipeWireLoop::Lock lock(*loop_);
     return graph_;
-}
-
-bool PipeWireSession::roundTrip() {
-    if (dead_) { return false; }
-    const int sequence = pw_core_sync(core_, PW_ID_CORE, 0);
-    return loop_->waitUntil(patience, [&] { return dead_ || lastDone_ - sequence >= 0; }) && !dead_;
 }
 
 }  // namespace brindlehum

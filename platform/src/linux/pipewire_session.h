@@ -1,6 +1,7 @@
 // PipeWireSession: one connection to a server, and the graph that the server announces.
 #pragma once
 
+#include <atomic>
 #include <memory>
 #include <string>
 #include <vector>
@@ -14,18 +15,19 @@ namespace brindlehum {
 class PipeWireListener {
 public:
     virtual ~PipeWireListener() = default;
-    virtual void graphChanged() noexcept = 0;  // also called when the server has gone
+    virtual void graphChanged() noexcept = 0;  // also called when the server's state has changed
 };
 
 // Main thread, except where stated. Once the server has gone, the session stays dead: make a new one then.
 class PipeWireSession {
 public:
-    // Seconds to wait for any answer of the server.
-    static constexpr double patience = 0.5;
+    // Seconds after which a server that hasn't answered counts as silent.
+    static constexpr double patience = 2;
+    // Seconds that waitForAnswer waits.
+    static constexpr double firstPatience = 0.5;
 
-    enum class Failure : uint8_t { none, refused, silent };
-    // Connects and reads the graph. Null when there is no server, or when it doesn't answer.
-    static std::shared_ptr<PipeWireSession> connect(std::shared_ptr<PipeWireLoop> loop, Failure& failure);
+    // Connects without waiting; null when there is no server. `now` is in seconds, as in beat().
+    static std::shared_ptr<PipeWireSession> connect(std::shared_ptr<PipeWireLoop> loop, double now);
     ~PipeWireSession();
     PipeWireSession(const PipeWireSession&) = delete;
     PipeWireSession& operator=(const PipeWireSession&) = delete;
@@ -33,24 +35,29 @@ public:
     PipeWireLoop& loop() const { return *loop_; }
     pw_core* core() const { return core_; }
 
-    bool isAlive() const;
-    // Updates the graph to the server's state; false when the server has gone or doesn't answer.
-    bool update();
+    // Waits until the graph is known, the server has gone, or `firstPatience` is over.
+    void waitForAnswer();
+    // Asks the server for a sign of life, and notes when the last question has waited for too long. Call it regularly.
+    void beat(double now);
+    // Absent until the graph is known.
+    SoundServer state() const;
     // A copy of the graph as known now.
     PipeWireGraph graph() const;
 
+    bool isDead() const { return dead_; }  // any thread
+
     // --- Lock held, any thread.
-    bool isDead() const { return dead_; }
+    bool isSilent() const { return silent_; }
     PipeWireGraph& knownGraph() { return graph_; }
     void addListener(PipeWireListener& listener) { listeners_.push_back(&listener); }
     void removeListener(PipeWireListener& listener) { std::erase(listeners_, &listener); }
-    // Waits until the server has answered all earlier requests. Not from the library's thread.
-    bool roundTrip();
 
 private:
     struct Metadata;
     explicit PipeWireSession(std::shared_ptr<PipeWireLoop> loop);
     void watch();
+    void ask(double now);
+    void answered(int sequence);
     void changed();
     void addGlobal(uint32_t id, const char* type, const spa_dict& properties);
     void addMetadata(uint32_t id, const char* name);
@@ -63,8 +70,14 @@ private:
     std::vector<std::unique_ptr<Metadata>> metadata_;
     PipeWireGraph graph_;
     std::vector<PipeWireListener*> listeners_;
-    int lastDone_ = -1;  // sequence number of the server's last answer
-    bool dead_ = false;
+    // The first answer comes after the globals, the second one after the contents of the metadata objects among them.
+    static constexpr int firstAnswers = 2;
+    int answers_ = 0;     // up to firstAnswers
+    bool asks_ = false;   // a question waits for its answer
+    int question_ = 0;    // its sequence number
+    double askedAt_ = 0;  // seconds
+    bool silent_ = false;
+    std::atomic<bool> dead_ = false;
 };
 
 }  // namespace brindlehum

@@ -24,15 +24,17 @@ constexpr uint32_t linkPatience = 48000;
 
 // A link of two ports; the destructor removes it.
 struct PipeWireStream::Link {
+    PipeWireStream& stream;
     pw_proxy* proxy = nullptr;
     spa_hook hook{};
-    bool failed = false;
 
-    Link(pw_core* core, uint32_t outputNode, uint32_t outputPort, uint32_t inputNode, uint32_t inputPort) {
+    Link(PipeWireStream& owner, pw_core* core, uint32_t outputNode, uint32_t outputPort, uint32_t inputNode,
+         uint32_t inputPort)
+        : stream(owner) {
         static const pw_proxy_events events = [] {
             pw_proxy_events made{};
             made.version = PW_VERSION_PROXY_EVENTS;
-            made.error = [](void* data, int, int, const char*) { static_cast<Link*>(data)->failed = true; };
+            made.error = [](void* data, int, int, const char*) { static_cast<Link*>(data)->stream.refused(); };
             return made;
         }();
         pw_properties* properties = pw_properties_new(nullptr, nullptr);
@@ -43,7 +45,6 @@ struct PipeWireStream::Link {
         proxy = static_cast<pw_proxy*>(
             pw_core_create_object(core, "link-factory", PW_TYPE_INTERFACE_Link, PW_VERSION_LINK, &properties->dict, 0));
         pw_properties_free(properties);
-        failed = !proxy;
         if (proxy) { pw_proxy_add_listener(proxy, &hook, &events, this); }
     }
     ~Link() {
@@ -65,10 +66,10 @@ PipeWireStream::PipeWireStream(std::shared_ptr<PipeWireSession> session, MainLoo
       followsDefault_(followsDefault),
       onChange_(std::make_shared<std::function<void()>>(std::move(onChange))) {
     const PipeWireLoop::Lock lock(session_->loop());
+    if (session_->knownGraph().refused.erase(sink_) > 0) { throw Error(ErrorKind::device, cannotOpen); }
     sampleRate_ = session_->knownGraph().rateFor(sink_);
     try {
         makeFilter(size_t(device.outputChannels));
-        makeLinks();
     } catch (const Error&) {
         close();
         throw;
@@ -90,8 +91,8 @@ void PipeWireStream::makeFilter(size_t channels) {
         made.version = PW_VERSION_FILTER_EVENTS;
         made.state_changed = [](void* data, pw_filter_state, pw_filter_state now, const char*) {
             auto& stream = *static_cast<PipeWireStream*>(data);
-            if (now == PW_FILTER_STATE_ERROR) { stream.announceChange(); }
-            stream.session_->loop().wake();
+            if (now == PW_FILTER_STATE_ERROR) { return stream.announceChange(); }
+            stream.makeLinks();
         };
         made.process = [](void* data, spa_io_position* position) {
             if (position) { static_cast<PipeWireStream*>(data)->process(*position); }
@@ -123,23 +124,23 @@ void PipeWireStream::makeFilter(size_t channels) {
     if (pw_filter_connect(filter_, flags, nullptr, 0) < 0) { throw Error(ErrorKind::device, cannotOpen); }
 }
 
-void PipeWireStream::makeLinks() {
-    std::vector<uint32_t> outputs;
-    const bool ready = session_->loop().waitUntil(PipeWireSession::patience, [&] {
-        if (session_->isDead()) { return true; }
-        outputs = session_->knownGraph().portsOf(pw_filter_get_node_id(filter_), false);
-        return outputs.size() == ports_.size();
-    });
+// Links the ports as soon as the server has announced ours.
+void PipeWireStream::makeLinks() noexcept {
+    if (!links_.empty() || announced_ || !filter_) { return; }
+    const uint32_t node = pw_filter_get_node_id(filter_);
+    const std::vector<uint32_t> outputs = session_->knownGraph().portsOf(node, false);
     const std::vector<uint32_t> inputs = session_->knownGraph().portsOf(sink_, true);
-    if (!ready || session_->isDead() || inputs.size() != outputs.size()) { throw Error(ErrorKind::device, cannotOpen); }
+    if (outputs.size() != ports_.size() || inputs.size() != outputs.size()) { return; }
     for (size_t c = 0; c < outputs.size(); ++c) {
-        links_.push_back(
-            std::make_unique<Link>(session_->core(), pw_filter_get_node_id(filter_), outputs[c], sink_, inputs[c]));
+        links_.push_back(std::make_unique<Link>(*this, session_->core(), node, outputs[c], sink_, inputs[c]));
+        if (!links_.back()->proxy) { return refused(); }
     }
-    // The server sends any refusals before its answer to this.
-    const bool answered = session_->roundTrip();
-    const bool failed = std::ranges::any_of(links_, [](const auto& link) { return link->failed; });
-    if (!answered || failed) { throw Error(ErrorKind::device, cannotOpen); }
+}
+
+void PipeWireStream::refused() noexcept {
+    // A sink that has just gone takes its links along, which is no refusal.
+    if (!announced_ && !session_->isDead()) { session_->knownGraph().refused.insert(sink_); }
+    announceChange();
 }
 
 void PipeWireStream::close() {
@@ -169,10 +170,11 @@ void PipeWireStream::pause() {
 
 void PipeWireStream::graphChanged() noexcept {
     const PipeWireGraph& graph = session_->knownGraph();
-    if (session_->isDead() || graph.portsOf(sink_, true).size() != ports_.size() ||
+    if (session_->isDead() || session_->isSilent() || graph.portsOf(sink_, true).size() != ports_.size() ||
         (followsDefault_ && graph.defaultOutput() != sink_)) {
-        announceChange();
+        return announceChange();
     }
+    makeLinks();
 }
 
 void PipeWireStream::announceChange() noexcept {

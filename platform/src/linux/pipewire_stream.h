@@ -13,7 +13,9 @@
 
 namespace brindlehum {
 
-// Main thread, except `process`, which runs on the library's real-time thread, and the listener's call.
+// Opening doesn't wait for the server: the ports are linked as the server announces them, and a refusal counts as a
+// change of the device. Main thread, except `process`, which runs on the library's real-time thread, and the listener's
+// call.
 class PipeWireStream : public OutputStream, private PipeWireListener {
 public:
     // The most frames in one call of render, whatever the server's quantum.
@@ -36,7 +38,8 @@ public:
 private:
     struct Link;
     void makeFilter(size_t channels);
-    void makeLinks();
+    void makeLinks() noexcept;
+    void refused() noexcept;
     void close();
     void graphChanged() noexcept override;
     void announceChange() noexcept;

@@ -27,6 +27,9 @@ struct OutputProfile {
     std::vector<double> trimsDB;  // dB
     int headphoneLeft = 0;        // device channel of the left ear
     int headphoneRight = 1;
+    // The speakers go to the device channels that the device calls by their names, and `outputs` counts only on a
+    // device that has no names for its channels.
+    bool followsPositions = false;
 
     bool operator==(const OutputProfile&) const = default;
 
@@ -38,7 +41,8 @@ struct OutputProfile {
 
 std::string_view rawValue(OutputProfile::Kind kind);
 
-// JSON objects with the field names as keys. Reading throws nlohmann::json::exception when a required key is
+// JSON objects with the field names as keys. A record without `followsPositions` follows them if its outputs are in
+// sequence, as nobody had chosen them. Reading throws nlohmann::json::exception when a required key is
 // missing or of the wrong type, or an enumeration's text is unknown.
 void to_json(nlohmann::json& json, const OutputProfile& profile);
 void from_json(const nlohmann::json& json, OutputProfile& profile);

@@ -22,6 +22,7 @@ public:
 
     std::vector<AudioOutputDevice> allOutputs() override { return outputs_; }
     std::optional<uint32_t> defaultOutput() override { return default_; }
+    SoundServer server() override { return server_; }
     std::unique_ptr<OutputStream> openOutput(uint32_t id, bool followsDefault, RenderTarget& target,
                                              std::function<void()> onChange) override {
         const auto device = std::ranges::find(outputs_, id, &AudioOutputDevice::id);
@@ -37,6 +38,7 @@ public:
         for (Stream* stream : streams_) {
             if (std::ranges::find(outputs_, stream->device_) == outputs_.end()) { stream->announceChange(); }
         }
+        changed();
     }
     // Announces the change to streams that follow the default.
     void setDefault(std::optional<uint32_t> id) {
@@ -44,6 +46,11 @@ public:
         for (Stream* stream : streams_) {
             if (stream->followsDefault_) { stream->announceChange(); }
         }
+        changed();
+    }
+    void setServer(SoundServer state) {
+        server_ = state;
+        changed();
     }
     // Of streams opened from now on, in Hz.
     void setSampleRate(double hertz) { sampleRate_ = hertz; }
@@ -74,6 +81,9 @@ public:
     int started() const { return started_; }  // starts that took a stream from standing to running
 
 private:
+    void changed() {
+        loop_.post([this] { announce(); });
+    }
     [[noreturn]] static void fail() { throw Error(ErrorKind::device, "Couldn't open the output device"); }
 
     struct Stream : OutputStream {
@@ -120,6 +130,7 @@ private:
     MainLoop& loop_;
     std::vector<AudioOutputDevice> outputs_ = {{1, "manual", "Manual", 16}};
     std::optional<uint32_t> default_ = 1;
+    SoundServer server_ = SoundServer::running;
     double sampleRate_ = 48000;
     bool openingFails_ = false, startingFails_ = false;
     std::vector<Stream*> streams_;  // in order of opening

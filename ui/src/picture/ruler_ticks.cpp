@@ -4,7 +4,9 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
-#include <cstdio>
+#include <string>
+
+#include "base/number_text.h"
 
 namespace brindlehum::RulerTicks {
 namespace {
@@ -50,14 +52,18 @@ std::string label(double seconds, double step) {
     const int64_t minutes = units / perMinute;
     const double rest = double(units % perMinute) / unit;
     const int width = decimals == 0 ? 2 : 3 + decimals;
-    std::array<char, 48> text{};
+    const auto addPadded = [](std::string& to, const std::string& number, size_t digits) {
+        for (size_t i = number.size(); i < digits; ++i) { to += '0'; }
+        to += number;
+    };
+    std::string text = std::to_string(minutes < 60 ? minutes : minutes / 60);
+    text += ':';
     if (minutes >= 60) {
-        std::snprintf(text.data(), text.size(), "%lld:%02lld:%0*.*f", static_cast<long long>(minutes / 60),
-                      static_cast<long long>(minutes % 60), width, decimals, rest);
-    } else {
-        std::snprintf(text.data(), text.size(), "%lld:%0*.*f", static_cast<long long>(minutes), width, decimals, rest);
+        addPadded(text, std::to_string(minutes % 60), 2);
+        text += ':';
     }
-    return text.data();
+    addPadded(text, fixed(rest, decimals), size_t(width));
+    return text;
 }
 
 }  // namespace brindlehum::RulerTicks

@@ -98,24 +98,20 @@ void SourceBar::setNarrow(bool narrow) {
 }
 
 void SourceBar::refreshDevice() {
-    const AudioDevices& system = listening_.devices();
     const auto& uid = listening_.profile().deviceUID;
-    // Listing the devices can take a while: do it only when the answer may have changed.
-    const DeviceKey key{uid, listening_.isDeviceOpen(), transport_.isPlaying()};
-    if (shownFor_ == key) { return; }
-    shownFor_ = key;
-    const auto devices = system.allOutputs();
-    const auto named = std::ranges::find_if(devices, [&](const auto& device) { return device.uid == uid; });
-    const auto standard =
-        std::ranges::find_if(devices, [id = system.defaultOutput()](const auto& device) { return device.id == id; });
-    if (named != devices.end()) {
-        device_->setFullText("on " + QString::fromStdString(named->name));
-    } else if (standard != devices.end()) {
-        device_->setFullText("on " + QString::fromStdString(standard->name) +
-                             (uid ? ", for the profile's device is unavailable" : ""));
-    } else {
-        device_->setFullText("no output device");
+    const auto device = listening_.device();
+    switch (listening_.devices().server()) {
+        case SoundServer::absent:
+            return device_->setFullText("no sound server");
+        case SoundServer::silent:
+            return device_->setFullText("the sound server doesn't answer");
+        case SoundServer::running:
+            break;
     }
+    if (!device) { return device_->setFullText("no output device"); }
+    const bool standsIn = uid && device->uid != *uid;
+    device_->setFullText("on " + QString::fromStdString(device->name) +
+                         (standsIn ? ", for the profile's device is unavailable" : ""));
 }
 
 void SourceBar::fillFormats(QMenu& menu) {

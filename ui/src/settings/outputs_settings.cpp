@@ -29,7 +29,7 @@ QToolButton* smallButton(const QString& icon, const QString& name) {
 
 }  // namespace
 
-OutputsSettings::OutputsSettings(SettingsStore& settings, const AudioDevices& devices)
+OutputsSettings::OutputsSettings(SettingsStore& settings, const AudioDevices& devices, SpeakerTest& test)
     : settings_(settings), devices_(devices) {
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(16, 16, 16, 16);
@@ -41,10 +41,15 @@ OutputsSettings::OutputsSettings(SettingsStore& settings, const AudioDevices& de
     none->setProperty("role", "empty");
     none->setAlignment(Qt::AlignCenter);
     stack_->addWidget(none_ = none);
-    stack_->addWidget(editor_ = new ProfileEditor(settings));
+    stack_->addWidget(editor_ = new ProfileEditor(settings, test));
     row->addWidget(area, 1);
     connect(&settings, &SettingsStore::changed, this, &OutputsSettings::refresh);
+    watching_ = devices.watch([this] { listDevices(); });
     refresh();
+}
+
+void OutputsSettings::listDevices() {
+    editor_->setDevices(devices_.allOutputs(), devices_.defaultOutput());
 }
 
 QWidget* OutputsSettings::makeList() {
@@ -77,8 +82,7 @@ QWidget* OutputsSettings::makeList() {
 
 void OutputsSettings::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
-    const auto found = devices_.defaultOutput();
-    editor_->setDevices(devices_.allOutputs(), found ? devices_.outputChannels(*found) : 0);
+    listDevices();
     select(selectedID_ ? selectedID_ : std::optional(settings_.activeProfile().id));
 }
 

@@ -9,7 +9,13 @@
 #include <QPushButton>
 #include <QScrollArea>
 #include <QSignalBlocker>
+#include <QToolButton>
 
+#include "base/error.h"
+#include "mix/config/speaker_map.h"
+#include "mix/engine/speaker_test.h"
+#include "ui/look/icons.h"
+#include "ui/look/symbol_label.h"
 #include "ui/settings/profile_edits.h"
 #include "ui/settings/trim_stepper.h"
 
@@ -38,7 +44,7 @@ QLabel* label(const QString& text, const char* role) {
 
 }  // namespace
 
-ProfileEditor::ProfileEditor(SettingsStore& settings) : settings_(settings) {
+ProfileEditor::ProfileEditor(SettingsStore& settings, SpeakerTest& test) : settings_(settings), test_(test) {
     makeForm();
     fillDevices();
 }
@@ -102,9 +108,14 @@ QWidget* ProfileEditor::makeGrid() {
     auto* sequential = new QPushButton("Sequential from 1");
     connect(sequential, &QPushButton::clicked, this, [this] { edit(ProfileEdits::setSequential); });
     head->addWidget(label("Speaker map", "headline"));
+    head->addWidget(byPosition_ = new QPushButton("By Position"));
+    byPosition_->setToolTip("Each speaker plays on the output that the device calls by its name");
+    connect(byPosition_, &QPushButton::clicked, this,
+            [this] { edit([](OutputProfile& p) { p.followsPositions = true; }); });
     head->addWidget(sequential);
     head->addStretch(1);
     column->addLayout(head);
+    column->addWidget(warning_ = label("", "warning"));
     auto* scroll = new QScrollArea;
     scroll->setWidgetResizable(true);
     scroll->setFocusPolicy(Qt::NoFocus);
@@ -130,9 +141,9 @@ QComboBox* ProfileEditor::channelPicker(const QString& name, std::function<void(
     return box;
 }
 
-void ProfileEditor::setDevices(std::vector<AudioOutputDevice> devices, int defaultChannels) {
+void ProfileEditor::setDevices(std::vector<AudioOutputDevice> devices, std::optional<uint32_t> defaultDevice) {
     devices_ = std::move(devices);
-    defaultChannels_ = defaultChannels;
+    defaultDevice_ = defaultDevice;
     fillDevices();
     refresh();
 }
@@ -158,18 +169,31 @@ void ProfileEditor::rebuildGrid() {
     for (int i = 0; i < titles.size(); ++i) { grid_->addWidget(label(titles[i], "secondary"), 0, i); }
     for (size_t i = 0; i < gridSpeakers_.size(); ++i) {
         const QString name = QString::fromStdString(brindlehum::label(gridSpeakers_[i], gridSpeakers_));
-        auto* output = channelPicker("Output of " + name,
-                                     [i](OutputProfile& p, int channel) { ProfileEdits::setOutput(p, i, channel); });
+        auto* output = channelPicker("Output of " + name, [this, i](OutputProfile& p, int channel) {
+            ProfileEdits::setOutput(p, i, channel, device().positions);
+        });
         auto* trim = new TrimStepper("Trim of " + name);
         connect(trim, &TrimStepper::valueChanged, this,
                 [this, i](double db) { edit([=](OutputProfile& p) { ProfileEdits::setTrim(p, i, db); }); });
+        auto* ident = new QToolButton;
+        ident->setIcon(symbol("level"));
+        ident->setFocusPolicy(Qt::StrongFocus);
+        ident->setAccessibleName("Test " + name);
+        ident->setToolTip(QString("Noise and %1 beeps from %2").arg(i + 1).arg(name));
+        connect(ident, &QToolButton::clicked, this, [this, i] { playIdent(i); });
+        auto* unheard = new SymbolLabel("warning", SymbolRole::warning);
+        unheard->setToolTip("The device has no such output: this speaker is not heard");
+        unheard->setAccessibleName(name + " is not heard");
         const int row = int(i) + 1;
         grid_->addWidget(new QLabel(name), row, 0);
         grid_->addWidget(output, row, 1);
         grid_->addWidget(trim, row, 2);
-        rows_.push_back({output, trim});
+        grid_->addWidget(ident, row, 3);
+        grid_->addWidget(unheard, row, 4);
+        rows_.push_back({output, trim, ident, unheard});
     }
     grid_->setColumnStretch(1, 1);
+    grid_->setColumnMinimumWidth(4, 20);  // the rows stay where they are as marks come and go
     grid_->setRowStretch(int(gridSpeakers_.size()) + 1, 1);
 }
 
@@ -181,12 +205,14 @@ void ProfileEditor::showProfile(const OutputProfile& profile) {
 
 void ProfileEditor::refreshChannels(QComboBox& box, int current) const {
     const QSignalBlocker quiet(&box);
-    const int rows =
-        ProfileEdits::pickerRows(ProfileEdits::channelCount(profile_, devices_, defaultChannels_), current);
-    if (box.count() != rows + 1) {
-        box.clear();
-        box.addItem("Off", ProfileEdits::offChannel);
-        for (int channel = 0; channel < rows; ++channel) { box.addItem(QString("Out %1").arg(channel + 1), channel); }
+    const AudioOutputDevice on = device();
+    const int rows = ProfileEdits::pickerRows(on.outputChannels, current);
+    while (box.count() > rows + 1) { box.removeItem(box.count() - 1); }
+    if (box.count() == 0) { box.addItem("Off", ProfileEdits::offChannel); }
+    for (int channel = 0; channel < rows; ++channel) {
+        const QString name = QString::fromStdString(ProfileEdits::channelName(channel, on));
+        if (box.count() == channel + 1) { box.addItem(QString(), channel); }
+        if (box.itemText(channel + 1) != name) { box.setItemText(channel + 1, name); }
     }
     box.setCurrentIndex(box.findData(std::max(current, ProfileEdits::offChannel)));
 }
@@ -210,10 +236,39 @@ void ProfileEditor::refresh() {
     refreshChannels(*left_, profile_.headphoneLeft);
     refreshChannels(*right_, profile_.headphoneRight);
     choose(*layout_, int(profile_.layout));
+    refreshRows();
+}
+
+void ProfileEditor::refreshRows() {
+    const AudioOutputDevice on = device();
+    const std::vector<int> outputs = SpeakerMap::outputs(profile_, on.positions);
     for (size_t i = 0; i < rows_.size(); ++i) {
-        refreshChannels(*rows_[i].output, ProfileEdits::outputOf(profile_, i));
+        refreshChannels(*rows_[i].output, outputs[i]);
         const QSignalBlocker quiet(rows_[i].trim);
         rows_[i].trim->setValue(ProfileEdits::trimOf(profile_, i));
+        const bool heard = outputs[i] < on.outputChannels;
+        rows_[i].unheard->setVisible(!heard);
+        rows_[i].ident->setEnabled(heard && outputs[i] >= 0);
+    }
+    byPosition_->setEnabled(!profile_.followsPositions && SpeakerMap::byPosition(profile_.layout, on.positions));
+    const QString warning = QString::fromStdString(SpeakerMap::warning(profile_, on));
+    warning_->setText(warning);
+    warning_->setVisible(!warning.isEmpty());
+}
+
+AudioOutputDevice ProfileEditor::device() const {
+    const AudioOutputDevice* found = SpeakerMap::deviceOf(profile_, devices_, defaultDevice_);
+    return found ? *found : AudioOutputDevice{};
+}
+
+void ProfileEditor::playIdent(size_t speaker) {
+    const int channel = SpeakerMap::outputs(profile_, device().positions)[speaker];
+    const bool low = gridSpeakers_[speaker] == SpeakerID::LFE;
+    try {
+        test_.play(profile_.deviceUID, {channel, int(speaker) + 1, low, ProfileEdits::trimOf(profile_, speaker)});
+    } catch (const Error& error) {
+        warning_->setText(error.what());
+        warning_->setVisible(true);
     }
 }
 

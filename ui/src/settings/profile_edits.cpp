@@ -3,6 +3,9 @@
 
 #include <algorithm>
 #include <numeric>
+#include <utility>
+
+#include "mix/config/speaker_map.h"
 
 namespace brindlehum::ProfileEdits {
 
@@ -14,7 +17,10 @@ double trimOf(const OutputProfile& profile, size_t speaker) {
     return speaker < profile.trimsDB.size() ? profile.trimsDB[speaker] : 0;
 }
 
-void setOutput(OutputProfile& profile, size_t speaker, int channel) {
+void setOutput(OutputProfile& profile, size_t speaker, int channel, const std::vector<std::string>& positions) {
+    if (std::exchange(profile.followsPositions, false)) {
+        if (auto map = SpeakerMap::byPosition(profile.layout, positions)) { profile.outputs = std::move(*map); }
+    }
     auto& outputs = profile.outputs;
     while (outputs.size() <= speaker) { outputs.push_back(int(outputs.size())); }
     outputs[speaker] = channel;
@@ -29,18 +35,21 @@ void setLayout(OutputProfile& profile, LayoutID layout) {
     if (profile.layout == layout) { return; }
     profile.layout = layout;
     setSequential(profile);
+    profile.followsPositions = true;
     profile.trimsDB.assign(speakers(layout).size(), 0);
 }
 
 void setSequential(OutputProfile& profile) {
     profile.outputs.resize(speakers(profile.layout).size());
     std::iota(profile.outputs.begin(), profile.outputs.end(), 0);
+    profile.followsPositions = false;
 }
 
-int channelCount(const OutputProfile& profile, const std::vector<AudioOutputDevice>& devices, int defaultChannels) {
-    if (!profile.deviceUID) { return defaultChannels; }
-    const auto found = std::ranges::find(devices, *profile.deviceUID, &AudioOutputDevice::uid);
-    return found == devices.end() ? defaultChannels : found->outputChannels;
+std::string channelName(int channel, const AudioOutputDevice& device) {
+    const std::string number = "Out " + std::to_string(channel + 1);
+    if (channel >= device.outputChannels) { return number + " (not there)"; }
+    const bool named = size_t(channel) < device.positions.size() && !device.positions[size_t(channel)].empty();
+    return named ? number + " · " + device.positions[size_t(channel)] : number;
 }
 
 int pickerRows(int channelCount, int current) {

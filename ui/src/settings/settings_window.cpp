@@ -40,7 +40,7 @@ QWidget* makeAudition(SettingsStore& settings) {
 }  // namespace
 
 SettingsWindow::SettingsWindow(SettingsStore& settings, LibraryRoots& roots, LibrarySearch& search,
-                               const AudioDevices& devices, std::function<void()> addFolder) {
+                               const AudioDevices& devices, SpeakerTest& test, std::function<void()> addFolder) {
     setObjectName("window");
     setWindowTitle("Settings");
     setAttribute(Qt::WA_StyledBackground);
@@ -48,7 +48,7 @@ SettingsWindow::SettingsWindow(SettingsStore& settings, LibraryRoots& roots, Lib
     layout->setContentsMargins(0, 8, 0, 0);
     auto* tabs = new QTabWidget;
     tabs->setAccessibleName("Settings");
-    tabs->addTab(new OutputsSettings(settings, devices), symbol("speakers"), "Outputs");
+    tabs->addTab(new OutputsSettings(settings, devices, test), symbol("speakers"), "Outputs");
     tabs->addTab(makeAudition(settings), symbol("file"), "Audition");
     tabs->addTab(new LibrarySettings(settings, roots, search, std::move(addFolder)), symbol("library"), "Library");
     layout->addWidget(tabs);

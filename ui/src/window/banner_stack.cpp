@@ -29,10 +29,12 @@ QWidget* BannerStack::makeBanner(const Banner& banner) {
     text->setTextFormat(Qt::PlainText);
     text->setWordWrap(true);
     row->addWidget(text, 1);
-    if (!banner.button.isEmpty()) {
-        auto* button = new QPushButton(banner.button);
+    for (const auto& [name, action] :
+         {std::pair(banner.button, banner.action), std::pair(banner.secondButton, banner.secondAction)}) {
+        if (name.isEmpty()) { continue; }
+        auto* button = new QPushButton(name);
         button->setProperty("role", "small");
-        connect(button, &QPushButton::clicked, this, [action = banner.action] { action(); });
+        connect(button, &QPushButton::clicked, this, [action = action] { action(); });
         row->addWidget(button);
     }
     return frame;
@@ -40,7 +42,7 @@ QWidget* BannerStack::makeBanner(const Banner& banner) {
 
 void BannerStack::setBanners(const std::vector<Banner>& banners) {
     QStringList texts;
-    for (const auto& banner : banners) { texts << banner.text + '\n' + banner.button; }
+    for (const auto& banner : banners) { texts << banner.text + '\n' + banner.button + '\n' + banner.secondButton; }
     if (texts == shown_) { return; }
     shown_ = texts;
     while (column_->count() > 0) {

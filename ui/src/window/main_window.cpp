@@ -15,7 +15,7 @@
 
 #include "app/app_model.h"
 #include "library/catalog/catalog_location.h"
-#include "platform/headless_audio.h"
+#include "mix/config/speaker_map.h"
 #include "ui/browser/browser_bar.h"
 #include "ui/browser/browser_table.h"
 #include "ui/browser/browser_view.h"
@@ -151,6 +151,9 @@ void MainWindow::connectParts() {
     connect(&model_.library(), &LibraryModel::messageChanged, this,
             [this] { browser_->showMessage(QString::fromStdString(model_.library().message().value_or(""))); });
     connect(&model_.control(), &ControlServer::started, this, &MainWindow::refreshBanners);
+    connect(&model_.player().listening(), &ListeningSetup::outputsChanged, this, &MainWindow::refreshBanners);
+    connect(&model_.settings(), &SettingsStore::changed, this, &MainWindow::refreshBanners);
+    connect(&model_, &AppModel::settingsProblemChanged, this, &MainWindow::refreshBanners);
     connect(&model_.player(), &PlayerModel::changed, this, [this] {
         if (player_->minimumHeight() != basePlayerHeight()) { fitPlayer(); }
     });
@@ -223,10 +226,17 @@ void MainWindow::fitPlayer() {
 
 void MainWindow::refreshBanners() {
     std::vector<Banner> banners;
-    const auto devices = model_.engine().devices().allOutputs();
-    if (devices.size() == 1 && devices.front().uid == HeadlessAudioSystem::uid) {
-        banners.push_back({"No sound server is running, so nothing will be heard. Brindlehum plays through PipeWire.",
-                           "Check Again", [this] { refreshBanners(); }});
+    switch (model_.engine().devices().server()) {
+        case SoundServer::absent:
+            banners.push_back(
+                {"No sound server is running, so nothing will be heard. Brindlehum plays through PipeWire.", {}, {}});
+            break;
+        case SoundServer::silent:
+            banners.push_back({"The sound server doesn't answer, so nothing will be heard.", {}, {}});
+            break;
+        case SoundServer::running:
+            addFitBanner(banners);
+            break;
     }
     if (!model_.library().catalog()) {
         banners.push_back(
@@ -239,6 +249,13 @@ void MainWindow::refreshBanners() {
     if (const std::string& problem = model_.control().problem(); !problem.empty()) {
         banners.push_back({QString::fromStdString(problem) + ", so other programs can't drive Brindlehum.", "Try Again",
                            [this] { model_.control().start(); }});
+    }
+    const auto problem = model_.defaults().problem();
+    if (problem && problem != readProblem_) {
+        banners.push_back({QString::fromStdString(*problem), "Dismiss", [this, problem] {
+                               readProblem_ = problem;
+                               refreshBanners();
+                           }});
     }
     banners_->setBanners(banners);
 }
@@ -254,6 +271,29 @@ bool MainWindow::mayRemove(const std::string& root, bool losesWords) {
     }
     if (losses.isEmpty()) { return true; }
     return confirmRemoval("Remove “" + pathText(fs::path(root).filename()) + "” from the library?", losses.join('\n'));
+}
+
+// Says which speakers of the active profile its device can't play.
+void MainWindow::addFitBanner(std::vector<Banner>& banners) {
+    const ListeningSetup& listening = model_.player().listening();
+    const auto device = listening.device();
+    if (!device) {
+        banners.push_back({"There is no output device, so nothing will be heard.", {}, {}});
+        return;
+    }
+    const std::string warning = SpeakerMap::warning(listening.profile(), *device);
+    if (warning.empty()) { return; }
+    Banner banner{QString::fromStdString(warning), {}, {}, "Edit…", [this] { model_.openWindow("settings"); }};
+    const auto& devices = listening.devices();
+    const auto all = devices.allOutputs();
+    const auto standard = devices.defaultOutput();
+    const OutputProfile* fitting = SpeakerMap::fitting(model_.settings().value().profiles, all, standard);
+    const AudioOutputDevice* its = fitting ? SpeakerMap::deviceOf(*fitting, all, standard) : nullptr;
+    if (its && SpeakerMap::fit(*fitting, *its).unheard == 0) {
+        banner.button = "Use " + QString::fromStdString(fitting->name);
+        banner.action = [this, id = fitting->id] { model_.player().listening().selectProfile(id); };
+    }
+    banners.push_back(banner);
 }
 
 void MainWindow::openPath(const fs::path& path) {

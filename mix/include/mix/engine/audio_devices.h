@@ -18,6 +18,11 @@ public:
     std::string name(const std::optional<std::string>& uid) const;
     std::optional<uint32_t> deviceID(const std::string& uid) const;
     std::optional<uint32_t> defaultOutput() const;
+    SoundServer server() const { return system_.server(); }
+    // As AudioSystem::watch.
+    [[nodiscard]] std::shared_ptr<void> watch(std::function<void()> heard) const {
+        return system_.watch(std::move(heard));
+    }
     // Returns 0 for a device that isn't there.
     int outputChannels(uint32_t id) const;
 

@@ -43,7 +43,8 @@ public:
 
     // Opens the device with this UID. Without a UID, or when no such device exists, opens the system's default device.
     // Does nothing when that device is open already and `force` isn't set. When the default device stands in for an
-    // absent one, the next call opens the absent one if it is back. Throws Error (device), and no device is open then.
+    // absent one, the return of that one counts as a change of the device. Throws Error (device), and no device is open
+    // then.
     void configure(const std::optional<std::string>& deviceUID, bool force);
     // Publishes a configuration; the next block fades to it. A binaural configuration waits until its stage has been
     // loaded: until then the output is silent and the stream doesn't advance.
@@ -61,7 +62,9 @@ public:
     bool binauralMissing() const;
     int deviceChannels() const { return deviceChannels_; }
     double sampleRate() const { return sampleRate_; }
-    const std::string& deviceName() const { return deviceName_; }
+    const std::string& deviceName() const { return deviceName_; }  // of the device asked for
+    // The device that is open, or was last: another one than asked for when that one is absent.
+    const AudioOutputDevice& device() const { return device_; }
     RenderContext& ctx() { return *ctx_; }
     const RenderContext& ctx() const { return *ctx_; }
     const AudioDevices& devices() const { return devices_; }
@@ -82,6 +85,7 @@ private:
     void open(const std::optional<std::string>& deviceUID);
     void fadeOut();
     void teardown();
+    void systemChanged();
     void publish(const MixConfig& config);
     void replaceConfig(std::shared_ptr<RenderConfig> next);
     void stageLoaded(double sampleRate);
@@ -98,7 +102,8 @@ private:
     std::unique_ptr<OutputStream> stream_;
     std::shared_ptr<bool> streamToken_;  // dies with the stream, so that its late notices are dropped
     std::optional<std::string> configuredKey_;
-    bool standsIn_ = false;  // the default device is open in place of an absent one
+    std::optional<std::string> wantedUID_;  // of the open stream
+    bool standsIn_ = false;                 // the default device is open in place of an absent one
     std::shared_ptr<StreamReader> current_;
     std::shared_ptr<RenderConfig> currentConfig_;
     std::shared_ptr<BinauralStage> stage_;  // for the open device's rate, as published
@@ -108,7 +113,9 @@ private:
     int deviceChannels_ = 2;
     double sampleRate_ = 48000;
     std::string deviceName_;
+    AudioOutputDevice device_;
     EngineSeat* seat_ = nullptr;  // the seat that is taken
+    std::shared_ptr<void> watching_;
 };
 
 }  // namespace brindlehum

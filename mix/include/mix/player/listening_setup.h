@@ -27,6 +27,10 @@ public:
     bool monoToCenter() const { return settings_.value().monoToCenter; }
     // True when an upmix would fill speakers of the profile that the loaded sound leaves silent.
     bool canUpmix() const;
+    // The device that the active profile plays on, or would; none when the machine has none.
+    std::optional<AudioOutputDevice> device() const;
+    // While no profile has ever been chosen: chooses the one that fits the device, once there is a sound server.
+    void chooseFirstProfile();
     const AudioDevices& devices() const { return seat_.engine().devices(); }
     bool isDeviceOpen() const { return seat_.engine().isConfigured(); }
 
@@ -45,6 +49,7 @@ public:
 Q_SIGNALS:
     void changed();
     void profileSelected();
+    void outputsChanged();  // the devices, the default one or the sound server's state
 
 private:
     EngineSeat& seat_;
@@ -55,6 +60,7 @@ private:
     Rotation rotation_;
     UpmixSettings upmix_;
     double volumeDB_ = 0;
+    std::shared_ptr<void> watching_;
 };
 
 }  // namespace brindlehum

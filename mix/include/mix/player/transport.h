@@ -96,6 +96,7 @@ private:
     std::optional<int64_t> starting_;           // the first frame of a stream that is being opened
     Route route_;                               // the settings in use
     std::weak_ptr<const StreamReader> stream_;  // what plays; the engine owns it
+    std::optional<std::string> deviceNotice_;   // the last notice of another device
     TimerHandle timer_;
     Background::Line starts_;
 };

@@ -31,13 +31,6 @@ private:
     void fillDrag(QMenu& menu);
     void refreshDevice();
 
-    // The device's name is looked up again when one of these changes.
-    struct DeviceKey {
-        std::optional<std::string> uid;
-        bool configured = false;
-        bool playing = false;
-        bool operator==(const DeviceKey&) const = default;
-    };
     LoadedSound& sound_;
     Transport& transport_;
     ListeningSetup& listening_;
@@ -49,7 +42,6 @@ private:
     ElidedLabel* device_;
     MenuButton* drag_;
     DragHandle* handle_;
-    std::optional<DeviceKey> shownFor_;
 };
 
 }  // namespace brindlehum

@@ -14,21 +14,22 @@ class QToolButton;
 namespace brindlehum {
 
 class ProfileEditor;
+class SpeakerTest;
 
 class OutputsSettings : public QWidget {
     Q_OBJECT
 public:
-    OutputsSettings(SettingsStore& settings, const AudioDevices& devices);
+    OutputsSettings(SettingsStore& settings, const AudioDevices& devices, SpeakerTest& test);
     const std::optional<UUID>& selectedID() const { return selectedID_; }
 
 protected:
-    // Lists the devices again each time the tab appears.
     void showEvent(QShowEvent* event) override;
 
 private:
     QWidget* makeList();
     void refresh();
     void refreshList();
+    void listDevices();
     void select(std::optional<UUID> id);
     void add();
     void remove();
@@ -41,6 +42,7 @@ private:
     QStackedLayout* stack_;
     QWidget* none_;
     ProfileEditor* editor_;
+    std::shared_ptr<void> watching_;
 };
 
 }  // namespace brindlehum

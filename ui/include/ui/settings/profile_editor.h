@@ -3,6 +3,7 @@
 
 #include <QWidget>
 #include <functional>
+#include <optional>
 #include <vector>
 
 #include "platform/audio_system.h"
@@ -11,17 +12,21 @@
 class QComboBox;
 class QFormLayout;
 class QGridLayout;
+class QLabel;
 class QLineEdit;
+class QPushButton;
+class QToolButton;
 
 namespace brindlehum {
 
+class SpeakerTest;
 class TrimStepper;
 
 class ProfileEditor : public QWidget {
     Q_OBJECT
 public:
-    explicit ProfileEditor(SettingsStore& settings);
-    void setDevices(std::vector<AudioOutputDevice> devices, int defaultChannels);
+    ProfileEditor(SettingsStore& settings, SpeakerTest& test);
+    void setDevices(std::vector<AudioOutputDevice> devices, std::optional<uint32_t> defaultDevice);
     // Shows a profile of the settings; the user's changes go into the profile with its id.
     void showProfile(const OutputProfile& profile);
 
@@ -29,6 +34,8 @@ private:
     struct SpeakerRow {
         QComboBox* output;
         TrimStepper* trim;
+        QToolButton* ident;
+        QWidget* unheard;
     };
     void makeForm();
     QWidget* makeGrid();
@@ -36,13 +43,18 @@ private:
     void rebuildGrid();
     void refresh();
     void refreshChannels(QComboBox& picker, int current) const;
+    void refreshRows();
+    void playIdent(size_t speaker);
+    // The profile's device, without channels when there is none.
+    AudioOutputDevice device() const;
     QComboBox* channelPicker(const QString& name, std::function<void(OutputProfile&, int)> edit);
     void edit(const std::function<void(OutputProfile&)>& change);
 
     SettingsStore& settings_;
     OutputProfile profile_;
     std::vector<AudioOutputDevice> devices_;
-    int defaultChannels_ = 0;
+    std::optional<uint32_t> defaultDevice_;
+    SpeakerTest& test_;
     QFormLayout* form_;
     QLineEdit* name_;
     QComboBox* kind_;
@@ -51,6 +63,8 @@ private:
     QComboBox* right_;
     QComboBox* layout_;
     QWidget* speakerPart_;
+    QPushButton* byPosition_ = nullptr;
+    QLabel* warning_ = nullptr;
     QGridLayout* grid_ = nullptr;
     QWidget* gridBox_ = nullptr;
     std::vector<SpeakerRow> rows_;

@@ -11,13 +11,14 @@ class AudioDevices;
 class LibraryRoots;
 class LibrarySearch;
 class SettingsStore;
+class SpeakerTest;
 
 class SettingsWindow : public QWidget {
     Q_OBJECT
 public:
     // `addFolder` lets the user choose folders for the library and adds them.
     SettingsWindow(SettingsStore& settings, LibraryRoots& roots, LibrarySearch& search, const AudioDevices& devices,
-                   std::function<void()> addFolder);
+                   SpeakerTest& test, std::function<void()> addFolder);
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;

@@ -13,6 +13,8 @@ struct Banner {
     QString text;
     QString button;  // empty: none
     std::function<void()> action;
+    QString secondButton = {};
+    std::function<void()> secondAction = {};
 };
 
 class BannerStack : public QWidget {

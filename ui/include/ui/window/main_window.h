@@ -5,7 +5,9 @@
 #include <QTimer>
 #include <filesystem>
 #include <functional>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "ui/window/recent_files.h"
 
@@ -13,6 +15,7 @@ class QSplitter;
 
 namespace brindlehum {
 
+struct Banner;
 class AppModel;
 class BannerStack;
 class BrowserView;
@@ -65,6 +68,7 @@ private:
     void connectParts();
     void refreshBanners();
     bool mayRemove(const std::string& root, bool losesWords);
+    void addFitBanner(std::vector<Banner>& banners);
     void fitPlayer();
     int basePlayerHeight() const;
     void restore();
@@ -82,6 +86,7 @@ private:
     int playerExtra_ = 0;  // logical pixels that the user has made the player higher
     QTimer saveSoon_;
     RecentFiles recentFiles_;
+    std::optional<std::string> readProblem_;  // of the settings; dismissed by the user
 };
 
 }  // namespace brindlehum
