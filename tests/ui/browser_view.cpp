@@ -325,7 +325,7 @@ TEST_F(Browser, WordsOfAFailedSaveStayWithTheReasonUntilTheyAreSaved) {
 }
 
 TEST_F(Browser, RemovingAFolderAsksForWordsThatOnlyTheCatalogHolds) {
-    const auto path = file("lib/a.flac", 1, {test::FileKind::flac});
+    const auto path = file("lib/a.caf", 1, {test::FileKind::caf});
     ASSERT_TRUE(index());
     library.edits().save({{{"DESCRIPTION", "wind"}}, std::nullopt}, {path});
     ASSERT_TRUE(idle());
