@@ -204,6 +204,18 @@ TEST_F(Browser, ANewFileAppearsAndLeavesTheSelectionAlone) {
     EXPECT_EQ(QGuiApplication::clipboard()->text().toStdString(), path.string() + "\n" + (root / "a.wav").string());
 }
 
+TEST_F(Browser, FocusReturnsToTheTableOnceItHasRowsAgain) {
+    sound("a.wav", "x");
+    std::filesystem::create_directories(root / "empty");
+    library.listing().open(root / "empty");
+    table.setFocus();
+    ASSERT_TRUE(idle());
+    EXPECT_TRUE(field.hasFocus()) << "an empty table isn't shown";
+    library.listing().open(root);
+    ASSERT_TRUE(idle());
+    EXPECT_TRUE(table.hasFocus());
+}
+
 TEST_F(Browser, AFileOpenedFromOutsideIsNeverEditedAsTheRowSelectedBefore) {
     const auto old = sound("old.wav", "Old");
     ASSERT_TRUE(index());

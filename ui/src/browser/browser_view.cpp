@@ -7,6 +7,7 @@
 #include <QMenu>
 #include <QStackedLayout>
 #include <QVBoxLayout>
+#include <utility>
 
 #include "library/model/folder_listing.h"
 #include "library/model/info_cache.h"
@@ -142,7 +143,13 @@ void BrowserView::showState() {
     if (empty) { empty_->setTexts(state_.title, state_.hint, state_.actionText); }
     const bool hadFocus = table_->hasFocus();
     stack_->setCurrentWidget(empty ? static_cast<QWidget*>(empty_) : table_);
-    if (hadFocus && empty) { bar_->field().setFocus(); }
+    if (hadFocus && empty) {
+        bar_->field().setFocus();
+        lentFocus_ = true;
+    } else if (!empty && std::exchange(lentFocus_, false) && bar_->field().hasFocus() &&
+               bar_->field().text().isEmpty()) {
+        table_->setFocus();
+    }
 }
 
 void BrowserView::act() {

@@ -61,6 +61,7 @@ private:
     ElidedLabel* message_;
     BrowserActions actions_;
     BrowserState state_;
+    bool lentFocus_ = false;  // the search field has the focus because the table was empty
     QFileSystemWatcher watcher_;
     QTimer settle_;  // gathers a burst of changes into one listing
 };
