@@ -2,6 +2,7 @@
 #include "pipewire_stream.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "base/error.h"
 
@@ -145,8 +146,8 @@ void PipeWireStream::refused() noexcept {
 
 void PipeWireStream::close() {
     links_.clear();
-    if (filter_) { pw_filter_destroy(filter_); }
-    filter_ = nullptr;
+    // Destroying it reports a change of state, and a filter that is still known would then be linked once more.
+    if (pw_filter* filter = std::exchange(filter_, nullptr)) { pw_filter_destroy(filter); }
     if (rateEvent_) { pw_loop_destroy_source(session_->loop().events(), rateEvent_); }
     rateEvent_ = nullptr;
 }
