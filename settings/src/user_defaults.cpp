@@ -85,12 +85,12 @@ std::optional<std::string> FileDefaults::problem() const {
     return problem_;
 }
 
-void FileDefaults::setOnProblem(std::function<void()> heard) {
+void FileDefaults::setOnProblem(const std::function<void()>& heard) {
     const std::lock_guard lock(lock_);
-    onProblem_ = std::move(heard);
+    onProblem_ = heard;
 }
 
-void FileDefaults::setProblem(std::optional<std::string> problem) {
+void FileDefaults::setProblem(const std::optional<std::string>& problem) {
     // Called under the lock, so that nobody is called after setOnProblem has replaced him.
     const std::lock_guard lock(lock_);
     if (std::exchange(problem_, problem) != problem && onProblem_) { onProblem_(); }

@@ -299,6 +299,10 @@ TEST(RenderContext, ControlSideMayPublishDuringARender) {
     }
     done = true;
     control.join();
-    EXPECT_GT(loudest, 0.1);
     EXPECT_LT(loudest, 20);
+    // How loud it was meanwhile depends on the schedule. After all those changes it plays as ever.
+    bench.play(bench.ring(1, 4096, one), configs[0]);
+    bench.context.setGain(1);
+    bench.render(1000);
+    EXPECT_EQ(bench.render(1000)[0][999], 1);
 }

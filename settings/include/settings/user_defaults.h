@@ -23,7 +23,7 @@ public:
     // Why the values couldn't be read or stored, as a text for the user; none while all is well.
     virtual std::optional<std::string> problem() const { return std::nullopt; }
     // `heard` is called on any thread after the problem has changed. Empty: nobody.
-    virtual void setOnProblem(std::function<void()> /*heard*/) {}
+    virtual void setOnProblem(const std::function<void()>& /*heard*/) {}
 };
 
 // Reads one JSON file, `$XDG_CONFIG_HOME/Brindlehum/defaults.json`, once; it holds one text for each key. Its own queue
@@ -40,7 +40,7 @@ public:
     std::optional<std::string> data(const std::string& key) const override;
     void set(const std::string& key, const std::string& value) override;
     std::optional<std::string> problem() const override;
-    void setOnProblem(std::function<void()> heard) override;
+    void setOnProblem(const std::function<void()>& heard) override;
     // Stores the set values at once. False when they aren't on the disk after `patience` seconds.
     bool flush(double patience);
     static std::filesystem::path defaultFile();
@@ -50,7 +50,7 @@ private:
 
     void schedule();                                      // under the lock
     void store();                                         // on the queue
-    void setProblem(std::optional<std::string> problem);  // on the queue
+    void setProblem(const std::optional<std::string>& problem);  // on the queue
 
     const std::filesystem::path file_;
     mutable std::mutex lock_;

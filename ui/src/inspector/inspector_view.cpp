@@ -284,7 +284,7 @@ void InspectorView::goOn() {
     if (!parked_.empty()) {
         Draft next = std::move(parked_.front());
         parked_.pop_front();
-        return take(std::move(next));
+        return take(next);
     }
     if (urlsOf(selected_) != urls_) { return followSelection(); }
     refreshState();
@@ -297,13 +297,13 @@ void InspectorView::saveEnded(std::list<Draft>::iterator draft, const QString& p
         settled_ = nullptr;
         back.problem = problem;
         const bool isFree = !fields_.hasEdits() || back.files == urls_;
-        isFree ? take(std::move(back)) : parked_.push_back(std::move(back));
+        isFree ? take(back) : parked_.push_back(std::move(back));
     }
     if (!hasUnsaved() && settled_) { std::exchange(settled_, nullptr)(); }
 }
 
 // What the user has typed since for the same files stays.
-void InspectorView::take(Draft draft) {
+void InspectorView::take(const Draft& draft) {
     const InspectorFields typed = std::exchange(fields_, {});
     const bool isSame = draft.files == urls_;
     problem_ = draft.problem;

@@ -80,7 +80,7 @@ private:
     void followSelection();
     void goOn();
     void saveEnded(std::list<Draft>::iterator draft, const QString& problem);
-    void take(Draft draft);
+    void take(const Draft& draft);
 
     MetadataEdits& edits_;
     SettingsStore& settings_;
