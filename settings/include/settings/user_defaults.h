@@ -48,8 +48,8 @@ public:
 private:
     using Values = std::map<std::string, std::string>;
 
-    void schedule();                                      // under the lock
-    void store();                                         // on the queue
+    void schedule();                                             // under the lock
+    void store();                                                // on the queue
     void setProblem(const std::optional<std::string>& problem);  // on the queue
 
     const std::filesystem::path file_;
