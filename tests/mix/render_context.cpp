@@ -276,9 +276,9 @@ TEST(RenderContext, ControlSideMayPublishDuringARender) {
     std::atomic<bool> done{false};
     std::atomic<int> rounds{0};
     std::atomic<int> blocks{0};
+    std::vector<std::shared_ptr<const void>> replaced;
     std::thread control([&] {
         std::mt19937 random(7);
-        std::vector<std::shared_ptr<const void>> replaced;
         while (!done) {
             bench.play(rings[random() % 3], configs[random() % 2]);
             bench.context.setGain(double(random() % 3) / 2);
