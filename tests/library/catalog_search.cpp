@@ -260,6 +260,7 @@ TEST_F(CatalogSearch, UnderstandsPhrasesAlternativesFieldsAndPartsOfWords) {
         {"keywords:metal", {"Doorslam 2", "Doorslam 10", "Gate"}},
         {"keywords:\"metal\" OR rain", {"Doorslam 2", "Doorslam 10", "Rain"}},
         {"keywords:sub-bass", {"Doorslam 2", "Doorslam 10"}},
+        {"keywords:\"metal,\n\nsub\"", {"Doorslam 2", "Doorslam 10"}},
         {"metal -keywords:metal", {"Rain"}},
         {"name:rain", {"Rain"}},
         {"name:metal", {}},

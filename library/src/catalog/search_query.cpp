@@ -202,7 +202,11 @@ bool hasField(const QueryTerm& term) {
 std::pair<std::string, std::string> condition(const QueryTerm& term) {
     if (!hasField(term)) { return {"f.id IN (SELECT rowid FROM fts WHERE fts MATCH ?)", expression(term)}; }
     std::string words;
-    for (const QueryWord& word : term.words) { words += (word.isPhrase ? '=' : '*') + word.text + '\n'; }
+    for (const QueryWord& word : term.words) {
+        std::string line = (word.isPhrase ? '=' : '*') + word.text;
+        std::ranges::replace(line, '\n', ' ');  // a phrase may hold line breaks
+        words += line + '\n';
+    }
     return {"holds_words(iif(json_valid(f.meta), json_extract(f.meta, '$." + term.field + "'), ''), ?)", words};
 }
 
