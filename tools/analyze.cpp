@@ -5,6 +5,7 @@
 #include "analysed_file.h"
 #include "analysis/music_analysis_json.h"
 #include "base/error.h"
+#include "base/stored_path.h"
 #include "command.h"
 
 namespace brindlehum::cli {
@@ -29,7 +30,7 @@ void print(Json line, MusicAnalysis analysis) {
 void analyzeFile(const std::string& file, const AnalysisWords& overrides) {
     AnalysedFile result = analyseFile(file, overrides);
     const auto status = result.outcome.status;
-    Json line = {{"url", file}, {"status", rawValue(status)}};
+    Json line = {{"url", storedPath(file)}, {"status", rawValue(status)}};
     if (status == AnalysisOutcome::Status::done) {
         print(std::move(line), std::move(*result.outcome.analysis));
         return;
