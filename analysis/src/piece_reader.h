@@ -6,6 +6,7 @@
 #include <span>
 
 #include "analysis/grid_builder.h"
+#include "analysis/harmony_frames.h"
 #include "analysis/loudness.h"
 #include "analysis/spectral_frames.h"
 #include "analysis/tempo_analyzer.h"
@@ -22,6 +23,7 @@ struct PieceFeatures {
     TempoAnalyzer::Envelopes envelopes;
     GridBuilder::PulseLevels levels;
     SpectralFrames spectrum;
+    HarmonyFrames harmony;
     LoudnessResult loudness;
 };
 
@@ -39,6 +41,7 @@ private:
     RmsTrack attackLevels_{GridBuilder::PulseLevels::attackHop};
     RmsTrack onsetLevels_{GridBuilder::PulseLevels::onsetHop};
     SpectralExtractor spectrum_;
+    HarmonyReader harmony_;
 };
 
 // Asks `goOn` before each block of about a third of a second; returns none once it says no. Throws the source's Error,
