@@ -89,6 +89,19 @@ TEST(WaveformPicture, LanesFillTheirShareOfTheHeight) {
     }
 }
 
+TEST(WaveformPicture, LanesBelongToGroupsOfSpeakers) {
+    using enum LaneGroup;
+    const std::vector<std::pair<LaneGroup, std::vector<const char*>>> groups = {
+        {front, {"L", "R", "C", "Lw", "Rw", "Lc", "Rc"}},
+        {lfe, {"LFE"}},
+        {surround, {"Ls", "Rs", "Lss", "Rss", "Lrs", "Rrs", "Cs"}},
+        {height, {"Ltf", "Rtf", "Ltm", "Rtr", "Tc"}},
+        {other, {"", "1", "12", "W", "Y"}}};
+    for (const auto& [group, labels] : groups) {
+        for (const char* label : labels) { EXPECT_EQ(laneGroup(label), group) << label; }
+    }
+}
+
 TEST(RulerTicks, LabelsStandApartAndCoverTheFile) {
     for (const double seconds : {0.004, 0.3, 1.0, 7.5, 59.9, 61.0, 600.0, 3601.0, 360000.0}) {
         for (const double width : {120.0, 700.0, 3000.0}) {

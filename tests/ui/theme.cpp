@@ -29,6 +29,9 @@ TEST(Theme, TextIsLegibleOnEveryGround) {
             EXPECT_GE(contrast(wave.wave, wave.background), 3);
             EXPECT_GE(contrast(wave.playhead, wave.background), 3);
             EXPECT_GE(contrast(wave.label, wave.background), 4.5);
+            for (const auto& band : {wave.front, wave.lfe, wave.surround, wave.height}) {
+                EXPECT_GE(contrast(band, wave.background), 3) << band.name().toStdString();
+            }
         }
     }
     EXPECT_NEAR(contrast(Qt::black, Qt::white), 21, 1e-6);

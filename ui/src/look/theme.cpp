@@ -32,7 +32,11 @@ Theme makeDark() {
                       .selection = QColor(126, 200, 255, 58),
                       .playhead = QColor("#ffb454"),
                       .label = QColor("#c9d0d8"),
-                      .labelPlate = QColor(16, 18, 22, 200)};
+                      .labelPlate = QColor(16, 18, 22, 200),
+                      .front = QColor("#7ec8ff"),
+                      .lfe = QColor("#ff8f6b"),
+                      .surround = QColor("#b79bff"),
+                      .height = QColor("#ffd54a")};
     theme.hudWaveform = theme.waveform;
     theme.hudWaveform.background = QColor("#0b0c0f");
     return theme;
@@ -59,7 +63,11 @@ Theme makeLight() {
                       .selection = QColor(30, 120, 210, 46),
                       .playhead = QColor("#c2410c"),
                       .label = QColor("#3c444f"),
-                      .labelPlate = QColor(255, 255, 255, 205)};
+                      .labelPlate = QColor(255, 255, 255, 205),
+                      .front = QColor("#1b6fb8"),
+                      .lfe = QColor("#b3401a"),
+                      .surround = QColor("#6a46c2"),
+                      .height = QColor("#8a6a00")};
     theme.hudWaveform = theme.waveform;
     theme.hudWaveform.background = QColor("#f7f8f9");
     return theme;

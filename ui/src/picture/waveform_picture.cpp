@@ -6,14 +6,17 @@
 #include <QList>
 #include <algorithm>
 #include <cmath>
+#include <string_view>
 
 namespace brindlehum::WaveformPicture {
 namespace {
 
 constexpr double laneFill = 0.46;  // half height of the drawing, of the lane's height
-constexpr double labelInset = 4;   // logical pixels
+constexpr double labelInset = 6;   // logical pixels, as is the next
+constexpr double bandWidth = 4;
 constexpr double labelPoints = 9;
-constexpr double minLabelLane = 9;  // logical pixels; in lower lanes nobody could read them
+constexpr size_t maxLanes = 16;  // of an overview
+constexpr size_t minBanded = 3;  // lanes; one or two can't be confused
 
 // A float file may hold any value; what lies far outside the picture needn't be drawn to scale.
 double reach(float value) {
@@ -62,7 +65,41 @@ void paintLabel(QPainter& painter, const QPointF& corner, Qt::Alignment side, co
     painter.drawText(plate, Qt::AlignCenter, text);
 }
 
+const QColor& groupColor(LaneGroup group, const WaveformColors& colors) {
+    switch (group) {
+        case LaneGroup::front:
+            return colors.front;
+        case LaneGroup::lfe:
+            return colors.lfe;
+        case LaneGroup::surround:
+            return colors.surround;
+        case LaneGroup::height:
+            return colors.height;
+        case LaneGroup::other:
+            break;
+    }
+    return colors.label;
+}
+
+// A pixel is left free between two bands, so that lanes of one group can be counted.
+void paintBands(QPainter& painter, const QSizeF& size, const std::vector<std::string>& labels,
+                const WaveformColors& colors, double laneHeight) {
+    if (labels.size() < minBanded) { return; }
+    for (size_t lane = 0; lane < labels.size() && double(lane) * laneHeight < size.height(); ++lane) {
+        const QRectF band(0, laneHeight * double(lane) + 1, bandWidth, laneHeight - 1);
+        painter.fillRect(band, groupColor(laneGroup(labels[lane]), colors));
+    }
+}
+
 }  // namespace
+
+LaneGroup laneGroup(const std::string& label) {
+    if (label == "LFE") { return LaneGroup::lfe; }
+    if (label == "L" || label == "R" || label == "C") { return LaneGroup::front; }
+    if (label.empty() || std::string_view("LRCT").find(label[0]) == std::string_view::npos) { return LaneGroup::other; }
+    if (label.find('t') != std::string::npos || label[0] == 'T') { return LaneGroup::height; }
+    return label.back() == 's' ? LaneGroup::surround : LaneGroup::front;
+}
 
 float peak(const WaveformData& data) {
     float most = 0;
@@ -105,7 +142,7 @@ Span span(int64_t lower, int64_t upper, int64_t totalFrames, double width) {
 
 void paintLanes(QPainter& painter, const QSizeF& size, double dpr, const WaveformData* data, int64_t totalFrames,
                 const std::vector<std::string>& labels, const WaveformColors& colors) {
-    const size_t lanes = data && data->channels > 0 ? size_t(data->channels) : labels.size();
+    const size_t lanes = data && data->channels > 0 ? size_t(data->channels) : std::min(labels.size(), maxLanes);
     if (lanes == 0 || size.isEmpty()) { return; }
     const double laneHeight = size.height() / double(lanes);
     const double gain = data ? viewGain(peak(*data)) : 1;
@@ -124,6 +161,7 @@ void paintLanes(QPainter& painter, const QSizeF& size, double dpr, const Wavefor
         painter.drawRects(laneColumns(*data, lane, totalFrames, columns, middle, scale));
     }
     painter.restore();
+    paintBands(painter, size, labels, colors, laneHeight);
 
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setFont(labelFont(laneHeight));

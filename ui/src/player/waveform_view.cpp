@@ -5,6 +5,7 @@
 #include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
+#include <QToolTip>
 #include <cmath>
 
 #include "ui/look/file_drag.h"
@@ -214,6 +215,21 @@ void WaveformView::keyPressEvent(QKeyEvent* event) {
         return;
     }
     QWidget::keyPressEvent(event);
+}
+
+int WaveformView::lanes() const {
+    constexpr size_t most = 16;  // that an overview holds
+    return int(data_ ? size_t(data_->channels) : std::min(labels_.size(), most));
+}
+
+// Names the lane under the pointer, also where the lanes are too low for their labels.
+bool WaveformView::event(QEvent* event) {
+    if (event->type() != QEvent::ToolTip || lanes() < 1) { return QWidget::event(event); }
+    const auto* help = static_cast<QHelpEvent*>(event);
+    const auto lane = size_t(std::clamp(help->pos().y() * lanes() / std::max(height(), 1), 0, lanes() - 1));
+    const QString name = lane < labels_.size() ? QString::fromStdString(labels_[lane]) : QString();
+    QToolTip::showText(help->globalPos(), name, this);
+    return true;
 }
 
 void WaveformView::changeEvent(QEvent* event) {

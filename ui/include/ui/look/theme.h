@@ -15,6 +15,8 @@ struct WaveformColors {
     QColor playhead;
     QColor label;
     QColor labelPlate;
+    // Of the bands at the lanes' edges, by group of speakers.
+    QColor front, lfe, surround, height;
     bool operator==(const WaveformColors&) const = default;
 };
 

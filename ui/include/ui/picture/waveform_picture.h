@@ -28,6 +28,12 @@ struct Buckets {
 };
 Buckets bucketsUnder(int column, int columns, const WaveformData& data, int64_t totalFrames);
 
+// The group of speakers that a lane belongs to, by its label.
+enum class LaneGroup { front, lfe, surround, height, other };
+LaneGroup laneGroup(const std::string& label);
+// The height of the lowest lane that still shows its label, in logical pixels.
+inline constexpr double minLabelLane = 9;
+
 // Left edge of the playhead, which is `playheadWidth` logical pixels wide.
 inline constexpr double playheadWidth = 1.5;
 double playheadX(double frame, int64_t totalFrames, double width);
@@ -38,7 +44,7 @@ struct Span {
 };
 Span span(int64_t lower, int64_t upper, int64_t totalFrames, double width);
 
-// Paints lanes, separators, lane labels and the gain label into `size` logical pixels at device pixel ratio `dpr`;
+// Paints lanes, separators, lane labels, bands in the colours of the lanes' groups and the gain label into `size` logical pixels at device pixel ratio `dpr`;
 // `data` may be null. The background and the selection are the caller's.
 void paintLanes(QPainter& painter, const QSizeF& size, double dpr, const WaveformData* data, int64_t totalFrames,
                 const std::vector<std::string>& labels, const WaveformColors& colors);

@@ -37,6 +37,7 @@ public:
     const std::optional<FrameRange>& selection() const { return selection_; }
     const WaveformGesture::Gesture& gesture() const { return gesture_; }
     int64_t frameAt(double x) const { return WaveformGesture::frameAt(x, width(), totalFrames_); }
+    int lanes() const;
     // How often the lanes have been painted.
     int pictureCount() const { return pictureCount_; }
     QSize sizeHint() const override { return {720, 200}; }
@@ -46,6 +47,7 @@ Q_SIGNALS:
     void hovered(qint64 frame);
 
 protected:
+    bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
