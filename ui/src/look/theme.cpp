@@ -18,6 +18,7 @@ Theme makeDark() {
     theme.control = QColor("#2a2e35");
     theme.hover = QColor("#353a43");
     theme.border = QColor("#3d434d");
+    theme.outline = QColor("#7a828e");
     theme.text = QColor("#e8eaed");
     theme.secondary = QColor("#a6aeb9");
     theme.disabled = QColor("#6a717c");
@@ -49,6 +50,7 @@ Theme makeLight() {
     theme.control = QColor("#ffffff");
     theme.hover = QColor("#e6e9ed");
     theme.border = QColor("#c6ccd4");
+    theme.outline = QColor("#7e8692");
     theme.text = QColor("#1a1d21");
     theme.secondary = QColor("#545c68");
     theme.disabled = QColor("#9aa2ad");
@@ -126,10 +128,11 @@ QString Theme::styleSheet() const {
     if (!file.open(QIODevice::ReadOnly)) { return {}; }
     QString sheet = QString::fromUtf8(file.readAll());
     // Longer names first: @accentGround holds @accent.
-    const std::array<std::pair<const char*, QString>, 12> tokens = {{{"@accentGround", accentGround.name()},
+    const std::array<std::pair<const char*, QString>, 13> tokens = {{{"@accentGround", accentGround.name()},
                                                                      {"@onAccent", onAccent.name()},
                                                                      {"@secondary", secondary.name()},
                                                                      {"@disabled", disabled.name()},
+                                                                     {"@outline", outline.name()},
                                                                      {"@warning", warning.name()},
                                                                      {"@control", control.name()},
                                                                      {"@accent", accent.name()},

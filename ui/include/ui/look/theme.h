@@ -20,14 +20,16 @@ struct WaveformColors {
     bool operator==(const WaveformColors&) const = default;
 };
 
-// Text colours have a contrast of at least 4.5 on every ground where they are used (WCAG 2.1, level AA).
+// Text colours have a contrast of at least 4.5 on every ground where they are used, and whatever a control is found or
+// read by has one of at least 3 (WCAG 2.1, level AA).
 struct Theme {
     bool dark = false;
     QColor window;   // ground of the windows
     QColor panel;    // lists, fields, menus
     QColor control;  // buttons at rest
     QColor hover;
-    QColor border;
+    QColor border;   // lines that only decorate
+    QColor outline;  // edges of fields and handles of scroll bars, by which they are found
     QColor text;
     QColor secondary;  // less important text
     QColor disabled;   // exempt from the contrast rule
