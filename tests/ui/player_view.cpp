@@ -85,6 +85,24 @@ TEST_F(PlayerViewTest, MenusChooseAndShowTheChoice) {
     EXPECT_EQ(model.settings().activeProfile().name, "Headphones");
 }
 
+TEST_F(PlayerViewTest, AnOverrideIsShownWithAWayBack) {
+    ASSERT_TRUE(load(file("eight.wav", 8)));
+    EXPECT_EQ(entries("Source format"),
+              (QStringList{"*Auto (7.1)", "7.1", "7.1 Film", "8-ch discrete", "7.1 (WAVE order)"}));
+    EXPECT_FALSE(shows("Back to Auto (7.1)"));
+    choose("Source format", 3);
+    EXPECT_TRUE(shows("Source format: 7.1 Film (set)"));
+    EXPECT_TRUE(shows("Back to Auto (7.1)"));
+    EXPECT_EQ(entries("Source format").last(),
+              "For All 8-Channel Files in “" + QString::fromStdString(folder.path().filename().string()) + "”");
+    choose("Source format", 7);
+    EXPECT_TRUE(shows("Source format: 7.1 Film (folder)"));
+    EXPECT_TRUE(entries("Source format").last().startsWith('*'));
+    named<QToolButton>(view, "Back to Auto (7.1)")->click();
+    EXPECT_FALSE(player.sound().formatOverride());
+    EXPECT_TRUE(shows("Source format: Auto (7.1)"));
+}
+
 TEST_F(PlayerViewTest, TogglesAndLevelFollowTheModelAndChangeIt) {
     auto* autoPlay = named<QToolButton>(view, "Auto-play");
     autoPlay->click();

@@ -12,6 +12,7 @@
 #include "audio/wave/waveform.h"
 #include "base/file_version.h"
 #include "platform/background.h"
+#include "settings/format_overrides.h"
 
 namespace brindlehum {
 
@@ -21,7 +22,7 @@ class LoadedSound : public QObject {
     Q_OBJECT
 public:
     // `pool` reads the waveform.
-    LoadedSound(Background& loader, MainLoop& loop, WorkerPool& pool);
+    LoadedSound(Background& loader, MainLoop& loop, WorkerPool& pool, FormatOverrides& formats);
     ~LoadedSound() override;
 
     const std::optional<AudioFileInfo>& info() const { return info_; }
@@ -39,8 +40,13 @@ public:
     // Handles a start while another file is being probed: plays that file once it is loaded, instead of the sound that
     // it replaces. Returns false when no file is being probed.
     bool playOnceLoaded();
-    // Lasts until another file is loaded; none restores the detected format.
+    // Remembered for the file, also for later runs; none restores the detected format.
     void setFormatOverride(std::optional<SourceFormat> format);
+    // The override that the loaded file's folder has for files of as many channels; none without one.
+    std::optional<SourceFormat> folderOverride() const;
+    // Remembers the override in force for the folder, and lets the file follow it; or forgets the folder's, and keeps
+    // that of the file.
+    void setForFolder(bool forFolder);
 
 Q_SIGNALS:
     void changed();
@@ -58,6 +64,7 @@ private:
     };
     static Probe probe(const std::filesystem::path& path, const Background::Task& task);
     void didLoad(Probe probe);
+    void showOverride(std::optional<SourceFormat> format);
     void didCheck(std::optional<Probe> found);
     void loadWaveform();
     void cancelWaveform();
@@ -65,6 +72,7 @@ private:
     Background& loader_;
     MainLoop& loop_;
     WorkerPool& pool_;
+    FormatOverrides& formats_;
     std::optional<AudioFileInfo> info_;
     WaveformPtr waveform_;
     std::optional<SourceFormat> formatOverride_;

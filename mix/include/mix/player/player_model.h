@@ -30,6 +30,7 @@ public:
     ListeningSetup& listening() { return listening_; }
     DragOut& dragOut() { return dragOut_; }
     PlayerMessage& message() { return message_; }
+    FormatOverrides& formats() { return formats_; }
 
     // The calls that the application itself makes; the parts document each.
     void load(const std::filesystem::path& path, bool autoPlay) { sound_.load(path, autoPlay); }
@@ -51,6 +52,7 @@ private:
 
     PlayerMessage message_;
     EngineSeat seat_;
+    FormatOverrides formats_;
     LoadedSound sound_;
     ListeningSetup listening_;
     Transport transport_;
