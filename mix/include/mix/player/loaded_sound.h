@@ -11,6 +11,7 @@
 #include "audio/probe/audio_file_info.h"
 #include "audio/wave/waveform.h"
 #include "base/file_version.h"
+#include "mix/player/wave_detail.h"
 #include "platform/background.h"
 #include "settings/format_overrides.h"
 
@@ -27,6 +28,7 @@ public:
 
     const std::optional<AudioFileInfo>& info() const { return info_; }
     WaveformPtr waveform() const { return waveform_; }  // null, then growing snapshots, then the complete one
+    WaveDetail& detail() { return detail_; }
     const std::optional<SourceFormat>& formatOverride() const { return formatOverride_; }
     std::optional<SourceFormat> source() const;  // the override, else the detected format; none without a file
     std::vector<std::string> laneLabels() const;
@@ -66,6 +68,7 @@ private:
     void didLoad(Probe probe);
     void showOverride(std::optional<SourceFormat> format);
     void didCheck(std::optional<Probe> found);
+    WaveDetail::Open openDetail() const;
     void loadWaveform();
     void cancelWaveform();
 
@@ -75,6 +78,7 @@ private:
     FormatOverrides& formats_;
     std::optional<AudioFileInfo> info_;
     WaveformPtr waveform_;
+    WaveDetail detail_;
     std::optional<SourceFormat> formatOverride_;
     std::shared_ptr<WaveformLoader> waveLoader_;
     FileVersion version_;           // of the loaded file
