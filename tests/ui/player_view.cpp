@@ -7,6 +7,7 @@
 
 #include "ui/look/menu_button.h"
 #include "ui/look/value_slider.h"
+#include "ui/player/meter_view.h"
 #include "ui/player/player_view.h"
 #include "window_fixture.h"
 
@@ -103,6 +104,23 @@ TEST_F(PlayerViewTest, AnOverrideIsShownWithAWayBack) {
     named<QToolButton>(view, "Back to Auto (7.1)")->click();
     EXPECT_FALSE(player.sound().formatOverride());
     EXPECT_TRUE(shows("Source format: Auto (7.1)"));
+}
+
+TEST_F(PlayerViewTest, TheMeterNamesItsOutputsAndClearsOnAClick) {
+    ASSERT_TRUE(load(file("loud.wav", 2)));
+    auto* meter = named<MeterView>(view, "Output meter");
+    player.listening().setVolumeDB(40);
+    player.play(0);
+    ASSERT_TRUE(loop.runUntil([&] { return player.isPlaying(); }));
+    for (int i = 0; i < 4; ++i) { audio.pump(512); }
+    loop.advance(1.0 / 30);
+    EXPECT_TRUE(meter->textAt(5).startsWith("L ")) << meter->textAt(5).toStdString();
+    EXPECT_TRUE(meter->textAt(5).endsWith("over (click to clear)")) << meter->textAt(5).toStdString();
+    const QColor mark = meter->grab().toImage().pixelColor(5, 5);
+    EXPECT_EQ(mark, Theme::current().over);
+    QTest::mouseClick(meter, Qt::LeftButton);
+    EXPECT_FALSE(player.meter().outputs()[0].level.isOver);
+    EXPECT_FALSE(meter->textAt(5).contains("over"));
 }
 
 TEST_F(PlayerViewTest, TogglesAndLevelFollowTheModelAndChangeIt) {

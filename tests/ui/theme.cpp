@@ -59,6 +59,7 @@ TEST(Theme, TextIsLegibleOnEveryGround) {
             EXPECT_GE(contrast(theme->accent, ground), 3) << "focus rings and icons of pressed toggles";
         }
         EXPECT_GE(contrast(theme->warning, theme->window), 4.5);
+        EXPECT_GE(contrast(theme->over, theme->window), 3);
         for (const auto& ground : {theme->window, theme->panel, theme->control}) {
             EXPECT_GE(contrast(theme->outline, ground), 3) << "edges of fields on " << ground.name().toStdString();
         }

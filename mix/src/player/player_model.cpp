@@ -13,6 +13,7 @@ PlayerModel::PlayerModel(PlaybackEngine& engine, SettingsStore& settings, MainLo
       listening_(seat_, settings, sound_, message_),
       transport_(seat_, loader_, loop, sound_, listening_, message_, std::move(open)),
       dragOut_(sound_, transport_, message_),
+      meter_(engine, settings, loop, transport_),
       loader_(loop, "Brindlehum.loader") {
     wire();
 }

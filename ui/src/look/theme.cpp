@@ -26,6 +26,7 @@ Theme makeDark() {
     theme.onAccent = QColor("#08201d");
     theme.accentGround = QColor("#1f4a45");
     theme.warning = QColor("#ffb86b");
+    theme.over = QColor("#ff5d52");
     theme.star = QColor("#ffd54a");
     theme.waveform = {.background = QColor("#101216"),
                       .wave = QColor("#57c7b8"),
@@ -58,6 +59,7 @@ Theme makeLight() {
     theme.onAccent = QColor("#ffffff");
     theme.accentGround = QColor("#cdebe7");
     theme.warning = QColor("#8f4a00");
+    theme.over = QColor("#c4261c");
     theme.star = QColor("#a87b00");
     theme.waveform = {.background = QColor("#ffffff"),
                       .wave = QColor("#16877e"),

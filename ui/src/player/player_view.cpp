@@ -11,6 +11,7 @@
 #include "ui/look/elided_label.h"
 #include "ui/look/symbol_label.h"
 #include "ui/player/drag_handle.h"
+#include "ui/player/meter_view.h"
 #include "ui/player/player_header.h"
 #include "ui/player/soundfield_row.h"
 #include "ui/player/source_bar.h"
@@ -75,6 +76,7 @@ QWidget* PlayerView::makeLoaded(WaveformView::Style style) {
     auto* row = new QHBoxLayout;
     row->setSpacing(6);
     row->addWidget(wave_ = new WavePanel(player_.sound(), player_.transport(), player_.dragOut(), style), 1);
+    row->addWidget(new MeterView(player_.meter()));
     layout->addLayout(row, 1);
     return box;
 }

@@ -37,6 +37,7 @@ struct Theme {
     QColor onAccent;      // text on accent
     QColor accentGround;  // ground of chosen rows and pressed toggles; carries `text`
     QColor warning;
+    QColor over;                 // marks of a meter's over-range
     QColor star;                 // of a rating
     WaveformColors waveform;     // of windows
     WaveformColors hudWaveform;  // of panels that float over other programs
