@@ -13,8 +13,7 @@
 
 namespace brindlehum::LibraryScanner {
 
-inline constexpr size_t batchFiles = 256;        // files per transaction
-inline constexpr double mtimeTolerance = 0.001;  // seconds
+inline constexpr size_t batchFiles = 256;  // files per transaction
 
 struct Progress {
     enum class Phase : uint8_t { finding, reading, removing };
@@ -36,6 +35,8 @@ struct Result {
     int64_t removed = 0;                 // rows of files that are gone
     bool writeFailed = false;            // some rows couldn't be written; the next scan tries again
     std::optional<std::string> message;  // for the user: a failed write, or why rows of missing files were kept
+    // The catalog has a row for each file that was found.
+    bool isWhole() const { return outcome == Outcome::complete && !writeFailed; }
 };
 
 struct Options {
