@@ -40,6 +40,21 @@ struct Move {
     EditTime time;
 };
 
+std::optional<Move> oneMove(Statement& select) {
+    if (!select.step()) { return std::nullopt; }
+    return Move{std::string(select.text(0)), timeOf(select.integer(1))};
+}
+
+std::optional<Move> lastMove(const Database& database, const std::string& source) {
+    Statement select(database, "SELECT target, time FROM moves WHERE source = ? ORDER BY time DESC LIMIT 1");
+    return oneMove(select.bind(source));
+}
+
+std::optional<Move> nextMove(const Database& database, const std::string& source, EditTime after) {
+    Statement select(database, "SELECT target, time FROM moves WHERE source = ? AND time > ? ORDER BY time LIMIT 1");
+    return oneMove(select.bind(source, numberOf(after)));
+}
+
 }  // namespace
 
 void apply(const FieldEdit& edit, SoundMeta& meta) {
@@ -67,29 +82,33 @@ SoundMeta CatalogEdits::over(const std::string& path, SoundMeta held) const {
     } catch (const Error&) { return held; }
 }
 
-std::vector<CatalogEdits::Unsent> CatalogEdits::unsent(const std::string& root) const {
-    std::vector<Unsent> all;
+CatalogEdits::Unsent CatalogEdits::unsent(const std::string& root) const {
+    Unsent unsent;
     try {
         const ReaderPool::Lease lease = catalog_.parts_->readers.lease();
-        Statement select(*lease,
-                         "SELECT field, value, time, writer, embedded, unsent, path, (SELECT source FROM moves "
-                         "WHERE target = edits.path AND time = edits.time) FROM edits WHERE root = ? AND unsent "
-                         "ORDER BY time, path, embedded");
-        for (select.bind(root); select.step();) {
-            FieldEdit edit = readEdit(select);
-            const std::string path(select.text(6)), from(select.text(7));
-            const auto belongs = [&](const Unsent& last) {
-                return last.path == path && last.time == edit.time && last.edits[0].embedded == edit.embedded;
+        Statement edits(
+            *lease,
+            "SELECT field, value, time, writer, embedded, unsent, path FROM edits WHERE root = ? AND unsent "
+            "ORDER BY time, path, embedded");
+        for (edits.bind(root); edits.step();) {
+            FieldEdit edit = readEdit(edits);
+            const std::string path(edits.text(6));
+            const auto belongs = [&](const FileEdit& last) {
+                return last.path == path && last.fields[0].time == edit.time &&
+                       last.fields[0].embedded == edit.embedded;
             };
-            if (all.empty() || !belongs(all.back())) {
-                all.push_back({path, edit.time, from.empty() ? std::nullopt : std::optional(from), {}});
-            }
-            all.back().edits.push_back(std::move(edit));
+            if (unsent.edits.empty() || !belongs(unsent.edits.back())) { unsent.edits.push_back({path, {}}); }
+            unsent.edits.back().fields.push_back(std::move(edit));
+        }
+        Statement moves(*lease, "SELECT source, target, time FROM moves WHERE root = ? AND unsent ORDER BY time");
+        for (moves.bind(root); moves.step();) {
+            unsent.renames.push_back(
+                {std::string(moves.text(0)), std::string(moves.text(1)), timeOf(moves.integer(2)), true});
         }
     } catch (const Error&) {
         // The next call finds them again.
     }
-    return all;
+    return unsent;
 }
 
 std::vector<FieldEdit> CatalogEdits::of(const std::string& path) const {
@@ -106,10 +125,12 @@ bool CatalogEdits::merge(const std::string& path, const std::string& root, const
     return sqlite3_changes(parts.writer.handle()) > 0;
 }
 
-void CatalogEdits::markSent(const std::string& path, EditTime time) {
+void CatalogEdits::setUnsent(const std::string& path, EditTime time, bool unsent) {
     Catalog::Parts& parts = *catalog_.parts_;
-    Statement update(parts.writer, "UPDATE edits SET unsent = 0 WHERE path = ? AND time = ?");
-    parts.expect(update.bind(path, numberOf(time)).run());
+    for (const char* text : {"UPDATE edits SET unsent = ? WHERE path = ? AND time = ?",
+                             "UPDATE moves SET unsent = ? WHERE target = ? AND time = ?"}) {
+        parts.expect(Statement(parts.writer, text).bind(int(unsent), path, numberOf(time)).run());
+    }
 }
 
 EditTime CatalogEdits::newest(const std::string& path) const {
@@ -119,37 +140,43 @@ EditTime CatalogEdits::newest(const std::string& path) const {
     return timeOf(select.bind(path).step() ? select.integer(0) : 0);
 }
 
-std::set<std::string> CatalogEdits::rename(const std::string& from, const std::string& to, const std::string& root,
-                                           EditTime time, const Exists& exists) {
-    std::set<std::string> touched;
+std::set<std::string> CatalogEdits::rename(const Rename& rename, const std::string& root, const Exists& exists) {
     Catalog::Parts& parts = *catalog_.parts_;
     Statement insert(parts.writer,
-                     "INSERT INTO moves (source, target, root, time) VALUES (?, ?, ?, ?) ON CONFLICT DO NOTHING");
-    parts.expect(insert.bind(from, to, root, numberOf(time)).run());
+                     "INSERT INTO moves (source, target, time, root, unsent) VALUES (?, ?, ?, ?, ?) "
+                     "ON CONFLICT DO NOTHING");
+    parts.expect(insert.bind(rename.from, rename.to, numberOf(rename.time), root, int(rename.unsent)).run());
+    std::set<std::string> touched;
     Statement remove(parts.writer, "DELETE FROM edits WHERE path = ? AND field = ?");
-    for (const FieldEdit& edit : of(from)) {
-        const auto path = current(from, edit.time, exists);
-        if (path == from) { continue; }
-        if (path && merge(*path, root, edit)) { touched.insert(*path); }
-        parts.expect(remove.bind(from, edit.field).run());
-        touched.insert(from);
+    const std::string path = follow(rename.to, rename.time, exists);
+    for (const FieldEdit& edit : of(rename.from)) {
+        if (path == rename.from || (edit.time > rename.time && exists(rename.from))) { continue; }
+        if (merge(path, root, edit)) { touched.insert(path); }
+        parts.expect(remove.bind(rename.from, edit.field).run());
+        touched.insert(rename.from);
     }
     return touched;
 }
 
-std::optional<std::string> CatalogEdits::current(const std::string& path, EditTime time, const Exists& exists) const {
-    Statement select(catalog_.parts_->writer,
-                     "SELECT target, time FROM moves WHERE source = ? AND time > ? ORDER BY time DESC LIMIT 1");
-    std::string at = path;
-    // Only renames that are later than the one before: a file that was given its old name again ends the search.
-    for (int64_t after = 0; select.bind(at, after).step();) {
-        const Move move{std::string(select.text(0)), timeOf(select.integer(1))};
-        if (move.time >= time) { return std::nullopt; }
-        if (exists(at)) { break; }
-        at = move.target;
-        after = numberOf(move.time);
+std::string CatalogEdits::current(const std::string& path, EditTime time, const Exists& exists) const {
+    const Database& writer = catalog_.parts_->writer;
+    auto move = nextMove(writer, path, time - EditTime::duration(1));
+    if (!move && !exists(path)) { move = lastMove(writer, path); }
+    return move ? follow(move->target, move->time, exists) : path;
+}
+
+std::string CatalogEdits::follow(std::string at, EditTime came, const Exists& exists) const {
+    const Database& writer = catalog_.parts_->writer;
+    std::set<std::string> left;
+    while (true) {
+        // The next rename of this file is later than the one that brought it here; by a wrong clock, it may be earlier.
+        auto move = nextMove(writer, at, came);
+        if (!move && !left.contains(at) && !exists(at)) { move = lastMove(writer, at); }
+        if (!move) { return at; }
+        left.insert(at);
+        at = move->target;
+        came = move->time;
     }
-    return at;
 }
 
 }  // namespace brindlehum

@@ -37,8 +37,7 @@ constexpr const char* schema[] = {
     "unsent INTEGER NOT NULL, PRIMARY KEY (path, field)) WITHOUT ROWID;",
     "CREATE INDEX IF NOT EXISTS edits_unsent ON edits(root) WHERE unsent;",
     "CREATE TABLE IF NOT EXISTS moves (source TEXT NOT NULL, time INTEGER NOT NULL, target TEXT NOT NULL, "
-    "root TEXT NOT NULL, PRIMARY KEY (source, time, target)) WITHOUT ROWID;",
-    "CREATE INDEX IF NOT EXISTS moves_target ON moves(target, time);",
+    "root TEXT NOT NULL, unsent INTEGER NOT NULL, PRIMARY KEY (source, time, target)) WITHOUT ROWID;",
 };
 
 // Reads a page of each table: a damaged root page must fail now, not give empty results later.

@@ -104,19 +104,41 @@ std::optional<std::string> failureOf(const std::function<void()>& call) {
     return std::nullopt;
 }
 
-Entry entryOf(const CatalogEdits::Unsent& unsent, const std::string& root, const std::string& owner) {
+// What waits to be sent, as entries with the times and paths that the catalog knows them by.
+struct Waiting {
+    Entry entry;
+    std::string path;
+};
+
+std::vector<Waiting> waitingIn(const CatalogEdits& edits, const std::string& root, const std::string& owner) {
     const auto relative = [&](const std::string& path) { return path.substr(root.size() + (root == "/" ? 0 : 1)); };
-    Entry entry{.path = relative(unsent.path), .changes = {}, .user = owner, .time = unsent.time};
-    if (unsent.from) { entry.from = relative(*unsent.from); }
-    for (const FieldEdit& edit : unsent.edits) {
-        entry.embedded = edit.embedded;
-        if (edit.field == FieldEdit::rating) {
-            entry.changes.rating = std::stoi(edit.value);
-        } else {
-            entry.changes.fields[edit.field] = edit.value;
-        }
+    const auto entryFor = [&](const std::string& path, EditTime time) {
+        Entry entry;
+        entry.path = relative(path);
+        entry.user = owner;
+        entry.time = time;
+        return entry;
+    };
+    const CatalogEdits::Unsent unsent = edits.unsent(root);
+    std::vector<Waiting> all;
+    for (const CatalogEdits::Rename& rename : unsent.renames) {
+        Entry entry = entryFor(rename.to, rename.time);
+        entry.from = relative(rename.from);
+        all.push_back({std::move(entry), rename.to});
     }
-    return entry;
+    for (const auto& [path, fields] : unsent.edits) {
+        Entry entry = entryFor(path, fields[0].time);
+        entry.embedded = fields[0].embedded;
+        for (const FieldEdit& edit : fields) {
+            if (edit.field == FieldEdit::rating) {
+                entry.changes.rating = std::stoi(edit.value);
+            } else {
+                entry.changes.fields[edit.field] = edit.value;
+            }
+        }
+        all.push_back({std::move(entry), path});
+    }
+    return all;
 }
 
 }  // namespace
@@ -158,17 +180,16 @@ std::optional<std::string> send(const std::filesystem::path& root, Catalog& cata
                                 const std::string& path) {
     const std::string rootPath = canonicalPath(root);
     CatalogEdits edits(catalog);
-    const auto waiting = edits.unsent(rootPath);
-    std::vector<const CatalogEdits::Unsent*> sent;
+    const auto waiting = waitingIn(edits, rootPath, owner);
+    std::vector<const Waiting*> sent;
     std::optional<std::string> logFailure;
     std::optional<std::string> unshared;
     for (const auto& each : waiting) {
-        const Entry entry = entryOf(each, rootPath, owner);
-        auto failure = failureOf([&] { lineOf(entry); });
+        auto failure = failureOf([&] { lineOf(each.entry); });
         if (!failure) {
             // Once the log has failed, the others would fail, too.
             if (!logFailure) {
-                logFailure = failureOf([&] { append(root, entry); });
+                logFailure = failureOf([&] { append(root, each.entry); });
             }
             failure = logFailure;
         }
@@ -179,7 +200,7 @@ std::optional<std::string> send(const std::filesystem::path& root, Catalog& cata
     // If this fails, the next call sends them again, which changes nothing for readers.
     failureOf([&] {
         catalog.write([&] {
-            for (const auto* each : sent) { edits.markSent(each->path, each->time); }
+            for (const auto* each : sent) { edits.setUnsent(each->path, each->entry.time, false); }
         });
     });
     return unshared;

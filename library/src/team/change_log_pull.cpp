@@ -87,7 +87,7 @@ public:
         // Looks at the disk now, before the transaction.
         const std::string path = pathOf(entry.path);
         look(path);
-        if (!entry.embedded) { entry.embedded = isHeldByFile(path); }
+        if (!entry.embedded) { entry.embedded = !entry.changes.isEmpty() && isHeldByFile(path); }
         entries_.push_back(std::move(entry));
     }
 
@@ -133,16 +133,13 @@ private:
 
     bool merge(const Entry& entry) {
         const auto exists = [this](const std::string& path) { return look(path).has_value(); };
-        bool changed = false;
-        if (const auto path = edits_.current(pathOf(entry.path), entry.time, exists)) {
-            changed = mergeFields(*path, entry);
+        const std::string path = pathOf(entry.path);
+        if (entry.from) {
+            for (const auto& each : edits_.rename({pathOf(*entry.from), path, entry.time}, root_, exists)) {
+                touched_[each].freed = true;
+            }
         }
-        if (!entry.from) { return changed; }
-        const std::string from = pathOf(*entry.from);
-        for (const auto& path : edits_.rename(from, pathOf(entry.path), root_, entry.time, exists)) {
-            touched_[path].freed = true;
-        }
-        return changed;
+        return mergeFields(edits_.current(path, entry.time, exists), entry);
     }
 
     bool mergeFields(const std::string& path, const Entry& entry) {

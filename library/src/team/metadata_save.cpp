@@ -37,6 +37,11 @@ std::string nameOfLog(const std::string& user) {
     return ChangeLog::logFile("/", user).stem().string();
 }
 
+std::string value(const SoundMeta& meta, std::string_view field) {
+    const SoundMeta::Tag* tag = SoundMeta::tag(field);
+    return tag != nullptr ? meta.*tag->field : std::to_string(meta.rating);
+}
+
 // One edit of one file, on its way into the catalog.
 class Filing {
 public:
@@ -72,13 +77,15 @@ public:
         const struct stat facts = factsOf(path_);
         catalog_.write([&] {
             const EditTime time = std::max(now, std::max(edits_.newest(row.path), edits_.newest(path_)) + next);
+            const auto words = edits_.of(row.path);
             const auto isApart = [](const FieldEdit& edit) { return !edit.embedded; };
-            const bool embedded = MetaIO::canWrite(path_) && std::ranges::none_of(edits_.of(row.path), isApart);
-            for (const SoundMeta::Tag& tag : SoundMeta::ixmlTags) {
-                put(tag.name, row.meta.*tag.field, time, embedded);
+            const bool embedded = MetaIO::canWrite(path_) && std::ranges::none_of(words, isApart);
+            const auto strangers = edits_.of(path_);  // the words of a file that had this name and is gone
+            edits_.rename({row.path, path_, time, logged_}, root_, [](const std::string&) { return true; });
+            for (const FieldEdit& edit : strangers) { put(edit.field, value(row.meta, edit.field), time, embedded); }
+            for (const FieldEdit& edit : words) {
+                if (logged_ && isApart(edit)) { edits_.setUnsent(path_, edit.time, true); }
             }
-            put(FieldEdit::rating, std::to_string(row.meta.rating), time, embedded);
-            edits_.rename(row.path, path_, root_, time, [](const std::string&) { return true; });
             catalog_.upsert(path_, row.root, stampOf(facts), info, row.meta);
             catalog_.remove(row.path);
         });

@@ -22,35 +22,44 @@ public:
     // Call these anywhere. All paths are canonical and absolute. Without a database that can be read, there are no
     // edits. `held`, which the file holds, with the newer words over it that the file doesn't hold.
     SoundMeta over(const std::string& path, SoundMeta held) const;
-    // The edits of one file that were made at one time and aren't in our log yet. `from` is its name before, if that
-    // edit is a rename.
-    struct Unsent {
+    struct FileEdit {
         std::string path;
-        EditTime time;
-        std::optional<std::string> from;
-        std::vector<FieldEdit> edits;  // alike in `embedded`
+        std::vector<FieldEdit> fields;  // at least one; alike in `time` and `embedded`
     };
-    std::vector<Unsent> unsent(const std::string& root) const;  // the oldest first
+    struct Rename {
+        std::string from;
+        std::string to;
+        EditTime time;
+        bool unsent = false;
+    };
+    // What our log of this root doesn't have yet, the oldest first.
+    struct Unsent {
+        std::vector<FileEdit> edits;
+        std::vector<Rename> renames;
+    };
+    Unsent unsent(const std::string& root) const;
 
     // Call these only inside Catalog::write(). All of them see what that write has changed before.
     std::vector<FieldEdit> of(const std::string& path) const;
     // Keeps the edit if it is newer than that of the same field: later, or at the same time by the writer with the
     // greater name, or a later line of the same writer. `root` is the library root that the edit belongs to.
     bool merge(const std::string& path, const std::string& root, const FieldEdit& edit);
-    void markSent(const std::string& path, EditTime time);
+    // Of the file's edits of that time, and of a rename to this path.
+    void setUnsent(const std::string& path, EditTime time, bool unsent);
     // The time of the newest edit or rename of the file at this path; a new edit must be later.
     EditTime newest(const std::string& path) const;
 
-    // A rename takes the words along: the edit that records it has all fields under the new path. Earlier edits of the
-    // old path end with it. Later ones were made under a name that somebody didn't know was old: they follow, unless
-    // `exists` finds another file there by now. Returns the paths that an edit came to or left.
+    // Edits belong to a file, so they follow it to its new path, also those that become known later. An edit of the old
+    // path that is later than the rename follows, too, since somebody didn't know of the rename, unless `exists` finds
+    // another file at the old path by now. Returns the paths that an edit came to or left.
     using Exists = std::function<bool(const std::string& path)>;
-    std::set<std::string> rename(const std::string& from, const std::string& to, const std::string& root, EditTime time,
-                                 const Exists& exists);
-    // The path to which an edit of this path belongs; none when a later rename has taken the words along.
-    std::optional<std::string> current(const std::string& path, EditTime time, const Exists& exists) const;
+    std::set<std::string> rename(const Rename& rename, const std::string& root, const Exists& exists);
+    // The present path of the file that had this path at the time of an edit.
+    std::string current(const std::string& path, EditTime time, const Exists& exists) const;
 
 private:
+    std::string follow(std::string at, EditTime came, const Exists& exists) const;
+
     Catalog& catalog_;
 };
 

@@ -35,8 +35,8 @@ struct Saved {
 Saved save(const std::filesystem::path& file, const MetadataChanges& changes, Catalog* catalog,
            const std::vector<std::string>& roots, const std::string& user, EditTime now = ChangeLog::now());
 
-// Moves the row of a file that was renamed, and its edits, and logs the rename with all its words. Throws Error, and
-// changes nothing, when the catalog can't be written.
+// Moves the row of a file that was renamed, and its edits, and logs the rename, and under the new path all words that
+// the file doesn't hold. Throws Error, and changes nothing, when the catalog can't be written.
 void renamed(const Catalog::Row& row, const std::filesystem::path& to, Catalog& catalog,
              const std::vector<std::string>& roots, const std::string& user, EditTime now = ChangeLog::now());
 
