@@ -6,6 +6,7 @@
 #include <limits>
 #include <nlohmann/json.hpp>
 
+#include "base/stored_path.h"
 #include "library/team/change_log.h"
 
 namespace brindlehum::ChangeLog {
@@ -93,10 +94,10 @@ std::optional<int> intOf(const json& value) {
 }  // namespace
 
 std::optional<std::string> Entry::encoded() const {
-    json object = {{"path", path}, {"fields", changes.fields}, {"user", user}, {"time", isoTime(time)}};
+    json object = {{"path", storedPath(path)}, {"fields", changes.fields}, {"user", user}, {"time", isoTime(time)}};
     if (changes.rating) { object["rating"] = *changes.rating; }
     if (embedded) { object["embedded"] = *embedded; }
-    if (from) { object["from"] = *from; }
+    if (from) { object["from"] = storedPath(*from); }
     try {
         return object.dump();
     } catch (const json::exception&) { return std::nullopt; }
@@ -107,7 +108,7 @@ std::optional<Entry> Entry::decode(std::string_view line) {
     if (!object.is_object()) { return std::nullopt; }
     Entry entry;
     try {
-        object.at("path").get_to(entry.path);
+        entry.path = pathFromStored(object.at("path").get<std::string>());
         for (const auto& [name, text] : object.at("fields").get_ref<const json::object_t&>()) {
             entry.changes.fields[name] = text.get<std::string>();
         }
@@ -118,7 +119,9 @@ std::optional<Entry> Entry::decode(std::string_view line) {
         if (const auto embedded = object.find("embedded"); embedded != object.end()) {
             entry.embedded = embedded->get<bool>();
         }
-        if (const auto from = object.find("from"); from != object.end()) { entry.from = from->get<std::string>(); }
+        if (const auto from = object.find("from"); from != object.end()) {
+            entry.from = pathFromStored(from->get<std::string>());
+        }
     } catch (const json::exception&) { return std::nullopt; }
     if (const auto rating = object.find("rating"); rating != object.end() && !rating->is_null()) {
         entry.changes.rating = intOf(*rating);
