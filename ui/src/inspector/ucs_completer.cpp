@@ -29,7 +29,7 @@ UCSCompleter::UCSCompleter(QLineEdit& line, Fitting fitting)
     setMaxVisibleItems(rowsShown);
     setWidget(&line);
     popup()->setProperty("role", "completion");
-    popup()->setItemDelegate(new QStyledItemDelegate(popup()));  // the usual one takes no padding from a style sheet
+    popup()->setItemDelegate(new QStyledItemDelegate(popup()));     // the usual one takes no padding from a style sheet
     popup()->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);  // it would take a row's height without being shown
     popup()->setAccessibleName("UCS entries");
     connect(&line, &QLineEdit::textEdited, this,
