@@ -9,6 +9,7 @@
 #include "dsp/signal_spectrum.h"
 #include "frame_slicer.h"
 #include "harmony_fold.h"
+#include "pitch_fold.h"
 
 namespace brindlehum {
 
@@ -22,7 +23,7 @@ public:
     SpectralExtractor();
     // Usable samples at Signal::analysisRate.
     void push(std::span<const float> block);
-    SpectralFrames finish() { return std::move(frames_); }
+    SpectralFrames finish();
     HarmonyFrames finishHarmony() { return harmony_.finish(); }
 
 private:
@@ -32,6 +33,7 @@ private:
     std::vector<Run> classRuns_, bandRuns_;
     SpectralFrames frames_;  // of every second frame
     HarmonyFold harmony_;
+    PitchFold pitches_;
     bool second_ = false;
 };
 

@@ -90,8 +90,14 @@ void SpectralExtractor::push(std::span<const float> block) {
         if (std::exchange(second_, !second_)) { return; }
         frames_.chroma.push_back(fold<SpectralFrames::Chroma>(classRuns_, magnitudes_));
         frames_.bands.push_back(fold<SpectralFrames::Bands>(bandRuns_, magnitudes_));
+        pitches_.add(magnitudes_);
         frames_.rms.push_back(Signal::rms({frame, size_t(SpectralFrames::frameSize)}, 0, SpectralFrames::frameSize));
     });
+}
+
+SpectralFrames SpectralExtractor::finish() {
+    frames_.pitches = pitches_.finish();
+    return std::move(frames_);
 }
 
 SpectralFrames::SpectralFrames(std::span<const float> mono22k) {

@@ -9,6 +9,7 @@
 
 #include "analysis/bar_lines.h"
 #include "analysis/grid_builder.h"
+#include "analysis/key_analyzer.h"
 #include "analysis/read_planar.h"
 #include "analysis/tempo_analyzer.h"
 #include "bars/weigh.h"
@@ -46,6 +47,9 @@ json evidenceOf(const std::filesystem::path& path) {
     const double middle = cpu();
     out["grid"] = gridOf(BarLines::choose(guess, *tempo, levels, harmony));
     out["seconds"] = {middle - start, cpu() - middle, duration};
+    const KeyResult key = KeyAnalyzer::analyze(SpectralFrames(mono), guess.bpm, tempo->score);
+    out["key"] = key.tonic + " " + key.mode;
+    out["keyConfidence"] = key.confidence;
     const auto sound = bars::soundOf(tempo->envFull, tempo->envLow, harmony, duration);
     const auto all = bars::weigh(*tempo, sound, levels, std::nullopt, std::nullopt);
     for (const auto& weight : bars::weights) { out["names"].push_back(weight.name); }
