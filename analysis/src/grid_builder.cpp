@@ -79,8 +79,8 @@ MusicGrid build(const TempoResult& tempo, const PulseLevels& levels, double dura
         grid.attackShift = 0;
         return grid;
     }
-    const auto pulse = DownbeatDetector::detectLevels(levels.onsets, PulseLevels::onsetHop / Signal::analysisRate,
-                                                      grid.bpm, grid.beatsPerBar);
+    const auto pulse =
+        DownbeatDetector::detectLevels(levels.onsets, PulseLevels::onsetSeconds, grid.bpm, grid.beatsPerBar);
     grid.downbeatConfidence = pulse.confidence;
     grid.grooveStart = pulse.grooveStart;
     return grid;

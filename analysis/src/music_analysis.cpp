@@ -8,11 +8,26 @@
 #include "analysis/grid_builder.h"
 #include "analysis/tempo_analyzer.h"
 #include "analysis/text.h"
+#include "base/error.h"
 #include "base/text.h"
 #include "dsp/signal.h"
 #include "piece_reader.h"
 
 namespace brindlehum {
+
+namespace {
+
+// Refuses what a few bytes can claim, and what would fill disk and memory without being a piece of music.
+void refuseUnlikely(double seconds, double sampleRate) {
+    if (sampleRate < lowestAnalysisRate) {
+        throw Error("A sample rate of " + fixed(sampleRate, 0) + " Hz is too low for a music analysis");
+    }
+    if (seconds > longestAnalysis) {
+        throw Error(ErrorKind::tooLargeToLoad, "More than 6 hours are too long for a music analysis");
+    }
+}
+
+}  // namespace
 
 AnalysisOutcome analyzeMusic(const AnalysisInput& input, const AnalysisProgress& progress) {
     using Status = AnalysisOutcome::Status;
@@ -23,6 +38,7 @@ AnalysisOutcome analyzeMusic(const AnalysisInput& input, const AnalysisProgress&
 
     MusicAnalysis out;
     out.seconds = double(samples.frames()) / samples.sampleRate();
+    refuseUnlikely(out.seconds, samples.sampleRate());
     auto piece = readPiece(samples, input.source, [&] { return goOnTo(AnalysisStage::mono); });
     if (!piece) { return cancelled(); }
 

@@ -6,6 +6,7 @@
 #include <span>
 
 #include "analysis/grid_builder.h"
+#include "analysis/harmony_frames.h"
 #include "analysis/loudness.h"
 #include "analysis/spectral_frames.h"
 #include "analysis/tempo_analyzer.h"

@@ -39,7 +39,8 @@ json evidenceOf(const std::filesystem::path& path) {
     const auto tempo = TempoAnalyzer::analyze(mono);
     if (!tempo) { return out; }
     const double duration = double(read.channels[0].size()) / read.sampleRate;
-    const MusicGrid guess = GridBuilder::build(*tempo, mono, duration);
+    const GridBuilder::PulseLevels levels(mono);
+    const MusicGrid guess = GridBuilder::build(*tempo, levels, duration);
     out["guess"] = gridOf(guess);
     const GridBuilder::PulseLevels levels(mono);
     const double start = cpu();

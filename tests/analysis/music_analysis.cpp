@@ -75,6 +75,31 @@ TEST(MusicAnalysis, RefusesASecondOrLess) {
     EXPECT_EQ(analysed(Planes()).status, Status::tooShort);
 }
 
+// A source that only states how much it holds.
+class Claim : public SampleSource {
+public:
+    Claim(double rate, int64_t frames) : rate_(rate), frames_(frames) {}
+    double sampleRate() const override { return rate_; }
+    int channels() const override { return 1; }
+    int64_t frames() const override { return frames_; }
+    int read(int64_t, int, const float**) override {
+        ADD_FAILURE() << "reads what should be refused";
+        return 0;
+    }
+
+private:
+    double rate_;
+    int64_t frames_;
+};
+
+TEST(MusicAnalysis, RefusesRatesAndLengthsThatNoMusicHas) {
+    for (const auto& [rate, frames] :
+         {std::pair<double, int64_t>{1, 4096}, {0.01, 4096}, {1000, 4096}, {48000, int64_t(48000) * 3600 * 7}}) {
+        Claim claim(rate, frames);
+        EXPECT_THROW(analyzeMusic({claim, std::nullopt, "x.caf", {}, {}}), Error) << rate;
+    }
+}
+
 TEST(MusicAnalysis, DigitalSilenceHasNoPulse) {
     const Planes channels(2, std::vector<float>(20 * 22050, 0.0F));
     EXPECT_EQ(analysed(channels).status, Status::noPulse);

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <optional>
-#include <span>
 
 #include "analysis/grid_builder.h"
 #include "analysis/harmony_frames.h"

@@ -7,6 +7,7 @@
 
 #include "analysis/music_grid.h"
 #include "analysis/tempo_result.h"
+#include "dsp/signal.h"
 
 namespace brindlehum::GridBuilder {
 
@@ -14,8 +15,9 @@ namespace brindlehum::GridBuilder {
 struct PulseLevels {
     static constexpr int attackHop = 22;  // samples, 1 ms
     static constexpr int onsetHop = 110;  // 5 ms
-    std::vector<float> attacks;           // one entry per attackHop
-    std::vector<float> onsets;            // one entry per onsetHop
+    static constexpr double onsetSeconds = onsetHop / Signal::analysisRate;
+    std::vector<float> attacks;  // one entry per attackHop
+    std::vector<float> onsets;   // one entry per onsetHop
 
     PulseLevels() = default;
     explicit PulseLevels(std::span<const float> mono22k);

@@ -70,9 +70,14 @@ struct AnalysisOutcome {
 // the stage mono, which takes most of the time; returning false ends the analysis there.
 using AnalysisProgress = std::function<bool(AnalysisStage)>;
 
+// The slowest sample rate, in Hz, and the longest piece, in seconds, that are analysed.
+inline constexpr double lowestAnalysisRate = 2000;
+inline constexpr double longestAnalysis = 6 * 3600;
+
 // Runs all stages on the calling thread, which must be a background thread. No shared state. Memory doesn't grow with
 // the samples, but only with what the analysis keeps of them: some 130 MB up to 25 minutes, 350 MB for three hours.
-// Throws the source's Error, and Error when there is no room on disk for the working signal of a longer piece.
+// Throws the source's Error, Error when there is no room on disk for the working signal of a longer piece, and Error
+// beyond the two limits above.
 AnalysisOutcome analyzeMusic(const AnalysisInput& input, const AnalysisProgress& progress = {});
 
 }  // namespace brindlehum

@@ -47,10 +47,9 @@ MusicGrid choose(const MusicGrid& firstGuess, const TempoResult& tempo, const Gr
     layGrid(grid, all.bases[pulse.base], pulse, best);
     // The groove is that of the first guess unless its tempo or bars have changed.
     if (grid.beatsPerBar != firstGuess.beatsPerBar || std::abs(grid.bpm / firstGuess.bpm - 1) > 0.001) {
-        grid.grooveStart =
-            DownbeatDetector::detectLevels(levels.onsets, GridBuilder::PulseLevels::onsetHop / Signal::analysisRate,
-                                           grid.bpm, grid.beatsPerBar)
-                .grooveStart;
+        grid.grooveStart = DownbeatDetector::detectLevels(levels.onsets, GridBuilder::PulseLevels::onsetSeconds,
+                                                          grid.bpm, grid.beatsPerBar)
+                               .grooveStart;
     }
     grid.downbeatConfidence = choice->likelihood;
     return grid;

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <optional>
-#include <span>
 #include <vector>
 
 #include "analysis/grid_builder.h"
