@@ -196,9 +196,10 @@ void MainWindow::restore() {
     const UIState state = UIState::load(model_.defaults());
     resize(fittingSize(*this, firstSize));
     restoreGeometry(state.geometry);
-    if (!sideSplit_->restoreState(state.sidebarSplit)) { sideSplit_->setSizes({sidebarWidth, width() - sidebarWidth}); }
+    const int side = std::clamp(width() / 6, sidebarMinWidth, sidebarWidth);
+    if (!sideSplit_->restoreState(state.sidebarSplit)) { sideSplit_->setSizes({side, width() - side}); }
     if (!inspectorSplit_->restoreState(state.inspectorSplit)) {
-        inspectorSplit_->setSizes({width() - sidebarWidth - InspectorView::idealWidth, InspectorView::idealWidth});
+        inspectorSplit_->setSizes({width() - side - InspectorView::idealWidth, InspectorView::idealWidth});
     }
     browser_->table().restoreColumns(state.columns);
     sidebar_->setFolded(state.folded);
