@@ -212,6 +212,11 @@ TEST_F(Log, PullMergesAllLogsByTimeIntoTheCatalogAlone) {
     writeBytes(file, before);
     EXPECT_EQ(scan().read, 1);
     EXPECT_EQ(metaOf(file).description, "wind") << "after a touch, too";
+    catalog.removeRoot(root);
+    scan();
+    EXPECT_EQ(metaOf(file).description, "");
+    EXPECT_EQ(pull(), 4) << "a root that was removed is read from the start";
+    EXPECT_EQ(metaOf(file).description, "wind");
 }
 
 // At the start, the file holds words that are newer than all logs.
