@@ -92,6 +92,26 @@ TEST_F(Edits, ThatFailLeaveCatalogAndLogAlone) {
     EXPECT_EQ(logged(root).size(), 2U);
 }
 
+TEST_F(Edits, ThatTheLogLacksAreToldAndSentLater) {
+    const fs::path file = add("a.caf");
+    scanAll({root});
+    save({{}, 1}, {file});
+    const fs::path log = ChangeLog::logFile(root, ChangeLog::owner());
+    fs::create_hard_link(log, home / "second name");
+    save({{}, 2}, {file});
+    EXPECT_EQ(said.back(),
+              "Saved metadata to 1 file, 1 of them in the catalog only, but the team's log can't be written: "
+              "the file has a second name");
+    EXPECT_EQ(logged(root).size(), 1U);
+    fs::remove(home / "second name");
+    ChangeLog::pull(root, catalog);
+    ASSERT_EQ(logged(root).size(), 2U);
+    EXPECT_EQ(logged(root)[1].changes.rating, 2);
+    EXPECT_GT(logged(root)[1].time, logged(root)[0].time);
+    ChangeLog::pull(root, catalog);
+    EXPECT_EQ(logged(root).size(), 2U);
+}
+
 // What only the catalog knew of a file goes into the file with the first edit; what can't hold it stays with the row.
 TEST_F(Edits, WordsOfTheRowGoIntoTheFileOrStayWithTheRow) {
     const fs::path flac = add("a.flac");

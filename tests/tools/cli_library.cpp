@@ -62,7 +62,7 @@ TEST_F(CliLibrary, FindsAndCounts) {
     EXPECT_EQ(one({"facets", "catalog", catalog}),
               (json{{"total", 2}, {"categories", {{{"name", "DOORS"}, {"count", 1}}}}, {"libraries", json::array()}}));
     for (const char* command : {"search", "facets"}) { expectRefused({command}, ""); }
-    EXPECT_FALSE(std::filesystem::exists(folder / "data")) << "searching makes no catalog";
+    EXPECT_FALSE(std::filesystem::exists(folder / "data" / "Brindlehum" / "Catalog.sqlite")) << "searching makes none";
 }
 
 TEST_F(CliLibrary, PrintsAndChangesMetadata) {
