@@ -25,6 +25,7 @@
 #include "ui/inspector/inspector_view.h"
 #include "ui/look/grip_splitter.h"
 #include "ui/look/path_text.h"
+#include "ui/look/screen_fit.h"
 #include "ui/player/player_view.h"
 #include "ui/sidebar/sidebar_view.h"
 #include "ui/window/banner_stack.h"
@@ -41,8 +42,7 @@ namespace fs = std::filesystem;
 
 constexpr int saveDelayMs = 500;       // a window being sized changes many times a second
 constexpr QSize firstSize(1440, 900);  // where the screen has the room
-constexpr QSize aroundFirst(80, 100);
-constexpr int sidebarMinWidth = 190;  // logical pixels, as is the next
+constexpr int sidebarMinWidth = 150;   // logical pixels, as is the next
 constexpr int sidebarWidth = 230;
 
 QString audioFilter() {
@@ -194,7 +194,7 @@ void MainWindow::showSidebar(bool shown) {
 
 void MainWindow::restore() {
     const UIState state = UIState::load(model_.defaults());
-    resize(firstSize.boundedTo(screen()->availableSize() - aroundFirst));
+    resize(fittingSize(*this, firstSize));
     restoreGeometry(state.geometry);
     if (!sideSplit_->restoreState(state.sidebarSplit)) { sideSplit_->setSizes({sidebarWidth, width() - sidebarWidth}); }
     if (!inspectorSplit_->restoreState(state.inspectorSplit)) {
