@@ -52,6 +52,22 @@ TEST_F(CatalogSafety, RefusesWhatIsNoCatalogOfThisVersionOrCannotBeWritten) {
     EXPECT_EQ(refusal(file), 81) << "another file";
 }
 
+TEST_F(CatalogSafety, LongWaitForAnotherProgramIsAnnouncedWhileItLasts) {
+    PlainDatabase other(file);
+    int told = 0;
+    Catalog catalog(file, {[&] {
+                               ++told;
+                               other.exec("ROLLBACK");
+                           },
+                           {}});
+    put(catalog, "/a.wav", "/");
+    EXPECT_EQ(told, 0);
+    other.exec("BEGIN EXCLUSIVE");
+    put(catalog, "/b.wav", "/");
+    EXPECT_EQ(told, 1);
+    EXPECT_TRUE(catalog.row("/b.wav"));
+}
+
 TEST_F(CatalogSafety, SurvivesDamagedPages) {
     const int64_t size = int64_t(std::filesystem::file_size(file));
     for (int64_t at = 4096; at + 4096 <= size; at += 4096) {

@@ -73,8 +73,9 @@ MetadataEdits::MetadataEdits(const SettingsStore& settings, MainLoop& loop, Cata
 void MetadataEdits::save(const MetadataChanges& changes, const Paths& files,
                          const std::function<void(const Failures&)>& ended) {
     if (changes.isEmpty() || files.empty()) { return; }
-    const auto work = [this, changes, files, catalog = catalog_, &realPaths = realPaths_,
+    const auto work = [this, changes, files, &realPaths = realPaths_,
                        roots = settings_.value().libraryRoots](const Background::Task& task) {
+        Catalog* const catalog = catalog_;  // only now: it may have been opened meanwhile
         const auto realRoots = realPaths.of(roots);
         const std::string user = ChangeLog::owner();
         Outcome outcome;
@@ -99,7 +100,7 @@ void MetadataEdits::save(const MetadataChanges& changes, const Paths& files,
 
 void MetadataEdits::renameToUCS(const Paths& files) {
     if (!catalog_) { return; }
-    const auto plan = [files, catalog = catalog_] {
+    const auto plan = [files, catalog = catalog_.load()] {
         Moves moves;
         for (const auto& file : files) {
             const auto row = catalog->row(canonicalPath(file));
@@ -122,7 +123,7 @@ void MetadataEdits::undoRename() {
 // `plan` runs on the background queue.
 void MetadataEdits::rename(std::function<Moves()> plan, bool undoing) {
     edits_.run(
-        [plan = std::move(plan), catalog = catalog_] {
+        [plan = std::move(plan), catalog = catalog_.load()] {
             Moves done;
             for (const Move& move : plan()) {
                 const auto row = catalog->row(canonicalPath(move.from));
@@ -144,7 +145,7 @@ void MetadataEdits::rename(std::function<Moves()> plan, bool undoing) {
 void MetadataEdits::read(const Paths& files, const std::function<void(const std::vector<SoundMeta>&)>& done) {
     reads_.run(
         newestRead_,
-        [files, catalog = catalog_](const Background::Task& task) {
+        [files, catalog = catalog_.load()](const Background::Task& task) {
             std::vector<SoundMeta> metas;
             for (const auto& file : files) {
                 if (task.isStopped()) { break; }
