@@ -3,6 +3,7 @@
 
 #include <set>
 
+#include "catalog_test.h"
 #include "library/meta/meta_io.h"
 #include "library/team/change_log.h"
 #include "model_fixture.h"
@@ -41,6 +42,22 @@ protected:
     }
 };
 
+TEST_F(Edits, CatalogThatCannotBeWrittenIsReportedAndNoNameChangesWithoutIt) {
+    const fs::path wave = add("a.wav");
+    scanAll({root});
+    save({{{"CATEGORY", "WIND"}, {"CATID", "WINDGust"}, {"FXNAME", "Gale"}}, {}}, {wave});
+    PlainDatabase other(catalogFile);
+    other.exec("CREATE TRIGGER full BEFORE INSERT ON files BEGIN SELECT RAISE(ABORT, 'disk full'); END");
+    save({{{"DESCRIPTION", "wind"}}, {}}, {wave});
+    EXPECT_EQ(said.back(), "Saved metadata to 1 file, but the library catalog can't be written: disk full");
+    EXPECT_EQ(MetaIO::read(wave).description, "wind");
+    EXPECT_EQ(logged(root).back().changes.fields.at("DESCRIPTION"), "wind");
+    edits.renameToUCS({wave});
+    settle();
+    EXPECT_EQ(said.back(), "Renamed 0 files, 1 couldn't be renamed");
+    EXPECT_TRUE(fs::exists(wave));
+}
+
 TEST_F(Edits, ReachFileCatalogAndLog) {
     const fs::path wave = add("a.wav");
     const fs::path flac = add("b/c.flac");
@@ -56,7 +73,8 @@ TEST_F(Edits, ReachFileCatalogAndLog) {
     }
     ASSERT_EQ(logged(root).size(), 2U);
     EXPECT_EQ(logged(root)[1].path, "b/c.flac");
-    EXPECT_EQ(logged(root)[1].changes, first);
+    EXPECT_EQ(logged(root)[1].changes, (MetadataChanges{{{"DESCRIPTION", "wind"}}, 4}));
+    EXPECT_EQ(logged(root)[1].embedded, true);
 
     // Clearing a rating is an edit; the FLAC keeps its description.
     save({{}, 0}, {wave, flac});
