@@ -3,6 +3,7 @@
 
 #include <set>
 
+#include "catalog_test.h"
 #include "library/meta/meta_io.h"
 #include "library/team/change_log.h"
 #include "model_fixture.h"
@@ -40,6 +41,22 @@ protected:
         return entries;
     }
 };
+
+TEST_F(Edits, CatalogThatCannotBeWrittenIsReportedAndNoNameChangesWithoutIt) {
+    const fs::path wave = add("a.wav");
+    scanAll({root});
+    save({{{"CATEGORY", "WIND"}, {"CATID", "WINDGust"}, {"FXNAME", "Gale"}}, {}}, {wave});
+    PlainDatabase other(catalogFile);
+    other.exec("CREATE TRIGGER full BEFORE INSERT ON files BEGIN SELECT RAISE(ABORT, 'disk full'); END");
+    save({{{"DESCRIPTION", "wind"}}, {}}, {wave});
+    EXPECT_EQ(said.back(), "Saved metadata to 1 file, but the library catalog can't be written: disk full");
+    EXPECT_EQ(MetaIO::read(wave).description, "wind");
+    EXPECT_EQ(logged(root).back().changes.fields.at("DESCRIPTION"), "wind");
+    edits.renameToUCS({wave});
+    settle();
+    EXPECT_EQ(said.back(), "Renamed 0 files, 1 couldn't be renamed");
+    EXPECT_TRUE(fs::exists(wave));
+}
 
 TEST_F(Edits, ReachFileCatalogAndLog) {
     const fs::path wave = add("a.wav");
