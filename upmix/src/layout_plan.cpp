@@ -49,6 +49,9 @@ void addRoutes(UpmixPlan& plan, const SpeakerList& source, const Room& room, con
     }
 }
 
+// Angles that differ by less count as equal: rounding errors must not decide between mirror-symmetric speakers.
+constexpr double sameAngle = 1e-9;  // degrees
+
 // The source channel whose ambience a fill speaker gets: the nearest speaker of all pairs, the first of equals.
 int ownerOf(const Direction& fill, const SpeakerList& source, const std::vector<Pair>& pairs) {
     int owner = -1;
@@ -56,7 +59,7 @@ int ownerOf(const Direction& fill, const SpeakerList& source, const std::vector<
     for (const Pair& pair : pairs) {
         for (const int channel : {pair.sourceLeft, pair.sourceRight}) {
             const double angle = fill.angle(direction(source[size_t(channel)], source));
-            if (owner >= 0 && angle >= least) { continue; }
+            if (owner >= 0 && angle >= least - sameAngle) { continue; }
             owner = channel;
             least = angle;
         }
