@@ -2,6 +2,7 @@
 #include "analysed_file.h"
 #include "analysis/music_analysis_json.h"
 #include "base/error.h"
+#include "base/stored_path.h"
 #include "command.h"
 
 namespace brindlehum::cli {
@@ -10,7 +11,7 @@ namespace {
 void analyzeFile(const std::string& file, const AnalysisWords& overrides) {
     const AnalysedFile result = analyseFile(file, overrides);
     const auto status = result.outcome.status;
-    Json line = {{"url", file}, {"status", rawValue(status)}};
+    Json line = {{"url", storedPath(file)}, {"status", rawValue(status)}};
     if (status == AnalysisOutcome::Status::done) {
         line.update(Json(*result.outcome.analysis));
     } else {

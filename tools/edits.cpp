@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "base/error.h"
+#include "base/stored_path.h"
 #include "command.h"
 #include "edits/edit_plan.h"
 #include "edits/temp_edit_renderer.h"
@@ -89,7 +90,7 @@ Json toJson(const EditPlan& plan, const std::filesystem::path& file, double seco
             {"map", plan.map},
             {"quality", plan.quality},
             {"carryLoopTail", plan.carryLoopTail},
-            {"file", file.string()},
+            {"file", storedPath(file)},
             {"seconds", seconds}};
 }
 
@@ -101,15 +102,15 @@ std::filesystem::path folderOf(const std::filesystem::path& file) {
     return TempEditExporter::editsFolder(file, settings.tempEditsBesideSource, settings.pullsFolder);
 }
 
-Json toJson(const std::string& file, const TempEdits::Job& job, const TempEdits::Outcome& outcome) {
+Json toJson(const std::string& file, const TempEdits::Outcome& outcome) {
     Json plans = Json::array();
     for (size_t i = 0; i < outcome.result.files.size(); ++i) {
         plans.push_back(toJson(outcome.plans[i], outcome.result.files[i], outcome.result.seconds[i]));
     }
     const auto& notes = outcome.result.notes;
-    return {{"url", file},
-            {"folder", job.folder.string()},
-            {"notes", notes.empty() ? Json() : Json(notes.string())},
+    return {{"url", storedPath(file)},
+            {"folder", storedPath(outcome.result.folder)},
+            {"notes", notes.empty() ? Json() : Json(storedPath(notes))},
             {"plans", plans}};
 }
 
@@ -136,7 +137,7 @@ bool edits(Words words) {
     size_t next = 0;
     return eachFile(request.files, [&](const std::string& file) {
         const size_t i = next++;
-        print(toJson(file, jobs[i], outcomes[i]));
+        print(toJson(file, outcomes[i]));
         if (outcomes[i].status != TempEdits::Status::done) { throw Error(outcomes[i].reason); }
     });
 }
@@ -146,15 +147,16 @@ bool plan(Words words) {
     return eachFile(request.files, [&](const std::string& file) {
         const TempEdits::Planned planned = TempEdits::plan(file, request.options);
         if (planned.status != TempEdits::Status::done) { throw Error(planned.reason); }
-        const auto folder = folderOf(std::filesystem::absolute(file));
+        const auto source = std::filesystem::absolute(file);
+        const auto folder = TempEditExporter::folderFor(source, folderOf(source));
         const std::string base = std::filesystem::path(file).stem().string();
         Json plans = Json::array();
         for (const EditPlan& one : planned.plans) {
             const double frames = double(TempEditRenderer::length(one, planned.audio.sampleRate));
             plans.push_back(
-                toJson(one, folder / (base + " - " + one.name + ".wav"), frames / planned.audio.sampleRate));
+                toJson(one, TempEditExporter::fileOf(folder, base, one), frames / planned.audio.sampleRate));
         }
-        print({{"url", file}, {"folder", folder.string()}, {"plans", plans}});
+        print({{"url", storedPath(file)}, {"folder", storedPath(folder)}, {"plans", plans}});
     });
 }
 

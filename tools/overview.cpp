@@ -1,5 +1,6 @@
 // overview FILE...: prints the waveform of each file as minima and maxima.
 #include "audio/wave/waveform.h"
+#include "base/stored_path.h"
 #include "command.h"
 
 namespace brindlehum::cli {
@@ -8,7 +9,7 @@ bool overview(Words words) {
     return eachFile(words, [](const std::string& file) {
         const WaveformPtr data = WaveformLoader::overview(file);
         print({
-            {"url", file},
+            {"url", storedPath(file)},
             {"channels", data->channels},
             {"bucketFrames", data->bucketFrames},
             {"bucketCount", data->bucketCount},

@@ -9,6 +9,7 @@
 
 #include "analysed_file.h"
 #include "base/error.h"
+#include "base/stored_path.h"
 #include "command.h"
 #include "dsp/signal.h"
 #include "ui/picture/analysis_picture.h"
@@ -91,8 +92,8 @@ void pictureFile(const PictureRequest& request) {
     }
     save(drawn(file, request), request.out);
     print({
-        {"url", request.file},
-        {"out", request.out.native()},
+        {"url", storedPath(request.file)},
+        {"out", storedPath(request.out)},
         {"status", rawValue(file.outcome.status)},
         {"summary", file.outcome.analysis ? Json(file.outcome.analysis->summary()) : Json()},
         {"width", request.size.width()},

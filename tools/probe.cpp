@@ -1,5 +1,6 @@
 // probe FILE...: prints the facts of each file without playing it.
 #include "audio/probe/audio_file_info.h"
+#include "base/stored_path.h"
 #include "command.h"
 #include "format_json.h"
 
@@ -9,7 +10,7 @@ bool probe(Words words) {
     return eachFile(words, [](const std::string& file) {
         const AudioFileInfo info = AudioFileInfo::load(file);
         print({
-            {"url", info.url.native()},
+            {"url", storedPath(info.url)},
             {"sampleRate", info.sampleRate},
             {"channels", info.channels},
             {"frames", info.frames},

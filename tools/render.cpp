@@ -5,6 +5,7 @@
 #include "audio/speakers/channel_layout.h"
 #include "audio/stream/file_source.h"
 #include "base/error.h"
+#include "base/stored_path.h"
 #include "command.h"
 #include "float_wav.h"
 #include "format_json.h"
@@ -72,8 +73,8 @@ void renderFile(const RenderRequest& request) {
     wav.commit();
 
     print({
-        {"url", request.file.native()},
-        {"out", request.out.native()},
+        {"url", storedPath(request.file)},
+        {"out", storedPath(request.out)},
         {"format", toJson(format)},
         {"sampleRate", rate},
         {"channels", deviceChannels},

@@ -6,6 +6,7 @@
 
 #include "base/error.h"
 #include "base/path.h"
+#include "base/stored_path.h"
 #include "command.h"
 #include "library/scan/library_scanner.h"
 #include "library/team/change_log.h"
@@ -76,17 +77,19 @@ bool scan(Words words) {
     if (result.outcome == LibraryScanner::Result::Outcome::unreachable) { throw Error(result.message.value_or(root)); }
     const bool cancelled = result.outcome == LibraryScanner::Result::Outcome::cancelled;
     print({
-        {"root", root},
+        {"root", storedPath(root)},
         {"outcome", rawValue(result.outcome)},
         {"found", result.found},
         {"read", result.read},
         {"removed", result.removed},
         {"applied", cancelled ? 0 : ChangeLog::pull(root, *catalog)},
+        {"unread", result.unread},
         {"seconds", seconds},
         {"message", result.message ? Json(*result.message) : Json()},
     });
-    if (result.writeFailed) { printError(result.message.value_or(root)); }
-    return !cancelled && !result.writeFailed;
+    const bool incomplete = result.writeFailed || result.unread > 0;
+    if (incomplete) { printError(result.message.value_or(root)); }
+    return !cancelled && !incomplete;
 }
 
 }  // namespace brindlehum::cli

@@ -1,5 +1,6 @@
 // search WORDS... and facets: list the sounds of a catalog, in the browser's order and with its counts.
 #include "base/error.h"
+#include "base/stored_path.h"
 #include "command.h"
 #include "format_json.h"
 #include "library_words.h"
@@ -33,8 +34,8 @@ bool search(Words words) {
     }
     for (const Catalog::Row& row : existing(library)->search(filter, maxRows)) {
         print({
-            {"path", row.path},
-            {"root", row.root},
+            {"path", storedPath(row.path)},
+            {"root", storedPath(row.root)},
             {"duration", row.duration},
             {"sampleRate", row.sampleRate},
             {"channels", row.channels},

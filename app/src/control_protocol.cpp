@@ -113,9 +113,10 @@ Command command(const std::string& target) {
     const std::string path = url.path(QUrl::FullyDecoded).toStdString();
     const size_t first = path.find_first_not_of('/');
     if (first != std::string::npos) { out.name = path.substr(first, path.find_last_not_of('/') - first + 1); }
-    // A plus sign isn't a blank: this is a URL's query, not a form.
-    for (const auto& [key, value] : QUrlQuery(url).queryItems(QUrl::FullyDecoded)) {
-        out.params[key.toStdString()] = value.toStdString();
+    // A plus sign isn't a blank: this is a URL's query, not a form. Values are bytes: a path needn't be UTF-8.
+    for (const auto& [key, value] : QUrlQuery(url).queryItems(QUrl::FullyEncoded)) {
+        out.params[QUrl::fromPercentEncoding(key.toUtf8()).toStdString()] =
+            QByteArray::fromPercentEncoding(value.toUtf8()).toStdString();
     }
     return out;
 }

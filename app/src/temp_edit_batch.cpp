@@ -76,7 +76,7 @@ void TempEditBatch::conclude(const Jobs& jobs, const Result& result) {
     for (size_t i = 0; i < jobs.size(); ++i) {
         const TempEdits::Outcome& outcome = result.outcomes[i];
         if (outcome.status == TempEdits::Status::done) {
-            folders.push_back(jobs[i].folder);
+            folders.push_back(outcome.result.folder);
         } else {
             skipped_.push_back({jobs[i].url, outcome.reason});
         }

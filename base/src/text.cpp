@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <utility>
 
 namespace brindlehum {
 
@@ -25,32 +26,37 @@ Lead leadOf(uint8_t b) {
     return {0, 0, 0};
 }
 
+// The length of the sequence at the start, and whether it is a whole character; else it is a maximal subpart.
+std::pair<size_t, bool> sequenceAt(std::string_view bytes) {
+    const auto first = uint8_t(bytes[0]);
+    if (first < 0x80) { return {1, true}; }
+    const Lead lead = leadOf(first);
+    size_t length = 1;
+    while (length <= size_t(lead.continuations) && length < bytes.size()) {
+        const auto b = uint8_t(bytes[length]);
+        if (length == 1 ? b < lead.low || b > lead.high : b < 0x80 || b > 0xBF) { break; }
+        ++length;
+    }
+    return {length, lead.continuations > 0 && length == size_t(lead.continuations) + 1};
+}
+
 }  // namespace
 
 std::string repairUtf8(std::string_view bytes) {
     std::string out;
     out.reserve(bytes.size());
-    for (size_t i = 0; i < bytes.size();) {
-        const auto first = uint8_t(bytes[i]);
-        if (first < 0x80) {
-            out += bytes[i++];
-            continue;
-        }
-        const Lead lead = leadOf(first);
-        size_t length = 1;
-        while (length <= size_t(lead.continuations) && i + length < bytes.size()) {
-            const auto b = uint8_t(bytes[i + length]);
-            if (length == 1 ? b < lead.low || b > lead.high : b < 0x80 || b > 0xBF) { break; }
-            ++length;
-        }
-        if (lead.continuations > 0 && length == size_t(lead.continuations) + 1) {
-            out += bytes.substr(i, length);
-        } else {
-            out += "\xEF\xBF\xBD";
-        }
-        i += length;
+    while (!bytes.empty()) {
+        const auto [length, whole] = sequenceAt(bytes);
+        out += whole ? bytes.substr(0, length) : "\xEF\xBF\xBD";
+        bytes.remove_prefix(length);
     }
     return out;
+}
+
+size_t characterLength(std::string_view bytes) {
+    if (bytes.empty()) { return 0; }
+    const auto [length, whole] = sequenceAt(bytes);
+    return whole ? length : 0;
 }
 
 std::string_view cutUtf8(std::string_view text, size_t bytes) {

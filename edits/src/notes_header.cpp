@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "edits/temp_edit_exporter.h"
+#include "edits_record.h"
 #include "piece_lines.h"
 
 namespace brindlehum::TempEditExporter {
@@ -20,7 +21,7 @@ std::string pinsLine(const Pins& pins, size_t lines) {
 std::vector<std::string> notesHeader(std::string_view name, const std::filesystem::path& url,
                                      const MusicAnalysis& analysis, const Pins& pins) {
     std::vector<std::string> out;
-    out.push_back("Brindlehum temp edits: " + std::string(name));
+    out.push_back(std::string(sheetMark) + std::string(name));
     out.push_back("Source: " + url.native());
     out.push_back("Analysis: " + analysis.summary());
     out.push_back(pinsLine(pins, analysis.grid.boundaries().size()));

@@ -11,6 +11,7 @@
 #include "base/path.h"
 #include "base/text.h"
 #include "edits/temp_edit_renderer.h"
+#include "edits_record.h"
 
 namespace brindlehum::TempEditExporter {
 namespace {
@@ -26,8 +27,7 @@ uint32_t maskFor(size_t channels) {
 // Returns false when a stop was requested before the end.
 bool writeWave(FileReplacement& file, const Job& job, const EditPlan& plan,
                const std::vector<std::vector<float>>& audio, const std::stop_token& stop) {
-    const std::string description =
-        "Brindlehum temp edit: " + std::string(job.base) + " " + plan.name + ". " + plan.map;
+    const std::string description = std::string(editMark) + std::string(job.base) + " " + plan.name + ". " + plan.map;
     WavFileWriter writer(file.sink(), job.sampleRate, int(audio.size()), maskFor(audio.size()),
                          repairUtf8(description));
     std::vector<const float*> planes(audio.size());
@@ -39,6 +39,10 @@ bool writeWave(FileReplacement& file, const Job& job, const EditPlan& plan,
     }
     writer.finish(true);
     return true;
+}
+
+std::string wantedName(std::string_view base, const EditPlan& plan) {
+    return std::string(base) + " - " + plan.name + ".wav";
 }
 
 std::string sheetLine(const std::string& file, double seconds, double quality) {
@@ -70,31 +74,39 @@ void createFolder(const std::filesystem::path& folder) {
 
 }  // namespace
 
+std::filesystem::path fileOf(const std::filesystem::path& folder, std::string_view base, const EditPlan& plan) {
+    return folder / EditsRecord(folder).nameFor(wantedName(base, plan));
+}
+
 bool write(const Job& job, Result& done, const Progress& progress, const std::stop_token& stop) {
     done = {job.folder, {}, {}, {}};
     createFolder(job.folder);
+    EditsRecord record(job.folder);
+    record.begin(job.source);
     std::vector<std::string> lines = job.header;
     lines.emplace_back();
-    const std::string base(job.base);
     for (size_t i = 0; i < job.plans.size(); ++i) {
         if (stop.stop_requested()) { return false; }
         const EditPlan& plan = job.plans[i];
-        const std::string name = base + " - " + plan.name + ".wav";
-        if (progress) { progress(i, name); }
+        const std::string wanted = wantedName(job.base, plan);
+        if (progress) { progress(i, record.nameFor(wanted)); }
         const auto audio = TempEditRenderer::render(plan, job.channels, job.sampleRate, job.options);
+        const std::string name = record.nameFor(wanted);
         // The sheet is written last and syncs the folder for all files.
         FileReplacement file(job.folder / name, {.syncFolder = false});
         if (!writeWave(file, job, plan, audio, stop)) { return false; }
         file.commit();
+        record.add(name);
         done.files.push_back(job.folder / name);
         done.seconds.push_back(audio.empty() ? 0 : double(audio[0].size()) / job.sampleRate);
         lines.push_back(sheetLine(name, done.seconds.back(), plan.quality));
         lines.push_back("    " + plan.map);
     }
     if (stop.stop_requested()) { return false; }
-    const auto notes = job.folder / (base + " - Edit Notes.txt");
-    FileReplacement::writeText(notes, sheetText(lines));
-    done.notes = notes;
+    const std::string notes = record.nameFor(std::string(job.base) + " - Edit Notes.txt");
+    FileReplacement::writeText(job.folder / notes, sheetText(lines));
+    record.add(notes);
+    done.notes = job.folder / notes;
     return true;
 }
 

@@ -78,9 +78,11 @@ Outcome makeOne(const Job& job, const TempEditOptions& options, const TempEditEx
     plansKnown(out.plans.size());
     const auto writeAll = [&] {
         const std::string base = job.url.stem();
-        const auto header = TempEditExporter::notesHeader(base, std::filesystem::absolute(job.url), *planned.analysis,
-                                                          planned.analysis->structure.pins);
-        const TempEditExporter::Job all{job.folder,     base,   header, out.plans, planned.audio.channels,
+        const std::filesystem::path source = std::filesystem::absolute(job.url);
+        const std::filesystem::path folder = TempEditExporter::folderFor(source, job.folder);
+        const auto header =
+            TempEditExporter::notesHeader(base, source, *planned.analysis, planned.analysis->structure.pins);
+        const TempEditExporter::Job all{source,         folder, base, header, out.plans, planned.audio.channels,
                                         out.sampleRate, options};
         if (!TempEditExporter::write(all, out.result, progress, stop)) {
             out.status = Status::cancelled;

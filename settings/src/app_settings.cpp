@@ -7,6 +7,7 @@
 
 #include "base/error.h"
 #include "base/home_folder.h"
+#include "base/stored_path.h"
 
 namespace brindlehum {
 
@@ -25,6 +26,17 @@ void read(const json& record, const char* key, T& field) {
     } catch (const json::exception&) {
         return;  // treat an unreadable key like a missing one
     }
+}
+
+void readPath(const json& record, const char* key, std::string& path) {
+    std::string stored = storedPath(path);
+    read(record, key, stored);
+    path = pathFromStored(stored);
+}
+
+void readPaths(const json& record, const char* key, std::vector<std::string>& paths) {
+    read(record, key, paths);
+    for (std::string& path : paths) { path = pathFromStored(path); }
 }
 
 void readProfiles(const json& record, std::vector<OutputProfile>& profiles) {
@@ -68,9 +80,9 @@ std::optional<AppSettings> AppSettings::decode(const std::string& text) {
     read(record, "finderPanel", settings.finderPanel);
     read(record, "spacePlaysInFinder", settings.spacePlaysInFinder);
     read(record, "monoToCenter", settings.monoToCenter);
-    read(record, "pullsFolder", settings.pullsFolder);
-    read(record, "libraryRoots", settings.libraryRoots);
-    read(record, "ytDlpPath", settings.ytDlpPath);
+    readPath(record, "pullsFolder", settings.pullsFolder);
+    readPaths(record, "libraryRoots", settings.libraryRoots);
+    readPath(record, "ytDlpPath", settings.ytDlpPath);
     read(record, "tempEditsBesideSource", settings.tempEditsBesideSource);
     read(record, "expertMode", settings.expertMode);
     read(record, "upmix", settings.upmix);
@@ -85,14 +97,16 @@ std::string AppSettings::encode() const {
     record["finderPanel"] = finderPanel;
     record["spacePlaysInFinder"] = spacePlaysInFinder;
     record["monoToCenter"] = monoToCenter;
-    record["pullsFolder"] = pullsFolder;
-    record["libraryRoots"] = libraryRoots;
-    record["ytDlpPath"] = ytDlpPath;
+    record["pullsFolder"] = storedPath(pullsFolder);
+    record["libraryRoots"] = ordered_json::array();
+    for (const std::string& root : libraryRoots) { record["libraryRoots"].push_back(storedPath(root)); }
+    record["ytDlpPath"] = storedPath(ytDlpPath);
     record["tempEditsBesideSource"] = tempEditsBesideSource;
     record["expertMode"] = expertMode;
     record["upmix"] = json(upmix);
     requireFinite(record);
-    return record.dump();
+    // Names come from devices, too: one that isn't UTF-8 must not end the saving of all the rest.
+    return record.dump(-1, ' ', false, ordered_json::error_handler_t::replace);
 }
 
 }  // namespace brindlehum

@@ -151,10 +151,10 @@ TEST_F(ControlPort, AnOversizedHeadIsDroppedWithoutAResponse) {
     EXPECT_TRUE(asked_.empty());
 }
 
-TEST_F(ControlPort, InvalidUTF8IsRepaired) {
-    EXPECT_EQ(ask(get("/%FF?n=%C3")), served);
+TEST_F(ControlPort, CommandsAndAnswersAreRepairedUTF8AndValuesAreBytes) {
+    EXPECT_EQ(ask(get("/%FF?path=/caf%E9.wav")), served);
     EXPECT_EQ(asked_[0].first, "\xEF\xBF\xBD");
-    EXPECT_EQ(asked_[0].second.at("n"), "\xEF\xBF\xBD");
+    EXPECT_EQ(asked_[0].second.at("path"), "/caf\xE9.wav");
 
     server_.handler = [](const auto&, const auto&) -> json { return {{"file", "a\xFF"}}; };
     EXPECT_THAT(ask(get("/status")), HasSubstr("{\"file\":\"a\xEF\xBF\xBD\"}")) << "file names needn't be UTF-8";

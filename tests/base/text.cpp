@@ -1,8 +1,11 @@
 // Texts, times and paths as people see them.
 #include "base/text.h"
 
+#include <random>
+
 #include "base/error.h"
 #include "base/path.h"
+#include "base/stored_path.h"
 #include "base/time_text.h"
 #include "support/audio_files.h"
 
@@ -25,6 +28,30 @@ TEST(Text, IllFormedUtf8IsRepairedAndTextIsCutBetweenCharacters) {
     }
     EXPECT_EQ(trimmed("\t\xC2\xA0\xE2\x80\x83 a b\xE3\x80\x80\r\n"), "a b") << "no-break, em and ideographic space";
     EXPECT_TRUE(isBlank(" \xE2\x80\x83\n"));
+}
+
+TEST(StoredPath, AnyBytesReadBackAndOrdinaryPathsStay) {
+    for (const char* plain : {"", "/", "a.wav", "/s/caf\xC3\xA9 100%E9 \\xE9.wav", "/\xF0\x9F\x98\x80//x", "/a//e9"}) {
+        EXPECT_EQ(storedPath(plain), plain);
+        EXPECT_EQ(pathFromStored(plain), plain);
+    }
+    const std::pair<const char*, const char*> cases[] = {
+        {"caf\xE9.wav", "caf//E9.wav"}, {"/s/\xC3/a\xFF", "/s///C3/a//FF"}, {"/typed//E9", "/typed//2F/E9"}};
+    for (const auto& [path, stored] : cases) { EXPECT_EQ(storedPath(path), stored); }
+
+    const unsigned seed = std::random_device()();
+    SCOPED_TRACE(seed);
+    std::mt19937 random(seed);
+    // Among bytes of every kind, those that make up escapes are frequent.
+    const std::string frequent = "////22FFEE99a\xC3\xA9\xE2\x82\xAC";
+    for (int turn = 0; turn < 20'000; ++turn) {
+        std::string path(random() % 12, '\0');
+        for (char& c : path) { c = random() % 4 == 0 ? char(random()) : frequent[random() % frequent.size()]; }
+        const std::string stored = storedPath(path);
+        ASSERT_EQ(pathFromStored(stored).native(), path) << stored;
+        ASSERT_EQ(repairUtf8(stored), stored);
+        if (repairUtf8(path) == path && path.find("//") == std::string::npos) { ASSERT_EQ(stored, path); }
+    }
 }
 
 TEST(TimeText, IsMinutesSecondsAndThousandths) {

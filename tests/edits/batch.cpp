@@ -32,11 +32,11 @@ Job jobFor(const fs::path& path) {
     return {path, TempEditExporter::editsFolder(path, true, "/nowhere")};
 }
 
-// Everything under a folder but the times in the headers and the sheets' lines with paths.
+// Everything under a folder but times, in headers and records, and the sheets' lines with paths.
 std::map<std::string, std::string> contentsOf(const fs::path& folder) {
     std::map<std::string, std::string> out;
     for (const auto& entry : fs::recursive_directory_iterator(folder)) {
-        if (!entry.is_regular_file()) { continue; }
+        if (!entry.is_regular_file() || entry.path().extension() == ".json") { continue; }
         std::string bytes = test::readBytes(entry.path());
         if (entry.path().extension() == ".wav" && bytes.size() >= 678) { bytes.erase(0, 678); }
         const size_t source = bytes.find("Source: ");
@@ -56,7 +56,7 @@ std::vector<Job> mixedJobs(const TempFolder& folder) {
     test::writeAudio(folder / "blocked.wav", mono, wav);
     test::writeBytes(folder / "blocked Edits", "a file");
     test::writeAudio(folder / "Song.aiff", mono, {.kind = test::FileKind::aiff, .rate = int(test::songRate)});
-    std::vector<Job> jobs;  // the last into the folder of the first, after it
+    std::vector<Job> jobs;  // the last would have the folder of the first
     for (const char* name :
          {"Song.wav", "second.wav", "broken.wav", "vanished.wav", "Mono.wav", "blocked.wav", "Song.aiff"}) {
         jobs.push_back(jobFor(folder / name));
@@ -100,10 +100,14 @@ TEST(TempEditBatch, GivesTheSameOnOneThreadAndOnTwo) {
         EXPECT_THAT(started, testing::ElementsAre(0, 1, 2, 3, 4, 5, 6));
         EXPECT_THAT(finished, testing::UnorderedElementsAre(0, 1, 2, 3, 4, 5, 6));
         EXPECT_EQ(TempEdits::closingText(outcomes), "Temp edits: 3 written, 4 skipped (no steady pulse)");
-        EXPECT_THAT(test::readBytes(outcomes[6].result.notes), HasSubstr("Song.aiff")) << "the later of two wins";
+        for (const auto& [index, name] : {std::pair(0, "Song Edits"), {6, "Song.aiff Edits"}}) {
+            EXPECT_EQ(outcomes[size_t(index)].result.notes, folder / name / "Song - Edit Notes.txt");
+            EXPECT_THAT(test::readBytes(outcomes[size_t(index)].result.notes),
+                        HasSubstr("Source: " + jobs[size_t(index)].url.string() + "\n"));
+        }
         contents[workers - 1] = contentsOf(folder.path());
     }
-    EXPECT_GE(contents[0].size(), 2 * 4 + 6U) << "edits and sheets, and the files themselves";
+    EXPECT_GE(contents[0].size(), 3 * 4 + 6U) << "edits and sheets, and the files themselves";
     EXPECT_TRUE(contents[0] == contents[1]);
 }
 

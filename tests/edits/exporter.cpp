@@ -7,6 +7,7 @@
 
 #include "audio/probe/audio_file_info.h"
 #include "base/error.h"
+#include "base/file_replacement.h"
 #include "edits/temp_edit_renderer.h"
 #include "support/audio_files.h"
 #include "support/child.h"
@@ -28,6 +29,8 @@ std::vector<std::string> namesIn(const fs::path& folder) {
     return out;
 }
 
+constexpr const char* record = ".brindlehum-edits.json";
+
 // Three plans over two seconds of noise.
 struct Export {
     explicit Export(fs::path where, int channels = 2)
@@ -39,13 +42,14 @@ struct Export {
         plans[2] = {"1m00s", EditPlan::Kind::backtimed, {{5000, 96000}}, 60, 1.5, 480, 0, "Backtimed", 0.999, false};
     }
     bool write(const TempEditExporter::Progress& progress = {}, const std::stop_token& stop = {}) {
-        return TempEditExporter::write({folder, "Rain – Theme", header, plans, audio, 48000, options}, done, progress,
-                                       stop);
+        return TempEditExporter::write(
+            {"/music/Rain – Theme.wav", folder, "Rain – Theme", header, plans, audio, 48000, options}, done, progress,
+            stop);
     }
     fs::path folder;
     Planes audio;
     std::vector<EditPlan> plans;
-    std::vector<std::string> header = {"one", "two\nand more"};
+    std::vector<std::string> header = {"Brindlehum temp edits: Rain", "two\nand more"};
     TempEditOptions options;
     Result done;
 };
@@ -56,7 +60,7 @@ TEST(TempEditExporter, FilesReadBackAsRendered) {
         Export job(temp / "deep/er/Rain Edits", channels);
         ASSERT_TRUE(job.write());
         ASSERT_EQ(job.done.files.size(), 3U);
-        EXPECT_THAT(namesIn(job.folder), ElementsAre("Rain – Theme - 1m00s.wav", "Rain – Theme - 30s.wav",
+        EXPECT_THAT(namesIn(job.folder), ElementsAre(record, "Rain – Theme - 1m00s.wav", "Rain – Theme - 30s.wav",
                                                      "Rain – Theme - Edit Notes.txt", "Rain – Theme - Intro.wav"));
         for (size_t i = 0; i < 3; ++i) {
             const Planes expected = TempEditRenderer::render(job.plans[i], job.audio, 48000, job.options);
@@ -86,7 +90,7 @@ TEST(TempEditExporter, SheetSaysHowEachFileWasCut) {
     ASSERT_TRUE(job.write());
     EXPECT_EQ(job.done.notes, temp / "Rain – Theme - Edit Notes.txt");
     EXPECT_EQ(test::readBytes(job.done.notes),
-              "one\ntwo and more\n\n"
+              "Brindlehum temp edits: Rain\ntwo and more\n\n"
               "Rain – Theme - Intro.wav    (0.42 s)\n    Intro b1–b4\n"
               "Rain – Theme - 30s.wav    (1.38 s)  · splice match 87%\n    b1–2 ↷ b5–8 + ring\n"
               "Rain – Theme - 1m00s.wav    (1.50 s)\n    Backtimed");
@@ -143,13 +147,12 @@ TEST(TempEditExporter, BrokenOffExportLeavesNoHalfFile) {
              return job.write();
          },
          "Rain – Theme - 30s.wav: File too large"},
-        {"a folder under the name of the second file",
+        {"a file that is being written elsewhere",
          [](Export& job) {
-             fs::remove(job.folder / "Rain – Theme - 30s.wav");
-             fs::create_directory(job.folder / "Rain – Theme - 30s.wav");
+             const FileReplacement other(job.folder / "Rain – Theme - 30s.wav");
              return job.write();
          },
-         "Rain – Theme - 30s.wav: Is a directory"},
+         "Rain – Theme - 30s.wav: it is being written elsewhere"},
         {"a stop in the second file",
          [](Export& job) {
              std::stop_source stop;
@@ -164,23 +167,112 @@ TEST(TempEditExporter, BrokenOffExportLeavesNoHalfFile) {
     for (const auto& [what, run, reason] : cases) {
         SCOPED_TRACE(what);
         const TempFolder temp;
-        test::writeBytes(temp / "Rain – Theme - 30s.wav", "old");
-        test::writeBytes(temp / "Rain – Theme - Edit Notes.txt", "old sheet");
         Export job(temp.path());
+        ASSERT_TRUE(job.write());
+        for (const char* name : {"Intro", "1m00s"}) {
+            fs::remove(temp / ("Rain – Theme - " + std::string(name) + ".wav"));
+        }
+        const auto before = [&](const char* end) {
+            return test::readBytes(temp / ("Rain – Theme - " + std::string(end)));
+        };
+        const std::string oldEdit = before("30s.wav");
+        const std::string oldSheet = before("Edit Notes.txt");
+        job.audio = test::noisePlanes(2, 96000, 7);
         std::string said;
         try {
             EXPECT_FALSE(run(job));
         } catch (const Error& error) { said = error.what(); }
         EXPECT_TRUE(said.ends_with(reason)) << said;
         EXPECT_EQ(said.empty(), std::string(reason).empty()) << said;
-        EXPECT_THAT(namesIn(temp.path()),
-                    ElementsAre("Rain – Theme - 30s.wav", "Rain – Theme - Edit Notes.txt", "Rain – Theme - Intro.wav"));
-        EXPECT_EQ(test::readBytes(temp / "Rain – Theme - Edit Notes.txt"), "old sheet");
-        const auto second = temp / "Rain – Theme - 30s.wav";
-        EXPECT_TRUE(fs::is_directory(second) || test::readBytes(second) == "old");
+        EXPECT_THAT(namesIn(temp.path()), ElementsAre(record, "Rain – Theme - 30s.wav", "Rain – Theme - Edit Notes.txt",
+                                                      "Rain – Theme - Intro.wav"));
+        EXPECT_EQ(before("Edit Notes.txt"), oldSheet);
+        EXPECT_TRUE(before("30s.wav") == oldEdit);
         EXPECT_EQ(job.done.files.size(), 1U);
         EXPECT_TRUE(job.done.notes.empty());
     }
+}
+
+// A second export over the first one, whose 30s edit or sheet something has happened to.
+TEST(TempEditExporter, ReplacesOnlyFilesThatItWroteAndNobodyChanged) {
+    using Change = std::function<void(const fs::path& edit, const fs::path& sheet)>;
+    const auto later = [](const fs::path& file) {
+        fs::last_write_time(file, fs::last_write_time(file) + std::chrono::minutes(1));
+    };
+    const auto forget = [](const fs::path& file) { fs::remove(file.parent_path() / record); };
+    const struct {
+        const char* what;
+        Change change;
+        bool keepsEdit, keepsSheet;  // what was there
+    } cases[] = {
+        {"nothing", [](auto&, auto&) {}, false, false},
+        {"a crash before the record", [&](auto& edit, auto&) { forget(edit); }, false, false},
+        {"a recording under the name", [](auto& edit, auto&) { test::writeAudio(edit, test::noisePlanes(2, 99)); },
+         true, false},
+        {"the same, and no record",
+         [&](auto& edit, auto&) { test::writeAudio(edit, test::noisePlanes(2, 99)), forget(edit); }, true, false},
+        {"an edit changed in place", [&](auto& edit, auto&) { later(edit); }, true, false},
+        {"an edit made longer",
+         [&](auto& edit, auto&) { test::writeBytes(edit, test::readBytes(edit) + "more"), forget(edit); }, true, false},
+        {"a link under the name",
+         [](auto& edit, auto&) {
+             fs::rename(edit, edit.parent_path() / "mine.wav");
+             fs::create_symlink("mine.wav", edit);
+         },
+         true, false},
+        {"a folder under the name", [](auto& edit, auto&) { fs::remove(edit), fs::create_directories(edit / "mine"); },
+         true, false},
+        {"own words in the sheet",
+         [&](auto&, auto& sheet) { test::writeBytes(sheet, test::readBytes(sheet) + "\nTry it"), forget(sheet); },
+         false, true},
+    };
+    for (const auto& [what, change, keepsEdit, keepsSheet] : cases) {
+        SCOPED_TRACE(what);
+        const TempFolder temp;
+        Export job(temp.path());
+        ASSERT_TRUE(job.write());
+        const fs::path edit = job.done.files[1], sheet = job.done.notes;
+        change(edit, sheet);
+        const std::string editBefore = fs::is_directory(edit) ? "" : test::readBytes(edit);
+        const std::string sheetBefore = test::readBytes(sheet);
+        job.audio = test::noisePlanes(2, 96000, 7);
+        job.plans[1].map = "new";
+        for (int run = 0; run < 2; ++run) {
+            ASSERT_TRUE(job.write());
+            EXPECT_EQ(job.done.files[1], temp / (keepsEdit ? "Rain – Theme - 30s 2.wav" : "Rain – Theme - 30s.wav"));
+            EXPECT_EQ(job.done.notes,
+                      temp / (keepsSheet ? "Rain – Theme - Edit Notes 2.txt" : "Rain – Theme - Edit Notes.txt"));
+            EXPECT_EQ(fs::is_directory(edit) || test::readBytes(edit) == editBefore, keepsEdit);
+            EXPECT_EQ(test::readBytes(sheet) == sheetBefore, keepsSheet);
+        }
+    }
+}
+
+TEST(TempEditExporter, LinkUnderATemporaryNameIsNotFollowed) {
+    const TempFolder temp;
+    const TempFolder outside;
+    test::writeBytes(outside / "mine", "precious");
+    fs::create_symlink(outside / "mine", temp / ".Rain – Theme - Intro.wav.bh-tmp");
+    Export job(temp.path());
+    EXPECT_THROW(job.write(), Error);
+    EXPECT_EQ(test::readBytes(outside / "mine"), "precious");
+}
+
+TEST(TempEditExporter, FolderWithAnotherPiecesEditsIsLeftToThem) {
+    using TempEditExporter::folderFor;
+    const TempFolder temp;
+    Export job(temp / "Rain – Theme Edits");
+    EXPECT_EQ(folderFor(temp / "Rain – Theme.flac", job.folder), job.folder) << "free";
+    ASSERT_TRUE(job.write());
+    EXPECT_EQ(folderFor(temp / "Rain – Theme.wav", job.folder), job.folder) << "moved together with its piece";
+    EXPECT_EQ(folderFor("/music/Rain – Theme.wav", job.folder), job.folder);
+    EXPECT_EQ(folderFor("/other/Rain – Theme.wav", job.folder), temp / "Rain – Theme.wav Edits");
+    fs::remove(job.folder / record);
+    test::writeBytes(job.done.notes, "Brindlehum temp edits: x\nSource: /music/Rain – Theme.wav\n");
+    EXPECT_EQ(folderFor(temp / "Rain – Theme.flac", job.folder), temp / "Rain – Theme.flac Edits");
+    Export second(temp / "Rain – Theme.flac Edits");
+    ASSERT_TRUE(second.write());
+    EXPECT_EQ(folderFor("/other/Rain – Theme.flac", job.folder), temp / "Rain – Theme.flac Edits 2");
 }
 
 }  // namespace

@@ -30,7 +30,7 @@ TEST_F(CatalogRows, AreReadBackAsWritten) {
     meta.category = "Gr\u00FC\u00DFe";
     meta.rating = -1234567890;
     put(catalog, "/lib/a b/c/DOORWood_Slam_x.y.wav", "/lib", meta, twoSeconds());
-    const Catalog::Row expected{"/lib/a b/c/DOORWood_Slam_x.y.wav", "/lib", 2, 48000, 2, 24, "PCM", meta};
+    const Catalog::Row expected{"/lib/a b/c/DOORWood_Slam_x.y.wav", "/lib", 2, 48000, 2, 24, "PCM", meta, 1.5};
     EXPECT_EQ(catalog.row(expected.path), expected);
     EXPECT_EQ(catalog.search({.query = "slam"}, 10), std::vector{expected});
     EXPECT_EQ(catalog.search({.category = "GR\u00DCSSE"}, 10), std::vector{expected});

@@ -126,7 +126,7 @@ TEST_F(Edits, BelongToTheInnermostRoot) {
 }
 
 TEST_F(Edits, RenamesNeverReplaceAFileAndCanBeUndone) {
-    for (const char* name : {"one.wav", "two.wav", "three.flac", "plain.wav"}) { add(name); }
+    for (const char* name : {"one.wav", "two.wav", "three.flac", "plain.wav", "long.wav"}) { add(name); }
     writeBytes(root / "no name.wav", "RIFX");
     scanAll({root});
     save({{{"CATID", "DOORWood"}, {"FXNAME", "Slam"}}, std::nullopt}, {root / "one.wav", root / "two.wav"});
@@ -139,7 +139,22 @@ TEST_F(Edits, RenamesNeverReplaceAFileAndCanBeUndone) {
         all.erase(".brindlehum");
         return all;
     };
-    edits.renameToUCS({root / "one.wav", root / "two.wav", root / "three.flac", root / "plain.wav", root / "gone.wav"});
+    save({{{"FXNAME", std::string(250, 'x')}, {"CATID", "WIND"}}, std::nullopt}, {root / "long.wav"});
+    const std::vector<fs::path> files = {root / "one.wav",  root / "two.wav", root / "three.flac", root / "plain.wav",
+                                         root / "long.wav", root / "new.wav", root / "gone.wav"};
+    add("new.wav");
+    UCSRenames shown;
+    edits.previewUCS(files, [&](const UCSRenames& renames) { shown = renames; });
+    settle();
+    std::vector<UCSRename::Verdict> verdicts;
+    for (const auto& each : shown) { verdicts.push_back(each.verdict); }
+    using enum UCSRename::Verdict;
+    EXPECT_THAT(verdicts, ElementsAre(renames, nameTwice, renames, noFXName, nameTooLong, notInLibrary, gone));
+    ASSERT_TRUE(fs::exists(root / "one.wav")) << "a preview renames nothing";
+    EXPECT_EQ(shown[2].to, root / "DOGBark_A B-C_JD.flac");
+    fs::remove(root / "new.wav");
+    fs::remove(root / "long.wav");
+    edits.renameToUCS(files);
     settle();
     EXPECT_EQ(said.back(), "Renamed 2 files");
     EXPECT_THAT(entries(),
@@ -147,10 +162,15 @@ TEST_F(Edits, RenamesNeverReplaceAFileAndCanBeUndone) {
     EXPECT_EQ(readBytes(root / "two.wav"), taken);
     EXPECT_EQ(catalogRow(root / "DOGBark_A B-C_JD.flac").meta.rating, 2) << "the rating that only the catalog knew";
     EXPECT_FALSE(catalog.row(root / "three.flac"));
+    edits.previewUCS({root / "DOORWood_Slam.wav", root / "two.wav"}, [&](const UCSRenames& now) { shown = now; });
+    settle();
+    EXPECT_EQ(shown[0].verdict, alreadyNamed);
+    EXPECT_EQ(shown[1].verdict, nameTaken);
     ASSERT_TRUE(edits.canUndoRename());
     add("one.wav");
     edits.undoRename();
     settle();
+    EXPECT_EQ(said.back(), "Gave 1 file the old name again, 1 couldn't be renamed");
     EXPECT_FALSE(edits.canUndoRename());
     EXPECT_THAT(entries(),
                 ElementsAre("DOORWood_Slam.wav", "no name.wav", "one.wav", "plain.wav", "three.flac", "two.wav"));

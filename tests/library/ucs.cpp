@@ -24,6 +24,36 @@ TEST(UCS, DamagedLinesAreSkippedAndLaterOnesHold) {
     EXPECT_EQ(list.lookup("DOORWood")->category, "3") << "the later line holds";
 }
 
+TEST(UCS, MatchesBeginWithTheCatIDThenNamesThenSynonyms) {
+    const UCS list(
+        "CatID,Category,SubCategory\nAMBBird,AMBIENCE,BIRDSONG\nANMLDog,ANIMALS,DOG\nANMLWdog,ANIMALS,DOG WILD\n"
+        "BIRDSong,BIRDS,SONGBIRD\nDOGSled,SLEDS,DOGS\nTRNSbwy,TRAINS,SUBWAY\n",
+        "Key,Words\nAMBIENCE,atmos background\nTRNSbwy,metro\nanimals,pet\nNONE,pet\n");
+    const std::pair<const char*, const char*> cases[] = {
+        {"bird", "BIRDSong AMBBird "},
+        {"birds", "BIRDSong AMBBird "},
+        {"birdsong", "BIRDSong AMBBird "},
+        {"dog", "DOGSled ANMLDog ANMLWdog "},
+        {"wild dog", "ANMLWdog "},
+        {"atm", "AMBBird "},
+        {"metro train", "TRNSbwy "},
+        {"Pet", "ANMLDog ANMLWdog "},
+        {"AMBBird - AMBIENCE / BIRDSONG", "AMBBird "},
+        {"ird", ""},
+        {"", "AMBBird ANMLDog ANMLWdog BIRDSong DOGSled TRNSbwy "},
+    };
+    for (const auto& [typed, expected] : cases) {
+        std::string found;
+        for (const UCS::Entry* entry : list.matches(typed)) { found += entry->catID + " "; }
+        EXPECT_EQ(found, expected) << typed;
+    }
+    EXPECT_EQ(list.find(" ambience", "birdsong")->catID, "AMBBird");
+    EXPECT_EQ(list.find("AMBIENCE", "DOG"), nullptr);
+    for (const char* typed : {"traffic", "atmos forest", "sword"}) {
+        EXPECT_FALSE(UCS::shared().matches(typed).empty());
+    }
+}
+
 TEST(FileName, GivesCategoryNameDesignerAndSource) {
     const std::pair<const char*, const char*> cases[] = {
         // catID|category|subCategory|fxName|designer|source

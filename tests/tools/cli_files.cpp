@@ -64,7 +64,7 @@ TEST(CliProbe, ReportsBadFilesAndContinues) {
     ASSERT_EQ(result.objects.size(), 2U);
     for (const json& object : result.objects) {
         EXPECT_EQ(object.at("channels"), 1);
-        EXPECT_EQ(object.at("url"), (folder / "caf\xEF\xBF\xBD\n.wav").string());
+        EXPECT_EQ(object.at("url"), folder.path().string() + "/caf//E9\n.wav");
     }
 }
 

@@ -82,5 +82,28 @@ TEST_F(CliLibrary, PrintsAndChangesMetadata) {
     expectRefused({"scan", root.string(), "catalog", wave}, "catalog");
 }
 
+// The whole road: folder and file in Latin-1, from the scan to a colleague's catalog.
+TEST_F(CliLibrary, NamesThatAreNotUtf8PassThroughCatalogAndTeamLog) {
+    const std::string team = root.string() + "/t\xE9";
+    const std::string sound = team + "/caf\xE9.flac";
+    const std::string mine = (folder / "mine.sqlite").string();
+    const std::string theirs = (folder / "theirs.sqlite").string();
+    std::filesystem::create_directories(team + "/.brindlehum/changes");
+    std::filesystem::copy_file(root / "b" / "c.flac", sound);
+    for (const std::string& catalog : {mine, theirs}) {
+        EXPECT_EQ(one({"scan", team, "catalog", catalog}).at("root"), root.string() + "/t//E9");
+    }
+    EXPECT_EQ(one({"meta", sound, "NOTES=kept", "catalog", mine}).at("notes"), "kept");
+    const json found = one({"search", "caf", "catalog", mine});
+    EXPECT_EQ(found.at("path"), root.string() + "/t//E9/caf//E9.flac");
+    EXPECT_EQ(found.at("meta").at("notes"), "kept");
+    EXPECT_EQ(one({"facets", "catalog", mine}).at("total"), 1);
+
+    const auto log = std::filesystem::directory_iterator(team + "/.brindlehum/changes")->path();
+    EXPECT_THAT(readBytes(log), testing::HasSubstr("\"path\":\"caf//E9.flac\""));
+    std::filesystem::rename(log, log.parent_path() / "colleague@there.jsonl");
+    EXPECT_EQ(one({"scan", team, "catalog", theirs}).at("applied"), 1);
+}
+
 }  // namespace
 }  // namespace brindlehum

@@ -2,6 +2,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QDateTime>
+#include <QLocale>
 #include <QMimeData>
 
 #include "ui/browser/browser_state.h"
@@ -34,8 +36,10 @@ TEST(BrowserTableModel, SortsByAColumnAndReturnsToTheGivenOrder) {
     meta.category = "WIND";
     meta.subCategory = "GUST";
     meta.rating = 4;
-    const BrowserEntry inner{"/s/z", true, std::nullopt};
-    model.setEntries({sound("/s/c.wav", 3), sound("/s/a.wav", 9, meta), sound("/s/b.wav"), inner});
+    const BrowserEntry inner{"/s/z", true, std::nullopt, 86400};
+    const auto dated = [](BrowserEntry entry, double modified) { return entry.row->modified = modified, entry; };
+    model.setEntries(
+        {dated(sound("/s/c.wav", 3), 1.7e9), dated(sound("/s/a.wav", 9, meta), 1.6e9), sound("/s/b.wav"), inner});
     const auto names = [&] {
         std::string all;
         for (int row = 0; row < model.rowCount(); ++row) { all += model.entry(row).url.stem().string(); }
@@ -53,6 +57,10 @@ TEST(BrowserTableModel, SortsByAColumnAndReturnsToTheGivenOrder) {
     model.sort(BrowserTableModel::Rating, Qt::DescendingOrder);
     EXPECT_EQ(names(), "zacb") << "unrated sounds come last";
     EXPECT_EQ(model.index(1, BrowserTableModel::Rating).data(Qt::AccessibleTextRole), "4 of 5");
+    model.sort(BrowserTableModel::Modified, Qt::AscendingOrder);
+    EXPECT_EQ(names(), "zacb");
+    const auto date = model.index(0, BrowserTableModel::Modified).data().toString();
+    EXPECT_EQ(QLocale().toDateTime(date, QLocale::ShortFormat).toSecsSinceEpoch() % 86400, 0) << date.toStdString();
     model.sort(BrowserTableModel::Length, Qt::AscendingOrder);
     // The same files with other rows: no reset, no move.
     bool reset = false;
@@ -110,6 +118,10 @@ TEST(BrowserState, SaysWhatToDoNext) {
         {"an empty folder", "No sounds in this folder", goUp, "", [](auto&) {}},
         {"a folder on its way", "", none, "", [](auto& s) { s.listing = true; }},
         {"a lost folder", "This folder can't be opened", goUp, "", [](auto& s) { s.folderReadable = false; }},
+        {"a lost folder and no library", "This folder can't be opened", addFolder, "",
+         [](auto& s) { s.folderReadable = s.hasRoots = false; }},
+        {"the first start", "No sounds yet", addFolder, "",
+         [](auto& s) { s.folderReadable = s.folderChosen = s.hasRoots = false; }},
         {"no library", "No sounds in this folder", addFolder, "", [](auto& s) { s.hasRoots = false; }},
         {"results", "", none, "2,000 results", [](auto& s) { s.searching = true, s.sounds = 2000; }},
         {"one result", "", none, "1 result", [](auto& s) { s.searching = true, s.sounds = 1; }},
@@ -164,6 +176,54 @@ TEST(KeepingText, SaysWhereTheWordsOfASelectionGo) {
          "Saved into the files that can hold metadata, for the others in the catalog and the library's log."},
         {{"a.aac"}, "Saved in the catalog and the library's log: these files can't hold metadata."}};
     for (const auto& [files, text] : cases) { EXPECT_EQ(keepingText(files), text); }
+}
+
+TEST(InspectorFields, CatIDAndItsCategoriesFollowEachOther) {
+    struct Case {
+        const char* before;  // CatID|category|subcategory, as the others
+        std::vector<std::pair<const char*, const char*>> typed;
+        const char* after;
+        const char* note;
+    };
+    const Case cases[] = {
+        {"||", {{"CATID", "ambbird"}}, "AMBBird|AMBIENCE|BIRDSONG", ""},
+        {"|Ambience|Mine", {{"CATID", "WIND"}, {"CATID", "WINDX"}}, "WINDX|Ambience|Mine", "Not in the UCS list"},
+        {"|Ambience|", {{"CATID", "WIND"}, {"CATID", "WINDGust"}}, "WINDGust|WIND|GUST", ""},
+        {"||", {{"CATEGORY", "doors"}, {"SUBCATEGORY", "Wood"}}, "DOORWood|DOORS|WOOD", ""},
+        {"AMBBird|AMBIENCE|BIRDSONG",
+         {{"CATEGORY", "WATER"}},
+         "AMBBird|WATER|BIRDSONG",
+         "Stands for AMBIENCE / BIRDSONG in the UCS list"},
+        {"AMBBird|AMBIENCE|BIRDSONG", {{"SUBCATEGORY", "TRAFFIC"}}, "AMBTraf|AMBIENCE|TRAFFIC", ""},
+        {"OWNDoor|DOORS|", {{"SUBCATEGORY", "WOOD"}}, "OWNDoor|DOORS|WOOD", "Not in the UCS list"},
+        {"||", {{"CATID", "WIND"}, {"SUBCATEGORY", "Mine"}, {"CATID", ""}}, "|WIND|Mine", ""},
+    };
+    const std::array tags = {"CATID", "CATEGORY", "SUBCATEGORY"};
+    for (const auto& item : cases) {
+        const QStringList before = QString(item.before).split('|');
+        SoundMeta meta;
+        meta.catID = before[0].toStdString();
+        meta.category = before[1].toStdString();
+        meta.subCategory = before[2].toStdString();
+        InspectorFields fields;
+        fields.load({meta});
+        for (const auto& [tag, text] : item.typed) { fields.setText(tag, text); }
+        QStringList after;
+        for (const char* tag : tags) {
+            after << fields.text(tag);
+            EXPECT_TRUE(fields.isEdited(tag) || after.back() == before[after.size() - 1]) << item.after << " " << tag;
+        }
+        EXPECT_EQ(after.join('|'), item.after);
+        EXPECT_EQ(fields.catIDNote(), item.note) << item.after;
+    }
+    InspectorFields mixed;
+    SoundMeta water;
+    water.category = "WATER";
+    mixed.load({SoundMeta(), water});
+    mixed.setText("CATID", "WIND");
+    EXPECT_EQ(mixed.changes().fields.at("CATEGORY"), "WIND");
+    mixed.setText("CATID", "");
+    EXPECT_TRUE(mixed.isMixed("CATEGORY")) << "the edit has taken its companions back";
 }
 
 TEST(InspectorFields, EmptyTextAndNoStarAreEditsAndEveryTagHasAField) {

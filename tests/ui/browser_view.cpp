@@ -1,4 +1,7 @@
 // The browser over a real library: auditioning by keys, searching as one types, facets, and metadata that is edited.
+#include <QAbstractItemView>
+#include <QAction>
+#include <QApplication>
 #include <QClipboard>
 #include <QLabel>
 #include <QLineEdit>
@@ -246,12 +249,16 @@ TEST_F(Browser, TheInspectorSavesWhatWasEditedIntoEveryFile) {
     EXPECT_EQ(inspector.field("DESCRIPTION").text(), "Rain");
     EXPECT_EQ(qobject_cast<QLineEdit*>(&inspector.field("LIBRARY").editor())->placeholderText(), "Mixed");
     auto* save = named<QPushButton>(inspector, "Save");
-    EXPECT_FALSE(save->isEnabled());
+    const auto entries = window.findChildren<QAction*>();
+    const auto inMenu = std::ranges::find(entries, "Save Metadata", &QAction::text);
+    ASSERT_NE(inMenu, entries.end());
+    EXPECT_FALSE(save->isEnabled() || (*inMenu)->isEnabled());
     description().setPlainText("Rain on tin");
+    EXPECT_TRUE((*inMenu)->isEnabled());
     auto* stars = inspector.findChild<StarRow*>();
     QTest::mouseClick(stars, Qt::LeftButton, {}, stars->starRect(4).center());
-    save->click();
-    EXPECT_FALSE(save->isEnabled());
+    (*inMenu)->trigger();
+    EXPECT_FALSE(save->isEnabled() || (*inMenu)->isEnabled());
     ASSERT_TRUE(idle());
     for (const auto& [path, lib] : {std::pair(one, "Storms"), std::pair(two, "Weather")}) {
         const SoundMeta meta = MetaIO::read(path);
@@ -260,6 +267,30 @@ TEST_F(Browser, TheInspectorSavesWhatWasEditedIntoEveryFile) {
         EXPECT_EQ(meta.library, lib);
     }
     EXPECT_TRUE(says("Saved metadata to 2 files"));
+}
+
+TEST_F(Browser, AnEntryOfTheUCSListFillsItsThreeFields) {
+    const auto path = sound("one.wav", "Bark");
+    ASSERT_TRUE(index());
+    table.mark(path);
+    ASSERT_TRUE(idle());
+    auto* line = qobject_cast<QLineEdit*>(&inspector.field("CATID").editor());
+    QTest::keyClicks(line, "puppy");
+    auto* list = qobject_cast<QAbstractItemView*>(QApplication::activePopupWidget());
+    ASSERT_TRUE(list);
+    EXPECT_EQ(list->model()->index(0, 0).data(), "ANMLDog - ANIMALS / DOG");
+    EXPECT_TRUE(says("Not in the UCS list"));
+    QTest::keyClick(list, Qt::Key_Down);
+    EXPECT_EQ(line->text(), "puppy") << "a look through the list changes nothing";
+    QTest::keyClick(list, Qt::Key_Return);
+    EXPECT_FALSE(QApplication::activePopupWidget());
+    EXPECT_FALSE(says("Not in the UCS list"));
+    for (const auto& [tag, text] : {std::pair("CATID", "ANMLDog"), {"CATEGORY", "ANIMALS"}, {"SUBCATEGORY", "DOG"}}) {
+        EXPECT_EQ(inspector.field(tag).text(), text);
+    }
+    inspector.save();
+    ASSERT_TRUE(idle());
+    EXPECT_EQ(MetaIO::read(path).subCategory, "DOG");
 }
 
 TEST_F(Browser, UnsavedEditsOutliveAChangeOfTheSelection) {
@@ -349,7 +380,7 @@ TEST_F(Browser, RemovingAFolderAsksForWordsThatOnlyTheCatalogHolds) {
     EXPECT_EQ(model.settings().value().libraryRoots.size(), 1);
 }
 
-TEST_F(Browser, RenamingAsksExpertsFirstAndTheFileStaysChosenAndLoaded) {
+TEST_F(Browser, RenamingShowsTheNamesFirstAndTheFileStaysChosenAndLoaded) {
     const auto path = sound("old.wav", "x");
     SoundMeta meta = MetaIO::read(path);
     meta.catID = "WTHRain";
@@ -361,18 +392,23 @@ TEST_F(Browser, RenamingAsksExpertsFirstAndTheFileStaysChosenAndLoaded) {
     ASSERT_TRUE(found({"old.wav"}));
     table.mark(path);
     ASSERT_TRUE(idle());
-    auto* rename = named<QPushButton>(inspector, "Rename to UCS");
+    auto* rename = named<QPushButton>(inspector, "Rename to UCS…");
     EXPECT_FALSE(rename->isVisible());
     model.settings().change([](AppSettings& settings) { settings.expertMode = true; });
     EXPECT_TRUE(rename->isVisible());
     bool answer = false;
-    inspector.confirmRename = [&](size_t count) { return count == 1 && answer; };
+    const auto renamed = root / "WTHRain_Rain On Tin.wav";
+    std::vector<std::filesystem::path> shown;
+    window.confirmRename = [&](const UCSRenames& renames) {
+        for (const auto& each : renames) { shown.push_back(each.to); }
+        return answer;
+    };
     rename->click();
     ASSERT_TRUE(idle());
+    EXPECT_EQ(shown, std::vector{renamed});
     EXPECT_TRUE(std::filesystem::exists(path)) << "the user said no";
     answer = true;
-    rename->click();
-    const auto renamed = root / "WTHRain_Rain On Tin.wav";
+    window.renameToUCS({path});
     ASSERT_TRUE(settle([&] { return player.sound().info() && player.sound().info()->url == renamed; }));
     EXPECT_FALSE(std::filesystem::exists(path));
     EXPECT_TRUE(library.search().isSearching()) << "the results stay";

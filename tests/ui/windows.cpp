@@ -8,11 +8,13 @@
 #include <QDropEvent>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMimeData>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTabWidget>
+#include <QTreeWidget>
 #include <algorithm>
 #include <fstream>
 
@@ -27,6 +29,7 @@
 #include "ui/window/app_windows.h"
 #include "ui/window/file_drops.h"
 #include "ui/window/main_window.h"
+#include "ui/window/rename_dialog.h"
 #include "ui/window/status_menu.h"
 #include "ui/window/ui_state.h"
 #include "window_fixture.h"
@@ -261,6 +264,28 @@ TEST_F(Windows, MenuEntriesCallTheirModels) {
     EXPECT_TRUE(window->isVisible()) << "the application stays when its window closes";
 }
 
+TEST_F(Windows, TheRenameDialogShowsEveryNameAndWhyAFileKeepsIts) {
+    using enum UCSRename::Verdict;
+    const UCSRenames files = {{"/s/a.wav", "/s/WIND_A.wav", renames},
+                              {"/s/b.wav", "/s/WIND_A.wav", nameTwice},
+                              {"/s/WIND_C.wav", "/s/WIND_C.wav", alreadyNamed},
+                              {"/s/d.wav", {}, noCatID}};
+    RenameDialog dialog(files, true);
+    dialog.show();
+    QStringList lines;
+    for (const auto* label : dialog.findChildren<QLabel*>()) { lines << label->text(); }
+    EXPECT_TRUE(lines.contains("Rename 1 file to its UCS name?")) << lines.join('|').toStdString();
+    EXPECT_TRUE(lines.contains("1 is already so named, 2 can't be renamed."));
+    EXPECT_TRUE(lines.contains("Metadata edits that aren't saved yet are not in these names."));
+    const auto* list = dialog.findChild<QTreeWidget*>();
+    QStringList notes;
+    for (int row = 0; row < list->topLevelItemCount(); ++row) { notes << list->topLevelItem(row)->text(2); }
+    EXPECT_EQ(notes, (QStringList{"", "A file above gets this name", "Already so named", "Has no CatID"}));
+    EXPECT_TRUE(named<QPushButton>(dialog, "Rename")->isEnabled());
+    const RenameDialog idle({files[3]}, false);
+    EXPECT_FALSE(named<QPushButton>(idle, "Rename")->isEnabled());
+}
+
 TEST_F(Windows, RecentFilesAreTheLatestOpenedThatStillExist) {
     AppWindows windows(model);
     auto* window = topLevel<MainWindow>();
@@ -270,8 +295,9 @@ TEST_F(Windows, RecentFilesAreTheLatestOpenedThatStillExist) {
     std::filesystem::remove(file("take 14.wav", 1));
     const auto files = RecentFiles(defaults).files();
     ASSERT_EQ(files.size(), RecentFiles::maxFiles - 1);
-    EXPECT_EQ(files.front().filename(), "take 9.wav");
-    EXPECT_EQ(files.back().filename(), "take 3.wav");
+    EXPECT_EQ(files[0].filename(), "not \xE9.wav");
+    EXPECT_EQ(files[1].filename(), "take 9.wav");
+    EXPECT_EQ(files.back().filename(), "take 4.wav");
 }
 
 TEST_F(Windows, ClosingTheOnlyWindowStopsTheSoundWhereNoTrayCan) {

@@ -9,6 +9,8 @@ namespace brindlehum {
 
 // Replaces every ill-formed sequence by one U+FFFD, split as the Unicode standard recommends (maximal subparts, 3.9).
 std::string repairUtf8(std::string_view bytes);
+// The length of the UTF-8 character at the start; 0 when there is none.
+size_t characterLength(std::string_view bytes);
 // The start of `text` (valid UTF-8), at most `bytes` long and cut between characters.
 std::string_view cutUtf8(std::string_view text, size_t bytes);
 

@@ -44,7 +44,7 @@ Planned plan(const std::filesystem::path& path, const TempEditOptions& options =
 
 struct Job {
     std::filesystem::path url;
-    std::filesystem::path folder;  // see TempEditExporter::editsFolder
+    std::filesystem::path folder;  // see TempEditExporter::editsFolder; folderFor has the last word
 };
 struct Outcome {
     Status status = Status::done;     // done even when there are no plans: the sheet is written

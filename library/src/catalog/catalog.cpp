@@ -84,8 +84,8 @@ void Catalog::interrupt() {
 
 std::optional<Catalog::Row> Catalog::row(const std::string& path) {
     return reading<std::optional<Row>>(parts_->readers, [&](Database& database) -> std::optional<Row> {
-        Statement select(database,
-                         "SELECT path, root, duration, sr, channels, bits, codec, meta FROM files WHERE path = ?");
+        Statement select(
+            database, "SELECT path, root, duration, sr, channels, bits, codec, meta, mtime FROM files WHERE path = ?");
         if (!select.bind(path).step()) { return std::nullopt; }
         return readRow(select);
     });

@@ -7,7 +7,7 @@
 
 namespace brindlehum {
 
-// The columns must be path, root, duration, sr, channels, bits, codec, meta, in this order.
+// The columns must be path, root, duration, sr, channels, bits, codec, meta, mtime, in this order.
 inline Catalog::Row readRow(const Statement& row) {
     return {.path = std::string(row.text(0)),
             .root = std::string(row.text(1)),
@@ -16,7 +16,8 @@ inline Catalog::Row readRow(const Statement& row) {
             .channels = int(row.integer(4)),
             .bits = int(row.integer(5)),
             .codec = std::string(row.text(6)),
-            .meta = decodeMeta(row.text(7))};
+            .meta = decodeMeta(row.text(7)),
+            .modified = row.real(8)};
 }
 
 }  // namespace brindlehum

@@ -37,13 +37,13 @@ private:
 };
 
 std::string composed(bool hasWords, const Conditions& conditions, int limit) {
-    std::string sql = "SELECT f.path, f.root, f.duration, f.sr, f.channels, f.bits, f.codec, f.meta";
+    std::string sql = "SELECT f.path, f.root, f.duration, f.sr, f.channels, f.bits, f.codec, f.meta, f.mtime";
     if (hasWords) { sql += ", bm25(fts, 4.0, 1.0, 2.0)"; }
     sql += " FROM files f";
     if (hasWords) { sql += " JOIN fts ON fts.rowid = f.id"; }
     if (hasWords) { sql += " WHERE fts MATCH ?" + (conditions.sql.empty() ? "" : " AND " + conditions.sql); }
     if (!hasWords && !conditions.sql.empty()) { sql += " WHERE " + conditions.sql; }
-    sql += hasWords ? " ORDER BY 9" : " ORDER BY f.path";
+    sql += hasWords ? " ORDER BY 10" : " ORDER BY f.path";
     return sql + " LIMIT " + std::to_string(limit);
 }
 
@@ -68,7 +68,8 @@ using RankedRows = std::vector<RankedRow>;
 std::optional<RankedRows> rowsOf(const Database& database, const std::vector<Ranked>& files) {
     RankedRows rows;
     rows.reserve(files.size());
-    Statement select(database, "SELECT path, root, duration, sr, channels, bits, codec, meta FROM files WHERE id = ?");
+    Statement select(database,
+                     "SELECT path, root, duration, sr, channels, bits, codec, meta, mtime FROM files WHERE id = ?");
     for (const Ranked& file : files) {
         if (!select.bind(file.id).step()) { return std::nullopt; }
         rows.push_back({file.rank, readRow(select)});
@@ -94,7 +95,7 @@ RankedRows rowsByStatement(const Database& database, const Wanted& wanted, int l
     if (match) { select.set(++parameter, *match); }
     for (const std::string& text : conditions.texts) { select.set(++parameter, text); }
     RankedRows rows;
-    while (select.step()) { rows.push_back({match ? select.real(8) : 0, readRow(select)}); }
+    while (select.step()) { rows.push_back({match ? select.real(9) : 0, readRow(select)}); }
     return select.ok() ? rows : RankedRows();
 }
 

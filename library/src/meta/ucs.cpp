@@ -17,29 +17,49 @@ namespace brindlehum {
 namespace {
 
 // Without the file, every look-up finds nothing; nothing else depends on it.
-std::string resourceText() {
+std::string resourceText(const char* name) {
     loadResources();
-    QFile file(":/UCS.csv");
+    QFile file(name);
     return file.open(QIODevice::ReadOnly) ? file.readAll().toStdString() : std::string();
+}
+
+// The lines after the header, as their fields.
+std::vector<std::vector<std::string_view>> rowsOf(std::string_view csv) {
+    std::vector<std::vector<std::string_view>> rows;
+    bool header = true;
+    for (const std::string_view line : split(csv, "\r\n")) {
+        if (line.empty() || std::exchange(header, false)) { continue; }
+        rows.push_back(split(line, ","));
+    }
+    return rows;
 }
 
 }  // namespace
 
-UCS::UCS(std::string_view csv) {
-    bool header = true;
-    for (const std::string_view rest : split(csv, "\r\n")) {
-        if (rest.empty()) { continue; }
-        if (std::exchange(header, false)) { continue; }
-        const std::vector<std::string_view> fields = split(rest, ",");
+UCS::UCS(std::string_view csv, std::string_view synonyms) {
+    for (const auto& fields : rowsOf(csv)) {
         if (fields.size() < 3) { continue; }
         const Entry entry{std::string(trimmed(fields[0])), std::string(trimmed(fields[1])),
                           std::string(trimmed(fields[2]))};
         entries_[upperAscii(entry.catID)] = entry;
     }
+    addSynonyms(synonyms);
+}
+
+void UCS::addSynonyms(std::string_view csv) {
+    for (const auto& fields : rowsOf(csv)) {
+        if (fields.size() < 2) { continue; }
+        const std::string key = upperAscii(trimmed(fields[0]));
+        const std::string words = upperAscii(trimmed(fields[1]));
+        if (const auto found = entries_.find(key); found != entries_.end()) { found->second.words = words; }
+        for (auto& [catID, entry] : entries_) {
+            if (upperAscii(entry.category) == key) { entry.categoryWords = words; }
+        }
+    }
 }
 
 const UCS& UCS::shared() {
-    static const UCS list(resourceText());
+    static const UCS list(resourceText(":/UCS.csv"), resourceText(":/UCSWords.csv"));
     return list;
 }
 

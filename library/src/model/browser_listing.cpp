@@ -9,6 +9,7 @@
 #include <memory>
 
 #include "base/path.h"
+#include "catalog/file_stamp.h"
 #include "platform/natural_order.h"
 
 namespace brindlehum {
@@ -38,6 +39,12 @@ std::vector<BrowserEntry> sortedByName(std::vector<BrowserEntry> entries) {
     return sorted;
 }
 
+// Zero if the item is gone.
+double modifiedOf(DIR* folder, const dirent& item) {
+    struct stat facts {};
+    return ::fstatat(::dirfd(folder), item.d_name, &facts, 0) == 0 ? stampOf(facts).mtime : 0;
+}
+
 }  // namespace
 
 BrowserListing listForBrowser(const fs::path& folder, Catalog* catalog, const std::stop_token& stop) {
@@ -60,11 +67,12 @@ BrowserListing listForBrowser(const fs::path& folder, Catalog* catalog, const st
             isFile = S_ISREG(facts.st_mode);
         }
         if (isFolder) {
-            folders.push_back({folder / name, true, std::nullopt});
+            folders.push_back({folder / name, true, std::nullopt, modifiedOf(open.get(), *item)});
         } else if (isFile && AudioFileInfo::isAudioPath(name)) {
             BrowserEntry entry{folder / name, false, std::nullopt};
             const std::string path = isLink ? canonicalPath(entry.url) : (fs::path(real) / name).string();
             if (catalog != nullptr) { entry.row = catalog->row(path); }
+            if (!entry.row) { entry.modified = modifiedOf(open.get(), *item); }
             sounds.push_back(std::move(entry));
         }
     }

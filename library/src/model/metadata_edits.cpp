@@ -43,6 +43,14 @@ std::string failureText(const MetadataEdits::Failures& failed) {
     return text;
 }
 
+MetadataEdits::Moves movesOf(const UCSRenames& renames) {
+    MetadataEdits::Moves moves;
+    for (const UCSRename& rename : renames) {
+        if (rename.verdict == UCSRename::Verdict::renames) { moves.push_back({rename.from, rename.to}); }
+    }
+    return moves;
+}
+
 // Moves the row to the file's new path, since only the row holds some of its metadata. A link has no row of its own.
 void moveRow(Catalog& catalog, const Catalog::Row& row, const std::filesystem::path& to) {
     struct stat facts {};
@@ -99,44 +107,60 @@ void MetadataEdits::save(const MetadataChanges& changes, const Paths& files,
 
 void MetadataEdits::renameToUCS(const Paths& files) {
     if (!catalog_) { return; }
-    const auto plan = [files, catalog = catalog_] {
-        Moves moves;
-        for (const auto& file : files) {
-            const auto row = catalog->row(canonicalPath(file));
-            const auto name = row ? row->meta.ucsFileName() : std::nullopt;
-            if (name) { moves.push_back({file, file.parent_path() / (*name + file.extension().string())}); }
-        }
-        return moves;
-    };
-    rename(plan, false);
+    carryOut([files, catalog = catalog_] { return movesOf(planUCSRenames(files, *catalog)); }, false);
+}
+
+void MetadataEdits::previewUCS(const Paths& files, const std::function<void(const UCSRenames&)>& shown) {
+    edits_.run(
+        [files, catalog = catalog_] {
+            if (catalog) { return planUCSRenames(files, *catalog); }
+            UCSRenames none;
+            for (const auto& file : files) { none.push_back({file, {}, UCSRename::Verdict::notInLibrary}); }
+            return none;
+        },
+        shown);
+}
+
+void MetadataEdits::rename(const UCSRenames& shown) {
+    if (const Moves moves = movesOf(shown); catalog_ && !moves.empty()) {
+        carryOut([moves] { return moves; }, false);
+    }
 }
 
 void MetadataEdits::undoRename() {
     Moves back;
     for (const Move& move : lastRenames_) { back.push_back({move.to, move.from}); }
     if (catalog_ && !back.empty()) {
-        rename([back] { return back; }, true);
+        carryOut([back] { return back; }, true);
     }
 }
 
 // `plan` runs on the background queue.
-void MetadataEdits::rename(std::function<Moves()> plan, bool undoing) {
+void MetadataEdits::carryOut(std::function<Moves()> plan, bool undoing) {
+    struct Result {
+        Moves done;
+        size_t failed = 0;
+    };
     edits_.run(
         [plan = std::move(plan), catalog = catalog_] {
-            Moves done;
+            Result result;
             for (const Move& move : plan()) {
                 const auto row = catalog->row(canonicalPath(move.from));
-                if (move.from == move.to || !renameToFreeName(move.from, move.to)) { continue; }
+                if (!renameToFreeName(move.from, move.to)) {
+                    ++result.failed;
+                    continue;
+                }
                 if (row) { moveRow(*catalog, *row, move.to); }
-                done.push_back(move);
+                result.done.push_back(move);
             }
-            return done;
+            return result;
         },
-        [this, undoing](const Moves& done) {
-            lastRenames_ = undoing ? Moves() : done;
-            const std::string count = countOf(done.size());
-            Q_EMIT said(undoing ? "Gave " + count + " the old name again" : "Renamed " + count);
-            if (!done.empty()) { Q_EMIT renamed(done); }
+        [this, undoing](const Result& result) {
+            lastRenames_ = undoing ? Moves() : result.done;
+            const std::string count = countOf(result.done.size());
+            const std::string failed = result.failed > 0 ? ", " + number(result.failed) + " couldn't be renamed" : "";
+            Q_EMIT said((undoing ? "Gave " + count + " the old name again" : "Renamed " + count) + failed);
+            if (!result.done.empty()) { Q_EMIT renamed(result.done); }
             Q_EMIT catalogChanged();
         });
 }

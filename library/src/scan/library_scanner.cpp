@@ -15,6 +15,7 @@
 #include <unordered_set>
 
 #include "base/path.h"
+#include "base/text.h"
 #include "catalog/file_stamp.h"
 #include "scan/slice_reader.h"
 #include "scan/tree_walk.h"
@@ -35,9 +36,11 @@ bool isBelow(const std::string& path, const std::string& folder) {
     return path.size() > folder.size() && path.starts_with(folder) && (path[folder.size()] == '/' || folder == "/");
 }
 
-std::string quotedName(const std::string& root) {
-    const std::string name = std::filesystem::path(root).filename().string();
-    return "“" + (name.empty() ? root : name) + "”";
+std::string quotedName(const std::string& folder) {
+    constexpr size_t longest = 60;  // bytes, for a line of text
+    const std::string name = printableName(folder);
+    if (name.size() <= longest) { return "“" + (name.empty() ? folder : name) + "”"; }
+    return "“" + std::string(cutUtf8(name, longest)) + "…”";
 }
 
 std::unordered_set<std::string> mountPointsOf(const std::filesystem::path& table) {
@@ -63,6 +66,7 @@ public:
             result_.message = *reason;
             return ended(Result::Outcome::unreachable);
         }
+        tellUnread(walk.unread);
         readChanged();
         if (!options_.stop.stop_requested()) { removeVanished(); }
         if (!options_.stop.stop_requested()) { catalog_.settle(); }
@@ -102,7 +106,7 @@ private:
             });
         // Keep rows that belong to another root by now.
         leftAlone_.insert(others.begin(), others.end());
-        unread_.insert(walk.unread.begin(), walk.unread.end());
+        for (const TreeWalk::Unread& unread : walk.unread) { unread_.insert(unread.path); }
         if (rows_.empty() || walk.empty.empty()) { return walk; }
         const auto mountPoints = mountPointsOf(options_.mountTable);
         for (const std::string& folder : walk.empty) {
@@ -123,6 +127,20 @@ private:
             return name + " is empty, as if its volume weren't there; what is known of it is kept";
         }
         return std::nullopt;
+    }
+
+    void tellUnread(const std::vector<TreeWalk::Unread>& unread) {
+        result_.unread = int64_t(unread.size());
+        if (unread.empty()) { return; }
+        constexpr size_t maxNames = 3;
+        std::string names;
+        for (size_t i = 0; i < std::min(unread.size(), maxNames); ++i) {
+            names += (i == 0 ? "" : ", ") + quotedName(unread[i].path);
+        }
+        result_.message = "Couldn't read " + std::to_string(unread.size()) +
+                          (unread.size() == 1 ? " folder in " : " folders in ") + quotedName(root_) + ": " + names +
+                          (unread.size() > maxNames ? " and others" : "") + " (" + std::strerror(unread[0].error) +
+                          "); what is known of them is kept";
     }
 
     void readChanged() {
@@ -193,7 +211,7 @@ private:
                 vanished.push_back(path);
             }
         }
-        if (unseen > 0 && !result_.writeFailed) {
+        if (unseen > 0 && !result_.message) {
             result_.message =
                 "Parts of " + quotedName(root_) + " aren't there to be read; what is known of them is kept";
         }

@@ -37,6 +37,11 @@ bool meansGone(int error) {
     return error == ENOENT || error == ENOTDIR || error == ELOOP;
 }
 
+// The folder that every ext4 volume has for its repair.
+bool isOfTheSystem(const std::string& folder, int error) {
+    return error == EACCES && folder.ends_with("/lost+found");
+}
+
 bool hasSoundExtension(std::string_view name) {
     const size_t dot = name.rfind('.');
     if (dot == std::string_view::npos || dot == 0) { return false; }
@@ -69,8 +74,8 @@ public:
             waiting_.pop_back();
             if (const Folder folder = openFolder(path.c_str(), O_NOFOLLOW)) {
                 list(folder.get(), path, false);
-            } else if (!meansGone(errno)) {
-                result_.unread.push_back(path);
+            } else if (!meansGone(errno) && !isOfTheSystem(path, errno)) {
+                result_.unread.push_back({path, errno});
             }
         }
         struct stat after {};
@@ -101,7 +106,7 @@ private:
             take(::dirfd(folder), *item);
         }
         if (errno != 0) {
-            result_.unread.push_back(path);
+            result_.unread.push_back({path, errno});
         } else if (isEmpty) {
             result_.empty.push_back(path);
         }
@@ -114,7 +119,7 @@ private:
         if (item.d_type != DT_UNKNOWN && (item.d_type != DT_REG || !isSound)) { return; }
         struct stat facts {};
         if (::fstatat(folder, item.d_name, &facts, AT_SYMLINK_NOFOLLOW) != 0) {
-            if (!meansGone(errno)) { result_.unread.push_back(path_); }
+            if (!meansGone(errno)) { result_.unread.push_back({path_, errno}); }
         } else if (S_ISDIR(facts.st_mode)) {
             enter();
         } else if (S_ISREG(facts.st_mode) && isSound) {

@@ -4,6 +4,7 @@
 #include <limits>
 #include <nlohmann/json.hpp>
 
+#include "base/stored_path.h"
 #include "library/team/change_log.h"
 
 namespace brindlehum::ChangeLog {
@@ -72,7 +73,7 @@ std::optional<int> intOf(const json& value) {
 }  // namespace
 
 std::optional<std::string> Entry::encoded() const {
-    json object = {{"path", path}, {"fields", changes.fields}, {"user", user}, {"time", isoTime(time)}};
+    json object = {{"path", storedPath(path)}, {"fields", changes.fields}, {"user", user}, {"time", isoTime(time)}};
     if (changes.rating) { object["rating"] = *changes.rating; }
     try {
         return object.dump();
@@ -84,7 +85,7 @@ std::optional<Entry> Entry::decode(std::string_view line) {
     if (!object.is_object()) { return std::nullopt; }
     Entry entry;
     try {
-        object.at("path").get_to(entry.path);
+        entry.path = pathFromStored(object.at("path").get<std::string>());
         for (const auto& [name, text] : object.at("fields").get_ref<const json::object_t&>()) {
             entry.changes.fields[name] = text.get<std::string>();
         }

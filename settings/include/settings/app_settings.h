@@ -33,6 +33,8 @@ struct AppSettings {
     static std::string defaultPullsFolder();
     // A missing or unreadable key keeps its default. Returns none when the text isn't a JSON object.
     static std::optional<AppSettings> decode(const std::string& json);
+    // Stores every path so that it reads back as it is (base/stored_path.h); in other texts, what isn't UTF-8 becomes
+    // U+FFFD. Throws Error for a number that isn't finite.
     std::string encode() const;
 };
 

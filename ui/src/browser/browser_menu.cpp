@@ -18,8 +18,10 @@ void fillBrowserMenu(QMenu& menu, const BrowserActions::Files& files, const Brow
     };
     const QString count = QLocale().toString(static_cast<qulonglong>(files.size()));
     const QString edits = files.size() < 2 ? QString("Make Temp Edits") : "Make Temp Edits (" + count + " files)";
-    if (auto* entry = add(edits, actions.makeTempEdits)) {
-        entry->setEnabled(std::ranges::any_of(files, AudioFileInfo::isAudioPath));
+    auto* makeEdits = add(edits, actions.makeTempEdits);
+    auto* rename = add("Rename to UCS Names…", actions.renameToUCS);
+    for (auto* entry : {makeEdits, rename}) {
+        if (entry) { entry->setEnabled(std::ranges::any_of(files, AudioFileInfo::isAudioPath)); }
     }
     add("Show in File Manager", actions.reveal);
     add("Copy Path", actions.copyPath);

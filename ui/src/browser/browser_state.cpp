@@ -58,15 +58,18 @@ void describeFolder(BrowserState& state, const BrowserState::Snapshot& now) {
     if (now.sounds > 0) { counts << counted(now.sounds, "sound", "sounds"); }
     state.count = counts.join(", ");
     if (now.folders > 0 || now.sounds > 0 || now.listing) { return; }
-    state.title = now.folderReadable ? "No sounds in this folder" : "This folder can't be opened";
+    const bool failed = !now.folderReadable && now.folderChosen;
+    state.title = failed ? "This folder can't be opened" : "No sounds in this folder";
     state.hint = now.folder;
     if (now.folderForbidden) {
         state.hint += "\nIts permissions don't let you read it.";
-    } else if (!now.folderReadable) {
+    } else if (failed) {
         state.hint += "\nIt may have been moved, or its volume isn't there.";
     }
     if (!now.hasRoots) {
-        state.hint = "Add the folders that hold your sounds: they are indexed, and searched as you type.";
+        if (!now.folderReadable && !now.folderChosen) { state.title = "No sounds yet"; }
+        const QString add = "Add the folders that hold your sounds: they are indexed, and searched as you type.";
+        state.hint = failed ? state.hint + "\n" + add : add;
         state.action = BrowserState::Action::addFolder;
         state.actionText = "Add Folder…";
     } else {

@@ -59,7 +59,7 @@ QString folderOf(const BrowserEntry& entry) {
 
 QString BrowserTableModel::columnName(int column) {
     static const QStringList names = {"Name",   "Description", "Category", "Library", "Length",
-                                      "Format", "Keywords",    "Rating",   "Folder"};
+                                      "Format", "Keywords",    "Rating",   "Folder",  "Modified"};
     return names.value(column);
 }
 
@@ -155,6 +155,8 @@ QString BrowserTableModel::text(const BrowserEntry& entry, int column) const {
             return entry.row ? oneLine(entry.row->meta.keywords) : QString();
         case Rating:
             return QString(ratingOf(entry), QChar(0x2605));
+        case Modified:
+            return InfoText::modified(entry);
         case Folder:
             return entry.isFolder ? QString() : folderOf(entry);
         default:
@@ -210,12 +212,17 @@ std::vector<int> BrowserTableModel::makeOrder() const {
     std::vector<BrowserSort::Key> keys;
     keys.reserve(entries_.size());
     for (const auto& item : entries_) {
-        const double number = column_ == Rating ? ratingOf(item) : InfoText::seconds(item, info(item));
-        keys.push_back(
-            {item.isFolder, item.isFolder ? text(item, Name) : text(item, column_), item.isFolder ? 0 : number});
+        keys.push_back({item.isFolder, item.isFolder ? text(item, Name) : text(item, column_), numberOf(item)});
     }
-    const bool byNumber = column_ == Length || column_ == Rating;
+    const bool byNumber = column_ == Length || column_ == Rating || column_ == Modified;
     return BrowserSort::order(keys, byNumber, direction_ == Qt::AscendingOrder);
+}
+
+// What the sorted column compares, where that is a number.
+double BrowserTableModel::numberOf(const BrowserEntry& entry) const {
+    if (column_ == Modified) { return InfoText::modifiedSeconds(entry); }
+    if (entry.isFolder) { return 0; }
+    return column_ == Rating ? ratingOf(entry) : InfoText::seconds(entry, info(entry));
 }
 
 void BrowserTableModel::sort(int column, Qt::SortOrder order) {

@@ -13,6 +13,7 @@
 #include "library/model/info_cache.h"
 #include "library/model/library_roots.h"
 #include "library/model/library_search.h"
+#include "library/model/places.h"
 #include "mix/player/transport.h"
 #include "settings/settings_store.h"
 #include "ui/browser/browser_bar.h"
@@ -131,6 +132,7 @@ BrowserState::Snapshot BrowserView::snapshot() const {
     for (const auto& entry : parts_.listing.entries()) { ++(entry.isFolder ? now.folders : now.sounds); }
     const auto& folder = parts_.listing.folder();
     now.folder = folder ? pathText(*folder) : QString();
+    now.folderChosen = folder != musicFolder();
     now.folderReadable = !parts_.listing.error();
     now.folderForbidden = parts_.listing.error() == std::errc::permission_denied;
     return now;

@@ -2,8 +2,27 @@
 #include "ui/inspector/inspector_fields.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace brindlehum {
+namespace {
+
+constexpr auto catIDTag = "CATID";
+constexpr auto categoryTag = "CATEGORY";
+constexpr auto subCategoryTag = "SUBCATEGORY";
+
+bool isLinked(const std::string& tag) {
+    return tag == catIDTag || tag == categoryTag || tag == subCategoryTag;
+}
+
+// The texts of an entry by the tags of their fields.
+std::map<std::string, QString> textsOf(const UCS::Entry& entry) {
+    return {{catIDTag, QString::fromStdString(entry.catID)},
+            {categoryTag, QString::fromStdString(entry.category)},
+            {subCategoryTag, QString::fromStdString(entry.subCategory)}};
+}
+
+}  // namespace
 
 const std::array<InspectorFields::Field, 15> InspectorFields::fields = {{{"DESCRIPTION", "Description", true},
                                                                          {"CATEGORY", "Category"},
@@ -46,7 +65,7 @@ void InspectorFields::loadUnderEdits(const std::vector<SoundMeta>& files) {
 
 void InspectorFields::edit(const MetadataChanges& changes) {
     for (const auto& [tag, text] : changes.fields) {
-        if (!isEdited(tag)) { setText(tag, QString::fromStdString(text)); }
+        if (!isEdited(tag)) { put(tag, QString::fromStdString(text)); }
     }
     if (!changes.rating || ratingEdited_) { return; }
     rating_ = *changes.rating;
@@ -62,9 +81,63 @@ bool InspectorFields::isMixed(const std::string& tag) const {
     return mixed_.contains(tag) && !edited_.contains(tag);
 }
 
-void InspectorFields::setText(const std::string& tag, const QString& text) {
+void InspectorFields::put(const std::string& tag, const QString& text) {
     values_[tag] = text;
     edited_.insert(tag);
+}
+
+void InspectorFields::setText(const std::string& tag, const QString& text) {
+    put(tag, text);
+    if (isLinked(tag)) { follow(tag); }
+}
+
+void InspectorFields::putBack() {
+    for (const auto& [tag, before] : filled_) {
+        if (!before.edited) { edited_.erase(tag); }
+        before.text ? void(values_[tag] = *before.text) : void(values_.erase(tag));
+    }
+    filled_.clear();
+}
+
+void InspectorFields::follow(const std::string& tag) {
+    if (std::exchange(leader_, tag) != tag) { filled_.clear(); }
+    putBack();
+    const UCS& list = UCS::shared();
+    const std::string catID = text(catIDTag).trimmed().toStdString();
+    const UCS::Entry* entry = list.lookup(catID);
+    if (tag != catIDTag) {
+        if (!entry && !catID.empty()) { return; }  // the user's own CatID
+        entry = list.find(text(categoryTag).toStdString(), text(subCategoryTag).toStdString());
+    }
+    if (!entry) { return; }
+    for (const auto& [other, its] : textsOf(*entry)) {
+        if (other == tag) {
+            values_[tag] = its;  // as the list spells it
+        } else if (text(other) != its || isMixed(other)) {
+            const auto found = values_.find(other);
+            filled_[other] = {found == values_.end() ? std::nullopt : std::optional(found->second), isEdited(other)};
+            put(other, its);
+        }
+    }
+}
+
+void InspectorFields::choose(const UCS::Entry& entry) {
+    leader_.clear();
+    filled_.clear();
+    for (const auto& [tag, text] : textsOf(entry)) { put(tag, text); }
+}
+
+QString InspectorFields::catIDNote() const {
+    const std::string catID = text(catIDTag).trimmed().toStdString();
+    if (catID.empty()) { return {}; }
+    const UCS::Entry* entry = UCS::shared().lookup(catID);
+    if (!entry) { return "Not in the UCS list"; }
+    const auto differs = [this](const char* tag, const std::string& its) {
+        const QString text = this->text(tag).trimmed();
+        return !text.isEmpty() && text.compare(QString::fromStdString(its), Qt::CaseInsensitive) != 0;
+    };
+    if (!differs(categoryTag, entry->category) && !differs(subCategoryTag, entry->subCategory)) { return {}; }
+    return QString::fromStdString("Stands for " + entry->category + " / " + entry->subCategory + " in the UCS list");
 }
 
 void InspectorFields::clickStar(int star) {
@@ -82,6 +155,7 @@ MetadataChanges InspectorFields::changes() const {
 void InspectorFields::saved() {
     for (const auto& tag : edited_) { mixed_.erase(tag); }
     edited_.clear();
+    filled_.clear();
     ratingEdited_ = false;
 }
 

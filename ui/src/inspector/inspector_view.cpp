@@ -3,6 +3,7 @@
 
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QLineEdit>
 #include <QLocale>
 #include <QMessageBox>
 #include <QPointer>
@@ -13,10 +14,12 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "base/text.h"
 #include "library/model/metadata_edits.h"
 #include "settings/settings_store.h"
 #include "ui/inspector/keeping_text.h"
 #include "ui/inspector/star_row.h"
+#include "ui/inspector/ucs_completer.h"
 #include "ui/look/elided_label.h"
 #include "ui/look/empty_state.h"
 #include "ui/look/path_text.h"
@@ -31,18 +34,6 @@ std::vector<fs::path> urlsOf(const std::vector<BrowserEntry>& entries) {
     std::vector<fs::path> urls;
     for (const auto& entry : entries) { urls.push_back(entry.url); }
     return urls;
-}
-
-bool askRename(QWidget* parent, size_t count) {
-    QMessageBox box(parent);
-    box.setIcon(QMessageBox::Question);
-    box.setText(count == 1 ? QString("Rename 1 file to its UCS name?")
-                           : QString("Rename %1 files to their UCS names?").arg(QLocale().toString(qulonglong(count))));
-    box.setInformativeText("DAW sessions that reference the old names will need to relink.");
-    auto* rename = box.addButton("Rename", QMessageBox::AcceptRole);
-    box.addButton(QMessageBox::Cancel);
-    box.exec();
-    return box.clickedButton() == rename;
 }
 
 InspectorView::Unsaved askAboutEdits(QWidget* parent) {
@@ -94,7 +85,6 @@ InspectorView::InspectorView(MetadataEdits& edits, SettingsStore& settings, QWid
     setObjectName("inspector");
     setMinimumWidth(minWidth);
     setMaximumWidth(maxWidth);
-    confirmRename = [this](size_t count) { return askRename(this, count); };
     askUnsaved = [this] { return askAboutEdits(this); };
     stack_ = new QStackedLayout(this);
     empty_ = new EmptyState;
@@ -146,18 +136,8 @@ QWidget* InspectorView::makeForm() {
     auto* column = new QVBoxLayout(content);
     column->setContentsMargins(0, 0, 6, 0);
     column->setSpacing(3);
-    for (const auto& item : InspectorFields::fields) {
-        Row row{caption(item.label), new TextField(item.label, item.severalLines)};
-        row.label->setBuddy(row.field);
-        column->addWidget(row.label);
-        column->addWidget(row.field);
-        column->addSpacing(6);
-        rows_[item.tag] = row;
-        connect(row.field, &TextField::edited, this, [this, tag = std::string(item.tag)](const QString& text) {
-            fields_.setText(tag, text);
-            refreshState();
-        });
-    }
+    for (const auto& item : InspectorFields::fields) { addRow(*column, item); }
+    for (const char* tag : {"CATID", "CATEGORY", "SUBCATEGORY"}) { addCompleter(tag); }
     column->addWidget(caption("Rating"));
     column->addWidget(stars_ = new StarRow);
     column->addStretch(1);
@@ -175,6 +155,44 @@ QWidget* InspectorView::makeForm() {
     return scroll;
 }
 
+void InspectorView::addRow(QBoxLayout& column, const InspectorFields::Field& item) {
+    const Row row{caption(item.label), new TextField(item.label, item.severalLines)};
+    const std::string tag = item.tag;
+    row.label->setBuddy(row.field);
+    column.addWidget(row.label);
+    column.addWidget(row.field);
+    if (tag == "CATID") {
+        column.addWidget(catIDNote_ = caption({}));
+        catIDNote_->setProperty("role", "captionWarning");
+    }
+    column.addSpacing(6);
+    rows_[tag] = row;
+    connect(row.field, &TextField::edited, this, [this, tag](const QString& text) {
+        fields_.setText(tag, text);
+        show(tag);
+        refreshState();
+    });
+}
+
+// The list of UCS entries below a field; the subcategory's has those of the category that is in the form, if any fit.
+void InspectorView::addCompleter(const std::string& tag) {
+    auto* line = qobject_cast<QLineEdit*>(&rows_.at(tag).field->editor());
+    const auto fitting = [this, tag](const QString& typed) {
+        auto entries = UCS::shared().matches(typed.toStdString());
+        const std::string category = upperAscii(fields_.text("CATEGORY").trimmed().toStdString());
+        const auto others = [&](const UCS::Entry* entry) { return upperAscii(entry->category) != category; };
+        if (tag == "SUBCATEGORY" && !std::ranges::all_of(entries, others)) { std::erase_if(entries, others); }
+        return entries;
+    };
+    auto* completer = new UCSCompleter(*line, fitting);
+    connect(completer, &UCSCompleter::chosen, this, [this](const QString& catID) {
+        if (const UCS::Entry* entry = UCS::shared().lookup(catID.toStdString())) { fields_.choose(*entry); }
+        show();
+        refreshState();
+    });
+    connect(line, &QLineEdit::editingFinished, this, [this] { show(); });
+}
+
 QWidget* InspectorView::makeButtons() {
     auto* box = new QWidget;
     auto* row = new QHBoxLayout(box);
@@ -183,14 +201,13 @@ QWidget* InspectorView::makeButtons() {
     row->addWidget(save_ = new QPushButton("Save"));
     row->addWidget(revert_ = new QPushButton("Revert"));
     row->addStretch(1);
-    row->addWidget(rename_ = new QPushButton("Rename to UCS"));
+    row->addWidget(rename_ = new QPushButton("Rename to UCS…"));
     save_->setProperty("role", "prominent");
-    save_->setShortcut(QKeySequence("Ctrl+S"));
     save_->setToolTip("Save (Ctrl+S)");
     rename_->setToolTip("Renames to CatID_FXName_Designer_Source");
     connect(save_, &QPushButton::clicked, this, &InspectorView::save);
     connect(revert_, &QPushButton::clicked, this, &InspectorView::revert);
-    connect(rename_, &QPushButton::clicked, this, &InspectorView::rename);
+    connect(rename_, &QPushButton::clicked, this, [this] { Q_EMIT renameAsked(urls_); });
     return box;
 }
 
@@ -235,8 +252,10 @@ void InspectorView::arrived(const std::vector<SoundMeta>& metas) {
     refreshState();
 }
 
-void InspectorView::show() {
-    for (const auto& [tag, row] : rows_) { row.field->setText(fields_.text(tag)); }
+void InspectorView::show(const std::string& typed) {
+    for (const auto& [tag, row] : rows_) {
+        if (tag != typed) { row.field->setText(fields_.text(tag)); }
+    }
 }
 
 void InspectorView::refreshState() {
@@ -253,6 +272,10 @@ void InspectorView::refreshState() {
         row.field->setReadOnly(loading_ && !edited);
         setRole(*row.label, fields_.isEdited(tag) ? "captionEdited" : "caption");
     }
+    const QString note = fields_.catIDNote();
+    catIDNote_->setText(note);
+    catIDNote_->setVisible(!note.isEmpty());
+    rows_.at("CATID").field->editor().setAccessibleDescription(note);
     stars_->setRating(fields_.rating());
     save_->setEnabled(edited);
     revert_->setEnabled(edited);
@@ -262,6 +285,7 @@ void InspectorView::refreshState() {
     pendingText_->setText(failed ? problem_ : "These edits aren't saved yet.");
     saveAgain_->setText(failed ? "Try Again" : "Save");
     saveAgain_->setAccessibleName(failed ? "Try again to save the edits" : "Save the edits and go on");
+    Q_EMIT editsChanged();
 }
 
 void InspectorView::save() {
@@ -342,10 +366,6 @@ void InspectorView::settleEdits(std::function<void()> settled) {
     }
     if (!hasUnsaved()) { return settled(); }
     settled_ = std::move(settled);
-}
-
-void InspectorView::rename() {
-    if (confirmRename(urls_.size())) { edits_.renameToUCS(urls_); }
 }
 
 }  // namespace brindlehum

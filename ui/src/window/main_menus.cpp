@@ -8,6 +8,7 @@
 #include "app/app_model.h"
 #include "ui/browser/browser_table.h"
 #include "ui/browser/browser_view.h"
+#include "ui/inspector/inspector_view.h"
 #include "ui/look/icons.h"
 #include "ui/look/path_text.h"
 #include "ui/look/setting_action.h"
@@ -59,6 +60,11 @@ void fillFile(QMenu* menu, MainWindow& window, AppModel& model) {
     recent->setToolTipsVisible(true);
     QObject::connect(recent, &QMenu::aboutToShow, &window, [recent, &window] { fillRecent(recent, window); });
     menu->addSeparator();
+    InspectorView& inspector = window.inspector();
+    auto* save = add(menu, "Save Metadata", QKeySequence("Ctrl+S"), [&inspector] { inspector.save(); });
+    const auto followEdits = [save, &inspector] { save->setEnabled(inspector.fields().hasEdits()); };
+    QObject::connect(&inspector, &InspectorView::editsChanged, save, followEdits);
+    followEdits();
     auto* edits = add(menu, "Make Temp Edits", QKeySequence("Ctrl+Shift+E"), [&model] {
         if (const auto& info = model.player().sound().info()) { model.makeTempEdits({info->url}); }
     });
@@ -70,14 +76,25 @@ void fillFile(QMenu* menu, MainWindow& window, AppModel& model) {
     add(menu, "Quit", QKeySequence("Ctrl+Q"), [&window] { window.quit(); });
 }
 
+std::vector<std::filesystem::path> chosenSounds(MainWindow& window) {
+    std::vector<std::filesystem::path> files;
+    for (const auto& entry : window.browser().table().selectedEntries()) {
+        if (!entry.isFolder) { files.push_back(entry.url); }
+    }
+    return files;
+}
+
 void fillEdit(QMenu* menu, MainWindow& window, AppModel& model) {
     add(menu, "Find", QKeySequence("Ctrl+F"), [&window] { window.browser().focusSearch(); });
     add(menu, "Clear Search", QKeySequence("Ctrl+Shift+F"), [&model] { model.library().search().clearFilters(); });
     add(menu, "Select All", QKeySequence("Ctrl+A"), [&window] { window.browser().table().selectAll(); });
     menu->addSeparator();
+    auto* rename = add(menu, "Rename to UCS Names…", {}, [&window] { window.renameToUCS(chosenSounds(window)); });
     auto* undo = add(menu, "Undo Rename", {}, [&model] { model.library().edits().undoRename(); });
-    QObject::connect(menu, &QMenu::aboutToShow, undo,
-                     [undo, &model] { undo->setEnabled(model.library().edits().canUndoRename()); });
+    QObject::connect(menu, &QMenu::aboutToShow, undo, [rename, undo, &window, &model] {
+        rename->setEnabled(!chosenSounds(window).empty());
+        undo->setEnabled(model.library().edits().canUndoRename());
+    });
     menu->addSeparator();
     add(menu, "Settings…", QKeySequence("Ctrl+,"), [&model] { model.openWindow("settings"); });
 }

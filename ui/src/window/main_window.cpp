@@ -5,6 +5,7 @@
 #include <QCloseEvent>
 #include <QFileDialog>
 #include <QMessageBox>
+#include <QPointer>
 #include <QPushButton>
 #include <QScreen>
 #include <QSplitter>
@@ -12,6 +13,7 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <iterator>
 
 #include "app/app_model.h"
 #include "library/catalog/catalog_location.h"
@@ -27,6 +29,7 @@
 #include "ui/window/banner_stack.h"
 #include "ui/window/file_drops.h"
 #include "ui/window/main_menus.h"
+#include "ui/window/rename_dialog.h"
 #include "ui/window/temp_edits_bar.h"
 #include "ui/window/ui_state.h"
 
@@ -143,10 +146,13 @@ void MainWindow::connectParts() {
     model_.library().roots().mayRemove = [this](const std::string& root, bool losesWords) {
         return mayRemove(root, losesWords);
     };
+    confirmRename = [this](const auto& renames) { return askRename(this, renames, inspector_->hasUnsaved()); };
+    connect(inspector_, &InspectorView::renameAsked, this, &MainWindow::renameToUCS);
     connect(sidebar_, &SidebarView::addFolderAsked, &model_, &AppModel::addLibraryFolder);
     connect(sidebar_, &SidebarView::typed, &browser_->bar(), &BrowserBar::type);
     connect(browser_, &BrowserView::addFolderAsked, &model_, &AppModel::addLibraryFolder);
     browser_->actions().reveal = [this](const auto& files) { model_.session().fileManager().reveal(files); };
+    browser_->actions().renameToUCS = [this](const auto& files) { renameToUCS(files); };
     browser_->actions().makeTempEdits = [this](const auto& files) { model_.makeTempEdits(files); };
     connect(&model_.library(), &LibraryModel::messageChanged, this,
             [this] { browser_->showMessage(QString::fromStdString(model_.library().message().value_or(""))); });
@@ -308,6 +314,15 @@ void MainWindow::openPath(const fs::path& path) {
 
 void MainWindow::quit() {
     inspector_->settleEdits([] { QApplication::quit(); });
+}
+
+void MainWindow::renameToUCS(const std::vector<fs::path>& files) {
+    std::vector<fs::path> sounds;
+    std::ranges::copy_if(files, std::back_inserter(sounds), AudioFileInfo::isAudioPath);
+    if (sounds.empty()) { return; }
+    model_.library().edits().previewUCS(sounds, [this, self = QPointer(this)](const UCSRenames& renames) {
+        if (self && confirmRename(renames)) { model_.library().edits().rename(renames); }
+    });
 }
 
 void MainWindow::chooseFile() {

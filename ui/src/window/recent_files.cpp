@@ -4,13 +4,14 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 
-#include "ui/look/path_text.h"
+#include "base/stored_path.h"
 
 namespace brindlehum {
 namespace {
 
 namespace fs = std::filesystem;
 
+// As in base/stored_path.h.
 QStringList stored(const UserDefaults& defaults) {
     const std::string text = defaults.data(RecentFiles::key).value_or("");
     QStringList paths;
@@ -24,9 +25,10 @@ QStringList stored(const UserDefaults& defaults) {
 
 std::vector<fs::path> RecentFiles::files() const {
     std::vector<fs::path> files;
-    for (const QString& path : stored(defaults_)) {
+    for (const QString& text : stored(defaults_)) {
+        fs::path path = pathFromStored(text.toStdString());
         std::error_code error;
-        if (fs::is_regular_file(pathOfText(path), error)) { files.push_back(pathOfText(path)); }
+        if (fs::is_regular_file(path, error)) { files.push_back(std::move(path)); }
     }
     return files;
 }
@@ -34,8 +36,8 @@ std::vector<fs::path> RecentFiles::files() const {
 void RecentFiles::add(const fs::path& path) {
     std::error_code error;
     const fs::path whole = fs::absolute(path, error);
-    const QString text = QString::fromStdString(whole.string());
-    if (error || text.toStdString() != whole.string()) { return; }
+    if (error) { return; }
+    const QString text = QString::fromStdString(storedPath(whole));
     QStringList paths = stored(defaults_);
     paths.removeAll(text);
     paths.prepend(text);

@@ -33,6 +33,7 @@ public:
         int bits = 0;
         std::string codec;
         SoundMeta meta;
+        double modified = 0;  // the file's time of modification; seconds since 1970
         bool operator==(const Row&) const = default;
         // "48 kHz · 24-bit · 2 ch"
         std::string formatSummary() const;

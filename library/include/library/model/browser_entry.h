@@ -12,6 +12,7 @@ struct BrowserEntry {
     std::filesystem::path url;
     bool isFolder = false;
     std::optional<Catalog::Row> row;  // set for a catalogued sound
+    double modified = 0;              // time of modification where there is no row; seconds since 1970, 0 when unknown
     bool operator==(const BrowserEntry&) const = default;
 };
 

@@ -10,6 +10,7 @@
 #include "library/catalog/catalog.h"
 #include "library/meta/metadata_changes.h"
 #include "library/model/real_paths.h"
+#include "library/model/ucs_rename.h"
 #include "platform/background.h"
 #include "settings/settings_store.h"
 
@@ -42,6 +43,10 @@ public:
               const std::function<void(const Failures&)>& ended = {});
     // Renames catalogued files by their metadata; does nothing without a catalog.
     void renameToUCS(const Paths& files);
+    // What that would do with each file, once the edits before it are done. Without a catalog there is no such file.
+    void previewUCS(const Paths& files, const std::function<void(const UCSRenames&)>& shown);
+    // Renames as shown, and skips files that are gone since or whose new names have been taken.
+    void rename(const UCSRenames& shown);
     // Undoes the last rename, for files that still exist and whose old names are still free.
     bool canUndoRename() const { return !lastRenames_.empty(); }
     void undoRename();
@@ -59,7 +64,7 @@ Q_SIGNALS:
     void said(const std::string& message);
 
 private:
-    void rename(std::function<Moves()> plan, bool undoing);
+    void carryOut(std::function<Moves()> plan, bool undoing);
 
     const SettingsStore& settings_;
     Catalog* catalog_;

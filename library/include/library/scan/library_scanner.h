@@ -35,7 +35,8 @@ struct Result {
     int64_t read = 0;                    // of these, new or changed ones that were catalogued now
     int64_t removed = 0;                 // rows of files that are gone
     bool writeFailed = false;            // some rows couldn't be written; the next scan tries again
-    std::optional<std::string> message;  // for the user: a failed write, or why rows of missing files were kept
+    int64_t unread = 0;                  // folders, and files, that exist and couldn't be read
+    std::optional<std::string> message;  // for the user: a failed write, what couldn't be read, or why rows were kept
 };
 
 struct Options {

@@ -9,8 +9,8 @@ namespace brindlehum::BrowserColumns {
 
 using Widths = std::array<int, BrowserTableModel::ColumnCount>;  // logical pixels
 
-constexpr Widths minimum{180, 120, 70, 60, 60, 80, 80, 60, 80};
-constexpr Widths ideal{300, 280, 130, 120, 76, 140, 200, 80, 200};
+constexpr Widths minimum{180, 120, 70, 60, 60, 80, 80, 60, 80, 110};
+constexpr Widths ideal{300, 280, 130, 120, 76, 140, 200, 80, 200, 150};
 
 // The length has its ideal width and the format `formatWidth`, because half a number is useless. The other columns grow
 // in step from their minimum to their ideal; name and description take the rest.

@@ -18,6 +18,7 @@ struct BrowserState {
         bool hasRoots = true;
         bool folderReadable = true;
         bool folderForbidden = false;  // why it isn't
+        bool folderChosen = true;      // by the user; false for the one that is shown at the first start
         QString query;
         QString category;
         QString library;

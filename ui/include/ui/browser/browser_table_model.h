@@ -15,7 +15,19 @@ namespace brindlehum {
 class BrowserTableModel : public QAbstractTableModel {
     Q_OBJECT
 public:
-    enum Column { Name, Description, Category, Library, Length, Format, Keywords, Rating, Folder, ColumnCount };
+    enum Column {
+        Name,
+        Description,
+        Category,
+        Library,
+        Length,
+        Format,
+        Keywords,
+        Rating,
+        Folder,
+        Modified,
+        ColumnCount
+    };
     // Columns from here on are hidden until the user shows them.
     static constexpr int firstExtra = Keywords;
     static constexpr int unsorted = -1;
@@ -53,6 +65,7 @@ private:
     QString text(const BrowserEntry& entry, int column) const;
     QString infoText(const BrowserEntry& entry, int column) const;
     std::vector<int> makeOrder() const;
+    double numberOf(const BrowserEntry& entry) const;
     bool sameFiles(const std::vector<BrowserEntry>& entries) const;
 
     std::vector<BrowserEntry> entries_;  // as given

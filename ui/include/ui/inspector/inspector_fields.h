@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "library/meta/metadata_changes.h"
+#include "library/meta/ucs.h"
 
 namespace brindlehum {
 
@@ -35,8 +36,14 @@ public:
     bool isEdited(const std::string& tag) const { return edited_.contains(tag); }
     int rating() const { return rating_; }
 
-    // Marks the field as edited; an empty text is a value, too.
+    // Marks the field as edited; an empty text is a value, too. A CatID of the UCS list brings its category and
+    // subcategory along, and the two together bring the CatID, unless it is one that the list doesn't have. While the
+    // same field is typed on, what it no longer stands for is put back.
     void setText(const std::string& tag, const QString& text);
+    // Takes CatID, category and subcategory from an entry that the user has chosen.
+    void choose(const UCS::Entry& entry);
+    // What is amiss with the CatID, for the user to know; empty if nothing is.
+    QString catIDNote() const;
     // Sets the rating; the star of the current rating clears it.
     void clickStar(int star);
 
@@ -46,11 +53,22 @@ public:
     void saved();
 
 private:
+    // A field before another one has filled it.
+    struct Before {
+        std::optional<QString> text;
+        bool edited = false;
+    };
+    void put(const std::string& tag, const QString& text);
+    void follow(const std::string& tag);
+    void putBack();
+
     std::map<std::string, QString> values_;
     std::set<std::string> mixed_;
     std::set<std::string> edited_;
     int rating_ = 0;
     bool ratingEdited_ = false;
+    std::string leader_;  // the field that has filled those in `filled_`
+    std::map<std::string, Before> filled_;
 };
 
 }  // namespace brindlehum

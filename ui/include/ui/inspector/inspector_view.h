@@ -11,6 +11,7 @@
 #include "library/model/browser_entry.h"
 #include "ui/inspector/inspector_fields.h"
 
+class QBoxLayout;
 class QLabel;
 class QPushButton;
 class QStackedLayout;
@@ -44,7 +45,6 @@ public:
 
     void save();
     void revert();
-    void rename();
     // To be called before the application ends. Calls `settled`, now or later, once there are no unsaved edits, or the
     // user has discarded them, or all are in their files; never if the user keeps them or one can't be saved. A second
     // call while edits are being saved doesn't wait for them.
@@ -53,11 +53,13 @@ public:
     bool hasUnsaved() const { return fields_.hasEdits() || !parked_.empty() || !saving_.empty(); }
     bool hasUnsavedIn(const std::filesystem::path& folder) const;
 
-    // The questions to the user, which a test may answer: whether to rename `count` files, and what to do with unsaved
-    // edits.
+    // The question what to do with unsaved edits, which a test may answer.
     enum class Unsaved { save, discard, keep };
-    std::function<bool(size_t count)> confirmRename;
     std::function<Unsaved()> askUnsaved;
+
+Q_SIGNALS:
+    void editsChanged();  // there may be something to save, or not any more
+    void renameAsked(const std::vector<std::filesystem::path>& files);
 
 private:
     struct Row {
@@ -72,10 +74,13 @@ private:
     };
     QWidget* makePendingBar();
     QWidget* makeForm();
+    void addRow(QBoxLayout& column, const InspectorFields::Field& item);
+    void addCompleter(const std::string& tag);
     QWidget* makeButtons();
     void load(std::vector<std::filesystem::path> urls);
     void arrived(const std::vector<SoundMeta>& metas);
-    void show();
+    // Puts the fields' texts into the form, but for the field that is being typed in.
+    void show(const std::string& typed = {});
     void refreshState();
     void followSelection();
     void goOn();
@@ -93,6 +98,7 @@ private:
     std::list<Draft> parked_;        // back from a save, and waiting for the form
     std::function<void()> settled_;  // waits for the saves
     std::map<std::string, Row> rows_;
+    QLabel* catIDNote_;
     QStackedLayout* stack_;
     EmptyState* empty_;
     QWidget* form_;

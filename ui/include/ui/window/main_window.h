@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "library/model/ucs_rename.h"
 #include "ui/window/recent_files.h"
 
 class QSplitter;
@@ -41,6 +42,10 @@ public:
     std::function<bool(const QString& question, const QString& losses)> confirmRemoval;
     // Whether the application can be seen and stopped while this window is closed. A test may answer.
     std::function<bool()> hasTray;
+    // The question before files get their UCS names, with all that would happen, which a test may answer.
+    std::function<bool(const UCSRenames& renames)> confirmRename;
+    // Shows what a rename would do with these files, and renames them once the user confirms.
+    void renameToUCS(const std::vector<std::filesystem::path>& files);
     void chooseFile();
     void chooseFolder();
     void showInspector(bool shown);

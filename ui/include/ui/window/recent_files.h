@@ -16,7 +16,7 @@ public:
     explicit RecentFiles(UserDefaults& defaults) : defaults_(defaults) {}
     // The latest first. Files that don't exist now are left out.
     std::vector<std::filesystem::path> files() const;
-    // Makes it the latest. A path that isn't UTF-8 isn't remembered.
+    // Makes it the latest.
     void add(const std::filesystem::path& path);
     void clear();
 

@@ -1,0 +1,140 @@
+// Builds the list of names and says how many files will be renamed, and why the others won't.
+#include "ui/window/rename_dialog.h"
+
+#include <QDialogButtonBox>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLocale>
+#include <QPushButton>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "ui/look/icons.h"
+#include "ui/look/path_text.h"
+#include "ui/look/plain_tool_tip.h"
+#include "ui/look/screen_fit.h"
+
+namespace brindlehum {
+namespace {
+
+using Verdict = UCSRename::Verdict;
+
+constexpr QSize usualSize(760, 440);  // logical pixels
+enum Column { Now, Then, Note };
+
+QString noteOf(Verdict verdict) {
+    switch (verdict) {
+        case Verdict::renames:
+            return {};
+        case Verdict::alreadyNamed:
+            return "Already so named";
+        case Verdict::gone:
+            return "The file is gone";
+        case Verdict::notInLibrary:
+            return "Not in the library";
+        case Verdict::noCatID:
+            return "Has no CatID";
+        case Verdict::noFXName:
+            return "Has no FX name";
+        case Verdict::nameTaken:
+            return "Another file has this name";
+        case Verdict::nameTwice:
+            return "A file above gets this name";
+        case Verdict::nameTooLong:
+            return "The name is too long";
+        case Verdict::folderLocked:
+            return "Its folder is read-only";
+    }
+    return {};
+}
+
+QString number(qint64 count) {
+    return QLocale().toString(count);
+}
+
+QString question(qint64 count) {
+    if (count == 0) { return "None of these files can be renamed."; }
+    return count == 1 ? QString("Rename 1 file to its UCS name?")
+                      : QString("Rename %1 files to their UCS names?").arg(number(count));
+}
+
+// "1 is already so named, 2 can't be renamed."
+QString others(qint64 named, qint64 kept) {
+    QStringList parts;
+    if (named > 0) { parts << number(named) + (named == 1 ? " is already so named" : " are already so named"); }
+    if (kept > 0) { parts << number(kept) + " can't be renamed"; }
+    return parts.isEmpty() ? QString() : parts.join(", ") + ".";
+}
+
+QLabel* line(const QString& text, const char* role) {
+    auto* label = new QLabel(text);
+    label->setProperty("role", role);
+    label->setWordWrap(true);
+    label->setVisible(!text.isEmpty());
+    return label;
+}
+
+}  // namespace
+
+RenameDialog::RenameDialog(const UCSRenames& renames, bool unsaved, QWidget* parent) : QDialog(parent) {
+    const auto count = [&](Verdict verdict) { return std::ranges::count(renames, verdict, &UCSRename::verdict); };
+    const auto renamed = count(Verdict::renames);
+    const auto named = count(Verdict::alreadyNamed);
+    setWindowTitle("Rename to UCS Names");
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(20, 18, 20, 16);
+    column->setSpacing(10);
+    column->addWidget(line(question(renamed), "title"));
+    column->addWidget(line(others(named, std::ssize(renames) - renamed - named), "secondary"));
+    column->addWidget(list_ = new QTreeWidget, 1);
+    fill(renames);
+    column->addWidget(line(unsaved ? "Metadata edits that aren't saved yet are not in these names." : "", "warning"));
+    column->addWidget(
+        line(renamed > 0 ? "DAW sessions that reference the old names will need to relink." : "", "secondary"));
+    auto* buttons = new QDialogButtonBox;
+    auto* rename = buttons->addButton("Rename", QDialogButtonBox::AcceptRole);
+    auto* cancel = buttons->addButton("Cancel", QDialogButtonBox::RejectRole);
+    rename->setProperty("role", "prominent");
+    rename->setEnabled(renamed > 0);
+    (renamed > 0 ? rename : cancel)->setDefault(true);
+    connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    column->addWidget(buttons);
+    resize(fittingSize(*this, usualSize));
+}
+
+void RenameDialog::fill(const UCSRenames& renames) {
+    list_->setAccessibleName("Names now and then");
+    list_->setRootIsDecorated(false);
+    list_->setUniformRowHeights(true);
+    list_->setTextElideMode(Qt::ElideMiddle);
+    list_->setSelectionMode(QAbstractItemView::NoSelection);
+    list_->setHeaderLabels({"Name now", "New name", "Note"});
+    QList<QTreeWidgetItem*> rows;
+    for (const UCSRename& rename : renames) {
+        const QString to = rename.to.empty() ? QString("–") : pathText(rename.to.filename());
+        auto* row = new QTreeWidgetItem({pathText(rename.from.filename()), to, noteOf(rename.verdict)});
+        row->setToolTip(Now, plainToolTip(pathText(rename.from)));
+        if (!rename.to.empty()) { row->setToolTip(Then, plainToolTip(pathText(rename.to))); }
+        const bool stays = rename.verdict != Verdict::renames;
+        if (stays && rename.verdict != Verdict::alreadyNamed) {
+            row->setIcon(Note, symbol("warning", SymbolRole::warning));
+        }
+        row->setDisabled(stays);
+        rows << row;
+    }
+    list_->addTopLevelItems(rows);
+    auto* head = list_->header();
+    head->setStretchLastSection(false);
+    head->setSectionResizeMode(Now, QHeaderView::Stretch);
+    head->setSectionResizeMode(Then, QHeaderView::Stretch);
+    head->setSectionResizeMode(Note, QHeaderView::ResizeToContents);
+}
+
+bool askRename(QWidget* parent, const UCSRenames& renames, bool unsaved) {
+    RenameDialog dialog(renames, unsaved, parent);
+    return dialog.exec() == QDialog::Accepted;
+}
+
+}  // namespace brindlehum
