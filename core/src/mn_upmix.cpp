@@ -159,6 +159,14 @@ int32_t mn_upmix_bins(const mn_upmix* upmix) noexcept {
 int32_t mn_upmix_latency(const mn_upmix* upmix) noexcept {
     return upmix->size;
 }
+int32_t mn_upmix_tail(const mn_upmix* upmix) noexcept {
+    const mn_upmix_plan* plan = upmix->plan.load(std::memory_order_acquire);
+    int32_t longest = 0;
+    for (int32_t i = 0; i < upmix->outs; ++i) {
+        longest = std::max({longest, upmix->out[size_t(i)].delay, plannedDelay(plan, i)});
+    }
+    return 2 * upmix->size + longest;
+}
 int32_t mn_upmix_in_channels(const mn_upmix* upmix) noexcept {
     return upmix->ins;
 }

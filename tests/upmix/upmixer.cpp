@@ -225,7 +225,7 @@ TEST(Upmixer, TheSamePlanStaysAndTheOldOneIsHandedBack) {
     EXPECT_NE(upmixer->apply(other), nullptr);
     EXPECT_EQ(upmixer->request(), other);
     // Latency, a window behind it, and the longest delay: right tops have none in 5.1.
-    EXPECT_EQ(upmixer->tail(), 2 * 1024 + int(std::lround(48 * (10 + 12 * 0.55))));
+    EXPECT_EQ(mn_upmix_tail(upmixer->raw()), 2 * 1024 + int(std::lround(48 * (10 + 12 * 0.55))));
     EXPECT_EQ(Upmixer::make(17, 2, 48000), nullptr);
     EXPECT_EQ(Upmixer::make(2, 2, 88200)->fftSize(), 2048);
 }

@@ -1,8 +1,6 @@
 // UpmixPlanStorage: pointers into the plan's lists.
 #include "plan_storage.h"
 
-#include <algorithm>
-#include <cmath>
 #include <utility>
 
 namespace brindlehum {
@@ -44,10 +42,5 @@ mn_upmix_plan recordOf(const UpmixPlan& plan) {
 }  // namespace
 
 UpmixPlanStorage::UpmixPlanStorage(UpmixPlan plan) : plan_(std::move(plan)), record_(recordOf(plan_)) {}
-
-int UpmixPlanStorage::longestDelay() const {
-    const auto longest = std::ranges::max_element(plan_.delay);
-    return longest == plan_.delay.end() ? 0 : std::clamp(int(std::lround(*longest)), 0, int(mn_upmix_max_delay));
-}
 
 }  // namespace brindlehum

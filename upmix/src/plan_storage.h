@@ -14,8 +14,6 @@ public:
     UpmixPlanStorage& operator=(const UpmixPlanStorage&) = delete;
 
     const mn_upmix_plan* pointer() const { return &record_; }
-    // Samples, as the processor limits them.
-    int longestDelay() const;
 
 private:
     UpmixPlan plan_;

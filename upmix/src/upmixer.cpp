@@ -1,7 +1,6 @@
 // Upmixer: chooses the transform's size, and exchanges plans.
 #include "upmix/upmixer.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "plan_storage.h"
@@ -31,12 +30,6 @@ std::shared_ptr<const UpmixPlanStorage> Upmixer::apply(const UpmixRequest& reque
     mn_upmix_set_plan(raw(), storage->pointer());
     request_ = request;
     return std::exchange(storage_, std::move(storage));
-}
-
-int Upmixer::tail() const {
-    int longest = 0;
-    if (storage_) { longest = storage_->longestDelay(); }
-    return 2 * transform_.size + longest;
 }
 
 }  // namespace brindlehum

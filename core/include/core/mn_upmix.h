@@ -58,6 +58,9 @@ void mn_upmix_destroy(mn_upmix* upmix) noexcept;
 int32_t mn_upmix_bins(const mn_upmix* upmix) noexcept;
 // Samples, N.
 int32_t mn_upmix_latency(const mn_upmix* upmix) noexcept;
+// Samples from an input to its last trace in an output, at most: two windows and the plan's longest delay. Real-time
+// safe.
+int32_t mn_upmix_tail(const mn_upmix* upmix) noexcept;
 int32_t mn_upmix_in_channels(const mn_upmix* upmix) noexcept;
 int32_t mn_upmix_out_channels(const mn_upmix* upmix) noexcept;
 

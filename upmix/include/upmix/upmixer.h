@@ -32,8 +32,6 @@ public:
     int fftSize() const { return transform_.size; }
     int bins() const { return transform_.bins(); }
     const std::optional<UpmixRequest>& request() const { return request_; }
-    // Samples from an input to the last trace of it in an output, at most.
-    int tail() const;
 
 private:
     struct Destroy {
