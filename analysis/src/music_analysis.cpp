@@ -2,7 +2,9 @@
 #include "analysis/music_analysis.h"
 
 #include <algorithm>
+#include <cmath>
 
+#include "analysis/bar_lines.h"
 #include "analysis/grid_builder.h"
 #include "analysis/tempo_analyzer.h"
 #include "analysis/text.h"
@@ -35,7 +37,10 @@ AnalysisOutcome analyzeMusic(const AnalysisInput& input, const AnalysisProgress&
     out.tempo = std::move(*tempo);
 
     if (cancelledAt(AnalysisStage::grid)) { return {Status::cancelled, std::nullopt}; }
-    out.grid = GridBuilder::build(out.tempo, out.mono22k, out.seconds, input.bpm, input.beatsPerBar);
+    HarmonyReader harmony;
+    harmony.push(out.mono22k);
+    const MusicGrid guess = GridBuilder::build(out.tempo, out.mono22k, out.seconds, input.bpm, input.beatsPerBar);
+    out.grid = BarLines::choose(guess, out.tempo, out.mono22k, harmony.finish(), {input.bpm, input.beatsPerBar});
 
     if (cancelledAt(AnalysisStage::spectrum)) { return {Status::cancelled, std::nullopt}; }
     const SpectralFrames spectrum(out.mono22k);
@@ -51,9 +56,18 @@ AnalysisOutcome analyzeMusic(const AnalysisInput& input, const AnalysisProgress&
     return {Status::done, std::move(out)};
 }
 
+std::string MusicAnalysis::meter() const {
+    return tempo.meter.group == grid.beatsPerBar ? tempo.meter.label : std::to_string(grid.beatsPerBar) + "/4";
+}
+
+std::optional<double> MusicAnalysis::twin() const {
+    const bool gridFollowsIt = tempo.twin && std::abs(grid.bpm / *tempo.twin - 1) < 0.04;
+    return gridFollowsIt ? tempo.bpm : tempo.twin;
+}
+
 std::string MusicAnalysis::summary() const {
-    std::string text = fixed(grid.bpm, 2) + " BPM " + tempo.meter.label;
-    if (tempo.twin) { text += " (twin " + fixed(*tempo.twin, 1) + ")"; }
+    std::string text = fixed(grid.bpm, 2) + " BPM " + meter();
+    if (const auto other = twin()) { text += " (twin " + fixed(*other, 1) + ")"; }
     text += " · " + (grid.steady ? std::string("steady") : lowerAscii(tempo.drift));
     text += " · " + key.tonic + (key.mode == "minor" ? "m" : "");
     text += " · " + fixed(loudness.integrated, 1) + " LUFS · " + fixed(loudness.truePeak, 1) + " dBTP";

@@ -3,6 +3,7 @@
 
 #include <limits>
 
+#include "analysis/bar_lines.h"
 #include "analysis/downbeat_detector.h"
 #include "analysis/grid_builder.h"
 #include "analysis/key_analyzer.h"
@@ -51,13 +52,18 @@ void expectFinite(const std::vector<double>& values, const std::string& what) {
 TEST(BadInput, EveryStageStaysFinite) {
     for (const Bad& bad : badSignals()) {
         const double seconds = double(bad.x.size()) / test::musicRate;
+        std::vector<float> store;
+        const std::span<const float> repaired = Signal::usable(bad.x, store);
         const auto tempo = TempoAnalyzer::analyze(bad.x);
         EXPECT_EQ(tempo.has_value(), bad.tempo) << bad.what;
         if (tempo) {
             expectFinite({tempo->bpm, tempo->score, tempo->driftSpreadPct, tempo->firstDownbeat}, bad.what);
             expectFinite(tempo->beats, bad.what);
             for (const std::optional<double> bpm : {std::optional<double>(), {1.0}, {120.0}, {1e5}, {1e-9}}) {
-                const MusicGrid grid = GridBuilder::build(*tempo, bad.x, seconds, bpm);
+                HarmonyReader harmony;
+                harmony.push(repaired);
+                const MusicGrid guess = GridBuilder::build(*tempo, bad.x, seconds, bpm);
+                const MusicGrid grid = BarLines::choose(guess, *tempo, repaired, harmony.finish(), {bpm, {}});
                 expectFinite(grid.beats, bad.what);
                 expectFinite({grid.bpm, grid.downbeatConfidence, grid.grooveStart, grid.attackShift}, bad.what);
                 EXPECT_FALSE(grid.boundaries().empty()) << bad.what;

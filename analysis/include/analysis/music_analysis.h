@@ -26,6 +26,11 @@ struct MusicAnalysis {
     std::vector<float> mono22k;  // the working signal, used by planner and views
     double seconds = 0;          // frames / the file's rate
 
+    // "3/4": the beats a bar of the grid, by the name that the tempo analysis gives to them if it found as many.
+    std::string meter() const;
+    // A second reading of the tempo that is almost as good, BPM: the tempo analysis's twin, or its own tempo where the
+    // grid follows the twin.
+    std::optional<double> twin() const;
     // "92.50 BPM 3/4 (twin 138.8) · breathing · F#m · -14.2 LUFS · -0.4 dBTP".
     std::string summary() const;
 };

@@ -27,12 +27,14 @@ struct Card {
 };
 
 std::array<Card, 7> cardsOf(const MusicAnalysis& a) {
-    const auto& meter = a.tempo.meter;
+    const auto twin = a.twin();
     const auto bars = a.structure.profile.rms.size();
     return {{
         {"Tempo", number(a.grid.bpm, 2) + " BPM",
-         a.tempo.twin ? "twin " + number(*a.tempo.twin, 1) : "score " + number(a.tempo.score, 2)},
-        {"Meter", QString::fromStdString(meter.label), QString::fromStdString(meter.confidence)},
+         twin ? "twin " + number(*twin, 1) : "score " + number(a.tempo.score, 2)},
+        {"Meter", QString::fromStdString(a.meter()),
+         a.grid.barLinesUncertain() ? QStringLiteral("bar lines uncertain")
+                                    : "bar lines " + number(100 * a.grid.downbeatConfidence, 0) + " % sure"},
         {"Grid", a.grid.steady ? QStringLiteral("steady") : QString::fromStdString(a.tempo.drift).toLower(),
          "drift " + number(a.tempo.driftSpreadPct, 1) + " %, " + number(a.tempo.snappedPct, 0) + " % on onsets"},
         {"Key", QString::fromStdString(a.key.tonic + " " + a.key.mode), "confidence " + number(a.key.confidence, 2)},

@@ -1,0 +1,57 @@
+// BarLines: lays out the hypotheses, chooses one and makes it the grid.
+#include "analysis/bar_lines.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "analysis/downbeat_detector.h"
+#include "bars/choice.h"
+#include "bars/weigh.h"
+
+namespace brindlehum::BarLines {
+namespace {
+
+using namespace bars;
+
+// Beats from the start of the file; a beat up to 60 ms before it counts as its bar line.
+void layGrid(MusicGrid& grid, const BeatBase& base, const Pulse& pulse, const Hypothesis& chosen) {
+    grid.bpm = 60 / pulse.period;
+    grid.beatsPerBar = chosen.beatsPerBar;
+    grid.steady = base.steady;
+    grid.attackShift = base.steady ? base.attackShift : 0;
+    grid.beats.clear();
+    grid.downbeats.clear();
+    std::vector<double> beats = pulse.beats;
+    // A pulse is weighed to 50 ms before the end only.
+    const double step = base.steady ? pulse.period : beats[beats.size() - 1] - beats[beats.size() - 2];
+    while (beats.back() + step < grid.duration) { beats.push_back(beats.back() + step); }
+    const auto group = size_t(chosen.beatsPerBar);
+    const size_t bar = (pulse.from + size_t(chosen.place)) % group;
+    for (size_t i = 0; i < beats.size(); ++i) {
+        if (beats[i] >= 0) { grid.beats.push_back(beats[i]); }
+        if (i % group == bar && beats[i] < grid.duration - 0.001) { grid.downbeats.push_back(std::max(beats[i], 0.0)); }
+    }
+}
+
+}  // namespace
+
+MusicGrid choose(const MusicGrid& firstGuess, const TempoResult& tempo, std::span<const float> mono22k,
+                 const HarmonyFrames& harmony, const Given& given) {
+    const Sound sound = soundOf(tempo.envFull, tempo.envLow, harmony, firstGuess.duration);
+    const Weighed all = weigh(tempo, sound, mono22k, given.bpm, given.beatsPerBar);
+    const auto choice = bars::choose(all.hypotheses);
+    if (!choice) { return firstGuess; }
+    MusicGrid grid = firstGuess;
+    const Hypothesis& best = all.hypotheses[choice->index];
+    const Pulse& pulse = all.pulses[best.pulse];
+    layGrid(grid, all.bases[pulse.base], pulse, best);
+    // The groove is that of the first guess unless its tempo or bars have changed.
+    if (grid.beatsPerBar != firstGuess.beatsPerBar || std::abs(grid.bpm / firstGuess.bpm - 1) > 0.001) {
+        grid.grooveStart =
+            DownbeatDetector::detect(mono22k, Signal::analysisRate, grid.bpm, grid.beatsPerBar).grooveStart;
+    }
+    grid.downbeatConfidence = choice->likelihood;
+    return grid;
+}
+
+}  // namespace brindlehum::BarLines

@@ -1,0 +1,25 @@
+// Weigh: lays out every hypothesis about the bars of a piece, with its evidence.
+#pragma once
+
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "analysis/tempo_result.h"
+#include "bars/evidence.h"
+
+namespace brindlehum::bars {
+
+struct Weighed {
+    std::vector<BeatBase> bases;
+    std::vector<Pulse> pulses;
+    std::vector<Hypothesis> hypotheses;
+};
+// `bpm` and `beatsPerBar` are the user's own values, which every hypothesis then has.
+Weighed weigh(const TempoResult& tempo, const Sound& sound, std::span<const float> mono22k, std::optional<double> bpm,
+              std::optional<int> beatsPerBar);
+
+// The times of all bar lines of a hypothesis, seconds.
+std::vector<double> barLines(const Pulse& pulse, const Hypothesis& hypothesis);
+
+}  // namespace brindlehum::bars
