@@ -82,7 +82,7 @@ bool scan(Words words) {
         {"found", result.found},
         {"read", result.read},
         {"removed", result.removed},
-        {"applied", cancelled ? 0 : ChangeLog::pull(root, *catalog)},
+        {"applied", result.isWhole() ? ChangeLog::pull(root, *catalog) : 0},
         {"unread", result.unread},
         {"seconds", seconds},
         {"message", result.message ? Json(*result.message) : Json()},

@@ -45,6 +45,9 @@ void AppModel::start(uint16_t controlPort) {
     connect(&player_.listening(), &ListeningSetup::outputsChanged, this,
             [this] { player_.listening().chooseFirstProfile(); });
     player_.listening().chooseFirstProfile();
+    connect(&library_.edits(), &MetadataEdits::renamed, this, [this](const MetadataEdits::Moves& moves) {
+        for (const auto& move : moves) { player_.formats().rename(move.from, move.to); }
+    });
 }
 
 void AppModel::open(const StartRequest& request) {

@@ -54,6 +54,11 @@ TEST(Detection, WeighsFactsAboveNamesAboveCounts) {
         // Labels, then counts.
         {"x.wav", 6, {1, 3, 2, 5, 6, 4}, 0, "5.1 Film"},
         {"x.wav", 3, {1, 2, 3}, 0, "3-ch bed"},
+        // The orders that a WAV file's channel mask asks for.
+        {"x.wav", 8, {1, 2, 3, 4, 5, 6, 10, 11}, 0, "7.1 (WAVE order)"},
+        {"x.wav", 12, {1, 2, 3, 4, 5, 6, 10, 11, 13, 15, 16, 18}, 0, "7.1.4 (WAVE order)"},
+        {"x.wav", 10, {1, 2, 3, 4, 5, 6, 13, 15, 16, 18}, 0, "5.1.4"},
+        {"x.wav", 12, {1, 2, 3, 4, 10, 11, 5, 6, 13, 15, 16, 18}, 0, "7.1.4"},
         {"x.wav", 6, {1, 3, 2, 5, 6, 14}, 0, "5.1"},
         {"x.wav", 16, {}, 0, "9.1.6"},
         {"x.wav", 65, {}, 0, "65-ch discrete"},

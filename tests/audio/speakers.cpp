@@ -70,5 +70,20 @@ TEST(SourceFormats, AreOfferedByChannelCount) {
     }
 }
 
+TEST(SourceFormat, KeepsItsMeaningInText) {
+    for (int channels = 1; channels <= 16; ++channels) {
+        for (const auto& made : {SourceFormat::options(channels), SourceFormat::waveOrders(channels)}) {
+            for (const auto& format : made) {
+                EXPECT_EQ(format.channels(), channels) << format.displayName();
+                EXPECT_EQ(sourceFormatFromRaw(rawValue(format)), format) << rawValue(format);
+            }
+        }
+    }
+    for (const char* text : {"", "speakers", "speakers L Q", "discrete", "discrete 0", "discrete -1", "discrete 2x",
+                             "ambisonic 1", "ambisonic 4 sn3d", "ambisonic 1 abc", "auto", "discrete 99999999999"}) {
+        EXPECT_FALSE(sourceFormatFromRaw(text)) << text;
+    }
+}
+
 }  // namespace
 }  // namespace brindlehum

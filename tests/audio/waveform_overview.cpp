@@ -64,6 +64,34 @@ TEST(Waveform, EqualsTheSlowTwinAtEveryLength) {
     }
 }
 
+TEST(WaveformDetail, EqualsTheSlowTwinAtAnyPlace) {
+    const uint32_t seed = std::random_device()();
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    std::mt19937 engine(seed);
+    const Planes whole = noisePlanes(3, 200000, seed);
+    MemorySource source(whole, 48000);
+    for (int round = 0; round < 60; ++round) {
+        const int64_t bucketFrames = int64_t(1) << engine() % 12;
+        const auto first = int64_t(engine() % 199999);
+        const auto frames = 1 + int64_t(engine() % uint32_t(200000 - first));
+        const auto data = waveformDetail(
+            source, {first, frames, bucketFrames}, [](const WaveformPtr&) {}, [] { return false; }, [] { return 0.0; });
+        ASSERT_EQ(data->firstFrame, first);
+        ASSERT_EQ(data->bucketCount, int(std::ceil(double(frames) / double(bucketFrames))));
+        for (int check = 0; check < 50; ++check) {
+            const auto bucket = size_t(engine() % uint32_t(data->bucketCount));
+            const auto from = whole[2].begin() + first + int64_t(bucket) * bucketFrames;
+            const auto to = std::min(from + bucketFrames, whole[2].begin() + first + frames);
+            const auto [least, greatest] = std::minmax_element(from, to);
+            ASSERT_EQ(data->mins[2][bucket], *least) << bucket << " of " << bucketFrames;
+            ASSERT_EQ(data->maxs[2][bucket], *greatest) << bucket << " of " << bucketFrames;
+        }
+    }
+    const auto stopped = waveformDetail(
+        source, {0, 200000, 1}, [](const WaveformPtr&) {}, [] { return true; }, [] { return 0.0; });
+    EXPECT_FALSE(stopped) << "a read that nobody wants has no result";
+}
+
 TEST(Waveform, SourceThatBreaksOffEndsInZerosAndEndlessOneIsRefused) {
     CountingSource::Log log;
     CountingSource source(1, 48000, 6000 * 32769, 3 * 32769, log);

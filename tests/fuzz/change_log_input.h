@@ -3,9 +3,12 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <map>
 #include <string>
 
 #include "fuzz/require.h"
+#include "library/catalog/catalog_edits.h"
+#include "library/scan/library_scanner.h"
 #include "library/team/change_log.h"
 #include "support/audio_files.h"
 
@@ -19,8 +22,12 @@ public:
         std::filesystem::create_directories(root_ / "b");
         std::filesystem::create_directories(log().parent_path());
         std::filesystem::create_directory_symlink("..", root_ / "out");
-        for (const char* name : {"a.wav", "b/c.flac"}) { add(root_ / name); }
-        for (const char* name : {"o.wav", "root/out/o.wav", "root/../o.wav"}) {
+        // No kind of file that holds its words, so that the log counts.
+        for (const char* name : {"a.caf", "b/c.caf"}) { writeAudio(root_ / name, {{0.5F}}, {.kind = FileKind::caf}); }
+        writeAudio(root_.parent_path() / "o.caf", {{0.5F}}, {.kind = FileKind::caf});
+        LibraryScanner::scan(root_, catalog_);
+        for (const auto& row : catalog_.search({}, 100)) { held_[row.path] = row.meta; }
+        for (const char* name : {"o.caf", "root/out/o.caf", "root/../o.caf"}) {
             add(root_.parent_path().string() + "/" + name);
         }
     }
@@ -34,8 +41,10 @@ public:
         require(applied <= std::ranges::count(bytes, '\n'), "no more entries than lines");
         require(ChangeLog::pull(root_, catalog_, "me@here") == 0, "entries applied once");
         for (const auto& row : catalog_.search({}, 100)) {
-            const bool inside = row.path == root_ / "a.wav" || row.path == root_ / "b" / "c.flac";
-            require(inside || row.meta == SoundMeta(), "entries within the root");
+            const auto held = held_.find(row.path);
+            require(held != held_.end() || row.meta == SoundMeta(), "entries within the root");
+            require(held == held_.end() || row.meta == CatalogEdits(catalog_).over(row.path, held->second),
+                    "a row with the newest words");
         }
         for (size_t start = 0, end; (end = bytes.find('\n', start)) != std::string::npos; start = end + 1) {
             const auto entry = ChangeLog::Entry::decode(bytes.substr(start, end - start));
@@ -53,6 +62,7 @@ private:
     }
     const std::filesystem::path root_;
     Catalog catalog_;
+    std::map<std::string, SoundMeta> held_;  // what the files within the root say
 };
 
 // `folder` is the same at every call.

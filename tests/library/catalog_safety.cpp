@@ -23,6 +23,11 @@ protected:
         const auto kind = refusalOf([&] { Catalog catalog(path); }).kind;
         return kind ? int(*kind) : 0;
     }
+    static SoundMeta withName(const std::string& name) {
+        SoundMeta meta;
+        meta.fxName = name;
+        return meta;
+    }
     void overwrite(int64_t at, const std::string& bytes) const {
         std::fstream(file, std::ios::in | std::ios::out | std::ios::binary)
             .seekp(at)
@@ -44,12 +49,43 @@ TEST_F(CatalogSafety, RefusesWhatIsNoCatalogOfThisVersionOrCannotBeWritten) {
         other.exec("BEGIN IMMEDIATE");
         EXPECT_EQ(refusal(file), 81) << "locked by another program";
     }
-    PlainDatabase(file).exec("PRAGMA user_version=2");
+    PlainDatabase(file).exec("PRAGMA user_version=3");
     EXPECT_EQ(refusalOf([&] { Catalog catalog(file); }).text, "The library catalog was made by a newer version");
     std::filesystem::resize_file(file, 3 * 4096 + 7);
     EXPECT_EQ(refusal(file), 81) << "cut short";
     overwrite(0, std::string(4096, 'x'));
     EXPECT_EQ(refusal(file), 81) << "another file";
+}
+
+// As version 1 left it: words of files that can't hold any are in rows alone, and rows have what logs said in any
+// order.
+TEST_F(CatalogSafety, OlderCatalogKeepsItsWordsAndReadsTheLogsAgain) {
+    {
+        Catalog catalog(file);
+        SoundMeta meta = withName("a");
+        meta.description = "only here";
+        meta.rating = 3;
+        put(catalog, "/lib/a.caf", "/lib", meta);
+        put(catalog, "/lib/a.wav", "/lib", meta);
+        put(catalog, "/solo/a.wav", "/solo", meta);
+        catalog.setLogOffset("/lib/.brindlehum/changes/ann@one.jsonl", 99);
+        PlainDatabase old(file);
+        for (const char* statement : {"DROP TABLE edits", "DROP TABLE moves", "PRAGMA user_version=1"}) {
+            old.exec(statement);
+        }
+    }
+    for (int turn = 0; turn < 2; ++turn) {
+        Catalog catalog(file);
+        EXPECT_EQ(catalog.row("/lib/a.caf")->meta.description, "only here");
+        EXPECT_EQ(catalog.logOffset("/lib/.brindlehum/changes/ann@one.jsonl"), 0);
+        EXPECT_EQ(catalog.stamps("/lib").at("/lib/a.wav").mtime, 0) << "is read by the next scan";
+        EXPECT_EQ(catalog.stamps("/solo").at("/solo/a.wav").mtime, 1.5) << "no log ever changed its row";
+        put(catalog, "/lib/a.caf", "/lib", withName("b"));
+        SoundMeta kept = withName("b");
+        kept.description = "only here";
+        kept.rating = 3;
+        EXPECT_EQ(catalog.row("/lib/a.caf")->meta, kept) << "though its file has changed";
+    }
 }
 
 TEST_F(CatalogSafety, SurvivesDamagedPages) {

@@ -12,7 +12,7 @@ TEST(Corpora, SeedsAndDamagedSeedsBreakNoRule) {
         const char* corpus;
         void (*look)(const std::string&, const std::filesystem::path&);
         int seeds;
-    } inputs[] = {{"change_log", changeLogBytes, 4},
+    } inputs[] = {{"change_log", changeLogBytes, 5},
                   {"match", matchBytes, 6},
                   {"meta_text", metaTextBytes, 6},
                   {"riff_meta", riffMetaBytes, 12}};

@@ -83,13 +83,20 @@ TEST_F(Roots, ANestedOneReturnsToTheRootAroundItWhenRemoved) {
     EXPECT_EQ(catalogRow(inner / "b.wav").root, root);
 }
 
-TEST_F(Roots, TheTeamsEditsAreAppliedEveryMinute) {
-    const fs::path file = add("a.wav");
+TEST_F(Roots, TheTeamsEditsWaitForTheirFilesAndAreAppliedEveryMinute) {
+    const fs::path file = add("a.caf");
     setRoots({root});
-    rescan();
     ChangeLog::Entry entry;
-    entry.path = "a.wav";
+    entry.path = "a.caf";
     entry.user = "ann@one";
+    entry.time = std::chrono::sys_days(std::chrono::year(2024) / 5 / 1);
+    entry.changes.fields["KEYWORDS"] = "before the first scan";
+    ChangeLog::append(root, entry);
+    library.pull();
+    settle();
+    rescan();
+    EXPECT_EQ(catalogRow(file).meta.keywords, "before the first scan");
+    entry.changes.fields.clear();
     for (const char* text : {"storm", "gale"}) {
         entry.changes.fields["DESCRIPTION"] = text;
         ChangeLog::append(root, entry);

@@ -56,7 +56,8 @@ TEST_F(Edits, ReachFileCatalogAndLog) {
     }
     ASSERT_EQ(logged(root).size(), 2U);
     EXPECT_EQ(logged(root)[1].path, "b/c.flac");
-    EXPECT_EQ(logged(root)[1].changes, first);
+    EXPECT_EQ(logged(root)[1].changes, (MetadataChanges{{{"DESCRIPTION", "wind"}}, 4}));
+    EXPECT_EQ(logged(root)[1].embedded, true);
 
     // Clearing a rating is an edit; the FLAC keeps its description.
     save({{}, 0}, {wave, flac});

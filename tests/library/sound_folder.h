@@ -25,7 +25,9 @@ protected:
     static fs::path addTo(const fs::path& folder, const std::string& name) {
         const fs::path file = folder / name;
         fs::create_directories(file.parent_path());
-        const FileKind kind = file.extension() == ".flac" ? FileKind::flac : FileKind::wav;
+        const FileKind kind = file.extension() == ".flac"  ? FileKind::flac
+                              : file.extension() == ".caf" ? FileKind::caf
+                                                           : FileKind::wav;
         writeAudio(file, noisePlanes(2, 480), {.kind = kind, .rate = 48000, .bits = 16});
         return file;
     }

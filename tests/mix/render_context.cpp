@@ -158,6 +158,25 @@ TEST(RenderContext, GainMovesInAStraightLineAndEndsOnItsTarget) {
     }
 }
 
+TEST(RenderContext, PeaksAreThoseOfWhatTheDeviceGets) {
+    const auto signal = [](int frame, int channel) { return channel == 0 ? float(frame % 100) / 100 : -0.25F; };
+    RenderBench bench(3);
+    bench.play(bench.ring(2, 4000, signal), bench.config(2, 3, {1, 0, 0, 4, 0, 0}));
+    bench.context.setGain(0.5);
+    std::vector<float> most(3);
+    for (int block = 0; block < 5; ++block) {
+        const auto& device = bench.render(113);
+        for (size_t c = 0; c < 3; ++c) {
+            for (const float x : device[c]) { most[c] = std::max(most[c], std::abs(x)); }
+        }
+    }
+    for (int c = 0; c < 3; ++c) { EXPECT_EQ(bench.context.takePeak(c), most[size_t(c)]) << c; }
+    EXPECT_GT(most[0], 0.4F);
+    EXPECT_EQ(most[2], 0);
+    EXPECT_EQ(bench.context.takePeak(0), 0) << "a peak is taken once";
+    EXPECT_EQ(bench.context.takePeak(999), 0);
+}
+
 // Denormals cost time and can't be heard: a block treats them as silence, and leaves the thread's mode as it was.
 TEST(RenderContext, DenormalsAreSilenceWithinTheBlockOnly) {
     volatile float tiny = 1e-40F;

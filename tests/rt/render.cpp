@@ -113,6 +113,7 @@ TEST(RtRender, NoChangeAllocatesOrLocks) {
         heard = heard || device.sounded();
     }
     EXPECT_TRUE(heard);
+    EXPECT_GT(bench.context.takePeak(0), 0) << "the meter measured under the guard";
     EXPECT_TRUE(bench.context.finished());
 }
 

@@ -6,6 +6,7 @@
 #include <QLocale>
 #include <QMimeData>
 
+#include "ui/browser/browser_columns.h"
 #include "ui/browser/browser_state.h"
 #include "ui/browser/browser_table_model.h"
 #include "ui/inspector/inspector_fields.h"
@@ -73,6 +74,29 @@ TEST(BrowserTableModel, SortsByAColumnAndReturnsToTheGivenOrder) {
     EXPECT_EQ(names(), "cabz");
     model.setEntries({sound("/s/c.wav")});
     EXPECT_TRUE(reset);
+}
+
+TEST(BrowserColumns, LibraryCategoryAndDescriptionGiveWayFirst) {
+    using Model = BrowserTableModel;
+    std::array<bool, Model::ColumnCount> hidden{};
+    std::fill(hidden.begin() + Model::firstExtra, hidden.end(), true);
+    struct Case {
+        int room;
+        std::array<int, 6> widths;  // name to format; the format wants 170
+    };
+    const Case cases[] = {
+        {1286, {405, 385, 130, 120, 76, 170}}, {1076, {300, 280, 130, 120, 76, 170}},
+        {796, {300, 120, 70, 60, 76, 170}},    {676, {180, 120, 70, 60, 76, 170}},
+        {616, {180, 120, 70, 0, 76, 170}},     {546, {180, 120, 0, 0, 76, 170}},
+        {500, {254, 0, 0, 0, 76, 170}},        {396, {180, 0, 0, 0, 76, 140}},
+        {300, {144, 0, 0, 0, 76, 80}},         {100, {120, 0, 0, 0, 76, 80}},
+    };
+    for (const auto& item : cases) {
+        const auto widths = BrowserColumns::fit(item.room, 170, hidden);
+        EXPECT_TRUE(std::equal(item.widths.begin(), item.widths.end(), widths.begin()))
+            << item.room << ": " << testing::PrintToString(widths);
+        EXPECT_EQ(widths[Model::Keywords], BrowserColumns::ideal[Model::Keywords]) << "as it will be when it is shown";
+    }
 }
 
 TEST(BrowserTableModel, FolderColumnBeginsAtTheLibraryFolder) {

@@ -40,8 +40,13 @@ TEST(WaveformGesture, CoursesOfTheMouse) {
         {"a selection ends at the edges",
          {press(90), move(400), move(-50), release(-50)},
          {Preview{{900, 1000}}, Preview{{0, 900}}, Select{{0, 900}}}},
-        {"a selection is dragged out from its first frame", {press(40), move(44)}, {StartDrag{true}}, Dragging{}},
-        {"but not from the frame after it", {press(60), move(64)}, {Preview{{600, 640}}}, Selecting{600}},
+        {"a selection is dragged out from inside", {press(46), move(50)}, {StartDrag{true}}, Dragging{}},
+        {"but not from outside", {press(66), move(70)}, {Preview{{660, 700}}}, Selecting{660}},
+        {"a handle moves its edge", {press(42), move(30), release(20)}, {Preview{{300, 600}}, Select{{200, 600}}}},
+        {"past the other edge too", {press(58), move(30), release(30)}, {Preview{{300, 400}}, Select{{300, 400}}}},
+        {"a handle reaches beyond its edge", {press(64), release(64)}, {Seek{640}}},
+        {"a drag from there moves the edge", {press(64), move(70)}, {Preview{{400, 700}}}, Selecting{400}},
+        {"with Control a handle takes the whole file", {press(40, true), move(50)}, {StartDrag{false}}, Dragging{}},
         {"without cuts it is drawn anew", {press(50), move(54)}, {Preview{{500, 540}}}, Selecting{500}, false},
         {"with Control the whole file goes", {press(50, true), move(50, 9)}, {StartDrag{false}}, Dragging{}},
         {"Control and a click is a seek", {press(10, true), release(10)}, {Seek{100}}},
@@ -54,13 +59,25 @@ TEST(WaveformGesture, CoursesOfTheMouse) {
         Gesture gesture;
         std::vector<Action> actions;
         for (const auto& event : course.events) {
-            const Step next = step(gesture, event, {100, 1000, FrameRange{400, 600}, course.canDragSelection});
+            const Surface surface{100, VisibleRange::all(1000), FrameRange{400, 600}, course.canDragSelection};
+            const Step next = step(gesture, event, surface);
             gesture = next.next;
             if (next.action.index() != 0) { actions.push_back(next.action); }
         }
         EXPECT_EQ(actions, course.actions);
         EXPECT_EQ(gesture, course.end);
     }
+}
+
+// Fifty frames over a hundred pixels: every frame can be hit.
+TEST(WaveformGesture, ZoomedInItHitsSingleFrames) {
+    const Surface surface{100, {1000000, 77700, 50, true}, FrameRange{77710, 77720}, false};
+    for (const auto& [x, frame] : {std::pair{0.0, 77700}, {1.9, 77700}, {2.0, 77701}, {99.0, 77749}, {500.0, 77750}}) {
+        EXPECT_EQ(frameAt(x, surface), frame) << x;
+    }
+    EXPECT_EQ(edgeOpposite(21, surface), 77720);
+    EXPECT_EQ(edgeOpposite(41, surface), 77710);
+    EXPECT_FALSE(edgeOpposite(30, surface));
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 
 #include <QImage>
 #include <cmath>
+#include <optional>
 #include <random>
 
 #include "ui/picture/ruler_ticks.h"
@@ -39,9 +40,11 @@ TEST(WaveformPicture, ColumnsCoverEveryBucketInOrder) {
         auto data = overview(1, std::uniform_int_distribution(1, 2000)(random), 0, 0);
         // The last bucket may be short.
         const int64_t total = data.bucketCount * data.bucketFrames - std::uniform_int_distribution(0, 9)(random);
+        const VisibleRange all = VisibleRange::all(total);
         int next = 0;
         for (int column = 0; column < columns; ++column) {
-            const auto [first, last] = bucketsUnder(column, columns, data, total);
+            const auto [first, last] =
+                bucketsUnder(all.frameAt(double(column) / columns), all.frameAt(double(column + 1) / columns), data);
             ASSERT_LE(first, next) << "a gap, seed " << seed << ", round " << round;
             ASSERT_GT(last, first);
             next = last;
@@ -62,13 +65,15 @@ std::pair<int, int> ink(const QImage& image, int x, int top, int bottom) {
     return {first, last};
 }
 
-QImage painted(const WaveformData& data, QSize size, double dpr) {
+QImage painted(const WaveformData& data, QSize size, double dpr, const WaveformData* detail = nullptr,
+               std::optional<VisibleRange> visible = {}) {
     QImage image(size * dpr, QImage::Format_ARGB32_Premultiplied);
     image.setDevicePixelRatio(dpr);
     image.fill(Qt::transparent);
     QPainter painter(&image);
     WaveformColors colors = Theme::darkTheme().waveform;
-    paintLanes(painter, QSizeF(size), dpr, &data, data.bucketCount * data.bucketFrames, {}, colors);
+    const auto all = VisibleRange::all(data.bucketCount * data.bucketFrames);
+    paintLanes(painter, QSizeF(size), dpr, {&data, detail, visible.value_or(all), {}}, colors);
     return image;
 }
 
@@ -89,12 +94,46 @@ TEST(WaveformPicture, LanesFillTheirShareOfTheHeight) {
     }
 }
 
+// An overview of 0.5 on both sides, and a detail of 0 with one full-scale sample.
+TEST(WaveformPicture, DetailReplacesTheOverviewWhereItIsThere) {
+    auto data = overview(1, 100, -0.5F, 0.5F);
+    data.maxs[0][0] = 1;  // sets the gain
+    auto detail = overview(1, 40, 0, 0);
+    detail.bucketFrames = 1;
+    detail.firstFrame = 500;
+    detail.mins[0][10] = detail.maxs[0][10] = 1;
+    const QImage image = painted(data, {80, 200}, 1, &detail, VisibleRange{1000, 480, 80, true});
+    const auto tallest = [&](int x) { return ink(image, x, 0, 200); };
+    EXPECT_LT(tallest(10).first, 60) << "left of the detail the overview stays";
+    EXPECT_EQ(tallest(25), (std::pair{100, 100})) << "silence within the detail";
+    EXPECT_LT(tallest(30).first, 20) << "frame 510";
+    EXPECT_LT(tallest(70).first, 60) << "right of the detail";
+    // Eight pixels a frame: a line through the samples, each in the middle of its frame's pixels.
+    const QImage close = painted(data, {256, 200}, 1, &detail, VisibleRange{1000, 500, 32, true});
+    EXPECT_LT(ink(close, 84, 0, 200).first, 20) << "frame 510 stands at 10.5 frames";
+    EXPECT_GT(ink(close, 84 - 12, 0, 200).first, 80);
+    EXPECT_GT(ink(close, 84 + 12, 0, 200).first, 80);
+}
+
+TEST(WaveformPicture, LanesBelongToGroupsOfSpeakers) {
+    using enum LaneGroup;
+    const std::vector<std::pair<LaneGroup, std::vector<const char*>>> groups = {
+        {front, {"L", "R", "C", "Lw", "Rw", "Lc", "Rc"}},
+        {lfe, {"LFE"}},
+        {surround, {"Ls", "Rs", "Lss", "Rss", "Lrs", "Rrs", "Cs"}},
+        {height, {"Ltf", "Rtf", "Ltm", "Rtr", "Tc"}},
+        {other, {"", "1", "12", "W", "Y"}}};
+    for (const auto& [group, labels] : groups) {
+        for (const char* label : labels) { EXPECT_EQ(laneGroup(label), group) << label; }
+    }
+}
+
 TEST(RulerTicks, LabelsStandApartAndCoverTheFile) {
-    for (const double seconds : {0.004, 0.3, 1.0, 7.5, 59.9, 61.0, 600.0, 3601.0, 360000.0}) {
+    for (const double seconds : {0.0005, 0.004, 0.3, 1.0, 7.5, 59.9, 61.0, 600.0, 3601.0, 360000.0}) {
         for (const double width : {120.0, 700.0, 3000.0}) {
             const double step = RulerTicks::step(seconds, width, 84);
             EXPECT_GE(step / seconds * width, 84) << seconds << " s on " << width;
-            const auto ticks = RulerTicks::ticks(seconds, width, 84);
+            const auto ticks = RulerTicks::ticks(0, seconds, width, 84);
             ASSERT_FALSE(ticks.empty());
             EXPECT_TRUE(ticks.front().major);
             EXPECT_LE(ticks.back().seconds, seconds);
@@ -103,13 +142,21 @@ TEST(RulerTicks, LabelsStandApartAndCoverTheFile) {
             }
         }
     }
-    EXPECT_TRUE(RulerTicks::ticks(0, 100, 84).empty());
+    EXPECT_TRUE(RulerTicks::ticks(0, 0, 100, 84).empty());
+    // A part of the sound has the ticks of the whole that lie in it.
+    const auto part = RulerTicks::ticks(61.25, 0.0005, 900, 84);
+    ASSERT_FALSE(part.empty());
+    EXPECT_NEAR(part.front().seconds, 61.25, 1e-6);
+    EXPECT_LE(part.back().seconds, 61.2505 + 1e-9);
+    EXPECT_EQ(RulerTicks::step(0.0005, 900, 84), 0.00005);
 }
 
 TEST(RulerTicks, LabelsShowWhatTheStepNeeds) {
     for (const auto& [seconds, step, text] : {std::tuple{75.0, 15.0, "1:15"},
                                               {59.999999, 0.5, "1:00.0"},
                                               {1.002, 0.002, "0:01.002"},
+                                              {1.5, 0.1, "0:01.5"},
+                                              {1.00025, 0.00005, "0:01.00025"},
                                               {3725.0, 60.0, "1:02:05"}}) {
         EXPECT_EQ(RulerTicks::label(seconds, step), text);
     }

@@ -1,10 +1,13 @@
 // The audition surface over a real player: what it shows for which file, and what its controls do.
 #include <QMenu>
+#include <QScrollBar>
 #include <QTest>
 #include <QToolButton>
+#include <QWheelEvent>
 
 #include "ui/look/menu_button.h"
 #include "ui/look/value_slider.h"
+#include "ui/player/meter_view.h"
 #include "ui/player/player_view.h"
 #include "window_fixture.h"
 
@@ -83,6 +86,41 @@ TEST_F(PlayerViewTest, MenusChooseAndShowTheChoice) {
     EXPECT_EQ(entries("Output profile"), (QStringList{"*Room 9.1.6", "Nearfield", "Headphones"}));
     choose("Output profile", 2);
     EXPECT_EQ(model.settings().activeProfile().name, "Headphones");
+}
+
+TEST_F(PlayerViewTest, AnOverrideIsShownWithAWayBack) {
+    ASSERT_TRUE(load(file("eight.wav", 8)));
+    EXPECT_EQ(entries("Source format"),
+              (QStringList{"*Auto (7.1)", "7.1", "7.1 Film", "8-ch discrete", "7.1 (WAVE order)"}));
+    EXPECT_FALSE(shows("Back to Auto (7.1)"));
+    choose("Source format", 3);
+    EXPECT_TRUE(shows("Source format: 7.1 Film (set)"));
+    EXPECT_TRUE(shows("Back to Auto (7.1)"));
+    EXPECT_EQ(entries("Source format").last(),
+              "For All 8-Channel Files in “" + QString::fromStdString(folder.path().filename().string()) + "”");
+    choose("Source format", 7);
+    EXPECT_TRUE(shows("Source format: 7.1 Film (folder)"));
+    EXPECT_TRUE(entries("Source format").last().startsWith('*'));
+    named<QToolButton>(view, "Back to Auto (7.1)")->click();
+    EXPECT_FALSE(player.sound().formatOverride());
+    EXPECT_TRUE(shows("Source format: Auto (7.1)"));
+}
+
+TEST_F(PlayerViewTest, TheMeterNamesItsOutputsAndClearsOnAClick) {
+    ASSERT_TRUE(load(file("loud.wav", 2)));
+    auto* meter = named<MeterView>(view, "Output meter");
+    player.listening().setVolumeDB(40);
+    player.play(0);
+    ASSERT_TRUE(loop.runUntil([&] { return player.isPlaying(); }));
+    for (int i = 0; i < 4; ++i) { audio.pump(512); }
+    loop.advance(1.0 / 30);
+    EXPECT_TRUE(meter->textAt(5).startsWith("L ")) << meter->textAt(5).toStdString();
+    EXPECT_TRUE(meter->textAt(5).endsWith("over (click to clear)")) << meter->textAt(5).toStdString();
+    const QColor mark = meter->grab().toImage().pixelColor(5, 5);
+    EXPECT_EQ(mark, Theme::current().over);
+    QTest::mouseClick(meter, Qt::LeftButton);
+    EXPECT_FALSE(player.meter().outputs()[0].level.isOver);
+    EXPECT_FALSE(meter->textAt(5).contains("over"));
 }
 
 TEST_F(PlayerViewTest, TogglesAndLevelFollowTheModelAndChangeIt) {
@@ -174,6 +212,51 @@ TEST_F(PlayerViewTest, TheKeyboardMovesThePlayhead) {
     EXPECT_FALSE(player.transport().selection());
 }
 
+TEST_F(PlayerViewTest, ZoomedInAClickHitsTheFrameUnderIt) {
+    ASSERT_TRUE(load(file("zoom.wav", 2)));
+    auto* bar = named<QScrollBar>(view, "Part of the sound in view");
+    EXPECT_FALSE(bar->isVisible());
+    const auto turn = [&](int notches, Qt::KeyboardModifier key) {
+        const QPointF at(wave.width() / 4.0, 20);
+        QWheelEvent wheel(at, wave.mapToGlobal(at), {}, {0, 120 * notches}, Qt::NoButton, key, Qt::NoScrollPhase,
+                          false);
+        QCoreApplication::sendEvent(&wave, &wheel);
+    };
+    turn(200, Qt::ControlModifier);
+    EXPECT_DOUBLE_EQ(wave.visibleRange().length, VisibleRange::minLength);
+    EXPECT_NEAR(wave.visibleRange().frameAt(0.25), 12000, 1) << "the frame under the pointer stays";
+    EXPECT_TRUE(bar->isVisible());
+    ASSERT_TRUE(loop.runUntil([&] { return player.sound().detail().data() != nullptr; }));
+    EXPECT_EQ(player.sound().detail().data()->bucketFrames, 1);
+    const int64_t frame = wave.frameAt(wave.width() / 2.0);
+    QTest::mouseClick(&wave, Qt::LeftButton, {}, {wave.width() / 2, 20});
+    EXPECT_EQ(player.transport().cueFrame(), frame);
+    const double before = wave.visibleRange().first;
+    turn(-2, Qt::NoModifier);
+    EXPECT_GT(wave.visibleRange().first, before);
+    QTest::keyClick(&wave, Qt::Key_0);
+    EXPECT_TRUE(wave.visibleRange().isAll());
+    QTest::keyClick(&wave, Qt::Key_Plus);
+    EXPECT_EQ(wave.visibleRange().length, 24000);
+    bar->setValue(bar->maximum());
+    EXPECT_NEAR(wave.visibleRange().end(), 48000, 1);
+    ASSERT_TRUE(load(file("next.wav", 2)));
+    EXPECT_TRUE(wave.visibleRange().isAll()) << "the next sound is shown whole";
+}
+
+TEST_F(PlayerViewTest, TheBracketsSelectAtThePlayheadAndZShowsTheSelection) {
+    ASSERT_TRUE(load(file("brackets.wav", 2)));
+    player.transport().seek(12000);
+    QTest::keyClick(&wave, Qt::Key_BracketLeft);
+    EXPECT_EQ(player.transport().selection(), (FrameRange{12000, 48000}));
+    player.transport().seek(24000);
+    QTest::keyClick(&wave, Qt::Key_BracketRight);
+    EXPECT_EQ(player.transport().selection(), (FrameRange{12000, 24000}));
+    QTest::keyClick(&wave, Qt::Key_Z);
+    EXPECT_NEAR(wave.visibleRange().first, 11400, 1);
+    EXPECT_NEAR(wave.visibleRange().length, 13200, 1);
+}
+
 TEST_F(PlayerViewTest, AMovingPlayheadRepaintsAStripOnly) {
     ASSERT_TRUE(load(file("move.wav", 2)));
     ASSERT_TRUE(settle([&] { return wave.pictureCount() > 0; }));
@@ -192,7 +275,8 @@ TEST_F(PlayerViewTest, AMovingPlayheadRepaintsAStripOnly) {
     ASSERT_FALSE(watch.painted.isEmpty());
     int area = 0;
     for (const QRect& part : watch.painted) { area += part.width() * part.height(); }
-    EXPECT_LE(area, 6 * wave.height());
+    // Two strips, each of the playhead and its halo of a pixel on either side.
+    EXPECT_LE(area, 2 * 4 * wave.height());
     EXPECT_EQ(wave.pictureCount(), pictures) << "the lanes stay";
 }
 

@@ -1,9 +1,14 @@
 // The colours: legible on every ground, and light or dark as the desktop says.
 #include <gtest/gtest.h>
 
+#include <QComboBox>
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QGuiApplication>
+#include <QImage>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QSpinBox>
 
 #include "desktop_bus.h"
 #include "ui/look/theme.h"
@@ -11,6 +16,38 @@
 
 namespace brindlehum {
 namespace {
+
+// A translucent colour on an opaque ground.
+QColor over(const QColor& color, const QColor& ground) {
+    const double a = color.alphaF();
+    const auto mix = [a](double top, double bottom) { return a * top + (1 - a) * bottom; };
+    return QColor::fromRgbF(float(mix(color.redF(), ground.redF())), float(mix(color.greenF(), ground.greenF())),
+                            float(mix(color.blueF(), ground.blueF())));
+}
+
+// The colour in which a field's upper edge is painted in the theme.
+QColor edgeOf(QWidget& field, const Theme& theme) {
+    field.setStyleSheet(theme.styleSheet());
+    field.resize(120, 32);
+    return field.grab().toImage().pixelColor(60, 0);
+}
+
+TEST(Theme, FieldsAreFoundByTheirEdges) {
+    for (const Theme* theme : {&Theme::darkTheme(), &Theme::lightTheme()}) {
+        QLineEdit line;
+        QComboBox box;
+        QSpinBox number;
+        QPlainTextEdit text;
+        for (QWidget* field : {static_cast<QWidget*>(&line), static_cast<QWidget*>(&box),
+                               static_cast<QWidget*>(&number), static_cast<QWidget*>(&text)}) {
+            const QColor edge = edgeOf(*field, *theme);
+            for (const auto& ground : {theme->window, theme->panel}) {
+                EXPECT_GE(contrast(edge, ground), 3)
+                    << field->metaObject()->className() << " on " << ground.name().toStdString();
+            }
+        }
+    }
+}
 
 TEST(Theme, TextIsLegibleOnEveryGround) {
     for (const Theme* theme : {&Theme::darkTheme(), &Theme::lightTheme()}) {
@@ -22,13 +59,21 @@ TEST(Theme, TextIsLegibleOnEveryGround) {
             EXPECT_GE(contrast(theme->accent, ground), 3) << "focus rings and icons of pressed toggles";
         }
         EXPECT_GE(contrast(theme->warning, theme->window), 4.5);
+        EXPECT_GE(contrast(theme->over, theme->window), 3);
+        for (const auto& ground : {theme->window, theme->panel, theme->control}) {
+            EXPECT_GE(contrast(theme->outline, ground), 3) << "edges of fields on " << ground.name().toStdString();
+        }
         EXPECT_GE(contrast(theme->onAccent, theme->accent), 4.5);
         EXPECT_GE(contrast(theme->text, theme->accentGround), 4.5);
         EXPECT_GE(contrast(theme->accent, theme->accentGround), 3);
         for (const auto& wave : {theme->waveform, theme->hudWaveform}) {
             EXPECT_GE(contrast(wave.wave, wave.background), 3);
             EXPECT_GE(contrast(wave.playhead, wave.background), 3);
+            EXPECT_GE(contrast(wave.playhead, over(wave.selection, wave.background)), 3);
             EXPECT_GE(contrast(wave.label, wave.background), 4.5);
+            for (const auto& band : {wave.front, wave.lfe, wave.surround, wave.height}) {
+                EXPECT_GE(contrast(band, wave.background), 3) << band.name().toStdString();
+            }
         }
     }
     EXPECT_NEAR(contrast(Qt::black, Qt::white), 21, 1e-6);

@@ -1,5 +1,6 @@
 // The windows as a whole: their memory, the menus, the status menu, and what a keyboard and a reader can reach.
 #include <QAbstractButton>
+#include <QAbstractItemView>
 #include <QAbstractSlider>
 #include <QAbstractSpinBox>
 #include <QApplication>
@@ -14,6 +15,7 @@
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTabWidget>
+#include <QTest>
 #include <QTreeWidget>
 #include <algorithm>
 #include <fstream>
@@ -284,6 +286,50 @@ TEST_F(Windows, TheRenameDialogShowsEveryNameAndWhyAFileKeepsIts) {
     EXPECT_TRUE(named<QPushButton>(dialog, "Rename")->isEnabled());
     const RenameDialog idle({files[3]}, false);
     EXPECT_FALSE(named<QPushButton>(idle, "Rename")->isEnabled());
+}
+
+TEST_F(Windows, FitAScreenAt200Percent) {
+    ASSERT_TRUE(load(file("field_ambix.wav", 4)));
+    model.settings().change([](AppSettings& settings) { settings.expertMode = true; });
+    MainWindow window(model);
+    window.openPath(file("field_ambix.wav", 4));
+    window.show();
+    const auto settings = makeSettings();
+    settings->show();
+    const QSize screen(800, 460);  // 1600 x 1000 at 200 %, without title bars and a panel
+    for (const QWidget* each : {static_cast<QWidget*>(&window), static_cast<QWidget*>(settings.get())}) {
+        const QSize least = each->minimumSizeHint();
+        EXPECT_TRUE(least.width() <= screen.width() && least.height() <= screen.height())
+            << each->windowTitle().toStdString() << " " << least.width() << " x " << least.height();
+    }
+}
+
+TEST_F(Windows, DropDownsShowAllTheirRowsAndCaptionsGoToTheirFields) {
+    const AppWindows windows(model);
+    model.openWindow("settings");
+    auto* settings = topLevel<SettingsWindow>();
+    ASSERT_TRUE(settings);
+    int choices = 0;
+    for (auto* choice : settings->findChildren<QComboBox*>()) {
+        if (!choice->isVisible()) { continue; }
+        ++choices;
+        choice->showPopup();
+        const QRect last = choice->view()->visualRect(choice->model()->index(choice->count() - 1, 0));
+        EXPECT_GT(last.height(), 0);
+        EXPECT_TRUE(choice->view()->viewport()->rect().contains(last)) << choice->accessibleName().toStdString();
+        choice->hidePopup();
+    }
+    EXPECT_GE(choices, 5);
+    int captions = 0;
+    for (auto* label : topLevel<MainWindow>()->inspector().findChildren<QLabel*>()) {
+        if (!label->buddy()) { continue; }
+        ++captions;
+        EXPECT_TRUE(label->text().contains('&')) << label->text().toStdString();
+        QTest::mouseClick(label, Qt::LeftButton);
+        EXPECT_EQ(topLevel<MainWindow>()->focusWidget(),
+                  label->buddy()->focusProxy() ? label->buddy()->focusProxy() : label->buddy());
+    }
+    EXPECT_EQ(captions, 16);
 }
 
 TEST_F(Windows, RecentFilesAreTheLatestOpenedThatStillExist) {

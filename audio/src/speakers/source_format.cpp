@@ -3,6 +3,11 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
+#include <ranges>
+#include <utility>
+
+#include "audio/speakers/channel_layout.h"
 
 namespace brindlehum {
 
@@ -22,6 +27,8 @@ std::string speakerListName(const SpeakerList& list) {
         if (list == speakers(layout)) { return std::string(displayName(layout)); }
         const SpeakerList* film = filmOrder(layout);
         if (film && list == *film) { return std::string(displayName(layout)) + " Film"; }
+        const auto wave = WaveMask::mask(speakers(layout));
+        if (wave && list == wave->order) { return std::string(displayName(layout)) + " (WAVE order)"; }
     }
     return std::to_string(list.size()) + "-ch bed";
 }
@@ -88,6 +95,59 @@ std::vector<SourceFormat> SourceFormat::options(int channels) {
     std::vector<SourceFormat> out = spatialOptions(channels);
     out.push_back(discrete(channels));
     return out;
+}
+
+std::vector<SourceFormat> SourceFormat::waveOrders(int channels) {
+    std::vector<SourceFormat> out;
+    for (const LayoutID layout : allLayouts) {
+        const SpeakerList& own = brindlehum::speakers(layout);
+        const auto wave = WaveMask::mask(own);
+        if (int(own.size()) == channels && wave && wave->order != own) { out.push_back(speakers(wave->order)); }
+    }
+    return out;
+}
+
+int SourceFormat::channels() const {
+    if (const SpeakerList* list = asSpeakers()) { return int(list->size()); }
+    if (const Ambisonic* field = asAmbisonic()) { return (field->order + 1) * (field->order + 1); }
+    return asDiscrete()->channels;
+}
+
+std::string rawValue(const SourceFormat& format) {
+    if (const SpeakerList* list = format.asSpeakers()) {
+        std::string text = "speakers";
+        for (const SpeakerID speaker : *list) { text.append(" ").append(rawValue(speaker)); }
+        return text;
+    }
+    if (const Ambisonic* field = format.asAmbisonic()) {
+        return "ambisonic " + std::to_string(field->order) + " " + std::string(rawValue(field->norm));
+    }
+    return "discrete " + std::to_string(format.channels());
+}
+
+std::optional<SourceFormat> sourceFormatFromRaw(std::string_view raw) {
+    std::vector<std::string_view> words;
+    for (const auto word : std::views::split(raw, ' ')) { words.emplace_back(word.begin(), word.end()); }
+    const auto number = [](std::string_view text) {
+        int value = 0;
+        const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+        return error == std::errc() && end == text.data() + text.size() && value > 0 ? value : 0;
+    };
+    if (words.size() < 2) { return std::nullopt; }
+    if (words[0] == "speakers") {
+        SpeakerList list;
+        for (size_t i = 1; i < words.size(); ++i) {
+            const auto speaker = speakerFromRaw(words[i]);
+            if (!speaker) { return std::nullopt; }
+            list.push_back(*speaker);
+        }
+        return SourceFormat::speakers(std::move(list));
+    }
+    const int count = number(words[1]);
+    if (words[0] == "discrete" && words.size() == 2 && count > 0) { return SourceFormat::discrete(count); }
+    const auto norm = words.size() == 3 ? ambiNormFromRaw(words[2]) : std::nullopt;
+    if (words[0] == "ambisonic" && norm && count > 0 && count <= 3) { return SourceFormat::ambisonic(count, *norm); }
+    return std::nullopt;
 }
 
 }  // namespace brindlehum

@@ -12,8 +12,18 @@ namespace {
 
 constexpr double snapshotSeconds = 0.12;  // the least time between two snapshots
 
-double steadySeconds() {
-    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+WaveformPtr scanAll(WaveformScan& scan, const std::function<void(WaveformPtr)>& grown,
+                    const std::function<bool()>& stop, const std::function<double()>& now) {
+    double last = now();
+    while (scan.step()) {
+        if (stop()) { return nullptr; }
+        if (now() - last > snapshotSeconds) {
+            last = now();
+            grown(scan.snapshot());
+        }
+    }
+    // A source that was stopped may have broken off.
+    return stop() ? nullptr : scan.finish();
 }
 
 // The state of one load, passed between the threads.
@@ -35,19 +45,23 @@ struct Load {
         if (loader->isCancelled()) { return; }
         const std::unique_ptr<FrameSource> source = open();
         WaveformScan scan(*source);
-        double last = now();
-        while (scan.step()) {
-            if (loader->isCancelled()) { return; }
-            if (now() - last > snapshotSeconds) {
-                last = now();
-                post(scan.snapshot());
-            }
-        }
-        post(scan.finish());
+        const auto whole = scanAll(
+            scan, [this](WaveformPtr data) { post(std::move(data)); }, [this] { return loader->isCancelled(); }, now);
+        if (whole) { post(whole); }
     }
 };
 
 }  // namespace
+
+double steadySeconds() {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
+
+WaveformPtr waveformDetail(FrameSource& source, const WaveformSpan& span, const std::function<void(WaveformPtr)>& grown,
+                           const std::function<bool()>& stop, const std::function<double()>& now) {
+    WaveformScan scan(source, span);
+    return scanAll(scan, grown, stop, now);
+}
 
 std::shared_ptr<WaveformLoader> WaveformLoader::load(const std::filesystem::path& path, Update onUpdate,
                                                      const Executor& background, const Executor& main) {

@@ -19,14 +19,23 @@ int64_t wholeBuckets(int64_t frames, int64_t bucketFrames) {
     return (frames + bucketFrames - 1) / bucketFrames;
 }
 
+WaveformSpan wholeOf(const FrameSource& source) {
+    const int64_t length = std::max<int64_t>(source.length(), 1);
+    return {0, length, std::max<int64_t>(length / wantedBuckets, 1)};
+}
+
 }  // namespace
 
-WaveformScan::WaveformScan(FrameSource& source) : source_(source) {
-    const int64_t length = std::max<int64_t>(source.length(), 1);
+WaveformScan::WaveformScan(FrameSource& source) : WaveformScan(source, wholeOf(source)) {}
+
+WaveformScan::WaveformScan(FrameSource& source, const WaveformSpan& span)
+    : source_(source),
+      end_(span.first + span.frames),
+      blockFrames_(std::max<int64_t>(std::min(wantedBlock, span.frames) / span.bucketFrames, 1) * span.bucketFrames) {
     data_.channels = std::min(source.processingFormat().channels, maxLanes);
-    data_.bucketFrames = std::max<int64_t>(length / wantedBuckets, 1);
-    data_.bucketCount = int(wholeBuckets(length, data_.bucketFrames));
-    blockFrames_ = std::max<int64_t>(wantedBlock / data_.bucketFrames, 1) * data_.bucketFrames;
+    data_.firstFrame = span.first;
+    data_.bucketFrames = span.bucketFrames;
+    data_.bucketCount = int(wholeBuckets(span.frames, span.bucketFrames));
     if (blockFrames_ > std::numeric_limits<int>::max()) { throw Error("The file is too long for an overview"); }
     const auto lanes = size_t(data_.channels);
     const std::vector<float> zeros(size_t(data_.bucketCount));
@@ -38,8 +47,9 @@ WaveformScan::WaveformScan(FrameSource& source) : source_(source) {
 
 bool WaveformScan::step() {
     if (data_.isComplete()) { return false; }
-    const int64_t position = data_.loadedBuckets * data_.bucketFrames;
-    const int64_t frames = source_.read(planes_.data(), data_.channels, position, int(blockFrames_));
+    const int64_t position = data_.loadedEnd();
+    const auto wanted = int(std::min(blockFrames_, end_ - position));
+    const int64_t frames = source_.read(planes_.data(), data_.channels, position, wanted);
     if (frames < 1) { return false; }
     for (int lane = 0; lane < data_.channels; ++lane) { reduce(lane, frames); }
     const int64_t loaded = data_.loadedBuckets + wholeBuckets(frames, data_.bucketFrames);

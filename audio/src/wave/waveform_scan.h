@@ -13,6 +13,8 @@ public:
     // Makes at most 16 lanes and about 6000 buckets (up to 11999 for short sources). The source must outlive the scan.
     // Throws Error for a source so long that a single bucket doesn't fit.
     explicit WaveformScan(FrameSource& source);
+    // The same lanes, for a part of the source.
+    WaveformScan(FrameSource& source, const WaveformSpan& span);
 
     // Reads and reduces the next block; returns false when all is done or the source delivers no more.
     bool step();
@@ -25,7 +27,8 @@ private:
 
     FrameSource& source_;
     WaveformData data_;
-    int64_t blockFrames_ = 0;
+    int64_t end_;  // frame after the last one to read
+    int64_t blockFrames_;
     std::vector<float> samples_;
     std::vector<float*> planes_;
 };

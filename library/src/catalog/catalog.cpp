@@ -72,6 +72,14 @@ Catalog::Parts::Parts(const std::filesystem::path& file)
       deleteText(writer, "DELETE FROM fts WHERE rowid = ?"),
       insertText(writer, "INSERT INTO fts (rowid, name, folders, body) VALUES (?,?,?,?)"),
       findStamp(writer, "SELECT size, mtime FROM files WHERE path = ?"),
+      findEdits(writer, findEditsText),
+      mergeEdit(writer,
+                "INSERT INTO edits (path, field, root, value, time, writer, embedded, unsent) "
+                "VALUES (?,?,?,?,?,?,?,?) ON CONFLICT(path, field) DO UPDATE SET root=excluded.root, "
+                "value=excluded.value, time=excluded.time, writer=excluded.writer, embedded=excluded.embedded, "
+                "unsent=excluded.unsent WHERE (excluded.time, excluded.writer) > (time, writer) OR "
+                "((excluded.time, excluded.writer) = (time, writer) AND "
+                "(excluded.value, excluded.embedded) <> (value, embedded))"),
       readers(file) {}
 
 Catalog::Catalog(const std::filesystem::path& file) : parts_(std::make_unique<Parts>(file)) {}

@@ -19,7 +19,11 @@ struct Catalog::Parts {
     explicit Parts(const std::filesystem::path& file);
 
     Database writer;  // under the catalog's lock
-    Statement insertFile, deleteText, insertText, findStamp;
+    Statement insertFile, deleteText, insertText, findStamp, findEdits, mergeEdit;
+    static constexpr const char* findEditsText =
+        "SELECT field, value, time, writer, embedded, unsent FROM edits WHERE path = ?";
+    // `held` with the newer words of `edits` over it that the file doesn't hold.
+    static SoundMeta over(Statement& findEdits, const std::string& path, SoundMeta held);
     // Full-text rows of the running transaction, written together at its end: between two upserts into `files`, FTS5
     // would flush what it has gathered and leave a tiny segment for each file.
     struct Text {

@@ -86,6 +86,7 @@ void LibraryRoots::askToRemove(const std::string& root) {
 void LibraryRoots::remove(const std::string& root) {
     settings_.change([&](AppSettings& settings) { std::erase(settings.libraryRoots, root); });
     problems_.erase(root);
+    scanned_.erase(root);
     if (catalog_ && removing_.insert(root).second) {
         // Wait for a running scan to end first: it would write rows after their removal.
         if (const auto scan = scans_.find(root); scan != scans_.end()) {
@@ -177,21 +178,33 @@ void LibraryRoots::scanEnded(const std::string& root, const LibraryScanner::Resu
     } else if (problems_.insert_or_assign(root, *result.message).second) {
         Q_EMIT said(*result.message);
     }
-    edits_.run(pullWork({root}, catalog_, realPaths_), [this, root](int) {
+    if (result.isWhole()) {
+        scanned_.insert(root);
+    } else {
+        scanned_.erase(root);
+    }
+    edits_.run(pullWork(pulledAmong({root}), catalog_, realPaths_), [this, root](int) {
         indexing_.erase(root);
         Q_EMIT indexingChanged();
         Q_EMIT catalogChanged();
     });
 }
 
+// An edit of a file that isn't catalogued yet can't be shown.
+std::vector<std::string> LibraryRoots::pulledAmong(std::vector<std::string> roots) const {
+    std::erase_if(roots, [this](const std::string& root) { return !scanned_.contains(root); });
+    return roots;
+}
+
 void LibraryRoots::pull() {
     if (!catalog_ || pulls_.isBusy()) { return; }
-    edits_.run(pulls_, pullWork(settings_.value().libraryRoots, catalog_, realPaths_), [this](int applied) {
-        if (applied < 1) { return; }
-        Q_EMIT catalogChanged();
-        Q_EMIT said(std::to_string(applied) + (applied == 1 ? " metadata change" : " metadata changes") +
-                    " from your team");
-    });
+    edits_.run(pulls_, pullWork(pulledAmong(settings_.value().libraryRoots), catalog_, realPaths_),
+               [this](int applied) {
+                   if (applied < 1) { return; }
+                   Q_EMIT catalogChanged();
+                   Q_EMIT said(std::to_string(applied) + (applied == 1 ? " metadata change" : " metadata changes") +
+                               " from your team");
+               });
 }
 
 }  // namespace brindlehum

@@ -6,7 +6,6 @@
 #include <QLocale>
 
 #include "base/path.h"
-#include "catalog/file_stamp.h"
 #include "library/team/change_log.h"
 #include "library/team/metadata_save.h"
 #include "model/rename_file.h"
@@ -27,12 +26,14 @@ std::string countOf(size_t count) {
 
 struct Outcome {
     MetadataEdits::Failures failed;
-    size_t beside = 0;  // files that can't hold metadata, so that it's in the catalog
+    size_t beside = 0;     // files that can't hold metadata, so that it's in the catalog
+    std::string unshared;  // why the team's log lacks the last of the edits that it lacks
 };
 
-std::string savedText(size_t count, size_t beside) {
-    const std::string text = "Saved metadata to " + countOf(count);
-    return beside == 0 ? text : text + ", " + number(beside) + " of them in the catalog only";
+std::string savedText(size_t count, const Outcome& outcome) {
+    std::string text = "Saved metadata to " + countOf(count);
+    if (outcome.beside > 0) { text += ", " + number(outcome.beside) + " of them in the catalog only"; }
+    return outcome.unshared.empty() ? text : text + ", but " + outcome.unshared;
 }
 
 std::string failureText(const MetadataEdits::Failures& failed) {
@@ -52,21 +53,12 @@ MetadataEdits::Moves movesOf(const UCSRenames& renames) {
 }
 
 // Moves the row to the file's new path, since only the row holds some of its metadata. A link has no row of its own.
-void moveRow(Catalog& catalog, const Catalog::Row& row, const std::filesystem::path& to) {
+void moveRow(Catalog& catalog, const Catalog::Row& row, const std::filesystem::path& to,
+             const std::vector<std::string>& roots) {
     struct stat facts {};
     if (::lstat(to.c_str(), &facts) != 0 || !S_ISREG(facts.st_mode)) { return; }
-    const std::string path = canonicalPath(to);
-    std::optional<AudioFileInfo> info;
     try {
-        info = AudioFileInfo::load(path);
-    } catch (const std::exception&) {
-        // The row then has no technical facts.
-    }
-    try {
-        catalog.write([&] {
-            catalog.upsert(path, row.root, stampOf(facts), info, row.meta);
-            catalog.remove(row.path);
-        });
+        MetadataSave::renamed(row, to, catalog, roots, ChangeLog::owner());
     } catch (const std::exception&) {
         // The next scan finds the new name.
     }
@@ -92,8 +84,9 @@ void MetadataEdits::save(const MetadataChanges& changes, const Paths& files,
                 task.tell([this, text] { Q_EMIT said("Saving metadata to file " + text); });
             }
             try {
-                const bool embedded = MetadataSave::save(files[i], changes, catalog, realRoots, user);
-                outcome.beside += embedded ? 0 : 1;
+                const auto saved = MetadataSave::save(files[i], changes, catalog, realRoots, user);
+                outcome.beside += saved.embedded ? 0 : 1;
+                if (saved.unshared) { outcome.unshared = *saved.unshared; }
             } catch (const std::exception& error) { outcome.failed.push_back({files[i], reasonOf(files[i], error)}); }
         }
         return outcome;
@@ -101,7 +94,7 @@ void MetadataEdits::save(const MetadataChanges& changes, const Paths& files,
     edits_.run(work, [this, count = files.size(), ended](const Outcome& outcome) {
         if (ended) { ended(outcome.failed); }
         Q_EMIT catalogChanged();
-        Q_EMIT said(outcome.failed.empty() ? savedText(count, outcome.beside) : failureText(outcome.failed));
+        Q_EMIT said(outcome.failed.empty() ? savedText(count, outcome) : failureText(outcome.failed));
     });
 }
 
@@ -142,7 +135,13 @@ void MetadataEdits::carryOut(std::function<Moves()> plan, bool undoing) {
         size_t failed = 0;
     };
     edits_.run(
-        [plan = std::move(plan), catalog = catalog_] {
+        [plan = std::move(plan), catalog = catalog_, &realPaths = realPaths_,
+         roots = settings_.value().libraryRoots](const Background::Task& task) {
+            const auto realRoots = realPaths.of(roots);
+            // What the team has logged so far goes along, and may decide the names.
+            for (const std::string& root : realRoots) {
+                ChangeLog::pull(root, *catalog, ChangeLog::owner(), task.token());
+            }
             Result result;
             for (const Move& move : plan()) {
                 const auto row = catalog->row(canonicalPath(move.from));
@@ -150,7 +149,7 @@ void MetadataEdits::carryOut(std::function<Moves()> plan, bool undoing) {
                     ++result.failed;
                     continue;
                 }
-                if (row) { moveRow(*catalog, *row, move.to); }
+                if (row) { moveRow(*catalog, *row, move.to, realRoots); }
                 result.done.push_back(move);
             }
             return result;

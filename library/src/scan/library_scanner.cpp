@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -27,10 +26,6 @@ constexpr int64_t filesAReport = 1024;
 constexpr size_t removalsAtOnce = 4096;
 
 using Stamps = std::unordered_map<std::string, Catalog::Stamp>;
-
-bool isSame(const Catalog::Stamp& a, const Catalog::Stamp& b) {
-    return a.size == b.size && std::abs(a.mtime - b.mtime) < mtimeTolerance;
-}
 
 bool isBelow(const std::string& path, const std::string& folder) {
     return path.size() > folder.size() && path.starts_with(folder) && (path[folder.size()] == '/' || folder == "/");
@@ -95,7 +90,7 @@ private:
             walkTree(root_, others, options_.stop, [this](const std::string& path, const Catalog::Stamp& stamp) {
                 ++progress_.found;
                 const auto row = rows_.find(path);
-                const bool unchanged = row != rows_.end() && isSame(row->second, stamp);
+                const bool unchanged = row != rows_.end() && row->second.matches(stamp);
                 if (row != rows_.end()) { rows_.erase(row); }
                 if (unchanged) {
                     ++progress_.done;
@@ -186,12 +181,12 @@ private:
         if (!looked && (errno == ENOENT || errno == ENOTDIR)) { return false; }
         // The walk also finds files whose path is too long to open; keep the walk's stamp for them.
         const Catalog::Stamp now = looked ? stampOf(facts) : read.file.stamp;
-        if (const auto stamp = catalog_.stamp(path); stamp && isSame(*stamp, now)) {
+        if (const auto stamp = catalog_.stamp(path); stamp && stamp->matches(now)) {
             // The file is unchanged; if its row belongs to a root inside or around this one, move the row to this root.
             const auto row = catalog_.row(path);
             if (!row || row->root == root_) { return false; }
             catalog_.upsert(path, root_, now, read.info, row->meta);
-        } else if (isSame(now, read.file.stamp)) {
+        } else if (now.matches(read.file.stamp)) {
             catalog_.upsert(path, root_, now, read.info, read.meta);
         } else {
             const ReadFile again = readSoundFile({path, now});

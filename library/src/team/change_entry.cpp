@@ -1,5 +1,7 @@
 // Writes and reads one line of a change log.
+#include <algorithm>
 #include <array>
+#include <chrono>
 #include <cstdio>
 #include <limits>
 #include <nlohmann/json.hpp>
@@ -13,16 +15,36 @@ namespace {
 using nlohmann::json;
 using std::chrono::sys_seconds;
 
-// ISO 8601 in UTC, as "2024-05-01T09:30:00Z".
-std::string isoTime(sys_seconds time) {
+constexpr int maxRating = 5;
+constexpr sys_seconds firstTime = std::chrono::sys_days(std::chrono::year(2000) / 1 / 1);
+constexpr sys_seconds timesEnd = std::chrono::sys_days(std::chrono::year(2100) / 1 / 1);
+
+EditTime sensible(EditTime time) {
+    return time < firstTime || time >= timesEnd ? firstTime : time;
+}
+
+// ISO 8601 in UTC, as "2024-05-01T09:30:00.25Z"; without a fraction when that is zero.
+std::string isoTime(EditTime time) {
     const auto day = std::chrono::floor<std::chrono::days>(time);
     const std::chrono::year_month_day date{day};
     const std::chrono::hh_mm_ss clock{time - day};
     std::array<char, 40> text{};
-    std::snprintf(text.data(), text.size(), "%04d-%02u-%02uT%02d:%02d:%02dZ", int(date.year()), unsigned(date.month()),
-                  unsigned(date.day()), int(clock.hours().count()), int(clock.minutes().count()),
-                  int(clock.seconds().count()));
-    return text.data();
+    std::snprintf(text.data(), text.size(), "%04d-%02u-%02uT%02d:%02d:%02d.%06d", int(date.year()),
+                  unsigned(date.month()), unsigned(date.day()), int(clock.hours().count()),
+                  int(clock.minutes().count()), int(clock.seconds().count()), int(clock.subseconds().count()));
+    std::string iso = text.data();
+    iso.erase(iso.find_last_not_of('0') + 1);
+    if (iso.ends_with('.')) { iso.pop_back(); }
+    return iso + "Z";
+}
+
+// Takes the digits behind the point at `at`, up to microseconds, and moves `at` behind them.
+std::chrono::microseconds fraction(const std::string& text, size_t& at) {
+    const size_t end = std::min(text.find_first_not_of("0123456789", at + 1), text.size());
+    std::string digits = text.substr(at + 1, std::min<size_t>(end - at - 1, 6));
+    digits.resize(6, '0');
+    at = end;
+    return std::chrono::microseconds(std::stoi(digits));
 }
 
 // The offset from UTC at the end of a time: "Z", "+02:00" or "-0530".
@@ -42,7 +64,7 @@ std::optional<std::chrono::minutes> isoOffset(const std::string& text) {
     return sign == '-' ? -offset : offset;
 }
 
-std::optional<sys_seconds> parseTime(const std::string& text) {
+std::optional<EditTime> parseTime(const std::string& text) {
     int year = 0;
     std::array<unsigned, 5> part{};  // month, day, hour, minute, second
     int end = 0;
@@ -51,15 +73,14 @@ std::optional<sys_seconds> parseTime(const std::string& text) {
         return std::nullopt;
     }
     auto rest = size_t(end);
-    if (rest < text.size() && text[rest] == '.') { rest = text.find_first_not_of("0123456789", rest + 1); }
-    if (rest == std::string::npos) { return std::nullopt; }
+    const auto below = rest < text.size() && text[rest] == '.' ? fraction(text, rest) : std::chrono::microseconds(0);
     const auto offset = isoOffset(text.substr(rest));
     const std::chrono::year_month_day date{std::chrono::year(year), std::chrono::month(part[0]),
                                            std::chrono::day(part[1])};
     constexpr unsigned leapSecond = 60;
     if (!offset || !date.ok() || part[2] > 23 || part[3] > 59 || part[4] > leapSecond) { return std::nullopt; }
     return sys_seconds(std::chrono::sys_days(date)) + std::chrono::hours(part[2]) + std::chrono::minutes(part[3]) +
-           std::chrono::seconds(part[4]) - *offset;
+           std::chrono::seconds(part[4]) + below - *offset;
 }
 
 std::optional<int> intOf(const json& value) {
@@ -75,6 +96,8 @@ std::optional<int> intOf(const json& value) {
 std::optional<std::string> Entry::encoded() const {
     json object = {{"path", storedPath(path)}, {"fields", changes.fields}, {"user", user}, {"time", isoTime(time)}};
     if (changes.rating) { object["rating"] = *changes.rating; }
+    if (embedded) { object["embedded"] = *embedded; }
+    if (from) { object["from"] = storedPath(*from); }
     try {
         return object.dump();
     } catch (const json::exception&) { return std::nullopt; }
@@ -92,13 +115,24 @@ std::optional<Entry> Entry::decode(std::string_view line) {
         object.at("user").get_to(entry.user);
         const auto time = parseTime(object.at("time").get<std::string>());
         if (!time) { return std::nullopt; }
-        entry.time = *time;
+        entry.time = sensible(*time);
+        if (const auto embedded = object.find("embedded"); embedded != object.end()) {
+            entry.embedded = embedded->get<bool>();
+        }
+        if (const auto from = object.find("from"); from != object.end()) {
+            entry.from = pathFromStored(from->get<std::string>());
+        }
     } catch (const json::exception&) { return std::nullopt; }
     if (const auto rating = object.find("rating"); rating != object.end() && !rating->is_null()) {
         entry.changes.rating = intOf(*rating);
         if (!entry.changes.rating) { return std::nullopt; }
+        if (*entry.changes.rating < 0 || *entry.changes.rating > maxRating) { entry.changes.rating.reset(); }
     }
     return entry;
+}
+
+EditTime now() {
+    return sensible(std::chrono::floor<std::chrono::microseconds>(std::chrono::system_clock::now()));
 }
 
 }  // namespace brindlehum::ChangeLog

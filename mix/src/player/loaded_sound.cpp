@@ -3,13 +3,14 @@
 
 #include <QPointer>
 
+#include "audio/stream/file_source.h"
 #include "base/path.h"
 #include "mix/player/lane_labels.h"
 
 namespace brindlehum {
 
-LoadedSound::LoadedSound(Background& loader, MainLoop& loop, WorkerPool& pool)
-    : loader_(loader), loop_(loop), pool_(pool) {}
+LoadedSound::LoadedSound(Background& loader, MainLoop& loop, WorkerPool& pool, FormatOverrides& formats)
+    : loader_(loader), loop_(loop), pool_(pool), formats_(formats), detail_(loop) {}
 
 LoadedSound::~LoadedSound() {
     cancelWaveform();
@@ -72,7 +73,8 @@ void LoadedSound::didCheck(std::optional<Probe> found) {
     waveform_ = nullptr;
     version_ = found->version;
     const AudioFileInfo before = std::exchange(*info_, std::move(found->info));
-    if (info_->channels != before.channels) { formatOverride_.reset(); }
+    detail_.setSource(openDetail());
+    if (info_->channels != before.channels) { formatOverride_ = formats_.find(info_->url, info_->channels); }
     const bool isAlike = info_->frames == before.frames && info_->channels == before.channels &&
                          info_->sampleRate == before.sampleRate && info_->detected == before.detected;
     if (!isAlike) { Q_EMIT fileReplaced(); }
@@ -86,6 +88,7 @@ void LoadedSound::rename(const std::filesystem::path& from, const std::filesyste
     checks_.cancel();
     if (waveform_ && waveform_->isComplete()) { WaveformCache::shared().set(to, version_, waveform_); }
     info_->url = to;
+    detail_.moveSource(openDetail());
     Q_EMIT changed();
 }
 
@@ -98,13 +101,18 @@ void LoadedSound::didLoad(Probe probe) {
     info_ = std::move(probe.info);
     version_ = probe.version;
     const bool hadOverride = formatOverride_.has_value();
-    formatOverride_.reset();
+    formatOverride_ = formats_.find(info_->url, info_->channels);
     waveform_ = nullptr;
+    detail_.setSource(openDetail());
     Q_EMIT replaced();
-    if (hadOverride) { Q_EMIT sourceChanged(); }
+    if (hadOverride || formatOverride_) { Q_EMIT sourceChanged(); }
     loadWaveform();
     Q_EMIT changed();
     if (autoPlay_) { Q_EMIT playAsked(); }
+}
+
+WaveDetail::Open LoadedSound::openDetail() const {
+    return [path = info_->url](const std::function<bool()>& stop) { return std::make_unique<FileSource>(path, stop); };
 }
 
 // Takes the waveform from the cache, or starts to read it unless it is already complete or being read.
@@ -133,9 +141,30 @@ void LoadedSound::cancelWaveform() {
 }
 
 void LoadedSound::setFormatOverride(std::optional<SourceFormat> format) {
+    if (!info_) { return; }
+    formats_.setFile(info_->url, info_->channels, format);
+    showOverride(std::move(format));
+}
+
+void LoadedSound::showOverride(std::optional<SourceFormat> format) {
     if (format == formatOverride_) { return; }
     formatOverride_ = std::move(format);
     Q_EMIT sourceChanged();
+    Q_EMIT changed();
+}
+
+std::optional<SourceFormat> LoadedSound::folderOverride() const {
+    return info_ ? formats_.findFolder(info_->url.parent_path(), info_->channels) : std::nullopt;
+}
+
+void LoadedSound::setForFolder(bool forFolder) {
+    if (!info_ || !formatOverride_) { return; }
+    formats_.setFolder(info_->url.parent_path(), info_->channels, forFolder ? formatOverride_ : std::nullopt);
+    if (forFolder) {
+        formats_.forgetFile(info_->url);
+    } else {
+        formats_.setFile(info_->url, info_->channels, formatOverride_);
+    }
     Q_EMIT changed();
 }
 

@@ -8,10 +8,12 @@ PlayerModel::PlayerModel(PlaybackEngine& engine, SettingsStore& settings, MainLo
     : message_(loop),
       seat_(engine, {[this] { transport_.deviceChanged(); }, [this] { listening_.publish(); },
                      [this] { transport_.seatLost(); }}),
-      sound_(loader_, loop, pool),
+      formats_(settings.defaults()),
+      sound_(loader_, loop, pool, formats_),
       listening_(seat_, settings, sound_, message_),
       transport_(seat_, loader_, loop, sound_, listening_, message_, std::move(open)),
       dragOut_(sound_, transport_, message_),
+      meter_(engine, settings, loop, transport_),
       loader_(loop, "Brindlehum.loader") {
     wire();
 }

@@ -2,6 +2,7 @@
 #include "mix/render/render_context.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 
 #include "mix/render/binaural_stage.h"
@@ -36,6 +37,7 @@ RenderContext::RenderContext()
       position_(mn_f64_create(0)),
       finished_(mn_i64_create(0)),
       gain_(mn_f64_create(1)),
+      peaks_(mn_peaks_create(maxDeviceChannels)),
       storage_(makeAligned<float>(ConfigMixer::planeStride * (2 * maxSourceChannels + maxVirtualSpeakers + 2))) {
     float* next = storage_.get();
     const auto assign = [&next](float*& plane) {
@@ -52,6 +54,7 @@ RenderContext::~RenderContext() {
     mn_f64_destroy(position_);
     mn_i64_destroy(finished_);
     mn_f64_destroy(gain_);
+    mn_peaks_destroy(peaks_);
 }
 
 void RenderContext::forgetPrevious() noexcept {
@@ -95,6 +98,7 @@ int32_t RenderContext::render(uint32_t frames, const DeviceBuffers& buffers) noe
     prevRing_ = ring;
     prevCfg_ = config;
     applyGain(n);
+    measure(n);
     if (hasEnded(ring) && !mixer_.ringsOn(config)) { mn_i64_store(finished_, 1); }
     return 0;
 }
@@ -208,6 +212,18 @@ void RenderContext::applyGain(int32_t n) noexcept {
         } else {
             for (int32_t i = 0; i < n; ++i) { plane[i] *= gain - step * float(n - 1 - i); }
         }
+    }
+}
+
+// Compares the samples as integers without their sign bit: that order is the one of magnitudes, with NaN on top, and
+// the loop needs no branch for it.
+void RenderContext::measure(int32_t n) noexcept {
+    for (int32_t c = 0; c < deviceChannels_; ++c) {
+        const float* plane = dev_[size_t(c)];
+        if (plane == nullptr) { continue; }
+        int32_t most = 0;
+        for (int32_t i = 0; i < n; ++i) { most = std::max(most, std::bit_cast<int32_t>(plane[i]) & 0x7fffffff); }
+        mn_peaks_raise(peaks_, c, std::bit_cast<float>(most));
     }
 }
 

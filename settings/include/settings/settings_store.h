@@ -25,6 +25,8 @@ public:
         edit(next);
         setValue(next);
     }
+    // Where it is stored, for other values of the same user.
+    UserDefaults& defaults() const { return defaults_; }
     const OutputProfile& activeProfile() const { return value_.activeProfile(); }
 
 Q_SIGNALS:

@@ -1,31 +1,55 @@
-// Column widths: from all at their minimum to all at their ideal, then the rest to name and description.
+// Column widths for the room there is: what gives way when it is short, and what grows when it isn't.
 #include "ui/browser/browser_columns.h"
 
 #include <algorithm>
+#include <numeric>
 
 namespace brindlehum::BrowserColumns {
+namespace {
 
-Widths fit(int room, int formatWidth, const std::array<bool, BrowserTableModel::ColumnCount>& hidden) {
-    Widths wide = ideal;
-    wide[BrowserTableModel::Format] = std::max(formatWidth, minimum[BrowserTableModel::Format]);
-    Widths widths = minimum;
-    for (const size_t column : {BrowserTableModel::Length, BrowserTableModel::Format}) {
-        widths[column] = wide[column];
+using Model = BrowserTableModel;
+
+int sum(const Widths& widths) {
+    return std::accumulate(widths.begin(), widths.end(), 0);
+}
+
+// Takes room from the columns that matter least until the others fit.
+void giveWay(Widths& widths, int room) {
+    for (const size_t column : {Model::Library, Model::Category, Model::Description}) {
+        if (sum(widths) > room) { widths[column] = 0; }
     }
-    const auto sum = [&](const Widths& of) {
-        int all = 0;
-        for (size_t column = 0; column < of.size(); ++column) { all += hidden[column] ? 0 : of[column]; }
-        return all;
+    const auto shrink = [&](size_t column, int least) {
+        if (widths[column] > 0) { widths[column] = std::max(least, widths[column] - std::max(0, sum(widths) - room)); }
     };
-    const int least = sum(widths);
-    const double share = std::clamp(double(room - least) / std::max(sum(wide) - least, 1), 0.0, 1.0);
+    shrink(Model::Format, minimum[Model::Format]);
+    shrink(Model::Name, leastName);
+}
+
+}  // namespace
+
+Widths fit(int room, int formatWidth, const std::array<bool, Model::ColumnCount>& hidden) {
+    Widths wide = ideal;
+    wide[Model::Format] = std::max(formatWidth, minimum[Model::Format]);
+    Widths widths = minimum;
+    for (const size_t column : {Model::Length, Model::Format}) { widths[column] = wide[column]; }
     for (size_t column = 0; column < widths.size(); ++column) {
-        widths[column] = hidden[column] ? wide[column] : widths[column] + int(share * (wide[column] - widths[column]));
+        if (hidden[column]) { widths[column] = 0; }
     }
-    const int spare = std::max(0, room - sum(widths));
-    const bool hasDescription = !hidden[BrowserTableModel::Description];
-    widths[BrowserTableModel::Name] += hasDescription ? spare / 2 : spare;
-    if (hasDescription) { widths[BrowserTableModel::Description] += spare - spare / 2; }
+    giveWay(widths, room);
+    const auto spare = [&] { return std::max(0, room - sum(widths)); };
+    if (spare() > 0) { widths[Model::Name] += std::min(spare(), std::max(0, wide[Model::Name] - widths[Model::Name])); }
+    const auto lacks = [&](size_t column) { return widths[column] > 0 ? wide[column] - widths[column] : 0; };
+    int lacking = 0;
+    for (size_t column = 0; column < widths.size(); ++column) { lacking += lacks(column); }
+    const double share = std::min(1.0, double(spare()) / std::max(lacking, 1));
+    for (size_t column = 0; column < widths.size(); ++column) { widths[column] += int(share * lacks(column)); }
+    const int rest = spare();
+    const bool hasDescription = widths[Model::Description] > 0;
+    widths[Model::Name] += hasDescription ? rest / 2 : rest;
+    if (hasDescription) { widths[Model::Description] += rest - rest / 2; }
+    for (size_t column = 0; column < widths.size(); ++column) {
+        if (hidden[column]) { widths[column] = wide[column]; }
+    }
     return widths;
 }
 

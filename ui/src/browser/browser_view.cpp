@@ -29,7 +29,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr int settleMs = 300;
-constexpr int minWidth = 480;  // logical pixels
+constexpr int minWidth = 340;  // logical pixels
 
 void copyPaths(const BrowserActions::Files& files) {
     QStringList paths;

@@ -24,21 +24,21 @@ std::map<std::string, QString> textsOf(const UCS::Entry& entry) {
 
 }  // namespace
 
-const std::array<InspectorFields::Field, 15> InspectorFields::fields = {{{"DESCRIPTION", "Description", true},
-                                                                         {"CATEGORY", "Category"},
-                                                                         {"SUBCATEGORY", "Subcategory"},
-                                                                         {"CATID", "CatID"},
-                                                                         {"FXNAME", "FX name"},
-                                                                         {"KEYWORDS", "Keywords"},
-                                                                         {"LIBRARY", "Library"},
-                                                                         {"DESIGNER", "Designer"},
-                                                                         {"SOURCEID", "Source ID"},
-                                                                         {"MICROPHONE", "Microphone"},
-                                                                         {"MICPERSPECTIVE", "Mic perspective"},
-                                                                         {"LOCATION", "Location"},
-                                                                         {"NOTES", "Notes", true},
-                                                                         {"TRACKTITLE", "Track title"},
-                                                                         {"USERCATEGORY", "User category"}}};
+const std::array<InspectorFields::Field, 15> InspectorFields::fields = {{{"DESCRIPTION", "&Description", true},
+                                                                         {"CATEGORY", "Categor&y"},
+                                                                         {"SUBCATEGORY", "Su&bcategory"},
+                                                                         {"CATID", "&CatID"},
+                                                                         {"FXNAME", "FX &name"},
+                                                                         {"KEYWORDS", "&Keywords"},
+                                                                         {"LIBRARY", "&Library"},
+                                                                         {"DESIGNER", "Desi&gner"},
+                                                                         {"SOURCEID", "&Source ID"},
+                                                                         {"MICROPHONE", "&Microphone"},
+                                                                         {"MICPERSPECTIVE", "Mic pe&rspective"},
+                                                                         {"LOCATION", "Loca&tion"},
+                                                                         {"NOTES", "N&otes", true},
+                                                                         {"TRACKTITLE", "Track t&itle"},
+                                                                         {"USERCATEGORY", "&User category"}}};
 
 void InspectorFields::load(const std::vector<SoundMeta>& files) {
     *this = {};

@@ -8,7 +8,6 @@
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
-#include <QScrollArea>
 #include <QStackedLayout>
 #include <QStyle>
 #include <QVBoxLayout>
@@ -20,8 +19,10 @@
 #include "ui/inspector/keeping_text.h"
 #include "ui/inspector/star_row.h"
 #include "ui/inspector/ucs_completer.h"
+#include "ui/look/caption_label.h"
 #include "ui/look/elided_label.h"
 #include "ui/look/empty_state.h"
+#include "ui/look/form_scroll.h"
 #include "ui/look/path_text.h"
 #include "ui/look/text_field.h"
 
@@ -63,8 +64,8 @@ bool isIn(const fs::path& file, const fs::path& folder) {
     return std::ranges::mismatch(folder, file).in1 == folder.end();
 }
 
-QLabel* caption(const QString& text) {
-    auto* label = new QLabel(text);
+QLabel* caption(const QString& text, QWidget* field = nullptr) {
+    auto* label = field ? new CaptionLabel(text, *field) : new QLabel(text);
     label->setProperty("role", "caption");
     label->setWordWrap(true);
     return label;
@@ -138,27 +139,22 @@ QWidget* InspectorView::makeForm() {
     column->setSpacing(3);
     for (const auto& item : InspectorFields::fields) { addRow(*column, item); }
     for (const char* tag : {"CATID", "CATEGORY", "SUBCATEGORY"}) { addCompleter(tag); }
-    column->addWidget(caption("Rating"));
-    column->addWidget(stars_ = new StarRow);
+    stars_ = new StarRow;
+    column->addWidget(caption("R&ating", stars_));
+    column->addWidget(stars_);
     column->addStretch(1);
     connect(stars_, &StarRow::starClicked, this, [this](int star) {
         if (loading_) { return; }
         fields_.clickStar(star);
         refreshState();
     });
-    auto* scroll = new QScrollArea;
-    scroll->setWidget(content);
-    scroll->setWidgetResizable(true);
-    scroll->setFrameShape(QFrame::NoFrame);
-    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    scroll->setFocusPolicy(Qt::NoFocus);
-    return scroll;
+    return new FormScroll(content);
 }
 
 void InspectorView::addRow(QBoxLayout& column, const InspectorFields::Field& item) {
-    const Row row{caption(item.label), new TextField(item.label, item.severalLines)};
+    auto* field = new TextField(QString(item.label).remove('&'), item.severalLines);
+    const Row row{caption(item.label, field), field};
     const std::string tag = item.tag;
-    row.label->setBuddy(row.field);
     column.addWidget(row.label);
     column.addWidget(row.field);
     if (tag == "CATID") {

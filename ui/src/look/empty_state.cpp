@@ -21,7 +21,7 @@ QLabel* line(const char* role) {
 
 EmptyState::EmptyState(QWidget* parent) : QWidget(parent) {
     auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(24, 24, 24, 24);
+    column->setContentsMargins(24, 8, 24, 8);
     column->setSpacing(8);
     column->addStretch(1);
     column->addWidget(title_ = line("empty"));

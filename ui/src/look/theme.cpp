@@ -18,6 +18,7 @@ Theme makeDark() {
     theme.control = QColor("#2a2e35");
     theme.hover = QColor("#353a43");
     theme.border = QColor("#3d434d");
+    theme.outline = QColor("#7a828e");
     theme.text = QColor("#e8eaed");
     theme.secondary = QColor("#a6aeb9");
     theme.disabled = QColor("#6a717c");
@@ -25,6 +26,7 @@ Theme makeDark() {
     theme.onAccent = QColor("#08201d");
     theme.accentGround = QColor("#1f4a45");
     theme.warning = QColor("#ffb86b");
+    theme.over = QColor("#ff5d52");
     theme.star = QColor("#ffd54a");
     theme.waveform = {.background = QColor("#101216"),
                       .wave = QColor("#57c7b8"),
@@ -32,7 +34,11 @@ Theme makeDark() {
                       .selection = QColor(126, 200, 255, 58),
                       .playhead = QColor("#ffb454"),
                       .label = QColor("#c9d0d8"),
-                      .labelPlate = QColor(16, 18, 22, 200)};
+                      .labelPlate = QColor(16, 18, 22, 200),
+                      .front = QColor("#7ec8ff"),
+                      .lfe = QColor("#ff8f6b"),
+                      .surround = QColor("#b79bff"),
+                      .height = QColor("#ffd54a")};
     theme.hudWaveform = theme.waveform;
     theme.hudWaveform.background = QColor("#0b0c0f");
     return theme;
@@ -45,6 +51,7 @@ Theme makeLight() {
     theme.control = QColor("#ffffff");
     theme.hover = QColor("#e6e9ed");
     theme.border = QColor("#c6ccd4");
+    theme.outline = QColor("#7e8692");
     theme.text = QColor("#1a1d21");
     theme.secondary = QColor("#545c68");
     theme.disabled = QColor("#9aa2ad");
@@ -52,6 +59,7 @@ Theme makeLight() {
     theme.onAccent = QColor("#ffffff");
     theme.accentGround = QColor("#cdebe7");
     theme.warning = QColor("#8f4a00");
+    theme.over = QColor("#c4261c");
     theme.star = QColor("#a87b00");
     theme.waveform = {.background = QColor("#ffffff"),
                       .wave = QColor("#16877e"),
@@ -59,7 +67,11 @@ Theme makeLight() {
                       .selection = QColor(30, 120, 210, 46),
                       .playhead = QColor("#c2410c"),
                       .label = QColor("#3c444f"),
-                      .labelPlate = QColor(255, 255, 255, 205)};
+                      .labelPlate = QColor(255, 255, 255, 205),
+                      .front = QColor("#1b6fb8"),
+                      .lfe = QColor("#b3401a"),
+                      .surround = QColor("#6a46c2"),
+                      .height = QColor("#8a6a00")};
     theme.hudWaveform = theme.waveform;
     theme.hudWaveform.background = QColor("#f7f8f9");
     return theme;
@@ -118,10 +130,11 @@ QString Theme::styleSheet() const {
     if (!file.open(QIODevice::ReadOnly)) { return {}; }
     QString sheet = QString::fromUtf8(file.readAll());
     // Longer names first: @accentGround holds @accent.
-    const std::array<std::pair<const char*, QString>, 12> tokens = {{{"@accentGround", accentGround.name()},
+    const std::array<std::pair<const char*, QString>, 13> tokens = {{{"@accentGround", accentGround.name()},
                                                                      {"@onAccent", onAccent.name()},
                                                                      {"@secondary", secondary.name()},
                                                                      {"@disabled", disabled.name()},
+                                                                     {"@outline", outline.name()},
                                                                      {"@warning", warning.name()},
                                                                      {"@control", control.name()},
                                                                      {"@accent", accent.name()},

@@ -228,7 +228,7 @@ double PictureTimeline::ruler(double top) const {
     const TextStyle style = canvas_.small();
     constexpr double spacing = 84;
     const double step = RulerTicks::step(seconds_, width_, spacing);
-    for (const auto& tick : RulerTicks::ticks(seconds_, width_, spacing)) {
+    for (const auto& tick : RulerTicks::ticks(0, seconds_, width_, spacing)) {
         const double at = x(tick.seconds);
         canvas_.hairline({at, top}, {at, top + (tick.major ? 8 : 4)}, canvas_.theme.secondary);
         if (!tick.major) { continue; }

@@ -4,40 +4,94 @@
 #include <QFontDatabase>
 #include <QFontMetricsF>
 #include <QList>
+#include <QPolygonF>
 #include <algorithm>
 #include <cmath>
+#include <string_view>
 
 namespace brindlehum::WaveformPicture {
 namespace {
 
 constexpr double laneFill = 0.46;  // half height of the drawing, of the lane's height
-constexpr double labelInset = 4;   // logical pixels
+constexpr double labelInset = 6;   // logical pixels, as is the next
+constexpr double bandWidth = 4;
 constexpr double labelPoints = 9;
-constexpr double minLabelLane = 9;  // logical pixels; in lower lanes nobody could read them
+constexpr double minSamplePixels = 2;  // device pixels, as are the next two
+constexpr double minDotPixels = 8;
+constexpr double dotRadius = 2.5;
+constexpr size_t maxLanes = 16;  // of an overview
+constexpr size_t minBanded = 3;  // lanes; one or two can't be confused
 
 // A float file may hold any value; what lies far outside the picture needn't be drawn to scale.
 double reach(float value) {
     return std::isfinite(value) ? std::clamp(double(value), -100.0, 100.0) : 0;
 }
 
-// Draws one rectangle a column from the lowest to the highest value, in device pixels; a flat line is one pixel high.
+// One lane's place in device pixels.
+struct Place {
+    int columns = 0;
+    double middle = 0;
+    double scale = 1;  // of a sample of 1
+};
+
+bool covers(const WaveformData* data, double from, double to, int64_t total) {
+    return data && from >= double(data->firstFrame) && std::min(to, double(total)) <= double(data->loadedEnd());
+}
+
+// Makes one rectangle a column from the lowest to the highest value; a flat line is one pixel high.
 // Rectangles, because Qt takes a hundred times as long to fill a path of a thousand parts.
-QList<QRect> laneColumns(const WaveformData& data, size_t lane, int64_t totalFrames, int columns, double middle,
-                         double scale) {
+QList<QRect> laneColumns(const Lanes& lanes, size_t lane, const Place& place) {
     QList<QRect> spans;
-    spans.reserve(columns);
-    const auto& mins = data.mins[lane];
-    const auto& maxs = data.maxs[lane];
-    for (int column = 0; column < columns; ++column) {
-        const auto [first, last] = bucketsUnder(column, columns, data, totalFrames);
+    spans.reserve(place.columns);
+    const VisibleRange& visible = lanes.visible;
+    for (int column = 0; column < place.columns; ++column) {
+        const double from = visible.frameAt(double(column) / place.columns);
+        const double to = visible.frameAt(double(column + 1) / place.columns);
+        const bool fine = covers(lanes.detail, from, to, visible.total);
+        const WaveformData* data = fine ? lanes.detail : lanes.overview;
+        if (!data || lane >= data->mins.size() || from >= double(visible.total)) { continue; }
+        const auto [first, last] = bucketsUnder(from, to, *data);
         if (first >= last) { continue; }
+        const auto& mins = data->mins[lane];
+        const auto& maxs = data->maxs[lane];
         const float low = *std::min_element(mins.begin() + first, mins.begin() + last);
         const float high = *std::max_element(maxs.begin() + first, maxs.begin() + last);
-        const int top = int(std::floor(middle - reach(high) * scale));
-        const int bottom = int(std::ceil(middle - reach(low) * scale));
+        const int top = int(std::floor(place.middle - reach(high) * place.scale));
+        const int bottom = int(std::ceil(place.middle - reach(low) * place.scale));
         spans.append(QRect(column, top, 1, std::max(bottom - top, 1)));
     }
     return spans;
+}
+
+// True when single samples are wide enough to be told apart, and all of those in sight are known.
+bool showsSamples(const Lanes& lanes, int columns) {
+    const VisibleRange& visible = lanes.visible;
+    return visible.length * minSamplePixels <= columns && lanes.detail && lanes.detail->bucketFrames == 1 &&
+           covers(lanes.detail, visible.first, visible.end(), visible.total);
+}
+
+// Joins the samples by lines; each sample stands in the middle of its frame's pixels.
+void paintSamples(QPainter& painter, const Lanes& lanes, size_t lane, const Place& place, const QColor& color) {
+    const VisibleRange& visible = lanes.visible;
+    const WaveformData& data = *lanes.detail;
+    if (lane >= data.mins.size()) { return; }
+    const double perFrame = place.columns / visible.length;
+    QPolygonF line;
+    // One more on either side, so that the line leaves the picture.
+    const auto [first, last] = bucketsUnder(visible.first - 1, visible.end() + 1, data);
+    for (int i = first; i < last; ++i) {
+        const double frame = double(data.firstFrame + i) + 0.5;
+        line.append(
+            {(frame - visible.first) * perFrame, place.middle - reach(data.mins[lane][size_t(i)]) * place.scale});
+    }
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(color, 1.5));
+    painter.drawPolyline(line);
+    painter.setPen(Qt::NoPen);
+    if (perFrame >= minDotPixels) {
+        for (const QPointF& sample : line) { painter.drawEllipse(sample, dotRadius, dotRadius); }
+    }
+    painter.setRenderHint(QPainter::Antialiasing, false);
 }
 
 QFont labelFont(double laneHeight) {
@@ -62,7 +116,41 @@ void paintLabel(QPainter& painter, const QPointF& corner, Qt::Alignment side, co
     painter.drawText(plate, Qt::AlignCenter, text);
 }
 
+const QColor& groupColor(LaneGroup group, const WaveformColors& colors) {
+    switch (group) {
+        case LaneGroup::front:
+            return colors.front;
+        case LaneGroup::lfe:
+            return colors.lfe;
+        case LaneGroup::surround:
+            return colors.surround;
+        case LaneGroup::height:
+            return colors.height;
+        case LaneGroup::other:
+            break;
+    }
+    return colors.label;
+}
+
+// A pixel is left free between two bands, so that lanes of one group can be counted.
+void paintBands(QPainter& painter, const QSizeF& size, const std::vector<std::string>& labels,
+                const WaveformColors& colors, double laneHeight) {
+    if (labels.size() < minBanded) { return; }
+    for (size_t lane = 0; lane < labels.size() && double(lane) * laneHeight < size.height(); ++lane) {
+        const QRectF band(0, laneHeight * double(lane) + 1, bandWidth, laneHeight - 1);
+        painter.fillRect(band, groupColor(laneGroup(labels[lane]), colors));
+    }
+}
+
 }  // namespace
+
+LaneGroup laneGroup(const std::string& label) {
+    if (label == "LFE") { return LaneGroup::lfe; }
+    if (label == "L" || label == "R" || label == "C") { return LaneGroup::front; }
+    if (label.empty() || std::string_view("LRCT").find(label[0]) == std::string_view::npos) { return LaneGroup::other; }
+    if (label.find('t') != std::string::npos || label[0] == 'T') { return LaneGroup::height; }
+    return label.back() == 's' ? LaneGroup::surround : LaneGroup::front;
+}
 
 float peak(const WaveformData& data) {
     float most = 0;
@@ -83,31 +171,29 @@ QString gainText(double gain) {
     return gain > 1.12 ? QString::asprintf("view +%.0f dB", 20 * std::log10(gain)) : QString();
 }
 
-Buckets bucketsUnder(int column, int columns, const WaveformData& data, int64_t totalFrames) {
-    if (columns <= 0 || totalFrames <= 0 || data.bucketFrames <= 0) { return {}; }
-    const double bucketsPerColumn = double(totalFrames) / double(data.bucketFrames) / double(columns);
-    const int first = int(column * bucketsPerColumn);
-    const int last = std::max(first + 1, int(std::ceil((column + 1) * bucketsPerColumn)));
-    const int loaded = std::min(data.loadedBuckets, data.bucketCount);
-    return {std::min(first, loaded), std::min(last, loaded)};
+Buckets bucketsUnder(double from, double to, const WaveformData& data) {
+    if (data.bucketFrames <= 0 || !(from < to)) { return {}; }
+    const auto bucketFrames = double(data.bucketFrames);
+    const double first = std::floor((from - double(data.firstFrame)) / bucketFrames);
+    const double last = std::ceil((to - double(data.firstFrame)) / bucketFrames);
+    const auto loaded = double(std::min(data.loadedBuckets, data.bucketCount));
+    return {int(std::clamp(first, 0.0, loaded)), int(std::clamp(last, 0.0, loaded))};
 }
 
-double playheadX(double frame, int64_t totalFrames, double width) {
-    if (totalFrames <= 0) { return 0; }
-    return std::round(frame / double(totalFrames) * width) - 0.5;
+double playheadX(double frame, const VisibleRange& visible, double width) {
+    return std::round(visible.shareOf(frame) * width) - 0.5;
 }
 
-Span span(int64_t lower, int64_t upper, int64_t totalFrames, double width) {
-    if (totalFrames <= 0) { return {}; }
-    const double scale = width / double(totalFrames);
-    return {double(lower) * scale, double(upper - lower) * scale};
+Span span(const FrameRange& range, const VisibleRange& visible, double width) {
+    const double left = visible.shareOf(double(range.lower)) * width;
+    return {left, visible.shareOf(double(range.upper)) * width - left};
 }
 
-void paintLanes(QPainter& painter, const QSizeF& size, double dpr, const WaveformData* data, int64_t totalFrames,
-                const std::vector<std::string>& labels, const WaveformColors& colors) {
-    const size_t lanes = data && data->channels > 0 ? size_t(data->channels) : labels.size();
-    if (lanes == 0 || size.isEmpty()) { return; }
-    const double laneHeight = size.height() / double(lanes);
+void paintLanes(QPainter& painter, const QSizeF& size, double dpr, const Lanes& lanes, const WaveformColors& colors) {
+    const WaveformData* data = lanes.overview;
+    const size_t count = data && data->channels > 0 ? size_t(data->channels) : std::min(lanes.labels.size(), maxLanes);
+    if (count == 0 || size.isEmpty()) { return; }
+    const double laneHeight = size.height() / double(count);
     const double gain = data ? viewGain(peak(*data)) : 1;
 
     painter.save();
@@ -115,22 +201,26 @@ void paintLanes(QPainter& painter, const QSizeF& size, double dpr, const Wavefor
     painter.setPen(Qt::NoPen);
     painter.setBrush(colors.wave);
     const int columns = int(std::lround(size.width() * dpr));
-    for (size_t lane = 0; lane < lanes; ++lane) {
+    const bool samples = showsSamples(lanes, columns);
+    for (size_t lane = 0; lane < count; ++lane) {
         const double top = laneHeight * dpr * double(lane);
         if (lane > 0) { painter.fillRect(QRectF(0, std::round(top), columns, 1), colors.separator); }
-        if (!data || lane >= data->mins.size() || lane >= data->maxs.size()) { continue; }
-        const double middle = top + laneHeight * dpr / 2;
-        const double scale = gain * laneFill * laneHeight * dpr;
-        painter.drawRects(laneColumns(*data, lane, totalFrames, columns, middle, scale));
+        const Place place{columns, top + laneHeight * dpr / 2, gain * laneFill * laneHeight * dpr};
+        if (samples) {
+            paintSamples(painter, lanes, lane, place, colors.wave);
+        } else {
+            painter.drawRects(laneColumns(lanes, lane, place));
+        }
     }
     painter.restore();
+    paintBands(painter, size, lanes.labels, colors, laneHeight);
 
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setFont(labelFont(laneHeight));
-    const size_t labelled = laneHeight < minLabelLane ? 0 : std::min(lanes, labels.size());
+    const size_t labelled = laneHeight < minLabelLane ? 0 : std::min(count, lanes.labels.size());
     for (size_t lane = 0; lane < labelled; ++lane) {
         paintLabel(painter, {labelInset, laneHeight * double(lane) + 1}, Qt::AlignLeft,
-                   QString::fromStdString(labels[lane]), colors);
+                   QString::fromStdString(lanes.labels[lane]), colors);
     }
     painter.setFont(labelFont(size.height()));
     paintLabel(painter, {size.width() - labelInset, 1}, Qt::AlignRight, gainText(gain), colors);

@@ -11,10 +11,10 @@
 #include "ui/look/elided_label.h"
 #include "ui/look/symbol_label.h"
 #include "ui/player/drag_handle.h"
+#include "ui/player/meter_view.h"
 #include "ui/player/player_header.h"
 #include "ui/player/soundfield_row.h"
 #include "ui/player/source_bar.h"
-#include "ui/player/time_ruler.h"
 #include "ui/player/transport_bar.h"
 
 namespace brindlehum {
@@ -44,7 +44,8 @@ PlayerView::PlayerView(PlayerModel& player, SettingsStore& settings, WaveformVie
     all->addWidget(makeMessage());
     all->addWidget(controls_ = makeControls());
     all->addWidget(soundfield_ = new SoundfieldRow(player.sound(), player.listening()));
-    connectWaveform();
+    source_->dragHandle().file = [this] { return player_.dragOut().exportForDrag(false); };
+    source_->dragHandle().picture = [this] { return waveform().grab(); };
     connect(&player, &PlayerModel::changed, this, &PlayerView::refresh);
     connect(&settings, &SettingsStore::changed, this, &PlayerView::refresh);
     connect(&player.transport().playhead(), &PlayheadModel::frameChanged, this, &PlayerView::movePlayhead);
@@ -72,8 +73,11 @@ QWidget* PlayerView::makeLoaded(WaveformView::Style style) {
     auto* layout = column(box, 0, 0);
     layout->addWidget(header_ = new PlayerHeader(player_.sound(), player_.transport()));
     layout->addSpacing(2);
-    layout->addWidget(ruler_ = new TimeRuler);
-    layout->addWidget(waveform_ = new WaveformView(style), 1);
+    auto* row = new QHBoxLayout;
+    row->setSpacing(6);
+    row->addWidget(wave_ = new WavePanel(player_.sound(), player_.transport(), player_.dragOut(), style), 1);
+    row->addWidget(new MeterView(player_.meter()));
+    layout->addLayout(row, 1);
     return box;
 }
 
@@ -132,32 +136,11 @@ void PlayerView::resizeEvent(QResizeEvent* event) {
     fitControls();
 }
 
-void PlayerView::connectWaveform() {
-    waveform_->onSeek = [this](int64_t frame) { player_.transport().seek(frame); };
-    waveform_->onSelect = [this](std::optional<FrameRange> range) {
-        if (range) {
-            player_.transport().select(range);
-        } else {
-            player_.transport().clearSelection();
-        }
-        // The model announces nothing when it refuses a selection, so read it back.
-        refreshWaveform();
-    };
-    waveform_->exportForDrag = [this](bool selectionOnly) { return player_.dragOut().exportForDrag(selectionOnly); };
-    waveform_->onTogglePlay = [this] { player_.togglePlay(); };
-    connect(waveform_, &WaveformView::hovered, this, [this](qint64 frame) {
-        const auto& info = player_.sound().info();
-        ruler_->setHover(frame < 0 || !info ? -1 : double(frame) / std::max(info->sampleRate, 1.0));
-    });
-    source_->dragHandle().file = [this] { return player_.dragOut().exportForDrag(false); };
-    source_->dragHandle().picture = [this] { return waveform_->grab(); };
-}
-
 void PlayerView::refresh() {
     const auto& info = player_.sound().info();
     stack_->setCurrentWidget(info ? loaded_ : empty_);
     header_->refresh();
-    refreshWaveform();
+    wave_->refresh();
     transport_->refresh();
     source_->refresh();
     fitControls();
@@ -178,19 +161,8 @@ void PlayerView::refreshMessage() {
     messageRow_->setVisible(message || (messageExtra_ && !messageExtra_->isHidden()));
 }
 
-void PlayerView::refreshWaveform() {
-    const auto& info = player_.sound().info();
-    const double rate = info ? std::max(info->sampleRate, 1.0) : 1.0;
-    waveform_->setData(player_.sound().waveform());
-    waveform_->setTotalFrames(info ? info->frames : 0, rate);
-    waveform_->setLaneLabels(player_.sound().laneLabels());
-    waveform_->setSelection(player_.transport().selection());
-    waveform_->setPlayhead(player_.transport().playhead().frame());
-    ruler_->setSeconds(info ? double(info->frames) / rate : 0);
-}
-
 void PlayerView::movePlayhead() {
-    waveform_->setPlayhead(player_.transport().playhead().frame());
+    wave_->movePlayhead();
     header_->refreshTime();
 }
 

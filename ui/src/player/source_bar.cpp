@@ -4,6 +4,7 @@
 #include <QHBoxLayout>
 #include <QMenu>
 #include <algorithm>
+#include <iterator>
 
 #include "mix/player/drag_export.h"
 #include "mix/player/listening_setup.h"
@@ -13,6 +14,7 @@
 #include "ui/look/elided_label.h"
 #include "ui/look/icons.h"
 #include "ui/look/menu_button.h"
+#include "ui/look/path_text.h"
 #include "ui/look/profile_icon.h"
 #include "ui/player/drag_handle.h"
 
@@ -51,6 +53,12 @@ SourceBar::SourceBar(LoadedSound& sound, Transport& transport, ListeningSetup& l
     row->setSpacing(8);
     format_ = new MenuButton("Source format", "How the channels are interpreted", [this](QMenu& m) { fillFormats(m); });
     format_->setIcon(symbol("channels"));
+    detect_ = new QToolButton;
+    detect_->setIcon(symbol("clear"));
+    detect_->setIconSize({12, 12});
+    detect_->setProperty("role", "chip");
+    detect_->setFocusPolicy(Qt::StrongFocus);
+    connect(detect_, &QToolButton::clicked, this, [this] { sound_.setFormatOverride(std::nullopt); });
     listen_ = new MenuButton("Listen", "Monitor mode for stereo files", [this](QMenu& m) { fillListen(m); });
     listen_->setIcon(symbol("listen"));
     profile_ = new MenuButton("Output profile", "Output profile", [this](QMenu& m) { fillProfiles(m); });
@@ -60,6 +68,7 @@ SourceBar::SourceBar(LoadedSound& sound, Transport& transport, ListeningSetup& l
     drag_->setIcon(symbol("drag"));
     handle_ = new DragHandle;
     row->addWidget(format_);
+    row->addWidget(detect_);
     row->addWidget(listen_);
     row->addWidget(profile_);
     row->addWidget(device_, 1);
@@ -73,10 +82,8 @@ void SourceBar::refresh() {
     const auto source = sound_.source();
     const bool loaded = sound_.info() && source;
     format_->setVisible(loaded);
-    if (loaded) {
-        format_->setChoice(QString::fromStdString(
-            sound_.formatOverride() ? source->displayName() : "Auto (" + sound_.info()->detected.displayName() + ")"));
-    }
+    if (loaded) { refreshFormat(*source); }
+    detect_->setVisible(loaded && sound_.formatOverride());
     listen_->setVisible(loaded && *source == SourceFormat::stereo());
     listen_->setChoice(listenName(listening_.listen()));
     const OutputProfile& profile = listening_.profile();
@@ -86,6 +93,24 @@ void SourceBar::refresh() {
     drag_->setVisible(loaded && dragOut_.dragOptions().size() > 1);
     drag_->setChoice(QString::fromStdString(name(dragOut_.dragExport())));
     handle_->setVisible(loaded);
+}
+
+// Shows that an override is at work, and whether the file's or the folder's.
+void SourceBar::refreshFormat(const SourceFormat& source) {
+    const QString detected = QString::fromStdString(sound_.info()->detected.displayName());
+    const QString name = QString::fromStdString(source.displayName());
+    const bool isOverride = sound_.formatOverride().has_value();
+    format_->setChoice(isOverride ? name + (isOfFolder() ? " (folder)" : " (set)") : "Auto (" + detected + ")");
+    format_->setToolTip(isOverride ? QString("How the channels are interpreted: you chose %1 for this %2. Without that "
+                                             "they would be %3")
+                                         .arg(name, isOfFolder() ? "folder" : "file", detected)
+                                   : QString("How the channels are interpreted"));
+    detect_->setToolTip("Back to Auto (" + detected + ") for this file");
+    detect_->setAccessibleName("Back to Auto (" + detected + ")");
+}
+
+bool SourceBar::isOfFolder() const {
+    return sound_.formatOverride() && sound_.formatOverride() == sound_.folderOverride();
 }
 
 void SourceBar::setNarrow(bool narrow) {
@@ -121,10 +146,17 @@ void SourceBar::fillFormats(QMenu& menu) {
     addChoice(menu, QString::fromStdString("Auto (" + info->detected.displayName() + ")"), !chosen,
               [this] { sound_.setFormatOverride(std::nullopt); });
     menu.addSeparator();
-    for (const auto& format : SourceFormat::options(info->channels)) {
+    auto formats = SourceFormat::options(info->channels);
+    std::ranges::copy(SourceFormat::waveOrders(info->channels), std::back_inserter(formats));
+    for (const auto& format : formats) {
         addChoice(menu, QString::fromStdString(format.displayName()), chosen == format,
                   [this, format] { sound_.setFormatOverride(format); });
     }
+    if (!chosen) { return; }
+    menu.addSeparator();
+    const QString folder = pathText(info->url.parent_path().filename());
+    addChoice(menu, QString("For All %1-Channel Files in “%2”").arg(info->channels).arg(folder), isOfFolder(),
+              [this, forFolder = !isOfFolder()] { sound_.setForFolder(forFolder); });
 }
 
 void SourceBar::fillListen(QMenu& menu) {

@@ -26,8 +26,9 @@ TimeRuler::TimeRuler(QWidget* parent) : QWidget(parent) {
     setAccessibleName("Time ruler");
 }
 
-void TimeRuler::setSeconds(double seconds) {
-    if (seconds == seconds_) { return; }
+void TimeRuler::setSeconds(double first, double seconds) {
+    if (first == first_ && seconds == seconds_) { return; }
+    first_ = first;
     seconds_ = seconds;
     update();
 }
@@ -45,8 +46,8 @@ QSize TimeRuler::sizeHint() const {
 void TimeRuler::paintTicks(QPainter& painter) const {
     const Theme& theme = Theme::current();
     const double step = RulerTicks::step(seconds_, width(), minSpacing);
-    for (const auto& tick : RulerTicks::ticks(seconds_, width(), minSpacing)) {
-        const int x = int(tick.seconds / seconds_ * width());
+    for (const auto& tick : RulerTicks::ticks(first_, seconds_, width(), minSpacing)) {
+        const int x = xOf(tick.seconds);
         const int tall = tick.major ? tickHeight + 3 : tickHeight;
         painter.fillRect(x, height() - tall, 1, tall, tick.major ? theme.secondary : theme.border);
         if (!tick.major) { continue; }
@@ -60,9 +61,11 @@ void TimeRuler::paintTicks(QPainter& painter) const {
 
 void TimeRuler::paintHover(QPainter& painter) const {
     const Theme& theme = Theme::current();
-    const QString text = QString::fromStdString(timeText(hover_));
+    // Finer than a pixel, and at least in thousandths.
+    const double fine = RulerTicks::step(seconds_, width(), minSpacing) / 100;
+    const QString text = QString::fromStdString(fine < 0.001 ? RulerTicks::label(hover_, fine) : timeText(hover_));
     const int room = fontMetrics().horizontalAdvance(text) + 10;
-    const int x = int(hover_ / seconds_ * width());
+    const int x = xOf(hover_);
     const QRect plate(std::clamp(x - room / 2, 0, std::max(0, width() - room)), 0, room, height());
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);

@@ -8,12 +8,12 @@ namespace brindlehum::WaveformGesture {
 namespace {
 
 int64_t frameAt(const Surface& surface, const Point& at) {
-    return WaveformGesture::frameAt(at.x, surface.width, surface.totalFrames);
+    return WaveformGesture::frameAt(at.x, surface);
 }
 
 Step pressed(const Press& press, const Surface& surface) {
     const bool inSelection = surface.selection && surface.selection->contains(frameAt(surface, press.at));
-    return {Pending{press.at, inSelection, press.whole}, {}};
+    return {Pending{press.at, inSelection, press.whole, edgeOpposite(press.at.x, surface)}, {}};
 }
 
 Step movedWhilePending(const Pending& pending, const Move& move, const Surface& surface) {
@@ -21,6 +21,7 @@ Step movedWhilePending(const Pending& pending, const Move& move, const Surface& 
         std::abs(move.at.x - pending.start.x) > dragThreshold || std::abs(move.at.y - pending.start.y) > dragThreshold;
     if (!moved) { return {pending, {}}; }
     if (pending.whole) { return {Dragging{}, StartDrag{false}}; }
+    if (pending.otherEdge) { return {Selecting{*pending.otherEdge}, {}}; }
     if (pending.inSelection && surface.canDragSelection) { return {Dragging{}, StartDrag{true}}; }
     return {Selecting{frameAt(surface, pending.start)}, {}};
 }
@@ -61,9 +62,20 @@ Step step(const Gesture& gesture, const Event& event, const Surface& surface) {
     return {Idle{}, {}};
 }
 
-int64_t frameAt(double x, double width, int64_t totalFrames) {
-    if (totalFrames <= 0 || width <= 0) { return 0; }
-    return int64_t(std::clamp(x, 0.0, width) / width * double(totalFrames));
+int64_t frameAt(double x, const Surface& surface) {
+    if (surface.visible.total <= 0 || surface.width <= 0) { return 0; }
+    const double frame = surface.visible.frameAt(std::clamp(x, 0.0, surface.width) / surface.width);
+    return std::clamp(int64_t(frame), int64_t{0}, surface.visible.total);
+}
+
+std::optional<int64_t> edgeOpposite(double x, const Surface& surface) {
+    if (!surface.selection) { return std::nullopt; }
+    const auto [lower, upper] = *surface.selection;
+    const auto away = [&](int64_t frame) {
+        return std::abs(surface.visible.shareOf(double(frame)) * surface.width - x);
+    };
+    if (std::min(away(lower), away(upper)) > handleReach) { return std::nullopt; }
+    return away(lower) < away(upper) ? upper : lower;
 }
 
 }  // namespace brindlehum::WaveformGesture

@@ -5,6 +5,7 @@
 #include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
+#include <QToolTip>
 #include <cmath>
 
 #include "ui/look/file_drag.h"
@@ -12,10 +13,18 @@
 namespace brindlehum {
 namespace {
 
-constexpr double arrowShare = 0.01;  // of the file, one arrow key
+constexpr double arrowShare = 0.01;  // of what is in sight, one arrow key
 constexpr double shiftSeconds = 5;   // one arrow key with Shift
 constexpr double minDragWidth = 8;   // logical pixels of a dragged selection's picture
 constexpr int minHeight = 28;        // logical pixels
+constexpr double pageShare = 0.9;    // of what is in sight, one Page key
+constexpr double notch = 120;        // of a wheel, in eighths of a degree
+constexpr double notchShare = 0.1;   // of what is in sight, scrolled by one notch
+constexpr double notchZoom = 1.25;
+constexpr int edgeScrollMs = 30;
+constexpr double edgeScrollShare = 0.05;                           // of the pointer's distance from the edge, each time
+constexpr QSizeF handleSize(2 * WaveformGesture::handleReach, 9);  // of a selection, in logical pixels
+constexpr double halo = 1;                                         // of the playhead, in logical pixels on either side
 
 }  // namespace
 
@@ -28,8 +37,10 @@ WaveformView::WaveformView(Style style, QWidget* parent) : QWidget(parent), styl
     setCursor(Qt::IBeamCursor);
     setAccessibleName("Waveform");
     setAccessibleDescription(
-        "Click to play from there, drag to select, Control-drag to take the file out. Left and Right move the "
-        "playhead, Home and End jump, Space plays or stops, Escape clears the selection.");
+        "Click to play from there, drag to select, drag an edge of the selection to move it, Control-drag to take the "
+        "file out. Left and Right move the playhead, Home and End jump, Space plays or stops. Plus and Minus zoom, 0 "
+        "shows all, Z the selection, Page Up and Page Down scroll. The brackets set the selection's start and end at "
+        "the playhead, Escape clears it.");
 }
 
 void WaveformView::setData(WaveformPtr overview) {
@@ -38,11 +49,32 @@ void WaveformView::setData(WaveformPtr overview) {
     stale();
 }
 
+void WaveformView::setDetail(WaveformPtr detail) {
+    if (detail == detail_) { return; }
+    detail_ = std::move(detail);
+    stale();
+}
+
 void WaveformView::setTotalFrames(int64_t frames, double sampleRate) {
     sampleRate_ = sampleRate;
-    if (frames == totalFrames_) { return; }
-    totalFrames_ = frames;
+    if (frames != visible_.total) { setVisibleRange(VisibleRange::all(frames)); }
+}
+
+void WaveformView::setVisibleRange(const VisibleRange& visible) {
+    const VisibleRange before = std::exchange(visible_, visible);
+    // A change of following alone changes nothing that is seen.
+    if (before.total == visible.total && before.first == visible.first && before.length == visible.length) { return; }
     stale();
+    Q_EMIT viewChanged();
+}
+
+void WaveformView::zoom(double factor) {
+    const double share = visible_.contains(playhead_) ? visible_.shareOf(playhead_) : 0.5;
+    setVisibleRange(zoomed(visible_, factor, share));
+}
+
+void WaveformView::showSelected() {
+    if (selection_) { setVisibleRange(showing(visible_, *selection_)); }
 }
 
 void WaveformView::setLaneLabels(std::vector<std::string> labels) {
@@ -62,9 +94,11 @@ void WaveformView::showSelection(std::optional<FrameRange> selection) {
 }
 
 void WaveformView::setPlayhead(double frame) {
-    const QRect before = playheadRect();
+    const QRect before = playheadArea().toAlignedRect();
     playhead_ = frame;
-    const QRect after = playheadRect();
+    const bool drawing = std::holds_alternative<WaveformGesture::Selecting>(gesture_);
+    if (!drawing) { setVisibleRange(followed(visible_, frame)); }
+    const QRect after = playheadArea().toAlignedRect();
     if (after == before) { return; }
     update(before);
     update(after);
@@ -80,10 +114,19 @@ const WaveformColors& WaveformView::colors() const {
     return style_ == Style::hud ? theme.hudWaveform : theme.waveform;
 }
 
-QRect WaveformView::playheadRect() const {
-    if (totalFrames_ <= 0) { return {}; }
-    const double x = WaveformPicture::playheadX(playhead_, totalFrames_, width());
-    return QRectF(x, 0, WaveformPicture::playheadWidth, height()).toAlignedRect();
+// With its halo.
+QRectF WaveformView::playheadArea() const {
+    if (visible_.total <= 0 || (!visible_.contains(playhead_) && playhead_ < double(visible_.total))) { return {}; }
+    const double x = WaveformPicture::playheadX(playhead_, visible_, width());
+    return {x - halo, 0, WaveformPicture::playheadWidth + 2 * halo, double(height())};
+}
+
+QRectF WaveformView::selectedArea() const {
+    if (!selection_) { return {}; }
+    const auto span = WaveformPicture::span(*selection_, visible_, width());
+    const double left = std::max(span.x, -2 * handleSize.width());
+    const double right = std::min(span.x + std::max(span.width, 1.0), width() + 2 * handleSize.width());
+    return left < right ? QRectF(left, 0, right - left, height()) : QRectF();
 }
 
 void WaveformView::ensurePicture() {
@@ -93,21 +136,27 @@ void WaveformView::ensurePicture() {
     picture_.setDevicePixelRatio(devicePixelRatioF());
     picture_.fill(Qt::transparent);
     QPainter painter(&picture_);
-    WaveformPicture::paintLanes(painter, QSizeF(size()), devicePixelRatioF(), data_.get(), totalFrames_, labels_,
-                                colors());
+    WaveformPicture::paintLanes(painter, QSizeF(size()), devicePixelRatioF(),
+                                {data_.get(), detail_.get(), visible_, labels_}, colors());
     pictureStale_ = false;
     ++pictureCount_;
 }
 
 void WaveformView::paintSelection(QPainter& painter) const {
-    if (!selection_) { return; }
-    const auto span = WaveformPicture::span(selection_->lower, selection_->upper, totalFrames_, width());
-    const QRectF area(span.x, 0, std::max(span.width, 1.0), height());
-    painter.fillRect(area, colors().selection);
-    QColor edge = colors().selection;
-    edge.setAlpha(std::min(255, edge.alpha() * 4));
-    painter.fillRect(QRectF(area.left(), 0, 1, height()), edge);
-    painter.fillRect(QRectF(area.right() - 1, 0, 1, height()), edge);
+    const QRectF area = selectedArea();
+    if (!area.isEmpty()) { painter.fillRect(area, colors().selection); }
+}
+
+// The edges with a handle each, over the lanes.
+void WaveformView::paintHandles(QPainter& painter) const {
+    const QRectF area = selectedArea();
+    if (area.isEmpty()) { return; }
+    for (const double edge : {area.left(), area.right() - 1}) {
+        painter.fillRect(QRectF(edge, 0, 1, height()), colors().label);
+        const QRectF handle(edge + 0.5 - handleSize.width() / 2, height() - handleSize.height(), handleSize.width(),
+                            handleSize.height());
+        painter.fillRect(handle, colors().label);
+    }
 }
 
 void WaveformView::paintEvent(QPaintEvent* event) {
@@ -117,21 +166,30 @@ void WaveformView::paintEvent(QPaintEvent* event) {
     painter.fillRect(event->rect(), colors().background);
     paintSelection(painter);
     painter.drawPixmap(0, 0, picture_);
-    if (totalFrames_ > 0) {
-        const double x = WaveformPicture::playheadX(playhead_, totalFrames_, width());
-        painter.fillRect(QRectF(x, 0, WaveformPicture::playheadWidth, height()), colors().playhead);
-    }
+    paintHandles(painter);
+    // The halo keeps the playhead apart from a wave of nearly its lightness.
+    const QRectF playhead = playheadArea();
+    painter.fillRect(playhead, colors().background);
+    painter.fillRect(playhead.adjusted(halo, 0, -halo, 0), colors().playhead);
     if (hasFocus()) {
         painter.setPen(QPen(Theme::current().accent, 2));
         painter.drawRect(QRectF(rect()).adjusted(1, 1, -1, -1));
     }
 }
 
+void WaveformView::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    Q_EMIT viewChanged();
+}
+
+WaveformGesture::Surface WaveformView::surface() const {
+    // Until a cut of the file can be exported, a drag from inside the selection draws a new one.
+    return {double(width()), visible_, selection_, false};
+}
+
 void WaveformView::feed(const WaveformGesture::Event& event, const QPoint& at) {
     using namespace WaveformGesture;
-    // Until a cut of the file can be exported, a drag from inside the selection draws a new one.
-    const Surface surface{double(width()), totalFrames_, selection_, false};
-    const Step next = step(gesture_, event, surface);
+    const Step next = step(gesture_, event, surface());
     gesture_ = next.next;
     if (const auto* preview = std::get_if<Preview>(&next.action)) { showSelection(preview->range); }
     if (const auto* select = std::get_if<Select>(&next.action)) {
@@ -147,8 +205,8 @@ void WaveformView::startDrag(bool selectionOnly, const QPoint& at) {
     if (file) {
         QRectF area(rect());
         if (selectionOnly && selection_) {
-            const auto span = WaveformPicture::span(selection_->lower, selection_->upper, totalFrames_, width());
-            area = QRectF(span.x, 0, std::max(span.width, minDragWidth), height());
+            area = selectedArea().intersected(area);
+            area.setWidth(std::max(area.width(), minDragWidth));
         }
         FileDrag::run(this, *file, grab(area.toRect()), at - area.topLeft().toPoint());
     }
@@ -163,13 +221,48 @@ void WaveformView::mousePressEvent(QMouseEvent* event) {
 
 void WaveformView::mouseMoveEvent(QMouseEvent* event) {
     const QPointF at = event->position();
-    Q_EMIT hovered(totalFrames_ > 0 ? frameAt(at.x()) : -1);
-    if (event->buttons().testFlag(Qt::LeftButton)) { feed(WaveformGesture::Move{{at.x(), at.y()}}, at.toPoint()); }
+    Q_EMIT hovered(visible_.total > 0 ? frameAt(at.x()) : -1);
+    if (!event->buttons().testFlag(Qt::LeftButton)) {
+        return setCursor(WaveformGesture::edgeOpposite(at.x(), surface()) ? Qt::SizeHorCursor : Qt::IBeamCursor);
+    }
+    feed(WaveformGesture::Move{{at.x(), at.y()}}, at.toPoint());
+    scrollWhileSelecting(at);
+}
+
+// Scrolls on while the pointer stays beyond an edge, the faster the farther it is.
+void WaveformView::scrollWhileSelecting(const QPointF& at) {
+    pointer_ = at;
+    const bool drawing = std::holds_alternative<WaveformGesture::Selecting>(gesture_);
+    if (!drawing || visible_.isAll() || (at.x() >= 0 && at.x() <= width())) { return edgeScroll_.stop(); }
+    if (!edgeScroll_.isActive()) { edgeScroll_.start(edgeScrollMs, this); }
+}
+
+void WaveformView::timerEvent(QTimerEvent* event) {
+    if (event->timerId() != edgeScroll_.timerId()) { return QWidget::timerEvent(event); }
+    const double beyond = pointer_.x() < 0 ? pointer_.x() : pointer_.x() - width();
+    setVisibleRange(scrolled(visible_, beyond * edgeScrollShare / std::max(width(), 1) * visible_.length));
+    feed(WaveformGesture::Move{{pointer_.x(), pointer_.y()}}, pointer_.toPoint());
+}
+
+// Control zooms about the pointer, all else scrolls; a touch pad's sideways movement scrolls too.
+void WaveformView::wheelEvent(QWheelEvent* event) {
+    const QPoint turned = event->angleDelta();
+    const int most = std::abs(turned.x()) > std::abs(turned.y()) ? turned.x() : turned.y();
+    const double notches = most / notch;
+    if (visible_.total <= 0 || notches == 0) { return event->ignore(); }
+    if (event->modifiers().testFlag(Qt::ControlModifier)) {
+        setVisibleRange(zoomed(visible_, std::pow(notchZoom, notches), event->position().x() / std::max(width(), 1)));
+    } else {
+        setVisibleRange(scrolled(visible_, -notches * notchShare * visible_.length));
+    }
+    Q_EMIT hovered(frameAt(event->position().x()));
+    event->accept();
 }
 
 void WaveformView::mouseReleaseEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton) { return; }
     const QPointF at = event->position();
+    edgeScroll_.stop();
     feed(WaveformGesture::Release{{at.x(), at.y()}}, at.toPoint());
 }
 
@@ -180,7 +273,7 @@ void WaveformView::leaveEvent(QEvent* event) {
 
 bool WaveformView::seekBy(QKeyEvent* event) {
     const bool far = event->modifiers().testFlag(Qt::ShiftModifier);
-    const double step = far ? shiftSeconds * sampleRate_ : arrowShare * double(totalFrames_);
+    const double step = far ? shiftSeconds * sampleRate_ : std::max(arrowShare * visible_.length, 1.0);
     double frame = playhead_;
     switch (event->key()) {
         case Qt::Key_Left:
@@ -193,17 +286,61 @@ bool WaveformView::seekBy(QKeyEvent* event) {
             frame = 0;
             break;
         case Qt::Key_End:
-            frame = double(totalFrames_);
+            frame = double(visible_.total);
             break;
         default:
             return false;
     }
-    if (totalFrames_ > 0 && onSeek) { onSeek(std::clamp(int64_t(frame), int64_t{0}, totalFrames_)); }
+    if (visible_.total > 0 && onSeek) {
+        // A playhead that was scrolled out of sight comes back.
+        setVisibleRange(revealing(visible_, std::clamp(frame, 0.0, double(visible_.total))));
+        onSeek(std::clamp(int64_t(frame), int64_t{0}, visible_.total));
+    }
+    return true;
+}
+
+bool WaveformView::zoomBy(QKeyEvent* event) {
+    if (event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) { return false; }
+    switch (event->key()) {
+        case Qt::Key_Plus:
+        case Qt::Key_Equal:
+            zoom(zoomStep);
+            return true;
+        case Qt::Key_Minus:
+            zoom(1 / zoomStep);
+            return true;
+        case Qt::Key_0:
+            showAll();
+            return true;
+        case Qt::Key_Z:
+            showSelected();
+            return true;
+        case Qt::Key_PageUp:
+            setVisibleRange(scrolled(visible_, -pageShare * visible_.length));
+            return true;
+        case Qt::Key_PageDown:
+            setVisibleRange(scrolled(visible_, pageShare * visible_.length));
+            return true;
+        default:
+            return false;
+    }
+}
+
+// Sets one edge of the selection at the playhead; the other one stays, or is the sound's end on that side.
+bool WaveformView::selectBy(QKeyEvent* event) {
+    const bool start = event->key() == Qt::Key_BracketLeft;
+    if (!start && event->key() != Qt::Key_BracketRight) { return false; }
+    FrameRange range = selection_.value_or(FrameRange{0, visible_.total});
+    (start ? range.lower : range.upper) = int64_t(playhead_);
+    if (range.lower >= range.upper) {
+        range = start ? FrameRange{range.lower, visible_.total} : FrameRange{0, range.upper};
+    }
+    if (onSelect) { onSelect(range); }
     return true;
 }
 
 void WaveformView::keyPressEvent(QKeyEvent* event) {
-    if (seekBy(event)) { return; }
+    if (seekBy(event) || zoomBy(event) || selectBy(event)) { return; }
     if (event->key() == Qt::Key_Space && !event->isAutoRepeat() && onTogglePlay) { return onTogglePlay(); }
     if (event->key() == Qt::Key_Escape) {
         const bool drawing = !std::holds_alternative<WaveformGesture::Idle>(gesture_);
@@ -214,6 +351,21 @@ void WaveformView::keyPressEvent(QKeyEvent* event) {
         return;
     }
     QWidget::keyPressEvent(event);
+}
+
+int WaveformView::lanes() const {
+    constexpr size_t most = 16;  // that an overview holds
+    return int(data_ ? size_t(data_->channels) : std::min(labels_.size(), most));
+}
+
+// Names the lane under the pointer, also where the lanes are too low for their labels.
+bool WaveformView::event(QEvent* event) {
+    if (event->type() != QEvent::ToolTip || lanes() < 1) { return QWidget::event(event); }
+    const auto* help = static_cast<QHelpEvent*>(event);
+    const auto lane = size_t(std::clamp(help->pos().y() * lanes() / std::max(height(), 1), 0, lanes() - 1));
+    const QString name = lane < labels_.size() ? QString::fromStdString(labels_[lane]) : QString();
+    QToolTip::showText(help->globalPos(), name, this);
+    return true;
 }
 
 void WaveformView::changeEvent(QEvent* event) {

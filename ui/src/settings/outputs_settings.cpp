@@ -8,6 +8,7 @@
 #include <QStackedLayout>
 #include <QToolButton>
 
+#include "ui/look/form_scroll.h"
 #include "ui/look/icons.h"
 #include "ui/look/profile_icon.h"
 #include "ui/settings/profile_editor.h"
@@ -41,7 +42,8 @@ OutputsSettings::OutputsSettings(SettingsStore& settings, const AudioDevices& de
     none->setProperty("role", "empty");
     none->setAlignment(Qt::AlignCenter);
     stack_->addWidget(none_ = none);
-    stack_->addWidget(editor_ = new ProfileEditor(settings, test));
+    editor_ = new ProfileEditor(settings, test);
+    stack_->addWidget(form_ = new FormScroll(editor_));
     row->addWidget(area, 1);
     connect(&settings, &SettingsStore::changed, this, &OutputsSettings::refresh);
     watching_ = devices.watch([this] { listDevices(); });
@@ -109,7 +111,7 @@ void OutputsSettings::refresh() {
     // After a removal nothing is selected, so that a second click doesn't remove another profile.
     minus_->setEnabled(profile && settings_.value().profiles.size() > 1);
     if (profile) { editor_->showProfile(*profile); }
-    stack_->setCurrentWidget(profile ? static_cast<QWidget*>(editor_) : none_);
+    stack_->setCurrentWidget(profile ? form_ : none_);
 }
 
 void OutputsSettings::refreshList() {

@@ -7,13 +7,14 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QScrollArea>
 #include <QSignalBlocker>
+#include <QStyledItemDelegate>
 #include <QToolButton>
 
 #include "base/error.h"
 #include "mix/config/speaker_map.h"
 #include "mix/engine/speaker_test.h"
+#include "ui/look/caption_label.h"
 #include "ui/look/icons.h"
 #include "ui/look/symbol_label.h"
 #include "ui/settings/profile_edits.h"
@@ -27,6 +28,10 @@ QComboBox* picker(const QString& name) {
     box->setAccessibleName(name);
     box->setFocusPolicy(Qt::StrongFocus);
     box->setMaxVisibleItems(20);
+    // As wide as the form, not as the longest name of a device.
+    box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    box->setMinimumContentsLength(12);
+    box->setItemDelegate(new QStyledItemDelegate(box));  // the usual one takes no padding from a style sheet
     return box;
 }
 
@@ -57,7 +62,7 @@ void ProfileEditor::edit(const std::function<void(OutputProfile&)>& change) {
 
 void ProfileEditor::makeForm() {
     auto* all = new QVBoxLayout(this);
-    all->setContentsMargins(0, 0, 0, 0);
+    all->setContentsMargins(0, 0, 8, 0);
     all->setSpacing(8);
     form_ = new QFormLayout;
     form_->setSpacing(8);
@@ -88,15 +93,22 @@ void ProfileEditor::makeForm() {
         const auto chosen = static_cast<LayoutID>(layout_->currentData().toInt());
         edit([=](OutputProfile& p) { ProfileEdits::setLayout(p, chosen); });
     });
-    form_->addRow("Name", name_);
-    form_->addRow("Type", kind_);
-    form_->addRow("Device", device_);
-    form_->addRow("Left output", left_);
-    form_->addRow("Right output", right_);
-    form_->addRow("Layout", layout_);
+    const auto add = [this](const QString& text, QWidget* field) {
+        auto* caption = new CaptionLabel(text, *field);
+        caption->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+        caption->setMinimumHeight(field->sizeHint().height());
+        caption->setContentsMargins(0, 0, 2, 0);
+        form_->addRow(caption, field);
+    };
+    add("&Name", name_);
+    add("&Type", kind_);
+    add("&Device", device_);
+    add("&Left output", left_);
+    add("&Right output", right_);
+    add("La&yout", layout_);
     all->addLayout(form_);
-    all->addWidget(speakerPart_ = makeGrid(), 1);
-    all->addStretch(0);
+    all->addWidget(speakerPart_ = makeGrid());
+    all->addStretch(1);
 }
 
 QWidget* ProfileEditor::makeGrid() {
@@ -116,17 +128,10 @@ QWidget* ProfileEditor::makeGrid() {
     head->addStretch(1);
     column->addLayout(head);
     column->addWidget(warning_ = label("", "warning"));
-    auto* scroll = new QScrollArea;
-    scroll->setWidgetResizable(true);
-    scroll->setFocusPolicy(Qt::NoFocus);
-    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    gridBox_ = new QWidget;
-    grid_ = new QGridLayout(gridBox_);
-    grid_->setContentsMargins(0, 0, 8, 0);
+    grid_ = new QGridLayout;
     grid_->setHorizontalSpacing(16);
     grid_->setVerticalSpacing(4);
-    scroll->setWidget(gridBox_);
-    column->addWidget(scroll, 1);
+    column->addLayout(grid_);
     column->addWidget(
         label("Trims apply to auditioning only; room correction comes from the monitor module.", "secondary"));
     return part;
@@ -185,7 +190,7 @@ void ProfileEditor::rebuildGrid() {
         unheard->setToolTip("The device has no such output: this speaker is not heard");
         unheard->setAccessibleName(name + " is not heard");
         const int row = int(i) + 1;
-        grid_->addWidget(new QLabel(name), row, 0);
+        grid_->addWidget(new CaptionLabel(name, *output), row, 0);
         grid_->addWidget(output, row, 1);
         grid_->addWidget(trim, row, 2);
         grid_->addWidget(ident, row, 3);
@@ -194,7 +199,6 @@ void ProfileEditor::rebuildGrid() {
     }
     grid_->setColumnStretch(1, 1);
     grid_->setColumnMinimumWidth(4, 20);  // the rows stay where they are as marks come and go
-    grid_->setRowStretch(int(gridSpeakers_.size()) + 1, 1);
 }
 
 void ProfileEditor::showProfile(const OutputProfile& profile) {

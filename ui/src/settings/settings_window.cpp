@@ -9,13 +9,17 @@
 #include <QTabWidget>
 #include <QVBoxLayout>
 
+#include "ui/look/form_scroll.h"
 #include "ui/look/icons.h"
+#include "ui/look/screen_fit.h"
 #include "ui/look/setting_action.h"
 #include "ui/settings/library_settings.h"
 #include "ui/settings/outputs_settings.h"
 
 namespace brindlehum {
 namespace {
+
+constexpr QSize usualSize(820, 640);  // logical pixels
 
 QGroupBox* section(const QString& title, QWidget* content) {
     auto* box = new QGroupBox(title);
@@ -49,10 +53,10 @@ SettingsWindow::SettingsWindow(SettingsStore& settings, LibraryRoots& roots, Lib
     auto* tabs = new QTabWidget;
     tabs->setAccessibleName("Settings");
     tabs->addTab(new OutputsSettings(settings, devices, test), symbol("speakers"), "Outputs");
-    tabs->addTab(makeAudition(settings), symbol("file"), "Audition");
+    tabs->addTab(new FormScroll(makeAudition(settings)), symbol("file"), "Audition");
     tabs->addTab(new LibrarySettings(settings, roots, search, std::move(addFolder)), symbol("library"), "Library");
     layout->addWidget(tabs);
-    resize(820, 640);
+    resize(fittingSize(*this, usualSize));
     connect(new QShortcut(QKeySequence("Ctrl+W"), this), &QShortcut::activated, this, &QWidget::close);
 }
 

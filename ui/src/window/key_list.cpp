@@ -6,7 +6,11 @@
 #include <QGridLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QVBoxLayout>
 #include <vector>
+
+#include "ui/look/form_scroll.h"
+#include "ui/look/screen_fit.h"
 
 namespace brindlehum {
 namespace {
@@ -31,12 +35,18 @@ const std::vector<Place>& places() {
           {"Return", "Play the sound, open the folder"},
           {"Backspace", "Enclosing folder"},
           {"Any letter, Ctrl+F", "Search"},
-          {"Down, Escape (search)", "To the results; end the search"},
-          {"Ctrl+S", "Save the metadata"},
+          {"Down, Escape (search)", "To the results; end the search"}}},
+        {"Metadata",
+         {{"Ctrl+S", "Save the metadata"},
+          {"Alt+letter", "To the field with the letter underlined"},
           {"Down (CatID)", "List the UCS entries that fit"}}},
         {"Waveform",
-         {{"Left, Right", "Move by 1 %, with Shift by 5 seconds"},
+         {{"Left, Right", "Move by 1 % of what is in view, with Shift by 5 seconds"},
           {"Home, End", "To the start, to the end"},
+          {"Ctrl+wheel, + and -", "Zoom in and out"},
+          {"Wheel, Page Up, Page Down", "Scroll"},
+          {"0, Z", "Show the whole sound, the selection"},
+          {"[ and ]", "Start or end the selection at the playhead"},
           {"Escape, Ctrl+D", "Clear the selection"},
           {"Ctrl+drag", "Take the whole file out"}}},
         {"Window",
@@ -63,8 +73,9 @@ void showKeyList(QWidget& parent) {
     auto* list = new QDialog(&parent);
     list->setAttribute(Qt::WA_DeleteOnClose);
     list->setWindowTitle("Keys");
-    auto* grid = new QGridLayout(list);
-    grid->setContentsMargins(24, 20, 24, 20);
+    auto* keys = new QWidget;
+    auto* grid = new QGridLayout(keys);
+    grid->setContentsMargins(24, 20, 24, 8);
     grid->setHorizontalSpacing(32);
     grid->setVerticalSpacing(6);
     for (const Place& place : places()) {
@@ -76,7 +87,12 @@ void showKeyList(QWidget& parent) {
     auto* close = new QDialogButtonBox(QDialogButtonBox::Close);
     close->button(QDialogButtonBox::Close)->setIcon({});
     QObject::connect(close, &QDialogButtonBox::rejected, list, &QDialog::close);
-    grid->addWidget(close, grid->rowCount(), 0, 1, 2);
+    auto* column = new QVBoxLayout(list);
+    column->setContentsMargins(0, 0, 0, 16);
+    column->addWidget(new FormScroll(keys), 1);
+    close->setContentsMargins(24, 0, 24, 0);
+    column->addWidget(close);
+    list->resize(fittingSize(*list, keys->sizeHint() + QSize(16, 70)));
     list->show();
 }
 

@@ -12,6 +12,7 @@
 #include "ui/look/icons.h"
 #include "ui/look/path_text.h"
 #include "ui/look/setting_action.h"
+#include "ui/player/player_view.h"
 #include "ui/window/key_list.h"
 #include "ui/window/main_window.h"
 #include "ui/window/outputs_menu.h"
@@ -118,6 +119,17 @@ QAction* addPart(QMenu* menu, const QString& text, const QKeySequence& keys, Mai
     return entry;
 }
 
+void fillZoom(QMenu* menu, WaveformView& wave) {
+    auto* in = add(menu, "Zoom In", {}, [&wave] { wave.zoom(WaveformView::zoomStep); });
+    in->setShortcuts({QKeySequence("Ctrl++"), QKeySequence("Ctrl+=")});
+    add(menu, "Zoom Out", QKeySequence("Ctrl+-"), [&wave] { wave.zoom(1 / WaveformView::zoomStep); });
+    add(menu, "Show Whole Sound", QKeySequence("Ctrl+0"), [&wave] { wave.showAll(); });
+    auto* selection = add(menu, "Show Selection", QKeySequence("Ctrl+Alt+0"), [&wave] { wave.showSelected(); });
+    QObject::connect(menu, &QMenu::aboutToShow, selection,
+                     [selection, &wave] { selection->setEnabled(wave.selection().has_value()); });
+    QObject::connect(menu, &QMenu::aboutToHide, selection, [selection] { selection->setEnabled(true); });
+}
+
 void fillView(QMenu* menu, MainWindow& window, AppModel& model) {
     addPart(menu, "Sidebar", QKeySequence("F9"), window, &MainWindow::showsSidebar, &MainWindow::showSidebar);
     addPart(menu, "Metadata Inspector", QKeySequence("Ctrl+I"), window, &MainWindow::showsInspector,
@@ -127,6 +139,8 @@ void fillView(QMenu* menu, MainWindow& window, AppModel& model) {
     fillSort(menu->addMenu("Sort"), table);
     auto* columns = menu->addMenu("Columns");
     QObject::connect(columns, &QMenu::aboutToShow, &table, [columns, &table] { table.fillColumns(*columns); });
+    menu->addSeparator();
+    fillZoom(menu, window.playerView().waveform());
     menu->addSeparator();
     auto* expert = addSetting(*menu, "Expert Mode", model.settings(), &AppSettings::expertMode);
     expert->setShortcut(QKeySequence("Ctrl+Alt+E"));

@@ -23,7 +23,9 @@
 #include "ui/browser/browser_view.h"
 #include "ui/browser/chosen_sound.h"
 #include "ui/inspector/inspector_view.h"
+#include "ui/look/grip_splitter.h"
 #include "ui/look/path_text.h"
+#include "ui/look/screen_fit.h"
 #include "ui/player/player_view.h"
 #include "ui/sidebar/sidebar_view.h"
 #include "ui/window/banner_stack.h"
@@ -40,8 +42,7 @@ namespace fs = std::filesystem;
 
 constexpr int saveDelayMs = 500;       // a window being sized changes many times a second
 constexpr QSize firstSize(1440, 900);  // where the screen has the room
-constexpr QSize aroundFirst(80, 100);
-constexpr int sidebarMinWidth = 190;  // logical pixels, as is the next
+constexpr int sidebarMinWidth = 150;   // logical pixels, as is the next
 constexpr int sidebarWidth = 230;
 
 QString audioFilter() {
@@ -104,7 +105,7 @@ void MainWindow::makeParts() {
                                     model_.settings(), library.catalog() != nullptr}));
     inspectorSplit_->addWidget(inspector_ = new InspectorView(library.edits(), model_.settings()));
     inspectorSplit_->setStretchFactor(0, 1);
-    playerSplit_ = makeSplitter(Qt::Vertical);
+    playerSplit_ = new GripSplitter("Height of the player");
     playerSplit_->setObjectName("playerSplit");
     playerSplit_->addWidget(inspectorSplit_);
     playerSplit_->addWidget(player_ = new PlayerView(model_.player(), model_.settings(), WaveformView::Style::window));
@@ -133,7 +134,12 @@ void MainWindow::connectParts() {
     connect(sideSplit_, &QSplitter::splitterMoved, this, saveSoon);
     connect(inspectorSplit_, &QSplitter::splitterMoved, this, saveSoon);
     connect(playerSplit_, &QSplitter::splitterMoved, this, [this, saveSoon] {
-        playerExtra_ = std::max(0, player_->height() - basePlayerHeight());
+        playerExtra_ = player_->height() - PlayerHeight::automatic(playerRoom());
+        saveSoon();
+    });
+    connect(playerSplit_, &GripSplitter::resetAsked, this, [this, saveSoon] {
+        playerExtra_ = 0;
+        fitPlayer();
         saveSoon();
     });
     connect(&browser_->table(), &BrowserTable::columnsChanged, this, saveSoon);
@@ -161,7 +167,7 @@ void MainWindow::connectParts() {
     connect(&model_.settings(), &SettingsStore::changed, this, &MainWindow::refreshBanners);
     connect(&model_, &AppModel::settingsProblemChanged, this, &MainWindow::refreshBanners);
     connect(&model_.player(), &PlayerModel::changed, this, [this] {
-        if (player_->minimumHeight() != basePlayerHeight()) { fitPlayer(); }
+        if (PlayerHeight::automatic(playerRoom()) != fittedHeight_) { fitPlayer(); }
     });
 }
 
@@ -188,7 +194,7 @@ void MainWindow::showSidebar(bool shown) {
 
 void MainWindow::restore() {
     const UIState state = UIState::load(model_.defaults());
-    resize(firstSize.boundedTo(screen()->availableSize() - aroundFirst));
+    resize(fittingSize(*this, firstSize));
     restoreGeometry(state.geometry);
     if (!sideSplit_->restoreState(state.sidebarSplit)) { sideSplit_->setSizes({sidebarWidth, width() - sidebarWidth}); }
     if (!inspectorSplit_->restoreState(state.inspectorSplit)) {
@@ -216,18 +222,18 @@ void MainWindow::save() {
     if (state != UIState::load(model_.defaults())) { state.save(model_.defaults()); }
 }
 
-int MainWindow::basePlayerHeight() const {
+PlayerHeight::Room MainWindow::playerRoom() const {
     const auto source = model_.player().sound().source();
-    return source && source->asAmbisonic() ? ambisonicPlayerHeight : playerHeight;
+    return {player_->waveform().lanes(), source && source->asAmbisonic(),
+            playerSplit_->height() - playerSplit_->handleWidth()};
 }
 
-// A soundfield's row makes the player higher; the height that the user has added stays.
 void MainWindow::fitPlayer() {
-    const int base = basePlayerHeight();
-    player_->setMinimumHeight(base);
-    const int wanted = base + playerExtra_;
-    const int all = playerSplit_->height();
-    playerSplit_->setSizes({std::max(1, all - wanted - playerSplit_->handleWidth()), wanted});
+    const PlayerHeight::Room room = playerRoom();
+    fittedHeight_ = PlayerHeight::automatic(room);
+    player_->setMinimumHeight(PlayerHeight::minimum(room));
+    const int wanted = PlayerHeight::withExtra(room, playerExtra_);
+    playerSplit_->setSizes({std::max(1, room.available - wanted), wanted});
 }
 
 void MainWindow::refreshBanners() {
@@ -346,6 +352,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 
 void MainWindow::resizeEvent(QResizeEvent* event) {
     QMainWindow::resizeEvent(event);
+    fitPlayer();
     saveSoon_.start();
 }
 

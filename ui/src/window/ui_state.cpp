@@ -31,7 +31,7 @@ UIState UIState::load(const UserDefaults& defaults) {
     state.inspectorSplit = decoded(object, "inspectorSplit");
     state.columns = decoded(object, "browserColumns");
     for (const auto& name : object.value("folded").toArray()) { state.folded << name.toString(); }
-    state.playerExtra = std::clamp(object.value("playerExtra").toInt(), 0, maxPlayerExtra);
+    state.playerExtra = std::clamp(object.value("playerExtra").toInt(), -maxPlayerExtra, maxPlayerExtra);
     state.inspector = object.value("inspector").toBool(true);
     state.sidebar = object.value("sidebar").toBool(true);
     return state;

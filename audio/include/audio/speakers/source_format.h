@@ -1,6 +1,7 @@
 // SourceFormat: the meaning of a file's channels.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -41,10 +42,13 @@ public:
     const Ambisonic* asAmbisonic() const { return std::get_if<Ambisonic>(&value_); }
     const Discrete* asDiscrete() const { return std::get_if<Discrete>(&value_); }
 
-    // "Stereo", "5.1 Film", "AmbiX 1st order", "7-ch discrete": for menus and file information.
+    int channels() const;
+    // "Stereo", "5.1 Film", "7.1.4 (WAVE order)", "AmbiX 1st order", "7-ch discrete": for menus and file information.
     std::string displayName() const;
     // The formats offered for a channel count; the first is the default. Empty below 1 channel.
     static std::vector<SourceFormat> options(int channels);
+    // The layouts of this channel count whose order in a WAV file with a channel mask isn't their own: 7.1, 7.1.4.
+    static std::vector<SourceFormat> waveOrders(int channels);
 
     bool operator==(const SourceFormat&) const = default;
 
@@ -53,5 +57,9 @@ private:
     explicit SourceFormat(Value value) : value_(std::move(value)) {}
     Value value_;
 };
+
+// For storing: "speakers L R C", "ambisonic 1 sn3d", "discrete 12".
+std::string rawValue(const SourceFormat& format);
+std::optional<SourceFormat> sourceFormatFromRaw(std::string_view raw);
 
 }  // namespace brindlehum

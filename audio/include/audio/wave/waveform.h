@@ -1,4 +1,5 @@
-// Waveform overviews: min/max buckets of a whole file, filled in the background, and a cache of finished overviews.
+// Waveform overviews: min/max buckets of a whole file or of a part, filled in the background, and a cache of finished
+// overviews.
 #pragma once
 
 #include <cstdint>
@@ -24,10 +25,28 @@ struct WaveformData {
     int loadedBuckets = 0;
     std::vector<std::vector<float>> mins;  // indexed by lane, then bucket
     std::vector<std::vector<float>> maxs;
+    int64_t firstFrame = 0;  // of the first bucket; 0 in an overview of the whole file
 
     bool isComplete() const { return loadedBuckets >= bucketCount; }
+    // The frame after the last loaded bucket.
+    int64_t loadedEnd() const { return firstFrame + loadedBuckets * bucketFrames; }
 };
 using WaveformPtr = std::shared_ptr<const WaveformData>;
+
+// A part of a source, in buckets of a chosen size.
+struct WaveformSpan {
+    int64_t first = 0;   // frame, at least 0
+    int64_t frames = 0;  // the last bucket may be short
+    int64_t bucketFrames = 1;
+    bool operator==(const WaveformSpan&) const = default;
+};
+
+// Reads the span on the caller's thread, and hands growing snapshots to `grown`, at most one per 0.12 s of `now`.
+// Returns the complete one, with zeros where the source breaks off, or null once `stop` returns true.
+WaveformPtr waveformDetail(FrameSource& source, const WaveformSpan& span, const std::function<void(WaveformPtr)>& grown,
+                           const std::function<bool()>& stop, const std::function<double()>& now);
+// Seconds on a steady clock.
+double steadySeconds();
 
 class WaveformLoader {
 public:

@@ -5,6 +5,7 @@
 // it themselves.
 #pragma once
 
+#include <cmath>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
@@ -54,6 +55,10 @@ public:
     struct Stamp {
         int64_t size = 0;  // bytes
         double mtime = 0;  // seconds since 1970
+        static constexpr double mtimeTolerance = 0.001;
+        bool matches(const Stamp& other) const {
+            return size == other.size && std::abs(mtime - other.mtime) < mtimeTolerance;
+        }
     };
 
     // Creates missing parent folders, opens the database and brings its schema up to date. Throws Error
@@ -72,12 +77,18 @@ public:
     std::unordered_map<std::string, Stamp> stamps(const std::string& root);
     int64_t logOffset(const std::string& logfile);  // 0 for an unknown log
     void setLogOffset(const std::string& logfile, int64_t offset);
+    // Removes the root's rows, edits and renames, and forgets how far its logs were read.
     void removeRoot(const std::string& root);
 
     // Call these only inside write(), since they take no lock. There, row() and logOffset() return the state before the
-    // write, which no other process changes meanwhile. `info` is absent when the file can't be probed.
+    // write, which no other process changes meanwhile. `info` is absent when the file can't be probed. The row gets
+    // `held`, which is what the file holds, with the newer words over it that only CatalogEdits has.
     void upsert(const std::string& path, const std::string& root, const Stamp& stamp,
-                const std::optional<AudioFileInfo>& info, const SoundMeta& meta);
+                const std::optional<AudioFileInfo>& info, const SoundMeta& held);
+    // Lays the newer words over the row; does nothing for a file without one.
+    void refreshWords(const std::string& path);
+    // The next scan reads the file again, unless an upsert() comes first.
+    void markUnread(const std::string& path);
     void remove(const std::string& path);
     std::optional<Stamp> stamp(const std::string& path);
     void storeLogOffset(const std::string& logfile, int64_t offset);
@@ -92,6 +103,7 @@ public:
     static std::optional<std::string> matchExpression(std::string_view query);
 
 private:
+    friend class CatalogEdits;
     struct Parts;
     std::mutex lock_;
     std::unique_ptr<Parts> parts_;

@@ -46,7 +46,8 @@ public:
     bool isAsking() const { return questions_.pending() > 0; }
     void rescan(const std::string& root);
     void rescanAll();
-    // Applies the edits that the team has logged. Also runs automatically after each scan and every pullSeconds.
+    // Applies the edits that the team has logged in roots that were scanned to the end, without a failed write. Also
+    // runs automatically after each such scan and every pullSeconds.
     void pull();
     bool isScanning() const { return !scans_.empty(); }
 
@@ -71,6 +72,7 @@ private:
     };
     LibraryScanner::Result scan(const std::string& root, const std::vector<std::string>& others,
                                 const Background::Task& task);
+    std::vector<std::string> pulledAmong(std::vector<std::string> roots) const;
     void scanEnded(const std::string& root, const LibraryScanner::Result& result);
     void removeRows(const std::string& root);
     void rowsRemoved(const std::string& root);
@@ -81,6 +83,7 @@ private:
     RealPaths& realPaths_;
     Background& edits_;
     std::set<std::string> indexing_;
+    std::set<std::string> scanned_;   // roots with a row for each of their files, by their last scan
     std::set<std::string> removing_;  // roots whose rows are being removed
     std::map<std::string, std::string> problems_;
     Background::Line pulls_;

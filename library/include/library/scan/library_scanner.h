@@ -13,8 +13,7 @@
 
 namespace brindlehum::LibraryScanner {
 
-inline constexpr size_t batchFiles = 256;        // files per transaction
-inline constexpr double mtimeTolerance = 0.001;  // seconds
+inline constexpr size_t batchFiles = 256;  // files per transaction
 
 struct Progress {
     enum class Phase : uint8_t { finding, reading, removing };
@@ -37,6 +36,8 @@ struct Result {
     bool writeFailed = false;            // some rows couldn't be written; the next scan tries again
     int64_t unread = 0;                  // folders, and files, that exist and couldn't be read
     std::optional<std::string> message;  // for the user: a failed write, what couldn't be read, or why rows were kept
+    // The catalog has a row for each file that was found.
+    bool isWhole() const { return outcome == Outcome::complete && !writeFailed; }
 };
 
 struct Options {

@@ -11,7 +11,9 @@
 #include "audio/probe/audio_file_info.h"
 #include "audio/wave/waveform.h"
 #include "base/file_version.h"
+#include "mix/player/wave_detail.h"
 #include "platform/background.h"
+#include "settings/format_overrides.h"
 
 namespace brindlehum {
 
@@ -21,11 +23,12 @@ class LoadedSound : public QObject {
     Q_OBJECT
 public:
     // `pool` reads the waveform.
-    LoadedSound(Background& loader, MainLoop& loop, WorkerPool& pool);
+    LoadedSound(Background& loader, MainLoop& loop, WorkerPool& pool, FormatOverrides& formats);
     ~LoadedSound() override;
 
     const std::optional<AudioFileInfo>& info() const { return info_; }
     WaveformPtr waveform() const { return waveform_; }  // null, then growing snapshots, then the complete one
+    WaveDetail& detail() { return detail_; }
     const std::optional<SourceFormat>& formatOverride() const { return formatOverride_; }
     std::optional<SourceFormat> source() const;  // the override, else the detected format; none without a file
     std::vector<std::string> laneLabels() const;
@@ -39,8 +42,13 @@ public:
     // Handles a start while another file is being probed: plays that file once it is loaded, instead of the sound that
     // it replaces. Returns false when no file is being probed.
     bool playOnceLoaded();
-    // Lasts until another file is loaded; none restores the detected format.
+    // Remembered for the file, also for later runs; none restores the detected format.
     void setFormatOverride(std::optional<SourceFormat> format);
+    // The override that the loaded file's folder has for files of as many channels; none without one.
+    std::optional<SourceFormat> folderOverride() const;
+    // Remembers the override in force for the folder, and lets the file follow it; or forgets the folder's, and keeps
+    // that of the file.
+    void setForFolder(bool forFolder);
 
 Q_SIGNALS:
     void changed();
@@ -58,15 +66,19 @@ private:
     };
     static Probe probe(const std::filesystem::path& path, const Background::Task& task);
     void didLoad(Probe probe);
+    void showOverride(std::optional<SourceFormat> format);
     void didCheck(std::optional<Probe> found);
+    WaveDetail::Open openDetail() const;
     void loadWaveform();
     void cancelWaveform();
 
     Background& loader_;
     MainLoop& loop_;
     WorkerPool& pool_;
+    FormatOverrides& formats_;
     std::optional<AudioFileInfo> info_;
     WaveformPtr waveform_;
+    WaveDetail detail_;
     std::optional<SourceFormat> formatOverride_;
     std::shared_ptr<WaveformLoader> waveLoader_;
     FileVersion version_;           // of the loaded file

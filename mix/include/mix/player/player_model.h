@@ -1,5 +1,5 @@
 // PlayerModel: the audition player. It owns its parts and wires them: the loaded sound, the transport, the listening
-// setup, the drag out and the message.
+// setup, the drag out, the message and the meter.
 #pragma once
 
 #include <QObject>
@@ -11,6 +11,7 @@
 #include "mix/player/drag_export.h"
 #include "mix/player/listening_setup.h"
 #include "mix/player/loaded_sound.h"
+#include "mix/player/output_meter.h"
 #include "mix/player/player_message.h"
 #include "mix/player/transport.h"
 #include "platform/background.h"
@@ -30,6 +31,8 @@ public:
     ListeningSetup& listening() { return listening_; }
     DragOut& dragOut() { return dragOut_; }
     PlayerMessage& message() { return message_; }
+    OutputMeter& meter() { return meter_; }
+    FormatOverrides& formats() { return formats_; }
 
     // The calls that the application itself makes; the parts document each.
     void load(const std::filesystem::path& path, bool autoPlay) { sound_.load(path, autoPlay); }
@@ -51,10 +54,12 @@ private:
 
     PlayerMessage message_;
     EngineSeat seat_;
+    FormatOverrides formats_;
     LoadedSound sound_;
     ListeningSetup listening_;
     Transport transport_;
     DragOut dragOut_;
+    OutputMeter meter_;
     Background loader_;  // last member, so that its work ends before the parts that it uses are destroyed
 };
 

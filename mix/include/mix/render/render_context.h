@@ -48,6 +48,9 @@ public:
     void clearFinished() noexcept { mn_i64_store(finished_, 0); }                // control
     void setGain(double linear) noexcept { mn_f64_store(gain_, linear); }        // control
     double gain() const noexcept { return mn_f64_load(gain_); }
+    // The largest magnitude that the device's channel (from 0) was given since the last take, after the gain: 1 is full
+    // scale; not a number when a sample was none. Control, one thread.
+    float takePeak(int channel) const noexcept { return mn_peaks_take(peaks_, channel); }
 
     // The stage that renders configurations with `to_binaural`. Publish it before the first of them; with null they are
     // silent and all others still play. Keep a replaced stage as long as a replaced configuration. Control side.
@@ -72,6 +75,7 @@ private:
     ConfigMixer::Destination destination() const noexcept;
     void spatialise(const mn_mix_config* config, int32_t n) noexcept;
     void applyGain(int32_t n) noexcept;
+    void measure(int32_t n) noexcept;
     void addToDevice(int32_t channel, const float* signal, int32_t n) noexcept;
 
     mn_slot* ringSlot_;
@@ -80,6 +84,7 @@ private:
     mn_f64* position_;  // written by render
     mn_i64* finished_;  // render sets 1, control sets 0
     mn_f64* gain_;      // written by control
+    mn_peaks* peaks_;   // raised by render, taken by control
 
     // All members below belong to the render thread.
     ConfigMixer mixer_;

@@ -12,8 +12,12 @@ using Widths = std::array<int, BrowserTableModel::ColumnCount>;  // logical pixe
 constexpr Widths minimum{180, 120, 70, 60, 60, 80, 80, 60, 80, 110};
 constexpr Widths ideal{300, 280, 130, 120, 76, 140, 200, 80, 200, 150};
 
-// The length has its ideal width and the format `formatWidth`, because half a number is useless. The other columns grow
-// in step from their minimum to their ideal; name and description take the rest.
+constexpr int leastName = 120;  // where even the name has to give way
+
+// The length has its ideal width and the format `formatWidth`, because half a number is useless. Then the name grows to
+// its ideal, then the other columns in step from their minimum to theirs; name and description take the rest. Where the
+// minimums don't fit, library, category and description give way one after the other, to a width of 0; then the
+// format down to its minimum, and the name last.
 // Hidden columns get their ideal width and take no room.
 Widths fit(int room, int formatWidth, const std::array<bool, BrowserTableModel::ColumnCount>& hidden);
 

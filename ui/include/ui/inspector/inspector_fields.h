@@ -17,8 +17,8 @@ namespace brindlehum {
 class InspectorFields {
 public:
     struct Field {
-        const char* tag;  // of SoundMeta::ixmlTags
-        const char* label;
+        const char* tag;    // of SoundMeta::ixmlTags
+        const char* label;  // an & precedes the letter that goes to the field
         bool severalLines = false;
     };
     static const std::array<Field, 15> fields;  // in the order to show

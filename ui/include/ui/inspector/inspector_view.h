@@ -30,7 +30,7 @@ class TextField;
 class InspectorView : public QWidget {
     Q_OBJECT
 public:
-    static constexpr int minWidth = 260;  // logical pixels, as are the next two
+    static constexpr int minWidth = 292;  // logical pixels, as are the next two
     static constexpr int idealWidth = 300;
     static constexpr int maxWidth = 420;
 

@@ -15,17 +15,21 @@ struct WaveformColors {
     QColor playhead;
     QColor label;
     QColor labelPlate;
+    // Of the bands at the lanes' edges, by group of speakers.
+    QColor front, lfe, surround, height;
     bool operator==(const WaveformColors&) const = default;
 };
 
-// Text colours have a contrast of at least 4.5 on every ground where they are used (WCAG 2.1, level AA).
+// Text colours have a contrast of at least 4.5 on every ground where they are used, and whatever a control is found or
+// read by has one of at least 3 (WCAG 2.1, level AA).
 struct Theme {
     bool dark = false;
     QColor window;   // ground of the windows
     QColor panel;    // lists, fields, menus
     QColor control;  // buttons at rest
     QColor hover;
-    QColor border;
+    QColor border;   // lines that only decorate
+    QColor outline;  // edges of fields and handles of scroll bars, by which they are found
     QColor text;
     QColor secondary;  // less important text
     QColor disabled;   // exempt from the contrast rule
@@ -33,6 +37,7 @@ struct Theme {
     QColor onAccent;      // text on accent
     QColor accentGround;  // ground of chosen rows and pressed toggles; carries `text`
     QColor warning;
+    QColor over;                 // marks of a meter's over-range
     QColor star;                 // of a rating
     WaveformColors waveform;     // of windows
     WaveformColors hudWaveform;  // of panels that float over other programs

@@ -4,7 +4,7 @@
 #include <QWidget>
 
 #include "mix/player/player_model.h"
-#include "ui/player/waveform_view.h"
+#include "ui/player/wave_panel.h"
 
 class QHBoxLayout;
 class QLabel;
@@ -17,14 +17,13 @@ class PlayerHeader;
 class SoundfieldRow;
 class SourceBar;
 class SymbolLabel;
-class TimeRuler;
 class TransportBar;
 
 class PlayerView : public QWidget {
     Q_OBJECT
 public:
     PlayerView(PlayerModel& player, SettingsStore& settings, WaveformView::Style style, QWidget* parent = nullptr);
-    WaveformView& waveform() { return *waveform_; }
+    WaveformView& waveform() { return wave_->waveform(); }
     // Adds a widget at the end of the message's row; the row is shown while either has something to show.
     void addToMessage(QWidget* widget);
 
@@ -43,10 +42,8 @@ private:
     QWidget* makeMessage();
     QWidget* makeControls();
     void fitControls();
-    void connectWaveform();
     void refresh();
     void refreshMessage();
-    void refreshWaveform();
     void movePlayhead();
 
     PlayerModel& player_;
@@ -55,8 +52,7 @@ private:
     QWidget* empty_;
     QWidget* loaded_;
     PlayerHeader* header_;
-    TimeRuler* ruler_;
-    WaveformView* waveform_;
+    WavePanel* wave_;
     QWidget* controls_;
     TransportBar* transport_;
     SourceBar* source_;

@@ -3,6 +3,9 @@
 
 #include <QWidget>
 
+class QMenu;
+class QToolButton;
+
 namespace brindlehum {
 
 class DragHandle;
@@ -12,6 +15,7 @@ class ListeningSetup;
 class LoadedSound;
 class MenuButton;
 class SettingsStore;
+class SourceFormat;
 class Transport;
 
 class SourceBar : public QWidget {
@@ -30,6 +34,8 @@ private:
     void fillProfiles(QMenu& menu);
     void fillDrag(QMenu& menu);
     void refreshDevice();
+    void refreshFormat(const SourceFormat& source);
+    bool isOfFolder() const;  // the override in force is the one of the folder
 
     LoadedSound& sound_;
     Transport& transport_;
@@ -37,6 +43,7 @@ private:
     DragOut& dragOut_;
     const SettingsStore& settings_;
     MenuButton* format_;
+    QToolButton* detect_;  // ends an override
     MenuButton* listen_;
     MenuButton* profile_;
     ElidedLabel* device_;

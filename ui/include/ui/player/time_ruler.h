@@ -9,7 +9,8 @@ class TimeRuler : public QWidget {
     Q_OBJECT
 public:
     explicit TimeRuler(QWidget* parent = nullptr);
-    void setSeconds(double seconds);
+    // The times at the left edge and from edge to edge.
+    void setSeconds(double first, double seconds);
     // A negative time means that the pointer isn't over the waveform.
     void setHover(double seconds);
     QSize sizeHint() const override;
@@ -21,6 +22,8 @@ protected:
 private:
     void paintTicks(QPainter& painter) const;
     void paintHover(QPainter& painter) const;
+    int xOf(double seconds) const { return int((seconds - first_) / seconds_ * width()); }
+    double first_ = 0;
     double seconds_ = 0;
     double hover_ = -1;
 };

@@ -6,6 +6,7 @@
 #include <variant>
 
 #include "mix/player/frame_range.h"
+#include "mix/player/visible_range.h"
 
 namespace brindlehum::WaveformGesture {
 
@@ -19,6 +20,9 @@ struct Point {
 // Movement on either axis beyond which a press is a drag, in logical pixels.
 inline constexpr double dragThreshold = 3;
 
+// Reach of a selection's handles on either side of its edges, in logical pixels.
+inline constexpr double handleReach = 5;
+
 struct Idle {
     bool operator==(const Idle&) const = default;
 };
@@ -26,6 +30,8 @@ struct Pending {
     Point start;
     bool inSelection = false;
     bool whole = false;  // Control was held: the drag takes the whole file
+    // The press was on a handle of the selection: its other edge, in frames.
+    std::optional<int64_t> otherEdge = {};
     bool operator==(const Pending&) const = default;
 };
 struct Selecting {
@@ -41,7 +47,7 @@ using Gesture = std::variant<Idle, Pending, Selecting, Dragging>;
 // The waveform that the gesture is made on.
 struct Surface {
     double width = 0;  // logical pixels
-    int64_t totalFrames = 0;
+    VisibleRange visible;
     std::optional<FrameRange> selection;
     bool canDragSelection = false;  // a drag from inside the selection takes it out instead of selecting anew
 };
@@ -88,6 +94,8 @@ struct Step {
 Step step(const Gesture& gesture, const Event& event, const Surface& surface);
 
 // The frame under x, which is clamped to the width; 0 without frames or width.
-int64_t frameAt(double x, double width, int64_t totalFrames);
+int64_t frameAt(double x, const Surface& surface);
+// The edge of the selection opposite to the one whose handle is at x, in frames; none away from both.
+std::optional<int64_t> edgeOpposite(double x, const Surface& surface);
 
 }  // namespace brindlehum::WaveformGesture

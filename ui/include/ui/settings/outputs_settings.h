@@ -41,6 +41,7 @@ private:
     QToolButton* minus_;
     QStackedLayout* stack_;
     QWidget* none_;
+    QWidget* form_;
     ProfileEditor* editor_;
     std::shared_ptr<void> watching_;
 };

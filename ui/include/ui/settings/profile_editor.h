@@ -66,7 +66,6 @@ private:
     QPushButton* byPosition_ = nullptr;
     QLabel* warning_ = nullptr;
     QGridLayout* grid_ = nullptr;
-    QWidget* gridBox_ = nullptr;
     std::vector<SpeakerRow> rows_;
     std::vector<SpeakerID> gridSpeakers_;  // what the rows stand for
 };

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "library/model/ucs_rename.h"
+#include "ui/window/player_height.h"
 #include "ui/window/recent_files.h"
 
 class QSplitter;
@@ -20,6 +21,7 @@ struct Banner;
 class AppModel;
 class BannerStack;
 class BrowserView;
+class GripSplitter;
 class InspectorView;
 class PlayerView;
 class SidebarView;
@@ -27,10 +29,6 @@ class SidebarView;
 class MainWindow : public QMainWindow {
     Q_OBJECT
 public:
-    // Heights of the player before the user makes it higher, in logical pixels.
-    static constexpr int playerHeight = 170;
-    static constexpr int ambisonicPlayerHeight = 204;
-
     explicit MainWindow(AppModel& model);
     ~MainWindow() override;
 
@@ -74,21 +72,23 @@ private:
     void refreshBanners();
     bool mayRemove(const std::string& root, bool losesWords);
     void addFitBanner(std::vector<Banner>& banners);
+    PlayerHeight::Room playerRoom() const;
     void fitPlayer();
-    int basePlayerHeight() const;
     void restore();
     void save();
 
     AppModel& model_;
     QSplitter* sideSplit_;       // sidebar | the rest
-    QSplitter* playerSplit_;     // browser and inspector / player
+    GripSplitter* playerSplit_;  // browser and inspector / player
     QSplitter* inspectorSplit_;  // browser | inspector
     SidebarView* sidebar_;
     BannerStack* banners_;
     BrowserView* browser_;
     InspectorView* inspector_;
     PlayerView* player_;
-    int playerExtra_ = 0;  // logical pixels that the user has made the player higher
+    // Logical pixels.
+    int playerExtra_ = 0;   // that the user has added to the player's automatic height
+    int fittedHeight_ = 0;  // the automatic height at the last fit
     QTimer saveSoon_;
     RecentFiles recentFiles_;
     std::optional<std::string> readProblem_;  // of the settings; dismissed by the user

@@ -17,7 +17,7 @@ struct UIState {
     QByteArray inspectorSplit;  // browser and inspector
     QByteArray columns;         // of the browser
     QStringList folded;         // sections of the sidebar that show their name alone
-    int playerExtra = 0;        // logical pixels that the user has made the player higher
+    int playerExtra = 0;        // logical pixels that the user has added to the automatic height of the player
     bool inspector = true;
     bool sidebar = true;
 
