@@ -1,10 +1,9 @@
-// Reads a whole file and analyses it as music.
+// Analyses a file as music and shows how far it is.
 #include "analysed_file.h"
 
 #include <array>
 #include <filesystem>
 
-#include "base/error.h"
 #include "progress_line.h"
 #include "word_values.h"
 
@@ -33,23 +32,17 @@ bool AnalysisWords::take(Words words, size_t& at) {
     return true;
 }
 
-double AnalysedFile::seconds() const {
-    return audio.sampleRate > 0 ? double(audio.channels[0].size()) / audio.sampleRate : 0;
-}
-
 AnalysedFile analyseFile(const std::string& file, const AnalysisWords& words) {
     const std::string label = std::filesystem::path(file).filename().string().substr(0, 40) + ": ";
     ProgressLine progress;
     progress.tell(label + "reading");
-    AnalysedFile result{AudioFileInfo::load(file), Signal::readPlanar(file), {}};
-    if (int64_t(result.audio.channels[0].size()) < result.info.frames) {
-        throw Error("The file broke off while it was read");
-    }
+    AnalysedFile result{AudioFileInfo::load(file), {}};
+    FileSamples samples(file);
     const std::string name = std::filesystem::path(file).filename().string();
-    const AnalysisInput input{result.audio.channels, result.audio.sampleRate, result.info.detected, name, words.bpm,
-                              words.beatsPerBar};
+    const AnalysisInput input{samples, result.info.detected, name, words.bpm, words.beatsPerBar};
     result.outcome = analyzeMusic(input, [&](AnalysisStage stage) {
-        progress.tell(label + std::string(stageNames[size_t(stage)]));
+        const bool reading = stage == AnalysisStage::mono;
+        progress.tell(label + std::string(reading ? "reading" : stageNames[size_t(stage)]));
         return true;
     });
     return result;

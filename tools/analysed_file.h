@@ -1,11 +1,10 @@
-// Reads a whole file and analyses it as music, for the commands that show the result.
+// Analyses a file as music, for the commands that show the result.
 #pragma once
 
 #include <optional>
 #include <string>
 
 #include "analysis/music_analysis.h"
-#include "analysis/read_planar.h"
 #include "audio/probe/audio_file_info.h"
 #include "command.h"
 
@@ -24,9 +23,8 @@ extern const std::string_view analysisHelp;  // its words, one per line
 
 struct AnalysedFile {
     AudioFileInfo info;
-    Signal::Planar audio;
     AnalysisOutcome outcome;
-    double seconds() const;
+    double seconds() const { return double(info.frames) / info.sampleRate; }
 };
 // Shows the current stage on stderr if that is a terminal. Throws Error when the file can't be read.
 AnalysedFile analyseFile(const std::string& file, const AnalysisWords& words);

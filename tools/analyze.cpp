@@ -1,4 +1,7 @@
 // analyze [WORDS...] FILE...: prints tempo, grid, key, loudness and structure of each file.
+#include <iostream>
+#include <utility>
+
 #include "analysed_file.h"
 #include "analysis/music_analysis_json.h"
 #include "base/error.h"
@@ -8,17 +11,33 @@
 namespace brindlehum::cli {
 namespace {
 
+// Writes the similarities row by row: of thousands of bars they would fill the memory as JSON.
+void print(Json line, MusicAnalysis analysis) {
+    const SimilarityMatrix similarity = std::exchange(analysis.structure.similarity, {});
+    line.update(Json(analysis));
+    const std::string text = oneLineOf(line);
+    // Quotes inside a string are escaped, so no name of a file can look like this.
+    const std::string_view key = "\"similarity\":[";
+    const size_t rows = text.find(key) + key.size();
+    std::cout << std::string_view(text).substr(0, rows);
+    for (int bar = 0; bar < similarity.size; ++bar) {
+        std::cout << (bar > 0 ? "," : "") << Json(similarityRow(similarity, bar));
+    }
+    std::cout << std::string_view(text).substr(rows) << std::endl;
+    if (!std::cout) { throw Error("Couldn't write to the standard output"); }
+}
+
 void analyzeFile(const std::string& file, const AnalysisWords& overrides) {
-    const AnalysedFile result = analyseFile(file, overrides);
+    AnalysedFile result = analyseFile(file, overrides);
     const auto status = result.outcome.status;
     Json line = {{"url", storedPath(file)}, {"status", rawValue(status)}};
     if (status == AnalysisOutcome::Status::done) {
-        line.update(Json(*result.outcome.analysis));
-    } else {
-        line["seconds"] = result.seconds();
+        print(std::move(line), std::move(*result.outcome.analysis));
+        return;
     }
-    print(line);
-    if (status != AnalysisOutcome::Status::done) { throw Error(std::string(failureText(status))); }
+    line["seconds"] = result.seconds();
+    cli::print(line);
+    throw Error(std::string(failureText(status)));
 }
 
 }  // namespace

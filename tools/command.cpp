@@ -8,8 +8,12 @@
 
 namespace brindlehum::cli {
 
+std::string oneLineOf(const Json& json) {
+    return json.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
 void print(const Json& json) {
-    std::cout << json.dump(-1, ' ', false, Json::error_handler_t::replace) << std::endl;
+    std::cout << oneLineOf(json) << std::endl;
     if (!std::cout) { throw Error("Couldn't write to the standard output"); }
 }
 

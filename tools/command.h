@@ -42,7 +42,9 @@ bool facets(Words words);
 extern const std::string_view pictureHelp;  // its words, one per line
 extern const std::string_view renderHelp;   // its words, one per line
 
-// Writes one line to stdout. Replaces bytes that aren't UTF-8, which file names may contain, by U+FFFD.
+// On one line. Replaces bytes that aren't UTF-8, which file names may contain, by U+FFFD.
+std::string oneLineOf(const Json& json);
+// Writes that line to stdout.
 void print(const Json& json);
 // The text on one line: control characters become blanks.
 std::string oneLine(std::string text);

@@ -8,6 +8,7 @@
 #include <filesystem>
 
 #include "analysed_file.h"
+#include "analysis/read_planar.h"
 #include "base/error.h"
 #include "base/stored_path.h"
 #include "command.h"
@@ -76,9 +77,14 @@ QImage drawn(const AnalysedFile& file, const PictureRequest& request) {
     const std::string format = file.info.channels > 1 ? file.info.detected.displayName() + " · " : "";
     content.facts =
         QString::fromStdString(file.info.summary() + " · " + format + RulerTicks::label(file.seconds(), 0.1));
-    const std::vector<float> mono = analysis ? std::vector<float>() : Signal::mono(file.audio.channels);
-    content.mono = analysis ? std::span(analysis->mono22k) : std::span(mono);
-    content.monoRate = analysis ? Signal::analysisRate : file.audio.sampleRate;
+    // A second or less was too short to be read.
+    const WorkingSignal* signal = analysis               ? &analysis->mono22k
+                                  : file.outcome.mono22k ? &*file.outcome.mono22k
+                                                         : nullptr;
+    const std::vector<float> mono =
+        signal ? std::vector<float>() : Signal::mono(Signal::readPlanar(request.file).channels);
+    content.mono = signal ? SignalView(*signal) : SignalView(mono);
+    content.monoRate = signal ? Signal::analysisRate : file.info.sampleRate;
     content.analysis = analysis ? &*analysis : nullptr;
     if (!analysis) { content.remark = QString::fromUtf8(failureText(file.outcome.status)); }
     return AnalysisPicture::draw(content, request.dark ? Theme::darkTheme() : Theme::lightTheme(), request.size);

@@ -6,13 +6,11 @@
 #include "analysis/grid_builder.h"
 #include "analysis/onset_time.h"
 #include "dsp/signal.h"
-#include "rms_track.h"
 
 namespace brindlehum::GridBuilder {
 namespace {
 
-constexpr int64_t hop = 22;
-constexpr double frameSeconds = hop / Signal::analysisRate;
+constexpr double frameSeconds = PulseLevels::attackHop / Signal::analysisRate;
 
 // Seconds from `beat` to the steepest rise within about 40 ms before and 100 ms after it.
 std::optional<double> attackNear(std::span<const float> track, double beat) {
@@ -34,12 +32,9 @@ std::optional<double> attackNear(std::span<const float> track, double beat) {
 
 }  // namespace
 
-double attackOffset(std::span<const float> mono22k, double period, double phase, std::span<const float> env) {
-    std::vector<float> store;
-    const std::span<const float> x = Signal::usable(mono22k, store);
-    if (x.size() < 286 || !(period > 0)) { return 0; }
-    const std::vector<float> track = rmsTrack(x, hop, (int64_t(x.size()) - 2 * hop) / hop);
-    const double end = double(track.size()) * frameSeconds;
+double attackOffset(std::span<const float> levels, double period, double phase, std::span<const float> env) {
+    if (levels.size() < 11 || !(period > 0)) { return 0; }
+    const double end = double(levels.size()) * frameSeconds;
     const double first = phase - std::floor(phase / period) * period;
     std::vector<double> offsets;
     for (int64_t k = 0;; ++k) {
@@ -48,7 +43,7 @@ double attackOffset(std::span<const float> mono22k, double period, double phase,
         const auto i = std::llround(beat * OnsetTime::frameRate);
         if (i >= int64_t(env.size())) { break; }
         if (!(env[size_t(i)] > 0.25F)) { continue; }
-        if (const auto offset = attackNear(track, beat)) { offsets.push_back(*offset); }
+        if (const auto offset = attackNear(levels, beat)) { offsets.push_back(*offset); }
     }
     if (offsets.size() < 8) { return 0; }
     std::ranges::sort(offsets);

@@ -47,15 +47,9 @@ std::vector<BarFeature> barFeatures(const SpectralFrames& frames, std::span<cons
 }
 
 SimilarityMatrix similarity(std::span<const BarFeature> features) {
-    SimilarityMatrix out;
-    out.size = int(features.size());
-    out.values.resize(features.size() * features.size());
-    for (size_t i = 0; i < features.size(); ++i) {
-        for (size_t j = i; j < features.size(); ++j) {
-            const double value = alike(features[i], features[j]);
-            out.values[i * features.size() + j] = value;
-            out.values[j * features.size() + i] = value;
-        }
+    SimilarityMatrix out(int(features.size()));
+    for (int j = 0; j < out.size; ++j) {
+        for (int i = 0; i <= j; ++i) { out.set(i, j, alike(features[size_t(i)], features[size_t(j)])); }
     }
     return out;
 }

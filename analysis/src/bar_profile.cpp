@@ -3,7 +3,6 @@
 #include <optional>
 
 #include "analysis/structure.h"
-#include "dsp/signal.h"
 
 namespace brindlehum::Structure {
 namespace {
@@ -45,13 +44,11 @@ int musicEnd(const std::vector<float>& rms, double active, int start) {
 
 }  // namespace
 
-BarProfile profile(std::span<const float> mono, double sr, std::span<const double> bounds) {
+BarProfile profile(const SignalView& mono, double sr, std::span<const double> bounds) {
     BarProfile out;
     if (bounds.size() < 2) { return out; }
-    std::vector<float> store;
-    const std::span<const float> x = Signal::usable(mono, store);
     for (size_t i = 0; i + 1 < bounds.size(); ++i) {
-        out.rms.push_back(Signal::rms(x, int64_t(sr * bounds[i]), int64_t(sr * bounds[i + 1])));
+        out.rms.push_back(mono.rms(int64_t(sr * bounds[i]), int64_t(sr * bounds[i + 1])));
     }
     out.activeLevel = activeLevel(out.rms);
     out.musicStartBar = musicStart(out.rms, out.activeLevel);

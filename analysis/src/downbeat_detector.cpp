@@ -23,8 +23,8 @@ struct Frames {
 };
 
 // Rises of the level; the first rise is counted from silence.
-std::vector<float> onsetTrack(std::span<const float> x, int64_t hop, int64_t count) {
-    std::vector<float> track = rmsTrack(x, hop, count);
+std::vector<float> onsetTrack(std::span<const float> levels) {
+    std::vector<float> track(levels.begin(), levels.end());
     float before = 0;
     for (float& value : track) {
         const float level = value;
@@ -115,15 +115,18 @@ int64_t wholeFrames(double x) {
 }  // namespace
 
 Result detect(std::span<const float> mono, double sampleRate, double bpm, int beatsPerBar) {
-    if (!(bpm > 0) || !(sampleRate > 0) || mono.empty()) { return {}; }
+    if (!(sampleRate > 0)) { return {}; }
     std::vector<float> store;
-    const std::span<const float> x = Signal::usable(mono, store);
-    const int64_t hop = std::max<int64_t>(int64_t(sampleRate * 0.005), 1);
+    const int hop = std::max(int(sampleRate * 0.005), 1);
+    return detectLevels(rmsTrack(Signal::usable(mono, store), hop), double(hop) / sampleRate, bpm, beatsPerBar);
+}
+
+Result detectLevels(std::span<const float> levels, double hopSeconds, double bpm, int beatsPerBar) {
+    if (!(bpm > 0) || levels.size() < 8) { return {}; }
     Frames frames;
-    frames.count = (int64_t(x.size()) - 2 * hop) / hop;
-    if (frames.count < 8) { return {}; }
-    frames.seconds = double(hop) / sampleRate;
-    const std::vector<float> onsets = onsetTrack(x, hop, frames.count);
+    frames.count = int64_t(levels.size());
+    frames.seconds = hopSeconds;
+    const std::vector<float> onsets = onsetTrack(levels);
     const float peak = *std::ranges::max_element(onsets);
     if (!(peak > 1e-9F)) { return {}; }
 

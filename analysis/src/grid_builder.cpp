@@ -7,6 +7,7 @@
 #include "analysis/downbeat_detector.h"
 #include "analysis/tempo_analyzer.h"
 #include "dsp/signal.h"
+#include "rms_track.h"
 
 namespace brindlehum::GridBuilder {
 namespace {
@@ -39,7 +40,19 @@ void laySteadyBars(MusicGrid& grid, int offset) {
 
 }  // namespace
 
+PulseLevels::PulseLevels(std::span<const float> mono22k) {
+    std::vector<float> store;
+    const std::span<const float> x = Signal::usable(mono22k, store);
+    attacks = rmsTrack(x, attackHop);
+    onsets = rmsTrack(x, onsetHop);
+}
+
 MusicGrid build(const TempoResult& tempo, std::span<const float> mono22k, double duration, std::optional<double> bpm,
+                std::optional<int> beatsPerBar) {
+    return build(tempo, PulseLevels(mono22k), duration, bpm, beatsPerBar);
+}
+
+MusicGrid build(const TempoResult& tempo, const PulseLevels& levels, double duration, std::optional<double> bpm,
                 std::optional<int> beatsPerBar) {
     MusicGrid grid;
     grid.duration = duration;
@@ -50,7 +63,7 @@ MusicGrid build(const TempoResult& tempo, std::span<const float> mono22k, double
         return downbeatOffset(grid.beats, tempo.envLow, tempo.envFull, grid.beatsPerBar);
     };
     if (fit.steady) {
-        laySteadyBeats(grid, fit, attackOffset(mono22k, fit.period, fit.phase, tempo.envFull));
+        laySteadyBeats(grid, fit, attackOffset(levels.attacks, fit.period, fit.phase, tempo.envFull));
         if (!grid.beats.empty()) { laySteadyBars(grid, firstDownbeat()); }
     } else {
         grid.beats = bpm ? TempoAnalyzer::trackBeats(tempo.envFull, {}, *bpm).beats : tempo.beats;
@@ -66,7 +79,8 @@ MusicGrid build(const TempoResult& tempo, std::span<const float> mono22k, double
         grid.attackShift = 0;
         return grid;
     }
-    const auto pulse = DownbeatDetector::detect(mono22k, Signal::analysisRate, grid.bpm, grid.beatsPerBar);
+    const auto pulse =
+        DownbeatDetector::detectLevels(levels.onsets, PulseLevels::onsetSeconds, grid.bpm, grid.beatsPerBar);
     grid.downbeatConfidence = pulse.confidence;
     grid.grooveStart = pulse.grooveStart;
     return grid;

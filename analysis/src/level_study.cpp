@@ -9,6 +9,7 @@ namespace brindlehum::Structure {
 namespace {
 
 constexpr double frameSeconds = 0.05;
+constexpr int64_t framesAtOnce = 200;
 
 double median(std::vector<double> values) {
     if (values.empty()) { return 0; }
@@ -18,10 +19,15 @@ double median(std::vector<double> values) {
 }
 
 // RMS in frames of 50 ms, averaged over 5.
-std::vector<double> smoothLevel(std::span<const float> x, int64_t frame) {
-    const int64_t n = int64_t(x.size()) / frame;
+std::vector<double> smoothLevel(const SignalView& x, int64_t frame) {
+    const int64_t n = x.size() / frame;
     std::vector<double> level;
-    for (int64_t i = 0; i < n; ++i) { level.push_back(Signal::rms(x, i * frame, (i + 1) * frame)); }
+    std::vector<float> buffer;
+    for (int64_t i = 0; i < n; i += framesAtOnce) {
+        const int64_t count = std::min(framesAtOnce, n - i);
+        const std::span<const float> part = x.range(i * frame, (i + count) * frame, buffer);
+        for (int64_t j = 0; j < count; ++j) { level.push_back(Signal::rms(part, j * frame, (j + 1) * frame)); }
+    }
     std::vector<double> out;
     for (int64_t i = 0; i < n; ++i) {
         const int64_t from = std::max<int64_t>(i - 2, 0);
@@ -68,23 +74,21 @@ std::optional<double> findTailStart(const std::vector<double>& level, double mid
 
 }  // namespace
 
-Cooked cook(std::span<const float> mono, double sr) {
-    std::vector<float> store;
-    const std::span<const float> x = Signal::usable(mono, store);
-    const std::vector<double> level = smoothLevel(x, std::max<int64_t>(std::llround(frameSeconds * sr), 1));
+Cooked cook(const SignalView& mono, double sr) {
+    const std::vector<double> level = smoothLevel(mono, std::max<int64_t>(std::llround(frameSeconds * sr), 1));
     if (level.size() < 11) { return {}; }
     const double middle = median(level);
     if (!(middle > 0)) { return {}; }
     return {findBodyEntry(level, middle), findTailStart(level, middle)};
 }
 
-float windowZcr(std::span<const float> x, int64_t from, int64_t to) {
-    from = std::max<int64_t>(from, 0);
-    to = std::min(to, int64_t(x.size()));
-    if (to - from < 2) { return 0; }
+float windowZcr(const SignalView& x, int64_t from, int64_t to) {
+    std::vector<float> buffer;
+    const std::span<const float> part = x.range(from, to, buffer);
+    if (part.size() < 2) { return 0; }
     int64_t crossings = 0;
-    for (int64_t i = from + 1; i < to; ++i) { crossings += int64_t((x[size_t(i - 1)] < 0) != (x[size_t(i)] < 0)); }
-    return float(double(crossings) / double(to - from));
+    for (size_t i = 1; i < part.size(); ++i) { crossings += int64_t((part[i - 1] < 0) != (part[i] < 0)); }
+    return float(double(crossings) / double(part.size()));
 }
 
 }  // namespace brindlehum::Structure

@@ -2,7 +2,6 @@
 #include <algorithm>
 
 #include "analysis/structure.h"
-#include "dsp/signal.h"
 #include "seam.h"
 
 namespace brindlehum::Structure {
@@ -55,10 +54,8 @@ bool leavesOnSilence(const BarProfile& profile, int bar) {
 
 }  // namespace
 
-std::vector<LoopCandidate> loopCandidates(std::span<const float> mono, double sr, std::span<const double> bounds,
+std::vector<LoopCandidate> loopCandidates(const SignalView& x, double sr, std::span<const double> bounds,
                                           const BarProfile& profile, int loopStart) {
-    std::vector<float> store;
-    const std::span<const float> x = Signal::usable(mono, store);
     std::vector<LoopCandidate> out = places(profile.musicEndBar, loopStart, int(bounds.size()));
     for (LoopCandidate& c : out) {
         c.time = bounds[size_t(c.boundary)];
@@ -68,10 +65,8 @@ std::vector<LoopCandidate> loopCandidates(std::span<const float> mono, double sr
     return out;
 }
 
-std::vector<LoopCandidate> exitCandidates(std::span<const float> mono, double sr, std::span<const double> bounds,
+std::vector<LoopCandidate> exitCandidates(const SignalView& x, double sr, std::span<const double> bounds,
                                           const BarProfile& profile, int beatsPerBar) {
-    std::vector<float> store;
-    const std::span<const float> x = Signal::usable(mono, store);
     const int exit = finalHitBar(x, sr, bounds, profile, beatsPerBar).value_or(profile.musicEndBar);
     const auto count = int(bounds.size());
     std::vector<LoopCandidate> out;

@@ -1,5 +1,5 @@
-// Loudness: measures energies of 100 ms blocks and sums all gates and windows from them.
-#include "analysis/loudness.h"
+// Loudness: measures energies of blocks of 100 ms and sums all gates and windows from them.
+#include "loudness_meter.h"
 
 #include <algorithm>
 #include <cmath>
@@ -7,12 +7,9 @@
 #include <numbers>
 
 #include "dsp/signal.h"
-#include "loudness_kernels.h"
 
 namespace brindlehum::Loudness {
 namespace {
-
-using Channels = std::vector<std::span<const float>>;
 
 double loudnessOf(double power) {
     return power > 0 ? -0.691 + 10 * std::log10(power) : LoudnessResult::floor;
@@ -27,48 +24,6 @@ void settle(KState& state) {
             }
         }
     }
-}
-
-// Adds to `powers` the mean squares of the K-weighted blocks of up to 4 channels, each scaled by its channel's weight.
-void addBlockPowers(const Channels& group, const double* groupWeights, double sampleRate, int64_t blockSize,
-                    std::vector<double>& powers) {
-    const auto [shelf, highPass] = kWeighting(sampleRate);
-    const Kernels& kernels = fastestKernels();
-    const auto run = group.size() == 1 ? kernels.one : group.size() == 2 ? kernels.two : kernels.four;
-    const float* planes[4] = {};
-    for (size_t c = 0; c < group.size(); ++c) { planes[c] = group[c].data(); }
-    KState state;
-    for (size_t b = 0; b < powers.size(); ++b) {
-        double energies[4] = {};
-        run(planes, int64_t(b) * blockSize, blockSize, shelf, highPass, state, energies);
-        settle(state);
-        for (size_t c = 0; c < group.size(); ++c) {
-            // Below 4 kHz the shelf has no stable form, so its output may overflow; skip such blocks.
-            const double power = groupWeights[c] * energies[c] / double(blockSize);
-            if (std::isfinite(power)) { powers[b] += power; }
-        }
-    }
-}
-
-// The weighted power of every whole block, summed over the channels.
-std::vector<double> blockPowers(const Channels& channels, const std::vector<double>& weight, double sampleRate,
-                                int64_t blockSize) {
-    std::vector<double> powers(channels[0].size() / size_t(blockSize), 0.0);
-    Channels heard;
-    std::vector<double> heardWeights;
-    for (size_t c = 0; c < channels.size(); ++c) {
-        if (!(weight[c] > 0)) { continue; }
-        heard.push_back(channels[c]);
-        heardWeights.push_back(weight[c]);
-    }
-    for (size_t at = 0; at < heard.size();) {
-        const size_t left = heard.size() - at;
-        const size_t take = left >= 4 ? 4 : left >= 2 ? 2 : 1;
-        const Channels group(heard.begin() + ptrdiff_t(at), heard.begin() + ptrdiff_t(at + take));
-        addBlockPowers(group, heardWeights.data() + at, sampleRate, blockSize, powers);
-        at += take;
-    }
-    return powers;
 }
 
 // Mean powers of windows of `width` blocks, one block apart, for the first `count` positions.
@@ -118,42 +73,105 @@ double integrated(const std::vector<double>& gates) {
     return kept == 0 ? LoudnessResult::floor : loudnessOf(mean);
 }
 
-void measurePeaks(const Channels& channels, LoudnessResult& out) {
-    const Kernels& kernels = fastestKernels();
-    float sample = 0;
-    for (const auto& x : channels) { sample = std::max(sample, kernels.largest(x.data(), int64_t(x.size()))); }
-    float between = sample;
-    for (const auto& x : channels) { between = truePeakAbove(x, between, kernels); }
-    if (sample > 0) { out.samplePeak = 20 * std::log10(double(sample)); }
-    if (between > 0) { out.truePeak = 20 * std::log10(double(between)); }
+}  // namespace
+
+LoudnessMeter::LoudnessMeter(double sampleRate, const std::optional<SourceFormat>& source, int channels)
+    : sampleRate_(sampleRate),
+      blockSize_(std::max<int64_t>(int64_t(0.1 * sampleRate), 1)),
+      filters_(kWeighting(sampleRate)),
+      ambisonic_(source && source->asAmbisonic() != nullptr && channels > 0) {
+    const int measured = ambisonic_ ? 1 : channels;
+    const std::vector<double> weight = ambisonic_ ? std::vector<double>{1.0} : weights(source, measured);
+    std::vector<int> heard;
+    for (int c = 0; c < measured; ++c) {
+        if (weight[size_t(c)] > 0) { heard.push_back(c); }
+    }
+    for (size_t at = 0; at < heard.size();) {
+        const size_t left = heard.size() - at;
+        const size_t take = left >= 4 ? 4 : left >= 2 ? 2 : 1;
+        Group& group = groups_.emplace_back();
+        for (; group.channels.size() < take; ++at) {
+            group.channels.push_back(size_t(heard[at]));
+            group.weights.push_back(weight[size_t(heard[at])]);
+        }
+    }
+    truePeaks_.resize(size_t(measured));
+    repaired_.resize(size_t(measured));
+    planes_.resize(size_t(measured));
 }
 
-}  // namespace
+LoudnessMeter::~LoudnessMeter() = default;
+
+void LoudnessMeter::push(const float* const* planes, int frames) {
+    if (frames < 1) { return; }
+    const Kernels& kernels = fastestKernels();
+    for (size_t c = 0; c < planes_.size(); ++c) {
+        planes_[c] = Signal::usable({planes[c], size_t(frames)}, repaired_[c]).data();
+        samplePeak_ = std::max(samplePeak_, kernels.largest(planes_[c], frames));
+    }
+    truePeak_ = std::max(truePeak_, samplePeak_);
+    for (size_t c = 0; c < planes_.size(); ++c) {
+        truePeak_ = truePeaks_[c].push({planes_[c], size_t(frames)}, truePeak_);
+    }
+    for (Group& group : groups_) { measure(group, frames); }
+    frames_ += frames;
+}
+
+void LoudnessMeter::measure(Group& group, int frames) {
+    const Kernels& kernels = fastestKernels();
+    const size_t count = group.channels.size();
+    const auto run = count == 1 ? kernels.one : count == 2 ? kernels.two : kernels.four;
+    const float* planes[4] = {};
+    for (size_t c = 0; c < count; ++c) { planes[c] = planes_[group.channels[c]]; }
+    int64_t block = frames_ / blockSize_;
+    int64_t filled = frames_ % blockSize_;
+    for (int64_t at = 0; at < frames;) {
+        const int64_t take = std::min(blockSize_ - filled, frames - at);
+        run(planes, at, take, filters_.first, filters_.second, group.state, group.energies.data());
+        at += take;
+        filled += take;
+        if (filled < blockSize_) { continue; }
+        filled = 0;
+        settle(group.state);
+        if (powers_.size() <= size_t(block)) { powers_.resize(size_t(block) + 1, 0.0); }
+        for (size_t c = 0; c < count; ++c) {
+            // Below 4 kHz the shelf has no stable form, so its output may overflow; skip such blocks.
+            const double power = group.weights[c] * group.energies[c] / double(blockSize_);
+            if (std::isfinite(power)) { powers_[size_t(block)] += power; }
+        }
+        group.energies = {};
+        ++block;
+    }
+}
+
+LoudnessResult LoudnessMeter::finish() {
+    LoudnessResult out;
+    if (ambisonic_) { out.note = "Ambisonics: measured on W (omni)"; }
+    if (frames_ == 0) { return out; }
+    powers_.resize(size_t(frames_ / blockSize_), 0.0);
+    const auto count = int64_t(powers_.size());
+    // A gate has 4 blocks, but must also lie within the file by its exact length of 400 ms.
+    const int64_t fitting = std::max<int64_t>((frames_ - int64_t(0.4 * sampleRate_)) / blockSize_ + 1, 0);
+    const std::vector<double> gates = windowPowers(powers_, 4, count > 2 ? size_t(std::min(count - 3, fitting)) : 0);
+    out.momentaryMax = largestLoudness(gates);
+    out.shortTermMax = shortTermMax(powers_);
+    out.integrated = integrated(gates);
+    for (TruePeak& peak : truePeaks_) { truePeak_ = peak.finish(truePeak_); }
+    if (samplePeak_ > 0) { out.samplePeak = 20 * std::log10(double(samplePeak_)); }
+    if (truePeak_ > 0) { out.truePeak = 20 * std::log10(double(truePeak_)); }
+    return out;
+}
 
 LoudnessResult measure(const std::vector<std::vector<float>>& channels, double sampleRate,
                        const std::optional<SourceFormat>& source) {
-    LoudnessResult out;
-    const bool ambisonic = source && source->asAmbisonic() != nullptr && !channels.empty();
-    if (ambisonic) { out.note = "Ambisonics: measured on W (omni)"; }
-    if (channels.empty() || channels[0].empty()) { return out; }
-    const size_t measured = ambisonic ? 1 : channels.size();
-    std::vector<std::vector<float>> stores(measured);
-    Channels views;
-    for (size_t c = 0; c < measured; ++c) { views.push_back(Signal::usable(channels[c], stores[c])); }
-    const std::vector<double> weight = ambisonic ? std::vector<double>{1.0} : weights(source, int(measured));
-
-    const auto frames = int64_t(channels[0].size());
-    const int64_t blockSize = std::max<int64_t>(int64_t(0.1 * sampleRate), 1);
-    const std::vector<double> blocks = blockPowers(views, weight, sampleRate, blockSize);
-    const auto count = int64_t(blocks.size());
-    // A gate has 4 blocks, but must also lie within the file by its exact length of 400 ms.
-    const int64_t fitting = std::max<int64_t>((frames - int64_t(0.4 * sampleRate)) / blockSize + 1, 0);
-    const std::vector<double> gates = windowPowers(blocks, 4, count > 2 ? size_t(std::min(count - 3, fitting)) : 0);
-    out.momentaryMax = largestLoudness(gates);
-    out.shortTermMax = shortTermMax(blocks);
-    out.integrated = integrated(gates);
-    measurePeaks(views, out);
-    return out;
+    LoudnessMeter meter(sampleRate, source, int(channels.size()));
+    const size_t frames = channels.empty() ? 0 : channels[0].size();
+    std::vector<const float*> planes(channels.size());
+    for (size_t at = 0; at < frames; at += LoudnessMeter::pieceFrames) {
+        std::ranges::transform(channels, planes.begin(), [at](const auto& channel) { return channel.data() + at; });
+        meter.push(planes.data(), int(std::min<size_t>(LoudnessMeter::pieceFrames, frames - at)));
+    }
+    return meter.finish();
 }
 
 std::pair<Biquad, Biquad> kWeighting(double sampleRate) {

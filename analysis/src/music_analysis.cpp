@@ -1,4 +1,4 @@
-// MusicAnalysis: runs the stages, each after those that it needs.
+// MusicAnalysis: reads the piece, then runs the stages, each after those that it needs.
 #include "analysis/music_analysis.h"
 
 #include <algorithm>
@@ -8,52 +8,67 @@
 #include "analysis/grid_builder.h"
 #include "analysis/tempo_analyzer.h"
 #include "analysis/text.h"
+#include "base/error.h"
 #include "base/text.h"
 #include "dsp/signal.h"
+#include "piece_reader.h"
 
 namespace brindlehum {
 
+namespace {
+
+// Refuses what a few bytes can claim, and what would fill disk and memory without being a piece of music.
+void refuseUnlikely(double seconds, double sampleRate) {
+    if (sampleRate < lowestAnalysisRate) {
+        throw Error("A sample rate of " + fixed(sampleRate, 0) + " Hz is too low for a music analysis");
+    }
+    if (seconds > longestAnalysis) {
+        throw Error(ErrorKind::tooLargeToLoad, "More than 6 hours are too long for a music analysis");
+    }
+}
+
+}  // namespace
+
 AnalysisOutcome analyzeMusic(const AnalysisInput& input, const AnalysisProgress& progress) {
     using Status = AnalysisOutcome::Status;
-    const size_t frames = input.channels.empty() ? 0 : input.channels[0].size();
-    if (frames <= size_t(input.sampleRate)) { return {Status::tooShort, std::nullopt}; }
-    const auto cancelledAt = [&progress](AnalysisStage stage) { return progress && !progress(stage); };
+    SampleSource& samples = input.samples;
+    if (samples.frames() <= int64_t(samples.sampleRate())) { return {Status::tooShort, {}, {}}; }
+    const auto goOnTo = [&progress](AnalysisStage stage) { return !progress || progress(stage); };
+    const auto cancelled = [] { return AnalysisOutcome{Status::cancelled, {}, {}}; };
 
     MusicAnalysis out;
-    out.seconds = double(frames) / input.sampleRate;
-    if (cancelledAt(AnalysisStage::mono)) { return {Status::cancelled, std::nullopt}; }
-    std::vector<float> mono = Signal::mono(input.channels);
-    // Repair before the rate is converted, since a single unusable sample would spread to its neighbours.
-    std::vector<float> repaired;
-    if (Signal::usable(mono, repaired).data() != mono.data()) { mono = std::move(repaired); }
-    out.mono22k = Signal::resample(std::move(mono), input.sampleRate, Signal::analysisRate);
+    out.seconds = double(samples.frames()) / samples.sampleRate();
+    refuseUnlikely(out.seconds, samples.sampleRate());
+    auto piece = readPiece(samples, input.source, [&] { return goOnTo(AnalysisStage::mono); });
+    if (!piece) { return cancelled(); }
 
-    if (cancelledAt(AnalysisStage::tempo)) { return {Status::cancelled, std::nullopt}; }
-    auto tempo = TempoAnalyzer::analyze(out.mono22k);
+    if (!goOnTo(AnalysisStage::tempo)) { return cancelled(); }
+    auto tempo =
+        TempoAnalyzer::analyze(std::move(piece->envelopes), double(piece->mono22k.size()) / Signal::analysisRate);
     // Digital silence has no onset at all.
     if (!tempo || std::ranges::none_of(tempo->envFull, [](float onset) { return onset > 0; })) {
-        return {Status::noPulse, std::nullopt};
+        return {Status::noPulse, {}, std::move(piece->mono22k)};
     }
     out.tempo = std::move(*tempo);
 
-    if (cancelledAt(AnalysisStage::grid)) { return {Status::cancelled, std::nullopt}; }
-    HarmonyReader harmony;
-    harmony.push(out.mono22k);
-    const MusicGrid guess = GridBuilder::build(out.tempo, out.mono22k, out.seconds, input.bpm, input.beatsPerBar);
-    out.grid = BarLines::choose(guess, out.tempo, out.mono22k, harmony.finish(), {input.bpm, input.beatsPerBar});
+    if (!goOnTo(AnalysisStage::grid)) { return cancelled(); }
+    const MusicGrid guess = GridBuilder::build(out.tempo, piece->levels, out.seconds, input.bpm, input.beatsPerBar);
+    out.grid = BarLines::choose(guess, out.tempo, piece->levels, piece->harmony, {input.bpm, input.beatsPerBar});
+    piece->levels = {};
+    piece->harmony = {};
 
-    if (cancelledAt(AnalysisStage::spectrum)) { return {Status::cancelled, std::nullopt}; }
-    const SpectralFrames spectrum(out.mono22k);
+    // The pass through the samples has measured the spectrum and the loudness already.
+    if (!goOnTo(AnalysisStage::spectrum)) { return cancelled(); }
+    if (!goOnTo(AnalysisStage::key)) { return cancelled(); }
+    out.key = KeyAnalyzer::analyze(piece->spectrum, out.grid.bpm, out.tempo.score);
 
-    if (cancelledAt(AnalysisStage::key)) { return {Status::cancelled, std::nullopt}; }
-    out.key = KeyAnalyzer::analyze(spectrum, out.grid.bpm, out.tempo.score);
+    if (!goOnTo(AnalysisStage::loudness)) { return cancelled(); }
+    out.loudness = std::move(piece->loudness);
 
-    if (cancelledAt(AnalysisStage::loudness)) { return {Status::cancelled, std::nullopt}; }
-    out.loudness = Loudness::measure(input.channels, input.sampleRate, input.source);
-
-    if (cancelledAt(AnalysisStage::structure)) { return {Status::cancelled, std::nullopt}; }
-    out.structure = Structure::analyze(out.mono22k, Signal::analysisRate, out.grid, spectrum, input.name);
-    return {Status::done, std::move(out)};
+    if (!goOnTo(AnalysisStage::structure)) { return cancelled(); }
+    out.mono22k = std::move(piece->mono22k);
+    out.structure = Structure::analyze(out.mono22k, Signal::analysisRate, out.grid, piece->spectrum, input.name);
+    return {Status::done, std::move(out), {}};
 }
 
 std::string MusicAnalysis::meter() const {

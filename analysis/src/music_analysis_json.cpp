@@ -22,13 +22,17 @@ Json list(const std::vector<Record>& records, Fields fields) {
 
 Json rows(const SimilarityMatrix& matrix) {
     Json out = Json::array();
-    for (auto row = matrix.values.begin(); row != matrix.values.end(); row += matrix.size) {
-        out.push_back(std::vector<double>(row, row + matrix.size));
-    }
+    for (int i = 0; i < matrix.size; ++i) { out.push_back(similarityRow(matrix, i)); }
     return out;
 }
 
 }  // namespace
+
+std::vector<double> similarityRow(const SimilarityMatrix& matrix, int bar) {
+    std::vector<double> row;
+    for (int j = 0; j < matrix.size; ++j) { row.push_back(matrix.at(bar, j)); }
+    return row;
+}
 
 void to_json(Json& json, const TempoResult& tempo) {
     json = {

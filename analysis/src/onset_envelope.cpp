@@ -5,19 +5,18 @@
 #include <cmath>
 
 #include "analysis/onset_time.h"
-#include "analysis/tempo_analyzer.h"
 #include "dsp/signal.h"
-#include "dsp/signal_spectrum.h"
+#include "onset_extractor.h"
 
 namespace brindlehum::TempoAnalyzer {
 namespace {
 
-constexpr int usedBins = OnsetTime::frameSize / 2;  // the bin at 11 025 Hz is left out
-constexpr int lowBins = 12;                         // up to 236.9 Hz, the last below 250 Hz
+constexpr int usedBins = OnsetExtractor::usedBins;
+constexpr int lowBins = 12;  // up to 236.9 Hz, the last below 250 Hz
 static_assert((lowBins - 1) * Signal::analysisRate / OnsetTime::frameSize < 250 &&
               lowBins * Signal::analysisRate / OnsetTime::frameSize >= 250);
 
-using Spectrum = std::array<float, usedBins>;
+using Spectrum = std::array<float, OnsetExtractor::usedBins>;
 
 // Natural logarithm of x >= 1 within 2 units in the last place, in a form that compilers vectorise: the mantissa is
 // scaled to 0.707..1.414, where log m = 2 atanh((m - 1) / (m + 1)) converges fast.
@@ -69,29 +68,35 @@ void normalize(std::vector<float>& x) {
 
 }  // namespace
 
-Envelopes envelopes(std::span<const float> mono22k) {
-    std::vector<float> store;
-    const std::span<const float> x = Signal::usable(mono22k, store);
-    if (x.size() < 1792) { return {}; }
-    const size_t frames = (x.size() - OnsetTime::frameSize) / OnsetTime::hop;
-    HannSpectrum spectrum(OnsetTime::frameSize);
-    std::vector<float> magnitudes(size_t(spectrum.bins()));
-    std::array<Spectrum, 2> logs{};
-    Envelopes raw;
-    raw.full.reserve(frames - 1);
-    raw.low.reserve(frames - 1);
-    for (size_t j = 0; j < frames; ++j) {
-        spectrum.magnitudes(x.data() + j * OnsetTime::hop, magnitudes.data());
-        logCompress(magnitudes.data(), logs[j % 2]);
-        if (j == 0) { continue; }
-        const auto [full, low] = rises(logs[j % 2], logs[(j + 1) % 2]);
-        raw.full.push_back(full);
-        raw.low.push_back(low);
-    }
-    Envelopes out{smooth(raw.full), smooth(raw.low)};
+OnsetExtractor::OnsetExtractor()
+    : slicer_(OnsetTime::frameSize, OnsetTime::hop, OnsetTime::hop),
+      spectrum_(OnsetTime::frameSize),
+      magnitudes_(size_t(spectrum_.bins())) {}
+
+void OnsetExtractor::push(std::span<const float> block) {
+    slicer_.push(block, [this](const float* frame) {
+        spectrum_.magnitudes(frame, magnitudes_.data());
+        logCompress(magnitudes_.data(), logs_[frames_ % 2]);
+        if (frames_++ == 0) { return; }
+        const auto [full, low] = rises(logs_[(frames_ - 1) % 2], logs_[frames_ % 2]);
+        raw_.full.push_back(full);
+        raw_.low.push_back(low);
+    });
+}
+
+Envelopes OnsetExtractor::finish() {
+    if (frames_ < fewestFrames) { return {}; }
+    Envelopes out{smooth(raw_.full), smooth(raw_.low)};
     normalize(out.full);
     normalize(out.low);
     return out;
+}
+
+Envelopes envelopes(std::span<const float> mono22k) {
+    std::vector<float> store;
+    OnsetExtractor extractor;
+    extractor.push(Signal::usable(mono22k, store));
+    return extractor.finish();
 }
 
 }  // namespace brindlehum::TempoAnalyzer

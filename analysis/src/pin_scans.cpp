@@ -7,7 +7,6 @@
 #include <string>
 
 #include "base/text.h"
-#include "dsp/signal.h"
 #include "seam.h"
 
 namespace brindlehum::Structure {
@@ -104,10 +103,10 @@ bool isLoopFile(const Piece& piece, std::string_view name, bool finalHit) {
     const std::string lower = lowerAscii(name);
     const auto says = [&lower](const char* word) { return lower.find(word) != std::string::npos; };
     if (says("loop") && !says("intro") && !says("end")) { return true; }
-    const auto count = int64_t(piece.mono.size());
+    const auto count = piece.mono.size();
     const auto width = int64_t(0.25 * piece.sr);
-    const double head = Signal::rms(piece.mono, 0, width);
-    const double tail = Signal::rms(piece.mono, count - width, count);
+    const double head = piece.mono.rms(0, width);
+    const double tail = piece.mono.rms(count - width, count);
     const double loud = 0.25 * piece.active();
     const bool alike = std::abs(20 * std::log10(std::max(head, 1e-6) / std::max(tail, 1e-6))) < 6;
     return head > loud && tail > loud && alike && !finalHit;

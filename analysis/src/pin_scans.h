@@ -10,7 +10,9 @@ namespace brindlehum::Structure {
 
 // The input of all scans. The music stops at the boundary `end`.
 struct Piece {
-    std::span<const float> mono;
+    explicit Piece(const SignalView& signal) : mono(signal) {}
+
+    const SignalView& mono;
     double sr = 0;
     std::span<const double> bounds;
     double barSeconds = 0;

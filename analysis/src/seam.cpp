@@ -4,8 +4,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "dsp/signal.h"
-
 namespace brindlehum::Structure {
 namespace {
 
@@ -23,14 +21,14 @@ double brightMatch(double a, double b, bool quiet) {
 
 }  // namespace
 
-Seam seamBetween(std::span<const float> x, double sr, double endTime, double startTime, double window, double active) {
+Seam seamBetween(const SignalView& x, double sr, double endTime, double startTime, double window, double active) {
     const auto end = int64_t(sr * endTime);
     const auto start = int64_t(sr * startTime);
     const auto width = int64_t(window * sr);
     // Within 50 ms of the end nothing is left to compare: the file's own edges meet.
-    if (end >= int64_t(x.size()) - int64_t(0.05 * sr)) { return {0.7, "edge-to-edge file"}; }
-    const double endLevel = Signal::rms(x, end, end + width);
-    const double startLevel = Signal::rms(x, start, start + width);
+    if (end >= x.size() - int64_t(0.05 * sr)) { return {0.7, "edge-to-edge file"}; }
+    const double endLevel = x.rms(end, end + width);
+    const double startLevel = x.rms(start, start + width);
     const double limit = 0.15 * active;
     if (endLevel < limit && startLevel < limit) { return {0.95, "quiet at the seam"}; }
     const double bright = brightMatch(windowZcr(x, end, end + width), windowZcr(x, start, start + width),
@@ -39,14 +37,14 @@ Seam seamBetween(std::span<const float> x, double sr, double endTime, double sta
     return {value, value >= 0.75 ? "clean splice" : value < 0.4 ? "audible seam risk" : nullptr};
 }
 
-std::optional<int> finalHitBar(std::span<const float> x, double sr, std::span<const double> bounds,
+std::optional<int> finalHitBar(const SignalView& x, double sr, std::span<const double> bounds,
                                const BarProfile& profile, int beatsPerBar) {
     const int bar = profile.musicEndBar - 1;
     if (profile.musicStartBar >= bar || bar + 1 >= int(bounds.size())) { return std::nullopt; }
     const double from = bounds[size_t(bar)];
     const double to = bounds[size_t(bar) + 1];
     const double beat = (to - from) / std::max(beatsPerBar, 1);
-    const auto level = [&](double a, double b) { return double(Signal::rms(x, int64_t(sr * a), int64_t(sr * b))); };
+    const auto level = [&](double a, double b) { return double(x.rms(int64_t(sr * a), int64_t(sr * b))); };
     const double first = level(from, from + beat);
     const double last = level(to - beat, to);
     const double before = profile.rms[size_t(bar) - 1];

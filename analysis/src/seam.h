@@ -15,10 +15,10 @@ struct Seam {
 };
 
 // Compares `window` seconds after `endTime` with the same length after `startTime`.
-Seam seamBetween(std::span<const float> x, double sr, double endTime, double startTime, double window, double active);
+Seam seamBetween(const SignalView& x, double sr, double endTime, double startTime, double window, double active);
 
 // The last bar of the music, if it starts louder than the bar before and dies away before its own end.
-std::optional<int> finalHitBar(std::span<const float> x, double sr, std::span<const double> bounds,
+std::optional<int> finalHitBar(const SignalView& x, double sr, std::span<const double> bounds,
                                const BarProfile& profile, int beatsPerBar);
 
 // The bonus for a length of `bars`: `eight`, `four` or `two` for the largest of 8, 4 and 2 that divides it, else 0.

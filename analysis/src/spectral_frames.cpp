@@ -1,10 +1,8 @@
 // SpectralFrames: assigns bins to pitch classes and bands, and computes the frames.
-#include "analysis/spectral_frames.h"
+#include "spectral_extractor.h"
 
 #include <algorithm>
 #include <cmath>
-
-#include "dsp/signal_spectrum.h"
 
 namespace brindlehum {
 namespace {
@@ -12,10 +10,7 @@ namespace {
 constexpr double binWidth = Signal::analysisRate / SpectralFrames::frameSize;  // Hz
 constexpr int lastBin = SpectralFrames::frameSize / 2 - 1;                     // DC and Nyquist are never used
 
-// Neighbouring bins [from, to) that feed the same cell of a row.
-struct Run {
-    int cell, from, to;
-};
+using Run = SpectralExtractor::Run;
 
 int pitchClass(double hz) {
     if (hz < 65 || hz > 4000) { return -1; }
@@ -79,20 +74,27 @@ std::pair<size_t, size_t> SpectralFrames::range(size_t count, double from, doubl
     return {firstFrameAt(count, from), firstFrameAt(count, to)};
 }
 
+SpectralExtractor::SpectralExtractor()
+    : slicer_(SpectralFrames::frameSize, SpectralFrames::hop, 1),
+      spectrum_(SpectralFrames::frameSize),
+      magnitudes_(size_t(spectrum_.bins())),
+      classRuns_(runs(pitchClass)),
+      bandRuns_(runs(band)) {}
+
+void SpectralExtractor::push(std::span<const float> block) {
+    slicer_.push(block, [this](const float* frame) {
+        spectrum_.magnitudes(frame, magnitudes_.data());
+        frames_.chroma.push_back(fold<SpectralFrames::Chroma>(classRuns_, magnitudes_));
+        frames_.bands.push_back(fold<SpectralFrames::Bands>(bandRuns_, magnitudes_));
+        frames_.rms.push_back(Signal::rms({frame, size_t(SpectralFrames::frameSize)}, 0, SpectralFrames::frameSize));
+    });
+}
+
 SpectralFrames::SpectralFrames(std::span<const float> mono22k) {
     std::vector<float> store;
-    const std::span<const float> x = Signal::usable(mono22k, store);
-    if (x.size() <= size_t(frameSize)) { return; }
-    const auto classRuns = runs(pitchClass);
-    const auto bandRuns = runs(band);
-    HannSpectrum spectrum(frameSize);
-    std::vector<float> magnitudes(size_t(spectrum.bins()));
-    for (size_t start = 0; start + frameSize < x.size(); start += hop) {
-        spectrum.magnitudes(x.data() + start, magnitudes.data());
-        chroma.push_back(fold<Chroma>(classRuns, magnitudes));
-        bands.push_back(fold<Bands>(bandRuns, magnitudes));
-        rms.push_back(Signal::rms(x, int64_t(start), int64_t(start) + frameSize));
-    }
+    SpectralExtractor extractor;
+    extractor.push(Signal::usable(mono22k, store));
+    *this = extractor.finish();
 }
 
 }  // namespace brindlehum

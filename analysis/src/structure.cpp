@@ -11,10 +11,9 @@
 namespace brindlehum::Structure {
 namespace {
 
-Piece measure(std::span<const float> x, double sr, const MusicGrid& grid, std::span<const double> bounds,
+Piece measure(const SignalView& x, double sr, const MusicGrid& grid, std::span<const double> bounds,
               const SpectralFrames& frames) {
-    Piece piece;
-    piece.mono = x;
+    Piece piece(x);
     piece.sr = sr;
     piece.bounds = bounds;
     piece.barSeconds = 60 / grid.bpm * grid.beatsPerBar;
@@ -54,10 +53,8 @@ Pins loopFilePins(int lastBoundary) {
 
 }  // namespace
 
-StructureResult analyze(std::span<const float> mono, double sr, const MusicGrid& grid, const SpectralFrames& frames,
+StructureResult analyze(const SignalView& x, double sr, const MusicGrid& grid, const SpectralFrames& frames,
                         std::string_view name) {
-    std::vector<float> store;
-    const std::span<const float> x = Signal::usable(mono, store);
     const std::vector<double> bounds = grid.boundaries();
     StructureResult out;
     if (bounds.size() < 2) {

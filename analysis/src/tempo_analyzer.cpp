@@ -46,8 +46,12 @@ const char* driftName(double spread) {
 
 std::optional<TempoResult> analyze(std::span<const float> mono22k, std::optional<double> hint,
                                    std::optional<std::pair<double, double>> range) {
+    return analyze(envelopes(mono22k), double(mono22k.size()) / Signal::analysisRate, hint, range);
+}
+
+std::optional<TempoResult> analyze(Envelopes env, double durationSec, std::optional<double> hint,
+                                   std::optional<std::pair<double, double>> range) {
     if (hint && !(*hint > 0)) { return std::nullopt; }
-    Envelopes env = envelopes(mono22k);
     if (env.full.empty()) { return std::nullopt; }
     auto [lo, hi] = range.value_or(std::pair{slowest, fastest});
     if (hint) {
@@ -58,7 +62,7 @@ std::optional<TempoResult> analyze(std::span<const float> mono22k, std::optional
     out.candidates = candidates(env.full, lo, hi, hint);
     if (out.candidates.empty()) { return std::nullopt; }
     const auto& best = out.candidates[0];
-    out.durationSec = double(mono22k.size()) / Signal::analysisRate;
+    out.durationSec = durationSec;
     out.bpm = best.bpm;
     out.score = best.score;
     out.alternatives = alternatives(best.bpm, out.candidates);

@@ -1,14 +1,17 @@
 // True peak: oversamples 4 times with a windowed sinc, and only where a new peak is possible.
+#include "true_peak.h"
+
 #include <algorithm>
 #include <cmath>
 #include <numbers>
 #include <vector>
 
 #include "dsp/signal.h"
-#include "loudness_kernels.h"
 
 namespace brindlehum::Loudness {
 namespace {
+
+constexpr size_t pieceSamples = 16384;  // of a whole signal, measured at a time
 
 // A prototype of 192 taps at four times the rate with a Blackman window, in phases of 48; its gain is the sinc's own.
 PeakFilter makeFilter() {
@@ -34,39 +37,52 @@ float largestGain(const PeakFilter& filter) {
     return largest * 1.0001F;
 }
 
+const PeakFilter& filter() {
+    static const PeakFilter filter = makeFilter();
+    return filter;
+}
+
 }  // namespace
 
-float truePeakAbove(std::span<const float> x, float floor, const Kernels& kernels) {
-    static const PeakFilter filter = makeFilter();
-    static const float gain = largestGain(filter);
-    if (x.empty()) { return floor; }
-    // Outputs are computed in blocks of 48. Each depends on its own block of samples and the one before; 48 zeros
-    // surround the signal, so one block of outputs follows the last block of samples.
-    const auto count = int64_t(x.size());
-    const int64_t blocks = (count + peakTaps - 1) / peakTaps;
-    std::vector<float> largest(size_t(blocks) + 2, 0.0F);  // by block of samples: entry i is for block i - 1
-    for (int64_t b = 0; b < blocks; ++b) {
-        const int64_t from = b * peakTaps;
-        largest[size_t(b) + 1] = kernels.largest(x.data() + from, std::min<int64_t>(peakTaps, count - from));
-    }
+TruePeak::TruePeak(const Kernels& kernels) : kernels_(&kernels), held_(size_t(peakTaps), 0.0F) {}
+
+float TruePeak::push(std::span<const float> block, float floor) {
+    held_.insert(held_.end(), block.begin(), block.end());
+    return measure(floor);
+}
+
+float TruePeak::finish(float floor) {
+    // The filter rings for a block of outputs after the last sample.
+    held_.resize((held_.size() + 2 * peakTaps - 1) / peakTaps * peakTaps, 0.0F);
+    return measure(floor);
+}
+
+// Outputs are computed in blocks of 48. Each depends on its own block of samples and the one before.
+float TruePeak::measure(float floor) {
+    static const float gain = largestGain(filter());
+    const size_t blocks = held_.size() / peakTaps - 1;
+    if (blocks == 0) { return floor; }
+    largest_.resize(blocks + 1);
+    for (size_t b = 0; b <= blocks; ++b) { largest_[b] = kernels_->largest(held_.data() + b * peakTaps, peakTaps); }
     float peak = floor;
-    const auto compute = [&](int64_t b) {
-        const int64_t from = (b - 1) * peakTaps;
-        if (from >= 0 && from + 2 * peakTaps <= count) { return kernels.peakBlock(x.data() + from, filter); }
-        float padded[2 * peakTaps] = {};
-        const int64_t first = std::max<int64_t>(from, 0);
-        const int64_t last = std::min(from + 2 * peakTaps, count);
-        if (first < last) { std::copy(x.data() + first, x.data() + last, padded + (first - from)); }
-        return kernels.peakBlock(padded, filter);
+    const auto offer = [&](size_t b) {
+        if (!(gain * std::max(largest_[b], largest_[b + 1]) > peak)) { return; }
+        peak = std::max(peak, kernels_->peakBlock(held_.data() + b * peakTaps, filter()));
     };
-    const auto bound = [&](int64_t b) { return gain * std::max(largest[size_t(b)], largest[size_t(b) + 1]); };
     // Compute the loudest block first, so that most others can be skipped.
-    const auto loudest = std::ranges::max_element(largest) - largest.begin() - 1;
-    if (loudest >= 0) { peak = std::max(peak, compute(loudest)); }
-    for (int64_t b = 0; b <= blocks; ++b) {
-        if (bound(b) > peak) { peak = std::max(peak, compute(b)); }
-    }
+    const auto loudest = size_t(std::ranges::max_element(largest_) - largest_.begin());
+    offer(std::min(loudest, blocks - 1));
+    for (size_t b = 0; b < blocks; ++b) { offer(b); }
+    held_.erase(held_.begin(), held_.begin() + ptrdiff_t(blocks * peakTaps));
     return peak;
+}
+
+float truePeakAbove(std::span<const float> x, float floor, const Kernels& kernels) {
+    TruePeak meter(kernels);
+    for (; !x.empty(); x = x.subspan(std::min(x.size(), pieceSamples))) {
+        floor = meter.push(x.first(std::min(x.size(), pieceSamples)), floor);
+    }
+    return meter.finish(floor);
 }
 
 float truePeak(std::span<const float> x) {

@@ -38,17 +38,18 @@ json evidenceOf(const std::filesystem::path& path) {
     const auto tempo = TempoAnalyzer::analyze(mono);
     if (!tempo) { return out; }
     const double duration = double(read.channels[0].size()) / read.sampleRate;
-    const MusicGrid guess = GridBuilder::build(*tempo, mono, duration);
+    const GridBuilder::PulseLevels levels(mono);
+    const MusicGrid guess = GridBuilder::build(*tempo, levels, duration);
     out["guess"] = gridOf(guess);
     const double start = cpu();
     HarmonyReader reader;
     reader.push(mono);
     const HarmonyFrames harmony = reader.finish();
     const double middle = cpu();
-    out["grid"] = gridOf(BarLines::choose(guess, *tempo, mono, harmony));
+    out["grid"] = gridOf(BarLines::choose(guess, *tempo, levels, harmony));
     out["seconds"] = {middle - start, cpu() - middle, duration};
     const auto sound = bars::soundOf(tempo->envFull, tempo->envLow, harmony, duration);
-    const auto all = bars::weigh(*tempo, sound, mono, std::nullopt, std::nullopt);
+    const auto all = bars::weigh(*tempo, sound, levels, std::nullopt, std::nullopt);
     for (const auto& weight : bars::weights) { out["names"].push_back(weight.name); }
     out["hypotheses"] = json::array();
     for (const auto& h : all.hypotheses) {

@@ -36,12 +36,13 @@ json tempoOf(const MusicAnalysis& a) {
 
 json figuresOf(const std::filesystem::path& path) {
     json out = {{"file", path.filename().string()}};
-    const auto read = Signal::readPlanar(path);
+    FileSamples samples(path);
     const std::string name = path.filename().string();
-    const auto result = analyzeMusic({read.channels, read.sampleRate, std::nullopt, name, std::nullopt, std::nullopt});
+    const auto result = analyzeMusic({samples, std::nullopt, name, std::nullopt, std::nullopt});
     out["peak_mb"] = peakMegabytes();
     if (!result.analysis) { return out; }
     out["tempo"] = tempoOf(*result.analysis);
+    const auto read = Signal::readPlanar(path);
     const LoudnessResult& ours = result.analysis->loudness;
     out["loudness"] = {ours.integrated, ours.momentaryMax, ours.shortTermMax, ours.truePeak};
     const auto theirs = bench::runEbur128(bench::interleave(read.channels), unsigned(read.channels.size()),

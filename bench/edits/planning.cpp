@@ -28,7 +28,7 @@ Piece makePiece(int bars, Form form) {
     out.grid.duration = 2.0 * bars;
     for (int i = 0; i < bars; ++i) { out.grid.downbeats.push_back(2.0 * i); }
     out.structure.pins = {0, 8, 8, bars - 8, bars - 8, bars - 1, bars - 2, false};
-    out.structure.similarity = {bars, std::vector<double>(size_t(bars) * size_t(bars))};
+    out.structure.similarity = SimilarityMatrix(bars);
     std::mt19937 random(1);
     std::uniform_real_distribution<double> chance(0.0, 0.2);
     for (int i = 0; i < bars; ++i) {
@@ -36,8 +36,7 @@ Piece makePiece(int bars, Form form) {
             double value = 1;
             if (form == Form::song) { value = (i % 8 == j % 8 && i / 8 % 3 == j / 8 % 3 ? 0.8 : 0.6) + chance(random); }
             if (form == Form::chance) { value = 0.8 + chance(random); }
-            out.structure.similarity.values[size_t(i) * size_t(bars) + size_t(j)] = value;
-            out.structure.similarity.values[size_t(j) * size_t(bars) + size_t(i)] = value;
+            out.structure.similarity.set(i, j, value);
         }
     }
     return out;

@@ -14,20 +14,27 @@ std::vector<float> mono(const std::vector<std::vector<float>>& channels) {
     if (channels.empty()) { return {}; }
     size_t frames = channels[0].size();
     for (const auto& channel : channels) { frames = std::min(frames, channel.size()); }
-    std::vector<float> out(channels[0].begin(), channels[0].begin() + ptrdiff_t(frames));
-    if (channels.size() == 1) { return out; }
-    const float scale = 1.0F / float(channels.size());
+    std::vector<const float*> planes;
+    for (const auto& channel : channels) { planes.push_back(channel.data()); }
+    std::vector<float> out(frames);
+    mono(planes.data(), int(planes.size()), frames, out.data());
+    return out;
+}
+
+void mono(const float* const* planes, int channels, size_t frames, float* out) {
+    const float scale = 1.0F / float(channels);
     constexpr size_t block = 4096;  // stays in the first cache while all channels are added
     for (size_t at = 0; at < frames; at += block) {
         const size_t count = std::min(block, frames - at);
-        float* sum = out.data() + at;
-        for (size_t c = 1; c < channels.size(); ++c) {
-            const float* in = channels[c].data() + at;
+        float* sum = out + at;
+        std::copy_n(planes[0] + at, count, sum);
+        if (channels == 1) { continue; }
+        for (int c = 1; c < channels; ++c) {
+            const float* in = planes[c] + at;
             for (size_t i = 0; i < count; ++i) { sum[i] += in[i]; }
         }
         for (size_t i = 0; i < count; ++i) { sum[i] *= scale; }
     }
-    return out;
 }
 
 double energy(std::span<const float> x) {

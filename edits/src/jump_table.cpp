@@ -12,15 +12,13 @@ constexpr double quantile = 0.85;
 constexpr double seamCeiling = 0.1;
 constexpr double unknownSeam = 0.9;  // assumed similarity of a loop that ends past the last bar
 
-// The similarities of all pairs of different, non-adjacent bars in lo ..< hi.
+// The similarities of all pairs of different, non-adjacent bars in lo ..< hi, each pair once.
 std::vector<double> pairsOf(const SimilarityMatrix& sim, int lo, int hi) {
     std::vector<double> out;
     if (hi - lo < 3) { return out; }
-    out.reserve(size_t(hi - lo) * size_t(hi - lo));
-    for (int i = lo; i < hi; ++i) {
-        for (int j = lo; j < hi; ++j) {
-            if (std::abs(i - j) >= 2) { out.push_back(sim.at(i, j)); }
-        }
+    out.reserve(size_t(hi - lo) * size_t(hi - lo) / 2);
+    for (int j = lo + 2; j < hi; ++j) {
+        for (int i = lo; i + 2 <= j; ++i) { out.push_back(sim.at(i, j)); }
     }
     return out;
 }
@@ -31,7 +29,8 @@ JumpTable::JumpTable(const SimilarityMatrix& similarity, const Pins& inForce) : 
     std::vector<double> pairs = pairsOf(sim, std::max(pins.introEnd, 0), std::min(sim.size, pins.endingStart));
     threshold = minThreshold;
     if (pairs.empty()) { return; }
-    const auto at = pairs.begin() + ptrdiff_t(quantile * double(pairs.size() - 1));
+    // The rank counts both orders of a pair.
+    const auto at = pairs.begin() + ptrdiff_t(quantile * double(2 * pairs.size() - 1)) / 2;
     std::nth_element(pairs.begin(), at, pairs.end());
     threshold = std::max(minThreshold, *at);
 }

@@ -30,7 +30,8 @@ Planned planOrThrow(const std::filesystem::path& path, const TempEditOptions& op
     const auto& channels = out.audio.channels;
     const double rate = out.audio.sampleRate;
     const std::string name = path.filename();
-    auto analysed = analyzeMusic({channels, rate, info.detected, name, std::nullopt, std::nullopt},
+    MemorySamples samples(channels, rate);
+    auto analysed = analyzeMusic({samples, info.detected, name, std::nullopt, std::nullopt},
                                  [&stop](AnalysisStage) { return !stop.stop_requested(); });
     switch (analysed.status) {
         case AnalysisOutcome::Status::tooShort:

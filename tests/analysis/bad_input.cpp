@@ -63,7 +63,8 @@ TEST(BadInput, EveryStageStaysFinite) {
                 HarmonyReader harmony;
                 harmony.push(repaired);
                 const MusicGrid guess = GridBuilder::build(*tempo, bad.x, seconds, bpm);
-                const MusicGrid grid = BarLines::choose(guess, *tempo, repaired, harmony.finish(), {bpm, {}});
+                const MusicGrid grid =
+                    BarLines::choose(guess, *tempo, GridBuilder::PulseLevels(bad.x), harmony.finish(), {bpm, {}});
                 expectFinite(grid.beats, bad.what);
                 expectFinite({grid.bpm, grid.downbeatConfidence, grid.grooveStart, grid.attackShift}, bad.what);
                 EXPECT_FALSE(grid.boundaries().empty()) << bad.what;

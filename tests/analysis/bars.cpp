@@ -191,13 +191,14 @@ TEST(BarLines, FallOnTheBassWhereChordsAreLouder) {
             return grid.beatsPerBar == beatsPerBar && found.size() >= bars.size() &&
                    std::ranges::all_of(test::errors(found, bars), [](double e) { return std::abs(e) < 0.03; });
         };
-        const MusicGrid grid = BarLines::choose(guess, *tempo, x, harmonyOf(x, 4096));
+        const MusicGrid grid = BarLines::choose(guess, *tempo, GridBuilder::PulseLevels(x), harmonyOf(x, 4096));
         EXPECT_NEAR(grid.bpm, bpm, 0.05);
         EXPECT_TRUE(rightBars(grid)) << bpm << ", first at " << grid.downbeats[0] << ", " << grid.beatsPerBar << "/4";
         EXPECT_GT(grid.downbeatConfidence, 0.8) << bpm;
         EXPECT_FALSE(rightBars(guess)) << bpm << ": proves nothing, the first guess is right";
         // The user's word stands.
-        const MusicGrid given = BarLines::choose(guess, *tempo, x, harmonyOf(x, 4096), {2 * bpm, 5});
+        const MusicGrid given =
+            BarLines::choose(guess, *tempo, GridBuilder::PulseLevels(x), harmonyOf(x, 4096), {2 * bpm, 5});
         EXPECT_NEAR(given.bpm, 2 * bpm, 0.1);
         EXPECT_EQ(given.beatsPerBar, 5);
     }

@@ -7,7 +7,7 @@
 #include <cmath>
 #include <memory>
 
-#include "loudness_kernels.h"
+#include "loudness_meter.h"
 #include "support/signals.h"
 
 namespace brindlehum {
@@ -236,6 +236,26 @@ TEST(Loudness, TruePeakEqualsThePlainConvolution) {
         }
     }
     EXPECT_EQ(Loudness::truePeak({}), 0);
+}
+
+// Seven channels, so that all widths of kernels meet, and blocks that end within those of the measure and of the peak.
+TEST(Loudness, MeasuresTheSameInBlocksOfAnyLength) {
+    const Planes x = programme(4.3, 8000, 7);
+    const LoudnessResult whole = Loudness::measure(x, 8000, std::nullopt);
+    for (const size_t length : {1U, 47U, 799U, 800U, 16385U}) {
+        Loudness::LoudnessMeter meter(8000, std::nullopt, 7);
+        for (size_t at = 0; at < x[0].size(); at += length) {
+            const float* planes[7];
+            for (size_t c = 0; c < 7; ++c) { planes[c] = x[c].data() + at; }
+            meter.push(planes, int(std::min<size_t>(length, x[0].size() - at)));
+        }
+        const LoudnessResult got = meter.finish();
+        EXPECT_NEAR(got.integrated, whole.integrated, 1e-9) << length;
+        EXPECT_NEAR(got.momentaryMax, whole.momentaryMax, 1e-9) << length;
+        EXPECT_NEAR(got.shortTermMax, whole.shortTermMax, 1e-9) << length;
+        EXPECT_EQ(got.samplePeak, whole.samplePeak) << length;
+        EXPECT_EQ(got.truePeak, whole.truePeak) << length;
+    }
 }
 
 TEST(Loudness, KernelVersionsAgreeWithThePlainFilter) {

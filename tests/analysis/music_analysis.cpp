@@ -8,6 +8,7 @@
 
 #include "analysis/read_planar.h"
 #include "base/error.h"
+#include "piece_reader.h"
 #include "support/audio_files.h"
 #include "support/music.h"
 #include "support/signals.h"
@@ -22,15 +23,16 @@ Planes piece() {
     return Planes(2, test::clickPiece(24));
 }
 
-AnalysisInput inputOf(const Planes& channels, double rate = test::musicRate) {
-    return {channels, rate, SourceFormat::stereo(), "piece.wav", std::nullopt, std::nullopt};
+AnalysisOutcome analysed(const Planes& channels, const AnalysisProgress& progress = {}, double rate = test::musicRate) {
+    MemorySamples samples(channels, rate);
+    return analyzeMusic({samples, SourceFormat::stereo(), "piece.wav", std::nullopt, std::nullopt}, progress);
 }
 
 TEST(MusicAnalysis, AssemblesAllStages) {
     const Planes channels = piece();
     std::vector<AnalysisStage> stages;
-    const auto got = analyzeMusic(inputOf(channels), [&](AnalysisStage stage) {
-        stages.push_back(stage);
+    const auto got = analysed(channels, [&](AnalysisStage stage) {
+        if (stages.empty() || stages.back() != stage) { stages.push_back(stage); }
         return true;
     });
     ASSERT_EQ(got.status, Status::done);
@@ -38,7 +40,7 @@ TEST(MusicAnalysis, AssemblesAllStages) {
     for (size_t i = 0; i < stages.size(); ++i) { EXPECT_EQ(stages[i], AnalysisStage(i)); }
     const MusicAnalysis& a = *got.analysis;
     EXPECT_EQ(a.seconds, 24);
-    EXPECT_EQ(a.mono22k.size(), size_t(24 * test::musicRate));
+    EXPECT_EQ(a.mono22k.size(), int64_t(24 * test::musicRate));
     EXPECT_NEAR(a.grid.bpm, 120, 0.2);
     EXPECT_TRUE(a.grid.steady);
     EXPECT_EQ(a.key.tonic + a.key.mode, "Aminor");
@@ -47,17 +49,17 @@ TEST(MusicAnalysis, AssemblesAllStages) {
     EXPECT_GT(a.loudness.integrated, -40);
 }
 
-TEST(MusicAnalysis, CanBeCancelledBeforeEveryStage) {
+TEST(MusicAnalysis, CanBeCancelledBeforeEveryStageAndWhileItReads) {
     const Planes channels = piece();
-    for (int last = 0; last < analysisStageCount; ++last) {
+    int all = 0;
+    analysed(channels, [&](AnalysisStage) { return ++all > 0; });
+    EXPECT_GT(all, 24 + analysisStageCount) << "asks less than once a second while it reads";
+    for (int last = 0; last < all; ++last) {
         int reported = 0;
-        const auto got = analyzeMusic(inputOf(channels), [&](AnalysisStage stage) {
-            ++reported;
-            return int(stage) < last;
-        });
+        const auto got = analysed(channels, [&](AnalysisStage) { return ++reported <= last; });
         EXPECT_EQ(got.status, Status::cancelled) << last;
         EXPECT_FALSE(got.analysis) << last;
-        EXPECT_EQ(reported, last + 1) << "a stage ran on after the cancellation";
+        EXPECT_EQ(reported, last + 1) << "the work went on after the cancellation";
     }
 }
 
@@ -68,14 +70,39 @@ TEST(MusicAnalysis, RefusesASecondOrLess) {
                                                {48000, 48000.7, Status::tooShort},
                                                {384000, 384000.0, Status::tooShort}}) {
         const Planes channels(1, test::noise(frames, 4));
-        EXPECT_EQ(analyzeMusic(inputOf(channels, rate)).status, status) << frames << " at " << rate;
+        EXPECT_EQ(analysed(channels, {}, rate).status, status) << frames << " at " << rate;
     }
-    EXPECT_EQ(analyzeMusic(inputOf(Planes())).status, Status::tooShort);
+    EXPECT_EQ(analysed(Planes()).status, Status::tooShort);
+}
+
+// A source that only states how much it holds.
+class Claim : public SampleSource {
+public:
+    Claim(double rate, int64_t frames) : rate_(rate), frames_(frames) {}
+    double sampleRate() const override { return rate_; }
+    int channels() const override { return 1; }
+    int64_t frames() const override { return frames_; }
+    int read(int64_t, int, const float**) override {
+        ADD_FAILURE() << "reads what should be refused";
+        return 0;
+    }
+
+private:
+    double rate_;
+    int64_t frames_;
+};
+
+TEST(MusicAnalysis, RefusesRatesAndLengthsThatNoMusicHas) {
+    for (const auto& [rate, frames] :
+         {std::pair<double, int64_t>{1, 4096}, {0.01, 4096}, {1000, 4096}, {48000, int64_t(48000) * 3600 * 7}}) {
+        Claim claim(rate, frames);
+        EXPECT_THROW(analyzeMusic({claim, std::nullopt, "x.caf", {}, {}}), Error) << rate;
+    }
 }
 
 TEST(MusicAnalysis, DigitalSilenceHasNoPulse) {
     const Planes channels(2, std::vector<float>(20 * 22050, 0.0F));
-    EXPECT_EQ(analyzeMusic(inputOf(channels)).status, Status::noPulse);
+    EXPECT_EQ(analysed(channels).status, Status::noPulse);
 }
 
 // Silence but for a click every hour: no pulse, and more bars than any song has.
@@ -83,13 +110,64 @@ TEST(MusicAnalysis, SurvivesAClickEveryHour) {
     constexpr size_t hour = 3600 * 8000;
     Planes channels(1, std::vector<float>(hour + 80000, 0.0F));
     channels[0][8000] = channels[0][8000 + hour] = 1;
-    const auto got = analyzeMusic(inputOf(channels, 8000));
+    const auto got = analysed(channels, {}, 8000);
     ASSERT_EQ(got.status, Status::done);
     const MusicAnalysis& a = *got.analysis;
     EXPECT_NEAR(a.seconds, 3610, 1e-9);
     EXPECT_LT(a.tempo.score, 0.1);
     EXPECT_TRUE(std::ranges::is_sorted(a.grid.boundaries()));
     EXPECT_LT(a.structure.pins.musicEnd, int(a.grid.boundaries().size()));
+}
+
+// A view of a signal on disk, in memory and borrowed, at the edges of its blocks and beyond its ends.
+TEST(WorkingSignal, ReadsTheSameFromDiskAsFromMemory) {
+    const std::vector<float> x = test::noise(900001, 12);
+    WorkingSignal onDisk(1000);
+    WorkingSignal inMemory;
+    for (size_t at = 0; at < x.size(); at += 70001) {
+        const auto block = std::span(x).subspan(at, std::min<size_t>(70001, x.size() - at));
+        onDisk.append(block);
+        inMemory.append(block);
+    }
+    onDisk.finish();
+    inMemory.finish();
+    EXPECT_EQ(onDisk.size(), int64_t(x.size()));
+    for (const auto& [from, to] : {std::pair<int64_t, int64_t>{0, 1},
+                                   {262143, 350005},
+                                   {-5, 10},
+                                   {899990, 900100},
+                                   {0, 900001},
+                                   {7, 7},
+                                   {950000, 960000}}) {
+        std::vector<float> buffers[2];
+        const auto disk = SignalView(onDisk).range(from, to, buffers[0]);
+        const auto memory = SignalView(inMemory).range(from, to, buffers[1]);
+        EXPECT_TRUE(std::ranges::equal(disk, memory)) << from;
+        const auto begin = std::clamp<int64_t>(from, 0, 900001);
+        EXPECT_TRUE(std::equal(disk.begin(), disk.end(), x.begin() + begin)) << from;
+        EXPECT_EQ(int64_t(disk.size()), std::clamp<int64_t>(to, begin, 900001) - begin);
+        EXPECT_EQ(SignalView(onDisk).rms(from, to), SignalView(x).rms(from, to)) << from;
+    }
+}
+
+// The extractors give the same from blocks of any length as from the whole signal.
+TEST(PieceReader, BlocksChangeNothing) {
+    const std::vector<float> x = test::clickPiece(9);
+    const auto whole = TempoAnalyzer::envelopes(x);
+    const GridBuilder::PulseLevels levels(x);
+    const SpectralFrames spectrum(x);
+    for (const size_t length : {size_t{1}, size_t{21}, size_t{4096}, size_t{50000}, x.size()}) {
+        WorkingExtractors extractors;
+        for (size_t at = 0; at < x.size(); at += length) {
+            extractors.push(std::span(x).subspan(at, std::min(length, x.size() - at)));
+        }
+        PieceFeatures got;
+        extractors.finish(got);
+        EXPECT_TRUE(got.envelopes.full == whole.full && got.envelopes.low == whole.low) << length;
+        EXPECT_TRUE(got.levels.attacks == levels.attacks && got.levels.onsets == levels.onsets) << length;
+        EXPECT_TRUE(got.spectrum.chroma == spectrum.chroma && got.spectrum.bands == spectrum.bands) << length;
+        EXPECT_EQ(got.spectrum.rms, spectrum.rms) << length;
+    }
 }
 
 TEST(ReadPlanar, GivesTheWholeFileByChannel) {

@@ -76,10 +76,9 @@ TEST(Similarity, IsTheWeightedSumOfChromaBandsAndLevel) {
 }
 
 TEST(Novelty, PeaksBetweenTwoBlocks) {
-    SimilarityMatrix sim;
-    sim.size = 20;
+    SimilarityMatrix sim(20);
     for (int i = 0; i < 20; ++i) {
-        for (int j = 0; j < 20; ++j) { sim.values.push_back((i < 7) == (j < 7) ? 1 : 0.2); }
+        for (int j = 0; j < 20; ++j) { sim.set(i, j, (i < 7) == (j < 7) ? 1 : 0.2); }
     }
     for (const int half : {2, 4}) {
         const auto novelty = Structure::novelty(sim, half);

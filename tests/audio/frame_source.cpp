@@ -1,4 +1,4 @@
-// FileSource and MemorySource: any number of planes from anywhere, and the metronome against a slow twin.
+// FileSource, MemorySource and SampleSource: any number of planes from anywhere, and the metronome against a slow twin.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -6,6 +6,7 @@
 
 #include "audio/stream/file_source.h"
 #include "audio/stream/memory_source.h"
+#include "audio/stream/sample_source.h"
 #include "base/error.h"
 #include "support/audio_files.h"
 
@@ -43,6 +44,33 @@ TEST(FileSource, ReadsAnyNumberOfPlanesFromAnywhere) {
         }
     }
     EXPECT_THROW(FileSource("/nowhere/none.wav"), Error);
+}
+
+TEST(SampleSource, GivesBlocksOfAFileAndRefusesOneThatHoldsLessThanItStates) {
+    const TempFolder folder;
+    const auto path = folder / "a.flac";
+    const Planes whole = noisePlanes(3, 100000);
+    writeAudio(path, whole, {.kind = FileKind::flac});
+    const auto sourceOf = [&] { return std::make_unique<FileSamples>(path); };
+    MemorySamples memory(whole, 48000);
+    const auto file = sourceOf();
+    for (SampleSource* source : std::initializer_list<SampleSource*>{file.get(), &memory}) {
+        EXPECT_EQ(source->frames(), 100000);
+        EXPECT_EQ(source->channels(), 3);
+        EXPECT_EQ(source->sampleRate(), 48000);
+        for (const auto& [position, count] : {std::pair{0, 4096}, {99000, 1000}, {100000, 0}, {-1, 0}, {50000, 4096}}) {
+            const float* planes[3];
+            ASSERT_EQ(source->read(position, 4096, planes), count) << position;
+            for (int i = 0; i < count; ++i) {
+                for (size_t c = 0; c < 3; ++c) { ASSERT_NEAR(planes[c][i], whole[c][size_t(position + i)], 1e-6); }
+            }
+        }
+    }
+    std::filesystem::resize_file(path, std::filesystem::file_size(path) / 2);
+    const auto broken = sourceOf();
+    const float* planes[3];
+    EXPECT_EQ(broken->read(0, 4096, planes), 4096);
+    EXPECT_THROW(broken->read(90000, 4096, planes), Error);
 }
 
 // An MP3 that states no length is read to its end when it is opened.

@@ -23,12 +23,9 @@ struct HandMade {
     // The similarity of two different bars; a bar is like itself by 1.
     void alike(const std::function<double(int, int)>& similarity) {
         const int size = int(grid.downbeats.size());
-        structure.similarity.size = size;
-        structure.similarity.values.clear();
+        structure.similarity = SimilarityMatrix(size);
         for (int i = 0; i < size; ++i) {
-            for (int j = 0; j < size; ++j) {
-                structure.similarity.values.push_back(i == j ? 1 : similarity(std::min(i, j), std::max(i, j)));
-            }
+            for (int j = i; j < size; ++j) { structure.similarity.set(i, j, i == j ? 1 : similarity(i, j)); }
         }
     }
     std::vector<EditPlan> plans() const { return TempEditPlanner::plans(grid, structure, 48000, totalFrames, options); }

@@ -21,7 +21,9 @@ constexpr int64_t crossfade = 1323;  // 30 ms
 TEST(RenderedEdits, AreSplicedOnBarLines) {
     for (const double pickup : {0.0, 0.5}) {
         const Samples source = test::song(pickup);
-        const auto outcome = analyzeMusic({{source}, songRate, std::nullopt, "song.wav", {}, {}});
+        const std::vector<Samples> channels = {source};
+        MemorySamples samples(channels, songRate);
+        const auto outcome = analyzeMusic({samples, std::nullopt, "song.wav", {}, {}});
         TempEditOptions options;
         options.targets = {12, 20, 30, 36, 41.5, 45, 52, 60, 68, 75, 90};
         const auto plans = TempEditPlanner::plans(outcome.analysis->grid, outcome.analysis->structure, songRate,

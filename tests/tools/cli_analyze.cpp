@@ -47,7 +47,8 @@ TEST(CliAnalyze, PrintsEveryFieldOfTheRecord) {
             "tempo{alternatives[{bpm relation score }] beats[] bpm candidates[{bpm ranked score }] drift "
             "driftSpreadPct durationSec envFull[] envLow[] firstDownbeat meter{confidence contrast downbeatOffset "
             "group label } score snappedPct tempoMap[{bpm t }] twin } url }");
-    const auto direct = analyzeMusic({planes, fileRate, SourceFormat::stereo(), "ten bars.wav", {}, {}});
+    MemorySamples samples(planes, fileRate);
+    const auto direct = analyzeMusic({samples, SourceFormat::stereo(), "ten bars.wav", {}, {}});
     EXPECT_EQ(got["url"], file);
     EXPECT_EQ(got["status"], "done");
     EXPECT_EQ(got["summary"], direct.analysis->summary());
@@ -71,13 +72,18 @@ TEST(CliAnalyze, ContinuesAfterFilesWithoutMusic) {
     writeAudio(folder / "short.wav", noisePlanes(1, fileRate), {.rate = fileRate});
     writeAudio(folder / "silent.wav", {std::vector<float>(50000)}, {.rate = fileRate});
     writeBytes(folder / "text.wav", "no audio");
+    writeAudio(folder / "half.flac", noisePlanes(2, 200'000), {.kind = FileKind::flac});
+    std::filesystem::resize_file(folder / "half.flac", std::filesystem::file_size(folder / "half.flac") / 2);
     std::vector<std::string> words = {"analyze"};
-    for (const char* name : {"gone.wav", "short.wav", "text.wav", "silent.wav"}) { words.push_back(folder / name); }
+    for (const char* name : {"gone.wav", "short.wav", "text.wav", "silent.wav", "half.flac"}) {
+        words.push_back(folder / name);
+    }
     const auto result = runCli(words);
     EXPECT_EQ(result.exitCode, 1);
-    ASSERT_EQ(result.errors.size(), 4U);
+    ASSERT_EQ(result.errors.size(), 5U);
     EXPECT_THAT(result.errors[1], HasSubstr("short.wav: Too short"));
     EXPECT_THAT(result.errors[3], HasSubstr("silent.wav: No steady pulse"));
+    EXPECT_THAT(result.errors[4], HasSubstr("half.flac: The file breaks off after"));
     ASSERT_EQ(result.objects.size(), 2U);
     EXPECT_EQ(result.objects[0]["status"], "tooShort");
     EXPECT_EQ(result.objects[1]["status"], "noPulse");

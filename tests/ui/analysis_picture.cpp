@@ -20,7 +20,8 @@ using Planes = std::vector<std::vector<float>>;
 
 MusicAnalysis clicks() {
     const Planes x(1, test::clickTrack(test::beatTimes(0.3, 16, [](double) { return 110.0; }), 4, 0, 16));
-    return *analyzeMusic({x, test::musicRate, std::nullopt, "clicks.wav", std::nullopt, std::nullopt}).analysis;
+    MemorySamples samples(x, test::musicRate);
+    return *analyzeMusic({samples, std::nullopt, "clicks.wav", std::nullopt, std::nullopt}).analysis;
 }
 
 Content contentOf(const MusicAnalysis& analysis) {

@@ -2,8 +2,8 @@
 #pragma once
 
 #include <optional>
-#include <span>
 
+#include "analysis/grid_builder.h"
 #include "analysis/harmony_frames.h"
 #include "analysis/music_grid.h"
 #include "analysis/tempo_result.h"
@@ -18,7 +18,7 @@ struct Given {
 
 // The most likely grid; `firstGuess` is what GridBuilder made of the same signal, and stands where the music is too
 // short to weigh. `downbeatConfidence` is the likelihood of the bar lines, 0 to 1.
-MusicGrid choose(const MusicGrid& firstGuess, const TempoResult& tempo, std::span<const float> mono22k,
+MusicGrid choose(const MusicGrid& firstGuess, const TempoResult& tempo, const GridBuilder::PulseLevels& levels,
                  const HarmonyFrames& harmony, const Given& given = {});
 
 }  // namespace brindlehum::BarLines

@@ -13,6 +13,8 @@
 #include "analysis/music_grid.h"
 #include "analysis/structure.h"
 #include "analysis/tempo_result.h"
+#include "analysis/working_signal.h"
+#include "audio/stream/sample_source.h"
 
 namespace brindlehum {
 
@@ -23,8 +25,8 @@ struct MusicAnalysis {
     KeyResult key;
     LoudnessResult loudness;
     StructureResult structure;
-    std::vector<float> mono22k;  // the working signal, used by planner and views
-    double seconds = 0;          // frames / the file's rate
+    WorkingSignal mono22k;  // for views
+    double seconds = 0;     // frames / the file's rate
 
     // "3/4": the beats a bar of the grid, by the name that the tempo analysis gives to them if it found as many.
     std::string meter() const;
@@ -39,10 +41,9 @@ struct MusicAnalysis {
 enum class AnalysisStage { mono, tempo, grid, spectrum, key, loudness, structure };
 inline constexpr int analysisStageCount = 7;
 
-// The input of an analysis. The samples are borrowed for the call.
+// The input of an analysis. The samples are borrowed for the call, and read once, in blocks.
 struct AnalysisInput {
-    const std::vector<std::vector<float>>& channels;  // of equal length
-    double sampleRate = 0;                            // Hz, above 0
+    SampleSource& samples;
     std::optional<SourceFormat> source;
     std::string_view name;  // the file's name
     // The user's own values, which override the analysis.
@@ -59,15 +60,24 @@ struct AnalysisOutcome {
     };
     Status status = Status::done;
     std::optional<MusicAnalysis> analysis;  // set when done
+    std::optional<WorkingSignal> mono22k;   // set on noPulse, for views
 
     // The text for the user on noPulse.
     static constexpr std::string_view noPulseText = "No steady pulse found; set the tempo by hand";
 };
 
-// Called on the calling thread with the stage that starts next; returning false ends the analysis there.
+// Called on the calling thread with the stage that starts next, and before each block of about a third of a second with
+// the stage mono, which takes most of the time; returning false ends the analysis there.
 using AnalysisProgress = std::function<bool(AnalysisStage)>;
 
-// Runs all stages on the calling thread, which must be a background thread. No shared state.
+// The slowest sample rate, in Hz, and the longest piece, in seconds, that are analysed.
+inline constexpr double lowestAnalysisRate = 2000;
+inline constexpr double longestAnalysis = 6 * 3600;
+
+// Runs all stages on the calling thread, which must be a background thread. No shared state. Memory doesn't grow with
+// the samples, but only with what the analysis keeps of them: some 130 MB up to 25 minutes, 350 MB for three hours.
+// Throws the source's Error, Error when there is no room on disk for the working signal of a longer piece, and Error
+// beyond the two limits above.
 AnalysisOutcome analyzeMusic(const AnalysisInput& input, const AnalysisProgress& progress = {});
 
 }  // namespace brindlehum

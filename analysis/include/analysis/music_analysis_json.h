@@ -17,4 +17,7 @@ void to_json(nlohmann::ordered_json& json, const LoopCandidate& candidate);
 void to_json(nlohmann::ordered_json& json, const StructureResult& structure);
 void to_json(nlohmann::ordered_json& json, const MusicAnalysis& analysis);
 
+// One row of the similarity: that of `bar` to all bars.
+std::vector<double> similarityRow(const SimilarityMatrix& matrix, int bar);
+
 }  // namespace brindlehum

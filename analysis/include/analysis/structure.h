@@ -14,6 +14,7 @@
 #include "analysis/music_grid.h"
 #include "analysis/pins.h"
 #include "analysis/spectral_frames.h"
+#include "analysis/working_signal.h"
 
 namespace brindlehum {
 
@@ -24,12 +25,20 @@ struct BarProfile {
     int musicEndBar = 0;     // one past the last
 };
 
-// How alike two bars are, at most 1; symmetric.
+// How alike two bars are, at most 1; symmetric, so that one value serves both orders of a pair.
 struct SimilarityMatrix {
+    SimilarityMatrix() = default;
+    explicit SimilarityMatrix(int bars) : size(bars), values(index(0, size_t(bars))) {}
+
     int size = 0;
-    std::vector<double> values;  // by rows
-    double at(int i, int j) const { return values[size_t(i) * size_t(size) + size_t(j)]; }
+    std::vector<double> values;  // of the pairs i <= j, in columns of j + 1
+    double at(int i, int j) const { return values[indexOf(i, j)]; }
+    void set(int i, int j, double value) { values[indexOf(i, j)] = value; }
     bool contains(int i, int j) const { return i >= 0 && j >= 0 && i < size && j < size; }
+
+private:
+    static size_t index(size_t i, size_t j) { return j * (j + 1) / 2 + i; }
+    static size_t indexOf(int i, int j) { return i <= j ? index(size_t(i), size_t(j)) : index(size_t(j), size_t(i)); }
 };
 
 struct StructureResult {
@@ -48,10 +57,10 @@ namespace Structure {
 inline constexpr std::array<int, 7> phraseBars = {8, 12, 16, 24, 32, 48, 64};
 
 // Runs all functions below on one piece. `name` is the file's name, which may say that the file is a loop.
-StructureResult analyze(std::span<const float> mono, double sr, const MusicGrid& grid, const SpectralFrames& frames,
+StructureResult analyze(const SignalView& mono, double sr, const MusicGrid& grid, const SpectralFrames& frames,
                         std::string_view name);
 
-BarProfile profile(std::span<const float> mono, double sr, std::span<const double> bounds);
+BarProfile profile(const SignalView& mono, double sr, std::span<const double> bounds);
 
 struct BarFeature {
     SpectralFrames::Chroma chroma{};  // unit length, or zeros
@@ -70,16 +79,16 @@ struct Cooked {
     std::optional<double> tailStart;  // seconds: the level fades for good from here
 };
 // Studies the level alone, without bars.
-Cooked cook(std::span<const float> mono, double sr);
+Cooked cook(const SignalView& mono, double sr);
 
 // Sign changes per sample of x[from ..< to], clamped to the signal; zero counts as positive.
-float windowZcr(std::span<const float> x, int64_t from, int64_t to);
+float windowZcr(const SignalView& x, int64_t from, int64_t to);
 
 // Places to end a loop that starts at the boundary `loopStart`, best first.
-std::vector<LoopCandidate> loopCandidates(std::span<const float> mono, double sr, std::span<const double> bounds,
+std::vector<LoopCandidate> loopCandidates(const SignalView& mono, double sr, std::span<const double> bounds,
                                           const BarProfile& profile, int loopStart);
 // Places to leave the piece, best first.
-std::vector<LoopCandidate> exitCandidates(std::span<const float> mono, double sr, std::span<const double> bounds,
+std::vector<LoopCandidate> exitCandidates(const SignalView& mono, double sr, std::span<const double> bounds,
                                           const BarProfile& profile, int beatsPerBar);
 
 }  // namespace Structure

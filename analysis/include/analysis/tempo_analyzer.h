@@ -16,14 +16,18 @@ namespace brindlehum::TempoAnalyzer {
 inline constexpr double slowest = 30;
 inline constexpr double fastest = 240;
 
+struct Envelopes {
+    std::vector<float> full, low;
+};
+
 // None when no tempo can be found: the signal is too short or has no candidate. `hint` (BPM) narrows `range` around it
 // and favours tempi near it. A flat envelope, such as silence, returns a result with score 0.
 std::optional<TempoResult> analyze(std::span<const float> mono22k, std::optional<double> hint = std::nullopt,
                                    std::optional<std::pair<double, double>> range = std::nullopt);
+// The same from the envelopes of a signal of `durationSec` seconds.
+std::optional<TempoResult> analyze(Envelopes envelopes, double durationSec, std::optional<double> hint = std::nullopt,
+                                   std::optional<std::pair<double, double>> range = std::nullopt);
 
-struct Envelopes {
-    std::vector<float> full, low;
-};
 // Log-spectral flux, smoothed, largest value 1; both are empty under 1792 samples.
 Envelopes envelopes(std::span<const float> mono22k);
 

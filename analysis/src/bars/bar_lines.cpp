@@ -35,10 +35,10 @@ void layGrid(MusicGrid& grid, const BeatBase& base, const Pulse& pulse, const Hy
 
 }  // namespace
 
-MusicGrid choose(const MusicGrid& firstGuess, const TempoResult& tempo, std::span<const float> mono22k,
+MusicGrid choose(const MusicGrid& firstGuess, const TempoResult& tempo, const GridBuilder::PulseLevels& levels,
                  const HarmonyFrames& harmony, const Given& given) {
     const Sound sound = soundOf(tempo.envFull, tempo.envLow, harmony, firstGuess.duration);
-    const Weighed all = weigh(tempo, sound, mono22k, given.bpm, given.beatsPerBar);
+    const Weighed all = weigh(tempo, sound, levels, given.bpm, given.beatsPerBar);
     const auto choice = bars::choose(all.hypotheses);
     if (!choice) { return firstGuess; }
     MusicGrid grid = firstGuess;
@@ -47,8 +47,9 @@ MusicGrid choose(const MusicGrid& firstGuess, const TempoResult& tempo, std::spa
     layGrid(grid, all.bases[pulse.base], pulse, best);
     // The groove is that of the first guess unless its tempo or bars have changed.
     if (grid.beatsPerBar != firstGuess.beatsPerBar || std::abs(grid.bpm / firstGuess.bpm - 1) > 0.001) {
-        grid.grooveStart =
-            DownbeatDetector::detect(mono22k, Signal::analysisRate, grid.bpm, grid.beatsPerBar).grooveStart;
+        grid.grooveStart = DownbeatDetector::detectLevels(levels.onsets, GridBuilder::PulseLevels::onsetSeconds,
+                                                          grid.bpm, grid.beatsPerBar)
+                               .grooveStart;
     }
     grid.downbeatConfidence = choice->likelihood;
     return grid;

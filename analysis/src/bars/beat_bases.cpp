@@ -45,7 +45,7 @@ std::optional<BeatBase> followed(std::span<const float> env, double bpm, double 
 
 }  // namespace
 
-std::vector<BeatBase> beatBases(const TempoResult& tempo, std::span<const float> mono22k, double duration,
+std::vector<BeatBase> beatBases(const TempoResult& tempo, const GridBuilder::PulseLevels& levels, double duration,
                                 std::optional<double> bpm) {
     std::vector<TempoResult::Candidate> candidates = tempo.candidates;
     if (bpm) { candidates = {{*bpm, 1, 1}}; }
@@ -61,7 +61,7 @@ std::vector<BeatBase> beatBases(const TempoResult& tempo, std::span<const float>
         // The first candidate is likely anyway; the others must convince.
         const double enough = &candidate == candidates.data() ? 0.85 : 0.95;
         if (!fit.strong || fit.agreement < enough) { continue; }
-        const double shift = GridBuilder::attackOffset(mono22k, fit.period, fit.phase, tempo.envFull);
+        const double shift = GridBuilder::attackOffset(levels.attacks, fit.period, fit.phase, tempo.envFull);
         out.push_back(layOut(fit, shift, duration));
         if (out.back().beats.size() < 8) { out.pop_back(); }
         if (out.size() == most) { break; }

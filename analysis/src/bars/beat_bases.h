@@ -5,6 +5,7 @@
 #include <span>
 #include <vector>
 
+#include "analysis/grid_builder.h"
 #include "analysis/tempo_result.h"
 
 namespace brindlehum::bars {
@@ -18,7 +19,7 @@ struct BeatBase {
 
 // Up to three steady bases whose tempi aren't simple ratios of each other; one that follows the envelope when nothing
 // is steady; none without beats. `bpm` is the user's tempo.
-std::vector<BeatBase> beatBases(const TempoResult& tempo, std::span<const float> mono22k, double duration,
+std::vector<BeatBase> beatBases(const TempoResult& tempo, const GridBuilder::PulseLevels& levels, double duration,
                                 std::optional<double> bpm);
 
 }  // namespace brindlehum::bars

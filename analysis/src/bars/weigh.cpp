@@ -5,12 +5,12 @@
 
 namespace brindlehum::bars {
 
-Weighed weigh(const TempoResult& tempo, const Sound& sound, std::span<const float> mono22k, std::optional<double> bpm,
-              std::optional<int> beatsPerBar) {
+Weighed weigh(const TempoResult& tempo, const Sound& sound, const GridBuilder::PulseLevels& levels,
+              std::optional<double> bpm, std::optional<int> beatsPerBar) {
     Weighed out;
     std::vector<int> meters = {3, 4};
     if (beatsPerBar) { meters = {*beatsPerBar}; }
-    out.bases = beatBases(tempo, mono22k, sound.music.duration, bpm);
+    out.bases = beatBases(tempo, levels, sound.music.duration, bpm);
     for (size_t i = 0; i < out.bases.size(); ++i) {
         std::ranges::move(pulses(out.bases[i], i, sound.full, sound.music, bpm.has_value()),
                           std::back_inserter(out.pulses));

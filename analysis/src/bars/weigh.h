@@ -2,9 +2,9 @@
 #pragma once
 
 #include <optional>
-#include <span>
 #include <vector>
 
+#include "analysis/grid_builder.h"
 #include "analysis/tempo_result.h"
 #include "bars/evidence.h"
 
@@ -16,8 +16,8 @@ struct Weighed {
     std::vector<Hypothesis> hypotheses;
 };
 // `bpm` and `beatsPerBar` are the user's own values, which every hypothesis then has.
-Weighed weigh(const TempoResult& tempo, const Sound& sound, std::span<const float> mono22k, std::optional<double> bpm,
-              std::optional<int> beatsPerBar);
+Weighed weigh(const TempoResult& tempo, const Sound& sound, const GridBuilder::PulseLevels& levels,
+              std::optional<double> bpm, std::optional<int> beatsPerBar);
 
 // The times of all bar lines of a hypothesis, seconds.
 std::vector<double> barLines(const Pulse& pulse, const Hypothesis& hypothesis);

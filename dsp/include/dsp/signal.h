@@ -14,6 +14,8 @@ inline constexpr double analysisRate = 22050;
 
 // The mean of the channels, cut to the length of the shortest. Empty without channels.
 std::vector<float> mono(const std::vector<std::vector<float>>& channels);
+// The same of `frames` frames of 1 channel or more, into `out`.
+void mono(const float* const* planes, int channels, size_t frames, float* out);
 
 // Sum of squares in double precision.
 double energy(std::span<const float> x);

@@ -69,19 +69,29 @@ struct Column {
     float rms = 0;
 };
 
-Column columnOf(std::span<const float> x, size_t from, size_t to) {
+Column columnOf(const SignalView& x, int64_t from, int64_t to) {
     Column column;
+    std::vector<float> buffer;
+    const std::span<const float> part = x.range(from, std::max(to, from + 1), buffer);
+    if (part.empty()) { return column; }
     double squares = 0;
-    to = std::min(std::max(to, from + 1), x.size());
-    if (from >= to) { return column; }
-    for (size_t i = from; i < to; ++i) {
-        const float value = std::isfinite(x[i]) ? x[i] : 0;
+    for (const float value : part) {
         column.low = std::min(column.low, value);
         column.high = std::max(column.high, value);
         squares += double(value) * value;
     }
-    column.rms = float(std::sqrt(squares / double(to - from)));
+    column.rms = float(std::sqrt(squares / double(part.size())));
     return column;
+}
+
+float peakOf(const SignalView& x) {
+    constexpr int64_t block = 65536;
+    std::vector<float> buffer;
+    float peak = 0;
+    for (int64_t at = 0; at < x.size(); at += block) {
+        for (const float value : x.range(at, at + block, buffer)) { peak = std::max(peak, std::abs(value)); }
+    }
+    return peak;
 }
 
 }  // namespace
@@ -89,9 +99,7 @@ Column columnOf(std::span<const float> x, size_t from, size_t to) {
 PictureTimeline::PictureTimeline(const PictureCanvas& canvas, const AnalysisPicture::Content& content, double left,
                                  double width)
     : canvas_(canvas), content_(content), left_(left), width_(width), seconds_(content.seconds()) {
-    float peak = 0;
-    for (const float value : content.mono) { peak = std::isfinite(value) ? std::max(peak, std::abs(value)) : peak; }
-    gain_ = WaveformPicture::viewGain(peak);
+    gain_ = WaveformPicture::viewGain(peakOf(content.mono));
     if (!content.analysis) { return; }
     seconds_ = content.analysis->seconds;
     bounds_ = content.analysis->grid.boundaries();
@@ -199,8 +207,7 @@ double PictureTimeline::waveform(double top, double height) const {
     painter.resetTransform();
     const QColor outer = faint(colors.wave, canvas_.theme.dark ? 150 : 130);
     for (int c = 0; c < columns; ++c) {
-        const auto from = size_t(c * perColumn);
-        const Column column = columnOf(content_.mono, from, size_t((c + 1) * perColumn));
+        const Column column = columnOf(content_.mono, int64_t(c * perColumn), int64_t((c + 1) * perColumn));
         const auto bar = [&](double high, double low, const QColor& color) {
             const double upper = std::floor(middle - high * scale);
             const double lower = std::ceil(middle - low * scale);

@@ -4,7 +4,6 @@
 #include <QImage>
 #include <QSize>
 #include <QString>
-#include <span>
 
 #include "analysis/music_analysis.h"
 #include "ui/look/theme.h"
@@ -14,7 +13,7 @@ namespace brindlehum::AnalysisPicture {
 struct Content {
     QString name;   // the file's, elided where it is too long
     QString facts;  // what is known of the file, for the corner of the page
-    std::span<const float> mono;
+    SignalView mono;
     double monoRate = 0;                      // Hz
     const MusicAnalysis* analysis = nullptr;  // none: the waveform alone
     QString remark;                           // says why there is no analysis
