@@ -27,6 +27,7 @@ MixConfig upmixConfig(const UpmixParams& params, LayoutID layout = LayoutID::l51
 UpmixParams untouched() {
     UpmixParams params;
     params.strength = 0;
+    params.roomMs = 0;
     return params;
 }
 UpmixParams late() {
