@@ -180,6 +180,7 @@ TEST_F(Windows, NoticesSayWhatIsAmissAndHelp) {
     std::ofstream(folder / "blocked") << "x";
     AppModel lame{{loop, silent, defaults, session, folder / "blocked" / "Catalog.sqlite"}};
     MainWindow window(lame);
+    ASSERT_TRUE(settle([&] { return !lame.library().catalogError().empty(); }));
     QStringList buttons;
     for (const auto* button : named(window, "Notices")->findChildren<QPushButton*>()) { buttons << button->text(); }
     EXPECT_EQ(buttons, (QStringList{"Show Its Folder"}));

@@ -100,9 +100,9 @@ void MainWindow::makeParts() {
     sidebar_->setMinimumWidth(sidebarMinWidth);
     inspectorSplit_ = makeSplitter(Qt::Horizontal);
     inspectorSplit_->addWidget(
-        browser_ = new BrowserView({library.listing(), library.search(), library.roots(), library.edits(),
-                                    library.infoCache(), model_.player().sound(), model_.player().transport(),
-                                    model_.settings(), library.catalog() != nullptr}));
+        browser_ =
+            new BrowserView({library.listing(), library.search(), library.roots(), library.edits(), library.infoCache(),
+                             model_.player().sound(), model_.player().transport(), model_.settings()}));
     inspectorSplit_->addWidget(inspector_ = new InspectorView(library.edits(), model_.settings()));
     inspectorSplit_->setStretchFactor(0, 1);
     playerSplit_ = new GripSplitter("Height of the player");
@@ -162,6 +162,7 @@ void MainWindow::connectParts() {
     browser_->actions().makeTempEdits = [this](const auto& files) { model_.makeTempEdits(files); };
     connect(&model_.library(), &LibraryModel::messageChanged, this,
             [this] { browser_->showMessage(QString::fromStdString(model_.library().message().value_or(""))); });
+    connect(&model_.library(), &LibraryModel::catalogStateChanged, this, &MainWindow::refreshBanners);
     connect(&model_.control(), &ControlServer::started, this, &MainWindow::refreshBanners);
     connect(&model_.player().listening(), &ListeningSetup::outputsChanged, this, &MainWindow::refreshBanners);
     connect(&model_.settings(), &SettingsStore::changed, this, &MainWindow::refreshBanners);
@@ -251,7 +252,7 @@ void MainWindow::refreshBanners() {
             addFitBanner(banners);
             break;
     }
-    if (!model_.library().catalog()) {
+    if (!model_.library().catalogError().empty()) {
         banners.push_back(
             {"The library's catalog can't be opened, so search and shared metadata are off. Folders can still be "
              "browsed. (" +
