@@ -55,7 +55,7 @@ struct AnalysisOutcome {
     enum class Status {
         done,
         tooShort,  // a second or less
-        noPulse,   // no tempo was found
+        noPulse,   // no tempo was found, nor set by hand
         cancelled
     };
     Status status = Status::done;
