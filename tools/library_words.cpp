@@ -10,7 +10,10 @@ namespace brindlehum::cli {
 
 std::unique_ptr<Catalog> LibraryWords::open() const {
     try {
-        return std::make_unique<Catalog>(catalogFile);
+        const auto sayWaiting = [name = catalogFile.string()] {
+            printError("catalog " + name + ": waiting for another program that has locked it");
+        };
+        return std::make_unique<Catalog>(catalogFile, LockWait{sayWaiting, {}});
     } catch (const std::exception& error) { throw Error("catalog " + catalogFile.string() + ": " + error.what()); }
 }
 

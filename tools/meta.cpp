@@ -75,9 +75,12 @@ bool meta(Words words) {
         return true;
     }
     const auto catalog = library.open();
-    MetadataSave::save(file, changes, catalog.get(), rootsFor(file, library, *catalog), ChangeLog::owner());
+    const auto saved =
+        MetadataSave::save(file, changes, catalog.get(), rootsFor(file, library, *catalog), ChangeLog::owner());
     print(toJson(metaOf(file, library)));
-    return true;
+    const auto lack = saved.unindexed ? saved.unindexed : saved.unshared;
+    if (lack) { printError(file.string() + ": saved, but " + *lack); }
+    return !lack;
 }
 
 }  // namespace brindlehum::cli

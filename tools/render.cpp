@@ -61,7 +61,11 @@ void renderFile(const RenderRequest& request) {
     const double rate = request.rate.value_or(info.sampleRate);
     const int deviceChannels = request.deviceChannels.value_or(neededChannels(request.profile));
     const MixConfig config = MixBuilder::config(format, info.channels, request.profile, deviceChannels, request.listen,
-                                                request.rotation, request.monoToCenter, std::nullopt);
+                                                request.rotation, request.monoToCenter, request.upmix);
+    if (request.upmix && !config.upmix) {
+        throw Error("An upmix of " + format.displayName() + " would fill no speaker of this layout");
+    }
+    if (config.upmix && request.listen != ListenMode::normal) { throw Error("listen has no effect on an upmix"); }
 
     auto reader = std::make_shared<StreamReader>(std::make_unique<FileSource>(request.file), rate, part.start, part.end,
                                                  false, 0, 0);

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <map>
+#include <nlohmann/json.hpp>
 
 #include "base/error.h"
 #include "mix/render/render_context.h"
@@ -21,6 +22,8 @@ const std::string_view renderHelp =
     "  listen MODE        normal, mono, left, right or midSide\n"
     "  format NAME        reads the file as, say, \"AmbiX 1st order\" or \"5.1 Film\"\n"
     "  yaw D, pitch D, roll D   turns an Ambisonic field, in degrees\n"
+    "  upmix PRESET       spreads the file over all speakers: music, film, game, hall, speech or broadcast; behind it\n"
+    "                     any of its numbers by name, such as strength 0.5 or lfe split\n"
     "  mono center|pair   where a mono file goes (default center)\n"
     "  rate HZ            rate of the device (default: the file's)\n"
     "  gain DB            volume\n"
@@ -72,6 +75,11 @@ const std::map<std::string, Setter, std::less<>> setters = {
     {"yaw", [](auto& r, auto& w, auto& v) { r.rotation.yaw = numberAfter(w, v, -360, 360); }},
     {"pitch", [](auto& r, auto& w, auto& v) { r.rotation.pitch = numberAfter(w, v, -360, 360); }},
     {"roll", [](auto& r, auto& w, auto& v) { r.rotation.roll = numberAfter(w, v, -360, 360); }},
+    {"upmix",
+     [](auto& r, auto& w, auto& v) {
+         const UpmixPreset preset = known(w, v, upmixPresetFromRaw(v));
+         r.upmix = UpmixSettings{true, preset, params(preset)};
+     }},
     {"mono",
      [](auto& r, auto& w, auto& v) {
          if (v != "center" && v != "pair") { refuse(w, v); }
@@ -83,6 +91,25 @@ const std::map<std::string, Setter, std::less<>> setters = {
     {"from", [](auto& r, auto& w, auto& v) { r.from = numberAfter(w, v, 0, 1e9); }},
     {"to", [](auto& r, auto& w, auto& v) { r.to = numberAfter(w, v, 0, 1e9); }},
 };
+
+// Whether the word names a number of the upmix; its value is then set.
+bool readUpmixNumber(RenderRequest& request, const std::string& word, const std::string& text) {
+    nlohmann::json numbers = request.upmix ? request.upmix->params : UpmixParams();
+    const auto field = numbers.find(word);
+    if (field == numbers.end()) { return false; }
+    if (!request.upmix) { throw UsageError("\"" + word + "\" belongs behind \"upmix PRESET\""); }
+    if (field->is_boolean()) {
+        if (text != "on" && text != "off") { refuse(word, text); }
+        *field = text == "on";
+    } else if (field->is_number()) {
+        *field = numberAfter(word, text, -1e6, 1e6);
+    } else {
+        *field = text;
+    }
+    request.upmix->params = numbers.get<UpmixParams>();
+    if (nlohmann::json(request.upmix->params)[word] != *field) { refuse(word, text); }
+    return true;
+}
 
 }  // namespace
 
@@ -100,10 +127,17 @@ RenderRequest readRenderWords(Words words) {
             request.profile.kind = OutputProfile::Kind::headphones;
             continue;
         }
+        const bool isLast = i + 1 == words.size();
         const auto setter = setters.find(word);
-        if (setter == setters.end()) { throw UsageError("unknown word \"" + word + "\""); }
-        if (++i == words.size()) { throw UsageError("no value after \"" + word + "\""); }
-        setter->second(request, word, words[i]);
+        if (setter == setters.end()) {
+            if (readUpmixNumber(request, word, isLast ? "" : words[i + 1])) {
+                ++i;
+                continue;
+            }
+            throw UsageError("unknown word \"" + word + "\"");
+        }
+        if (isLast) { throw UsageError("no value after \"" + word + "\""); }
+        setter->second(request, word, words[++i]);
     }
     return request;
 }

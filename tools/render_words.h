@@ -10,6 +10,7 @@
 #include "settings/output_profile.h"
 #include "spatial/ambisonics.h"
 #include "spatial/listen_mode.h"
+#include "upmix/upmix_params.h"
 
 namespace brindlehum::cli {
 
@@ -21,6 +22,7 @@ struct RenderRequest {
     ListenMode listen = ListenMode::normal;
     std::optional<std::string> format;  // display name; absent: the detected format
     Rotation rotation;
+    std::optional<UpmixSettings> upmix;
     bool monoToCenter = true;
     std::optional<double> rate;  // Hz; absent: the file's rate
     double gainDb = 0;

@@ -1,9 +1,12 @@
-// HarmonyReader: transforms overlapping frames and folds their bins.
+// HarmonyFrames: folds the bins of each frame.
 #include "analysis/harmony_frames.h"
 
 #include <algorithm>
 #include <cmath>
 #include <utility>
+
+#include "harmony_fold.h"
+#include "spectral_extractor.h"
 
 namespace brindlehum {
 namespace {
@@ -26,33 +29,29 @@ std::array<uint8_t, size_t(chromaTo)> pitchClasses() {
 
 }  // namespace
 
-HarmonyReader::HarmonyReader()
-    : spectrum_(HarmonyFrames::frameSize), magnitudes_(size_t(spectrum_.bins())), roots_(size_t(chromaTo)) {}
-
-void HarmonyReader::push(std::span<const float> samples) {
-    pending_.insert(pending_.end(), samples.begin(), samples.end());
-    size_t at = 0;
-    for (; at + HarmonyFrames::frameSize <= pending_.size(); at += HarmonyFrames::hop) { addFrame(&pending_[at]); }
-    pending_.erase(pending_.begin(), pending_.begin() + std::ptrdiff_t(at));
-}
-
-void HarmonyReader::addFrame(const float* samples) {
+void HarmonyFold::add(std::span<const float> magnitudes) {
     static const auto classes = pitchClasses();
-    spectrum_.magnitudes(samples, magnitudes_.data());
-    power_ += Signal::energy(magnitudes_);
-    out_.lowEnergy.push_back(float(Signal::energy({&magnitudes_[lowFrom], size_t(lowTo - lowFrom)})));
-    std::transform(&magnitudes_[chromaFrom], &magnitudes_[chromaTo], &roots_[chromaFrom],
+    power_ += Signal::energy(magnitudes);
+    bins_ += magnitudes.size();
+    out_.lowEnergy.push_back(float(Signal::energy(magnitudes.subspan(lowFrom, lowTo - lowFrom))));
+    roots_.resize(chromaTo);
+    std::transform(&magnitudes[chromaFrom], &magnitudes[chromaTo], &roots_[chromaFrom],
                    [](float m) { return std::sqrt(m); });
     HarmonyFrames::Chroma row{};
     for (size_t k = chromaFrom; k < chromaTo; ++k) { row[classes[k]] += roots_[k]; }
     out_.chroma.push_back(row);
 }
 
-HarmonyFrames HarmonyReader::finish() {
-    if (!out_.chroma.empty()) { out_.meanPower = power_ / double(out_.chroma.size() * magnitudes_.size()); }
-    pending_.clear();
-    power_ = 0;
-    return std::exchange(out_, {});
+HarmonyFrames HarmonyFold::finish() {
+    if (bins_ > 0) { out_.meanPower = power_ / double(bins_); }
+    return std::move(out_);
+}
+
+HarmonyFrames::HarmonyFrames(std::span<const float> mono22k) {
+    std::vector<float> store;
+    SpectralExtractor extractor;
+    extractor.push(Signal::usable(mono22k, store));
+    *this = extractor.finishHarmony();
 }
 
 }  // namespace brindlehum

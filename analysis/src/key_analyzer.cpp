@@ -1,9 +1,11 @@
-// KeyAnalyzer: matches probe-tone profiles with the chroma of the whole piece.
+// KeyAnalyzer: matches key profiles with the pitches of the whole piece.
 #include "analysis/key_analyzer.h"
 
 #include <algorithm>
 #include <cmath>
 #include <numeric>
+
+#include "peak_key.h"
 
 namespace brindlehum::KeyAnalyzer {
 namespace {
@@ -14,24 +16,6 @@ using Profile = std::array<double, 12>;
 constexpr Profile majorProfile = {6.35, 2.23, 3.48, 2.33, 4.38, 4.09, 2.52, 5.19, 2.39, 3.66, 2.29, 2.88};
 constexpr Profile minorProfile = {6.33, 2.68, 3.52, 5.38, 2.60, 3.53, 2.54, 4.75, 3.98, 2.69, 3.34, 3.17};
 constexpr std::array<const char*, 12> tonics = {"C", "C#", "D", "D#", "E", "F", "F#", "G", "G#", "A", "A#", "B"};
-
-// Pearson correlation of the profile with the chroma turned down by `shift` classes; 0 where either is flat.
-double correlate(const Profile& chroma, const Profile& profile, size_t shift) {
-    const double chromaMean = std::accumulate(chroma.begin(), chroma.end(), 0.0) / 12;
-    const double profileMean = std::accumulate(profile.begin(), profile.end(), 0.0) / 12;
-    double cross = 0;
-    double chromaSquares = 0;
-    double profileSquares = 0;
-    for (size_t i = 0; i < 12; ++i) {
-        const double a = chroma[(i + shift) % 12] - chromaMean;
-        const double b = profile[i] - profileMean;
-        cross += a * b;
-        chromaSquares += a * a;
-        profileSquares += b * b;
-    }
-    const double squares = chromaSquares * profileSquares;
-    return squares == 0 ? 0 : cross / std::sqrt(squares);
-}
 
 // Column sums over all frames, scaled to a sum of 1; zeros without a signal.
 template <class Row>
@@ -53,27 +37,32 @@ struct Key {
     double confidence = 0;
 };
 
-// Ties go to the lower tonic, and to major before minor.
-Key findKey(const Profile& chroma) {
-    if (std::ranges::all_of(chroma, [](double x) { return x == 0; })) { return {}; }
-    Key key;
-    double best = -2;
-    double second = -2;
+KeyScores chromaScores(const Profile& chroma) {
+    KeyScores scores{};
     for (size_t tonic = 0; tonic < 12; ++tonic) {
-        for (const bool minor : {false, true}) {
-            const double r = correlate(chroma, minor ? minorProfile : majorProfile, tonic);
-            if (r > best) {
-                second = best;
-                best = r;
-                key.tonic = tonics[tonic];
-                key.mode = minor ? "minor" : "major";
-            } else {
-                second = std::max(second, r);
-            }
-        }
+        scores[2 * tonic] = correlate(chroma, majorProfile, tonic);
+        scores[2 * tonic + 1] = correlate(chroma, minorProfile, tonic);
     }
-    key.confidence = std::clamp(4 * (best - second) / std::max(std::abs(best), 1e-9), 0.0, 1.0);
-    return key;
+    return scores;
+}
+
+// Ties go to the lower tonic, and to major before minor.
+Key bestKey(const KeyScores& scores) {
+    const auto best = std::ranges::max_element(scores);
+    double second = -2;
+    for (const double& score : scores) {
+        if (&score != &*best) { second = std::max(second, score); }
+    }
+    const auto at = size_t(best - scores.begin());
+    return {tonics[at / 2], at % 2 == 0 ? "major" : "minor",
+            std::clamp(4 * (*best - second) / std::max(std::abs(*best), 1e-9), 0.0, 1.0)};
+}
+
+// By the peaks of the spectrum, where the frames hold them.
+Key findKey(const SpectralFrames& frames) {
+    const Profile chroma = shares(frames.chroma);
+    if (std::ranges::all_of(chroma, [](double x) { return x == 0; })) { return {}; }
+    return bestKey(frames.pitches.empty() ? chromaScores(chroma) : keyScores(frames.pitches));
 }
 
 struct Balance {
@@ -113,7 +102,7 @@ std::vector<std::string> moodTags(const Balance& b, bool minor, double keyConfid
 }  // namespace
 
 KeyResult analyze(const SpectralFrames& frames, double bpm, double bpmConfidence) {
-    const Key key = findKey(shares(frames.chroma));
+    const Key key = findKey(frames);
     KeyResult out;
     out.tonic = key.tonic;
     out.mode = key.mode;

@@ -95,7 +95,6 @@ void WorkingExtractors::push(std::span<const float> block) {
     attackLevels_.push(block);
     onsetLevels_.push(block);
     spectrum_.push(block);
-    harmony_.push(block);
 }
 
 void WorkingExtractors::finish(PieceFeatures& into) {
@@ -105,7 +104,7 @@ void WorkingExtractors::finish(PieceFeatures& into) {
     into.levels.attacks = attackLevels_.finish();
     into.levels.onsets = onsetLevels_.finish();
     into.spectrum = spectrum_.finish();
-    into.harmony = harmony_.finish();
+    into.harmony = spectrum_.finishHarmony();
 }
 
 std::optional<PieceFeatures> readPiece(SampleSource& source, const std::optional<SourceFormat>& format,

@@ -41,7 +41,6 @@ private:
     RmsTrack attackLevels_{GridBuilder::PulseLevels::attackHop};
     RmsTrack onsetLevels_{GridBuilder::PulseLevels::onsetHop};
     SpectralExtractor spectrum_;
-    HarmonyReader harmony_;
 };
 
 // Asks `goOn` before each block of about a third of a second; returns none once it says no. Throws the source's Error,

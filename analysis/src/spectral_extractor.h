@@ -1,4 +1,4 @@
-// SpectralExtractor: computes the spectral frames of a signal that comes in blocks.
+// SpectralExtractor: computes the spectral and the harmony frames of a signal that comes in blocks.
 #pragma once
 
 #include <span>
@@ -8,6 +8,8 @@
 #include "analysis/spectral_frames.h"
 #include "dsp/signal_spectrum.h"
 #include "frame_slicer.h"
+#include "harmony_fold.h"
+#include "pitch_fold.h"
 
 namespace brindlehum {
 
@@ -21,14 +23,18 @@ public:
     SpectralExtractor();
     // Usable samples at Signal::analysisRate.
     void push(std::span<const float> block);
-    SpectralFrames finish() { return std::move(frames_); }
+    SpectralFrames finish();
+    HarmonyFrames finishHarmony() { return harmony_.finish(); }
 
 private:
     FrameSlicer slicer_;  // a frame that ends with the signal isn't used
     HannSpectrum spectrum_;
     std::vector<float> magnitudes_;
     std::vector<Run> classRuns_, bandRuns_;
-    SpectralFrames frames_;
+    SpectralFrames frames_;  // of every second frame
+    HarmonyFold harmony_;
+    PitchFold pitches_;
+    bool second_ = false;
 };
 
 }  // namespace brindlehum

@@ -10,6 +10,8 @@ namespace {
 constexpr double binWidth = Signal::analysisRate / SpectralFrames::frameSize;  // Hz
 constexpr int lastBin = SpectralFrames::frameSize / 2 - 1;                     // DC and Nyquist are never used
 
+static_assert(SpectralFrames::hop == 2 * HarmonyFrames::hop && SpectralFrames::frameSize == HarmonyFrames::frameSize);
+
 using Run = SpectralExtractor::Run;
 
 int pitchClass(double hz) {
@@ -75,7 +77,7 @@ std::pair<size_t, size_t> SpectralFrames::range(size_t count, double from, doubl
 }
 
 SpectralExtractor::SpectralExtractor()
-    : slicer_(SpectralFrames::frameSize, SpectralFrames::hop, 1),
+    : slicer_(HarmonyFrames::frameSize, HarmonyFrames::hop, 1),
       spectrum_(SpectralFrames::frameSize),
       magnitudes_(size_t(spectrum_.bins())),
       classRuns_(runs(pitchClass)),
@@ -84,10 +86,18 @@ SpectralExtractor::SpectralExtractor()
 void SpectralExtractor::push(std::span<const float> block) {
     slicer_.push(block, [this](const float* frame) {
         spectrum_.magnitudes(frame, magnitudes_.data());
+        harmony_.add(magnitudes_);
+        if (std::exchange(second_, !second_)) { return; }
         frames_.chroma.push_back(fold<SpectralFrames::Chroma>(classRuns_, magnitudes_));
         frames_.bands.push_back(fold<SpectralFrames::Bands>(bandRuns_, magnitudes_));
+        pitches_.add(magnitudes_);
         frames_.rms.push_back(Signal::rms({frame, size_t(SpectralFrames::frameSize)}, 0, SpectralFrames::frameSize));
     });
+}
+
+SpectralFrames SpectralExtractor::finish() {
+    frames_.pitches = pitches_.finish();
+    return std::move(frames_);
 }
 
 SpectralFrames::SpectralFrames(std::span<const float> mono22k) {

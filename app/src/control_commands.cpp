@@ -61,6 +61,7 @@ nlohmann::json ControlCommands::handle(const std::string& command, const Control
         {"volume", [&] { return setVolume(params); }},
         {"loop", [&] { return switched(params, transport.loop(), [&](bool on) { transport.setLoop(on); }); }},
         {"profile", [&] { return selectProfile(params); }},
+        {"upmix", [&] { return setUpmix(params); }},
         {"tempedits", done([&] {
              if (file) { tempEdits_.make({file->url}); }
          })},
@@ -89,6 +90,8 @@ nlohmann::json ControlCommands::status() const {
             {"length", file ? double(file->frames) / rate : 0},
             {"loop", player_.transport().loop()},
             {"volume", listening.volumeDB()},
+            {"upmix", listening.upmix().enabled},
+            {"upmixPreset", rawValue(listening.upmix().preset)},
             {"device", listening.devices().name(listening.profile().deviceUID)},
             {"profile", settings.activeProfile().name},
             {"profiles", profiles},
@@ -141,6 +144,21 @@ ControlCommands::Problem ControlCommands::setVolume(const ControlParams& params)
     if (!db || *db < ListeningSetup::silentDB || *db > maxVolumeDB) { return "volume needs db, from -60 to 6"; }
     player_.listening().setVolumeDB(*db);
     return {};
+}
+
+// With a preset: on, with that preset's numbers. Without: on or off, all numbers as they are.
+ControlCommands::Problem ControlCommands::setUpmix(const ControlParams& params) {
+    UpmixSettings upmix = player_.listening().upmix();
+    Problem problem;
+    if (const auto name = params.find("preset"); name != params.end()) {
+        const auto preset = upmixPresetFromRaw(name->second);
+        if (!preset) { return "no upmix preset " + name->second; }
+        upmix = {true, *preset, brindlehum::params(*preset)};
+    } else {
+        problem = switched(params, upmix.enabled, [&](bool on) { upmix.enabled = on; });
+    }
+    if (problem.empty()) { player_.listening().setUpmix(upmix); }
+    return problem;
 }
 
 }  // namespace brindlehum

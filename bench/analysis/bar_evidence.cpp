@@ -9,6 +9,7 @@
 
 #include "analysis/bar_lines.h"
 #include "analysis/grid_builder.h"
+#include "analysis/key_analyzer.h"
 #include "analysis/read_planar.h"
 #include "analysis/tempo_analyzer.h"
 #include "bars/weigh.h"
@@ -41,13 +42,15 @@ json evidenceOf(const std::filesystem::path& path) {
     const GridBuilder::PulseLevels levels(mono);
     const MusicGrid guess = GridBuilder::build(*tempo, levels, duration);
     out["guess"] = gridOf(guess);
+    const GridBuilder::PulseLevels levels(mono);
     const double start = cpu();
-    HarmonyReader reader;
-    reader.push(mono);
-    const HarmonyFrames harmony = reader.finish();
+    const HarmonyFrames harmony(mono);
     const double middle = cpu();
     out["grid"] = gridOf(BarLines::choose(guess, *tempo, levels, harmony));
     out["seconds"] = {middle - start, cpu() - middle, duration};
+    const KeyResult key = KeyAnalyzer::analyze(SpectralFrames(mono), guess.bpm, tempo->score);
+    out["key"] = key.tonic + " " + key.mode;
+    out["keyConfidence"] = key.confidence;
     const auto sound = bars::soundOf(tempo->envFull, tempo->envLow, harmony, duration);
     const auto all = bars::weigh(*tempo, sound, levels, std::nullopt, std::nullopt);
     for (const auto& weight : bars::weights) { out["names"].push_back(weight.name); }

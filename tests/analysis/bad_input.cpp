@@ -54,17 +54,16 @@ TEST(BadInput, EveryStageStaysFinite) {
         const double seconds = double(bad.x.size()) / test::musicRate;
         std::vector<float> store;
         const std::span<const float> repaired = Signal::usable(bad.x, store);
+        const GridBuilder::PulseLevels levels(repaired);
+        const HarmonyFrames harmony(repaired);
         const auto tempo = TempoAnalyzer::analyze(bad.x);
         EXPECT_EQ(tempo.has_value(), bad.tempo) << bad.what;
         if (tempo) {
             expectFinite({tempo->bpm, tempo->score, tempo->driftSpreadPct, tempo->firstDownbeat}, bad.what);
             expectFinite(tempo->beats, bad.what);
             for (const std::optional<double> bpm : {std::optional<double>(), {1.0}, {120.0}, {1e5}, {1e-9}}) {
-                HarmonyReader harmony;
-                harmony.push(repaired);
                 const MusicGrid guess = GridBuilder::build(*tempo, bad.x, seconds, bpm);
-                const MusicGrid grid =
-                    BarLines::choose(guess, *tempo, GridBuilder::PulseLevels(bad.x), harmony.finish(), {bpm, {}});
+                const MusicGrid grid = BarLines::choose(guess, *tempo, levels, harmony, {bpm, {}});
                 expectFinite(grid.beats, bad.what);
                 expectFinite({grid.bpm, grid.downbeatConfidence, grid.grooveStart, grid.attackShift}, bad.what);
                 EXPECT_FALSE(grid.boundaries().empty()) << bad.what;

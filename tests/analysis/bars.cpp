@@ -10,6 +10,7 @@
 #include "bars/choice.h"
 #include "bars/lattice_fit.h"
 #include "bars/weights.h"
+#include "spectral_extractor.h"
 #include "support/music.h"
 #include "support/signals.h"
 
@@ -19,9 +20,9 @@ namespace {
 constexpr double frameRate = 22050.0 / 256;  // of onset envelopes
 
 HarmonyFrames harmonyOf(std::span<const float> x, size_t block) {
-    HarmonyReader reader;
-    for (size_t i = 0; i < x.size(); i += block) { reader.push(x.subspan(i, std::min(block, x.size() - i))); }
-    return reader.finish();
+    SpectralExtractor extractor;
+    for (size_t i = 0; i < x.size(); i += block) { extractor.push(x.subspan(i, std::min(block, x.size() - i))); }
+    return extractor.finishHarmony();
 }
 
 TEST(HarmonyFrames, AreTheSameForAnyBlocksAndNamePitchClasses) {
@@ -191,14 +192,14 @@ TEST(BarLines, FallOnTheBassWhereChordsAreLouder) {
             return grid.beatsPerBar == beatsPerBar && found.size() >= bars.size() &&
                    std::ranges::all_of(test::errors(found, bars), [](double e) { return std::abs(e) < 0.03; });
         };
-        const MusicGrid grid = BarLines::choose(guess, *tempo, GridBuilder::PulseLevels(x), harmonyOf(x, 4096));
+        const MusicGrid grid = BarLines::choose(guess, *tempo, GridBuilder::PulseLevels(x), HarmonyFrames(x));
         EXPECT_NEAR(grid.bpm, bpm, 0.05);
         EXPECT_TRUE(rightBars(grid)) << bpm << ", first at " << grid.downbeats[0] << ", " << grid.beatsPerBar << "/4";
         EXPECT_GT(grid.downbeatConfidence, 0.8) << bpm;
         EXPECT_FALSE(rightBars(guess)) << bpm << ": proves nothing, the first guess is right";
         // The user's word stands.
         const MusicGrid given =
-            BarLines::choose(guess, *tempo, GridBuilder::PulseLevels(x), harmonyOf(x, 4096), {2 * bpm, 5});
+            BarLines::choose(guess, *tempo, GridBuilder::PulseLevels(x), HarmonyFrames(x), {2 * bpm, 5});
         EXPECT_NEAR(given.bpm, 2 * bpm, 0.1);
         EXPECT_EQ(given.beatsPerBar, 5);
     }

@@ -6,6 +6,7 @@
 #include <complex>
 
 #include "analysis/key_analyzer.h"
+#include "peak_key.h"
 #include "support/music.h"
 #include "support/signals.h"
 
@@ -55,6 +56,20 @@ TEST(KeyAnalyzer, NamesTheKeyOfACadence) {
             EXPECT_EQ(key.mode, minor ? "minor" : "major") << names[tonic];
             EXPECT_GT(key.confidence, 0.1) << names[tonic] << key.mode;
         }
+    }
+}
+
+// Sinusoids of a triad, tuned off by cents: the peaks say by how much, and keep their key. Folded bins lose both.
+TEST(KeyAnalyzer, FollowsTheTuning) {
+    for (const int cents : {-40, -10, 0, 30, 45}) {
+        std::vector<float> x(size_t(test::musicRate * 8), 0.0F);
+        for (const int note : {59, 62, 66, 71, 78}) {
+            test::addTone(x, 0, 440 * std::exp2((note + cents / 100.0 - 69) / 12), 0.1, 10, 0.1);
+        }
+        const SpectralFrames frames(x);
+        EXPECT_NEAR(tuningOf(frames.pitches), cents / 10.0, 0.5) << cents;
+        const KeyResult key = KeyAnalyzer::analyze(frames, 120, 0.5);
+        EXPECT_EQ(key.tonic + " " + key.mode, "B minor") << cents;
     }
 }
 

@@ -34,7 +34,8 @@ protected:
 TEST_F(App, StatusHoldsTheFileTheProfilesAndTheSwitches) {
     json expected = json::parse(R"({"playing": false, "file": "", "position": 0.0, "length": 0.0, "loop": false,
         "volume": 0.0, "device": "System Output", "profile": "Room 9.1.6",
-        "profiles": ["Room 9.1.6", "Nearfield", "Headphones"], "finderPanel": true, "expert": false})");
+        "profiles": ["Room 9.1.6", "Nearfield", "Headphones"], "finderPanel": true, "expert": false,
+        "upmix": false, "upmixPreset": "music"})");
     EXPECT_EQ(ask("status"), expected);
     app_.player().load(file("rain & wind.wav"), true);
     settle();
@@ -43,10 +44,12 @@ TEST_F(App, StatusHoldsTheFileTheProfilesAndTheSwitches) {
     ask("loop");
     ask("seek", {{"seconds", "0.5"}});
     ask("volume", {{"db", "-6.5"}});
+    ask("upmix", {{"preset", "hall"}});
     expected.update(json::parse(R"({"playing": true, "file": "rain & wind.wav", "position": 0.5, "length": 1.0,
-        "loop": true, "volume": -6.5, "finderPanel": false, "expert": true})"));
+        "loop": true, "volume": -6.5, "finderPanel": false, "expert": true,
+        "upmix": true, "upmixPreset": "hall"})"));
     EXPECT_EQ(ask("status"), expected);
-    for (const char* command : {"loop", "panel", "expert"}) {
+    for (const char* command : {"loop", "panel", "expert", "upmix"}) {
         const std::string key = command == std::string("panel") ? "finderPanel" : command;
         for (const char* on : {"0", "0", "1", "1"}) {
             ask(command, {{"on", on}});
@@ -75,6 +78,8 @@ TEST_F(App, ACommandWithBadArgumentsSaysSoAndChangesNothing) {
                  {"seek", {{"seconds", "nan"}}},
                  {"volume", {{"db", "6.1"}}},
                  {"volume", {{"db", "loud"}}},
+                 {"upmix", {{"preset", "Film"}}},
+                 {"upmix", {{"on", "maybe"}}},
                  {"load", {}},
                  {"load", {{"path", "a.wav"}}},
                  {"load", {{"path", "/notes.txt"}}}};

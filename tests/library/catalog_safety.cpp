@@ -57,6 +57,22 @@ TEST_F(CatalogSafety, RefusesWhatIsNoCatalogOfThisVersionOrCannotBeWritten) {
     EXPECT_EQ(refusal(file), 81) << "another file";
 }
 
+TEST_F(CatalogSafety, LongWaitForAnotherProgramIsAnnouncedWhileItLasts) {
+    PlainDatabase other(file);
+    int told = 0;
+    Catalog catalog(file, {[&] {
+                               ++told;
+                               other.exec("ROLLBACK");
+                           },
+                           {}});
+    put(catalog, "/a.wav", "/");
+    EXPECT_EQ(told, 0);
+    other.exec("BEGIN EXCLUSIVE");
+    put(catalog, "/b.wav", "/");
+    EXPECT_EQ(told, 1);
+    EXPECT_TRUE(catalog.row("/b.wav"));
+}
+
 // As version 1 left it: words of files that can't hold any are in rows alone, and rows have what logs said in any
 // order.
 TEST_F(CatalogSafety, OlderCatalogKeepsItsWordsAndReadsTheLogsAgain) {

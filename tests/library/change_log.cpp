@@ -6,6 +6,7 @@
 #include "base/error.h"
 #include "library/meta/meta_io.h"
 #include "library/team/change_log.h"
+#include "library/team/log_owner.h"
 #include "sound_folder.h"
 #include "support/child.h"
 #include "support/refusal.h"
@@ -123,7 +124,33 @@ TEST_F(Log, AppendsWholeLinesToTheOwnersFile) {
     EXPECT_EQ(linesOf(file).size(), 3U);
     EXPECT_EQ(pull(), 2);
     EXPECT_EQ(metaOf(root / "a.wav").description, std::string(100'000, 'x'));
-    EXPECT_THAT(ChangeLog::owner(), testing::MatchesRegex("[^@]+@.+"));
+}
+
+// Of each machine: its user, host and machine id, and the data folder, which may be another one's, too.
+TEST(LogOwner, IsAUserOnAMachineWhateverItsHostIsCalled) {
+    const TempFolder temp;
+    const fs::path mine = temp / "mine";
+    const std::string first = LogOwner{"ann", "studio", "1", mine}.name();
+    EXPECT_THAT(first, testing::MatchesRegex("ann@studio#[0-9a-f]{12}"));
+    EXPECT_EQ((LogOwner{"ann", "renamed", "1", mine}.name()), first);
+    const std::string twin = LogOwner{"ann", "studio", "2", temp / "twin"}.name();
+    EXPECT_EQ((LogOwner{"ann", "studio", "2", mine}.name()), twin) << "with a copy of the home folder";
+    EXPECT_EQ((LogOwner{"ann", "renamed", "1", mine}.name()), first);
+    const std::string random = LogOwner{"ann", "studio", "", temp / "random"}.name();
+    EXPECT_EQ((LogOwner{"ann", "renamed", "", temp / "random"}.name()), random);
+    EXPECT_NE(random, (LogOwner{"ann", "studio", "", temp / "other"}.name()));
+    writeBytes(temp / "file", "");
+    EXPECT_EQ((LogOwner{"ann", "studio", "", temp / "file"}.name()), "ann@studio") << "no folder";
+
+    const std::string identity = first.substr(first.find('#'));
+    const std::pair<std::string, bool> logs[] = {{first, true},
+                                                 {"ann@studio", true},
+                                                 {"ann@renamed" + identity, true},
+                                                 {twin, false},
+                                                 {"bob@studio" + identity, false},
+                                                 {"ann@other", false},
+                                                 {"ann", false}};
+    for (const auto& [log, isOwn] : logs) { EXPECT_EQ(LogOwner::isOwn(log, first), isOwn) << log; }
 }
 
 TEST_F(Log, LogIsAsOpenAsTheRoot) {
@@ -185,6 +212,11 @@ TEST_F(Log, PullMergesAllLogsByTimeIntoTheCatalogAlone) {
     writeBytes(file, before);
     EXPECT_EQ(scan().read, 1);
     EXPECT_EQ(metaOf(file).description, "wind") << "after a touch, too";
+    catalog.removeRoot(root);
+    scan();
+    EXPECT_EQ(metaOf(file).description, "");
+    EXPECT_EQ(pull(), 4) << "a root that was removed is read from the start";
+    EXPECT_EQ(metaOf(file).description, "wind");
 }
 
 // At the start, the file holds words that are newer than all logs.

@@ -1,6 +1,7 @@
 // LibraryModel: how a change in one part reaches the others, life without a catalog, and the end of the process.
 #include "library/model/library_model.h"
 
+#include "catalog_test.h"
 #include "library/meta/meta_io.h"
 #include "model_fixture.h"
 
@@ -72,6 +73,33 @@ TEST_F(Library, FoldersAreShownAndFilesEditedWithoutACatalog) {
     settleWhile([&] { return cache.isBusy(); });
     EXPECT_THAT(loaded, ElementsAre(wave));
     EXPECT_EQ(cache.info(wave)->frames, 480);
+}
+
+TEST_F(Library, CatalogThatIsLockedAtTheStartIsTriedAgain) {
+    const fs::path file = add("a.wav");
+    fs::create_directories(catalogPath.parent_path());
+    Catalog{catalogPath};
+    std::optional<PlainDatabase> other(catalogPath);
+    other->exec("PRAGMA locking_mode=EXCLUSIVE");
+    other->exec("BEGIN IMMEDIATE");
+    setRoots({root});
+    model = std::make_unique<LibraryModel>(store, loop, catalogPath);
+    EXPECT_TRUE(model->isBusy()) << "the main thread doesn't wait";
+    settle();
+    EXPECT_EQ(model->catalog(), nullptr);
+    EXPECT_EQ(
+        model->message(),
+        "The library catalog can't be opened: another program has locked it. Brindlehum keeps trying; folders can "
+        "still be browsed.");
+    EXPECT_THAT(names(model->listing().entries()), ElementsAre("a.wav"));
+    other.reset();
+    loop.advance(LibraryModel::retrySeconds);
+    settle();
+    ASSERT_NE(model->catalog(), nullptr);
+    EXPECT_EQ(model->catalogError(), "");
+    EXPECT_EQ(model->message(), "");
+    EXPECT_EQ(model->search().indexedCount(), 1);
+    EXPECT_TRUE(model->listing().entries()[0].row.has_value());
 }
 
 TEST_F(Library, EndsInTheMiddleOfEverythingWithItsEditsDone) {

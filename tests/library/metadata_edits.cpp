@@ -3,6 +3,7 @@
 
 #include <set>
 
+#include "catalog_test.h"
 #include "library/meta/meta_io.h"
 #include "library/team/change_log.h"
 #include "model_fixture.h"
@@ -40,6 +41,22 @@ protected:
         return entries;
     }
 };
+
+TEST_F(Edits, CatalogThatCannotBeWrittenIsReportedAndNoNameChangesWithoutIt) {
+    const fs::path wave = add("a.wav");
+    scanAll({root});
+    save({{{"CATEGORY", "WIND"}, {"CATID", "WINDGust"}, {"FXNAME", "Gale"}}, {}}, {wave});
+    PlainDatabase other(catalogFile);
+    other.exec("CREATE TRIGGER full BEFORE INSERT ON files BEGIN SELECT RAISE(ABORT, 'disk full'); END");
+    save({{{"DESCRIPTION", "wind"}}, {}}, {wave});
+    EXPECT_EQ(said.back(), "Saved metadata to 1 file, but the library catalog can't be written: disk full");
+    EXPECT_EQ(MetaIO::read(wave).description, "wind");
+    EXPECT_EQ(logged(root).back().changes.fields.at("DESCRIPTION"), "wind");
+    edits.renameToUCS({wave});
+    settle();
+    EXPECT_EQ(said.back(), "Renamed 0 files, 1 couldn't be renamed");
+    EXPECT_TRUE(fs::exists(wave));
+}
 
 TEST_F(Edits, ReachFileCatalogAndLog) {
     const fs::path wave = add("a.wav");
@@ -89,6 +106,26 @@ TEST_F(Edits, ThatFailLeaveCatalogAndLogAlone) {
     save({{{"DESCRIPTION", "rain"}}, std::nullopt}, {last});
     EXPECT_EQ(said.back(), "Couldn't write 1 file: z.wav");
     EXPECT_EQ(MetaIO::read(last).description, "wind");
+    EXPECT_EQ(logged(root).size(), 2U);
+}
+
+TEST_F(Edits, ThatTheLogLacksAreToldAndSentLater) {
+    const fs::path file = add("a.caf");
+    scanAll({root});
+    save({{}, 1}, {file});
+    const fs::path log = ChangeLog::logFile(root, ChangeLog::owner());
+    fs::create_hard_link(log, home / "second name");
+    save({{}, 2}, {file});
+    EXPECT_EQ(said.back(),
+              "Saved metadata to 1 file, 1 of them in the catalog only, but the team's log can't be written: "
+              "the file has a second name");
+    EXPECT_EQ(logged(root).size(), 1U);
+    fs::remove(home / "second name");
+    ChangeLog::pull(root, catalog);
+    ASSERT_EQ(logged(root).size(), 2U);
+    EXPECT_EQ(logged(root)[1].changes.rating, 2);
+    EXPECT_GT(logged(root)[1].time, logged(root)[0].time);
+    ChangeLog::pull(root, catalog);
     EXPECT_EQ(logged(root).size(), 2U);
 }
 

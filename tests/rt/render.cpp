@@ -11,7 +11,12 @@
 using brindlehum::BinauralStage;
 using brindlehum::Direction;
 using brindlehum::HRTFSet;
+using brindlehum::LayoutID;
 using brindlehum::RenderContext;
+using brindlehum::SpeakerID;
+using brindlehum::Upmixer;
+using brindlehum::UpmixPreset;
+using brindlehum::UpmixRequest;
 using brindlehum::test::RealTimeScope;
 using brindlehum::test::RenderBench;
 using brindlehum::test::RtFaults;
@@ -64,6 +69,14 @@ TEST(RtRender, NoChangeAllocatesOrLocks) {
     BinauralStage stages[] = {BinauralStage(set), BinauralStage(set)};
     RenderBench bench(1);
     Device device;
+    std::unique_ptr<Upmixer> upmixers[2];
+    const auto upmixed = [&](int index, LayoutID layout) {
+        const UpmixRequest request{{SpeakerID::L, SpeakerID::R}, speakers(layout), params(UpmixPreset::film)};
+        const int outs = int(request.target.size());
+        upmixers[index] = Upmixer::make(2, outs, 48000);
+        upmixers[index]->apply(request);
+        return bench.config(RenderBench::mixConfig(outs, 16, gains(16, outs, 9)), *upmixers[index]);
+    };
     mn_ring* rings[] = {bench.ring(2, 900000, tone), bench.ring(16, 200000, tone), bench.ring(64, 40000, tone),
                         bench.ring(2, 100, tone),    bench.ring(65, 10, tone),     nullptr};
     mn_ring_set_eof(rings[3]);
@@ -72,7 +85,9 @@ TEST(RtRender, NoChangeAllocatesOrLocks) {
                                       bench.config(64, 16, gains(16, 64, 1)),
                                       bench.binaural(2, 32, gains(32, 2, 4)),
                                       bench.binaural(16, 26, gains(26, 16, 5), 14, 99),
-                                      nullptr};
+                                      nullptr,
+                                      upmixed(0, LayoutID::l51),
+                                      upmixed(1, LayoutID::l916)};
     std::vector<std::shared_ptr<const void>> replaced;
     std::mt19937 random(99);
     const int sizes[] = {1, 17, 255, 256, 480, 1024, 4096, 5000};
@@ -81,6 +96,11 @@ TEST(RtRender, NoChangeAllocatesOrLocks) {
         if (random() % 3 == 0) { bench.context.setRing(rings[random() % std::size(rings)]); }
         if (random() % 3 == 0) { bench.context.setConfig(configs[random() % std::size(configs)]); }
         if (random() % 4 == 0) { bench.context.setGain(double(random() % 3) / 2); }
+        if (random() % 5 == 0) {
+            UpmixRequest request = *upmixers[random() % 2]->request();
+            request.params.surroundDelayMs = double(random() % 30);
+            replaced.push_back(upmixers[request.target.size() == 6 ? 0 : 1]->apply(request));
+        }
         if (random() % 40 == 0) { bench.context.setBinauralStage(random() % 3 == 0 ? nullptr : &stages[random() % 2]); }
         if (random() % 4 == 0) {
             std::vector<Direction> directions(26);

@@ -10,6 +10,7 @@
 #include "core/mn_ring.h"
 #include "mix/render/render_config.h"
 #include "mix/render/render_context.h"
+#include "upmix/upmixer.h"
 
 namespace brindlehum::test {
 
@@ -34,6 +35,12 @@ public:
 
     const mn_mix_config* config(MixConfig config) {
         configs_.push_back(std::make_unique<RenderConfig>(std::move(config)));
+        return &configs_.back()->record;
+    }
+    // One that runs behind the upmixer and asks for what that does.
+    const mn_mix_config* config(MixConfig config, const Upmixer& upmixer) {
+        config.upmix = upmixer.request();
+        configs_.push_back(std::make_unique<RenderConfig>(std::move(config), upmixer.raw()));
         return &configs_.back()->record;
     }
     const mn_mix_config* config(int inputs, int rows, std::vector<float> gains) {

@@ -62,7 +62,7 @@ TEST_F(CliLibrary, FindsAndCounts) {
     EXPECT_EQ(one({"facets", "catalog", catalog}),
               (json{{"total", 2}, {"categories", {{{"name", "DOORS"}, {"count", 1}}}}, {"libraries", json::array()}}));
     for (const char* command : {"search", "facets"}) { expectRefused({command}, ""); }
-    EXPECT_FALSE(std::filesystem::exists(folder / "data")) << "searching makes no catalog";
+    EXPECT_FALSE(std::filesystem::exists(folder / "data" / "Brindlehum" / "Catalog.sqlite")) << "searching makes none";
 }
 
 TEST_F(CliLibrary, PrintsAndChangesMetadata) {
@@ -80,6 +80,18 @@ TEST_F(CliLibrary, PrintsAndChangesMetadata) {
     EXPECT_EQ(one({"meta", flac, "NOTES=kept", "catalog", catalog}).at("notes"), "kept");
     EXPECT_EQ(one({"meta", flac}).at("notes"), "kept") << "by the file, whatever the catalog";
     expectRefused({"scan", root.string(), "catalog", wave}, "catalog");
+}
+
+TEST_F(CliLibrary, EditThatTheTeamsLogDoesNotTakeIsSavedAndReported) {
+    const std::string catalog = (folder / "my.sqlite").string();
+    one({"scan", root.string(), "catalog", catalog});
+    writeBytes(root / ".brindlehum", "a file in the place of the log's folder");
+    const CliResult result = run({"meta", (root / "b" / "c.flac").string(), "NOTES=kept", "catalog", catalog});
+    EXPECT_EQ(result.exitCode, 1);
+    ASSERT_EQ(result.errors.size(), 1U);
+    EXPECT_THAT(result.errors[0], testing::HasSubstr("c.flac: saved, but the team's log can't be written: "));
+    ASSERT_EQ(result.objects.size(), 1U);
+    EXPECT_EQ(result.objects[0].at("notes"), "kept");
 }
 
 // The whole road: folder and file in Latin-1, from the scan to a colleague's catalog.

@@ -106,7 +106,7 @@ TEST_F(PlayerViewTest, AnOverrideIsShownWithAWayBack) {
     EXPECT_TRUE(shows("Source format: Auto (7.1)"));
 }
 
-TEST_F(PlayerViewTest, TheMeterNamesItsOutputsAndClearsOnAClick) {
+TEST_F(PlayerViewTest, TheMeterMarksOverRangeUntilAClick) {
     ASSERT_TRUE(load(file("loud.wav", 2)));
     auto* meter = named<MeterView>(view, "Output meter");
     player.listening().setVolumeDB(40);
@@ -114,12 +114,8 @@ TEST_F(PlayerViewTest, TheMeterNamesItsOutputsAndClearsOnAClick) {
     ASSERT_TRUE(loop.runUntil([&] { return player.isPlaying(); }));
     for (int i = 0; i < 4; ++i) { audio.pump(512); }
     loop.advance(1.0 / 30);
-    EXPECT_TRUE(meter->textAt(5).startsWith("L ")) << meter->textAt(5).toStdString();
     EXPECT_TRUE(meter->textAt(5).endsWith("over (click to clear)")) << meter->textAt(5).toStdString();
-    const QColor mark = meter->grab().toImage().pixelColor(5, 5);
-    EXPECT_EQ(mark, Theme::current().over);
     QTest::mouseClick(meter, Qt::LeftButton);
-    EXPECT_FALSE(player.meter().outputs()[0].level.isOver);
     EXPECT_FALSE(meter->textAt(5).contains("over"));
 }
 
@@ -231,9 +227,8 @@ TEST_F(PlayerViewTest, ZoomedInAClickHitsTheFrameUnderIt) {
     const int64_t frame = wave.frameAt(wave.width() / 2.0);
     QTest::mouseClick(&wave, Qt::LeftButton, {}, {wave.width() / 2, 20});
     EXPECT_EQ(player.transport().cueFrame(), frame);
-    const double before = wave.visibleRange().first;
-    turn(-2, Qt::NoModifier);
-    EXPECT_GT(wave.visibleRange().first, before);
+    turn(-10, Qt::NoModifier);
+    EXPECT_NEAR(wave.visibleRange().frameAt(0.25), 12000 + VisibleRange::minLength, 1) << "ten notches are a page";
     QTest::keyClick(&wave, Qt::Key_0);
     EXPECT_TRUE(wave.visibleRange().isAll());
     QTest::keyClick(&wave, Qt::Key_Plus);

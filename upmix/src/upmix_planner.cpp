@@ -1,7 +1,9 @@
-// UpmixPlanner: compares two speaker lists.
+// UpmixPlanner: compares two speaker lists, and chooses between the two planners.
 #include "upmix/upmix_planner.h"
 
 #include <algorithm>
+
+#include "plan_parts.h"
 
 namespace brindlehum::UpmixPlanner {
 namespace {
@@ -31,6 +33,11 @@ std::vector<int> fills(const SpeakerList& source, const SpeakerList& target) {
         indices.push_back(int(i));
     }
     return indices;
+}
+
+UpmixPlan plan(const UpmixRequest& request, const UpmixTransform& transform) {
+    const bool stereo = request.source == SpeakerList{SpeakerID::L, SpeakerID::R};
+    return stereo ? stereoPlan(request, transform) : layoutPlan(request, transform);
 }
 
 }  // namespace brindlehum::UpmixPlanner

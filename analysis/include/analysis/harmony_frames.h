@@ -7,11 +7,10 @@
 #include <vector>
 
 #include "dsp/signal.h"
-#include "dsp/signal_spectrum.h"
 
 namespace brindlehum {
 
-// One row per frame of 4096 samples, 1024 apart, at Signal::analysisRate.
+// One row per frame of 4096 samples, 1024 apart, at Signal::analysisRate: every second one is of SpectralFrames.
 struct HarmonyFrames {
     static constexpr int frameSize = 4096;
     static constexpr int hop = 1024;
@@ -21,26 +20,11 @@ struct HarmonyFrames {
     std::vector<float> lowEnergy;  // from 30 to 150 Hz, unscaled
     double meanPower = 0;          // of one bin, over all frames and bins
 
+    HarmonyFrames() = default;
+    explicit HarmonyFrames(std::span<const float> mono22k);
+
     // The fractional index of the row that is centred at `t` seconds.
     static double indexAt(double t) { return (t * Signal::analysisRate - frameSize / 2.0) / hop; }
-};
-
-// Makes HarmonyFrames of a signal that comes in pieces of any length. One thread at a time.
-class HarmonyReader {
-public:
-    HarmonyReader();
-    // The next samples: mono at Signal::analysisRate, all usable.
-    void push(std::span<const float> samples);
-    // The frames of all that was pushed; the reader is empty afterwards.
-    HarmonyFrames finish();
-
-private:
-    void addFrame(const float* samples);
-
-    HannSpectrum spectrum_;
-    std::vector<float> magnitudes_, roots_, pending_;
-    HarmonyFrames out_;
-    double power_ = 0;  // summed over frames and bins
 };
 
 }  // namespace brindlehum

@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "analysis/pitch_sums.h"
 #include "dsp/signal.h"
 
 namespace brindlehum {
@@ -27,7 +28,8 @@ struct SpectralFrames {
 
     std::vector<Chroma> chroma;
     std::vector<Bands> bands;
-    std::vector<float> rms;  // of the unwindowed samples
+    std::vector<float> rms;          // of the unwindowed samples
+    std::vector<PitchSums> pitches;  // per PitchSums::frames frames
 
     // The middle of a frame, in seconds.
     static double centre(int64_t frame) { return double(frame * hop + hop) / Signal::analysisRate; }

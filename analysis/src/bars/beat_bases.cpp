@@ -4,7 +4,6 @@
 #include <array>
 #include <cmath>
 
-#include "analysis/grid_builder.h"
 #include "bars/beat_path.h"
 #include "bars/lattice_fit.h"
 

@@ -29,6 +29,7 @@ private:
     Problem load(const ControlParams& params);
     Problem seek(const ControlParams& params);
     Problem setVolume(const ControlParams& params);
+    Problem setUpmix(const ControlParams& params);
 
     PlayerModel& player_;
     SettingsStore& settings_;

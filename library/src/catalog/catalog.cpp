@@ -51,17 +51,18 @@ void prepareInTime(Database& database) {
     }
 }
 
-Database preparedDatabase(const std::filesystem::path& file) {
-    Database database(withFolders(file), Database::Access::readWrite, openingPatience / 2);
+Database preparedDatabase(const std::filesystem::path& file, LockWait wait) {
+    Database database(withFolders(file), Database::Access::readWrite, openingPatience / 2, std::move(wait));
     prepareInTime(database);
     database.setPatience(writingPatience);
+    database.ignoreStop();
     return database;
 }
 
 }  // namespace
 
-Catalog::Parts::Parts(const std::filesystem::path& file)
-    : writer(preparedDatabase(file)),
+Catalog::Parts::Parts(const std::filesystem::path& file, LockWait wait)
+    : writer(preparedDatabase(file, std::move(wait))),
       insertFile(writer,
                  "INSERT INTO files (path, root, size, mtime, duration, sr, channels, bits, codec, meta, category, "
                  "library, rating, indexed) VALUES (?,?,?,?,?,?,?,?,?,?,?,?,?,?) ON CONFLICT(path) DO UPDATE SET "
@@ -82,7 +83,8 @@ Catalog::Parts::Parts(const std::filesystem::path& file)
                 "(excluded.value, excluded.embedded) <> (value, embedded))"),
       readers(file) {}
 
-Catalog::Catalog(const std::filesystem::path& file) : parts_(std::make_unique<Parts>(file)) {}
+Catalog::Catalog(const std::filesystem::path& file, LockWait wait)
+    : parts_(std::make_unique<Parts>(file, std::move(wait))) {}
 
 Catalog::~Catalog() = default;
 

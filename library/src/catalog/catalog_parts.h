@@ -16,7 +16,7 @@ namespace brindlehum {
 void prepareCatalog(Database& database);
 
 struct Catalog::Parts {
-    explicit Parts(const std::filesystem::path& file);
+    Parts(const std::filesystem::path& file, LockWait wait);
 
     Database writer;  // under the catalog's lock
     Statement insertFile, deleteText, insertText, findStamp, findEdits, mergeEdit;

@@ -2,6 +2,7 @@
 #include "catalog/database.h"
 
 #include <thread>
+#include <utility>
 
 #include "base/error.h"
 
@@ -15,27 +16,34 @@ namespace {
 
 }  // namespace
 
-Database::Database(const std::filesystem::path& file, Access access, std::chrono::milliseconds patience) {
+Database::Database(const std::filesystem::path& file, Access access, std::chrono::milliseconds patience, LockWait wait)
+    : waiting_(std::make_unique<Waiting>(Waiting{patience, std::move(wait), {}, false})) {
     sqlite3* handle = nullptr;
     const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_FULLMUTEX;
     const int result = sqlite3_open_v2(file.c_str(), &handle, flags, nullptr);
     handle_.reset(handle);  // must be closed even if opening failed
     if (result != SQLITE_OK) { cannotOpen(); }
-    setPatience(patience);
+    sqlite3_busy_handler(handle, goOnWaiting, waiting_.get());
     if (access == Access::queryOnly) { exec("PRAGMA query_only=1"); }
 }
 
 void Database::setPatience(std::chrono::milliseconds patience) {
-    waiting_ = std::make_unique<Waiting>(Waiting{patience, {}});
-    sqlite3_busy_handler(handle_.get(), goOnWaiting, waiting_.get());
+    waiting_->patience = patience;
 }
 
 // SQLite's own handler waits longer each time, so it hardly gets a turn beside a program that writes again and again.
 int Database::goOnWaiting(void* context, int tries) {
+    constexpr std::chrono::seconds isLong(2);
     Waiting& waiting = *static_cast<Waiting*>(context);
     const auto now = std::chrono::steady_clock::now();
-    if (tries == 0) { waiting.since = now; }
-    if (now - waiting.since >= waiting.patience) { return 0; }
+    if (tries == 0) {
+        waiting.since = now;
+        waiting.told = false;
+    }
+    if (now - waiting.since >= waiting.patience || waiting.wait.stop.stop_requested()) { return 0; }
+    if (now - waiting.since >= isLong && !std::exchange(waiting.told, true) && waiting.wait.onLong) {
+        waiting.wait.onLong();
+    }
     std::this_thread::sleep_for(std::chrono::milliseconds(1));
     return 1;
 }
@@ -45,6 +53,7 @@ void Database::exec(const char* sql) {
     if (sqlite3_exec(handle_.get(), sql, nullptr, nullptr, &text) == SQLITE_OK) { return; }
     const std::string message = text != nullptr ? text : "SQL error";
     sqlite3_free(text);
+    if ((sqlite3_errcode(handle()) & 0xFF) == SQLITE_BUSY) { throw CatalogLocked(); }
     throw Error(ErrorKind::catalog, message);
 }
 

@@ -11,6 +11,8 @@
 #include <string>
 #include <string_view>
 
+#include "library/catalog/lock_wait.h"
+
 namespace brindlehum {
 
 // One thread at a time.
@@ -19,10 +21,11 @@ public:
     enum class Access { readWrite, queryOnly };
     // Creates the file if it doesn't exist. Throws Error (catalogUnopenable). Waits up to `patience` for other
     // connections' locks.
-    Database(const std::filesystem::path& file, Access access, std::chrono::milliseconds patience);
-    // Runs statements that return no rows. Throws Error (catalog) with SQLite's message.
+    Database(const std::filesystem::path& file, Access access, std::chrono::milliseconds patience, LockWait wait = {});
+    // Runs statements that return no rows. Throws CatalogLocked, or Error (catalog) with SQLite's message.
     void exec(const char* sql);
     void setPatience(std::chrono::milliseconds patience);
+    void ignoreStop() { waiting_->wait.stop = {}; }  // from now on
     sqlite3* handle() const { return handle_.get(); }
 
 private:
@@ -31,7 +34,9 @@ private:
     };
     struct Waiting {
         std::chrono::milliseconds patience;
+        LockWait wait;
         std::chrono::steady_clock::time_point since;  // when the first try met a lock
+        bool told = false;
     };
     static int goOnWaiting(void* waiting, int tries);
 

@@ -26,14 +26,19 @@ bool holds(const std::vector<std::string>& words, const std::vector<std::string>
     return std::search(words.begin(), words.end(), wanted.begin(), wanted.end(), fits) != words.end();
 }
 
-bool holdsAll(Tokenizer& tokenizer, std::string_view text, std::string_view lines) {
-    const std::vector<std::string> words = split(tokenizer, text);
+struct Wanted {
+    std::vector<std::string> words;
+    bool isPrefix = false;
+};
+
+std::vector<Wanted> wantedIn(Tokenizer& tokenizer, std::string_view lines) {
+    std::vector<Wanted> all;
     while (!lines.empty()) {
         const std::string_view line = lines.substr(0, lines.find('\n'));
         lines.remove_prefix(std::min(line.size() + 1, lines.size()));
-        if (!holds(words, split(tokenizer, line.substr(1)), line[0] == '*')) { return false; }
+        all.push_back({split(tokenizer, line.substr(1)), line[0] == '*'});
     }
-    return true;
+    return all;
 }
 
 std::string_view textOf(sqlite3_value* value) {
@@ -44,7 +49,19 @@ std::string_view textOf(sqlite3_value* value) {
 void call(sqlite3_context* context, int, sqlite3_value** values) {
     auto& tokenizer = *static_cast<Tokenizer*>(sqlite3_user_data(context));
     try {
-        sqlite3_result_int(context, holdsAll(tokenizer, textOf(values[0]), textOf(values[1])) ? 1 : 0);
+        // The query is the same for every row of a search, and SQLite keeps what was made of it.
+        const auto* query = static_cast<const std::vector<Wanted>*>(sqlite3_get_auxdata(context, 1));
+        std::unique_ptr<std::vector<Wanted>> made;
+        if (query == nullptr) {
+            made = std::make_unique<std::vector<Wanted>>(wantedIn(tokenizer, textOf(values[1])));
+            query = made.get();
+        }
+        const std::vector<std::string> words = split(tokenizer, textOf(values[0]));
+        const bool all =
+            std::ranges::all_of(*query, [&](const Wanted& one) { return holds(words, one.words, one.isPrefix); });
+        sqlite3_result_int(context, all ? 1 : 0);
+        const auto forget = [](void* owned) { delete static_cast<std::vector<Wanted>*>(owned); };
+        if (made) { sqlite3_set_auxdata(context, 1, made.release(), forget); }
     } catch (const std::bad_alloc&) { sqlite3_result_error_nomem(context); }
 }
 

@@ -1,32 +1,26 @@
 // LibraryModel: connects the parts of the library.
 #include "library/model/library_model.h"
 
+#include <QPointer>
+#include <utility>
+
 #include "library/model/places.h"
 
 namespace brindlehum {
+
 namespace {
-
-std::unique_ptr<Catalog> openCatalog(const std::filesystem::path& file, std::string& error) {
-    try {
-        return std::make_unique<Catalog>(file);
-    } catch (const std::exception& failure) {
-        error = failure.what();
-        return nullptr;
-    }
+constexpr const char* waitingText = "Waiting for another program that has locked the library catalog…";
 }
-
-}  // namespace
 
 LibraryModel::LibraryModel(SettingsStore& settings, MainLoop& loop, const std::filesystem::path& catalogFile)
     : loop_(loop),
-      catalog_(openCatalog(catalogFile, catalogError_)),
+      catalogFile_(catalogFile),
       editQueue_(loop, "Brindlehum.edits"),
       infoCache_(loop),
-      listing_(loop, catalog_.get()),
-      search_(settings, loop, catalog_.get(), realPaths_),
-      roots_(settings, loop, catalog_.get(), realPaths_, editQueue_),
-      edits_(settings, loop, catalog_.get(), realPaths_, editQueue_) {
-    if (!catalog_) { message_ = catalogError_ + ". Folders can still be browsed."; }
+      listing_(loop, nullptr),
+      search_(settings, loop, nullptr, realPaths_),
+      roots_(settings, loop, nullptr, realPaths_, editQueue_),
+      edits_(settings, loop, nullptr, realPaths_, editQueue_) {
     connect(&roots_, &LibraryRoots::catalogChanged, this, &LibraryModel::catalogChanged);
     connect(&edits_, &MetadataEdits::catalogChanged, this, &LibraryModel::catalogChanged);
     connect(&edits_, &MetadataEdits::renamed, &roots_, &LibraryRoots::rescanAll);
@@ -37,13 +31,61 @@ LibraryModel::LibraryModel(SettingsStore& settings, MainLoop& loop, const std::f
     });
     const auto& roots = settings.value().libraryRoots;
     listing_.open(roots.empty() ? musicFolder() : std::filesystem::path(roots.front()));
-    search_.refresh();
-    roots_.rescanAll();
+    openCatalog();
 }
 
 LibraryModel::~LibraryModel() {
     editQueue_.stop();
     editQueue_.drain();
+}
+
+// On the queue of edits, so that an edit made meanwhile waits for the catalog instead of going without.
+void LibraryModel::openCatalog() {
+    editQueue_.run([this](const Background::Task& task) { return tryToOpen(task.token()); },
+                   [this](const Opening& opening) { opened(opening); });
+}
+
+LibraryModel::Opening LibraryModel::tryToOpen(const std::stop_token& stop) {
+    const auto sayWaiting = [&loop = loop_, self = QPointer(this)] {
+        loop.post([self] {
+            if (self) { self->say(waitingText); }
+        });
+    };
+    try {
+        catalog_ = std::make_unique<Catalog>(catalogFile_, LockWait{sayWaiting, stop});
+        edits_.use(*catalog_);
+        return {};
+    } catch (const CatalogLocked& error) { return {error.what(), true}; } catch (const std::exception& error) {
+        return {error.what(), false};
+    }
+}
+
+void LibraryModel::opened(const Opening& opening) {
+    const std::string before = std::exchange(catalogError_, opening.error);
+    if (opening.locked) {
+        retry_ = loop_.after(retrySeconds, [this] { openCatalog(); });
+    }
+    if (opening.error == before && !before.empty()) { return; }
+    if (opening.locked) {
+        keepSaying("The library catalog can't be opened: " + opening.error +
+                   ". Brindlehum keeps trying; folders can still be browsed.");
+    } else if (!opening.error.empty()) {
+        keepSaying(opening.error + ". Folders can still be browsed.");
+    } else {
+        isOpen_ = true;
+        listing_.use(*catalog_);
+        search_.use(*catalog_);
+        roots_.use(*catalog_);
+        if (!before.empty() || message_ == waitingText) { say({}); }
+        catalogChanged();
+        roots_.rescanAll();
+    }
+    Q_EMIT catalogStateChanged();
+}
+
+void LibraryModel::keepSaying(const std::string& message) {
+    say(message);
+    messageEnds_ = TimerHandle();
 }
 
 void LibraryModel::say(const std::string& message) {

@@ -26,14 +26,14 @@ std::string countOf(size_t count) {
 
 struct Outcome {
     MetadataEdits::Failures failed;
-    size_t beside = 0;     // files that can't hold metadata, so that it's in the catalog
-    std::string unshared;  // why the team's log lacks the last of the edits that it lacks
+    size_t beside = 0;    // files that can't hold metadata, so that it's in the catalog
+    std::string missing;  // why the catalog or the team's log lacks an edit
 };
 
 std::string savedText(size_t count, const Outcome& outcome) {
     std::string text = "Saved metadata to " + countOf(count);
     if (outcome.beside > 0) { text += ", " + number(outcome.beside) + " of them in the catalog only"; }
-    return outcome.unshared.empty() ? text : text + ", but " + outcome.unshared;
+    return outcome.missing.empty() ? text : text + ", but " + outcome.missing;
 }
 
 std::string failureText(const MetadataEdits::Failures& failed) {
@@ -53,15 +53,15 @@ MetadataEdits::Moves movesOf(const UCSRenames& renames) {
 }
 
 // Moves the row to the file's new path, since only the row holds some of its metadata. A link has no row of its own.
-void moveRow(Catalog& catalog, const Catalog::Row& row, const std::filesystem::path& to,
+// False when the catalog can't be written.
+bool moveRow(Catalog& catalog, const Catalog::Row& row, const std::filesystem::path& to,
              const std::vector<std::string>& roots) {
     struct stat facts {};
-    if (::lstat(to.c_str(), &facts) != 0 || !S_ISREG(facts.st_mode)) { return; }
+    if (::lstat(to.c_str(), &facts) != 0 || !S_ISREG(facts.st_mode)) { return true; }
     try {
         MetadataSave::renamed(row, to, catalog, roots, ChangeLog::owner());
-    } catch (const std::exception&) {
-        // The next scan finds the new name.
-    }
+        return true;
+    } catch (const std::exception&) { return false; }
 }
 
 }  // namespace
@@ -73,8 +73,9 @@ MetadataEdits::MetadataEdits(const SettingsStore& settings, MainLoop& loop, Cata
 void MetadataEdits::save(const MetadataChanges& changes, const Paths& files,
                          const std::function<void(const Failures&)>& ended) {
     if (changes.isEmpty() || files.empty()) { return; }
-    const auto work = [this, changes, files, catalog = catalog_, &realPaths = realPaths_,
+    const auto work = [this, changes, files, &realPaths = realPaths_,
                        roots = settings_.value().libraryRoots](const Background::Task& task) {
+        Catalog* const catalog = catalog_;  // only now: it may have been opened meanwhile
         const auto realRoots = realPaths.of(roots);
         const std::string user = ChangeLog::owner();
         Outcome outcome;
@@ -86,7 +87,9 @@ void MetadataEdits::save(const MetadataChanges& changes, const Paths& files,
             try {
                 const auto saved = MetadataSave::save(files[i], changes, catalog, realRoots, user);
                 outcome.beside += saved.embedded ? 0 : 1;
-                if (saved.unshared) { outcome.unshared = *saved.unshared; }
+                for (const auto& lack : {saved.unshared, saved.unindexed}) {
+                    if (lack) { outcome.missing = *lack; }
+                }
             } catch (const std::exception& error) { outcome.failed.push_back({files[i], reasonOf(files[i], error)}); }
         }
         return outcome;
@@ -100,12 +103,12 @@ void MetadataEdits::save(const MetadataChanges& changes, const Paths& files,
 
 void MetadataEdits::renameToUCS(const Paths& files) {
     if (!catalog_) { return; }
-    carryOut([files, catalog = catalog_] { return movesOf(planUCSRenames(files, *catalog)); }, false);
+    carryOut([files, catalog = catalog_.load()] { return movesOf(planUCSRenames(files, *catalog)); }, false);
 }
 
 void MetadataEdits::previewUCS(const Paths& files, const std::function<void(const UCSRenames&)>& shown) {
     edits_.run(
-        [files, catalog = catalog_] {
+        [files, catalog = catalog_.load()] {
             if (catalog) { return planUCSRenames(files, *catalog); }
             UCSRenames none;
             for (const auto& file : files) { none.push_back({file, {}, UCSRename::Verdict::notInLibrary}); }
@@ -135,7 +138,7 @@ void MetadataEdits::carryOut(std::function<Moves()> plan, bool undoing) {
         size_t failed = 0;
     };
     edits_.run(
-        [plan = std::move(plan), catalog = catalog_, &realPaths = realPaths_,
+        [plan = std::move(plan), catalog = catalog_.load(), &realPaths = realPaths_,
          roots = settings_.value().libraryRoots](const Background::Task& task) {
             const auto realRoots = realPaths.of(roots);
             // What the team has logged so far goes along, and may decide the names.
@@ -149,7 +152,10 @@ void MetadataEdits::carryOut(std::function<Moves()> plan, bool undoing) {
                     ++result.failed;
                     continue;
                 }
-                if (row) { moveRow(*catalog, *row, move.to, realRoots); }
+                if (row && !moveRow(*catalog, *row, move.to, realRoots) && renameToFreeName(move.to, move.from)) {
+                    ++result.failed;
+                    continue;
+                }
                 result.done.push_back(move);
             }
             return result;
@@ -167,7 +173,7 @@ void MetadataEdits::carryOut(std::function<Moves()> plan, bool undoing) {
 void MetadataEdits::read(const Paths& files, const std::function<void(const std::vector<SoundMeta>&)>& done) {
     reads_.run(
         newestRead_,
-        [files, catalog = catalog_](const Background::Task& task) {
+        [files, catalog = catalog_.load()](const Background::Task& task) {
             std::vector<SoundMeta> metas;
             for (const auto& file : files) {
                 if (task.isStopped()) { break; }

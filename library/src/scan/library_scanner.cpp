@@ -63,8 +63,8 @@ public:
         }
         tellUnread(walk.unread);
         readChanged();
-        if (!options_.stop.stop_requested()) { removeVanished(); }
-        if (!options_.stop.stop_requested()) { catalog_.settle(); }
+        if (!options_.stop.stop_requested() && !isLocked_) { removeVanished(); }
+        if (!options_.stop.stop_requested() && !isLocked_) { catalog_.settle(); }
         return ended(options_.stop.stop_requested() ? Result::Outcome::cancelled : Result::Outcome::complete);
     }
 
@@ -150,6 +150,7 @@ private:
             });
             if (slice.empty()) { break; }
             write(slice);
+            if (isLocked_) { break; }
             progress_.done = before + int64_t(slice.size());
             report();
         }
@@ -170,6 +171,8 @@ private:
 
     void tellWriteFailure(const std::exception& error) {
         result_.writeFailed = true;
+        // Each further write would wait as long again.
+        isLocked_ = dynamic_cast<const CatalogLocked*>(&error) != nullptr;
         result_.message = std::string("The library catalog can't be written: ") + error.what();
     }
 
@@ -212,7 +215,8 @@ private:
         }
         progress_.phase = Progress::Phase::removing;
         report();
-        for (size_t first = 0; first < vanished.size() && !options_.stop.stop_requested(); first += removalsAtOnce) {
+        for (size_t first = 0; first < vanished.size() && !options_.stop.stop_requested() && !isLocked_;
+             first += removalsAtOnce) {
             const size_t end = std::min(first + removalsAtOnce, vanished.size());
             try {
                 catalog_.write([&] {
@@ -242,6 +246,7 @@ private:
     std::unordered_set<std::string> leftAlone_;
     std::unordered_set<std::string> unread_;
     std::vector<FoundFile> work_;
+    bool isLocked_ = false;  // another program doesn't let go of the catalog
     Progress progress_;
     Result result_;
 };

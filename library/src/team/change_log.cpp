@@ -2,13 +2,11 @@
 #include "library/team/change_log.h"
 
 #include <fcntl.h>
-#include <pwd.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <chrono>
 #include <cstring>
@@ -20,6 +18,7 @@
 #include "base/error.h"
 #include "base/path.h"
 #include "library/catalog/catalog_edits.h"
+#include "library/team/log_owner.h"
 #include "team/line_reader.h"
 
 namespace brindlehum::ChangeLog {
@@ -144,14 +143,8 @@ std::vector<Waiting> waitingIn(const CatalogEdits& edits, const std::string& roo
 }  // namespace
 
 std::string owner() {
-    std::array<char, 256> host{};
-    if (::gethostname(host.data(), host.size() - 1) != 0 || host[0] == '\0') { host = {"localhost"}; }
-    std::array<char, 4096> buffer{};
-    passwd entry{};
-    passwd* found = nullptr;
-    ::getpwuid_r(::getuid(), &entry, buffer.data(), buffer.size(), &found);
-    const std::string user = found != nullptr ? found->pw_name : std::to_string(::getuid());
-    return user + "@" + host.data();
+    static const std::string name = LogOwner::here().name();
+    return name;
 }
 
 std::filesystem::path logFile(const std::filesystem::path& root, const std::string& owner) {

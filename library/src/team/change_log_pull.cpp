@@ -13,6 +13,7 @@
 #include "library/catalog/catalog_edits.h"
 #include "library/meta/meta_io.h"
 #include "library/team/change_log.h"
+#include "library/team/log_owner.h"
 #include "scan/slice_reader.h"
 #include "team/line_reader.h"
 
@@ -216,7 +217,7 @@ int pull(const fs::path& root, Catalog& catalog, const std::string& self, const 
     for (const fs::path& log : logsIn(own.parent_path())) {
         if (stop.stop_requested()) { break; }
         const int changes = pullLog(rootPath, catalog, log, stop);
-        if (log != own) { applied += changes; }
+        if (!LogOwner::isOwn(log.stem().string(), own.stem().string())) { applied += changes; }
     }
     return applied;
 }

@@ -169,8 +169,9 @@ Saved save(const std::filesystem::path& file, const MetadataChanges& changes, Ca
                 .edit(changes, meta, written, now);
             if (!root.empty()) { saved.unshared = ChangeLog::send(root, *catalog, user, path); }
             return saved;
-        } catch (const std::exception&) {
-            if (!written) { throw; }  // the next scan corrects the row of a file that holds its words
+        } catch (const std::exception& error) {
+            if (!written) { throw; }
+            saved.unindexed = std::string("the library catalog can't be written: ") + error.what();
         }
     } else if (!written && root.empty()) {
         throw Error(file.filename().string() + ": without a catalog there is no place for its metadata");

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "core/mn_upmix.h"
 #include "upmix/upmix_planner.h"
 
 namespace brindlehum::MixBuilder {
@@ -67,7 +68,8 @@ MixConfig config(const SourceFormat& source, int channels, const OutputProfile& 
     const bool headphones = profile.kind == OutputProfile::Kind::headphones;
     const SpeakerList* list = source.asSpeakers();
 
-    if (upmix && upmix->enabled && list && int(list->size()) == channels) {
+    // The processor takes no wider source.
+    if (upmix && upmix->enabled && list && int(list->size()) == channels && channels <= mn_upmix_max_in) {
         // On headphones the upmix plays in a virtual 7.1.4 room.
         const SpeakerList& target = speakers(headphones ? LayoutID::l714 : profile.layout);
         if (UpmixPlanner::applies(*list, target)) {

@@ -115,6 +115,7 @@ void PlaybackEngine::teardown() {
     configuredKey_.reset();
     waiting_.reset();
     ctx_->forgetPrevious();
+    resetUpmix();
     ctx_->setBinauralStage(nullptr);
     stage_.reset();
 }
@@ -137,7 +138,31 @@ void PlaybackEngine::publish(const MixConfig& config) {
         }
         retire(stage_->setDirections(config.virtualDirections));
     }
-    replaceConfig(std::make_shared<RenderConfig>(config));
+    const std::shared_ptr<Upmixer> before = upmixer_;
+    replaceConfig(std::make_shared<RenderConfig>(config, upmixFor(config)));
+    if (before != upmixer_) { retire(before); }
+}
+
+// The processor with the plan of the configuration; null when it asks for none.
+mn_upmix* PlaybackEngine::upmixFor(const MixConfig& config) {
+    if (!config.upmix) {
+        upmixer_.reset();
+        return nullptr;
+    }
+    const int ins = int(config.upmix->source.size());
+    const int outs = int(config.upmix->target.size());
+    if (!upmixer_ || upmixer_->inChannels() != ins || upmixer_->outChannels() != outs ||
+        upmixer_->sampleRate() != sampleRate_) {
+        upmixer_ = Upmixer::make(ins, outs, sampleRate_);
+    }
+    if (!upmixer_) { return nullptr; }
+    retire(upmixer_->apply(*config.upmix));
+    return upmixer_->raw();
+}
+
+// While no render runs.
+void PlaybackEngine::resetUpmix() {
+    if (upmixer_) { mn_upmix_reset(upmixer_->raw()); }
 }
 
 void PlaybackEngine::replaceConfig(std::shared_ptr<RenderConfig> next) {
@@ -197,6 +222,7 @@ void PlaybackEngine::ensureRunning() {
     idle_.reset();
     if (!stream_ || stream_->isRunning()) { return; }
     ctx_->forgetPrevious();
+    resetUpmix();
     watch_->setRunning(true);
     try {
         stream_->start();
@@ -216,6 +242,7 @@ void PlaybackEngine::halt() {
     stream_->pause();
     watch_->setRunning(false);
     ctx_->forgetPrevious();
+    resetUpmix();
 }
 
 void PlaybackEngine::retire(std::shared_ptr<const void> object) {

@@ -16,11 +16,9 @@ OutputProfile stereoOnEars(OutputProfile headphones) {
 }
 
 MixConfig through(const OutputProfile& profile, const ListeningSnapshot& snapshot) {
-    // No upmix: this build has no processor to run it, so the matrix would read planes that nothing produces. The
-    // user's choice is stored all the same, for a build that has one.
     return MixBuilder::config(snapshot.source, snapshot.channels, profile, snapshot.deviceChannels,
                               snapshot.channels == 2 ? snapshot.listen : ListenMode::normal, snapshot.rotation,
-                              snapshot.monoToCenter, std::nullopt);
+                              snapshot.monoToCenter, snapshot.upmix);
 }
 
 }  // namespace

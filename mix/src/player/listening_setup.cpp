@@ -46,6 +46,7 @@ std::optional<ListeningSnapshot> ListeningSetup::snapshot() const {
                              listen_,
                              rotation_,
                              monoToCenter(),
+                             upmix_,
                              engine.binauralMissing()};
 }
 

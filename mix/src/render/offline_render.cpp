@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "base/error.h"
 #include "mix/render/hrtf_set.h"
 
 namespace brindlehum {
@@ -10,11 +11,22 @@ namespace {
 
 constexpr int fillFrames = 4096;  // the most that one fill of a reader writes
 
+std::unique_ptr<Upmixer> upmixerFor(const MixConfig& config, double sampleRate) {
+    if (!config.upmix) { return nullptr; }
+    auto upmixer = Upmixer::make(int(config.upmix->source.size()), int(config.upmix->target.size()), sampleRate);
+    if (!upmixer) { throw Error("Not enough memory for the upmix"); }
+    upmixer->apply(*config.upmix);
+    return upmixer;
+}
+
 }  // namespace
 
 OfflineRender::OfflineRender(const MixConfig& config, std::shared_ptr<StreamReader> reader, double sampleRate,
                              int deviceChannels, int blockFrames, double gain)
-    : config_(config), reader_(std::move(reader)), blockFrames_(blockFrames) {
+    : upmixer_(upmixerFor(config, sampleRate)),
+      config_(config, upmixer_ ? upmixer_->raw() : nullptr),
+      reader_(std::move(reader)),
+      blockFrames_(blockFrames) {
     samples_.resize(size_t(deviceChannels) * size_t(blockFrames));
     for (int c = 0; c < deviceChannels; ++c) { planes_.push_back(samples_.data() + ptrdiff_t(c) * blockFrames); }
 
@@ -29,6 +41,11 @@ OfflineRender::OfflineRender(const MixConfig& config, std::shared_ptr<StreamRead
     context_.setConfig(&config_.record);
     context_.setRing(reader_->ring());
     prime();
+    if (upmixer_) {
+        mn_upmix_reset(upmixer_->raw());
+        skipFrames_ = mn_upmix_latency(upmixer_->raw());
+        tailFrames_ += mn_upmix_tail(upmixer_->raw());
+    }
 }
 
 // The block that meets a new ring, configuration, gain or filter fades it in. Rendering the still empty ring absorbs
@@ -45,11 +62,17 @@ void OfflineRender::fillRing() {
 }
 
 int OfflineRender::next() {
+    while (skipFrames_ > 0) { skipFrames_ -= render(std::min(skipFrames_, blockFrames_)); }
+    return render(blockFrames_);
+}
+
+// Frames of the stream while there are any, then those of the tail.
+int OfflineRender::render(int limit) {
     fillRing();
-    int frames = std::min(blockFrames_, mn_ring_available(reader_->ring()));
+    int frames = std::min(limit, mn_ring_available(reader_->ring()));
     streamedFrames_ += frames;
     if (frames == 0) {
-        frames = std::min(blockFrames_, tailFrames_);
+        frames = std::min(limit, tailFrames_);
         tailFrames_ -= frames;
     }
     if (frames > 0) { context_.render(uint32_t(frames), {planes_.data(), int32_t(planes_.size()), uint32_t(frames)}); }

@@ -11,6 +11,15 @@
 namespace brindlehum {
 namespace {
 
+mn_upmix* upmixOf(const mn_mix_config* config) {
+    return config != nullptr ? config->upmix : nullptr;
+}
+
+bool hasEnded(const mn_ring* ring) {
+    // The mark of the end is looked at first: frames that were written before it are then seen.
+    return ring != nullptr && mn_ring_eof(ring) != 0 && mn_ring_available(ring) == 0;
+}
+
 bool isBinaural(const mn_mix_config* config) {
     return config != nullptr && config->to_binaural != 0;
 }
@@ -53,6 +62,9 @@ void RenderContext::forgetPrevious() noexcept {
     prevCfg_ = nullptr;
     prevStage_ = nullptr;
     tailLeft_ = 0;
+    mixer_.forget();
+    heard_.restart();
+    prepared_ = nullptr;
     if (auto* stage = static_cast<BinauralStage*>(mn_slot_load(stageSlot_))) { stage->reset(); }
 }
 
@@ -66,8 +78,10 @@ int32_t RenderContext::render(uint32_t frames, const DeviceBuffers& buffers) noe
     const auto n = int32_t(std::min({frames, buffers.frames, uint32_t(maxFrames)}));
     if (n < 1) { return 0; }
 
-    const auto* config = static_cast<const mn_mix_config*>(mn_slot_load(cfgSlot_));
     auto* ring = static_cast<mn_ring*>(mn_slot_load(ringSlot_));
+    const auto* const wanted = static_cast<const mn_mix_config*>(mn_slot_load(cfgSlot_));
+    const auto* const config = takenUp(ring, wanted);
+    if (ring != prevRing_) { heard_.restart(); }
     if (isBinaural(config) || isBinaural(prevCfg_) || tailLeft_ > 0) {
         for (float* lane : bus_) { clear(lane, n); }
     }
@@ -78,17 +92,44 @@ int32_t RenderContext::render(uint32_t frames, const DeviceBuffers& buffers) noe
     } else {
         changeBlock(ring, config, n);
     }
+    if (config != wanted) { prepare(wanted, n); }
+    storePosition(config);
     spatialise(config, n);
     prevRing_ = ring;
     prevCfg_ = config;
     applyGain(n);
     measure(n);
-    if (ring != nullptr && mn_ring_available(ring) == 0 && mn_ring_eof(ring) != 0) { mn_i64_store(finished_, 1); }
+    if (hasEnded(ring) && !mixer_.ringsOn(config)) { mn_i64_store(finished_, 1); }
     return 0;
 }
 
+// The configuration of this block. One that begins to upmix the running sound would be silent at first: the old one
+// goes on until the new one's upmix has heard two windows.
+const mn_mix_config* RenderContext::takenUp(mn_ring* ring, const mn_mix_config* config) noexcept {
+    const mn_upmix* const upmix = upmixOf(config);
+    const bool begins = upmix != nullptr && upmix != upmixOf(prevCfg_) && prevCfg_ != nullptr && ring == prevRing_;
+    if (!begins || ring == nullptr || hasEnded(ring)) {
+        prepared_ = nullptr;
+        return config;
+    }
+    if (prepared_ != upmix) {
+        prepared_ = upmix;
+        preparedFrames_ = 0;
+    }
+    if (preparedFrames_ < 2 * mn_upmix_latency(upmix)) { return prevCfg_; }
+    prepared_ = nullptr;
+    return config;
+}
+
+// Runs after the block was mixed, on the same source.
+void RenderContext::prepare(const mn_mix_config* config, int32_t n) noexcept {
+    mixer_.prepare({config, block_}, n);
+    preparedFrames_ += n;
+}
+
 void RenderContext::steadyBlock(mn_ring* ring, const mn_mix_config* config, int32_t n) noexcept {
-    mixer_.mix({config, read(ring, inA_.data(), n, true)}, n, destination());
+    block_ = read(ring, inA_.data(), n, true);
+    mixer_.mix({config, block_}, n, destination());
 }
 
 // Fades from the last block's ring and configuration to the new ones over exactly this block.
@@ -103,15 +144,24 @@ void RenderContext::changeBlock(mn_ring* ring, const mn_mix_config* config, int3
     mixer_.fade({prevCfg_, before}, {config, after}, n, destination());
 }
 
-// Frames that the ring can't deliver are silent, and the position stays at the last known one.
-ConfigMixer::Input RenderContext::read(mn_ring* ring, float* const* planes, int32_t n, bool storePosition) noexcept {
+// Frames that the ring can't deliver are silent, and the position stays at the last known one. A ring that has ended
+// gives nothing.
+ConfigMixer::Input RenderContext::read(mn_ring* ring, float* const* planes, int32_t n, bool isHeard) noexcept {
     if (ring == nullptr || mn_ring_channels(ring) > maxSourceChannels) { return {}; }
+    const bool ended = hasEnded(ring);
     const int32_t channels = mn_ring_channels(ring);
-    double last = 0;
-    const int32_t got = mn_ring_read(ring, planes, n, &last);
+    const int32_t got = mn_ring_read(ring, planes, n, &lastRead_);
     for (int32_t c = 0; got < n && c < channels; ++c) { clear(planes[c] + got, n - got); }
-    if (storePosition && got > 0) { mn_f64_store(position_, last); }
-    return {planes, channels};
+    if (isHeard && (got > 0 || heard_.hasStarted())) { heard_.add(n, lastRead_); }
+    return ended ? ConfigMixer::Input{} : ConfigMixer::Input{planes, channels};
+}
+
+// An upmix plays what was read its latency ago.
+void RenderContext::storePosition(const mn_mix_config* config) noexcept {
+    const mn_upmix* const upmix = upmixOf(config);
+    if (const auto position = heard_.at(upmix != nullptr ? mn_upmix_latency(upmix) : 0)) {
+        mn_f64_store(position_, *position);
+    }
 }
 
 ConfigMixer::Destination RenderContext::destination() const noexcept {

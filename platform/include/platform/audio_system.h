@@ -35,6 +35,8 @@ public:
     virtual ~RenderTarget() = default;
     // Fills `buffers` with `frames` frames; always 0. Real-time safe.
     virtual int32_t render(uint32_t frames, const DeviceBuffers& buffers) noexcept = 0;
+    // Whether the last block held on to something that had been replaced before it began. Render thread.
+    virtual bool holdsReplaced() const noexcept { return false; }
 };
 
 // A prepared but not yet running stream on an open device. Main thread.

@@ -119,7 +119,7 @@ BrowserState::Snapshot BrowserView::snapshot() const {
     now.searchRunning = parts_.search.isRunning();
     now.listing = parts_.listing.isListing();
     now.indexing = !parts_.roots.indexing().empty();
-    now.hasCatalog = parts_.hasCatalog;
+    now.hasCatalog = parts_.search.hasCatalog();
     now.hasRoots = !parts_.settings.value().libraryRoots.empty();
     now.query = QString::fromStdString(parts_.search.query());
     now.category = QString::fromStdString(parts_.search.category().value_or(""));

@@ -14,7 +14,7 @@ namespace brindlehum {
 namespace {
 
 constexpr int rowsShown = 12;
-constexpr int margins = 24;  // logical pixels
+constexpr int frame = 4;  // logical pixels
 
 QString rowText(const UCS::Entry& entry) {
     return QString::fromStdString(entry.catID + " - " + entry.category + " / " + entry.subCategory);
@@ -29,7 +29,8 @@ UCSCompleter::UCSCompleter(QLineEdit& line, Fitting fitting)
     setMaxVisibleItems(rowsShown);
     setWidget(&line);
     popup()->setProperty("role", "completion");
-    popup()->setItemDelegate(new QStyledItemDelegate(popup()));  // the usual one takes no padding from a style sheet
+    popup()->setItemDelegate(new QStyledItemDelegate(popup()));     // the usual one takes no padding from a style sheet
+    popup()->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);  // it would take a row's height without being shown
     popup()->setAccessibleName("UCS entries");
     connect(&line, &QLineEdit::textEdited, this,
             [this](const QString& text) { text.trimmed().isEmpty() ? popup()->hide() : list(); });
@@ -46,7 +47,8 @@ void UCSCompleter::list() {
     }
     if (rows_->rowCount() == 0) { return popup()->hide(); }
     QRect below = line_.rect();
-    const int wanted = popup()->sizeHintForColumn(0) + popup()->verticalScrollBar()->sizeHint().width() + margins;
+    const int bar = rows_->rowCount() > rowsShown ? popup()->verticalScrollBar()->sizeHint().width() : 0;
+    const int wanted = popup()->sizeHintForColumn(0) + bar + frame;
     below.setWidth(std::min(std::max(below.width(), wanted), line_.screen()->availableSize().width()));
     complete(below);
 }

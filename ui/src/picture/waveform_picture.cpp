@@ -4,7 +4,6 @@
 #include <QFontDatabase>
 #include <QFontMetricsF>
 #include <QList>
-#include <QPolygonF>
 #include <algorithm>
 #include <cmath>
 #include <string_view>
@@ -18,7 +17,7 @@ constexpr double bandWidth = 4;
 constexpr double labelPoints = 9;
 constexpr double minSamplePixels = 2;  // device pixels, as are the next two
 constexpr double minDotPixels = 8;
-constexpr double dotRadius = 2.5;
+constexpr double dotSize = 5;
 constexpr size_t maxLanes = 16;  // of an overview
 constexpr size_t minBanded = 3;  // lanes; one or two can't be confused
 
@@ -38,7 +37,14 @@ bool covers(const WaveformData* data, double from, double to, int64_t total) {
     return data && from >= double(data->firstFrame) && std::min(to, double(total)) <= double(data->loadedEnd());
 }
 
-// Makes one rectangle a column from the lowest to the highest value; a flat line is one pixel high.
+// A flat line is one pixel high.
+QRect columnFrom(int column, double low, double high, const Place& place) {
+    const int top = int(std::floor(place.middle - high * place.scale));
+    const int bottom = int(std::ceil(place.middle - low * place.scale));
+    return {column, top, 1, std::max(bottom - top, 1)};
+}
+
+// Makes one rectangle a column from the lowest to the highest value.
 // Rectangles, because Qt takes a hundred times as long to fill a path of a thousand parts.
 QList<QRect> laneColumns(const Lanes& lanes, size_t lane, const Place& place) {
     QList<QRect> spans;
@@ -54,11 +60,9 @@ QList<QRect> laneColumns(const Lanes& lanes, size_t lane, const Place& place) {
         if (first >= last) { continue; }
         const auto& mins = data->mins[lane];
         const auto& maxs = data->maxs[lane];
-        const float low = *std::min_element(mins.begin() + first, mins.begin() + last);
-        const float high = *std::max_element(maxs.begin() + first, maxs.begin() + last);
-        const int top = int(std::floor(place.middle - reach(high) * place.scale));
-        const int bottom = int(std::ceil(place.middle - reach(low) * place.scale));
-        spans.append(QRect(column, top, 1, std::max(bottom - top, 1)));
+        const double low = reach(*std::min_element(mins.begin() + first, mins.begin() + last));
+        const double high = reach(*std::max_element(maxs.begin() + first, maxs.begin() + last));
+        spans.append(columnFrom(column, low, high, place));
     }
     return spans;
 }
@@ -70,28 +74,40 @@ bool showsSamples(const Lanes& lanes, int columns) {
            covers(lanes.detail, visible.first, visible.end(), visible.total);
 }
 
-// Joins the samples by lines; each sample stands in the middle of its frame's pixels.
-void paintSamples(QPainter& painter, const Lanes& lanes, size_t lane, const Place& place, const QColor& color) {
+// The line that joins the samples, of which each stands in the middle of its frame. `at` counts in frames.
+double lineAt(const std::vector<float>& samples, double at) {
+    const double place = std::clamp(at - 0.5, 0.0, double(samples.size() - 1));
+    const auto left = size_t(place);
+    const size_t right = std::min(left + 1, samples.size() - 1);
+    const double share = place - double(left);
+    return (1 - share) * reach(samples[left]) + share * reach(samples[right]);
+}
+
+// Draws the line in columns too, and a dot on each sample where there is room: Qt's own lines take a hundred times as
+// long.
+QList<QRect> laneSamples(const Lanes& lanes, size_t lane, const Place& place) {
+    QList<QRect> spans;
     const VisibleRange& visible = lanes.visible;
-    const WaveformData& data = *lanes.detail;
-    if (lane >= data.mins.size()) { return; }
-    const double perFrame = place.columns / visible.length;
-    QPolygonF line;
-    // One more on either side, so that the line leaves the picture.
-    const auto [first, last] = bucketsUnder(visible.first - 1, visible.end() + 1, data);
-    for (int i = first; i < last; ++i) {
-        const double frame = double(data.firstFrame + i) + 0.5;
-        line.append(
-            {(frame - visible.first) * perFrame, place.middle - reach(data.mins[lane][size_t(i)]) * place.scale});
+    if (lane >= lanes.detail->mins.size() || lanes.detail->mins[lane].empty()) { return spans; }
+    const std::vector<float>& samples = lanes.detail->mins[lane];
+    const double first = visible.first - double(lanes.detail->firstFrame);
+    const double perColumn = visible.length / place.columns;
+    for (int column = 0; column < place.columns; ++column) {
+        // The line has a corner inside a column where a sample stands.
+        const double from = first + column * perColumn;
+        const double corner = std::clamp(std::floor(from + perColumn - 0.5) + 0.5, from, from + perColumn);
+        const auto [low, high] =
+            std::minmax({lineAt(samples, from), lineAt(samples, corner), lineAt(samples, from + perColumn)});
+        spans.append(columnFrom(column, low, high, place));
     }
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(color, 1.5));
-    painter.drawPolyline(line);
-    painter.setPen(Qt::NoPen);
-    if (perFrame >= minDotPixels) {
-        for (const QPointF& sample : line) { painter.drawEllipse(sample, dotRadius, dotRadius); }
+    if (1 / perColumn < minDotPixels) { return spans; }
+    for (auto frame = std::max(std::floor(first), 0.0);
+         frame < std::min(first + visible.length, double(samples.size())); ++frame) {
+        const QPointF sample((frame + 0.5 - first) / perColumn,
+                             place.middle - lineAt(samples, frame + 0.5) * place.scale);
+        spans.append(QRectF(sample.x() - dotSize / 2, sample.y() - dotSize / 2, dotSize, dotSize).toRect());
     }
-    painter.setRenderHint(QPainter::Antialiasing, false);
+    return spans;
 }
 
 QFont labelFont(double laneHeight) {
@@ -206,11 +222,7 @@ void paintLanes(QPainter& painter, const QSizeF& size, double dpr, const Lanes& 
         const double top = laneHeight * dpr * double(lane);
         if (lane > 0) { painter.fillRect(QRectF(0, std::round(top), columns, 1), colors.separator); }
         const Place place{columns, top + laneHeight * dpr / 2, gain * laneFill * laneHeight * dpr};
-        if (samples) {
-            paintSamples(painter, lanes, lane, place, colors.wave);
-        } else {
-            painter.drawRects(laneColumns(lanes, lane, place));
-        }
+        painter.drawRects(samples ? laneSamples(lanes, lane, place) : laneColumns(lanes, lane, place));
     }
     painter.restore();
     paintBands(painter, size, lanes.labels, colors, laneHeight);

@@ -100,9 +100,9 @@ void MainWindow::makeParts() {
     sidebar_->setMinimumWidth(sidebarMinWidth);
     inspectorSplit_ = makeSplitter(Qt::Horizontal);
     inspectorSplit_->addWidget(
-        browser_ = new BrowserView({library.listing(), library.search(), library.roots(), library.edits(),
-                                    library.infoCache(), model_.player().sound(), model_.player().transport(),
-                                    model_.settings(), library.catalog() != nullptr}));
+        browser_ =
+            new BrowserView({library.listing(), library.search(), library.roots(), library.edits(), library.infoCache(),
+                             model_.player().sound(), model_.player().transport(), model_.settings()}));
     inspectorSplit_->addWidget(inspector_ = new InspectorView(library.edits(), model_.settings()));
     inspectorSplit_->setStretchFactor(0, 1);
     playerSplit_ = new GripSplitter("Height of the player");
@@ -162,6 +162,7 @@ void MainWindow::connectParts() {
     browser_->actions().makeTempEdits = [this](const auto& files) { model_.makeTempEdits(files); };
     connect(&model_.library(), &LibraryModel::messageChanged, this,
             [this] { browser_->showMessage(QString::fromStdString(model_.library().message().value_or(""))); });
+    connect(&model_.library(), &LibraryModel::catalogStateChanged, this, &MainWindow::refreshBanners);
     connect(&model_.control(), &ControlServer::started, this, &MainWindow::refreshBanners);
     connect(&model_.player().listening(), &ListeningSetup::outputsChanged, this, &MainWindow::refreshBanners);
     connect(&model_.settings(), &SettingsStore::changed, this, &MainWindow::refreshBanners);
@@ -196,9 +197,10 @@ void MainWindow::restore() {
     const UIState state = UIState::load(model_.defaults());
     resize(fittingSize(*this, firstSize));
     restoreGeometry(state.geometry);
-    if (!sideSplit_->restoreState(state.sidebarSplit)) { sideSplit_->setSizes({sidebarWidth, width() - sidebarWidth}); }
+    const int side = std::clamp(width() / 6, sidebarMinWidth, sidebarWidth);
+    if (!sideSplit_->restoreState(state.sidebarSplit)) { sideSplit_->setSizes({side, width() - side}); }
     if (!inspectorSplit_->restoreState(state.inspectorSplit)) {
-        inspectorSplit_->setSizes({width() - sidebarWidth - InspectorView::idealWidth, InspectorView::idealWidth});
+        inspectorSplit_->setSizes({width() - side - InspectorView::idealWidth, InspectorView::idealWidth});
     }
     browser_->table().restoreColumns(state.columns);
     sidebar_->setFolded(state.folded);
@@ -250,7 +252,7 @@ void MainWindow::refreshBanners() {
             addFitBanner(banners);
             break;
     }
-    if (!model_.library().catalog()) {
+    if (!model_.library().catalogError().empty()) {
         banners.push_back(
             {"The library's catalog can't be opened, so search and shared metadata are off. Folders can still be "
              "browsed. (" +

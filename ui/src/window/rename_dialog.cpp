@@ -14,13 +14,14 @@
 #include "ui/look/path_text.h"
 #include "ui/look/plain_tool_tip.h"
 #include "ui/look/screen_fit.h"
+#include "ui/look/theme.h"
 
 namespace brindlehum {
 namespace {
 
 using Verdict = UCSRename::Verdict;
 
-constexpr QSize usualSize(760, 440);  // logical pixels
+constexpr QSize usualSize(920, 480);  // logical pixels
 enum Column { Now, Then, Note };
 
 QString noteOf(Verdict verdict) {
@@ -53,8 +54,10 @@ QString number(qint64 count) {
     return QLocale().toString(count);
 }
 
-QString question(qint64 count) {
-    if (count == 0) { return "None of these files can be renamed."; }
+QString question(qint64 count, qint64 kept) {
+    if (count == 0) {
+        return kept > 0 ? "None of these files can be renamed." : "All of these files have their UCS names.";
+    }
     return count == 1 ? QString("Rename 1 file to its UCS name?")
                       : QString("Rename %1 files to their UCS names?").arg(number(count));
 }
@@ -81,12 +84,13 @@ RenameDialog::RenameDialog(const UCSRenames& renames, bool unsaved, QWidget* par
     const auto count = [&](Verdict verdict) { return std::ranges::count(renames, verdict, &UCSRename::verdict); };
     const auto renamed = count(Verdict::renames);
     const auto named = count(Verdict::alreadyNamed);
+    const auto kept = std::ssize(renames) - renamed - named;
     setWindowTitle("Rename to UCS Names");
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(20, 18, 20, 16);
     column->setSpacing(10);
-    column->addWidget(line(question(renamed), "title"));
-    column->addWidget(line(others(named, std::ssize(renames) - renamed - named), "secondary"));
+    column->addWidget(line(question(renamed, kept), "title"));
+    column->addWidget(line(others(named, kept), "secondary"));
     column->addWidget(list_ = new QTreeWidget, 1);
     fill(renames);
     column->addWidget(line(unsaved ? "Metadata edits that aren't saved yet are not in these names." : "", "warning"));
@@ -97,10 +101,12 @@ RenameDialog::RenameDialog(const UCSRenames& renames, bool unsaved, QWidget* par
     auto* cancel = buttons->addButton("Cancel", QDialogButtonBox::RejectRole);
     rename->setProperty("role", "prominent");
     rename->setEnabled(renamed > 0);
-    (renamed > 0 ? rename : cancel)->setDefault(true);
+    QPushButton* usual = renamed > 0 ? rename : cancel;
+    usual->setDefault(true);
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     column->addWidget(buttons);
+    usual->setFocus();
     resize(fittingSize(*this, usualSize));
 }
 
@@ -121,7 +127,9 @@ void RenameDialog::fill(const UCSRenames& renames) {
         if (stays && rename.verdict != Verdict::alreadyNamed) {
             row->setIcon(Note, symbol("warning", SymbolRole::warning));
         }
-        row->setDisabled(stays);
+        for (const int column : {Now, Then, Note}) {
+            if (stays) { row->setForeground(column, Theme::current().secondary); }
+        }
         rows << row;
     }
     list_->addTopLevelItems(rows);

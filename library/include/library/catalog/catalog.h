@@ -19,6 +19,7 @@
 #include <vector>
 
 #include "audio/probe/audio_file_info.h"
+#include "library/catalog/lock_wait.h"
 #include "library/meta/sound_meta.h"
 
 namespace brindlehum {
@@ -62,8 +63,9 @@ public:
     };
 
     // Creates missing parent folders, opens the database and brings its schema up to date. Throws Error
-    // (catalogUnopenable, or catalog with SQLite's own message) or std::filesystem::filesystem_error.
-    explicit Catalog(const std::filesystem::path& file);
+    // (catalogUnopenable, or catalog with SQLite's own message; CatalogLocked after three seconds) or
+    // std::filesystem::filesystem_error. `wait` is for this and all later writes.
+    explicit Catalog(const std::filesystem::path& file, LockWait wait = {});
     ~Catalog();
     Catalog(const Catalog&) = delete;
     Catalog& operator=(const Catalog&) = delete;
@@ -93,6 +95,7 @@ public:
     std::optional<Stamp> stamp(const std::string& path);
     void storeLogOffset(const std::string& logfile, int64_t offset);
     // Runs `job` under the lock in one transaction. Commits when it returns; rolls back and rethrows when it throws.
+    // Throws CatalogLocked when another program hasn't let go of the database within half a minute.
     void write(const std::function<void()>& job);
 
     // Makes searches for one or two letters fast again after many writes, in transactions of a tenth of a second, until

@@ -18,6 +18,7 @@ class FolderListing : public QObject {
 public:
     // Without a catalog, the entries have no rows.
     FolderListing(MainLoop& loop, Catalog* catalog);
+    void use(Catalog& catalog) { catalog_ = &catalog; }  // for the next listings
 
     const std::optional<std::filesystem::path>& folder() const { return folder_; }
     // Folders first, then sounds, each sorted by name with numbers by value. Empty for a folder that can't be read.

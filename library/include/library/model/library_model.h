@@ -20,8 +20,9 @@
 
 namespace brindlehum {
 
-// Main thread. Only background threads touch disks and the catalog; nothing here waits, except that the constructor
-// opens the catalog. Without a catalog, the library shows folders only.
+// Main thread. Only background threads touch disks and the catalog; nothing here waits. The catalog is opened in the
+// background, too; until then, and without one, the library shows folders only. A catalog that another program has
+// locked is tried again every retrySeconds.
 class LibraryModel : public QObject {
     Q_OBJECT
 public:
@@ -39,20 +40,35 @@ public:
     static constexpr double readingSeconds = 20;
     // For the status line, until there was time to read it; messageChanged().
     const std::optional<std::string>& message() const { return message_; }
-    Catalog* catalog() { return catalog_.get(); }                      // null if it couldn't be opened
-    const std::string& catalogError() const { return catalogError_; }  // why there is no catalog
-    bool isBusy() const;                                               // some background work hasn't returned yet
+    static constexpr double retrySeconds = 5;
+    // Null until it is open; catalogStateChanged().
+    Catalog* catalog() { return isOpen_ ? catalog_.get() : nullptr; }
+    // Why it couldn't be opened, without its name; empty while it is being opened, and once it is.
+    const std::string& catalogError() const { return catalogError_; }
+    bool isBusy() const;  // some background work hasn't returned yet
 
 Q_SIGNALS:
     void messageChanged();
+    void catalogStateChanged();
 
 private:
+    struct Opening {
+        std::string error;  // empty: it is open
+        bool locked = false;
+    };
+    void openCatalog();
+    Opening tryToOpen(const std::stop_token& stop);  // on the queue of edits
+    void opened(const Opening& opening);
     void catalogChanged();
     void say(const std::string& message);
+    void keepSaying(const std::string& message);
 
     MainLoop& loop_;
+    const std::filesystem::path catalogFile_;
     std::string catalogError_;
-    std::unique_ptr<Catalog> catalog_;
+    std::unique_ptr<Catalog> catalog_;  // written by tryToOpen()
+    bool isOpen_ = false;
+    TimerHandle retry_;
     std::optional<std::string> message_;
     TimerHandle messageEnds_;
     RealPaths realPaths_;

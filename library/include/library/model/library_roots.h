@@ -31,6 +31,7 @@ public:
     LibraryRoots(SettingsStore& settings, MainLoop& loop, Catalog* catalog, RealPaths& realPaths, Background& edits);
     // Asks all scans to stop and waits for them.
     ~LibraryRoots() override;
+    void use(Catalog& catalog) { catalog_ = &catalog; }  // for the next scans and pulls
 
     const std::set<std::string>& indexing() const { return indexing_; }  // roots being scanned
     // The files done and found so far in a root that is being scanned; none for other roots.

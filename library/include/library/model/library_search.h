@@ -25,6 +25,8 @@ public:
     // The first refresh() starts search and facets. `catalog` and `realPaths` must outlive the search.
     LibrarySearch(const SettingsStore& settings, MainLoop& loop, Catalog* catalog, RealPaths& realPaths);
     ~LibrarySearch() override;
+    void use(Catalog& catalog) { catalog_ = &catalog; }  // before the next refresh()
+    bool hasCatalog() const { return catalog_ != nullptr; }
 
     // --- The query and the filters; filterChanged().
     const std::string& query() const { return query_; }

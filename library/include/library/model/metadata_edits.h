@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QObject>
+#include <atomic>
 #include <filesystem>
 #include <functional>
 #include <string>
@@ -31,6 +32,9 @@ public:
     // written. It, `catalog` and `realPaths` must outlive this object.
     MetadataEdits(const SettingsStore& settings, MainLoop& loop, Catalog* catalog, RealPaths& realPaths,
                   Background& edits);
+
+    // For all edits that haven't begun. Any thread.
+    void use(Catalog& catalog) { catalog_ = &catalog; }
 
     // A file that couldn't be written, and why.
     struct Failure {
@@ -67,7 +71,7 @@ private:
     void carryOut(std::function<Moves()> plan, bool undoing);
 
     const SettingsStore& settings_;
-    Catalog* catalog_;
+    std::atomic<Catalog*> catalog_;
     RealPaths& realPaths_;
     Background& edits_;
     Moves lastRenames_;

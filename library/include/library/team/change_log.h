@@ -38,7 +38,7 @@ struct Entry {
 // of 2000, here and in lines that are read, so that no edit wins for a century.
 EditTime now();
 
-// The user on this machine, as "user@host".
+// The user on this machine (LogOwner); the same for as long as the process runs.
 std::string owner();
 // The path of an owner's log; any "/" in the name becomes "-".
 std::filesystem::path logFile(const std::filesystem::path& root, const std::string& owner);
@@ -55,8 +55,9 @@ std::optional<std::string> send(const std::filesystem::path& root, Catalog& cata
                                 const std::string& path = {});
 
 // Sends what wasn't sent before, then merges the new entries of all logs into the catalog's edits, whether or not their
-// files are catalogued yet, and brings the rows up to date. Returns the number of others' entries that changed
-// something. An entry whose words are in the file makes us read the file, if it has changed; no file is written.
+// files are catalogued yet, and brings the rows up to date. Returns the number of entries that changed something in
+// logs that aren't `self`'s. An entry whose words are in the file makes us read the file, if it has changed; no file is
+// written.
 //
 // Of two edits of a field, the later one counts; at equal times, that of the log with the greater name. A log's name
 // says whose it is, not `user`. A copy or a second name of a log repeats its entries, which changes nothing. An entry

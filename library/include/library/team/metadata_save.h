@@ -26,6 +26,8 @@ std::string rootOf(const std::string& path, const std::vector<std::string>& root
 struct Saved {
     bool embedded = false;                // false: the file can't hold the record; the catalog and the log have it
     std::optional<std::string> unshared;  // why the team's log doesn't have the edit; never set outside all roots
+    // Why the catalog doesn't have it; only for a file that holds its words, which the next scan reads.
+    std::optional<std::string> unindexed = {};
 };
 
 // Throws Error or std::exception, and changes nothing, when the file doesn't exist, can't be written, or can't hold

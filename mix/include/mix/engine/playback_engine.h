@@ -17,6 +17,7 @@
 #include "mix/render/render_config.h"
 #include "mix/render/render_context.h"
 #include "platform/main_loop.h"
+#include "upmix/upmixer.h"
 
 namespace brindlehum {
 
@@ -87,6 +88,8 @@ private:
     void teardown();
     void systemChanged();
     void publish(const MixConfig& config);
+    mn_upmix* upmixFor(const MixConfig& config);
+    void resetUpmix();
     void replaceConfig(std::shared_ptr<RenderConfig> next);
     void stageLoaded(double sampleRate);
     void ensureRunning();
@@ -106,6 +109,7 @@ private:
     bool standsIn_ = false;                 // the default device is open in place of an absent one
     std::shared_ptr<StreamReader> current_;
     std::shared_ptr<RenderConfig> currentConfig_;
+    std::shared_ptr<Upmixer> upmixer_;      // of the published configuration; kept while one waits
     std::shared_ptr<BinauralStage> stage_;  // for the open device's rate, as published
     std::optional<MixConfig> waiting_;      // binaural, until its stage has been loaded
     std::unique_ptr<BinauralLoader> loader_;

@@ -18,6 +18,7 @@ struct ListeningSnapshot {
     ListenMode listen = ListenMode::normal;  // for files of two channels
     Rotation rotation = {};                  // of a sound field
     bool monoToCenter = true;
+    UpmixSettings upmix = {};      // where it applies, `listen` doesn't
     bool binauralMissing = false;  // no HRTF set was found for the device's rate
 };
 

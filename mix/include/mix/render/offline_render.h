@@ -8,19 +8,22 @@
 #include "mix/render/binaural_stage.h"
 #include "mix/render/render_config.h"
 #include "mix/render/render_context.h"
+#include "upmix/upmixer.h"
 
 namespace brindlehum {
 
-// One pass over a stream, on one thread (any): the ring is filled before each block, so it never runs dry.
+// One pass over a stream, on one thread (any): the ring is filled before each block, so it never runs dry. Frame n of
+// the output belongs to frame n of the stream, also behind an upmix, whose hops begin with the stream.
 class OfflineRender {
 public:
     // `reader` delivers frames at `sampleRate` (Hz) and hasn't been started or filled; blocks have 1 to
-    // RenderContext::maxFrames frames; `gain` is linear. Throws Error when a binaural configuration finds no HRTF set.
+    // RenderContext::maxFrames frames; `gain` is linear. Throws Error when a binaural configuration finds no HRTF set,
+    // or an upmix no memory.
     OfflineRender(const MixConfig& config, std::shared_ptr<StreamReader> reader, double sampleRate, int deviceChannels,
                   int blockFrames, double gain);
 
     // Renders the next block into planes() and returns its frame count: fewer than a block where the stream ends, then
-    // the frames in which the binaural stage still sounds, then 0.
+    // the frames in which the upmix and the binaural stage still sound, then 0.
     int next();
     // Frames of the stream rendered so far.
     int64_t streamedFrames() const { return streamedFrames_; }
@@ -30,7 +33,9 @@ public:
 private:
     void prime();
     void fillRing();
+    int render(int limit);
 
+    std::unique_ptr<Upmixer> upmixer_;  // for a configuration with an upmix
     RenderConfig config_;
     std::shared_ptr<StreamReader> reader_;
     int blockFrames_;
@@ -38,7 +43,8 @@ private:
     RenderContext context_;
     std::vector<float> samples_;
     std::vector<float*> planes_;
-    int tailFrames_ = 0;  // still to be rendered
+    int skipFrames_ = 0;  // still to be rendered before the first one that counts
+    int tailFrames_ = 0;  // still to be rendered behind the stream
     int64_t streamedFrames_ = 0;
     bool streaming_ = true;
 };

@@ -1,7 +1,8 @@
 // RenderContext: the real-time half of playback, with all state and buffers of the device callback.
 //
 // The control side publishes a ring and a configuration through slots, each completed before its pointer is stored, and
-// keeps replaced ones alive (see keepFor). Any change is crossfaded over the one block that meets it.
+// keeps replaced ones alive (see keepFor). Any change is crossfaded over the one block that meets it; only a
+// configuration that begins to upmix the running sound first hears some of it, and takes over a few blocks later.
 #pragma once
 
 #include <array>
@@ -12,6 +13,7 @@
 #include "core/mn_ring.h"
 #include "dsp/aligned_array.h"
 #include "mix/render/config_mixer.h"
+#include "mix/render/heard_position.h"
 #include "platform/audio_system.h"
 
 namespace brindlehum {
@@ -21,7 +23,7 @@ class BinauralStage;
 class RenderContext : public RenderTarget {
 public:
     static constexpr int maxFrames = ConfigMixer::maxFrames;
-    static constexpr int maxSourceChannels = 64;
+    static constexpr int maxSourceChannels = ConfigMixer::maxChannels;
     static constexpr int maxVirtualSpeakers = 32;
     static constexpr int maxDeviceChannels = 256;
 
@@ -32,15 +34,17 @@ public:
 
     // Device's render thread: never allocates, locks, logs or throws. Frames beyond 4096 stay silent.
     int32_t render(uint32_t frames, const DeviceBuffers& buffers) noexcept override;
+    // While the next configuration's upmix hears the running sound.
+    bool holdsReplaced() const noexcept override { return prepared_ != nullptr; }
 
     // --- Cells shared by both threads.
     void setRing(mn_ring* ring) noexcept { mn_slot_store(ringSlot_, ring); }  // control
     void setConfig(const mn_mix_config* config) noexcept {                    // control
         mn_slot_store(cfgSlot_, const_cast<mn_mix_config*>(config));          // render only reads it, as const
     }
-    double position() const noexcept { return mn_f64_load(position_); }  // source position of the last frame read
+    double position() const noexcept { return mn_f64_load(position_); }  // source position of the frame that is heard
     void setPosition(double frame) noexcept { mn_f64_store(position_, frame); }  // control
-    bool finished() const noexcept { return mn_i64_load(finished_) != 0; }       // playback has reached the end
+    bool finished() const noexcept { return mn_i64_load(finished_) != 0; }       // the last frame has been heard
     void clearFinished() noexcept { mn_i64_store(finished_, 0); }                // control
     void setGain(double linear) noexcept { mn_f64_store(gain_, linear); }        // control
     double gain() const noexcept { return mn_f64_load(gain_); }
@@ -62,9 +66,12 @@ private:
         int32_t right = 0;
     };
 
+    const mn_mix_config* takenUp(mn_ring* ring, const mn_mix_config* config) noexcept;
+    void prepare(const mn_mix_config* config, int32_t n) noexcept;
     void steadyBlock(mn_ring* ring, const mn_mix_config* config, int32_t n) noexcept;
     void changeBlock(mn_ring* ring, const mn_mix_config* config, int32_t n) noexcept;
-    ConfigMixer::Input read(mn_ring* ring, float* const* planes, int32_t n, bool storePosition) noexcept;
+    ConfigMixer::Input read(mn_ring* ring, float* const* planes, int32_t n, bool isHeard) noexcept;
+    void storePosition(const mn_mix_config* config) noexcept;
     ConfigMixer::Destination destination() const noexcept;
     void spatialise(const mn_mix_config* config, int32_t n) noexcept;
     void applyGain(int32_t n) noexcept;
@@ -81,7 +88,12 @@ private:
 
     // All members below belong to the render thread.
     ConfigMixer mixer_;
-    float lastGain_ = 1;  // at the end of the last block
+    ConfigMixer::Input block_;  // of this block, while it has one
+    HeardPosition heard_;
+    double lastRead_ = 0;                 // source position of the last frame read
+    const mn_upmix* prepared_ = nullptr;  // the upmix that is to take over, and
+    int32_t preparedFrames_ = 0;          // how much of the running sound it has heard
+    float lastGain_ = 1;                  // at the end of the last block
     mn_ring* prevRing_ = nullptr;
     const mn_mix_config* prevCfg_ = nullptr;
     BinauralStage* prevStage_ = nullptr;

@@ -19,13 +19,13 @@ public:
     // The device's render thread.
     int32_t render(uint32_t frames, const DeviceBuffers& buffers) noexcept override {
         const int32_t status = target_.render(frames, buffers);
-        blocks_.fetch_add(1, std::memory_order_release);
+        if (!target_.holdsReplaced()) { blocks_.fetch_add(1, std::memory_order_release); }
         return status;
     }
 
     // Sets whether the device may call. Control side.
     void setRunning(bool running) noexcept { running_ = running; }
-    // Blocks rendered so far. Any thread.
+    // Blocks rendered so far that held on to nothing replaced before. Any thread.
     uint64_t blocks() const noexcept { return blocks_.load(std::memory_order_acquire); }
     // Whether a block may still read an object that was unpublished when blocks() was `mark`. The current block may
     // have loaded it, and the next one fades it out, so two blocks must have ended. Control side.

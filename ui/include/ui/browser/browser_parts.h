@@ -22,7 +22,6 @@ struct BrowserParts {
     LoadedSound& sound;
     Transport& transport;
     SettingsStore& settings;
-    bool hasCatalog = true;  // else there is nothing to search
 };
 
 }  // namespace brindlehum
