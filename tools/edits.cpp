@@ -152,9 +152,8 @@ bool plan(Words words) {
         const std::string base = std::filesystem::path(file).stem().string();
         Json plans = Json::array();
         for (const EditPlan& one : planned.plans) {
-            const double frames = double(TempEditRenderer::length(one, planned.audio.sampleRate));
-            plans.push_back(
-                toJson(one, TempEditExporter::fileOf(folder, base, one), frames / planned.audio.sampleRate));
+            const double frames = double(TempEditRenderer::length(one, planned.sampleRate));
+            plans.push_back(toJson(one, TempEditExporter::fileOf(folder, base, one), frames / planned.sampleRate));
         }
         print({{"url", storedPath(file)}, {"folder", storedPath(folder)}, {"plans", plans}});
     });

@@ -53,8 +53,9 @@ AnalysisOutcome analyzeMusic(const AnalysisInput& input, const AnalysisProgress&
     if (!goOnTo(AnalysisStage::tempo)) { return cancelled(); }
     auto tempo =
         TempoAnalyzer::analyze(std::move(piece->envelopes), double(piece->mono22k.size()) / Signal::analysisRate);
-    // Digital silence has no onset at all.
-    if (!tempo || std::ranges::none_of(tempo->envFull, [](float onset) { return onset > 0; })) {
+    const auto onsets = [&] { return std::ranges::any_of(tempo->envFull, [](float onset) { return onset > 0; }); };
+    // A tempo set by hand needs something to sound, but no pulse.
+    if (!tempo || !(input.bpm ? onsets() : TempoAnalyzer::hasPulse(*tempo))) {
         return {Status::noPulse, {}, std::move(piece->mono22k)};
     }
     out.tempo = std::move(*tempo);

@@ -122,6 +122,7 @@ void to_json(Json& json, const StructureResult& structure) {
           {"musicStartBar", profile.musicStartBar},
           {"musicEndBar", profile.musicEndBar}}},
         {"pins", structure.pins},
+        {"fadeStart", orNull(structure.fadeStart)},
         {"similarity", rows(structure.similarity)},
         {"novelty", structure.novelty},
         {"loopCandidates", structure.loopCandidates},

@@ -29,7 +29,54 @@ bool atBoundary(const Piece& piece, const std::optional<double>& seconds, int bo
     return seconds && std::abs(*seconds - piece.bounds[size_t(boundary)]) < 0.5 * piece.barSeconds;
 }
 
+// How often the level rises by a tenth within a bar, from one sixteenth of it to the next.
+int risesIn(const Piece& piece, int bar) {
+    constexpr int slices = 16;
+    const double from = piece.bounds[size_t(bar)];
+    const double length = (piece.bounds[size_t(bar) + 1] - from) / slices;
+    int rises = 0;
+    double before = -1;
+    for (int i = 0; i < slices; ++i) {
+        const double start = from + i * length;
+        const double level = piece.mono.rms(int64_t(piece.sr * start), int64_t(piece.sr * (start + length)));
+        rises += int(before >= 0 && level > 1.1 * before);
+        before = level;
+    }
+    return rises;
+}
+
 }  // namespace
+
+std::optional<int> findFadeStart(const Piece& piece) {
+    const auto bars = int(piece.profile.rms.size());
+    // The loudest bar from each bar on, so that a soft bar between loud ones starts no fade.
+    std::vector<double> rest(size_t(bars) + 1, 0.0);
+    for (int bar = bars - 1; bar >= 0; --bar) { rest[size_t(bar)] = std::max(rest[size_t(bar) + 1], piece.level(bar)); }
+    const auto firstBelow = [&](double share) {
+        const auto below = [&](double level) { return level < share * piece.active(); };
+        return int(std::ranges::find_if(rest, below) - rest.begin());
+    };
+    const int start = firstBelow(0.8);
+    const int end = firstBelow(0.1);
+    if (start <= piece.start() || end - start < 4) { return std::nullopt; }
+    int falls = 0;
+    int rises = 0;
+    for (int bar = start; bar < end; ++bar) {
+        falls += int(rest[size_t(bar) + 1] < 0.98 * rest[size_t(bar)]);
+        rises += risesIn(piece, bar);
+    }
+    const bool deep = rest[size_t(end) - 1] < 0.35 * piece.active();
+    return deep && 10 * falls >= 6 * (end - start) && rises >= end - start ? std::optional(start) : std::nullopt;
+}
+
+void rateInFade(std::vector<LoopCandidate>& candidates, int fadeStart, const Piece& piece) {
+    for (LoopCandidate& c : candidates) {
+        if (c.boundary <= fadeStart) { continue; }
+        c.score *= std::clamp(piece.level(c.boundary - 1) / piece.active(), 0.0, 1.0);
+        c.reasons.emplace_back("in the fade-out");
+    }
+    std::ranges::stable_sort(candidates, std::ranges::greater{}, &LoopCandidate::score);
+}
 
 std::optional<double> silentHead(const Piece& piece) {
     if (piece.start() < 1) { return std::nullopt; }

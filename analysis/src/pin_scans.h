@@ -36,6 +36,11 @@ std::optional<double> silentHead(const Piece& piece);
 std::optional<int> findIntroEnd(const Piece& piece);
 // The boundary in the last 8 bars where the music turns to its end most clearly.
 std::optional<int> findEndingStart(const Piece& piece, int introEnd);
+// The boundary from which the level falls over 4 bars or more until the end, by 9 dB or more, while notes go on. The
+// ring of a last chord is no fade.
+std::optional<int> findFadeStart(const Piece& piece);
+// Rates candidates that lie in the fade-out by the level that is left there, and sorts again.
+void rateInFade(std::vector<LoopCandidate>& candidates, int fadeStart, const Piece& piece);
 // True when the last 5 bars fall steadily by more than 9 dB.
 bool fadesOut(const Piece& piece);
 // The boundary up to `endingStart` from which a jump back to `introEnd` sounds best.

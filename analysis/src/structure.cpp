@@ -68,18 +68,26 @@ StructureResult analyze(const SignalView& x, double sr, const MusicGrid& grid, c
         out.notes.push_back("Skipped " + fixed(*head, 1) + " s of silent head");
     }
     pins.introEnd = pins.loopStart = placeIntroEnd(piece, out.notes);
-    const auto hit = finalHitBar(x, sr, bounds, piece.profile, grid.beatsPerBar);
-    pins.endingStart = placeEndingStart(piece, pins.introEnd, hit, out.notes);
-    if (fadesOut(piece)) { out.notes.emplace_back("Source ends on a fade-out"); }
+    out.fadeStart = findFadeStart(piece);
+    if (out.fadeStart && (*out.fadeStart <= pins.introEnd || *out.fadeStart >= piece.end)) { out.fadeStart.reset(); }
+    const auto hit = out.fadeStart ? std::nullopt : finalHitBar(x, sr, bounds, piece.profile, grid.beatsPerBar);
+    // A fade is the ending: what is left of the music further on is softer than the body.
+    pins.endingStart = out.fadeStart ? *out.fadeStart : placeEndingStart(piece, pins.introEnd, hit, out.notes);
+    if (out.fadeStart || fadesOut(piece)) { out.notes.emplace_back("Source ends on a fade-out"); }
     pins.loopEnd = findLoopEnd(piece, pins.introEnd, pins.endingStart);
     pins.musicEnd = piece.end;
-    pins.finalHit = hit.value_or(std::max(piece.end - 1, pins.endingStart));
+    pins.finalHit = out.fadeStart ? pins.endingStart : hit.value_or(std::max(piece.end - 1, pins.endingStart));
 
     // Candidates rate the music as analysed, even if the whole file turns out to be a loop.
     out.loopCandidates = loopCandidates(x, sr, bounds, piece.profile, pins.introEnd);
     out.exitCandidates = exitCandidates(x, sr, bounds, piece.profile, grid.beatsPerBar);
+    if (out.fadeStart) {
+        rateInFade(out.loopCandidates, *out.fadeStart, piece);
+        rateInFade(out.exitCandidates, *out.fadeStart, piece);
+    }
     if (isLoopFile(piece, name, hit.has_value())) {
         pins = loopFilePins(int(bounds.size()) - 1);
+        out.fadeStart.reset();
         out.notes = {"Seamless loop file: no composed ending, so cutdowns end with a 1-bar fade"};
     }
     out.profile = std::move(piece.profile);

@@ -42,7 +42,6 @@ json evidenceOf(const std::filesystem::path& path) {
     const GridBuilder::PulseLevels levels(mono);
     const MusicGrid guess = GridBuilder::build(*tempo, levels, duration);
     out["guess"] = gridOf(guess);
-    const GridBuilder::PulseLevels levels(mono);
     const double start = cpu();
     const HarmonyFrames harmony(mono);
     const double middle = cpu();

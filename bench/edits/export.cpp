@@ -42,14 +42,16 @@ double sum(const std::vector<double>& values) {
 // Five minutes, stereo, all default plans. The goal: 200 times real time.
 void renderAndWrite(benchmark::State& state) {
     const RamFolder folder;
-    writeSource(folder.path / "piece.wav", bench::makePiece(300, rate, 2));
-    const auto planned = TempEdits::plan(folder.path / "piece.wav");
+    const fs::path source = folder.path / "piece.wav";
+    const bench::Planes piece = bench::makePiece(300, rate, 2);
+    writeSource(source, piece);
+    const auto planned = TempEdits::plan(source);
     const std::vector<std::string> header = {"piece"};
     const TempEditOptions options;
     const fs::path edits = folder.path / "piece Edits";
     TempEditExporter::Result done;
     const auto write = [&] {
-        TempEditExporter::write({edits, "piece", header, planned.plans, planned.audio.channels, rate, options}, done);
+        TempEditExporter::write({source, edits, "piece", header, planned.plans, piece, rate, options}, done);
     };
     double best = std::numeric_limits<double>::infinity();
     for (auto _ : state) {
@@ -59,7 +61,7 @@ void renderAndWrite(benchmark::State& state) {
     }
     const double rendering = bench::bestCpuSeconds(3, [&] {
         for (const auto& plan : planned.plans) {
-            benchmark::DoNotOptimize(TempEditRenderer::render(plan, planned.audio.channels, rate, options).data());
+            benchmark::DoNotOptimize(TempEditRenderer::render(plan, piece, rate, options).data());
         }
     });
     state.counters["files"] = double(done.files.size());

@@ -42,6 +42,36 @@ std::optional<EditPlan> backtimed(const LengthRequest& request, const PieceLines
     return std::nullopt;
 }
 
+// The head of a piece that fades out, faded at the wanted length: the end of such a piece, taken alone, is hardly
+// heard. Starts at the body where the intro would take more than half. None where the piece fades too early.
+std::optional<EditPlan> headAlone(const LengthRequest& request, const PieceLines& piece) {
+    const Pins& pins = piece.pins;
+    const bool longIntro = 2 * (piece.seconds(pins.introEnd) - pins.startTime) > request.seconds;
+    const int first = longIntro ? pins.introEnd : 0;
+    const int64_t start = longIntro ? piece.frame(first) : piece.startFrame;
+    int line = first + 1;
+    while (line < *piece.fadeStart && double(piece.frame(line) - start) < request.seconds * piece.rate) { ++line; }
+    if (double(piece.frame(line) - start) < request.seconds * piece.rate) { return std::nullopt; }
+    EditPlan plan;
+    plan.name = nameOf(request);
+    plan.kind = request.kind;
+    plan.spans = {{start, piece.frame(line)}};
+    plan.targetSec = request.seconds;
+    plan.cutAtSec = cutOf(request, plan, piece.rate);
+    if (!plan.cutAtSec) { plan.fadeOutFrames = piece.frame(line) - piece.frame(line - 1); }
+    plan.map = barText(piece.nearest(start) + 1) + "–" + std::to_string(line) +
+               " · faded out, as the source ends on a fade-out";
+    return plan;
+}
+
+// Without a path through the body.
+std::optional<EditPlan> inOnePiece(const LengthRequest& request, const PieceLines& piece) {
+    if (piece.fadeStart && request.kind == EditPlan::Kind::cutdown) {
+        if (auto plan = headAlone(request, piece)) { return plan; }
+    }
+    return backtimed(request, piece);
+}
+
 double bodyBarSec(const PieceLines& piece) {
     const Pins& pins = piece.pins;
     if (pins.endingStart <= pins.introEnd) { return piece.nominalBarSec; }
@@ -132,15 +162,15 @@ std::optional<EditPlan> cutdown(const LengthRequest& request, const PieceLines& 
     const double bodySec = request.seconds - introSec - endingSec - piece.tailSec();
     if (bodySec < 0) {
         if (pins.loopFile || piece.musicEnd() == 0) { return std::nullopt; }
-        return backtimed(request, piece);
+        return inOnePiece(request, piece);
     }
     const double fitting = std::floor(bodySec / barSec);
     const int most = fitting >= 0 ? int(std::min(fitting, double(PathSearch::maxEntries))) : 0;
     const auto path = bestPath(search, most, pins.loopFile);
-    if (!path) { return pins.loopFile ? std::nullopt : backtimed(request, piece); }
+    if (!path) { return pins.loopFile ? std::nullopt : inOnePiece(request, piece); }
     const double limit = barSec < introSec && pins.introEnd != 0 ? goodPathAfterIntro : goodPath;
     if (path->cost > limit && request.kind != EditPlan::Kind::extended && !pins.loopFile) {
-        return backtimed(request, piece);
+        return inOnePiece(request, piece);
     }
 
     SpanList played(piece, jumps);

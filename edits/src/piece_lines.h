@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -23,8 +24,9 @@ inline std::string barText(int number) {
 
 class PieceLines {
 public:
-    PieceLines(const MusicGrid& grid, const Pins& inForce, double sampleRate, int64_t frames)
+    PieceLines(const MusicGrid& grid, const Pins& inForce, std::optional<int> fade, double sampleRate, int64_t frames)
         : pins(inForce),
+          fadeStart(fade),
           rate(sampleRate),
           totalFrames(frames),
           startFrame(std::min(frames, int64_t(std::llround(sampleRate * inForce.startTime)))),
@@ -33,7 +35,8 @@ public:
           bounds_(grid.boundaries()) {}
 
     const Pins pins;
-    const double rate;  // Hz
+    const std::optional<int> fadeStart;  // the line from which the piece fades out
+    const double rate;                   // Hz
     const int64_t totalFrames;
     const int64_t startFrame;    // after the silent head
     const double nominalBarSec;  // by the tempo

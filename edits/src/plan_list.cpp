@@ -41,7 +41,8 @@ void addSections(std::vector<EditPlan>& out, const PieceLines& piece) {
     }
     addSection(out, "Ending", Kind::piece, {piece.frame(pins.endingStart), piece.totalFrames},
                "Ending " + barText(pins.endingStart + 1) + "–" +
-                   barText(std::max(pins.endingStart, pins.musicEnd - 1) + 1) + " + ring-out");
+                   barText(std::max(pins.endingStart, pins.musicEnd - 1) + 1) +
+                   (piece.fadeStart ? " · fades out" : " + ring-out"));
     if (pins.endingStart < pins.finalHit && pins.finalHit < piece.count() - 1) {
         addSection(out, "Sting", Kind::piece, {piece.frame(pins.finalHit), piece.totalFrames},
                    "Sting: final hit at " + barText(pins.finalHit + 1) + " + ring-out");
@@ -75,7 +76,7 @@ std::string label(double seconds) {
 
 std::vector<EditPlan> plans(const MusicGrid& grid, const StructureResult& structure, double sampleRate,
                             int64_t totalFrames, const TempEditOptions& options) {
-    const PieceLines piece(grid, structure.pins, sampleRate, totalFrames);
+    const PieceLines piece(grid, structure.pins, structure.fadeStart, sampleRate, totalFrames);
     const Pins& pins = piece.pins;
     std::vector<EditPlan> out;
     if (piece.count() < 3 || pins.introEnd > pins.endingStart) { return out; }

@@ -10,6 +10,7 @@
 #include "base/file_replacement.h"
 #include "base/path.h"
 #include "base/text.h"
+#include "base/time_text.h"
 #include "edits/temp_edit_renderer.h"
 #include "edits_record.h"
 
@@ -49,6 +50,16 @@ std::string sheetLine(const std::string& file, double seconds, double quality) {
     std::string line = file + "    (" + fixed(seconds, 2) + " s)";
     if (quality < seamless) { line += "  · splice match " + fixed(quality * 100, 0) + "%"; }
     return line;
+}
+
+// Where the parts of the edit lie in the source: "0:00.000–0:12.000 ↷ 0:24.000–0:36.000".
+std::string timesOf(const EditPlan& plan, double sampleRate) {
+    std::string out;
+    for (const auto& [start, end] : plan.spans) {
+        if (!out.empty()) { out += " ↷ "; }
+        out += timeText(double(start) / sampleRate) + "–" + timeText(double(end) / sampleRate);
+    }
+    return out;
 }
 
 // The sheet is UTF-8 with one entry per line, while file names may hold any bytes. There is always one line or more.
@@ -100,7 +111,7 @@ bool write(const Job& job, Result& done, const Progress& progress, const std::st
         done.files.push_back(job.folder / name);
         done.seconds.push_back(audio.empty() ? 0 : double(audio[0].size()) / job.sampleRate);
         lines.push_back(sheetLine(name, done.seconds.back(), plan.quality));
-        lines.push_back("    " + plan.map);
+        lines.push_back("    " + plan.map + "  (" + timesOf(plan, job.sampleRate) + ")");
     }
     if (stop.stop_requested()) { return false; }
     const std::string notes = record.nameFor(std::string(job.base) + " - Edit Notes.txt");

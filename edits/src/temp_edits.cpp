@@ -3,7 +3,9 @@
 
 #include <new>
 
+#include "analysis/read_planar.h"
 #include "audio/probe/audio_file_info.h"
+#include "audio/stream/sample_source.h"
 #include "base/error.h"
 #include "edits/temp_edit_planner.h"
 #include "one_file.h"
@@ -26,11 +28,10 @@ Planned planOrThrow(const std::filesystem::path& path, const TempEditOptions& op
     if (stop.stop_requested()) { return cancelled(); }
     const AudioFileInfo info = AudioFileInfo::load(path);
     Planned out;
-    out.audio = Signal::readPlanar(path);
-    const auto& channels = out.audio.channels;
-    const double rate = out.audio.sampleRate;
+    FileSamples samples(path);
+    out.sampleRate = samples.sampleRate();
+    out.frames = samples.frames();
     const std::string name = path.filename();
-    MemorySamples samples(channels, rate);
     auto analysed = analyzeMusic({samples, info.detected, name, std::nullopt, std::nullopt},
                                  [&stop](AnalysisStage) { return !stop.stop_requested(); });
     switch (analysed.status) {
@@ -45,7 +46,7 @@ Planned planOrThrow(const std::filesystem::path& path, const TempEditOptions& op
     }
     out.analysis = std::move(analysed.analysis);
     out.plans =
-        TempEditPlanner::plans(out.analysis->grid, out.analysis->structure, rate, int64_t(channels[0].size()), options);
+        TempEditPlanner::plans(out.analysis->grid, out.analysis->structure, out.sampleRate, out.frames, options);
     return out;
 }
 
@@ -57,6 +58,13 @@ auto guarded(Work work, Fail fail) {
     } catch (const std::bad_alloc&) { return fail("Not enough memory"); } catch (const std::exception& error) {
         return fail(error.what());
     }
+}
+
+// Throws Error unless the file still holds as many frames as when it was analysed.
+Signal::Planar readAll(const std::filesystem::path& path, int64_t frames) {
+    Signal::Planar audio = Signal::readPlanar(path);
+    if (int64_t(audio.channels[0].size()) != frames) { throw Error("The file changed while it was read"); }
+    return audio;
 }
 
 }  // namespace
@@ -74,7 +82,15 @@ Outcome makeOne(const Job& job, const TempEditOptions& options, const TempEditEx
     out.reason = std::move(planned.reason);
     out.result.folder = job.folder;
     if (out.status != Status::done) { return out; }
-    out.sampleRate = planned.audio.sampleRate;
+    out.sampleRate = planned.sampleRate;
+    // Only now, when there is something to cut, are all samples read.
+    const auto audio = guarded([&] { return readAll(job.url, planned.frames); },
+                               [&out](const char* reason) {
+                                   out.status = Status::unread;
+                                   out.reason = reason;
+                                   return Signal::Planar();
+                               });
+    if (out.status != Status::done) { return out; }
     out.plans = std::move(planned.plans);
     plansKnown(out.plans.size());
     const auto writeAll = [&] {
@@ -83,8 +99,8 @@ Outcome makeOne(const Job& job, const TempEditOptions& options, const TempEditEx
         const std::filesystem::path folder = TempEditExporter::folderFor(source, job.folder);
         const auto header =
             TempEditExporter::notesHeader(base, source, *planned.analysis, planned.analysis->structure.pins);
-        const TempEditExporter::Job all{source,         folder, base, header, out.plans, planned.audio.channels,
-                                        out.sampleRate, options};
+        const TempEditExporter::Job all{source,    folder,         base,           header,
+                                        out.plans, audio.channels, out.sampleRate, options};
         if (!TempEditExporter::write(all, out.result, progress, stop)) {
             out.status = Status::cancelled;
             out.reason = "Cancelled";

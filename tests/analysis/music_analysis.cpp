@@ -65,7 +65,7 @@ TEST(MusicAnalysis, CanBeCancelledBeforeEveryStageAndWhileItReads) {
 
 TEST(MusicAnalysis, RefusesASecondOrLess) {
     for (const auto& [frames, rate, status] : {std::tuple{size_t{22050}, 22050.0, Status::tooShort},
-                                               {22051, 22050.0, Status::done},
+                                               {22051, 22050.0, Status::noPulse},
                                                {0, 48000.0, Status::tooShort},
                                                {48000, 48000.7, Status::tooShort},
                                                {384000, 384000.0, Status::tooShort}}) {
@@ -105,12 +105,54 @@ TEST(MusicAnalysis, DigitalSilenceHasNoPulse) {
     EXPECT_EQ(analysed(channels).status, Status::noPulse);
 }
 
-// Silence but for a click every hour: no pulse, and more bars than any song has.
+// Bursts of noise at `times` that die away within `decay` seconds, over `seconds` in all.
+std::vector<float> bursts(const std::vector<double>& times, double decay, double seconds) {
+    std::vector<float> x(size_t(seconds * test::musicRate));
+    const std::vector<float> noise = test::noise(x.size(), 5);
+    for (size_t i = 0; i < x.size(); ++i) {
+        for (const double time : times) {
+            const double after = double(i) / test::musicRate - time;
+            if (after >= 0) { x[i] += 0.5F * noise[i] * float(std::exp(-after / decay)); }
+        }
+    }
+    return x;
+}
+
+// Hits, slams, syllables at times of no order, and rain have no tempo; a tempo set by hand is taken all the same.
+TEST(MusicAnalysis, OnlyWhatRepeatsHasAPulse) {
+    const auto clicks = [](double seconds) {
+        return test::clickTrack(test::beatTimes(0.05, seconds, [](double) { return 120.0; }), 4, 0, seconds);
+    };
+    const struct {
+        const char* what;
+        std::vector<float> x;
+        bool pulse;
+    } table[] = {
+        {"a hit", bursts({0.2}, 0.1, 2), false},
+        {"a door that slams and rattles", bursts({0.3, 0.36, 0.55, 0.62, 0.93, 1.04}, 0.05, 3), false},
+        {"two steps", bursts({0.2, 1.3}, 0.05, 3), false},
+        {"a word of three syllables", bursts({0.1, 0.31, 0.44}, 0.06, 1.1), false},
+        {"a sentence", bursts({0.1, 0.24, 0.5, 0.61, 0.78, 1.2, 1.37, 1.44, 1.8, 2.05, 2.3, 2.36}, 0.05, 3), false},
+        {"rain", test::noise(size_t(12 * test::musicRate), 9), false},
+        {"little more than a second of clicks", clicks(1.2), false},
+        {"four seconds of clicks", clicks(4), true},
+        {"ten seconds of music", test::clickPiece(10), true},
+    };
+    for (const auto& row : table) {
+        const Planes channels(1, row.x);
+        EXPECT_EQ(analysed(channels).status, row.pulse ? Status::done : Status::noPulse) << row.what;
+        MemorySamples samples(channels, test::musicRate);
+        EXPECT_EQ(analyzeMusic({samples, std::nullopt, "x.wav", 100.0, {}}).status, Status::done) << row.what;
+    }
+}
+
+// Silence but for a click every hour: no pulse, and with a tempo set by hand more bars than any song has.
 TEST(MusicAnalysis, SurvivesAClickEveryHour) {
     constexpr size_t hour = 3600 * 8000;
     Planes channels(1, std::vector<float>(hour + 80000, 0.0F));
     channels[0][8000] = channels[0][8000 + hour] = 1;
-    const auto got = analysed(channels, {}, 8000);
+    MemorySamples samples(channels, 8000);
+    const auto got = analyzeMusic({samples, std::nullopt, "x.wav", 120.0, std::nullopt});
     ASSERT_EQ(got.status, Status::done);
     const MusicAnalysis& a = *got.analysis;
     EXPECT_NEAR(a.seconds, 3610, 1e-9);

@@ -207,6 +207,32 @@ TEST(Pins, OfSongsWithSections) {
     EXPECT_FALSE(fade.pins.loopFile);
 }
 
+// A steady fade over the last 10 of 40 bars, straight in level; the music plays on under it.
+TEST(Pins, OfAPieceThatFadesOut) {
+    Song song = makeSong({intro, a, b, a, {8, 53, 0.11, 0.6, 0.11}}, false);
+    const auto length = int64_t(song.x.size());
+    const auto fade = int64_t(20 * test::musicRate);
+    for (int64_t i = length - fade; i < length; ++i) { song.x[size_t(i)] *= float(length - i) / float(fade); }
+    const auto got = analyzeSong(song);
+    ASSERT_TRUE(got.fadeStart);
+    EXPECT_NEAR(*got.fadeStart, 32.5, 0.6) << "under 0.8 of the body's level";
+    EXPECT_EQ(got.pins.endingStart, *got.fadeStart);
+    EXPECT_EQ(got.pins.finalHit, *got.fadeStart) << "nothing in the fade is a final hit";
+    EXPECT_LE(got.pins.loopEnd, *got.fadeStart);
+    EXPECT_THAT(got.notes, Contains("Source ends on a fade-out"));
+    for (const auto* list : {&got.loopCandidates, &got.exitCandidates}) {
+        EXPECT_LE((*list)[0].boundary, *got.fadeStart) << "rates the fade best";
+        for (const LoopCandidate& c : *list) { EXPECT_LT(c.boundary > *got.fadeStart + 5 ? c.score : 0, 0.5); }
+    }
+    // The ring of a last chord falls as slowly, but nothing is played any more.
+    Song ring = makeSong({intro, a, b}, false);
+    ring.x.resize(ring.x.size() + size_t(20 * test::musicRate));
+    ring.grid.duration = 68;
+    for (int i = 24; i < 34; ++i) { ring.grid.downbeats.push_back(2.0 * i); }
+    for (const double hz : {110.0, 165.0, 220.0}) { test::addTone(ring.x, 48, hz, 0.15, 5); }
+    EXPECT_FALSE(analyzeSong(ring).fadeStart);
+}
+
 TEST(Pins, OfPiecesTooShortForSections) {
     const Section bars{3, 48, 0.1, 0, 0.1};
     EXPECT_THAT(analyzeSong(makeSong({bars}, true)).notes,

@@ -91,9 +91,10 @@ TEST(TempEditExporter, SheetSaysHowEachFileWasCut) {
     EXPECT_EQ(job.done.notes, temp / "Rain – Theme - Edit Notes.txt");
     EXPECT_EQ(test::readBytes(job.done.notes),
               "Brindlehum temp edits: Rain\ntwo and more\n\n"
-              "Rain – Theme - Intro.wav    (0.42 s)\n    Intro b1–b4\n"
-              "Rain – Theme - 30s.wav    (1.38 s)  · splice match 87%\n    b1–2 ↷ b5–8 + ring\n"
-              "Rain – Theme - 1m00s.wav    (1.50 s)\n    Backtimed");
+              "Rain – Theme - Intro.wav    (0.42 s)\n    Intro b1–b4  (0:00.000–0:00.417)\n"
+              "Rain – Theme - 30s.wav    (1.38 s)  · splice match 87%\n    b1–2 ↷ b5–8 + ring"
+              "  (0:00.000–0:00.625 ↷ 0:01.250–0:02.000)\n"
+              "Rain – Theme - 1m00s.wav    (1.50 s)\n    Backtimed  (0:00.104–0:02.000)");
 }
 
 TEST(TempEditExporter, SheetHeadNamesSourceAnalysisAndPins) {
@@ -110,11 +111,14 @@ TEST(TempEditExporter, SheetHeadNamesSourceAnalysisAndPins) {
     analysis.structure.notes = {"first", "second"};
     EXPECT_THAT(
         TempEditExporter::notesHeader("Rain", "/music/Rain.wav", analysis, {0, 0, 1, 3, 3, 4, 4, false}),
-        ElementsAre("Brindlehum temp edits: Rain", "Source: /music/Rain.wav",
-                    "Analysis: 120.00 BPM 4/4 · steady · C · -14.0 LUFS · -1.0 dBTP",
-                    "Pins: Intro to b1 · Loop b2–b3 · Ending from b4 · music ends at b5", "Note: first", "Note: second",
-                    "Every edit is a bar-line splice with a 30 ms crossfade ending on the downbeat. Nothing is "
-                    "time-stretched."));
+        ElementsAre(
+            "Brindlehum temp edits: Rain", "Source: /music/Rain.wav",
+            "Analysis: 120.00 BPM 4/4 · steady · C · -14.0 LUFS · -1.0 dBTP",
+            "Pins: Intro to b1 (0:00.000) · Loop b2–b3 (0:02.000–0:06.000) · Ending from b4 (0:06.000) · music ends at "
+            "b5 (0:08.000)",
+            "Note: first", "Note: second",
+            "Every edit is a bar-line splice with a 30 ms crossfade ending on the downbeat. Nothing is "
+            "time-stretched."));
 }
 
 TEST(TempEditExporter, FolderIsBesideTheSourceOnlyWhereItCanBeWritten) {

@@ -102,6 +102,25 @@ TEST(TempEditPlanner, CutsAtTheExactLengthOnlyWhatIsLonger) {
     EXPECT_FALSE(piece.plan("34s").cutAtSec);
 }
 
+// The end of a fade alone would hardly be heard.
+TEST(TempEditPlanner, TakesTheHeadOfAPieceThatFadesOut) {
+    HandMade piece = song();
+    piece.alike([](int, int) { return 0.79; });
+    piece.structure.fadeStart = 18;
+    piece.structure.pins.endingStart = piece.structure.pins.finalHit = 18;
+    piece.options.targets = {15, 29.5, 45};
+    EXPECT_EQ(piece.plan("Ending").map, "Ending b19–b24 · fades out");
+    const EditPlan half = piece.plan("15s");
+    EXPECT_EQ(half.kind, Kind::cutdown);
+    EXPECT_EQ(half.spans, (Spans{{4 * bar, 12 * bar}})) << "the intro would take more than half";
+    EXPECT_EQ(half.map, "b5–12 · faded out, as the source ends on a fade-out");
+    EXPECT_EQ(half.cutAtSec, 15);
+    EXPECT_EQ(half.fadeOutFrames, 0) << "the cut fades by itself";
+    piece.options.exactLength = false;
+    EXPECT_EQ(piece.plan("15s").fadeOutFrames, bar);
+    EXPECT_EQ(piece.plan("45s").kind, Kind::backtimed) << "the piece fades before that";
+}
+
 TEST(TempEditPlanner, BacktimesLengthsWithoutAGoodPath) {
     HandMade piece = song();
     piece.alike([](int, int) { return 0.79; });

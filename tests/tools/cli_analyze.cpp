@@ -40,7 +40,7 @@ TEST(CliAnalyze, PrintsEveryFieldOfTheRecord) {
         "grooveStart steady } key{bands[] confidence mode moodTags[] spectralTags[] tonic } "
         "loudness{integrated momentaryMax note samplePeak shortTermMax truePeak } seconds status "
         "structure{exitCandidates" +
-            loop + " loopCandidates" + loop +
+            loop + " fadeStart loopCandidates" + loop +
             " notes[] novelty[] "
             "pins{endingStart finalHit introEnd loopEnd loopFile loopStart musicEnd startTime } "
             "profile{activeLevel musicEndBar musicStartBar rms[] } similarity[[]] } summary "

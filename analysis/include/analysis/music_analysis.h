@@ -56,7 +56,7 @@ struct AnalysisOutcome {
     enum class Status {
         done,
         tooShort,  // a second or less
-        noPulse,   // no tempo was found
+        noPulse,   // no tempo was found, nor set by hand
         cancelled
     };
     Status status = Status::done;
@@ -76,7 +76,7 @@ inline constexpr double lowestAnalysisRate = 2000;
 inline constexpr double longestAnalysis = 6 * 3600;
 
 // Runs all stages on the calling thread, which must be a background thread. No shared state. Memory doesn't grow with
-// the samples, but only with what the analysis keeps of them: some 130 MB up to 25 minutes, 350 MB for three hours.
+// the samples, but only with what the analysis keeps of them: some 200 MB up to 25 minutes, 480 MB for three hours.
 // Throws the source's Error, Error when there is no room on disk for the working signal of a longer piece, and Error
 // beyond the two limits above.
 AnalysisOutcome analyzeMusic(const AnalysisInput& input, const AnalysisProgress& progress = {});

@@ -44,6 +44,7 @@ private:
 struct StructureResult {
     BarProfile profile;
     Pins pins;
+    std::optional<int> fadeStart;  // the boundary from which the piece fades out while it plays on
     SimilarityMatrix similarity;
     std::vector<double> novelty;  // one per boundary, 0 to 1
     std::vector<LoopCandidate> loopCandidates;

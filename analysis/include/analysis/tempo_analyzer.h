@@ -12,6 +12,10 @@
 
 namespace brindlehum::TempoAnalyzer {
 
+// Whether a result shows a pulse at all: beats enough to speak of a period, and a score above what speech, noise and
+// single hits reach in the same time, which falls with the square root of the duration.
+bool hasPulse(const TempoResult& tempo);
+
 // The range of tempi in BPM that is searched unless a caller widens it.
 inline constexpr double slowest = 30;
 inline constexpr double fastest = 240;

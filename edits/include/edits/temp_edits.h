@@ -16,7 +16,6 @@
 #include <vector>
 
 #include "analysis/music_analysis.h"
-#include "analysis/read_planar.h"
 #include "edits/edit_plan.h"
 #include "edits/temp_edit_exporter.h"
 
@@ -31,12 +30,13 @@ enum class Status {
     cancelled
 };
 
-// One file with its audio, analysis and plans.
+// One file with its analysis and plans.
 struct Planned {
     Status status = Status::done;
     std::string reason;  // one line for the user, empty when done
     // The members below are set when done.
-    Signal::Planar audio;
+    double sampleRate = 0;  // Hz
+    int64_t frames = 0;
     std::optional<MusicAnalysis> analysis;
     std::vector<EditPlan> plans;
 };
