@@ -11,7 +11,8 @@ namespace brindlehum::cli {
 
 const std::string_view analysisHelp =
     "  bpm N              the tempo, 20 to 400\n"
-    "  meter N            the beats a bar, 1 to 16\n";
+    "  meter N            the beats a bar, 1 to 16\n"
+    "  downbeat SECONDS   a time at which a bar starts\n";
 
 namespace {
 
@@ -22,10 +23,12 @@ constexpr std::array<std::string_view, analysisStageCount> stageNames = {"mono",
 
 bool AnalysisWords::take(Words words, size_t& at) {
     const std::string& word = words[at];
-    if (word != "bpm" && word != "meter") { return false; }
+    if (word != "bpm" && word != "meter" && word != "downbeat") { return false; }
     if (++at == words.size()) { throw UsageError("no value after \"" + word + "\""); }
     if (word == "bpm") {
         bpm = numberAfter(word, words[at], 20, 400);
+    } else if (word == "downbeat") {
+        downbeat = numberAfter(word, words[at], 0, 86400);
     } else {
         beatsPerBar = wholeNumberAfter(word, words[at], 1, 16);
     }
@@ -39,7 +42,7 @@ AnalysedFile analyseFile(const std::string& file, const AnalysisWords& words) {
     AnalysedFile result{AudioFileInfo::load(file), {}};
     FileSamples samples(file);
     const std::string name = std::filesystem::path(file).filename().string();
-    const AnalysisInput input{samples, result.info.detected, name, words.bpm, words.beatsPerBar};
+    const AnalysisInput input{samples, result.info.detected, name, words.bpm, words.beatsPerBar, words.downbeat};
     result.outcome = analyzeMusic(input, [&](AnalysisStage stage) {
         const bool reading = stage == AnalysisStage::mono;
         progress.tell(label + std::string(reading ? "reading" : stageNames[size_t(stage)]));

@@ -14,9 +14,10 @@ namespace brindlehum::cli {
 struct AnalysisWords {
     std::optional<double> bpm;
     std::optional<int> beatsPerBar;
+    std::optional<double> downbeat;
 
-    // Reads `bpm N` or `meter N` at `at` and moves `at` to the value; returns false for any other word. Throws
-    // UsageError.
+    // Reads `bpm N`, `meter N` or `downbeat SECONDS` at `at` and moves `at` to the value; returns false for any other
+    // word. Throws UsageError.
     bool take(Words words, size_t& at);
 };
 extern const std::string_view analysisHelp;  // its words, one per line

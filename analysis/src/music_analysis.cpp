@@ -14,6 +14,14 @@
 #include "piece_reader.h"
 
 namespace brindlehum {
+namespace {
+
+std::string uncertainNote(const MusicGrid& grid) {
+    return "Bar lines uncertain (" + fixed(100 * grid.downbeatConfidence, 0) +
+           " % sure): set tempo, meter or a downbeat by hand if splices fall on the wrong beat";
+}
+
+}  // namespace
 
 namespace {
 
@@ -54,7 +62,8 @@ AnalysisOutcome analyzeMusic(const AnalysisInput& input, const AnalysisProgress&
 
     if (!goOnTo(AnalysisStage::grid)) { return cancelled(); }
     const MusicGrid guess = GridBuilder::build(out.tempo, piece->levels, out.seconds, input.bpm, input.beatsPerBar);
-    out.grid = BarLines::choose(guess, out.tempo, piece->levels, piece->harmony, {input.bpm, input.beatsPerBar});
+    out.grid = BarLines::choose(guess, out.tempo, piece->levels, piece->harmony,
+                                {input.bpm, input.beatsPerBar, input.downbeat});
     piece->levels = {};
     piece->harmony = {};
 
@@ -69,6 +78,7 @@ AnalysisOutcome analyzeMusic(const AnalysisInput& input, const AnalysisProgress&
     if (!goOnTo(AnalysisStage::structure)) { return cancelled(); }
     out.mono22k = std::move(piece->mono22k);
     out.structure = Structure::analyze(out.mono22k, Signal::analysisRate, out.grid, piece->spectrum, input.name);
+    if (out.grid.barLinesUncertain()) { out.structure.notes.push_back(uncertainNote(out.grid)); }
     return {Status::done, std::move(out), {}};
 }
 

@@ -63,7 +63,7 @@ TEST(BadInput, EveryStageStaysFinite) {
             expectFinite(tempo->beats, bad.what);
             for (const std::optional<double> bpm : {std::optional<double>(), {1.0}, {120.0}, {1e5}, {1e-9}}) {
                 const MusicGrid guess = GridBuilder::build(*tempo, bad.x, seconds, bpm);
-                const MusicGrid grid = BarLines::choose(guess, *tempo, levels, harmony, {bpm, {}});
+                const MusicGrid grid = BarLines::choose(guess, *tempo, levels, harmony, {bpm, {}, bpm});
                 expectFinite(grid.beats, bad.what);
                 expectFinite({grid.bpm, grid.downbeatConfidence, grid.grooveStart, grid.attackShift}, bad.what);
                 EXPECT_FALSE(grid.boundaries().empty()) << bad.what;

@@ -202,6 +202,19 @@ TEST(BarLines, FallOnTheBassWhereChordsAreLouder) {
             BarLines::choose(guess, *tempo, GridBuilder::PulseLevels(x), HarmonyFrames(x), {2 * bpm, 5});
         EXPECT_NEAR(given.bpm, 2 * bpm, 0.1);
         EXPECT_EQ(given.beatsPerBar, 5);
+        const double beat = 60 / bpm;
+        for (const double at : {bars[2] + beat, bars[2] + beat + 0.1 * beat, bars[2] + 0.4 * beat}) {
+            const MusicGrid moved =
+                BarLines::choose(guess, *tempo, GridBuilder::PulseLevels(x), HarmonyFrames(x), {bpm, beatsPerBar, at});
+            const auto off = [at](double t) { return std::abs(t - at); };
+            const double nearest = *std::ranges::min_element(moved.downbeats, {}, off);
+            // A beat that is near is meant, otherwise the time itself.
+            EXPECT_LT(off(nearest), at == bars[2] + 0.4 * beat ? 1e-9 : 0.11 * beat + 0.02) << bpm << " BPM, " << at;
+            EXPECT_NEAR(moved.bpm, bpm, 0.05);
+            EXPECT_EQ(moved.beatsPerBar, beatsPerBar);
+            EXPECT_EQ(moved.downbeatConfidence, 1);
+            EXPECT_TRUE(std::ranges::is_sorted(moved.beats));
+        }
     }
 }
 

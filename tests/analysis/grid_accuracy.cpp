@@ -3,6 +3,7 @@
 
 #include <random>
 
+#include "analysis/bar_lines.h"
 #include "analysis/grid_builder.h"
 #include "analysis/tempo_analyzer.h"
 #include "support/music.h"
@@ -71,6 +72,23 @@ TEST(GridAccuracy, StaysWithinTheLimitsOfTheComb) {
         EXPECT_GT(middle, row.middleFrom) << row.what;
         EXPECT_LT(middle, row.middleTo) << row.what;
         EXPECT_LT(tally.worst, row.worst) << row.what;
+    }
+}
+
+// The straight line through the onsets leaves the comb's slack behind, at both ends of the piece and above 160 BPM.
+TEST(GridAccuracy, WeighedGridsStayWithin5MsToTheEnd) {
+    for (const auto& [bpm, length] : {std::pair{71.3, 30.0}, {127.9, 30.0}, {189.4, 30.0}, {96.7, 600.0}}) {
+        const auto beats = test::beatTimes(0.23, length, [&](double) { return bpm; });
+        const auto x = test::clickTrack(beats, 4, 0, length);
+        const auto tempo = TempoAnalyzer::analyze(x, bpm);
+        ASSERT_TRUE(tempo) << bpm;
+        const GridBuilder::PulseLevels levels(x);
+        const MusicGrid guess = GridBuilder::build(*tempo, levels, length);
+        const MusicGrid grid = BarLines::choose(guess, *tempo, levels, HarmonyFrames(x), {bpm, 4});
+        EXPECT_TRUE(grid.steady) << bpm;
+        Tally tally;
+        add(tally, grid, beats);
+        EXPECT_EQ(tally.within5, tally.beats) << bpm << " BPM, " << length << " s, worst " << tally.worst << " ms";
     }
 }
 

@@ -59,7 +59,7 @@ TEST(KeyAnalyzer, NamesTheKeyOfACadence) {
     }
 }
 
-// Sinusoids of a triad, tuned off by cents: the peaks say by how much, and keep their key. Folded bins lose both.
+// Sinusoids of a triad, tuned off by cents: the peaks say by how much, and keep their key.
 TEST(KeyAnalyzer, FollowsTheTuning) {
     for (const int cents : {-40, -10, 0, 30, 45}) {
         std::vector<float> x(size_t(test::musicRate * 8), 0.0F);

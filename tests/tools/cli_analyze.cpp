@@ -60,10 +60,12 @@ TEST(CliAnalyze, TakesTempoAndMeterByHand) {
     const TempFolder folder;
     const std::string file = (folder / "piece.flac").string();
     writeAudio(file, {clickPiece(20)}, {.kind = FileKind::flac, .rate = fileRate});
-    const auto result = runCli({"analyze", "bpm", "60", file, "meter", "3"});
+    const auto result = runCli({"analyze", "bpm", "60", file, "meter", "3", "downbeat", "4"});
     ASSERT_EQ(result.objects.size(), 1U);
     EXPECT_NEAR(result.objects[0]["grid"]["bpm"].get<double>(), 60, 0.4);
     EXPECT_EQ(result.objects[0]["grid"]["beatsPerBar"], 3);
+    EXPECT_NEAR(result.objects[0]["grid"]["downbeats"][1].get<double>(), 4, 0.03)
+        << "a bar of three seconds starts there";
     EXPECT_NEAR(result.objects[0]["tempo"]["bpm"].get<double>(), 120, 0.5) << "what was heard stays on record";
 }
 

@@ -47,8 +47,9 @@ struct AnalysisInput {
     std::optional<SourceFormat> source;
     std::string_view name;  // the file's name
     // The user's own values, which override the analysis.
-    std::optional<double> bpm;       // above 0
-    std::optional<int> beatsPerBar;  // 1 or more
+    std::optional<double> bpm;                      // above 0
+    std::optional<int> beatsPerBar;                 // 1 or more
+    std::optional<double> downbeat = std::nullopt;  // seconds: a bar starts here
 };
 
 struct AnalysisOutcome {

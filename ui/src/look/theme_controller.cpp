@@ -106,8 +106,9 @@ void ThemeController::askPortal() {
     call << QString(appearance) << QString(colorScheme);
     auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(call), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher* done) {
-        // Connect only now: before the first reply the bus may not know the types of our slot, and would refuse
-        // it. Name no sender: the portal may start late.
+        // Name no sender: the portal may start late. The type is registered by hand: without a portal the reply is an
+        // error, no variant has come over the bus yet, and Qt would refuse our slot.
+        qRegisterMetaType<QDBusVariant>("QDBusVariant");
         QDBusConnection::sessionBus().connect(QString(), portalPath, portalInterface, "SettingChanged", this,
                                               SLOT(portalChanged(QString, QString, QDBusVariant)));
         const QDBusPendingReply<QDBusVariant> reply = *done;
