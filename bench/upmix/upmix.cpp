@@ -1,0 +1,73 @@
+// The upmix processor at 48 kHz: time a hop, beside real time, and what a new plan costs. `ffmpeg -benchmark -i FILE
+// -af surround=chl_out=7.1 -f null -` is the peer, on one thread.
+#include <benchmark/benchmark.h>
+
+#include <random>
+#include <vector>
+
+#include "support/meter.h"
+#include "upmix/upmixer.h"
+
+namespace {
+
+using namespace brindlehum;
+using namespace brindlehum::bench;
+
+constexpr double rate = 48000;
+constexpr int hop = 256;
+
+UpmixRequest request(LayoutID from, LayoutID to) {
+    return {speakers(from), speakers(to), params(UpmixPreset::film)};
+}
+
+struct Planes {
+    Planes(size_t channels, size_t frames, bool noisy) : samples(channels, std::vector<float>(frames)) {
+        std::mt19937 random(1);
+        std::uniform_real_distribution<float> uniform(-1, 1);
+        for (auto& plane : samples) {
+            for (float& x : plane) { x = noisy ? uniform(random) : 0; }
+            pointers.push_back(plane.data());
+        }
+    }
+    std::vector<std::vector<float>> samples;
+    std::vector<float*> pointers;
+};
+
+void process(benchmark::State& state, LayoutID from, LayoutID to, bool noisy = true) {
+    const UpmixRequest asked = request(from, to);
+    const auto upmixer = Upmixer::make(int(asked.source.size()), int(asked.target.size()), rate);
+    upmixer->apply(asked);
+    const Planes in(asked.source.size(), hop, noisy);
+    Planes out(asked.target.size(), hop, false);
+    Best best;
+    for (auto _ : state) {
+        const double seconds =
+            secondsOf(50, [&] { mn_upmix_process(upmixer->raw(), in.pointers.data(), hop, out.pointers.data()); });
+        best.add(seconds);
+        state.SetIterationTime(seconds * 50);
+    }
+    state.counters["us"] = best.seconds * 1e6;
+    state.counters["times_real_time"] = hop / rate / best.seconds;
+}
+
+// A plan for each turn of a slider.
+void apply(benchmark::State& state) {
+    UpmixRequest asked = request(LayoutID::stereo, LayoutID::l916);
+    const auto upmixer = Upmixer::make(2, 16, rate);
+    Best best;
+    for (auto _ : state) {
+        asked.params.ambienceDB = asked.params.ambienceDB > 0 ? -1 : 1;
+        const double seconds = secondsOf(1, [&] { upmixer->apply(asked); });
+        best.add(seconds);
+        state.SetIterationTime(seconds);
+    }
+    state.counters["ms"] = best.seconds * 1e3;
+}
+
+BENCHMARK_CAPTURE(process, stereo_to_916, LayoutID::stereo, LayoutID::l916)->UseManualTime();
+BENCHMARK_CAPTURE(process, stereo_to_916_silence, LayoutID::stereo, LayoutID::l916, false)->UseManualTime();
+BENCHMARK_CAPTURE(process, stereo_to_51, LayoutID::stereo, LayoutID::l51)->UseManualTime();
+BENCHMARK_CAPTURE(process, bed714_to_916, LayoutID::l714, LayoutID::l916)->UseManualTime();
+BENCHMARK(apply)->UseManualTime();
+
+}  // namespace
