@@ -83,9 +83,18 @@ TEST_F(PlayerViewTest, MenusChooseAndShowTheChoice) {
     EXPECT_FALSE(shows("Listen")) << "two discrete channels are no stereo source";
     choose("Source format", 0);
     EXPECT_FALSE(player.sound().formatOverride());
+    EXPECT_EQ(entries("Upmix"), (QStringList{"*Off", "Music", "Film", "Game", "Hall", "Speech", "Broadcast"}));
+    choose("Upmix", 3);  // after Off, the separator and Music
+    EXPECT_EQ(player.listening().upmix(), (UpmixSettings{true, UpmixPreset::film, params(UpmixPreset::film)}));
+    EXPECT_TRUE(shows("Upmix: Film"));
+    EXPECT_FALSE(named(view, "Listen: M/S decode")->isEnabled()) << "an upmix doesn't hear it";
     EXPECT_EQ(entries("Output profile"), (QStringList{"*Room 9.1.6", "Nearfield", "Headphones"}));
     choose("Output profile", 2);
     EXPECT_EQ(model.settings().activeProfile().name, "Headphones");
+    EXPECT_TRUE(shows("Upmix: Film")) << "headphones are a virtual room";
+    choose("Output profile", 1);
+    EXPECT_FALSE(shows("Upmix: Film")) << "two speakers have nothing to fill";
+    EXPECT_TRUE(named(view, "Listen: M/S decode")->isEnabled());
 }
 
 TEST_F(PlayerViewTest, AnOverrideIsShownWithAWayBack) {

@@ -1,4 +1,4 @@
-// The menus of format, listen mode, profile and drag form.
+// The menus of format, listen mode, upmix, profile and drag form.
 #include "ui/player/source_bar.h"
 
 #include <QHBoxLayout>
@@ -38,6 +38,15 @@ QString listenName(ListenMode mode) {
     return {};
 }
 
+QString textOf(std::string_view text) {
+    return QString::fromUtf8(text.data(), qsizetype(text.size()));
+}
+
+// Says when numbers of the preset were changed.
+QString choiceName(const UpmixSettings& upmix) {
+    return textOf(displayName(upmix.preset)) + (upmix.params == params(upmix.preset) ? "" : " (changed)");
+}
+
 }  // namespace
 
 SourceBar::SourceBar(LoadedSound& sound, Transport& transport, ListeningSetup& listening, DragOut& dragOut,
@@ -61,6 +70,8 @@ SourceBar::SourceBar(LoadedSound& sound, Transport& transport, ListeningSetup& l
     connect(detect_, &QToolButton::clicked, this, [this] { sound_.setFormatOverride(std::nullopt); });
     listen_ = new MenuButton("Listen", "Monitor mode for stereo files", [this](QMenu& m) { fillListen(m); });
     listen_->setIcon(symbol("listen"));
+    upmix_ = new MenuButton("Upmix", "Upmix: spread this file over every speaker", [this](QMenu& m) { fillUpmix(m); });
+    upmix_->setIcon(symbol("upmix"));
     profile_ = new MenuButton("Output profile", "Output profile", [this](QMenu& m) { fillProfiles(m); });
     device_ = new ElidedLabel(Qt::ElideRight);
     device_->setProperty("role", "secondary");
@@ -70,6 +81,7 @@ SourceBar::SourceBar(LoadedSound& sound, Transport& transport, ListeningSetup& l
     row->addWidget(format_);
     row->addWidget(detect_);
     row->addWidget(listen_);
+    row->addWidget(upmix_);
     row->addWidget(profile_);
     row->addWidget(device_, 1);
     row->addStretch();
@@ -86,6 +98,7 @@ void SourceBar::refresh() {
     detect_->setVisible(loaded && sound_.formatOverride());
     listen_->setVisible(loaded && *source == SourceFormat::stereo());
     listen_->setChoice(listenName(listening_.listen()));
+    refreshUpmix(loaded);
     const OutputProfile& profile = listening_.profile();
     profile_->setIcon(symbol(profileIcon(profile)));
     profile_->setChoice(QString::fromStdString(profile.name));
@@ -109,16 +122,24 @@ void SourceBar::refreshFormat(const SourceFormat& source) {
     detect_->setAccessibleName("Back to Auto (" + detected + ")");
 }
 
+// An upmix takes both channels as they are: a listen mode would do nothing.
+void SourceBar::refreshUpmix(bool loaded) {
+    const bool can = loaded && listening_.canUpmix();
+    const UpmixSettings& upmix = listening_.upmix();
+    upmix_->setVisible(can);
+    upmix_->setChoice(upmix.enabled ? choiceName(upmix) : "Off");
+    listen_->setEnabled(!can || !upmix.enabled);
+    listen_->setToolTip(listen_->isEnabled() ? "Monitor mode for stereo files"
+                                             : "Monitor modes don't apply while the file is upmixed");
+}
+
 bool SourceBar::isOfFolder() const {
     return sound_.formatOverride() && sound_.formatOverride() == sound_.folderOverride();
 }
 
 void SourceBar::setNarrow(bool narrow) {
     const auto style = narrow ? Qt::ToolButtonIconOnly : Qt::ToolButtonTextBesideIcon;
-    for (QToolButton* button : {static_cast<QToolButton*>(format_), static_cast<QToolButton*>(listen_),
-                                static_cast<QToolButton*>(profile_), static_cast<QToolButton*>(drag_)}) {
-        button->setToolButtonStyle(style);
-    }
+    for (MenuButton* button : {format_, listen_, upmix_, profile_, drag_}) { button->setToolButtonStyle(style); }
     device_->setVisible(!narrow);
 }
 
@@ -162,6 +183,22 @@ void SourceBar::fillFormats(QMenu& menu) {
 void SourceBar::fillListen(QMenu& menu) {
     for (const auto mode : allListenModes) {
         addChoice(menu, listenName(mode), mode == listening_.listen(), [this, mode] { listening_.setListen(mode); });
+    }
+}
+
+void SourceBar::fillUpmix(QMenu& menu) {
+    const UpmixSettings now = listening_.upmix();
+    const auto choose = [this](UpmixSettings upmix) { listening_.setUpmix(upmix); };
+    UpmixSettings off = now;
+    off.enabled = false;
+    addChoice(menu, "Off", !now.enabled, [choose, off] { choose(off); });
+    menu.addSeparator();
+    menu.setToolTipsVisible(true);
+    for (const UpmixPreset preset : allUpmixPresets) {
+        const UpmixSettings on{true, preset, params(preset)};
+        addChoice(menu, textOf(displayName(preset)), now.enabled && now.preset == preset, [choose, on] {
+            choose(on);
+        })->setToolTip(textOf(description(preset)));
     }
 }
 

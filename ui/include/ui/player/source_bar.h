@@ -1,4 +1,4 @@
-// SourceBar: menus for source format, listen mode, output profile and drag form, and the drag handle.
+// SourceBar: menus for source format, listen mode, upmix, output profile and drag form, and the drag handle.
 #pragma once
 
 #include <QWidget>
@@ -31,10 +31,12 @@ public:
 private:
     void fillFormats(QMenu& menu);
     void fillListen(QMenu& menu);
+    void fillUpmix(QMenu& menu);
     void fillProfiles(QMenu& menu);
     void fillDrag(QMenu& menu);
     void refreshDevice();
     void refreshFormat(const SourceFormat& source);
+    void refreshUpmix(bool loaded);
     bool isOfFolder() const;  // the override in force is the one of the folder
 
     LoadedSound& sound_;
@@ -45,6 +47,7 @@ private:
     MenuButton* format_;
     QToolButton* detect_;  // ends an override
     MenuButton* listen_;
+    MenuButton* upmix_;
     MenuButton* profile_;
     ElidedLabel* device_;
     MenuButton* drag_;
