@@ -213,8 +213,8 @@ TEST(PipeWireStart, AServerThatStartsLaterIsFoundAndAnnounced) {
     EXPECT_TRUE(loop.runUntil([&] { return audio->allOutputs().size() == 3; }));
     EXPECT_EQ(audio->server(), SoundServer::running);
     server.kill();
-    EXPECT_TRUE(loop.runUntil([&] { return audio->server() == SoundServer::absent; }));
-    EXPECT_GE(announced, 2);
+    // The announcement comes a turn of the loop after the state.
+    EXPECT_TRUE(loop.runUntil([&] { return audio->server() == SoundServer::absent && announced >= 2; }));
 }
 
 }  // namespace
