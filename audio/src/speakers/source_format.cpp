@@ -4,10 +4,10 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <ranges>
 #include <utility>
 
 #include "audio/speakers/channel_layout.h"
+#include "base/text.h"
 
 namespace brindlehum {
 
@@ -126,8 +126,7 @@ std::string rawValue(const SourceFormat& format) {
 }
 
 std::optional<SourceFormat> sourceFormatFromRaw(std::string_view raw) {
-    std::vector<std::string_view> words;
-    for (const auto word : std::views::split(raw, ' ')) { words.emplace_back(word.begin(), word.end()); }
+    const std::vector<std::string_view> words = split(raw, " ");
     const auto number = [](std::string_view text) {
         int value = 0;
         const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
