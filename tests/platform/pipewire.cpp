@@ -210,11 +210,12 @@ TEST(PipeWireStart, AServerThatStartsLaterIsFoundAndAnnounced) {
     const auto watching = audio->watch([&] { ++announced; });
     server.start();
     loop.advance(1);
-    EXPECT_TRUE(loop.runUntil([&] { return audio->allOutputs().size() == 3; }));
+    // An announcement comes a turn of the loop after the state, and two of them may become one.
+    EXPECT_TRUE(loop.runUntil([&] { return audio->allOutputs().size() == 3 && announced > 0; }));
     EXPECT_EQ(audio->server(), SoundServer::running);
+    const int found = announced;
     server.kill();
-    // The announcement comes a turn of the loop after the state.
-    EXPECT_TRUE(loop.runUntil([&] { return audio->server() == SoundServer::absent && announced >= 2; }));
+    EXPECT_TRUE(loop.runUntil([&] { return audio->server() == SoundServer::absent && announced > found; }));
 }
 
 }  // namespace
