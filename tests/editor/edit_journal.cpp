@@ -75,10 +75,22 @@ TEST(EditJournal, BringsBackTheWholeHistory) {
     EditJournal::discard(folder / fs::path(std::to_string(getpid()) + "-1.edits"));
     found = EditJournal::abandoned(folder);
     ASSERT_EQ(found.size(), 1U);
-    const auto recovered = EditJournal::recover(found[0]);
-    EXPECT_EQ(recovered.about, about);
-    EXPECT_TRUE(recovered.isWhole);
-    EXPECT_TRUE(isSame(recovered.history, after.back()));
+    std::ofstream(found[0], std::ios::app) << R"({"do":"push","name":"torn")";
+    {
+        auto recovered = EditJournal::recover(found[0]);
+        EXPECT_EQ(recovered.about, about);
+        EXPECT_FALSE(recovered.isWhole);
+        EXPECT_TRUE(isSame(recovered.history, after.back()));
+        recovered.history.undo();
+        recovered.journal.undo();
+        recovered.history.push("Cut", EditOps::splice(recovered.history.now(), 5, 500));
+        recovered.journal.push("Cut", recovered.history.now());
+        EXPECT_THROW(EditJournal::recover(found[0]), Error) << "it is in use";
+    }
+    const auto again = EditJournal::recover(found[0]);
+    EXPECT_TRUE(again.isWhole);
+    EXPECT_EQ(again.history.undoName(), "Cut");
+    EXPECT_EQ(again.history.now().gather(), EditOps::splice(after[5].now(), 5, 500).gather());
     // Cuts cost no samples: the two channels once, and the pasted frames.
     EXPECT_EQ(fs::file_size(found[0].parent_path() / (found[0].stem().string() + ".blocks")),
               sizeof(float) * (2 * 150000 + 300));
@@ -107,9 +119,9 @@ TEST(EditJournal, KilledAtAnySystemCallItKeepsEveryFinishedStep) {
 TEST(EditJournal, AFullDiskIsSaidAndWhatWasWrittenStays) {
     const test::TempFolder home;
     const auto after = script();
-    EditJournal journal(home.path() / "editor", about, after[0].now());
-    journal.push("Cut", after[1].now());
     {
+        EditJournal journal(home.path() / "editor", about, after[0].now());
+        journal.push("Cut", after[1].now());
         const test::FullDisk full(sizeof(float) * 300010);
         EXPECT_THROW(journal.push("Paste", after[6].now()), Error);
     }

@@ -16,6 +16,7 @@ enum class ErrorKind {
     device = 10,
     wavSizeLimit = 20,
     tooLargeToLoad = 40,
+    tooLong = 50,  // for the editor
     notEmbeddable = 70,
     notWritableWav = 71,
     tooLargeForRiff = 72,

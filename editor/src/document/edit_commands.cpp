@@ -44,7 +44,7 @@ std::optional<EditStep> without(const EditState& state, double sampleRate, CutSt
     if (style == CutStyle::zeroCrossing) { range = atZeros(state.sound, range, sampleRate); }
     Sound sound = style == CutStyle::crossfade ? overlapped(state.sound, range, sampleRate)
                                                : EditOps::splice(state.sound, range.lower, range.upper);
-    return EditStep{{std::move(sound), std::nullopt, range.lower}, name, true};
+    return EditStep{{std::move(sound), std::nullopt, range.lower}, name, EditStep::Moved{range, 0}};
 }
 
 // The clip with the channels of a document and at its rate.
@@ -84,21 +84,24 @@ std::optional<EditStep> EditCommands::paste(const EditState& state, double sampl
     const FrameRange over = state.selection.value_or(FrameRange{state.cursor, state.cursor});
     EditState next{EditOps::replaceRegion(state.sound, over.lower, over.upper, pasted),
                    FrameRange{over.lower, over.lower + pasted.frames()}, state.cursor};
-    return EditStep{fitted(std::move(next)), "Paste", true};
+    return EditStep{fitted(std::move(next)), "Paste", EditStep::Moved{over, pasted.frames()}};
 }
 
 std::optional<EditStep> EditCommands::trim(const EditState& state, double sampleRate, CutStyle style) {
     if (!state.selection) { return std::nullopt; }
     const FrameRange kept =
         style == CutStyle::zeroCrossing ? atZeros(state.sound, *state.selection, sampleRate) : *state.selection;
-    return EditStep{{EditOps::slice(state.sound, kept.lower, kept.upper), std::nullopt, 0}, "Trim", true, true};
+    return EditStep{{EditOps::slice(state.sound, kept.lower, kept.upper), std::nullopt, 0},
+                    "Trim",
+                    EditStep::Moved{{0, kept.lower}, 0},
+                    true};
 }
 
 std::optional<EditStep> EditCommands::silence(const EditState& state) {
     if (!state.selection) { return std::nullopt; }
     EditState next = state;
     next.sound = EditOps::silence(state.sound, state.selection->lower, state.selection->upper);
-    return EditStep{std::move(next), "Silence"};
+    return EditStep{std::move(next), "Silence", std::nullopt};
 }
 
 std::optional<EditStep> EditCommands::apply(const EditState& state, double sampleRate, const std::string& effect,
@@ -108,7 +111,7 @@ std::optional<EditStep> EditCommands::apply(const EditState& state, double sampl
     EditState next = state;
     const FrameRange range = state.range();
     next.sound = found->apply(state.sound, sampleRate, range.lower, range.upper, lanes);
-    return EditStep{std::move(next), found->name};
+    return EditStep{std::move(next), found->name, std::nullopt};
 }
 
 EditState fitted(EditState state) {

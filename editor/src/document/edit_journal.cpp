@@ -80,6 +80,8 @@ public:
         return Track::joined(parts);
     }
 
+    const std::map<int64_t, std::shared_ptr<const SoundBlock>>& blocks() const { return blocks_; }
+
 private:
     std::shared_ptr<const SoundBlock> block(int64_t from, int64_t size) {
         auto& found = blocks_[from];
@@ -197,21 +199,39 @@ std::vector<fs::path> EditJournal::abandoned(const fs::path& folder) {
 }
 
 EditJournal::Recovered EditJournal::recover(const fs::path& edits) {
+    Recovered out;
+    EditJournal& journal = out.journal;
+    journal.edits_ = edits;
+    journal.editsFile_ = open(edits, O_RDWR | O_APPEND);
+    if (::flock(journal.editsFile_.number(), LOCK_EX | LOCK_NB) != 0) { fail(errno); }
+    journal.blocksFile_ = open(blocksOf(edits), O_RDWR | O_APPEND);
     try {
         BlockReader blocks(blocksOf(edits));
         std::ifstream lines(edits);
         std::string line;
         std::getline(lines, line);
         const json first = json::parse(line);
-        Recovered out{{pathFromStored(first.at("url").get<std::string>()), first.at("sampleRate"), first.at("opened")},
-                      EditHistory(soundOf(first, blocks))};
+        out.about = {pathFromStored(first.at("url").get<std::string>()), first.at("sampleRate"), first.at("opened")};
+        out.history = EditHistory(soundOf(first, blocks));
+        auto end = off_t(line.size() + 1);
         try {
-            while (std::getline(lines, line)) { replay(json::parse(line), blocks, out.history); }
+            for (; std::getline(lines, line); end += off_t(line.size() + 1)) {
+                replay(json::parse(line), blocks, out.history);
+            }
         } catch (const std::exception&) { out.isWhole = false; }
-        return out;
+        for (const auto& [from, block] : blocks.blocks()) {
+            journal.offsets_[block] = from;
+            journal.blocksEnd_ = std::max(journal.blocksEnd_, from + int64_t(block->samples.size()));
+        }
+        // What the crash tore goes, so that the next step follows whole ones.
+        if (::ftruncate(journal.editsFile_.number(), end) != 0 ||
+            ::ftruncate(journal.blocksFile_.number(), journal.blocksEnd_ * off_t(sizeof(float))) != 0) {
+            fail(errno);
+        }
     } catch (const std::exception& error) {
         throw Error("The unsaved edits can't be read: " + std::string(error.what()));
     }
+    return out;
 }
 
 void EditJournal::discard(const fs::path& edits) {

@@ -20,9 +20,14 @@ struct EditState {
 };
 
 struct EditStep {
+    // Where time went or came: these frames of the sound before have become `by` frames.
+    struct Moved {
+        FrameRange frames;
+        int64_t by = 0;
+    };
     EditState state;
     const char* name = "";        // "Cut"
-    bool movesMusic = false;      // bars and beats have to be found again
+    std::optional<Moved> moved;   // none: every frame stayed in its place, and so did bars and beats
     bool showsFromStart = false;  // the view starts at the first frame, and shows all
 };
 

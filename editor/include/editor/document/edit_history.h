@@ -36,6 +36,7 @@ public:
     // Compares with the state that was opened or saved last, so that undoing back to it makes the document clean.
     bool isDirty() const { return states_[current_].id != saved_; }
     void markSaved() { saved_ = states_[current_].id; }
+    void markSaved(uint64_t stateID) { saved_ = stateID; }
     // Tells one state from all others of this history, also across undo and redo.
     uint64_t stateID() const { return states_[current_].id; }
 

@@ -31,6 +31,7 @@ public:
     // Makes the folder, which only the user may read, and writes the sound as the first state.
     EditJournal(const std::filesystem::path& folder, const About& about, const Sound& opened);
     EditJournal(EditJournal&&) = default;
+    EditJournal& operator=(EditJournal&&) = default;
     ~EditJournal() = default;  // keeps the files
 
     // As the calls of EditHistory.
@@ -41,19 +42,17 @@ public:
     // Deletes the files: the document is saved, or its edits aren't wanted.
     void remove();
 
-    struct Recovered {
-        About about;
-        EditHistory history;
-        bool isWhole = true;  // false: the last step was torn by the crash, and the history ends before it
-    };
+    struct Recovered;
     // The journals of processes that are gone, the newest first. Empty for a missing folder.
     static std::vector<std::filesystem::path> abandoned(const std::filesystem::path& folder);
-    // Reads a journal by its `.edits`. Throws Error when not even the first state can be read.
+    // Takes over an abandoned journal by its `.edits`. Throws Error when another process has it, and when not even the
+    // first state can be read.
     static Recovered recover(const std::filesystem::path& edits);
     // Deletes an abandoned journal; one that is in use stays.
     static void discard(const std::filesystem::path& edits);
 
 private:
+    EditJournal() = default;
     using BlockIDs = std::map<std::weak_ptr<const SoundBlock>, int64_t, std::owner_less<>>;
     std::string step(const std::string& name, const Sound& sound);
     int64_t offsetOf(const std::shared_ptr<const SoundBlock>& block);
@@ -64,6 +63,13 @@ private:
     Descriptor blocksFile_;
     int64_t blocksEnd_ = 0;  // samples
     BlockIDs offsets_;       // of the first sample of each block in the file
+};
+
+struct EditJournal::Recovered {
+    About about;
+    EditHistory history;
+    bool isWhole = true;  // false: the last step was torn by the crash, and the history ends before it
+    EditJournal journal;  // goes on from there
 };
 
 }  // namespace brindlehum
