@@ -6,7 +6,7 @@
 
 #include "dsp/edit_effects.h"
 #include "dsp/sound.h"
-#include "mix/player/frame_range.h"
+#include "mix/config/frame_range.h"
 
 namespace brindlehum {
 

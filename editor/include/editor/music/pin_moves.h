@@ -6,7 +6,7 @@
 #include <span>
 
 #include "analysis/pins.h"
-#include "mix/player/frame_range.h"
+#include "mix/config/frame_range.h"
 
 namespace brindlehum {
 
