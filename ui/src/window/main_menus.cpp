@@ -66,10 +66,15 @@ void fillFile(QMenu* menu, MainWindow& window, AppModel& model) {
     const auto followEdits = [save, &inspector] { save->setEnabled(inspector.fields().hasEdits()); };
     QObject::connect(&inspector, &InspectorView::editsChanged, save, followEdits);
     followEdits();
+    auto* editor = add(menu, "Open in Editor", QKeySequence("Ctrl+E"), [&model] {
+        if (const auto& info = model.player().sound().info()) { model.openEditor(info->url); }
+    });
     auto* edits = add(menu, "Make Temp Edits", QKeySequence("Ctrl+Shift+E"), [&model] {
         if (const auto& info = model.player().sound().info()) { model.makeTempEdits({info->url}); }
     });
-    const auto follow = [edits, &model] { edits->setEnabled(model.player().sound().info().has_value()); };
+    const auto follow = [edits, editor, &model] {
+        for (QAction* each : {edits, editor}) { each->setEnabled(model.player().sound().info().has_value()); }
+    };
     QObject::connect(&model.player(), &PlayerModel::changed, edits, follow);
     follow();
     menu->addSeparator();
