@@ -86,10 +86,10 @@ void EditorWaveView::ensurePicture() {
     picture_.setDevicePixelRatio(devicePixelRatioF());
     picture_.fill(Qt::transparent);
     QPainter painter(&picture_);
-    const WaveformData data = soundPicture(document_.sound(), document_.view(), wanted.width());
+    const WaveformData lanes = soundPicture(document_.sound(), document_.view(), wanted.width());
     std::vector<std::string> labels;
     if (document_.doc()) { labels = laneLabels(document_.doc()->info.detected, document_.sound().channels()); }
-    WaveformPicture::paintLanes(painter, area, devicePixelRatioF(), {nullptr, &data, document_.view(), labels},
+    WaveformPicture::paintLanes(painter, area, devicePixelRatioF(), {nullptr, &lanes, document_.view(), labels},
                                 Theme::current().waveform);
     isStale_ = false;
     paintedRevision_ = document_.revision();
@@ -126,6 +126,7 @@ void EditorWaveView::paintMarks(QPainter& painter) const {
     }
     painter.fillRect(QRectF(xOf(double(document_.cursor())), EditorGesture::rulerHeight, 1, height()), theme.accent);
     const QRectF playhead = playheadArea();
+    if (playhead.isEmpty()) { return; }
     painter.fillRect(playhead, theme.waveform.background);
     painter.fillRect(playhead.adjusted(halo, 0, -halo, 0), theme.waveform.playhead);
 }

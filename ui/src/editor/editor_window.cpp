@@ -168,9 +168,9 @@ QWidget* EditorWindow::makeToolbar() {
         for (int lane = 0; lane < document.sound().channels(); ++lane) {
             const bool isIn = scope && std::ranges::find(*scope, lane) != scope->end();
             addChoice(menu, "Lane " + QString::number(lane + 1), isIn, [&document, lane, isIn] {
-                auto lanes = document.scope().value_or(std::vector<int>{});
-                isIn ? void(std::erase(lanes, lane)) : lanes.push_back(lane);
-                document.setScope(lanes.empty() ? EditOps::Lanes() : EditOps::Lanes(lanes));
+                auto chosen = document.scope().value_or(std::vector<int>{});
+                isIn ? void(std::erase(chosen, lane)) : chosen.push_back(lane);
+                document.setScope(chosen.empty() ? EditOps::Lanes() : EditOps::Lanes(chosen));
             });
         }
     });
@@ -200,6 +200,7 @@ QWidget* EditorWindow::makeTransport() {
     }
     row->addStretch();
     for (QLabel** each : {&position_, &selected_, &length_}) {
+        row->addSpacing(10);
         row->addWidget(*each = new QLabel);
         (*each)->setFont(tabularFont(9.5));
     }
