@@ -111,7 +111,7 @@ const Stored& stored() {
 
 std::filesystem::path folderOf(const std::filesystem::path& file) {
     const AppSettings& settings = stored().settings;
-    return TempEditExporter::editsFolder(file, settings.tempEditsBesideSource, settings.pullsFolder);
+    return TempEditExporter::editsFolder(file, settings.tempEditsBesideSource, settings.pulls());
 }
 
 // Words go before what was set in the window.

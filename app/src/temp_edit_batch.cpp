@@ -31,7 +31,7 @@ void TempEditBatch::make(const std::vector<std::filesystem::path>& files) {
     Jobs jobs;
     for (const auto& file : files) {
         if (!AudioFileInfo::isAudioPath(file)) { continue; }
-        jobs.push_back({file, TempEditExporter::editsFolder(file, settings.tempEditsBesideSource, settings.pullsFolder),
+        jobs.push_back({file, TempEditExporter::editsFolder(file, settings.tempEditsBesideSource, settings.pulls()),
                         bars_.find(file)});
     }
     if (jobs.empty()) { return; }
