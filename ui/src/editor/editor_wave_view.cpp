@@ -149,6 +149,7 @@ void EditorWaveView::paintEvent(QPaintEvent* event) {
     paintMarks(painter);
     if (hasFocus()) {
         painter.setPen(QPen(theme.accent, 2));
+        painter.setBrush(Qt::NoBrush);
         painter.drawRect(QRectF(rect()).adjusted(1, 1, -1, -1));
     }
 }

@@ -177,10 +177,15 @@ QWidget* EditorWindow::makeToolbar() {
     lanes->setText("Lanes");
     row->addWidget(lanes);
     row->addStretch();
-    for (QAction* each :
-         {actions_->snap, actions_->zoomOut, actions_->zoomIn, actions_->fit, actions_->zoomSelection}) {
-        row->addWidget(buttonOf(each));
+    row->addWidget(buttonOf(actions_->snap, "switch"));
+    for (const auto& [action, icon] : {std::pair(actions_->zoomOut, "minus"), std::pair(actions_->zoomIn, "plus")}) {
+        action->setIcon(symbol(icon));
+        QToolButton* button = buttonOf(action);
+        button->setToolButtonStyle(Qt::ToolButtonIconOnly);
+        row->addWidget(button);
     }
+    row->addWidget(buttonOf(actions_->fit));
+    row->addWidget(buttonOf(actions_->zoomSelection));
     return bar;
 }
 

@@ -27,7 +27,7 @@ EffectsList::EffectsList(DocumentModel& document, EditorTransport& transport, QW
     for (const auto& effect : EditOps::effects()) {
         const std::string id = effect.id;
         auto* listen = new QToolButton;
-        listen->setIcon(symbol("listen"));
+        listen->setIcon(symbol("play"));
         listen->setProperty("role", "flat");
         listen->setAccessibleName("Hear " + QString(effect.name));
         listen->setToolTip("Hear " + QString(effect.name));
