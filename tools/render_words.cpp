@@ -47,12 +47,6 @@ std::vector<std::string> parts(const std::string& text) {
     return out;
 }
 
-template <typename Value>
-Value known(const std::string& word, const std::string& text, const std::optional<Value>& value) {
-    if (!value) { refuse(word, text); }
-    return *value;
-}
-
 using Setter = void (*)(RenderRequest& request, const std::string& word, const std::string& value);
 
 // Words that are followed by a value.

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "mix/player/drag_export.h"
+#include "mix/player/drag_out.h"
 #include "mix/player/listening_setup.h"
 #include "mix/player/loaded_sound.h"
 #include "mix/player/transport.h"
