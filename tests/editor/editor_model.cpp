@@ -226,6 +226,14 @@ TEST_F(EditorTest, PlaysTheDocumentExactlyWithSoloMuteAndLoop) {
     settle();
     out = heard(12);
     for (size_t i = 0; i < out[0].size(); ++i) { ASSERT_EQ(out[0][i], samples[0][2000 + (i + block) % 1000]) << i; }
+    // Nothing is left to play.
+    select(0, 60000);
+    document().cut();
+    EXPECT_FALSE(transport().isPlaying());
+    document().undo();
+    transport().play();
+    settle();
+    EXPECT_TRUE(transport().isPlaying());
     // Another takes the device.
     EngineSeat other(engine_, {});
     other.take();

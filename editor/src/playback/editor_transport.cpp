@@ -52,7 +52,7 @@ std::optional<std::vector<Click>> EditorTransport::clicks() const {
 }
 
 void EditorTransport::play(std::optional<int64_t> from) {
-    if (!document_.doc() || document_.total() == 0) { return; }
+    if (!document_.doc() || document_.total() == 0) { return stop(); }
     const auto& selection = document_.selection();
     const int64_t total = document_.total();
     int64_t start = from.value_or(selection ? selection->lower : document_.cursor());
