@@ -113,10 +113,10 @@ TEST_F(DragsOutTest, WhatNobodyTakesLeavesNothingBehind) {
         const char* what;
         std::function<void()> act;
     };
-    for (const Case& one : {Case{"a click", [&] { QTest::mouseClick(&wave, Qt::LeftButton, {}, at(0.5)); }},
-                            Case{"a click on the handle",
-                                 [&] { QTest::mouseClick(view.findChild<DragHandle*>(), Qt::LeftButton); }},
-                            Case{"Escape", [&] { dragFrom(wave, at(0.5), [](const auto&) { return false; }); }}}) {
+    for (const Case& one :
+         {Case{"a click", [&] { QTest::mouseClick(&wave, Qt::LeftButton, {}, at(0.5)); }},
+          Case{"a click on the handle", [&] { QTest::mouseClick(view.findChild<DragHandle*>(), Qt::LeftButton); }},
+          Case{"Escape", [&] { dragFrom(wave, at(0.5), [](const auto&) { return false; }); }}}) {
         SCOPED_TRACE(one.what);
         select();
         one.act();

@@ -76,9 +76,9 @@ TEST(WaveformGesture, APressSaysWhichDragItMayBecome) {
         bool control, canDrag;
         std::optional<StartDrag> drag;
     };
-    for (const auto& one : {Case{50, false, true, StartDrag{true}}, Case{50, false, false, {}},
-                            Case{20, false, true, {}}, Case{20, true, false, StartDrag{false}},
-                            Case{50, true, true, StartDrag{false}}, Case{42, false, true, {}}}) {
+    for (const auto& one :
+         {Case{50, false, true, StartDrag{true}}, Case{50, false, false, {}}, Case{20, false, true, {}},
+          Case{20, true, false, StartDrag{false}}, Case{50, true, true, StartDrag{false}}, Case{42, false, true, {}}}) {
         const Surface surface{100, VisibleRange::all(1000), FrameRange{400, 600}, one.canDrag};
         EXPECT_EQ(possibleDrag(step(Idle{}, press(one.x, one.control), surface).next, surface), one.drag) << one.x;
     }

@@ -82,7 +82,9 @@ void ExportJob::run(const std::function<void()>& progressed) {
     try {
         source_ = versionOf(request_.info.url);
         const auto result =
-            stop_.stop_requested() ? std::nullopt : Exporter::make(request_, {progress, stop_.get_token(), [this] { return waitUntilKept(); }});
+            stop_.stop_requested()
+                ? std::nullopt
+                : Exporter::make(request_, {progress, stop_.get_token(), carry_, [this] { return waitUntilKept(); }});
         if (result) { product_ = versionOf(result->url); }
         end(result ? State::done : State::stopped, result, {});
     } catch (const std::exception& error) { end(State::failed, {}, error.what()); }
@@ -115,7 +117,7 @@ ExportQueue::~ExportQueue() {
 
 std::shared_ptr<ExportJob> ExportQueue::start(const Exporter::Request& request, Hold hold) {
     const auto known = std::ranges::find_if(jobs_, [&](const auto& job) { return job->serves(request); });
-    const auto job = known != jobs_.end() ? *known : std::make_shared<ExportJob>(request);
+    const auto job = known != jobs_.end() ? *known : std::make_shared<ExportJob>(request, carry_);
     if (hold == Hold::no) { job->keep(); }
     if (known != jobs_.end()) { return job; }
     jobs_.push_back(job);

@@ -36,7 +36,8 @@ ExportBar::ExportBar(ExportProgress& progress, PlayerMessage& message, Reveal re
 
 void ExportBar::refresh() {
     const auto progress = exports_.progress();
-    for (QWidget* widget : {static_cast<QWidget*>(caption_), static_cast<QWidget*>(bar_), static_cast<QWidget*>(cancel_)}) {
+    for (QWidget* widget :
+         {static_cast<QWidget*>(caption_), static_cast<QWidget*>(bar_), static_cast<QWidget*>(cancel_)}) {
         widget->setVisible(progress.has_value());
     }
     if (progress) {

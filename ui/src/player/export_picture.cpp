@@ -23,8 +23,8 @@ FileDrag::Picture exportPicture(const QPixmap& wave, const QPoint& at, const QSt
     const QFont font = QGuiApplication::font();
     const QFontMetricsF metrics(font);
     const QSizeF full = wave.deviceIndependentSize();
-    const double shrink = std::min({1.0, maxPicture.width() / std::max(full.width(), 1.0),
-                                    maxPicture.height() / std::max(full.height(), 1.0)});
+    const double shrink = std::min(
+        {1.0, maxPicture.width() / std::max(full.width(), 1.0), maxPicture.height() / std::max(full.height(), 1.0)});
     const QSizeF shown = full * shrink;
     const QSizeF caption(metrics.horizontalAdvance(form) + 2 * padding, metrics.height() + padding);
     const QSizeF all(std::max(shown.width(), caption.width()), shown.height() + caption.height());

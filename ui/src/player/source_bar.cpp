@@ -76,7 +76,8 @@ SourceBar::SourceBar(LoadedSound& sound, Transport& transport, ListeningSetup& l
     profile_ = new MenuButton("Output profile", "Output profile", [this](QMenu& m) { fillProfiles(m); });
     device_ = new ElidedLabel(Qt::ElideRight);
     device_->setProperty("role", "secondary");
-    drag_ = new MenuButton("Drag as", "What a drag into the DAW delivers", [this](QMenu& m) { fillDragForms(m, dragOut_); });
+    drag_ = new MenuButton("Drag as", "What a drag into the DAW delivers",
+                           [this](QMenu& m) { fillDragForms(m, dragOut_); });
     drag_->setIcon(symbol("drag"));
     handle_ = new DragHandle;
     row->addWidget(format_);

@@ -41,7 +41,8 @@ WaveformView::WaveformView(Style style, QWidget* parent) : QWidget(parent), styl
     setAccessibleName("Waveform");
     setAccessibleDescription(
         "Click to play from there, drag to select, drag an edge of the selection to move it, drag the selection itself "
-        "to take it out as a file, Control-drag to take the whole sound out. Left and Right move the playhead, Home and End jump, Space plays or stops. Plus and Minus zoom, 0 "
+        "to take it out as a file, Control-drag to take the whole sound out. Left and Right move the playhead, Home "
+        "and End jump, Space plays or stops. Plus and Minus zoom, 0 "
         "shows all, Z the selection, Page Up and Page Down scroll. The brackets set the selection's start and end at "
         "the playhead, Escape clears it.");
 }
@@ -236,9 +237,7 @@ void WaveformView::mousePressEvent(QMouseEvent* event) {
 void WaveformView::mouseMoveEvent(QMouseEvent* event) {
     const QPointF at = event->position();
     Q_EMIT hovered(visible_.total > 0 ? frameAt(at.x()) : -1);
-    if (!event->buttons().testFlag(Qt::LeftButton)) {
-        return setCursor(cursorAt(at));
-    }
+    if (!event->buttons().testFlag(Qt::LeftButton)) { return setCursor(cursorAt(at)); }
     feed(WaveformGesture::Move{{at.x(), at.y()}}, at.toPoint());
     scrollWhileSelecting(at);
 }

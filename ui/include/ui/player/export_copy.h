@@ -14,8 +14,8 @@ class ExportCopy : public QObject {
     Q_OBJECT
 public:
     explicit ExportCopy(DragOut& dragOut, QObject* parent = nullptr);
-    // The selection if there is one and it is asked for, else the whole sound, in the chosen form. A newer call replaces
-    // one that is under way; so does anything that the user copies meanwhile.
+    // The selection if there is one and it is asked for, else the whole sound, in the chosen form. A newer call
+    // replaces one that is under way; so does anything that the user copies meanwhile.
     void copy(bool selectionOnly);
 
 private:
