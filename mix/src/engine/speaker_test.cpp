@@ -78,8 +78,8 @@ void SpeakerTest::play(const std::optional<std::string>& deviceUID, const Speake
             config.matrix[size_t(speaker.channel)] = float(std::pow(10.0, speaker.trimDb / 20));
         }
         const std::vector<std::vector<float>> planes{std::move(ident)};
-        auto reader = std::make_shared<StreamReader>(std::make_unique<MemorySource>(planes, rate), rate, 0,
-                                                     length, false, 0, length);
+        auto reader = std::make_shared<StreamReader>(std::make_unique<MemorySource>(planes, rate), rate, 0, length,
+                                                     false, 0, length);
         reader->fillOnce();
         seat_.setConfig(config);
         seat_.play(std::move(reader), 0);
