@@ -12,7 +12,7 @@ PlayerModel::PlayerModel(PlaybackEngine& engine, SettingsStore& settings, MainLo
       sound_(loader_, loop, pool, formats_),
       listening_(seat_, settings, sound_, message_),
       transport_(seat_, loader_, loop, sound_, listening_, message_, std::move(open)),
-      dragOut_(sound_, transport_, listening_, settings, message_, loop),
+      dragOut_(sound_, transport_, listening_, settings, formats_, message_, loop),
       meter_(engine, settings, loop, transport_),
       loader_(loop, "Brindlehum.loader") {
     wire();
