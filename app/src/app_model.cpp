@@ -6,6 +6,8 @@
 #include <nlohmann/json.hpp>
 #include <thread>
 
+#include "library/meta/carried_notes.h"
+
 namespace brindlehum {
 
 namespace {
@@ -46,6 +48,9 @@ void AppModel::start(uint16_t controlPort) {
     connect(&player_.listening(), &ListeningSetup::outputsChanged, this,
             [this] { player_.listening().chooseFirstProfile(); });
     player_.listening().chooseFirstProfile();
+    player_.dragOut().queue().setCarry([](const std::filesystem::path& source, const FrameRange& range) {
+        return carriedNotes(source, range.lower, range.upper);
+    });
     connect(&library_.edits(), &MetadataEdits::renamed, this, [this](const MetadataEdits::Moves& moves) {
         for (const auto& move : moves) {
             player_.formats().rename(move.from, move.to);

@@ -71,6 +71,17 @@ TEST(AppSettings, KeyThatIsUnreadableKeepsItsDefaultAlone) {
     }
 }
 
+TEST(AppSettings, PullsGoToTheDefaultFolderInPlaceOfNone) {
+    for (const auto& [stored, used] : {std::pair("/p", std::string("/p")),
+                                       {"", AppSettings::defaultPullsFolder()},
+                                       {"  ", AppSettings::defaultPullsFolder()},
+                                       {"Pulls", AppSettings::defaultPullsFolder()}}) {
+        AppSettings settings;
+        settings.pullsFolder = stored;
+        EXPECT_EQ(settings.pulls(), used) << stored;
+    }
+}
+
 TEST(AppSettings, BadProfileFieldDropsTheListAndNothingElse) {
     for (const char* field : {"id:", "id:\"0f3c2d1e\"", "name:null", "kind:\"Speakers\"", "deviceUID:5",
                               "layout:\"22.2\"", "outputs:[0,1.5]", "outputs:[true]", "outputs:[4294967296]",
@@ -105,8 +116,9 @@ TEST(AppSettings, WrittenRecordReadsBackEqual) {
     settings.activeProfileID = settings.profiles[1].id;
     settings.libraryRoots = {"/x", ""};
     settings.upmix.params.stage = 41.25;
+    settings.pullsAsFloat = true;
     const ordered_json written = ordered_json::parse(settings.encode());
-    EXPECT_EQ(written.size(), 12U);
+    EXPECT_EQ(written.size(), 13U);
     EXPECT_EQ(written["activeProfileID"], someID);
     EXPECT_FALSE(written["profiles"][0].contains("deviceUID"));
     EXPECT_EQ(AppSettings::decode(settings.encode()), settings);
