@@ -165,6 +165,14 @@ TEST_F(Export, ALoopStartsAsItEnds) {
     }
 }
 
+TEST_F(Export, ALongNameLeavesRoomForTheChannelsInTheDescription) {
+    const std::string name = std::string(240, 'n') + ".wav";
+    const auto result = Exporter::make(request(noisePlanes(6, 10), DragExport::bed(LayoutID::l916), name));
+    const auto description = AudioFileInfo::load(result->url).bextDescription.value_or("");
+    EXPECT_TRUE(description.starts_with("Pulled from nnn")) << description;
+    EXPECT_TRUE(description.ends_with("nn [0.000-0.000 s] " + result->label)) << description;
+}
+
 TEST_F(Export, NeverTouchesAFileThatIsThere) {
     Exporter::Request asked = request(noisePlanes(6, 3000), DragExport::bed(LayoutID::stereo));
     const auto first = Exporter::make(asked);
@@ -279,6 +287,14 @@ TEST_F(Export, AJobServesTheSameRequestOnceAndCanBeAwaitedWithoutTheLoop) {
     QObject::connect(&queue, &ExportQueue::finished, [&](const auto&) { ++finished; });
     EXPECT_TRUE(loop.runUntil([&] { return finished == 2; }));
     EXPECT_EQ(pulls().size(), again->state() == ExportJob::State::done ? 1U : 0U);
+    std::filesystem::remove_all(folder_ / "Pulls");
+    std::shared_ptr<ExportJob> cut;
+    {
+        ExportQueue ending(loop);
+        cut = ending.start(asked);
+    }
+    EXPECT_TRUE(cut->isOver()) << "nobody waits for a queue that is gone";
+    EXPECT_EQ(pulls().size(), cut->state() == ExportJob::State::done ? 1U : 0U);
 }
 
 }  // namespace
