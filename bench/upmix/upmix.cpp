@@ -33,10 +33,11 @@ struct Planes {
     std::vector<float*> pointers;
 };
 
-void process(benchmark::State& state, LayoutID from, LayoutID to, bool noisy = true) {
+void process(benchmark::State& state, LayoutID from, LayoutID to, bool noisy = true, bool measured = false) {
     const UpmixRequest asked = request(from, to);
     const auto upmixer = Upmixer::make(int(asked.source.size()), int(asked.target.size()), rate);
     upmixer->apply(asked);
+    mn_upmix_measure(upmixer->raw(), measured ? 1 : 0);
     const Planes in(asked.source.size(), hop, noisy);
     Planes out(asked.target.size(), hop, false);
     Best best;
@@ -48,6 +49,28 @@ void process(benchmark::State& state, LayoutID from, LayoutID to, bool noisy = t
     }
     state.counters["us"] = best.seconds * 1e6;
     state.counters["times_real_time"] = hop / rate / best.seconds;
+}
+
+// The dearest of the blocks of a small quantum: one in four runs a whole hop.
+void worstBlock(benchmark::State& state) {
+    constexpr int quantum = 64;
+    const auto upmixer = Upmixer::make(2, 16, rate);
+    upmixer->apply(request(LayoutID::stereo, LayoutID::l916));
+    const Planes in(2, quantum, true);
+    Planes out(16, quantum, false);
+    Best worst;
+    for (auto _ : state) {
+        double dearest = 0;
+        for (int block = 0; block < hop / quantum; ++block) {
+            const double seconds = secondsOf(
+                1, [&] { mn_upmix_process(upmixer->raw(), in.pointers.data(), quantum, out.pointers.data()); });
+            dearest = std::max(dearest, seconds);
+        }
+        worst.add(dearest);
+        state.SetIterationTime(dearest);
+    }
+    state.counters["us"] = worst.seconds * 1e6;
+    state.counters["share_of_block"] = worst.seconds * rate / quantum;
 }
 
 // A plan for each turn of a slider.
@@ -66,6 +89,8 @@ void apply(benchmark::State& state) {
 
 BENCHMARK_CAPTURE(process, stereo_to_916, LayoutID::stereo, LayoutID::l916)->UseManualTime();
 BENCHMARK_CAPTURE(process, stereo_to_916_silence, LayoutID::stereo, LayoutID::l916, false)->UseManualTime();
+BENCHMARK_CAPTURE(process, stereo_to_916_measured, LayoutID::stereo, LayoutID::l916, true, true)->UseManualTime();
+BENCHMARK(worstBlock)->UseManualTime();
 BENCHMARK_CAPTURE(process, stereo_to_51, LayoutID::stereo, LayoutID::l51)->UseManualTime();
 BENCHMARK_CAPTURE(process, bed714_to_916, LayoutID::l714, LayoutID::l916)->UseManualTime();
 BENCHMARK(apply)->UseManualTime();

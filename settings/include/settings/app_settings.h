@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "settings/output_profile.h"
-#include "upmix/upmix_params.h"
+#include "upmix/upmix_presets.h"
 
 namespace brindlehum {
 
@@ -23,6 +23,7 @@ struct AppSettings {
     bool tempEditsBesideSource = true;
     bool expertMode = false;
     UpmixSettings upmix;
+    OwnUpmixPresets upmixPresets;
 
     bool operator==(const AppSettings&) const = default;
 
