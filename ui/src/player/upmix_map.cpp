@@ -18,8 +18,8 @@ namespace {
 constexpr double legendHeight = 24;
 constexpr double edge = 22;  // from the ring of speakers to the widget's edge
 constexpr double mark = 3;   // radius of a speaker that gets nothing
-constexpr double directRadius = 9;
-constexpr double ambienceRadius = 15;
+constexpr double directRadius = 12;
+constexpr double ambienceRadius = 19;
 constexpr double labelPoints = 8;
 constexpr double near = 16;  // how far from a speaker the pointer still means it
 constexpr int ambienceAlpha = 110;

@@ -9,7 +9,6 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QShortcut>
 #include <QStyle>
 #include <QVBoxLayout>
 
@@ -25,7 +24,9 @@
 namespace brindlehum {
 namespace {
 
-constexpr QSize usualSize(720, 620);  // logical pixels, as are the next
+constexpr QSize usualSize(760, 720);  // logical pixels, as are the next
+constexpr QSize leastSize(380, 260);
+constexpr int roomForMap = 580;  // the panel's width from which on the picture is shown
 constexpr int longestName = 200;
 constexpr int margin = 16;
 
@@ -66,15 +67,14 @@ UpmixPanel::UpmixPanel(PlayerModel& player, SettingsStore& settings, QWidget* pa
     column->addWidget(makeTop());
     auto* middle = new QHBoxLayout;
     middle->setSpacing(margin);
-    middle->addWidget(new UpmixMap(player.upmixLevels()), 2);
+    middle->addWidget(map_ = new UpmixMap(player.upmixLevels()), 2);
     middle->addWidget(new FormScroll(sliders_ = new UpmixSliders(tuning_, player.listening(), player.sound())), 3);
     column->addLayout(middle, 1);
     column->addWidget(makeBottom());
     connect(&player, &PlayerModel::changed, this, &UpmixPanel::refresh);
     connect(&settings, &SettingsStore::changed, this, &UpmixPanel::refresh);
     connect(&compare_, &UpmixCompare::changed, this, &UpmixPanel::refresh);
-    connect(new QShortcut(QKeySequence("Ctrl+U"), this), &QShortcut::activated, &compare_, &UpmixCompare::toggle);
-    connect(new QShortcut(QKeySequence("Ctrl+W"), this), &QShortcut::activated, this, &QWidget::close);
+    setMinimumSize(leastSize);
     resize(fittingSize(*this, usualSize));
     refresh();
 }
@@ -193,8 +193,21 @@ void UpmixPanel::refresh() {
     note_->style()->polish(note_);
 }
 
+void UpmixPanel::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    map_->setVisible(width() >= roomForMap);
+}
+
+// The main window's shortcuts work here, too, but this one must not close that window.
+bool UpmixPanel::event(QEvent* event) {
+    if (event->type() == QEvent::ShortcutOverride && static_cast<QKeyEvent*>(event)->matches(QKeySequence::Close)) {
+        event->accept();
+    }
+    return QWidget::event(event);
+}
+
 void UpmixPanel::keyPressEvent(QKeyEvent* event) {
-    if (event->key() == Qt::Key_Escape) {
+    if (event->key() == Qt::Key_Escape || event->matches(QKeySequence::Close)) {
         close();
     } else if (event->key() == Qt::Key_Space) {
         player_.togglePlay();

@@ -13,9 +13,11 @@ class QPushButton;
 namespace brindlehum {
 
 class MenuButton;
+class UpmixMap;
 class UpmixSliders;
 
-// Stays above the main window while the user plays on. Escape closes it, Space plays and stops.
+// Stays above the main window while the user plays on. Escape closes it, Space plays and stops, and the main window's
+// shortcuts work in it.
 class UpmixPanel : public QWidget {
     Q_OBJECT
 public:
@@ -27,7 +29,9 @@ public:
     std::function<bool(const QString& question, const QString& button)> confirm;
 
 protected:
+    bool event(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     QWidget* makeTop();
@@ -47,6 +51,7 @@ private:
     MenuButton* keep_;
     QPushButton* reset_;
     QPushButton* compareButton_;
+    UpmixMap* map_;
     UpmixSliders* sliders_;
     QLabel* note_;
     QString problem_;  // of the last name, until something changes
