@@ -30,6 +30,7 @@ bool probe(Words words);
 bool overview(Words words);
 bool devices(Words words);
 bool render(Words words);
+bool exportFiles(Words words);
 bool edits(Words words);
 bool plan(Words words);
 extern const std::string_view editsHelp;  // their words, one per line
@@ -41,6 +42,7 @@ bool search(Words words);
 bool facets(Words words);
 extern const std::string_view pictureHelp;  // its words, one per line
 extern const std::string_view renderHelp;   // its words, one per line
+extern const std::string_view exportHelp;   // its words, one per line
 
 // On one line. Replaces bytes that aren't UTF-8, which file names may contain, by U+FFFD.
 std::string oneLineOf(const Json& json);

@@ -99,7 +99,7 @@ std::filesystem::path folderOf(const std::filesystem::path& file) {
         FileDefaults defaults;
         return SettingsStore(defaults).value();
     }();
-    return TempEditExporter::editsFolder(file, settings.tempEditsBesideSource, settings.pullsFolder);
+    return TempEditExporter::editsFolder(file, settings.tempEditsBesideSource, settings.pulls());
 }
 
 Json toJson(const std::string& file, const TempEdits::Outcome& outcome) {

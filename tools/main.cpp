@@ -15,6 +15,7 @@ constexpr Command commands[] = {
     {"overview", "FILE...", "minima and maxima of each file in buckets", overview},
     {"devices", "", "the output devices that exist right now", devices},
     {"render", "FILE OUT.wav [WORDS...]", "the file as a device would play it, as 32-bit float", render},
+    {"export", "FILE... [WORDS...]", "what is heard of each file, as a file in the folder of the day", exportFiles},
     {"analyze", "[WORDS...] FILE...", "tempo, bars, key, loudness and structure of a piece of music", analyze},
     {"scan", "FOLDER [catalog PATH]", "brings the catalog up to date with a library folder", scan},
     {"meta", "FILE [TAG=value...] [catalog PATH]", "the metadata of a sound, and edits of it", meta},
@@ -39,6 +40,7 @@ std::string allWords() {
 void printHelp() {
     for (const Command& command : commands) { std::cout << usage(command) << ": " << command.help << "\n"; }
     std::cout << "\nWords of render, in any order:\n" << renderHelp;
+    std::cout << "\nWords of export:\n" << exportHelp;
     std::cout << "\nWords of analyze, in place of what it would find:\n" << analysisHelp;
     std::cout << "\nWords of picture, besides those:\n" << pictureHelp;
     std::cout << "\nWords of edits and plan:\n" << editsHelp;

@@ -9,7 +9,7 @@
 
 #include "base/error.h"
 #include "mix/render/render_context.h"
-#include "settings/settings_store.h"
+#include "upmix_word.h"
 #include "word_values.h"
 
 namespace brindlehum::cli {
@@ -49,18 +49,6 @@ std::vector<std::string> parts(const std::string& text) {
     return out;
 }
 
-template <typename Value>
-Value known(const std::string& word, const std::string& text, const std::optional<Value>& value) {
-    if (!value) { refuse(word, text); }
-    return *value;
-}
-
-// Those that the user keeps in the window.
-OwnUpmixPresets ownPresets() {
-    FileDefaults defaults;
-    return SettingsStore(defaults).value().upmixPresets;
-}
-
 using Setter = void (*)(RenderRequest& request, const std::string& word, const std::string& value);
 
 // Words that are followed by a value.
@@ -83,11 +71,7 @@ const std::map<std::string, Setter, std::less<>> setters = {
     {"yaw", [](auto& r, auto& w, auto& v) { r.rotation.yaw = numberAfter(w, v, -360, 360); }},
     {"pitch", [](auto& r, auto& w, auto& v) { r.rotation.pitch = numberAfter(w, v, -360, 360); }},
     {"roll", [](auto& r, auto& w, auto& v) { r.rotation.roll = numberAfter(w, v, -360, 360); }},
-    {"upmix",
-     [](auto& r, auto& w, auto& v) {
-         const auto builtIn = upmixNamed(v, {});
-         r.upmix = builtIn ? builtIn : known(w, v, upmixNamed(v, ownPresets()));
-     }},
+    {"upmix", [](auto& r, auto& w, auto& v) { r.upmix = upmixAfter(w, v); }},
     {"mono",
      [](auto& r, auto& w, auto& v) {
          if (v != "center" && v != "pair") { refuse(w, v); }

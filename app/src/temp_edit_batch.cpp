@@ -27,8 +27,7 @@ void TempEditBatch::make(const std::vector<std::filesystem::path>& files) {
     Jobs jobs;
     for (const auto& file : files) {
         if (!AudioFileInfo::isAudioPath(file)) { continue; }
-        jobs.push_back(
-            {file, TempEditExporter::editsFolder(file, settings.tempEditsBesideSource, settings.pullsFolder)});
+        jobs.push_back({file, TempEditExporter::editsFolder(file, settings.tempEditsBesideSource, settings.pulls())});
     }
     if (jobs.empty()) { return; }
     if (!progress_) { progress_ = 0; }

@@ -43,7 +43,10 @@ FileReplacement::FileReplacement(const std::filesystem::path& target, const Opti
       folder_(openFolder(target)) {
     if (!folder_.isOpen()) { fail(errno); }
     struct stat old {};
-    if (::fstatat(folder_.number(), name_.c_str(), &old, AT_SYMLINK_NOFOLLOW) == 0 && !S_ISLNK(old.st_mode)) {
+    const auto isThere = [&] {
+        return ::fstatat(folder_.number(), name_.c_str(), &old, AT_SYMLINK_NOFOLLOW) == 0 && !S_ISLNK(old.st_mode);
+    };
+    if (!options.isNew && isThere()) {
         if (S_ISDIR(old.st_mode)) { fail(EISDIR); }
         if (!S_ISREG(old.st_mode)) { throw Error(writeFailure(target_, "it isn't a regular file")); }
         if (::faccessat(folder_.number(), name_.c_str(), W_OK, AT_EACCESS) != 0) { fail(errno); }
@@ -171,6 +174,15 @@ ino_t FileReplacement::commit() {
     // After the swap there is no way back. If the folder can't be synced, a crash leaves the old or the new file.
     if (syncFolder_) { ::fsync(folder_.number()); }
     return known ? facts.st_ino : 0;
+}
+
+bool FileReplacement::commitNew(const std::string& name) {
+    if (::fsync(file_->number()) != 0) { fail(errno); }
+    if (!file_->holdsItsName()) { failChanged(); }
+    const int error = file_->rename(name, false);
+    if (error != 0 && error != EEXIST) { fail(error); }
+    if (error == 0 && syncFolder_) { ::fsync(folder_.number()); }
+    return error == 0;
 }
 
 void FileReplacement::writeText(const std::filesystem::path& target, std::string_view text, const Options& options) {

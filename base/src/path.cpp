@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <system_error>
 
 #include "base/error.h"
 #include "base/text.h"
@@ -39,6 +40,16 @@ std::filesystem::path followed(const std::filesystem::path& path) {
     const auto real = realPath(path);
     if (!real) { throw Error(openFailure(path, std::strerror(errno))); }
     return real.get();
+}
+
+void createFolders(const std::filesystem::path& folder) {
+    std::error_code failure;
+    std::filesystem::create_directories(folder, failure);
+    std::error_code unknown;
+    if (!failure && !std::filesystem::is_directory(folder, unknown)) {
+        failure = std::make_error_code(std::errc::not_a_directory);
+    }
+    if (failure) { throw Error("Couldn't create the folder " + printablePath(folder) + ": " + failure.message()); }
 }
 
 std::string printableName(const std::filesystem::path& path) {

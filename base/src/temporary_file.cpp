@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
 
 #include "base/error.h"
@@ -77,8 +78,17 @@ bool TemporaryFile::holdsItsName() const {
            ::fstat(file_.number(), &open) == 0 && named.st_dev == open.st_dev && named.st_ino == open.st_ino;
 }
 
-int TemporaryFile::rename(const std::string& name) {
-    if (::renameat(folder_, name_.c_str(), folder_, name.c_str()) != 0) { return errno; }
+int TemporaryFile::rename(const std::string& name, bool replaces) {
+    const auto renamed = [&] {
+        if (replaces) { return ::renameat(folder_, name_.c_str(), folder_, name.c_str()); }
+        const int result = ::renameat2(folder_, name_.c_str(), folder_, name.c_str(), RENAME_NOREPLACE);
+        if (result == 0 || (errno != EINVAL && errno != ENOSYS)) { return result; }
+        // The file system can't exclude a file that comes at this very moment.
+        struct stat there {};
+        if (::fstatat(folder_, name.c_str(), &there, AT_SYMLINK_NOFOLLOW) == 0) { errno = EEXIST; }
+        return errno == EEXIST ? -1 : ::renameat(folder_, name_.c_str(), folder_, name.c_str());
+    };
+    if (renamed() != 0) { return errno; }
     renamed_ = true;
     file_ = Descriptor();  // it is the target now, and nobody writes to it
     return 0;

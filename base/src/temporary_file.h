@@ -25,8 +25,9 @@ public:
     int number() const { return file_.number(); }
     // False when another process removed or replaced the file.
     bool holdsItsName() const;
-    // Closes the file when it has the name. Returns 0, or the errno of a failure.
-    int rename(const std::string& name);
+    // Closes the file when it has the name. Returns 0, or the errno of a failure: EEXIST for a name that is taken and
+    // may not be replaced.
+    int rename(const std::string& name, bool replaces = true);
 
 private:
     void create(mode_t mode);

@@ -2,11 +2,9 @@
 #include "edits/temp_edit_exporter.h"
 
 #include <algorithm>
-#include <system_error>
 
 #include "analysis/text.h"
 #include "audio/write/wav_file_writer.h"
-#include "base/error.h"
 #include "base/file_replacement.h"
 #include "base/path.h"
 #include "base/text.h"
@@ -74,15 +72,6 @@ std::string sheetText(const std::vector<std::string>& lines) {
     return repairUtf8(out);
 }
 
-void createFolder(const std::filesystem::path& folder) {
-    std::error_code failure;
-    std::filesystem::create_directories(folder, failure);
-    if (!failure && !std::filesystem::is_directory(folder)) {
-        failure = std::make_error_code(std::errc::not_a_directory);
-    }
-    if (failure) { throw Error("Couldn't create the folder " + printablePath(folder) + ": " + failure.message()); }
-}
-
 }  // namespace
 
 std::filesystem::path fileOf(const std::filesystem::path& folder, std::string_view base, const EditPlan& plan) {
@@ -91,7 +80,7 @@ std::filesystem::path fileOf(const std::filesystem::path& folder, std::string_vi
 
 bool write(const Job& job, Result& done, const Progress& progress, const std::stop_token& stop) {
     done = {job.folder, {}, {}, {}};
-    createFolder(job.folder);
+    createFolders(job.folder);
     EditsRecord record(job.folder);
     record.begin(job.source);
     std::vector<std::string> lines = job.header;

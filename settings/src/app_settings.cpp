@@ -66,6 +66,10 @@ const OutputProfile& AppSettings::activeProfile() const {
     return active == profiles.end() ? profiles.front() : *active;
 }
 
+std::filesystem::path AppSettings::pulls() const {
+    return pullsFolder.starts_with('/') ? pullsFolder : defaultPullsFolder();
+}
+
 std::string AppSettings::defaultPullsFolder() {
     return homeFolder() / "Music" / "Brindlehum Pulls";
 }

@@ -194,8 +194,11 @@ TEST_F(Loading, ADragDeliversTheFileItself) {
     EXPECT_EQ(player_->dragOut().exportForDrag(false), a);
     EXPECT_EQ(player_->dragOut().exportForDrag(true), a) << "without a selection, the whole file";
     transport().select(FrameRange{0, 24000});
-    EXPECT_FALSE(player_->dragOut().exportForDrag(true));
-    EXPECT_EQ(message(), "Dragging a selection isn't available yet");
+    settings_.change([&](AppSettings& s) { s.pullsFolder = (folder_ / "Pulls").string(); });
+    const auto part = player_->dragOut().exportForDrag(true);
+    ASSERT_TRUE(part) << message();
+    EXPECT_EQ(part->filename(), "a_0.000-0.500s.wav");
+    EXPECT_EQ(AudioFileInfo::load(*part).frames, 24000);
     std::filesystem::remove(a);
     EXPECT_FALSE(player_->dragOut().exportForDrag(false));
     EXPECT_EQ(message(), "Can't read a.wav: No such file or directory");

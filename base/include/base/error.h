@@ -15,6 +15,8 @@ enum class ErrorKind {
     resampling = 4,
     device = 10,
     wavSizeLimit = 20,
+    noBinaural = 30,
+    noUpmix = 31,
     tooLargeToLoad = 40,
     notEmbeddable = 70,
     notWritableWav = 71,

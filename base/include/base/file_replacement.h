@@ -23,6 +23,8 @@ struct FileReplacementOptions {
     bool waits = false;
     mode_t mode = 0666;      // of the new file, reduced by the umask
     bool syncFolder = true;  // false: a crash of the system may bring the old file back after the commit
+    // For a file that replaces none: the target's name is only the first to try. To be ended by commitNew().
+    bool isNew = false;
 };
 
 // The target stays as it is until commit(). The object removes its temporary file `.<file name>.bh-tmp` beside the
@@ -67,6 +69,9 @@ public:
 
     // Syncs the new version and swaps it in. Returns its inode.
     ino_t commit();
+    // The same for a new file, under any name in the target's folder. False when that name is taken: the caller may try
+    // another.
+    bool commitNew(const std::string& name);
 
     // Replaces a whole file in one call.
     static void writeText(const std::filesystem::path& target, std::string_view text, const Options& options = {});

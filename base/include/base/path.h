@@ -13,6 +13,9 @@ std::string canonicalPath(const std::filesystem::path& path);
 // Resolves all symbolic links. Throws Error when there is no such file.
 std::filesystem::path followed(const std::filesystem::path& path);
 
+// Creates a folder and those that it lies in; one that is there is fine. Throws Error.
+void createFolders(const std::filesystem::path& folder);
+
 // For the user: one line of valid UTF-8 for any path. The name is the path's last part.
 std::string printableName(const std::filesystem::path& path);
 std::string printablePath(const std::filesystem::path& path);

@@ -61,9 +61,17 @@ void OfflineRender::fillRing() {
     }
 }
 
-int OfflineRender::next() {
-    while (skipFrames_ > 0) { skipFrames_ -= render(std::min(skipFrames_, blockFrames_)); }
-    return render(blockFrames_);
+int OfflineRender::next(int limit) {
+    if (skipFrames_ > 0) { dropSkipped(); }
+    return render(std::min(limit, blockFrames_));
+}
+
+void OfflineRender::dropSkipped() {
+    while (skipFrames_ > 0) {
+        const int frames = render(std::min(skipFrames_, blockFrames_));
+        skipFrames_ = frames > 0 ? skipFrames_ - frames : 0;
+    }
+    for (int c = 0; c < int(planes_.size()); ++c) { (void)context_.takePeak(c); }
 }
 
 // Frames of the stream while there are any, then those of the tail.

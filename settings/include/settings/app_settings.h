@@ -1,6 +1,7 @@
 // AppSettings: the user's preferences for listening, in one record.
 #pragma once
 
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <vector>
@@ -29,6 +30,9 @@ struct AppSettings {
 
     // The profile with the id activeProfileID, or the first one.
     const OutputProfile& activeProfile() const;
+
+    // The folder that pulls go to: pullsFolder, or the default one in place of a blank or relative path.
+    std::filesystem::path pulls() const;
 
     // "Music/Brindlehum Pulls" in the home folder.
     static std::string defaultPullsFolder();

@@ -6,7 +6,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
-#include "mix/player/drag_export.h"
+#include "mix/player/drag_out.h"
 #include "mix/player/loaded_sound.h"
 #include "mix/player/transport.h"
 #include "ui/player/time_ruler.h"

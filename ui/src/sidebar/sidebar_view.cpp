@@ -71,7 +71,7 @@ void SidebarView::refresh() {
     now.roots = settings_.value().libraryRoots;
     now.indexing.assign(roots_.indexing().begin(), roots_.indexing().end());
     now.problems = roots_.problems();
-    now.places = placesOf(settings_.value().pullsFolder);
+    now.places = placesOf(settings_.value().pulls().string());
     now.categories = search_.categories();
     now.libraries = search_.libraries();
     now.category = search_.category();

@@ -25,6 +25,11 @@ public:
     // The most sample bytes: 65,536 less than 32 bits can count, which leaves room for header and padding.
     static constexpr uint64_t maxDataBytes = 0xFFFEFFFF;
     static constexpr int maxChannels = 21845;
+    static constexpr int bytesPerSample = 3;
+    static constexpr size_t descriptionBytes = 256;
+    // Where the file holds the date and the time of its making.
+    static constexpr size_t creationOffset = 388;
+    static constexpr size_t creationBytes = 18;
 
     // Creates the file (replacing an existing one) and its parent folders, and writes the header. Stores `sampleRate`
     // in Hz as the nearest integer. `channels` is 1 to maxChannels, and channels x rate x 3 must fit in 32 bits (else

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <optional>
 
-#include "mix/player/frame_range.h"
+#include "mix/config/frame_range.h"
 
 namespace brindlehum {
 

@@ -8,7 +8,7 @@
 #include <string>
 
 #include "mix/engine/engine_seat.h"
-#include "mix/player/drag_export.h"
+#include "mix/player/drag_out.h"
 #include "mix/player/listening_setup.h"
 #include "mix/player/loaded_sound.h"
 #include "mix/player/output_meter.h"

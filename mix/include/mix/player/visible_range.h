@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "mix/player/frame_range.h"
+#include "mix/config/frame_range.h"
 
 namespace brindlehum {
 

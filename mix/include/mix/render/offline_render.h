@@ -22,9 +22,14 @@ public:
     OfflineRender(const MixConfig& config, std::shared_ptr<StreamReader> reader, double sampleRate, int deviceChannels,
                   int blockFrames, double gain);
 
-    // Renders the next block into planes() and returns its frame count: fewer than a block where the stream ends, then
-    // the frames in which the upmix and the binaural stage still sound, then 0.
-    int next();
+    // The first block begins this many frames later, and is heard as what follows on them. Before the first block.
+    void skip(int frames) { skipFrames_ += frames; }
+    // Renders the next block, up to `limit` frames of it, into planes() and returns its frame count: fewer than a block
+    // where the stream ends, then the frames in which the upmix and the binaural stage still sound, then 0.
+    int next() { return next(blockFrames_); }
+    int next(int limit);
+    // The largest magnitude on a channel since the last take; not a number when a sample was none.
+    float takePeak(int channel) const { return context_.takePeak(channel); }
     // Frames of the stream rendered so far.
     int64_t streamedFrames() const { return streamedFrames_; }
     // One plane per device channel, valid until the next call of next().
@@ -33,6 +38,7 @@ public:
 private:
     void prime();
     void fillRing();
+    void dropSkipped();
     int render(int limit);
 
     std::unique_ptr<Upmixer> upmixer_;  // for a configuration with an upmix

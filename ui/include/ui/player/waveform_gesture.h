@@ -5,7 +5,7 @@
 #include <optional>
 #include <variant>
 
-#include "mix/player/frame_range.h"
+#include "mix/config/frame_range.h"
 #include "mix/player/visible_range.h"
 
 namespace brindlehum::WaveformGesture {

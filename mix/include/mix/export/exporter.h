@@ -1,0 +1,61 @@
+// Exporter: writes what is heard of a sound into a WAV file of its own, as fast as the processor allows.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <stop_token>
+#include <string>
+
+#include "audio/probe/audio_file_info.h"
+#include "mix/config/frame_range.h"
+#include "mix/export/drag_export.h"
+#include "spatial/ambisonics.h"
+#include "spatial/listen_mode.h"
+#include "upmix/upmix_params.h"
+
+namespace brindlehum::Exporter {
+
+struct Request {
+    AudioFileInfo info;
+    SourceFormat source = SourceFormat::stereo();  // how the file's channels are understood
+    std::optional<FrameRange> range = {};          // none: all of it
+    DragExport mode = {};
+    Rotation rotation = {};                  // of an Ambisonic source
+    ListenMode listen = ListenMode::normal;  // of a stereo source
+    bool monoToCenter = true;
+    std::filesystem::path folder;  // the file comes to lie in its subfolder of the day
+    UpmixParams upmix = {};
+    std::string upmixName = {};  // of the preset, for names
+    // The part is meant to be repeated: its filters and its upmix start as they end.
+    bool loop = false;
+
+    bool operator==(const Request&) const = default;
+};
+
+struct Result {
+    std::filesystem::path url;
+    std::string label;  // of the channels: "7.1.4 (WAVE order)"
+    int channels = 0;
+    int64_t frames = 0;
+    std::optional<double> peak;  // largest magnitude before any clipping, 1 is full scale; none for an untouched file
+    int64_t clipped = 0;         // samples that were beyond full scale and were cut to it
+};
+
+// What a caller may watch and stop; both are used on the thread that exports.
+struct Watch {
+    std::function<void(double done)> progress;  // 0 to 1
+    std::stop_token stop;
+};
+
+// The file of the request: the source itself for the whole original, otherwise a new file in `folder`/yyyy-MM-dd under
+// its name of ExportName, which appears there complete or not at all. Never touches a file that is there already: the
+// same content is used again, other content makes the new name end in " 2" and so on. None when stopped. Blocking; any
+// thread but the render thread. Throws Error: noBinaural, noUpmix, wavSizeLimit, or with the reason in its text.
+std::optional<Result> make(const Request& request, const Watch& watch = {});
+
+// "peaks 2.1 dB above full scale were clipped"; empty when nothing was.
+std::string remark(const Result& result);
+
+}  // namespace brindlehum::Exporter

@@ -1,0 +1,80 @@
+// DragOut: the request that a drag stands for, and its outcome as a message.
+#include "mix/player/drag_out.h"
+
+#include <algorithm>
+
+#include "base/path.h"
+
+namespace brindlehum {
+
+DragOut::DragOut(const LoadedSound& sound, const Transport& transport, const ListeningSetup& listening,
+                 const SettingsStore& settings, PlayerMessage& message, MainLoop& loop)
+    : sound_(sound),
+      transport_(transport),
+      listening_(listening),
+      settings_(settings),
+      message_(message),
+      queue_(loop) {}
+
+std::vector<DragExport> DragOut::dragOptions() const {
+    const auto& info = sound_.info();
+    return brindlehum::dragOptions(sound_.source(), info ? info->channels : 0, listening_.upmix().enabled);
+}
+
+void DragOut::setDragExport(DragExport mode) {
+    if (mode == mode_) { return; }
+    mode_ = mode;
+    Q_EMIT changed();
+}
+
+void DragOut::checkDragExport() {
+    const auto options = dragOptions();
+    if (std::ranges::find(options, mode_) == options.end()) { setDragExport(DragExport::original()); }
+}
+
+std::optional<Exporter::Request> DragOut::request(bool selectionOnly) const {
+    const auto& info = sound_.info();
+    const auto source = sound_.source();
+    if (!info || !source) { return std::nullopt; }
+    const AppSettings& settings = settings_.value();
+    const UpmixSettings& upmix = listening_.upmix();
+    return Exporter::Request{.info = *info,
+                             .source = *source,
+                             .range = selectionOnly ? transport_.selection() : std::nullopt,
+                             .mode = mode_,
+                             .rotation = listening_.rotation(),
+                             .listen = listening_.listen(),
+                             .monoToCenter = settings.monoToCenter,
+                             .folder = settings.pulls(),
+                             .upmix = upmix.params,
+                             .upmixName = presetName(upmix),
+                             .loop = transport_.loop()};
+}
+
+std::shared_ptr<ExportJob> DragOut::startExport(bool selectionOnly) {
+    const auto asked = request(selectionOnly);
+    return asked ? queue_.start(*asked) : nullptr;
+}
+
+std::optional<std::filesystem::path> DragOut::awaitFile(const ExportJob& job, double patience) {
+    if (!job.wait(patience)) {
+        message_.fail("The file is still being rendered: drag again in a moment");
+        return std::nullopt;
+    }
+    const auto result = job.result();
+    if (!result) {
+        if (job.state() == ExportJob::State::failed) { message_.fail(job.failure()); }
+        return std::nullopt;
+    }
+    if (const std::string remark = Exporter::remark(*result); !remark.empty()) {
+        message_.fail(printableName(result->url) + ": " + remark);
+    }
+    return result->url;
+}
+
+std::optional<std::filesystem::path> DragOut::exportForDrag(bool selectionOnly) {
+    const auto job = startExport(selectionOnly);
+    return job ? awaitFile(*job) : std::nullopt;
+}
+
+}  // namespace brindlehum
