@@ -25,12 +25,13 @@ bool AnalysisWords::take(Words words, size_t& at) {
     const std::string& word = words[at];
     if (word != "bpm" && word != "meter" && word != "downbeat") { return false; }
     if (++at == words.size()) { throw UsageError("no value after \"" + word + "\""); }
+    using namespace GivenBarsRange;
     if (word == "bpm") {
-        bpm = numberAfter(word, words[at], 20, 400);
+        given.bpm = numberAfter(word, words[at], slowestBpm, fastestBpm);
     } else if (word == "downbeat") {
-        downbeat = numberAfter(word, words[at], 0, 86400);
+        given.downbeat = numberAfter(word, words[at], 0, latestDownbeat);
     } else {
-        beatsPerBar = wholeNumberAfter(word, words[at], 1, 16);
+        given.beatsPerBar = wholeNumberAfter(word, words[at], 1, mostBeatsPerBar);
     }
     return true;
 }
@@ -42,7 +43,8 @@ AnalysedFile analyseFile(const std::string& file, const AnalysisWords& words) {
     AnalysedFile result{AudioFileInfo::load(file), {}};
     FileSamples samples(file);
     const std::string name = std::filesystem::path(file).filename().string();
-    const AnalysisInput input{samples, result.info.detected, name, words.bpm, words.beatsPerBar, words.downbeat};
+    const GivenBars& given = words.given;
+    const AnalysisInput input{samples, result.info.detected, name, given.bpm, given.beatsPerBar, given.downbeat};
     result.outcome = analyzeMusic(input, [&](AnalysisStage stage) {
         const bool reading = stage == AnalysisStage::mono;
         progress.tell(label + std::string(reading ? "reading" : stageNames[size_t(stage)]));

@@ -1,9 +1,9 @@
 // Analyses a file as music, for the commands that show the result.
 #pragma once
 
-#include <optional>
 #include <string>
 
+#include "analysis/given_bars.h"
 #include "analysis/music_analysis.h"
 #include "audio/probe/audio_file_info.h"
 #include "command.h"
@@ -12,9 +12,7 @@ namespace brindlehum::cli {
 
 // Values that the user sets to override the analysis.
 struct AnalysisWords {
-    std::optional<double> bpm;
-    std::optional<int> beatsPerBar;
-    std::optional<double> downbeat;
+    GivenBars given;
 
     // Reads `bpm N`, `meter N` or `downbeat SECONDS` at `at` and moves `at` to the value; returns false for any other
     // word. Throws UsageError.

@@ -6,6 +6,8 @@
 #include <optional>
 #include <vector>
 
+#include "analysed_file.h"
+#include "app/bars_by_hand.h"
 #include "base/error.h"
 #include "base/stored_path.h"
 #include "command.h"
@@ -29,6 +31,7 @@ constexpr double maxLength = 24 * 3600;  // seconds
 
 struct Request {
     TempEditOptions options;
+    AnalysisWords words;
     std::vector<std::string> files;
 };
 
@@ -49,6 +52,7 @@ Request read(Words words) {
     Request request;
     for (size_t at = 0; at < words.size(); ++at) {
         const std::string& word = words[at];
+        if (request.words.take(words, at)) { continue; }
         if (word == "targets") {
             takeTargets(words, at, request);
             continue;
@@ -94,12 +98,26 @@ Json toJson(const EditPlan& plan, const std::filesystem::path& file, double seco
             {"seconds", seconds}};
 }
 
+// What the user has set in the window.
+struct Stored {
+    FileDefaults defaults;
+    AppSettings settings = SettingsStore(defaults).value();
+    BarsByHand bars{defaults};
+};
+const Stored& stored() {
+    static const Stored all;
+    return all;
+}
+
 std::filesystem::path folderOf(const std::filesystem::path& file) {
-    static const AppSettings settings = [] {
-        FileDefaults defaults;
-        return SettingsStore(defaults).value();
-    }();
+    const AppSettings& settings = stored().settings;
     return TempEditExporter::editsFolder(file, settings.tempEditsBesideSource, settings.pulls());
+}
+
+// Words go before what was set in the window.
+GivenBars givenFor(const std::filesystem::path& file, const Request& request) {
+    const GivenBars& words = request.words.given;
+    return words.any() ? words : stored().bars.find(file);
 }
 
 Json toJson(const std::string& file, const TempEdits::Outcome& outcome) {
@@ -111,6 +129,7 @@ Json toJson(const std::string& file, const TempEdits::Outcome& outcome) {
     return {{"url", storedPath(file)},
             {"folder", storedPath(outcome.result.folder)},
             {"notes", notes.empty() ? Json() : Json(storedPath(notes))},
+            {"barLinesUncertain", outcome.barLinesUncertain},
             {"plans", plans}};
 }
 
@@ -127,7 +146,7 @@ bool edits(Words words) {
     std::vector<TempEdits::Job> jobs;
     for (const auto& file : request.files) {
         const auto path = std::filesystem::absolute(file);
-        jobs.push_back({path, folderOf(path)});
+        jobs.push_back({path, folderOf(path), givenFor(path, request)});
     }
     ProgressLine progress;
     const auto outcomes = TempEdits::makeAll(jobs, request.options, [&](const TempEdits::Step& step) {
@@ -145,9 +164,9 @@ bool edits(Words words) {
 bool plan(Words words) {
     const Request request = read(words);
     return eachFile(request.files, [&](const std::string& file) {
-        const TempEdits::Planned planned = TempEdits::plan(file, request.options);
-        if (planned.status != TempEdits::Status::done) { throw Error(planned.reason); }
         const auto source = std::filesystem::absolute(file);
+        const TempEdits::Planned planned = TempEdits::plan(file, request.options, givenFor(source, request));
+        if (planned.status != TempEdits::Status::done) { throw Error(planned.reason); }
         const auto folder = TempEditExporter::folderFor(source, folderOf(source));
         const std::string base = std::filesystem::path(file).stem().string();
         Json plans = Json::array();
@@ -155,7 +174,10 @@ bool plan(Words words) {
             const double frames = double(TempEditRenderer::length(one, planned.sampleRate));
             plans.push_back(toJson(one, TempEditExporter::fileOf(folder, base, one), frames / planned.sampleRate));
         }
-        print({{"url", storedPath(file)}, {"folder", storedPath(folder)}, {"plans", plans}});
+        print({{"url", storedPath(file)},
+               {"folder", storedPath(folder)},
+               {"barLinesUncertain", planned.analysis->grid.barLinesUncertain()},
+               {"plans", plans}});
     });
 }
 

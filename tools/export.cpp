@@ -7,6 +7,7 @@
 #include "base/error.h"
 #include "base/stored_path.h"
 #include "command.h"
+#include "library/meta/carried_notes.h"
 #include "mix/export/exporter.h"
 #include "progress_line.h"
 #include "render_words.h"
@@ -20,6 +21,7 @@ const std::string_view exportHelp =
     "  original, bed LAYOUT, upmix LAYOUT PRESET, binaural   the form (default original)\n"
     "  from S, to S       the part of each file, in seconds\n"
     "  loop               the part is to be repeated: it starts as it ends\n"
+    "  float              32-bit float instead of 24 bits: nothing is clipped\n"
     "  folder F           where the folder of the day lies (default: that of the settings)\n"
     "  listen, format, mono, yaw, pitch, roll   as for render\n";
 
@@ -71,6 +73,7 @@ const std::map<std::string, Setter, std::less<>> setters = {
     {"bed", [](auto& r, auto& v) { r.common.mode = DragExport::bed(layoutAfter("bed", v)); }},
     {"upmix", setUpmix},
     {"loop", [](auto& r, auto&) { r.common.loop = true; }},
+    {"float", [](auto& r, auto&) { r.common.asFloat = true; }},
     {"folder", [](auto& r, auto& v) { r.common.folder = v.after("folder"); }},
     {"from", [](auto& r, auto& v) { r.isPart = true, r.from = numberAfter("from", v.after("from"), 0, 1e9); }},
     {"to", [](auto& r, auto& v) { r.isPart = true, r.to = numberAfter("to", v.after("to"), 0, 1e9); }},
@@ -104,7 +107,8 @@ ExportRequest readWords(Words words) {
     if (request.files.empty()) { throw UsageError("no file given"); }
     if (request.common.folder.empty()) {
         FileDefaults defaults;
-        request.common.folder = SettingsStore(defaults).value().pulls();
+        const AppSettings settings = SettingsStore(defaults).value();
+        request.common.folder = settings.pulls();
     }
     return request;
 }
@@ -123,13 +127,17 @@ Exporter::Request requestFor(const std::string& file, const ExportRequest& words
     return request;
 }
 
+WavNotes carried(const std::filesystem::path& source, const FrameRange& range) {
+    return carriedNotes(source, range.lower, range.upper);
+}
+
 void exportFile(const std::string& file, const ExportRequest& words) {
     ProgressLine line;
     const auto progress = [&, told = -1](double done) mutable {
         const int percent = int(done * 100);
         if (percent != told) { line.tell(file + ": " + std::to_string(told = percent) + " %"); }
     };
-    const auto result = Exporter::make(requestFor(file, words), {progress, {}});
+    const auto result = Exporter::make(requestFor(file, words), {progress, {}, carried});
     line.wipe();
     print({{"url", storedPath(file)},
            {"file", storedPath(result->url)},

@@ -43,7 +43,7 @@ void printHelp() {
     std::cout << "\nWords of export:\n" << exportHelp;
     std::cout << "\nWords of analyze, in place of what it would find:\n" << analysisHelp;
     std::cout << "\nWords of picture, besides those:\n" << pictureHelp;
-    std::cout << "\nWords of edits and plan:\n" << editsHelp;
+    std::cout << "\nWords of edits and plan, besides those of analyze:\n" << editsHelp;
     std::cout << "\nEach result is a JSON object on one line; a failure is one line on stderr and exit code 1.\n";
 }
 

@@ -10,6 +10,7 @@
 #include "analysis/text.h"
 #include "base/error.h"
 #include "base/text.h"
+#include "base/time_text.h"
 #include "dsp/signal.h"
 #include "piece_reader.h"
 
@@ -18,7 +19,19 @@ namespace {
 
 std::string uncertainNote(const MusicGrid& grid) {
     return "Bar lines uncertain (" + fixed(100 * grid.downbeatConfidence, 0) +
-           " % sure): set tempo, meter or a downbeat by hand if splices fall on the wrong beat";
+           " % sure): if cuts fall on the wrong beat, set where a bar starts, the tempo or the beats a bar by hand "
+           "(Set Bars in the window, or the words downbeat, bpm and meter)";
+}
+
+std::string givenNote(const AnalysisInput& input) {
+    std::string text;
+    const auto add = [&text](const std::string& part) { text += (text.empty() ? "" : ", ") + part; };
+    if (input.bpm) { add(fixed(*input.bpm, 2) + " BPM"); }
+    if (input.beatsPerBar) {
+        add(std::to_string(*input.beatsPerBar) + (*input.beatsPerBar == 1 ? " beat a bar" : " beats a bar"));
+    }
+    if (input.downbeat) { add("a bar starts at " + timeText(*input.downbeat)); }
+    return text.empty() ? text : "Set by hand: " + text;
 }
 
 }  // namespace
@@ -78,6 +91,7 @@ AnalysisOutcome analyzeMusic(const AnalysisInput& input, const AnalysisProgress&
     if (!goOnTo(AnalysisStage::structure)) { return cancelled(); }
     out.mono22k = std::move(piece->mono22k);
     out.structure = Structure::analyze(out.mono22k, Signal::analysisRate, out.grid, piece->spectrum, input.name);
+    if (std::string given = givenNote(input); !given.empty()) { out.structure.notes.push_back(std::move(given)); }
     if (out.grid.barLinesUncertain()) { out.structure.notes.push_back(uncertainNote(out.grid)); }
     return {Status::done, std::move(out), {}};
 }

@@ -6,6 +6,8 @@
 #include <nlohmann/json.hpp>
 #include <thread>
 
+#include "library/meta/carried_notes.h"
+
 namespace brindlehum {
 
 namespace {
@@ -20,11 +22,12 @@ AppModel::AppModel(Platform platform)
     : platform_(platform),
       pool_(poolThreads()),
       settings_(platform.defaults),
+      bars_(platform.defaults),
       engine_(platform.audio, platform.loop),
       player_(engine_, settings_, platform.loop, pool_),
       speakerTest_(engine_, platform.loop),
       library_(settings_, platform.loop, platform.catalogFile),
-      tempEdits_(player_, settings_, platform.session.fileManager(), platform.loop),
+      tempEdits_(player_, settings_, bars_, platform.session.fileManager(), platform.loop),
       commands_(player_, settings_, tempEdits_) {}
 
 AppModel::~AppModel() {
@@ -45,8 +48,14 @@ void AppModel::start(uint16_t controlPort) {
     connect(&player_.listening(), &ListeningSetup::outputsChanged, this,
             [this] { player_.listening().chooseFirstProfile(); });
     player_.listening().chooseFirstProfile();
+    player_.dragOut().queue().setCarry([](const std::filesystem::path& source, const FrameRange& range) {
+        return carriedNotes(source, range.lower, range.upper);
+    });
     connect(&library_.edits(), &MetadataEdits::renamed, this, [this](const MetadataEdits::Moves& moves) {
-        for (const auto& move : moves) { player_.formats().rename(move.from, move.to); }
+        for (const auto& move : moves) {
+            player_.formats().rename(move.from, move.to);
+            bars_.rename(move.from, move.to);
+        }
     });
 }
 
@@ -84,6 +93,10 @@ void AppModel::addLibraryFolders(const std::vector<std::filesystem::path>& folde
     if (folders.empty()) { return; }
     for (const auto& folder : folders) { library_.roots().add(folder); }
     showFolder(folders.front());
+}
+
+std::unique_ptr<PieceBars> AppModel::barsOf(const std::filesystem::path& file) {
+    return std::make_unique<PieceBars>(file, bars_, platform_.loop);
 }
 
 nlohmann::json AppModel::handle(const std::string& command, const ControlParams& params) {

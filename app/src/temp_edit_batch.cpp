@@ -18,21 +18,27 @@ std::string countOf(size_t count) {
 
 }  // namespace
 
-TempEditBatch::TempEditBatch(PlayerModel& player, const SettingsStore& settings, FileManager& fileManager,
-                             MainLoop& loop)
-    : player_(player), settings_(settings), fileManager_(fileManager), background_(loop, "Brindlehum.tempedits") {}
+TempEditBatch::TempEditBatch(PlayerModel& player, const SettingsStore& settings, const BarsByHand& bars,
+                             FileManager& fileManager, MainLoop& loop)
+    : player_(player),
+      settings_(settings),
+      bars_(bars),
+      fileManager_(fileManager),
+      background_(loop, "Brindlehum.tempedits") {}
 
 void TempEditBatch::make(const std::vector<std::filesystem::path>& files) {
     const AppSettings& settings = settings_.value();
     Jobs jobs;
     for (const auto& file : files) {
         if (!AudioFileInfo::isAudioPath(file)) { continue; }
-        jobs.push_back({file, TempEditExporter::editsFolder(file, settings.tempEditsBesideSource, settings.pulls())});
+        jobs.push_back({file, TempEditExporter::editsFolder(file, settings.tempEditsBesideSource, settings.pulls()),
+                        bars_.find(file)});
     }
     if (jobs.empty()) { return; }
     if (!progress_) { progress_ = 0; }
     folders_.clear();
     skipped_.clear();
+    uncertain_.clear();
     closing_.clear();
     player_.notify("Temp edits: analyzing " + countOf(jobs.size()) + "…");
     Q_EMIT changed();
@@ -76,6 +82,7 @@ void TempEditBatch::conclude(const Jobs& jobs, const Result& result) {
         const TempEdits::Outcome& outcome = result.outcomes[i];
         if (outcome.status == TempEdits::Status::done) {
             folders.push_back(outcome.result.folder);
+            if (outcome.barLinesUncertain) { uncertain_.push_back(jobs[i].url); }
         } else {
             skipped_.push_back({jobs[i].url, outcome.reason});
         }

@@ -148,11 +148,16 @@ std::string closingText(std::span<const Outcome> outcomes) {
         return "Temp edits cancelled: " + std::to_string(written) + " of " + std::to_string(outcomes.size()) +
                " written";
     }
-    if (skipped == 0) {
-        return "Temp edits written for " + std::to_string(written) + (written == 1 ? " file" : " files");
-    }
-    return "Temp edits: " + std::to_string(written) + " written, " + std::to_string(skipped) +
-           " skipped (no steady pulse)";
+    const auto uncertain =
+        std::ranges::count_if(outcomes, [](const auto& o) { return o.status == Status::done && o.barLinesUncertain; });
+    std::string text = skipped == 0
+                           ? "Temp edits written for " + std::to_string(written) + (written == 1 ? " file" : " files")
+                           : "Temp edits: " + std::to_string(written) + " written, " + std::to_string(skipped) +
+                                 " skipped (no steady pulse)";
+    if (uncertain == 0) { return text; }
+    text += "; bar lines uncertain";
+    if (uncertain < int64_t(outcomes.size())) { text += " in " + std::to_string(uncertain); }
+    return text + ": set where a bar starts";
 }
 
 }  // namespace brindlehum::TempEdits

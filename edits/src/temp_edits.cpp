@@ -24,7 +24,8 @@ Planned cancelled() {
     return failed(Status::cancelled, "Cancelled");
 }
 
-Planned planOrThrow(const std::filesystem::path& path, const TempEditOptions& options, const std::stop_token& stop) {
+Planned planOrThrow(const std::filesystem::path& path, const TempEditOptions& options, const GivenBars& given,
+                    const std::stop_token& stop) {
     if (stop.stop_requested()) { return cancelled(); }
     const AudioFileInfo info = AudioFileInfo::load(path);
     Planned out;
@@ -32,7 +33,7 @@ Planned planOrThrow(const std::filesystem::path& path, const TempEditOptions& op
     out.sampleRate = samples.sampleRate();
     out.frames = samples.frames();
     const std::string name = path.filename();
-    auto analysed = analyzeMusic({samples, info.detected, name, std::nullopt, std::nullopt},
+    auto analysed = analyzeMusic({samples, info.detected, name, given.bpm, given.beatsPerBar, given.downbeat},
                                  [&stop](AnalysisStage) { return !stop.stop_requested(); });
     switch (analysed.status) {
         case AnalysisOutcome::Status::tooShort:
@@ -69,20 +70,22 @@ Signal::Planar readAll(const std::filesystem::path& path, int64_t frames) {
 
 }  // namespace
 
-Planned plan(const std::filesystem::path& path, const TempEditOptions& options, const std::stop_token& stop) {
-    return guarded([&] { return planOrThrow(path, options, stop); },
+Planned plan(const std::filesystem::path& path, const TempEditOptions& options, const GivenBars& given,
+             const std::stop_token& stop) {
+    return guarded([&] { return planOrThrow(path, options, given, stop); },
                    [](const char* reason) { return failed(Status::unread, reason); });
 }
 
 Outcome makeOne(const Job& job, const TempEditOptions& options, const TempEditExporter::Progress& progress,
                 const PlansKnown& plansKnown, const std::stop_token& stop) {
-    Planned planned = plan(job.url, options, stop);
+    Planned planned = plan(job.url, options, job.given, stop);
     Outcome out;
     out.status = planned.status;
     out.reason = std::move(planned.reason);
     out.result.folder = job.folder;
     if (out.status != Status::done) { return out; }
     out.sampleRate = planned.sampleRate;
+    out.barLinesUncertain = planned.analysis->grid.barLinesUncertain();
     // Only now, when there is something to cut, are all samples read.
     const auto audio = guarded([&] { return readAll(job.url, planned.frames); },
                                [&out](const char* reason) {

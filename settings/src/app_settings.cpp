@@ -85,6 +85,7 @@ std::optional<AppSettings> AppSettings::decode(const std::string& text) {
     read(record, "spacePlaysInFinder", settings.spacePlaysInFinder);
     read(record, "monoToCenter", settings.monoToCenter);
     readPath(record, "pullsFolder", settings.pullsFolder);
+    read(record, "pullsAsFloat", settings.pullsAsFloat);
     readPaths(record, "libraryRoots", settings.libraryRoots);
     readPath(record, "ytDlpPath", settings.ytDlpPath);
     read(record, "tempEditsBesideSource", settings.tempEditsBesideSource);
@@ -105,6 +106,7 @@ std::string AppSettings::encode() const {
     record["spacePlaysInFinder"] = spacePlaysInFinder;
     record["monoToCenter"] = monoToCenter;
     record["pullsFolder"] = storedPath(pullsFolder);
+    record["pullsAsFloat"] = pullsAsFloat;
     record["libraryRoots"] = ordered_json::array();
     for (const std::string& root : libraryRoots) { record["libraryRoots"].push_back(storedPath(root)); }
     record["ytDlpPath"] = storedPath(ytDlpPath);

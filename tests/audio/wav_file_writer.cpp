@@ -167,6 +167,46 @@ TEST(WavFileWriter, IsReadBackByOtherReaders) {
     }
 }
 
+TEST(WavFileWriter, FloatsAndWhatWasAnIntegerComeOutAsTheyWentIn) {
+    Planes integers = noisePlanes(12, 3001, 8);
+    for (auto& plane : integers) {
+        for (float& x : plane) { x = std::floor(x * 16777216) / 8388608; }
+    }
+    integers[0][0] = -1;
+    integers[1][1] = 8388607.0F / 8388608.0F;
+    Planes floats = wildPlanes(11, 3001, 9);
+    for (const auto& [samples, planes, format, codec] :
+         {std::tuple(WavSamples::float32, floats, SF_FORMAT_FLOAT, "pcm_f32le"),
+          {WavSamples::pcm24Lossless, integers, SF_FORMAT_PCM_24, "pcm_s24le"}}) {
+        SCOPED_TRACE(codec);
+        const TempFolder folder;
+        const auto path = folder / "take.wav";
+        WavNotes notes{.description = "Rain", .originatorReference = "ref", .date = "1999-12-31", .time = "01:02:03"};
+        notes.timeReference = 0x123456789;
+        notes.codingHistory = "A=ANALOGUE";
+        notes.chunks = riffChunk("junk", "xyz");
+        {
+            WavFileWriter writer(makeFileSink(path), {48000, int(planes.size()), 0, samples, notes});
+            writer.appendAll(planes);
+            writer.finish();
+        }
+        const ReadAudio back = readAudio(path);
+        EXPECT_EQ(back.format, SF_FORMAT_WAVEX | format);
+        ASSERT_EQ(back.planes.size(), planes.size());
+        for (size_t c = 0; c < planes.size(); ++c) {
+            EXPECT_EQ(std::memcmp(back.planes[c].data(), planes[c].data(), planes[c].size() * 4), 0) << c;
+        }
+        run("ffprobe -v error -show_streams -show_format " + path.string() + " > " + (folder / "out").string());
+        const std::string report = readBytes(folder / "out");
+        for (const std::string& line :
+             {"codec_name=" + std::string(codec) + "\n", std::string("duration_ts=3001\n"),
+              std::string("TAG:time_reference=4886718345\n"), std::string("TAG:originator_reference=ref\n"),
+              std::string("TAG:coding_history=A=ANALOGUE\n"), std::string("TAG:date=1999-12-31\n")}) {
+            EXPECT_NE(report.find(line), std::string::npos) << line << " in\n" << report;
+        }
+    }
+}
+
 TEST(WavFileWriter, RefusesBlocksBeyondFourGigabytes) {
     std::string head;
     WavFileWriter writer(std::make_unique<MemorySink>(head, 678), 48000, 1, 4, "");

@@ -77,31 +77,26 @@ Samples threeRounds(Samples round, int64_t guard) {
     return {all.begin() + n, all.begin() + 2 * n};
 }
 
-TEST(EditOps, SeamlessLoopIsTheMiddleOfThreeGuardedRounds) {
-    struct Case {
-        int64_t total, start, end;
-        bool carryTail;
-        int64_t guard, carry;
-    };
+Samples quiet(size_t count) {
+    Samples x = noise(count, 1);
+    detail::scale(x, 0.3F);
+    return x;
+}
+
+TEST(EditOps, ALoopFromTheStartIsTheMiddleOfThreeGuardedRounds) {
     const double sr = 48000;
-    const Case cases[] = {{9000, 1000, 8000, true, 384, 1000},   {9000, 1000, 8000, false, 384, 0},
-                          {9000, 1000, 9000, true, 384, 0},      {5000, 0, 768, true, 384, 768},
-                          {5000, 10, 777, true, 383, 767},       {100, 5, 25, true, 10, 20},
-                          {400000, 0, 200000, true, 384, 144000}};
-    for (const Case& c : cases) {
-        SCOPED_TRACE(testing::Message() << c.start << " to " << c.end << " of " << c.total);
-        Channels channels = {noise(size_t(c.total), 1), noise(size_t(c.total), 2)};
-        for (Samples& x : channels) { detail::scale(x, 0.3F); }
-        const Channels before = channels;
-        const auto loop = seamlessLoop(channels, sr, c.start, c.end, c.carryTail);
+    for (const auto& [total, end, carry] : {std::tuple(5000, 768, 768), {9000, 9000, 0}, {300, 20, 20}}) {
+        SCOPED_TRACE(testing::Message() << "to " << end << " of " << total);
+        const Channels channels = {quiet(size_t(total))};
+        const int64_t guard = std::min(end / 2, 384);
+        const auto loop = seamlessLoop(channels, sr, 0, end, true);
         ASSERT_TRUE(loop);
-        EXPECT_EQ(channels, before);
-        EXPECT_EQ(std::pair(loop->guard, loop->carry), std::pair(c.guard, c.carry));
-        for (size_t ch = 0; ch < 2; ++ch) {
-            Samples round = slice(channels, c.start, c.end)[ch];
-            for (int64_t i = 0; i < c.carry; ++i) { round[size_t(i)] += channels[ch][size_t(c.end + i)]; }
-            EXPECT_LT(test::errorDb(loop->channels[ch], threeRounds(round, c.guard)), -120);
+        EXPECT_EQ(std::pair(loop->guard, loop->carry), std::pair(guard, int64_t(carry)));
+        Samples round = slice(channels, 0, end)[0];
+        for (int64_t i = 0; i < carry; ++i) {
+            round[size_t(i)] += float(std::min(1.0, double(carry - i) / double(guard))) * channels[0][size_t(end + i)];
         }
+        EXPECT_LT(test::errorDb(loop->channels[0], threeRounds(round, guard)), -120);
     }
     const Channels loud = {Samples(2000, 0.9F), Samples(2000, 0.1F)};
     const auto loop = seamlessLoop(loud, sr, 0, 2000, false);
@@ -109,6 +104,54 @@ TEST(EditOps, SeamlessLoopIsTheMiddleOfThreeGuardedRounds) {
     EXPECT_FLOAT_EQ(detail::peak(loop->channels[0]), 0.999F);
     EXPECT_NEAR(loop->channels[1][1000] / loop->channels[0][1000], 1.0 / 9, 1e-6) << "one gain for all channels";
     EXPECT_FALSE(seamlessLoop(loud, sr, 0, 19, true));
+}
+
+// A sine that differs at both ends of the range: the largest step at the wrap is that of the sine itself, and the level
+// in the guard stays, whether the ends are alike, unlike, or opposite.
+TEST(EditOps, ALoopWrapsWithoutAStepAndWithoutABump) {
+    const double sr = 48000;
+    const auto sine = [&](double hz, double phase, size_t count) {
+        Samples x(count);
+        for (size_t i = 0; i < count; ++i) { x[i] = float(0.9 * std::sin(2 * pi * hz * double(i) / sr + phase)); }
+        return x;
+    };
+    // A whole number of periods of 500 Hz lies between the ends; the phase jumps halfway.
+    for (const double jump : {0.0, pi / 2, pi * 0.75}) {
+        SCOPED_TRACE(jump);
+        Samples x = sine(500, 0, 9600);
+        const Samples second = sine(500, jump, 9600);
+        std::copy(second.begin() + 4800, second.end(), x.begin() + 4800);
+        const auto loop = seamlessLoop({x}, sr, 1920, 7680, false);
+        ASSERT_TRUE(loop);
+        const Samples& y = loop->channels[0];
+        ASSERT_EQ(y.size(), 5760U);
+        const double steepest = 0.9 * 2 * pi * 500 / sr;
+        EXPECT_LE(std::abs(double(y.front()) - y.back()), steepest * 1.01);
+        EXPECT_TRUE(std::equal(y.begin(), y.end() - loop->guard, x.begin() + 1920)) << "nothing else changes";
+        EXPECT_LT(detail::peak(y), 0.9F * 1.02F);
+        // 96 frames are a period.
+        const auto rms = [&y](size_t from) {
+            double squares = 0;
+            for (size_t i = from; i < from + 96; ++i) { squares += double(y[i]) * y[i]; }
+            return std::sqrt(squares / 96);
+        };
+        for (size_t from = y.size() - 384; from + 96 <= y.size(); from += 24) {
+            if (jump <= pi / 2) { EXPECT_NEAR(20 * std::log10(rms(from) / rms(0)), 0, 0.5) << from; }
+        }
+    }
+}
+
+// With a ring-out the end goes on over the head, and only what comes before the start is added to it.
+TEST(EditOps, ARingOutRunsOnThroughTheWrap) {
+    const Channels channels = {quiet(9000)};
+    const Samples& x = channels[0];
+    const auto loop = seamlessLoop(channels, 48000, 1000, 8000, true);
+    ASSERT_TRUE(loop);
+    EXPECT_EQ(std::pair(loop->guard, loop->carry), (std::pair<int64_t, int64_t>(384, 1000)));
+    const Samples& y = loop->channels[0];
+    EXPECT_NEAR(y.front(), x[1000] + x[8000], 1e-6);
+    EXPECT_NEAR(y.back(), x[7999] + x[999], 1e-5);
+    EXPECT_NEAR(y[6615], x[7615], 1e-6) << "384 frames before the end";
 }
 
 }  // namespace

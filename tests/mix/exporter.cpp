@@ -12,6 +12,7 @@
 #include "support/full_disk.h"
 #include "support/platform/manual_main_loop.h"
 #include "support/refusal.h"
+#include "support/traced.h"
 
 namespace brindlehum::test {
 namespace {
@@ -109,14 +110,18 @@ TEST_F(Export, AnUntouchedOriginalIsTheFileItselfAndAPartOfItACopy) {
     EXPECT_EQ(Exporter::make(asked)->url, folder_ / "rain.wav");
     EXPECT_TRUE(pulls().empty());
     asked.range = FrameRange{1000, 3000};
-    const auto part = Exporter::make(asked);
-    EXPECT_EQ(part->url.filename(), "rain_0.021-0.062s.wav");
-    const Planes file = written(part->url);
-    for (size_t c = 0; c < 6; ++c) {
-        EXPECT_LT(largestDifference(file[c], {planes[c].begin() + 1000, planes[c].begin() + 3000}), halfStep);
+    writeAudio(folder_ / "rain.wav", planes, {.kind = FileKind::wav, .bits = 24});
+    const Planes integers = readAudio(folder_ / "rain.wav").planes;
+    for (const bool asFloat : {false, true}) {
+        asked.asFloat = asFloat;
+        const auto part = Exporter::make(asked);
+        EXPECT_EQ(part->url.filename(), asFloat ? "rain_0.021-0.062s 2.wav" : "rain_0.021-0.062s.wav");
+        const Planes file = readAudio(part->url).planes;
+        for (size_t c = 0; c < 6; ++c) {
+            EXPECT_EQ(file[c], std::vector(integers[c].begin() + 1000, integers[c].begin() + 3000));
+        }
+        EXPECT_EQ(AudioFileInfo::load(part->url).bextDescription, "Pulled from rain.wav [0.021-0.062 s] 5.1");
     }
-    EXPECT_EQ(AudioFileInfo::load(part->url).bextDescription, "Pulled from rain.wav [0.021-0.062 s] 5.1");
-
     Exporter::Request mono = request(noisePlanes(2, 100));
     mono.listen = ListenMode::mono;
     const auto sum = Exporter::make(mono);
@@ -191,6 +196,10 @@ TEST_F(Export, MeasuresWhatIsBeyondFullScale) {
     EXPECT_EQ(result->peak, 1.5);
     EXPECT_EQ(result->clipped, 2);
     EXPECT_EQ(Exporter::remark(*result), "peaks 3.5 dB above full scale were clipped");
+    asked.asFloat = true;
+    EXPECT_EQ(Exporter::make(asked)->clipped, 0);
+    EXPECT_EQ(Exporter::make(asked)->peak, 1.5);
+    asked.asFloat = false;
     asked.range = FrameRange{400, 900};
     EXPECT_EQ(Exporter::make(asked)->clipped, 1) << "a sample that is no number";
 }
@@ -230,6 +239,25 @@ TEST_F(Export, AFailureLeavesNothing) {
     EXPECT_TRUE(
         Child([&] { return becomeNobody() && refused().find("Permission denied") != std::string::npos; }).succeeded());
     std::filesystem::permissions(folder_ / "Pulls", std::filesystem::perms(0755));
+}
+
+TEST_F(Export, AKillAtAnySystemCallLeavesNoHalfFile) {
+    Exporter::Request asked = request(noisePlanes(6, 9000), DragExport::bed(LayoutID::l714));
+    const auto content = [](const std::filesystem::path& file) { return readBytes(file).erase(388, 18); };
+    const auto whole = Exporter::make(asked)->url;
+    const std::string expected = content(whole);
+    int status = -1;
+    for (int last = 0; status != 0; ++last) {
+        std::filesystem::remove(whole);
+        status =
+            runTraced([&] { return Exporter::make(asked) ? 0 : 1; }, [&](int count, long) { return count < last; });
+        for (const std::string& name : pulls()) {
+            if (name.starts_with('.')) { continue; }
+            EXPECT_EQ(name, "rain_714.wav");
+            EXPECT_EQ(content(whole), expected) << "killed at call " << last;
+        }
+    }
+    EXPECT_EQ(pulls(), Names{"rain_714.wav"}) << "the leftovers are cleared";
 }
 
 TEST_F(Export, AJobServesTheSameRequestOnceAndCanBeAwaitedWithoutTheLoop) {

@@ -78,6 +78,17 @@ TEST(AppSettings, KeyThatIsUnreadableKeepsItsDefaultAlone) {
     }
 }
 
+TEST(AppSettings, PullsGoToTheDefaultFolderInPlaceOfNone) {
+    for (const auto& [stored, used] : {std::pair("/p", std::string("/p")),
+                                       {"", AppSettings::defaultPullsFolder()},
+                                       {"  ", AppSettings::defaultPullsFolder()},
+                                       {"Pulls", AppSettings::defaultPullsFolder()}}) {
+        AppSettings settings;
+        settings.pullsFolder = stored;
+        EXPECT_EQ(settings.pulls(), used) << stored;
+    }
+}
+
 TEST(AppSettings, BadProfileFieldDropsTheListAndNothingElse) {
     for (const char* field : {"id:", "id:\"0f3c2d1e\"", "name:null", "kind:\"Speakers\"", "deviceUID:5",
                               "layout:\"22.2\"", "outputs:[0,1.5]", "outputs:[true]", "outputs:[4294967296]",
@@ -114,8 +125,9 @@ TEST(AppSettings, WrittenRecordReadsBackEqual) {
     settings.upmix.params.stage = 41.25;
     settings.upmix.own = "Bett & Bühne";
     settings.upmixPresets = {{"Bett & Bühne", UpmixPreset::game, settings.upmix.params}};
+    settings.pullsAsFloat = true;
     const ordered_json written = ordered_json::parse(settings.encode());
-    EXPECT_EQ(written.size(), 13U);
+    EXPECT_EQ(written.size(), 14U);
     EXPECT_EQ(written["activeProfileID"], someID);
     EXPECT_FALSE(written["profiles"][0].contains("deviceUID"));
     EXPECT_EQ(AppSettings::decode(settings.encode()), settings);

@@ -44,6 +44,33 @@ TEST(CliEdits, WritesExactlyWhatThePlanListsAndThePlanWritesNothing) {
     EXPECT_THAT(names, testing::IsSupersetOf({"15s", "1m00s extended"}));
 }
 
+// Bars of two seconds from 0: one that starts elsewhere moves every splice, whether said by words or set in the window,
+// and the words go first.
+TEST(CliEdits, CutsOnTheBarsThatTheUserGives) {
+    const TempFolder home;
+    const std::string file = song(home, "Song.wav");
+    const auto splicesOn = [&](double downbeat, std::vector<std::string> words) {
+        words.insert(words.begin(), {"plan", file});
+        const auto result = runCli(words, homeIn(home));
+        int splices = 0;
+        for (const json& plan : result.objects.at(0)["plans"]) {
+            for (size_t i = 1; i < plan["spans"].size(); ++i, ++splices) {
+                const double start = plan["spans"][i]["start"].get<double>() / musicRate;
+                EXPECT_LT(std::abs(std::remainder(start - downbeat, 2.0)), 0.05) << downbeat << ": " << plan;
+            }
+        }
+        EXPECT_GT(splices, 0);
+    };
+    splicesOn(0, {});
+    splicesOn(0.5, {"downbeat", "0.5", "meter", "4"});
+    const json bars = json::array({json::object({{"path", file}, {"downbeat", 1.0}, {"beatsPerBar", 4}})});
+    std::filesystem::create_directories(home / "config/Brindlehum");
+    writeBytes(home / "config/Brindlehum/defaults.json", json::object({{"analysis.bars", bars.dump()}}).dump());
+    splicesOn(1, {});
+    splicesOn(0.5, {"downbeat", "0.5", "meter", "4"});
+    EXPECT_EQ(runCli({"plan", file, "meter", "17"}, homeIn(home)).exitCode, 1);
+}
+
 TEST(CliEdits, ReportsFilesThatCannotBeCutAndMakesTheOthers) {
     const TempFolder home;
     const std::string good = song(home, "Good.wav");

@@ -25,7 +25,7 @@ MusicAnalysis clicks() {
 }
 
 Content contentOf(const MusicAnalysis& analysis) {
-    return {"clicks.wav", "facts", analysis.mono22k, test::musicRate, &analysis, {}};
+    return {"clicks.wav", "facts", analysis.mono22k, test::musicRate, &analysis, {}, {}};
 }
 
 // Columns of a row from `left` to `right` whose colour isn't the row's most frequent one.
@@ -80,7 +80,7 @@ TEST(AnalysisPicture, OddPiecesAreDrawnToo) {
     const std::vector<float> odd = {1e38F, std::nanf(""), -INFINITY};
     for (const MusicAnalysis* analysis : std::initializer_list<const MusicAnalysis*>{&bare, &wild, &empty, nullptr}) {
         for (const std::span<const float> mono : {std::span<const float>(), std::span<const float>(odd)}) {
-            const Content content = {"\u202Ename\n", {}, mono, 2, analysis, "no pulse"};
+            const Content content = {"\u202Ename\n", {}, mono, 2, analysis, "no pulse", {}};
             const QImage image = draw(content, Theme::darkTheme());
             EXPECT_EQ(image.size(), pageSize);
             EXPECT_GT(inked(image, 50, 0, 1600).size(), 10U) << "the name stands there";

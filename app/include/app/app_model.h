@@ -8,9 +8,11 @@
 #include <string>
 #include <vector>
 
+#include "app/bars_by_hand.h"
 #include "app/control_commands.h"
 #include "app/control_server.h"
 #include "app/instance_link.h"
+#include "app/piece_bars.h"
 #include "app/temp_edit_batch.h"
 #include "library/model/library_model.h"
 #include "mix/engine/playback_engine.h"
@@ -50,6 +52,9 @@ public:
     // Makes the temp edits of the audio files among `files` in the background; the player's message shows the progress.
     void makeTempEdits(const std::vector<std::filesystem::path>& files) { tempEdits_.make(files); }
 
+    // For a surface where the user sets the bars of a piece.
+    std::unique_ptr<PieceBars> barsOf(const std::filesystem::path& file);
+
     // Runs a command of the control port: see ControlCommands.
     nlohmann::json handle(const std::string& command, const ControlParams& params);
 
@@ -72,6 +77,7 @@ private:
     Platform platform_;
     WorkerPool pool_;
     SettingsStore settings_;
+    BarsByHand bars_;
     PlaybackEngine engine_;
     ControlServer control_;
     PlayerModel player_;

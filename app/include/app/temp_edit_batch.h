@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "app/bars_by_hand.h"
 #include "edits/temp_edits.h"
 #include "mix/player/player_model.h"
 #include "platform/background.h"
@@ -25,7 +26,8 @@ public:
     };
 
     // Shows its progress as the player's message.
-    TempEditBatch(PlayerModel& player, const SettingsStore& settings, FileManager& fileManager, MainLoop& loop);
+    TempEditBatch(PlayerModel& player, const SettingsStore& settings, const BarsByHand& bars, FileManager& fileManager,
+                  MainLoop& loop);
 
     // Makes the edits of the audio files among `files`, each in its own folder; does nothing if there are none.
     void make(const std::vector<std::filesystem::path>& files);
@@ -41,6 +43,8 @@ public:
     // Results of the last batch.
     const std::vector<std::filesystem::path>& folders() const { return folders_; }
     const std::vector<Skipped>& skipped() const { return skipped_; }
+    // Files whose edits may be cut on the wrong beat.
+    const std::vector<std::filesystem::path>& uncertain() const { return uncertain_; }
     const std::string& closing() const { return closing_; }  // its final message
 
 Q_SIGNALS:
@@ -58,10 +62,12 @@ private:
 
     PlayerModel& player_;
     const SettingsStore& settings_;
+    const BarsByHand& bars_;
     FileManager& fileManager_;
     std::optional<double> progress_;
     std::vector<std::filesystem::path> folders_;
     std::vector<Skipped> skipped_;
+    std::vector<std::filesystem::path> uncertain_;
     std::string closing_;
     Background background_;
 };

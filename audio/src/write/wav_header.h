@@ -1,28 +1,25 @@
 // The bytes of a WAVE file before its samples.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <ctime>
-#include <string_view>
+#include <optional>
+#include <string>
+
+#include "audio/write/wav_form.h"
 
 namespace brindlehum {
 
-struct WavShape {
-    int channels = 0;
-    uint32_t rate = 0;  // Hz
-    uint32_t mask = 0;  // dwChannelMask
+// A header of WAVE_FORMAT_EXTENSIBLE, `bext`, the further chunks and the head of `data`. Its sizes are 0.
+struct WavHeader {
+    static constexpr size_t usualBytes = 678;  // of 24 bits without further chunks and coding history
+    static constexpr uint64_t riffSizeOffset = 4;
+
+    // `form` has a rate and channels that fit. `created` is local time.
+    WavHeader(const WavForm& form, const std::tm& created);
+
+    std::string bytes;                         // the last four are the size of the samples
+    std::optional<uint64_t> frameCountOffset;  // in `fact`, which only floats need
 };
-
-namespace WavHeader {
-inline constexpr int bytesPerSample = 3;
-inline constexpr uint64_t riffSizeOffset = 4;
-inline constexpr uint64_t dataSizeOffset = 674;
-inline constexpr size_t size = 678;
-
-// A header for 24-bit WAVE_FORMAT_EXTENSIBLE with a `bext` chunk made at `created` (local time). The sizes of the RIFF
-// and of the data are 0.
-std::array<uint8_t, size> make(const WavShape& shape, std::string_view description, const std::tm& created);
-}  // namespace WavHeader
 
 }  // namespace brindlehum

@@ -75,11 +75,13 @@ struct SeamlessLoop {
     int64_t guard = 0;  // frames of the splice guard
     int64_t carry = 0;  // frames after the range that are folded over its head
 };
-// A loop of exactly the range's length. With `carryTail`, up to 3 seconds of the sound after the range are added to its
-// head, as they would ring on after the last round. The guard keeps the level up across the wrap: it overlaps the loop
-// at equal power with its next round, which is the loop itself, so the level rises by up to 3 dB there, the same on
-// both sides. Peaks above 0.999 are scaled down to it. None for a range of fewer than 20 frames, a rate below 1250 Hz,
-// or no channels.
+// A loop of exactly the range's length. The guard joins what it cuts: over the last 8 ms the end of the range fades out
+// and the source before its start fades in, so that at the wrap the source runs on into the next round. The fades keep
+// the power, for sounds alike and for strangers, and change no level. With `carryTail`, up to 3 seconds of the sound
+// after the range are added to its head, as they would ring on after the last round; the end then doesn't fade out, and
+// peaks above 0.999 are scaled down to it. A range from the start of the source has nothing before it (fewer than 10
+// frames): its rounds overlap at equal power, which lifts the level by up to 3 dB at the wrap, and its peaks are
+// scaled, too. None for a range of fewer than 20 frames, a rate below 1250 Hz, or no channels.
 std::optional<SeamlessLoop> seamlessLoop(const Channels& channels, double sr, int64_t start, int64_t end,
                                          bool carryTail);
 

@@ -15,6 +15,7 @@
 #include <string>
 #include <vector>
 
+#include "analysis/given_bars.h"
 #include "analysis/music_analysis.h"
 #include "edits/edit_plan.h"
 #include "edits/temp_edit_exporter.h"
@@ -40,11 +41,13 @@ struct Planned {
     std::optional<MusicAnalysis> analysis;
     std::vector<EditPlan> plans;
 };
-Planned plan(const std::filesystem::path& path, const TempEditOptions& options = {}, const std::stop_token& stop = {});
+Planned plan(const std::filesystem::path& path, const TempEditOptions& options = {}, const GivenBars& given = {},
+             const std::stop_token& stop = {});
 
 struct Job {
     std::filesystem::path url;
     std::filesystem::path folder;  // see TempEditExporter::editsFolder; folderFor has the last word
+    GivenBars given = {};
 };
 struct Outcome {
     Status status = Status::done;     // done even when there are no plans: the sheet is written
@@ -52,6 +55,7 @@ struct Outcome {
     TempEditExporter::Result result;  // the finished files, whatever the status
     std::vector<EditPlan> plans;      // set once known; result.files belong to the first of them
     double sampleRate = 0;            // Hz, of the source
+    bool barLinesUncertain = false;   // the edits may be cut on the wrong beat
 };
 
 // A step of the batch.
@@ -87,7 +91,8 @@ struct Limits {
 std::vector<Outcome> makeAll(std::span<const Job> jobs, const TempEditOptions& options = {},
                              const Progress& progress = {}, const std::stop_token& stop = {}, Limits limits = {});
 
-// The final message of a batch; counts all skipped files together, whatever the reason.
+// The final message of a batch; counts all skipped files together, whatever the reason, and says how many written ones
+// need their bars set by hand.
 std::string closingText(std::span<const Outcome> outcomes);
 
 }  // namespace brindlehum::TempEdits

@@ -61,7 +61,7 @@ void ExportJob::run(const std::function<void()>& progressed) {
     try {
         source_ = versionOf(request_.info.url);
         const auto result =
-            stop_.stop_requested() ? std::nullopt : Exporter::make(request_, {progress, stop_.get_token()});
+            stop_.stop_requested() ? std::nullopt : Exporter::make(request_, {progress, stop_.get_token(), carry_});
         if (result) { product_ = versionOf(result->url); }
         end(result ? State::done : State::stopped, result, {});
     } catch (const std::exception& error) { end(State::failed, {}, error.what()); }
@@ -95,7 +95,7 @@ ExportQueue::~ExportQueue() {
 std::shared_ptr<ExportJob> ExportQueue::start(const Exporter::Request& request) {
     const auto known = std::ranges::find_if(jobs_, [&](const auto& job) { return job->serves(request); });
     if (known != jobs_.end()) { return *known; }
-    auto job = std::make_shared<ExportJob>(request);
+    auto job = std::make_shared<ExportJob>(request, carry_);
     jobs_.push_back(job);
     background_.run(
         [this, job](const Background::Task& task) {

@@ -81,12 +81,11 @@ ExportPlan originalPlan(const Exporter::Request& request) {
     }
     const Matrix same = identity(size_t(channels));
     const SpeakerList* list = request.source.asSpeakers();
-    if (list && int(list->size()) == channels) {
-        if (const auto mask = WaveMask::mask(*list)) {
-            return planOf(reordered(same, *list, mask->order), channels, mask->mask, label);
-        }
-    }
-    return planOf(same, channels, 0, label);
+    const auto mask = list && int(list->size()) == channels ? WaveMask::mask(*list) : std::nullopt;
+    ExportPlan plan = mask ? planOf(reordered(same, *list, mask->order), channels, mask->mask, label)
+                           : planOf(same, channels, 0, label);
+    plan.samples = WavSamples::pcm24Lossless;  // a cut: every sample as it was read
+    return plan;
 }
 
 ExportPlan bedPlan(const Exporter::Request& request) {
@@ -143,6 +142,7 @@ ExportPlan formOf(const Exporter::Request& request) {
 ExportPlan ExportPlan::of(const Exporter::Request& request, const FrameRange& range) {
     ExportPlan plan = formOf(request);
     plan.frames = range.length();
+    if (request.asFloat) { plan.samples = WavSamples::float32; }
     // A room rings on behind the last frame; in a loop it rings into the first.
     if (plan.config.toBinaural && !request.loop) {
         plan.frames += int64_t(std::floor(request.info.sampleRate * binauralTailSeconds));

@@ -53,8 +53,7 @@ std::string describe(const Request& request, const FrameRange& range, const std:
 
 // Before anything is rendered or written.
 void checkSize(const ExportPlan& plan) {
-    if (uint64_t(plan.frames) >
-        WavFileWriter::maxDataBytes / (uint64_t(plan.channels) * WavFileWriter::bytesPerSample)) {
+    if (uint64_t(plan.frames) > WavFileWriter::maxDataBytes / plan.frameBytes()) {
         throw Error(ErrorKind::wavSizeLimit, "Selection too long for a WAV file (4 GB limit)");
     }
 }
@@ -84,13 +83,16 @@ std::optional<Result> write(const Request& request, const Watch& watch) {
     const ExportPlan plan = ExportPlan::of(request, range);
     checkSize(plan);
     PullFile pull(request.folder / ExportName::day(std::time(nullptr)), ExportName::fileName(request));
-    pull.file().reserve(uint64_t(plan.frames) * uint64_t(plan.channels) * WavFileWriter::bytesPerSample);
-    WavFileWriter writer(pull.file().sink(), request.info.sampleRate, plan.channels, plan.mask,
-                         describe(request, range, plan.label));
+    pull.file().reserve(uint64_t(plan.frames) * plan.frameBytes());
+    WavNotes notes = watch.carry ? watch.carry(request.info.url, range) : WavNotes();
+    notes.description = describe(request, range, plan.label);
+    WavFileWriter writer(pull.file().sink(),
+                         {request.info.sampleRate, plan.channels, plan.mask, plan.samples, std::move(notes)});
     ExportLevel level;
     if (!render(request, range, plan, writer, level, watch)) { return std::nullopt; }
     writer.finish();
-    return Result{pull.place(), plan.label, plan.channels, plan.frames, level.peak, level.clipped};
+    const int64_t clipped = request.asFloat ? 0 : level.clipped;
+    return Result{pull.place(), plan.label, plan.channels, plan.frames, level.peak, clipped};
 }
 
 }  // namespace

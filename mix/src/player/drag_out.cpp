@@ -48,7 +48,8 @@ std::optional<Exporter::Request> DragOut::request(bool selectionOnly) const {
                              .folder = settings.pulls(),
                              .upmix = upmix.params,
                              .upmixName = presetName(upmix),
-                             .loop = transport_.loop()};
+                             .loop = transport_.loop(),
+                             .asFloat = settings.pullsAsFloat};
 }
 
 std::shared_ptr<ExportJob> DragOut::startExport(bool selectionOnly) {

@@ -19,6 +19,7 @@ struct AppSettings {
     bool spacePlaysInFinder = true;
     bool monoToCenter = true;
     std::string pullsFolder = defaultPullsFolder();
+    bool pullsAsFloat = false;  // 32-bit float files instead of 24 bits
     std::vector<std::string> libraryRoots;
     std::string ytDlpPath;
     bool tempEditsBesideSource = true;

@@ -19,6 +19,10 @@ void fillBrowserMenu(QMenu& menu, const BrowserActions::Files& files, const Brow
     const QString count = QLocale().toString(static_cast<qulonglong>(files.size()));
     const QString edits = files.size() < 2 ? QString("Make Temp Edits") : "Make Temp Edits (" + count + " files)";
     auto* makeEdits = add(edits, actions.makeTempEdits);
+    if (actions.setBars && files.size() == 1) {
+        auto* bars = menu.addAction("Set Bars…", [act = actions.setBars, file = files.front()] { act(file); });
+        bars->setEnabled(AudioFileInfo::isAudioPath(files.front()));
+    }
     auto* rename = add("Rename to UCS Names…", actions.renameToUCS);
     for (auto* entry : {makeEdits, rename}) {
         if (entry) { entry->setEnabled(std::ranges::any_of(files, AudioFileInfo::isAudioPath)); }

@@ -34,7 +34,7 @@ double header(const PictureCanvas& canvas, const Content& content, double width)
 void page(const PictureCanvas& canvas, const Content& content, const QSizeF& size) {
     const double width = size.width() - 2 * margin;
     const double bottom = size.height() - margin + 8;
-    const PictureTimeline timeline(canvas, content, margin, width);
+    const PictureTimeline timeline(canvas, content, {0, content.seconds()}, margin, width);
     double y = header(canvas, content, width);
     if (!content.analysis) {
         timeline.ruler(timeline.waveform(y, bottom - y - 24));
@@ -73,6 +73,23 @@ QImage draw(const Content& content, const Theme& theme, QSize size) {
     painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
     painter.scale(scale, scale);
     page(PictureCanvas(painter, theme), content, QSizeF(size) / scale);
+    return image;
+}
+
+QImage drawBars(const Content& content, const Theme& theme, const Part& part, QSize pixels, double scale) {
+    constexpr double axisHeight = 24;
+    QImage image(pixels, QImage::Format_RGB32);
+    if (image.isNull()) { return image; }
+    image.fill(theme.window);
+    QPainter painter(&image);
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
+    painter.scale(scale, scale);
+    const QSizeF size = QSizeF(pixels) / scale;
+    const PictureCanvas canvas(painter, theme);
+    const PictureTimeline timeline(canvas, content, part, 0, size.width());
+    const double top = content.analysis ? timeline.bars(0) : 0;
+    timeline.ruler(timeline.waveform(top, size.height() - top - axisHeight));
+    timeline.viewGain(top);
     return image;
 }
 

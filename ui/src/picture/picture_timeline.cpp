@@ -96,14 +96,18 @@ float peakOf(const SignalView& x) {
 
 }  // namespace
 
-PictureTimeline::PictureTimeline(const PictureCanvas& canvas, const AnalysisPicture::Content& content, double left,
-                                 double width)
-    : canvas_(canvas), content_(content), left_(left), width_(width), seconds_(content.seconds()) {
-    gain_ = WaveformPicture::viewGain(peakOf(content.mono));
+PictureTimeline::PictureTimeline(const PictureCanvas& canvas, const AnalysisPicture::Content& content,
+                                 const AnalysisPicture::Part& part, double left, double width)
+    : canvas_(canvas), content_(content), left_(left), width_(width), part_(part) {
+    gain_ = WaveformPicture::viewGain(content.peak ? *content.peak : peakOf(content.mono));
     if (!content.analysis) { return; }
-    seconds_ = content.analysis->seconds;
     bounds_ = content.analysis->grid.boundaries();
     marks_ = pinMarks(*content.analysis, canvas.theme);
+}
+
+double PictureTimeline::spacingOf(size_t count) const {
+    const double whole = part_.seconds > 0 ? content_.seconds() / part_.seconds : 1;
+    return width_ * whole / std::max<double>(double(count), 1);
 }
 
 double PictureTimeline::flags(double top) const {
@@ -157,7 +161,7 @@ double PictureTimeline::sections(double top) const {
 double PictureTimeline::bars(double top) const {
     constexpr double numberHeight = 16;
     const auto count = int(bounds_.size()) - 1;
-    const double spacing = width_ / std::max(count, 1);
+    const double spacing = spacingOf(bounds_.size() - 1);
     const TextStyle style = canvas_.small();
     const int step = thinning(spacing, PictureCanvas::width(QString::number(count), style) + 10);
     double free = left_ - 1;  // where the last number ended
@@ -171,14 +175,16 @@ double PictureTimeline::bars(double top) const {
     }
     const double laneTop = top + numberHeight;
     const auto& beats = content_.analysis->grid.beats;
-    if (width_ / std::max<double>(double(beats.size()), 1) >= 4) {
+    if (spacingOf(beats.size()) >= 4) {
         for (const double beat : beats) {
+            if (!isInSight(beat)) { continue; }
             canvas_.hairline({x(beat), laneTop + 3}, {x(beat), laneTop + tickLane}, canvas_.theme.secondary);
         }
     }
     const int lines = thinning(spacing, 5);
     for (int bar = 0; bar <= count; bar += lines) {
         const double at = x(bounds_[size_t(bar)]);
+        if (!isInSight(bounds_[size_t(bar)])) { continue; }
         canvas_.hairline({at, laneTop - (bar % step == 0 ? 4 : 0)}, {at, laneTop + tickLane}, canvas_.theme.text);
     }
     return laneTop + tickLane;
@@ -186,8 +192,9 @@ double PictureTimeline::bars(double top) const {
 
 void PictureTimeline::barLines(double top, double bottom) const {
     const auto count = int(bounds_.size()) - 1;
-    const int step = thinning(width_ / std::max(count, 1), 5);
+    const int step = thinning(spacingOf(bounds_.size() - 1), 5);
     for (int bar = 0; bar <= count; bar += step) {
+        if (!isInSight(bounds_[size_t(bar)])) { continue; }
         const double at = x(bounds_[size_t(bar)]);
         canvas_.hairline({at, top}, {at, bottom}, faint(canvas_.theme.secondary, canvas_.theme.dark ? 70 : 60));
     }
@@ -202,12 +209,14 @@ double PictureTimeline::waveform(double top, double height) const {
     const double middle = std::round(device.center().y());
     const double scale = gain_ * device.height() * 0.48;
     const auto columns = int(std::lround(device.width()));
-    const double perColumn = double(content_.mono.size()) / std::max(columns, 1);
+    const double first = part_.first * content_.monoRate;
+    const double perColumn = part_.seconds * content_.monoRate / std::max(columns, 1);
     painter.save();
     painter.resetTransform();
     const QColor outer = faint(colors.wave, canvas_.theme.dark ? 150 : 130);
     for (int c = 0; c < columns; ++c) {
-        const Column column = columnOf(content_.mono, int64_t(c * perColumn), int64_t((c + 1) * perColumn));
+        const Column column =
+            columnOf(content_.mono, int64_t(first + c * perColumn), int64_t(first + (c + 1) * perColumn));
         const auto bar = [&](double high, double low, const QColor& color) {
             const double upper = std::floor(middle - high * scale);
             const double lower = std::ceil(middle - low * scale);
@@ -234,8 +243,8 @@ void PictureTimeline::viewGain(double top) const {
 double PictureTimeline::ruler(double top) const {
     const TextStyle style = canvas_.small();
     constexpr double spacing = 84;
-    const double step = RulerTicks::step(seconds_, width_, spacing);
-    for (const auto& tick : RulerTicks::ticks(0, seconds_, width_, spacing)) {
+    const double step = RulerTicks::step(part_.seconds, width_, spacing);
+    for (const auto& tick : RulerTicks::ticks(part_.first, part_.seconds, width_, spacing)) {
         const double at = x(tick.seconds);
         canvas_.hairline({at, top}, {at, top + (tick.major ? 8 : 4)}, canvas_.theme.secondary);
         if (!tick.major) { continue; }

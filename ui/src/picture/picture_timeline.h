@@ -9,7 +9,8 @@ namespace brindlehum {
 class PictureTimeline {
 public:
     // `left` and `width` of the axis in page units.
-    PictureTimeline(const PictureCanvas& canvas, const AnalysisPicture::Content& content, double left, double width);
+    PictureTimeline(const PictureCanvas& canvas, const AnalysisPicture::Content& content,
+                    const AnalysisPicture::Part& part, double left, double width);
 
     // Each draws below `top` and returns its lower edge.
     double flags(double top) const;
@@ -24,14 +25,20 @@ public:
     void pinLines(double top, double bottom) const;
 
 private:
-    double x(double seconds) const { return left_ + width_ * (seconds_ > 0 ? seconds / seconds_ : 0); }
+    double x(double seconds) const {
+        return left_ + width_ * (part_.seconds > 0 ? (seconds - part_.first) / part_.seconds : 0);
+    }
+    // A time that is drawn; a line at the very end is, too.
+    bool isInSight(double seconds) const { return seconds >= part_.first && x(seconds) <= left_ + width_ + 0.5; }
+    // Mean distance of `count` marks that fill the whole piece.
+    double spacingOf(size_t count) const;
     void barLines(double top, double bottom) const;
 
     const PictureCanvas& canvas_;
     const AnalysisPicture::Content& content_;
     double left_;
     double width_;
-    double seconds_;
+    AnalysisPicture::Part part_;
     double gain_ = 1;
     std::vector<double> bounds_;
     std::vector<PinMark> marks_;

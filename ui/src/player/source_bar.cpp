@@ -39,7 +39,7 @@ QString listenName(ListenMode mode) {
 }
 
 constexpr auto upmixTip = "Upmix: spread this file over every speaker";
-constexpr int longestChoice = 180;  // logical pixels
+constexpr int longestChoice = 130;  // logical pixels
 
 }  // namespace
 

@@ -106,7 +106,7 @@ void UpmixMap::paintSpeaker(QPainter& painter, size_t speaker) const {
     painter.setBrush(theme.panel);
     painter.drawEllipse(place, mark, mark);
     painter.setPen(theme.text);
-    const QRectF below(place + QPointF(-30, 5), QSizeF(60, painter.fontMetrics().height()));
+    const QRectF below(place + QPointF(-30, 8), QSizeF(60, painter.fontMetrics().height()));
     painter.drawText(below, Qt::AlignHCenter | Qt::AlignTop, QString::fromStdString(label));
 }
 

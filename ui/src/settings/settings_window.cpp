@@ -15,6 +15,7 @@
 #include "ui/look/setting_action.h"
 #include "ui/settings/library_settings.h"
 #include "ui/settings/outputs_settings.h"
+#include "ui/settings/pulls_settings.h"
 
 namespace brindlehum {
 namespace {
@@ -37,6 +38,7 @@ QWidget* makeAudition(SettingsStore& settings) {
         section("Browsing", makeSetting("Auto-play when the selection changes", settings, &AppSettings::autoPlay)));
     layout->addWidget(section(
         "Routing", makeSetting("Mono files play from the center speaker", settings, &AppSettings::monoToCenter)));
+    layout->addWidget(section("Files dragged out", new PullsSettings(settings)));
     layout->addStretch(1);
     return page;
 }

@@ -69,7 +69,12 @@ void fillFile(QMenu* menu, MainWindow& window, AppModel& model) {
     auto* edits = add(menu, "Make Temp Edits", QKeySequence("Ctrl+Shift+E"), [&model] {
         if (const auto& info = model.player().sound().info()) { model.makeTempEdits({info->url}); }
     });
-    const auto follow = [edits, &model] { edits->setEnabled(model.player().sound().info().has_value()); };
+    auto* bars = add(menu, "Set Bars…", QKeySequence("Ctrl+Shift+B"), [&window, &model] {
+        if (const auto& info = model.player().sound().info()) { window.setBars(info->url); }
+    });
+    const auto follow = [edits, bars, &model] {
+        for (auto* entry : {edits, bars}) { entry->setEnabled(model.player().sound().info().has_value()); }
+    };
     QObject::connect(&model.player(), &PlayerModel::changed, edits, follow);
     follow();
     menu->addSeparator();

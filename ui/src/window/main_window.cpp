@@ -29,6 +29,7 @@
 #include "ui/player/player_view.h"
 #include "ui/sidebar/sidebar_view.h"
 #include "ui/window/banner_stack.h"
+#include "ui/window/bars_dialog.h"
 #include "ui/window/file_drops.h"
 #include "ui/window/main_menus.h"
 #include "ui/window/rename_dialog.h"
@@ -72,7 +73,9 @@ MainWindow::MainWindow(AppModel& model) : model_(model), recentFiles_(model.defa
     setWindowTitle("Brindlehum");
     makeParts();
     makeDrops();
-    player_->addToMessage(new TempEditsBar(model.tempEdits(), model.player().message()));
+    auto* editsBar = new TempEditsBar(model.tempEdits(), model.player().message());
+    connect(editsBar, &TempEditsBar::barsAsked, this, &MainWindow::setBars);
+    player_->addToMessage(editsBar);
     fillMenuBar(*this, model);
     saveSoon_.setSingleShot(true);
     saveSoon_.setInterval(saveDelayMs);
@@ -160,6 +163,7 @@ void MainWindow::connectParts() {
     browser_->actions().reveal = [this](const auto& files) { model_.session().fileManager().reveal(files); };
     browser_->actions().renameToUCS = [this](const auto& files) { renameToUCS(files); };
     browser_->actions().makeTempEdits = [this](const auto& files) { model_.makeTempEdits(files); };
+    browser_->actions().setBars = [this](const fs::path& file) { setBars(file); };
     connect(&model_.library(), &LibraryModel::messageChanged, this,
             [this] { browser_->showMessage(QString::fromStdString(model_.library().message().value_or(""))); });
     connect(&model_.library(), &LibraryModel::catalogStateChanged, this, &MainWindow::refreshBanners);
@@ -331,6 +335,12 @@ void MainWindow::renameToUCS(const std::vector<fs::path>& files) {
     model_.library().edits().previewUCS(sounds, [this, self = QPointer(this)](const UCSRenames& renames) {
         if (self && confirmRename(renames)) { model_.library().edits().rename(renames); }
     });
+}
+
+void MainWindow::setBars(const fs::path& file) {
+    auto* dialog = new BarsDialog(model_.barsOf(file), model_.player().sound(), model_.player().transport(), this);
+    connect(dialog, &BarsDialog::editsAsked, this, [this](const fs::path& piece) { model_.makeTempEdits({piece}); });
+    dialog->show();
 }
 
 void MainWindow::chooseFile() {

@@ -2,6 +2,7 @@
 #include "ui/window/temp_edits_bar.h"
 
 #include <QHBoxLayout>
+#include <QMenu>
 #include <QMessageBox>
 #include <QProgressBar>
 #include <QPushButton>
@@ -27,10 +28,12 @@ TempEditsBar::TempEditsBar(TempEditBatch& batch, PlayerMessage& message, QWidget
     row->addWidget(progress_);
     row->addWidget(cancel_ = new QPushButton("Cancel"));
     row->addWidget(skipped_ = new QPushButton("Why Skipped…"));
+    row->addWidget(bars_ = new QPushButton("Set Bars…"));
     row->addWidget(folders_ = new QPushButton("Show in File Manager"));
     connect(cancel_, &QPushButton::clicked, &batch, &TempEditBatch::cancel);
     connect(folders_, &QPushButton::clicked, &batch, &TempEditBatch::showFolders);
     connect(skipped_, &QPushButton::clicked, this, &TempEditsBar::tellSkipped);
+    connect(bars_, &QPushButton::clicked, this, &TempEditsBar::askBars);
     connect(&batch, &TempEditBatch::changed, this, &TempEditsBar::refresh);
     connect(&message, &PlayerMessage::changed, this, &TempEditsBar::refresh);
     refresh();
@@ -43,8 +46,20 @@ void TempEditsBar::refresh() {
     if (progress) { progress_->setValue(int(std::lround(*progress * progress_->maximum()))); }
     const bool told = !progress && !batch_.closing().empty() && message_.text() == batch_.closing();
     skipped_->setVisible(told && !batch_.skipped().empty());
+    bars_->setVisible(told && !batch_.uncertain().empty());
     folders_->setVisible(told && !batch_.folders().empty());
     setVisible(progress || told);
+}
+
+void TempEditsBar::askBars() {
+    const auto pieces = batch_.uncertain();
+    if (pieces.size() == 1) { return barsAsked(pieces.front()); }
+    QMenu menu(this);
+    for (const auto& piece : pieces) {
+        QString name = pathText(piece.filename());
+        menu.addAction(name.replace('&', "&&"), [this, piece] { Q_EMIT barsAsked(piece); });
+    }
+    menu.exec(bars_->mapToGlobal(QPoint(0, 0)));
 }
 
 void TempEditsBar::tellSkipped() {

@@ -21,7 +21,8 @@ class ExportJob {
 public:
     enum class State { running, done, failed, stopped };
 
-    explicit ExportJob(Exporter::Request request) : request_(std::move(request)) {}
+    ExportJob(Exporter::Request request, Exporter::Carry carry)
+        : request_(std::move(request)), carry_(std::move(carry)) {}
 
     const Exporter::Request& request() const { return request_; }
     State state() const;
@@ -43,6 +44,7 @@ private:
     void end(State state, std::optional<Exporter::Result> result, std::string failure);
 
     const Exporter::Request request_;
+    const Exporter::Carry carry_;
     std::stop_source stop_;
     std::atomic<double> progress_ = 0;
     mutable std::mutex lock_;
@@ -68,6 +70,9 @@ public:
     // and file are unchanged and the file lies in today's folder.
     std::shared_ptr<ExportJob> start(const Exporter::Request& request);
 
+    // What all later jobs take along from their sources.
+    void setCarry(Exporter::Carry carry) { carry_ = std::move(carry); }
+
     // Tests await the work.
     Background& background() { return background_; }
 
@@ -79,6 +84,7 @@ private:
     static constexpr size_t mostKept = 64;
     void forgetOld();
 
+    Exporter::Carry carry_;
     std::vector<std::shared_ptr<ExportJob>> jobs_;  // running ones, and the last finished
     Background background_;  // last member, so that its work ends before the parts that it uses are destroyed
 };

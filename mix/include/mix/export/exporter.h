@@ -9,6 +9,7 @@
 #include <string>
 
 #include "audio/probe/audio_file_info.h"
+#include "audio/write/wav_form.h"
 #include "mix/config/frame_range.h"
 #include "mix/export/drag_export.h"
 #include "spatial/ambisonics.h"
@@ -30,6 +31,7 @@ struct Request {
     std::string upmixName = {};  // of the preset, for names
     // The part is meant to be repeated: its filters and its upmix start as they end.
     bool loop = false;
+    bool asFloat = false;  // 32-bit float samples instead of 24-bit integers
 
     bool operator==(const Request&) const = default;
 };
@@ -43,10 +45,14 @@ struct Result {
     int64_t clipped = 0;         // samples that were beyond full scale and were cut to it
 };
 
-// What a caller may watch and stop; both are used on the thread that exports.
+// What the new file says of itself besides its description; it takes that along from its source. Mustn't throw.
+using Carry = std::function<WavNotes(const std::filesystem::path& source, const FrameRange& range)>;
+
+// What a caller may watch, stop and add; all is used on the thread that exports.
 struct Watch {
-    std::function<void(double done)> progress;  // 0 to 1
-    std::stop_token stop;
+    std::function<void(double done)> progress = {};  // 0 to 1
+    std::stop_token stop = {};
+    Carry carry = {};
 };
 
 // The file of the request: the source itself for the whole original, otherwise a new file in `folder`/yyyy-MM-dd under

@@ -14,6 +14,7 @@ struct BrowserActions {
     using Files = std::vector<std::filesystem::path>;
     std::function<void(const std::filesystem::path&)> openInEditor;
     std::function<void(const Files&)> makeTempEdits;
+    std::function<void(const std::filesystem::path&)> setBars;  // of one piece
     std::function<void(const Files&)> renameToUCS;
     std::function<void(const Files&)> reveal;
     std::function<void(const Files&)> copyPath;

@@ -44,6 +44,8 @@ public:
     std::function<bool(const UCSRenames& renames)> confirmRename;
     // Shows what a rename would do with these files, and renames them once the user confirms.
     void renameToUCS(const std::vector<std::filesystem::path>& files);
+    // Shows where the bars of a piece are, and lets the user set them.
+    void setBars(const std::filesystem::path& file);
     void chooseFile();
     void chooseFolder();
     void showInspector(bool shown);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QWidget>
+#include <filesystem>
 
 class QProgressBar;
 class QPushButton;
@@ -17,7 +18,12 @@ class TempEditsBar : public QWidget {
 public:
     TempEditsBar(TempEditBatch& batch, PlayerMessage& message, QWidget* parent = nullptr);
 
+Q_SIGNALS:
+    // The bar lines of the piece are uncertain, and the user wants to set them.
+    void barsAsked(const std::filesystem::path& piece);
+
 private:
+    void askBars();
     void refresh();
     void tellSkipped();
 
@@ -26,6 +32,7 @@ private:
     QProgressBar* progress_;
     QPushButton* cancel_;
     QPushButton* skipped_;
+    QPushButton* bars_;
     QPushButton* folders_;
 };
 

@@ -1,0 +1,51 @@
+// PullsSettings: the folder with a button to choose another, and a way back.
+#include "ui/settings/pulls_settings.h"
+
+#include <QCheckBox>
+#include <QFileDialog>
+#include <QHBoxLayout>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "settings/settings_store.h"
+#include "ui/look/elided_label.h"
+#include "ui/look/path_text.h"
+#include "ui/look/setting_action.h"
+
+namespace brindlehum {
+
+PullsSettings::PullsSettings(SettingsStore& settings) : settings_(settings) {
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(8);
+    auto* row = new QHBoxLayout;
+    row->setSpacing(8);
+    row->addWidget(path_ = new ElidedLabel(Qt::ElideMiddle), 1);
+    auto* other = new QPushButton("Choose…");
+    other->setAccessibleName("Choose the folder for files dragged out");
+    row->addWidget(other);
+    row->addWidget(usual_ = new QPushButton("Default"));
+    usual_->setAccessibleName("Use the default folder for files dragged out");
+    column->addLayout(row);
+    column->addWidget(makeSetting("32-bit float instead of 24 bits", settings, &AppSettings::pullsAsFloat));
+    connect(other, &QPushButton::clicked, this, &PullsSettings::choose);
+    connect(usual_, &QPushButton::clicked, this,
+            [this] { settings_.change([](AppSettings& s) { s.pullsFolder = AppSettings::defaultPullsFolder(); }); });
+    connect(&settings, &SettingsStore::changed, this, &PullsSettings::refresh);
+    refresh();
+}
+
+void PullsSettings::choose() {
+    const QString chosen =
+        QFileDialog::getExistingDirectory(this, "Folder for Files Dragged Out", pathText(settings_.value().pulls()));
+    if (chosen.isEmpty()) { return; }
+    settings_.change([&](AppSettings& s) { s.pullsFolder = pathOfText(chosen).string(); });
+}
+
+void PullsSettings::refresh() {
+    const auto folder = settings_.value().pulls();
+    path_->setFullText(pathText(folder));
+    usual_->setEnabled(folder != AppSettings::defaultPullsFolder());
+}
+
+}  // namespace brindlehum
