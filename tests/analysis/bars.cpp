@@ -133,7 +133,7 @@ TEST(BarEvidence, SpeaksForTheTrueBarLine) {
     for (double& t : peaks) { t -= bars::attackDelay; }
     const auto env = envelopeOf(peaks, seconds);
     const auto sound = bars::soundOf(env, env, harmony, seconds);
-    bars::Pulse pulse{beats, 0.5, 0, beats.size(), 1};
+    bars::Pulse pulse{beats, 0.5, bars::attackDelay, 0, beats.size(), 1};
     const std::array meters = {3, 4};
     const auto all = bars::hypotheses(pulse, 0, sound, meters);
     ASSERT_EQ(all.size(), 7U);

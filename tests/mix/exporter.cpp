@@ -165,6 +165,14 @@ TEST_F(Export, ALoopStartsAsItEnds) {
     }
 }
 
+TEST_F(Export, ALongNameLeavesRoomForTheChannelsInTheDescription) {
+    const std::string name = std::string(240, 'n') + ".wav";
+    const auto result = Exporter::make(request(noisePlanes(6, 10), DragExport::bed(LayoutID::l916), name));
+    const auto description = AudioFileInfo::load(result->url).bextDescription.value_or("");
+    EXPECT_TRUE(description.starts_with("Pulled from nnn")) << description;
+    EXPECT_TRUE(description.ends_with("nn [0.000-0.000 s] " + result->label)) << description;
+}
+
 TEST_F(Export, NeverTouchesAFileThatIsThere) {
     Exporter::Request asked = request(noisePlanes(6, 3000), DragExport::bed(LayoutID::stereo));
     const auto first = Exporter::make(asked);
@@ -279,6 +287,41 @@ TEST_F(Export, AJobServesTheSameRequestOnceAndCanBeAwaitedWithoutTheLoop) {
     QObject::connect(&queue, &ExportQueue::finished, [&](const auto&) { ++finished; });
     EXPECT_TRUE(loop.runUntil([&] { return finished == 2; }));
     EXPECT_EQ(pulls().size(), again->state() == ExportJob::State::done ? 1U : 0U);
+    std::filesystem::remove_all(folder_ / "Pulls");
+    std::shared_ptr<ExportJob> cut;
+    {
+        ExportQueue ending(loop);
+        cut = ending.start(asked);
+    }
+    EXPECT_TRUE(cut->isOver()) << "nobody waits for a queue that is gone";
+    EXPECT_EQ(pulls().size(), cut->state() == ExportJob::State::done ? 1U : 0U);
+}
+
+TEST_F(Export, AHeldJobShowsNoFileUntilItIsKept) {
+    ManualMainLoop loop;
+    ExportQueue queue(loop);
+    const Exporter::Request asked = request(noisePlanes(6, 20000), DragExport::bed(LayoutID::l714));
+    const auto rendered = [&](const auto& job) { return loop.runUntil([&] { return job->progress() == 1; }); };
+    const auto visible = [&] {
+        auto names = pulls();
+        std::erase_if(names, [](const auto& name) { return name.starts_with('.'); });
+        return names;
+    };
+    const auto click = queue.start(asked, ExportQueue::Hold::untilKept);
+    ASSERT_TRUE(rendered(click));
+    EXPECT_FALSE(click->wait(0));
+    EXPECT_TRUE(visible().empty());
+    click->letGo();
+    ASSERT_TRUE(click->wait(30));
+    EXPECT_TRUE(pulls().empty()) << "a press that was no drag leaves nothing";
+
+    const auto drag = queue.start(asked, ExportQueue::Hold::untilKept);
+    ASSERT_TRUE(rendered(drag));
+    EXPECT_EQ(queue.start(asked), drag) << "who wants the file keeps the job";
+    drag->letGo();
+    ASSERT_TRUE(drag->wait(30));
+    EXPECT_EQ(drag->state(), ExportJob::State::done) << "another has kept it";
+    EXPECT_EQ(pulls().size(), 1U);
 }
 
 }  // namespace

@@ -204,6 +204,51 @@ TEST_F(Loading, ADragDeliversTheFileItself) {
     EXPECT_EQ(message(), "Can't read a.wav: No such file or directory");
 }
 
+TEST_F(Loading, AChosenFormOfDragLastsAsLongAsTheSoundOffersIt) {
+    DragOut& drag = player_->dragOut();
+    load(file("bed.wav", 6));
+    drag.setDragExport(DragExport::bed(LayoutID::l714));
+    load(file("other.wav", 12));
+    EXPECT_EQ(drag.dragExport(), DragExport::bed(LayoutID::l714));
+    sound().setFormatOverride(SourceFormat::discrete(12));
+    EXPECT_EQ(drag.dragExport(), DragExport::original());
+
+    load(file("stereo.wav", 2));
+    EXPECT_EQ(drag.dragOptions().size(), 1U);
+    UpmixSettings upmix;
+    upmix.enabled = true;
+    listening().setUpmix(upmix);
+    EXPECT_EQ(drag.dragOptions().back(), DragExport::upmix(LayoutID::l51));
+    drag.setDragExport(DragExport::upmix(LayoutID::l51));
+    upmix.enabled = false;
+    listening().setUpmix(upmix);
+    loop_.advance(0);
+    EXPECT_EQ(drag.dragExport(), DragExport::original());
+}
+
+TEST_F(Loading, ADragTellsOfWhatTheUserMustKnow) {
+    settings_.change([&](AppSettings& s) { s.pullsFolder = (folder_ / "Pulls").string(); });
+    DragOut& drag = player_->dragOut();
+    test::Planes loud = test::counting(6, 1000);
+    loud[0][500] = 2;
+    test::writeAudio(folder_ / "loud.wav", loud);
+    load(folder_ / "loud.wav");
+    drag.setDragExport(DragExport::bed(LayoutID::l51));
+    ASSERT_TRUE(drag.exportForDrag(false)) << message();
+    EXPECT_EQ(message(), "loud_51.wav: peaks 6.0 dB above full scale were clipped");
+    settings_.change([](AppSettings& s) { s.pullsAsFloat = true; });
+    player_->message().clear();
+    EXPECT_TRUE(drag.exportForDrag(false));
+    EXPECT_EQ(message(), "(none)");
+
+    const auto job = std::make_shared<ExportJob>(*drag.request(false), nullptr);  // on no queue
+    EXPECT_FALSE(drag.awaitFile(*job, 0));
+    EXPECT_EQ(message(), "The file is still being rendered: drag again in a moment");
+    settings_.change([&](AppSettings& s) { s.pullsFolder = (folder_ / "loud.wav").string(); });
+    EXPECT_FALSE(drag.exportForDrag(false));
+    EXPECT_NE(message().find("Couldn't create the folder"), std::string::npos) << message();
+}
+
 TEST(LaneLabels, NameTheChannels) {
     using Labels = std::vector<std::string>;
     const auto l71 = SourceFormat::speakers(speakers(LayoutID::l71));

@@ -57,28 +57,5 @@ TEST(CliExport, MakesFilesThatOtherProgramsReadAsMeant) {
     }
 }
 
-TEST(CliExport, RefusesWhatItCannotMakeAndDoesTheOtherFiles) {
-    const TempFolder folder;
-    writeAudio(folder / "rain.wav", noisePlanes(2, 1000));
-    writeAudio(folder / "odd.wav", noisePlanes(7, 1000));
-    const std::string rain = folder / "rain.wav";
-    const CliResult both = runCli({"export", folder / "odd.wav", rain, "upmix", "l51", "film", "folder", folder / "p"});
-    EXPECT_EQ(both.exitCode, 1);
-    EXPECT_EQ(both.objects.size(), 1U);
-    ASSERT_EQ(both.errors.size(), 1U);
-    EXPECT_NE(both.errors[0].find("Upmix needs a stereo or speaker-layout source smaller than the target"),
-              std::string::npos);
-    for (const std::vector<std::string>& words : {std::vector<std::string>{"export"},
-                                                  {"export", rain, "bed"},
-                                                  {"export", rain, "bed", "l99"},
-                                                  {"export", rain, "upmix", "l51"},
-                                                  {"export", rain, "from", "x"},
-                                                  {"export", rain, "from", "2"}}) {
-        const CliResult refused = runCli(words, homeIn(folder));
-        EXPECT_EQ(refused.exitCode, 1) << words.back();
-        EXPECT_EQ(refused.errors.size(), 1U);
-    }
-}
-
 }  // namespace
 }  // namespace brindlehum

@@ -6,9 +6,9 @@
 namespace brindlehum {
 
 struct GivenBars {
-    std::optional<double> bpm;       // above 0
-    std::optional<int> beatsPerBar;  // 1 or more
-    std::optional<double> downbeat;  // seconds: a bar starts here
+    std::optional<double> bpm;                      // above 0
+    std::optional<int> beatsPerBar;                 // 1 or more
+    std::optional<double> downbeat = std::nullopt;  // seconds: a bar starts here
 
     bool any() const { return bpm || beatsPerBar || downbeat; }
     bool operator==(const GivenBars&) const = default;

@@ -5,7 +5,10 @@
 #include <cmath>
 
 #include "analysis/downbeat_detector.h"
+#include "analysis/onset_time.h"
+#include "bars/attack_shift.h"
 #include "bars/choice.h"
+#include "bars/envelope.h"
 #include "bars/given_bar.h"
 #include "bars/weigh.h"
 
@@ -41,6 +44,28 @@ void layGrid(MusicGrid& grid, const BeatBase& base, const Pulse& pulse, const Hy
     }
 }
 
+// The first guess with its beats at the attacks: on the base of its tempo where there is one. An unsteady guess lies on
+// the envelope's peaks.
+void moveOntoAttacks(MusicGrid& grid, std::span<const BeatBase> bases, std::span<const float> env) {
+    if (grid.beats.empty()) { return; }
+    const double shift = grid.steady ? 0 : usualAttackShift;
+    const double bar = grid.downbeats[0] + shift;
+    for (const BeatBase& base : bases) {
+        const auto distance = [bar](double t) { return std::abs(t - bar); };
+        const auto nearest = std::ranges::min_element(base.beats, {}, distance);
+        if (std::abs(base.period * grid.bpm / 60 - 1) > 0.012 || distance(*nearest) > 0.25 * base.period) { continue; }
+        const int place = int(nearest - base.beats.begin()) % grid.beatsPerBar;
+        layGrid(grid, base, {base.beats, base.period}, {0, grid.beatsPerBar, place});
+        return;
+    }
+    if (grid.steady) { return; }
+    for (auto* times : {&grid.beats, &grid.downbeats}) {
+        for (double& t : *times) { t = peakTime(env, size_t(std::llround(t * OnsetTime::frameRate))) + shift; }
+        std::erase_if(*times, [&](double t) { return t >= grid.duration - 0.001; });
+    }
+    if (grid.downbeats.empty()) { grid.downbeats = {0.0}; }
+}
+
 }  // namespace
 
 MusicGrid choose(const MusicGrid& firstGuess, const TempoResult& tempo, const GridBuilder::PulseLevels& levels,
@@ -56,6 +81,7 @@ MusicGrid choose(const MusicGrid& firstGuess, const TempoResult& tempo, const Gr
     MusicGrid grid = firstGuess;
     if (!choice) {
         grid.downbeatConfidence *= guessIsRight;
+        moveOntoAttacks(grid, all.bases, tempo.envFull);
         if (given.downbeat) { startBarAt(grid, *given.downbeat); }
         return grid;
     }

@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 
+#include "bars/attack_shift.h"
 #include "bars/beat_path.h"
 #include "bars/lattice_fit.h"
 
@@ -11,7 +12,6 @@ namespace brindlehum::bars {
 namespace {
 
 constexpr size_t most = 3;
-constexpr double pathShift = 0.040;  // seconds from an envelope's peak to its attack, where no steady grid measures it
 
 // True when two periods divide each other by a ratio whose hypotheses one base covers.
 bool related(double a, double b) {
@@ -19,20 +19,25 @@ bool related(double a, double b) {
     return std::ranges::any_of(ratios, [&](double r) { return std::abs(a / b / r - 1) < 0.012; });
 }
 
-BeatBase layOut(const LatticeFit& fit, double shift, double duration) {
-    BeatBase base{{}, fit.period, true, shift};
-    const double at = fit.phase + shift;
-    const double first = at - std::floor(at / fit.period) * fit.period;
-    for (int64_t i = 0; first + double(i) * fit.period < duration; ++i) {
-        base.beats.push_back(first + double(i) * fit.period);
-    }
-    return base;
+// The beats of a line from `start`, before the end.
+std::vector<double> lattice(double start, double period, double end) {
+    const double first = start - std::floor(start / period) * period;
+    std::vector<double> beats;
+    for (int64_t i = 0; first + double(i) * period < end; ++i) { beats.push_back(first + double(i) * period); }
+    return beats;
 }
 
-std::optional<BeatBase> followed(std::span<const float> env, double bpm, double duration) {
+BeatBase layOut(const LatticeFit& fit, std::span<const float> env, std::span<const float> levels, double duration) {
+    const double shift = attackShift(levels, lattice(fit.phase, fit.period, duration), env);
+    return {lattice(fit.phase + shift, fit.period, duration), fit.period, true, shift};
+}
+
+std::optional<BeatBase> followed(std::span<const float> env, std::span<const float> levels, double bpm,
+                                 double duration) {
     if (!(bpm >= 20 && bpm <= 400)) { return std::nullopt; }
-    BeatBase base{beatPath(env, bpm), 0, false, pathShift};
-    for (double& t : base.beats) { t += pathShift; }
+    BeatBase base{beatPath(env, bpm)};
+    base.attackShift = attackShift(levels, base.beats, env);
+    for (double& t : base.beats) { t += base.attackShift; }
     std::erase_if(base.beats, [&](double t) { return t >= duration; });
     if (base.beats.size() < 8) { return std::nullopt; }
     std::vector<double> intervals;
@@ -60,13 +65,13 @@ std::vector<BeatBase> beatBases(const TempoResult& tempo, const GridBuilder::Pul
         // The first candidate is likely anyway; the others must convince.
         const double enough = &candidate == candidates.data() ? 0.85 : 0.95;
         if (!fit.strong || fit.agreement < enough) { continue; }
-        const double shift = GridBuilder::attackOffset(levels.attacks, fit.period, fit.phase, tempo.envFull);
-        out.push_back(layOut(fit, shift, duration));
+        out.push_back(layOut(fit, tempo.envFull, levels.attacks, duration));
         if (out.back().beats.size() < 8) { out.pop_back(); }
         if (out.size() == most) { break; }
     }
     if (out.empty()) {
-        if (auto base = followed(tempo.envFull, bpm.value_or(tempo.bpm), duration)) { out.push_back(std::move(*base)); }
+        auto base = followed(tempo.envFull, levels.attacks, bpm.value_or(tempo.bpm), duration);
+        if (base) { out.push_back(std::move(*base)); }
     }
     return out;
 }

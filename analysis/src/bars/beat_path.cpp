@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "analysis/onset_time.h"
+#include "bars/envelope.h"
 
 namespace brindlehum::bars {
 namespace {
@@ -51,7 +52,7 @@ std::vector<double> beatPath(std::span<const float> env, double bpm) {
     const auto last = std::max_element(scores.end() - std::min(longest, n), scores.end());
     std::vector<double> beats;
     for (int64_t i = last - scores.begin(); i >= 0; i = before[size_t(i)]) {
-        beats.push_back(double(i) / OnsetTime::frameRate);
+        beats.push_back(peakTime(env, size_t(i)));
     }
     std::ranges::reverse(beats);
     return beats;

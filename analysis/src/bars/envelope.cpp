@@ -21,16 +21,27 @@ double autocovariance(std::span<const float> env, double middle, size_t lag) {
     return sum;
 }
 
+bool isPeak(std::span<const float> env, size_t i) {
+    return i > 0 && i + 1 < env.size() && env[i] > env[i - 1] && env[i] >= env[i + 1];
+}
+
 }  // namespace
 
 double accent(std::span<const float> env, double t) {
     constexpr int64_t reach = 2;
     const auto n = int64_t(env.size());
-    const auto centre = std::llround((t - attackDelay) * OnsetTime::frameRate);
+    const auto centre = std::llround(t * OnsetTime::frameRate);
     if (centre < 0 || centre >= n) { return 0; }
     const auto from = env.begin() + std::max<int64_t>(centre - reach, 0);
     const auto to = env.begin() + std::min<int64_t>(centre + reach + 1, n);
     return *std::max_element(from, to);
+}
+
+double valueAt(std::span<const float> env, double t) {
+    const double at = t * OnsetTime::frameRate;
+    if (!(at >= 0) || at + 1 >= double(env.size())) { return 0; }
+    const auto i = size_t(at);
+    return env[i] + (at - double(i)) * (env[i + 1] - env[i]);
 }
 
 double meanAccent(std::span<const float> env, std::span<const double> times) {
@@ -39,15 +50,19 @@ double meanAccent(std::span<const float> env, std::span<const double> times) {
     return times.empty() ? 0 : sum / double(times.size());
 }
 
+double peakTime(std::span<const float> env, size_t i) {
+    if (!isPeak(env, i)) { return double(i) / OnsetTime::frameRate; }
+    const double a = env[i - 1];
+    const double b = env[i];
+    const double c = env[i + 1];
+    const double offset = 0.5 * (a - c) / (a - 2 * b + c);  // b > a, so the denominator is below 0
+    return (double(i) + std::clamp(offset, -0.5, 0.5)) / OnsetTime::frameRate;
+}
+
 std::vector<Peak> peaks(std::span<const float> env) {
     std::vector<Peak> out;
     for (size_t i = 1; i + 1 < env.size(); ++i) {
-        const double a = env[i - 1];
-        const double b = env[i];
-        const double c = env[i + 1];
-        if (b <= 0.06 || b <= a || b < c) { continue; }
-        const double offset = 0.5 * (a - c) / (a - 2 * b + c);  // b > a, so the denominator is below 0
-        out.push_back({(double(i) + std::clamp(offset, -0.5, 0.5)) / OnsetTime::frameRate, b});
+        if (env[i] > 0.06F && isPeak(env, i)) { out.push_back({peakTime(env, i), env[i]}); }
     }
     return out;
 }

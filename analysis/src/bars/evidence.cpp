@@ -50,14 +50,15 @@ BeatValues beatValues(const Pulse& pulse, const Sound& sound) {
     };
     return {changes(1), changes(2),
             standardised(beats, [&](double t) { return sound.lowLevel.mean(t + 0.02, t + 0.02 + 0.5 * reach).row[0]; }),
-            standardised(beats, [&](double t) { return accent(sound.low, t); }),
-            standardised(beats, [&](double t) { return accent(sound.full, t); })};
+            standardised(beats, [&](double t) { return accent(sound.low, t - pulse.attackShift); }),
+            standardised(beats, [&](double t) { return accent(sound.full, t - pulse.attackShift); })};
 }
 
 // The evidence that doesn't depend on the bars.
 EvidenceRow pulseEvidence(const Pulse& pulse, const Sound& sound) {
     EvidenceRow row{};
     Values beats(pulse.beats.begin() + std::ptrdiff_t(pulse.from), pulse.beats.begin() + std::ptrdiff_t(pulse.to));
+    for (double& t : beats) { t -= pulse.attackShift; }
     const double onBeats = meanAccent(sound.full, beats) + 1e-9;
     const auto later = [&](double share) {
         Values moved = beats;
@@ -129,7 +130,7 @@ void addBarEvidence(Hypothesis& h, const Pulse& pulse, const BeatValues& values,
     const auto group = size_t(h.beatsPerBar);
     for (size_t i = (pulse.from + size_t(h.place)) % group; i < pulse.beats.size(); i += group) {
         barLines.push_back(pulse.beats[i]);
-        nearest = std::min(nearest, std::abs(pulse.beats[i] - sound.music.first));
+        nearest = std::min(nearest, std::abs(pulse.beats[i] - pulse.attackShift + attackDelay - sound.music.first));
     }
     row[startsOnBar] = nearest < 0.15 * pulse.period ? 1 : 0;
     const auto rows = barRows(barLines, pulse.period * h.beatsPerBar, sound.chroma);

@@ -41,20 +41,54 @@ struct Phase {
     double strength = 0;
 };
 
-// The strongest phase, and the strongest of those that lie more than a fifth of a period away from it.
-std::vector<Phase> bestPhases(std::span<const double> ticks, int period, std::span<const float> env) {
-    std::vector<Phase> all;
+int apart(int a, int b, int period) {
+    const int distance = std::abs(a - b);
+    return std::min(distance, period - distance);
+}
+
+// The mean over the teeth of a phase of what `at` reads at each.
+template <class At>
+double meanOnTeeth(std::span<const double> ticks, int offset, int period, At at) {
     const size_t teeth = (ticks.size() - 1 - size_t(period)) / size_t(period);
+    double sum = 0;
+    for (size_t k = 0; k < teeth; ++k) { sum += at(ticks[size_t(offset) + k * size_t(period)]); }
+    return sum / double(std::max<size_t>(teeth, 1));
+}
+
+// An accent is the largest within 23 ms, so that of fast beats several phases are as strong: of these, the one that
+// lies on the peaks.
+Phase onPeaks(std::span<const Phase> all, const Phase& strongest, std::span<const double> ticks, int period,
+              std::span<const float> env, double attackShift) {
+    Phase best = strongest;
+    double highest = -1;
+    for (const Phase& phase : all) {
+        if (phase.strength < 0.95 * strongest.strength || 6 * apart(phase.offset, strongest.offset, period) > period) {
+            continue;
+        }
+        const double height =
+            meanOnTeeth(ticks, phase.offset, period, [&](double t) { return valueAt(env, t - attackShift); });
+        if (height > highest) {
+            highest = height;
+            best = phase;
+        }
+    }
+    return best;
+}
+
+// The strongest phase, and the strongest of those that lie more than a fifth of a period away from it.
+std::vector<Phase> bestPhases(std::span<const double> ticks, int period, std::span<const float> env,
+                              double attackShift) {
+    std::vector<Phase> all;
     for (int offset = 0; offset < period; offset += phaseStep) {
-        double sum = 0;
-        for (size_t k = 0; k < teeth; ++k) { sum += accent(env, ticks[size_t(offset) + k * size_t(period)]); }
-        all.push_back({offset, sum / double(std::max<size_t>(teeth, 1))});
+        all.push_back(
+            {offset, meanOnTeeth(ticks, offset, period, [&](double t) { return accent(env, t - attackShift); })});
     }
     std::ranges::stable_sort(all, std::ranges::greater(), &Phase::strength);
-    std::vector<Phase> out = {all[0]};
+    std::vector<Phase> out = {onPeaks(all, all[0], ticks, period, env, attackShift)};
     for (const Phase& phase : all) {
-        const int apart = std::abs(phase.offset - all[0].offset);
-        if (5 * std::min(apart, period - apart) <= period || phase.strength < 0.5 * all[0].strength) { continue; }
+        if (5 * apart(phase.offset, out[0].offset, period) <= period || phase.strength < 0.5 * all[0].strength) {
+            continue;
+        }
         out.push_back(phase);
         break;
     }
@@ -82,13 +116,13 @@ std::vector<Pulse> pulses(const BeatBase& base, size_t index, std::span<const fl
         if (!onlyItsOwn && (60 / seconds < 45 || 60 / seconds > 230)) { continue; }
         if (all.size() <= 2 * size_t(period)) { continue; }
         bool second = false;
-        for (const Phase& phase : bestPhases(all, period, env)) {
-            Pulse pulse{{}, seconds, 0, 0, phase.strength, std::exchange(second, true), index};
+        for (const Phase& phase : bestPhases(all, period, env, base.attackShift)) {
+            Pulse pulse{{}, seconds, base.attackShift, 0, 0, phase.strength, std::exchange(second, true), index};
             for (size_t t = size_t(phase.offset); t < all.size(); t += size_t(period)) {
                 if (all[t] > -0.06 && all[t] < music.duration - 0.05) { pulse.beats.push_back(all[t]); }
             }
             findMusic(pulse, music);
-            if (pulse.beats.size() >= 16 && pulse.to - pulse.from >= 12) { out.push_back(std::move(pulse)); }
+            if (pulse.beats.size() >= 8 && pulse.to - pulse.from >= 8) { out.push_back(std::move(pulse)); }
         }
     }
     return out;

@@ -11,7 +11,8 @@ namespace brindlehum::bars {
 struct Pulse {
     std::vector<double> beats;  // seconds, from 60 ms before the start to 50 ms before the end
     double period = 0;          // seconds
-    size_t from = 0, to = 0;    // beats [from, to) lie where there is music; at least 12
+    double attackShift = 0;     // seconds from the envelope's peaks to the beats
+    size_t from = 0, to = 0;    // beats [from, to) lie where there is music; at least 8
     double strength = 0;        // mean onset on the beats
     bool second = false;        // another phase of the same period is stronger
     size_t base = 0;            // index of its base

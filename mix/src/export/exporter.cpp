@@ -44,11 +44,14 @@ FrameRange rangeOf(const Request& request) {
     return range;
 }
 
+// A long name is cut, not what the channels are.
 std::string describe(const Request& request, const FrameRange& range, const std::string& label) {
     const auto seconds = [&](int64_t frame) { return fixed(double(frame) / request.info.sampleRate, 3); };
-    const std::string text = "Pulled from " + printableName(request.info.url) + " [" + seconds(range.lower) + "-" +
-                             seconds(range.upper) + " s] " + label;
-    return std::string(cutUtf8(text, WavFileWriter::descriptionBytes));
+    const std::string start = "Pulled from ";
+    const std::string end = " [" + seconds(range.lower) + "-" + seconds(range.upper) + " s] " + label;
+    const size_t room =
+        WavFileWriter::descriptionBytes - std::min(start.size() + end.size(), WavFileWriter::descriptionBytes);
+    return start + std::string(cutUtf8(printableName(request.info.url), room)) + end;
 }
 
 // Before anything is rendered or written.
@@ -91,6 +94,7 @@ std::optional<Result> write(const Request& request, const Watch& watch) {
     ExportLevel level;
     if (!render(request, range, plan, writer, level, watch)) { return std::nullopt; }
     writer.finish();
+    if (watch.mayPlace && !watch.mayPlace()) { return std::nullopt; }
     const int64_t clipped = request.asFloat ? 0 : level.clipped;
     return Result{pull.place(), plan.label, plan.channels, plan.frames, level.peak, clipped};
 }

@@ -16,6 +16,7 @@
 #include "ui/look/plain_tool_tip.h"
 #include "ui/look/profile_icon.h"
 #include "ui/player/drag_handle.h"
+#include "ui/player/drag_menu.h"
 #include "ui/player/upmix_menu.h"
 
 namespace brindlehum {
@@ -69,7 +70,8 @@ SourceBar::SourceBar(PlayerModel& player, const SettingsStore& settings, QWidget
     profile_ = new MenuButton("Output profile", "Output profile", [this](QMenu& m) { fillProfiles(m); });
     device_ = new ElidedLabel(Qt::ElideRight);
     device_->setProperty("role", "secondary");
-    drag_ = new MenuButton("Drag as", "What a drag into the DAW delivers", [this](QMenu& m) { fillDrag(m); });
+    drag_ = new MenuButton("Drag as", "What a drag into the DAW delivers",
+                           [this](QMenu& m) { fillDragForms(m, dragOut_); });
     drag_->setIcon(symbol("drag"));
     handle_ = new DragHandle;
     row->addWidget(format_);
@@ -98,7 +100,7 @@ void SourceBar::refresh() {
     profile_->setChoice(QString::fromStdString(profile.name));
     refreshDevice();
     drag_->setVisible(loaded && dragOut_.dragOptions().size() > 1);
-    drag_->setChoice(QString::fromStdString(name(dragOut_.dragExport())));
+    drag_->setChoice(QString::fromStdString(dragOut_.formName(dragOut_.dragExport())));
     handle_->setVisible(loaded);
 }
 
@@ -208,13 +210,6 @@ void SourceBar::fillProfiles(QMenu& menu) {
         addChoice(menu, QString::fromStdString(profile.name), profile.id == active, [this, id = profile.id] {
             listening_.selectProfile(id);
         })->setIcon(symbol(profileIcon(profile)));
-    }
-}
-
-void SourceBar::fillDrag(QMenu& menu) {
-    for (const auto mode : dragOut_.dragOptions()) {
-        addChoice(menu, QString::fromStdString(name(mode)), mode == dragOut_.dragExport(),
-                  [this, mode] { dragOut_.setDragExport(mode); });
     }
 }
 
