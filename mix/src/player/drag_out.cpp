@@ -69,7 +69,7 @@ Exporter::Request DragOut::unbound() const {
             .monoToCenter = settings.monoToCenter,
             .folder = settings.pulls(),
             .upmix = upmix.params,
-            .upmixName = std::string(displayName(upmix.preset)),
+            .upmixName = presetName(upmix),
             .loop = transport_.loop(),
             .asFloat = settings.pullsAsFloat};
 }
