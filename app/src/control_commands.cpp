@@ -93,14 +93,19 @@ nlohmann::json ControlCommands::status() const {
     for (const auto& profile : settings.profiles) { profiles.push_back(profile.name); }
     const double rate = file ? std::max(file->sampleRate, 1.0) : 1;
     const ListeningSetup& listening = player_.listening();
+    const UpmixSettings& upmix = listening.upmix();
+    nlohmann::json upmixPresets = nlohmann::json::array();
+    for (const UpmixPreset preset : allUpmixPresets) { upmixPresets.push_back(rawValue(preset)); }
+    for (const OwnUpmixPreset& preset : settings.upmixPresets) { upmixPresets.push_back(preset.name); }
     return {{"playing", isPlaying()},
             {"file", file ? file->url.filename().string() : std::string()},
             {"position", double(player_.transport().currentFrame()) / rate},
             {"length", file ? double(file->frames) / rate : 0},
             {"loop", player_.transport().loop()},
             {"volume", listening.volumeDB()},
-            {"upmix", listening.upmix().enabled},
-            {"upmixPreset", rawValue(listening.upmix().preset)},
+            {"upmix", upmix.enabled},
+            {"upmixPreset", upmix.own.empty() ? std::string(rawValue(upmix.preset)) : upmix.own},
+            {"upmixPresets", upmixPresets},
             {"device", listening.devices().name(listening.profile().deviceUID)},
             {"profile", settings.activeProfile().name},
             {"profiles", profiles},
@@ -155,19 +160,11 @@ ControlCommands::Problem ControlCommands::setVolume(const ControlParams& params)
     return {};
 }
 
-// With a preset: on, with that preset's numbers. Without: on or off, all numbers as they are.
+// With a preset, a built-in or an own one: on, with its numbers. Without: on or off, all numbers as they are.
 ControlCommands::Problem ControlCommands::setUpmix(const ControlParams& params) {
-    UpmixSettings upmix = player_.listening().upmix();
-    Problem problem;
-    if (const auto name = params.find("preset"); name != params.end()) {
-        const auto preset = upmixPresetFromRaw(name->second);
-        if (!preset) { return "no upmix preset " + name->second; }
-        upmix = {true, *preset, brindlehum::params(*preset)};
-    } else {
-        problem = switched(params, upmix.enabled, [&](bool on) { upmix.enabled = on; });
-    }
-    if (problem.empty()) { player_.listening().setUpmix(upmix); }
-    return problem;
+    UpmixTuning& upmix = player_.upmix();
+    if (const auto name = params.find("preset"); name != params.end()) { return upmix.choose(name->second); }
+    return switched(params, upmix.now().enabled, [&](bool on) { upmix.setOn(on); });
 }
 
 }  // namespace brindlehum

@@ -195,6 +195,9 @@ void fillMenuBar(MainWindow& window, AppModel& model) {
     add(playback, "Clear Selection", QKeySequence("Ctrl+D"), [&player] { player.transport().clearSelection(); });
 
     playback->addSeparator();
+    add(playback, "Compare Upmix with Fold-Down", QKeySequence("Ctrl+U"), [&player] { player.compare().toggle(); });
+    add(playback, "Adjust Upmix…", QKeySequence("Ctrl+Shift+U"), [&window] { window.playerView().showUpmixPanel(); });
+    playback->addSeparator();
     auto* outputs = playback->addMenu("Output");
     const auto refill = [outputs, &model, &player] { fillOutputs(*outputs, model.settings(), player.listening()); };
     QObject::connect(&model.settings(), &SettingsStore::changed, outputs, refill);

@@ -153,6 +153,7 @@ void MainWindow::connectParts() {
     connect(&browser_->bar().inspectorToggle(), &QToolButton::clicked, this, &MainWindow::showInspector);
     connect(browser_, &BrowserView::selectionMoved, this,
             [this] { inspector_->setSelection(browser_->table().selectedEntries()); });
+    browser_->table().setDragForms(&model_.player().dragOut());
     hasTray = [] { return QSystemTrayIcon::isSystemTrayAvailable(); };
     confirmRemoval = [this](const auto& question, const auto& losses) { return askRemoval(this, question, losses); };
     model_.library().roots().mayRemove = [this](const std::string& root, bool losesWords) {
