@@ -61,8 +61,11 @@ void describeControlPort(const ControlServer& control) {
     constexpr double savingPatience = 20;  // seconds
     constexpr double editsPatience = 3;
     constexpr double settingsPatience = 3;
+    constexpr double exportPatience = 3;  // for what is stopped to be taken back
+    model.player().dragOut().progress().cancel();
     defaults.flush(settingsPatience);
     model.tempEdits().finish(editsPatience);
+    model.player().dragOut().queue().background().drainFor(exportPatience);
     model.library().edits().finish(savingPatience);
     link.release();
     std::fflush(nullptr);

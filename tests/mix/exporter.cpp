@@ -297,5 +297,32 @@ TEST_F(Export, AJobServesTheSameRequestOnceAndCanBeAwaitedWithoutTheLoop) {
     EXPECT_EQ(pulls().size(), cut->state() == ExportJob::State::done ? 1U : 0U);
 }
 
+TEST_F(Export, AHeldJobShowsNoFileUntilItIsKept) {
+    ManualMainLoop loop;
+    ExportQueue queue(loop);
+    const Exporter::Request asked = request(noisePlanes(6, 20000), DragExport::bed(LayoutID::l714));
+    const auto rendered = [&](const auto& job) { return loop.runUntil([&] { return job->progress() == 1; }); };
+    const auto visible = [&] {
+        auto names = pulls();
+        std::erase_if(names, [](const auto& name) { return name.starts_with('.'); });
+        return names;
+    };
+    const auto click = queue.start(asked, ExportQueue::Hold::untilKept);
+    ASSERT_TRUE(rendered(click));
+    EXPECT_FALSE(click->wait(0));
+    EXPECT_TRUE(visible().empty());
+    click->letGo();
+    ASSERT_TRUE(click->wait(30));
+    EXPECT_TRUE(pulls().empty()) << "a press that was no drag leaves nothing";
+
+    const auto drag = queue.start(asked, ExportQueue::Hold::untilKept);
+    ASSERT_TRUE(rendered(drag));
+    EXPECT_EQ(queue.start(asked), drag) << "who wants the file keeps the job";
+    drag->letGo();
+    ASSERT_TRUE(drag->wait(30));
+    EXPECT_EQ(drag->state(), ExportJob::State::done) << "another has kept it";
+    EXPECT_EQ(pulls().size(), 1U);
+}
+
 }  // namespace
 }  // namespace brindlehum::test

@@ -69,6 +69,22 @@ TEST(WaveformGesture, CoursesOfTheMouse) {
     }
 }
 
+// What is worth rendering before the pointer moves.
+TEST(WaveformGesture, APressSaysWhichDragItMayBecome) {
+    struct Case {
+        double x;
+        bool control, canDrag;
+        std::optional<StartDrag> drag;
+    };
+    for (const auto& one :
+         {Case{50, false, true, StartDrag{true}}, Case{50, false, false, {}}, Case{20, false, true, {}},
+          Case{20, true, false, StartDrag{false}}, Case{50, true, true, StartDrag{false}}, Case{42, false, true, {}}}) {
+        const Surface surface{100, VisibleRange::all(1000), FrameRange{400, 600}, one.canDrag};
+        EXPECT_EQ(possibleDrag(step(Idle{}, press(one.x, one.control), surface).next, surface), one.drag) << one.x;
+    }
+    EXPECT_FALSE(possibleDrag(Selecting{400}, {}));
+}
+
 // Fifty frames over a hundred pixels: every frame can be hit.
 TEST(WaveformGesture, ZoomedInItHitsSingleFrames) {
     const Surface surface{100, {1000000, 77700, 50, true}, FrameRange{77710, 77720}, false};

@@ -44,6 +44,27 @@ bool ExportJob::wait(double seconds) const {
     return over_.wait_for(guard, std::chrono::duration<double>(seconds), [this] { return state_ != State::running; });
 }
 
+void ExportJob::keep() {
+    const std::lock_guard guard(lock_);
+    kept_ = true;
+    keeping_.notify_all();
+}
+
+bool ExportJob::isKept() const {
+    const std::lock_guard guard(lock_);
+    return kept_;
+}
+
+void ExportJob::letGo() {
+    if (!isKept()) { cancel(); }
+}
+
+// On the queue; false when cancelled instead.
+bool ExportJob::waitUntilKept() {
+    std::unique_lock guard(lock_);
+    return keeping_.wait(guard, stop_.get_token(), [this] { return kept_; });
+}
+
 void ExportJob::end(State state, std::optional<Exporter::Result> result, std::string failure) {
     const std::lock_guard guard(lock_);
     state_ = state;
@@ -61,7 +82,9 @@ void ExportJob::run(const std::function<void()>& progressed) {
     try {
         source_ = versionOf(request_.info.url);
         const auto result =
-            stop_.stop_requested() ? std::nullopt : Exporter::make(request_, {progress, stop_.get_token(), carry_});
+            stop_.stop_requested()
+                ? std::nullopt
+                : Exporter::make(request_, {progress, stop_.get_token(), carry_, [this] { return waitUntilKept(); }});
         if (result) { product_ = versionOf(result->url); }
         end(result ? State::done : State::stopped, result, {});
     } catch (const std::exception& error) { end(State::failed, {}, error.what()); }
@@ -92,11 +115,13 @@ ExportQueue::~ExportQueue() {
     background_.drain();
 }
 
-std::shared_ptr<ExportJob> ExportQueue::start(const Exporter::Request& request) {
+std::shared_ptr<ExportJob> ExportQueue::start(const Exporter::Request& request, Hold hold) {
     const auto known = std::ranges::find_if(jobs_, [&](const auto& job) { return job->serves(request); });
-    if (known != jobs_.end()) { return *known; }
-    auto job = std::make_shared<ExportJob>(request, carry_);
+    const auto job = known != jobs_.end() ? *known : std::make_shared<ExportJob>(request, carry_);
+    if (hold == Hold::no) { job->keep(); }
+    if (known != jobs_.end()) { return job; }
     jobs_.push_back(job);
+    Q_EMIT started(job);
     background_.run(
         [this, job](const Background::Task& task) {
             job->run([&] { task.tell([this, job] { Q_EMIT progressed(job); }); });

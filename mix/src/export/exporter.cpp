@@ -94,6 +94,7 @@ std::optional<Result> write(const Request& request, const Watch& watch) {
     ExportLevel level;
     if (!render(request, range, plan, writer, level, watch)) { return std::nullopt; }
     writer.finish();
+    if (watch.mayPlace && !watch.mayPlace()) { return std::nullopt; }
     const int64_t clipped = request.asFloat ? 0 : level.clipped;
     return Result{pull.place(), plan.label, plan.channels, plan.frames, level.peak, clipped};
 }

@@ -14,7 +14,8 @@ DragOut::DragOut(const LoadedSound& sound, const Transport& transport, const Lis
       listening_(listening),
       settings_(settings),
       message_(message),
-      queue_(loop) {}
+      queue_(loop),
+      progress_(queue_, message, loop) {}
 
 std::vector<DragExport> DragOut::dragOptions() const {
     const auto& info = sound_.info();
@@ -25,6 +26,13 @@ void DragOut::setDragExport(DragExport mode) {
     if (mode == mode_) { return; }
     mode_ = mode;
     Q_EMIT changed();
+}
+
+std::string DragOut::formName(const DragExport& mode) const {
+    if (mode.kind != DragExport::Kind::upmix) { return name(mode); }
+    const UpmixSettings& upmix = listening_.upmix();
+    const bool isChanged = upmix.params != params(upmix.preset);
+    return name(mode) + " (" + std::string(displayName(upmix.preset)) + (isChanged ? ", changed)" : ")");
 }
 
 void DragOut::checkDragExport() {
@@ -54,17 +62,19 @@ std::optional<Exporter::Request> DragOut::request(bool selectionOnly) const {
 
 std::shared_ptr<ExportJob> DragOut::startExport(bool selectionOnly) {
     const auto asked = request(selectionOnly);
-    return asked ? queue_.start(*asked) : nullptr;
+    return asked ? queue_.start(*asked, ExportQueue::Hold::untilKept) : nullptr;
 }
 
-std::optional<std::filesystem::path> DragOut::awaitFile(const ExportJob& job, double patience) {
-    if (!job.wait(patience)) {
+std::optional<std::filesystem::path> DragOut::awaitFile(const std::shared_ptr<ExportJob>& job, double patience) {
+    job->keep();
+    if (!job->wait(patience)) {
+        progress_.announce(job, ExportProgress::Purpose::nextDrag);
         message_.fail("The file is still being rendered: drag again in a moment");
         return std::nullopt;
     }
-    const auto result = job.result();
+    const auto result = job->result();
     if (!result) {
-        if (job.state() == ExportJob::State::failed) { message_.fail(job.failure()); }
+        if (job->state() == ExportJob::State::failed) { message_.fail(job->failure()); }
         return std::nullopt;
     }
     if (const std::string remark = Exporter::remark(*result); !remark.empty()) {
@@ -75,7 +85,14 @@ std::optional<std::filesystem::path> DragOut::awaitFile(const ExportJob& job, do
 
 std::optional<std::filesystem::path> DragOut::exportForDrag(bool selectionOnly) {
     const auto job = startExport(selectionOnly);
-    return job ? awaitFile(*job) : std::nullopt;
+    return job ? awaitFile(job) : std::nullopt;
+}
+
+void DragOut::exportToPulls(bool selectionOnly) {
+    const auto job = startExport(selectionOnly);
+    if (!job) { return; }
+    job->keep();
+    progress_.announce(job, ExportProgress::Purpose::file);
 }
 
 }  // namespace brindlehum

@@ -1,28 +1,17 @@
 // Converts paths to and from drag data, and runs drags.
 #include "ui/look/file_drag.h"
 
+#include <QClipboard>
 #include <QDrag>
+#include <QGuiApplication>
 #include <QMimeData>
-#include <QPainter>
 #include <QUrl>
 #include <QWidget>
-#include <algorithm>
+
+#include "ui/look/path_text.h"
 
 namespace brindlehum::FileDrag {
 namespace {
-
-// A drag picture larger than this hides what lies under the pointer.
-constexpr int maxPictureWidth = 320;  // logical pixels
-
-QPixmap translucent(const QPixmap& picture) {
-    QPixmap pale(picture.size());
-    pale.setDevicePixelRatio(picture.devicePixelRatio());
-    pale.fill(Qt::transparent);
-    QPainter painter(&pale);
-    painter.setOpacity(0.8);
-    painter.drawPixmap(0, 0, picture);
-    return pale;
-}
 
 // Encodes byte by byte (RFC 8089): Qt's own conversion expects UTF-8, and a name needn't be UTF-8.
 QUrl urlOf(const std::filesystem::path& file) {
@@ -51,18 +40,31 @@ std::vector<std::filesystem::path> localPaths(const QMimeData& data) {
     return paths;
 }
 
-void run(QWidget* source, const std::filesystem::path& file, const QPixmap& picture, const QPoint& hotSpot) {
-    auto* drag = new QDrag(source);  // Qt deletes it when it is over
-    drag->setMimeData(mimeData({file}));
-    if (!picture.isNull()) {
-        const double shrink = std::min(1.0, maxPictureWidth / std::max(1.0, picture.deviceIndependentSize().width()));
-        const QPixmap scaled =
-            shrink < 1 ? picture.scaled(picture.size() * shrink, Qt::KeepAspectRatio, Qt::SmoothTransformation)
-                       : picture;
-        drag->setPixmap(translucent(scaled));
-        drag->setHotSpot(hotSpot * shrink);
+QByteArray uriList(const std::vector<std::filesystem::path>& files) {
+    QByteArray list;
+    for (const auto& file : files) { list += urlOf(file).toEncoded() + "\r\n"; }
+    return list;
+}
+
+void copy(const std::vector<std::filesystem::path>& files) {
+    QMimeData* data = mimeData(files);
+    QByteArray lines = "copy";
+    QStringList paths;
+    for (const auto& file : files) {
+        lines += '\n' + urlOf(file).toEncoded();
+        paths << pathText(file);
     }
-    drag->exec(Qt::CopyAction);
+    data->setData("x-special/gnome-copied-files", lines);
+    data->setText(paths.join('\n'));
+    QGuiApplication::clipboard()->setMimeData(data);
+}
+
+bool run(QWidget* source, std::unique_ptr<QMimeData> data, const Picture& picture) {
+    auto* drag = new QDrag(source);  // Qt deletes it when it is over
+    drag->setMimeData(data.release());
+    drag->setPixmap(picture.image);
+    drag->setHotSpot(picture.hotSpot);
+    return drag->exec(Qt::CopyAction) != Qt::IgnoreAction;
 }
 
 }  // namespace brindlehum::FileDrag

@@ -1,13 +1,13 @@
-// Starts the drag of a file, or copies the file.
+// Starts the drag of the whole sound.
 #include "ui/player/drag_handle.h"
 
 #include <QApplication>
-#include <QClipboard>
-#include <QMimeData>
 #include <QMouseEvent>
 
-#include "ui/look/file_drag.h"
+#include "mix/player/drag_out.h"
 #include "ui/look/icons.h"
+#include "ui/player/drag_session.h"
+#include "ui/player/export_picture.h"
 
 namespace brindlehum {
 
@@ -20,17 +20,13 @@ DragHandle::DragHandle(QWidget* parent) : QToolButton(parent) {
     setAccessibleDescription("Drag the whole file into your DAW. Space or Enter copies the file instead.");
     setFocusPolicy(Qt::StrongFocus);
     setCursor(Qt::OpenHandCursor);
-    connect(this, &QToolButton::clicked, this, &DragHandle::copyFile);
-}
-
-void DragHandle::copyFile() {
-    const auto path = file ? file() : std::nullopt;
-    if (path) { QApplication::clipboard()->setMimeData(FileDrag::mimeData({*path})); }
 }
 
 void DragHandle::mousePressEvent(QMouseEvent* event) {
-    if (event->button() == Qt::LeftButton) { pressedAt_ = event->pos(); }
     event->accept();
+    if (event->button() != Qt::LeftButton || !drags_) { return; }
+    pressedAt_ = event->pos();
+    drags_->press(false);
 }
 
 void DragHandle::mouseMoveEvent(QMouseEvent* event) {
@@ -38,14 +34,15 @@ void DragHandle::mouseMoveEvent(QMouseEvent* event) {
         return;
     }
     pressedAt_.reset();
-    const auto path = file ? file() : std::nullopt;
-    if (!path) { return; }
-    const QPixmap image = picture ? picture() : QPixmap();
-    FileDrag::run(this, *path, image, {8, 8});
+    const DragOut& dragOut = drags_->dragOut();
+    const QString form = QString::fromStdString(dragOut.formName(dragOut.dragExport()));
+    drags_->run(this, exportPicture(picture ? picture() : QPixmap(), {8, 8}, form));
 }
 
-void DragHandle::mouseReleaseEvent(QMouseEvent* /*event*/) {
+void DragHandle::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton || !pressedAt_) { return; }
     pressedAt_.reset();
+    drags_->release();
 }
 
 }  // namespace brindlehum

@@ -4,13 +4,18 @@
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QMenu>
 #include <QStackedLayout>
 #include <QStyle>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "ui/look/elided_label.h"
 #include "ui/look/symbol_label.h"
 #include "ui/player/drag_handle.h"
+#include "ui/player/drag_menu.h"
+#include "ui/player/drag_session.h"
+#include "ui/player/export_copy.h"
 #include "ui/player/meter_view.h"
 #include "ui/player/player_header.h"
 #include "ui/player/soundfield_row.h"
@@ -33,7 +38,11 @@ QVBoxLayout* column(QWidget* parent, int margin, int spacing) {
 }  // namespace
 
 PlayerView::PlayerView(PlayerModel& player, SettingsStore& settings, WaveformView::Style style, QWidget* parent)
-    : QWidget(parent), player_(player), settings_(settings) {
+    : QWidget(parent),
+      player_(player),
+      settings_(settings),
+      drags_(std::make_unique<DragSession>(player.dragOut())),
+      copy_(new ExportCopy(player.dragOut(), this)) {
     setAccessibleName("Player");
     auto* all = column(this, 8, 6);
     auto* top = new QWidget;
@@ -44,12 +53,30 @@ PlayerView::PlayerView(PlayerModel& player, SettingsStore& settings, WaveformVie
     all->addWidget(makeMessage());
     all->addWidget(controls_ = makeControls());
     all->addWidget(soundfield_ = new SoundfieldRow(player.sound(), player.listening()));
-    source_->dragHandle().file = [this] { return player_.dragOut().exportForDrag(false); };
-    source_->dragHandle().picture = [this] { return waveform().grab(); };
+    connectDrags();
     connect(&player, &PlayerModel::changed, this, &PlayerView::refresh);
     connect(&settings, &SettingsStore::changed, this, &PlayerView::refresh);
     connect(&player.transport().playhead(), &PlayheadModel::frameChanged, this, &PlayerView::movePlayhead);
     refresh();
+}
+
+PlayerView::~PlayerView() = default;
+
+void PlayerView::connectDrags() {
+    DragHandle& handle = source_->dragHandle();
+    handle.setDrags(drags_.get());
+    handle.picture = [this] { return waveform().grab(); };
+    connect(&handle, &QToolButton::clicked, this, [this] { copy_->copy(false); });
+    for (QWidget* widget : {static_cast<QWidget*>(&handle), static_cast<QWidget*>(&waveform())}) {
+        widget->setContextMenuPolicy(Qt::CustomContextMenu);
+        connect(widget, &QWidget::customContextMenuRequested, this, [this, widget](const QPoint& at) {
+            if (!player_.sound().info()) { return; }
+            auto* menu = new QMenu(widget);
+            menu->setAttribute(Qt::WA_DeleteOnClose);
+            fillExportMenu(*menu, player_.dragOut(), *copy_);
+            menu->popup(widget->mapToGlobal(at));
+        });
+    }
 }
 
 QWidget* PlayerView::makeEmpty() {
@@ -75,7 +102,7 @@ QWidget* PlayerView::makeLoaded(WaveformView::Style style) {
     layout->addSpacing(2);
     auto* row = new QHBoxLayout;
     row->setSpacing(6);
-    row->addWidget(wave_ = new WavePanel(player_.sound(), player_.transport(), player_.dragOut(), style), 1);
+    row->addWidget(wave_ = new WavePanel(player_.sound(), player_.transport(), *drags_, style), 1);
     row->addWidget(new MeterView(player_.meter()));
     layout->addLayout(row, 1);
     return box;
@@ -94,7 +121,7 @@ QWidget* PlayerView::makeMessage() {
 }
 
 void PlayerView::addToMessage(QWidget* widget) {
-    messageExtra_ = widget;
+    messageExtras_.push_back(widget);
     messageLayout_->addWidget(widget);
     widget->installEventFilter(this);
     refreshMessage();
@@ -158,7 +185,8 @@ void PlayerView::refreshMessage() {
     }
     warning_->setVisible(problem);
     message_->setFullText(QString::fromStdString(message.value_or("")));
-    messageRow_->setVisible(message || (messageExtra_ && !messageExtra_->isHidden()));
+    const bool extra = std::ranges::any_of(messageExtras_, [](const QWidget* widget) { return !widget->isHidden(); });
+    messageRow_->setVisible(message || extra);
 }
 
 void PlayerView::movePlayhead() {

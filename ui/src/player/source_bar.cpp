@@ -17,6 +17,7 @@
 #include "ui/look/path_text.h"
 #include "ui/look/profile_icon.h"
 #include "ui/player/drag_handle.h"
+#include "ui/player/drag_menu.h"
 
 namespace brindlehum {
 
@@ -75,7 +76,8 @@ SourceBar::SourceBar(LoadedSound& sound, Transport& transport, ListeningSetup& l
     profile_ = new MenuButton("Output profile", "Output profile", [this](QMenu& m) { fillProfiles(m); });
     device_ = new ElidedLabel(Qt::ElideRight);
     device_->setProperty("role", "secondary");
-    drag_ = new MenuButton("Drag as", "What a drag into the DAW delivers", [this](QMenu& m) { fillDrag(m); });
+    drag_ = new MenuButton("Drag as", "What a drag into the DAW delivers",
+                           [this](QMenu& m) { fillDragForms(m, dragOut_); });
     drag_->setIcon(symbol("drag"));
     handle_ = new DragHandle;
     row->addWidget(format_);
@@ -104,7 +106,7 @@ void SourceBar::refresh() {
     profile_->setChoice(QString::fromStdString(profile.name));
     refreshDevice();
     drag_->setVisible(loaded && dragOut_.dragOptions().size() > 1);
-    drag_->setChoice(QString::fromStdString(name(dragOut_.dragExport())));
+    drag_->setChoice(QString::fromStdString(dragOut_.formName(dragOut_.dragExport())));
     handle_->setVisible(loaded);
 }
 
@@ -208,13 +210,6 @@ void SourceBar::fillProfiles(QMenu& menu) {
         addChoice(menu, QString::fromStdString(profile.name), profile.id == active, [this, id = profile.id] {
             listening_.selectProfile(id);
         })->setIcon(symbol(profileIcon(profile)));
-    }
-}
-
-void SourceBar::fillDrag(QMenu& menu) {
-    for (const auto mode : dragOut_.dragOptions()) {
-        addChoice(menu, QString::fromStdString(name(mode)), mode == dragOut_.dragExport(),
-                  [this, mode] { dragOut_.setDragExport(mode); });
     }
 }
 

@@ -6,7 +6,6 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
-#include "mix/player/drag_out.h"
 #include "mix/player/loaded_sound.h"
 #include "mix/player/transport.h"
 #include "ui/player/time_ruler.h"
@@ -18,15 +17,16 @@ constexpr double scrollSteps = 1 << 24;  // of a scroll bar over the whole sound
 
 }  // namespace
 
-WavePanel::WavePanel(LoadedSound& sound, Transport& transport, DragOut& dragOut, WaveformView::Style style,
+WavePanel::WavePanel(LoadedSound& sound, Transport& transport, DragSession& drags, WaveformView::Style style,
                      QWidget* parent)
-    : QWidget(parent), sound_(sound), transport_(transport), dragOut_(dragOut) {
+    : QWidget(parent), sound_(sound), transport_(transport) {
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
     column->addWidget(ruler_ = new TimeRuler);
     column->addWidget(waveform_ = new WaveformView(style), 1);
     column->addWidget(scroll_ = makeScrollBar());
+    waveform_->setDrags(&drags);
     connectWaveform();
     connect(&sound, &LoadedSound::replaced, waveform_, &WaveformView::showAll);
     connect(&sound.detail(), &WaveDetail::changed, this, [this] { waveform_->setDetail(sound_.detail().data()); });
@@ -65,7 +65,6 @@ void WavePanel::connectWaveform() {
         // The model announces nothing when it refuses a selection, so read it back.
         refresh();
     };
-    waveform_->exportForDrag = [this](bool selectionOnly) { return dragOut_.exportForDrag(selectionOnly); };
     waveform_->onTogglePlay = [this] { transport_.togglePlay(); };
     connect(waveform_, &WaveformView::hovered, this,
             [this](qint64 frame) { ruler_->setHover(frame < 0 ? -1 : double(frame) / sampleRate()); });

@@ -20,9 +20,8 @@ Step movedWhilePending(const Pending& pending, const Move& move, const Surface& 
     const bool moved =
         std::abs(move.at.x - pending.start.x) > dragThreshold || std::abs(move.at.y - pending.start.y) > dragThreshold;
     if (!moved) { return {pending, {}}; }
-    if (pending.whole) { return {Dragging{}, StartDrag{false}}; }
+    if (const auto drag = possibleDrag(pending, surface)) { return {Dragging{}, *drag}; }
     if (pending.otherEdge) { return {Selecting{*pending.otherEdge}, {}}; }
-    if (pending.inSelection && surface.canDragSelection) { return {Dragging{}, StartDrag{true}}; }
     return {Selecting{frameAt(surface, pending.start)}, {}};
 }
 
@@ -54,6 +53,14 @@ Step released(const Gesture& gesture, const Release& release, const Surface& sur
 }
 
 }  // namespace
+
+std::optional<StartDrag> possibleDrag(const Gesture& gesture, const Surface& surface) {
+    const auto* pending = std::get_if<Pending>(&gesture);
+    if (!pending) { return std::nullopt; }
+    if (pending->whole) { return StartDrag{false}; }
+    const bool takesSelection = pending->inSelection && !pending->otherEdge && surface.canDragSelection;
+    return takesSelection ? std::optional(StartDrag{true}) : std::nullopt;
+}
 
 Step step(const Gesture& gesture, const Event& event, const Surface& surface) {
     if (const auto* press = std::get_if<Press>(&event)) { return pressed(*press, surface); }

@@ -5,10 +5,13 @@
 #include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
+#include <QPointer>
 #include <QToolTip>
 #include <cmath>
 
-#include "ui/look/file_drag.h"
+#include "mix/player/drag_out.h"
+#include "ui/player/drag_session.h"
+#include "ui/player/export_picture.h"
 
 namespace brindlehum {
 namespace {
@@ -37,8 +40,9 @@ WaveformView::WaveformView(Style style, QWidget* parent) : QWidget(parent), styl
     setCursor(Qt::IBeamCursor);
     setAccessibleName("Waveform");
     setAccessibleDescription(
-        "Click to play from there, drag to select, drag an edge of the selection to move it, Control-drag to take the "
-        "file out. Left and Right move the playhead, Home and End jump, Space plays or stops. Plus and Minus zoom, 0 "
+        "Click to play from there, drag to select, drag an edge of the selection to move it, drag the selection itself "
+        "to take it out as a file, Control-drag to take the whole sound out. Left and Right move the playhead, Home "
+        "and End jump, Space plays or stops. Plus and Minus zoom, 0 "
         "shows all, Z the selection, Page Up and Page Down scroll. The brackets set the selection's start and end at "
         "the playhead, Escape clears it.");
 }
@@ -183,34 +187,45 @@ void WaveformView::resizeEvent(QResizeEvent* event) {
 }
 
 WaveformGesture::Surface WaveformView::surface() const {
-    // Until a cut of the file can be exported, a drag from inside the selection draws a new one.
-    return {double(width()), visible_, selection_, false};
+    return {double(width()), visible_, selection_, drags_ != nullptr};
 }
 
 void WaveformView::feed(const WaveformGesture::Event& event, const QPoint& at) {
     using namespace WaveformGesture;
     const Step next = step(gesture_, event, surface());
+    const bool mightDrag = possibleDrag(gesture_, surface()).has_value();
     gesture_ = next.next;
+    const auto* drag = std::get_if<StartDrag>(&next.action);
+    if (drags_ && !drag) { prepareDrag(mightDrag); }
     if (const auto* preview = std::get_if<Preview>(&next.action)) { showSelection(preview->range); }
     if (const auto* select = std::get_if<Select>(&next.action)) {
         showSelection(select->range);
         if (onSelect) { onSelect(select->range); }
     }
     if (const auto* seek = std::get_if<Seek>(&next.action); seek && onSeek) { onSeek(seek->frame); }
-    if (const auto* drag = std::get_if<StartDrag>(&next.action)) { startDrag(drag->selectionOnly, at); }
+    if (drag) { startDrag(drag->selectionOnly, at); }
+}
+
+// Renders from the press on, until it is seen to be no drag.
+void WaveformView::prepareDrag(bool mightDrag) {
+    const auto possible = WaveformGesture::possibleDrag(gesture_, surface());
+    if (possible && !mightDrag) { drags_->press(possible->selectionOnly); }
+    if (!possible && mightDrag) { drags_->release(); }
 }
 
 void WaveformView::startDrag(bool selectionOnly, const QPoint& at) {
-    const auto file = exportForDrag ? exportForDrag(selectionOnly) : std::nullopt;
-    if (file) {
+    const QPointer<WaveformView> alive(this);
+    if (drags_) {
         QRectF area(rect());
         if (selectionOnly && selection_) {
             area = selectedArea().intersected(area);
             area.setWidth(std::max(area.width(), minDragWidth));
         }
-        FileDrag::run(this, *file, grab(area.toRect()), at - area.topLeft().toPoint());
+        const DragOut& dragOut = drags_->dragOut();
+        const QString form = QString::fromStdString(dragOut.formName(dragOut.dragExport()));
+        drags_->run(this, exportPicture(grab(area.toRect()), at - area.topLeft().toPoint(), form));
     }
-    gesture_ = WaveformGesture::Idle{};
+    if (alive) { gesture_ = WaveformGesture::Idle{}; }
 }
 
 void WaveformView::mousePressEvent(QMouseEvent* event) {
@@ -222,11 +237,15 @@ void WaveformView::mousePressEvent(QMouseEvent* event) {
 void WaveformView::mouseMoveEvent(QMouseEvent* event) {
     const QPointF at = event->position();
     Q_EMIT hovered(visible_.total > 0 ? frameAt(at.x()) : -1);
-    if (!event->buttons().testFlag(Qt::LeftButton)) {
-        return setCursor(WaveformGesture::edgeOpposite(at.x(), surface()) ? Qt::SizeHorCursor : Qt::IBeamCursor);
-    }
+    if (!event->buttons().testFlag(Qt::LeftButton)) { return setCursor(cursorAt(at)); }
     feed(WaveformGesture::Move{{at.x(), at.y()}}, at.toPoint());
     scrollWhileSelecting(at);
+}
+
+Qt::CursorShape WaveformView::cursorAt(const QPointF& at) const {
+    if (WaveformGesture::edgeOpposite(at.x(), surface())) { return Qt::SizeHorCursor; }
+    const bool drags = drags_ && selection_ && selection_->contains(frameAt(at.x()));
+    return drags ? Qt::OpenHandCursor : Qt::IBeamCursor;
 }
 
 // Scrolls on while the pointer stays beyond an edge, the faster the farther it is.

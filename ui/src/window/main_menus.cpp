@@ -12,6 +12,8 @@
 #include "ui/look/icons.h"
 #include "ui/look/path_text.h"
 #include "ui/look/setting_action.h"
+#include "ui/player/drag_menu.h"
+#include "ui/player/export_copy.h"
 #include "ui/player/player_view.h"
 #include "ui/window/key_list.h"
 #include "ui/window/main_window.h"
@@ -53,6 +55,23 @@ void fillRecent(QMenu* menu, MainWindow& window) {
     QObject::connect(clear, &QAction::triggered, &window, [&window] { window.recentFiles().clear(); });
 }
 
+void fillPulls(QMenu* menu, MainWindow& window, DragOut& dragOut) {
+    auto* pull =
+        add(menu, "Export to Pulls Folder", QKeySequence("Ctrl+Shift+P"), [&dragOut] { dragOut.exportToPulls(true); });
+    auto* forms = menu->addMenu("Drag As");
+    QObject::connect(forms, &QMenu::aboutToShow, &window, [forms, &dragOut] {
+        forms->clear();
+        fillDragForms(*forms, dragOut);
+    });
+    const auto follow = [pull, forms, &dragOut] {
+        const bool loaded = dragOut.request(false).has_value();
+        pull->setEnabled(loaded);
+        forms->setEnabled(loaded);
+    };
+    QObject::connect(menu, &QMenu::aboutToShow, pull, follow);
+    QObject::connect(menu, &QMenu::aboutToHide, pull, [pull] { pull->setEnabled(true); });
+}
+
 void fillFile(QMenu* menu, MainWindow& window, AppModel& model) {
     add(menu, "Add Library Folder…", QKeySequence("Ctrl+O"), [&model] { model.addLibraryFolder(); });
     add(menu, "Open File…", QKeySequence("Ctrl+Shift+O"), [&window] { window.chooseFile(); });
@@ -66,6 +85,8 @@ void fillFile(QMenu* menu, MainWindow& window, AppModel& model) {
     const auto followEdits = [save, &inspector] { save->setEnabled(inspector.fields().hasEdits()); };
     QObject::connect(&inspector, &InspectorView::editsChanged, save, followEdits);
     followEdits();
+    fillPulls(menu, window, model.player().dragOut());
+    menu->addSeparator();
     auto* edits = add(menu, "Make Temp Edits", QKeySequence("Ctrl+Shift+E"), [&model] {
         if (const auto& info = model.player().sound().info()) { model.makeTempEdits({info->url}); }
     });
@@ -94,6 +115,8 @@ void fillEdit(QMenu* menu, MainWindow& window, AppModel& model) {
     add(menu, "Find", QKeySequence("Ctrl+F"), [&window] { window.browser().focusSearch(); });
     add(menu, "Clear Search", QKeySequence("Ctrl+Shift+F"), [&model] { model.library().search().clearFilters(); });
     add(menu, "Select All", QKeySequence("Ctrl+A"), [&window] { window.browser().table().selectAll(); });
+    menu->addSeparator();
+    add(menu, "Copy Sound", QKeySequence("Ctrl+C"), [&window] { window.playerView().exportCopy().copy(true); });
     menu->addSeparator();
     auto* rename = add(menu, "Rename to UCS Names…", {}, [&window] { window.renameToUCS(chosenSounds(window)); });
     auto* undo = add(menu, "Undo Rename", {}, [&model] { model.library().edits().undoRename(); });

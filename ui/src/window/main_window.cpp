@@ -26,6 +26,7 @@
 #include "ui/look/grip_splitter.h"
 #include "ui/look/path_text.h"
 #include "ui/look/screen_fit.h"
+#include "ui/player/export_bar.h"
 #include "ui/player/player_view.h"
 #include "ui/sidebar/sidebar_view.h"
 #include "ui/window/banner_stack.h"
@@ -76,6 +77,8 @@ MainWindow::MainWindow(AppModel& model) : model_(model), recentFiles_(model.defa
     auto* editsBar = new TempEditsBar(model.tempEdits(), model.player().message());
     connect(editsBar, &TempEditsBar::barsAsked, this, &MainWindow::setBars);
     player_->addToMessage(editsBar);
+    player_->addToMessage(new ExportBar(model.player().dragOut().progress(), model.player().message(),
+                                        [this](const auto& files) { model_.session().fileManager().reveal(files); }));
     fillMenuBar(*this, model);
     saveSoon_.setSingleShot(true);
     saveSoon_.setInterval(saveDelayMs);

@@ -35,10 +35,16 @@ public:
     bool wait(double seconds) const;
     // Asks it to stop, which takes back what is written so far. A finished job stays finished. Returns at once.
     void cancel() { stop_.request_stop(); }
+    // A held job renders, but its file gets its name only after this: somebody wants it.
+    void keep();
+    bool isKept() const;
+    // Cancels a job that nobody has kept: the press that began it was no drag.
+    void letGo();
 
 private:
     friend class ExportQueue;
     void run(const std::function<void()>& progressed);
+    bool waitUntilKept();
     bool serves(const Exporter::Request& request) const;
     bool liesInToday() const;
     void end(State state, std::optional<Exporter::Result> result, std::string failure);
@@ -49,8 +55,10 @@ private:
     std::atomic<double> progress_ = 0;
     mutable std::mutex lock_;
     mutable std::condition_variable over_;
+    std::condition_variable_any keeping_;
     // Under the lock:
     State state_ = State::running;
+    bool kept_ = false;
     std::optional<Exporter::Result> result_;
     std::string failure_;
     // Queue thread until the job is over, then constant:
@@ -67,8 +75,9 @@ public:
     ~ExportQueue() override;
 
     // Starts an export. The same request gets the job that runs for it, or that has made its file, as long as source
-    // and file are unchanged and the file lies in today's folder.
-    std::shared_ptr<ExportJob> start(const Exporter::Request& request);
+    // and file are unchanged and the file lies in today's folder. A job that waits to be kept lets no other begin.
+    enum class Hold { no, untilKept };
+    std::shared_ptr<ExportJob> start(const Exporter::Request& request, Hold hold = Hold::no);
 
     // What all later jobs take along from their sources.
     void setCarry(Exporter::Carry carry) { carry_ = std::move(carry); }
@@ -77,6 +86,7 @@ public:
     Background& background() { return background_; }
 
 Q_SIGNALS:
+    void started(const std::shared_ptr<brindlehum::ExportJob>& job);     // not for a job that is there already
     void progressed(const std::shared_ptr<brindlehum::ExportJob>& job);  // at most once a percent
     void finished(const std::shared_ptr<brindlehum::ExportJob>& job);    // done, failed or stopped
 

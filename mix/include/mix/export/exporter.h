@@ -53,6 +53,8 @@ struct Watch {
     std::function<void(double done)> progress = {};  // 0 to 1
     std::stop_token stop = {};
     Carry carry = {};
+    // Asked once the file is written and before it gets its name; may wait. False: it is taken back as if stopped.
+    std::function<bool()> mayPlace = {};
 };
 
 // The file of the request: the source itself for the whole original, otherwise a new file in `folder`/yyyy-MM-dd under

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "mix/export/export_job.h"
+#include "mix/player/export_progress.h"
 #include "mix/player/listening_setup.h"
 #include "mix/player/loaded_sound.h"
 #include "mix/player/player_message.h"
@@ -28,21 +29,28 @@ public:
     std::vector<DragExport> dragOptions() const;
     DragExport dragExport() const { return mode_; }
     void setDragExport(DragExport mode);
+    // As menus call a form, with the preset of an upmix: "7.1.4 upmix (Film)".
+    std::string formName(const DragExport& mode) const;
     // Falls back to the original when the loaded sound no longer offers the chosen form.
     void checkDragExport();
 
     // What would be exported now: of the selection, or of all of the sound; none without a sound.
     std::optional<Exporter::Request> request(bool selectionOnly) const;
-    // Begins to export it, without a word: a drag may yet come of the press. None without a sound. The same request
-    // again gets the same job, which keeps its finished file.
+    // Begins to export it, without a word and without a file to be seen: a drag may yet come of the press. The caller
+    // keeps the job or lets it go. None without a sound. The same request again gets the same job, which keeps its
+    // finished file.
     std::shared_ptr<ExportJob> startExport(bool selectionOnly);
-    // Waits for the job's file. None, and a message, when it can't be made or takes longer than the patience: the
-    // export then goes on, and its file is there for the next drag.
-    std::optional<std::filesystem::path> awaitFile(const ExportJob& job, double patience = patienceSeconds);
+    // Keeps the job and waits for its file. None, and a message, when it can't be made or takes longer than the
+    // patience: the export then goes on, and its file is there for the next drag.
+    std::optional<std::filesystem::path> awaitFile(const std::shared_ptr<ExportJob>& job,
+                                                   double patience = patienceSeconds);
     // Both at once.
     std::optional<std::filesystem::path> exportForDrag(bool selectionOnly);
+    // Exports in the background, and says when the file is there.
+    void exportToPulls(bool selectionOnly);
 
     ExportQueue& queue() { return queue_; }
+    ExportProgress& progress() { return progress_; }
 
 Q_SIGNALS:
     void changed();
@@ -55,6 +63,7 @@ private:
     PlayerMessage& message_;
     DragExport mode_;
     ExportQueue queue_;
+    ExportProgress progress_;
 };
 
 }  // namespace brindlehum

@@ -1,22 +1,22 @@
-// DragHandle: a handle for dragging a file into another program.
+// DragHandle: a handle for dragging the whole sound into another program.
 #pragma once
 
 #include <QToolButton>
-#include <filesystem>
 #include <functional>
 #include <optional>
 
 namespace brindlehum {
 
+class DragSession;
+
+// Emits clicked() for the keyboard alone: a copy, for users who don't drag.
 class DragHandle : public QToolButton {
     Q_OBJECT
 public:
     explicit DragHandle(QWidget* parent = nullptr);
 
-    std::function<std::optional<std::filesystem::path>()> file;
-    std::function<QPixmap()> picture;
-    // Puts the file on the clipboard; a click and the keyboard do this, for users who don't drag.
-    void copyFile();
+    void setDrags(DragSession* drags) { drags_ = drags; }
+    std::function<QPixmap()> picture;  // of the sound
 
 protected:
     void mousePressEvent(QMouseEvent* event) override;
@@ -24,6 +24,7 @@ protected:
     void mouseReleaseEvent(QMouseEvent* event) override;
 
 private:
+    DragSession* drags_ = nullptr;
     std::optional<QPoint> pressedAt_;
 };
 

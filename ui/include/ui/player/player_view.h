@@ -2,6 +2,8 @@
 #pragma once
 
 #include <QWidget>
+#include <memory>
+#include <vector>
 
 #include "mix/player/player_model.h"
 #include "ui/player/wave_panel.h"
@@ -12,7 +14,9 @@ class QStackedLayout;
 
 namespace brindlehum {
 
+class DragSession;
 class ElidedLabel;
+class ExportCopy;
 class PlayerHeader;
 class SoundfieldRow;
 class SourceBar;
@@ -24,6 +28,9 @@ class PlayerView : public QWidget {
 public:
     PlayerView(PlayerModel& player, SettingsStore& settings, WaveformView::Style style, QWidget* parent = nullptr);
     WaveformView& waveform() { return wave_->waveform(); }
+    DragSession& drags() { return *drags_; }
+    ExportCopy& exportCopy() { return *copy_; }
+    ~PlayerView() override;
     // Adds a widget at the end of the message's row; the row is shown while either has something to show.
     void addToMessage(QWidget* widget);
 
@@ -37,6 +44,7 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
+    void connectDrags();
     QWidget* makeEmpty();
     QWidget* makeLoaded(WaveformView::Style style);
     QWidget* makeMessage();
@@ -48,6 +56,8 @@ private:
 
     PlayerModel& player_;
     SettingsStore& settings_;
+    std::unique_ptr<DragSession> drags_;
+    ExportCopy* copy_;
     QStackedLayout* stack_;
     QWidget* empty_;
     QWidget* loaded_;
@@ -61,7 +71,7 @@ private:
     QHBoxLayout* messageLayout_;
     SymbolLabel* warning_;
     ElidedLabel* message_;
-    QWidget* messageExtra_ = nullptr;
+    std::vector<QWidget*> messageExtras_;
 };
 
 }  // namespace brindlehum

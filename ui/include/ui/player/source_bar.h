@@ -33,7 +33,6 @@ private:
     void fillListen(QMenu& menu);
     void fillUpmix(QMenu& menu);
     void fillProfiles(QMenu& menu);
-    void fillDrag(QMenu& menu);
     void refreshDevice();
     void refreshFormat(const SourceFormat& source);
     void refreshUpmix(bool loaded);

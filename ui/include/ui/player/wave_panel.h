@@ -9,7 +9,7 @@ class QScrollBar;
 
 namespace brindlehum {
 
-class DragOut;
+class DragSession;
 class LoadedSound;
 class TimeRuler;
 class Transport;
@@ -17,7 +17,7 @@ class Transport;
 class WavePanel : public QWidget {
     Q_OBJECT
 public:
-    WavePanel(LoadedSound& sound, Transport& transport, DragOut& dragOut, WaveformView::Style style,
+    WavePanel(LoadedSound& sound, Transport& transport, DragSession& drags, WaveformView::Style style,
               QWidget* parent = nullptr);
     WaveformView& waveform() { return *waveform_; }
     void refresh();       // after a change of the player
@@ -31,7 +31,6 @@ private:
 
     LoadedSound& sound_;
     Transport& transport_;
-    DragOut& dragOut_;
     TimeRuler* ruler_;
     WaveformView* waveform_;
     QScrollBar* scroll_;

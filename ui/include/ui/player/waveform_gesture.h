@@ -91,6 +91,8 @@ struct Step {
     Action action;
 };
 
+// The drag that a press may still become; none for one that will select or only click.
+std::optional<StartDrag> possibleDrag(const Gesture& gesture, const Surface& surface);
 Step step(const Gesture& gesture, const Event& event, const Surface& surface);
 
 // The frame under x, which is clamped to the width; 0 without frames or width.

@@ -14,6 +14,8 @@
 
 namespace brindlehum {
 
+class DragSession;
+
 // Holds copies of what it shows; the owner sets them again after each change of the model. The lanes are painted once
 // into a picture; selection and playhead are drawn apart from it, so that moving them repaints only a strip.
 class WaveformView : public QWidget {
@@ -44,7 +46,8 @@ public:
 
     std::function<void(int64_t frame)> onSeek;
     std::function<void(std::optional<FrameRange>)> onSelect;
-    std::function<std::optional<std::filesystem::path>(bool selectionOnly)> exportForDrag;
+    // Null: drags only select.
+    void setDrags(DragSession* drags) { drags_ = drags; }
     std::function<void()> onTogglePlay;
 
     const std::optional<FrameRange>& selection() const { return selection_; }
@@ -81,6 +84,8 @@ private:
     void feed(const WaveformGesture::Event& event, const QPoint& at);
     void scrollWhileSelecting(const QPointF& at);
     void startDrag(bool selectionOnly, const QPoint& at);
+    void prepareDrag(bool mightDrag);
+    Qt::CursorShape cursorAt(const QPointF& at) const;
     void showSelection(std::optional<FrameRange> selection);
     void stale();
     void ensurePicture();
@@ -102,6 +107,7 @@ private:
     std::optional<FrameRange> selection_;
     double playhead_ = 0;  // frames
     WaveformGesture::Gesture gesture_;
+    DragSession* drags_ = nullptr;
     QBasicTimer edgeScroll_;  // runs while a selection is drawn beyond an edge
     QPointF pointer_;
     QPixmap picture_;

@@ -1,0 +1,38 @@
+// DragSession: an export under the pointer, from the press that may become a drag to the drop.
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "ui/look/file_drag.h"
+
+namespace brindlehum {
+
+class DragOut;
+class ExportJob;
+
+// Main thread. The file is rendered while the user drags; its name appears in the folder only once a target wants it.
+class DragSession {
+public:
+    explicit DragSession(DragOut& dragOut) : dragOut_(dragOut) {}
+    ~DragSession() { release(); }
+    DragSession(const DragSession&) = delete;
+    DragSession& operator=(const DragSession&) = delete;
+
+    // Begins to render.
+    void press(bool selectionOnly);
+    // The press was no drag: takes back what it began.
+    void release();
+    // Drags what the press began, and returns when the drag is over. A drag that nobody takes leaves nothing behind.
+    void run(QWidget* source, const FileDrag::Picture& picture);
+
+    DragOut& dragOut() { return dragOut_; }
+    // A test stands in for the window system here.
+    std::function<bool(QWidget*, std::unique_ptr<QMimeData>, const FileDrag::Picture&)> drag = FileDrag::run;
+
+private:
+    DragOut& dragOut_;
+    std::shared_ptr<ExportJob> job_;
+};
+
+}  // namespace brindlehum
