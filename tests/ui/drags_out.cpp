@@ -138,6 +138,18 @@ TEST_F(DragsOutTest, AnotherSoundMayBeLoadedDuringADrag) {
     EXPECT_EQ(target.dropped[0][0].filename(), "rain_0.250-0.750s.wav");
 }
 
+TEST_F(DragsOutTest, ADropThatTheTargetCouldNotYetAcceptIsToldOf) {
+    ASSERT_TRUE(load(rain));
+    select();
+    dragFrom(wave, at(0.5), [&](const QMimeData& data) {
+        EXPECT_TRUE(target.isOver(data));
+        QTest::mouseRelease(&wave, Qt::LeftButton);
+        return false;
+    });
+    ASSERT_TRUE(idle());
+    EXPECT_EQ(message(), "rain_0.250-0.750s.wav is ready: drag again");
+}
+
 TEST_F(DragsOutTest, AFailureIsSaidAndTheNextDragSucceeds) {
     ASSERT_TRUE(load(rain));
     select();

@@ -8,11 +8,21 @@ float& gainOf(MixConfig& config, int row, int in) {
     return config.matrix[size_t(row) * size_t(config.inChannels) + size_t(in)];
 }
 
+// The same outputs for another sound, without upmix, listen mode and rotation: the editor plays channels as they are.
+ListeningSnapshot unsteered(const ListeningSnapshot& snapshot, const SourceFormat& source, int channels) {
+    ListeningSnapshot out;
+    out.source = source;
+    out.channels = channels;
+    out.profile = snapshot.profile;
+    out.deviceChannels = snapshot.deviceChannels;
+    out.monoToCenter = snapshot.monoToCenter;
+    out.binauralMissing = snapshot.binauralMissing;
+    return out;
+}
+
 // The gains of a mono sound on the same rows; on the first two rows where a mono sound has others.
-std::vector<float> clickGains(ListeningSnapshot snapshot, const MixConfig& document) {
-    snapshot.source = SourceFormat::speakers({SpeakerID::C});
-    snapshot.channels = 1;
-    const MixConfig mono = listeningMix(snapshot).config;
+std::vector<float> clickGains(const ListeningSnapshot& snapshot, const MixConfig& document) {
+    const MixConfig mono = listeningMix(unsteered(snapshot, SourceFormat::mono(), 1)).config;
     if (mono.rows == document.rows && mono.virtualDirections == document.virtualDirections) { return mono.matrix; }
     std::vector<float> gains(size_t(document.rows), 0.0F);
     for (size_t row = 0; row < std::min<size_t>(gains.size(), 2); ++row) { gains[row] = 0.7F; }
@@ -21,12 +31,8 @@ std::vector<float> clickGains(ListeningSnapshot snapshot, const MixConfig& docum
 
 }  // namespace
 
-ListeningMix editorMix(const ListeningSnapshot& given, const LaneSwitches& lanes, bool metronome) {
-    ListeningSnapshot snapshot = given;
-    snapshot.upmix = {};
-    snapshot.listen = ListenMode::normal;
-    snapshot.rotation = {};
-    ListeningMix mix = listeningMix(snapshot);
+ListeningMix editorMix(const ListeningSnapshot& snapshot, const LaneSwitches& lanes, bool metronome) {
+    ListeningMix mix = listeningMix(unsteered(snapshot, snapshot.source, snapshot.channels));
     MixConfig& config = mix.config;
     for (int in = 0; in < config.inChannels; ++in) {
         if (lanes.isHeard(in)) { continue; }

@@ -334,9 +334,9 @@ void BrowserTable::startDrag(Qt::DropActions /*actions*/) {
     for (const auto& entry : entries) { files.push_back(entry.url); }
     const bool asForm = forms_ && forms_->dragExport() != DragExport::original();
     const QString form = asForm ? QString::fromStdString(forms_->formName(forms_->dragExport())) : QString();
-    auto dragged = asForm ? promisedForms(*forms_, files) : std::unique_ptr<QMimeData>(FileDrag::mimeData(files));
-    FileDrag::run(this, std::move(dragged),
-                  {dragPicture(entries, form, font(), devicePixelRatioF()), {-12, dragHeight / 2}});
+    const FileDrag::Picture picture{dragPicture(entries, form, font(), devicePixelRatioF()), {-12, dragHeight / 2}};
+    if (asForm) { return dragForms(*forms_, files, this, picture); }
+    FileDrag::run(this, std::unique_ptr<QMimeData>(FileDrag::mimeData(files)), picture);
 }
 
 }  // namespace brindlehum

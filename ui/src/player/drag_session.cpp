@@ -1,6 +1,7 @@
 // DragSession: holds the job of the press, and hands its file out.
 #include "ui/player/drag_session.h"
 
+#include <QGuiApplication>
 #include <QPointer>
 #include <algorithm>
 #include <chrono>
@@ -14,6 +15,13 @@ namespace {
 
 // A target may ask again at every move: once is enough to wait for long.
 constexpr double patienceAgain = 0.2;  // seconds
+
+// After a drag that no target has taken: a target that has asked for the file got it too late to accept the drop.
+// Escape leaves the button down, and nothing to say.
+void tellIfLate(DragOut* dragOut, const std::shared_ptr<ExportJob>& job) {
+    if (!dragOut || !job->isKept() || QGuiApplication::mouseButtons() != Qt::NoButton) { return; }
+    dragOut->progress().announce(job, ExportProgress::Purpose::nextDrag);
+}
 
 // Outlives the session: on X11 a target may ask minutes after the drop.
 class Awaiting {
@@ -54,6 +62,12 @@ public:
         return files;
     }
 
+    void notTaken() const {
+        for (const auto& [file, job] : rows_) {
+            if (job) { tellIfLate(dragOut_, job); }
+        }
+    }
+
 private:
     struct Row {
         std::filesystem::path file;
@@ -84,6 +98,13 @@ std::unique_ptr<QMimeData> promisedForms(DragOut& dragOut, const std::vector<std
     return std::make_unique<PromisedFiles>([forms] { return forms->files(); });
 }
 
+void dragForms(DragOut& dragOut, const std::vector<std::filesystem::path>& files, QWidget* source,
+               const FileDrag::Picture& picture) {
+    const auto forms = std::make_shared<AwaitingForms>(dragOut, files);
+    auto data = std::make_unique<PromisedFiles>([forms] { return forms->files(); });
+    if (!FileDrag::run(source, std::move(data), picture)) { forms->notTaken(); }
+}
+
 void DragSession::press(bool selectionOnly) {
     release();
     job_ = dragOut_.startExport(selectionOnly);
@@ -96,9 +117,11 @@ void DragSession::release() {
 void DragSession::run(QWidget* source, const FileDrag::Picture& picture) {
     const auto job = std::exchange(job_, nullptr);
     if (!job) { return; }
-    // The session may be gone when the drag is over.
+    const QPointer<DragOut> dragOut(&dragOut_);  // the session may be gone when the drag is over
     const bool taken = drag(source, std::make_unique<PromisedFiles>(Awaiting(dragOut_, job)), picture);
-    taken ? job->keep() : job->letGo();
+    if (taken) { return job->keep(); }
+    job->letGo();
+    tellIfLate(dragOut, job);
 }
 
 }  // namespace brindlehum

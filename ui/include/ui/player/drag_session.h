@@ -40,5 +40,8 @@ private:
 // Drag data of files in the form that is chosen, each made when a target asks. What is no sound, and a sound that isn't
 // offered in this form, goes as it is.
 std::unique_ptr<QMimeData> promisedForms(DragOut& dragOut, const std::vector<std::filesystem::path>& files);
+// Drags them, and returns when the drag is over.
+void dragForms(DragOut& dragOut, const std::vector<std::filesystem::path>& files, QWidget* source,
+               const FileDrag::Picture& picture);
 
 }  // namespace brindlehum
