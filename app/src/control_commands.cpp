@@ -35,8 +35,13 @@ std::string switched(const ControlParams& params, bool now, const std::function<
 
 }  // namespace
 
-ControlCommands::ControlCommands(PlayerModel& player, SettingsStore& settings, TempEditBatch& tempEdits)
-    : player_(player), settings_(settings), tempEdits_(tempEdits) {}
+ControlCommands::ControlCommands(PlayerModel& player, SettingsStore& settings, TempEditBatch& tempEdits,
+                                 EditorTransport& editor, OpenEditor openEditor)
+    : player_(player),
+      settings_(settings),
+      tempEdits_(tempEdits),
+      editor_(editor),
+      openEditor_(std::move(openEditor)) {}
 
 nlohmann::json ControlCommands::handle(const std::string& command, const ControlParams& params) {
     if (command == "status") { return status(); }
@@ -53,9 +58,12 @@ nlohmann::json ControlCommands::handle(const std::string& command, const Control
                         [&](bool on) { settings_.change([&](AppSettings& s) { s.*member = on; }); });
     };
     const std::map<std::string_view, std::function<Problem()>> table = {
-        {"toggle", done([&] { transport.togglePlay(); })},
+        {"toggle", done([&] { editor_.isPlaying() ? editor_.stop() : transport.togglePlay(); })},
         {"play", done([&] { transport.play(std::nullopt); })},
-        {"stop", done([&] { transport.stopAndReturn(); })},
+        {"stop", done([&] {
+             transport.stopAndReturn();
+             editor_.stop();
+         })},
         {"load", [&] { return load(params); }},
         {"seek", [&] { return seek(params); }},
         {"volume", [&] { return setVolume(params); }},
@@ -65,6 +73,7 @@ nlohmann::json ControlCommands::handle(const std::string& command, const Control
         {"tempedits", done([&] {
              if (file) { tempEdits_.make({file->url}); }
          })},
+        {"editor", done([&] { openEditor_(file ? std::optional(file->url) : std::nullopt); })},
         {"panel", [&] { return setting(&AppSettings::finderPanel); }},
         {"expert", [&] { return setting(&AppSettings::expertMode); }},
     };
@@ -74,7 +83,7 @@ nlohmann::json ControlCommands::handle(const std::string& command, const Control
 }
 
 nlohmann::json ControlCommands::ok() const {
-    return {{"ok", true}, {"profile", settings_.activeProfile().name}, {"playing", player_.isPlaying()}};
+    return {{"ok", true}, {"profile", settings_.activeProfile().name}, {"playing", isPlaying()}};
 }
 
 nlohmann::json ControlCommands::status() const {
@@ -88,7 +97,7 @@ nlohmann::json ControlCommands::status() const {
     nlohmann::json upmixPresets = nlohmann::json::array();
     for (const UpmixPreset preset : allUpmixPresets) { upmixPresets.push_back(rawValue(preset)); }
     for (const OwnUpmixPreset& preset : settings.upmixPresets) { upmixPresets.push_back(preset.name); }
-    return {{"playing", player_.isPlaying()},
+    return {{"playing", isPlaying()},
             {"file", file ? file->url.filename().string() : std::string()},
             {"position", double(player_.transport().currentFrame()) / rate},
             {"length", file ? double(file->frames) / rate : 0},

@@ -241,8 +241,8 @@ TEST_F(Loading, ADragTellsOfWhatTheUserMustKnow) {
     EXPECT_TRUE(drag.exportForDrag(false));
     EXPECT_EQ(message(), "(none)");
 
-    const auto job = std::make_shared<ExportJob>(*drag.request(false), nullptr);  // on no queue
-    EXPECT_FALSE(drag.awaitFile(*job, 0));
+    const auto job = std::make_shared<ExportJob>(*drag.request(false), Completion(), nullptr);  // on no queue
+    EXPECT_FALSE(drag.awaitFile(job, 0));
     EXPECT_EQ(message(), "The file is still being rendered: drag again in a moment");
     settings_.change([&](AppSettings& s) { s.pullsFolder = (folder_ / "loud.wav").string(); });
     EXPECT_FALSE(drag.exportForDrag(false));

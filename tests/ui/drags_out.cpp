@@ -157,6 +157,29 @@ TEST_F(DragsOutTest, AFailureIsSaidAndTheNextDragSucceeds) {
     EXPECT_EQ(target.dropped.size(), 1U) << message();
 }
 
+TEST_F(DragsOutTest, RowsLeaveInTheChosenFormWhereItIsOffered) {
+    ASSERT_TRUE(load(rain));
+    player.dragOut().setDragExport(DragExport::bed(LayoutID::stereo));
+    const auto wind = file("wind.wav", 6);
+    const auto mono = file("mono.wav", 1);
+    std::ofstream(folder / "broken.wav") << "no sound";
+    const Files rows = {wind, mono, folder / "dir", folder / "broken.wav"};
+    promisedForms(player.dragOut(), rows);
+    ASSERT_TRUE(idle());
+    EXPECT_EQ(pulls(), std::vector<std::string>()) << "nobody asked";
+    ASSERT_TRUE(target.drop(*promisedForms(player.dragOut(), rows)));
+    ASSERT_EQ(target.files.size(), 3U) << message();
+    EXPECT_EQ(target.files[0].filename(), "wind_st.wav");
+    EXPECT_EQ(AudioFileInfo::load(target.files[0]).channels, 2);
+    EXPECT_EQ(target.files[1], mono);
+    EXPECT_EQ(target.files[2], folder / "dir");
+    EXPECT_TRUE(message().find("broken.wav") != std::string::npos) << message();
+    const auto job = player.dragOut().startExport(wind);
+    EXPECT_TRUE(job->isOver()) << "made once";
+    player.sound().setFormatOverride(SourceFormat::discrete(6));
+    EXPECT_NE(player.dragOut().startExport(wind), job) << "it may be read another way now";
+}
+
 TEST_F(DragsOutTest, TheKeyboardCopiesForFileManagers) {
     ASSERT_TRUE(load(rain));
     player.dragOut().setDragExport(DragExport::binaural());

@@ -81,18 +81,17 @@ void ExportJob::run(const std::function<void()>& progressed) {
     };
     try {
         source_ = versionOf(request_.info.url);
-        const auto result =
-            stop_.stop_requested()
-                ? std::nullopt
-                : Exporter::make(request_, {progress, stop_.get_token(), carry_, [this] { return waitUntilKept(); }});
+        const Exporter::Request request = completion_.fill ? completion_.fill(request_) : request_;
+        const Exporter::Watch watch{progress, stop_.get_token(), carry_, [this] { return waitUntilKept(); }};
+        const auto result = stop_.stop_requested() ? std::nullopt : Exporter::make(request, watch);
         if (result) { product_ = versionOf(result->url); }
         end(result ? State::done : State::stopped, result, {});
     } catch (const std::exception& error) { end(State::failed, {}, error.what()); }
 }
 
 // While it runs, or as long as its file is what it was.
-bool ExportJob::serves(const Exporter::Request& request) const {
-    if (request_ != request) { return false; }
+bool ExportJob::serves(const Exporter::Request& request, int version) const {
+    if (request_ != request || completion_.version != version) { return false; }
     switch (state()) {
         case State::running:
             return !stop_.stop_requested();
@@ -115,9 +114,11 @@ ExportQueue::~ExportQueue() {
     background_.drain();
 }
 
-std::shared_ptr<ExportJob> ExportQueue::start(const Exporter::Request& request, Hold hold) {
-    const auto known = std::ranges::find_if(jobs_, [&](const auto& job) { return job->serves(request); });
-    const auto job = known != jobs_.end() ? *known : std::make_shared<ExportJob>(request, carry_);
+std::shared_ptr<ExportJob> ExportQueue::start(const Exporter::Request& request, Hold hold,
+                                              const Completion& completion) {
+    const auto known =
+        std::ranges::find_if(jobs_, [&](const auto& job) { return job->serves(request, completion.version); });
+    const auto job = known != jobs_.end() ? *known : std::make_shared<ExportJob>(request, completion, carry_);
     if (hold == Hold::no) { job->keep(); }
     if (known != jobs_.end()) { return job; }
     jobs_.push_back(job);

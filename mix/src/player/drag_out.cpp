@@ -4,18 +4,37 @@
 #include <algorithm>
 
 #include "base/path.h"
+#include "upmix/upmix_presets.h"
 
 namespace brindlehum {
+namespace {
+
+// Adds the sound, which is read from the file.
+Exporter::Request bound(Exporter::Request request, const FormatOverrides& formats, bool upmixes) {
+    request.info = AudioFileInfo::load(request.info.url);
+    request.source = formats.find(request.info.url, request.info.channels).value_or(request.info.detected);
+    const auto offered = brindlehum::dragOptions(request.source, request.info.channels, upmixes);
+    if (std::ranges::find(offered, request.mode) == offered.end()) {
+        request.mode = DragExport::original();
+        request.listen = ListenMode::normal;
+    }
+    return request;
+}
+
+}  // namespace
 
 DragOut::DragOut(const LoadedSound& sound, const Transport& transport, const ListeningSetup& listening,
-                 const SettingsStore& settings, PlayerMessage& message, MainLoop& loop)
+                 const SettingsStore& settings, const FormatOverrides& formats, PlayerMessage& message, MainLoop& loop)
     : sound_(sound),
       transport_(transport),
       listening_(listening),
       settings_(settings),
+      formats_(formats),
       message_(message),
       queue_(loop),
-      progress_(queue_, message, loop) {}
+      progress_(queue_, message, loop) {
+    connect(&sound, &LoadedSound::sourceChanged, this, [this] { ++readings_; });
+}
 
 std::vector<DragExport> DragOut::dragOptions() const {
     const auto& info = sound_.info();
@@ -40,29 +59,45 @@ void DragOut::checkDragExport() {
     if (std::ranges::find(options, mode_) == options.end()) { setDragExport(DragExport::original()); }
 }
 
+// All but the sound.
+Exporter::Request DragOut::unbound() const {
+    const AppSettings& settings = settings_.value();
+    const UpmixSettings& upmix = listening_.upmix();
+    return {.info = {},
+            .mode = mode_,
+            .rotation = listening_.rotation(),
+            .listen = listening_.listen(),
+            .monoToCenter = settings.monoToCenter,
+            .folder = settings.pulls(),
+            .upmix = upmix.params,
+            .upmixName = presetName(upmix),
+            .loop = transport_.loop(),
+            .asFloat = settings.pullsAsFloat};
+}
+
 std::optional<Exporter::Request> DragOut::request(bool selectionOnly) const {
     const auto& info = sound_.info();
     const auto source = sound_.source();
     if (!info || !source) { return std::nullopt; }
-    const AppSettings& settings = settings_.value();
-    const UpmixSettings& upmix = listening_.upmix();
-    return Exporter::Request{.info = *info,
-                             .source = *source,
-                             .range = selectionOnly ? transport_.selection() : std::nullopt,
-                             .mode = mode_,
-                             .rotation = listening_.rotation(),
-                             .listen = listening_.listen(),
-                             .monoToCenter = settings.monoToCenter,
-                             .folder = settings.pulls(),
-                             .upmix = upmix.params,
-                             .upmixName = presetName(upmix),
-                             .loop = transport_.loop(),
-                             .asFloat = settings.pullsAsFloat};
+    Exporter::Request asked = unbound();
+    asked.info = *info;
+    asked.source = *source;
+    if (selectionOnly) { asked.range = transport_.selection(); }
+    return asked;
 }
 
 std::shared_ptr<ExportJob> DragOut::startExport(bool selectionOnly) {
     const auto asked = request(selectionOnly);
     return asked ? queue_.start(*asked, ExportQueue::Hold::untilKept) : nullptr;
+}
+
+std::shared_ptr<ExportJob> DragOut::startExport(const std::filesystem::path& file) {
+    Exporter::Request asked = unbound();
+    asked.info.url = file;
+    const auto fill = [formats = formats_, upmixes = listening_.upmix().enabled](Exporter::Request request) {
+        return bound(std::move(request), formats, upmixes);
+    };
+    return queue_.start(asked, ExportQueue::Hold::untilKept, {fill, readings_});
 }
 
 std::optional<std::filesystem::path> DragOut::awaitFile(const std::shared_ptr<ExportJob>& job, double patience) {

@@ -15,7 +15,7 @@ PlayerModel::PlayerModel(PlaybackEngine& engine, SettingsStore& settings, MainLo
       upmix_(listening_, settings),
       compare_(engine, listening_, sound_, transport_, message_, loop, std::move(open)),
       upmixLevels_(engine, listening_, transport_, loop),
-      dragOut_(sound_, transport_, listening_, settings, message_, loop),
+      dragOut_(sound_, transport_, listening_, settings, formats_, message_, loop),
       meter_(engine, settings, loop, transport_),
       loader_(loop, "Brindlehum.loader") {
     wire();

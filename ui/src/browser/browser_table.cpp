@@ -2,7 +2,6 @@
 #include "ui/browser/browser_table.h"
 
 #include <QContextMenuEvent>
-#include <QDrag>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLocale>
@@ -13,11 +12,14 @@
 #include <QScrollBar>
 #include <algorithm>
 
+#include "mix/player/drag_out.h"
 #include "ui/browser/browser_cell.h"
 #include "ui/browser/browser_columns.h"
+#include "ui/look/file_drag.h"
 #include "ui/look/path_text.h"
 #include "ui/look/theme.h"
 #include "ui/look/typed_text.h"
+#include "ui/player/drag_session.h"
 
 namespace brindlehum {
 namespace {
@@ -302,13 +304,14 @@ void BrowserTable::contextMenuEvent(QContextMenuEvent* event) {
     Q_EMIT menuAsked(at);
 }
 
-QPixmap dragPicture(const std::vector<BrowserEntry>& entries, const QFont& font, double dpr) {
+QPixmap dragPicture(const std::vector<BrowserEntry>& entries, const QString& form, const QFont& font, double dpr) {
     if (entries.empty()) { return {}; }
     const Theme& theme = Theme::current();
     const QFontMetrics metrics(font);
-    const QString text = entries.size() == 1 ? metrics.elidedText(pathText(entries.front().url.filename()),
+    const QString what = entries.size() == 1 ? metrics.elidedText(pathText(entries.front().url.filename()),
                                                                   Qt::ElideMiddle, dragTextWidth)
                                              : QLocale().toString(static_cast<qulonglong>(entries.size())) + " items";
+    const QString text = form.isEmpty() ? what : what + " · " + form;
     const QSize size(metrics.horizontalAdvance(text) + 24, dragHeight);
     QPixmap picture(size * dpr);
     picture.setDevicePixelRatio(dpr);
@@ -325,13 +328,15 @@ QPixmap dragPicture(const std::vector<BrowserEntry>& entries, const QFont& font,
 }
 
 void BrowserTable::startDrag(Qt::DropActions /*actions*/) {
-    const auto indexes = selectedIndexes();
-    if (indexes.isEmpty()) { return; }
-    auto* drag = new QDrag(this);  // Qt deletes it when it is over
-    drag->setMimeData(model_.mimeData(indexes));
-    drag->setPixmap(dragPicture(selectedEntries(), font(), devicePixelRatioF()));
-    drag->setHotSpot({-12, dragHeight / 2});
-    drag->exec(Qt::CopyAction);
+    const auto entries = selectedEntries();
+    if (entries.empty()) { return; }
+    std::vector<std::filesystem::path> files;
+    for (const auto& entry : entries) { files.push_back(entry.url); }
+    const bool asForm = forms_ && forms_->dragExport() != DragExport::original();
+    const QString form = asForm ? QString::fromStdString(forms_->formName(forms_->dragExport())) : QString();
+    auto dragged = asForm ? promisedForms(*forms_, files) : std::unique_ptr<QMimeData>(FileDrag::mimeData(files));
+    FileDrag::run(this, std::move(dragged),
+                  {dragPicture(entries, form, font(), devicePixelRatioF()), {-12, dragHeight / 2}});
 }
 
 }  // namespace brindlehum

@@ -2,6 +2,8 @@
 #include "ui/player/drag_session.h"
 
 #include <QPointer>
+#include <algorithm>
+#include <chrono>
 #include <utility>
 
 #include "mix/player/drag_out.h"
@@ -30,7 +32,57 @@ private:
     double patience_ = DragOut::patienceSeconds;
 };
 
+// Of several files, while the drag lasts and longer.
+class AwaitingForms {
+public:
+    AwaitingForms(DragOut& dragOut, const std::vector<std::filesystem::path>& files) : dragOut_(&dragOut) {
+        for (const auto& file : files) { rows_.push_back({file, nullptr}); }
+    }
+    AwaitingForms(const AwaitingForms&) = delete;
+    AwaitingForms& operator=(const AwaitingForms&) = delete;
+
+    PromisedFiles::Files files() {
+        if (!dragOut_) { return {}; }
+        start();
+        const double end = now() + std::exchange(patience_, patienceAgain);
+        PromisedFiles::Files files;
+        for (const auto& [file, job] : rows_) {
+            const auto made = job ? dragOut_->awaitFile(job, std::max(end - now(), 0.0)) : file;
+            if (job && !job->isOver()) { return {}; }
+            if (made) { files.push_back(*made); }  // a failure has been told, and the others are there
+        }
+        return files;
+    }
+
+private:
+    struct Row {
+        std::filesystem::path file;
+        std::shared_ptr<ExportJob> job;  // null for what isn't exported
+    };
+    static double now() {
+        return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+    }
+    void start() {
+        if (std::exchange(isStarted_, true)) { return; }
+        for (auto& [file, job] : rows_) {
+            if (!AudioFileInfo::isAudioPath(file)) { continue; }
+            job = dragOut_->startExport(file);
+            job->keep();
+        }
+    }
+
+    QPointer<DragOut> dragOut_;
+    std::vector<Row> rows_;
+    bool isStarted_ = false;
+    double patience_ = DragOut::patienceSeconds;
+};
+
 }  // namespace
+
+std::unique_ptr<QMimeData> promisedForms(DragOut& dragOut, const std::vector<std::filesystem::path>& files) {
+    const auto forms = std::make_shared<AwaitingForms>(dragOut, files);
+    return std::make_unique<PromisedFiles>([forms] { return forms->files(); });
+}
 
 void DragSession::press(bool selectionOnly) {
     release();

@@ -40,6 +40,8 @@ void ExportBar::refresh() {
          {static_cast<QWidget*>(caption_), static_cast<QWidget*>(bar_), static_cast<QWidget*>(cancel_)}) {
         widget->setVisible(progress.has_value());
     }
+    // A message that came meanwhile is worth more where the room is short.
+    caption_->setVisible(progress && !message_.text());
     if (progress) {
         caption_->setFullText(QString::fromStdString(exports_.caption()));
         bar_->setValue(int(std::lround(*progress * bar_->maximum())));

@@ -37,7 +37,7 @@ FileDrag::Picture exportPicture(const QPixmap& wave, const QPoint& at, const QSt
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     painter.setOpacity(opacity);
     painter.drawPixmap(QRectF(QPointF(), shown), wave, QRectF(wave.rect()));
-    const QRectF strip(QPointF(0, shown.height()), caption);
+    const QRectF strip(0, shown.height(), all.width(), caption.height());
     painter.fillRect(strip, theme.accentGround);
     painter.setFont(font);
     painter.setPen(theme.text);

@@ -87,14 +87,17 @@ void fillFile(QMenu* menu, MainWindow& window, AppModel& model) {
     followEdits();
     fillPulls(menu, window, model.player().dragOut());
     menu->addSeparator();
+    auto* editor = add(menu, "Open in Editor", QKeySequence("Ctrl+E"), [&model] {
+        if (const auto& info = model.player().sound().info()) { model.openEditor(info->url); }
+    });
     auto* edits = add(menu, "Make Temp Edits", QKeySequence("Ctrl+Shift+E"), [&model] {
         if (const auto& info = model.player().sound().info()) { model.makeTempEdits({info->url}); }
     });
     auto* bars = add(menu, "Set Bars…", QKeySequence("Ctrl+Shift+B"), [&window, &model] {
         if (const auto& info = model.player().sound().info()) { window.setBars(info->url); }
     });
-    const auto follow = [edits, bars, &model] {
-        for (auto* entry : {edits, bars}) { entry->setEnabled(model.player().sound().info().has_value()); }
+    const auto follow = [edits, bars, editor, &model] {
+        for (auto* entry : {edits, bars, editor}) { entry->setEnabled(model.player().sound().info().has_value()); }
     };
     QObject::connect(&model.player(), &PlayerModel::changed, edits, follow);
     follow();

@@ -4,6 +4,7 @@
 #include <QObject>
 #include <atomic>
 #include <condition_variable>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -16,13 +17,20 @@
 
 namespace brindlehum {
 
+// Adds what isn't known when a job starts, as of a file that has yet to be probed. `fill` runs on the queue's thread
+// and may throw. A request of another version is another one.
+struct Completion {
+    std::function<Exporter::Request(Exporter::Request)> fill = {};
+    int version = 0;
+};
+
 // Held by all who are interested; the export goes on without them. All calls are for any thread.
 class ExportJob {
 public:
     enum class State { running, done, failed, stopped };
 
-    ExportJob(Exporter::Request request, Exporter::Carry carry)
-        : request_(std::move(request)), carry_(std::move(carry)) {}
+    ExportJob(Exporter::Request request, Completion completion, Exporter::Carry carry)
+        : request_(std::move(request)), completion_(std::move(completion)), carry_(std::move(carry)) {}
 
     const Exporter::Request& request() const { return request_; }
     State state() const;
@@ -45,11 +53,12 @@ private:
     friend class ExportQueue;
     void run(const std::function<void()>& progressed);
     bool waitUntilKept();
-    bool serves(const Exporter::Request& request) const;
+    bool serves(const Exporter::Request& request, int version) const;
     bool liesInToday() const;
     void end(State state, std::optional<Exporter::Result> result, std::string failure);
 
     const Exporter::Request request_;
+    const Completion completion_;
     const Exporter::Carry carry_;
     std::stop_source stop_;
     std::atomic<double> progress_ = 0;
@@ -77,7 +86,8 @@ public:
     // Starts an export. The same request gets the job that runs for it, or that has made its file, as long as source
     // and file are unchanged and the file lies in today's folder. A job that waits to be kept lets no other begin.
     enum class Hold { no, untilKept };
-    std::shared_ptr<ExportJob> start(const Exporter::Request& request, Hold hold = Hold::no);
+    std::shared_ptr<ExportJob> start(const Exporter::Request& request, Hold hold = Hold::no,
+                                     const Completion& completion = {});
 
     // What all later jobs take along from their sources.
     void setCarry(Exporter::Carry carry) { carry_ = std::move(carry); }

@@ -24,7 +24,7 @@ public:
     static constexpr double patienceSeconds = 4;
 
     DragOut(const LoadedSound& sound, const Transport& transport, const ListeningSetup& listening,
-            const SettingsStore& settings, PlayerMessage& message, MainLoop& loop);
+            const SettingsStore& settings, const FormatOverrides& formats, PlayerMessage& message, MainLoop& loop);
 
     std::vector<DragExport> dragOptions() const;
     DragExport dragExport() const { return mode_; }
@@ -40,6 +40,9 @@ public:
     // keeps the job or lets it go. None without a sound. The same request again gets the same job, which keeps its
     // finished file.
     std::shared_ptr<ExportJob> startExport(bool selectionOnly);
+    // The same of any file, as if it were loaded, and in the chosen form where that is on offer for it; else the file
+    // itself. It is probed on the export's thread.
+    std::shared_ptr<ExportJob> startExport(const std::filesystem::path& file);
     // Keeps the job and waits for its file. None, and a message, when it can't be made or takes longer than the
     // patience: the export then goes on, and its file is there for the next drag.
     std::optional<std::filesystem::path> awaitFile(const std::shared_ptr<ExportJob>& job,
@@ -56,10 +59,14 @@ Q_SIGNALS:
     void changed();
 
 private:
+    Exporter::Request unbound() const;
+
     const LoadedSound& sound_;
     const Transport& transport_;
     const ListeningSetup& listening_;
     const SettingsStore& settings_;
+    const FormatOverrides& formats_;
+    int readings_ = 0;  // changes of what formats_ says
     PlayerMessage& message_;
     DragExport mode_;
     ExportQueue queue_;

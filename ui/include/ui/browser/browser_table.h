@@ -13,6 +13,8 @@ class QMenu;
 
 namespace brindlehum {
 
+class DragOut;
+
 class BrowserTable : public QTreeView {
     Q_OBJECT
 public:
@@ -33,6 +35,9 @@ public:
     void selectFirst();  // as the user would
     // As a click on this column's head: up, down, then back to the order as given.
     void sortBy(int column);
+
+    // Rows then leave in the form that is chosen there; without, as they are.
+    void setDragForms(DragOut* forms) { forms_ = forms; }
 
     // Widths and order of the columns; the sorting isn't part of it.
     QByteArray saveColumns() const;
@@ -76,10 +81,12 @@ private:
     Qt::SortOrder folderOrder_ = Qt::AscendingOrder;
     bool fitted_ = true;    // no width has been set by the user
     bool fitting_ = false;  // widths are being set by us
-    bool quiet_ = false;    // a selection is being set by us
+    DragOut* forms_ = nullptr;
+    bool quiet_ = false;  // a selection is being set by us
 };
 
-// The picture under the pointer during a drag: the file's name, or the number of files.
-QPixmap dragPicture(const std::vector<BrowserEntry>& entries, const QFont& font, double dpr);
+// The picture under the pointer during a drag: the file's name, or the number of files, and their form if it isn't
+// empty.
+QPixmap dragPicture(const std::vector<BrowserEntry>& entries, const QString& form, const QFont& font, double dpr);
 
 }  // namespace brindlehum

@@ -1,8 +1,10 @@
 // DragSession: an export under the pointer, from the press that may become a drag to the drop.
 #pragma once
 
+#include <filesystem>
 #include <functional>
 #include <memory>
+#include <vector>
 
 #include "ui/look/file_drag.h"
 
@@ -34,5 +36,9 @@ private:
     DragOut& dragOut_;
     std::shared_ptr<ExportJob> job_;
 };
+
+// Drag data of files in the form that is chosen, each made when a target asks. What is no sound, and a sound that isn't
+// offered in this form, goes as it is.
+std::unique_ptr<QMimeData> promisedForms(DragOut& dragOut, const std::vector<std::filesystem::path>& files);
 
 }  // namespace brindlehum
