@@ -119,13 +119,13 @@ void EditorTransport::publish() {
     if (!document_.doc() || !seat_.isTaken()) { return; }
     const PlaybackEngine& engine = seat_.engine();
     const auto& doc = *document_.doc();
-    const ListeningSnapshot snapshot{
-        .source = doc.info.detected,
-        .channels = document_.sound().channels(),
-        .profile = SpeakerMap::onDevice(settings_.activeProfile(), engine.device().positions),
-        .deviceChannels = engine.deviceChannels(),
-        .monoToCenter = settings_.value().monoToCenter,
-        .binauralMissing = engine.binauralMissing()};
+    ListeningSnapshot snapshot;
+    snapshot.source = doc.info.detected;
+    snapshot.channels = document_.sound().channels();
+    snapshot.profile = SpeakerMap::onDevice(settings_.activeProfile(), engine.device().positions);
+    snapshot.deviceChannels = engine.deviceChannels();
+    snapshot.monoToCenter = settings_.value().monoToCenter;
+    snapshot.binauralMissing = engine.binauralMissing();
     seat_.setConfig(editorMix(snapshot, lanes_, hasMetronome_).config);
 }
 
