@@ -83,12 +83,15 @@ Json orNull(const std::optional<double>& value) {
 
 Json toJson(const EditPlan& plan, const std::filesystem::path& file, double seconds) {
     Json spans = Json::array();
-    for (const auto& span : plan.spans) { spans.push_back({{"start", span.start}, {"end", span.end}}); }
+    for (const auto& span : plan.spans) {
+        spans.push_back({{"start", span.start}, {"end", span.end}, {"pause", span.pause}, {"beat", span.beat}});
+    }
     return {{"name", plan.name},
             {"kind", rawValue(plan.kind)},
             {"spans", spans},
             {"targetSec", orNull(plan.targetSec)},
             {"cutAtSec", orNull(plan.cutAtSec)},
+            {"padFrames", plan.padFrames},
             {"fadeInFrames", plan.fadeInFrames},
             {"fadeOutFrames", plan.fadeOutFrames},
             {"map", plan.map},

@@ -12,6 +12,7 @@
 #include "progress_line.h"
 #include "render_words.h"
 #include "settings/settings_store.h"
+#include "upmix_word.h"
 #include "word_values.h"
 
 namespace brindlehum::cli {
@@ -59,9 +60,9 @@ LayoutID layoutAfter(const std::string& word, Values& values) {
 void setUpmix(ExportRequest& request, Values& values) {
     request.common.mode = DragExport::upmix(layoutAfter("upmix", values));
     const std::string& text = values.after("upmix");
-    const UpmixPreset preset = known("upmix", text, upmixPresetFromRaw(text));
-    request.common.upmix = params(preset);
-    request.common.upmixName = displayName(preset);
+    const UpmixSettings upmix = upmixAfter("upmix", text);
+    request.common.upmix = upmix.params;
+    request.common.upmixName = presetName(upmix);
 }
 
 using Setter = void (*)(ExportRequest& request, Values& values);

@@ -9,6 +9,7 @@
 
 #include "base/error.h"
 #include "mix/render/render_context.h"
+#include "upmix_word.h"
 #include "word_values.h"
 
 namespace brindlehum::cli {
@@ -22,8 +23,9 @@ const std::string_view renderHelp =
     "  listen MODE        normal, mono, left, right or midSide\n"
     "  format NAME        reads the file as, say, \"AmbiX 1st order\" or \"5.1 Film\"\n"
     "  yaw D, pitch D, roll D   turns an Ambisonic field, in degrees\n"
-    "  upmix PRESET       spreads the file over all speakers: music, film, game, hall, speech or broadcast; behind it\n"
-    "                     any of its numbers by name, such as strength 0.5 or lfe split\n"
+    "  upmix PRESET       spreads the file over all speakers: music, film, game, hall, speech, broadcast or one of "
+    "your\n"
+    "                     own by name; behind it any of its numbers, such as strength 0.5 or lfe split\n"
     "  mono center|pair   where a mono file goes (default center)\n"
     "  rate HZ            rate of the device (default: the file's)\n"
     "  gain DB            volume\n"
@@ -69,11 +71,7 @@ const std::map<std::string, Setter, std::less<>> setters = {
     {"yaw", [](auto& r, auto& w, auto& v) { r.rotation.yaw = numberAfter(w, v, -360, 360); }},
     {"pitch", [](auto& r, auto& w, auto& v) { r.rotation.pitch = numberAfter(w, v, -360, 360); }},
     {"roll", [](auto& r, auto& w, auto& v) { r.rotation.roll = numberAfter(w, v, -360, 360); }},
-    {"upmix",
-     [](auto& r, auto& w, auto& v) {
-         const UpmixPreset preset = known(w, v, upmixPresetFromRaw(v));
-         r.upmix = UpmixSettings{true, preset, params(preset)};
-     }},
+    {"upmix", [](auto& r, auto& w, auto& v) { r.upmix = upmixAfter(w, v); }},
     {"mono",
      [](auto& r, auto& w, auto& v) {
          if (v != "center" && v != "pair") { refuse(w, v); }

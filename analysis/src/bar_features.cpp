@@ -23,12 +23,12 @@ double dot(const Row& a, const Row& b) {
     return sum;
 }
 
+}  // namespace
+
 double alike(const BarFeature& a, const BarFeature& b) {
     const double level = std::max(0.0, 1 - std::abs(double(a.db) - double(b.db)) / 12);
     return 0.6 * dot(a.chroma, b.chroma) + 0.25 * dot(a.bands, b.bands) + 0.15 * level;
 }
-
-}  // namespace
 
 std::vector<BarFeature> barFeatures(const SpectralFrames& frames, std::span<const double> bounds) {
     std::vector<BarFeature> out;

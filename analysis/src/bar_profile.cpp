@@ -50,6 +50,10 @@ BarProfile profile(const SignalView& mono, double sr, std::span<const double> bo
     for (size_t i = 0; i + 1 < bounds.size(); ++i) {
         out.rms.push_back(mono.rms(int64_t(sr * bounds[i]), int64_t(sr * bounds[i + 1])));
     }
+    constexpr double before = 0.1;  // seconds: about a short note
+    for (const double line : bounds) {
+        out.lineLevels.push_back(mono.rms(int64_t(sr * std::max(line - before, 0.0)), int64_t(sr * line)));
+    }
     out.activeLevel = activeLevel(out.rms);
     out.musicStartBar = musicStart(out.rms, out.activeLevel);
     out.musicEndBar = musicEnd(out.rms, out.activeLevel, out.musicStartBar);

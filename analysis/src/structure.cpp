@@ -90,6 +90,9 @@ StructureResult analyze(const SignalView& x, double sr, const MusicGrid& grid, c
         out.fadeStart.reset();
         out.notes = {"Seamless loop file: no composed ending, so cutdowns end with a 1-bar fade"};
     }
+    std::vector<double> beats = grid.beats;
+    beats.push_back(grid.duration);
+    out.beatFeatures = barFeatures(frames, beats);
     out.profile = std::move(piece.profile);
     out.similarity = std::move(piece.similarity);
     out.novelty = std::move(piece.novelty);

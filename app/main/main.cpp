@@ -54,8 +54,9 @@ void describeControlPort(const ControlServer& control) {
 // playing sound gets time to fade, the last settings to be stored, and files being written to be finished or discarded;
 // files that haven't been started stay as they were.
 [[noreturn]] void end(AppModel& model, FileDefaults& defaults, InstanceLink& link, int code) {
-    if (model.player().isPlaying()) {
+    if (model.player().isPlaying() || model.editor().transport().isPlaying()) {
         model.player().stopAndReturn();
+        model.editor().transport().stop();
         QThread::msleep(50);
     }
     constexpr double savingPatience = 20;  // seconds
@@ -67,6 +68,7 @@ void describeControlPort(const ControlServer& control) {
     model.tempEdits().finish(editsPatience);
     model.player().dragOut().queue().background().drainFor(exportPatience);
     model.library().edits().finish(savingPatience);
+    model.editor().document().finish(editsPatience);
     link.release();
     std::fflush(nullptr);
     std::_Exit(code);

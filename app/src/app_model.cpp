@@ -25,10 +25,12 @@ AppModel::AppModel(Platform platform)
       bars_(platform.defaults),
       engine_(platform.audio, platform.loop),
       player_(engine_, settings_, platform.loop, pool_),
+      editor_(engine_, settings_, platform.loop,
+              platform.journals.empty() ? EditorModel::defaultJournals() : platform.journals),
       speakerTest_(engine_, platform.loop),
       library_(settings_, platform.loop, platform.catalogFile),
       tempEdits_(player_, settings_, bars_, platform.session.fileManager(), platform.loop),
-      commands_(player_, settings_, tempEdits_) {}
+      commands_(player_, settings_, tempEdits_, editor_.transport(), [this](const auto& file) { openEditor(file); }) {}
 
 AppModel::~AppModel() {
     platform_.defaults.setOnProblem(nullptr);
@@ -80,6 +82,15 @@ void AppModel::showFolder(const std::filesystem::path& folder) {
 
 void AppModel::openWindow(const std::string& id) {
     if (openWindowAction) { openWindowAction(id); }
+}
+
+void AppModel::openEditor(const std::optional<std::filesystem::path>& file) {
+    if (file && openInEditorAction) {
+        openInEditorAction(*file);
+    } else if (file && !editor_.document().isDirty()) {
+        editor_.document().open(*file);
+    }
+    openWindow("editor");
 }
 
 void AppModel::addLibraryFolder() {

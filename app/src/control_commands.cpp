@@ -35,8 +35,13 @@ std::string switched(const ControlParams& params, bool now, const std::function<
 
 }  // namespace
 
-ControlCommands::ControlCommands(PlayerModel& player, SettingsStore& settings, TempEditBatch& tempEdits)
-    : player_(player), settings_(settings), tempEdits_(tempEdits) {}
+ControlCommands::ControlCommands(PlayerModel& player, SettingsStore& settings, TempEditBatch& tempEdits,
+                                 EditorTransport& editor, OpenEditor openEditor)
+    : player_(player),
+      settings_(settings),
+      tempEdits_(tempEdits),
+      editor_(editor),
+      openEditor_(std::move(openEditor)) {}
 
 nlohmann::json ControlCommands::handle(const std::string& command, const ControlParams& params) {
     if (command == "status") { return status(); }
@@ -53,9 +58,12 @@ nlohmann::json ControlCommands::handle(const std::string& command, const Control
                         [&](bool on) { settings_.change([&](AppSettings& s) { s.*member = on; }); });
     };
     const std::map<std::string_view, std::function<Problem()>> table = {
-        {"toggle", done([&] { transport.togglePlay(); })},
+        {"toggle", done([&] { editor_.isPlaying() ? editor_.stop() : transport.togglePlay(); })},
         {"play", done([&] { transport.play(std::nullopt); })},
-        {"stop", done([&] { transport.stopAndReturn(); })},
+        {"stop", done([&] {
+             transport.stopAndReturn();
+             editor_.stop();
+         })},
         {"load", [&] { return load(params); }},
         {"seek", [&] { return seek(params); }},
         {"volume", [&] { return setVolume(params); }},
@@ -65,6 +73,7 @@ nlohmann::json ControlCommands::handle(const std::string& command, const Control
         {"tempedits", done([&] {
              if (file) { tempEdits_.make({file->url}); }
          })},
+        {"editor", done([&] { openEditor_(file ? std::optional(file->url) : std::nullopt); })},
         {"panel", [&] { return setting(&AppSettings::finderPanel); }},
         {"expert", [&] { return setting(&AppSettings::expertMode); }},
     };
@@ -74,7 +83,7 @@ nlohmann::json ControlCommands::handle(const std::string& command, const Control
 }
 
 nlohmann::json ControlCommands::ok() const {
-    return {{"ok", true}, {"profile", settings_.activeProfile().name}, {"playing", player_.isPlaying()}};
+    return {{"ok", true}, {"profile", settings_.activeProfile().name}, {"playing", isPlaying()}};
 }
 
 nlohmann::json ControlCommands::status() const {
@@ -84,14 +93,19 @@ nlohmann::json ControlCommands::status() const {
     for (const auto& profile : settings.profiles) { profiles.push_back(profile.name); }
     const double rate = file ? std::max(file->sampleRate, 1.0) : 1;
     const ListeningSetup& listening = player_.listening();
-    return {{"playing", player_.isPlaying()},
+    const UpmixSettings& upmix = listening.upmix();
+    nlohmann::json upmixPresets = nlohmann::json::array();
+    for (const UpmixPreset preset : allUpmixPresets) { upmixPresets.push_back(rawValue(preset)); }
+    for (const OwnUpmixPreset& preset : settings.upmixPresets) { upmixPresets.push_back(preset.name); }
+    return {{"playing", isPlaying()},
             {"file", file ? file->url.filename().string() : std::string()},
             {"position", double(player_.transport().currentFrame()) / rate},
             {"length", file ? double(file->frames) / rate : 0},
             {"loop", player_.transport().loop()},
             {"volume", listening.volumeDB()},
-            {"upmix", listening.upmix().enabled},
-            {"upmixPreset", rawValue(listening.upmix().preset)},
+            {"upmix", upmix.enabled},
+            {"upmixPreset", upmix.own.empty() ? std::string(rawValue(upmix.preset)) : upmix.own},
+            {"upmixPresets", upmixPresets},
             {"device", listening.devices().name(listening.profile().deviceUID)},
             {"profile", settings.activeProfile().name},
             {"profiles", profiles},
@@ -146,19 +160,11 @@ ControlCommands::Problem ControlCommands::setVolume(const ControlParams& params)
     return {};
 }
 
-// With a preset: on, with that preset's numbers. Without: on or off, all numbers as they are.
+// With a preset, a built-in or an own one: on, with its numbers. Without: on or off, all numbers as they are.
 ControlCommands::Problem ControlCommands::setUpmix(const ControlParams& params) {
-    UpmixSettings upmix = player_.listening().upmix();
-    Problem problem;
-    if (const auto name = params.find("preset"); name != params.end()) {
-        const auto preset = upmixPresetFromRaw(name->second);
-        if (!preset) { return "no upmix preset " + name->second; }
-        upmix = {true, *preset, brindlehum::params(*preset)};
-    } else {
-        problem = switched(params, upmix.enabled, [&](bool on) { upmix.enabled = on; });
-    }
-    if (problem.empty()) { player_.listening().setUpmix(upmix); }
-    return problem;
+    UpmixTuning& upmix = player_.upmix();
+    if (const auto name = params.find("preset"); name != params.end()) { return upmix.choose(name->second); }
+    return switched(params, upmix.now().enabled, [&](bool on) { upmix.setOn(on); });
 }
 
 }  // namespace brindlehum

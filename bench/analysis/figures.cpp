@@ -28,10 +28,17 @@ json tempoOf(const MusicAnalysis& a) {
     for (const auto& c : a.tempo.candidates) { candidates.push_back({c.bpm, c.score, c.ranked}); }
     json alternatives = json::array();
     for (const auto& other : a.tempo.alternatives) { alternatives.push_back(other.bpm); }
-    return {{"bpm", a.tempo.bpm},       {"twin", a.tempo.twin ? json(*a.tempo.twin) : json()},
-            {"candidates", candidates}, {"alternatives", alternatives},
-            {"grid_bpm", a.grid.bpm},   {"first_beat", a.grid.beats.empty() ? 0 : a.grid.beats[0]},
-            {"steady", a.grid.steady},  {"meter", a.tempo.meter.label}};
+    return {{"bpm", a.tempo.bpm},
+            {"twin", a.tempo.twin ? json(*a.tempo.twin) : json()},
+            {"candidates", candidates},
+            {"alternatives", alternatives},
+            {"grid_bpm", a.grid.bpm},
+            {"first_beat", a.grid.beats.empty() ? 0 : a.grid.beats[0]},
+            {"steady", a.grid.steady},
+            {"meter", a.tempo.meter.label},
+            {"beats_per_bar", a.grid.beatsPerBar},
+            {"downbeats", a.grid.downbeats},
+            {"confidence", a.grid.downbeatConfidence}};
 }
 
 json figuresOf(const std::filesystem::path& path) {

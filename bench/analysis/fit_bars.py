@@ -7,8 +7,10 @@
 A folder holds truth.json (per file: bpm, beatsPerBar, bars as times of their starts, groove as the name of the style) and
 evidence.jsonl. A hypothesis is right when its tempo is within 4 %, its meter is the true one and the F-measure of its bar
 lines within 70 ms is at least 0.9. The weights maximise the softmax likelihood of the right hypotheses, less 1.5 times
-their squares (evidence in units of its deviation), which keeps the confidence honest on styles that the fit hasn't seen. Folders before --score are scored by styles in six parts, each by weights
-that were fitted on the other five; folders after it by the weights fitted on all before it. Needs numpy and scipy.
+their squares (evidence in units of its deviation), which keeps the confidence honest on styles that the fit hasn't seen.
+Folders before --score are scored by styles in six parts, each by weights that were fitted on the other five; folders after
+it by the weights fitted on all before it. For both it is told how often each confidence is right, and the divisor of the
+sums that would make it truest (1: the confidence is true; more: it is too high). Needs numpy and scipy.
 """
 import json, os, sys
 
@@ -81,6 +83,7 @@ def score(pieces, w, scale):
         s = p.values / scale @ w
         e = np.exp(s - s.max())
         k = int(np.argmax(s))
+        p.sums = s - s.max()
         rows.append((p, bool(p.right[k]), 1 / e.sum(), p.all[k]))
     return rows
 
@@ -103,6 +106,14 @@ def reliability(rows):
         if some:
             print(f'  confidence {lo} to {min(hi, 1)}: {sum(r for r, _ in some)} of {len(some)} right, '
                   f'mean confidence {np.mean([c for _, c in some]):.2f}')
+    judged = [(p.sums, right) for p, right, _, _ in rows if len(p.all)]
+
+    def loss(divisor):  # of the confidences, in nats a piece
+        sure = [min(1 / np.exp(sums / divisor).sum(), 1 - 1e-9) for sums, _ in judged]
+        return -np.mean([np.log(c if right else 1 - c) for c, (_, right) in zip(sure, judged)])
+
+    best = min(np.arange(0.5, 2.01, 0.05), key=loss)
+    print(f'  sums as they are: {loss(1):.3f} nats a piece, at best divided by {best:.2f}: {loss(best):.3f}')
 
 
 def main():

@@ -27,6 +27,11 @@ Piece makePiece(int bars, Form form) {
     out.grid.bpm = 120;
     out.grid.duration = 2.0 * bars;
     for (int i = 0; i < bars; ++i) { out.grid.downbeats.push_back(2.0 * i); }
+    for (int beat = 0; beat < 4 * bars; ++beat) {
+        out.grid.beats.push_back(0.5 * beat);
+        auto& feature = out.structure.beatFeatures.emplace_back();
+        feature.chroma[size_t(beat / 2 % 12)] = feature.bands[size_t(beat % 7)] = 1;
+    }
     out.structure.pins = {0, 8, 8, bars - 8, bars - 8, bars - 1, bars - 2, false};
     out.structure.similarity = SimilarityMatrix(bars);
     std::mt19937 random(1);

@@ -87,7 +87,9 @@ class Report:
     def __init__(self):
         self.bad, self.splices, self.files = [], 0, 0
         self.worst_click, self.wraps = -400.0, []
-        self.missing = []  # seconds that lengths without a cut fall short
+        self.missing = []  # seconds that lengths fall short
+        self.lengths = self.paused = self.on_beats = self.padded = 0
+        self.worst_match = 1.0
 
     def fail(self, text):
         self.bad.append(text)
@@ -95,16 +97,23 @@ class Report:
 
 
 def check_length(plan, edit, rate, report):
-    spans = sum(s["end"] - s["start"] for s in plan["spans"])
+    spans = sum(s["pause"] + s["end"] - s["start"] for s in plan["spans"]) + plan["padFrames"]
     cut = plan["cutAtSec"]
     expected = spans if cut is None else int(rate * cut)
     if len(edit) != expected or abs(plan["seconds"] - len(edit) / rate) > 1e-6:
         report.fail(f"{plan['name']}: {len(edit)} frames in place of {expected}")
-    if cut is None and plan["targetSec"] is not None:
+    if plan["targetSec"] is not None:
         short = plan["targetSec"] - len(edit) / rate
-        report.missing.append(short)
-        if short < 0 and plan["fadeOutFrames"] == 0:
+        report.lengths += 1
+        if short > 1 / rate:
+            report.missing.append(short)
+        if short < -1 / rate:
             report.fail(f"{plan['name']}: longer than asked")
+        report.paused += any(s["pause"] for s in plan["spans"])
+        report.on_beats += any(s["beat"] > 1 for s in plan["spans"])
+        report.padded += plan["padFrames"] > 0
+        if len(plan["spans"]) > 1:
+            report.worst_match = min(report.worst_match, plan["quality"])
 
 
 def check_splices(plan, edit, source, rate, report):
@@ -112,7 +121,9 @@ def check_splices(plan, edit, source, rate, report):
     untouched = len(edit) - (rate if plan["cutAtSec"] is not None else plan["fadeOutFrames"])
     worst, at = -400.0, 0
     for before, after in zip(plan["spans"], plan["spans"][1:]):
-        at += before["end"] - before["start"]
+        at += before["end"] - before["start"] + after["pause"]
+        if after["pause"]:
+            continue
         if at + 4096 > untouched or after["start"] < 2 * fade or before["end"] + fade > len(source):
             continue
         report.splices += 1
@@ -175,8 +186,9 @@ def main():
         for line in done.stdout.splitlines():
             check(json.loads(line), report)
     print(f"{report.files} edits of {len(files)} pieces, {report.splices} splices, worst click {report.worst_click:+.1f} dB")
-    if report.missing:
-        print(f"{len(report.missing)} lengths have no cut and are up to {max(report.missing):.1f} s short")
+    print(f"{report.lengths} lengths, {len(report.missing)} of them up to {max(report.missing, default=0):.1f} s short;"
+          f" {report.padded} end in silence, {report.on_beats} enter on a beat, {report.paused} pause;"
+          f" worst match {report.worst_match:.0%}")
     heard = sum(wrap > HEARD_WRAP_DB for wrap in report.wraps)
     print(f"{len(report.wraps)} wraps, {heard} above {HEARD_WRAP_DB:.0f} dB; {len(report.bad)} bad")
     return 1 if report.bad or done.returncode else 0

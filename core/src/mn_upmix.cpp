@@ -104,9 +104,12 @@ bool fits(int32_t ins, int32_t outs, int32_t size) {
 bool allocate(mn_upmix& u) {
     u.fft = mn_fft_create(u.size);
     u.pair = mn_fft_pair_create(u.size);
+    u.directPeaks = mn_peaks_create(u.outs);
+    u.ambiencePeaks = mn_peaks_create(u.outs);
     const size_t bytes = layOut(u, nullptr);
     u.memory = static_cast<std::byte*>(std::aligned_alloc(64, bytes));
-    if (u.fft == nullptr || u.pair == nullptr || u.memory == nullptr) { return false; }
+    const bool hasPeaks = u.directPeaks != nullptr && u.ambiencePeaks != nullptr;
+    if (u.fft == nullptr || u.pair == nullptr || u.memory == nullptr || !hasPeaks) { return false; }
     std::memset(u.memory, 0, bytes);
     layOut(u, u.memory);
     return true;
@@ -149,6 +152,8 @@ void mn_upmix_destroy(mn_upmix* upmix) noexcept {
     if (upmix == nullptr) { return; }
     mn_fft_destroy(upmix->fft);
     mn_fft_pair_destroy(upmix->pair);
+    mn_peaks_destroy(upmix->directPeaks);
+    mn_peaks_destroy(upmix->ambiencePeaks);
     std::free(upmix->memory);
     delete upmix;
 }
@@ -176,6 +181,16 @@ int32_t mn_upmix_out_channels(const mn_upmix* upmix) noexcept {
 
 void mn_upmix_set_plan(mn_upmix* upmix, const mn_upmix_plan* plan) noexcept {
     upmix->plan.exchange(plan);
+}
+
+void mn_upmix_measure(mn_upmix* upmix, int32_t on) noexcept {
+    upmix->measures.store(on, std::memory_order_relaxed);
+}
+float mn_upmix_take_direct(mn_upmix* upmix, int32_t output) noexcept {
+    return mn_peaks_take(upmix->directPeaks, output);
+}
+float mn_upmix_take_ambience(mn_upmix* upmix, int32_t output) noexcept {
+    return mn_peaks_take(upmix->ambiencePeaks, output);
 }
 
 void mn_upmix_reset(mn_upmix* upmix) noexcept {

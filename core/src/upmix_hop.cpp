@@ -4,14 +4,11 @@
 #include <cmath>
 #include <cstring>
 
+#include "upmix_levels.h"
 #include "upmix_state.h"
 
 namespace brindlehum::core {
 namespace {
-
-ConstSpectrum read(Spectrum s) {
-    return {s.re, s.im};
-}
 
 bool isInput(const mn_upmix& u, int32_t index) {
     return index >= 0 && index < u.ins;
@@ -34,11 +31,6 @@ ConstSpectrum transformed(mn_upmix& u, int32_t input) {
     return read(in.spectrum);
 }
 
-void clear(Spectrum s, int32_t bins) {
-    std::fill_n(s.re, bins, 0.0F);
-    std::fill_n(s.im, bins, 0.0F);
-}
-
 // The spectrum that an output collects, cleared when the hop touches it first.
 Spectrum collected(mn_upmix& u, int32_t output) {
     UpmixOutput& out = u.out[size_t(output)];
@@ -47,20 +39,14 @@ Spectrum collected(mn_upmix& u, int32_t output) {
     return out.spectrum;
 }
 
-void add(ConstSpectrum from, float gain, Spectrum to, int32_t bins) {
-    for (int32_t k = 0; k < bins; ++k) {
-        to.re[k] += gain * from.re[k];
-        to.im[k] += gain * from.im[k];
-    }
-}
-
 bool anyNonZero(const float* list, int32_t count) {
     uint32_t bits = 0;
     for (int32_t i = 0; i < count; ++i) { bits |= std::bit_cast<uint32_t>(list[i]) << 1; }
     return bits != 0;
 }
 
-// What output i takes of pair p.
+}  // namespace
+
 Share shareOf(const mn_upmix& u, const mn_upmix_plan& plan, int32_t p, int32_t i) {
     const int64_t cell = int64_t(p) * u.outs + i;
     const int64_t row = int64_t(i) * u.bins;
@@ -86,6 +72,8 @@ bool isSilent(const Share& share) {
     return share.pans == nullptr && share.own == nullptr && share.ambLeft == 0 && share.ambRight == 0;
 }
 
+namespace {
+
 void spreadPair(mn_upmix& u, const mn_upmix_plan& plan, int32_t p) {
     for (int32_t i = 0; i < u.outs; ++i) {
         const Share share = shareOf(u, plan, p, i);
@@ -103,14 +91,14 @@ void spreadExactly(mn_upmix& u, const mn_upmix_plan& plan, int32_t p, ConstSpect
         if (isSilent(share)) { continue; }
         clear(u.spread, u.bins);
         u.kernels->spread(u.split, share, u.spread, u.bins);
-        add(read(u.spread), 1, collected(u, i), u.bins);
-        add(read(u.spread), -plan.fold_l[int64_t(p) * u.outs + i], u.foldLeft, u.bins);
-        add(read(u.spread), -plan.fold_r[int64_t(p) * u.outs + i], u.foldRight, u.bins);
+        u.kernels->add(read(u.spread), 1, collected(u, i), u.bins);
+        u.kernels->add(read(u.spread), -plan.fold_l[int64_t(p) * u.outs + i], u.foldLeft, u.bins);
+        u.kernels->add(read(u.spread), -plan.fold_r[int64_t(p) * u.outs + i], u.foldRight, u.bins);
     }
-    add(left, 1, u.foldLeft, u.bins);
-    add(right, 1, u.foldRight, u.bins);
-    add(read(u.foldLeft), 1, collected(u, plan.own_l[p]), u.bins);
-    add(read(u.foldRight), 1, collected(u, plan.own_r[p]), u.bins);
+    u.kernels->add(left, 1, u.foldLeft, u.bins);
+    u.kernels->add(right, 1, u.foldRight, u.bins);
+    u.kernels->add(read(u.foldLeft), 1, collected(u, plan.own_l[p]), u.bins);
+    u.kernels->add(read(u.foldRight), 1, collected(u, plan.own_r[p]), u.bins);
 }
 
 bool isWhole(const mn_upmix& u, const mn_upmix_plan& plan, int32_t p) {
@@ -135,12 +123,15 @@ void steer(mn_upmix& u, const mn_upmix_plan& plan, int32_t p) {
     } else {
         spreadPair(u, plan, p);
     }
+    if (u.measuresHop) { measurePair(u, plan, p); }
 }
 
 void route(mn_upmix& u, const mn_upmix_plan& plan) {
     for (int32_t r = 0; r < plan.routes; ++r) {
         if (!isInput(u, plan.route_in[r]) || !isOutput(u, plan.route_out[r])) { continue; }
-        add(transformed(u, plan.route_in[r]), plan.route_gain[r], collected(u, plan.route_out[r]), u.bins);
+        const ConstSpectrum in = transformed(u, plan.route_in[r]);
+        u.kernels->add(in, plan.route_gain[r], collected(u, plan.route_out[r]), u.bins);
+        if (u.measuresHop) { measureRoute(u, plan.route_out[r], in, plan.route_gain[r]); }
     }
 }
 
@@ -148,11 +139,7 @@ void sendBass(mn_upmix& u, const mn_upmix_plan& plan) {
     if (plan.main_hp != nullptr) {
         for (int32_t i = 0; i < u.outs; ++i) {
             if (i == plan.lfe_out || !u.out[size_t(i)].used) { continue; }
-            const Spectrum s = u.out[size_t(i)].spectrum;
-            for (int32_t k = 0; k < u.bins; ++k) {
-                s.re[k] *= plan.main_hp[k];
-                s.im[k] *= plan.main_hp[k];
-            }
+            u.kernels->scale(u.out[size_t(i)].spectrum, plan.main_hp, u.bins);
         }
     }
     if (plan.lfe_lp == nullptr || !isOutput(u, plan.lfe_out) || plan.pairs < 1 || !isInput(u, plan.pair_in[0]) ||
@@ -161,12 +148,12 @@ void sendBass(mn_upmix& u, const mn_upmix_plan& plan) {
     }
     const ConstSpectrum left = transformed(u, plan.pair_in[0]);
     const ConstSpectrum right = transformed(u, plan.pair_in[1]);
-    const Spectrum s = collected(u, plan.lfe_out);
-    for (int32_t k = 0; k < u.bins; ++k) {
-        const float gain = plan.lfe_gain * plan.lfe_lp[k];
-        s.re[k] += gain * (left.re[k] + right.re[k]);
-        s.im[k] += gain * (left.im[k] + right.im[k]);
-    }
+    clear(u.spread, u.bins);
+    u.kernels->add(left, plan.lfe_gain, u.spread, u.bins);
+    u.kernels->add(right, plan.lfe_gain, u.spread, u.bins);
+    u.kernels->scale(u.spread, plan.lfe_lp, u.bins);
+    u.kernels->add(read(u.spread), 1, collected(u, plan.lfe_out), u.bins);
+    if (u.measuresHop) { measureRoute(u, plan.lfe_out, read(u.spread), 1); }
 }
 
 void shift(mn_upmix& u, UpmixOutput& out) {
@@ -231,11 +218,13 @@ void runUpmixHop(mn_upmix& u) {
     const mn_upmix_plan* plan = u.plan.load(std::memory_order_acquire);
     for (int32_t c = 0; c < u.ins; ++c) { u.in[size_t(c)].transformed = false; }
     for (int32_t i = 0; i < u.outs; ++i) { u.out[size_t(i)].used = false; }
+    beginLevels(u);
     if (plan != nullptr) {
         for (int32_t p = 0; p < std::min<int32_t>(plan->pairs, mn_upmix_max_pairs); ++p) { steer(u, *plan, p); }
         route(u, *plan);
         sendBass(u, *plan);
     }
+    publishLevels(u);
     overlapAll(u);
     for (int32_t i = 0; i < u.outs; ++i) { delayOutput(u, u.out[size_t(i)], plannedDelay(plan, i)); }
     u.writeIndex = (u.writeIndex + u.hop) % delayRingFrames;

@@ -54,6 +54,10 @@ struct UpmixKernels {
     void (*join)(ConstSpectrum a, ConstSpectrum b, Spectrum out, int32_t size);
     // Overlap-add: moves `sum` down by `hop` and adds window x time; `sum` and `time` hold `size` samples.
     void (*overlap)(const float* time, const float* window, float* sum, int32_t size, int32_t hop);
+    // Adds gain x from.
+    void (*add)(ConstSpectrum from, float gain, Spectrum to, int32_t bins);
+    // Multiplies by a gain a bin.
+    void (*scale)(Spectrum spectrum, const float* gains, int32_t bins);
 };
 
 const UpmixKernels& plainUpmixKernels();

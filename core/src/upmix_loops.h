@@ -218,7 +218,23 @@ void overlap(const float* time, const float* window, float* sum, int32_t size, i
     }
 }
 
-constexpr UpmixKernels kernels = {average, split, spread, join, overlap};
+void add(ConstSpectrum from, float gain, Spectrum to, int32_t bins) {
+    BRINDLEHUM_APART
+    for (int32_t k = 0; k < bins; ++k) {
+        to.re[k] += gain * from.re[k];
+        to.im[k] += gain * from.im[k];
+    }
+}
+
+void scale(Spectrum spectrum, const float* gains, int32_t bins) {
+    BRINDLEHUM_APART
+    for (int32_t k = 0; k < bins; ++k) {
+        spectrum.re[k] *= gains[k];
+        spectrum.im[k] *= gains[k];
+    }
+}
+
+constexpr UpmixKernels kernels = {average, split, spread, join, overlap, add, scale};
 
 }  // namespace
 }  // namespace brindlehum::core

@@ -1,11 +1,13 @@
 // What an upmix processor holds.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
 
+#include "core/mn_cells.h"
 #include "core/mn_fft.h"
 #include "core/mn_upmix.h"
 #include "upmix_kernels.h"
@@ -61,9 +63,29 @@ struct mn_upmix {
 
     int32_t position;    // samples of the hop that have come in
     int32_t writeIndex;  // in all history rings
+
+    // Levels: `measures` is written by the control side, the peaks are taken by it.
+    std::atomic<int32_t> measures;
+    mn_peaks* directPeaks;
+    mn_peaks* ambiencePeaks;
+    uint32_t hops;                                                     // counted for the measuring
+    bool measuresHop;                                                  // this one
+    std::array<float, mn_upmix_max_out> directPowers, ambiencePowers;  // of this hop, a sum over bins
 };
 
 namespace brindlehum::core {
+
+inline ConstSpectrum read(Spectrum s) {
+    return {s.re, s.im};
+}
+inline void clear(Spectrum s, int32_t bins) {
+    std::fill_n(s.re, bins, 0.0F);
+    std::fill_n(s.im, bins, 0.0F);
+}
+
+// What output i takes of pair p, whose split is in `u`.
+Share shareOf(const mn_upmix& u, const mn_upmix_plan& plan, int32_t p, int32_t i);
+bool isSilent(const Share& share);
 
 // Runs when a hop has come in: makes the next block of every output.
 void runUpmixHop(mn_upmix& u);

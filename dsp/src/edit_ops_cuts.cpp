@@ -1,5 +1,5 @@
 // The primitive cuts.
-#include <algorithm>
+#include <array>
 #include <cassert>
 
 #include "dsp/edit_ops.h"
@@ -7,78 +7,76 @@
 namespace brindlehum::EditOps {
 namespace {
 
-using Samples = std::vector<float>;
-
-Samples piece(const Samples& x, int64_t start, int64_t end) {
-    assert(0 <= start && start <= end && end <= int64_t(x.size()));
-    return {x.begin() + start, x.begin() + end};
-}
-
-// Applies `operation` to each channel and its index.
+// Applies `operation` to each track and its index.
 template <typename Operation>
-Channels eachChannel(const Channels& channels, Operation operation) {
-    Channels out;
-    out.reserve(channels.size());
-    for (size_t c = 0; c < channels.size(); ++c) { out.push_back(operation(channels[c], c)); }
-    return out;
+Sound eachTrack(const Sound& sound, Operation operation) {
+    std::vector<Track> out;
+    out.reserve(size_t(sound.channels()));
+    for (int c = 0; c < sound.channels(); ++c) { out.push_back(operation(sound.track(c), c)); }
+    return Sound(std::move(out));
 }
 
-// x with the range start ..< end replaced by `with`.
-Samples replaced(const Samples& x, int64_t start, int64_t end, std::span<const float> with) {
-    assert(0 <= start && start <= end && end <= int64_t(x.size()));
-    Samples out;
-    out.reserve(x.size() - size_t(end - start) + with.size());
-    out.insert(out.end(), x.begin(), x.begin() + start);
-    out.insert(out.end(), with.begin(), with.end());
-    out.insert(out.end(), x.begin() + end, x.end());
-    return out;
+// The track with the range replaced by `with`.
+Track replaced(const Track& track, int64_t start, int64_t end, const Track& with) {
+    return Track::joined(std::array{track.slice(0, start), with, track.slice(end, track.length())});
 }
 
 }  // namespace
 
-Channels slice(const Channels& channels, int64_t start, int64_t end) {
-    return eachChannel(channels, [&](const Samples& x, size_t) { return piece(x, start, end); });
+Sound slice(const Sound& sound, int64_t start, int64_t end) {
+    return eachTrack(sound, [&](const Track& track, int) { return track.slice(start, end); });
 }
 
-Channels splice(const Channels& channels, int64_t start, int64_t end) {
-    return eachChannel(channels, [&](const Samples& x, size_t) { return replaced(x, start, end, {}); });
+Sound splice(const Sound& sound, int64_t start, int64_t end) {
+    return eachTrack(sound, [&](const Track& track, int) { return replaced(track, start, end, {}); });
 }
 
-Channels insert(const Channels& channels, int64_t at, const Channels& clip) {
-    if (clip.empty()) { return channels; }
-    const Samples quiet(clip[0].size());
-    return eachChannel(
-        channels, [&](const Samples& x, size_t c) { return replaced(x, at, at, c < clip.size() ? clip[c] : quiet); });
-}
-
-Channels silence(const Channels& channels, int64_t start, int64_t end) {
-    Channels out = channels;
-    for (Samples& x : out) { std::fill(x.begin() + start, x.begin() + end, 0.0F); }
-    return out;
-}
-
-Channels replaceRegion(const Channels& channels, int64_t start, int64_t end, const Channels& with) {
-    assert(!with.empty());
-    return eachChannel(channels, [&](const Samples& x, size_t c) {
-        return replaced(x, start, end, c < with.size() ? with[c] : with[0]);
+Sound insert(const Sound& sound, int64_t at, const Sound& clip) {
+    const Track quiet = Track::silence(clip.frames());
+    return eachTrack(sound, [&](const Track& track, int c) {
+        return replaced(track, at, at, c < clip.channels() ? clip.track(c) : quiet);
     });
 }
 
-Channels monoFold(const Channels& channels, int64_t start, int64_t end) {
-    Channels out = channels;
-    if (channels.empty()) { return out; }
-    const double share = 1.0 / double(channels.size());
-    for (int64_t i = start; i < end; ++i) {
-        double sum = 0;
-        for (const Samples& x : channels) { sum += double(x[size_t(i)]); }
-        for (Samples& x : out) { x[size_t(i)] = float(sum * share); }
-    }
-    return out;
+Sound silence(const Sound& sound, int64_t start, int64_t end) {
+    const Track quiet = Track::silence(end - start);
+    return eachTrack(sound, [&](const Track& track, int) { return replaced(track, start, end, quiet); });
 }
 
-Channels swapLR(const Channels& channels, int64_t start, int64_t end) {
-    Channels out = channels;
-    if (out.size() >= 2) { std::swap_ranges(out[0].begin() + start, out[0].begin() + end, out[1].begin() + start); }
+Sound replaceRegion(const Sound& sound, int64_t start, int64_t end, const Sound& with) {
+    assert(with.channels() > 0);
+    return eachTrack(sound, [&](const Track& track, int c) {
+        return replaced(track, start, end, with.track(c < with.channels() ? c : 0));
+    });
+}
+
+Sound monoFold(const Sound& sound, int64_t start, int64_t end) {
+    if (sound.channels() == 0 || start == end) { return sound; }
+    Channels range = sound.gather(start, end);
+    const double share = 1.0 / double(range.size());
+    for (size_t i = 0; i < range[0].size(); ++i) {
+        double sum = 0;
+        for (const auto& x : range) { sum += double(x[i]); }
+        range[0][i] = float(sum * share);
+    }
+    range.resize(1);
+    return replaceRegion(sound, start, end, Sound(range));
+}
+
+Sound swapLR(const Sound& sound, int64_t start, int64_t end) {
+    if (sound.channels() < 2) { return sound; }
+    return eachTrack(sound, [&](const Track& track, int c) {
+        return c < 2 ? replaced(track, start, end, sound.track(1 - c).slice(start, end)) : track;
+    });
+}
+
+Channels slice(const Channels& channels, int64_t start, int64_t end) {
+    Channels out;
+    out.reserve(channels.size());
+    for (const auto& x : channels) {
+        assert(0 <= start && start <= end && end <= int64_t(x.size()));
+        out.emplace_back(x.begin() + start, x.begin() + end);
+    }
     return out;
 }
 

@@ -46,11 +46,15 @@ Biquad lowPass(double hz, double sr) {
     return design.with((1 - design.cosine) / 2, 1 - design.cosine);
 }
 
-Channels hiPass200(const Channels& channels, double sr) {
+Sound hiPass200(const Sound& sound, double sr) {
     const Biquad filter = highPass(200, sr);
-    Channels out;
-    for (const auto& x : channels) { out.push_back(filter.run(x)); }
-    return out;
+    std::vector<Track> out;
+    for (const Track& track : sound.tracks()) {
+        std::vector<float> x(size_t(track.length()));
+        track.read(0, x);
+        out.emplace_back(filter.run(x));
+    }
+    return Sound(std::move(out));
 }
 
 void detail::feedbackDelay(std::vector<float>& channel, std::span<const double> delaysMs, double sr, float feedback,

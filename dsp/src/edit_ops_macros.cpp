@@ -11,6 +11,9 @@ namespace {
 
 using detail::framesIn;
 
+constexpr double fadeInSeconds = 0.05;
+constexpr double fadeOutSeconds = 1;
+
 struct Grains {
     std::vector<float> window;
     int64_t hop = 1;
@@ -51,8 +54,8 @@ Channels topAndTails(const Channels& channels, double sr) {
     Channels out = channels;
     if (channels.empty()) { return out; }
     const auto length = int64_t(channels[0].size());
-    const int64_t in = std::min(length, framesIn(sr, 0.05));
-    const int64_t tail = std::min(length, framesIn(sr, 1));
+    const int64_t in = std::min(length, framesIn(sr, fadeInSeconds));
+    const int64_t tail = std::min(length, framesIn(sr, fadeOutSeconds));
     for (auto& x : out) {
         for (int64_t i = 0; i < in; ++i) {
             x[size_t(i)] *= float(std::sin(double(i) / double(in) * std::numbers::pi / 2));
@@ -62,6 +65,15 @@ Channels topAndTails(const Channels& channels, double sr) {
         }
     }
     return out;
+}
+
+Sound topAndTails(const Sound& sound, double sr) {
+    const int64_t total = sound.frames();
+    const int64_t head = framesIn(sr, fadeInSeconds), tail = framesIn(sr, fadeOutSeconds);
+    if (head + tail >= total) { return Sound(topAndTails(sound.gather(), sr)); }
+    const Sound middle = slice(sound, head, total - tail);
+    const Sound ends(topAndTails(splice(sound, head, total - tail).gather(), sr));
+    return insert(ends, head, middle);
 }
 
 Channels verbTail(const Channels& channels, double sr, int64_t start, int64_t end, RandomEngine& random) {

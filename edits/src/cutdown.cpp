@@ -1,76 +1,21 @@
-// Cutdown: chooses how many bars of the body fit, and which; where no choice works, the end of the piece alone.
+// Cutdown: chooses how many bars of the body fit, and which, and how to fill what they leave open; where no choice
+// works, the end of the piece alone.
 #include "cutdown.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "one_piece.h"
 
 namespace brindlehum::TempEditPlanner {
 namespace {
 
-constexpr int maxBarsShort = 3;  // a plan may be this many bars too short to avoid a poor jump
-constexpr double costPerBarShort = 0.05;
+constexpr int maxBarsOff = 3;  // a plan may be this many bars too short to avoid a poor jump
+constexpr double costPerBarOff = 0.05;
 constexpr double roundLengthBonus = 0.04;
 constexpr double goodPath = 0.2;
 constexpr double goodPathAfterIntro = 0.45;  // a composed intro is worth keeping at a higher cost
 constexpr double missingJump = 0.5;          // cost of a join that the table lacks
-constexpr double backtimedFadeInSec = 0.01;
-
-double secondsOf(const std::vector<EditPlan::Span>& spans, double rate) {
-    int64_t frames = 0;
-    for (const auto& span : spans) { frames += span.end - span.start; }
-    return double(frames) / rate;
-}
-
-// The exact length, when the spans are longer than that.
-std::optional<double> cutOf(const LengthRequest& request, const EditPlan& plan, double rate) {
-    if (!request.exactLength || request.seconds >= secondsOf(plan.spans, rate)) { return std::nullopt; }
-    return request.seconds;
-}
-
-std::optional<EditPlan> backtimed(const LengthRequest& request, const PieceLines& piece) {
-    const int end = piece.musicEnd();
-    const double reach = request.seconds - piece.tailSec() + 0.001;
-    for (int line = 0; line < std::min(piece.count(), end); ++line) {
-        if (piece.lastSec() - piece.seconds(line) > reach) { continue; }
-        EditPlan plan;
-        plan.name = nameOf(request);
-        plan.kind = EditPlan::Kind::backtimed;
-        plan.spans = {{piece.frame(line), piece.totalFrames}};
-        plan.targetSec = request.seconds;
-        plan.cutAtSec = cutOf(request, plan, piece.rate);
-        plan.fadeInFrames = int64_t(backtimedFadeInSec * piece.rate);
-        plan.map = "Backtimed: " + barText(line + 1) + "–" + barText(end) + " + ring-out (starts on a downbeat)";
-        return plan;
-    }
-    return std::nullopt;
-}
-
-// The head of a piece that fades out, faded at the wanted length: the end of such a piece, taken alone, is hardly
-// heard. Starts at the body where the intro would take more than half. None where the piece fades too early.
-std::optional<EditPlan> headAlone(const LengthRequest& request, const PieceLines& piece) {
-    const Pins& pins = piece.pins;
-    const bool longIntro = 2 * (piece.seconds(pins.introEnd) - pins.startTime) > request.seconds;
-    const int first = longIntro ? pins.introEnd : 0;
-    const int64_t start = longIntro ? piece.frame(first) : piece.startFrame;
-    int line = first + 1;
-    while (line < *piece.fadeStart && double(piece.frame(line) - start) < request.seconds * piece.rate) { ++line; }
-    if (double(piece.frame(line) - start) < request.seconds * piece.rate) { return std::nullopt; }
-    EditPlan plan;
-    plan.name = nameOf(request);
-    plan.kind = request.kind;
-    plan.spans = {{start, piece.frame(line)}};
-    plan.targetSec = request.seconds;
-    plan.cutAtSec = cutOf(request, plan, piece.rate);
-    if (!plan.cutAtSec) { plan.fadeOutFrames = piece.frame(line) - piece.frame(line - 1); }
-    plan.map = barText(piece.nearest(start) + 1) + "–" + std::to_string(line) +
-               " · faded out, as the source ends on a fade-out";
-    return plan;
-}
-
-// Without a path through the body.
-std::optional<EditPlan> inOnePiece(const LengthRequest& request, const PieceLines& piece) {
-    if (piece.fadeStart && request.kind == EditPlan::Kind::cutdown) {
-        if (auto plan = headAlone(request, piece)) { return plan; }
-    }
-    return backtimed(request, piece);
-}
 
 double bodyBarSec(const PieceLines& piece) {
     const Pins& pins = piece.pins;
@@ -78,68 +23,83 @@ double bodyBarSec(const PieceLines& piece) {
     return (piece.seconds(pins.endingStart) - piece.seconds(pins.introEnd)) / (pins.endingStart - pins.introEnd);
 }
 
-// The path of `most` bars, or of up to three fewer, with the lowest cost, which also rates its length.
-std::optional<PathSearch::Path> bestPath(PathSearch& search, int most, bool anyEnd) {
-    std::optional<PathSearch::Path> best;
-    for (int count = most; count >= std::max(most - maxBarsShort, 0); --count) {
-        auto path = search.find(count, anyEnd);
-        if (!path) { continue; }
-        path->cost += costPerBarShort * (most - count);
-        if (count % PathSearch::phraseBars == 0) { path->cost -= roundLengthBonus; }
-        if (!best || path->cost < best->cost) { best = std::move(path); }
+// Every line between head and ending at which the edit could be filled.
+std::vector<Join> joinsOf(const PathSearch::Path& path, const PieceLines& piece) {
+    const Pins& pins = piece.pins;
+    std::vector<Join> joins;
+    int line = pins.introEnd;
+    for (size_t i = 0; i < path.bars.size(); ++i) {
+        const bool isFirst = i == 0 && piece.frame(pins.introEnd) <= piece.startFrame;
+        joins.push_back({line, path.bars[i], i % PathSearch::phraseBars == 0, isFirst});
+        line = path.bars[i] + 1;
     }
-    return best;
+    if (!pins.loopFile && piece.frame(pins.endingStart) < piece.totalFrames) {
+        joins.push_back({line, pins.endingStart, true});
+    }
+    return joins;
 }
 
 // Collects the bars of a path between head and ending, with contiguous ones joined, and the costs of its splices.
 class SpanList {
 public:
-    SpanList(const PieceLines& piece, const JumpTable& jumps) : piece_(piece), jumps_(jumps) {
-        add(piece.startFrame, piece.frame(piece.pins.introEnd));
+    SpanList(const PieceLines& piece, const JumpTable& jumps, const LengthFit& fit, std::optional<Filling> filling)
+        : piece_(piece), jumps_(jumps), fit_(fit), filling_(filling) {
+        spans.push_back({piece.startFrame, piece.frame(piece.pins.introEnd)});
     }
     void playBar(int bar) {
-        extendOrAdd(piece_.frame(bar), piece_.frame(bar + 1));
-        goTo(bar);
+        enter(bar, piece_.frame(bar + 1));
         line_ = bar + 1;
     }
     void playEnding() {
         const Pins& pins = piece_.pins;
-        if (!pins.loopFile) { goTo(pins.endingStart); }
         const int64_t start = piece_.frame(pins.endingStart);
-        extendOrAdd(start, piece_.totalFrames);
-        std::erase_if(spans, [](const auto& span) { return span.end <= span.start; });
         if (pins.loopFile) {
             std::erase_if(spans, [start](const auto& span) { return span.start >= start; });
+        } else {
+            enter(pins.endingStart, piece_.totalFrames);
         }
+        std::erase_if(spans, [](const auto& span) { return span.end <= span.start; });
     }
 
     std::vector<EditPlan::Span> spans;
     double worstSplice = 0;
 
 private:
-    void add(int64_t start, int64_t end) { spans.push_back({start, end}); }
-    void extendOrAdd(int64_t start, int64_t end) {
+    // Plays the source from a line to a frame.
+    void enter(int line, int64_t end) {
+        const bool isFilled = filling_ && filling_->join == joins_;
+        ++joins_;
+        if (isFilled) {
+            worstSplice = std::max(worstSplice, filling_->cost);
+            const auto entry = fit_.entryTime(line, filling_->beats);
+            const auto pause = int64_t(std::llround(filling_->pauseSec * piece_.rate));
+            spans.push_back({entry ? piece_.frameAt(*entry) : piece_.frame(line), end, pause,
+                             entry ? fit_.beatNumber(line, filling_->beats) : 1});
+            return;
+        }
+        if (line != line_) { worstSplice = std::max(worstSplice, jumps_.cost(line_, line).value_or(missingJump)); }
+        const int64_t start = piece_.frame(line);
         if (spans.back().end == start) {
             spans.back().end = end;
         } else {
-            add(start, end);
+            spans.push_back({start, end});
         }
-    }
-    void goTo(int line) {
-        if (line != line_) { worstSplice = std::max(worstSplice, jumps_.cost(line_, line).value_or(missingJump)); }
     }
     const PieceLines& piece_;
     const JumpTable& jumps_;
+    const LengthFit& fit_;
+    const std::optional<Filling> filling_;
+    size_t joins_ = 0;
     int line_ = piece_.pins.introEnd;
 };
 
 std::string mapOf(const std::vector<EditPlan::Span>& spans, const PieceLines& piece) {
     std::string out;
     for (const auto& span : spans) {
-        if (!out.empty()) { out += " ↷ "; }
-        const int first = piece.nearest(span.start) + 1;
+        if (!out.empty()) { out += span.pause > 0 ? " · " + pauseText(piece, span.pause) + " · " : " ↷ "; }
+        const int first = span.beat == 1 ? piece.nearest(span.start) + 1 : piece.lineBefore(span.start) + 1;
         const int last = piece.nearest(span.end);
-        out += barText(first);
+        out += entryText(piece, span);
         if (first < last) { out += "–" + std::to_string(last); }
         if (span.end == piece.totalFrames) { out += " + ring"; }
     }
@@ -147,14 +107,109 @@ std::string mapOf(const std::vector<EditPlan::Span>& spans, const PieceLines& pi
     return out;
 }
 
-}  // namespace
-
-std::string nameOf(const LengthRequest& request) {
-    return label(request.seconds) + (request.kind == EditPlan::Kind::extended ? " extended" : "");
+// A loop file has no ending, so that its fade may end anywhere in a bar.
+void trim(std::vector<EditPlan::Span>& spans, int64_t frames) {
+    int64_t over = framesOf(spans) - frames;
+    while (over > 0 && !spans.empty()) {
+        auto& last = spans.back();
+        const int64_t part = std::min(over, last.end - last.start);
+        last.end -= part;
+        over -= part;
+        if (last.end == last.start) { spans.pop_back(); }
+    }
 }
 
+// The cost of the path also rates its number of bars; the whole cost also what fills it.
+struct Choice {
+    std::vector<EditPlan::Span> spans;
+    double worstSplice = 0;
+    double pathCost = 0;
+    double cost = 0;
+};
+
+class BodyCut {
+public:
+    // Plans whose path costs more than `limit` are poor.
+    BodyCut(const LengthRequest& request, const PieceLines& piece, const JumpTable& jumps, const LengthFit& fit,
+            double limit)
+        : request_(request),
+          piece_(piece),
+          jumps_(jumps),
+          fit_(fit),
+          limit_(limit),
+          isLoop_(piece.pins.loopFile),
+          mustCut_(isLoop_ || request.kind == EditPlan::Kind::extended) {}
+
+    // The best plan over `fitting` bars of the body, or a few fewer; of a loop file, which is trimmed, a few more.
+    std::optional<Choice> best(PathSearch& search, double fitting) const {
+        std::optional<Choice> best;
+        if (isTrimmed() && fitting < 1) { return best; }
+        for (int off = 0; off <= maxBarsOff; ++off) {
+            const int count = isTrimmed() ? int(std::ceil(fitting)) + off : int(std::floor(fitting)) - off;
+            if (count < 0) { break; }
+            auto path = search.find(count, isLoop_);
+            if (!path) { continue; }
+            path->cost += costPerBarOff * off;
+            if (count % PathSearch::phraseBars == 0) { path->cost -= roundLengthBonus; }
+            Choice choice = along(*path);
+            if (!isGood(choice)) { choice.cost += poorPath; }
+            if (!best || choice.cost < best->cost) { best = std::move(choice); }
+        }
+        return best;
+    }
+    // A poor path is taken only where there is nothing better to take instead.
+    bool isGood(const Choice& choice) const { return choice.pathCost <= limit_ || mustCut_; }
+
+    EditPlan planOf(const Choice& choice) const {
+        EditPlan plan = planFor(request_);
+        plan.spans = choice.spans;
+        plan.quality = std::max(0.0, 1 - choice.worstSplice);
+        plan.map = mapOf(plan.spans, piece_);
+        if (isLoop_) {
+            plan.fadeOutFrames = int64_t(piece_.rate * bodyBarSec(piece_));
+        } else {
+            setLength(plan, request_, piece_.rate);
+        }
+        return plan;
+    }
+
+private:
+    bool isTrimmed() const { return isLoop_ && request_.exactLength; }
+
+    Choice played(const PathSearch::Path& path, std::optional<Filling> filling) const {
+        SpanList list(piece_, jumps_, fit_, filling);
+        for (const int bar : path.bars) { list.playBar(bar); }
+        list.playEnding();
+        return {std::move(list.spans), list.worstSplice, path.cost, path.cost};
+    }
+
+    Choice along(const PathSearch::Path& path) const {
+        Choice plain = played(path, std::nullopt);
+        if (isTrimmed()) { trim(plain.spans, int64_t(request_.seconds * piece_.rate)); }
+        const double open = shortSec(request_, plain.spans, piece_.rate);
+        if (!request_.exactLength || isLoop_ || open <= lengthTolerance) { return plain; }
+        const auto filling = fit_.find(joinsOf(path, piece_), open);
+        Choice choice = filling ? played(path, filling) : std::move(plain);
+        choice.cost += filling ? filling->cost : missedLength;
+        return choice;
+    }
+
+    static constexpr double missedLength = 1;  // any plan that has its length is better
+    static constexpr double poorPath = 10;     // and any that has a good path
+
+    const LengthRequest& request_;
+    const PieceLines& piece_;
+    const JumpTable& jumps_;
+    const LengthFit& fit_;
+    const double limit_;
+    const bool isLoop_;
+    const bool mustCut_;  // the alternatives in one piece are no such plans
+};
+
+}  // namespace
+
 std::optional<EditPlan> cutdown(const LengthRequest& request, const PieceLines& piece, const JumpTable& jumps,
-                                PathSearch& search) {
+                                const LengthFit& fit, PathSearch& search) {
     const Pins& pins = piece.pins;
     const double introSec = piece.seconds(pins.introEnd) - pins.startTime;
     const double endingSec = piece.lastSec() - piece.seconds(pins.endingStart);
@@ -162,35 +217,15 @@ std::optional<EditPlan> cutdown(const LengthRequest& request, const PieceLines& 
     const double bodySec = request.seconds - introSec - endingSec - piece.tailSec();
     if (bodySec < 0) {
         if (pins.loopFile || piece.musicEnd() == 0) { return std::nullopt; }
-        return inOnePiece(request, piece);
+        return inOnePiece(request, piece, fit);
     }
-    const double fitting = std::floor(bodySec / barSec);
-    const int most = fitting >= 0 ? int(std::min(fitting, double(PathSearch::maxEntries))) : 0;
-    const auto path = bestPath(search, most, pins.loopFile);
-    if (!path) { return pins.loopFile ? std::nullopt : inOnePiece(request, piece); }
+    const double fitting = std::clamp(bodySec / barSec, 0.0, double(PathSearch::maxEntries));
     const double limit = barSec < introSec && pins.introEnd != 0 ? goodPathAfterIntro : goodPath;
-    if (path->cost > limit && request.kind != EditPlan::Kind::extended && !pins.loopFile) {
-        return inOnePiece(request, piece);
-    }
-
-    SpanList played(piece, jumps);
-    for (const int bar : path->bars) { played.playBar(bar); }
-    played.playEnding();
-    if (played.spans.empty()) { return std::nullopt; }
-
-    EditPlan plan;
-    plan.name = nameOf(request);
-    plan.kind = request.kind;
-    plan.spans = std::move(played.spans);
-    plan.targetSec = request.seconds;
-    if (pins.loopFile) {
-        plan.fadeOutFrames = int64_t(piece.rate * barSec);
-    } else {
-        plan.cutAtSec = cutOf(request, plan, piece.rate);
-    }
-    plan.map = mapOf(plan.spans, piece);
-    plan.quality = std::max(0.0, 1 - played.worstSplice);
-    return plan;
+    const BodyCut cut(request, piece, jumps, fit, limit);
+    const auto choice = cut.best(search, fitting);
+    if (!choice || !cut.isGood(*choice)) { return pins.loopFile ? std::nullopt : inOnePiece(request, piece, fit); }
+    if (choice->spans.empty()) { return std::nullopt; }
+    return cut.planOf(*choice);
 }
 
 }  // namespace brindlehum::TempEditPlanner

@@ -45,7 +45,14 @@ public:
     int count() const { return int(bounds_.size()); }
     // A line past the last one counts as the last one.
     double seconds(int line) const { return bounds_[size_t(std::clamp(line, 0, count() - 1))]; }
-    int64_t frame(int line) const { return std::clamp<int64_t>(std::llround(rate * seconds(line)), 0, totalFrames); }
+    int64_t frame(int line) const { return frameAt(seconds(line)); }
+    int64_t frameAt(double time) const { return std::clamp<int64_t>(std::llround(rate * time), 0, totalFrames); }
+    // The last line at or before a frame; the first one if there is none.
+    int lineBefore(int64_t frameAt) const {
+        int line = count() - 1;
+        while (line > 0 && frame(line) > frameAt) { --line; }
+        return line;
+    }
     // The nearest line to a frame; the earlier of two equally near ones.
     int nearest(int64_t frameAt) const {
         int best = 0;

@@ -87,11 +87,12 @@ std::vector<EditPlan> plans(const MusicGrid& grid, const StructureResult& struct
         addSections(out, piece);
     }
     const JumpTable jumps(structure.similarity, pins);
+    const LengthFit fit(piece, grid, structure, jumps);
     PathSearch search(jumps, pins.introEnd, pins.endingStart);
     for (const LengthRequest& request : requestsFor(piece, options)) {
         const auto named = [&request](const EditPlan& plan) { return plan.targetSec && plan.name == nameOf(request); };
         if (std::ranges::any_of(out, named)) { continue; }
-        if (auto plan = cutdown(request, piece, jumps, search)) { out.push_back(std::move(*plan)); }
+        if (auto plan = cutdown(request, piece, jumps, fit, search)) { out.push_back(std::move(*plan)); }
     }
     return out;
 }

@@ -2,6 +2,7 @@
 #include "edits/temp_edit_exporter.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "analysis/text.h"
 #include "audio/write/wav_file_writer.h"
@@ -11,6 +12,7 @@
 #include "base/time_text.h"
 #include "edits/temp_edit_renderer.h"
 #include "edits_record.h"
+#include "length_fit.h"
 
 namespace brindlehum::TempEditExporter {
 namespace {
@@ -44,17 +46,32 @@ std::string wantedName(std::string_view base, const EditPlan& plan) {
     return std::string(base) + " - " + plan.name + ".wav";
 }
 
-std::string sheetLine(const std::string& file, double seconds, double quality) {
+std::string sheetLine(const std::string& file, double seconds, const EditPlan& plan) {
     std::string line = file + "    (" + fixed(seconds, 2) + " s)";
-    if (quality < seamless) { line += "  · splice match " + fixed(quality * 100, 0) + "%"; }
+    if (plan.quality < seamless) { line += "  · splice match " + fixed(plan.quality * 100, 0) + "%"; }
+    const double missed = plan.targetSec.value_or(seconds) - seconds;
+    if (std::abs(missed) > TempEditPlanner::lengthTolerance) {
+        line += "  · " + fixed(std::abs(missed), 1) + (missed > 0 ? " s short" : " s over");
+    }
     return line;
+}
+
+// How to read the map of an edit that isn't cut on bar lines alone.
+std::string fillingsLine(const std::vector<EditPlan>& plans) {
+    const auto isFilled = [](const EditPlan::Span& span) { return span.pause > 0 || span.beat > 1; };
+    const bool any =
+        std::ranges::any_of(plans, [&](const EditPlan& plan) { return std::ranges::any_of(plan.spans, isFilled); });
+    return any ? "Where bars don't reach a length, an edit enters on another beat (b12.3 is the third beat of bar 12) "
+                 "or "
+                 "pauses on a bar line."
+               : "";
 }
 
 // Where the parts of the edit lie in the source: "0:00.000–0:12.000 ↷ 0:24.000–0:36.000".
 std::string timesOf(const EditPlan& plan, double sampleRate) {
     std::string out;
-    for (const auto& [start, end] : plan.spans) {
-        if (!out.empty()) { out += " ↷ "; }
+    for (const auto& [start, end, pause, beat] : plan.spans) {
+        if (!out.empty()) { out += pause > 0 ? " · pause · " : " ↷ "; }
         out += timeText(double(start) / sampleRate) + "–" + timeText(double(end) / sampleRate);
     }
     return out;
@@ -84,6 +101,7 @@ bool write(const Job& job, Result& done, const Progress& progress, const std::st
     EditsRecord record(job.folder);
     record.begin(job.source);
     std::vector<std::string> lines = job.header;
+    if (std::string how = fillingsLine(job.plans); !how.empty()) { lines.push_back(std::move(how)); }
     lines.emplace_back();
     for (size_t i = 0; i < job.plans.size(); ++i) {
         if (stop.stop_requested()) { return false; }
@@ -99,7 +117,7 @@ bool write(const Job& job, Result& done, const Progress& progress, const std::st
         record.add(name);
         done.files.push_back(job.folder / name);
         done.seconds.push_back(audio.empty() ? 0 : double(audio[0].size()) / job.sampleRate);
-        lines.push_back(sheetLine(name, done.seconds.back(), plan.quality));
+        lines.push_back(sheetLine(name, done.seconds.back(), plan));
         lines.push_back("    " + plan.map + "  (" + timesOf(plan, job.sampleRate) + ")");
     }
     if (stop.stop_requested()) { return false; }

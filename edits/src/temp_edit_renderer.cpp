@@ -11,6 +11,7 @@ namespace brindlehum::TempEditRenderer {
 namespace {
 
 using Channels = std::vector<std::vector<float>>;
+constexpr double pauseFadeSec = 0.08;  // of the sound before a pause
 constexpr double quarterTurn = std::numbers::pi / 2;
 
 struct Cut {
@@ -25,7 +26,7 @@ Cut cutOf(int64_t length, double cutAtSec, double sampleRate) {
 
 int64_t sumOf(const std::vector<EditPlan::Span>& spans) {
     int64_t frames = 0;
-    for (const auto& span : spans) { frames += span.end - span.start; }
+    for (const auto& span : spans) { frames += span.pause + span.end - span.start; }
     return frames;
 }
 
@@ -41,13 +42,28 @@ void crossfade(std::vector<float>& out, const std::vector<float>& source, int64_
     }
 }
 
+void fadeToSilence(std::vector<float>& x, int64_t frames) {
+    frames = std::min(int64_t(x.size()), frames);
+    float* tail = x.data() + int64_t(x.size()) - frames;
+    for (int64_t i = 0; i < frames; ++i) { tail[i] *= float(std::cos(double(i) / double(frames) * quarterTurn)); }
+}
+
+struct Joint {
+    int64_t crossfade = 0;  // frames
+    int64_t pauseFade = 0;
+};
+
 std::vector<float> joined(const std::vector<EditPlan::Span>& spans, const std::vector<float>& source,
-                          int64_t crossfadeFrames) {
+                          const Joint& joint) {
     std::vector<float> out;
     out.reserve(size_t(sumOf(spans)));
     for (size_t i = 0; i < spans.size(); ++i) {
-        const auto& [start, end] = spans[i];
-        if (i > 0 && start != spans[i - 1].end) { crossfade(out, source, start, crossfadeFrames); }
+        const auto& [start, end, pause, beat] = spans[i];
+        if (pause > 0) {
+            fadeToSilence(out, joint.pauseFade);
+            out.resize(out.size() + size_t(pause));
+        }
+        if (i > 0 && (pause > 0 || start != spans[i - 1].end)) { crossfade(out, source, start, joint.crossfade); }
         out.insert(out.end(), source.begin() + start, source.begin() + end);
     }
     return out;
@@ -66,33 +82,34 @@ void fadeOut(std::vector<float>& x, int64_t frames) {
 
 void cut(std::vector<float>& x, const Cut& at) {
     x.resize(size_t(at.length));
-    float* tail = x.data() + at.length - at.fade;
-    for (int64_t i = 0; i < at.fade; ++i) { tail[i] *= float(std::cos(double(i) / double(at.fade) * quarterTurn)); }
+    fadeToSilence(x, at.fade);
 }
 
 }  // namespace
 
 Channels render(const EditPlan& plan, const Channels& channels, double sampleRate, const TempEditOptions& options) {
     if (plan.kind == EditPlan::Kind::loop && !plan.spans.empty()) {
-        const auto& [start, end] = plan.spans[0];
-        auto loop = EditOps::seamlessLoop(channels, sampleRate, start, end, plan.carryLoopTail);
+        const EditPlan::Span& span = plan.spans[0];
+        auto loop = EditOps::seamlessLoop(channels, sampleRate, span.start, span.end, plan.carryLoopTail);
         if (loop) { return std::move(loop->channels); }
     }
-    const auto crossfadeFrames = std::max<int64_t>(int64_t(sampleRate * options.crossfadeMs / 1000), 1);
+    const Joint joint{std::max<int64_t>(int64_t(sampleRate * options.crossfadeMs / 1000), 1),
+                      int64_t(sampleRate * pauseFadeSec)};
     Channels out;
     out.reserve(channels.size());
     for (const auto& source : channels) {
-        auto& x = out.emplace_back(joined(plan.spans, source, crossfadeFrames));
+        auto& x = out.emplace_back(joined(plan.spans, source, joint));
         if (plan.fadeInFrames > 0) { fadeIn(x, plan.fadeInFrames); }
         if (plan.fadeOutFrames > 0) { fadeOut(x, plan.fadeOutFrames); }
         if (plan.cutAtSec) { cut(x, cutOf(int64_t(x.size()), *plan.cutAtSec, sampleRate)); }
+        x.resize(x.size() + size_t(plan.padFrames));
     }
     return out;
 }
 
 int64_t length(const EditPlan& plan, double sampleRate) {
     const int64_t frames = sumOf(plan.spans);
-    if (plan.kind == EditPlan::Kind::loop || !plan.cutAtSec) { return frames; }
+    if (plan.kind == EditPlan::Kind::loop || !plan.cutAtSec) { return frames + plan.padFrames; }
     return cutOf(frames, *plan.cutAtSec, sampleRate).length;
 }
 

@@ -91,6 +91,9 @@ std::optional<AppSettings> AppSettings::decode(const std::string& text) {
     read(record, "tempEditsBesideSource", settings.tempEditsBesideSource);
     read(record, "expertMode", settings.expertMode);
     read(record, "upmix", settings.upmix);
+    if (const auto own = record.find("upmixPresets"); own != record.end()) {
+        settings.upmixPresets = ownUpmixPresetsFrom(*own);
+    }
     return settings;
 }
 
@@ -110,6 +113,7 @@ std::string AppSettings::encode() const {
     record["tempEditsBesideSource"] = tempEditsBesideSource;
     record["expertMode"] = expertMode;
     record["upmix"] = json(upmix);
+    record["upmixPresets"] = json(upmixPresets);
     requireFinite(record);
     // Names come from devices, too: one that isn't UTF-8 must not end the saving of all the rest.
     return record.dump(-1, ' ', false, ordered_json::error_handler_t::replace);

@@ -20,7 +20,7 @@ protected:
     void settle() {
         for (int turn = 0; turn < 4; ++turn) {
             app_.player().loader().drain();
-            loop_.drain();
+            loop_.advance(0);
         }
     }
     // The port's answer, after the file work that the command started has come back.
@@ -35,7 +35,8 @@ TEST_F(App, StatusHoldsTheFileTheProfilesAndTheSwitches) {
     json expected = json::parse(R"({"playing": false, "file": "", "position": 0.0, "length": 0.0, "loop": false,
         "volume": 0.0, "device": "System Output", "profile": "Room 9.1.6",
         "profiles": ["Room 9.1.6", "Nearfield", "Headphones"], "finderPanel": true, "expert": false,
-        "upmix": false, "upmixPreset": "music"})");
+        "upmix": false, "upmixPreset": "music",
+        "upmixPresets": ["music", "film", "game", "hall", "speech", "broadcast"]})");
     EXPECT_EQ(ask("status"), expected);
     app_.player().load(file("rain & wind.wav"), true);
     settle();
@@ -49,6 +50,12 @@ TEST_F(App, StatusHoldsTheFileTheProfilesAndTheSwitches) {
         "loop": true, "volume": -6.5, "finderPanel": false, "expert": true,
         "upmix": true, "upmixPreset": "hall"})"));
     EXPECT_EQ(ask("status"), expected);
+    EXPECT_EQ(app_.player().upmix().saveAs("My Bed"), "");
+    ask("upmix", {{"preset", "game"}});
+    ask("upmix", {{"preset", "my bed"}});
+    EXPECT_EQ(ask("status")["upmixPreset"], "My Bed");
+    EXPECT_EQ(ask("status")["upmixPresets"].back(), "My Bed");
+    EXPECT_EQ(app_.player().upmix().now().params, params(UpmixPreset::hall));
     for (const char* command : {"loop", "panel", "expert", "upmix"}) {
         const std::string key = command == std::string("panel") ? "finderPanel" : command;
         for (const char* on : {"0", "0", "1", "1"}) {

@@ -148,9 +148,79 @@ TEST(Upmix, TheLoopsReturnTheSameBitsOnEveryProcessor) {
         kernels.spread(split, {lists[18], nullptr, 0.4F, 0.6F, lists[19], read(2)}, spectrum(20), bins);
         kernels.join(read(20), read(14), {lists[22], lists[23]}, size);
         kernels.overlap(lists[22], lists[23], lists[0], size, size / 4);
+        kernels.add(read(12), 0.3F, spectrum(14), bins);
+        kernels.scale(spectrum(16), lists[9], bins);
         return std::vector<float>(&lists[0][0], &lists[0][0] + numbers.size());
     };
     EXPECT_EQ(results(plain), results(*fast));
+}
+
+// Measuring reads what the sound is made of, and leaves it alone.
+TEST(Upmix, MeasuredLevelsAreThoseOfTheOutputs) {
+    for (const bool exact : {false, true}) {
+        RandomPlan random(exact ? 11 : 12);
+        mn_upmix_plan plan = random.plan;
+        plan.exact = exact ? 1 : 0;
+        plan.pairs = 1;
+        plan.main_hp = plan.lfe_lp = plan.decor_re = plan.decor_im = nullptr;
+        // Gains that change from bin to bin would lose some of the power in the overlap.
+        const std::vector<float> half(outs * bins, 0.5F);
+        plan.curve = half.data();
+        // The route has an output of its own: the powers of two that are alike don't simply add up.
+        std::vector<float> pans(plan.direct, plan.direct + 2 * outs * steps);
+        std::fill_n(pans.begin() + 5 * steps, steps, 0.0F);
+        plan.direct = pans.data();
+        std::vector<float> nothing(2 * outs, 0.0F);
+        std::vector<float> noPans(2 * outs * steps, 0.0F);
+        for (const bool direct : {true, false}) {
+            // In an exact plan the owners still get the other part: only the others are looked at.
+            mn_upmix_plan part = plan;
+            random.home = {0, 0};
+            if (direct) {
+                part.amb_l = part.amb_r = nothing.data();
+            } else {
+                part.direct = noPans.data();
+                part.routes = 0;
+            }
+            const Planes in = music(5, 400 * size);
+            const Processor plain = processor();
+            mn_upmix_set_plan(plain.get(), &part);
+            const Planes expected = run(plain.get(), in, {64});
+            const Processor upmix = processor();
+            mn_upmix_set_plan(upmix.get(), &part);
+            mn_upmix_measure(upmix.get(), 1);
+            std::vector<double> powers(outs, 0.0);
+            Planes heard(outs);
+            int taken = 0;
+            for (size_t from = 0; from < in[0].size(); from += 6 * size / 4, ++taken) {
+                Planes piece;
+                const size_t end = std::min(from + 6 * size / 4, in[0].size());
+                for (const auto& plane : in) {
+                    piece.emplace_back(plane.begin() + long(from), plane.begin() + long(end));
+                }
+                const Planes out = run(upmix.get(), piece, {64});
+                for (size_t o = 0; o < outs; ++o) {
+                    heard[o].insert(heard[o].end(), out[o].begin(), out[o].end());
+                    const float level = direct ? mn_upmix_take_direct(upmix.get(), int(o))
+                                               : mn_upmix_take_ambience(upmix.get(), int(o));
+                    powers[o] += double(level) * double(level);
+                    const float other = direct ? mn_upmix_take_ambience(upmix.get(), int(o))
+                                               : mn_upmix_take_direct(upmix.get(), int(o));
+                    if (!exact) { ASSERT_EQ(other, 0) << o; }
+                }
+            }
+            EXPECT_EQ(heard, expected);
+            for (size_t o = 0; o < outs; ++o) {
+                if (exact && (o == 0 || o == 1)) { continue; }
+                double sum = 0;
+                for (const float x : expected[o]) { sum += double(x) * double(x); }
+                const double rms = std::sqrt(sum / double(expected[o].size()));
+                if (rms == 0) { continue; }
+                EXPECT_NEAR(20 * std::log10(std::sqrt(powers[o] / taken) / rms), 0, 0.5)
+                    << "output " << o << (direct ? ", direct" : ", ambience") << (exact ? ", exact" : "");
+            }
+        }
+    }
 }
 
 TEST(Upmix, AChangedDelayFadesAndIsThereAfterOneHop) {

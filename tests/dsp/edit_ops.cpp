@@ -1,4 +1,4 @@
-// EditOps: cuts on small tables, tails and loops against plain twins.
+// EditOps: tails and loops against plain twins.
 #include "dsp/edit_ops.h"
 
 #include <gtest/gtest.h>
@@ -15,34 +15,6 @@ using namespace EditOps;
 using test::noise;
 using Samples = std::vector<float>;
 constexpr double pi = std::numbers::pi;
-
-TEST(EditOps, CutsEqualTheTable) {
-    const Channels two = {{1, 2, 3, 4}, {5, 6, 7, 8}};
-    const Channels one = {{1, 2, 3, 4}};
-    const Channels three = {{1, 2}, {3, 4}, {8, 0}};
-    const struct {
-        const char* what;
-        Channels result, expected;
-    } cases[] = {
-        {"slice", slice(two, 1, 3), {{2, 3}, {6, 7}}},
-        {"slice of nothing", slice(two, 2, 2), {{}, {}}},
-        {"splice", splice(two, 1, 3), {{1, 4}, {5, 8}}},
-        {"splice of all", splice(two, 0, 4), {{}, {}}},
-        {"insert", insert(two, 4, {{9}, {10}}), {{1, 2, 3, 4, 9}, {5, 6, 7, 8, 10}}},
-        {"insert mono into stereo", insert(two, 1, {{9, 9}}), {{1, 9, 9, 2, 3, 4}, {5, 0, 0, 6, 7, 8}}},
-        {"insert stereo into mono", insert(one, 0, {{9}, {10}}), {{9, 1, 2, 3, 4}}},
-        {"insert nothing", insert(two, 1, {}), two},
-        {"silence", silence(two, 1, 4), {{1, 0, 0, 0}, {5, 0, 0, 0}}},
-        {"replace by mono", replaceRegion(two, 1, 3, {{9}}), {{1, 9, 4}, {5, 9, 8}}},
-        {"replace by longer", replaceRegion(two, 3, 4, {{9, 8, 7}, {6, 5}}), {{1, 2, 3, 9, 8, 7}, {5, 6, 7, 6, 5}}},
-        {"replace by nothing", replaceRegion(two, 0, 3, {{}}), {{4}, {8}}},
-        {"mono", monoFold(three, 0, 1), {{4, 2}, {4, 4}, {4, 0}}},
-        {"mono of none", monoFold({}, 0, 0), {}},
-        {"swap", swapLR(three, 1, 2), {{1, 4}, {3, 2}, {8, 0}}},
-        {"swap of mono", swapLR(one, 0, 4), one},
-    };
-    for (const auto& c : cases) { EXPECT_EQ(c.result, c.expected) << c.what; }
-}
 
 TEST(EditOps, VerbTailIsTheSelectionAndOneHallForAllChannels) {
     const double sr = 1000;

@@ -36,9 +36,16 @@ struct Export {
     explicit Export(fs::path where, int channels = 2)
         : folder(std::move(where)), audio(test::noisePlanes(channels, 96000)), plans(3) {
         plans[0] = {"Intro", EditPlan::Kind::piece, {{0, 20000}}, {}, {}, 0, 0, "Intro b1–b4", 1, false};
-        plans[1] = {
-            "30s", EditPlan::Kind::cutdown, {{0, 30000}, {60000, 96000}}, 30, {}, 0, 0, "b1–2 ↷ b5–8 + ring", 0.874,
-            false};
+        plans[1] = {"30s",
+                    EditPlan::Kind::cutdown,
+                    {{0, 30000}, {60000, 96000, 24000}},
+                    30,
+                    {},
+                    0,
+                    0,
+                    "b1–2 ↷ b5–8 + ring",
+                    0.874,
+                    false};
         plans[2] = {"1m00s", EditPlan::Kind::backtimed, {{5000, 96000}}, 60, 1.5, 480, 0, "Backtimed", 0.999, false};
     }
     bool write(const TempEditExporter::Progress& progress = {}, const std::stop_token& stop = {}) {
@@ -89,12 +96,14 @@ TEST(TempEditExporter, SheetSaysHowEachFileWasCut) {
     Export job(temp.path());
     ASSERT_TRUE(job.write());
     EXPECT_EQ(job.done.notes, temp / "Rain – Theme - Edit Notes.txt");
-    EXPECT_EQ(test::readBytes(job.done.notes),
-              "Brindlehum temp edits: Rain\ntwo and more\n\n"
-              "Rain – Theme - Intro.wav    (0.42 s)\n    Intro b1–b4  (0:00.000–0:00.417)\n"
-              "Rain – Theme - 30s.wav    (1.38 s)  · splice match 87%\n    b1–2 ↷ b5–8 + ring"
-              "  (0:00.000–0:00.625 ↷ 0:01.250–0:02.000)\n"
-              "Rain – Theme - 1m00s.wav    (1.50 s)\n    Backtimed  (0:00.104–0:02.000)");
+    EXPECT_EQ(
+        test::readBytes(job.done.notes),
+        "Brindlehum temp edits: Rain\ntwo and more\nWhere bars don't reach a length, an edit enters on another beat "
+        "(b12.3 is the third beat of bar 12) or pauses on a bar line.\n\n"
+        "Rain – Theme - Intro.wav    (0.42 s)\n    Intro b1–b4  (0:00.000–0:00.417)\n"
+        "Rain – Theme - 30s.wav    (1.88 s)  · splice match 87%  · 28.1 s short\n    b1–2 ↷ b5–8 + ring"
+        "  (0:00.000–0:00.625 · pause · 0:01.250–0:02.000)\n"
+        "Rain – Theme - 1m00s.wav    (1.50 s)  · 58.5 s short\n    Backtimed  (0:00.104–0:02.000)");
 }
 
 TEST(TempEditExporter, SheetHeadNamesSourceAnalysisAndPins) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <functional>
 
 #include "hand_made.h"
 
@@ -74,10 +75,10 @@ TEST(TempEditPlanner, LeavesOutMissingSections) {
 
 TEST(TempEditPlanner, CutsDownBetweenSimilarBars) {
     HandMade piece = song();
-    // 33 s: 8.5 bars of the body fit, 8 are played, a whole number of phrases.
-    piece.options.targets = {33, 48, 15.5, 47.9, 49.1};
+    // 32.25 s: a little more than 8 bars of the body fit, a whole number of phrases.
+    piece.options.targets = {32.25, 48, 15.5, 47.9, 49.1};
     const auto plans = piece.plans();
-    ASSERT_THAT(namesOf(plans), ElementsAre("Intro", "Loop", "Ending", "Sting", "33s", "48s", "16s"))
+    ASSERT_THAT(namesOf(plans), ElementsAre("Intro", "Loop", "Ending", "Sting", "32s", "48s", "16s"))
         << "47.9 is called as 48 is, and 49.1 is more than half a bar longer than the piece";
     const EditPlan& shorter = plans[4];
     EXPECT_EQ(shorter.kind, Kind::cutdown);
@@ -85,6 +86,7 @@ TEST(TempEditPlanner, CutsDownBetweenSimilarBars) {
     EXPECT_EQ(shorter.map, "b1–8 ↷ b17–24 + ring");
     EXPECT_NEAR(shorter.quality, 0.9, 1e-12);
     EXPECT_FALSE(shorter.cutAtSec) << "there is nothing past 32 s";
+    EXPECT_EQ(shorter.padFrames, 12000) << "but silence up to 32.25";
     EXPECT_EQ(plans[5].spans, (Spans{{0, 24 * bar}}));
     EXPECT_EQ(plans[6].kind, Kind::backtimed) << "intro and ending alone take 16 s";
 }
@@ -126,7 +128,7 @@ TEST(TempEditPlanner, BacktimesLengthsWithoutAGoodPath) {
     piece.alike([](int, int) { return 0.79; });
     piece.structure.pins.loopEnd = 0;
     piece.structure.pins.startTime = 1;
-    piece.options.targets = {33, 14.5, 0.5, -3, NAN};
+    piece.options.targets = {32.5, 14.5, 0.5, -3, NAN};
     const auto plans = piece.plans();
     ASSERT_THAT(namesOf(plans), ElementsAre("Intro", "Ending", "Sting", "33s", "15s"));
     EXPECT_EQ(plans[3].spans, (Spans{{8 * bar, 24 * bar}}));
@@ -140,6 +142,50 @@ TEST(TempEditPlanner, BacktimesLengthsWithoutAGoodPath) {
     piece.totalFrames += int64_t(3) * 48000;
     EXPECT_EQ(piece.plan("15s").spans, (Spans{{18 * bar, piece.totalFrames}}));
     EXPECT_EQ(piece.plan("15s").cutAtSec, 14.5);
+}
+
+// Of 33 seconds whole bars leave one open. With beats that all sound alike an entry two beats early fills it, at the
+// jump that is there anyway; where beats differ, a pause where the music is silent, and else one at the jump.
+TEST(TempEditPlanner, FillsWhatBarsLeaveOpen) {
+    HandMade piece = song();
+    piece.options.targets = {33};
+    const auto same = [](int) { return 0; };
+    const auto different = [](int beat) { return beat % 12; };
+    const auto sounds = [&piece](const std::function<int(int)>& pitch) {
+        piece.grid.beats.clear();
+        piece.structure.beatFeatures.clear();
+        for (int beat = 0; beat < 24 * 4; ++beat) {
+            piece.grid.beats.push_back(0.5 * beat);
+            auto& feature = piece.structure.beatFeatures.emplace_back();
+            feature.chroma[size_t(pitch(beat))] = 1;
+            feature.bands[0] = 1;
+        }
+    };
+    const auto expectPlan = [&piece](const Spans& spans, const char* map, double quality) {
+        const EditPlan plan = piece.plan("33s");
+        EXPECT_EQ(plan.spans, spans) << plan.map;
+        EXPECT_EQ(plan.map, map);
+        EXPECT_NEAR(plan.quality, quality, 1e-6);
+    };
+    sounds(same);
+    expectPlan({{0, 8 * bar}, {16 * bar - 48000, 24 * bar, 0, 3}}, "b1–8 ↷ b16.3–24 + ring", 0.9);
+    sounds(different);
+    expectPlan({{0, 8 * bar}, {16 * bar, 24 * bar, 48000}}, "b1–8 · 1.00 s pause · b17–24 + ring", 0.55);
+    piece.structure.profile.activeLevel = 0.5F;
+    piece.structure.profile.lineLevels.assign(25, 0.5F);
+    piece.structure.profile.lineLevels[20] = 0;
+    expectPlan({{0, 8 * bar}, {16 * bar, 20 * bar}, {20 * bar, 24 * bar, 48000}},
+               "b1–8 ↷ b17–20 · 1.00 s pause · b21–24 + ring", 0.85);
+    piece.options.exactLength = false;
+    expectPlan({{0, 8 * bar}, {16 * bar, 24 * bar}}, "b1–8 ↷ b17–24 + ring", 0.9);
+
+    piece.options.exactLength = true;
+    piece.alike([](int, int) { return 0.79; });
+    piece.structure.pins.loopEnd = 0;
+    expectPlan({{8 * bar - 48000, 24 * bar, 0, 3}}, "Backtimed: b8.3–b24 + ring-out (starts on beat 3)", 1);
+    piece.grid.beats.clear();
+    expectPlan({{8 * bar, 20 * bar}, {20 * bar, 24 * bar, 48000}},
+               "Backtimed: b9–b24 + ring-out (starts on a downbeat) · 1.00 s pause before b21", 0.85);
 }
 
 TEST(TempEditPlanner, ExtendsOnlyPiecesThatAreClearlyShorter) {
@@ -170,17 +216,18 @@ TEST(TempEditPlanner, ExtendsByTheLoop) {
 TEST(TempEditPlanner, FadesALoopFileOut) {
     HandMade piece(16);
     piece.structure.pins = {0, 0, 0, 16, 16, 16, 16, true};
-    piece.options.targets = {20, 1};  // less than a bar: none
+    piece.options.targets = {20, 1, 20.9};  // less than a bar: none
     piece.options.extended = 60;
     const auto plans = piece.plans();
-    ASSERT_THAT(namesOf(plans), ElementsAre("Loop", "20s", "1m00s extended"));
+    ASSERT_THAT(namesOf(plans), ElementsAre("Loop", "20s", "21s", "1m00s extended"));
     EXPECT_EQ(plans[0].map, "The whole file (16 bars), wrap guarded");
     EXPECT_EQ(plans[0].spans, (Spans{{0, 16 * bar}}));
     EXPECT_FALSE(plans[0].carryLoopTail);
     EXPECT_EQ(plans[1].spans, (Spans{{0, 10 * bar}}));
     EXPECT_EQ(plans[1].map, "b1–10 · 1-bar fade out");
-    EXPECT_EQ(plans[2].map, "b1–16 + ring ↷ b1–14 · 1-bar fade out");
-    for (size_t i : {1, 2}) {
+    EXPECT_EQ(plans[2].spans, (Spans{{0, int64_t(20.9 * 48000)}})) << "a fade may end anywhere";
+    EXPECT_EQ(plans[3].map, "b1–16 + ring ↷ b1–14 · 1-bar fade out");
+    for (size_t i : {1, 2, 3}) {
         EXPECT_EQ(plans[i].fadeOutFrames, bar);
         EXPECT_FALSE(plans[i].cutAtSec);
     }

@@ -37,18 +37,25 @@ TEST(RenderedEdits, AreSplicedOnBarLines) {
             for (size_t i = 1; i < plan.spans.size(); ++i) {
                 const auto& before = plan.spans[i - 1];
                 const auto& after = plan.spans[i];
-                at += before.end - before.start;
+                at += before.end - before.start + after.pause;
                 if (at + 8192 > untouched) { continue; }
                 ++count;
                 SCOPED_TRACE(plan.name + " at " + std::to_string(double(at) / songRate) + " s: " + plan.map);
+                const double unit = after.beat > 1 ? test::barFrames / 4.0 : double(test::barFrames);
                 for (const int64_t frame : {before.end, after.start}) {
-                    const double offBar = std::remainder(double(frame) - pickup * songRate, test::barFrames);
+                    const double offBar = std::remainder(double(frame) - pickup * songRate, unit);
                     EXPECT_LT(std::abs(offBar), 0.01 * songRate) << "off the bar line";
+                }
+                EXPECT_TRUE(std::equal(&out[size_t(at)], &out[size_t(at + 8192)], &source[size_t(after.start)]));
+                if (after.pause > 0) {
+                    const auto* silence = &out[size_t(at - after.pause)];
+                    EXPECT_TRUE(
+                        std::all_of(silence, silence + after.pause - crossfade, [](float x) { return x == 0; }));
+                    continue;
                 }
                 // The crossfade has all of its 30 ms before the line and none after it.
                 const int64_t fade = at - crossfade;
                 const int64_t fadeFrom = before.end - crossfade;
-                EXPECT_TRUE(std::equal(&out[size_t(at)], &out[size_t(at + 8192)], &source[size_t(after.start)]));
                 EXPECT_TRUE(
                     std::equal(&out[size_t(fade - 4096)], &out[size_t(fade)], &source[size_t(fadeFrom - 4096)]));
                 EXPECT_NE(out[size_t(fade)], source[size_t(fadeFrom)]);

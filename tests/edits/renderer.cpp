@@ -75,6 +75,26 @@ TEST(TempEditRenderer, CrossfadesBeforeTheSpan) {
     }
 }
 
+TEST(TempEditRenderer, PausesBetweenFadesAndPadsTheEnd) {
+    EditPlan plan = planOf({{100, 200}, {200, 300, 50}});
+    plan.padFrames = 20;
+    const auto out = render(plan, std::vector<float>(1000, 1.0F), 30);
+    ASSERT_EQ(out.size(), 270U);
+    const double half = std::sqrt(0.5);
+    const std::pair<size_t, double> samples[] = {{19, 1},
+                                                 {20, 1},
+                                                 {60, half},
+                                                 {99, std::cos(79 * std::numbers::pi / 160)},
+                                                 {100, 0},
+                                                 {119, 0},
+                                                 {135, std::sin(15.5 / 30 * std::numbers::pi / 2)},
+                                                 {150, 1},
+                                                 {249, 1},
+                                                 {250, 0},
+                                                 {269, 0}};
+    for (const auto& [at, value] : samples) { EXPECT_NEAR(out[at], value, 1e-6) << at; }
+}
+
 TEST(TempEditRenderer, FadesAndCuts) {
     struct Case {
         int64_t fadeIn, fadeOut;

@@ -32,6 +32,12 @@ TEST_F(Listening, HeadphonesWithoutAnHRTFSetPlayAndSaySo) {
     EXPECT_NE((audio_.pump(block), audio_.pump(block))[1][0], 0.0F);
     load(file("two.wav", 2), true);
     EXPECT_EQ(message(), "(none)");
+    player_->upmix().choose("film");
+    loop_.advance(0);
+    EXPECT_EQ(listening().upmixState(), UpmixState::unheard);
+    listening().setListen(ListenMode::mono);
+    const Planes heard = (audio_.pump(block), audio_.pump(block));
+    EXPECT_EQ(heard[0], std::vector<float>(block, 0)) << "the fold-down follows the monitor mode";
 }
 
 TEST_F(Listening, TheFirstProfileIsTheOneThatFitsTheFirstRealDevice) {

@@ -222,6 +222,7 @@ TEST_F(Loading, AChosenFormOfDragLastsAsLongAsTheSoundOffersIt) {
     drag.setDragExport(DragExport::upmix(LayoutID::l51));
     upmix.enabled = false;
     listening().setUpmix(upmix);
+    loop_.advance(0);
     EXPECT_EQ(drag.dragExport(), DragExport::original());
 }
 

@@ -103,6 +103,26 @@ TEST(UpmixPath, TakesOverTheRunningSoundWithoutAGap) {
     }
 }
 
+// As after a change of the device, when a sound goes on from where it was.
+TEST(UpmixPath, ABeginningInTheMiddleOfASoundDoesntClick) {
+    for (const bool replacesAnother : {false, true}) {
+        RenderBench bench(6);
+        const Running upmix(untouched());
+        bench.listen(2);
+        if (replacesAnother) {
+            bench.play(bench.ring(2, 60000, tone), bench.config(RenderBench::mixConfig(2, 2, {1, 0, 0, 1})));
+            for (int i = 0; i < 4; ++i) { bench.render(256); }
+        }
+        const auto atItsCrest = [](int frame, int channel) { return tone(frame + 32, channel); };
+        bench.play(bench.ring(2, 60000, atItsCrest), &upmix.config->record);
+        for (int i = 0; i < 20; ++i) { bench.render(256); }
+        // The tone's own steps, and those of its fade over a block.
+        const double allowed = 1.05 * 0.5 * (2 * std::numbers::pi / 128 + 2.0 / 256);
+        EXPECT_LT(maxJump(bench.heard(0)), allowed) << replacesAnother;
+        EXPECT_GT(*std::ranges::max_element(bench.heard(0)), 0.45F);
+    }
+}
+
 TEST(UpmixPath, RingsOutAtTheEndAndAtAStop) {
     for (const bool stopped : {false, true}) {
         RenderBench bench(6);

@@ -57,8 +57,15 @@ TEST(AppSettings, KeyThatIsUnreadableKeepsItsDefaultAlone) {
         {R"({"libraryRoots":{"0":"/a"},"activeProfileID":12,"profiles":"none","upmix":5})", [](AppSettings&) {}},
         {R"({"activeProfileID":"0f3c2d1e-4b5a-4978-8695-a4b3c2d1e0ff"})",
          [](AppSettings& s) { s.activeProfileID = UUID::parse(someID); }},
-        {R"({"upmix":{"enabled":true,"preset":"hall"}})", [](AppSettings& s) {
+        {R"({"upmix":{"enabled":true,"preset":"hall"}})",
+         [](AppSettings& s) {
              s.upmix = {true, UpmixPreset::hall, params(UpmixPreset::hall)};
+         }},
+        {R"({"upmixPresets":[5,{"name":""},{"name":"FILM"},{"name":"Bed","base":"film","params":{"roomMs":3}},
+            {"name":"bed"},{"base":"hall"},{"name":"Wide","base":"hall","params":7}]})",
+         [](AppSettings& s) {
+             s.upmixPresets = {{"Bed", UpmixPreset::film, {.roomMs = 3}},
+                               {"Wide", UpmixPreset::hall, params(UpmixPreset::hall)}};
          }}};
     for (const auto& [stored, change] : cases) {
         const std::optional<AppSettings> read = AppSettings::decode(stored);
@@ -116,9 +123,11 @@ TEST(AppSettings, WrittenRecordReadsBackEqual) {
     settings.activeProfileID = settings.profiles[1].id;
     settings.libraryRoots = {"/x", ""};
     settings.upmix.params.stage = 41.25;
+    settings.upmix.own = "Bett & Bühne";
+    settings.upmixPresets = {{"Bett & Bühne", UpmixPreset::game, settings.upmix.params}};
     settings.pullsAsFloat = true;
     const ordered_json written = ordered_json::parse(settings.encode());
-    EXPECT_EQ(written.size(), 13U);
+    EXPECT_EQ(written.size(), 14U);
     EXPECT_EQ(written["activeProfileID"], someID);
     EXPECT_FALSE(written["profiles"][0].contains("deviceUID"));
     EXPECT_EQ(AppSettings::decode(settings.encode()), settings);

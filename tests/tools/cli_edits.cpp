@@ -35,7 +35,7 @@ TEST(CliEdits, WritesExactlyWhatThePlanListsAndThePlanWritesNothing) {
     EXPECT_TRUE(std::filesystem::exists(object["notes"].get<std::string>()));
     std::vector<std::string> names;
     for (const json& plan : object["plans"]) {
-        EXPECT_EQ(plan.size(), 12U) << plan;
+        EXPECT_EQ(plan.size(), 13U) << plan;
         names.push_back(plan["name"]);
         const ReadAudio wav = readAudio(plan["file"].get<std::string>());
         EXPECT_EQ(wav.rate, int(musicRate));

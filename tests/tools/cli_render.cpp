@@ -117,5 +117,20 @@ TEST_F(CliRender, LeavesTheOldOutputAsItWasWhenItFails) {
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder_.path()), {}), 2);
 }
 
+TEST_F(CliRender, TakesAnUpmixOfTheUsersOwnByItsName) {
+    const TempFolder home;
+    const nlohmann::json own = {{"name", "My Bed"}, {"params", {{"strength", 0.0}}}};
+    const nlohmann::json settings = {{"upmixPresets", nlohmann::json::array({own})}};
+    std::filesystem::create_directories(home / "config/Brindlehum");
+    writeBytes(home / "config/Brindlehum/defaults.json", nlohmann::json{{"settings.v1", settings.dump()}}.dump());
+    const auto in = (folder_ / "in.wav").string();
+    const auto out = (folder_ / "out.wav").string();
+    writeAudio(in, noisePlanes(2, 9000, 5));
+    EXPECT_NE(runCli({"render", in, out, "layout", "l51", "upmix", "no such"}, homeIn(home)).exitCode, 0);
+    EXPECT_EQ(runCli({"render", in, out, "layout", "l51", "upmix", "my bed"}, homeIn(home)).exitCode, 0);
+    const ReadAudio made = readAudio(out);
+    EXPECT_EQ(made.planes[2], std::vector<float>(made.planes[2].size())) << "at strength 0 the centre is silent";
+}
+
 }  // namespace
 }  // namespace brindlehum

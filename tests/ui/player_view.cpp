@@ -1,4 +1,5 @@
 // The audition surface over a real player: what it shows for which file, and what its controls do.
+#include <QLabel>
 #include <QMenu>
 #include <QScrollBar>
 #include <QTest>
@@ -9,6 +10,7 @@
 #include "ui/look/value_slider.h"
 #include "ui/player/meter_view.h"
 #include "ui/player/player_view.h"
+#include "ui/player/upmix_panel.h"
 #include "window_fixture.h"
 
 namespace brindlehum {
@@ -83,8 +85,10 @@ TEST_F(PlayerViewTest, MenusChooseAndShowTheChoice) {
     EXPECT_FALSE(shows("Listen")) << "two discrete channels are no stereo source";
     choose("Source format", 0);
     EXPECT_FALSE(player.sound().formatOverride());
-    EXPECT_EQ(entries("Upmix"), (QStringList{"*Off", "Music", "Film", "Game", "Hall", "Speech", "Broadcast"}));
+    EXPECT_EQ(entries("Upmix"), (QStringList{"*Off", "Music", "Film", "Game", "Hall", "Speech", "Broadcast",
+                                             "Compare with the Fold-Down", "Adjust…"}));
     choose("Upmix", 3);  // after Off, the separator and Music
+    loop.advance(0);
     EXPECT_EQ(player.listening().upmix(), (UpmixSettings{true, UpmixPreset::film, params(UpmixPreset::film)}));
     EXPECT_TRUE(shows("Upmix: Film"));
     EXPECT_FALSE(named(view, "Listen: M/S decode")->isEnabled()) << "an upmix doesn't hear it";
@@ -95,6 +99,67 @@ TEST_F(PlayerViewTest, MenusChooseAndShowTheChoice) {
     choose("Output profile", 1);
     EXPECT_FALSE(shows("Upmix: Film")) << "two speakers have nothing to fill";
     EXPECT_TRUE(named(view, "Listen: M/S decode")->isEnabled());
+}
+
+TEST_F(PlayerViewTest, TheUpmixPanelShapesTheUpmixAndKeepsIt) {
+    ASSERT_TRUE(load(file("two.wav", 2)));
+    player.upmix().choose("film");
+    loop.advance(0);
+    view.showUpmixPanel();
+    auto* panel = view.findChild<UpmixPanel*>();
+    ASSERT_TRUE(panel);
+    const auto now = [&] { return player.upmix().now().params; };
+    auto* ambience = named<ValueSlider>(*panel, "Ambience");
+    QTest::keyClick(ambience, Qt::Key_Right);
+    QTest::keyClick(ambience, Qt::Key_Right);
+    EXPECT_DOUBLE_EQ(now().ambienceDB, 3);
+    loop.advance(0);
+    EXPECT_TRUE(shows("Upmix: Film (changed)"));
+    for (const bool mouse : {true, false}) {
+        player.upmix().edit({.stage = 45});
+        loop.advance(0);
+        auto* stage = named<ValueSlider>(*panel, "Front stage");
+        mouse ? QTest::mouseDClick(stage, Qt::LeftButton) : QTest::keyClick(stage, Qt::Key_Delete);
+        EXPECT_EQ(now().stage, 30) << "the preset's value";
+        QTest::mouseRelease(stage, Qt::LeftButton);
+    }
+    // A preset's value that the slider can't show comes back all the same.
+    player.upmix().choose("speech");
+    loop.advance(0);
+    auto* heights = named<ValueSlider>(*panel, "Heights");
+    QTest::keyClick(heights, Qt::Key_End);
+    EXPECT_EQ(now().heightDB, 6);
+    QTest::keyClick(heights, Qt::Key_Delete);
+    EXPECT_EQ(now().heightDB, -80);
+    EXPECT_TRUE(named(*panel, "Surround delay")->isEnabled());
+    player.upmix().choose("broadcast");
+    loop.advance(0);
+    EXPECT_FALSE(named<ValueSlider>(*panel, "Surround delay")->isEnabled()) << "an exact fold-down has no delays";
+
+    const QString name = "A very long name of a preset & of the bed that it was made for, with everything in it";
+    const auto keep = [&](int entry) {
+        auto* menu = named<MenuButton>(*panel, "Keep")->menu();
+        Q_EMIT menu->aboutToShow();
+        menu->actions().at(entry)->trigger();
+        loop.advance(0);
+    };
+    panel->askName = [&](auto&, auto&) { return std::optional<QString>("Film"); };
+    keep(1);
+    EXPECT_TRUE(named<QLabel>(*panel, "Note")->text().contains("built-in"));
+    EXPECT_TRUE(player.upmix().own().empty());
+    const int narrow = named<MenuButton>(view, "Upmix")->sizeHint().width();
+    panel->askName = [&](auto&, auto&) { return std::optional(name); };
+    keep(1);
+    EXPECT_EQ(player.upmix().now().own, name.toStdString());
+    EXPECT_LT(named<MenuButton>(view, "Upmix")->sizeHint().width(), narrow + 200) << "a long name is cut";
+    EXPECT_TRUE(entries("Upmix").filter("*A very long").size() == 1);
+    panel->confirm = [](auto&, auto&) { return false; };
+    keep(3);
+    EXPECT_EQ(player.upmix().own().size(), 1U);
+    panel->confirm = [](auto&, auto&) { return true; };
+    keep(3);
+    EXPECT_TRUE(player.upmix().own().empty());
+    panel->close();
 }
 
 TEST_F(PlayerViewTest, AnOverrideIsShownWithAWayBack) {

@@ -158,6 +158,69 @@ TEST(Upmixer, ACoherentSourceKeepsItsPowerAndItsSide) {
     }
 }
 
+// Power of the direct part and of all, over all outputs, in the hops after the first 20.
+std::pair<double, double> measuredPowers(const Planes& in, const UpmixParams& p, LayoutID room = LayoutID::l714) {
+    const auto upmixer = upmixerFor({{L, R}, speakers(room), p});
+    mn_upmix_measure(upmixer->raw(), 1);
+    double direct = 0;
+    double all = 0;
+    for (size_t from = 0; from + 1536 <= frames; from += 1536) {
+        const float* const planes[] = {in[0].data() + from, in[1].data() + from};
+        mn_upmix_process(upmixer->raw(), planes, 1536, nullptr);
+        for (int i = 0; i < upmixer->outChannels(); ++i) {
+            const auto d = double(mn_upmix_take_direct(upmixer->raw(), i));
+            const auto a = double(mn_upmix_take_ambience(upmixer->raw(), i));
+            if (from < 20 * 256) { continue; }
+            direct += d * d;
+            all += d * d + a * a;
+        }
+    }
+    return {direct, all};
+}
+
+TEST(Upmixer, TheSplitKnowsDirectSoundFromDiffuseAndAntiphaseSound) {
+    const Planes diffuse = noises(2, 9);
+    const Planes centre(2, diffuse[0]);
+    Planes opposite = centre;
+    for (float& x : opposite[1]) { x = -x; }
+    for (const UpmixPreset preset : allUpmixPresets) {
+        UpmixParams p = params(preset);
+        p.lfe = UpmixParams::LFEMode::off;
+        const auto [noDirect, all] = measuredPowers(opposite, p);
+        EXPECT_EQ(noDirect, 0) << rawValue(preset);
+        EXPECT_GT(all, 0);
+        const auto [direct, both] = measuredPowers(centre, p);
+        EXPECT_LT(ratioDb(both - direct, both), -100) << rawValue(preset);
+        // A greater focus takes more for direct, as it should.
+        const auto [little, whole] = measuredPowers(diffuse, p);
+        EXPECT_LT(ratioDb(little, whole), p.focus > 1 ? -20 : -25) << rawValue(preset);
+    }
+}
+
+// The power of a tone in a plane's last 8000 samples, a whole number of its periods.
+double tonePower(const std::vector<float>& plane, double hz) {
+    std::complex<double> sum = 0;
+    for (size_t i = plane.size() - 8000; i < plane.size(); ++i) {
+        sum += double(plane[i]) * std::polar(1.0, 2 * std::numbers::pi * hz * double(i) / 48000);
+    }
+    return std::norm(sum / 4000.0) / 2;
+}
+
+TEST(Upmixer, TonesThatPlayAtOnceStayOnTheirSides) {
+    const SpeakerList& room = speakers(LayoutID::l51);
+    UpmixParams p = params(UpmixPreset::film);
+    p.lfe = UpmixParams::LFEMode::off;
+    const Planes in = {test::sine(frames, 1000, 48000, 0.5), test::sine(frames, 3000, 48000, 0.5)};
+    const Planes out = upmixed(*upmixerFor({{L, R}, room, p}), in);
+    double leaks = 0;
+    for (size_t i = 0; i < room.size(); ++i) {
+        if (room[i] != L) { leaks += tonePower(out[i], 1000); }
+        if (room[i] != R) { leaks += tonePower(out[i], 3000); }
+    }
+    EXPECT_LT(ratioDb(leaks, 0.125 * 2), -55);
+    EXPECT_NEAR(ratioDb(tonePower(out[0], 1000), 0.125), 0, 0.05);
+}
+
 // From 300 Hz to 2 kHz, where no high-pass or bass send reaches.
 double bandPower(const Planes& planes) {
     constexpr int size = 16384;

@@ -183,6 +183,7 @@ void from_json(const Json& json, UpmixParams& params) {
 
 void to_json(Json& json, const UpmixSettings& settings) {
     json = {{"enabled", settings.enabled}, {"preset", rawValue(settings.preset)}, {"params", settings.params}};
+    if (!settings.own.empty()) { json["own"] = settings.own; }
 }
 
 void from_json(const Json& json, UpmixSettings& settings) {
@@ -191,6 +192,7 @@ void from_json(const Json& json, UpmixSettings& settings) {
     if (const auto preset = json.find("preset"); preset != json.end() && preset->is_string()) {
         settings.preset = upmixPresetFromRaw(preset->get_ref<const std::string&>()).value_or(UpmixPreset::music);
     }
+    if (const auto own = json.find("own"); own != json.end() && own->is_string()) { settings.own = *own; }
     const auto stored = json.find("params");
     settings.params =
         stored != json.end() && stored->is_object() ? stored->get<UpmixParams>() : params(settings.preset);

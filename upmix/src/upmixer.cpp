@@ -29,6 +29,7 @@ std::shared_ptr<const UpmixPlanStorage> Upmixer::apply(const UpmixRequest& reque
     auto storage = std::make_shared<const UpmixPlanStorage>(UpmixPlanner::plan(request, transform_));
     mn_upmix_set_plan(raw(), storage->pointer());
     request_ = request;
+    ++plans_;
     return std::exchange(storage_, std::move(storage));
 }
 

@@ -19,10 +19,11 @@
 namespace brindlehum {
 
 struct BarProfile {
-    std::vector<float> rms;  // one per bar
-    float activeLevel = 0;   // level of the music while it plays
-    int musicStartBar = 0;   // the first bar of music
-    int musicEndBar = 0;     // one past the last
+    std::vector<float> rms;         // one per bar
+    std::vector<float> lineLevels;  // level right before each boundary
+    float activeLevel = 0;          // level of the music while it plays
+    int musicStartBar = 0;          // the first bar of music
+    int musicEndBar = 0;            // one past the last
 };
 
 // How alike two bars are, at most 1; symmetric, so that one value serves both orders of a pair.
@@ -41,12 +42,23 @@ private:
     static size_t indexOf(int i, int j) { return i <= j ? index(size_t(i), size_t(j)) : index(size_t(j), size_t(i)); }
 };
 
+namespace Structure {
+
+struct BarFeature {
+    SpectralFrames::Chroma chroma{};  // unit length, or zeros
+    SpectralFrames::Bands bands{};    // compressed; unit length, or zeros
+    float db = 0;
+};
+
+}  // namespace Structure
+
 struct StructureResult {
     BarProfile profile;
     Pins pins;
     std::optional<int> fadeStart;  // the boundary from which the piece fades out while it plays on
     SimilarityMatrix similarity;
-    std::vector<double> novelty;  // one per boundary, 0 to 1
+    std::vector<Structure::BarFeature> beatFeatures;  // one per beat of the grid, up to the next one
+    std::vector<double> novelty;                      // one per boundary, 0 to 1
     std::vector<LoopCandidate> loopCandidates;
     std::vector<LoopCandidate> exitCandidates;
     std::vector<std::string> notes;  // remarks for the user, in the order they were made
@@ -63,12 +75,9 @@ StructureResult analyze(const SignalView& mono, double sr, const MusicGrid& grid
 
 BarProfile profile(const SignalView& mono, double sr, std::span<const double> bounds);
 
-struct BarFeature {
-    SpectralFrames::Chroma chroma{};  // unit length, or zeros
-    SpectralFrames::Bands bands{};    // compressed; unit length, or zeros
-    float db = 0;
-};
 std::vector<BarFeature> barFeatures(const SpectralFrames& frames, std::span<const double> bounds);
+// How alike two bars, or two beats, sound: at most 1.
+double alike(const BarFeature& a, const BarFeature& b);
 SimilarityMatrix similarity(std::span<const BarFeature> features);
 
 // How much the music changes at each boundary; the largest value is 1. Uses a checkerboard kernel of `half` bars on

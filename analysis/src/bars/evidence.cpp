@@ -169,6 +169,7 @@ std::vector<Hypothesis> hypotheses(const Pulse& pulse, size_t index, const Sound
     std::vector<Hypothesis> out;
     for (const int beatsPerBar : meters) {
         for (int place = 0; place < beatsPerBar; ++place) {
+            if ((pulse.from + size_t(place)) % size_t(beatsPerBar) >= pulse.beats.size()) { continue; }
             out.push_back({index, beatsPerBar, place, shared});
             addBarEvidence(out.back(), pulse, values, sound);
         }

@@ -50,7 +50,7 @@ struct Hypothesis {
     int place = 0;  // below beatsPerBar
     EvidenceRow evidence{};
 };
-// One for every meter in `meters` and every place of its bar line.
+// One for every meter in `meters` and every place of its bar line that has one in the piece.
 std::vector<Hypothesis> hypotheses(const Pulse& pulse, size_t index, const Sound& sound, std::span<const int> meters);
 
 // 1 less the cosine between the means of the `reach` seconds before and after `t`, each 30 ms away from it; 0 where

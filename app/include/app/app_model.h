@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,6 +15,7 @@
 #include "app/instance_link.h"
 #include "app/piece_bars.h"
 #include "app/temp_edit_batch.h"
+#include "editor/model/editor_model.h"
 #include "library/model/library_model.h"
 #include "mix/engine/playback_engine.h"
 #include "mix/engine/speaker_test.h"
@@ -37,7 +39,7 @@ public:
     // Loads the first file of this start or a later one, or shows it if it is a folder; says what was wrong with the
     // arguments, and shows the main window.
     void open(const StartRequest& request);
-    // Opens a window by its id ("main", "settings") and brings the application to the front.
+    // Opens a window by its id ("main", "editor", "settings") and brings the application to the front.
     void openWindow(const std::string& id);
     // The windows set this once they exist.
     std::function<void(const std::string& id)> openWindowAction;
@@ -48,6 +50,11 @@ public:
     void addLibraryFolder();
     // Adds folders to the library and shows the first one.
     void addLibraryFolders(const std::vector<std::filesystem::path>& folders);
+
+    // Opens the file in the editor, or only shows it without one.
+    void openEditor(const std::optional<std::filesystem::path>& file);
+    // The window sets this: it asks before unsaved edits would be lost.
+    std::function<void(const std::filesystem::path& file)> openInEditorAction;
 
     // Makes the temp edits of the audio files among `files` in the background; the player's message shows the progress.
     void makeTempEdits(const std::vector<std::filesystem::path>& files) { tempEdits_.make(files); }
@@ -62,6 +69,7 @@ public:
     const PlaybackEngine& engine() const { return engine_; }  // read only; a seat controls playback
     PlayerModel& player() { return player_; }
     LibraryModel& library() { return library_; }
+    EditorModel& editor() { return editor_; }
     SpeakerTest& speakerTest() { return speakerTest_; }
     TempEditBatch& tempEdits() { return tempEdits_; }
     ControlServer& control() { return control_; }
@@ -81,6 +89,7 @@ private:
     PlaybackEngine engine_;
     ControlServer control_;
     PlayerModel player_;
+    EditorModel editor_;
     SpeakerTest speakerTest_;
     LibraryModel library_;
     TempEditBatch tempEdits_;

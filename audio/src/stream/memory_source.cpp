@@ -1,10 +1,9 @@
-// MemorySource: plays channels from memory and mixes a metronome into the first two.
+// MemorySource: plays a sound from memory, with a metronome in a channel of its own.
 #include "audio/stream/memory_source.h"
 
 #include <algorithm>
 #include <cmath>
 #include <numbers>
-#include <stdexcept>
 
 namespace brindlehum {
 
@@ -26,56 +25,47 @@ std::vector<float> clickSound(double sampleRate, double amplitude, double hz, do
 
 }  // namespace
 
-MemorySource::MemorySource(std::vector<std::vector<float>> channels, double sampleRate, std::vector<Click> clicks)
-    : channels_(std::move(channels)),
+MemorySource::MemorySource(Sound sound, double sampleRate, std::optional<std::vector<Click>> clicks)
+    : sound_(std::move(sound)),
       sampleRate_(sampleRate),
-      clicks_(std::move(clicks)),
+      hasClicks_(clicks.has_value()),
+      clicks_(std::move(clicks).value_or(std::vector<Click>{})),
       tick_(clickSound(sampleRate, 0.5, 1000, 90)),
       tock_(clickSound(sampleRate, 0.8, 1600, 70)) {
-    for (const std::vector<float>& channel : channels_) {
-        if (channel.size() != channels_[0].size()) { throw std::invalid_argument("channels of unequal length"); }
-    }
     std::ranges::stable_sort(clicks_, {}, &Click::frame);
 }
 
 ProcessingFormat MemorySource::processingFormat() const {
-    ProcessingFormat format{sampleRate_, std::max(int(channels_.size()), 1), {}};
+    ProcessingFormat format{sampleRate_, std::max(sound_.channels() + (hasClicks_ ? 1 : 0), 1), {}};
     if (format.channels > 2) { format.layout = ChannelLayout{discreteInOrder | uint32_t(format.channels), 0, {}}; }
     return format;
-}
-
-int64_t MemorySource::length() const {
-    return channels_.empty() ? 0 : int64_t(channels_[0].size());
 }
 
 int MemorySource::read(float* const* planes, int planeCount, int64_t position, int frames) {
     if (position < 0 || planeCount < 1) { return 0; }
     const int count = int(std::min<int64_t>(length() - position, frames));
     if (count < 1) { return 0; }
-    for (int plane = 0; plane < planeCount; ++plane) {
-        const bool given = size_t(plane) < channels_.size();
-        if (given) {
-            std::copy_n(channels_[size_t(plane)].begin() + position, count, planes[plane]);
-        } else {
-            std::fill_n(planes[plane], count, 0.0F);
+    for (int c = 0; c < planeCount; ++c) {
+        const std::span plane(planes[c], size_t(count));
+        if (c < sound_.channels()) {
+            sound_.track(c).read(position, plane);
+            continue;
         }
+        std::ranges::fill(plane, 0.0F);
+        if (hasClicks_ && c == sound_.channels()) { addClicks(plane, position); }
     }
-    addClicks(planes, std::min(planeCount, 2), position, count);
     return count;
 }
 
-void MemorySource::addClicks(float* const* planes, int planeCount, int64_t position, int frames) const {
+void MemorySource::addClicks(std::span<float> plane, int64_t position) const {
     const auto length = int64_t(tick_.size());
+    const int64_t end = position + int64_t(plane.size());
     auto click = std::partition_point(clicks_.begin(), clicks_.end(),
                                       [&](const Click& each) { return each.frame < position - length; });
-    for (; click != clicks_.end() && click->frame < position + frames; ++click) {
+    for (; click != clicks_.end() && click->frame < end; ++click) {
         const std::vector<float>& sound = click->accent ? tock_ : tick_;
-        const int64_t from = std::max(click->frame, position);
-        const int64_t to = std::min(click->frame + length, position + frames);
-        for (int plane = 0; plane < planeCount; ++plane) {
-            for (int64_t frame = from; frame < to; ++frame) {
-                planes[plane][frame - position] += sound[size_t(frame - click->frame)];
-            }
+        for (int64_t at = std::max(click->frame, position); at < std::min(click->frame + length, end); ++at) {
+            plane[size_t(at - position)] += sound[size_t(at - click->frame)];
         }
     }
 }

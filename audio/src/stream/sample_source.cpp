@@ -15,6 +15,17 @@ int MemorySamples::read(int64_t position, int limit, const float** planes) {
     return int(std::min<int64_t>(limit, frames() - position));
 }
 
+int SoundSamples::read(int64_t position, int limit, const float** planes) {
+    if (position < 0 || position >= frames()) { return 0; }
+    const int count = int(std::min<int64_t>(limit, frames() - position));
+    for (size_t c = 0; c < block_.size(); ++c) {
+        block_[c].resize(size_t(count));
+        sound_.track(int(c)).read(position, block_[c]);
+        planes[c] = block_[c].data();
+    }
+    return count;
+}
+
 FileSamples::FileSamples(const std::filesystem::path& path, const std::function<bool()>& stop)
     : file_(AudioFile::open(path, stop)), block_(size_t(file_->facts().channels)), planes_(block_.size()) {}
 FileSamples::~FileSamples() = default;

@@ -18,6 +18,7 @@ enum class ErrorKind {
     noBinaural = 30,
     noUpmix = 31,
     tooLargeToLoad = 40,
+    tooLong = 50,  // for the editor
     notEmbeddable = 70,
     notWritableWav = 71,
     tooLargeForRiff = 72,

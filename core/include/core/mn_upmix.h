@@ -75,4 +75,13 @@ void mn_upmix_reset(mn_upmix* upmix) noexcept;
 // Real-time safe; the same bits for any division into calls.
 void mn_upmix_process(mn_upmix* upmix, const float* const* inputs, int32_t frames, float* const* outputs) noexcept;
 
+// For a picture of what a plan does. While the measuring is on (not at first), one hop in six is measured; a hop that
+// is costs about half as much again. Any thread.
+void mn_upmix_measure(mn_upmix* upmix, int32_t on) noexcept;
+// The greatest RMS level, 1 at full scale, that a measured hop gave this output of the direct parts, or of the
+// ambience, since the last take. Routes and the bass send count as direct. Before delays and `main_hp`. Control side,
+// one thread.
+float mn_upmix_take_direct(mn_upmix* upmix, int32_t output) noexcept;
+float mn_upmix_take_ambience(mn_upmix* upmix, int32_t output) noexcept;
+
 }  // extern "C"

@@ -11,24 +11,28 @@
 #include <span>
 #include <vector>
 
+#include "dsp/sound.h"
+
 namespace brindlehum::EditOps {
 
 using Channels = std::vector<std::vector<float>>;
 
-// Cuts.
+// Cuts of a document. They share its samples: a cut costs a look at its pieces, whatever its length.
+Sound slice(const Sound& sound, int64_t start, int64_t end);
+// The sound without the range.
+Sound splice(const Sound& sound, int64_t start, int64_t end);
+// Inserts a clip before frame `at`. Channels that the clip lacks get silence as long as the clip; a clip without
+// channels changes nothing.
+Sound insert(const Sound& sound, int64_t at, const Sound& clip);
+Sound silence(const Sound& sound, int64_t start, int64_t end);
+// Replaces the range by a sound with at least one channel, of any length; its first channel serves for missing ones.
+Sound replaceRegion(const Sound& sound, int64_t start, int64_t end, const Sound& with);
+// Every channel becomes the mean of all channels in the range. Copies the range.
+Sound monoFold(const Sound& sound, int64_t start, int64_t end);
+// Swaps the first two channels in the range; a sound with fewer than two channels stays unchanged.
+Sound swapLR(const Sound& sound, int64_t start, int64_t end);
+
 Channels slice(const Channels& channels, int64_t start, int64_t end);
-// The channels without the range.
-Channels splice(const Channels& channels, int64_t start, int64_t end);
-// Inserts a clip before frame `at`. Channels that the clip lacks get silence as long as the clip's first channel; an
-// empty clip changes nothing.
-Channels insert(const Channels& channels, int64_t at, const Channels& clip);
-Channels silence(const Channels& channels, int64_t start, int64_t end);
-// Replaces the range by audio with at least one channel, of any length; its first channel serves for missing ones.
-Channels replaceRegion(const Channels& channels, int64_t start, int64_t end, const Channels& with);
-// Every channel becomes the mean of all channels in the range.
-Channels monoFold(const Channels& channels, int64_t start, int64_t end);
-// Swaps the first two channels in the range; audio with fewer than two channels stays unchanged.
-Channels swapLR(const Channels& channels, int64_t start, int64_t end);
 
 // Second-order filter; the coefficients are divided by a0.
 struct Biquad {
@@ -41,7 +45,7 @@ struct Biquad {
 // passes everything and the high-pass nothing.
 Biquad highPass(double hz, double sr);
 Biquad lowPass(double hz, double sr);
-Channels hiPass200(const Channels& channels, double sr);
+Sound hiPass200(const Sound& sound, double sr);  // copies one channel at a time
 
 // The linear convolution, n + m - 1 samples at unity gain; empty when either side is empty or the result is too long
 // for a transform. Within -120 dB of the direct sum. Costs O((n + m) log min(n, m)).
@@ -61,6 +65,7 @@ std::vector<float> hallIR(double sr, double seconds);
 inline constexpr const char* topAndTailsDescription = "50 ms fade-in at the head, 1 s fade-out at the tail";
 // Fades the whole document: a sine fade in, a cosine fade out. In a short document the fades overlap.
 Channels topAndTails(const Channels& channels, double sr);
+Sound topAndTails(const Sound& sound, double sr);  // shares what lies between the fades
 
 inline constexpr const char* verbTailDescription = "Adds 4 s and rings the selection through an 8 s hall at 30% wet";
 // The selection and its tail, 4 seconds longer than the range: 0.7 dry plus 0.3 through one hall for all channels.

@@ -1,4 +1,4 @@
-// EditPlan: one version of a piece of music as a list of whole bars. Plain values, no audio.
+// EditPlan: one version of a piece of music as a list of its bars. Plain values, no audio.
 #pragma once
 
 #include <cstdint>
@@ -21,6 +21,8 @@ struct EditPlan {
     struct Span {
         int64_t start = 0;
         int64_t end = 0;
+        int64_t pause = 0;  // frames of silence before it
+        int beat = 1;       // of its bar on which it starts; 1 for a bar line
         bool operator==(const Span&) const = default;
     };
 
@@ -34,6 +36,7 @@ struct EditPlan {
     std::string map;             // for the user, in bar numbers from 1
     double quality = 1;          // 0 to 1: how well the worst splice matches; 1 without a splice
     bool carryLoopTail = false;  // the loop's ring-out is added to its start
+    int64_t padFrames = 0;       // of silence behind the sound, up to the length asked for
 };
 
 // "piece", "loop", "cutdown", "extended", "backtimed".

@@ -13,7 +13,8 @@ namespace brindlehum::TempEditRenderer {
 //
 // Spans that don't follow each other in the source are joined by an equal-power crossfade. It fades in the source's
 // samples before the later span and ends on that span's first frame, so nothing after a splice moves, and the total
-// length is the sum of the spans. A loop is made to wrap.
+// length is the sum of the spans. Before a pause the sound fades out within 80 ms, and the span behind it fades in by
+// the crossfade, to its full level on its first frame. A loop is made to wrap.
 std::vector<std::vector<float>> render(const EditPlan& plan, const std::vector<std::vector<float>>& channels,
                                        double sampleRate, const TempEditOptions& options);
 

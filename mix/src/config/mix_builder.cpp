@@ -62,25 +62,29 @@ MixConfig speakerConfig(const SourceFormat& source, int channels, const OutputPr
 
 }  // namespace
 
+std::optional<SpeakerList> upmixRoom(const SourceFormat& source, int channels, const OutputProfile& profile) {
+    const SpeakerList* list = source.asSpeakers();
+    if (!list || int(list->size()) != channels || channels > mn_upmix_max_in) { return std::nullopt; }
+    const bool headphones = profile.kind == OutputProfile::Kind::headphones;
+    const SpeakerList& target = speakers(headphones ? LayoutID::l714 : profile.layout);
+    return UpmixPlanner::applies(*list, target) ? std::optional(target) : std::nullopt;
+}
+
 MixConfig config(const SourceFormat& source, int channels, const OutputProfile& profile, int deviceChannels,
                  ListenMode listen, const Rotation& rotation, bool monoToCenter,
                  const std::optional<UpmixSettings>& upmix) {
     const bool headphones = profile.kind == OutputProfile::Kind::headphones;
     const SpeakerList* list = source.asSpeakers();
 
-    // The processor takes no wider source.
-    if (upmix && upmix->enabled && list && int(list->size()) == channels && channels <= mn_upmix_max_in) {
-        // On headphones the upmix plays in a virtual 7.1.4 room.
-        const SpeakerList& target = speakers(headphones ? LayoutID::l714 : profile.layout);
-        if (UpmixPlanner::applies(*list, target)) {
-            const auto room = SourceFormat::speakers(target);
-            const int outs = int(target.size());
-            MixConfig config = headphones ? binauralConfig(room, outs, profile, rotation)
-                                          : speakerConfig(room, outs, profile, std::max(deviceChannels, 1),
-                                                          ListenMode::normal, {}, monoToCenter);
-            config.upmix = UpmixRequest{*list, target, upmix->params};
-            return config;
-        }
+    const auto target = upmix && upmix->enabled ? upmixRoom(source, channels, profile) : std::nullopt;
+    if (target) {
+        const auto room = SourceFormat::speakers(*target);
+        const int outs = int(target->size());
+        MixConfig config = headphones ? binauralConfig(room, outs, profile, rotation)
+                                      : speakerConfig(room, outs, profile, std::max(deviceChannels, 1),
+                                                      ListenMode::normal, {}, monoToCenter);
+        config.upmix = UpmixRequest{*list, *target, upmix->params};
+        return config;
     }
 
     const int device = std::max(deviceChannels, 1);

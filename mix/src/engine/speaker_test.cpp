@@ -77,9 +77,9 @@ void SpeakerTest::play(const std::optional<std::string>& deviceUID, const Speake
         if (speaker.channel >= 0 && speaker.channel < config.rows) {
             config.matrix[size_t(speaker.channel)] = float(std::pow(10.0, speaker.trimDb / 20));
         }
-        std::vector<std::vector<float>> planes{std::move(ident)};
-        auto reader = std::make_shared<StreamReader>(std::make_unique<MemorySource>(std::move(planes), rate), rate, 0,
-                                                     length, false, 0, length);
+        const std::vector<std::vector<float>> planes{std::move(ident)};
+        auto reader = std::make_shared<StreamReader>(std::make_unique<MemorySource>(planes, rate), rate, 0, length,
+                                                     false, 0, length);
         reader->fillOnce();
         seat_.setConfig(config);
         seat_.play(std::move(reader), 0);

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "base/path.h"
+#include "upmix/upmix_presets.h"
 
 namespace brindlehum {
 namespace {
@@ -69,7 +70,7 @@ Exporter::Request DragOut::unbound() const {
             .monoToCenter = settings.monoToCenter,
             .folder = settings.pulls(),
             .upmix = upmix.params,
-            .upmixName = std::string(displayName(upmix.preset)),
+            .upmixName = presetName(upmix),
             .loop = transport_.loop(),
             .asFloat = settings.pullsAsFloat};
 }

@@ -1,6 +1,8 @@
 // ListeningMix: the mix of a snapshot, and the fold-down that replaces an unavailable binaural one.
 #include "mix/player/listening_mix.h"
 
+#include <cmath>
+
 #include "mix/config/mix_builder.h"
 
 namespace brindlehum {
@@ -21,13 +23,26 @@ MixConfig through(const OutputProfile& profile, const ListeningSnapshot& snapsho
                               snapshot.monoToCenter, snapshot.upmix);
 }
 
-}  // namespace
-
-ListeningMix listeningMix(const ListeningSnapshot& snapshot) {
+ListeningMix mixOf(const ListeningSnapshot& snapshot) {
     ListeningMix mix{through(snapshot.profile, snapshot)};
     if (mix.config.toBinaural && snapshot.binauralMissing) {
         mix = {through(stereoOnEars(snapshot.profile), snapshot), true};
     }
+    return mix;
+}
+
+}  // namespace
+
+ListeningMix listeningMix(const ListeningSnapshot& snapshot) {
+    if (!snapshot.comparison) { return mixOf(snapshot); }
+    ListeningSnapshot heard = snapshot;
+    if (snapshot.comparison->plain) {
+        heard.upmix.enabled = false;
+        heard.listen = ListenMode::normal;
+    }
+    ListeningMix mix = mixOf(heard);
+    const auto gain = float(std::pow(10, snapshot.comparison->gainDb / 20));
+    for (float& g : mix.config.matrix) { g *= gain; }
     return mix;
 }
 

@@ -3,14 +3,14 @@
 
 #include <cmath>
 
+#include "mix/config/mix_builder.h"
 #include "mix/config/speaker_map.h"
-#include "upmix/upmix_planner.h"
 
 namespace brindlehum {
 
-ListeningSetup::ListeningSetup(EngineSeat& seat, SettingsStore& settings, const LoadedSound& sound,
+ListeningSetup::ListeningSetup(EngineSeat& seat, SettingsStore& settings, MainLoop& loop, const LoadedSound& sound,
                                PlayerMessage& message)
-    : seat_(seat), settings_(settings), sound_(sound), message_(message), upmix_(settings.value().upmix) {
+    : seat_(seat), settings_(settings), loop_(loop), sound_(sound), message_(message), upmix_(settings.value().upmix) {
     watching_ = devices().watch([this] { Q_EMIT outputsChanged(); });
 }
 
@@ -27,12 +27,16 @@ void ListeningSetup::chooseFirstProfile() {
     if (fitting) { selectProfile(UUID(fitting->id)); }
 }
 
-bool ListeningSetup::canUpmix() const {
-    const auto format = sound_.source();
-    const SpeakerList* list = format ? format->asSpeakers() : nullptr;
-    if (!list || int(list->size()) != sound_.info()->channels) { return false; }
+std::optional<SpeakerList> ListeningSetup::upmixRoom() const {
+    const auto source = sound_.source();
+    return source ? MixBuilder::upmixRoom(*source, sound_.info()->channels, profile()) : std::nullopt;
+}
+
+UpmixState ListeningSetup::upmixState() const {
+    if (!upmixRoom()) { return UpmixState::impossible; }
+    if (!upmix_.enabled) { return UpmixState::off; }
     const bool headphones = profile().kind == OutputProfile::Kind::headphones;
-    return UpmixPlanner::applies(*list, speakers(headphones ? LayoutID::l714 : profile().layout));
+    return headphones && seat_.engine().binauralMissing() ? UpmixState::unheard : UpmixState::on;
 }
 
 std::optional<ListeningSnapshot> ListeningSetup::snapshot() const {
@@ -47,7 +51,8 @@ std::optional<ListeningSnapshot> ListeningSetup::snapshot() const {
                              rotation_,
                              monoToCenter(),
                              upmix_,
-                             engine.binauralMissing()};
+                             engine.binauralMissing(),
+                             comparison_};
 }
 
 void ListeningSetup::publish() {
@@ -75,7 +80,22 @@ void ListeningSetup::setRotation(const Rotation& rotation) {
 void ListeningSetup::setUpmix(const UpmixSettings& upmix) {
     if (upmix == upmix_) { return; }
     upmix_ = upmix;
-    settings_.change([&](AppSettings& s) { s.upmix = upmix; });
+    comparison_.reset();
+    if (!settling_) {
+        settling_ = loop_.after(0, [this] { settleUpmix(); });
+    }
+}
+
+void ListeningSetup::settleUpmix() {
+    settling_.reset();
+    settings_.change([&](AppSettings& s) { s.upmix = upmix_; });
+    publish();
+    Q_EMIT changed();
+}
+
+void ListeningSetup::setComparison(const std::optional<UpmixComparison>& comparison) {
+    if (comparison == comparison_) { return; }
+    comparison_ = comparison;
     publish();
     Q_EMIT changed();
 }

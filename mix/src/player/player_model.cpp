@@ -10,8 +10,11 @@ PlayerModel::PlayerModel(PlaybackEngine& engine, SettingsStore& settings, MainLo
                      [this] { transport_.seatLost(); }}),
       formats_(settings.defaults()),
       sound_(loader_, loop, pool, formats_),
-      listening_(seat_, settings, sound_, message_),
-      transport_(seat_, loader_, loop, sound_, listening_, message_, std::move(open)),
+      listening_(seat_, settings, loop, sound_, message_),
+      transport_(seat_, loader_, loop, sound_, listening_, message_, open),
+      upmix_(listening_, settings),
+      compare_(engine, listening_, sound_, transport_, message_, loop, std::move(open)),
+      upmixLevels_(engine, listening_, transport_, loop),
       dragOut_(sound_, transport_, listening_, settings, formats_, message_, loop),
       meter_(engine, settings, loop, transport_),
       loader_(loop, "Brindlehum.loader") {

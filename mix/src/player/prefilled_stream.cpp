@@ -1,5 +1,5 @@
 // Prefills a stream, block by block.
-#include "player/prefilled_stream.h"
+#include "mix/player/prefilled_stream.h"
 
 namespace brindlehum {
 

@@ -7,8 +7,8 @@
 #include "audio/stream/file_source.h"
 #include "base/path.h"
 #include "base/time_text.h"
+#include "mix/player/prefilled_stream.h"
 #include "platform/headless_audio.h"
-#include "player/prefilled_stream.h"
 
 namespace brindlehum {
 

@@ -47,7 +47,14 @@ void ConfigMixer::fade(const Side& before, const Side& after, int32_t frames, co
         return;
     }
     add(before, frames, down, to, upA_);
-    add(after, frames, up, to, upB_);
+    add(begins(before, after) ? Side{after.config, faded({}, after, frames)} : after, frames, up, to, upB_);
+}
+
+// Whether an upmix hears its source for the first time. Its outputs come too late for the ramp of this block, so the
+// source itself must fade in.
+bool ConfigMixer::begins(const Side& before, const Side& after) noexcept {
+    const bool sameSource = before.config != nullptr && before.input.planes == after.input.planes;
+    return after.config != nullptr && after.config->upmix != nullptr && !sameSource;
 }
 
 void ConfigMixer::fadeShared(const Side& before, const Side& after, int32_t frames, const Destination& to) noexcept {

@@ -18,6 +18,7 @@ struct Platform {
     UserDefaults& defaults;
     Session& session;
     std::filesystem::path catalogFile;
+    std::filesystem::path journals = {};  // of unsaved edits; empty: the user's own folder for them
 };
 
 }  // namespace brindlehum

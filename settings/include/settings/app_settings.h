@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "settings/output_profile.h"
-#include "upmix/upmix_params.h"
+#include "upmix/upmix_presets.h"
 
 namespace brindlehum {
 
@@ -25,6 +25,7 @@ struct AppSettings {
     bool tempEditsBesideSource = true;
     bool expertMode = false;
     UpmixSettings upmix;
+    OwnUpmixPresets upmixPresets;
 
     bool operator==(const AppSettings&) const = default;
 

@@ -21,6 +21,7 @@
 #include "ui/player/soundfield_row.h"
 #include "ui/player/source_bar.h"
 #include "ui/player/transport_bar.h"
+#include "ui/player/upmix_panel.h"
 
 namespace brindlehum {
 namespace {
@@ -55,6 +56,7 @@ PlayerView::PlayerView(PlayerModel& player, SettingsStore& settings, WaveformVie
     all->addWidget(soundfield_ = new SoundfieldRow(player.sound(), player.listening()));
     connectDrags();
     connect(&player, &PlayerModel::changed, this, &PlayerView::refresh);
+    connect(&player.compare(), &UpmixCompare::changed, source_, &SourceBar::refresh);
     connect(&settings, &SettingsStore::changed, this, &PlayerView::refresh);
     connect(&player.transport().playhead(), &PlayheadModel::frameChanged, this, &PlayerView::movePlayhead);
     refresh();
@@ -138,10 +140,14 @@ QWidget* PlayerView::makeControls() {
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(16);
     row->addWidget(transport_ = new TransportBar(player_.sound(), player_.transport(), player_.listening(), settings_));
-    row->addWidget(source_ = new SourceBar(player_.sound(), player_.transport(), player_.listening(), player_.dragOut(),
-                                           settings_),
-                   1);
+    row->addWidget(source_ = new SourceBar(player_, settings_), 1);
+    connect(source_, &SourceBar::upmixPanelAsked, this, &PlayerView::showUpmixPanel);
     return bar;
+}
+
+void PlayerView::showUpmixPanel() {
+    if (!upmixPanel_) { upmixPanel_ = new UpmixPanel(player_, settings_, this); }
+    upmixPanel_->bringUp();
 }
 
 // Shows the controls with their texts where there is room, else as icons alone.

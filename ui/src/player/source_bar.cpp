@@ -3,21 +3,21 @@
 
 #include <QHBoxLayout>
 #include <QMenu>
+#include <QStyle>
 #include <algorithm>
 #include <iterator>
 
-#include "mix/player/drag_out.h"
-#include "mix/player/listening_setup.h"
-#include "mix/player/loaded_sound.h"
-#include "mix/player/transport.h"
+#include "mix/player/player_model.h"
 #include "settings/settings_store.h"
 #include "ui/look/elided_label.h"
 #include "ui/look/icons.h"
 #include "ui/look/menu_button.h"
 #include "ui/look/path_text.h"
+#include "ui/look/plain_tool_tip.h"
 #include "ui/look/profile_icon.h"
 #include "ui/player/drag_handle.h"
 #include "ui/player/drag_menu.h"
+#include "ui/player/upmix_menu.h"
 
 namespace brindlehum {
 
@@ -39,24 +39,18 @@ QString listenName(ListenMode mode) {
     return {};
 }
 
-QString textOf(std::string_view text) {
-    return QString::fromUtf8(text.data(), qsizetype(text.size()));
-}
-
-// Says when numbers of the preset were changed.
-QString choiceName(const UpmixSettings& upmix) {
-    return textOf(displayName(upmix.preset)) + (upmix.params == params(upmix.preset) ? "" : " (changed)");
-}
+constexpr auto upmixTip = "Upmix: spread this file over every speaker";
+constexpr int longestChoice = 130;  // logical pixels
 
 }  // namespace
 
-SourceBar::SourceBar(LoadedSound& sound, Transport& transport, ListeningSetup& listening, DragOut& dragOut,
-                     const SettingsStore& settings, QWidget* parent)
+SourceBar::SourceBar(PlayerModel& player, const SettingsStore& settings, QWidget* parent)
     : QWidget(parent),
-      sound_(sound),
-      transport_(transport),
-      listening_(listening),
-      dragOut_(dragOut),
+      sound_(player.sound()),
+      listening_(player.listening()),
+      tuning_(player.upmix()),
+      compare_(player.compare()),
+      dragOut_(player.dragOut()),
       settings_(settings) {
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
@@ -71,7 +65,7 @@ SourceBar::SourceBar(LoadedSound& sound, Transport& transport, ListeningSetup& l
     connect(detect_, &QToolButton::clicked, this, [this] { sound_.setFormatOverride(std::nullopt); });
     listen_ = new MenuButton("Listen", "Monitor mode for stereo files", [this](QMenu& m) { fillListen(m); });
     listen_->setIcon(symbol("listen"));
-    upmix_ = new MenuButton("Upmix", "Upmix: spread this file over every speaker", [this](QMenu& m) { fillUpmix(m); });
+    upmix_ = new MenuButton("Upmix", upmixTip, [this](QMenu& m) { fillUpmix(m); });
     upmix_->setIcon(symbol("upmix"));
     profile_ = new MenuButton("Output profile", "Output profile", [this](QMenu& m) { fillProfiles(m); });
     device_ = new ElidedLabel(Qt::ElideRight);
@@ -124,13 +118,25 @@ void SourceBar::refreshFormat(const SourceFormat& source) {
     detect_->setAccessibleName("Back to Auto (" + detected + ")");
 }
 
-// An upmix takes both channels as they are: a listen mode would do nothing.
+// Shows with an icon alone, too, whether the upmix is on. An upmix takes both channels as they are: a listen mode would
+// do nothing.
 void SourceBar::refreshUpmix(bool loaded) {
-    const bool can = loaded && listening_.canUpmix();
-    const UpmixSettings& upmix = listening_.upmix();
-    upmix_->setVisible(can);
-    upmix_->setChoice(upmix.enabled ? choiceName(upmix) : "Off");
-    listen_->setEnabled(!can || !upmix.enabled);
+    const UpmixState state = loaded ? listening_.upmixState() : UpmixState::impossible;
+    const bool runs = state == UpmixState::on;
+    const QString choice = upmixChoice(tuning_);
+    const QString problem = upmixProblem(listening_);
+    const QString shown = compare_.isPlain() ? "Off (comparing)" : choice;
+    upmix_->setVisible(state != UpmixState::impossible);
+    upmix_->setChoice(choice);
+    upmix_->setText(upmix_->fontMetrics().elidedText(shown, Qt::ElideRight, longestChoice).replace('&', "&&"));
+    upmix_->setToolTip(plainToolTip((problem.isEmpty() ? QString(upmixTip) : problem) + "\nNow: " + choice));
+    const bool unheard = state == UpmixState::unheard;
+    upmix_->setIcon(unheard ? symbol("warning", SymbolRole::warning) : symbol("upmix"));
+    if (upmix_->property("lit").toBool() != runs) {
+        upmix_->setProperty("lit", runs);
+        upmix_->style()->polish(upmix_);
+    }
+    listen_->setEnabled(!runs);
     listen_->setToolTip(listen_->isEnabled() ? "Monitor mode for stereo files"
                                              : "Monitor modes don't apply while the file is upmixed");
 }
@@ -189,19 +195,13 @@ void SourceBar::fillListen(QMenu& menu) {
 }
 
 void SourceBar::fillUpmix(QMenu& menu) {
-    const UpmixSettings now = listening_.upmix();
-    const auto choose = [this](UpmixSettings upmix) { listening_.setUpmix(upmix); };
-    UpmixSettings off = now;
-    off.enabled = false;
-    addChoice(menu, "Off", !now.enabled, [choose, off] { choose(off); });
+    addUpmixChoices(menu, tuning_);
     menu.addSeparator();
-    menu.setToolTipsVisible(true);
-    for (const UpmixPreset preset : allUpmixPresets) {
-        const UpmixSettings on{true, preset, params(preset)};
-        addChoice(menu, textOf(displayName(preset)), now.enabled && now.preset == preset, [choose, on] {
-            choose(on);
-        })->setToolTip(textOf(description(preset)));
-    }
+    auto* compare = addChoice(menu, "Compare with the Fold-Down", compare_.isPlain() || compare_.isMeasuring(),
+                              [this] { compare_.toggle(); });
+    compare->setEnabled(compare_.isPossible());
+    compare->setToolTip("Plays the plain fold-down, as loud as the upmix");
+    connect(menu.addAction("Adjust…"), &QAction::triggered, this, &SourceBar::upmixPanelAsked);
 }
 
 void SourceBar::fillProfiles(QMenu& menu) {

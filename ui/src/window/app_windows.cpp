@@ -5,6 +5,7 @@
 #include <QLocale>
 
 #include "app/app_model.h"
+#include "ui/editor/editor_window.h"
 #include "ui/inspector/inspector_view.h"
 #include "ui/look/icons.h"
 #include "ui/look/theme_controller.h"
@@ -42,17 +43,35 @@ AppWindows::AppWindows(AppModel& model) : model_(model), theme_(std::make_unique
         chosen(
             chooseLibraryFolders(main_.get(), model_.library().listing().folder().value_or(std::filesystem::path())));
     };
+    model.openInEditorAction = [this](const std::filesystem::path& file) { editor().open(file); };
+    main_->leaveEditor = [this](const std::function<void()>& proceed) {
+        if (model_.editor().document().isDirty()) { open("editor"); }
+        editor().leave(proceed);
+    };
+    if (!model.editor().document().abandoned().empty()) { open("editor"); }
+    QObject::connect(&model.editor().document(), &DocumentModel::abandonedChanged, main_.get(), [this] {
+        if (!model_.editor().document().abandoned().empty()) { open("editor"); }
+    });
     model.openWindowAction = [this](const std::string& id) { open(id); };
     open("main");
 }
 
 AppWindows::~AppWindows() {
     model_.openWindowAction = nullptr;
+    model_.openInEditorAction = nullptr;
     model_.chooseFoldersAction = nullptr;
+}
+
+EditorWindow& AppWindows::editor() {
+    if (!editor_) {
+        editor_ = std::make_unique<EditorWindow>(model_.editor(), model_.settings(), model_.session().fileManager());
+    }
+    return *editor_;
 }
 
 void AppWindows::open(const std::string& id) {
     if (id == "main") { bringUp(*main_); }
+    if (id == "editor") { bringUp(editor()); }
     if (id != "settings") { return; }
     if (!settings_) {
         settings_ = std::make_unique<SettingsWindow>(model_.settings(), model_.library().roots(),

@@ -25,7 +25,7 @@ QLineEdit* addField(QHBoxLayout& row, const QString& caption, int letters) {
 }
 
 // Either decimal sign.
-std::optional<double> numberOf(QString text) {
+std::optional<double> numberOf(const QString& text) {
     bool isNumber = false;
     const double value = QLocale::c().toDouble(text.trimmed().replace(',', '.'), &isNumber);
     return isNumber && std::isfinite(value) ? std::optional(value) : std::nullopt;

@@ -29,6 +29,8 @@ const std::vector<Place>& places() {
         {"Playing",
          {{"Space, Ctrl+Return", "Play or stop"},
           {"Ctrl+L", "Loop the selection, or the whole sound"},
+          {"Ctrl+U", "Compare the upmix with the plain fold-down"},
+          {"Ctrl+Shift+U", "Adjust the upmix"},
           {"Ctrl+Shift+E", "Make temp edits"},
           {"Ctrl+Shift+B", "Set the bars of the loaded piece"}}},
         {"Sounds",

@@ -87,14 +87,17 @@ void fillFile(QMenu* menu, MainWindow& window, AppModel& model) {
     followEdits();
     fillPulls(menu, window, model.player().dragOut());
     menu->addSeparator();
+    auto* editor = add(menu, "Open in Editor", QKeySequence("Ctrl+E"), [&model] {
+        if (const auto& info = model.player().sound().info()) { model.openEditor(info->url); }
+    });
     auto* edits = add(menu, "Make Temp Edits", QKeySequence("Ctrl+Shift+E"), [&model] {
         if (const auto& info = model.player().sound().info()) { model.makeTempEdits({info->url}); }
     });
     auto* bars = add(menu, "Set Bars…", QKeySequence("Ctrl+Shift+B"), [&window, &model] {
         if (const auto& info = model.player().sound().info()) { window.setBars(info->url); }
     });
-    const auto follow = [edits, bars, &model] {
-        for (auto* entry : {edits, bars}) { entry->setEnabled(model.player().sound().info().has_value()); }
+    const auto follow = [edits, bars, editor, &model] {
+        for (auto* entry : {edits, bars, editor}) { entry->setEnabled(model.player().sound().info().has_value()); }
     };
     QObject::connect(&model.player(), &PlayerModel::changed, edits, follow);
     follow();
@@ -191,6 +194,9 @@ void fillMenuBar(MainWindow& window, AppModel& model) {
         [&player] { player.transport().setLoop(!player.transport().loop()); });
     add(playback, "Clear Selection", QKeySequence("Ctrl+D"), [&player] { player.transport().clearSelection(); });
 
+    playback->addSeparator();
+    add(playback, "Compare Upmix with Fold-Down", QKeySequence("Ctrl+U"), [&player] { player.compare().toggle(); });
+    add(playback, "Adjust Upmix…", QKeySequence("Ctrl+Shift+U"), [&window] { window.playerView().showUpmixPanel(); });
     playback->addSeparator();
     auto* outputs = playback->addMenu("Output");
     const auto refill = [outputs, &model, &player] { fillOutputs(*outputs, model.settings(), player.listening()); };

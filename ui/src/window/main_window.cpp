@@ -166,6 +166,7 @@ void MainWindow::connectParts() {
     connect(browser_, &BrowserView::addFolderAsked, &model_, &AppModel::addLibraryFolder);
     browser_->actions().reveal = [this](const auto& files) { model_.session().fileManager().reveal(files); };
     browser_->actions().renameToUCS = [this](const auto& files) { renameToUCS(files); };
+    browser_->actions().openInEditor = [this](const auto& file) { model_.openEditor(file); };
     browser_->actions().makeTempEdits = [this](const auto& files) { model_.makeTempEdits(files); };
     browser_->actions().setBars = [this](const fs::path& file) { setBars(file); };
     connect(&model_.library(), &LibraryModel::messageChanged, this,
@@ -329,7 +330,10 @@ void MainWindow::openPath(const fs::path& path) {
 }
 
 void MainWindow::quit() {
-    inspector_->settleEdits([] { QApplication::quit(); });
+    inspector_->settleEdits([this] {
+        if (!leaveEditor) { return QApplication::quit(); }
+        leaveEditor([] { QApplication::quit(); });
+    });
 }
 
 void MainWindow::renameToUCS(const std::vector<fs::path>& files) {

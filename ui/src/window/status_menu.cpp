@@ -14,6 +14,7 @@ StatusMenu::StatusMenu(AppModel& model, std::function<void()> quit) : model_(mod
     outputs_ = menu_.addMenu("Output");
     menu_.addSeparator();
     menu_.addAction("Show Browser", [&model] { model.openWindow("main"); });
+    menu_.addAction("Show Editor", [&model] { model.openWindow("editor"); });
     menu_.addAction("Settings…", [&model] { model.openWindow("settings"); });
     menu_.addSeparator();
     menu_.addAction("Quit Brindlehum", [quit = std::move(quit)] { quit(); });

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <nlohmann/json_fwd.hpp>
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "audio/speakers/speakers.h"
@@ -57,6 +58,7 @@ struct UpmixSettings {
     bool enabled = false;
     UpmixPreset preset = UpmixPreset::music;
     UpmixParams params = brindlehum::params(UpmixPreset::music);
+    std::string own = {};  // the name of the user's own preset that was chosen; empty for a built-in one
     bool operator==(const UpmixSettings&) const = default;
 };
 

@@ -32,6 +32,7 @@ public:
     int fftSize() const { return transform_.size; }
     int bins() const { return transform_.bins(); }
     const std::optional<UpmixRequest>& request() const { return request_; }
+    int plans() const { return plans_; }  // made so far
 
 private:
     struct Destroy {
@@ -43,6 +44,7 @@ private:
     Processor raw_;
     UpmixTransform transform_;
     std::optional<UpmixRequest> request_;
+    int plans_ = 0;
     std::shared_ptr<const UpmixPlanStorage> storage_;
 };
 

@@ -5,7 +5,10 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <utility>
 #include <vector>
+
+#include "dsp/sound.h"
 
 namespace brindlehum {
 
@@ -36,6 +39,22 @@ public:
 private:
     const std::vector<std::vector<float>>& planes_;
     double sampleRate_;
+};
+
+// A snapshot of a document.
+class SoundSamples : public SampleSource {
+public:
+    SoundSamples(Sound sound, double sampleRate)
+        : sound_(std::move(sound)), sampleRate_(sampleRate), block_(size_t(sound_.channels())) {}
+    double sampleRate() const override { return sampleRate_; }
+    int channels() const override { return sound_.channels(); }
+    int64_t frames() const override { return sound_.frames(); }
+    int read(int64_t position, int limit, const float** planes) override;
+
+private:
+    Sound sound_;
+    double sampleRate_;
+    std::vector<std::vector<float>> block_;  // one array per channel
 };
 
 // A sound file, of which one block at a time is in memory.

@@ -69,6 +69,8 @@ public:
     RenderContext& ctx() { return *ctx_; }
     const RenderContext& ctx() const { return *ctx_; }
     const AudioDevices& devices() const { return devices_; }
+    // Of the published configuration; null without an upmix.
+    const Upmixer* upmixer() const { return upmixer_.get(); }
 
     // The taken seat sets both callbacks. They may take or leave a seat.
     // Called when the device has gone or changed; the next configure opens a device again.

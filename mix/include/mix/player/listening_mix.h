@@ -1,6 +1,8 @@
 // How a sound is heard through a profile, as a pure function of a snapshot.
 #pragma once
 
+#include <optional>
+
 #include "audio/speakers/source_format.h"
 #include "mix/config/mix_config.h"
 #include "settings/output_profile.h"
@@ -8,6 +10,13 @@
 #include "spatial/listen_mode.h"
 
 namespace brindlehum {
+
+// The upmix beside the plain fold-down, made equally loud.
+struct UpmixComparison {
+    bool plain = false;  // the fold-down is heard
+    double gainDb = 0;   // of what is heard
+    bool operator==(const UpmixComparison&) const = default;
+};
 
 // Everything that a mix depends on.
 struct ListeningSnapshot {
@@ -20,6 +29,8 @@ struct ListeningSnapshot {
     bool monoToCenter = true;
     UpmixSettings upmix = {};      // where it applies, `listen` doesn't
     bool binauralMissing = false;  // no HRTF set was found for the device's rate
+    std::optional<UpmixComparison> comparison = {};
+    bool operator==(const ListeningSnapshot&) const = default;
 };
 
 struct ListeningMix {

@@ -14,6 +14,9 @@
 #include "mix/player/output_meter.h"
 #include "mix/player/player_message.h"
 #include "mix/player/transport.h"
+#include "mix/player/upmix_compare.h"
+#include "mix/player/upmix_levels.h"
+#include "mix/player/upmix_tuning.h"
 #include "platform/background.h"
 
 namespace brindlehum {
@@ -29,6 +32,9 @@ public:
     LoadedSound& sound() { return sound_; }
     Transport& transport() { return transport_; }
     ListeningSetup& listening() { return listening_; }
+    UpmixTuning& upmix() { return upmix_; }
+    UpmixCompare& compare() { return compare_; }
+    UpmixLevels& upmixLevels() { return upmixLevels_; }
     DragOut& dragOut() { return dragOut_; }
     PlayerMessage& message() { return message_; }
     OutputMeter& meter() { return meter_; }
@@ -58,6 +64,9 @@ private:
     LoadedSound sound_;
     ListeningSetup listening_;
     Transport transport_;
+    UpmixTuning upmix_;
+    UpmixCompare compare_;
+    UpmixLevels upmixLevels_;
     DragOut dragOut_;
     OutputMeter meter_;
     Background loader_;  // last member, so that its work ends before the parts that it uses are destroyed

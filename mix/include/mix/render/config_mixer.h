@@ -67,6 +67,7 @@ private:
     void add(const Side& side, int32_t frames, const float* ramp, const Destination& to,
              const UpmixPlanes& planes) noexcept;
     void fadeShared(const Side& before, const Side& after, int32_t frames, const Destination& to) noexcept;
+    static bool begins(const Side& before, const Side& after) noexcept;
     bool runUpmix(const Side& side, int32_t frames, float* const* planes) noexcept;
     Input faded(const Side& before, const Side& after, int32_t frames) noexcept;
     const float* rampUp() const noexcept { return storage_.get(); }

@@ -22,6 +22,7 @@ class SoundfieldRow;
 class SourceBar;
 class SymbolLabel;
 class TransportBar;
+class UpmixPanel;
 
 class PlayerView : public QWidget {
     Q_OBJECT
@@ -33,6 +34,8 @@ public:
     ~PlayerView() override;
     // Adds a widget at the end of the message's row; the row is shown while either has something to show.
     void addToMessage(QWidget* widget);
+    // Opens the window with the numbers of the upmix.
+    void showUpmixPanel();
 
 protected:
     bool eventFilter(QObject* object, QEvent* event) override;
@@ -67,6 +70,7 @@ private:
     TransportBar* transport_;
     SourceBar* source_;
     SoundfieldRow* soundfield_;
+    UpmixPanel* upmixPanel_ = nullptr;  // made when first opened
     QWidget* messageRow_;
     QHBoxLayout* messageLayout_;
     SymbolLabel* warning_;

@@ -14,19 +14,23 @@ class ElidedLabel;
 class ListeningSetup;
 class LoadedSound;
 class MenuButton;
+class PlayerModel;
 class SettingsStore;
 class SourceFormat;
-class Transport;
+class UpmixCompare;
+class UpmixTuning;
 
 class SourceBar : public QWidget {
     Q_OBJECT
 public:
-    SourceBar(LoadedSound& sound, Transport& transport, ListeningSetup& listening, DragOut& dragOut,
-              const SettingsStore& settings, QWidget* parent = nullptr);
+    SourceBar(PlayerModel& player, const SettingsStore& settings, QWidget* parent = nullptr);
     void refresh();
     // Shows icons without texts, and no device.
     void setNarrow(bool narrow);
     DragHandle& dragHandle() { return *handle_; }
+
+Q_SIGNALS:
+    void upmixPanelAsked();
 
 private:
     void fillFormats(QMenu& menu);
@@ -39,8 +43,9 @@ private:
     bool isOfFolder() const;  // the override in force is the one of the folder
 
     LoadedSound& sound_;
-    Transport& transport_;
     ListeningSetup& listening_;
+    UpmixTuning& tuning_;
+    UpmixCompare& compare_;
     DragOut& dragOut_;
     const SettingsStore& settings_;
     MenuButton* format_;

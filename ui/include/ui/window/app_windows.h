@@ -7,6 +7,7 @@
 namespace brindlehum {
 
 class AppModel;
+class EditorWindow;
 class MainWindow;
 class SettingsWindow;
 class StatusMenu;
@@ -22,14 +23,16 @@ public:
     AppWindows(const AppWindows&) = delete;
     AppWindows& operator=(const AppWindows&) = delete;
 
-    // Shows the window with this id, "main" or "settings", in front of the others; ignores any other id.
+    // Shows the window with this id, "main", "editor" or "settings", in front of the others; ignores any other id.
     void open(const std::string& id);
 
 private:
+    EditorWindow& editor();
     AppModel& model_;
     std::unique_ptr<ThemeController> theme_;
     std::unique_ptr<MainWindow> main_;
-    std::unique_ptr<SettingsWindow> settings_;  // made when first opened
+    std::unique_ptr<SettingsWindow> settings_;  // made when first opened, as is the next
+    std::unique_ptr<EditorWindow> editor_;
     std::unique_ptr<StatusMenu> status_;
 };
 

@@ -36,6 +36,8 @@ public:
     void openPath(const std::filesystem::path& path);
     // Ends the application, unless there are unsaved edits that the user wants to keep.
     void quit();
+    // Asks about the editor's unsaved edits, and calls `proceed` unless the user wants to stay.
+    std::function<void(const std::function<void()>& proceed)> leaveEditor;
     // The question before a folder leaves the library and takes something along, which a test may answer.
     std::function<bool(const QString& question, const QString& losses)> confirmRemoval;
     // Whether the application can be seen and stopped while this window is closed. A test may answer.

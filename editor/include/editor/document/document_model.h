@@ -1,0 +1,148 @@
+// DocumentModel: the editor's one document: its file, its edits and their undo, its selection and view.
+#pragma once
+
+#include <QObject>
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "editor/document/edit_commands.h"
+#include "editor/document/edit_history.h"
+#include "editor/document/journal_keeper.h"
+#include "editor/document/load_document.h"
+#include "editor/document/macros.h"
+#include "mix/player/player_message.h"
+#include "mix/player/visible_range.h"
+#include "platform/background.h"
+
+namespace brindlehum {
+
+// Main thread. What needs a document, a selection or a clip does nothing without one. Long work runs in the background,
+// one job at a time; its result is dropped when the document has moved on meanwhile.
+class DocumentModel : public QObject {
+    Q_OBJECT
+public:
+    struct Doc {
+        std::filesystem::path url;  // the file that it was opened from
+        AudioFileInfo info;
+        double sampleRate = 0;  // Hz
+    };
+    // A long job: what it does, and how far it is from 0 to 1, if it knows.
+    struct Busy {
+        std::string text;
+        std::optional<double> progress;
+    };
+    // Carries the metadata of the file `source` into the saved one. Called in the background; may throw Error.
+    using CarryMetadata = std::function<void(const std::filesystem::path& source, const std::filesystem::path& target)>;
+
+    // Journals go to `journals`. The message outlives the model.
+    DocumentModel(MainLoop& loop, std::filesystem::path journals, PlayerMessage& message);
+    ~DocumentModel() override;
+
+    const std::optional<Doc>& doc() const { return doc_; }
+    const Sound& sound() const { return history_.now(); }
+    int64_t total() const { return sound().frames(); }
+    const EditHistory& history() const { return history_; }
+    // Rises at every change of the sound.
+    uint64_t revision() const { return revision_; }
+    bool isDirty() const { return doc_ && history_.isDirty(); }
+    const std::optional<FrameRange>& selection() const { return selection_; }
+    int64_t cursor() const { return cursor_; }
+    // The selection, or everything without one.
+    FrameRange range() const { return state().range(); }
+    const VisibleRange& view() const { return view_; }
+    const std::optional<Busy>& busy() const { return busy_; }
+
+    // The file replaces the document once it is loaded; until then, and if it can't be loaded, the present one stays.
+    // Unsaved edits of the present one are lost: ask before.
+    void open(const std::filesystem::path& path);
+    // Writes 24-bit WAVE through a safe replacement; the document is clean afterwards, and keeps its url.
+    // `done` is called after a success.
+    void saveAs(const std::filesystem::path& path, std::function<void()> done = {});
+    // "Rain edit.wav" beside the file that was opened.
+    std::filesystem::path proposedName() const;
+    // Ends the long job that runs, a save too.
+    void cancel();
+    // Closes the document and forgets its unsaved edits.
+    void close();
+
+    void undo();
+    void redo();
+    // To a state of history().names().
+    void goTo(size_t position);
+    void cut();
+    void copy();
+    void paste();
+    void remove();
+    void trim();
+    void silence();
+    void apply(const std::string& effect);
+    void run(Macro macro);
+    // The range as the effect would make it, for listening.
+    void preview(const std::string& effect, std::function<void(Sound)> heard);
+    bool canPaste() const;
+
+    CutStyle cutStyle() const { return cutStyle_; }
+    void setCutStyle(CutStyle style);
+    const EditOps::Lanes& scope() const { return scope_; }  // the lanes that effects change
+    void setScope(EditOps::Lanes lanes);
+    void setSelection(std::optional<FrameRange> range);  // cut to the document; an empty one is none
+    void setCursor(int64_t frame);
+    void setView(const VisibleRange& view);
+    // For the seamless loop without a selection; asked when it runs.
+    std::function<PinnedLoop()> pinnedLoop;
+
+    // Documents of earlier processes that weren't closed, looked for at construction.
+    const std::vector<std::filesystem::path>& abandoned() const { return abandoned_; }
+    void recover();           // opens the newest of them
+    void discardAbandoned();  // deletes the newest of them
+
+    CarryMetadata carryMetadata;
+    // Before the process ends: waits until the journal is on disk.
+    void finish(double patience) { journal_.finish(patience); }
+    // The queue of long work; tests drain it.
+    Background& queue() { return queue_; }
+    JournalKeeper& journal() { return journal_; }
+
+Q_SIGNALS:
+    void opened();  // another document, or none
+    // Another state of the sound by a new edit; `moved` is null when every frame stayed in its place.
+    void edited(const EditStep::Moved* moved);
+    void stepped();  // another state by undo or redo
+    void macroRan(Macro macro);
+    void changed();  // anything that is shown
+    void abandonedChanged();
+
+private:
+    EditState state() const { return {history_.now(), selection_, cursor_}; }
+    void show(std::optional<Doc> doc, EditHistory history);
+    void push(EditStep step);
+    void contentChanged();
+    void step(bool (EditHistory::*move)(), void (JournalKeeper::*write)());
+    // Runs a step of an edit at once if it is short, else in the background.
+    using Work = std::function<std::optional<EditStep>()>;
+    void perform(const Work& work, bool isQuick, const char* status, std::function<void(bool)> done = {});
+    void setBusy(std::optional<Busy> busy);
+
+    MainLoop& loop_;
+    PlayerMessage& message_;
+    std::optional<Doc> doc_;
+    EditHistory history_;
+    uint64_t revision_ = 0;
+    std::optional<FrameRange> selection_;
+    int64_t cursor_ = 0;
+    VisibleRange view_;
+    CutStyle cutStyle_ = CutStyle::exact;
+    EditOps::Lanes scope_;
+    std::optional<Busy> busy_;
+    std::vector<std::filesystem::path> abandoned_;
+    JournalKeeper journal_;
+    uint64_t documents_ = 0;  // shown so far
+    Background::Line jobs_;   // loads, and edits that take a while
+    Background::Line saves_;  // no edit ends a save
+    Background queue_;        // last member, so that its work ends first
+};
+
+}  // namespace brindlehum

@@ -1,0 +1,28 @@
+// Loads a whole sound file for the editor.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+
+#include "audio/probe/audio_file_info.h"
+#include "dsp/sound.h"
+
+namespace brindlehum {
+
+// The longest document, in seconds; a file must be shorter.
+inline constexpr double longestDocument = 1800;
+
+struct LoadedDocument {
+    AudioFileInfo info;
+    Sound sound;
+    int64_t notNumbers = 0;  // samples that were infinite or no number, and became 0
+};
+
+// Blocking I/O on the caller's thread. `progress` gets the share read so far, 0 to 1, after each block. Throws Error:
+// tooLong for a file of 30 minutes or more, tooLargeToLoad for one that would fill more than half of the memory, and
+// the reader's own. Returns what was read so far once `stop` returns true.
+LoadedDocument loadDocument(const std::filesystem::path& path, const std::function<void(double)>& progress,
+                            const std::function<bool()>& stop);
+
+}  // namespace brindlehum

@@ -1,0 +1,34 @@
+// EditorModel: the editor. It owns its parts and wires them: the document, its music, its transport and its message.
+#pragma once
+
+#include <QObject>
+#include <filesystem>
+
+#include "editor/document/document_model.h"
+#include "editor/music/music_model.h"
+#include "editor/playback/editor_transport.h"
+
+namespace brindlehum {
+
+// Main thread. Views take the parts that they show.
+class EditorModel : public QObject {
+    Q_OBJECT
+public:
+    // Unsaved edits are kept safe in `journals`, by default in defaultJournals().
+    EditorModel(PlaybackEngine& engine, SettingsStore& settings, MainLoop& loop, std::filesystem::path journals);
+    // `brindlehum/editor` in $XDG_STATE_HOME, or in ~/.local/state.
+    static std::filesystem::path defaultJournals();
+
+    DocumentModel& document() { return document_; }
+    MusicModel& music() { return music_; }
+    EditorTransport& transport() { return transport_; }
+    PlayerMessage& message() { return message_; }
+
+private:
+    PlayerMessage message_;
+    DocumentModel document_;
+    MusicModel music_;
+    EditorTransport transport_;
+};
+
+}  // namespace brindlehum

@@ -1,0 +1,350 @@
+// DocumentModel: opening, the history of edits, and work that takes a while.
+#include "editor/document/document_model.h"
+
+#include <algorithm>
+#include <chrono>
+
+#include "base/path.h"
+#include "document/save_document.h"
+#include "editor/document/clipboard.h"
+
+namespace brindlehum {
+namespace {
+
+// Samples that an edit changes within a few milliseconds; more of them are changed in the background.
+constexpr int64_t quickSamples = 2'000'000;
+
+int64_t unixTime() {
+    return std::chrono::duration_cast<std::chrono::seconds>(std::chrono::system_clock::now().time_since_epoch())
+        .count();
+}
+
+}  // namespace
+
+DocumentModel::DocumentModel(MainLoop& loop, std::filesystem::path journals, PlayerMessage& message)
+    : loop_(loop),
+      message_(message),
+      journal_(std::move(journals), loop, [this](const std::string& problem) { message_.fail(problem); }),
+      queue_(loop, "Brindlehum.editor") {
+    journal_.findAbandoned([this](std::vector<std::filesystem::path> found) {
+        abandoned_ = std::move(found);
+        if (!abandoned_.empty()) { Q_EMIT abandonedChanged(); }
+    });
+}
+
+DocumentModel::~DocumentModel() = default;
+
+void DocumentModel::setBusy(std::optional<Busy> busy) {
+    busy_ = std::move(busy);
+    Q_EMIT changed();
+}
+
+void DocumentModel::open(const std::filesystem::path& path) {
+    setBusy(Busy{"Loading…", 0.0});
+    message_.clear();
+    const auto work = [this, path](const Background::Task& task) {
+        const auto progress = [&, shown = 0.0](double share) mutable {
+            if (share - shown < 0.02) { return; }
+            shown = share;
+            task.tell([this, share] { setBusy(Busy{"Loading…", share}); });
+        };
+        return loadDocument(path, progress, [&] { return task.isStopped(); });
+    };
+    queue_.run(
+        jobs_, work,
+        [this, path](LoadedDocument loaded) {
+            setBusy(std::nullopt);
+            Doc doc{path, std::move(loaded.info), 0};
+            doc.sampleRate = doc.info.sampleRate;
+            show(std::move(doc), EditHistory(std::move(loaded.sound)));
+            journal_.begin({path, doc_->sampleRate, unixTime()});
+            if (loaded.notNumbers > 0) {
+                message_.notify(std::to_string(loaded.notNumbers) +
+                                " samples that are no numbers were read as silence");
+            }
+        },
+        [this](const std::exception& error) {
+            setBusy(std::nullopt);
+            message_.fail(error.what());
+        });
+}
+
+void DocumentModel::show(std::optional<Doc> doc, EditHistory history) {
+    ++documents_;
+    doc_ = std::move(doc);
+    history_ = std::move(history);
+    selection_.reset();
+    cursor_ = 0;
+    view_ = VisibleRange::all(total());
+    ++revision_;
+    Q_EMIT opened();
+    Q_EMIT changed();
+}
+
+void DocumentModel::close() {
+    jobs_.cancel();
+    busy_.reset();
+    journal_.close();
+    show(std::nullopt, {});
+}
+
+void DocumentModel::cancel() {
+    if (!busy_) { return; }
+    jobs_.cancel();
+    saves_.cancel();
+    setBusy(std::nullopt);
+}
+
+void DocumentModel::push(EditStep step) {
+    journal_.pushed(history_.now(), step.name, step.state.sound);
+    history_.push(step.name, step.state.sound);
+    selection_ = step.state.selection;
+    cursor_ = step.state.cursor;
+    if (step.showsFromStart) { view_ = VisibleRange::all(total()); }
+    contentChanged();
+    Q_EMIT edited(step.moved ? &*step.moved : nullptr);
+    Q_EMIT changed();
+}
+
+void DocumentModel::contentChanged() {
+    ++revision_;
+    const EditState fits = fitted(state());
+    selection_ = fits.selection;
+    cursor_ = fits.cursor;
+    VisibleRange view = view_;
+    view.total = total();
+    view_ = scrolled(zoomed(view, 1, 0), 0);
+}
+
+void DocumentModel::step(bool (EditHistory::*move)(), void (JournalKeeper::*write)()) {
+    if (!doc_ || !(history_.*move)()) { return; }
+    (journal_.*write)();
+    contentChanged();
+    Q_EMIT stepped();
+    Q_EMIT changed();
+}
+
+void DocumentModel::undo() {
+    step(&EditHistory::undo, &JournalKeeper::undone);
+}
+
+void DocumentModel::redo() {
+    step(&EditHistory::redo, &JournalKeeper::redone);
+}
+
+void DocumentModel::goTo(size_t position) {
+    while (position < history_.position()) { undo(); }
+    while (position > history_.position() && !history_.redoName().empty()) { redo(); }
+}
+
+void DocumentModel::perform(const Work& work, bool isQuick, const char* status, std::function<void(bool)> done) {
+    if (!doc_) { return; }
+    if (isQuick) {
+        auto step = work();
+        if (step) { push(std::move(*step)); }
+        if (done) { done(step.has_value()); }
+        return;
+    }
+    setBusy(Busy{status, std::nullopt});
+    queue_.run(
+        jobs_, [work] { return work(); },
+        [this, document = documents_, before = history_.stateID(),
+         done = std::move(done)](std::optional<EditStep> step) {
+            setBusy(std::nullopt);
+            if (document != documents_ || before != history_.stateID()) {
+                return message_.notify(std::string(step ? step->name : "The edit") +
+                                       " was dropped: the sound was edited meanwhile");
+            }
+            const bool isMade = step.has_value();
+            if (step) { push(std::move(*step)); }
+            if (done) { done(isMade); }
+        },
+        [this](const std::exception& error) {
+            setBusy(std::nullopt);
+            message_.fail(error.what());
+        });
+}
+
+void DocumentModel::cut() {
+    copy();
+    perform([state = state(), rate = doc_ ? doc_->sampleRate : 0,
+             style = cutStyle_] { return EditCommands::cut(state, rate, style); },
+            true, "");
+}
+
+void DocumentModel::copy() {
+    if (!doc_) { return; }
+    if (auto clip = EditCommands::copy(state(), doc_->sampleRate)) {
+        EditorClipboard::set(std::move(*clip));
+        Q_EMIT changed();
+    }
+}
+
+bool DocumentModel::canPaste() const {
+    return doc_ && EditorClipboard::clip().has_value();
+}
+
+void DocumentModel::paste() {
+    if (!canPaste()) { return; }
+    const Clip clip = *EditorClipboard::clip();
+    const bool isQuick = clip.sampleRate == doc_->sampleRate || clip.sound.frames() < quickSamples / 8;
+    perform([state = state(), rate = doc_->sampleRate, clip] { return EditCommands::paste(state, rate, clip); },
+            isQuick, "Converting the rate…");
+}
+
+void DocumentModel::remove() {
+    if (!doc_) { return; }
+    perform([state = state(), rate = doc_->sampleRate,
+             style = cutStyle_] { return EditCommands::remove(state, rate, style); },
+            true, "");
+}
+
+void DocumentModel::trim() {
+    if (!doc_) { return; }
+    perform([state = state(), rate = doc_->sampleRate,
+             style = cutStyle_] { return EditCommands::trim(state, rate, style); },
+            true, "");
+}
+
+void DocumentModel::silence() {
+    perform([state = state()] { return EditCommands::silence(state); }, true, "");
+}
+
+void DocumentModel::apply(const std::string& effect) {
+    const EditOps::Effect* found = EditOps::effect(effect);
+    if (!doc_ || !found) { return; }
+    const bool isQuick = range().length() * sound().channels() < quickSamples;
+    perform([state = state(), rate = doc_->sampleRate, effect,
+             lanes = scope_] { return EditCommands::apply(state, rate, effect, lanes); },
+            isQuick, found->name);
+}
+
+void DocumentModel::preview(const std::string& effect, std::function<void(Sound)> heard) {
+    if (!doc_ || !EditOps::effect(effect)) { return; }
+    // Ten seconds are enough for an ear.
+    FrameRange part = range();
+    part.upper = std::min(part.upper, part.lower + int64_t(10 * doc_->sampleRate));
+    const auto step = EditCommands::apply({sound(), part, 0}, doc_->sampleRate, effect, scope_);
+    heard(EditOps::slice(step->state.sound, part.lower, part.upper));
+}
+
+void DocumentModel::run(Macro macro) {
+    if (!doc_) { return; }
+    const MacroInfo& info = macros()[size_t(macro)];
+    const bool isWhole = macro == Macro::hiPass;
+    const int64_t samples = (isWhole ? total() : range().length()) * sound().channels();
+    const PinnedLoop pinned = pinnedLoop ? pinnedLoop() : PinnedLoop{};
+    perform([state = state(), rate = doc_->sampleRate, macro,
+             pinned] { return brindlehum::run(macro, state, rate, pinned); },
+            info.isQuick && (samples < quickSamples || macro == Macro::topAndTails || macro == Macro::swap),
+            info.status,
+            [this, macro](bool isMade) {
+                if (isMade) {
+                    Q_EMIT macroRan(macro);
+                } else if (macro == Macro::seamlessLoop) {
+                    message_.fail(tooShortToLoop);
+                }
+            });
+}
+
+void DocumentModel::setCutStyle(CutStyle style) {
+    cutStyle_ = style;
+    Q_EMIT changed();
+}
+
+void DocumentModel::setScope(EditOps::Lanes lanes) {
+    scope_ = std::move(lanes);
+    Q_EMIT changed();
+}
+
+void DocumentModel::setSelection(std::optional<FrameRange> range) {
+    if (range) {
+        range->lower = std::clamp<int64_t>(range->lower, 0, total());
+        range->upper = std::clamp<int64_t>(range->upper, 0, total());
+        if (range->length() <= 0) { range.reset(); }
+    }
+    if (range == selection_) { return; }
+    selection_ = range;
+    Q_EMIT changed();
+}
+
+void DocumentModel::setCursor(int64_t frame) {
+    cursor_ = std::clamp<int64_t>(frame, 0, total());
+    Q_EMIT changed();
+}
+
+void DocumentModel::setView(const VisibleRange& view) {
+    if (view == view_) { return; }
+    view_ = view;
+    Q_EMIT changed();
+}
+
+std::filesystem::path DocumentModel::proposedName() const {
+    if (!doc_) { return {}; }
+    auto name = doc_->url.stem();
+    name += " edit.wav";
+    return doc_->url.parent_path() / name;
+}
+
+void DocumentModel::saveAs(const std::filesystem::path& path, std::function<void()> done) {
+    if (!doc_) { return; }
+    setBusy(Busy{"Saving…", 0.0});
+    const auto work = [this, path, sound = sound(), doc = *doc_, carry = carryMetadata](const Background::Task& task) {
+        const auto progress = [&, shown = 0.0](double share) mutable {
+            if (share - shown < 0.02) { return !task.isStopped(); }
+            shown = share;
+            task.tell([this, share] { setBusy(Busy{"Saving…", share}); });
+            return !task.isStopped();
+        };
+        return saveDocument(path, {doc.url, doc.info, doc.sampleRate, sound}, carry, progress);
+    };
+    queue_.run(
+        saves_, work,
+        [this, path, document = documents_, saved = history_.stateID(), done = std::move(done)](SaveResult result) {
+            setBusy(std::nullopt);
+            if (!result.isWritten || document != documents_) { return; }
+            history_.markSaved(saved);
+            journal_.saved();
+            message_.notify("Saved " + printableName(path) + result.note);
+            Q_EMIT changed();
+            if (done && !isDirty()) { done(); }
+        },
+        [this](const std::exception& error) {
+            setBusy(std::nullopt);
+            message_.fail(error.what());
+        });
+}
+
+void DocumentModel::recover() {
+    if (abandoned_.empty()) { return; }
+    const auto edits = abandoned_.front();
+    abandoned_.erase(abandoned_.begin());
+    Q_EMIT abandonedChanged();
+    journal_.close();
+    journal_.recover(edits, [this](JournalKeeper::Recovered found) {
+        Doc doc{found.about.url, {}, found.about.sampleRate};
+        try {
+            doc.info = AudioFileInfo::load(doc.url);
+        } catch (const std::exception&) {  // the file may be gone; its channels are then taken as they are
+        }
+        if (doc.info.channels != found.history.now().channels()) {
+            doc.info = {};
+            doc.info.channels = found.history.now().channels();
+            doc.info.detected = SourceFormat::discrete(doc.info.channels);
+        }
+        doc.info.url = doc.url;
+        doc.info.sampleRate = doc.sampleRate;
+        show(std::move(doc), std::move(found.history));
+        message_.notify(found.isWhole ? "Unsaved edits are back"
+                                      : "Unsaved edits are back, up to the last but one step");
+    });
+}
+
+void DocumentModel::discardAbandoned() {
+    if (abandoned_.empty()) { return; }
+    journal_.discard(abandoned_.front());
+    abandoned_.erase(abandoned_.begin());
+    Q_EMIT abandonedChanged();
+}
+
+}  // namespace brindlehum

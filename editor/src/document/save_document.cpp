@@ -1,0 +1,61 @@
+// Saves a document block by block.
+#include "document/save_document.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "audio/speakers/channel_layout.h"
+#include "audio/write/wav_file_writer.h"
+#include "base/file_replacement.h"
+#include "base/number_text.h"
+#include "base/path.h"
+
+namespace brindlehum {
+namespace {
+
+constexpr int64_t blockFrames = 65536;
+
+float peakOf(const Sound& sound) {
+    float peak = 0;
+    for (const Track& track : sound.tracks()) {
+        const PeakRange range = track.peaks(0, track.length());
+        peak = std::max({peak, std::abs(range.low), std::abs(range.high)});
+    }
+    return peak;
+}
+
+}  // namespace
+
+uint32_t channelMask(const SourceFormat& source, int channels) {
+    const SpeakerList* list = source.asSpeakers();
+    if (!list || int(list->size()) != channels) { return 0; }
+    if (*list == SpeakerList{SpeakerID::C}) { return 4; }
+    if (*list == SpeakerList{SpeakerID::L, SpeakerID::R}) { return 3; }
+    const auto mask = WaveMask::mask(*list);
+    return mask ? mask->mask : 0;
+}
+
+SaveResult saveDocument(const std::filesystem::path& path, const SavedSound& saved,
+                        const DocumentModel::CarryMetadata& carry, const std::function<bool(double)>& progress) {
+    const Sound& sound = saved.sound;
+    FileReplacement file(path);
+    WavFileWriter writer(file.sink(), saved.sampleRate, sound.channels(),
+                         channelMask(saved.info.detected, sound.channels()),
+                         "Edited in Brindlehum from " + saved.url.filename().string());
+    for (int64_t at = 0; at < sound.frames(); at += blockFrames) {
+        const int64_t count = std::min(blockFrames, sound.frames() - at);
+        const auto block = sound.gather(at, at + count);
+        std::vector<const float*> planes;
+        for (const auto& x : block) { planes.push_back(x.data()); }
+        writer.append(planes, count);
+        if (!progress(double(at + count) / double(sound.frames()))) { return {}; }
+    }
+    writer.finish();
+    file.commit();
+    if (carry) { carry(saved.url, path); }
+    const float peak = peakOf(sound);
+    if (peak <= 1) { return {true, ""}; }
+    return {true, " · peaks " + fixed(20 * std::log10(double(peak)), 1) + " dB above full scale were clipped"};
+}
+
+}  // namespace brindlehum

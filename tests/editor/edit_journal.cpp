@@ -1,0 +1,135 @@
+// EditJournal: killed at any write, it brings back every finished step and none that wasn't.
+#include "editor/document/edit_journal.h"
+
+#include <gtest/gtest.h>
+#include <sys/syscall.h>
+
+#include "base/error.h"
+#include "dsp/edit_ops.h"
+#include "support/audio_files.h"
+#include "support/full_disk.h"
+#include "support/signals.h"
+#include "support/traced.h"
+
+namespace brindlehum {
+namespace {
+
+namespace fs = std::filesystem;
+using Channels = EditOps::Channels;
+
+const EditJournal::About about{fs::path("/sounds/caf\xE9.wav"), 44100, 1700000000};
+
+Sound document() {
+    return Sound(Channels{test::noise(150000, 1), test::noise(150000, 2)});
+}
+
+EditHistory cutHistory(EditHistory history) {
+    history.push("Cut", EditOps::splice(history.now(), 20000, 90000));
+    return history;
+}
+
+// The script that is journalled: what stands after each of its steps.
+std::vector<EditHistory> script() {
+    std::vector<EditHistory> after = {EditHistory(document())};
+    const auto next = [&]() -> EditHistory& { return after.emplace_back(after.back()); };
+    after.push_back(cutHistory(after.back()));
+    next().push("Silence", EditOps::silence(after[1].now(), 10, 60000));
+    next().undo();
+    next().redo();
+    next().markSaved();
+    next().push("Paste", EditOps::insert(after[5].now(), 100, Sound(Channels{test::noise(300, 5)})));
+    return after;
+}
+
+// Writes the script into a journal that stays behind, as after a crash.
+int write(const fs::path& folder, const std::vector<EditHistory>& after) {
+    EditJournal journal(folder, about, after[0].now());
+    for (const size_t step : {1U, 2U}) { journal.push(after[step].undoName(), after[step].now()); }
+    journal.undo();
+    journal.redo();
+    journal.saved();
+    journal.push("Paste", after[6].now());
+    return 0;
+}
+
+bool isSame(const EditHistory& a, const EditHistory& b) {
+    return a.now().gather() == b.now().gather() && a.names() == b.names() && a.position() == b.position() &&
+           a.isDirty() == b.isDirty();
+}
+
+TEST(EditJournal, BringsBackTheWholeHistory) {
+    const test::TempFolder home;
+    const fs::path folder = home.path() / "state/editor";
+    const auto after = script();
+    EXPECT_TRUE(EditJournal::abandoned(folder).empty());
+    {
+        EditJournal alive(folder, about, after[0].now());
+        EXPECT_TRUE(EditJournal::abandoned(folder).empty()) << "a living one isn't offered";
+        EditJournal::discard(folder / fs::path(std::to_string(getpid()) + "-1.edits"));
+        alive.push("Cut", after[1].now());
+    }
+    ASSERT_EQ(EditJournal::abandoned(folder).size(), 1U);
+    write(folder, after);
+    auto found = EditJournal::abandoned(folder);
+    ASSERT_EQ(found.size(), 2U);
+    EditJournal::discard(folder / fs::path(std::to_string(getpid()) + "-1.edits"));
+    found = EditJournal::abandoned(folder);
+    ASSERT_EQ(found.size(), 1U);
+    std::ofstream(found[0], std::ios::app) << R"({"do":"push","name":"torn")";
+    {
+        auto recovered = EditJournal::recover(found[0]);
+        EXPECT_EQ(recovered.about, about);
+        EXPECT_FALSE(recovered.isWhole);
+        EXPECT_TRUE(isSame(recovered.history, after.back()));
+        recovered.history.undo();
+        recovered.journal.undo();
+        recovered.history.push("Cut", EditOps::splice(recovered.history.now(), 5, 500));
+        recovered.journal.push("Cut", recovered.history.now());
+        EXPECT_THROW(EditJournal::recover(found[0]), Error) << "it is in use";
+    }
+    const auto again = EditJournal::recover(found[0]);
+    EXPECT_TRUE(again.isWhole);
+    EXPECT_EQ(again.history.undoName(), "Cut");
+    EXPECT_EQ(again.history.now().gather(), EditOps::splice(after[5].now(), 5, 500).gather());
+    // Cuts cost no samples: the two channels once, and the pasted frames.
+    EXPECT_EQ(fs::file_size(found[0].parent_path() / (found[0].stem().string() + ".blocks")),
+              sizeof(float) * (2 * 150000 + 300));
+}
+
+TEST(EditJournal, KilledAtAnySystemCallItKeepsEveryFinishedStep) {
+    const auto after = script();
+    size_t latest = 0;
+    int last = 0;
+    for (bool isKilled = true; isKilled; ++last) {
+        const test::TempFolder home;
+        isKilled = test::runTraced([&] { return write(home.path() / "editor", after); },
+                                   [&](int count, long) { return count < last; }) != 0;
+        const auto found = EditJournal::abandoned(home.path() / "editor");
+        if (found.empty() || fs::file_size(found[0]) == 0) { continue; }
+        const auto recovered = EditJournal::recover(found[0]);
+        const auto same = std::ranges::find_if(after.begin() + int64_t(latest), after.end(),
+                                               [&](const auto& each) { return isSame(recovered.history, each); });
+        ASSERT_NE(same, after.end()) << "killed at call " << last << ", not at or after step " << latest;
+        latest = size_t(same - after.begin());
+    }
+    EXPECT_EQ(latest, after.size() - 1);
+    EXPECT_GT(last, 30);
+}
+
+TEST(EditJournal, AFullDiskIsSaidAndWhatWasWrittenStays) {
+    const test::TempFolder home;
+    const auto after = script();
+    {
+        EditJournal journal(home.path() / "editor", about, after[0].now());
+        journal.push("Cut", after[1].now());
+        const test::FullDisk full(sizeof(float) * 300010);
+        EXPECT_THROW(journal.push("Paste", after[6].now()), Error);
+    }
+    const auto recovered = EditJournal::recover(home.path() / "editor" / (std::to_string(getpid()) + "-1.edits"));
+    EXPECT_TRUE(isSame(recovered.history, after[1]));
+    std::ofstream(home.path() / "editor/1-1.edits") << "{\"do\":\"push\"";
+    EXPECT_THROW(EditJournal::recover(home.path() / "editor/1-1.edits"), Error);
+}
+
+}  // namespace
+}  // namespace brindlehum

@@ -1,0 +1,37 @@
+// EditorActions: the editor's commands, shared by its menus and its toolbar, always enabled as they apply.
+#pragma once
+
+#include <QAction>
+#include <QObject>
+#include <functional>
+#include <vector>
+
+#include "editor/model/editor_model.h"
+
+namespace brindlehum {
+
+class EditorWaveView;
+
+// Made for one window; the shortcuts work while it has the keyboard.
+class EditorActions : public QObject {
+    Q_OBJECT
+public:
+    EditorActions(EditorModel& editor, EditorWaveView& wave, QWidget& window);
+
+    QAction *undo, *redo, *cut, *copy, *paste, *remove, *trim, *silence, *selectAll, *selectNone;
+    QAction *zoomIn, *zoomOut, *fit, *zoomSelection, *snap;
+    QAction *play, *loop, *preRoll, *loopSeam, *toStart, *click;
+    std::vector<QAction*> effects;  // in the order of EditOps::effects()
+    std::vector<QAction*> macros;   // in the order of macros()
+
+private:
+    QAction* add(const QString& text, const QKeySequence& keys, std::function<void()> action, const QString& tip = {});
+    QAction* addSwitch(const QString& text, const QKeySequence& keys, std::function<void(bool)> set,
+                       const QString& tip);
+    void refresh();
+
+    EditorModel& editor_;
+    QWidget& window_;
+};
+
+}  // namespace brindlehum

@@ -1,0 +1,69 @@
+// EditorWindow: one document with its music beside it.
+#pragma once
+
+#include <QMainWindow>
+#include <functional>
+
+#include "editor/model/editor_model.h"
+
+class QLabel;
+class QProgressBar;
+class QStackedWidget;
+class QToolButton;
+
+namespace brindlehum {
+
+class EditorActions;
+class EditorWaveView;
+class EffectsList;
+class EmptyState;
+class FileManager;
+
+class EditorWindow : public QMainWindow {
+    Q_OBJECT
+public:
+    EditorWindow(EditorModel& editor, SettingsStore& settings, FileManager& files);
+
+    enum class Leave { save, discard, cancel };
+    // The question before unsaved edits would go, which a test may answer.
+    std::function<Leave(const QString& name)> askToLeave;
+    // Calls `proceed` at once if nothing is unsaved; else asks, and calls it after a save or for discarded edits.
+    void leave(const std::function<void()>& proceed);
+    // Opens another file, after that question.
+    void open(const std::filesystem::path& path);
+    void saveAs();
+    EditorWaveView& wave() { return *wave_; }
+    EditorActions& actions() { return *actions_; }
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+
+private:
+    void makeBody(SettingsStore& settings, FileManager& files);
+    void makeMenus();
+    QWidget* makeToolbar();
+    QWidget* makeTransport();
+    QWidget* makeStatus();
+    void chooseFile();
+    void fillHistory(QMenu& menu);
+    void refresh();
+
+    EditorModel& editor_;
+    EditorWaveView* wave_ = nullptr;
+    EditorActions* actions_ = nullptr;
+    EffectsList* effects_ = nullptr;
+    QStackedWidget* stack_ = nullptr;
+    EmptyState* empty_ = nullptr;
+    QToolButton* play_ = nullptr;
+    QLabel* position_ = nullptr;
+    QLabel* selected_ = nullptr;
+    QLabel* length_ = nullptr;
+    QLabel* status_ = nullptr;
+    QProgressBar* progress_ = nullptr;
+    QToolButton* cancel_ = nullptr;
+    QWidget* recovery_ = nullptr;
+};
+
+}  // namespace brindlehum

@@ -1,0 +1,125 @@
+// The editor's commands.
+#include "ui/editor/editor_actions.h"
+
+#include <QWidget>
+
+#include "ui/editor/editor_wave_view.h"
+#include "ui/look/plain_tool_tip.h"
+
+namespace brindlehum {
+namespace {
+
+constexpr double zoomStep = 2;
+
+}  // namespace
+
+QAction* EditorActions::add(const QString& text, const QKeySequence& keys, std::function<void()> action,
+                            const QString& tip) {
+    auto* made = new QAction(QString(text).replace('&', "&&"), this);
+    made->setShortcut(keys);
+    if (!tip.isEmpty()) { made->setToolTip(plainToolTip(tip)); }
+    if (!keys.isEmpty()) { made->setToolTip(made->toolTip() + " (" + keys.toString(QKeySequence::NativeText) + ")"); }
+    connect(made, &QAction::triggered, this, [action = std::move(action)] { action(); });
+    window_.addAction(made);
+    return made;
+}
+
+QAction* EditorActions::addSwitch(const QString& text, const QKeySequence& keys, std::function<void(bool)> set,
+                                  const QString& tip) {
+    auto* made = add(
+        text, keys, [] {}, tip);
+    made->setCheckable(true);
+    connect(made, &QAction::triggered, this, std::move(set));
+    return made;
+}
+
+EditorActions::EditorActions(EditorModel& editor, EditorWaveView& wave, QWidget& window)
+    : QObject(&window), editor_(editor), window_(window) {
+    DocumentModel& document = editor.document();
+    MusicModel& music = editor.music();
+    EditorTransport& transport = editor.transport();
+    undo = add("Undo", QKeySequence::Undo, [&] { document.undo(); });
+    redo = add("Redo", QKeySequence("Ctrl+Shift+Z"), [&] { document.redo(); });
+    cut = add("Cut", QKeySequence::Cut, [&] { document.cut(); });
+    copy = add("Copy", QKeySequence::Copy, [&] { document.copy(); });
+    paste = add("Paste", QKeySequence::Paste, [&] { document.paste(); });
+    remove = add("Delete", QKeySequence(Qt::Key_Delete), [&] { document.remove(); });
+    trim = add(
+        "Trim", QKeySequence("Ctrl+T"), [&] { document.trim(); }, "Keep only the selection");
+    silence = add(
+        "Silence", {}, [&] { document.silence(); }, "Silence the selection");
+    selectAll = add("Select All", QKeySequence::SelectAll, [&] {
+        document.setSelection(FrameRange{0, document.total()});
+    });
+    selectNone = add("Clear Selection", QKeySequence("Ctrl+D"), [&] { document.setSelection(std::nullopt); });
+    zoomIn = add("Zoom In", QKeySequence("Ctrl++"), [&wave] { wave.zoom(zoomStep); });
+    zoomOut = add("Zoom Out", QKeySequence("Ctrl+-"), [&wave] { wave.zoom(1 / zoomStep); });
+    fit = add(
+        "Fit", QKeySequence("Ctrl+0"), [&wave] { wave.showAll(); }, "Show the whole document");
+    zoomSelection = add(
+        "Sel", QKeySequence("Ctrl+Alt+0"), [&wave] { wave.showSelected(); }, "Show the selection");
+    snap = addSwitch(
+        "Snap", {}, [&](bool on) { music.setSnap(on); }, "Snap selections to beats");
+    play = add(
+        "Play / Stop", QKeySequence(Qt::Key_Space), [&] { transport.toggle(); },
+        "Play/Stop (Space). Plays from the cursor or the selection.");
+    play->setToolTip("Play/Stop (Space). Plays from the cursor or the selection.");
+    loop = addSwitch(
+        "Loop", QKeySequence("Ctrl+L"), [&](bool on) { transport.setLoops(on); },
+        "Loop the selection, or the whole file");
+    preRoll = addSwitch(
+        "Pre", {}, [&](bool on) { transport.setPreRoll(on); }, "2 s pre-roll");
+    loopSeam = add(
+        "Hear the Loop Seam", QKeySequence("Ctrl+Shift+L"), [&] { transport.auditionLoopPoint(); },
+        "Starts 2 bars before the loop end and wraps to the loop start until you stop");
+    toStart = add("Return to Zero", QKeySequence("Ctrl+Home"), [&] {
+        transport.stop();
+        document.setSelection(std::nullopt);
+        document.setCursor(0);
+    });
+    click = addSwitch(
+        "Click", {}, [&](bool on) { transport.setClick(on); },
+        "Click on the grid while playing. If the click sits, the tempo is right.");
+    for (const auto& effect : EditOps::effects()) {
+        effects.push_back(add(
+            effect.name, {}, [&document, id = std::string(effect.id)] { document.apply(id); }, effect.blurb));
+    }
+    for (const auto& info : brindlehum::macros()) {
+        macros.push_back(add(
+            info.title, {}, [&document, macro = info.macro] { document.run(macro); }, info.tip));
+    }
+    connect(&document, &DocumentModel::changed, this, &EditorActions::refresh);
+    connect(&music, &MusicModel::changed, this, &EditorActions::refresh);
+    connect(&transport, &EditorTransport::changed, this, &EditorActions::refresh);
+    refresh();
+}
+
+void EditorActions::refresh() {
+    const DocumentModel& document = editor_.document();
+    const MusicModel& music = editor_.music();
+    const EditorTransport& transport = editor_.transport();
+    const bool hasDoc = document.doc().has_value() && document.total() > 0;
+    const auto named = [](QAction* action, const QString& verb, const std::string& step) {
+        action->setText(step.empty() ? verb : verb + " " + QString::fromStdString(step).replace('&', "&&"));
+        action->setEnabled(!step.empty());
+    };
+    named(undo, "Undo", document.history().undoName());
+    named(redo, "Redo", document.history().redoName());
+    const bool hasSelection = document.selection().has_value();
+    for (QAction* each : {cut, copy, remove, trim, silence, zoomSelection, selectNone}) {
+        each->setEnabled(hasSelection);
+    }
+    paste->setEnabled(document.canPaste());
+    for (QAction* each : {selectAll, zoomIn, zoomOut, fit, play, toStart}) { each->setEnabled(hasDoc); }
+    for (QAction* each : effects) { each->setEnabled(hasDoc); }
+    for (QAction* each : macros) { each->setEnabled(hasDoc); }
+    const bool hasBars = music.analysis() && !music.isStale();
+    loopSeam->setEnabled(hasBars && music.pinnedLoop().range.has_value());
+    click->setEnabled(hasBars);
+    snap->setChecked(music.snap());
+    loop->setChecked(transport.loops());
+    preRoll->setChecked(transport.preRoll());
+    click->setChecked(transport.click());
+}
+
+}  // namespace brindlehum

@@ -1,0 +1,385 @@
+// The editor's window.
+#include "ui/editor/editor_window.h"
+
+#include <QCloseEvent>
+#include <QDragEnterEvent>
+#include <QFileDialog>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QSplitter>
+#include <QStackedWidget>
+#include <QStyle>
+#include <QToolButton>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "audio/probe/audio_file_info.h"
+#include "base/time_text.h"
+#include "platform/session.h"
+#include "ui/editor/editor_actions.h"
+#include "ui/editor/editor_header.h"
+#include "ui/editor/editor_wave_view.h"
+#include "ui/editor/effects_list.h"
+#include "ui/editor/lane_heads.h"
+#include "ui/editor/temp_edits_panel.h"
+#include "ui/look/empty_state.h"
+#include "ui/look/file_drag.h"
+#include "ui/look/icons.h"
+#include "ui/look/menu_button.h"
+#include "ui/look/path_text.h"
+#include "ui/look/screen_fit.h"
+#include "ui/look/tabular_font.h"
+
+namespace brindlehum {
+namespace {
+
+constexpr QSize firstSize(1180, 760);
+constexpr int panelWidth = 320;  // logical pixels
+
+QToolButton* buttonOf(QAction* action, const char* role = "flat") {
+    auto* button = new QToolButton;
+    button->setDefaultAction(action);
+    button->setToolButtonStyle(Qt::ToolButtonTextOnly);
+    button->setProperty("role", role);
+    button->setFocusPolicy(Qt::TabFocus);
+    return button;
+}
+
+std::optional<std::filesystem::path> audioIn(const QMimeData& data) {
+    for (const auto& path : FileDrag::localPaths(data)) {
+        if (AudioFileInfo::isAudioPath(path)) { return path; }
+    }
+    return std::nullopt;
+}
+
+EditorWindow::Leave ask(QWidget* parent, const QString& name) {
+    QMessageBox box(parent);
+    box.setIcon(QMessageBox::Warning);
+    box.setText("Save the edits of " + name + "?");
+    box.setInformativeText("They are lost if you don't save them.");
+    box.setStandardButtons(QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
+    box.setDefaultButton(QMessageBox::Save);
+    switch (box.exec()) {
+        case QMessageBox::Save:
+            return EditorWindow::Leave::save;
+        case QMessageBox::Discard:
+            return EditorWindow::Leave::discard;
+        default:
+            return EditorWindow::Leave::cancel;
+    }
+}
+
+}  // namespace
+
+EditorWindow::EditorWindow(EditorModel& editor, SettingsStore& settings, FileManager& files) : editor_(editor) {
+    setObjectName("editor");
+    setAcceptDrops(true);
+    resize(fittingSize(*this, firstSize));
+    askToLeave = [this](const QString& name) { return ask(this, name); };
+    wave_ = new EditorWaveView(editor.document(), editor.music(), editor.transport());
+    actions_ = new EditorActions(editor, *wave_, *this);
+    makeBody(settings, files);
+    makeMenus();
+    connect(&editor.document(), &DocumentModel::changed, this, &EditorWindow::refresh);
+    connect(&editor.document(), &DocumentModel::abandonedChanged, this, &EditorWindow::refresh);
+    connect(&editor.transport(), &EditorTransport::changed, this, &EditorWindow::refresh);
+    connect(&editor.transport().playhead(), &PlayheadModel::frameChanged, this, &EditorWindow::refresh);
+    connect(&editor.message(), &PlayerMessage::changed, this, &EditorWindow::refresh);
+    connect(&editor.document(), &DocumentModel::opened, this, [this] {
+        if (editor_.document().doc()) { wave_->setFocus(); }
+    });
+    refresh();
+}
+
+void EditorWindow::makeBody(SettingsStore& settings, FileManager& files) {
+    auto* left = new QWidget;
+    auto* column = new QVBoxLayout(left);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(makeToolbar());
+    auto* lanes = new QHBoxLayout;
+    lanes->setSpacing(0);
+    lanes->addWidget(new LaneHeads(editor_.document(), editor_.transport()));
+    lanes->addWidget(wave_, 1);
+    column->addLayout(lanes, 1);
+    column->addWidget(makeTransport());
+    auto* panel = new TempEditsPanel(editor_.music(), editor_.transport(), settings,
+                                     [&files](const std::filesystem::path& folder) { files.reveal({folder}); });
+    panel->setMinimumWidth(240);
+    auto* split = new QSplitter;
+    split->setChildrenCollapsible(false);
+    split->addWidget(left);
+    split->addWidget(panel);
+    split->setStretchFactor(0, 1);
+    split->setSizes({firstSize.width() - panelWidth, panelWidth});
+    auto* document = new QWidget;
+    auto* rows = new QVBoxLayout(document);
+    rows->setContentsMargins(0, 0, 0, 0);
+    rows->setSpacing(0);
+    rows->addWidget(new EditorHeader(editor_.document(), editor_.music(), editor_.transport(), settings));
+    rows->addWidget(split, 1);
+    stack_ = new QStackedWidget;
+    stack_->addWidget(empty_ = new EmptyState);
+    stack_->addWidget(document);
+    empty_->setTexts("No document", "Drop a file here, or choose Open in Editor (Ctrl+E) from the browser.",
+                     "Open File…");
+    connect(empty_, &EmptyState::actionAsked, this, &EditorWindow::chooseFile);
+    auto* all = new QWidget;
+    auto* whole = new QVBoxLayout(all);
+    whole->setContentsMargins(0, 0, 0, 0);
+    whole->setSpacing(0);
+    whole->addWidget(stack_, 1);
+    whole->addWidget(makeStatus());
+    setCentralWidget(all);
+}
+
+QWidget* EditorWindow::makeToolbar() {
+    auto* bar = new QWidget;
+    auto* row = new QHBoxLayout(bar);
+    row->setContentsMargins(12, 2, 12, 6);
+    row->setSpacing(2);
+    for (QAction* each :
+         {actions_->cut, actions_->copy, actions_->paste, actions_->remove, actions_->trim, actions_->silence}) {
+        row->addWidget(buttonOf(each));
+    }
+    row->addSpacing(8);
+    auto* effects = new QToolButton;
+    effects->setText("Effects");
+    effects->setToolTip("One click, applied to the selection or the whole file");
+    effects_ = new EffectsList(editor_.document(), editor_.transport(), this);
+    connect(effects, &QToolButton::clicked, this, [this, effects] { effects_->showUnder(*effects); });
+    row->addWidget(effects);
+    auto* macros = new MenuButton("Macros", "Longer changes, each one step of undo", [this](QMenu& menu) {
+        menu.setToolTipsVisible(true);
+        for (QAction* each : actions_->macros) { menu.addAction(each); }
+    });
+    macros->setText("Macros");
+    row->addWidget(macros);
+    auto* lanes = new MenuButton("Lanes", "Which lanes Effects touch", [this](QMenu& menu) {
+        DocumentModel& document = editor_.document();
+        const auto& scope = document.scope();
+        addChoice(menu, "All lanes", !scope, [&document] { document.setScope(std::nullopt); });
+        for (int lane = 0; lane < document.sound().channels(); ++lane) {
+            const bool isIn = scope && std::ranges::find(*scope, lane) != scope->end();
+            addChoice(menu, "Lane " + QString::number(lane + 1), isIn, [&document, lane, isIn] {
+                auto chosen = document.scope().value_or(std::vector<int>{});
+                isIn ? void(std::erase(chosen, lane)) : chosen.push_back(lane);
+                document.setScope(chosen.empty() ? EditOps::Lanes() : EditOps::Lanes(chosen));
+            });
+        }
+    });
+    lanes->setText("Lanes");
+    row->addWidget(lanes);
+    row->addStretch();
+    row->addWidget(buttonOf(actions_->snap, "switch"));
+    for (const auto& [action, icon] : {std::pair(actions_->zoomOut, "minus"), std::pair(actions_->zoomIn, "plus")}) {
+        action->setIcon(symbol(icon));
+        QToolButton* button = buttonOf(action);
+        button->setToolButtonStyle(Qt::ToolButtonIconOnly);
+        row->addWidget(button);
+    }
+    row->addWidget(buttonOf(actions_->fit));
+    row->addWidget(buttonOf(actions_->zoomSelection));
+    return bar;
+}
+
+QWidget* EditorWindow::makeTransport() {
+    auto* bar = new QWidget;
+    auto* row = new QHBoxLayout(bar);
+    row->setContentsMargins(12, 6, 12, 6);
+    row->setSpacing(8);
+    row->addWidget(buttonOf(actions_->toStart));
+    row->addWidget(play_ = new QToolButton);
+    play_->setProperty("role", "play");
+    play_->setIconSize({18, 18});
+    play_->setToolTip(actions_->play->toolTip());
+    connect(play_, &QToolButton::clicked, actions_->play, &QAction::trigger);
+    for (QAction* each : {actions_->loop, actions_->preRoll, actions_->loopSeam}) {
+        row->addWidget(buttonOf(each, "switch"));
+    }
+    row->addStretch();
+    for (QLabel** each : {&position_, &selected_, &length_}) {
+        row->addSpacing(10);
+        row->addWidget(*each = new QLabel);
+        (*each)->setFont(tabularFont(9.5));
+    }
+    return bar;
+}
+
+QWidget* EditorWindow::makeStatus() {
+    auto* bar = new QWidget;
+    auto* column = new QVBoxLayout(bar);
+    column->setContentsMargins(12, 0, 12, 6);
+    auto* row = new QHBoxLayout;
+    row->addWidget(status_ = new QLabel, 1);
+    row->addWidget(progress_ = new QProgressBar);
+    progress_->setFixedWidth(160);
+    progress_->setTextVisible(false);
+    row->addWidget(cancel_ = new QToolButton);
+    cancel_->setText("Cancel");
+    connect(cancel_, &QToolButton::clicked, this, [this] { editor_.document().cancel(); });
+    column->addLayout(row);
+    recovery_ = new QFrame;
+    recovery_->setProperty("role", "notice");
+    auto* notice = new QHBoxLayout(recovery_);
+    notice->addWidget(new QLabel("Unsaved edits of an earlier session were kept."), 1);
+    auto* restore = new QPushButton("Bring Them Back");
+    connect(restore, &QPushButton::clicked, this, [this] { leave([this] { editor_.document().recover(); }); });
+    auto* discard = new QPushButton("Discard");
+    connect(discard, &QPushButton::clicked, this, [this] { editor_.document().discardAbandoned(); });
+    notice->addWidget(restore);
+    notice->addWidget(discard);
+    column->addWidget(recovery_);
+    return bar;
+}
+
+void EditorWindow::makeMenus() {
+    const auto add = [this](QMenu* menu, const QString& text, const QKeySequence& keys, auto call) {
+        QAction* action = menu->addAction(text);
+        action->setShortcut(keys);
+        connect(action, &QAction::triggered, this, call);
+    };
+    auto* file = menuBar()->addMenu("&File");
+    add(file, "Open File…", QKeySequence("Ctrl+O"), [this] { chooseFile(); });
+    add(file, "Save As…", QKeySequence("Ctrl+S"), [this] { saveAs(); });
+    file->addSeparator();
+    add(file, "Close Document", {}, [this] { leave([this] { editor_.document().close(); }); });
+    add(file, "Close Window", QKeySequence("Ctrl+W"), [this] { close(); });
+    auto* edit = menuBar()->addMenu("&Edit");
+    edit->addActions({actions_->undo, actions_->redo});
+    auto* history = edit->addMenu("History");
+    connect(history, &QMenu::aboutToShow, this, [this, history] { fillHistory(*history); });
+    edit->addSeparator();
+    edit->addActions(
+        {actions_->cut, actions_->copy, actions_->paste, actions_->remove, actions_->trim, actions_->silence});
+    edit->addSeparator();
+    edit->addActions({actions_->selectAll, actions_->selectNone});
+    auto* joins = edit->addMenu("Joins of Cuts");
+    connect(joins, &QMenu::aboutToShow, this, [this, joins] {
+        joins->clear();
+        DocumentModel& document = editor_.document();
+        for (const auto& [text, style] :
+             {std::pair("Exact", CutStyle::exact), std::pair("At Zero Crossings", CutStyle::zeroCrossing),
+              std::pair("Crossfade of 4 ms", CutStyle::crossfade)}) {
+            addChoice(*joins, text, document.cutStyle() == style,
+                      [&document, style = style] { document.setCutStyle(style); });
+        }
+    });
+    auto* effects = menuBar()->addMenu("E&ffects");
+    effects->setToolTipsVisible(true);
+    for (QAction* each : actions_->effects) { effects->addAction(each); }
+    effects->addSeparator();
+    for (QAction* each : actions_->macros) { effects->addAction(each); }
+    auto* view = menuBar()->addMenu("&View");
+    view->addActions({actions_->zoomIn, actions_->zoomOut, actions_->fit, actions_->zoomSelection});
+    view->addSeparator();
+    view->addAction(actions_->snap);
+    auto* playback = menuBar()->addMenu("&Playback");
+    playback->addActions(
+        {actions_->play, actions_->toStart, actions_->loop, actions_->preRoll, actions_->click, actions_->loopSeam});
+}
+
+void EditorWindow::fillHistory(QMenu& menu) {
+    menu.clear();
+    DocumentModel& document = editor_.document();
+    const auto names = document.history().names();
+    for (size_t i = 0; i < names.size(); ++i) {
+        addChoice(menu, names[i].empty() ? "Opened" : QString::fromStdString(names[i]),
+                  i == document.history().position(), [&document, i] { document.goTo(i); });
+    }
+}
+
+void EditorWindow::chooseFile() {
+    const QString path = QFileDialog::getOpenFileName(this, "Open in Editor");
+    if (!path.isEmpty()) { open(pathOfText(path)); }
+}
+
+void EditorWindow::open(const std::filesystem::path& path) {
+    leave([this, path] { editor_.document().open(path); });
+}
+
+void EditorWindow::leave(const std::function<void()>& proceed) {
+    DocumentModel& document = editor_.document();
+    if (!document.isDirty()) { return proceed(); }
+    switch (askToLeave(pathText(document.doc()->url.filename()))) {
+        case Leave::save: {
+            const QString path =
+                QFileDialog::getSaveFileName(this, "Save As", pathText(document.proposedName()), "WAVE audio (*.wav)");
+            if (!path.isEmpty()) { document.saveAs(pathOfText(path), proceed); }
+            return;
+        }
+        case Leave::discard:
+            document.close();
+            return proceed();
+        case Leave::cancel:
+            return;
+    }
+}
+
+void EditorWindow::saveAs() {
+    DocumentModel& document = editor_.document();
+    if (!document.doc()) { return; }
+    const QString path =
+        QFileDialog::getSaveFileName(this, "Save As", pathText(document.proposedName()), "WAVE audio (*.wav)");
+    if (!path.isEmpty()) { document.saveAs(pathOfText(path)); }
+}
+
+void EditorWindow::closeEvent(QCloseEvent* event) {
+    if (!editor_.document().isDirty()) {
+        editor_.transport().stop();
+        return event->accept();
+    }
+    event->ignore();
+    leave([this] {
+        editor_.transport().stop();
+        hide();
+    });
+}
+
+void EditorWindow::dragEnterEvent(QDragEnterEvent* event) {
+    if (event->mimeData()->hasUrls() && audioIn(*event->mimeData())) { event->acceptProposedAction(); }
+}
+
+void EditorWindow::dropEvent(QDropEvent* event) {
+    if (const auto path = audioIn(*event->mimeData())) {
+        event->acceptProposedAction();
+        open(*path);
+    }
+}
+
+void EditorWindow::refresh() {
+    const DocumentModel& document = editor_.document();
+    const auto& doc = document.doc();
+    stack_->setCurrentIndex(doc ? 1 : 0);
+    setWindowTitle(doc ? pathText(doc->url.filename()) + "[*] – Editor" : "Editor");
+    setWindowModified(document.isDirty());
+    const auto time = [&](int64_t frame) { return QString::fromStdString(timeText(double(frame) / doc->sampleRate)); };
+    if (doc) {
+        const bool follows = editor_.transport().isPlaying() && editor_.transport().followsDocument();
+        position_->setText("POS " + time(follows ? editor_.transport().playhead().wholeFrame() : document.cursor()));
+        selected_->setText(document.selection() ? "SEL " + time(document.selection()->length()) : "SEL –");
+        length_->setText("LEN " + time(document.total()));
+    }
+    const bool playing = editor_.transport().isPlaying();
+    play_->setIcon(symbol(playing ? "stop" : "play", SymbolRole::onAccent));
+    play_->setAccessibleName(playing ? "Stop" : "Play");
+    play_->setEnabled(actions_->play->isEnabled());
+    const auto& busy = document.busy();
+    const auto& message = editor_.message().text();
+    status_->setText(busy ? QString::fromStdString(busy->text) : QString::fromStdString(message.value_or("")));
+    status_->setProperty("role", !busy && editor_.message().isProblem() ? "warning" : "secondary");
+    status_->style()->polish(status_);
+    progress_->setVisible(busy.has_value());
+    progress_->setRange(0, busy && busy->progress ? 100 : 0);
+    if (busy && busy->progress) { progress_->setValue(int(*busy->progress * 100)); }
+    cancel_->setVisible(busy.has_value());
+    recovery_->setVisible(!document.abandoned().empty());
+}
+
+}  // namespace brindlehum
