@@ -50,8 +50,8 @@ void DragOut::setDragExport(DragExport mode) {
 std::string DragOut::formName(const DragExport& mode) const {
     if (mode.kind != DragExport::Kind::upmix) { return name(mode); }
     const UpmixSettings& upmix = listening_.upmix();
-    const bool isChanged = upmix.params != params(upmix.preset);
-    return name(mode) + " (" + std::string(displayName(upmix.preset)) + (isChanged ? ", changed)" : ")");
+    const bool isChanged = upmix.params != presetParams(upmix, settings_.value().upmixPresets);
+    return name(mode) + " (" + presetName(upmix) + (isChanged ? ", changed)" : ")");
 }
 
 void DragOut::checkDragExport() {
