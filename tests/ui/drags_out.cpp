@@ -217,6 +217,15 @@ TEST_F(DragsOutTest, TheMenuGroupsTheFormsAndNamesThePreset) {
         texts << (action->isSeparator() ? "-" : (action->isChecked() ? "*" : "") + action->text());
     }
     EXPECT_EQ(texts, (QStringList{"*Original", "-", "9.1.6 upmix (Film)", "7.1.4 upmix (Film)", "5.1 upmix (Film)"}));
+    UpmixParams airy = params(UpmixPreset::film);
+    airy.heightDB += 3;
+    model.settings().change([&](AppSettings& s) { s.upmixPresets = {{"Attic", UpmixPreset::film, airy}}; });
+    player.listening().setUpmix({true, UpmixPreset::film, airy, "Attic"});
+    const auto upmix = DragExport::upmix(LayoutID::l714);
+    EXPECT_EQ(player.dragOut().formName(upmix), "7.1.4 upmix (Attic)");
+    airy.heightDB += 1;
+    player.listening().setUpmix({true, UpmixPreset::film, airy, "Attic"});
+    EXPECT_EQ(player.dragOut().formName(upmix), "7.1.4 upmix (Attic, changed)");
 }
 
 TEST_F(DragsOutTest, ALongExportShowsProgressAndThenItsFolder) {
