@@ -95,6 +95,7 @@ TEST_F(EditorTest, EditsAndSavesWhatItShows) {
     document().cut();
     EXPECT_EQ(std::pair(document().cursor(), document().total()), std::pair(int64_t(1000), int64_t(46000)));
     EXPECT_FALSE(document().selection());
+    EXPECT_EQ(document().view(), VisibleRange::all(46000)) << "a view of everything stays one";
     document().setCursor(0);
     document().paste();
     EXPECT_EQ(document().selection(), (FrameRange{0, 2000}));

@@ -111,9 +111,10 @@ void DocumentModel::contentChanged() {
     const EditState fits = fitted(state());
     selection_ = fits.selection;
     cursor_ = fits.cursor;
+    // A view of everything stays one; another shows the same frames, as far as they are there.
     VisibleRange view = view_;
     view.total = total();
-    view_ = scrolled(zoomed(view, 1, 0), 0);
+    view_ = view_.isAll() ? VisibleRange::all(total()) : scrolled(zoomed(view, 1, 0), 0);
 }
 
 void DocumentModel::step(bool (EditHistory::*move)(), void (JournalKeeper::*write)()) {
