@@ -50,6 +50,8 @@ void AppModel::start(uint16_t controlPort) {
     connect(&player_.listening(), &ListeningSetup::outputsChanged, this,
             [this] { player_.listening().chooseFirstProfile(); });
     player_.listening().chooseFirstProfile();
+    editor_.music().findBars = [this](const auto& file) { return bars_.find(file); };
+    editor_.music().keepBars = [this](const auto& file, const GivenBars& given) { bars_.set(file, given); };
     player_.dragOut().queue().setCarry([](const std::filesystem::path& source, const FrameRange& range) {
         return carriedNotes(source, range.lower, range.upper);
     });

@@ -19,6 +19,22 @@ std::string_view rawValue(ListenMode mode) {
     return {};
 }
 
+std::string_view displayName(ListenMode mode) {
+    switch (mode) {
+        case ListenMode::normal:
+            return "Stereo";
+        case ListenMode::mono:
+            return "Mono sum";
+        case ListenMode::left:
+            return "Left only";
+        case ListenMode::right:
+            return "Right only";
+        case ListenMode::midSide:
+            return "M/S decode";
+    }
+    return {};
+}
+
 std::optional<ListenMode> listenModeFromRaw(std::string_view raw) {
     for (const ListenMode mode : allListenModes) {
         if (rawValue(mode) == raw) { return mode; }

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <thread>
 
 #include "base/error.h"
@@ -248,6 +249,9 @@ TEST_F(EditorTest, FindsBarsAgainAfterAnEditAndKeepsWhatTheUserSet) {
     ASSERT_FALSE(music().plans().empty());
     // A bar line two beats off, set by hand: cut six seconds before it, and it comes along.
     const auto at = [](double seconds) { return int64_t(seconds * test::musicRate); };
+    std::map<fs::path, GivenBars> kept;
+    music().keepBars = [&](const fs::path& path, const GivenBars& given) { kept[path] = given; };
+    music().findBars = [&](const fs::path& path) { return kept[path]; };
     music().setDownbeat(at(9));
     settle();
     const auto isBar = [&](double seconds) {
@@ -266,6 +270,13 @@ TEST_F(EditorTest, FindsBarsAgainAfterAnEditAndKeepsWhatTheUserSet) {
     loop_.advance(MusicModel::restSeconds + 0.01);
     settle();
     EXPECT_TRUE(isBar(9));
+    document().redo();
+    music().setTempo(60);
+    EXPECT_EQ(kept.size(), 1U);
+    EXPECT_FALSE(kept.begin()->second.bpm) << "what is given to an edited sound isn't kept for its file";
+    settle();
+    open(folder_ / "Groove.wav");
+    EXPECT_TRUE(isBar(9)) << "known from earlier";
     // A pin that is dragged changes the plans at once.
     const auto before = music().plans().size();
     const Pins pins = *music().pins();

@@ -36,22 +36,22 @@ void MusicModel::forget() {
 
 void MusicModel::opened() {
     forget();
-    handSet_ = {};
-    handSetOf_.clear();
+    given_ = document_.doc() && findBars ? findBars(document_.doc()->url) : GivenBars();
+    givenTo_.clear();
     lastExport_.reset();
     if (document_.doc()) { analyze(); }
     Q_EMIT changed();
 }
 
 void MusicModel::edited(const EditStep::Moved* moved) {
-    if (moved) { handSet_ = following(handSet_, *moved, boundaries_, document_.doc()->sampleRate); }
-    handSetOf_[document_.history().stateID()] = handSet_;
+    if (moved) { given_ = following(given_, *moved, boundaries_, document_.doc()->sampleRate); }
+    givenTo_[document_.history().stateID()] = given_;
     if (moved) { analyzeSoon(); }
 }
 
 void MusicModel::stepped() {
-    const auto known = handSetOf_.find(document_.history().stateID());
-    if (known != handSetOf_.end()) { handSet_ = known->second; }
+    const auto known = givenTo_.find(document_.history().stateID());
+    if (known != givenTo_.end()) { given_ = known->second; }
     analyzeSoon();
 }
 
@@ -69,13 +69,13 @@ void MusicModel::analyzeSoon() {
 void MusicModel::analyze() {
     rest_.reset();
     if (!document_.doc()) { return; }
-    handSetOf_[document_.history().stateID()] = handSet_;
+    givenTo_[document_.history().stateID()] = given_;
     isAnalyzing_ = true;
     const auto work = [sound = document_.sound(), rate = document_.doc()->sampleRate,
                        source = document_.doc()->info.detected, name = document_.doc()->url.filename().string(),
-                       set = handSet_](const Background::Task& task) {
+                       given = given_](const Background::Task& task) {
         SoundSamples samples(sound, rate);
-        return analyzeMusic({samples, source, name, set.bpm, set.beatsPerBar, set.downbeat},
+        return analyzeMusic({samples, source, name, given.bpm, given.beatsPerBar, given.downbeat},
                             [&task](AnalysisStage) { return !task.isStopped(); });
     };
     queue_.run(
@@ -96,27 +96,36 @@ void MusicModel::show(AnalysisOutcome outcome) {
     resetPins();
 }
 
-void MusicModel::setTempo(double bpm) {
-    handSet_.bpm = bpm;
-    if (analysis_) { handSet_.beatsPerBar = analysis_->grid.beatsPerBar; }
+void MusicModel::give(const GivenBars& given) {
+    if (!document_.doc()) { return; }
+    given_ = given;
+    if (keepBars && !document_.isDirty()) { keepBars(document_.doc()->url, given); }
     analyze();
 }
 
+void MusicModel::setTempo(double bpm) {
+    GivenBars given = given_;
+    given.bpm = bpm;
+    if (analysis_) { given.beatsPerBar = analysis_->grid.beatsPerBar; }
+    give(given);
+}
+
 void MusicModel::setBeatsPerBar(int beats) {
-    handSet_.beatsPerBar = beats;
-    if (analysis_) { handSet_.bpm = analysis_->grid.bpm; }
-    analyze();
+    GivenBars given = given_;
+    given.beatsPerBar = beats;
+    if (analysis_) { given.bpm = analysis_->grid.bpm; }
+    give(given);
 }
 
 void MusicModel::setDownbeat(int64_t frame) {
     if (!document_.doc()) { return; }
-    handSet_.downbeat = double(frame) / document_.doc()->sampleRate;
-    analyze();
+    GivenBars given = given_;
+    given.downbeat = double(frame) / document_.doc()->sampleRate;
+    give(given);
 }
 
-void MusicModel::forgetHandSet() {
-    handSet_ = {};
-    analyze();
+void MusicModel::forgetGivenBars() {
+    give({});
 }
 
 void MusicModel::movePin(PinKind kind, int64_t toFrame) {

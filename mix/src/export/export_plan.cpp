@@ -55,29 +55,13 @@ ExportPlan inLayout(const Matrix& m, int inChannels, LayoutID layout, const std:
     return planOf(m, inChannels, 0, name + " (SMPTE order:" + labels + ")");
 }
 
-std::string_view monitoredAs(ListenMode mode) {
-    switch (mode) {
-        case ListenMode::mono:
-            return "Mono sum";
-        case ListenMode::left:
-            return "Left only";
-        case ListenMode::right:
-            return "Right only";
-        case ListenMode::midSide:
-            return "M/S decode";
-        case ListenMode::normal:
-            break;
-    }
-    return {};
-}
-
 ExportPlan originalPlan(const Exporter::Request& request) {
     const int channels = request.info.channels;
     const std::string label = request.source.displayName();
     if (request.source == SourceFormat::stereo() && channels == 2 && request.listen != ListenMode::normal) {
         Matrix m;
         for (const auto& row : matrix(request.listen)) { m.emplace_back(row.begin(), row.end()); }
-        return planOf(m, channels, stereoMask, "Stereo (" + std::string(monitoredAs(request.listen)) + ")");
+        return planOf(m, channels, stereoMask, "Stereo (" + std::string(displayName(request.listen)) + ")");
     }
     const Matrix same = identity(size_t(channels));
     const SpeakerList* list = request.source.asSpeakers();

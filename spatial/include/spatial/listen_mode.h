@@ -13,6 +13,7 @@ inline constexpr std::array<ListenMode, 5> allListenModes = {ListenMode::normal,
                                                              ListenMode::right, ListenMode::midSide};
 
 std::string_view rawValue(ListenMode mode);
+std::string_view displayName(ListenMode mode);  // "Mono sum"
 std::optional<ListenMode> listenModeFromRaw(std::string_view raw);
 // Rows are the left and right output, columns the left and right input.
 std::array<std::array<double, 2>, 2> matrix(ListenMode mode);

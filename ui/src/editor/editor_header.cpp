@@ -16,8 +16,6 @@
 namespace brindlehum {
 namespace {
 
-constexpr double slowestTempo = 20, fastestTempo = 400;  // BPM that a user may set
-
 QLabel* quiet(const char* role) {
     auto* label = new QLabel;
     label->setProperty("role", role);
@@ -87,7 +85,7 @@ void EditorHeader::refresh() {
         each->setVisible(analysis.has_value());
     }
     twin_->setVisible(analysis && analysis->twin());
-    uncertain_->setVisible(analysis && analysis->grid.barLinesUncertain() && !music_.handSet().downbeat);
+    uncertain_->setVisible(analysis && analysis->grid.barLinesUncertain() && !music_.givenBars().downbeat);
     expert_->setVisible(settings_.value().expertMode);
     click_->setChecked(transport_.click());
     if (!analysis) { return tempo_->setChoice("Set Tempo"); }
@@ -111,8 +109,8 @@ void EditorHeader::refresh() {
 void EditorHeader::askTempo() {
     bool isGiven = false;
     const double now = music_.analysis() ? music_.analysis()->grid.bpm : 120;
-    const double bpm =
-        QInputDialog::getDouble(this, "Set Tempo", "Beats a minute:", now, slowestTempo, fastestTempo, 2, &isGiven);
+    const double bpm = QInputDialog::getDouble(this, "Set Tempo", "Beats a minute:", now, GivenBarsRange::slowestBpm,
+                                               GivenBarsRange::fastestBpm, 2, &isGiven);
     if (isGiven) { music_.setTempo(bpm); }
 }
 
@@ -135,7 +133,7 @@ void EditorHeader::fillTempo(QMenu& menu) {
         menu.addSeparator();
     }
     menu.addAction("Set Tempo…", this, &EditorHeader::askTempo);
-    menu.addAction("As Measured", this, [this] { music_.forgetHandSet(); })->setEnabled(!music_.handSet().isEmpty());
+    menu.addAction("As Measured", this, [this] { music_.forgetGivenBars(); })->setEnabled(music_.givenBars().any());
 }
 
 void EditorHeader::fillMeter(QMenu& menu) {

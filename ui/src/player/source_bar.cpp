@@ -24,19 +24,8 @@ namespace brindlehum {
 namespace {
 
 QString listenName(ListenMode mode) {
-    switch (mode) {
-        case ListenMode::normal:
-            return "Stereo";
-        case ListenMode::mono:
-            return "Mono sum";
-        case ListenMode::left:
-            return "Left only";
-        case ListenMode::right:
-            return "Right only";
-        case ListenMode::midSide:
-            return "M/S decode";
-    }
-    return {};
+    const std::string_view name = displayName(mode);
+    return QString::fromLatin1(name.data(), qsizetype(name.size()));
 }
 
 constexpr auto upmixTip = "Upmix: spread this file over every speaker";

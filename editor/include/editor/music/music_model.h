@@ -2,6 +2,8 @@
 #pragma once
 
 #include <QObject>
+#include <filesystem>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -9,7 +11,7 @@
 
 #include "analysis/music_analysis.h"
 #include "editor/document/document_model.h"
-#include "editor/music/hand_set.h"
+#include "editor/music/moved_bars.h"
 #include "editor/music/pin_moves.h"
 #include "edits/edit_plan.h"
 #include "edits/temp_edit_exporter.h"
@@ -32,7 +34,7 @@ public:
     bool isAnalyzing() const { return isAnalyzing_; }
     // No pulse was found, or the sound is too short for one: there are no bars.
     bool hasNoPulse() const { return hasNoPulse_; }
-    const HandSet& handSet() const { return handSet_; }
+    const GivenBars& givenBars() const { return given_; }
     const std::vector<double>& boundaries() const { return boundaries_; }  // seconds
     BarTimes bars() const;
     int64_t frame(int ofBoundary) const { return frameOfBoundary(bars(), ofBoundary); }
@@ -49,7 +51,7 @@ public:
     void setTempo(double bpm);
     void setBeatsPerBar(int beats);
     void setDownbeat(int64_t frame);
-    void forgetHandSet();
+    void forgetGivenBars();
     void analyze();
 
     void movePin(PinKind kind, int64_t toFrame);
@@ -63,6 +65,11 @@ public:
     void selectBar(int64_t frame);
     // The loop that the pins mark.
     PinnedLoop pinnedLoop() const;
+
+    // What is known of a file's bars from earlier, and a way to keep it. Only what belongs to the file itself is kept:
+    // what is given to an edited sound lasts as long as the document.
+    std::function<GivenBars(const std::filesystem::path& file)> findBars;
+    std::function<void(const std::filesystem::path& file, const GivenBars& given)> keepBars;
 
     // Writes all plans and their sheet into the edits' folder.
     void makeTempEdits();
@@ -78,6 +85,7 @@ private:
     void edited(const EditStep::Moved* moved);
     void stepped();
     void analyzeSoon();
+    void give(const GivenBars& given);
     void show(AnalysisOutcome outcome);
     void forget();
     void replan();
@@ -91,8 +99,8 @@ private:
     bool isStale_ = false;
     bool isAnalyzing_ = false;
     bool hasNoPulse_ = false;
-    HandSet handSet_;
-    std::map<uint64_t, HandSet> handSetOf_;  // by state of the document, for undo
+    GivenBars given_;
+    std::map<uint64_t, GivenBars> givenTo_;  // by state of the document, for undo
     std::optional<Pins> pins_;
     std::vector<EditPlan> plans_;
     TempEditOptions options_;
