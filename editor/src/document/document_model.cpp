@@ -220,7 +220,7 @@ void DocumentModel::apply(const std::string& effect) {
             isQuick, found->name);
 }
 
-void DocumentModel::preview(const std::string& effect, std::function<void(Sound)> heard) {
+void DocumentModel::preview(const std::string& effect, const std::function<void(Sound)>& heard) {
     if (!doc_ || !EditOps::effect(effect)) { return; }
     // Ten seconds are enough for an ear.
     FrameRange part = range();
@@ -301,7 +301,8 @@ void DocumentModel::saveAs(const std::filesystem::path& path, std::function<void
     };
     queue_.run(
         saves_, work,
-        [this, path, document = documents_, saved = history_.stateID(), done = std::move(done)](SaveResult result) {
+        [this, path, document = documents_, saved = history_.stateID(),
+         done = std::move(done)](const SaveResult& result) {
             setBusy(std::nullopt);
             if (!result.isWritten || document != documents_) { return; }
             history_.markSaved(saved);

@@ -77,7 +77,7 @@ bool EditorTransport::openDevice(bool force) {
     }
 }
 
-void EditorTransport::start(Start given) {
+void EditorTransport::start(const Start& given) {
     seat_.take();
     if (!openDevice(false)) { return; }
     const double rate = seat_.engine().sampleRate();

@@ -193,8 +193,10 @@ void UpmixSliders::addSlider(QGridLayout& grid, size_t control) {
     slider->setAccessibleDescription(help);
     slider->setMinimumWidth(110);
     slider->installEventFilter(this);
-    slider->onEdit = [this, field](double value) { edit([&](UpmixParams& params) { params.*field = value; }); };
-    slider->onRest = [this, field] { edit([&](UpmixParams& params) { params.*field = tuning_.start().*field; }); };
+    slider->onEdit = [this, field = field](double value) { edit([&](UpmixParams& params) { params.*field = value; }); };
+    slider->onRest = [this, field = field] {
+        edit([&](UpmixParams& params) { params.*field = tuning_.start().*field; });
+    };
     auto* label = new QLabel(name);
     label->setProperty("role", "secondary");
     label->setBuddy(slider);

@@ -81,7 +81,7 @@ public:
     void apply(const std::string& effect);
     void run(Macro macro);
     // The range as the effect would make it, for listening.
-    void preview(const std::string& effect, std::function<void(Sound)> heard);
+    void preview(const std::string& effect, const std::function<void(Sound)>& heard);
     bool canPaste() const;
 
     CutStyle cutStyle() const { return cutStyle_; }

@@ -70,7 +70,7 @@ private:
         std::optional<std::vector<Click>> clicks;
     };
     std::optional<std::vector<Click>> clicks() const;
-    void start(Start start);
+    void start(const Start& given);
     void ready(std::shared_ptr<StreamReader> reader, const Start& start, double rate);
     bool openDevice(bool force);
     void publish();
