@@ -22,8 +22,7 @@ int64_t unixTime() {
 }  // namespace
 
 DocumentModel::DocumentModel(MainLoop& loop, std::filesystem::path journals, PlayerMessage& message)
-    : loop_(loop),
-      message_(message),
+    : message_(message),
       journal_(std::move(journals), loop, [this](const std::string& problem) { message_.fail(problem); }),
       queue_(loop, "Brindlehum.editor") {
     journal_.findAbandoned([this](std::vector<std::filesystem::path> found) {

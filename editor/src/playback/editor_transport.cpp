@@ -210,11 +210,18 @@ void EditorTransport::audition(Sound sound, bool loop) {
 
 void EditorTransport::audition(const EditPlan& plan) {
     if (!document_.doc()) { return; }
-    const auto rendered =
-        TempEditRenderer::render(plan, document_.sound().gather(), document_.doc()->sampleRate, music_.options());
-    audition(Sound(rendered), plan.kind == EditPlan::Kind::loop);
-    auditioned_ = plan.name;
-    Q_EMIT changed();
+    const auto work = [plan, sound = document_.sound(), rate = document_.doc()->sampleRate,
+                       options = music_.options()] {
+        return Sound(TempEditRenderer::render(plan, sound.gather(), rate, options));
+    };
+    queue_.run(
+        starts_, work,
+        [this, name = plan.name, loops = plan.kind == EditPlan::Kind::loop](Sound rendered) {
+            audition(std::move(rendered), loops);
+            auditioned_ = name;
+            Q_EMIT changed();
+        },
+        [this](const std::exception& error) { message_.fail(error.what()); });
 }
 
 void EditorTransport::auditionLoopPoint() {

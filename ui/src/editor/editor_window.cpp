@@ -89,7 +89,7 @@ EditorWindow::EditorWindow(EditorModel& editor, SettingsStore& settings, FileMan
     connect(&editor.document(), &DocumentModel::changed, this, &EditorWindow::refresh);
     connect(&editor.document(), &DocumentModel::abandonedChanged, this, &EditorWindow::refresh);
     connect(&editor.transport(), &EditorTransport::changed, this, &EditorWindow::refresh);
-    connect(&editor.transport().playhead(), &PlayheadModel::frameChanged, this, &EditorWindow::refresh);
+    connect(&editor.transport().playhead(), &PlayheadModel::frameChanged, this, &EditorWindow::showPosition);
     connect(&editor.message(), &PlayerMessage::changed, this, &EditorWindow::refresh);
     connect(&editor.document(), &DocumentModel::opened, this, [this] {
         if (editor_.document().doc()) { wave_->setFocus(); }
@@ -308,12 +308,8 @@ void EditorWindow::leave(const std::function<void()>& proceed) {
     DocumentModel& document = editor_.document();
     if (!document.isDirty()) { return proceed(); }
     switch (askToLeave(pathText(document.doc()->url.filename()))) {
-        case Leave::save: {
-            const QString path =
-                QFileDialog::getSaveFileName(this, "Save As", pathText(document.proposedName()), "WAVE audio (*.wav)");
-            if (!path.isEmpty()) { document.saveAs(pathOfText(path), proceed); }
-            return;
-        }
+        case Leave::save:
+            return saveAs(proceed);
         case Leave::discard:
             document.close();
             return proceed();
@@ -322,12 +318,12 @@ void EditorWindow::leave(const std::function<void()>& proceed) {
     }
 }
 
-void EditorWindow::saveAs() {
+void EditorWindow::saveAs(const std::function<void()>& done) {
     DocumentModel& document = editor_.document();
     if (!document.doc()) { return; }
     const QString path =
         QFileDialog::getSaveFileName(this, "Save As", pathText(document.proposedName()), "WAVE audio (*.wav)");
-    if (!path.isEmpty()) { document.saveAs(pathOfText(path)); }
+    if (!path.isEmpty()) { document.saveAs(pathOfText(path), done); }
 }
 
 void EditorWindow::closeEvent(QCloseEvent* event) {
@@ -353,6 +349,16 @@ void EditorWindow::dropEvent(QDropEvent* event) {
     }
 }
 
+// Thirty times a second while it plays, so it touches nothing else.
+void EditorWindow::showPosition() {
+    const auto& doc = editor_.document().doc();
+    if (!doc) { return; }
+    EditorTransport& transport = editor_.transport();
+    const bool follows = transport.isPlaying() && transport.followsDocument();
+    const int64_t frame = follows ? transport.playhead().wholeFrame() : editor_.document().cursor();
+    position_->setText("POS " + QString::fromStdString(timeText(double(frame) / doc->sampleRate)));
+}
+
 void EditorWindow::refresh() {
     const DocumentModel& document = editor_.document();
     const auto& doc = document.doc();
@@ -360,9 +366,8 @@ void EditorWindow::refresh() {
     setWindowTitle(doc ? pathText(doc->url.filename()) + "[*] – Editor" : "Editor");
     setWindowModified(document.isDirty());
     const auto time = [&](int64_t frame) { return QString::fromStdString(timeText(double(frame) / doc->sampleRate)); };
+    showPosition();
     if (doc) {
-        const bool follows = editor_.transport().isPlaying() && editor_.transport().followsDocument();
-        position_->setText("POS " + time(follows ? editor_.transport().playhead().wholeFrame() : document.cursor()));
         selected_->setText(document.selection() ? "SEL " + time(document.selection()->length()) : "SEL –");
         length_->setText("LEN " + time(document.total()));
     }

@@ -126,7 +126,6 @@ private:
     void perform(const Work& work, bool isQuick, const char* status, std::function<void(bool)> done = {});
     void setBusy(std::optional<Busy> busy);
 
-    MainLoop& loop_;
     PlayerMessage& message_;
     std::optional<Doc> doc_;
     EditHistory history_;

@@ -31,7 +31,8 @@ public:
     void leave(const std::function<void()>& proceed);
     // Opens another file, after that question.
     void open(const std::filesystem::path& path);
-    void saveAs();
+    // Asks for a name; `done` is called after a save.
+    void saveAs(const std::function<void()>& done = {});
     EditorWaveView& wave() { return *wave_; }
     EditorActions& actions() { return *actions_; }
 
@@ -49,6 +50,7 @@ private:
     void chooseFile();
     void fillHistory(QMenu& menu);
     void refresh();
+    void showPosition();
 
     EditorModel& editor_;
     EditorWaveView* wave_ = nullptr;
