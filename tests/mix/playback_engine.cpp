@@ -145,7 +145,7 @@ protected:
 
     void SetUp() override {
         engine_ = std::make_unique<PlaybackEngine>(audio_, loop_, [open = open_](double rate) {
-            return open.get() ? PlaybackEngine::sharedSetStage(rate) : throw std::runtime_error("no set");
+            return open.get() ? ConfigPublisher::sharedSetStage(rate) : throw std::runtime_error("no set");
         });
         engine_->onBinauralMissing = [this] { ++missing_; };
     }

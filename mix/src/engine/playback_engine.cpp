@@ -6,8 +6,6 @@
 #include <thread>
 
 #include "base/error.h"
-#include "engine/binaural_loader.h"
-#include "mix/render/hrtf_set.h"
 #include "mix/render/render_watch.h"
 
 namespace brindlehum {
@@ -22,19 +20,18 @@ void notify(std::function<void()> callback) {
 
 }  // namespace
 
-std::shared_ptr<BinauralStage> PlaybackEngine::sharedSetStage(double sampleRate) {
-    return std::make_shared<BinauralStage>(HRTFSet::shared(sampleRate));
-}
-
 PlaybackEngine::PlaybackEngine(AudioSystem& audio, MainLoop& loop, StageMaker makeStage)
     : loop_(loop),
       audio_(audio),
       devices_(audio),
       ctx_(std::make_unique<RenderContext>()),
       watch_(std::make_shared<RenderWatch>(*ctx_)),
-      loader_(
-          std::make_unique<BinauralLoader>(loop, std::move(makeStage), [this](double rate) { stageLoaded(rate); })) {
-    loader_->prepare(sampleRate_);
+      publisher_(*ctx_, loop, watch_, std::move(makeStage)) {
+    // The stream that has waited for this configuration starts.
+    publisher_.onPublished = [this] {
+        if (current_) { ctx_->setRing(current_->ring()); }
+    };
+    publisher_.onMissing = [this] { notify(onBinauralMissing); };
     watching_ = audio.watch([this] { systemChanged(); });
 }
 
@@ -59,7 +56,7 @@ void PlaybackEngine::configure(const std::optional<std::string>& deviceUID, bool
     if (!force && isOpenFor(deviceUID)) { return; }
     teardown();
     open(deviceUID);
-    loader_->prepare(sampleRate_);
+    publisher_.open(sampleRate_);
 }
 
 void PlaybackEngine::open(const std::optional<std::string>& deviceUID) {
@@ -113,85 +110,21 @@ void PlaybackEngine::teardown() {
     stream_.reset();
     watch_->setRunning(false);
     configuredKey_.reset();
-    waiting_.reset();
-    ctx_->forgetPrevious();
-    resetUpmix();
-    ctx_->setBinauralStage(nullptr);
-    stage_.reset();
+    publisher_.close();
 }
 
 void PlaybackEngine::setConfig(const MixConfig& config) {
-    waiting_.reset();
-    if (config.toBinaural && !loader_->stage(sampleRate_)) {
-        replaceConfig(nullptr);
-        waiting_ = config;
-        return;
-    }
-    publish(config);
-}
-
-void PlaybackEngine::publish(const MixConfig& config) {
-    if (config.toBinaural) {
-        if (!stage_) {
-            stage_ = loader_->stage(sampleRate_);
-            ctx_->setBinauralStage(stage_.get());
-        }
-        retire(stage_->setDirections(config.virtualDirections));
-    }
-    const std::shared_ptr<Upmixer> before = upmixer_;
-    replaceConfig(std::make_shared<RenderConfig>(config, upmixFor(config)));
-    if (before != upmixer_) { retire(before); }
-}
-
-// The processor with the plan of the configuration; null when it asks for none.
-mn_upmix* PlaybackEngine::upmixFor(const MixConfig& config) {
-    if (!config.upmix) {
-        upmixer_.reset();
-        return nullptr;
-    }
-    const int ins = int(config.upmix->source.size());
-    const int outs = int(config.upmix->target.size());
-    if (!upmixer_ || upmixer_->inChannels() != ins || upmixer_->outChannels() != outs ||
-        upmixer_->sampleRate() != sampleRate_) {
-        upmixer_ = Upmixer::make(ins, outs, sampleRate_);
-    }
-    if (!upmixer_) { return nullptr; }
-    retire(upmixer_->apply(*config.upmix));
-    return upmixer_->raw();
-}
-
-// While no render runs.
-void PlaybackEngine::resetUpmix() {
-    if (upmixer_) { mn_upmix_reset(upmixer_->raw()); }
-}
-
-void PlaybackEngine::replaceConfig(std::shared_ptr<RenderConfig> next) {
-    ctx_->setConfig(next ? &next->record : nullptr);
-    // Start the stream that has waited for this configuration.
-    if (next && current_) { ctx_->setRing(current_->ring()); }
-    retire(std::exchange(currentConfig_, std::move(next)));
-}
-
-void PlaybackEngine::stageLoaded(double sampleRate) {
-    if (!waiting_ || sampleRate != sampleRate_) { return; }
-    if (loader_->stage(sampleRate_)) {
-        publish(*std::exchange(waiting_, std::nullopt));
-    } else {
-        notify(onBinauralMissing);
-    }
-}
-
-bool PlaybackEngine::binauralMissing() const {
-    return loader_->failed(sampleRate_);
+    publisher_.set(config);
+    if (!publisher_.waits() && current_) { ctx_->setRing(current_->ring()); }
 }
 
 void PlaybackEngine::play(std::shared_ptr<StreamReader> reader, double startPosition) {
     ctx_->clearFinished();
     ctx_->setPosition(startPosition);
     // While a configuration waits, the ring waits too: the first block would read from it and play nothing.
-    ctx_->setRing(waiting_ ? nullptr : reader->ring());
+    ctx_->setRing(publisher_.waits() ? nullptr : reader->ring());
     if (current_) { current_->cancel(); }
-    retire(std::exchange(current_, std::move(reader)));
+    publisher_.retire(std::exchange(current_, std::move(reader)));
     try {
         current_->start();
         ensureRunning();
@@ -204,7 +137,7 @@ void PlaybackEngine::play(std::shared_ptr<StreamReader> reader, double startPosi
 void PlaybackEngine::stop() {
     ctx_->setRing(nullptr);
     if (current_) { current_->cancel(); }
-    retire(std::exchange(current_, nullptr));
+    publisher_.retire(std::exchange(current_, nullptr));
     scheduleIdle();
 }
 
@@ -221,8 +154,7 @@ bool PlaybackEngine::finished() const {
 void PlaybackEngine::ensureRunning() {
     idle_.reset();
     if (!stream_ || stream_->isRunning()) { return; }
-    ctx_->forgetPrevious();
-    resetUpmix();
+    publisher_.forgetPrevious();
     watch_->setRunning(true);
     try {
         stream_->start();
@@ -241,12 +173,7 @@ void PlaybackEngine::scheduleIdle() {
 void PlaybackEngine::halt() {
     stream_->pause();
     watch_->setRunning(false);
-    ctx_->forgetPrevious();
-    resetUpmix();
-}
-
-void PlaybackEngine::retire(std::shared_ptr<const void> object) {
-    if (object) { keepFor(retirement, loop_, watch_, watch_->blocks(), std::move(object)); }
+    publisher_.forgetPrevious();
 }
 
 }  // namespace brindlehum

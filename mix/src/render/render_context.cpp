@@ -30,7 +30,7 @@ void clear(float* plane, int32_t frames) {
 
 }  // namespace
 
-RenderContext::RenderContext()
+RenderContext::RenderContext(Feed feed)
     : ringSlot_(mn_slot_create()),
       cfgSlot_(mn_slot_create()),
       stageSlot_(mn_slot_create()),
@@ -38,7 +38,8 @@ RenderContext::RenderContext()
       finished_(mn_i64_create(0)),
       gain_(mn_f64_create(1)),
       peaks_(mn_peaks_create(maxDeviceChannels)),
-      storage_(makeAligned<float>(ConfigMixer::planeStride * (2 * maxSourceChannels + maxVirtualSpeakers + 2))) {
+      feed_(feed),
+      storage_(makeAligned<float>(ConfigMixer::planeStride * (2 * maxSourceChannels + maxVirtualSpeakers + 3))) {
     float* next = storage_.get();
     const auto assign = [&next](float*& plane) {
         plane = next;
@@ -46,7 +47,7 @@ RenderContext::RenderContext()
     };
     for (auto* planes : {&inA_, &inB_}) { std::ranges::for_each(*planes, assign); }
     std::ranges::for_each(bus_, assign);
-    for (float** plane : {&binL_, &binR_}) { assign(*plane); }
+    for (float** plane : {&binL_, &binR_, &silence_}) { assign(*plane); }
 }
 
 RenderContext::~RenderContext() {
@@ -77,6 +78,7 @@ int32_t RenderContext::render(uint32_t frames, const DeviceBuffers& buffers) noe
     std::copy_n(buffers.planes, deviceChannels_, dev_.begin());
     const auto n = int32_t(std::min({frames, buffers.frames, uint32_t(maxFrames)}));
     if (n < 1) { return 0; }
+    takeInputs(buffers);
 
     auto* ring = static_cast<mn_ring*>(mn_slot_load(ringSlot_));
     const auto* const wanted = static_cast<const mn_mix_config*>(mn_slot_load(cfgSlot_));
@@ -108,7 +110,7 @@ int32_t RenderContext::render(uint32_t frames, const DeviceBuffers& buffers) noe
 const mn_mix_config* RenderContext::takenUp(mn_ring* ring, const mn_mix_config* config) noexcept {
     const mn_upmix* const upmix = upmixOf(config);
     const bool begins = upmix != nullptr && upmix != upmixOf(prevCfg_) && prevCfg_ != nullptr && ring == prevRing_;
-    if (!begins || ring == nullptr || hasEnded(ring)) {
+    if (!begins || (feed_ == Feed::ring && ring == nullptr) || hasEnded(ring)) {
         prepared_ = nullptr;
         return config;
     }
@@ -144,9 +146,17 @@ void RenderContext::changeBlock(mn_ring* ring, const mn_mix_config* config, int3
     mixer_.fade({prevCfg_, before}, {config, after}, n, destination());
 }
 
+void RenderContext::takeInputs(const DeviceBuffers& buffers) noexcept {
+    inputChannels_ = std::clamp(buffers.inputChannels, 0, int32_t(maxSourceChannels));
+    for (int32_t c = 0; c < inputChannels_; ++c) {
+        inputs_[size_t(c)] = buffers.inputs[c] != nullptr ? buffers.inputs[c] : silence_;
+    }
+}
+
 // Frames that the ring can't deliver are silent, and the position stays at the last known one. A ring that has ended
 // gives nothing.
 ConfigMixer::Input RenderContext::read(mn_ring* ring, float* const* planes, int32_t n, bool isHeard) noexcept {
+    if (feed_ == Feed::device) { return {inputs_.data(), inputChannels_}; }
     if (ring == nullptr || mn_ring_channels(ring) > maxSourceChannels) { return {}; }
     const bool ended = hasEnded(ring);
     const int32_t channels = mn_ring_channels(ring);

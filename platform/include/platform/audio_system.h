@@ -22,11 +22,14 @@ struct AudioOutputDevice {
     bool operator==(const AudioOutputDevice&) const = default;
 };
 
-// One block of the device's buffers: `channels` planes of `frames` floats. Any plane may be null.
+// One block of the device's buffers: `channels` planes of `frames` floats to be filled, and what a stream that also
+// listens has heard. Any plane may be null; a null input is silent.
 struct DeviceBuffers {
     float* const* planes = nullptr;
     int32_t channels = 0;
     uint32_t frames = 0;
+    const float* const* inputs = nullptr;
+    int32_t inputChannels = 0;
 };
 
 // Called on the device's real-time thread.
@@ -62,6 +65,8 @@ enum class SoundServer : uint8_t {
     silent,  // it is there, but doesn't answer
 };
 
+class DuplexAudio;
+
 // Main thread. No call waits for the sound server, so that one that hangs doesn't block the windows.
 class AudioSystem {
 public:
@@ -79,6 +84,8 @@ public:
     // (device) with the text for the user.
     virtual std::unique_ptr<OutputStream> openOutput(uint32_t id, bool followsDefault, RenderTarget& target,
                                                      std::function<void()> onChange) = 0;
+    // For streams that listen, too; null where that can't be done.
+    virtual DuplexAudio* duplex() { return nullptr; }
 
 protected:
     void announce();  // calls the watchers

@@ -13,33 +13,28 @@
 #include "audio/stream/stream_reader.h"
 #include "mix/config/mix_config.h"
 #include "mix/engine/audio_devices.h"
-#include "mix/render/binaural_stage.h"
-#include "mix/render/render_config.h"
+#include "mix/engine/config_publisher.h"
 #include "mix/render/render_context.h"
 #include "platform/main_loop.h"
-#include "upmix/upmixer.h"
 
 namespace brindlehum {
 
-class BinauralLoader;
 class EngineSeat;
 class RenderWatch;
 
 // Main thread for every call. Each owner that shares the engine uses it through its own EngineSeat.
 class PlaybackEngine {
 public:
-    // Seconds that an object stays alive after it left the audio path; longer while the device makes no progress.
-    static constexpr double retirement = 3.0;
+    static constexpr double retirement = ConfigPublisher::retirement;
     // Seconds that the device stays warm after the last stop.
     static constexpr double idleDelay = 20.0;
     // The most seconds that a device gets to fade out before another one is opened.
     static constexpr double maxFadeOut = 0.1;
 
-    // Makes the binaural stage for a rate (Hz). Runs on a background thread; throws when there is no HRTF set.
-    using StageMaker = std::function<std::shared_ptr<BinauralStage>(double sampleRate)>;
+    using StageMaker = ConfigPublisher::StageMaker;
 
     // Starts at once to load the binaural stage for 48 kHz, so that it is ready when headphones are chosen.
-    PlaybackEngine(AudioSystem& audio, MainLoop& loop, StageMaker makeStage = sharedSetStage);
+    PlaybackEngine(AudioSystem& audio, MainLoop& loop, StageMaker makeStage = ConfigPublisher::sharedSetStage);
     ~PlaybackEngine();
 
     // Opens the device with this UID. Without a UID, or when no such device exists, opens the system's default device.
@@ -60,7 +55,7 @@ public:
     // True once the current stream has been played to its end.
     bool finished() const;
     // True when no HRTF set is available for the current rate: binaural configurations stay silent.
-    bool binauralMissing() const;
+    bool binauralMissing() const { return publisher_.stageMissing(); }
     int deviceChannels() const { return deviceChannels_; }
     double sampleRate() const { return sampleRate_; }
     const std::string& deviceName() const { return deviceName_; }  // of the device asked for
@@ -70,16 +65,13 @@ public:
     const RenderContext& ctx() const { return *ctx_; }
     const AudioDevices& devices() const { return devices_; }
     // Of the published configuration; null without an upmix.
-    const Upmixer* upmixer() const { return upmixer_.get(); }
+    const Upmixer* upmixer() const { return publisher_.upmixer(); }
 
     // The taken seat sets both callbacks. They may take or leave a seat.
     // Called when the device has gone or changed; the next configure opens a device again.
     std::function<void()> onDeviceChange;
     // Called when binauralMissing() becomes true while a configuration waits.
     std::function<void()> onBinauralMissing;
-
-    // The stage of HRTFSet::shared.
-    static std::shared_ptr<BinauralStage> sharedSetStage(double sampleRate);
 
 private:
     friend class EngineSeat;
@@ -89,32 +81,22 @@ private:
     void fadeOut();
     void teardown();
     void systemChanged();
-    void publish(const MixConfig& config);
-    mn_upmix* upmixFor(const MixConfig& config);
-    void resetUpmix();
-    void replaceConfig(std::shared_ptr<RenderConfig> next);
-    void stageLoaded(double sampleRate);
     void ensureRunning();
     void scheduleIdle();
     void halt();
-    void retire(std::shared_ptr<const void> object);
 
     MainLoop& loop_;
     AudioSystem& audio_;
     AudioDevices devices_;
     std::unique_ptr<RenderContext> ctx_;
     std::shared_ptr<RenderWatch> watch_;
+    ConfigPublisher publisher_;
     std::unique_ptr<OutputStream> stream_;
     std::shared_ptr<bool> streamToken_;  // dies with the stream, so that its late notices are dropped
     std::optional<std::string> configuredKey_;
     std::optional<std::string> wantedUID_;  // of the open stream
     bool standsIn_ = false;                 // the default device is open in place of an absent one
     std::shared_ptr<StreamReader> current_;
-    std::shared_ptr<RenderConfig> currentConfig_;
-    std::shared_ptr<Upmixer> upmixer_;      // of the published configuration; kept while one waits
-    std::shared_ptr<BinauralStage> stage_;  // for the open device's rate, as published
-    std::optional<MixConfig> waiting_;      // binaural, until its stage has been loaded
-    std::unique_ptr<BinauralLoader> loader_;
     TimerHandle idle_;
     int deviceChannels_ = 2;
     double sampleRate_ = 48000;

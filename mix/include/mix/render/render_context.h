@@ -27,7 +27,10 @@ public:
     static constexpr int maxVirtualSpeakers = 32;
     static constexpr int maxDeviceChannels = 256;
 
-    RenderContext();
+    // Where the source's channels come from: a ring that a reader fills, or the inputs of the device's own block.
+    enum class Feed : uint8_t { ring, device };
+
+    explicit RenderContext(Feed feed = Feed::ring);
     ~RenderContext() override;
     RenderContext(const RenderContext&) = delete;
     RenderContext& operator=(const RenderContext&) = delete;
@@ -68,6 +71,7 @@ private:
 
     const mn_mix_config* takenUp(mn_ring* ring, const mn_mix_config* config) noexcept;
     void prepare(const mn_mix_config* config, int32_t n) noexcept;
+    void takeInputs(const DeviceBuffers& buffers) noexcept;
     void steadyBlock(mn_ring* ring, const mn_mix_config* config, int32_t n) noexcept;
     void changeBlock(mn_ring* ring, const mn_mix_config* config, int32_t n) noexcept;
     ConfigMixer::Input read(mn_ring* ring, float* const* planes, int32_t n, bool isHeard) noexcept;
@@ -86,6 +90,8 @@ private:
     mn_f64* gain_;      // written by control
     mn_peaks* peaks_;   // raised by render, taken by control
 
+    const Feed feed_;
+
     // All members below belong to the render thread.
     ConfigMixer mixer_;
     ConfigMixer::Input block_;  // of this block, while it has one
@@ -102,6 +108,9 @@ private:
 
     AlignedArray<float> storage_;  // all planes of maxFrames below
     std::array<float*, maxSourceChannels> inA_{}, inB_{};
+    std::array<const float*, maxSourceChannels> inputs_{};  // of a device feed
+    float* silence_ = nullptr;
+    int32_t inputChannels_ = 0;
     std::array<float*, maxVirtualSpeakers> bus_{};  // virtual speaker lanes
     float* binL_ = nullptr;
     float* binR_ = nullptr;
