@@ -93,6 +93,12 @@ std::optional<std::vector<int>> byPosition(LayoutID layout, const std::vector<st
     return namesNone ? std::nullopt : std::optional(map);
 }
 
+std::vector<std::string> positionsOf(const SpeakerList& speakers) {
+    std::vector<std::string> positions;
+    for (const SpeakerID speaker : speakers) { positions.emplace_back(namesOf(speaker, isRearLayout(speakers)).front()); }
+    return positions;
+}
+
 std::vector<int> outputs(const OutputProfile& profile, const std::vector<std::string>& positions) {
     if (profile.followsPositions) {
         if (auto map = byPosition(profile.layout, positions)) { return *map; }

@@ -5,6 +5,7 @@
 #include <atomic>
 
 #include "base/error.h"
+#include "pipewire_bus.h"
 #include "pipewire_session.h"
 #include "pipewire_stream.h"
 #include "platform/headless_audio.h"
@@ -32,7 +33,7 @@ private:
     std::function<bool()> serverRuns_;
 };
 
-class LinuxAudio : public AudioSystem, private PipeWireListener {
+class LinuxAudio : public AudioSystem, public DuplexAudio, private PipeWireListener {
 public:
     explicit LinuxAudio(MainLoop& loop) : main_(loop), beat_(loop.every(beatSeconds, [this] { beat(); })) {
         connect();
@@ -65,16 +66,50 @@ public:
         return std::make_unique<PipeWireStream>(session_, main_, *device, followsDefault, target, std::move(onChange));
     }
 
+    DuplexAudio* duplex() override { return running() ? this : nullptr; }
+
+    std::vector<AudioInputDevice> allInputs() override {
+        auto inputs = running() ? session_->graph().inputs() : std::vector<AudioInputDevice>();
+        inputs.push_back({0, openPortsUID, "Open ports (patch them yourself)", openPorts});
+        return inputs;
+    }
+
+    bool feedsBack(const AudioInputDevice& input, uint32_t output) override {
+        return running() && input.id != 0 && session_->graph().reaches(output, input.id);
+    }
+
+    std::unique_ptr<OutputStream> openDuplex(const DuplexRequest& request, RenderTarget& target,
+                                             std::function<void()> onChange) override {
+        const auto outputs = running() ? session_->graph().outputs() : std::vector<AudioOutputDevice>();
+        const auto device = std::ranges::find(outputs, request.output, &AudioOutputDevice::id);
+        if (device == outputs.end()) { throw Error(ErrorKind::device, "Couldn't open the output device"); }
+        return std::make_unique<PipeWireStream>(session_, main_, *device, request.followsDefault, target,
+                                                std::move(onChange), &request.input);
+    }
+
+    std::shared_ptr<void> makeBus(const std::vector<std::string>& positions) override {
+        auto wanted = std::make_shared<const std::vector<std::string>>(positions);
+        wantedBus_ = wanted;
+        keepBus();
+        return {nullptr, [this, wanted, alive = std::weak_ptr(checkWaits_)](void*) mutable {
+                    wanted.reset();
+                    if (alive.lock()) { keepBus(); }
+                }};
+    }
+
 private:
+    static constexpr int openPorts = 16;
+
     struct State {
         SoundServer server = SoundServer::absent;
         std::vector<AudioOutputDevice> outputs;
         std::optional<uint32_t> standard;
+        std::vector<AudioInputDevice> inputs;
         bool operator==(const State&) const = default;
     };
 
     bool running() { return server() == SoundServer::running; }
-    State state() { return {server(), allOutputs(), defaultOutput()}; }
+    State state() { return {server(), allOutputs(), defaultOutput(), allInputs()}; }
 
     void connect() {
         if (!library_) { library_ = PipeWireLoop::make(); }
@@ -84,7 +119,16 @@ private:
         session_->addListener(*this);
     }
 
+    // Makes the bus that is wanted on this connection, or removes the one that isn't any more.
+    void keepBus() {
+        const auto wanted = wantedBus_.lock();
+        if (wanted != madeBus_.lock() || !wanted || !session_) { bus_.reset(); }
+        if (!bus_ && wanted && session_) { bus_.emplace(session_, *wanted); }
+        madeBus_ = bus_ ? wanted : nullptr;
+    }
+
     void disconnect() {
+        bus_.reset();
         if (!session_) { return; }
         {
             const PipeWireLoop::Lock lock(session_->loop());
@@ -99,6 +143,7 @@ private:
             session_->beat(main_.now());
         } else {
             connect();
+            keepBus();
         }
         check();
     }
@@ -125,6 +170,9 @@ private:
     HeadlessAudioSystem headless_;
     std::shared_ptr<PipeWireLoop> library_;
     std::shared_ptr<PipeWireSession> session_;
+    // The names of the channels of the bus that somebody holds, and of the one that is made.
+    std::weak_ptr<const std::vector<std::string>> wantedBus_, madeBus_;
+    std::optional<PipeWireBus> bus_;
     State known_;  // as last announced
     // A check is posted; dies with this, so that a late one is dropped.
     std::shared_ptr<std::atomic<bool>> checkWaits_ = std::make_shared<std::atomic<bool>>(false);

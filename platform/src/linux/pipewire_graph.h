@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "platform/audio_system.h"
+#include "platform/duplex_audio.h"
 
 namespace brindlehum {
 
@@ -27,8 +28,18 @@ struct PipeWirePort {
     std::string position;  // "FL", "AUX0"; empty when the port states none
 };
 
+// What is known of a node for the question where its sound goes.
+struct PipeWireNode {
+    uint32_t client = 0;    // global id of the program that made it; 0 when it isn't stated
+    bool isDevice = false;  // a sink or a source, which passes nothing on to another node by itself
+};
+
 struct PipeWireGraph {
-    std::vector<PipeWireSink> sinks;  // as the server announced them
+    std::vector<PipeWireSink> sinks;    // as the server announced them
+    std::vector<PipeWireSink> sources;  // capture devices, likewise
+    std::map<uint32_t, PipeWireNode> nodes;
+    std::map<uint32_t, std::pair<uint32_t, uint32_t>> links;  // from node to node
+    uint32_t ownClient = 0;                                   // global id of this connection; 0 while unknown
     std::map<uint32_t, PipeWirePort> ports;
     std::string defaultSinkName;  // empty while the server states none
     double statedRate = 0;        // Hz; 0 while unknown
@@ -43,6 +54,11 @@ struct PipeWireGraph {
     std::vector<uint32_t> portsOf(uint32_t node, bool inputs) const;
     // Sinks that have input ports.
     std::vector<AudioOutputDevice> outputs() const;
+    // What can be listened to: sources, and what sinks are given.
+    std::vector<AudioInputDevice> inputs() const;
+    // Whether sound of one node comes to the other: along links, through sinks to their monitors, and through programs
+    // with several nodes, which may pass it on. Not through ourselves.
+    bool reaches(uint32_t from, uint32_t to) const;
     // The stated default, or the first output when the server states none or the stated one can't be played on.
     std::optional<uint32_t> defaultOutput() const;
     // The rate in Hz that a stream to this sink will probably have.

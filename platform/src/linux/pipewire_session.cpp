@@ -125,8 +125,12 @@ void PipeWireSession::watch() {
 void PipeWireSession::addGlobal(uint32_t id, const char* type, const spa_dict& properties) {
     if (std::strcmp(type, PW_TYPE_INTERFACE_Node) == 0) {
         const std::string kind = text(properties, PW_KEY_MEDIA_CLASS);
-        if (kind != "Audio/Sink" && kind != "Audio/Duplex") { return; }
-        graph_.sinks.push_back({id, text(properties, PW_KEY_NODE_NAME), text(properties, PW_KEY_NODE_DESCRIPTION)});
+        const PipeWireSink node{id, text(properties, PW_KEY_NODE_NAME), text(properties, PW_KEY_NODE_DESCRIPTION)};
+        graph_.nodes[id] = {number(properties, PW_KEY_CLIENT_ID), kind.starts_with("Audio/")};
+        if (kind == "Audio/Sink" || kind == "Audio/Duplex") { graph_.sinks.push_back(node); }
+        if (kind.starts_with("Audio/Source")) { graph_.sources.push_back(node); }
+    } else if (std::strcmp(type, PW_TYPE_INTERFACE_Link) == 0) {
+        graph_.links[id] = {number(properties, PW_KEY_LINK_OUTPUT_NODE), number(properties, PW_KEY_LINK_INPUT_NODE)};
     } else if (std::strcmp(type, PW_TYPE_INTERFACE_Port) == 0) {
         if (text(properties, PW_KEY_FORMAT_DSP) != "32 bit float mono audio") { return; }
         graph_.ports[id] = {id, number(properties, PW_KEY_NODE_ID), number(properties, PW_KEY_PORT_ID),
@@ -146,6 +150,7 @@ void PipeWireSession::addMetadata(uint32_t id, const char* name) {
 }
 
 void PipeWireSession::changed() {
+    graph_.ownClient = pw_proxy_get_bound_id(reinterpret_cast<pw_proxy*>(pw_core_get_client(core_)));
     // Iterate over a copy, since a listener may unregister itself.
     for (PipeWireListener* listener : std::vector(listeners_)) { listener->graphChanged(); }
     loop_->wake();

@@ -1,4 +1,4 @@
-// Opening, running and closing a stream on a PipeWire sink.
+// Opening, running and closing a stream on a PipeWire sink, and on a source when it listens.
 #include "pipewire_stream.h"
 
 #include <algorithm>
@@ -12,10 +12,13 @@ namespace {
 
 const char* const cannotOpen = "Couldn't open the output device";
 
-// The requested block in frames at 48 kHz. It is short enough that a seek or a change of mode is heard within some 11
+// The requested block in frames at 48 kHz, for what is played. It is short enough that a seek or a change of mode is heard within some 11
 // ms, and long enough that the binaural stage's transforms take a small share of a core. The server uses the smallest
 // request of all clients on the device, within its own limits.
 const char* const wantedLatency = "512/48000";
+
+// The same for a stream that listens: what is played elsewhere is heard a block later.
+const char* const duplexLatency = "256/48000";
 
 // The most frames for which process waits until all links carry audio, so that the start of a sound isn't lost in a
 // link that comes up late.
@@ -23,54 +26,21 @@ constexpr uint32_t linkPatience = 48000;
 
 }  // namespace
 
-// A link of two ports; the destructor removes it.
-struct PipeWireStream::Link {
-    PipeWireStream& stream;
-    pw_proxy* proxy = nullptr;
-    spa_hook hook{};
-
-    Link(PipeWireStream& owner, pw_core* core, uint32_t outputNode, uint32_t outputPort, uint32_t inputNode,
-         uint32_t inputPort)
-        : stream(owner) {
-        static const pw_proxy_events events = [] {
-            pw_proxy_events made{};
-            made.version = PW_VERSION_PROXY_EVENTS;
-            made.error = [](void* data, int, int, const char*) { static_cast<Link*>(data)->stream.refused(); };
-            return made;
-        }();
-        pw_properties* properties = pw_properties_new(nullptr, nullptr);
-        pw_properties_setf(properties, PW_KEY_LINK_OUTPUT_NODE, "%u", outputNode);
-        pw_properties_setf(properties, PW_KEY_LINK_OUTPUT_PORT, "%u", outputPort);
-        pw_properties_setf(properties, PW_KEY_LINK_INPUT_NODE, "%u", inputNode);
-        pw_properties_setf(properties, PW_KEY_LINK_INPUT_PORT, "%u", inputPort);
-        proxy = static_cast<pw_proxy*>(
-            pw_core_create_object(core, "link-factory", PW_TYPE_INTERFACE_Link, PW_VERSION_LINK, &properties->dict, 0));
-        pw_properties_free(properties);
-        if (proxy) { pw_proxy_add_listener(proxy, &hook, &events, this); }
-    }
-    ~Link() {
-        if (!proxy) { return; }
-        spa_hook_remove(&hook);
-        pw_proxy_destroy(proxy);
-    }
-    Link(const Link&) = delete;
-    Link& operator=(const Link&) = delete;
-};
-
 PipeWireStream::PipeWireStream(std::shared_ptr<PipeWireSession> session, MainLoop& loop,
                                const AudioOutputDevice& device, bool followsDefault, RenderTarget& target,
-                               std::function<void()> onChange)
+                               std::function<void()> onChange, const AudioInputDevice* input)
     : session_(std::move(session)),
       main_(loop),
       target_(target),
       sink_(device.id),
+      source_(input != nullptr ? input->id : 0),
       followsDefault_(followsDefault),
       onChange_(std::make_shared<std::function<void()>>(std::move(onChange))) {
     const PipeWireLoop::Lock lock(session_->loop());
     if (session_->knownGraph().refused.erase(sink_) > 0) { throw Error(ErrorKind::device, cannotOpen); }
     sampleRate_ = session_->knownGraph().rateFor(sink_);
     try {
-        makeFilter(size_t(device.outputChannels));
+        makeFilter(size_t(device.outputChannels), input != nullptr ? size_t(input->inputChannels) : 0);
     } catch (const Error&) {
         close();
         throw;
@@ -86,7 +56,7 @@ PipeWireStream::~PipeWireStream() {
     close();
 }
 
-void PipeWireStream::makeFilter(size_t channels) {
+void PipeWireStream::makeFilter(size_t outputs, size_t inputs) {
     static const pw_filter_events events = [] {
         pw_filter_events made{};
         made.version = PW_VERSION_FILTER_EVENTS;
@@ -101,41 +71,68 @@ void PipeWireStream::makeFilter(size_t channels) {
         return made;
     }();
     // Set no media.class: a session manager then leaves the node's links to its owner.
-    filter_ =
-        pw_filter_new(session_->core(), "Brindlehum",
-                      pw_properties_new(PW_KEY_MEDIA_TYPE, "Audio", PW_KEY_MEDIA_CATEGORY, "Playback",
-                                        PW_KEY_MEDIA_ROLE, "Production", PW_KEY_NODE_NAME, "brindlehum",
-                                        PW_KEY_NODE_DESCRIPTION, "Brindlehum", PW_KEY_APP_NAME, "Brindlehum",
-                                        PW_KEY_NODE_AUTOCONNECT, "false", PW_KEY_NODE_LATENCY, wantedLatency, nullptr));
+    const bool listens = inputs > 0;
+    filter_ = pw_filter_new(
+        session_->core(), "Brindlehum",
+        pw_properties_new(PW_KEY_MEDIA_TYPE, "Audio", PW_KEY_MEDIA_CATEGORY, listens ? "Duplex" : "Playback",
+                          PW_KEY_MEDIA_ROLE, "Production", PW_KEY_NODE_NAME,
+                          listens ? "brindlehum-monitor" : "brindlehum", PW_KEY_NODE_DESCRIPTION,
+                          listens ? "Brindlehum Monitor" : "Brindlehum", PW_KEY_APP_NAME, "Brindlehum",
+                          PW_KEY_NODE_AUTOCONNECT, "false", PW_KEY_NODE_LATENCY,
+                          listens ? duplexLatency : wantedLatency, nullptr));
     if (!filter_) { throw Error(ErrorKind::device, cannotOpen); }
     pw_filter_add_listener(filter_, &filterHook_, &events, this);
-    for (size_t c = 0; c < channels; ++c) {
-        const std::string name = "output_" + std::to_string(c + 1);
-        ports_.push_back(pw_filter_add_port(
-            filter_, SPA_DIRECTION_OUTPUT, PW_FILTER_PORT_FLAG_MAP_BUFFERS, sizeof(void*),
-            pw_properties_new(PW_KEY_FORMAT_DSP, "32 bit float mono audio", PW_KEY_PORT_NAME, name.c_str(), nullptr),
-            nullptr, 0));
-        if (!ports_.back()) { throw Error(ErrorKind::device, cannotOpen); }
-    }
-    planes_.resize(channels);
-    block_.resize(channels);
+    addPorts(ports_, outputs, SPA_DIRECTION_OUTPUT, "output_");
+    addPorts(inputPorts_, inputs, SPA_DIRECTION_INPUT, "input_");
+    planes_.resize(outputs);
+    block_.resize(outputs);
+    heard_.resize(inputs);
+    heardBlock_.resize(inputs);
     rateEvent_ = pw_loop_add_event(
         session_->loop().events(), [](void* data, uint64_t) { static_cast<PipeWireStream*>(data)->rateSeen(); }, this);
     const auto flags = static_cast<pw_filter_flags>(PW_FILTER_FLAG_RT_PROCESS | PW_FILTER_FLAG_INACTIVE);
     if (pw_filter_connect(filter_, flags, nullptr, 0) < 0) { throw Error(ErrorKind::device, cannotOpen); }
 }
 
+void PipeWireStream::addPorts(std::vector<void*>& ports, size_t count, spa_direction direction, const char* prefix) {
+    for (size_t c = 0; c < count; ++c) {
+        const std::string name = prefix + std::to_string(c + 1);
+        ports.push_back(pw_filter_add_port(
+            filter_, direction, PW_FILTER_PORT_FLAG_MAP_BUFFERS, sizeof(void*),
+            pw_properties_new(PW_KEY_FORMAT_DSP, "32 bit float mono audio", PW_KEY_PORT_NAME, name.c_str(), nullptr),
+            nullptr, 0));
+        if (!ports.back()) { throw Error(ErrorKind::device, cannotOpen); }
+    }
+}
+
 // Links the ports as soon as the server has announced ours.
 void PipeWireStream::makeLinks() noexcept {
-    if (!links_.empty() || announced_ || !filter_) { return; }
+    if (announced_ || !filter_) { return; }
+    linkInputs();
+    linkOutputs();
+}
+
+void PipeWireStream::linkInputs() noexcept {
+    if (!inputLinks_.empty() || source_ == 0) { return; }
+    const uint32_t node = pw_filter_get_node_id(filter_);
+    const std::vector<uint32_t> inputs = session_->knownGraph().portsOf(node, true);
+    const std::vector<uint32_t> from = session_->knownGraph().portsOf(source_, false);
+    if (inputs.size() != inputPorts_.size() || from.size() < inputs.size()) { return; }
+    for (size_t c = 0; c < inputs.size(); ++c) { link(inputLinks_, {source_, from[c]}, {node, inputs[c]}); }
+}
+
+void PipeWireStream::link(Links& links, const PipeWireLink::End& from, const PipeWireLink::End& to) noexcept {
+    links.push_back(std::make_unique<PipeWireLink>(session_->core(), from, to, [this] { refused(); }));
+    if (!links.back()->isMade()) { refused(); }
+}
+
+void PipeWireStream::linkOutputs() noexcept {
+    if (!links_.empty()) { return; }
     const uint32_t node = pw_filter_get_node_id(filter_);
     const std::vector<uint32_t> outputs = session_->knownGraph().portsOf(node, false);
     const std::vector<uint32_t> inputs = session_->knownGraph().portsOf(sink_, true);
     if (outputs.size() != ports_.size() || inputs.size() != outputs.size()) { return; }
-    for (size_t c = 0; c < outputs.size(); ++c) {
-        links_.push_back(std::make_unique<Link>(*this, session_->core(), node, outputs[c], sink_, inputs[c]));
-        if (!links_.back()->proxy) { return refused(); }
-    }
+    for (size_t c = 0; c < outputs.size(); ++c) { link(links_, {node, outputs[c]}, {sink_, inputs[c]}); }
 }
 
 void PipeWireStream::refused() noexcept {
@@ -146,6 +143,7 @@ void PipeWireStream::refused() noexcept {
 
 void PipeWireStream::close() {
     links_.clear();
+    inputLinks_.clear();
     // Destroying it reports a change of state, and a filter that is still known would then be linked once more.
     if (pw_filter* filter = std::exchange(filter_, nullptr)) { pw_filter_destroy(filter); }
     if (rateEvent_) { pw_loop_destroy_source(session_->loop().events(), rateEvent_); }
@@ -175,7 +173,18 @@ void PipeWireStream::graphChanged() noexcept {
         (followsDefault_ && graph.defaultOutput() != sink_)) {
         return announceChange();
     }
+    if (source_ != 0 && graph.portsOf(source_, false).size() < inputPorts_.size()) { return announceChange(); }
+    if (howls(graph)) {
+        deaf_ = true;
+        return announceChange();
+    }
     makeLinks();
+}
+
+// What we play comes back to what we hear, by way of others.
+bool PipeWireStream::howls(const PipeWireGraph& graph) const noexcept {
+    if (inputPorts_.empty() || !filter_) { return false; }
+    return graph.reaches(sink_, pw_filter_get_node_id(filter_)) || (source_ != 0 && graph.reaches(sink_, source_));
 }
 
 void PipeWireStream::announceChange() noexcept {
@@ -199,6 +208,10 @@ bool PipeWireStream::fetchPlanes(uint32_t frames) noexcept {
         if (planes_[c]) { std::fill_n(planes_[c], frames, 0.0F); }
         complete = complete && planes_[c];
     }
+    for (size_t c = 0; c < inputPorts_.size(); ++c) {
+        auto* const plane = static_cast<const float*>(pw_filter_get_dsp_buffer(inputPorts_[c], frames));
+        heard_[c] = deaf_ ? nullptr : plane;
+    }
     return complete;
 }
 
@@ -218,7 +231,9 @@ void PipeWireStream::process(const spa_io_position& position) noexcept {
     for (uint32_t done = 0; done < frames; done += largestBlock) {
         const uint32_t part = std::min(largestBlock, frames - done);
         for (size_t c = 0; c < planes_.size(); ++c) { block_[c] = planes_[c] ? planes_[c] + done : nullptr; }
-        target_.render(part, DeviceBuffers{block_.data(), int32_t(block_.size()), part});
+        for (size_t c = 0; c < heard_.size(); ++c) { heardBlock_[c] = heard_[c] ? heard_[c] + done : nullptr; }
+        target_.render(part, DeviceBuffers{block_.data(), int32_t(block_.size()), part, heardBlock_.data(),
+                                           int32_t(heardBlock_.size())});
     }
 }
 

@@ -1,4 +1,5 @@
-// PipeWireStream: our planar float ports, linked to the input ports of a sink and filled by a render target.
+// PipeWireStream: our planar float ports, linked to the input ports of a sink and filled by a render target, which may
+// hear the output ports of a source.
 #pragma once
 
 #include <pipewire/filter.h>
@@ -7,8 +8,10 @@
 #include <memory>
 #include <vector>
 
+#include "pipewire_link.h"
 #include "pipewire_session.h"
 #include "platform/audio_system.h"
+#include "platform/duplex_audio.h"
 #include "platform/main_loop.h"
 
 namespace brindlehum {
@@ -23,9 +26,11 @@ public:
     // The capacity in frames of a port's buffer in the library.
     static constexpr uint32_t largestQuantum = 8192;
 
-    // Throws Error (device).
+    // With `input` it listens, too: to the first of its ports, or, when its id is 0, to what others link to ours. Throws
+    // Error (device).
     PipeWireStream(std::shared_ptr<PipeWireSession> session, MainLoop& loop, const AudioOutputDevice& device,
-                   bool followsDefault, RenderTarget& target, std::function<void()> onChange);
+                   bool followsDefault, RenderTarget& target, std::function<void()> onChange,
+                   const AudioInputDevice* input = nullptr);
     ~PipeWireStream() override;
 
     int channels() const override { return int(ports_.size()); }
@@ -36,9 +41,14 @@ public:
     bool isCurrent() const override { return true; }
 
 private:
-    struct Link;
-    void makeFilter(size_t channels);
+    using Links = std::vector<std::unique_ptr<PipeWireLink>>;
+    void makeFilter(size_t outputs, size_t inputs);
+    void addPorts(std::vector<void*>& ports, size_t count, spa_direction direction, const char* prefix);
     void makeLinks() noexcept;
+    void linkInputs() noexcept;
+    void linkOutputs() noexcept;
+    void link(Links& links, const PipeWireLink::End& from, const PipeWireLink::End& to) noexcept;
+    bool howls(const PipeWireGraph& graph) const noexcept;
     void refused() noexcept;
     void close();
     void graphChanged() noexcept override;
@@ -50,7 +60,8 @@ private:
     const std::shared_ptr<PipeWireSession> session_;
     MainLoop& main_;
     RenderTarget& target_;
-    const uint32_t sink_;  // global id
+    const uint32_t sink_;    // global id
+    const uint32_t source_;  // the same; 0 for none
     const bool followsDefault_;
     double sampleRate_;  // Hz
     std::shared_ptr<std::function<void()>> onChange_;
@@ -59,14 +70,18 @@ private:
     pw_filter* filter_ = nullptr;
     spa_hook filterHook_{};
     spa_source* rateEvent_ = nullptr;  // raised by process
-    std::vector<void*> ports_;         // our ports, one for each channel
-    std::vector<std::unique_ptr<Link>> links_;
+    std::vector<void*> ports_;         // our outputs, one for each channel
+    std::vector<void*> inputPorts_;    // our inputs, when it listens
+    Links links_, inputLinks_;
 
     std::atomic<bool> running_ = false;      // written by main, read by process
+    std::atomic<bool> deaf_ = false;         // it would howl
     std::atomic<double> runningRate_ = 0.0;  // Hz, written by process
     // Used by the real-time thread while running_ is set, else by the main thread.
     std::vector<float*> planes_;
     std::vector<float*> block_;
+    std::vector<const float*> heard_;
+    std::vector<const float*> heardBlock_;
     bool primed_ = false;
     uint32_t waited_ = 0;  // frames
 };

@@ -7,13 +7,14 @@
 
 #include "base/error.h"
 #include "platform/audio_system.h"
+#include "platform/duplex_audio.h"
 #include "platform/main_loop.h"
 
 namespace brindlehum {
 
 // Starts with one device, {1, "manual", "Manual", 16 channels}, which is the default, at 48 kHz. Main thread.
 // `onChange` of the streams comes through `loop`.
-class ManualAudioSystem : public AudioSystem {
+class ManualAudioSystem : public AudioSystem, public DuplexAudio {
 public:
     explicit ManualAudioSystem(MainLoop& loop) : loop_(loop) {}
     ~ManualAudioSystem() override {
@@ -31,7 +32,48 @@ public:
         return std::make_unique<Stream>(*this, *device, followsDefault, target, std::move(onChange));
     }
 
+    DuplexAudio* duplex() override { return server_ == SoundServer::running ? this : nullptr; }
+    std::vector<AudioInputDevice> allInputs() override {
+        auto inputs = inputs_;
+        if (!bus_.expired()) { inputs.push_back({100, busUID, "Monitor of Brindlehum Bus", int(bus_.lock()->size())}); }
+        inputs.push_back({0, openPortsUID, "Open ports", 16});
+        return inputs;
+    }
+    bool feedsBack(const AudioInputDevice&, uint32_t) override { return feedsBack_; }
+    std::unique_ptr<OutputStream> openDuplex(const DuplexRequest& request, RenderTarget& target,
+                                             std::function<void()> onChange) override {
+        auto stream = openOutput(request.output, request.followsDefault, target, std::move(onChange));
+        streams_.back()->input_ = request.input;
+        return stream;
+    }
+    std::shared_ptr<void> makeBus(const std::vector<std::string>& positions) override {
+        auto bus = std::make_shared<std::vector<std::string>>(positions);
+        bus_ = bus;
+        return bus;
+    }
+
     // --- What happens to the machine.
+    // Announces the change to streams whose input has gone or changed.
+    void setInputs(std::vector<AudioInputDevice> inputs) {
+        inputs_ = std::move(inputs);
+        const auto known = allInputs();
+        for (Stream* stream : streams_) {
+            const bool listens = stream->input_.inputChannels > 0;
+            if (listens && std::ranges::find(known, stream->input_.uid, &AudioInputDevice::uid) == known.end()) {
+                stream->announceChange();
+            }
+        }
+        changed();
+    }
+    // Whether any output comes back to any input; streams that listen are told.
+    void setFeedsBack(bool feedsBack) {
+        feedsBack_ = feedsBack;
+        for (Stream* stream : streams_) {
+            if (feedsBack && stream->input_.inputChannels > 0) { stream->announceChange(); }
+        }
+    }
+    // Channels of the bus that the test's program made; empty without one.
+    std::vector<std::string> bus() const { return bus_.expired() ? std::vector<std::string>() : *bus_.lock(); }
     // Announces the change to streams whose device has gone or changed.
     void setOutputs(std::vector<AudioOutputDevice> outputs) {
         outputs_ = std::move(outputs);
@@ -65,7 +107,8 @@ public:
     // --- What is heard.
     // One block rendered by the newest running stream: a plane of `frames` floats a channel, filled with NaN
     // before; empty when no stream runs.
-    std::vector<std::vector<float>> pump(uint32_t frames) {
+    // A duplex stream hears `inputs`, of `frames` floats each; channels beyond them are null.
+    std::vector<std::vector<float>> pump(uint32_t frames, const std::vector<std::vector<float>>& inputs = {}) {
         const auto newest = std::find_if(streams_.rbegin(), streams_.rend(), [](auto* each) { return each->running_; });
         if (newest == streams_.rend()) { return {}; }
         const Stream& stream = **newest;
@@ -73,7 +116,10 @@ public:
         std::vector planes(size_t(stream.channels()), std::vector<float>(frames, none));
         std::vector<float*> pointers;
         for (auto& plane : planes) { pointers.push_back(plane.data()); }
-        stream.target_.render(frames, DeviceBuffers{pointers.data(), stream.channels(), frames});
+        std::vector<const float*> heard(size_t(stream.input_.inputChannels), nullptr);
+        for (size_t c = 0; c < std::min(heard.size(), inputs.size()); ++c) { heard[c] = inputs[c].data(); }
+        stream.target_.render(frames, DeviceBuffers{pointers.data(), stream.channels(), frames, heard.data(),
+                                                    stream.input_.inputChannels});
         return planes;
     }
     int openStreams() const { return int(streams_.size()); }
@@ -119,6 +165,7 @@ private:
         }
 
         const AudioOutputDevice device_;
+        AudioInputDevice input_;  // of a stream that listens
         const bool followsDefault_;
         RenderTarget& target_;
         ManualAudioSystem* system_;
@@ -129,6 +176,9 @@ private:
 
     MainLoop& loop_;
     std::vector<AudioOutputDevice> outputs_ = {{1, "manual", "Manual", 16}};
+    std::vector<AudioInputDevice> inputs_;
+    std::weak_ptr<std::vector<std::string>> bus_;
+    bool feedsBack_ = false;
     std::optional<uint32_t> default_ = 1;
     SoundServer server_ = SoundServer::running;
     double sampleRate_ = 48000;

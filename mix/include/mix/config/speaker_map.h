@@ -15,6 +15,8 @@ namespace brindlehum::SpeakerMap {
 // names them). A speaker for which the device has no channel gets a number past the device's last. None when the device
 // names no channel of this layout.
 std::optional<std::vector<int>> byPosition(LayoutID layout, const std::vector<std::string>& positions);
+// What a device best calls the channels of these speakers, in their order.
+std::vector<std::string> positionsOf(const SpeakerList& speakers);
 // The device channel of each speaker of the profile's layout; negative is off.
 std::vector<int> outputs(const OutputProfile& profile, const std::vector<std::string>& positions);
 // The profile with these channels as its own.

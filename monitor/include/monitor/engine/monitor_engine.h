@@ -1,0 +1,111 @@
+// MonitorEngine: listens to a bus and plays it in a room, as the monitor's state says.
+#pragma once
+
+#include <QObject>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "mix/engine/config_publisher.h"
+#include "monitor/engine/monitor_choice.h"
+#include "monitor/render/matrix_unit.h"
+#include "monitor/state/monitor_state.h"
+#include "platform/duplex_audio.h"
+#include "platform/main_loop.h"
+#include "settings/settings_store.h"
+
+namespace brindlehum {
+
+class RenderWatch;
+
+// Main thread. What is set is kept under "monitor.state", "monitor.source" and "monitor.profile". Once started, it goes
+// on until it is stopped: what is unplugged, and a server that goes, only makes it wait.
+class MonitorEngine : public QObject {
+    Q_OBJECT
+public:
+    // `audio`, `loop` and `settings` must outlive this object. Starts nothing.
+    MonitorEngine(AudioSystem& audio, SettingsStore& settings, MainLoop& loop,
+                  ConfigPublisher::StageMaker makeStage = ConfigPublisher::sharedSetStage);
+    ~MonitorEngine() override;
+
+    const MonitorState& state() const { return state_; }
+    // Heard within a block; never restarts anything but our bus, whose channels follow the state's source.
+    void setState(const MonitorState& state);
+    // The uid of the input that is listened to. A change while it runs moves the monitor there.
+    const std::optional<std::string>& sourceUID() const { return sourceUID_; }
+    void setSourceUID(const std::optional<std::string>& uid);
+    // The profile that it plays on; none means the active one of the settings.
+    const std::optional<UUID>& profileID() const { return profileID_; }
+    void setProfileID(const std::optional<UUID>& id);
+    const OutputProfile& profile() const;
+
+    // What can be listened to. The first question makes our own bus.
+    std::vector<AudioInputDevice> inputs();
+
+    // Starts, or says in message() why it can't.
+    void start();
+    // Falls silent and closes the devices.
+    void stop();
+    bool running() const { return stream_ != nullptr; }
+    // Started, but waiting for a device or the server to come back.
+    bool waiting() const { return wanted_ && !running(); }
+    // Why it doesn't run, for the user; empty when all is well.
+    const std::string& message() const { return message_; }
+
+    bool upmixAvailable() const;
+    double sampleRate() const { return stream_ ? stream_->sampleRate() : 0; }  // Hz; 0 while stopped
+    int inputChannels() const { return inputChannels_; }
+    int deviceChannels() const { return deviceChannels_; }
+    // Seconds that the upmix delays the bus; the sound server adds one block.
+    double addedLatency() const;
+    // Levels for meters, in the order of the bus and of the profile's speakers, since the last take: 1 is full scale.
+    std::vector<float> takeBusPeaks();
+    std::vector<float> takeSpeakerPeaks();
+
+Q_SIGNALS:
+    void changed();  // state, source, profile, running or message
+    void inputsChanged();
+
+private:
+    enum class Falls : uint8_t { atOnce, softly };
+
+    void tryToOpen();
+    std::string open();
+    void close(Falls falls);
+    void apply();
+    void keepBus();
+    void restartIfRunning();
+    void streamChanged();
+    void systemChanged();
+    void settingsChanged();
+    void say(std::string message);
+
+    AudioSystem& audio_;
+    SettingsStore& settings_;
+    MainLoop& loop_;
+    MonitorChoice choice_;
+    MonitorState state_;
+    std::optional<std::string> sourceUID_;
+    std::optional<UUID> profileID_;
+    ConfigPublisher::StageMaker makeStage_;
+    std::string message_;
+    bool wanted_ = false;
+    TimerHandle retry_;  // while waiting
+
+    std::shared_ptr<MatrixUnit> unit_;
+    std::shared_ptr<RenderWatch> watch_;
+    std::unique_ptr<ConfigPublisher> publisher_;
+    std::shared_ptr<void> bus_;
+    std::vector<std::string> busPositions_;
+    std::unique_ptr<OutputStream> stream_;
+    std::shared_ptr<bool> streamToken_;  // dies with the stream, so that its late notices are dropped
+    OutputProfile opened_;                // the profile as last applied
+    OutputProfile heard_;                 // the same on the open device
+    std::vector<std::string> positions_;  // of the open device
+    int inputChannels_ = 0;
+    int deviceChannels_ = 0;
+    std::shared_ptr<void> watching_;
+};
+
+}  // namespace brindlehum

@@ -1,0 +1,269 @@
+// MonitorEngine: opens and closes the duplex stream, publishes the matrix, and waits for what is missing.
+#include "monitor/engine/monitor_engine.h"
+
+#include <algorithm>
+#include <chrono>
+#include <thread>
+
+#include "base/error.h"
+#include "mix/config/speaker_map.h"
+#include "mix/render/render_watch.h"
+#include "monitor/state/monitor_matrix.h"
+
+namespace brindlehum {
+namespace {
+
+constexpr double retrySeconds = 1;  // while something is missing
+constexpr double maxFall = 0.1;     // seconds that the device gets to fall silent
+
+const char* const noSource = "Choose the source (where your DAW's bus arrives)";
+const char* const noServer = "The monitor needs a sound server, and none answers";
+const char* const sourceGone = "The source isn't available; the monitor goes on when it is back";
+const char* const outputGone = "The output device isn't available";
+const char* const howls = "What the output plays comes back to the source, which would howl; the monitor waits";
+const char* const notCombined = "Couldn't combine the source and output devices";
+const char* const noChannels = "The devices report no usable channels";
+
+}  // namespace
+
+MonitorEngine::MonitorEngine(AudioSystem& audio, SettingsStore& settings, MainLoop& loop,
+                             ConfigPublisher::StageMaker makeStage)
+    : audio_(audio),
+      settings_(settings),
+      loop_(loop),
+      choice_(settings.defaults()),
+      state_(choice_.state()),
+      sourceUID_(choice_.sourceUID()),
+      profileID_(choice_.profileID()),
+      makeStage_(std::move(makeStage)) {
+    if (sourceUID_ == DuplexAudio::busUID) { keepBus(); }
+    connect(&settings_, &SettingsStore::changed, this, [this] { settingsChanged(); });
+    watching_ = audio_.watch([this] { systemChanged(); });
+}
+
+MonitorEngine::~MonitorEngine() {
+    close(Falls::softly);
+}
+
+const OutputProfile& MonitorEngine::profile() const {
+    const auto& profiles = settings_.value().profiles;
+    const auto chosen = std::ranges::find_if(profiles, [this](const auto& each) { return each.id == profileID_; });
+    return chosen != profiles.end() ? *chosen : settings_.activeProfile();
+}
+
+void MonitorEngine::setState(const MonitorState& state) {
+    if (state == state_) { return; }
+    const bool reordered = state.source != state_.source;
+    const bool wider = sourceUID_ == DuplexAudio::openPortsUID &&
+                       (reordered || state.sourceOffset != state_.sourceOffset);
+    state_ = state;
+    choice_.keep(state_);
+    if (reordered && bus_) { keepBus(); }
+    wider ? restartIfRunning() : apply();
+    Q_EMIT changed();
+}
+
+void MonitorEngine::setSourceUID(const std::optional<std::string>& uid) {
+    if (uid == sourceUID_) { return; }
+    sourceUID_ = uid;
+    choice_.keepSource(uid);
+    if (uid == DuplexAudio::busUID && !bus_) { keepBus(); }
+    restartIfRunning();
+    Q_EMIT changed();
+}
+
+void MonitorEngine::setProfileID(const std::optional<UUID>& id) {
+    if (id == profileID_) { return; }
+    profileID_ = id;
+    choice_.keepProfile(id);
+    restartIfRunning();
+    Q_EMIT changed();
+}
+
+std::vector<AudioInputDevice> MonitorEngine::inputs() {
+    DuplexAudio* const duplex = audio_.duplex();
+    if (!duplex) { return {}; }
+    if (!bus_) { keepBus(); }
+    return duplex->allInputs();
+}
+
+// Our own bus has the channels of the chosen source, in its order.
+void MonitorEngine::keepBus() {
+    DuplexAudio* const duplex = audio_.duplex();
+    std::vector<std::string> wanted = positions(state_.source);
+    if (!duplex || (bus_ && wanted == busPositions_)) { return; }
+    bus_.reset();
+    bus_ = duplex->makeBus(wanted);
+    busPositions_ = std::move(wanted);
+}
+
+void MonitorEngine::start() {
+    if (running()) { return; }
+    wanted_ = sourceUID_.has_value();
+    if (!wanted_) { return say(noSource); }
+    tryToOpen();
+}
+
+void MonitorEngine::stop() {
+    wanted_ = false;
+    retry_.reset();
+    close(Falls::softly);
+    message_.clear();
+    Q_EMIT changed();
+}
+
+// Opens the devices, or waits for them and says why.
+void MonitorEngine::tryToOpen() {
+    std::string problem = open();
+    if (problem.empty()) {
+        retry_.reset();
+    } else {
+        close(Falls::atOnce);
+        if (!retry_) {
+            retry_ = loop_.every(retrySeconds, [this] {
+                if (waiting()) { tryToOpen(); }
+            });
+        }
+    }
+    say(std::move(problem));
+}
+
+void MonitorEngine::say(std::string message) {
+    message_ = std::move(message);
+    Q_EMIT changed();
+}
+
+std::string MonitorEngine::open() {
+    DuplexAudio* const duplex = audio_.duplex();
+    if (!duplex) { return noServer; }
+    const auto inputs = duplex->allInputs();
+    const auto input = std::ranges::find(inputs, *sourceUID_, &AudioInputDevice::uid);
+    if (input == inputs.end()) { return sourceGone; }
+    const OutputProfile& wanted = profile();
+    const auto outputs = audio_.allOutputs();
+    const auto standard = audio_.defaultOutput();
+    const auto output = std::ranges::find_if(outputs, [&](const AudioOutputDevice& each) {
+        return wanted.deviceUID ? each.uid == *wanted.deviceUID : each.id == standard;
+    });
+    if (output == outputs.end()) { return outputGone; }
+    if (duplex->feedsBack(*input, output->id)) { return howls; }
+
+    DuplexRequest request{*input, output->id, !wanted.deviceUID};
+    if (input->uid == DuplexAudio::openPortsUID) {
+        request.input.inputChannels = std::max(state_.sourceOffset, 0) + int(channels(state_.source).size());
+    }
+    request.input.inputChannels = std::min(request.input.inputChannels, RenderContext::maxSourceChannels);
+    if (!unit_) {
+        unit_ = std::make_shared<MatrixUnit>();
+        watch_ = std::make_shared<RenderWatch>(*unit_);
+        publisher_ = std::make_unique<ConfigPublisher>(unit_->context(), loop_, watch_, makeStage_);
+    }
+    auto token = std::make_shared<bool>(true);
+    // Handled one turn of the loop later, because handling it destroys the stream that calls.
+    auto onChange = [this, weak = std::weak_ptr(token)] {
+        loop_.post([this, weak] {
+            if (weak.lock()) { streamChanged(); }
+        });
+    };
+    try {
+        stream_ = duplex->openDuplex(request, *watch_, std::move(onChange));
+    } catch (const Error&) { return notCombined; }
+    streamToken_ = std::move(token);
+    inputChannels_ = request.input.inputChannels;
+    deviceChannels_ = std::min(stream_->channels(), RenderContext::maxDeviceChannels);
+    if (inputChannels_ < 1 || deviceChannels_ < 1) { return noChannels; }
+    opened_ = wanted;
+    positions_ = output->positions;
+    unit_->restart(stream_->sampleRate());
+    unit_->setAudible(true);
+    publisher_->open(stream_->sampleRate());
+    apply();
+    watch_->setRunning(true);
+    try {
+        stream_->start();
+    } catch (const Error& error) { return error.what(); }
+    return {};
+}
+
+void MonitorEngine::close(Falls falls) {
+    if (!stream_) { return; }
+    if (falls == Falls::softly && stream_->isRunning()) {
+        unit_->setAudible(false);
+        const auto limit = std::chrono::steady_clock::now() + std::chrono::duration<double>(maxFall);
+        while (!unit_->isSilent() && std::chrono::steady_clock::now() < limit) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+    }
+    streamToken_.reset();
+    stream_.reset();
+    watch_->setRunning(false);
+    publisher_->close();
+}
+
+void MonitorEngine::apply() {
+    if (!stream_) { return; }
+    heard_ = SpeakerMap::onDevice(profile(), positions_);
+    publisher_->set(MonitorMatrix::build(state_, inputChannels_, heard_, deviceChannels_));
+}
+
+void MonitorEngine::restartIfRunning() {
+    if (!wanted_) { return; }
+    close(Falls::softly);
+    start();
+}
+
+void MonitorEngine::streamChanged() {
+    close(Falls::atOnce);
+    tryToOpen();
+}
+
+void MonitorEngine::systemChanged() {
+    if (waiting()) { tryToOpen(); }
+    Q_EMIT inputsChanged();
+}
+
+// An edited profile is heard at once; one that plays elsewhere now takes the monitor along.
+void MonitorEngine::settingsChanged() {
+    if (!stream_) { return; }
+    const OutputProfile& now = profile();
+    if (now.deviceUID != opened_.deviceUID) {
+        restartIfRunning();
+    } else if (now != opened_) {
+        opened_ = now;
+        apply();
+    }
+    Q_EMIT changed();
+}
+
+bool MonitorEngine::upmixAvailable() const {
+    return MonitorMatrix::upmixApplies(state_.source, profile());
+}
+
+double MonitorEngine::addedLatency() const {
+    const Upmixer* const upmixer = stream_ ? publisher_->upmixer() : nullptr;
+    return upmixer ? upmixer->fftSize() / upmixer->sampleRate() : 0;
+}
+
+std::vector<float> MonitorEngine::takeBusPeaks() {
+    std::vector<float> peaks(channels(state_.source).size(), 0.0F);
+    if (!stream_) { return peaks; }
+    for (size_t c = 0; c < peaks.size(); ++c) {
+        const int channel = state_.sourceOffset + int(c);
+        if (channel >= 0 && channel < inputChannels_) { peaks[c] = unit_->takeInputPeak(channel); }
+    }
+    return peaks;
+}
+
+std::vector<float> MonitorEngine::takeSpeakerPeaks() {
+    const bool headphones = profile().kind == OutputProfile::Kind::headphones;
+    const std::vector<int> outputs =
+        headphones ? std::vector{heard_.headphoneLeft, heard_.headphoneRight} : heard_.outputs;
+    std::vector<float> peaks(headphones ? 2 : speakers(profile().layout).size(), 0.0F);
+    if (!stream_) { return peaks; }
+    for (size_t r = 0; r < std::min(peaks.size(), outputs.size()); ++r) {
+        if (outputs[r] >= 0 && outputs[r] < deviceChannels_) { peaks[r] = unit_->takeOutputPeak(outputs[r]); }
+    }
+    return peaks;
+}
+
+}  // namespace brindlehum

@@ -1,0 +1,66 @@
+#include "monitor/render/matrix_unit.h"
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+
+namespace brindlehum {
+namespace {
+
+// Magnitudes as integers without their sign bit: their order is that of the magnitudes, and what isn't finite lies
+// above all others.
+int32_t largest(const float* plane, int32_t frames) {
+    int32_t most = 0;
+    for (int32_t i = 0; i < frames; ++i) { most = std::max(most, std::bit_cast<int32_t>(plane[i]) & 0x7fffffff); }
+    return most;
+}
+
+}  // namespace
+
+MatrixUnit::MatrixUnit()
+    : context_(RenderContext::Feed::device), inputPeaks_(mn_peaks_create(RenderContext::maxSourceChannels)) {}
+
+MatrixUnit::~MatrixUnit() {
+    mn_peaks_destroy(inputPeaks_);
+}
+
+void MatrixUnit::restart(double sampleRate) noexcept {
+    sampleRate_ = sampleRate;
+    level_ = 0;
+    silent_ = true;
+}
+
+int32_t MatrixUnit::render(uint32_t frames, const DeviceBuffers& buffers) noexcept {
+    const auto n = int32_t(std::min({frames, buffers.frames, uint32_t(RenderContext::maxFrames)}));
+    measureInputs(buffers, n);
+    context_.render(frames, buffers);
+    const bool audible = audible_.load(std::memory_order_relaxed);
+    const double step = (audible ? 1 / riseSeconds : -1 / fallSeconds) / sampleRate_;
+    for (int32_t c = 0; c < buffers.channels; ++c) {
+        float* const plane = buffers.planes[c];
+        if (plane == nullptr) { continue; }
+        guard(plane, n);
+        if (audible && level_ == 1) { continue; }
+        for (int32_t i = 0; i < n; ++i) { plane[i] *= float(std::clamp(level_ + step * (i + 1), 0.0, 1.0)); }
+    }
+    level_ = std::clamp(level_ + step * n, 0.0, 1.0);
+    silent_.store(!audible && level_ == 0, std::memory_order_release);
+    return 0;
+}
+
+void MatrixUnit::measureInputs(const DeviceBuffers& buffers, int32_t frames) noexcept {
+    const int32_t channels = std::min(buffers.inputChannels, int32_t(RenderContext::maxSourceChannels));
+    for (int32_t c = 0; c < channels; ++c) {
+        const float* const plane = buffers.inputs[c];
+        if (plane != nullptr) { mn_peaks_raise(inputPeaks_, c, std::bit_cast<float>(largest(plane, frames))); }
+    }
+}
+
+// A bus that sends what isn't a number is muted for the block: loudspeakers don't forgive.
+void MatrixUnit::guard(float* plane, int32_t frames) noexcept {
+    if (std::isfinite(std::bit_cast<float>(largest(plane, frames)))) { return; }
+    std::fill_n(plane, frames, 0.0F);
+    faults_.fetch_add(1, std::memory_order_relaxed);
+}
+
+}  // namespace brindlehum

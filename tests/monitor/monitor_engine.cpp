@@ -1,0 +1,250 @@
+// The monitor on made-up devices: what is heard, and what it does when devices go.
+#include "monitor/engine/monitor_engine.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <functional>
+#include <limits>
+#include <numbers>
+#include <stdexcept>
+
+#include "support/platform/manual_audio.h"
+#include "support/platform/manual_main_loop.h"
+#include "support/signals.h"
+
+namespace brindlehum {
+namespace {
+
+class MonitorTest : public testing::Test {
+protected:
+    static constexpr uint32_t block = 256;
+
+    void SetUp() override {
+        audio_.setOutputs({{1, "room", "Room", 16}, {2, "pair", "Pair", 2}});
+        audio_.setInputs({{7, "bus", "Bus of the desk", 16}});
+        settings_.change([](AppSettings& s) {
+            OutputProfile room;
+            room.id = UUID::random();
+            room.layout = LayoutID::l916;
+            s.profiles = {room};
+        });
+    }
+
+    static std::shared_ptr<BinauralStage> noStage(double) { throw std::runtime_error("no set"); }
+
+    // The next block of a bus of sines, a frequency for each channel.
+    std::vector<std::vector<float>> bus(int channels = 16) {
+        std::vector<std::vector<float>> out;
+        for (int c = 0; c < channels; ++c) {
+            const double hz = 200 + 50 * c;
+            out.push_back(test::sine(block, hz, 48000, 0.25, 2 * std::numbers::pi * hz * double(at_) / 48000));
+        }
+        at_ += block;
+        return out;
+    }
+    static double level(const std::vector<float>& plane) {
+        double most = 0;
+        for (const float v : plane) { most = std::max(most, std::abs(double(v))); }
+        return most;
+    }
+    // Past the rise of 100 ms.
+    void settle() {
+        for (int i = 0; i < 20; ++i) { audio_.pump(block, bus()); }
+    }
+
+    ManualMainLoop loop_;
+    ManualAudioSystem audio_{loop_};
+    MemoryDefaults defaults_;
+    SettingsStore settings_{defaults_};
+    MonitorEngine monitor_{audio_, settings_, loop_, noStage};
+    int64_t at_ = 0;
+};
+
+TEST_F(MonitorTest, RisesFromSilenceAndThenPassesTheBusBitByBit) {
+    monitor_.start();
+    EXPECT_FALSE(monitor_.running());
+    EXPECT_EQ(monitor_.message(), "Choose the source (where your DAW's bus arrives)");
+    monitor_.setSourceUID("bus");
+    monitor_.start();
+    ASSERT_TRUE(monitor_.running()) << monitor_.message();
+    EXPECT_EQ(monitor_.message(), "");
+    double before = 0;
+    for (int i = 0; i < 19; ++i) {
+        const auto in = bus();
+        const auto out = audio_.pump(block, in);
+        for (size_t n = 0; n < block; ++n) {
+            const double risen = std::min((double(size_t(i) * block + n) + 1) / 4800, 1.0);
+            // The first block fades in the matrix besides.
+            const double fade = i == 0 ? double(n + 1) / block : 1;
+            ASSERT_NEAR(out[5][n], fade * risen * in[5][n], 1e-6) << i << " " << n;
+        }
+        before = level(out[5]);
+    }
+    EXPECT_GT(before, 0.24);
+    for (int i = 0; i < 4; ++i) {
+        const auto in = bus();
+        EXPECT_EQ(audio_.pump(block, in), in);
+    }
+    EXPECT_GT(monitor_.takeBusPeaks()[3], 0.24F);
+    EXPECT_GT(monitor_.takeSpeakerPeaks()[15], 0.24F);
+}
+
+TEST_F(MonitorTest, NoControlMakesAStep) {
+    monitor_.setSourceUID("bus");
+    monitor_.start();
+    settle();
+    const auto change = [this](auto edit) {
+        MonitorState next = monitor_.state();
+        edit(next);
+        monitor_.setState(next);
+    };
+    const std::vector<std::function<void(MonitorState&)>> edits = {
+        [](MonitorState& s) { s.volumeDB = -6; },
+        [](MonitorState& s) { s.dim = true; },
+        [](MonitorState& s) { s.dim = false, s.mode = MonitorMode::stereo; },
+        [](MonitorState& s) { s.mode = MonitorMode::full, s.solo = {SpeakerID::Ls}; },
+        [](MonitorState& s) { s.solo.clear(), s.muted = {SpeakerID::L}; },
+        [](MonitorState& s) { s.muted.clear(), s.mute = true; },
+        [](MonitorState& s) { s.mute = false, s.source = MonitorSource::l51film; },
+        [](MonitorState& s) { s.upmix.enabled = true; },
+    };
+    std::vector<float> last(16, std::numeric_limits<float>::quiet_NaN());
+    // The most that the loudest sum of all sines moves in a frame: each by its own slope, on every speaker.
+    double slope = 0;
+    for (int c = 0; c < 16; ++c) { slope += 0.25 * 2 * std::numbers::pi * (200 + 50 * c) / 48000; }
+    for (size_t e = 0; e < edits.size(); ++e) {
+        change(edits[e]);
+        for (int i = 0; i < 30; ++i) {
+            const auto out = audio_.pump(block, bus());
+            for (size_t c = 0; c < out.size(); ++c) {
+                for (const float v : out[c]) {
+                    if (!std::isnan(last[c])) { ASSERT_LT(std::abs(v - last[c]), 1.1 * slope) << e << " " << c; }
+                    last[c] = v;
+                }
+            }
+        }
+    }
+    EXPECT_GT(monitor_.addedLatency(), 0.02) << "5.1 fills 9.1.6";
+}
+
+TEST_F(MonitorTest, MutesWhatIsNoNumber) {
+    monitor_.setSourceUID("bus");
+    monitor_.start();
+    settle();
+    auto in = bus();
+    in[4][17] = std::numeric_limits<float>::quiet_NaN();
+    in[6][0] = std::numeric_limits<float>::infinity();
+    const auto out = audio_.pump(block, in);
+    for (size_t c = 0; c < out.size(); ++c) {
+        EXPECT_EQ(out[c], c == 4 || c == 6 ? std::vector<float>(block, 0.0F) : in[c]) << c;
+    }
+    in = bus();
+    EXPECT_EQ(audio_.pump(block, in), in);
+}
+
+// What goes, what is said, and that it goes on, in silence first, when all is back.
+TEST_F(MonitorTest, WaitsForWhatIsGoneAndGoesOn) {
+    monitor_.setSourceUID("bus");
+    monitor_.start();
+    const auto outputs = audio_.allOutputs();
+    struct Loss {
+        const char* said;
+        std::function<void()> lose, giveBack;
+    };
+    const std::vector<Loss> losses = {
+        {"The source isn't available; the monitor goes on when it is back", [this] { audio_.setInputs({}); },
+         [this] { audio_.setInputs({{9, "bus", "Bus of the desk", 16}}); }},
+        {"The output device isn't available",
+         [this] {
+             audio_.setDefault(std::nullopt);
+             audio_.setOutputs({});
+         },
+         [&] {
+             audio_.setOutputs(outputs);
+             audio_.setDefault(1);
+         }},
+        {"What the output plays comes back to the source, which would howl; the monitor waits",
+         [this] { audio_.setFeedsBack(true); }, [this] { audio_.setFeedsBack(false); }},
+        {"The monitor needs a sound server, and none answers",
+         [&] {
+             audio_.setServer(SoundServer::absent);
+             audio_.setOutputs({});
+         },
+         [&] {
+             audio_.setServer(SoundServer::running);
+             audio_.setOutputs(outputs);
+         }},
+        {"Couldn't combine the source and output devices",
+         [this] {
+             audio_.setOpeningFails(true);
+             audio_.setDefault(2);
+         },
+         [this] {
+             audio_.setOpeningFails(false);
+             audio_.setDefault(1);
+         }},
+    };
+    for (const Loss& loss : losses) {
+        settle();
+        ASSERT_TRUE(monitor_.running()) << loss.said;
+        loss.lose();
+        loop_.advance(3);
+        EXPECT_FALSE(monitor_.running()) << loss.said;
+        EXPECT_TRUE(monitor_.waiting());
+        EXPECT_EQ(monitor_.message(), loss.said);
+        EXPECT_TRUE(audio_.pump(block).empty());
+        loss.giveBack();
+        loop_.advance(1.5);
+        ASSERT_TRUE(monitor_.running()) << loss.said << ": " << monitor_.message();
+        EXPECT_EQ(monitor_.message(), "");
+        const auto first = audio_.pump(block, bus());
+        EXPECT_LT(level(first[0]), 0.25 * 256 / 4800 + 1e-4) << "it rises again";
+    }
+    monitor_.stop();
+    EXPECT_FALSE(monitor_.waiting());
+    loop_.advance(5);
+    EXPECT_FALSE(monitor_.running());
+}
+
+TEST_F(MonitorTest, ItsBusHasTheChannelsOfTheSourceAndIsKept) {
+    EXPECT_TRUE(audio_.bus().empty());
+    EXPECT_EQ(monitor_.inputs().at(1).uid, DuplexAudio::busUID);
+    EXPECT_EQ(audio_.bus().size(), 16U);
+    MonitorState film;
+    film.source = MonitorSource::l51film;
+    monitor_.setState(film);
+    EXPECT_EQ(audio_.bus(), std::vector<std::string>({"FL", "FC", "FR", "SL", "SR", "LFE"}));
+    monitor_.setSourceUID(DuplexAudio::busUID);
+    monitor_.setProfileID(settings_.value().profiles[0].id);
+
+    ManualMainLoop loop;
+    ManualAudioSystem audio{loop};
+    const MonitorEngine again(audio, settings_, loop, noStage);
+    EXPECT_EQ(again.state(), film);
+    EXPECT_EQ(again.sourceUID(), DuplexAudio::busUID);
+    EXPECT_EQ(again.profileID(), settings_.value().profiles[0].id);
+    EXPECT_EQ(audio.bus().size(), 6U) << "made at once, for programs that play into it";
+}
+
+TEST_F(MonitorTest, HearsAnEditedProfileAndFollowsItToAnotherDevice) {
+    monitor_.setSourceUID("bus");
+    monitor_.start();
+    settle();
+    settings_.change([](AppSettings& s) {
+        s.profiles[0].outputs.assign(16, -1);
+        s.profiles[0].outputs[0] = 9;
+    });
+    audio_.pump(block, bus());
+    const auto in = bus();
+    const auto out = audio_.pump(block, in);
+    EXPECT_EQ(out[9], in[0]);
+    EXPECT_EQ(out[0], std::vector<float>(block, 0.0F));
+    EXPECT_EQ(audio_.opened(), 1) << "heard without opening the devices anew";
+    settings_.change([](AppSettings& s) { s.profiles[0].deviceUID = "pair"; });
+    EXPECT_EQ(audio_.opened(), 2);
+    EXPECT_EQ(monitor_.deviceChannels(), 2);
+}
+
+}  // namespace
+}  // namespace brindlehum
