@@ -40,9 +40,12 @@ bool scan(Words words);
 bool meta(Words words);
 bool search(Words words);
 bool facets(Words words);
+bool inputs(Words words);
+bool monitor(Words words);
 extern const std::string_view pictureHelp;  // its words, one per line
 extern const std::string_view renderHelp;   // its words, one per line
 extern const std::string_view exportHelp;   // its words, one per line
+extern const std::string_view monitorHelp;  // its words, one per line
 
 // On one line. Replaces bytes that aren't UTF-8, which file names may contain, by U+FFFD.
 std::string oneLineOf(const Json& json);

@@ -14,6 +14,9 @@ constexpr Command commands[] = {
     {"probe", "FILE...", "all that is known of each file", probe},
     {"overview", "FILE...", "minima and maxima of each file in buckets", overview},
     {"devices", "", "the output devices that exist right now", devices},
+    {"inputs", "", "what can be listened to right now", inputs},
+    {"monitor", "matrix SOURCE LAYOUT [WORDS...] | run SOURCE PROFILE [WORDS...]",
+     "how a bus reaches speakers, and a bus that does", monitor},
     {"render", "FILE OUT.wav [WORDS...]", "the file as a device would play it, as 32-bit float", render},
     {"export", "FILE... [WORDS...]", "what is heard of each file, as a file in the folder of the day", exportFiles},
     {"analyze", "[WORDS...] FILE...", "tempo, bars, key, loudness and structure of a piece of music", analyze},
@@ -41,6 +44,7 @@ void printHelp() {
     for (const Command& command : commands) { std::cout << usage(command) << ": " << command.help << "\n"; }
     std::cout << "\nWords of render, in any order:\n" << renderHelp;
     std::cout << "\nWords of export:\n" << exportHelp;
+    std::cout << "\nWords of monitor:\n" << monitorHelp;
     std::cout << "\nWords of analyze, in place of what it would find:\n" << analysisHelp;
     std::cout << "\nWords of picture, besides those:\n" << pictureHelp;
     std::cout << "\nWords of edits and plan, besides those of analyze:\n" << editsHelp;

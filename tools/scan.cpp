@@ -1,6 +1,5 @@
 // scan FOLDER: updates the catalog from a library root, and applies the team's change logs in it.
 #include <chrono>
-#include <csignal>
 #include <iostream>
 #include <stop_token>
 
@@ -8,6 +7,7 @@
 #include "base/path.h"
 #include "base/stored_path.h"
 #include "command.h"
+#include "interrupt.h"
 #include "library/scan/library_scanner.h"
 #include "library/team/change_log.h"
 #include "library_words.h"
@@ -35,19 +35,6 @@ const char* rawValue(LibraryScanner::Result::Outcome outcome) {
     return outcome == Outcome::complete ? "complete" : outcome == Outcome::cancelled ? "cancelled" : "unreachable";
 }
 
-volatile std::sig_atomic_t interrupted = 0;
-
-// The first Ctrl+C ends a scan after the current files; the second ends the program at once. A signal that our parent
-// ignores, as a shell does for background jobs, stays ignored.
-void endAtInterrupt() {
-    struct sigaction action {};
-    if (::sigaction(SIGINT, nullptr, &action) != 0 || action.sa_handler == SIG_IGN) { return; }
-    action = {};
-    action.sa_handler = [](int) { interrupted = 1; };
-    action.sa_flags = SA_RESETHAND | SA_RESTART;
-    ::sigaction(SIGINT, &action, nullptr);
-}
-
 }  // namespace
 
 bool scan(Words words) {
@@ -66,7 +53,7 @@ bool scan(Words words) {
     options.stop = ending.get_token();
     options.otherRoots = library.roots;
     options.progress = [&](const Progress& now) {
-        if (interrupted != 0) { ending.request_stop(); }
+        if (interrupted()) { ending.request_stop(); }
         if (Clock::now() - told < std::chrono::seconds(1)) { return; }
         told = Clock::now();
         std::cerr << wordFor(now.phase) << ": " << now.done << " of " << now.found << " files" << std::endl;

@@ -29,8 +29,10 @@ AppModel::AppModel(Platform platform)
               platform.journals.empty() ? EditorModel::defaultJournals() : platform.journals),
       speakerTest_(engine_, platform.loop),
       library_(settings_, platform.loop, platform.catalogFile),
+      monitor_(platform.audio, settings_, platform.loop),
       tempEdits_(player_, settings_, bars_, platform.session.fileManager(), platform.loop),
-      commands_(player_, settings_, tempEdits_, editor_.transport(), [this](const auto& file) { openEditor(file); }) {}
+      commands_(player_, settings_, tempEdits_, editor_.transport(), monitor_,
+                [this](const auto& file) { openEditor(file); }) {}
 
 AppModel::~AppModel() {
     platform_.defaults.setOnProblem(nullptr);

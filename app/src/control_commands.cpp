@@ -36,15 +36,17 @@ std::string switched(const ControlParams& params, bool now, const std::function<
 }  // namespace
 
 ControlCommands::ControlCommands(PlayerModel& player, SettingsStore& settings, TempEditBatch& tempEdits,
-                                 EditorTransport& editor, OpenEditor openEditor)
+                                 EditorTransport& editor, MonitorEngine& monitor, OpenEditor openEditor)
     : player_(player),
       settings_(settings),
       tempEdits_(tempEdits),
       editor_(editor),
+      monitor_(monitor),
       openEditor_(std::move(openEditor)) {}
 
 nlohmann::json ControlCommands::handle(const std::string& command, const ControlParams& params) {
     if (command == "status") { return status(); }
+    if (command == "monitor") { return monitor_.handle(params); }
     const auto& file = player_.sound().info();
     Transport& transport = player_.transport();
     const auto done = [](auto action) {

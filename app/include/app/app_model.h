@@ -20,6 +20,7 @@
 #include "mix/engine/playback_engine.h"
 #include "mix/engine/speaker_test.h"
 #include "mix/player/player_model.h"
+#include "monitor/engine/monitor_engine.h"
 #include "platform/platform.h"
 #include "platform/task_queues.h"
 #include "settings/settings_store.h"
@@ -70,6 +71,7 @@ public:
     PlayerModel& player() { return player_; }
     LibraryModel& library() { return library_; }
     EditorModel& editor() { return editor_; }
+    MonitorEngine& monitor() { return monitor_; }
     SpeakerTest& speakerTest() { return speakerTest_; }
     TempEditBatch& tempEdits() { return tempEdits_; }
     ControlServer& control() { return control_; }
@@ -92,6 +94,7 @@ private:
     EditorModel editor_;
     SpeakerTest speakerTest_;
     LibraryModel library_;
+    MonitorEngine monitor_;
     TempEditBatch tempEdits_;
     ControlCommands commands_;
 };

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "app/control_protocol.h"
+#include "app/monitor_commands.h"
 #include "app/temp_edit_batch.h"
 #include "editor/playback/editor_transport.h"
 #include "mix/player/player_model.h"
@@ -21,7 +22,7 @@ public:
     // Shows the editor, with a file to open or without one.
     using OpenEditor = std::function<void(const std::optional<std::filesystem::path>& file)>;
     ControlCommands(PlayerModel& player, SettingsStore& settings, TempEditBatch& tempEdits, EditorTransport& editor,
-                    OpenEditor openEditor);
+                    MonitorEngine& monitor, OpenEditor openEditor);
 
     // Runs a command and returns the answer. Compares the name exactly. An unknown command, and an argument that makes
     // no sense, change nothing and return an object with "error".
@@ -43,6 +44,7 @@ private:
     SettingsStore& settings_;
     TempEditBatch& tempEdits_;
     EditorTransport& editor_;
+    MonitorCommands monitor_;
     OpenEditor openEditor_;
 };
 

@@ -88,17 +88,19 @@ public:
     }
 
     std::shared_ptr<void> makeBus(const std::vector<std::string>& positions) override {
-        auto wanted = std::make_shared<const std::vector<std::string>>(positions);
+        const auto wanted = std::shared_ptr<Positions>(new Positions(positions),
+                                                       [this, alive = std::weak_ptr(checkWaits_)](Positions* gone) {
+                                                           delete gone;
+                                                           if (alive.lock()) { keepBus(); }
+                                                       });
         wantedBus_ = wanted;
         keepBus();
-        return {nullptr, [this, wanted, alive = std::weak_ptr(checkWaits_)](void*) mutable {
-                    wanted.reset();
-                    if (alive.lock()) { keepBus(); }
-                }};
+        return wanted;
     }
 
 private:
     static constexpr int openPorts = 16;
+    using Positions = std::vector<std::string>;
 
     struct State {
         SoundServer server = SoundServer::absent;
@@ -171,7 +173,7 @@ private:
     std::shared_ptr<PipeWireLoop> library_;
     std::shared_ptr<PipeWireSession> session_;
     // The names of the channels of the bus that somebody holds, and of the one that is made.
-    std::weak_ptr<const std::vector<std::string>> wantedBus_, madeBus_;
+    std::weak_ptr<Positions> wantedBus_, madeBus_;
     std::optional<PipeWireBus> bus_;
     State known_;  // as last announced
     // A check is posted; dies with this, so that a late one is dropped.

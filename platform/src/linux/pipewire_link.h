@@ -4,7 +4,6 @@
 #include <pipewire/pipewire.h>
 
 #include <functional>
-#include <stdexcept>
 
 namespace brindlehum {
 

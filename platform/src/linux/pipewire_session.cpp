@@ -150,7 +150,9 @@ void PipeWireSession::addMetadata(uint32_t id, const char* name) {
 }
 
 void PipeWireSession::changed() {
-    graph_.ownClient = pw_proxy_get_bound_id(reinterpret_cast<pw_proxy*>(pw_core_get_client(core_)));
+    if (pw_client* const own = pw_core_get_client(core_)) {
+        graph_.ownClient = pw_proxy_get_bound_id(reinterpret_cast<pw_proxy*>(own));
+    }
     // Iterate over a copy, since a listener may unregister itself.
     for (PipeWireListener* listener : std::vector(listeners_)) { listener->graphChanged(); }
     loop_->wake();

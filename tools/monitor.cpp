@@ -1,0 +1,209 @@
+// inputs, and monitor matrix | run: what can be listened to, and a bus on the speakers at hand.
+#include <QCoreApplication>
+#include <QTimer>
+#include <algorithm>
+#include <clocale>
+#include <iostream>
+#include <map>
+
+#include "base/error.h"
+#include "command.h"
+#include "interrupt.h"
+#include "monitor/engine/monitor_engine.h"
+#include "monitor/state/monitor_matrix.h"
+#include "platform/linux_audio.h"
+#include "platform/qt_main_loop.h"
+#include "upmix_word.h"
+#include "word_values.h"
+
+namespace brindlehum::cli {
+
+const std::string_view monitorHelp =
+    "  mode MODE          folds the bus first: full, l714, l51, stereo or mono\n"
+    "  solo S,S           only these speakers, such as Ls,Rs\n"
+    "  mute S,S           without these speakers\n"
+    "  dim, silent        20 dB lower; nothing at all\n"
+    "  volume DB          -60 to 12\n"
+    "  heights DB         trim of the height speakers\n"
+    "  offset N           channel of the input at which the bus begins, from 0\n"
+    "  upmix PRESET       fills the speakers that the bus lacks\n"
+    "  fold               headphones hear the fold-down to left and right\n"
+    "  source NAME        for run: the order of the bus (default l916)\n";
+
+namespace {
+
+constexpr int tellEvery = 500;  // milliseconds
+
+// Qt wants words of its own.
+struct Application {
+    Application() { std::setlocale(LC_NUMERIC, "C"); }  // Qt has set the user's
+    int count = 1;
+    char name[15] = "brindlehum-cli";
+    char* words[2] = {name, nullptr};
+    QCoreApplication application{count, words};
+};
+
+std::set<SpeakerID> speakersIn(const std::string& word, const std::string& text) {
+    std::set<SpeakerID> speakers;
+    size_t from = 0;
+    while (from <= text.size()) {
+        const size_t to = std::min(text.find(',', from), text.size());
+        const std::string name = text.substr(from, to - from);
+        speakers.insert(known(word, name, speakerFromRaw(name)));
+        from = to + 1;
+    }
+    return speakers;
+}
+
+using Flag = void (*)(MonitorState& state);
+const std::map<std::string, Flag, std::less<>> flags = {
+    {"dim", [](auto& s) { s.dim = true; }},
+    {"silent", [](auto& s) { s.mute = true; }},
+    {"fold", [](auto& s) { s.headphonesFold = true; }},
+};
+using Setter = void (*)(MonitorState& state, const std::string& word, const std::string& value);
+const std::map<std::string, Setter, std::less<>> setters = {
+    {"mode", [](auto& s, auto& w, auto& v) { s.mode = known(w, v, monitorModeFromRaw(v)); }},
+    {"solo", [](auto& s, auto& w, auto& v) { s.solo = speakersIn(w, v); }},
+    {"mute", [](auto& s, auto& w, auto& v) { s.muted = speakersIn(w, v); }},
+    {"volume",
+     [](auto& s, auto& w, auto& v) {
+         s.volumeDB = numberAfter(w, v, MonitorState::lowestDB, MonitorState::highestDB);
+     }},
+    {"heights", [](auto& s, auto& w, auto& v) { s.heightTrimDB = numberAfter(w, v, -60, 12); }},
+    {"offset",
+     [](auto& s, auto& w, auto& v) { s.sourceOffset = wholeNumberAfter(w, v, 0, RenderContext::maxSourceChannels - 1); }},
+    {"upmix", [](auto& s, auto& w, auto& v) { s.upmix = upmixAfter(w, v); }},
+    {"source", [](auto& s, auto& w, auto& v) { s.source = known(w, v, monitorSourceFromRaw(v)); }},
+};
+
+MonitorState stateOf(Words words) {
+    MonitorState state;
+    for (size_t i = 0; i < words.size(); ++i) {
+        if (const auto flag = flags.find(words[i]); flag != flags.end()) {
+            flag->second(state);
+            continue;
+        }
+        const auto setter = setters.find(words[i]);
+        if (setter == setters.end()) { throw UsageError("unknown word \"" + words[i] + "\""); }
+        if (i + 1 == words.size()) { throw UsageError("no value after \"" + words[i] + "\""); }
+        setter->second(state, words[i], words[i + 1]);
+        ++i;
+    }
+    return state;
+}
+
+Json namesOf(const SpeakerList& speakers) {
+    Json names = Json::array();
+    for (const SpeakerID speaker : speakers) { names.push_back(rawValue(speaker)); }
+    return names;
+}
+
+bool printMatrix(Words words) {
+    if (words.size() < 2) { throw UsageError("no source and layout given"); }
+    MonitorState state = stateOf(words.subspan(2));
+    state.source = known("monitor matrix", words[0], monitorSourceFromRaw(words[0]));
+    OutputProfile profile;
+    if (words[1] == "headphones") {
+        profile.kind = OutputProfile::Kind::headphones;
+        state.headphonesFold = true;  // what the ears get is no matrix otherwise
+    } else {
+        profile.layout = known("monitor matrix", words[1], layoutFromRaw(words[1]));
+    }
+    const SpeakerList room = MonitorMatrix::room(state, profile);
+    const bool upmix = state.upmix.enabled && MonitorMatrix::upmixApplies(state.source, profile);
+    Json line = {{"inputs", namesOf(channels(state.source))},
+                 {"outputs", namesOf(room)},
+                 {"rows", MonitorMatrix::gains(state, profile)}};
+    if (upmix) {
+        line["upmix"] = {{"preset", rawValue(state.upmix.preset)}, {"outputs", namesOf(room)}};
+    }
+    print(line);
+    return true;
+}
+
+// The user's profile of this name, on settings of which nothing is stored.
+void takeProfile(MemoryDefaults& defaults, const std::string& name) {
+    const FileDefaults users;
+    if (const auto stored = users.data("settings.v1")) { defaults.set("settings.v1", *stored); }
+    SettingsStore settings(defaults);
+    const auto& profiles = settings.value().profiles;
+    const auto named = std::ranges::find(profiles, name, &OutputProfile::name);
+    if (named == profiles.end()) { throw Error("no profile " + name); }
+    settings.change([id = named->id](AppSettings& s) { s.activeProfileID = id; });
+}
+
+std::string uidOf(MonitorEngine& monitor, const std::string& source) {
+    if (source == "bus") { return DuplexAudio::busUID; }
+    for (const AudioInputDevice& input : monitor.inputs()) {
+        if (input.uid == source || input.name == source) { return input.uid; }
+    }
+    throw Error("no source " + source);
+}
+
+bool passBus(Words words) {
+    if (words.size() < 2) { throw UsageError("no source and profile given"); }
+    const MonitorState state = stateOf(words.subspan(2));
+    MemoryDefaults defaults;
+    takeProfile(defaults, words[1]);
+    const Application application;
+    QtMainLoop loop;
+    const auto audio = makeAudioSystem(loop);
+    SettingsStore settings(defaults);
+    MonitorEngine monitor(*audio, settings, loop);
+    monitor.setState(state);
+    monitor.setSourceUID(uidOf(monitor, words[0]));
+    std::string told = "-";
+    const auto tell = [&] {
+        const std::string now = monitor.running() ? "" : monitor.message();
+        if (now == told) { return; }
+        told = now;
+        if (!now.empty()) { printError(now); }
+        if (now.empty()) {
+            print({{"running", true},
+                   {"sampleRate", monitor.sampleRate()},
+                   {"inputs", monitor.inputChannels()},
+                   {"outputs", monitor.deviceChannels()},
+                   {"latency", monitor.addedLatency()}});
+            std::cout.flush();
+        }
+    };
+    endAtInterrupt();
+    monitor.start();
+    tell();
+    QTimer watch;
+    QObject::connect(&watch, &QTimer::timeout, [&] {
+        if (interrupted()) { QCoreApplication::quit(); }
+        tell();
+    });
+    watch.start(tellEvery);
+    QCoreApplication::exec();
+    monitor.stop();
+    return true;
+}
+
+}  // namespace
+
+bool inputs(Words words) {
+    if (!words.empty()) { throw UsageError("unknown word \"" + words[0] + "\""); }
+    const Application application;
+    QtMainLoop loop;
+    const auto audio = makeAudioSystem(loop);
+    DuplexAudio* const duplex = audio->duplex();
+    if (!duplex) { throw Error("no sound server answers"); }
+    for (const AudioInputDevice& input : duplex->allInputs()) {
+        print({{"uid", input.uid},
+               {"name", input.name},
+               {"inputChannels", input.inputChannels},
+               {"positions", input.positions}});
+    }
+    return true;
+}
+
+bool monitor(Words words) {
+    if (!words.empty() && words[0] == "matrix") { return printMatrix(words.subspan(1)); }
+    if (!words.empty() && words[0] == "run") { return passBus(words.subspan(1)); }
+    throw UsageError("matrix or run?");
+}
+
+}  // namespace brindlehum::cli
