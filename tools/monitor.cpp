@@ -66,13 +66,11 @@ const std::map<std::string, Setter, std::less<>> setters = {
     {"mode", [](auto& s, auto& w, auto& v) { s.mode = known(w, v, monitorModeFromRaw(v)); }},
     {"solo", [](auto& s, auto& w, auto& v) { s.solo = speakersIn(w, v); }},
     {"mute", [](auto& s, auto& w, auto& v) { s.muted = speakersIn(w, v); }},
-    {"volume",
-     [](auto& s, auto& w, auto& v) {
-         s.volumeDB = numberAfter(w, v, MonitorState::lowestDB, MonitorState::highestDB);
-     }},
+    {"volume", [](auto& s, auto& w,
+                  auto& v) { s.volumeDB = numberAfter(w, v, MonitorState::lowestDB, MonitorState::highestDB); }},
     {"heights", [](auto& s, auto& w, auto& v) { s.heightTrimDB = numberAfter(w, v, -60, 12); }},
-    {"offset",
-     [](auto& s, auto& w, auto& v) { s.sourceOffset = wholeNumberAfter(w, v, 0, RenderContext::maxSourceChannels - 1); }},
+    {"offset", [](auto& s, auto& w,
+                  auto& v) { s.sourceOffset = wholeNumberAfter(w, v, 0, RenderContext::maxSourceChannels - 1); }},
     {"upmix", [](auto& s, auto& w, auto& v) { s.upmix = upmixAfter(w, v); }},
     {"source", [](auto& s, auto& w, auto& v) { s.source = known(w, v, monitorSourceFromRaw(v)); }},
 };
@@ -115,9 +113,7 @@ bool printMatrix(Words words) {
     Json line = {{"inputs", namesOf(channels(state.source))},
                  {"outputs", namesOf(room)},
                  {"rows", MonitorMatrix::gains(state, profile)}};
-    if (upmix) {
-        line["upmix"] = {{"preset", rawValue(state.upmix.preset)}, {"outputs", namesOf(room)}};
-    }
+    if (upmix) { line["upmix"] = {{"preset", rawValue(state.upmix.preset)}, {"outputs", namesOf(room)}}; }
     print(line);
     return true;
 }

@@ -73,8 +73,8 @@ std::map<int, double> heard(const MonitorState& state, const OutputProfile& prof
     std::map<int, double> out;
     for (size_t r = 0; r < room.size(); ++r) {
         const int device = r < profile.outputs.size() ? profile.outputs[r] : int(r);
-        const bool off = state.mute || state.muted.contains(room[r]) ||
-                         (!state.solo.empty() && !state.solo.contains(room[r]));
+        const bool off =
+            state.mute || state.muted.contains(room[r]) || (!state.solo.empty() && !state.solo.contains(room[r]));
         if (device < 0 || device >= devices || off) { continue; }
         const double trim = r < profile.trimsDB.size() ? profile.trimsDB[r] : 0;
         out[device] += now[room[r]] * linear(trim + state.volumeDB - (state.dim ? 20 : 0));
@@ -129,9 +129,9 @@ TEST(MonitorMatrix, EqualsTheWayOfEachChannelForEverySourceRoomAndMode) {
 
 TEST(MonitorMatrix, LeavesAFilmBusBitByBitAtUnity) {
     MonitorState state;
-    for (const auto& [source, layout] : {std::pair(MonitorSource::l714film, LayoutID::l714),
-                                         std::pair(MonitorSource::l51film, LayoutID::l51),
-                                         std::pair(MonitorSource::l916, LayoutID::l916)}) {
+    for (const auto& [source, layout] :
+         {std::pair(MonitorSource::l714film, LayoutID::l714), std::pair(MonitorSource::l51film, LayoutID::l51),
+          std::pair(MonitorSource::l916, LayoutID::l916)}) {
         state.source = source;
         const SpeakerList& bus = channels(source);
         const SpeakerList& room = speakers(layout);

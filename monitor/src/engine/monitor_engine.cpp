@@ -54,8 +54,8 @@ const OutputProfile& MonitorEngine::profile() const {
 void MonitorEngine::setState(const MonitorState& state) {
     if (state == state_) { return; }
     const bool reordered = state.source != state_.source;
-    const bool wider = sourceUID_ == DuplexAudio::openPortsUID &&
-                       (reordered || state.sourceOffset != state_.sourceOffset);
+    const bool wider =
+        sourceUID_ == DuplexAudio::openPortsUID && (reordered || state.sourceOffset != state_.sourceOffset);
     state_ = state;
     choice_.keep(state_);
     if (reordered && bus_) { keepBus(); }

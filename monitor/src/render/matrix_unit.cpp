@@ -27,6 +27,8 @@ MatrixUnit::~MatrixUnit() {
 void MatrixUnit::restart(double sampleRate) noexcept {
     sampleRate_ = sampleRate;
     level_ = 0;
+    linked_ = 0;
+    settled_ = 0;
     silent_ = true;
 }
 
@@ -34,7 +36,8 @@ int32_t MatrixUnit::render(uint32_t frames, const DeviceBuffers& buffers) noexce
     const auto n = int32_t(std::min({frames, buffers.frames, uint32_t(RenderContext::maxFrames)}));
     measureInputs(buffers, n);
     context_.render(frames, buffers);
-    const bool audible = audible_.load(std::memory_order_relaxed);
+    const bool settled = isSettled(buffers, n);
+    const bool audible = audible_.load(std::memory_order_relaxed) && (settled || level_ > 0);
     const double step = (audible ? 1 / riseSeconds : -1 / fallSeconds) / sampleRate_;
     for (int32_t c = 0; c < buffers.channels; ++c) {
         float* const plane = buffers.planes[c];
@@ -46,6 +49,16 @@ int32_t MatrixUnit::render(uint32_t frames, const DeviceBuffers& buffers) noexce
     level_ = std::clamp(level_ + step * n, 0.0, 1.0);
     silent_.store(!audible && level_ == 0, std::memory_order_release);
     return 0;
+}
+
+// Whether the inputs have been linked for a while. Without any there is nothing to hear, so the next ones rise again.
+bool MatrixUnit::isSettled(const DeviceBuffers& buffers, int32_t frames) noexcept {
+    int32_t linked = 0;
+    for (int32_t c = 0; c < buffers.inputChannels; ++c) { linked += buffers.inputs[c] != nullptr ? 1 : 0; }
+    if (linked == 0) { level_ = 0; }
+    settled_ = linked == linked_ ? std::min(settled_ + frames, int32_t(sampleRate_)) : 0;
+    linked_ = linked;
+    return linked > 0 && settled_ >= int32_t(settleSeconds * sampleRate_);
 }
 
 void MatrixUnit::measureInputs(const DeviceBuffers& buffers, int32_t frames) noexcept {

@@ -112,8 +112,10 @@ MixConfig build(const MonitorState& state, int inputChannels, const OutputProfil
         places = std::move(around.dirs);
     }
     const bool binaural = !places.empty();
-    MixConfig config = silent(upmix ? int(target.size()) : inputChannels, binaural ? int(places.size()) : deviceChannels);
-    const std::vector<int> outputs = headphones ? std::vector{profile.headphoneLeft, profile.headphoneRight} : profile.outputs;
+    MixConfig config =
+        silent(upmix ? int(target.size()) : inputChannels, binaural ? int(places.size()) : deviceChannels);
+    const std::vector<int> outputs =
+        headphones ? std::vector{profile.headphoneLeft, profile.headphoneRight} : profile.outputs;
     const int offset = std::max(state.sourceOffset, 0);
     for (size_t r = 0; r < rows.size(); ++r) {
         const int output = binaural || r >= outputs.size() ? int(r) : outputs[r];

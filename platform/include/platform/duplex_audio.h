@@ -11,8 +11,8 @@
 
 namespace brindlehum {
 
-// Something to listen to: a capture device, what an output device is given, or our own open ports. `id` is valid in this
-// run only; `uid` stays the same across runs.
+// Something to listen to: a capture device, what an output device is given, or our own open ports. `id` is valid in
+// this run only; `uid` stays the same across runs.
 struct AudioInputDevice {
     uint32_t id = 0;
     std::string uid;
@@ -24,7 +24,7 @@ struct AudioInputDevice {
 
 struct DuplexRequest {
     AudioInputDevice input;
-    uint32_t output = 0;         // id of an output device
+    uint32_t output = 0;          // id of an output device
     bool followsDefault = false;  // as in AudioSystem::openOutput
 };
 

@@ -17,11 +17,11 @@ PipeWireBus::PipeWireBus(std::shared_ptr<PipeWireSession> session, const std::ve
     const PipeWireLoop::Lock lock(session_->loop());
     if (session_->isDead()) { return; }
     // Low priorities: it must become neither the default sink nor the clock of the graph.
-    pw_properties* properties = pw_properties_new(
-        "factory.name", "support.null-audio-sink", PW_KEY_MEDIA_CLASS, "Audio/Sink", PW_KEY_NODE_NAME, nodeName,
-        PW_KEY_NODE_DESCRIPTION, "Brindlehum Bus", PW_KEY_PRIORITY_SESSION, "1", PW_KEY_PRIORITY_DRIVER, "1",
-        "audio.channels", count.c_str(), "audio.position", names.c_str(), "monitor.channel-volumes", "false",
-        "node.param.PortConfig", ports.c_str(), nullptr);
+    pw_properties* properties =
+        pw_properties_new("factory.name", "support.null-audio-sink", PW_KEY_MEDIA_CLASS, "Audio/Sink", PW_KEY_NODE_NAME,
+                          nodeName, PW_KEY_NODE_DESCRIPTION, "Brindlehum Bus", PW_KEY_PRIORITY_SESSION, "1",
+                          PW_KEY_PRIORITY_DRIVER, "1", "audio.channels", count.c_str(), "audio.position", names.c_str(),
+                          "monitor.channel-volumes", "false", "node.param.PortConfig", ports.c_str(), nullptr);
     proxy_ = static_cast<pw_proxy*>(pw_core_create_object(session_->core(), "adapter", PW_TYPE_INTERFACE_Node,
                                                           PW_VERSION_NODE, &properties->dict, 0));
     pw_properties_free(properties);

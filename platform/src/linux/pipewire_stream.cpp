@@ -12,9 +12,9 @@ namespace {
 
 const char* const cannotOpen = "Couldn't open the output device";
 
-// The requested block in frames at 48 kHz, for what is played. It is short enough that a seek or a change of mode is heard within some 11
-// ms, and long enough that the binaural stage's transforms take a small share of a core. The server uses the smallest
-// request of all clients on the device, within its own limits.
+// The requested block in frames at 48 kHz, for what is played. It is short enough that a seek or a change of mode is
+// heard within some 11 ms, and long enough that the binaural stage's transforms take a small share of a core. The
+// server uses the smallest request of all clients on the device, within its own limits.
 const char* const wantedLatency = "512/48000";
 
 // The same for a stream that listens: what is played elsewhere is heard a block later.
@@ -72,14 +72,13 @@ void PipeWireStream::makeFilter(size_t outputs, size_t inputs) {
     }();
     // Set no media.class: a session manager then leaves the node's links to its owner.
     const bool listens = inputs > 0;
-    filter_ = pw_filter_new(
-        session_->core(), "Brindlehum",
-        pw_properties_new(PW_KEY_MEDIA_TYPE, "Audio", PW_KEY_MEDIA_CATEGORY, listens ? "Duplex" : "Playback",
-                          PW_KEY_MEDIA_ROLE, "Production", PW_KEY_NODE_NAME,
-                          listens ? "brindlehum-monitor" : "brindlehum", PW_KEY_NODE_DESCRIPTION,
-                          listens ? "Brindlehum Monitor" : "Brindlehum", PW_KEY_APP_NAME, "Brindlehum",
-                          PW_KEY_NODE_AUTOCONNECT, "false", PW_KEY_NODE_LATENCY,
-                          listens ? duplexLatency : wantedLatency, nullptr));
+    filter_ = pw_filter_new(session_->core(), "Brindlehum",
+                            pw_properties_new(PW_KEY_MEDIA_TYPE, "Audio", PW_KEY_MEDIA_CATEGORY,
+                                              listens ? "Duplex" : "Playback", PW_KEY_MEDIA_ROLE, "Production",
+                                              PW_KEY_NODE_NAME, listens ? "brindlehum-monitor" : "brindlehum",
+                                              PW_KEY_NODE_DESCRIPTION, listens ? "Brindlehum Monitor" : "Brindlehum",
+                                              PW_KEY_APP_NAME, "Brindlehum", PW_KEY_NODE_AUTOCONNECT, "false",
+                                              PW_KEY_NODE_LATENCY, listens ? duplexLatency : wantedLatency, nullptr));
     if (!filter_) { throw Error(ErrorKind::device, cannotOpen); }
     pw_filter_add_listener(filter_, &filterHook_, &events, this);
     addPorts(ports_, outputs, SPA_DIRECTION_OUTPUT, "output_");

@@ -26,8 +26,8 @@ public:
     // The capacity in frames of a port's buffer in the library.
     static constexpr uint32_t largestQuantum = 8192;
 
-    // With `input` it listens, too: to the first of its ports, or, when its id is 0, to what others link to ours. Throws
-    // Error (device).
+    // With `input` it listens, too: to the first of its ports, or, when its id is 0, to what others link to ours.
+    // Throws Error (device).
     PipeWireStream(std::shared_ptr<PipeWireSession> session, MainLoop& loop, const AudioOutputDevice& device,
                    bool followsDefault, RenderTarget& target, std::function<void()> onChange,
                    const AudioInputDevice* input = nullptr);

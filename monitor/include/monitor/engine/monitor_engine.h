@@ -99,7 +99,7 @@ private:
     std::shared_ptr<void> bus_;
     std::vector<std::string> busPositions_;
     std::unique_ptr<OutputStream> stream_;
-    std::shared_ptr<bool> streamToken_;  // dies with the stream, so that its late notices are dropped
+    std::shared_ptr<bool> streamToken_;   // dies with the stream, so that its late notices are dropped
     OutputProfile opened_;                // the profile as last applied
     OutputProfile heard_;                 // the same on the open device
     std::vector<std::string> positions_;  // of the open device

@@ -1,7 +1,8 @@
 // MatrixUnit: the monitor's real-time path, from the inputs of a duplex stream to its outputs.
 //
 // The path is the player's own (RenderContext on the device's inputs). Around it stand what a monitor needs besides: it
-// begins in silence and rises, falls before it is stopped, and lets nothing out that isn't a number.
+// begins in silence and rises once its inputs are linked, falls before it is stopped, and lets nothing out that isn't a
+// number.
 #pragma once
 
 #include <array>
@@ -18,6 +19,8 @@ class MatrixUnit : public RenderTarget {
 public:
     static constexpr double riseSeconds = 0.1;
     static constexpr double fallSeconds = 0.02;
+    // The links of one source come up one after another: for so long none may be new before it rises.
+    static constexpr double settleSeconds = 0.02;
 
     MatrixUnit();
     ~MatrixUnit() override;
@@ -46,6 +49,7 @@ public:
 
 private:
     void measureInputs(const DeviceBuffers& buffers, int32_t frames) noexcept;
+    bool isSettled(const DeviceBuffers& buffers, int32_t frames) noexcept;
     void guard(float* plane, int32_t frames) noexcept;
 
     RenderContext context_;
@@ -54,7 +58,10 @@ private:
     std::atomic<bool> silent_ = true;
     std::atomic<uint64_t> faults_ = 0;
     double sampleRate_ = 48000;
-    double level_ = 0;  // at the end of the last block, 0 to 1; render thread
+    // Render thread:
+    double level_ = 0;     // at the end of the last block, 0 to 1
+    int32_t linked_ = 0;   // inputs of the last block that had a buffer
+    int32_t settled_ = 0;  // frames since that has changed
 };
 
 }  // namespace brindlehum

@@ -12,7 +12,8 @@ namespace brindlehum::MonitorMatrix {
 // The rows of a * b. Empty when either is.
 Matrix multiply(const Matrix& a, const Matrix& b);
 
-// The speakers that the bus is heard on: the profile's, or on headphones the bus's own, around the listener, or L and R.
+// The speakers that the bus is heard on: the profile's, or on headphones the bus's own, around the listener, or L and
+// R.
 SpeakerList room(const MonitorState& state, const OutputProfile& profile);
 // Whether an upmix could fill speakers of the profile that the bus lacks. Never on headphones.
 bool upmixApplies(MonitorSource source, const OutputProfile& profile);
