@@ -19,10 +19,9 @@ protected:
             if (message.text()) { messages_.push_back(*message.text()); }
         });
     }
-    // Clicks at 120 BPM.
+    // A piece at 120 BPM whose bars are beyond doubt.
     fs::path song(const std::string& name, double seconds = 20) {
-        const auto clicks = test::clickTrack(test::beatTimes(0, seconds, [](double) { return 120.0; }), 4, 0, seconds);
-        test::writeAudio(folder_ / name, {clicks}, {.rate = int(test::musicRate)});
+        test::writeAudio(folder_ / name, {test::clickPiece(seconds)}, {.rate = int(test::musicRate)});
         return folder_ / name;
     }
     void settle() {

@@ -95,7 +95,9 @@ std::optional<std::vector<int>> byPosition(LayoutID layout, const std::vector<st
 
 std::vector<std::string> positionsOf(const SpeakerList& speakers) {
     std::vector<std::string> positions;
-    for (const SpeakerID speaker : speakers) { positions.emplace_back(namesOf(speaker, isRearLayout(speakers)).front()); }
+    for (const SpeakerID speaker : speakers) {
+        positions.emplace_back(namesOf(speaker, isRearLayout(speakers)).front());
+    }
     return positions;
 }
 

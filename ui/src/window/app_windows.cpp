@@ -9,6 +9,7 @@
 #include "ui/inspector/inspector_view.h"
 #include "ui/look/icons.h"
 #include "ui/look/theme_controller.h"
+#include "ui/monitor/monitor_window.h"
 #include "ui/settings/settings_window.h"
 #include "ui/window/folder_chooser.h"
 #include "ui/window/main_window.h"
@@ -72,6 +73,12 @@ EditorWindow& AppWindows::editor() {
 void AppWindows::open(const std::string& id) {
     if (id == "main") { bringUp(*main_); }
     if (id == "editor") { bringUp(editor()); }
+    if (id == "monitor") {
+        if (!monitor_) {
+            monitor_ = std::make_unique<MonitorWindow>(model_.monitor(), model_.settings(), model_.loop());
+        }
+        bringUp(*monitor_);
+    }
     if (id != "settings") { return; }
     if (!settings_) {
         settings_ = std::make_unique<SettingsWindow>(model_.settings(), model_.library().roots(),

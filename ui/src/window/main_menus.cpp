@@ -173,6 +173,7 @@ void fillView(QMenu* menu, MainWindow& window, AppModel& model) {
     menu->addSeparator();
     fillZoom(menu, window.playerView().waveform());
     menu->addSeparator();
+    add(menu, "Monitor", QKeySequence("Ctrl+Shift+M"), [&model] { model.openWindow("monitor"); });
     auto* expert = addSetting(*menu, "Expert Mode", model.settings(), &AppSettings::expertMode);
     expert->setShortcut(QKeySequence("Ctrl+Alt+E"));
 }

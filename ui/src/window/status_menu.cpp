@@ -15,6 +15,7 @@ StatusMenu::StatusMenu(AppModel& model, std::function<void()> quit) : model_(mod
     menu_.addSeparator();
     menu_.addAction("Show Browser", [&model] { model.openWindow("main"); });
     menu_.addAction("Show Editor", [&model] { model.openWindow("editor"); });
+    menu_.addAction("Show Monitor", [&model] { model.openWindow("monitor"); });
     menu_.addAction("Settings…", [&model] { model.openWindow("settings"); });
     menu_.addSeparator();
     menu_.addAction("Quit Brindlehum", [quit = std::move(quit)] { quit(); });

@@ -9,6 +9,7 @@ namespace brindlehum {
 class AppModel;
 class EditorWindow;
 class MainWindow;
+class MonitorWindow;
 class SettingsWindow;
 class StatusMenu;
 class ThemeController;
@@ -23,7 +24,8 @@ public:
     AppWindows(const AppWindows&) = delete;
     AppWindows& operator=(const AppWindows&) = delete;
 
-    // Shows the window with this id, "main", "editor" or "settings", in front of the others; ignores any other id.
+    // Shows the window with this id, "main", "editor", "monitor" or "settings", in front of the others; ignores any
+    // other id.
     void open(const std::string& id);
 
 private:
@@ -33,6 +35,7 @@ private:
     std::unique_ptr<MainWindow> main_;
     std::unique_ptr<SettingsWindow> settings_;  // made when first opened, as is the next
     std::unique_ptr<EditorWindow> editor_;
+    std::unique_ptr<MonitorWindow> monitor_;
     std::unique_ptr<StatusMenu> status_;
 };
 

@@ -1,0 +1,48 @@
+// MonitorWindow: source, level, fold-down, speakers and upmix of the live monitor.
+#pragma once
+
+#include <QWidget>
+
+#include "monitor/engine/monitor_engine.h"
+#include "monitor/engine/monitor_meter.h"
+#include "settings/settings_store.h"
+
+class QLabel;
+class QPushButton;
+class QToolButton;
+
+namespace brindlehum {
+
+class MonitorLevel;
+class MonitorListen;
+class MonitorRoute;
+class MonitorTrim;
+class MonitorUpmix;
+
+// Every control writes one field of the monitor's state. Keys: D dims, M mutes, 1 to 5 choose the fold-down, + and -
+// the volume, Return starts and stops.
+class MonitorWindow : public QWidget {
+    Q_OBJECT
+public:
+    MonitorWindow(MonitorEngine& monitor, SettingsStore& settings, MainLoop& loop);
+
+protected:
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+
+private:
+    void addKeys();
+    void refresh();
+
+    MonitorEngine& monitor_;
+    MonitorMeter meter_;
+    MonitorRoute* route_;
+    MonitorLevel* level_;
+    MonitorListen* listen_;
+    MonitorTrim* trim_;
+    MonitorUpmix* upmix_;
+    QLabel* message_;
+    QLabel* format_;
+};
+
+}  // namespace brindlehum

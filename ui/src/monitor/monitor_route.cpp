@@ -1,0 +1,104 @@
+#include "ui/monitor/monitor_route.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMenu>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "ui/look/icons.h"
+#include "ui/look/menu_button.h"
+
+namespace brindlehum {
+namespace {
+
+constexpr int longestName = 240;  // logical pixels
+
+QString textOf(std::string_view text) {
+    return QString::fromUtf8(text.data(), qsizetype(text.size()));
+}
+
+QString described(const AudioInputDevice& input) {
+    return QString::fromStdString(input.name) + "  (" + QString::number(input.inputChannels) + " in)";
+}
+
+// A caption over the button.
+QWidget* captioned(const char* caption, MenuButton* button) {
+    auto* box = new QWidget;
+    auto* column = new QVBoxLayout(box);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(2);
+    auto* label = new QLabel(caption);
+    label->setProperty("role", "secondary");
+    label->setBuddy(button);
+    column->addWidget(label);
+    column->addWidget(button);
+    return box;
+}
+
+}  // namespace
+
+MonitorRoute::MonitorRoute(MonitorEngine& monitor, SettingsStore& settings, QWidget* parent)
+    : QWidget(parent), monitor_(monitor), settings_(settings) {
+    source_ = new MenuButton("Source", "Where your DAW plays its bus, for example Brindlehum Bus", [this](QMenu& menu) {
+        addChoice(menu, "Choose…", !monitor_.sourceUID(), [this] { monitor_.setSourceUID(std::nullopt); });
+        menu.addSeparator();
+        for (const AudioInputDevice& input : monitor_.inputs()) {
+            addChoice(menu, described(input), monitor_.sourceUID() == input.uid,
+                      [this, uid = input.uid] { monitor_.setSourceUID(uid); });
+        }
+    });
+    bus_ = new MenuButton("Bus", "The order of the bus's channels", [this](QMenu& menu) {
+        for (const MonitorSource source : allMonitorSources) {
+            addChoice(menu, textOf(displayName(source)), monitor_.state().source == source, [this, source] {
+                MonitorState next = monitor_.state();
+                next.source = source;
+                monitor_.setState(next);
+            });
+        }
+    });
+    output_ = new MenuButton("Output", "The speakers or headphones that it is heard on", [this](QMenu& menu) {
+        for (const OutputProfile& profile : settings_.value().profiles) {
+            addChoice(menu, QString::fromStdString(profile.name), monitor_.profile().id == profile.id,
+                      [this, id = profile.id] { monitor_.setProfileID(id); });
+        }
+    });
+    start_ = new QPushButton;
+    start_->setProperty("prominent", true);
+    start_->setDefault(true);
+    connect(start_, &QPushButton::clicked, this, [this] {
+        const bool stops = monitor_.running() || monitor_.waiting();
+        stops ? monitor_.stop() : monitor_.start();
+    });
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(12);
+    row->addWidget(captioned("Source", source_));
+    row->addWidget(captioned("Bus", bus_));
+    row->addWidget(captioned("Output", output_));
+    row->addStretch(1);
+    row->addWidget(start_, 0, Qt::AlignBottom);
+    refresh();
+}
+
+QString MonitorRoute::sourceText() {
+    if (!monitor_.sourceUID()) { return "Choose…"; }
+    for (const AudioInputDevice& input : monitor_.inputs()) {
+        if (input.uid == monitor_.sourceUID()) { return described(input); }
+    }
+    return QString::fromStdString(*monitor_.sourceUID()) + "  (not there)";
+}
+
+void MonitorRoute::refresh() {
+    const auto shortened = [this](const QString& text) {
+        return fontMetrics().elidedText(text, Qt::ElideMiddle, longestName);
+    };
+    source_->setChoice(shortened(sourceText()));
+    bus_->setChoice(textOf(displayName(monitor_.state().source)));
+    output_->setChoice(shortened(QString::fromStdString(monitor_.profile().name)));
+    const bool stops = monitor_.running() || monitor_.waiting();
+    start_->setText(stops ? "Stop" : "Start");
+    start_->setIcon(symbol(stops ? "stop" : "play", SymbolRole::onAccent));
+}
+
+}  // namespace brindlehum

@@ -1,0 +1,174 @@
+// Paints the plan of the room, and changes solo and mute.
+#include "ui/monitor/speaker_map.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+#include "ui/look/theme.h"
+
+namespace brindlehum {
+namespace {
+
+// Logical pixels.
+constexpr QSize tileSize(46, 30);
+constexpr double corner = 6;
+constexpr int edge = 24;
+constexpr double levelHeight = 3;
+constexpr double textPoints = 9;
+
+constexpr double lowElevation = 20;  // degrees; speakers above are heights
+constexpr double heightRing = 0.55;  // of the ring's radius
+constexpr double lfeDistance = 0.3;
+
+const QColor soloGround(240, 200, 60);
+
+}  // namespace
+
+QPointF planPlace(SpeakerID speaker, const SpeakerList& in) {
+    if (speaker == SpeakerID::LFE) { return {0, lfeDistance}; }
+    const Direction at = direction(speaker, in);
+    const double azimuth = at.az * std::numbers::pi / 180;  // counted to the left
+    return QPointF(-std::sin(azimuth), -std::cos(azimuth)) * (at.el > lowElevation ? heightRing : 1.0);
+}
+
+SpeakerTile::SpeakerTile(MonitorEngine& monitor, MonitorMeter& meter, size_t index, QWidget* parent)
+    : QAbstractButton(parent), monitor_(monitor), meter_(meter), index_(index) {
+    setObjectName(QString::fromUtf8(rawValue(speaker()).data()));
+    setText(QString::fromStdString(channel().label));
+    setToolTip("Click to solo. Alt-click, right-click or M to mute.");
+    setFocusPolicy(Qt::StrongFocus);
+    QFont small = font();
+    small.setPointSizeF(textPoints);
+    small.setWeight(QFont::DemiBold);
+    setFont(small);
+    resize(tileSize);
+    connect(this, &QAbstractButton::clicked, this, [this] { toggle(&MonitorState::solo); });
+    refresh();
+}
+
+QSize SpeakerTile::sizeHint() const {
+    return tileSize;
+}
+
+SpeakerTile::Look SpeakerTile::look() const {
+    const MonitorState& state = monitor_.state();
+    if (state.solo.contains(speaker())) { return Look::soloed; }
+    return state.muted.contains(speaker()) || !state.solo.empty() ? Look::silenced : Look::heard;
+}
+
+void SpeakerTile::toggle(std::set<SpeakerID> MonitorState::*set) {
+    MonitorState next = monitor_.state();
+    if ((next.*set).erase(speaker()) == 0) { (next.*set).insert(speaker()); }
+    monitor_.setState(next);
+}
+
+void SpeakerTile::refresh() {
+    const MonitorState& state = monitor_.state();
+    QString said = text();
+    if (state.solo.contains(speaker())) { said += ", solo"; }
+    if (state.muted.contains(speaker())) { said += ", muted"; }
+    setAccessibleName(said);
+    update();
+}
+
+void SpeakerTile::mousePressEvent(QMouseEvent* event) {
+    const bool mutes = event->button() == Qt::RightButton || (event->modifiers() & Qt::AltModifier) != 0;
+    if (!mutes) { return QAbstractButton::mousePressEvent(event); }
+    setFocus(Qt::MouseFocusReason);
+    toggle(&MonitorState::muted);
+}
+
+void SpeakerTile::keyPressEvent(QKeyEvent* event) {
+    if (event->key() != Qt::Key_M || event->modifiers() != Qt::NoModifier) {
+        return QAbstractButton::keyPressEvent(event);
+    }
+    toggle(&MonitorState::muted);
+}
+
+void SpeakerTile::paintEvent(QPaintEvent* /*event*/) {
+    const Theme& theme = Theme::current();
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QRectF body = QRectF(rect()).adjusted(1, 1, -1, -1);
+    const Look now = look();
+    painter.setPen(QPen(hasFocus() ? theme.accent : theme.outline, hasFocus() ? 2 : 1));
+    painter.setBrush(now == Look::soloed ? soloGround : now == Look::silenced ? theme.panel : theme.accentGround);
+    painter.drawRoundedRect(body, corner, corner);
+    painter.setPen(now == Look::soloed ? QColor(Qt::black) : now == Look::silenced ? theme.secondary : theme.text);
+    QFont font = this->font();
+    font.setStrikeOut(monitor_.state().muted.contains(speaker()));
+    painter.setFont(font);
+    painter.drawText(body.adjusted(0, 0, 0, -levelHeight), Qt::AlignCenter, text());
+    const MeterLevel& level = channel().level;
+    const double share = 1 - std::clamp(level.level / MeterLevel::floor, 0.0, 1.0);
+    if (share <= 0) { return; }
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(level.isOver ? theme.over : now == Look::soloed ? QColor(Qt::black) : theme.accent);
+    const QRectF lane = body.adjusted(5, body.height() - levelHeight - 4, -5, -4);
+    painter.drawRect(QRectF(lane.topLeft(), QSizeF(share * lane.width(), levelHeight)));
+}
+
+SpeakerMap::SpeakerMap(MonitorEngine& monitor, MonitorMeter& meter, QWidget* parent)
+    : QWidget(parent), monitor_(monitor), meter_(meter) {
+    setAccessibleName("Speakers of the room");
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+    connect(&meter, &MonitorMeter::changed, this, &SpeakerMap::refresh);
+    refresh();
+}
+
+void SpeakerMap::refresh() {
+    SpeakerList now;
+    for (const auto& channel : meter_.speakers()) { now.push_back(channel.speaker); }
+    if (now == shown_) {
+        for (SpeakerTile* tile : tiles_) { tile->refresh(); }
+        return;
+    }
+    shown_ = std::move(now);
+    for (SpeakerTile* tile : std::exchange(tiles_, {})) { tile->deleteLater(); }
+    for (size_t i = 0; i < shown_.size(); ++i) {
+        tiles_.push_back(new SpeakerTile(monitor_, meter_, i, this));
+        tiles_.back()->show();
+    }
+    place();
+    update();
+}
+
+double SpeakerMap::radius() const {
+    return std::max(std::min(width(), height()) / 2.0 - edge, 1.0);
+}
+
+// Tiles that would cover each other move apart along their ring's width: the plan is as wide as the window.
+void SpeakerMap::place() {
+    const double r = radius();
+    const double wide = std::min(std::max(width() / 2.0 - tileSize.width(), r), 1.8 * r);
+    for (size_t i = 0; i < tiles_.size(); ++i) {
+        const QPointF at = planPlace(shown_[i], shown_);
+        const QPointF middle(width() / 2.0 + wide * at.x(), height() / 2.0 + r * at.y());
+        tiles_[i]->move((middle - QPointF(tileSize.width(), tileSize.height()) / 2).toPoint());
+    }
+}
+
+void SpeakerMap::resizeEvent(QResizeEvent* /*event*/) {
+    place();
+}
+
+void SpeakerMap::paintEvent(QPaintEvent* /*event*/) {
+    const Theme& theme = Theme::current();
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QPointF middle(width() / 2.0, height() / 2.0);
+    const double r = radius();
+    const double wide = std::min(std::max(width() / 2.0 - tileSize.width(), r), 1.8 * r);
+    painter.setPen(QPen(theme.border, 1));
+    painter.drawEllipse(middle, wide, r);
+    painter.setPen(QPen(theme.border, 1, Qt::DotLine));
+    painter.drawEllipse(middle, heightRing * wide, heightRing * r);
+    painter.setPen(QPen(theme.secondary, 1.5));
+    painter.drawEllipse(middle, 6, 6);
+    painter.drawLine(middle - QPointF(0, 6), middle - QPointF(0, 10));  // the nose
+}
+
+}  // namespace brindlehum
