@@ -224,11 +224,10 @@ void MonitorEngine::systemChanged() {
 
 // An edited profile is heard at once; one that plays elsewhere now takes the monitor along.
 void MonitorEngine::settingsChanged() {
-    if (!stream_) { return; }
     const OutputProfile& now = profile();
-    if (now.deviceUID != opened_.deviceUID) {
+    if (stream_ && now.deviceUID != opened_.deviceUID) {
         restartIfRunning();
-    } else if (now != opened_) {
+    } else if (stream_ && now != opened_) {
         opened_ = now;
         apply();
     }

@@ -64,7 +64,7 @@ MonitorRoute::MonitorRoute(MonitorEngine& monitor, SettingsStore& settings, QWid
         }
     });
     start_ = new QPushButton;
-    start_->setProperty("prominent", true);
+    start_->setProperty("role", "prominent");
     start_->setDefault(true);
     connect(start_, &QPushButton::clicked, this, [this] {
         const bool stops = monitor_.running() || monitor_.waiting();

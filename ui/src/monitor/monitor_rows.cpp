@@ -66,6 +66,7 @@ MonitorLevel::MonitorLevel(MonitorEngine& monitor, QWidget* parent) : QWidget(pa
     dim_ = toggle("Dim", "20 dB lower (D)", [this](bool on) { edit(monitor_, [on](MonitorState& s) { s.dim = on; }); });
     mute_ = toggle("Mute", "Silences all speakers (M)",
                    [this](bool on) { edit(monitor_, [on](MonitorState& s) { s.mute = on; }); });
+    mute_->setProperty("role", "alarm");
     auto* row = rowIn(this);
     row->addWidget(readout_);
     row->addWidget(slider_, 1);
