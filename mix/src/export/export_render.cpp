@@ -9,7 +9,8 @@
 namespace brindlehum {
 namespace {
 
-constexpr int blockFrames = RenderContext::maxFrames;
+// All planes of a block stay in the second cache.
+constexpr int blockFrames = 1024;
 // The sound of a loop that its first frame still hears: more than the longest HRTF, the upmix's window and its
 // smoothing.
 constexpr double warmUpSeconds = 0.4;
@@ -24,7 +25,7 @@ std::shared_ptr<StreamReader> streamOf(const Exporter::Request& request, const F
     const int64_t into = (range.length() - warmUp % range.length()) % range.length();
     return std::make_shared<StreamReader>(std::make_unique<WholeSource>(request.info, stop, brokenOff),
                                           request.info.sampleRate, range.lower + into, range.upper, request.loop,
-                                          range.lower, range.upper);
+                                          range.lower, range.upper, StreamReader::Use::lockstep);
 }
 
 }  // namespace
