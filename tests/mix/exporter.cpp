@@ -330,6 +330,17 @@ TEST_F(Export, AShortOneGoesBesideALongOneAndBeforeTheNext) {
     ASSERT_TRUE(next->wait(30));
     EXPECT_EQ(next->state(), ExportJob::State::done);
     EXPECT_EQ(hold->state(), ExportJob::State::done);
+
+    // Two files of one name are never written at once.
+    std::filesystem::create_directories(folder_ / "other");
+    const auto rain = queue.start(asked("rain.wav", rate), ExportQueue::Hold::untilKept);
+    const auto twin = queue.start(asked("other/rain.wav", 2 * rate));
+    ASSERT_TRUE(queue.start(asked("wind.wav", rate))->wait(30));
+    EXPECT_EQ(twin->progress(), 0);
+    rain->keep();
+    ASSERT_TRUE(twin->wait(30));
+    EXPECT_EQ(twin->state(), ExportJob::State::done) << twin->failure();
+    EXPECT_EQ(twin->result()->url.filename(), "rain_51 2.wav");
 }
 
 TEST_F(Export, AHeldJobShowsNoFileUntilItIsKept) {
