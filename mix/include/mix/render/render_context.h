@@ -30,12 +30,13 @@ public:
     // Where the source's channels come from: a ring that a reader fills, or the inputs of the device's own block.
     enum class Feed : uint8_t { ring, device };
 
-    explicit RenderContext(Feed feed = Feed::ring);
+    // For blocks of up to `blockFrames` frames, 1 to maxFrames.
+    explicit RenderContext(Feed feed = Feed::ring, int blockFrames = maxFrames);
     ~RenderContext() override;
     RenderContext(const RenderContext&) = delete;
     RenderContext& operator=(const RenderContext&) = delete;
 
-    // Device's render thread: never allocates, locks, logs or throws. Frames beyond 4096 stay silent.
+    // Device's render thread: never allocates, locks, logs or throws. Frames beyond `blockFrames` stay silent.
     int32_t render(uint32_t frames, const DeviceBuffers& buffers) noexcept override;
     // While the next configuration's upmix hears the running sound.
     bool holdsReplaced() const noexcept override { return prepared_ != nullptr; }
@@ -93,6 +94,7 @@ private:
     const Feed feed_;
 
     // All members below belong to the render thread.
+    int blockFrames_;
     ConfigMixer mixer_;
     ConfigMixer::Input block_;  // of this block, while it has one
     HeardPosition heard_;
@@ -106,7 +108,7 @@ private:
     Ears ears_;             // of the last configuration with to_binaural
     int32_t tailLeft_ = 0;  // frames that the stage still rings on after its configuration was replaced
 
-    AlignedArray<float> storage_;  // all planes of maxFrames below
+    AlignedArray<float> storage_;  // all planes below
     std::array<float*, maxSourceChannels> inA_{}, inB_{};
     std::array<const float*, maxSourceChannels> inputs_{};  // of a device feed
     float* silence_ = nullptr;
