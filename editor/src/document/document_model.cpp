@@ -5,8 +5,8 @@
 #include <chrono>
 
 #include "base/path.h"
-#include "document/save_document.h"
 #include "editor/document/clipboard.h"
+#include "editor/document/save_document.h"
 
 namespace brindlehum {
 namespace {

@@ -7,13 +7,15 @@ namespace brindlehum {
 namespace {
 
 constexpr std::array table = {
-    MacroInfo{Macro::topAndTails, "Top & Tails", EditOps::topAndTailsDescription, "Fading the ends…"},
-    MacroInfo{Macro::verbTail, "Verb Tail", EditOps::verbTailDescription, "Ringing it out…", false},
-    MacroInfo{Macro::seamlessLoop, "Seamless Loop", EditOps::seamlessLoopDescription, "Closing the loop…"},
-    MacroInfo{Macro::hiPass, "Hi-Pass 200", "Takes out what lies below 200 Hz: rumble, wind, handling", "Filtering…"},
-    MacroInfo{Macro::texture, "Texture", EditOps::textureDescription, "Dissolving…", false},
-    MacroInfo{Macro::mono, "Mono", "Every channel becomes the mean of all", "Folding…"},
-    MacroInfo{Macro::swap, "Swap L/R", "The first two channels change places", "Swapping…"},
+    MacroInfo{Macro::topAndTails, "top-and-tails", "Top & Tails", EditOps::topAndTailsDescription, "Fading the ends…"},
+    MacroInfo{Macro::verbTail, "verb-tail", "Verb Tail", EditOps::verbTailDescription, "Ringing it out…", false},
+    MacroInfo{Macro::seamlessLoop, "seamless-loop", "Seamless Loop", EditOps::seamlessLoopDescription,
+              "Closing the loop…"},
+    MacroInfo{Macro::hiPass, "hi-pass", "Hi-Pass 200", "Takes out what lies below 200 Hz: rumble, wind, handling",
+              "Filtering…"},
+    MacroInfo{Macro::texture, "texture", "Texture", EditOps::textureDescription, "Dissolving…", false},
+    MacroInfo{Macro::mono, "mono", "Mono", "Every channel becomes the mean of all", "Folding…"},
+    MacroInfo{Macro::swap, "swap", "Swap L/R", "The first two channels change places", "Swapping…"},
 };
 
 EditStep withRange(const EditState& state, const Sound& made, const char* name) {
@@ -43,7 +45,8 @@ std::span<const MacroInfo> macros() {
     return table;
 }
 
-std::optional<EditStep> run(Macro macro, const EditState& state, double sampleRate, const PinnedLoop& pinned) {
+std::optional<EditStep> run(Macro macro, const EditState& state, double sampleRate, const PinnedLoop& pinned,
+                            EditOps::RandomEngine random) {
     if (state.sound.frames() == 0) { return std::nullopt; }
     const FrameRange range = state.range();
     EditState next = state;
@@ -61,15 +64,15 @@ std::optional<EditStep> run(Macro macro, const EditState& state, double sampleRa
             next.sound = EditOps::swapLR(state.sound, range.lower, range.upper);
             break;
         case Macro::verbTail:
-            return withRange(
-                state,
-                Sound(EditOps::verbTail(state.sound.gather(range.lower, range.upper), sampleRate, 0, range.length())),
-                "Verb Tail");
+            return withRange(state,
+                             Sound(EditOps::verbTail(state.sound.gather(range.lower, range.upper), sampleRate, 0,
+                                                     range.length(), random)),
+                             "Verb Tail");
         case Macro::texture:
-            return withRange(
-                state,
-                Sound(EditOps::texture(state.sound.gather(range.lower, range.upper), sampleRate, 0, range.length())),
-                "Texture");
+            return withRange(state,
+                             Sound(EditOps::texture(state.sound.gather(range.lower, range.upper), sampleRate, 0,
+                                                    range.length(), random)),
+                             "Texture");
         case Macro::seamlessLoop:
             return looped(state, sampleRate, pinned);
     }

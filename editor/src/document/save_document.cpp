@@ -1,5 +1,5 @@
 // Saves a document block by block.
-#include "document/save_document.h"
+#include "editor/document/save_document.h"
 
 #include <algorithm>
 #include <cmath>
@@ -14,15 +14,6 @@ namespace brindlehum {
 namespace {
 
 constexpr int64_t blockFrames = 65536;
-
-float peakOf(const Sound& sound) {
-    float peak = 0;
-    for (const Track& track : sound.tracks()) {
-        const PeakRange range = track.peaks(0, track.length());
-        peak = std::max({peak, std::abs(range.low), std::abs(range.high)});
-    }
-    return peak;
-}
 
 }  // namespace
 
@@ -39,9 +30,11 @@ SaveResult saveDocument(const std::filesystem::path& path, const SavedSound& sav
                         const DocumentModel::CarryMetadata& carry, const std::function<bool(double)>& progress) {
     const Sound& sound = saved.sound;
     FileReplacement file(path);
-    WavFileWriter writer(file.sink(), saved.sampleRate, sound.channels(),
-                         channelMask(saved.info.detected, sound.channels()),
-                         "Edited in Brindlehum from " + saved.url.filename().string());
+    WavFileWriter writer(file.sink(), {saved.sampleRate,
+                                       sound.channels(),
+                                       channelMask(saved.info.detected, sound.channels()),
+                                       saved.samples,
+                                       {.description = "Edited in Brindlehum from " + saved.url.filename().string()}});
     for (int64_t at = 0; at < sound.frames(); at += blockFrames) {
         const int64_t count = std::min(blockFrames, sound.frames() - at);
         const auto block = sound.gather(at, at + count);
@@ -53,8 +46,8 @@ SaveResult saveDocument(const std::filesystem::path& path, const SavedSound& sav
     writer.finish();
     file.commit();
     if (carry) { carry(saved.url, path); }
-    const float peak = peakOf(sound);
-    if (peak <= 1) { return {true, ""}; }
+    const float peak = peakOf(sound, {0, sound.frames()});
+    if (peak <= 1 || saved.samples == WavSamples::float32) { return {true, ""}; }
     return {true, " · peaks " + fixed(20 * std::log10(double(peak)), 1) + " dB above full scale were clipped"};
 }
 

@@ -5,6 +5,7 @@
 #include <functional>
 #include <string>
 
+#include "audio/write/wav_form.h"
 #include "editor/document/document_model.h"
 
 namespace brindlehum {
@@ -14,6 +15,7 @@ struct SavedSound {
     AudioFileInfo info;
     double sampleRate = 0;  // Hz
     Sound sound;
+    WavSamples samples = WavSamples::pcm24Lossless;
 };
 
 struct SaveResult {
@@ -24,7 +26,7 @@ struct SaveResult {
 // The dwChannelMask for a document of this source: 0 where its channels have no place in a mask.
 uint32_t channelMask(const SourceFormat& source, int channels);
 
-// Writes 24-bit samples beside the target and swaps them in. `progress` gets the share written, 0 to 1, and returns
+// Writes the samples beside the target and swaps them in. `progress` gets the share written, 0 to 1, and returns
 // false to stop. Blocking I/O; throws Error.
 SaveResult saveDocument(const std::filesystem::path& path, const SavedSound& saved,
                         const DocumentModel::CarryMetadata& carry, const std::function<bool(double)>& progress);
