@@ -1,6 +1,7 @@
 // edit FILE OUT.wav STEP...: the editor's document without a window.
 #include <QCryptographicHash>
 #include <algorithm>
+#include <limits>
 
 #include "base/error.h"
 #include "base/stored_path.h"
@@ -9,6 +10,7 @@
 #include "editor/document/edit_commands.h"
 #include "editor/document/load_document.h"
 #include "editor/document/save_document.h"
+#include "library/meta/carried_notes.h"
 
 namespace brindlehum::cli {
 namespace {
@@ -57,12 +59,12 @@ void editFile(const EditRequest& request) {
     LoadedDocument loaded = loadDocument(
         request.file, [](double) {}, [] { return false; });
     const double rate = loaded.info.sampleRate;
-    const EditHistory history = runSteps(request.steps, loaded.sound, rate);
+    const WavNotes notes = carriedNotes(request.file, 0, std::numeric_limits<int64_t>::max());
+    const EditHistory history = runSteps(request.steps, {loaded.sound, {notes.cues, 0}}, rate);
     const Sound& sound = history.now();
+    const WavSamples samples = request.asFloat ? WavSamples::float32 : WavSamples::pcm24Lossless;
     const SaveResult saved = saveDocument(
-        request.out,
-        {request.file, loaded.info, rate, sound, request.asFloat ? WavSamples::float32 : WavSamples::pcm24Lossless}, {},
-        [](double) { return true; });
+        request.out, {request.file, loaded.info, rate, history.content(), notes, samples}, [](double) { return true; });
     print({{"url", storedPath(request.file)},
            {"out", storedPath(request.out)},
            {"sampleRate", rate},

@@ -33,7 +33,7 @@ constexpr double longestTime = 24 * 3600;  // seconds
 
 class Document {
 public:
-    Document(const Sound& opened, double sampleRate) : rate_(sampleRate), history_(opened) {}
+    Document(const Content& opened, double sampleRate) : rate_(sampleRate), history_(opened) {}
 
     const EditHistory& history() const { return history_; }
     void seed(double number) { seed_ = uint32_t(number); }
@@ -47,16 +47,18 @@ public:
     int64_t framesIn(double seconds) const { return int64_t(std::llround(seconds * rate_)); }
     // Two values from `first` on are a range; without them it is the whole sound.
     EditState state(const ScriptStep& step, size_t first = 0) const {
-        EditState state{history_.now(), std::nullopt, 0};
+        EditState state{history_.now(), std::nullopt, 0, history_.content().marks};
         if (step.values.size() < first + 2) { return state; }
         state.selection = FrameRange{frameAt(step.values[first]), frameAt(step.values[first + 1])};
         if (state.selection->length() < 1) { throw Error("there is nothing between these times"); }
         return state;
     }
-    EditState at(const ScriptStep& step) const { return {history_.now(), std::nullopt, frameAt(step.values[0])}; }
+    EditState at(const ScriptStep& step) const {
+        return {history_.now(), std::nullopt, frameAt(step.values[0]), history_.content().marks};
+    }
     void push(std::optional<EditStep> made, const char* refusal = "there is no sound") {
         if (!made) { throw Error(refusal); }
-        history_.push(made->name, std::move(made->state.sound));
+        history_.push(made->name, {std::move(made->state.sound), std::move(made->state.marks)});
     }
     void copy(const ScriptStep& step) { clip_ = EditCommands::copy(state(step), rate_); }
     void paste(const ScriptStep& step) {
@@ -180,7 +182,7 @@ std::vector<ScriptStep> readSteps(Words words) {
     return steps;
 }
 
-EditHistory runSteps(const std::vector<ScriptStep>& steps, const Sound& opened, double sampleRate) {
+EditHistory runSteps(const std::vector<ScriptStep>& steps, const Content& opened, double sampleRate) {
     Document document(opened, sampleRate);
     for (const ScriptStep& step : steps) {
         try {

@@ -22,6 +22,6 @@ std::vector<ScriptStep> readSteps(Words words);
 
 // The document after the steps, as the editor makes it. Throws Error with the number and the words of the step that
 // can't be done.
-EditHistory runSteps(const std::vector<ScriptStep>& steps, const Sound& opened, double sampleRate);
+EditHistory runSteps(const std::vector<ScriptStep>& steps, const Content& opened, double sampleRate);
 
 }  // namespace brindlehum::cli

@@ -44,7 +44,9 @@ std::optional<EditStep> without(const EditState& state, double sampleRate, CutSt
     if (style == CutStyle::zeroCrossing) { range = atZeros(state.sound, range, sampleRate); }
     Sound sound = style == CutStyle::crossfade ? overlapped(state.sound, range, sampleRate)
                                                : EditOps::splice(state.sound, range.lower, range.upper);
-    return EditStep{{std::move(sound), std::nullopt, range.lower}, name, EditStep::Moved{range, 0}};
+    return EditStep{{std::move(sound), std::nullopt, range.lower, replaced(state.marks, range, 0)},
+                    name,
+                    EditStep::Moved{range, 0}};
 }
 
 // The clip with the channels of a document and at its rate.
@@ -83,7 +85,8 @@ std::optional<EditStep> EditCommands::paste(const EditState& state, double sampl
     const Sound pasted = converted(clip, state.sound.channels(), sampleRate);
     const FrameRange over = state.selection.value_or(FrameRange{state.cursor, state.cursor});
     EditState next{EditOps::replaceRegion(state.sound, over.lower, over.upper, pasted),
-                   FrameRange{over.lower, over.lower + pasted.frames()}, state.cursor};
+                   FrameRange{over.lower, over.lower + pasted.frames()}, state.cursor,
+                   replaced(state.marks, over, pasted.frames())};
     return EditStep{fitted(std::move(next)), "Paste", EditStep::Moved{over, pasted.frames()}};
 }
 
@@ -91,7 +94,8 @@ std::optional<EditStep> EditCommands::trim(const EditState& state, double sample
     if (!state.selection) { return std::nullopt; }
     const FrameRange kept =
         style == CutStyle::zeroCrossing ? atZeros(state.sound, *state.selection, sampleRate) : *state.selection;
-    return EditStep{{EditOps::slice(state.sound, kept.lower, kept.upper), std::nullopt, 0},
+    return EditStep{{EditOps::slice(state.sound, kept.lower, kept.upper), std::nullopt, 0,
+                     trimmed(state.marks, kept, state.sound.frames())},
                     "Trim",
                     EditStep::Moved{{0, kept.lower}, 0},
                     true};
@@ -108,7 +112,8 @@ std::optional<EditStep> EditCommands::insertSilence(const EditState& state, int6
     if (frames < 1) { return std::nullopt; }
     const std::vector<Track> tracks(size_t(state.sound.channels()), Track::silence(frames));
     EditState next{EditOps::insert(state.sound, state.cursor, Sound(tracks)),
-                   FrameRange{state.cursor, state.cursor + frames}, state.cursor};
+                   FrameRange{state.cursor, state.cursor + frames}, state.cursor,
+                   replaced(state.marks, {state.cursor, state.cursor}, frames)};
     return EditStep{std::move(next), "Insert Silence", EditStep::Moved{{state.cursor, state.cursor}, frames}};
 }
 
@@ -141,6 +146,8 @@ std::optional<EditStep> EditCommands::apply(const EditState& state, double sampl
     EditState next = state;
     const FrameRange range = state.range();
     next.sound = found->apply(state.sound, sampleRate, range.lower, range.upper, lanes);
+    // In some lanes only, the others still have the points where they were.
+    if (effect == "reverse" && !lanes) { next.marks = reversed(state.marks, range); }
     return EditStep{std::move(next), found->name, std::nullopt};
 }
 

@@ -18,9 +18,10 @@ constexpr std::array table = {
     MacroInfo{Macro::swap, "swap", "Swap L/R", "The first two channels change places", "Swapping…"},
 };
 
-EditStep withRange(const EditState& state, const Sound& made, const char* name) {
+EditStep withRange(const EditState& state, const Sound& made, const char* name, Marks marks) {
     const FrameRange range = state.range();
     EditState next = state;
+    next.marks = std::move(marks);
     next.sound = EditOps::replaceRegion(state.sound, range.lower, range.upper, made);
     if (state.selection) { next.selection = FrameRange{range.lower, range.lower + made.frames()}; }
     return {fitted(std::move(next)), name, EditStep::Moved{range, made.frames()}};
@@ -35,8 +36,10 @@ std::optional<EditStep> looped(const EditState& state, double sampleRate, const 
     auto loop = EditOps::seamlessLoop(state.sound.gather(first, last), sampleRate, range.lower - first,
                                       range.upper - first, pinned.carryTail);
     if (!loop) { return std::nullopt; }
-    return EditStep{
-        {Sound(loop->channels), std::nullopt, 0}, "Seamless Loop", EditStep::Moved{{0, range.lower}, 0}, true};
+    return EditStep{{Sound(loop->channels), std::nullopt, 0, trimmed(state.marks, range, state.sound.frames())},
+                    "Seamless Loop",
+                    EditStep::Moved{{0, range.lower}, 0},
+                    true};
 }
 
 }  // namespace
@@ -63,16 +66,18 @@ std::optional<EditStep> run(Macro macro, const EditState& state, double sampleRa
         case Macro::swap:
             next.sound = EditOps::swapLR(state.sound, range.lower, range.upper);
             break;
-        case Macro::verbTail:
-            return withRange(state,
-                             Sound(EditOps::verbTail(state.sound.gather(range.lower, range.upper), sampleRate, 0,
-                                                     range.length(), random)),
-                             "Verb Tail");
-        case Macro::texture:
-            return withRange(state,
-                             Sound(EditOps::texture(state.sound.gather(range.lower, range.upper), sampleRate, 0,
-                                                    range.length(), random)),
-                             "Texture");
+        case Macro::verbTail: {
+            // The tail follows the sound, which stays where it is.
+            const Sound made(
+                EditOps::verbTail(state.sound.gather(range.lower, range.upper), sampleRate, 0, range.length(), random));
+            return withRange(state, made, "Verb Tail",
+                             replaced(state.marks, {range.upper, range.upper}, made.frames() - range.length()));
+        }
+        case Macro::texture: {
+            const Sound made(
+                EditOps::texture(state.sound.gather(range.lower, range.upper), sampleRate, 0, range.length(), random));
+            return withRange(state, made, "Texture", replaced(state.marks, range, made.frames()));
+        }
         case Macro::seamlessLoop:
             return looped(state, sampleRate, pinned);
     }

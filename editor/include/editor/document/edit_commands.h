@@ -6,6 +6,7 @@
 
 #include "dsp/edit_effects.h"
 #include "dsp/sound.h"
+#include "editor/document/marks.h"
 #include "mix/config/frame_range.h"
 
 namespace brindlehum {
@@ -15,6 +16,7 @@ struct EditState {
     Sound sound;
     std::optional<FrameRange> selection;
     int64_t cursor = 0;
+    Marks marks = {};
     // The selection, or the whole sound without one.
     FrameRange range() const { return selection.value_or(FrameRange{0, sound.frames()}); }
 };
