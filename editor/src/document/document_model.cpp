@@ -190,6 +190,7 @@ void DocumentModel::copy() {
     if (!doc_) { return; }
     if (auto clip = EditCommands::copy(state(), doc_->sampleRate)) {
         EditorClipboard::set(std::move(*clip));
+        Q_EMIT copied();
         Q_EMIT changed();
     }
 }
@@ -300,18 +301,25 @@ std::filesystem::path DocumentModel::proposedName() const {
     return doc_->url.parent_path() / name;
 }
 
+std::function<WavNotes()> DocumentModel::notesReader() const {
+    if (!doc_) {
+        return [] { return WavNotes(); };
+    }
+    return [doc = *doc_, read = readNotes] { return notesNow(doc, read); };
+}
+
 void DocumentModel::saveAs(const std::filesystem::path& path, std::function<void()> done) {
     if (!doc_) { return; }
     setBusy(Busy{"Saving…", 0.0});
     const auto work = [this, path, content = history_.content(), doc = *doc_,
-                       read = readNotes](const Background::Task& task) {
+                       notes = notesReader()](const Background::Task& task) {
         const auto progress = [&, shown = 0.0](double share) mutable {
             if (share - shown < 0.02) { return !task.isStopped(); }
             shown = share;
             task.tell([this, share] { setBusy(Busy{"Saving…", share}); });
             return !task.isStopped();
         };
-        return saveDocument(path, {doc.url, doc.info, doc.sampleRate, content, notesNow(doc, read)}, progress);
+        return saveDocument(path, {doc.url, doc.info, doc.sampleRate, content, notes()}, progress);
     };
     queue_.run(
         saves_, work,

@@ -36,4 +36,12 @@ Marks reversed(Marks marks, const FrameRange& range) {
     return marks;
 }
 
+WavNotes noted(WavNotes source, const Marks& marks) {
+    source.cues = marks.cues;
+    if (source.timeReference) {
+        source.timeReference = uint64_t(std::max<int64_t>(int64_t(*source.timeReference) + marks.start, 0));
+    }
+    return source;
+}
+
 }  // namespace brindlehum

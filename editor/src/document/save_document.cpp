@@ -20,12 +20,8 @@ namespace {
 constexpr int64_t blockFrames = 65536;
 
 WavNotes notesOf(const SavedSound& saved) {
-    WavNotes notes = saved.notes;
+    WavNotes notes = noted(saved.notes, saved.content.marks);
     notes.description = "Edited in Brindlehum from " + printableName(saved.url);
-    notes.cues = saved.content.marks.cues;
-    if (notes.timeReference) {
-        notes.timeReference = uint64_t(std::max<int64_t>(int64_t(*notes.timeReference) + saved.content.marks.start, 0));
-    }
     return notes;
 }
 

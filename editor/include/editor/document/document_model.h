@@ -104,6 +104,8 @@ public:
     void discardAbandoned();  // deletes the newest of them
 
     ReadNotes readNotes;
+    // The notes of the source as they are now, for a new file; to be called in the background.
+    std::function<WavNotes()> notesReader() const;
     // Before the process ends: waits until the journal is on disk.
     void finish(double patience) { journal_.finish(patience); }
     // The queue of long work; tests drain it.
@@ -116,6 +118,7 @@ Q_SIGNALS:
     void edited(const EditStep::Moved* moved);
     void stepped();  // another state by undo or redo
     void macroRan(Macro macro);
+    void copied();   // by a copy, or a cut before it cuts
     void changed();  // anything that is shown
     void abandonedChanged();
 

@@ -22,6 +22,8 @@ struct Marks {
 Marks replaced(Marks marks, const FrameRange& range, int64_t by);
 // Nothing but the range, of a document of `total` frames, is left.
 Marks trimmed(const Marks& marks, const FrameRange& range, int64_t total);
+// What a file with these marks says of itself.
+WavNotes noted(WavNotes source, const Marks& marks);
 // The range plays backwards. Regions that reach over its ends stay.
 Marks reversed(Marks marks, const FrameRange& range);
 
