@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <new>
 
 #include "base/path.h"
 #include "editor/document/clipboard.h"
@@ -175,7 +176,8 @@ void DocumentModel::perform(const Work& work, bool isQuick, const char* status, 
         },
         [this](const std::exception& error) {
             setBusy(std::nullopt);
-            message_.fail(error.what());
+            const bool isMemory = dynamic_cast<const std::bad_alloc*>(&error) != nullptr;
+            message_.fail(isMemory ? "Not enough memory" : error.what());
         });
 }
 
