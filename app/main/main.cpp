@@ -66,7 +66,7 @@ void describeControlPort(const ControlServer& control) {
     model.player().dragOut().progress().cancel();
     defaults.flush(settingsPatience);
     model.tempEdits().finish(editsPatience);
-    model.player().dragOut().queue().background().drainFor(exportPatience);
+    model.player().dragOut().queue().drainFor(exportPatience);
     model.library().edits().finish(savingPatience);
     model.editor().document().finish(editsPatience);
     link.release();

@@ -106,6 +106,7 @@ nlohmann::json ControlCommands::status() const {
             {"upmix", upmix.enabled},
             {"upmixPreset", upmix.own.empty() ? std::string(rawValue(upmix.preset)) : upmix.own},
             {"upmixPresets", upmixPresets},
+            {"upmixCompared", player_.compare().isPlain()},
             {"device", listening.devices().name(listening.profile().deviceUID)},
             {"profile", settings.activeProfile().name},
             {"profiles", profiles},
@@ -164,7 +165,18 @@ ControlCommands::Problem ControlCommands::setVolume(const ControlParams& params)
 ControlCommands::Problem ControlCommands::setUpmix(const ControlParams& params) {
     UpmixTuning& upmix = player_.upmix();
     if (const auto name = params.find("preset"); name != params.end()) { return upmix.choose(name->second); }
+    if (const auto compare = params.find("compare"); compare != params.end()) { return compareUpmix(compare->second); }
     return switched(params, upmix.now().enabled, [&](bool on) { upmix.setOn(on); });
+}
+
+// "1" lets the plain fold-down be heard, as loud as the upmix, "0" the upmix again. The first one measures both before.
+ControlCommands::Problem ControlCommands::compareUpmix(const std::string& plain) {
+    UpmixCompare& compare = player_.compare();
+    if (plain != "0" && plain != "1") { return "compare must be 0 or 1"; }
+    if (!compare.isPossible()) { return "no upmix is heard"; }
+    const bool isWanted = plain == "1";
+    if (isWanted != (compare.isPlain() || compare.isMeasuring())) { compare.toggle(); }
+    return {};
 }
 
 }  // namespace brindlehum

@@ -1,10 +1,7 @@
 // From play(from:) on a loaded file to the first block with sound on the headless output: p50, p95 and the longest
 // of each case, in milliseconds. The goal is a p95 under 30.
 #include <QCoreApplication>
-#include <QTimer>
 #include <algorithm>
-#include <atomic>
-#include <chrono>
 #include <cstdio>
 #include <cstring>
 #include <fstream>
@@ -13,57 +10,15 @@
 #include <vector>
 
 #include "mix/player/player_model.h"
-#include "platform/headless_audio.h"
 #include "platform/qt_main_loop.h"
+#include "support/listener.h"
 
 using namespace brindlehum;
-using Clock = std::chrono::steady_clock;
+using namespace brindlehum::bench;
 
 namespace {
 
 constexpr int starts = 200;  // a case
-
-// Notes when a block with sound, and one without any, has last gone out.
-class Listener : public RenderTarget {
-public:
-    explicit Listener(RenderTarget& target) : target_(target) {}
-    int32_t render(uint32_t frames, const DeviceBuffers& buffers) noexcept override {
-        const int32_t status = target_.render(frames, buffers);
-        bool sound = false;
-        for (int c = 0; c < buffers.channels && !sound; ++c) {
-            sound = std::any_of(buffers.planes[c], buffers.planes[c] + frames, [](float x) { return x != 0; });
-        }
-        const int64_t now = Clock::now().time_since_epoch().count();
-        if (!sound) {
-            silent_ = true;
-        } else if (armed_.exchange(false)) {
-            heardAt_ = now;
-        }
-        return status;
-    }
-    void arm() {
-        heardAt_ = 0;
-        armed_ = true;
-    }
-    void awaitSilence() { silent_ = false; }
-    bool isSilent() const { return silent_; }
-    int64_t heardAt() const { return heardAt_; }
-
-private:
-    RenderTarget& target_;
-    std::atomic<bool> armed_{false}, silent_{false};
-    std::atomic<int64_t> heardAt_{0};
-};
-
-class ListeningSystem : public HeadlessAudioSystem {
-public:
-    std::unique_ptr<OutputStream> openOutput(uint32_t id, bool followsDefault, RenderTarget& target,
-                                             std::function<void()> onChange) override {
-        if (!listener) { listener = std::make_unique<Listener>(target); }
-        return HeadlessAudioSystem::openOutput(id, followsDefault, *listener, std::move(onChange));
-    }
-    std::unique_ptr<Listener> listener;
-};
 
 // 32-bit float WAV of noise that is never 0.
 void writeNoise(const std::filesystem::path& path, int channels, int rate, int seconds) {
@@ -80,12 +35,6 @@ void writeNoise(const std::filesystem::path& path, int channels, int rate, int s
     std::ofstream(path, std::ios::binary)
         .write(head, sizeof head)
         .write(reinterpret_cast<const char*>(samples.data()), std::streamsize(bytes));
-}
-
-void until(const std::function<bool()>& done) {
-    QTimer tick;  // the render thread wakes nobody
-    tick.start(2);
-    while (!done()) { QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents); }
 }
 
 struct Bench {

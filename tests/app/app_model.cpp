@@ -35,7 +35,7 @@ TEST_F(App, StatusHoldsTheFileTheProfilesAndTheSwitches) {
     json expected = json::parse(R"({"playing": false, "file": "", "position": 0.0, "length": 0.0, "loop": false,
         "volume": 0.0, "device": "System Output", "profile": "Room 9.1.6",
         "profiles": ["Room 9.1.6", "Nearfield", "Headphones"], "finderPanel": true, "expert": false,
-        "upmix": false, "upmixPreset": "music",
+        "upmix": false, "upmixPreset": "music", "upmixCompared": false,
         "upmixPresets": ["music", "film", "game", "hall", "speech", "broadcast"]})");
     EXPECT_EQ(ask("status"), expected);
     app_.player().load(file("rain & wind.wav"), true);
@@ -50,6 +50,12 @@ TEST_F(App, StatusHoldsTheFileTheProfilesAndTheSwitches) {
         "loop": true, "volume": -6.5, "finderPanel": false, "expert": true,
         "upmix": true, "upmixPreset": "hall"})"));
     EXPECT_EQ(ask("status"), expected);
+    for (const char* compared : {"1", "1", "0", "0"}) {
+        EXPECT_TRUE(ask("upmix", {{"compare", compared}}).contains("ok"));
+        app_.player().compare().queue().drain();
+        settle();
+        EXPECT_EQ(ask("status")["upmixCompared"], compared == std::string("1"));
+    }
     EXPECT_EQ(app_.player().upmix().saveAs("My Bed"), "");
     ask("upmix", {{"preset", "game"}});
     ask("upmix", {{"preset", "my bed"}});

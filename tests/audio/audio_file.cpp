@@ -1,6 +1,8 @@
 // AudioFile: every format gives back what was written, in length, place and value.
 #include "audio/decode/audio_file.h"
 
+#include <sndfile.h>
+
 #include <cmath>
 #include <numeric>
 
@@ -16,6 +18,18 @@ std::string text(uint32_t id) {
     return {char(id >> 24), char(id >> 16), char(id >> 8), char(id)};
 }
 
+// As libsndfile makes floats of the samples.
+Planes sndfileFloats(const std::filesystem::path& path) {
+    SF_INFO info{};
+    SNDFILE* file = sf_open(path.c_str(), SFM_READ, &info);
+    std::vector<float> frames(size_t(info.frames) * size_t(info.channels));
+    sf_readf_float(file, frames.data(), info.frames);
+    sf_close(file);
+    Planes planes(size_t(info.channels));
+    for (size_t i = 0; i < frames.size(); ++i) { planes[i % planes.size()].push_back(frames[i]); }
+    return planes;
+}
+
 struct PcmCase {
     const char* name;
     FileKind kind;
@@ -27,17 +41,12 @@ struct PcmCase {
 TEST(PcmFiles, GiveBackWhatWasWritten) {
     constexpr double step24 = 1.01 / 8388608;
     const PcmCase cases[] = {
-        {"8.wav", FileKind::wav, 8, 1, 1.01 / 128},
-        {"16.wav", FileKind::wav, 16, 2, 1.01 / 32768},
-        {"24.wav", FileKind::wav, 24, 6, step24},
-        {"32.wav", FileKind::wav, 32, 3, 1e-7},
-        {"float.wav", FileKind::wavFloat, 0, 16},
-        {"double.wav", FileKind::wav, 64, 2},
-        {"wide.wav", FileKind::wavex, 0, 65},
-        {"long.rf64", FileKind::rf64, 24, 2, step24},
-        {"x.w64", FileKind::w64, 16, 5, 1.01 / 32768},
-        {"x.aiff", FileKind::aiff, 24, 4, step24},
-        {"x.caf", FileKind::caf, 0, 12},
+        {"8.wav", FileKind::wav, 8, 1, 1.01 / 128},   {"16.wav", FileKind::wav, 16, 2, 1.01 / 32768},
+        {"24.wav", FileKind::wav, 24, 6, step24},     {"mono.wav", FileKind::wav, 24, 1, step24},
+        {"32.wav", FileKind::wav, 32, 3, 1e-7},       {"float.wav", FileKind::wavFloat, 0, 16},
+        {"double.wav", FileKind::wav, 64, 2},         {"wide.wav", FileKind::wavex, 0, 65},
+        {"long.rf64", FileKind::rf64, 24, 2, step24}, {"x.w64", FileKind::w64, 16, 5, 1.01 / 32768},
+        {"x.aiff", FileKind::aiff, 24, 4, step24},    {"x.caf", FileKind::caf, 0, 12},
         {"x.flac", FileKind::flac, 24, 8, step24},
     };
     const TempFolder folder;
@@ -56,6 +65,7 @@ TEST(PcmFiles, GiveBackWhatWasWritten) {
         EXPECT_EQ(file->facts().bitDepth, isFlac ? 0 : c.bits == 0 ? 32 : c.bits);
         EXPECT_EQ(file->facts().isFloat, isFloat);
         const Planes back = readAll(*file);
+        EXPECT_EQ(back, sndfileFloats(folder / c.name));
         double worst = 0;
         for (size_t p = 0; p < written.size(); ++p) {
             ASSERT_EQ(back[p].size(), written[p].size());

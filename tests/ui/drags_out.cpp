@@ -63,7 +63,7 @@ struct DragsOutTest : test::WindowTest {
     }
     std::function<bool(const QMimeData&)> drop = [this](const QMimeData& data) { return target.drop(data); };
     bool idle() {
-        return settle([&] { return player.dragOut().queue().background().pending() == 0; });
+        return settle([&] { return player.dragOut().queue().isIdle(); });
     }
     // Names in the pulls folder, hidden ones included.
     std::vector<std::string> pulls() const {

@@ -191,9 +191,9 @@ TEST(Upmixer, TheSplitKnowsDirectSoundFromDiffuseAndAntiphaseSound) {
         EXPECT_GT(all, 0);
         const auto [direct, both] = measuredPowers(centre, p);
         EXPECT_LT(ratioDb(both - direct, both), -100) << rawValue(preset);
-        // A greater focus takes more for direct, as it should.
+        // A greater focus takes more for direct, as it should: of a bin's share s at focus 1 it makes 2 s / (1 + s).
         const auto [little, whole] = measuredPowers(diffuse, p);
-        EXPECT_LT(ratioDb(little, whole), p.focus > 1 ? -20 : -25) << rawValue(preset);
+        EXPECT_LT(ratioDb(little, whole), p.focus > 1 ? -24 : -25) << rawValue(preset);
     }
 }
 

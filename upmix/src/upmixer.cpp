@@ -7,16 +7,13 @@
 #include "upmix/upmix_planner.h"
 
 namespace brindlehum {
-namespace {
 
-int sizeAt(double sampleRate) {
+int Upmixer::fftSizeAt(double sampleRate) {
     return sampleRate <= 50000 ? 1024 : sampleRate <= 100000 ? 2048 : 4096;
 }
 
-}  // namespace
-
 std::unique_ptr<Upmixer> Upmixer::make(int inChannels, int outChannels, double sampleRate) {
-    const UpmixTransform transform{sizeAt(sampleRate), sampleRate};
+    const UpmixTransform transform{fftSizeAt(sampleRate), sampleRate};
     Processor raw(mn_upmix_create(inChannels, outChannels, transform.size, sampleRate));
     return raw ? std::unique_ptr<Upmixer>(new Upmixer(std::move(raw), transform)) : nullptr;
 }

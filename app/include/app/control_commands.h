@@ -38,6 +38,7 @@ private:
     Problem seek(const ControlParams& params);
     Problem setVolume(const ControlParams& params);
     Problem setUpmix(const ControlParams& params);
+    Problem compareUpmix(const std::string& plain);
 
     PlayerModel& player_;
     SettingsStore& settings_;

@@ -1,4 +1,5 @@
-// Reads through libsndfile: interleaved floats, split into planes through a fixed buffer.
+// Reads through libsndfile: interleaved floats, or the samples of a plain WAV file as they stand there, split into
+// planes through a fixed buffer.
 #include "decode/sndfile_file.h"
 
 #include <sndfile.h>
@@ -8,6 +9,7 @@
 
 #include "base/error.h"
 #include "decode/deinterleave.h"
+#include "decode/pcm_planes.h"
 #include "decode/plausible.h"
 
 namespace brindlehum {
@@ -60,6 +62,15 @@ bool leaveToFFmpeg(const SF_INFO& info) {
            (subtype >= SF_FORMAT_ALAC_16 && subtype <= SF_FORMAT_ALAC_32);
 }
 
+// Bytes of a sample that splitPcm can take as it stands in the file; else 0. Faster by half than libsndfile's floats.
+int plainBytes(SNDFILE* file, int format) {
+    const int type = format & SF_FORMAT_TYPEMASK;
+    const bool isWav = type == SF_FORMAT_WAV || type == SF_FORMAT_WAVEX || type == SF_FORMAT_RF64;
+    if (!isWav || sf_command(file, SFC_RAW_DATA_NEEDS_ENDSWAP, nullptr, 0) != SF_FALSE) { return 0; }
+    const int subtype = format & SF_FORMAT_SUBMASK;
+    return subtype == SF_FORMAT_PCM_16 ? 2 : subtype == SF_FORMAT_PCM_24 ? 3 : 0;
+}
+
 struct Closer {
     void operator()(SNDFILE* file) const { sf_close(file); }
 };
@@ -82,8 +93,8 @@ SF_VIRTUAL_IO cursorIO() {
 
 class SndfileFile : public AudioFile {
 public:
-    SndfileFile(std::unique_ptr<FileCursor> cursor, SndfilePtr file, AudioFileFacts facts)
-        : cursor_(std::move(cursor)), file_(std::move(file)) {
+    SndfileFile(std::unique_ptr<FileCursor> cursor, SndfilePtr file, AudioFileFacts facts, int plainBytes)
+        : cursor_(std::move(cursor)), file_(std::move(file)), plainBytes_(plainBytes) {
         facts_ = std::move(facts);
         blockFrames_ = std::max(1, bufferFloats / facts_.channels);
     }
@@ -96,13 +107,13 @@ public:
         }
         next_ = position;
         const int wanted = int(std::min<int64_t>(frames, facts_.frames - position));
-        if (facts_.channels == 1) { return advance(planes[0], wanted); }
+        if (facts_.channels == 1 && plainBytes_ == 0) { return advance(planes[0], wanted); }
         buffer_.resize(size_t(blockFrames_) * size_t(facts_.channels));
         int done = 0;
         while (done < wanted) {
             const int ask = std::min(wanted - done, blockFrames_);
-            const int got = advance(buffer_.data(), ask);
-            deinterleave(buffer_.data(), facts_.channels, got, planes, done);
+            const int got = plainBytes_ > 0 ? advancePlain(ask, planes, done) : advance(buffer_.data(), ask);
+            if (plainBytes_ == 0) { deinterleave(buffer_.data(), facts_.channels, got, planes, done); }
             done += got;
             if (got < ask) { break; }
         }
@@ -113,8 +124,19 @@ private:
     // 64 kB, which stay in the nearest caches while they are split into planes.
     static constexpr int bufferFloats = 16384;
 
-    int advance(float* out, int frames) {
-        const auto got = int(sf_readf_float(file_.get(), out, frames));
+    int advance(float* out, int frames) { return advanced(int(sf_readf_float(file_.get(), out, frames)), frames); }
+
+    // Behind the first float, since splitPcm reads a little before its input.
+    int advancePlain(int frames, float* const* planes, int at) {
+        const int frameBytes = facts_.channels * plainBytes_;
+        auto* const bytes = reinterpret_cast<uint8_t*>(buffer_.data() + 1);
+        const auto read = sf_read_raw(file_.get(), bytes, sf_count_t(frames) * frameBytes);
+        const int got = advanced(int(read / frameBytes), frames);
+        splitPcm(bytes, plainBytes_, facts_.channels, got, planes, at);
+        return got;
+    }
+
+    int advanced(int got, int frames) {
         // Damaged data ends the file at the damage; only a read refused by the system is an error.
         if (got < frames && cursor_->failed) { throw Error("the file can't be read any further"); }
         next_ = got < frames ? -1 : next_ + got;
@@ -124,6 +146,7 @@ private:
     std::unique_ptr<FileCursor> cursor_;  // outlives file_, which reads through this
     SndfilePtr file_;
     int64_t next_ = 0;  // libsndfile's current frame; -1 after a failure
+    int plainBytes_;
     int blockFrames_;
     std::vector<float> buffer_;
 };
@@ -148,7 +171,8 @@ std::unique_ptr<AudioFile> openWithSndfile(const std::shared_ptr<FileHandle>& ha
                          coding.bitDepth,
                          coding.isFloat,
                          containerLayout(*handle, container, info.channels)};
-    return std::make_unique<SndfileFile>(std::move(cursor), std::move(file), std::move(facts));
+    const int plain = plainBytes(file.get(), info.format);
+    return std::make_unique<SndfileFile>(std::move(cursor), std::move(file), std::move(facts), plain);
 }
 
 }  // namespace brindlehum

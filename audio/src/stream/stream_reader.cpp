@@ -28,7 +28,8 @@ constexpr double minRingRate = 44100;  // Hz: slower devices get as many frames 
 constexpr double equalRates = 0.5;     // Hz
 constexpr auto idleTime = std::chrono::milliseconds(4);
 
-mn_ring* makeRing(int channels, double outputRate) {
+mn_ring* makeRing(int channels, double outputRate, StreamReader::Use use) {
+    if (use == StreamReader::Use::lockstep) { return mn_ring_create(channels, 2 * blockFrames); }
     const double frames = std::floor(std::max(minRingRate, outputRate) * queuedSeconds);
     if (!(frames <= std::numeric_limits<int32_t>::max())) { return nullptr; }
     return mn_ring_create(channels, int32_t(frames));
@@ -53,7 +54,7 @@ void StreamReader::Planes::allocate(int channels) {
 }
 
 StreamReader::StreamReader(std::unique_ptr<FrameSource> source, double outputRate, int64_t start, int64_t end,
-                           bool loop, int64_t loopStart, int64_t loopEnd)
+                           bool loop, int64_t loopStart, int64_t loopEnd, Use use)
     : source_(std::move(source)) {
     const ProcessingFormat format = source_->processingFormat();
     channels_ = format.channels;
@@ -69,7 +70,7 @@ StreamReader::StreamReader(std::unique_ptr<FrameSource> source, double outputRat
     if (loop_ && filePos_ >= loopEnd_) { filePos_ = loopStart_; }
     ratio_ = format.sampleRate / outputRate;
     virtualPos_ = double(filePos_) - ratio_;
-    ring_.reset(makeRing(channels_, outputRate));
+    ring_.reset(makeRing(channels_, outputRate, use));
     if (!ring_) { throw Error(ErrorKind::ring, ""); }
     const bool converts = !(std::abs(format.sampleRate - outputRate) <= equalRates);  // also for NaN
     try {

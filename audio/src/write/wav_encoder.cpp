@@ -37,9 +37,10 @@ __attribute__((always_inline)) inline void quantise(const float* x, int64_t coun
         }
         samples = samples < scale.most ? samples : Floats{} + scale.most;
         samples = samples > -1.0F ? samples : Floats{} - 1.0F;
+        // Chosen among floats: the compiler has no vectors as wide as Doubles, and would choose one by one.
+        const Floats half = samples < 0.0F ? Floats{} - 0.5F : Floats{} + 0.5F;
         const Doubles scaled = __builtin_convertvector(samples, Doubles) * scale.factor;
-        const Doubles half = scaled < 0 ? Doubles{} - 0.5 : Doubles{} + 0.5;
-        const Integers rounded = __builtin_convertvector(scaled + half, Integers);
+        const Integers rounded = __builtin_convertvector(scaled + __builtin_convertvector(half, Doubles), Integers);
         std::memcpy(out + i, &rounded, sizeof rounded);
     }
 }

@@ -24,6 +24,7 @@ EditorTransport::EditorTransport(PlaybackEngine& engine, SettingsStore& settings
       music_(music),
       loop_(loop),
       message_(message),
+      notice_(engine, message),
       queue_(loop, "Brindlehum.editorplay") {
     connect(&document, &DocumentModel::opened, this, [this] {
         stop();
@@ -80,6 +81,7 @@ bool EditorTransport::openDevice(bool force) {
 void EditorTransport::start(const Start& given) {
     seat_.take();
     if (!openDevice(false)) { return; }
+    starting_ = given.followsDocument ? std::optional(given.span.start) : std::nullopt;
     const double rate = seat_.engine().sampleRate();
     const auto work = [given, rate, in = document_.doc()->sampleRate](const Background::Task& task) {
         auto source = std::make_unique<MemorySource>(given.sound, in, given.clicks);
@@ -104,6 +106,7 @@ void EditorTransport::ready(std::shared_ptr<StreamReader> reader, const Start& g
         stop();
         return message_.fail(error.what());
     }
+    starting_.reset();
     isPlaying_ = true;
     followsDocument_ = given.followsDocument;
     if (!followsDocument_) {
@@ -135,11 +138,16 @@ void EditorTransport::tick() {
     if (seat_.engine().finished()) { stop(); }
 }
 
+// What isn't a place in the document stops; a start under way begins on the new device.
 void EditorTransport::deviceChanged() {
-    const bool resumes = isPlaying_ && followsDocument_;
-    const int64_t frame = playhead_.wholeFrame();
+    const auto playing = isPlaying_ && followsDocument_ ? std::optional(playhead_.wholeFrame()) : std::nullopt;
+    const auto frame = starting_ ? starting_ : playing;
+    const AudioOutputDevice before = seat_.engine().device();
     stop();
-    if (openDevice(true) && resumes) { play(frame); }
+    notice_.withdraw();
+    if (!openDevice(true)) { return; }
+    if (frame) { play(*frame); }
+    notice_.tell(before);
 }
 
 // Plays on from the same place, in the document and the settings as they are now.
@@ -151,6 +159,7 @@ void EditorTransport::restart() {
 
 void EditorTransport::rest() {
     starts_.cancel();
+    starting_.reset();
     timer_.reset();
     auditioned_.reset();
     followsDocument_ = true;

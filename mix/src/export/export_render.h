@@ -23,13 +23,18 @@ public:
     std::span<const float* const> planes() const { return planes_; }
     // True when the file couldn't be read in full.
     bool brokeOff() const { return brokenOff_; }
-    // So far; not a number when a sample was none.
-    float peak(int channel) const { return offline_.takePeak(channel); }
+    // Of this block; not a number when a sample was none.
+    float peak(int channel) const;
 
 private:
+    void fadeToNextRound(int frames);
+
     bool brokenOff_ = false;
     OfflineRender offline_;
-    std::vector<float> silence_;  // one block
+    std::unique_ptr<OfflineRender> nextRound_;  // of a loop that has to be faded into its next round, over
+    int fadeFrames_;
+    int64_t left_;                // frames before the end
+    std::vector<float> samples_;  // one block of silence, or one a channel of a fade
     std::vector<const float*> planes_;
 };
 

@@ -59,7 +59,10 @@ std::string ExportProgress::caption() const {
     if (open_.empty()) { return {}; }
     const std::string count =
         all_ > 1 ? " (" + std::to_string(all_ - open_.size() + 1) + " of " + std::to_string(all_) + ")" : "";
-    return "Exporting " + ExportName::fileName(open_.front()->request()) + count + "…";
+    // A short one may have gone before the first.
+    const auto begun = std::ranges::find_if(open_, [](const auto& job) { return job->progress() > 0; });
+    const auto& shown = begun != open_.end() ? *begun : open_.front();
+    return "Exporting " + ExportName::fileName(shown->request()) + count + "…";
 }
 
 void ExportProgress::cancel() {

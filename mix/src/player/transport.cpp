@@ -8,7 +8,6 @@
 #include "base/path.h"
 #include "base/time_text.h"
 #include "mix/player/prefilled_stream.h"
-#include "platform/headless_audio.h"
 
 namespace brindlehum {
 
@@ -30,6 +29,7 @@ Transport::Transport(EngineSeat& seat, Background& loader, MainLoop& loop, Loade
       sound_(sound),
       listening_(listening),
       message_(message),
+      notice_(seat.engine(), message),
       open_(std::move(open)),
       route_(routeNow()) {}
 
@@ -215,20 +215,14 @@ void Transport::deviceChanged() {
     const auto frame = resumeFrame();
     const AudioOutputDevice before = seat_.engine().device();
     stop();
-    if (message_.text() == deviceNotice_) { message_.clear(); }  // what it said is no longer true
+    notice_.withdraw();
     if (!openDevice(true, "Output device changed: ")) { return; }
     if (frame) {
         play(frame);
     } else {
         listening_.publish();
     }
-    const AudioOutputDevice& now = seat_.engine().device();
-    // Without a server the banner says what is amiss.
-    if (now.uid != before.uid && listening_.devices().server() == SoundServer::running && !message_.text()) {
-        const bool wasHeard = before.uid != HeadlessAudioSystem::uid;
-        deviceNotice_ = "Sound now goes to " + now.name + (wasHeard ? ", no longer to " + before.name : "");
-        message_.notify(*deviceNotice_);
-    }
+    notice_.tell(before);
     Q_EMIT changed();
 }
 

@@ -85,8 +85,8 @@ UpmixLoudness upmixLevels(const ListeningSnapshot& snapshot, const std::function
     heard.deviceChannels = int(list.size());
     const auto measure = [&](bool plain) {
         heard.comparison = UpmixComparison{plain, 0};
-        auto reader =
-            std::make_shared<StreamReader>(open(), sampleRate, part.lower, part.upper, false, int64_t(0), int64_t(0));
+        auto reader = std::make_shared<StreamReader>(open(), sampleRate, part.lower, part.upper, false, int64_t(0),
+                                                     int64_t(0), StreamReader::Use::lockstep);
         return measured(listeningMix(heard).config, std::move(reader), list, sampleRate, stop);
     };
     const auto db = [](double power) { return 10 * std::log10(power); };

@@ -19,12 +19,13 @@ const float* planeOf(const ConfigMixer::Input& input, int32_t channel) {
 
 }  // namespace
 
-ConfigMixer::ConfigMixer()
-    : storage_(makeAligned<float>(planeStride * (2 + maxChannels + 2 * size_t(mn_upmix_max_out)))) {
-    float* next = storage_.get() + 2 * planeStride;
-    const auto assign = [&next](float*& plane) {
+ConfigMixer::ConfigMixer(int blockFrames)
+    : stride_(planeStride(blockFrames)),
+      storage_(makeAligned<float>(stride_ * (2 + maxChannels + 2 * size_t(mn_upmix_max_out)))) {
+    float* next = storage_.get() + 2 * stride_;
+    const auto assign = [this, &next](float*& plane) {
         plane = next;
-        next += planeStride;
+        next += stride_;
     };
     std::ranges::for_each(shared_, assign);
     for (UpmixPlanes* planes : {&upA_, &upB_}) { std::ranges::for_each(*planes, assign); }
@@ -36,7 +37,7 @@ void ConfigMixer::mix(const Side& side, int32_t frames, const Destination& to) n
 
 void ConfigMixer::fade(const Side& before, const Side& after, int32_t frames, const Destination& to) noexcept {
     float* up = storage_.get();
-    float* down = up + planeStride;
+    float* down = up + stride_;
     for (int32_t i = 0; i < frames; ++i) {
         up[i] = float(i + 1) / float(frames);
         down[i] = 1 - up[i];

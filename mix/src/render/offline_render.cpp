@@ -26,7 +26,8 @@ OfflineRender::OfflineRender(const MixConfig& config, std::shared_ptr<StreamRead
     : upmixer_(upmixerFor(config, sampleRate)),
       config_(config, upmixer_ ? upmixer_->raw() : nullptr),
       reader_(std::move(reader)),
-      blockFrames_(blockFrames) {
+      blockFrames_(blockFrames),
+      context_(blockFrames) {
     samples_.resize(size_t(deviceChannels) * size_t(blockFrames));
     for (int c = 0; c < deviceChannels; ++c) { planes_.push_back(samples_.data() + ptrdiff_t(c) * blockFrames); }
 

@@ -30,7 +30,7 @@ void clear(float* plane, int32_t frames) {
 
 }  // namespace
 
-RenderContext::RenderContext()
+RenderContext::RenderContext(int blockFrames)
     : ringSlot_(mn_slot_create()),
       cfgSlot_(mn_slot_create()),
       stageSlot_(mn_slot_create()),
@@ -38,11 +38,14 @@ RenderContext::RenderContext()
       finished_(mn_i64_create(0)),
       gain_(mn_f64_create(1)),
       peaks_(mn_peaks_create(maxDeviceChannels)),
-      storage_(makeAligned<float>(ConfigMixer::planeStride * (2 * maxSourceChannels + maxVirtualSpeakers + 2))) {
+      blockFrames_(blockFrames),
+      mixer_(blockFrames),
+      storage_(makeAligned<float>(ConfigMixer::planeStride(blockFrames) *
+                                  (2 * maxSourceChannels + maxVirtualSpeakers + 2))) {
     float* next = storage_.get();
-    const auto assign = [&next](float*& plane) {
+    const auto assign = [&next, blockFrames](float*& plane) {
         plane = next;
-        next += ConfigMixer::planeStride;
+        next += ConfigMixer::planeStride(blockFrames);
     };
     for (auto* planes : {&inA_, &inB_}) { std::ranges::for_each(*planes, assign); }
     std::ranges::for_each(bus_, assign);
@@ -75,7 +78,7 @@ int32_t RenderContext::render(uint32_t frames, const DeviceBuffers& buffers) noe
     }
     deviceChannels_ = std::clamp(buffers.channels, 0, maxDeviceChannels);
     std::copy_n(buffers.planes, deviceChannels_, dev_.begin());
-    const auto n = int32_t(std::min({frames, buffers.frames, uint32_t(maxFrames)}));
+    const auto n = int32_t(std::min({frames, buffers.frames, uint32_t(blockFrames_)}));
     if (n < 1) { return 0; }
 
     auto* ring = static_cast<mn_ring*>(mn_slot_load(ringSlot_));

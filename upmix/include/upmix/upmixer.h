@@ -15,8 +15,10 @@ class UpmixPlanStorage;
 // Control side; only `raw` goes to the render thread, which may be in it until some time after it was unpublished.
 class Upmixer {
 public:
-    // 1 to 16 inputs, 1 to 24 outputs; null otherwise, and when there is no memory. The transform takes 21 to 23 ms at
-    // any rate from 44.1 kHz to 192 kHz: 1024 samples up to 50 kHz, 2048 up to 100 kHz, 4096 above.
+    // Samples of the transform: 1024 up to 50 kHz, 2048 up to 100 kHz, 4096 above, which take 21 to 23 ms at any rate
+    // from 44.1 kHz to 192 kHz. Four hops fill it.
+    static int fftSizeAt(double sampleRate);
+    // 1 to 16 inputs, 1 to 24 outputs; null otherwise, and when there is no memory.
     static std::unique_ptr<Upmixer> make(int inChannels, int outChannels, double sampleRate);
     ~Upmixer();
 

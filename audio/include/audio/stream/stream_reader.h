@@ -17,12 +17,16 @@ namespace brindlehum {
 // the owner must keep the reader until the render side no longer uses the ring.
 class StreamReader : public std::enable_shared_from_this<StreamReader> {
 public:
+    // Who reads the ring: a device, which needs more than a second queued, or the thread that also fills it, which has
+    // the ring hold two blocks, so that they stay in the caches.
+    enum class Use : uint8_t { live, lockstep };
+
     // Plays frames `start` to `end` of the source at `outputRate` (Hz). With `loop` it plays from `start` into the loop
     // from loopStart to loopEnd (half-open) and repeats that forever. Both ranges are cut to the source; an empty loop
     // doesn't loop. Rates within 0.5 Hz count as equal. Throws Error: 1 channel count outside 1 to 64, 2 no ring, 3 no
     // buffer, 4 no converter.
     StreamReader(std::unique_ptr<FrameSource> source, double outputRate, int64_t start, int64_t end, bool loop,
-                 int64_t loopStart, int64_t loopEnd);
+                 int64_t loopStart, int64_t loopEnd, Use use = Use::live);
     ~StreamReader();
     StreamReader(const StreamReader&) = delete;
     StreamReader& operator=(const StreamReader&) = delete;

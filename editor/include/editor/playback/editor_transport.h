@@ -11,6 +11,7 @@
 #include "editor/music/music_model.h"
 #include "editor/playback/editor_mix.h"
 #include "mix/engine/engine_seat.h"
+#include "mix/player/device_notice.h"
 #include "mix/player/play_span.h"
 #include "mix/player/playhead_model.h"
 #include "platform/background.h"
@@ -86,8 +87,10 @@ private:
     MusicModel& music_;
     MainLoop& loop_;
     PlayerMessage& message_;
+    DeviceNotice notice_;
     PlayheadModel playhead_;
     bool isPlaying_ = false;
+    std::optional<int64_t> starting_;  // where in the document, until it plays
     bool followsDocument_ = true;
     bool hasMetronome_ = false;  // of what plays
     bool loops_ = false;

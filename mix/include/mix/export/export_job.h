@@ -1,7 +1,8 @@
-// ExportJob: an export on a queue of its own, that anybody may watch, await or stop.
+// ExportJob: an export in the background, that anybody may watch, await or stop.
 #pragma once
 
 #include <QObject>
+#include <array>
 #include <atomic>
 #include <condition_variable>
 #include <functional>
@@ -54,6 +55,8 @@ private:
     void run(const std::function<void()>& progressed);
     bool waitUntilKept();
     Exporter::Request taken();
+    bool isShort() const;
+    bool sharesNameWith(const ExportJob& other) const;
     bool serves(const Exporter::Request& request, int version) const;
     bool liesInToday() const;
     void end(State state, std::optional<Exporter::Result> result, std::string failure);
@@ -76,8 +79,9 @@ private:
     std::optional<FileVersion> product_;
 };
 
-// Runs jobs one after another on the queue "Brindlehum.export". Main thread. Its end stops all jobs and takes back
-// unfinished files.
+// Runs jobs on two threads, "Brindlehum.export" and "Brindlehum.export2", and on no more: each holds some blocks of
+// sound, however long its file. Jobs of up to two minutes of sound go before longer ones, which run one at a time, so
+// that a drag doesn't wait for them. Main thread. Its end stops all jobs and takes back unfinished files.
 class ExportQueue : public QObject {
     Q_OBJECT
 public:
@@ -85,7 +89,7 @@ public:
     ~ExportQueue() override;
 
     // Starts an export. The same request gets the job that runs for it, or that has made its file, as long as source
-    // and file are unchanged and the file lies in today's folder. A job that waits to be kept lets no other begin.
+    // and file are unchanged and the file lies in today's folder. A job that waits to be kept keeps its thread.
     enum class Hold { no, untilKept };
     std::shared_ptr<ExportJob> start(const Exporter::Request& request, Hold hold = Hold::no,
                                      const Completion& completion = {});
@@ -93,8 +97,10 @@ public:
     // What all later jobs take along from their sources.
     void setCarry(Exporter::Carry carry) { carry_ = std::move(carry); }
 
-    // Tests await the work.
-    Background& background() { return background_; }
+    // Every job is over, and has been told to be.
+    bool isIdle() const;
+    // Returns when all jobs are over, or after `patience` seconds.
+    void drainFor(double patience);
 
 Q_SIGNALS:
     void started(const std::shared_ptr<brindlehum::ExportJob>& job);     // not for a job that is there already
@@ -103,11 +109,16 @@ Q_SIGNALS:
 
 private:
     static constexpr size_t mostKept = 64;
+    void runWaiting(const Background::Task& task);
+    std::shared_ptr<ExportJob> take();
     void forgetOld();
 
     Exporter::Carry carry_;
-    std::vector<std::shared_ptr<ExportJob>> jobs_;  // running ones, and the last finished
-    Background background_;  // last member, so that its work ends before the parts that it uses are destroyed
+    std::vector<std::shared_ptr<ExportJob>> jobs_;  // those that wait or run, and the last finished
+    std::mutex turnLock_;
+    std::vector<std::shared_ptr<ExportJob>> waiting_;  // under the lock, as is the next
+    std::vector<std::shared_ptr<ExportJob>> running_;
+    std::array<Background, 2> threads_;  // last member, so that their work ends before the parts that it uses
 };
 
 }  // namespace brindlehum

@@ -47,7 +47,7 @@ private:
 
     PlayerMessage& message_;
     MainLoop& loop_;
-    std::vector<std::shared_ptr<ExportJob>> open_;  // in the order of the queue
+    std::vector<std::shared_ptr<ExportJob>> open_;  // in the order of asking
     size_t all_ = 0;                                // of the round
     std::optional<Purpose> purpose_;
     std::vector<std::filesystem::path> made_;  // by the round

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "mix/engine/engine_seat.h"
+#include "mix/player/device_notice.h"
 #include "mix/player/listening_setup.h"
 #include "mix/player/loaded_sound.h"
 #include "mix/player/play_span.h"
@@ -87,6 +88,7 @@ private:
     LoadedSound& sound_;
     ListeningSetup& listening_;
     PlayerMessage& message_;
+    DeviceNotice notice_;
     OpenSource open_;
     PlayheadModel playhead_;
     bool isPlaying_ = false;
@@ -96,7 +98,6 @@ private:
     std::optional<int64_t> starting_;           // the first frame of a stream that is being opened
     Route route_;                               // the settings in use
     std::weak_ptr<const StreamReader> stream_;  // what plays; the engine owns it
-    std::optional<std::string> deviceNotice_;   // the last notice of another device
     TimerHandle timer_;
     Background::Line starts_;
 };

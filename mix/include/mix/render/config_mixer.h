@@ -17,9 +17,10 @@ class ConfigMixer {
 public:
     static constexpr int maxFrames = 4096;
     static constexpr int maxChannels = 64;  // of a source
-    // Samples from one plane of a block to the next. A whole number of cache lines that isn't a power of two: the same
-    // frames of 16 planes would otherwise fall into the same few sets of the first-level cache and push each other out.
-    static constexpr size_t planeStride = maxFrames + 272;
+    // Samples from one plane of blocks of up to `blockFrames` to the next. A whole number of cache lines that isn't a
+    // power of two: the same frames of 16 planes would otherwise fall into the same few sets of the first-level cache
+    // and push each other out.
+    static constexpr size_t planeStride(int blockFrames) { return size_t(blockFrames + 15) / 16 * 16 + 272; }
 
     // The channels of a source, one plane each; no planes when there is nothing to mix, or nothing more.
     struct Input {
@@ -43,11 +44,12 @@ public:
         Outputs speakers;
     };
 
-    ConfigMixer();
+    // For blocks of up to `blockFrames` frames, 1 to maxFrames.
+    explicit ConfigMixer(int blockFrames = maxFrames);
 
-    // Mixes a block in which nothing changes, up to maxFrames frames.
+    // Mixes a block in which nothing changes.
     void mix(const Side& side, int32_t frames, const Destination& to) noexcept;
-    // Mixes a block that fades linearly from `before` to `after`; its last frame is all `after`. 1 to maxFrames frames.
+    // Mixes a block that fades linearly from `before` to `after`; its last frame is all `after`. At least one frame.
     void fade(const Side& before, const Side& after, int32_t frames, const Destination& to) noexcept;
 
     // Lets the upmix of `side` hear a block that another configuration mixes, so that it can take over without a gap.
@@ -71,8 +73,9 @@ private:
     bool runUpmix(const Side& side, int32_t frames, float* const* planes) noexcept;
     Input faded(const Side& before, const Side& after, int32_t frames) noexcept;
     const float* rampUp() const noexcept { return storage_.get(); }
-    const float* rampDown() const noexcept { return storage_.get() + planeStride; }
+    const float* rampDown() const noexcept { return storage_.get() + stride_; }
 
+    size_t stride_;                // from plane to plane
     AlignedArray<float> storage_;  // all planes below, behind the two ramps
     std::array<float*, maxChannels> shared_{};
     UpmixPlanes upA_{}, upB_{};

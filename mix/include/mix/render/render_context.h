@@ -27,12 +27,13 @@ public:
     static constexpr int maxVirtualSpeakers = 32;
     static constexpr int maxDeviceChannels = 256;
 
-    RenderContext();
+    // For blocks of up to `blockFrames` frames, 1 to maxFrames.
+    explicit RenderContext(int blockFrames = maxFrames);
     ~RenderContext() override;
     RenderContext(const RenderContext&) = delete;
     RenderContext& operator=(const RenderContext&) = delete;
 
-    // Device's render thread: never allocates, locks, logs or throws. Frames beyond 4096 stay silent.
+    // Device's render thread: never allocates, locks, logs or throws. Frames beyond `blockFrames` stay silent.
     int32_t render(uint32_t frames, const DeviceBuffers& buffers) noexcept override;
     // While the next configuration's upmix hears the running sound.
     bool holdsReplaced() const noexcept override { return prepared_ != nullptr; }
@@ -87,6 +88,7 @@ private:
     mn_peaks* peaks_;   // raised by render, taken by control
 
     // All members below belong to the render thread.
+    int blockFrames_;
     ConfigMixer mixer_;
     ConfigMixer::Input block_;  // of this block, while it has one
     HeardPosition heard_;
@@ -100,7 +102,7 @@ private:
     Ears ears_;             // of the last configuration with to_binaural
     int32_t tailLeft_ = 0;  // frames that the stage still rings on after its configuration was replaced
 
-    AlignedArray<float> storage_;  // all planes of maxFrames below
+    AlignedArray<float> storage_;  // all planes below
     std::array<float*, maxSourceChannels> inA_{}, inB_{};
     std::array<float*, maxVirtualSpeakers> bus_{};  // virtual speaker lanes
     float* binL_ = nullptr;
