@@ -35,8 +35,7 @@ protected:
     std::unique_ptr<EditorModel> editor_ = make();
 
     std::unique_ptr<EditorModel> make() {
-        auto editor = std::make_unique<EditorModel>(engine_, settings_, loop_, folder_ / "state",
-                                                    std::make_shared<SerialQueue>("edits"));
+        auto editor = std::make_unique<EditorModel>(engine_, settings_, loop_, folder_ / "state");
         editor->document().journal().finish(20);
         loop_.drain();
         return editor;

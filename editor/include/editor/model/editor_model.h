@@ -16,9 +16,9 @@ class EditorModel : public QObject {
     Q_OBJECT
 public:
     // Unsaved edits are kept safe in `journals`, by default in defaultJournals(). Temp edits are written on
-    // `tempEdits`.
+    // `tempEdits`, which batches share, by default on a queue of its own.
     EditorModel(PlaybackEngine& engine, SettingsStore& settings, MainLoop& loop, std::filesystem::path journals,
-                std::shared_ptr<SerialQueue> tempEdits);
+                std::shared_ptr<SerialQueue> tempEdits = std::make_shared<SerialQueue>("Brindlehum.tempedits"));
     // `brindlehum/editor` in $XDG_STATE_HOME, or in ~/.local/state.
     static std::filesystem::path defaultJournals();
 
