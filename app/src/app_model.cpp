@@ -3,6 +3,7 @@
 
 #include <QPointer>
 #include <algorithm>
+#include <limits>
 #include <nlohmann/json.hpp>
 #include <thread>
 
@@ -26,11 +27,11 @@ AppModel::AppModel(Platform platform)
       engine_(platform.audio, platform.loop),
       player_(engine_, settings_, platform.loop, pool_),
       editor_(engine_, settings_, platform.loop,
-              platform.journals.empty() ? EditorModel::defaultJournals() : platform.journals),
+              platform.journals.empty() ? EditorModel::defaultJournals() : platform.journals, tempEditQueue_),
       speakerTest_(engine_, platform.loop),
       library_(settings_, platform.loop, platform.catalogFile),
       monitor_(platform.audio, settings_, platform.loop),
-      tempEdits_(player_, settings_, bars_, platform.session.fileManager(), platform.loop),
+      tempEdits_(player_, settings_, bars_, platform.session.fileManager(), platform.loop, tempEditQueue_),
       commands_(player_, settings_, tempEdits_, editor_.transport(), monitor_,
                 [this](const auto& file) { openEditor(file); }) {}
 
@@ -54,6 +55,9 @@ void AppModel::start(uint16_t controlPort) {
     player_.listening().chooseFirstProfile();
     editor_.music().findBars = [this](const auto& file) { return bars_.find(file); };
     editor_.music().keepBars = [this](const auto& file, const GivenBars& given) { bars_.set(file, given); };
+    editor_.document().readNotes = [](const std::filesystem::path& file) {
+        return carriedNotes(file, 0, std::numeric_limits<int64_t>::max());
+    };
     player_.dragOut().queue().setCarry([](const std::filesystem::path& source, const FrameRange& range) {
         return carriedNotes(source, range.lower, range.upper);
     });

@@ -10,6 +10,7 @@
 
 #include "base/error.h"
 #include "dsp/edit_ops.h"
+#include "editor/document/save_document.h"
 #include "support/audio_files.h"
 #include "support/full_disk.h"
 #include "support/signals.h"
@@ -21,14 +22,20 @@ namespace {
 namespace fs = std::filesystem;
 using Channels = EditOps::Channels;
 
-const EditJournal::About about{fs::path("/sounds/caf\xE9.wav"), 44100, 1700000000};
+const EditJournal::About about = [] {
+    WavNotes notes{.originator = "Rec\xFF", .date = "2019-03-04"};
+    notes.timeReference = 1ULL << 40;
+    notes.cues = {{7, 10, 5, std::string("labl\0\xFF", 6)}, {9, 90000, 0, ""}};
+    return EditJournal::About{fs::path("/sounds/caf\xE9.wav"), 44100, 1700000000, notes};
+}();
 
-Sound document() {
-    return Sound(Channels{test::noise(150000, 1), test::noise(150000, 2)});
+Content document() {
+    return {Sound(Channels{test::noise(150000, 1), test::noise(150000, 2)}), {about.notes.cues, 0}};
 }
 
 EditHistory cutHistory(EditHistory history) {
-    history.push("Cut", EditOps::splice(history.now(), 20000, 90000));
+    history.push("Cut",
+                 {EditOps::splice(history.now(), 20000, 90000), replaced(history.content().marks, {20000, 90000}, 0)});
     return history;
 }
 
@@ -47,8 +54,8 @@ std::vector<EditHistory> script() {
 
 // Writes the script into a journal that stays behind, as after a crash.
 int write(const fs::path& folder, const std::vector<EditHistory>& after) {
-    EditJournal journal(folder, about, after[0].now());
-    for (const size_t step : {1U, 2U}) { journal.push(after[step].undoName(), after[step].now()); }
+    EditJournal journal(folder, about, after[0].content());
+    for (const size_t step : {1U, 2U}) { journal.push(after[step].undoName(), after[step].content()); }
     journal.undo();
     journal.redo();
     journal.saved();
@@ -57,8 +64,8 @@ int write(const fs::path& folder, const std::vector<EditHistory>& after) {
 }
 
 bool isSame(const EditHistory& a, const EditHistory& b) {
-    return a.now().gather() == b.now().gather() && a.names() == b.names() && a.position() == b.position() &&
-           a.isDirty() == b.isDirty();
+    return a.now().gather() == b.now().gather() && a.content().marks == b.content().marks && a.names() == b.names() &&
+           a.position() == b.position() && a.isDirty() == b.isDirty();
 }
 
 TEST(EditJournal, BringsBackTheWholeHistory) {
@@ -67,7 +74,7 @@ TEST(EditJournal, BringsBackTheWholeHistory) {
     const auto after = script();
     EXPECT_TRUE(EditJournal::abandoned(folder).empty());
     {
-        EditJournal alive(folder, about, after[0].now());
+        EditJournal alive(folder, about, after[0].content());
         EXPECT_TRUE(EditJournal::abandoned(folder).empty()) << "a living one isn't offered";
         EditJournal::discard(folder / fs::path(std::to_string(getpid()) + "-1.edits"));
         alive.push("Cut", after[1].now());
@@ -129,12 +136,57 @@ TEST(EditJournal, KilledAtAnySystemCallItKeepsEveryFinishedStep) {
     EXPECT_GT(last, 30);
 }
 
+// Saves an edit over its source.
+int saveOver(const fs::path& file, const fs::path& folder, const std::vector<EditHistory>& after) {
+    EditJournal journal(folder, about, after[0].content());
+    journal.push("Cut", after[1].content());
+    saveDocument(file, {file, {}, 44100, after[1].content()}, [](double) { return true; });
+    journal.saved();
+    return 0;
+}
+
+TEST(SaveDocument, KilledAtAnySystemCallTheFileIsOldOrNewAndTheDocumentCanBeRecovered) {
+    const Sound opened(Channels{test::noise(3000, 1)});
+    std::vector<EditHistory> after = {EditHistory(opened), EditHistory(opened)};
+    after[1].push("Cut", EditOps::splice(opened, 1000, 2000));
+    const test::TempFolder model;
+    saveDocument(model / "old.wav", {"x", {}, 44100, opened}, [](double) { return true; });
+    saveDocument(model / "new.wav", {"x", {}, 44100, after[1].content()}, [](double) { return true; });
+    const auto oldSamples = test::readAudio(model / "old.wav").planes;
+    const auto newSamples = test::readAudio(model / "new.wav").planes;
+    bool isKilled = true;
+    int calls = 0, olds = 0, news = 0;
+    for (; isKilled; ++calls) {
+        const test::TempFolder home;
+        const fs::path file = home / "rain.wav";
+        fs::copy(model / "old.wav", file);
+        // A kill at the return from a call is the same as one at the entry into the next.
+        const auto goOn = [&, entered = 0](int, long call) mutable { return call == -1 || entered++ < calls; };
+        isKilled = test::runTraced([&] { return saveOver(file, home / "editor", after); }, goOn) != 0;
+        const auto now = test::readAudio(file).planes;
+        const bool isNew = now == newSamples;
+        ASSERT_TRUE(isNew || now == oldSamples) << "killed at call " << calls;
+        ++(isNew ? news : olds);
+        const auto found = EditJournal::abandoned(home / "editor");
+        if (isNew) {
+            ASSERT_EQ(found.size(), 1U) << "killed at call " << calls;
+            EXPECT_EQ(EditJournal::recover(found[0]).history.now().gather(), after[1].now().gather());
+        }
+        // What the crash left doesn't stand in the way of the next save.
+        saveDocument(file, {file, {}, 44100, after[1].content()}, [](double) { return true; });
+        ASSERT_EQ(test::readAudio(file).planes, newSamples);
+        ASSERT_FALSE(fs::exists(home / ".rain.wav.bh-tmp"));
+    }
+    EXPECT_GT(olds, 30);
+    EXPECT_GT(news, 3);
+}
+
 TEST(EditJournal, AFullDiskIsSaidAndWhatWasWrittenStays) {
     const test::TempFolder home;
     const auto after = script();
     {
-        EditJournal journal(home.path() / "editor", about, after[0].now());
-        journal.push("Cut", after[1].now());
+        EditJournal journal(home.path() / "editor", about, after[0].content());
+        journal.push("Cut", after[1].content());
         const test::FullDisk full(sizeof(float) * 300010);
         EXPECT_THROW(journal.push("Paste", after[6].now()), Error);
     }

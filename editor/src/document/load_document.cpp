@@ -10,6 +10,7 @@
 
 #include "audio/stream/sample_source.h"
 #include "base/error.h"
+#include "base/memory_left.h"
 
 namespace brindlehum {
 namespace {
@@ -18,7 +19,9 @@ constexpr int blockFrames = int(SoundBlock::longest);
 
 void refuseIfTooLarge(int channels, int64_t frames) {
     const double memory = double(::sysconf(_SC_PHYS_PAGES)) * double(::sysconf(_SC_PAGESIZE));
-    if (double(channels) * double(frames) * sizeof(float) > memory / 2) {
+    // Some must be left for edits. An allocation doesn't fail: the system would end the program later.
+    const double most = std::min(memory / 2, double(memoryLeft()) * 0.8);
+    if (double(channels) * double(frames) * sizeof(float) > most) {
         throw Error(ErrorKind::tooLargeToLoad, "File too large to load");
     }
 }
@@ -44,7 +47,7 @@ int64_t appendClean(SoundBuilder& builder, std::vector<const float*>& planes, in
 
 LoadedDocument loadDocument(const std::filesystem::path& path, const std::function<void(double)>& progress,
                             const std::function<bool()>& stop) {
-    LoadedDocument out{AudioFileInfo::load(path, stop), {}, 0};
+    LoadedDocument out{AudioFileInfo::load(path, stop), {}, 0, {}};
     FileSamples samples(path, stop);
     if (samples.sampleRate() > 0 && double(samples.frames()) / samples.sampleRate() >= longestDocument) {
         throw Error(ErrorKind::tooLong, "Files over 30 minutes don't open in the editor");

@@ -7,18 +7,21 @@ namespace brindlehum {
 namespace {
 
 constexpr std::array table = {
-    MacroInfo{Macro::topAndTails, "Top & Tails", EditOps::topAndTailsDescription, "Fading the ends…"},
-    MacroInfo{Macro::verbTail, "Verb Tail", EditOps::verbTailDescription, "Ringing it out…", false},
-    MacroInfo{Macro::seamlessLoop, "Seamless Loop", EditOps::seamlessLoopDescription, "Closing the loop…"},
-    MacroInfo{Macro::hiPass, "Hi-Pass 200", "Takes out what lies below 200 Hz: rumble, wind, handling", "Filtering…"},
-    MacroInfo{Macro::texture, "Texture", EditOps::textureDescription, "Dissolving…", false},
-    MacroInfo{Macro::mono, "Mono", "Every channel becomes the mean of all", "Folding…"},
-    MacroInfo{Macro::swap, "Swap L/R", "The first two channels change places", "Swapping…"},
+    MacroInfo{Macro::topAndTails, "top-and-tails", "Top & Tails", EditOps::topAndTailsDescription, "Fading the ends…"},
+    MacroInfo{Macro::verbTail, "verb-tail", "Verb Tail", EditOps::verbTailDescription, "Ringing it out…", false},
+    MacroInfo{Macro::seamlessLoop, "seamless-loop", "Seamless Loop", EditOps::seamlessLoopDescription,
+              "Closing the loop…"},
+    MacroInfo{Macro::hiPass, "hi-pass", "Hi-Pass 200", "Takes out what lies below 200 Hz: rumble, wind, handling",
+              "Filtering…"},
+    MacroInfo{Macro::texture, "texture", "Texture", EditOps::textureDescription, "Dissolving…", false},
+    MacroInfo{Macro::mono, "mono", "Mono", "Every channel becomes the mean of all", "Folding…"},
+    MacroInfo{Macro::swap, "swap", "Swap L/R", "The first two channels change places", "Swapping…"},
 };
 
-EditStep withRange(const EditState& state, const Sound& made, const char* name) {
+EditStep withRange(const EditState& state, const Sound& made, const char* name, Marks marks) {
     const FrameRange range = state.range();
     EditState next = state;
+    next.marks = std::move(marks);
     next.sound = EditOps::replaceRegion(state.sound, range.lower, range.upper, made);
     if (state.selection) { next.selection = FrameRange{range.lower, range.lower + made.frames()}; }
     return {fitted(std::move(next)), name, EditStep::Moved{range, made.frames()}};
@@ -26,15 +29,12 @@ EditStep withRange(const EditState& state, const Sound& made, const char* name) 
 
 std::optional<EditStep> looped(const EditState& state, double sampleRate, const PinnedLoop& pinned) {
     const FrameRange range = state.selection ? *state.selection : pinned.range.value_or(state.range());
-    // The loop reads what lies around the range, up to its longest tail.
-    const int64_t around = int64_t(sampleRate * 3) + 1;
-    const int64_t first = std::max<int64_t>(range.lower - around, 0);
-    const int64_t last = std::min(range.upper + around, state.sound.frames());
-    auto loop = EditOps::seamlessLoop(state.sound.gather(first, last), sampleRate, range.lower - first,
-                                      range.upper - first, pinned.carryTail);
+    auto loop = EditOps::seamlessLoop(state.sound, sampleRate, range.lower, range.upper, pinned.carryTail);
     if (!loop) { return std::nullopt; }
-    return EditStep{
-        {Sound(loop->channels), std::nullopt, 0}, "Seamless Loop", EditStep::Moved{{0, range.lower}, 0}, true};
+    return EditStep{{Sound(loop->channels), std::nullopt, 0, trimmed(state.marks, range, state.sound.frames())},
+                    "Seamless Loop",
+                    EditStep::Moved{{0, range.lower}, 0},
+                    true};
 }
 
 }  // namespace
@@ -43,7 +43,8 @@ std::span<const MacroInfo> macros() {
     return table;
 }
 
-std::optional<EditStep> run(Macro macro, const EditState& state, double sampleRate, const PinnedLoop& pinned) {
+std::optional<EditStep> run(Macro macro, const EditState& state, double sampleRate, const PinnedLoop& pinned,
+                            EditOps::RandomEngine random) {
     if (state.sound.frames() == 0) { return std::nullopt; }
     const FrameRange range = state.range();
     EditState next = state;
@@ -60,16 +61,18 @@ std::optional<EditStep> run(Macro macro, const EditState& state, double sampleRa
         case Macro::swap:
             next.sound = EditOps::swapLR(state.sound, range.lower, range.upper);
             break;
-        case Macro::verbTail:
-            return withRange(
-                state,
-                Sound(EditOps::verbTail(state.sound.gather(range.lower, range.upper), sampleRate, 0, range.length())),
-                "Verb Tail");
-        case Macro::texture:
-            return withRange(
-                state,
-                Sound(EditOps::texture(state.sound.gather(range.lower, range.upper), sampleRate, 0, range.length())),
-                "Texture");
+        case Macro::verbTail: {
+            // The tail follows the sound, which stays where it is.
+            const Sound made(
+                EditOps::verbTail(state.sound.gather(range.lower, range.upper), sampleRate, 0, range.length(), random));
+            return withRange(state, made, "Verb Tail",
+                             replaced(state.marks, {range.upper, range.upper}, made.frames() - range.length()));
+        }
+        case Macro::texture: {
+            const Sound made(
+                EditOps::texture(state.sound.gather(range.lower, range.upper), sampleRate, 0, range.length(), random));
+            return withRange(state, made, "Texture", replaced(state.marks, range, made.frames()));
+        }
         case Macro::seamlessLoop:
             return looped(state, sampleRate, pinned);
     }

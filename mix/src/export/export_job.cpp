@@ -62,6 +62,13 @@ void ExportJob::letGo() {
     if (!isKept()) { cancel(); }
 }
 
+// A finished job is remembered for long, and mustn't keep a document in memory.
+Exporter::Request ExportJob::taken() {
+    Exporter::Request whole = request_;
+    if (request_.edited) { request_.edited->sound = Sound(); }
+    return whole;
+}
+
 // A sound that has yet to be probed counts as short.
 bool ExportJob::isShort() const {
     const AudioFileInfo& info = request_.info;
@@ -96,7 +103,7 @@ void ExportJob::run(const std::function<void()>& progressed) {
     try {
         if (stop_.stop_requested()) { return end(State::stopped, {}, {}); }
         source_ = versionOf(request_.info.url);
-        const Exporter::Request request = completion_.fill ? completion_.fill(request_) : request_;
+        const Exporter::Request request = completion_.fill ? completion_.fill(request_) : taken();
         const Exporter::Watch watch{progress, stop_.get_token(), carry_, [this] { return waitUntilKept(); }};
         const auto result = Exporter::make(request, watch);
         if (result) { product_ = versionOf(result->url); }

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "audio/stream/memory_source.h"
 #include "whole_source.h"
 
 namespace brindlehum {
@@ -17,6 +18,12 @@ constexpr double warmUpSeconds = 0.4;
 
 int warmUpFrames(const Exporter::Request& request, const ExportPlan& plan) {
     return request.loop && plan.remembers ? int(std::ceil(request.info.sampleRate * warmUpSeconds)) : 0;
+}
+
+std::unique_ptr<FrameSource> sourceOf(const Exporter::Request& request, const std::function<bool()>& stop,
+                                      bool& brokenOff) {
+    if (request.edited) { return std::make_unique<MemorySource>(request.edited->sound, request.info.sampleRate); }
+    return std::make_unique<WholeSource>(request.info, stop, brokenOff);
 }
 
 // The frames over which a round is faded into the next. An upmix works in hops, and is a little different, for noise by
@@ -34,9 +41,9 @@ int fadeFrames(const Exporter::Request& request, const FrameRange& range, const 
 std::shared_ptr<StreamReader> streamOf(const Exporter::Request& request, const FrameRange& range, int before,
                                        const std::function<bool()>& stop, bool& brokenOff) {
     const int64_t into = (range.length() - before % range.length()) % range.length();
-    return std::make_shared<StreamReader>(std::make_unique<WholeSource>(request.info, stop, brokenOff),
-                                          request.info.sampleRate, range.lower + into, range.upper, request.loop,
-                                          range.lower, range.upper, StreamReader::Use::lockstep);
+    return std::make_shared<StreamReader>(sourceOf(request, stop, brokenOff), request.info.sampleRate,
+                                          range.lower + into, range.upper, request.loop, range.lower, range.upper,
+                                          StreamReader::Use::lockstep);
 }
 
 }  // namespace

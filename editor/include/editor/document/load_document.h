@@ -6,6 +6,7 @@
 #include <functional>
 
 #include "audio/probe/audio_file_info.h"
+#include "audio/write/wav_form.h"
 #include "dsp/sound.h"
 
 namespace brindlehum {
@@ -17,10 +18,12 @@ struct LoadedDocument {
     AudioFileInfo info;
     Sound sound;
     int64_t notNumbers = 0;  // samples that were infinite or no number, and became 0
+    WavNotes notes = {};     // left to the caller
 };
 
 // Blocking I/O on the caller's thread. `progress` gets the share read so far, 0 to 1, after each block. Throws Error:
-// tooLong for a file of 30 minutes or more, tooLargeToLoad for one that would fill more than half of the memory, and
+// tooLong for a file of 30 minutes or more, tooLargeToLoad for one that would fill more than half of the memory or
+// four fifths of what is left of it, and
 // the reader's own. Returns what was read so far once `stop` returns true.
 LoadedDocument loadDocument(const std::filesystem::path& path, const std::function<void(double)>& progress,
                             const std::function<bool()>& stop);

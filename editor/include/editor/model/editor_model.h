@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "editor/document/document_model.h"
+#include "editor/document/document_pulls.h"
 #include "editor/music/music_model.h"
 #include "editor/playback/editor_transport.h"
 
@@ -14,14 +15,17 @@ namespace brindlehum {
 class EditorModel : public QObject {
     Q_OBJECT
 public:
-    // Unsaved edits are kept safe in `journals`, by default in defaultJournals().
-    EditorModel(PlaybackEngine& engine, SettingsStore& settings, MainLoop& loop, std::filesystem::path journals);
+    // Unsaved edits are kept safe in `journals`, by default in defaultJournals(). Temp edits are written on
+    // `tempEdits`, which batches share, by default on a queue of its own.
+    EditorModel(PlaybackEngine& engine, SettingsStore& settings, MainLoop& loop, std::filesystem::path journals,
+                std::shared_ptr<SerialQueue> tempEdits = std::make_shared<SerialQueue>("Brindlehum.tempedits"));
     // `brindlehum/editor` in $XDG_STATE_HOME, or in ~/.local/state.
     static std::filesystem::path defaultJournals();
 
     DocumentModel& document() { return document_; }
     MusicModel& music() { return music_; }
     EditorTransport& transport() { return transport_; }
+    DocumentPulls& pulls() { return pulls_; }
     PlayerMessage& message() { return message_; }
 
 private:
@@ -29,6 +33,7 @@ private:
     DocumentModel document_;
     MusicModel music_;
     EditorTransport transport_;
+    DocumentPulls pulls_;
 };
 
 }  // namespace brindlehum
