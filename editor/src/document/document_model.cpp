@@ -7,6 +7,7 @@
 #include "base/path.h"
 #include "document/save_document.h"
 #include "editor/document/clipboard.h"
+#include "editor/document/edit_preview.h"
 
 namespace brindlehum {
 namespace {
@@ -24,7 +25,8 @@ int64_t unixTime() {
 DocumentModel::DocumentModel(MainLoop& loop, std::filesystem::path journals, PlayerMessage& message)
     : message_(message),
       journal_(std::move(journals), loop, [this](const std::string& problem) { message_.fail(problem); }),
-      queue_(loop, "Brindlehum.editor") {
+      queue_(loop, "Brindlehum.editor"),
+      listening_(loop, "Brindlehum.preview") {
     journal_.findAbandoned([this](std::vector<std::filesystem::path> found) {
         abandoned_ = std::move(found);
         if (!abandoned_.empty()) { Q_EMIT abandonedChanged(); }
@@ -35,6 +37,13 @@ DocumentModel::~DocumentModel() = default;
 
 void DocumentModel::setBusy(std::optional<Busy> busy) {
     busy_ = std::move(busy);
+    if (!busy_) { loading_.reset(); }
+    Q_EMIT changed();
+}
+
+void DocumentModel::showLoading(Loading loading) {
+    loading_ = std::move(loading);
+    ++revision_;
     Q_EMIT changed();
 }
 
@@ -47,7 +56,13 @@ void DocumentModel::open(const std::filesystem::path& path) {
             shown = share;
             task.tell([this, share] { setBusy(Busy{"Loading…", share}); });
         };
-        return loadDocument(path, progress, [&] { return task.isStopped(); });
+        const auto shown = [&](const AudioFileInfo& info, Sound soFar, int64_t total) {
+            task.tell([this, loading = Loading{path, info, std::move(soFar), total, info.sampleRate}] {
+                showLoading(loading);
+            });
+        };
+        return loadDocument(
+            path, progress, [&] { return task.isStopped(); }, shown);
     };
     queue_.run(
         jobs_, work,
@@ -83,6 +98,7 @@ void DocumentModel::show(std::optional<Doc> doc, EditHistory history) {
 void DocumentModel::close() {
     jobs_.cancel();
     busy_.reset();
+    loading_.reset();
     journal_.close();
     show(std::nullopt, {});
 }
@@ -219,13 +235,28 @@ void DocumentModel::apply(const std::string& effect) {
             isQuick, found->name);
 }
 
-void DocumentModel::preview(const std::string& effect, const std::function<void(Sound)>& heard) {
+void DocumentModel::preview(std::function<Sound()> work, const Heard& heard) {
+    listening_.run(
+        previews_, std::move(work),
+        [this, heard, revision = revision_](Sound sound) {
+            if (revision == revision_) { heard(std::move(sound)); }
+        },
+        [this](const std::exception& error) { message_.fail(error.what()); });
+}
+
+void DocumentModel::preview(const std::string& effect, const Heard& heard) {
     if (!doc_ || !EditOps::effect(effect)) { return; }
-    // Ten seconds are enough for an ear.
-    FrameRange part = range();
-    part.upper = std::min(part.upper, part.lower + int64_t(10 * doc_->sampleRate));
-    const auto step = EditCommands::apply({sound(), part, 0}, doc_->sampleRate, effect, scope_);
-    heard(EditOps::slice(step->state.sound, part.lower, part.upper));
+    preview([state = state(), rate = doc_->sampleRate, effect,
+             lanes = scope_] { return EditPreview::ofEffect(state, rate, effect, lanes); },
+            heard);
+}
+
+void DocumentModel::preview(Macro macro, const Heard& heard) {
+    if (!doc_) { return; }
+    const PinnedLoop pinned = pinnedLoop ? pinnedLoop() : PinnedLoop{};
+    preview([state = state(), rate = doc_->sampleRate, macro,
+             pinned] { return EditPreview::ofMacro(state, rate, macro, pinned); },
+            heard);
 }
 
 void DocumentModel::run(Macro macro) {

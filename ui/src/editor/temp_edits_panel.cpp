@@ -11,6 +11,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 #include <array>
+#include <span>
 
 #include "edits/temp_edit_planner.h"
 #include "edits/temp_edit_renderer.h"
@@ -68,6 +69,7 @@ TempEditsPanel::TempEditsPanel(MusicModel& music, EditorTransport& transport, Se
 void TempEditsPanel::makePins(QVBoxLayout& column) {
     auto* row = new QHBoxLayout;
     row->addWidget(pins_ = new QLabel, 1);
+    pins_->setWordWrap(true);
     row->addWidget(reset_ = new QPushButton("Reset pins"));
     reset_->setProperty("role", "small");
     reset_->setToolTip("Drag the flags in the ruler to move pins; they snap to bar lines");
@@ -222,21 +224,29 @@ void TempEditsPanel::refreshCards() {
 }
 
 void TempEditsPanel::refreshLoops() {
-    clear(*loops_);
-    const auto& candidates = music_.analysis()->structure.loopCandidates;
-    loopsTitle_->setVisible(!candidates.empty());
-    for (size_t i = 0; i < std::min(candidates.size(), mostLoops); ++i) {
-        const LoopCandidate& each = candidates[i];
+    std::span<const LoopCandidate> candidates = music_.analysis()->structure.loopCandidates;
+    candidates = candidates.first(std::min(candidates.size(), mostLoops));
+    std::vector<QString> texts;
+    for (const LoopCandidate& each : candidates) {
         QString reasons;
         for (const auto& reason : each.reasons) {
             reasons += (reasons.isEmpty() ? "" : ", ") + QString::fromStdString(reason);
         }
-        auto* row = new QPushButton(QString::asprintf("b%d  %.0f%%  ", each.boundary + 1, each.score * 100) +
-                                    reasons.replace('&', "&&"));
+        texts.push_back(QString::asprintf("b%d  %.0f%%  ", each.boundary + 1, each.score * 100) +
+                        reasons.replace('&', "&&"));
+    }
+    if (texts == shownLoops_) { return; }
+    shownLoops_ = texts;
+    clear(*loops_);
+    loopsTitle_->setVisible(!candidates.empty());
+    for (size_t i = 0; i < candidates.size(); ++i) {
+        auto* row = new QPushButton(texts[i]);
         row->setProperty("role", "row");
         row->setToolTip("End the loop here");
-        connect(row, &QPushButton::clicked, this,
-                [this, boundary = each.boundary] { music_.movePin(PinKind::loopEnd, music_.frame(boundary)); });
+        row->setFocusPolicy(Qt::TabFocus);
+        connect(row, &QPushButton::clicked, this, [this, boundary = candidates[i].boundary] {
+            music_.movePin(PinKind::loopEnd, music_.frame(boundary));
+        });
         loops_->addWidget(row);
     }
 }

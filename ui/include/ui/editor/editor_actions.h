@@ -18,8 +18,9 @@ class EditorActions : public QObject {
 public:
     EditorActions(EditorModel& editor, EditorWaveView& wave, QWidget& window);
 
+    QAction *openFile, *saveAs, *closeDocument;  // carried out by the window
     QAction *undo, *redo, *cut, *copy, *paste, *remove, *trim, *silence, *selectAll, *selectNone;
-    QAction *zoomIn, *zoomOut, *fit, *zoomSelection, *snap;
+    QAction *zoomIn, *zoomOut, *fit, *zoomSelection, *snap, *history;
     QAction *play, *loop, *preRoll, *loopSeam, *toStart, *click;
     std::vector<QAction*> effects;  // in the order of EditOps::effects()
     std::vector<QAction*> macros;   // in the order of macros()
@@ -28,7 +29,11 @@ private:
     QAction* add(const QString& text, const QKeySequence& keys, std::function<void()> action, const QString& tip = {});
     QAction* addSwitch(const QString& text, const QKeySequence& keys, std::function<void(bool)> set,
                        const QString& tip);
+    void makeEdits();
+    void makeViews(EditorWaveView& wave);
+    void makePlayback();
     void refresh();
+    void refreshPlayback(bool isIdle);
 
     EditorModel& editor_;
     QWidget& window_;
