@@ -12,6 +12,7 @@
 #include "platform/headless_audio.h"
 #include "platform/headless_session.h"
 #include "platform/qt_main_loop.h"
+#include "ui/editor/editor_actions.h"
 #include "ui/editor/editor_wave_view.h"
 #include "ui/editor/editor_window.h"
 #include "ui/look/theme_controller.h"
@@ -157,11 +158,31 @@ void scrollOfSixteenLanes(benchmark::State& state) {
     DocumentModel& document = bed().document;
     document.setView(shown(document, state.range(0)));
     for (auto _ : state) {
+        if (document.view().end() >= double(document.total())) { document.setView(shown(document, state.range(0))); }
         document.setView(scrolled(document.view(), document.view().length / 80));
         Bench::drawn();
     }
 }
 BENCHMARK(scrollOfSixteenLanes)->Arg(600000)->Arg(30000)->Arg(600)->Arg(10)->Unit(benchmark::kMillisecond);
+
+// With all tiles there.
+void scrollOfSixteenSpectrograms(benchmark::State& state) {
+    Bench& on = bed();
+    on.window.actions().spectrum->trigger();
+    on.document.setView(shown(on.document, 600));
+    SpectrumLanes& spectrum = on.window.wave().lanes().spectrum();
+    double sign = 0;
+    const auto step = [&] {
+        sign = 1 - sign;
+        on.document.setView(scrolled(on.document.view(), (sign - 0.5) * on.document.view().length / 40));
+        Bench::drawn();
+    };
+    step();
+    while (spectrum.missing() > 0) { Bench::drawn(); }
+    for (auto _ : state) { step(); }
+    on.window.actions().spectrum->trigger();
+}
+BENCHMARK(scrollOfSixteenSpectrograms)->Unit(benchmark::kMillisecond);
 
 void playheadOverSixteenLanes(benchmark::State& state) {
     EditorWaveView& wave = bed().window.wave();

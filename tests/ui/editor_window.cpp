@@ -6,10 +6,12 @@
 #include <QTest>
 #include <random>
 
+#include "dsp/edit_ops.h"
 #include "editor/document/clipboard.h"
 #include "ui/editor/editor_actions.h"
 #include "ui/editor/editor_keys.h"
 #include "ui/editor/editor_wave_view.h"
+#include "ui/editor/spectrum_lanes.h"
 #include "window_fixture.h"
 
 namespace brindlehum {
@@ -47,7 +49,7 @@ struct EditorWindowTest : test::WindowTest {
 };
 
 TEST_F(EditorWindowTest, MenusOfferOnlyWhatWouldDoSomething) {
-    EXPECT_EQ(offered(), QStringList({"Open File…", "Close Window", "Snap", "History", "Loop", "Pre"}));
+    EXPECT_EQ(offered(), QStringList({"Open File…", "Close Window", "Spectrum", "Snap", "History", "Loop", "Pre"}));
     open();
     for (const char* each : {"Save As…", "Close Document", "Select All", "Reverse", "Verb Tail", "Play / Stop"}) {
         EXPECT_TRUE(offered().contains(each)) << each;
@@ -215,6 +217,46 @@ TEST(LanePicture, AScrollDrawsTheNewColumnsAndEqualsAPictureDrawnAnew) {
             if (image.pixel(x, y) != 0) { first = std::min(first, y), last = std::max(last, y); }
         }
         EXPECT_EQ(std::pair(first, last), std::pair(top, bottom)) << x;
+    }
+}
+
+TEST(SpectrumLanes, ShowAToneInItsRowAndMakeAnewOnlyWhatAnEditChanged) {
+    constexpr double rate = 48000;
+    std::vector<float> tone(200'000);
+    for (size_t i = 0; i < tone.size(); ++i) { tone[i] = float(std::sin(double(i) * 2 * 3.14159265 * 1000 / rate)); }
+    const Sound sound(std::vector(2, tone));
+    ManualMainLoop loop;
+    SpectrumLanes lanes(loop);
+    QImage canvas(400, 200, QImage::Format_RGB32);
+    uint64_t revision = 0;
+    const auto paint = [&](const Sound& shown, bool isLinear) {
+        QPainter painter(&canvas);
+        lanes.paint(painter, QRectF(0, 0, 400, 200), 1,
+                    {shown, revision, VisibleRange::all(200'000), {rate, isLinear}});
+        return lanes.missing();
+    };
+    for (const bool isLinear : {false, true}) {
+        ++revision;
+        // 256 frames a column, 128 columns a tile, two lanes.
+        EXPECT_EQ(paint(sound, isLinear), 2U * 7);
+        lanes.queue().drain();
+        loop.drain();
+        EXPECT_EQ(paint(sound, isLinear), 0U);
+        int brightest = 0;
+        for (int y = 0; y < 100; ++y) {
+            if (qGray(canvas.pixel(200, 100 + y)) > qGray(canvas.pixel(200, 100 + brightest))) { brightest = y; }
+        }
+        EXPECT_NEAR(brightest, 100 * (1 - SpectrumAxis{rate, isLinear}.shareOf(1000)), 1) << isLinear;
+        ++revision;
+        EXPECT_EQ(paint(sound, isLinear), 0U) << "the same samples";
+    }
+    ++revision;
+    EXPECT_EQ(paint(EditOps::silence(sound, 150'000, 151'000), true), 2U) << "one tile a lane";
+    for (const bool dark : {true, false}) {
+        const auto colors = spectrumColors(dark);
+        for (size_t i = 8; i < colors.size(); i += 8) {
+            EXPECT_EQ(qGray(colors[i]) > qGray(colors[i - 8]), dark) << i << " of " << dark;
+        }
     }
 }
 

@@ -82,6 +82,18 @@ void EditorActions::makeViews(EditorWaveView& wave) {
         "Sel", QKeySequence("Ctrl+Alt+0"), [&wave] { wave.showSelected(); }, "Show the selection");
     snap = addSwitch(
         "Snap", {}, [this](bool on) { editor_.music().setSnap(on); }, "Snap selections to beats");
+    const auto setStyle = [this, &wave] {
+        linear->setEnabled(spectrum->isChecked());
+        wave.setStyle(!spectrum->isChecked() ? EditorLanes::Style::waves
+                      : linear->isChecked()  ? EditorLanes::Style::linearSpectrum
+                                             : EditorLanes::Style::logSpectrum);
+    };
+    spectrum = addSwitch(
+        "Spectrum", QKeySequence("Ctrl+G"), [setStyle](bool) { setStyle(); }, "Show the lanes as spectrograms");
+    linear = addSwitch(
+        "Linear Frequencies", {}, [setStyle](bool) { setStyle(); },
+        "Space the spectrogram's frequencies evenly, not by octaves");
+    linear->setEnabled(false);
     history = addSwitch(
         "History", QKeySequence("Ctrl+H"), [](bool) {}, "List the steps of editing");
     history->setChecked(true);

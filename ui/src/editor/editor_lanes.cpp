@@ -4,10 +4,14 @@
 #include <algorithm>
 #include <cmath>
 
+#include "ui/look/tabular_font.h"
 #include "ui/picture/waveform_picture.h"
 
 namespace brindlehum {
 namespace {
+
+constexpr double labelSpacing = 18;  // of frequencies, logical pixels
+constexpr double labelPoints = 8;
 
 // The samples in sight themselves.
 WaveformData samplesOf(const Sound& sound, const VisibleRange& visible) {
@@ -32,9 +36,14 @@ void EditorLanes::paint(QPainter& painter, const QRectF& area, double dpr, const
     const int lanes = std::min(shown.sound.channels(), mostLanes);
     if (lanes == 0 || area.isEmpty()) { return; }
     const QSize size = (area.size() * dpr).toSize();
-    if (shown.visible.length <= size.width()) { return paintSamples(painter, area, dpr, shown, colors); }
-    const QImage& waves = waves_.draw({shown.sound, shown.revision, shown.visible, size, colors.wave});
-    painter.drawImage(area, waves, QRectF(waves.rect()));
+    if (isSpectrum()) {
+        paintSpectrum(painter, area, dpr, shown);
+    } else if (shown.visible.length <= size.width()) {
+        return paintSamples(painter, area, dpr, shown, colors);
+    } else {
+        const QImage& waves = waves_.draw({shown.sound, shown.revision, shown.visible, size, colors.wave});
+        painter.drawImage(area, waves, QRectF(waves.rect()));
+    }
     for (int lane = 1; lane < lanes; ++lane) {
         const double y = std::round(area.top() + area.height() * lane / lanes);
         painter.fillRect(QRectF(area.left(), y, area.width(), 1 / dpr), colors.separator);
@@ -43,6 +52,29 @@ void EditorLanes::paint(QPainter& painter, const QRectF& area, double dpr, const
     painter.translate(area.topLeft());
     WaveformPicture::paintLaneMarks(painter, area.size(), size_t(lanes), shown.labels, colors);
     painter.restore();
+}
+
+// The frequencies stand at the right edge of each lane that has room for them.
+void EditorLanes::paintSpectrum(QPainter& painter, const QRectF& area, double dpr, const Shown& shown) {
+    const Theme& theme = Theme::current();
+    const SpectrumAxis axis{shown.sampleRate, style == Style::linearSpectrum};
+    spectrum_.paint(painter, area, dpr, {shown.sound, shown.revision, shown.visible, axis, theme.dark});
+    const int lanes = std::min(shown.sound.channels(), mostLanes);
+    const double height = area.height() / lanes;
+    if (height < 4 * labelSpacing) { return; }
+    painter.setFont(tabularFont(labelPoints));
+    const double tall = QFontMetricsF(painter.font()).height();
+    for (int lane = 0; lane < lanes; ++lane) {
+        for (const auto& label : axis.labels(height, labelSpacing)) {
+            const double y = area.top() + height * (lane + 1 - axis.shareOf(label.frequency));
+            const double wide = QFontMetricsF(painter.font()).horizontalAdvance(label.text) + 6;
+            const QRectF plate(area.right() - wide - 8, y - tall / 2, wide, tall);
+            painter.fillRect(plate, theme.waveform.labelPlate);
+            painter.fillRect(QRectF(area.right() - 6, y, 6, 1), theme.waveform.label);
+            painter.setPen(theme.waveform.label);
+            painter.drawText(plate, Qt::AlignCenter, label.text);
+        }
+    }
 }
 
 void EditorLanes::paintSamples(QPainter& painter, const QRectF& area, double dpr, const Shown& shown,

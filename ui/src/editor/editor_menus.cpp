@@ -52,6 +52,8 @@ void fill(QMenuBar& bar, QMainWindow& window, EditorModel& editor, EditorActions
     auto* view = bar.addMenu("&View");
     view->addActions({actions.zoomIn, actions.zoomOut, actions.fit, actions.zoomSelection});
     view->addSeparator();
+    view->addActions({actions.spectrum, actions.linear});
+    view->addSeparator();
     view->addActions({actions.snap, actions.history});
 
     auto* playback = bar.addMenu("&Playback");

@@ -98,10 +98,13 @@ void EditorWaveView::paintEvent(QPaintEvent* event) {
     if (!shown) { return; }
     const QRectF lanes = lanesArea();
     const auto& info = document_.loading() ? document_.loading()->info : document_.doc()->info;
-    if (isEditable()) { paintSelection(painter, lanes); }
+    // Waves leave the ground free; a spectrogram would hide the selection.
+    if (isEditable() && !lanes_.isSpectrum()) { paintSelection(painter, lanes); }
     lanes_.paint(painter, lanes, devicePixelRatioF(),
-                 {shown->sound, document_.revision(), shown->view, laneLabels(info.detected, shown->sound.channels())},
+                 {shown->sound, document_.revision(), shown->view, laneLabels(info.detected, shown->sound.channels()),
+                  shown->sampleRate},
                  theme.waveform);
+    if (isEditable() && lanes_.isSpectrum()) { paintSelection(painter, lanes); }
     paintRulers(painter, *shown);
     if (isEditable()) {
         paintPins(painter);

@@ -27,8 +27,9 @@ constexpr double edgeScrollShare = 0.2;  // of the way beyond the edge, in each 
 
 }  // namespace
 
-EditorWaveView::EditorWaveView(DocumentModel& document, MusicModel& music, EditorTransport& transport, QWidget* parent)
-    : QWidget(parent), document_(document), music_(music), transport_(transport) {
+EditorWaveView::EditorWaveView(DocumentModel& document, MusicModel& music, EditorTransport& transport, MainLoop& loop,
+                               QWidget* parent)
+    : QWidget(parent), document_(document), music_(music), transport_(transport), lanes_(loop) {
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
     setAttribute(Qt::WA_OpaquePaintEvent);
@@ -45,8 +46,14 @@ EditorWaveView::EditorWaveView(DocumentModel& document, MusicModel& music, Edito
         update();
         Q_EMIT lanesMoved();
     });
+    connect(&lanes_.spectrum(), &SpectrumLanes::changed, this, qOverload<>(&QWidget::update));
     connect(&transport, &EditorTransport::changed, this, [this] { movePlayhead(transport_.playhead().frame()); });
     connect(&transport.playhead(), &PlayheadModel::frameChanged, this, &EditorWaveView::movePlayhead);
+}
+
+void EditorWaveView::setStyle(EditorLanes::Style style) {
+    lanes_.style = style;
+    update();
 }
 
 void EditorWaveView::refresh() {

@@ -85,7 +85,7 @@ EditorWindow::EditorWindow(EditorModel& editor, SettingsStore& settings, FileMan
     setAcceptDrops(true);
     resize(fittingSize(*this, firstSize));
     askToLeave = [this](const QString& name) { return ask(this, name); };
-    wave_ = new EditorWaveView(editor.document(), editor.music(), editor.transport());
+    wave_ = new EditorWaveView(editor.document(), editor.music(), editor.transport(), editor.loop());
     actions_ = new EditorActions(editor, *wave_, *this);
     makeBody(settings, files);
     EditorMenus::fill(*menuBar(), *this, editor, *actions_);
@@ -109,7 +109,6 @@ void EditorWindow::makeBody(SettingsStore& settings, FileManager& files) {
     auto* column = new QVBoxLayout(left);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
-    column->addWidget(makeToolbar());
     auto* lanes = new QHBoxLayout;
     lanes->setSpacing(0);
     lanes->addWidget(new LaneHeads(editor_.document(), editor_.transport(), *wave_));
@@ -127,6 +126,7 @@ void EditorWindow::makeBody(SettingsStore& settings, FileManager& files) {
     rows->setContentsMargins(0, 0, 0, 0);
     rows->setSpacing(0);
     rows->addWidget(new EditorHeader(editor_.document(), editor_.music(), editor_.transport(), settings));
+    rows->addWidget(makeToolbar());
     rows->addWidget(split, 1);
     stack_ = new QStackedWidget;
     stack_->addWidget(empty_ = new EmptyState);
@@ -211,6 +211,7 @@ QWidget* EditorWindow::makeToolbar() {
     lanes->setText("Lanes");
     row->addWidget(lanes);
     row->addStretch();
+    row->addWidget(buttonOf(actions_->spectrum, "switch"));
     row->addWidget(buttonOf(actions_->snap, "switch"));
     for (const auto& [action, icon] : {std::pair(actions_->zoomOut, "minus"), std::pair(actions_->zoomIn, "plus")}) {
         action->setIcon(symbol(icon));

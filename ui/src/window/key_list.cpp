@@ -60,7 +60,7 @@ const std::vector<Place>& places() {
           {"Double click", "Select the bar"},
           {"Ctrl+T, Delete", "Keep only the selection, delete it"},
           {"Ctrl+Z, Ctrl+Shift+Z", "Undo, redo"},
-          {"Ctrl+H", "Show the history"}}},
+          {"Ctrl+G, Ctrl+H", "Show spectrograms, the history"}}},
         {"Window",
          {{"Ctrl+O", "Add a library folder"},
           {"Ctrl+Shift+O", "Open a file"},

@@ -23,8 +23,10 @@ public:
     MusicModel& music() { return music_; }
     EditorTransport& transport() { return transport_; }
     PlayerMessage& message() { return message_; }
+    MainLoop& loop() { return loop_; }  // for what a view computes in the background
 
 private:
+    MainLoop& loop_;
     PlayerMessage message_;
     DocumentModel document_;
     MusicModel music_;

@@ -20,7 +20,7 @@ public:
 
     QAction *openFile, *saveAs, *closeDocument;  // carried out by the window
     QAction *undo, *redo, *cut, *copy, *paste, *remove, *trim, *silence, *selectAll, *selectNone;
-    QAction *zoomIn, *zoomOut, *fit, *zoomSelection, *snap, *history;
+    QAction *zoomIn, *zoomOut, *fit, *zoomSelection, *snap, *history, *spectrum, *linear;
     QAction *play, *loop, *preRoll, *loopSeam, *toStart, *click;
     std::vector<QAction*> effects;  // in the order of EditOps::effects()
     std::vector<QAction*> macros;   // in the order of macros()

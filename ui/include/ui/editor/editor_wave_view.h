@@ -20,14 +20,16 @@ namespace brindlehum {
 class EditorWaveView : public QWidget {
     Q_OBJECT
 public:
-    EditorWaveView(DocumentModel& document, MusicModel& music, EditorTransport& transport, QWidget* parent = nullptr);
+    EditorWaveView(DocumentModel& document, MusicModel& music, EditorTransport& transport, MainLoop& loop,
+                   QWidget* parent = nullptr);
 
     void zoom(double factor);  // about the cursor if it is in sight, else about the middle
     void showAll();
     void showSelected();
     QRectF lanesArea() const;  // logical pixels
     const EditorGesture::Gesture& gesture() const { return gesture_; }
-    const EditorLanes& lanes() const { return lanes_; }
+    EditorLanes& lanes() { return lanes_; }
+    void setStyle(EditorLanes::Style style);
     QSize sizeHint() const override { return {900, 320}; }
 
 Q_SIGNALS:
