@@ -4,6 +4,7 @@
 #include <QListWidget>
 #include <QMenuBar>
 #include <QTest>
+#include <QToolButton>
 #include <random>
 
 #include "dsp/edit_ops.h"
@@ -113,6 +114,20 @@ TEST_F(EditorWindowTest, EscapeTakesADragBackBeforeItClearsTheSelection) {
     EXPECT_FALSE(document.selection());
     QTest::mouseDClick(&wave, Qt::LeftButton, {}, {100, 60});
     EXPECT_EQ(document.selection(), (FrameRange{0, document.total()})) << "without bars, a double click selects all";
+}
+
+TEST_F(EditorWindowTest, SpacePlaysAndPressesOnlyTheButtonThatTabHasLedTo) {
+    open();
+    auto* solo = named<QToolButton>(window, "Solo L");
+    QTest::mouseClick(solo, Qt::LeftButton);
+    EXPECT_EQ(editor.transport().lanes().solo, std::set{0});
+    EXPECT_TRUE(window.wave().hasFocus());
+    solo->setFocus(Qt::TabFocusReason);
+    QTest::keyClick(solo, Qt::Key_Space);
+    EXPECT_TRUE(editor.transport().lanes().solo.empty());
+    EXPECT_FALSE(settle([&] { return editor.transport().queue().pending() == 0; }) && editor.transport().isPlaying());
+    QTest::keyClick(&window.wave(), Qt::Key_Space);
+    EXPECT_TRUE(settle([&] { return editor.transport().isPlaying(); }));
 }
 
 TEST_F(EditorWindowTest, AFileThatLoadsIsShownAndCannotBeEdited) {

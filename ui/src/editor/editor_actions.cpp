@@ -1,6 +1,9 @@
 // The editor's commands.
 #include "ui/editor/editor_actions.h"
 
+#include <QAbstractButton>
+#include <QApplication>
+#include <QKeyEvent>
 #include <QWidget>
 
 #include "ui/editor/editor_wave_view.h"
@@ -41,10 +44,20 @@ EditorActions::EditorActions(EditorModel& editor, EditorWaveView& wave, QWidget&
     makeEdits();
     makeViews(wave);
     makePlayback();
+    qApp->installEventFilter(this);
     connect(&editor.document(), &DocumentModel::changed, this, &EditorActions::refresh);
     connect(&editor.music(), &MusicModel::changed, this, &EditorActions::refresh);
     connect(&editor.transport(), &EditorTransport::changed, this, &EditorActions::refresh);
     refresh();
+}
+
+bool EditorActions::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() != QEvent::ShortcutOverride) { return false; }
+    const auto* button = qobject_cast<QAbstractButton*>(watched);
+    const auto* key = static_cast<QKeyEvent*>(event);
+    if (!button || button->window() != &window_ || key->key() != Qt::Key_Space || key->modifiers()) { return false; }
+    event->accept();
+    return true;
 }
 
 void EditorActions::makeEdits() {

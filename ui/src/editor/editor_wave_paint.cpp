@@ -62,8 +62,10 @@ void EditorWaveView::paintPins(QPainter& painter) const {
     const auto loop = music_.pinnedLoop().range;
     if (pins.empty()) { return; }
     if (loop) { BarRuler::paintLoop(painter, xOf(double(loop->lower)), xOf(double(loop->upper))); }
-    for (const auto& [kind, frame] : pins) {
-        BarRuler::paintPin(painter, kind, xOf(double(frame)), lanesArea().bottom());
+    for (auto pin = pins.begin(); pin != pins.end(); ++pin) {
+        const auto next = std::next(pin);
+        BarRuler::paintPin(painter, pin->first, xOf(double(pin->second)), lanesArea().bottom(),
+                           next == pins.end() ? std::nullopt : std::optional(xOf(double(next->second))));
     }
 }
 

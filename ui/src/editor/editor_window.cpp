@@ -88,6 +88,8 @@ EditorWindow::EditorWindow(EditorModel& editor, SettingsStore& settings, FileMan
     wave_ = new EditorWaveView(editor.document(), editor.music(), editor.transport(), editor.loop());
     actions_ = new EditorActions(editor, *wave_, *this);
     makeBody(settings, files);
+    // A click leaves the keyboard with the waveform.
+    for (auto* button : findChildren<QAbstractButton*>()) { button->setFocusPolicy(Qt::TabFocus); }
     EditorMenus::fill(*menuBar(), *this, editor, *actions_);
     connect(actions_->openFile, &QAction::triggered, this, &EditorWindow::chooseFile);
     connect(actions_->saveAs, &QAction::triggered, this, [this] { saveAs(); });

@@ -11,6 +11,11 @@
 #include "ui/look/icons.h"
 
 namespace brindlehum {
+namespace {
+
+constexpr int widestDescription = 380;  // logical pixels
+
+}  // namespace
 
 EffectsList::EffectsList(EditorModel& editor, const QString& hint, std::vector<Entry> entries, QWidget* parent)
     : QFrame(parent, Qt::Popup), editor_(editor), entries_(std::move(entries)) {
@@ -37,6 +42,9 @@ EffectsList::EffectsList(EditorModel& editor, const QString& hint, std::vector<E
         });
         auto* description = new QLabel(entries_[i].description);
         description->setProperty("role", "secondary");
+        description->setWordWrap(true);
+        description->setFixedWidth(
+            std::min(description->fontMetrics().horizontalAdvance(entries_[i].description) + 4, widestDescription));
         const int row = int(i) + 1;
         grid->addWidget(listen, row, 0);
         grid->addWidget(apply, row, 1);

@@ -12,7 +12,8 @@ namespace brindlehum {
 
 class EditorWaveView;
 
-// Made for one window; the shortcuts work while it has the keyboard.
+// Made for one window; the shortcuts work while it has the keyboard. Space plays, except on a button that Tab has led
+// to, which it presses.
 class EditorActions : public QObject {
     Q_OBJECT
 public:
@@ -24,6 +25,9 @@ public:
     QAction *play, *loop, *preRoll, *loopSeam, *toStart, *click;
     std::vector<QAction*> effects;  // in the order of EditOps::effects()
     std::vector<QAction*> macros;   // in the order of macros()
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     QAction* add(const QString& text, const QKeySequence& keys, std::function<void()> action, const QString& tip = {});
