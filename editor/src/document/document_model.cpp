@@ -161,9 +161,22 @@ void DocumentModel::perform(const Work& work, bool isQuick, const char* status, 
         if (done) { done(step.has_value()); }
         return;
     }
+    performAside([work](const EditOps::Progress&) { return work(); }, status, std::move(done));
+}
+
+void DocumentModel::performAside(const LongWork& work, const char* status, std::function<void(bool)> done) {
     setBusy(Busy{status, std::nullopt});
+    const auto inBackground = [this, work, status](const Background::Task& task) {
+        return work([&, shown = 0.0](double share) mutable {
+            if (share - shown >= 0.02) {
+                shown = share;
+                task.tell([this, status, share] { setBusy(Busy{status, share}); });
+            }
+            return !task.isStopped();
+        });
+    };
     queue_.run(
-        jobs_, [work] { return work(); },
+        jobs_, inBackground,
         [this, document = documents_, before = history_.stateID(),
          done = std::move(done)](std::optional<EditStep> step) {
             setBusy(std::nullopt);
@@ -265,17 +278,20 @@ void DocumentModel::run(Macro macro) {
     const bool isWhole = macro == Macro::hiPass;
     const int64_t samples = (isWhole ? total() : range().length()) * sound().channels();
     const PinnedLoop pinned = pinnedLoop ? pinnedLoop() : PinnedLoop{};
-    perform([state = state(), rate = doc_->sampleRate, macro,
-             pinned] { return brindlehum::run(macro, state, rate, pinned); },
-            info.isQuick && (samples < quickSamples || macro == Macro::topAndTails || macro == Macro::swap),
-            info.status,
-            [this, macro](bool isMade) {
-                if (isMade) {
-                    Q_EMIT macroRan(macro);
-                } else if (macro == Macro::seamlessLoop) {
-                    message_.fail(tooShortToLoop);
-                }
-            });
+    const auto done = [this, macro](bool isMade) {
+        if (isMade) {
+            Q_EMIT macroRan(macro);
+        } else if (macro == Macro::seamlessLoop) {
+            message_.fail(tooShortToLoop);
+        }
+    };
+    const auto work = [state = state(), rate = doc_->sampleRate, macro, pinned](const EditOps::Progress& progress) {
+        return brindlehum::run(macro, state, rate, pinned, progress);
+    };
+    const bool isQuick =
+        info.isQuick && (samples < quickSamples || macro == Macro::topAndTails || macro == Macro::swap);
+    if (!isQuick) { return performAside(work, info.status, done); }
+    perform([work] { return work({}); }, true, "", done);
 }
 
 void DocumentModel::setCutStyle(CutStyle style) {

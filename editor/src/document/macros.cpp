@@ -16,12 +16,15 @@ constexpr std::array table = {
     MacroInfo{Macro::swap, "Swap L/R", "The first two channels change places", "Swapping…"},
 };
 
-EditStep withRange(const EditState& state, const Sound& made, const char* name) {
+// None when the making was stopped.
+std::optional<EditStep> withRange(const EditState& state, const EditOps::Channels& channels, const char* name) {
+    if (channels.empty()) { return std::nullopt; }
+    const Sound made(channels);
     const FrameRange range = state.range();
     EditState next = state;
     next.sound = EditOps::replaceRegion(state.sound, range.lower, range.upper, made);
     if (state.selection) { next.selection = FrameRange{range.lower, range.lower + made.frames()}; }
-    return {fitted(std::move(next)), name, EditStep::Moved{range, made.frames()}};
+    return EditStep{fitted(std::move(next)), name, EditStep::Moved{range, made.frames()}};
 }
 
 std::optional<EditStep> looped(const EditState& state, double sampleRate, const PinnedLoop& pinned) {
@@ -43,7 +46,8 @@ std::span<const MacroInfo> macros() {
     return table;
 }
 
-std::optional<EditStep> run(Macro macro, const EditState& state, double sampleRate, const PinnedLoop& pinned) {
+std::optional<EditStep> run(Macro macro, const EditState& state, double sampleRate, const PinnedLoop& pinned,
+                            const EditOps::Progress& progress) {
     if (state.sound.frames() == 0) { return std::nullopt; }
     const FrameRange range = state.range();
     EditState next = state;
@@ -61,14 +65,14 @@ std::optional<EditStep> run(Macro macro, const EditState& state, double sampleRa
             next.sound = EditOps::swapLR(state.sound, range.lower, range.upper);
             break;
         case Macro::verbTail:
-            return withRange(
-                state,
-                Sound(EditOps::verbTail(state.sound.gather(range.lower, range.upper), sampleRate, 0, range.length())),
-                "Verb Tail");
+            return withRange(state,
+                             EditOps::verbTail(state.sound.gather(range.lower, range.upper), sampleRate, 0,
+                                               range.length(), progress),
+                             "Verb Tail");
         case Macro::texture:
             return withRange(
                 state,
-                Sound(EditOps::texture(state.sound.gather(range.lower, range.upper), sampleRate, 0, range.length())),
+                EditOps::texture(state.sound.gather(range.lower, range.upper), sampleRate, 0, range.length(), progress),
                 "Texture");
         case Macro::seamlessLoop:
             return looped(state, sampleRate, pinned);

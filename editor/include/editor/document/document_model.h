@@ -140,6 +140,8 @@ private:
     // Runs a step of an edit at once if it is short, else in the background.
     using Work = std::function<std::optional<EditStep>()>;
     void perform(const Work& work, bool isQuick, const char* status, std::function<void(bool)> done = {});
+    using LongWork = std::function<std::optional<EditStep>(const EditOps::Progress& progress)>;
+    void performAside(const LongWork& work, const char* status, std::function<void(bool)> done);
     void setBusy(std::optional<Busy> busy);
     void showLoading(Loading loading);
     void preview(std::function<Sound()> work, const Heard& heard);

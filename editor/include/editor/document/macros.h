@@ -26,8 +26,10 @@ struct PinnedLoop {
     bool carryTail = true;  // nothing of the music lies behind it
 };
 
-// Pure but for the noise of the halls; any thread. None for a loop that is too short, and where there is no sound.
-std::optional<EditStep> run(Macro macro, const EditState& state, double sampleRate, const PinnedLoop& pinned);
+// Pure but for the noise of the halls; any thread. None for a loop that is too short, where there is no sound, and when
+// `progress` has returned false.
+std::optional<EditStep> run(Macro macro, const EditState& state, double sampleRate, const PinnedLoop& pinned,
+                            const EditOps::Progress& progress = {});
 inline constexpr const char* tooShortToLoop = "Selection is too short to loop";
 
 }  // namespace brindlehum
