@@ -5,7 +5,7 @@
 
 Each set becomes a folder in FOLDER with FLAC files and truth.json, which holds per file: bpm, beatsPerBar, bars (the
 starts in seconds), key, groove (the style's file), kind. All sets but the long ones are rendered when none is named: some
-400 pieces of about 90 seconds. The same packages give the same samples.
+450 pieces of about 90 seconds. The same packages give the same samples.
 
 A piece is intro, A, B, A and ending of a style of mma, over chords that are drawn with its tempo, its key and a silence
 before it. Styles are split in two halves by a hash of their names: weights are fitted to the first half only.
@@ -31,7 +31,8 @@ MAJOR = ["I vi IV V", "I IV I V", "vi IV I V", "I V vi IV", "ii V I I", "I iii I
 MINOR = ["i VI III VII", "i iv V i", "i VII VI V", "i iv VII III", "i i iv V", "VI VII i i"]
 
 # two: a chord every two bars. half: two chords a bar. vamp: one chord throughout. pickup: from the last beat of a bar on.
-# drift: a tempo that wanders by 3 %. minor: chords of natural minor.
+# drift: a tempo that wanders by 3 %. minor: chords of natural minor. (drums: the drum tracks alone; left out where a style
+# has none.)
 VARIANTS = ["two", "half", "vamp", "pickup", "drift", "minor"]
 # Per set: half of the styles, seed, kinds, pieces of each kind (None: one of every style).
 SETS = {
@@ -42,6 +43,8 @@ SETS = {
     "second-variants": (1, 9, VARIANTS, 6),
     "unseen": (1, 13, ["plain"], None),
     "unseen-variants": (1, 13, VARIANTS, 12),
+    "first-drums": (0, 21, ["drums"], 32),
+    "second-drums": (1, 23, ["drums"], 32),
     "long": (0, 1, ["long"], 24),
     "long-second": (1, 1, ["long"], 24),
 }
@@ -56,6 +59,7 @@ class Style:
         time = re.search(r"^Time\s+(\d+)", text, re.M)
         self.file, self.beats = path.name, int(time.group(1)) if time else 0
         self.grooves = re.findall(r"^DefGroove\s+(\S+)", text, re.M)
+        self.drums = sorted({name.upper() for name in re.findall(r"^\s*(drum(?:-\S+)?)\s", text, re.M | re.I)})
         self.half = int(hashlib.md5(path.name.encode()).hexdigest(), 16) % 2
 
     def usable(self):
@@ -134,7 +138,8 @@ class Piece:
         script, midi, wav = (base.with_suffix(end) for end in (".mma", ".mid", ".wav"))
         script.write_text(text)
         trim = f"atrim=start={cut:.6f},asetpts=PTS-STARTPTS," if cut else ""
-        done = run("mma", script, "-f", midi) \
+        only = ["-T", ",".join(self.style.drums)] if self.kind == "drums" else []
+        done = run("mma", *only, script, "-f", midi) \
             and run("fluidsynth", "-ni", "-g", "0.6", "-r", "44100", "-F", wav, FONT, midi) \
             and run("ffmpeg", "-v", "error", "-y", "-i", wav, "-af", f"{trim}adelay={int(1000 * self.silence)}:all=1",
                     "-sample_fmt", "s16", base)

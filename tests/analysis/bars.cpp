@@ -131,8 +131,11 @@ TEST(BarEvidence, SpeaksForTheTrueBarLine) {
     const auto beats = test::beatTimes(0, seconds - 0.1, [](double) { return 120.0; });
     std::vector<double> peaks = beats;
     for (double& t : peaks) { t -= bars::attackDelay; }
+    std::vector<double> lowPeaks;
+    for (size_t i = 1; i < peaks.size(); i += 4) { lowPeaks.push_back(peaks[i]); }
     const auto env = envelopeOf(peaks, seconds);
-    const auto sound = bars::soundOf(env, env, harmony, seconds);
+    const auto low = envelopeOf(lowPeaks, seconds);
+    const auto sound = bars::soundOf(env, low, harmony, seconds);
     bars::Pulse pulse{beats, 0.5, bars::attackDelay, 0, beats.size(), 1};
     const std::array meters = {3, 4};
     const auto all = bars::hypotheses(pulse, 0, sound, meters);
@@ -142,15 +145,24 @@ TEST(BarEvidence, SpeaksForTheTrueBarLine) {
         if (&other.evidence == &right) { continue; }
         EXPECT_LT(other.evidence[bars::lowOnBar], right[bars::lowOnBar] - 0.5) << other.beatsPerBar << other.place;
         EXPECT_LT(other.evidence[bars::harmonyOnBar], right[bars::harmonyOnBar] - 0.5) << other.place;
-        if (other.beatsPerBar == 3) { EXPECT_LT(other.evidence[bars::fourBars], right[bars::fourBars]); }
+        if (other.beatsPerBar == 3) {
+            EXPECT_LT(other.evidence[bars::fourBars], right[bars::fourBars]);
+            EXPECT_LT(other.evidence[bars::lowBarLikeness], 0.1);
+        }
     }
     EXPECT_NEAR(right[bars::lowOnBar], std::sqrt(3), 0.1) << "one of four stands out: (1 - 1/4) / sqrt(3/16)";
     EXPECT_GT(right[bars::fourBars], 1);
     EXPECT_NEAR(right[bars::beatLikeness], 1, 0.1);
+    EXPECT_NEAR(right[bars::twoBeatLikeness], 1, 0.1);
+    EXPECT_NEAR(right[bars::lowBarLikeness], 1, 0.1);
     EXPECT_NEAR(right[bars::tempo], std::log2(120 / 115.0), 1e-9);
     EXPECT_EQ(right[bars::startsOnBar], 1) << "the envelope begins too late for the first beat";
     EXPECT_EQ(all[3].evidence[bars::startsOnBar], 0);
     EXPECT_LT(right[bars::onsetOnThirds], 0.1);
+
+    pulse.beats.resize(4 * 6);  // six bars, of which no two are alike at four, two or three bars
+    pulse.to = pulse.beats.size();
+    for (const auto& h : bars::hypotheses(pulse, 0, sound, std::array{4})) { EXPECT_EQ(h.evidence[bars::fourBars], 0); }
 }
 
 // Oom-pah: bass on the bar line and its fifth on the third beat of four, and louder chords with more low onset between.

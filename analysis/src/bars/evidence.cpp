@@ -67,6 +67,7 @@ EvidenceRow pulseEvidence(const Pulse& pulse, const Sound& sound) {
     };
     const double octaves = std::log2(60 / pulse.period / 115);
     row[beatLikeness] = likeness(sound.full, pulse.period);
+    row[twoBeatLikeness] = likeness(sound.full, 2 * pulse.period);
     row[tempo] = octaves;
     row[tempoSquared] = octaves * octaves;
     row[secondPhase] = pulse.second ? 1 : 0;
@@ -83,9 +84,8 @@ double placeMean(const Values& values, int place, int beatsPerBar) {
     return count > 0 ? sum / count : 0;
 }
 
-// Mean cosine between rows `lag` apart; 0 where there are too few.
+// Mean cosine between rows `lag` apart.
 double likenessOfRows(std::span<const SegmentMeans<12>::Row> rows, size_t lag) {
-    if (rows.size() <= lag + 2) { return 0; }
     double sum = 0;
     for (size_t i = lag; i < rows.size(); ++i) {
         sum += std::inner_product(rows[i].begin(), rows[i].end(), rows[i - lag].begin(), 0.0);
@@ -134,7 +134,9 @@ void addBarEvidence(Hypothesis& h, const Pulse& pulse, const BeatValues& values,
     }
     row[startsOnBar] = nearest < 0.15 * pulse.period ? 1 : 0;
     const auto rows = barRows(barLines, pulse.period * h.beatsPerBar, sound.chroma);
-    row[fourBars] = likenessOfRows(rows, 4) - 0.5 * (likenessOfRows(rows, 2) + likenessOfRows(rows, 3));
+    // With few bars all three say little, and all are negative, since the rows have their own mean taken off.
+    row[fourBars] =
+        rows.size() < 7 ? 0 : likenessOfRows(rows, 4) - 0.5 * (likenessOfRows(rows, 2) + likenessOfRows(rows, 3));
 }
 
 }  // namespace
@@ -164,10 +166,11 @@ double novelty(const SegmentMeans<12>& chroma, double t, double reach) {
 }
 
 std::vector<Hypothesis> hypotheses(const Pulse& pulse, size_t index, const Sound& sound, std::span<const int> meters) {
-    const EvidenceRow shared = pulseEvidence(pulse, sound);
+    EvidenceRow shared = pulseEvidence(pulse, sound);
     const BeatValues values = beatValues(pulse, sound);
     std::vector<Hypothesis> out;
     for (const int beatsPerBar : meters) {
+        shared[lowBarLikeness] = likeness(sound.low, pulse.period * beatsPerBar);
         for (int place = 0; place < beatsPerBar; ++place) {
             if ((pulse.from + size_t(place)) % size_t(beatsPerBar) >= pulse.beats.size()) { continue; }
             out.push_back({index, beatsPerBar, place, shared});

@@ -13,6 +13,8 @@ namespace brindlehum::bars {
 // In the order of the weights in weights.h.
 enum Evidence : size_t {
     beatLikeness,     // likeness of the onset envelope to itself a beat later
+    twoBeatLikeness,  // the same two beats later
+    lowBarLikeness,   // likeness of the low onset envelope to itself a bar later
     lowOnBar,         // low level in the first half of the beat on the bar line; by place in the bar, standardised
     lowOnMiddle,      // the same on the third beat of four
     harmonyOnBar,     // change of harmony at the bar line, over a beat to either side
@@ -23,7 +25,7 @@ enum Evidence : size_t {
     tempoInThree,     // `tempo` where a bar has three beats
     secondPhase,      // 1 when another phase of the pulse is stronger
     onsetOnBeats,     // log of the mean onset on beats over the envelope's mean
-    fourBars,         // likeness of bars four apart, less the mean of two and three apart
+    fourBars,         // likeness of bars four apart, less the mean of two and three apart; 0 below seven bars
     onsetOnThirds,    // onset at thirds of a beat, over that on beats
     onsetOnQuarters,  // the same at quarters
     startsOnBar,      // 1 when the first attack lies on a bar line, within 15 % of a beat

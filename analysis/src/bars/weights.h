@@ -12,23 +12,11 @@ struct Weight {
 
 // Fitted by bench/analysis/fit_bars.py to the accompaniments of docs/decisions/0030-bars-weighed-together.md.
 inline constexpr std::array<Weight, evidenceCount> weights = {{
-    {"beatLikeness", 3.33},
-    {"lowOnBar", 2.863},
-    {"lowOnMiddle", 0.7778},
-    {"harmonyOnBar", 1.123},
-    {"harmonyOnMiddle", 2.465},
-    {"slowOnMiddle", -2.004},
-    {"tempo", 0.9626},
-    {"tempoSquared", -2.326},
-    {"tempoInThree", 0.5254},
-    {"secondPhase", -2.5},
-    {"onsetOnBeats", 2.756},
-    {"fourBars", 3.444},
-    {"onsetOnThirds", -2.367},
-    {"onsetOnQuarters", -2.569},
-    {"startsOnBar", 2.689},
-    {"accentOnBar", 1.054},
-    {"onsetOnMiddle", -0.854},
+    {"beatLikeness", 2.884}, {"twoBeatLikeness", 1.449}, {"lowBarLikeness", 4.039},  {"lowOnBar", 1.555},
+    {"lowOnMiddle", 0.4119}, {"harmonyOnBar", 1.421},    {"harmonyOnMiddle", 3.117}, {"slowOnMiddle", -2.184},
+    {"tempo", 1.153},        {"tempoSquared", -2.407},   {"tempoInThree", 0.7658},   {"secondPhase", -2.173},
+    {"onsetOnBeats", 2.339}, {"fourBars", 2.679},        {"onsetOnThirds", -2.68},   {"onsetOnQuarters", -3.409},
+    {"startsOnBar", 2.057},  {"accentOnBar", 0.6196},    {"onsetOnMiddle", -1.235},
 }};
 
 }  // namespace brindlehum::bars
