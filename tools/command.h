@@ -31,6 +31,7 @@ bool overview(Words words);
 bool devices(Words words);
 bool render(Words words);
 bool exportFiles(Words words);
+bool edit(Words words);
 bool edits(Words words);
 bool plan(Words words);
 extern const std::string_view editsHelp;  // their words, one per line
@@ -43,6 +44,7 @@ bool facets(Words words);
 extern const std::string_view pictureHelp;  // its words, one per line
 extern const std::string_view renderHelp;   // its words, one per line
 extern const std::string_view exportHelp;   // its words, one per line
+extern const std::string_view editHelp;     // its steps, one per line
 
 // On one line. Replaces bytes that aren't UTF-8, which file names may contain, by U+FFFD.
 std::string oneLineOf(const Json& json);

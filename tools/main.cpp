@@ -22,6 +22,7 @@ constexpr Command commands[] = {
     {"search", "WORDS... [catalog PATH]", "the sounds that a catalog finds, best first", search},
     {"facets", "[catalog PATH]", "how many sounds a catalog has by category and library", facets},
     {"picture", "FILE OUT.png [WORDS...]", "the same as a picture", picture},
+    {"edit", "FILE OUT.wav STEP...", "cuts, fades and effects of the editor, one after another", edit},
     {"edits", "FILE... [WORDS...]", "makes the temp edits of each piece in a folder beside it", edits},
     {"plan", "FILE... [WORDS...]", "tells what edits would make, and writes nothing", plan},
 };
@@ -41,6 +42,7 @@ void printHelp() {
     for (const Command& command : commands) { std::cout << usage(command) << ": " << command.help << "\n"; }
     std::cout << "\nWords of render, in any order:\n" << renderHelp;
     std::cout << "\nWords of export:\n" << exportHelp;
+    std::cout << "\nSteps of edit, times in seconds or as \"end\":\n" << editHelp;
     std::cout << "\nWords of analyze, in place of what it would find:\n" << analysisHelp;
     std::cout << "\nWords of picture, besides those:\n" << pictureHelp;
     std::cout << "\nWords of edits and plan, besides those of analyze:\n" << editsHelp;

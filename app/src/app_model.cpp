@@ -3,6 +3,7 @@
 
 #include <QPointer>
 #include <algorithm>
+#include <limits>
 #include <nlohmann/json.hpp>
 #include <thread>
 
@@ -52,6 +53,9 @@ void AppModel::start(uint16_t controlPort) {
     player_.listening().chooseFirstProfile();
     editor_.music().findBars = [this](const auto& file) { return bars_.find(file); };
     editor_.music().keepBars = [this](const auto& file, const GivenBars& given) { bars_.set(file, given); };
+    editor_.document().readNotes = [](const std::filesystem::path& file) {
+        return carriedNotes(file, 0, std::numeric_limits<int64_t>::max());
+    };
     player_.dragOut().queue().setCarry([](const std::filesystem::path& source, const FrameRange& range) {
         return carriedNotes(source, range.lower, range.upper);
     });

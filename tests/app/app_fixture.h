@@ -20,7 +20,7 @@ protected:
     MemoryDefaults defaults_;
     ScriptedSession session_;
     TempFolder folder_;
-    AppModel app_{{loop_, audio_, defaults_, session_, folder_ / "Catalog.sqlite"}};
+    AppModel app_{{loop_, audio_, defaults_, session_, folder_ / "Catalog.sqlite", folder_ / "editor"}};
     Transport& transport_ = app_.player().transport();
 
     const AppSettings& settings() { return app_.settings().value(); }

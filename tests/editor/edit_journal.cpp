@@ -21,14 +21,20 @@ namespace {
 namespace fs = std::filesystem;
 using Channels = EditOps::Channels;
 
-const EditJournal::About about{fs::path("/sounds/caf\xE9.wav"), 44100, 1700000000};
+const EditJournal::About about = [] {
+    WavNotes notes{.originator = "Rec\xFF", .date = "2019-03-04"};
+    notes.timeReference = 1ULL << 40;
+    notes.cues = {{7, 10, 5, std::string("labl\0\xFF", 6)}, {9, 90000, 0, ""}};
+    return EditJournal::About{fs::path("/sounds/caf\xE9.wav"), 44100, 1700000000, notes};
+}();
 
-Sound document() {
-    return Sound(Channels{test::noise(150000, 1), test::noise(150000, 2)});
+Content document() {
+    return {Sound(Channels{test::noise(150000, 1), test::noise(150000, 2)}), {about.notes.cues, 0}};
 }
 
 EditHistory cutHistory(EditHistory history) {
-    history.push("Cut", EditOps::splice(history.now(), 20000, 90000));
+    history.push("Cut",
+                 {EditOps::splice(history.now(), 20000, 90000), replaced(history.content().marks, {20000, 90000}, 0)});
     return history;
 }
 
@@ -47,8 +53,8 @@ std::vector<EditHistory> script() {
 
 // Writes the script into a journal that stays behind, as after a crash.
 int write(const fs::path& folder, const std::vector<EditHistory>& after) {
-    EditJournal journal(folder, about, after[0].now());
-    for (const size_t step : {1U, 2U}) { journal.push(after[step].undoName(), after[step].now()); }
+    EditJournal journal(folder, about, after[0].content());
+    for (const size_t step : {1U, 2U}) { journal.push(after[step].undoName(), after[step].content()); }
     journal.undo();
     journal.redo();
     journal.saved();
@@ -57,8 +63,8 @@ int write(const fs::path& folder, const std::vector<EditHistory>& after) {
 }
 
 bool isSame(const EditHistory& a, const EditHistory& b) {
-    return a.now().gather() == b.now().gather() && a.names() == b.names() && a.position() == b.position() &&
-           a.isDirty() == b.isDirty();
+    return a.now().gather() == b.now().gather() && a.content().marks == b.content().marks && a.names() == b.names() &&
+           a.position() == b.position() && a.isDirty() == b.isDirty();
 }
 
 TEST(EditJournal, BringsBackTheWholeHistory) {
@@ -67,7 +73,7 @@ TEST(EditJournal, BringsBackTheWholeHistory) {
     const auto after = script();
     EXPECT_TRUE(EditJournal::abandoned(folder).empty());
     {
-        EditJournal alive(folder, about, after[0].now());
+        EditJournal alive(folder, about, after[0].content());
         EXPECT_TRUE(EditJournal::abandoned(folder).empty()) << "a living one isn't offered";
         EditJournal::discard(folder / fs::path(std::to_string(getpid()) + "-1.edits"));
         alive.push("Cut", after[1].now());
@@ -133,8 +139,8 @@ TEST(EditJournal, AFullDiskIsSaidAndWhatWasWrittenStays) {
     const test::TempFolder home;
     const auto after = script();
     {
-        EditJournal journal(home.path() / "editor", about, after[0].now());
-        journal.push("Cut", after[1].now());
+        EditJournal journal(home.path() / "editor", about, after[0].content());
+        journal.push("Cut", after[1].content());
         const test::FullDisk full(sizeof(float) * 300010);
         EXPECT_THROW(journal.push("Paste", after[6].now()), Error);
     }

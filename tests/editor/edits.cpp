@@ -6,6 +6,7 @@
 #include "dsp/edit_ops.h"
 #include "editor/document/edit_commands.h"
 #include "editor/document/edit_history.h"
+#include "editor/document/macros.h"
 #include "editor/music/pin_moves.h"
 #include "support/signals.h"
 
@@ -170,6 +171,69 @@ TEST(Edits, AClipSoundsTheSameInADocumentOfAnotherRate) {
     }
     const Clip pair{Sound(Channels{{1, 2}, {3, 4}}), rate};
     EXPECT_EQ(EditCommands::paste(empty, rate, pair)->state.sound.gather(), (Channels{{1, 2}, {3, 4}, {0, 0}}));
+}
+
+// Points and regions by hand, in a document of 100 frames.
+TEST(Edits, CuePointsMoveWithTheirSound) {
+    using Points = std::vector<std::pair<int64_t, int64_t>>;  // frame and length
+    EditState state{Sound(Channels{noise(100, 1)}), std::nullopt, 50, {}};
+    const Points opened = {{0, 0}, {20, 30}, {40, 0}, {60, 0}, {100, 0}};
+    for (const auto& [frame, length] : opened) {
+        state.marks.cues.push_back({uint32_t(frame), frame, length, std::to_string(frame)});
+    }
+    const auto with = [&](int64_t lower, int64_t upper) {
+        EditState selected = state;
+        selected.selection = FrameRange{lower, upper};
+        return selected;
+    };
+    const Clip clip{Sound(Channels{Samples(10)}), rate};
+    const auto cut = [&](int64_t lower, int64_t upper) {
+        return EditCommands::cut(with(lower, upper), rate, CutStyle::exact);
+    };
+    const struct {
+        const char* what;
+        std::optional<EditStep> step;
+        Points points;
+        int64_t start;  // of the first frame in the source
+    } cases[] = {
+        {"a cut at the head", cut(0, 20), {{0, 30}, {20, 0}, {40, 0}, {80, 0}}, 20},
+        {"a cut with a point in it", cut(35, 45), {{0, 0}, {20, 20}, {50, 0}, {90, 0}}, 0},
+        {"a cut over the end of a region", cut(45, 55), {{0, 0}, {20, 25}, {40, 0}, {50, 0}, {90, 0}}, 0},
+        {"all", cut(0, 100), {{0, 0}}, 100},
+        {"a paste", EditCommands::paste(state, rate, clip), {{0, 0}, {20, 30}, {40, 0}, {70, 0}, {110, 0}}, 0},
+        {"a paste over a point",
+         EditCommands::paste(with(39, 41), rate, clip),
+         {{0, 0}, {20, 38}, {68, 0}, {108, 0}},
+         0},
+        {"silence in front",
+         EditCommands::insertSilence({state.sound, {}, 0, state.marks}, 5),
+         {{5, 0}, {25, 30}, {45, 0}, {65, 0}, {105, 0}},
+         -5},
+        {"a trim", EditCommands::trim(with(10, 60), rate, CutStyle::exact), {{10, 30}, {30, 0}}, 10},
+        {"a trim to the end",
+         EditCommands::trim(with(30, 100), rate, CutStyle::exact),
+         {{10, 0}, {30, 0}, {70, 0}},
+         30},
+        {"backwards",
+         EditCommands::apply(with(10, 70), rate, "reverse", {}),
+         {{0, 0}, {30, 30}, {39, 0}, {19, 0}, {100, 0}},
+         0},
+        {"backwards in one lane", EditCommands::apply(with(10, 70), rate, "reverse", std::vector{0}), opened, 0},
+        {"a hall's tail",
+         run(Macro::verbTail, with(30, 50), 10, {}),
+         {{0, 0}, {20, 30}, {40, 0}, {100, 0}, {140, 0}},
+         0},
+        {"a texture", run(Macro::texture, with(30, 50), 10, {}), {{0, 0}, {20, 170}, {200, 0}, {240, 0}}, 0},
+    };
+    for (const auto& c : cases) {
+        Points points;
+        for (const WavCue& cue : c.step->state.marks.cues) {
+            points.emplace_back(cue.frame, cue.length);
+            EXPECT_EQ(cue.entries, std::to_string(cue.name));
+        }
+        EXPECT_EQ(points, c.points) << c.what;
+        EXPECT_EQ(c.step->state.marks.start, c.start) << c.what;
+    }
 }
 
 TEST(PinMoves, KeepTheirOrderAndTheirGlue) {

@@ -72,11 +72,18 @@ TEST_F(Carrying, TakesTheCuePointsOfThePart) {
                               riffChunk("labl", le32(3) + field("bang", 5)) +
                               riffChunk("note", le32(2) + field("n", 2)) + riffChunk("file", le32(2) + "x")));
     const std::string list =
-        "adtl" + riffChunk("labl", le32(3) + field("bang", 5)) + riffChunk("note", le32(2) + field("n", 2));
+        "adtl" + riffChunk("note", le32(2) + field("n", 2)) + riffChunk("labl", le32(3) + field("bang", 5));
     const std::string cues = riffChunk("cue ", le32(2) + point(2, 0) + point(3, 1999)) + riffChunk("LIST", list);
-    const std::string carried = carriedNotes(from, 1000, 3000).chunks;
-    EXPECT_TRUE(carried.ends_with(cues));
-    EXPECT_EQ(carriedNotes(from, 4000, 5000).chunks.find("cue "), std::string::npos);
+    EXPECT_NE(readBytes(file("part.wav", carriedNotes(from, 1000, 3000))).find(cues + "data"), std::string::npos);
+    EXPECT_TRUE(carriedNotes(from, 4000, 5000).cues.empty());
+    // A region, cut to the part.
+    const auto region = [&](uint32_t length) {
+        return riffChunk("cue ", le32(1) + point(9, 0)) +
+               riffChunk("LIST", "adtl" + riffChunk("ltxt", le32(9) + le32(length) + "rgn " + std::string(8, '\0')));
+    };
+    const auto whole = source(region(2500));
+    EXPECT_EQ(carriedNotes(whole, 0, 5000).cues.at(0).length, 2500);
+    EXPECT_NE(readBytes(file("part.wav", carriedNotes(whole, 0, 2000))).find(region(2000)), std::string::npos);
 }
 
 TEST_F(Carrying, ABrokenSourceGivesWhatCanBeRead) {
@@ -85,8 +92,7 @@ TEST_F(Carrying, ABrokenSourceGivesWhatCanBeRead) {
     EXPECT_EQ(carriedNotes(plain, 0, 100).chunks, "") << "a name alone is no metadata";
     EXPECT_EQ(carriedNotes(folder_ / "absent.wav", 0, 1).originator, "Brindlehum");
     const auto from = source(riffChunk("cue ", le32(1000000) + point(1, 5)) + riffChunk("LIST", "adtllabl" + le32(90)));
-    const std::string carried = carriedNotes(from, 0, 10).chunks;
-    EXPECT_TRUE(carried.ends_with(riffChunk("cue ", le32(1) + point(1, 5))));
+    EXPECT_EQ(carriedNotes(from, 0, 10).cues, (std::vector<WavCue>{{1, 5, 0, ""}}));
     const std::string bytes = readBytes(from);
     for (size_t cut = 40; cut < 1200; cut += 37) {
         writeBytes(from, bytes.substr(0, cut));

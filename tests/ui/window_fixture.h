@@ -20,7 +20,7 @@ struct WindowTest : testing::Test {
     ManualAudioSystem audio{loop};
     MemoryDefaults defaults;
     ScriptedSession session;
-    AppModel model{{loop, audio, defaults, session, folder / "Catalog.sqlite"}};
+    AppModel model{{loop, audio, defaults, session, folder / "Catalog.sqlite", folder / "editor"}};
     PlayerModel& player = model.player();
 
     WindowTest() {

@@ -6,6 +6,8 @@
 #include <cstdio>
 #include <string_view>
 
+#include "write/wav_cues.h"
+
 namespace brindlehum {
 namespace {
 
@@ -67,7 +69,7 @@ void writeBext(Fields& fields, const WavNotes& notes, const std::tm& now) {
         notes.date.empty() ? formatted("%04d-%02d-%02d", now.tm_year + 1900, now.tm_mon + 1, now.tm_mday) : notes.date,
         10);
     fields.text(notes.time.empty() ? formatted("%02d:%02d:%02d", now.tm_hour, now.tm_min, now.tm_sec) : notes.time, 8);
-    fields.number(notes.timeReference, 8);
+    fields.number(notes.timeReference.value_or(0), 8);
     fields.number(1, 2);
     fields.zeros(64 + 10 + 180);  // no UMID, no loudness, reserved
     fields.text(notes.codingHistory, notes.codingHistory.size() + notes.codingHistory.size() % 2);
@@ -82,7 +84,9 @@ WavHeader::WavHeader(const WavForm& form, const std::tm& created) {
     fields.id("WAVE");
     writeFormat(fields, form);
     writeBext(fields, form.notes, created);
-    fields.text(form.notes.chunks, form.notes.chunks.size());
+    for (const std::string& chunks : {form.notes.chunks, cueChunks(form.notes.cues)}) {
+        fields.text(chunks, chunks.size());
+    }
     if (form.samples == WavSamples::float32) {
         fields.id("fact");
         fields.number(4, 4);

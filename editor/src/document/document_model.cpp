@@ -5,9 +5,9 @@
 #include <chrono>
 
 #include "base/path.h"
-#include "document/save_document.h"
 #include "editor/document/clipboard.h"
 #include "editor/document/edit_preview.h"
+#include "editor/document/save_document.h"
 
 namespace brindlehum {
 namespace {
@@ -18,6 +18,16 @@ constexpr int64_t quickSamples = 2'000'000;
 int64_t unixTime() {
     return std::chrono::duration_cast<std::chrono::seconds>(std::chrono::system_clock::now().time_since_epoch())
         .count();
+}
+
+// The words may have been edited since the document was opened, and stand in the file then. Times are counted from what
+// was opened: a save over that file has moved its own.
+WavNotes notesNow(const DocumentModel::Doc& doc, const DocumentModel::ReadNotes& read) {
+    std::error_code none;
+    if (!read || !std::filesystem::is_regular_file(doc.url, none)) { return doc.notes; }
+    WavNotes notes = read(doc.url);
+    notes.timeReference = doc.notes.timeReference;
+    return notes;
 }
 
 }  // namespace
@@ -50,7 +60,7 @@ void DocumentModel::showLoading(Loading loading) {
 void DocumentModel::open(const std::filesystem::path& path) {
     setBusy(Busy{"Loading…", 0.0});
     message_.clear();
-    const auto work = [this, path](const Background::Task& task) {
+    const auto work = [this, path, read = readNotes](const Background::Task& task) {
         const auto progress = [&, shown = 0.0](double share) mutable {
             if (share - shown < 0.02) { return; }
             shown = share;
@@ -61,17 +71,20 @@ void DocumentModel::open(const std::filesystem::path& path) {
                 showLoading(loading);
             });
         };
-        return loadDocument(
+        LoadedDocument loaded = loadDocument(
             path, progress, [&] { return task.isStopped(); }, shown);
+        if (read) { loaded.notes = read(path); }
+        return loaded;
     };
     queue_.run(
         jobs_, work,
         [this, path](LoadedDocument loaded) {
             setBusy(std::nullopt);
-            Doc doc{path, std::move(loaded.info), 0};
+            Doc doc{path, std::move(loaded.info), 0, std::move(loaded.notes)};
             doc.sampleRate = doc.info.sampleRate;
-            show(std::move(doc), EditHistory(std::move(loaded.sound)));
-            journal_.begin({path, doc_->sampleRate, unixTime()});
+            const Marks marks{doc.notes.cues, 0};
+            show(std::move(doc), EditHistory({std::move(loaded.sound), marks}));
+            journal_.begin({path, doc_->sampleRate, unixTime(), doc_->notes});
             if (loaded.notNumbers > 0) {
                 message_.notify(std::to_string(loaded.notNumbers) +
                                 " samples that are no numbers were read as silence");
@@ -111,8 +124,9 @@ void DocumentModel::cancel() {
 }
 
 void DocumentModel::push(EditStep step) {
-    journal_.pushed(history_.now(), step.name, step.state.sound);
-    history_.push(step.name, step.state.sound);
+    const Content made(step.state.sound, step.state.marks);
+    journal_.pushed(history_.content(), step.name, made);
+    history_.push(step.name, made);
     selection_ = step.state.selection;
     cursor_ = step.state.cursor;
     if (step.showsFromStart) { view_ = VisibleRange::all(total()); }
@@ -205,6 +219,7 @@ void DocumentModel::copy() {
     if (!doc_) { return; }
     if (auto clip = EditCommands::copy(state(), doc_->sampleRate)) {
         EditorClipboard::set(std::move(*clip));
+        Q_EMIT copied();
         Q_EMIT changed();
     }
 }
@@ -286,7 +301,7 @@ void DocumentModel::run(Macro macro) {
         }
     };
     const auto work = [state = state(), rate = doc_->sampleRate, macro, pinned](const EditOps::Progress& progress) {
-        return brindlehum::run(macro, state, rate, pinned, progress);
+        return brindlehum::run(macro, state, rate, pinned, EditOps::systemSeeded(), progress);
     };
     const bool isQuick =
         info.isQuick && (samples < quickSamples || macro == Macro::topAndTails || macro == Macro::swap);
@@ -333,17 +348,25 @@ std::filesystem::path DocumentModel::proposedName() const {
     return doc_->url.parent_path() / name;
 }
 
+std::function<WavNotes()> DocumentModel::notesReader() const {
+    if (!doc_) {
+        return [] { return WavNotes(); };
+    }
+    return [doc = *doc_, read = readNotes] { return notesNow(doc, read); };
+}
+
 void DocumentModel::saveAs(const std::filesystem::path& path, std::function<void()> done) {
     if (!doc_) { return; }
     setBusy(Busy{"Saving…", 0.0});
-    const auto work = [this, path, sound = sound(), doc = *doc_, carry = carryMetadata](const Background::Task& task) {
+    const auto work = [this, path, content = history_.content(), doc = *doc_,
+                       notes = notesReader()](const Background::Task& task) {
         const auto progress = [&, shown = 0.0](double share) mutable {
             if (share - shown < 0.02) { return !task.isStopped(); }
             shown = share;
             task.tell([this, share] { setBusy(Busy{"Saving…", share}); });
             return !task.isStopped();
         };
-        return saveDocument(path, {doc.url, doc.info, doc.sampleRate, sound}, carry, progress);
+        return saveDocument(path, {doc.url, doc.info, doc.sampleRate, content, notes()}, progress);
     };
     queue_.run(
         saves_, work,
@@ -370,7 +393,7 @@ void DocumentModel::recover() {
     Q_EMIT abandonedChanged();
     journal_.close();
     journal_.recover(edits, [this](JournalKeeper::Recovered found) {
-        Doc doc{found.about.url, {}, found.about.sampleRate};
+        Doc doc{found.about.url, {}, found.about.sampleRate, found.about.notes};
         try {
             doc.info = AudioFileInfo::load(doc.url);
         } catch (const std::exception&) {  // the file may be gone; its channels are then taken as they are

@@ -44,7 +44,9 @@ std::optional<EditStep> without(const EditState& state, double sampleRate, CutSt
     if (style == CutStyle::zeroCrossing) { range = atZeros(state.sound, range, sampleRate); }
     Sound sound = style == CutStyle::crossfade ? overlapped(state.sound, range, sampleRate)
                                                : EditOps::splice(state.sound, range.lower, range.upper);
-    return EditStep{{std::move(sound), std::nullopt, range.lower}, name, EditStep::Moved{range, 0}};
+    return EditStep{{std::move(sound), std::nullopt, range.lower, replaced(state.marks, range, 0)},
+                    name,
+                    EditStep::Moved{range, 0}};
 }
 
 // The clip with the channels of a document and at its rate.
@@ -83,7 +85,8 @@ std::optional<EditStep> EditCommands::paste(const EditState& state, double sampl
     const Sound pasted = converted(clip, state.sound.channels(), sampleRate);
     const FrameRange over = state.selection.value_or(FrameRange{state.cursor, state.cursor});
     EditState next{EditOps::replaceRegion(state.sound, over.lower, over.upper, pasted),
-                   FrameRange{over.lower, over.lower + pasted.frames()}, state.cursor};
+                   FrameRange{over.lower, over.lower + pasted.frames()}, state.cursor,
+                   replaced(state.marks, over, pasted.frames())};
     return EditStep{fitted(std::move(next)), "Paste", EditStep::Moved{over, pasted.frames()}};
 }
 
@@ -91,7 +94,8 @@ std::optional<EditStep> EditCommands::trim(const EditState& state, double sample
     if (!state.selection) { return std::nullopt; }
     const FrameRange kept =
         style == CutStyle::zeroCrossing ? atZeros(state.sound, *state.selection, sampleRate) : *state.selection;
-    return EditStep{{EditOps::slice(state.sound, kept.lower, kept.upper), std::nullopt, 0},
+    return EditStep{{EditOps::slice(state.sound, kept.lower, kept.upper), std::nullopt, 0,
+                     trimmed(state.marks, kept, state.sound.frames())},
                     "Trim",
                     EditStep::Moved{{0, kept.lower}, 0},
                     true};
@@ -104,6 +108,37 @@ std::optional<EditStep> EditCommands::silence(const EditState& state) {
     return EditStep{std::move(next), "Silence", std::nullopt};
 }
 
+std::optional<EditStep> EditCommands::insertSilence(const EditState& state, int64_t frames) {
+    if (frames < 1) { return std::nullopt; }
+    const std::vector<Track> tracks(size_t(state.sound.channels()), Track::silence(frames));
+    EditState next{EditOps::insert(state.sound, state.cursor, Sound(tracks)),
+                   FrameRange{state.cursor, state.cursor + frames}, state.cursor,
+                   replaced(state.marks, {state.cursor, state.cursor}, frames)};
+    return EditStep{std::move(next), "Insert Silence", EditStep::Moved{{state.cursor, state.cursor}, frames}};
+}
+
+std::optional<EditStep> EditCommands::normalize(const EditState& state, double peakDb, const EditOps::Lanes& lanes) {
+    const FrameRange range = state.range();
+    std::vector<Track> tracks(state.sound.tracks().begin(), state.sound.tracks().end());
+    float peak = 0;
+    const auto isTouched = [&](size_t c) { return !lanes || std::ranges::find(*lanes, int(c)) != lanes->end(); };
+    for (size_t c = 0; c < tracks.size(); ++c) {
+        if (isTouched(c)) { peak = std::max(peak, peakOf(Sound({tracks[c]}), range)); }
+    }
+    const double gain = peak > 0 ? std::pow(10, peakDb / 20) / double(peak) : 1;
+    for (size_t c = 0; c < tracks.size(); ++c) {
+        if (!isTouched(c)) { continue; }
+        std::vector<float> samples(size_t(range.length()));
+        tracks[c].read(range.lower, samples);
+        for (float& x : samples) { x = float(double(x) * gain); }
+        tracks[c] = Track::joined(std::array{tracks[c].slice(0, range.lower), Track(samples),
+                                             tracks[c].slice(range.upper, tracks[c].length())});
+    }
+    EditState next = state;
+    next.sound = Sound(std::move(tracks));
+    return EditStep{std::move(next), "Normalize", std::nullopt};
+}
+
 std::optional<EditStep> EditCommands::apply(const EditState& state, double sampleRate, const std::string& effect,
                                             const EditOps::Lanes& lanes) {
     const EditOps::Effect* found = EditOps::effect(effect);
@@ -111,6 +146,8 @@ std::optional<EditStep> EditCommands::apply(const EditState& state, double sampl
     EditState next = state;
     const FrameRange range = state.range();
     next.sound = found->apply(state.sound, sampleRate, range.lower, range.upper, lanes);
+    // In some lanes only, the others still have the points where they were.
+    if (effect == "reverse" && !lanes) { next.marks = reversed(state.marks, range); }
     return EditStep{std::move(next), found->name, std::nullopt};
 }
 
@@ -118,6 +155,15 @@ EditState fitted(EditState state) {
     state.cursor = std::min(state.cursor, state.sound.frames());
     if (state.selection && state.selection->upper > state.sound.frames()) { state.selection.reset(); }
     return state;
+}
+
+float peakOf(const Sound& sound, const FrameRange& range) {
+    float peak = 0;
+    for (const Track& track : sound.tracks()) {
+        const PeakRange found = track.peaks(range.lower, range.upper);
+        peak = std::max({peak, std::abs(found.low), std::abs(found.high)});
+    }
+    return peak;
 }
 
 int64_t risingZeroNear(const Sound& sound, int64_t frame, double sampleRate) {

@@ -3,13 +3,13 @@
 
 namespace brindlehum {
 
-EditHistory::EditHistory(Sound opened) {
-    states_.front().sound = std::move(opened);
+EditHistory::EditHistory(Content opened) {
+    states_.front().content = std::move(opened);
 }
 
-void EditHistory::push(std::string name, Sound sound) {
+void EditHistory::push(std::string name, Content content) {
     states_.resize(current_ + 1);
-    states_.push_back({++lastID_, std::move(name), std::move(sound)});
+    states_.push_back({++lastID_, std::move(name), std::move(content)});
     if (states_.size() > depth + 1) { states_.pop_front(); }
     current_ = states_.size() - 1;
 }

@@ -16,6 +16,7 @@
 #include "base/error.h"
 #include "base/file_handle.h"
 #include "base/stored_path.h"
+#include "document/journal_notes.h"
 
 namespace brindlehum {
 namespace {
@@ -105,10 +106,10 @@ Sound soundOf(const json& step, BlockReader& blocks) {
     return Sound(std::move(tracks));
 }
 
-void replay(const json& step, BlockReader& blocks, EditHistory& history) {
+void replay(const json& step, BlockReader& blocks, const WavNotes& notes, EditHistory& history) {
     const auto what = step.at("do").get<std::string>();
     if (what == "push") {
-        history.push(step.at("name").get<std::string>(), soundOf(step, blocks));
+        history.push(step.at("name").get<std::string>(), {soundOf(step, blocks), marksOf(step, notes)});
     } else if (what == "undo") {
         history.undo();
     } else if (what == "redo") {
@@ -120,7 +121,7 @@ void replay(const json& step, BlockReader& blocks, EditHistory& history) {
 
 }  // namespace
 
-EditJournal::EditJournal(const fs::path& folder, const About& about, const Sound& opened) {
+EditJournal::EditJournal(const fs::path& folder, const About& about, const Content& opened) {
     std::error_code error;
     fs::create_directories(folder.parent_path(), error);
     if (::mkdir(folder.c_str(), 0700) != 0 && errno != EEXIST) { fail(errno); }
@@ -131,6 +132,7 @@ EditJournal::EditJournal(const fs::path& folder, const About& about, const Sound
         first["url"] = storedPath(about.url);
         first["sampleRate"] = about.sampleRate;
         first["opened"] = about.opened;
+        first["notes"] = toJson(about.notes);
         writeLine(first.dump());
     } catch (...) {
         remove();
@@ -150,10 +152,10 @@ int64_t EditJournal::offsetOf(const std::shared_ptr<const SoundBlock>& block) {
 
 // One line for a state: for each channel the pieces as [first sample of the block in the file, its length, offset in
 // it, count].
-std::string EditJournal::step(const std::string& name, const Sound& sound) {
+std::string EditJournal::step(const std::string& name, const Content& content) {
     std::erase_if(offsets_, [](const auto& known) { return known.first.expired(); });
     json tracks = json::array();
-    for (const Track& track : sound.tracks()) {
+    for (const Track& track : content.sound.tracks()) {
         json pieces = json::array();
         for (const Track::Piece& piece : track.pieces()) {
             if (piece.block) {
@@ -165,11 +167,11 @@ std::string EditJournal::step(const std::string& name, const Sound& sound) {
         tracks.push_back(std::move(pieces));
     }
     if (::fdatasync(blocksFile_.number()) != 0) { fail(errno); }
-    return json{{"do", "push"}, {"name", name}, {"tracks", std::move(tracks)}}.dump();
+    return json{{"do", "push"}, {"name", name}, {"tracks", std::move(tracks)}, {"marks", toJson(content.marks)}}.dump();
 }
 
-void EditJournal::push(const std::string& name, const Sound& sound) {
-    writeLine(step(name, sound));
+void EditJournal::push(const std::string& name, const Content& content) {
+    writeLine(step(name, content));
 }
 
 void EditJournal::writeLine(const std::string& line) {
@@ -211,12 +213,13 @@ EditJournal::Recovered EditJournal::recover(const fs::path& edits) {
         std::string line;
         std::getline(lines, line);
         const json first = json::parse(line);
-        out.about = {pathFromStored(first.at("url").get<std::string>()), first.at("sampleRate"), first.at("opened")};
-        out.history = EditHistory(soundOf(first, blocks));
+        out.about = {pathFromStored(first.at("url").get<std::string>()), first.at("sampleRate"), first.at("opened"),
+                     notesOf(first)};
+        out.history = EditHistory({soundOf(first, blocks), marksOf(first, out.about.notes)});
         auto end = off_t(line.size() + 1);
         try {
             for (; std::getline(lines, line); end += off_t(line.size() + 1)) {
-                replay(json::parse(line), blocks, out.history);
+                replay(json::parse(line), blocks, out.about.notes, out.history);
             }
         } catch (const std::exception&) { out.isWhole = false; }
         for (const auto& [from, block] : blocks.blocks()) {

@@ -44,7 +44,7 @@ Sound seamOf(const Sound& loop, double sampleRate) {
 
 Sound ofEffect(const EditState& state, double sampleRate, const std::string& effect, const EditOps::Lanes& lanes) {
     const FrameRange part = headOf(state.range(), sampleRate, seconds);
-    const auto step = EditCommands::apply({state.sound, part, 0}, sampleRate, effect, lanes);
+    const auto step = EditCommands::apply({state.sound, part, 0, {}}, sampleRate, effect, lanes);
     return step ? EditOps::slice(step->state.sound, part.lower, part.upper) : Sound();
 }
 
@@ -55,7 +55,7 @@ Sound ofMacro(const EditState& state, double sampleRate, Macro macro, const Pinn
     }
     const FrameRange part = partFor(state, sampleRate, macro);
     const auto step =
-        run(macro, {EditOps::slice(state.sound, part.lower, part.upper), std::nullopt, 0}, sampleRate, {});
+        run(macro, {EditOps::slice(state.sound, part.lower, part.upper), std::nullopt, 0, {}}, sampleRate, {});
     return step ? step->state.sound : Sound();
 }
 

@@ -48,7 +48,7 @@ void JournalKeeper::begin(const EditJournal::About& about) {
     write([about](Files& files) { files.about = about; });
 }
 
-void JournalKeeper::pushed(const Sound& before, const std::string& name, const Sound& after) {
+void JournalKeeper::pushed(const Content& before, const std::string& name, const Content& after) {
     write([folder = folder_, before, name, after](Files& files) {
         if (!files.journal) { files.journal.emplace(folder, files.about, before); }
         files.journal->push(name, after);

@@ -46,7 +46,7 @@ int64_t appendClean(SoundBuilder& builder, std::vector<const float*>& planes, in
 
 LoadedDocument loadDocument(const std::filesystem::path& path, const std::function<void(double)>& progress,
                             const std::function<bool()>& stop, const ShowLoading& shown) {
-    LoadedDocument out{AudioFileInfo::load(path, stop), {}, 0};
+    LoadedDocument out{AudioFileInfo::load(path, stop), {}, 0, {}};
     FileSamples samples(path, stop);
     if (samples.sampleRate() > 0 && double(samples.frames()) / samples.sampleRate() >= longestDocument) {
         throw Error(ErrorKind::tooLong, "Files over 30 minutes don't open in the editor");

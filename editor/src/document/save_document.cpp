@@ -1,27 +1,28 @@
 // Saves a document block by block.
-#include "document/save_document.h"
+#include "editor/document/save_document.h"
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
+#include <optional>
 
 #include "audio/speakers/channel_layout.h"
 #include "audio/write/wav_file_writer.h"
+#include "base/file_handle.h"
 #include "base/file_replacement.h"
 #include "base/number_text.h"
 #include "base/path.h"
+#include "editor/document/edit_commands.h"
 
 namespace brindlehum {
 namespace {
 
 constexpr int64_t blockFrames = 65536;
 
-float peakOf(const Sound& sound) {
-    float peak = 0;
-    for (const Track& track : sound.tracks()) {
-        const PeakRange range = track.peaks(0, track.length());
-        peak = std::max({peak, std::abs(range.low), std::abs(range.high)});
-    }
-    return peak;
+WavNotes notesOf(const SavedSound& saved) {
+    WavNotes notes = noted(saved.notes, saved.content.marks);
+    notes.description = "Edited in Brindlehum from " + printableName(saved.url);
+    return notes;
 }
 
 }  // namespace
@@ -36,12 +37,17 @@ uint32_t channelMask(const SourceFormat& source, int channels) {
 }
 
 SaveResult saveDocument(const std::filesystem::path& path, const SavedSound& saved,
-                        const DocumentModel::CarryMetadata& carry, const std::function<bool(double)>& progress) {
-    const Sound& sound = saved.sound;
-    FileReplacement file(path);
-    WavFileWriter writer(file.sink(), saved.sampleRate, sound.channels(),
-                         channelMask(saved.info.detected, sound.channels()),
-                         "Edited in Brindlehum from " + saved.url.filename().string());
+                        const std::function<bool(double)>& progress) {
+    const Sound& sound = saved.content.sound;
+    std::optional<FileHandle> old;
+    std::error_code none;
+    if (std::filesystem::symlink_status(path, none).type() == std::filesystem::file_type::regular) {
+        old.emplace(path);
+    }
+    const auto file = old ? std::make_unique<FileReplacement>(path, *old) : std::make_unique<FileReplacement>(path);
+    WavFileWriter writer(file->sink(),
+                         {saved.sampleRate, sound.channels(), channelMask(saved.info.detected, sound.channels()),
+                          saved.samples, notesOf(saved)});
     for (int64_t at = 0; at < sound.frames(); at += blockFrames) {
         const int64_t count = std::min(blockFrames, sound.frames() - at);
         const auto block = sound.gather(at, at + count);
@@ -51,10 +57,9 @@ SaveResult saveDocument(const std::filesystem::path& path, const SavedSound& sav
         if (!progress(double(at + count) / double(sound.frames()))) { return {}; }
     }
     writer.finish();
-    file.commit();
-    if (carry) { carry(saved.url, path); }
-    const float peak = peakOf(sound);
-    if (peak <= 1) { return {true, ""}; }
+    file->commit();
+    const float peak = peakOf(sound, {0, sound.frames()});
+    if (peak <= 1 || saved.samples == WavSamples::float32) { return {true, ""}; }
     return {true, " · peaks " + fixed(20 * std::log10(double(peak)), 1) + " dB above full scale were clipped"};
 }
 

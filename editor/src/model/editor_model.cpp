@@ -13,7 +13,8 @@ EditorModel::EditorModel(PlaybackEngine& engine, SettingsStore& settings, MainLo
       message_(loop),
       document_(loop, std::move(journals), message_),
       music_(document_, settings, loop, message_),
-      transport_(engine, settings, document_, music_, loop, message_) {
+      transport_(engine, settings, document_, music_, loop, message_),
+      pulls_(document_, settings, message_, loop) {
     document_.pinnedLoop = [this] { return music_.pinnedLoop(); };
     connect(&document_, &DocumentModel::macroRan, this, [this](Macro macro) {
         if (macro == Macro::seamlessLoop) { transport_.setLoops(true); }

@@ -75,7 +75,6 @@ WavNotes carriedNotes(const std::filesystem::path& source, int64_t lower, int64_
     WavNotes notes;
     try {
         std::string production;
-        std::string cues;
         const FileHandle file(source);
         if (const auto walked = walk(file)) {
             const auto contentOf = [&](std::string_view id) {
@@ -84,9 +83,9 @@ WavNotes carriedNotes(const std::filesystem::path& source, int64_t lower, int64_
             };
             takeBext(contentOf("bext"), lower, notes);
             production = productionOf(repairUtf8(contentOf("iXML")));
-            cues = cuePoints(file, *walked, lower, upper);
+            notes.cues = cuePoints(file, *walked, lower, upper);
         }
-        notes.chunks = ixmlOf(MetaIO::read(source), production) + cues;
+        notes.chunks = ixmlOf(MetaIO::read(source), production);
     } catch (const Error&) { return notes; }
     return notes;
 }

@@ -1,17 +1,19 @@
-// The cue points of a WAVE file, cut to a part of it (Multimedia Programming Interface and Data Specifications 1.0).
+// Reads the cue points of a part of a WAVE file (Multimedia Programming Interface and Data Specifications 1.0).
 #pragma once
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
+#include "audio/write/wav_form.h"
 #include "base/file_handle.h"
 #include "meta/riff_walk.h"
 
 namespace brindlehum::RIFFMeta {
 
-// A `cue ` chunk with the points from frame `lower` to before `upper`, counted from `lower`, and a `LIST` chunk of type
-// `adtl` with what belongs to them; empty without such points.
-std::string cuePoints(const FileHandle& file, const Walk& walk, int64_t lower, int64_t upper);
+// The points from frame `lower` to before `upper`, counted from `lower`, in the order of the file. Regions end at
+// `upper`.
+std::vector<WavCue> cuePoints(const FileHandle& file, const Walk& walk, int64_t lower, int64_t upper);
 
 // A chunk of a plain WAV file, padded.
 std::string riffChunk(const std::string& id, const std::string& body);

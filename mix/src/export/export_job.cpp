@@ -59,6 +59,13 @@ void ExportJob::letGo() {
     if (!isKept()) { cancel(); }
 }
 
+// A finished job is remembered for long, and mustn't keep a document in memory.
+Exporter::Request ExportJob::taken() {
+    Exporter::Request whole = request_;
+    if (request_.edited) { request_.edited->sound = Sound(); }
+    return whole;
+}
+
 // On the queue; false when cancelled instead.
 bool ExportJob::waitUntilKept() {
     std::unique_lock guard(lock_);
@@ -81,7 +88,7 @@ void ExportJob::run(const std::function<void()>& progressed) {
     };
     try {
         source_ = versionOf(request_.info.url);
-        const Exporter::Request request = completion_.fill ? completion_.fill(request_) : request_;
+        const Exporter::Request request = completion_.fill ? completion_.fill(request_) : taken();
         const Exporter::Watch watch{progress, stop_.get_token(), carry_, [this] { return waitUntilKept(); }};
         const auto result = stop_.stop_requested() ? std::nullopt : Exporter::make(request, watch);
         if (result) { product_ = versionOf(result->url); }

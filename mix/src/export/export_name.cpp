@@ -81,7 +81,8 @@ std::string within(std::string_view stem, std::string_view end) {
 
 std::string fileName(const Exporter::Request& request) {
     const std::string end = portable(rangeOf(request) + formOf(request)).append(extension);
-    return within(portable(request.info.url.stem().string()), end);
+    const char* made = request.edited ? " edit" : "";
+    return within(portable(request.info.url.stem().string() + made), end);
 }
 
 std::string numbered(const std::string& fileName, int number) {

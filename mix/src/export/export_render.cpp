@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "audio/stream/memory_source.h"
 #include "whole_source.h"
 
 namespace brindlehum {
@@ -18,13 +19,18 @@ int warmUpFrames(const Exporter::Request& request, const ExportPlan& plan) {
     return request.loop && plan.remembers ? int(std::ceil(request.info.sampleRate * warmUpSeconds)) : 0;
 }
 
+std::unique_ptr<FrameSource> sourceOf(const Exporter::Request& request, const std::function<bool()>& stop,
+                                      bool& brokenOff) {
+    if (request.edited) { return std::make_unique<MemorySource>(request.edited->sound, request.info.sampleRate); }
+    return std::make_unique<WholeSource>(request.info, stop, brokenOff);
+}
+
 // A loop goes round and round, also one that is shorter than the warm-up.
 std::shared_ptr<StreamReader> streamOf(const Exporter::Request& request, const FrameRange& range, int warmUp,
                                        const std::function<bool()>& stop, bool& brokenOff) {
     const int64_t into = (range.length() - warmUp % range.length()) % range.length();
-    return std::make_shared<StreamReader>(std::make_unique<WholeSource>(request.info, stop, brokenOff),
-                                          request.info.sampleRate, range.lower + into, range.upper, request.loop,
-                                          range.lower, range.upper);
+    return std::make_shared<StreamReader>(sourceOf(request, stop, brokenOff), request.info.sampleRate,
+                                          range.lower + into, range.upper, request.loop, range.lower, range.upper);
 }
 
 }  // namespace

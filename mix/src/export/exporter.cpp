@@ -47,7 +47,7 @@ FrameRange rangeOf(const Request& request) {
 // A long name is cut, not what the channels are.
 std::string describe(const Request& request, const FrameRange& range, const std::string& label) {
     const auto seconds = [&](int64_t frame) { return fixed(double(frame) / request.info.sampleRate, 3); };
-    const std::string start = "Pulled from ";
+    const std::string start = request.edited ? "Edited in Brindlehum from " : "Pulled from ";
     const std::string end = " [" + seconds(range.lower) + "-" + seconds(range.upper) + " s] " + label;
     const size_t room =
         WavFileWriter::descriptionBytes - std::min(start.size() + end.size(), WavFileWriter::descriptionBytes);
@@ -87,7 +87,9 @@ std::optional<Result> write(const Request& request, const Watch& watch) {
     checkSize(plan);
     PullFile pull(request.folder / ExportName::day(std::time(nullptr)), ExportName::fileName(request));
     pull.file().reserve(uint64_t(plan.frames) * plan.frameBytes());
-    WavNotes notes = watch.carry ? watch.carry(request.info.url, range) : WavNotes();
+    WavNotes notes = request.edited ? request.edited->notes()
+                     : watch.carry  ? watch.carry(request.info.url, range)
+                                    : WavNotes();
     notes.description = describe(request, range, plan.label);
     WavFileWriter writer(pull.file().sink(),
                          {request.info.sampleRate, plan.channels, plan.mask, plan.samples, std::move(notes)});
@@ -103,9 +105,8 @@ std::optional<Result> write(const Request& request, const Watch& watch) {
 
 std::optional<Result> make(const Request& asked, const Watch& watch) {
     const Request request = effective(asked);
-    if (request.mode.kind == DragExport::Kind::original && !request.range && request.listen == ListenMode::normal) {
-        return untouched(request);
-    }
+    const bool isWhole = request.mode.kind == DragExport::Kind::original && !request.range;
+    if (isWhole && request.listen == ListenMode::normal && !request.edited) { return untouched(request); }
     try {
         return write(request, watch);
     } catch (const std::exception&) {

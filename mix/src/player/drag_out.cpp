@@ -1,9 +1,8 @@
-// DragOut: the request that a drag stands for, and its outcome as a message.
+// DragOut: the request that a drag stands for.
 #include "mix/player/drag_out.h"
 
 #include <algorithm>
 
-#include "base/path.h"
 #include "upmix/upmix_presets.h"
 
 namespace brindlehum {
@@ -25,14 +24,12 @@ Exporter::Request bound(Exporter::Request request, const FormatOverrides& format
 
 DragOut::DragOut(const LoadedSound& sound, const Transport& transport, const ListeningSetup& listening,
                  const SettingsStore& settings, const FormatOverrides& formats, PlayerMessage& message, MainLoop& loop)
-    : sound_(sound),
+    : PullSource(message, loop),
+      sound_(sound),
       transport_(transport),
       listening_(listening),
       settings_(settings),
-      formats_(formats),
-      message_(message),
-      queue_(loop),
-      progress_(queue_, message, loop) {
+      formats_(formats) {
     connect(&sound, &LoadedSound::sourceChanged, this, [this] { ++readings_; });
 }
 
@@ -86,48 +83,13 @@ std::optional<Exporter::Request> DragOut::request(bool selectionOnly) const {
     return asked;
 }
 
-std::shared_ptr<ExportJob> DragOut::startExport(bool selectionOnly) {
-    const auto asked = request(selectionOnly);
-    return asked ? queue_.start(*asked, ExportQueue::Hold::untilKept) : nullptr;
-}
-
 std::shared_ptr<ExportJob> DragOut::startExport(const std::filesystem::path& file) {
     Exporter::Request asked = unbound();
     asked.info.url = file;
     const auto fill = [formats = formats_, upmixes = listening_.upmix().enabled](Exporter::Request request) {
         return bound(std::move(request), formats, upmixes);
     };
-    return queue_.start(asked, ExportQueue::Hold::untilKept, {fill, readings_});
-}
-
-std::optional<std::filesystem::path> DragOut::awaitFile(const std::shared_ptr<ExportJob>& job, double patience) {
-    job->keep();
-    if (!job->wait(patience)) {
-        progress_.announce(job, ExportProgress::Purpose::nextDrag);
-        message_.fail("The file is still being rendered: drag again in a moment");
-        return std::nullopt;
-    }
-    const auto result = job->result();
-    if (!result) {
-        if (job->state() == ExportJob::State::failed) { message_.fail(job->failure()); }
-        return std::nullopt;
-    }
-    if (const std::string remark = Exporter::remark(*result); !remark.empty()) {
-        message_.fail(printableName(result->url) + ": " + remark);
-    }
-    return result->url;
-}
-
-std::optional<std::filesystem::path> DragOut::exportForDrag(bool selectionOnly) {
-    const auto job = startExport(selectionOnly);
-    return job ? awaitFile(job) : std::nullopt;
-}
-
-void DragOut::exportToPulls(bool selectionOnly) {
-    const auto job = startExport(selectionOnly);
-    if (!job) { return; }
-    job->keep();
-    progress_.announce(job, ExportProgress::Purpose::file);
+    return queue().start(asked, ExportQueue::Hold::untilKept, {fill, readings_});
 }
 
 }  // namespace brindlehum

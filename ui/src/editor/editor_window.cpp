@@ -22,6 +22,7 @@
 #include "audio/probe/audio_file_info.h"
 #include "base/time_text.h"
 #include "platform/session.h"
+#include "ui/editor/document_out.h"
 #include "ui/editor/editor_actions.h"
 #include "ui/editor/editor_header.h"
 #include "ui/editor/editor_menus.h"
@@ -38,6 +39,7 @@
 #include "ui/look/path_text.h"
 #include "ui/look/screen_fit.h"
 #include "ui/look/tabular_font.h"
+#include "ui/player/drag_handle.h"
 
 namespace brindlehum {
 namespace {
@@ -243,6 +245,7 @@ QWidget* EditorWindow::makeTransport() {
     for (QAction* each : {actions_->loop, actions_->preRoll, actions_->loopSeam}) {
         row->addWidget(buttonOf(each, "switch"));
     }
+    row->addWidget((new DocumentOut(editor_, *wave_))->handle());
     row->addStretch();
     for (QLabel** each : {&position_, &selected_, &length_}) {
         row->addSpacing(10);

@@ -46,15 +46,17 @@ QByteArray uriList(const std::vector<std::filesystem::path>& files) {
     return list;
 }
 
+QByteArray copiedList(const std::vector<std::filesystem::path>& files) {
+    QByteArray lines = "copy";
+    for (const auto& file : files) { lines += '\n' + urlOf(file).toEncoded(); }
+    return lines;
+}
+
 void copy(const std::vector<std::filesystem::path>& files) {
     QMimeData* data = mimeData(files);
-    QByteArray lines = "copy";
     QStringList paths;
-    for (const auto& file : files) {
-        lines += '\n' + urlOf(file).toEncoded();
-        paths << pathText(file);
-    }
-    data->setData("x-special/gnome-copied-files", lines);
+    for (const auto& file : files) { paths << pathText(file); }
+    data->setData(copiedFiles, copiedList(files));
     data->setText(paths.join('\n'));
     QGuiApplication::clipboard()->setMimeData(data);
 }

@@ -10,20 +10,23 @@ const QString uriList = "text/uri-list";
 
 }  // namespace
 
-PromisedFiles::PromisedFiles(std::function<Files()> await) : await_(std::move(await)) {}
+PromisedFiles::PromisedFiles(std::function<Files()> await, bool isCopy) : await_(std::move(await)), isCopy_(isCopy) {}
 
 QStringList PromisedFiles::formats() const {
-    return {uriList};
+    QStringList offered{uriList};
+    if (isCopy_) { offered << FileDrag::copiedFiles; }
+    return offered;
 }
 
 bool PromisedFiles::hasFormat(const QString& format) const {
-    return format == uriList;
+    return formats().contains(format);
 }
 
 QVariant PromisedFiles::retrieveData(const QString& format, QMetaType /*type*/) const {
-    if (format != uriList) { return {}; }
+    if (!hasFormat(format)) { return {}; }
     const Files files = await_();
-    return files.empty() ? QVariant() : QVariant(FileDrag::uriList(files));
+    if (files.empty()) { return {}; }
+    return format == uriList ? FileDrag::uriList(files) : FileDrag::copiedList(files);
 }
 
 }  // namespace brindlehum

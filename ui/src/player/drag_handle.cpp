@@ -1,10 +1,10 @@
-// Starts the drag of the whole sound.
+// Starts the drag.
 #include "ui/player/drag_handle.h"
 
 #include <QApplication>
 #include <QMouseEvent>
 
-#include "mix/player/drag_out.h"
+#include "mix/player/pull_source.h"
 #include "ui/look/icons.h"
 #include "ui/player/drag_session.h"
 #include "ui/player/export_picture.h"
@@ -26,7 +26,7 @@ void DragHandle::mousePressEvent(QMouseEvent* event) {
     event->accept();
     if (event->button() != Qt::LeftButton || !drags_) { return; }
     pressedAt_ = event->pos();
-    drags_->press(false);
+    drags_->press(selectionOnly_);
 }
 
 void DragHandle::mouseMoveEvent(QMouseEvent* event) {
@@ -34,8 +34,7 @@ void DragHandle::mouseMoveEvent(QMouseEvent* event) {
         return;
     }
     pressedAt_.reset();
-    const DragOut& dragOut = drags_->dragOut();
-    const QString form = QString::fromStdString(dragOut.formName(dragOut.dragExport()));
+    const QString form = QString::fromStdString(drags_->source().formName());
     drags_->run(this, exportPicture(picture ? picture() : QPixmap(), {8, 8}, form));
 }
 

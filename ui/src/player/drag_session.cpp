@@ -18,26 +18,26 @@ constexpr double patienceAgain = 0.2;  // seconds
 
 // After a drag that no target has taken: a target that has asked for the file got it too late to accept the drop.
 // Escape leaves the button down, and nothing to say.
-void tellIfLate(DragOut* dragOut, const std::shared_ptr<ExportJob>& job) {
-    if (!dragOut || !job->isKept() || QGuiApplication::mouseButtons() != Qt::NoButton) { return; }
-    dragOut->progress().announce(job, ExportProgress::Purpose::nextDrag);
+void tellIfLate(PullSource* source, const std::shared_ptr<ExportJob>& job) {
+    if (!source || !job->isKept() || QGuiApplication::mouseButtons() != Qt::NoButton) { return; }
+    source->progress().announce(job, ExportProgress::Purpose::nextDrag);
 }
 
 // Outlives the session: on X11 a target may ask minutes after the drop.
 class Awaiting {
 public:
-    Awaiting(DragOut& dragOut, std::shared_ptr<ExportJob> job) : dragOut_(&dragOut), job_(std::move(job)) {}
+    Awaiting(PullSource& source, std::shared_ptr<ExportJob> job) : source_(&source), job_(std::move(job)) {}
 
     PromisedFiles::Files operator()() {
-        if (!dragOut_) { return {}; }
-        const auto file = dragOut_->awaitFile(job_, std::exchange(patience_, patienceAgain));
+        if (!source_) { return {}; }
+        const auto file = source_->awaitFile(job_, std::exchange(patience_, patienceAgain));
         return file ? PromisedFiles::Files{*file} : PromisedFiles::Files();
     }
 
 private:
-    QPointer<DragOut> dragOut_;
+    QPointer<PullSource> source_;
     std::shared_ptr<ExportJob> job_;
-    double patience_ = DragOut::patienceSeconds;
+    double patience_ = PullSource::patienceSeconds;
 };
 
 // Of several files, while the drag lasts and longer.
@@ -107,7 +107,7 @@ void dragForms(DragOut& dragOut, const std::vector<std::filesystem::path>& files
 
 void DragSession::press(bool selectionOnly) {
     release();
-    job_ = dragOut_.startExport(selectionOnly);
+    job_ = source_.startExport(selectionOnly);
 }
 
 void DragSession::release() {
@@ -117,11 +117,11 @@ void DragSession::release() {
 void DragSession::run(QWidget* source, const FileDrag::Picture& picture) {
     const auto job = std::exchange(job_, nullptr);
     if (!job) { return; }
-    const QPointer<DragOut> dragOut(&dragOut_);  // the session may be gone when the drag is over
-    const bool taken = drag(source, std::make_unique<PromisedFiles>(Awaiting(dragOut_, job)), picture);
+    const QPointer<PullSource> pulls(&source_);  // the session may be gone when the drag is over
+    const bool taken = drag(source, std::make_unique<PromisedFiles>(Awaiting(source_, job)), picture);
     if (taken) { return job->keep(); }
     job->letGo();
-    tellIfLate(dragOut, job);
+    tellIfLate(pulls, job);
 }
 
 }  // namespace brindlehum

@@ -5,7 +5,7 @@
 #include <QGuiApplication>
 #include <utility>
 
-#include "mix/player/drag_out.h"
+#include "mix/player/pull_source.h"
 #include "ui/look/file_drag.h"
 
 namespace brindlehum {
@@ -15,22 +15,22 @@ constexpr double blockSeconds = 0.3;
 
 }  // namespace
 
-ExportCopy::ExportCopy(DragOut& dragOut, QObject* parent) : QObject(parent), dragOut_(dragOut) {
-    connect(&dragOut.queue(), &ExportQueue::finished, this, [this](const std::shared_ptr<ExportJob>& job) {
+ExportCopy::ExportCopy(PullSource& source, QObject* parent) : QObject(parent), source_(source) {
+    connect(&source.queue(), &ExportQueue::finished, this, [this](const std::shared_ptr<ExportJob>& job) {
         if (job == job_) { finish(); }
     });
     connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, [this] {
         if (const auto job = std::exchange(job_, nullptr)) {
-            dragOut_.progress().announce(job, ExportProgress::Purpose::file);
+            source_.progress().announce(job, ExportProgress::Purpose::file);
         }
     });
 }
 
 void ExportCopy::copy(bool selectionOnly) {
-    job_ = dragOut_.startExport(selectionOnly);
+    job_ = source_.startExport(selectionOnly);
     if (!job_) { return; }
     job_->keep();
-    dragOut_.progress().announce(job_, ExportProgress::Purpose::copy);
+    source_.progress().announce(job_, ExportProgress::Purpose::copy);
     if (job_->wait(blockSeconds)) { finish(); }
 }
 

@@ -9,7 +9,7 @@
 #include <QToolTip>
 #include <cmath>
 
-#include "mix/player/drag_out.h"
+#include "mix/player/pull_source.h"
 #include "ui/player/drag_session.h"
 #include "ui/player/export_picture.h"
 
@@ -221,8 +221,7 @@ void WaveformView::startDrag(bool selectionOnly, const QPoint& at) {
             area = selectedArea().intersected(area);
             area.setWidth(std::max(area.width(), minDragWidth));
         }
-        const DragOut& dragOut = drags_->dragOut();
-        const QString form = QString::fromStdString(dragOut.formName(dragOut.dragExport()));
+        const QString form = QString::fromStdString(drags_->source().formName());
         drags_->run(this, exportPicture(grab(area.toRect()), at - area.topLeft().toPoint(), form));
     }
     if (alive) { gesture_ = WaveformGesture::Idle{}; }

@@ -2,7 +2,9 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <vector>
 
 namespace brindlehum {
 
@@ -16,16 +18,27 @@ constexpr int bytesOf(WavSamples samples) {
     return samples == WavSamples::float32 ? 4 : 3;
 }
 
+// A cue point (Multimedia Programming Interface and Data Specifications 1.0) with what belongs to it.
+struct WavCue {
+    uint32_t name = 0;      // unique in its file
+    int64_t frame = 0;      // points beyond 32 bits aren't written
+    int64_t length = 0;     // frames of the region that begins there; 0 without one
+    std::string entries{};  // its labels, notes and regions: whole chunks of an `adtl` list
+    bool operator==(const WavCue&) const = default;
+};
+
 // The fields of `bext` (EBU Tech 3285), in UTF-8 and each cut to its length, and further chunks.
 struct WavNotes {
-    std::string description;  // 256 bytes
+    std::string description = {};  // 256 bytes
     std::string originator = "Brindlehum";
     std::string originatorReference = {};
-    std::string date = {};       // "yyyy-mm-dd"; empty: today, in local time
-    std::string time = {};       // "hh:mm:ss"; empty: now
-    uint64_t timeReference = 0;  // frames from midnight to the first one
+    std::string date = {};                       // "yyyy-mm-dd"; empty: today, in local time
+    std::string time = {};                       // "hh:mm:ss"; empty: now
+    std::optional<uint64_t> timeReference = {};  // frames from midnight to the first one; written as 0 if unknown
     std::string codingHistory = {};
     std::string chunks = {};  // whole chunks with their heads and padding, to stand before the samples
+    std::vector<WavCue> cues = {};
+    bool operator==(const WavNotes&) const = default;
 };
 
 struct WavForm {

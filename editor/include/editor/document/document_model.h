@@ -28,6 +28,7 @@ public:
         std::filesystem::path url;  // the file that it was opened from
         AudioFileInfo info;
         double sampleRate = 0;  // Hz
+        WavNotes notes = {};    // what it said of itself then
     };
     // A file that is being opened, as far as it is read: it can be looked at, but not edited.
     struct Loading {
@@ -42,8 +43,8 @@ public:
         std::string text;
         std::optional<double> progress;
     };
-    // Carries the metadata of the file `source` into the saved one. Called in the background; may throw Error.
-    using CarryMetadata = std::function<void(const std::filesystem::path& source, const std::filesystem::path& target)>;
+    // What a file says of itself besides its description, with all its cue points. Called in the background.
+    using ReadNotes = std::function<WavNotes(const std::filesystem::path& file)>;
 
     // Journals go to `journals`. The message outlives the model.
     DocumentModel(MainLoop& loop, std::filesystem::path journals, PlayerMessage& message);
@@ -53,6 +54,8 @@ public:
     const Sound& sound() const { return history_.now(); }
     int64_t total() const { return sound().frames(); }
     const EditHistory& history() const { return history_; }
+    // Cue points of the source, where the edits have moved them.
+    const Marks& marks() const { return history_.content().marks; }
     // Rises at every change of the sound.
     uint64_t revision() const { return revision_; }
     bool isDirty() const { return doc_ && history_.isDirty(); }
@@ -68,8 +71,9 @@ public:
     // The file replaces the document once it is loaded; until then, and if it can't be loaded, the present one stays.
     // Unsaved edits of the present one are lost: ask before.
     void open(const std::filesystem::path& path);
-    // Writes 24-bit WAVE through a safe replacement; the document is clean afterwards, and keeps its url.
-    // `done` is called after a success.
+    // Writes 24-bit WAVE through a safe replacement, with the notes of the source and the moved cue points; the
+    // document is clean afterwards, and keeps its url. The path may be that of the source. `done` is called after a
+    // success.
     void saveAs(const std::filesystem::path& path, std::function<void()> done = {});
     // "Rain edit.wav" beside the file that was opened.
     std::filesystem::path proposedName() const;
@@ -114,7 +118,9 @@ public:
     void recover();           // opens the newest of them
     void discardAbandoned();  // deletes the newest of them
 
-    CarryMetadata carryMetadata;
+    ReadNotes readNotes;
+    // The notes of the source as they are now, for a new file; to be called in the background.
+    std::function<WavNotes()> notesReader() const;
     // Before the process ends: waits until the journal is on disk.
     void finish(double patience) { journal_.finish(patience); }
     // The queue of long work; tests drain it.
@@ -128,11 +134,12 @@ Q_SIGNALS:
     void edited(const EditStep::Moved* moved);
     void stepped();  // another state by undo or redo
     void macroRan(Macro macro);
+    void copied();   // by a copy, or a cut before it cuts
     void changed();  // anything that is shown
     void abandonedChanged();
 
 private:
-    EditState state() const { return {history_.now(), selection_, cursor_}; }
+    EditState state() const { return {history_.now(), selection_, cursor_, marks()}; }
     void show(std::optional<Doc> doc, EditHistory history);
     void push(EditStep step);
     void contentChanged();

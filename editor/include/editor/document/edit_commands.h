@@ -6,6 +6,7 @@
 
 #include "dsp/edit_effects.h"
 #include "dsp/sound.h"
+#include "editor/document/marks.h"
 #include "mix/config/frame_range.h"
 
 namespace brindlehum {
@@ -15,6 +16,7 @@ struct EditState {
     Sound sound;
     std::optional<FrameRange> selection;
     int64_t cursor = 0;
+    Marks marks = {};
     // The selection, or the whole sound without one.
     FrameRange range() const { return selection.value_or(FrameRange{0, sound.frames()}); }
 };
@@ -55,6 +57,10 @@ std::optional<EditStep> remove(const EditState& state, double sampleRate, CutSty
 std::optional<EditStep> paste(const EditState& state, double sampleRate, const Clip& clip);
 std::optional<EditStep> trim(const EditState& state, double sampleRate, CutStyle style);
 std::optional<EditStep> silence(const EditState& state);
+// Before the cursor; none for less than a frame.
+std::optional<EditStep> insertSilence(const EditState& state, int64_t frames);
+// Scales the range so that its loudest sample in the lanes has this level, in dB of full scale.
+std::optional<EditStep> normalize(const EditState& state, double peakDb, const EditOps::Lanes& lanes);
 // None for an unknown id.
 std::optional<EditStep> apply(const EditState& state, double sampleRate, const std::string& effect,
                               const EditOps::Lanes& lanes);
@@ -64,6 +70,9 @@ std::optional<EditStep> apply(const EditState& state, double sampleRate, const s
 // Keeps what still fits after the sound has become another: a cursor moves to the end, a selection that reaches past
 // the end goes.
 EditState fitted(EditState state);
+
+// The largest magnitude in the range.
+float peakOf(const Sound& sound, const FrameRange& range);
 
 // The frame within 5 ms at which the mean of the channels rises through zero, nearest to `frame`; `frame` without one.
 int64_t risingZeroNear(const Sound& sound, int64_t frame, double sampleRate);

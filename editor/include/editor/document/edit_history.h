@@ -4,11 +4,21 @@
 #include <cstdint>
 #include <deque>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "dsp/sound.h"
+#include "editor/document/marks.h"
 
 namespace brindlehum {
+
+// One state of a document.
+struct Content {
+    Content() = default;
+    Content(Sound made, Marks moved = {}) : sound(std::move(made)), marks(std::move(moved)) {}
+    Sound sound;
+    Marks marks;
+};
 
 // Plain value; main thread by use. A state shares its samples with its neighbours.
 class EditHistory {
@@ -17,11 +27,12 @@ public:
 
     EditHistory() = default;
     // A document as it was opened: nothing to undo, clean.
-    explicit EditHistory(Sound opened);
+    explicit EditHistory(Content opened);
 
-    const Sound& now() const { return states_[current_].sound; }
+    const Sound& now() const { return content().sound; }
+    const Content& content() const { return states_[current_].content; }
     // A new state after the present one; what was undone is gone, and so is the oldest step beyond the depth.
-    void push(std::string name, Sound sound);
+    void push(std::string name, Content content);
     // Each returns false when there is no such step.
     bool undo();
     bool redo();
@@ -44,7 +55,7 @@ private:
     struct State {
         uint64_t id = 0;
         std::string name;  // of the step that made it
-        Sound sound;
+        Content content;
     };
     std::deque<State> states_{1};
     size_t current_ = 0;

@@ -14,7 +14,8 @@
 namespace brindlehum {
 
 // Two files in a folder of its own choice: `<name>.blocks`, to which each block of samples is appended once, and
-// `<name>.edits`, a line of JSON for each step with the pieces of its channels. A step's line is written after its
+// `<name>.edits`, a line of JSON for each step with the pieces of its channels and its
+// marks. A step's line is written after its
 // blocks are on disk. The edits are locked while the journal lives, so that a dead process's can be told from others.
 // Not thread-safe; blocking I/O. All calls throw Error when the system refuses; after that a journal can only be kept
 // as it is or removed.
@@ -25,17 +26,18 @@ public:
         std::filesystem::path url;
         double sampleRate = 0;  // Hz
         int64_t opened = 0;     // seconds since 1970
+        WavNotes notes = {};    // which a save over that file would have changed
         bool operator==(const About&) const = default;
     };
 
     // Makes the folder, which only the user may read, and writes the sound as the first state.
-    EditJournal(const std::filesystem::path& folder, const About& about, const Sound& opened);
+    EditJournal(const std::filesystem::path& folder, const About& about, const Content& opened);
     EditJournal(EditJournal&&) = default;
     EditJournal& operator=(EditJournal&&) = default;
     ~EditJournal() = default;  // keeps the files
 
     // As the calls of EditHistory.
-    void push(const std::string& name, const Sound& sound);
+    void push(const std::string& name, const Content& content);
     void undo() { writeLine(R"({"do":"undo"})"); }
     void redo() { writeLine(R"({"do":"redo"})"); }
     void saved() { writeLine(R"({"do":"saved"})"); }
@@ -54,7 +56,7 @@ public:
 private:
     EditJournal() = default;
     using BlockIDs = std::map<std::weak_ptr<const SoundBlock>, int64_t, std::owner_less<>>;
-    std::string step(const std::string& name, const Sound& sound);
+    std::string step(const std::string& name, const Content& content);
     int64_t offsetOf(const std::shared_ptr<const SoundBlock>& block);
     void writeLine(const std::string& line);
 

@@ -22,7 +22,7 @@ public:
     // A document has been opened or brought back; nothing is written before its first step.
     void begin(const EditJournal::About& about);
     // A step from the state before it.
-    void pushed(const Sound& before, const std::string& name, const Sound& after);
+    void pushed(const Content& before, const std::string& name, const Content& after);
     void undone();
     void redone();
     void saved();

@@ -6,6 +6,7 @@
 #include <functional>
 
 #include "audio/probe/audio_file_info.h"
+#include "audio/write/wav_form.h"
 #include "dsp/sound.h"
 
 namespace brindlehum {
@@ -17,6 +18,7 @@ struct LoadedDocument {
     AudioFileInfo info;
     Sound sound;
     int64_t notNumbers = 0;  // samples that were infinite or no number, and became 0
+    WavNotes notes = {};     // left to the caller
 };
 
 // Blocking I/O on the caller's thread. `progress` gets the share read so far, 0 to 1, after each block. Throws Error:

@@ -12,6 +12,7 @@ enum class Macro { topAndTails, verbTail, seamlessLoop, hiPass, texture, mono, s
 
 struct MacroInfo {
     Macro macro;
+    const char* id;  // the stable key
     const char* title;
     const char* tip;
     const char* status;   // while it works
@@ -26,9 +27,10 @@ struct PinnedLoop {
     bool carryTail = true;  // nothing of the music lies behind it
 };
 
-// Pure but for the noise of the halls; any thread. None for a loop that is too short, where there is no sound, and when
-// `progress` has returned false.
+// Pure; any thread. The halls are made from `random`. None for a loop that is too short, where there is no sound, and
+// when `progress` has returned false.
 std::optional<EditStep> run(Macro macro, const EditState& state, double sampleRate, const PinnedLoop& pinned,
+                            EditOps::RandomEngine random = EditOps::systemSeeded(),
                             const EditOps::Progress& progress = {});
 inline constexpr const char* tooShortToLoop = "Selection is too short to loop";
 

@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "editor/document/document_model.h"
+#include "editor/document/document_pulls.h"
 #include "editor/music/music_model.h"
 #include "editor/playback/editor_transport.h"
 
@@ -22,6 +23,7 @@ public:
     DocumentModel& document() { return document_; }
     MusicModel& music() { return music_; }
     EditorTransport& transport() { return transport_; }
+    DocumentPulls& pulls() { return pulls_; }
     PlayerMessage& message() { return message_; }
     MainLoop& loop() { return loop_; }  // for what a view computes in the background
 
@@ -31,6 +33,7 @@ private:
     DocumentModel document_;
     MusicModel music_;
     EditorTransport transport_;
+    DocumentPulls pulls_;
 };
 
 }  // namespace brindlehum

@@ -53,11 +53,12 @@ private:
     friend class ExportQueue;
     void run(const std::function<void()>& progressed);
     bool waitUntilKept();
+    Exporter::Request taken();
     bool serves(const Exporter::Request& request, int version) const;
     bool liesInToday() const;
     void end(State state, std::optional<Exporter::Result> result, std::string failure);
 
-    const Exporter::Request request_;
+    Exporter::Request request_;  // constant, but that a running job takes the sound of a document out of it
     const Completion completion_;
     const Exporter::Carry carry_;
     std::stop_source stop_;

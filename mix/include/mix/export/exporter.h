@@ -10,6 +10,7 @@
 
 #include "audio/probe/audio_file_info.h"
 #include "audio/write/wav_form.h"
+#include "dsp/sound.h"
 #include "mix/config/frame_range.h"
 #include "mix/export/drag_export.h"
 #include "spatial/ambisonics.h"
@@ -17,6 +18,14 @@
 #include "upmix/upmix_params.h"
 
 namespace brindlehum::Exporter {
+
+// A sound in memory that was made from a file.
+struct Edited {
+    Sound sound;
+    std::function<WavNotes()> notes;  // of the exported part; asked on the thread that exports
+    uint64_t state = 0;               // tells one state of a sound from all others
+    bool operator==(const Edited& other) const { return state == other.state; }
+};
 
 struct Request {
     AudioFileInfo info;
@@ -32,6 +41,8 @@ struct Request {
     // The part is meant to be repeated: its filters and its upmix start as they end.
     bool loop = false;
     bool asFloat = false;  // 32-bit float samples instead of 24-bit integers
+    // In place of the file's own sound; `info` has its length and rate.
+    std::optional<Edited> edited = {};
 
     bool operator==(const Request&) const = default;
 };

@@ -17,6 +17,9 @@ namespace brindlehum::FileDrag {
 QMimeData* mimeData(const std::vector<std::filesystem::path>& files);
 // The text of a text/uri-list (RFC 2483).
 QByteArray uriList(const std::vector<std::filesystem::path>& files);
+// What GTK's file managers paste from.
+inline constexpr const char* copiedFiles = "x-special/gnome-copied-files";
+QByteArray copiedList(const std::vector<std::filesystem::path>& files);
 // Puts files on the clipboard, for file managers and for programs that take their paths.
 void copy(const std::vector<std::filesystem::path>& files);
 // The local files and folders in dropped data, in order.

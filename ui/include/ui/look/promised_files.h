@@ -16,7 +16,8 @@ public:
 
     // `await` runs on the main thread each time that a target asks, and may block for a while. It returns no file when
     // there is none: the target then gets nothing.
-    explicit PromisedFiles(std::function<Files()> await);
+    // `isCopy`: for the clipboard, also with the list that file managers paste from.
+    explicit PromisedFiles(std::function<Files()> await, bool isCopy = false);
 
     QStringList formats() const override;
     bool hasFormat(const QString& format) const override;
@@ -26,6 +27,7 @@ protected:
 
 private:
     std::function<Files()> await_;
+    bool isCopy_;
 };
 
 }  // namespace brindlehum

@@ -15,7 +15,8 @@ class DragHandle : public QToolButton {
 public:
     explicit DragHandle(QWidget* parent = nullptr);
 
-    void setDrags(DragSession* drags) { drags_ = drags; }
+    // With `selectionOnly`, drags the selection where there is one.
+    void setDrags(DragSession* drags, bool selectionOnly = false) { drags_ = drags, selectionOnly_ = selectionOnly; }
     std::function<QPixmap()> picture;  // of the sound
 
 protected:
@@ -25,6 +26,7 @@ protected:
 
 private:
     DragSession* drags_ = nullptr;
+    bool selectionOnly_ = false;
     std::optional<QPoint> pressedAt_;
 };
 

@@ -12,11 +12,12 @@ namespace brindlehum {
 
 class DragOut;
 class ExportJob;
+class PullSource;
 
 // Main thread. The file is rendered while the user drags; its name appears in the folder only once a target wants it.
 class DragSession {
 public:
-    explicit DragSession(DragOut& dragOut) : dragOut_(dragOut) {}
+    explicit DragSession(PullSource& source) : source_(source) {}
     ~DragSession() { release(); }
     DragSession(const DragSession&) = delete;
     DragSession& operator=(const DragSession&) = delete;
@@ -28,12 +29,12 @@ public:
     // Drags what the press began, and returns when the drag is over. A drag that nobody takes leaves nothing behind.
     void run(QWidget* source, const FileDrag::Picture& picture);
 
-    DragOut& dragOut() { return dragOut_; }
+    PullSource& source() { return source_; }
     // A test stands in for the window system here.
     std::function<bool(QWidget*, std::unique_ptr<QMimeData>, const FileDrag::Picture&)> drag = FileDrag::run;
 
 private:
-    DragOut& dragOut_;
+    PullSource& source_;
     std::shared_ptr<ExportJob> job_;
 };
 

@@ -6,14 +6,14 @@
 
 namespace brindlehum {
 
-class DragOut;
+class PullSource;
 class ExportJob;
 
 // Main thread. The clipboard gets a finished file and not a promise: clipboard managers read everything at once.
 class ExportCopy : public QObject {
     Q_OBJECT
 public:
-    explicit ExportCopy(DragOut& dragOut, QObject* parent = nullptr);
+    explicit ExportCopy(PullSource& source, QObject* parent = nullptr);
     // The selection if there is one and it is asked for, else the whole sound, in the chosen form. A newer call
     // replaces one that is under way; so does anything that the user copies meanwhile.
     void copy(bool selectionOnly);
@@ -21,7 +21,7 @@ public:
 private:
     void finish();
 
-    DragOut& dragOut_;
+    PullSource& source_;
     std::shared_ptr<ExportJob> job_;  // under way
 };
 

@@ -5,7 +5,9 @@
 #include <functional>
 #include <string>
 
-#include "editor/document/document_model.h"
+#include "audio/probe/audio_file_info.h"
+#include "audio/write/wav_form.h"
+#include "editor/document/edit_history.h"
 
 namespace brindlehum {
 
@@ -13,7 +15,9 @@ struct SavedSound {
     std::filesystem::path url;  // of the file that was opened
     AudioFileInfo info;
     double sampleRate = 0;  // Hz
-    Sound sound;
+    Content content;
+    WavNotes notes = {};  // of the source, with its time of day
+    WavSamples samples = WavSamples::pcm24Lossless;
 };
 
 struct SaveResult {
@@ -24,9 +28,11 @@ struct SaveResult {
 // The dwChannelMask for a document of this source: 0 where its channels have no place in a mask.
 uint32_t channelMask(const SourceFormat& source, int channels);
 
-// Writes 24-bit samples beside the target and swaps them in. `progress` gets the share written, 0 to 1, and returns
+// Writes the samples beside the target and swaps them in; a file that is there keeps its owner and its permissions, and
+// is refused while another program writes to it. The notes go along, with the cue points of the content; the time
+// reference is moved to its first frame. `progress` gets the share written, 0 to 1, and returns
 // false to stop. Blocking I/O; throws Error.
 SaveResult saveDocument(const std::filesystem::path& path, const SavedSound& saved,
-                        const DocumentModel::CarryMetadata& carry, const std::function<bool(double)>& progress);
+                        const std::function<bool(double)>& progress);
 
 }  // namespace brindlehum
