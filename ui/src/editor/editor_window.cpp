@@ -199,7 +199,7 @@ QWidget* EditorWindow::makeToolbar() {
     effects_ = addList("Effects", "One click, applied to the selection or the whole file",
                        EffectsList::effects(editor_.document()));
     macros_ = addList("Macros", "Longer changes, each one step of undo", EffectsList::macros(editor_.document()));
-    auto* lanes = new MenuButton("Lanes", "Which lanes Effects touch", [this](QMenu& menu) {
+    lanes_ = new MenuButton("Lanes", "Which lanes Effects touch", [this](QMenu& menu) {
         DocumentModel& document = editor_.document();
         const auto& scope = document.scope();
         addChoice(menu, "All lanes", !scope, [&document] { document.setScope(std::nullopt); });
@@ -212,8 +212,8 @@ QWidget* EditorWindow::makeToolbar() {
             });
         }
     });
-    lanes->setText("Lanes");
-    row->addWidget(lanes);
+    lanes_->setText("Lanes");
+    row->addWidget(lanes_);
     row->addStretch();
     row->addWidget(buttonOf(actions_->spectrum, "switch"));
     row->addWidget(buttonOf(actions_->snap, "switch"));
@@ -350,7 +350,11 @@ void EditorWindow::refresh() {
     const DocumentModel& document = editor_.document();
     const auto& doc = document.doc();
     const auto& loading = document.loading();
-    stack_->setCurrentIndex(doc || loading ? 1 : 0);
+    const int page = doc || loading ? 1 : 0;
+    if (page != stack_->currentIndex()) {
+        stack_->setCurrentIndex(page);
+        if (page == 1) { wave_->setFocus(); }
+    }
     setWindowTitle(loading ? pathText(loading->url.filename()) + " – Editor"
                    : doc   ? pathText(doc->url.filename()) + "[*] – Editor"
                            : "Editor");
@@ -373,7 +377,7 @@ void EditorWindow::refresh() {
         status_->setProperty("role", role);
         status_->style()->polish(status_);
     }
-    for (QWidget* each : {effects_, macros_}) { each->setEnabled(actions_->selectAll->isEnabled()); }
+    for (QToolButton* each : {effects_, macros_, lanes_}) { each->setEnabled(actions_->selectAll->isEnabled()); }
     progress_->setVisible(busy.has_value());
     progress_->setRange(0, busy && busy->progress ? 100 : 0);
     if (busy && busy->progress) { progress_->setValue(int(*busy->progress * 100)); }

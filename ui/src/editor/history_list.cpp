@@ -19,6 +19,11 @@ HistoryList::HistoryList(DocumentModel& document, QWidget* parent) : QListWidget
     refresh();
 }
 
+void HistoryList::changeEvent(QEvent* event) {
+    QListWidget::changeEvent(event);
+    if (event->type() == QEvent::StyleChange) { refresh(); }
+}
+
 void HistoryList::refresh() {
     const EditHistory& history = document_.history();
     const auto names = document_.doc() ? history.names() : std::vector<std::string>();
@@ -30,7 +35,7 @@ void HistoryList::refresh() {
     }
     for (int row = 0; row < count(); ++row) {
         const bool isUndone = row > int(history.position());
-        item(row)->setForeground(palette().color(isUndone ? QPalette::Disabled : QPalette::Active, QPalette::Text));
+        item(row)->setData(Qt::ForegroundRole, isUndone ? QVariant(QBrush(Theme::current().disabled)) : QVariant());
         item(row)->setToolTip(isUndone ? "Redo up to here" : row == int(history.position()) ? "" : "Undo back to here");
     }
     if (count() > 0 && currentRow() != int(history.position())) {

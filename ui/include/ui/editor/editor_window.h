@@ -59,6 +59,7 @@ private:
     QToolButton* play_ = nullptr;
     QToolButton* effects_ = nullptr;
     QToolButton* macros_ = nullptr;
+    QToolButton* lanes_ = nullptr;
     QLabel* position_ = nullptr;
     QLabel* selected_ = nullptr;
     QLabel* length_ = nullptr;

@@ -13,6 +13,9 @@ public:
     explicit HistoryList(DocumentModel& document, QWidget* parent = nullptr);
     QSize sizeHint() const override { return {200, 140}; }
 
+protected:
+    void changeEvent(QEvent* event) override;
+
 private:
     void refresh();
 
