@@ -54,7 +54,7 @@ private:
 
 }  // namespace
 
-std::vector<float> convolve(std::span<const float> signal, std::span<const float> response) {
+std::vector<float> convolve(std::span<const float> signal, std::span<const float> response, const Progress& progress) {
     if (signal.empty() || response.empty()) { return {}; }
     // Make the shorter side the response, so that a short signal through a long hall costs no more than the reverse.
     if (signal.size() < response.size()) { std::swap(signal, response); }
@@ -68,6 +68,7 @@ std::vector<float> convolve(std::span<const float> signal, std::span<const float
     try {
         BlockConvolver convolver(response, block);
         for (size_t at = 0; at < signal.size(); at += block) {
+            if (progress && !progress(double(at) / double(signal.size()))) { return {}; }
             const size_t count = std::min(block, signal.size() - at);
             convolver.add(signal.subspan(at, count), std::span(out).subspan(at, count + response.size() - 1));
         }

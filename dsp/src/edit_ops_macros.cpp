@@ -48,6 +48,13 @@ void mixIn(std::vector<float>& signal, float dry, std::span<const float> convolv
     }
 }
 
+// The progress of one channel of many, as part of the whole.
+Progress partOf(const Progress& progress, size_t channel, size_t channels) {
+    if (!progress) { return {}; }
+    return
+        [&progress, channel, channels](double share) { return progress((double(channel) + share) / double(channels)); };
+}
+
 }  // namespace
 
 Channels topAndTails(const Channels& channels, double sr) {
@@ -76,24 +83,28 @@ Sound topAndTails(const Sound& sound, double sr) {
     return insert(ends, head, middle);
 }
 
-Channels verbTail(const Channels& channels, double sr, int64_t start, int64_t end, RandomEngine& random) {
+Channels verbTail(const Channels& channels, double sr, int64_t start, int64_t end, RandomEngine& random,
+                  const Progress& progress) {
     constexpr double tailSeconds = 4;
     const std::vector<float> hall = hallIR(sr, 8, random);
     Channels out = slice(channels, start, end);
-    for (auto& x : out) {
-        const std::vector<float> wet = convolve(x, hall);
+    for (size_t c = 0; c < out.size(); ++c) {
+        auto& x = out[c];
+        const std::vector<float> wet = convolve(x, hall, partOf(progress, c, out.size()));
+        if (progress && !progress(double(c + 1) / double(out.size()))) { return {}; }
         x.resize(x.size() + size_t(framesIn(sr, tailSeconds)));
         mixIn(x, 0.7F, wet, 0.3F);
     }
     return out;
 }
 
-Channels verbTail(const Channels& channels, double sr, int64_t start, int64_t end) {
+Channels verbTail(const Channels& channels, double sr, int64_t start, int64_t end, const Progress& progress) {
     RandomEngine random = systemSeeded();
-    return verbTail(channels, sr, start, end, random);
+    return verbTail(channels, sr, start, end, random, progress);
 }
 
-Channels texture(const Channels& channels, double sr, int64_t start, int64_t end, RandomEngine& random) {
+Channels texture(const Channels& channels, double sr, int64_t start, int64_t end, RandomEngine& random,
+                 const Progress& progress) {
     constexpr float wantedPeak = 0.5011872F;  // -6 dB
     const int64_t length = std::min((end - start) * 8, framesIn(sr, 90));
     const std::vector<float> hall = hallIR(sr, 12, random);
@@ -101,10 +112,12 @@ Channels texture(const Channels& channels, double sr, int64_t start, int64_t end
     const auto grain = int(framesIn(sr, 0.08));
     const Grains grains{grain > 0 ? Signal::hanning(grain) : std::vector<float>{}, std::max<int64_t>(grain / 8, 1)};
     Channels out;
-    for (const auto& x : channels) {
-        const auto source = std::span(x).subspan(size_t(start), size_t(end - start));
+    for (size_t c = 0; c < channels.size(); ++c) {
+        const auto source = std::span(channels[c]).subspan(size_t(start), size_t(end - start));
         std::vector<float> wash = stretched(source, length, grains, random);
-        mixIn(wash, 0.2F, convolve(wash, hall), 0.8F);
+        const std::vector<float> wet = convolve(wash, hall, partOf(progress, c, channels.size()));
+        if (progress && !progress(double(c + 1) / double(channels.size()))) { return {}; }
+        mixIn(wash, 0.2F, wet, 0.8F);
         wash = dark.run(wash);
         fadeLinearly(wash, sr);
         const float peak = detail::peak(wash);
@@ -114,9 +127,9 @@ Channels texture(const Channels& channels, double sr, int64_t start, int64_t end
     return out;
 }
 
-Channels texture(const Channels& channels, double sr, int64_t start, int64_t end) {
+Channels texture(const Channels& channels, double sr, int64_t start, int64_t end, const Progress& progress) {
     RandomEngine random = systemSeeded();
-    return texture(channels, sr, start, end, random);
+    return texture(channels, sr, start, end, random, progress);
 }
 
 }  // namespace brindlehum::EditOps

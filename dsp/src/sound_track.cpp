@@ -1,7 +1,9 @@
 // Track: one channel as a list of pieces of shared blocks.
 #include <algorithm>
+#include <array>
 #include <cassert>
-#include <cmath>
+#include <cstring>
+#include <limits>
 
 #include "dsp/sound.h"
 
@@ -16,20 +18,52 @@ void widen(PeakRange& range, bool& any, float low, float high) {
     any = true;
 }
 
-PeakRange rangeOf(std::span<const float> samples) {
-    PeakRange range;
-    bool any = false;
-    for (const float x : samples) {
-        if (!std::isnan(x)) { widen(range, any, x, x); }
-    }
-    return range;
+using Four = float __attribute__((vector_size(16)));
+
+Four four(const float* values) {
+    Four out;
+    std::memcpy(&out, values, sizeof out);
+    return out;
 }
 
-PeakRange rangeOf(const PeakCache& peaks) {
-    PeakRange range;
-    bool any = false;
-    for (size_t i = 0; i < peaks.mins.size(); ++i) { widen(range, any, peaks.mins[i], peaks.maxs[i]); }
-    return range;
+// The lowest value of one list and the highest of another, as long. A comparison with NaN is false, so that it is left
+// out; compilers don't vectorise minima that keep that rule by themselves.
+PeakRange rangeOf(std::span<const float> lows, std::span<const float> highs) {
+    constexpr float infinity = std::numeric_limits<float>::infinity();
+    constexpr Four none = {infinity, infinity, infinity, infinity};
+    std::array<Four, 2> low = {none, none}, high = {-none, -none};
+    size_t i = 0;
+    for (; i + 8 <= lows.size(); i += 8) {
+        for (size_t k = 0; k < 2; ++k) {
+            const Four a = four(&lows[i + 4 * k]), b = four(&highs[i + 4 * k]);
+            low[k] = a < low[k] ? a : low[k];
+            high[k] = b > high[k] ? b : high[k];
+        }
+    }
+    for (; i < lows.size(); ++i) {
+        low[0][0] = lows[i] < low[0][0] ? lows[i] : low[0][0];
+        high[0][0] = highs[i] > high[0][0] ? highs[i] : high[0][0];
+    }
+    PeakRange range{infinity, -infinity};
+    for (int k = 0; k < 8; ++k) {
+        range.low = std::min(range.low, low[size_t(k) / 4][k % 4]);
+        range.high = std::max(range.high, high[size_t(k) / 4][k % 4]);
+    }
+    return range.low <= range.high ? range : PeakRange{};
+}
+
+PeakRange rangeOf(std::span<const float> samples) {
+    return rangeOf(samples, samples);
+}
+
+std::vector<PeakRange> stretchesOf(const PeakCache& peaks) {
+    constexpr size_t many = SoundBlock::stretch / PeakCache::block;
+    std::vector<PeakRange> out;
+    for (size_t i = 0; i < peaks.mins.size(); i += many) {
+        const size_t count = std::min(many, peaks.mins.size() - i);
+        out.push_back(rangeOf(std::span(peaks.mins).subspan(i, count), std::span(peaks.maxs).subspan(i, count)));
+    }
+    return out;
 }
 
 // Adds a piece at the end of the list: to its last piece if it goes on where that one ends.
@@ -66,10 +100,41 @@ void widenByBlock(PeakRange& range, bool& any, const SoundBlock& block, int64_t 
         return;
     }
     single(from, first * PeakCache::block);
-    for (int64_t i = first; i < last; ++i) {
-        widen(range, any, block.peaks.mins[size_t(i)], block.peaks.maxs[size_t(i)]);
-    }
+    const auto between = [&](const std::vector<float>& all) {
+        return std::span(all).subspan(size_t(first), size_t(last - first));
+    };
+    const PeakRange middle = rangeOf(between(block.peaks.mins), between(block.peaks.maxs));
+    widen(range, any, middle.low, middle.high);
     single(std::min(last * PeakCache::block, to), to);
+}
+
+// The range of the stretches first ..< last, each of `size` samples, as they are cached.
+void widenByCache(PeakRange& range, bool& any, const SoundBlock& block, int64_t size, size_t first, size_t last) {
+    if (first >= last) { return; }
+    PeakRange each;
+    if (size == PeakCache::block) {
+        const auto part = [&](const std::vector<float>& all) { return std::span(all).subspan(first, last - first); };
+        each = rangeOf(part(block.peaks.mins), part(block.peaks.maxs));
+    } else {
+        each = block.stretches[first];
+        for (size_t i = first + 1; i < last; ++i) {
+            each.low = std::min(each.low, block.stretches[i].low);
+            each.high = std::max(each.high, block.stretches[i].high);
+        }
+    }
+    widen(range, any, each.low, each.high);
+}
+
+// The range of all stretches of `size` samples that from ..< to touches, but of nothing outside the piece: what was cut
+// away doesn't count.
+void widenAbout(PeakRange& range, bool& any, const Piece& piece, int64_t from, int64_t to, int64_t size) {
+    int64_t first = from / size, last = (to + size - 1) / size;
+    if (first * size < piece.offset) { widenByBlock(range, any, *piece.block, from, std::min(to, ++first * size)); }
+    const int64_t end = piece.offset + piece.count;
+    if (last * size > end && end < int64_t(piece.block->samples.size()) && first < last) {
+        widenByBlock(range, any, *piece.block, std::max(from, --last * size), to);
+    }
+    widenByCache(range, any, *piece.block, size, size_t(first), size_t(last));
 }
 
 }  // namespace
@@ -88,7 +153,10 @@ PeakCache PeakCache::of(std::span<const float> samples) {
 }
 
 SoundBlock::SoundBlock(std::vector<float> given)
-    : samples(std::move(given)), peaks(PeakCache::of(samples)), range(rangeOf(peaks)) {}
+    : samples(std::move(given)),
+      peaks(PeakCache::of(samples)),
+      stretches(stretchesOf(peaks)),
+      range(rangeOf(peaks.mins, peaks.maxs)) {}
 
 Track::Track(std::vector<Piece> pieces) {
     if (!pieces.empty()) { pieces_ = std::make_shared<const std::vector<Piece>>(std::move(pieces)); }
@@ -167,7 +235,8 @@ void Track::read(int64_t position, std::span<float> out) const {
     }
 }
 
-PeakRange Track::peaks(int64_t start, int64_t end) const {
+template <class WidenByPiece>
+PeakRange Track::peaksOf(int64_t start, int64_t end, const WidenByPiece& widenByPiece) const {
     assert(0 <= start && start <= end && end <= length());
     PeakRange range;
     bool any = false;
@@ -177,12 +246,26 @@ PeakRange Track::peaks(int64_t start, int64_t end) const {
         const int64_t to = std::min(end, all[i].start + all[i].count) - all[i].start;
         if (from >= to) { continue; }
         if (all[i].block) {
-            widenByBlock(range, any, *all[i].block, all[i].offset + from, all[i].offset + to);
+            widenByPiece(range, any, all[i], all[i].offset + from, all[i].offset + to);
         } else {
             widen(range, any, 0, 0);
         }
     }
     return range;
+}
+
+PeakRange Track::peaks(int64_t start, int64_t end) const {
+    return peaksOf(start, end, [](PeakRange& range, bool& any, const Piece& piece, int64_t from, int64_t to) {
+        widenByBlock(range, any, *piece.block, from, to);
+    });
+}
+
+PeakRange Track::peaksAbout(int64_t start, int64_t end, int64_t slack) const {
+    if (slack < PeakCache::block) { return peaks(start, end); }
+    const int64_t size = slack < SoundBlock::stretch ? PeakCache::block : SoundBlock::stretch;
+    return peaksOf(start, end, [size](PeakRange& range, bool& any, const Piece& piece, int64_t from, int64_t to) {
+        widenAbout(range, any, piece, from, to, size);
+    });
 }
 
 }  // namespace brindlehum

@@ -32,6 +32,21 @@ TEST(EditOps, VerbTailIsTheSelectionAndOneHallForAllChannels) {
     }
 }
 
+TEST(EditOps, LongMacrosSayHowFarTheyAreAndStop) {
+    const Channels channels(3, noise(20000, 1));
+    for (const auto macro :
+         {static_cast<Channels (*)(const Channels&, double, int64_t, int64_t, const Progress&)>(verbTail),
+          static_cast<Channels (*)(const Channels&, double, int64_t, int64_t, const Progress&)>(texture)}) {
+        std::vector<double> shares;
+        const auto report = [&](double share) { return shares.push_back(share), true; };
+        EXPECT_EQ(macro(channels, 1000, 0, 20000, report).size(), 3U);
+        EXPECT_TRUE(std::ranges::is_sorted(shares) && shares.front() == 0 && shares.back() == 1);
+        int asked = 0;
+        EXPECT_TRUE(macro(channels, 1000, 0, 20000, [&](double) { return ++asked < 3; }).empty());
+        EXPECT_LE(asked, 4) << "nothing goes on for long";
+    }
+}
+
 // Three rounds laid side by side, and the overlaps made around both joins.
 Samples threeRounds(Samples round, int64_t guard) {
     const auto n = int64_t(round.size());

@@ -38,6 +38,8 @@ TEST(EditorGesture, DoesWhatTheTableSays) {
     Surface selected = surface();
     selected.selection = FrameRange{3000, 6000};
     const Surface plain = surface();
+    Surface twins = surface();
+    twins.pins[PinKind::endingStart] = 5000;
     const struct {
         const char* what;
         const Surface& on;
@@ -68,6 +70,12 @@ TEST(EditorGesture, DoesWhatTheTableSays) {
          {{210, 5}},
          {{250, 5}},
          {Preview{{2100, 2500}}, Select{FrameRange{2100, 2500}}}},
+        {"of two pins at one place, the earlier on the left",
+         twins,
+         {{499, 5}},
+         {{600, 5}},
+         {MovePin{PinKind::loopEnd, 6000}}},
+        {"and the later on the right", twins, {{501, 5}}, {{600, 5}}, {MovePin{PinKind::endingStart, 6000}}},
         {"below the ruler there are no pins", plain, {{200, 24}}, {}, {SetCursor{2000}}},
         {"a double click selects a bar", plain, {{500, 100}, true}, {}, {SelectBar{5000}}},
         {"Shift moves the nearer edge", selected, {{550, 100}, false, true}, {}, {Select{FrameRange{3000, 5500}}}},

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <random>
 #include <span>
@@ -49,7 +50,10 @@ Sound hiPass200(const Sound& sound, double sr);  // copies one channel at a time
 
 // The linear convolution, n + m - 1 samples at unity gain; empty when either side is empty or the result is too long
 // for a transform. Within -120 dB of the direct sum. Costs O((n + m) log min(n, m)).
-std::vector<float> convolve(std::span<const float> signal, std::span<const float> response);
+// `progress` gets the share that is done, 0 to 1, and returns false to stop: the result is then empty.
+using Progress = std::function<bool(double share)>;
+std::vector<float> convolve(std::span<const float> signal, std::span<const float> response,
+                            const Progress& progress = {});
 
 // The random source for noise and grains: seeded by the system, so that no two runs are alike, or by the caller.
 using RandomEngine = std::mt19937;
@@ -69,8 +73,10 @@ Sound topAndTails(const Sound& sound, double sr);  // shares what lies between t
 
 inline constexpr const char* verbTailDescription = "Adds 4 s and rings the selection through an 8 s hall at 30% wet";
 // The selection and its tail, 4 seconds longer than the range: 0.7 dry plus 0.3 through one hall for all channels.
-Channels verbTail(const Channels& channels, double sr, int64_t start, int64_t end, RandomEngine& random);
-Channels verbTail(const Channels& channels, double sr, int64_t start, int64_t end);
+// Progress as for `convolve`.
+Channels verbTail(const Channels& channels, double sr, int64_t start, int64_t end, RandomEngine& random,
+                  const Progress& progress = {});
+Channels verbTail(const Channels& channels, double sr, int64_t start, int64_t end, const Progress& progress = {});
 
 inline constexpr const char* seamlessLoopDescription =
     "Loops the selection (or the pinned loop) and carries the natural ring-out over its head. 8 ms splice guard, never "
@@ -94,7 +100,9 @@ std::optional<SeamlessLoop> seamlessLoop(const Sound& sound, double sr, int64_t 
 
 inline constexpr const char* textureDescription = "8× granular stretch, huge reverb, dark filter, long fades";
 // A long, dark wash made from the range: eight times as long, at most 90 seconds, every channel at a peak of -6 dBFS.
-Channels texture(const Channels& channels, double sr, int64_t start, int64_t end, RandomEngine& random);
-Channels texture(const Channels& channels, double sr, int64_t start, int64_t end);
+// Progress as for `convolve`.
+Channels texture(const Channels& channels, double sr, int64_t start, int64_t end, RandomEngine& random,
+                 const Progress& progress = {});
+Channels texture(const Channels& channels, double sr, int64_t start, int64_t end, const Progress& progress = {});
 
 }  // namespace brindlehum::EditOps

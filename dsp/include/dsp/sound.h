@@ -26,10 +26,12 @@ struct PeakCache {
 // A run of samples of one channel that many sounds may share. Never edited once it is made.
 struct SoundBlock {
     static constexpr int64_t longest = 65536;  // samples
+    static constexpr int64_t stretch = 16 * PeakCache::block;
     explicit SoundBlock(std::vector<float> samples);
     const std::vector<float> samples;
     const PeakCache peaks;
-    const PeakRange range;  // of all samples
+    const std::vector<PeakRange> stretches;  // of `stretch` samples each; the last one may be shorter
+    const PeakRange range;                   // of all samples
 };
 
 // One channel: pieces of blocks, one after another. Any thread; copies are cheap.
@@ -58,9 +60,13 @@ public:
     void read(int64_t position, std::span<float> out) const;
     // Over start ..< end, exact. Costs about a block's peaks for each end, and one look for each block between.
     PeakRange peaks(int64_t start, int64_t end) const;
+    // The same, but up to `slack` samples of the track on either side may count as well, so that less memory is read.
+    PeakRange peaksAbout(int64_t start, int64_t end, int64_t slack) const;
 
 private:
     explicit Track(std::vector<Piece> pieces);
+    template <class WidenByPiece>
+    PeakRange peaksOf(int64_t start, int64_t end, const WidenByPiece& widenByPiece) const;
     // The piece that holds the position, or the end.
     size_t pieceAt(int64_t position) const;
     std::shared_ptr<const std::vector<Piece>> pieces_;  // null: empty

@@ -7,6 +7,7 @@
 
 #include "base/path.h"
 #include "editor/document/clipboard.h"
+#include "editor/document/edit_preview.h"
 #include "editor/document/save_document.h"
 
 namespace brindlehum {
@@ -35,7 +36,8 @@ WavNotes notesNow(const DocumentModel::Doc& doc, const DocumentModel::ReadNotes&
 DocumentModel::DocumentModel(MainLoop& loop, std::filesystem::path journals, PlayerMessage& message)
     : message_(message),
       journal_(std::move(journals), loop, [this](const std::string& problem) { message_.fail(problem); }),
-      queue_(loop, "Brindlehum.editor") {
+      queue_(loop, "Brindlehum.editor"),
+      listening_(loop, "Brindlehum.preview") {
     journal_.findAbandoned([this](std::vector<std::filesystem::path> found) {
         abandoned_ = std::move(found);
         if (!abandoned_.empty()) { Q_EMIT abandonedChanged(); }
@@ -46,6 +48,13 @@ DocumentModel::~DocumentModel() = default;
 
 void DocumentModel::setBusy(std::optional<Busy> busy) {
     busy_ = std::move(busy);
+    if (!busy_) { loading_.reset(); }
+    Q_EMIT changed();
+}
+
+void DocumentModel::showLoading(Loading loading) {
+    loading_ = std::move(loading);
+    ++revision_;
     Q_EMIT changed();
 }
 
@@ -58,7 +67,13 @@ void DocumentModel::open(const std::filesystem::path& path) {
             shown = share;
             task.tell([this, share] { setBusy(Busy{"Loading…", share}); });
         };
-        LoadedDocument loaded = loadDocument(path, progress, [&] { return task.isStopped(); });
+        const auto shown = [&](const AudioFileInfo& info, Sound soFar, int64_t total) {
+            task.tell([this, loading = Loading{path, info, std::move(soFar), total, info.sampleRate}] {
+                showLoading(loading);
+            });
+        };
+        LoadedDocument loaded = loadDocument(
+            path, progress, [&] { return task.isStopped(); }, shown);
         if (read) { loaded.notes = read(path); }
         return loaded;
     };
@@ -97,6 +112,7 @@ void DocumentModel::show(std::optional<Doc> doc, EditHistory history) {
 void DocumentModel::close() {
     jobs_.cancel();
     busy_.reset();
+    loading_.reset();
     journal_.close();
     show(std::nullopt, {});
 }
@@ -160,9 +176,22 @@ void DocumentModel::perform(const Work& work, bool isQuick, const char* status, 
         if (done) { done(step.has_value()); }
         return;
     }
+    performAside([work](const EditOps::Progress&) { return work(); }, status, std::move(done));
+}
+
+void DocumentModel::performAside(const LongWork& work, const char* status, std::function<void(bool)> done) {
     setBusy(Busy{status, std::nullopt});
+    const auto inBackground = [this, work, status](const Background::Task& task) {
+        return work([&, shown = 0.0](double share) mutable {
+            if (share - shown >= 0.02) {
+                shown = share;
+                task.tell([this, status, share] { setBusy(Busy{status, share}); });
+            }
+            return !task.isStopped();
+        });
+    };
     queue_.run(
-        jobs_, [work] { return work(); },
+        jobs_, inBackground,
         [this, document = documents_, before = history_.stateID(),
          done = std::move(done)](std::optional<EditStep> step) {
             setBusy(std::nullopt);
@@ -236,13 +265,28 @@ void DocumentModel::apply(const std::string& effect) {
             isQuick, found->name);
 }
 
-void DocumentModel::preview(const std::string& effect, const std::function<void(Sound)>& heard) {
+void DocumentModel::preview(std::function<Sound()> work, const Heard& heard) {
+    listening_.run(
+        previews_, std::move(work),
+        [this, heard, revision = revision_](Sound sound) {
+            if (revision == revision_) { heard(std::move(sound)); }
+        },
+        [this](const std::exception& error) { message_.fail(error.what()); });
+}
+
+void DocumentModel::preview(const std::string& effect, const Heard& heard) {
     if (!doc_ || !EditOps::effect(effect)) { return; }
-    // Ten seconds are enough for an ear.
-    FrameRange part = range();
-    part.upper = std::min(part.upper, part.lower + int64_t(10 * doc_->sampleRate));
-    const auto step = EditCommands::apply({sound(), part, 0}, doc_->sampleRate, effect, scope_);
-    heard(EditOps::slice(step->state.sound, part.lower, part.upper));
+    preview([state = state(), rate = doc_->sampleRate, effect,
+             lanes = scope_] { return EditPreview::ofEffect(state, rate, effect, lanes); },
+            heard);
+}
+
+void DocumentModel::preview(Macro macro, const Heard& heard) {
+    if (!doc_) { return; }
+    const PinnedLoop pinned = pinnedLoop ? pinnedLoop() : PinnedLoop{};
+    preview([state = state(), rate = doc_->sampleRate, macro,
+             pinned] { return EditPreview::ofMacro(state, rate, macro, pinned); },
+            heard);
 }
 
 void DocumentModel::run(Macro macro) {
@@ -251,17 +295,20 @@ void DocumentModel::run(Macro macro) {
     const bool isWhole = macro == Macro::hiPass;
     const int64_t samples = (isWhole ? total() : range().length()) * sound().channels();
     const PinnedLoop pinned = pinnedLoop ? pinnedLoop() : PinnedLoop{};
-    perform([state = state(), rate = doc_->sampleRate, macro,
-             pinned] { return brindlehum::run(macro, state, rate, pinned); },
-            info.isQuick && (samples < quickSamples || macro == Macro::topAndTails || macro == Macro::swap),
-            info.status,
-            [this, macro](bool isMade) {
-                if (isMade) {
-                    Q_EMIT macroRan(macro);
-                } else if (macro == Macro::seamlessLoop) {
-                    message_.fail(tooShortToLoop);
-                }
-            });
+    const auto done = [this, macro](bool isMade) {
+        if (isMade) {
+            Q_EMIT macroRan(macro);
+        } else if (macro == Macro::seamlessLoop) {
+            message_.fail(tooShortToLoop);
+        }
+    };
+    const auto work = [state = state(), rate = doc_->sampleRate, macro, pinned](const EditOps::Progress& progress) {
+        return brindlehum::run(macro, state, rate, pinned, EditOps::systemSeeded(), progress);
+    };
+    const bool isQuick =
+        info.isQuick && (samples < quickSamples || macro == Macro::topAndTails || macro == Macro::swap);
+    if (!isQuick) { return performAside(work, info.status, done); }
+    perform([work] { return work({}); }, true, "", done);
 }
 
 void DocumentModel::setCutStyle(CutStyle style) {

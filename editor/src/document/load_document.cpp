@@ -9,6 +9,7 @@
 #include <span>
 
 #include "audio/stream/sample_source.h"
+#include "audio/wave/waveform.h"
 #include "base/error.h"
 #include "base/memory_left.h"
 
@@ -16,6 +17,7 @@ namespace brindlehum {
 namespace {
 
 constexpr int blockFrames = int(SoundBlock::longest);
+constexpr double showSeconds = 1.0 / 20;
 
 void refuseIfTooLarge(int channels, int64_t frames) {
     const double memory = double(::sysconf(_SC_PHYS_PAGES)) * double(::sysconf(_SC_PAGESIZE));
@@ -46,13 +48,14 @@ int64_t appendClean(SoundBuilder& builder, std::vector<const float*>& planes, in
 }  // namespace
 
 LoadedDocument loadDocument(const std::filesystem::path& path, const std::function<void(double)>& progress,
-                            const std::function<bool()>& stop) {
+                            const std::function<bool()>& stop, const ShowLoading& shown) {
     LoadedDocument out{AudioFileInfo::load(path, stop), {}, 0, {}};
     FileSamples samples(path, stop);
     if (samples.sampleRate() > 0 && double(samples.frames()) / samples.sampleRate() >= longestDocument) {
         throw Error(ErrorKind::tooLong, "Files over 30 minutes don't open in the editor");
     }
     refuseIfTooLarge(samples.channels(), samples.frames());
+    double nextShown = 0;
     try {
         SoundBuilder builder(samples.channels());
         std::vector<const float*> planes(size_t(samples.channels()));
@@ -62,6 +65,10 @@ LoadedDocument loadDocument(const std::filesystem::path& path, const std::functi
             out.notNumbers += appendClean(builder, planes, count, cleaned);
             at += count;
             progress(double(at) / double(samples.frames()));
+            if (const double now = steadySeconds(); shown && now >= nextShown) {
+                shown(out.info, builder.soFar(), samples.frames());
+                nextShown = now + showSeconds;
+            }
         }
         out.sound = builder.finish();
     } catch (const std::bad_alloc&) { throw Error(ErrorKind::tooLargeToLoad, "File too large to load"); }

@@ -18,13 +18,15 @@ constexpr std::array table = {
     MacroInfo{Macro::swap, "swap", "Swap L/R", "The first two channels change places", "Swapping…"},
 };
 
-EditStep withRange(const EditState& state, const Sound& made, const char* name, Marks marks) {
+// None when the making was stopped.
+std::optional<EditStep> withRange(const EditState& state, const Sound& made, const char* name, Marks marks) {
+    if (made.channels() == 0) { return std::nullopt; }
     const FrameRange range = state.range();
     EditState next = state;
     next.marks = std::move(marks);
     next.sound = EditOps::replaceRegion(state.sound, range.lower, range.upper, made);
     if (state.selection) { next.selection = FrameRange{range.lower, range.lower + made.frames()}; }
-    return {fitted(std::move(next)), name, EditStep::Moved{range, made.frames()}};
+    return EditStep{fitted(std::move(next)), name, EditStep::Moved{range, made.frames()}};
 }
 
 std::optional<EditStep> looped(const EditState& state, double sampleRate, const PinnedLoop& pinned) {
@@ -44,7 +46,7 @@ std::span<const MacroInfo> macros() {
 }
 
 std::optional<EditStep> run(Macro macro, const EditState& state, double sampleRate, const PinnedLoop& pinned,
-                            EditOps::RandomEngine random) {
+                            EditOps::RandomEngine random, const EditOps::Progress& progress) {
     if (state.sound.frames() == 0) { return std::nullopt; }
     const FrameRange range = state.range();
     EditState next = state;
@@ -63,14 +65,14 @@ std::optional<EditStep> run(Macro macro, const EditState& state, double sampleRa
             break;
         case Macro::verbTail: {
             // The tail follows the sound, which stays where it is.
-            const Sound made(
-                EditOps::verbTail(state.sound.gather(range.lower, range.upper), sampleRate, 0, range.length(), random));
+            const Sound made(EditOps::verbTail(state.sound.gather(range.lower, range.upper), sampleRate, 0,
+                                               range.length(), random, progress));
             return withRange(state, made, "Verb Tail",
                              replaced(state.marks, {range.upper, range.upper}, made.frames() - range.length()));
         }
         case Macro::texture: {
-            const Sound made(
-                EditOps::texture(state.sound.gather(range.lower, range.upper), sampleRate, 0, range.length(), random));
+            const Sound made(EditOps::texture(state.sound.gather(range.lower, range.upper), sampleRate, 0,
+                                              range.length(), random, progress));
             return withRange(state, made, "Texture", replaced(state.marks, range, made.frames()));
         }
         case Macro::seamlessLoop:

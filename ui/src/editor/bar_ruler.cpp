@@ -114,11 +114,12 @@ void paintLoop(QPainter& painter, double from, double to) {
                      faint(colorOf(PinKind::loopEnd), 140));
 }
 
-void paintPin(QPainter& painter, PinKind kind, double x, double bottom) {
+void paintPin(QPainter& painter, PinKind kind, double x, double bottom, std::optional<double> next) {
     const QColor color = colorOf(kind);
     painter.setFont(sized(painter, flagPoints, true));
     const QString text = QString::fromLatin1(flagText(kind));
-    const QRectF flag(x, 3, QFontMetricsF(painter.font()).horizontalAdvance(text) + 10, 14);
+    QRectF flag(x, 3, QFontMetricsF(painter.font()).horizontalAdvance(text) + 10, 14);
+    if (next && *next >= x && *next < flag.right()) { flag.moveRight(x); }
     painter.fillRect(QRectF(x - 0.5, 3, 1, bottom), color);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);

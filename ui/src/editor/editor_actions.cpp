@@ -1,6 +1,9 @@
 // The editor's commands.
 #include "ui/editor/editor_actions.h"
 
+#include <QAbstractButton>
+#include <QApplication>
+#include <QKeyEvent>
 #include <QWidget>
 
 #include "ui/editor/editor_wave_view.h"
@@ -35,9 +38,30 @@ QAction* EditorActions::addSwitch(const QString& text, const QKeySequence& keys,
 
 EditorActions::EditorActions(EditorModel& editor, EditorWaveView& wave, QWidget& window)
     : QObject(&window), editor_(editor), window_(window) {
-    DocumentModel& document = editor.document();
-    MusicModel& music = editor.music();
-    EditorTransport& transport = editor.transport();
+    openFile = add("Open File…", QKeySequence("Ctrl+O"), [] {});
+    saveAs = add("Save As…", QKeySequence("Ctrl+S"), [] {});
+    closeDocument = add("Close Document", {}, [] {});
+    makeEdits();
+    makeViews(wave);
+    makePlayback();
+    qApp->installEventFilter(this);
+    connect(&editor.document(), &DocumentModel::changed, this, &EditorActions::refresh);
+    connect(&editor.music(), &MusicModel::changed, this, &EditorActions::refresh);
+    connect(&editor.transport(), &EditorTransport::changed, this, &EditorActions::refresh);
+    refresh();
+}
+
+bool EditorActions::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() != QEvent::ShortcutOverride) { return false; }
+    const auto* button = qobject_cast<QAbstractButton*>(watched);
+    const auto* key = static_cast<QKeyEvent*>(event);
+    if (!button || button->window() != &window_ || key->key() != Qt::Key_Space || key->modifiers()) { return false; }
+    event->accept();
+    return true;
+}
+
+void EditorActions::makeEdits() {
+    DocumentModel& document = editor_.document();
     undo = add("Undo", QKeySequence::Undo, [&] { document.undo(); });
     redo = add("Redo", QKeySequence("Ctrl+Shift+Z"), [&] { document.redo(); });
     cut = add("Cut", QKeySequence::Cut, [&] { document.cut(); });
@@ -52,6 +76,17 @@ EditorActions::EditorActions(EditorModel& editor, EditorWaveView& wave, QWidget&
         document.setSelection(FrameRange{0, document.total()});
     });
     selectNone = add("Clear Selection", QKeySequence("Ctrl+D"), [&] { document.setSelection(std::nullopt); });
+    for (const auto& effect : EditOps::effects()) {
+        effects.push_back(add(
+            effect.name, {}, [&document, id = std::string(effect.id)] { document.apply(id); }, effect.blurb));
+    }
+    for (const auto& info : brindlehum::macros()) {
+        macros.push_back(add(
+            info.title, {}, [&document, macro = info.macro] { document.run(macro); }, info.tip));
+    }
+}
+
+void EditorActions::makeViews(EditorWaveView& wave) {
     zoomIn = add("Zoom In", QKeySequence("Ctrl++"), [&wave] { wave.zoom(zoomStep); });
     zoomOut = add("Zoom Out", QKeySequence("Ctrl+-"), [&wave] { wave.zoom(1 / zoomStep); });
     fit = add(
@@ -59,7 +94,27 @@ EditorActions::EditorActions(EditorModel& editor, EditorWaveView& wave, QWidget&
     zoomSelection = add(
         "Sel", QKeySequence("Ctrl+Alt+0"), [&wave] { wave.showSelected(); }, "Show the selection");
     snap = addSwitch(
-        "Snap", {}, [&](bool on) { music.setSnap(on); }, "Snap selections to beats");
+        "Snap", {}, [this](bool on) { editor_.music().setSnap(on); }, "Snap selections to beats");
+    const auto setStyle = [this, &wave] {
+        linear->setEnabled(spectrum->isChecked());
+        wave.setStyle(!spectrum->isChecked() ? EditorLanes::Style::waves
+                      : linear->isChecked()  ? EditorLanes::Style::linearSpectrum
+                                             : EditorLanes::Style::logSpectrum);
+    };
+    spectrum = addSwitch(
+        "Spectrum", QKeySequence("Ctrl+G"), [setStyle](bool) { setStyle(); }, "Show the lanes as spectrograms");
+    linear = addSwitch(
+        "Linear Frequencies", {}, [setStyle](bool) { setStyle(); },
+        "Space the spectrogram's frequencies evenly, not by octaves");
+    linear->setEnabled(false);
+    history = addSwitch(
+        "History", QKeySequence("Ctrl+H"), [](bool) {}, "List the steps of editing");
+    history->setChecked(true);
+}
+
+void EditorActions::makePlayback() {
+    DocumentModel& document = editor_.document();
+    EditorTransport& transport = editor_.transport();
     play = add(
         "Play / Stop", QKeySequence(Qt::Key_Space), [&] { transport.toggle(); },
         "Play/Stop (Space). Plays from the cursor or the selection.");
@@ -80,40 +135,36 @@ EditorActions::EditorActions(EditorModel& editor, EditorWaveView& wave, QWidget&
     click = addSwitch(
         "Click", {}, [&](bool on) { transport.setClick(on); },
         "Click on the grid while playing. If the click sits, the tempo is right.");
-    for (const auto& effect : EditOps::effects()) {
-        effects.push_back(add(
-            effect.name, {}, [&document, id = std::string(effect.id)] { document.apply(id); }, effect.blurb));
-    }
-    for (const auto& info : brindlehum::macros()) {
-        macros.push_back(add(
-            info.title, {}, [&document, macro = info.macro] { document.run(macro); }, info.tip));
-    }
-    connect(&document, &DocumentModel::changed, this, &EditorActions::refresh);
-    connect(&music, &MusicModel::changed, this, &EditorActions::refresh);
-    connect(&transport, &EditorTransport::changed, this, &EditorActions::refresh);
-    refresh();
 }
 
+// What is being loaded can only be looked at.
 void EditorActions::refresh() {
     const DocumentModel& document = editor_.document();
-    const MusicModel& music = editor_.music();
-    const EditorTransport& transport = editor_.transport();
-    const bool hasDoc = document.doc().has_value() && document.total() > 0;
-    const auto named = [](QAction* action, const QString& verb, const std::string& step) {
+    const bool isIdle = !document.loading();
+    const bool hasDoc = isIdle && document.doc() && document.total() > 0;
+    const auto named = [&](QAction* action, const QString& verb, const std::string& step) {
         action->setText(step.empty() ? verb : verb + " " + QString::fromStdString(step).replace('&', "&&"));
-        action->setEnabled(!step.empty());
+        action->setEnabled(isIdle && !step.empty());
     };
     named(undo, "Undo", document.history().undoName());
     named(redo, "Redo", document.history().redoName());
-    const bool hasSelection = document.selection().has_value();
+    const bool hasSelection = isIdle && document.selection().has_value();
     for (QAction* each : {cut, copy, remove, trim, silence, zoomSelection, selectNone}) {
         each->setEnabled(hasSelection);
     }
-    paste->setEnabled(document.canPaste());
+    paste->setEnabled(isIdle && document.canPaste());
+    saveAs->setEnabled(hasDoc);
+    closeDocument->setEnabled(isIdle && document.doc().has_value());
     for (QAction* each : {selectAll, zoomIn, zoomOut, fit, play, toStart}) { each->setEnabled(hasDoc); }
     for (QAction* each : effects) { each->setEnabled(hasDoc); }
     for (QAction* each : macros) { each->setEnabled(hasDoc); }
-    const bool hasBars = music.analysis() && !music.isStale();
+    refreshPlayback(isIdle);
+}
+
+void EditorActions::refreshPlayback(bool isIdle) {
+    const MusicModel& music = editor_.music();
+    const EditorTransport& transport = editor_.transport();
+    const bool hasBars = isIdle && music.analysis() && !music.isStale();
     loopSeam->setEnabled(hasBars && music.pinnedLoop().range.has_value());
     click->setEnabled(hasBars);
     snap->setChecked(music.snap());

@@ -64,8 +64,10 @@ std::optional<PinKind> pinAt(const Point& at, const Surface& surface) {
     std::optional<PinKind> nearest;
     double distance = pinReach;
     for (const auto& [kind, frame] : surface.pins) {
-        const double away = std::abs(surface.visible.shareOf(double(frame)) * surface.width - at.x);
-        if (away <= distance) {
+        const double pole = surface.visible.shareOf(double(frame)) * surface.width;
+        const double away = std::abs(pole - at.x);
+        // Of two at one place, the later one has its flag on the right.
+        if (away < distance || (away == distance && (!nearest || at.x >= pole))) {
             nearest = kind;
             distance = away;
         }

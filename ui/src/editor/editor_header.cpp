@@ -72,7 +72,12 @@ QString EditorHeader::loudnessText() const {
 void EditorHeader::refresh() {
     const auto& analysis = music_.analysis();
     const auto& doc = document_.doc();
-    setVisible(doc.has_value());
+    const auto& loading = document_.loading();
+    setVisible(doc || loading);
+    if (loading) {
+        for (QWidget* each : findChildren<QWidget*>(Qt::FindDirectChildrenOnly)) { each->setVisible(each == name_); }
+        return name_->setFullText(pathText(loading->url.filename()));
+    }
     if (!doc) { return; }
     name_->setFullText(pathText(doc->url.filename()));
     unsaved_->setVisible(document_.isDirty());

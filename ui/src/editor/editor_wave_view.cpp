@@ -1,18 +1,17 @@
-// Paints the document and feeds mouse and keys to the models.
+// Feeds mouse, wheel and keys to the models.
 #include "ui/editor/editor_wave_view.h"
 
 #include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QMenu>
-#include <QPaintEvent>
-#include <QPainter>
+#include <QNativeGestureEvent>
 #include <QToolTip>
 #include <cmath>
 
-#include "mix/player/lane_labels.h"
+#include "base/time_text.h"
 #include "ui/editor/bar_ruler.h"
-#include "ui/editor/sound_picture.h"
-#include "ui/picture/waveform_picture.h"
+#include "ui/editor/editor_keys.h"
+#include "ui/look/path_text.h"
 
 namespace brindlehum {
 namespace {
@@ -23,48 +22,61 @@ constexpr double notchZoom = 1.25;
 constexpr double keyZoom = 2;
 constexpr double pageShare = 0.9;  // of what is in sight
 constexpr double arrowPixels = 8;  // one arrow key
-constexpr double halo = 1;         // of the playhead, in logical pixels on either side
+constexpr int edgeScrollMs = 16;
+constexpr double edgeScrollShare = 0.2;  // of the way beyond the edge, in each step
 
 }  // namespace
 
-EditorWaveView::EditorWaveView(DocumentModel& document, MusicModel& music, EditorTransport& transport, QWidget* parent)
-    : QWidget(parent), document_(document), music_(music), transport_(transport) {
+EditorWaveView::EditorWaveView(DocumentModel& document, MusicModel& music, EditorTransport& transport, MainLoop& loop,
+                               QWidget* parent)
+    : QWidget(parent), document_(document), music_(music), transport_(transport), lanes_(loop) {
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
     setAttribute(Qt::WA_OpaquePaintEvent);
     setMinimumSize(200, 120);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
-    setAccessibleName("Waveform of the document");
     setAccessibleDescription(
         "Click to set the cursor, drag to select, double-click to select a bar, drag a flag in the ruler to move a "
-        "pin. "
-        "Left and Right move the cursor, with Shift they extend the selection, Home and End jump. Plus and Minus zoom, "
-        "0 shows all, Z the selection, Page Up and Page Down scroll.");
+        "pin. Left and Right move the cursor, with Control by a bar, with Shift they extend the selection, Home and "
+        "End jump. Plus and Minus zoom, 0 shows all, Z the selection, Page Up and Page Down scroll, Escape clears the "
+        "selection.");
+    describe();
     connect(&document, &DocumentModel::changed, this, &EditorWaveView::refresh);
-    connect(&document, &DocumentModel::opened, this, &EditorWaveView::refresh);
-    connect(&music, &MusicModel::changed, this, qOverload<>(&QWidget::update));
+    connect(&music, &MusicModel::changed, this, [this] {
+        update();
+        Q_EMIT lanesMoved();
+    });
+    connect(&lanes_.spectrum(), &SpectrumLanes::changed, this, qOverload<>(&QWidget::update));
     connect(&transport, &EditorTransport::changed, this, [this] { movePlayhead(transport_.playhead().frame()); });
     connect(&transport.playhead(), &PlayheadModel::frameChanged, this, &EditorWaveView::movePlayhead);
 }
 
-void EditorWaveView::refresh() {
-    if (document_.revision() != paintedRevision_ || document_.view() != paintedView_) { isStale_ = true; }
+void EditorWaveView::setStyle(EditorLanes::Style style) {
+    lanes_.style = style;
     update();
 }
 
-QRectF EditorWaveView::lanesArea() const {
-    return QRectF(rect()).adjusted(0, EditorGesture::rulerHeight, 0, 0);
+void EditorWaveView::refresh() {
+    describe();
+    update();
 }
 
-double EditorWaveView::xOf(double frame) const {
-    return document_.view().shareOf(frame) * width();
-}
-
-QRectF EditorWaveView::playheadArea() const {
-    if (!transport_.isPlaying() || !transport_.followsDocument() || !document_.view().contains(playhead_)) {
-        return {};
+// Screen readers say where the cursor stands and what is selected.
+void EditorWaveView::describe() {
+    const auto shown = onScreen();
+    if (!shown) { return setAccessibleName("Waveform of the document"); }
+    const auto time = [&](int64_t frame) {
+        return QString::fromStdString(timeText(double(frame) / std::max(shown->sampleRate, 1.0)));
+    };
+    if (const auto& loading = document_.loading()) {
+        return setAccessibleName("Waveform of " + pathText(loading->url.filename()) + ", loading");
     }
-    return {xOf(playhead_) - halo, 0, WaveformPicture::playheadWidth + 2 * halo, double(height())};
+    QString name =
+        "Waveform of " + pathText(document_.doc()->url.filename()) + ", cursor at " + time(document_.cursor());
+    if (const auto& selection = document_.selection()) {
+        name += ", selected " + time(selection->lower) + " to " + time(selection->upper);
+    }
+    setAccessibleName(name);
 }
 
 void EditorWaveView::movePlayhead(double frame) {
@@ -76,82 +88,6 @@ void EditorWaveView::movePlayhead(double frame) {
     }
     update(before);
     update(playheadArea().toAlignedRect());
-}
-
-void EditorWaveView::ensurePicture() {
-    const QSizeF area = lanesArea().size();
-    const QSize wanted = (area * devicePixelRatioF()).toSize();
-    if (!isStale_ && picture_.size() == wanted) { return; }
-    picture_ = QPixmap(wanted);
-    picture_.setDevicePixelRatio(devicePixelRatioF());
-    picture_.fill(Qt::transparent);
-    QPainter painter(&picture_);
-    const WaveformData lanes = soundPicture(document_.sound(), document_.view(), wanted.width());
-    std::vector<std::string> labels;
-    if (document_.doc()) { labels = laneLabels(document_.doc()->info.detected, document_.sound().channels()); }
-    WaveformPicture::paintLanes(painter, area, devicePixelRatioF(), {nullptr, &lanes, document_.view(), labels},
-                                Theme::current().waveform);
-    isStale_ = false;
-    paintedRevision_ = document_.revision();
-    paintedView_ = document_.view();
-    ++pictureCount_;
-}
-
-void EditorWaveView::paintRuler(QPainter& painter) const {
-    const auto& analysis = music_.analysis();
-    const QRectF ruler(0, 0, width(), EditorGesture::rulerHeight);
-    if (analysis && !music_.boundaries().empty()) {
-        BarRuler::paintBars(painter, ruler, height(),
-                            {document_.view(), music_.boundaries(), analysis->grid.beats, document_.doc()->sampleRate,
-                             music_.isStale() || analysis->grid.barLinesUncertain()});
-    } else {
-        BarRuler::paintTime(painter, ruler, document_.view(), document_.doc()->sampleRate);
-    }
-}
-
-void EditorWaveView::paintPins(QPainter& painter) const {
-    const auto pins = surface().pins;
-    const auto loop = music_.pinnedLoop().range;
-    if (pins.empty()) { return; }
-    if (loop) { BarRuler::paintLoop(painter, xOf(double(loop->lower)), xOf(double(loop->upper))); }
-    for (const auto& [kind, frame] : pins) { BarRuler::paintPin(painter, kind, xOf(double(frame)), height()); }
-}
-
-void EditorWaveView::paintMarks(QPainter& painter) const {
-    const Theme& theme = Theme::current();
-    if (const auto selection = live_ ? live_ : document_.selection()) {
-        for (const int64_t edge : {selection->lower, selection->upper}) {
-            painter.fillRect(QRectF(xOf(double(edge)), EditorGesture::rulerHeight, 1, height()), theme.waveform.label);
-        }
-    }
-    painter.fillRect(QRectF(xOf(double(document_.cursor())), EditorGesture::rulerHeight, 1, height()), theme.accent);
-    const QRectF playhead = playheadArea();
-    if (playhead.isEmpty()) { return; }
-    painter.fillRect(playhead, theme.waveform.background);
-    painter.fillRect(playhead.adjusted(halo, 0, -halo, 0), theme.waveform.playhead);
-}
-
-void EditorWaveView::paintEvent(QPaintEvent* event) {
-    QPainter painter(this);
-    painter.setClipRect(event->rect());
-    const Theme& theme = Theme::current();
-    painter.fillRect(rect(), theme.waveform.background);
-    if (!document_.doc()) { return; }
-    ensurePicture();
-    if (const auto selection = live_ ? live_ : document_.selection()) {
-        const auto span = WaveformPicture::span(*selection, document_.view(), width());
-        painter.fillRect(QRectF(span.x, EditorGesture::rulerHeight, std::max(span.width, 1.0), height()),
-                         theme.waveform.selection);
-    }
-    painter.drawPixmap(QPointF(0, EditorGesture::rulerHeight), picture_);
-    paintRuler(painter);
-    paintPins(painter);
-    paintMarks(painter);
-    if (hasFocus()) {
-        painter.setPen(QPen(theme.accent, 2));
-        painter.setBrush(Qt::NoBrush);
-        painter.drawRect(QRectF(rect()).adjusted(1, 1, -1, -1));
-    }
 }
 
 EditorGesture::Surface EditorWaveView::surface() const {
@@ -166,7 +102,7 @@ EditorGesture::Surface EditorWaveView::surface() const {
 
 void EditorWaveView::feed(const EditorGesture::Event& event) {
     using namespace EditorGesture;
-    if (!document_.doc()) { return; }
+    if (!isEditable()) { return; }
     const Step next = step(gesture_, event, surface());
     gesture_ = next.next;
     if (const auto* preview = std::get_if<Preview>(&next.action)) { live_ = preview->range; }
@@ -182,7 +118,9 @@ void EditorWaveView::feed(const EditorGesture::Event& event) {
         if (transport_.isPlaying() && transport_.followsDocument()) { transport_.play(cursor->frame); }
     }
     if (const auto* pin = std::get_if<EditorGesture::MovePin>(&next.action)) { music_.movePin(pin->kind, pin->frame); }
-    if (const auto* bar = std::get_if<SelectBar>(&next.action)) { music_.selectBar(bar->frame); }
+    if (const auto* bar = std::get_if<SelectBar>(&next.action)) {
+        hasBars() ? music_.selectBar(bar->frame) : document_.setSelection(FrameRange{0, document_.total()});
+    }
     update();
 }
 
@@ -199,27 +137,59 @@ void EditorWaveView::mouseDoubleClickEvent(QMouseEvent* event) {
 
 void EditorWaveView::mouseMoveEvent(QMouseEvent* event) {
     const EditorGesture::Point at{event->position().x(), event->position().y()};
-    if (event->buttons().testFlag(Qt::LeftButton)) { return feed(EditorGesture::Move{at}); }
-    setCursor(document_.doc() && EditorGesture::pinAt(at, surface()) ? Qt::SizeHorCursor : Qt::IBeamCursor);
+    if (event->buttons().testFlag(Qt::LeftButton)) {
+        feed(EditorGesture::Move{at});
+        return scrollAtEdge(event->position());
+    }
+    setCursor(isEditable() && EditorGesture::pinAt(at, surface()) ? Qt::SizeHorCursor : Qt::IBeamCursor);
 }
 
 void EditorWaveView::mouseReleaseEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton) { return; }
+    edgeScroll_.stop();
     feed(EditorGesture::Release{{event->position().x(), event->position().y()}});
 }
 
+// A drag beyond an edge scrolls, the faster the farther.
+void EditorWaveView::scrollAtEdge(const QPointF& pointer) {
+    pointer_ = pointer;
+    const bool drags = std::holds_alternative<EditorGesture::Selecting>(gesture_) ||
+                       std::holds_alternative<EditorGesture::MovingPin>(gesture_);
+    if (!drags || document_.view().isAll() || (pointer.x() >= 0 && pointer.x() <= width())) {
+        return edgeScroll_.stop();
+    }
+    if (!edgeScroll_.isActive()) { edgeScroll_.start(edgeScrollMs, this); }
+}
+
+void EditorWaveView::timerEvent(QTimerEvent* event) {
+    if (event->timerId() != edgeScroll_.timerId()) { return QWidget::timerEvent(event); }
+    const double beyond = pointer_.x() < 0 ? pointer_.x() : pointer_.x() - width();
+    document_.setView(
+        scrolled(document_.view(), beyond * edgeScrollShare / std::max(width(), 1) * document_.view().length));
+    feed(EditorGesture::Move{{pointer_.x(), pointer_.y()}});
+}
+
+// A touch pad gives pixels, a wheel notches. Control zooms about the pointer, all else scrolls.
 void EditorWaveView::wheelEvent(QWheelEvent* event) {
-    const QPoint turned = event->angleDelta();
-    const int most = std::abs(turned.x()) > std::abs(turned.y()) ? turned.x() : turned.y();
-    const double notches = most / notch;
-    if (!document_.doc() || notches == 0) { return event->ignore(); }
+    const auto most = [](const QPoint& turned) {
+        return std::abs(turned.x()) > std::abs(turned.y()) ? turned.x() : turned.y();
+    };
+    const double pixels =
+        event->hasPixelDelta() ? most(event->pixelDelta()) : most(event->angleDelta()) / notch * notchPixels;
+    if (!isEditable() || pixels == 0) { return event->ignore(); }
     const VisibleRange& view = document_.view();
     if (event->modifiers().testFlag(Qt::ControlModifier)) {
-        document_.setView(zoomed(view, std::pow(notchZoom, notches), event->position().x() / std::max(width(), 1)));
+        const double factor = std::pow(notchZoom, pixels / notchPixels);
+        document_.setView(zoomed(view, factor, event->position().x() / std::max(width(), 1)));
     } else {
-        document_.setView(scrolled(view, -notches * notchPixels * view.length / std::max(width(), 1)));
+        document_.setView(scrolled(view, -pixels * view.length / std::max(width(), 1)));
     }
     event->accept();
+}
+
+void EditorWaveView::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    Q_EMIT lanesMoved();
 }
 
 void EditorWaveView::zoom(double factor) {
@@ -236,45 +206,45 @@ void EditorWaveView::showSelected() {
     if (document_.selection()) { document_.setView(showing(document_.view(), *document_.selection())); }
 }
 
-// Moves the cursor; with Shift, the selection's edge that follows it.
 bool EditorWaveView::moveCursor(QKeyEvent* event) {
-    const double step = std::max(arrowPixels * document_.view().length / std::max(width(), 1), 1.0);
-    const int64_t before = document_.cursor();
-    int64_t frame = before;
+    using EditorKeys::Key;
+    const bool far = event->modifiers().testFlag(Qt::ControlModifier);
+    std::optional<Key> key;
     switch (event->key()) {
         case Qt::Key_Left:
-            frame -= int64_t(step);
+            key = far ? Key::leftFar : Key::left;
             break;
         case Qt::Key_Right:
-            frame += int64_t(step);
+            key = far ? Key::rightFar : Key::right;
             break;
         case Qt::Key_Home:
-            frame = 0;
+            key = Key::home;
             break;
         case Qt::Key_End:
-            frame = document_.total();
+            key = Key::end;
             break;
         default:
             return false;
     }
-    frame = std::clamp<int64_t>(frame, 0, document_.total());
-    if (event->modifiers().testFlag(Qt::ShiftModifier)) {
-        FrameRange range = document_.selection().value_or(FrameRange{before, before});
-        (before == range.upper ? range.upper : range.lower) = frame;
-        document_.setSelection(FrameRange{std::min(range.lower, range.upper), std::max(range.lower, range.upper)});
-    } else {
-        document_.setSelection(std::nullopt);
+    std::vector<int64_t> bars;
+    if (hasBars() && far) {
+        for (size_t i = 0; i < music_.boundaries().size(); ++i) { bars.push_back(music_.frame(int(i))); }
     }
-    document_.setCursor(frame);
-    document_.setView(revealing(document_.view(), double(frame)));
+    const double step = std::max(arrowPixels * document_.view().length / std::max(width(), 1), 1.0);
+    const auto moved = EditorKeys::moved(*key, event->modifiers().testFlag(Qt::ShiftModifier),
+                                         {document_.total(), document_.cursor(), document_.selection(), step, bars});
+    document_.setSelection(moved.selection);
+    document_.setCursor(moved.cursor);
+    document_.setView(revealing(document_.view(), double(moved.cursor)));
     return true;
 }
 
 void EditorWaveView::keyPressEvent(QKeyEvent* event) {
-    if (!document_.doc() || (event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier))) {
+    if (!isEditable() || (event->modifiers() & (Qt::AltModifier | Qt::MetaModifier))) {
         return QWidget::keyPressEvent(event);
     }
     if (moveCursor(event)) { return; }
+    if (event->modifiers().testFlag(Qt::ControlModifier)) { return QWidget::keyPressEvent(event); }
     switch (event->key()) {
         case Qt::Key_Plus:
         case Qt::Key_Equal:
@@ -290,8 +260,9 @@ void EditorWaveView::keyPressEvent(QKeyEvent* event) {
         case Qt::Key_PageDown:
             return document_.setView(scrolled(document_.view(), pageShare * document_.view().length));
         case Qt::Key_Escape:
-            feed(EditorGesture::Cancel{});
-            if (live_) { return live_.reset(); }
+            edgeScroll_.stop();
+            // A drag is taken back, and only the next Escape clears the selection.
+            if (!std::holds_alternative<EditorGesture::Idle>(gesture_)) { return feed(EditorGesture::Cancel{}); }
             return document_.setSelection(std::nullopt);
         default:
             QWidget::keyPressEvent(event);
@@ -299,7 +270,7 @@ void EditorWaveView::keyPressEvent(QKeyEvent* event) {
 }
 
 void EditorWaveView::contextMenuEvent(QContextMenuEvent* event) {
-    if (!document_.doc()) { return; }
+    if (!isEditable()) { return; }
     const int64_t frame = EditorGesture::frameAt(event->pos().x(), surface());
     QMenu menu;
     menu.addAction("A Bar Starts Here", [this, frame] { music_.setDownbeat(frame); });
@@ -309,21 +280,19 @@ void EditorWaveView::contextMenuEvent(QContextMenuEvent* event) {
     menu.exec(event->globalPos());
 }
 
-// Says why a pin stands where it stands.
+// Says why a pin stands where it stands; a pinch zooms about the pointer.
 bool EditorWaveView::event(QEvent* event) {
+    if (event->type() == QEvent::NativeGesture) {
+        const auto* pinch = static_cast<QNativeGestureEvent*>(event);
+        if (pinch->gestureType() != Qt::ZoomNativeGesture || !isEditable()) { return QWidget::event(event); }
+        document_.setView(zoomed(document_.view(), 1 + pinch->value(), pinch->position().x() / std::max(width(), 1)));
+        return true;
+    }
     if (event->type() != QEvent::ToolTip) { return QWidget::event(event); }
     const auto* help = static_cast<QHelpEvent*>(event);
     const auto pin = EditorGesture::pinAt({double(help->pos().x()), double(help->pos().y())}, surface());
     QToolTip::showText(help->globalPos(), pin ? BarRuler::reasonOf(*pin, music_) : QString(), this);
     return true;
-}
-
-void EditorWaveView::changeEvent(QEvent* event) {
-    QWidget::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::StyleChange) {
-        isStale_ = true;
-        update();
-    }
 }
 
 }  // namespace brindlehum

@@ -25,10 +25,13 @@
 #include "ui/editor/document_out.h"
 #include "ui/editor/editor_actions.h"
 #include "ui/editor/editor_header.h"
+#include "ui/editor/editor_menus.h"
 #include "ui/editor/editor_wave_view.h"
 #include "ui/editor/effects_list.h"
+#include "ui/editor/history_list.h"
 #include "ui/editor/lane_heads.h"
 #include "ui/editor/temp_edits_panel.h"
+#include "ui/look/elided_label.h"
 #include "ui/look/empty_state.h"
 #include "ui/look/file_drag.h"
 #include "ui/look/icons.h"
@@ -84,10 +87,16 @@ EditorWindow::EditorWindow(EditorModel& editor, SettingsStore& settings, FileMan
     setAcceptDrops(true);
     resize(fittingSize(*this, firstSize));
     askToLeave = [this](const QString& name) { return ask(this, name); };
-    wave_ = new EditorWaveView(editor.document(), editor.music(), editor.transport());
+    wave_ = new EditorWaveView(editor.document(), editor.music(), editor.transport(), editor.loop());
     actions_ = new EditorActions(editor, *wave_, *this);
     makeBody(settings, files);
-    makeMenus();
+    // A click leaves the keyboard with the waveform.
+    for (auto* button : findChildren<QAbstractButton*>()) { button->setFocusPolicy(Qt::TabFocus); }
+    EditorMenus::fill(*menuBar(), *this, editor, *actions_);
+    connect(actions_->openFile, &QAction::triggered, this, &EditorWindow::chooseFile);
+    connect(actions_->saveAs, &QAction::triggered, this, [this] { saveAs(); });
+    connect(actions_->closeDocument, &QAction::triggered, this,
+            [this] { leave([this] { editor_.document().close(); }); });
     connect(&editor.document(), &DocumentModel::changed, this, &EditorWindow::refresh);
     connect(&editor.document(), &DocumentModel::abandonedChanged, this, &EditorWindow::refresh);
     connect(&editor.transport(), &EditorTransport::changed, this, &EditorWindow::refresh);
@@ -104,20 +113,16 @@ void EditorWindow::makeBody(SettingsStore& settings, FileManager& files) {
     auto* column = new QVBoxLayout(left);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
-    column->addWidget(makeToolbar());
     auto* lanes = new QHBoxLayout;
     lanes->setSpacing(0);
-    lanes->addWidget(new LaneHeads(editor_.document(), editor_.transport()));
+    lanes->addWidget(new LaneHeads(editor_.document(), editor_.transport(), *wave_));
     lanes->addWidget(wave_, 1);
     column->addLayout(lanes, 1);
     column->addWidget(makeTransport());
-    auto* panel = new TempEditsPanel(editor_.music(), editor_.transport(), settings,
-                                     [&files](const std::filesystem::path& folder) { files.reveal({folder}); });
-    panel->setMinimumWidth(240);
     auto* split = new QSplitter;
     split->setChildrenCollapsible(false);
     split->addWidget(left);
-    split->addWidget(panel);
+    split->addWidget(makePanel(settings, files));
     split->setStretchFactor(0, 1);
     split->setSizes({firstSize.width() - panelWidth, panelWidth});
     auto* document = new QWidget;
@@ -125,6 +130,7 @@ void EditorWindow::makeBody(SettingsStore& settings, FileManager& files) {
     rows->setContentsMargins(0, 0, 0, 0);
     rows->setSpacing(0);
     rows->addWidget(new EditorHeader(editor_.document(), editor_.music(), editor_.transport(), settings));
+    rows->addWidget(makeToolbar());
     rows->addWidget(split, 1);
     stack_ = new QStackedWidget;
     stack_->addWidget(empty_ = new EmptyState);
@@ -141,29 +147,59 @@ void EditorWindow::makeBody(SettingsStore& settings, FileManager& files) {
     setCentralWidget(all);
 }
 
+QWidget* EditorWindow::makePanel(SettingsStore& settings, FileManager& files) {
+    auto* panel = new QSplitter(Qt::Vertical);
+    panel->setChildrenCollapsible(false);
+    panel->setMinimumWidth(300);
+    panel->addWidget(new TempEditsPanel(editor_.music(), editor_.transport(), settings,
+                                        [&files](const std::filesystem::path& folder) { files.reveal({folder}); }));
+    auto* history = new QWidget;
+    auto* column = new QVBoxLayout(history);
+    column->setContentsMargins(12, 4, 12, 12);
+    column->setSpacing(6);
+    auto* title = new QLabel("History");
+    title->setProperty("role", "headline");
+    column->addWidget(title);
+    column->addWidget(new HistoryList(editor_.document()));
+    panel->addWidget(history);
+    panel->setStretchFactor(0, 1);
+    connect(actions_->history, &QAction::toggled, history, &QWidget::setVisible);
+    return panel;
+}
+
 QWidget* EditorWindow::makeToolbar() {
     auto* bar = new QWidget;
     auto* row = new QHBoxLayout(bar);
     row->setContentsMargins(12, 2, 12, 6);
     row->setSpacing(2);
+    for (const auto& [action, icon, name] :
+         {std::tuple(actions_->undo, "undo", "Undo"), std::tuple(actions_->redo, "redo", "Redo")}) {
+        action->setIcon(symbol(icon));
+        QToolButton* button = buttonOf(action);
+        button->setToolButtonStyle(Qt::ToolButtonIconOnly);
+        button->setAccessibleName(name);
+        row->addWidget(button);
+    }
+    row->addSpacing(8);
     for (QAction* each :
          {actions_->cut, actions_->copy, actions_->paste, actions_->remove, actions_->trim, actions_->silence}) {
         row->addWidget(buttonOf(each));
     }
     row->addSpacing(8);
-    auto* effects = new QToolButton;
-    effects->setText("Effects");
-    effects->setToolTip("One click, applied to the selection or the whole file");
-    effects_ = new EffectsList(editor_.document(), editor_.transport(), this);
-    connect(effects, &QToolButton::clicked, this, [this, effects] { effects_->showUnder(*effects); });
-    row->addWidget(effects);
-    auto* macros = new MenuButton("Macros", "Longer changes, each one step of undo", [this](QMenu& menu) {
-        menu.setToolTipsVisible(true);
-        for (QAction* each : actions_->macros) { menu.addAction(each); }
-    });
-    macros->setText("Macros");
-    row->addWidget(macros);
-    auto* lanes = new MenuButton("Lanes", "Which lanes Effects touch", [this](QMenu& menu) {
+    const auto addList = [&](const QString& text, const QString& tip, std::vector<EffectsList::Entry> entries) {
+        auto* button = new QToolButton;
+        button->setText(text);
+        button->setToolTip(tip);
+        button->setFocusPolicy(Qt::TabFocus);
+        auto* list = new EffectsList(editor_, "Hear it first, or apply it at once", std::move(entries), this);
+        connect(button, &QToolButton::clicked, this, [list, button] { list->showUnder(*button); });
+        row->addWidget(button);
+        return button;
+    };
+    effects_ = addList("Effects", "One click, applied to the selection or the whole file",
+                       EffectsList::effects(editor_.document()));
+    macros_ = addList("Macros", "Longer changes, each one step of undo", EffectsList::macros(editor_.document()));
+    lanes_ = new MenuButton("Lanes", "Which lanes Effects touch", [this](QMenu& menu) {
         DocumentModel& document = editor_.document();
         const auto& scope = document.scope();
         addChoice(menu, "All lanes", !scope, [&document] { document.setScope(std::nullopt); });
@@ -176,9 +212,10 @@ QWidget* EditorWindow::makeToolbar() {
             });
         }
     });
-    lanes->setText("Lanes");
-    row->addWidget(lanes);
+    lanes_->setText("Lanes");
+    row->addWidget(lanes_);
     row->addStretch();
+    row->addWidget(buttonOf(actions_->spectrum, "switch"));
     row->addWidget(buttonOf(actions_->snap, "switch"));
     for (const auto& [action, icon] : {std::pair(actions_->zoomOut, "minus"), std::pair(actions_->zoomIn, "plus")}) {
         action->setIcon(symbol(icon));
@@ -196,7 +233,10 @@ QWidget* EditorWindow::makeTransport() {
     auto* row = new QHBoxLayout(bar);
     row->setContentsMargins(12, 6, 12, 6);
     row->setSpacing(8);
-    row->addWidget(buttonOf(actions_->toStart));
+    actions_->toStart->setIcon(symbol("to-start"));
+    QToolButton* toStart = buttonOf(actions_->toStart);
+    toStart->setToolButtonStyle(Qt::ToolButtonIconOnly);
+    row->addWidget(toStart);
     row->addWidget(play_ = new QToolButton);
     play_->setProperty("role", "play");
     play_->setIconSize({18, 18});
@@ -220,7 +260,7 @@ QWidget* EditorWindow::makeStatus() {
     auto* column = new QVBoxLayout(bar);
     column->setContentsMargins(12, 0, 12, 6);
     auto* row = new QHBoxLayout;
-    row->addWidget(status_ = new QLabel, 1);
+    row->addWidget(status_ = new ElidedLabel, 1);
     row->addWidget(progress_ = new QProgressBar);
     progress_->setFixedWidth(160);
     progress_->setTextVisible(false);
@@ -240,62 +280,6 @@ QWidget* EditorWindow::makeStatus() {
     notice->addWidget(discard);
     column->addWidget(recovery_);
     return bar;
-}
-
-void EditorWindow::makeMenus() {
-    const auto add = [this](QMenu* menu, const QString& text, const QKeySequence& keys, auto call) {
-        QAction* action = menu->addAction(text);
-        action->setShortcut(keys);
-        connect(action, &QAction::triggered, this, call);
-    };
-    auto* file = menuBar()->addMenu("&File");
-    add(file, "Open File…", QKeySequence("Ctrl+O"), [this] { chooseFile(); });
-    add(file, "Save As…", QKeySequence("Ctrl+S"), [this] { saveAs(); });
-    file->addSeparator();
-    add(file, "Close Document", {}, [this] { leave([this] { editor_.document().close(); }); });
-    add(file, "Close Window", QKeySequence("Ctrl+W"), [this] { close(); });
-    auto* edit = menuBar()->addMenu("&Edit");
-    edit->addActions({actions_->undo, actions_->redo});
-    auto* history = edit->addMenu("History");
-    connect(history, &QMenu::aboutToShow, this, [this, history] { fillHistory(*history); });
-    edit->addSeparator();
-    edit->addActions(
-        {actions_->cut, actions_->copy, actions_->paste, actions_->remove, actions_->trim, actions_->silence});
-    edit->addSeparator();
-    edit->addActions({actions_->selectAll, actions_->selectNone});
-    auto* joins = edit->addMenu("Joins of Cuts");
-    connect(joins, &QMenu::aboutToShow, this, [this, joins] {
-        joins->clear();
-        DocumentModel& document = editor_.document();
-        for (const auto& [text, style] :
-             {std::pair("Exact", CutStyle::exact), std::pair("At Zero Crossings", CutStyle::zeroCrossing),
-              std::pair("Crossfade of 4 ms", CutStyle::crossfade)}) {
-            addChoice(*joins, text, document.cutStyle() == style,
-                      [&document, style = style] { document.setCutStyle(style); });
-        }
-    });
-    auto* effects = menuBar()->addMenu("E&ffects");
-    effects->setToolTipsVisible(true);
-    for (QAction* each : actions_->effects) { effects->addAction(each); }
-    effects->addSeparator();
-    for (QAction* each : actions_->macros) { effects->addAction(each); }
-    auto* view = menuBar()->addMenu("&View");
-    view->addActions({actions_->zoomIn, actions_->zoomOut, actions_->fit, actions_->zoomSelection});
-    view->addSeparator();
-    view->addAction(actions_->snap);
-    auto* playback = menuBar()->addMenu("&Playback");
-    playback->addActions(
-        {actions_->play, actions_->toStart, actions_->loop, actions_->preRoll, actions_->click, actions_->loopSeam});
-}
-
-void EditorWindow::fillHistory(QMenu& menu) {
-    menu.clear();
-    DocumentModel& document = editor_.document();
-    const auto names = document.history().names();
-    for (size_t i = 0; i < names.size(); ++i) {
-        addChoice(menu, names[i].empty() ? "Opened" : QString::fromStdString(names[i]),
-                  i == document.history().position(), [&document, i] { document.goTo(i); });
-    }
 }
 
 void EditorWindow::chooseFile() {
@@ -365,8 +349,15 @@ void EditorWindow::showPosition() {
 void EditorWindow::refresh() {
     const DocumentModel& document = editor_.document();
     const auto& doc = document.doc();
-    stack_->setCurrentIndex(doc ? 1 : 0);
-    setWindowTitle(doc ? pathText(doc->url.filename()) + "[*] – Editor" : "Editor");
+    const auto& loading = document.loading();
+    const int page = doc || loading ? 1 : 0;
+    if (page != stack_->currentIndex()) {
+        stack_->setCurrentIndex(page);
+        if (page == 1) { wave_->setFocus(); }
+    }
+    setWindowTitle(loading ? pathText(loading->url.filename()) + " – Editor"
+                   : doc   ? pathText(doc->url.filename()) + "[*] – Editor"
+                           : "Editor");
     setWindowModified(document.isDirty());
     const auto time = [&](int64_t frame) { return QString::fromStdString(timeText(double(frame) / doc->sampleRate)); };
     showPosition();
@@ -380,9 +371,13 @@ void EditorWindow::refresh() {
     play_->setEnabled(actions_->play->isEnabled());
     const auto& busy = document.busy();
     const auto& message = editor_.message().text();
-    status_->setText(busy ? QString::fromStdString(busy->text) : QString::fromStdString(message.value_or("")));
-    status_->setProperty("role", !busy && editor_.message().isProblem() ? "warning" : "secondary");
-    status_->style()->polish(status_);
+    status_->setFullText(QString::fromStdString(busy ? busy->text : message.value_or("")));
+    const char* role = !busy && editor_.message().isProblem() ? "warning" : "secondary";
+    if (status_->property("role") != role) {
+        status_->setProperty("role", role);
+        status_->style()->polish(status_);
+    }
+    for (QToolButton* each : {effects_, macros_, lanes_}) { each->setEnabled(actions_->selectAll->isEnabled()); }
     progress_->setVisible(busy.has_value());
     progress_->setRange(0, busy && busy->progress ? 100 : 0);
     if (busy && busy->progress) { progress_->setValue(int(*busy->progress * 100)); }

@@ -11,43 +11,108 @@
 #include "ui/look/icons.h"
 
 namespace brindlehum {
+namespace {
 
-EffectsList::EffectsList(DocumentModel& document, EditorTransport& transport, QWidget* parent)
-    : QFrame(parent, Qt::Popup), document_(document), transport_(transport) {
+constexpr int widestDescription = 380;  // logical pixels
+
+}  // namespace
+
+EffectsList::EffectsList(EditorModel& editor, const QString& hint, std::vector<Entry> entries, QWidget* parent)
+    : QFrame(parent, Qt::Popup), editor_(editor), entries_(std::move(entries)) {
     setObjectName("window");
     setFrameShape(QFrame::StyledPanel);
     auto* grid = new QGridLayout(this);
     grid->setContentsMargins(10, 8, 10, 10);
     grid->setHorizontalSpacing(8);
     grid->setVerticalSpacing(3);
-    auto* hint = new QLabel("Hear an effect first, or apply it to the selection or the whole file");
-    hint->setProperty("role", "caption");
-    grid->addWidget(hint, 0, 0, 1, 3);
-    int row = 1;
-    for (const auto& effect : EditOps::effects()) {
-        const std::string id = effect.id;
+    auto* caption = new QLabel(hint);
+    caption->setProperty("role", "caption");
+    grid->addWidget(caption, 0, 0, 1, 3);
+    for (size_t i = 0; i < entries_.size(); ++i) {
         auto* listen = new QToolButton;
-        listen->setIcon(symbol("play"));
         listen->setProperty("role", "flat");
-        listen->setAccessibleName("Hear " + QString(effect.name));
-        listen->setToolTip("Hear " + QString(effect.name));
-        connect(listen, &QToolButton::clicked, this,
-                [this, id] { document_.preview(id, [this](Sound sound) { transport_.audition(std::move(sound)); }); });
-        auto* apply = new QPushButton(effect.name);
+        connect(listen, &QToolButton::clicked, this, [this, i] { hear(i); });
+        listen_.push_back(listen);
+        auto* apply = new QPushButton(QString(entries_[i].name).replace('&', "&&"));
         apply->setProperty("role", "small");
-        apply->setToolTip(effect.blurb);
-        connect(apply, &QPushButton::clicked, this, [this, id] {
+        apply->setToolTip(entries_[i].description);
+        connect(apply, &QPushButton::clicked, this, [this, i] {
             close();
-            if (!transport_.followsDocument()) { transport_.stop(); }
-            document_.apply(id);
+            entries_[i].apply();
         });
-        auto* blurb = new QLabel(effect.blurb);
-        blurb->setProperty("role", "secondary");
+        auto* description = new QLabel(entries_[i].description);
+        description->setProperty("role", "secondary");
+        description->setWordWrap(true);
+        description->setFixedWidth(
+            std::min(description->fontMetrics().horizontalAdvance(entries_[i].description) + 4, widestDescription));
+        const int row = int(i) + 1;
         grid->addWidget(listen, row, 0);
         grid->addWidget(apply, row, 1);
-        grid->addWidget(blurb, row, 2);
-        ++row;
+        grid->addWidget(description, row, 2);
     }
+    connect(&editor.transport(), &EditorTransport::changed, this, [this] {
+        const bool ended = !editor_.transport().isPlaying() || editor_.transport().followsDocument();
+        if (heard_ && !editor_.document().isPreviewing() && ended) { heard_.reset(); }
+        refresh();
+    });
+    refresh();
+}
+
+std::vector<EffectsList::Entry> EffectsList::effects(DocumentModel& document) {
+    std::vector<Entry> out;
+    for (const auto& effect : EditOps::effects()) {
+        const std::string id = effect.id;
+        out.push_back({effect.name, effect.blurb,
+                       [&document, id](const DocumentModel::Heard& heard) { document.preview(id, heard); },
+                       [&document, id] { document.apply(id); }});
+    }
+    return out;
+}
+
+std::vector<EffectsList::Entry> EffectsList::macros(DocumentModel& document) {
+    std::vector<Entry> out;
+    for (const MacroInfo& info : brindlehum::macros()) {
+        const Macro macro = info.macro;
+        out.push_back({info.title, info.tip,
+                       [&document, macro](const DocumentModel::Heard& heard) { document.preview(macro, heard); },
+                       [&document, macro] { document.run(macro); }});
+    }
+    return out;
+}
+
+// A second click on what is heard ends it.
+void EffectsList::hear(size_t entry) {
+    const bool ends = heard_ == entry;
+    editor_.document().cancelPreview();
+    heard_.reset();
+    if (!editor_.transport().followsDocument()) { editor_.transport().stop(); }
+    if (!ends) {
+        heard_ = entry;
+        entries_[entry].preview([this](Sound sound) {
+            if (sound.frames() == 0) { heard_.reset(); }
+            editor_.transport().audition(std::move(sound));
+            refresh();
+        });
+    }
+    refresh();
+}
+
+void EffectsList::refresh() {
+    for (size_t i = 0; i < listen_.size(); ++i) {
+        const bool isHeard = heard_ == i;
+        const bool isMade = isHeard && editor_.document().isPreviewing();
+        listen_[i]->setIcon(symbol(isMade ? "hourglass" : isHeard ? "stop" : "play"));
+        const QString text = (isHeard ? "Stop " : "Hear ") + entries_[i].name;
+        listen_[i]->setAccessibleName(text);
+        listen_[i]->setToolTip(text);
+    }
+}
+
+void EffectsList::hideEvent(QHideEvent* event) {
+    QFrame::hideEvent(event);
+    editor_.document().cancelPreview();
+    if (std::exchange(heard_, std::nullopt) && !editor_.transport().followsDocument()) { editor_.transport().stop(); }
+    refresh();
 }
 
 void EffectsList::showUnder(QWidget& button) {

@@ -5,7 +5,8 @@
 #include <algorithm>
 
 #include "mix/player/lane_labels.h"
-#include "ui/editor/editor_gesture.h"
+#include "ui/editor/editor_wave_view.h"
+#include "ui/editor/lane_picture.h"
 
 namespace brindlehum {
 namespace {
@@ -13,15 +14,16 @@ namespace {
 constexpr int buttonWidth = 22;  // logical pixels, as are the next
 constexpr int buttonHeight = 20;
 constexpr int gap = 2;
-constexpr int mostLanes = 16;  // that are shown
 
 }  // namespace
 
-LaneHeads::LaneHeads(DocumentModel& document, EditorTransport& transport, QWidget* parent)
-    : QWidget(parent), document_(document), transport_(transport) {
+LaneHeads::LaneHeads(DocumentModel& document, EditorTransport& transport, const EditorWaveView& wave, QWidget* parent)
+    : QWidget(parent), document_(document), transport_(transport), wave_(wave) {
     setFixedWidth(2 * buttonWidth + 3 * gap);
     connect(&document, &DocumentModel::opened, this, &LaneHeads::rebuild);
+    connect(&document, &DocumentModel::changed, this, [this] { setEnabled(!document_.loading()); });
     connect(&transport, &EditorTransport::changed, this, &LaneHeads::refresh);
+    connect(&wave, &EditorWaveView::lanesMoved, this, &LaneHeads::place);
     rebuild();
 }
 
@@ -60,11 +62,11 @@ void LaneHeads::rebuild() {
 }
 
 void LaneHeads::place() {
-    const double top = EditorGesture::rulerHeight;
-    const double lane = (height() - top) / std::max<double>(double(heads_.size()), 1);
+    const QRectF area = wave_.lanesArea();
+    const double lane = area.height() / std::max<double>(double(heads_.size()), 1);
     for (size_t i = 0; i < heads_.size(); ++i) {
         const int tall = std::clamp(int(lane) - 2, 8, buttonHeight);
-        const int y = int(top + lane * (double(i) + 0.5)) - tall / 2;
+        const int y = int(area.top() + lane * (double(i) + 0.5)) - tall / 2;
         heads_[i].solo->setFixedHeight(tall);
         heads_[i].mute->setFixedHeight(tall);
         heads_[i].solo->move(gap, y);

@@ -34,6 +34,7 @@ PlanCard::PlanCard(const EditPlan& plan, double seconds, bool isHeard, QWidget* 
     auto* play = new QToolButton;
     play->setIcon(symbol(isHeard ? "stop" : "play"));
     play->setAccessibleName((isHeard ? "Stop " : "Audition ") + name->text());
+    play->setFocusPolicy(Qt::TabFocus);
     play->setToolTip(isHeard ? "Stop" : "Audition this edit");
     connect(play, &QToolButton::clicked, this, [this] { onAudition(); });
     grid->addWidget(play, 0, 3, 2, 1, Qt::AlignVCenter);

@@ -11,10 +11,12 @@
 #include <QVBoxLayout>
 #include <algorithm>
 #include <array>
+#include <span>
 
 #include "edits/temp_edit_planner.h"
 #include "edits/temp_edit_renderer.h"
 #include "ui/editor/plan_card.h"
+#include "ui/look/plain_tool_tip.h"
 #include "ui/look/setting_action.h"
 
 namespace brindlehum {
@@ -23,6 +25,28 @@ namespace {
 constexpr std::array lengths = {15.0, 30.0, 60.0, 120.0};  // seconds
 constexpr double extendedLength = 180;                     // seconds
 constexpr size_t mostLoops = 6;                            // candidates that are listed
+
+// A row of a list that is pressed as a whole; its text gives way to the width.
+class RowButton : public QPushButton {
+public:
+    explicit RowButton(const QString& text) : text_(text) {
+        setProperty("role", "row");
+        setAccessibleName(text);
+        setToolTip(plainToolTip(text + ". End the loop here"));
+        setFocusPolicy(Qt::TabFocus);
+        setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    }
+
+protected:
+    void resizeEvent(QResizeEvent* event) override {
+        QPushButton::resizeEvent(event);
+        setText(fontMetrics().elidedText(text_, Qt::ElideRight, width() - padding).replace('&', "&&"));
+    }
+
+private:
+    static constexpr int padding = 16;  // logical pixels
+    QString text_;
+};
 
 QLabel* caption(const QString& text) {
     auto* label = new QLabel(text);
@@ -68,6 +92,7 @@ TempEditsPanel::TempEditsPanel(MusicModel& music, EditorTransport& transport, Se
 void TempEditsPanel::makePins(QVBoxLayout& column) {
     auto* row = new QHBoxLayout;
     row->addWidget(pins_ = new QLabel, 1);
+    pins_->setWordWrap(true);
     row->addWidget(reset_ = new QPushButton("Reset pins"));
     reset_->setProperty("role", "small");
     reset_->setToolTip("Drag the flags in the ruler to move pins; they snap to bar lines");
@@ -222,21 +247,25 @@ void TempEditsPanel::refreshCards() {
 }
 
 void TempEditsPanel::refreshLoops() {
-    clear(*loops_);
-    const auto& candidates = music_.analysis()->structure.loopCandidates;
-    loopsTitle_->setVisible(!candidates.empty());
-    for (size_t i = 0; i < std::min(candidates.size(), mostLoops); ++i) {
-        const LoopCandidate& each = candidates[i];
+    std::span<const LoopCandidate> candidates = music_.analysis()->structure.loopCandidates;
+    candidates = candidates.first(std::min(candidates.size(), mostLoops));
+    std::vector<QString> texts;
+    for (const LoopCandidate& each : candidates) {
         QString reasons;
         for (const auto& reason : each.reasons) {
             reasons += (reasons.isEmpty() ? "" : ", ") + QString::fromStdString(reason);
         }
-        auto* row = new QPushButton(QString::asprintf("b%d  %.0f%%  ", each.boundary + 1, each.score * 100) +
-                                    reasons.replace('&', "&&"));
-        row->setProperty("role", "row");
-        row->setToolTip("End the loop here");
-        connect(row, &QPushButton::clicked, this,
-                [this, boundary = each.boundary] { music_.movePin(PinKind::loopEnd, music_.frame(boundary)); });
+        texts.push_back(QString::asprintf("b%d  %.0f%%  ", each.boundary + 1, each.score * 100) + reasons);
+    }
+    if (texts == shownLoops_) { return; }
+    shownLoops_ = texts;
+    clear(*loops_);
+    loopsTitle_->setVisible(!candidates.empty());
+    for (size_t i = 0; i < candidates.size(); ++i) {
+        auto* row = new RowButton(texts[i]);
+        connect(row, &QPushButton::clicked, this, [this, boundary = candidates[i].boundary] {
+            music_.movePin(PinKind::loopEnd, music_.frame(boundary));
+        });
         loops_->addWidget(row);
     }
 }

@@ -11,8 +11,7 @@
 namespace brindlehum::WaveformPicture {
 namespace {
 
-constexpr double laneFill = 0.46;  // half height of the drawing, of the lane's height
-constexpr double labelInset = 6;   // logical pixels, as is the next
+constexpr double labelInset = 6;  // logical pixels, as is the next
 constexpr double bandWidth = 4;
 constexpr double labelPoints = 9;
 constexpr double minSamplePixels = 2;  // device pixels, as are the next two
@@ -205,6 +204,19 @@ Span span(const FrameRange& range, const VisibleRange& visible, double width) {
     return {left, visible.shareOf(double(range.upper)) * width - left};
 }
 
+void paintLaneMarks(QPainter& painter, const QSizeF& size, size_t lanes, const std::vector<std::string>& labels,
+                    const WaveformColors& colors) {
+    const double laneHeight = size.height() / double(lanes);
+    paintBands(painter, size, labels, colors, laneHeight);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setFont(labelFont(laneHeight));
+    const size_t labelled = laneHeight < minLabelLane ? 0 : std::min(lanes, labels.size());
+    for (size_t lane = 0; lane < labelled; ++lane) {
+        paintLabel(painter, {labelInset, laneHeight * double(lane) + 1}, Qt::AlignLeft,
+                   QString::fromStdString(labels[lane]), colors);
+    }
+}
+
 void paintLanes(QPainter& painter, const QSizeF& size, double dpr, const Lanes& lanes, const WaveformColors& colors) {
     const WaveformData* data = lanes.overview;
     const size_t count = data && data->channels > 0 ? size_t(data->channels) : std::min(lanes.labels.size(), maxLanes);
@@ -225,15 +237,7 @@ void paintLanes(QPainter& painter, const QSizeF& size, double dpr, const Lanes& 
         painter.drawRects(samples ? laneSamples(lanes, lane, place) : laneColumns(lanes, lane, place));
     }
     painter.restore();
-    paintBands(painter, size, lanes.labels, colors, laneHeight);
-
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setFont(labelFont(laneHeight));
-    const size_t labelled = laneHeight < minLabelLane ? 0 : std::min(count, lanes.labels.size());
-    for (size_t lane = 0; lane < labelled; ++lane) {
-        paintLabel(painter, {labelInset, laneHeight * double(lane) + 1}, Qt::AlignLeft,
-                   QString::fromStdString(lanes.labels[lane]), colors);
-    }
+    paintLaneMarks(painter, size, count, lanes.labels, colors);
     painter.setFont(labelFont(size.height()));
     paintLabel(painter, {size.width() - labelInset, 1}, Qt::AlignRight, gainText(gain), colors);
 }

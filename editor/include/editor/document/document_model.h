@@ -30,6 +30,14 @@ public:
         double sampleRate = 0;  // Hz
         WavNotes notes = {};    // what it said of itself then
     };
+    // A file that is being opened, as far as it is read: it can be looked at, but not edited.
+    struct Loading {
+        std::filesystem::path url;
+        AudioFileInfo info;
+        Sound soFar;
+        int64_t total = 0;      // frames, once it is whole
+        double sampleRate = 0;  // Hz
+    };
     // A long job: what it does, and how far it is from 0 to 1, if it knows.
     struct Busy {
         std::string text;
@@ -57,6 +65,8 @@ public:
     FrameRange range() const { return state().range(); }
     const VisibleRange& view() const { return view_; }
     const std::optional<Busy>& busy() const { return busy_; }
+    // None before the first samples are there.
+    const std::optional<Loading>& loading() const { return loading_; }
 
     // The file replaces the document once it is loaded; until then, and if it can't be loaded, the present one stays.
     // Unsaved edits of the present one are lost: ask before.
@@ -84,8 +94,13 @@ public:
     void silence();
     void apply(const std::string& effect);
     void run(Macro macro);
-    // The range as the effect would make it, for listening.
-    void preview(const std::string& effect, const std::function<void(Sound)>& heard);
+    // For listening: some seconds of the range as the effect or the macro would make it. Made in the background; a
+    // newer preview overtakes an older one. `heard` isn't called for a sound that was edited meanwhile.
+    using Heard = std::function<void(Sound)>;
+    void preview(const std::string& effect, const Heard& heard);
+    void preview(Macro macro, const Heard& heard);
+    void cancelPreview() { previews_.cancel(); }
+    bool isPreviewing() const { return previews_.isBusy(); }
     bool canPaste() const;
 
     CutStyle cutStyle() const { return cutStyle_; }
@@ -110,6 +125,7 @@ public:
     void finish(double patience) { journal_.finish(patience); }
     // The queue of long work; tests drain it.
     Background& queue() { return queue_; }
+    Background& listening() { return listening_; }  // previews
     JournalKeeper& journal() { return journal_; }
 
 Q_SIGNALS:
@@ -131,7 +147,11 @@ private:
     // Runs a step of an edit at once if it is short, else in the background.
     using Work = std::function<std::optional<EditStep>()>;
     void perform(const Work& work, bool isQuick, const char* status, std::function<void(bool)> done = {});
+    using LongWork = std::function<std::optional<EditStep>(const EditOps::Progress& progress)>;
+    void performAside(const LongWork& work, const char* status, std::function<void(bool)> done);
     void setBusy(std::optional<Busy> busy);
+    void showLoading(Loading loading);
+    void preview(std::function<Sound()> work, const Heard& heard);
 
     PlayerMessage& message_;
     std::optional<Doc> doc_;
@@ -143,12 +163,15 @@ private:
     CutStyle cutStyle_ = CutStyle::exact;
     EditOps::Lanes scope_;
     std::optional<Busy> busy_;
+    std::optional<Loading> loading_;
     std::vector<std::filesystem::path> abandoned_;
     JournalKeeper journal_;
     uint64_t documents_ = 0;  // shown so far
     Background::Line jobs_;   // loads, and edits that take a while
     Background::Line saves_;  // no edit ends a save
-    Background queue_;        // last member, so that its work ends first
+    Background::Line previews_;
+    Background queue_;
+    Background listening_;  // last members, so that their work ends first
 };
 
 }  // namespace brindlehum

@@ -25,7 +25,9 @@ struct LoadedDocument {
 // tooLong for a file of 30 minutes or more, tooLargeToLoad for one that would fill more than half of the memory or
 // four fifths of what is left of it, and
 // the reader's own. Returns what was read so far once `stop` returns true.
+// `shown` gets what can be looked at meanwhile, twenty times a second: the whole blocks so far, of `total` frames.
+using ShowLoading = std::function<void(const AudioFileInfo& info, Sound soFar, int64_t total)>;
 LoadedDocument loadDocument(const std::filesystem::path& path, const std::function<void(double)>& progress,
-                            const std::function<bool()>& stop);
+                            const std::function<bool()>& stop, const ShowLoading& shown = {});
 
 }  // namespace brindlehum

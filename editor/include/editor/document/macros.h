@@ -27,9 +27,11 @@ struct PinnedLoop {
     bool carryTail = true;  // nothing of the music lies behind it
 };
 
-// Pure; any thread. The halls are made from `random`. None for a loop that is too short, and where there is no sound.
+// Pure; any thread. The halls are made from `random`. None for a loop that is too short, where there is no sound, and
+// when `progress` has returned false.
 std::optional<EditStep> run(Macro macro, const EditState& state, double sampleRate, const PinnedLoop& pinned,
-                            EditOps::RandomEngine random = EditOps::systemSeeded());
+                            EditOps::RandomEngine random = EditOps::systemSeeded(),
+                            const EditOps::Progress& progress = {});
 inline constexpr const char* tooShortToLoop = "Selection is too short to loop";
 
 }  // namespace brindlehum

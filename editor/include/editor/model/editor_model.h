@@ -27,8 +27,10 @@ public:
     EditorTransport& transport() { return transport_; }
     DocumentPulls& pulls() { return pulls_; }
     PlayerMessage& message() { return message_; }
+    MainLoop& loop() { return loop_; }  // for what a view computes in the background
 
 private:
+    MainLoop& loop_;
     PlayerMessage message_;
     DocumentModel document_;
     MusicModel music_;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QPainter>
+#include <optional>
 #include <vector>
 
 #include "editor/music/music_model.h"
@@ -21,8 +22,9 @@ void paintBars(QPainter& painter, const QRectF& ruler, double bottom, const Bars
 void paintTime(QPainter& painter, const QRectF& ruler, const VisibleRange& visible, double sampleRate);
 // The pinned loop, at the foot of the ruler.
 void paintLoop(QPainter& painter, double from, double to);
-// "INTRO", "LOOP" or "ENDING" on a flag whose pole reaches down to `bottom`.
-void paintPin(QPainter& painter, PinKind kind, double x, double bottom);
+// "INTRO", "LOOP" or "ENDING" on a flag whose pole reaches down to `bottom`; its flag is on the left of the pole where
+// the one of the `next` pin would cover it.
+void paintPin(QPainter& painter, PinKind kind, double x, double bottom, std::optional<double> next);
 // Where the pin stands and why: "Loop ends at bar 17: 16 bars, phrase".
 QString reasonOf(PinKind kind, const MusicModel& music);
 

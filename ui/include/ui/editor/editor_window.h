@@ -15,7 +15,7 @@ namespace brindlehum {
 
 class EditorActions;
 class EditorWaveView;
-class EffectsList;
+class ElidedLabel;
 class EmptyState;
 class FileManager;
 
@@ -43,26 +43,27 @@ protected:
 
 private:
     void makeBody(SettingsStore& settings, FileManager& files);
-    void makeMenus();
     QWidget* makeToolbar();
+    QWidget* makePanel(SettingsStore& settings, FileManager& files);
     QWidget* makeTransport();
     QWidget* makeStatus();
     void chooseFile();
-    void fillHistory(QMenu& menu);
     void refresh();
     void showPosition();
 
     EditorModel& editor_;
     EditorWaveView* wave_ = nullptr;
     EditorActions* actions_ = nullptr;
-    EffectsList* effects_ = nullptr;
     QStackedWidget* stack_ = nullptr;
     EmptyState* empty_ = nullptr;
     QToolButton* play_ = nullptr;
+    QToolButton* effects_ = nullptr;
+    QToolButton* macros_ = nullptr;
+    QToolButton* lanes_ = nullptr;
     QLabel* position_ = nullptr;
     QLabel* selected_ = nullptr;
     QLabel* length_ = nullptr;
-    QLabel* status_ = nullptr;
+    ElidedLabel* status_ = nullptr;
     QProgressBar* progress_ = nullptr;
     QToolButton* cancel_ = nullptr;
     QWidget* recovery_ = nullptr;

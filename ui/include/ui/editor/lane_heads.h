@@ -11,10 +11,14 @@ class QToolButton;
 
 namespace brindlehum {
 
+class EditorWaveView;
+
 class LaneHeads : public QWidget {
     Q_OBJECT
 public:
-    LaneHeads(DocumentModel& document, EditorTransport& transport, QWidget* parent = nullptr);
+    // Its rows stand beside the lanes of `wave`.
+    LaneHeads(DocumentModel& document, EditorTransport& transport, const EditorWaveView& wave,
+              QWidget* parent = nullptr);
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
@@ -30,6 +34,7 @@ private:
 
     DocumentModel& document_;
     EditorTransport& transport_;
+    const EditorWaveView& wave_;
     std::vector<Head> heads_;
 };
 

@@ -54,7 +54,9 @@ private:
     QProgressBar* progress_;
     QLabel* written_;
     QPushButton* show_;
-    std::vector<std::string> shownCards_;  // what the cards were built from
+    // What the cards and the rows of loops were built from.
+    std::vector<std::string> shownCards_;
+    std::vector<QString> shownLoops_;
 };
 
 }  // namespace brindlehum

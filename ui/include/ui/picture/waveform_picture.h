@@ -13,6 +13,8 @@
 
 namespace brindlehum::WaveformPicture {
 
+// Half height of a lane's drawing at full scale, of the lane's height.
+inline constexpr double laneFill = 0.46;
 // A quiet file is enlarged, by at most 30 dB.
 inline constexpr double maxViewGain = 31.6;
 
@@ -52,8 +54,11 @@ struct Lanes {
     VisibleRange visible;
     const std::vector<std::string>& labels;
 };
-// Paints lanes, separators, lane labels, bands in the colours of the lanes' groups and the gain label into `size`
-// logical pixels at device pixel ratio `dpr`. The background and the selection are the caller's.
+// What stands over the waves of `lanes` lanes: their labels, and the bands in the colours of their groups.
+void paintLaneMarks(QPainter& painter, const QSizeF& size, size_t lanes, const std::vector<std::string>& labels,
+                    const WaveformColors& colors);
+// Paints lanes, separators, the marks and the gain label into `size` logical pixels at device pixel ratio `dpr`. The
+// background and the selection are the caller's.
 void paintLanes(QPainter& painter, const QSizeF& size, double dpr, const Lanes& lanes, const WaveformColors& colors);
 
 }  // namespace brindlehum::WaveformPicture
