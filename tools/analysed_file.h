@@ -3,8 +3,8 @@
 
 #include <string>
 
-#include "analysis/given_bars.h"
-#include "analysis/music_analysis.h"
+#include "analysis/bars/given_bars.h"
+#include "analysis/piece/music_analysis.h"
 #include "audio/probe/audio_file_info.h"
 #include "command.h"
 

@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "analysed_file.h"
-#include "analysis/music_analysis_json.h"
+#include "analysis/piece/music_analysis_json.h"
 #include "base/error.h"
 #include "base/stored_path.h"
 #include "command.h"

@@ -8,7 +8,7 @@
 #include <filesystem>
 
 #include "analysed_file.h"
-#include "analysis/read_planar.h"
+#include "analysis/signal/read_planar.h"
 #include "base/error.h"
 #include "base/stored_path.h"
 #include "command.h"

@@ -5,10 +5,10 @@
 #include <limits>
 #include <string>
 
-#include "analysis/downbeat_detector.h"
-#include "analysis/grid_builder.h"
-#include "analysis/music_analysis.h"
+#include "analysis/grid/downbeat_detector.h"
+#include "analysis/grid/grid_builder.h"
 #include "analysis/others.h"
+#include "analysis/piece/music_analysis.h"
 #include "dsp/signal.h"
 #include "support/cpu_meter.h"
 

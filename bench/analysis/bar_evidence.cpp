@@ -7,11 +7,11 @@
 #include <filesystem>
 #include <nlohmann/json.hpp>
 
-#include "analysis/bar_lines.h"
-#include "analysis/grid_builder.h"
-#include "analysis/key_analyzer.h"
-#include "analysis/read_planar.h"
-#include "analysis/tempo_analyzer.h"
+#include "analysis/bars/bar_lines.h"
+#include "analysis/grid/grid_builder.h"
+#include "analysis/key/key_analyzer.h"
+#include "analysis/signal/read_planar.h"
+#include "analysis/tempo/tempo_analyzer.h"
 #include "bars/weigh.h"
 #include "bars/weights.h"
 #include "dsp/signal.h"

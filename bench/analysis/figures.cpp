@@ -8,9 +8,9 @@
 #include <filesystem>
 #include <nlohmann/json.hpp>
 
-#include "analysis/music_analysis.h"
 #include "analysis/others.h"
-#include "analysis/read_planar.h"
+#include "analysis/piece/music_analysis.h"
+#include "analysis/signal/read_planar.h"
 
 namespace {
 

@@ -1,5 +1,5 @@
 // Loudness with true peak on ten minutes of stereo: against libebur128 and FFmpeg's ebur128 filter.
-#include "analysis/loudness.h"
+#include "analysis/loudness/loudness.h"
 
 #include <benchmark/benchmark.h>
 #include <sys/resource.h>

@@ -10,8 +10,8 @@
 #include <utility>
 #include <vector>
 
-#include "analysis/music_grid.h"
-#include "analysis/pins.h"
+#include "analysis/grid/music_grid.h"
+#include "analysis/structure/pins.h"
 
 namespace brindlehum::TempEditPlanner {
 

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "analysis/text.h"
+#include "analysis/structure/text.h"
 #include "audio/write/wav_file_writer.h"
 #include "base/file_replacement.h"
 #include "base/path.h"

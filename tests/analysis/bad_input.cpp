@@ -3,13 +3,13 @@
 
 #include <limits>
 
-#include "analysis/bar_lines.h"
-#include "analysis/downbeat_detector.h"
-#include "analysis/grid_builder.h"
-#include "analysis/key_analyzer.h"
-#include "analysis/loudness.h"
-#include "analysis/structure.h"
-#include "analysis/tempo_analyzer.h"
+#include "analysis/bars/bar_lines.h"
+#include "analysis/grid/downbeat_detector.h"
+#include "analysis/grid/grid_builder.h"
+#include "analysis/key/key_analyzer.h"
+#include "analysis/loudness/loudness.h"
+#include "analysis/structure/structure.h"
+#include "analysis/tempo/tempo_analyzer.h"
 #include "support/music.h"
 #include "support/signals.h"
 

@@ -3,14 +3,14 @@
 
 #include <random>
 
-#include "analysis/bar_lines.h"
-#include "analysis/grid_builder.h"
-#include "analysis/tempo_analyzer.h"
+#include "analysis/bars/bar_lines.h"
+#include "analysis/grid/grid_builder.h"
+#include "analysis/tempo/tempo_analyzer.h"
 #include "bars/beat_path.h"
 #include "bars/choice.h"
 #include "bars/lattice_fit.h"
 #include "bars/weights.h"
-#include "spectral_extractor.h"
+#include "spectrum/spectral_extractor.h"
 #include "support/music.h"
 #include "support/signals.h"
 

@@ -3,9 +3,9 @@
 
 #include <random>
 
-#include "analysis/bar_lines.h"
-#include "analysis/grid_builder.h"
-#include "analysis/tempo_analyzer.h"
+#include "analysis/bars/bar_lines.h"
+#include "analysis/grid/grid_builder.h"
+#include "analysis/tempo/tempo_analyzer.h"
 #include "support/music.h"
 
 namespace brindlehum {

@@ -1,5 +1,5 @@
 // Loudness: published compliance signals, libebur128, and slow twins of the vectorised kernels.
-#include "analysis/loudness.h"
+#include "analysis/loudness/loudness.h"
 
 #include <ebur128.h>
 #include <gtest/gtest.h>
@@ -7,7 +7,7 @@
 #include <cmath>
 #include <memory>
 
-#include "loudness_meter.h"
+#include "loudness/loudness_meter.h"
 #include "support/signals.h"
 
 namespace brindlehum {

@@ -1,14 +1,14 @@
 // MusicAnalysis: the stages together on a whole piece, progress, cancellation, overrides and the summary.
-#include "analysis/music_analysis.h"
+#include "analysis/piece/music_analysis.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <limits>
 
-#include "analysis/read_planar.h"
+#include "analysis/signal/read_planar.h"
 #include "base/error.h"
-#include "piece_reader.h"
+#include "piece/piece_reader.h"
 #include "support/audio_files.h"
 #include "support/music.h"
 #include "support/signals.h"

@@ -1,12 +1,12 @@
 // SpectralFrames: folding, and the key that follows.
-#include "analysis/spectral_frames.h"
+#include "analysis/spectrum/spectral_frames.h"
 
 #include <gtest/gtest.h>
 
 #include <complex>
 
-#include "analysis/key_analyzer.h"
-#include "peak_key.h"
+#include "analysis/key/key_analyzer.h"
+#include "key/peak_key.h"
 #include "support/music.h"
 #include "support/signals.h"
 

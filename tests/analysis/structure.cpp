@@ -1,5 +1,5 @@
 // Structure: each stage on hand-made bars, then songs of known form.
-#include "analysis/structure.h"
+#include "analysis/structure/structure.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

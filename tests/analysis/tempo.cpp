@@ -1,9 +1,9 @@
 // TempoAnalyzer, GridBuilder and DownbeatDetector on click tracks of known tempo.
 #include <gtest/gtest.h>
 
-#include "analysis/downbeat_detector.h"
-#include "analysis/grid_builder.h"
-#include "analysis/tempo_analyzer.h"
+#include "analysis/grid/downbeat_detector.h"
+#include "analysis/grid/grid_builder.h"
+#include "analysis/tempo/tempo_analyzer.h"
 #include "support/music.h"
 #include "support/signals.h"
 

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "analysis/music_analysis.h"
+#include "analysis/piece/music_analysis.h"
 #include "edits/temp_edit_planner.h"
 #include "edits/temp_edit_renderer.h"
 #include "song.h"

@@ -2,7 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "analysis/music_analysis.h"
+#include "analysis/piece/music_analysis.h"
 #include "cli_child.h"
 #include "support/music.h"
 

@@ -7,8 +7,8 @@
 #include <cmath>
 #include <cstdint>
 
-#include "analysis/grid_builder.h"
-#include "analysis/onset_time.h"
+#include "analysis/grid/grid_builder.h"
+#include "analysis/tempo/onset_time.h"
 
 namespace brindlehum::bars {
 namespace {

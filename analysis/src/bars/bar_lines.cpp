@@ -1,11 +1,11 @@
 // BarLines: lays out the hypotheses, chooses one and makes it the grid.
-#include "analysis/bar_lines.h"
+#include "analysis/bars/bar_lines.h"
 
 #include <algorithm>
 #include <cmath>
 
-#include "analysis/downbeat_detector.h"
-#include "analysis/onset_time.h"
+#include "analysis/grid/downbeat_detector.h"
+#include "analysis/tempo/onset_time.h"
 #include "bars/attack_shift.h"
 #include "bars/choice.h"
 #include "bars/envelope.h"

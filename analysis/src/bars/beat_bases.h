@@ -5,8 +5,8 @@
 #include <span>
 #include <vector>
 
-#include "analysis/grid_builder.h"
-#include "analysis/tempo_result.h"
+#include "analysis/grid/grid_builder.h"
+#include "analysis/tempo/tempo_result.h"
 
 namespace brindlehum::bars {
 

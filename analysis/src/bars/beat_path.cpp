@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "analysis/onset_time.h"
+#include "analysis/tempo/onset_time.h"
 #include "bars/envelope.h"
 
 namespace brindlehum::bars {

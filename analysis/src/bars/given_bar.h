@@ -1,7 +1,7 @@
 // Given bar: lays the bars of a grid anew, so that one starts where the user says.
 #pragma once
 
-#include "analysis/music_grid.h"
+#include "analysis/grid/music_grid.h"
 
 namespace brindlehum::bars {
 

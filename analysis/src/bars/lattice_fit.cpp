@@ -7,7 +7,7 @@
 #include <cmath>
 #include <numeric>
 
-#include "analysis/onset_time.h"
+#include "analysis/tempo/onset_time.h"
 
 namespace brindlehum::bars {
 namespace {

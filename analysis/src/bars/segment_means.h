@@ -7,7 +7,7 @@
 #include <span>
 #include <vector>
 
-#include "analysis/harmony_frames.h"
+#include "analysis/spectrum/harmony_frames.h"
 
 namespace brindlehum::bars {
 

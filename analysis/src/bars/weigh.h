@@ -4,8 +4,8 @@
 #include <optional>
 #include <vector>
 
-#include "analysis/grid_builder.h"
-#include "analysis/tempo_result.h"
+#include "analysis/grid/grid_builder.h"
+#include "analysis/tempo/tempo_result.h"
 #include "bars/evidence.h"
 
 namespace brindlehum::bars {

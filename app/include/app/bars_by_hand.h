@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "analysis/given_bars.h"
+#include "analysis/bars/given_bars.h"
 #include "settings/user_defaults.h"
 
 namespace brindlehum {

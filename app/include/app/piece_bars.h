@@ -7,8 +7,8 @@
 #include <optional>
 #include <string>
 
-#include "analysis/given_bars.h"
-#include "analysis/music_analysis.h"
+#include "analysis/bars/given_bars.h"
+#include "analysis/piece/music_analysis.h"
 #include "app/bars_by_hand.h"
 #include "platform/background.h"
 

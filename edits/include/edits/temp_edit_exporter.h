@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "analysis/music_analysis.h"
+#include "analysis/piece/music_analysis.h"
 #include "dsp/sound.h"
 #include "edits/edit_plan.h"
 

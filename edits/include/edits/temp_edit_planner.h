@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
-#include "analysis/music_grid.h"
-#include "analysis/structure.h"
+#include "analysis/grid/music_grid.h"
+#include "analysis/structure/structure.h"
 #include "edits/edit_plan.h"
 
 namespace brindlehum::TempEditPlanner {

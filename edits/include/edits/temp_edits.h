@@ -15,8 +15,8 @@
 #include <string>
 #include <vector>
 
-#include "analysis/given_bars.h"
-#include "analysis/music_analysis.h"
+#include "analysis/bars/given_bars.h"
+#include "analysis/piece/music_analysis.h"
 #include "edits/edit_plan.h"
 #include "edits/temp_edit_exporter.h"
 

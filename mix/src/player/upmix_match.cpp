@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "analysis/loudness.h"
+#include "analysis/loudness/loudness.h"
 #include "mix/config/mix_builder.h"
 #include "mix/render/offline_render.h"
 

@@ -5,7 +5,7 @@
 #include <QString>
 #include <vector>
 
-#include "analysis/music_analysis.h"
+#include "analysis/piece/music_analysis.h"
 #include "ui/look/theme.h"
 
 namespace brindlehum {

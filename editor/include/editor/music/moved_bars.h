@@ -3,7 +3,7 @@
 
 #include <span>
 
-#include "analysis/given_bars.h"
+#include "analysis/bars/given_bars.h"
 #include "editor/document/edit_commands.h"
 
 namespace brindlehum {

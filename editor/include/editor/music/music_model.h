@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "analysis/music_analysis.h"
+#include "analysis/piece/music_analysis.h"
 #include "editor/document/document_model.h"
 #include "editor/music/moved_bars.h"
 #include "editor/music/pin_moves.h"

@@ -5,7 +5,7 @@
 #include <optional>
 #include <span>
 
-#include "analysis/pins.h"
+#include "analysis/structure/pins.h"
 #include "mix/config/frame_range.h"
 
 namespace brindlehum {

@@ -6,7 +6,7 @@
 #include <QString>
 #include <optional>
 
-#include "analysis/music_analysis.h"
+#include "analysis/piece/music_analysis.h"
 #include "ui/look/theme.h"
 
 namespace brindlehum::AnalysisPicture {

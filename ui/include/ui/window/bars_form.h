@@ -4,8 +4,8 @@
 #include <QWidget>
 #include <optional>
 
-#include "analysis/given_bars.h"
-#include "analysis/music_grid.h"
+#include "analysis/bars/given_bars.h"
+#include "analysis/grid/music_grid.h"
 
 class QLineEdit;
 class QPushButton;

@@ -1,0 +1,51 @@
+// LoudnessMeter: the loudness measurement of a signal that comes in blocks.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "analysis/loudness/loudness.h"
+#include "loudness/loudness_kernels.h"
+#include "loudness/true_peak.h"
+
+namespace brindlehum::Loudness {
+
+class LoudnessMeter {
+public:
+    static constexpr size_t pieceFrames = 16384;  // a length of block that stays in the nearer caches
+
+    // `sampleRate` in Hz, above 0; `source` as for `measure`.
+    LoudnessMeter(double sampleRate, const std::optional<SourceFormat>& source, int channels);
+    ~LoudnessMeter();
+    // One plane per channel. Samples that aren't usable numbers count as silence.
+    void push(const float* const* planes, int frames);
+    LoudnessResult finish();
+
+private:
+    // Up to 4 channels that are filtered together.
+    struct Group {
+        std::vector<size_t> channels;
+        std::vector<double> weights;
+        KState state;
+        std::array<double, 4> energies{};  // of the block that isn't full yet
+    };
+    void measure(Group& group, int frames);
+
+    double sampleRate_;
+    int64_t blockSize_;
+    std::pair<Biquad, Biquad> filters_;
+    bool ambisonic_;
+    std::vector<Group> groups_;
+    std::vector<TruePeak> truePeaks_;  // one per measured channel
+    std::vector<std::vector<float>> repaired_;
+    std::vector<const float*> planes_;
+    std::vector<double> powers_;  // weighted, of every full block, summed over the channels
+    int64_t frames_ = 0;
+    float samplePeak_ = 0;
+    float truePeak_ = 0;
+};
+
+}  // namespace brindlehum::Loudness
