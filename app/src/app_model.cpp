@@ -27,10 +27,10 @@ AppModel::AppModel(Platform platform)
       engine_(platform.audio, platform.loop),
       player_(engine_, settings_, platform.loop, pool_),
       editor_(engine_, settings_, platform.loop,
-              platform.journals.empty() ? EditorModel::defaultJournals() : platform.journals),
+              platform.journals.empty() ? EditorModel::defaultJournals() : platform.journals, tempEditQueue_),
       speakerTest_(engine_, platform.loop),
       library_(settings_, platform.loop, platform.catalogFile),
-      tempEdits_(player_, settings_, bars_, platform.session.fileManager(), platform.loop),
+      tempEdits_(player_, settings_, bars_, platform.session.fileManager(), platform.loop, tempEditQueue_),
       commands_(player_, settings_, tempEdits_, editor_.transport(), [this](const auto& file) { openEditor(file); }) {}
 
 AppModel::~AppModel() {

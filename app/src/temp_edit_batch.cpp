@@ -19,12 +19,12 @@ std::string countOf(size_t count) {
 }  // namespace
 
 TempEditBatch::TempEditBatch(PlayerModel& player, const SettingsStore& settings, const BarsByHand& bars,
-                             FileManager& fileManager, MainLoop& loop)
+                             FileManager& fileManager, MainLoop& loop, std::shared_ptr<SerialQueue> queue)
     : player_(player),
       settings_(settings),
       bars_(bars),
       fileManager_(fileManager),
-      background_(loop, "Brindlehum.tempedits") {}
+      background_(loop, std::move(queue)) {}
 
 void TempEditBatch::make(const std::vector<std::filesystem::path>& files) {
     const AppSettings& settings = settings_.value();

@@ -185,6 +185,19 @@ bool FileReplacement::commitNew(const std::string& name) {
     return error == 0;
 }
 
+void FileReplacement::clearLeftovers(const std::filesystem::path& folder) noexcept {
+    constexpr int64_t idleSeconds = 600;  // some shares have no locks that other machines see
+    const Descriptor opened(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!opened.isOpen()) { return; }
+    try {
+        for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+            const std::string name = entry.path().filename().string();
+            if (TemporaryFile::isName(name)) { TemporaryFile::removeDead(name, opened.number(), idleSeconds); }
+        }
+    } catch (const std::exception&) {  // the rest stays for the next time
+    }
+}
+
 void FileReplacement::writeText(const std::filesystem::path& target, std::string_view text, const Options& options) {
     FileReplacement file(target, options);
     file.write(text);

@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <ctime>
 
 #include "base/error.h"
 #include "base/path.h"
@@ -18,8 +19,9 @@ namespace brindlehum {
 
 namespace {
 
+constexpr std::string_view suffix = ".bh-tmp";
+
 std::string hiddenName(const std::string& name, int folder) {
-    constexpr std::string_view suffix = ".bh-tmp";
     constexpr long usualLimit = 255;  // bytes
     const long limit = ::fpathconf(folder, _PC_NAME_MAX);
     const size_t room = size_t(limit > 0 ? limit : usualLimit) - 1 - suffix.size();
@@ -35,6 +37,23 @@ TemporaryFile::TemporaryFile(const std::filesystem::path& target, int folder, mo
 
 TemporaryFile::~TemporaryFile() {
     if (!renamed_ && holdsItsName()) { ::unlinkat(folder_, name_.c_str(), 0); }
+}
+
+bool TemporaryFile::isName(std::string_view name) {
+    return name.size() > suffix.size() + 1 && name.starts_with('.') && name.ends_with(suffix);
+}
+
+void TemporaryFile::removeDead(const std::string& name, int folder, int64_t idleSeconds) {
+    const Descriptor file(::openat(folder, name.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
+    struct stat open {};
+    if (!file.isOpen() || ::fstat(file.number(), &open) != 0 || !S_ISREG(open.st_mode)) { return; }
+    if (open.st_uid != ::geteuid() || ::time(nullptr) - open.st_mtim.tv_sec < idleSeconds) { return; }
+    // Without a lock the writer may be alive.
+    if (::flock(file.number(), LOCK_EX | LOCK_NB) != 0) { return; }
+    struct stat named {};
+    const bool isStill = ::fstatat(folder, name.c_str(), &named, AT_SYMLINK_NOFOLLOW) == 0 &&
+                         named.st_dev == open.st_dev && named.st_ino == open.st_ino;
+    if (isStill) { ::unlinkat(folder, name.c_str(), 0); }
 }
 
 void TemporaryFile::create(mode_t mode) {

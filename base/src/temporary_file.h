@@ -3,8 +3,10 @@
 
 #include <sys/types.h>
 
+#include <cstdint>
 #include <filesystem>
 #include <string>
+#include <string_view>
 
 #include "base/descriptor.h"
 
@@ -21,6 +23,12 @@ public:
     ~TemporaryFile();
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
+
+    // Removes the file of this name if it is a leftover of this user's: a regular file that nobody has locked, and that
+    // nobody has written to for so many seconds. Does nothing else; never throws.
+    static void removeDead(const std::string& name, int folder, int64_t idleSeconds);
+    // Whether a file of this name is one of ours.
+    static bool isName(std::string_view name);
 
     int number() const { return file_.number(); }
     // False when another process removed or replaced the file.

@@ -48,10 +48,11 @@ void renderAndWrite(benchmark::State& state) {
     const auto planned = TempEdits::plan(source);
     const std::vector<std::string> header = {"piece"};
     const TempEditOptions options;
+    const Sound sound(piece);
     const fs::path edits = folder.path / "piece Edits";
     TempEditExporter::Result done;
     const auto write = [&] {
-        TempEditExporter::write({source, edits, "piece", header, planned.plans, piece, rate, options}, done);
+        TempEditExporter::write({source, edits, "piece", header, planned.plans, sound, rate, options}, done);
     };
     double best = std::numeric_limits<double>::infinity();
     for (auto _ : state) {
@@ -61,7 +62,7 @@ void renderAndWrite(benchmark::State& state) {
     }
     const double rendering = bench::bestCpuSeconds(3, [&] {
         for (const auto& plan : planned.plans) {
-            benchmark::DoNotOptimize(TempEditRenderer::render(plan, piece, rate, options).data());
+            benchmark::DoNotOptimize(TempEditRenderer::render(plan, sound, rate, options).data());
         }
     });
     state.counters["files"] = double(done.files.size());

@@ -137,4 +137,12 @@ std::optional<SeamlessLoop> seamlessLoop(const Channels& channels, double sr, in
     return loop;
 }
 
+std::optional<SeamlessLoop> seamlessLoop(const Sound& sound, double sr, int64_t start, int64_t end, bool carryTail) {
+    // A frame more than is read, which tells the end of the sound from that of the copy.
+    const int64_t around = detail::framesIn(sr, longestCarry) + 1;
+    const int64_t first = std::max<int64_t>(start - around, 0);
+    const int64_t last = std::min(end + around, sound.frames());
+    return seamlessLoop(sound.gather(first, last), sr, start - first, end - first, carryTail);
+}
+
 }  // namespace brindlehum::EditOps

@@ -108,7 +108,7 @@ bool write(const Job& job, Result& done, const Progress& progress, const std::st
         const EditPlan& plan = job.plans[i];
         const std::string wanted = wantedName(job.base, plan);
         if (progress) { progress(i, record.nameFor(wanted)); }
-        const auto audio = TempEditRenderer::render(plan, job.channels, job.sampleRate, job.options);
+        const auto audio = TempEditRenderer::render(plan, job.sound, job.sampleRate, job.options);
         const std::string name = record.nameFor(wanted);
         // The sheet is written last and syncs the folder for all files.
         FileReplacement file(job.folder / name, {.syncFolder = false});

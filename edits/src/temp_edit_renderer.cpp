@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
+#include <span>
 
 #include "dsp/edit_ops.h"
 
@@ -32,13 +33,14 @@ int64_t sumOf(const std::vector<EditPlan::Span>& spans) {
 
 // Crossfades the end of `out` to the samples before frame `start` of the source, so that only those remain where the
 // span begins.
-void crossfade(std::vector<float>& out, const std::vector<float>& source, int64_t start, int64_t longest) {
+void crossfade(std::vector<float>& out, const Track& source, int64_t start, int64_t longest) {
     const int64_t frames = std::min({start, int64_t(out.size()), longest});
     float* tail = out.data() + int64_t(out.size()) - frames;
-    const float* before = source.data() + start - frames;
+    std::vector<float> before(size_t(frames), 0.0F);
+    source.read(start - frames, before);
     for (int64_t i = 0; i < frames; ++i) {
         const double x = (double(i) + 0.5) / double(frames) * quarterTurn;
-        tail[i] = float(double(tail[i]) * std::cos(x) + double(before[i]) * std::sin(x));
+        tail[i] = float(double(tail[i]) * std::cos(x) + double(before[size_t(i)]) * std::sin(x));
     }
 }
 
@@ -53,8 +55,7 @@ struct Joint {
     int64_t pauseFade = 0;
 };
 
-std::vector<float> joined(const std::vector<EditPlan::Span>& spans, const std::vector<float>& source,
-                          const Joint& joint) {
+std::vector<float> joined(const std::vector<EditPlan::Span>& spans, const Track& source, const Joint& joint) {
     std::vector<float> out;
     out.reserve(size_t(sumOf(spans)));
     for (size_t i = 0; i < spans.size(); ++i) {
@@ -64,7 +65,9 @@ std::vector<float> joined(const std::vector<EditPlan::Span>& spans, const std::v
             out.resize(out.size() + size_t(pause));
         }
         if (i > 0 && (pause > 0 || start != spans[i - 1].end)) { crossfade(out, source, start, joint.crossfade); }
-        out.insert(out.end(), source.begin() + start, source.begin() + end);
+        const size_t at = out.size();
+        out.resize(at + size_t(end - start));
+        source.read(start, std::span(out).subspan(at));
     }
     return out;
 }
@@ -87,18 +90,17 @@ void cut(std::vector<float>& x, const Cut& at) {
 
 }  // namespace
 
-Channels render(const EditPlan& plan, const Channels& channels, double sampleRate, const TempEditOptions& options) {
+Channels render(const EditPlan& plan, const Sound& source, double sampleRate, const TempEditOptions& options) {
     if (plan.kind == EditPlan::Kind::loop && !plan.spans.empty()) {
         const EditPlan::Span& span = plan.spans[0];
-        auto loop = EditOps::seamlessLoop(channels, sampleRate, span.start, span.end, plan.carryLoopTail);
+        auto loop = EditOps::seamlessLoop(source, sampleRate, span.start, span.end, plan.carryLoopTail);
         if (loop) { return std::move(loop->channels); }
     }
     const Joint joint{std::max<int64_t>(int64_t(sampleRate * options.crossfadeMs / 1000), 1),
                       int64_t(sampleRate * pauseFadeSec)};
     Channels out;
-    out.reserve(channels.size());
-    for (const auto& source : channels) {
-        auto& x = out.emplace_back(joined(plan.spans, source, joint));
+    for (const Track& track : source.tracks()) {
+        auto& x = out.emplace_back(joined(plan.spans, track, joint));
         if (plan.fadeInFrames > 0) { fadeIn(x, plan.fadeInFrames); }
         if (plan.fadeOutFrames > 0) { fadeOut(x, plan.fadeOutFrames); }
         if (plan.cutAtSec) { cut(x, cutOf(int64_t(x.size()), *plan.cutAtSec, sampleRate)); }

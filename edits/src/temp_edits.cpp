@@ -3,10 +3,10 @@
 
 #include <new>
 
-#include "analysis/read_planar.h"
 #include "audio/probe/audio_file_info.h"
 #include "audio/stream/sample_source.h"
 #include "base/error.h"
+#include "dsp/sound.h"
 #include "edits/temp_edit_planner.h"
 #include "one_file.h"
 
@@ -62,10 +62,17 @@ auto guarded(Work work, Fail fail) {
 }
 
 // Throws Error unless the file still holds as many frames as when it was analysed.
-Signal::Planar readAll(const std::filesystem::path& path, int64_t frames) {
-    Signal::Planar audio = Signal::readPlanar(path);
-    if (int64_t(audio.channels[0].size()) != frames) { throw Error("The file changed while it was read"); }
-    return audio;
+Sound readAll(const std::filesystem::path& path, int64_t frames) {
+    FileSamples samples(path);
+    if (samples.frames() != frames) { throw Error("The file changed while it was read"); }
+    SoundBuilder builder(samples.channels());
+    std::vector<const float*> planes(size_t(samples.channels()));
+    for (int64_t at = 0; at < frames;) {
+        const int count = samples.read(at, int(SoundBlock::longest), planes.data());
+        builder.append(planes.data(), count);
+        at += count;
+    }
+    return builder.finish();
 }
 
 }  // namespace
@@ -87,12 +94,12 @@ Outcome makeOne(const Job& job, const TempEditOptions& options, const TempEditEx
     out.sampleRate = planned.sampleRate;
     out.barLinesUncertain = planned.analysis->grid.barLinesUncertain();
     // Only now, when there is something to cut, are all samples read.
-    const auto audio = guarded([&] { return readAll(job.url, planned.frames); },
-                               [&out](const char* reason) {
-                                   out.status = Status::unread;
-                                   out.reason = reason;
-                                   return Signal::Planar();
-                               });
+    const Sound sound = guarded([&] { return readAll(job.url, planned.frames); },
+                                [&out](const char* reason) {
+                                    out.status = Status::unread;
+                                    out.reason = reason;
+                                    return Sound();
+                                });
     if (out.status != Status::done) { return out; }
     out.plans = std::move(planned.plans);
     plansKnown(out.plans.size());
@@ -102,8 +109,7 @@ Outcome makeOne(const Job& job, const TempEditOptions& options, const TempEditEx
         const std::filesystem::path folder = TempEditExporter::folderFor(source, job.folder);
         const auto header =
             TempEditExporter::notesHeader(base, source, *planned.analysis, planned.analysis->structure.pins);
-        const TempEditExporter::Job all{source,    folder,         base,           header,
-                                        out.plans, audio.channels, out.sampleRate, options};
+        const TempEditExporter::Job all{source, folder, base, header, out.plans, sound, out.sampleRate, options};
         if (!TempEditExporter::write(all, out.result, progress, stop)) {
             out.status = Status::cancelled;
             out.reason = "Cancelled";

@@ -9,8 +9,17 @@ bool Background::Ticket::begin() {
 }
 
 void Background::Ticket::drop() {
-    state_ = State::dropped;
+    hadBegun_ |= state_.exchange(State::dropped) == State::begun;
     stop.request_stop();
+}
+
+void Background::Ticket::end() {
+    hasEnded_ = true;
+    hasEnded_.notify_all();
+}
+
+void Background::Ticket::wait() const {
+    if (hadBegun_) { hasEnded_.wait(false); }
 }
 
 void Background::Ticket::dropIfWaiting() {
@@ -36,11 +45,15 @@ bool Background::Line::isBusy() const {
     return newest_ && !newest_->back && !newest_->isDropped();
 }
 
-Background::Background(MainLoop& loop, const std::string& label) : loop_(loop), queue_(label) {}
+Background::Background(MainLoop& loop, const std::string& label)
+    : Background(loop, std::make_shared<SerialQueue>(label)) {}
+
+Background::Background(MainLoop& loop, std::shared_ptr<SerialQueue> queue) : loop_(loop), queue_(std::move(queue)) {}
 
 Background::~Background() {
     // Drop the newest first, so that no waiting work begins when the running work ends.
     for (auto ticket = open_->rbegin(); ticket != open_->rend(); ++ticket) { (*ticket)->drop(); }
+    for (const auto& ticket : *open_) { ticket->wait(); }
 }
 
 void Background::stop() {
@@ -62,10 +75,11 @@ void Background::start(Line* line, std::unique_ptr<Job> ourJob) {
         line->cancel();
         line->newest_ = ticket;
     }
-    queue_.async([ticket, open = open_, &loop = loop_, job = std::shared_ptr(std::move(ourJob))]() mutable {
+    queue_->async([ticket, open = open_, &loop = loop_, job = std::shared_ptr(std::move(ourJob))]() mutable {
         if (ticket->begin()) {
             job->work(Task(loop, ticket));
             if (ticket->isDropped()) { job->forget(); }
+            ticket->end();
         }
         // Move the callbacks to the main thread too, so that their captures are freed there.
         loop.post([ticket, open, job = std::move(job)] {

@@ -53,6 +53,21 @@ TEST_F(TempEditsOfTheApp, EachFileGetsAFolderBesideItAndSkippedOnesAreCounted) {
     EXPECT_EQ(batch_.skipped()[0].file, folder_ / "Short.wav");
 }
 
+// Both write the same folder, and two writers of one file refuse each other.
+TEST_F(TempEditsOfTheApp, TheEditorWaitsForABatchWithItsEdits) {
+    const fs::path piece = song("One.wav");
+    MusicModel& music = app_.editor().music();
+    app_.editor().document().open(piece);
+    ASSERT_TRUE(loop_.runUntil([&] { return !music.plans().empty(); }, 60));
+    app_.makeTempEdits({piece, song("Two.wav")});
+    music.makeTempEdits();
+    ASSERT_TRUE(loop_.runUntil([&] { return !music.writing(); }, 60));
+    EXPECT_FALSE(batch_.progress()) << "the batch goes first";
+    EXPECT_EQ(app_.editor().message().text(), std::to_string(music.plans().size()) + " edits written");
+    EXPECT_EQ(music.lastExport()->folder, folder_ / "One Edits");
+    EXPECT_FALSE(fs::exists(folder_ / "One Edits/One - 15s 2.wav"));
+}
+
 TEST_F(TempEditsOfTheApp, TheControlCommandEditsTheLoadedFileIntoTheFolderOfTheSettings) {
     app_.settings().change([this](AppSettings& settings) {
         settings.tempEditsBesideSource = false;

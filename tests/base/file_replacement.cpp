@@ -80,6 +80,32 @@ TEST_F(FileReplacementTest, KilledAtAnySystemCallLeavesOldOrNew) {
     EXPECT_GT(leftovers, 10);
 }
 
+TEST_F(FileReplacementTest, LeftoversOfDeadWritersAreClearedAndNothingElse) {
+    FileReplacement alive(home / "alive.wav");
+    fs::create_directory(home / ".folder.bh-tmp");
+    for (const char* name : {".dead.wav.bh-tmp", ".young.wav.bh-tmp", "seen.bh-tmp", ".bh-tmp", ".dead.wav.tmp"}) {
+        writeBytes(home / name, "x");
+    }
+    fs::create_symlink("seen.bh-tmp", home / ".link.bh-tmp");
+    for (const auto& entry : fs::directory_iterator(home)) {
+        if (entry.path().filename() == ".young.wav.bh-tmp") { continue; }
+        utimensat(AT_FDCWD, entry.path().c_str(), longAgo, AT_SYMLINK_NOFOLLOW);
+    }
+    if (geteuid() == 0) {
+        writeBytes(home / ".others.bh-tmp", "x");
+        utimensat(AT_FDCWD, (home / ".others.bh-tmp").c_str(), longAgo, 0);
+        ASSERT_EQ(chown((home / ".others.bh-tmp").c_str(), 1234, 4321), 0);
+    }
+    const size_t before = filesInHome();
+    FileReplacement::clearLeftovers(home);
+    FileReplacement::clearLeftovers(home / "none");
+    EXPECT_EQ(filesInHome(), before - 1);
+    EXPECT_FALSE(fs::exists(home / ".dead.wav.bh-tmp"));
+    alive.write("y");
+    alive.commit();
+    EXPECT_EQ(readBytes(home / "alive.wav"), "y");
+}
+
 TEST_F(FileReplacementTest, FullDiskLeavesTheOldFile) {
     for (const size_t limit : {size_t(0), size_t(2), size_t(700), size_t(5000)}) {
         std::string said;

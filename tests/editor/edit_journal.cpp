@@ -10,6 +10,7 @@
 
 #include "base/error.h"
 #include "dsp/edit_ops.h"
+#include "editor/document/save_document.h"
 #include "support/audio_files.h"
 #include "support/full_disk.h"
 #include "support/signals.h"
@@ -133,6 +134,51 @@ TEST(EditJournal, KilledAtAnySystemCallItKeepsEveryFinishedStep) {
         if (!isKilled) { EXPECT_EQ(same, after.end() - 1); }
     }
     EXPECT_GT(last, 30);
+}
+
+// Saves an edit over its source.
+int saveOver(const fs::path& file, const fs::path& folder, const std::vector<EditHistory>& after) {
+    EditJournal journal(folder, about, after[0].content());
+    journal.push("Cut", after[1].content());
+    saveDocument(file, {file, {}, 44100, after[1].content()}, [](double) { return true; });
+    journal.saved();
+    return 0;
+}
+
+TEST(SaveDocument, KilledAtAnySystemCallTheFileIsOldOrNewAndTheDocumentCanBeRecovered) {
+    const Sound opened(Channels{test::noise(3000, 1)});
+    std::vector<EditHistory> after = {EditHistory(opened), EditHistory(opened)};
+    after[1].push("Cut", EditOps::splice(opened, 1000, 2000));
+    const test::TempFolder model;
+    saveDocument(model / "old.wav", {"x", {}, 44100, opened}, [](double) { return true; });
+    saveDocument(model / "new.wav", {"x", {}, 44100, after[1].content()}, [](double) { return true; });
+    const auto oldSamples = test::readAudio(model / "old.wav").planes;
+    const auto newSamples = test::readAudio(model / "new.wav").planes;
+    bool isKilled = true;
+    int calls = 0, olds = 0, news = 0;
+    for (; isKilled; ++calls) {
+        const test::TempFolder home;
+        const fs::path file = home / "rain.wav";
+        fs::copy(model / "old.wav", file);
+        // A kill at the return from a call is the same as one at the entry into the next.
+        const auto goOn = [&, entered = 0](int, long call) mutable { return call == -1 || entered++ < calls; };
+        isKilled = test::runTraced([&] { return saveOver(file, home / "editor", after); }, goOn) != 0;
+        const auto now = test::readAudio(file).planes;
+        const bool isNew = now == newSamples;
+        ASSERT_TRUE(isNew || now == oldSamples) << "killed at call " << calls;
+        ++(isNew ? news : olds);
+        const auto found = EditJournal::abandoned(home / "editor");
+        if (isNew) {
+            ASSERT_EQ(found.size(), 1U) << "killed at call " << calls;
+            EXPECT_EQ(EditJournal::recover(found[0]).history.now().gather(), after[1].now().gather());
+        }
+        // What the crash left doesn't stand in the way of the next save.
+        saveDocument(file, {file, {}, 44100, after[1].content()}, [](double) { return true; });
+        ASSERT_EQ(test::readAudio(file).planes, newSamples);
+        ASSERT_FALSE(fs::exists(home / ".rain.wav.bh-tmp"));
+    }
+    EXPECT_GT(olds, 30);
+    EXPECT_GT(news, 3);
 }
 
 TEST(EditJournal, AFullDiskIsSaidAndWhatWasWrittenStays) {

@@ -4,11 +4,13 @@
 #include <gtest/gtest.h>
 
 #include <map>
+#include <set>
 #include <thread>
 
 #include "base/error.h"
 #include "editor/document/clipboard.h"
 #include "support/audio_files.h"
+#include "support/full_disk.h"
 #include "support/music.h"
 #include "support/platform/manual_audio.h"
 #include "support/platform/manual_main_loop.h"
@@ -33,7 +35,8 @@ protected:
     std::unique_ptr<EditorModel> editor_ = make();
 
     std::unique_ptr<EditorModel> make() {
-        auto editor = std::make_unique<EditorModel>(engine_, settings_, loop_, folder_ / "state");
+        auto editor = std::make_unique<EditorModel>(engine_, settings_, loop_, folder_ / "state",
+                                                    std::make_shared<SerialQueue>("edits"));
         editor->document().journal().finish(20);
         loop_.drain();
         return editor;
@@ -56,6 +59,19 @@ protected:
     }
     fs::path file(const std::string& name, const Channels& channels, int rate = 48000) {
         test::writeAudio(folder_ / name, channels, {.rate = rate});
+        return folder_ / name;
+    }
+    // 88 GB of samples in memory, of which the disk holds none: half an hour of 64 channels of 8 bits.
+    fs::path large(const std::string& name) {
+        using namespace test;
+        constexpr uint64_t bytes = 64 * 1799 * 192000ULL;
+        const auto le64 = [](uint64_t value) { return le32(uint32_t(value)) + le32(uint32_t(value >> 32)); };
+        const std::string format = le16(1) + le16(64) + le32(192000) + le32(64 * 192000) + le16(64) + le16(8);
+        const std::string sizes = le64(bytes + 80) + le64(bytes) + le64(bytes / 64) + le32(0);
+        const std::string head = "RF64" + le32(0xFFFFFFFF) + "WAVE" + riffChunk("ds64", sizes) +
+                                 riffChunk("fmt ", format) + "data" + le32(0xFFFFFFFF);
+        writeBytes(folder_ / name, head);
+        fs::resize_file(folder_ / name, head.size() + bytes);
         return folder_ / name;
     }
     void settle() {
@@ -133,8 +149,10 @@ TEST_F(EditorTest, AFileThatCannotBeOpenedLeavesTheDocumentAsItIs) {
     std::ofstream(folder_ / "b.wav") << "no sound";
     test::writeAudio(folder_ / "long.wav", {std::vector<float>(1800 * 2000)}, {.rate = 2000});
     test::writeAudio(folder_ / "almost.wav", {std::vector<float>(1800 * 2000 - 1)}, {.rate = 2000});
+    ASSERT_EQ(AudioFileInfo::load(large("large.wav")).frames, 1799 * 192000);
     for (const auto& [name, text] :
-         {std::pair("b.wav", ""), std::pair("long.wav", "Files over 30 minutes don't open in the editor")}) {
+         {std::pair("b.wav", ""), std::pair("long.wav", "Files over 30 minutes don't open in the editor"),
+          std::pair("large.wav", "File too large to load")}) {
         open(folder_ / name);
         EXPECT_EQ(document().total(), 3010);
         EXPECT_TRUE(document().isDirty());
@@ -144,6 +162,31 @@ TEST_F(EditorTest, AFileThatCannotBeOpenedLeavesTheDocumentAsItIs) {
     EXPECT_EQ(document().total(), 1800 * 2000 - 1);
     EXPECT_FALSE(document().isDirty());
     EXPECT_TRUE(document().history().undoName().empty());
+}
+
+TEST_F(EditorTest, ASaveOnAFullDiskIsSaidAndNothingIsLost) {
+    const Channels samples = exact(2, 20000);
+    open(file("Rain.wav", samples));
+    select(0, 5000);
+    document().cut();
+    settle();
+    const auto names = [&] { return std::set(fs::directory_iterator(folder_.path()), fs::directory_iterator()); };
+    const auto before = names();
+    for (const char* name : {"Rain.wav", "Rain edit.wav"}) {
+        const test::FullDisk full(30000);
+        bool wasDone = false;
+        document().saveAs(folder_ / name, [&] { wasDone = true; });
+        settle();
+        EXPECT_FALSE(wasDone);
+        EXPECT_TRUE(document().isDirty());
+        EXPECT_TRUE(editor_->message().isProblem());
+        EXPECT_TRUE(said().starts_with("Couldn't write " + (folder_ / name).string() + ": ")) << said();
+        EXPECT_EQ(names(), before) << "no part of it is left";
+    }
+    EXPECT_EQ(test::readAudio(folder_ / "Rain.wav").planes, samples);
+    document().saveAs(folder_ / "Rain.wav");
+    settle();
+    EXPECT_FALSE(document().isDirty());
 }
 
 TEST_F(EditorTest, UnsavedEditsComeBackAfterACrash) {

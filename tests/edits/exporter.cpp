@@ -50,8 +50,8 @@ struct Export {
     }
     bool write(const TempEditExporter::Progress& progress = {}, const std::stop_token& stop = {}) {
         return TempEditExporter::write(
-            {"/music/Rain – Theme.wav", folder, "Rain – Theme", header, plans, audio, 48000, options}, done, progress,
-            stop);
+            {"/music/Rain – Theme.wav", folder, "Rain – Theme", header, plans, Sound(audio), 48000, options}, done,
+            progress, stop);
     }
     fs::path folder;
     Planes audio;
@@ -70,7 +70,7 @@ TEST(TempEditExporter, FilesReadBackAsRendered) {
         EXPECT_THAT(namesIn(job.folder), ElementsAre(record, "Rain – Theme - 1m00s.wav", "Rain – Theme - 30s.wav",
                                                      "Rain – Theme - Edit Notes.txt", "Rain – Theme - Intro.wav"));
         for (size_t i = 0; i < 3; ++i) {
-            const Planes expected = TempEditRenderer::render(job.plans[i], job.audio, 48000, job.options);
+            const Planes expected = TempEditRenderer::render(job.plans[i], Sound(job.audio), 48000, job.options);
             const auto [got, rate, format] = test::readAudio(job.done.files[i]);
             EXPECT_EQ(rate, 48000);
             EXPECT_EQ(format, SF_FORMAT_WAVEX | SF_FORMAT_PCM_24);

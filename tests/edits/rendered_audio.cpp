@@ -30,7 +30,8 @@ TEST(RenderedEdits, AreSplicedOnBarLines) {
                                                   int64_t(source.size()), options);
         int count = 0;
         for (const EditPlan& plan : plans) {
-            const Samples out = TempEditRenderer::render(plan, {source}, songRate, options)[0];
+            const Samples out =
+                TempEditRenderer::render(plan, Sound(std::vector<Samples>{source}), songRate, options)[0];
             EXPECT_TRUE(!plan.cutAtSec || out.size() == size_t(songRate * *plan.targetSec)) << plan.name;
             const int64_t untouched = int64_t(out.size()) - (plan.cutAtSec ? int64_t(songRate) : 0);
             int64_t at = 0;

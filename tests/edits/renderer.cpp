@@ -30,7 +30,7 @@ std::vector<float> render(const EditPlan& plan, const std::vector<float>& source
     for (float& x : other) { x = -x; }
     TempEditOptions options;
     options.crossfadeMs = crossfadeMs;
-    const Planes out = TempEditRenderer::render(plan, {source, other}, 1000, options);
+    const Planes out = TempEditRenderer::render(plan, Sound(Planes{source, other}), 1000, options);
     EXPECT_EQ(out.size(), 2U);
     EXPECT_TRUE(std::ranges::equal(out[0], out[1], {}, {}, std::negate<>()));
     EXPECT_EQ(int64_t(out[0].size()), TempEditRenderer::length(plan, 1000));
@@ -132,8 +132,8 @@ TEST(TempEditRenderer, RendersLoopsSeamlessly) {
     EditPlan plan = planOf({{3000, 6000}}, EditPlan::Kind::loop);
     for (const bool carry : {false, true}) {
         plan.carryLoopTail = carry;
-        const Planes expected = EditOps::seamlessLoop({source}, 8000, 3000, 6000, carry)->channels;
-        EXPECT_EQ(TempEditRenderer::render(plan, {source}, 8000, {}), expected);
+        const Planes expected = EditOps::seamlessLoop(Planes{source}, 8000, 3000, 6000, carry)->channels;
+        EXPECT_EQ(TempEditRenderer::render(plan, Sound(Planes{source}), 8000, {}), expected);
     }
 }
 

@@ -153,6 +153,22 @@ TEST_F(BackgroundWork, DestructionSkipsWaitingWorkDropsResultsAndReleasesBoth) {
     EXPECT_EQ(held.use_count(), 1);
 }
 
+TEST_F(BackgroundWork, OwnersOfOneQueueTakeTurnsAndEndAlone) {
+    const auto queue = std::make_shared<SerialQueue>("Brindlehum.shared");
+    background_ = std::make_unique<Background>(loop_, queue);
+    auto other = std::make_unique<Background>(loop_, queue);
+    Gate gate;
+    hold(gate);
+    other->run(work("waits"), done());
+    other = std::make_unique<Background>(loop_, queue);  // returns while the first one still works
+    other->run(work("follows"), done());
+    EXPECT_THAT(begun_, IsEmpty());
+    gate.open();
+    settle();
+    EXPECT_THAT(begun_, ElementsAre("follows"));
+    EXPECT_THAT(said_, ElementsAre("follows"));
+}
+
 TEST_F(BackgroundWork, CallbacksMayDestroyTheirOwner) {
     background_->run(work("last"), [this](const std::string& result) {
         background_.reset();

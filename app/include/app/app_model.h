@@ -84,6 +84,8 @@ private:
 
     Platform platform_;
     WorkerPool pool_;
+    // Batches and the editor may name the same folder: one at a time.
+    std::shared_ptr<SerialQueue> tempEditQueue_ = std::make_shared<SerialQueue>("Brindlehum.tempedits");
     SettingsStore settings_;
     BarsByHand bars_;
     PlaybackEngine engine_;

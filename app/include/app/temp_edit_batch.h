@@ -25,9 +25,9 @@ public:
         std::string reason;  // one line
     };
 
-    // Shows its progress as the player's message.
+    // Shows its progress as the player's message. Works on `queue`, which all share that write temp edits.
     TempEditBatch(PlayerModel& player, const SettingsStore& settings, const BarsByHand& bars, FileManager& fileManager,
-                  MainLoop& loop);
+                  MainLoop& loop, std::shared_ptr<SerialQueue> queue);
 
     // Makes the edits of the audio files among `files`, each in its own folder; does nothing if there are none.
     void make(const std::vector<std::filesystem::path>& files);

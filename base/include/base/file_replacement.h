@@ -73,6 +73,10 @@ public:
     // another.
     bool commitNew(const std::string& name);
 
+    // Removes what crashes of this user's processes have left in a folder, for folders where no next writer of the same
+    // file may come. What was written to within ten minutes stays, as does what can't be looked at.
+    static void clearLeftovers(const std::filesystem::path& folder) noexcept;
+
     // Replaces a whole file in one call.
     static void writeText(const std::filesystem::path& target, std::string_view text, const Options& options = {});
 

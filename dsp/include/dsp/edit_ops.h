@@ -95,6 +95,8 @@ struct SeamlessLoop {
 // scaled, too. None for a range of fewer than 20 frames, a rate below 1250 Hz, or no channels.
 std::optional<SeamlessLoop> seamlessLoop(const Channels& channels, double sr, int64_t start, int64_t end,
                                          bool carryTail);
+// The same of a document; copies the range and what is read around it.
+std::optional<SeamlessLoop> seamlessLoop(const Sound& sound, double sr, int64_t start, int64_t end, bool carryTail);
 
 inline constexpr const char* textureDescription = "8× granular stretch, huge reverb, dark filter, long fades";
 // A long, dark wash made from the range: eight times as long, at most 90 seconds, every channel at a peak of -6 dBFS.

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <new>
 
 #include "base/path.h"
 #include "editor/document/clipboard.h"
@@ -204,7 +205,8 @@ void DocumentModel::performAside(const LongWork& work, const char* status, std::
         },
         [this](const std::exception& error) {
             setBusy(std::nullopt);
-            message_.fail(error.what());
+            const bool isMemory = dynamic_cast<const std::bad_alloc*>(&error) != nullptr;
+            message_.fail(isMemory ? "Not enough memory" : error.what());
         });
 }
 

@@ -11,6 +11,7 @@
 #include "audio/stream/sample_source.h"
 #include "audio/wave/waveform.h"
 #include "base/error.h"
+#include "base/memory_left.h"
 
 namespace brindlehum {
 namespace {
@@ -20,7 +21,9 @@ constexpr double showSeconds = 1.0 / 20;
 
 void refuseIfTooLarge(int channels, int64_t frames) {
     const double memory = double(::sysconf(_SC_PHYS_PAGES)) * double(::sysconf(_SC_PAGESIZE));
-    if (double(channels) * double(frames) * sizeof(float) > memory / 2) {
+    // Some must be left for edits. An allocation doesn't fail: the system would end the program later.
+    const double most = std::min(memory / 2, double(memoryLeft()) * 0.8);
+    if (double(channels) * double(frames) * sizeof(float) > most) {
         throw Error(ErrorKind::tooLargeToLoad, "File too large to load");
     }
 }

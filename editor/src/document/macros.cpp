@@ -31,12 +31,7 @@ std::optional<EditStep> withRange(const EditState& state, const Sound& made, con
 
 std::optional<EditStep> looped(const EditState& state, double sampleRate, const PinnedLoop& pinned) {
     const FrameRange range = state.selection ? *state.selection : pinned.range.value_or(state.range());
-    // The loop reads what lies around the range, up to its longest tail.
-    const int64_t around = int64_t(sampleRate * 3) + 1;
-    const int64_t first = std::max<int64_t>(range.lower - around, 0);
-    const int64_t last = std::min(range.upper + around, state.sound.frames());
-    auto loop = EditOps::seamlessLoop(state.sound.gather(first, last), sampleRate, range.lower - first,
-                                      range.upper - first, pinned.carryTail);
+    auto loop = EditOps::seamlessLoop(state.sound, sampleRate, range.lower, range.upper, pinned.carryTail);
     if (!loop) { return std::nullopt; }
     return EditStep{{Sound(loop->channels), std::nullopt, 0, trimmed(state.marks, range, state.sound.frames())},
                     "Seamless Loop",

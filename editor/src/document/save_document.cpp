@@ -45,6 +45,7 @@ SaveResult saveDocument(const std::filesystem::path& path, const SavedSound& sav
         old.emplace(path);
     }
     const auto file = old ? std::make_unique<FileReplacement>(path, *old) : std::make_unique<FileReplacement>(path);
+    file->reserve(uint64_t(sound.frames()) * uint64_t(sound.channels() * bytesOf(saved.samples)));
     WavFileWriter writer(file->sink(),
                          {saved.sampleRate, sound.channels(), channelMask(saved.info.detected, sound.channels()),
                           saved.samples, notesOf(saved)});

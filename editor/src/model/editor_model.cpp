@@ -8,11 +8,11 @@
 namespace brindlehum {
 
 EditorModel::EditorModel(PlaybackEngine& engine, SettingsStore& settings, MainLoop& loop,
-                         std::filesystem::path journals)
+                         std::filesystem::path journals, std::shared_ptr<SerialQueue> tempEdits)
     : loop_(loop),
       message_(loop),
       document_(loop, std::move(journals), message_),
-      music_(document_, settings, loop, message_),
+      music_(document_, settings, loop, message_, std::move(tempEdits)),
       transport_(engine, settings, document_, music_, loop, message_),
       pulls_(document_, settings, message_, loop) {
     document_.pinnedLoop = [this] { return music_.pinnedLoop(); };

@@ -8,13 +8,14 @@
 
 namespace brindlehum {
 
-MusicModel::MusicModel(DocumentModel& document, SettingsStore& settings, MainLoop& loop, PlayerMessage& message)
+MusicModel::MusicModel(DocumentModel& document, SettingsStore& settings, MainLoop& loop, PlayerMessage& message,
+                       std::shared_ptr<SerialQueue> writer)
     : document_(document),
       settings_(settings),
       loop_(loop),
       message_(message),
       queue_(loop, "Brindlehum.music"),
-      writer_(loop, "Brindlehum.editoredits") {
+      writer_(loop, std::move(writer)) {
     connect(&document, &DocumentModel::opened, this, &MusicModel::opened);
     connect(&document, &DocumentModel::edited, this, &MusicModel::edited);
     connect(&document, &DocumentModel::stepped, this, &MusicModel::stepped);
@@ -192,14 +193,12 @@ void MusicModel::makeTempEdits() {
     if (!document_.doc() || !analysis_ || !pins_ || plans_.empty()) { return; }
     const auto& doc = *document_.doc();
     const AppSettings& settings = settings_.value();
-    const auto folder = TempEditExporter::folderFor(
-        doc.url, TempEditExporter::editsFolder(doc.url, settings.tempEditsBesideSource, settings.pullsFolder));
-    const auto work = [this, url = doc.url, folder, rate = doc.sampleRate, sound = document_.sound(), plans = plans_,
-                       options = options_,
+    const auto work = [this, url = doc.url, besideSource = settings.tempEditsBesideSource, pulls = settings.pulls(),
+                       rate = doc.sampleRate, sound = document_.sound(), plans = plans_, options = options_,
                        header = TempEditExporter::notesHeader(doc.url.filename().string(), doc.url, *analysis_,
                                                               *pins_)](const Background::Task& task) {
+        const auto folder = TempEditExporter::folderFor(url, TempEditExporter::editsFolder(url, besideSource, pulls));
         const std::string base = url.stem().string();
-        const auto channels = sound.gather();
         TempEditExporter::Result done;
         const auto progress = [&](size_t plan, const std::string&) {
             task.tell([this, share = double(plan) / double(plans.size())] {
@@ -207,8 +206,7 @@ void MusicModel::makeTempEdits() {
                 Q_EMIT changed();
             });
         };
-        TempEditExporter::write({url, folder, base, header, plans, channels, rate, options}, done, progress,
-                                task.token());
+        TempEditExporter::write({url, folder, base, header, plans, sound, rate, options}, done, progress, task.token());
         return done;
     };
     writing_ = 0;

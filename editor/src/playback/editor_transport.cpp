@@ -212,7 +212,7 @@ void EditorTransport::audition(const EditPlan& plan) {
     if (!document_.doc()) { return; }
     const auto work = [plan, sound = document_.sound(), rate = document_.doc()->sampleRate,
                        options = music_.options()] {
-        return Sound(TempEditRenderer::render(plan, sound.gather(), rate, options));
+        return Sound(TempEditRenderer::render(plan, sound, rate, options));
     };
     queue_.run(
         starts_, work,

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "analysis/music_analysis.h"
+#include "dsp/sound.h"
 #include "edits/edit_plan.h"
 
 namespace brindlehum::TempEditExporter {
@@ -45,8 +46,8 @@ struct Job {
     std::string_view base;                   // of the file names
     const std::vector<std::string>& header;  // of the sheet
     const std::vector<EditPlan>& plans;
-    const std::vector<std::vector<float>>& channels;  // the source
-    double sampleRate = 0;                            // Hz
+    const Sound& sound;     // the source
+    double sampleRate = 0;  // Hz
     const TempEditOptions& options;
 };
 

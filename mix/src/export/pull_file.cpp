@@ -18,6 +18,7 @@ constexpr size_t blockBytes = 1 << 20;
 
 std::filesystem::path made(const std::filesystem::path& folder) {
     createFolders(folder);
+    FileReplacement::clearLeftovers(folder);
     return folder;
 }
 

@@ -12,7 +12,7 @@ namespace brindlehum {
 // Beside other files, whose names it goes round. Without place() nothing stays behind. One thread, blocking I/O.
 class PullFile {
 public:
-    // Makes the folder. Throws Error.
+    // Makes the folder, and clears it of what crashed exports have left. Throws Error.
     PullFile(const std::filesystem::path& folder, const std::string& name);
 
     // For the writer of the file, which must have finished it before place().

@@ -73,6 +73,8 @@ public:
 
     // Starts a thread of this name, which runs the work in the order given.
     Background(MainLoop& loop, const std::string& label);
+    // On a queue that others use, too: work of several owners that mustn't run at the same time.
+    Background(MainLoop& loop, std::shared_ptr<SerialQueue> queue);
     ~Background();
     Background(const Background&) = delete;
     Background& operator=(const Background&) = delete;
@@ -104,10 +106,11 @@ public:
     void dropWaiting();
     // Number of jobs that haven't returned to the main thread, including overtaken ones.
     int pending() const;
-    // Returns when all work given before has run. Its results still have to arrive through the main loop.
-    void drain() { queue_.drain(); }
+    // Returns when all work given before has run, on a shared queue that of the others, too. Its results still have to
+    // arrive through the main loop.
+    void drain() { queue_->drain(); }
     // The same, but gives up after `patience` seconds and returns false.
-    bool drainFor(double patience) { return queue_.drainFor(patience); }
+    bool drainFor(double patience) { return queue_->drainFor(patience); }
 
 private:
     class Ticket {
@@ -119,9 +122,14 @@ private:
         bool isDropped() const { return state_ == State::dropped; }
         std::stop_source stop;
         bool back = false;  // main thread
+        void end();         // the work has returned
+        // Main thread, after a drop: returns when the work doesn't run any more.
+        void wait() const;
 
     private:
         std::atomic<State> state_ = State::waiting;
+        bool hadBegun_ = false;  // when it was dropped; main thread
+        std::atomic<bool> hasEnded_ = false;
     };
 
     struct Job {
@@ -141,7 +149,7 @@ private:
     using Tickets = std::vector<std::shared_ptr<Ticket>>;
     MainLoop& loop_;
     std::shared_ptr<Tickets> open_ = std::make_shared<Tickets>();  // main thread; work that hasn't returned
-    SerialQueue queue_;
+    std::shared_ptr<SerialQueue> queue_;
 };
 
 template <class Work, class Done, class Failed>

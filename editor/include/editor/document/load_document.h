@@ -22,7 +22,8 @@ struct LoadedDocument {
 };
 
 // Blocking I/O on the caller's thread. `progress` gets the share read so far, 0 to 1, after each block. Throws Error:
-// tooLong for a file of 30 minutes or more, tooLargeToLoad for one that would fill more than half of the memory, and
+// tooLong for a file of 30 minutes or more, tooLargeToLoad for one that would fill more than half of the memory or
+// four fifths of what is left of it, and
 // the reader's own. Returns what was read so far once `stop` returns true.
 // `shown` gets what can be looked at meanwhile, twenty times a second: the whole blocks so far, of `total` frames.
 using ShowLoading = std::function<void(const AudioFileInfo& info, Sound soFar, int64_t total)>;

@@ -15,8 +15,10 @@ namespace brindlehum {
 class EditorModel : public QObject {
     Q_OBJECT
 public:
-    // Unsaved edits are kept safe in `journals`, by default in defaultJournals().
-    EditorModel(PlaybackEngine& engine, SettingsStore& settings, MainLoop& loop, std::filesystem::path journals);
+    // Unsaved edits are kept safe in `journals`, by default in defaultJournals(). Temp edits are written on
+    // `tempEdits`.
+    EditorModel(PlaybackEngine& engine, SettingsStore& settings, MainLoop& loop, std::filesystem::path journals,
+                std::shared_ptr<SerialQueue> tempEdits);
     // `brindlehum/editor` in $XDG_STATE_HOME, or in ~/.local/state.
     static std::filesystem::path defaultJournals();
 

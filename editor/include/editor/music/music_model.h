@@ -26,7 +26,9 @@ class MusicModel : public QObject {
 public:
     static constexpr double restSeconds = 0.6;  // from an edit to its analysis
 
-    MusicModel(DocumentModel& document, SettingsStore& settings, MainLoop& loop, PlayerMessage& message);
+    // Temp edits are written on `writer`, which all share that write some.
+    MusicModel(DocumentModel& document, SettingsStore& settings, MainLoop& loop, PlayerMessage& message,
+               std::shared_ptr<SerialQueue> writer);
 
     const std::optional<MusicAnalysis>& analysis() const { return analysis_; }
     // The analysis is of an earlier state of the sound: bars may have moved.
