@@ -30,7 +30,7 @@ struct Bench {
     MemoryDefaults defaults;
     SettingsStore settings{defaults};
     PlaybackEngine engine{audio, loop, [](double) -> std::shared_ptr<BinauralStage> { throw Error("none"); }};
-    EditorModel model{engine, settings, loop, folder.path / "state"};
+    EditorModel model{engine, settings, loop, folder.path / "state", std::make_shared<SerialQueue>("edits")};
     HeadlessSession session;
     EditorWindow window{model, settings, session.fileManager()};
     DocumentModel& document = model.document();

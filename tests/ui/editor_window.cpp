@@ -267,6 +267,8 @@ TEST(SpectrumLanes, ShowAToneInItsRowAndMakeAnewOnlyWhatAnEditChanged) {
     }
     ++revision;
     EXPECT_EQ(paint(EditOps::silence(sound, 150'000, 151'000), true), 2U) << "one tile a lane";
+    lanes.clear();
+    EXPECT_EQ(lanes.held(), 0U) << "no tile keeps the samples of a closed document";
     for (const bool dark : {true, false}) {
         const auto colors = spectrumColors(dark);
         for (size_t i = 8; i < colors.size(); i += 8) {

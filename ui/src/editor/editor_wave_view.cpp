@@ -46,6 +46,7 @@ EditorWaveView::EditorWaveView(DocumentModel& document, MusicModel& music, Edito
         update();
         Q_EMIT lanesMoved();
     });
+    connect(&document, &DocumentModel::opened, this, [this] { lanes_.spectrum().clear(); });
     connect(&lanes_.spectrum(), &SpectrumLanes::changed, this, qOverload<>(&QWidget::update));
     connect(&transport, &EditorTransport::changed, this, [this] { movePlayhead(transport_.playhead().frame()); });
     connect(&transport.playhead(), &PlayheadModel::frameChanged, this, &EditorWaveView::movePlayhead);

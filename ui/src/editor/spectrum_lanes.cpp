@@ -137,6 +137,14 @@ void SpectrumLanes::keep(SpectrumTile tile) {
     Q_EMIT changed();
 }
 
+void SpectrumLanes::clear() {
+    requests_.cancel();
+    requested_.clear();
+    tiles_.clear();
+    bytes_ = 0;
+    isStale_ = true;
+}
+
 void SpectrumLanes::paint(QPainter& painter, const QRectF& area, double dpr, const Shown& shown) {
     const QSize size = (area.size() * dpr).toSize();
     if (shown.sound.frames() == 0 || size.isEmpty()) { return; }

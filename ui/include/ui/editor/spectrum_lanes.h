@@ -27,6 +27,8 @@ public:
     };
     explicit SpectrumLanes(MainLoop& loop, QObject* parent = nullptr);
     void paint(QPainter& painter, const QRectF& area, double dpr, const Shown& shown);
+    // Lets go of all tiles, and of the samples under them.
+    void clear();
     // Tiles that the last paint lacked and that are being made.
     size_t missing() const { return requested_.size(); }
     size_t held() const { return tiles_.size(); }
