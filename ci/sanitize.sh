@@ -13,10 +13,11 @@ asan)
     ctest --preset asan
     ;;
 tsan)
-    ci/build.sh tsan test_core test_dsp test_audio test_platform test_settings test_mix test_edits test_library
+    ci/build.sh tsan test_core test_dsp test_audio test_platform test_settings test_mix test_edits test_editor test_library \
+        test_monitor
     # What crosses threads: rings and cells, readers, queues, stored settings, engine and player, the batch, catalog,
-    # scans and the parts of the library's model.
-    crossing='^(core|dsp|platform|mix)\.|^audio\.(Stream|Waveform|File)|^settings\.FileDefaults|^edits\.TempEditBatch'
+    # scans and the parts of the library's model, the document with its journal, the monitor.
+    crossing='^(core|dsp|editor|mix|monitor|platform)\.|^audio\.(Stream|Waveform|File)|^settings\.FileDefaults|^edits\.TempEditBatch'
     ctest --preset tsan -R "$crossing|^library\.(CatalogSafety|Scanner|Library|Listing|Search|Roots|Edits)"
     ;;
 *)
