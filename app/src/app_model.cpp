@@ -70,17 +70,18 @@ void AppModel::start(uint16_t controlPort) {
 }
 
 void AppModel::open(const StartRequest& request) {
-    if (!request.files.empty()) {
-        const auto& first = request.files.front();
-        std::error_code error;
-        if (std::filesystem::is_directory(first, error)) {
-            showFolder(first);
-        } else {
-            player_.load(first, settings_.value().autoPlay);
-        }
+    std::error_code error;
+    const bool isFolder = !request.files.empty() && std::filesystem::is_directory(request.files.front(), error);
+    const bool edits = request.edits && !request.files.empty() && !isFolder;
+    if (isFolder) {
+        showFolder(request.files.front());
+    } else if (edits) {
+        openEditor(request.files.front());
+    } else if (!request.files.empty()) {
+        player_.load(request.files.front(), settings_.value().autoPlay);
     }
     if (!request.problems.empty()) { player_.message().fail(request.problems.front()); }
-    openWindow("main");
+    if (!edits) { openWindow("main"); }
 }
 
 void AppModel::showFolder(const std::filesystem::path& folder) {

@@ -19,6 +19,9 @@ namespace brindlehum {
 namespace {
 
 constexpr const char* answer = "ok\n";
+constexpr const char* editMark =
+    "\x01"
+    "edit";                      // no problem begins like this
 constexpr qint64 chunk = 65536;  // bytes that wait in a peer's socket
 constexpr int retryMs = 20;
 
@@ -49,6 +52,7 @@ QByteArray InstanceMessage::encode(const StartRequest& request) {
     };
     for (const auto& file : request.files) { add(file.native()); }
     for (const auto& problem : request.problems) { add(problem); }
+    if (request.edits) { add(editMark); }
     return out + '\0';
 }
 
@@ -62,6 +66,8 @@ std::optional<StartRequest> InstanceMessage::decode(const QByteArray& bytes) {
         std::string item = bytes.mid(at, end - at).toStdString();
         if (item.starts_with('/')) {
             request.files.emplace_back(std::move(item));
+        } else if (item == editMark) {
+            request.edits = true;
         } else {
             request.problems.push_back(std::move(item));
         }

@@ -48,10 +48,11 @@ void addFile(const std::string& argument, StartRequest& request) {
 }  // namespace
 
 const char* const StartArguments::help =
-    "Usage: brindlehum [FILE or FOLDER]...\n"
+    "Usage: brindlehum [--edit] [FILE or FOLDER]...\n"
     "\n"
     "Shows the first file or folder, in the running Brindlehum if there is one. FILE may be a file:// address.\n"
     "\n"
+    "      --edit     opens the first file in the editor and doesn't play it\n"
     "  -h, --help     shows this text\n"
     "      --version  shows the version\n"
     "      --         ends the options: all that follows is files\n";
@@ -66,6 +67,8 @@ StartArguments StartArguments::parse(const std::vector<std::string>& arguments) 
             takesOptions = false;
         } else if (argument == "--help" || argument == "-h") {
             parsed.wish = Wish::help;
+        } else if (argument == "--edit") {
+            parsed.request.edits = true;
         } else if (argument == "--version") {
             parsed.wish = Wish::version;
         } else {

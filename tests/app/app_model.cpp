@@ -166,7 +166,13 @@ TEST_F(App, TheFirstFileOrFolderOfAStartIsShownAndItsProblemsAreSaid) {
     EXPECT_EQ(app_.library().listing().folder(), folder_.path());
     EXPECT_FALSE(app_.library().search().isSearching());
     EXPECT_TRUE(loop_.runUntil([&] { return !app_.library().isBusy(); }));
-    EXPECT_THAT(windows, ElementsAre("main", "main", "main", "main"));
+    app_.open({{a}, {}, true});
+    EXPECT_TRUE(loop_.runUntil([&] {
+        const auto& doc = app_.editor().document().doc();
+        return doc && doc->url == a;
+    }));
+    EXPECT_EQ(loaded(), b);
+    EXPECT_THAT(windows, ElementsAre("main", "main", "main", "main", "editor"));
 }
 
 TEST(StartArguments, AreOptionsFilesAddressesAndFolders) {
@@ -191,6 +197,7 @@ TEST(StartArguments, AreOptionsFilesAddressesAndFolders) {
         {{"file://localhost" + root}, Wish::open, {{root}, {}}},
         {{"file://server/a.wav"}, Wish::open, {{}, {"Can't read file://server/a.wav: it isn't on this machine"}}},
         {{"--typo"}, Wish::open, {{}, {"Unknown option --typo"}}},
+        {{"--edit", odd}, Wish::open, {{odd}, {}, true}},
         {{"--", root + "/-x.wav"}, Wish::open, {{root + "/-x.wav"}, {}}},
         {{root + "/gone.wav"}, Wish::open, {{}, {"Can't read gone.wav: No such file or directory"}}},
         {{root + "/notes.txt"}, Wish::open, {{}, {"Can't read notes.txt: it isn't an audio file"}}},
@@ -200,6 +207,7 @@ TEST(StartArguments, AreOptionsFilesAddressesAndFolders) {
         EXPECT_EQ(parsed.wish, c.wish);
         EXPECT_EQ(parsed.request.files, c.request.files);
         EXPECT_EQ(parsed.request.problems, c.request.problems);
+        EXPECT_EQ(parsed.request.edits, c.request.edits);
     }
     if (::geteuid() != 0) {
         EXPECT_EQ(StartArguments::parse({root + "/locked.wav"}).request.problems.at(0),

@@ -52,7 +52,7 @@ TEST_F(Instance, HandsEveryPathOverByteForByte) {
     Files many;
     for (int i = 0; i < 20000; ++i) { many.push_back(longer / std::to_string(i)); }
     for (const StartRequest& request :
-         {StartRequest{odd, {"Unknown option --x"}}, StartRequest{}, StartRequest{many, {}}}) {
+         {StartRequest{odd, {"Unknown option --x"}}, StartRequest{}, StartRequest{many, {}, true}}) {
         EXPECT_EQ(secondStart(request), Outcome::handedOver);
         ASSERT_FALSE(received_.empty());
         EXPECT_EQ(received_.back(), request);

@@ -21,11 +21,12 @@ namespace brindlehum {
 struct StartRequest {
     std::vector<std::filesystem::path> files;  // absolute; folders, too
     std::vector<std::string> problems;         // with its arguments, a line each, never beginning with a slash
+    bool edits = false;                        // its first file goes to the editor and isn't played
     bool operator==(const StartRequest&) const = default;
 };
 
-// The message from a later start to the running instance: the bytes of each path or problem and a NUL, then one more
-// NUL. Paths are bytes, not text, so names in any encoding arrive unchanged.
+// The message from a later start to the running instance: the bytes of each path, problem or the mark of a file for the
+// editor and a NUL, then one more NUL. Paths are bytes, not text, so names in any encoding arrive unchanged.
 namespace InstanceMessage {
 inline constexpr qsizetype maxBytes = 4 << 20;  // the system passes a program half of that
 QByteArray encode(const StartRequest& request);
