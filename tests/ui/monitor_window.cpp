@@ -39,6 +39,8 @@ protected:
         audio_.setInputs({{7, "bus", "Bus of the desk", 16}});
         settings_.change([](AppSettings& s) { s.profiles[0].layout = LayoutID::l916; });
         window_.show();
+        window_.activateWindow();  // its shortcuts count, too
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&window_));
     }
     SpeakerTile* tile(const QString& name) { return window_.findChild<SpeakerTile*>(name); }
     template <class Button>

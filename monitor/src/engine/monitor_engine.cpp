@@ -218,6 +218,7 @@ void MonitorEngine::streamChanged() {
 }
 
 void MonitorEngine::systemChanged() {
+    if (sourceUID_ == DuplexAudio::busUID && !bus_) { keepBus(); }  // there was no server yet
     if (waiting()) { tryToOpen(); }
     Q_EMIT inputsChanged();
 }

@@ -1,6 +1,7 @@
 // Paints the plan of the room, and changes solo and mute.
 #include "ui/monitor/speaker_map.h"
 
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <algorithm>
@@ -24,6 +25,10 @@ constexpr double heightRing = 0.55;  // of the ring's radius
 constexpr double lfeDistance = 0.3;
 
 const QColor soloGround(240, 200, 60);
+
+bool isMuteKey(const QKeyEvent& event) {
+    return event.key() == Qt::Key_M && event.modifiers() == Qt::NoModifier;
+}
 
 }  // namespace
 
@@ -70,7 +75,7 @@ void SpeakerTile::refresh() {
     QString said = text();
     if (state.solo.contains(speaker())) { said += ", solo"; }
     if (state.muted.contains(speaker())) { said += ", muted"; }
-    setAccessibleName(said);
+    if (said != accessibleName()) { setAccessibleName(said); }  // each call is told to screen readers
     update();
 }
 
@@ -81,10 +86,14 @@ void SpeakerTile::mousePressEvent(QMouseEvent* event) {
     toggle(&MonitorState::muted);
 }
 
+// The window's own M is for all speakers.
+bool SpeakerTile::event(QEvent* event) {
+    if (event->type() == QEvent::ShortcutOverride && isMuteKey(*static_cast<QKeyEvent*>(event))) { event->accept(); }
+    return QAbstractButton::event(event);
+}
+
 void SpeakerTile::keyPressEvent(QKeyEvent* event) {
-    if (event->key() != Qt::Key_M || event->modifiers() != Qt::NoModifier) {
-        return QAbstractButton::keyPressEvent(event);
-    }
+    if (!isMuteKey(*event)) { return QAbstractButton::keyPressEvent(event); }
     toggle(&MonitorState::muted);
 }
 
