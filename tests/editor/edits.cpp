@@ -59,12 +59,14 @@ TEST(Edits, RandomScriptsEqualANaiveEditor) {
         twin.now.samples = {noise(3000, seed), noise(3000, seed + 50)};
         EditHistory history(Sound(twin.now.samples));
         EditState state{history.now(), std::nullopt, 0};
-        std::optional<Clip> clip;
-        Channels copied;
-        for (int step = 0; step < 3000; ++step) {
+        std::optional<Clip> clip = EditCommands::copy({history.now(), FrameRange{0, 600}, 0}, rate);
+        Channels copied = EditOps::slice(twin.now.samples, 0, 600);
+        int64_t compared = 0;
+        for (int step = 0; step < 3400; ++step) {
             state = fitted({history.now(), state.selection, state.cursor});
             const int64_t total = state.sound.frames();
-            if (below(3) == 0 && total > 0) {
+            // Without a selection an edit takes all, which would leave little to compare.
+            if ((below(3) == 0 || (!state.selection && below(30) > 0)) && total > 0) {
                 const int64_t start = below(total);
                 state.selection = FrameRange{start, start + 1 + below(std::min<int64_t>(total - start, 700))};
                 state.cursor = below(total + 1);
@@ -73,8 +75,10 @@ TEST(Edits, RandomScriptsEqualANaiveEditor) {
             const Channels selected = EditOps::slice(twin.now.samples, range.lower, range.upper);
             std::optional<EditStep> done;
             Channels expected;
-            switch (below(8)) {
+            const bool isShort = total < 1500 && below(4) > 0;  // it grows again by pasting
+            switch (isShort ? 2 : below(8)) {
                 case 0:
+                    if (range.length() < 300) { continue; }
                     if (const auto copy = EditCommands::copy(state, rate)) { clip = copy, copied = selected; }
                     continue;
                 case 1:
@@ -117,9 +121,11 @@ TEST(Edits, RandomScriptsEqualANaiveEditor) {
             twin.push(expected);
             state = done->state;
             ASSERT_EQ(history.now().gather(), twin.now.samples) << done->name << " in step " << step;
+            compared += history.now().frames();
             ASSERT_LE(state.cursor, state.sound.frames());
             ASSERT_TRUE(!state.selection || state.selection->upper <= state.sound.frames());
         }
+        EXPECT_GT(compared, 1000000) << "frames; the document was hardly ever empty";
     }
 }
 

@@ -1,8 +1,10 @@
 // The editor's window: what its menus offer, its history, what is asked before edits go, and what it shows meanwhile.
 #include "ui/editor/editor_window.h"
 
+#include <QDropEvent>
 #include <QListWidget>
 #include <QMenuBar>
+#include <QMimeData>
 #include <QTest>
 #include <QToolButton>
 #include <random>
@@ -62,6 +64,28 @@ TEST_F(EditorWindowTest, MenusOfferOnlyWhatWouldDoSomething) {
     for (const char* each : {"Cut", "Delete", "Trim"}) { EXPECT_TRUE(offered().contains(each)) << each; }
     document.copy();
     EXPECT_TRUE(offered().contains("Paste"));
+}
+
+TEST_F(EditorWindowTest, ADroppedSoundIsOpenedAndUnsavedEditsAreAskedFor) {
+    const auto drop = [this](const std::filesystem::path& dropped) {
+        QMimeData data;
+        data.setUrls({QUrl::fromLocalFile(QString::fromStdString(dropped.string()))});
+        const QPoint at = window.rect().center();
+        QDragEnterEvent enter(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(&window, &enter);
+        if (!enter.isAccepted()) { return false; }
+        QDropEvent release(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(&window, &release);
+        return release.isAccepted();
+    };
+    EXPECT_FALSE(drop("/etc/hostname"));
+    EXPECT_TRUE(drop(file("Rain.wav", 2)));
+    ASSERT_TRUE(settle([&] { return document.doc() && !document.loading(); }));
+    document.apply("reverse");
+    ASSERT_TRUE(settle([&] { return document.isDirty(); }));
+    EXPECT_TRUE(drop(file("Wind.wav", 2)));
+    EXPECT_EQ(asked, 1);
+    EXPECT_EQ(document.doc()->url.filename(), "Rain.wav") << "the answer was to cancel";
 }
 
 TEST_F(EditorWindowTest, TheHistoryNamesEachStepAndGoesToIt) {
