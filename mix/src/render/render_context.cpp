@@ -2,10 +2,10 @@
 #include "mix/render/render_context.h"
 
 #include <algorithm>
-#include <bit>
 #include <cstring>
 
 #include "mix/render/binaural_stage.h"
+#include "mix/render/largest_magnitude.h"
 #include "render/flush_denormals.h"
 
 namespace brindlehum {
@@ -228,15 +228,11 @@ void RenderContext::applyGain(int32_t n) noexcept {
     }
 }
 
-// Compares the samples as integers without their sign bit: that order is the one of magnitudes, with NaN on top, and
-// the loop needs no branch for it.
 void RenderContext::measure(int32_t n) noexcept {
     for (int32_t c = 0; c < deviceChannels_; ++c) {
         const float* plane = dev_[size_t(c)];
         if (plane == nullptr) { continue; }
-        int32_t most = 0;
-        for (int32_t i = 0; i < n; ++i) { most = std::max(most, std::bit_cast<int32_t>(plane[i]) & 0x7fffffff); }
-        mn_peaks_raise(peaks_, c, std::bit_cast<float>(most));
+        mn_peaks_raise(peaks_, c, largestMagnitude(plane, n));
     }
 }
 

@@ -1,21 +1,11 @@
 #include "monitor/render/matrix_unit.h"
 
 #include <algorithm>
-#include <bit>
 #include <cmath>
 
+#include "mix/render/largest_magnitude.h"
+
 namespace brindlehum {
-namespace {
-
-// Magnitudes as integers without their sign bit: their order is that of the magnitudes, and what isn't finite lies
-// above all others.
-int32_t largest(const float* plane, int32_t frames) {
-    int32_t most = 0;
-    for (int32_t i = 0; i < frames; ++i) { most = std::max(most, std::bit_cast<int32_t>(plane[i]) & 0x7fffffff); }
-    return most;
-}
-
-}  // namespace
 
 MatrixUnit::MatrixUnit()
     : context_(RenderContext::Feed::device), inputPeaks_(mn_peaks_create(RenderContext::maxSourceChannels)) {}
@@ -65,13 +55,13 @@ void MatrixUnit::measureInputs(const DeviceBuffers& buffers, int32_t frames) noe
     const int32_t channels = std::min(buffers.inputChannels, int32_t(RenderContext::maxSourceChannels));
     for (int32_t c = 0; c < channels; ++c) {
         const float* const plane = buffers.inputs[c];
-        if (plane != nullptr) { mn_peaks_raise(inputPeaks_, c, std::bit_cast<float>(largest(plane, frames))); }
+        if (plane != nullptr) { mn_peaks_raise(inputPeaks_, c, largestMagnitude(plane, frames)); }
     }
 }
 
 // A bus that sends what isn't a number is muted for the block: loudspeakers don't forgive.
 void MatrixUnit::guard(float* plane, int32_t frames) noexcept {
-    if (std::isfinite(std::bit_cast<float>(largest(plane, frames)))) { return; }
+    if (std::isfinite(largestMagnitude(plane, frames))) { return; }
     std::fill_n(plane, frames, 0.0F);
     faults_.fetch_add(1, std::memory_order_relaxed);
 }

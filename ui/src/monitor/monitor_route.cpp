@@ -8,15 +8,12 @@
 
 #include "ui/look/icons.h"
 #include "ui/look/menu_button.h"
+#include "ui/look/utf8_text.h"
 
 namespace brindlehum {
 namespace {
 
 constexpr int longestName = 240;  // logical pixels
-
-QString textOf(std::string_view text) {
-    return QString::fromUtf8(text.data(), qsizetype(text.size()));
-}
 
 QString described(const AudioInputDevice& input) {
     return QString::fromStdString(input.name) + "  (" + QString::number(input.inputChannels) + " in)";
@@ -78,15 +75,20 @@ MonitorRoute::MonitorRoute(MonitorEngine& monitor, SettingsStore& settings, QWid
     row->addWidget(captioned("Output", output_));
     row->addStretch(1);
     row->addWidget(start_, 0, Qt::AlignBottom);
-    refresh();
+    refreshInputs();
 }
 
-QString MonitorRoute::sourceText() {
+QString MonitorRoute::sourceText() const {
     if (!monitor_.sourceUID()) { return "Choose…"; }
-    for (const AudioInputDevice& input : monitor_.inputs()) {
+    for (const AudioInputDevice& input : inputs_) {
         if (input.uid == monitor_.sourceUID()) { return described(input); }
     }
     return QString::fromStdString(*monitor_.sourceUID()) + "  (not there)";
+}
+
+void MonitorRoute::refreshInputs() {
+    inputs_ = monitor_.inputs();
+    refresh();
 }
 
 void MonitorRoute::refresh() {

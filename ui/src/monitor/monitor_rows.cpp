@@ -12,14 +12,11 @@
 #include "ui/look/icons.h"
 #include "ui/look/menu_button.h"
 #include "ui/look/tabular_font.h"
+#include "ui/look/utf8_text.h"
 #include "ui/look/value_slider.h"
 
 namespace brindlehum {
 namespace {
-
-QString textOf(std::string_view text) {
-    return QString::fromUtf8(text.data(), qsizetype(text.size()));
-}
 
 // Adding zero turns a negative zero into "+0.0".
 QString decibels(double db) {

@@ -50,8 +50,7 @@ MonitorWindow::MonitorWindow(MonitorEngine& monitor, SettingsStore& settings, Ma
     column->addWidget(format_ = quiet());
     addKeys();
     connect(&monitor, &MonitorEngine::changed, this, &MonitorWindow::refresh);
-    connect(&monitor, &MonitorEngine::inputsChanged, route_, &MonitorRoute::refresh);
-    connect(&settings, &SettingsStore::changed, this, &MonitorWindow::refresh);
+    connect(&monitor, &MonitorEngine::inputsChanged, route_, &MonitorRoute::refreshInputs);
     setMinimumSize(leastSize);
     resize(fittingSize(*this, usualSize));
     refresh();

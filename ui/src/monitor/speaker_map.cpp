@@ -23,6 +23,7 @@ constexpr double textPoints = 9;
 constexpr double lowElevation = 20;  // degrees; speakers above are heights
 constexpr double heightRing = 0.55;  // of the ring's radius
 constexpr double lfeDistance = 0.3;
+constexpr double mostWidening = 1.8;  // of the plan, beside its height
 
 const QColor soloGround(240, 200, 60);
 
@@ -149,10 +150,13 @@ double SpeakerMap::radius() const {
     return std::max(std::min(width(), height()) / 2.0 - edge, 1.0);
 }
 
-// Tiles that would cover each other move apart along their ring's width: the plan is as wide as the window.
+double SpeakerMap::wideRadius() const {
+    return std::min(std::max(width() / 2.0 - tileSize.width(), radius()), mostWidening * radius());
+}
+
 void SpeakerMap::place() {
     const double r = radius();
-    const double wide = std::min(std::max(width() / 2.0 - tileSize.width(), r), 1.8 * r);
+    const double wide = wideRadius();
     for (size_t i = 0; i < tiles_.size(); ++i) {
         const QPointF at = planPlace(shown_[i], shown_);
         const QPointF middle(width() / 2.0 + wide * at.x(), height() / 2.0 + r * at.y());
@@ -170,7 +174,7 @@ void SpeakerMap::paintEvent(QPaintEvent* /*event*/) {
     painter.setRenderHint(QPainter::Antialiasing);
     const QPointF middle(width() / 2.0, height() / 2.0);
     const double r = radius();
-    const double wide = std::min(std::max(width() / 2.0 - tileSize.width(), r), 1.8 * r);
+    const double wide = wideRadius();
     painter.setPen(QPen(theme.border, 1));
     painter.drawEllipse(middle, wide, r);
     painter.setPen(QPen(theme.border, 1, Qt::DotLine));

@@ -6,15 +6,9 @@
 #include "mix/player/upmix_tuning.h"
 #include "ui/look/menu_button.h"
 #include "ui/look/plain_tool_tip.h"
+#include "ui/look/utf8_text.h"
 
 namespace brindlehum {
-namespace {
-
-QString textOf(std::string_view text) {
-    return QString::fromUtf8(text.data(), qsizetype(text.size()));
-}
-
-}  // namespace
 
 void addUpmixChoices(QMenu& menu, UpmixTuning& upmix) {
     const UpmixSettings& now = upmix.now();

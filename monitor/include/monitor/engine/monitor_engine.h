@@ -64,7 +64,7 @@ public:
     std::vector<float> takeSpeakerPeaks();
 
 Q_SIGNALS:
-    void changed();  // state, source, profile, running or message
+    void changed();  // state, source, profile, running, message, or any setting
     void inputsChanged();
 
 private:

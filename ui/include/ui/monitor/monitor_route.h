@@ -17,12 +17,15 @@ class MonitorRoute : public QWidget {
 public:
     MonitorRoute(MonitorEngine& monitor, SettingsStore& settings, QWidget* parent = nullptr);
     void refresh();
+    // Asks again what can be listened to.
+    void refreshInputs();
 
 private:
-    QString sourceText();
+    QString sourceText() const;
 
     MonitorEngine& monitor_;
     SettingsStore& settings_;
+    std::vector<AudioInputDevice> inputs_;
     MenuButton* source_;
     MenuButton* bus_;
     MenuButton* output_;

@@ -55,7 +55,9 @@ protected:
 private:
     void refresh();
     void place();
+    // Half the ring's height, and half its width: tiles that would cover each other move apart.
     double radius() const;
+    double wideRadius() const;
 
     MonitorEngine& monitor_;
     MonitorMeter& meter_;
