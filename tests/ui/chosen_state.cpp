@@ -39,6 +39,7 @@ TEST(ChosenState, RevealsOnlyWhatThisWindowDidNotAskFor) {
          folder,
          {.deselect = true, .openFolder = "/t"},
          {.loaded = c, .revealed = c}},
+        {"nothing moves for a choice in the file manager", asked, State::Loaded{c, true}, search, {}, {.loaded = c}},
         {"the loaded file's state is none of the file", asked, State::Loaded{b}, folder, {}, asked},
         {"a row on screen is marked at once", waiting, State::Reveal{row}, folder, {.mark = row}, {}},
         {"a result on screen too", {}, State::Reveal{row}, search, {.mark = row}, {}},

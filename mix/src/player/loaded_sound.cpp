@@ -26,7 +26,7 @@ std::vector<std::string> LoadedSound::laneLabels() const {
     return format ? brindlehum::laneLabels(*format, info_->channels) : std::vector<std::string>();
 }
 
-void LoadedSound::load(const std::filesystem::path& path, bool autoPlay) {
+void LoadedSound::load(const std::filesystem::path& path, bool autoPlay, AskedBy by) {
     loads_.cancel();
     checks_.cancel();
     newest_ = path;
@@ -41,7 +41,7 @@ void LoadedSound::load(const std::filesystem::path& path, bool autoPlay) {
     Q_EMIT replacing();
     loader_.run(
         loads_, [path](const Background::Task& task) { return probe(path, task); },
-        [this](Probe probe) { didLoad(std::move(probe)); },
+        [this, by](Probe probe) { didLoad(std::move(probe), by); },
         [this, path](const std::exception& error) {
             loadWaveform();  // of the previous sound, which is still loaded
             Q_EMIT failed(readFailure(path, error));
@@ -97,8 +97,9 @@ bool LoadedSound::playOnceLoaded() {
     return autoPlay_ = true;
 }
 
-void LoadedSound::didLoad(Probe probe) {
+void LoadedSound::didLoad(Probe probe, AskedBy by) {
     info_ = std::move(probe.info);
+    askedBy_ = by;
     version_ = probe.version;
     const bool hadOverride = formatOverride_.has_value();
     formatOverride_ = formats_.find(info_->url, info_->channels);

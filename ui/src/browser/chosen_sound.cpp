@@ -21,7 +21,7 @@ ChosenSound::ChosenSound(const BrowserParts& parts, BrowserTable& table, QObject
         const auto& info = parts_.sound.info();
         if (!info) { return; }
         parts_.infos.learn(*info);
-        carryOut(advance(ChosenState::Loaded{info->url}));
+        carryOut(advance(ChosenState::Loaded{info->url, parts_.sound.askedBy() == AskedBy::fileManager}));
     });
     connect(&parts.edits, &MetadataEdits::renamed, this, [this](const MetadataEdits::Moves& moves) {
         ChosenState::Renamed event;

@@ -1,9 +1,11 @@
 // Paints symbols from SVG files in the colours of the theme.
 #include "ui/look/icons.h"
 
+#include <QAbstractButton>
 #include <QHash>
 #include <QIconEngine>
 #include <QPainter>
+#include <QPointer>
 #include <QSvgRenderer>
 
 #include "ui/look/theme.h"
@@ -31,8 +33,7 @@ QString desktopName(const QString& name) {
     return names.value(name);
 }
 
-QColor colorOf(SymbolRole role, QIcon::Mode mode, QIcon::State state) {
-    const Theme& theme = Theme::current();
+QColor colorOf(const Theme& theme, SymbolRole role, QIcon::Mode mode, QIcon::State state) {
     if (mode == QIcon::Disabled) { return theme.disabled; }
     switch (role) {
         case SymbolRole::onAccent:
@@ -51,7 +52,8 @@ QColor colorOf(SymbolRole role, QIcon::Mode mode, QIcon::State state) {
 
 class SymbolEngine : public QIconEngine {
 public:
-    SymbolEngine(QString name, SymbolRole role) : name_(std::move(name)), role_(role) {}
+    SymbolEngine(QString name, SymbolRole role, const QWidget* owner)
+        : name_(std::move(name)), role_(role), owner_(owner) {}
 
     void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State state) override {
         const double dpr = painter->device()->devicePixelRatioF();
@@ -78,18 +80,23 @@ private:
             desktop.paint(&painter, QRect(QPoint(), size));
         }
         painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
-        painter.fillRect(QRect(QPoint(), size), colorOf(role_, mode, state));
+        painter.fillRect(QRect(QPoint(), size), colorOf(owner_ ? Theme::of(*owner_) : Theme::current(), role_, mode, state));
         return pixmap;
     }
 
     QString name_;
     SymbolRole role_;
+    QPointer<const QWidget> owner_;
 };
 
 }  // namespace
 
-QIcon symbol(const QString& name, SymbolRole role) {
-    return QIcon(new SymbolEngine(name, role));
+QIcon symbol(const QString& name, SymbolRole role, const QWidget* owner) {
+    return QIcon(new SymbolEngine(name, role, owner));
+}
+
+void setSymbol(QAbstractButton& button, const QString& name, SymbolRole role) {
+    button.setIcon(symbol(name, role, &button));
 }
 
 QIcon applicationIcon() {

@@ -6,7 +6,7 @@
 namespace brindlehum {
 
 SymbolLabel::SymbolLabel(const QString& name, SymbolRole role, QWidget* parent)
-    : QWidget(parent), icon_(symbol(name, role)) {
+    : QWidget(parent), icon_(symbol(name, role, this)) {
     setFixedSize(16, 16);
 }
 

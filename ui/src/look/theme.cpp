@@ -2,6 +2,7 @@
 #include "ui/look/theme.h"
 
 #include <QFile>
+#include <QWidget>
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -77,6 +78,8 @@ Theme makeLight() {
     return theme;
 }
 
+constexpr auto keptDark = "keptDark";  // property of a surface
+
 double luminance(const QColor& color) {
     const auto linear = [](double value) {
         return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
@@ -99,6 +102,19 @@ const Theme& Theme::darkTheme() {
 const Theme& Theme::lightTheme() {
     static const Theme theme = makeLight();
     return theme;
+}
+
+const Theme& Theme::of(const QWidget& widget) {
+    for (const QWidget* part = &widget; part; part = part->parentWidget()) {
+        if (part->property(keptDark).toBool()) { return darkTheme(); }
+    }
+    return current();
+}
+
+void Theme::keepDark(QWidget& surface) {
+    surface.setProperty(keptDark, true);
+    surface.setPalette(darkTheme().palette());
+    surface.setStyleSheet(darkTheme().styleSheet());
 }
 
 QPalette Theme::palette() const {

@@ -12,7 +12,7 @@
 namespace brindlehum {
 
 DragHandle::DragHandle(QWidget* parent) : QToolButton(parent) {
-    setIcon(symbol("drag"));
+    setSymbol(*this, "drag");
     setText("Drag");
     setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     setToolTip("Drag the whole file into your DAW (uses the Drag mode)");

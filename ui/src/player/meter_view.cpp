@@ -73,7 +73,7 @@ QRectF MeterView::bar(size_t output) const {
 }
 
 void MeterView::paintScale(QPainter& painter) const {
-    const Theme& theme = Theme::current();
+    const Theme& theme = Theme::of(*this);
     const int left = margin + int(meter_.outputs().size()) * pitch();
     const double room = painter.fontMetrics().height();
     double next = 0;  // the lowest free pixel
@@ -87,7 +87,7 @@ void MeterView::paintScale(QPainter& painter) const {
 }
 
 void MeterView::paintOutput(QPainter& painter, size_t output) const {
-    const Theme& theme = Theme::current();
+    const Theme& theme = Theme::of(*this);
     const MeterLevel& level = meter_.outputs()[output].level;
     const QRectF whole = bar(output);
     painter.fillRect(whole, theme.waveform.background);
@@ -106,7 +106,7 @@ void MeterView::paintEvent(QPaintEvent* /*event*/) {
     for (size_t output = 0; output < meter_.outputs().size(); ++output) { paintOutput(painter, output); }
     paintScale(painter);
     if (hasFocus()) {
-        painter.setPen(QPen(Theme::current().accent, 2));
+        painter.setPen(QPen(Theme::of(*this).accent, 2));
         painter.drawRect(QRectF(rect()).adjusted(1, 1, -1, -1));
     }
 }

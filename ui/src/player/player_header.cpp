@@ -47,7 +47,7 @@ QWidget* PlayerHeader::makeSelection() {
     row->addWidget(selection_ = new QLabel);
     selection_->setFont(tabularFont(10));
     auto* clear = new QToolButton;
-    clear->setIcon(symbol("clear"));
+    setSymbol(*clear, "clear");
     clear->setIconSize({12, 12});
     clear->setProperty("role", "chip");
     clear->setToolTip("Clear selection");

@@ -9,6 +9,7 @@
 #include <QStyle>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <utility>
 
 #include "ui/look/elided_label.h"
 #include "ui/look/symbol_label.h"
@@ -26,12 +27,13 @@
 namespace brindlehum {
 namespace {
 
-constexpr int minWidth = 400;       // logical pixels, as is the next
-constexpr int controlsMargin = 16;  // at both sides together
+constexpr int minWidth = 400;  // logical pixels, as are the next
+constexpr QMargins windowMargins(8, 8, 8, 8);
+constexpr QMargins hudMargins(12, 9, 12, 9);
 
-QVBoxLayout* column(QWidget* parent, int margin, int spacing) {
+QVBoxLayout* column(QWidget* parent, const QMargins& margins, int spacing) {
     auto* layout = new QVBoxLayout(parent);
-    layout->setContentsMargins(margin, margin, margin, margin);
+    layout->setContentsMargins(margins);
     layout->setSpacing(spacing);
     return layout;
 }
@@ -42,22 +44,23 @@ PlayerView::PlayerView(PlayerModel& player, SettingsStore& settings, WaveformVie
     : QWidget(parent),
       player_(player),
       settings_(settings),
+      style_(style),
       drags_(std::make_unique<DragSession>(player.dragOut())),
       copy_(new ExportCopy(player.dragOut(), this)) {
     setAccessibleName("Player");
-    auto* all = column(this, 8, 6);
+    auto* all = column(this, style == WaveformView::Style::hud ? hudMargins : windowMargins, 6);
     auto* top = new QWidget;
     stack_ = new QStackedLayout(top);
     stack_->addWidget(empty_ = makeEmpty());
-    stack_->addWidget(loaded_ = makeLoaded(style));
+    stack_->addWidget(loaded_ = makeLoaded());
     all->addWidget(top, 1);
     all->addWidget(makeMessage());
     all->addWidget(controls_ = makeControls());
     all->addWidget(soundfield_ = new SoundfieldRow(player.sound(), player.listening()));
     connectDrags();
-    connect(&player, &PlayerModel::changed, this, &PlayerView::refresh);
+    connect(&player, &PlayerModel::changed, this, &PlayerView::changed);
     connect(&player.compare(), &UpmixCompare::changed, source_, &SourceBar::refresh);
-    connect(&settings, &SettingsStore::changed, this, &PlayerView::refresh);
+    connect(&settings, &SettingsStore::changed, this, &PlayerView::changed);
     connect(&player.transport().playhead(), &PlayheadModel::frameChanged, this, &PlayerView::movePlayhead);
     refresh();
 }
@@ -83,11 +86,13 @@ void PlayerView::connectDrags() {
 
 QWidget* PlayerView::makeEmpty() {
     auto* box = new QWidget;
-    auto* layout = column(box, 0, 8);
+    auto* layout = column(box, {}, 8);
     auto* text = new QLabel("Select an audio file");
     text->setProperty("role", "empty");
     text->setAlignment(Qt::AlignCenter);
-    auto* hint = new QLabel("Choose one in the list above, or drop a file or a folder here.");
+    auto* hint = new QLabel(style_ == WaveformView::Style::hud
+                                ? "Choose one in the file manager."
+                                : "Choose one in the list above, or drop a file or a folder here.");
     hint->setProperty("role", "secondary");
     hint->setAlignment(Qt::AlignCenter);
     layout->addStretch(1);
@@ -97,14 +102,14 @@ QWidget* PlayerView::makeEmpty() {
     return box;
 }
 
-QWidget* PlayerView::makeLoaded(WaveformView::Style style) {
+QWidget* PlayerView::makeLoaded() {
     auto* box = new QWidget;
-    auto* layout = column(box, 0, 0);
+    auto* layout = column(box, {}, 0);
     layout->addWidget(header_ = new PlayerHeader(player_.sound(), player_.transport()));
     layout->addSpacing(2);
     auto* row = new QHBoxLayout;
     row->setSpacing(6);
-    row->addWidget(wave_ = new WavePanel(player_.sound(), player_.transport(), *drags_, style), 1);
+    row->addWidget(wave_ = new WavePanel(player_.sound(), player_.transport(), *drags_, style_), 1);
     row->addWidget(new MeterView(player_.meter()));
     layout->addLayout(row, 1);
     return box;
@@ -141,7 +146,10 @@ QWidget* PlayerView::makeControls() {
     row->setSpacing(16);
     row->addWidget(transport_ = new TransportBar(player_.sound(), player_.transport(), player_.listening(), settings_));
     row->addWidget(source_ = new SourceBar(player_, settings_), 1);
-    connect(source_, &SourceBar::upmixPanelAsked, this, &PlayerView::showUpmixPanel);
+    connect(source_, &SourceBar::upmixPanelAsked, this, [this] {
+        if (style_ == WaveformView::Style::hud) { return Q_EMIT upmixPanelAsked(); }
+        showUpmixPanel();
+    });
     return bar;
 }
 
@@ -150,13 +158,16 @@ void PlayerView::showUpmixPanel() {
     upmixPanel_->bringUp();
 }
 
-// Shows the controls with their texts where there is room, else as icons alone.
+// Shows the controls with their texts where there is room, then with a short slider, else as icons alone.
 void PlayerView::fitControls() {
-    for (const bool narrow : {false, true}) {
-        transport_->setNarrow(narrow);
-        source_->setNarrow(narrow);
-        controls_->layout()->activate();
-        if (controls_->layout()->minimumSize().width() <= width() - controlsMargin) { break; }
+    const QMargins margins = layout()->contentsMargins();
+    const int room = width() - margins.left() - margins.right();
+    for (const auto& [shortSlider, onlyIcons] : {std::pair(false, false), {true, false}, {true, true}}) {
+        transport_->setNarrow(shortSlider);
+        source_->setNarrow(onlyIcons);
+        // The layout of both still has the width from before.
+        const int wanted = transport_->minimumSizeHint().width() + source_->minimumSizeHint().width();
+        if (wanted + controls_->layout()->spacing() <= room) { break; }
     }
 }
 
@@ -167,6 +178,16 @@ QSize PlayerView::minimumSizeHint() const {
 void PlayerView::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
     fitControls();
+}
+
+void PlayerView::changed() {
+    stale_ = !isVisible();
+    if (!stale_) { refresh(); }
+}
+
+void PlayerView::showEvent(QShowEvent* event) {
+    if (std::exchange(stale_, false)) { refresh(); }
+    QWidget::showEvent(event);
 }
 
 void PlayerView::refresh() {
@@ -196,6 +217,7 @@ void PlayerView::refreshMessage() {
 }
 
 void PlayerView::movePlayhead() {
+    if (!isVisible()) { return; }
     wave_->movePlayhead();
     header_->refreshTime();
 }

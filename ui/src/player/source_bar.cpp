@@ -45,23 +45,23 @@ SourceBar::SourceBar(PlayerModel& player, const SettingsStore& settings, QWidget
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(8);
     format_ = new MenuButton("Source format", "How the channels are interpreted", [this](QMenu& m) { fillFormats(m); });
-    format_->setIcon(symbol("channels"));
+    setSymbol(*format_, "channels");
     detect_ = new QToolButton;
-    detect_->setIcon(symbol("clear"));
+    setSymbol(*detect_, "clear");
     detect_->setIconSize({12, 12});
     detect_->setProperty("role", "chip");
     detect_->setFocusPolicy(Qt::StrongFocus);
     connect(detect_, &QToolButton::clicked, this, [this] { sound_.setFormatOverride(std::nullopt); });
     listen_ = new MenuButton("Listen", "Monitor mode for stereo files", [this](QMenu& m) { fillListen(m); });
-    listen_->setIcon(symbol("listen"));
+    setSymbol(*listen_, "listen");
     upmix_ = new MenuButton("Upmix", upmixTip, [this](QMenu& m) { fillUpmix(m); });
-    upmix_->setIcon(symbol("upmix"));
+    setSymbol(*upmix_, "upmix");
     profile_ = new MenuButton("Output profile", "Output profile", [this](QMenu& m) { fillProfiles(m); });
     device_ = new ElidedLabel(Qt::ElideRight);
     device_->setProperty("role", "secondary");
     drag_ = new MenuButton("Drag as", "What a drag into the DAW delivers",
                            [this](QMenu& m) { fillDragForms(m, dragOut_); });
-    drag_->setIcon(symbol("drag"));
+    setSymbol(*drag_, "drag");
     handle_ = new DragHandle;
     row->addWidget(format_);
     row->addWidget(detect_);
@@ -85,7 +85,7 @@ void SourceBar::refresh() {
     listen_->setChoice(listenName(listening_.listen()));
     refreshUpmix(loaded);
     const OutputProfile& profile = listening_.profile();
-    profile_->setIcon(symbol(profileIcon(profile)));
+    setSymbol(*profile_, profileIcon(profile));
     profile_->setChoice(QString::fromStdString(profile.name));
     refreshDevice();
     drag_->setVisible(loaded && dragOut_.dragOptions().size() > 1);
@@ -120,7 +120,7 @@ void SourceBar::refreshUpmix(bool loaded) {
     upmix_->setText(upmix_->fontMetrics().elidedText(shown, Qt::ElideRight, longestChoice).replace('&', "&&"));
     upmix_->setToolTip(plainToolTip((problem.isEmpty() ? QString(upmixTip) : problem) + "\nNow: " + choice));
     const bool unheard = state == UpmixState::unheard;
-    upmix_->setIcon(unheard ? symbol("warning", SymbolRole::warning) : symbol("upmix"));
+    setSymbol(*upmix_, unheard ? "warning" : "upmix", unheard ? SymbolRole::warning : SymbolRole::control);
     if (upmix_->property("lit").toBool() != runs) {
         upmix_->setProperty("lit", runs);
         upmix_->style()->polish(upmix_);
@@ -198,7 +198,7 @@ void SourceBar::fillProfiles(QMenu& menu) {
     for (const auto& profile : settings_.value().profiles) {
         addChoice(menu, QString::fromStdString(profile.name), profile.id == active, [this, id = profile.id] {
             listening_.selectProfile(id);
-        })->setIcon(symbol(profileIcon(profile)));
+        })->setIcon(symbol(profileIcon(profile), SymbolRole::control, &menu));
     }
 }
 

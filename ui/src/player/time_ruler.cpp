@@ -44,7 +44,7 @@ QSize TimeRuler::sizeHint() const {
 }
 
 void TimeRuler::paintTicks(QPainter& painter) const {
-    const Theme& theme = Theme::current();
+    const Theme& theme = Theme::of(*this);
     const double step = RulerTicks::step(seconds_, width(), minSpacing);
     for (const auto& tick : RulerTicks::ticks(first_, seconds_, width(), minSpacing)) {
         const int x = xOf(tick.seconds);
@@ -60,7 +60,7 @@ void TimeRuler::paintTicks(QPainter& painter) const {
 }
 
 void TimeRuler::paintHover(QPainter& painter) const {
-    const Theme& theme = Theme::current();
+    const Theme& theme = Theme::of(*this);
     // Finer than a pixel, and at least in thousandths.
     const double fine = RulerTicks::step(seconds_, width(), minSpacing) / 100;
     const QString text = QString::fromStdString(fine < 0.001 ? RulerTicks::label(hover_, fine) : timeText(hover_));

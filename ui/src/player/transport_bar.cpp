@@ -23,7 +23,7 @@ constexpr int narrowLevelWidth = 64;
 
 QToolButton* toggle(const QString& name, const QString& icon, const QString& toolTip) {
     auto* button = new QToolButton;
-    button->setIcon(symbol(icon));
+    setSymbol(*button, icon);
     button->setAccessibleName(name);
     button->setToolTip(toolTip);
     button->setCheckable(true);
@@ -77,7 +77,7 @@ void TransportBar::makeLevel() {
 
 void TransportBar::refresh() {
     const bool playing = transport_.isPlaying();
-    play_->setIcon(symbol(playing ? "stop" : "play", SymbolRole::onAccent));
+    setSymbol(*play_, playing ? "stop" : "play", SymbolRole::onAccent);
     play_->setAccessibleName(playing ? "Stop" : "Play");
     play_->setToolTip(playing ? "Stop (Ctrl+Return)" : "Play (Ctrl+Return)");
     play_->setEnabled(sound_.info().has_value());

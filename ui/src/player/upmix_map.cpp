@@ -73,7 +73,7 @@ QPointF UpmixMap::placeOf(size_t speaker) const {
 }
 
 void UpmixMap::paintRoom(QPainter& painter) const {
-    const Theme& theme = Theme::current();
+    const Theme& theme = Theme::of(*this);
     const QRectF ring = room();
     const double inset = (1 - heightRing) * ring.width() / 2;
     painter.setBrush(Qt::NoBrush);
@@ -88,7 +88,7 @@ void UpmixMap::paintRoom(QPainter& painter) const {
 }
 
 void UpmixMap::paintSpeaker(QPainter& painter, size_t speaker) const {
-    const Theme& theme = Theme::current();
+    const Theme& theme = Theme::of(*this);
     const auto& [id, label, at, direct, ambience] = levels_.speakers()[speaker];
     const QPointF place = placeOf(speaker);
     const auto disc = [&](const MeterLevel& level, double most, QColor color) {
@@ -111,7 +111,7 @@ void UpmixMap::paintSpeaker(QPainter& painter, size_t speaker) const {
 }
 
 void UpmixMap::paintLegend(QPainter& painter) const {
-    const Theme& theme = Theme::current();
+    const Theme& theme = Theme::of(*this);
     const double y = height() - legendHeight / 2;
     double x = std::max((width() - 150) / 2.0, 4.0);
     for (const auto& [name, color, alpha] :

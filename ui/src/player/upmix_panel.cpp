@@ -94,7 +94,7 @@ QWidget* UpmixPanel::makeTop() {
     row->setSpacing(8);
     preset_ = new MenuButton("Preset", "The preset that the numbers start from",
                              [this](QMenu& menu) { addUpmixChoices(menu, tuning_); });
-    preset_->setIcon(symbol("upmix"));
+    setSymbol(*preset_, "upmix");
     keep_ = new MenuButton("Keep", "Presets of your own", [this](QMenu& menu) { fillKeep(menu); });
     keep_->setChoice("Keep");
     keep_->setAccessibleName("Keep");

@@ -114,7 +114,7 @@ void WaveformView::stale() {
 }
 
 const WaveformColors& WaveformView::colors() const {
-    const Theme& theme = Theme::current();
+    const Theme& theme = Theme::of(*this);
     return style_ == Style::hud ? theme.hudWaveform : theme.waveform;
 }
 
@@ -176,7 +176,7 @@ void WaveformView::paintEvent(QPaintEvent* event) {
     painter.fillRect(playhead, colors().background);
     painter.fillRect(playhead.adjusted(halo, 0, -halo, 0), colors().playhead);
     if (hasFocus()) {
-        painter.setPen(QPen(Theme::current().accent, 2));
+        painter.setPen(QPen(Theme::of(*this).accent, 2));
         painter.drawRect(QRectF(rect()).adjusted(1, 1, -1, -1));
     }
 }

@@ -10,6 +10,8 @@
 #include "ui/look/icons.h"
 #include "ui/look/theme_controller.h"
 #include "ui/monitor/monitor_window.h"
+#include "ui/panel/hud_controller.h"
+#include "ui/player/player_view.h"
 #include "ui/settings/settings_window.h"
 #include "ui/window/folder_chooser.h"
 #include "ui/window/main_window.h"
@@ -39,6 +41,11 @@ AppWindows::AppWindows(AppModel& model) : model_(model), theme_(std::make_unique
     status_ = std::make_unique<StatusMenu>(model, [this] {
         if (main_->inspector().hasUnsaved()) { open("main"); }  // the question belongs to a window that is seen
         main_->quit();
+    });
+    hud_ = std::make_unique<HUDController>(model.player(), model.settings());
+    QObject::connect(&hud_->player(), &PlayerView::upmixPanelAsked, main_.get(), [this] {
+        open("main");
+        main_->playerView().showUpmixPanel();
     });
     model.chooseFoldersAction = [this](const AppModel::FoldersChosen& chosen) {
         chosen(

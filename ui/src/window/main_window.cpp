@@ -46,6 +46,7 @@ constexpr int saveDelayMs = 500;       // a window being sized changes many time
 constexpr QSize firstSize(1440, 900);  // where the screen has the room
 constexpr int sidebarMinWidth = 150;   // logical pixels, as is the next
 constexpr int sidebarWidth = 230;
+constexpr size_t mostLanes = 16;  // that a waveform shows
 
 QString audioFilter() {
     QStringList patterns;
@@ -234,8 +235,9 @@ void MainWindow::save() {
 }
 
 PlayerHeight::Room MainWindow::playerRoom() const {
-    const auto source = model_.player().sound().source();
-    return {player_->waveform().lanes(), source && source->asAmbisonic(),
+    const LoadedSound& sound = model_.player().sound();
+    const auto source = sound.source();
+    return {int(std::min(sound.laneLabels().size(), mostLanes)), source && source->asAmbisonic(),
             playerSplit_->height() - playerSplit_->handleWidth()};
 }
 

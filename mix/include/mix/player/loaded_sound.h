@@ -17,6 +17,9 @@
 
 namespace brindlehum {
 
+// Who asked for a sound: what shows where it lies need not follow a walk through the file manager.
+enum class AskedBy : uint8_t { anyone, fileManager };
+
 // Main thread. The file is probed on the loader's queue; a newer load replaces an older one. The previous sound stays
 // loaded until the probe succeeds, and when it fails.
 class LoadedSound : public QObject {
@@ -32,9 +35,10 @@ public:
     const std::optional<SourceFormat>& formatOverride() const { return formatOverride_; }
     std::optional<SourceFormat> source() const;  // the override, else the detected format; none without a file
     std::vector<std::string> laneLabels() const;
+    AskedBy askedBy() const { return askedBy_; }  // for the loaded sound
 
     // Loads the file, and emits playAsked with `autoPlay`. A file that is loaded already is only checked.
-    void load(const std::filesystem::path& path, bool autoPlay);
+    void load(const std::filesystem::path& path, bool autoPlay, AskedBy by = AskedBy::anyone);
     // Reads the loaded file again if another file, or another version of it, has come to its path.
     void check();
     // The file has a new name: keeps it loaded, and playing.
@@ -65,7 +69,7 @@ private:
         FileVersion version;
     };
     static Probe probe(const std::filesystem::path& path, const Background::Task& task);
-    void didLoad(Probe probe);
+    void didLoad(Probe probe, AskedBy by);
     void showOverride(std::optional<SourceFormat> format);
     void didCheck(std::optional<Probe> found);
     WaveDetail::Open openDetail() const;
@@ -84,6 +88,7 @@ private:
     FileVersion version_;           // of the loaded file
     std::filesystem::path newest_;  // the file that was asked for last
     bool autoPlay_ = false;         // of the newest load
+    AskedBy askedBy_ = AskedBy::anyone;
     Background::Line loads_;
     Background::Line checks_;
 };

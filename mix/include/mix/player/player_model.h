@@ -41,7 +41,9 @@ public:
     FormatOverrides& formats() { return formats_; }
 
     // The calls that the application itself makes; the parts document each.
-    void load(const std::filesystem::path& path, bool autoPlay) { sound_.load(path, autoPlay); }
+    void load(const std::filesystem::path& path, bool autoPlay, AskedBy by = AskedBy::anyone) {
+        sound_.load(path, autoPlay, by);
+    }
     bool isPlaying() const { return transport_.isPlaying(); }
     void togglePlay() { transport_.togglePlay(); }
     void play(std::optional<int64_t> from) { transport_.play(from); }

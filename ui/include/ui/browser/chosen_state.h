@@ -41,6 +41,7 @@ struct ChosenState {
     struct Selected {};
     struct Loaded {
         Path file;
+        bool fromFileManager = false;  // where the user sees it, so that nothing moves here
     };
     struct Reveal {
         Path file;

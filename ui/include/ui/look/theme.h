@@ -5,6 +5,8 @@
 #include <QPalette>
 #include <QString>
 
+class QWidget;
+
 namespace brindlehum {
 
 struct WaveformColors {
@@ -47,8 +49,12 @@ struct Theme {
 
     static const Theme& darkTheme();
     static const Theme& lightTheme();
-    // The one in force. Main thread.
+    // The one in force. Main thread, as for the next two.
     static const Theme& current();
+    // The one of the widget's surface: the dark one inside what was kept dark, else the one in force.
+    static const Theme& of(const QWidget& widget);
+    // Keeps a surface dark on a light desktop, with the menus and tooltips of what it holds.
+    static void keepDark(QWidget& surface);
 };
 
 // Contrast ratio of two opaque colours, 1 to 21 (WCAG 2.1).

@@ -37,8 +37,13 @@ public:
     // Opens the window with the numbers of the upmix.
     void showUpmixPanel();
 
+Q_SIGNALS:
+    void upmixPanelAsked();  // on a panel, which has no room for that window
+
 protected:
     bool eventFilter(QObject* object, QEvent* event) override;
+    // What changes while the view is hidden costs nothing until it is seen.
+    void showEvent(QShowEvent* event) override;
 
     // Smaller than the controls' own minimum: they shrink to icons.
     QSize minimumSizeHint() const override;
@@ -49,16 +54,19 @@ protected:
 private:
     void connectDrags();
     QWidget* makeEmpty();
-    QWidget* makeLoaded(WaveformView::Style style);
+    QWidget* makeLoaded();
     QWidget* makeMessage();
     QWidget* makeControls();
     void fitControls();
+    void changed();
     void refresh();
     void refreshMessage();
     void movePlayhead();
 
     PlayerModel& player_;
     SettingsStore& settings_;
+    const WaveformView::Style style_;
+    bool stale_ = false;  // since it was hidden
     std::unique_ptr<DragSession> drags_;
     ExportCopy* copy_;
     QStackedLayout* stack_;

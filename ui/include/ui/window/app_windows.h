@@ -8,6 +8,7 @@ namespace brindlehum {
 
 class AppModel;
 class EditorWindow;
+class HUDController;
 class MainWindow;
 class MonitorWindow;
 class SettingsWindow;
@@ -27,6 +28,7 @@ public:
     // Shows the window with this id, "main", "editor", "monitor" or "settings", in front of the others; ignores any
     // other id.
     void open(const std::string& id);
+    HUDController& hud() { return *hud_; }
 
 private:
     EditorWindow& editor();
@@ -37,6 +39,7 @@ private:
     std::unique_ptr<EditorWindow> editor_;
     std::unique_ptr<MonitorWindow> monitor_;
     std::unique_ptr<StatusMenu> status_;
+    std::unique_ptr<HUDController> hud_;
 };
 
 }  // namespace brindlehum
