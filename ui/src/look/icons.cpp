@@ -80,7 +80,8 @@ private:
             desktop.paint(&painter, QRect(QPoint(), size));
         }
         painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
-        painter.fillRect(QRect(QPoint(), size), colorOf(owner_ ? Theme::of(*owner_) : Theme::current(), role_, mode, state));
+        painter.fillRect(QRect(QPoint(), size),
+                         colorOf(owner_ ? Theme::of(*owner_) : Theme::current(), role_, mode, state));
         return pixmap;
     }
 
