@@ -64,6 +64,7 @@ void describeControlPort(const ControlServer& control) {
     constexpr double settingsPatience = 3;
     constexpr double exportPatience = 3;  // for what is stopped to be taken back
     model.player().dragOut().progress().cancel();
+    model.links().cancel();
     defaults.flush(settingsPatience);
     model.tempEdits().finish(editsPatience);
     model.player().dragOut().queue().drainFor(exportPatience);

@@ -32,8 +32,10 @@ AppModel::AppModel(Platform platform)
       library_(settings_, platform.loop, platform.catalogFile),
       monitor_(platform.audio, settings_, platform.loop),
       tempEdits_(player_, settings_, bars_, platform.session.fileManager(), platform.loop, tempEditQueue_),
+      links_(platform.session.childProcesses(), player_.message(), settings_, platform.loop),
       commands_(player_, settings_, tempEdits_, editor_.transport(), monitor_,
-                [this](const auto& file) { openEditor(file); }) {}
+                {[this](const auto& file) { openEditor(file); },
+                 [this](const auto& link) { link ? links_.open(*link) : openCopiedLink(); }}) {}
 
 AppModel::~AppModel() {
     platform_.defaults.setOnProblem(nullptr);
@@ -53,6 +55,7 @@ void AppModel::start(uint16_t controlPort) {
     connect(&player_.listening(), &ListeningSetup::outputsChanged, this,
             [this] { player_.listening().chooseFirstProfile(); });
     player_.listening().chooseFirstProfile();
+    links_.arrived = [this](const auto& file, const auto& link) { linkArrived(file, link); };
     editor_.music().findBars = [this](const auto& file) { return bars_.find(file); };
     editor_.music().keepBars = [this](const auto& file, const GivenBars& given) { bars_.set(file, given); };
     editor_.document().readNotes = [](const std::filesystem::path& file) {
@@ -82,6 +85,13 @@ void AppModel::open(const StartRequest& request) {
     }
     if (!request.problems.empty()) { player_.message().fail(request.problems.front()); }
     if (!edits) { openWindow("main"); }
+}
+
+// The file says where it came from.
+void AppModel::linkArrived(const std::filesystem::path& file, const std::string& link) {
+    player_.load(file, true);
+    showFolder(file.parent_path());
+    library_.edits().save({{{"SOURCEID", link}}, std::nullopt}, {file});
 }
 
 void AppModel::showFolder(const std::filesystem::path& folder) {

@@ -36,13 +36,13 @@ std::string switched(const ControlParams& params, bool now, const std::function<
 }  // namespace
 
 ControlCommands::ControlCommands(PlayerModel& player, SettingsStore& settings, TempEditBatch& tempEdits,
-                                 EditorTransport& editor, MonitorEngine& monitor, OpenEditor openEditor)
+                                 EditorTransport& editor, MonitorEngine& monitor, Actions actions)
     : player_(player),
       settings_(settings),
       tempEdits_(tempEdits),
       editor_(editor),
       monitor_(monitor),
-      openEditor_(std::move(openEditor)) {}
+      actions_(std::move(actions)) {}
 
 nlohmann::json ControlCommands::handle(const std::string& command, const ControlParams& params) {
     if (command == "status") { return status(); }
@@ -75,7 +75,11 @@ nlohmann::json ControlCommands::handle(const std::string& command, const Control
         {"tempedits", done([&] {
              if (file) { tempEdits_.make({file->url}); }
          })},
-        {"editor", done([&] { openEditor_(file ? std::optional(file->url) : std::nullopt); })},
+        {"editor", done([&] { actions_.openEditor(file ? std::optional(file->url) : std::nullopt); })},
+        {"link", done([&] {
+             const auto url = params.find("url");
+             actions_.openLink(url == params.end() ? std::nullopt : std::optional(url->second));
+         })},
         {"panel", [&] { return setting(&AppSettings::finderPanel); }},
         {"expert", [&] { return setting(&AppSettings::expertMode); }},
     };

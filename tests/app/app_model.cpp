@@ -3,6 +3,7 @@
 
 #include "app/start_arguments.h"
 #include "app_fixture.h"
+#include "library/meta/meta_io.h"
 
 namespace brindlehum {
 namespace {
@@ -142,6 +143,34 @@ TEST_F(App, LibraryFoldersAreAddedAndTheFirstIsShown) {
     app_.addLibraryFolder();
     EXPECT_THAT(settings().libraryRoots, ElementsAre((folder_ / "one").string(), (folder_ / "two").string()));
     EXPECT_EQ(app_.library().listing().folder(), folder_ / "one");
+    EXPECT_TRUE(loop_.runUntil([&] { return !app_.library().isBusy(); }));
+}
+
+TEST_F(App, ALinksSoundIsPlayedAndSaysWhereItCameFrom) {
+    app_.settings().change([&](AppSettings& s) {
+        s.autoPlay = false;
+        s.pullsFolder = (folder_ / "").string();
+        s.ytDlpPath = "/bin/sh";  // any program: no child runs here
+    });
+    std::string copied = "no link";
+    app_.clipboardText = [&] { return copied; };
+    ask("link");
+    EXPECT_EQ(app_.player().message().text(), "Copy a link first");
+    copied = "https://sounds.example/rain";
+    ask("link", {{"url", "https://sounds.example/storm"}});
+    ask("link");
+    auto& run = session_.children.commands;
+    ASSERT_TRUE(loop_.runUntil([&] { return run.size() == 2; }));
+    EXPECT_EQ(run[0].tool, "/bin/sh");
+    EXPECT_EQ(run[0].arguments.back(), "https://sounds.example/storm");
+    EXPECT_EQ(run[1].arguments.back(), copied);
+    const auto sound = file("Links/rain.wav");
+    session_.children.done({{}, 0, sound.string() + "\n", {}});
+    settle();
+    EXPECT_EQ(loaded(), sound);
+    EXPECT_TRUE(transport_.isPlaying());
+    EXPECT_EQ(app_.library().listing().folder(), sound.parent_path());
+    EXPECT_TRUE(loop_.runUntil([&] { return MetaIO::read(sound).source == copied; }));
     EXPECT_TRUE(loop_.runUntil([&] { return !app_.library().isBusy(); }));
 }
 

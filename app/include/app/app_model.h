@@ -13,6 +13,7 @@
 #include "app/control_commands.h"
 #include "app/control_server.h"
 #include "app/instance_link.h"
+#include "app/link_downloads.h"
 #include "app/piece_bars.h"
 #include "app/temp_edit_batch.h"
 #include "editor/model/editor_model.h"
@@ -60,6 +61,11 @@ public:
     // Makes the temp edits of the audio files among `files` in the background; the player's message shows the progress.
     void makeTempEdits(const std::vector<std::filesystem::path>& files) { tempEdits_.make(files); }
 
+    // Downloads and plays the sound of the web link that the user has copied.
+    void openCopiedLink() { links_.open(clipboardText ? clipboardText() : std::string()); }
+    // The windows set this.
+    std::function<std::string()> clipboardText;
+
     // For a surface where the user sets the bars of a piece.
     std::unique_ptr<PieceBars> barsOf(const std::filesystem::path& file);
 
@@ -74,6 +80,7 @@ public:
     MonitorEngine& monitor() { return monitor_; }
     SpeakerTest& speakerTest() { return speakerTest_; }
     TempEditBatch& tempEdits() { return tempEdits_; }
+    LinkDownloads& links() { return links_; }
     ControlServer& control() { return control_; }
     Session& session() { return platform_.session; }
     UserDefaults& defaults() { return platform_.defaults; }
@@ -83,6 +90,7 @@ Q_SIGNALS:
     void settingsProblemChanged();  // UserDefaults::problem has
 
 private:
+    void linkArrived(const std::filesystem::path& file, const std::string& link);
     void showFolder(const std::filesystem::path& folder);
 
     Platform platform_;
@@ -99,6 +107,7 @@ private:
     LibraryModel library_;
     MonitorEngine monitor_;
     TempEditBatch tempEdits_;
+    LinkDownloads links_;
     ControlCommands commands_;
 };
 

@@ -19,10 +19,15 @@ namespace brindlehum {
 // Main thread: a command runs like a user's action. All references must outlive this object.
 class ControlCommands {
 public:
-    // Shows the editor, with a file to open or without one.
-    using OpenEditor = std::function<void(const std::optional<std::filesystem::path>& file)>;
+    // What the application does as a whole.
+    struct Actions {
+        // Shows the editor, with a file to open or without one.
+        std::function<void(const std::optional<std::filesystem::path>& file)> openEditor;
+        // Downloads the sound of a link, or of the one that the user has copied.
+        std::function<void(const std::optional<std::string>& link)> openLink;
+    };
     ControlCommands(PlayerModel& player, SettingsStore& settings, TempEditBatch& tempEdits, EditorTransport& editor,
-                    MonitorEngine& monitor, OpenEditor openEditor);
+                    MonitorEngine& monitor, Actions actions);
 
     // Runs a command and returns the answer. Compares the name exactly. An unknown command, and an argument that makes
     // no sense, change nothing and return an object with "error".
@@ -46,7 +51,7 @@ private:
     TempEditBatch& tempEdits_;
     EditorTransport& editor_;
     MonitorCommands monitor_;
-    OpenEditor openEditor_;
+    Actions actions_;
 };
 
 }  // namespace brindlehum

@@ -1,6 +1,7 @@
 // HeadlessSession: a session without a desktop, which ignores every request.
 #pragma once
 
+#include "platform/qt_child_processes.h"
 #include "platform/session.h"
 
 namespace brindlehum {
@@ -8,6 +9,7 @@ namespace brindlehum {
 class HeadlessSession : public Session {
 public:
     FileManager& fileManager() override { return fileManager_; }
+    ChildProcesses* childProcesses() override { return &childProcesses_; }
 
 private:
     class Nothing : public FileManager {
@@ -15,6 +17,7 @@ private:
         void reveal(const std::vector<std::filesystem::path>&) override {}
     };
     Nothing fileManager_;
+    QtChildProcesses childProcesses_;
 };
 
 }  // namespace brindlehum

@@ -3,6 +3,7 @@
 
 #include <QObject>
 
+#include "platform/qt_child_processes.h"
 #include "platform/session.h"
 
 namespace brindlehum {
@@ -20,9 +21,11 @@ private:
 class LinuxSession : public Session {
 public:
     FileManager& fileManager() override { return fileManager_; }
+    ChildProcesses* childProcesses() override { return &childProcesses_; }
 
 private:
     LinuxFileManager fileManager_;
+    QtChildProcesses childProcesses_;
 };
 
 }  // namespace brindlehum

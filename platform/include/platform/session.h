@@ -19,7 +19,7 @@ public:
 class Applications;    // the running applications, and keys sent to one of them
 class KeyGrab;         // keys that reach us while another application has the focus
 class Clipboard;       // texts and files exchanged by copy and paste
-class ChildProcesses;  // programs run as children, with their output
+class ChildProcesses;  // programs run as children, with what they print
 class Http;            // requests to servers
 class Secrets;         // passwords in the user's keyring
 class MediaSession;    // play, stop and titles for the desktop's media keys

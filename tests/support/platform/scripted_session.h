@@ -2,8 +2,11 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
+#include <memory>
 #include <vector>
 
+#include "platform/child_processes.h"
 #include "platform/session.h"
 
 namespace brindlehum {
@@ -15,10 +18,29 @@ public:
     std::vector<std::filesystem::path> shown;  // by the last request
 };
 
+// Children that never run: the test ends them with what they printed.
+class ScriptedChildren : public ChildProcesses {
+public:
+    std::unique_ptr<Child> run(const ChildCommand& command, std::function<void(const ChildResult&)> ended) override {
+        commands.push_back(command);
+        done = std::move(ended);
+        return std::make_unique<Nothing>();
+    }
+    std::vector<ChildCommand> commands;
+    std::function<void(const ChildResult&)> done;  // of the last one
+
+private:
+    struct Nothing : Child {
+        int64_t bytesWritten() const override { return 0; }
+    };
+};
+
 class ScriptedSession : public Session {
 public:
     ScriptedFileManager& fileManager() override { return files; }
+    ScriptedChildren* childProcesses() override { return &children; }
     ScriptedFileManager files;
+    ScriptedChildren children;
 };
 
 }  // namespace brindlehum

@@ -7,6 +7,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "platform/session.h"
 #include "settings/settings_store.h"
 #include "ui/look/elided_label.h"
 #include "ui/look/path_text.h"
@@ -14,7 +15,8 @@
 
 namespace brindlehum {
 
-PullsSettings::PullsSettings(SettingsStore& settings) : settings_(settings) {
+PullsSettings::PullsSettings(SettingsStore& settings, FileManager& fileManager, Background& looks)
+    : settings_(settings), fileManager_(fileManager), looks_(looks) {
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(8);
@@ -24,11 +26,15 @@ PullsSettings::PullsSettings(SettingsStore& settings) : settings_(settings) {
     auto* other = new QPushButton("Choose…");
     other->setAccessibleName("Choose the folder for files dragged out");
     row->addWidget(other);
+    auto* shown = new QPushButton("Show");
+    shown->setAccessibleName("Show the folder for files dragged out");
+    row->addWidget(shown);
     row->addWidget(usual_ = new QPushButton("Default"));
     usual_->setAccessibleName("Use the default folder for files dragged out");
     column->addLayout(row);
     column->addWidget(makeSetting("32-bit float instead of 24 bits", settings, &AppSettings::pullsAsFloat));
     connect(other, &QPushButton::clicked, this, &PullsSettings::choose);
+    connect(shown, &QPushButton::clicked, this, &PullsSettings::show);
     connect(usual_, &QPushButton::clicked, this,
             [this] { settings_.change([](AppSettings& s) { s.pullsFolder = AppSettings::defaultPullsFolder(); }); });
     connect(&settings, &SettingsStore::changed, this, &PullsSettings::refresh);
@@ -40,6 +46,17 @@ void PullsSettings::choose() {
         QFileDialog::getExistingDirectory(this, "Folder for Files Dragged Out", pathText(settings_.value().pulls()));
     if (chosen.isEmpty()) { return; }
     settings_.change([&](AppSettings& s) { s.pullsFolder = pathOfText(chosen).string(); });
+}
+
+void PullsSettings::show() {
+    looks_.run(
+        line_,
+        [folder = settings_.value().pulls()] {
+            std::error_code ignored;  // the file manager says that there is no such folder
+            std::filesystem::create_directories(folder, ignored);
+            return folder;
+        },
+        [this](const std::filesystem::path& folder) { fileManager_.openFolder(folder); });
 }
 
 void PullsSettings::refresh() {

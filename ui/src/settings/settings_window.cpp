@@ -14,6 +14,7 @@
 #include "ui/look/screen_fit.h"
 #include "ui/look/setting_action.h"
 #include "ui/settings/library_settings.h"
+#include "ui/settings/link_settings.h"
 #include "ui/settings/outputs_settings.h"
 #include "ui/settings/pulls_settings.h"
 
@@ -29,7 +30,7 @@ QGroupBox* section(const QString& title, QWidget* content) {
     return box;
 }
 
-QWidget* makeAudition(SettingsStore& settings) {
+QWidget* makeAudition(SettingsStore& settings, FileManager& fileManager, Background& looks) {
     auto* page = new QWidget;
     auto* layout = new QVBoxLayout(page);
     layout->setContentsMargins(16, 8, 16, 16);
@@ -38,7 +39,9 @@ QWidget* makeAudition(SettingsStore& settings) {
         section("Browsing", makeSetting("Auto-play when the selection changes", settings, &AppSettings::autoPlay)));
     layout->addWidget(section(
         "Routing", makeSetting("Mono files play from the center speaker", settings, &AppSettings::monoToCenter)));
-    layout->addWidget(section("Files dragged out", new PullsSettings(settings)));
+    layout->addWidget(section("Pulls (drag-to-DAW renders and downloaded links)",
+                              new PullsSettings(settings, fileManager, looks)));
+    layout->addWidget(section("Open Copied Link", new LinkSettings(settings, looks)));
     layout->addStretch(1);
     return page;
 }
@@ -46,7 +49,9 @@ QWidget* makeAudition(SettingsStore& settings) {
 }  // namespace
 
 SettingsWindow::SettingsWindow(SettingsStore& settings, LibraryRoots& roots, LibrarySearch& search,
-                               const AudioDevices& devices, SpeakerTest& test, std::function<void()> addFolder) {
+                               const AudioDevices& devices, SpeakerTest& test, FileManager& fileManager, MainLoop& loop,
+                               std::function<void()> addFolder)
+    : looks_(loop, "Brindlehum.settings") {
     setObjectName("window");
     setWindowTitle("Settings");
     setAttribute(Qt::WA_StyledBackground);
@@ -55,7 +60,7 @@ SettingsWindow::SettingsWindow(SettingsStore& settings, LibraryRoots& roots, Lib
     auto* tabs = new QTabWidget;
     tabs->setAccessibleName("Settings");
     tabs->addTab(new OutputsSettings(settings, devices, test), symbol("speakers"), "Outputs");
-    tabs->addTab(new FormScroll(makeAudition(settings)), symbol("file"), "Audition");
+    tabs->addTab(new FormScroll(makeAudition(settings, fileManager, looks_)), symbol("file"), "Audition");
     tabs->addTab(new LibrarySettings(settings, roots, search, std::move(addFolder)), symbol("library"), "Library");
     layout->addWidget(tabs);
     resize(fittingSize(*this, usualSize));

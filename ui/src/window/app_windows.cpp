@@ -2,6 +2,7 @@
 #include "ui/window/app_windows.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QLocale>
 
 #include "app/app_model.h"
@@ -51,6 +52,7 @@ AppWindows::AppWindows(AppModel& model) : model_(model), theme_(std::make_unique
         chosen(
             chooseLibraryFolders(main_.get(), model_.library().listing().folder().value_or(std::filesystem::path())));
     };
+    model.clipboardText = [] { return QGuiApplication::clipboard()->text().toStdString(); };
     model.openInEditorAction = [this](const std::filesystem::path& file) { editor().open(file); };
     main_->leaveEditor = [this](const std::function<void()>& proceed) {
         if (model_.editor().document().isDirty()) { open("editor"); }
@@ -66,6 +68,7 @@ AppWindows::AppWindows(AppModel& model) : model_(model), theme_(std::make_unique
 
 AppWindows::~AppWindows() {
     model_.openWindowAction = nullptr;
+    model_.clipboardText = nullptr;
     model_.openInEditorAction = nullptr;
     model_.chooseFoldersAction = nullptr;
 }
@@ -90,7 +93,7 @@ void AppWindows::open(const std::string& id) {
     if (!settings_) {
         settings_ = std::make_unique<SettingsWindow>(model_.settings(), model_.library().roots(),
                                                      model_.library().search(), model_.engine().devices(),
-                                                     model_.speakerTest(), [this] { model_.addLibraryFolder(); });
+                                                     model_.speakerTest(), model_.session().fileManager(), model_.loop(), [this] { model_.addLibraryFolder(); });
     }
     bringUp(*settings_);
 }

@@ -3,9 +3,11 @@
 
 #include <QDropEvent>
 #include <QMimeData>
+#include <QUrl>
 #include <QWidget>
 #include <algorithm>
 
+#include "app/link_loader.h"
 #include "audio/probe/audio_file_info.h"
 #include "ui/look/file_drag.h"
 #include "ui/window/drop_overlay.h"
@@ -18,6 +20,14 @@ namespace fs = std::filesystem;
 bool isFolder(const fs::path& path) {
     std::error_code error;
     return fs::is_directory(path, error);
+}
+
+// The first web link of a drag; empty without one.
+std::string linkOf(const QMimeData& data) {
+    for (const QUrl& url : data.urls()) {
+        if (const auto link = LinkLoader::linkIn(url.toEncoded().toStdString())) { return *link; }
+    }
+    return {};
 }
 
 }  // namespace
@@ -65,8 +75,9 @@ void FileDrops::enter(QDropEvent& event) {
     if (event.source()) { return; }  // our own files on their way out
     folders_ = FileDrag::localPaths(*event.mimeData());
     const auto path = droppable(folders_);
-    if (!path) { return; }
-    opened_ = *path;
+    link_ = path ? std::string() : linkOf(*event.mimeData());
+    if (!path && link_.empty()) { return; }
+    opened_ = path.value_or(fs::path());
     std::erase_if(folders_, [](const fs::path& one) { return !isFolder(one); });
     move(event);
 }
@@ -83,6 +94,8 @@ void FileDrops::drop(QDropEvent& event) {
     event.accept();
     if (isForLibrary(event)) {
         addToLibrary(folders_);
+    } else if (!link_.empty()) {
+        openLink(link_);
     } else {
         open(opened_);
     }
@@ -100,6 +113,7 @@ void FileDrops::showTarget(const QDropEvent& event) {
     }
     libraryOverlay_->hide();
     const bool opensFolder = std::ranges::find(folders_, opened_) != folders_.end();
+    if (!link_.empty()) { return overlay_->showFor("Drop to download and play the link's sound"); }
     overlay_->showFor(opensFolder ? "Drop to open the folder" : "Drop to load the file");
 }
 

@@ -31,6 +31,7 @@ const std::vector<Place>& places() {
           {"Ctrl+L", "Loop the selection, or the whole sound"},
           {"Ctrl+U", "Compare the upmix with the plain fold-down"},
           {"Ctrl+Shift+U", "Adjust the upmix"},
+          {"Ctrl+Shift+V", "Download and play the sound of the copied link"},
           {"Ctrl+E", "Open in the editor"},
           {"Ctrl+Shift+E", "Make temp edits"},
           {"Ctrl+Shift+B", "Set the bars of the loaded piece"}}},

@@ -194,6 +194,7 @@ void fillMenuBar(MainWindow& window, AppModel& model) {
     add(playback, "Toggle Loop", QKeySequence("Ctrl+L"),
         [&player] { player.transport().setLoop(!player.transport().loop()); });
     add(playback, "Clear Selection", QKeySequence("Ctrl+D"), [&player] { player.transport().clearSelection(); });
+    add(playback, "Open Copied Link", QKeySequence("Ctrl+Shift+V"), [&model] { model.openCopiedLink(); });
 
     playback->addSeparator();
     add(playback, "Compare Upmix with Fold-Down", QKeySequence("Ctrl+U"), [&player] { player.compare().toggle(); });

@@ -32,6 +32,7 @@
 #include "ui/window/banner_stack.h"
 #include "ui/window/bars_dialog.h"
 #include "ui/window/file_drops.h"
+#include "ui/window/link_bar.h"
 #include "ui/window/main_menus.h"
 #include "ui/window/rename_dialog.h"
 #include "ui/window/temp_edits_bar.h"
@@ -78,6 +79,7 @@ MainWindow::MainWindow(AppModel& model) : model_(model), recentFiles_(model.defa
     auto* editsBar = new TempEditsBar(model.tempEdits(), model.player().message());
     connect(editsBar, &TempEditsBar::barsAsked, this, &MainWindow::setBars);
     player_->addToMessage(editsBar);
+    player_->addToMessage(new LinkBar(model.links()));
     player_->addToMessage(new ExportBar(model.player().dragOut().progress(), model.player().message(),
                                         [this](const auto& files) { model_.session().fileManager().reveal(files); }));
     fillMenuBar(*this, model);
@@ -133,6 +135,7 @@ void MainWindow::makeParts() {
 void MainWindow::makeDrops() {
     auto* drops = new FileDrops(*this, *sidebar_);
     drops->open = [this](const fs::path& path) { openPath(path); };
+    drops->openLink = [this](const std::string& link) { model_.links().open(link); };
     drops->addToLibrary = [this](const std::vector<fs::path>& folders) { model_.addLibraryFolders(folders); };
 }
 

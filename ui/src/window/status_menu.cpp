@@ -13,6 +13,7 @@ StatusMenu::StatusMenu(AppModel& model, std::function<void()> quit) : model_(mod
     menu_.addSeparator();
     outputs_ = menu_.addMenu("Output");
     menu_.addSeparator();
+    menu_.addAction("Open Copied Link", [&model] { model.openCopiedLink(); });
     menu_.addAction("Show Browser", [&model] { model.openWindow("main"); });
     menu_.addAction("Show Editor", [&model] { model.openWindow("editor"); });
     menu_.addAction("Show Monitor", [&model] { model.openWindow("monitor"); });

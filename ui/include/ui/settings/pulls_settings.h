@@ -3,23 +3,31 @@
 
 #include <QWidget>
 
+#include "platform/background.h"
+
 class QPushButton;
 
 namespace brindlehum {
 
 class ElidedLabel;
+class FileManager;
 class SettingsStore;
 
 class PullsSettings : public QWidget {
     Q_OBJECT
 public:
-    explicit PullsSettings(SettingsStore& settings);
+    // `looks` makes the folder before it is shown; it must outlive this object, as all must.
+    PullsSettings(SettingsStore& settings, FileManager& fileManager, Background& looks);
 
 private:
     void choose();
+    void show();
     void refresh();
 
     SettingsStore& settings_;
+    FileManager& fileManager_;
+    Background& looks_;
+    Background::Line line_;
     ElidedLabel* path_;
     QPushButton* usual_;
 };

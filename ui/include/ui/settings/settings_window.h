@@ -5,9 +5,12 @@
 
 #include <functional>
 
+#include "platform/background.h"
+
 namespace brindlehum {
 
 class AudioDevices;
+class FileManager;
 class LibraryRoots;
 class LibrarySearch;
 class SettingsStore;
@@ -18,10 +21,13 @@ class SettingsWindow : public QWidget {
 public:
     // `addFolder` lets the user choose folders for the library and adds them.
     SettingsWindow(SettingsStore& settings, LibraryRoots& roots, LibrarySearch& search, const AudioDevices& devices,
-                   SpeakerTest& test, std::function<void()> addFolder);
+                   SpeakerTest& test, FileManager& fileManager, MainLoop& loop, std::function<void()> addFolder);
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    Background looks_;  // at the disk; ends before the pages, which lose their lines with it
 };
 
 }  // namespace brindlehum

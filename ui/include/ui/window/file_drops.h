@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <functional>
 #include <optional>
+#include <string>
 #include <vector>
 
 class QDropEvent;
@@ -15,7 +16,7 @@ namespace brindlehum {
 class DropOverlay;
 
 // A drop on the sidebar adds its folders to the library; anywhere else on the window it opens the first folder or
-// audio file. While something is dragged over the window, an overlay says which of the two a drop would do.
+// audio file, or fetches the sound of a web link. While something is dragged over the window, an overlay says which of the two a drop would do.
 class FileDrops : public QObject {
     Q_OBJECT
 public:
@@ -25,6 +26,7 @@ public:
 
     std::function<void(const Path& path)> open;
     std::function<void(const std::vector<Path>& folders)> addToLibrary;
+    std::function<void(const std::string& link)> openLink;
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -43,6 +45,7 @@ private:
     DropOverlay* libraryOverlay_;
     // Of the drag that is over the window.
     Path opened_;
+    std::string link_;  // empty without one, or beside a file
     std::vector<Path> folders_;
 };
 

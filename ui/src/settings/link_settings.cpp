@@ -1,0 +1,55 @@
+// The field for the download tool's path, and what is used.
+#include "ui/settings/link_settings.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QStyle>
+#include <QVBoxLayout>
+
+#include "app/link_loader.h"
+#include "settings/settings_store.h"
+#include "ui/look/path_text.h"
+
+namespace brindlehum {
+
+LinkSettings::LinkSettings(SettingsStore& settings, Background& looks) : settings_(settings), looks_(looks) {
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(6);
+    column->addWidget(path_ = new QLineEdit);
+    path_->setPlaceholderText("yt-dlp path (blank = auto)");
+    path_->setAccessibleName("yt-dlp path (blank = auto)");
+    column->addWidget(found_ = new QLabel);
+    found_->setTextFormat(Qt::PlainText);
+    found_->setWordWrap(true);
+    path_->setText(pathText(settings.value().ytDlpPath));
+    connect(path_, &QLineEdit::textChanged, this, &LinkSettings::look);
+    connect(path_, &QLineEdit::editingFinished, this, &LinkSettings::keep);
+    connect(&settings, &SettingsStore::changed, this, [this] {
+        if (!path_->hasFocus()) { path_->setText(pathText(settings_.value().ytDlpPath)); }
+    });
+    look();
+}
+
+void LinkSettings::keep() {
+    const std::string path = pathOfText(path_->text().trimmed()).string();
+    if (path == settings_.value().ytDlpPath) { return; }
+    settings_.change([&](AppSettings& s) { s.ytDlpPath = path; });
+}
+
+// Says at each keystroke what would be used.
+void LinkSettings::look() {
+    const std::string custom = pathOfText(path_->text().trimmed()).string();
+    looks_.run(
+        line_, [custom] { return LinkLoader::ytDlp(custom); },
+        [this, custom](const std::optional<std::filesystem::path>& tool) {
+            QString text = tool ? "Using " + pathText(*tool)
+                                : QString::fromLatin1(LinkLoader::notFound.data(), qsizetype(LinkLoader::notFound.size()));
+            if (tool && !custom.empty() && *tool != custom) { text += ": there is no program at the path above"; }
+            found_->setText(text);
+            found_->setProperty("role", tool ? "caption" : "captionWarning");
+            found_->style()->polish(found_);
+        });
+}
+
+}  // namespace brindlehum

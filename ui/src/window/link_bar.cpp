@@ -1,0 +1,34 @@
+// A progress bar without an end, and the button.
+#include "ui/window/link_bar.h"
+
+#include <QHBoxLayout>
+#include <QProgressBar>
+#include <QPushButton>
+
+#include "app/link_downloads.h"
+
+namespace brindlehum {
+
+LinkBar::LinkBar(LinkDownloads& links, QWidget* parent) : QWidget(parent) {
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(8);
+    auto* progress = new QProgressBar;
+    progress->setRange(0, 0);
+    progress->setTextVisible(false);
+    progress->setFixedWidth(80);
+    progress->setAccessibleName("Downloading");
+    row->addWidget(progress);
+    auto* cancel = new QPushButton("Cancel");
+    cancel->setAccessibleName("Cancel the download");
+    row->addWidget(cancel);
+    connect(cancel, &QPushButton::clicked, &links, &LinkDownloads::cancel);
+    const auto refresh = [this, &links, cancel] {
+        cancel->setText(links.running() > 1 ? QString("Cancel %1").arg(links.running()) : QString("Cancel"));
+        setVisible(links.running() > 0);
+    };
+    connect(&links, &LinkDownloads::changed, this, refresh);
+    refresh();
+}
+
+}  // namespace brindlehum
