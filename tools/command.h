@@ -43,6 +43,7 @@ bool search(Words words);
 bool facets(Words words);
 bool inputs(Words words);
 bool monitor(Words words);
+bool link(Words words);
 extern const std::string_view pictureHelp;  // its words, one per line
 extern const std::string_view renderHelp;   // its words, one per line
 extern const std::string_view exportHelp;   // its words, one per line

@@ -17,6 +17,7 @@ constexpr Command commands[] = {
     {"inputs", "", "what can be listened to right now", inputs},
     {"monitor", "matrix SOURCE LAYOUT [WORDS...] | run SOURCE PROFILE [WORDS...]",
      "how a bus reaches speakers, and a bus that does", monitor},
+    {"link", "URL", "the sound of a web link, in the folder of downloaded links", link},
     {"render", "FILE OUT.wav [WORDS...]", "the file as a device would play it, as 32-bit float", render},
     {"export", "FILE... [WORDS...]", "what is heard of each file, as a file in the folder of the day", exportFiles},
     {"analyze", "[WORDS...] FILE...", "tempo, bars, key, loudness and structure of a piece of music", analyze},

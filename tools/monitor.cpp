@@ -1,11 +1,10 @@
 // inputs, and monitor matrix | run: what can be listened to, and a bus on the speakers at hand.
-#include <QCoreApplication>
 #include <QTimer>
 #include <algorithm>
-#include <clocale>
 #include <iostream>
 #include <map>
 
+#include "application.h"
 #include "base/error.h"
 #include "command.h"
 #include "interrupt.h"
@@ -33,15 +32,6 @@ const std::string_view monitorHelp =
 namespace {
 
 constexpr int tellEvery = 500;  // milliseconds
-
-// Qt wants words of its own.
-struct Application {
-    Application() { std::setlocale(LC_NUMERIC, "C"); }  // Qt has set the user's
-    int count = 1;
-    char name[15] = "brindlehum-cli";
-    char* words[2] = {name, nullptr};
-    QCoreApplication application{count, words};
-};
 
 std::set<SpeakerID> speakersIn(const std::string& word, const std::string& text) {
     std::set<SpeakerID> speakers;

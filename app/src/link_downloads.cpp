@@ -50,11 +50,7 @@ std::string size(int64_t bytes) {
 
 LinkDownloads::LinkDownloads(ChildProcesses* children, PlayerMessage& message, const SettingsStore& settings,
                              MainLoop& loop)
-    : children_(children),
-      message_(message),
-      settings_(settings),
-      loop_(loop),
-      background_(loop, "Brindlehum.links") {}
+    : children_(children), message_(message), settings_(settings), loop_(loop), background_(loop, "Brindlehum.links") {}
 
 LinkDownloads::~LinkDownloads() = default;
 
@@ -67,12 +63,10 @@ void LinkDownloads::open(const std::string& text) {
     tick_ = loop_.every(tellEvery, [this] { tell(); });
     tell();
     Q_EMIT changed();
-    background_.run(
-        [custom = settings_.value().ytDlpPath, folder = settings_.value().pulls() / "Links"] {
-            return find(custom, folder);
-        },
-        [this, id](Place place) { start(id, std::move(place)); },
-        [this, id](const std::exception& error) { fail(id, error.what()); });
+    background_.run([custom = settings_.value().ytDlpPath,
+                     folder = settings_.value().pulls() / "Links"] { return find(custom, folder); },
+                    [this, id](Place place) { start(id, std::move(place)); },
+                    [this, id](const std::exception& error) { fail(id, error.what()); });
 }
 
 LinkDownloads::Place LinkDownloads::find(const std::string& custom, const fs::path& folder) {
@@ -80,9 +74,7 @@ LinkDownloads::Place LinkDownloads::find(const std::string& custom, const fs::pa
     if (!tool) { throw Error(std::string(LinkLoader::notFound)); }
     fs::create_directories(folder);
     Place place{*tool, folder, folder, {}};
-    if (folder.string().find('$') != std::string::npos) {
-        std::tie(place.written, place.scratch) = otherName(folder);
-    }
+    if (folder.string().find('$') != std::string::npos) { std::tie(place.written, place.scratch) = otherName(folder); }
     return place;
 }
 
@@ -95,9 +87,9 @@ void LinkDownloads::start(int id, Place place) {
     }
     job->second.place = std::move(place);
     const Place& known = job->second.place;
-    job->second.child = children_->run({known.tool, LinkLoader::arguments(known.written, job->second.link),
-                                        LinkLoader::environment(ourPath())},
-                                       [this, id](const ChildResult& result) { ended(id, result); });
+    job->second.child = children_->run(
+        {known.tool, LinkLoader::arguments(known.written, job->second.link), LinkLoader::environment(ourPath())},
+        [this, id](const ChildResult& result) { ended(id, result); });
 }
 
 void LinkDownloads::ended(int id, const ChildResult& result) {

@@ -64,8 +64,7 @@ std::vector<std::string> arguments(const fs::path& folder, const std::string& li
     std::string place;
     for (const char c : folder.string()) { place.append(c == '%' ? 2 : 1, c); }
     place.append("/").append(outputName);
-    return {"--no-playlist", "--no-progress",      "-x",  "--audio-format",
-            "wav",           "-o",                 place,
+    return {"--no-playlist", "--no-progress",       "-x", "--audio-format", "wav", "-o", place,
             "--print",       "after_move:filepath", link};
 }
 

@@ -38,10 +38,10 @@ TEST(LinkLoader, TakesWebLinksAlone) {
 }
 
 TEST(LinkLoader, AsksInTheToolsWords) {
-    EXPECT_THAT(LinkLoader::arguments("/a/100% b/%(id)s", "http://l"),
-                ElementsAre("--no-playlist", "--no-progress", "-x", "--audio-format", "wav", "-o",
-                            "/a/100%% b/%%(id)s/%(title).120B [%(id)s].%(ext)s", "--print", "after_move:filepath",
-                            "http://l"));
+    EXPECT_THAT(
+        LinkLoader::arguments("/a/100% b/%(id)s", "http://l"),
+        ElementsAre("--no-playlist", "--no-progress", "-x", "--audio-format", "wav", "-o",
+                    "/a/100%% b/%%(id)s/%(title).120B [%(id)s].%(ext)s", "--print", "after_move:filepath", "http://l"));
     EXPECT_EQ(LinkLoader::environment("/x").at("PATH"), "/usr/local/bin:/usr/bin:/bin:/x");
 }
 
@@ -83,7 +83,8 @@ protected:
             if (!request_.contains("\r\n\r\n")) { return; }
             const auto words = request_.split(' ');
             request_.clear();
-            socket->write(answer(QByteArray::fromPercentEncoding(words.value(1).mid(1)).toStdString(), words.value(0) == "HEAD"));
+            socket->write(
+                answer(QByteArray::fromPercentEncoding(words.value(1).mid(1)).toStdString(), words.value(0) == "HEAD"));
             socket->disconnectFromHost();
         });
     }
@@ -187,8 +188,9 @@ TEST_F(LinkDownloadsTest, TakesNoFileFromOutsideItsFolder) {
 
 TEST_F(LinkDownloadsTest, ReadsAllThatIsPrintedAndEndsWithItsChildren) {
     // More than both pipes hold, in turns.
-    standIn("for i in $(seq 64); do head -c 65536 /dev/zero | tr '\\0' e >&2; head -c 65536 /dev/zero | tr '\\0' o; done\n"
-            "echo; echo x >\"$dir/in.wav\"; echo \"$dir/in.wav\"");
+    standIn(
+        "for i in $(seq 64); do head -c 65536 /dev/zero | tr '\\0' e >&2; head -c 65536 /dev/zero | tr '\\0' o; done\n"
+        "echo; echo x >\"$dir/in.wav\"; echo \"$dir/in.wav\"");
     fetch("http://a.example/b");
     EXPECT_EQ(got.size(), 1U) << said();
 

@@ -43,8 +43,9 @@ void LinkSettings::look() {
     looks_.run(
         line_, [custom] { return LinkLoader::ytDlp(custom); },
         [this, custom](const std::optional<std::filesystem::path>& tool) {
-            QString text = tool ? "Using " + pathText(*tool)
-                                : QString::fromLatin1(LinkLoader::notFound.data(), qsizetype(LinkLoader::notFound.size()));
+            QString text =
+                tool ? "Using " + pathText(*tool)
+                     : QString::fromLatin1(LinkLoader::notFound.data(), qsizetype(LinkLoader::notFound.size()));
             if (tool && !custom.empty() && *tool != custom) { text += ": there is no program at the path above"; }
             found_->setText(text);
             found_->setProperty("role", tool ? "caption" : "captionWarning");

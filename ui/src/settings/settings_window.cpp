@@ -39,8 +39,8 @@ QWidget* makeAudition(SettingsStore& settings, FileManager& fileManager, Backgro
         section("Browsing", makeSetting("Auto-play when the selection changes", settings, &AppSettings::autoPlay)));
     layout->addWidget(section(
         "Routing", makeSetting("Mono files play from the center speaker", settings, &AppSettings::monoToCenter)));
-    layout->addWidget(section("Pulls (drag-to-DAW renders and downloaded links)",
-                              new PullsSettings(settings, fileManager, looks)));
+    layout->addWidget(
+        section("Pulls (drag-to-DAW renders and downloaded links)", new PullsSettings(settings, fileManager, looks)));
     layout->addWidget(section("Open Copied Link", new LinkSettings(settings, looks)));
     layout->addStretch(1);
     return page;

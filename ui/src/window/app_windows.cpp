@@ -91,9 +91,9 @@ void AppWindows::open(const std::string& id) {
     }
     if (id != "settings") { return; }
     if (!settings_) {
-        settings_ = std::make_unique<SettingsWindow>(model_.settings(), model_.library().roots(),
-                                                     model_.library().search(), model_.engine().devices(),
-                                                     model_.speakerTest(), model_.session().fileManager(), model_.loop(), [this] { model_.addLibraryFolder(); });
+        settings_ = std::make_unique<SettingsWindow>(
+            model_.settings(), model_.library().roots(), model_.library().search(), model_.engine().devices(),
+            model_.speakerTest(), model_.session().fileManager(), model_.loop(), [this] { model_.addLibraryFolder(); });
     }
     bringUp(*settings_);
 }

@@ -16,7 +16,8 @@ namespace brindlehum {
 class DropOverlay;
 
 // A drop on the sidebar adds its folders to the library; anywhere else on the window it opens the first folder or
-// audio file, or fetches the sound of a web link. While something is dragged over the window, an overlay says which of the two a drop would do.
+// audio file, or fetches the sound of a web link. While something is dragged over the window, an overlay says which of
+// the two a drop would do.
 class FileDrops : public QObject {
     Q_OBJECT
 public:
