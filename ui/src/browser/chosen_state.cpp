@@ -38,7 +38,8 @@ Step after(State state, const State::Loaded& event, const View& view) {
     state.loaded = event.file;
     // If this window requested the file, don't reveal it: the user may be browsing elsewhere.
     const State::Path requested = std::exchange(state.requested, {});
-    return event.file == requested || event.fromFileManager ? Step{state, {}} : after(state, State::Reveal{event.file}, view);
+    return event.file == requested || event.fromFileManager ? Step{state, {}}
+                                                            : after(state, State::Reveal{event.file}, view);
 }
 
 // Renamed files stay selected and loaded.

@@ -1,8 +1,7 @@
-// A progress bar without an end, and the button.
+// The button.
 #include "ui/window/link_bar.h"
 
 #include <QHBoxLayout>
-#include <QProgressBar>
 #include <QPushButton>
 
 #include "app/link_downloads.h"
@@ -12,13 +11,6 @@ namespace brindlehum {
 LinkBar::LinkBar(LinkDownloads& links, QWidget* parent) : QWidget(parent) {
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(8);
-    auto* progress = new QProgressBar;
-    progress->setRange(0, 0);
-    progress->setTextVisible(false);
-    progress->setFixedWidth(80);
-    progress->setAccessibleName("Downloading");
-    row->addWidget(progress);
     auto* cancel = new QPushButton("Cancel");
     cancel->setAccessibleName("Cancel the download");
     row->addWidget(cancel);
