@@ -33,6 +33,7 @@ AppModel::AppModel(Platform platform)
       monitor_(platform.audio, settings_, platform.loop),
       tempEdits_(player_, settings_, bars_, platform.session.fileManager(), platform.loop, tempEditQueue_),
       links_(platform.session.childProcesses(), player_.message(), settings_, platform.loop),
+      media_(platform.session.mediaSession(), player_, editor_.transport(), settings_, platform.loop),
       commands_(player_, settings_, tempEdits_, editor_.transport(), monitor_,
                 {[this](const auto& file) { openEditor(file); },
                  [this](const auto& link) { link ? links_.open(*link) : openCopiedLink(); }}) {}
@@ -56,6 +57,7 @@ void AppModel::start(uint16_t controlPort) {
             [this] { player_.listening().chooseFirstProfile(); });
     player_.listening().chooseFirstProfile();
     links_.arrived = [this](const auto& file, const auto& link) { linkArrived(file, link); };
+    media_.start([this] { openWindow("main"); }, [this] { quitAction ? quitAction() : void(); });
     editor_.music().findBars = [this](const auto& file) { return bars_.find(file); };
     editor_.music().keepBars = [this](const auto& file, const GivenBars& given) { bars_.set(file, given); };
     editor_.document().readNotes = [](const std::filesystem::path& file) {

@@ -90,6 +90,7 @@ std::optional<AppSettings> AppSettings::decode(const std::string& text) {
     readPath(record, "ytDlpPath", settings.ytDlpPath);
     read(record, "tempEditsBesideSource", settings.tempEditsBesideSource);
     read(record, "expertMode", settings.expertMode);
+    read(record, "mediaShowsTitle", settings.mediaShowsTitle);
     read(record, "upmix", settings.upmix);
     if (const auto own = record.find("upmixPresets"); own != record.end()) {
         settings.upmixPresets = ownUpmixPresetsFrom(*own);
@@ -112,6 +113,7 @@ std::string AppSettings::encode() const {
     record["ytDlpPath"] = storedPath(ytDlpPath);
     record["tempEditsBesideSource"] = tempEditsBesideSource;
     record["expertMode"] = expertMode;
+    record["mediaShowsTitle"] = mediaShowsTitle;
     record["upmix"] = json(upmix);
     record["upmixPresets"] = json(upmixPresets);
     requireFinite(record);

@@ -3,7 +3,7 @@
 
 #include <QApplication>
 
-#include "desktop_bus.h"
+#include "support/desktop_bus.h"
 #include "ui/look/theme_controller.h"
 
 int main(int argc, char** argv) {

@@ -13,7 +13,7 @@
 #include <QSpinBox>
 #include <functional>
 
-#include "desktop_bus.h"
+#include "support/desktop_bus.h"
 #include "ui/look/theme.h"
 #include "ui/look/theme_controller.h"
 

@@ -14,6 +14,7 @@
 #include "app/control_server.h"
 #include "app/instance_link.h"
 #include "app/link_downloads.h"
+#include "app/media_controls.h"
 #include "app/piece_bars.h"
 #include "app/temp_edit_batch.h"
 #include "editor/model/editor_model.h"
@@ -65,6 +66,8 @@ public:
     void openCopiedLink() { links_.open(clipboardText ? clipboardText() : std::string()); }
     // The windows set this.
     std::function<std::string()> clipboardText;
+    // The windows set this: ends the application once the user has been asked about what is unsaved.
+    std::function<void()> quitAction;
 
     // For a surface where the user sets the bars of a piece.
     std::unique_ptr<PieceBars> barsOf(const std::filesystem::path& file);
@@ -108,6 +111,7 @@ private:
     MonitorEngine monitor_;
     TempEditBatch tempEdits_;
     LinkDownloads links_;
+    MediaControls media_;
     ControlCommands commands_;
 };
 

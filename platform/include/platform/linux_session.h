@@ -3,6 +3,7 @@
 
 #include <QObject>
 
+#include "platform/linux_media_session.h"
 #include "platform/qt_child_processes.h"
 #include "platform/session.h"
 
@@ -22,10 +23,12 @@ class LinuxSession : public Session {
 public:
     FileManager& fileManager() override { return fileManager_; }
     ChildProcesses* childProcesses() override { return &childProcesses_; }
+    MediaSession* mediaSession() override { return &mediaSession_; }
 
 private:
     LinuxFileManager fileManager_;
     QtChildProcesses childProcesses_;
+    LinuxMediaSession mediaSession_;
 };
 
 }  // namespace brindlehum

@@ -22,7 +22,7 @@ class Clipboard;       // texts and files exchanged by copy and paste
 class ChildProcesses;  // programs run as children, with what they print
 class Http;            // requests to servers
 class Secrets;         // passwords in the user's keyring
-class MediaSession;    // play, stop and titles for the desktop's media keys
+class MediaSession;    // what plays, for the desktop's media keys, and their wishes
 
 // One for each process, made by main or by a test. Main thread. Null members are features that this session lacks.
 class Session {

@@ -24,6 +24,7 @@ struct AppSettings {
     std::string ytDlpPath;
     bool tempEditsBesideSource = true;
     bool expertMode = false;
+    bool mediaShowsTitle = true;  // the desktop's media controls name what plays
     UpmixSettings upmix;
     OwnUpmixPresets upmixPresets;
 

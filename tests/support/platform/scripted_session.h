@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/child_processes.h"
+#include "platform/media_session.h"
 #include "platform/session.h"
 
 namespace brindlehum {
@@ -35,12 +36,25 @@ private:
     };
 };
 
+// A desktop that keeps what it is told; the test presses its keys.
+class ScriptedMedia : public MediaSession {
+public:
+    void start(Wishes wanted) override { wishes = std::move(wanted); }
+    void show(const MediaStatus& status) override { shown = status; }
+    void jumped() override { ++jumps; }
+    Wishes wishes;
+    MediaStatus shown;
+    int jumps = 0;
+};
+
 class ScriptedSession : public Session {
 public:
     ScriptedFileManager& fileManager() override { return files; }
     ScriptedChildren* childProcesses() override { return &children; }
+    ScriptedMedia* mediaSession() override { return &media; }
     ScriptedFileManager files;
     ScriptedChildren children;
+    ScriptedMedia media;
 };
 
 }  // namespace brindlehum

@@ -42,6 +42,8 @@ QWidget* makeAudition(SettingsStore& settings, FileManager& fileManager, Backgro
     layout->addWidget(
         section("Pulls (drag-to-DAW renders and downloaded links)", new PullsSettings(settings, fileManager, looks)));
     layout->addWidget(section("Open Copied Link", new LinkSettings(settings, looks)));
+    layout->addWidget(section("Media keys and lock screen",
+                              makeSetting("Name the sound that plays", settings, &AppSettings::mediaShowsTitle)));
     layout->addStretch(1);
     return page;
 }

@@ -39,10 +39,11 @@ AppWindows::AppWindows(AppModel& model) : model_(model), theme_(std::make_unique
     QApplication::setApplicationVersion(QStringLiteral(BRINDLEHUM_VERSION));
     QApplication::setWindowIcon(applicationIcon());
     main_ = std::make_unique<MainWindow>(model);
-    status_ = std::make_unique<StatusMenu>(model, [this] {
+    model.quitAction = [this] {
         if (main_->inspector().hasUnsaved()) { open("main"); }  // the question belongs to a window that is seen
         main_->quit();
-    });
+    };
+    status_ = std::make_unique<StatusMenu>(model, model.quitAction);
     hud_ = std::make_unique<HUDController>(model.player(), model.settings());
     QObject::connect(&hud_->player(), &PlayerView::upmixPanelAsked, main_.get(), [this] {
         open("main");
@@ -69,6 +70,7 @@ AppWindows::AppWindows(AppModel& model) : model_(model), theme_(std::make_unique
 AppWindows::~AppWindows() {
     model_.openWindowAction = nullptr;
     model_.clipboardText = nullptr;
+    model_.quitAction = nullptr;
     model_.openInEditorAction = nullptr;
     model_.chooseFoldersAction = nullptr;
 }
