@@ -28,7 +28,12 @@ void AppModel::startFinder() {
     // The press is swallowed already, so it may wait for the selection that it belongs to.
     keyTap_.spaceHandler = [this](bool isRepeat) {
         if (isRepeat) { return; }
-        finder_.whenSettled(settleBound, [this] { pressSpace(spaceState(), false); });
+        finder_.whenSettled(settleBound, [this] {
+            SpaceState state = spaceState();
+            state.active = true;  // the file manager has lost the key, whatever has happened since
+            state.editing = false;
+            pressSpace(state, false);
+        });
     };
     keyTap_.showHandler = [this](const auto& file, bool isRepeat) { return showFile(file, isRepeat); };
     keyTap_.finderInput = [this] { finder_.requestSelection(inputDelay); };
@@ -39,11 +44,10 @@ void AppModel::startFinder() {
 
 void AppModel::watchAccessibility() {
     FileManagerWatch* watch = platform_.session.fileManagerWatch();
-    if (!watch) { return; }
-    axTrusted_ = watch->isTrusted();
+    axTrusted_ = !watch || watch->isTrusted();
     if (axTrusted_) {
         keyTap_.start();
-        return;
+        return refreshSpace();
     }
     trustTimer_ = platform_.loop.every(trustPeriod, [this, watch] {
         if (!watch->isTrusted()) { return; }
@@ -66,8 +70,12 @@ SpaceState AppModel::spaceState() const {
 }
 
 void AppModel::refreshSpace() {
-    const FileManagerWatch* watch = platform_.session.fileManagerWatch();
-    keyTap_.setTaken(takesSpace(spaceState()), watch && watch->asksPreviewer());
+    if (const FileManagerWatch* watch = platform_.session.fileManagerWatch()) {
+        return keyTap_.setTaken(takesSpace(spaceState()), watch->asksPreviewer());
+    }
+    // Nobody knows the selection, but a file manager that asks for a preview names the file.
+    const AppSettings& settings = settings_.value();
+    keyTap_.setTaken(settings.finderPanel && settings.spacePlaysInFinder, true);
 }
 
 void AppModel::pressSpace(const SpaceState& state, bool isRepeat) {

@@ -2,7 +2,12 @@
 #pragma once
 
 #include <QObject>
+#include <memory>
 
+#include "platform/file_manager_watch.h"
+#include "platform/file_previewer.h"
+#include "platform/key_grab.h"
+#include "platform/main_loop.h"
 #include "platform/session.h"
 
 namespace brindlehum {
@@ -19,10 +24,20 @@ private:
 
 class LinuxSession : public Session {
 public:
+    // On Wayland nobody says which window is in front, and no key can be taken from it: there the file manager isn't
+    // watched, and only its requests for a preview remain.
+    explicit LinuxSession(MainLoop& loop);
+    ~LinuxSession() override;
     FileManager& fileManager() override { return fileManager_; }
+    FileManagerWatch* fileManagerWatch() override { return watch_.get(); }
+    KeyGrab* keyGrab() override { return grab_.get(); }
+    FilePreviewer* filePreviewer() override { return previewer_.get(); }
 
 private:
     LinuxFileManager fileManager_;
+    std::unique_ptr<FileManagerWatch> watch_;
+    std::unique_ptr<KeyGrab> grab_;
+    std::unique_ptr<FilePreviewer> previewer_;
 };
 
 }  // namespace brindlehum
