@@ -32,8 +32,8 @@ bool findScreen() {
     return false;
 }
 
-std::unique_ptr<Session> makeSession(bool hasScreen) {
-    if (hasScreen) { return std::make_unique<LinuxSession>(); }
+std::unique_ptr<Session> makeSession(bool hasScreen, MainLoop& loop) {
+    if (hasScreen) { return std::make_unique<LinuxSession>(loop); }
     return std::make_unique<HeadlessSession>();
 }
 
@@ -119,7 +119,7 @@ int main(int argc, char** argv) {
     QtMainLoop loop;
     const auto audio = makeAudioSystem(loop);
     FileDefaults defaults;
-    const std::unique_ptr<Session> session = makeSession(hasScreen);
+    const std::unique_ptr<Session> session = makeSession(hasScreen, loop);
     AppModel model({loop, *audio, defaults, *session, defaultCatalogFile()});
     AppWindows windows(model);
     link.onRequest = [&model](const StartRequest& handedOver) { model.open(handedOver); };

@@ -25,6 +25,9 @@ AppModel::AppModel(Platform platform)
       settings_(platform.defaults),
       bars_(platform.defaults),
       engine_(platform.audio, platform.loop),
+      finder_(platform.session.fileManagerWatch(), platform.loop),
+      keyTap_(platform.session.keyGrab(), platform.session.filePreviewer()),
+      axTrusted_(!platform.session.fileManagerWatch() || platform.session.fileManagerWatch()->isTrusted()),
       player_(engine_, settings_, platform.loop, pool_),
       editor_(engine_, settings_, platform.loop,
               platform.journals.empty() ? EditorModel::defaultJournals() : platform.journals, tempEditQueue_),
@@ -47,6 +50,7 @@ void AppModel::start(uint16_t controlPort) {
         return handle(command, params);
     };
     control_.start(controlPort);
+    startFinder();
     platform_.defaults.setOnProblem([&loop = platform_.loop, self = QPointer(this)] {
         loop.post([self] {
             if (self) { Q_EMIT self->settingsProblemChanged(); }

@@ -12,10 +12,13 @@
 #include "app/bars_by_hand.h"
 #include "app/control_commands.h"
 #include "app/control_server.h"
+#include "app/finder_tracker.h"
 #include "app/instance_link.h"
+#include "app/key_tap.h"
 #include "app/link_downloads.h"
 #include "app/media_controls.h"
 #include "app/piece_bars.h"
+#include "app/space_rule.h"
 #include "app/temp_edit_batch.h"
 #include "editor/model/editor_model.h"
 #include "library/model/library_model.h"
@@ -88,13 +91,34 @@ public:
     Session& session() { return platform_.session; }
     UserDefaults& defaults() { return platform_.defaults; }
     MainLoop& loop() { return platform_.loop; }
+    FinderTracker& finder() { return finder_; }
+    const KeyTap& keyTap() const { return keyTap_; }
+
+    // The desktop lets the file manager's selection be read; true where there is nothing to read.
+    bool axTrusted() const { return axTrusted_; }
+    // The file manager in front can't be read.
+    bool automationDenied() const { return finder_.automationDenied(); }
+    // After a click of the user: switches on what axTrusted needs.
+    void requestAccessibility();
 
 Q_SIGNALS:
     void settingsProblemChanged();  // UserDefaults::problem has
+    // The file manager came to front or left, or its front window moved; `frame` in device pixels.
+    void fileManagerState(bool active, const std::optional<brindlehum::ScreenRect>& frame);
+    // Emitted before fileManagerState: the front window's id at the display server, 0 for none.
+    void fileManagerWindow(uint64_t id);
+    void permissionsChanged();  // axTrusted, automationDenied or KeyTap::isRefused
 
 private:
     void linkArrived(const std::filesystem::path& file, const std::string& link);
     void showFolder(const std::filesystem::path& folder);
+    void startFinder();
+    void watchAccessibility();
+    SpaceState spaceState() const;
+    void refreshSpace();  // who gets Space next
+    void pressSpace(const SpaceState& state, bool isRepeat);
+    bool showFile(const std::filesystem::path& file, bool isRepeat);
+    void loadFromFinder(const std::filesystem::path& file, bool play);
 
     Platform platform_;
     WorkerPool pool_;
@@ -103,6 +127,10 @@ private:
     SettingsStore settings_;
     BarsByHand bars_;
     PlaybackEngine engine_;
+    FinderTracker finder_;
+    KeyTap keyTap_;
+    bool axTrusted_;
+    TimerHandle trustTimer_;
     ControlServer control_;
     PlayerModel player_;
     EditorModel editor_;

@@ -16,21 +16,27 @@ public:
     virtual void reveal(const std::vector<std::filesystem::path>& items) = 0;
 };
 
-class Applications;    // the running applications, and keys sent to one of them
-class KeyGrab;         // keys that reach us while another application has the focus
-class Clipboard;       // texts and files exchanged by copy and paste
-class ChildProcesses;  // programs run as children, with what they print
-class Http;            // requests to servers
-class Secrets;         // passwords in the user's keyring
-class MediaSession;    // what plays, for the desktop's media keys, and their wishes
+class Applications;      // the running applications, and keys sent to one of them
+class FileManagerWatch;  // what the file manager in front shows
+class KeyGrab;           // keys that reach us while another application has the focus
+class FilePreviewer;     // requests to preview a file
+class Clipboard;         // texts and files exchanged by copy and paste
+class ChildProcesses;    // programs run as children, with what they print
+class Http;              // requests to servers
+class Secrets;           // passwords in the user's keyring
+class MediaSession;      // what plays, for the desktop's media keys, and their wishes
 
 // One for each process, made by main or by a test. Main thread. Null members are features that this session lacks.
 class Session {
 public:
     virtual ~Session() = default;
     virtual FileManager& fileManager() = 0;
+    // Whether translucent windows let those below shine through now.
+    virtual bool blendsWindows() { return false; }
     virtual Applications* applications() { return nullptr; }
+    virtual FileManagerWatch* fileManagerWatch() { return nullptr; }
     virtual KeyGrab* keyGrab() { return nullptr; }
+    virtual FilePreviewer* filePreviewer() { return nullptr; }
     virtual Clipboard* clipboard() { return nullptr; }
     virtual ChildProcesses* childProcesses() { return nullptr; }
     virtual Http* http() { return nullptr; }

@@ -8,6 +8,10 @@
 #include <QProcess>
 #include <QUrl>
 
+#include "linux_file_manager_watch.h"
+#include "nautilus_previewer.h"
+#include "x11_key_grab.h"
+
 namespace brindlehum {
 
 namespace {
@@ -39,5 +43,23 @@ void LinuxFileManager::reveal(const std::vector<std::filesystem::path>& items) {
         watcher->deleteLater();
     });
 }
+
+LinuxSession::LinuxSession(MainLoop& loop) {
+    std::function<bool()> isSpaceDown;
+    if (qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")) {
+        auto watch = std::make_unique<LinuxFileManagerWatch>();
+        if (watch->screen().isConnected()) {
+            isSpaceDown = [&screen = watch->screen()] { return screen.isSpaceDown(); };
+            isComposited_ = [&screen = watch->screen()] { return screen.isComposited(); };
+            watch_ = std::move(watch);
+            grab_ = std::make_unique<X11KeyGrab>(loop);
+        }
+    }
+    if (QDBusConnection::sessionBus().isConnected()) {
+        previewer_ = std::make_unique<NautilusPreviewer>(std::move(isSpaceDown));
+    }
+}
+
+LinuxSession::~LinuxSession() = default;
 
 }  // namespace brindlehum

@@ -4,9 +4,13 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "platform/child_processes.h"
+#include "platform/file_manager_watch.h"
+#include "platform/file_previewer.h"
+#include "platform/key_grab.h"
 #include "platform/media_session.h"
 #include "platform/session.h"
 
@@ -47,14 +51,97 @@ public:
     int jumps = 0;
 };
 
+// Answers a reading at once, or holds it until `answer` while `holds`.
+class ScriptedWatch : public FileManagerWatch {
+public:
+    void start(Heard made) override { heard = std::move(made); }
+    bool isTrusted() const override { return trusted; }
+    void allow() override { ++clicks; }
+    bool isFront() const override { return front; }
+    std::vector<DesktopWindow> windows() const override { return shown; }
+    bool isEditing() const override { return editing; }
+    bool asksPreviewer() const override { return previews; }
+    void readSelection(int limit, std::function<void(const SelectionReading&)> done) override {
+        ++readings;
+        pending = [this, limit, done = std::move(done)] {
+            SelectionReading reading{outcome, selected};
+            if (reading.paths.size() > size_t(limit)) { reading.paths.resize(size_t(limit)); }
+            done(reading);
+        };
+        if (!holds) { answer(); }
+    }
+    void answer() { std::exchange(pending, nullptr)(); }
+    void attach() override { ++attachments; }
+
+    Heard heard;
+    bool trusted = true;
+    bool front = false;
+    bool editing = false;
+    bool previews = false;
+    bool holds = false;
+    std::vector<DesktopWindow> shown;
+    SelectionReading::Outcome outcome = SelectionReading::Outcome::read;
+    std::vector<std::filesystem::path> selected;
+    std::function<void()> pending;
+    int readings = 0;
+    int attachments = 0;
+    int clicks = 0;
+};
+
+class ScriptedGrab : public KeyGrab {
+public:
+    bool start(Heard made) override {
+        heard = std::move(made);
+        started = true;
+        return works;
+    }
+    void setArmed(bool on) override { armed = on; }
+    void setSwallows(bool on) override { swallows = on; }
+    bool isRefused() const override { return refused; }
+    // True if the program in front doesn't get the press.
+    bool press(bool isRepeat = false) {
+        const bool swallowed = armed && swallows;
+        if (armed) { heard.press(isRepeat, swallowed); }
+        return swallowed;
+    }
+
+    Heard heard;
+    bool works = true;
+    bool started = false;
+    bool armed = false;
+    bool swallows = false;
+    bool refused = false;
+};
+
+class ScriptedPreviewer : public FilePreviewer {
+public:
+    void start(Heard made) override { heard = std::move(made); }
+    void setOffered(bool on) override { offered = on; }
+    bool isOwned() const override { return offered && !busy; }
+
+    Heard heard;
+    bool offered = false;
+    bool busy = false;  // the desktop's own previewer runs
+};
+
+// Each part can be taken away, as on a desktop without it.
 class ScriptedSession : public Session {
 public:
     ScriptedFileManager& fileManager() override { return files; }
     ScriptedChildren* childProcesses() override { return &children; }
     ScriptedMedia* mediaSession() override { return &media; }
+    FileManagerWatch* fileManagerWatch() override { return hasWatch ? &watch : nullptr; }
+    KeyGrab* keyGrab() override { return hasGrab ? &grab : nullptr; }
+    FilePreviewer* filePreviewer() override { return hasPreviewer ? &previewer : nullptr; }
     ScriptedFileManager files;
     ScriptedChildren children;
     ScriptedMedia media;
+    ScriptedWatch watch;
+    ScriptedGrab grab;
+    ScriptedPreviewer previewer;
+    bool hasWatch = true;
+    bool hasGrab = true;
+    bool hasPreviewer = true;
 };
 
 }  // namespace brindlehum

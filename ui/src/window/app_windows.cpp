@@ -45,6 +45,9 @@ AppWindows::AppWindows(AppModel& model) : model_(model), theme_(std::make_unique
     };
     status_ = std::make_unique<StatusMenu>(model, model.quitAction);
     hud_ = std::make_unique<HUDController>(model.player(), model.settings());
+    hud_->hasCompositor = [this] { return model_.session().blendsWindows(); };
+    QObject::connect(&model, &AppModel::fileManagerWindow, hud_.get(), &HUDController::setFileManagerWindow);
+    QObject::connect(&model, &AppModel::fileManagerState, hud_.get(), &HUDController::setFileManager);
     QObject::connect(&hud_->player(), &PlayerView::upmixPanelAsked, main_.get(), [this] {
         open("main");
         main_->playerView().showUpmixPanel();

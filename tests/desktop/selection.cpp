@@ -1,0 +1,50 @@
+// What Nautilus and Thunar have selected, read by us and by their own clipboard.
+#include "desktop_fixture.h"
+
+namespace brindlehum::test {
+namespace {
+
+const std::vector<std::string> oddNames = {" blanks .wav",
+                                           "it's \"quoted\".wav",
+                                           "\"x\"  |  y.wav",
+                                           "100% #1?.wav",
+                                           "a&b<i>.wav",
+                                           "line\nbreak.wav",
+                                           "\u05d0\u05d1\u05d2 right.wav",
+                                           "\U0001F3B5 note.wav",
+                                           "\u00e9 composed.wav",
+                                           "e\u0301 composed.wav",
+                                           "bad\xff.wav",
+                                           "Case.wav",
+                                           "case.wav",
+                                           "-dash.wav",
+                                           "GtkGridView.wav",
+                                           std::string(251, 'n') + ".wav"};
+
+class FileManagers : public testing::TestWithParam<const char*> {};
+
+TEST_P(FileManagers, SelectionIsWhatTheirClipboardSaysForOddNamesInEveryView) {
+    const TempFolder folder;
+    for (const auto& name : oddNames) { writeBytes(folder / name, "x"); }
+    Desk desk(GetParam());
+    desk.open(folder.path());
+    for (const bool list : {false, true}) {
+        list ? desk.showList() : desk.showIcons();
+        std::set<std::string> seen;
+        for (size_t i = 0; i < oddNames.size(); ++i) {
+            const auto witness = copied();
+            EXPECT_EQ(witness.size(), 1U);
+            seen.insert(witness.begin(), witness.end());
+            const bool isText = witness.empty() || witness.begin()->find('\xff') == std::string::npos;
+            EXPECT_TRUE(desk.selects(isText ? witness : std::set<std::string>{}))
+                << testing::PrintToString(witness) << " read as " << testing::PrintToString(desk.selected());
+            keys(list ? "Down" : "Right");
+        }
+        EXPECT_EQ(seen.size(), oddNames.size());
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Real, FileManagers, testing::Values("nautilus", "thunar"));
+
+}  // namespace
+}  // namespace brindlehum::test
