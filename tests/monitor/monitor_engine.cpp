@@ -9,6 +9,7 @@
 #include <numbers>
 #include <stdexcept>
 
+#include "monitor/engine/monitor_meter.h"
 #include "support/platform/manual_audio.h"
 #include "support/platform/manual_main_loop.h"
 #include "support/signals.h"
@@ -249,6 +250,81 @@ TEST_F(MonitorTest, HearsAnEditedProfileAndFollowsItToAnotherDevice) {
     settings_.change([](AppSettings& s) { s.profiles[0].deviceUID = "pair"; });
     EXPECT_EQ(audio_.opened(), 2);
     EXPECT_EQ(monitor_.deviceChannels(), 2);
+}
+
+// An engineer who looks away must find what went over, and nothing is drawn that nobody sees.
+TEST_F(MonitorTest, OversStayUntilTheyAreClearedAndNothingIsAnnouncedUnseen) {
+    MonitorMeter meter(monitor_, loop_);
+    int announced = 0;
+    QObject::connect(&meter, &MonitorMeter::changed, [&] { ++announced; });
+    monitor_.setSourceUID("bus");
+    monitor_.start();
+    settle();
+    auto loud = bus();
+    loud[3][5] = -1.5F;
+    audio_.pump(block, loud);
+    announced = 0;
+    loop_.advance(1);
+    EXPECT_EQ(announced, 0) << "hidden";
+    meter.show(true);
+    EXPECT_EQ(meter.bus()[3].overs, 1) << "it went over while the window was hidden";
+    EXPECT_NEAR(meter.bus()[3].highest, 3.52, 0.01);
+    for (int i = 0; i < 2; ++i) {
+        audio_.pump(block, loud);
+        loop_.advance(0.04);
+    }
+    audio_.addDropouts(2);
+    loop_.advance(10);
+    EXPECT_EQ(meter.bus()[3].overs, 3);
+    EXPECT_EQ(meter.speakers()[3].overs, 3);
+    EXPECT_EQ(meter.bus()[2].overs, 0);
+    EXPECT_EQ(meter.figures(), (MonitorMeter::Figures{256.0 / 48000, 2}));
+    meter.clearOver();
+    EXPECT_EQ(meter.bus()[3].overs, 0);
+    announced = 0;
+    loop_.advance(1);
+    EXPECT_EQ(announced, 0) << "silence, which looks the same";
+    audio_.setInputs({});
+    loop_.advance(1.5);
+    audio_.setInputs({{9, "bus", "Bus of the desk", 16}});
+    loop_.advance(1.5);
+    EXPECT_EQ(monitor_.dropouts(), 2U) << "of the stream before, too";
+}
+
+// The bus's loudness through the ring: a published case, and what a reset and a stop leave of it.
+TEST_F(MonitorTest, MeasuresTheLoudnessOfTheBusItself) {
+    monitor_.setSourceUID("bus");
+    MonitorState quiet;
+    quiet.volumeDB = -40;
+    quiet.source = MonitorSource::stereo;
+    monitor_.setState(quiet);
+    monitor_.start();
+    const auto hear = [&](double seconds, double db) {
+        const double level = std::pow(10, db / 20);
+        for (int64_t end = at_ + int64_t(seconds * 48000); at_ < end;) {
+            const double before = monitor_.loudness().reading().seconds;
+            for (int i = 0; i < 2; ++i, at_ += 2400) {
+                const auto x = test::sine(2400, 1000, 48000, level, 2 * std::numbers::pi * double(at_) / 48);
+                audio_.pump(2400, {x, x});
+            }
+            loop_.advance(0.1);
+            ASSERT_TRUE(loop_.runUntil([&] { return monitor_.loudness().reading().seconds > before; }));
+        }
+    };
+    const auto reading = [&] { return monitor_.loudness().reading(); };
+    hear(20.2, -26);
+    hear(20, -20);
+    hear(20, -26);
+    // EBU Tech 3341, case 5, within its 0.1 LU.
+    EXPECT_NEAR(reading().integrated, -23, 0.1);
+    EXPECT_NEAR(reading().shortTerm, -26, 0.1);
+    monitor_.stop();
+    monitor_.start();
+    monitor_.loudness().reset();
+    ASSERT_TRUE(loop_.runUntil([&] { return reading().seconds == 0; }));
+    hear(4, -33);
+    EXPECT_NEAR(reading().integrated, -33, 0.1);
+    EXPECT_NEAR(reading().powers.at(0), reading().powers.at(1), 1e-12);
 }
 
 }  // namespace

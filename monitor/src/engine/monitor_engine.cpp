@@ -35,7 +35,8 @@ MonitorEngine::MonitorEngine(AudioSystem& audio, SettingsStore& settings, MainLo
       state_(choice_.state()),
       sourceUID_(choice_.sourceUID()),
       profileID_(choice_.profileID()),
-      makeStage_(std::move(makeStage)) {
+      makeStage_(std::move(makeStage)),
+      loudness_(loop) {
     if (sourceUID_ == DuplexAudio::busUID) { keepBus(); }
     connect(&settings_, &SettingsStore::changed, this, [this] { settingsChanged(); });
     watching_ = audio_.watch([this] { systemChanged(); });
@@ -99,6 +100,7 @@ void MonitorEngine::keepBus() {
 
 void MonitorEngine::start() {
     if (running()) { return; }
+    if (!wanted_) { lostBefore_ = 0; }
     wanted_ = sourceUID_.has_value();
     if (!wanted_) { return say(noSource); }
     tryToOpen();
@@ -174,6 +176,8 @@ std::string MonitorEngine::open() {
     if (inputChannels_ < 1 || deviceChannels_ < 1) { return noChannels; }
     opened_ = wanted;
     positions_ = output->positions;
+    unit_->tap().open(inputChannels_, stream_->sampleRate());
+    loudness_.open(unit_->tap().ring(), stream_->sampleRate());
     unit_->restart(stream_->sampleRate());
     unit_->setAudible(true);
     publisher_->open(stream_->sampleRate());
@@ -195,14 +199,18 @@ void MonitorEngine::close(Falls falls) {
         }
     }
     streamToken_.reset();
+    lostBefore_ += stream_->figures().dropouts;
     stream_.reset();
     watch_->setRunning(false);
+    loudness_.close();
+    unit_->tap().close();
     publisher_->close();
 }
 
 void MonitorEngine::apply() {
     if (!stream_) { return; }
     heard_ = SpeakerMap::onDevice(profile(), positions_);
+    loudness_.setBus(channels(state_.source), state_.sourceOffset);
     publisher_->set(MonitorMatrix::build(state_, inputChannels_, heard_, deviceChannels_));
 }
 
@@ -242,6 +250,14 @@ bool MonitorEngine::upmixAvailable() const {
 double MonitorEngine::addedLatency() const {
     const Upmixer* const upmixer = stream_ ? publisher_->upmixer() : nullptr;
     return upmixer ? upmixer->fftSize() / upmixer->sampleRate() : 0;
+}
+
+double MonitorEngine::latency() const {
+    return stream_ ? stream_->figures().blockSeconds + addedLatency() : 0;
+}
+
+uint64_t MonitorEngine::dropouts() const {
+    return lostBefore_ + (stream_ ? stream_->figures().dropouts : 0);
 }
 
 std::vector<float> MonitorEngine::takeBusPeaks() {

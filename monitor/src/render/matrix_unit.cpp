@@ -25,6 +25,7 @@ void MatrixUnit::restart(double sampleRate) noexcept {
 int32_t MatrixUnit::render(uint32_t frames, const DeviceBuffers& buffers) noexcept {
     const auto n = int32_t(std::min({frames, buffers.frames, uint32_t(RenderContext::maxFrames)}));
     measureInputs(buffers, n);
+    tap_.write(buffers, n);
     context_.render(frames, buffers);
     const bool settled = isSettled(buffers, n);
     const bool audible = audible_.load(std::memory_order_relaxed) && (settled || level_ > 0);

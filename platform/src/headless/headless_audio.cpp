@@ -27,6 +27,9 @@ public:
     double sampleRate() const override { return HeadlessAudioSystem::sampleRate; }
     bool isRunning() const override { return thread_.joinable(); }
     bool isCurrent() const override { return true; }
+    StreamFigures figures() const override {
+        return {HeadlessAudioSystem::blockFrames / HeadlessAudioSystem::sampleRate, 0};
+    }
 
     void start() override {
         if (thread_.joinable()) { return; }

@@ -27,6 +27,7 @@ public:
     void pause() override { stream_->pause(); }
     bool isRunning() const override { return stream_->isRunning(); }
     bool isCurrent() const override { return !serverRuns_(); }
+    StreamFigures figures() const override { return stream_->figures(); }
 
 private:
     std::unique_ptr<OutputStream> stream_;

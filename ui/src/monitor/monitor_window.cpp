@@ -1,13 +1,15 @@
 // Puts the rows together, and follows the monitor.
 #include "ui/monitor/monitor_window.h"
 
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QShortcut>
 #include <QVBoxLayout>
 #include <algorithm>
 
 #include "ui/look/screen_fit.h"
-#include "ui/monitor/bus_meter.h"
+#include "ui/monitor/level_bars.h"
+#include "ui/monitor/loudness_panel.h"
 #include "ui/monitor/monitor_route.h"
 #include "ui/monitor/monitor_rows.h"
 #include "ui/monitor/speaker_map.h"
@@ -28,6 +30,19 @@ QLabel* quiet() {
     return label;
 }
 
+// With its name over it.
+QWidget* metered(const char* name, QWidget* meter) {
+    auto* box = new QWidget;
+    auto* column = new QVBoxLayout(box);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(2);
+    auto* caption = new QLabel(name);
+    caption->setProperty("role", "secondary");
+    column->addWidget(caption);
+    column->addWidget(meter);
+    return box;
+}
+
 }  // namespace
 
 MonitorWindow::MonitorWindow(MonitorEngine& monitor, SettingsStore& settings, MainLoop& loop)
@@ -41,7 +56,12 @@ MonitorWindow::MonitorWindow(MonitorEngine& monitor, SettingsStore& settings, Ma
     column->addWidget(route_ = new MonitorRoute(monitor, settings));
     column->addWidget(level_ = new MonitorLevel(monitor));
     column->addWidget(listen_ = new MonitorListen(monitor));
-    column->addWidget(new BusMeter(meter_));
+    auto* meters = new QHBoxLayout;
+    meters->setSpacing(spacing);
+    meters->addWidget(metered("Bus", new LevelBars(meter_, LevelBars::Of::bus)));
+    meters->addWidget(metered("Speakers", new LevelBars(meter_, LevelBars::Of::speakers)));
+    meters->addWidget(new LoudnessPanel(monitor.loudness()));
+    column->addLayout(meters);
     column->addWidget(new SpeakerMap(monitor, meter_), 1);
     column->addWidget(trim_ = new MonitorTrim(monitor, settings));
     column->addWidget(upmix_ = new MonitorUpmix(monitor));
@@ -50,6 +70,7 @@ MonitorWindow::MonitorWindow(MonitorEngine& monitor, SettingsStore& settings, Ma
     column->addWidget(format_ = quiet());
     addKeys();
     connect(&monitor, &MonitorEngine::changed, this, &MonitorWindow::refresh);
+    connect(&meter_, &MonitorMeter::changed, this, &MonitorWindow::showFigures);
     connect(&monitor, &MonitorEngine::inputsChanged, route_, &MonitorRoute::refreshInputs);
     setMinimumSize(leastSize);
     resize(fittingSize(*this, usualSize));
@@ -86,17 +107,25 @@ void MonitorWindow::refresh() {
     const QString message = QString::fromStdString(monitor_.message());
     message_->setText(message);
     message_->setVisible(!message.isEmpty());
+    showFigures();
+    format_->setVisible(monitor_.running() || message.isEmpty());
+}
+
+// What the stream is, and how it does.
+void MonitorWindow::showFigures() {
     QString format = "Play your DAW into “Brindlehum Bus”, or choose another source, and start.";
     if (monitor_.running()) {
+        const auto [latency, dropouts] = meter_.figures();
         format = QString("%1 in, %2 out at %3 kHz")
                      .arg(monitor_.inputChannels())
                      .arg(monitor_.deviceChannels())
                      .arg(monitor_.sampleRate() / 1000);
-        const double latency = 1000 * monitor_.addedLatency();
-        format += latency > 0 ? QString(". The upmix is heard %1 ms later.").arg(latency, 0, 'f', 0) : QString(".");
+        if (latency > 0) { format += QString(", %1 ms latency").arg(1000 * latency, 0, 'f', 1); }
+        const double upmix = 1000 * monitor_.addedLatency();
+        if (upmix > 0) { format += QString(" (%1 ms of the upmix)").arg(upmix, 0, 'f', 1); }
+        format += dropouts == 0 ? QString(", no drop-outs") : QString(", %1 drop-outs").arg(dropouts);
     }
-    format_->setText(format);
-    format_->setVisible(monitor_.running() || message.isEmpty());
+    if (format != format_->text()) { format_->setText(format); }
 }
 
 void MonitorWindow::showEvent(QShowEvent* /*event*/) {

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "mix/engine/config_publisher.h"
+#include "monitor/engine/bus_loudness.h"
 #include "monitor/engine/monitor_choice.h"
 #include "monitor/render/matrix_unit.h"
 #include "monitor/state/monitor_state.h"
@@ -57,8 +58,14 @@ public:
     double sampleRate() const { return stream_ ? stream_->sampleRate() : 0; }  // Hz; 0 while stopped
     int inputChannels() const { return inputChannels_; }
     int deviceChannels() const { return deviceChannels_; }
-    // Seconds that the upmix delays the bus; the sound server adds one block.
+    // Seconds from the source's ports to the output's: of an upmix, and with the sound server's block; 0 while stopped.
     double addedLatency() const;
+    double latency() const;
+    // Blocks that the output didn't get from us in time, since the start.
+    uint64_t dropouts() const;
+    // Of the bus, before anything that is set here.
+    BusLoudness& loudness() { return loudness_; }
+    const BusLoudness& loudness() const { return loudness_; }
     // Levels for meters, in the order of the bus and of the profile's speakers, since the last take: 1 is full scale.
     std::vector<float> takeBusPeaks();
     std::vector<float> takeSpeakerPeaks();
@@ -89,6 +96,7 @@ private:
     std::optional<std::string> sourceUID_;
     std::optional<UUID> profileID_;
     ConfigPublisher::StageMaker makeStage_;
+    BusLoudness loudness_;
     std::string message_;
     bool wanted_ = false;
     TimerHandle retry_;  // while waiting
@@ -105,6 +113,7 @@ private:
     std::vector<std::string> positions_;  // of the open device
     int inputChannels_ = 0;
     int deviceChannels_ = 0;
+    uint64_t lostBefore_ = 0;  // drop-outs of streams closed since the start
     std::shared_ptr<void> watching_;
 };
 

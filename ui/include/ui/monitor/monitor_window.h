@@ -33,6 +33,7 @@ protected:
 private:
     void addKeys();
     void refresh();
+    void showFigures();
 
     MonitorEngine& monitor_;
     MonitorMeter meter_;
