@@ -12,6 +12,8 @@
 
 #include "support/platform/manual_audio.h"
 #include "support/platform/manual_main_loop.h"
+#include "ui/look/number_field.h"
+#include "ui/monitor/reference_button.h"
 #include "ui/monitor/speaker_map.h"
 
 namespace brindlehum {
@@ -43,6 +45,12 @@ protected:
         EXPECT_TRUE(QTest::qWaitForWindowActive(&window_));
     }
     SpeakerTile* tile(const QString& name) { return window_.findChild<SpeakerTile*>(name); }
+    NumberField* findNumber(const QString& name) {
+        for (auto* each : window_.findChildren<NumberField*>()) {
+            if (each->accessibleName() == name) { return each; }
+        }
+        return nullptr;
+    }
     template <class Button>
     Button* button(const QString& text) {
         for (auto* each : window_.findChildren<Button*>()) {
@@ -86,7 +94,23 @@ TEST_F(MonitorWindowTest, ControlsFollowTheStateAndTheProfile) {
     EXPECT_TRUE(button<QToolButton>("Full")->isChecked());
     EXPECT_FALSE(button<QToolButton>("5.1")->isChecked());
     EXPECT_TRUE(button<QToolButton>("Upmix")->isEnabled());
-    EXPECT_NE(button<QLabel>("-12.5 dB"), nullptr);
+    auto* volume = findNumber("Monitor volume in dB");
+    EXPECT_EQ(volume->text(), "-12.5 dB");
+    volume->selectAll();
+    QTest::keyClicks(volume, "-7,3");
+    QTest::keyClick(volume, Qt::Key_Return);
+    EXPECT_EQ(monitor_.state().volumeDB, -7.3);
+    findNumber("Dim by")->setValue(-10);
+    EXPECT_EQ(monitor_.state().dimDB, -10);
+    auto* reference = window_.findChild<ReferenceButton*>();
+    reference->askSPL = [](double, double) { return 83.0; };
+    QTest::mouseClick(reference, Qt::LeftButton, {}, {5, 5});
+    findNumber("Monitor volume in dB")->setValue(-20);
+    EXPECT_NE(button<QLabel>("70.3 dB SPL"), nullptr);
+    QTest::mouseClick(reference, Qt::LeftButton, {}, {5, 5});
+    EXPECT_EQ(monitor_.state().volumeDB, -7.3);
+    findNumber("Delay of C")->setValue(2.5);
+    EXPECT_EQ(monitor_.state().alignment, (std::map<SpeakerID, SpeakerAlignment>{{SpeakerID::C, {2.5, false}}}));
 
     EXPECT_FALSE(window_.findChild<QSpinBox*>()->isVisible());
     settings_.change([](AppSettings& s) { s.expertMode = true; });

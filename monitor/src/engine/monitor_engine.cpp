@@ -8,6 +8,7 @@
 #include "base/error.h"
 #include "mix/config/speaker_map.h"
 #include "mix/render/render_watch.h"
+#include "monitor/state/level_match.h"
 #include "monitor/state/monitor_matrix.h"
 
 namespace brindlehum {
@@ -35,6 +36,7 @@ MonitorEngine::MonitorEngine(AudioSystem& audio, SettingsStore& settings, MainLo
       state_(choice_.state()),
       sourceUID_(choice_.sourceUID()),
       profileID_(choice_.profileID()),
+      otherProfileID_(choice_.otherProfileID()),
       makeStage_(std::move(makeStage)),
       loudness_(loop) {
     if (sourceUID_ == DuplexAudio::busUID) { keepBus(); }
@@ -57,8 +59,10 @@ void MonitorEngine::setState(const MonitorState& state) {
     const bool reordered = state.source != state_.source;
     const bool wider =
         sourceUID_ == DuplexAudio::openPortsUID && (reordered || state.sourceOffset != state_.sourceOffset);
+    const bool refolded = reordered || state.mode != state_.mode || state.check != state_.check;
     state_ = state;
     choice_.keep(state_);
+    if (refolded) { matchLevels(); }
     if (reordered && bus_) { keepBus(); }
     wider ? restartIfRunning() : apply();
     Q_EMIT changed();
@@ -77,8 +81,47 @@ void MonitorEngine::setProfileID(const std::optional<UUID>& id) {
     if (id == profileID_) { return; }
     profileID_ = id;
     choice_.keepProfile(id);
-    restartIfRunning();
+    followProfile();
     Q_EMIT changed();
+}
+
+void MonitorEngine::setOtherProfileID(const std::optional<UUID>& id) {
+    if (id == otherProfileID_) { return; }
+    otherProfileID_ = id;
+    choice_.keepOtherProfile(id);
+    matchLevels();
+    apply();
+    Q_EMIT changed();
+}
+
+const OutputProfile* MonitorEngine::otherProfile() const {
+    const auto& profiles = settings_.value().profiles;
+    const auto chosen = std::ranges::find_if(profiles, [this](const auto& each) { return each.id == otherProfileID_; });
+    return chosen != profiles.end() && chosen->id != profile().id ? &*chosen : nullptr;
+}
+
+void MonitorEngine::switchProfiles() {
+    const OutputProfile* const other = otherProfile();
+    if (!other) { return; }
+    const UUID next = other->id;
+    otherProfileID_ = profile().id;
+    choice_.keepOtherProfile(otherProfileID_);
+    setProfileID(next);
+}
+
+// An edited or another profile is heard at once; one that plays elsewhere takes the monitor along.
+void MonitorEngine::followProfile() {
+    matchLevels();
+    const OutputProfile& now = profile();
+    if (!stream_ || now.deviceUID != opened_.deviceUID) { return restartIfRunning(); }
+    opened_ = now;
+    apply();
+}
+
+// By the loudness of the last seconds, and from then on the same.
+void MonitorEngine::matchLevels() {
+    const OutputProfile* const other = otherProfile();
+    matchDB_ = other ? LevelMatch::gainDB(state_, profile(), *other, loudness_.reading().powers) : 0;
 }
 
 std::vector<AudioInputDevice> MonitorEngine::inputs() {
@@ -178,6 +221,7 @@ std::string MonitorEngine::open() {
     positions_ = output->positions;
     unit_->tap().open(inputChannels_, stream_->sampleRate());
     loudness_.open(unit_->tap().ring(), stream_->sampleRate());
+    unit_->align().open(deviceChannels_, stream_->sampleRate(), RenderContext::maxFrames);
     unit_->restart(stream_->sampleRate());
     unit_->setAudible(true);
     publisher_->open(stream_->sampleRate());
@@ -211,7 +255,13 @@ void MonitorEngine::apply() {
     if (!stream_) { return; }
     heard_ = SpeakerMap::onDevice(profile(), positions_);
     loudness_.setBus(channels(state_.source), state_.sourceOffset);
-    publisher_->set(MonitorMatrix::build(state_, inputChannels_, heard_, deviceChannels_));
+    const auto alignment = MonitorMatrix::alignment(state_, heard_, deviceChannels_);
+    for (int c = 0; c < deviceChannels_; ++c) {
+        unit_->align().set(c, alignment[size_t(c)].delayMs, alignment[size_t(c)].inverted);
+    }
+    MonitorState matched = state_;
+    matched.volumeDB += matchDB_;
+    publisher_->set(MonitorMatrix::build(matched, inputChannels_, heard_, deviceChannels_));
 }
 
 void MonitorEngine::restartIfRunning() {
@@ -231,15 +281,8 @@ void MonitorEngine::systemChanged() {
     Q_EMIT inputsChanged();
 }
 
-// An edited profile is heard at once; one that plays elsewhere now takes the monitor along.
 void MonitorEngine::settingsChanged() {
-    const OutputProfile& now = profile();
-    if (stream_ && now.deviceUID != opened_.deviceUID) {
-        restartIfRunning();
-    } else if (stream_ && now != opened_) {
-        opened_ = now;
-        apply();
-    }
+    if (stream_ && profile() != opened_) { followProfile(); }
     Q_EMIT changed();
 }
 

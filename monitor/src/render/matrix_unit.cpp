@@ -32,8 +32,9 @@ int32_t MatrixUnit::render(uint32_t frames, const DeviceBuffers& buffers) noexce
     const double step = (audible ? 1 / riseSeconds : -1 / fallSeconds) / sampleRate_;
     for (int32_t c = 0; c < buffers.channels; ++c) {
         float* const plane = buffers.planes[c];
+        if (plane != nullptr) { guard(plane, n); }
+        align_.process(c, plane, n);
         if (plane == nullptr) { continue; }
-        guard(plane, n);
         if (audible && level_ == 1) { continue; }
         for (int32_t i = 0; i < n; ++i) { plane[i] *= float(std::clamp(level_ + step * (i + 1), 0.0, 1.0)); }
     }

@@ -7,11 +7,13 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "monitor/state/monitor_matrix.h"
 #include "ui/look/screen_fit.h"
 #include "ui/monitor/level_bars.h"
 #include "ui/monitor/loudness_panel.h"
 #include "ui/monitor/monitor_route.h"
 #include "ui/monitor/monitor_rows.h"
+#include "ui/monitor/profile_compare.h"
 #include "ui/monitor/speaker_map.h"
 
 namespace brindlehum {
@@ -64,7 +66,10 @@ MonitorWindow::MonitorWindow(MonitorEngine& monitor, SettingsStore& settings, Ma
     column->addLayout(meters);
     column->addWidget(new SpeakerMap(monitor, meter_), 1);
     column->addWidget(trim_ = new MonitorTrim(monitor, settings));
-    column->addWidget(upmix_ = new MonitorUpmix(monitor));
+    auto* last = new QHBoxLayout;
+    last->addWidget(upmix_ = new MonitorUpmix(monitor), 1);
+    last->addWidget(compare_ = new ProfileCompare(monitor, settings));
+    column->addLayout(last);
     column->addWidget(message_ = quiet());
     message_->setProperty("role", "warning");
     column->addWidget(format_ = quiet());
@@ -86,6 +91,11 @@ void MonitorWindow::addKeys() {
         });
     };
     key(QKeySequence("D"), [](MonitorState& s) { s.dim = !s.dim; });
+    key(QKeySequence("R"), [](MonitorState& s) {
+        if (!s.reference) { return; }
+        s.volumeDB = s.reference->volumeDB;
+        s.dim = false;
+    });
     key(QKeySequence("M"), [](MonitorState& s) { s.mute = !s.mute; });
     for (size_t i = 0; i < allMonitorModes.size(); ++i) {
         key(QKeySequence(QString::number(i + 1)), [mode = allMonitorModes[i]](MonitorState& s) { s.mode = mode; });
@@ -95,6 +105,7 @@ void MonitorWindow::addKeys() {
             [](MonitorState& s) { s.volumeDB = std::min(s.volumeDB + 1, MonitorState::highestDB); });
     }
     key(QKeySequence("-"), [](MonitorState& s) { s.volumeDB = std::max(s.volumeDB - 1, MonitorState::lowestDB); });
+    connect(new QShortcut(QKeySequence("X"), this), &QShortcut::activated, this, [this] { monitor_.switchProfiles(); });
     connect(new QShortcut(QKeySequence("Ctrl+W"), this), &QShortcut::activated, this, &QWidget::close);
 }
 
@@ -104,11 +115,22 @@ void MonitorWindow::refresh() {
     listen_->refresh();
     trim_->refresh();
     upmix_->refresh();
-    const QString message = QString::fromStdString(monitor_.message());
+    compare_->refresh();
+    QString message = QString::fromStdString(monitor_.message());
+    if (message.isEmpty()) { message = whySilent(); }
     message_->setText(message);
     message_->setVisible(!message.isEmpty());
     showFigures();
-    format_->setVisible(monitor_.running() || message.isEmpty());
+    format_->setVisible(monitor_.running() || !monitor_.waiting());
+}
+
+// A solo of speakers that the mode leaves silent.
+QString MonitorWindow::whySilent() const {
+    const MonitorState& state = monitor_.state();
+    const auto unreached = MonitorMatrix::unreached(state, monitor_.profile());
+    const bool silent = std::ranges::all_of(state.solo, [&](SpeakerID each) { return unreached.contains(each); });
+    if (state.solo.empty() || !silent) { return {}; }
+    return "Nothing is sent to the soloed speakers in this mode.";
 }
 
 // What the stream is, and how it does.

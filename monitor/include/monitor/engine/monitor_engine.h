@@ -40,6 +40,14 @@ public:
     const std::optional<UUID>& profileID() const { return profileID_; }
     void setProfileID(const std::optional<UUID>& id);
     const OutputProfile& profile() const;
+    // The profile that it is compared with; none for no comparison, and null when it isn't there any more. While there
+    // is one, the louder of the two is lowered to the level of the other.
+    void setOtherProfileID(const std::optional<UUID>& id);
+    const OutputProfile* otherProfile() const;
+    // Exchanges the two. At once between profiles of one device; else it falls silent and rises on the other.
+    void switchProfiles();
+    // dB, 0 or below, by which the profile in use is lowered for the comparison.
+    double matchDB() const { return matchDB_; }
 
     // What can be listened to. The first question makes our own bus.
     std::vector<AudioInputDevice> inputs();
@@ -83,6 +91,8 @@ private:
     void apply();
     void keepBus();
     void restartIfRunning();
+    void followProfile();
+    void matchLevels();
     void streamChanged();
     void systemChanged();
     void settingsChanged();
@@ -95,6 +105,8 @@ private:
     MonitorState state_;
     std::optional<std::string> sourceUID_;
     std::optional<UUID> profileID_;
+    std::optional<UUID> otherProfileID_;
+    double matchDB_ = 0;
     ConfigPublisher::StageMaker makeStage_;
     BusLoudness loudness_;
     std::string message_;

@@ -14,10 +14,13 @@ class QToolButton;
 
 namespace brindlehum {
 
+class AlignmentPanel;
 class MenuButton;
+class NumberField;
+class ReferenceButton;
 class ValueSlider;
 
-// Volume, dim and mute.
+// Volume, in dB and, with a reference, in dB SPL; dim and mute.
 class MonitorLevel : public QWidget {
     Q_OBJECT
 public:
@@ -26,26 +29,37 @@ public:
 
 private:
     MonitorEngine& monitor_;
-    QLabel* readout_;
+    NumberField* volume_;
+    QLabel* spl_;
     ValueSlider* slider_;
+    ReferenceButton* reference_;
     QToolButton* dim_;
+    NumberField* dimBy_;
     QToolButton* mute_;
 };
 
-// The fold-down, as a row of buttons of which one is down.
+// The fold-down, as a row of buttons of which one is down, and checks that hold as long as their button.
 class MonitorListen : public QWidget {
     Q_OBJECT
 public:
     explicit MonitorListen(MonitorEngine& monitor, QWidget* parent = nullptr);
     void refresh();
 
+protected:
+    void hideEvent(QHideEvent* event) override;
+
 private:
     MonitorEngine& monitor_;
+    void addCheck(const QString& text, const QString& help, MonitorCheck check);
+
     std::vector<QToolButton*> modes_;
+    std::vector<std::pair<MonitorCheck, QToolButton*>> checks_;
+    QLabel* checking_;
     QToolButton* fold_;
 };
 
-// Trim of the heights, the way out of solos and mutes, and for experts where the bus begins.
+// Trim of the heights, the alignment of the speakers, the way out of solos and mutes, and for experts where the bus
+// begins.
 class MonitorTrim : public QWidget {
     Q_OBJECT
 public:
@@ -56,8 +70,10 @@ private:
     MonitorEngine& monitor_;
     SettingsStore& settings_;
     ValueSlider* heights_;
-    QLabel* readout_;
+    NumberField* heightsBy_;
     QPushButton* clear_;
+    QPushButton* align_;
+    AlignmentPanel* alignment_;
     QWidget* offset_;
     QSpinBox* input_;
 };

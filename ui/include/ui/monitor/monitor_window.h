@@ -18,9 +18,10 @@ class MonitorListen;
 class MonitorRoute;
 class MonitorTrim;
 class MonitorUpmix;
+class ProfileCompare;
 
-// Every control writes one field of the monitor's state. Keys: D dims, M mutes, 1 to 5 choose the fold-down, + and -
-// the volume, Return starts and stops.
+// Every control writes one field of the monitor's state. Keys: D dims, M mutes, R goes to the reference, X to the other
+// output, 1 to 5 choose the fold-down, + and - the volume, Return starts and stops.
 class MonitorWindow : public QWidget {
     Q_OBJECT
 public:
@@ -34,6 +35,7 @@ private:
     void addKeys();
     void refresh();
     void showFigures();
+    QString whySilent() const;
 
     MonitorEngine& monitor_;
     MonitorMeter meter_;
@@ -42,6 +44,7 @@ private:
     MonitorListen* listen_;
     MonitorTrim* trim_;
     MonitorUpmix* upmix_;
+    ProfileCompare* compare_;
     QLabel* message_;
     QLabel* format_;
 };
