@@ -13,8 +13,10 @@
 #include "support/platform/manual_audio.h"
 #include "support/platform/manual_main_loop.h"
 #include "ui/look/number_field.h"
+#include "ui/look/value_slider.h"
 #include "ui/monitor/reference_button.h"
 #include "ui/monitor/speaker_map.h"
+#include "ui/player/upmix_sliders.h"
 
 namespace brindlehum {
 namespace {
@@ -116,6 +118,14 @@ TEST_F(MonitorWindowTest, ControlsFollowTheStateAndTheProfile) {
     settings_.change([](AppSettings& s) { s.expertMode = true; });
     EXPECT_TRUE(window_.findChild<QSpinBox*>()->isVisible());
     EXPECT_EQ(window_.findChild<QSpinBox*>()->value(), 1) << "inputs count from 1";
+    auto* sliders = window_.findChild<UpmixSliders*>();
+    EXPECT_FALSE(sliders->isVisible());
+    QTest::mouseClick(button<QToolButton>("Upmix"), Qt::LeftButton);
+    EXPECT_TRUE(sliders->isVisible());
+    for (auto* each : sliders->findChildren<ValueSlider*>()) {
+        if (each->accessibleName() == "Heights") { each->setValue(each->maximum()); }
+    }
+    EXPECT_EQ(monitor_.state().upmix.params.heightDB, 6);
 
     EXPECT_FALSE(button<QToolButton>("Folded to L and R")->isVisible());
     settings_.change([](AppSettings& s) { s.profiles[0].kind = OutputProfile::Kind::headphones; });

@@ -8,6 +8,7 @@
 #include "base/error.h"
 #include "mix/config/speaker_map.h"
 #include "mix/render/render_watch.h"
+#include "monitor/engine/monitor_devices.h"
 #include "monitor/state/level_match.h"
 #include "monitor/state/monitor_matrix.h"
 
@@ -19,8 +20,6 @@ constexpr double maxFall = 0.1;     // seconds that the device gets to fall sile
 
 const char* const noSource = "Choose the source (where your DAW's bus arrives)";
 const char* const noServer = "The monitor needs a sound server, and none answers";
-const char* const sourceGone = "The source isn't available; the monitor goes on when it is back";
-const char* const outputGone = "The output device isn't available";
 const char* const howls = "What the output plays comes back to the source, which would howl; the monitor waits";
 const char* const notCombined = "Couldn't combine the source and output devices";
 const char* const noChannels = "The devices report no usable channels";
@@ -181,23 +180,11 @@ void MonitorEngine::say(std::string message) {
 std::string MonitorEngine::open() {
     DuplexAudio* const duplex = audio_.duplex();
     if (!duplex) { return noServer; }
-    const auto inputs = duplex->allInputs();
-    const auto input = std::ranges::find(inputs, *sourceUID_, &AudioInputDevice::uid);
-    if (input == inputs.end()) { return sourceGone; }
     const OutputProfile& wanted = profile();
-    const auto outputs = audio_.allOutputs();
-    const auto standard = audio_.defaultOutput();
-    const auto output = std::ranges::find_if(outputs, [&](const AudioOutputDevice& each) {
-        return wanted.deviceUID ? each.uid == *wanted.deviceUID : each.id == standard;
-    });
-    if (output == outputs.end()) { return outputGone; }
-    if (duplex->feedsBack(*input, output->id)) { return howls; }
-
-    DuplexRequest request{*input, output->id, !wanted.deviceUID};
-    if (input->uid == DuplexAudio::openPortsUID) {
-        request.input.inputChannels = std::max(state_.sourceOffset, 0) + int(channels(state_.source).size());
-    }
-    request.input.inputChannels = std::min(request.input.inputChannels, RenderContext::maxSourceChannels);
+    const auto [problem, request, positions] =
+        chosenDevices({duplex->allInputs(), audio_.allOutputs(), audio_.defaultOutput()}, *sourceUID_, wanted, state_);
+    if (!problem.empty()) { return problem; }
+    if (duplex->feedsBack(request.input, request.output)) { return howls; }
     if (!unit_) {
         unit_ = std::make_shared<MatrixUnit>();
         watch_ = std::make_shared<RenderWatch>(*unit_);
@@ -218,7 +205,7 @@ std::string MonitorEngine::open() {
     deviceChannels_ = std::min(stream_->channels(), RenderContext::maxDeviceChannels);
     if (inputChannels_ < 1 || deviceChannels_ < 1) { return noChannels; }
     opened_ = wanted;
-    positions_ = output->positions;
+    positions_ = positions;
     unit_->tap().open(inputChannels_, stream_->sampleRate());
     loudness_.open(unit_->tap().ring(), stream_->sampleRate());
     unit_->align().open(deviceChannels_, stream_->sampleRate(), RenderContext::maxFrames);

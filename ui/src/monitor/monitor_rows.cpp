@@ -208,6 +208,10 @@ void MonitorTrim::refresh() {
     input_->setValue(state.sourceOffset + 1);
 }
 
+void MonitorUpmixNumbers::edit(const UpmixParams& params) {
+    brindlehum::edit(monitor_, [&params](MonitorState& s) { s.upmix.params = params; });
+}
+
 MonitorUpmix::MonitorUpmix(MonitorEngine& monitor, QWidget* parent) : QWidget(parent), monitor_(monitor) {
     on_ = toggle("Upmix", {}, [this](bool on) { edit(monitor_, [on](MonitorState& s) { s.upmix.enabled = on; }); });
     on_->setIcon(symbol("upmix"));

@@ -8,6 +8,7 @@
 #include <algorithm>
 
 #include "monitor/state/monitor_matrix.h"
+#include "ui/look/form_scroll.h"
 #include "ui/look/screen_fit.h"
 #include "ui/monitor/level_bars.h"
 #include "ui/monitor/loudness_panel.h"
@@ -15,6 +16,7 @@
 #include "ui/monitor/monitor_rows.h"
 #include "ui/monitor/profile_compare.h"
 #include "ui/monitor/speaker_map.h"
+#include "ui/player/upmix_sliders.h"
 
 namespace brindlehum {
 namespace {
@@ -48,7 +50,7 @@ QWidget* metered(const char* name, QWidget* meter) {
 }  // namespace
 
 MonitorWindow::MonitorWindow(MonitorEngine& monitor, SettingsStore& settings, MainLoop& loop)
-    : monitor_(monitor), meter_(monitor, loop) {
+    : monitor_(monitor), settings_(settings), meter_(monitor, loop) {
     setObjectName("window");
     setAttribute(Qt::WA_StyledBackground);
     setWindowTitle("Monitor");
@@ -64,7 +66,11 @@ MonitorWindow::MonitorWindow(MonitorEngine& monitor, SettingsStore& settings, Ma
     meters->addWidget(metered("Speakers", new LevelBars(meter_, LevelBars::Of::speakers)));
     meters->addWidget(new LoudnessPanel(monitor.loudness()));
     column->addLayout(meters);
-    column->addWidget(new SpeakerMap(monitor, meter_), 1);
+    auto* middle = new QHBoxLayout;
+    middle->setSpacing(spacing);
+    middle->addWidget(new SpeakerMap(monitor, meter_), 1);
+    middle->addWidget(sliderPane_ = new FormScroll(sliders_ = new UpmixSliders(numbers_)), 1);
+    column->addLayout(middle, 1);
     column->addWidget(trim_ = new MonitorTrim(monitor, settings));
     auto* last = new QHBoxLayout;
     last->addWidget(upmix_ = new MonitorUpmix(monitor), 1);
@@ -116,6 +122,9 @@ void MonitorWindow::refresh() {
     trim_->refresh();
     upmix_->refresh();
     compare_->refresh();
+    sliderPane_->setVisible(settings_.value().expertMode && monitor_.upmixAvailable() &&
+                            monitor_.state().upmix.enabled);
+    if (!sliderPane_->isHidden()) { sliders_->refresh(); }
     QString message = QString::fromStdString(monitor_.message());
     if (message.isEmpty()) { message = whySilent(); }
     message_->setText(message);

@@ -4,6 +4,7 @@
 #include <QWidget>
 #include <vector>
 
+#include "mix/player/upmix_numbers.h"
 #include "monitor/engine/monitor_engine.h"
 #include "settings/settings_store.h"
 
@@ -76,6 +77,19 @@ private:
     AlignmentPanel* alignment_;
     QWidget* offset_;
     QSpinBox* input_;
+};
+
+// The upmix's numbers of the monitor.
+class MonitorUpmixNumbers : public UpmixNumbers {
+public:
+    explicit MonitorUpmixNumbers(MonitorEngine& monitor) : monitor_(monitor) {}
+    const UpmixParams& now() const override { return monitor_.state().upmix.params; }
+    UpmixParams start() const override { return params(monitor_.state().upmix.preset); }
+    bool isStereo() const override { return monitor_.state().source == MonitorSource::stereo; }
+    void edit(const UpmixParams& params) override;
+
+private:
+    MonitorEngine& monitor_;
 };
 
 class MonitorUpmix : public QWidget {

@@ -6,6 +6,7 @@
 #include "monitor/engine/monitor_engine.h"
 #include "monitor/engine/monitor_meter.h"
 #include "settings/settings_store.h"
+#include "ui/monitor/monitor_rows.h"
 
 class QLabel;
 class QPushButton;
@@ -13,12 +14,9 @@ class QToolButton;
 
 namespace brindlehum {
 
-class MonitorLevel;
-class MonitorListen;
 class MonitorRoute;
-class MonitorTrim;
-class MonitorUpmix;
 class ProfileCompare;
+class UpmixSliders;
 
 // Every control writes one field of the monitor's state. Keys: D dims, M mutes, R goes to the reference, X to the other
 // output, 1 to 5 choose the fold-down, + and - the volume, Return starts and stops.
@@ -38,7 +36,11 @@ private:
     QString whySilent() const;
 
     MonitorEngine& monitor_;
+    SettingsStore& settings_;
     MonitorMeter meter_;
+    MonitorUpmixNumbers numbers_{monitor_};
+    UpmixSliders* sliders_;
+    QWidget* sliderPane_;
     MonitorRoute* route_;
     MonitorLevel* level_;
     MonitorListen* listen_;
