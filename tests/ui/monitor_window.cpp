@@ -89,6 +89,12 @@ TEST_F(MonitorWindowTest, ControlsFollowTheStateAndTheProfile) {
     EXPECT_EQ(monitor_.state().mode, MonitorMode::l51);
     QTest::mouseClick(button<QToolButton>("Dim"), Qt::LeftButton);
     EXPECT_TRUE(monitor_.state().dim);
+    QTest::mousePress(button<QToolButton>("L − R"), Qt::LeftButton);
+    EXPECT_EQ(monitor_.state().check, MonitorCheck::side);
+    EXPECT_NE(button<QLabel>("Hearing L − R"), nullptr);
+    QTest::mouseRelease(button<QToolButton>("L − R"), Qt::LeftButton);
+    EXPECT_EQ(monitor_.state().check, MonitorCheck::none);
+    EXPECT_FALSE(button<QToolButton>("L − R")->isChecked());
     MonitorState state;
     state.volumeDB = -12.5;
     state.source = MonitorSource::l51;

@@ -50,7 +50,18 @@ double LevelBars::pitch() const {
 }
 
 double LevelBars::foot() const {
-    return height() - fontMetrics().height() - 2;
+    return height() - 2 * lineHeight() - 2;
+}
+
+double LevelBars::lineHeight() const {
+    return fontMetrics().ascent() + 2;
+}
+
+// Names that are wider than their bars stand on two lines in turn.
+bool LevelBars::isCrowded() const {
+    return std::ranges::any_of(channels(), [this](const auto& each) {
+        return fontMetrics().horizontalAdvance(QString::fromStdString(each.label)) + 2 > pitch();
+    });
 }
 
 double LevelBars::yOf(double db) const {
@@ -98,9 +109,10 @@ void LevelBars::paintChannel(QPainter& painter, size_t channel) const {
         painter.drawText(mark, Qt::AlignCenter, overs > mostShown ? QString("+") : QString::number(overs));
         painter.setFont(this->font());
     }
+    const double line = isCrowded() && channel % 2 == 1 ? lineHeight() : 0;
     painter.setPen(theme.secondary);
-    painter.drawText(QRectF(whole.left() - gap, foot(), whole.width() + 2 * gap, height() - foot()),
-                     Qt::AlignHCenter | Qt::AlignBottom, QString::fromStdString(label));
+    painter.drawText(QRectF(whole.center().x() - widest, foot() + 2 + line, 2 * widest, lineHeight()), Qt::AlignCenter,
+                     QString::fromStdString(label));
 }
 
 void LevelBars::paintEvent(QPaintEvent* /*event*/) {

@@ -7,6 +7,7 @@
 #include <QSignalBlocker>
 #include <QSpinBox>
 #include <QToolButton>
+#include <algorithm>
 #include <functional>
 
 #include "ui/look/icons.h"
@@ -15,7 +16,6 @@
 #include "ui/look/tabular_font.h"
 #include "ui/look/utf8_text.h"
 #include "ui/look/value_slider.h"
-#include "ui/monitor/alignment_panel.h"
 #include "ui/monitor/reference_button.h"
 
 namespace brindlehum {
@@ -53,13 +53,20 @@ NumberField* field(const QString& name, NumberField::Range range, double points)
     return field;
 }
 
+bool hasHeights(const OutputProfile& profile) {
+    const bool headphones = profile.kind == OutputProfile::Kind::headphones;
+    const SpeakerList& list = speakers(headphones ? LayoutID::l916 : profile.layout);
+    return std::ranges::any_of(list, [&](SpeakerID each) { return direction(each, list).el > 20; });
+}
+
 }  // namespace
 
 MonitorLevel::MonitorLevel(MonitorEngine& monitor, QWidget* parent) : QWidget(parent), monitor_(monitor) {
     constexpr double low = MonitorState::lowestDB;
     constexpr double high = MonitorState::highestDB;
     const auto setVolume = [this](double db) { edit(monitor_, [db](MonitorState& s) { s.volumeDB = db; }); };
-    volume_ = field("Monitor volume in dB", {low, high, 0.5, 0}, 20);
+    volume_ = field("Monitor volume in dB", {low, high, 0.5, 0}, 18);
+    volume_->setMinimumHeight(QFontMetrics(volume_->font()).height() + 6);
     volume_->onEdit = setVolume;
     spl_ = new QLabel;
     spl_->setFont(tabularFont(11));
@@ -127,6 +134,7 @@ MonitorListen::MonitorListen(MonitorEngine& monitor, QWidget* parent) : QWidget(
 
 void MonitorListen::addCheck(const QString& text, const QString& help, MonitorCheck check) {
     auto* button = toggle(text, help, [](bool) {});
+    button->setProperty("role", "alarm");
     const auto set = [this](MonitorCheck to) { edit(monitor_, [to](MonitorState& s) { s.check = to; }); };
     connect(button, &QToolButton::pressed, this, [set, check] { set(check); });
     connect(button, &QToolButton::released, this, [set] { set(MonitorCheck::none); });
@@ -164,17 +172,6 @@ MonitorTrim::MonitorTrim(MonitorEngine& monitor, SettingsStore& settings, QWidge
     heights_->onEdit = setHeights;
     heightsBy_ = field("Height trim in dB", {low, high, 0.5, 0}, 10);
     heightsBy_->onEdit = setHeights;
-    alignment_ = new AlignmentPanel(monitor, this);
-    align_ = new QPushButton("Alignment…");
-    align_->setToolTip("Delay and polarity of each speaker");
-    connect(align_, &QPushButton::clicked, alignment_, &AlignmentPanel::bringUp);
-    clear_ = new QPushButton("Clear solos and mutes");
-    connect(clear_, &QPushButton::clicked, this, [this] {
-        edit(monitor_, [](MonitorState& s) {
-            s.solo.clear();
-            s.muted.clear();
-        });
-    });
     offset_ = new QWidget;
     auto* offsetRow = rowIn(offset_);
     input_ = new QSpinBox;
@@ -190,8 +187,6 @@ MonitorTrim::MonitorTrim(MonitorEngine& monitor, SettingsStore& settings, QWidge
     row->addWidget(caption);
     row->addWidget(heights_, 1);
     row->addWidget(heightsBy_);
-    row->addWidget(align_);
-    row->addWidget(clear_);
     row->addStretch(1);
     row->addWidget(offset_);
     refresh();
@@ -201,8 +196,10 @@ void MonitorTrim::refresh() {
     const MonitorState& state = monitor_.state();
     heights_->setNumber(state.heightTrimDB);
     heightsBy_->setNumber(state.heightTrimDB);
-    align_->setText(state.alignment.empty() ? "Alignment…" : QString("Alignment (%1)…").arg(state.alignment.size()));
-    clear_->setVisible(!state.solo.empty() || !state.muted.empty());
+    const bool any = hasHeights(monitor_.profile());
+    heights_->setEnabled(any);
+    heightsBy_->setEnabled(any);
+    setToolTip(any ? QString() : QString("The room has no height speakers"));
     offset_->setVisible(settings_.value().expertMode);
     const QSignalBlocker quiet(input_);
     input_->setValue(state.sourceOffset + 1);

@@ -15,16 +15,16 @@
 #include "ui/monitor/monitor_route.h"
 #include "ui/monitor/monitor_rows.h"
 #include "ui/monitor/profile_compare.h"
-#include "ui/monitor/speaker_map.h"
+#include "ui/monitor/speaker_pane.h"
 #include "ui/player/upmix_sliders.h"
 
 namespace brindlehum {
 namespace {
 
-constexpr QSize usualSize(760, 700);  // logical pixels, as are the next
-constexpr QSize leastSize(560, 520);
+constexpr QSize usualSize(760, 740);  // logical pixels, as are the next
+constexpr QSize leastSize(720, 640);
 constexpr int margin = 16;
-constexpr int spacing = 14;
+constexpr int spacing = 10;
 
 QLabel* quiet() {
     auto* label = new QLabel;
@@ -68,7 +68,7 @@ MonitorWindow::MonitorWindow(MonitorEngine& monitor, SettingsStore& settings, Ma
     column->addLayout(meters);
     auto* middle = new QHBoxLayout;
     middle->setSpacing(spacing);
-    middle->addWidget(new SpeakerMap(monitor, meter_), 1);
+    middle->addWidget(speakers_ = new SpeakerPane(monitor, meter_), 1);
     middle->addWidget(sliderPane_ = new FormScroll(sliders_ = new UpmixSliders(numbers_)), 1);
     column->addLayout(middle, 1);
     column->addWidget(trim_ = new MonitorTrim(monitor, settings));
@@ -119,6 +119,7 @@ void MonitorWindow::refresh() {
     route_->refresh();
     level_->refresh();
     listen_->refresh();
+    speakers_->refresh();
     trim_->refresh();
     upmix_->refresh();
     compare_->refresh();

@@ -14,8 +14,8 @@ public:
     enum class Of : uint8_t { bus, speakers };
 
     LevelBars(MonitorMeter& meter, Of of, QWidget* parent = nullptr);
-    QSize sizeHint() const override { return {360, 116}; }
-    QSize minimumSizeHint() const override { return {200, 92}; }
+    QSize sizeHint() const override { return {360, 124}; }
+    QSize minimumSizeHint() const override { return {200, 104}; }
 
 protected:
     bool event(QEvent* event) override;
@@ -28,6 +28,8 @@ private:
     double pitch() const;  // from one bar to the next
     double yOf(double db) const;
     double foot() const;
+    double lineHeight() const;
+    bool isCrowded() const;
     QRectF bar(size_t channel) const;
     void paintScale(QPainter& painter) const;
     void paintChannel(QPainter& painter, size_t channel) const;

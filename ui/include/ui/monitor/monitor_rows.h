@@ -15,7 +15,6 @@ class QToolButton;
 
 namespace brindlehum {
 
-class AlignmentPanel;
 class MenuButton;
 class NumberField;
 class ReferenceButton;
@@ -59,8 +58,7 @@ private:
     QToolButton* fold_;
 };
 
-// Trim of the heights, the alignment of the speakers, the way out of solos and mutes, and for experts where the bus
-// begins.
+// Trim of the heights, and for experts where the bus begins.
 class MonitorTrim : public QWidget {
     Q_OBJECT
 public:
@@ -72,9 +70,6 @@ private:
     SettingsStore& settings_;
     ValueSlider* heights_;
     NumberField* heightsBy_;
-    QPushButton* clear_;
-    QPushButton* align_;
-    AlignmentPanel* alignment_;
     QWidget* offset_;
     QSpinBox* input_;
 };

@@ -16,6 +16,7 @@ namespace brindlehum {
 
 class MonitorRoute;
 class ProfileCompare;
+class SpeakerPane;
 class UpmixSliders;
 
 // Every control writes one field of the monitor's state. Keys: D dims, M mutes, R goes to the reference, X to the other
@@ -44,6 +45,7 @@ private:
     MonitorRoute* route_;
     MonitorLevel* level_;
     MonitorListen* listen_;
+    SpeakerPane* speakers_;
     MonitorTrim* trim_;
     MonitorUpmix* upmix_;
     ProfileCompare* compare_;
