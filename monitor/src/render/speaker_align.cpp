@@ -31,28 +31,53 @@ float SpeakerAlign::tapped(const Lane& lane, const Tap& tap, uint32_t now) const
     return tap.inverted ? -x : x;
 }
 
+// In two pieces where the ring ends.
+void SpeakerAlign::keep(Lane& lane, const float* plane, uint32_t frames) const noexcept {
+    const uint32_t at = lane.at & mask_;
+    const uint32_t first = std::min(frames, mask_ + 1 - at);
+    float* const ring = lane.heard.data();
+    if (plane != nullptr) {
+        std::copy_n(plane, first, ring + at);
+        std::copy_n(plane + first, frames - first, ring);
+    } else {
+        std::fill_n(ring + at, first, 0.0F);
+        std::fill_n(ring, frames - first, 0.0F);
+    }
+    lane.at += frames;
+}
+
+// What isn't changing: in two pieces, too.
+void SpeakerAlign::play(const Lane& lane, uint32_t start, float* plane, uint32_t frames) const noexcept {
+    if (lane.to.frames > 0) {
+        const uint32_t at = (start - lane.to.frames) & mask_;
+        const uint32_t first = std::min(frames, mask_ + 1 - at);
+        std::copy_n(lane.heard.data() + at, first, plane);
+        std::copy_n(lane.heard.data(), frames - first, plane + first);
+    }
+    if (lane.to.inverted) {
+        for (uint32_t i = 0; i < frames; ++i) { plane[i] = -plane[i]; }
+    }
+}
+
 void SpeakerAlign::process(int32_t channel, float* plane, int32_t frames) noexcept {
     if (channel >= channels_) { return; }
     Lane& lane = lanes_[size_t(channel)];
     const uint32_t start = lane.at;
-    for (int32_t i = 0; i < frames; ++i) {
-        lane.heard[(start + uint32_t(i)) & mask_] = plane != nullptr ? plane[i] : 0.0F;
-    }
-    lane.at = start + uint32_t(frames);
+    keep(lane, plane, uint32_t(frames));
     const Tap wanted = lane.wanted.load(std::memory_order_relaxed);
     if (lane.faded >= fadeFrames_ && wanted != lane.to) {
         lane.from = lane.to;
         lane.to = wanted;
         lane.faded = 0;
     }
-    if (plane == nullptr || (lane.faded >= fadeFrames_ && lane.to == Tap())) { return; }
+    if (plane == nullptr) { return; }
+    if (lane.faded >= fadeFrames_) { return play(lane, start, plane, uint32_t(frames)); }
     for (int32_t i = 0; i < frames; ++i) {
         const uint32_t now = start + uint32_t(i);
-        plane[i] = tapped(lane, lane.to, now);
-        if (lane.faded >= fadeFrames_) { continue; }
-        const float share = float(++lane.faded) / float(fadeFrames_);
+        lane.faded = std::min(lane.faded + 1, fadeFrames_);
+        const float share = float(lane.faded) / float(fadeFrames_);
         const float old = tapped(lane, lane.from, now);
-        plane[i] = old + share * (plane[i] - old);
+        plane[i] = old + share * (tapped(lane, lane.to, now) - old);
     }
 }
 

@@ -137,10 +137,10 @@ void MonitorWindow::refresh() {
 // A solo of speakers that the mode leaves silent.
 QString MonitorWindow::whySilent() const {
     const MonitorState& state = monitor_.state();
+    if (state.solo.empty()) { return {}; }
     const auto unreached = MonitorMatrix::unreached(state, monitor_.profile());
     const bool silent = std::ranges::all_of(state.solo, [&](SpeakerID each) { return unreached.contains(each); });
-    if (state.solo.empty() || !silent) { return {}; }
-    return "Nothing is sent to the soloed speakers in this mode.";
+    return silent ? QString("Nothing is sent to the soloed speakers in this mode.") : QString();
 }
 
 // What the stream is, and how it does.

@@ -38,6 +38,8 @@ private:
         uint32_t at = 0;     // where the next frame is written
         std::vector<float> heard;
     };
+    void keep(Lane& lane, const float* plane, uint32_t frames) const noexcept;
+    void play(const Lane& lane, uint32_t start, float* plane, uint32_t frames) const noexcept;
     float tapped(const Lane& lane, const Tap& tap, uint32_t now) const noexcept;
 
     std::unique_ptr<Lane[]> lanes_;
