@@ -127,6 +127,16 @@ std::string uidOf(MonitorEngine& monitor, const std::string& source) {
     throw Error("no source " + source);
 }
 
+Json figuresOf(const MonitorEngine& monitor) {
+    return {{"running", true},
+            {"sampleRate", monitor.sampleRate()},
+            {"inputs", monitor.inputChannels()},
+            {"outputs", monitor.deviceChannels()},
+            {"latency", monitor.latency()},
+            {"upmixLatency", monitor.addedLatency()},
+            {"dropouts", monitor.dropouts()}};
+}
+
 bool passBus(Words words) {
     if (words.size() < 2) { throw UsageError("no source and profile given"); }
     const MonitorState state = stateOf(words.subspan(2));
@@ -139,20 +149,19 @@ bool passBus(Words words) {
     MonitorEngine monitor(*audio, settings, loop);
     monitor.setState(state);
     monitor.setSourceUID(uidOf(monitor, words[0]));
-    std::string told = "-";
+    std::string warned;
+    Json told;
     const auto tell = [&] {
-        const std::string now = monitor.running() ? "" : monitor.message();
+        const std::string warning = monitor.running() ? "" : monitor.message();
+        if (warning != warned && !warning.empty()) { printError(warning); }
+        warned = warning;
+        // The latency is known when the first block has been heard.
+        const Json now = monitor.latency() > 0 ? figuresOf(monitor) : Json();
         if (now == told) { return; }
         told = now;
-        if (!now.empty()) { printError(now); }
-        if (now.empty()) {
-            print({{"running", true},
-                   {"sampleRate", monitor.sampleRate()},
-                   {"inputs", monitor.inputChannels()},
-                   {"outputs", monitor.deviceChannels()},
-                   {"latency", monitor.addedLatency()}});
-            std::cout.flush();
-        }
+        if (now.is_null()) { return; }
+        print(now);
+        std::cout.flush();
     };
     endAtInterrupt();
     monitor.start();

@@ -43,13 +43,18 @@ nlohmann::json MonitorCommands::handle(const ControlParams& params) {
             {"running", monitor_.running()},
             {"upmix", state.upmix.enabled},
             {"upmixPreset", displayName(state.upmix.preset)},
-            {"upmixAvailable", monitor_.upmixAvailable()}};
+            {"upmixAvailable", monitor_.upmixAvailable()},
+            {"latency", monitor_.latency()},
+            {"dropouts", monitor_.dropouts()},
+            {"shortTerm", monitor_.loudness().reading().shortTerm},
+            {"integrated", monitor_.loudness().reading().integrated}};
 }
 
 void MonitorCommands::act(const std::string& action, const ControlParams& params) {
     MonitorState next = monitor_.state();
     if (action == "start") { return monitor_.start(); }
     if (action == "stop") { return monitor_.stop(); }
+    if (action == "loudness-reset") { return monitor_.loudness().reset(); }
     if (action == "dim") { next.dim = !next.dim; }
     if (action == "mute") { next.mute = !next.mute; }
     if (action == "fold") { next.mode = brindlehum::next(allMonitorModes, next.mode); }

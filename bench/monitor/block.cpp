@@ -32,8 +32,9 @@ struct Planes {
     std::vector<float*> pointers;
 };
 
-// A bus in a 9.1.6 room; with `changes`, each block fades to another volume.
-void block(benchmark::State& state, MonitorSource source, bool upmix, bool changes) {
+// A bus in a 9.1.6 room, with a reader of its loudness; with `changes`, each block fades to another volume, and with
+// `delays`, every speaker is delayed.
+void block(benchmark::State& state, MonitorSource source, bool upmix, bool changes, bool delays = false) {
     MonitorState set;
     set.source = source;
     set.upmix.enabled = upmix;
@@ -50,10 +51,14 @@ void block(benchmark::State& state, MonitorSource source, bool upmix, bool chang
     mn_upmix* const raw = upmixer ? upmixer->raw() : nullptr;
     const RenderConfig configs[] = {RenderConfig(made(0), raw), RenderConfig(made(-6), raw)};
     MatrixUnit unit;
+    unit.tap().open(width, rate);
+    unit.align().open(width, rate, RenderContext::maxFrames);
+    for (int c = 0; delays && c < width; ++c) { unit.align().set(c, c + 0.5, true); }
     unit.restart(rate);
     unit.context().setConfig(&configs[0].record);
     const Planes in(true);
     const Planes out(false);
+    const Planes read(false);
     const std::vector<const float*> inputs(in.pointers.begin(), in.pointers.end());
     const DeviceBuffers buffers{out.pointers.data(), width, frames, inputs.data(), width};
     for (int i = 0; i < 50; ++i) { unit.render(frames, buffers); }  // it has risen
@@ -65,6 +70,7 @@ void block(benchmark::State& state, MonitorSource source, bool upmix, bool chang
             unit.render(frames, buffers);
         });
         best.add(seconds);
+        while (mn_ring_read(unit.tap().ring().get(), read.pointers.data(), frames, nullptr) > 0) {}
         state.SetIterationTime(seconds * batch);
     }
     if (out.samples[0][0] == 0) { state.SkipWithError("nothing was heard"); }
@@ -74,6 +80,7 @@ void block(benchmark::State& state, MonitorSource source, bool upmix, bool chang
 
 BENCHMARK_CAPTURE(block, bed_16_to_16, MonitorSource::l916, false, false)->UseManualTime();
 BENCHMARK_CAPTURE(block, bed_16_to_16_changing, MonitorSource::l916, false, true)->UseManualTime();
+BENCHMARK_CAPTURE(block, bed_16_to_16_delayed, MonitorSource::l916, false, false, true)->UseManualTime();
 BENCHMARK_CAPTURE(block, upmix_6_to_16, MonitorSource::l51, true, false)->UseManualTime();
 BENCHMARK_CAPTURE(block, upmix_2_to_16, MonitorSource::stereo, true, false)->UseManualTime();
 

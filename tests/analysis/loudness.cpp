@@ -7,6 +7,7 @@
 #include <cmath>
 #include <memory>
 
+#include "analysis/loudness/live_loudness.h"
 #include "loudness/loudness_meter.h"
 #include "support/signals.h"
 
@@ -294,6 +295,30 @@ TEST(Loudness, KernelVersionsAgreeWithThePlainFilter) {
             float most = 0;
             for (int64_t i = 0; i < count; ++i) { most = std::max(most, std::abs(x[1][size_t(i)])); }
             EXPECT_EQ(kernels->largest(x[1].data(), count), most) << count;
+        }
+    }
+}
+
+// The running meter says at the end what the measurement of the whole says, whatever the blocks.
+TEST(LiveLoudness, AgreesWithTheMeasurementOfTheWhole) {
+    const SpeakerList bed = {S::L, S::R, S::C, S::LFE, S::Ls, S::Rs};
+    const std::vector<Stretch> levels = {{6, -40}, {5, -20.3}, {4, -31.7}, {7, -18.9}, {3, -25}};
+    for (const double rate : {44100.0, 48000.0, 96000.0}) {
+        const Planes x = steppedSine(levels, rate, bed.size());
+        const auto whole = Loudness::measure(x, rate, SourceFormat::speakers(bed));
+        for (const size_t block : {1000, 4096, 30011}) {
+            LiveLoudness live;
+            live.open(rate, bed);
+            double loudest = LoudnessResult::floor;
+            for (size_t at = 0; at < x[0].size(); at += block) {
+                std::vector<const float*> planes;
+                for (const auto& plane : x) { planes.push_back(plane.data() + at); }
+                live.push(planes.data(), int(std::min(block, x[0].size() - at)));
+                loudest = std::max(loudest, live.reading().shortTerm);
+            }
+            EXPECT_NEAR(live.reading().integrated, whole.integrated, 0.01) << rate << " " << block;
+            EXPECT_LE(loudest, whole.shortTermMax + 1e-9) << rate << " " << block;
+            EXPECT_GT(loudest, whole.shortTermMax - 0.6) << rate << " " << block;
         }
     }
 }

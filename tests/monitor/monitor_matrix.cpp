@@ -206,14 +206,46 @@ TEST(MonitorState, ReadsBackAndForgivesWhatItCannotRead) {
     state.solo = {Ls, Ltf};
     state.muted = {C};
     state.upmix.enabled = true;
+    state.dimDB = -12;
+    state.alignment = {{L, {3.5, true}}};
+    state.reference = {-4, 83};
     EXPECT_EQ(nlohmann::json(state).get<MonitorState>(), state);
 
     const auto odd = nlohmann::json::parse(
-        R"({"source": "l999", "mode": 3, "volumeDB": "loud", "dim": true, "solo": ["Ls", "Xy", 4], "upmix": []})");
+        R"({"source": "l999", "mode": 3, "volumeDB": "loud", "dim": true, "solo": ["Ls", "Xy", 4], "upmix": [],
+            "dimDB": -900, "reference": 5,
+            "alignment": {"L": {"delayMs": 5000}, "R": 3, "Xy": {"delayMs": 1}, "C": {"inverted": "yes"}}})");
     MonitorState expected;
     expected.dim = true;
     expected.solo = {Ls};
+    expected.dimDB = MonitorState::lowestDB;
+    expected.alignment = {{L, {100, false}}};
     EXPECT_EQ(odd.get<MonitorState>(), expected);
+}
+
+TEST(MonitorMatrix, ChecksAreHalfTheSumAndTheDifferenceOfTheFoldDownOnBothFronts) {
+    OutputProfile room;
+    room.layout = LayoutID::l51;
+    MonitorState state;
+    state.source = MonitorSource::l51;
+    state.mode = MonitorMode::stereo;
+    const Matrix stereo = MonitorMatrix::gains(state, room);
+    state.mode = MonitorMode::l714;  // which a check overrules
+    for (const auto& [check, sign] : {std::pair(MonitorCheck::monoSum, 1.0), {MonitorCheck::side, -1.0}}) {
+        state.check = check;
+        const Matrix checked = MonitorMatrix::gains(state, room);
+        for (size_t c = 0; c < 6; ++c) {
+            EXPECT_DOUBLE_EQ(checked[0][c], 0.5 * (stereo[0][c] + sign * stereo[1][c]));
+            EXPECT_EQ(checked[1][c], checked[0][c]);
+            for (size_t r = 2; r < 6; ++r) { EXPECT_EQ(checked[r][c], 0) << r; }
+        }
+        EXPECT_EQ(MonitorMatrix::unreached(state, room),
+                  (std::set{SpeakerID::C, SpeakerID::LFE, SpeakerID::Ls, SpeakerID::Rs}));
+    }
+    EXPECT_EQ(nlohmann::json(state).get<MonitorState>().check, MonitorCheck::none) << "a check is never stored";
+    state.check = MonitorCheck::none;
+    state.mode = MonitorMode::full;
+    EXPECT_TRUE(MonitorMatrix::unreached(state, room).empty());
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 // HeadlessAudioSystem: pace, whole blocks, and silence after a pause.
 #include "platform/headless_audio.h"
 
+#include <algorithm>
 #include <atomic>
 
 namespace brindlehum {
@@ -38,6 +39,31 @@ TEST(HeadlessAudio, RendersWholeBlocksInRealTimeAndNoneAfterAPause) {
         EXPECT_EQ(counter.rendered, after);
     }
     EXPECT_FALSE(counter.overlaps);
+}
+
+TEST(HeadlessAudio, ItsDuplexStreamHearsSilence) {
+    struct Listener : RenderTarget {
+        int32_t render(uint32_t frames, const DeviceBuffers& buffers) noexcept override {
+            bool silent = buffers.inputChannels == 6;
+            for (int c = 0; c < buffers.inputChannels; ++c) {
+                silent = silent && buffers.inputs[c] &&
+                         std::all_of(buffers.inputs[c], buffers.inputs[c] + frames, [](float x) { return x == 0; });
+            }
+            (silent ? heard : wrong) += frames;
+            return 0;
+        }
+        std::atomic<uint64_t> heard = 0, wrong = 0;
+    } listener;
+    HeadlessAudioSystem audio;
+    const auto bus = audio.makeBus({"FL", "FR", "FC", "LFE", "SL", "SR"});
+    const auto inputs = audio.allInputs();
+    const auto found = std::ranges::find(inputs, DuplexAudio::busUID, &AudioInputDevice::uid);
+    ASSERT_NE(found, inputs.end());
+    const auto stream = audio.openDuplex({*found, HeadlessAudioSystem::deviceID}, listener, {});
+    stream->start();
+    while (listener.heard + listener.wrong < 1024) { std::this_thread::yield(); }
+    stream->pause();
+    EXPECT_EQ(listener.wrong, 0U);
 }
 
 }  // namespace

@@ -35,6 +35,8 @@ TEST(RtMonitor, NoChangeAllocatesOrLocks) {
     RenderBench bench(1);
     BinauralStage stage(HRTFSet::shared(48000));
     MatrixUnit unit;
+    unit.tap().open(width, 48000);
+    unit.align().open(width, 48000, RenderContext::maxFrames);
     unit.restart(48000);
     unit.context().setBinauralStage(&stage);
     std::vector<const mn_mix_config*> configs = {nullptr};
@@ -65,6 +67,7 @@ TEST(RtMonitor, NoChangeAllocatesOrLocks) {
     for (int block = 0; block < 800; ++block) {
         if (random() % 3 == 0) { unit.context().setConfig(configs[random() % configs.size()]); }
         if (random() % 30 == 0) { unit.setAudible(random() % 4 != 0); }
+        if (random() % 20 == 0) { unit.align().set(int(random() % width), double(random() % 101), random() % 2 == 0); }
         in[7] = random() % 10 == 0 ? std::numeric_limits<float>::quiet_NaN() : 0.0F;
         const float* inputs[width];
         float* planes[width];

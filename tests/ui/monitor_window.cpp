@@ -12,7 +12,11 @@
 
 #include "support/platform/manual_audio.h"
 #include "support/platform/manual_main_loop.h"
+#include "ui/look/number_field.h"
+#include "ui/look/value_slider.h"
+#include "ui/monitor/reference_button.h"
 #include "ui/monitor/speaker_map.h"
+#include "ui/player/upmix_sliders.h"
 
 namespace brindlehum {
 namespace {
@@ -43,6 +47,12 @@ protected:
         EXPECT_TRUE(QTest::qWaitForWindowActive(&window_));
     }
     SpeakerTile* tile(const QString& name) { return window_.findChild<SpeakerTile*>(name); }
+    NumberField* findNumber(const QString& name) {
+        for (auto* each : window_.findChildren<NumberField*>()) {
+            if (each->accessibleName() == name) { return each; }
+        }
+        return nullptr;
+    }
     template <class Button>
     Button* button(const QString& text) {
         for (auto* each : window_.findChildren<Button*>()) {
@@ -79,6 +89,12 @@ TEST_F(MonitorWindowTest, ControlsFollowTheStateAndTheProfile) {
     EXPECT_EQ(monitor_.state().mode, MonitorMode::l51);
     QTest::mouseClick(button<QToolButton>("Dim"), Qt::LeftButton);
     EXPECT_TRUE(monitor_.state().dim);
+    QTest::mousePress(button<QToolButton>("L − R"), Qt::LeftButton);
+    EXPECT_EQ(monitor_.state().check, MonitorCheck::side);
+    EXPECT_NE(button<QLabel>("Hearing L − R"), nullptr);
+    QTest::mouseRelease(button<QToolButton>("L − R"), Qt::LeftButton);
+    EXPECT_EQ(monitor_.state().check, MonitorCheck::none);
+    EXPECT_FALSE(button<QToolButton>("L − R")->isChecked());
     MonitorState state;
     state.volumeDB = -12.5;
     state.source = MonitorSource::l51;
@@ -86,12 +102,36 @@ TEST_F(MonitorWindowTest, ControlsFollowTheStateAndTheProfile) {
     EXPECT_TRUE(button<QToolButton>("Full")->isChecked());
     EXPECT_FALSE(button<QToolButton>("5.1")->isChecked());
     EXPECT_TRUE(button<QToolButton>("Upmix")->isEnabled());
-    EXPECT_NE(button<QLabel>("-12.5 dB"), nullptr);
+    auto* volume = findNumber("Monitor volume in dB");
+    EXPECT_EQ(volume->text(), "-12.5 dB");
+    volume->selectAll();
+    QTest::keyClicks(volume, "-7,3");
+    QTest::keyClick(volume, Qt::Key_Return);
+    EXPECT_EQ(monitor_.state().volumeDB, -7.3);
+    findNumber("Dim by")->setValue(-10);
+    EXPECT_EQ(monitor_.state().dimDB, -10);
+    auto* reference = window_.findChild<ReferenceButton*>();
+    reference->askSPL = [](double, double) { return 83.0; };
+    QTest::mouseClick(reference, Qt::LeftButton, {}, {5, 5});
+    findNumber("Monitor volume in dB")->setValue(-20);
+    EXPECT_NE(button<QLabel>("70.3 dB SPL"), nullptr);
+    QTest::mouseClick(reference, Qt::LeftButton, {}, {5, 5});
+    EXPECT_EQ(monitor_.state().volumeDB, -7.3);
+    findNumber("Delay of C")->setValue(2.5);
+    EXPECT_EQ(monitor_.state().alignment, (std::map<SpeakerID, SpeakerAlignment>{{SpeakerID::C, {2.5, false}}}));
 
     EXPECT_FALSE(window_.findChild<QSpinBox*>()->isVisible());
     settings_.change([](AppSettings& s) { s.expertMode = true; });
     EXPECT_TRUE(window_.findChild<QSpinBox*>()->isVisible());
     EXPECT_EQ(window_.findChild<QSpinBox*>()->value(), 1) << "inputs count from 1";
+    auto* sliders = window_.findChild<UpmixSliders*>();
+    EXPECT_FALSE(sliders->isVisible());
+    QTest::mouseClick(button<QToolButton>("Upmix"), Qt::LeftButton);
+    EXPECT_TRUE(sliders->isVisible());
+    for (auto* each : sliders->findChildren<ValueSlider*>()) {
+        if (each->accessibleName() == "Heights") { each->setValue(each->maximum()); }
+    }
+    EXPECT_EQ(monitor_.state().upmix.params.heightDB, 6);
 
     EXPECT_FALSE(button<QToolButton>("Folded to L and R")->isVisible());
     settings_.change([](AppSettings& s) { s.profiles[0].kind = OutputProfile::Kind::headphones; });

@@ -15,17 +15,6 @@ double loudnessOf(double power) {
     return power > 0 ? -0.691 + 10 * std::log10(power) : LoudnessResult::floor;
 }
 
-// Zeroes decayed filter memory, before it becomes denormal numbers, which are slow; below -600 dB it counts as silence.
-void settle(KState& state) {
-    for (KState::Stage* stage : {&state.shelf, &state.highPass}) {
-        for (auto* values : {stage->x1, stage->x2, stage->y1, stage->y2}) {
-            for (int c = 0; c < 4; ++c) {
-                if (!(std::abs(values[c]) > 1e-30) || !std::isfinite(values[c])) { values[c] = 0; }
-            }
-        }
-    }
-}
-
 // Mean powers of windows of `width` blocks, one block apart, for the first `count` positions.
 std::vector<double> windowPowers(const std::vector<double>& blocks, size_t width, size_t count) {
     std::vector<double> out(count);
@@ -73,31 +62,24 @@ double integrated(const std::vector<double>& gates) {
     return kept == 0 ? LoudnessResult::floor : loudnessOf(mean);
 }
 
+std::vector<size_t> heardOf(const std::vector<double>& weights) {
+    std::vector<size_t> heard;
+    for (size_t c = 0; c < weights.size(); ++c) {
+        if (weights[c] > 0) { heard.push_back(c); }
+    }
+    return heard;
+}
+
 }  // namespace
 
 LoudnessMeter::LoudnessMeter(double sampleRate, const std::optional<SourceFormat>& source, int channels)
     : sampleRate_(sampleRate),
-      blockSize_(std::max<int64_t>(int64_t(0.1 * sampleRate), 1)),
-      filters_(kWeighting(sampleRate)),
-      ambisonic_(source && source->asAmbisonic() != nullptr && channels > 0) {
-    const int measured = ambisonic_ ? 1 : channels;
-    const std::vector<double> weight = ambisonic_ ? std::vector<double>{1.0} : weights(source, measured);
-    std::vector<int> heard;
-    for (int c = 0; c < measured; ++c) {
-        if (weight[size_t(c)] > 0) { heard.push_back(c); }
-    }
-    for (size_t at = 0; at < heard.size();) {
-        const size_t left = heard.size() - at;
-        const size_t take = left >= 4 ? 4 : left >= 2 ? 2 : 1;
-        Group& group = groups_.emplace_back();
-        for (; group.channels.size() < take; ++at) {
-            group.channels.push_back(size_t(heard[at]));
-            group.weights.push_back(weight[size_t(heard[at])]);
-        }
-    }
-    truePeaks_.resize(size_t(measured));
-    repaired_.resize(size_t(measured));
-    planes_.resize(size_t(measured));
+      ambisonic_(source && source->asAmbisonic() != nullptr && channels > 0),
+      weights_(ambisonic_ ? std::vector<double>{1.0} : weights(source, channels)),
+      channelPowers_(sampleRate, heardOf(weights_)) {
+    truePeaks_.resize(weights_.size());
+    repaired_.resize(weights_.size());
+    planes_.resize(weights_.size());
 }
 
 LoudnessMeter::~LoudnessMeter() = default;
@@ -113,45 +95,24 @@ void LoudnessMeter::push(const float* const* planes, int frames) {
     for (size_t c = 0; c < planes_.size(); ++c) {
         truePeak_ = truePeaks_[c].push({planes_[c], size_t(frames)}, truePeak_);
     }
-    for (Group& group : groups_) { measure(group, frames); }
-    frames_ += frames;
-}
-
-void LoudnessMeter::measure(Group& group, int frames) {
-    const Kernels& kernels = fastestKernels();
-    const size_t count = group.channels.size();
-    const auto run = count == 1 ? kernels.one : count == 2 ? kernels.two : kernels.four;
-    const float* planes[4] = {};
-    for (size_t c = 0; c < count; ++c) { planes[c] = planes_[group.channels[c]]; }
-    int64_t block = frames_ / blockSize_;
-    int64_t filled = frames_ % blockSize_;
-    for (int64_t at = 0; at < frames;) {
-        const int64_t take = std::min(blockSize_ - filled, frames - at);
-        run(planes, at, take, filters_.first, filters_.second, group.state, group.energies.data());
-        at += take;
-        filled += take;
-        if (filled < blockSize_) { continue; }
-        filled = 0;
-        settle(group.state);
-        if (powers_.size() <= size_t(block)) { powers_.resize(size_t(block) + 1, 0.0); }
-        for (size_t c = 0; c < count; ++c) {
-            // Below 4 kHz the shelf has no stable form, so its output may overflow; skip such blocks.
-            const double power = group.weights[c] * group.energies[c] / double(blockSize_);
-            if (std::isfinite(power)) { powers_[size_t(block)] += power; }
-        }
-        group.energies = {};
-        ++block;
-    }
+    channelPowers_.push(planes_.data(), frames, [this](size_t block, size_t channel, double meanSquare) {
+        if (powers_.size() <= block) { powers_.resize(block + 1, 0.0); }
+        // Below 4 kHz the shelf has no stable form, so its output may overflow; skip such blocks.
+        const double power = weights_[channel] * meanSquare;
+        if (std::isfinite(power)) { powers_[block] += power; }
+    });
 }
 
 LoudnessResult LoudnessMeter::finish() {
     LoudnessResult out;
     if (ambisonic_) { out.note = "Ambisonics: measured on W (omni)"; }
-    if (frames_ == 0) { return out; }
-    powers_.resize(size_t(frames_ / blockSize_), 0.0);
+    const int64_t frames = channelPowers_.frames();
+    const int64_t blockSize = channelPowers_.blockFrames();
+    if (frames == 0) { return out; }
+    powers_.resize(size_t(frames / blockSize), 0.0);
     const auto count = int64_t(powers_.size());
     // A gate has 4 blocks, but must also lie within the file by its exact length of 400 ms.
-    const int64_t fitting = std::max<int64_t>((frames_ - int64_t(0.4 * sampleRate_)) / blockSize_ + 1, 0);
+    const int64_t fitting = std::max<int64_t>((frames - int64_t(0.4 * sampleRate_)) / blockSize + 1, 0);
     const std::vector<double> gates = windowPowers(powers_, 4, count > 2 ? size_t(std::min(count - 3, fitting)) : 0);
     out.momentaryMax = largestLoudness(gates);
     out.shortTermMax = shortTermMax(powers_);

@@ -1,14 +1,12 @@
 // LoudnessMeter: the loudness measurement of a signal that comes in blocks.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <optional>
-#include <utility>
 #include <vector>
 
 #include "analysis/loudness/loudness.h"
-#include "loudness/loudness_kernels.h"
+#include "loudness/k_powers.h"
 #include "loudness/true_peak.h"
 
 namespace brindlehum::Loudness {
@@ -25,25 +23,14 @@ public:
     LoudnessResult finish();
 
 private:
-    // Up to 4 channels that are filtered together.
-    struct Group {
-        std::vector<size_t> channels;
-        std::vector<double> weights;
-        KState state;
-        std::array<double, 4> energies{};  // of the block that isn't full yet
-    };
-    void measure(Group& group, int frames);
-
     double sampleRate_;
-    int64_t blockSize_;
-    std::pair<Biquad, Biquad> filters_;
     bool ambisonic_;
-    std::vector<Group> groups_;
+    std::vector<double> weights_;
+    KPowers channelPowers_;
     std::vector<TruePeak> truePeaks_;  // one per measured channel
     std::vector<std::vector<float>> repaired_;
     std::vector<const float*> planes_;
     std::vector<double> powers_;  // weighted, of every full block, summed over the channels
-    int64_t frames_ = 0;
     float samplePeak_ = 0;
     float truePeak_ = 0;
 };

@@ -8,6 +8,7 @@ namespace {
 const char* const stateKey = "monitor.state";
 const char* const sourceKey = "monitor.source";
 const char* const profileKey = "monitor.profile";
+const char* const otherProfileKey = "monitor.otherProfile";
 
 }  // namespace
 
@@ -26,6 +27,10 @@ std::optional<UUID> MonitorChoice::profileID() const {
     return UUID::parse(defaults_.data(profileKey).value_or(""));
 }
 
+std::optional<UUID> MonitorChoice::otherProfileID() const {
+    return UUID::parse(defaults_.data(otherProfileKey).value_or(""));
+}
+
 void MonitorChoice::keep(const MonitorState& state) {
     defaults_.set(stateKey, nlohmann::json(state).dump());
 }
@@ -36,6 +41,10 @@ void MonitorChoice::keepSource(const std::optional<std::string>& uid) {
 
 void MonitorChoice::keepProfile(const std::optional<UUID>& id) {
     defaults_.set(profileKey, id ? id->string() : "");
+}
+
+void MonitorChoice::keepOtherProfile(const std::optional<UUID>& id) {
+    defaults_.set(otherProfileKey, id ? id->string() : "");
 }
 
 }  // namespace brindlehum

@@ -8,6 +8,8 @@
 #include "base/error.h"
 #include "mix/config/speaker_map.h"
 #include "mix/render/render_watch.h"
+#include "monitor/engine/monitor_devices.h"
+#include "monitor/state/level_match.h"
 #include "monitor/state/monitor_matrix.h"
 
 namespace brindlehum {
@@ -18,8 +20,6 @@ constexpr double maxFall = 0.1;     // seconds that the device gets to fall sile
 
 const char* const noSource = "Choose the source (where your DAW's bus arrives)";
 const char* const noServer = "The monitor needs a sound server, and none answers";
-const char* const sourceGone = "The source isn't available; the monitor goes on when it is back";
-const char* const outputGone = "The output device isn't available";
 const char* const howls = "What the output plays comes back to the source, which would howl; the monitor waits";
 const char* const notCombined = "Couldn't combine the source and output devices";
 const char* const noChannels = "The devices report no usable channels";
@@ -35,7 +35,9 @@ MonitorEngine::MonitorEngine(AudioSystem& audio, SettingsStore& settings, MainLo
       state_(choice_.state()),
       sourceUID_(choice_.sourceUID()),
       profileID_(choice_.profileID()),
-      makeStage_(std::move(makeStage)) {
+      otherProfileID_(choice_.otherProfileID()),
+      makeStage_(std::move(makeStage)),
+      loudness_(loop) {
     if (sourceUID_ == DuplexAudio::busUID) { keepBus(); }
     connect(&settings_, &SettingsStore::changed, this, [this] { settingsChanged(); });
     watching_ = audio_.watch([this] { systemChanged(); });
@@ -56,8 +58,10 @@ void MonitorEngine::setState(const MonitorState& state) {
     const bool reordered = state.source != state_.source;
     const bool wider =
         sourceUID_ == DuplexAudio::openPortsUID && (reordered || state.sourceOffset != state_.sourceOffset);
+    const bool refolded = reordered || state.mode != state_.mode || state.check != state_.check;
     state_ = state;
     choice_.keep(state_);
+    if (refolded) { matchLevels(); }
     if (reordered && bus_) { keepBus(); }
     wider ? restartIfRunning() : apply();
     Q_EMIT changed();
@@ -76,8 +80,47 @@ void MonitorEngine::setProfileID(const std::optional<UUID>& id) {
     if (id == profileID_) { return; }
     profileID_ = id;
     choice_.keepProfile(id);
-    restartIfRunning();
+    followProfile();
     Q_EMIT changed();
+}
+
+void MonitorEngine::setOtherProfileID(const std::optional<UUID>& id) {
+    if (id == otherProfileID_) { return; }
+    otherProfileID_ = id;
+    choice_.keepOtherProfile(id);
+    matchLevels();
+    apply();
+    Q_EMIT changed();
+}
+
+const OutputProfile* MonitorEngine::otherProfile() const {
+    const auto& profiles = settings_.value().profiles;
+    const auto chosen = std::ranges::find_if(profiles, [this](const auto& each) { return each.id == otherProfileID_; });
+    return chosen != profiles.end() && chosen->id != profile().id ? &*chosen : nullptr;
+}
+
+void MonitorEngine::switchProfiles() {
+    const OutputProfile* const other = otherProfile();
+    if (!other) { return; }
+    const UUID next = other->id;
+    otherProfileID_ = profile().id;
+    choice_.keepOtherProfile(otherProfileID_);
+    setProfileID(next);
+}
+
+// An edited or another profile is heard at once; one that plays elsewhere takes the monitor along.
+void MonitorEngine::followProfile() {
+    matchLevels();
+    const OutputProfile& now = profile();
+    if (!stream_ || now.deviceUID != opened_.deviceUID) { return restartIfRunning(); }
+    opened_ = now;
+    apply();
+}
+
+// By the loudness of the last seconds, and from then on the same.
+void MonitorEngine::matchLevels() {
+    const OutputProfile* const other = otherProfile();
+    matchDB_ = other ? LevelMatch::gainDB(state_, profile(), *other, loudness_.reading().powers) : 0;
 }
 
 std::vector<AudioInputDevice> MonitorEngine::inputs() {
@@ -99,6 +142,7 @@ void MonitorEngine::keepBus() {
 
 void MonitorEngine::start() {
     if (running()) { return; }
+    if (!wanted_) { lostBefore_ = 0; }
     wanted_ = sourceUID_.has_value();
     if (!wanted_) { return say(noSource); }
     tryToOpen();
@@ -136,23 +180,11 @@ void MonitorEngine::say(std::string message) {
 std::string MonitorEngine::open() {
     DuplexAudio* const duplex = audio_.duplex();
     if (!duplex) { return noServer; }
-    const auto inputs = duplex->allInputs();
-    const auto input = std::ranges::find(inputs, *sourceUID_, &AudioInputDevice::uid);
-    if (input == inputs.end()) { return sourceGone; }
     const OutputProfile& wanted = profile();
-    const auto outputs = audio_.allOutputs();
-    const auto standard = audio_.defaultOutput();
-    const auto output = std::ranges::find_if(outputs, [&](const AudioOutputDevice& each) {
-        return wanted.deviceUID ? each.uid == *wanted.deviceUID : each.id == standard;
-    });
-    if (output == outputs.end()) { return outputGone; }
-    if (duplex->feedsBack(*input, output->id)) { return howls; }
-
-    DuplexRequest request{*input, output->id, !wanted.deviceUID};
-    if (input->uid == DuplexAudio::openPortsUID) {
-        request.input.inputChannels = std::max(state_.sourceOffset, 0) + int(channels(state_.source).size());
-    }
-    request.input.inputChannels = std::min(request.input.inputChannels, RenderContext::maxSourceChannels);
+    const auto [problem, request, positions] =
+        chosenDevices({duplex->allInputs(), audio_.allOutputs(), audio_.defaultOutput()}, *sourceUID_, wanted, state_);
+    if (!problem.empty()) { return problem; }
+    if (duplex->feedsBack(request.input, request.output)) { return howls; }
     if (!unit_) {
         unit_ = std::make_shared<MatrixUnit>();
         watch_ = std::make_shared<RenderWatch>(*unit_);
@@ -173,7 +205,10 @@ std::string MonitorEngine::open() {
     deviceChannels_ = std::min(stream_->channels(), RenderContext::maxDeviceChannels);
     if (inputChannels_ < 1 || deviceChannels_ < 1) { return noChannels; }
     opened_ = wanted;
-    positions_ = output->positions;
+    positions_ = positions;
+    unit_->tap().open(inputChannels_, stream_->sampleRate());
+    loudness_.open(unit_->tap().ring(), stream_->sampleRate());
+    unit_->align().open(deviceChannels_, stream_->sampleRate(), RenderContext::maxFrames);
     unit_->restart(stream_->sampleRate());
     unit_->setAudible(true);
     publisher_->open(stream_->sampleRate());
@@ -195,15 +230,25 @@ void MonitorEngine::close(Falls falls) {
         }
     }
     streamToken_.reset();
+    lostBefore_ += stream_->figures().dropouts;
     stream_.reset();
     watch_->setRunning(false);
+    loudness_.close();
+    unit_->tap().close();
     publisher_->close();
 }
 
 void MonitorEngine::apply() {
     if (!stream_) { return; }
     heard_ = SpeakerMap::onDevice(profile(), positions_);
-    publisher_->set(MonitorMatrix::build(state_, inputChannels_, heard_, deviceChannels_));
+    loudness_.setBus(channels(state_.source), state_.sourceOffset);
+    const auto alignment = MonitorMatrix::alignment(state_, heard_, deviceChannels_);
+    for (int c = 0; c < deviceChannels_; ++c) {
+        unit_->align().set(c, alignment[size_t(c)].delayMs, alignment[size_t(c)].inverted);
+    }
+    MonitorState matched = state_;
+    matched.volumeDB += matchDB_;
+    publisher_->set(MonitorMatrix::build(matched, inputChannels_, heard_, deviceChannels_));
 }
 
 void MonitorEngine::restartIfRunning() {
@@ -223,15 +268,8 @@ void MonitorEngine::systemChanged() {
     Q_EMIT inputsChanged();
 }
 
-// An edited profile is heard at once; one that plays elsewhere now takes the monitor along.
 void MonitorEngine::settingsChanged() {
-    const OutputProfile& now = profile();
-    if (stream_ && now.deviceUID != opened_.deviceUID) {
-        restartIfRunning();
-    } else if (stream_ && now != opened_) {
-        opened_ = now;
-        apply();
-    }
+    if (stream_ && profile() != opened_) { followProfile(); }
     Q_EMIT changed();
 }
 
@@ -242,6 +280,14 @@ bool MonitorEngine::upmixAvailable() const {
 double MonitorEngine::addedLatency() const {
     const Upmixer* const upmixer = stream_ ? publisher_->upmixer() : nullptr;
     return upmixer ? upmixer->fftSize() / upmixer->sampleRate() : 0;
+}
+
+double MonitorEngine::latency() const {
+    return stream_ ? stream_->figures().blockSeconds + addedLatency() : 0;
+}
+
+uint64_t MonitorEngine::dropouts() const {
+    return lostBefore_ + (stream_ ? stream_->figures().dropouts : 0);
 }
 
 std::vector<float> MonitorEngine::takeBusPeaks() {

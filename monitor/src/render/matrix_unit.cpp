@@ -25,14 +25,16 @@ void MatrixUnit::restart(double sampleRate) noexcept {
 int32_t MatrixUnit::render(uint32_t frames, const DeviceBuffers& buffers) noexcept {
     const auto n = int32_t(std::min({frames, buffers.frames, uint32_t(RenderContext::maxFrames)}));
     measureInputs(buffers, n);
+    tap_.write(buffers, n);
     context_.render(frames, buffers);
     const bool settled = isSettled(buffers, n);
     const bool audible = audible_.load(std::memory_order_relaxed) && (settled || level_ > 0);
     const double step = (audible ? 1 / riseSeconds : -1 / fallSeconds) / sampleRate_;
     for (int32_t c = 0; c < buffers.channels; ++c) {
         float* const plane = buffers.planes[c];
+        if (plane != nullptr) { guard(plane, n); }
+        align_.process(c, plane, n);
         if (plane == nullptr) { continue; }
-        guard(plane, n);
         if (audible && level_ == 1) { continue; }
         for (int32_t i = 0; i < n; ++i) { plane[i] *= float(std::clamp(level_ + step * (i + 1), 0.0, 1.0)); }
     }

@@ -10,7 +10,6 @@
 namespace brindlehum::MonitorMatrix {
 namespace {
 
-constexpr double dimDB = -20;
 constexpr double heightElevation = 20;  // degrees; speakers above it are heights
 
 double linear(double db) {
@@ -23,7 +22,8 @@ bool isHeadphones(const OutputProfile& profile) {
 
 // Heard from the places of its speakers: what has more channels than ears.
 bool isBinaural(const MonitorState& state, const OutputProfile& profile) {
-    const bool folded = state.headphonesFold || state.mode == MonitorMode::stereo || state.mode == MonitorMode::mono;
+    const bool folded = state.check != MonitorCheck::none || state.headphonesFold ||
+                        state.mode == MonitorMode::stereo || state.mode == MonitorMode::mono;
     return isHeadphones(profile) && !folded && channels(state.source).size() > 2;
 }
 
@@ -45,12 +45,20 @@ Matrix monoFold(const SpeakerList& from) {
     return {row};
 }
 
+// Left and right, each replaced by half their sum or half their difference.
+Matrix checked(Matrix rows, MonitorCheck check) {
+    const double sign = check == MonitorCheck::side ? -1 : 1;
+    for (size_t c = 0; c < rows[0].size(); ++c) { rows[0][c] = 0.5 * (rows[0][c] + sign * rows[1][c]); }
+    rows[1] = rows[0];
+    return rows;
+}
+
 void scale(std::vector<double>& row, double gain) {
     for (double& v : row) { v *= gain; }
 }
 
 double master(const MonitorState& state) {
-    return state.mute ? 0 : linear(state.volumeDB + (state.dim ? dimDB : 0));
+    return state.mute ? 0 : linear(state.levelDB());
 }
 
 MixConfig silent(int channels, int rows) {
@@ -86,8 +94,11 @@ bool upmixApplies(MonitorSource source, const OutputProfile& profile) {
 Matrix gains(const MonitorState& state, const OutputProfile& profile) {
     const SpeakerList target = room(state, profile);
     const SpeakerList& source = upmixes(state, profile) ? target : channels(state.source);
-    const SpeakerList& folded = foldList(state.mode, target);
-    Matrix reduction = state.mode == MonitorMode::mono ? monoFold(source) : fold(source, folded);
+    const bool checks = state.check != MonitorCheck::none;
+    const MonitorMode mode = checks ? MonitorMode::stereo : state.mode;
+    const SpeakerList& folded = foldList(mode, target);
+    Matrix reduction = mode == MonitorMode::mono ? monoFold(source) : fold(source, folded);
+    if (checks) { reduction = checked(std::move(reduction), state.check); }
     for (size_t r = 0; r < folded.size(); ++r) {
         if (direction(folded[r], folded).el > heightElevation) { scale(reduction[r], linear(state.heightTrimDB)); }
     }
@@ -136,6 +147,33 @@ MixConfig build(const MonitorState& state, int inputChannels, const OutputProfil
         config.upmixOffset = offset;
     }
     return config;
+}
+
+std::set<SpeakerID> unreached(MonitorState state, const OutputProfile& profile) {
+    if (isBinaural(state, profile)) { return {}; }
+    state.solo.clear();
+    state.muted.clear();
+    state.mute = false;
+    std::set<SpeakerID> out;
+    const SpeakerList target = room(state, profile);
+    const Matrix rows = gains(state, profile);
+    for (size_t r = 0; r < rows.size(); ++r) {
+        if (std::ranges::all_of(rows[r], [](double gain) { return gain == 0; })) { out.insert(target[r]); }
+    }
+    return out;
+}
+
+std::vector<SpeakerAlignment> alignment(const MonitorState& state, const OutputProfile& profile, int deviceChannels) {
+    std::vector<SpeakerAlignment> out(size_t(std::max(deviceChannels, 0)));
+    if (isHeadphones(profile)) { return out; }
+    const SpeakerList& list = speakers(profile.layout);
+    for (size_t r = 0; r < list.size(); ++r) {
+        const auto found = state.alignment.find(list[r]);
+        const int output = r < profile.outputs.size() ? profile.outputs[r] : int(r);
+        if (found == state.alignment.end() || output < 0 || output >= deviceChannels) { continue; }
+        out[size_t(output)] = found->second;
+    }
+    return out;
 }
 
 }  // namespace brindlehum::MonitorMatrix

@@ -1,5 +1,6 @@
 #include "monitor/state/monitor_state.h"
 
+#include <algorithm>
 #include <cmath>
 #include <nlohmann/json.hpp>
 
@@ -41,7 +42,39 @@ void read(const json& value, MonitorMode& to) {
     if (value.is_string()) { to = monitorModeFromRaw(value.get<std::string>()).value_or(to); }
 }
 
+json alignments(const std::map<SpeakerID, SpeakerAlignment>& of) {
+    json out = json::object();
+    for (const auto& [speaker, alignment] : of) {
+        out[std::string(rawValue(speaker))] = {{"delayMs", alignment.delayMs}, {"inverted", alignment.inverted}};
+    }
+    return out;
+}
+void read(const json& value, std::map<SpeakerID, SpeakerAlignment>& to) {
+    if (!value.is_object()) { return; }
+    to.clear();
+    for (const auto& [name, each] : value.items()) {
+        const auto speaker = speakerFromRaw(name);
+        if (!speaker || !each.is_object()) { continue; }
+        SpeakerAlignment alignment;
+        read(each.value("delayMs", json()), alignment.delayMs);
+        read(each.value("inverted", json()), alignment.inverted);
+        alignment.delayMs = std::clamp(alignment.delayMs, 0.0, SpeakerAlignment::longestMs);
+        if (alignment != SpeakerAlignment()) { to[*speaker] = alignment; }
+    }
+}
+void read(const json& value, std::optional<ReferenceLevel>& to) {
+    if (!value.is_object()) { return; }
+    to.emplace();
+    read(value.value("volumeDB", json()), to->volumeDB);
+    read(value.value("levelSPL", json()), to->levelSPL);
+}
+
 }  // namespace
+
+std::optional<double> MonitorState::levelSPL() const {
+    if (!reference) { return std::nullopt; }
+    return reference->levelSPL + levelDB() - reference->volumeDB;
+}
 
 void to_json(json& json, const MonitorState& state) {
     json = {{"source", rawValue(state.source)},
@@ -54,7 +87,12 @@ void to_json(json& json, const MonitorState& state) {
             {"solo", rawValues(state.solo)},
             {"muted", rawValues(state.muted)},
             {"upmix", state.upmix},
-            {"headphonesFold", state.headphonesFold}};
+            {"headphonesFold", state.headphonesFold},
+            {"dimDB", state.dimDB},
+            {"alignment", alignments(state.alignment)}};
+    if (state.reference) {
+        json["reference"] = {{"volumeDB", state.reference->volumeDB}, {"levelSPL", state.reference->levelSPL}};
+    }
 }
 
 void from_json(const json& json, MonitorState& state) {
@@ -73,6 +111,10 @@ void from_json(const json& json, MonitorState& state) {
     field("muted", state.muted);
     field("upmix", state.upmix);
     field("headphonesFold", state.headphonesFold);
+    field("dimDB", state.dimDB);
+    field("alignment", state.alignment);
+    field("reference", state.reference);
+    state.dimDB = std::clamp(state.dimDB, MonitorState::lowestDB, 0.0);
 }
 
 }  // namespace brindlehum

@@ -42,6 +42,12 @@ public:
     virtual bool holdsReplaced() const noexcept { return false; }
 };
 
+// How a stream does, since it was opened.
+struct StreamFigures {
+    double blockSeconds = 0;  // length of the last block; 0 before the first one
+    uint64_t dropouts = 0;    // blocks of ours that the device didn't get in time, or that had no buffer
+};
+
 // A prepared but not yet running stream on an open device. Main thread.
 class OutputStream {
 public:
@@ -56,6 +62,7 @@ public:
     // False once a better way to play has appeared (a sound server, for the headless output). The engine then rebuilds
     // the stream.
     virtual bool isCurrent() const = 0;
+    virtual StreamFigures figures() const { return {}; }
 };
 
 // What stands between us and the devices.

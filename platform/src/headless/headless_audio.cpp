@@ -7,6 +7,7 @@
 #include <atomic>
 #include <chrono>
 #include <thread>
+#include <vector>
 
 #include "base/error.h"
 
@@ -16,7 +17,7 @@ namespace {
 
 class HeadlessStream : public OutputStream {
 public:
-    explicit HeadlessStream(RenderTarget& target) : target_(target) {
+    HeadlessStream(RenderTarget& target, int inputs) : target_(target), heard_(size_t(inputs), silence_.data()) {
         for (int c = 0; c < HeadlessAudioSystem::channels; ++c) {
             planes_[c] = samples_.data() + size_t(c) * HeadlessAudioSystem::blockFrames;
         }
@@ -27,6 +28,9 @@ public:
     double sampleRate() const override { return HeadlessAudioSystem::sampleRate; }
     bool isRunning() const override { return thread_.joinable(); }
     bool isCurrent() const override { return true; }
+    StreamFigures figures() const override {
+        return {HeadlessAudioSystem::blockFrames / HeadlessAudioSystem::sampleRate, 0};
+    }
 
     void start() override {
         if (thread_.joinable()) { return; }
@@ -47,7 +51,8 @@ private:
 
     void run() {
         pthread_setname_np(pthread_self(), "headless-out");
-        const DeviceBuffers buffers{planes_.data(), HeadlessAudioSystem::channels, HeadlessAudioSystem::blockFrames};
+        const DeviceBuffers buffers{planes_.data(), HeadlessAudioSystem::channels, HeadlessAudioSystem::blockFrames,
+                                    heard_.data(), int32_t(heard_.size())};
         Clock::time_point origin = Clock::now();
         for (int64_t block = 0; !ending_; ++block) {
             target_.render(buffers.frames, buffers);
@@ -67,6 +72,8 @@ private:
     RenderTarget& target_;
     std::array<float, size_t(HeadlessAudioSystem::channels) * HeadlessAudioSystem::blockFrames> samples_{};
     std::array<float*, HeadlessAudioSystem::channels> planes_{};
+    std::array<float, HeadlessAudioSystem::blockFrames> silence_{};
+    std::vector<const float*> heard_;
     std::atomic<bool> ending_ = false;
     std::thread thread_;
 };
@@ -80,7 +87,28 @@ std::vector<AudioOutputDevice> HeadlessAudioSystem::allOutputs() {
 std::unique_ptr<OutputStream> HeadlessAudioSystem::openOutput(uint32_t id, bool, RenderTarget& target,
                                                               std::function<void()>) {
     if (id != deviceID) { throw Error(ErrorKind::device, "Couldn't open the output device"); }
-    return std::make_unique<HeadlessStream>(target);
+    return std::make_unique<HeadlessStream>(target, 0);
+}
+
+std::vector<AudioInputDevice> HeadlessAudioSystem::allInputs() {
+    std::vector<AudioInputDevice> inputs = {{inputID, inputUID, "Headless input (silence)", channels}};
+    if (const auto bus = bus_.lock()) {
+        inputs.push_back({inputID, busUID, "Monitor of Brindlehum Bus", int(bus->size()), *bus});
+    }
+    inputs.push_back({0, openPortsUID, "Open ports (nothing can be patched)", channels});
+    return inputs;
+}
+
+std::unique_ptr<OutputStream> HeadlessAudioSystem::openDuplex(const DuplexRequest& request, RenderTarget& target,
+                                                              std::function<void()>) {
+    if (request.output != deviceID) { throw Error(ErrorKind::device, "Couldn't open the output device"); }
+    return std::make_unique<HeadlessStream>(target, request.input.inputChannels);
+}
+
+std::shared_ptr<void> HeadlessAudioSystem::makeBus(const std::vector<std::string>& positions) {
+    auto bus = std::make_shared<std::vector<std::string>>(positions);
+    bus_ = bus;
+    return bus;
 }
 
 }  // namespace brindlehum

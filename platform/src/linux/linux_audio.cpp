@@ -27,6 +27,7 @@ public:
     void pause() override { stream_->pause(); }
     bool isRunning() const override { return stream_->isRunning(); }
     bool isCurrent() const override { return !serverRuns_(); }
+    StreamFigures figures() const override { return stream_->figures(); }
 
 private:
     std::unique_ptr<OutputStream> stream_;
@@ -69,9 +70,7 @@ public:
     DuplexAudio* duplex() override { return running() ? this : nullptr; }
 
     std::vector<AudioInputDevice> allInputs() override {
-        auto inputs = running() ? session_->graph().inputs() : std::vector<AudioInputDevice>();
-        inputs.push_back({0, openPortsUID, "Open ports (patch them yourself)", openPorts});
-        return inputs;
+        return inputsOf(running() ? session_->graph() : PipeWireGraph());
     }
 
     bool feedsBack(const AudioInputDevice& input, uint32_t output) override {
@@ -111,7 +110,17 @@ private:
     };
 
     bool running() { return server() == SoundServer::running; }
-    State state() { return {server(), allOutputs(), defaultOutput(), allInputs()}; }
+    // From one copy of the graph.
+    State state() {
+        if (!running()) { return {server(), headless_.allOutputs(), headless_.defaultOutput(), {}}; }
+        const PipeWireGraph graph = session_->graph();
+        return {SoundServer::running, graph.outputs(), graph.defaultOutput(), inputsOf(graph)};
+    }
+    static std::vector<AudioInputDevice> inputsOf(const PipeWireGraph& graph) {
+        auto inputs = graph.inputs();
+        inputs.push_back({0, openPortsUID, "Open ports (patch them yourself)", openPorts});
+        return inputs;
+    }
 
     void connect() {
         if (!library_) { library_ = PipeWireLoop::make(); }

@@ -2,6 +2,7 @@
 #include "pipewire_stream.h"
 
 #include <algorithm>
+#include <ctime>
 #include <utility>
 
 #include "base/error.h"
@@ -155,6 +156,7 @@ void PipeWireStream::start() {
     if (session_->isDead()) { throw Error(ErrorKind::device, cannotOpen); }
     primed_ = false;
     waited_ = 0;
+    cycles_.reset();
     running_ = true;
     pw_filter_set_active(filter_, true);
 }
@@ -226,7 +228,19 @@ void PipeWireStream::process(const spa_io_position& position) noexcept {
         return;
     }
     if (!primed_ && !complete && (waited_ += frames) < linkPatience) { return; }
+    const spa_io_clock& clock = position.clock;
+    const bool inTime = (clock.flags & SPA_IO_CLOCK_FLAG_FREEWHEEL) == 0;
+    const uint64_t lost = cycles_.begin({clock.id, clock.position, clock.duration, inTime ? clock.next_nsec : 0});
+    if (primed_) { dropouts_ += lost + (complete ? 0 : 1); }
     primed_ = true;
+    if (rate > 0) { blockSeconds_ = frames / rate; }
+    renderCycle(frames);
+    timespec now{};
+    clock_gettime(CLOCK_MONOTONIC, &now);
+    cycles_.end(uint64_t(SPA_TIMESPEC_TO_NSEC(&now)));
+}
+
+void PipeWireStream::renderCycle(uint32_t frames) noexcept {
     for (uint32_t done = 0; done < frames; done += largestBlock) {
         const uint32_t part = std::min(largestBlock, frames - done);
         for (size_t c = 0; c < planes_.size(); ++c) { block_[c] = planes_[c] ? planes_[c] + done : nullptr; }

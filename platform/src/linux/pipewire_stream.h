@@ -8,6 +8,7 @@
 #include <memory>
 #include <vector>
 
+#include "cycle_watch.h"
 #include "pipewire_link.h"
 #include "pipewire_session.h"
 #include "platform/audio_system.h"
@@ -39,6 +40,7 @@ public:
     void pause() override;
     bool isRunning() const override { return running_; }
     bool isCurrent() const override { return true; }
+    StreamFigures figures() const override { return {blockSeconds_, dropouts_}; }
 
 private:
     using Links = std::vector<std::unique_ptr<PipeWireLink>>;
@@ -55,6 +57,7 @@ private:
     void announceChange() noexcept;
     void rateSeen() noexcept;
     void process(const spa_io_position& position) noexcept;
+    void renderCycle(uint32_t frames) noexcept;
     bool fetchPlanes(uint32_t frames) noexcept;
 
     const std::shared_ptr<PipeWireSession> session_;
@@ -77,6 +80,8 @@ private:
     std::atomic<bool> running_ = false;      // written by main, read by process
     std::atomic<bool> deaf_ = false;         // it would howl
     std::atomic<double> runningRate_ = 0.0;  // Hz, written by process
+    std::atomic<double> blockSeconds_ = 0;   // likewise
+    std::atomic<uint64_t> dropouts_ = 0;     // likewise
     // Used by the real-time thread while running_ is set, else by the main thread.
     std::vector<float*> planes_;
     std::vector<float*> block_;
@@ -84,6 +89,7 @@ private:
     std::vector<const float*> heardBlock_;
     bool primed_ = false;
     uint32_t waited_ = 0;  // frames
+    CycleWatch cycles_;
 };
 
 }  // namespace brindlehum

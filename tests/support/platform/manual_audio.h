@@ -111,7 +111,8 @@ public:
     std::vector<std::vector<float>> pump(uint32_t frames, const std::vector<std::vector<float>>& inputs = {}) {
         const auto newest = std::find_if(streams_.rbegin(), streams_.rend(), [](auto* each) { return each->running_; });
         if (newest == streams_.rend()) { return {}; }
-        const Stream& stream = **newest;
+        Stream& stream = **newest;
+        stream.block_ = frames;
         constexpr float none = std::numeric_limits<float>::quiet_NaN();
         std::vector planes(size_t(stream.channels()), std::vector<float>(frames, none));
         std::vector<float*> pointers;
@@ -121,6 +122,10 @@ public:
         stream.target_.render(frames, DeviceBuffers{pointers.data(), stream.channels(), frames, heard.data(),
                                                     stream.input_.inputChannels});
         return planes;
+    }
+    // What the open streams count as lost.
+    void addDropouts(uint64_t count) {
+        for (Stream* stream : streams_) { stream->dropouts_ += count; }
     }
     int openStreams() const { return int(streams_.size()); }
     int opened() const { return opened_; }    // streams ever opened
@@ -150,6 +155,7 @@ private:
         double sampleRate() const override { return sampleRate_; }
         bool isRunning() const override { return running_; }
         bool isCurrent() const override { return current_; }
+        StreamFigures figures() const override { return {double(block_) / sampleRate_, dropouts_}; }
         void pause() override { running_ = false; }
         void start() override {
             if (!system_ || system_->startingFails_) { fail(); }
@@ -172,6 +178,8 @@ private:
         const double sampleRate_;
         const std::shared_ptr<std::function<void()>> onChange_;
         bool running_ = false, current_ = true, announced_ = false;
+        uint32_t block_ = 0;  // frames of the last one
+        uint64_t dropouts_ = 0;
     };
 
     MainLoop& loop_;

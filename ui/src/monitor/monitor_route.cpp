@@ -13,7 +13,9 @@
 namespace brindlehum {
 namespace {
 
-constexpr int longestName = 240;  // logical pixels
+// Logical pixels.
+constexpr int longestSource = 220;
+constexpr int longestOutput = 160;
 
 QString described(const AudioInputDevice& input) {
     return QString::fromStdString(input.name) + "  (" + QString::number(input.inputChannels) + " in)";
@@ -92,12 +94,12 @@ void MonitorRoute::refreshInputs() {
 }
 
 void MonitorRoute::refresh() {
-    const auto shortened = [this](const QString& text) {
-        return fontMetrics().elidedText(text, Qt::ElideMiddle, longestName);
+    const auto shortened = [this](const QString& text, int longest) {
+        return fontMetrics().elidedText(text, Qt::ElideMiddle, longest);
     };
-    source_->setChoice(shortened(sourceText()));
+    source_->setChoice(shortened(sourceText(), longestSource));
     bus_->setChoice(textOf(displayName(monitor_.state().source)));
-    output_->setChoice(shortened(QString::fromStdString(monitor_.profile().name)));
+    output_->setChoice(shortened(QString::fromStdString(monitor_.profile().name), longestOutput));
     const bool stops = monitor_.running() || monitor_.waiting();
     start_->setText(stops ? "Stop" : "Start");
     start_->setIcon(symbol(stops ? "stop" : "play", SymbolRole::onAccent));

@@ -7,21 +7,19 @@
 #include <QSignalBlocker>
 #include <QSpinBox>
 #include <QToolButton>
+#include <algorithm>
 #include <functional>
 
 #include "ui/look/icons.h"
 #include "ui/look/menu_button.h"
+#include "ui/look/number_field.h"
 #include "ui/look/tabular_font.h"
 #include "ui/look/utf8_text.h"
 #include "ui/look/value_slider.h"
+#include "ui/monitor/reference_button.h"
 
 namespace brindlehum {
 namespace {
-
-// Adding zero turns a negative zero into "+0.0".
-QString decibels(double db) {
-    return QString::asprintf("%+.1f dB", db + 0.0);
-}
 
 void edit(MonitorEngine& monitor, const std::function<void(MonitorState&)>& change) {
     MonitorState next = monitor.state();
@@ -46,37 +44,67 @@ QToolButton* toggle(const QString& text, const QString& help, std::function<void
     return button;
 }
 
-QLabel* readout(double points, const QString& widestText) {
-    auto* label = new QLabel;
-    label->setFont(tabularFont(points));
-    label->setMinimumWidth(QFontMetrics(label->font()).horizontalAdvance(widestText) + 4);
-    return label;
+// As wide as its widest text.
+NumberField* field(const QString& name, NumberField::Range range, double points) {
+    auto* field = new NumberField(name, range);
+    field->setFont(tabularFont(points));
+    field->setToolTip("Type a number, or turn the wheel. Double-click: " + field->text());
+    field->setFixedWidth(QFontMetrics(field->font()).horizontalAdvance("-60.0 dB") + 20);
+    return field;
+}
+
+bool hasHeights(const OutputProfile& profile) {
+    const bool headphones = profile.kind == OutputProfile::Kind::headphones;
+    const SpeakerList& list = speakers(headphones ? LayoutID::l916 : profile.layout);
+    return std::ranges::any_of(list, [&](SpeakerID each) { return direction(each, list).el > 20; });
 }
 
 }  // namespace
 
 MonitorLevel::MonitorLevel(MonitorEngine& monitor, QWidget* parent) : QWidget(parent), monitor_(monitor) {
-    readout_ = readout(24, "-60.0 dB");
-    slider_ = new ValueSlider("Monitor volume", {MonitorState::lowestDB, MonitorState::highestDB, 0.5, 0, 1});
+    constexpr double low = MonitorState::lowestDB;
+    constexpr double high = MonitorState::highestDB;
+    const auto setVolume = [this](double db) { edit(monitor_, [db](MonitorState& s) { s.volumeDB = db; }); };
+    volume_ = field("Monitor volume in dB", {low, high, 0.5, 0}, 18);
+    volume_->setMinimumHeight(QFontMetrics(volume_->font()).height() + 6);
+    volume_->onEdit = setVolume;
+    spl_ = new QLabel;
+    spl_->setFont(tabularFont(11));
+    spl_->setProperty("role", "secondary");
+    spl_->setAccessibleName("Sound level");
+    slider_ = new ValueSlider("Monitor volume", {low, high, 0.5, 0, 1});
     slider_->setToolTip("Double-click: 0 dB");
-    slider_->onEdit = [this](double db) { edit(monitor_, [db](MonitorState& s) { s.volumeDB = db; }); };
-    dim_ = toggle("Dim", "20 dB lower (D)", [this](bool on) { edit(monitor_, [on](MonitorState& s) { s.dim = on; }); });
+    slider_->onEdit = setVolume;
+    reference_ = new ReferenceButton(monitor);
+    dim_ = toggle("Dim", "Lower by this much (D)",
+                  [this](bool on) { edit(monitor_, [on](MonitorState& s) { s.dim = on; }); });
+    dimBy_ = field("Dim by", {low, 0, 1, MonitorState().dimDB}, 10);
+    dimBy_->onEdit = [this](double db) { edit(monitor_, [db](MonitorState& s) { s.dimDB = db; }); };
     mute_ = toggle("Mute", "Silences all speakers (M)",
                    [this](bool on) { edit(monitor_, [on](MonitorState& s) { s.mute = on; }); });
     mute_->setProperty("role", "alarm");
     auto* row = rowIn(this);
-    row->addWidget(readout_);
+    row->setSpacing(8);
+    row->addWidget(volume_);
+    row->addWidget(spl_);
     row->addWidget(slider_, 1);
+    row->addWidget(reference_);
     row->addWidget(dim_);
+    row->addWidget(dimBy_);
     row->addWidget(mute_);
     refresh();
 }
 
 void MonitorLevel::refresh() {
     const MonitorState& state = monitor_.state();
-    readout_->setText(decibels(state.volumeDB));
+    volume_->setNumber(state.volumeDB);
+    const auto spl = state.levelSPL();
+    spl_->setVisible(spl.has_value());
+    spl_->setText(state.mute ? QString("muted") : QString::asprintf("%.1f dB SPL", spl.value_or(0)));
     slider_->setNumber(state.volumeDB);
+    reference_->refresh();
     dim_->setChecked(state.dim);
+    dimBy_->setNumber(state.dimDB);
     mute_->setChecked(state.mute);
 }
 
@@ -92,6 +120,11 @@ MonitorListen::MonitorListen(MonitorEngine& monitor, QWidget* parent) : QWidget(
                                 [this, mode](bool) { edit(monitor_, [mode](MonitorState& s) { s.mode = mode; }); }));
         row->addWidget(modes_.back());
     }
+    row->addSpacing(12);
+    addCheck("Mono sum", "Hold: half the sum of the 2.0 fold-down", MonitorCheck::monoSum);
+    addCheck("L − R", "Hold: half the difference of the 2.0 fold-down, its sides", MonitorCheck::side);
+    row->addWidget(checking_ = new QLabel);
+    checking_->setProperty("role", "warning");
     row->addStretch(1);
     fold_ = toggle("Folded to L and R", "Hear the fold-down instead of the speakers around you",
                    [this](bool on) { edit(monitor_, [on](MonitorState& s) { s.headphonesFold = on; }); });
@@ -99,27 +132,46 @@ MonitorListen::MonitorListen(MonitorEngine& monitor, QWidget* parent) : QWidget(
     refresh();
 }
 
+void MonitorListen::addCheck(const QString& text, const QString& help, MonitorCheck check) {
+    auto* button = toggle(text, help, [](bool) {});
+    button->setProperty("role", "alarm");
+    const auto set = [this](MonitorCheck to) { edit(monitor_, [to](MonitorState& s) { s.check = to; }); };
+    connect(button, &QToolButton::pressed, this, [set, check] { set(check); });
+    connect(button, &QToolButton::released, this, [set] { set(MonitorCheck::none); });
+    layout()->addWidget(button);
+    checks_.emplace_back(check, button);
+}
+
+// A hidden button is never released.
+void MonitorListen::hideEvent(QHideEvent* /*event*/) {
+    if (monitor_.state().check != MonitorCheck::none) {
+        edit(monitor_, [](MonitorState& s) { s.check = MonitorCheck::none; });
+    }
+}
+
 void MonitorListen::refresh() {
     const MonitorState& state = monitor_.state();
-    for (size_t i = 0; i < modes_.size(); ++i) { modes_[i]->setChecked(allMonitorModes[i] == state.mode); }
+    const bool checks = state.check != MonitorCheck::none;
+    for (size_t i = 0; i < modes_.size(); ++i) { modes_[i]->setChecked(!checks && allMonitorModes[i] == state.mode); }
+    for (const auto& [check, button] : checks_) { button->setChecked(check == state.check); }
+    checking_->setText(!checks                                ? QString()
+                       : state.check == MonitorCheck::monoSum ? QString("Hearing the mono sum")
+                                                              : QString("Hearing L − R"));
     fold_->setVisible(monitor_.profile().kind == OutputProfile::Kind::headphones);
     fold_->setChecked(state.headphonesFold);
 }
 
 MonitorTrim::MonitorTrim(MonitorEngine& monitor, SettingsStore& settings, QWidget* parent)
     : QWidget(parent), monitor_(monitor), settings_(settings) {
-    heights_ = new ValueSlider("Height trim", {-12, 6, 0.5, 0, 1});
+    constexpr double low = MonitorState::lowestTrimDB;
+    constexpr double high = MonitorState::highestTrimDB;
+    const auto setHeights = [this](double db) { edit(monitor_, [db](MonitorState& s) { s.heightTrimDB = db; }); };
+    heights_ = new ValueSlider("Height trim", {low, high, 0.5, 0, 1});
     heights_->setToolTip("Double-click: 0 dB");
     heights_->setMaximumWidth(240);
-    heights_->onEdit = [this](double db) { edit(monitor_, [db](MonitorState& s) { s.heightTrimDB = db; }); };
-    readout_ = readout(10, "-12.0 dB");
-    clear_ = new QPushButton("Clear solos and mutes");
-    connect(clear_, &QPushButton::clicked, this, [this] {
-        edit(monitor_, [](MonitorState& s) {
-            s.solo.clear();
-            s.muted.clear();
-        });
-    });
+    heights_->onEdit = setHeights;
+    heightsBy_ = field("Height trim in dB", {low, high, 0.5, 0}, 10);
+    heightsBy_->onEdit = setHeights;
     offset_ = new QWidget;
     auto* offsetRow = rowIn(offset_);
     input_ = new QSpinBox;
@@ -134,8 +186,7 @@ MonitorTrim::MonitorTrim(MonitorEngine& monitor, SettingsStore& settings, QWidge
     auto* row = rowIn(this);
     row->addWidget(caption);
     row->addWidget(heights_, 1);
-    row->addWidget(readout_);
-    row->addWidget(clear_);
+    row->addWidget(heightsBy_);
     row->addStretch(1);
     row->addWidget(offset_);
     refresh();
@@ -144,11 +195,18 @@ MonitorTrim::MonitorTrim(MonitorEngine& monitor, SettingsStore& settings, QWidge
 void MonitorTrim::refresh() {
     const MonitorState& state = monitor_.state();
     heights_->setNumber(state.heightTrimDB);
-    readout_->setText(decibels(state.heightTrimDB));
-    clear_->setVisible(!state.solo.empty() || !state.muted.empty());
+    heightsBy_->setNumber(state.heightTrimDB);
+    const bool any = hasHeights(monitor_.profile());
+    heights_->setEnabled(any);
+    heightsBy_->setEnabled(any);
+    setToolTip(any ? QString() : QString("The room has no height speakers"));
     offset_->setVisible(settings_.value().expertMode);
     const QSignalBlocker quiet(input_);
     input_->setValue(state.sourceOffset + 1);
+}
+
+void MonitorUpmixNumbers::edit(const UpmixParams& params) {
+    brindlehum::edit(monitor_, [&params](MonitorState& s) { s.upmix.params = params; });
 }
 
 MonitorUpmix::MonitorUpmix(MonitorEngine& monitor, QWidget* parent) : QWidget(parent), monitor_(monitor) {

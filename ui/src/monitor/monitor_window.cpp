@@ -1,24 +1,30 @@
 // Puts the rows together, and follows the monitor.
 #include "ui/monitor/monitor_window.h"
 
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QShortcut>
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "monitor/state/monitor_matrix.h"
+#include "ui/look/form_scroll.h"
 #include "ui/look/screen_fit.h"
-#include "ui/monitor/bus_meter.h"
+#include "ui/monitor/level_bars.h"
+#include "ui/monitor/loudness_panel.h"
 #include "ui/monitor/monitor_route.h"
 #include "ui/monitor/monitor_rows.h"
-#include "ui/monitor/speaker_map.h"
+#include "ui/monitor/profile_compare.h"
+#include "ui/monitor/speaker_pane.h"
+#include "ui/player/upmix_sliders.h"
 
 namespace brindlehum {
 namespace {
 
-constexpr QSize usualSize(760, 700);  // logical pixels, as are the next
-constexpr QSize leastSize(560, 520);
+constexpr QSize usualSize(760, 740);  // logical pixels, as are the next
+constexpr QSize leastSize(720, 640);
 constexpr int margin = 16;
-constexpr int spacing = 14;
+constexpr int spacing = 10;
 
 QLabel* quiet() {
     auto* label = new QLabel;
@@ -28,10 +34,23 @@ QLabel* quiet() {
     return label;
 }
 
+// With its name over it.
+QWidget* metered(const char* name, QWidget* meter) {
+    auto* box = new QWidget;
+    auto* column = new QVBoxLayout(box);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(2);
+    auto* caption = new QLabel(name);
+    caption->setProperty("role", "secondary");
+    column->addWidget(caption);
+    column->addWidget(meter);
+    return box;
+}
+
 }  // namespace
 
 MonitorWindow::MonitorWindow(MonitorEngine& monitor, SettingsStore& settings, MainLoop& loop)
-    : monitor_(monitor), meter_(monitor, loop) {
+    : monitor_(monitor), settings_(settings), meter_(monitor, loop) {
     setObjectName("window");
     setAttribute(Qt::WA_StyledBackground);
     setWindowTitle("Monitor");
@@ -41,15 +60,28 @@ MonitorWindow::MonitorWindow(MonitorEngine& monitor, SettingsStore& settings, Ma
     column->addWidget(route_ = new MonitorRoute(monitor, settings));
     column->addWidget(level_ = new MonitorLevel(monitor));
     column->addWidget(listen_ = new MonitorListen(monitor));
-    column->addWidget(new BusMeter(meter_));
-    column->addWidget(new SpeakerMap(monitor, meter_), 1);
+    auto* meters = new QHBoxLayout;
+    meters->setSpacing(spacing);
+    meters->addWidget(metered("Bus", new LevelBars(meter_, LevelBars::Of::bus)));
+    meters->addWidget(metered("Speakers", new LevelBars(meter_, LevelBars::Of::speakers)));
+    meters->addWidget(new LoudnessPanel(monitor.loudness()));
+    column->addLayout(meters);
+    auto* middle = new QHBoxLayout;
+    middle->setSpacing(spacing);
+    middle->addWidget(speakers_ = new SpeakerPane(monitor, meter_), 1);
+    middle->addWidget(sliderPane_ = new FormScroll(sliders_ = new UpmixSliders(numbers_)), 1);
+    column->addLayout(middle, 1);
     column->addWidget(trim_ = new MonitorTrim(monitor, settings));
-    column->addWidget(upmix_ = new MonitorUpmix(monitor));
+    auto* last = new QHBoxLayout;
+    last->addWidget(upmix_ = new MonitorUpmix(monitor), 1);
+    last->addWidget(compare_ = new ProfileCompare(monitor, settings));
+    column->addLayout(last);
     column->addWidget(message_ = quiet());
     message_->setProperty("role", "warning");
     column->addWidget(format_ = quiet());
     addKeys();
     connect(&monitor, &MonitorEngine::changed, this, &MonitorWindow::refresh);
+    connect(&meter_, &MonitorMeter::changed, this, &MonitorWindow::showFigures);
     connect(&monitor, &MonitorEngine::inputsChanged, route_, &MonitorRoute::refreshInputs);
     setMinimumSize(leastSize);
     resize(fittingSize(*this, usualSize));
@@ -65,6 +97,11 @@ void MonitorWindow::addKeys() {
         });
     };
     key(QKeySequence("D"), [](MonitorState& s) { s.dim = !s.dim; });
+    key(QKeySequence("R"), [](MonitorState& s) {
+        if (!s.reference) { return; }
+        s.volumeDB = s.reference->volumeDB;
+        s.dim = false;
+    });
     key(QKeySequence("M"), [](MonitorState& s) { s.mute = !s.mute; });
     for (size_t i = 0; i < allMonitorModes.size(); ++i) {
         key(QKeySequence(QString::number(i + 1)), [mode = allMonitorModes[i]](MonitorState& s) { s.mode = mode; });
@@ -74,6 +111,7 @@ void MonitorWindow::addKeys() {
             [](MonitorState& s) { s.volumeDB = std::min(s.volumeDB + 1, MonitorState::highestDB); });
     }
     key(QKeySequence("-"), [](MonitorState& s) { s.volumeDB = std::max(s.volumeDB - 1, MonitorState::lowestDB); });
+    connect(new QShortcut(QKeySequence("X"), this), &QShortcut::activated, this, [this] { monitor_.switchProfiles(); });
     connect(new QShortcut(QKeySequence("Ctrl+W"), this), &QShortcut::activated, this, &QWidget::close);
 }
 
@@ -81,22 +119,45 @@ void MonitorWindow::refresh() {
     route_->refresh();
     level_->refresh();
     listen_->refresh();
+    speakers_->refresh();
     trim_->refresh();
     upmix_->refresh();
-    const QString message = QString::fromStdString(monitor_.message());
+    compare_->refresh();
+    sliderPane_->setVisible(settings_.value().expertMode && monitor_.upmixAvailable() &&
+                            monitor_.state().upmix.enabled);
+    if (!sliderPane_->isHidden()) { sliders_->refresh(); }
+    QString message = QString::fromStdString(monitor_.message());
+    if (message.isEmpty()) { message = whySilent(); }
     message_->setText(message);
     message_->setVisible(!message.isEmpty());
+    showFigures();
+    format_->setVisible(monitor_.running() || !monitor_.waiting());
+}
+
+// A solo of speakers that the mode leaves silent.
+QString MonitorWindow::whySilent() const {
+    const MonitorState& state = monitor_.state();
+    if (state.solo.empty()) { return {}; }
+    const auto unreached = MonitorMatrix::unreached(state, monitor_.profile());
+    const bool silent = std::ranges::all_of(state.solo, [&](SpeakerID each) { return unreached.contains(each); });
+    return silent ? QString("Nothing is sent to the soloed speakers in this mode.") : QString();
+}
+
+// What the stream is, and how it does.
+void MonitorWindow::showFigures() {
     QString format = "Play your DAW into “Brindlehum Bus”, or choose another source, and start.";
     if (monitor_.running()) {
+        const auto [latency, dropouts] = meter_.figures();
         format = QString("%1 in, %2 out at %3 kHz")
                      .arg(monitor_.inputChannels())
                      .arg(monitor_.deviceChannels())
                      .arg(monitor_.sampleRate() / 1000);
-        const double latency = 1000 * monitor_.addedLatency();
-        format += latency > 0 ? QString(". The upmix is heard %1 ms later.").arg(latency, 0, 'f', 0) : QString(".");
+        if (latency > 0) { format += QString(", %1 ms latency").arg(1000 * latency, 0, 'f', 1); }
+        const double upmix = 1000 * monitor_.addedLatency();
+        if (upmix > 0) { format += QString(" (%1 ms of the upmix)").arg(upmix, 0, 'f', 1); }
+        format += dropouts == 0 ? QString(", no drop-outs") : QString(", %1 drop-outs").arg(dropouts);
     }
-    format_->setText(format);
-    format_->setVisible(monitor_.running() || message.isEmpty());
+    if (format != format_->text()) { format_->setText(format); }
 }
 
 void MonitorWindow::showEvent(QShowEvent* /*event*/) {

@@ -8,6 +8,7 @@
 #include <cmath>
 #include <numbers>
 
+#include "monitor/state/monitor_matrix.h"
 #include "ui/look/theme.h"
 
 namespace brindlehum {
@@ -52,7 +53,7 @@ SpeakerTile::SpeakerTile(MonitorEngine& monitor, MonitorMeter& meter, size_t ind
     setFont(small);
     resize(tileSize);
     connect(this, &QAbstractButton::clicked, this, [this] { toggle(&MonitorState::solo); });
-    refresh();
+    refresh(true);
 }
 
 QSize SpeakerTile::sizeHint() const {
@@ -62,7 +63,8 @@ QSize SpeakerTile::sizeHint() const {
 SpeakerTile::Look SpeakerTile::look() const {
     const MonitorState& state = monitor_.state();
     if (state.solo.contains(speaker())) { return Look::soloed; }
-    return state.muted.contains(speaker()) || !state.solo.empty() ? Look::silenced : Look::heard;
+    if (state.muted.contains(speaker()) || !state.solo.empty()) { return Look::silenced; }
+    return isReached_ ? Look::heard : Look::unreached;
 }
 
 void SpeakerTile::toggle(std::set<SpeakerID> MonitorState::*set) {
@@ -71,11 +73,13 @@ void SpeakerTile::toggle(std::set<SpeakerID> MonitorState::*set) {
     monitor_.setState(next);
 }
 
-void SpeakerTile::refresh() {
+void SpeakerTile::refresh(bool isReached) {
+    isReached_ = isReached;
     const MonitorState& state = monitor_.state();
     QString said = text();
     if (state.solo.contains(speaker())) { said += ", solo"; }
     if (state.muted.contains(speaker())) { said += ", muted"; }
+    if (!isReached) { said += ", nothing in this mode"; }
     if (said != accessibleName()) { setAccessibleName(said); }  // each call is told to screen readers
     update();
 }
@@ -104,10 +108,11 @@ void SpeakerTile::paintEvent(QPaintEvent* /*event*/) {
     painter.setRenderHint(QPainter::Antialiasing);
     const QRectF body = QRectF(rect()).adjusted(1, 1, -1, -1);
     const Look now = look();
-    painter.setPen(QPen(hasFocus() ? theme.accent : theme.outline, hasFocus() ? 2 : 1));
-    painter.setBrush(now == Look::soloed ? soloGround : now == Look::silenced ? theme.panel : theme.accentGround);
+    const Qt::PenStyle line = isReached_ ? Qt::SolidLine : Qt::DotLine;
+    painter.setPen(QPen(hasFocus() ? theme.accent : theme.outline, hasFocus() ? 2 : 1, line));
+    painter.setBrush(now == Look::soloed ? soloGround : now == Look::heard ? theme.accentGround : theme.panel);
     painter.drawRoundedRect(body, corner, corner);
-    painter.setPen(now == Look::soloed ? QColor(Qt::black) : now == Look::silenced ? theme.secondary : theme.text);
+    painter.setPen(now == Look::soloed ? QColor(Qt::black) : now == Look::heard ? theme.text : theme.secondary);
     QFont font = this->font();
     font.setStrikeOut(monitor_.state().muted.contains(speaker()));
     painter.setFont(font);
@@ -129,17 +134,28 @@ SpeakerMap::SpeakerMap(MonitorEngine& monitor, MonitorMeter& meter, QWidget* par
     refresh();
 }
 
+void SpeakerMap::findUnreached() {
+    MonitorState now = monitor_.state();
+    now.volumeDB = 0;  // what makes no difference
+    if (now == read_ && monitor_.profile() == readProfile_) { return; }
+    read_ = std::move(now);
+    readProfile_ = monitor_.profile();
+    unreached_ = MonitorMatrix::unreached(read_, readProfile_);
+}
+
 void SpeakerMap::refresh() {
+    findUnreached();
     SpeakerList now;
     for (const auto& channel : meter_.speakers()) { now.push_back(channel.speaker); }
     if (now == shown_) {
-        for (SpeakerTile* tile : tiles_) { tile->refresh(); }
+        for (SpeakerTile* tile : tiles_) { tile->refresh(!unreached_.contains(tile->speaker())); }
         return;
     }
     shown_ = std::move(now);
     for (SpeakerTile* tile : std::exchange(tiles_, {})) { tile->deleteLater(); }
     for (size_t i = 0; i < shown_.size(); ++i) {
         tiles_.push_back(new SpeakerTile(monitor_, meter_, i, this));
+        tiles_.back()->refresh(!unreached_.contains(shown_[i]));
         tiles_.back()->show();
     }
     place();

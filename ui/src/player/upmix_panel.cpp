@@ -68,7 +68,7 @@ UpmixPanel::UpmixPanel(PlayerModel& player, SettingsStore& settings, QWidget* pa
     auto* middle = new QHBoxLayout;
     middle->setSpacing(margin);
     middle->addWidget(map_ = new UpmixMap(player.upmixLevels()), 2);
-    middle->addWidget(new FormScroll(sliders_ = new UpmixSliders(tuning_, player.listening(), player.sound())), 3);
+    middle->addWidget(new FormScroll(sliders_ = new UpmixSliders(numbers_)), 3);
     column->addLayout(middle, 1);
     column->addWidget(makeBottom());
     connect(&player, &PlayerModel::changed, this, &UpmixPanel::refresh);
@@ -77,6 +77,11 @@ UpmixPanel::UpmixPanel(PlayerModel& player, SettingsStore& settings, QWidget* pa
     setMinimumSize(leastSize);
     resize(fittingSize(*this, usualSize));
     refresh();
+}
+
+bool UpmixPanel::Numbers::isStereo() const {
+    const auto& source = player_.sound().source();
+    return !source || source == SourceFormat::stereo();
 }
 
 void UpmixPanel::bringUp() {

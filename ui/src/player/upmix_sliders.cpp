@@ -8,7 +8,6 @@
 #include <QSignalBlocker>
 #include <cmath>
 
-#include "mix/player/loaded_sound.h"
 #include "ui/look/menu_button.h"
 #include "ui/look/tabular_font.h"
 #include "ui/look/value_slider.h"
@@ -163,9 +162,7 @@ QLabel* heading(const char* text) {
 
 }  // namespace
 
-UpmixSliders::UpmixSliders(UpmixTuning& tuning, const ListeningSetup& listening, const LoadedSound& sound,
-                           QWidget* parent)
-    : QWidget(parent), tuning_(tuning), listening_(listening), sound_(sound) {
+UpmixSliders::UpmixSliders(UpmixNumbers& numbers, QWidget* parent) : QWidget(parent), numbers_(numbers) {
     auto* grid = new QGridLayout(this);
     grid->setContentsMargins(0, 0, 8, 8);
     grid->setHorizontalSpacing(10);
@@ -195,7 +192,7 @@ void UpmixSliders::addSlider(QGridLayout& grid, size_t control) {
     slider->installEventFilter(this);
     slider->onEdit = [this, field = field](double value) { edit([&](UpmixParams& params) { params.*field = value; }); };
     slider->onRest = [this, field = field] {
-        edit([&](UpmixParams& params) { params.*field = tuning_.start().*field; });
+        edit([&](UpmixParams& params) { params.*field = numbers_.start().*field; });
     };
     auto* label = new QLabel(name);
     label->setProperty("role", "secondary");
@@ -215,13 +212,13 @@ void UpmixSliders::addBass(QGridLayout& grid) {
     using Mode = UpmixParams::LFEMode;
     bass_ = new MenuButton("Bass to LFE", "Whether bass goes to the LFE as well", [this](QMenu& menu) {
         for (const auto& [mode, name] : {std::pair(Mode::off, "Off"), {Mode::split, "Split"}}) {
-            addChoice(menu, name, tuning_.now().params.lfe == mode,
+            addChoice(menu, name, numbers_.now().lfe == mode,
                       [this, chosen = mode] { edit([&](UpmixParams& params) { params.lfe = chosen; }); });
         }
     });
     crossover_ = new MenuButton("Crossover", "Below this, bass goes to the LFE", [this](QMenu& menu) {
         for (const double hertz : {80.0, 120.0}) {
-            addChoice(menu, hertzOrOff(hertz), tuning_.now().params.lfeHz == hertz,
+            addChoice(menu, hertzOrOff(hertz), numbers_.now().lfeHz == hertz,
                       [this, hertz] { edit([&](UpmixParams& params) { params.lfeHz = hertz; }); });
         }
     });
@@ -247,16 +244,16 @@ void UpmixSliders::addExact(QGridLayout& grid) {
 }
 
 void UpmixSliders::edit(const std::function<void(UpmixParams&)>& change) {
-    UpmixParams params = tuning_.now().params;
+    UpmixParams params = numbers_.now();
     change(params);
-    tuning_.edit(params);
+    numbers_.edit(params);
     refresh();
 }
 
 void UpmixSliders::refresh() {
-    const UpmixParams& now = tuning_.now().params;
-    const bool stereo = !sound_.source() || sound_.source() == SourceFormat::stereo();
-    const UpmixParams start = tuning_.start();
+    const UpmixParams& now = numbers_.now();
+    const bool stereo = numbers_.isStereo();
+    const UpmixParams start = numbers_.start();
     for (size_t i = 0; i < rows_.size(); ++i) {
         const Row& row = rows_[i];
         const QString idle = whyIdle(row.field, now, stereo);

@@ -18,9 +18,11 @@ public:
     MonitorState state() const;
     std::optional<std::string> sourceUID() const;
     std::optional<UUID> profileID() const;
+    std::optional<UUID> otherProfileID() const;
     void keep(const MonitorState& state);
     void keepSource(const std::optional<std::string>& uid);
     void keepProfile(const std::optional<UUID>& id);
+    void keepOtherProfile(const std::optional<UUID>& id);
 
 private:
     UserDefaults& defaults_;

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "mix/engine/config_publisher.h"
+#include "monitor/engine/bus_loudness.h"
 #include "monitor/engine/monitor_choice.h"
 #include "monitor/render/matrix_unit.h"
 #include "monitor/state/monitor_state.h"
@@ -39,6 +40,14 @@ public:
     const std::optional<UUID>& profileID() const { return profileID_; }
     void setProfileID(const std::optional<UUID>& id);
     const OutputProfile& profile() const;
+    // The profile that it is compared with; none for no comparison, and null when it isn't there any more. While there
+    // is one, the louder of the two is lowered to the level of the other.
+    void setOtherProfileID(const std::optional<UUID>& id);
+    const OutputProfile* otherProfile() const;
+    // Exchanges the two. At once between profiles of one device; else it falls silent and rises on the other.
+    void switchProfiles();
+    // dB, 0 or below, by which the profile in use is lowered for the comparison.
+    double matchDB() const { return matchDB_; }
 
     // What can be listened to. The first question makes our own bus.
     std::vector<AudioInputDevice> inputs();
@@ -57,8 +66,14 @@ public:
     double sampleRate() const { return stream_ ? stream_->sampleRate() : 0; }  // Hz; 0 while stopped
     int inputChannels() const { return inputChannels_; }
     int deviceChannels() const { return deviceChannels_; }
-    // Seconds that the upmix delays the bus; the sound server adds one block.
+    // Seconds from the source's ports to the output's: of an upmix, and with the sound server's block; 0 while stopped.
     double addedLatency() const;
+    double latency() const;
+    // Blocks that the output didn't get from us in time, since the start.
+    uint64_t dropouts() const;
+    // Of the bus, before anything that is set here.
+    BusLoudness& loudness() { return loudness_; }
+    const BusLoudness& loudness() const { return loudness_; }
     // Levels for meters, in the order of the bus and of the profile's speakers, since the last take: 1 is full scale.
     std::vector<float> takeBusPeaks();
     std::vector<float> takeSpeakerPeaks();
@@ -76,6 +91,8 @@ private:
     void apply();
     void keepBus();
     void restartIfRunning();
+    void followProfile();
+    void matchLevels();
     void streamChanged();
     void systemChanged();
     void settingsChanged();
@@ -88,7 +105,10 @@ private:
     MonitorState state_;
     std::optional<std::string> sourceUID_;
     std::optional<UUID> profileID_;
+    std::optional<UUID> otherProfileID_;
+    double matchDB_ = 0;
     ConfigPublisher::StageMaker makeStage_;
+    BusLoudness loudness_;
     std::string message_;
     bool wanted_ = false;
     TimerHandle retry_;  // while waiting
@@ -105,6 +125,7 @@ private:
     std::vector<std::string> positions_;  // of the open device
     int inputChannels_ = 0;
     int deviceChannels_ = 0;
+    uint64_t lostBefore_ = 0;  // drop-outs of streams closed since the start
     std::shared_ptr<void> watching_;
 };
 

@@ -11,6 +11,8 @@
 
 #include "core/mn_cells.h"
 #include "mix/render/render_context.h"
+#include "monitor/render/bus_tap.h"
+#include "monitor/render/speaker_align.h"
 #include "platform/audio_system.h"
 
 namespace brindlehum {
@@ -28,6 +30,10 @@ public:
     MatrixUnit& operator=(const MatrixUnit&) = delete;
 
     RenderContext& context() { return context_; }
+    // What is heard, for a reader on another thread.
+    BusTap& tap() { return tap_; }
+    // Behind the matrix.
+    SpeakerAlign& align() { return align_; }
 
     // The device's render thread: never allocates, locks, logs or throws.
     int32_t render(uint32_t frames, const DeviceBuffers& buffers) noexcept override;
@@ -53,6 +59,8 @@ private:
     void guard(float* plane, int32_t frames) noexcept;
 
     RenderContext context_;
+    BusTap tap_;
+    SpeakerAlign align_;
     mn_peaks* inputPeaks_;
     std::atomic<bool> audible_ = true;
     std::atomic<bool> silent_ = true;

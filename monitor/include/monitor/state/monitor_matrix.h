@@ -24,4 +24,9 @@ Matrix gains(const MonitorState& state, const OutputProfile& profile);
 // the outputs; columns and rows beyond them are dropped.
 MixConfig build(const MonitorState& state, int inputChannels, const OutputProfile& profile, int deviceChannels);
 
+// The speakers that nothing is sent to in this mode, whatever is soloed or muted.
+std::set<SpeakerID> unreached(MonitorState state, const OutputProfile& profile);
+// What stands behind the matrix, for each channel of the device. Off on headphones.
+std::vector<SpeakerAlignment> alignment(const MonitorState& state, const OutputProfile& profile, int deviceChannels);
+
 }  // namespace brindlehum::MonitorMatrix

@@ -4,6 +4,7 @@
 #include <QWidget>
 #include <vector>
 
+#include "mix/player/upmix_numbers.h"
 #include "monitor/engine/monitor_engine.h"
 #include "settings/settings_store.h"
 
@@ -15,9 +16,11 @@ class QToolButton;
 namespace brindlehum {
 
 class MenuButton;
+class NumberField;
+class ReferenceButton;
 class ValueSlider;
 
-// Volume, dim and mute.
+// Volume, in dB and, with a reference, in dB SPL; dim and mute.
 class MonitorLevel : public QWidget {
     Q_OBJECT
 public:
@@ -26,26 +29,36 @@ public:
 
 private:
     MonitorEngine& monitor_;
-    QLabel* readout_;
+    NumberField* volume_;
+    QLabel* spl_;
     ValueSlider* slider_;
+    ReferenceButton* reference_;
     QToolButton* dim_;
+    NumberField* dimBy_;
     QToolButton* mute_;
 };
 
-// The fold-down, as a row of buttons of which one is down.
+// The fold-down, as a row of buttons of which one is down, and checks that hold as long as their button.
 class MonitorListen : public QWidget {
     Q_OBJECT
 public:
     explicit MonitorListen(MonitorEngine& monitor, QWidget* parent = nullptr);
     void refresh();
 
+protected:
+    void hideEvent(QHideEvent* event) override;
+
 private:
     MonitorEngine& monitor_;
+    void addCheck(const QString& text, const QString& help, MonitorCheck check);
+
     std::vector<QToolButton*> modes_;
+    std::vector<std::pair<MonitorCheck, QToolButton*>> checks_;
+    QLabel* checking_;
     QToolButton* fold_;
 };
 
-// Trim of the heights, the way out of solos and mutes, and for experts where the bus begins.
+// Trim of the heights, and for experts where the bus begins.
 class MonitorTrim : public QWidget {
     Q_OBJECT
 public:
@@ -56,10 +69,22 @@ private:
     MonitorEngine& monitor_;
     SettingsStore& settings_;
     ValueSlider* heights_;
-    QLabel* readout_;
-    QPushButton* clear_;
+    NumberField* heightsBy_;
     QWidget* offset_;
     QSpinBox* input_;
+};
+
+// The upmix's numbers of the monitor.
+class MonitorUpmixNumbers : public UpmixNumbers {
+public:
+    explicit MonitorUpmixNumbers(MonitorEngine& monitor) : monitor_(monitor) {}
+    const UpmixParams& now() const override { return monitor_.state().upmix.params; }
+    UpmixParams start() const override { return params(monitor_.state().upmix.preset); }
+    bool isStereo() const override { return monitor_.state().source == MonitorSource::stereo; }
+    void edit(const UpmixParams& params) override;
+
+private:
+    MonitorEngine& monitor_;
 };
 
 class MonitorUpmix : public QWidget {

@@ -20,8 +20,8 @@ public:
     SpeakerTile(MonitorEngine& monitor, MonitorMeter& meter, size_t index, QWidget* parent);
     QSize sizeHint() const override;
     SpeakerID speaker() const { return channel().speaker; }
-    // Reads the state and says it to screen readers.
-    void refresh();
+    // Reads the state and says it to screen readers. `isReached`: the mode sends something to it.
+    void refresh(bool isReached);
 
 protected:
     bool event(QEvent* event) override;
@@ -30,7 +30,7 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
-    enum class Look : uint8_t { soloed, silenced, heard };
+    enum class Look : uint8_t { soloed, silenced, unreached, heard };
     Look look() const;
     const MonitorMeter::Channel& channel() const { return meter_.speakers()[index_]; }
     void toggle(std::set<SpeakerID> MonitorState::*set);
@@ -38,6 +38,7 @@ private:
     MonitorEngine& monitor_;
     MonitorMeter& meter_;
     const size_t index_;
+    bool isReached_ = true;
 };
 
 class SpeakerMap : public QWidget {
@@ -54,6 +55,7 @@ protected:
 
 private:
     void refresh();
+    void findUnreached();
     void place();
     // Half the ring's height, and half its width: tiles that would cover each other move apart.
     double radius() const;
@@ -62,6 +64,9 @@ private:
     MonitorEngine& monitor_;
     MonitorMeter& meter_;
     SpeakerList shown_;
+    MonitorState read_;  // as last asked which speakers are reached
+    OutputProfile readProfile_;
+    std::set<SpeakerID> unreached_;
     std::vector<SpeakerTile*> tiles_;
 };
 

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "mix/player/player_model.h"
+#include "mix/player/upmix_numbers.h"
 
 class QLabel;
 class QPushButton;
@@ -52,6 +53,17 @@ private:
     QPushButton* reset_;
     QPushButton* compareButton_;
     UpmixMap* map_;
+    struct Numbers : UpmixNumbers {
+        explicit Numbers(PlayerModel& player) : player_(player) {}
+        const UpmixParams& now() const override { return player_.upmix().now().params; }
+        UpmixParams start() const override { return player_.upmix().start(); }
+        bool isStereo() const override;
+        void edit(const UpmixParams& params) override { player_.upmix().edit(params); }
+
+    private:
+        PlayerModel& player_;
+    };
+    Numbers numbers_{player_};
     UpmixSliders* sliders_;
     QLabel* note_;
     QString problem_;  // of the last name, until something changes

@@ -5,7 +5,7 @@
 #include <functional>
 #include <vector>
 
-#include "mix/player/upmix_tuning.h"
+#include "mix/player/upmix_numbers.h"
 
 class QCheckBox;
 class QGridLayout;
@@ -17,12 +17,12 @@ class MenuButton;
 class ValueSlider;
 
 // A double click or Delete returns a slider to the chosen preset's value. Numbers that have no effect on the plan of
-// the loaded sound are disabled, and their tooltips say why.
+// the source are disabled, and their tooltips say why.
 class UpmixSliders : public QWidget {
     Q_OBJECT
 public:
-    UpmixSliders(UpmixTuning& tuning, const ListeningSetup& listening, const LoadedSound& sound,
-                 QWidget* parent = nullptr);
+    // `numbers` must outlive this widget.
+    explicit UpmixSliders(UpmixNumbers& numbers, QWidget* parent = nullptr);
     void refresh();
 
 protected:
@@ -42,9 +42,7 @@ private:
     void addExact(QGridLayout& grid);
     void edit(const std::function<void(UpmixParams&)>& change);
 
-    UpmixTuning& tuning_;
-    const ListeningSetup& listening_;
-    const LoadedSound& sound_;
+    UpmixNumbers& numbers_;
     std::vector<Row> rows_;
     MenuButton* bass_;
     MenuButton* crossover_;
