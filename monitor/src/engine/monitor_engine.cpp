@@ -22,6 +22,7 @@ const char* const sourceGone = "The source isn't available; the monitor goes on 
 const char* const outputGone = "The output device isn't available";
 const char* const howls = "What the output plays comes back to the source, which would howl; the monitor waits";
 const char* const notCombined = "Couldn't combine the source and output devices";
+const char* const insertsLoad = "The inserts are being loaded";
 const char* const noChannels = "The devices report no usable channels";
 
 }  // namespace
@@ -35,13 +36,18 @@ MonitorEngine::MonitorEngine(AudioSystem& audio, SettingsStore& settings, MainLo
       state_(choice_.state()),
       sourceUID_(choice_.sourceUID()),
       profileID_(choice_.profileID()),
-      makeStage_(std::move(makeStage)) {
+      makeStage_(std::move(makeStage)),
+      plugins_(loop),
+      inserts_(settings.defaults(), loop) {
     if (sourceUID_ == DuplexAudio::busUID) { keepBus(); }
     connect(&settings_, &SettingsStore::changed, this, [this] { settingsChanged(); });
+    connect(&inserts_, &MonitorInserts::changed, this, &MonitorEngine::changed);
+    connect(&inserts_, &MonitorInserts::routeChanged, this, [this] { routeChanged(); });
     watching_ = audio_.watch([this] { systemChanged(); });
 }
 
 MonitorEngine::~MonitorEngine() {
+    inserts_.disconnect(this);
     close(Falls::softly);
 }
 
@@ -108,6 +114,7 @@ void MonitorEngine::stop() {
     wanted_ = false;
     retry_.reset();
     close(Falls::softly);
+    inserts_.release();
     message_.clear();
     Q_EMIT changed();
 }
@@ -148,7 +155,11 @@ std::string MonitorEngine::open() {
     if (output == outputs.end()) { return outputGone; }
     if (duplex->feedsBack(*input, output->id)) { return howls; }
 
-    DuplexRequest request{*input, output->id, !wanted.deviceUID};
+    route_ = inserts_.route(output->id, output->outputChannels);
+    if (route_.isPending) { return insertsLoad; }
+    if (route_.node != 0 && duplex->feedsBack({route_.node, {}, {}, 0}, output->id)) { return howls; }
+
+    DuplexRequest request{*input, output->id, !wanted.deviceUID, route_.node};
     if (input->uid == DuplexAudio::openPortsUID) {
         request.input.inputChannels = std::max(state_.sourceOffset, 0) + int(channels(state_.source).size());
     }
@@ -214,6 +225,13 @@ void MonitorEngine::restartIfRunning() {
 
 void MonitorEngine::streamChanged() {
     close(Falls::atOnce);
+    tryToOpen();
+}
+
+// The inserts have come up, changed their place or gone.
+void MonitorEngine::routeChanged() {
+    if (!wanted_ || (stream_ && !inserts_.isStale(route_))) { return; }
+    close(Falls::softly);
     tryToOpen();
 }
 
