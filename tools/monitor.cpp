@@ -55,6 +55,12 @@ std::set<SpeakerID> speakersIn(const std::string& word, const std::string& text)
     return speakers;
 }
 
+Json namesOf(const MonitorInserts& inserts) {
+    Json names = Json::array();
+    for (const Insert& each : inserts.list()) { names.push_back(each.name); }
+    return names;
+}
+
 using Flag = void (*)(MonitorState& state);
 const std::map<std::string, Flag, std::less<>> flags = {
     {"dim", [](auto& s) { s.dim = true; }},
@@ -118,10 +124,12 @@ bool printMatrix(Words words) {
     return true;
 }
 
-// The user's profile of this name, on settings of which nothing is stored.
+// The user's profile of this name, and the inserts, on settings of which nothing is stored.
 void takeProfile(MemoryDefaults& defaults, const std::string& name) {
     const FileDefaults users;
-    if (const auto stored = users.data("settings.v1")) { defaults.set("settings.v1", *stored); }
+    for (const char* key : {"settings.v1", "monitor.inserts"}) {
+        if (const auto stored = users.data(key)) { defaults.set(key, *stored); }
+    }
     SettingsStore settings(defaults);
     const auto& profiles = settings.value().profiles;
     const auto named = std::ranges::find(profiles, name, &OutputProfile::name);
@@ -151,16 +159,17 @@ bool passBus(Words words) {
     monitor.setSourceUID(uidOf(monitor, words[0]));
     std::string told = "-";
     const auto tell = [&] {
-        const std::string now = monitor.running() ? "" : monitor.message();
+        const std::string now = monitor.running() ? monitor.inserts().message() : monitor.message();
         if (now == told) { return; }
         told = now;
         if (!now.empty()) { printError(now); }
-        if (now.empty()) {
+        if (monitor.running()) {
             print({{"running", true},
                    {"sampleRate", monitor.sampleRate()},
                    {"inputs", monitor.inputChannels()},
                    {"outputs", monitor.deviceChannels()},
-                   {"latency", monitor.addedLatency()}});
+                   {"latency", monitor.addedLatency() + monitor.inserts().latency()},
+                   {"inserts", namesOf(monitor.inserts())}});
             std::cout.flush();
         }
     };

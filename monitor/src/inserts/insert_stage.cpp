@@ -32,8 +32,15 @@ void DelayLines::pass(int channel, const float* in, float* out, int32_t count) n
         return;
     }
     float* const line = lines_[size_t(channel)].data();
-    for (uint32_t i = 0; i < uint32_t(count); ++i) { line[(at_ + i) & mask_] = in[i]; }
-    for (uint32_t i = 0; i < uint32_t(count); ++i) { out[i] = line[(at_ + i - frames_) & mask_]; }
+    // In two pieces where the line's end is passed.
+    const auto n = uint32_t(count);
+    const uint32_t written = std::min(n, mask_ + 1 - at_);
+    std::copy_n(in, written, line + at_);
+    std::copy_n(in + written, n - written, line);
+    const uint32_t from = (at_ - frames_) & mask_;
+    const uint32_t read = std::min(n, mask_ + 1 - from);
+    std::copy_n(line + from, read, out);
+    std::copy_n(line, n - read, out + read);
 }
 
 InsertStage::InsertStage(std::shared_ptr<InsertUnit> unit, int channels, double sampleRate)
@@ -57,10 +64,10 @@ void InsertStage::process(const float* const* in, float* const* out, int32_t fra
     const bool muted = unit_->isMuted.load(std::memory_order_relaxed);
     const float wetGoal = bypassed || muted ? 0.0F : 1.0F;
     const float dryGoal = bypassed ? 1.0F : 0.0F;
-    const bool isWet = wet_ == 1 && wetGoal == 1 && dry_ == 0;
+    const bool rests = wet_ == wetGoal && dry_ == dryGoal;
     for (int c = 0; c < channels_; ++c) {
-        lines_.pass(c, in[c], delayed_.data(), frames);
-        if (isWet) { continue; }
+        lines_.pass(c, in[c], rests && bypassed ? out[c] : delayed_.data(), frames);
+        if (rests) { continue; }  // what a muted effect gives is silence already
         float wet = wet_;
         float dry = dry_;
         for (int32_t i = 0; i < frames; ++i) {

@@ -225,7 +225,7 @@ public:
     PluginInfo describe(const std::string& uri, const std::string& bundle) override {
         Lv2World& world = shared_->world;
         if (!world.plugin(uri)) { world.loadBundle(bundle); }
-        if (!world.plugin(uri)) { world.loadAll(); }
+        if (!world.plugin(uri)) { world.loadBundle(bundleOf(uri)); }
         const LilvPlugin* const plugin = world.plugin(uri);
         if (!plugin) { throw Error("It isn't installed"); }
         return world.describe(plugin);
@@ -238,6 +238,13 @@ public:
     }
 
 private:
+    // Looks everywhere, in a world of its own: a bundle must not be read twice into one that has instances.
+    static std::string bundleOf(const std::string& uri) {
+        Lv2World all;
+        all.loadAll();
+        const LilvPlugin* const plugin = all.plugin(uri);
+        return plugin ? all.describe(plugin).bundle : "";
+    }
     std::shared_ptr<Lv2Shared> shared_ = std::make_shared<Lv2Shared>();
 };
 

@@ -113,12 +113,11 @@ Lv2World::~Lv2World() {
 }
 
 void Lv2World::loadAll() {
-    if (!loadedAll_) { lilv_world_load_all(world_); }
-    loadedAll_ = true;
+    lilv_world_load_all(world_);
 }
 
 void Lv2World::loadBundle(const std::string& bundle) {
-    if (!loadedAll_ && bundle.starts_with("file://")) { lilv_world_load_bundle(world_, uri(bundle.c_str()).get()); }
+    if (bundle.starts_with("file://")) { lilv_world_load_bundle(world_, uri(bundle.c_str()).get()); }
 }
 
 const LilvPlugin* Lv2World::plugin(const std::string& name) const {

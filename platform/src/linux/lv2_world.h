@@ -61,7 +61,6 @@ private:
     bool has(const LilvPlugin* plugin, const LilvPort* port, const char* property) const;
 
     LilvWorld* world_;
-    bool loadedAll_ = false;
 };
 
 }  // namespace brindlehum

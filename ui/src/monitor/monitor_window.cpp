@@ -8,6 +8,7 @@
 
 #include "ui/look/screen_fit.h"
 #include "ui/monitor/bus_meter.h"
+#include "ui/monitor/inserts_box.h"
 #include "ui/monitor/monitor_route.h"
 #include "ui/monitor/monitor_rows.h"
 #include "ui/monitor/speaker_map.h"
@@ -45,6 +46,7 @@ MonitorWindow::MonitorWindow(MonitorEngine& monitor, SettingsStore& settings, Ma
     column->addWidget(new SpeakerMap(monitor, meter_), 1);
     column->addWidget(trim_ = new MonitorTrim(monitor, settings));
     column->addWidget(upmix_ = new MonitorUpmix(monitor));
+    column->addWidget(new InsertsBox(monitor));
     column->addWidget(message_ = quiet());
     message_->setProperty("role", "warning");
     column->addWidget(format_ = quiet());

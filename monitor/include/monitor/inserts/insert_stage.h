@@ -51,7 +51,6 @@ public:
 private:
     void runInstances(const float* const* in, float* const* out) noexcept;
     void guard(float* const* out, int32_t frames) noexcept;
-    void cross(int channel, const float* dry, float* out, int32_t frames) const noexcept;
 
     const std::shared_ptr<InsertUnit> unit_;
     const int channels_;
