@@ -12,7 +12,8 @@ using nlohmann::json;
 
 constexpr double lookSeconds = 0.05;
 constexpr double retrySeconds = 0.5;  // while the device isn't there
-constexpr int mostStalls = 40;        // two seconds
+constexpr double reopenSeconds = 0.05;
+constexpr int mostStalls = 40;  // two seconds
 constexpr int stalledExit = 3;
 
 }  // namespace
@@ -49,6 +50,8 @@ void InsertSession::act(const json& message) {
         tellStatus();
     } else if (what == "value" && rack_) {
         rack_->setValue(id(), message.at("symbol").get<std::string>(), message.at("value").get<double>());
+    } else if (what == "file" && rack_) {
+        rack_->setFile(id(), message.at("uri").get<std::string>(), message.at("path").get<std::string>());
     } else if (what == "bypass" && rack_) {
         rack_->setBypassed(id(), message.at("on").get<bool>());
     } else if (what == "save") {
@@ -64,9 +67,9 @@ void InsertSession::open() {
     try {
         if (!duplex) { throw Error(ErrorKind::device, "no sound server answers"); }
         if (!rack_) { rack_ = std::make_unique<InsertRack>(host_, channels_); }
-        // Handled one turn of the loop later, because handling it destroys the stream that calls.
         stream_ = duplex->openPass(output_, rack_->target(), [this] {
-            loop_.post([this] {
+            // A little later: handling it destroys the stream that calls, and what changed may change again.
+            retry_ = loop_.after(reopenSeconds, [this] {
                 close();
                 open();
             });

@@ -16,7 +16,7 @@ namespace brindlehum {
 // Main thread. Messages are JSON objects, one a line. Those that come name what to do in "do":
 //     open    "output" (id of the device), "channels", "inserts" (list of Insert): makes the node and its chain
 //     chain   "inserts": another chain on the same node
-//     value   "id", "symbol", "value";  bypass  "id", "on"
+//     value   "id", "symbol", "value";  file  "id", "uri", "path";  bypass  "id", "on"
 //     save, ping
 // Those that go name what they are in "is":
 //     open    "node", "sampleRate": the node is there;  closed: it has gone, and is being made anew

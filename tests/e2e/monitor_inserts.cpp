@@ -156,7 +156,7 @@ TEST_F(InsertsOnPipeWire, WhatAPluginKeepsOutlivesAStopAndALoopThroughTheInserts
     const Click halved(0, clickLevel / 2);
     expectClick(halved);
     monitor_.stop();
-    ASSERT_TRUE(until([&] { return !monitor_.inserts().find(keeper)->state.empty(); }));
+    ASSERT_TRUE(until([&] { return !monitor_.inserts().find(keeper)->settings.state.empty(); }));
     monitor_.inserts().setValue(keeper, "factor", 0);  // which asks for nothing
     playing_.reset();
     MonitorInserts next(defaults_, loop_);

@@ -26,7 +26,7 @@ Insert insertOf(const std::string& effect, std::map<std::string, double> values 
     insert.id = UUID::random();
     insert.uri = test::effect(effect);
     insert.bundle = test::effectBundle;
-    insert.values = std::move(values);
+    insert.settings.values = std::move(values);
     return insert;
 }
 

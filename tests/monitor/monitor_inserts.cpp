@@ -53,7 +53,7 @@ TEST_F(MonitorInsertsTest, KeepTheChainOverARestartAndLeaveOutWhatCantBeRead) {
     EXPECT_EQ(next.list(), inserts_.list());
     ASSERT_EQ(next.list().size(), 2U);
     EXPECT_EQ(next.list()[0].name, "Maker: Limiter");
-    EXPECT_EQ(next.list()[0].values.at("gain"), -3.5);
+    EXPECT_EQ(next.list()[0].settings.values.at("gain"), -3.5);
     EXPECT_TRUE(next.list()[1].isBypassed);
     json kept = json::parse(*defaults_.data("monitor.inserts"));
     kept[1].erase("uri");

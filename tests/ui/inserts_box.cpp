@@ -108,7 +108,7 @@ TEST_F(InsertsBoxTest, PanelSetsEveryKindOfControlAndGoesWithItsInsert) {
     add("gain");
     click(button(box_, "Open"));
     ASSERT_NE(panel(), nullptr);
-    const auto& values = monitor_.inserts().list()[0].values;
+    const auto& values = monitor_.inserts().list()[0].settings.values;
     auto* slider = panel()->findChild<ValueSlider*>();
     slider->setValue(slider->minimum());
     EXPECT_EQ(values.at("gain"), -60);

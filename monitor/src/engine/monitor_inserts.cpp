@@ -88,10 +88,22 @@ void MonitorInserts::toggleBypass(const UUID& id) {
 void MonitorInserts::setValue(const UUID& id, const std::string& symbol, double value) {
     const auto found = std::ranges::find(list_, id, &Insert::id);
     if (found == list_.end()) { return; }
-    found->values[symbol] = value;
+    found->settings.values[symbol] = value;
+    changedInside({{"do", "value"}, {"id", id.string()}, {"symbol", symbol}, {"value", value}});
+}
+
+void MonitorInserts::setFile(const UUID& id, const std::string& uri, const std::string& storedPath) {
+    const auto found = std::ranges::find(list_, id, &Insert::id);
+    if (found == list_.end()) { return; }
+    found->settings.files[uri] = storedPath;
+    changedInside({{"do", "file"}, {"id", id.string()}, {"uri", uri}, {"path", storedPath}});
+}
+
+// An effect is set differently, which may change its state, too.
+void MonitorInserts::changedInside(const json& message) {
     keep();
     if (helper_) {
-        helper_->send({{"do", "value"}, {"id", id.string()}, {"symbol", symbol}, {"value", value}});
+        helper_->send(message);
         save_ = loop_.after(saveAfter, [this] {
             if (helper_) { helper_->send({{"do", "save"}}); }
         });
@@ -207,6 +219,7 @@ std::string MonitorInserts::nameAt(int place) const {
 }
 
 void MonitorInserts::ended() {
+    if (!helper_) { return; }  // it has been given up already
     fail(lastWords_.empty() ? "The inserts' process ended" : lastWords_);
 }
 
@@ -235,9 +248,9 @@ void MonitorInserts::tick() {
 void MonitorInserts::takeStates(const json& states) {
     bool isNew = false;
     for (Insert& each : list_) {
-        const std::string state = states.value(each.id.string(), each.state);
-        isNew = isNew || state != each.state;
-        each.state = state;
+        const std::string state = states.value(each.id.string(), each.settings.state);
+        isNew = isNew || state != each.settings.state;
+        each.settings.state = state;
     }
     if (isNew) { keep(); }
 }

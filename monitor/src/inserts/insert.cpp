@@ -7,9 +7,10 @@ namespace brindlehum {
 using nlohmann::json;
 
 void to_json(json& out, const Insert& insert) {
-    out = {
-        {"id", insert.id.string()},        {"uri", insert.uri},       {"bundle", insert.bundle}, {"name", insert.name},
-        {"isBypassed", insert.isBypassed}, {"values", insert.values}, {"state", insert.state}};
+    out = {{"id", insert.id.string()},        {"uri", insert.uri},
+           {"bundle", insert.bundle},         {"name", insert.name},
+           {"isBypassed", insert.isBypassed}, {"values", insert.settings.values},
+           {"files", insert.settings.files},  {"state", insert.settings.state}};
 }
 
 void from_json(const json& in, Insert& insert) {
@@ -18,8 +19,9 @@ void from_json(const json& in, Insert& insert) {
     in.at("bundle").get_to(insert.bundle);
     in.at("name").get_to(insert.name);
     in.at("isBypassed").get_to(insert.isBypassed);
-    in.at("values").get_to(insert.values);
-    in.at("state").get_to(insert.state);
+    in.at("values").get_to(insert.settings.values);
+    in.at("files").get_to(insert.settings.files);
+    in.at("state").get_to(insert.settings.state);
 }
 
 void to_json(json& out, const PluginControl& control) {
@@ -42,9 +44,19 @@ void from_json(const json& in, PluginControl& control) {
     in.at("choices").get_to(control.choices);
 }
 
+void to_json(json& out, const PluginFile& file) {
+    out = {{"uri", file.uri}, {"name", file.name}};
+}
+
+void from_json(const json& in, PluginFile& file) {
+    in.at("uri").get_to(file.uri);
+    in.at("name").get_to(file.name);
+}
+
 void to_json(json& out, const PluginInfo& info) {
-    out = {{"uri", info.uri},       {"name", info.name},       {"maker", info.maker},     {"bundle", info.bundle},
-           {"inputs", info.inputs}, {"outputs", info.outputs}, {"refusal", info.refusal}, {"controls", info.controls}};
+    out = {{"uri", info.uri},         {"name", info.name},         {"maker", info.maker},
+           {"bundle", info.bundle},   {"inputs", info.inputs},     {"outputs", info.outputs},
+           {"refusal", info.refusal}, {"controls", info.controls}, {"files", info.files}};
 }
 
 void from_json(const json& in, PluginInfo& info) {
@@ -56,6 +68,7 @@ void from_json(const json& in, PluginInfo& info) {
     in.at("outputs").get_to(info.outputs);
     in.at("refusal").get_to(info.refusal);
     in.at("controls").get_to(info.controls);
+    in.at("files").get_to(info.files);
 }
 
 std::string displayName(const PluginInfo& info) {

@@ -64,7 +64,7 @@ InsertRack::Entry InsertRack::make(const Insert& insert) {
         auto unit = std::make_shared<InsertUnit>();
         unit->width = entry.info.inputs;
         for (size_t i = 0; i < shares(channels_, unit->width).size(); ++i) {
-            unit->instances.push_back(host_.instantiate(entry.info, sampleRate_, insert.values, insert.state));
+            unit->instances.push_back(host_.instantiate(entry.info, sampleRate_, insert.settings));
         }
         entry.unit = std::move(unit);
         apply(entry);
@@ -76,8 +76,8 @@ void InsertRack::apply(Entry& entry) const {
     entry.unit->isBypassed = entry.insert.isBypassed;
     for (size_t i = 0; i < entry.info.controls.size(); ++i) {
         const PluginControl& control = entry.info.controls[i];
-        const auto set = entry.insert.values.find(control.symbol);
-        const double value = set == entry.insert.values.end() ? control.rest : set->second;
+        const auto set = entry.insert.settings.values.find(control.symbol);
+        const double value = set == entry.insert.settings.values.end() ? control.rest : set->second;
         for (const auto& each : entry.unit->instances) { each->setControl(i, control.heard(value)); }
     }
 }
@@ -101,8 +101,16 @@ void InsertRack::publish() {
 void InsertRack::setValue(const UUID& id, const std::string& symbol, double value) {
     Entry* const entry = find(id);
     if (!entry) { return; }
-    entry->insert.values[symbol] = value;
+    entry->insert.settings.values[symbol] = value;
     if (entry->unit) { apply(*entry); }
+}
+
+void InsertRack::setFile(const UUID& id, const std::string& uri, const std::string& storedPath) {
+    Entry* const entry = find(id);
+    if (!entry) { return; }
+    entry->insert.settings.files[uri] = storedPath;
+    if (!entry->unit) { return; }
+    for (const auto& each : entry->unit->instances) { each->setFile(uri, storedPath); }
 }
 
 void InsertRack::setBypassed(const UUID& id, bool bypassed) {

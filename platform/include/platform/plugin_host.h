@@ -28,6 +28,21 @@ struct PluginControl {
     bool operator==(const PluginControl&) const = default;
 };
 
+// A file that an effect reads, such as an impulse response.
+struct PluginFile {
+    std::string uri;  // its name in files
+    std::string name;
+    bool operator==(const PluginFile&) const = default;
+};
+
+// What an instance starts with.
+struct PluginSettings {
+    std::map<std::string, double> values;      // of its controls by symbol, where they aren't at rest
+    std::map<std::string, std::string> files;  // by URI, as storedPath() gives them
+    std::string state;                         // what PluginInstance::state() returned once
+    bool operator==(const PluginSettings&) const = default;
+};
+
 struct PluginInfo {
     std::string uri;
     std::string name;
@@ -36,6 +51,7 @@ struct PluginInfo {
     int inputs = 0;      // of audio, without side chains
     int outputs = 0;
     std::vector<PluginControl> controls;
+    std::vector<PluginFile> files;
     std::string refusal;  // why it can't be an insert, as one line; empty for one that can
     bool operator==(const PluginInfo&) const = default;
 };
@@ -50,9 +66,11 @@ public:
     virtual void process(const float* const* inputs, float* const* outputs, uint32_t frames) noexcept = 0;
     // Any thread; heard from the next block. `index` counts PluginInfo::controls.
     virtual void setControl(size_t index, double value) noexcept = 0;
+    // Has it read another file from the next block on. Blocks that don't come let a number of them get lost.
+    virtual void setFile(const std::string& uri, const std::string& storedPath) = 0;
     // Any thread: the frames by which it delayed the last block.
     virtual int latency() const noexcept = 0;
-    // What it keeps besides its controls, as a text for instantiate(); empty when there is nothing.
+    // What it keeps besides its controls, as a text; empty when there is nothing.
     virtual std::string state() const = 0;
 };
 
@@ -65,12 +83,10 @@ public:
     // Reads the description of one effect, which lies in `bundle`, or elsewhere if it has moved. Throws Error when it
     // isn't installed.
     virtual PluginInfo describe(const std::string& uri, const std::string& bundle) = 0;
-    // Loads the maker's code into this process. `values` are those of its controls by symbol, where they aren't at
-    // rest, and `state` is what state() returned once. The instance has heard one block of silence, so that its latency
-    // is known. Throws Error when it can't be had.
+    // Loads the maker's code into this process. The instance has heard one block of silence, so that its latency is
+    // known. Throws Error when it can't be had.
     virtual std::unique_ptr<PluginInstance> instantiate(const PluginInfo& info, double sampleRate,
-                                                        const std::map<std::string, double>& values = {},
-                                                        const std::string& state = {}) = 0;
+                                                        const PluginSettings& settings = {}) = 0;
 };
 
 }  // namespace brindlehum

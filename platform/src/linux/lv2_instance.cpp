@@ -1,8 +1,11 @@
 #include "lv2_instance.h"
 
 #include <lv2/atom/atom.h>
+#include <lv2/atom/forge.h>
+#include <lv2/atom/util.h>
 #include <lv2/buf-size/buf-size.h>
 #include <lv2/parameters/parameters.h>
+#include <lv2/patch/patch.h>
 #include <lv2/state/state.h>
 
 #include <algorithm>
@@ -11,6 +14,7 @@
 #include <cstdio>
 
 #include "base/error.h"
+#include "base/stored_path.h"
 #include "platform/linux_plugins.h"
 
 namespace brindlehum {
@@ -42,7 +46,7 @@ using State = std::unique_ptr<LilvState, StateDeleter>;
 }  // namespace
 
 Lv2Instance::Lv2Instance(std::shared_ptr<Lv2Shared> shared, const PluginInfo& info, double sampleRate,
-                         const std::map<std::string, double>& values, const std::string& state)
+                         const PluginSettings& settings)
     : shared_(std::move(shared)),
       plugin_(shared_->world.plugin(info.uri)),
       silence_(PluginHost::maxFrames),
@@ -54,6 +58,12 @@ Lv2Instance::Lv2Instance(std::shared_ptr<Lv2Shared> shared, const PluginInfo& in
         ports_.push_back({shared_->world.kindOf(plugin_, port), i});
         if (shared_->world.isUsersControl(plugin_, port)) { controlPorts_.push_back(i); }
     }
+    const LilvPort* const control = lilv_plugin_get_port_by_designation(
+        plugin_, shared_->world.uri(LV2_CORE__InputPort).get(), shared_->world.uri(LV2_CORE__control).get());
+    const auto atoms = std::ranges::find(ports_, Lv2PortKind::atomIn, &Port::kind);
+    messagePort_ = control                 ? int(lilv_port_get_index(plugin_, control))
+                   : atoms != ports_.end() ? int(atoms->index)
+                                           : -1;
     if (lilv_plugin_has_latency(plugin_)) { latencyPort_ = int(lilv_plugin_get_latency_port_index(plugin_)); }
     makeOptions(sampleRate);
     instance_ = lilv_plugin_instantiate(plugin_, sampleRate, features().data());
@@ -61,11 +71,13 @@ Lv2Instance::Lv2Instance(std::shared_ptr<Lv2Shared> shared, const PluginInfo& in
     worker_.attach(instance_);
     numbers_.resize(ports_.size());
     for (size_t i = 0; i < wanted_.size(); ++i) {
-        const auto set = values.find(info.controls[i].symbol);
-        Lv2Instance::setControl(i, info.controls[i].heard(set == values.end() ? info.controls[i].rest : set->second));
+        const auto set = settings.values.find(info.controls[i].symbol);
+        Lv2Instance::setControl(
+            i, info.controls[i].heard(set == settings.values.end() ? info.controls[i].rest : set->second));
     }
     connect();
-    restore(state);
+    restore(settings.state);
+    for (const auto& [uri, path] : settings.files) { Lv2Instance::setFile(uri, path); }
     lilv_instance_activate(instance_);
     // Without a block it doesn't know its latency. It forgets the block again.
     const std::vector<const float*> inputs(size_t(info.inputs), nullptr);
@@ -185,6 +197,36 @@ void Lv2Instance::setControl(size_t index, double value) noexcept {
     }
 }
 
+void Lv2Instance::setFile(const std::string& uri, const std::string& storedPath) {
+    const std::string path = pathFromStored(storedPath);
+    Lv2Urids& urids = shared_->urids;
+    std::vector<uint8_t> bytes(path.size() + 256);
+    LV2_Atom_Forge forge;
+    LV2_Atom_Forge_Frame frame;
+    lv2_atom_forge_init(&forge, urids.mapFeature());
+    lv2_atom_forge_set_buffer(&forge, bytes.data(), bytes.size());
+    lv2_atom_forge_object(&forge, &frame, 0, urids.map(LV2_PATCH__Set));
+    lv2_atom_forge_key(&forge, urids.map(LV2_PATCH__property));
+    lv2_atom_forge_urid(&forge, urids.map(uri.c_str()));
+    lv2_atom_forge_key(&forge, urids.map(LV2_PATCH__value));
+    lv2_atom_forge_path(&forge, path.c_str(), uint32_t(path.size()));
+    lv2_atom_forge_pop(&forge, &frame);
+    messages_.push(forge.offset, bytes.data());
+}
+
+// Gives the plug-in what has been sent since the last block, as far as there is room.
+void Lv2Instance::passMessages() noexcept {
+    const auto port = std::ranges::find(atoms_, uint32_t(messagePort_), &Atoms::port);
+    if (messagePort_ < 0 || port == atoms_.end()) { return; }
+    auto* const sequence = reinterpret_cast<LV2_Atom_Sequence*>(port->bytes.data());
+    auto* const event = reinterpret_cast<LV2_Atom_Event*>(event_.data());
+    uint32_t bytes = 0;
+    while (sequence->atom.size < uint32_t(atomBytes) / 2 && messages_.pop(bytes, &event->body)) {
+        event->time.frames = 0;
+        lv2_atom_sequence_append_event(sequence, uint32_t(atomBytes), event);
+    }
+}
+
 void Lv2Instance::resetAtoms() noexcept {
     for (Atoms& each : atoms_) {
         auto* const sequence = reinterpret_cast<LV2_Atom_Sequence*>(each.bytes.data());
@@ -211,6 +253,7 @@ void Lv2Instance::process(const float* const* inputs, float* const* outputs, uin
         }
     }
     resetAtoms();
+    passMessages();
     lilv_instance_run(instance_, frames);
     worker_.deliver();
     if (latencyPort_ < 0) { return; }
@@ -231,10 +274,9 @@ public:
         return world.describe(plugin);
     }
     std::unique_ptr<PluginInstance> instantiate(const PluginInfo& info, double sampleRate,
-                                                const std::map<std::string, double>& values,
-                                                const std::string& state) override {
+                                                const PluginSettings& settings) override {
         if (!info.refusal.empty()) { throw Error(info.refusal); }
-        return std::make_unique<Lv2Instance>(shared_, info, sampleRate, values, state);
+        return std::make_unique<Lv2Instance>(shared_, info, sampleRate, settings);
     }
 
 private:

@@ -27,11 +27,12 @@ class Lv2Instance : public PluginInstance {
 public:
     // Throws Error when the plug-in refuses.
     Lv2Instance(std::shared_ptr<Lv2Shared> shared, const PluginInfo& info, double sampleRate,
-                const std::map<std::string, double>& values, const std::string& state);
+                const PluginSettings& settings);
     ~Lv2Instance() override;
 
     void process(const float* const* inputs, float* const* outputs, uint32_t frames) noexcept override;
     void setControl(size_t index, double value) noexcept override;
+    void setFile(const std::string& uri, const std::string& storedPath) override;
     int latency() const noexcept override { return latency_.load(std::memory_order_relaxed); }
     std::string state() const override;
 
@@ -51,6 +52,7 @@ private:
     void connect();
     void restore(const std::string& state);
     void resetAtoms() noexcept;
+    void passMessages() noexcept;
 
     const std::shared_ptr<Lv2Shared> shared_;
     const LilvPlugin* plugin_;
@@ -67,6 +69,9 @@ private:
     std::vector<std::atomic<float>> wanted_;
     std::vector<Atoms> atoms_;
     LV2_URID sequence_ = 0, chunk_ = 0;
+    int messagePort_ = -1;  // the plug-in's port for messages, or its first for atoms
+    Lv2Messages messages_;  // from setFile to the audio thread
+    std::vector<uint64_t> event_ = std::vector<uint64_t>(Lv2Messages::size / sizeof(uint64_t) + 1);  // audio thread
     int latencyPort_ = -1;
     std::atomic<int> latency_ = 0;
     Lv2Worker worker_;

@@ -7,6 +7,7 @@
 #include <lv2/log/log.h>
 #include <lv2/options/options.h>
 #include <lv2/parameters/parameters.h>
+#include <lv2/patch/patch.h>
 #include <lv2/port-props/port-props.h>
 #include <lv2/state/state.h>
 #include <lv2/units/units.h>
@@ -19,8 +20,6 @@
 #include <cstdlib>
 #include <map>
 #include <string_view>
-
-#include "base/home_folder.h"
 
 namespace brindlehum {
 namespace {
@@ -83,9 +82,10 @@ double numberOf(LilvNode* node, double otherwise) {
 
 std::vector<std::string> lv2Folders() {
     std::vector<std::string> folders;
+    const char* const home = std::getenv("HOME");
     const char* const chosen = std::getenv("LV2_PATH");
     if (!chosen || !*chosen) {
-        return {homeFolder() / ".lv2",
+        return {std::string(home ? home : "") + "/.lv2",
                 "/usr/local/lib/lv2",
                 "/usr/lib/lv2",
                 "/usr/lib64/lv2",
@@ -188,6 +188,25 @@ PluginControl Lv2World::control(const LilvPlugin* plugin, const LilvPort* port) 
     return out;
 }
 
+// Its parameters that are paths.
+std::vector<PluginFile> Lv2World::files(const LilvPlugin* plugin) const {
+    std::vector<PluginFile> out;
+    LilvNodes* const writable = lilv_plugin_get_value(plugin, uri(LV2_PATCH__writable).get());
+    LILV_FOREACH(nodes, each, writable) {
+        const LilvNode* const parameter = lilv_nodes_get(writable, each);
+        const auto said = [&](const char* what) {
+            const Lv2Node node(lilv_world_get(world_, parameter, uri(what).get(), nullptr));
+            return textOf(node.get());
+        };
+        if (said(LILV_NS_RDFS "range") == LV2_ATOM__Path) {
+            out.push_back({textOf(parameter), said(LILV_NS_RDFS "label")});
+        }
+    }
+    lilv_nodes_free(writable);
+    std::ranges::sort(out, {}, &PluginFile::name);
+    return out;
+}
+
 std::string Lv2World::refusalOf(const LilvPlugin* plugin, const PluginInfo& info) const {
     const auto lacks = [](const std::string& what) { return "It needs " + what + ", which Brindlehum doesn't offer"; };
     LilvNodes* const required = lilv_plugin_get_required_features(plugin);
@@ -224,6 +243,7 @@ PluginInfo Lv2World::describe(const LilvPlugin* plugin) const {
         info.outputs += kind == Lv2PortKind::audioOut ? 1 : 0;
         if (isUsersControl(plugin, port)) { info.controls.push_back(control(plugin, port)); }
     }
+    info.files = files(plugin);
     info.refusal = refusalOf(plugin, info);
     return info;
 }

@@ -55,6 +55,7 @@ public:
     double restOf(const LilvPlugin* plugin, const LilvPort* port) const;
 
 private:
+    std::vector<PluginFile> files(const LilvPlugin* plugin) const;
     PluginControl control(const LilvPlugin* plugin, const LilvPort* port) const;
     std::string unitOf(const LilvPlugin* plugin, const LilvPort* port) const;
     std::string refusalOf(const LilvPlugin* plugin, const PluginInfo& info) const;

@@ -1,5 +1,8 @@
 // Tiny LV2 effects whose results are exact, for tests.
+#include <lv2/atom/atom.h>
+#include <lv2/atom/util.h>
 #include <lv2/core/lv2.h>
+#include <lv2/patch/patch.h>
 #include <lv2/state/state.h>
 #include <lv2/urid/urid.h>
 #include <lv2/worker/worker.h>
@@ -8,6 +11,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <fstream>
 #include <limits>
 #include <vector>
 
@@ -87,7 +91,8 @@ struct Trouble : Effect {
     }
 };
 
-// Ports: in, out, factor. Takes a factor that isn't 0 by way of its worker, and keeps it as its state.
+// Ports: in, out, factor, messages. Takes a factor that isn't 0 by way of its worker, and keeps it as its state. A file
+// that it is given holds a factor as text.
 struct Keeper : Effect {
     const LV2_Worker_Schedule* worker = nullptr;
     LV2_URID_Map* map = nullptr;
@@ -112,7 +117,24 @@ struct Keeper : Effect {
             asked = wanted;
             worker->schedule_work(worker->handle, sizeof wanted, &wanted);
         }
+        auto* const messages = static_cast<LV2_Atom_Sequence*>(ports[3]);
+        LV2_ATOM_SEQUENCE_FOREACH(messages, event) {
+            const LV2_Atom* path = nullptr;
+            lv2_atom_object_get(reinterpret_cast<const LV2_Atom_Object*>(&event->body), urid(LV2_PATCH__value), &path,
+                                0);
+            if (path) { worker->schedule_work(worker->handle, path->size, path + 1); }
+        }
         for (uint32_t i = 0; i < frames; ++i) { out(1)[i] = in(0)[i] * factor; }
+    }
+    // On the worker: a factor is as long as a float, and a path is longer.
+    static float read(uint32_t size, const void* data) {
+        float factor = 0;
+        if (size == sizeof factor) {
+            std::memcpy(&factor, data, size);
+        } else {
+            std::ifstream(static_cast<const char*>(data)) >> factor;
+        }
+        return factor;
     }
 };
 
@@ -120,14 +142,17 @@ const char* const factorKey = "urn:brindlehum:test:factor";
 const char* const floatType = "http://lv2plug.in/ns/ext/atom#Float";
 
 const void* keeperExtension(const char* uri) {
-    static const LV2_Worker_Interface worker = {
-        [](LV2_Handle, LV2_Worker_Respond_Function respond, LV2_Worker_Respond_Handle to, uint32_t size,
-           const void* data) { return respond(to, size, data); },
-        [](LV2_Handle self, uint32_t, const void* data) {
-            static_cast<Keeper*>(self)->factor = *static_cast<const float*>(data);
-            return LV2_WORKER_SUCCESS;
-        },
-        nullptr};
+    static const LV2_Worker_Interface worker = {[](LV2_Handle, LV2_Worker_Respond_Function respond,
+                                                   LV2_Worker_Respond_Handle to, uint32_t size, const void* data) {
+                                                    const float factor = Keeper::read(size, data);
+                                                    return respond(to, sizeof factor, &factor);
+                                                },
+                                                [](LV2_Handle self, uint32_t, const void* data) {
+                                                    static_cast<Keeper*>(self)->factor =
+                                                        *static_cast<const float*>(data);
+                                                    return LV2_WORKER_SUCCESS;
+                                                },
+                                                nullptr};
     static const LV2_State_Interface state = {
         [](LV2_Handle self, LV2_State_Store_Function store, LV2_State_Handle to, uint32_t, const LV2_Feature* const*) {
             const auto& keeper = *static_cast<Keeper*>(self);

@@ -2,16 +2,21 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QFileDialog>
 #include <QFormLayout>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QPushButton>
 #include <QShortcut>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <cmath>
 
+#include "base/stored_path.h"
+#include "ui/look/elided_label.h"
 #include "ui/look/form_scroll.h"
+#include "ui/look/path_text.h"
 #include "ui/look/screen_fit.h"
 #include "ui/look/tabular_font.h"
 #include "ui/look/utf8_text.h"
@@ -76,6 +81,9 @@ void InsertPanel::makeControls() {
                                                          : slider(control);
         form_->addRow(textOf(control.name), widget);
     }
+    for (const PluginFile& each : plugin ? plugin->files : std::vector<PluginFile>()) {
+        form_->addRow(textOf(each.name), file(each));
+    }
     if (plugin && follow_.empty()) { form_->addRow(new QLabel("It has nothing to set.")); }
     refresh();
     const int height = form_->sizeHint().height() + 2 * margin + (problem_->isHidden() ? 0 : 60);
@@ -136,10 +144,39 @@ QWidget* InsertPanel::toggle(const PluginControl& control) {
     return box;
 }
 
+QWidget* InsertPanel::file(const PluginFile& file) {
+    auto* row = new QWidget;
+    auto* layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    auto* name = new ElidedLabel;
+    auto* choose = new QPushButton("Choose…");
+    choose->setProperty("role", "small");
+    choose->setAccessibleName(textOf(file.name));
+    connect(choose, &QPushButton::clicked, this, [this, file] { chooseFile(file); });
+    layout->addWidget(name, 1);
+    layout->addWidget(choose);
+    follow_.emplace_back([this, file, name] {
+        const Insert* const insert = monitor_.inserts().find(id_);
+        const bool isSet = insert && insert->settings.files.contains(file.uri);
+        name->setFullText(isSet ? pathText(pathFromStored(insert->settings.files.at(file.uri))) : "None chosen here");
+    });
+    return row;
+}
+
+void InsertPanel::chooseFile(const PluginFile& file) {
+    auto* dialog = new QFileDialog(this, textOf(file.name));
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setFileMode(QFileDialog::ExistingFile);
+    connect(dialog, &QFileDialog::fileSelected, this, [this, file](const QString& path) {
+        monitor_.inserts().setFile(id_, file.uri, storedPath(pathOfText(path)));
+    });
+    dialog->open();
+}
+
 double InsertPanel::valueOf(const PluginControl& control) const {
     const Insert* const insert = monitor_.inserts().find(id_);
-    if (!insert || !insert->values.contains(control.symbol)) { return control.rest; }
-    return control.heard(insert->values.at(control.symbol));
+    if (!insert || !insert->settings.values.contains(control.symbol)) { return control.rest; }
+    return control.heard(insert->settings.values.at(control.symbol));
 }
 
 void InsertPanel::set(const PluginControl& control, double value) {

@@ -35,6 +35,7 @@ public:
     void move(const UUID& id, int place);  // from 0
     void toggleBypass(const UUID& id);
     void setValue(const UUID& id, const std::string& symbol, double value);
+    void setFile(const UUID& id, const std::string& uri, const std::string& storedPath);
 
     // Why an insert isn't heard as it should; empty when all is well, and while it isn't loaded.
     std::string problemOf(const UUID& id) const;
@@ -67,6 +68,7 @@ private:
     uint32_t node() const { return list_.empty() || failed_ ? 0 : node_; }
     void edited();
     void keep();
+    void changedInside(const nlohmann::json& message);
     void ensure();
     void sendChain(const char* what);
     void heard(const nlohmann::json& message);

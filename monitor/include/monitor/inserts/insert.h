@@ -1,7 +1,6 @@
 // Insert: one effect in the chain behind the monitor's matrix, as the user has set it.
 #pragma once
 
-#include <map>
 #include <nlohmann/json_fwd.hpp>
 #include <string>
 
@@ -16,8 +15,7 @@ struct Insert {
     std::string bundle;  // where it lay when it was added
     std::string name;    // "Maker: Name"
     bool isBypassed = false;
-    std::map<std::string, double> values;  // of its controls by symbol; another one is at rest
-    std::string state;                     // what the plug-in keeps besides, in its own words
+    PluginSettings settings;
     bool operator==(const Insert&) const = default;
 };
 

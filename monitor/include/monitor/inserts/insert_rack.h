@@ -33,6 +33,7 @@ public:
     // Loads what is new, keeps what runs, and lets the rest go. What can't be had is left out and has a problem.
     void set(const std::vector<Insert>& inserts);
     void setValue(const UUID& id, const std::string& symbol, double value);
+    void setFile(const UUID& id, const std::string& uri, const std::string& storedPath);
     // Makes a muted effect anew when it is to be heard again.
     void setBypassed(const UUID& id, bool bypassed);
     // Frees what faded out, and follows latencies that have changed. To be called now and then; true when status() has

@@ -26,6 +26,8 @@ private:
     QWidget* slider(const PluginControl& control);
     QWidget* choice(const PluginControl& control);
     QWidget* toggle(const PluginControl& control);
+    QWidget* file(const PluginFile& file);
+    void chooseFile(const PluginFile& file);
     double valueOf(const PluginControl& control) const;
     void set(const PluginControl& control, double value);
     void refresh();
