@@ -45,6 +45,12 @@ std::set<SpeakerID> speakersIn(const std::string& word, const std::string& text)
     return speakers;
 }
 
+Json namesOf(const MonitorInserts& inserts) {
+    Json names = Json::array();
+    for (const Insert& each : inserts.list()) { names.push_back(each.name); }
+    return names;
+}
+
 using Flag = void (*)(MonitorState& state);
 const std::map<std::string, Flag, std::less<>> flags = {
     {"dim", [](auto& s) { s.dim = true; }},
@@ -108,10 +114,12 @@ bool printMatrix(Words words) {
     return true;
 }
 
-// The user's profile of this name, on settings of which nothing is stored.
+// The user's profile of this name, and the inserts, on settings of which nothing is stored.
 void takeProfile(MemoryDefaults& defaults, const std::string& name) {
     const FileDefaults users;
-    if (const auto stored = users.data("settings.v1")) { defaults.set("settings.v1", *stored); }
+    for (const char* key : {"settings.v1", "monitor.inserts"}) {
+        if (const auto stored = users.data(key)) { defaults.set(key, *stored); }
+    }
     SettingsStore settings(defaults);
     const auto& profiles = settings.value().profiles;
     const auto named = std::ranges::find(profiles, name, &OutputProfile::name);
@@ -134,6 +142,7 @@ Json figuresOf(const MonitorEngine& monitor) {
             {"outputs", monitor.deviceChannels()},
             {"latency", monitor.latency()},
             {"upmixLatency", monitor.addedLatency()},
+            {"inserts", namesOf(monitor.inserts())},
             {"dropouts", monitor.dropouts()}};
 }
 
@@ -152,7 +161,7 @@ bool passBus(Words words) {
     std::string warned;
     Json told;
     const auto tell = [&] {
-        const std::string warning = monitor.running() ? "" : monitor.message();
+        const std::string warning = monitor.running() ? monitor.inserts().message() : monitor.message();
         if (warning != warned && !warning.empty()) { printError(warning); }
         warned = warning;
         // The latency is known when the first block has been heard.

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
+#include "base/number_text.h"
+
 namespace brindlehum {
 namespace {
 
@@ -30,6 +32,23 @@ std::string valueOf(const ControlParams& params, const std::string& name) {
     return found == params.end() ? std::string() : found->second;
 }
 
+nlohmann::json insertsOf(const MonitorInserts& inserts) {
+    auto out = nlohmann::json::array();
+    for (const Insert& each : inserts.list()) {
+        out.push_back({{"name", each.name}, {"bypassed", each.isBypassed}, {"problem", inserts.problemOf(each.id)}});
+    }
+    return out;
+}
+
+// The one that a number from 1 or a name stands for; none for another text.
+const Insert* insertOf(const MonitorInserts& inserts, const std::string& text) {
+    const auto place = numberAtStart<size_t>(text);
+    for (size_t i = 0; i < inserts.list().size(); ++i) {
+        if (i + 1 == place || inserts.list()[i].name == text) { return &inserts.list()[i]; }
+    }
+    return nullptr;
+}
+
 }  // namespace
 
 nlohmann::json MonitorCommands::handle(const ControlParams& params) {
@@ -47,7 +66,9 @@ nlohmann::json MonitorCommands::handle(const ControlParams& params) {
             {"latency", monitor_.latency()},
             {"dropouts", monitor_.dropouts()},
             {"shortTerm", monitor_.loudness().reading().shortTerm},
-            {"integrated", monitor_.loudness().reading().integrated}};
+            {"integrated", monitor_.loudness().reading().integrated},
+            {"inserts", insertsOf(monitor_.inserts())},
+            {"insertsMessage", monitor_.inserts().message()}};
 }
 
 void MonitorCommands::act(const std::string& action, const ControlParams& params) {
@@ -55,6 +76,13 @@ void MonitorCommands::act(const std::string& action, const ControlParams& params
     if (action == "start") { return monitor_.start(); }
     if (action == "stop") { return monitor_.stop(); }
     if (action == "loudness-reset") { return monitor_.loudness().reset(); }
+    if (action == "inserts-restart") { return monitor_.inserts().restart(); }
+    if (action == "bypass") {
+        if (const Insert* const insert = insertOf(monitor_.inserts(), valueOf(params, "insert"))) {
+            monitor_.toggleBypass(UUID(insert->id));
+        }
+        return;
+    }
     if (action == "dim") { next.dim = !next.dim; }
     if (action == "mute") { next.mute = !next.mute; }
     if (action == "fold") { next.mode = brindlehum::next(allMonitorModes, next.mode); }

@@ -13,8 +13,8 @@ class MonitorCommands {
 public:
     explicit MonitorCommands(MonitorEngine& monitor) : monitor_(monitor) {}
 
-    // Carries out `action` ("dim", "mute", "fold", "up", "down", "start", "stop", "upmix", "upmix-next",
-    // "loudness-reset"; another one changes nothing) and answers how the monitor stands after it.
+    // Carries out `action` ("dim", "mute", "fold", "up", "down", "start", "stop", "upmix", "upmix-next", "bypass",
+    // "inserts-restart", "loudness-reset"; another one changes nothing) and answers how the monitor stands after it.
     nlohmann::json handle(const ControlParams& params);
 
 private:

@@ -1,3 +1,4 @@
+// Finds the devices by their names.
 #include "monitor/engine/monitor_devices.h"
 
 #include <algorithm>
@@ -30,6 +31,7 @@ MonitorDevices chosenDevices(const MonitorMachine& machine, const std::string& s
     }
     width = std::min(width, RenderContext::maxSourceChannels);
     out.positions = output->positions;
+    out.outputChannels = output->outputChannels;
     return out;
 }
 

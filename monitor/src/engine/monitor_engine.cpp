@@ -22,6 +22,7 @@ const char* const noSource = "Choose the source (where your DAW's bus arrives)";
 const char* const noServer = "The monitor needs a sound server, and none answers";
 const char* const howls = "What the output plays comes back to the source, which would howl; the monitor waits";
 const char* const notCombined = "Couldn't combine the source and output devices";
+const char* const insertsLoad = "The inserts are being loaded";
 const char* const noChannels = "The devices report no usable channels";
 
 }  // namespace
@@ -37,13 +38,18 @@ MonitorEngine::MonitorEngine(AudioSystem& audio, SettingsStore& settings, MainLo
       profileID_(choice_.profileID()),
       otherProfileID_(choice_.otherProfileID()),
       makeStage_(std::move(makeStage)),
-      loudness_(loop) {
+      loudness_(loop),
+      plugins_(loop),
+      inserts_(settings.defaults(), loop) {
     if (sourceUID_ == DuplexAudio::busUID) { keepBus(); }
     connect(&settings_, &SettingsStore::changed, this, [this] { settingsChanged(); });
+    connect(&inserts_, &MonitorInserts::changed, this, &MonitorEngine::changed);
+    connect(&inserts_, &MonitorInserts::routeChanged, this, [this] { routeChanged(); });
     watching_ = audio_.watch([this] { systemChanged(); });
 }
 
 MonitorEngine::~MonitorEngine() {
+    inserts_.disconnect(this);
     close(Falls::softly);
 }
 
@@ -152,6 +158,7 @@ void MonitorEngine::stop() {
     wanted_ = false;
     retry_.reset();
     close(Falls::softly);
+    inserts_.release();
     message_.clear();
     Q_EMIT changed();
 }
@@ -181,10 +188,14 @@ std::string MonitorEngine::open() {
     DuplexAudio* const duplex = audio_.duplex();
     if (!duplex) { return noServer; }
     const OutputProfile& wanted = profile();
-    const auto [problem, request, positions] =
+    auto [problem, request, positions, outputChannels] =
         chosenDevices({duplex->allInputs(), audio_.allOutputs(), audio_.defaultOutput()}, *sourceUID_, wanted, state_);
     if (!problem.empty()) { return problem; }
     if (duplex->feedsBack(request.input, request.output)) { return howls; }
+    route_ = inserts_.route(request.output, outputChannels);
+    if (route_.isPending) { return insertsLoad; }
+    if (route_.node != 0 && duplex->feedsBack({route_.node, {}, {}, 0}, request.output)) { return howls; }
+    request.through = route_.node;
     if (!unit_) {
         unit_ = std::make_shared<MatrixUnit>();
         watch_ = std::make_shared<RenderWatch>(*unit_);
@@ -262,6 +273,13 @@ void MonitorEngine::streamChanged() {
     tryToOpen();
 }
 
+// The inserts have come up, changed their place or gone.
+void MonitorEngine::routeChanged() {
+    if (!wanted_ || (stream_ && !inserts_.isStale(route_))) { return; }
+    close(Falls::softly);
+    tryToOpen();
+}
+
 void MonitorEngine::systemChanged() {
     if (sourceUID_ == DuplexAudio::busUID && !bus_) { keepBus(); }  // there was no server yet
     if (waiting()) { tryToOpen(); }
@@ -283,7 +301,7 @@ double MonitorEngine::addedLatency() const {
 }
 
 double MonitorEngine::latency() const {
-    return stream_ ? stream_->figures().blockSeconds + addedLatency() : 0;
+    return stream_ ? stream_->figures().blockSeconds + addedLatency() + inserts_.latency() : 0;
 }
 
 uint64_t MonitorEngine::dropouts() const {

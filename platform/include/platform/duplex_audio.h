@@ -26,6 +26,16 @@ struct DuplexRequest {
     AudioInputDevice input;
     uint32_t output = 0;          // id of an output device
     bool followsDefault = false;  // as in AudioSystem::openOutput
+    // Node of a PassStream, maybe another program's, through which the outputs go to the device; 0 for none. The stream
+    // announces a change when the node has gone.
+    uint32_t through = 0;
+};
+
+// A stream in the way of another one.
+class PassStream : public OutputStream {
+public:
+    // The server's name for it; 0 until the server has answered.
+    virtual uint32_t node() const = 0;
 };
 
 // Main thread. No call waits for the sound server.
@@ -45,6 +55,10 @@ public:
     // Throws Error (device) with the text for the user.
     virtual std::unique_ptr<OutputStream> openDuplex(const DuplexRequest& request, RenderTarget& target,
                                                      std::function<void()> onChange) = 0;
+    // A node with as many inputs and outputs as the output device has channels, which it links to nothing: a duplex
+    // stream goes through it. Calls `onChange` as openOutput does. Throws Error (device).
+    virtual std::unique_ptr<PassStream> openPass(uint32_t output, RenderTarget& target,
+                                                 std::function<void()> onChange) = 0;
     // An output device of our own, "Brindlehum Bus", into which other programs play and which is among the inputs as
     // what that device is given. `positions` are the names of its channels, 1 to 64. It goes away with the handle, and
     // returns after the server has; null when it can't be made.

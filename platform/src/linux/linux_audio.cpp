@@ -61,10 +61,8 @@ public:
             return std::make_unique<InterimStream>(
                 headless_.openOutput(id, followsDefault, target, std::move(onChange)), [this] { return running(); });
         }
-        const auto outputs = session_->graph().outputs();
-        const auto device = std::ranges::find(outputs, id, &AudioOutputDevice::id);
-        if (device == outputs.end()) { throw Error(ErrorKind::device, "Couldn't open the output device"); }
-        return std::make_unique<PipeWireStream>(session_, main_, *device, followsDefault, target, std::move(onChange));
+        const PipeWireStream::Ends ends{output(id), followsDefault};
+        return std::make_unique<PipeWireStream>(session_, main_, ends, target, std::move(onChange));
     }
 
     DuplexAudio* duplex() override { return running() ? this : nullptr; }
@@ -79,11 +77,14 @@ public:
 
     std::unique_ptr<OutputStream> openDuplex(const DuplexRequest& request, RenderTarget& target,
                                              std::function<void()> onChange) override {
-        const auto outputs = running() ? session_->graph().outputs() : std::vector<AudioOutputDevice>();
-        const auto device = std::ranges::find(outputs, request.output, &AudioOutputDevice::id);
-        if (device == outputs.end()) { throw Error(ErrorKind::device, "Couldn't open the output device"); }
-        return std::make_unique<PipeWireStream>(session_, main_, *device, request.followsDefault, target,
-                                                std::move(onChange), &request.input);
+        const PipeWireStream::Ends ends{output(request.output), request.followsDefault, request.input, request.through};
+        return std::make_unique<PipeWireStream>(session_, main_, ends, target, std::move(onChange));
+    }
+
+    std::unique_ptr<PassStream> openPass(uint32_t id, RenderTarget& target, std::function<void()> onChange) override {
+        PipeWireStream::Ends ends{output(id)};
+        ends.isPass = true;
+        return std::make_unique<PipeWireStream>(session_, main_, ends, target, std::move(onChange));
     }
 
     std::shared_ptr<void> makeBus(const std::vector<std::string>& positions) override {
@@ -109,6 +110,13 @@ private:
         bool operator==(const State&) const = default;
     };
 
+    // Throws Error (device) when the server has none of this id.
+    AudioOutputDevice output(uint32_t id) {
+        const auto outputs = running() ? session_->graph().outputs() : std::vector<AudioOutputDevice>();
+        const auto device = std::ranges::find(outputs, id, &AudioOutputDevice::id);
+        if (device == outputs.end()) { throw Error(ErrorKind::device, "Couldn't open the output device"); }
+        return *device;
+    }
     bool running() { return server() == SoundServer::running; }
     // From one copy of the graph.
     State state() {

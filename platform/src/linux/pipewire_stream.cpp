@@ -27,21 +27,23 @@ constexpr uint32_t linkPatience = 48000;
 
 }  // namespace
 
-PipeWireStream::PipeWireStream(std::shared_ptr<PipeWireSession> session, MainLoop& loop,
-                               const AudioOutputDevice& device, bool followsDefault, RenderTarget& target,
-                               std::function<void()> onChange, const AudioInputDevice* input)
+PipeWireStream::PipeWireStream(std::shared_ptr<PipeWireSession> session, MainLoop& loop, const Ends& ends,
+                               RenderTarget& target, std::function<void()> onChange)
     : session_(std::move(session)),
       main_(loop),
       target_(target),
-      sink_(device.id),
-      source_(input != nullptr ? input->id : 0),
-      followsDefault_(followsDefault),
+      sink_(ends.device.id),
+      source_(ends.input ? ends.input->id : 0),
+      through_(ends.through),
+      isPass_(ends.isPass),
+      followsDefault_(ends.followsDefault),
       onChange_(std::make_shared<std::function<void()>>(std::move(onChange))) {
     const PipeWireLoop::Lock lock(session_->loop());
     if (session_->knownGraph().refused.erase(sink_) > 0) { throw Error(ErrorKind::device, cannotOpen); }
     sampleRate_ = session_->knownGraph().rateFor(sink_);
     try {
-        makeFilter(size_t(device.outputChannels), input != nullptr ? size_t(input->inputChannels) : 0);
+        const auto outputs = size_t(ends.device.outputChannels);
+        makeFilter(outputs, isPass_ ? outputs : ends.input ? size_t(ends.input->inputChannels) : 0);
     } catch (const Error&) {
         close();
         throw;
@@ -73,13 +75,14 @@ void PipeWireStream::makeFilter(size_t outputs, size_t inputs) {
     }();
     // Set no media.class: a session manager then leaves the node's links to its owner.
     const bool listens = inputs > 0;
-    filter_ = pw_filter_new(session_->core(), "Brindlehum",
-                            pw_properties_new(PW_KEY_MEDIA_TYPE, "Audio", PW_KEY_MEDIA_CATEGORY,
-                                              listens ? "Duplex" : "Playback", PW_KEY_MEDIA_ROLE, "Production",
-                                              PW_KEY_NODE_NAME, listens ? "brindlehum-monitor" : "brindlehum",
-                                              PW_KEY_NODE_DESCRIPTION, listens ? "Brindlehum Monitor" : "Brindlehum",
-                                              PW_KEY_APP_NAME, "Brindlehum", PW_KEY_NODE_AUTOCONNECT, "false",
-                                              PW_KEY_NODE_LATENCY, listens ? duplexLatency : wantedLatency, nullptr));
+    const char* const name = isPass_ ? "brindlehum-inserts" : listens ? "brindlehum-monitor" : "brindlehum";
+    const char* const description = isPass_ ? "Brindlehum Inserts" : listens ? "Brindlehum Monitor" : "Brindlehum";
+    filter_ = pw_filter_new(
+        session_->core(), "Brindlehum",
+        pw_properties_new(PW_KEY_MEDIA_TYPE, "Audio", PW_KEY_MEDIA_CATEGORY, listens ? "Duplex" : "Playback",
+                          PW_KEY_MEDIA_ROLE, "Production", PW_KEY_NODE_NAME, name, PW_KEY_NODE_DESCRIPTION, description,
+                          PW_KEY_APP_NAME, "Brindlehum", PW_KEY_NODE_AUTOCONNECT, "false", PW_KEY_NODE_LATENCY,
+                          listens ? duplexLatency : wantedLatency, nullptr));
     if (!filter_) { throw Error(ErrorKind::device, cannotOpen); }
     pw_filter_add_listener(filter_, &filterHook_, &events, this);
     addPorts(ports_, outputs, SPA_DIRECTION_OUTPUT, "output_");
@@ -127,12 +130,33 @@ void PipeWireStream::link(Links& links, const PipeWireLink::End& from, const Pip
 }
 
 void PipeWireStream::linkOutputs() noexcept {
-    if (!links_.empty()) { return; }
+    if (!links_.empty() || isPass_) { return; }
     const uint32_t node = pw_filter_get_node_id(filter_);
     const std::vector<uint32_t> outputs = session_->knownGraph().portsOf(node, false);
     const std::vector<uint32_t> inputs = session_->knownGraph().portsOf(sink_, true);
     if (outputs.size() != ports_.size() || inputs.size() != outputs.size()) { return; }
+    if (through_ != 0) { return linkThrough(); }
     for (size_t c = 0; c < outputs.size(); ++c) { link(links_, {node, outputs[c]}, {sink_, inputs[c]}); }
+}
+
+// From our outputs to the node in between, and from there to the device.
+void PipeWireStream::linkThrough() noexcept {
+    const PipeWireGraph& graph = session_->knownGraph();
+    const uint32_t node = pw_filter_get_node_id(filter_);
+    const std::vector<uint32_t> from = graph.portsOf(node, false);
+    const std::vector<uint32_t> in = graph.portsOf(through_, true);
+    const std::vector<uint32_t> out = graph.portsOf(through_, false);
+    const std::vector<uint32_t> to = graph.portsOf(sink_, true);
+    if (in.size() != from.size() || out.size() != to.size()) { return; }
+    wasThere_ = true;
+    for (size_t c = 0; c < to.size(); ++c) { link(links_, {through_, out[c]}, {sink_, to[c]}); }
+    for (size_t c = 0; c < from.size(); ++c) { link(links_, {node, from[c]}, {through_, in[c]}); }
+}
+
+uint32_t PipeWireStream::node() const {
+    const PipeWireLoop::Lock lock(session_->loop());
+    const uint32_t id = filter_ && !session_->isDead() ? pw_filter_get_node_id(filter_) : SPA_ID_INVALID;
+    return id == SPA_ID_INVALID ? 0 : id;
 }
 
 void PipeWireStream::refused() noexcept {
@@ -175,6 +199,7 @@ void PipeWireStream::graphChanged() noexcept {
         return announceChange();
     }
     if (source_ != 0 && graph.portsOf(source_, false).size() < inputPorts_.size()) { return announceChange(); }
+    if (wasThere_ && !graph.nodes.contains(through_)) { return announceChange(); }
     if (howls(graph)) {
         deaf_ = true;
         return announceChange();
@@ -185,7 +210,8 @@ void PipeWireStream::graphChanged() noexcept {
 // What we play comes back to what we hear, by way of others.
 bool PipeWireStream::howls(const PipeWireGraph& graph) const noexcept {
     if (inputPorts_.empty() || !filter_) { return false; }
-    return graph.reaches(sink_, pw_filter_get_node_id(filter_)) || (source_ != 0 && graph.reaches(sink_, source_));
+    return graph.reaches(sink_, pw_filter_get_node_id(filter_)) || (source_ != 0 && graph.reaches(sink_, source_)) ||
+           (through_ != 0 && graph.reaches(sink_, through_));
 }
 
 void PipeWireStream::announceChange() noexcept {

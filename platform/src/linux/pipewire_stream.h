@@ -6,6 +6,7 @@
 
 #include <atomic>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "cycle_watch.h"
@@ -20,18 +21,25 @@ namespace brindlehum {
 // Opening doesn't wait for the server: the ports are linked as the server announces them, and a refusal counts as a
 // change of the device. Main thread, except `process`, which runs on the library's real-time thread, and the listener's
 // call.
-class PipeWireStream : public OutputStream, private PipeWireListener {
+class PipeWireStream : public PassStream, private PipeWireListener {
 public:
     // The most frames in one call of render, whatever the server's quantum.
     static constexpr uint32_t largestBlock = 4096;
     // The capacity in frames of a port's buffer in the library.
     static constexpr uint32_t largestQuantum = 8192;
 
-    // With `input` it listens, too: to the first of its ports, or, when its id is 0, to what others link to ours.
+    struct Ends {
+        AudioOutputDevice device;
+        bool followsDefault = false;
+        // With it the stream listens, too: to the first of its ports, or, when its id is 0, to what others link to
+        // ours.
+        std::optional<AudioInputDevice> input = {};
+        uint32_t through = 0;  // as in DuplexRequest
+        bool isPass = false;   // it has the device's channels as inputs and outputs, and links nothing
+    };
     // Throws Error (device).
-    PipeWireStream(std::shared_ptr<PipeWireSession> session, MainLoop& loop, const AudioOutputDevice& device,
-                   bool followsDefault, RenderTarget& target, std::function<void()> onChange,
-                   const AudioInputDevice* input = nullptr);
+    PipeWireStream(std::shared_ptr<PipeWireSession> session, MainLoop& loop, const Ends& ends, RenderTarget& target,
+                   std::function<void()> onChange);
     ~PipeWireStream() override;
 
     int channels() const override { return int(ports_.size()); }
@@ -41,6 +49,7 @@ public:
     bool isRunning() const override { return running_; }
     bool isCurrent() const override { return true; }
     StreamFigures figures() const override { return {blockSeconds_, dropouts_}; }
+    uint32_t node() const override;
 
 private:
     using Links = std::vector<std::unique_ptr<PipeWireLink>>;
@@ -49,6 +58,7 @@ private:
     void makeLinks() noexcept;
     void linkInputs() noexcept;
     void linkOutputs() noexcept;
+    void linkThrough() noexcept;
     void link(Links& links, const PipeWireLink::End& from, const PipeWireLink::End& to) noexcept;
     bool howls(const PipeWireGraph& graph) const noexcept;
     void refused() noexcept;
@@ -63,8 +73,10 @@ private:
     const std::shared_ptr<PipeWireSession> session_;
     MainLoop& main_;
     RenderTarget& target_;
-    const uint32_t sink_;    // global id
-    const uint32_t source_;  // the same; 0 for none
+    const uint32_t sink_;     // global id
+    const uint32_t source_;   // the same; 0 for none
+    const uint32_t through_;  // the same
+    const bool isPass_;
     const bool followsDefault_;
     double sampleRate_;  // Hz
     std::shared_ptr<std::function<void()>> onChange_;
@@ -76,6 +88,7 @@ private:
     std::vector<void*> ports_;         // our outputs, one for each channel
     std::vector<void*> inputPorts_;    // our inputs, when it listens
     Links links_, inputLinks_;
+    bool wasThere_ = false;  // the node of through_; under the library's lock
 
     std::atomic<bool> running_ = false;      // written by main, read by process
     std::atomic<bool> deaf_ = false;         // it would howl

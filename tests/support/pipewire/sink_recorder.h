@@ -19,8 +19,10 @@ namespace brindlehum::test {
 // sink's clock running, so that playback is recorded from its first block.
 class SinkRecorder {
 public:
-    SinkRecorder(const std::string& sink, int channels, double seconds)
-        : planes_(size_t(channels), std::vector<float>(size_t(seconds * 48000))) {
+    // With `also`, the first channel of that sink becomes one more plane, in step with the others.
+    SinkRecorder(const std::string& sink, int sinkChannels, double seconds, const std::string& also = {})
+        : planes_(size_t(sinkChannels) + (also.empty() ? 0 : 1), std::vector<float>(size_t(seconds * 48000))) {
+        const auto channels = int(planes_.size());
         static pw_filter_events events{};
         events.version = PW_VERSION_FILTER_EVENTS;
         events.process = [](void* data, spa_io_position* position) {
@@ -46,10 +48,15 @@ public:
             inputs = client_.ports(pw_filter_get_node_id(filter_), "in");
             return inputs.size() == size_t(channels);
         });
-        const std::vector<uint32_t> monitors = client_.ports(from, "out");
+        std::vector<uint32_t> monitors = client_.ports(from, "out");
+        std::vector<uint32_t> nodes(monitors.size(), from);
+        if (!also.empty()) {
+            nodes.push_back(client_.waitForNode(also));
+            monitors.push_back(client_.ports(nodes.back(), "out").at(0));
+        }
         for (size_t c = 0; c < inputs.size(); ++c) {
             pw_properties* properties = pw_properties_new(nullptr, nullptr);
-            pw_properties_setf(properties, PW_KEY_LINK_OUTPUT_NODE, "%u", from);
+            pw_properties_setf(properties, PW_KEY_LINK_OUTPUT_NODE, "%u", nodes.at(c));
             pw_properties_setf(properties, PW_KEY_LINK_OUTPUT_PORT, "%u", monitors.at(c));
             pw_properties_setf(properties, PW_KEY_LINK_INPUT_NODE, "%u", pw_filter_get_node_id(filter_));
             pw_properties_setf(properties, PW_KEY_LINK_INPUT_PORT, "%u", inputs[c]);

@@ -46,6 +46,7 @@ public:
         streams_.back()->input_ = request.input;
         return stream;
     }
+    std::unique_ptr<PassStream> openPass(uint32_t, RenderTarget&, std::function<void()>) override { fail(); }
     std::shared_ptr<void> makeBus(const std::vector<std::string>& positions) override {
         auto bus = std::make_shared<std::vector<std::string>>(positions);
         bus_ = bus;

@@ -10,6 +10,7 @@
 #include "monitor/state/monitor_matrix.h"
 #include "ui/look/form_scroll.h"
 #include "ui/look/screen_fit.h"
+#include "ui/monitor/inserts_box.h"
 #include "ui/monitor/level_bars.h"
 #include "ui/monitor/loudness_panel.h"
 #include "ui/monitor/monitor_route.h"
@@ -76,6 +77,7 @@ MonitorWindow::MonitorWindow(MonitorEngine& monitor, SettingsStore& settings, Ma
     last->addWidget(upmix_ = new MonitorUpmix(monitor), 1);
     last->addWidget(compare_ = new ProfileCompare(monitor, settings));
     column->addLayout(last);
+    column->addWidget(new InsertsBox(monitor));
     column->addWidget(message_ = quiet());
     message_->setProperty("role", "warning");
     column->addWidget(format_ = quiet());

@@ -22,6 +22,7 @@ struct MonitorDevices {
     std::string problem;  // why there are none, for the user; empty when there are
     DuplexRequest request;
     std::vector<std::string> positions;  // what the output calls its channels
+    int outputChannels = 0;
 };
 
 // The input has as many channels as the device, but no more than a block can take; the open ports have those that the

@@ -10,6 +10,8 @@
 #include "mix/engine/config_publisher.h"
 #include "monitor/engine/bus_loudness.h"
 #include "monitor/engine/monitor_choice.h"
+#include "monitor/engine/monitor_inserts.h"
+#include "monitor/engine/plugin_list.h"
 #include "monitor/render/matrix_unit.h"
 #include "monitor/state/monitor_state.h"
 #include "platform/duplex_audio.h"
@@ -62,6 +64,15 @@ public:
     // Why it doesn't run, for the user; empty when all is well.
     const std::string& message() const { return message_; }
 
+    // The effects behind the matrix, and those that can be added. A chain that isn't empty is heard from the start on,
+    // unless it fails: then the monitor plays without it, and inserts().message() says why.
+    MonitorInserts& inserts() { return inserts_; }
+    PluginList& plugins() { return plugins_; }
+    UUID addInsert(const PluginInfo& plugin) { return inserts_.add(plugin); }
+    void removeInsert(const UUID& id) { inserts_.remove(id); }
+    void toggleBypass(const UUID& id) { inserts_.toggleBypass(id); }
+    void showUI(const UUID& id) { Q_EMIT inserts_.uiWanted(QString::fromStdString(id.string())); }
+
     bool upmixAvailable() const;
     double sampleRate() const { return stream_ ? stream_->sampleRate() : 0; }  // Hz; 0 while stopped
     int inputChannels() const { return inputChannels_; }
@@ -94,6 +105,7 @@ private:
     void followProfile();
     void matchLevels();
     void streamChanged();
+    void routeChanged();
     void systemChanged();
     void settingsChanged();
     void say(std::string message);
@@ -112,6 +124,9 @@ private:
     std::string message_;
     bool wanted_ = false;
     TimerHandle retry_;  // while waiting
+    PluginList plugins_;
+    MonitorInserts inserts_;
+    MonitorInserts::Route route_;  // of the open stream
 
     std::shared_ptr<MatrixUnit> unit_;
     std::shared_ptr<RenderWatch> watch_;

@@ -1,0 +1,56 @@
+#include "monitor/engine/insert_helper.h"
+
+#include <QCoreApplication>
+#include <QProcess>
+#include <nlohmann/json.hpp>
+
+namespace brindlehum {
+namespace {
+
+class HelperProcess : public InsertHelper {
+public:
+    HelperProcess() {
+        process_.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        QObject::connect(&process_, &QProcess::readyReadStandardOutput, &process_, [this] { read(); });
+        QObject::connect(&process_, &QProcess::finished, &process_, [this] { end(); });
+        QObject::connect(&process_, &QProcess::errorOccurred, &process_, [this](QProcess::ProcessError error) {
+            if (error == QProcess::FailedToStart) { end(); }
+        });
+        process_.start(QCoreApplication::applicationDirPath() + "/brindlehum-inserts", QStringList());
+    }
+    ~HelperProcess() override {
+        process_.disconnect();
+        process_.kill();
+        process_.waitForFinished(1000);
+    }
+
+    void send(const nlohmann::json& message) override {
+        const std::string line = message.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
+        process_.write(line.data(), qint64(line.size()));
+    }
+    void finish() override { process_.closeWriteChannel(); }
+    void waitForEnd(double seconds) override { process_.waitForFinished(int(1000 * seconds)); }
+
+private:
+    void read() {
+        while (process_.canReadLine()) {
+            const QByteArray line = process_.readLine();
+            const auto message = nlohmann::json::parse(line.begin(), line.end(), nullptr, false);
+            if (message.is_object() && onMessage) { onMessage(message); }
+        }
+    }
+    void end() {
+        read();
+        if (onEnd) { onEnd(); }
+    }
+
+    QProcess process_;
+};
+
+}  // namespace
+
+std::unique_ptr<InsertHelper> startInsertHelper() {
+    return std::make_unique<HelperProcess>();
+}
+
+}  // namespace brindlehum
