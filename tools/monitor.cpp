@@ -135,7 +135,7 @@ std::string uidOf(MonitorEngine& monitor, const std::string& source) {
     throw Error("no source " + source);
 }
 
-Json figuresOf(const MonitorEngine& monitor) {
+Json figuresOf(MonitorEngine& monitor) {
     return {{"running", true},
             {"sampleRate", monitor.sampleRate()},
             {"inputs", monitor.inputChannels()},

@@ -192,7 +192,8 @@ std::string MonitorEngine::open() {
         chosenDevices({duplex->allInputs(), audio_.allOutputs(), audio_.defaultOutput()}, *sourceUID_, wanted, state_);
     if (!problem.empty()) { return problem; }
     if (duplex->feedsBack(request.input, request.output)) { return howls; }
-    route_ = inserts_.route(request.output, outputChannels);
+    const bool hasNodes = audio_.server() == SoundServer::running;
+    route_ = hasNodes ? inserts_.route(request.output, outputChannels) : MonitorInserts::Route();
     if (route_.isPending) { return insertsLoad; }
     if (route_.node != 0 && duplex->feedsBack({route_.node, {}, {}, 0}, request.output)) { return howls; }
     request.through = route_.node;

@@ -32,6 +32,9 @@ public:
     bool feedsBack(const AudioInputDevice& /*input*/, uint32_t /*output*/) override { return false; }
     std::unique_ptr<OutputStream> openDuplex(const DuplexRequest& request, RenderTarget& target,
                                              std::function<void()> onChange) override;
+    // Always throws: there are no nodes to go through.
+    std::unique_ptr<PassStream> openPass(uint32_t output, RenderTarget& target,
+                                         std::function<void()> onChange) override;
     std::shared_ptr<void> makeBus(const std::vector<std::string>& positions) override;
 
 private:

@@ -105,6 +105,11 @@ std::unique_ptr<OutputStream> HeadlessAudioSystem::openDuplex(const DuplexReques
     return std::make_unique<HeadlessStream>(target, request.input.inputChannels);
 }
 
+std::unique_ptr<PassStream> HeadlessAudioSystem::openPass(uint32_t /*output*/, RenderTarget& /*target*/,
+                                                          std::function<void()> /*onChange*/) {
+    throw Error(ErrorKind::device, "Inserts need a sound server");
+}
+
 std::shared_ptr<void> HeadlessAudioSystem::makeBus(const std::vector<std::string>& positions) {
     auto bus = std::make_shared<std::vector<std::string>>(positions);
     bus_ = bus;
