@@ -14,7 +14,8 @@ public:
     explicit MonitorCommands(MonitorEngine& monitor) : monitor_(monitor) {}
 
     // Carries out `action` ("dim", "mute", "fold", "up", "down", "start", "stop", "upmix", "upmix-next",
-    // "loudness-reset"; another one changes nothing) and answers how the monitor stands after it.
+    // "switch", "reference", "mono-sum", "side", "loudness-reset"; another one changes nothing) and answers how the
+    // monitor stands after it.
     nlohmann::json handle(const ControlParams& params);
 
 private:
