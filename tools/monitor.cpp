@@ -22,6 +22,10 @@ const std::string_view monitorHelp =
     "  solo S,S           only these speakers, such as Ls,Rs\n"
     "  mute S,S           without these speakers\n"
     "  dim, silent        20 dB lower; nothing at all\n"
+    "  dim-by DB          -60 to 0, in place of 20 dB lower\n"
+    "  delay S=MS,S=MS    for run: speakers that wait, up to 100 ms\n"
+    "  invert S,S         for run: speakers of opposite polarity\n"
+    "  check WHAT         mono-sum or side, of the fold-down to 2.0\n"
     "  volume DB          -60 to 12\n"
     "  heights DB         trim of the height speakers\n"
     "  offset N           channel of the input at which the bus begins, from 0\n"
@@ -33,15 +37,20 @@ namespace {
 
 constexpr int tellEvery = 500;  // milliseconds
 
-std::set<SpeakerID> speakersIn(const std::string& word, const std::string& text) {
-    std::set<SpeakerID> speakers;
+std::vector<std::string> parts(const std::string& text) {
+    std::vector<std::string> out;
     size_t from = 0;
     while (from <= text.size()) {
         const size_t to = std::min(text.find(',', from), text.size());
-        const std::string name = text.substr(from, to - from);
-        speakers.insert(known(word, name, speakerFromRaw(name)));
+        out.push_back(text.substr(from, to - from));
         from = to + 1;
     }
+    return out;
+}
+
+std::set<SpeakerID> speakersIn(const std::string& word, const std::string& text) {
+    std::set<SpeakerID> speakers;
+    for (const std::string& name : parts(text)) { speakers.insert(known(word, name, speakerFromRaw(name))); }
     return speakers;
 }
 
@@ -49,6 +58,27 @@ Json namesOf(const MonitorInserts& inserts) {
     Json names = Json::array();
     for (const Insert& each : inserts.list()) { names.push_back(each.name); }
     return names;
+}
+
+void setDelays(MonitorState& state, const std::string& word, const std::string& value) {
+    for (const std::string& each : parts(value)) {
+        const size_t sign = std::min(each.find('='), each.size());
+        const std::string name = each.substr(0, sign);
+        const std::string ms = each.substr(std::min(sign + 1, each.size()));
+        state.alignment[known(word, name, speakerFromRaw(name))].delayMs =
+            numberAfter(word, ms, 0, SpeakerAlignment::longestMs);
+    }
+}
+
+void invert(MonitorState& state, const std::string& word, const std::string& value) {
+    for (const SpeakerID speaker : speakersIn(word, value)) { state.alignment[speaker].inverted = true; }
+}
+
+MonitorCheck checkAfter(const std::string& word, const std::string& value) {
+    const std::optional<MonitorCheck> check = value == "mono-sum" ? std::optional(MonitorCheck::monoSum)
+                                              : value == "side"   ? std::optional(MonitorCheck::side)
+                                                                  : std::nullopt;
+    return known(word, value, check);
 }
 
 using Flag = void (*)(MonitorState& state);
@@ -67,6 +97,10 @@ const std::map<std::string, Setter, std::less<>> setters = {
     {"heights", [](auto& s, auto& w, auto& v) { s.heightTrimDB = numberAfter(w, v, -60, 12); }},
     {"offset", [](auto& s, auto& w,
                   auto& v) { s.sourceOffset = wholeNumberAfter(w, v, 0, RenderContext::maxSourceChannels - 1); }},
+    {"dim-by", [](auto& s, auto& w, auto& v) { s.dimDB = numberAfter(w, v, MonitorState::lowestDB, 0); }},
+    {"delay", setDelays},
+    {"invert", invert},
+    {"check", [](auto& s, auto& w, auto& v) { s.check = checkAfter(w, v); }},
     {"upmix", [](auto& s, auto& w, auto& v) { s.upmix = upmixAfter(w, v); }},
     {"source", [](auto& s, auto& w, auto& v) { s.source = known(w, v, monitorSourceFromRaw(v)); }},
 };

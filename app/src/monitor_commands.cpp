@@ -68,13 +68,15 @@ nlohmann::json MonitorCommands::handle(const ControlParams& params) {
             {"shortTerm", monitor_.loudness().reading().shortTerm},
             {"integrated", monitor_.loudness().reading().integrated},
             {"inserts", insertsOf(monitor_.inserts())},
-            {"insertsMessage", monitor_.inserts().message()}};
+            {"insertsMessage", monitor_.inserts().message()},
+            {"match", monitor_.matchDB()}};
 }
 
 void MonitorCommands::act(const std::string& action, const ControlParams& params) {
     MonitorState next = monitor_.state();
     if (action == "start") { return monitor_.start(); }
     if (action == "stop") { return monitor_.stop(); }
+    if (action == "switch") { return monitor_.switchProfiles(); }
     if (action == "loudness-reset") { return monitor_.loudness().reset(); }
     if (action == "inserts-restart") { return monitor_.inserts().restart(); }
     if (action == "bypass") {
@@ -83,6 +85,13 @@ void MonitorCommands::act(const std::string& action, const ControlParams& params
         }
         return;
     }
+    if (action == "reference" && next.reference) {
+        next.volumeDB = next.reference->volumeDB;
+        next.dim = false;
+    }
+    const auto check = [&](MonitorCheck which) { next.check = next.check == which ? MonitorCheck::none : which; };
+    if (action == "mono-sum") { check(MonitorCheck::monoSum); }
+    if (action == "side") { check(MonitorCheck::side); }
     if (action == "dim") { next.dim = !next.dim; }
     if (action == "mute") { next.mute = !next.mute; }
     if (action == "fold") { next.mode = brindlehum::next(allMonitorModes, next.mode); }

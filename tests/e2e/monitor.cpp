@@ -171,6 +171,34 @@ TEST_F(MonitorOnPipeWire, IsAsLateAsItSaysAndNoMoreThanABlock) {
     EXPECT_NEAR(monitor_.latency(), double(ear.late) / rate, 1e-9);
 }
 
+// A block of ours that takes longer than the server waits is counted, and no other.
+TEST_F(MonitorOnPipeWire, CountsTheBlocksThatItMissesItself) {
+    struct Slow : RenderTarget {
+        int32_t render(uint32_t, const DeviceBuffers&) noexcept override {
+            const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(stalls.exchange(0));
+            while (std::chrono::steady_clock::now() < end) {}
+            ++blocks;
+            return 0;
+        }
+        std::atomic<int> stalls = 0, blocks = 0;  // stalls in milliseconds
+    };
+    expectCleanOnce([&]() -> std::string {
+        Slow slow;
+        const auto outputs = audio_->allOutputs();
+        const auto sink = std::ranges::find(outputs, "sink2", &AudioOutputDevice::uid);
+        const auto playing = audio_->openOutput(sink->id, false, slow, [] {});
+        playing->start();
+        if (!until([&] { return slow.blocks > 20; })) { return "the sink stands still"; }
+        if (playing->figures().dropouts != 0) { return "a drop-out without a reason"; }
+        slow.stalls = 100;  // blocks last 21 ms
+        if (!until([&] { return slow.stalls == 0; })) { return "the sink stands still"; }
+        const int after = slow.blocks;
+        if (!until([&] { return slow.blocks > after + 20; })) { return "the sink stands still"; }
+        const uint64_t lost = playing->figures().dropouts;
+        return lost >= 3 && lost <= 6 ? "" : std::to_string(lost) + " drop-outs for 100 ms";
+    });
+}
+
 TEST_F(MonitorOnPipeWire, NoControlClicksAndTheStartRises) {
     listenTo(MonitorSource::stereo);
     select(nearfield);

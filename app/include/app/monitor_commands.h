@@ -13,8 +13,9 @@ class MonitorCommands {
 public:
     explicit MonitorCommands(MonitorEngine& monitor) : monitor_(monitor) {}
 
-    // Carries out `action` ("dim", "mute", "fold", "up", "down", "start", "stop", "upmix", "upmix-next", "bypass",
-    // "inserts-restart", "loudness-reset"; another one changes nothing) and answers how the monitor stands after it.
+    // Carries out `action` ("dim", "mute", "fold", "up", "down", "start", "stop", "upmix", "upmix-next", "switch",
+    // "reference", "mono-sum", "side", "bypass", "inserts-restart", "loudness-reset"; another one changes nothing) and
+    // answers how the monitor stands after it.
     nlohmann::json handle(const ControlParams& params);
 
 private:
