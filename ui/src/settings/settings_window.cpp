@@ -13,6 +13,7 @@
 #include "ui/look/icons.h"
 #include "ui/look/screen_fit.h"
 #include "ui/look/setting_action.h"
+#include "ui/settings/file_manager_settings.h"
 #include "ui/settings/library_settings.h"
 #include "ui/settings/outputs_settings.h"
 #include "ui/settings/pulls_settings.h"
@@ -29,13 +30,12 @@ QGroupBox* section(const QString& title, QWidget* content) {
     return box;
 }
 
-QWidget* makeAudition(SettingsStore& settings) {
+QWidget* makeAudition(SettingsStore& settings, bool watchesFileManager) {
     auto* page = new QWidget;
     auto* layout = new QVBoxLayout(page);
     layout->setContentsMargins(16, 8, 16, 16);
     layout->setSpacing(8);
-    layout->addWidget(
-        section("Browsing", makeSetting("Auto-play when the selection changes", settings, &AppSettings::autoPlay)));
+    layout->addWidget(section("File Manager", new FileManagerSettings(settings, watchesFileManager)));
     layout->addWidget(section(
         "Routing", makeSetting("Mono files play from the center speaker", settings, &AppSettings::monoToCenter)));
     layout->addWidget(section("Files dragged out", new PullsSettings(settings)));
@@ -46,7 +46,8 @@ QWidget* makeAudition(SettingsStore& settings) {
 }  // namespace
 
 SettingsWindow::SettingsWindow(SettingsStore& settings, LibraryRoots& roots, LibrarySearch& search,
-                               const AudioDevices& devices, SpeakerTest& test, std::function<void()> addFolder) {
+                               const AudioDevices& devices, SpeakerTest& test, std::function<void()> addFolder,
+                               bool watchesFileManager) {
     setObjectName("window");
     setWindowTitle("Settings");
     setAttribute(Qt::WA_StyledBackground);
@@ -55,7 +56,7 @@ SettingsWindow::SettingsWindow(SettingsStore& settings, LibraryRoots& roots, Lib
     auto* tabs = new QTabWidget;
     tabs->setAccessibleName("Settings");
     tabs->addTab(new OutputsSettings(settings, devices, test), symbol("speakers"), "Outputs");
-    tabs->addTab(new FormScroll(makeAudition(settings)), symbol("file"), "Audition");
+    tabs->addTab(new FormScroll(makeAudition(settings, watchesFileManager)), symbol("file"), "Audition");
     tabs->addTab(new LibrarySettings(settings, roots, search, std::move(addFolder)), symbol("library"), "Library");
     layout->addWidget(tabs);
     resize(fittingSize(*this, usualSize));

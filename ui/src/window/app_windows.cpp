@@ -81,9 +81,10 @@ void AppWindows::open(const std::string& id) {
     }
     if (id != "settings") { return; }
     if (!settings_) {
-        settings_ = std::make_unique<SettingsWindow>(model_.settings(), model_.library().roots(),
-                                                     model_.library().search(), model_.engine().devices(),
-                                                     model_.speakerTest(), [this] { model_.addLibraryFolder(); });
+        settings_ = std::make_unique<SettingsWindow>(
+            model_.settings(), model_.library().roots(), model_.library().search(), model_.engine().devices(),
+            model_.speakerTest(), [this] { model_.addLibraryFolder(); },
+            model_.session().fileManagerWatch() != nullptr);
     }
     bringUp(*settings_);
 }

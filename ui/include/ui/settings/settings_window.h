@@ -16,9 +16,10 @@ class SpeakerTest;
 class SettingsWindow : public QWidget {
     Q_OBJECT
 public:
-    // `addFolder` lets the user choose folders for the library and adds them.
+    // `addFolder` lets the user choose folders for the library and adds them. `watchesFileManager`: this desktop says
+    // what the file manager shows.
     SettingsWindow(SettingsStore& settings, LibraryRoots& roots, LibrarySearch& search, const AudioDevices& devices,
-                   SpeakerTest& test, std::function<void()> addFolder);
+                   SpeakerTest& test, std::function<void()> addFolder, bool watchesFileManager = true);
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
