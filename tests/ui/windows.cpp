@@ -57,7 +57,7 @@ struct Windows : test::WindowTest {
     std::unique_ptr<SettingsWindow> makeSettings() {
         return std::make_unique<SettingsWindow>(model.settings(), model.library().roots(), model.library().search(),
                                                 model.engine().devices(), model.speakerTest(),
-                                                model.session().fileManager(), loop, [this] { ++asked; });
+                                                model.session(), loop, [this] { ++asked; });
     }
     int asked = 0;  // for a folder to add
 };
@@ -382,16 +382,57 @@ TEST_F(Windows, EscapeClosesADropDownBeforeTheSettings) {
     EXPECT_FALSE(settings->isVisible());
 }
 
+TEST_F(Windows, NoticesOfTheFileManagerHelpByAClickAndLeaveWithThePanel) {
+    using Outcome = SelectionReading::Outcome;
+    session.watch.trusted = false;
+    session.watch.front = true;
+    session.watch.outcome = Outcome::denied;
+    AppModel denied{{loop, audio, defaults, session, folder / "Other.sqlite", folder / "other"}};
+    MainWindow window(denied);
+    const auto shows = [&](const char* words) {
+        const auto labels = window.findChildren<QLabel*>();
+        return std::ranges::any_of(labels, [&](const QLabel* label) { return label->text().contains(words); });
+    };
+    denied.start(0);
+    EXPECT_TRUE(shows("Allow Accessibility so Space plays"));
+    named<QPushButton>(window, "Turn On Accessibility")->click();
+    EXPECT_EQ(session.watch.clicks, 1);
+    session.watch.trusted = true;
+    loop.advance(2);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_FALSE(shows("Allow Accessibility"));
+    EXPECT_TRUE(shows("can't read the file manager's selection"));
+    session.grab.refused = true;
+    session.grab.heard.refusal();
+    named<QPushButton>(window, "Leave Space Alone")->click();
+    EXPECT_FALSE(denied.settings().value().spacePlaysInFinder);
+    denied.settings().change([](AppSettings& s) { s.finderPanel = false; });
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_FALSE(shows("file manager"));
+}
+
 TEST_F(Windows, StatusMenuAndSettingsAreOneState) {
     StatusMenu status(model, [] {});
     const auto settings = makeSettings();
-    auto* box = named<QCheckBox>(*settings, "Auto-play when the selection changes");
-    ASSERT_TRUE(box);
-    entry(status.menu(), "Auto-Play")->trigger();
-    EXPECT_TRUE(model.settings().value().autoPlay);
-    EXPECT_TRUE(box->isChecked());
-    box->click();
-    EXPECT_FALSE(entry(status.menu(), "Auto-Play")->isChecked());
+    const struct {
+        const char* menu;
+        const char* box;
+        bool AppSettings::*field;
+    } switches[] = {
+        {"Auto-Play", "Auto-play when the selection changes", &AppSettings::autoPlay},
+        {"Space Plays in File Manager", "Space plays audio files instead of the preview",
+         &AppSettings::spacePlaysInFinder},
+        {"File Manager Panel", "Show the audition panel under file-manager windows", &AppSettings::finderPanel}};
+    for (const auto& one : switches) {
+        auto* box = named<QCheckBox>(*settings, one.box);
+        ASSERT_TRUE(box) << one.box;
+        const bool before = model.settings().value().*one.field;
+        entry(status.menu(), one.menu)->trigger();
+        EXPECT_EQ(model.settings().value().*one.field, !before) << one.menu;
+        EXPECT_EQ(box->isChecked(), !before);
+        box->click();
+        EXPECT_EQ(entry(status.menu(), one.menu)->isChecked(), before);
+    }
     entry(status.menu(), "Nearfield")->trigger();
     EXPECT_EQ(model.settings().activeProfile().name, "Nearfield");
 }

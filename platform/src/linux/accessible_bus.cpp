@@ -91,6 +91,7 @@ void AccessibleBus::connectSoon() {
         isLooking_ = false;
         const QString address = valueOf(watcher->reply()).toString();
         if (!address.isEmpty()) { connectTo(address); }
+        hasFailed_ = !isConnected();
     });
 }
 

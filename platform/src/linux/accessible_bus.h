@@ -105,6 +105,8 @@ public:
     std::function<void(const Event&)> onEvent;
 
     bool isConnected() const { return bus_ && bus_->isConnected(); }
+    // The last look for the bus found none.
+    bool hasFailed() const { return hasFailed_; }
     // Looks for the bus, unless it is connected or being looked for.
     void connectSoon();
     // Lets all programs of the desktop present themselves.
@@ -125,6 +127,7 @@ private:
 
     std::optional<QDBusConnection> bus_;
     bool isLooking_ = false;
+    bool hasFailed_ = false;
     QString program_;
     QStringList events_;
 };

@@ -42,9 +42,10 @@ void LinuxFileManagerWatch::start(Heard heard) {
     changeFront();
 }
 
+// A bus that is still being looked for counts as there.
 bool LinuxFileManagerWatch::isTrusted() const {
     bus_.connectSoon();
-    return windows_.isConnected() && bus_.isConnected();
+    return windows_.isConnected() && !bus_.hasFailed();
 }
 
 void LinuxFileManagerWatch::changeFront() {
@@ -112,7 +113,11 @@ void LinuxFileManagerWatch::askFocus() {
 
 void LinuxFileManagerWatch::readSelection(int limit, std::function<void(const SelectionReading&)> done) {
     using Outcome = SelectionReading::Outcome;
-    if (kind_ == Kind::none || !bus_.isConnected()) { return done({Outcome::failed, {}}); }
+    if (kind_ == Kind::none) { return done({Outcome::failed, {}}); }
+    if (!bus_.isConnected()) {
+        bus_.connectSoon();
+        return done({bus_.hasFailed() ? Outcome::denied : Outcome::failed, {}});
+    }
     if (window_.program.bus.isEmpty()) {
         const bool isLate = sinceFront_.elapsed() > startPatienceMs;
         if (!isFinding_) { attach(); }

@@ -9,10 +9,12 @@
 #include <QTabWidget>
 #include <QVBoxLayout>
 
+#include "platform/session.h"
 #include "ui/look/form_scroll.h"
 #include "ui/look/icons.h"
 #include "ui/look/screen_fit.h"
 #include "ui/look/setting_action.h"
+#include "ui/settings/file_manager_settings.h"
 #include "ui/settings/library_settings.h"
 #include "ui/settings/link_settings.h"
 #include "ui/settings/outputs_settings.h"
@@ -30,17 +32,17 @@ QGroupBox* section(const QString& title, QWidget* content) {
     return box;
 }
 
-QWidget* makeAudition(SettingsStore& settings, FileManager& fileManager, Background& looks) {
+QWidget* makeAudition(SettingsStore& settings, Session& session, Background& looks) {
     auto* page = new QWidget;
     auto* layout = new QVBoxLayout(page);
     layout->setContentsMargins(16, 8, 16, 16);
     layout->setSpacing(8);
     layout->addWidget(
-        section("Browsing", makeSetting("Auto-play when the selection changes", settings, &AppSettings::autoPlay)));
+        section("File Manager", new FileManagerSettings(settings, session.fileManagerWatch() != nullptr)));
     layout->addWidget(section(
         "Routing", makeSetting("Mono files play from the center speaker", settings, &AppSettings::monoToCenter)));
-    layout->addWidget(
-        section("Pulls (drag-to-DAW renders and downloaded links)", new PullsSettings(settings, fileManager, looks)));
+    layout->addWidget(section("Pulls (drag-to-DAW renders and downloaded links)",
+                              new PullsSettings(settings, session.fileManager(), looks)));
     layout->addWidget(section("Open Copied Link", new LinkSettings(settings, looks)));
     layout->addWidget(section("Media keys and lock screen",
                               makeSetting("Name the sound that plays", settings, &AppSettings::mediaShowsTitle)));
@@ -51,7 +53,7 @@ QWidget* makeAudition(SettingsStore& settings, FileManager& fileManager, Backgro
 }  // namespace
 
 SettingsWindow::SettingsWindow(SettingsStore& settings, LibraryRoots& roots, LibrarySearch& search,
-                               const AudioDevices& devices, SpeakerTest& test, FileManager& fileManager, MainLoop& loop,
+                               const AudioDevices& devices, SpeakerTest& test, Session& session, MainLoop& loop,
                                std::function<void()> addFolder)
     : looks_(loop, "Brindlehum.settings") {
     setObjectName("window");
@@ -62,7 +64,7 @@ SettingsWindow::SettingsWindow(SettingsStore& settings, LibraryRoots& roots, Lib
     auto* tabs = new QTabWidget;
     tabs->setAccessibleName("Settings");
     tabs->addTab(new OutputsSettings(settings, devices, test), symbol("speakers"), "Outputs");
-    tabs->addTab(new FormScroll(makeAudition(settings, fileManager, looks_)), symbol("file"), "Audition");
+    tabs->addTab(new FormScroll(makeAudition(settings, session, looks_)), symbol("file"), "Audition");
     tabs->addTab(new LibrarySettings(settings, roots, search, std::move(addFolder)), symbol("library"), "Library");
     layout->addWidget(tabs);
     resize(fittingSize(*this, usualSize));

@@ -98,7 +98,7 @@ void AppWindows::open(const std::string& id) {
     if (!settings_) {
         settings_ = std::make_unique<SettingsWindow>(
             model_.settings(), model_.library().roots(), model_.library().search(), model_.engine().devices(),
-            model_.speakerTest(), model_.session().fileManager(), model_.loop(), [this] { model_.addLibraryFolder(); });
+            model_.speakerTest(), model_.session(), model_.loop(), [this] { model_.addLibraryFolder(); });
     }
     bringUp(*settings_);
 }

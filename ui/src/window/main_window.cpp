@@ -180,6 +180,7 @@ void MainWindow::connectParts() {
     connect(&model_.player().listening(), &ListeningSetup::outputsChanged, this, &MainWindow::refreshBanners);
     connect(&model_.settings(), &SettingsStore::changed, this, &MainWindow::refreshBanners);
     connect(&model_, &AppModel::settingsProblemChanged, this, &MainWindow::refreshBanners);
+    connect(&model_, &AppModel::permissionsChanged, this, &MainWindow::refreshBanners);
     connect(&model_.player(), &PlayerModel::changed, this, [this] {
         if (PlayerHeight::automatic(playerRoom()) != fittedHeight_) { fitPlayer(); }
     });
@@ -278,6 +279,7 @@ void MainWindow::refreshBanners() {
         banners.push_back({QString::fromStdString(problem) + ", so other programs can't drive Brindlehum.", "Try Again",
                            [this] { model_.control().start(); }});
     }
+    addFileManagerBanners(banners);
     const auto problem = model_.defaults().problem();
     if (problem && problem != readProblem_) {
         banners.push_back({QString::fromStdString(*problem), "Dismiss", [this, problem] {
@@ -299,6 +301,29 @@ bool MainWindow::mayRemove(const std::string& root, bool losesWords) {
     }
     if (losses.isEmpty()) { return true; }
     return confirmRemoval("Remove “" + pathText(fs::path(root).filename()) + "” from the library?", losses.join('\n'));
+}
+
+// Only while the user wants something of the file manager.
+void MainWindow::addFileManagerBanners(std::vector<Banner>& banners) {
+    const AppSettings& settings = model_.settings().value();
+    if (!settings.finderPanel) { return; }
+    const auto allow = [this] { model_.requestAccessibility(); };
+    if (!model_.axTrusted()) {
+        banners.push_back(
+            {"Allow Accessibility so Space plays audio in the file manager and the panel follows windows "
+             "instantly.",
+             "Turn On Accessibility", allow});
+    } else if (model_.automationDenied()) {
+        banners.push_back(
+            {"Brindlehum can't read the file manager's selection. Turn on accessibility, then start the "
+             "file manager again.",
+             "Turn On Accessibility", allow});
+    }
+    if (settings.spacePlaysInFinder && model_.keyTap().isRefused()) {
+        banners.push_back({"Another program has taken the Space key, so it can't play audio in the file manager.",
+                           "Leave Space Alone",
+                           [this] { model_.settings().change([](AppSettings& s) { s.spacePlaysInFinder = false; }); }});
+    }
 }
 
 // Says which speakers of the active profile its device can't play.

@@ -9,7 +9,9 @@
 namespace brindlehum {
 
 StatusMenu::StatusMenu(AppModel& model, std::function<void()> quit) : model_(model) {
+    addSetting(menu_, "File Manager Panel", model.settings(), &AppSettings::finderPanel);
     addSetting(menu_, "Auto-Play", model.settings(), &AppSettings::autoPlay);
+    addSetting(menu_, "Space Plays in File Manager", model.settings(), &AppSettings::spacePlaysInFinder);
     menu_.addSeparator();
     outputs_ = menu_.addMenu("Output");
     menu_.addSeparator();

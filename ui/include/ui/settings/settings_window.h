@@ -10,9 +10,9 @@
 namespace brindlehum {
 
 class AudioDevices;
-class FileManager;
 class LibraryRoots;
 class LibrarySearch;
+class Session;
 class SettingsStore;
 class SpeakerTest;
 
@@ -21,7 +21,7 @@ class SettingsWindow : public QWidget {
 public:
     // `addFolder` lets the user choose folders for the library and adds them.
     SettingsWindow(SettingsStore& settings, LibraryRoots& roots, LibrarySearch& search, const AudioDevices& devices,
-                   SpeakerTest& test, FileManager& fileManager, MainLoop& loop, std::function<void()> addFolder);
+                   SpeakerTest& test, Session& session, MainLoop& loop, std::function<void()> addFolder);
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;

@@ -75,6 +75,7 @@ private:
     void connectParts();
     void refreshBanners();
     bool mayRemove(const std::string& root, bool losesWords);
+    void addFileManagerBanners(std::vector<Banner>& banners);
     void addFitBanner(std::vector<Banner>& banners);
     PlayerHeight::Room playerRoom() const;
     void fitPlayer();
