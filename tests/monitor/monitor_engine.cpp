@@ -406,6 +406,11 @@ TEST_F(MonitorTest, ComparesProfilesAtEqualLevel) {
     EXPECT_NEAR(monitor_.matchDB(), -4, 1e-6);
     EXPECT_NEAR(heard(), first, 0.01);
     EXPECT_EQ(monitor_.profileID(), settings_.value().profiles[1].id);
+    ManualAudioSystem audio{loop_};
+    audio.setInputs({{7, "bus", "Bus of the desk", 16}});
+    MonitorEngine again(audio, settings_, loop_, noStage);
+    again.start();
+    EXPECT_NEAR(again.matchDB(), -4, 1e-6) << "the comparison is kept over a restart";
     monitor_.setOtherProfileID(std::nullopt);
     EXPECT_EQ(monitor_.matchDB(), 0);
 }

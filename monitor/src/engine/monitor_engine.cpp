@@ -224,6 +224,7 @@ std::string MonitorEngine::open() {
     unit_->restart(stream_->sampleRate());
     unit_->setAudible(true);
     publisher_->open(stream_->sampleRate());
+    matchLevels();
     apply();
     watch_->setRunning(true);
     try {

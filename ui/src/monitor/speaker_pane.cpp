@@ -33,6 +33,7 @@ SpeakerPane::SpeakerPane(MonitorEngine& monitor, MonitorMeter& meter, QWidget* p
 void SpeakerPane::refresh() {
     const MonitorState& state = monitor_.state();
     align_->setText(state.alignment.empty() ? "Alignment…" : QString("Alignment (%1)…").arg(state.alignment.size()));
+    align_->setVisible(monitor_.profile().kind == OutputProfile::Kind::speakers);
     clear_->setVisible(!state.solo.empty() || !state.muted.empty());
 }
 
