@@ -108,6 +108,7 @@ InsertsBox::InsertsBox(MonitorEngine& monitor, QWidget* parent) : QWidget(parent
     scroll->setWidgetResizable(true);
     scroll->setFrameShape(QFrame::NoFrame);
     scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroll->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     scroll_ = scroll;
 
     failure_ = new QWidget;
@@ -172,7 +173,9 @@ void InsertsBox::makeRows() {
     scroll_->setVisible(!rows_.empty());
     if (rows_.empty()) { return; }
     const int row = rows_.front()->sizeHint().height() + spacing;
-    scroll_->setFixedHeight(std::min(int(rows_.size()), mostRows) * row);
+    // In a low window one row stays in sight.
+    scroll_->setMinimumHeight(row);
+    scroll_->setMaximumHeight(std::min(int(rows_.size()), mostRows) * row);
 }
 
 void InsertsBox::add() {
