@@ -17,7 +17,7 @@
 namespace brindlehum {
 namespace {
 
-constexpr int mostRows = 4;  // in sight; more are scrolled to
+constexpr int mostRows = 3;  // in sight; more are scrolled to
 constexpr int spacing = 6;   // logical pixels
 
 QHBoxLayout* rowIn(QWidget* widget) {
@@ -124,6 +124,7 @@ InsertsBox::InsertsBox(MonitorEngine& monitor, QWidget* parent) : QWidget(parent
     hint_ = label("caption");
     hint_->setWordWrap(true);
     hint_->setText("A room correction goes here. It processes the speaker feeds, never your mix.");
+    title->setToolTip(hint_->text());
 
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
@@ -171,6 +172,7 @@ void InsertsBox::makeRows() {
         rows_.back()->show();
     }
     scroll_->setVisible(!rows_.empty());
+    hint_->setVisible(rows_.empty());  // with inserts, its room is theirs
     if (rows_.empty()) { return; }
     const int row = rows_.front()->sizeHint().height() + spacing;
     // In a low window one row stays in sight.
