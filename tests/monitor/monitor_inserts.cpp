@@ -92,7 +92,7 @@ TEST_F(MonitorInsertsTest, AProcessThatFallsSilentOrEndsIsReplacedOnlyOnRequest)
     inserts_.restart();
     ASSERT_EQ(helpers.size(), 1U);
     helpers[0]->onMessage({{"is", "crash"}, {"insert", 1}});
-    helpers[0]->onEnd();
+    helpers[0]->onEnd("It ended");
     EXPECT_EQ(inserts_.message(), "Maker: Limiter crashed; the monitor plays without inserts");
 }
 
