@@ -35,10 +35,10 @@ struct MonitorInsertsTest : testing::Test {
     };
     std::string lastSent() const { return sent.empty() ? "" : sent.back().value("do", ""); }
 
-    ManualMainLoop loop_;
-    MemoryDefaults defaults_;
     std::vector<Helper*> helpers;  // alive
     std::vector<json> sent;
+    ManualMainLoop loop_;  // may free a helper at its end
+    MemoryDefaults defaults_;
     MonitorInserts inserts_{defaults_, loop_, [this] { return std::make_unique<Helper>(*this); }};
 };
 
@@ -92,7 +92,7 @@ TEST_F(MonitorInsertsTest, AProcessThatFallsSilentOrEndsIsReplacedOnlyOnRequest)
     inserts_.restart();
     ASSERT_EQ(helpers.size(), 1U);
     helpers[0]->onMessage({{"is", "crash"}, {"insert", 1}});
-    helpers[0]->onEnd();
+    helpers[0]->onEnd("It ended");
     EXPECT_EQ(inserts_.message(), "Maker: Limiter crashed; the monitor plays without inserts");
 }
 

@@ -12,9 +12,9 @@ public:
     HelperProcess() {
         process_.setProcessChannelMode(QProcess::ForwardedErrorChannel);
         QObject::connect(&process_, &QProcess::readyReadStandardOutput, &process_, [this] { read(); });
-        QObject::connect(&process_, &QProcess::finished, &process_, [this] { end(); });
+        QObject::connect(&process_, &QProcess::finished, &process_, [this] { end("The inserts' process ended"); });
         QObject::connect(&process_, &QProcess::errorOccurred, &process_, [this](QProcess::ProcessError error) {
-            if (error == QProcess::FailedToStart) { end(); }
+            if (error == QProcess::FailedToStart) { end("The inserts' process can't be started"); }
         });
         process_.start(QCoreApplication::applicationDirPath() + "/brindlehum-inserts", QStringList());
     }
@@ -39,9 +39,9 @@ private:
             if (message.is_object() && onMessage) { onMessage(message); }
         }
     }
-    void end() {
+    void end(const std::string& why) {
         read();
-        if (onEnd) { onEnd(); }
+        if (onEnd) { onEnd(why); }
     }
 
     QProcess process_;

@@ -129,7 +129,7 @@ void MonitorInserts::ensure() {
     if (helper_) { return sendChain("chain"); }
     helper_ = makeHelper_();
     helper_->onMessage = [this](const json& message) { heard(message); };
-    helper_->onEnd = [this] { ended(); };
+    helper_->onEnd = [this](const std::string& why) { ended(why); };
     ticks_ = loop_.every(tickSeconds, [this] { tick(); });
     sendChain("open");
 }
@@ -173,7 +173,7 @@ void MonitorInserts::release() {
     leaving_->onMessage = [this](const json& message) {
         if (message.value("is", "") == "states") { takeStates(message.value("states", json::object())); }
     };
-    leaving_->onEnd = [] {};
+    leaving_->onEnd = nullptr;
     leaving_->send({{"do", "save"}});
     leaving_->finish();
     leave_ = loop_.after(leaveSeconds, [this] { leaving_.reset(); });
@@ -218,9 +218,9 @@ std::string MonitorInserts::nameAt(int place) const {
     return place >= 0 && size_t(place) < list_.size() ? list_[size_t(place)].name : "An insert";
 }
 
-void MonitorInserts::ended() {
+void MonitorInserts::ended(const std::string& why) {
     if (!helper_) { return; }  // it has been given up already
-    fail(lastWords_.empty() ? "The inserts' process ended" : lastWords_);
+    fail(lastWords_.empty() ? why : lastWords_);
 }
 
 void MonitorInserts::fail(std::string why) {

@@ -17,7 +17,7 @@
 namespace brindlehum {
 namespace {
 
-constexpr int mostRows = 4;  // in sight; more are scrolled to
+constexpr int mostRows = 3;  // in sight; more are scrolled to
 constexpr int spacing = 6;   // logical pixels
 
 QHBoxLayout* rowIn(QWidget* widget) {
@@ -108,6 +108,7 @@ InsertsBox::InsertsBox(MonitorEngine& monitor, QWidget* parent) : QWidget(parent
     scroll->setWidgetResizable(true);
     scroll->setFrameShape(QFrame::NoFrame);
     scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroll->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     scroll_ = scroll;
 
     failure_ = new QWidget;
@@ -123,6 +124,7 @@ InsertsBox::InsertsBox(MonitorEngine& monitor, QWidget* parent) : QWidget(parent
     hint_ = label("caption");
     hint_->setWordWrap(true);
     hint_->setText("A room correction goes here. It processes the speaker feeds, never your mix.");
+    title->setToolTip(hint_->text());
 
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
@@ -170,9 +172,12 @@ void InsertsBox::makeRows() {
         rows_.back()->show();
     }
     scroll_->setVisible(!rows_.empty());
+    hint_->setVisible(rows_.empty());  // with inserts, its room is theirs
     if (rows_.empty()) { return; }
     const int row = rows_.front()->sizeHint().height() + spacing;
-    scroll_->setFixedHeight(std::min(int(rows_.size()), mostRows) * row);
+    // In a low window one row stays in sight.
+    scroll_->setMinimumHeight(row);
+    scroll_->setMaximumHeight(std::min(int(rows_.size()), mostRows) * row);
 }
 
 void InsertsBox::add() {

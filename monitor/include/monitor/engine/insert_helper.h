@@ -19,8 +19,8 @@ public:
     virtual void waitForEnd(double seconds) = 0;
 
     std::function<void(const nlohmann::json&)> onMessage;
-    // It has ended, or didn't start. The handler may destroy the object later, not at once.
-    std::function<void()> onEnd;
+    // It has ended, or didn't start: why, for the user. The handler may destroy the object later, not at once.
+    std::function<void(const std::string&)> onEnd;
 };
 
 // The program brindlehum-inserts, which stands beside this one.

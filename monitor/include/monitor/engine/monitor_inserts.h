@@ -72,7 +72,7 @@ private:
     void ensure();
     void sendChain(const char* what);
     void heard(const nlohmann::json& message);
-    void ended();
+    void ended(const std::string& why);
     void fail(std::string why);
     void tick();
     void takeStates(const nlohmann::json& states);
