@@ -56,8 +56,8 @@ struct Windows : test::WindowTest {
     }
     std::unique_ptr<SettingsWindow> makeSettings() {
         return std::make_unique<SettingsWindow>(model.settings(), model.library().roots(), model.library().search(),
-                                                model.engine().devices(), model.speakerTest(),
-                                                model.session(), loop, [this] { ++asked; });
+                                                model.engine().devices(), model.speakerTest(), model.session(), loop,
+                                                [this] { ++asked; });
     }
     int asked = 0;  // for a folder to add
 };
