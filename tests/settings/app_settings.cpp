@@ -126,8 +126,9 @@ TEST(AppSettings, WrittenRecordReadsBackEqual) {
     settings.upmix.own = "Bett & Bühne";
     settings.upmixPresets = {{"Bett & Bühne", UpmixPreset::game, settings.upmix.params}};
     settings.pullsAsFloat = true;
+    settings.mediaShowsTitle = false;
     const ordered_json written = ordered_json::parse(settings.encode());
-    EXPECT_EQ(written.size(), 14U);
+    EXPECT_EQ(written.size(), 15U);
     EXPECT_EQ(written["activeProfileID"], someID);
     EXPECT_FALSE(written["profiles"][0].contains("deviceUID"));
     EXPECT_EQ(AppSettings::decode(settings.encode()), settings);
