@@ -1,3 +1,4 @@
+// The chain's rows, and the ways to change it.
 #include "ui/monitor/inserts_box.h"
 
 #include <QHBoxLayout>
@@ -122,7 +123,6 @@ InsertsBox::InsertsBox(MonitorEngine& monitor, QWidget* parent) : QWidget(parent
     failureRow->addWidget(again);
 
     hint_ = label("caption");
-    hint_->setWordWrap(true);
     hint_->setText("A room correction goes here. It processes the speaker feeds, never your mix.");
     title->setToolTip(hint_->text());
 
@@ -137,6 +137,7 @@ InsertsBox::InsertsBox(MonitorEngine& monitor, QWidget* parent) : QWidget(parent
     connect(&monitor.inserts(), &MonitorInserts::uiWanted, this, [this](const QString& id) {
         if (const auto known = UUID::parse(id.toStdString())) { open(*known); }
     });
+    makeRows();
     refresh();
 }
 

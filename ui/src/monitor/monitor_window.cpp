@@ -22,7 +22,7 @@
 namespace brindlehum {
 namespace {
 
-constexpr QSize usualSize(760, 740);  // logical pixels, as are the next
+constexpr QSize usualSize(760, 820);  // logical pixels, as are the next
 constexpr QSize leastSize(720, 640);
 constexpr int margin = 16;
 constexpr int spacing = 10;

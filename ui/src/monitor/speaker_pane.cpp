@@ -1,3 +1,4 @@
+// The map with its buttons.
 #include "ui/monitor/speaker_pane.h"
 
 #include <QGridLayout>
