@@ -1,6 +1,7 @@
 // Nautilus: names from its view's selected cells, folders from its list of open windows on the session bus.
 #include <QDBusArgument>
 #include <QDBusPendingCallWatcher>
+#include <QElapsedTimer>
 #include <QPointer>
 #include <QUrl>
 #include <algorithm>
@@ -19,6 +20,7 @@ const QStringList views{QStringLiteral("GtkGridView"), QStringLiteral("GtkColumn
 const QStringList cells{QStringLiteral("NautilusGridCell"), QStringLiteral("NautilusNameCell"),
                         QStringLiteral("GtkColumnViewCell"), QStringLiteral("NautilusLabelCell")};
 constexpr int cellDepth = 4;
+constexpr int vainPauseMs = 1000;  // after a search in vain, so that a folder being opened isn't slowed down
 
 // A file:// address of this machine, by its bytes; nothing for another place, as a search or the trash.
 std::optional<Path> localFolder(const QString& address) {
@@ -38,8 +40,12 @@ public:
     void read(const FileManagerWindow& window, int limit, Done done) override {
         window_ = window;
         if (views_.contains(window.id)) { return readView(views_[window.id], window, limit, done); }
+        if (sinceVain_.isValid() && sinceVain_.elapsed() < vainPauseMs) { return done({}); }
         findView(window, [this, window, limit, done](const std::optional<AccessibleRef>& view) {
-            if (!view) { return done({}); }
+            if (!view) {
+                sinceVain_.start();
+                return done({});
+            }
             views_[window.id] = *view;
             readView(*view, window, limit, done);
         });
@@ -163,6 +169,7 @@ private:
 
     AccessibleBus& bus_;
     FileManagerWindow window_;                 // read last
+    QElapsedTimer sinceVain_;                  // a search without a result
     std::map<uint32_t, AccessibleRef> views_;  // of each window, as last seen
 };
 
