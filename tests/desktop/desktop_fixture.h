@@ -101,6 +101,7 @@ public:
         ASSERT_TRUE(until([&] { return finder.finderActive() && frontId() != 0 && frontId() != before; }, 30));
         ASSERT_TRUE(until([&] { return app.axTrusted(); }));
         ASSERT_TRUE(until([&] { return !selected().contains("?"); }));
+        if (isNautilus()) { ASSERT_TRUE(showsFiles()); }
         focusView();
     }
     uint64_t frontId() const {
@@ -109,6 +110,7 @@ public:
     }
     // What is selected now, in any order; "?" when nobody answers.
     std::set<std::string> selected() {
+        until([] { return false; }, 0.1);  // a file manager that is asked without end doesn't get to its own work
         std::optional<SelectionReading> reading;
         watch().readSelection(FinderTracker::maxItems, [&](const auto& read) { reading = read; });
         if (!until([&] { return reading.has_value(); }) || reading->outcome != SelectionReading::Outcome::read) {
@@ -122,11 +124,12 @@ public:
         return until([&] { return selected() == files; }, 5);
     }
     bool isNautilus() const { return program_ == "nautilus"; }
-    void showIcons() { show(isNautilus() ? "ctrl+2" : "ctrl+1"); }
-    void showList() { show(isNautilus() ? "ctrl+1" : "ctrl+2"); }
+    bool showIcons() { return show(isNautilus() ? "ctrl+2" : "ctrl+1"); }
+    bool showList() { return show(isNautilus() ? "ctrl+1" : "ctrl+2"); }
     // By a click into the view, as none of the two gives it the keyboard by itself.
     void focusView() {
         const ScreenRect frame = finder.frontWindowFrame().value_or(ScreenRect());
+        until([] { return false; }, 0.5);  // two clicks in close succession would open a file
         run({"xdotool", "mousemove", QString::number(frame.x + frame.width * 2 / 3),
              QString::number(frame.y + frame.height - 80), "click", "1"});
         keys("Home");
@@ -156,13 +159,21 @@ public:
     FinderTracker& finder = app.finder();
 
 private:
-    // A view that is changed takes a while.
-    void show(const QString& key) {
+    bool show(const QString& key) {
         keys(key);
-        until([&] {
-            focusView();
-            return copied().size() == 1;
-        });
+        return showsFiles();
+    }
+    // A view takes a while to fill; now and then Nautilus stays at "Loading" until it is told to load again.
+    bool showsFiles() {
+        return until(
+            [&] {
+                focusView();
+                if (copied().size() == 1) { return true; }
+                keys("F5");
+                until([] { return false; }, 1);
+                return false;
+            },
+            30);
     }
 
     QString program_;

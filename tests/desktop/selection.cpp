@@ -29,7 +29,7 @@ TEST_P(FileManagers, SelectionIsWhatTheirClipboardSaysForOddNamesInEveryView) {
     Desk desk(GetParam());
     desk.open(folder.path());
     for (const bool list : {false, true}) {
-        list ? desk.showList() : desk.showIcons();
+        ASSERT_TRUE(list ? desk.showList() : desk.showIcons());
         std::set<std::string> seen;
         for (size_t i = 0; i < oddNames.size(); ++i) {
             const auto witness = copied();
@@ -42,6 +42,37 @@ TEST_P(FileManagers, SelectionIsWhatTheirClipboardSaysForOddNamesInEveryView) {
         }
         EXPECT_EQ(seen.size(), oddNames.size());
     }
+}
+
+TEST(Thunar, SelectionIsThatOfTheTabAndTheWindowInFront) {
+    const TempFolder folder;
+    const Path one = folder / "one";
+    const Path two = folder / "two";
+    for (const Path& each : {one, two}) {
+        std::filesystem::create_directory(each);
+        writeBytes(each / "same.wav", "x");
+        writeBytes(each / (each.filename().string() + ".wav"), "x");
+    }
+    Desk desk("thunar");
+    desk.open(one);
+    ASSERT_TRUE(desk.showIcons());
+    ASSERT_TRUE(desk.choose(one / "one.wav"));
+    desk.open(two);
+    ASSERT_TRUE(desk.showIcons());
+    ASSERT_TRUE(desk.choose(two / "two.wav"));
+    EXPECT_EQ(copied(), std::set{(two / "two.wav").string()});
+    run({"xdotool", "windowminimize", QString::number(desk.frontId())});
+    run({"xdotool", "search", "--onlyvisible", "--class", "thunar", "windowactivate", "--sync"});
+    EXPECT_TRUE(desk.selects({(one / "one.wav").string()})) << testing::PrintToString(desk.selected());
+    keys("ctrl+t");
+    until([] { return false; }, 1);
+    ASSERT_TRUE(desk.choose(one / "one.wav"));
+    keys("ctrl+l");
+    run({"xdotool", "type", "--delay", "20", QString::fromStdString(two.string())});
+    keys("Return");
+    until([] { return false; }, 1);
+    ASSERT_TRUE(desk.choose(two / "two.wav"));
+    EXPECT_EQ(copied(), std::set{(two / "two.wav").string()});
 }
 
 INSTANTIATE_TEST_SUITE_P(Real, FileManagers, testing::Values("nautilus", "thunar"));

@@ -28,7 +28,7 @@ protected:
 TEST_P(FileManagerKeys, SpacePlaysAndStopsASoundAndReachesThemForAllElse) {
     Desk desk(GetParam());
     desk.open(folder_.path());
-    desk.showIcons();
+    ASSERT_TRUE(desk.showIcons());
     ASSERT_TRUE(desk.choose(a_));
     pause();
     for (const bool plays : {true, false, true, false}) {

@@ -120,7 +120,7 @@ void AccessibleBus::ask(const std::vector<AccessibleCall>& calls, std::function<
     if (!isConnected() || calls.empty()) { return done(AccessibleAnswers(calls.size())); }
     const auto batch = std::make_shared<Batch>(Batch{AccessibleAnswers(calls.size()), calls.size(), std::move(done)});
     for (size_t i = 0; i < calls.size(); ++i) {
-        if (calls[i].target.path.isEmpty()) {  // a widget that an answer before didn't give
+        if (!mayAsk(calls[i].target)) {
             if (--batch->missing == 0) { batch->done(batch->answers); }
             continue;
         }
@@ -131,6 +131,12 @@ void AccessibleBus::ask(const std::vector<AccessibleCall>& calls, std::function<
             if (--batch->missing == 0) { batch->done(batch->answers); }
         });
     }
+}
+
+// Not a widget that an answer before didn't give; nor any program once it isn't heard any more, so that a search that
+// is under way ends.
+bool AccessibleBus::mayAsk(const AccessibleRef& target) const {
+    return !target.path.isEmpty() && (target.bus == program_ || target.bus == registry || target.bus == busName);
 }
 
 void AccessibleBus::find(uint32_t pid, std::function<void(const std::optional<AccessibleRef>&)> done) {

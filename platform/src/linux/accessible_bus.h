@@ -111,7 +111,8 @@ public:
     void connectSoon();
     // Lets all programs of the desktop present themselves.
     void enable();
-    // All calls are sent at once; `done` gets the answers in their order. Not called after `this` has gone.
+    // All calls are sent at once; those to another program than the one that is heard aren't, and get no answer.
+    // `done` gets the answers in their order. Not called after `this` has gone.
     void ask(const std::vector<AccessibleCall>& calls, std::function<void(const AccessibleAnswers&)> done);
     // The program with this process; none if it isn't on the bus. Asks nobody but the bus itself.
     void find(uint32_t pid, std::function<void(const std::optional<AccessibleRef>&)> done);
@@ -123,6 +124,7 @@ private Q_SLOTS:
 
 private:
     void connectTo(const QString& address);
+    bool mayAsk(const AccessibleRef& target) const;
     void setHearing(bool on);
 
     std::optional<QDBusConnection> bus_;

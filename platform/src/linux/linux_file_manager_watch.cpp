@@ -9,7 +9,7 @@
 namespace brindlehum {
 namespace {
 
-constexpr int focusQuietMs = 40;       // a move from cell to cell is a loss and a gain
+constexpr int focusQuietMs = 40;       // between a loss and the gain that belongs to it
 constexpr int startPatienceMs = 5000;  // until a file manager that was just started is on the bus
 
 }  // namespace
@@ -93,6 +93,11 @@ void LinuxFileManagerWatch::take(const AccessibleBus::Event& event) {
         focus_ = event.source;
     } else if (focus_ == event.source || focus_.bus.isEmpty()) {
         focus_ = {};
+    }
+    // Thunar's search may get a blank next. Nautilus knows by itself when one is typed, and isn't asked at every step.
+    if (event.on && kind_ == Kind::thunar) {
+        focusQuiet_.stop();
+        return askFocus();
     }
     focusQuiet_.start();
 }

@@ -1,6 +1,7 @@
 // Nautilus: names from its view's selected cells, folders from its list of open windows on the session bus.
 #include <QDBusArgument>
 #include <QDBusPendingCallWatcher>
+#include <QElapsedTimer>
 #include <QPointer>
 #include <QUrl>
 #include <algorithm>
@@ -19,6 +20,7 @@ const QStringList views{QStringLiteral("GtkGridView"), QStringLiteral("GtkColumn
 const QStringList cells{QStringLiteral("NautilusGridCell"), QStringLiteral("NautilusNameCell"),
                         QStringLiteral("GtkColumnViewCell"), QStringLiteral("NautilusLabelCell")};
 constexpr int cellDepth = 4;
+constexpr int vainPauseMs = 1000;  // after a search in vain, so that a folder being opened isn't slowed down
 
 // A file:// address of this machine, by its bytes; nothing for another place, as a search or the trash.
 std::optional<Path> localFolder(const QString& address) {
@@ -38,8 +40,12 @@ public:
     void read(const FileManagerWindow& window, int limit, Done done) override {
         window_ = window;
         if (views_.contains(window.id)) { return readView(views_[window.id], window, limit, done); }
+        if (sinceVain_.isValid() && sinceVain_.elapsed() < vainPauseMs) { return done({}); }
         findView(window, [this, window, limit, done](const std::optional<AccessibleRef>& view) {
-            if (!view) { return done({}); }
+            if (!view) {
+                sinceVain_.start();
+                return done({});
+            }
             views_[window.id] = *view;
             readView(*view, window, limit, done);
         });
@@ -89,25 +95,42 @@ private:
                         [found, done] { done(found->size() == 1 ? std::optional(found->front()) : std::nullopt); });
     }
 
+    // Each round takes Nautilus some 40 ms, so the folders and the first cell are asked for along with the count.
     void readView(const AccessibleRef& view, const FileManagerWindow& window, int limit, const Done& done) {
-        bus_.ask({AccessibleCall::property(view, "Selection", QStringLiteral("NSelectedChildren"))},
-                 [this, view, window, limit, done](const AccessibleAnswers& answers) {
+        const auto child = [view](int index) {
+            return AccessibleCall{view, "Selection", QStringLiteral("GetSelectedChild"), {index}};
+        };
+        const QDBusPendingCall locations = askLocations(window);
+        bus_.ask({AccessibleCall::property(view, "Selection", QStringLiteral("NSelectedChildren")), child(0)},
+                 [this, child, window, limit, locations, done](const AccessibleAnswers& answers) {
                      if (!answers[0].isValid()) {  // the view has gone
                          views_.erase(window.id);
                          return done({});
                      }
+                     const auto finish = [this, window, locations, done](const std::vector<AccessibleRef>& selected) {
+                         readNames(selected, std::vector<QString>(selected.size()), cellDepth,
+                                   [this, window, locations, done](const std::vector<QString>& names) {
+                                       resolve(window, locations, names, done);
+                                   });
+                     };
+                     const int count = std::min(answers[0].number(), limit);
+                     if (count == 1) { return finish({answers[1].ref()}); }
                      std::vector<AccessibleCall> calls;
-                     for (int i = 0; i < std::min(answers[0].number(), limit); ++i) {
-                         calls.push_back({view, "Selection", QStringLiteral("GetSelectedChild"), {i}});
-                     }
-                     bus_.ask(calls, [this, window, done](const AccessibleAnswers& children) {
+                     for (int i = 0; i < count; ++i) { calls.push_back(child(i)); }
+                     bus_.ask(calls, [finish](const AccessibleAnswers& children) {
                          std::vector<AccessibleRef> selected;
-                         for (const auto& child : children) { selected.push_back(child.ref()); }
-                         readNames(
-                             selected, std::vector<QString>(selected.size()), cellDepth,
-                             [this, window, done](const std::vector<QString>& names) { resolve(window, names, done); });
+                         for (const auto& each : children) { selected.push_back(each.ref()); }
+                         finish(selected);
                      });
                  });
+    }
+
+    static QDBusPendingCall askLocations(const FileManagerWindow& window) {
+        auto call =
+            QDBusMessage::createMethodCall(window.busName, QStringLiteral("/org/freedesktop/FileManager1"),
+                                           QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
+        call.setArguments({QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("OpenWindowsWithLocations")});
+        return QDBusConnection::sessionBus().asyncCall(call, AccessibleBus::limitMs);
     }
 
     // The first name below each cell that isn't the cell's class.
@@ -133,14 +156,10 @@ private:
         });
     }
 
-    void resolve(const FileManagerWindow& window, const std::vector<QString>& names, const Done& done) {
+    void resolve(const FileManagerWindow& window, const QDBusPendingCall& asked, const std::vector<QString>& names,
+                 const Done& done) {
         if (names.empty()) { return done(std::vector<Path>()); }
-        auto call =
-            QDBusMessage::createMethodCall(window.busName, QStringLiteral("/org/freedesktop/FileManager1"),
-                                           QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
-        call.setArguments({QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("OpenWindowsWithLocations")});
-        auto* watcher =
-            new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(call, AccessibleBus::limitMs), this);
+        auto* watcher = new QDBusPendingCallWatcher(asked, this);
         connect(watcher, &QDBusPendingCallWatcher::finished, this, [watcher, window, names, done] {
             watcher->deleteLater();
             const auto reply = watcher->reply();
@@ -163,6 +182,7 @@ private:
 
     AccessibleBus& bus_;
     FileManagerWindow window_;                 // read last
+    QElapsedTimer sinceVain_;                  // a search without a result
     std::map<uint32_t, AccessibleRef> views_;  // of each window, as last seen
 };
 

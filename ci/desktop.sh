@@ -1,0 +1,8 @@
+#!/usr/bin/env bash
+# Builds and runs the tests on real file managers, each on a desktop of its own: ci/desktop.sh
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+ci/install-packages.sh run test desktop
+cmake --preset release -DBRINDLEHUM_DESKTOP_TESTS=ON >/dev/null
+ci/build.sh release test_desktop
+ctest --preset release -L desktop "$@"
