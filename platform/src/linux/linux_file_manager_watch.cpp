@@ -28,6 +28,10 @@ LinuxFileManagerWatch::Kind LinuxFileManagerWatch::kindOf(const std::string& cla
     return Kind::none;
 }
 
+bool LinuxFileManagerWatch::isDialog() const {
+    return std::ranges::find(windows_.windows(), uint64_t(window_.id), &DesktopWindow::id) == windows_.windows().end();
+}
+
 SelectionReader* LinuxFileManagerWatch::reader() const {
     return kind_ == Kind::nautilus ? nautilus_.get() : thunar_.get();
 }
@@ -35,7 +39,10 @@ SelectionReader* LinuxFileManagerWatch::reader() const {
 void LinuxFileManagerWatch::start(Heard heard) {
     heard_ = std::move(heard);
     windows_.onActive = [this] { changeFront(); };
-    windows_.onWindows = [this] { heard_.windows(); };
+    windows_.onWindows = [this] {
+        heard_.focus();
+        heard_.windows();
+    };
     windows_.onPopups = [this] { heard_.focus(); };
     bus_.onEvent = [this](const AccessibleBus::Event& event) { take(event); };
     bus_.connectSoon();

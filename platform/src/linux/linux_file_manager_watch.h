@@ -21,7 +21,7 @@ public:
     void allow() override { bus_.enable(); }
     bool isFront() const override { return kind_ != Kind::none; }
     std::vector<DesktopWindow> windows() const override { return windows_.windows(); }
-    bool isEditing() const override { return isTyping_ || windows_.hasPopup(); }
+    bool isEditing() const override { return isFront() && (isTyping_ || windows_.hasPopup() || isDialog()); }
     bool asksPreviewer() const override { return kind_ == Kind::nautilus; }
     void readSelection(int limit, std::function<void(const SelectionReading&)> done) override;
     void attach() override;
@@ -32,6 +32,8 @@ private:
     enum class Kind : uint8_t { none, nautilus, thunar };
     static Kind kindOf(const std::string& className);
     void changeFront();
+    // The window in front isn't one with a view, as where a name is changed.
+    bool isDialog() const;
     void take(const AccessibleBus::Event& event);
     void askFocus();
     SelectionReader* reader() const;
