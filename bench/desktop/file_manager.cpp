@@ -1,0 +1,179 @@
+// How soon a real file manager's selection is known and heard, how a held key is followed, and what it costs while
+// another program is in front: tests/desktop/desktop-session.sh bench_file_manager nautilus|thunar
+#include <algorithm>
+#include <cstdio>
+#include <fstream>
+
+#include "desktop/desktop_fixture.h"
+
+using namespace brindlehum;
+using namespace brindlehum::test;
+
+namespace {
+
+double now() {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
+
+// One xdotool for all keys: its start would count.
+class Keys {
+public:
+    Keys() {
+        process_.start("xdotool", {"-"});
+        process_.waitForStarted();
+    }
+    ~Keys() {
+        process_.closeWriteChannel();
+        process_.waitForFinished();
+    }
+    void send(const char* command) {
+        process_.write(command);
+        process_.write("\n");
+        process_.waitForBytesWritten();
+    }
+
+private:
+    QProcess process_;
+};
+
+void print(const char* what, std::vector<double> seconds) {
+    if (seconds.empty()) { return; }
+    std::ranges::sort(seconds);
+    const auto at = [&](double share) { return 1000 * seconds[size_t(share * double(seconds.size() - 1))]; };
+    std::printf("%s: %zu times, median %.1f ms, p95 %.1f ms, most %.1f ms\n", what, seconds.size(), at(0.5), at(0.95),
+                at(1));
+    std::fflush(stdout);
+}
+
+void measureSteps(Desk& desk, Keys& keyboard) {
+    constexpr int steps = 200;
+    double known = 0;
+    const auto load = desk.app.finder().onSelection;
+    desk.app.finder().onSelection = [&](const std::optional<Path>& file) {
+        known = now();
+        load(file);
+    };
+    desk.app.settings().change([](AppSettings& s) { s.autoPlay = true; });
+    std::vector<double> selections, sounds;
+    for (int step = 0; step < steps; ++step) {
+        known = 0;
+        const double start = now();
+        keyboard.send(step / 10 % 2 == 0 ? "key Right" : "key Left");
+        if (!until([&] { return known > 0; }, 2)) { continue; }
+        selections.push_back(known - start);
+        const auto wanted = desk.app.finder().currentAudio();
+        const auto plays = [&] {
+            const auto& info = desk.app.player().sound().info();
+            return info && wanted == info->url && desk.isPlaying();
+        };
+        if (until(plays, 2)) { sounds.push_back(now() - start); }
+        until([] { return false; }, 0.3);  // a user looks at what he has chosen
+    }
+    print("key to onSelection", selections);
+    print("key to playing", sounds);
+    desk.app.finder().onSelection = load;
+}
+
+void measureSpace(Desk& desk, Keys& keyboard) {
+    std::vector<double> presses;
+    for (int press = 0; press < 100; ++press) {
+        const bool before = desk.isPlaying();
+        const double start = now();
+        keyboard.send("key space");
+        if (until([&] { return desk.isPlaying() != before; }, 2)) { presses.push_back(now() - start); }
+        until([] { return false; }, 0.25);
+    }
+    print("Space to play or stop", presses);
+}
+
+// The longest time in which the main loop didn't turn, while Down is held.
+void measureHeldKey(Desk& desk, Keys& keyboard) {
+    keyboard.send("key Home");
+    until([] { return false; }, 1);
+    int loads = 0;
+    const auto load = desk.app.finder().onSelection;
+    desk.app.finder().onSelection = [&](const std::optional<Path>& file) {
+        ++loads;
+        load(file);
+    };
+    std::vector<double> gaps;
+    double last = now();
+    QTimer tick;
+    tick.setInterval(1);
+    tick.setTimerType(Qt::PreciseTimer);
+    QObject::connect(&tick, &QTimer::timeout, [&] { gaps.push_back(now() - std::exchange(last, now())); });
+    tick.start();
+    keyboard.send("keydown Down");
+    until([] { return false; }, 10);
+    keyboard.send("keyup Down");
+    until([] { return false; }, 1);
+    tick.stop();
+    print("turns of the main loop, Down held for 10 s", gaps);
+    const auto chosen = desk.selected();
+    const auto heard = desk.app.finder().currentAudio();
+    std::printf("%d selections heard of; at the end %s\n", loads,
+                heard && chosen == std::set{heard->string()} ? "the selected one" : "ANOTHER ONE");
+    desk.app.finder().onSelection = load;
+}
+
+long wakeUps() {
+    std::ifstream status("/proc/self/status");
+    for (std::string word; status >> word;) {
+        long count = 0;
+        if (word == "voluntary_ctxt_switches:" && status >> count) { return count; }
+    }
+    return 0;
+}
+
+void measureRest(Desk& desk) {
+    constexpr int seconds = 60;
+    QProcess other;
+    other.start("xmessage", {"another program"});
+    if (!until([&] { return !desk.app.finder().finderActive(); })) { return; }
+    desk.app.player().stopAndReturn();
+    until([] { return false; }, 3);
+    const long before = wakeUps();
+    const std::clock_t busy = std::clock();
+    QEventLoop rest;
+    QTimer::singleShot(seconds * 1000, &rest, &QEventLoop::quit);
+    rest.exec();
+    std::printf("another program in front for %d s: the main thread woke %ld times, %.0f ms of processor time\n",
+                seconds, wakeUps() - before, 1000.0 * double(std::clock() - busy) / CLOCKS_PER_SEC);
+    other.kill();
+    other.waitForFinished();
+}
+
+void measure(const char* program) {
+    constexpr int few = 12;
+    constexpr int many = 5000;
+    TempFolder small, large;
+    for (int i = 0; i < few; ++i) {
+        writeAudio(small / ("sound " + std::to_string(10 + i) + ".wav"), noisePlanes(2, 480'000));
+    }
+    writeAudio(large / "sound 10000.wav", noisePlanes(2, 48'000));
+    for (int i = 1; i < many; ++i) {
+        std::filesystem::copy(large / "sound 10000.wav", large / ("sound " + std::to_string(10'000 + i) + ".wav"));
+    }
+    Keys keyboard;
+    {
+        Desk desk(program);
+        desk.open(small.path());
+        desk.showIcons();
+        desk.focusView();
+        measureSteps(desk, keyboard);
+        measureSpace(desk, keyboard);
+        measureRest(desk);
+    }
+    Desk desk(program);
+    desk.open(large.path());
+    desk.showList();
+    desk.focusView();
+    measureHeldKey(desk, keyboard);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    QCoreApplication app(argc, argv);
+    measure(argc > 1 ? argv[1] : "nautilus");
+}
