@@ -67,7 +67,7 @@ void AlignmentPanel::rebuild(const SpeakerList& list) {
     shown_ = list;
     rows_.clear();
     auto* old = std::exchange(table_, new QWidget);
-    old->parentWidget()->layout()->replaceWidget(old, table_);
+    delete old->parentWidget()->layout()->replaceWidget(old, table_);
     old->deleteLater();
     auto* grid = new QGridLayout(table_);
     grid->setContentsMargins(0, 0, 0, 0);
