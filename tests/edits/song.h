@@ -29,7 +29,8 @@ inline std::vector<float> song(double pickup = 0) {
         const double level = intro ? 0.25 : chorus ? 0.7 : 0.5;
         static constexpr int verseRoots[] = {45, 50, 52, 45};
         static constexpr int chorusRoots[] = {48, 53, 55, 43};
-        const int root = ending ? 45 : (chorus ? chorusRoots : verseRoots)[bar % 4];
+        const auto inPhrase = size_t(bar) % 4;
+        const int root = ending ? 45 : chorus ? chorusRoots[inPhrase] : verseRoots[inPhrase];
         if (bar == bars - 1) {  // a hit that dies away
             tone(0, 55, 0.5, 0.3);
             tone(0, 220, 0.2, 0.3);
