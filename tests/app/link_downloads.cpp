@@ -119,6 +119,7 @@ struct LinkDownloadsTest : test::EventLoopTest {
     std::vector<std::pair<fs::path, std::string>> got;
 
     LinkDownloadsTest() {
+        qputenv("no_proxy", "127.0.0.1");  // the server is ours
         settings.change([&](AppSettings& s) { s.pullsFolder = pulls.string(); });
         links.arrived = [this](const auto& file, const auto& link) { got.emplace_back(file, link); };
     }
