@@ -22,6 +22,7 @@ struct Copy : PluginInstance {
         for (int c = 0; c < 2; ++c) { std::copy_n(inputs[c], count, outputs[c]); }
     }
     void setControl(size_t, double) noexcept override {}
+    void setFile(const std::string&, const std::string&) override {}
     int latency() const noexcept override { return late; }
     std::string state() const override { return {}; }
     int late;
