@@ -139,7 +139,7 @@ bool AccessibleBus::mayAsk(const AccessibleRef& target) const {
     return !target.path.isEmpty() && (target.bus == program_ || target.bus == registry || target.bus == busName);
 }
 
-void AccessibleBus::find(uint32_t pid, std::function<void(const std::optional<AccessibleRef>&)> done) {
+void AccessibleBus::find(uint32_t pid, const std::function<void(const std::optional<AccessibleRef>&)>& done) {
     ask({AccessibleCall::children({registry, rootPath})}, [this, pid, done](const AccessibleAnswers& answers) {
         const auto programs = answers.front().refs();
         std::vector<AccessibleCall> calls;

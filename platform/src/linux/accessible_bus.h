@@ -115,7 +115,7 @@ public:
     // `done` gets the answers in their order. Not called after `this` has gone.
     void ask(const std::vector<AccessibleCall>& calls, std::function<void(const AccessibleAnswers&)> done);
     // The program with this process; none if it isn't on the bus. Asks nobody but the bus itself.
-    void find(uint32_t pid, std::function<void(const std::optional<AccessibleRef>&)> done);
+    void find(uint32_t pid, const std::function<void(const std::optional<AccessibleRef>&)>& done);
     // Hears these events of this program, and no others. An empty name: none.
     void hear(const QString& program, const QStringList& events);
 

@@ -72,7 +72,8 @@ private:
     }
 
     // None with several tabs, of which nobody says which is shown: the next move of the focus does.
-    void findView(const FileManagerWindow& window, std::function<void(const std::optional<AccessibleRef>&)> done) {
+    void findView(const FileManagerWindow& window,
+                  const std::function<void(const std::optional<AccessibleRef>&)>& done) {
         const auto found = std::make_shared<std::vector<AccessibleRef>>();
         const auto enter = [found](const AccessibleNode& node) {
             switch (node.role) {
@@ -135,7 +136,7 @@ private:
 
     // The first name below each cell that isn't the cell's class.
     void readNames(const std::vector<AccessibleRef>& refs, std::vector<QString> names, int depth,
-                   std::function<void(const std::vector<QString>&)> done) {
+                   const std::function<void(const std::vector<QString>&)>& done) {
         if (refs.empty() || depth == 0) { return done(names); }
         std::vector<AccessibleCall> calls;
         for (const auto& ref : refs) {

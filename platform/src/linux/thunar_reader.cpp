@@ -69,7 +69,7 @@ private:
                  });
     }
 
-    void findParts(const FileManagerWindow& window, std::function<void(const ThunarParts&)> done) {
+    void findParts(const FileManagerWindow& window, const std::function<void(const ThunarParts&)>& done) {
         const auto parts = std::make_shared<ThunarParts>();
         const auto seen = std::make_shared<std::vector<AccessibleRef>>();
         const auto enter = [parts](const AccessibleNode& node) {
@@ -105,7 +105,7 @@ private:
         TreeSearch::run(bus_, {window.program}, enter, [parts, done] { done(*parts); });
     }
 
-    void askFolder(const ThunarParts& parts, std::function<void(const Path&)> done) {
+    void askFolder(const ThunarParts& parts, const std::function<void(const Path&)>& done) {
         bus_.ask({{*parts.location, "Text", QStringLiteral("GetText"), {0, -1}}},
                  [done](const AccessibleAnswers& answers) {
                      const Path folder = answers[0].text().toStdString();

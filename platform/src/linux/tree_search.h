@@ -23,9 +23,10 @@ struct AccessibleNode {
 class TreeSearch : public std::enable_shared_from_this<TreeSearch> {
 public:
     using Enter = std::function<bool(const AccessibleNode&)>;
-    static void run(AccessibleBus& bus, std::vector<AccessibleRef> start, Enter enter, std::function<void()> done) {
+    static void run(AccessibleBus& bus, const std::vector<AccessibleRef>& start, Enter enter,
+                    std::function<void()> done) {
         auto search = std::make_shared<TreeSearch>(bus, std::move(enter), std::move(done));
-        search->level(std::move(start));
+        search->level(start);
     }
     TreeSearch(AccessibleBus& bus, Enter enter, std::function<void()> done)
         : bus_(bus), enter_(std::move(enter)), done_(std::move(done)) {}
@@ -33,7 +34,7 @@ public:
 private:
     static constexpr size_t maxNodes = 600;
 
-    void level(std::vector<AccessibleRef> refs) {
+    void level(const std::vector<AccessibleRef>& refs) {
         seen_ += refs.size();
         if (refs.empty() || seen_ > maxNodes) { return done_(); }
         std::vector<AccessibleCall> calls;
@@ -59,7 +60,7 @@ private:
                 for (const auto& list : children) {
                     for (const auto& ref : list.refs()) { next.push_back(ref); }
                 }
-                self->level(std::move(next));
+                self->level(next);
             });
         });
     }
