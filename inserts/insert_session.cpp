@@ -1,3 +1,4 @@
+// Does what the monitor says, line by line.
 #include "insert_session.h"
 
 #include <cstdlib>

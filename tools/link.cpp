@@ -11,17 +11,12 @@
 #include "library/team/metadata_save.h"
 #include "platform/qt_child_processes.h"
 #include "platform/qt_main_loop.h"
+#include "users_settings.h"
 
 namespace brindlehum::cli {
 namespace {
 
 constexpr int lookEvery = 100;  // milliseconds
-
-// The user's settings, of which nothing is stored.
-void takeSettings(MemoryDefaults& defaults) {
-    const FileDefaults users;
-    if (const auto stored = users.data("settings.v1")) { defaults.set("settings.v1", *stored); }
-}
 
 }  // namespace
 
@@ -30,7 +25,7 @@ bool link(Words words) {
     const Application application;
     QtMainLoop loop;
     MemoryDefaults defaults;
-    takeSettings(defaults);
+    takeUsersSettings(defaults, {"settings.v1"});
     SettingsStore settings(defaults);
     PlayerMessage message(loop);
     QtChildProcesses children;

@@ -13,6 +13,7 @@
 #include "platform/linux_audio.h"
 #include "platform/qt_main_loop.h"
 #include "upmix_word.h"
+#include "users_settings.h"
 #include "word_values.h"
 
 namespace brindlehum::cli {
@@ -150,10 +151,7 @@ bool printMatrix(Words words) {
 
 // The user's profile of this name, and the inserts, on settings of which nothing is stored.
 void takeProfile(MemoryDefaults& defaults, const std::string& name) {
-    const FileDefaults users;
-    for (const char* key : {"settings.v1", "monitor.inserts"}) {
-        if (const auto stored = users.data(key)) { defaults.set(key, *stored); }
-    }
+    takeUsersSettings(defaults, {"settings.v1", "monitor.inserts"});
     SettingsStore settings(defaults);
     const auto& profiles = settings.value().profiles;
     const auto named = std::ranges::find(profiles, name, &OutputProfile::name);

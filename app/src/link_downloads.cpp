@@ -72,7 +72,9 @@ void LinkDownloads::open(const std::string& text) {
 LinkDownloads::Place LinkDownloads::find(const std::string& custom, const fs::path& folder) {
     const auto tool = LinkLoader::ytDlp(custom);
     if (!tool) { throw Error(std::string(LinkLoader::notFound)); }
-    fs::create_directories(folder);
+    std::error_code error;
+    fs::create_directories(folder, error);
+    if (error) { throw Error("Couldn't make the folder " + folder.string() + ": " + error.message()); }
     Place place{*tool, folder, folder, {}};
     if (folder.string().find('$') != std::string::npos) { std::tie(place.written, place.scratch) = otherName(folder); }
     return place;

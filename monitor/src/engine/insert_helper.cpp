@@ -1,3 +1,4 @@
+// The process, and the JSON lines to and from it.
 #include "monitor/engine/insert_helper.h"
 
 #include <QCoreApplication>

@@ -1,3 +1,4 @@
+// Keeps the chain, and brings the process to what is wanted.
 #include "monitor/engine/monitor_inserts.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Scans in the background and caches what was found.
 #include "monitor/engine/plugin_list.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// An insert as JSON.
 #include "monitor/inserts/insert.h"
 
 #include <nlohmann/json.hpp>

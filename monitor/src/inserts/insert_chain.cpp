@@ -1,3 +1,4 @@
+// Renders the chain, and fades from one to the next.
 #include "monitor/inserts/insert_chain.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// How many instances an effect needs, and which channels each gets.
 #include "monitor/inserts/insert_plan.h"
 
 #include <algorithm>

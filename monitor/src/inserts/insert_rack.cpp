@@ -1,3 +1,4 @@
+// Makes the instances of a chain and watches them.
 #include "monitor/inserts/insert_rack.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// One effect in the chain: its instances, and its bypass at the same time.
 #include "monitor/inserts/insert_stage.h"
 
 #include <algorithm>

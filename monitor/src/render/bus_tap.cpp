@@ -1,3 +1,4 @@
+// Writes the bus into the ring.
 #include "monitor/render/bus_tap.h"
 
 #include <algorithm>

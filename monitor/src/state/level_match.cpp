@@ -1,3 +1,4 @@
+// The gain that makes two outputs equally loud.
 #include "monitor/state/level_match.h"
 
 #include <algorithm>

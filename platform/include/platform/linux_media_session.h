@@ -1,4 +1,4 @@
-// LinuxMediaSession: the player on the session bus, by the MPRIS D-Bus Interface Specification 2.2.
+// LinuxMediaSession: the player on the session bus, by MPRIS 2.2, the D-Bus interface of media players.
 #pragma once
 
 #include <memory>

@@ -1,3 +1,4 @@
+// Connects an effect's ports, runs it, and speaks to it by atoms.
 #include "lv2_instance.h"
 
 #include <lv2/atom/atom.h>

@@ -1,3 +1,4 @@
+// Numbers for URIs, both ways.
 #include "lv2_urids.h"
 
 namespace brindlehum {

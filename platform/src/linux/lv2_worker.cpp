@@ -1,3 +1,4 @@
+// Carries work from the audio thread to the worker and answers back.
 #include "lv2_worker.h"
 
 namespace brindlehum {

@@ -1,3 +1,4 @@
+// Reads what is typed as a number.
 #include "ui/look/number_field.h"
 
 #include <QEvent>

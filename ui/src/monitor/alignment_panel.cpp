@@ -1,3 +1,4 @@
+// A row of delay and polarity for each speaker.
 #include "ui/monitor/alignment_panel.h"
 
 #include <QCheckBox>

@@ -1,3 +1,4 @@
+// Makes a row for each control and file of an effect.
 #include "ui/monitor/insert_panel.h"
 
 #include <QCheckBox>

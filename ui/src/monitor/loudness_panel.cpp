@@ -1,3 +1,4 @@
+// Shows the readings as they come.
 #include "ui/monitor/loudness_panel.h"
 
 #include <QGridLayout>

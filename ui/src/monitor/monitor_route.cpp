@@ -6,6 +6,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "ui/look/captioned.h"
 #include "ui/look/icons.h"
 #include "ui/look/menu_button.h"
 #include "ui/look/utf8_text.h"
@@ -19,20 +20,6 @@ constexpr int longestOutput = 160;
 
 QString described(const AudioInputDevice& input) {
     return QString::fromStdString(input.name) + "  (" + QString::number(input.inputChannels) + " in)";
-}
-
-// A caption over the button.
-QWidget* captioned(const char* caption, MenuButton* button) {
-    auto* box = new QWidget;
-    auto* column = new QVBoxLayout(box);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(2);
-    auto* label = new QLabel(caption);
-    label->setProperty("role", "secondary");
-    label->setBuddy(button);
-    column->addWidget(label);
-    column->addWidget(button);
-    return box;
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <algorithm>
 
 #include "monitor/state/monitor_matrix.h"
+#include "ui/look/captioned.h"
 #include "ui/look/form_scroll.h"
 #include "ui/look/screen_fit.h"
 #include "ui/monitor/inserts_box.h"
@@ -35,19 +36,6 @@ QLabel* quiet() {
     return label;
 }
 
-// With its name over it.
-QWidget* metered(const char* name, QWidget* meter) {
-    auto* box = new QWidget;
-    auto* column = new QVBoxLayout(box);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(2);
-    auto* caption = new QLabel(name);
-    caption->setProperty("role", "secondary");
-    column->addWidget(caption);
-    column->addWidget(meter);
-    return box;
-}
-
 }  // namespace
 
 MonitorWindow::MonitorWindow(MonitorEngine& monitor, SettingsStore& settings, MainLoop& loop)
@@ -63,8 +51,8 @@ MonitorWindow::MonitorWindow(MonitorEngine& monitor, SettingsStore& settings, Ma
     column->addWidget(listen_ = new MonitorListen(monitor));
     auto* meters = new QHBoxLayout;
     meters->setSpacing(spacing);
-    meters->addWidget(metered("Bus", new LevelBars(meter_, LevelBars::Of::bus)));
-    meters->addWidget(metered("Speakers", new LevelBars(meter_, LevelBars::Of::speakers)));
+    meters->addWidget(captioned("Bus", new LevelBars(meter_, LevelBars::Of::bus)));
+    meters->addWidget(captioned("Speakers", new LevelBars(meter_, LevelBars::Of::speakers)));
     meters->addWidget(new LoudnessPanel(monitor.loudness()));
     column->addLayout(meters);
     auto* middle = new QHBoxLayout;

@@ -1,3 +1,4 @@
+// The list of effects and its search.
 #include "ui/monitor/plugin_picker.h"
 
 #include <QDialogButtonBox>

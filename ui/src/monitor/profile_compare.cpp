@@ -1,3 +1,4 @@
+// The second output, the switch and the gain between both.
 #include "ui/monitor/profile_compare.h"
 
 #include <QHBoxLayout>

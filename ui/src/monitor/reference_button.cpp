@@ -1,3 +1,4 @@
+// The button, and the menu that sets the reference.
 #include "ui/monitor/reference_button.h"
 
 #include <QInputDialog>

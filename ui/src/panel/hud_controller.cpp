@@ -40,21 +40,29 @@ std::vector<HUDPlacement::Screen> desktopScreens() {
 }  // namespace
 
 HUDController::HUDController(PlayerModel& player, SettingsStore& settings)
-    : hasCompositor([] { return false; }),
-      screens(desktopScreens),
-      player_(player),
-      settings_(settings),
-      view_(new PlayerView(player, settings, WaveformView::Style::hud)),
-      panel_(std::make_unique<HUDPanel>(view_)) {
+    : hasCompositor([] { return false; }), screens(desktopScreens), player_(player), settings_(settings) {
     connect(&player, &PlayerModel::changed, this, &HUDController::reposition);
     connect(&settings, &SettingsStore::changed, this, &HUDController::reposition);
+}
+
+HUDController::~HUDController() = default;
+
+HUDPanel& HUDController::panel() {
+    if (panel_) { return *panel_; }
+    view_ = new PlayerView(player_, settings_, WaveformView::Style::hud);
+    panel_ = std::make_unique<HUDPanel>(view_);
+    connect(view_, &PlayerView::upmixPanelAsked, this, &HUDController::upmixPanelAsked);
     connect(panel_.get(), &HUDPanel::closeAsked, this, [this] {
         settings_.change([](AppSettings& s) { s.finderPanel = false; });
         player_.notify("The panel is off: “File Manager Panel” in the status menu turns it on again.");
     });
+    return *panel_;
 }
 
-HUDController::~HUDController() = default;
+PlayerView& HUDController::player() {
+    panel();
+    return *view_;
+}
 
 void HUDController::setFileManager(bool inFront, const std::optional<ScreenRect>& window) {
     active_ = inFront;
@@ -64,22 +72,26 @@ void HUDController::setFileManager(bool inFront, const std::optional<ScreenRect>
 
 void HUDController::setFileManagerWindow(uint64_t nativeId) {
     nativeId_ = nativeId;
-    if (panel_->isVisible()) { panel_->setOwnerWindow(nativeId); }
+    if (panel_ && panel_->isVisible()) { panel_->setOwnerWindow(nativeId); }
 }
 
 void HUDController::reposition() {
-    if (!settings_.value().finderPanel || !active_ || !lastWindow_) { return panel_->hide(); }
+    if (!settings_.value().finderPanel || !active_ || !lastWindow_) {
+        if (panel_) { panel_->hide(); }
+        return;
+    }
     const auto all = screens();
     const auto source = player_.sound().source();
     const auto place = HUDPlacement::of(*lastWindow_, source && source->asAmbisonic(), all);
     if (!place) { return; }
     const HUDPlacement::Screen& screen = all[place->screen];
     const QRect frame = logicalRect(place->frame, {screen.frame.x, screen.frame.y}, screen.scale);
-    if (panel_->geometry() != frame) { panel_->setGeometry(frame); }
-    if (panel_->isVisible()) { return; }
-    panel_->setTranslucent(hasCompositor());
-    panel_->setOwnerWindow(nativeId_);
-    panel_->show();
+    HUDPanel& panel = this->panel();
+    if (panel.geometry() != frame) { panel.setGeometry(frame); }
+    if (panel.isVisible()) { return; }
+    panel.setTranslucent(hasCompositor());
+    panel.setOwnerWindow(nativeId_);
+    panel.show();
 }
 
 }  // namespace brindlehum

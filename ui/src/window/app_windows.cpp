@@ -48,7 +48,7 @@ AppWindows::AppWindows(AppModel& model) : model_(model), theme_(std::make_unique
     hud_->hasCompositor = [this] { return model_.session().blendsWindows(); };
     QObject::connect(&model, &AppModel::fileManagerWindow, hud_.get(), &HUDController::setFileManagerWindow);
     QObject::connect(&model, &AppModel::fileManagerState, hud_.get(), &HUDController::setFileManager);
-    QObject::connect(&hud_->player(), &PlayerView::upmixPanelAsked, main_.get(), [this] {
+    QObject::connect(hud_.get(), &HUDController::upmixPanelAsked, main_.get(), [this] {
         open("main");
         main_->playerView().showUpmixPanel();
     });

@@ -35,15 +35,19 @@ public:
     // The screens, the main one first; a test may set it. By default those of the desktop.
     std::function<std::vector<HUDPlacement::Screen>()> screens;
 
-    HUDPanel& panel() { return *panel_; }
-    PlayerView& player() { return *view_; }
+    // Made when first needed: most starts never see it.
+    HUDPanel& panel();
+    PlayerView& player();
+
+Q_SIGNALS:
+    void upmixPanelAsked();  // as PlayerView's
 
 private:
     void reposition();
 
     PlayerModel& player_;
     SettingsStore& settings_;
-    PlayerView* view_;
+    PlayerView* view_ = nullptr;  // in the panel
     std::unique_ptr<HUDPanel> panel_;
     std::optional<ScreenRect> lastWindow_;
     bool active_ = false;
