@@ -24,6 +24,7 @@ InsertSession::InsertSession(AudioSystem& audio, PluginHost& host, MainLoop& loo
       host_(host),
       loop_(loop),
       tell_(std::move(tell)),
+      windows_(loop, tell_),
       looks_(loop.every(lookSeconds, [this] { look(); })) {}
 
 void InsertSession::handle(const std::string& line) {
@@ -50,11 +51,19 @@ void InsertSession::act(const json& message) {
         if (rack_) { rack_->set(inserts_); }
         tellStatus();
     } else if (what == "value" && rack_) {
-        rack_->setValue(id(), message.at("symbol").get<std::string>(), message.at("value").get<double>());
+        const auto symbol = message.at("symbol").get<std::string>();
+        const auto value = message.at("value").get<double>();
+        rack_->setValue(id(), symbol, value);
+        windows_.show(id(), symbol, value);
     } else if (what == "file" && rack_) {
         rack_->setFile(id(), message.at("uri").get<std::string>(), message.at("path").get<std::string>());
     } else if (what == "bypass" && rack_) {
         rack_->setBypassed(id(), message.at("on").get<bool>());
+        windows_.showBypassed(id(), message.at("on").get<bool>());
+    } else if (what == "window") {
+        windows_.open(id(), message.at("parent").get<uint64_t>(), message.at("scale").get<double>());
+    } else if (what == "closeWindow") {
+        windows_.close(id());
     } else if (what == "save") {
         tellStates();
     } else if (what == "ping") {
@@ -77,6 +86,7 @@ void InsertSession::open() {
         });
         rack_->setSampleRate(stream_->sampleRate());
         rack_->set(inserts_);
+        windows_.follow(rack_.get());
         stream_->start();
         tellStatus();
     } catch (const Error&) {
@@ -87,6 +97,7 @@ void InsertSession::open() {
 
 void InsertSession::close() {
     retry_.reset();
+    windows_.follow(nullptr);
     stream_.reset();
     rack_.reset();
     if (told_ != 0) { tell_({{"is", "closed"}}); }

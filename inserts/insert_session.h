@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "effect_windows.h"
 #include "monitor/inserts/insert_rack.h"
 #include "platform/duplex_audio.h"
 #include "platform/main_loop.h"
@@ -17,12 +18,16 @@ namespace brindlehum {
 //     open    "output" (id of the device), "channels", "inserts" (list of Insert): makes the node and its chain
 //     chain   "inserts": another chain on the same node
 //     value   "id", "symbol", "value";  file  "id", "uri", "path";  bypass  "id", "on"
+//     window  "id", "parent" (X11 window), "scale": opens the effect's own window in it;  closeWindow  "id"
 //     save, ping
 // Those that go name what they are in "is":
 //     open    "node", "sampleRate": the node is there;  closed: it has gone, and is being made anew
 //     status  "inserts" (list of InsertStatus), "latency" (frames)
+//     window  "id", "width", "height" (pixels): it is open, or has another size;  noWindow  "id", "why"
+//     set     "id", "symbol", "value";  file  "id", "uri", "path";  bypass  "id", "on": what its user has done there
+//     edited  a window has changed what an effect keeps
 //     states  "states" (texts by id);  pong
-//     stalled, crash   "insert" (place in the chain, or -1): the last words
+//     stalled, crash   "insert" (place in the chain, or -1), or "window" (id): the last words
 class InsertSession {
 public:
     using Tell = std::function<void(const nlohmann::json&)>;
@@ -33,6 +38,8 @@ public:
     void handle(const std::string& line);
     // See InsertRack::busyWith(). Any thread.
     int busyWith() const noexcept;
+    // See EffectWindows::lastWords(). Any thread.
+    const char* lastWordsOfWindow() const noexcept { return windows_.lastWords(); }
 
 private:
     void act(const nlohmann::json& message);
@@ -52,6 +59,7 @@ private:
     int channels_ = 0;
     std::vector<Insert> inserts_;
     std::unique_ptr<InsertRack> rack_;
+    EffectWindows windows_;  // of the rack's effects
     std::unique_ptr<PassStream> stream_;
     uint32_t told_ = 0;  // the node that has been told
     uint64_t block_ = 0;

@@ -34,7 +34,10 @@ void send(const char* text, size_t size) {
 
 // Says whose code crashed, with nothing but what a signal handler may call, and dies of the signal.
 void lastWords(int signal) {
-    const int place = session ? session->busyWith() : -1;
+    const bool isMain = ::gettid() == ::getpid();
+    const char* const window = session && isMain ? session->lastWordsOfWindow() : nullptr;
+    if (window) { send(window, std::strlen(window)); }
+    const int place = session && !window ? session->busyWith() : -1;
     char text[] = "\n{\"is\":\"crash\",\"insert\":-1}\n";
     if (place >= 0 && place < 100) {
         char* const digits = std::strstr(text, "-1");
@@ -44,7 +47,7 @@ void lastWords(int signal) {
             digits[0] = ' ';
         }
     }
-    send(text, sizeof text - 1);
+    if (!window) { send(text, sizeof text - 1); }
     std::signal(signal, SIG_DFL);
     std::raise(signal);
 }

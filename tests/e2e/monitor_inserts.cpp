@@ -149,6 +149,26 @@ TEST_F(InsertsOnPipeWire, WhatCrashesOrHangsIsNamedAndTheMonitorGoesOn) {
     }
 }
 
+TEST_F(InsertsOnPipeWire, AnEffectsOwnWindowSetsItAndACrashOfTheWindowAloneLeavesTheEffect) {
+    const UUID keeper = add("keeper");
+    InsertWindows& windows = monitor_.inserts().windows();
+    windows.open(keeper, 1, 1);
+    start();
+    const auto width = [&] { return windows.find(keeper)->width; };
+    ASSERT_TRUE(until([&] { return width() == 100; })) << "it opens with its insert";
+    const auto factor = [&] { return monitor_.inserts().find(keeper)->settings.values.at("factor"); };
+    monitor_.inserts().setValue(keeper, "factor", 5);
+    ASSERT_TRUE(until([&] { return factor() == 6; }));
+    monitor_.inserts().setValue(keeper, "factor", 2);
+    ASSERT_TRUE(until([&] { return width() == 120; }));
+    expectClick({0, 2 * clickLevel});
+    monitor_.inserts().setValue(keeper, "factor", 7);
+    ASSERT_TRUE(until([&] { return !windows.find(keeper)->problem.empty(); }));
+    EXPECT_EQ(windows.find(keeper)->problem, "Its window crashed");
+    expectClick({0, 7 * clickLevel});
+    EXPECT_EQ(monitor_.inserts().message(), "");
+}
+
 TEST_F(InsertsOnPipeWire, WhatAPluginKeepsOutlivesAStopAndALoopThroughTheInsertsIsFound) {
     const UUID keeper = add("keeper");
     monitor_.inserts().setValue(keeper, "factor", 0.5);

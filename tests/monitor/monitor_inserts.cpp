@@ -96,6 +96,25 @@ TEST_F(MonitorInsertsTest, AProcessThatFallsSilentOrEndsIsReplacedOnlyOnRequest)
     EXPECT_EQ(inserts_.message(), "Maker: Limiter crashed; the monitor plays without inserts");
 }
 
+TEST_F(MonitorInsertsTest, AProcessThatMayHangInAWindowStartsAgainWithoutIt) {
+    const UUID room = inserts_.add(plugin("Room"));
+    (void)inserts_.route(5, 12);
+    inserts_.windows().open(room, 33, 1.5);
+    EXPECT_EQ(sent.back()["parent"], 33);
+    helpers[0]->onMessage({{"is", "status"}, {"latency", 0}, {"inserts", json::array()}});
+    helpers[0]->onMessage({{"is", "window"}, {"id", room.string()}, {"width", 640}, {"height", 480}});
+    EXPECT_EQ(inserts_.windows().find(room)->width, 640);
+    helpers[0]->onMessage({{"is", "bypass"}, {"id", room.string()}, {"on", true}});
+    EXPECT_TRUE(inserts_.list()[0].isBypassed);
+    loop_.advance(7);
+    EXPECT_FALSE(inserts_.hasFailed());
+    EXPECT_EQ(inserts_.windows().find(room)->problem, "Its window may have hung");
+    sent.clear();
+    EXPECT_TRUE(inserts_.route(5, 12).isPending) << "it loads again";
+    ASSERT_EQ(sent.size(), 1U) << "without the window";
+    EXPECT_EQ(lastSent(), "open");
+}
+
 TEST(PluginListTest, ScansOnceUntilSomethingIsInstalled) {
     const test::TempFolder folder;
     ManualMainLoop loop;

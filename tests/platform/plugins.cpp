@@ -9,6 +9,7 @@
 #include "platform/linux_plugins.h"
 #include "support/audio_files.h"
 #include "support/lv2/test_effects.h"
+#include "support/refusal.h"
 
 namespace brindlehum {
 namespace {
@@ -67,6 +68,42 @@ TEST_F(Plugins, AWorkersAnswerAndAFileArriveAndTheStateGoesOnInTheNextInstance) 
     next->setFile(files.begin()->first, files.begin()->second);
     while (heard(*next) != 0.25F) { std::this_thread::yield(); }
     EXPECT_EQ(heard(*host_->instantiate(keeper, 48000, {{}, {}, "@prefix no <state"})), 1);
+}
+
+TEST_F(Plugins, AWindowIsShownWhatIsSetAndReportedAndItsUsersWishesComeBack) {
+    const PluginInfo keeper = host_->describe(effect("keeper"), test::effectBundle);
+    const auto instance = host_->instantiate(keeper, 48000, {{{"factor", 2}}, {}, {}});
+    std::vector<std::pair<size_t, double>> set;
+    std::map<std::string, std::string> files;
+    PluginWindowPlace place{1, 1, {}, {}, {}, {}};
+    place.onSet = [&](size_t control, double value) { set.emplace_back(control, value); };
+    place.onFile = [&](const std::string& uri, const std::string& path) { files[uri] = path; };
+    const auto window = instance->openWindow(keeper, place);
+    EXPECT_EQ(window->size(), (PluginWindow::Size{120, 50}));
+    window->show(0, 5);
+    EXPECT_EQ(set, (std::vector<std::pair<size_t, double>>{{0, 6}}));
+    window->show(0, 6);
+    EXPECT_EQ(window->size().width, 150) << "its own wish doesn't come back to it";
+    window->show(0, 3);
+    EXPECT_EQ(window->size().width, 130);
+    EXPECT_EQ(files, (std::map<std::string, std::string>{{"urn:brindlehum:test:source", "/factor.txt"}}));
+
+    const PluginInfo delay = host_->describe(effect("delay"), test::effectBundle);
+    const auto late = host_->instantiate(delay, 48000, {{{"frames", 77}}, {}, {}});
+    const auto shown = late->openWindow(delay, place);
+    const float* const silent[2] = {};
+    float* const unwanted[2] = {};
+    late->process(silent, unwanted, 64);
+    shown->idle();
+    EXPECT_EQ(shown->size().width, 177);
+
+    for (const auto& [name, why] : {std::pair("gain", "It has no window of its own"),
+                                    std::pair("trouble",
+                                              "Its window needs urn:brindlehum:test:unknown, which "
+                                              "Brindlehum doesn't offer")}) {
+        const PluginInfo info = host_->describe(effect(name), test::effectBundle);
+        EXPECT_EQ(test::refusalOf([&] { (void)host_->instantiate(info, 48000)->openWindow(info, place); }).text, why);
+    }
 }
 
 }  // namespace

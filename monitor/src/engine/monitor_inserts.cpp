@@ -20,6 +20,10 @@ constexpr double leaveSeconds = 3;   // that it gets to end
 
 const char* const without = "; the monitor plays without inserts";
 
+UUID idIn(const json& message, const char* name) {
+    return UUID::parse(message.value(name, "")).value_or(UUID());
+}
+
 std::vector<Insert> stored(const UserDefaults& defaults) {
     std::vector<Insert> list;
     const json all = json::parse(defaults.data(key).value_or(""), nullptr, false);
@@ -105,11 +109,15 @@ void MonitorInserts::changedInside(const json& message) {
     keep();
     if (helper_) {
         helper_->send(message);
-        save_ = loop_.after(saveAfter, [this] {
-            if (helper_) { helper_->send({{"do", "save"}}); }
-        });
+        saveSoon();
     }
     Q_EMIT changed();
+}
+
+void MonitorInserts::saveSoon() {
+    save_ = loop_.after(saveAfter, [this] {
+        if (helper_) { helper_->send({{"do", "save"}}); }
+    });
 }
 
 void MonitorInserts::keep() {
@@ -133,6 +141,7 @@ void MonitorInserts::ensure() {
     helper_->onEnd = [this](const std::string& why) { ended(why); };
     ticks_ = loop_.every(tickSeconds, [this] { tick(); });
     sendChain("open");
+    windows_.sendAll();
 }
 
 void MonitorInserts::sendChain(const char* what) {
@@ -175,6 +184,7 @@ void MonitorInserts::release() {
         if (message.value("is", "") == "states") { takeStates(message.value("states", json::object())); }
     };
     leaving_->onEnd = nullptr;
+    windows_.gone();
     leaving_->send({{"do", "save"}});
     leaving_->finish();
     leave_ = loop_.after(leaveSeconds, [this] { leaving_.reset(); });
@@ -206,6 +216,21 @@ void MonitorInserts::heard(const json& message) {
     } else if (what == "states") {
         takeStates(message.value("states", json::object()));
         return;
+    } else if (what == "window" || what == "noWindow") {
+        return windows_.heard(message);
+    } else if (what == "set") {
+        return setValue(idIn(message, "id"), message.value("symbol", ""), message.value("value", 0.0));
+    } else if (what == "file") {
+        return setFile(idIn(message, "id"), message.value("uri", ""), message.value("path", ""));
+    } else if (what == "bypass") {
+        const Insert* const insert = find(idIn(message, "id"));
+        if (insert && insert->isBypassed != message.value("on", false)) { toggleBypass(UUID(insert->id)); }
+        return;
+    } else if (what == "edited") {
+        return saveSoon();
+    } else if (what == "crash" && message.contains("window")) {
+        windowCrashed_ = true;
+        return windows_.fail(idIn(message, "window"), "Its window crashed");
     } else if (what == "stalled" || what == "crash") {
         lastWords_ = nameAt(message.value("insert", -1)) + (what == "crash" ? " crashed" : " hung");
         return;
@@ -221,12 +246,26 @@ std::string MonitorInserts::nameAt(int place) const {
 
 void MonitorInserts::ended(const std::string& why) {
     if (!helper_) { return; }  // it has been given up already
+    if (std::exchange(windowCrashed_, false)) { return startAgain(); }
     fail(lastWords_.empty() ? why : lastWords_);
 }
 
 void MonitorInserts::fail(std::string why) {
     failed_ = true;
     message_ = std::move(why) + without;
+    drop();
+    Q_EMIT changed();
+    Q_EMIT routeChanged();
+}
+
+// A window that fails takes the process along, and is not opened again: the effects themselves can go on.
+void MonitorInserts::startAgain() {
+    drop();
+    Q_EMIT changed();
+    Q_EMIT routeChanged();
+}
+
+void MonitorInserts::drop() {
     lastWords_.clear();
     node_ = 0;
     frames_ = 0;
@@ -235,14 +274,16 @@ void MonitorInserts::fail(std::string why) {
     save_.reset();
     // It may be the caller.
     loop_.post([gone = std::shared_ptr<InsertHelper>(std::move(helper_))] {});
-    Q_EMIT changed();
-    Q_EMIT routeChanged();
+    windows_.gone();
 }
 
 // Asks for a sign of life.
 void MonitorInserts::tick() {
     if (!helper_) { return; }
-    if (loop_.now() - lastHeard_ > (isBusy_ ? loadPatience : patience)) { return fail("The inserts don't answer"); }
+    if (loop_.now() - lastHeard_ > (isBusy_ ? loadPatience : patience)) {
+        if (windows_.failOpen("Its window may have hung")) { return startAgain(); }
+        return fail("The inserts don't answer");
+    }
     helper_->send({{"do", "ping"}});
 }
 

@@ -26,10 +26,10 @@ void from_json(const json& in, Insert& insert) {
 }
 
 void to_json(json& out, const PluginControl& control) {
-    out = {{"symbol", control.symbol},   {"name", control.name}, {"low", control.low},
-           {"high", control.high},       {"rest", control.rest}, {"isSwitch", control.isSwitch},
-           {"isWhole", control.isWhole}, {"unit", control.unit}, {"isLogarithmic", control.isLogarithmic},
-           {"choices", control.choices}};
+    out = {{"symbol", control.symbol},   {"name", control.name},        {"low", control.low},
+           {"high", control.high},       {"rest", control.rest},        {"isSwitch", control.isSwitch},
+           {"isWhole", control.isWhole}, {"unit", control.unit},        {"isLogarithmic", control.isLogarithmic},
+           {"choices", control.choices}, {"isHidden", control.isHidden}};
 }
 
 void from_json(const json& in, PluginControl& control) {
@@ -41,6 +41,7 @@ void from_json(const json& in, PluginControl& control) {
     in.at("isSwitch").get_to(control.isSwitch);
     in.at("isWhole").get_to(control.isWhole);
     in.at("isLogarithmic").get_to(control.isLogarithmic);
+    in.at("isHidden").get_to(control.isHidden);
     in.at("unit").get_to(control.unit);
     in.at("choices").get_to(control.choices);
 }
@@ -55,9 +56,10 @@ void from_json(const json& in, PluginFile& file) {
 }
 
 void to_json(json& out, const PluginInfo& info) {
-    out = {{"uri", info.uri},         {"name", info.name},         {"maker", info.maker},
-           {"bundle", info.bundle},   {"inputs", info.inputs},     {"outputs", info.outputs},
-           {"refusal", info.refusal}, {"controls", info.controls}, {"files", info.files}};
+    out = {
+        {"uri", info.uri},       {"name", info.name},          {"maker", info.maker},     {"bundle", info.bundle},
+        {"inputs", info.inputs}, {"outputs", info.outputs},    {"refusal", info.refusal}, {"controls", info.controls},
+        {"files", info.files},   {"hasWindow", info.hasWindow}};
 }
 
 void from_json(const json& in, PluginInfo& info) {
@@ -67,6 +69,7 @@ void from_json(const json& in, PluginInfo& info) {
     in.at("bundle").get_to(info.bundle);
     in.at("inputs").get_to(info.inputs);
     in.at("outputs").get_to(info.outputs);
+    in.at("hasWindow").get_to(info.hasWindow);
     in.at("refusal").get_to(info.refusal);
     in.at("controls").get_to(info.controls);
     in.at("files").get_to(info.files);

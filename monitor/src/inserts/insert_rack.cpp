@@ -40,6 +40,11 @@ InsertRack::Entry* InsertRack::find(const UUID& id) {
     return found == entries_.end() ? nullptr : &*found;
 }
 
+InsertRack::Running InsertRack::running(const UUID& id) const {
+    const auto found = std::ranges::find(entries_, id, [](const Entry& each) { return each.insert.id; });
+    return found == entries_.end() ? Running() : Running{found->info, found->unit};
+}
+
 void InsertRack::set(const std::vector<Insert>& inserts) {
     std::vector<Entry> next;
     for (const Insert& insert : inserts) {

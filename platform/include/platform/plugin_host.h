@@ -6,10 +6,13 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <span>
 #include <stop_token>
 #include <string>
 #include <utility>
 #include <vector>
+
+#include "platform/plugin_window.h"
 
 namespace brindlehum {
 
@@ -23,6 +26,7 @@ struct PluginControl {
     bool isLogarithmic = false;
     std::string unit;                                     // "dB"; may be empty
     std::vector<std::pair<std::string, double>> choices;  // the only values, when it isn't empty
+    bool isHidden = false;                                // only the effect's own window sets it
     // What is heard of a wish.
     double heard(double value) const { return std::clamp(value, low, high); }
     bool operator==(const PluginControl&) const = default;
@@ -52,7 +56,8 @@ struct PluginInfo {
     int outputs = 0;
     std::vector<PluginControl> controls;
     std::vector<PluginFile> files;
-    std::string refusal;  // why it can't be an insert, as one line; empty for one that can
+    bool hasWindow = false;  // one of its own, for X11
+    std::string refusal;     // why it can't be an insert, as one line; empty for one that can
     bool operator==(const PluginInfo&) const = default;
 };
 
@@ -68,6 +73,11 @@ public:
     virtual void setControl(size_t index, double value) noexcept = 0;
     // Has it read another file from the next block on. Blocks that don't come let a number of them get lost.
     virtual void setFile(const std::string& uri, const std::string& storedPath) = 0;
+    // Hands it what its window has to say, from the next block on. Lost like a file's name.
+    virtual void sendMessage(std::span<const uint8_t> message) = 0;
+    // Opens its own window inside another one. Loads more of the maker's code into this process. The instance must
+    // outlive the window, and has one at a time. Throws Error when it can't be had.
+    virtual std::unique_ptr<PluginWindow> openWindow(const PluginInfo& info, const PluginWindowPlace& place) = 0;
     // Any thread: the frames by which it delayed the last block.
     virtual int latency() const noexcept = 0;
     // What it keeps besides its controls, as a text; empty when there is nothing.

@@ -13,9 +13,11 @@
 #include <cmath>
 #include <cstdarg>
 #include <cstdio>
+#include <cstring>
 
 #include "base/error.h"
 #include "base/stored_path.h"
+#include "lv2_window.h"
 #include "platform/linux_plugins.h"
 
 namespace brindlehum {
@@ -52,7 +54,8 @@ Lv2Instance::Lv2Instance(std::shared_ptr<Lv2Shared> shared, const PluginInfo& in
       plugin_(shared_->world.plugin(info.uri)),
       silence_(PluginHost::maxFrames),
       unwanted_(PluginHost::maxFrames),
-      wanted_(info.controls.size()) {
+      wanted_(info.controls.size()),
+      reports_(plugin_ ? lilv_plugin_get_num_ports(plugin_) : 0) {
     if (!plugin_) { throw Error("It isn't installed"); }
     for (uint32_t i = 0; i < lilv_plugin_get_num_ports(plugin_); ++i) {
         const LilvPort* const port = lilv_plugin_get_port_by_index(plugin_, i);
@@ -215,6 +218,14 @@ void Lv2Instance::setFile(const std::string& uri, const std::string& storedPath)
     messages_.push(forge.offset, bytes.data());
 }
 
+void Lv2Instance::sendMessage(std::span<const uint8_t> message) {
+    messages_.push(uint32_t(message.size()), message.data());
+}
+
+std::unique_ptr<PluginWindow> Lv2Instance::openWindow(const PluginInfo& info, const PluginWindowPlace& place) {
+    return std::make_unique<Lv2Window>(*this, info, place);
+}
+
 // Gives the plug-in what has been sent since the last block, as far as there is room.
 void Lv2Instance::passMessages() noexcept {
     const auto port = std::ranges::find(atoms_, uint32_t(messagePort_), &Atoms::port);
@@ -257,9 +268,29 @@ void Lv2Instance::process(const float* const* inputs, float* const* outputs, uin
     passMessages();
     lilv_instance_run(instance_, frames);
     worker_.deliver();
+    if (reports_.areWanted.load(std::memory_order_relaxed)) { report(); }
     if (latencyPort_ < 0) { return; }
     const float latency = numbers_[size_t(latencyPort_)];
     latency_.store(latency > 0 && latency < 1e7F ? int(std::lround(latency)) : 0, std::memory_order_relaxed);
+}
+
+// Tells the window what has come out of the ports that aren't sound.
+void Lv2Instance::report() noexcept {
+    for (const Port& port : ports_) {
+        if (port.kind != Lv2PortKind::controlOut) { continue; }
+        reports_.numbers[port.index].store(numbers_[port.index], std::memory_order_relaxed);
+    }
+    for (const Atoms& each : atoms_) {
+        const auto* const sequence = reinterpret_cast<const LV2_Atom_Sequence*>(each.bytes.data());
+        if (each.isInput || sequence->atom.type != sequence_ || sequence->atom.size > uint32_t(atomBytes)) { continue; }
+        LV2_ATOM_SEQUENCE_FOREACH(sequence, event) {
+            const uint64_t bytes = sizeof each.port + sizeof event->body + uint64_t(event->body.size);
+            if (bytes > reported_.size()) { continue; }
+            std::memcpy(reported_.data(), &each.port, sizeof each.port);
+            std::memcpy(reported_.data() + sizeof each.port, &event->body, sizeof event->body + event->body.size);
+            reports_.events.push(uint32_t(bytes), reported_.data());
+        }
+    }
 }
 
 namespace {

@@ -23,6 +23,15 @@ struct Lv2Shared {
     Lv2Urids urids;
 };
 
+// What an instance tells its window: from the audio thread to the main thread.
+struct Lv2Reports {
+    explicit Lv2Reports(size_t ports) : numbers(ports) {}
+
+    std::atomic<bool> areWanted = false;
+    std::vector<std::atomic<float>> numbers;  // one a port, of those that tell one
+    Lv2Messages events;                       // the number of a port, and an atom
+};
+
 class Lv2Instance : public PluginInstance {
 public:
     // Throws Error when the plug-in refuses.
@@ -33,8 +42,20 @@ public:
     void process(const float* const* inputs, float* const* outputs, uint32_t frames) noexcept override;
     void setControl(size_t index, double value) noexcept override;
     void setFile(const std::string& uri, const std::string& storedPath) override;
+    void sendMessage(std::span<const uint8_t> message) override;
+    std::unique_ptr<PluginWindow> openWindow(const PluginInfo& info, const PluginWindowPlace& place) override;
     int latency() const noexcept override { return latency_.load(std::memory_order_relaxed); }
     std::string state() const override;
+
+    // --- For its window.
+    const LilvPlugin* plugin() const { return plugin_; }
+    LilvInstance* raw() const { return instance_; }
+    Lv2Shared& shared() { return *shared_; }
+    Lv2Reports& reports() { return reports_; }
+    float sampleRate() const { return rate_; }                                   // Hz
+    const std::vector<uint32_t>& controlPorts() const { return controlPorts_; }  // by PluginInfo::controls
+    float wanted(size_t control) const noexcept { return wanted_[control].load(std::memory_order_relaxed); }
+    int messagePort() const { return messagePort_; }
 
 private:
     struct Port {
@@ -53,6 +74,7 @@ private:
     void restore(const std::string& state);
     void resetAtoms() noexcept;
     void passMessages() noexcept;
+    void report() noexcept;
 
     const std::shared_ptr<Lv2Shared> shared_;
     const LilvPlugin* plugin_;
@@ -72,6 +94,8 @@ private:
     int messagePort_ = -1;  // the plug-in's port for messages, or its first for atoms
     Lv2Messages messages_;  // from setFile to the audio thread
     std::vector<uint64_t> event_ = std::vector<uint64_t>(Lv2Messages::size / sizeof(uint64_t) + 1);  // audio thread
+    Lv2Reports reports_;
+    std::vector<uint8_t> reported_ = std::vector<uint8_t>(Lv2Messages::size);  // audio thread
     int latencyPort_ = -1;
     std::atomic<int> latency_ = 0;
     Lv2Worker worker_;

@@ -10,6 +10,7 @@
 #include <lv2/patch/patch.h>
 #include <lv2/port-props/port-props.h>
 #include <lv2/state/state.h>
+#include <lv2/ui/ui.h>
 #include <lv2/units/units.h>
 #include <lv2/urid/urid.h>
 #include <lv2/worker/worker.h>
@@ -144,7 +145,7 @@ Lv2PortKind Lv2World::kindOf(const LilvPlugin* plugin, const LilvPort* port) con
 }
 
 bool Lv2World::isUsersControl(const LilvPlugin* plugin, const LilvPort* port) const {
-    if (kindOf(plugin, port) != Lv2PortKind::controlIn || has(plugin, port, LV2_PORT_PROPS__notOnGUI)) { return false; }
+    if (kindOf(plugin, port) != Lv2PortKind::controlIn) { return false; }
     const Lv2Node role(lilv_port_get(plugin, port, uri(LV2_CORE__designation).get()));
     const std::string name = textOf(role.get());
     return name != LV2_CORE__enabled && name != LV2_CORE__freeWheeling;
@@ -174,6 +175,7 @@ PluginControl Lv2World::control(const LilvPlugin* plugin, const LilvPort* port) 
     out.rest = std::clamp(numberOf(rest, out.low), out.low, out.high);
     out.isSwitch = has(plugin, port, LV2_CORE__toggled);
     out.isWhole = has(plugin, port, LV2_CORE__integer);
+    out.isHidden = has(plugin, port, LV2_PORT_PROPS__notOnGUI);
     out.isLogarithmic = has(plugin, port, LV2_PORT_PROPS__logarithmic) && out.low > 0;
     out.unit = unitOf(plugin, port);
     if (!has(plugin, port, LV2_CORE__enumeration)) { return out; }
@@ -205,6 +207,18 @@ std::vector<PluginFile> Lv2World::files(const LilvPlugin* plugin) const {
     lilv_nodes_free(writable);
     std::ranges::sort(out, {}, &PluginFile::name);
     return out;
+}
+
+Lv2Node Lv2World::x11Window(const LilvPlugin* plugin) const {
+    LilvUIs* const windows = lilv_plugin_get_uis(plugin);
+    const Lv2Node kind = uri(LV2_UI__X11UI);
+    Lv2Node found;
+    LILV_FOREACH(uis, each, windows) {
+        const LilvUI* const window = lilv_uis_get(windows, each);
+        if (!found && lilv_ui_is_a(window, kind.get())) { found.reset(lilv_node_duplicate(lilv_ui_get_uri(window))); }
+    }
+    lilv_uis_free(windows);
+    return found;
 }
 
 std::string Lv2World::refusalOf(const LilvPlugin* plugin, const PluginInfo& info) const {
@@ -244,6 +258,7 @@ PluginInfo Lv2World::describe(const LilvPlugin* plugin) const {
         if (isUsersControl(plugin, port)) { info.controls.push_back(control(plugin, port)); }
     }
     info.files = files(plugin);
+    info.hasWindow = x11Window(plugin) != nullptr;
     info.refusal = refusalOf(plugin, info);
     return info;
 }

@@ -52,6 +52,8 @@ public:
     Lv2PortKind kindOf(const LilvPlugin* plugin, const LilvPort* port) const;
     // Whether its number is for the user to set, and not for the host.
     bool isUsersControl(const LilvPlugin* plugin, const LilvPort* port) const;
+    // The first of its windows that we can show; null when it has none.
+    Lv2Node x11Window(const LilvPlugin* plugin) const;
     double restOf(const LilvPlugin* plugin, const LilvPort* port) const;
 
 private:

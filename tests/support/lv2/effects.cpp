@@ -1,9 +1,11 @@
 // Tiny LV2 effects whose results are exact, for tests.
 #include <lv2/atom/atom.h>
+#include <lv2/atom/forge.h>
 #include <lv2/atom/util.h>
 #include <lv2/core/lv2.h>
 #include <lv2/patch/patch.h>
 #include <lv2/state/state.h>
+#include <lv2/ui/ui.h>
 #include <lv2/urid/urid.h>
 #include <lv2/worker/worker.h>
 
@@ -186,6 +188,61 @@ LV2_Descriptor describe(const char* uri) {
     return {uri, make<Kind>, connect, reset<Kind>, run<Kind>, nullptr, drop<Kind>, noExtension};
 }
 
+// The window of "keeper" and "delay". It is 100 pixels wide and one for each frame of a latency that it is shown, or
+// ten for each of a factor. A factor of 3 has it choose a file, 5 turn the factor to 6, 7 crash.
+struct Window {
+    LV2UI_Write_Function write = nullptr;
+    LV2UI_Controller host = nullptr;
+    const LV2UI_Resize* resize = nullptr;
+    LV2_URID_Map* map = nullptr;
+
+    LV2_URID urid(const char* uri) const { return map->map(map->handle, uri); }
+    void chooseFile() const {
+        uint8_t bytes[256];
+        LV2_Atom_Forge forge;
+        LV2_Atom_Forge_Frame frame;
+        lv2_atom_forge_init(&forge, map);
+        lv2_atom_forge_set_buffer(&forge, bytes, sizeof bytes);
+        lv2_atom_forge_object(&forge, &frame, 0, urid(LV2_PATCH__Set));
+        lv2_atom_forge_key(&forge, urid(LV2_PATCH__property));
+        lv2_atom_forge_urid(&forge, urid("urn:brindlehum:test:source"));
+        lv2_atom_forge_key(&forge, urid(LV2_PATCH__value));
+        lv2_atom_forge_path(&forge, "/factor.txt", 11);
+        lv2_atom_forge_pop(&forge, &frame);
+        write(host, 3, forge.offset, urid(LV2_ATOM__eventTransfer), bytes);
+    }
+    void show(uint32_t port, float value) const {
+        resize->ui_resize(resize->handle, 100 + int(port == 5 ? value : 10 * value), 50);
+        if (port != 2) { return; }
+        const float other = 6;
+        if (value == 3) { chooseFile(); }
+        if (value == 5) { write(host, 2, sizeof other, 0, &other); }
+        if (value == 7) { std::abort(); }
+    }
+};
+
+LV2UI_Handle openWindow(const LV2UI_Descriptor*, const char*, const char*, LV2UI_Write_Function write,
+                        LV2UI_Controller host, LV2UI_Widget* widget, const LV2_Feature* const* features) {
+    auto* window = new Window{write, host};
+    for (; *features; ++features) {
+        if (std::strcmp((*features)->URI, LV2_UI__resize) == 0) {
+            window->resize = static_cast<const LV2UI_Resize*>((*features)->data);
+        }
+        if (std::strcmp((*features)->URI, LV2_URID__map) == 0) {
+            window->map = static_cast<LV2_URID_Map*>((*features)->data);
+        }
+    }
+    *widget = nullptr;
+    return window;
+}
+
+const LV2UI_Descriptor windowDescriptor = {
+    "urn:brindlehum:test:window", openWindow, [](LV2UI_Handle self) { delete static_cast<Window*>(self); },
+    [](LV2UI_Handle self, uint32_t port, uint32_t, uint32_t format, const void* data) {
+        if (format == 0) { static_cast<Window*>(self)->show(port, *static_cast<const float*>(data)); }
+    },
+    nullptr};
+
 const LV2_Descriptor descriptors[] = {describe<Gain>("urn:brindlehum:test:gain"),
                                       describe<Delay>("urn:brindlehum:test:delay"),
                                       describe<Trouble>("urn:brindlehum:test:trouble"),
@@ -197,4 +254,8 @@ const LV2_Descriptor descriptors[] = {describe<Gain>("urn:brindlehum:test:gain")
 
 LV2_SYMBOL_EXPORT const LV2_Descriptor* lv2_descriptor(uint32_t index) {
     return index < std::size(descriptors) ? &descriptors[index] : nullptr;
+}
+
+LV2_SYMBOL_EXPORT const LV2UI_Descriptor* lv2ui_descriptor(uint32_t index) {
+    return index == 0 ? &windowDescriptor : nullptr;
 }

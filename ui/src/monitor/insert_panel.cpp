@@ -22,6 +22,7 @@
 #include "ui/look/tabular_font.h"
 #include "ui/look/utf8_text.h"
 #include "ui/look/value_slider.h"
+#include "ui/monitor/effect_frame.h"
 
 namespace brindlehum {
 namespace {
@@ -32,7 +33,8 @@ constexpr int mostHeight = 640;  // before it scrolls
 constexpr int margin = 16;
 constexpr int spacing = 8;
 constexpr int readoutWidth = 84;
-constexpr int parts = 200;  // of a slider's range, for numbers that aren't whole
+constexpr int problemHeight = 60;  // of two lines
+constexpr int parts = 200;         // of a slider's range, for numbers that aren't whole
 
 // Where a value stands on its slider: a logarithmic control's doublings are equally long.
 double position(const PluginControl& control, double value) {
@@ -60,15 +62,47 @@ InsertPanel::InsertPanel(MonitorEngine& monitor, const UUID& id, QWidget* parent
     form_->setContentsMargins(0, 0, 0, 0);
     form_->setSpacing(spacing);
     form_->setFieldGrowthPolicy(QFormLayout::ExpandingFieldsGrow);
+    switch_ = new QPushButton;
+    switch_->setProperty("role", "small");
+    rows_ = new FormScroll(content);
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(margin, margin, margin, margin);
     column->setSpacing(spacing);
+    column->addWidget(switch_, 0, Qt::AlignLeft);
     column->addWidget(problem_);
-    column->addWidget(new FormScroll(content), 1);
+    column->addWidget(rows_, 1);
+    connect(switch_, &QPushButton::clicked, this, [this] { showOwn(!isOwnShown()); });
+    connect(&monitor.inserts().windows(), &InsertWindows::changed, this, &InsertPanel::refresh);
     connect(new QShortcut(QKeySequence("Ctrl+W"), this), &QShortcut::activated, this, &QWidget::close);
     connect(&monitor.inserts(), &MonitorInserts::changed, this, &InsertPanel::refresh);
     connect(&monitor.plugins(), &PluginList::changed, this, &InsertPanel::makeControls);
     makeControls();
+}
+
+// The effect's own window, or our rows.
+void InsertPanel::showOwn(bool own) {
+    delete frame_;
+    if (own) {
+        frame_ = new EffectFrame(monitor_.inserts().windows(), id_, this);
+        static_cast<QVBoxLayout*>(layout())->addWidget(frame_, 0, Qt::AlignHCenter);
+        connect(frame_, &EffectFrame::resized, this, &InsertPanel::fit);
+    }
+    refresh();
+    fit();
+}
+
+bool InsertPanel::isOwnShown() const {
+    return frame_ && frame_->width() > 0;
+}
+
+void InsertPanel::fit() {
+    const bool own = isOwnShown();
+    rows_->setVisible(!own);
+    const int head =
+        (problem_->isHidden() ? 0 : problemHeight) + (switch_->isHidden() ? 0 : switch_->sizeHint().height());
+    const QSize rows(usualWidth, std::min(form_->sizeHint().height() + head + 2 * margin, mostHeight));
+    layout()->activate();
+    resize(own ? layout()->sizeHint() : fittingSize(*this, rows));
 }
 
 void InsertPanel::makeControls() {
@@ -77,6 +111,7 @@ void InsertPanel::makeControls() {
     while (form_->rowCount() > 0) { form_->removeRow(0); }
     follow_.clear();
     for (const PluginControl& control : plugin ? plugin->controls : std::vector<PluginControl>()) {
+        if (control.isHidden) { continue; }
         QWidget* const widget = !control.choices.empty() ? choice(control)
                                 : control.isSwitch       ? toggle(control)
                                                          : slider(control);
@@ -86,9 +121,8 @@ void InsertPanel::makeControls() {
         form_->addRow(textOf(each.name), file(each));
     }
     if (plugin && follow_.empty()) { form_->addRow(new QLabel("It has nothing to set.")); }
-    refresh();
-    const int height = form_->sizeHint().height() + 2 * margin + (problem_->isHidden() ? 0 : 60);
-    resize(fittingSize(*this, {usualWidth, std::min(height, mostHeight)}));
+    switch_->setVisible(plugin && plugin->hasWindow && EffectFrame::canBe());
+    showOwn(!switch_->isHidden());
 }
 
 QString InsertPanel::readout(const PluginControl& control, double value) {
@@ -190,13 +224,24 @@ void InsertPanel::refresh() {
         close();
         return;
     }
-    QString problem = textOf(monitor_.inserts().problemOf(id_));
-    if (problem.isEmpty() && !monitor_.plugins().find(insert->uri)) {
-        problem = monitor_.plugins().isLooking() ? "Its controls are being looked for …" : "It isn't installed.";
-    }
-    problem_->setText(problem);
-    problem_->setVisible(!problem.isEmpty());
+    const QString text = problem();
+    problem_->setText(text);
+    problem_->setVisible(!text.isEmpty());
+    switch_->setText(isOwnShown() ? "Show Our Controls" : "Show Its Own Window");
     for (const auto& each : follow_) { each(); }
+}
+
+QString InsertPanel::problem() const {
+    const MonitorInserts& inserts = monitor_.inserts();
+    if (const QString text = textOf(inserts.problemOf(id_)); !text.isEmpty()) { return text; }
+    if (!monitor_.plugins().find(inserts.find(id_)->uri)) {
+        return monitor_.plugins().isLooking() ? "Its controls are being looked for …" : "It isn't installed.";
+    }
+    const InsertWindows::Window* const window = frame_ ? monitor_.inserts().windows().find(id_) : nullptr;
+    if (!window || window->width > 0) { return {}; }
+    return !window->problem.empty() ? textOf(window->problem) + "; these are our controls for it."
+           : monitor_.running()     ? ""
+                                    : "Its own window opens when the monitor plays.";
 }
 
 }  // namespace brindlehum

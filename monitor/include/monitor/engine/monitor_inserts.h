@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "monitor/engine/insert_helper.h"
+#include "monitor/engine/insert_windows.h"
 #include "monitor/inserts/insert.h"
 #include "monitor/inserts/insert_rack.h"
 #include "platform/main_loop.h"
@@ -45,6 +46,8 @@ public:
     // Loads them once more after they have failed.
     void restart();
     double latency() const;  // seconds, of all that are heard; 0 while none is
+    // Those that come with them.
+    InsertWindows& windows() { return windows_; }
 
     // --- For the engine.
     struct Route {
@@ -73,6 +76,9 @@ private:
     void sendChain(const char* what);
     void heard(const nlohmann::json& message);
     void ended(const std::string& why);
+    void saveSoon();
+    void drop();
+    void startAgain();
     void fail(std::string why);
     void tick();
     void takeStates(const nlohmann::json& states);
@@ -96,6 +102,10 @@ private:
     bool isBusy_ = false;    // it loads, and may answer late
     double lastHeard_ = 0;   // seconds
     std::string lastWords_;  // why the helper will have ended
+    bool windowCrashed_ = false;
+    InsertWindows windows_{[this](const nlohmann::json& message) {
+        if (helper_) { helper_->send(message); }
+    }};
     TimerHandle ticks_, save_, leave_;
 };
 

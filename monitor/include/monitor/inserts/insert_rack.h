@@ -41,6 +41,12 @@ public:
     bool look();
     const std::vector<InsertStatus>& status() const { return status_; }
     int latency() const { return latency_; }  // frames, of all
+    // A running insert; it is null when there is none.
+    struct Running {
+        PluginInfo info;
+        std::shared_ptr<InsertUnit> unit;
+    };
+    Running running(const UUID& id) const;
     // What each plug-in keeps besides its controls.
     std::vector<std::pair<UUID, std::string>> states() const;
     // Place in set()'s list of the effect whose code is loaded or runs now, or ran last; -1 for none. Any thread.

@@ -1,6 +1,7 @@
 // InsertPanel: the controls of one insert, made from what the effect says of them.
 #pragma once
 
+#include <QPointer>
 #include <QWidget>
 #include <functional>
 #include <vector>
@@ -9,10 +10,14 @@
 
 class QFormLayout;
 class QLabel;
+class QPushButton;
 
 namespace brindlehum {
 
-// A window. A double click on a slider, or Delete, returns its control to rest.
+class EffectFrame;
+
+// A window. It shows the window that comes with the effect, where there is one and the desktop allows it, or rows of
+// our own; its user may choose. A double click on a slider, or Delete, returns its control to rest.
 class InsertPanel : public QWidget {
     Q_OBJECT
 public:
@@ -31,10 +36,17 @@ private:
     double valueOf(const PluginControl& control) const;
     void set(const PluginControl& control, double value);
     void refresh();
+    void showOwn(bool own);
+    bool isOwnShown() const;
+    void fit();
+    QString problem() const;
 
     MonitorEngine& monitor_;
     const UUID id_;
     QFormLayout* form_;
+    QPushButton* switch_;
+    QWidget* rows_;
+    QPointer<EffectFrame> frame_;  // while the effect's own window is shown
     QLabel* problem_;
     std::vector<std::function<void()>> follow_;  // each shows its control's value
 };
