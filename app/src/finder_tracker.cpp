@@ -12,6 +12,7 @@ namespace {
 constexpr double framePeriod = 0.1;      // seconds, as all of these
 constexpr double selectionPeriod = 0.6;  // covers what no event announces
 constexpr double eventDelay = 0.03;
+constexpr double quiet = 0.1;  // before an event that comes alone
 constexpr double minOpacity = 0.1;
 
 }  // namespace
@@ -21,12 +22,12 @@ void FinderTracker::start() {
     watch_->start({[this] { activated(); },
                    [this] {
                        refreshFrame(false);
-                       requestSelection(eventDelay);
+                       follow();
                    },
-                   [this] { requestSelection(eventDelay); },
+                   [this] { follow(); },
                    [this] {
                        if (onFocus) { onFocus(); }
-                       requestSelection(eventDelay);
+                       follow();
                    }});
     activated();
 }
@@ -53,6 +54,14 @@ void FinderTracker::startTimers() {
     if (frameTimer_) { return; }
     frameTimer_ = loop_.every(framePeriod, [this] { refreshFrame(false); });
     selectionTimer_ = loop_.every(selectionPeriod, [this] { querySelection(); });
+}
+
+// A single step is read at once; of a burst, as of a held key, what it ends with.
+void FinderTracker::follow() {
+    const double now = loop_.now();
+    const bool isFirst = now - std::exchange(lastEvent_, now) > quiet;
+    if (isFirst && !isReading_) { return querySelection(); }
+    requestSelection(eventDelay);
 }
 
 void FinderTracker::requestSelection(double seconds) {

@@ -49,6 +49,7 @@ public:
 private:
     void activated();
     void startTimers();
+    void follow();
     void querySelection();
     void took(const SelectionReading& reading);
     void settle();
@@ -63,6 +64,7 @@ private:
     std::vector<std::filesystem::path> lastPaths_;
     std::optional<ScreenRect> lastFrame_;
     TimerHandle pending_;
+    double lastEvent_ = -1;  // seconds, of the file manager
     bool isReading_ = false;
     bool readAgain_ = false;  // something changed during the reading
     uint64_t visit_ = 0;      // counts the times that the file manager has come to front or gone

@@ -196,7 +196,8 @@ void AccessibleBus::take(const QDBusMessage& message) {
     onEvent({message.member(),
              arguments.value(0).toString(),
              arguments.value(1).toInt() == 1,
-             {message.service(), message.path()}});
+             {message.service(), message.path()},
+             arguments.value(3).value<QDBusVariant>().variant().toString()});
 }
 
 }  // namespace brindlehum

@@ -95,12 +95,14 @@ class AccessibleBus : public QObject {
 public:
     static constexpr int limitMs = 300;  // for an answer
 
-    // "SelectionChanged", "StateChanged" with the state's name, "PropertyChange" with the property's name.
+    // "SelectionChanged", "StateChanged" with the state's name, "PropertyChange" with the property's name and its
+    // value.
     struct Event {
         QString kind;
         QString detail;
         bool on;
         AccessibleRef source;
+        QString value;
     };
     std::function<void(const Event&)> onEvent;
 

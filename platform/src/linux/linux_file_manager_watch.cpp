@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <utility>
 
 namespace brindlehum {
 namespace {
@@ -66,6 +67,7 @@ void LinuxFileManagerWatch::changeFront() {
     focus_ = {};
     if (kind == Kind::none) {
         bus_.hear({}, {});
+        texts_.clear();
         window_ = {};
         ++visit_;
     } else {
@@ -94,10 +96,16 @@ void LinuxFileManagerWatch::attach() {
 }
 
 void LinuxFileManagerWatch::take(const AccessibleBus::Event& event) {
+    if (event.kind == QLatin1String("PropertyChange")) {
+        // Thunar's status bar says its text again whenever it is asked for it, which would have it asked without end.
+        if (std::exchange(texts_[event.source], event.value) != event.value) { heard_.selection(); }
+        return;
+    }
     if (event.kind != QLatin1String("StateChanged")) { return heard_.selection(); }
     if (event.detail != QLatin1String("focused")) { return; }
     if (event.on) {
         focus_ = event.source;
+        reader()->focused(focus_);
     } else if (focus_ == event.source || focus_.bus.isEmpty()) {
         focus_ = {};
     }

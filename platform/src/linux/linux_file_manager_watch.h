@@ -3,6 +3,7 @@
 
 #include <QElapsedTimer>
 #include <QTimer>
+#include <map>
 #include <memory>
 
 #include "accessible_bus.h"
@@ -48,7 +49,8 @@ private:
     QElapsedTimer sinceFront_;
     bool isFinding_ = false;  // the program on the accessibility bus
     bool isTyping_ = false;
-    AccessibleRef focus_;  // the widget that got the focus last; none while nobody has it
+    std::map<AccessibleRef, QString> texts_;  // of widgets that said theirs, while the file manager is in front
+    AccessibleRef focus_;                     // the widget that got the focus last; none while nobody has it
     QTimer focusQuiet_;
     uint64_t visit_ = 0;
 };

@@ -5,6 +5,7 @@
 #include <QPointer>
 #include <QUrl>
 #include <algorithm>
+#include <array>
 #include <map>
 
 #include "selection_reader.h"
@@ -50,6 +51,9 @@ public:
             readView(*view, window, limit, done);
         });
     }
+
+    // A single file that is selected has the focus as a rule, so its name is asked for along with the selection.
+    void focused(const AccessibleRef& widget) override { likely_ = widget; }
 
     // A focused cell leads to the view of the tab that is shown.
     void focusMoved(const AccessibleRef& widget, std::function<void(bool)> done) override {
@@ -102,19 +106,25 @@ private:
             return AccessibleCall{view, "Selection", QStringLiteral("GetSelectedChild"), {index}};
         };
         const QDBusPendingCall locations = askLocations(window);
-        bus_.ask({AccessibleCall::property(view, "Selection", QStringLiteral("NSelectedChildren")), child(0)},
-                 [this, child, window, limit, locations, done](const AccessibleAnswers& answers) {
+        std::vector<AccessibleCall> first{
+            AccessibleCall::property(view, "Selection", QStringLiteral("NSelectedChildren")), child(0)};
+        for (const AccessibleCall& each : nameCalls(likely_)) { first.push_back(each); }
+        bus_.ask(first,
+                 [this, child, window, limit, locations, done, likely = likely_](const AccessibleAnswers& answers) {
                      if (!answers[0].isValid()) {  // the view has gone
                          views_.erase(window.id);
                          return done({});
                      }
-                     const auto finish = [this, window, locations, done](const std::vector<AccessibleRef>& selected) {
-                         readNames(selected, std::vector<QString>(selected.size()), cellDepth,
-                                   [this, window, locations, done](const std::vector<QString>& names) {
-                                       resolve(window, locations, names, done);
-                                   });
+                     const auto end = [this, window, locations, done](const std::vector<QString>& names) {
+                         resolve(window, locations, names, done);
+                     };
+                     const auto finish = [this, end](const std::vector<AccessibleRef>& selected) {
+                         readNames(selected, std::vector<QString>(selected.size()), cellDepth, end);
                      };
                      const int count = std::min(answers[0].number(), limit);
+                     if (count == 1 && answers[1].ref() == likely) {
+                         return takeNames({answers[2], answers[3]}, {QString()}, cellDepth, end);
+                     }
                      if (count == 1) { return finish({answers[1].ref()}); }
                      std::vector<AccessibleCall> calls;
                      for (int i = 0; i < count; ++i) { calls.push_back(child(i)); }
@@ -140,21 +150,29 @@ private:
         if (refs.empty() || depth == 0) { return done(names); }
         std::vector<AccessibleCall> calls;
         for (const auto& ref : refs) {
-            calls.push_back(AccessibleCall::name(ref));
-            calls.push_back(AccessibleCall::child(ref, 0));
+            for (const AccessibleCall& each : nameCalls(ref)) { calls.push_back(each); }
         }
-        bus_.ask(calls, [this, names, depth, done, count = refs.size()](const AccessibleAnswers& answers) mutable {
-            std::vector<AccessibleRef> deeper;
-            bool isComplete = true;
-            for (size_t i = 0; i < count; ++i) {
-                const QString name = answers[2 * i].text();
-                if (names[i].isEmpty() && !cells.contains(name)) { names[i] = name; }
-                isComplete = isComplete && !names[i].isEmpty();
-                deeper.push_back(answers[2 * i + 1].ref());
-            }
-            if (isComplete) { return done(names); }
-            readNames(deeper, names, depth - 1, done);
+        bus_.ask(calls, [this, names, depth, done](const AccessibleAnswers& answers) {
+            takeNames(answers, names, depth, done);
         });
+    }
+
+    static std::array<AccessibleCall, 2> nameCalls(const AccessibleRef& ref) {
+        return {AccessibleCall::name(ref), AccessibleCall::child(ref, 0)};
+    }
+
+    void takeNames(const AccessibleAnswers& answers, std::vector<QString> names, int depth,
+                   const std::function<void(const std::vector<QString>&)>& done) {
+        std::vector<AccessibleRef> deeper;
+        bool isComplete = true;
+        for (size_t i = 0; i < names.size(); ++i) {
+            const QString name = answers[2 * i].text();
+            if (names[i].isEmpty() && !cells.contains(name)) { names[i] = name; }
+            isComplete = isComplete && !names[i].isEmpty();
+            deeper.push_back(answers[2 * i + 1].ref());
+        }
+        if (isComplete) { return done(names); }
+        readNames(deeper, std::move(names), depth - 1, done);
     }
 
     void resolve(const FileManagerWindow& window, const QDBusPendingCall& asked, const std::vector<QString>& names,
@@ -183,6 +201,7 @@ private:
 
     AccessibleBus& bus_;
     FileManagerWindow window_;                 // read last
+    AccessibleRef likely_;                     // the focused cell
     QElapsedTimer sinceVain_;                  // a search without a result
     std::map<uint32_t, AccessibleRef> views_;  // of each window, as last seen
 };

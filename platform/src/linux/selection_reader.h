@@ -28,7 +28,9 @@ public:
     // The events that may mean another selection or another focus.
     virtual QStringList events() const = 0;
     virtual void read(const FileManagerWindow& window, int limit, Done done) = 0;
-    // The focus went to this widget: calls `done` with whether the user types there.
+    // This widget has the focus from now on.
+    virtual void focused(const AccessibleRef& /*widget*/) {}
+    // Once the focus stays there: calls `done` with whether the user types there.
     virtual void focusMoved(const AccessibleRef& widget, std::function<void(bool isEditing)> done) = 0;
 };
 

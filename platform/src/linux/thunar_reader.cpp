@@ -13,6 +13,8 @@ using Path = std::filesystem::path;
 
 // What a window shows, as far as it matters.
 struct ThunarParts {
+    AccessibleRef frame;
+    AccessibleRef view;                     // that is seen, the last of several
     std::optional<AccessibleRef> location;  // the only text that is ever asked for
     std::optional<AccessibleRef> status;
     std::optional<AccessibleRef> rows;  // of the list view
@@ -41,13 +43,14 @@ public:
     }
 
     void read(const FileManagerWindow& window, int limit, Done done) override {
-        findParts(window, [this, limit, done](const ThunarParts& parts) {
-            if (parts.views == 0) { return done({}); }  // no window is active while a key is taken from it
-            const bool isClear = parts.views == 1 || (parts.views == 2 && parts.hasFocus);
-            if (!parts.location || !isClear) { return done(std::vector<Path>()); }
-            if (parts.rows) { return readRows(parts, limit, done); }
-            if (parts.status) { return readStatus(parts, done); }
-            done(std::vector<Path>());
+        if (window.id != knownWindow_) { return search(window, limit, done); }
+        std::vector<AccessibleCall> calls{AccessibleCall::state(known_.frame), AccessibleCall::state(known_.view)};
+        if (known_.rows) { calls.push_back(AccessibleCall::state(*known_.rows)); }
+        bus_.ask(calls, [this, window, limit, done](const AccessibleAnswers& answers) {
+            const bool isSame = answers[0].has(AccessibleState::active) && answers[1].has(AccessibleState::showing) &&
+                                (answers.size() < 3 || answers[2].has(AccessibleState::focused));
+            if (isSame) { return readParts(known_, limit, done); }
+            search(window, limit, done);
         });
     }
 
@@ -69,6 +72,27 @@ private:
                  });
     }
 
+    // The parts are looked for once, and again when another window, view or pane is used.
+    void search(const FileManagerWindow& window, int limit, const Done& done) {
+        knownWindow_ = 0;
+        findParts(window, [this, id = window.id, limit, done](const ThunarParts& parts) {
+            if (parts.views == 1) {
+                known_ = parts;
+                knownWindow_ = id;
+            }
+            readParts(parts, limit, done);
+        });
+    }
+
+    void readParts(const ThunarParts& parts, int limit, const Done& done) {
+        if (parts.views == 0) { return done({}); }  // no window is active while a key is taken from it
+        const bool isClear = parts.views == 1 || (parts.views == 2 && parts.hasFocus);
+        if (!parts.location || !isClear) { return done(std::vector<Path>()); }
+        if (parts.rows) { return readRows(parts, limit, done); }
+        if (parts.status) { return readStatus(parts, done); }
+        done(std::vector<Path>());
+    }
+
     void findParts(const FileManagerWindow& window, const std::function<void(const ThunarParts&)>& done) {
         const auto parts = std::make_shared<ThunarParts>();
         const auto seen = std::make_shared<std::vector<AccessibleRef>>();
@@ -81,7 +105,10 @@ private:
                     if (node.isShowing) { parts->status = node.ref; }
                     return false;
                 case AccessibleRole::directory:
-                    if (node.isShowing) { ++parts->views; }
+                    if (node.isShowing) {
+                        ++parts->views;
+                        parts->view = node.ref;
+                    }
                     return node.isShowing;
                 case AccessibleRole::table:
                     if (parts->views > 0 && node.isShowing && (!parts->rows || node.isFocused)) {
@@ -99,18 +126,22 @@ private:
                 case AccessibleRole::infoBar:
                     return false;
                 default:
-                    return node.role != AccessibleRole(23) || node.isActive;
+                    if (node.role != AccessibleRole(23)) { return true; }
+                    if (node.isActive) { parts->frame = node.ref; }
+                    return node.isActive;
             }
         };
         TreeSearch::run(bus_, {window.program}, enter, [parts, done] { done(*parts); });
     }
 
-    void askFolder(const ThunarParts& parts, const std::function<void(const Path&)>& done) {
-        bus_.ask({{*parts.location, "Text", QStringLiteral("GetText"), {0, -1}}},
-                 [done](const AccessibleAnswers& answers) {
-                     const Path folder = answers[0].text().toStdString();
-                     done(folder.is_absolute() ? folder : Path());
-                 });
+    static AccessibleCall textOf(const AccessibleRef& widget) {
+        return {widget, "Text", QStringLiteral("GetText"), {0, -1}};
+    }
+
+    // Empty for a place that is no folder.
+    static Path folderIn(const AccessibleAnswer& answer) {
+        const Path folder = answer.text().toStdString();
+        return folder.is_absolute() ? folder : Path();
     }
 
     void readRows(const ThunarParts& parts, int limit, const Done& done) {
@@ -127,47 +158,44 @@ private:
                          std::vector<AccessibleCall> inner;  // the name stands behind the icon
                          for (const auto& cell : cells) { inner.push_back(AccessibleCall::child(cell.ref(), 1)); }
                          bus_.ask(inner, [this, parts, done](const AccessibleAnswers& labels) {
-                             std::vector<AccessibleCall> names;
-                             for (const auto& label : labels) { names.push_back(AccessibleCall::name(label.ref())); }
-                             bus_.ask(names, [this, parts, done](const AccessibleAnswers& texts) {
-                                 resolve(parts, texts, done);
-                             });
+                             std::vector<AccessibleCall> last{textOf(*parts.location)};
+                             for (const auto& label : labels) { last.push_back(AccessibleCall::name(label.ref())); }
+                             bus_.ask(last, [done](const AccessibleAnswers& texts) { resolve(texts, done); });
                          });
                      });
                  });
     }
 
-    void resolve(const ThunarParts& parts, const AccessibleAnswers& names, const Done& done) {
-        if (names.empty()) { return done(std::vector<Path>()); }
-        askFolder(parts, [names, done](const Path& folder) {
-            std::vector<Path> paths;
-            for (const auto& name : names) {
-                if (const auto path = uniqueFile({folder}, name.text()); path && !folder.empty()) {
-                    paths.push_back(*path);
-                }
+    // The folder, and the names in it.
+    static void resolve(const AccessibleAnswers& texts, const Done& done) {
+        const Path folder = folderIn(texts.front());
+        std::vector<Path> paths;
+        for (auto name = texts.begin() + 1; name != texts.end(); ++name) {
+            if (const auto path = uniqueFile({folder}, name->text()); path && !folder.empty()) {
+                paths.push_back(*path);
             }
-            done(paths);
-        });
+        }
+        done(paths);
     }
 
     void readStatus(const ThunarParts& parts, const Done& done) {
-        bus_.ask({AccessibleCall::name(*parts.status)}, [this, parts, done](const AccessibleAnswers& answers) {
-            const auto names = namesIn(answers[0].text());
-            if (names.empty()) { return done(std::vector<Path>()); }
-            askFolder(parts, [names, done](const Path& folder) {
-                std::vector<Path> paths;
-                for (const QString& name : names) {
-                    if (const auto path = uniqueFile({folder}, name); path && !folder.empty()) {
-                        paths.push_back(*path);
-                    }
-                }
-                if (paths.size() > 1) { paths.clear(); }  // the mark is in a name, and both files exist
-                done(paths);
-            });
-        });
+        bus_.ask({AccessibleCall::name(*parts.status), textOf(*parts.location)},
+                 [done](const AccessibleAnswers& answers) {
+                     const Path folder = folderIn(answers[1]);
+                     std::vector<Path> paths;
+                     for (const QString& name : namesIn(answers[0].text())) {
+                         if (const auto path = uniqueFile({folder}, name); path && !folder.empty()) {
+                             paths.push_back(*path);
+                         }
+                     }
+                     if (paths.size() > 1) { paths.clear(); }  // the mark is in a name, and both files exist
+                     done(paths);
+                 });
     }
 
     AccessibleBus& bus_;
+    ThunarParts known_;
+    uint32_t knownWindow_ = 0;  // whose parts they are; 0 for none
 };
 
 }  // namespace
