@@ -130,14 +130,15 @@ void FinderTracker::took(const SelectionReading& reading) {
 
 void FinderTracker::whenSettled(double bound, std::function<void()> then) {
     if (!pending_ && !isReading_) { return then(); }
-    settled_ = std::move(then);
+    settled_.push_back(std::move(then));
+    if (settled_.size() > 1) { return; }
     settleLimit_ = loop_.after(bound, [this] { settle(); });
     if (pending_) { querySelection(); }
 }
 
 void FinderTracker::settle() {
     settleLimit_.reset();
-    if (const auto then = std::exchange(settled_, nullptr)) { then(); }
+    for (const auto& then : std::exchange(settled_, {})) { then(); }
 }
 
 }  // namespace brindlehum

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <fstream>
+#include <random>
 
 #include "desktop/desktop_fixture.h"
 
@@ -143,6 +144,50 @@ void measureRest(Desk& desk) {
     other.waitForFinished();
 }
 
+// Space at 30 presses a second, with another window in front now and then: each press is either ours or that window's.
+void countPresses(const char* program, int presses) {
+    TempFolder folder;
+    writeAudio(folder / "sound.wav", noisePlanes(2, 48'000 * 600));
+    Keys keyboard;
+    Desk desk(program);
+    desk.open(folder.path());
+    desk.showIcons();
+    if (!desk.choose(folder / "sound.wav")) { return; }
+    const QString files = QString::number(desk.frontId());
+    QProcess other;
+    other.start("xev", {"-event", "keyboard"});
+    QString window;
+    until([&] {
+        return !(window = run({"xdotool", "search", "--onlyvisible", "--name", "Event Tester"}).c_str()).isEmpty();
+    });
+    std::mt19937 random(1);
+    int elsewhere = 0;
+    int groups = 0;
+    int wrong = 0;
+    for (int done = 0; done < presses; ++groups) {
+        const bool isElsewhere = groups % 2 == 1;
+        const int count = 1 + int(random() % 100);
+        run({"xdotool", "windowactivate", "--sync", isElsewhere ? window.trimmed() : files});
+        until([] { return false; }, 0.7);
+        const bool plays = desk.isPlaying();
+        for (int i = 0; i < count; ++i) {
+            keyboard.send("key space");
+            until([] { return false; }, 1.0 / 30);
+        }
+        until([] { return false; }, 0.5);
+        const bool toggles = !isElsewhere && count % 2 == 1;
+        if (desk.isPlaying() != (plays != toggles)) { ++wrong; }
+        done += count;
+        elsewhere += isElsewhere ? count : 0;
+    }
+    const QByteArray heard = other.readAllStandardOutput();
+    std::printf(
+        "%d groups of 1 to 100 presses: %d ended wrong; of %d presses elsewhere %d arrived and %d were released\n",
+        groups, wrong, elsewhere, int(heard.count("KeyPress event")), int(heard.count("KeyRelease event")));
+    other.kill();
+    other.waitForFinished();
+}
+
 void measure(const char* program) {
     constexpr int few = 12;
     constexpr int many = 5000;
@@ -175,5 +220,10 @@ void measure(const char* program) {
 
 int main(int argc, char** argv) {
     QCoreApplication app(argc, argv);
-    measure(argc > 1 ? argv[1] : "nautilus");
+    const char* const program = argc > 1 ? argv[1] : "nautilus";
+    if (argc > 2) {
+        countPresses(program, std::atoi(argv[2]));
+    } else {
+        measure(program);
+    }
 }

@@ -83,9 +83,14 @@ TEST_F(Tracked, ABurstOfEventsReadsOnceAndNothingIsReadInOtherPrograms) {
     finder.requestSelection(0);
     loop.advance(0.01);
     EXPECT_EQ(watch.readings, 3);
+    std::string pressed;
+    finder.whenSettled(1, [&] { pressed += "one "; });
+    finder.whenSettled(1, [&] { pressed += "two"; });
+    EXPECT_EQ(pressed, "");
     watch.holds = false;
     watch.selected = {"/new.wav"};
     watch.answer();
+    EXPECT_EQ(pressed, "one two");
     EXPECT_EQ(watch.readings, 4) << "a change during a reading was lost";
     watch.holds = true;
     finder.requestSelection(0);

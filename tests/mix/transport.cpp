@@ -49,6 +49,12 @@ TEST_F(Playing, ASeekClampsDropsAForeignSelectionAndStarts) {
     transport().togglePlay();
     EXPECT_FALSE(transport().isPlaying());
     EXPECT_EQ(transport().playhead().frame(), 30000) << "a stop returns to where playing began";
+    for (const int presses : {2, 1, 1, 2}) {  // faster than a stream opens
+        const bool before = transport().isPlaying();
+        for (int press = 0; press < presses; ++press) { transport().togglePlay(); }
+        settle();
+        EXPECT_EQ(transport().isPlaying(), before != (presses == 1)) << presses;
+    }
     transport().select(FrameRange{100, 200});
     EXPECT_FALSE(transport().selection()) << "too short to count";
 }

@@ -68,7 +68,7 @@ private:
     bool isReading_ = false;
     bool readAgain_ = false;  // something changed during the reading
     uint64_t visit_ = 0;      // counts the times that the file manager has come to front or gone
-    std::function<void()> settled_;
+    std::vector<std::function<void()>> settled_;  // in the order in which they came
     TimerHandle settleLimit_;
 };
 

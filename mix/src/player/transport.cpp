@@ -142,7 +142,7 @@ void Transport::fileReplaced() {
 }
 
 void Transport::togglePlay() {
-    if (isPlaying_) {
+    if (isPlaying_ || starting_) {
         stopAndReturn();
     } else {
         play(std::nullopt);
