@@ -37,7 +37,8 @@ AppModel::AppModel(Platform platform)
       tempEdits_(player_, settings_, bars_, platform.session.fileManager(), platform.loop, tempEditQueue_),
       links_(platform.session.childProcesses(), player_.message(), settings_, platform.loop),
       media_(platform.session.mediaSession(), player_, editor_.transport(), settings_, platform.loop),
-      commands_(player_, settings_, tempEdits_, editor_.transport(), monitor_,
+      daw_(platform.session.applications(), platform.daws),
+      commands_(player_, settings_, tempEdits_, editor_.transport(), monitor_, daw_,
                 {[this](const auto& file) { openEditor(file); },
                  [this](const auto& link) { link ? links_.open(*link) : openCopiedLink(); }}) {}
 

@@ -12,6 +12,7 @@
 #include "app/bars_by_hand.h"
 #include "app/control_commands.h"
 #include "app/control_server.h"
+#include "app/daw_control.h"
 #include "app/finder_tracker.h"
 #include "app/instance_link.h"
 #include "app/key_tap.h"
@@ -90,6 +91,7 @@ public:
     ControlServer& control() { return control_; }
     Session& session() { return platform_.session; }
     UserDefaults& defaults() { return platform_.defaults; }
+    DAWControl& daw() { return daw_; }
     MainLoop& loop() { return platform_.loop; }
     FinderTracker& finder() { return finder_; }
     const KeyTap& keyTap() const { return keyTap_; }
@@ -140,6 +142,7 @@ private:
     TempEditBatch tempEdits_;
     LinkDownloads links_;
     MediaControls media_;
+    DAWControl daw_;
     ControlCommands commands_;
 };
 

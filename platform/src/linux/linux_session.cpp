@@ -10,7 +10,8 @@
 
 #include "linux_file_manager_watch.h"
 #include "nautilus_previewer.h"
-#include "x11_key_grab.h"
+#include "x11/x11_applications.h"
+#include "x11/x11_key_grab.h"
 
 namespace brindlehum {
 
@@ -19,6 +20,19 @@ namespace {
 QString text(const std::filesystem::path& path) {
     return QString::fromStdString(path.string());
 }
+
+// Where no key can be pressed.
+class NoKeys : public Applications {
+public:
+    explicit NoKeys(KeyAccess access) : access_(access) {}
+    KeyAccess access() const override { return access_; }
+    std::vector<ApplicationWindow> windows() override { return {}; }
+    void press(const ApplicationWindow&, const Keystroke&, std::function<void(KeyOutcome)>) override {}
+    void finish() override {}
+
+private:
+    KeyAccess access_;
+};
 
 }  // namespace
 
@@ -46,11 +60,14 @@ void LinuxFileManager::reveal(const std::vector<std::filesystem::path>& items) {
 
 LinuxSession::LinuxSession(MainLoop& loop) {
     std::function<bool()> isSpaceDown;
-    if (qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")) {
+    const bool isWayland = !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+    applications_ = std::make_unique<NoKeys>(isWayland ? KeyAccess::wayland : KeyAccess::noDisplay);
+    if (!isWayland) {
         auto watch = std::make_unique<LinuxFileManagerWatch>();
         if (watch->screen().isConnected()) {
             isSpaceDown = [&screen = watch->screen()] { return screen.isSpaceDown(); };
             isComposited_ = [&screen = watch->screen()] { return screen.isComposited(); };
+            applications_ = std::make_unique<X11Applications>(watch->screen(), loop);
             watch_ = std::move(watch);
             grab_ = std::make_unique<X11KeyGrab>(loop);
         }
