@@ -36,10 +36,16 @@ protected:
 
     void SetUp() override {
         ASSERT_EQ(control_.obstacle(), "");
+        // A window manager without keys of its own.
+        run("mkdir -p \"$XDG_CONFIG_HOME/openbox\" && sed '/<keyboard>/,/<.keyboard>/{/keyboard>/!d}' "
+            "/etc/xdg/openbox/rc.xml >\"$XDG_CONFIG_HOME/openbox/rc.xml\" && openbox --reconfigure");
         ASSERT_TRUE(until([&] { return session_.applications()->windows().size() == 2; }));
         putInFront(daw_);
     }
-    void TearDown() override { run("setxkbmap us"); }
+    void TearDown() override {
+        run("setxkbmap us");
+        run("rm -rf \"$XDG_CONFIG_HOME/openbox\" && openbox --reconfigure");
+    }
     static void putInFront(KeyWindow& window) {
         window.activate();
         ASSERT_TRUE(until([&] { return window.hasFocus(); }));

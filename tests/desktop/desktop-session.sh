@@ -7,9 +7,6 @@ mkdir -m 700 "$home"/{run,config,data,cache,state}
 export HOME=$home XDG_RUNTIME_DIR=$home/run XDG_CONFIG_HOME=$home/config XDG_DATA_HOME=$home/data
 export XDG_CACHE_HOME=$home/cache XDG_STATE_HOME=$home/state XDG_CURRENT_DESKTOP=X-Generic
 export LANG=C.UTF-8 GSETTINGS_BACKEND=memory
-# The window manager takes no keys.
-mkdir "$home/config/openbox"
-sed '/<keyboard>/,/<\/keyboard>/{/keyboard>/!d}' /etc/xdg/openbox/rc.xml >"$home/config/openbox/rc.xml"
 unset WAYLAND_DISPLAY DBUS_SESSION_BUS_ADDRESS AT_SPI_BUS_ADDRESS
 
 exec {number}<> <(:)
