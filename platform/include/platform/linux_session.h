@@ -36,6 +36,7 @@ public:
     bool blendsWindows() override { return isComposited_ && isComposited_(); }
     ChildProcesses* childProcesses() override { return &childProcesses_; }
     MediaSession* mediaSession() override { return &mediaSession_; }
+    bool hasKeyring() override;
     Applications* applications() override { return applications_.get(); }
     FileManagerWatch* fileManagerWatch() override { return watch_.get(); }
     KeyGrab* keyGrab() override { return grab_.get(); }

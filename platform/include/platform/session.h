@@ -33,6 +33,8 @@ public:
     virtual FileManager& fileManager() = 0;
     // Whether translucent windows let those below shine through now.
     virtual bool blendsWindows() { return false; }
+    // Whether a keyring of the desktop answers or would start. Any thread; may wait a second for it.
+    virtual bool hasKeyring() { return false; }
     virtual Applications* applications() { return nullptr; }
     virtual FileManagerWatch* fileManagerWatch() { return nullptr; }
     virtual KeyGrab* keyGrab() { return nullptr; }

@@ -5,8 +5,10 @@
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
+#include <QDBusReply>
 #include <QProcess>
 #include <QUrl>
+#include <algorithm>
 
 #include "linux_file_manager_watch.h"
 #include "nautilus_previewer.h"
@@ -78,5 +80,20 @@ LinuxSession::LinuxSession(MainLoop& loop) {
 }
 
 LinuxSession::~LinuxSession() = default;
+
+bool LinuxSession::hasKeyring() {
+    const QStringList keyrings = {QStringLiteral("org.freedesktop.secrets"), QStringLiteral("org.kde.kwalletd5"),
+                                  QStringLiteral("org.kde.kwalletd6")};
+    constexpr int patienceMs = 500;
+    for (const char* method : {"ListNames", "ListActivatableNames"}) {
+        const QString bus = QStringLiteral("org.freedesktop.DBus");
+        const auto call =
+            QDBusMessage::createMethodCall(bus, QStringLiteral("/org/freedesktop/DBus"), bus, QLatin1String(method));
+        const QDBusReply<QStringList> names = QDBusConnection::sessionBus().call(call, QDBus::Block, patienceMs);
+        const auto isThere = [&](const QString& name) { return names.value().contains(name); };
+        if (names.isValid() && std::ranges::any_of(keyrings, isThere)) { return true; }
+    }
+    return false;
+}
 
 }  // namespace brindlehum

@@ -61,7 +61,7 @@ SettingsWindow::SettingsWindow(SettingsStore& settings, LibraryRoots& roots, Lib
     setAttribute(Qt::WA_StyledBackground);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 8, 0, 0);
-    auto* tabs = new QTabWidget;
+    auto* tabs = tabs_ = new QTabWidget;
     tabs->setAccessibleName("Settings");
     tabs->addTab(new OutputsSettings(settings, devices, test), symbol("speakers"), "Outputs");
     tabs->addTab(new FormScroll(makeAudition(settings, session, looks_)), symbol("file"), "Audition");
@@ -69,6 +69,16 @@ SettingsWindow::SettingsWindow(SettingsStore& settings, LibraryRoots& roots, Lib
     layout->addWidget(tabs);
     resize(fittingSize(*this, usualSize));
     connect(new QShortcut(QKeySequence("Ctrl+W"), this), &QShortcut::activated, this, &QWidget::close);
+}
+
+void SettingsWindow::addPage(QWidget* page, const QIcon& icon, const QString& title) {
+    tabs_->addTab(page, icon, title);
+}
+
+void SettingsWindow::showPage(const QWidget* page) {
+    for (int i = 0; i < tabs_->count(); ++i) {
+        if (tabs_->widget(i)->isAncestorOf(page) || tabs_->widget(i) == page) { tabs_->setCurrentIndex(i); }
+    }
 }
 
 // A shortcut would take the key from an open drop-down. Some platforms bring its keys here, too.

@@ -207,6 +207,7 @@ void fillMenuBar(MainWindow& window, AppModel& model) {
 
     auto* help = bar->addMenu("&Help");
     add(help, "Keys", QKeySequence("F1"), [&window] { showKeyList(window); });
+    add(help, "What Works Here…", {}, [&model] { model.openWindow("works"); });
     help->addSeparator();
     add(help, "About Brindlehum", {}, [&window] { about(&window); });
 }
