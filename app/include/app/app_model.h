@@ -46,7 +46,8 @@ public:
     // Loads the first file of this start or a later one, or shows it if it is a folder; says what was wrong with the
     // arguments, and shows the main window.
     void open(const StartRequest& request);
-    // Opens a window by its id ("main", "editor", "monitor", "settings", "works") and brings the application to the front.
+    // Opens a window by its id ("main", "editor", "monitor", "settings"; "works" is a page of the settings) and brings
+    // the application to the front.
     void openWindow(const std::string& id);
     // The windows set this once they exist.
     std::function<void(const std::string& id)> openWindowAction;
