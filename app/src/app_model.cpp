@@ -8,6 +8,7 @@
 #include <thread>
 
 #include "library/meta/carried_notes.h"
+#include "mix/render/hrtf_set.h"
 
 namespace brindlehum {
 
@@ -57,7 +58,11 @@ void AppModel::start(uint16_t controlPort) {
             if (self) { Q_EMIT self->settingsProblemChanged(); }
         });
     });
-    connect(&settings_, &SettingsStore::changed, this, [this] { player_.profileChanged(); });
+    connect(&settings_, &SettingsStore::changed, this, [this](const AppSettings& now, const AppSettings& before) {
+        player_.profileChanged();
+        if (now.hrtfFile != before.hrtfFile) { useHRTFSet(); }
+    });
+    if (!settings_.value().hrtfFile.empty()) { useHRTFSet(); }
     connect(&player_.listening(), &ListeningSetup::outputsChanged, this,
             [this] { player_.listening().chooseFirstProfile(); });
     player_.listening().chooseFirstProfile();
@@ -92,6 +97,13 @@ void AppModel::open(const StartRequest& request) {
     }
     if (!request.problems.empty()) { player_.message().fail(request.problems.front()); }
     if (!edits) { openWindow("main"); }
+}
+
+void AppModel::useHRTFSet() {
+    HRTFSet::setOwn(settings_.value().hrtfFile);
+    engine_.renewBinaural();
+    monitor_.renewBinaural();
+    player_.listening().publish();
 }
 
 // The file says where it came from.

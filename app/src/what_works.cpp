@@ -110,6 +110,10 @@ WorksRow keyring(const DesktopFacts& facts) {
 
 WorksRow hrtfSet(const DesktopFacts& facts) {
     const std::string subject = "Headphones";
+    if (!facts.hrtfProblem.empty()) {
+        return {subject, State::partly, facts.hrtfProblem + ". The built-in HRTF set is in use.",
+                "Choose another one in these settings, under Audition."};
+    }
     if (!facts.hrtfSet) { return {subject, State::looking, "Looking for an HRTF set…", ""}; }
     if (const auto& set = *facts.hrtfSet) {
         return {subject, State::works, "Speakers stand around the head, by " + set->string(), ""};

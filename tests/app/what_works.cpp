@@ -54,6 +54,7 @@ TEST(WhatWorks, EachMissingThingSpoilsItsRowsAndNamesWhatHelps) {
         {"no tool", [](auto& f) { f.downloadTool.emplace(std::nullopt); }, "wwwwwwmwww", "apt install yt-dlp"},
         {"no keyring", [](auto& f) { f.hasKeyring = false; }, "wwwwwwwmww", "gnome-keyring"},
         {"no set", [](auto& f) { f.hrtfSet.emplace(std::nullopt); }, "wwwwwwwwmw", "libmysofa1"},
+        {"own set broken", [](auto& f) { f.hrtfProblem = "Can't read it"; }, "wwwwwwwwpw", "under Audition"},
         {"no effects", [](auto& f) { f.effects = 0; }, "wwwwwwwwwm", "lv2"},
         {"not looked yet", [](auto& f) { f = DesktopFacts(); }, "wwwwwwllll", ""},
     };

@@ -113,6 +113,7 @@ Q_SIGNALS:
     void permissionsChanged();  // axTrusted, automationDenied or KeyTap::isRefused
 
 private:
+    void useHRTFSet();  // of the settings
     void linkArrived(const std::filesystem::path& file, const std::string& link);
     void showFolder(const std::filesystem::path& folder);
     void startFinder();

@@ -27,6 +27,7 @@ struct DesktopFacts {
     std::optional<std::optional<std::filesystem::path>> downloadTool;  // its path, or that there is none
     std::optional<bool> hasKeyring;
     std::optional<std::optional<std::filesystem::path>> hrtfSet;
+    std::string hrtfProblem;             // of the user's own set
     std::optional<std::size_t> effects;  // number of LV2 effects
 };
 

@@ -15,6 +15,7 @@
 #include "ui/look/screen_fit.h"
 #include "ui/look/setting_action.h"
 #include "ui/settings/file_manager_settings.h"
+#include "ui/settings/hrtf_settings.h"
 #include "ui/settings/library_settings.h"
 #include "ui/settings/link_settings.h"
 #include "ui/settings/outputs_settings.h"
@@ -41,6 +42,7 @@ QWidget* makeAudition(SettingsStore& settings, Session& session, Background& loo
         section("File Manager", new FileManagerSettings(settings, session.fileManagerWatch() != nullptr)));
     layout->addWidget(section(
         "Routing", makeSetting("Mono files play from the center speaker", settings, &AppSettings::monoToCenter)));
+    layout->addWidget(section("Headphones", new HRTFSettings(settings, looks)));
     layout->addWidget(section("Pulls (drag-to-DAW renders and downloaded links)",
                               new PullsSettings(settings, session.fileManager(), looks)));
     layout->addWidget(section("Open Copied Link", new LinkSettings(settings, looks)));

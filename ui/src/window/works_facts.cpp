@@ -6,6 +6,7 @@
 
 #include "app/app_model.h"
 #include "app/link_loader.h"
+#include "base/error.h"
 #include "mix/render/hrtf_set.h"
 #include "ui/settings/works_page.h"
 
@@ -33,6 +34,25 @@ DesktopFacts factsOf(AppModel& model) {
     return facts;
 }
 
+WorksPage::Found lookForHRTFSet(const std::filesystem::path& own) {
+    constexpr double rate = 48000;  // Hz
+    std::string problem;
+    std::optional<std::filesystem::path> set;
+    if (!own.empty()) {
+        try {
+            HRTFSet::load(own, rate);
+            set = own;
+        } catch (const Error& error) { problem = error.what(); }
+    }
+    std::error_code ignored;
+    const auto usual = HRTFSet::defaultFile();
+    if (!set && std::filesystem::exists(usual, ignored)) { set = usual; }
+    return [set, problem](DesktopFacts& facts) {
+        facts.hrtfSet = set;
+        facts.hrtfProblem = problem;
+    };
+}
+
 }  // namespace
 
 WorksPage* makeWorksPage(AppModel& model) {
@@ -46,13 +66,8 @@ WorksPage* makeWorksPage(AppModel& model) {
             return [has = session.hasKeyring()](DesktopFacts& facts) { facts.hasKeyring = has; };
         };
     };
-    const auto hrtf = []() -> WorksPage::Look {
-        return []() -> WorksPage::Found {
-            std::error_code ignored;
-            const auto file = HRTFSet::defaultFile();
-            const auto set = std::filesystem::exists(file, ignored) ? std::optional(file) : std::nullopt;
-            return [set](DesktopFacts& facts) { facts.hrtfSet = set; };
-        };
+    const auto hrtf = [&model]() -> WorksPage::Look {
+        return [own = model.settings().value().hrtfFile] { return lookForHRTFSet(own); };
     };
     auto* page = new WorksPage([&model] { return factsOf(model); }, {tool, keyring, hrtf}, model.loop());
     PluginList& plugins = model.monitor().plugins();
