@@ -61,6 +61,10 @@ public:
 
     // Opens the file in the editor, or only shows it without one.
     void openEditor(const std::optional<std::filesystem::path>& file);
+    // The same for the loaded sound; nothing without one.
+    void editLoaded() {
+        if (const auto& info = player_.sound().info()) { openEditor(info->url); }
+    }
     // The window sets this: it asks before unsaved edits would be lost.
     std::function<void(const std::filesystem::path& file)> openInEditorAction;
 

@@ -51,6 +51,8 @@ AppWindows::AppWindows(AppModel& model) : model_(model), theme_(std::make_unique
     hud_->hasCompositor = [this] { return model_.session().blendsWindows(); };
     QObject::connect(&model, &AppModel::fileManagerWindow, hud_.get(), &HUDController::setFileManagerWindow);
     QObject::connect(&model, &AppModel::fileManagerState, hud_.get(), &HUDController::setFileManager);
+    QObject::connect(hud_.get(), &HUDController::editorAsked, &model, &AppModel::editLoaded);
+    QObject::connect(&main_->playerView(), &PlayerView::editorAsked, &model, &AppModel::editLoaded);
     QObject::connect(hud_.get(), &HUDController::upmixPanelAsked, main_.get(), [this] {
         open("main");
         main_->playerView().showUpmixPanel();
