@@ -444,7 +444,8 @@ TEST_F(Windows, SoundIsOpenedInTheEditorFromMenuAndPlayerAlike) {
     EXPECT_FALSE(model.editor().document().doc()) << "without a sound";
     ASSERT_TRUE(load(sound));
     named<QToolButton>(main, "Open in the editor")->click();
-    EXPECT_TRUE(settle([&] { return model.editor().document().doc() && model.editor().document().doc()->url == sound; }));
+    EXPECT_TRUE(
+        settle([&] { return model.editor().document().doc() && model.editor().document().doc()->url == sound; }));
 }
 
 TEST_F(Windows, MenusAndSettingsAreOneState) {
