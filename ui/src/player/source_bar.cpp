@@ -145,6 +145,7 @@ bool SourceBar::isOfFolder() const {
 void SourceBar::setNarrow(bool narrow) {
     const auto style = narrow ? Qt::ToolButtonIconOnly : Qt::ToolButtonTextBesideIcon;
     for (MenuButton* button : {format_, listen_, upmix_, profile_, drag_}) { button->setToolButtonStyle(style); }
+    handle_->setToolButtonStyle(style);
     device_->setVisible(!narrow);
 }
 
