@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Builds and runs the tests on real file managers, each on a desktop of its own: ci/desktop.sh
+# Builds and runs the tests on real file managers, and of keys for DAWs, on a desktop of their own: ci/desktop.sh
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 ci/install-packages.sh run test desktop

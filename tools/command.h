@@ -44,6 +44,7 @@ bool facets(Words words);
 bool inputs(Words words);
 bool monitor(Words words);
 bool link(Words words);
+bool daw(Words words);
 extern const std::string_view pictureHelp;  // its words, one per line
 extern const std::string_view renderHelp;   // its words, one per line
 extern const std::string_view exportHelp;   // its words, one per line

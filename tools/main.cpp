@@ -18,6 +18,7 @@ constexpr Command commands[] = {
     {"monitor", "matrix SOURCE LAYOUT [WORDS...] | run SOURCE PROFILE [WORDS...]",
      "how a bus reaches speakers, and a bus that does", monitor},
     {"link", "URL", "the sound of a web link, in the folder of downloaded links", link},
+    {"daw", "COMMAND [--app NAME]", "presses the key of a command, as play or undo, in the DAW at hand", daw},
     {"render", "FILE OUT.wav [WORDS...]", "the file as a device would play it, as 32-bit float", render},
     {"export", "FILE... [WORDS...]", "what is heard of each file, as a file in the folder of the day", exportFiles},
     {"analyze", "[WORDS...] FILE...", "tempo, bars, key, loudness and structure of a piece of music", analyze},

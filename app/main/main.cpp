@@ -53,7 +53,7 @@ void describeControlPort(const ControlServer& control) {
 // Ends without tearing down, since waiting for a file or a device that hangs would only keep the process alive. A
 // playing sound gets time to fade, the last settings to be stored, and files being written to be finished or discarded;
 // files that haven't been started stay as they were.
-[[noreturn]] void end(AppModel& model, FileDefaults& defaults, InstanceLink& link, int code) {
+[[noreturn]] void end(AppModel& model, FileDefaults& defaults, Session& session, InstanceLink& link, int code) {
     if (model.player().isPlaying() || model.editor().transport().isPlaying()) {
         model.player().stopAndReturn();
         model.editor().transport().stop();
@@ -70,6 +70,7 @@ void describeControlPort(const ControlServer& control) {
     model.player().dragOut().queue().drainFor(exportPatience);
     model.library().edits().finish(savingPatience);
     model.editor().document().finish(editsPatience);
+    if (Applications* applications = session.applications()) { applications->finish(); }
     link.release();
     std::fflush(nullptr);
     std::_Exit(code);
@@ -120,12 +121,12 @@ int main(int argc, char** argv) {
     const auto audio = makeAudioSystem(loop);
     FileDefaults defaults;
     const std::unique_ptr<Session> session = makeSession(hasScreen, loop);
-    AppModel model({loop, *audio, defaults, *session, defaultCatalogFile()});
+    AppModel model({loop, *audio, defaults, *session, defaultCatalogFile(), {}, usersDAWTable()});
     AppWindows windows(model);
     link.onRequest = [&model](const StartRequest& handedOver) { model.open(handedOver); };
     model.start();
     if (!hasScreen) { describeControlPort(model.control()); }
     if (const auto problem = defaults.problem()) { std::fprintf(stderr, "%s\n", problem->c_str()); }
     if (request != StartRequest()) { model.open(request); }
-    end(model, defaults, link, QApplication::exec());
+    end(model, defaults, *session, link, QApplication::exec());
 }

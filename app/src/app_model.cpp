@@ -8,6 +8,7 @@
 #include <thread>
 
 #include "library/meta/carried_notes.h"
+#include "mix/render/hrtf_set.h"
 
 namespace brindlehum {
 
@@ -37,7 +38,8 @@ AppModel::AppModel(Platform platform)
       tempEdits_(player_, settings_, bars_, platform.session.fileManager(), platform.loop, tempEditQueue_),
       links_(platform.session.childProcesses(), player_.message(), settings_, platform.loop),
       media_(platform.session.mediaSession(), player_, editor_.transport(), settings_, platform.loop),
-      commands_(player_, settings_, tempEdits_, editor_.transport(), monitor_,
+      daw_(platform.session.applications(), platform.daws),
+      commands_(player_, settings_, tempEdits_, editor_.transport(), monitor_, daw_,
                 {[this](const auto& file) { openEditor(file); },
                  [this](const auto& link) { link ? links_.open(*link) : openCopiedLink(); }}) {}
 
@@ -56,7 +58,11 @@ void AppModel::start(uint16_t controlPort) {
             if (self) { Q_EMIT self->settingsProblemChanged(); }
         });
     });
-    connect(&settings_, &SettingsStore::changed, this, [this] { player_.profileChanged(); });
+    connect(&settings_, &SettingsStore::changed, this, [this](const AppSettings& now, const AppSettings& before) {
+        player_.profileChanged();
+        if (now.hrtfFile != before.hrtfFile) { useHRTFSet(); }
+    });
+    if (!settings_.value().hrtfFile.empty()) { useHRTFSet(); }
     connect(&player_.listening(), &ListeningSetup::outputsChanged, this,
             [this] { player_.listening().chooseFirstProfile(); });
     player_.listening().chooseFirstProfile();
@@ -91,6 +97,13 @@ void AppModel::open(const StartRequest& request) {
     }
     if (!request.problems.empty()) { player_.message().fail(request.problems.front()); }
     if (!edits) { openWindow("main"); }
+}
+
+void AppModel::useHRTFSet() {
+    HRTFSet::setOwn(settings_.value().hrtfFile);
+    engine_.renewBinaural();
+    monitor_.renewBinaural();
+    player_.listening().publish();
 }
 
 // The file says where it came from.

@@ -36,17 +36,19 @@ std::string switched(const ControlParams& params, bool now, const std::function<
 }  // namespace
 
 ControlCommands::ControlCommands(PlayerModel& player, SettingsStore& settings, TempEditBatch& tempEdits,
-                                 EditorTransport& editor, MonitorEngine& monitor, Actions actions)
+                                 EditorTransport& editor, MonitorEngine& monitor, DAWControl& daw, Actions actions)
     : player_(player),
       settings_(settings),
       tempEdits_(tempEdits),
       editor_(editor),
       monitor_(monitor),
+      daw_(daw),
       actions_(std::move(actions)) {}
 
 nlohmann::json ControlCommands::handle(const std::string& command, const ControlParams& params) {
     if (command == "status") { return status(); }
     if (command == "monitor") { return monitor_.handle(params); }
+    if (command == "daw") { return sendToDAW(params); }
     const auto& file = player_.sound().info();
     Transport& transport = player_.transport();
     const auto done = [](auto action) {
@@ -118,6 +120,20 @@ nlohmann::json ControlCommands::status() const {
             {"profiles", profiles},
             {"finderPanel", settings.finderPanel},
             {"expert", settings.expertMode}};
+}
+
+// Whether the key arrives is known after the answer, so the window says if it didn't.
+nlohmann::json ControlCommands::sendToDAW(const ControlParams& params) {
+    const auto word = params.find("cmd");
+    const auto app = params.find("app");
+    const auto reply =
+        daw_.send(word == params.end() ? std::string() : word->second,
+                  app == params.end() ? std::nullopt : std::optional(app->second), [this](const std::string& problem) {
+                      if (!problem.empty()) { player_.message().fail(problem); }
+                  });
+    nlohmann::json answer = {{"result", reply.message}};
+    if (!daw_.problems().empty()) { answer["problems"] = daw_.problems(); }
+    return answer;
 }
 
 // Selects the profile with this name, ignoring case; without a name, the one after the active one, wrapping round.

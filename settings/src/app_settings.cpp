@@ -84,6 +84,7 @@ std::optional<AppSettings> AppSettings::decode(const std::string& text) {
     read(record, "finderPanel", settings.finderPanel);
     read(record, "spacePlaysInFinder", settings.spacePlaysInFinder);
     read(record, "monoToCenter", settings.monoToCenter);
+    readPath(record, "hrtfFile", settings.hrtfFile);
     readPath(record, "pullsFolder", settings.pullsFolder);
     read(record, "pullsAsFloat", settings.pullsAsFloat);
     readPaths(record, "libraryRoots", settings.libraryRoots);
@@ -106,6 +107,7 @@ std::string AppSettings::encode() const {
     record["finderPanel"] = finderPanel;
     record["spacePlaysInFinder"] = spacePlaysInFinder;
     record["monoToCenter"] = monoToCenter;
+    record["hrtfFile"] = storedPath(hrtfFile);
     record["pullsFolder"] = storedPath(pullsFolder);
     record["pullsAsFloat"] = pullsAsFloat;
     record["libraryRoots"] = ordered_json::array();

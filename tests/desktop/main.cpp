@@ -1,4 +1,4 @@
-// Runs the tests of real file managers on the desktop that desktop-session.sh has made.
+// Runs the tests of real file managers and of keys for DAWs on the desktop that desktop-session.sh has made.
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>

@@ -75,3 +75,30 @@ TEST(HRTFSet, UnusableFilesAreRefusedAndTheNextIsTaken) {
     EXPECT_GT(set->taps(), 0);
     unsetenv("XDG_DATA_HOME");
 }
+
+TEST(HRTFSet, ChosenSetComesFirstAndABrokenOneIsPassedOver) {
+    const test::TempFolder folder;
+    const auto own = folder / "own.sofa";
+    constexpr double rate = 32000;
+    const auto usual = HRTFSet::shared(rate);
+    const auto bytes = test::readBytes(HRTFSet::defaultFile());
+    // Cut off, overwritten inside, empty, no file at all.
+    for (const auto& broken :
+         {bytes.substr(0, bytes.size() / 2), std::string(bytes).replace(0, 64, 64, 'x'), std::string()}) {
+        test::writeBytes(own, broken);
+        EXPECT_THROW(HRTFSet::load(own, rate), brindlehum::Error);
+        HRTFSet::setOwn(own);
+        EXPECT_EQ(HRTFSet::shared(rate)->taps(), usual->taps());
+    }
+    HRTFSet::setOwn(folder.path());
+    EXPECT_GT(HRTFSet::shared(rate)->taps(), 0);
+    // A set that sounds differently: the level of one direction is another.
+    test::writeBytes(own, bytes);
+    HRTFSet::setOwn(own);
+    const auto mine = HRTFSet::shared(rate);
+    EXPECT_EQ(mine, HRTFSet::shared(rate)) << "read once";
+    std::filesystem::remove(own);
+    EXPECT_EQ(mine, HRTFSet::shared(rate)) << "and kept";
+    HRTFSet::setOwn({});
+    EXPECT_NE(mine, HRTFSet::shared(rate));
+}

@@ -6,6 +6,7 @@
 
 #include <future>
 
+#include "mix/render/hrtf_set.h"
 #include "playback_fixture.h"
 #include "support/refusal.h"
 
@@ -175,6 +176,36 @@ TEST_F(Binaural, ConfigAndStreamWaitForTheirStage) {
     EXPECT_GT(energy(heard[0]), 0);
     EXPECT_GT(energy(heard[1]), 0);
     EXPECT_EQ(missing_, 0);
+}
+
+TEST_F(Binaural, RenewedSetIsHeardAtOnceAndNothingOfTheStreamIsLost) {
+    const auto own = folder_ / "own.sofa";
+    std::filesystem::copy_file(HRTFSet::defaultFile(), own);
+    gate_.set_value(true);
+    engine_->configure(std::nullopt, false);
+    engine_->setConfig(leftAndRight());
+    engine_->play(reader(2, 480000), 0);
+    ASSERT_TRUE(loop_.runUntil([&] { return energy(audio_.pump(block)[0]) > 0; }));
+    HRTFSet::setOwn(own);
+    const auto before = HRTFSet::shared(48000);
+    EXPECT_NE(before, HRTFSet::shared(44100));
+    for (int i = 0; i < 3; ++i) { engine_->renewBinaural(); }
+    pump(8);  // fades and rings out
+    EXPECT_EQ(energy(audio_.pump(block)[0]), 0);
+    const double position = engine_->ctx().position();
+    audio_.pump(block);
+    EXPECT_EQ(engine_->ctx().position(), position);
+    ASSERT_TRUE(loop_.runUntil([&] { return energy(audio_.pump(block)[0]) > 0; }));
+    EXPECT_EQ(missing_, 0);
+    // Another output meanwhile, and back.
+    engine_->renewBinaural();
+    engine_->setConfig(test::straight(2));
+    pump(2);
+    EXPECT_GT(energy(audio_.pump(block)[0]), 0);
+    engine_->setConfig(leftAndRight());
+    EXPECT_TRUE(loop_.runUntil([&] { return energy(audio_.pump(block)[0]) > 0; }));
+    HRTFSet::setOwn({});
+    EXPECT_NE(HRTFSet::shared(48000), before);
 }
 
 TEST_F(Binaural, ANewerConfigReplacesOneThatWaits) {

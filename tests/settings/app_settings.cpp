@@ -48,8 +48,8 @@ TEST(AppSettings, KeyThatIsUnreadableKeepsItsDefaultAlone) {
          [](AppSettings& s) {
              s.spacePlaysInFinder = s.monoToCenter = s.tempEditsBesideSource = false, s.expertMode = true;
          }},
-        {R"({"pullsFolder":7,"libraryRoots":["/a",3],"ytDlpPath":"/opt/get"})",
-         [](AppSettings& s) { s.ytDlpPath = "/opt/get"; }},
+        {R"({"pullsFolder":7,"libraryRoots":["/a",3],"ytDlpPath":"/opt/get","hrtfFile":"/my.sofa"})",
+         [](AppSettings& s) { s.ytDlpPath = "/opt/get", s.hrtfFile = "/my.sofa"; }},
         {R"({"pullsFolder":"/p \u00e9","libraryRoots":["/a","/b"],"newer":{"key":[1]}})",
          [](AppSettings& s) {
              s.pullsFolder = "/p \xC3\xA9", s.libraryRoots = {"/a", "/b"};
@@ -128,7 +128,7 @@ TEST(AppSettings, WrittenRecordReadsBackEqual) {
     settings.pullsAsFloat = true;
     settings.mediaShowsTitle = false;
     const ordered_json written = ordered_json::parse(settings.encode());
-    EXPECT_EQ(written.size(), 15U);
+    EXPECT_EQ(written.size(), 16U);
     EXPECT_EQ(written["activeProfileID"], someID);
     EXPECT_FALSE(written["profiles"][0].contains("deviceUID"));
     EXPECT_EQ(AppSettings::decode(settings.encode()), settings);

@@ -68,12 +68,14 @@ TEST(SettingsStore, NamesThatAreNotUtf8AreStoredWithAllTheRest) {
     MemoryDefaults defaults;
     SettingsStore store(defaults);
     const std::vector<std::string> roots = {"/caf\xE9", "/\xE9/caf\xC3\xA9", "/s//E9", "/plain"};
-    store.change([&](AppSettings& s) { s.libraryRoots = roots, s.pullsFolder = s.ytDlpPath = "/p\xFF/x"; });
+    store.change(
+        [&](AppSettings& s) { s.libraryRoots = roots, s.pullsFolder = s.ytDlpPath = s.hrtfFile = "/p\xFF/x"; });
     store.change([](AppSettings& s) { s.profiles[0].deviceUID = "usb\xFF", s.monoToCenter = false; });
     const AppSettings read = SettingsStore(defaults).value();
     EXPECT_EQ(read.libraryRoots, roots);
     EXPECT_EQ(read.pullsFolder, "/p\xFF/x");
     EXPECT_EQ(read.ytDlpPath, "/p\xFF/x");
+    EXPECT_EQ(read.hrtfFile, "/p\xFF/x");
     EXPECT_EQ(read.profiles[0].deviceUID, "usb\xEF\xBF\xBD");
     EXPECT_FALSE(read.monoToCenter);
 }

@@ -298,7 +298,7 @@ TEST_F(PlayerViewTest, ZoomedInAClickHitsTheFrameUnderIt) {
     EXPECT_TRUE(bar->isVisible());
     ASSERT_TRUE(loop.runUntil([&] { return player.sound().detail().data() != nullptr; }));
     EXPECT_EQ(player.sound().detail().data()->bucketFrames, 1);
-    const int64_t frame = wave.frameAt(wave.width() / 2.0);
+    const int64_t frame = wave.frameAt(wave.width() / 2);
     QTest::mouseClick(&wave, Qt::LeftButton, {}, {wave.width() / 2, 20});
     EXPECT_EQ(player.transport().cueFrame(), frame);
     turn(-10, Qt::NoModifier);

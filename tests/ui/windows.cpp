@@ -14,8 +14,10 @@
 #include <QMimeData>
 #include <QPushButton>
 #include <QScrollBar>
+#include <QShortcut>
 #include <QTabWidget>
 #include <QTest>
+#include <QToolButton>
 #include <QTreeWidget>
 #include <algorithm>
 #include <fstream>
@@ -411,8 +413,44 @@ TEST_F(Windows, NoticesOfTheFileManagerHelpByAClickAndLeaveWithThePanel) {
     EXPECT_FALSE(shows("file manager"));
 }
 
-TEST_F(Windows, StatusMenuAndSettingsAreOneState) {
+// Within a window, or one of its widgets that has the focus, a key means one thing.
+TEST_F(Windows, NoTwoShortcutsOfAWindowAreTheSame) {
+    AppWindows windows(model);
+    for (const char* id : {"editor", "monitor", "settings"}) { windows.open(id); }
+    size_t seen = 0;
+    for (const auto* window : QApplication::topLevelWidgets()) {
+        std::map<QString, QStringList> owners;  // by key
+        for (const auto* action : window->findChildren<QAction*>()) {
+            if (action->shortcutContext() == Qt::WidgetShortcut) { continue; }
+            for (const auto& key : action->shortcuts()) { owners[key.toString()] << action->text(); }
+        }
+        for (const auto* shortcut : window->findChildren<QShortcut*>()) {
+            if (shortcut->context() == Qt::WidgetShortcut) { continue; }
+            owners[shortcut->key().toString()] << "of " + shortcut->parent()->objectName();
+        }
+        for (const auto& [key, who] : owners) {
+            EXPECT_EQ(who.size(), 1) << key.toStdString() << ": " << who.join(", ").toStdString();
+        }
+        seen += owners.size();
+    }
+    EXPECT_GT(seen, 40U);
+}
+
+TEST_F(Windows, SoundIsOpenedInTheEditorFromMenuAndPlayerAlike) {
+    AppWindows windows(model);
+    const auto sound = file("a.wav", 2);
+    auto& main = *topLevel<MainWindow>();
+    model.editLoaded();
+    EXPECT_FALSE(model.editor().document().doc()) << "without a sound";
+    ASSERT_TRUE(load(sound));
+    named<QToolButton>(main, "Open in the editor")->click();
+    EXPECT_TRUE(
+        settle([&] { return model.editor().document().doc() && model.editor().document().doc()->url == sound; }));
+}
+
+TEST_F(Windows, MenusAndSettingsAreOneState) {
     StatusMenu status(model, [] {});
+    MainWindow window(model);
     const auto settings = makeSettings();
     const struct {
         const char* menu;
@@ -430,6 +468,7 @@ TEST_F(Windows, StatusMenuAndSettingsAreOneState) {
         entry(status.menu(), one.menu)->trigger();
         EXPECT_EQ(model.settings().value().*one.field, !before) << one.menu;
         EXPECT_EQ(box->isChecked(), !before);
+        EXPECT_EQ(entry(window, one.menu)->isChecked(), !before);
         box->click();
         EXPECT_EQ(entry(status.menu(), one.menu)->isChecked(), before);
     }

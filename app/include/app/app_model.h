@@ -12,6 +12,7 @@
 #include "app/bars_by_hand.h"
 #include "app/control_commands.h"
 #include "app/control_server.h"
+#include "app/daw_control.h"
 #include "app/finder_tracker.h"
 #include "app/instance_link.h"
 #include "app/key_tap.h"
@@ -45,7 +46,8 @@ public:
     // Loads the first file of this start or a later one, or shows it if it is a folder; says what was wrong with the
     // arguments, and shows the main window.
     void open(const StartRequest& request);
-    // Opens a window by its id ("main", "editor", "monitor", "settings") and brings the application to the front.
+    // Opens a window by its id ("main", "editor", "monitor", "settings"; "works" is a page of the settings) and brings
+    // the application to the front.
     void openWindow(const std::string& id);
     // The windows set this once they exist.
     std::function<void(const std::string& id)> openWindowAction;
@@ -59,6 +61,10 @@ public:
 
     // Opens the file in the editor, or only shows it without one.
     void openEditor(const std::optional<std::filesystem::path>& file);
+    // The same for the loaded sound; nothing without one.
+    void editLoaded() {
+        if (const auto& info = player_.sound().info()) { openEditor(info->url); }
+    }
     // The window sets this: it asks before unsaved edits would be lost.
     std::function<void(const std::filesystem::path& file)> openInEditorAction;
 
@@ -90,6 +96,7 @@ public:
     ControlServer& control() { return control_; }
     Session& session() { return platform_.session; }
     UserDefaults& defaults() { return platform_.defaults; }
+    DAWControl& daw() { return daw_; }
     MainLoop& loop() { return platform_.loop; }
     FinderTracker& finder() { return finder_; }
     const KeyTap& keyTap() const { return keyTap_; }
@@ -110,6 +117,7 @@ Q_SIGNALS:
     void permissionsChanged();  // axTrusted, automationDenied or KeyTap::isRefused
 
 private:
+    void useHRTFSet();  // of the settings
     void linkArrived(const std::filesystem::path& file, const std::string& link);
     void showFolder(const std::filesystem::path& folder);
     void startFinder();
@@ -140,6 +148,7 @@ private:
     TempEditBatch tempEdits_;
     LinkDownloads links_;
     MediaControls media_;
+    DAWControl daw_;
     ControlCommands commands_;
 };
 

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "app/control_protocol.h"
+#include "app/daw_control.h"
 #include "app/monitor_commands.h"
 #include "app/temp_edit_batch.h"
 #include "editor/playback/editor_transport.h"
@@ -27,7 +28,7 @@ public:
         std::function<void(const std::optional<std::string>& link)> openLink;
     };
     ControlCommands(PlayerModel& player, SettingsStore& settings, TempEditBatch& tempEdits, EditorTransport& editor,
-                    MonitorEngine& monitor, Actions actions);
+                    MonitorEngine& monitor, DAWControl& daw, Actions actions);
 
     // Runs a command and returns the answer. Compares the name exactly. An unknown command, and an argument that makes
     // no sense, change nothing and return an object with "error".
@@ -39,6 +40,7 @@ private:
     nlohmann::json ok() const;
     bool isPlaying() const { return player_.isPlaying() || editor_.isPlaying(); }
     nlohmann::json status() const;
+    nlohmann::json sendToDAW(const ControlParams& params);
     Problem selectProfile(const ControlParams& params);
     Problem load(const ControlParams& params);
     Problem seek(const ControlParams& params);
@@ -51,6 +53,7 @@ private:
     TempEditBatch& tempEdits_;
     EditorTransport& editor_;
     MonitorCommands monitor_;
+    DAWControl& daw_;
     Actions actions_;
 };
 

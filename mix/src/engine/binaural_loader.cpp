@@ -12,13 +12,22 @@ void BinauralLoader::prepare(double sampleRate) {
     const auto known = entries_.find(sampleRate);
     if (known != entries_.end() && known->second.state != State::failed) { return; }
     entries_[sampleRate] = {};
-    background_.run([make = make_, sampleRate] { return make(sampleRate); },
-                    [this, sampleRate](std::shared_ptr<BinauralStage> stage) { finish(sampleRate, std::move(stage)); },
-                    // No usable set: the player asks failed() and informs the user.
-                    [this, sampleRate](const std::exception&) { finish(sampleRate, nullptr); });
+    background_.run(
+        [make = make_, sampleRate] { return make(sampleRate); },
+        [this, sampleRate, version = version_](std::shared_ptr<BinauralStage> stage) {
+            finish(version, sampleRate, std::move(stage));
+        },
+        // No usable set: the player asks failed() and informs the user.
+        [this, sampleRate, version = version_](const std::exception&) { finish(version, sampleRate, nullptr); });
 }
 
-void BinauralLoader::finish(double sampleRate, std::shared_ptr<BinauralStage> stage) {
+void BinauralLoader::forget() {
+    entries_.clear();
+    ++version_;
+}
+
+void BinauralLoader::finish(int version, double sampleRate, std::shared_ptr<BinauralStage> stage) {
+    if (version != version_) { return; }
     entries_[sampleRate] = {stage ? State::ready : State::failed, std::move(stage)};
     onDone_(sampleRate);
 }

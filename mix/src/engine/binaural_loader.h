@@ -21,6 +21,8 @@ public:
 
     // Starts to load unless the stage is loaded or being loaded; retries a load that has failed.
     void prepare(double sampleRate);
+    // Forgets all stages, and those that are being loaded.
+    void forget();
     // Null until it is loaded.
     std::shared_ptr<BinauralStage> stage(double sampleRate) const;
     bool failed(double sampleRate) const;
@@ -31,11 +33,12 @@ private:
         State state = State::loading;
         std::shared_ptr<BinauralStage> stage;
     };
-    void finish(double sampleRate, std::shared_ptr<BinauralStage> stage);
+    void finish(int version, double sampleRate, std::shared_ptr<BinauralStage> stage);
 
     Make make_;
     std::function<void(double)> onDone_;
     std::map<double, Entry> entries_;  // by sample rate in Hz
+    int version_ = 0;                  // counts forget()
     Background background_;
 };
 

@@ -33,6 +33,19 @@ void ConfigPublisher::close() {
     forgetPrevious();
     context_.setBinauralStage(nullptr);
     stage_.reset();
+    leaving_.reset();
+    binaural_.reset();
+}
+
+void ConfigPublisher::renewStage() {
+    loader_->forget();
+    loader_->prepare(sampleRate_);
+    if (!stage_) { return; }
+    leaving_ = std::move(stage_);
+    if (binaural_) {
+        waiting_ = std::exchange(binaural_, std::nullopt);
+        replace(nullptr);
+    }
 }
 
 void ConfigPublisher::forgetPrevious() {
@@ -43,6 +56,7 @@ void ConfigPublisher::forgetPrevious() {
 void ConfigPublisher::set(const MixConfig& config) {
     waiting_.reset();
     if (config.toBinaural && !loader_->stage(sampleRate_)) {
+        binaural_.reset();
         replace(nullptr);
         waiting_ = config;
         return;
@@ -51,10 +65,12 @@ void ConfigPublisher::set(const MixConfig& config) {
 }
 
 void ConfigPublisher::publish(const MixConfig& config) {
+    binaural_ = config.toBinaural ? std::optional(config) : std::nullopt;
     if (config.toBinaural) {
         if (!stage_) {
             stage_ = loader_->stage(sampleRate_);
             context_.setBinauralStage(stage_.get());
+            retire(std::exchange(leaving_, nullptr));
         }
         retire(stage_->setDirections(config.virtualDirections));
     }

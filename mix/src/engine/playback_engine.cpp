@@ -118,6 +118,11 @@ void PlaybackEngine::setConfig(const MixConfig& config) {
     if (!publisher_.waits() && current_) { ctx_->setRing(current_->ring()); }
 }
 
+void PlaybackEngine::renewBinaural() {
+    publisher_.renewStage();
+    if (publisher_.waits()) { ctx_->setRing(nullptr); }
+}
+
 void PlaybackEngine::play(std::shared_ptr<StreamReader> reader, double startPosition) {
     ctx_->clearFinished();
     ctx_->setPosition(startPosition);

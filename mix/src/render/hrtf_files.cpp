@@ -4,6 +4,7 @@
 #include <map>
 #include <mutex>
 #include <string>
+#include <utility>
 
 #include "base/error.h"
 #include "mix/render/hrtf_set.h"
@@ -14,6 +15,23 @@ namespace {
 std::string environment(const char* name, const std::string& otherwise) {
     const char* value = std::getenv(name);
     return value != nullptr && *value != '\0' ? value : otherwise;
+}
+
+struct OwnSet {
+    std::mutex mutex;
+    std::filesystem::path file;
+    int version = 0;  // of the choice
+};
+
+OwnSet& ownSet() {
+    static OwnSet own;
+    return own;
+}
+
+std::pair<std::filesystem::path, int> ownFile() {
+    OwnSet& own = ownSet();
+    const std::lock_guard lock(own.mutex);
+    return {own.file, own.version};
 }
 
 }  // namespace
@@ -44,13 +62,25 @@ std::filesystem::path HRTFSet::defaultFile() {
     return files.back();
 }
 
+void HRTFSet::setOwn(const std::filesystem::path& file) {
+    OwnSet& own = ownSet();
+    const std::lock_guard lock(own.mutex);
+    own.file = file;
+    ++own.version;
+}
+
 // Skips a set that can't be read and tries the next: headphones with the packaged set beat silence.
 std::shared_ptr<const HRTFSet> HRTFSet::shared(double sampleRate) {
-    static std::mutex mutex;
+    static std::mutex mutex;  // held while a set is read
     static std::map<double, std::shared_ptr<const HRTFSet>> loaded;
+    static int loadedVersion = 0;
     const std::lock_guard lock(mutex);
+    const auto [own, version] = ownFile();
+    if (std::exchange(loadedVersion, version) != version) { loaded.clear(); }
     if (const auto known = loaded.find(sampleRate); known != loaded.end()) { return known->second; }
-    for (const auto& file : usualFiles()) {
+    auto files = usualFiles();
+    if (!own.empty()) { files.insert(files.begin(), own); }
+    for (const auto& file : files) {
         std::error_code ignored;
         if (!std::filesystem::exists(file, ignored)) { continue; }
         try {

@@ -112,6 +112,8 @@ HRTFSet::~HRTFSet() = default;
 std::shared_ptr<const HRTFSet> HRTFSet::load(const std::filesystem::path& file, double sampleRate) {
     if (!(sampleRate >= 1000 && sampleRate <= 1e6)) { throw Error("Unusable sample rate for headphones"); }
     const auto fail = [&] { throw Error("Can't read the HRTF set " + file.filename().string()); };
+    std::error_code unreadable;  // a pipe would be waited for
+    if (!std::filesystem::is_regular_file(file, unreadable)) { fail(); }
     auto data = std::make_unique<Data>();
     int error = MYSOFA_OK;
     data->set.reset(mysofa_load(file.c_str(), &error));

@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 
+#include "platform/applications.h"
 #include "platform/file_manager_watch.h"
 #include "platform/file_previewer.h"
 #include "platform/key_grab.h"
@@ -28,19 +29,22 @@ private:
 class LinuxSession : public Session {
 public:
     // On Wayland nobody says which window is in front, and no key can be taken from it: there the file manager isn't
-    // watched, and only its requests for a preview remain.
+    // watched and no DAW driven, and only its requests for a preview remain.
     explicit LinuxSession(MainLoop& loop);
     ~LinuxSession() override;
     FileManager& fileManager() override { return fileManager_; }
     bool blendsWindows() override { return isComposited_ && isComposited_(); }
     ChildProcesses* childProcesses() override { return &childProcesses_; }
     MediaSession* mediaSession() override { return &mediaSession_; }
+    bool hasKeyring() override;
+    Applications* applications() override { return applications_.get(); }
     FileManagerWatch* fileManagerWatch() override { return watch_.get(); }
     KeyGrab* keyGrab() override { return grab_.get(); }
     FilePreviewer* filePreviewer() override { return previewer_.get(); }
 
 private:
     std::unique_ptr<FileManagerWatch> watch_;
+    std::unique_ptr<Applications> applications_;  // may look at the windows of watch_
     std::unique_ptr<KeyGrab> grab_;
     std::unique_ptr<FilePreviewer> previewer_;
     std::function<bool()> isComposited_;  // none on Wayland

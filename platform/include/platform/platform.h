@@ -19,6 +19,7 @@ struct Platform {
     Session& session;
     std::filesystem::path catalogFile;
     std::filesystem::path journals = {};  // of unsaved edits; empty: the user's own folder for them
+    std::filesystem::path daws = {};      // the user's table of DAW keys; empty: none
 };
 
 }  // namespace brindlehum

@@ -16,7 +16,7 @@ public:
     virtual void reveal(const std::vector<std::filesystem::path>& items) = 0;
 };
 
-class Applications;      // the running applications, and keys sent to one of them
+class Applications;      // the applications on the desktop, and keys pressed in one of them
 class FileManagerWatch;  // what the file manager in front shows
 class KeyGrab;           // keys that reach us while another application has the focus
 class FilePreviewer;     // requests to preview a file
@@ -33,6 +33,8 @@ public:
     virtual FileManager& fileManager() = 0;
     // Whether translucent windows let those below shine through now.
     virtual bool blendsWindows() { return false; }
+    // Whether a keyring of the desktop answers or would start. Any thread; may wait a second for it.
+    virtual bool hasKeyring() { return false; }
     virtual Applications* applications() { return nullptr; }
     virtual FileManagerWatch* fileManagerWatch() { return nullptr; }
     virtual KeyGrab* keyGrab() { return nullptr; }

@@ -9,7 +9,7 @@
 #include "accessible_bus.h"
 #include "platform/file_manager_watch.h"
 #include "selection_reader.h"
-#include "x11_windows.h"
+#include "x11/x11_windows.h"
 
 namespace brindlehum {
 

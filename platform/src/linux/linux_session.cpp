@@ -5,12 +5,15 @@
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
+#include <QDBusReply>
 #include <QProcess>
 #include <QUrl>
+#include <algorithm>
 
 #include "linux_file_manager_watch.h"
 #include "nautilus_previewer.h"
-#include "x11_key_grab.h"
+#include "x11/x11_applications.h"
+#include "x11/x11_key_grab.h"
 
 namespace brindlehum {
 
@@ -19,6 +22,19 @@ namespace {
 QString text(const std::filesystem::path& path) {
     return QString::fromStdString(path.string());
 }
+
+// Where no key can be pressed.
+class NoKeys : public Applications {
+public:
+    explicit NoKeys(KeyAccess access) : access_(access) {}
+    KeyAccess access() const override { return access_; }
+    std::vector<ApplicationWindow> windows() override { return {}; }
+    void press(const ApplicationWindow&, const Keystroke&, std::function<void(KeyOutcome)>) override {}
+    void finish() override {}
+
+private:
+    KeyAccess access_;
+};
 
 }  // namespace
 
@@ -46,11 +62,14 @@ void LinuxFileManager::reveal(const std::vector<std::filesystem::path>& items) {
 
 LinuxSession::LinuxSession(MainLoop& loop) {
     std::function<bool()> isSpaceDown;
-    if (qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")) {
+    const bool isWayland = !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+    applications_ = std::make_unique<NoKeys>(isWayland ? KeyAccess::wayland : KeyAccess::noDisplay);
+    if (!isWayland) {
         auto watch = std::make_unique<LinuxFileManagerWatch>();
         if (watch->screen().isConnected()) {
             isSpaceDown = [&screen = watch->screen()] { return screen.isSpaceDown(); };
             isComposited_ = [&screen = watch->screen()] { return screen.isComposited(); };
+            applications_ = std::make_unique<X11Applications>(watch->screen(), loop);
             watch_ = std::move(watch);
             grab_ = std::make_unique<X11KeyGrab>(loop);
         }
@@ -61,5 +80,20 @@ LinuxSession::LinuxSession(MainLoop& loop) {
 }
 
 LinuxSession::~LinuxSession() = default;
+
+bool LinuxSession::hasKeyring() {
+    const QStringList keyrings = {QStringLiteral("org.freedesktop.secrets"), QStringLiteral("org.kde.kwalletd5"),
+                                  QStringLiteral("org.kde.kwalletd6")};
+    constexpr int patienceMs = 500;
+    for (const char* method : {"ListNames", "ListActivatableNames"}) {
+        const QString bus = QStringLiteral("org.freedesktop.DBus");
+        const auto call =
+            QDBusMessage::createMethodCall(bus, QStringLiteral("/org/freedesktop/DBus"), bus, QLatin1String(method));
+        const QDBusReply<QStringList> names = QDBusConnection::sessionBus().call(call, QDBus::Block, patienceMs);
+        const auto isThere = [&](const QString& name) { return names.value().contains(name); };
+        if (names.isValid() && std::ranges::any_of(keyrings, isThere)) { return true; }
+    }
+    return false;
+}
 
 }  // namespace brindlehum

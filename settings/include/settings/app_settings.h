@@ -18,6 +18,7 @@ struct AppSettings {
     bool finderPanel = true;
     bool spacePlaysInFinder = true;
     bool monoToCenter = true;
+    std::string hrtfFile;  // a SOFA file of the user's own for headphones; empty: the one that comes with the system
     std::string pullsFolder = defaultPullsFolder();
     bool pullsAsFloat = false;  // 32-bit float files instead of 24 bits
     std::vector<std::string> libraryRoots;

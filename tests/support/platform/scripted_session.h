@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/applications.h"
 #include "platform/child_processes.h"
 #include "platform/file_manager_watch.h"
 #include "platform/file_previewer.h"
@@ -124,6 +125,28 @@ public:
     bool busy = false;  // the desktop's own previewer runs
 };
 
+// Windows as the test sets them; keys are noted, and arrive as `outcome` says.
+class ScriptedApplications : public Applications {
+public:
+    struct Press {
+        uint64_t window = 0;
+        Keystroke stroke;
+        bool operator==(const Press&) const = default;
+    };
+    KeyAccess access() const override { return allowed; }
+    std::vector<ApplicationWindow> windows() override { return shown; }
+    void press(const ApplicationWindow& window, const Keystroke& stroke,
+               std::function<void(KeyOutcome)> done) override {
+        presses.push_back({window.id, stroke});
+        done(outcome);
+    }
+    void finish() override {}
+    KeyAccess allowed = KeyAccess::granted;
+    KeyOutcome outcome = KeyOutcome::pressed;
+    std::vector<ApplicationWindow> shown;
+    std::vector<Press> presses;
+};
+
 // Each part can be taken away, as on a desktop without it.
 class ScriptedSession : public Session {
 public:
@@ -133,7 +156,9 @@ public:
     FileManagerWatch* fileManagerWatch() override { return hasWatch ? &watch : nullptr; }
     KeyGrab* keyGrab() override { return hasGrab ? &grab : nullptr; }
     FilePreviewer* filePreviewer() override { return hasPreviewer ? &previewer : nullptr; }
+    Applications* applications() override { return &apps; }
     ScriptedFileManager files;
+    ScriptedApplications apps;
     ScriptedChildren children;
     ScriptedMedia media;
     ScriptedWatch watch;

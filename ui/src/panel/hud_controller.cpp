@@ -51,6 +51,7 @@ HUDPanel& HUDController::panel() {
     if (panel_) { return *panel_; }
     view_ = new PlayerView(player_, settings_, WaveformView::Style::hud);
     panel_ = std::make_unique<HUDPanel>(view_);
+    connect(view_, &PlayerView::editorAsked, this, &HUDController::editorAsked);
     connect(view_, &PlayerView::upmixPanelAsked, this, &HUDController::upmixPanelAsked);
     connect(panel_.get(), &HUDPanel::closeAsked, this, [this] {
         settings_.change([](AppSettings& s) { s.finderPanel = false; });

@@ -146,6 +146,7 @@ QWidget* PlayerView::makeControls() {
     row->setSpacing(16);
     row->addWidget(transport_ = new TransportBar(player_.sound(), player_.transport(), player_.listening(), settings_));
     row->addWidget(source_ = new SourceBar(player_, settings_), 1);
+    connect(source_, &SourceBar::editorAsked, this, &PlayerView::editorAsked);
     connect(source_, &SourceBar::upmixPanelAsked, this, [this] {
         if (style_ == WaveformView::Style::hud) { return Q_EMIT upmixPanelAsked(); }
         showUpmixPanel();

@@ -63,6 +63,12 @@ SourceBar::SourceBar(PlayerModel& player, const SettingsStore& settings, QWidget
                            [this](QMenu& m) { fillDragForms(m, dragOut_); });
     setSymbol(*drag_, "drag");
     handle_ = new DragHandle;
+    edit_ = new QToolButton;
+    setSymbol(*edit_, "edit");
+    edit_->setAccessibleName("Open in the editor");
+    edit_->setToolTip("Open in the editor (Ctrl+E): pins the intro, loop and ending, makes temp edits");
+    edit_->setFocusPolicy(Qt::StrongFocus);
+    connect(edit_, &QToolButton::clicked, this, &SourceBar::editorAsked);
     row->addWidget(format_);
     row->addWidget(detect_);
     row->addWidget(listen_);
@@ -70,6 +76,7 @@ SourceBar::SourceBar(PlayerModel& player, const SettingsStore& settings, QWidget
     row->addWidget(profile_);
     row->addWidget(device_, 1);
     row->addStretch();
+    row->addWidget(edit_);
     row->addWidget(drag_);
     row->addWidget(handle_);
     refresh();
@@ -90,6 +97,7 @@ void SourceBar::refresh() {
     refreshDevice();
     drag_->setVisible(loaded && dragOut_.dragOptions().size() > 1);
     drag_->setChoice(QString::fromStdString(dragOut_.formName(dragOut_.dragExport())));
+    edit_->setVisible(loaded);
     handle_->setVisible(loaded);
 }
 
@@ -137,6 +145,7 @@ bool SourceBar::isOfFolder() const {
 void SourceBar::setNarrow(bool narrow) {
     const auto style = narrow ? Qt::ToolButtonIconOnly : Qt::ToolButtonTextBesideIcon;
     for (MenuButton* button : {format_, listen_, upmix_, profile_, drag_}) { button->setToolButtonStyle(style); }
+    handle_->setToolButtonStyle(style);
     device_->setVisible(!narrow);
 }
 

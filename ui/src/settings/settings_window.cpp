@@ -15,6 +15,7 @@
 #include "ui/look/screen_fit.h"
 #include "ui/look/setting_action.h"
 #include "ui/settings/file_manager_settings.h"
+#include "ui/settings/hrtf_settings.h"
 #include "ui/settings/library_settings.h"
 #include "ui/settings/link_settings.h"
 #include "ui/settings/outputs_settings.h"
@@ -41,6 +42,7 @@ QWidget* makeAudition(SettingsStore& settings, Session& session, Background& loo
         section("File Manager", new FileManagerSettings(settings, session.fileManagerWatch() != nullptr)));
     layout->addWidget(section(
         "Routing", makeSetting("Mono files play from the center speaker", settings, &AppSettings::monoToCenter)));
+    layout->addWidget(section("Headphones", new HRTFSettings(settings, looks)));
     layout->addWidget(section("Pulls (drag-to-DAW renders and downloaded links)",
                               new PullsSettings(settings, session.fileManager(), looks)));
     layout->addWidget(section("Open Copied Link", new LinkSettings(settings, looks)));
@@ -61,7 +63,7 @@ SettingsWindow::SettingsWindow(SettingsStore& settings, LibraryRoots& roots, Lib
     setAttribute(Qt::WA_StyledBackground);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 8, 0, 0);
-    auto* tabs = new QTabWidget;
+    auto* tabs = tabs_ = new QTabWidget;
     tabs->setAccessibleName("Settings");
     tabs->addTab(new OutputsSettings(settings, devices, test), symbol("speakers"), "Outputs");
     tabs->addTab(new FormScroll(makeAudition(settings, session, looks_)), symbol("file"), "Audition");
@@ -69,6 +71,16 @@ SettingsWindow::SettingsWindow(SettingsStore& settings, LibraryRoots& roots, Lib
     layout->addWidget(tabs);
     resize(fittingSize(*this, usualSize));
     connect(new QShortcut(QKeySequence("Ctrl+W"), this), &QShortcut::activated, this, &QWidget::close);
+}
+
+void SettingsWindow::addPage(QWidget* page, const QIcon& icon, const QString& title) {
+    tabs_->addTab(page, icon, title);
+}
+
+void SettingsWindow::showPage(const QWidget* page) {
+    for (int i = 0; i < tabs_->count(); ++i) {
+        if (tabs_->widget(i)->isAncestorOf(page) || tabs_->widget(i) == page) { tabs_->setCurrentIndex(i); }
+    }
 }
 
 // A shortcut would take the key from an open drop-down. Some platforms bring its keys here, too.

@@ -8,15 +8,18 @@
 #include "app/app_model.h"
 #include "ui/editor/editor_window.h"
 #include "ui/inspector/inspector_view.h"
+#include "ui/look/form_scroll.h"
 #include "ui/look/icons.h"
 #include "ui/look/theme_controller.h"
 #include "ui/monitor/monitor_window.h"
 #include "ui/panel/hud_controller.h"
 #include "ui/player/player_view.h"
 #include "ui/settings/settings_window.h"
+#include "ui/settings/works_page.h"
 #include "ui/window/folder_chooser.h"
 #include "ui/window/main_window.h"
 #include "ui/window/status_menu.h"
+#include "works_facts.h"
 
 namespace brindlehum {
 namespace {
@@ -48,6 +51,8 @@ AppWindows::AppWindows(AppModel& model) : model_(model), theme_(std::make_unique
     hud_->hasCompositor = [this] { return model_.session().blendsWindows(); };
     QObject::connect(&model, &AppModel::fileManagerWindow, hud_.get(), &HUDController::setFileManagerWindow);
     QObject::connect(&model, &AppModel::fileManagerState, hud_.get(), &HUDController::setFileManager);
+    QObject::connect(hud_.get(), &HUDController::editorAsked, &model, &AppModel::editLoaded);
+    QObject::connect(&main_->playerView(), &PlayerView::editorAsked, &model, &AppModel::editLoaded);
     QObject::connect(hud_.get(), &HUDController::upmixPanelAsked, main_.get(), [this] {
         open("main");
         main_->playerView().showUpmixPanel();
@@ -94,12 +99,15 @@ void AppWindows::open(const std::string& id) {
         }
         bringUp(*monitor_);
     }
-    if (id != "settings") { return; }
+    if (id != "settings" && id != "works") { return; }
     if (!settings_) {
         settings_ = std::make_unique<SettingsWindow>(
             model_.settings(), model_.library().roots(), model_.library().search(), model_.engine().devices(),
             model_.speakerTest(), model_.session(), model_.loop(), [this] { model_.addLibraryFolder(); });
+        works_ = makeWorksPage(model_);
+        settings_->addPage(new FormScroll(works_), symbol("check"), "What works here");
     }
+    if (id == "works") { settings_->showPage(works_); }
     bringUp(*settings_);
 }
 

@@ -87,9 +87,7 @@ void fillFile(QMenu* menu, MainWindow& window, AppModel& model) {
     followEdits();
     fillPulls(menu, window, model.player().dragOut());
     menu->addSeparator();
-    auto* editor = add(menu, "Open in Editor", QKeySequence("Ctrl+E"), [&model] {
-        if (const auto& info = model.player().sound().info()) { model.openEditor(info->url); }
-    });
+    auto* editor = add(menu, "Open in Editor", QKeySequence("Ctrl+E"), [&model] { model.editLoaded(); });
     auto* edits = add(menu, "Make Temp Edits", QKeySequence("Ctrl+Shift+E"), [&model] {
         if (const auto& info = model.player().sound().info()) { model.makeTempEdits({info->url}); }
     });
@@ -173,7 +171,9 @@ void fillView(QMenu* menu, MainWindow& window, AppModel& model) {
     menu->addSeparator();
     fillZoom(menu, window.playerView().waveform());
     menu->addSeparator();
+    add(menu, "Editor", {}, [&model] { model.openWindow("editor"); });
     add(menu, "Monitor", QKeySequence("Ctrl+Shift+M"), [&model] { model.openWindow("monitor"); });
+    addSetting(*menu, "File Manager Panel", model.settings(), &AppSettings::finderPanel);
     auto* expert = addSetting(*menu, "Expert Mode", model.settings(), &AppSettings::expertMode);
     expert->setShortcut(QKeySequence("Ctrl+Alt+E"));
 }
@@ -197,6 +197,9 @@ void fillMenuBar(MainWindow& window, AppModel& model) {
     add(playback, "Open Copied Link", QKeySequence("Ctrl+Shift+V"), [&model] { model.openCopiedLink(); });
 
     playback->addSeparator();
+    addSetting(*playback, "Auto-Play", model.settings(), &AppSettings::autoPlay);
+    addSetting(*playback, "Space Plays in File Manager", model.settings(), &AppSettings::spacePlaysInFinder);
+    playback->addSeparator();
     add(playback, "Compare Upmix with Fold-Down", QKeySequence("Ctrl+U"), [&player] { player.compare().toggle(); });
     add(playback, "Adjust Upmix…", QKeySequence("Ctrl+Shift+U"), [&window] { window.playerView().showUpmixPanel(); });
     playback->addSeparator();
@@ -207,6 +210,7 @@ void fillMenuBar(MainWindow& window, AppModel& model) {
 
     auto* help = bar->addMenu("&Help");
     add(help, "Keys", QKeySequence("F1"), [&window] { showKeyList(window); });
+    add(help, "What Works Here…", {}, [&model] { model.openWindow("works"); });
     help->addSeparator();
     add(help, "About Brindlehum", {}, [&window] { about(&window); });
 }

@@ -41,6 +41,8 @@ public:
     void open(double sampleRate);
     // Drops the stage and what the upmix holds. Only while no render runs.
     void close();
+    // Makes the stage anew, as the HRTF set is another one. A binaural configuration waits for it in silence.
+    void renewStage();
     // Forgets what the context's last block sounded like. Only while no render runs.
     void forgetPrevious();
 
@@ -68,9 +70,11 @@ private:
     std::shared_ptr<const RenderWatch> watch_;
     double sampleRate_ = 48000;
     std::shared_ptr<RenderConfig> current_;
-    std::shared_ptr<Upmixer> upmixer_;      // of the published configuration; kept while one waits
-    std::shared_ptr<BinauralStage> stage_;  // for the rate, as published
-    std::optional<MixConfig> waiting_;      // binaural, until its stage has been loaded
+    std::shared_ptr<Upmixer> upmixer_;        // of the published configuration; kept while one waits
+    std::shared_ptr<BinauralStage> stage_;    // for the rate, as published
+    std::shared_ptr<BinauralStage> leaving_;  // still the context's, until another one replaces it
+    std::optional<MixConfig> binaural_;       // the published configuration, if it is binaural
+    std::optional<MixConfig> waiting_;        // binaural, until its stage has been loaded
     std::unique_ptr<BinauralLoader> loader_;
 };
 

@@ -56,6 +56,8 @@ public:
     bool finished() const;
     // True when no HRTF set is available for the current rate: binaural configurations stay silent.
     bool binauralMissing() const { return publisher_.stageMissing(); }
+    // After HRTFSet::setOwn: a binaural configuration is silent until the new set has been read, and the stream waits.
+    void renewBinaural();
     int deviceChannels() const { return deviceChannels_; }
     double sampleRate() const { return sampleRate_; }
     const std::string& deviceName() const { return deviceName_; }  // of the device asked for

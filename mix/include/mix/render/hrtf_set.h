@@ -17,8 +17,11 @@ public:
     // be read or isn't a set of two ears of up to `maxTaps` taps. Levels: noise from straight ahead keeps its energy,
     // averaged over both ears, and a response has the same level at every rate.
     static std::shared_ptr<const HRTFSet> load(const std::filesystem::path& file, double sampleRate);
-    // The first readable set in the usual places, loaded once per rate and then shared. Throws Error.
+    // The own set if it can be read, else the first readable one in the usual places; loaded once per rate and then
+    // shared. Throws Error.
     static std::shared_ptr<const HRTFSet> shared(double sampleRate);
+    // The set that the user has chosen, for the whole process; empty: none. `shared` reads it anew. Never waits.
+    static void setOwn(const std::filesystem::path& file);
     // The usual places, best first: `Brindlehum/hrtf.sofa` under $XDG_DATA_HOME (a set of the user's own) and under
     // each of $XDG_DATA_DIRS, then the set that comes with libmysofa.
     static std::vector<std::filesystem::path> usualFiles();

@@ -68,6 +68,10 @@ public:
     // unless it fails: then the monitor plays without it, and inserts().message() says why.
     MonitorInserts& inserts() { return inserts_; }
     PluginList& plugins() { return plugins_; }
+    // As PlaybackEngine::renewBinaural.
+    void renewBinaural() {
+        if (publisher_) { publisher_->renewStage(); }
+    }
     UUID addInsert(const PluginInfo& plugin) { return inserts_.add(plugin); }
     void removeInsert(const UUID& id) { inserts_.remove(id); }
     void toggleBypass(const UUID& id) { inserts_.toggleBypass(id); }

@@ -40,6 +40,7 @@ public:
     PlayerView& player();
 
 Q_SIGNALS:
+    void editorAsked();      // as PlayerView's
     void upmixPanelAsked();  // as PlayerView's
 
 private:

@@ -38,6 +38,7 @@ public:
     void showUpmixPanel();
 
 Q_SIGNALS:
+    void editorAsked();      // for the loaded sound
     void upmixPanelAsked();  // on a panel, which has no room for that window
 
 protected:

@@ -31,6 +31,7 @@ public:
 
 Q_SIGNALS:
     void upmixPanelAsked();
+    void editorAsked();
 
 private:
     void fillFormats(QMenu& menu);
@@ -54,6 +55,7 @@ private:
     MenuButton* upmix_;
     MenuButton* profile_;
     ElidedLabel* device_;
+    QToolButton* edit_;
     MenuButton* drag_;
     DragHandle* handle_;
 };

@@ -7,6 +7,8 @@
 
 #include "platform/background.h"
 
+class QTabWidget;
+
 namespace brindlehum {
 
 class AudioDevices;
@@ -23,10 +25,15 @@ public:
     SettingsWindow(SettingsStore& settings, LibraryRoots& roots, LibrarySearch& search, const AudioDevices& devices,
                    SpeakerTest& test, Session& session, MainLoop& loop, std::function<void()> addFolder);
 
+    // Behind the others; takes ownership.
+    void addPage(QWidget* page, const QIcon& icon, const QString& title);
+    void showPage(const QWidget* page);
+
 protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
+    QTabWidget* tabs_ = nullptr;
     Background looks_;  // at the disk; ends before the pages, which lose their lines with it
 };
 

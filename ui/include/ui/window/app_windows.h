@@ -14,6 +14,7 @@ class MonitorWindow;
 class SettingsWindow;
 class StatusMenu;
 class ThemeController;
+class WorksPage;
 
 // Main thread, with a QApplication. Sets the application's look and keeps it running when its last window closes. The
 // constructor sets the model's window actions, shows the status menu if the desktop has a tray, and opens the main
@@ -25,8 +26,8 @@ public:
     AppWindows(const AppWindows&) = delete;
     AppWindows& operator=(const AppWindows&) = delete;
 
-    // Shows the window with this id, "main", "editor", "monitor" or "settings", in front of the others; ignores any
-    // other id.
+    // Shows the window with this id, "main", "editor", "monitor", "settings" or "works" (a page of the settings), in
+    // front of the others; ignores any other id.
     void open(const std::string& id);
     HUDController& hud() { return *hud_; }
 
@@ -36,6 +37,7 @@ private:
     std::unique_ptr<ThemeController> theme_;
     std::unique_ptr<MainWindow> main_;
     std::unique_ptr<SettingsWindow> settings_;  // made when first opened, as is the next
+    WorksPage* works_ = nullptr;                // a page of it
     std::unique_ptr<EditorWindow> editor_;
     std::unique_ptr<MonitorWindow> monitor_;
     std::unique_ptr<StatusMenu> status_;

@@ -33,6 +33,9 @@ public:
     xcb_get_property_cookie_t askProperty(xcb_window_t window, xcb_atom_t property) const;
     std::vector<uint32_t> numbers(xcb_get_property_cookie_t cookie) const;
     std::string text(xcb_get_property_cookie_t cookie) const;
+    // The class of WM_CLASS.
+    std::string className(xcb_get_property_cookie_t cookie) const;
+    std::string windowClass(xcb_window_t window) const { return className(askProperty(window, XCB_ATOM_WM_CLASS)); }
     // The key that gives a blank, 0 if there is none.
     xcb_keycode_t spaceKey() const;
     bool isDown(xcb_keycode_t key) const;

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/applications.h"
 #include "platform/file_manager_watch.h"
 #include "x11_display.h"
 
@@ -33,6 +34,8 @@ public:
     bool isSpaceDown();
     // Whether a compositing manager blends windows, now.
     bool isComposited();
+    // All that the window manager manages, topmost first, now.
+    std::vector<ApplicationWindow> topLevel();
     std::function<void()> onActive;
     std::function<void()> onWindows;  // of the program that is followed
     std::function<void()> onPopups;

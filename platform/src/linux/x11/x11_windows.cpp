@@ -18,14 +18,6 @@ bool has(const std::vector<uint32_t>& values, uint32_t value) {
     return std::ranges::find(values, value) != values.end();
 }
 
-// The second of two texts that end with a zero each: WM_CLASS's class.
-std::string secondText(const std::string& texts) {
-    const size_t start = std::min(texts.find('\0'), texts.size());
-    std::string second = start < texts.size() ? texts.substr(start + 1) : std::string();
-    second.resize(std::min(second.size(), second.find('\0')));
-    return second;
-}
-
 }  // namespace
 
 X11Windows::X11Windows() {
@@ -64,6 +56,23 @@ bool X11Windows::isComposited() {
     const auto cookie = xcb_get_selection_owner(connection, display_.atom("_NET_WM_CM_S0"));
     const XReply<xcb_get_selection_owner_reply_t> reply(xcb_get_selection_owner_reply(connection, cookie, nullptr));
     return reply && reply->owner != XCB_NONE;
+}
+
+std::vector<ApplicationWindow> X11Windows::topLevel() {
+    if (!isConnected()) { return {}; }
+    readSoon_.start();
+    const auto front = display_.askProperty(display_.root(), atoms_.active);
+    const auto stacking = display_.askProperty(display_.root(), atoms_.stacking);
+    const auto active = display_.numbers(front);
+    auto ids = display_.numbers(stacking);
+    std::ranges::reverse(ids);
+    std::vector<xcb_get_property_cookie_t> names;
+    for (const auto id : ids) { names.push_back(display_.askProperty(id, XCB_ATOM_WM_CLASS)); }
+    std::vector<ApplicationWindow> windows;
+    for (size_t i = 0; i < ids.size(); ++i) {
+        windows.push_back({ids[i], display_.className(names[i]), !active.empty() && active.front() == ids[i]});
+    }
+    return windows;
 }
 
 void X11Windows::follow(bool follows) {
@@ -127,7 +136,7 @@ void X11Windows::readActive() {
         const auto pid = display_.askProperty(now.id, atoms_.pid);
         const auto path = display_.askProperty(now.id, atoms_.path);
         const auto bus = display_.askProperty(now.id, atoms_.bus);
-        now.className = secondText(display_.text(name));
+        now.className = display_.className(name);
         const auto pids = display_.numbers(pid);
         now.pid = pids.empty() ? 0 : pids.front();
         now.objectPath = display_.text(path);
@@ -157,7 +166,7 @@ std::vector<DesktopWindow> X11Windows::listWindows() const {
     for (const auto id : ids) { names.push_back(display_.askProperty(id, XCB_ATOM_WM_CLASS)); }
     std::vector<Asked> asked;
     for (size_t i = 0; i < ids.size(); ++i) {
-        if (secondText(display_.text(names[i])) != active_.className) { continue; }
+        if (display_.className(names[i]) != active_.className) { continue; }
         const auto ask = [&](xcb_atom_t property) { return display_.askProperty(ids[i], property); };
         asked.push_back({ids[i], ask(atoms_.type), ask(atoms_.state), ask(atoms_.opacity), ask(atoms_.frame),
                          ask(atoms_.shadow), xcb_get_geometry(connection, ids[i]),

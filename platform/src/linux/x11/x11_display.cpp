@@ -1,6 +1,7 @@
 // Requests to the X server and their replies.
 #include "x11_display.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace brindlehum {
@@ -43,6 +44,15 @@ std::string X11Display::text(xcb_get_property_cookie_t cookie) const {
     const auto reply = property(cookie);
     if (!reply || reply->format != 8) { return {}; }
     return {static_cast<const char*>(xcb_get_property_value(reply.get())), reply->value_len};
+}
+
+// The second of two texts that end with a zero each.
+std::string X11Display::className(xcb_get_property_cookie_t cookie) const {
+    const std::string texts = text(cookie);
+    const size_t start = std::min(texts.find('\0'), texts.size());
+    std::string second = start < texts.size() ? texts.substr(start + 1) : std::string();
+    second.resize(std::min(second.size(), second.find('\0')));
+    return second;
 }
 
 xcb_keycode_t X11Display::spaceKey() const {
