@@ -1,0 +1,46 @@
+#!/usr/bin/env bash
+# Makes the Debian package of what is built and prints its path: packaging/deb.sh [BUILD [FOLDER]]
+# The version is that of CMakeLists.txt, the date that of the last commit.
+set -euo pipefail
+here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
+root=$(dirname "$here")
+build=$(realpath "${1:-$root/build/release}")
+mkdir -p "${2:-$root/build/package}"
+out=$(realpath "${2:-$root/build/package}")
+
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+tree=$work/debian/brindlehum
+SOURCE_DATE_EPOCH=$(git -C "$root" log -1 --format=%ct 2>/dev/null || date +%s)
+export SOURCE_DATE_EPOCH
+version=$(sed -n 's/^CMAKE_PROJECT_VERSION:STATIC=//p' "$build/CMakeCache.txt")
+
+umask 022
+DESTDIR=$tree cmake --install "$build" --prefix /usr --strip >"$work/log" 2>&1 || { cat "$work/log" >&2; exit 1; }
+strip --remove-section=.comment --remove-section=.note "$tree"/usr/bin/* "$tree"/usr/libexec/brindlehum/*
+gzip -9n "$tree"/usr/share/man/man1/*.1
+
+mkdir -p "$work/debian"
+cp "$here/debian/control" "$work/debian"
+cat >"$work/debian/changelog" <<CHANGES
+brindlehum ($version-0local1) unstable; urgency=medium
+
+  * Version $version. What changes for its users is in changelog.gz.
+
+ -- $(sed -n 's/^Maintainer: //p' "$here/debian/control")  $(date -R -u -d "@$SOURCE_DATE_EPOCH")
+CHANGES
+
+documents=$tree/usr/share/doc/brindlehum
+mkdir -p "$documents"
+cp "$here/debian/copyright" "$documents"
+gzip -9nc "$work/debian/changelog" >"$documents/changelog.Debian.gz"
+gzip -9nc "$root/CHANGELOG.md" >"$documents/changelog.gz"
+
+cd "$work"
+mapfile -t programs < <(find debian/brindlehum/usr/bin debian/brindlehum/usr/libexec -type f)
+dpkg-shlibdeps -O "${programs[@]/#/-e}" >debian/substvars
+mkdir "$tree/DEBIAN"
+dpkg-gencontrol -pbrindlehum -P"$tree" -Tdebian/substvars -fdebian/files
+(cd "$tree" && find usr -type f -print0 | LC_ALL=C sort -z | xargs -0 md5sum >DEBIAN/md5sums)
+dpkg-deb --root-owner-group -Zxz --build "$tree" "$out" >&2
+echo "$out/$(cut -d' ' -f1 debian/files)"
