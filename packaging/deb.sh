@@ -15,9 +15,16 @@ SOURCE_DATE_EPOCH=$(git -C "$root" log -1 --format=%ct 2>/dev/null || date +%s)
 export SOURCE_DATE_EPOCH
 version=$(sed -n 's/^CMAKE_PROJECT_VERSION:STATIC=//p' "$build/CMakeCache.txt")
 
+# The entries for file managers' menus need headers that the rest of the build does without.
+{ cmake "$build" && cmake --build "$build" --target menus; } >"$work/log" 2>&1 || { cat "$work/log" >&2; exit 1; }
+
 umask 022
 DESTDIR=$tree cmake --install "$build" --prefix /usr --strip >"$work/log" 2>&1 || { cat "$work/log" >&2; exit 1; }
-strip --remove-section=.comment --remove-section=.note "$tree"/usr/bin/* "$tree"/usr/libexec/brindlehum/*
+mapfile -t programs < <(find "$tree/usr/bin" "$tree/usr/libexec" -type f)
+# File managers bring the libraries of their modules, and a machine without one needs none of them.
+mapfile -t modules < <(find "$tree/usr/lib" -name '*.so')
+strip --strip-unneeded --remove-section=.comment --remove-section=.note "${programs[@]}" "${modules[@]}"
+chmod 644 "${modules[@]}"
 gzip -9n "$tree"/usr/share/man/man1/*.1
 
 mkdir -p "$work/debian"
@@ -37,8 +44,7 @@ gzip -9nc "$work/debian/changelog" >"$documents/changelog.Debian.gz"
 gzip -9nc "$root/CHANGELOG.md" >"$documents/changelog.gz"
 
 cd "$work"
-mapfile -t programs < <(find debian/brindlehum/usr/bin debian/brindlehum/usr/libexec -type f)
-dpkg-shlibdeps -O "${programs[@]/#/-e}" >debian/substvars
+dpkg-shlibdeps -O "${programs[@]/#$work\//-e}" >debian/substvars
 mkdir "$tree/DEBIAN"
 dpkg-gencontrol -pbrindlehum -P"$tree" -Tdebian/substvars -fdebian/files
 (cd "$tree" && find usr -type f -print0 | LC_ALL=C sort -z | xargs -0 md5sum >DEBIAN/md5sums)

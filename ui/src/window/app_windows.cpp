@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QLocale>
+#include <utility>
 
 #include "app/app_model.h"
 #include "ui/editor/editor_window.h"
@@ -16,6 +17,7 @@
 #include "ui/settings/settings_window.h"
 #include "ui/window/folder_chooser.h"
 #include "ui/window/main_window.h"
+#include "ui/window/manual_window.h"
 #include "ui/window/status_menu.h"
 
 namespace brindlehum {
@@ -32,7 +34,8 @@ void bringUp(QWidget& window) {
 
 }  // namespace
 
-AppWindows::AppWindows(AppModel& model) : model_(model), theme_(std::make_unique<ThemeController>()) {
+AppWindows::AppWindows(AppModel& model, bool isQuiet)
+    : model_(model), isQuiet_(isQuiet), theme_(std::make_unique<ThemeController>()) {
     // The C locale doesn't group digits.
     if (QLocale().language() == QLocale::C) { QLocale::setDefault(QLocale(QLocale::English)); }
     QApplication::setQuitOnLastWindowClosed(false);
@@ -62,11 +65,11 @@ AppWindows::AppWindows(AppModel& model) : model_(model), theme_(std::make_unique
         if (model_.editor().document().isDirty()) { open("editor"); }
         editor().leave(proceed);
     };
-    if (!model.editor().document().abandoned().empty()) { open("editor"); }
-    QObject::connect(&model.editor().document(), &DocumentModel::abandonedChanged, main_.get(), [this] {
-        if (!model_.editor().document().abandoned().empty()) { open("editor"); }
-    });
+    QObject::connect(&model.editor().document(), &DocumentModel::abandonedChanged, main_.get(),
+                     [this] { offerAbandoned(); });
     model.openWindowAction = [this](const std::string& id) { open(id); };
+    if (isQuiet_) { return; }
+    offerAbandoned();
     open("main");
 }
 
@@ -85,7 +88,12 @@ EditorWindow& AppWindows::editor() {
     return *editor_;
 }
 
+void AppWindows::offerAbandoned() {
+    if (!isQuiet_ && !model_.editor().document().abandoned().empty()) { open("editor"); }
+}
+
 void AppWindows::open(const std::string& id) {
+    if (std::exchange(isQuiet_, false)) { offerAbandoned(); }
     if (id == "main") { bringUp(*main_); }
     if (id == "editor") { bringUp(editor()); }
     if (id == "monitor") {
@@ -93,6 +101,10 @@ void AppWindows::open(const std::string& id) {
             monitor_ = std::make_unique<MonitorWindow>(model_.monitor(), model_.settings(), model_.loop());
         }
         bringUp(*monitor_);
+    }
+    if (id == "manual") {
+        if (!manual_) { manual_ = std::make_unique<ManualWindow>(); }
+        bringUp(*manual_);
     }
     if (id != "settings") { return; }
     if (!settings_) {

@@ -206,7 +206,8 @@ void fillMenuBar(MainWindow& window, AppModel& model) {
     refill();
 
     auto* help = bar->addMenu("&Help");
-    add(help, "Keys", QKeySequence("F1"), [&window] { showKeyList(window); });
+    add(help, "Manual", QKeySequence("F1"), [&model] { model.openWindow("manual"); });
+    add(help, "Keys", QKeySequence("Ctrl+?"), [&window] { showKeyList(window); });
     help->addSeparator();
     add(help, "About Brindlehum", {}, [&window] { about(&window); });
 }
