@@ -25,7 +25,9 @@ mapfile -t programs < <(find "$tree/usr/bin" "$tree/usr/libexec" -type f)
 mapfile -t modules < <(find "$tree/usr/lib" -name '*.so')
 strip --strip-unneeded --remove-section=.comment --remove-section=.note "${programs[@]}" "${modules[@]}"
 chmod 644 "${modules[@]}"
-gzip -9n "$tree"/usr/share/man/man1/*.1
+find "$tree/usr/share/man" -type f -exec gzip -9n {} +
+ln -s brindlehum.1.gz "$tree/usr/share/man/man1/brindlehum-resident.1.gz"
+rm "$tree/usr/share/man/man1/brindlehum-resident.1"
 
 mkdir -p "$work/debian"
 cp "$here/debian/control" "$work/debian"

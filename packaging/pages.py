@@ -208,7 +208,9 @@ def main():
     found = options(told("brindlehum", "--help"))
     page = (here / "brindlehum.1.in").read_text().replace("@OPTIONS@", option_rows(found))
     write("man/man1/brindlehum.1", short_lines(page.replace("@DATE@", date).replace("@VERSION@", version)))
-    write("man/man1/brindlehum-resident.1", ".so man1/brindlehum.1\n")
+    resident = share / "man/man1/brindlehum-resident.1"
+    resident.unlink(missing_ok=True)
+    resident.symlink_to("brindlehum.1")
     write("man/man1/brindlehum-cli.1", short_lines(manual_page(help_, version, date)))
     write("bash-completion/completions/brindlehum-cli", bash_completion(help_))
     write("bash-completion/completions/brindlehum", bash_options(found))
