@@ -26,6 +26,10 @@ cp /usr/share/mime/packages/freedesktop.org.xml "$share/mime/packages/brindlehum
 update-mime-database "$work/mime" >/dev/null 2>"$work/log" || { cat "$work/log" >&2; exit 1; }
 zsh -n "$share"/zsh/vendor-completions/_brindlehum*
 packaging/check_pages.py "$work/tree/usr"
+for module in "$work"/tree/usr/lib/*/*/libbrindlehum-thunar.so "$work"/tree/usr/lib/*/*/*/libbrindlehum-nautilus.so; do
+    # What a file manager calls.
+    [ "$(nm -D --defined-only "$module" | grep -c ' T .*_\(initialize\|list_types\|shutdown\)$')" -eq 3 ]
+done
 
 if [ "$(id -u)" -ne 0 ]; then
     echo "SKIPPED: the installation on a bare Debian, which needs root"

@@ -30,6 +30,10 @@ void dressTable(QTextTable& table, const Theme& theme) {
     format.setTopMargin(4);
     format.setBottomMargin(14);
     format.setWidth(QTextLength(QTextLength::PercentageLength, 100));
+    if (table.columns() == 2) {  // alike on the whole page
+        format.setColumnWidthConstraints(
+            {QTextLength(QTextLength::PercentageLength, 40), QTextLength(QTextLength::PercentageLength, 60)});
+    }
     table.setFormat(format);
     // Markdown needs a head; many of ours are empty.
     bool isEmpty = true;
