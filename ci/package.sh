@@ -3,7 +3,7 @@
 # ci/package.sh
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
-ci/install-packages.sh package
+ci/install-packages.sh package trial
 
 deb=$(packaging/deb.sh 2>/dev/null)
 work=$(mktemp -d)

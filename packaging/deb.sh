@@ -22,9 +22,9 @@ umask 022
 DESTDIR=$tree cmake --install "$build" --prefix /usr --strip >"$work/log" 2>&1 || { cat "$work/log" >&2; exit 1; }
 mapfile -t programs < <(find "$tree/usr/bin" "$tree/usr/libexec" -type f)
 # File managers bring the libraries of their modules, and a machine without one needs none of them.
-mapfile -t modules < <(find "$tree/usr/lib" -name '*.so')
+mapfile -t modules < <(find "$tree/usr" -name '*.so')
 strip --strip-unneeded --remove-section=.comment --remove-section=.note "${programs[@]}" "${modules[@]}"
-chmod 644 "${modules[@]}"
+chmod -f 644 "${modules[@]}" || true  # none where the headers are missing
 find "$tree/usr/share/man" -type f -exec gzip -9n {} +
 ln -s brindlehum.1.gz "$tree/usr/share/man/man1/brindlehum-resident.1.gz"
 rm "$tree/usr/share/man/man1/brindlehum-resident.1"
