@@ -203,7 +203,15 @@ TEST_F(App, TheFirstFileOrFolderOfAStartIsShownAndItsProblemsAreSaid) {
         return doc && doc->url == a;
     }));
     EXPECT_EQ(loaded(), b);
-    EXPECT_THAT(windows, ElementsAre("main", "main", "main", "main", "editor"));
+    app_.open({{a}, {}, StartAim::play});
+    settle();
+    EXPECT_EQ(loaded(), a);
+    EXPECT_TRUE(transport_.isPlaying()) << "also without auto-play";
+    app_.open({{}, {}, StartAim::stayQuiet});
+    EXPECT_FALSE(app_.tempEdits().progress());
+    app_.open({{a, b}, {}, StartAim::tempEdits});
+    EXPECT_TRUE(app_.tempEdits().progress());
+    EXPECT_THAT(windows, ElementsAre("main", "main", "main", "main", "editor", "main", "main"));
 }
 
 // Each example of the manual's page works as it stands there.
