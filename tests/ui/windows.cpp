@@ -297,6 +297,7 @@ TEST_F(Windows, TheManualOpensItsPagesByLinkAndFindsWords) {
         }
     }
     contents->setCurrentRow(0);
+    EXPECT_TRUE(settle([&] { return !window.browser().isStale(); })) << "a page isn't made again and again";
     EXPECT_GT(window.browser().find("sound", false), 3);
     const int first = window.browser().textCursor().position();
     window.browser().find("sound", false);

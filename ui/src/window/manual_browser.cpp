@@ -66,6 +66,8 @@ ManualBrowser::ManualBrowser(QWidget* parent) : QTextBrowser(parent) {
     setAccessibleName("Page");
     setFrameShape(QFrame::NoFrame);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    // One that comes and goes with the page's text would change the width, for which the page is made anew.
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     setOpenExternalLinks(false);
     again_.setSingleShot(true);
     again_.setInterval(60);
@@ -129,6 +131,7 @@ QVariant ManualBrowser::loadResource(int type, const QUrl& name) {
     const double dpr = devicePixelRatioF();
     const int width = std::min(viewport()->width() - 2 * margin, widestColumn);
     if (picture.isNull() || width <= 0) { return picture; }
+    picture = picture.convertToFormat(QImage::Format_ARGB32_Premultiplied);
     picture = picture.scaledToWidth(int(std::min<double>(picture.width(), width * dpr)), Qt::SmoothTransformation);
     QPainter painter(&picture);
     painter.setPen(QPen(Theme::of(*this).border, 2 * dpr));

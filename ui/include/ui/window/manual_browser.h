@@ -16,6 +16,9 @@ public:
     // how many there are.
     int find(const QString& text, bool backward);
 
+    // It will be made anew, for a new width or theme.
+    bool isStale() const { return again_.isActive(); }
+
     QVariant loadResource(int type, const QUrl& name) override;
 
 Q_SIGNALS:
