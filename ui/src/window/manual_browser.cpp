@@ -158,15 +158,12 @@ int ManualBrowser::find(const QString& text, bool backward) {
 }
 
 int ManualBrowser::mark() {
-    const Theme& theme = Theme::of(*this);
     QList<QTextEdit::ExtraSelection> marks;
     QTextCursor at(document());
     while (!sought_.isEmpty() && !(at = document()->find(sought_, at)).isNull()) {
-        const bool isCurrent = at.selectionStart() == textCursor().selectionStart();
         QTextEdit::ExtraSelection found;
         found.cursor = at;
-        found.format.setBackground(isCurrent ? theme.star : theme.accentGround);
-        if (isCurrent) { found.format.setForeground(theme.window); }
+        found.format.setBackground(Theme::of(*this).accentGround);
         marks.push_back(found);
     }
     setExtraSelections(marks);
