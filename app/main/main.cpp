@@ -1,4 +1,4 @@
-// brindlehum [FILE or FOLDER]...: the resident tool.
+// brindlehum [FILE or FOLDER]...: the resident tool. As brindlehum-resident it opens no window.
 #include <QApplication>
 #include <QThread>
 #include <clocale>
@@ -88,7 +88,8 @@ int print(StartArguments::Wish wish) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    const auto arguments = StartArguments::parse({argv + 1, argv + argc});
+    auto arguments = StartArguments::parse({argv + 1, argv + argc});
+    if (argc == 1 && StartArguments::isResident(argv[0])) { arguments.request.aim = StartAim::stayQuiet; }
     if (arguments.wish != StartArguments::Wish::open) { return print(arguments.wish); }
     const StartRequest& request = arguments.request;
     for (const auto& problem : request.problems) { std::fprintf(stderr, "brindlehum: %s\n", problem.c_str()); }
@@ -122,7 +123,7 @@ int main(int argc, char** argv) {
     FileDefaults defaults;
     const std::unique_ptr<Session> session = makeSession(hasScreen, loop);
     AppModel model({loop, *audio, defaults, *session, defaultCatalogFile(), {}, usersDAWTable()});
-    AppWindows windows(model);
+    AppWindows windows(model, request.aim == StartAim::stayQuiet);
     link.onRequest = [&model](const StartRequest& handedOver) { model.open(handedOver); };
     model.start();
     if (!hasScreen) { describeControlPort(model.control()); }

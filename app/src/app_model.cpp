@@ -87,16 +87,18 @@ void AppModel::start(uint16_t controlPort) {
 void AppModel::open(const StartRequest& request) {
     std::error_code error;
     const bool isFolder = !request.files.empty() && std::filesystem::is_directory(request.files.front(), error);
-    const bool edits = request.edits && !request.files.empty() && !isFolder;
-    if (isFolder) {
+    const bool edits = request.aim == StartAim::edit && !request.files.empty() && !isFolder;
+    if (request.aim == StartAim::tempEdits) {
+        makeTempEdits(request.files);
+    } else if (isFolder) {
         showFolder(request.files.front());
     } else if (edits) {
         openEditor(request.files.front());
     } else if (!request.files.empty()) {
-        player_.load(request.files.front(), settings_.value().autoPlay);
+        player_.load(request.files.front(), request.aim == StartAim::play || settings_.value().autoPlay);
     }
     if (!request.problems.empty()) { player_.message().fail(request.problems.front()); }
-    if (!edits) { openWindow("main"); }
+    if (!edits && request.aim != StartAim::stayQuiet) { openWindow("main"); }
 }
 
 void AppModel::useHRTFSet() {

@@ -5,10 +5,11 @@
 #include <algorithm>
 #include <cmath>
 #include <functional>
-#include <map>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <string_view>
+
+#include "app/control_server.h"
 
 namespace brindlehum {
 
@@ -45,49 +46,120 @@ ControlCommands::ControlCommands(PlayerModel& player, SettingsStore& settings, T
       daw_(daw),
       actions_(std::move(actions)) {}
 
+ControlCommands::Problem ControlCommands::toggle(const ControlParams&) {
+    editor_.isPlaying() ? editor_.stop() : player_.transport().togglePlay();
+    return {};
+}
+
+ControlCommands::Problem ControlCommands::play(const ControlParams&) {
+    player_.transport().play(std::nullopt);
+    return {};
+}
+
+ControlCommands::Problem ControlCommands::stop(const ControlParams&) {
+    player_.transport().stopAndReturn();
+    editor_.stop();
+    return {};
+}
+
+ControlCommands::Problem ControlCommands::setLoop(const ControlParams& params) {
+    Transport& transport = player_.transport();
+    return switched(params, transport.loop(), [&](bool on) { transport.setLoop(on); });
+}
+
+ControlCommands::Problem ControlCommands::makeTempEdits(const ControlParams&) {
+    if (const auto& file = player_.sound().info()) { tempEdits_.make({file->url}); }
+    return {};
+}
+
+ControlCommands::Problem ControlCommands::openEditor(const ControlParams&) {
+    const auto& file = player_.sound().info();
+    actions_.openEditor(file ? std::optional(file->url) : std::nullopt);
+    return {};
+}
+
+ControlCommands::Problem ControlCommands::openLink(const ControlParams& params) {
+    const auto url = params.find("url");
+    actions_.openLink(url == params.end() ? std::nullopt : std::optional(url->second));
+    return {};
+}
+
+template <bool AppSettings::*member>
+ControlCommands::Problem ControlCommands::setSwitch(const ControlParams& params) {
+    return switched(params, settings_.value().*member,
+                    [&](bool on) { settings_.change([&](AppSettings& s) { s.*member = on; }); });
+}
+
+struct ControlCommands::Command {
+    std::string_view word;
+    std::vector<ControlForm> forms;
+    // None for those that answer more than whether it is done.
+    Problem (ControlCommands::*run)(const ControlParams& params) = nullptr;
+};
+
+const std::vector<ControlCommands::Command>& ControlCommands::table() {
+    using C = ControlCommands;
+    static const std::vector<Command> all = {
+        {"status", {{"", "file, position and length in seconds, playing, loop, volume, device, profiles, switches"}}},
+        {"toggle", {{"", "plays or stops; stops the editor while that plays"}}, &C::toggle},
+        {"play", {{"", "plays"}}, &C::play},
+        {"stop", {{"", "stops, the editor, too"}}, &C::stop},
+        {"load", {{"path=/sounds/rain.wav", "loads a file, and plays it if auto-play is on"}}, &C::load},
+        {"seek", {{"seconds=1.5", "goes to a position"}}, &C::seek},
+        {"volume", {{"db=-6", "sets the level, from -60 to 6"}}, &C::setVolume},
+        {"loop", {{"", "loops, or no longer"}, {"on=1", "loops; with 0, no longer"}}, &C::setLoop},
+        {"profile",
+         {{"", "listens on the next profile"}, {"name=Headphones", "listens on the one of this name"}},
+         &C::selectProfile},
+        {"upmix",
+         {{"", "upmixes, or no longer"},
+          {"on=1", "upmixes; with 0, no longer"},
+          {"preset=film", "upmixes with music, film, game, hall, speech, broadcast, or an own preset by its name"},
+          {"compare=1", "the plain fold-down, as loud as the upmix; with 0, the upmix again"}},
+         &C::setUpmix},
+        {"tempedits", {{"", "makes the temp edits of the loaded file"}}, &C::makeTempEdits},
+        {"editor", {{"", "opens the loaded file in the editor, and shows it"}}, &C::openEditor},
+        {"link",
+         {{"", "downloads and plays the sound of the web link that is copied"},
+          {"url=https%3A%2F%2Fexample.org%2Frain.wav", "of this one"}},
+         &C::openLink},
+        {"monitor", MonitorCommands::forms()},
+        {"daw",
+         {{"cmd=record", "presses the key that means this in the DAW in front, or in the one that runs"},
+          {"cmd=play&app=reaper", "prefers this DAW of several"}}},
+        {"panel",
+         {{"", "the panel under the file manager, or no longer"}, {"on=1", "with the panel; with 0, without"}},
+         &C::setSwitch<&AppSettings::finderPanel>},
+        {"expert",
+         {{"", "expert mode, or no longer"}, {"on=1", "expert mode; with 0, no longer"}},
+         &C::setSwitch<&AppSettings::expertMode>},
+    };
+    return all;
+}
+
 nlohmann::json ControlCommands::handle(const std::string& command, const ControlParams& params) {
     if (command == "status") { return status(); }
     if (command == "monitor") { return monitor_.handle(params); }
     if (command == "daw") { return sendToDAW(params); }
-    const auto& file = player_.sound().info();
-    Transport& transport = player_.transport();
-    const auto done = [](auto action) {
-        return [action] {
-            action();
-            return Problem();
-        };
-    };
-    const auto setting = [&](bool AppSettings::*member) {
-        return switched(params, settings_.value().*member,
-                        [&](bool on) { settings_.change([&](AppSettings& s) { s.*member = on; }); });
-    };
-    const std::map<std::string_view, std::function<Problem()>> table = {
-        {"toggle", done([&] { editor_.isPlaying() ? editor_.stop() : transport.togglePlay(); })},
-        {"play", done([&] { transport.play(std::nullopt); })},
-        {"stop", done([&] {
-             transport.stopAndReturn();
-             editor_.stop();
-         })},
-        {"load", [&] { return load(params); }},
-        {"seek", [&] { return seek(params); }},
-        {"volume", [&] { return setVolume(params); }},
-        {"loop", [&] { return switched(params, transport.loop(), [&](bool on) { transport.setLoop(on); }); }},
-        {"profile", [&] { return selectProfile(params); }},
-        {"upmix", [&] { return setUpmix(params); }},
-        {"tempedits", done([&] {
-             if (file) { tempEdits_.make({file->url}); }
-         })},
-        {"editor", done([&] { actions_.openEditor(file ? std::optional(file->url) : std::nullopt); })},
-        {"link", done([&] {
-             const auto url = params.find("url");
-             actions_.openLink(url == params.end() ? std::nullopt : std::optional(url->second));
-         })},
-        {"panel", [&] { return setting(&AppSettings::finderPanel); }},
-        {"expert", [&] { return setting(&AppSettings::expertMode); }},
-    };
-    const auto known = table.find(command);
-    const Problem problem = known == table.end() ? "unknown command " + command : known->second();
+    const auto known = std::ranges::find(table(), command, &Command::word);
+    const Problem problem = known == table().end() ? "unknown command " + command : (this->*known->run)(params);
     return problem.empty() ? ok() : nlohmann::json{{"error", problem}};
+}
+
+std::string ControlCommands::reference() {
+    std::string page;
+    for (const Command& command : table()) {
+        page += "\n## " + std::string(command.word) + "\n\n| | |\n|---|---|\n";
+        for (const ControlForm& form : command.forms) {
+            const std::string query = form.query;
+            page +=
+                "| `" + std::string(command.word) + (query.empty() ? "" : "?" + query) + "` | " + form.meaning + " |\n";
+        }
+        const ControlForm& last = command.forms.back();
+        page += "\n```sh\ncurl -H 'X-Brindlehum: 1' 'http://127.0.0.1:" + std::to_string(ControlServer::port) + "/" +
+                std::string(command.word) + (*last.query ? "?" : "") + last.query + "'\n```\n";
+    }
+    return page;
 }
 
 nlohmann::json ControlCommands::ok() const {

@@ -10,7 +10,9 @@
 #include <QLockFile>
 #include <QThread>
 #include <algorithm>
+#include <array>
 #include <cstdlib>
+#include <string_view>
 
 #include "base/home_folder.h"
 
@@ -19,9 +21,16 @@ namespace brindlehum {
 namespace {
 
 constexpr const char* answer = "ok\n";
-constexpr const char* editMark =
-    "\x01"
-    "edit";                      // no problem begins like this
+// By StartAim; no problem begins like these, and none for the usual aim.
+constexpr std::array<std::string_view, 5> aimMarks = {"",
+                                                      "\x01"
+                                                      "edit",
+                                                      "\x01"
+                                                      "play",
+                                                      "\x01"
+                                                      "temp edits",
+                                                      "\x01"
+                                                      "quiet"};
 constexpr qint64 chunk = 65536;  // bytes that wait in a peer's socket
 constexpr int retryMs = 20;
 
@@ -52,7 +61,7 @@ QByteArray InstanceMessage::encode(const StartRequest& request) {
     };
     for (const auto& file : request.files) { add(file.native()); }
     for (const auto& problem : request.problems) { add(problem); }
-    if (request.edits) { add(editMark); }
+    add(std::string(aimMarks[size_t(request.aim)]));
     return out + '\0';
 }
 
@@ -66,8 +75,8 @@ std::optional<StartRequest> InstanceMessage::decode(const QByteArray& bytes) {
         std::string item = bytes.mid(at, end - at).toStdString();
         if (item.starts_with('/')) {
             request.files.emplace_back(std::move(item));
-        } else if (item == editMark) {
-            request.edits = true;
+        } else if (const auto mark = std::ranges::find(aimMarks, item); mark != aimMarks.end()) {
+            request.aim = StartAim(mark - aimMarks.begin());
         } else {
             request.problems.push_back(std::move(item));
         }

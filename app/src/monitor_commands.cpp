@@ -49,10 +49,81 @@ const Insert* insertOf(const MonitorInserts& inserts, const std::string& text) {
     return nullptr;
 }
 
+void goToReference(MonitorState& state) {
+    if (!state.reference) { return; }
+    state.volumeDB = state.reference->volumeDB;
+    state.dim = false;
+}
+
+void toggleCheck(MonitorState& state, MonitorCheck which) {
+    state.check = state.check == which ? MonitorCheck::none : which;
+}
+
+void bypass(MonitorEngine& monitor, const ControlParams& params) {
+    if (const Insert* const insert = insertOf(monitor.inserts(), valueOf(params, "insert"))) {
+        monitor.toggleBypass(UUID(insert->id));
+    }
+}
+
+using State = MonitorState;
+using Params = const ControlParams&;
+
+// Either edits the state, or runs something of the monitor's.
+struct Action {
+    ControlForm form;
+    void (*edit)(State& now, Params params);
+    void (*run)(MonitorEngine& monitor, Params params) = nullptr;
+};
+
+const Action actions[] = {
+    {{"action=start", "listens to its source"}, nullptr, [](MonitorEngine& monitor, Params) { monitor.start(); }},
+    {{"action=stop", "ends"}, nullptr, [](MonitorEngine& monitor, Params) { monitor.stop(); }},
+    {{"action=dim", "dims, or no longer"}, [](State& now, Params) { now.dim = !now.dim; }},
+    {{"action=mute", "mutes, or no longer"}, [](State& now, Params) { now.mute = !now.mute; }},
+    {{"action=fold", "the next fold-down of the bus"},
+     [](State& now, Params) { now.mode = next(allMonitorModes, now.mode); }},
+    {{"action=up", "1 dB louder"},
+     [](State& now, Params) { now.volumeDB = std::min(now.volumeDB + 1, MonitorState::highestDB); }},
+    {{"action=down", "1 dB softer"},
+     [](State& now, Params) { now.volumeDB = std::max(now.volumeDB - 1, MonitorState::lowestDB); }},
+    {{"action=reference", "the reference level"}, [](State& now, Params) { goToReference(now); }},
+    {{"action=mono-sum", "the mono sum, or no longer"},
+     [](State& now, Params) { toggleCheck(now, MonitorCheck::monoSum); }},
+    {{"action=side", "the difference of left and right, or no longer"},
+     [](State& now, Params) { toggleCheck(now, MonitorCheck::side); }},
+    {{"action=switch", "the other output"}, nullptr, [](MonitorEngine& monitor, Params) { monitor.switchProfiles(); }},
+    {{"action=upmix&preset=film", "upmixes with a preset, or no longer; without a preset, on or off"},
+     [](State& now, Params params) { toggleUpmix(now.upmix, upmixPresetFromRaw(valueOf(params, "preset"))); }},
+    {{"action=upmix-next", "the next preset"},
+     [](State& now, Params) { choose(now.upmix, next(allUpmixPresets, now.upmix.preset)); }},
+    {{"action=bypass&insert=1", "bypasses an insert, by its place or name, or no longer"}, nullptr, bypass},
+    {{"action=inserts-restart", "loads the inserts again after they have failed"},
+     nullptr,
+     [](MonitorEngine& monitor, Params) { monitor.inserts().restart(); }},
+    {{"action=loudness-reset", "the integrated loudness begins anew"},
+     nullptr,
+     [](MonitorEngine& monitor, Params) { monitor.loudness().reset(); }},
+};
+
+void carryOut(const Action& action, MonitorEngine& monitor, Params params) {
+    if (action.run) { return action.run(monitor, params); }
+    MonitorState next = monitor.state();
+    action.edit(next, params);
+    monitor.setState(next);
+}
+
+// "fold" of "action=fold&x=1".
+std::string_view wordOf(const Action& action) {
+    std::string_view word = action.form.query;
+    word.remove_prefix(std::string_view("action=").size());
+    return word.substr(0, word.find('&'));
+}
+
 }  // namespace
 
 nlohmann::json MonitorCommands::handle(const ControlParams& params) {
-    act(valueOf(params, "action"), params);
+    const auto action = std::ranges::find(actions, std::string_view(valueOf(params, "action")), wordOf);
+    if (action != std::end(actions)) { carryOut(*action, monitor_, params); }
     const MonitorState& state = monitor_.state();
     return {{"ok", true},
             {"dim", state.dim},
@@ -72,34 +143,10 @@ nlohmann::json MonitorCommands::handle(const ControlParams& params) {
             {"match", monitor_.matchDB()}};
 }
 
-void MonitorCommands::act(const std::string& action, const ControlParams& params) {
-    MonitorState next = monitor_.state();
-    if (action == "start") { return monitor_.start(); }
-    if (action == "stop") { return monitor_.stop(); }
-    if (action == "switch") { return monitor_.switchProfiles(); }
-    if (action == "loudness-reset") { return monitor_.loudness().reset(); }
-    if (action == "inserts-restart") { return monitor_.inserts().restart(); }
-    if (action == "bypass") {
-        if (const Insert* const insert = insertOf(monitor_.inserts(), valueOf(params, "insert"))) {
-            monitor_.toggleBypass(UUID(insert->id));
-        }
-        return;
-    }
-    if (action == "reference" && next.reference) {
-        next.volumeDB = next.reference->volumeDB;
-        next.dim = false;
-    }
-    const auto check = [&](MonitorCheck which) { next.check = next.check == which ? MonitorCheck::none : which; };
-    if (action == "mono-sum") { check(MonitorCheck::monoSum); }
-    if (action == "side") { check(MonitorCheck::side); }
-    if (action == "dim") { next.dim = !next.dim; }
-    if (action == "mute") { next.mute = !next.mute; }
-    if (action == "fold") { next.mode = brindlehum::next(allMonitorModes, next.mode); }
-    if (action == "up") { next.volumeDB = std::min(next.volumeDB + 1, MonitorState::highestDB); }
-    if (action == "down") { next.volumeDB = std::max(next.volumeDB - 1, MonitorState::lowestDB); }
-    if (action == "upmix") { toggleUpmix(next.upmix, upmixPresetFromRaw(valueOf(params, "preset"))); }
-    if (action == "upmix-next") { choose(next.upmix, brindlehum::next(allUpmixPresets, next.upmix.preset)); }
-    monitor_.setState(next);
+std::vector<ControlForm> MonitorCommands::forms() {
+    std::vector<ControlForm> all = {{"", "only answers how the monitor stands"}};
+    for (const Action& action : actions) { all.push_back(action.form); }
+    return all;
 }
 
 }  // namespace brindlehum

@@ -48,14 +48,16 @@ void addFile(const std::string& argument, StartRequest& request) {
 }  // namespace
 
 const char* const StartArguments::help =
-    "Usage: brindlehum [--edit] [FILE or FOLDER]...\n"
+    "Usage: brindlehum [--play or --edit or --temp-edits] [FILE or FOLDER]...\n"
     "\n"
     "Shows the first file or folder, in the running Brindlehum if there is one. FILE may be a file:// address.\n"
     "\n"
-    "      --edit     opens the first file in the editor and doesn't play it\n"
-    "  -h, --help     shows this text\n"
-    "      --version  shows the version\n"
-    "      --         ends the options: all that follows is files\n";
+    "      --play        plays the first file, also when auto-play is off\n"
+    "      --edit        opens the first file in the editor and doesn't play it\n"
+    "      --temp-edits  makes the temp edits of all files\n"
+    "  -h, --help        shows this text\n"
+    "      --version     shows the version\n"
+    "      --            ends the options: all that follows is files\n";
 
 StartArguments StartArguments::parse(const std::vector<std::string>& arguments) {
     StartArguments parsed;
@@ -68,7 +70,11 @@ StartArguments StartArguments::parse(const std::vector<std::string>& arguments) 
         } else if (argument == "--help" || argument == "-h") {
             parsed.wish = Wish::help;
         } else if (argument == "--edit") {
-            parsed.request.edits = true;
+            parsed.request.aim = StartAim::edit;
+        } else if (argument == "--play") {
+            parsed.request.aim = StartAim::play;
+        } else if (argument == "--temp-edits") {
+            parsed.request.aim = StartAim::tempEdits;
         } else if (argument == "--version") {
             parsed.wish = Wish::version;
         } else {
@@ -76,6 +82,10 @@ StartArguments StartArguments::parse(const std::vector<std::string>& arguments) 
         }
     }
     return parsed;
+}
+
+bool StartArguments::isResident(const std::string& programName) {
+    return fs::path(programName).filename() == "brindlehum-resident";
 }
 
 }  // namespace brindlehum

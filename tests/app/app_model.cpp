@@ -1,6 +1,8 @@
 // AppModel: the command table, the profile's way to the player, and the files of a start.
 #include <unistd.h>
 
+#include <regex>
+
 #include "app/start_arguments.h"
 #include "app_fixture.h"
 #include "library/meta/meta_io.h"
@@ -195,13 +197,39 @@ TEST_F(App, TheFirstFileOrFolderOfAStartIsShownAndItsProblemsAreSaid) {
     EXPECT_EQ(app_.library().listing().folder(), folder_.path());
     EXPECT_FALSE(app_.library().search().isSearching());
     EXPECT_TRUE(loop_.runUntil([&] { return !app_.library().isBusy(); }));
-    app_.open({{a}, {}, true});
+    app_.open({{a}, {}, StartAim::edit});
     EXPECT_TRUE(loop_.runUntil([&] {
         const auto& doc = app_.editor().document().doc();
         return doc && doc->url == a;
     }));
     EXPECT_EQ(loaded(), b);
-    EXPECT_THAT(windows, ElementsAre("main", "main", "main", "main", "editor"));
+    app_.open({{a}, {}, StartAim::play});
+    settle();
+    EXPECT_EQ(loaded(), a);
+    EXPECT_TRUE(transport_.isPlaying()) << "also without auto-play";
+    app_.open({{}, {}, StartAim::stayQuiet});
+    EXPECT_FALSE(app_.tempEdits().progress());
+    app_.open({{a, b}, {}, StartAim::tempEdits});
+    EXPECT_TRUE(app_.tempEdits().progress());
+    EXPECT_THAT(windows, ElementsAre("main", "main", "main", "main", "editor", "main", "main"));
+}
+
+// Each example of the manual's page works as it stands there.
+TEST_F(App, TheManualListsEveryCommandAndItsExamplesWork) {
+    const std::string page = test::readBytes(std::filesystem::path(BRINDLEHUM_MANUAL) / "12-control-port.md");
+    EXPECT_TRUE(page.ends_with(ControlCommands::reference())) << "the page should end with:\n"
+                                                              << ControlCommands::reference();
+    const std::regex example("`([a-z]+)(?:\\?([a-z]+)=([^`&]+)(?:&([a-z]+)=([^`]+))?)?` \\|");
+    app_.player().load(file("rain.wav"), false);
+    settle();
+    int count = 0;
+    for (std::sregex_iterator at(page.begin(), page.end(), example), end; at != end; ++at, ++count) {
+        ControlParams params;
+        if ((*at)[2].matched) { params[(*at)[2]] = (*at)[3]; }
+        if ((*at)[4].matched) { params[(*at)[4]] = (*at)[5]; }
+        EXPECT_FALSE(ask((*at)[1], params).contains("error")) << at->str();
+    }
+    EXPECT_GE(count, 40);
 }
 
 TEST(StartArguments, AreOptionsFilesAddressesAndFolders) {
@@ -226,7 +254,9 @@ TEST(StartArguments, AreOptionsFilesAddressesAndFolders) {
         {{"file://localhost" + root}, Wish::open, {{root}, {}}},
         {{"file://server/a.wav"}, Wish::open, {{}, {"Can't read file://server/a.wav: it isn't on this machine"}}},
         {{"--typo"}, Wish::open, {{}, {"Unknown option --typo"}}},
-        {{"--edit", odd}, Wish::open, {{odd}, {}, true}},
+        {{"--edit", odd}, Wish::open, {{odd}, {}, StartAim::edit}},
+        {{"--play", "--", odd}, Wish::open, {{odd}, {}, StartAim::play}},
+        {{"--temp-edits", odd, odd}, Wish::open, {{odd, odd}, {}, StartAim::tempEdits}},
         {{"--", root + "/-x.wav"}, Wish::open, {{root + "/-x.wav"}, {}}},
         {{root + "/gone.wav"}, Wish::open, {{}, {"Can't read gone.wav: No such file or directory"}}},
         {{root + "/notes.txt"}, Wish::open, {{}, {"Can't read notes.txt: it isn't an audio file"}}},
@@ -236,7 +266,7 @@ TEST(StartArguments, AreOptionsFilesAddressesAndFolders) {
         EXPECT_EQ(parsed.wish, c.wish);
         EXPECT_EQ(parsed.request.files, c.request.files);
         EXPECT_EQ(parsed.request.problems, c.request.problems);
-        EXPECT_EQ(parsed.request.edits, c.request.edits);
+        EXPECT_EQ(parsed.request.aim, c.request.aim);
     }
     if (::geteuid() != 0) {
         EXPECT_EQ(StartArguments::parse({root + "/locked.wav"}).request.problems.at(0),

@@ -52,12 +52,13 @@ TEST_F(Instance, HandsEveryPathOverByteForByte) {
     Files many;
     for (int i = 0; i < 20000; ++i) { many.push_back(longer / std::to_string(i)); }
     for (const StartRequest& request :
-         {StartRequest{odd, {"Unknown option --x"}}, StartRequest{}, StartRequest{many, {}, true}}) {
+         {StartRequest{odd, {"Unknown option --x"}}, StartRequest{}, StartRequest{{}, {}, StartAim::stayQuiet},
+          StartRequest{many, {}, StartAim::edit}}) {
         EXPECT_EQ(secondStart(request), Outcome::handedOver);
         ASSERT_FALSE(received_.empty());
         EXPECT_EQ(received_.back(), request);
     }
-    EXPECT_EQ(received_.size(), 3U);
+    EXPECT_EQ(received_.size(), 4U);
 }
 
 TEST_F(Instance, LockAndSocketOfACrashAreTakenOver) {

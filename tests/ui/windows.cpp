@@ -11,28 +11,34 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMimeData>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QShortcut>
 #include <QTabWidget>
 #include <QTest>
+#include <QTextBlock>
 #include <QToolButton>
 #include <QTreeWidget>
 #include <algorithm>
 #include <fstream>
 
+#include "app/start_arguments.h"
 #include "platform/headless_audio.h"
 #include "ui/browser/browser_table.h"
 #include "ui/browser/browser_view.h"
 #include "ui/inspector/inspector_view.h"
 #include "ui/look/file_drag.h"
 #include "ui/player/player_view.h"
+#include "ui/settings/session_settings.h"
 #include "ui/settings/settings_window.h"
 #include "ui/sidebar/sidebar_view.h"
 #include "ui/window/app_windows.h"
 #include "ui/window/file_drops.h"
 #include "ui/window/main_window.h"
+#include "ui/window/manual_browser.h"
+#include "ui/window/manual_window.h"
 #include "ui/window/rename_dialog.h"
 #include "ui/window/status_menu.h"
 #include "ui/window/ui_state.h"
@@ -232,6 +238,77 @@ TEST_F(Windows, TheLibraryTabListsAddsRescansAndRemoves) {
     EXPECT_EQ(model.library().roots().indexing().size(), 2);
     button("Remove " + one)->click();
     EXPECT_EQ(model.settings().value().libraryRoots, std::vector{two});
+}
+
+TEST_F(Windows, AStartByTheSessionOpensNoneUntilTheUserAsks) {
+    EXPECT_TRUE(StartArguments::isResident("/usr/bin/brindlehum-resident"));
+    EXPECT_FALSE(StartArguments::isResident("/usr/bin/brindlehum"));
+    const AppWindows windows(model, true);
+    const auto* window = topLevel<MainWindow>();
+    ASSERT_TRUE(window);
+    model.open(StartRequest{{}, {}, StartAim::stayQuiet});
+    EXPECT_FALSE(window->isVisible()) << "neither the first nor a later start by the session";
+    model.open({});
+    EXPECT_TRUE(window->isVisible());
+}
+
+TEST_F(Windows, TheSwitchOfTheSessionFollowsItsFile) {
+    const std::filesystem::path entry = folder / "autostart/brindlehum.desktop";
+    SessionSettings settings(entry);
+    auto* box = settings.findChild<QCheckBox*>();
+    box->click();
+    EXPECT_TRUE(std::filesystem::exists(entry));
+    std::filesystem::remove(entry);
+    EXPECT_TRUE(settle([&] { return !box->isChecked(); }));
+    box->click();
+    std::ofstream(entry, std::ios::app) << "Hidden=true\n";
+    EXPECT_TRUE(settle([&] { return !box->isChecked(); })) << "a desktop's tool has switched it off";
+    std::filesystem::remove_all(entry.parent_path());
+    std::ofstream(entry.parent_path()) << "no folder";
+    box->click();
+    EXPECT_FALSE(box->isChecked());
+    EXPECT_FALSE(settings.findChild<QLabel*>()->text().isEmpty()) << "it says why";
+}
+
+TEST_F(Windows, TheManualOpensItsPagesByLinkAndFindsWords) {
+    ManualWindow window;
+    window.show();
+    auto* contents = window.findChild<QListWidget*>();
+    EXPECT_GE(contents->count(), 13);
+    for (int row = 0; row < contents->count(); ++row) {
+        contents->setCurrentRow(row);
+        EXPECT_FALSE(contents->item(row)->text().isEmpty());
+        EXPECT_GT(window.browser().toPlainText().size(), 200) << contents->item(row)->text().toStdString();
+        QStringList links;
+        for (QTextBlock block = window.browser().document()->begin(); block.isValid(); block = block.next()) {
+            for (auto part = block.begin(); !part.atEnd(); ++part) {
+                const QTextCharFormat format = part.fragment().charFormat();
+                const QString picture = format.isImageFormat() ? format.toImageFormat().name() : QString();
+                if (!picture.isEmpty()) {
+                    const QVariant image = window.browser().loadResource(QTextDocument::ImageResource, picture);
+                    EXPECT_FALSE(image.value<QImage>().isNull()) << picture.toStdString();
+                } else if (format.isAnchor()) {
+                    links << format.anchorHref();
+                }
+            }
+        }
+        for (const QString& link : links) {
+            contents->setCurrentRow(row);
+            window.browser().setSource(link);
+            EXPECT_NE(contents->currentRow(), row) << link.toStdString();
+        }
+    }
+    contents->setCurrentRow(0);
+    EXPECT_TRUE(settle([&] { return !window.browser().isStale(); })) << "a page isn't made again and again";
+    EXPECT_GT(window.browser().find("sound", false), 3);
+    const int first = window.browser().textCursor().position();
+    window.browser().find("sound", false);
+    EXPECT_GT(window.browser().textCursor().position(), first);
+    window.browser().find("sound", true);
+    EXPECT_EQ(window.browser().textCursor().position(), first);
+    QTest::keyClick(&window, Qt::Key_F, Qt::ControlModifier);
+    QTest::keyClicks(window.findChild<QLineEdit*>(), "no such word");
+    EXPECT_TRUE(window.findChild<QLabel*>()->text() == "Not on this page");
 }
 
 TEST_F(Windows, MenuEntriesCallTheirModels) {

@@ -6,6 +6,7 @@
 #include <nlohmann/json_fwd.hpp>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "app/control_protocol.h"
 #include "app/daw_control.h"
@@ -34,13 +35,27 @@ public:
     // no sense, change nothing and return an object with "error".
     nlohmann::json handle(const std::string& command, const ControlParams& params);
 
+    // All commands with their forms, as a page of the manual in Markdown.
+    static std::string reference();
+
 private:
+    struct Command;
+    static const std::vector<Command>& table();
     // What a command says against its arguments; empty if it has been carried out.
     using Problem = std::string;
     nlohmann::json ok() const;
     bool isPlaying() const { return player_.isPlaying() || editor_.isPlaying(); }
     nlohmann::json status() const;
     nlohmann::json sendToDAW(const ControlParams& params);
+    Problem toggle(const ControlParams& params);
+    Problem play(const ControlParams& params);
+    Problem stop(const ControlParams& params);
+    Problem setLoop(const ControlParams& params);
+    Problem makeTempEdits(const ControlParams& params);
+    Problem openEditor(const ControlParams& params);
+    Problem openLink(const ControlParams& params);
+    template <bool AppSettings::*member>
+    Problem setSwitch(const ControlParams& params);
     Problem selectProfile(const ControlParams& params);
     Problem load(const ControlParams& params);
     Problem seek(const ControlParams& params);

@@ -12,6 +12,12 @@ namespace brindlehum {
 
 using ControlParams = std::map<std::string, std::string>;
 
+// One way to give a command: what follows its name and a question mark, as an example, and what that does.
+struct ControlForm {
+    const char* query;
+    const char* meaning;
+};
+
 namespace ControlProtocol {
 
 inline constexpr size_t maxHead = 16384;  // bytes

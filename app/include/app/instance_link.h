@@ -17,16 +17,25 @@ class QLockFile;
 
 namespace brindlehum {
 
+// What a start wants with its files.
+enum class StartAim {
+    show,       // the first one in the browser or the player, which plays it if auto-play is on
+    edit,       // the first one goes to the editor and isn't played
+    play,       // the first one plays
+    tempEdits,  // temp edits of all
+    stayQuiet,  // the session starts the program, not the user: no window opens
+};
+
 // What a start asks for.
 struct StartRequest {
     std::vector<std::filesystem::path> files;  // absolute; folders, too
     std::vector<std::string> problems;         // with its arguments, a line each, never beginning with a slash
-    bool edits = false;                        // its first file goes to the editor and isn't played
+    StartAim aim = StartAim::show;
     bool operator==(const StartRequest&) const = default;
 };
 
-// The message from a later start to the running instance: the bytes of each path, problem or the mark of a file for the
-// editor and a NUL, then one more NUL. Paths are bytes, not text, so names in any encoding arrive unchanged.
+// The message from a later start to the running instance: the bytes of each path, problem or mark and a NUL, then one
+// more NUL. Paths are bytes, not text, so names in any encoding arrive unchanged.
 namespace InstanceMessage {
 inline constexpr qsizetype maxBytes = 4 << 20;  // the system passes a program half of that
 QByteArray encode(const StartRequest& request);

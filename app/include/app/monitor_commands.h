@@ -2,6 +2,7 @@
 #pragma once
 
 #include <nlohmann/json_fwd.hpp>
+#include <vector>
 
 #include "app/control_protocol.h"
 #include "monitor/engine/monitor_engine.h"
@@ -13,14 +14,12 @@ class MonitorCommands {
 public:
     explicit MonitorCommands(MonitorEngine& monitor) : monitor_(monitor) {}
 
-    // Carries out `action` ("dim", "mute", "fold", "up", "down", "start", "stop", "upmix", "upmix-next", "switch",
-    // "reference", "mono-sum", "side", "bypass", "inserts-restart", "loudness-reset"; another one changes nothing) and
-    // answers how the monitor stands after it.
+    // Carries out the parameter `action`, one of those in forms(); another one changes nothing. Answers how the monitor
+    // stands after it.
     nlohmann::json handle(const ControlParams& params);
+    static std::vector<ControlForm> forms();
 
 private:
-    void act(const std::string& action, const ControlParams& params);
-
     MonitorEngine& monitor_;
 };
 

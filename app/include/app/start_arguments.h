@@ -18,6 +18,9 @@ struct StartArguments {
     // that can't be read, or holds no audio by its name, is a problem. Asks the disk. Any thread.
     static StartArguments parse(const std::vector<std::string>& arguments);
 
+    // The name under which a session starts the program, a link to it: no window opens.
+    static bool isResident(const std::string& programName);
+
     static const char* const help;
 };
 

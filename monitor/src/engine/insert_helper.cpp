@@ -2,11 +2,18 @@
 #include "monitor/engine/insert_helper.h"
 
 #include <QCoreApplication>
+#include <QFileInfo>
 #include <QProcess>
 #include <nlohmann/json.hpp>
 
 namespace brindlehum {
 namespace {
+
+QString helperProgram() {
+    const QString here = QCoreApplication::applicationDirPath();
+    const QString beside = here + "/brindlehum-inserts";
+    return QFileInfo::exists(beside) ? beside : here + "/" BRINDLEHUM_HELPERS "/brindlehum-inserts";
+}
 
 class HelperProcess : public InsertHelper {
 public:
@@ -17,7 +24,7 @@ public:
         QObject::connect(&process_, &QProcess::errorOccurred, &process_, [this](QProcess::ProcessError error) {
             if (error == QProcess::FailedToStart) { end("The inserts' process can't be started"); }
         });
-        process_.start(QCoreApplication::applicationDirPath() + "/brindlehum-inserts", QStringList());
+        process_.start(helperProgram(), QStringList());
     }
     ~HelperProcess() override {
         process_.disconnect();

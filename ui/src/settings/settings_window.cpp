@@ -20,6 +20,7 @@
 #include "ui/settings/link_settings.h"
 #include "ui/settings/outputs_settings.h"
 #include "ui/settings/pulls_settings.h"
+#include "ui/settings/session_settings.h"
 
 namespace brindlehum {
 namespace {
@@ -48,6 +49,7 @@ QWidget* makeAudition(SettingsStore& settings, Session& session, Background& loo
     layout->addWidget(section("Open Copied Link", new LinkSettings(settings, looks)));
     layout->addWidget(section("Media keys and lock screen",
                               makeSetting("Name the sound that plays", settings, &AppSettings::mediaShowsTitle)));
+    layout->addWidget(section("Session", new SessionSettings));
     layout->addStretch(1);
     return page;
 }

@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QLocale>
+#include <utility>
 
 #include "app/app_model.h"
 #include "ui/editor/editor_window.h"
@@ -18,6 +19,7 @@
 #include "ui/settings/works_page.h"
 #include "ui/window/folder_chooser.h"
 #include "ui/window/main_window.h"
+#include "ui/window/manual_window.h"
 #include "ui/window/status_menu.h"
 #include "works_facts.h"
 
@@ -35,7 +37,8 @@ void bringUp(QWidget& window) {
 
 }  // namespace
 
-AppWindows::AppWindows(AppModel& model) : model_(model), theme_(std::make_unique<ThemeController>()) {
+AppWindows::AppWindows(AppModel& model, bool isQuiet)
+    : model_(model), isQuiet_(isQuiet), theme_(std::make_unique<ThemeController>()) {
     // The C locale doesn't group digits.
     if (QLocale().language() == QLocale::C) { QLocale::setDefault(QLocale(QLocale::English)); }
     QApplication::setQuitOnLastWindowClosed(false);
@@ -67,11 +70,11 @@ AppWindows::AppWindows(AppModel& model) : model_(model), theme_(std::make_unique
         if (model_.editor().document().isDirty()) { open("editor"); }
         editor().leave(proceed);
     };
-    if (!model.editor().document().abandoned().empty()) { open("editor"); }
-    QObject::connect(&model.editor().document(), &DocumentModel::abandonedChanged, main_.get(), [this] {
-        if (!model_.editor().document().abandoned().empty()) { open("editor"); }
-    });
+    QObject::connect(&model.editor().document(), &DocumentModel::abandonedChanged, main_.get(),
+                     [this] { offerAbandoned(); });
     model.openWindowAction = [this](const std::string& id) { open(id); };
+    if (isQuiet_) { return; }
+    offerAbandoned();
     open("main");
 }
 
@@ -90,7 +93,12 @@ EditorWindow& AppWindows::editor() {
     return *editor_;
 }
 
+void AppWindows::offerAbandoned() {
+    if (!isQuiet_ && !model_.editor().document().abandoned().empty()) { open("editor"); }
+}
+
 void AppWindows::open(const std::string& id) {
+    if (std::exchange(isQuiet_, false)) { offerAbandoned(); }
     if (id == "main") { bringUp(*main_); }
     if (id == "editor") { bringUp(editor()); }
     if (id == "monitor") {
@@ -98,6 +106,10 @@ void AppWindows::open(const std::string& id) {
             monitor_ = std::make_unique<MonitorWindow>(model_.monitor(), model_.settings(), model_.loop());
         }
         bringUp(*monitor_);
+    }
+    if (id == "manual") {
+        if (!manual_) { manual_ = std::make_unique<ManualWindow>(); }
+        bringUp(*manual_);
     }
     if (id != "settings" && id != "works") { return; }
     if (!settings_) {

@@ -73,7 +73,7 @@ const std::vector<Place>& places() {
           {"Ctrl+Shift+M", "Monitor"},
           {"F9, Ctrl+I", "Sidebar, metadata inspector"},
           {"Ctrl+comma", "Settings"},
-          {"F1", "This list"}}},
+          {"F1, Ctrl+?", "Manual, this list"}}},
     };
     return all;
 }
@@ -113,6 +113,15 @@ void showKeyList(QWidget& parent) {
     column->addWidget(close);
     list->resize(fittingSize(*list, keys->sizeHint() + QSize(16, 70)));
     list->show();
+}
+
+QString keyListMarkdown() {
+    QString page = "# Keys\n";
+    for (const Place& place : places()) {
+        page += QString("\n## %1\n\n| | |\n|---|---|\n").arg(place.name);
+        for (const Key& key : place.keys) { page += QString("| **%1** | %2 |\n").arg(key.keys, key.effect); }
+    }
+    return page.replace("[ and ]", "\\[ and \\]");
 }
 
 }  // namespace brindlehum

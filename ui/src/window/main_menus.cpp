@@ -209,7 +209,8 @@ void fillMenuBar(MainWindow& window, AppModel& model) {
     refill();
 
     auto* help = bar->addMenu("&Help");
-    add(help, "Keys", QKeySequence("F1"), [&window] { showKeyList(window); });
+    add(help, "Manual", QKeySequence("F1"), [&model] { model.openWindow("manual"); });
+    add(help, "Keys", QKeySequence("Ctrl+?"), [&window] { showKeyList(window); });
     add(help, "What Works Here…", {}, [&model] { model.openWindow("works"); });
     help->addSeparator();
     add(help, "About Brindlehum", {}, [&window] { about(&window); });

@@ -23,7 +23,7 @@ public:
     std::function<void(const std::string&)> onEnd;
 };
 
-// The program brindlehum-inserts, which stands beside this one.
+// The program brindlehum-inserts, which stands beside this one or, when both are installed, in the folder of helpers.
 std::unique_ptr<InsertHelper> startInsertHelper();
 
 }  // namespace brindlehum
