@@ -81,6 +81,10 @@ AppWindows::~AppWindows() {
 EditorWindow& AppWindows::editor() {
     if (!editor_) {
         editor_ = std::make_unique<EditorWindow>(model_.editor(), model_.settings(), model_.session().fileManager());
+        editor_->openGenerationSettings = [this] {
+            open("settings");
+            settings_->showGeneration();
+        };
     }
     return *editor_;
 }
@@ -98,7 +102,8 @@ void AppWindows::open(const std::string& id) {
     if (!settings_) {
         settings_ = std::make_unique<SettingsWindow>(
             model_.settings(), model_.library().roots(), model_.library().search(), model_.engine().devices(),
-            model_.speakerTest(), model_.session(), model_.loop(), [this] { model_.addLibraryFolder(); });
+            model_.speakerTest(), model_.session(), model_.loop(), [this] { model_.addLibraryFolder(); },
+            model_.editor().generationKey());
     }
     bringUp(*settings_);
 }

@@ -7,9 +7,14 @@
 
 #include "platform/background.h"
 
+class QTabWidget;
+
 namespace brindlehum {
 
 class AudioDevices;
+class FormScroll;
+class GenerationKey;
+class GenerationSettings;
 class LibraryRoots;
 class LibrarySearch;
 class Session;
@@ -21,12 +26,18 @@ class SettingsWindow : public QWidget {
 public:
     // `addFolder` lets the user choose folders for the library and adds them.
     SettingsWindow(SettingsStore& settings, LibraryRoots& roots, LibrarySearch& search, const AudioDevices& devices,
-                   SpeakerTest& test, Session& session, MainLoop& loop, std::function<void()> addFolder);
+                   SpeakerTest& test, Session& session, MainLoop& loop, std::function<void()> addFolder,
+                   GenerationKey& generationKey);
+    // Goes to the generation service's address.
+    void showGeneration();
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
+    QTabWidget* tabs_;
+    FormScroll* audition_;
+    GenerationSettings* generation_;
     Background looks_;  // at the disk; ends before the pages, which lose their lines with it
 };
 
