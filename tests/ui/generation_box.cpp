@@ -56,6 +56,7 @@ TEST_F(GenerationBoxTest, SendsNothingBeforeItIsSetUpAndAllowed) {
     EXPECT_FALSE(button("AI Ending").isEnabled());
     setAddress("https://music.example/v1");
     EXPECT_FALSE(button("Set Up…").isVisible());
+    EXPECT_TRUE(shows("Asks music.example"));
     EXPECT_THAT(button("AI Ending").toolTip().toStdString(),
                 testing::MatchesRegex("Sends 40.0 s of the sound, the tempo \\(120.00 BPM\\), the key \\(.*\\) and the "
                                       "name “Rain” to music.example"));

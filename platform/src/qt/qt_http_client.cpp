@@ -129,9 +129,18 @@ private:
 
     void end() {
         if (!read()) { return; }
-        if (isFailure(reply_->error()) || status() == 0) { return finish({reply_->errorString().toStdString()}); }
+        if (isFailure(reply_->error()) || status() == 0) { return finish({failure()}); }
         if (goesOn()) { return follow(reply_->rawHeader("Location").toStdString()); }
         finish({{}, status(), std::move(body_)});
+    }
+
+    // Qt has no words for a body that it couldn't send again.
+    std::string failure() const {
+        const auto error = reply_->error();
+        const bool isUnknown = error == QNetworkReply::ContentReSendError ||
+                               error == QNetworkReply::UnknownContentError ||
+                               error == QNetworkReply::UnknownNetworkError || error == QNetworkReply::NoError;
+        return isUnknown ? "The connection broke off" : reply_->errorString().toStdString();
     }
 
     void follow(const std::string& location) {

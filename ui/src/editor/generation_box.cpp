@@ -109,14 +109,17 @@ void GenerationBox::generate(GenerationKind kind) {
 }
 
 void GenerationBox::refresh() {
-    const bool isOn = generator_.service().has_value();
-    setUp_->setVisible(!isOn);
+    const auto service = generator_.service();
+    setUp_->setVisible(!service);
     const bool isRunning = generator_.running().has_value();
     progress_->setVisible(isRunning);
     cancel_->setVisible(isRunning);
     reveal_->setVisible(!isRunning && !generator_.results().empty());
-    status_->setVisible(generator_.status().has_value());
-    status_->setText(QString::fromStdString(generator_.status().value_or("")));
+    // Before the first job it names who would be asked; the buttons then stay in their place.
+    const std::string idle = service ? "Asks " + service->host : "";
+    const std::string status = generator_.status().value_or(idle);
+    status_->setVisible(!status.empty());
+    status_->setText(QString::fromStdString(status));
     const char* role = generator_.isProblem() ? "warning" : "secondary";
     if (status_->property("role") != role) {
         status_->setProperty("role", role);
