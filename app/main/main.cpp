@@ -65,8 +65,10 @@ void describeControlPort(const ControlServer& control) {
     constexpr double exportPatience = 3;  // for what is stopped to be taken back
     model.player().dragOut().progress().cancel();
     model.links().cancel();
+    model.editor().generator().cancel();
     defaults.flush(settingsPatience);
     model.tempEdits().finish(editsPatience);
+    model.editor().generator().finish(editsPatience);
     model.player().dragOut().queue().drainFor(exportPatience);
     model.library().edits().finish(savingPatience);
     model.editor().document().finish(editsPatience);

@@ -10,6 +10,7 @@
 #include "base/path.h"
 #include "base/text.h"
 #include "base/time_text.h"
+#include "channel_mask.h"
 #include "edits/temp_edit_renderer.h"
 #include "edits_record.h"
 #include "length_fit.h"
@@ -20,16 +21,11 @@ namespace {
 constexpr int64_t blockFrames = 65536;
 constexpr double seamless = 0.999;  // a quality of at least this needs no remark
 
-uint32_t maskFor(size_t channels) {
-    if (channels == 1) { return 4; }  // front centre
-    return channels == 2 ? 3 : 0;
-}
-
 // Returns false when a stop was requested before the end.
 bool writeWave(FileReplacement& file, const Job& job, const EditPlan& plan,
                const std::vector<std::vector<float>>& audio, const std::stop_token& stop) {
     const std::string description = std::string(editMark) + std::string(job.base) + " " + plan.name + ". " + plan.map;
-    WavFileWriter writer(file.sink(), job.sampleRate, int(audio.size()), maskFor(audio.size()),
+    WavFileWriter writer(file.sink(), job.sampleRate, int(audio.size()), channelMask(audio.size()),
                          repairUtf8(description));
     std::vector<const float*> planes(audio.size());
     const auto frames = int64_t(audio.empty() ? 0 : audio[0].size());

@@ -2,8 +2,10 @@
 #include "settings/app_settings.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <nlohmann/json.hpp>
+#include <utility>
 
 #include "base/error.h"
 #include "base/home_folder.h"
@@ -15,6 +17,11 @@ namespace {
 
 using nlohmann::json;
 using nlohmann::ordered_json;
+
+constexpr std::array generationTexts = {std::pair("generationAddress", &AppSettings::generationAddress),
+                                        std::pair("generationHeader", &AppSettings::generationHeader),
+                                        std::pair("generationAgreed", &AppSettings::generationAgreed),
+                                        std::pair("generationKeyed", &AppSettings::generationKeyed)};
 
 // Leaves `field` as it is when the key is absent or doesn't hold a T.
 template <typename T>
@@ -92,6 +99,8 @@ std::optional<AppSettings> AppSettings::decode(const std::string& text) {
     read(record, "tempEditsBesideSource", settings.tempEditsBesideSource);
     read(record, "expertMode", settings.expertMode);
     read(record, "mediaShowsTitle", settings.mediaShowsTitle);
+    for (const auto& [key, field] : generationTexts) { read(record, key, settings.*field); }
+    read(record, "generationSendsName", settings.generationSendsName);
     read(record, "upmix", settings.upmix);
     if (const auto own = record.find("upmixPresets"); own != record.end()) {
         settings.upmixPresets = ownUpmixPresetsFrom(*own);
@@ -116,6 +125,8 @@ std::string AppSettings::encode() const {
     record["tempEditsBesideSource"] = tempEditsBesideSource;
     record["expertMode"] = expertMode;
     record["mediaShowsTitle"] = mediaShowsTitle;
+    for (const auto& [key, field] : generationTexts) { record[key] = this->*field; }
+    record["generationSendsName"] = generationSendsName;
     record["upmix"] = json(upmix);
     record["upmixPresets"] = json(upmixPresets);
     requireFinite(record);

@@ -8,6 +8,7 @@
 #include <thread>
 
 #include "base/error.h"
+#include "dsp/resampler.h"
 #include "editor/document/clipboard.h"
 #include "support/audio_files.h"
 #include "support/full_disk.h"
@@ -242,6 +243,27 @@ TEST_F(EditorTest, LongWorkIsDroppedWhenTheSoundMovesOn) {
     document().run(Macro::seamlessLoop);
     EXPECT_EQ(document().total(), 9000);
     EXPECT_TRUE(transport().loops());
+}
+
+TEST_F(EditorTest, HearsAFileBesideTheDocumentOfAnyFormAtTheRightSpeed) {
+    open(file("Rain.wav", exact(2, 60000)));
+    for (const auto& [channels, rate] : {std::pair(1, 48000), {2, 48000}, {6, 48000}, {2, 24000}}) {
+        const Channels samples = exact(channels, 20000);
+        const fs::path take = file("Take " + std::to_string(channels * rate) + ".wav", samples, rate);
+        transport().audition(take);
+        settle();
+        settle();
+        ASSERT_EQ(transport().auditioned(), take.filename().string());
+        const Channels out = heard(8);
+        for (size_t c = 0; c < 2; ++c) {
+            const auto& source = samples[channels == 1 ? 0 : c];
+            const auto whole = rate == 48000 ? source : Resampler::convert(source, rate, 48000);
+            const std::vector<float> expected(whole.begin() + block, whole.begin() + 9 * block);
+            EXPECT_EQ(out[c], expected) << channels << " at " << rate;
+        }
+        transport().stop();
+        EXPECT_FALSE(transport().auditioned());
+    }
 }
 
 TEST_F(EditorTest, PlaysTheDocumentExactlyWithSoloMuteAndLoop) {

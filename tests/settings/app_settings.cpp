@@ -126,9 +126,11 @@ TEST(AppSettings, WrittenRecordReadsBackEqual) {
     settings.upmix.own = "Bett & Bühne";
     settings.upmixPresets = {{"Bett & Bühne", UpmixPreset::game, settings.upmix.params}};
     settings.pullsAsFloat = true;
-    settings.mediaShowsTitle = false;
+    settings.mediaShowsTitle = settings.generationSendsName = false;
+    settings.generationAddress = "https://a.example", settings.generationHeader = "X-Key";
+    settings.generationAgreed = settings.generationKeyed = "https://a.example:443";
     const ordered_json written = ordered_json::parse(settings.encode());
-    EXPECT_EQ(written.size(), 16U);
+    EXPECT_EQ(written.size(), 21U);
     EXPECT_EQ(written["activeProfileID"], someID);
     EXPECT_FALSE(written["profiles"][0].contains("deviceUID"));
     EXPECT_EQ(AppSettings::decode(settings.encode()), settings);

@@ -63,9 +63,9 @@ struct Windows : test::WindowTest {
         return nullptr;
     }
     std::unique_ptr<SettingsWindow> makeSettings() {
-        return std::make_unique<SettingsWindow>(model.settings(), model.library().roots(), model.library().search(),
-                                                model.engine().devices(), model.speakerTest(), model.session(), loop,
-                                                [this] { ++asked; });
+        return std::make_unique<SettingsWindow>(
+            model.settings(), model.library().roots(), model.library().search(), model.engine().devices(),
+            model.speakerTest(), model.session(), loop, [this] { ++asked; }, model.editor().generationKey());
     }
     int asked = 0;  // for a folder to add
 };

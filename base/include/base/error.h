@@ -25,6 +25,11 @@ enum class ErrorKind {
     fileInUse = 73,  // by another program, which writes to it, has locked it, or has just changed it
     catalogUnopenable = 80,
     catalog = 81,
+    generationService = 91,
+    clipFormat = 92,
+    noGenerationTask = 93,
+    generationFailed = 94,
+    generationTimeout = 95,
 };
 
 // Thrown at the edges (files, devices), never inside a render.

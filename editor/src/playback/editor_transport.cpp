@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "editor/playback/file_sound.h"
 #include "edits/temp_edit_renderer.h"
 #include "mix/config/speaker_map.h"
 #include "mix/player/prefilled_stream.h"
@@ -227,6 +228,22 @@ void EditorTransport::audition(const EditPlan& plan) {
         starts_, work,
         [this, name = plan.name, loops = plan.kind == EditPlan::Kind::loop](Sound rendered) {
             audition(std::move(rendered), loops);
+            auditioned_ = name;
+            Q_EMIT changed();
+        },
+        [this](const std::exception& error) { message_.fail(error.what()); });
+}
+
+void EditorTransport::audition(const std::filesystem::path& file) {
+    if (!document_.doc()) { return; }
+    const auto work = [file, rate = document_.doc()->sampleRate,
+                       channels = document_.sound().channels()](const Background::Task& task) {
+        return fileSound(file, rate, channels, [&task] { return task.isStopped(); });
+    };
+    queue_.run(
+        starts_, work,
+        [this, name = file.filename().string()](Sound sound) {
+            audition(std::move(sound));
             auditioned_ = name;
             Q_EMIT changed();
         },

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/qt_child_processes.h"
+#include "platform/qt_http_client.h"
 #include "platform/session.h"
 
 namespace brindlehum {
@@ -10,6 +11,7 @@ class HeadlessSession : public Session {
 public:
     FileManager& fileManager() override { return fileManager_; }
     ChildProcesses* childProcesses() override { return &childProcesses_; }
+    HttpClient* http() override { return &http_; }
 
 private:
     class Nothing : public FileManager {
@@ -18,6 +20,7 @@ private:
     };
     Nothing fileManager_;
     QtChildProcesses childProcesses_;
+    QtHttpClient http_;
 };
 
 }  // namespace brindlehum

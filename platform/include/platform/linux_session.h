@@ -12,6 +12,8 @@
 #include "platform/linux_media_session.h"
 #include "platform/main_loop.h"
 #include "platform/qt_child_processes.h"
+#include "platform/qt_http_client.h"
+#include "platform/qt_secrets.h"
 #include "platform/session.h"
 
 namespace brindlehum {
@@ -35,6 +37,8 @@ public:
     FileManager& fileManager() override { return fileManager_; }
     bool blendsWindows() override { return isComposited_ && isComposited_(); }
     ChildProcesses* childProcesses() override { return &childProcesses_; }
+    HttpClient* http() override { return &http_; }
+    Secrets* secrets() override { return &secrets_; }
     MediaSession* mediaSession() override { return &mediaSession_; }
     bool hasKeyring() override;
     Applications* applications() override { return applications_.get(); }
@@ -50,6 +54,8 @@ private:
     std::function<bool()> isComposited_;  // none on Wayland
     LinuxFileManager fileManager_;
     QtChildProcesses childProcesses_;
+    QtHttpClient http_;
+    QtSecrets secrets_;
     LinuxMediaSession mediaSession_;
 };
 

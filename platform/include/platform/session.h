@@ -22,7 +22,7 @@ class KeyGrab;           // keys that reach us while another application has the
 class FilePreviewer;     // requests to preview a file
 class Clipboard;         // texts and files exchanged by copy and paste
 class ChildProcesses;    // programs run as children, with what they print
-class Http;              // requests to servers
+class HttpClient;        // requests to servers
 class Secrets;           // passwords in the user's keyring
 class MediaSession;      // what plays, for the desktop's media keys, and their wishes
 
@@ -41,7 +41,7 @@ public:
     virtual FilePreviewer* filePreviewer() { return nullptr; }
     virtual Clipboard* clipboard() { return nullptr; }
     virtual ChildProcesses* childProcesses() { return nullptr; }
-    virtual Http* http() { return nullptr; }
+    virtual HttpClient* http() { return nullptr; }
     virtual Secrets* secrets() { return nullptr; }
     virtual MediaSession* mediaSession() { return nullptr; }
 };

@@ -25,7 +25,14 @@ struct AppSettings {
     std::string ytDlpPath;
     bool tempEditsBesideSource = true;
     bool expertMode = false;
-    bool mediaShowsTitle = true;  // the desktop's media controls name what plays
+    bool mediaShowsTitle = true;                     // the desktop's media controls name what plays
+    std::string generationAddress;                   // of the generation service; empty: there is none
+    std::string generationHeader = "Authorization";  // that carries its key
+    bool generationSendsName = true;
+    // Origins (RFC 6454): of the service that the user has agreed to send to, and of the one whose key is in the
+    // keyring.
+    std::string generationAgreed;
+    std::string generationKeyed;
     UpmixSettings upmix;
     OwnUpmixPresets upmixPresets;
 

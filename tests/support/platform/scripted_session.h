@@ -3,7 +3,10 @@
 
 #include <filesystem>
 #include <functional>
+#include <map>
 #include <memory>
+#include <optional>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -11,8 +14,10 @@
 #include "platform/child_processes.h"
 #include "platform/file_manager_watch.h"
 #include "platform/file_previewer.h"
+#include "platform/http_client.h"
 #include "platform/key_grab.h"
 #include "platform/media_session.h"
+#include "platform/secrets.h"
 #include "platform/session.h"
 
 namespace brindlehum {
@@ -147,12 +152,47 @@ public:
     std::vector<Press> presses;
 };
 
+// Servers that never answer by themselves: the test does.
+class ScriptedHttp : public HttpClient {
+public:
+    std::unique_ptr<Exchange> send(HttpRequest request, std::function<void(HttpAnswer)> answered) override {
+        requests.push_back(std::move(request));
+        done = std::move(answered);
+        return std::make_unique<Exchange>();
+    }
+    std::vector<HttpRequest> requests;
+    std::function<void(HttpAnswer)> done;  // of the last one
+};
+
+// A keyring in memory, which answers at once. While it is locked, it refuses all.
+class ScriptedSecrets : public Secrets {
+public:
+    void read(const std::string& name, std::function<void(Reading)> done) override {
+        const auto found = kept.find(name);
+        done({locked || found == kept.end() ? std::nullopt : std::optional(found->second), problem()});
+    }
+    void write(const std::string& name, const std::string& secret,
+               std::function<void(const std::string&)> done) override {
+        if (!locked) { kept[name] = secret; }
+        done(problem());
+    }
+    void remove(const std::string& name, std::function<void(const std::string&)> done) override {
+        if (!locked) { kept.erase(name); }
+        done(problem());
+    }
+    std::string problem() const { return locked ? "It is locked" : ""; }
+    std::map<std::string, std::string> kept;
+    bool locked = false;
+};
+
 // Each part can be taken away, as on a desktop without it.
 class ScriptedSession : public Session {
 public:
     ScriptedFileManager& fileManager() override { return files; }
     ScriptedChildren* childProcesses() override { return &children; }
     ScriptedMedia* mediaSession() override { return &media; }
+    HttpClient* http() override { return &web; }
+    Secrets* secrets() override { return hasSecrets ? &keyring : nullptr; }
     FileManagerWatch* fileManagerWatch() override { return hasWatch ? &watch : nullptr; }
     KeyGrab* keyGrab() override { return hasGrab ? &grab : nullptr; }
     FilePreviewer* filePreviewer() override { return hasPreviewer ? &previewer : nullptr; }
@@ -161,6 +201,9 @@ public:
     ScriptedApplications apps;
     ScriptedChildren children;
     ScriptedMedia media;
+    ScriptedSecrets keyring;
+    ScriptedHttp web;
+    bool hasSecrets = true;
     ScriptedWatch watch;
     ScriptedGrab grab;
     ScriptedPreviewer previewer;

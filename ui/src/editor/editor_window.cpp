@@ -28,6 +28,7 @@
 #include "ui/editor/editor_menus.h"
 #include "ui/editor/editor_wave_view.h"
 #include "ui/editor/effects_list.h"
+#include "ui/editor/generation_box.h"
 #include "ui/editor/history_list.h"
 #include "ui/editor/lane_heads.h"
 #include "ui/editor/temp_edits_panel.h"
@@ -87,6 +88,7 @@ EditorWindow::EditorWindow(EditorModel& editor, SettingsStore& settings, FileMan
     setAcceptDrops(true);
     resize(fittingSize(*this, firstSize));
     askToLeave = [this](const QString& name) { return ask(this, name); };
+    askForConsent = [this](const GenerationQuestion& question) { return askConsent(this, question); };
     wave_ = new EditorWaveView(editor.document(), editor.music(), editor.transport(), editor.loop());
     actions_ = new EditorActions(editor, *wave_, *this);
     makeBody(settings, files);
@@ -151,8 +153,12 @@ QWidget* EditorWindow::makePanel(SettingsStore& settings, FileManager& files) {
     auto* panel = new QSplitter(Qt::Vertical);
     panel->setChildrenCollapsible(false);
     panel->setMinimumWidth(300);
-    panel->addWidget(new TempEditsPanel(editor_.music(), editor_.transport(), settings,
-                                        [&files](const std::filesystem::path& folder) { files.reveal({folder}); }));
+    const auto reveal = [&files](const std::filesystem::path& item) { files.reveal({item}); };
+    auto* generation =
+        new GenerationBox(editor_, settings,
+                          {[this] { openGenerationSettings ? openGenerationSettings() : void(); }, reveal,
+                           [this](const GenerationQuestion& question) { return askForConsent(question); }});
+    panel->addWidget(new TempEditsPanel(editor_.music(), editor_.transport(), settings, reveal, generation));
     auto* history = new QWidget;
     auto* column = new QVBoxLayout(history);
     column->setContentsMargins(12, 4, 12, 12);

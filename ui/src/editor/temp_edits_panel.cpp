@@ -64,7 +64,8 @@ void clear(QLayout& layout) {
 }  // namespace
 
 TempEditsPanel::TempEditsPanel(MusicModel& music, EditorTransport& transport, SettingsStore& settings,
-                               std::function<void(const std::filesystem::path&)> reveal, QWidget* parent)
+                               std::function<void(const std::filesystem::path&)> reveal, QWidget* generation,
+                               QWidget* parent)
     : QWidget(parent), music_(music), transport_(transport), settings_(settings), reveal_(std::move(reveal)) {
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(12, 8, 12, 12);
@@ -84,6 +85,7 @@ TempEditsPanel::TempEditsPanel(MusicModel& music, EditorTransport& transport, Se
     makeResults(*rows);
     column->addWidget(body_, 1);
     column->addStretch(0);
+    column->addWidget(generation);
     connect(&music, &MusicModel::changed, this, &TempEditsPanel::refresh);
     connect(&transport, &EditorTransport::changed, this, &TempEditsPanel::refreshCards);
     refresh();

@@ -5,8 +5,10 @@
 #include <QCheckBox>
 #include <QGroupBox>
 #include <QKeyEvent>
+#include <QLineEdit>
 #include <QShortcut>
 #include <QTabWidget>
+#include <QTimer>
 #include <QVBoxLayout>
 
 #include "platform/session.h"
@@ -15,6 +17,7 @@
 #include "ui/look/screen_fit.h"
 #include "ui/look/setting_action.h"
 #include "ui/settings/file_manager_settings.h"
+#include "ui/settings/generation_settings.h"
 #include "ui/settings/hrtf_settings.h"
 #include "ui/settings/library_settings.h"
 #include "ui/settings/link_settings.h"
@@ -34,7 +37,7 @@ QGroupBox* section(const QString& title, QWidget* content) {
     return box;
 }
 
-QWidget* makeAudition(SettingsStore& settings, Session& session, Background& looks) {
+QWidget* makeAudition(SettingsStore& settings, Session& session, Background& looks, QWidget* generation) {
     auto* page = new QWidget;
     auto* layout = new QVBoxLayout(page);
     layout->setContentsMargins(16, 8, 16, 16);
@@ -47,6 +50,7 @@ QWidget* makeAudition(SettingsStore& settings, Session& session, Background& loo
     layout->addWidget(section("Pulls (drag-to-DAW renders and downloaded links)",
                               new PullsSettings(settings, session.fileManager(), looks)));
     layout->addWidget(section("Open Copied Link", new LinkSettings(settings, looks)));
+    layout->addWidget(section("Generation Service (Build-a-Score in the editor)", generation));
     layout->addWidget(section("Media keys and lock screen",
                               makeSetting("Name the sound that plays", settings, &AppSettings::mediaShowsTitle)));
     layout->addWidget(section("Session", new SessionSettings));
@@ -58,7 +62,7 @@ QWidget* makeAudition(SettingsStore& settings, Session& session, Background& loo
 
 SettingsWindow::SettingsWindow(SettingsStore& settings, LibraryRoots& roots, LibrarySearch& search,
                                const AudioDevices& devices, SpeakerTest& test, Session& session, MainLoop& loop,
-                               std::function<void()> addFolder)
+                               std::function<void()> addFolder, GenerationKey& generationKey)
     : looks_(loop, "Brindlehum.settings") {
     setObjectName("window");
     setWindowTitle("Settings");
@@ -66,9 +70,11 @@ SettingsWindow::SettingsWindow(SettingsStore& settings, LibraryRoots& roots, Lib
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 8, 0, 0);
     auto* tabs = tabs_ = new QTabWidget;
+    generation_ = new GenerationSettings(settings, generationKey);
     tabs->setAccessibleName("Settings");
     tabs->addTab(new OutputsSettings(settings, devices, test), symbol("speakers"), "Outputs");
-    tabs->addTab(new FormScroll(makeAudition(settings, session, looks_)), symbol("file"), "Audition");
+    audition_ = new FormScroll(makeAudition(settings, session, looks_, generation_));
+    tabs->addTab(audition_, symbol("file"), "Audition");
     tabs->addTab(new LibrarySettings(settings, roots, search, std::move(addFolder)), symbol("library"), "Library");
     layout->addWidget(tabs);
     resize(fittingSize(*this, usualSize));
@@ -83,6 +89,13 @@ void SettingsWindow::showPage(const QWidget* page) {
     for (int i = 0; i < tabs_->count(); ++i) {
         if (tabs_->widget(i)->isAncestorOf(page) || tabs_->widget(i) == page) { tabs_->setCurrentIndex(i); }
     }
+}
+
+void SettingsWindow::showGeneration() {
+    tabs_->setCurrentWidget(audition_);
+    generation_->address().setFocus();
+    // Once the page has its size.
+    QTimer::singleShot(0, this, [this] { audition_->ensureWidgetVisible(generation_, 0, 24); });
 }
 
 // A shortcut would take the key from an open drop-down. Some platforms bring its keys here, too.

@@ -89,6 +89,10 @@ AppWindows::~AppWindows() {
 EditorWindow& AppWindows::editor() {
     if (!editor_) {
         editor_ = std::make_unique<EditorWindow>(model_.editor(), model_.settings(), model_.session().fileManager());
+        editor_->openGenerationSettings = [this] {
+            open("settings");
+            settings_->showGeneration();
+        };
     }
     return *editor_;
 }
@@ -115,8 +119,8 @@ void AppWindows::open(const std::string& id) {
     if (!settings_) {
         settings_ = std::make_unique<SettingsWindow>(
             model_.settings(), model_.library().roots(), model_.library().search(), model_.engine().devices(),
-            model_.speakerTest(), model_.session(), model_.loop(), [this] { model_.addLibraryFolder(); });
-        works_ = makeWorksPage(model_);
+            model_.speakerTest(), model_.session(), model_.loop(), [this] { model_.addLibraryFolder(); },
+            model_.editor().generationKey());
         settings_->addPage(new FormScroll(works_), symbol("check"), "What works here");
     }
     if (id == "works") { settings_->showPage(works_); }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QObject>
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <vector>
@@ -52,7 +53,10 @@ public:
     void auditionLoopPoint();
     // Hears any sound at the document's rate and channels.
     void audition(Sound sound, bool loop = false);
-    std::optional<std::string> auditioned() const { return auditioned_; }  // the name of the plan that is heard
+    // Hears a file beside the document, such as a take that was made for it.
+    void audition(const std::filesystem::path& file);
+    // The name of the plan that is heard, or the file's.
+    std::optional<std::string> auditioned() const { return auditioned_; }
 
     // The settings that a sound is played through may have changed.
     void profileChanged();

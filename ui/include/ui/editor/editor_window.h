@@ -5,6 +5,7 @@
 #include <functional>
 
 #include "editor/model/editor_model.h"
+#include "ui/editor/generation_question.h"
 
 class QLabel;
 class QProgressBar;
@@ -27,6 +28,10 @@ public:
     enum class Leave { save, discard, cancel };
     // The question before unsaved edits would go, which a test may answer.
     std::function<Leave(const QString& name)> askToLeave;
+    // Asks before a sound is first sent to a generation service; by default with a message box.
+    std::function<GenerationConsent(const GenerationQuestion&)> askForConsent;
+    // The windows set this: where that service is set up.
+    std::function<void()> openGenerationSettings;
     // Calls `proceed` at once if nothing is unsaved; else asks, and calls it after a save or for discarded edits.
     void leave(const std::function<void()>& proceed);
     // Opens another file, after that question.

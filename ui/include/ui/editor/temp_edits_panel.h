@@ -21,9 +21,10 @@ namespace brindlehum {
 class TempEditsPanel : public QWidget {
     Q_OBJECT
 public:
-    // `reveal` shows a folder in the file manager.
+    // `reveal` shows a folder in the file manager. `generation` is shown below the edits.
     TempEditsPanel(MusicModel& music, EditorTransport& transport, SettingsStore& settings,
-                   std::function<void(const std::filesystem::path&)> reveal, QWidget* parent = nullptr);
+                   std::function<void(const std::filesystem::path&)> reveal, QWidget* generation,
+                   QWidget* parent = nullptr);
 
 private:
     void makePins(QVBoxLayout& column);

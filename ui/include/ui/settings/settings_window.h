@@ -12,6 +12,9 @@ class QTabWidget;
 namespace brindlehum {
 
 class AudioDevices;
+class FormScroll;
+class GenerationKey;
+class GenerationSettings;
 class LibraryRoots;
 class LibrarySearch;
 class Session;
@@ -23,7 +26,10 @@ class SettingsWindow : public QWidget {
 public:
     // `addFolder` lets the user choose folders for the library and adds them.
     SettingsWindow(SettingsStore& settings, LibraryRoots& roots, LibrarySearch& search, const AudioDevices& devices,
-                   SpeakerTest& test, Session& session, MainLoop& loop, std::function<void()> addFolder);
+                   SpeakerTest& test, Session& session, MainLoop& loop, std::function<void()> addFolder,
+                   GenerationKey& generationKey);
+    // Goes to the generation service's address.
+    void showGeneration();
 
     // Behind the others; takes ownership.
     void addPage(QWidget* page, const QIcon& icon, const QString& title);
@@ -34,6 +40,8 @@ protected:
 
 private:
     QTabWidget* tabs_ = nullptr;
+    FormScroll* audition_;
+    GenerationSettings* generation_;
     Background looks_;  // at the disk; ends before the pages, which lose their lines with it
 };
 
