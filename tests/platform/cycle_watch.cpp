@@ -1,5 +1,5 @@
 // What counts as a cycle that we missed.
-#include "linux/cycle_watch.h"
+#include "linux/pipewire/cycle_watch.h"
 
 #include <gtest/gtest.h>
 

@@ -66,8 +66,8 @@ private:
     TimerHandle pending_;
     double lastEvent_ = -1;  // seconds, of the file manager
     bool isReading_ = false;
-    bool readAgain_ = false;  // something changed during the reading
-    uint64_t visit_ = 0;      // counts the times that the file manager has come to front or gone
+    bool readAgain_ = false;                      // something changed during the reading
+    uint64_t visit_ = 0;                          // counts the times that the file manager has come to front or gone
     std::vector<std::function<void()>> settled_;  // in the order in which they came
     TimerHandle settleLimit_;
 };

@@ -10,10 +10,10 @@
 #include <QUrl>
 #include <algorithm>
 
-#include "linux_file_manager_watch.h"
-#include "nautilus_previewer.h"
-#include "x11/x11_applications.h"
-#include "x11/x11_key_grab.h"
+#include "linux/file_manager/linux_file_manager_watch.h"
+#include "linux/file_manager/nautilus_previewer.h"
+#include "linux/x11/x11_applications.h"
+#include "linux/x11/x11_key_grab.h"
 
 namespace brindlehum {
 

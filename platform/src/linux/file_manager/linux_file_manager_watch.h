@@ -7,9 +7,9 @@
 #include <memory>
 
 #include "accessible_bus.h"
+#include "linux/x11/x11_windows.h"
 #include "platform/file_manager_watch.h"
 #include "selection_reader.h"
-#include "x11/x11_windows.h"
 
 namespace brindlehum {
 

@@ -19,7 +19,7 @@
 
 #include "base/error.h"
 #include "base/stored_path.h"
-#include "x11_display.h"
+#include "linux/x11/x11_display.h"
 
 namespace brindlehum {
 namespace {
