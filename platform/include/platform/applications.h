@@ -50,7 +50,8 @@ public:
     virtual std::vector<ApplicationWindow> windows() = 0;
     // Presses and releases a key in this window, or in the window of the same class that is active by then: returns at
     // once, presses in the order of the calls. Brings the window to the front if need be and gives the keyboard back
-    // to the window that had it. Never presses a key that another window would get; `done` says how it went.
+    // to the window that had it. Never presses a key that another window would get, nor those that
+    // wait behind one that failed; `done` says how it went.
     virtual void press(const ApplicationWindow& window, const Keystroke& stroke,
                        std::function<void(KeyOutcome)> done) = 0;
     // Before the process ends without destroying anything: gives the keyboard back, and presses nothing any more.

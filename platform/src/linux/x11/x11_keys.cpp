@@ -64,11 +64,14 @@ void X11Keys::run() {
         const bool follows = Clock::now() - lastJob_ < burst;
         const KeyOutcome outcome = deliver(job);
         lastJob_ = Clock::now();
+        std::deque<Job> failed;
         guard.lock();
+        if (outcome == KeyOutcome::notInFront || outcome == KeyOutcome::busy) { failed.swap(jobs_); }
         const bool isAlone = !follows && jobs_.empty();
         guard.unlock();
         if (isAlone) { giveBack(); }
         tell(std::move(job), outcome);
+        for (Job& waiting : failed) { tell(std::move(waiting), outcome); }
     }
     giveBack();
 }

@@ -22,7 +22,8 @@ public:
     X11Keys& operator=(const X11Keys&) = delete;
 
     bool isReady() const { return presser_->isReady(); }
-    // `done` is called on the main thread, unless this object has ended.
+    // `done` is called on the main thread, unless this object has ended. A key that fails takes those that wait behind
+    // it along: they would come late, or fight with the user for the focus.
     void press(X11Presser::Target target, const Keystroke& stroke, std::function<void(KeyOutcome)> done);
     // Waits at most for the key that is being pressed.
     void finish();
