@@ -258,6 +258,16 @@ TEST_F(GeneratorTest, EveryFailureEndsInOneLine) {
     EXPECT_LT(service_.flooded, 32 << 20);
 }
 
+TEST_F(GeneratorTest, ACertificateThatDoesntHoldEndsTheJob) {
+    HttpServer secure;
+    secure.answer = service_.answer;
+    secure.isSecure = true;
+    const std::string host = "127.0.0.1:" + std::to_string(secure.serverPort());
+    settings_.change([&](AppSettings& s) { s.generationAddress = "https://" + host + "/v1"; });
+    EXPECT_THAT(generate(Kind::intro), testing::StartsWith(host + ": SSL handshake failed"));
+    EXPECT_TRUE(secure.requests.empty());
+}
+
 TEST_F(GeneratorTest, ALostAnswerIsForgivenOnceWhileTheServiceWorks) {
     const std::string poll = "GET /v1/ai/generate?taskId=t%201";
     for (const bool hangs : {false, true}) {

@@ -8,7 +8,6 @@
 #include "edits/generated_takes.h"
 #include "edits/transition_trim.h"
 #include "support/audio_files.h"
-#include "support/full_disk.h"
 #include "support/refusal.h"
 
 namespace brindlehum {
@@ -45,10 +44,8 @@ TEST(GenerationProtocol, UnderstandsEveryAnswer) {
     for (const auto& [status, body, kind, text] : std::vector<Failure>{
              {401, R"({"error":"No such\u0007 key\n\u202e here"})", Kind::generationService, "No such key here"},
              {500, R"({"error":5})", Kind::generationService, "Generation service error"},
-             {502, "<html>", Kind::generationService, "Generation service error"},
              {302, "", Kind::generationService, "Generation service error"},
              {500, R"({"error":")" + std::string(301, 'x') + "\"}", Kind::generationService, std::string(300, 'x')},
-             {200, "", Kind::noGenerationTask, "The service didn't start a task"},
              {200, "<html>", Kind::noGenerationTask, "The service didn't start a task"},
              {200, R"({"taskId":7})", Kind::noGenerationTask, "The service didn't start a task"},
              {200, R"({"taskId":"a","x":)" + deep + "}", Kind::noGenerationTask, "The service didn't start a task"},
@@ -171,11 +168,6 @@ TEST_F(GeneratedTakesTest, LeaveNothingHalfWritten) {
         EXPECT_FALSE(fs::exists(folder / "Rain Edits"));
     }
     wav(100000);
-    {
-        const test::FullDisk full(50000);
-        EXPECT_THAT(test::refusalOf([&] { GeneratedTakes::write(take(GenerationKind::ending), done); }).text,
-                    HasSubstr("File too large"));
-    }
     std::stop_source stop;
     stop.request_stop();
     GeneratedTakes::write(take(GenerationKind::ending), done, stop.get_token());

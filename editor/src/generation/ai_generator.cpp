@@ -157,7 +157,7 @@ void AIGenerator::download() {
         watch();
     };
     watch();
-    exchange_ = http_->send(std::move(request), [this, host = address->host](HttpAnswer answer) {
+    exchange_ = http_->send(std::move(request), [this, host = address->host](const HttpAnswer& answer) {
         answered();
         if (!answer.failure.empty()) { return fail("A take of " + host + " can't be fetched: " + answer.failure); }
         if (answer.status != 200) {
