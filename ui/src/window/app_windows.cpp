@@ -121,6 +121,7 @@ void AppWindows::open(const std::string& id) {
             model_.settings(), model_.library().roots(), model_.library().search(), model_.engine().devices(),
             model_.speakerTest(), model_.session(), model_.loop(), [this] { model_.addLibraryFolder(); },
             model_.editor().generationKey());
+        works_ = makeWorksPage(model_);
         settings_->addPage(new FormScroll(works_), symbol("check"), "What works here");
     }
     if (id == "works") { settings_->showPage(works_); }
