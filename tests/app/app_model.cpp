@@ -216,7 +216,7 @@ TEST_F(App, TheFirstFileOrFolderOfAStartIsShownAndItsProblemsAreSaid) {
 
 // Each example of the manual's page works as it stands there.
 TEST_F(App, TheManualListsEveryCommandAndItsExamplesWork) {
-    const std::string page = test::readBytes(std::filesystem::path(BRINDLEHUM_MANUAL) / "12-control-port.md");
+    const std::string page = test::readBytes(std::filesystem::path(BRINDLEHUM_MANUAL) / "14-control-port.md");
     EXPECT_TRUE(page.ends_with(ControlCommands::reference())) << "the page should end with:\n"
                                                               << ControlCommands::reference();
     const std::regex example("`([a-z]+)(?:\\?([a-z]+)=([^`&]+)(?:&([a-z]+)=([^`]+))?)?` \\|");
