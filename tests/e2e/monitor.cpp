@@ -171,6 +171,47 @@ TEST_F(MonitorOnPipeWire, IsAsLateAsItSaysAndNoMoreThanABlock) {
     EXPECT_NEAR(monitor_.latency(), double(ear.late) / rate, 1e-9);
 }
 
+// A click in the bus, in step with what the room hears of it.
+TEST_F(MonitorOnPipeWire, AnUpmixIsAsLateAsItSays) {
+    struct Clicks : RenderTarget {
+        int32_t render(uint32_t frames, const DeviceBuffers& buffers) noexcept override {
+            for (int c = 0; c < buffers.channels; ++c) {
+                for (uint32_t i = 0; buffers.planes[c] && i < frames; ++i) {
+                    buffers.planes[c][i] = (played + i) % uint64_t(rate / 2) == 777 ? 0.5F : 0.0F;
+                }
+            }
+            played += frames;
+            return 0;
+        }
+        uint64_t played = 0;
+    };
+    listenTo(MonitorSource::stereo);
+    const double straight = monitor_.latency();
+    MonitorState state = monitor_.state();
+    state.upmix.enabled = true;
+    monitor_.setState(state);
+    app_.settings().change([](AppSettings& s) { s.profiles[room].layout = LayoutID::l714; });
+    ASSERT_TRUE(until([&] { return monitor_.running() && monitor_.latency() > straight; }));
+    const double late = (monitor_.latency() - straight) * rate;
+    Clicks clicks;
+    const auto playing = audio_->openOutput(busOutput(), false, clicks, [] {});
+    playing->start();
+    expectCleanOnce([&]() -> std::string {
+        SinkRecorder recorder("sink16", 16, 20, "brindlehum-bus");
+        listen(recorder, 3 * rate);
+        const Planes heard = recorder.stop();
+        std::vector<float> sum(heard[0].size());
+        for (size_t plane = 0; plane < 16; ++plane) {
+            for (size_t i = 0; i < sum.size(); ++i) { sum[i] += heard[plane][i]; }
+        }
+        const auto sent = std::max_element(heard[16].begin() + rate, heard[16].begin() + 3 * rate / 2);
+        const auto from = size_t(sent - heard[16].begin());
+        const auto came = std::max_element(sum.begin() + long(from), sum.begin() + long(from) + rate / 2 - 1000);
+        const auto frames = double(came - sum.begin() - long(from));
+        return *sent == 0.5F && frames == std::round(late) ? "" : std::to_string(frames) + " frames late";
+    });
+}
+
 // A block of ours that takes longer than the server waits is counted, and no other.
 TEST_F(MonitorOnPipeWire, CountsTheBlocksThatItMissesItself) {
     struct Slow : RenderTarget {
@@ -212,7 +253,8 @@ TEST_F(MonitorOnPipeWire, NoControlClicksAndTheStartRises) {
             app_.handle("monitor", {{"action", action}});
             listen(recorder, 6 * block);
         };
-        for (const char* action : {"dim", "dim", "fold", "fold", "fold", "fold", "fold", "down", "mute", "mute"}) {
+        for (const char* action : {"dim", "dim", "fold", "fold", "fold", "fold", "fold", "down", "mute", "mute",
+                                   "mono-sum", "mono-sum", "side", "side", "up"}) {
             change(action);
         }
         change("stop");
