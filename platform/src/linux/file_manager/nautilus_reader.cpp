@@ -145,7 +145,7 @@ private:
     }
 
     // The first name below each cell that isn't the cell's class.
-    void readNames(const std::vector<AccessibleRef>& refs, std::vector<QString> names, int depth,
+    void readNames(const std::vector<AccessibleRef>& refs, const std::vector<QString>& names, int depth,
                    const std::function<void(const std::vector<QString>&)>& done) {
         if (refs.empty() || depth == 0) { return done(names); }
         std::vector<AccessibleCall> calls;
@@ -172,7 +172,7 @@ private:
             deeper.push_back(answers[2 * i + 1].ref());
         }
         if (isComplete) { return done(names); }
-        readNames(deeper, std::move(names), depth - 1, done);
+        readNames(deeper, names, depth - 1, done);
     }
 
     void resolve(const FileManagerWindow& window, const QDBusPendingCall& asked, const std::vector<QString>& names,
