@@ -34,7 +34,7 @@ constexpr int dragHeight = 28;
 BrowserTable::BrowserTable(QWidget* parent) : QTreeView(parent) {
     setModel(&model_);
     setItemDelegate(new BrowserCell(this));
-    setAccessibleName("Sounds");
+    setAccessibleName(tr("Sounds"));
     setRootIsDecorated(false);
     setUniformRowHeights(true);  // keeps a folder of many thousand rows quick
     setAllColumnsShowFocus(true);
@@ -145,7 +145,7 @@ void BrowserTable::fillColumns(QMenu& menu) {
         connect(entry, &QAction::toggled, this, [this, column](bool shown) { showColumn(column, shown); });
     }
     menu.addSeparator();
-    menu.addAction("Reset Columns", this, &BrowserTable::resetColumns);
+    menu.addAction(tr("Reset Columns"), this, &BrowserTable::resetColumns);
 }
 
 void BrowserTable::headMenu(const QPoint& position) {
@@ -308,9 +308,10 @@ QPixmap dragPicture(const std::vector<BrowserEntry>& entries, const QString& for
     if (entries.empty()) { return {}; }
     const Theme& theme = Theme::current();
     const QFontMetrics metrics(font);
-    const QString what = entries.size() == 1 ? metrics.elidedText(pathText(entries.front().url.filename()),
-                                                                  Qt::ElideMiddle, dragTextWidth)
-                                             : QLocale().toString(static_cast<qulonglong>(entries.size())) + " items";
+    const QString what =
+        entries.size() == 1
+            ? metrics.elidedText(pathText(entries.front().url.filename()), Qt::ElideMiddle, dragTextWidth)
+            : BrowserTable::tr("%1 items").arg(QLocale().toString(static_cast<qulonglong>(entries.size())));
     const QString text = form.isEmpty() ? what : what + " · " + form;
     const QSize size(metrics.horizontalAdvance(text) + 24, dragHeight);
     QPixmap picture(size * dpr);
