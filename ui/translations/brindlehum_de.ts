@@ -3869,11 +3869,11 @@ keywords:metall  sucht in einem Feld: name, folder, keywords, description, categ
     </message>
     <message>
         <source>Stop (Ctrl+Return)</source>
-        <translation>Anhalten (Strg+Eingabe)</translation>
+        <translation>Anhalten (Strg+Return)</translation>
     </message>
     <message>
         <source>Play (Ctrl+Return)</source>
-        <translation>Abspielen (Strg+Eingabe)</translation>
+        <translation>Abspielen (Strg+Return)</translation>
     </message>
     <message>
         <source>Audition level %1 dB</source>

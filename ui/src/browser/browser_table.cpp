@@ -85,12 +85,18 @@ void BrowserTable::keepMinimum(int column, int width) {
 
 void BrowserTable::fitColumns() {
     const QScopedValueRollback fitting(fitting_, true);
-    const int format = fontMetrics().horizontalAdvance(usualFormat) + cellMargins;
+    BrowserColumns::Widths texts;
+    for (int column = 0; column < BrowserTableModel::ColumnCount; ++column) {
+        texts[size_t(column)] =
+            header()->fontMetrics().horizontalAdvance(BrowserTableModel::columnName(column)) + cellMargins;
+    }
+    int& format = texts[BrowserTableModel::Format];
+    format = std::max(format, fontMetrics().horizontalAdvance(usualFormat) + cellMargins);
     std::array<bool, BrowserTableModel::ColumnCount> hidden{};
     for (size_t column = 0; column < hidden.size(); ++column) {
         hidden[column] = header()->isSectionHidden(int(column));
     }
-    const auto widths = BrowserColumns::fit(viewport()->width(), format, hidden);
+    const auto widths = BrowserColumns::fit(viewport()->width(), texts, hidden);
     for (int column = 0; column < BrowserTableModel::ColumnCount; ++column) {
         header()->resizeSection(column, widths[size_t(column)]);
     }
