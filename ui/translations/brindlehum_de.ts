@@ -427,7 +427,7 @@ Spätere Schlüsse und Variationen senden jeweils bis zu %4 s des Tons, Intros n
     </message>
     <message>
         <source>Space, Ctrl+Return</source>
-        <translation>Leertaste, Strg+Eingabe</translation>
+        <translation>Leertaste, Strg+Return</translation>
     </message>
     <message>
         <source>Play or stop</source>

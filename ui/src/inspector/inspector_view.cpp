@@ -32,6 +32,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
+// Logical pixels.
+constexpr int marginLeft = 4;
+constexpr int marginRight = 8;
+
 std::vector<fs::path> urlsOf(const std::vector<BrowserEntry>& entries) {
     std::vector<fs::path> urls;
     for (const auto& entry : entries) { urls.push_back(entry.url); }
@@ -93,7 +97,7 @@ InspectorView::InspectorView(MetadataEdits& edits, SettingsStore& settings, QWid
     empty_->setTexts(tr("No selection"), tr("Select sounds to see and edit their metadata."), {});
     form_ = new QWidget;
     auto* column = new QVBoxLayout(form_);
-    column->setContentsMargins(4, 8, 8, 8);
+    column->setContentsMargins(marginLeft, 8, marginRight, 8);
     column->setSpacing(8);
     column->addWidget(headline_ = new ElidedLabel(Qt::ElideMiddle));
     headline_->setProperty("role", "headline");
@@ -278,6 +282,8 @@ void InspectorView::refreshState() {
     save_->setEnabled(edited);
     revert_->setEnabled(edited);
     rename_->setVisible(settings_.value().expertMode);
+    // In some languages the buttons need more than the usual width.
+    setMinimumWidth(std::max(minWidth, rename_->parentWidget()->minimumSizeHint().width() + marginLeft + marginRight));
     const bool failed = !problem_.isEmpty();
     pending_->setVisible(edited && (failed || urlsOf(selected_) != urls_));
     pendingText_->setText(failed ? problem_ : tr("These edits aren't saved yet."));
