@@ -54,6 +54,20 @@ function(brindlehum_library NAME)
   target_link_libraries(${NAME} PUBLIC ${ARG_USES} ${ARG_PUBLIC} PRIVATE ${ARG_PRIVATE} brindlehum_flags)
 endfunction()
 
+# brindlehum_translations(NAME): builds the catalogues NAME/translations/*.ts into the library as resources ":/translations".
+function(brindlehum_translations NAME)
+  file(GLOB CATALOGUES CONFIGURE_DEPENDS ${NAME}/translations/*.ts)
+  qt_add_translation(COMPILED ${CATALOGUES} OPTIONS -silent)
+  set(ENTRIES "")
+  foreach(FILE IN LISTS COMPILED)
+    get_filename_component(ALIAS ${FILE} NAME)
+    string(APPEND ENTRIES "<file alias=\"${ALIAS}\">${FILE}</file>")
+  endforeach()
+  file(CONFIGURE OUTPUT translations.qrc @ONLY
+       CONTENT "<RCC><qresource prefix=\"/translations\">@ENTRIES@</qresource></RCC>\n")
+  target_sources(${NAME} PRIVATE ${CMAKE_CURRENT_BINARY_DIR}/translations.qrc)
+endfunction()
+
 # brindlehum_program(FOLDER OUTPUT name USES folders...): the sources of FOLDER as a program.
 function(brindlehum_program FOLDER)
   cmake_parse_arguments(ARG "" "OUTPUT" "USES" ${ARGN})

@@ -1,5 +1,6 @@
 // brindlehum [FILE or FOLDER]...: the resident tool. As brindlehum-resident it opens no window.
 #include <QApplication>
+#include <QLocale>
 #include <QThread>
 #include <clocale>
 #include <cstdio>
@@ -14,6 +15,7 @@
 #include "platform/linux_session.h"
 #include "platform/qt_main_loop.h"
 #include "quit_on_signal.h"
+#include "ui/look/translations.h"
 #include "ui/window/app_windows.h"
 
 using namespace brindlehum;
@@ -104,6 +106,7 @@ int main(int argc, char** argv) {
     QApplication::setDesktopFileName(QStringLiteral("brindlehum"));
     QApplication::setQuitOnLastWindowClosed(false);
 
+    const Translations translations(QLocale::system().uiLanguages());
     InstanceLink link;
     if (request.files.empty() && !request.problems.empty()) {
         link.tell(request);  // its window shows the problems, too

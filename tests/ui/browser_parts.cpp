@@ -91,12 +91,16 @@ TEST(BrowserColumns, LibraryCategoryAndDescriptionGiveWayFirst) {
         {500, {254, 0, 0, 0, 76, 170}},        {396, {180, 0, 0, 0, 76, 140}},
         {300, {144, 0, 0, 0, 76, 80}},         {100, {120, 0, 0, 0, 76, 80}},
     };
+    BrowserColumns::Widths texts{};
+    texts[Model::Format] = 170;
     for (const auto& item : cases) {
-        const auto widths = BrowserColumns::fit(item.room, 170, hidden);
+        const auto widths = BrowserColumns::fit(item.room, texts, hidden);
         EXPECT_TRUE(std::equal(item.widths.begin(), item.widths.end(), widths.begin()))
             << item.room << ": " << testing::PrintToString(widths);
         EXPECT_EQ(widths[Model::Keywords], BrowserColumns::ideal[Model::Keywords]) << "as it will be when it is shown";
     }
+    texts[Model::Library] = 90;  // its head
+    EXPECT_EQ(BrowserColumns::fit(706, texts, hidden)[Model::Library], 90);
 }
 
 TEST(BrowserTableModel, FolderColumnBeginsAtTheLibraryFolder) {

@@ -52,21 +52,21 @@ QWidget* BrowserBar::makeFieldRow() {
     auto* row = new QHBoxLayout(bar);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(8);
-    row->addWidget(up_ = iconButton("up", "Enclosing folder", "Enclosing folder"));
+    row->addWidget(up_ = iconButton("up", tr("Enclosing folder"), tr("Enclosing folder")));
     connect(up_, &QToolButton::clicked, &listing_, &FolderListing::goUp);
     row->addWidget(field_ = new QLineEdit, 1);
     field_->setProperty("role", "search");
-    field_->setPlaceholderText("Search sounds, descriptions, keywords  (-word excludes)");
+    field_->setPlaceholderText(tr("Search sounds, descriptions, keywords  (-word excludes)"));
     field_->setToolTip(
-        "Each word is the beginning of a word, and all must match.\n"
-        "-word  excludes\n"
-        "wood OR metal  finds either\n"
-        "\"wet street\"  finds a phrase\n"
-        "keywords:metal  looks in one field: name, folder, keywords, description, category, …");
-    field_->setAccessibleName("Search");
+        tr("Each word is the beginning of a word, and all must match.\n"
+           "-word  excludes\n"
+           "wood OR metal  finds either\n"
+           "\"wet street\"  finds a phrase\n"
+           "keywords:metal  looks in one field: name, folder, keywords, description, category, …"));
+    field_->setAccessibleName(tr("Search"));
     field_->addAction(symbol("search", SymbolRole::secondary), QLineEdit::LeadingPosition);
     clearText_ = field_->addAction(symbol("clear-fill", SymbolRole::secondary), QLineEdit::TrailingPosition);
-    clearText_->setToolTip("Clear the search (Esc)");
+    clearText_->setToolTip(tr("Clear the search (Esc)"));
     connect(clearText_, &QAction::triggered, field_, &QLineEdit::clear);
     connect(field_, &QLineEdit::textChanged, this, [this](const QString& text) {
         clearText_->setVisible(!text.isEmpty());
@@ -74,7 +74,7 @@ QWidget* BrowserBar::makeFieldRow() {
     });
     clearText_->setVisible(false);
     field_->installEventFilter(this);
-    row->addWidget(inspector_ = iconButton("inspector", "Metadata inspector", "Metadata inspector"));
+    row->addWidget(inspector_ = iconButton("inspector", tr("Metadata inspector"), tr("Metadata inspector")));
     inspector_->setCheckable(true);
     return bar;
 }
@@ -89,12 +89,12 @@ QWidget* BrowserBar::makeFilterRow() {
     folder_->setProperty("role", "secondary");
     row->addWidget(count_ = new QLabel);
     count_->setProperty("role", "secondary");
-    row->addWidget(category_ = new FilterChip("Category"));
-    row->addWidget(libraryChip_ = new FilterChip("Library"));
+    row->addWidget(category_ = new FilterChip(tr("Clear category %1")));
+    row->addWidget(libraryChip_ = new FilterChip(tr("Clear library %1")));
     row->addStretch(1);
-    row->addWidget(clearAll_ = new QPushButton("Clear Search"));
+    row->addWidget(clearAll_ = new QPushButton(tr("Clear Search")));
     clearAll_->setProperty("role", "small");
-    clearAll_->setToolTip("Takes the words and every filter off");
+    clearAll_->setToolTip(tr("Takes the words and every filter off"));
     connect(category_, &FilterChip::cleared, this, [this] { search_.setCategory(std::nullopt); });
     connect(libraryChip_, &FilterChip::cleared, this, [this] { search_.setLibraryFilter(std::nullopt); });
     connect(clearAll_, &QPushButton::clicked, this, [this] {

@@ -27,10 +27,14 @@ void giveWay(Widths& widths, int room) {
 
 }  // namespace
 
-Widths fit(int room, int formatWidth, const std::array<bool, Model::ColumnCount>& hidden) {
+Widths fit(int room, const Widths& texts, const std::array<bool, Model::ColumnCount>& hidden) {
     Widths wide = ideal;
-    wide[Model::Format] = std::max(formatWidth, minimum[Model::Format]);
     Widths widths = minimum;
+    for (size_t column = 0; column < widths.size(); ++column) {
+        widths[column] = std::max(widths[column], texts[column]);
+        wide[column] = std::max(wide[column], texts[column]);
+    }
+    wide[Model::Format] = widths[Model::Format];
     for (const size_t column : {Model::Length, Model::Format}) { widths[column] = wide[column]; }
     for (size_t column = 0; column < widths.size(); ++column) {
         if (hidden[column]) { widths[column] = 0; }

@@ -34,7 +34,7 @@ constexpr int dragHeight = 28;
 BrowserTable::BrowserTable(QWidget* parent) : QTreeView(parent) {
     setModel(&model_);
     setItemDelegate(new BrowserCell(this));
-    setAccessibleName("Sounds");
+    setAccessibleName(tr("Sounds"));
     setRootIsDecorated(false);
     setUniformRowHeights(true);  // keeps a folder of many thousand rows quick
     setAllColumnsShowFocus(true);
@@ -85,12 +85,18 @@ void BrowserTable::keepMinimum(int column, int width) {
 
 void BrowserTable::fitColumns() {
     const QScopedValueRollback fitting(fitting_, true);
-    const int format = fontMetrics().horizontalAdvance(usualFormat) + cellMargins;
+    BrowserColumns::Widths texts;
+    for (int column = 0; column < BrowserTableModel::ColumnCount; ++column) {
+        texts[size_t(column)] =
+            header()->fontMetrics().horizontalAdvance(BrowserTableModel::columnName(column)) + cellMargins;
+    }
+    int& format = texts[BrowserTableModel::Format];
+    format = std::max(format, fontMetrics().horizontalAdvance(usualFormat) + cellMargins);
     std::array<bool, BrowserTableModel::ColumnCount> hidden{};
     for (size_t column = 0; column < hidden.size(); ++column) {
         hidden[column] = header()->isSectionHidden(int(column));
     }
-    const auto widths = BrowserColumns::fit(viewport()->width(), format, hidden);
+    const auto widths = BrowserColumns::fit(viewport()->width(), texts, hidden);
     for (int column = 0; column < BrowserTableModel::ColumnCount; ++column) {
         header()->resizeSection(column, widths[size_t(column)]);
     }
@@ -145,7 +151,7 @@ void BrowserTable::fillColumns(QMenu& menu) {
         connect(entry, &QAction::toggled, this, [this, column](bool shown) { showColumn(column, shown); });
     }
     menu.addSeparator();
-    menu.addAction("Reset Columns", this, &BrowserTable::resetColumns);
+    menu.addAction(tr("Reset Columns"), this, &BrowserTable::resetColumns);
 }
 
 void BrowserTable::headMenu(const QPoint& position) {
@@ -308,9 +314,10 @@ QPixmap dragPicture(const std::vector<BrowserEntry>& entries, const QString& for
     if (entries.empty()) { return {}; }
     const Theme& theme = Theme::current();
     const QFontMetrics metrics(font);
-    const QString what = entries.size() == 1 ? metrics.elidedText(pathText(entries.front().url.filename()),
-                                                                  Qt::ElideMiddle, dragTextWidth)
-                                             : QLocale().toString(static_cast<qulonglong>(entries.size())) + " items";
+    const QString what =
+        entries.size() == 1
+            ? metrics.elidedText(pathText(entries.front().url.filename()), Qt::ElideMiddle, dragTextWidth)
+            : BrowserTable::tr("%1 items").arg(QLocale().toString(static_cast<qulonglong>(entries.size())));
     const QString text = form.isEmpty() ? what : what + " · " + form;
     const QSize size(metrics.horizontalAdvance(text) + 24, dragHeight);
     QPixmap picture(size * dpr);

@@ -58,9 +58,11 @@ QString folderOf(const BrowserEntry& entry) {
 }  // namespace
 
 QString BrowserTableModel::columnName(int column) {
-    static const QStringList names = {"Name",   "Description", "Category", "Library", "Length",
-                                      "Format", "Keywords",    "Rating",   "Folder",  "Modified"};
-    return names.value(column);
+    static constexpr std::array<const char*, ColumnCount> names = {
+        QT_TR_NOOP("Name"),   QT_TR_NOOP("Description"), QT_TR_NOOP("Category"), QT_TR_NOOP("Library"),
+        QT_TR_NOOP("Length"), QT_TR_NOOP("Format"),      QT_TR_NOOP("Keywords"), QT_TR_NOOP("Rating"),
+        QT_TR_NOOP("Folder"), QT_TR_NOOP("Modified")};
+    return column >= 0 && column < ColumnCount ? tr(names[size_t(column)]) : QString();
 }
 
 const BrowserEntry& BrowserTableModel::entry(int row) const {
@@ -181,8 +183,8 @@ QVariant BrowserTableModel::data(const QModelIndex& index, int role) const {
             return QVariant::fromValue(Qt::Alignment(side | Qt::AlignVCenter));
         }
         case Qt::AccessibleTextRole:
-            if (index.column() == Name && item.isFolder) { return text(item, Name) + ", folder"; }
-            if (index.column() == Rating && ratingOf(item) > 0) { return QString("%1 of 5").arg(ratingOf(item)); }
+            if (index.column() == Name && item.isFolder) { return tr("%1, folder").arg(text(item, Name)); }
+            if (index.column() == Rating && ratingOf(item) > 0) { return tr("%1 of 5").arg(ratingOf(item)); }
             return text(item, index.column());
         default:
             return {};

@@ -17,7 +17,7 @@ constexpr int chipHeight = 24;
 
 }  // namespace
 
-FilterChip::FilterChip(const QString& kind, QWidget* parent) : QFrame(parent), kind_(kind) {
+FilterChip::FilterChip(const QString& clearText, QWidget* parent) : QFrame(parent), clearText_(clearText) {
     setProperty("role", "chip");
     setMaximumWidth(maxWidth);
     setFixedHeight(chipHeight);
@@ -36,7 +36,7 @@ FilterChip::FilterChip(const QString& kind, QWidget* parent) : QFrame(parent), k
 
 void FilterChip::setValue(const QString& value) {
     value_->setFullText(value);
-    const QString clear = QString("Clear %1 %2").arg(kind_.toLower(), value);
+    const QString clear = clearText_.arg(value);
     clear_->setAccessibleName(clear);
     clear_->setToolTip(plainToolTip(clear));
     setVisible(!value.isEmpty());

@@ -1,6 +1,7 @@
 // Paints bars, time and pins.
 #include "ui/editor/bar_ruler.h"
 
+#include <QCoreApplication>
 #include <QFontMetricsF>
 #include <algorithm>
 #include <cmath>
@@ -45,14 +46,14 @@ void paintLines(QPainter& painter, const QRectF& area, const Bars& bars, const s
     }
 }
 
-const char* flagText(PinKind kind) {
+QString flagText(PinKind kind) {
     switch (kind) {
         case PinKind::introEnd:
-            return "INTRO";
+            return QCoreApplication::translate("BarRuler", "INTRO");
         case PinKind::loopEnd:
-            return "LOOP";
+            return QCoreApplication::translate("BarRuler", "LOOP");
         default:
-            return "ENDING";
+            return QCoreApplication::translate("BarRuler", "ENDING");
     }
 }
 
@@ -117,7 +118,7 @@ void paintLoop(QPainter& painter, double from, double to) {
 void paintPin(QPainter& painter, PinKind kind, double x, double bottom, std::optional<double> next) {
     const QColor color = colorOf(kind);
     painter.setFont(sized(painter, flagPoints, true));
-    const QString text = QString::fromLatin1(flagText(kind));
+    const QString text = flagText(kind);
     QRectF flag(x, 3, QFontMetricsF(painter.font()).horizontalAdvance(text) + 10, 14);
     if (next && *next >= x && *next < flag.right()) { flag.moveRight(x); }
     painter.fillRect(QRectF(x - 0.5, 3, 1, bottom), color);
@@ -136,12 +137,12 @@ QString reasonOf(PinKind kind, const MusicModel& music) {
     const QString bar = QString::number(boundary + 1);
     const auto& structure = music.analysis()->structure;
     const bool isMoved = boundary != boundaryOf(structure.pins, kind);
-    if (isMoved) { return "Set by hand at bar " + bar; }
+    if (isMoved) { return QCoreApplication::translate("BarRuler", "Set by hand at bar %1").arg(bar); }
     switch (kind) {
         case PinKind::introEnd:
-            return "The body starts at bar " + bar;
+            return QCoreApplication::translate("BarRuler", "The body starts at bar %1").arg(bar);
         case PinKind::endingStart:
-            return "The ending starts at bar " + bar;
+            return QCoreApplication::translate("BarRuler", "The ending starts at bar %1").arg(bar);
         default:
             break;
     }
@@ -152,7 +153,7 @@ QString reasonOf(PinKind kind, const MusicModel& music) {
             reasons += (reasons.isEmpty() ? ": " : ", ") + QString::fromStdString(reason);
         }
     }
-    return "The loop ends before bar " + bar + reasons;
+    return QCoreApplication::translate("BarRuler", "The loop ends before bar %1").arg(bar) + reasons;
 }
 
 }  // namespace brindlehum::BarRuler

@@ -41,9 +41,9 @@ DocumentOut::DocumentOut(EditorModel& editor, QWidget& wave)
     : QObject(&wave), pulls_(editor.pulls()), drags_(pulls_), handle_(new DragHandle(&wave)) {
     handle_->setDrags(&drags_, true);
     handle_->picture = [&wave] { return wave.grab(); };
-    handle_->setToolTip(plainToolTip("Drag the selection into your DAW; without one, the whole document"));
+    handle_->setToolTip(plainToolTip(tr("Drag the selection into your DAW; without one, the whole document")));
     handle_->setAccessibleDescription(
-        "Drag the selection, or the whole document, into your DAW. Space or Enter copies it as a file instead.");
+        tr("Drag the selection, or the whole document, into your DAW. Space or Enter copies it as a file instead."));
     auto* copy = new ExportCopy(pulls_, this);
     connect(handle_, &QToolButton::clicked, copy, [copy] { copy->copy(true); });
     connect(&editor.document(), &DocumentModel::copied, this, &DocumentOut::offer);

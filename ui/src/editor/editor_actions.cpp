@@ -38,9 +38,9 @@ QAction* EditorActions::addSwitch(const QString& text, const QKeySequence& keys,
 
 EditorActions::EditorActions(EditorModel& editor, EditorWaveView& wave, QWidget& window)
     : QObject(&window), editor_(editor), window_(window) {
-    openFile = add("Open File…", QKeySequence("Ctrl+O"), [] {});
-    saveAs = add("Save As…", QKeySequence("Ctrl+S"), [] {});
-    closeDocument = add("Close Document", {}, [] {});
+    openFile = add(tr("Open File…"), QKeySequence("Ctrl+O"), [] {});
+    saveAs = add(tr("Save As…"), QKeySequence("Ctrl+S"), [] {});
+    closeDocument = add(tr("Close Document"), {}, [] {});
     makeEdits();
     makeViews(wave);
     makePlayback();
@@ -62,20 +62,20 @@ bool EditorActions::eventFilter(QObject* watched, QEvent* event) {
 
 void EditorActions::makeEdits() {
     DocumentModel& document = editor_.document();
-    undo = add("Undo", QKeySequence::Undo, [&] { document.undo(); });
-    redo = add("Redo", QKeySequence("Ctrl+Shift+Z"), [&] { document.redo(); });
-    cut = add("Cut", QKeySequence::Cut, [&] { document.cut(); });
-    copy = add("Copy", QKeySequence::Copy, [&] { document.copy(); });
-    paste = add("Paste", QKeySequence::Paste, [&] { document.paste(); });
-    remove = add("Delete", QKeySequence(Qt::Key_Delete), [&] { document.remove(); });
+    undo = add(tr("Undo"), QKeySequence::Undo, [&] { document.undo(); });
+    redo = add(tr("Redo"), QKeySequence("Ctrl+Shift+Z"), [&] { document.redo(); });
+    cut = add(tr("Cut"), QKeySequence::Cut, [&] { document.cut(); });
+    copy = add(tr("Copy"), QKeySequence::Copy, [&] { document.copy(); });
+    paste = add(tr("Paste"), QKeySequence::Paste, [&] { document.paste(); });
+    remove = add(tr("Delete"), QKeySequence(Qt::Key_Delete), [&] { document.remove(); });
     trim = add(
-        "Trim", QKeySequence("Ctrl+T"), [&] { document.trim(); }, "Keep only the selection");
+        tr("Trim"), QKeySequence("Ctrl+T"), [&] { document.trim(); }, tr("Keep only the selection"));
     silence = add(
-        "Silence", {}, [&] { document.silence(); }, "Silence the selection");
-    selectAll = add("Select All", QKeySequence::SelectAll, [&] {
+        tr("Silence"), {}, [&] { document.silence(); }, tr("Silence the selection"));
+    selectAll = add(tr("Select All"), QKeySequence::SelectAll, [&] {
         document.setSelection(FrameRange{0, document.total()});
     });
-    selectNone = add("Clear Selection", QKeySequence("Ctrl+D"), [&] { document.setSelection(std::nullopt); });
+    selectNone = add(tr("Clear Selection"), QKeySequence("Ctrl+D"), [&] { document.setSelection(std::nullopt); });
     for (const auto& effect : EditOps::effects()) {
         effects.push_back(add(
             effect.name, {}, [&document, id = std::string(effect.id)] { document.apply(id); }, effect.blurb));
@@ -87,14 +87,14 @@ void EditorActions::makeEdits() {
 }
 
 void EditorActions::makeViews(EditorWaveView& wave) {
-    zoomIn = add("Zoom In", QKeySequence("Ctrl++"), [&wave] { wave.zoom(zoomStep); });
-    zoomOut = add("Zoom Out", QKeySequence("Ctrl+-"), [&wave] { wave.zoom(1 / zoomStep); });
+    zoomIn = add(tr("Zoom In"), QKeySequence("Ctrl++"), [&wave] { wave.zoom(zoomStep); });
+    zoomOut = add(tr("Zoom Out"), QKeySequence("Ctrl+-"), [&wave] { wave.zoom(1 / zoomStep); });
     fit = add(
-        "Fit", QKeySequence("Ctrl+0"), [&wave] { wave.showAll(); }, "Show the whole document");
+        tr("Fit"), QKeySequence("Ctrl+0"), [&wave] { wave.showAll(); }, tr("Show the whole document"));
     zoomSelection = add(
-        "Sel", QKeySequence("Ctrl+Alt+0"), [&wave] { wave.showSelected(); }, "Show the selection");
+        tr("Sel"), QKeySequence("Ctrl+Alt+0"), [&wave] { wave.showSelected(); }, tr("Show the selection"));
     snap = addSwitch(
-        "Snap", {}, [this](bool on) { editor_.music().setSnap(on); }, "Snap selections to beats");
+        tr("Snap"), {}, [this](bool on) { editor_.music().setSnap(on); }, tr("Snap selections to beats"));
     const auto setStyle = [this, &wave] {
         linear->setEnabled(spectrum->isChecked());
         wave.setStyle(!spectrum->isChecked() ? EditorLanes::Style::waves
@@ -102,13 +102,13 @@ void EditorActions::makeViews(EditorWaveView& wave) {
                                              : EditorLanes::Style::logSpectrum);
     };
     spectrum = addSwitch(
-        "Spectrum", QKeySequence("Ctrl+G"), [setStyle](bool) { setStyle(); }, "Show the lanes as spectrograms");
+        tr("Spectrum"), QKeySequence("Ctrl+G"), [setStyle](bool) { setStyle(); }, tr("Show the lanes as spectrograms"));
     linear = addSwitch(
-        "Linear Frequencies", {}, [setStyle](bool) { setStyle(); },
-        "Space the spectrogram's frequencies evenly, not by octaves");
+        tr("Linear Frequencies"), {}, [setStyle](bool) { setStyle(); },
+        tr("Space the spectrogram's frequencies evenly, not by octaves"));
     linear->setEnabled(false);
     history = addSwitch(
-        "History", QKeySequence("Ctrl+H"), [](bool) {}, "List the steps of editing");
+        tr("History"), QKeySequence("Ctrl+H"), [](bool) {}, tr("List the steps of editing"));
     history->setChecked(true);
 }
 
@@ -116,25 +116,25 @@ void EditorActions::makePlayback() {
     DocumentModel& document = editor_.document();
     EditorTransport& transport = editor_.transport();
     play = add(
-        "Play / Stop", QKeySequence(Qt::Key_Space), [&] { transport.toggle(); },
-        "Play/Stop (Space). Plays from the cursor or the selection.");
-    play->setToolTip("Play/Stop (Space). Plays from the cursor or the selection.");
+        tr("Play / Stop"), QKeySequence(Qt::Key_Space), [&] { transport.toggle(); },
+        tr("Play/Stop (Space). Plays from the cursor or the selection."));
+    play->setToolTip(tr("Play/Stop (Space). Plays from the cursor or the selection."));
     loop = addSwitch(
-        "Loop", QKeySequence("Ctrl+L"), [&](bool on) { transport.setLoops(on); },
-        "Loop the selection, or the whole file");
+        tr("Loop"), QKeySequence("Ctrl+L"), [&](bool on) { transport.setLoops(on); },
+        tr("Loop the selection, or the whole file"));
     preRoll = addSwitch(
-        "Pre", {}, [&](bool on) { transport.setPreRoll(on); }, "2 s pre-roll");
+        tr("Pre"), {}, [&](bool on) { transport.setPreRoll(on); }, tr("2 s pre-roll"));
     loopSeam = add(
-        "Hear the Loop Seam", QKeySequence("Ctrl+Shift+L"), [&] { transport.auditionLoopPoint(); },
-        "Starts 2 bars before the loop end and wraps to the loop start until you stop");
-    toStart = add("Return to Zero", QKeySequence("Ctrl+Home"), [&] {
+        tr("Hear the Loop Seam"), QKeySequence("Ctrl+Shift+L"), [&] { transport.auditionLoopPoint(); },
+        tr("Starts 2 bars before the loop end and wraps to the loop start until you stop"));
+    toStart = add(tr("Return to Zero"), QKeySequence("Ctrl+Home"), [&] {
         transport.stop();
         document.setSelection(std::nullopt);
         document.setCursor(0);
     });
     click = addSwitch(
-        "Click", {}, [&](bool on) { transport.setClick(on); },
-        "Click on the grid while playing. If the click sits, the tempo is right.");
+        tr("Click"), {}, [&](bool on) { transport.setClick(on); },
+        tr("Click on the grid while playing. If the click sits, the tempo is right."));
 }
 
 // What is being loaded can only be looked at.
@@ -142,12 +142,12 @@ void EditorActions::refresh() {
     const DocumentModel& document = editor_.document();
     const bool isIdle = !document.loading();
     const bool hasDoc = isIdle && document.doc() && document.total() > 0;
-    const auto named = [&](QAction* action, const QString& verb, const std::string& step) {
-        action->setText(step.empty() ? verb : verb + " " + QString::fromStdString(step).replace('&', "&&"));
+    const auto named = [&](QAction* action, const QString& plain, const QString& ofStep, const std::string& step) {
+        action->setText(step.empty() ? plain : ofStep.arg(QString::fromStdString(step).replace('&', "&&")));
         action->setEnabled(isIdle && !step.empty());
     };
-    named(undo, "Undo", document.history().undoName());
-    named(redo, "Redo", document.history().redoName());
+    named(undo, tr("Undo"), tr("Undo %1"), document.history().undoName());
+    named(redo, tr("Redo"), tr("Redo %1"), document.history().redoName());
     const bool hasSelection = isIdle && document.selection().has_value();
     for (QAction* each : {cut, copy, remove, trim, silence, zoomSelection, selectNone}) {
         each->setEnabled(hasSelection);

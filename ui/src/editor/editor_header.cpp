@@ -33,26 +33,26 @@ EditorHeader::EditorHeader(DocumentModel& document, MusicModel& music, EditorTra
     row->addWidget(name_ = new ElidedLabel, 1);
     name_->setProperty("role", "title");
     row->addWidget(unsaved_ = quiet("warning"));
-    unsaved_->setText("Unsaved edits");
+    unsaved_->setText(tr("Unsaved edits"));
     row->addWidget(state_ = quiet("secondary"));
-    row->addWidget(tempo_ = new MenuButton("Tempo", "Tempo", [this](QMenu& menu) { fillTempo(menu); }));
+    row->addWidget(tempo_ = new MenuButton(tr("Tempo"), tr("Tempo"), [this](QMenu& menu) { fillTempo(menu); }));
     row->addWidget(twin_ = quiet("warning"));
     twin_->setText("⚠");
-    row->addWidget(meter_ = new MenuButton("Meter", "Beats a bar, and where a bar starts",
+    row->addWidget(meter_ = new MenuButton(tr("Meter"), tr("Beats a bar, and where a bar starts"),
                                            [this](QMenu& menu) { fillMeter(menu); }));
     row->addWidget(uncertain_ = quiet("warning"));
-    uncertain_->setText("Bar lines uncertain");
-    uncertain_->setToolTip("Turn on the click and listen. Right-click the waveform where a bar starts to say so.");
+    uncertain_->setText(tr("Bar lines uncertain"));
+    uncertain_->setToolTip(tr("Turn on the click and listen. Right-click the waveform where a bar starts to say so."));
     row->addWidget(click_ = new QToolButton);
-    click_->setText("Click");
+    click_->setText(tr("Click"));
     click_->setCheckable(true);
-    click_->setAccessibleName("Click");
-    click_->setToolTip("Click on the grid while playing. If the click sits, the tempo is right.");
+    click_->setAccessibleName(tr("Click"));
+    click_->setToolTip(tr("Click on the grid while playing. If the click sits, the tempo is right."));
     connect(click_, &QToolButton::clicked, this, [this](bool on) { transport_.setClick(on); });
     row->addWidget(key_ = quiet("secondary"));
     row->addWidget(loudness_ = quiet("secondary"));
     row->addWidget(expert_ = quiet("secondary"));
-    expert_->setText("Expert mode");
+    expert_->setText(tr("Expert mode"));
     connect(&document, &DocumentModel::changed, this, &EditorHeader::refresh);
     connect(&music, &MusicModel::changed, this, &EditorHeader::refresh);
     connect(&transport, &EditorTransport::changed, this, &EditorHeader::refresh);
@@ -82,8 +82,9 @@ void EditorHeader::refresh() {
     name_->setFullText(pathText(doc->url.filename()));
     unsaved_->setVisible(document_.isDirty());
     state_->setVisible(music_.isAnalyzing() || music_.hasNoPulse());
-    state_->setText(music_.isAnalyzing() ? "Finding the bars…" : "No steady pulse");
-    state_->setToolTip(music_.isAnalyzing() ? QString() : "Set the tempo by hand in the tempo menu, if there is one");
+    state_->setText(music_.isAnalyzing() ? tr("Finding the bars…") : tr("No steady pulse"));
+    state_->setToolTip(music_.isAnalyzing() ? QString()
+                                            : tr("Set the tempo by hand in the tempo menu, if there is one"));
     tempo_->setVisible(analysis.has_value() || music_.hasNoPulse());
     for (QWidget* each : {static_cast<QWidget*>(meter_), static_cast<QWidget*>(click_), static_cast<QWidget*>(key_),
                           static_cast<QWidget*>(loudness_)}) {
@@ -93,29 +94,29 @@ void EditorHeader::refresh() {
     uncertain_->setVisible(analysis && analysis->grid.barLinesUncertain() && !music_.givenBars().downbeat);
     expert_->setVisible(settings_.value().expertMode);
     click_->setChecked(transport_.click());
-    if (!analysis) { return tempo_->setChoice("Set Tempo"); }
+    if (!analysis) { return tempo_->setChoice(tr("Set Tempo")); }
     const MusicGrid& grid = analysis->grid;
     tempo_->setChoice(QString::asprintf("%.2f BPM", grid.bpm));
-    tempo_->setToolTip(grid.steady ? "Steady tempo: the grid is a straight line"
-                                   : "Tempo drifts: the grid follows tracked beats");
+    tempo_->setToolTip(grid.steady ? tr("Steady tempo: the grid is a straight line")
+                                   : tr("Tempo drifts: the grid follows tracked beats"));
     if (const auto twin = analysis->twin()) {
         twin_->setToolTip(
-            QString::asprintf("A twin tempo (%.1f BPM) scores nearly as well. Turn on the click and listen.", *twin));
+            tr("A twin tempo (%1 BPM) scores nearly as well. Turn on the click and listen.").arg(*twin, 0, 'f', 1));
     }
     meter_->setChoice(QString::number(grid.beatsPerBar) + "/4" + (grid.steady ? "" : " ~"));
-    key_->setText(QString::fromStdString(analysis->key.tonic + (analysis->key.mode == "minor" ? " minor" : " major")));
-    key_->setToolTip(
-        QString::asprintf("Key estimate (confidence %d%%)", int(std::lround(analysis->key.confidence * 100))));
+    key_->setText((analysis->key.mode == "minor" ? tr("%1 minor") : tr("%1 major"))
+                      .arg(QString::fromStdString(analysis->key.tonic)));
+    key_->setToolTip(tr("Key estimate (confidence %1%)").arg(std::lround(analysis->key.confidence * 100)));
     loudness_->setText(loudnessText());
     const auto& note = analysis->loudness.note;
-    loudness_->setToolTip(note ? plainToolTip(QString::fromStdString(*note)) : "BS.1770-4 integrated loudness");
+    loudness_->setToolTip(note ? plainToolTip(QString::fromStdString(*note)) : tr("BS.1770-4 integrated loudness"));
 }
 
 void EditorHeader::askTempo() {
     bool isGiven = false;
     const double now = music_.analysis() ? music_.analysis()->grid.bpm : 120;
-    const double bpm = QInputDialog::getDouble(this, "Set Tempo", "Beats a minute:", now, GivenBarsRange::slowestBpm,
-                                               GivenBarsRange::fastestBpm, 2, &isGiven);
+    const double bpm = QInputDialog::getDouble(this, tr("Set Tempo"), tr("Beats a minute:"), now,
+                                               GivenBarsRange::slowestBpm, GivenBarsRange::fastestBpm, 2, &isGiven);
     if (isGiven) { music_.setTempo(bpm); }
 }
 
@@ -124,30 +125,31 @@ void EditorHeader::fillTempo(QMenu& menu) {
         addChoice(menu, text, current, [this, bpm] { music_.setTempo(bpm); });
     };
     if (const auto& analysis = music_.analysis()) {
-        menu.addSection("Tempo");
+        menu.addSection(tr("Tempo"));
         for (const auto& candidate : analysis->tempo.candidates) {
-            offer(QString::asprintf("%.2f BPM  (score %.2f)", candidate.bpm, candidate.score), candidate.bpm,
+            offer(tr("%1 BPM  (score %2)").arg(candidate.bpm, 0, 'f', 2).arg(candidate.score, 0, 'f', 2), candidate.bpm,
                   std::abs(candidate.bpm - analysis->grid.bpm) < 0.005);
         }
-        menu.addSection("Relations");
+        menu.addSection(tr("Relations"));
         const double bpm = analysis->grid.bpm;
-        offer(QString::asprintf("Half time: %.2f", bpm / 2), bpm / 2);
-        offer(QString::asprintf("Double time: %.2f", bpm * 2), bpm * 2);
-        offer(QString::asprintf("Triplet (×2/3): %.2f", bpm * 2 / 3), bpm * 2 / 3);
-        offer(QString::asprintf("Dotted (×3/4): %.2f", bpm * 3 / 4), bpm * 3 / 4);
+        offer(tr("Half time: %1").arg(bpm / 2, 0, 'f', 2), bpm / 2);
+        offer(tr("Double time: %1").arg(bpm * 2, 0, 'f', 2), bpm * 2);
+        offer(tr("Triplet (×2/3): %1").arg(bpm * 2 / 3, 0, 'f', 2), bpm * 2 / 3);
+        offer(tr("Dotted (×3/4): %1").arg(bpm * 3 / 4, 0, 'f', 2), bpm * 3 / 4);
         menu.addSeparator();
     }
-    menu.addAction("Set Tempo…", this, &EditorHeader::askTempo);
-    menu.addAction("As Measured", this, [this] { music_.forgetGivenBars(); })->setEnabled(music_.givenBars().any());
+    menu.addAction(tr("Set Tempo…"), this, &EditorHeader::askTempo);
+    menu.addAction(tr("As Measured"), this, [this] { music_.forgetGivenBars(); })->setEnabled(music_.givenBars().any());
 }
 
 void EditorHeader::fillMeter(QMenu& menu) {
     const int now = music_.analysis() ? music_.analysis()->grid.beatsPerBar : 0;
-    for (const auto& [text, beats] : {std::pair("4/4", 4), std::pair("3/4", 3), std::pair("6/8 (2 beats)", 2)}) {
+    for (const auto& [text, beats] :
+         {std::pair(QString("4/4"), 4), std::pair(QString("3/4"), 3), std::pair(tr("6/8 (2 beats)"), 2)}) {
         addChoice(menu, text, beats == now, [this, beats = beats] { music_.setBeatsPerBar(beats); });
     }
     menu.addSeparator();
-    menu.addAction("A Bar Starts at the Cursor", this, [this] { music_.setDownbeat(document_.cursor()); });
+    menu.addAction(tr("A Bar Starts at the Cursor"), this, [this] { music_.setDownbeat(document_.cursor()); });
 }
 
 }  // namespace brindlehum

@@ -1,6 +1,7 @@
 // Puts the editor's actions into menus.
 #include "ui/editor/editor_menus.h"
 
+#include <QCoreApplication>
 #include <QMainWindow>
 #include <QMenu>
 #include <QMenuBar>
@@ -16,8 +17,9 @@ namespace {
 void fillJoins(QMenu& menu, DocumentModel& document) {
     menu.clear();
     for (const auto& [text, style] :
-         {std::pair("Exact", CutStyle::exact), std::pair("At Zero Crossings", CutStyle::zeroCrossing),
-          std::pair("Crossfade of 4 ms", CutStyle::crossfade)}) {
+         {std::pair(QCoreApplication::translate("EditorMenus", "Exact"), CutStyle::exact),
+          std::pair(QCoreApplication::translate("EditorMenus", "At Zero Crossings"), CutStyle::zeroCrossing),
+          std::pair(QCoreApplication::translate("EditorMenus", "Crossfade of 4 ms"), CutStyle::crossfade)}) {
         addChoice(menu, text, document.cutStyle() == style,
                   [&document, style = style] { document.setCutStyle(style); });
     }
@@ -26,37 +28,38 @@ void fillJoins(QMenu& menu, DocumentModel& document) {
 }  // namespace
 
 void fill(QMenuBar& bar, QMainWindow& window, EditorModel& editor, EditorActions& actions) {
-    auto* file = bar.addMenu("&File");
+    auto* file = bar.addMenu(QCoreApplication::translate("EditorMenus", "&File"));
     file->addActions({actions.openFile, actions.saveAs});
     file->addSeparator();
     file->addAction(actions.closeDocument);
-    QAction* close = file->addAction("Close Window", &window, &QWidget::close);
+    QAction* close =
+        file->addAction(QCoreApplication::translate("EditorMenus", "Close Window"), &window, &QWidget::close);
     close->setShortcut(QKeySequence("Ctrl+W"));
 
-    auto* edit = bar.addMenu("&Edit");
+    auto* edit = bar.addMenu(QCoreApplication::translate("EditorMenus", "&Edit"));
     edit->addActions({actions.undo, actions.redo});
     edit->addSeparator();
     edit->addActions({actions.cut, actions.copy, actions.paste, actions.remove, actions.trim, actions.silence});
     edit->addSeparator();
     edit->addActions({actions.selectAll, actions.selectNone});
-    auto* joins = edit->addMenu("Joins of Cuts");
+    auto* joins = edit->addMenu(QCoreApplication::translate("EditorMenus", "Joins of Cuts"));
     QObject::connect(joins, &QMenu::aboutToShow, &window,
                      [joins, &document = editor.document()] { fillJoins(*joins, document); });
 
-    auto* effects = bar.addMenu("E&ffects");
+    auto* effects = bar.addMenu(QCoreApplication::translate("EditorMenus", "E&ffects"));
     effects->setToolTipsVisible(true);
     for (QAction* each : actions.effects) { effects->addAction(each); }
     effects->addSeparator();
     for (QAction* each : actions.macros) { effects->addAction(each); }
 
-    auto* view = bar.addMenu("&View");
+    auto* view = bar.addMenu(QCoreApplication::translate("EditorMenus", "&View"));
     view->addActions({actions.zoomIn, actions.zoomOut, actions.fit, actions.zoomSelection});
     view->addSeparator();
     view->addActions({actions.spectrum, actions.linear});
     view->addSeparator();
     view->addActions({actions.snap, actions.history});
 
-    auto* playback = bar.addMenu("&Playback");
+    auto* playback = bar.addMenu(QCoreApplication::translate("EditorMenus", "&Playback"));
     playback->addActions(
         {actions.play, actions.toStart, actions.loop, actions.preRoll, actions.click, actions.loopSeam});
 }

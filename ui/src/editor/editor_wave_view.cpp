@@ -35,11 +35,11 @@ EditorWaveView::EditorWaveView(DocumentModel& document, MusicModel& music, Edito
     setAttribute(Qt::WA_OpaquePaintEvent);
     setMinimumSize(200, 120);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
-    setAccessibleDescription(
+    setAccessibleDescription(tr(
         "Click to set the cursor, drag to select, double-click to select a bar, drag a flag in the ruler to move a "
         "pin. Left and Right move the cursor, with Control by a bar, with Shift they extend the selection, Home and "
         "End jump. Plus and Minus zoom, 0 shows all, Z the selection, Page Up and Page Down scroll, Escape clears the "
-        "selection.");
+        "selection."));
     describe();
     connect(&document, &DocumentModel::changed, this, &EditorWaveView::refresh);
     connect(&music, &MusicModel::changed, this, [this] {
@@ -65,19 +65,20 @@ void EditorWaveView::refresh() {
 // Screen readers say where the cursor stands and what is selected.
 void EditorWaveView::describe() {
     const auto shown = onScreen();
-    if (!shown) { return setAccessibleName("Waveform of the document"); }
+    if (!shown) { return setAccessibleName(tr("Waveform of the document")); }
     const auto time = [&](int64_t frame) {
         return QString::fromStdString(timeText(double(frame) / std::max(shown->sampleRate, 1.0)));
     };
     if (const auto& loading = document_.loading()) {
-        return setAccessibleName("Waveform of " + pathText(loading->url.filename()) + ", loading");
+        return setAccessibleName(tr("Waveform of %1, loading").arg(pathText(loading->url.filename())));
     }
-    QString name =
-        "Waveform of " + pathText(document_.doc()->url.filename()) + ", cursor at " + time(document_.cursor());
+    const QString name = pathText(document_.doc()->url.filename());
+    const QString cursor = time(document_.cursor());
     if (const auto& selection = document_.selection()) {
-        name += ", selected " + time(selection->lower) + " to " + time(selection->upper);
+        return setAccessibleName(tr("Waveform of %1, cursor at %2, selected %3 to %4")
+                                     .arg(name, cursor, time(selection->lower), time(selection->upper)));
     }
-    setAccessibleName(name);
+    setAccessibleName(tr("Waveform of %1, cursor at %2").arg(name, cursor));
 }
 
 void EditorWaveView::movePlayhead(double frame) {
@@ -274,10 +275,10 @@ void EditorWaveView::contextMenuEvent(QContextMenuEvent* event) {
     if (!isEditable()) { return; }
     const int64_t frame = EditorGesture::frameAt(event->pos().x(), surface());
     QMenu menu;
-    menu.addAction("A Bar Starts Here", [this, frame] { music_.setDownbeat(frame); });
-    menu.addAction("Select This Bar", [this, frame] { music_.selectBar(frame); })
+    menu.addAction(tr("A Bar Starts Here"), [this, frame] { music_.setDownbeat(frame); });
+    menu.addAction(tr("Select This Bar"), [this, frame] { music_.selectBar(frame); })
         ->setEnabled(!music_.boundaries().empty());
-    menu.addAction("Play from Here", [this, frame] { transport_.play(frame); });
+    menu.addAction(tr("Play from Here"), [this, frame] { transport_.play(frame); });
     menu.exec(event->globalPos());
 }
 

@@ -2,6 +2,7 @@
 #include "ui/editor/editor_window.h"
 
 #include <QCloseEvent>
+#include <QCoreApplication>
 #include <QDragEnterEvent>
 #include <QFileDialog>
 #include <QHBoxLayout>
@@ -67,8 +68,8 @@ std::optional<std::filesystem::path> audioIn(const QMimeData& data) {
 EditorWindow::Leave ask(QWidget* parent, const QString& name) {
     QMessageBox box(parent);
     box.setIcon(QMessageBox::Warning);
-    box.setText("Save the edits of " + name + "?");
-    box.setInformativeText("They are lost if you don't save them.");
+    box.setText(QCoreApplication::translate("EditorWindow", "Save the edits of %1?").arg(name));
+    box.setInformativeText(QCoreApplication::translate("EditorWindow", "They are lost if you don't save them."));
     box.setStandardButtons(QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
     box.setDefaultButton(QMessageBox::Save);
     switch (box.exec()) {
@@ -137,8 +138,8 @@ void EditorWindow::makeBody(SettingsStore& settings, FileManager& files) {
     stack_ = new QStackedWidget;
     stack_->addWidget(empty_ = new EmptyState);
     stack_->addWidget(document);
-    empty_->setTexts("No document", "Drop a file here, or choose Open in Editor (Ctrl+E) from the browser.",
-                     "Open File…");
+    empty_->setTexts(tr("No document"), tr("Drop a file here, or choose Open in Editor (Ctrl+E) from the browser."),
+                     tr("Open File…"));
     connect(empty_, &EmptyState::actionAsked, this, &EditorWindow::chooseFile);
     auto* all = new QWidget;
     auto* whole = new QVBoxLayout(all);
@@ -163,7 +164,7 @@ QWidget* EditorWindow::makePanel(SettingsStore& settings, FileManager& files) {
     auto* column = new QVBoxLayout(history);
     column->setContentsMargins(12, 4, 12, 12);
     column->setSpacing(6);
-    auto* title = new QLabel("History");
+    auto* title = new QLabel(tr("History"));
     title->setProperty("role", "headline");
     column->addWidget(title);
     column->addWidget(new HistoryList(editor_.document()));
@@ -179,7 +180,7 @@ QWidget* EditorWindow::makeToolbar() {
     row->setContentsMargins(12, 2, 12, 6);
     row->setSpacing(2);
     for (const auto& [action, icon, name] :
-         {std::tuple(actions_->undo, "undo", "Undo"), std::tuple(actions_->redo, "redo", "Redo")}) {
+         {std::tuple(actions_->undo, "undo", tr("Undo")), std::tuple(actions_->redo, "redo", tr("Redo"))}) {
         action->setIcon(symbol(icon));
         QToolButton* button = buttonOf(action);
         button->setToolButtonStyle(Qt::ToolButtonIconOnly);
@@ -197,28 +198,29 @@ QWidget* EditorWindow::makeToolbar() {
         button->setText(text);
         button->setToolTip(tip);
         button->setFocusPolicy(Qt::TabFocus);
-        auto* list = new EffectsList(editor_, "Hear it first, or apply it at once", std::move(entries), this);
+        auto* list = new EffectsList(editor_, tr("Hear it first, or apply it at once"), std::move(entries), this);
         connect(button, &QToolButton::clicked, this, [list, button] { list->showUnder(*button); });
         row->addWidget(button);
         return button;
     };
-    effects_ = addList("Effects", "One click, applied to the selection or the whole file",
+    effects_ = addList(tr("Effects"), tr("One click, applied to the selection or the whole file"),
                        EffectsList::effects(editor_.document()));
-    macros_ = addList("Macros", "Longer changes, each one step of undo", EffectsList::macros(editor_.document()));
-    lanes_ = new MenuButton("Lanes", "Which lanes Effects touch", [this](QMenu& menu) {
+    macros_ =
+        addList(tr("Macros"), tr("Longer changes, each one step of undo"), EffectsList::macros(editor_.document()));
+    lanes_ = new MenuButton(tr("Lanes"), tr("Which lanes Effects touch"), [this](QMenu& menu) {
         DocumentModel& document = editor_.document();
         const auto& scope = document.scope();
-        addChoice(menu, "All lanes", !scope, [&document] { document.setScope(std::nullopt); });
+        addChoice(menu, tr("All lanes"), !scope, [&document] { document.setScope(std::nullopt); });
         for (int lane = 0; lane < document.sound().channels(); ++lane) {
             const bool isIn = scope && std::ranges::find(*scope, lane) != scope->end();
-            addChoice(menu, "Lane " + QString::number(lane + 1), isIn, [&document, lane, isIn] {
+            addChoice(menu, tr("Lane %1").arg(lane + 1), isIn, [&document, lane, isIn] {
                 auto chosen = document.scope().value_or(std::vector<int>{});
                 isIn ? void(std::erase(chosen, lane)) : chosen.push_back(lane);
                 document.setScope(chosen.empty() ? EditOps::Lanes() : EditOps::Lanes(chosen));
             });
         }
     });
-    lanes_->setText("Lanes");
+    lanes_->setText(tr("Lanes"));
     row->addWidget(lanes_);
     row->addStretch();
     row->addWidget(buttonOf(actions_->spectrum, "switch"));
@@ -271,16 +273,16 @@ QWidget* EditorWindow::makeStatus() {
     progress_->setFixedWidth(160);
     progress_->setTextVisible(false);
     row->addWidget(cancel_ = new QToolButton);
-    cancel_->setText("Cancel");
+    cancel_->setText(tr("Cancel"));
     connect(cancel_, &QToolButton::clicked, this, [this] { editor_.document().cancel(); });
     column->addLayout(row);
     recovery_ = new QFrame;
     recovery_->setProperty("role", "notice");
     auto* notice = new QHBoxLayout(recovery_);
-    notice->addWidget(new QLabel("Unsaved edits of an earlier session were kept."), 1);
-    auto* restore = new QPushButton("Bring Them Back");
+    notice->addWidget(new QLabel(tr("Unsaved edits of an earlier session were kept.")), 1);
+    auto* restore = new QPushButton(tr("Bring Them Back"));
     connect(restore, &QPushButton::clicked, this, [this] { leave([this] { editor_.document().recover(); }); });
-    auto* discard = new QPushButton("Discard");
+    auto* discard = new QPushButton(tr("Discard"));
     connect(discard, &QPushButton::clicked, this, [this] { editor_.document().discardAbandoned(); });
     notice->addWidget(restore);
     notice->addWidget(discard);
@@ -289,7 +291,7 @@ QWidget* EditorWindow::makeStatus() {
 }
 
 void EditorWindow::chooseFile() {
-    const QString path = QFileDialog::getOpenFileName(this, "Open in Editor");
+    const QString path = QFileDialog::getOpenFileName(this, tr("Open in Editor"));
     if (!path.isEmpty()) { open(pathOfText(path)); }
 }
 
@@ -315,7 +317,7 @@ void EditorWindow::saveAs(const std::function<void()>& done) {
     DocumentModel& document = editor_.document();
     if (!document.doc()) { return; }
     const QString path =
-        QFileDialog::getSaveFileName(this, "Save As", pathText(document.proposedName()), "WAVE audio (*.wav)");
+        QFileDialog::getSaveFileName(this, tr("Save As"), pathText(document.proposedName()), tr("WAVE audio (*.wav)"));
     if (!path.isEmpty()) { document.saveAs(pathOfText(path), done); }
 }
 
@@ -349,7 +351,7 @@ void EditorWindow::showPosition() {
     EditorTransport& transport = editor_.transport();
     const bool follows = transport.isPlaying() && transport.followsDocument();
     const int64_t frame = follows ? transport.playhead().wholeFrame() : editor_.document().cursor();
-    position_->setText("POS " + QString::fromStdString(timeText(double(frame) / doc->sampleRate)));
+    position_->setText(tr("POS %1").arg(QString::fromStdString(timeText(double(frame) / doc->sampleRate))));
 }
 
 void EditorWindow::refresh() {
@@ -361,19 +363,19 @@ void EditorWindow::refresh() {
         stack_->setCurrentIndex(page);
         if (page == 1) { wave_->setFocus(); }
     }
-    setWindowTitle(loading ? pathText(loading->url.filename()) + " – Editor"
-                   : doc   ? pathText(doc->url.filename()) + "[*] – Editor"
-                           : "Editor");
+    setWindowTitle(loading ? tr("%1 – Editor").arg(pathText(loading->url.filename()))
+                   : doc   ? tr("%1[*] – Editor").arg(pathText(doc->url.filename()))
+                           : tr("Editor"));
     setWindowModified(document.isDirty());
     const auto time = [&](int64_t frame) { return QString::fromStdString(timeText(double(frame) / doc->sampleRate)); };
     showPosition();
     if (doc) {
-        selected_->setText(document.selection() ? "SEL " + time(document.selection()->length()) : "SEL –");
-        length_->setText("LEN " + time(document.total()));
+        selected_->setText(document.selection() ? tr("SEL %1").arg(time(document.selection()->length())) : tr("SEL –"));
+        length_->setText(tr("LEN %1").arg(time(document.total())));
     }
     const bool playing = editor_.transport().isPlaying();
     play_->setIcon(symbol(playing ? "stop" : "play", SymbolRole::onAccent));
-    play_->setAccessibleName(playing ? "Stop" : "Play");
+    play_->setAccessibleName(playing ? tr("Stop") : tr("Play"));
     play_->setEnabled(actions_->play->isEnabled());
     const auto& busy = document.busy();
     const auto& message = editor_.message().text();

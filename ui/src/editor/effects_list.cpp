@@ -102,7 +102,7 @@ void EffectsList::refresh() {
         const bool isHeard = heard_ == i;
         const bool isMade = isHeard && editor_.document().isPreviewing();
         listen_[i]->setIcon(symbol(isMade ? "hourglass" : isHeard ? "stop" : "play"));
-        const QString text = (isHeard ? "Stop " : "Hear ") + entries_[i].name;
+        const QString text = (isHeard ? tr("Stop %1") : tr("Hear %1")).arg(entries_[i].name);
         listen_[i]->setAccessibleName(text);
         listen_[i]->setToolTip(text);
     }

@@ -32,11 +32,11 @@ GenerationBox::GenerationBox(EditorModel& editor, SettingsStore& settings, Asks 
     column->setContentsMargins(0, 4, 0, 0);
     column->setSpacing(6);
     auto* head = new QHBoxLayout;
-    auto* title = new QLabel("Build-a-Score");
+    auto* title = new QLabel(tr("Build-a-Score"));
     title->setProperty("role", "headline");
     head->addWidget(title, 1);
-    head->addWidget(setUp_ = smallButton("Set Up…"));
-    setUp_->setToolTip("Choose a generation service in the settings");
+    head->addWidget(setUp_ = smallButton(tr("Set Up…")));
+    setUp_->setToolTip(tr("Choose a generation service in the settings"));
     connect(setUp_, &QPushButton::clicked, this, [this] { asks_.openSettings(); });
     column->addLayout(head);
     auto* row = new QHBoxLayout;
@@ -66,9 +66,9 @@ void GenerationBox::makeStatus(QVBoxLayout& column) {
     row->addWidget(status_ = new QLabel, 1);
     status_->setTextFormat(Qt::PlainText);
     status_->setWordWrap(true);
-    row->addWidget(cancel_ = smallButton("Cancel"), 0, Qt::AlignTop);
+    row->addWidget(cancel_ = smallButton(tr("Cancel")), 0, Qt::AlignTop);
     connect(cancel_, &QPushButton::clicked, this, [this] { generator_.cancel(); });
-    row->addWidget(reveal_ = smallButton("Reveal"), 0, Qt::AlignTop);
+    row->addWidget(reveal_ = smallButton(tr("Reveal")), 0, Qt::AlignTop);
     connect(reveal_, &QPushButton::clicked, this, [this] { asks_.reveal(generator_.results().front()); });
     column.addLayout(row);
     auto* content = new QWidget;
@@ -80,7 +80,7 @@ void GenerationBox::makeStatus(QVBoxLayout& column) {
     list_->setFrameShape(QFrame::NoFrame);
     list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     list_->setWidget(content);
-    list_->setAccessibleName("Takes");
+    list_->setAccessibleName(tr("Takes"));
     column.addWidget(list_);
     column.addWidget(usage_ = new QLabel);
     usage_->setProperty("role", "caption");
@@ -116,10 +116,11 @@ void GenerationBox::refresh() {
     cancel_->setVisible(isRunning);
     reveal_->setVisible(!isRunning && !generator_.results().empty());
     // Before the first job it names who would be asked; the buttons then stay in their place.
-    const std::string idle = service ? "Asks " + service->host : "";
-    const std::string status = generator_.status().value_or(idle);
-    status_->setVisible(!status.empty());
-    status_->setText(QString::fromStdString(status));
+    const QString idle = service ? tr("Asks %1").arg(QString::fromStdString(service->host)) : QString();
+    const auto& told = generator_.status();
+    const QString status = told ? QString::fromStdString(*told) : idle;
+    status_->setVisible(!status.isEmpty());
+    status_->setText(status);
     const char* role = generator_.isProblem() ? "warning" : "secondary";
     if (status_->property("role") != role) {
         status_->setProperty("role", role);
@@ -137,10 +138,11 @@ void GenerationBox::refreshButtons() {
     const bool canAsk = service && piece && !generator_.running();
     for (const auto& [kind, button] : buttons_) {
         button->setEnabled(canAsk);
-        if (!service) { button->setToolTip("Needs a generation service: see Set Up"); }
+        if (!service) { button->setToolTip(tr("Needs a generation service: see Set Up")); }
         if (!service || !piece) { continue; }
         const std::string sent = sentText(*piece, kind, settings_.value().generationSendsName);
-        button->setToolTip(plainToolTip(QString::fromStdString("Sends " + sent + " to " + service->host)));
+        button->setToolTip(plainToolTip(
+            tr("Sends %1 to %2").arg(QString::fromStdString(sent), QString::fromStdString(service->host))));
     }
 }
 

@@ -2,6 +2,7 @@
 #include "ui/editor/generation_question.h"
 
 #include <QCheckBox>
+#include <QCoreApplication>
 #include <QMessageBox>
 #include <QPushButton>
 
@@ -15,8 +16,9 @@ GenerationQuestion generationQuestion(const QString& host, const GenerationSourc
     const QString sent = QString::fromStdString(sentText(source, kind, false));
     const QString longest = QString::number(int(AacClip::longest));
     return {
-        "Send to " + host + "?",
-        QString(
+        QCoreApplication::translate("GenerationQuestion", "Send to %1?").arg(host),
+        QCoreApplication::translate(
+            "GenerationQuestion",
             "For this %1, %2 go to the generation service at %3.\n\nLater endings and variations send up to %4 s of "
             "the sound each; intros send none. The takes are fetched from the addresses that the service gives. You "
             "won't be asked again for this service.")
@@ -32,10 +34,11 @@ GenerationConsent askConsent(QWidget* parent, const GenerationQuestion& question
     box.setInformativeText(question.details);
     constexpr int widest = 40;  // characters of the name
     const QString name = question.name.size() > widest ? question.name.left(widest - 1) + "…" : question.name;
-    auto* named = new QCheckBox(QString("Also send the file's name, “%1”").arg(QString(name).replace('&', "&&")));
+    auto* named = new QCheckBox(QCoreApplication::translate("GenerationQuestion", "Also send the file's name, “%1”")
+                                    .arg(QString(name).replace('&', "&&")));
     named->setChecked(question.sendsName);
     box.setCheckBox(named);
-    auto* send = box.addButton("Send", QMessageBox::AcceptRole);
+    auto* send = box.addButton(QCoreApplication::translate("GenerationQuestion", "Send"), QMessageBox::AcceptRole);
     box.addButton(QMessageBox::Cancel);
     box.setDefaultButton(send);
     box.exec();

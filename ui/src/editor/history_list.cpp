@@ -6,8 +6,8 @@
 namespace brindlehum {
 
 HistoryList::HistoryList(DocumentModel& document, QWidget* parent) : QListWidget(parent), document_(document) {
-    setAccessibleName("History");
-    setAccessibleDescription("The steps of editing, the oldest first. Choose one to go to the sound after it.");
+    setAccessibleName(tr("History"));
+    setAccessibleDescription(tr("The steps of editing, the oldest first. Choose one to go to the sound after it."));
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setTextElideMode(Qt::ElideRight);
     setMinimumHeight(60);
@@ -30,13 +30,15 @@ void HistoryList::refresh() {
     const QSignalBlocker quiet(this);
     if (names != shown_) {
         clear();
-        for (const auto& name : names) { addItem(name.empty() ? "Opened" : QString::fromStdString(name)); }
+        for (const auto& name : names) { addItem(name.empty() ? tr("Opened") : QString::fromStdString(name)); }
         shown_ = names;
     }
     for (int row = 0; row < count(); ++row) {
         const bool isUndone = row > int(history.position());
         item(row)->setData(Qt::ForegroundRole, isUndone ? QVariant(QBrush(Theme::current().disabled)) : QVariant());
-        item(row)->setToolTip(isUndone ? "Redo up to here" : row == int(history.position()) ? "" : "Undo back to here");
+        item(row)->setToolTip(isUndone                         ? tr("Redo up to here")
+                              : row == int(history.position()) ? ""
+                                                               : tr("Undo back to here"));
     }
     if (count() > 0 && currentRow() != int(history.position())) {
         setCurrentRow(int(history.position()));

@@ -39,20 +39,20 @@ void LaneHeads::rebuild() {
     for (int lane = 0; lane < lanes; ++lane) {
         const QString name = size_t(lane) < labels.size() && !labels[size_t(lane)].empty()
                                  ? QString::fromStdString(labels[size_t(lane)])
-                                 : "lane " + QString::number(lane + 1);
-        const auto make = [&](const QString& text, const QString& word, const char* role) {
+                                 : tr("lane %1").arg(lane + 1);
+        const auto make = [&](const QString& text, const QString& help, const char* role) {
             auto* button = new QToolButton(this);
             button->setText(text);
             button->setCheckable(true);
             button->setFixedSize(buttonWidth, buttonHeight);
             button->setProperty("role", role);
-            button->setAccessibleName(word + " " + name);
-            button->setToolTip(word + " " + name);
+            button->setAccessibleName(help);
+            button->setToolTip(help);
             button->setFocusPolicy(Qt::TabFocus);
             button->show();
             return button;
         };
-        const Head head{make("S", "Solo", "lane"), make("M", "Mute", "lane")};
+        const Head head{make("S", tr("Solo %1").arg(name), "lane"), make("M", tr("Mute %1").arg(name), "lane")};
         connect(head.solo, &QToolButton::clicked, this, [this, lane](bool on) { transport_.setSolo(lane, on); });
         connect(head.mute, &QToolButton::clicked, this, [this, lane](bool on) { transport_.setMute(lane, on); });
         heads_.push_back(head);

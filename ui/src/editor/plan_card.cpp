@@ -24,7 +24,7 @@ PlanCard::PlanCard(const EditPlan& plan, double seconds, bool isHeard, QWidget* 
     if (plan.spans.size() > 1) {
         auto* quality = new QLabel(QString::asprintf("%.0f%%", plan.quality * 100));
         quality->setProperty("role", "secondary");
-        quality->setToolTip("How closely the bars around each splice match");
+        quality->setToolTip(tr("How closely the bars around each splice match"));
         grid->addWidget(quality, 0, 2);
     }
     auto* map = new QLabel(QString::fromStdString(plan.map));
@@ -33,9 +33,9 @@ PlanCard::PlanCard(const EditPlan& plan, double seconds, bool isHeard, QWidget* 
     grid->addWidget(map, 1, 0, 1, 3);
     auto* play = new QToolButton;
     play->setIcon(symbol(isHeard ? "stop" : "play"));
-    play->setAccessibleName((isHeard ? "Stop " : "Audition ") + name->text());
+    play->setAccessibleName((isHeard ? tr("Stop %1") : tr("Audition %1")).arg(name->text()));
     play->setFocusPolicy(Qt::TabFocus);
-    play->setToolTip(isHeard ? "Stop" : "Audition this edit");
+    play->setToolTip(isHeard ? tr("Stop") : tr("Audition this edit"));
     connect(play, &QToolButton::clicked, this, [this] { onAudition(); });
     grid->addWidget(play, 0, 3, 2, 1, Qt::AlignVCenter);
     grid->setColumnStretch(0, 1);

@@ -40,10 +40,12 @@ TakeRow::TakeRow(std::filesystem::path file, bool isHeard, QWidget* parent) : QF
     label->setFullText(name.mid(name.lastIndexOf(" - ") + 3));  // the piece is on the screen already
     setToolTip(plainToolTip(pathText(file_.filename())));
     row->addWidget(label, 1);
-    auto* play = makeButton(isHeard ? "stop" : "play", (isHeard ? "Stop " : "Play ") + name, isHeard ? "Stop" : "Play");
+    auto* play = makeButton(isHeard ? "stop" : "play", (isHeard ? tr("Stop %1") : tr("Play %1")).arg(name),
+                            isHeard ? tr("Stop") : tr("Play"));
     connect(play, &QToolButton::clicked, this, [this] { onAudition(); });
     row->addWidget(play);
-    auto* copy = makeButton("drag", "Copy " + name, "Drag the take into your DAW. A click copies the file.");
+    auto* copy =
+        makeButton("drag", tr("Copy %1").arg(name), tr("Drag the take into your DAW. A click copies the file."));
     connect(copy, &QToolButton::clicked, this, [this] { FileDrag::copy({file_}); });
     row->addWidget(copy);
 }

@@ -2,6 +2,7 @@
 #include "ui/editor/temp_edits_panel.h"
 
 #include <QCheckBox>
+#include <QCoreApplication>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QProgressBar>
@@ -32,7 +33,7 @@ public:
     explicit RowButton(const QString& text) : text_(text) {
         setProperty("role", "row");
         setAccessibleName(text);
-        setToolTip(plainToolTip(text + ". End the loop here"));
+        setToolTip(plainToolTip(QCoreApplication::translate("TempEditsPanel", "%1. End the loop here").arg(text)));
         setFocusPolicy(Qt::TabFocus);
         setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     }
@@ -70,7 +71,7 @@ TempEditsPanel::TempEditsPanel(MusicModel& music, EditorTransport& transport, Se
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(12, 8, 12, 12);
     column->setSpacing(8);
-    auto* title = new QLabel("Temp Edits");
+    auto* title = new QLabel(tr("Temp Edits"));
     title->setProperty("role", "headline");
     column->addWidget(title);
     column->addWidget(state_ = new QLabel);
@@ -95,9 +96,9 @@ void TempEditsPanel::makePins(QVBoxLayout& column) {
     auto* row = new QHBoxLayout;
     row->addWidget(pins_ = new QLabel, 1);
     pins_->setWordWrap(true);
-    row->addWidget(reset_ = new QPushButton("Reset pins"));
+    row->addWidget(reset_ = new QPushButton(tr("Reset pins")));
     reset_->setProperty("role", "small");
-    reset_->setToolTip("Drag the flags in the ruler to move pins; they snap to bar lines");
+    reset_->setToolTip(tr("Drag the flags in the ruler to move pins; they snap to bar lines"));
     connect(reset_, &QPushButton::clicked, this, [this] { music_.resetPins(); });
     column.addLayout(row);
 }
@@ -123,28 +124,28 @@ void TempEditsPanel::makeOptions(QVBoxLayout& column) {
     }
     row->addStretch();
     column.addLayout(row);
-    extended_ = new QCheckBox(QString::fromStdString(TempEditPlanner::label(extendedLength)) + " extended");
+    extended_ = new QCheckBox(tr("%1 extended").arg(QString::fromStdString(TempEditPlanner::label(extendedLength))));
     connect(extended_, &QCheckBox::clicked, this, [this](bool on) {
         TempEditOptions options = music_.options();
         options.extended = on ? std::optional(extendedLength) : std::nullopt;
         music_.setOptions(options);
     });
     column.addWidget(extended_);
-    exact_ = new QCheckBox("Exact lengths (fade the tail at the target)");
+    exact_ = new QCheckBox(tr("Exact lengths (fade the tail at the target)"));
     connect(exact_, &QCheckBox::clicked, this, [this](bool on) {
         TempEditOptions options = music_.options();
         options.exactLength = on;
         music_.setOptions(options);
     });
     column.addWidget(exact_);
-    column.addWidget(makeSetting("Write edits beside the source", settings_, &AppSettings::tempEditsBesideSource));
+    column.addWidget(makeSetting(tr("Write edits beside the source"), settings_, &AppSettings::tempEditsBesideSource));
     auto* fade = new QHBoxLayout;
-    fade->addWidget(new QLabel("Splice crossfade"));
+    fade->addWidget(new QLabel(tr("Splice crossfade")));
     fade->addWidget(crossfade_ = new QSpinBox);
     crossfade_->setRange(5, 120);
     crossfade_->setSingleStep(5);
     crossfade_->setSuffix(" ms");
-    crossfade_->setAccessibleName("Splice crossfade");
+    crossfade_->setAccessibleName(tr("Splice crossfade"));
     connect(crossfade_, &QSpinBox::valueChanged, this, [this](int ms) {
         TempEditOptions options = music_.options();
         options.crossfadeMs = ms;
@@ -161,7 +162,7 @@ void TempEditsPanel::makeResults(QVBoxLayout& column) {
     inner->setSpacing(6);
     inner->addLayout(cards_ = new QVBoxLayout);
     cards_->setSpacing(6);
-    inner->addWidget(loopsTitle_ = caption("Loop candidates"));
+    inner->addWidget(loopsTitle_ = caption(tr("Loop candidates")));
     inner->addLayout(loops_ = new QVBoxLayout);
     loops_->setSpacing(2);
     inner->addStretch();
@@ -171,9 +172,9 @@ void TempEditsPanel::makeResults(QVBoxLayout& column) {
     scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     scroll->setWidget(list);
     column.addWidget(scroll, 1);
-    column.addWidget(make_ = new QPushButton("Make Temp Edits"));
+    column.addWidget(make_ = new QPushButton(tr("Make Temp Edits")));
     make_->setProperty("role", "prominent");
-    make_->setToolTip("Writes every edit below into a folder next to the source, with an edit-notes sheet");
+    make_->setToolTip(tr("Writes every edit below into a folder next to the source, with an edit-notes sheet"));
     connect(make_, &QPushButton::clicked, this,
             [this] { music_.writing() ? music_.cancelTempEdits() : music_.makeTempEdits(); });
     column.addWidget(progress_ = new QProgressBar);
@@ -181,7 +182,7 @@ void TempEditsPanel::makeResults(QVBoxLayout& column) {
     progress_->setRange(0, 100);
     auto* row = new QHBoxLayout;
     row->addWidget(written_ = new QLabel, 1);
-    row->addWidget(show_ = new QPushButton("Reveal"));
+    row->addWidget(show_ = new QPushButton(tr("Reveal")));
     show_->setProperty("role", "small");
     connect(show_, &QPushButton::clicked, this, [this] { reveal_(music_.lastExport()->folder); });
     column.addLayout(row);
@@ -189,8 +190,8 @@ void TempEditsPanel::makeResults(QVBoxLayout& column) {
 
 QString TempEditsPanel::pinsText() const {
     const Pins& pins = *music_.pins();
-    if (pins.loopFile) { return "Seamless loop"; }
-    return QString("Intro to b%1 · Loop b%2–%3 · Ending b%4")
+    if (pins.loopFile) { return tr("Seamless loop"); }
+    return tr("Intro to b%1 · Loop b%2–%3 · Ending b%4")
         .arg(pins.introEnd + 1)
         .arg(pins.loopStart + 1)
         .arg(pins.loopEnd)
@@ -201,9 +202,9 @@ void TempEditsPanel::refresh() {
     const bool hasPlans = music_.pins().has_value() && !music_.isStale();
     body_->setVisible(hasPlans);
     state_->setVisible(!hasPlans);
-    state_->setText(music_.isAnalyzing() || music_.isStale() ? "Finding the sections…"
+    state_->setText(music_.isAnalyzing() || music_.isStale() ? tr("Finding the sections…")
                     : music_.hasNoPulse()
-                        ? "No steady pulse found; set the tempo by hand in the tempo menu to plan edits."
+                        ? tr("No steady pulse found; set the tempo by hand in the tempo menu to plan edits.")
                         : "");
     if (!hasPlans) { return; }
     pins_->setText(pinsText());
@@ -219,14 +220,14 @@ void TempEditsPanel::refresh() {
     refreshCards();
     refreshLoops();
     const auto& writing = music_.writing();
-    make_->setText(writing ? "Cancel" : "Make Temp Edits");
+    make_->setText(writing ? tr("Cancel") : tr("Make Temp Edits"));
     make_->setEnabled(!music_.plans().empty());
     progress_->setVisible(writing.has_value());
     progress_->setValue(int(writing.value_or(0) * 100));
     const auto& last = music_.lastExport();
     written_->setVisible(last && !writing);
     show_->setVisible(last && !writing);
-    if (last) { written_->setText("✓ " + QString::number(last->files.size()) + " files"); }
+    if (last) { written_->setText(tr("✓ %1 files").arg(last->files.size())); }
 }
 
 void TempEditsPanel::refreshCards() {
@@ -257,7 +258,9 @@ void TempEditsPanel::refreshLoops() {
         for (const auto& reason : each.reasons) {
             reasons += (reasons.isEmpty() ? "" : ", ") + QString::fromStdString(reason);
         }
-        texts.push_back(QString::asprintf("b%d  %.0f%%  ", each.boundary + 1, each.score * 100) + reasons);
+        texts.push_back(
+            tr("b%1  %2%  %3")
+                .arg(QString::number(each.boundary + 1), QString::asprintf("%.0f", each.score * 100), reasons));
     }
     if (texts == shownLoops_) { return; }
     shownLoops_ = texts;

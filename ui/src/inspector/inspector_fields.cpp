@@ -1,6 +1,7 @@
 // The inspector's fields: the values of many files as one, and the edits on top.
 #include "ui/inspector/inspector_fields.h"
 
+#include <QCoreApplication>
 #include <algorithm>
 #include <utility>
 
@@ -24,21 +25,22 @@ std::map<std::string, QString> textsOf(const UCS::Entry& entry) {
 
 }  // namespace
 
-const std::array<InspectorFields::Field, 15> InspectorFields::fields = {{{"DESCRIPTION", "&Description", true},
-                                                                         {"CATEGORY", "Categor&y"},
-                                                                         {"SUBCATEGORY", "Su&bcategory"},
-                                                                         {"CATID", "&CatID"},
-                                                                         {"FXNAME", "FX &name"},
-                                                                         {"KEYWORDS", "&Keywords"},
-                                                                         {"LIBRARY", "&Library"},
-                                                                         {"DESIGNER", "Desi&gner"},
-                                                                         {"SOURCEID", "&Source ID"},
-                                                                         {"MICROPHONE", "&Microphone"},
-                                                                         {"MICPERSPECTIVE", "Mic pe&rspective"},
-                                                                         {"LOCATION", "Loca&tion"},
-                                                                         {"NOTES", "N&otes", true},
-                                                                         {"TRACKTITLE", "Track t&itle"},
-                                                                         {"USERCATEGORY", "&User category"}}};
+const std::array<InspectorFields::Field, 15> InspectorFields::fields = {
+    {{"DESCRIPTION", QT_TRANSLATE_NOOP("InspectorFields", "&Description"), true},
+     {"CATEGORY", QT_TRANSLATE_NOOP("InspectorFields", "Categor&y")},
+     {"SUBCATEGORY", QT_TRANSLATE_NOOP("InspectorFields", "Su&bcategory")},
+     {"CATID", QT_TRANSLATE_NOOP("InspectorFields", "&CatID")},
+     {"FXNAME", QT_TRANSLATE_NOOP("InspectorFields", "FX &name")},
+     {"KEYWORDS", QT_TRANSLATE_NOOP("InspectorFields", "&Keywords")},
+     {"LIBRARY", QT_TRANSLATE_NOOP("InspectorFields", "&Library")},
+     {"DESIGNER", QT_TRANSLATE_NOOP("InspectorFields", "Desi&gner")},
+     {"SOURCEID", QT_TRANSLATE_NOOP("InspectorFields", "&Source ID")},
+     {"MICROPHONE", QT_TRANSLATE_NOOP("InspectorFields", "&Microphone")},
+     {"MICPERSPECTIVE", QT_TRANSLATE_NOOP("InspectorFields", "Mic pe&rspective")},
+     {"LOCATION", QT_TRANSLATE_NOOP("InspectorFields", "Loca&tion")},
+     {"NOTES", QT_TRANSLATE_NOOP("InspectorFields", "N&otes"), true},
+     {"TRACKTITLE", QT_TRANSLATE_NOOP("InspectorFields", "Track t&itle")},
+     {"USERCATEGORY", QT_TRANSLATE_NOOP("InspectorFields", "&User category")}}};
 
 void InspectorFields::load(const std::vector<SoundMeta>& files) {
     *this = {};
@@ -131,13 +133,14 @@ QString InspectorFields::catIDNote() const {
     const std::string catID = text(catIDTag).trimmed().toStdString();
     if (catID.empty()) { return {}; }
     const UCS::Entry* entry = UCS::shared().lookup(catID);
-    if (!entry) { return "Not in the UCS list"; }
+    if (!entry) { return QCoreApplication::translate("InspectorFields", "Not in the UCS list"); }
     const auto differs = [this](const char* tag, const std::string& its) {
         const QString text = this->text(tag).trimmed();
         return !text.isEmpty() && text.compare(QString::fromStdString(its), Qt::CaseInsensitive) != 0;
     };
     if (!differs(categoryTag, entry->category) && !differs(subCategoryTag, entry->subCategory)) { return {}; }
-    return QString::fromStdString("Stands for " + entry->category + " / " + entry->subCategory + " in the UCS list");
+    return QCoreApplication::translate("InspectorFields", "Stands for %1 in the UCS list")
+        .arg(QString::fromStdString(entry->category + " / " + entry->subCategory));
 }
 
 void InspectorFields::clickStar(int star) {

@@ -1,6 +1,7 @@
 // The inspector's form: builds it, loads metadata into it, and saves the edits.
 #include "ui/inspector/inspector_view.h"
 
+#include <QCoreApplication>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -31,6 +32,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
+// Logical pixels.
+constexpr int marginLeft = 4;
+constexpr int marginRight = 8;
+
 std::vector<fs::path> urlsOf(const std::vector<BrowserEntry>& entries) {
     std::vector<fs::path> urls;
     for (const auto& entry : entries) { urls.push_back(entry.url); }
@@ -40,8 +45,8 @@ std::vector<fs::path> urlsOf(const std::vector<BrowserEntry>& entries) {
 InspectorView::Unsaved askAboutEdits(QWidget* parent) {
     QMessageBox box(parent);
     box.setIcon(QMessageBox::Question);
-    box.setText("Save the metadata edits before quitting?");
-    box.setInformativeText("The inspector holds edits that aren't in the files yet.");
+    box.setText(InspectorView::tr("Save the metadata edits before quitting?"));
+    box.setInformativeText(InspectorView::tr("The inspector holds edits that aren't in the files yet."));
     box.setStandardButtons(QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
     const int answer = box.exec();
     if (answer == QMessageBox::Save) { return InspectorView::Unsaved::save; }
@@ -53,10 +58,10 @@ QString problemOf(const MetadataEdits::Failures& failures) {
     constexpr size_t most = 3;
     QStringList lines;
     for (size_t i = 0; i < failures.size() && i < most; ++i) {
-        lines << QString("Couldn't save %1: %2")
+        lines << InspectorView::tr("Couldn't save %1: %2")
                      .arg(pathText(failures[i].file.filename()), QString::fromStdString(failures[i].reason));
     }
-    if (failures.size() > most) { lines << QString("and %1 more").arg(failures.size() - most); }
+    if (failures.size() > most) { lines << InspectorView::tr("and %1 more").arg(failures.size() - most); }
     return lines.join('\n');
 }
 
@@ -89,10 +94,10 @@ InspectorView::InspectorView(MetadataEdits& edits, SettingsStore& settings, QWid
     askUnsaved = [this] { return askAboutEdits(this); };
     stack_ = new QStackedLayout(this);
     empty_ = new EmptyState;
-    empty_->setTexts("No selection", "Select sounds to see and edit their metadata.", {});
+    empty_->setTexts(tr("No selection"), tr("Select sounds to see and edit their metadata."), {});
     form_ = new QWidget;
     auto* column = new QVBoxLayout(form_);
-    column->setContentsMargins(4, 8, 8, 8);
+    column->setContentsMargins(marginLeft, 8, marginRight, 8);
     column->setSpacing(8);
     column->addWidget(headline_ = new ElidedLabel(Qt::ElideMiddle));
     headline_->setProperty("role", "headline");
@@ -119,8 +124,8 @@ QWidget* InspectorView::makePendingBar() {
     auto* row = new QHBoxLayout;
     row->setSpacing(8);
     saveAgain_ = new QPushButton;
-    auto* discard = new QPushButton("Discard");
-    discard->setAccessibleName("Discard the edits and go on");
+    auto* discard = new QPushButton(tr("Discard"));
+    discard->setAccessibleName(tr("Discard the edits and go on"));
     for (auto* button : {saveAgain_, discard}) {
         button->setProperty("role", "small");
         row->addWidget(button);
@@ -140,7 +145,7 @@ QWidget* InspectorView::makeForm() {
     for (const auto& item : InspectorFields::fields) { addRow(*column, item); }
     for (const char* tag : {"CATID", "CATEGORY", "SUBCATEGORY"}) { addCompleter(tag); }
     stars_ = new StarRow;
-    column->addWidget(caption("R&ating", stars_));
+    column->addWidget(caption(tr("R&ating"), stars_));
     column->addWidget(stars_);
     column->addStretch(1);
     connect(stars_, &StarRow::starClicked, this, [this](int star) {
@@ -152,8 +157,9 @@ QWidget* InspectorView::makeForm() {
 }
 
 void InspectorView::addRow(QBoxLayout& column, const InspectorFields::Field& item) {
-    auto* field = new TextField(QString(item.label).remove('&'), item.severalLines);
-    const Row row{caption(item.label, field), field};
+    const QString label = QCoreApplication::translate("InspectorFields", item.label);
+    auto* field = new TextField(QString(label).remove('&'), item.severalLines);
+    const Row row{caption(label, field), field};
     const std::string tag = item.tag;
     column.addWidget(row.label);
     column.addWidget(row.field);
@@ -194,13 +200,13 @@ QWidget* InspectorView::makeButtons() {
     auto* row = new QHBoxLayout(box);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(8);
-    row->addWidget(save_ = new QPushButton("Save"));
-    row->addWidget(revert_ = new QPushButton("Revert"));
+    row->addWidget(save_ = new QPushButton(tr("Save")));
+    row->addWidget(revert_ = new QPushButton(tr("Revert")));
     row->addStretch(1);
-    row->addWidget(rename_ = new QPushButton("Rename to UCS…"));
+    row->addWidget(rename_ = new QPushButton(tr("Rename to UCS…")));
     save_->setProperty("role", "prominent");
-    save_->setToolTip("Save (Ctrl+S)");
-    rename_->setToolTip("Renames to CatID_FXName_Designer_Source");
+    save_->setToolTip(tr("Save (Ctrl+S)"));
+    rename_->setToolTip(tr("Renames to CatID_FXName_Designer_Source"));
     connect(save_, &QPushButton::clicked, this, &InspectorView::save);
     connect(revert_, &QPushButton::clicked, this, &InspectorView::revert);
     connect(rename_, &QPushButton::clicked, this, [this] { Q_EMIT renameAsked(urls_); });
@@ -259,12 +265,12 @@ void InspectorView::refreshState() {
     if (urls_.size() == 1) {
         headline_->setFullText(pathText(urls_.front().filename()));
     } else {
-        headline_->setFullText(QLocale().toString(static_cast<qulonglong>(urls_.size())) + " files");
+        headline_->setFullText(tr("%1 files").arg(QLocale().toString(static_cast<qulonglong>(urls_.size()))));
     }
-    keeping_->setText(QString::fromStdString(keepingText(urls_)));
+    keeping_->setText(keepingText(urls_));
     const bool edited = fields_.hasEdits();
     for (const auto& [tag, row] : rows_) {
-        row.field->setPrompt(fields_.isMixed(tag) ? "Mixed" : "");
+        row.field->setPrompt(fields_.isMixed(tag) ? tr("Mixed") : QString());
         row.field->setReadOnly(loading_ && !edited);
         setRole(*row.label, fields_.isEdited(tag) ? "captionEdited" : "caption");
     }
@@ -276,11 +282,13 @@ void InspectorView::refreshState() {
     save_->setEnabled(edited);
     revert_->setEnabled(edited);
     rename_->setVisible(settings_.value().expertMode);
+    // In some languages the buttons need more than the usual width.
+    setMinimumWidth(std::max(minWidth, rename_->parentWidget()->minimumSizeHint().width() + marginLeft + marginRight));
     const bool failed = !problem_.isEmpty();
     pending_->setVisible(edited && (failed || urlsOf(selected_) != urls_));
-    pendingText_->setText(failed ? problem_ : "These edits aren't saved yet.");
-    saveAgain_->setText(failed ? "Try Again" : "Save");
-    saveAgain_->setAccessibleName(failed ? "Try again to save the edits" : "Save the edits and go on");
+    pendingText_->setText(failed ? problem_ : tr("These edits aren't saved yet."));
+    saveAgain_->setText(failed ? tr("Try Again") : tr("Save"));
+    saveAgain_->setAccessibleName(failed ? tr("Try again to save the edits") : tr("Save the edits and go on"));
     Q_EMIT editsChanged();
 }
 

@@ -22,8 +22,8 @@ StarRow::StarRow(QWidget* parent) : QWidget(parent) {
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
     setFixedSize(sizeHint());
-    setAccessibleName("Rating: none");
-    setToolTip("A click on the star of the rating takes it away");
+    setAccessibleName(tr("Rating: none"));
+    setToolTip(tr("A click on the star of the rating takes it away"));
 }
 
 QSize StarRow::sizeHint() const {
@@ -42,7 +42,7 @@ int StarRow::starAt(const QPoint& point) const {
 void StarRow::setRating(int rating) {
     if (rating == rating_) { return; }
     rating_ = rating;
-    setAccessibleName(rating > 0 ? QString("Rating: %1 of %2").arg(rating).arg(stars) : QString("Rating: none"));
+    setAccessibleName(rating > 0 ? tr("Rating: %1 of %2").arg(rating).arg(stars) : tr("Rating: none"));
     update();
 }
 

@@ -31,7 +31,7 @@ UCSCompleter::UCSCompleter(QLineEdit& line, Fitting fitting)
     popup()->setProperty("role", "completion");
     popup()->setItemDelegate(new QStyledItemDelegate(popup()));     // the usual one takes no padding from a style sheet
     popup()->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);  // it would take a row's height without being shown
-    popup()->setAccessibleName("UCS entries");
+    popup()->setAccessibleName(tr("UCS entries"));
     connect(&line, &QLineEdit::textEdited, this,
             [this](const QString& text) { text.trimmed().isEmpty() ? popup()->hide() : list(); });
     connect(this, qOverload<const QModelIndex&>(&QCompleter::activated), this,

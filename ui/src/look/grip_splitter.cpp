@@ -1,6 +1,7 @@
 // The splitter's handle: paints the grip and takes the keys.
 #include "ui/look/grip_splitter.h"
 
+#include <QCoreApplication>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QSplitterHandle>
@@ -21,7 +22,8 @@ public:
         : QSplitterHandle(Qt::Vertical, &splitter), splitter_(splitter) {
         setFocusPolicy(Qt::TabFocus);
         setAccessibleName(name);
-        setToolTip("Drag to change the height; double-click to fit it to the number of channels");
+        setToolTip(QCoreApplication::translate(
+            "GripSplitter", "Drag to change the height; double-click to fit it to the number of channels"));
         setAttribute(Qt::WA_Hover);
     }
 

@@ -35,7 +35,7 @@ QLabel* secondary(const QString& text) {
 AlignmentPanel::AlignmentPanel(MonitorEngine& monitor, QWidget* parent) : QWidget(parent, Qt::Tool), monitor_(monitor) {
     setObjectName("window");
     setAttribute(Qt::WA_StyledBackground);
-    setWindowTitle("Speaker Alignment");
+    setWindowTitle(tr("Speaker Alignment"));
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(margin, margin, margin, margin);
     column->setSpacing(8);
@@ -44,10 +44,10 @@ AlignmentPanel::AlignmentPanel(MonitorEngine& monitor, QWidget* parent) : QWidge
     rowsColumn->setContentsMargins(0, 0, 8, 0);
     rowsColumn->addWidget(table_ = new QWidget);
     rowsColumn->addStretch(1);
-    column->addWidget(none_ = secondary("Headphones need no alignment: choose a profile with speakers."));
+    column->addWidget(none_ = secondary(tr("Headphones need no alignment: choose a profile with speakers.")));
     none_->setWordWrap(true);
     column->addWidget(new FormScroll(rows), 1);
-    auto* clear = new QPushButton("Clear All");
+    auto* clear = new QPushButton(tr("Clear All"));
     connect(clear, &QPushButton::clicked, this, [this] {
         MonitorState next = monitor_.state();
         next.alignment.clear();
@@ -74,22 +74,22 @@ void AlignmentPanel::rebuild(const SpeakerList& list) {
     grid->setContentsMargins(0, 0, 0, 0);
     grid->setHorizontalSpacing(12);
     grid->setVerticalSpacing(4);
-    grid->addWidget(secondary("Speaker"), 0, 0);
-    grid->addWidget(secondary("Delay"), 0, 1);
-    grid->addWidget(secondary("Polarity"), 0, 2);
+    grid->addWidget(secondary(tr("Speaker")), 0, 0);
+    grid->addWidget(secondary(tr("Delay")), 0, 1);
+    grid->addWidget(secondary(tr("Polarity")), 0, 2);
     for (size_t i = 0; i < list.size(); ++i) { addRow(list[i], list, int(i) + 1); }
     grid->setColumnStretch(2, 1);
 }
 
 void AlignmentPanel::addRow(SpeakerID speaker, const SpeakerList& list, int at) {
     const QString name = QString::fromStdString(label(speaker, list));
-    auto* delay = new NumberField("Delay of " + name, {0, SpeakerAlignment::longestMs, 0.1, 0, " ms", false});
-    delay->setToolTip("What is nearer than the others waits for them: 2.9 ms a metre. Double-click: 0");
+    auto* delay = new NumberField(tr("Delay of %1").arg(name), {0, SpeakerAlignment::longestMs, 0.1, 0, " ms", false});
+    delay->setToolTip(tr("What is nearer than the others waits for them: 2.9 ms a metre. Double-click: 0"));
     delay->onEdit = [this, speaker](double ms) {
         edit(monitor_, speaker, [ms](SpeakerAlignment& alignment) { alignment.delayMs = ms; });
     };
-    auto* inverted = new QCheckBox("Inverted");
-    inverted->setAccessibleName(name + " inverted");
+    auto* inverted = new QCheckBox(tr("Inverted"));
+    inverted->setAccessibleName(tr("%1 inverted").arg(name));
     connect(inverted, &QCheckBox::clicked, this, [this, speaker](bool on) {
         edit(monitor_, speaker, [on](SpeakerAlignment& alignment) { alignment.inverted = on; });
     });

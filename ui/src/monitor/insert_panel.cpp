@@ -120,7 +120,7 @@ void InsertPanel::makeControls() {
     for (const PluginFile& each : plugin ? plugin->files : std::vector<PluginFile>()) {
         form_->addRow(textOf(each.name), file(each));
     }
-    if (plugin && follow_.empty()) { form_->addRow(new QLabel("It has nothing to set.")); }
+    if (plugin && follow_.empty()) { form_->addRow(new QLabel(tr("It has nothing to set."))); }
     switch_->setVisible(plugin && plugin->hasWindow && EffectFrame::canBe());
     showOwn(!switch_->isHidden());
 }
@@ -141,7 +141,7 @@ QWidget* InsertPanel::slider(const PluginControl& control) {
     auto* layout = new QHBoxLayout(row);
     layout->setContentsMargins(0, 0, 0, 0);
     auto* handle = new ValueSlider(textOf(control.name), {low, high, step, position(control, control.rest), 1});
-    handle->setToolTip("Double-click: " + readout(control, control.rest));
+    handle->setToolTip(tr("Double-click: %1").arg(readout(control, control.rest)));
     handle->onEdit = [this, control](double at) { set(control, valueAt(control, at)); };
     handle->onRest = [this, control] { set(control, control.rest); };
     auto* number = new QLabel;
@@ -184,7 +184,7 @@ QWidget* InsertPanel::file(const PluginFile& file) {
     auto* layout = new QHBoxLayout(row);
     layout->setContentsMargins(0, 0, 0, 0);
     auto* name = new ElidedLabel;
-    auto* choose = new QPushButton("Choose…");
+    auto* choose = new QPushButton(tr("Choose…"));
     choose->setProperty("role", "small");
     choose->setAccessibleName(textOf(file.name));
     connect(choose, &QPushButton::clicked, this, [this, file] { chooseFile(file); });
@@ -193,7 +193,8 @@ QWidget* InsertPanel::file(const PluginFile& file) {
     follow_.emplace_back([this, file, name] {
         const Insert* const insert = monitor_.inserts().find(id_);
         const bool isSet = insert && insert->settings.files.contains(file.uri);
-        name->setFullText(isSet ? pathText(pathFromStored(insert->settings.files.at(file.uri))) : "None chosen here");
+        name->setFullText(isSet ? pathText(pathFromStored(insert->settings.files.at(file.uri)))
+                                : tr("None chosen here"));
     });
     return row;
 }
@@ -227,7 +228,7 @@ void InsertPanel::refresh() {
     const QString text = problem();
     problem_->setText(text);
     problem_->setVisible(!text.isEmpty());
-    switch_->setText(isOwnShown() ? "Show Our Controls" : "Show Its Own Window");
+    switch_->setText(isOwnShown() ? tr("Show Our Controls") : tr("Show Its Own Window"));
     for (const auto& each : follow_) { each(); }
 }
 
@@ -235,13 +236,13 @@ QString InsertPanel::problem() const {
     const MonitorInserts& inserts = monitor_.inserts();
     if (const QString text = textOf(inserts.problemOf(id_)); !text.isEmpty()) { return text; }
     if (!monitor_.plugins().find(inserts.find(id_)->uri)) {
-        return monitor_.plugins().isLooking() ? "Its controls are being looked for …" : "It isn't installed.";
+        return monitor_.plugins().isLooking() ? tr("Its controls are being looked for …") : tr("It isn't installed.");
     }
     const InsertWindows::Window* const window = frame_ ? monitor_.inserts().windows().find(id_) : nullptr;
     if (!window || window->width > 0) { return {}; }
-    return !window->problem.empty() ? textOf(window->problem) + "; these are our controls for it."
+    return !window->problem.empty() ? tr("%1; these are our controls for it.").arg(textOf(window->problem))
            : monitor_.running()     ? ""
-                                    : "Its own window opens when the monitor plays.";
+                                    : tr("Its own window opens when the monitor plays.");
 }
 
 }  // namespace brindlehum

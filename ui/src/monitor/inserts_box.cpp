@@ -51,17 +51,17 @@ InsertRow::InsertRow(MonitorEngine& monitor, const UUID& id, QWidget* parent)
     name_ = new ElidedLabel(Qt::ElideRight);
     problem_ = new ElidedLabel(Qt::ElideRight);
     problem_->setProperty("role", "warning");
-    auto* open = new QPushButton("Open");
-    open->setToolTip("Its controls");
+    auto* open = new QPushButton(tr("Open"));
+    open->setToolTip(tr("Its controls"));
     bypass_ = new QPushButton;
     bypass_->setCheckable(true);
-    bypass_->setToolTip("Hears the sound without it, at the same time and without a click");
+    bypass_->setToolTip(tr("Hears the sound without it, at the same time and without a click"));
     for (QPushButton* each : {open, bypass_}) { each->setProperty("role", "small"); }
-    up_ = flat({}, "Earlier in the chain");
-    down_ = flat({}, "Later in the chain");
+    up_ = flat({}, tr("Earlier in the chain"));
+    down_ = flat({}, tr("Later in the chain"));
     up_->setArrowType(Qt::UpArrow);
     down_->setArrowType(Qt::DownArrow);
-    auto* remove = flat("minus", "Removes it");
+    auto* remove = flat("minus", tr("Removes it"));
     connect(open, &QPushButton::clicked, this, [this] { monitor_.showUI(id_); });
     connect(bypass_, &QPushButton::clicked, this, [this] { monitor_.toggleBypass(id_); });
     connect(up_, &QToolButton::clicked, this, [this] { monitor_.inserts().move(id_, place_ - 1); });
@@ -82,16 +82,16 @@ void InsertRow::refresh(int place, int count) {
     problem_->setFullText(problem);
     problem_->setVisible(!problem.isEmpty());
     bypass_->setChecked(insert->isBypassed);
-    bypass_->setText(insert->isBypassed ? "Bypassed" : "Bypass");
+    bypass_->setText(insert->isBypassed ? tr("Bypassed") : tr("Bypass"));
     up_->setEnabled(place > 0);
     down_->setEnabled(place + 1 < count);
 }
 
 InsertsBox::InsertsBox(MonitorEngine& monitor, QWidget* parent) : QWidget(parent), monitor_(monitor) {
     auto* title = label("headline");
-    title->setText("Inserts");
+    title->setText(tr("Inserts"));
     latency_ = label("secondary");
-    auto* adds = new QPushButton("Add LV2 Plug-in…");
+    auto* adds = new QPushButton(tr("Add LV2 Plug-in…"));
     adds->setProperty("role", "small");
     connect(adds, &QPushButton::clicked, this, &InsertsBox::add);
     auto* head = new QHBoxLayout;
@@ -115,7 +115,7 @@ InsertsBox::InsertsBox(MonitorEngine& monitor, QWidget* parent) : QWidget(parent
     failure_ = new QWidget;
     message_ = label("warning");
     message_->setWordWrap(true);
-    auto* again = new QPushButton("Load Again");
+    auto* again = new QPushButton(tr("Load Again"));
     again->setProperty("role", "small");
     connect(again, &QPushButton::clicked, this, [this] { monitor_.inserts().restart(); });
     auto* failureRow = rowIn(failure_);
@@ -123,7 +123,7 @@ InsertsBox::InsertsBox(MonitorEngine& monitor, QWidget* parent) : QWidget(parent
     failureRow->addWidget(again);
 
     hint_ = label("caption");
-    hint_->setText("A room correction goes here. It processes the speaker feeds, never your mix.");
+    hint_->setText(tr("A room correction goes here. It processes the speaker feeds, never your mix."));
     title->setToolTip(hint_->text());
 
     auto* column = new QVBoxLayout(this);
@@ -155,7 +155,7 @@ void InsertsBox::refresh() {
     }
     for (size_t i = 0; i < rows_.size(); ++i) { rows_[i]->refresh(int(i), int(rows_.size())); }
     const double milliseconds = 1000 * monitor_.inserts().latency();
-    latency_->setText(QString("%1 ms later").arg(milliseconds, 0, 'f', 1));
+    latency_->setText(tr("%1 ms later").arg(milliseconds, 0, 'f', 1));
     latency_->setVisible(milliseconds > 0);
     message_->setText(textOf(monitor_.inserts().message()));
     failure_->setVisible(monitor_.inserts().hasFailed());

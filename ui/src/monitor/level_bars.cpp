@@ -1,6 +1,7 @@
 // Paints a scale, and a bar, a held peak and a count of overs for each channel.
 #include "ui/monitor/level_bars.h"
 
+#include <QCoreApplication>
 #include <QHelpEvent>
 #include <QKeyEvent>
 #include <QPainter>
@@ -25,14 +26,15 @@ constexpr int scaleDb[] = {0, -6, -12, -18, -24, -36, -48, -60};
 constexpr int mostShown = 99;  // overs; more of them are a plus
 
 QString dbText(double db) {
-    return db <= MeterLevel::floor ? QString("silent") : QString::asprintf("%.1f dBFS", db);
+    return db <= MeterLevel::floor ? QCoreApplication::translate("LevelBars", "silent")
+                                   : QString::asprintf("%.1f dBFS", db);
 }
 
 }  // namespace
 
 LevelBars::LevelBars(MonitorMeter& meter, Of of, QWidget* parent) : QWidget(parent), meter_(meter), of_(of) {
-    setAccessibleName(of == Of::bus ? "Bus meter" : "Speaker meter");
-    setAccessibleDescription("Peak levels in dBFS. Space clears the overs.");
+    setAccessibleName(of == Of::bus ? tr("Bus meter") : tr("Speaker meter"));
+    setAccessibleDescription(tr("Peak levels in dBFS. Space clears the overs."));
     setFocusPolicy(Qt::TabFocus);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     QFont small = font();
@@ -131,13 +133,16 @@ void LevelBars::paintEvent(QPaintEvent* /*event*/) {
 QString LevelBars::textAt(double x) const {
     const auto channel = size_t(std::max(x - scaleWidth, 0.0) / pitch());
     if (x < scaleWidth || channel >= channels().size()) {
-        return of_ == Of::bus ? "Peak levels of the bus as it arrives, in dBFS"
-                              : "Peak levels of what the speakers are given, in dBFS";
+        return of_ == Of::bus ? tr("Peak levels of the bus as it arrives, in dBFS")
+                              : tr("Peak levels of what the speakers are given, in dBFS");
     }
     const auto& [speaker, label, level, highest, overs] = channels()[channel];
-    QString text = QString::fromStdString(label) + ": " + dbText(level.level) + ", highest " + dbText(highest);
-    if (overs > 0) { text += QString(", over %1 times").arg(overs); }
-    return text + ". Click to clear.";
+    const QString name = QString::fromStdString(label);
+    if (overs == 0) {
+        return tr("%1: %2, highest %3. Click to clear.").arg(name, dbText(level.level), dbText(highest));
+    }
+    return tr("%1: %2, highest %3, over %4 times. Click to clear.")
+        .arg(name, dbText(level.level), dbText(highest), QString::number(overs));
 }
 
 bool LevelBars::event(QEvent* event) {

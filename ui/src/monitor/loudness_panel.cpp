@@ -24,34 +24,34 @@ QString clock(double seconds) {
 
 LoudnessPanel::LoudnessPanel(BusLoudness& loudness, QWidget* parent) : QWidget(parent), loudness_(loudness) {
     setToolTip(
-        "Loudness of the bus as it arrives, in LUFS (ITU-R BS.1770): of the last 3 s, and gated since the reset");
+        tr("Loudness of the bus as it arrives, in LUFS (ITU-R BS.1770): of the last 3 s, and gated since the reset"));
     auto* grid = new QGridLayout(this);
     grid->setContentsMargins(0, 0, 0, 0);
     grid->setHorizontalSpacing(8);
     grid->setVerticalSpacing(2);
-    const auto row = [&](int at, const char* name, double points) {
+    const auto row = [&](int at, const QString& name, double points) {
         auto* caption = new QLabel(name);
         caption->setProperty("role", "secondary");
         auto* value = new QLabel;
         value->setFont(tabularFont(points));
         value->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
         value->setMinimumWidth(QFontMetrics(value->font()).horizontalAdvance("-70.0") + 4);
-        value->setAccessibleName(QString(name) + " loudness");
+        value->setAccessibleName(tr("%1 loudness").arg(name));
         grid->addWidget(caption, at, 0);
         grid->addWidget(value, at, 1);
         return value;
     };
-    auto* title = new QLabel("Loudness, LUFS");
+    auto* title = new QLabel(tr("Loudness, LUFS"));
     title->setProperty("role", "secondary");
     grid->addWidget(title, 0, 0, 1, 2);
-    shortTerm_ = row(1, "Short", 13);
-    integrated_ = row(2, "Integrated", 13);
+    shortTerm_ = row(1, tr("Short"), 13);
+    integrated_ = row(2, tr("Integrated"), 13);
     time_ = new QLabel;
     time_->setFont(tabularFont(9));
     time_->setProperty("role", "secondary");
-    auto* reset = new QPushButton("Reset");
+    auto* reset = new QPushButton(tr("Reset"));
     reset->setObjectName("resetLoudness");
-    reset->setToolTip("Begin the integrated loudness anew");
+    reset->setToolTip(tr("Begin the integrated loudness anew"));
     connect(reset, &QPushButton::clicked, this, [this] { loudness_.reset(); });
     grid->addWidget(time_, 3, 0);
     grid->addWidget(reset, 3, 1, Qt::AlignRight);

@@ -1,5 +1,6 @@
 #include "ui/monitor/monitor_rows.h"
 
+#include <QCoreApplication>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMenu>
@@ -48,7 +49,8 @@ QToolButton* toggle(const QString& text, const QString& help, std::function<void
 NumberField* field(const QString& name, NumberField::Range range, double points) {
     auto* field = new NumberField(name, range);
     field->setFont(tabularFont(points));
-    field->setToolTip("Type a number, or turn the wheel. Double-click: " + field->text());
+    field->setToolTip(QCoreApplication::translate("MonitorRows", "Type a number, or turn the wheel. Double-click: %1")
+                          .arg(field->text()));
     field->setFixedWidth(QFontMetrics(field->font()).horizontalAdvance("-60.0 dB") + 20);
     return field;
 }
@@ -65,22 +67,22 @@ MonitorLevel::MonitorLevel(MonitorEngine& monitor, QWidget* parent) : QWidget(pa
     constexpr double low = MonitorState::lowestDB;
     constexpr double high = MonitorState::highestDB;
     const auto setVolume = [this](double db) { edit(monitor_, [db](MonitorState& s) { s.volumeDB = db; }); };
-    volume_ = field("Monitor volume in dB", {low, high, 0.5, 0}, 18);
+    volume_ = field(tr("Monitor volume in dB"), {low, high, 0.5, 0}, 18);
     volume_->setMinimumHeight(QFontMetrics(volume_->font()).height() + 6);
     volume_->onEdit = setVolume;
     spl_ = new QLabel;
     spl_->setFont(tabularFont(11));
     spl_->setProperty("role", "secondary");
-    spl_->setAccessibleName("Sound level");
-    slider_ = new ValueSlider("Monitor volume", {low, high, 0.5, 0, 1});
-    slider_->setToolTip("Double-click: 0 dB");
+    spl_->setAccessibleName(tr("Sound level"));
+    slider_ = new ValueSlider(tr("Monitor volume"), {low, high, 0.5, 0, 1});
+    slider_->setToolTip(tr("Double-click: 0 dB"));
     slider_->onEdit = setVolume;
     reference_ = new ReferenceButton(monitor);
-    dim_ = toggle("Dim", "Lower by this much (D)",
+    dim_ = toggle(tr("Dim"), tr("Lower by this much (D)"),
                   [this](bool on) { edit(monitor_, [on](MonitorState& s) { s.dim = on; }); });
-    dimBy_ = field("Dim by", {low, 0, 1, MonitorState().dimDB}, 10);
+    dimBy_ = field(tr("Dim by"), {low, 0, 1, MonitorState().dimDB}, 10);
     dimBy_->onEdit = [this](double db) { edit(monitor_, [db](MonitorState& s) { s.dimDB = db; }); };
-    mute_ = toggle("Mute", "Silences all speakers (M)",
+    mute_ = toggle(tr("Mute"), tr("Silences all speakers (M)"),
                    [this](bool on) { edit(monitor_, [on](MonitorState& s) { s.mute = on; }); });
     mute_->setProperty("role", "alarm");
     auto* row = rowIn(this);
@@ -100,7 +102,7 @@ void MonitorLevel::refresh() {
     volume_->setNumber(state.volumeDB);
     const auto spl = state.levelSPL();
     spl_->setVisible(spl.has_value());
-    spl_->setText(state.mute ? QString("muted") : QString::asprintf("%.1f dB SPL", spl.value_or(0)));
+    spl_->setText(state.mute ? tr("muted") : QString::asprintf("%.1f dB SPL", spl.value_or(0)));
     slider_->setNumber(state.volumeDB);
     reference_->refresh();
     dim_->setChecked(state.dim);
@@ -111,22 +113,22 @@ void MonitorLevel::refresh() {
 MonitorListen::MonitorListen(MonitorEngine& monitor, QWidget* parent) : QWidget(parent), monitor_(monitor) {
     auto* row = rowIn(this);
     row->setSpacing(4);
-    auto* caption = new QLabel("Listen");
+    auto* caption = new QLabel(tr("Listen"));
     caption->setProperty("role", "secondary");
     row->addWidget(caption);
     row->addSpacing(8);
     for (const MonitorMode mode : allMonitorModes) {
-        modes_.push_back(toggle(textOf(displayName(mode)), "Audition the mix folded down, on the matching speakers",
+        modes_.push_back(toggle(textOf(displayName(mode)), tr("Audition the mix folded down, on the matching speakers"),
                                 [this, mode](bool) { edit(monitor_, [mode](MonitorState& s) { s.mode = mode; }); }));
         row->addWidget(modes_.back());
     }
     row->addSpacing(12);
-    addCheck("Mono sum", "Hold: half the sum of the 2.0 fold-down", MonitorCheck::monoSum);
-    addCheck("L − R", "Hold: half the difference of the 2.0 fold-down, its sides", MonitorCheck::side);
+    addCheck(tr("Mono sum"), tr("Hold: half the sum of the 2.0 fold-down"), MonitorCheck::monoSum);
+    addCheck(tr("L − R"), tr("Hold: half the difference of the 2.0 fold-down, its sides"), MonitorCheck::side);
     row->addWidget(checking_ = new QLabel);
     checking_->setProperty("role", "warning");
     row->addStretch(1);
-    fold_ = toggle("Folded to L and R", "Hear the fold-down instead of the speakers around you",
+    fold_ = toggle(tr("Folded to L and R"), tr("Hear the fold-down instead of the speakers around you"),
                    [this](bool on) { edit(monitor_, [on](MonitorState& s) { s.headphonesFold = on; }); });
     row->addWidget(fold_);
     refresh();
@@ -155,8 +157,8 @@ void MonitorListen::refresh() {
     for (size_t i = 0; i < modes_.size(); ++i) { modes_[i]->setChecked(!checks && allMonitorModes[i] == state.mode); }
     for (const auto& [check, button] : checks_) { button->setChecked(check == state.check); }
     checking_->setText(!checks                                ? QString()
-                       : state.check == MonitorCheck::monoSum ? QString("Hearing the mono sum")
-                                                              : QString("Hearing L − R"));
+                       : state.check == MonitorCheck::monoSum ? tr("Hearing the mono sum")
+                                                              : tr("Hearing L − R"));
     fold_->setVisible(monitor_.profile().kind == OutputProfile::Kind::headphones);
     fold_->setChecked(state.headphonesFold);
 }
@@ -166,22 +168,22 @@ MonitorTrim::MonitorTrim(MonitorEngine& monitor, SettingsStore& settings, QWidge
     constexpr double low = MonitorState::lowestTrimDB;
     constexpr double high = MonitorState::highestTrimDB;
     const auto setHeights = [this](double db) { edit(monitor_, [db](MonitorState& s) { s.heightTrimDB = db; }); };
-    heights_ = new ValueSlider("Height trim", {low, high, 0.5, 0, 1});
-    heights_->setToolTip("Double-click: 0 dB");
+    heights_ = new ValueSlider(tr("Height trim"), {low, high, 0.5, 0, 1});
+    heights_->setToolTip(tr("Double-click: 0 dB"));
     heights_->setMaximumWidth(240);
     heights_->onEdit = setHeights;
-    heightsBy_ = field("Height trim in dB", {low, high, 0.5, 0}, 10);
+    heightsBy_ = field(tr("Height trim in dB"), {low, high, 0.5, 0}, 10);
     heightsBy_->onEdit = setHeights;
     offset_ = new QWidget;
     auto* offsetRow = rowIn(offset_);
     input_ = new QSpinBox;
     input_->setRange(1, 129);
-    input_->setAccessibleName("Source starts at input");
+    input_->setAccessibleName(tr("Source starts at input"));
     connect(input_, &QSpinBox::valueChanged, this,
             [this](int input) { edit(monitor_, [input](MonitorState& s) { s.sourceOffset = input - 1; }); });
-    offsetRow->addWidget(new QLabel("Source starts at input"));
+    offsetRow->addWidget(new QLabel(tr("Source starts at input")));
     offsetRow->addWidget(input_);
-    auto* caption = new QLabel("Height trim");
+    auto* caption = new QLabel(tr("Height trim"));
     caption->setProperty("role", "secondary");
     auto* row = rowIn(this);
     row->addWidget(caption);
@@ -199,7 +201,7 @@ void MonitorTrim::refresh() {
     const bool any = hasHeights(monitor_.profile());
     heights_->setEnabled(any);
     heightsBy_->setEnabled(any);
-    setToolTip(any ? QString() : QString("The room has no height speakers"));
+    setToolTip(any ? QString() : tr("The room has no height speakers"));
     offset_->setVisible(settings_.value().expertMode);
     const QSignalBlocker quiet(input_);
     input_->setValue(state.sourceOffset + 1);
@@ -210,9 +212,9 @@ void MonitorUpmixNumbers::edit(const UpmixParams& params) {
 }
 
 MonitorUpmix::MonitorUpmix(MonitorEngine& monitor, QWidget* parent) : QWidget(parent), monitor_(monitor) {
-    on_ = toggle("Upmix", {}, [this](bool on) { edit(monitor_, [on](MonitorState& s) { s.upmix.enabled = on; }); });
+    on_ = toggle(tr("Upmix"), {}, [this](bool on) { edit(monitor_, [on](MonitorState& s) { s.upmix.enabled = on; }); });
     on_->setIcon(symbol("upmix"));
-    preset_ = new MenuButton("Preset", {}, [this](QMenu& menu) {
+    preset_ = new MenuButton(tr("Preset"), {}, [this](QMenu& menu) {
         menu.setToolTipsVisible(true);
         for (const UpmixPreset preset : allUpmixPresets) {
             addChoice(menu, textOf(displayName(preset)), monitor_.state().upmix.preset == preset, [this, preset] {
@@ -224,8 +226,8 @@ MonitorUpmix::MonitorUpmix(MonitorEngine& monitor, QWidget* parent) : QWidget(pa
             })->setToolTip(textOf(description(preset)));
         }
     });
-    reset_ = new QPushButton("Reset");
-    reset_->setToolTip("Back to the preset's values");
+    reset_ = new QPushButton(tr("Reset"));
+    reset_->setToolTip(tr("Back to the preset's values"));
     connect(reset_, &QPushButton::clicked, this,
             [this] { edit(monitor_, [](MonitorState& s) { s.upmix.params = params(s.upmix.preset); }); });
     auto* row = rowIn(this);
@@ -240,8 +242,8 @@ void MonitorUpmix::refresh() {
     const UpmixSettings& upmix = monitor_.state().upmix;
     const bool can = monitor_.upmixAvailable();
     setEnabled(can);
-    on_->setToolTip(can ? "Spread the bus over every speaker in the room"
-                        : "The source already uses every speaker in the room");
+    on_->setToolTip(can ? tr("Spread the bus over every speaker in the room")
+                        : tr("The source already uses every speaker in the room"));
     on_->setChecked(upmix.enabled);
     preset_->setChoice(textOf(displayName(upmix.preset)));
     preset_->setToolTip(textOf(description(upmix.preset)));

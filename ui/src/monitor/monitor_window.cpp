@@ -42,7 +42,7 @@ MonitorWindow::MonitorWindow(MonitorEngine& monitor, SettingsStore& settings, Ma
     : monitor_(monitor), settings_(settings), meter_(monitor, loop) {
     setObjectName("window");
     setAttribute(Qt::WA_StyledBackground);
-    setWindowTitle("Monitor");
+    setWindowTitle(tr("Monitor"));
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(margin, margin, margin, margin);
     column->setSpacing(spacing);
@@ -51,8 +51,8 @@ MonitorWindow::MonitorWindow(MonitorEngine& monitor, SettingsStore& settings, Ma
     column->addWidget(listen_ = new MonitorListen(monitor));
     auto* meters = new QHBoxLayout;
     meters->setSpacing(spacing);
-    meters->addWidget(captioned("Bus", new LevelBars(meter_, LevelBars::Of::bus)));
-    meters->addWidget(captioned("Speakers", new LevelBars(meter_, LevelBars::Of::speakers)));
+    meters->addWidget(captioned(tr("Bus"), new LevelBars(meter_, LevelBars::Of::bus)));
+    meters->addWidget(captioned(tr("Speakers"), new LevelBars(meter_, LevelBars::Of::speakers)));
     meters->addWidget(new LoudnessPanel(monitor.loudness()));
     column->addLayout(meters);
     auto* middle = new QHBoxLayout;
@@ -130,22 +130,22 @@ QString MonitorWindow::whySilent() const {
     if (state.solo.empty()) { return {}; }
     const auto unreached = MonitorMatrix::unreached(state, monitor_.profile());
     const bool silent = std::ranges::all_of(state.solo, [&](SpeakerID each) { return unreached.contains(each); });
-    return silent ? QString("Nothing is sent to the soloed speakers in this mode.") : QString();
+    return silent ? tr("Nothing is sent to the soloed speakers in this mode.") : QString();
 }
 
 // What the stream is, and how it does.
 void MonitorWindow::showFigures() {
-    QString format = "Play your DAW into “Brindlehum Bus”, or choose another source, and start.";
+    QString format = tr("Play your DAW into “Brindlehum Bus”, or choose another source, and start.");
     if (monitor_.running()) {
         const auto [latency, dropouts] = meter_.figures();
-        format = QString("%1 in, %2 out at %3 kHz")
+        format = tr("%1 in, %2 out at %3 kHz")
                      .arg(monitor_.inputChannels())
                      .arg(monitor_.deviceChannels())
                      .arg(monitor_.sampleRate() / 1000);
-        if (latency > 0) { format += QString(", %1 ms latency").arg(1000 * latency, 0, 'f', 1); }
+        if (latency > 0) { format += tr(", %1 ms latency").arg(1000 * latency, 0, 'f', 1); }
         const double upmix = 1000 * monitor_.addedLatency();
-        if (upmix > 0) { format += QString(" (%1 ms of the upmix)").arg(upmix, 0, 'f', 1); }
-        format += dropouts == 0 ? QString(", no drop-outs") : QString(", %1 drop-outs").arg(dropouts);
+        if (upmix > 0) { format += tr(" (%1 ms of the upmix)").arg(upmix, 0, 'f', 1); }
+        format += dropouts == 0 ? tr(", no drop-outs") : tr(", %1 drop-outs").arg(dropouts);
     }
     if (format != format_->text()) { format_->setText(format); }
 }

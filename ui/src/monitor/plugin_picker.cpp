@@ -1,6 +1,7 @@
 // The list of effects and its search.
 #include "ui/monitor/plugin_picker.h"
 
+#include <QCoreApplication>
 #include <QDialogButtonBox>
 #include <QKeyEvent>
 #include <QLabel>
@@ -20,20 +21,20 @@ constexpr QSize usualSize(440, 480);  // logical pixels
 }  // namespace
 
 PluginPicker::PluginPicker(PluginList& plugins, QWidget* parent) : QDialog(parent), plugins_(plugins) {
-    setWindowTitle("Add LV2 Plug-in");
+    setWindowTitle(tr("Add LV2 Plug-in"));
     search_ = new QLineEdit;
-    search_->setPlaceholderText("Search by maker or name");
-    search_->setAccessibleName("Search plug-ins");
+    search_->setPlaceholderText(tr("Search by maker or name"));
+    search_->setAccessibleName(tr("Search plug-ins"));
     search_->setClearButtonEnabled(true);
     search_->installEventFilter(this);
     list_ = new QListWidget;
-    list_->setAccessibleName("Plug-ins");
+    list_->setAccessibleName(tr("Plug-ins"));
     note_ = new QLabel;
     note_->setWordWrap(true);
     note_->setProperty("role", "secondary");
     auto* buttons = new QDialogButtonBox;
-    buttons->addButton("Cancel", QDialogButtonBox::RejectRole);
-    add_ = buttons->addButton("Add", QDialogButtonBox::AcceptRole);
+    buttons->addButton(tr("Cancel"), QDialogButtonBox::RejectRole);
+    add_ = buttons->addButton(tr("Add"), QDialogButtonBox::AcceptRole);
     add_->setProperty("role", "prominent");
     auto* column = new QVBoxLayout(this);
     column->addWidget(search_);
@@ -81,7 +82,7 @@ void PluginPicker::filter() {
     add_->setEnabled(chosen().has_value());
     const bool none = list_->count() == 0;
     note_->setVisible(none);
-    note_->setText(plugins_.isLooking() ? "Looking for plug-ins …" : "No LV2 effects are installed.");
+    note_->setText(plugins_.isLooking() ? tr("Looking for plug-ins …") : tr("No LV2 effects are installed."));
 }
 
 std::optional<PluginInfo> PluginPicker::chosen() const {

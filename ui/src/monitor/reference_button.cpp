@@ -1,6 +1,7 @@
 // The button, and the menu that sets the reference.
 #include "ui/monitor/reference_button.h"
 
+#include <QCoreApplication>
 #include <QInputDialog>
 #include <QMenu>
 
@@ -12,12 +13,14 @@ constexpr double highestSPL = 120;
 
 std::optional<double> asked(QWidget* parent, double volumeDB, double guess) {
     bool given = false;
-    const QString question = QString(
-                                 "Play pink noise at your reference level and measure at the listener's place.\n"
-                                 "The monitor stands at %1 dB. dB SPL read:")
-                                 .arg(QString::asprintf("%+.1f", volumeDB + 0.0));
+    const QString question =
+        QCoreApplication::translate("ReferenceButton",
+                                    "Play pink noise at your reference level and measure at the listener's place.\n"
+                                    "The monitor stands at %1 dB. dB SPL read:")
+            .arg(QString::asprintf("%+.1f", volumeDB + 0.0));
     const double spl =
-        QInputDialog::getDouble(parent, "Reference Level", question, guess, lowestSPL, highestSPL, 1, &given);
+        QInputDialog::getDouble(parent, QCoreApplication::translate("ReferenceButton", "Reference Level"), question,
+                                guess, lowestSPL, highestSPL, 1, &given);
     return given ? std::optional(spl) : std::nullopt;
 }
 
@@ -25,12 +28,12 @@ std::optional<double> asked(QWidget* parent, double volumeDB, double guess) {
 
 ReferenceButton::ReferenceButton(MonitorEngine& monitor, QWidget* parent) : QToolButton(parent), monitor_(monitor) {
     askSPL = [this](double volumeDB, double guess) { return asked(this, volumeDB, guess); };
-    setText("Ref");
+    setText(tr("Ref"));
     setCheckable(true);
     setPopupMode(MenuButtonPopup);
     auto* menu = new QMenu(this);
-    menu->addAction("Calibrate Here…", this, [this] { calibrate(); });
-    QAction* forget = menu->addAction("Forget the Reference", this, [this] {
+    menu->addAction(tr("Calibrate Here…"), this, [this] { calibrate(); });
+    QAction* forget = menu->addAction(tr("Forget the Reference"), this, [this] {
         MonitorState next = monitor_.state();
         next.reference.reset();
         monitor_.setState(next);
@@ -63,8 +66,8 @@ void ReferenceButton::calibrate() {
 void ReferenceButton::refresh() {
     const MonitorState& state = monitor_.state();
     setChecked(state.reference && state.levelDB() == state.reference->volumeDB);
-    setToolTip(!state.reference ? QString("Calibrate: what a sound level meter reads here")
-                                : QString("Go to the reference: %1 dB SPL at %2 dB (R)")
+    setToolTip(!state.reference ? tr("Calibrate: what a sound level meter reads here")
+                                : tr("Go to the reference: %1 dB SPL at %2 dB (R)")
                                       .arg(state.reference->levelSPL, 0, 'f', 1)
                                       .arg(QString::asprintf("%+.1f", state.reference->volumeDB + 0.0)));
 }

@@ -45,7 +45,7 @@ SpeakerTile::SpeakerTile(MonitorEngine& monitor, MonitorMeter& meter, size_t ind
     : QAbstractButton(parent), monitor_(monitor), meter_(meter), index_(index) {
     setObjectName(QString::fromUtf8(rawValue(speaker()).data()));
     setText(QString::fromStdString(channel().label));
-    setToolTip("Click to solo. Alt-click, right-click or M to mute.");
+    setToolTip(tr("Click to solo. Alt-click, right-click or M to mute."));
     setFocusPolicy(Qt::StrongFocus);
     QFont small = font();
     small.setPointSizeF(textPoints);
@@ -77,9 +77,9 @@ void SpeakerTile::refresh(bool isReached) {
     isReached_ = isReached;
     const MonitorState& state = monitor_.state();
     QString said = text();
-    if (state.solo.contains(speaker())) { said += ", solo"; }
-    if (state.muted.contains(speaker())) { said += ", muted"; }
-    if (!isReached) { said += ", nothing in this mode"; }
+    if (state.solo.contains(speaker())) { said += tr(", solo"); }
+    if (state.muted.contains(speaker())) { said += tr(", muted"); }
+    if (!isReached) { said += tr(", nothing in this mode"); }
     if (said != accessibleName()) { setAccessibleName(said); }  // each call is told to screen readers
     update();
 }
@@ -128,7 +128,7 @@ void SpeakerTile::paintEvent(QPaintEvent* /*event*/) {
 
 SpeakerMap::SpeakerMap(MonitorEngine& monitor, MonitorMeter& meter, QWidget* parent)
     : QWidget(parent), monitor_(monitor), meter_(meter) {
-    setAccessibleName("Speakers of the room");
+    setAccessibleName(tr("Speakers of the room"));
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     connect(&meter, &MonitorMeter::changed, this, &SpeakerMap::refresh);
     refresh();

@@ -13,9 +13,9 @@ SpeakerPane::SpeakerPane(MonitorEngine& monitor, MonitorMeter& meter, QWidget* p
     : QWidget(parent), monitor_(monitor) {
     alignment_ = new AlignmentPanel(monitor, this);
     align_ = new QPushButton;
-    align_->setToolTip("Delay and polarity of each speaker");
+    align_->setToolTip(tr("Delay and polarity of each speaker"));
     connect(align_, &QPushButton::clicked, alignment_, &AlignmentPanel::bringUp);
-    clear_ = new QPushButton("Clear solos and mutes");
+    clear_ = new QPushButton(tr("Clear solos and mutes"));
     connect(clear_, &QPushButton::clicked, this, [this] {
         MonitorState next = monitor_.state();
         next.solo.clear();
@@ -33,7 +33,7 @@ SpeakerPane::SpeakerPane(MonitorEngine& monitor, MonitorMeter& meter, QWidget* p
 
 void SpeakerPane::refresh() {
     const MonitorState& state = monitor_.state();
-    align_->setText(state.alignment.empty() ? "Alignment…" : QString("Alignment (%1)…").arg(state.alignment.size()));
+    align_->setText(state.alignment.empty() ? tr("Alignment…") : tr("Alignment (%1)…").arg(state.alignment.size()));
     align_->setVisible(monitor_.profile().kind == OutputProfile::Kind::speakers);
     clear_->setVisible(!state.solo.empty() || !state.muted.empty());
 }

@@ -55,7 +55,8 @@ HUDPanel& HUDController::panel() {
     connect(view_, &PlayerView::upmixPanelAsked, this, &HUDController::upmixPanelAsked);
     connect(panel_.get(), &HUDPanel::closeAsked, this, [this] {
         settings_.change([](AppSettings& s) { s.finderPanel = false; });
-        player_.notify("The panel is off: “File Manager Panel” in the status menu turns it on again.");
+        player_.notify(
+            tr("The panel is off: “File Manager Panel” in the status menu turns it on again.").toStdString());
     });
     return *panel_;
 }

@@ -22,7 +22,7 @@ constexpr QSize usualSize(720, 170);
 HUDPanel::HUDPanel(QWidget* content)
     : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::WindowDoesNotAcceptFocus) {
     setObjectName("hudPanel");
-    setWindowTitle("Brindlehum Panel");
+    setWindowTitle(tr("Brindlehum Panel"));
     setAttribute(Qt::WA_ShowWithoutActivating);
     setAttribute(Qt::WA_X11NetWmWindowTypeUtility);
     Theme::keepDark(*this);
@@ -34,8 +34,8 @@ HUDPanel::HUDPanel(QWidget* content)
     setSymbol(*close, "clear", SymbolRole::secondary);
     close->setIconSize({12, 12});
     close->setProperty("role", "chip");
-    close->setToolTip("Turn the panel off");
-    close->setAccessibleName("Turn the panel off");
+    close->setToolTip(tr("Turn the panel off"));
+    close->setAccessibleName(tr("Turn the panel off"));
     connect(close, &QToolButton::clicked, this, &HUDPanel::closeAsked);
     row->addWidget(close, 0, Qt::AlignTop);
     for (QWidget* part : findChildren<QWidget*>()) { part->setFocusPolicy(Qt::NoFocus); }

@@ -1,6 +1,7 @@
 // Measures an overview and paints its lanes.
 #include "ui/picture/waveform_picture.h"
 
+#include <QCoreApplication>
 #include <QFontDatabase>
 #include <QFontMetricsF>
 #include <QList>
@@ -183,7 +184,9 @@ double viewGain(float peak) {
 }
 
 QString gainText(double gain) {
-    return gain > 1.12 ? QString::asprintf("view +%.0f dB", 20 * std::log10(gain)) : QString();
+    return gain > 1.12
+               ? QCoreApplication::translate("WaveformPicture", "view +%1 dB").arg(20 * std::log10(gain), 0, 'f', 0)
+               : QString();
 }
 
 Buckets bucketsUnder(double from, double to, const WaveformData& data) {

@@ -13,11 +13,11 @@ namespace brindlehum {
 
 DragHandle::DragHandle(QWidget* parent) : QToolButton(parent) {
     setSymbol(*this, "drag");
-    setText("Drag");
+    setText(tr("Drag"));
     setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-    setToolTip("Drag the whole file into your DAW (uses the Drag mode)");
-    setAccessibleName("Drag handle");
-    setAccessibleDescription("Drag the whole file into your DAW. Space or Enter copies the file instead.");
+    setToolTip(tr("Drag the whole file into your DAW (uses the Drag mode)"));
+    setAccessibleName(tr("Drag handle"));
+    setAccessibleDescription(tr("Drag the whole file into your DAW. Space or Enter copies the file instead."));
     setFocusPolicy(Qt::StrongFocus);
     setCursor(Qt::OpenHandCursor);
 }

@@ -1,6 +1,7 @@
 // The entries of the export menus.
 #include "ui/player/drag_menu.h"
 
+#include <QCoreApplication>
 #include <QMenu>
 #include <optional>
 
@@ -14,13 +15,14 @@ namespace {
 QString help(const DragExport& mode) {
     switch (mode.kind) {
         case DragExport::Kind::original:
-            return "The file itself, or a cut of it with all its channels";
+            return QCoreApplication::translate("DragMenu", "The file itself, or a cut of it with all its channels");
         case DragExport::Kind::bed:
-            return "The sound laid out for these speakers, and nothing added";
+            return QCoreApplication::translate("DragMenu", "The sound laid out for these speakers, and nothing added");
         case DragExport::Kind::binaural:
-            return "Two channels for headphones";
+            return QCoreApplication::translate("DragMenu", "Two channels for headphones");
         case DragExport::Kind::upmix:
-            return "Spread over these speakers by the upmix that is switched on";
+            return QCoreApplication::translate("DragMenu",
+                                               "Spread over these speakers by the upmix that is switched on");
     }
     return {};
 }
@@ -40,9 +42,10 @@ void fillDragForms(QMenu& menu, DragOut& dragOut) {
 }
 
 void fillExportMenu(QMenu& menu, DragOut& dragOut, ExportCopy& copy) {
-    menu.addAction("Copy Sound", &copy, [&copy] { copy.copy(true); });
-    menu.addAction("Export to Pulls Folder", &dragOut, [&dragOut] { dragOut.exportToPulls(true); });
-    fillDragForms(*menu.addMenu("Drag As"), dragOut);
+    menu.addAction(QCoreApplication::translate("DragMenu", "Copy Sound"), &copy, [&copy] { copy.copy(true); });
+    menu.addAction(QCoreApplication::translate("DragMenu", "Export to Pulls Folder"), &dragOut,
+                   [&dragOut] { dragOut.exportToPulls(true); });
+    fillDragForms(*menu.addMenu(QCoreApplication::translate("DragMenu", "Drag As")), dragOut);
 }
 
 }  // namespace brindlehum

@@ -22,11 +22,11 @@ ExportBar::ExportBar(ExportProgress& progress, PlayerMessage& message, Reveal re
     bar_->setRange(0, 1000);
     bar_->setTextVisible(false);
     bar_->setFixedWidth(160);
-    bar_->setAccessibleName("Progress of the export");
+    bar_->setAccessibleName(tr("Progress of the export"));
     row->addWidget(bar_);
-    row->addWidget(cancel_ = new QPushButton("Cancel"));
-    cancel_->setAccessibleName("Cancel the export");
-    row->addWidget(show_ = new QPushButton("Show in Folder"));
+    row->addWidget(cancel_ = new QPushButton(tr("Cancel")));
+    cancel_->setAccessibleName(tr("Cancel the export"));
+    row->addWidget(show_ = new QPushButton(tr("Show in Folder")));
     connect(cancel_, &QPushButton::clicked, &progress, &ExportProgress::cancel);
     connect(show_, &QPushButton::clicked, this, [this, reveal = std::move(reveal)] { reveal(exports_.files()); });
     connect(&progress, &ExportProgress::changed, this, &ExportBar::refresh);

@@ -27,15 +27,15 @@ constexpr double holdHeight = 2;
 constexpr int scaleDb[] = {0, -12, -24, -36, -48};
 
 QString dbText(double db) {
-    return db <= MeterLevel::floor ? QString("silent") : QString::asprintf("%.1f dB", db);
+    return db <= MeterLevel::floor ? MeterView::tr("silent") : QString::asprintf("%.1f dB", db);
 }
 
 }  // namespace
 
 MeterView::MeterView(OutputMeter& meter, QWidget* parent) : QWidget(parent), meter_(meter) {
     setObjectName("outputMeter");
-    setAccessibleName("Output meter");
-    setAccessibleDescription("Peak levels of the outputs. Space clears the marks of over-range.");
+    setAccessibleName(tr("Output meter"));
+    setAccessibleDescription(tr("Peak levels of the outputs. Space clears the marks of over-range."));
     setFocusPolicy(Qt::TabFocus);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
     QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
@@ -113,11 +113,11 @@ void MeterView::paintEvent(QPaintEvent* /*event*/) {
 
 QString MeterView::textAt(int x) const {
     const int output = (x - margin) / pitch();
-    if (x < margin || size_t(output) >= meter_.outputs().size()) { return "Peak levels of the outputs, in dBFS"; }
+    if (x < margin || size_t(output) >= meter_.outputs().size()) { return tr("Peak levels of the outputs, in dBFS"); }
     const auto& [label, channel, level] = meter_.outputs()[size_t(output)];
     QString text = QString::fromStdString(label) + " " + dbText(level.level);
-    if (level.hold > MeterLevel::floor) { text += ", highest " + dbText(level.hold); }
-    if (level.isOver) { text += ", over (click to clear)"; }
+    if (level.hold > MeterLevel::floor) { text += ", " + tr("highest %1").arg(dbText(level.hold)); }
+    if (level.isOver) { text += ", " + tr("over (click to clear)"); }
     return text;
 }
 

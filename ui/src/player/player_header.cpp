@@ -50,8 +50,8 @@ QWidget* PlayerHeader::makeSelection() {
     setSymbol(*clear, "clear");
     clear->setIconSize({12, 12});
     clear->setProperty("role", "chip");
-    clear->setToolTip("Clear selection");
-    clear->setAccessibleName("Clear selection");
+    clear->setToolTip(tr("Clear selection"));
+    clear->setAccessibleName(tr("Clear selection"));
     clear->setFocusPolicy(Qt::StrongFocus);
     connect(clear, &QToolButton::clicked, this, [this] { transport_.clearSelection(); });
     row->addWidget(clear);
@@ -65,8 +65,8 @@ void PlayerHeader::refresh() {
     const auto& selection = transport_.selection();
     selectionBox_->setVisible(selection.has_value());
     if (selection && info) {
-        selection_->setText(
-            "Sel " + QString::fromStdString(timeText(double(selection->length()) / std::max(info->sampleRate, 1.0))));
+        selection_->setText(tr("Sel %1").arg(
+            QString::fromStdString(timeText(double(selection->length()) / std::max(info->sampleRate, 1.0)))));
     }
     refreshTime();
 }

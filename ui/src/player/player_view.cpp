@@ -47,7 +47,7 @@ PlayerView::PlayerView(PlayerModel& player, SettingsStore& settings, WaveformVie
       style_(style),
       drags_(std::make_unique<DragSession>(player.dragOut())),
       copy_(new ExportCopy(player.dragOut(), this)) {
-    setAccessibleName("Player");
+    setAccessibleName(tr("Player"));
     auto* all = column(this, style == WaveformView::Style::hud ? hudMargins : windowMargins, 6);
     auto* top = new QWidget;
     stack_ = new QStackedLayout(top);
@@ -87,12 +87,12 @@ void PlayerView::connectDrags() {
 QWidget* PlayerView::makeEmpty() {
     auto* box = new QWidget;
     auto* layout = column(box, {}, 8);
-    auto* text = new QLabel("Select an audio file");
+    auto* text = new QLabel(tr("Select an audio file"));
     text->setProperty("role", "empty");
     text->setAlignment(Qt::AlignCenter);
     auto* hint = new QLabel(style_ == WaveformView::Style::hud
-                                ? "Choose one in the file manager."
-                                : "Choose one in the list above, or drop a file or a folder here.");
+                                ? tr("Choose one in the file manager.")
+                                : tr("Choose one in the list above, or drop a file or a folder here."));
     hint->setProperty("role", "secondary");
     hint->setAlignment(Qt::AlignCenter);
     layout->addStretch(1);

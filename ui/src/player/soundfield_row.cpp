@@ -12,6 +12,13 @@
 #include "ui/look/value_slider.h"
 
 namespace brindlehum {
+namespace {
+
+QString degrees(double angle) {
+    return QString::asprintf("%.0f°", angle);
+}
+
+}  // namespace
 
 SoundfieldRow::SoundfieldRow(LoadedSound& sound, ListeningSetup& listening, QWidget* parent)
     : QWidget(parent), sound_(sound), listening_(listening) {
@@ -19,15 +26,15 @@ SoundfieldRow::SoundfieldRow(LoadedSound& sound, ListeningSetup& listening, QWid
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(8);
-    title_ = new QLabel("Soundfield");
+    title_ = new QLabel(tr("Soundfield"));
     title_->setProperty("role", "headline");
     title_->installEventFilter(this);
     row->addWidget(title_);
-    axes_[0] = makeAxis("Yaw", &Rotation::yaw, 180);
-    axes_[1] = makeAxis("Pitch", &Rotation::pitch, 90);
-    axes_[2] = makeAxis("Roll", &Rotation::roll, 180);
-    auto* resetButton = new QPushButton("Reset");
-    resetButton->setAccessibleName("Reset the soundfield");
+    axes_[0] = makeAxis(tr("Yaw"), &Rotation::yaw, 180);
+    axes_[1] = makeAxis(tr("Pitch"), &Rotation::pitch, 90);
+    axes_[2] = makeAxis(tr("Roll"), &Rotation::roll, 180);
+    auto* resetButton = new QPushButton(tr("Reset"));
+    resetButton->setAccessibleName(tr("Reset the soundfield"));
     connect(resetButton, &QPushButton::clicked, this, &SoundfieldRow::reset);
     row->addWidget(resetButton);
     refresh();
@@ -64,10 +71,10 @@ void SoundfieldRow::refresh() {
     const Rotation& rotation = listening_.rotation();
     for (const Axis& axis : axes_) {
         axis.slider->setNumber(rotation.*axis.angle);
-        axis.value->setText(QString::asprintf("%.0f°", rotation.*axis.angle));
+        axis.value->setText(degrees(rotation.*axis.angle));
     }
-    setToolTip(QString::asprintf("Soundfield yaw %.0f°, pitch %.0f°, roll %.0f°: double-click Reset to zero all three",
-                                 rotation.yaw, rotation.pitch, rotation.roll));
+    setToolTip(tr("Soundfield yaw %1, pitch %2, roll %3: double-click Reset to zero all three")
+                   .arg(degrees(rotation.yaw), degrees(rotation.pitch), degrees(rotation.roll)));
 }
 
 bool SoundfieldRow::eventFilter(QObject* watched, QEvent* event) {

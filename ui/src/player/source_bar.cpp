@@ -28,7 +28,7 @@ QString listenName(ListenMode mode) {
     return QString::fromLatin1(name.data(), qsizetype(name.size()));
 }
 
-constexpr auto upmixTip = "Upmix: spread this file over every speaker";
+constexpr auto upmixTip = QT_TRANSLATE_NOOP("brindlehum::SourceBar", "Upmix: spread this file over every speaker");
 constexpr int longestChoice = 130;  // logical pixels
 
 }  // namespace
@@ -44,7 +44,8 @@ SourceBar::SourceBar(PlayerModel& player, const SettingsStore& settings, QWidget
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(8);
-    format_ = new MenuButton("Source format", "How the channels are interpreted", [this](QMenu& m) { fillFormats(m); });
+    format_ = new MenuButton(tr("Source format"), tr("How the channels are interpreted"),
+                             [this](QMenu& m) { fillFormats(m); });
     setSymbol(*format_, "channels");
     detect_ = new QToolButton;
     setSymbol(*detect_, "clear");
@@ -52,21 +53,21 @@ SourceBar::SourceBar(PlayerModel& player, const SettingsStore& settings, QWidget
     detect_->setProperty("role", "chip");
     detect_->setFocusPolicy(Qt::StrongFocus);
     connect(detect_, &QToolButton::clicked, this, [this] { sound_.setFormatOverride(std::nullopt); });
-    listen_ = new MenuButton("Listen", "Monitor mode for stereo files", [this](QMenu& m) { fillListen(m); });
+    listen_ = new MenuButton(tr("Listen"), tr("Monitor mode for stereo files"), [this](QMenu& m) { fillListen(m); });
     setSymbol(*listen_, "listen");
-    upmix_ = new MenuButton("Upmix", upmixTip, [this](QMenu& m) { fillUpmix(m); });
+    upmix_ = new MenuButton(tr("Upmix"), tr(upmixTip), [this](QMenu& m) { fillUpmix(m); });
     setSymbol(*upmix_, "upmix");
-    profile_ = new MenuButton("Output profile", "Output profile", [this](QMenu& m) { fillProfiles(m); });
+    profile_ = new MenuButton(tr("Output profile"), tr("Output profile"), [this](QMenu& m) { fillProfiles(m); });
     device_ = new ElidedLabel(Qt::ElideRight);
     device_->setProperty("role", "secondary");
-    drag_ = new MenuButton("Drag as", "What a drag into the DAW delivers",
+    drag_ = new MenuButton(tr("Drag as"), tr("What a drag into the DAW delivers"),
                            [this](QMenu& m) { fillDragForms(m, dragOut_); });
     setSymbol(*drag_, "drag");
     handle_ = new DragHandle;
     edit_ = new QToolButton;
     setSymbol(*edit_, "edit");
-    edit_->setAccessibleName("Open in the editor");
-    edit_->setToolTip("Open in the editor (Ctrl+E): pins the intro, loop and ending, makes temp edits");
+    edit_->setAccessibleName(tr("Open in the editor"));
+    edit_->setToolTip(tr("Open in the editor (Ctrl+E): pins the intro, loop and ending, makes temp edits"));
     edit_->setFocusPolicy(Qt::StrongFocus);
     connect(edit_, &QToolButton::clicked, this, &SourceBar::editorAsked);
     row->addWidget(format_);
@@ -106,13 +107,15 @@ void SourceBar::refreshFormat(const SourceFormat& source) {
     const QString detected = QString::fromStdString(sound_.info()->detected.displayName());
     const QString name = QString::fromStdString(source.displayName());
     const bool isOverride = sound_.formatOverride().has_value();
-    format_->setChoice(isOverride ? name + (isOfFolder() ? " (folder)" : " (set)") : "Auto (" + detected + ")");
-    format_->setToolTip(isOverride ? QString("How the channels are interpreted: you chose %1 for this %2. Without that "
-                                             "they would be %3")
-                                         .arg(name, isOfFolder() ? "folder" : "file", detected)
-                                   : QString("How the channels are interpreted"));
-    detect_->setToolTip("Back to Auto (" + detected + ") for this file");
-    detect_->setAccessibleName("Back to Auto (" + detected + ")");
+    format_->setChoice(isOverride ? (isOfFolder() ? tr("%1 (folder)") : tr("%1 (set)")).arg(name)
+                                  : tr("Auto (%1)").arg(detected));
+    const QString chosen =
+        isOfFolder()
+            ? tr("How the channels are interpreted: you chose %1 for this folder. Without that they would be %2")
+            : tr("How the channels are interpreted: you chose %1 for this file. Without that they would be %2");
+    format_->setToolTip(isOverride ? chosen.arg(name, detected) : tr("How the channels are interpreted"));
+    detect_->setToolTip(tr("Back to Auto (%1) for this file").arg(detected));
+    detect_->setAccessibleName(tr("Back to Auto (%1)").arg(detected));
 }
 
 // Shows with an icon alone, too, whether the upmix is on. An upmix takes both channels as they are: a listen mode would
@@ -122,11 +125,11 @@ void SourceBar::refreshUpmix(bool loaded) {
     const bool runs = state == UpmixState::on;
     const QString choice = upmixChoice(tuning_);
     const QString problem = upmixProblem(listening_);
-    const QString shown = compare_.isPlain() ? "Off (comparing)" : choice;
+    const QString shown = compare_.isPlain() ? tr("Off (comparing)") : choice;
     upmix_->setVisible(state != UpmixState::impossible);
     upmix_->setChoice(choice);
     upmix_->setText(upmix_->fontMetrics().elidedText(shown, Qt::ElideRight, longestChoice).replace('&', "&&"));
-    upmix_->setToolTip(plainToolTip((problem.isEmpty() ? QString(upmixTip) : problem) + "\nNow: " + choice));
+    upmix_->setToolTip(plainToolTip((problem.isEmpty() ? tr(upmixTip) : problem) + "\n" + tr("Now: %1").arg(choice)));
     const bool unheard = state == UpmixState::unheard;
     setSymbol(*upmix_, unheard ? "warning" : "upmix", unheard ? SymbolRole::warning : SymbolRole::control);
     if (upmix_->property("lit").toBool() != runs) {
@@ -134,8 +137,8 @@ void SourceBar::refreshUpmix(bool loaded) {
         upmix_->style()->polish(upmix_);
     }
     listen_->setEnabled(!runs);
-    listen_->setToolTip(listen_->isEnabled() ? "Monitor mode for stereo files"
-                                             : "Monitor modes don't apply while the file is upmixed");
+    listen_->setToolTip(listen_->isEnabled() ? tr("Monitor mode for stereo files")
+                                             : tr("Monitor modes don't apply while the file is upmixed"));
 }
 
 bool SourceBar::isOfFolder() const {
@@ -154,23 +157,23 @@ void SourceBar::refreshDevice() {
     const auto device = listening_.device();
     switch (listening_.devices().server()) {
         case SoundServer::absent:
-            return device_->setFullText("no sound server");
+            return device_->setFullText(tr("no sound server"));
         case SoundServer::silent:
-            return device_->setFullText("the sound server doesn't answer");
+            return device_->setFullText(tr("the sound server doesn't answer"));
         case SoundServer::running:
             break;
     }
-    if (!device) { return device_->setFullText("no output device"); }
+    if (!device) { return device_->setFullText(tr("no output device")); }
     const bool standsIn = uid && device->uid != *uid;
-    device_->setFullText("on " + QString::fromStdString(device->name) +
-                         (standsIn ? ", for the profile's device is unavailable" : ""));
+    device_->setFullText((standsIn ? tr("on %1, for the profile's device is unavailable") : tr("on %1"))
+                             .arg(QString::fromStdString(device->name)));
 }
 
 void SourceBar::fillFormats(QMenu& menu) {
     const auto& info = sound_.info();
     if (!info) { return; }
     const auto& chosen = sound_.formatOverride();
-    addChoice(menu, QString::fromStdString("Auto (" + info->detected.displayName() + ")"), !chosen,
+    addChoice(menu, tr("Auto (%1)").arg(QString::fromStdString(info->detected.displayName())), !chosen,
               [this] { sound_.setFormatOverride(std::nullopt); });
     menu.addSeparator();
     auto formats = SourceFormat::options(info->channels);
@@ -182,7 +185,7 @@ void SourceBar::fillFormats(QMenu& menu) {
     if (!chosen) { return; }
     menu.addSeparator();
     const QString folder = pathText(info->url.parent_path().filename());
-    addChoice(menu, QString("For All %1-Channel Files in “%2”").arg(info->channels).arg(folder), isOfFolder(),
+    addChoice(menu, tr("For All %1-Channel Files in “%2”").arg(info->channels).arg(folder), isOfFolder(),
               [this, forFolder = !isOfFolder()] { sound_.setForFolder(forFolder); });
 }
 
@@ -195,11 +198,11 @@ void SourceBar::fillListen(QMenu& menu) {
 void SourceBar::fillUpmix(QMenu& menu) {
     addUpmixChoices(menu, tuning_);
     menu.addSeparator();
-    auto* compare = addChoice(menu, "Compare with the Fold-Down", compare_.isPlain() || compare_.isMeasuring(),
+    auto* compare = addChoice(menu, tr("Compare with the Fold-Down"), compare_.isPlain() || compare_.isMeasuring(),
                               [this] { compare_.toggle(); });
     compare->setEnabled(compare_.isPossible());
-    compare->setToolTip("Plays the plain fold-down, as loud as the upmix");
-    connect(menu.addAction("Adjust…"), &QAction::triggered, this, &SourceBar::upmixPanelAsked);
+    compare->setToolTip(tr("Plays the plain fold-down, as loud as the upmix"));
+    connect(menu.addAction(tr("Adjust…")), &QAction::triggered, this, &SourceBar::upmixPanelAsked);
 }
 
 void SourceBar::fillProfiles(QMenu& menu) {

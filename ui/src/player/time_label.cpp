@@ -10,7 +10,7 @@ namespace brindlehum {
 
 TimeLabel::TimeLabel(QWidget* parent) : QLabel(parent) {
     setFont(tabularFont(13));
-    setAccessibleName("Time");
+    setAccessibleName(tr("Time"));
     setTextInteractionFlags(Qt::NoTextInteraction);
 }
 

@@ -23,7 +23,7 @@ TimeRuler::TimeRuler(QWidget* parent) : QWidget(parent) {
     font.setPointSizeF(labelPoints);
     setFont(font);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    setAccessibleName("Time ruler");
+    setAccessibleName(tr("Time ruler"));
 }
 
 void TimeRuler::setSeconds(double first, double seconds) {

@@ -57,15 +57,15 @@ void TransportBar::makeToggles() {
     play_->setIconSize({18, 18});
     play_->setFocusPolicy(Qt::StrongFocus);
     connect(play_, &QToolButton::clicked, this, [this] { transport_.togglePlay(); });
-    loop_ = toggle("Loop", "loop", "Loop (selection or whole file)");
+    loop_ = toggle(tr("Loop"), "loop", tr("Loop (selection or whole file)"));
     connect(loop_, &QToolButton::clicked, this, [this](bool on) { transport_.setLoop(on); });
-    autoPlay_ = toggle("Auto-play", "autoplay", "Auto-play on selection");
+    autoPlay_ = toggle(tr("Auto-play"), "autoplay", tr("Auto-play on selection"));
     connect(autoPlay_, &QToolButton::clicked, this,
             [this](bool on) { settings_.change([on](AppSettings& s) { s.autoPlay = on; }); });
 }
 
 void TransportBar::makeLevel() {
-    level_ = new ValueSlider("Audition level", levelRange);
+    level_ = new ValueSlider(tr("Audition level"), levelRange);
     level_->setFixedWidth(levelWidth);
     level_->onEdit = [this](double db) { listening_.setVolumeDB(db); };
     levelValue_ = new QLabel;
@@ -78,14 +78,14 @@ void TransportBar::makeLevel() {
 void TransportBar::refresh() {
     const bool playing = transport_.isPlaying();
     setSymbol(*play_, playing ? "stop" : "play", SymbolRole::onAccent);
-    play_->setAccessibleName(playing ? "Stop" : "Play");
-    play_->setToolTip(playing ? "Stop (Ctrl+Return)" : "Play (Ctrl+Return)");
+    play_->setAccessibleName(playing ? tr("Stop") : tr("Play"));
+    play_->setToolTip(playing ? tr("Stop (Ctrl+Return)") : tr("Play (Ctrl+Return)"));
     play_->setEnabled(sound_.info().has_value());
     loop_->setChecked(transport_.loop());
     autoPlay_->setChecked(settings_.value().autoPlay);
 
     level_->setNumber(listening_.volumeDB());
-    level_->setToolTip(QString::asprintf("Audition level %.1f dB", listening_.volumeDB()));
+    level_->setToolTip(tr("Audition level %1 dB").arg(listening_.volumeDB(), 0, 'f', 1));
     levelValue_->setText(QString::asprintf("%+.1f dB", listening_.volumeDB()));
 }
 

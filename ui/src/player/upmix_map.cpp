@@ -33,15 +33,15 @@ double shareOf(double db) {
 }
 
 QString dbText(double db) {
-    return db <= MeterLevel::floor ? QString("silent") : QString::asprintf("%.1f dB", db);
+    return db <= MeterLevel::floor ? UpmixMap::tr("silent") : QString::asprintf("%.1f dB", db);
 }
 
 }  // namespace
 
 UpmixMap::UpmixMap(UpmixLevels& levels, QWidget* parent) : QWidget(parent), levels_(levels) {
     setObjectName("upmixMap");
-    setAccessibleName("Picture of the upmix");
-    setAccessibleDescription("The room from above, with the levels of direct sound and ambience in each speaker");
+    setAccessibleName(tr("Picture of the upmix"));
+    setAccessibleDescription(tr("The room from above, with the levels of direct sound and ambience in each speaker"));
     QFont small = font();
     small.setPointSizeF(labelPoints);
     setFont(small);
@@ -115,7 +115,7 @@ void UpmixMap::paintLegend(QPainter& painter) const {
     const double y = height() - legendHeight / 2;
     double x = std::max((width() - 150) / 2.0, 4.0);
     for (const auto& [name, color, alpha] :
-         {std::tuple("Direct", theme.accent, 255), {"Ambience", theme.waveform.surround, ambienceAlpha}}) {
+         {std::tuple(tr("Direct"), theme.accent, 255), {tr("Ambience"), theme.waveform.surround, ambienceAlpha}}) {
         QColor shown = color;
         shown.setAlpha(alpha);
         painter.setPen(Qt::NoPen);
@@ -136,7 +136,7 @@ void UpmixMap::paintEvent(QPaintEvent* /*event*/) {
 }
 
 QString UpmixMap::textAt(QPointF place) const {
-    QString text = "What each speaker gets of the direct sound and of the ambience";
+    QString text = tr("What each speaker gets of the direct sound and of the ambience");
     double nearest = near;
     for (size_t i = 0; i < levels_.speakers().size(); ++i) {
         const QPointF away = placeOf(i) - place;
@@ -144,8 +144,8 @@ QString UpmixMap::textAt(QPointF place) const {
         if (distance >= nearest) { continue; }
         nearest = distance;
         const auto& [id, label, at, direct, ambience] = levels_.speakers()[i];
-        text =
-            QString::fromStdString(label) + ": direct " + dbText(direct.level) + ", ambience " + dbText(ambience.level);
+        text = tr("%1: direct %2, ambience %3")
+                   .arg(QString::fromStdString(label), dbText(direct.level), dbText(ambience.level));
     }
     return text;
 }

@@ -33,7 +33,8 @@ constexpr int margin = 16;
 std::optional<QString> askedName(QWidget* parent, const QString& title, const QString& name) {
     bool wanted = false;
     const QString typed =
-        QInputDialog::getText(parent, title, "Name of the preset:", QLineEdit::Normal, name, &wanted).trimmed();
+        QInputDialog::getText(parent, title, UpmixPanel::tr("Name of the preset:"), QLineEdit::Normal, name, &wanted)
+            .trimmed();
     return wanted ? std::optional(typed) : std::nullopt;
 }
 
@@ -48,17 +49,13 @@ bool confirmed(QWidget* parent, const QString& question, const QString& button) 
     return box.clickedButton() == yes;
 }
 
-QString quoted(const std::string& name) {
-    return "“" + QString::fromStdString(name) + "”";
-}
-
 }  // namespace
 
 UpmixPanel::UpmixPanel(PlayerModel& player, SettingsStore& settings, QWidget* parent)
     : QWidget(parent, Qt::Tool), player_(player), tuning_(player.upmix()), compare_(player.compare()) {
     setObjectName("window");
     setAttribute(Qt::WA_StyledBackground);
-    setWindowTitle("Upmix");
+    setWindowTitle(tr("Upmix"));
     askName = [this](const QString& title, const QString& name) { return askedName(this, title, name); };
     confirm = [this](const QString& question, const QString& button) { return confirmed(this, question, button); };
     auto* column = new QVBoxLayout(this);
@@ -97,16 +94,16 @@ QWidget* UpmixPanel::makeTop() {
     auto* row = new QHBoxLayout(bar);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(8);
-    preset_ = new MenuButton("Preset", "The preset that the numbers start from",
+    preset_ = new MenuButton(tr("Preset"), tr("The preset that the numbers start from"),
                              [this](QMenu& menu) { addUpmixChoices(menu, tuning_); });
     setSymbol(*preset_, "upmix");
-    keep_ = new MenuButton("Keep", "Presets of your own", [this](QMenu& menu) { fillKeep(menu); });
-    keep_->setChoice("Keep");
-    keep_->setAccessibleName("Keep");
-    reset_ = new QPushButton("Reset");
-    reset_->setToolTip("Back to the preset's values");
+    keep_ = new MenuButton(tr("Keep"), tr("Presets of your own"), [this](QMenu& menu) { fillKeep(menu); });
+    keep_->setChoice(tr("Keep"));
+    keep_->setAccessibleName(tr("Keep"));
+    reset_ = new QPushButton(tr("Reset"));
+    reset_->setToolTip(tr("Back to the preset's values"));
     connect(reset_, &QPushButton::clicked, this, [this] { tuning_.reset(); });
-    compareButton_ = new QPushButton("Compare");
+    compareButton_ = new QPushButton(tr("Compare"));
     compareButton_->setCheckable(true);
     connect(compareButton_, &QPushButton::clicked, this, [this] {
         compare_.toggle();
@@ -124,7 +121,7 @@ QWidget* UpmixPanel::makeBottom() {
     note_ = new QLabel;
     note_->setTextFormat(Qt::PlainText);
     note_->setWordWrap(true);
-    note_->setAccessibleName("Note");
+    note_->setAccessibleName(tr("Note"));
     return note_;
 }
 
@@ -135,10 +132,10 @@ void UpmixPanel::fillKeep(QMenu& menu) {
         added->setEnabled(enabled);
         connect(added, &QAction::triggered, this, action);
     };
-    entry("Save", !own.empty() && tuning_.isChanged(), [this, own] { save(QString::fromStdString(own)); });
-    entry("Save As…", true, &UpmixPanel::saveAs);
-    entry("Rename…", !own.empty(), &UpmixPanel::rename);
-    entry("Delete…", !own.empty(), &UpmixPanel::remove);
+    entry(tr("Save"), !own.empty() && tuning_.isChanged(), [this, own] { save(QString::fromStdString(own)); });
+    entry(tr("Save As…"), true, &UpmixPanel::saveAs);
+    entry(tr("Rename…"), !own.empty(), &UpmixPanel::rename);
+    entry(tr("Delete…"), !own.empty(), &UpmixPanel::remove);
 }
 
 void UpmixPanel::save(const QString& name) {
@@ -146,22 +143,25 @@ void UpmixPanel::save(const QString& name) {
 }
 
 void UpmixPanel::saveAs() {
-    const auto name = askName("Save the Upmix As", QString::fromStdString(tuning_.now().own));
+    const auto name = askName(tr("Save the Upmix As"), QString::fromStdString(tuning_.now().own));
     if (!name) { return; }
     const OwnUpmixPreset* const old = ownUpmixPreset(tuning_.own(), name->toStdString());
-    if (old && old->name != tuning_.now().own && !confirm("Replace the preset " + quoted(old->name) + "?", "Replace")) {
+    if (old && old->name != tuning_.now().own &&
+        !confirm(tr("Replace the preset “%1”?").arg(QString::fromStdString(old->name)), tr("Replace"))) {
         return;
     }
     save(*name);
 }
 
 void UpmixPanel::rename() {
-    const auto name = askName("Rename the Preset", QString::fromStdString(tuning_.now().own));
+    const auto name = askName(tr("Rename the Preset"), QString::fromStdString(tuning_.now().own));
     if (name) { say(tuning_.rename(name->toStdString())); }
 }
 
 void UpmixPanel::remove() {
-    if (confirm("Delete the preset " + quoted(tuning_.now().own) + "?", "Delete")) { tuning_.remove(); }
+    if (confirm(tr("Delete the preset “%1”?").arg(QString::fromStdString(tuning_.now().own)), tr("Delete"))) {
+        tuning_.remove();
+    }
 }
 
 void UpmixPanel::say(const std::string& problem) {
@@ -174,22 +174,23 @@ void UpmixPanel::refresh() {
     const QString choice = upmixChoice(tuning_);
     preset_->setChoice(choice);
     preset_->setText(preset_->fontMetrics().elidedText(choice, Qt::ElideRight, longestName).replace('&', "&&"));
-    preset_->setToolTip(plainToolTip("The preset that the numbers start from: " + choice));
+    preset_->setToolTip(plainToolTip(tr("The preset that the numbers start from: %1").arg(choice)));
     reset_->setEnabled(tuning_.isChanged());
     sliders_->refresh();
     const bool measuring = compare_.isMeasuring();
     compareButton_->setEnabled(compare_.isPossible());
     compareButton_->setChecked(compare_.isPlain() || measuring);
     compareButton_->setToolTip(compare_.isPossible()
-                                   ? "Ctrl+U: plays the plain fold-down as loud as the upmix, and the upmix again"
-                                   : "There is no upmix to compare with");
+                                   ? tr("Ctrl+U: plays the plain fold-down as loud as the upmix, and the upmix again")
+                                   : tr("There is no upmix to compare with"));
     const auto& comparison = player_.listening().comparison();
     QString note = problem_.isEmpty() ? upmixProblem(player_.listening()) : problem_;
     const bool warns = !note.isEmpty();
-    if (note.isEmpty() && measuring) { note = "Measuring how loud both are…"; }
+    if (note.isEmpty() && measuring) { note = tr("Measuring how loud both are…"); }
     if (note.isEmpty() && comparison) {
-        note = QString::asprintf("You hear the %s, %+.1f dB to be equally loud",
-                                 comparison->plain ? "plain fold-down" : "upmix", comparison->gainDb + 0.0);
+        note = (comparison->plain ? tr("You hear the plain fold-down, %1 dB to be equally loud")
+                                  : tr("You hear the upmix, %1 dB to be equally loud"))
+                   .arg(QString::asprintf("%+.1f", comparison->gainDb + 0.0));
     }
     note_->setText(note);
     const QString role = warns ? "warning" : "secondary";

@@ -35,7 +35,7 @@ WavePanel::WavePanel(LoadedSound& sound, Transport& transport, DragSession& drag
 
 QScrollBar* WavePanel::makeScrollBar() {
     auto* bar = new QScrollBar(Qt::Horizontal);
-    bar->setAccessibleName("Part of the sound in view");
+    bar->setAccessibleName(tr("Part of the sound in view"));
     bar->setProperty("role", "wave");
     // Its room stays, so that a zoom doesn't move the lanes.
     QSizePolicy policy = bar->sizePolicy();

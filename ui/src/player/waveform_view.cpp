@@ -38,13 +38,13 @@ WaveformView::WaveformView(Style style, QWidget* parent) : QWidget(parent), styl
     setMinimumHeight(minHeight);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     setCursor(Qt::IBeamCursor);
-    setAccessibleName("Waveform");
-    setAccessibleDescription(
+    setAccessibleName(tr("Waveform"));
+    setAccessibleDescription(tr(
         "Click to play from there, drag to select, drag an edge of the selection to move it, drag the selection itself "
         "to take it out as a file, Control-drag to take the whole sound out. Left and Right move the playhead, Home "
         "and End jump, Space plays or stops. Plus and Minus zoom, 0 "
         "shows all, Z the selection, Page Up and Page Down scroll. The brackets set the selection's start and end at "
-        "the playhead, Escape clears it.");
+        "the playhead, Escape clears it."));
 }
 
 void WaveformView::setData(WaveformPtr overview) {

@@ -15,16 +15,16 @@ FileManagerSettings::FileManagerSettings(SettingsStore& settings, bool isWatched
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(8);
     column->addWidget(
-        makeSetting("Show the audition panel under file-manager windows", settings, &AppSettings::finderPanel));
+        makeSetting(tr("Show the audition panel under file-manager windows"), settings, &AppSettings::finderPanel));
     auto* space =
-        makeSetting("Space plays audio files instead of the preview", settings, &AppSettings::spacePlaysInFinder);
+        makeSetting(tr("Space plays audio files instead of the preview"), settings, &AppSettings::spacePlaysInFinder);
     column->addWidget(space);
-    column->addWidget(makeSetting("Auto-play when the selection changes", settings, &AppSettings::autoPlay));
+    column->addWidget(makeSetting(tr("Auto-play when the selection changes"), settings, &AppSettings::autoPlay));
     auto* note =
-        new QLabel(isWatched ? "For Files (Nautilus) and Thunar. Space in a picture, a folder or a name being typed "
-                               "stays theirs."
-                             : "On Wayland, Space works in Files (Nautilus). The panel, and playing what is "
-                               "selected, need an X11 session.");
+        new QLabel(isWatched ? tr("For Files (Nautilus) and Thunar. Space in a picture, a folder or a name being typed "
+                                  "stays theirs.")
+                             : tr("On Wayland, Space works in Files (Nautilus). The panel, and playing what is "
+                                  "selected, need an X11 session."));
     note->setProperty("role", "secondary");
     note->setWordWrap(true);
     column->addWidget(note);

@@ -22,8 +22,8 @@ GenerationSettings::GenerationSettings(SettingsStore& settings, GenerationKey& k
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(6);
     column->addWidget(address_ = new QLineEdit(QString::fromStdString(settings.value().generationAddress)));
-    address_->setPlaceholderText("https://… (blank = no service)");
-    address_->setAccessibleName("Address of the generation service");
+    address_->setPlaceholderText(tr("https://… (blank = no service)"));
+    address_->setAccessibleName(tr("Address of the generation service"));
     const auto makeState = [] {
         auto* label = new QLabel;
         label->setTextFormat(Qt::PlainText);
@@ -34,22 +34,22 @@ GenerationSettings::GenerationSettings(SettingsStore& settings, GenerationKey& k
     auto* grid = new QGridLayout;
     grid->setHorizontalSpacing(8);
     header_ = new QLineEdit(QString::fromStdString(settings.value().generationHeader));
-    header_->setAccessibleName("Header");
+    header_->setAccessibleName(tr("Header"));
     header_->setToolTip(
-        "The HTTP header that carries the key. In Authorization, a bare key becomes “Bearer” and the key.");
+        tr("The HTTP header that carries the key. In Authorization, a bare key becomes “Bearer” and the key."));
     key_ = new QLineEdit;
     key_->setEchoMode(QLineEdit::Password);
-    key_->setAccessibleName("Key");
-    grid->addWidget(new CaptionLabel("Header", *header_), 0, 0);
+    key_->setAccessibleName(tr("Key"));
+    grid->addWidget(new CaptionLabel(tr("Header"), *header_), 0, 0);
     grid->addWidget(header_, 0, 1);
-    grid->addWidget(new CaptionLabel("Key", *key_), 0, 2);
+    grid->addWidget(new CaptionLabel(tr("Key"), *key_), 0, 2);
     grid->addWidget(key_, 0, 3);
-    grid->addWidget(forget_ = new QPushButton("Forget Key"), 0, 4);
+    grid->addWidget(forget_ = new QPushButton(tr("Forget Key")), 0, 4);
     grid->setColumnStretch(1, 2);
     grid->setColumnStretch(3, 3);
     column->addLayout(grid);
     column->addWidget(keyState_ = makeState());
-    column->addWidget(makeSetting("Send the file's name", settings, &AppSettings::generationSendsName));
+    column->addWidget(makeSetting(tr("Send the file's name"), settings, &AppSettings::generationSendsName));
     connect(address_, &QLineEdit::textChanged, this, [this](const QString& text) {
         settings_.change([&](AppSettings& s) { s.generationAddress = text.trimmed().toStdString(); });
     });
@@ -81,7 +81,7 @@ void GenerationSettings::keepKey() {
     key_->setText({});
     if (key.empty() || origin().empty()) { return; }
     if (!GenerationProtocol::isKey(key)) {
-        return say(*keyState_, "A key has letters, digits and signs of ASCII only", true);
+        return say(*keyState_, tr("A key has letters, digits and signs of ASCII only"), true);
     }
     stored_.set(origin(), key);
 }
@@ -91,25 +91,27 @@ void GenerationSettings::refresh() {
     const QString typed = QString::fromStdString(settings_.value().generationAddress);
     if (!address_->hasFocus() && address_->text() != typed) { address_->setText(typed); }
     if (address) {
-        say(*addressState_, QString::fromStdString(
-                                "The editor asks " + address->host +
-                                " for intros, endings and variations, when you press a button there and not before."));
+        say(*addressState_,
+            tr("The editor asks %1 for intros, endings and variations, when you press a button there and not before.")
+                .arg(QString::fromStdString(address->host)));
     } else if (typed.isEmpty()) {
-        say(*addressState_, "Off. Nothing is sent anywhere.");
+        say(*addressState_, tr("Off. Nothing is sent anywhere."));
     } else {
-        say(*addressState_, "Off: the address must begin with https://, or with http:// for this machine.", true);
+        say(*addressState_, tr("Off: the address must begin with https://, or with http:// for this machine."), true);
     }
     const auto place = stored_.place(origin());
     for (QWidget* each : {static_cast<QWidget*>(header_), static_cast<QWidget*>(key_)}) {
         each->setEnabled(address.has_value());
     }
     forget_->setEnabled(place != GenerationKey::Place::none);
-    key_->setPlaceholderText(place == GenerationKey::Place::none ? "Type the key, then Enter" : "Type to replace it");
-    if (place == GenerationKey::Place::keyring) { return say(*keyState_, "The key is stored in the keyring."); }
-    if (place == GenerationKey::Place::none) { return say(*keyState_, "No key: requests are sent without one."); }
+    key_->setPlaceholderText(place == GenerationKey::Place::none ? tr("Type the key, then Enter")
+                                                                 : tr("Type to replace it"));
+    if (place == GenerationKey::Place::keyring) { return say(*keyState_, tr("The key is stored in the keyring.")); }
+    if (place == GenerationKey::Place::none) { return say(*keyState_, tr("No key: requests are sent without one.")); }
     const QString why = QString::fromStdString(GenerationProtocol::plainLine(stored_.problem()));
     say(*keyState_,
-        "The key is kept for this run only" + (why.isEmpty() ? "." : ", since no keyring has taken it: " + why),
+        why.isEmpty() ? tr("The key is kept for this run only.")
+                      : tr("The key is kept for this run only, since no keyring has taken it: %1").arg(why),
         !why.isEmpty());
 }
 

@@ -1,6 +1,7 @@
 // The file with buttons to choose another and to go back, and a line on whether it can be used.
 #include "ui/settings/hrtf_settings.h"
 
+#include <QCoreApplication>
 #include <QFileDialog>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -17,9 +18,13 @@ namespace brindlehum {
 namespace {
 
 constexpr double checkedRate = 48000;  // Hz
-const char* const about =
-    "For binaural outputs. A SOFA file (AES69) measured on your own ears, or on ears like yours, "
-    "makes it clearer what is in front, behind and above.";
+
+QString about() {
+    return QCoreApplication::translate(
+        "HRTFSettings",
+        "For binaural outputs. A SOFA file (AES69) measured on your own ears, or on ears like yours, "
+        "makes it clearer what is in front, behind and above.");
+}
 
 }  // namespace
 
@@ -30,11 +35,11 @@ HRTFSettings::HRTFSettings(SettingsStore& settings, Background& looks) : setting
     auto* row = new QHBoxLayout;
     row->setSpacing(8);
     row->addWidget(path_ = new ElidedLabel(Qt::ElideMiddle), 1);
-    auto* other = new QPushButton("Choose…");
-    other->setAccessibleName("Choose an HRTF set for headphones");
+    auto* other = new QPushButton(tr("Choose…"));
+    other->setAccessibleName(tr("Choose an HRTF set for headphones"));
     row->addWidget(other);
-    row->addWidget(usual_ = new QPushButton("Built-in"));
-    usual_->setAccessibleName("Use the built-in HRTF set for headphones");
+    row->addWidget(usual_ = new QPushButton(tr("Built-in")));
+    usual_->setAccessibleName(tr("Use the built-in HRTF set for headphones"));
     column->addLayout(row);
     column->addWidget(note_ = new QLabel);
     note_->setTextFormat(Qt::PlainText);
@@ -42,22 +47,23 @@ HRTFSettings::HRTFSettings(SettingsStore& settings, Background& looks) : setting
     connect(other, &QPushButton::clicked, this, &HRTFSettings::choose);
     connect(usual_, &QPushButton::clicked, this, [this] {
         line_.cancel();
-        say(about, false);
+        say(about(), false);
         settings_.change([](AppSettings& s) { s.hrtfFile.clear(); });
     });
     connect(&settings, &SettingsStore::changed, this, &HRTFSettings::refresh);
-    say(about, false);
+    say(about(), false);
     refresh();
 }
 
 void HRTFSettings::choose() {
     const QString start = pathText(std::filesystem::path(settings_.value().hrtfFile).parent_path());
-    const QString chosen = QFileDialog::getOpenFileName(this, "HRTF Set for Headphones", start, "SOFA files (*.sofa)");
+    const QString chosen =
+        QFileDialog::getOpenFileName(this, tr("HRTF Set for Headphones"), start, tr("SOFA files (*.sofa)"));
     if (!chosen.isEmpty()) { take(pathOfText(chosen)); }
 }
 
 void HRTFSettings::take(const std::filesystem::path& file) {
-    say("Reading " + pathText(file.filename()) + "…", false);
+    say(tr("Reading %1…").arg(pathText(file.filename())), false);
     check(file, true);
 }
 
@@ -71,15 +77,15 @@ void HRTFSettings::check(const std::filesystem::path& file, bool takes) {
     looks_.run(
         line_, [file] { HRTFSet::load(file, checkedRate); },
         [this, file, takes] {
-            say(about, false);
+            say(about(), false);
             if (!takes) { return; }
             // The same name may hold another set now.
             settings_.change([](AppSettings& s) { s.hrtfFile.clear(); });
             settings_.change([&](AppSettings& s) { s.hrtfFile = file.string(); });
         },
         [this, takes](const std::exception& error) {
-            say(QString::fromUtf8(error.what()) + (takes ? ". The set in use stays." : ". The built-in set is in use."),
-                true);
+            const QString text = takes ? tr("%1. The set in use stays.") : tr("%1. The built-in set is in use.");
+            say(text.arg(QString::fromUtf8(error.what())), true);
         });
 }
 
@@ -91,7 +97,7 @@ void HRTFSettings::say(const QString& text, bool isProblem) {
 
 void HRTFSettings::refresh() {
     const std::string& file = settings_.value().hrtfFile;
-    path_->setFullText(file.empty() ? QStringLiteral("Built-in set") : pathText(file));
+    path_->setFullText(file.empty() ? tr("Built-in set") : pathText(file));
     usual_->setEnabled(!file.empty());
 }
 

@@ -24,7 +24,7 @@ LibrarySettings::LibrarySettings(SettingsStore& settings, LibraryRoots& roots, L
     : settings_(settings), roots_(roots), search_(search) {
     auto* page = new QVBoxLayout(this);
     page->setContentsMargins(16, 8, 16, 16);
-    auto* box = new QGroupBox("Library folders (indexed for search)");
+    auto* box = new QGroupBox(tr("Library folders (indexed for search)"));
     auto* column = new QVBoxLayout(box);
     column->setSpacing(8);
     auto* scroll = new QScrollArea;
@@ -55,8 +55,8 @@ QWidget* LibrarySettings::makeButtons(std::function<void()> addFolder) {
     auto* row = new QHBoxLayout(bar);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(8);
-    auto* add = new QPushButton("Add Folder…");
-    auto* rescan = new QPushButton("Rescan All");
+    auto* add = new QPushButton(tr("Add Folder…"));
+    auto* rescan = new QPushButton(tr("Rescan All"));
     connect(add, &QPushButton::clicked, this, [addFolder = std::move(addFolder)] { addFolder(); });
     connect(rescan, &QPushButton::clicked, &roots_, &LibraryRoots::rescanAll);
     row->addWidget(add);
@@ -82,7 +82,7 @@ void LibrarySettings::refreshRows() {
     }
     for (const auto& [root, problem] : roots) { list_->layout()->addWidget(makeRow(root, problem)); }
     if (!roots.empty()) { return; }
-    auto* none = new QLabel("No folders yet. Add the folders that hold your sounds.");
+    auto* none = new QLabel(tr("No folders yet. Add the folders that hold your sounds."));
     none->setProperty("role", "secondary");
     list_->layout()->addWidget(none);
 }
@@ -96,8 +96,8 @@ QWidget* LibrarySettings::makeRow(const std::string& root, const std::string& pr
     grid->setColumnStretch(1, 1);
     auto* path = new ElidedLabel(Qt::ElideMiddle);
     path->setFullText(pathText(root));
-    auto* remove = new QPushButton("Remove");
-    remove->setAccessibleName("Remove " + pathText(root));
+    auto* remove = new QPushButton(tr("Remove"));
+    remove->setAccessibleName(tr("Remove %1").arg(pathText(root)));
     connect(remove, &QPushButton::clicked, this, [this, root = root] { roots_.askToRemove(root); });
     grid->addWidget(path, 0, 0, 1, 2);
     grid->addWidget(remove, 0, 2);
@@ -112,7 +112,7 @@ QWidget* LibrarySettings::makeRow(const std::string& root, const std::string& pr
 
 void LibrarySettings::refreshState() {
     const QString count = SidebarRows::filesOf(search_.indexedCount());
-    state_->setText(roots_.indexing().empty() ? count : "Indexing…  " + count);
+    state_->setText(roots_.indexing().empty() ? count : tr("Indexing…  %1").arg(count));
 }
 
 }  // namespace brindlehum

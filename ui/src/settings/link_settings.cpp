@@ -17,8 +17,8 @@ LinkSettings::LinkSettings(SettingsStore& settings, Background& looks) : setting
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(6);
     column->addWidget(path_ = new QLineEdit);
-    path_->setPlaceholderText("yt-dlp path (blank = auto)");
-    path_->setAccessibleName("yt-dlp path (blank = auto)");
+    path_->setPlaceholderText(tr("yt-dlp path (blank = auto)"));
+    path_->setAccessibleName(tr("yt-dlp path (blank = auto)"));
     column->addWidget(found_ = new QLabel);
     found_->setTextFormat(Qt::PlainText);
     found_->setWordWrap(true);
@@ -43,11 +43,11 @@ void LinkSettings::look() {
     looks_.run(
         line_, [custom] { return LinkLoader::ytDlp(custom); },
         [this, custom](const std::optional<std::filesystem::path>& tool) {
-            QString text =
-                tool ? "Using " + pathText(*tool)
-                     : QString::fromLatin1(LinkLoader::notFound.data(), qsizetype(LinkLoader::notFound.size()));
-            if (tool && !custom.empty() && *tool != custom) { text += ": there is no program at the path above"; }
-            found_->setText(text);
+            const bool isOther = tool && !custom.empty() && *tool != custom;
+            found_->setText(
+                isOther ? tr("Using %1: there is no program at the path above").arg(pathText(*tool))
+                : tool  ? tr("Using %1").arg(pathText(*tool))
+                        : QString::fromLatin1(LinkLoader::notFound.data(), qsizetype(LinkLoader::notFound.size())));
             found_->setProperty("role", tool ? "caption" : "captionWarning");
             found_->style()->polish(found_);
         });

@@ -38,7 +38,7 @@ OutputsSettings::OutputsSettings(SettingsStore& settings, const AudioDevices& de
     row->addWidget(makeList());
     auto* area = new QWidget;
     stack_ = new QStackedLayout(area);
-    auto* none = new QLabel("Select an output");
+    auto* none = new QLabel(tr("Select an output"));
     none->setProperty("role", "empty");
     none->setAlignment(Qt::AlignCenter);
     stack_->addWidget(none_ = none);
@@ -61,7 +61,7 @@ QWidget* OutputsSettings::makeList() {
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(8);
     list_ = new QListWidget;
-    list_->setAccessibleName("Outputs");
+    list_->setAccessibleName(tr("Outputs"));
     list_->setTabKeyNavigation(false);
     list_->setIconSize({16, 16});
     connect(list_, &QListWidget::currentRowChanged, this, [this](int at) {
@@ -71,8 +71,8 @@ QWidget* OutputsSettings::makeList() {
     layout->addWidget(list_, 1);
     auto* buttons = new QHBoxLayout;
     buttons->setSpacing(8);
-    auto* plus = smallButton("plus", "Add an output");
-    minus_ = smallButton("minus", "Remove the selected output");
+    auto* plus = smallButton("plus", tr("Add an output"));
+    minus_ = smallButton("minus", tr("Remove the selected output"));
     connect(plus, &QToolButton::clicked, this, &OutputsSettings::add);
     connect(minus_, &QToolButton::clicked, this, &OutputsSettings::remove);
     buttons->addWidget(plus);

@@ -69,23 +69,23 @@ void ProfileEditor::makeForm() {
     form_->setLabelAlignment(Qt::AlignRight | Qt::AlignVCenter);
     form_->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
     name_ = new QLineEdit;
-    name_->setAccessibleName("Name");
+    name_->setAccessibleName(tr("Name"));
     connect(name_, &QLineEdit::textEdited, this,
             [this](const QString& text) { edit([&](OutputProfile& p) { p.name = text.toStdString(); }); });
-    kind_ = picker("Type");
-    kind_->addItem("Speakers", int(OutputProfile::Kind::speakers));
-    kind_->addItem("Headphones (binaural)", int(OutputProfile::Kind::headphones));
+    kind_ = picker(tr("Type"));
+    kind_->addItem(tr("Speakers"), int(OutputProfile::Kind::speakers));
+    kind_->addItem(tr("Headphones (binaural)"), int(OutputProfile::Kind::headphones));
     connect(kind_, &QComboBox::activated, this, [this] {
         edit([this](OutputProfile& p) { p.kind = static_cast<OutputProfile::Kind>(kind_->currentData().toInt()); });
     });
-    device_ = picker("Device");
+    device_ = picker(tr("Device"));
     connect(device_, &QComboBox::activated, this, [this] {
         const QString uid = device_->currentData().toString();
         edit([&](OutputProfile& p) { p.deviceUID = uid.isEmpty() ? std::nullopt : std::optional(uid.toStdString()); });
     });
-    left_ = channelPicker("Left output", [](OutputProfile& p, int channel) { p.headphoneLeft = channel; });
-    right_ = channelPicker("Right output", [](OutputProfile& p, int channel) { p.headphoneRight = channel; });
-    layout_ = picker("Layout");
+    left_ = channelPicker(tr("Left output"), [](OutputProfile& p, int channel) { p.headphoneLeft = channel; });
+    right_ = channelPicker(tr("Right output"), [](OutputProfile& p, int channel) { p.headphoneRight = channel; });
+    layout_ = picker(tr("Layout"));
     for (const auto layout : allLayouts) {
         layout_->addItem(QString::fromUtf8(displayName(layout).data(), std::ssize(displayName(layout))), int(layout));
     }
@@ -100,12 +100,12 @@ void ProfileEditor::makeForm() {
         caption->setContentsMargins(0, 0, 2, 0);
         form_->addRow(caption, field);
     };
-    add("&Name", name_);
-    add("&Type", kind_);
-    add("&Device", device_);
-    add("&Left output", left_);
-    add("&Right output", right_);
-    add("La&yout", layout_);
+    add(tr("&Name"), name_);
+    add(tr("&Type"), kind_);
+    add(tr("&Device"), device_);
+    add(tr("&Left output"), left_);
+    add(tr("&Right output"), right_);
+    add(tr("La&yout"), layout_);
     all->addLayout(form_);
     all->addWidget(speakerPart_ = makeGrid());
     all->addStretch(1);
@@ -117,11 +117,11 @@ QWidget* ProfileEditor::makeGrid() {
     column->setContentsMargins(0, 8, 0, 0);
     column->setSpacing(8);
     auto* head = new QHBoxLayout;
-    auto* sequential = new QPushButton("Sequential from 1");
+    auto* sequential = new QPushButton(tr("Sequential from 1"));
     connect(sequential, &QPushButton::clicked, this, [this] { edit(ProfileEdits::setSequential); });
-    head->addWidget(label("Speaker map", "headline"));
-    head->addWidget(byPosition_ = new QPushButton("By Position"));
-    byPosition_->setToolTip("Each speaker plays on the output that the device calls by its name");
+    head->addWidget(label(tr("Speaker map"), "headline"));
+    head->addWidget(byPosition_ = new QPushButton(tr("By Position")));
+    byPosition_->setToolTip(tr("Each speaker plays on the output that the device calls by its name"));
     connect(byPosition_, &QPushButton::clicked, this,
             [this] { edit([](OutputProfile& p) { p.followsPositions = true; }); });
     head->addWidget(sequential);
@@ -133,7 +133,7 @@ QWidget* ProfileEditor::makeGrid() {
     grid_->setVerticalSpacing(4);
     column->addLayout(grid_);
     column->addWidget(
-        label("Trims apply to auditioning only; room correction comes from the monitor module.", "secondary"));
+        label(tr("Trims apply to auditioning only; room correction comes from the monitor module."), "secondary"));
     return part;
 }
 
@@ -156,9 +156,9 @@ void ProfileEditor::setDevices(std::vector<AudioOutputDevice> devices, std::opti
 void ProfileEditor::fillDevices() {
     const QSignalBlocker quiet(device_);
     device_->clear();
-    device_->addItem("System Output", QString());
+    device_->addItem(tr("System Output"), QString());
     for (const auto& device : devices_) {
-        device_->addItem(QString("%1  (%2 out)").arg(QString::fromStdString(device.name)).arg(device.outputChannels),
+        device_->addItem(tr("%1  (%2 out)").arg(QString::fromStdString(device.name)).arg(device.outputChannels),
                          QString::fromStdString(device.uid));
     }
 }
@@ -170,25 +170,25 @@ void ProfileEditor::rebuildGrid() {
     }
     rows_.clear();
     gridSpeakers_ = speakers(profile_.layout);
-    const QStringList titles = {"Speaker", "Output", "Trim"};
+    const QStringList titles = {tr("Speaker"), tr("Output"), tr("Trim")};
     for (int i = 0; i < titles.size(); ++i) { grid_->addWidget(label(titles[i], "secondary"), 0, i); }
     for (size_t i = 0; i < gridSpeakers_.size(); ++i) {
         const QString name = QString::fromStdString(brindlehum::label(gridSpeakers_[i], gridSpeakers_));
-        auto* output = channelPicker("Output of " + name, [this, i](OutputProfile& p, int channel) {
+        auto* output = channelPicker(tr("Output of %1").arg(name), [this, i](OutputProfile& p, int channel) {
             ProfileEdits::setOutput(p, i, channel, device().positions);
         });
-        auto* trim = new TrimStepper("Trim of " + name);
+        auto* trim = new TrimStepper(tr("Trim of %1").arg(name));
         connect(trim, &TrimStepper::valueChanged, this,
                 [this, i](double db) { edit([=](OutputProfile& p) { ProfileEdits::setTrim(p, i, db); }); });
         auto* ident = new QToolButton;
         ident->setIcon(symbol("level"));
         ident->setFocusPolicy(Qt::StrongFocus);
-        ident->setAccessibleName("Test " + name);
-        ident->setToolTip(QString("Noise and %1 beeps from %2").arg(i + 1).arg(name));
+        ident->setAccessibleName(tr("Test %1").arg(name));
+        ident->setToolTip(tr("Noise and %1 beeps from %2").arg(i + 1).arg(name));
         connect(ident, &QToolButton::clicked, this, [this, i] { playIdent(i); });
         auto* unheard = new SymbolLabel("warning", SymbolRole::warning);
-        unheard->setToolTip("The device has no such output: this speaker is not heard");
-        unheard->setAccessibleName(name + " is not heard");
+        unheard->setToolTip(tr("The device has no such output: this speaker is not heard"));
+        unheard->setAccessibleName(tr("%1 is not heard").arg(name));
         const int row = int(i) + 1;
         grid_->addWidget(new CaptionLabel(name, *output), row, 0);
         grid_->addWidget(output, row, 1);
@@ -212,7 +212,7 @@ void ProfileEditor::refreshChannels(QComboBox& box, int current) const {
     const AudioOutputDevice on = device();
     const int rows = ProfileEdits::pickerRows(on.outputChannels, current);
     while (box.count() > rows + 1) { box.removeItem(box.count() - 1); }
-    if (box.count() == 0) { box.addItem("Off", ProfileEdits::offChannel); }
+    if (box.count() == 0) { box.addItem(tr("Off"), ProfileEdits::offChannel); }
     for (int channel = 0; channel < rows; ++channel) {
         const QString name = QString::fromStdString(ProfileEdits::channelName(channel, on));
         if (box.count() == channel + 1) { box.addItem(QString(), channel); }
@@ -227,7 +227,7 @@ void ProfileEditor::refresh() {
     choose(*kind_, int(profile_.kind));
     const QString uid = QString::fromStdString(profile_.deviceUID.value_or(""));
     // A missing device keeps its row: the profile uses it again when it comes back.
-    if (device_->findData(uid) < 0) { device_->addItem("Unavailable device", uid); }
+    if (device_->findData(uid) < 0) { device_->addItem(tr("Unavailable device"), uid); }
     choose(*device_, uid);
     const bool headphones = profile_.kind == OutputProfile::Kind::headphones;
     for (QWidget* field : {left_, right_}) {

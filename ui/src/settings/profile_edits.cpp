@@ -1,6 +1,7 @@
 // The rules of profile edits.
 #include "ui/settings/profile_edits.h"
 
+#include <QCoreApplication>
 #include <algorithm>
 #include <numeric>
 #include <utility>
@@ -46,8 +47,10 @@ void setSequential(OutputProfile& profile) {
 }
 
 std::string channelName(int channel, const AudioOutputDevice& device) {
-    const std::string number = "Out " + std::to_string(channel + 1);
-    if (channel >= device.outputChannels) { return number + " (not there)"; }
+    if (channel >= device.outputChannels) {
+        return QCoreApplication::translate("ProfileEdits", "Out %1 (not there)").arg(channel + 1).toStdString();
+    }
+    const std::string number = QCoreApplication::translate("ProfileEdits", "Out %1").arg(channel + 1).toStdString();
     const bool named = size_t(channel) < device.positions.size() && !device.positions[size_t(channel)].empty();
     return named ? number + " · " + device.positions[size_t(channel)] : number;
 }

@@ -23,16 +23,16 @@ PullsSettings::PullsSettings(SettingsStore& settings, FileManager& fileManager, 
     auto* row = new QHBoxLayout;
     row->setSpacing(8);
     row->addWidget(path_ = new ElidedLabel(Qt::ElideMiddle), 1);
-    auto* other = new QPushButton("Choose…");
-    other->setAccessibleName("Choose the folder for files dragged out");
+    auto* other = new QPushButton(tr("Choose…"));
+    other->setAccessibleName(tr("Choose the folder for files dragged out"));
     row->addWidget(other);
-    auto* shown = new QPushButton("Show");
-    shown->setAccessibleName("Show the folder for files dragged out");
+    auto* shown = new QPushButton(tr("Show"));
+    shown->setAccessibleName(tr("Show the folder for files dragged out"));
     row->addWidget(shown);
-    row->addWidget(usual_ = new QPushButton("Default"));
-    usual_->setAccessibleName("Use the default folder for files dragged out");
+    row->addWidget(usual_ = new QPushButton(tr("Default")));
+    usual_->setAccessibleName(tr("Use the default folder for files dragged out"));
     column->addLayout(row);
-    column->addWidget(makeSetting("32-bit float instead of 24 bits", settings, &AppSettings::pullsAsFloat));
+    column->addWidget(makeSetting(tr("32-bit float instead of 24 bits"), settings, &AppSettings::pullsAsFloat));
     connect(other, &QPushButton::clicked, this, &PullsSettings::choose);
     connect(shown, &QPushButton::clicked, this, &PullsSettings::show);
     connect(usual_, &QPushButton::clicked, this,
@@ -42,8 +42,8 @@ PullsSettings::PullsSettings(SettingsStore& settings, FileManager& fileManager, 
 }
 
 void PullsSettings::choose() {
-    const QString chosen =
-        QFileDialog::getExistingDirectory(this, "Folder for Files Dragged Out", pathText(settings_.value().pulls()));
+    const QString chosen = QFileDialog::getExistingDirectory(this, tr("Folder for Files Dragged Out"),
+                                                             pathText(settings_.value().pulls()));
     if (chosen.isEmpty()) { return; }
     settings_.change([&](AppSettings& s) { s.pullsFolder = pathOfText(chosen).string(); });
 }

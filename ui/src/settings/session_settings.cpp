@@ -18,7 +18,7 @@ std::filesystem::path residentProgram() {
 
 SessionSettings::SessionSettings(const std::filesystem::path& file)
     : autostart_(file, residentProgram()),
-      box_(new QCheckBox("Start with the session, without a window")),
+      box_(new QCheckBox(tr("Start with the session, without a window"))),
       note_(new QLabel) {
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);

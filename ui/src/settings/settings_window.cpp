@@ -42,18 +42,25 @@ QWidget* makeAudition(SettingsStore& settings, Session& session, Background& loo
     auto* layout = new QVBoxLayout(page);
     layout->setContentsMargins(16, 8, 16, 16);
     layout->setSpacing(8);
+    layout->addWidget(section(QCoreApplication::translate("SettingsWindow", "File Manager"),
+                              new FileManagerSettings(settings, session.fileManagerWatch() != nullptr)));
     layout->addWidget(
-        section("File Manager", new FileManagerSettings(settings, session.fileManagerWatch() != nullptr)));
+        section(QCoreApplication::translate("SettingsWindow", "Routing"),
+                makeSetting(QCoreApplication::translate("SettingsWindow", "Mono files play from the center speaker"),
+                            settings, &AppSettings::monoToCenter)));
+    layout->addWidget(
+        section(QCoreApplication::translate("SettingsWindow", "Headphones"), new HRTFSettings(settings, looks)));
+    layout->addWidget(
+        section(QCoreApplication::translate("SettingsWindow", "Pulls (drag-to-DAW renders and downloaded links)"),
+                new PullsSettings(settings, session.fileManager(), looks)));
+    layout->addWidget(
+        section(QCoreApplication::translate("SettingsWindow", "Open Copied Link"), new LinkSettings(settings, looks)));
     layout->addWidget(section(
-        "Routing", makeSetting("Mono files play from the center speaker", settings, &AppSettings::monoToCenter)));
-    layout->addWidget(section("Headphones", new HRTFSettings(settings, looks)));
-    layout->addWidget(section("Pulls (drag-to-DAW renders and downloaded links)",
-                              new PullsSettings(settings, session.fileManager(), looks)));
-    layout->addWidget(section("Open Copied Link", new LinkSettings(settings, looks)));
-    layout->addWidget(section("Generation Service (Build-a-Score in the editor)", generation));
-    layout->addWidget(section("Media keys and lock screen",
-                              makeSetting("Name the sound that plays", settings, &AppSettings::mediaShowsTitle)));
-    layout->addWidget(section("Session", new SessionSettings));
+        QCoreApplication::translate("SettingsWindow", "Generation Service (Build-a-Score in the editor)"), generation));
+    layout->addWidget(section(QCoreApplication::translate("SettingsWindow", "Media keys and lock screen"),
+                              makeSetting(QCoreApplication::translate("SettingsWindow", "Name the sound that plays"),
+                                          settings, &AppSettings::mediaShowsTitle)));
+    layout->addWidget(section(QCoreApplication::translate("SettingsWindow", "Session"), new SessionSettings));
     layout->addStretch(1);
     return page;
 }
@@ -65,17 +72,17 @@ SettingsWindow::SettingsWindow(SettingsStore& settings, LibraryRoots& roots, Lib
                                std::function<void()> addFolder, GenerationKey& generationKey)
     : looks_(loop, "Brindlehum.settings") {
     setObjectName("window");
-    setWindowTitle("Settings");
+    setWindowTitle(tr("Settings"));
     setAttribute(Qt::WA_StyledBackground);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 8, 0, 0);
     auto* tabs = tabs_ = new QTabWidget;
     generation_ = new GenerationSettings(settings, generationKey);
-    tabs->setAccessibleName("Settings");
-    tabs->addTab(new OutputsSettings(settings, devices, test), symbol("speakers"), "Outputs");
+    tabs->setAccessibleName(tr("Settings"));
+    tabs->addTab(new OutputsSettings(settings, devices, test), symbol("speakers"), tr("Outputs"));
     audition_ = new FormScroll(makeAudition(settings, session, looks_, generation_));
-    tabs->addTab(audition_, symbol("file"), "Audition");
-    tabs->addTab(new LibrarySettings(settings, roots, search, std::move(addFolder)), symbol("library"), "Library");
+    tabs->addTab(audition_, symbol("file"), tr("Audition"));
+    tabs->addTab(new LibrarySettings(settings, roots, search, std::move(addFolder)), symbol("library"), tr("Library"));
     layout->addWidget(tabs);
     resize(fittingSize(*this, usualSize));
     connect(new QShortcut(QKeySequence("Ctrl+W"), this), &QShortcut::activated, this, &QWidget::close);

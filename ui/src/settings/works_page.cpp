@@ -1,6 +1,7 @@
 // A row for each subject: a sign, what it is for, and what helps.
 #include "ui/settings/works_page.h"
 
+#include <QCoreApplication>
 #include <QEvent>
 #include <QGridLayout>
 #include <QLabel>
@@ -27,18 +28,19 @@ QWidget* sign(State state) {
     return new SymbolLabel("warning", SymbolRole::warning);
 }
 
-const char* word(State state) {
+// With a place for the subject.
+QString sentence(State state) {
     switch (state) {
         case State::works:
-            return "works";
+            return QCoreApplication::translate("WorksPage", "%1 works");
         case State::partly:
-            return "works in part";
+            return QCoreApplication::translate("WorksPage", "%1 works in part");
         case State::looking:
-            return "is being looked for";
+            return QCoreApplication::translate("WorksPage", "%1 is being looked for");
         case State::missing:
             break;
     }
-    return "doesn't work";
+    return QCoreApplication::translate("WorksPage", "%1 doesn't work");
 }
 
 QLabel* text(const std::string& line, const char* role) {
@@ -66,11 +68,11 @@ QWidget* makeList(const std::vector<WorksRow>& rows) {
             auto* cure = text(row.cure, nullptr);
             cure->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
             cure->setCursor(Qt::IBeamCursor);
-            cure->setAccessibleName(textOf("What helps: " + row.cure));
+            cure->setAccessibleName(QCoreApplication::translate("WorksPage", "What helps: %1").arg(textOf(row.cure)));
             column->addWidget(cure);
         }
         auto* mark = sign(row.state);
-        mark->setAccessibleName(textOf(row.subject + " " + word(row.state)));
+        mark->setAccessibleName(sentence(row.state).arg(textOf(row.subject)));
         grid->addWidget(mark, at, 0, Qt::AlignTop);
         grid->addWidget(subject, at, 1, Qt::AlignTop);
         grid->addLayout(column, at++, 2);

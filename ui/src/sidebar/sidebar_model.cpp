@@ -18,10 +18,12 @@ int count(const std::vector<SidebarRow>& rows) {
 
 QString spoken(const SidebarRow& row) {
     QString text = row.text;
-    if (row.count) { text += ", " + QLocale().toString(static_cast<qlonglong>(*row.count)) + " files"; }
-    if (row.busy) { text += ", indexing"; }
+    if (row.count) {
+        text += ", " + SidebarModel::tr("%1 files").arg(QLocale().toString(static_cast<qlonglong>(*row.count)));
+    }
+    if (row.busy) { text += ", " + SidebarModel::tr("indexing"); }
     if (!row.problem.isEmpty()) { text += ", " + row.problem; }
-    if (row.selected) { text += ", selected"; }
+    if (row.selected) { text += ", " + SidebarModel::tr("selected"); }
     return text;
 }
 

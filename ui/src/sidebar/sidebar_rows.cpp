@@ -1,6 +1,7 @@
 // Builds the sidebar's rows and its footer's texts.
 #include "ui/sidebar/sidebar_rows.h"
 
+#include <QCoreApplication>
 #include <QLocale>
 #include <algorithm>
 
@@ -47,11 +48,18 @@ std::vector<SidebarRow> facets(SidebarRow::Kind kind, const Catalog::Counts& cou
     return rows;
 }
 
+constexpr std::array<const char*, SectionCount> sectionNames = {
+    QT_TRANSLATE_NOOP("SidebarRows", "Library"), QT_TRANSLATE_NOOP("SidebarRows", "Categories"),
+    QT_TRANSLATE_NOOP("SidebarRows", "Libraries"), QT_TRANSLATE_NOOP("SidebarRows", "Places")};
+
 }  // namespace
 
+QString sectionKey(int section) {
+    return QString::fromLatin1(sectionNames[size_t(section)]);
+}
+
 QString sectionName(int section) {
-    static const std::array<const char*, SectionCount> names = {"Library", "Categories", "Libraries", "Places"};
-    return QString::fromLatin1(names[size_t(section)]);
+    return QCoreApplication::translate("SidebarRows", sectionNames[size_t(section)]);
 }
 
 QString iconOf(const fs::path& path, const QString& other) {
@@ -72,7 +80,7 @@ Sections build(const Snapshot& now) {
     }
     SidebarRow add;
     add.kind = SidebarRow::Kind::addFolder;
-    add.text = "Add Folder…";
+    add.text = QCoreApplication::translate("SidebarRows", "Add Folder…");
     add.icon = "plus";
     sections[Library].push_back(add);
     sections[Categories] = facets(SidebarRow::Kind::category, now.categories, now.category);
@@ -84,17 +92,20 @@ Sections build(const Snapshot& now) {
 }
 
 QString filesOf(int64_t count) {
-    return number(count) + (count == 1 ? " file" : " files");
+    return (count == 1 ? QCoreApplication::translate("SidebarRows", "%1 file")
+                       : QCoreApplication::translate("SidebarRows", "%1 files"))
+        .arg(number(count));
 }
 
 QString footer(bool indexing, int64_t indexed) {
-    if (indexing) { return "Indexing…"; }
-    return indexed >= 1 ? filesOf(indexed) + " indexed" : QString();
+    if (indexing) { return QCoreApplication::translate("SidebarRows", "Indexing…"); }
+    return indexed >= 1 ? QCoreApplication::translate("SidebarRows", "%1 indexed").arg(filesOf(indexed)) : QString();
 }
 
 QString progress(bool counted, int64_t done, int64_t found) {
     if (found < 1) { return {}; }
-    return counted ? QString("%1 of %2").arg(number(done), filesOf(found)) : filesOf(found) + " found";
+    return counted ? QCoreApplication::translate("SidebarRows", "%1 of %2").arg(number(done), filesOf(found))
+                   : QCoreApplication::translate("SidebarRows", "%1 found").arg(filesOf(found));
 }
 
 }  // namespace brindlehum::SidebarRows

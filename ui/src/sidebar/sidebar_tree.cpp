@@ -14,7 +14,7 @@ SidebarTree::SidebarTree(SidebarModel& model, QWidget* parent) : QTreeView(paren
     setObjectName("sidebarTree");
     setModel(&model);
     setItemDelegate(new SidebarCell(this));
-    setAccessibleName("Library and places");
+    setAccessibleName(tr("Library and places"));
     setHeaderHidden(true);
     setRootIsDecorated(false);
     setIndentation(0);

@@ -60,7 +60,7 @@ QWidget* SidebarView::makeFooter() {
     column->addLayout(row);
     column->addWidget(progress_ = new QProgressBar);
     progress_->setTextVisible(false);
-    progress_->setAccessibleName("Indexing progress");
+    progress_->setAccessibleName(tr("Indexing progress"));
     column->addWidget(detail_ = new ElidedLabel(Qt::ElideRight));
     detail_->setProperty("role", "caption");
     return box;
@@ -137,22 +137,22 @@ void SidebarView::rowMenu(const QPoint& position) {
     const SidebarRow* row = rows_.row(tree_->indexAt(position));
     if (!row || row->kind != SidebarRow::Kind::root) { return; }
     QMenu menu;
-    menu.addAction("Rescan", &roots_, &LibraryRoots::rescanAll);
-    menu.addAction("Remove from Library", [this, path = row->value] { roots_.askToRemove(path); });
+    menu.addAction(tr("Rescan"), &roots_, &LibraryRoots::rescanAll);
+    menu.addAction(tr("Remove from Library"), [this, path = row->value] { roots_.askToRemove(path); });
     menu.exec(tree_->viewport()->mapToGlobal(position));
 }
 
 QStringList SidebarView::folded() const {
     QStringList names;
     for (int at = 0; at < SidebarRows::SectionCount; ++at) {
-        if (!tree_->isExpanded(rows_.section(at))) { names << SidebarRows::sectionName(at); }
+        if (!tree_->isExpanded(rows_.section(at))) { names << SidebarRows::sectionKey(at); }
     }
     return names;
 }
 
 void SidebarView::setFolded(const QStringList& names) {
     for (int at = 0; at < SidebarRows::SectionCount; ++at) {
-        tree_->setExpanded(rows_.section(at), !names.contains(SidebarRows::sectionName(at)));
+        tree_->setExpanded(rows_.section(at), !names.contains(SidebarRows::sectionKey(at)));
     }
 }
 

@@ -122,7 +122,8 @@ void AppWindows::open(const std::string& id) {
             model_.speakerTest(), model_.session(), model_.loop(), [this] { model_.addLibraryFolder(); },
             model_.editor().generationKey());
         works_ = makeWorksPage(model_);
-        settings_->addPage(new FormScroll(works_), symbol("check"), "What works here");
+        settings_->addPage(new FormScroll(works_), symbol("check"),
+                           QCoreApplication::translate("AppWindows", "What works here"));
     }
     if (id == "works") { settings_->showPage(works_); }
     bringUp(*settings_);

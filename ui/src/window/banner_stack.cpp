@@ -12,7 +12,7 @@
 namespace brindlehum {
 
 BannerStack::BannerStack(QWidget* parent) : QWidget(parent), column_(new QVBoxLayout(this)) {
-    setAccessibleName("Notices");
+    setAccessibleName(tr("Notices"));
     column_->setContentsMargins(8, 8, 8, 0);
     column_->setSpacing(6);
     hide();

@@ -1,6 +1,7 @@
 // Keeps the strip, the fields and the analysis of one piece in step.
 #include "ui/window/bars_dialog.h"
 
+#include <QCoreApplication>
 #include <QDialogButtonBox>
 #include <QKeyEvent>
 #include <QLabel>
@@ -30,12 +31,17 @@ constexpr QSize usualSize(1080, 480);  // logical pixels
 QString statusOf(const MusicAnalysis& analysis, const GivenBars& given) {
     const MusicGrid& grid = analysis.grid;
     const int beats = grid.beatsPerBar;
-    QString text = QString::fromStdString(fixed(grid.bpm, 2)) + " BPM · " + QString::number(beats) +
-                   (beats == 1 ? " beat a bar · " : " beats a bar · ");
-    if (given.downbeat) { return text + "bar lines set by hand"; }
-    const QString sure = QString::fromStdString(fixed(100 * grid.downbeatConfidence, 0)) + " % sure";
-    return text + (grid.barLinesUncertain() ? "bar lines uncertain (" + sure + "): click where a bar starts"
-                                            : "bar lines " + sure);
+    const QString bpm = QString::fromStdString(fixed(grid.bpm, 2));
+    const QString meter =
+        beats == 1 ? QCoreApplication::translate("BarsDialog", "%1 BPM · 1 beat a bar").arg(bpm)
+                   : QCoreApplication::translate("BarsDialog", "%1 BPM · %2 beats a bar").arg(bpm).arg(beats);
+    if (given.downbeat) { return meter + " · " + QCoreApplication::translate("BarsDialog", "bar lines set by hand"); }
+    const QString sure = QString::fromStdString(fixed(100 * grid.downbeatConfidence, 0));
+    const QString lines =
+        grid.barLinesUncertain()
+            ? QCoreApplication::translate("BarsDialog", "bar lines uncertain (%1 % sure): click where a bar starts")
+            : QCoreApplication::translate("BarsDialog", "bar lines %1 % sure");
+    return meter + " · " + lines.arg(sure);
 }
 
 }  // namespace
@@ -44,7 +50,7 @@ BarsDialog::BarsDialog(std::unique_ptr<PieceBars> piece, const LoadedSound& soun
                        QWidget* parent)
     : QDialog(parent), piece_(std::move(piece)), sound_(sound), transport_(transport) {
     setAttribute(Qt::WA_DeleteOnClose);
-    setWindowTitle("Set Bars");
+    setWindowTitle(tr("Set Bars"));
     layOut();
     connectParts();
     form_->setGiven(piece_->given());
@@ -65,11 +71,11 @@ void BarsDialog::layOut() {
     column->addWidget(status_ = new ElidedLabel(Qt::ElideRight));
     column->addWidget(strip_ = new BarsStrip, 1);
     column->addWidget(scroll_ = new QScrollBar(Qt::Horizontal));
-    scroll_->setAccessibleName("Part of the piece in view");
+    scroll_->setAccessibleName(tr("Part of the piece in view"));
     auto* hint = new ElidedLabel(Qt::ElideRight);
     hint->setFullText(
-        "Click where a bar starts. Left and Right move it by a beat, Space plays, the wheel scrolls, Ctrl+wheel "
-        "zooms.");
+        tr("Click where a bar starts. Left and Right move it by a beat, Space plays, the wheel scrolls, Ctrl+wheel "
+           "zooms."));
     hint->setProperty("role", "secondary");
     column->addWidget(hint);
     column->addWidget(form_ = new BarsForm);
@@ -79,10 +85,10 @@ void BarsDialog::layOut() {
 
 QWidget* BarsDialog::makeButtons() {
     auto* buttons = new QDialogButtonBox;
-    asFound_ = buttons->addButton("As Found", QDialogButtonBox::ResetRole);
-    auto* cancel = buttons->addButton("Cancel", QDialogButtonBox::RejectRole);
-    save_ = buttons->addButton("Save", QDialogButtonBox::AcceptRole);
-    edits_ = buttons->addButton("Save and Make Temp Edits", QDialogButtonBox::AcceptRole);
+    asFound_ = buttons->addButton(tr("As Found"), QDialogButtonBox::ResetRole);
+    auto* cancel = buttons->addButton(tr("Cancel"), QDialogButtonBox::RejectRole);
+    save_ = buttons->addButton(tr("Save"), QDialogButtonBox::AcceptRole);
+    edits_ = buttons->addButton(tr("Save and Make Temp Edits"), QDialogButtonBox::AcceptRole);
     edits_->setProperty("role", "prominent");
     for (auto* button : {asFound_, cancel, save_, edits_}) { button->setAutoDefault(false); }
     connect(asFound_, &QPushButton::clicked, this, [this] {
@@ -162,7 +168,7 @@ void BarsDialog::refresh() {
     const bool ready = analysis && piece_->problem().empty();
     edits_->setEnabled(ready && typingProblem_.isEmpty());
     if (!typingProblem_.isEmpty()) { return showStatus(typingProblem_, true); }
-    if (piece_->isAnalysing()) { return showStatus("Analysing…", false); }
+    if (piece_->isAnalysing()) { return showStatus(tr("Analysing…"), false); }
     if (!ready) { return showStatus(QString::fromStdString(piece_->problem()), true); }
     showStatus(statusOf(*analysis, piece_->given()), !piece_->given().downbeat && analysis->grid.barLinesUncertain());
 }

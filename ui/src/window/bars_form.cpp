@@ -41,10 +41,10 @@ BarsForm::BarsForm(QWidget* parent) : QWidget(parent) {
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(8);
-    tempo_ = addField(*row, "&Tempo", 8);
-    beats_ = addField(*row, "&Beats a bar", 4);
-    start_ = addField(*row, "A bar starts &at", 10);
-    row->addWidget(atPlayhead_ = new QPushButton("At &Playhead"));
+    tempo_ = addField(*row, tr("&Tempo"), 8);
+    beats_ = addField(*row, tr("&Beats a bar"), 4);
+    start_ = addField(*row, tr("A bar starts &at"), 10);
+    row->addWidget(atPlayhead_ = new QPushButton(tr("At &Playhead")));
     row->addStretch(1);
     atPlayhead_->setAutoDefault(false);
     for (auto* field : {tempo_, beats_, start_}) { connect(field, &QLineEdit::editingFinished, this, &BarsForm::read); }
@@ -67,14 +67,14 @@ void BarsForm::setFound(const MusicGrid* grid) {
     tempo_->setPlaceholderText(grid ? QLocale::c().toString(grid->bpm, 'f', 2) : "BPM");
     beats_->setPlaceholderText(grid ? QString::number(grid->beatsPerBar) : QString());
     const bool known = grid && !grid->downbeats.empty();
-    start_->setPlaceholderText(known ? QString::fromStdString(timeText(grid->downbeats.front())) : "m:ss.mmm");
+    start_->setPlaceholderText(known ? QString::fromStdString(timeText(grid->downbeats.front())) : tr("m:ss.mmm"));
 }
 
 void BarsForm::setPlayhead(std::optional<double> seconds) {
     playhead_ = seconds;
     atPlayhead_->setEnabled(seconds.has_value());
-    atPlayhead_->setToolTip(seconds ? "A bar starts where the player's playhead is"
-                                    : "Load this piece into the player to take its playhead");
+    atPlayhead_->setToolTip(seconds ? tr("A bar starts where the player's playhead is")
+                                    : tr("Load this piece into the player to take its playhead"));
 }
 
 std::optional<double> BarsForm::secondsOf(const QString& text) {
@@ -95,20 +95,20 @@ void BarsForm::read() {
     if (!tempo_->text().trimmed().isEmpty()) {
         given.bpm = numberOf(tempo_->text());
         if (!given.bpm || *given.bpm < slowestBpm || *given.bpm > fastestBpm) {
-            return refused(QString("The tempo is a number from %1 to %2 BPM").arg(slowestBpm).arg(fastestBpm));
+            return refused(tr("The tempo is a number from %1 to %2 BPM").arg(slowestBpm).arg(fastestBpm));
         }
     }
     if (!beats_->text().trimmed().isEmpty()) {
         const auto beats = numberOf(beats_->text());
         if (!beats || *beats < 1 || *beats > mostBeatsPerBar || *beats != std::floor(*beats)) {
-            return refused(QString("A bar has 1 to %1 beats").arg(mostBeatsPerBar));
+            return refused(tr("A bar has 1 to %1 beats").arg(mostBeatsPerBar));
         }
         given.beatsPerBar = int(*beats);
     }
     if (!start_->text().trimmed().isEmpty()) {
         given.downbeat = secondsOf(start_->text());
         if (!given.downbeat || *given.downbeat > latestDownbeat) {
-            return refused("A bar starts at a time such as 0:12.5");
+            return refused(tr("A bar starts at a time such as 0:12.5"));
         }
     }
     Q_EMIT edited(given);

@@ -26,8 +26,8 @@ BarsStrip::BarsStrip(QWidget* parent) : QWidget(parent) {
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
     setCursor(Qt::CrossCursor);
-    setAccessibleName("Bars of the piece");
-    setAccessibleDescription("Click where a bar starts; Left and Right move it by a beat");
+    setAccessibleName(tr("Bars of the piece"));
+    setAccessibleDescription(tr("Click where a bar starts; Left and Right move it by a beat"));
 }
 
 void BarsStrip::setContent(const AnalysisPicture::Content& content) {
@@ -120,7 +120,8 @@ void BarsStrip::paintEvent(QPaintEvent* /*event*/) {
     if (hover_) { paintMark(painter, *hover_, theme.secondary, QString::fromStdString(timeText(*hover_))); }
     if (playhead_) { paintMark(painter, *playhead_, theme.waveform.playhead, {}); }
     if (downbeat_) {
-        paintMark(painter, *downbeat_, theme.accent, "Bar starts " + QString::fromStdString(timeText(*downbeat_)));
+        paintMark(painter, *downbeat_, theme.accent,
+                  tr("Bar starts %1").arg(QString::fromStdString(timeText(*downbeat_))));
     }
     if (hasFocus()) {
         painter.setPen(QPen(theme.accent, 2));

@@ -10,7 +10,7 @@ namespace brindlehum {
 
 DropOverlay::DropOverlay(QWidget* parent) : QWidget(parent) {
     setAttribute(Qt::WA_TransparentForMouseEvents);
-    setAccessibleName("Drop target");
+    setAccessibleName(tr("Drop target"));
     parent->installEventFilter(this);
     hide();
 }

@@ -45,7 +45,7 @@ FileDrops::FileDrops(QWidget& window, QWidget& sidebar)
       sidebar_(sidebar),
       overlay_(new DropOverlay(&window)),
       libraryOverlay_(new DropOverlay(&sidebar)) {
-    libraryOverlay_->setAccessibleName("Library drop target");
+    libraryOverlay_->setAccessibleName(tr("Library drop target"));
     window.setAcceptDrops(true);
     window.installEventFilter(this);
 }
@@ -109,12 +109,12 @@ bool FileDrops::isForLibrary(const QDropEvent& event) const {
 void FileDrops::showTarget(const QDropEvent& event) {
     if (isForLibrary(event)) {
         overlay_->hide();
-        return libraryOverlay_->showFor("Drop to add to the library");
+        return libraryOverlay_->showFor(tr("Drop to add to the library"));
     }
     libraryOverlay_->hide();
     const bool opensFolder = std::ranges::find(folders_, opened_) != folders_.end();
-    if (!link_.empty()) { return overlay_->showFor("Drop to download and play the link's sound"); }
-    overlay_->showFor(opensFolder ? "Drop to open the folder" : "Drop to load the file");
+    if (!link_.empty()) { return overlay_->showFor(tr("Drop to download and play the link's sound")); }
+    overlay_->showFor(opensFolder ? tr("Drop to open the folder") : tr("Drop to load the file"));
 }
 
 void FileDrops::hideTarget() {

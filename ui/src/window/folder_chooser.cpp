@@ -2,6 +2,7 @@
 #include "ui/window/folder_chooser.h"
 
 #include <QAbstractItemView>
+#include <QCoreApplication>
 #include <QFileDialog>
 
 #include "ui/look/path_text.h"
@@ -9,10 +10,10 @@
 namespace brindlehum {
 
 std::vector<std::filesystem::path> chooseLibraryFolders(QWidget* parent, const std::filesystem::path& start) {
-    QFileDialog dialog(parent, "Add to Library", pathText(start));
+    QFileDialog dialog(parent, QCoreApplication::translate("FolderChooser", "Add to Library"), pathText(start));
     dialog.setFileMode(QFileDialog::Directory);
     dialog.setOption(QFileDialog::ShowDirsOnly);
-    dialog.setLabelText(QFileDialog::Accept, "Add to Library");
+    dialog.setLabelText(QFileDialog::Accept, QCoreApplication::translate("FolderChooser", "Add to Library"));
     // The desktop's own dialogs choose one folder at a time; the lists of Qt's dialog can choose several.
     dialog.setOption(QFileDialog::DontUseNativeDialog);
     for (auto* view : dialog.findChildren<QAbstractItemView*>()) {

@@ -55,7 +55,7 @@ QString audioFilter() {
         const auto text = QString::fromLatin1(extension.data(), qsizetype(extension.size()));
         patterns << "*." + text << "*." + text.toUpper();
     }
-    return "Audio files (" + patterns.join(' ') + ");;All files (*)";
+    return QCoreApplication::translate("MainWindow", "Audio files (%1);;All files (*)").arg(patterns.join(' '));
 }
 
 bool askRemoval(QWidget* parent, const QString& question, const QString& losses) {
@@ -63,7 +63,7 @@ bool askRemoval(QWidget* parent, const QString& question, const QString& losses)
     box.setIcon(QMessageBox::Warning);
     box.setText(question);
     box.setInformativeText(losses);
-    auto* remove = box.addButton("Remove", QMessageBox::AcceptRole);
+    auto* remove = box.addButton(QCoreApplication::translate("MainWindow", "Remove"), QMessageBox::AcceptRole);
     box.setDefaultButton(box.addButton(QMessageBox::Cancel));
     box.exec();
     return box.clickedButton() == remove;
@@ -114,7 +114,7 @@ void MainWindow::makeParts() {
                              model_.player().sound(), model_.player().transport(), model_.settings()}));
     inspectorSplit_->addWidget(inspector_ = new InspectorView(library.edits(), model_.settings()));
     inspectorSplit_->setStretchFactor(0, 1);
-    playerSplit_ = new GripSplitter("Height of the player");
+    playerSplit_ = new GripSplitter(tr("Height of the player"));
     playerSplit_->setObjectName("playerSplit");
     playerSplit_->addWidget(inspectorSplit_);
     playerSplit_->addWidget(player_ = new PlayerView(model_.player(), model_.settings(), WaveformView::Style::window));
@@ -258,10 +258,12 @@ void MainWindow::refreshBanners() {
     switch (model_.engine().devices().server()) {
         case SoundServer::absent:
             banners.push_back(
-                {"No sound server is running, so nothing will be heard. Brindlehum plays through PipeWire.", {}, {}});
+                {tr("No sound server is running, so nothing will be heard. Brindlehum plays through PipeWire."),
+                 {},
+                 {}});
             break;
         case SoundServer::silent:
-            banners.push_back({"The sound server doesn't answer, so nothing will be heard.", {}, {}});
+            banners.push_back({tr("The sound server doesn't answer, so nothing will be heard."), {}, {}});
             break;
         case SoundServer::running:
             addFitBanner(banners);
@@ -269,20 +271,20 @@ void MainWindow::refreshBanners() {
     }
     if (!model_.library().catalogError().empty()) {
         banners.push_back(
-            {"The library's catalog can't be opened, so search and shared metadata are off. Folders can still be "
-             "browsed. (" +
-                 QString::fromStdString(model_.library().catalogError()) + ")",
-             "Show Its Folder",
+            {tr("The library's catalog can't be opened, so search and shared metadata are off. Folders can still be "
+                "browsed. (%1)")
+                 .arg(QString::fromStdString(model_.library().catalogError())),
+             tr("Show Its Folder"),
              [this] { model_.session().fileManager().openFolder(defaultCatalogFile().parent_path()); }});
     }
     if (const std::string& problem = model_.control().problem(); !problem.empty()) {
-        banners.push_back({QString::fromStdString(problem) + ", so other programs can't drive Brindlehum.", "Try Again",
-                           [this] { model_.control().start(); }});
+        banners.push_back({tr("%1, so other programs can't drive Brindlehum.").arg(QString::fromStdString(problem)),
+                           tr("Try Again"), [this] { model_.control().start(); }});
     }
     addFileManagerBanners(banners);
     const auto problem = model_.defaults().problem();
     if (problem && problem != readProblem_) {
-        banners.push_back({QString::fromStdString(*problem), "Dismiss", [this, problem] {
+        banners.push_back({QString::fromStdString(*problem), tr("Dismiss"), [this, problem] {
                                readProblem_ = problem;
                                refreshBanners();
                            }});
@@ -293,14 +295,17 @@ void MainWindow::refreshBanners() {
 // Asks only if something would be lost.
 bool MainWindow::mayRemove(const std::string& root, bool losesWords) {
     QStringList losses;
-    if (inspector_->hasUnsavedIn(root)) { losses << "The inspector holds edits of its sounds that aren't saved yet."; }
+    if (inspector_->hasUnsavedIn(root)) {
+        losses << tr("The inspector holds edits of its sounds that aren't saved yet.");
+    }
     if (losesWords) {
-        losses
-            << "Some of its sounds are in formats that can't hold metadata. What was written about them is only in the "
-               "catalog, and would be lost.";
+        losses << tr(
+            "Some of its sounds are in formats that can't hold metadata. What was written about them is only in the "
+            "catalog, and would be lost.");
     }
     if (losses.isEmpty()) { return true; }
-    return confirmRemoval("Remove “" + pathText(fs::path(root).filename()) + "” from the library?", losses.join('\n'));
+    return confirmRemoval(tr("Remove “%1” from the library?").arg(pathText(fs::path(root).filename())),
+                          losses.join('\n'));
 }
 
 // Only while the user wants something of the file manager.
@@ -310,18 +315,18 @@ void MainWindow::addFileManagerBanners(std::vector<Banner>& banners) {
     const auto allow = [this] { model_.requestAccessibility(); };
     if (!model_.axTrusted()) {
         banners.push_back(
-            {"Allow Accessibility so Space plays audio in the file manager and the panel follows windows "
-             "instantly.",
-             "Turn On Accessibility", allow});
+            {tr("Allow Accessibility so Space plays audio in the file manager and the panel follows windows "
+                "instantly."),
+             tr("Turn On Accessibility"), allow});
     } else if (model_.automationDenied()) {
         banners.push_back(
-            {"Brindlehum can't read the file manager's selection. Turn on accessibility, then start the "
-             "file manager again.",
-             "Turn On Accessibility", allow});
+            {tr("Brindlehum can't read the file manager's selection. Turn on accessibility, then start the "
+                "file manager again."),
+             tr("Turn On Accessibility"), allow});
     }
     if (settings.spacePlaysInFinder && model_.keyTap().isRefused()) {
-        banners.push_back({"Another program has taken the Space key, so it can't play audio in the file manager.",
-                           "Leave Space Alone",
+        banners.push_back({tr("Another program has taken the Space key, so it can't play audio in the file manager."),
+                           tr("Leave Space Alone"),
                            [this] { model_.settings().change([](AppSettings& s) { s.spacePlaysInFinder = false; }); }});
     }
 }
@@ -331,19 +336,19 @@ void MainWindow::addFitBanner(std::vector<Banner>& banners) {
     const ListeningSetup& listening = model_.player().listening();
     const auto device = listening.device();
     if (!device) {
-        banners.push_back({"There is no output device, so nothing will be heard.", {}, {}});
+        banners.push_back({tr("There is no output device, so nothing will be heard."), {}, {}});
         return;
     }
     const std::string warning = SpeakerMap::warning(listening.profile(), *device);
     if (warning.empty()) { return; }
-    Banner banner{QString::fromStdString(warning), {}, {}, "Edit…", [this] { model_.openWindow("settings"); }};
+    Banner banner{QString::fromStdString(warning), {}, {}, tr("Edit…"), [this] { model_.openWindow("settings"); }};
     const auto& devices = listening.devices();
     const auto all = devices.allOutputs();
     const auto standard = devices.defaultOutput();
     const OutputProfile* fitting = SpeakerMap::fitting(model_.settings().value().profiles, all, standard);
     const AudioOutputDevice* its = fitting ? SpeakerMap::deviceOf(*fitting, all, standard) : nullptr;
     if (its && SpeakerMap::fit(*fitting, *its).unheard == 0) {
-        banner.button = "Use " + QString::fromStdString(fitting->name);
+        banner.button = tr("Use %1").arg(QString::fromStdString(fitting->name));
         banner.action = [this, id = fitting->id] { model_.player().listening().selectProfile(id); };
     }
     banners.push_back(banner);
@@ -383,13 +388,13 @@ void MainWindow::setBars(const fs::path& file) {
 
 void MainWindow::chooseFile() {
     const fs::path start = model_.library().listing().folder().value_or(fs::path());
-    const QString file = QFileDialog::getOpenFileName(this, "Open File", pathText(start), audioFilter());
+    const QString file = QFileDialog::getOpenFileName(this, tr("Open File"), pathText(start), audioFilter());
     if (!file.isEmpty()) { openPath(pathOfText(file)); }
 }
 
 void MainWindow::chooseFolder() {
     const fs::path start = model_.library().listing().folder().value_or(fs::path());
-    const QString folder = QFileDialog::getExistingDirectory(this, "Open Folder", pathText(start));
+    const QString folder = QFileDialog::getExistingDirectory(this, tr("Open Folder"), pathText(start));
     if (!folder.isEmpty()) { openPath(pathOfText(folder)); }
 }
 

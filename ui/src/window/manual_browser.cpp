@@ -63,7 +63,7 @@ void dressCode(QTextDocument& document, const Theme& theme) {
 }  // namespace
 
 ManualBrowser::ManualBrowser(QWidget* parent) : QTextBrowser(parent) {
-    setAccessibleName("Page");
+    setAccessibleName(tr("Page"));
     setFrameShape(QFrame::NoFrame);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     // One that comes and goes with the page's text would change the width, for which the page is made anew.

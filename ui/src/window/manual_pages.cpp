@@ -30,7 +30,7 @@ QList<ManualPage> manualPages() {
         }
         if (!pages.isEmpty()) { break; }
     }
-    pages.push_back({keyPageUrl(), "Keys"});
+    pages.push_back({keyPageUrl(), QCoreApplication::translate("ManualPages", "Keys")});
     return pages;
 }
 

@@ -36,9 +36,9 @@ QToolButton* makeButton(const QString& icon, const QString& name) {
 ManualWindow::ManualWindow()
     : pages_(manualPages()), contents_(new QListWidget), browser_(new ManualBrowser), search_(makeSearch()) {
     setObjectName("window");
-    setWindowTitle("Manual");
+    setWindowTitle(tr("Manual"));
     setAttribute(Qt::WA_StyledBackground);
-    contents_->setAccessibleName("Contents");
+    contents_->setAccessibleName(tr("Contents"));
     contents_->setFixedWidth(contentsWidth);
     for (const ManualPage& page : pages_) {
         auto* entry = new QListWidgetItem(page.title, contents_);
@@ -70,14 +70,14 @@ QWidget* ManualWindow::makeSearch() {
     row->setContentsMargins(28, 8, 8, 0);
     words_ = new QLineEdit;
     words_->setProperty("role", "search");
-    words_->setPlaceholderText("Find on this page");
-    words_->setAccessibleName("Find on this page");
+    words_->setPlaceholderText(tr("Find on this page"));
+    words_->setAccessibleName(tr("Find on this page"));
     words_->setMaximumWidth(320);
     count_ = new QLabel;
     count_->setProperty("role", "secondary");
-    auto* previous = makeButton("chevron-up-dark", "Previous (Shift+Return)");
-    auto* next = makeButton("chevron-down-dark", "Next (Return)");
-    auto* close = makeButton("clear", "Close (Esc)");
+    auto* previous = makeButton("chevron-up-dark", tr("Previous (Shift+Return)"));
+    auto* next = makeButton("chevron-down-dark", tr("Next (Return)"));
+    auto* close = makeButton("clear", tr("Close (Esc)"));
     row->addWidget(words_, 1);
     row->addWidget(previous);
     row->addWidget(next);
@@ -122,9 +122,9 @@ void ManualWindow::closeSearch() {
 void ManualWindow::find(bool backward) {
     const int found = browser_->find(words_->text(), backward);
     count_->setText(words_->text().isEmpty() ? QString()
-                    : found == 0             ? QString("Not on this page")
-                    : found == 1             ? QString("1 place")
-                                             : QString("%1 places").arg(found));
+                    : found == 0             ? tr("Not on this page")
+                    : found == 1             ? tr("1 place")
+                                             : tr("%1 places").arg(found));
 }
 
 void ManualWindow::keyPressEvent(QKeyEvent* event) {

@@ -1,6 +1,7 @@
 // Builds the list of names and says how many files will be renamed, and why the others won't.
 #include "ui/window/rename_dialog.h"
 
+#include <QCoreApplication>
 #include <QDialogButtonBox>
 #include <QHeaderView>
 #include <QLabel>
@@ -29,23 +30,23 @@ QString noteOf(Verdict verdict) {
         case Verdict::renames:
             return {};
         case Verdict::alreadyNamed:
-            return "Already so named";
+            return QCoreApplication::translate("RenameDialog", "Already so named");
         case Verdict::gone:
-            return "The file is gone";
+            return QCoreApplication::translate("RenameDialog", "The file is gone");
         case Verdict::notInLibrary:
-            return "Not in the library";
+            return QCoreApplication::translate("RenameDialog", "Not in the library");
         case Verdict::noCatID:
-            return "Has no CatID";
+            return QCoreApplication::translate("RenameDialog", "Has no CatID");
         case Verdict::noFXName:
-            return "Has no FX name";
+            return QCoreApplication::translate("RenameDialog", "Has no FX name");
         case Verdict::nameTaken:
-            return "Another file has this name";
+            return QCoreApplication::translate("RenameDialog", "Another file has this name");
         case Verdict::nameTwice:
-            return "A file above gets this name";
+            return QCoreApplication::translate("RenameDialog", "A file above gets this name");
         case Verdict::nameTooLong:
-            return "The name is too long";
+            return QCoreApplication::translate("RenameDialog", "The name is too long");
         case Verdict::folderLocked:
-            return "Its folder is read-only";
+            return QCoreApplication::translate("RenameDialog", "Its folder is read-only");
     }
     return {};
 }
@@ -56,17 +57,23 @@ QString number(qint64 count) {
 
 QString question(qint64 count, qint64 kept) {
     if (count == 0) {
-        return kept > 0 ? "None of these files can be renamed." : "All of these files have their UCS names.";
+        return kept > 0 ? QCoreApplication::translate("RenameDialog", "None of these files can be renamed.")
+                        : QCoreApplication::translate("RenameDialog", "All of these files have their UCS names.");
     }
-    return count == 1 ? QString("Rename 1 file to its UCS name?")
-                      : QString("Rename %1 files to their UCS names?").arg(number(count));
+    return count == 1
+               ? QCoreApplication::translate("RenameDialog", "Rename 1 file to its UCS name?")
+               : QCoreApplication::translate("RenameDialog", "Rename %1 files to their UCS names?").arg(number(count));
 }
 
 // "1 is already so named, 2 can't be renamed."
 QString others(qint64 named, qint64 kept) {
     QStringList parts;
-    if (named > 0) { parts << number(named) + (named == 1 ? " is already so named" : " are already so named"); }
-    if (kept > 0) { parts << number(kept) + " can't be renamed"; }
+    if (named > 0) {
+        parts << (named == 1
+                      ? QCoreApplication::translate("RenameDialog", "1 is already so named")
+                      : QCoreApplication::translate("RenameDialog", "%1 are already so named").arg(number(named)));
+    }
+    if (kept > 0) { parts << QCoreApplication::translate("RenameDialog", "%1 can't be renamed").arg(number(kept)); }
     return parts.isEmpty() ? QString() : parts.join(", ") + ".";
 }
 
@@ -85,7 +92,7 @@ RenameDialog::RenameDialog(const UCSRenames& renames, bool unsaved, QWidget* par
     const auto renamed = count(Verdict::renames);
     const auto named = count(Verdict::alreadyNamed);
     const auto kept = std::ssize(renames) - renamed - named;
-    setWindowTitle("Rename to UCS Names");
+    setWindowTitle(tr("Rename to UCS Names"));
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(20, 18, 20, 16);
     column->setSpacing(10);
@@ -93,12 +100,13 @@ RenameDialog::RenameDialog(const UCSRenames& renames, bool unsaved, QWidget* par
     column->addWidget(line(others(named, kept), "secondary"));
     column->addWidget(list_ = new QTreeWidget, 1);
     fill(renames);
-    column->addWidget(line(unsaved ? "Metadata edits that aren't saved yet are not in these names." : "", "warning"));
     column->addWidget(
-        line(renamed > 0 ? "DAW sessions that reference the old names will need to relink." : "", "secondary"));
+        line(unsaved ? tr("Metadata edits that aren't saved yet are not in these names.") : "", "warning"));
+    column->addWidget(
+        line(renamed > 0 ? tr("DAW sessions that reference the old names will need to relink.") : "", "secondary"));
     auto* buttons = new QDialogButtonBox;
-    auto* rename = buttons->addButton("Rename", QDialogButtonBox::AcceptRole);
-    auto* cancel = buttons->addButton("Cancel", QDialogButtonBox::RejectRole);
+    auto* rename = buttons->addButton(tr("Rename"), QDialogButtonBox::AcceptRole);
+    auto* cancel = buttons->addButton(tr("Cancel"), QDialogButtonBox::RejectRole);
     rename->setProperty("role", "prominent");
     rename->setEnabled(renamed > 0);
     QPushButton* usual = renamed > 0 ? rename : cancel;
@@ -111,12 +119,12 @@ RenameDialog::RenameDialog(const UCSRenames& renames, bool unsaved, QWidget* par
 }
 
 void RenameDialog::fill(const UCSRenames& renames) {
-    list_->setAccessibleName("Names now and then");
+    list_->setAccessibleName(tr("Names now and then"));
     list_->setRootIsDecorated(false);
     list_->setUniformRowHeights(true);
     list_->setTextElideMode(Qt::ElideMiddle);
     list_->setSelectionMode(QAbstractItemView::NoSelection);
-    list_->setHeaderLabels({"Name now", "New name", "Note"});
+    list_->setHeaderLabels({tr("Name now"), tr("New name"), tr("Note")});
     QList<QTreeWidgetItem*> rows;
     for (const UCSRename& rename : renames) {
         const QString to = rename.to.empty() ? QString("–") : pathText(rename.to.filename());

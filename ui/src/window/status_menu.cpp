@@ -9,19 +9,19 @@
 namespace brindlehum {
 
 StatusMenu::StatusMenu(AppModel& model, std::function<void()> quit) : model_(model) {
-    addSetting(menu_, "File Manager Panel", model.settings(), &AppSettings::finderPanel);
-    addSetting(menu_, "Auto-Play", model.settings(), &AppSettings::autoPlay);
-    addSetting(menu_, "Space Plays in File Manager", model.settings(), &AppSettings::spacePlaysInFinder);
+    addSetting(menu_, tr("File Manager Panel"), model.settings(), &AppSettings::finderPanel);
+    addSetting(menu_, tr("Auto-Play"), model.settings(), &AppSettings::autoPlay);
+    addSetting(menu_, tr("Space Plays in File Manager"), model.settings(), &AppSettings::spacePlaysInFinder);
     menu_.addSeparator();
-    outputs_ = menu_.addMenu("Output");
+    outputs_ = menu_.addMenu(tr("Output"));
     menu_.addSeparator();
-    menu_.addAction("Open Copied Link", [&model] { model.openCopiedLink(); });
-    menu_.addAction("Show Browser", [&model] { model.openWindow("main"); });
-    menu_.addAction("Show Editor", [&model] { model.openWindow("editor"); });
-    menu_.addAction("Show Monitor", [&model] { model.openWindow("monitor"); });
-    menu_.addAction("Settings…", [&model] { model.openWindow("settings"); });
+    menu_.addAction(tr("Open Copied Link"), [&model] { model.openCopiedLink(); });
+    menu_.addAction(tr("Show Browser"), [&model] { model.openWindow("main"); });
+    menu_.addAction(tr("Show Editor"), [&model] { model.openWindow("editor"); });
+    menu_.addAction(tr("Show Monitor"), [&model] { model.openWindow("monitor"); });
+    menu_.addAction(tr("Settings…"), [&model] { model.openWindow("settings"); });
     menu_.addSeparator();
-    menu_.addAction("Quit Brindlehum", [quit = std::move(quit)] { quit(); });
+    menu_.addAction(tr("Quit Brindlehum"), [quit = std::move(quit)] { quit(); });
     // Trays show an exported copy of the menu, so its entries are kept up to date and not made at opening.
     connect(&model.settings(), &SettingsStore::changed, this, &StatusMenu::fillOutputs);
     fillOutputs();

@@ -24,12 +24,12 @@ TempEditsBar::TempEditsBar(TempEditBatch& batch, PlayerMessage& message, QWidget
     progress_->setRange(0, 1000);
     progress_->setTextVisible(false);
     progress_->setFixedWidth(160);
-    progress_->setAccessibleName("Progress of the temp edits");
+    progress_->setAccessibleName(tr("Progress of the temp edits"));
     row->addWidget(progress_);
-    row->addWidget(cancel_ = new QPushButton("Cancel"));
-    row->addWidget(skipped_ = new QPushButton("Why Skipped…"));
-    row->addWidget(bars_ = new QPushButton("Set Bars…"));
-    row->addWidget(folders_ = new QPushButton("Show in File Manager"));
+    row->addWidget(cancel_ = new QPushButton(tr("Cancel")));
+    row->addWidget(skipped_ = new QPushButton(tr("Why Skipped…")));
+    row->addWidget(bars_ = new QPushButton(tr("Set Bars…")));
+    row->addWidget(folders_ = new QPushButton(tr("Show in File Manager")));
     connect(cancel_, &QPushButton::clicked, &batch, &TempEditBatch::cancel);
     connect(folders_, &QPushButton::clicked, &batch, &TempEditBatch::showFolders);
     connect(skipped_, &QPushButton::clicked, this, &TempEditsBar::tellSkipped);
@@ -69,8 +69,9 @@ void TempEditsBar::tellSkipped() {
         const auto& [file, reason] = batch_.skipped()[i];
         text += pathText(file.filename()) + "\n    " + QString::fromStdString(reason) + "\n";
     }
-    if (batch_.skipped().size() > most) { text += QString("and %1 more").arg(batch_.skipped().size() - most); }
-    QMessageBox box(QMessageBox::Information, "Temp Edits", "These files were skipped:", QMessageBox::Ok, window());
+    if (batch_.skipped().size() > most) { text += tr("and %1 more").arg(batch_.skipped().size() - most); }
+    QMessageBox box(QMessageBox::Information, tr("Temp Edits"), tr("These files were skipped:"), QMessageBox::Ok,
+                    window());
     box.setInformativeText(text.trimmed());
     box.exec();
 }

@@ -12,8 +12,8 @@ class ElidedLabel;
 class FilterChip : public QFrame {
     Q_OBJECT
 public:
-    // `kind` names the filter in tooltips and for assistive technology ("Category").
-    explicit FilterChip(const QString& kind, QWidget* parent = nullptr);
+    // `clearText` is what its button does, for tooltips and assistive technology: "Clear category %1".
+    explicit FilterChip(const QString& clearText, QWidget* parent = nullptr);
     // An empty value hides the chip.
     void setValue(const QString& value);
 
@@ -21,7 +21,7 @@ Q_SIGNALS:
     void cleared();
 
 private:
-    QString kind_;
+    QString clearText_;
     ElidedLabel* value_;
     QToolButton* clear_;
 };

@@ -1,12 +1,12 @@
 // Where the words of a selection are kept, as the inspector's caption says it.
 #pragma once
 
+#include <QString>
 #include <filesystem>
-#include <string>
 #include <vector>
 
 namespace brindlehum {
 
-std::string keepingText(const std::vector<std::filesystem::path>& files);
+QString keepingText(const std::vector<std::filesystem::path>& files);
 
 }  // namespace brindlehum

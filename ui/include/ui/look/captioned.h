@@ -7,7 +7,7 @@
 
 namespace brindlehum {
 
-inline QWidget* captioned(const char* caption, QWidget* below) {
+inline QWidget* captioned(const QString& caption, QWidget* below) {
     auto* box = new QWidget;
     auto* column = new QVBoxLayout(box);
     column->setContentsMargins(0, 0, 0, 0);

@@ -44,6 +44,8 @@ struct Snapshot {
 };
 
 QString sectionName(int section);
+// Its name for the settings, the same in each language.
+QString sectionKey(int section);
 Sections build(const Snapshot& now);
 // "drive" below the places where volumes are mounted, else `other`.
 QString iconOf(const std::filesystem::path& path, const QString& other);

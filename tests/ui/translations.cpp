@@ -1,0 +1,95 @@
+// The windows in another language than that of the sources.
+#include "ui/look/translations.h"
+
+#include <QApplication>
+#include <QLabel>
+#include <QMenuBar>
+#include <QPushButton>
+
+#include "ui/inspector/inspector_view.h"
+#include "ui/window/app_windows.h"
+#include "window_fixture.h"
+
+namespace brindlehum {
+namespace {
+
+TEST(Translations, FirstLanguageWithTextsIsTakenAndEnglishNeedsNone) {
+    const std::pair<QStringList, bool> cases[] = {
+        {{"de-DE", "de"}, true},        {{"de-AT"}, true}, {{"tlh", "de-CH"}, true}, {{"de-Latn-DE"}, true},
+        {{"en-GB", "en", "de"}, false}, {{"C"}, false},    {{"tlh"}, false},         {{}, false}};
+    for (const auto& [languages, german] : cases) {
+        const Translations translations(languages);
+        EXPECT_EQ(translations.isInstalled(), german) << languages.join(' ').toStdString();
+        EXPECT_EQ(QCoreApplication::translate("MainMenus", "&File"), german ? "&Datei" : "&File");
+    }
+    EXPECT_EQ(QCoreApplication::translate("MainMenus", "&File"), "&File") << "after the last one has gone";
+}
+
+struct German : test::WindowTest {
+    Translations translations{{"de"}};
+    AppWindows windows{model};
+};
+
+// Of what a key reaches at once: the entries of a menu, or the menus, buttons and captions of a window.
+void expectOwnLetters(const QStringList& texts, const QString& where) {
+    std::map<QString, QString> owners;
+    for (const QString& text : texts) {
+        const QString key = QKeySequence::mnemonic(text).toString();
+        if (key.isEmpty()) { continue; }
+        const auto [other, isNew] = owners.emplace(key, text);
+        EXPECT_TRUE(isNew) << where.toStdString() << ", " << key.toStdString() << ": " << text.toStdString() << " and "
+                           << other->second.toStdString();
+    }
+}
+
+TEST_F(German, NoTwoEntriesOrFieldsShareALetter) {
+    for (const char* id : {"editor", "monitor", "settings"}) { windows.open(id); }
+    size_t letters = 0;
+    for (const auto* window : QApplication::topLevelWidgets()) {
+        if (qobject_cast<const QMenu*>(window)) { continue; }
+        QStringList texts;
+        for (const auto* bar : window->findChildren<QMenuBar*>()) {
+            for (const auto* menu : bar->actions()) { texts << menu->text(); }
+        }
+        for (const auto* caption : window->findChildren<QLabel*>()) {
+            if (caption->buddy()) { texts << caption->text(); }
+        }
+        for (const auto* button : window->findChildren<QPushButton*>()) { texts << button->text(); }
+        expectOwnLetters(texts, window->windowTitle());
+        letters += size_t(texts.filter("&").size());
+        for (const auto* menu : window->findChildren<QMenu*>()) {
+            QStringList entries;
+            for (const auto* entry : menu->actions()) { entries << entry->text(); }
+            expectOwnLetters(entries, menu->title());
+        }
+    }
+    EXPECT_GT(letters, 20U);
+}
+
+// Buttons and captions are as wide as their texts, in windows of their usual sizes.
+TEST_F(German, ButtonsAndCaptionsShowTheirWholeTexts) {
+    model.settings().change([](AppSettings& settings) { settings.expertMode = true; });
+    for (const char* id : {"main", "editor", "monitor", "settings"}) { windows.open(id); }
+    for (auto* window : QApplication::topLevelWidgets()) {
+        for (auto* inspector : window->findChildren<InspectorView*>()) {
+            BrowserEntry entry;
+            entry.url = file("a.wav", 2);
+            inspector->setSelection({entry});
+        }
+    }
+    QCoreApplication::processEvents();
+    size_t seen = 0;
+    for (const auto* window : QApplication::topLevelWidgets()) {
+        for (const auto* widget : window->findChildren<QWidget*>()) {
+            const auto* label = qobject_cast<const QLabel*>(widget);
+            const bool isWhole = qobject_cast<const QAbstractButton*>(widget) || (label && !label->wordWrap());
+            if (!isWhole || !widget->isVisible()) { continue; }
+            ++seen;
+            EXPECT_GE(widget->width(), widget->sizeHint().width()) << widget->property("text").toString().toStdString();
+        }
+    }
+    EXPECT_GT(seen, 50U);
+}
+
+}  // namespace
+}  // namespace brindlehum
