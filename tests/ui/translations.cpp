@@ -5,8 +5,10 @@
 #include <QLabel>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QToolButton>
 
 #include "ui/inspector/inspector_view.h"
+#include "ui/look/fitting_row.h"
 #include "ui/window/app_windows.h"
 #include "window_fixture.h"
 
@@ -89,6 +91,24 @@ TEST_F(German, ButtonsAndCaptionsShowTheirWholeTexts) {
         }
     }
     EXPECT_GT(seen, 50U);
+}
+
+TEST_F(German, EditorFitsASmallScreenAndDropsWholeButtons) {
+    DocumentModel& document = model.editor().document();
+    document.open(file("a.wav", 2));
+    ASSERT_TRUE(settle([&] { return document.doc() && !document.loading(); }));
+    windows.open("editor");
+    for (auto* window : QApplication::topLevelWidgets()) {
+        const auto* row = window->findChild<FittingRow*>();
+        if (!row) { continue; }
+        for (const int width : {1400, 1080, 1400}) {
+            window->resize(width, 700);
+            QCoreApplication::processEvents();
+            EXPECT_EQ(window->width(), width);
+            const auto shown = std::ranges::count_if(row->findChildren<QToolButton*>(), &QWidget::isVisible);
+            EXPECT_EQ(shown == 6, width == 1400) << width << ": " << shown;
+        }
+    }
 }
 
 }  // namespace

@@ -1710,7 +1710,7 @@ keywords:metall  sucht in einem Feld: name, folder, keywords, description, categ
     </message>
     <message>
         <source>Hear the Loop Seam</source>
-        <translation>Schleifennaht abhören</translation>
+        <translation>Schleifennaht</translation>
     </message>
     <message>
         <source>Starts 2 bars before the loop end and wraps to the loop start until you stop</source>

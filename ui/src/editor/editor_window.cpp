@@ -36,6 +36,7 @@
 #include "ui/look/elided_label.h"
 #include "ui/look/empty_state.h"
 #include "ui/look/file_drag.h"
+#include "ui/look/fitting_row.h"
 #include "ui/look/icons.h"
 #include "ui/look/menu_button.h"
 #include "ui/look/path_text.h"
@@ -188,10 +189,12 @@ QWidget* EditorWindow::makeToolbar() {
         row->addWidget(button);
     }
     row->addSpacing(8);
+    auto* edits = new FittingRow(2);  // in the Edit menu, too
     for (QAction* each :
          {actions_->cut, actions_->copy, actions_->paste, actions_->remove, actions_->trim, actions_->silence}) {
-        row->addWidget(buttonOf(each));
+        edits->add(buttonOf(each));
     }
+    row->addWidget(edits);
     row->addSpacing(8);
     const auto addList = [&](const QString& text, const QString& tip, std::vector<EffectsList::Entry> entries) {
         auto* button = new QToolButton;
