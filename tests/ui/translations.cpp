@@ -7,6 +7,7 @@
 #include <QPushButton>
 #include <QToolButton>
 
+#include "ui/editor/key_name.h"
 #include "ui/inspector/inspector_view.h"
 #include "ui/look/fitting_row.h"
 #include "ui/window/app_windows.h"
@@ -25,6 +26,19 @@ TEST(Translations, FirstLanguageWithTextsIsTakenAndEnglishNeedsNone) {
         EXPECT_EQ(QCoreApplication::translate("MainMenus", "&File"), german ? "&Datei" : "&File");
     }
     EXPECT_EQ(QCoreApplication::translate("MainMenus", "&File"), "&File") << "after the last one has gone";
+}
+
+TEST(Translations, KeyOfMusicHasItsOwnNameInEachLanguage) {
+    const std::tuple<const char*, const char*, const char*> cases[] = {
+        {"B", "major", "H-Dur"}, {"B", "minor", "h-Moll"}, {"A#", "minor", "ais-Moll"}, {"C", "major", "C-Dur"}};
+    for (const auto& [tonic, mode, german] : cases) {
+        KeyResult key;
+        key.tonic = tonic;
+        key.mode = mode;
+        EXPECT_EQ(keyName(key), QString("%1 %2").arg(tonic, mode));
+        const Translations translations({"de"});
+        EXPECT_EQ(keyName(key), german);
+    }
 }
 
 struct German : test::WindowTest {

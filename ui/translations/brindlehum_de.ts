@@ -503,7 +503,7 @@ Spätere Schlüsse und Variationen senden jeweils bis zu %4 s des Tons, Intros n
     </message>
     <message>
         <source>Return</source>
-        <translation>Eingabe</translation>
+        <translation>Return</translation>
     </message>
     <message>
         <source>Play the sound, open the folder</source>
@@ -772,6 +772,105 @@ Spätere Schlüsse und Variationen senden jeweils bis zu %4 s des Tons, Intros n
     <message>
         <source>Keys</source>
         <translation>Tasten</translation>
+    </message>
+</context>
+<context>
+    <name>KeyName</name>
+    <message>
+        <source>C major</source>
+        <translation>C-Dur</translation>
+    </message>
+    <message>
+        <source>C minor</source>
+        <translation>c-Moll</translation>
+    </message>
+    <message>
+        <source>C# major</source>
+        <translation>Cis-Dur</translation>
+    </message>
+    <message>
+        <source>C# minor</source>
+        <translation>cis-Moll</translation>
+    </message>
+    <message>
+        <source>D major</source>
+        <translation>D-Dur</translation>
+    </message>
+    <message>
+        <source>D minor</source>
+        <translation>d-Moll</translation>
+    </message>
+    <message>
+        <source>D# major</source>
+        <translation>Dis-Dur</translation>
+    </message>
+    <message>
+        <source>D# minor</source>
+        <translation>dis-Moll</translation>
+    </message>
+    <message>
+        <source>E major</source>
+        <translation>E-Dur</translation>
+    </message>
+    <message>
+        <source>E minor</source>
+        <translation>e-Moll</translation>
+    </message>
+    <message>
+        <source>F major</source>
+        <translation>F-Dur</translation>
+    </message>
+    <message>
+        <source>F minor</source>
+        <translation>f-Moll</translation>
+    </message>
+    <message>
+        <source>F# major</source>
+        <translation>Fis-Dur</translation>
+    </message>
+    <message>
+        <source>F# minor</source>
+        <translation>fis-Moll</translation>
+    </message>
+    <message>
+        <source>G major</source>
+        <translation>G-Dur</translation>
+    </message>
+    <message>
+        <source>G minor</source>
+        <translation>g-Moll</translation>
+    </message>
+    <message>
+        <source>G# major</source>
+        <translation>Gis-Dur</translation>
+    </message>
+    <message>
+        <source>G# minor</source>
+        <translation>gis-Moll</translation>
+    </message>
+    <message>
+        <source>A major</source>
+        <translation>A-Dur</translation>
+    </message>
+    <message>
+        <source>A minor</source>
+        <translation>a-Moll</translation>
+    </message>
+    <message>
+        <source>A# major</source>
+        <translation>Ais-Dur</translation>
+    </message>
+    <message>
+        <source>A# minor</source>
+        <translation>ais-Moll</translation>
+    </message>
+    <message>
+        <source>B major</source>
+        <translation>H-Dur</translation>
+    </message>
+    <message>
+        <source>B minor</source>
+        <translation>h-Moll</translation>
     </message>
 </context>
 <context>
@@ -1804,14 +1903,6 @@ keywords:metall  sucht in einem Feld: name, folder, keywords, description, categ
         <translation>Ein Zwillingstempo (%1 BPM) schneidet fast ebenso gut ab. Klick einschalten und hören.</translation>
     </message>
     <message>
-        <source>%1 minor</source>
-        <translation>%1-Moll</translation>
-    </message>
-    <message>
-        <source>%1 major</source>
-        <translation>%1-Dur</translation>
-    </message>
-    <message>
         <source>Key estimate (confidence %1%)</source>
         <translation>Geschätzte Tonart (Sicherheit %1%)</translation>
     </message>
@@ -2728,11 +2819,11 @@ keywords:metall  sucht in einem Feld: name, folder, keywords, description, categ
     </message>
     <message>
         <source>Previous (Shift+Return)</source>
-        <translation>Vorherige (Umschalt+Eingabe)</translation>
+        <translation>Vorherige (Umschalt+Return)</translation>
     </message>
     <message>
         <source>Next (Return)</source>
-        <translation>Nächste (Eingabe)</translation>
+        <translation>Nächste (Return)</translation>
     </message>
     <message>
         <source>Close (Esc)</source>

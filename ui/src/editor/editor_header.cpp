@@ -8,6 +8,7 @@
 #include <QToolButton>
 #include <cmath>
 
+#include "ui/editor/key_name.h"
 #include "ui/look/elided_label.h"
 #include "ui/look/menu_button.h"
 #include "ui/look/path_text.h"
@@ -104,8 +105,7 @@ void EditorHeader::refresh() {
             tr("A twin tempo (%1 BPM) scores nearly as well. Turn on the click and listen.").arg(*twin, 0, 'f', 1));
     }
     meter_->setChoice(QString::number(grid.beatsPerBar) + "/4" + (grid.steady ? "" : " ~"));
-    key_->setText((analysis->key.mode == "minor" ? tr("%1 minor") : tr("%1 major"))
-                      .arg(QString::fromStdString(analysis->key.tonic)));
+    key_->setText(keyName(analysis->key));
     key_->setToolTip(tr("Key estimate (confidence %1%)").arg(std::lround(analysis->key.confidence * 100)));
     loudness_->setText(loudnessText());
     const auto& note = analysis->loudness.note;
