@@ -69,6 +69,7 @@ public:
 
 private:
     QPixmap tinted(const QSize& size, double dpr, QIcon::Mode mode, QIcon::State state) const {
+        if (size.isEmpty()) { return {}; }  // its button is squeezed to nothing
         QPixmap pixmap(size * dpr);
         pixmap.setDevicePixelRatio(dpr);
         pixmap.fill(Qt::transparent);
