@@ -23,6 +23,8 @@ struct Copy : PluginInstance {
     }
     void setControl(size_t, double) noexcept override {}
     void setFile(const std::string&, const std::string&) override {}
+    void sendMessage(std::span<const uint8_t>) override {}
+    std::unique_ptr<PluginWindow> openWindow(const PluginInfo&, const PluginWindowPlace&) override { return nullptr; }
     int latency() const noexcept override { return late; }
     std::string state() const override { return {}; }
     int late;
