@@ -5,9 +5,9 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 ci/install-packages.sh package trial
 
-deb=$(packaging/deb.sh 2>/dev/null)
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
+deb=$(packaging/deb.sh 2>"$work/log") || { cat "$work/log" >&2; exit 1; }
 dpkg-deb -x "$deb" "$work/tree"
 share=$work/tree/usr/share
 
@@ -31,8 +31,8 @@ for module in "$work"/tree/usr/lib/*/*/libbrindlehum-thunar.so "$work"/tree/usr/
     [ "$(nm -D --defined-only "$module" | grep -c ' T .*_\(initialize\|list_types\|shutdown\)$')" -eq 3 ]
 done
 
-if [ "$(id -u)" -ne 0 ]; then
-    echo "SKIPPED: the installation on a bare Debian, which needs root"
+if [ "$(id -u)" -ne 0 ] || ! unshare --mount --net true 2>/dev/null; then
+    echo "SKIPPED: the installation on a bare Debian, which needs root and namespaces"
     exit 0
 fi
 sources=/etc/apt/sources.list.d/debian.sources
