@@ -78,7 +78,7 @@ void EffectWindows::look() {
         if (now.unit != window.unit) {
             window.window.reset();
             window.unit = std::move(now.unit);
-            window.info = std::move(now.info);
+            window.info = now.info ? *now.info : PluginInfo();
             reopen(id, window);
         }
         if (!window.window) { continue; }

@@ -36,7 +36,7 @@ TEST(Autostart, TheFileIsTheStateWhoeverWritesOrRemovesIt) {
     EXPECT_FALSE(nowhere.isOn());
 }
 
-// By the quoting rules of the Desktop Entry Specification 1.5: first those of Exec, then those of strings.
+// By the quoting rules of freedesktop.org's desktop entries, version 1.5: first those of Exec, then those of strings.
 TEST(Autostart, ExecNamesTheProgramWhateverItsPath) {
     const test::TempFolder folder;
     for (const auto& [program, line] : {std::pair("/opt/a b/r", R"(Exec="/opt/a b/r")"),

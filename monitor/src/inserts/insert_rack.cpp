@@ -42,7 +42,7 @@ InsertRack::Entry* InsertRack::find(const UUID& id) {
 
 InsertRack::Running InsertRack::running(const UUID& id) const {
     const auto found = std::ranges::find(entries_, id, [](const Entry& each) { return each.insert.id; });
-    return found == entries_.end() ? Running() : Running{found->info, found->unit};
+    return found == entries_.end() ? Running() : Running{&found->info, found->unit};
 }
 
 void InsertRack::set(const std::vector<Insert>& inserts) {

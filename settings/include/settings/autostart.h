@@ -9,7 +9,7 @@
 
 namespace brindlehum {
 
-// Main thread. After the Desktop Application Autostart Specification, 0.5.
+// Main thread. After freedesktop.org's rules for starting applications with the session, version 0.5.
 class Autostart : public QObject {
     Q_OBJECT
 public:

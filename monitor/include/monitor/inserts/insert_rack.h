@@ -41,9 +41,9 @@ public:
     bool look();
     const std::vector<InsertStatus>& status() const { return status_; }
     int latency() const { return latency_; }  // frames, of all
-    // A running insert; it is null when there is none.
+    // A running insert and what it is, until the next change of the chain; null when there is none.
     struct Running {
-        PluginInfo info;
+        const PluginInfo* info = nullptr;
         std::shared_ptr<InsertUnit> unit;
     };
     Running running(const UUID& id) const;
