@@ -30,8 +30,8 @@ QProcessEnvironment environmentOf(const ChildCommand& command) {
 
 class QtChild : public ChildProcesses::Child {
 public:
-    QtChild(const ChildCommand& command, std::function<void(const ChildResult&)> done)
-        : process_(new QProcess), done_(std::move(done)) {
+    QtChild(const ChildCommand& command, std::function<void(const ChildResult&)> done, QObject& ending)
+        : process_(new QProcess), done_(std::move(done)), ending_(ending) {
         QObject::connect(process_, &QProcess::readyReadStandardOutput, process_, [this] { read(); });
         QObject::connect(process_, &QProcess::readyReadStandardError, process_, [this] { read(); });
         QObject::connect(process_, &QProcess::finished, process_, [this](int status, QProcess::ExitStatus how) {
@@ -67,6 +67,7 @@ public:
             return;
         }
         ::kill(-group, SIGTERM);
+        process_->setParent(&ending_);
         QObject::connect(process_, &QProcess::finished, process_, &QObject::deleteLater);
         QTimer::singleShot(graceMs, process_, [group] { ::kill(-group, SIGKILL); });
     }
@@ -95,13 +96,23 @@ private:
     QProcess* process_;
     ChildResult result_;
     std::function<void(const ChildResult&)> done_;
+    QObject& ending_;
 };
 
 }  // namespace
 
+QtChildProcesses::QtChildProcesses() : ending_(std::make_unique<QObject>()) {}
+
+QtChildProcesses::~QtChildProcesses() {
+    for (auto* process : ending_->findChildren<QProcess*>()) {
+        if (const auto group = pid_t(process->processId()); group > 0) { ::kill(-group, SIGKILL); }
+        process->waitForFinished();
+    }
+}
+
 std::unique_ptr<ChildProcesses::Child> QtChildProcesses::run(const ChildCommand& command,
                                                              std::function<void(const ChildResult&)> done) {
-    return std::make_unique<QtChild>(command, std::move(done));
+    return std::make_unique<QtChild>(command, std::move(done), *ending_);
 }
 
 }  // namespace brindlehum
