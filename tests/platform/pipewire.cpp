@@ -194,6 +194,19 @@ TEST_F(PipeWireAudio, AServerThatHangsIsToldFromOneThatRunsAndNoCallWaitsForIt) 
     EXPECT_TRUE(device("sink16"));
 }
 
+TEST_F(PipeWireAudio, AtRestTheServerIsAskedOnlyWhenSomebodyLooks) {
+    ASSERT_TRUE(device("sink16"));
+    loop_.advance(2);
+    server_.freeze();
+    loop_.advance(60);
+    EXPECT_TRUE(device("sink16"));
+    EXPECT_EQ(audio_->server(), SoundServer::running);
+    loop_.advance(4);
+    EXPECT_EQ(audio_->server(), SoundServer::silent);
+    server_.thaw();
+    EXPECT_TRUE(loop_.runUntil([&] { return audio_->server() == SoundServer::running; }));
+}
+
 TEST_F(PipeWireAudio, ChannelsHaveTheNamesThatTheDeviceStates) {
     EXPECT_THAT(device("sink12")->positions,
                 ElementsAre("FL", "FR", "FC", "LFE", "RL", "RR", "SL", "SR", "TFL", "TFR", "TRL", "TRR"));

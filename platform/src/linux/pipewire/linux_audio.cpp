@@ -14,7 +14,7 @@ namespace brindlehum {
 
 namespace {
 
-constexpr double beatSeconds = 1;  // between two questions to the server, or two attempts to find one
+constexpr double beatSeconds = 1;  // between two looks at a question that waits, or two attempts to find a server
 
 // A headless stream that stops being current when a sound server answers.
 class InterimStream : public OutputStream {
@@ -34,10 +34,12 @@ private:
     std::function<bool()> serverRuns_;
 };
 
+// Each running stream asks the server for signs of life, and so does a look at its state. At rest nothing wakes up.
 class LinuxAudio : public AudioSystem, public DuplexAudio, private PipeWireListener {
 public:
-    explicit LinuxAudio(MainLoop& loop) : main_(loop), beat_(loop.every(beatSeconds, [this] { beat(); })) {
+    explicit LinuxAudio(MainLoop& loop) : main_(loop) {
         connect();
+        keepBeating();
         // The one wait for a server: the first question about the outputs comes at once.
         if (session_) { session_->waitForAnswer(); }
         known_ = state();
@@ -53,7 +55,14 @@ public:
         return running() ? session_->graph().defaultOutput() : headless_.defaultOutput();
     }
 
-    SoundServer server() override { return session_ ? session_->state() : SoundServer::absent; }
+    SoundServer server() override {
+        if (session_ && main_.now() - lookedAt_ >= beatSeconds) {
+            lookedAt_ = main_.now();
+            session_->beat(lookedAt_);
+            keepBeating();
+        }
+        return serverNow();
+    }
 
     std::unique_ptr<OutputStream> openOutput(uint32_t id, bool followsDefault, RenderTarget& target,
                                              std::function<void()> onChange) override {
@@ -117,10 +126,11 @@ private:
         if (device == outputs.end()) { throw Error(ErrorKind::device, "Couldn't open the output device"); }
         return *device;
     }
-    bool running() { return server() == SoundServer::running; }
+    SoundServer serverNow() { return session_ ? session_->state() : SoundServer::absent; }
+    bool running() { return serverNow() == SoundServer::running; }
     // From one copy of the graph.
     State state() {
-        if (!running()) { return {server(), headless_.allOutputs(), headless_.defaultOutput(), {}}; }
+        if (!running()) { return {serverNow(), headless_.allOutputs(), headless_.defaultOutput(), {}}; }
         const PipeWireGraph graph = session_->graph();
         return {SoundServer::running, graph.outputs(), graph.defaultOutput(), inputsOf(graph)};
     }
@@ -156,18 +166,28 @@ private:
         session_.reset();
     }
 
+    // Until the server has answered.
+    void keepBeating() {
+        if (!beat_) {
+            beat_ = main_.every(beatSeconds, [this] { beat(); });
+        }
+    }
+
     void beat() {
         if (session_ && session_->isDead()) { disconnect(); }
-        if (session_) {
-            session_->beat(main_.now());
-        } else {
+        if (!session_) {
             connect();
             keepBus();
+        } else if (session_->waits()) {
+            session_->beat(main_.now());
+        } else {
+            beat_.reset();
         }
         check();
     }
 
     void check() {
+        if (!session_ || session_->isDead()) { keepBeating(); }
         State now = state();
         if (now == known_) { return; }
         known_ = std::move(now);
@@ -195,6 +215,7 @@ private:
     State known_;  // as last announced
     // A check is posted; dies with this, so that a late one is dropped.
     std::shared_ptr<std::atomic<bool>> checkWaits_ = std::make_shared<std::atomic<bool>>(false);
+    double lookedAt_ = 0;  // seconds
     TimerHandle beat_;
 };
 

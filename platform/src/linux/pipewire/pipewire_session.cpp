@@ -182,6 +182,11 @@ void PipeWireSession::beat(double now) {
     changed();
 }
 
+bool PipeWireSession::waits() const {
+    const PipeWireLoop::Lock lock(*loop_);
+    return asks_;
+}
+
 void PipeWireSession::waitForAnswer() {
     const PipeWireLoop::Lock lock(*loop_);
     loop_->waitUntil(firstPatience, [this] { return dead_ || answers_ == firstAnswers; });

@@ -37,8 +37,11 @@ public:
 
     // Waits until the graph is known, the server has gone, or `firstPatience` is over.
     void waitForAnswer();
-    // Asks the server for a sign of life, and notes when the last question has waited for too long. Call it regularly.
+    // Asks the server for a sign of life, or notes that the last question has waited for too long. Call it regularly
+    // while the server is needed.
     void beat(double now);
+    // Whether a question waits for its answer.
+    bool waits() const;
     // Absent until the graph is known.
     SoundServer state() const;
     // A copy of the graph as known now.

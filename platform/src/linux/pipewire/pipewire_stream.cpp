@@ -25,6 +25,9 @@ const char* const duplexLatency = "256/48000";
 // link that comes up late.
 constexpr uint32_t linkPatience = 48000;
 
+// Between two questions to the server of a stream that runs.
+constexpr double beatSeconds = 1;
+
 }  // namespace
 
 PipeWireStream::PipeWireStream(std::shared_ptr<PipeWireSession> session, MainLoop& loop, const Ends& ends,
@@ -183,10 +186,13 @@ void PipeWireStream::start() {
     cycles_.reset();
     running_ = true;
     pw_filter_set_active(filter_, true);
+    session_->beat(main_.now());
+    beat_ = main_.every(beatSeconds, [this] { session_->beat(main_.now()); });
 }
 
 void PipeWireStream::pause() {
     if (!running_.exchange(false)) { return; }
+    beat_.reset();
     const PipeWireLoop::Lock lock(session_->loop());
     session_->loop().waitForProcess();
     if (!session_->isDead()) { pw_filter_set_active(filter_, false); }

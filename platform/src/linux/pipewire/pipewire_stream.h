@@ -89,6 +89,7 @@ private:
     std::vector<void*> inputPorts_;    // our inputs, when it listens
     Links links_, inputLinks_;
     bool wasThere_ = false;  // the node of through_; under the library's lock
+    TimerHandle beat_;       // while it runs
 
     std::atomic<bool> running_ = false;      // written by main, read by process
     std::atomic<bool> deaf_ = false;         // it would howl
