@@ -155,11 +155,12 @@ TEST_F(Loading, ARenamedFilePlaysOn) {
     EXPECT_EQ(heardFrom(), 100);
     const auto c = file("c.wav");
     const auto d = folder_ / "d.wav";
-    player_->load(c, false);
+    sound().load(c, false, AskedBy::fileManager);
     std::filesystem::rename(c, d);
     sound().rename(c, d);
     settle();
     EXPECT_EQ(sound().info()->url, d) << "renamed while it was being loaded";
+    EXPECT_EQ(sound().askedBy(), AskedBy::fileManager);
 }
 
 TEST_F(Loading, AFileThatCannotBePlayedIsNamedAndTheOldSoundStays) {

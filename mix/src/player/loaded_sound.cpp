@@ -37,6 +37,7 @@ void LoadedSound::load(const std::filesystem::path& path, bool autoPlay, AskedBy
         return;
     }
     autoPlay_ = autoPlay;
+    newestBy_ = by;
     cancelWaveform();
     Q_EMIT replacing();
     loader_.run(
@@ -83,7 +84,7 @@ void LoadedSound::didCheck(std::optional<Probe> found) {
 }
 
 void LoadedSound::rename(const std::filesystem::path& from, const std::filesystem::path& to) {
-    if (loads_.isBusy() && newest_ == from) { return load(to, autoPlay_); }
+    if (loads_.isBusy() && newest_ == from) { return load(to, autoPlay_, newestBy_); }
     if (!info_ || info_->url != from) { return; }
     checks_.cancel();
     if (waveform_ && waveform_->isComplete()) { WaveformCache::shared().set(to, version_, waveform_); }

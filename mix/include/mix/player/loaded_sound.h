@@ -88,6 +88,7 @@ private:
     FileVersion version_;           // of the loaded file
     std::filesystem::path newest_;  // the file that was asked for last
     bool autoPlay_ = false;         // of the newest load
+    AskedBy newestBy_ = AskedBy::anyone;
     AskedBy askedBy_ = AskedBy::anyone;
     Background::Line loads_;
     Background::Line checks_;
