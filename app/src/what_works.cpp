@@ -134,6 +134,12 @@ WorksRow effects(const DesktopFacts& facts) {
 
 }  // namespace
 
+Display DesktopFacts::displayOf(std::string_view platform, bool isWatched) {
+    const bool isXServer = platform == "xcb";
+    if (isXServer && isWatched) { return Display::x11; }
+    return isXServer || platform.starts_with("wayland") ? Display::wayland : Display::none;
+}
+
 std::vector<WorksRow> whatWorks(const DesktopFacts& facts) {
     return {soundServer(facts.server),
             tray(facts.hasTray),

@@ -74,5 +74,13 @@ TEST(WhatWorks, EachMissingThingSpoilsItsRowsAndNamesWhatHelps) {
     }
 }
 
+TEST(WhatWorks, XServerInAWaylandSessionCountsAsWayland) {
+    EXPECT_EQ(DesktopFacts::displayOf("xcb", true), Display::x11);
+    for (const char* platform : {"xcb", "wayland", "wayland-egl"}) {
+        EXPECT_EQ(DesktopFacts::displayOf(platform, false), Display::wayland) << platform;
+    }
+    EXPECT_EQ(DesktopFacts::displayOf("offscreen", false), Display::none);
+}
+
 }  // namespace
 }  // namespace brindlehum

@@ -75,7 +75,11 @@ inline std::set<std::string> copied() {
 
 class Desk {
 public:
-    explicit Desk(QString program) : program_(std::move(program)) {
+    using MakeAudio = std::function<std::unique_ptr<AudioSystem>(MainLoop&)>;
+    static std::unique_ptr<AudioSystem> headless(MainLoop&) { return std::make_unique<HeadlessAudioSystem>(); }
+
+    explicit Desk(QString program, const MakeAudio& makeAudio = headless)
+        : audio_(makeAudio(loop)), program_(std::move(program)) {
         app.settings().change([](AppSettings& s) { s.autoPlay = false; });
         app.start(0);
     }
@@ -96,7 +100,9 @@ public:
         auto process = std::make_unique<QProcess>();
         process->setStandardOutputFile(QProcess::nullDevice());
         process->setStandardErrorFile(QProcess::nullDevice());
-        process->start(program_, {QString::fromStdString(folder.string())});
+        QStringList arguments{QString::fromStdString(folder.string())};
+        if (isNautilus()) { arguments.prepend("--new-window"); }
+        process->start(program_, arguments);
         processes_.push_back(std::move(process));
         ASSERT_TRUE(until([&] { return finder.finderActive() && frontId() != 0 && frontId() != before; }, 30));
         ASSERT_TRUE(until([&] { return app.axTrusted(); }));
@@ -150,12 +156,16 @@ public:
 private:
     const TempFolder files_;
     MemoryDefaults defaults_;
-    HeadlessAudioSystem audio_;
 
 public:
     QtMainLoop loop;
+
+private:
+    std::unique_ptr<AudioSystem> audio_;
+
+public:
     LinuxSession session{loop};
-    mutable AppModel app{{loop, audio_, defaults_, session, files_ / "Catalog.sqlite", files_ / "editor"}};
+    mutable AppModel app{{loop, *audio_, defaults_, session, files_ / "Catalog.sqlite", files_ / "editor"}};
     FinderTracker& finder = app.finder();
 
 private:

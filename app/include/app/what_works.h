@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/applications.h"
@@ -29,6 +30,10 @@ struct DesktopFacts {
     std::optional<std::optional<std::filesystem::path>> hrtfSet;
     std::string hrtfProblem;             // of the user's own set
     std::optional<std::size_t> effects;  // number of LV2 effects
+
+    // `platform`: what draws our windows, by Qt's name; `isWatched`: the session says which window is in front. An X
+    // server inside a Wayland session draws them as well, and knows nothing of the session's other windows.
+    static Display displayOf(std::string_view platform, bool isWatched);
 };
 
 struct WorksRow {

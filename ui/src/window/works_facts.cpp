@@ -13,18 +13,13 @@
 namespace brindlehum {
 namespace {
 
-DesktopFacts::Display display() {
-    const QString platform = QGuiApplication::platformName();
-    if (platform == QLatin1String("xcb")) { return DesktopFacts::Display::x11; }
-    return platform.startsWith(QLatin1String("wayland")) ? DesktopFacts::Display::wayland : DesktopFacts::Display::none;
-}
-
 DesktopFacts factsOf(AppModel& model) {
     DesktopFacts facts;
     Applications* applications = model.session().applications();
     const PluginList& plugins = model.monitor().plugins();
     facts.server = model.engine().devices().server();
-    facts.display = display();
+    facts.display = DesktopFacts::displayOf(QGuiApplication::platformName().toStdString(),
+                                            model.session().fileManagerWatch() != nullptr);
     facts.hasTray = QSystemTrayIcon::isSystemTrayAvailable();
     facts.readsSelections = model.axTrusted();
     facts.isSpaceTaken = model.keyTap().isRefused();

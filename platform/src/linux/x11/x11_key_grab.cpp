@@ -108,12 +108,14 @@ private:
                                                                    : KeyEvent::rest;
         const bool swallows = (shared_->word & swallowBit) != 0 && !isLate();
         const KeyAnswer given = decideKey(kind, held_, swallows);
-        // After a swallowed press the keyboard goes on until the next key, which then waits for us in the same way.
-        const uint8_t mode = !given.swallowed ? XCB_ALLOW_REPLAY_KEYBOARD
-                             : held_          ? XCB_ALLOW_SYNC_KEYBOARD
-                                              : XCB_ALLOW_ASYNC_KEYBOARD;
-        xcb_allow_events(x(), mode, key.time);
-        xcb_flush(x());
+        // The release of Space ends the grab by itself. An answer to it could come so late that it counts for a new
+        // press.
+        if (kind != KeyEvent::spaceRelease) {
+            // After a swallowed press the keyboard goes on until the next key, which then waits for us in the same way.
+            const uint8_t mode = given.swallowed ? XCB_ALLOW_SYNC_KEYBOARD : XCB_ALLOW_REPLAY_KEYBOARD;
+            xcb_allow_events(x(), mode, key.time);
+            xcb_flush(x());
+        }
         if (kind == KeyEvent::spacePress) { report(given); }
     }
 
