@@ -187,9 +187,9 @@ std::string plainLine(std::string_view text) {
     return line;
 }
 
-std::string headerValue(std::string_view header, std::string_view key) {
-    const bool needsScheme = lowerAscii(header) == "authorization" && key.find(' ') == std::string_view::npos;
-    return (needsScheme ? "Bearer " : "") + std::string(key);
+SecretText headerValue(std::string_view header, const SecretText& key) {
+    const bool needsScheme = lowerAscii(header) == "authorization" && key.view().find(' ') == std::string_view::npos;
+    return needsScheme ? SecretText({"Bearer ", key.view()}) : key;
 }
 
 bool isHeaderName(std::string_view name) {

@@ -1,5 +1,6 @@
 // A generation against a service of our own, over the real network of this machine: every step and every way to fail.
 #include <gmock/gmock.h>
+#include <sys/resource.h>
 
 #include <fstream>
 
@@ -67,7 +68,7 @@ protected:
         test::writeAudio(folder_ / "take", test::noisePlanes(2, 20 * 8000),
                          {.kind = test::FileKind::flac, .rate = 8000});
         settings_.change([this](AppSettings& s) { s.generationAddress = service_.address() + "v1"; });
-        key_.set(generator_->service()->origin, secret);
+        key_.set(generator_->service()->origin, SecretText(secret));
         const auto say = [this](const HttpServer::Request& request, const std::string& healthy) {
             const auto found = script_.find(request.line);
             return found == script_.end() ? httpReply(200, healthy) : found->second;
@@ -359,11 +360,14 @@ TEST_F(GeneratorTest, WithoutAKeyringAKeyLivesForThisRun) {
     using Place = GenerationKey::Place;
     const std::string origin = generator_->service()->origin;
     EXPECT_EQ(key_.place(origin), Place::keyring);
+    rlimit dumps{};
+    getrlimit(RLIMIT_CORE, &dumps);
+    EXPECT_LE(dumps.rlim_cur, 1U) << "a process that has held a key leaves no core dump";
     EXPECT_EQ(keyring_.kept.size(), 1U);
     keyring_.locked = true;
     EXPECT_EQ(generate(Kind::intro), "The keyring can't be read: It is locked");
     EXPECT_TRUE(service_.requests.empty());
-    key_.set(origin, "other");
+    key_.set(origin, SecretText("other"));
     EXPECT_EQ(key_.place(origin), Place::thisRun);
     EXPECT_EQ(key_.problem(), "It is locked");
     EXPECT_EQ(generate(Kind::intro), "4 files written");
@@ -373,9 +377,9 @@ TEST_F(GeneratorTest, WithoutAKeyringAKeyLivesForThisRun) {
     EXPECT_EQ(key_.place(origin), Place::none);
     EXPECT_TRUE(keyring_.kept.empty());
     GenerationKey without(nullptr, settings_);
-    without.set(origin, secret);
+    without.set(origin, SecretText(secret));
     EXPECT_EQ(without.place(origin), Place::thisRun);
-    key_.set(origin, secret);
+    key_.set(origin, SecretText(secret));
     keyring_.kept.clear();
     EXPECT_EQ(generate(Kind::intro), "The service's key isn't in the keyring: enter it in Settings");
 }

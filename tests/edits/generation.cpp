@@ -75,9 +75,12 @@ TEST(GenerationProtocol, UnderstandsEveryAnswer) {
 }
 
 TEST(GenerationProtocol, AKeyCantBringAHeaderOfItsOwn) {
-    EXPECT_EQ(protocol::headerValue("authorization", "k"), "Bearer k");
-    EXPECT_EQ(protocol::headerValue("Authorization", "Basic k"), "Basic k");
-    EXPECT_EQ(protocol::headerValue("X-Key", "k"), "k");
+    const auto value = [](const char* header, const char* key) {
+        return std::string(protocol::headerValue(header, SecretText(key)).view());
+    };
+    EXPECT_EQ(value("authorization", "k"), "Bearer k");
+    EXPECT_EQ(value("Authorization", "Basic k"), "Basic k");
+    EXPECT_EQ(value("X-Key", "k"), "k");
     for (const char* each : {"k\r\nHost: x", "k\n", "", "  ", "ké"}) { EXPECT_FALSE(protocol::isKey(each)) << each; }
     for (const char* each : {"X Key", "X:Key", "", "Host", "content-LENGTH", "Cookie", "X\r\n"}) {
         EXPECT_FALSE(protocol::isHeaderName(each)) << each;

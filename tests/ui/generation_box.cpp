@@ -86,6 +86,9 @@ TEST_F(GenerationBoxTest, SendsNothingBeforeItIsSetUpAndAllowed) {
     setAddress("https://other.example");
     button("AI Intro").click();
     EXPECT_EQ(asked.size(), 3U);
+    editor.generator().cancel();
+    editor.document().close();
+    EXPECT_EQ(button("AI Intro").toolTip(), "Needs an open piece whose bars are known");
 }
 
 TEST_F(GenerationBoxTest, ShowsTheTakesAndPlaysThem) {

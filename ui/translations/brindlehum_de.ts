@@ -299,20 +299,44 @@
         <translation>An %1 senden?</translation>
     </message>
     <message>
-        <source>For this %1, %2 go to the generation service at %3.
-
-Later endings and variations send up to %4 s of the sound each; intros send none. The takes are fetched from the addresses that the service gives. You won&apos;t be asked again for this service.</source>
-        <translation>Für „%1“ gehen %2 an den Generierungsdienst bei %3.
-
-Spätere Schlüsse und Variationen senden jeweils bis zu %4 s des Tons, Intros nichts davon. Die Takes werden von den Adressen geholt, die der Dienst nennt. Für diesen Dienst wird nicht noch einmal gefragt.</translation>
-    </message>
-    <message>
         <source>Also send the file&apos;s name, “%1”</source>
         <translation>Auch den Dateinamen senden, „%1“</translation>
     </message>
     <message>
         <source>Send</source>
         <translation>Senden</translation>
+    </message>
+    <message>
+        <source>For this intro, %1 go to the generation service at %2.</source>
+        <translation>Für dieses Intro gehen %1 an den Generierungsdienst bei %2.</translation>
+    </message>
+    <message>
+        <source>For this ending, %1 go to the generation service at %2.</source>
+        <translation>Für diesen Schluss gehen %1 an den Generierungsdienst bei %2.</translation>
+    </message>
+    <message>
+        <source>For this variation, %1 go to the generation service at %2.</source>
+        <translation>Für diese Variation gehen %1 an den Generierungsdienst bei %2.</translation>
+    </message>
+    <message>
+        <source>the tempo (%1 BPM), the key (%2) and the name “%3”</source>
+        <translation>das Tempo (%1 BPM), die Tonart (%2) und den Namen „%3“</translation>
+    </message>
+    <message>
+        <source>the tempo (%1 BPM) and the key (%2)</source>
+        <translation>das Tempo (%1 BPM) und die Tonart (%2)</translation>
+    </message>
+    <message>
+        <source>%1 s of the sound, the tempo (%2 BPM), the key (%3) and the name “%4”</source>
+        <translation>%1 s des Tons, das Tempo (%2 BPM), die Tonart (%3) und den Namen „%4“</translation>
+    </message>
+    <message>
+        <source>%1 s of the sound, the tempo (%2 BPM) and the key (%3)</source>
+        <translation>%1 s des Tons, das Tempo (%2 BPM) und die Tonart (%3)</translation>
+    </message>
+    <message>
+        <source>Later endings and variations send up to %1 s of the sound each; intros send none. The takes are fetched from the addresses that the service gives. You won&apos;t be asked again for this service.</source>
+        <translation>Spätere Schlüsse und Variationen senden jeweils bis zu %1 s des Tons, Intros nichts davon. Die Takes werden von den Adressen geholt, die der Dienst nennt. Für diesen Dienst wird nicht noch einmal gefragt.</translation>
     </message>
 </context>
 <context>
@@ -2230,6 +2254,10 @@ keywords:metall  sucht in einem Feld: name, folder, keywords, description, categ
     <message>
         <source>Sends %1 to %2</source>
         <translation>Sendet %1 an %2</translation>
+    </message>
+    <message>
+        <source>Needs an open piece whose bars are known</source>
+        <translation>Braucht ein geöffnetes Stück, dessen Takte bekannt sind</translation>
     </message>
 </context>
 <context>

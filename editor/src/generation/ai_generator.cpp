@@ -16,7 +16,7 @@ namespace {
 namespace protocol = GenerationProtocol;
 
 // A service that repeats the key in its texts doesn't bring it to the screen.
-std::string without(std::string text, const std::string& key) {
+std::string without(std::string text, std::string_view key) {
     for (size_t at = 0; !key.empty() && (at = text.find(key, at)) != std::string::npos;) {
         text.replace(at, key.size(), "***");
     }
@@ -31,7 +31,7 @@ struct AIGenerator::Job {
     WebAddress service;
     std::string header;
     std::string name;  // as it is sent
-    std::string key{};
+    SecretText key{};  // until the service's work is done
     double clipSeconds = 0;
     std::string taskId{};
     double begun = 0;  // when the service began
@@ -77,8 +77,8 @@ void AIGenerator::generate(Kind kind, GenerationSource source) {
 
 void AIGenerator::keyArrived(const GenerationKey::Reading& reading) {
     if (!reading.problem.empty()) { return fail(reading.problem); }
-    job_->key = reading.key.value_or("");
-    if (!job_->key.empty() && (!protocol::isKey(job_->key) || !protocol::isHeaderName(job_->header))) {
+    job_->key = reading.key.value_or(SecretText());
+    if (!job_->key.isEmpty() && (!protocol::isKey(job_->key.view()) || !protocol::isHeaderName(job_->header))) {
         return fail("The service's key can't be sent: look at its header and key in Settings");
     }
     job_->kind == Kind::intro ? start({}) : encode();
@@ -131,6 +131,7 @@ void AIGenerator::poll() {
         auto takes = protocol::takes(answer);
         if (!takes) { return awaitTask(); }
         job_->isPolling = false;
+        job_->key = {};
         tick_.reset();
         job_->takes = std::move(*takes);
         say("Downloading takes…");
@@ -200,8 +201,8 @@ void AIGenerator::request(const char* method, const std::string& path, const cha
                           Then then) {
     HttpRequest request{.method = method, .url = job_->service.url + path, .body = std::move(body)};
     request.headers.emplace_back("Content-Type", contentType);
-    if (!job_->key.empty()) {
-        request.headers.emplace_back(job_->header, protocol::headerValue(job_->header, job_->key));
+    if (!job_->key.isEmpty()) {
+        request.secretHeader.emplace(job_->header, protocol::headerValue(job_->header, job_->key));
     }
     request.maxBytes = int64_t(protocol::maxAnswerBytes);
     deadline_ = loop_.after(requestSeconds, [this] {
@@ -238,7 +239,7 @@ void AIGenerator::say(const std::string& status) {
 }
 
 void AIGenerator::fail(const std::string& problem) {
-    end(protocol::plainLine(without(problem, job_->key)), true);
+    end(protocol::plainLine(without(problem, job_->key.view())), true);
 }
 
 void AIGenerator::end(const std::string& status, bool isProblem) {

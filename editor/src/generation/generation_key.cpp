@@ -24,14 +24,15 @@ void GenerationKey::note(const std::string& origin) {
     Q_EMIT changed();
 }
 
-void GenerationKey::set(const std::string& origin, const std::string& key) {
+void GenerationKey::set(const std::string& origin, const SecretText& key) {
+    withholdCoreDumps();
     thisRun_[origin] = key;
     problem_ = secrets_ ? "" : "There is no keyring";
     if (secrets_) {
         secrets_->write(nameOf(origin), key, [self = QPointer(this), origin, key](const std::string& problem) {
             if (!self) { return; }
             const auto kept = self->thisRun_.find(origin);
-            if (kept == self->thisRun_.end() || kept->second != key) { return; }  // replaced meanwhile
+            if (kept == self->thisRun_.end() || kept->second.view() != key.view()) { return; }  // replaced meanwhile
             self->problem_ = problem;
             if (!problem.empty()) { return self->changed(); }
             self->thisRun_.erase(kept);
@@ -63,6 +64,7 @@ void GenerationKey::read(const std::string& origin, std::function<void(const Rea
         if (!self) { return; }
         if (!reading.problem.empty()) { return done({{}, "The keyring can't be read: " + reading.problem}); }
         if (!reading.secret) { return done({{}, "The service's key isn't in the keyring: enter it in Settings"}); }
+        withholdCoreDumps();
         done({std::move(reading.secret)});
     });
 }

@@ -3,8 +3,6 @@
 
 #include <algorithm>
 
-#include "base/number_text.h"
-#include "base/path.h"
 #include "editor/music/music_model.h"
 
 namespace brindlehum {
@@ -33,16 +31,6 @@ std::optional<AacClip::Range> clipOf(const GenerationSource& source, GenerationK
     }
     const auto minute = int64_t(60 * source.sampleRate);
     return AacClip::taken(std::max<int64_t>(source.musicEnd - minute, 0), source.musicEnd, source.sampleRate);
-}
-
-std::string sentText(const GenerationSource& source, GenerationKind kind, bool withName) {
-    const auto clip = clipOf(source, kind);
-    const std::string sound =
-        clip ? fixed(double(clip->end - clip->start) / source.sampleRate, 1) + " s of the sound, " : "";
-    const std::string facts = "the tempo (" + fixed(source.bpm, 2) + " BPM)";
-    const std::string key = "the key (" + source.key + ")";
-    if (!withName) { return sound + facts + " and " + key; }
-    return sound + facts + ", " + key + " and the name “" + printableName(source.file.stem()) + "”";
 }
 
 }  // namespace brindlehum

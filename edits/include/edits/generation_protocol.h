@@ -9,6 +9,8 @@
 #include <string_view>
 #include <vector>
 
+#include "base/secret_text.h"
+
 namespace brindlehum {
 
 enum class GenerationKind { intro, ending, variation };
@@ -58,7 +60,7 @@ std::optional<std::vector<std::string>> takes(const nlohmann::json& answer);
 // A text of the service for the user: one line of valid UTF-8 without control characters, cut to maxTextLength.
 std::string plainLine(std::string_view text);
 // The value of a header that carries a key: "Authorization" gets the scheme "Bearer" unless the key names one.
-std::string headerValue(std::string_view header, std::string_view key);
+SecretText headerValue(std::string_view header, const SecretText& key);
 // Whether a header may have this name (RFC 9110, 5.6.2) and is none that the request itself needs.
 bool isHeaderName(std::string_view name);
 // Whether a key can be a header's value: visible characters and blanks of ASCII.

@@ -4,10 +4,13 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
+
+#include "base/secret_text.h"
 
 namespace brindlehum {
 
@@ -15,6 +18,7 @@ struct HttpRequest {
     std::string method = "GET";
     std::string url;  // as webAddress() takes it; others fail
     std::vector<std::pair<std::string, std::string>> headers{};
+    std::optional<std::pair<std::string, SecretText>> secretHeader{};  // one more
     std::string body{};
     int redirects = 0;           // that a GET follows; the headers go to the first address alone
     int64_t maxBytes = 1 << 20;  // of the answer

@@ -8,7 +8,7 @@ namespace brindlehum {
 class QtSecrets : public Secrets {
 public:
     void read(const std::string& name, std::function<void(Reading)> done) override;
-    void write(const std::string& name, const std::string& secret,
+    void write(const std::string& name, const SecretText& secret,
                std::function<void(const std::string& problem)> done) override;
     void remove(const std::string& name, std::function<void(const std::string& problem)> done) override;
 };

@@ -74,9 +74,7 @@ private:
         request.setRawHeader("Accept-Encoding", "identity");  // what arrives is what is counted
         request.setRawHeader("Accept-Language", "en");        // not the user's, which is nobody's business
         request.setHeader(QNetworkRequest::UserAgentHeader, QStringLiteral("Brindlehum"));
-        for (const auto& [name, value] : request_.headers) {
-            if (isFirst) { request.setRawHeader(QByteArray::fromStdString(name), QByteArray::fromStdString(value)); }
-        }
+        if (isFirst) { addHeaders(request); }
         const QByteArray method = QByteArray::fromStdString(request_.method);
         if (request_.body.empty()) {
             reply_ = network_.sendCustomRequest(request, method);
@@ -90,6 +88,17 @@ private:
         QObject::connect(reply_, &QNetworkReply::metaDataChanged, &life_, [this] { measure(); });
         QObject::connect(reply_, &QNetworkReply::readyRead, &life_, [this] { read(); });
         QObject::connect(reply_, &QNetworkReply::finished, &life_, [this] { end(); });
+    }
+
+    void addHeaders(QNetworkRequest& request) {
+        for (const auto& [name, value] : request_.headers) {
+            request.setRawHeader(QByteArray::fromStdString(name), QByteArray::fromStdString(value));
+        }
+        if (const auto secret = std::exchange(request_.secretHeader, {})) {
+            const std::string_view value = secret->second.view();
+            request.setRawHeader(QByteArray::fromStdString(secret->first),
+                                 QByteArray(value.data(), qsizetype(value.size())));
+        }
     }
 
     int status() const { return reply_->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(); }

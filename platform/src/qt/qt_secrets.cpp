@@ -3,6 +3,8 @@
 
 #include <qt6keychain/keychain.h>
 
+#include <cstring>
+
 namespace brindlehum {
 namespace {
 
@@ -21,21 +23,30 @@ std::string problemOf(const QKeychain::Job& job) {
     return text.isEmpty() ? "The keyring doesn't answer" : text.toStdString();
 }
 
+// Overwrites the bytes where they lie: the job shares them and would leave them behind.
+SecretText taken(const QByteArray& bytes) {
+    SecretText secret(std::string_view(bytes.constData(), size_t(bytes.size())));
+    ::explicit_bzero(const_cast<char*>(bytes.constData()), size_t(bytes.size()));
+    return secret;
+}
+
 }  // namespace
 
 void QtSecrets::read(const std::string& name, std::function<void(Reading)> done) {
     auto* job = jobFor<QKeychain::ReadPasswordJob>(name);
     QObject::connect(job, &QKeychain::Job::finished, job, [job, done = std::move(done)] {
-        const bool isThere = job->error() == QKeychain::NoError;
-        done({isThere ? std::optional(job->textData().toStdString()) : std::nullopt, problemOf(*job)});
+        Reading reading{.problem = problemOf(*job)};
+        if (job->error() == QKeychain::NoError) { reading.secret = taken(job->binaryData()); }
+        done(std::move(reading));
     });
     job->start();
 }
 
-void QtSecrets::write(const std::string& name, const std::string& secret,
-                      std::function<void(const std::string&)> done) {
+void QtSecrets::write(const std::string& name, const SecretText& secret, std::function<void(const std::string&)> done) {
     auto* job = jobFor<QKeychain::WritePasswordJob>(name);
-    job->setTextData(QString::fromStdString(secret));
+    QString text = QString::fromUtf8(secret.view().data(), qsizetype(secret.view().size()));
+    job->setTextData(text);
+    ::explicit_bzero(text.data(), size_t(text.size()) * sizeof(QChar));
     QObject::connect(job, &QKeychain::Job::finished, job, [job, done = std::move(done)] { done(problemOf(*job)); });
     job->start();
 }

@@ -169,11 +169,11 @@ class ScriptedSecrets : public Secrets {
 public:
     void read(const std::string& name, std::function<void(Reading)> done) override {
         const auto found = kept.find(name);
-        done({locked || found == kept.end() ? std::nullopt : std::optional(found->second), problem()});
+        done({locked || found == kept.end() ? std::nullopt : std::optional(SecretText(found->second)), problem()});
     }
-    void write(const std::string& name, const std::string& secret,
+    void write(const std::string& name, const SecretText& secret,
                std::function<void(const std::string&)> done) override {
-        if (!locked) { kept[name] = secret; }
+        if (!locked) { kept[name] = secret.view(); }
         done(problem());
     }
     void remove(const std::string& name, std::function<void(const std::string&)> done) override {

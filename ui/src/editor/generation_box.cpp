@@ -138,12 +138,16 @@ void GenerationBox::refreshButtons() {
     const bool canAsk = service && piece && !generator_.running();
     for (const auto& [kind, button] : buttons_) {
         button->setEnabled(canAsk);
-        if (!service) { button->setToolTip(tr("Needs a generation service: see Set Up")); }
-        if (!service || !piece) { continue; }
-        const std::string sent = sentText(*piece, kind, settings_.value().generationSendsName);
-        button->setToolTip(plainToolTip(
-            tr("Sends %1 to %2").arg(QString::fromStdString(sent), QString::fromStdString(service->host))));
+        button->setToolTip(tip(service, piece, kind));
     }
+}
+
+QString GenerationBox::tip(const std::optional<WebAddress>& service, const std::optional<GenerationSource>& piece,
+                           GenerationKind kind) const {
+    if (!service) { return tr("Needs a generation service: see Set Up"); }
+    if (!piece) { return tr("Needs an open piece whose bars are known"); }
+    const QString sent = sentText(*piece, kind, settings_.value().generationSendsName);
+    return plainToolTip(tr("Sends %1 to %2").arg(sent, QString::fromStdString(service->host)));
 }
 
 void GenerationBox::refreshRows() {

@@ -8,13 +8,31 @@
 #include <QPushButton>
 #include <QStyle>
 #include <QVBoxLayout>
+#include <cstring>
 
+#include "base/text.h"
 #include "edits/generation_protocol.h"
 #include "platform/web_address.h"
 #include "ui/look/caption_label.h"
 #include "ui/look/setting_action.h"
 
 namespace brindlehum {
+namespace {
+
+void overwrite(const void* bytes, qsizetype size) {
+    ::explicit_bzero(const_cast<void*>(bytes), size_t(size));
+}
+
+// Overwrites the text, wherever it is shared.
+SecretText taken(const QString& text) {
+    const QByteArray bytes = text.toUtf8();
+    SecretText secret(trimmed({bytes.constData(), size_t(bytes.size())}));
+    overwrite(bytes.constData(), bytes.size());
+    overwrite(text.constData(), text.size() * qsizetype(sizeof(QChar)));
+    return secret;
+}
+
+}  // namespace
 
 GenerationSettings::GenerationSettings(SettingsStore& settings, GenerationKey& key)
     : settings_(settings), stored_(key) {
@@ -77,10 +95,11 @@ void GenerationSettings::keepHeader() {
 
 // Setting the text also empties the field's own undo.
 void GenerationSettings::keepKey() {
-    const std::string key = key_->text().trimmed().toStdString();
+    const QString typed = key_->text();
     key_->setText({});
-    if (key.empty() || origin().empty()) { return; }
-    if (!GenerationProtocol::isKey(key)) {
+    const SecretText key = taken(typed);
+    if (key.isEmpty() || origin().empty()) { return; }
+    if (!GenerationProtocol::isKey(key.view())) {
         return say(*keyState_, tr("A key has letters, digits and signs of ASCII only"), true);
     }
     stored_.set(origin(), key);

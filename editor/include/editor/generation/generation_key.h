@@ -30,11 +30,11 @@ public:
     // Why the keyring refused the last key; empty if it didn't.
     const std::string& problem() const { return problem_; }
     // Replaces the key, for this run at once and in the keyring as soon as that answers.
-    void set(const std::string& origin, const std::string& key);
+    void set(const std::string& origin, const SecretText& key);
     void forget(const std::string& origin);
 
     struct Reading {
-        std::optional<std::string> key{};
+        std::optional<SecretText> key{};
         std::string problem{};  // why a key that should be there isn't
     };
     // Calls back at once, or when the keyring answers; not after the end of this object.
@@ -48,7 +48,7 @@ private:
 
     Secrets* secrets_;
     SettingsStore& settings_;
-    std::map<std::string, std::string> thisRun_;  // by origin
+    std::map<std::string, SecretText> thisRun_;  // by origin
     std::string problem_;
 };
 

@@ -36,8 +36,4 @@ std::optional<GenerationSource> generationSource(const DocumentModel& document, 
 // of an intro nothing.
 std::optional<AacClip::Range> clipOf(const GenerationSource& source, GenerationKind kind);
 
-// What is about to be sent, for the question and the tooltips: "60.0 s of the sound, the tempo (120.00 BPM), the key
-// (F#m) and the name “Rain”".
-std::string sentText(const GenerationSource& source, GenerationKind kind, bool withName);
-
 }  // namespace brindlehum

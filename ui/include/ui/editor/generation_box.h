@@ -40,6 +40,8 @@ private:
     void refresh();
     void refreshButtons();
     void refreshRows();
+    QString tip(const std::optional<WebAddress>& service, const std::optional<GenerationSource>& piece,
+                GenerationKind kind) const;
     std::optional<GenerationSource> source() const;
 
     EditorModel& editor_;

@@ -12,6 +12,9 @@ class AIGenerator;
 enum class GenerationKind;
 struct GenerationSource;
 
+// What is about to be sent: "60.0 s of the sound, the tempo (120.00 BPM), the key (F#m) and the name “Rain”".
+QString sentText(const GenerationSource& source, GenerationKind kind, bool withName);
+
 struct GenerationQuestion {
     QString text;
     QString details;
