@@ -13,14 +13,16 @@ asan)
     ctest --preset asan
     ;;
 tsan)
+    ci/install-packages.sh grab
+    cmake --preset tsan -DBRINDLEHUM_DESKTOP_TESTS=ON >/dev/null
     ci/build.sh tsan test_core test_dsp test_audio test_platform test_settings test_mix test_edits test_editor test_library \
-        test_monitor
+        test_monitor test_key_grab
     # What crosses threads: rings and cells, readers, queues, stored settings, engine and player, the batch, catalog,
-    # scans and the parts of the library's model, the document with its journal, the monitor.
+    # scans and the parts of the library's model, the document with its journal, the monitor, the grab of a key.
     crossing='^(core|dsp|editor|mix|monitor|platform)\.|^audio\.(Stream|Waveform|File)|^settings\.FileDefaults|^edits\.TempEditBatch'
     # Not the media session, nor the generator with Qt's network client: what crosses threads there are Qt's own posted
     # events, in which nothing is instrumented.
-    ctest --preset tsan -R "$crossing|^library\.(CatalogSafety|Scanner|Library|Listing|Search|Roots|Edits)" \
+    ctest --preset tsan -R "$crossing|^library\.(CatalogSafety|Scanner|Library|Listing|Search|Roots|Edits)|^key_grab$" \
         -E '^platform\.MediaSession|^editor\.Generator'
     ;;
 *)

@@ -45,6 +45,7 @@ void AppModel::startFinder() {
 void AppModel::watchAccessibility() {
     FileManagerWatch* watch = platform_.session.fileManagerWatch();
     axTrusted_ = !watch || watch->isTrusted();
+    if (watch && !watch->seesWindows()) { keyTap_.start(); }  // a request for a preview needs no access
     if (axTrusted_) {
         keyTap_.start();
         return refreshSpace();
@@ -70,10 +71,9 @@ SpaceState AppModel::spaceState() const {
 }
 
 void AppModel::refreshSpace() {
-    if (const FileManagerWatch* watch = platform_.session.fileManagerWatch()) {
-        return keyTap_.setTaken(takesSpace(spaceState()), watch->asksPreviewer());
-    }
-    // Nobody knows the selection, but a file manager that asks for a preview names the file.
+    const FileManagerWatch* watch = platform_.session.fileManagerWatch();
+    if (watch && watch->seesWindows()) { return keyTap_.setTaken(takesSpace(spaceState()), watch->asksPreviewer()); }
+    // Nobody knows for sure what is in front, but a file manager that asks for a preview names the file.
     const AppSettings& settings = settings_.value();
     keyTap_.setTaken(settings.finderPanel && settings.spacePlaysInFinder, true);
 }

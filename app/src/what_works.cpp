@@ -34,13 +34,15 @@ WorksRow tray(bool hasTray) {
 
 WorksRow selection(const DesktopFacts& facts) {
     const std::string subject = "File manager's selection";
-    if (facts.display != Display::x11) {
-        return {subject, State::missing, "What is selected in Files or Thunar isn't loaded.",
-                facts.display == Display::none ? noDisplay : x11Session};
+    if (facts.display == Display::none) {
+        return {subject, State::missing, "What is selected in Files or Thunar isn't loaded.", noDisplay};
     }
     if (!facts.readsSelections) {
         return {subject, State::missing, "Accessibility is off, so what is selected in Files or Thunar isn't loaded.",
                 "Switch it on by the button in Brindlehum's main window."};
+    }
+    if (facts.display == Display::wayland) {
+        return {subject, State::partly, "What is selected in Files is loaded, and in Thunar it isn't.", x11Session};
     }
     return {subject, State::works, "What is selected in Files or Thunar is loaded.", ""};
 }
@@ -134,9 +136,9 @@ WorksRow effects(const DesktopFacts& facts) {
 
 }  // namespace
 
-Display DesktopFacts::displayOf(std::string_view platform, bool isWatched) {
+Display DesktopFacts::displayOf(std::string_view platform, bool seesWindows) {
     const bool isXServer = platform == "xcb";
-    if (isXServer && isWatched) { return Display::x11; }
+    if (isXServer && seesWindows) { return Display::x11; }
     return isXServer || platform.starts_with("wayland") ? Display::wayland : Display::none;
 }
 

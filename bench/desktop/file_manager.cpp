@@ -1,11 +1,16 @@
-// How soon a real file manager's selection is known and heard, how a held key is followed, and what it costs while
-// another program is in front: tests/desktop/desktop-session.sh bench_file_manager nautilus|thunar
+// How soon a real file manager's selection is known and heard at the sink of a sound server; how a held key is
+// followed; what it costs while another program is in front: tests/desktop/desktop-session.sh bench_file_manager
+// nautilus|thunar. With a number: presses of Space that are counted. With "previewer": how long the desktop's own
+// previewer takes for the same key.
 #include <algorithm>
 #include <cstdio>
 #include <fstream>
 #include <random>
 
 #include "desktop/desktop_fixture.h"
+#include "platform/linux_audio.h"
+#include "support/pipewire/private_pipewire.h"
+#include "support/pipewire/sink_recorder.h"
 
 using namespace brindlehum;
 using namespace brindlehum::test;
@@ -46,20 +51,48 @@ void print(const char* what, std::vector<double> seconds) {
     std::fflush(stdout);
 }
 
-void measureSteps(Desk& desk, Keys& keyboard) {
+constexpr int quantum = 512;  // frames of the server's blocks, which is what the player asks for
+constexpr int soundCount = 12;
+
+// In one channel of a sink's two, so that each is heard while the one before it still plays.
+int channelOf(const Path& file) {
+    return file.stem().string().back() % 2;
+}
+
+void writeSounds(const Path& folder) {
+    for (int i = 0; i < soundCount; ++i) {
+        const Path file = folder / ("sound " + std::to_string(10 + i) + ".wav");
+        Planes planes = noisePlanes(2, 20 * 48'000);
+        std::ranges::fill(planes[size_t(1 - channelOf(file))], 0.0F);
+        writeAudio(file, planes);
+    }
+}
+
+// Seconds from `start` to the first sound at the sink; none if it didn't come in time.
+std::optional<double> soundAfter(double start, const SinkRecorder& sink) {
+    if (!until([&] { return sink.soundAt() != 0; }, 2)) { return {}; }
+    return double(sink.soundAt()) / 1e9 - start;
+}
+
+const char* stepKey(int step) {
+    return step / (soundCount - 2) % 2 == 0 ? "key Right" : "key Left";
+}
+
+void measureSteps(Desk& desk, Keys& keyboard, SinkRecorder& sink) {
     constexpr int steps = 200;
     double known = 0;
     const auto load = desk.app.finder().onSelection;
     desk.app.finder().onSelection = [&](const std::optional<Path>& file) {
         known = now();
+        if (file) { sink.awaitSound(channelOf(*file)); }
         load(file);
     };
     desk.app.settings().change([](AppSettings& s) { s.autoPlay = true; });
-    std::vector<double> selections, sounds;
+    std::vector<double> selections, starts, sounds;
     for (int step = 0; step < steps; ++step) {
         known = 0;
         const double start = now();
-        keyboard.send(step / 10 % 2 == 0 ? "key Right" : "key Left");
+        keyboard.send(stepKey(step));
         if (!until([&] { return known > 0; }, 2)) { continue; }
         selections.push_back(known - start);
         const auto wanted = desk.app.finder().currentAudio();
@@ -67,24 +100,75 @@ void measureSteps(Desk& desk, Keys& keyboard) {
             const auto& info = desk.app.player().sound().info();
             return info && wanted == info->url && desk.isPlaying();
         };
-        if (until(plays, 2)) { sounds.push_back(now() - start); }
+        if (until(plays, 2)) { starts.push_back(now() - start); }
+        if (const auto sound = soundAfter(start, sink)) { sounds.push_back(*sound); }
         until([] { return false; }, 0.3);  // a user looks at what he has chosen
     }
     print("key to onSelection", selections);
-    print("key to playing", sounds);
+    print("key to playing", starts);
+    print("key to sound", sounds);
     desk.app.finder().onSelection = load;
+    desk.app.settings().change([](AppSettings& s) { s.autoPlay = false; });
+    desk.app.player().stopAndReturn();
 }
 
-void measureSpace(Desk& desk, Keys& keyboard) {
-    std::vector<double> presses;
-    for (int press = 0; press < 100; ++press) {
-        const bool before = desk.isPlaying();
+// From rest, with the sound server's clock running: the file that is loaded, or, with `isOther`, another one.
+void measureSpace(Desk& desk, Keys& keyboard, SinkRecorder& sink, bool isOther) {
+    constexpr int presses = 100;
+    const auto load = desk.app.finder().onSelection;
+    std::vector<double> starts, sounds, stops;
+    for (int press = 0; press < presses; ++press) {
+        if (isOther) {
+            bool isKnown = false;
+            desk.app.finder().onSelection = [&](const auto&) { isKnown = true; };
+            keyboard.send(stepKey(press));
+            if (!until([&] { return isKnown; }, 2)) { continue; }
+        }
+        until([] { return false; }, 0.4);
+        const auto file = desk.app.finder().currentAudio();
+        if (!file || desk.isPlaying()) { continue; }
+        sink.awaitSound(channelOf(*file));
+        double start = now();
+        keyboard.send("key space");
+        if (until([&] { return desk.isPlaying(); }, 2)) { starts.push_back(now() - start); }
+        if (const auto sound = soundAfter(start, sink)) { sounds.push_back(*sound); }
+        until([] { return false; }, 0.25);
+        start = now();
+        keyboard.send("key space");
+        if (until([&] { return !desk.isPlaying(); }, 2)) { stops.push_back(now() - start); }
+    }
+    desk.app.finder().onSelection = load;
+    std::printf("%s\n", isOther ? "A file that isn't loaded:" : "The loaded file:");
+    print("Space to playing", starts);
+    print("Space to sound", sounds);
+    print("Space to stopped", stops);
+}
+
+// How long the desktop's own previewer takes for the same key, until its window is there.
+void measurePreviewer(Desk& desk, Keys& keyboard) {
+    constexpr int presses = 30;
+    if (!desk.isNautilus() || !std::filesystem::exists("/usr/bin/sushi")) { return; }
+    desk.app.settings().change([](AppSettings& s) { s.spacePlaysInFinder = false; });
+    const auto isShown = [&] {
+        return std::ranges::any_of(desk.session.applications()->windows(), [](const ApplicationWindow& window) {
+            return window.className.find("Previewer") != std::string::npos;
+        });
+    };
+    std::vector<double> times;
+    for (int press = 0; press < presses; ++press) {
+        until([] { return false; }, 1);
         const double start = now();
         keyboard.send("key space");
-        if (until([&] { return desk.isPlaying() != before; }, 2)) { presses.push_back(now() - start); }
-        until([] { return false; }, 0.25);
+        if (!until(isShown, 15)) { break; }
+        times.push_back(now() - start);
+        until([] { return false; }, 0.5);
+        keyboard.send("key space");
+        if (!until([&] { return !isShown(); }, 5)) { break; }
     }
-    print("Space to play or stop", presses);
+    if (times.empty()) { return (void)std::printf("the desktop's previewer showed nothing\n"); }
+    std::printf("Space to the previewer's window, which is started for it: %.0f ms\n", 1000 * times.front());
+    print("Space to the previewer's window", {times.begin() + 1, times.end()});
+    desk.app.settings().change([](AppSettings& s) { s.spacePlaysInFinder = true; });
 }
 
 // The longest time in which the main loop didn't turn, while Down is held.
@@ -188,25 +272,43 @@ void countPresses(const char* program, int presses) {
     other.waitForFinished();
 }
 
+void measurePreviewerAlone(const char* program) {
+    TempFolder folder;
+    writeSounds(folder.path());
+    Keys keyboard;
+    Desk desk(program);
+    desk.open(folder.path());
+    desk.showIcons();
+    desk.focusView();
+    measurePreviewer(desk, keyboard);
+}
+
 void measure(const char* program) {
-    constexpr int few = 12;
     constexpr int many = 5000;
     TempFolder small, large;
-    for (int i = 0; i < few; ++i) {
-        writeAudio(small / ("sound " + std::to_string(10 + i) + ".wav"), noisePlanes(2, 480'000));
-    }
+    writeSounds(small.path());
     writeAudio(large / "sound 10000.wav", noisePlanes(2, 48'000));
     for (int i = 1; i < many; ++i) {
         std::filesystem::copy(large / "sound 10000.wav", large / ("sound " + std::to_string(10'000 + i) + ".wav"));
     }
     Keys keyboard;
     {
-        Desk desk(program);
+        PrivatePipeWire server;
+        server.forceClock("quantum", quantum);
+        Desk desk(program, makeAudioSystem);
+        desk.app.settings().change([](AppSettings& s) {
+            for (OutputProfile& profile : s.profiles) { profile.deviceUID = "sink2"; }
+        });
+        desk.app.player().listening().selectProfile(desk.app.settings().value().profiles[1].id);  // two speakers
         desk.open(small.path());
         desk.showIcons();
         desk.focusView();
-        measureSteps(desk, keyboard);
-        measureSpace(desk, keyboard);
+        {
+            SinkRecorder sink("sink2", 2, 1);
+            measureSteps(desk, keyboard, sink);
+            measureSpace(desk, keyboard, sink, false);
+            measureSpace(desk, keyboard, sink, true);
+        }
         measureRest(desk);
     }
     Desk desk(program);
@@ -221,7 +323,9 @@ void measure(const char* program) {
 int main(int argc, char** argv) {
     QCoreApplication app(argc, argv);
     const char* const program = argc > 1 ? argv[1] : "nautilus";
-    if (argc > 2) {
+    if (argc > 2 && std::string(argv[2]) == "previewer") {
+        measurePreviewerAlone(program);
+    } else if (argc > 2) {
         countPresses(program, std::atoi(argv[2]));
     } else {
         measure(program);

@@ -276,16 +276,20 @@ TEST_F(FileManagerSpace, WaitsForAccessAndABareDesktopLacksIt) {
     app.start(0);
     loop_.advance(10);
     EXPECT_TRUE(app.axTrusted());
-    // A desktop that shows no windows still asks for previews.
-    ScriptedSession unwatched;
-    unwatched.hasWatch = unwatched.hasGrab = false;
-    AppModel other({loop_, audio_, defaults_, unwatched, folder_ / "Third.sqlite", folder_ / "third"});
-    other.start(0);
-    EXPECT_TRUE(unwatched.previewer.offered);
-    EXPECT_TRUE(unwatched.previewer.heard.show(a_, false));
-    EXPECT_FALSE(unwatched.previewer.heard.show(folder_ / "picture.png", false));
-    other.settings().change([](AppSettings& s) { s.spacePlaysInFinder = false; });
-    EXPECT_FALSE(unwatched.previewer.offered);
+    // A desktop that shows no windows still asks for previews, whatever it lets be read.
+    for (const std::string name : {"unwatched", "blind"}) {
+        ScriptedSession session;
+        session.hasGrab = session.watch.sees = session.watch.trusted = false;
+        session.hasWatch = name == "blind";
+        AppModel other({loop_, audio_, defaults_, session, folder_ / (name + ".sqlite"), folder_ / name});
+        other.start(0);
+        EXPECT_TRUE(session.previewer.offered);
+        EXPECT_TRUE(session.previewer.heard.show(a_, false));
+        EXPECT_FALSE(session.previewer.heard.show(folder_ / "picture.png", false));
+        other.settings().change([](AppSettings& s) { s.spacePlaysInFinder = false; });
+        EXPECT_FALSE(session.previewer.offered);
+        other.settings().change([](AppSettings& s) { s.spacePlaysInFinder = true; });
+    }
 }
 
 TEST(KeyGrab, GivesPressRepeatsAndReleaseToOneSideAndLosesNoOtherKey) {

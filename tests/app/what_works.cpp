@@ -38,7 +38,7 @@ TEST(WhatWorks, EachMissingThingSpoilsItsRowsAndNamesWhatHelps) {
              f.display = Display::wayland;
              f.keys = KeyAccess::wayland;
          },
-         "wwmmpmwwww", "X11 session"},
+         "wwpmpmwwww", "X11 session"},
         {"no display",
          [](auto& f) {
              f.display = Display::none;

@@ -2213,8 +2213,8 @@ keywords:metall  sucht in einem Feld: name, folder, keywords, description, categ
         <translation>Für Dateien (Nautilus) und Thunar. Bei einem Bild, einem Ordner oder beim Tippen eines Namens behalten sie die Leertaste.</translation>
     </message>
     <message>
-        <source>On Wayland, Space works in Files (Nautilus). The panel, and playing what is selected, need an X11 session.</source>
-        <translation>Unter Wayland funktioniert die Leertaste in Dateien (Nautilus). Das Panel und das Abspielen der Auswahl brauchen eine X11-Sitzung.</translation>
+        <source>On Wayland, for Files (Nautilus) only. The panel needs an X11 session.</source>
+        <translation>Unter Wayland nur für Dateien (Nautilus). Das Panel braucht eine X11-Sitzung.</translation>
     </message>
 </context>
 <context>

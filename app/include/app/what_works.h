@@ -31,9 +31,9 @@ struct DesktopFacts {
     std::string hrtfProblem;             // of the user's own set
     std::optional<std::size_t> effects;  // number of LV2 effects
 
-    // `platform`: what draws our windows, by Qt's name; `isWatched`: the session says which window is in front. An X
+    // `platform`: what draws our windows, by Qt's name; `seesWindows`: the session says where windows are. An X
     // server inside a Wayland session draws them as well, and knows nothing of the session's other windows.
-    static Display displayOf(std::string_view platform, bool isWatched);
+    static Display displayOf(std::string_view platform, bool seesWindows);
 };
 
 struct WorksRow {

@@ -44,6 +44,8 @@ public:
     // Switches on what is needed for that, for all programs of the desktop: only after a click of the user.
     virtual void allow() = 0;
     virtual bool isFront() const = 0;
+    // The desktop says where windows are; without it `windows` stays empty.
+    virtual bool seesWindows() const { return true; }
     // The normal windows of the file manager in front, the topmost first.
     virtual std::vector<DesktopWindow> windows() const = 0;
     // The user types: a name, a search, a location. False when in doubt.

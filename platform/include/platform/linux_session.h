@@ -30,8 +30,8 @@ private:
 
 class LinuxSession : public Session {
 public:
-    // On Wayland nobody says which window is in front, and no key can be taken from it: there the file manager isn't
-    // watched and no DAW driven, and only its requests for a preview remain.
+    // On Wayland nobody says where windows are, and no key can be taken from one: there no DAW is driven, and of the
+    // file manager only what it says itself is known: its selection, and which files it wants previewed.
     explicit LinuxSession(MainLoop& loop);
     ~LinuxSession() override;
     FileManager& fileManager() override { return fileManager_; }

@@ -12,8 +12,10 @@
 
 #include "linux/file_manager/linux_file_manager_watch.h"
 #include "linux/file_manager/nautilus_previewer.h"
+#include "linux/file_manager/wayland_front.h"
 #include "linux/x11/x11_applications.h"
 #include "linux/x11/x11_key_grab.h"
+#include "linux/x11/x11_windows.h"
 
 namespace brindlehum {
 
@@ -65,14 +67,16 @@ LinuxSession::LinuxSession(MainLoop& loop) {
     const bool isWayland = !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
     applications_ = std::make_unique<NoKeys>(isWayland ? KeyAccess::wayland : KeyAccess::noDisplay);
     if (!isWayland) {
-        auto watch = std::make_unique<LinuxFileManagerWatch>();
-        if (watch->screen().isConnected()) {
-            isSpaceDown = [&screen = watch->screen()] { return screen.isSpaceDown(); };
-            isComposited_ = [&screen = watch->screen()] { return screen.isComposited(); };
-            applications_ = std::make_unique<X11Applications>(watch->screen(), loop);
-            watch_ = std::move(watch);
+        auto windows = std::make_unique<X11Windows>();
+        if (windows->isConnected()) {
+            isSpaceDown = [&screen = *windows] { return screen.isSpaceDown(); };
+            isComposited_ = [&screen = *windows] { return screen.isComposited(); };
+            applications_ = std::make_unique<X11Applications>(*windows, loop);
+            watch_ = std::make_unique<LinuxFileManagerWatch>(std::move(windows));
             grab_ = std::make_unique<X11KeyGrab>(loop);
         }
+    } else if (QDBusConnection::sessionBus().isConnected()) {
+        watch_ = std::make_unique<LinuxFileManagerWatch>(std::make_unique<WaylandFront>());
     }
     if (QDBusConnection::sessionBus().isConnected()) {
         previewer_ = std::make_unique<NautilusPreviewer>(std::move(isSpaceDown));

@@ -26,7 +26,7 @@ public:
         static pw_filter_events events{};
         events.version = PW_VERSION_FILTER_EVENTS;
         events.process = [](void* data, spa_io_position* position) {
-            if (position) { static_cast<SinkRecorder*>(data)->process(uint32_t(position->clock.duration)); }
+            if (position) { static_cast<SinkRecorder*>(data)->process(position->clock); }
         };
         const std::lock_guard guard(client_);
         filter_ = pw_filter_new(client_.core(), "recorder",
@@ -80,6 +80,13 @@ public:
     size_t frames() const { return frames_; }
     // Frames of the blocks in which not every sample was 0. Any thread.
     size_t soundingFrames() const { return sounding_; }
+    // From now on waits for a frame of this channel that isn't 0, also after the recording is full. Any thread.
+    void awaitSound(int channel) {
+        soundAt_ = 0;
+        awaited_ = channel;
+    }
+    // When the sink's clock reached that frame, in nanoseconds of the steady clock; 0 while it hasn't come. Any thread.
+    int64_t soundAt() const { return soundAt_; }
     // Ends the recording and gives a plane a channel.
     std::vector<std::vector<float>> stop() {
         const std::lock_guard guard(client_);
@@ -93,7 +100,8 @@ public:
     }
 
 private:
-    void process(uint32_t count) {
+    void process(const spa_io_clock& clock) {
+        const auto count = uint32_t(clock.duration);
         std::vector<const float*> sources;
         sources.reserve(ports_.size());
         for (void* port : ports_) {
@@ -101,6 +109,7 @@ private:
         }
         // Records from the moment when all links are up.
         if (frames_ == 0 && std::ranges::count(sources, nullptr) > 0) { return; }
+        hear(clock, sources);
         const size_t start = frames_;
         const size_t taken = std::min<size_t>(count, planes_[0].size() - start);
         bool sounds = false;
@@ -112,6 +121,16 @@ private:
         if (sounds) { sounding_ += taken; }
         frames_ = start + taken;
     }
+    void hear(const spa_io_clock& clock, const std::vector<const float*>& sources) {
+        const int channel = awaited_;
+        if (channel < 0 || !sources[size_t(channel)]) { return; }
+        const float* const block = sources[size_t(channel)];
+        const float* const end = block + clock.duration;
+        const float* const first = std::find_if(block, end, [](float x) { return x != 0; });
+        if (first == end) { return; }
+        awaited_ = -1;
+        soundAt_ = int64_t(clock.nsec) + (first - block) * 1'000'000'000 / 48000;
+    }
     PipeWireClient client_;
     pw_filter* filter_ = nullptr;
     spa_hook hook_{};
@@ -119,6 +138,8 @@ private:
     std::vector<pw_proxy*> links_;
     std::vector<std::vector<float>> planes_;
     std::atomic<size_t> frames_ = 0, sounding_ = 0;
+    std::atomic<int> awaited_ = -1;
+    std::atomic<int64_t> soundAt_ = 0;
 };
 
 }  // namespace brindlehum::test

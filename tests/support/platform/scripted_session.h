@@ -64,6 +64,7 @@ public:
     bool isTrusted() const override { return trusted; }
     void allow() override { ++clicks; }
     bool isFront() const override { return front; }
+    bool seesWindows() const override { return sees; }
     std::vector<DesktopWindow> windows() const override { return shown; }
     bool isEditing() const override { return editing; }
     bool asksPreviewer() const override { return previews; }
@@ -81,6 +82,7 @@ public:
 
     Heard heard;
     bool trusted = true;
+    bool sees = true;
     bool front = false;
     bool editing = false;
     bool previews = false;

@@ -10,7 +10,7 @@
 
 namespace brindlehum {
 
-FileManagerSettings::FileManagerSettings(SettingsStore& settings, bool isWatched) {
+FileManagerSettings::FileManagerSettings(SettingsStore& settings, bool seesWindows) {
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(8);
@@ -20,11 +20,10 @@ FileManagerSettings::FileManagerSettings(SettingsStore& settings, bool isWatched
         makeSetting(tr("Space plays audio files instead of the preview"), settings, &AppSettings::spacePlaysInFinder);
     column->addWidget(space);
     column->addWidget(makeSetting(tr("Auto-play when the selection changes"), settings, &AppSettings::autoPlay));
-    auto* note =
-        new QLabel(isWatched ? tr("For Files (Nautilus) and Thunar. Space in a picture, a folder or a name being typed "
-                                  "stays theirs.")
-                             : tr("On Wayland, Space works in Files (Nautilus). The panel, and playing what is "
-                                  "selected, need an X11 session."));
+    auto* note = new QLabel(
+        seesWindows ? tr("For Files (Nautilus) and Thunar. Space in a picture, a folder or a name being typed "
+                         "stays theirs.")
+                    : tr("On Wayland, for Files (Nautilus) only. The panel needs an X11 session."));
     note->setProperty("role", "secondary");
     note->setWordWrap(true);
     column->addWidget(note);

@@ -11,6 +11,7 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
+#include "platform/file_manager_watch.h"
 #include "platform/session.h"
 #include "ui/look/form_scroll.h"
 #include "ui/look/icons.h"
@@ -38,12 +39,13 @@ QGroupBox* section(const QString& title, QWidget* content) {
 }
 
 QWidget* makeAudition(SettingsStore& settings, Session& session, Background& looks, QWidget* generation) {
+    const FileManagerWatch* watch = session.fileManagerWatch();
     auto* page = new QWidget;
     auto* layout = new QVBoxLayout(page);
     layout->setContentsMargins(16, 8, 16, 16);
     layout->setSpacing(8);
     layout->addWidget(section(QCoreApplication::translate("SettingsWindow", "File Manager"),
-                              new FileManagerSettings(settings, session.fileManagerWatch() != nullptr)));
+                              new FileManagerSettings(settings, watch && watch->seesWindows())));
     layout->addWidget(
         section(QCoreApplication::translate("SettingsWindow", "Routing"),
                 makeSetting(QCoreApplication::translate("SettingsWindow", "Mono files play from the center speaker"),

@@ -8,6 +8,7 @@
 #include "app/link_loader.h"
 #include "base/error.h"
 #include "mix/render/hrtf_set.h"
+#include "platform/file_manager_watch.h"
 #include "ui/settings/works_page.h"
 
 namespace brindlehum {
@@ -18,8 +19,9 @@ DesktopFacts factsOf(AppModel& model) {
     Applications* applications = model.session().applications();
     const PluginList& plugins = model.monitor().plugins();
     facts.server = model.engine().devices().server();
-    facts.display = DesktopFacts::displayOf(QGuiApplication::platformName().toStdString(),
-                                            model.session().fileManagerWatch() != nullptr);
+    const FileManagerWatch* watch = model.session().fileManagerWatch();
+    facts.display =
+        DesktopFacts::displayOf(QGuiApplication::platformName().toStdString(), watch && watch->seesWindows());
     facts.hasTray = QSystemTrayIcon::isSystemTrayAvailable();
     facts.readsSelections = model.axTrusted();
     facts.isSpaceTaken = model.keyTap().isRefused();

@@ -96,9 +96,8 @@ void AccessibleBus::connectSoon() {
 }
 
 void AccessibleBus::connectTo(const QString& address) {
-    const auto name = QStringLiteral("brindlehum-accessibility");
-    QDBusConnection::disconnectFromBus(name);
-    bus_ = QDBusConnection::connectToBus(address, name);
+    QDBusConnection::disconnectFromBus(name_);
+    bus_ = QDBusConnection::connectToBus(address, name_);
     if (!program_.isEmpty()) { setHearing(true); }
 }
 
@@ -177,8 +176,10 @@ void AccessibleBus::setHearing(bool on) {
     }
     const auto interface = QStringLiteral("org.a11y.atspi.Event.Object");
     // Many programs send more than was registered for, so the bus drops the rest.
+    const auto state = QStringLiteral("object:state-changed:");
+    const QStringList states = events_.filter(state);
     const std::pair<const char*, QStringList> heard[] = {{"SelectionChanged", {}},
-                                                         {"StateChanged", {QStringLiteral("focused")}},
+                                                         {"StateChanged", {states.value(0).mid(state.size())}},
                                                          {"PropertyChange", {QStringLiteral("accessible-name")}}};
     for (const auto& [member, detail] : heard) {
         const auto name = QString::fromLatin1(member);

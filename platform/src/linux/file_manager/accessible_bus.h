@@ -8,6 +8,7 @@
 #include <functional>
 #include <optional>
 #include <tuple>
+#include <utility>
 #include <vector>
 
 namespace brindlehum {
@@ -95,6 +96,9 @@ class AccessibleBus : public QObject {
 public:
     static constexpr int limitMs = 300;  // for an answer
 
+    // `name`: of the connection within this process.
+    explicit AccessibleBus(QString name = QStringLiteral("brindlehum-accessibility")) : name_(std::move(name)) {}
+
     // "SelectionChanged", "StateChanged" with the state's name, "PropertyChange" with the property's name and its
     // value.
     struct Event {
@@ -129,6 +133,7 @@ private:
     bool mayAsk(const AccessibleRef& target) const;
     void setHearing(bool on);
 
+    const QString name_;
     std::optional<QDBusConnection> bus_;
     bool isLooking_ = false;
     bool hasFailed_ = false;

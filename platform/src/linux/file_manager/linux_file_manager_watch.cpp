@@ -15,7 +15,8 @@ constexpr int startPatienceMs = 5000;  // until a file manager that was just sta
 
 }  // namespace
 
-LinuxFileManagerWatch::LinuxFileManagerWatch() : nautilus_(makeNautilusReader(bus_)), thunar_(makeThunarReader(bus_)) {
+LinuxFileManagerWatch::LinuxFileManagerWatch(std::unique_ptr<FrontWindow> windows)
+    : windows_(std::move(windows)), nautilus_(makeNautilusReader(bus_)), thunar_(makeThunarReader(bus_)) {
     focusQuiet_.setSingleShot(true);
     focusQuiet_.setInterval(focusQuietMs);
     connect(&focusQuiet_, &QTimer::timeout, this, [this] { askFocus(); });
@@ -30,7 +31,9 @@ LinuxFileManagerWatch::Kind LinuxFileManagerWatch::kindOf(const std::string& cla
 }
 
 bool LinuxFileManagerWatch::isDialog() const {
-    return std::ranges::find(windows_.windows(), uint64_t(window_.id), &DesktopWindow::id) == windows_.windows().end();
+    if (!seesWindows()) { return false; }
+    return std::ranges::find(windows_->windows(), uint64_t(window_.id), &DesktopWindow::id) ==
+           windows_->windows().end();
 }
 
 SelectionReader* LinuxFileManagerWatch::reader() const {
@@ -39,12 +42,12 @@ SelectionReader* LinuxFileManagerWatch::reader() const {
 
 void LinuxFileManagerWatch::start(Heard heard) {
     heard_ = std::move(heard);
-    windows_.onActive = [this] { changeFront(); };
-    windows_.onWindows = [this] {
+    windows_->onActive = [this] { changeFront(); };
+    windows_->onWindows = [this] {
         heard_.focus();
         heard_.windows();
     };
-    windows_.onPopups = [this] { heard_.focus(); };
+    windows_->onPopups = [this] { heard_.focus(); };
     bus_.onEvent = [this](const AccessibleBus::Event& event) { take(event); };
     bus_.connectSoon();
     changeFront();
@@ -53,13 +56,13 @@ void LinuxFileManagerWatch::start(Heard heard) {
 // A bus that is still being looked for counts as there.
 bool LinuxFileManagerWatch::isTrusted() const {
     bus_.connectSoon();
-    return windows_.isConnected() && !bus_.hasFailed();
+    return !bus_.hasFailed();
 }
 
 void LinuxFileManagerWatch::changeFront() {
-    const auto& active = windows_.active();
+    const auto& active = windows_->active();
     const Kind kind = active.pid == uint32_t(::getpid()) ? Kind::none : kindOf(active.className);
-    if (kind != Kind::none || kind_ != Kind::none) { windows_.follow(kind != Kind::none); }
+    if (kind != Kind::none || kind_ != Kind::none) { windows_->follow(kind != Kind::none); }
     const bool wasFront = kind_ != Kind::none;
     kind_ = kind;
     if (kind == Kind::none && !wasFront) { return; }
@@ -85,7 +88,7 @@ void LinuxFileManagerWatch::attach() {
     window_.program = {};
     ++visit_;
     isFinding_ = true;
-    bus_.find(windows_.active().pid, [this, visit = visit_](const std::optional<AccessibleRef>& program) {
+    bus_.find(windows_->active().pid, [this, visit = visit_](const std::optional<AccessibleRef>& program) {
         if (visit != visit_) { return; }
         isFinding_ = false;
         if (!program) { return; }

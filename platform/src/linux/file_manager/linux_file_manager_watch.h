@@ -1,13 +1,14 @@
-// LinuxFileManagerWatch: Nautilus and Thunar on X11, read over the accessibility bus.
+// LinuxFileManagerWatch: Nautilus and Thunar, read over the accessibility bus while they are in front.
 #pragma once
 
 #include <QElapsedTimer>
+#include <QObject>
 #include <QTimer>
 #include <map>
 #include <memory>
 
 #include "accessible_bus.h"
-#include "linux/x11/x11_windows.h"
+#include "front_window.h"
 #include "platform/file_manager_watch.h"
 #include "selection_reader.h"
 
@@ -16,18 +17,17 @@ namespace brindlehum {
 // Main thread. On the bus only the file manager's own events are heard, and only while it is in front.
 class LinuxFileManagerWatch : public QObject, public FileManagerWatch {
 public:
-    LinuxFileManagerWatch();
+    explicit LinuxFileManagerWatch(std::unique_ptr<FrontWindow> windows);
     void start(Heard heard) override;
     bool isTrusted() const override;
     void allow() override { bus_.enable(); }
     bool isFront() const override { return kind_ != Kind::none; }
-    std::vector<DesktopWindow> windows() const override { return windows_.windows(); }
-    bool isEditing() const override { return isFront() && (isTyping_ || windows_.hasPopup() || isDialog()); }
+    bool seesWindows() const override { return windows_->seesPlaces(); }
+    std::vector<DesktopWindow> windows() const override { return windows_->windows(); }
+    bool isEditing() const override { return isFront() && (isTyping_ || windows_->hasPopup() || isDialog()); }
     bool asksPreviewer() const override { return kind_ == Kind::nautilus; }
     void readSelection(int limit, std::function<void(const SelectionReading&)> done) override;
     void attach() override;
-
-    X11Windows& screen() { return windows_; }
 
 private:
     enum class Kind : uint8_t { none, nautilus, thunar };
@@ -39,7 +39,7 @@ private:
     void askFocus();
     SelectionReader* reader() const;
 
-    X11Windows windows_;
+    std::unique_ptr<FrontWindow> windows_;
     mutable AccessibleBus bus_;
     std::unique_ptr<SelectionReader> nautilus_;
     std::unique_ptr<SelectionReader> thunar_;

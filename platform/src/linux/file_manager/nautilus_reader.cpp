@@ -185,8 +185,12 @@ private:
             if (reply.type() != QDBusMessage::ReplyMessage) { return done({}); }
             QMap<QString, QStringList> locations;
             reply.arguments().value(0).value<QDBusVariant>().variant().value<QDBusArgument>() >> locations;
+            QStringList addresses = locations.value(window.objectPath);
+            if (window.objectPath.isEmpty()) {  // nobody says which of its windows this is
+                for (const QStringList& each : locations) { addresses += each; }
+            }
             std::vector<Path> folders;
-            for (const QString& address : locations.value(window.objectPath)) {
+            for (const QString& address : addresses) {
                 const auto folder = localFolder(address);
                 if (!folder) { return done(std::vector<Path>()); }  // a search may be shown: its names say no folder
                 if (std::ranges::find(folders, *folder) == folders.end()) { folders.push_back(*folder); }

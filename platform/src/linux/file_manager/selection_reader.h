@@ -13,10 +13,10 @@ namespace brindlehum {
 
 // The front window of the file manager, from both sides.
 struct FileManagerWindow {
-    uint32_t id = 0;  // of the display server
+    uint32_t id = 0;  // as FrontWindow has it
     AccessibleRef program;
     QString busName;     // of the program on the session bus
-    QString objectPath;  // of the window there
+    QString objectPath;  // of the window there; empty where no display server says it
 };
 
 // Main thread. Keeps to the program of the window, and asks it for no text but what its class says.

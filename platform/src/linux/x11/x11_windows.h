@@ -3,13 +3,11 @@
 
 #include <QObject>
 #include <QTimer>
-#include <functional>
 #include <set>
-#include <string>
 #include <vector>
 
+#include "linux/file_manager/front_window.h"
 #include "platform/applications.h"
-#include "platform/file_manager_watch.h"
 #include "x11_display.h"
 
 class QSocketNotifier;
@@ -17,17 +15,8 @@ class QSocketNotifier;
 namespace brindlehum {
 
 // Main thread. While no program is followed, only changes of the active window and the window list are heard.
-class X11Windows : public QObject {
+class X11Windows : public QObject, public FrontWindow {
 public:
-    struct Active {
-        xcb_window_t id = 0;
-        std::string className;
-        uint32_t pid = 0;        // as the window says; 0: it doesn't
-        std::string objectPath;  // of the window on the session bus, if its toolkit says so
-        std::string busName;
-        bool operator==(const Active&) const = default;
-    };
-
     X11Windows();
     bool isConnected() const { return display_.isConnected(); }
     // Now.
@@ -36,17 +25,12 @@ public:
     bool isComposited();
     // All that the window manager manages, topmost first, now.
     std::vector<ApplicationWindow> topLevel();
-    std::function<void()> onActive;
-    std::function<void()> onWindows;  // of the program that is followed
-    std::function<void()> onPopups;
 
-    const Active& active() const { return active_; }
-    // From now on also follows the places of all windows, and keeps `windows` for the active program.
-    void follow(bool follows);
-    // Normal windows of the active program that aren't hidden, topmost first.
-    const std::vector<DesktopWindow>& windows() const { return windows_; }
-    // A menu, or a small field that takes letters, of the active program is up.
-    bool hasPopup() const { return !popups_.empty(); }
+    const Active& active() const override { return active_; }
+    bool seesPlaces() const override { return true; }
+    void follow(bool follows) override;
+    const std::vector<DesktopWindow>& windows() const override { return windows_; }
+    bool hasPopup() const override { return !popups_.empty(); }
 
 private:
     void read();

@@ -10,8 +10,8 @@ class SettingsStore;
 class FileManagerSettings : public QWidget {
     Q_OBJECT
 public:
-    // `isWatched`: this desktop says what the file manager shows; false on Wayland.
-    FileManagerSettings(SettingsStore& settings, bool isWatched);
+    // `seesWindows`: this desktop says where windows are; false on Wayland.
+    FileManagerSettings(SettingsStore& settings, bool seesWindows);
 };
 
 }  // namespace brindlehum
