@@ -37,7 +37,7 @@ QGroupBox* section(const QString& title, QWidget* content) {
     return box;
 }
 
-QWidget* makeAudition(SettingsStore& settings, Session& session, Background& looks, QWidget* generation) {
+QWidget* makeAudition(SettingsStore& settings, Session& session, DiskWork& looks, QWidget* generation) {
     auto* page = new QWidget;
     auto* layout = new QVBoxLayout(page);
     layout->setContentsMargins(16, 8, 16, 16);
