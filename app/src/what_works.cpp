@@ -40,7 +40,7 @@ WorksRow selection(const DesktopFacts& facts) {
     }
     if (!facts.readsSelections) {
         return {subject, State::missing, "Accessibility is off, so what is selected in Files or Thunar isn't loaded.",
-                "Switch it on by the button in Brindlehum's main window."};
+                "Switch it on by the button in Brindlehum's main window, or first: sudo apt install at-spi2-core"};
     }
     return {subject, State::works, "What is selected in Files or Thunar is loaded.", ""};
 }
