@@ -35,6 +35,15 @@ void start(GObject* item, gpointer) {
 
 }  // namespace
 
+const char* MenuText::shown() const {
+    for (const char* const* each = g_get_language_names(); *each; ++each) {
+        const std::string_view language = *each;  // also without its country
+        if (language == "de") { return german; }
+        if (language == "en") { break; }
+    }
+    return english;
+}
+
 bool areSounds(const std::vector<std::string>& addresses) {
     return !addresses.empty() && std::ranges::all_of(addresses, isSound);
 }

@@ -9,17 +9,30 @@
 
 namespace brindlehum {
 
+// In the languages that Brindlehum's windows speak.
+struct MenuText {
+    const char* english;
+    const char* german;
+    const char* shown() const;  // in that of the desktop
+};
+
 struct MenuEntry {
     const char* name;  // unique within the file manager
-    const char* label;
-    const char* tip;
+    MenuText label;
+    MenuText tip;
     const char* option;  // of the program brindlehum
 };
 
 inline constexpr std::array menuEntries = {
-    MenuEntry{"Brindlehum::play", "Play in Brindlehum", "Play the first of the chosen sounds", "--play"},
-    MenuEntry{"Brindlehum::temp-edits", "Make Temp Edits",
-              "Cutdowns, loop and endings of the chosen music, in a folder beside it", "--temp-edits"},
+    MenuEntry{"Brindlehum::play",
+              {"Play in Brindlehum", "In Brindlehum abspielen"},
+              {"Play the first of the chosen sounds", "Den ersten der gewählten Klänge abspielen"},
+              "--play"},
+    MenuEntry{"Brindlehum::temp-edits",
+              {"Make Temp Edits", "Temp-Schnitte erstellen"},
+              {"Cutdowns, loop and endings of the chosen music, in a folder beside it",
+               "Kurzfassungen, Loop und Schlüsse der gewählten Musik, in einem Ordner daneben"},
+              "--temp-edits"},
 };
 
 // Whether there is at least one file and all are sounds of this machine by their file:// addresses. The addresses keep

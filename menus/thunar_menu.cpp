@@ -22,7 +22,7 @@ GList* entriesFor(ThunarxMenuProvider*, GtkWidget*, GList* files) {
     if (!areSounds(addresses)) { return nullptr; }
     GList* items = nullptr;
     for (const MenuEntry& entry : menuEntries) {
-        auto* item = thunarx_menu_item_new(entry.name, entry.label, entry.tip, "brindlehum");
+        auto* item = thunarx_menu_item_new(entry.name, entry.label.shown(), entry.tip.shown(), "brindlehum");
         startWhenActivated(G_OBJECT(item), entry, addresses);
         items = g_list_append(items, item);
     }

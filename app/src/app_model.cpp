@@ -42,7 +42,8 @@ AppModel::AppModel(Platform platform)
       daw_(platform.session.applications(), platform.daws),
       commands_(player_, settings_, tempEdits_, editor_.transport(), monitor_, daw_,
                 {[this](const auto& file) { openEditor(file); },
-                 [this](const auto& link) { link ? links_.open(*link) : openCopiedLink(); }}) {}
+                 [this](const auto& link) { link ? links_.open(*link) : openCopiedLink(); }}),
+      disk_(platform.loop, "Brindlehum.look") {}
 
 AppModel::~AppModel() {
     platform_.defaults.setOnProblem(nullptr);
@@ -86,8 +87,7 @@ void AppModel::start(uint16_t controlPort) {
 }
 
 void AppModel::open(const StartRequest& request) {
-    std::error_code error;
-    const bool isFolder = !request.files.empty() && std::filesystem::is_directory(request.files.front(), error);
+    const bool isFolder = !request.files.empty() && this->isFolder(request.files.front()).value_or(false);
     const bool edits = request.aim == StartAim::edit && !request.files.empty() && !isFolder;
     if (request.aim == StartAim::tempEdits) {
         makeTempEdits(request.files);
@@ -100,6 +100,13 @@ void AppModel::open(const StartRequest& request) {
     }
     if (!request.problems.empty()) { player_.message().fail(request.problems.front()); }
     if (!edits && request.aim != StartAim::stayQuiet) { openWindow("main"); }
+}
+
+std::optional<bool> AppModel::isFolder(const std::filesystem::path& path) {
+    return disk_.ask([path] {
+        std::error_code error;
+        return std::filesystem::is_directory(path, error);
+    });
 }
 
 void AppModel::useHRTFSet() {

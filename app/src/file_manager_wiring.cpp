@@ -46,10 +46,21 @@ void AppModel::watchAccessibility() {
     FileManagerWatch* watch = platform_.session.fileManagerWatch();
     axTrusted_ = !watch || watch->isTrusted();
     if (watch && !watch->seesWindows()) { keyTap_.start(); }  // a request for a preview needs no access
-    if (axTrusted_) {
-        keyTap_.start();
-        return refreshSpace();
-    }
+    if (!axTrusted_) { return awaitAccessibility(); }
+    keyTap_.start();
+    refreshSpace();
+    if (!watch) { return; }
+    // The bus may turn out to be missing only once it has been asked.
+    trustTimer_ = platform_.loop.after(trustPeriod, [this, watch] {
+        if (watch->isTrusted()) { return; }
+        axTrusted_ = false;
+        Q_EMIT permissionsChanged();
+        awaitAccessibility();
+    });
+}
+
+void AppModel::awaitAccessibility() {
+    FileManagerWatch* watch = platform_.session.fileManagerWatch();
     trustTimer_ = platform_.loop.every(trustPeriod, [this, watch] {
         if (!watch->isTrusted()) { return; }
         trustTimer_.reset();

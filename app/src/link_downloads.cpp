@@ -50,7 +50,7 @@ std::string size(int64_t bytes) {
 
 LinkDownloads::LinkDownloads(ChildProcesses* children, PlayerMessage& message, const SettingsStore& settings,
                              MainLoop& loop)
-    : children_(children), message_(message), settings_(settings), loop_(loop), background_(loop, "Brindlehum.links") {}
+    : children_(children), message_(message), settings_(settings), loop_(loop), disk_(loop, "Brindlehum.links") {}
 
 LinkDownloads::~LinkDownloads() = default;
 
@@ -63,10 +63,10 @@ void LinkDownloads::open(const std::string& text) {
     tick_ = loop_.every(tellEvery, [this] { tell(); });
     tell();
     Q_EMIT changed();
-    background_.run([custom = settings_.value().ytDlpPath,
-                     folder = settings_.value().pulls() / "Links"] { return find(custom, folder); },
-                    [this, id](Place place) { start(id, std::move(place)); },
-                    [this, id](const std::exception& error) { fail(id, error.what()); });
+    disk_.queue().run([custom = settings_.value().ytDlpPath,
+                       folder = settings_.value().pulls() / "Links"] { return find(custom, folder); },
+                      [this, id](Place place) { start(id, std::move(place)); },
+                      [this, id](const std::exception& error) { fail(id, error.what()); });
 }
 
 LinkDownloads::Place LinkDownloads::find(const std::string& custom, const fs::path& folder) {

@@ -39,7 +39,7 @@ WorksRow selection(const DesktopFacts& facts) {
     }
     if (!facts.readsSelections) {
         return {subject, State::missing, "Accessibility is off, so what is selected in Files or Thunar isn't loaded.",
-                "Switch it on by the button in Brindlehum's main window."};
+                "Switch it on by the button in Brindlehum's main window, or first: sudo apt install at-spi2-core"};
     }
     if (facts.display == Display::wayland) {
         return {subject, State::partly, "What is selected in Files is loaded, and in Thunar it isn't.", x11Session};

@@ -262,6 +262,18 @@ TEST_F(FileManagerSpace, WaitsForAccessAndABareDesktopLacksIt) {
     loop_.advance(10);
     EXPECT_FALSE(app_.axTrusted());
     EXPECT_FALSE(grab_.started);
+    {
+        ScriptedSession late;  // its bus is found missing only after a while
+        AppModel app({loop_, audio_, defaults_, late, folder_ / "Late.sqlite", folder_ / "late"});
+        app.start(0);
+        EXPECT_TRUE(app.axTrusted());
+        late.watch.trusted = false;
+        loop_.advance(2);
+        EXPECT_FALSE(app.axTrusted());
+        late.watch.trusted = true;
+        loop_.advance(2);
+        EXPECT_TRUE(app.axTrusted());
+    }
     app_.requestAccessibility();
     EXPECT_EQ(watch_.clicks, 1);
     watch_.trusted = true;

@@ -5,6 +5,7 @@
 #include <latch>
 #include <stdexcept>
 
+#include "platform/disk_work.h"
 #include "support/platform/manual_main_loop.h"
 
 namespace brindlehum {
@@ -196,6 +197,24 @@ TEST_F(BackgroundWork, OnlyTheNewestQuestionIsAnswered) {
         if (i % 50 == 0) { settle(); }
     }
     EXPECT_GE(answered, 60);
+}
+
+TEST_F(BackgroundWork, AtTheDiskPassesOverWorkThatHangs) {
+    Gate first, second;
+    DiskWork disk(loop_, "Brindlehum.test");
+    disk.queue().run([&] { first.wait(); }, [] {});
+    first.untilEntered();
+    disk.queue().run(line_, work("behind"), done());
+    loop_.advance(0.3);
+    disk.queue().run(work("beside"), done());
+    EXPECT_TRUE(loop_.runUntil([this] { return !said_.empty(); }));
+    EXPECT_EQ(disk.ask([&] { return second.wait(), 1; }), std::nullopt);
+    EXPECT_EQ(disk.ask([] { return 2; }), 2);
+    EXPECT_THAT(begun_, ElementsAre("beside"));
+    first.open();
+    second.open();
+    EXPECT_TRUE(loop_.runUntil([&] { return disk.pending() == 0; }));
+    EXPECT_THAT(said_, ElementsAre("beside", "behind"));
 }
 
 TEST(WorkerPool, RunsAsManyJobsAtOnceAsItHasThreadsAndDrainReleasesTheirCaptures) {

@@ -15,7 +15,7 @@ namespace {
 using HRTFChoice = test::WindowTest;
 
 TEST_F(HRTFChoice, GoodFileIsTakenAndABadOneChangesNothing) {
-    Background looks(loop, "test.looks");
+    DiskWork looks(loop, "test.looks");
     HRTFSettings choice(model.settings(), looks);
     const auto says = [&](const QString& text) {
         return settle([&] {

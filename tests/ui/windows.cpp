@@ -126,7 +126,7 @@ TEST_F(Windows, DropsLoadFilesOpenFoldersAndAddToTheLibraryOverTheSidebar) {
     std::filesystem::create_directories(folder / "inner");
     const auto path = file("inner/drop.wav", 2);
     std::ofstream(folder / "notes.txt") << "x";
-    EXPECT_FALSE(droppable({folder / "notes.txt"}));
+    EXPECT_FALSE(droppable({folder / "notes.txt"}, {}));
     MainWindow window(model);
     window.show();
     const auto dropOn = [&](const QWidget& part, const std::vector<std::filesystem::path>& paths) {
@@ -423,7 +423,7 @@ TEST_F(Windows, RecentFilesAreTheLatestOpenedThatStillExist) {
     window->openPath(file("take 9.wav", 1));
     window->openPath(file("not \xE9.wav", 1));
     std::filesystem::remove(file("take 14.wav", 1));
-    const auto files = RecentFiles(defaults).files();
+    const auto files = window->recentFiles().files();
     ASSERT_EQ(files.size(), RecentFiles::maxFiles - 1);
     EXPECT_EQ(files[0].filename(), "not \xE9.wav");
     EXPECT_EQ(files[1].filename(), "take 9.wav");

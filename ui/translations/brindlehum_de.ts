@@ -2705,6 +2705,10 @@ keywords:metall  sucht in einem Feld: name, folder, keywords, description, categ
         <source>Using %1</source>
         <translation>Verwendet wird %1</translation>
     </message>
+    <message>
+        <source>The disk of this path doesn&apos;t answer</source>
+        <translation>Der Datenträger dieses Pfads antwortet nicht</translation>
+    </message>
 </context>
 <context>
     <name>brindlehum::LoudnessPanel</name>

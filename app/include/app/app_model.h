@@ -27,6 +27,7 @@
 #include "mix/engine/speaker_test.h"
 #include "mix/player/player_model.h"
 #include "monitor/engine/monitor_engine.h"
+#include "platform/disk_work.h"
 #include "platform/platform.h"
 #include "platform/task_queues.h"
 #include "settings/settings_store.h"
@@ -98,6 +99,9 @@ public:
     UserDefaults& defaults() { return platform_.defaults; }
     DAWControl& daw() { return daw_; }
     MainLoop& loop() { return platform_.loop; }
+    DiskWork& disk() { return disk_; }
+    // Empty if the disk doesn't answer.
+    std::optional<bool> isFolder(const std::filesystem::path& path);
     FinderTracker& finder() { return finder_; }
     const KeyTap& keyTap() const { return keyTap_; }
 
@@ -122,6 +126,7 @@ private:
     void showFolder(const std::filesystem::path& folder);
     void startFinder();
     void watchAccessibility();
+    void awaitAccessibility();
     SpaceState spaceState() const;
     void refreshSpace();  // who gets Space next
     void pressSpace(const SpaceState& state, bool isRepeat);
@@ -150,6 +155,7 @@ private:
     MediaControls media_;
     DAWControl daw_;
     ControlCommands commands_;
+    DiskWork disk_;  // last member, so that its work ends first
 };
 
 }  // namespace brindlehum

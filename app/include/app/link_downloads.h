@@ -9,8 +9,8 @@
 #include <string>
 
 #include "mix/player/player_message.h"
-#include "platform/background.h"
 #include "platform/child_processes.h"
+#include "platform/disk_work.h"
 #include "settings/settings_store.h"
 
 namespace brindlehum {
@@ -65,7 +65,7 @@ private:
     int nextId_ = 0;
     std::string told_;  // our last message about the running ones
     TimerHandle tick_;
-    Background background_;  // last member, so that its work ends first
+    DiskWork disk_;  // last member, so that its work ends first
 };
 
 }  // namespace brindlehum

@@ -5,8 +5,7 @@
 
 namespace brindlehum {
 
-FolderListing::FolderListing(MainLoop& loop, Catalog* catalog)
-    : catalog_(catalog), background_(loop, "Brindlehum.list") {}
+FolderListing::FolderListing(MainLoop& loop, Catalog* catalog) : catalog_(catalog), disk_(loop, "Brindlehum.list") {}
 
 void FolderListing::open(const std::filesystem::path& folder) {
     std::filesystem::path plain = folder.lexically_normal();
@@ -28,7 +27,7 @@ void FolderListing::goUp() {
 
 // With `announced`, sends the signal even if the entries turn out to be the same.
 void FolderListing::list(bool announced) {
-    background_.run(
+    disk_.queue().run(
         newest_,
         [folder = *folder_, catalog = catalog_](const Background::Task& task) {
             return listForBrowser(folder, catalog, task.token());

@@ -9,13 +9,13 @@ const AudioFileInfo* InfoCache::info(const std::filesystem::path& path) {
     const std::string key = path.string();
     if (const auto item = items_.find(key); item != items_.end()) { return &item->second; }
     if (!asked_.insert(key).second) { return nullptr; }
-    probes_.run([key] { return AudioFileInfo::load(key); },
-                [this, key](AudioFileInfo info) {
-                    asked_.erase(key);
-                    items_[key] = std::move(info);
-                    Q_EMIT loaded(key);
-                },
-                [this, key](const std::exception&) { asked_.erase(key); });  // its cells stay empty
+    probes_.queue().run([key] { return AudioFileInfo::load(key); },
+                        [this, key](AudioFileInfo info) {
+                            asked_.erase(key);
+                            items_[key] = std::move(info);
+                            Q_EMIT loaded(key);
+                        },
+                        [this, key](const std::exception&) { asked_.erase(key); });  // its cells stay empty
     return nullptr;
 }
 

@@ -48,7 +48,8 @@ LibraryRoots::LibraryRoots(SettingsStore& settings, MainLoop& loop, Catalog* cat
       catalog_(catalog),
       realPaths_(realPaths),
       edits_(edits),
-      questions_(loop, "Brindlehum.ask") {
+      questions_(loop, "Brindlehum.ask"),
+      disk_(loop, "Brindlehum.root") {
     pullTimer_ = loop_.every(pullSeconds, [this] { pull(); });
 }
 
@@ -66,8 +67,8 @@ void LibraryRoots::add(const std::filesystem::path& folder) {
     std::filesystem::path plain = std::filesystem::absolute(folder).lexically_normal();
     if (!plain.has_filename() && plain.has_relative_path()) { plain = plain.parent_path(); }
     const std::string path = plain.string();
-    realPaths_.forget(path);
-    if (std::ranges::count(realPaths_.of(settings_.value().libraryRoots), realPaths_.of(path)) > 0) { return; }
+    const auto real = disk_.ask([path, &realPaths = realPaths_] { return realPaths.look(path); });
+    if (std::ranges::count(realPaths_.of(settings_.value().libraryRoots), real.value_or(path)) > 0) { return; }
     settings_.change([&](AppSettings& settings) { settings.libraryRoots.push_back(path); });
     rescan(path);
 }
@@ -156,8 +157,12 @@ LibraryScanner::Result LibraryRoots::scan(const std::string& root, const std::ve
         });
     };
     try {
-        realPaths_.forget(root);
-        return LibraryScanner::scan(realPaths_.of(root), *catalog_, {progress, task.token(), realPaths_.of(others)});
+        const std::string before = realPaths_.of(root);
+        const std::string real = realPaths_.look(root);
+        if (real != before) {  // a search would look for rows of the old one
+            task.tell([this] { Q_EMIT catalogChanged(); });
+        }
+        return LibraryScanner::scan(real, *catalog_, {progress, task.token(), realPaths_.of(others)});
     } catch (const std::exception& error) {
         LibraryScanner::Result result;
         result.outcome = LibraryScanner::Result::Outcome::unreachable;

@@ -6,13 +6,13 @@
 namespace brindlehum {
 
 BinauralLoader::BinauralLoader(MainLoop& loop, Make make, std::function<void(double)> onDone)
-    : make_(std::move(make)), onDone_(std::move(onDone)), background_(loop, "Brindlehum.hrtf") {}
+    : make_(std::move(make)), onDone_(std::move(onDone)), disk_(loop, "Brindlehum.hrtf") {}
 
 void BinauralLoader::prepare(double sampleRate) {
     const auto known = entries_.find(sampleRate);
     if (known != entries_.end() && known->second.state != State::failed) { return; }
     entries_[sampleRate] = {};
-    background_.run(
+    disk_.queue().run(
         [make = make_, sampleRate] { return make(sampleRate); },
         [this, sampleRate, version = version_](std::shared_ptr<BinauralStage> stage) {
             finish(version, sampleRate, std::move(stage));

@@ -6,7 +6,7 @@
 #include <memory>
 
 #include "mix/render/binaural_stage.h"
-#include "platform/background.h"
+#include "platform/disk_work.h"
 
 namespace brindlehum {
 
@@ -39,7 +39,7 @@ private:
     std::function<void(double)> onDone_;
     std::map<double, Entry> entries_;  // by sample rate in Hz
     int version_ = 0;                  // counts forget()
-    Background background_;
+    DiskWork disk_;
 };
 
 }  // namespace brindlehum

@@ -9,7 +9,7 @@
 
 namespace brindlehum {
 
-LoadedSound::LoadedSound(Background& loader, MainLoop& loop, WorkerPool& pool, FormatOverrides& formats)
+LoadedSound::LoadedSound(DiskWork& loader, MainLoop& loop, WorkerPool& pool, FormatOverrides& formats)
     : loader_(loader), loop_(loop), pool_(pool), formats_(formats), detail_(loop) {}
 
 LoadedSound::~LoadedSound() {
@@ -40,7 +40,7 @@ void LoadedSound::load(const std::filesystem::path& path, bool autoPlay, AskedBy
     newestBy_ = by;
     cancelWaveform();
     Q_EMIT replacing();
-    loader_.run(
+    loader_.queue().run(
         loads_, [path](const Background::Task& task) { return probe(path, task); },
         [this, by](Probe probe) { didLoad(std::move(probe), by); },
         [this, path](const std::exception& error) {
@@ -58,7 +58,7 @@ LoadedSound::Probe LoadedSound::probe(const std::filesystem::path& path, const B
 void LoadedSound::check() {
     if (!info_ || checks_.isBusy()) { return; }
     const auto path = info_->url;
-    loader_.run(
+    loader_.queue().run(
         checks_,
         [path, known = version_](const Background::Task& task) -> std::optional<Probe> {
             if (FileVersion::of(path) == known) { return std::nullopt; }

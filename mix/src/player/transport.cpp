@@ -21,8 +21,8 @@ std::unique_ptr<FrameSource> Transport::openFile(const std::filesystem::path& pa
     return std::make_unique<FileSource>(path, stop);
 }
 
-Transport::Transport(EngineSeat& seat, Background& loader, MainLoop& loop, LoadedSound& sound,
-                     ListeningSetup& listening, PlayerMessage& message, OpenSource open)
+Transport::Transport(EngineSeat& seat, DiskWork& loader, MainLoop& loop, LoadedSound& sound, ListeningSetup& listening,
+                     PlayerMessage& message, OpenSource open)
     : seat_(seat),
       loader_(loader),
       mainLoop_(loop),
@@ -71,7 +71,7 @@ void Transport::startStream(const PlaySpan& span) {
         *isOpening = false;
         return reader;
     };
-    loader_.run(
+    loader_.queue().run(
         starts_, work,
         [this, rate, span](std::shared_ptr<StreamReader> reader) { streamReady(std::move(reader), span.start, rate); },
         [this](const std::exception& error) {

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <utility>
@@ -17,21 +18,21 @@ std::string environment(const char* name, const std::string& otherwise) {
     return value != nullptr && *value != '\0' ? value : otherwise;
 }
 
-struct OwnSet {
-    std::mutex mutex;
-    std::filesystem::path file;
-    int version = 0;  // of the choice
+// One choice of the user, and what has been read for it. A set at a share that hangs holds up its own choice only.
+struct Choice {
+    std::filesystem::path file;  // empty: the usual ones
+    std::mutex mutex;            // held while a set is read
+    std::map<double, std::shared_ptr<const HRTFSet>> loaded;
 };
 
-OwnSet& ownSet() {
-    static OwnSet own;
-    return own;
-}
+struct Current {
+    std::mutex mutex;
+    std::shared_ptr<Choice> choice = std::make_shared<Choice>();
+};
 
-std::pair<std::filesystem::path, int> ownFile() {
-    OwnSet& own = ownSet();
-    const std::lock_guard lock(own.mutex);
-    return {own.file, own.version};
+Current& current() {
+    static Current now;
+    return now;
 }
 
 }  // namespace
@@ -63,28 +64,28 @@ std::filesystem::path HRTFSet::defaultFile() {
 }
 
 void HRTFSet::setOwn(const std::filesystem::path& file) {
-    OwnSet& own = ownSet();
-    const std::lock_guard lock(own.mutex);
-    own.file = file;
-    ++own.version;
+    auto choice = std::make_shared<Choice>();
+    choice->file = file;
+    Current& now = current();
+    const std::lock_guard lock(now.mutex);
+    now.choice = std::move(choice);
 }
 
 // Skips a set that can't be read and tries the next: headphones with the packaged set beat silence.
 std::shared_ptr<const HRTFSet> HRTFSet::shared(double sampleRate) {
-    static std::mutex mutex;  // held while a set is read
-    static std::map<double, std::shared_ptr<const HRTFSet>> loaded;
-    static int loadedVersion = 0;
-    const std::lock_guard lock(mutex);
-    const auto [own, version] = ownFile();
-    if (std::exchange(loadedVersion, version) != version) { loaded.clear(); }
-    if (const auto known = loaded.find(sampleRate); known != loaded.end()) { return known->second; }
+    const auto choice = [&now = current()] {
+        const std::lock_guard lock(now.mutex);
+        return now.choice;
+    }();
+    const std::lock_guard lock(choice->mutex);
+    if (const auto known = choice->loaded.find(sampleRate); known != choice->loaded.end()) { return known->second; }
     auto files = usualFiles();
-    if (!own.empty()) { files.insert(files.begin(), own); }
+    if (!choice->file.empty()) { files.insert(files.begin(), choice->file); }
     for (const auto& file : files) {
         std::error_code ignored;
         if (!std::filesystem::exists(file, ignored)) { continue; }
         try {
-            return loaded[sampleRate] = load(file, sampleRate);
+            return choice->loaded[sampleRate] = load(file, sampleRate);
         } catch (const Error&) { continue; }
     }
     throw Error("No HRTF set found");

@@ -188,13 +188,17 @@ void BrowserView::activate(const BrowserEntry& entry) {
     }
 }
 
-// Files that other programs add or remove show without a refresh.
+// Files that other programs add or remove show without a refresh. Waits for the folder to be listed: the watcher asks
+// the disk on the main thread, and a disk may not answer.
 void BrowserView::watchFolder() {
     const auto& folder = parts_.listing.folder();
-    const QStringList wanted = folder ? QStringList(pathText(*folder)) : QStringList();
+    const bool answers = folder && !parts_.listing.isListing() && !parts_.listing.error();
+    const QStringList wanted = answers ? QStringList(pathText(*folder)) : QStringList();
     if (watcher_.directories() == wanted) { return; }
     if (!watcher_.directories().isEmpty()) { watcher_.removePaths(watcher_.directories()); }
-    if (!wanted.isEmpty()) { watcher_.addPaths(wanted); }
+    if (wanted.isEmpty()) { return; }
+    watcher_.addPaths(wanted);
+    settle_.start();  // for what has changed since it was listed
 }
 
 void BrowserView::focusSearch() {

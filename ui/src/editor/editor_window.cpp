@@ -39,7 +39,6 @@
 #include "ui/look/fitting_row.h"
 #include "ui/look/icons.h"
 #include "ui/look/menu_button.h"
-#include "ui/look/path_text.h"
 #include "ui/look/screen_fit.h"
 #include "ui/look/tabular_font.h"
 #include "ui/player/drag_handle.h"
@@ -319,8 +318,9 @@ void EditorWindow::leave(const std::function<void()>& proceed) {
 void EditorWindow::saveAs(const std::function<void()>& done) {
     DocumentModel& document = editor_.document();
     if (!document.doc()) { return; }
-    const QString path =
-        QFileDialog::getSaveFileName(this, tr("Save As"), pathText(document.proposedName()), tr("WAVE audio (*.wav)"));
+    const std::filesystem::path proposed = document.proposedName();
+    const QString start = dialogStart(proposed.parent_path()) + '/' + pathText(proposed.filename());
+    const QString path = QFileDialog::getSaveFileName(this, tr("Save As"), start, tr("WAVE audio (*.wav)"));
     if (!path.isEmpty()) { document.saveAs(pathOfText(path), done); }
 }
 

@@ -11,6 +11,7 @@
 
 #include "mix/render/hrtf_set.h"
 #include "settings/settings_store.h"
+#include "ui/look/dialog_start.h"
 #include "ui/look/elided_label.h"
 #include "ui/look/path_text.h"
 
@@ -28,7 +29,7 @@ QString about() {
 
 }  // namespace
 
-HRTFSettings::HRTFSettings(SettingsStore& settings, Background& looks) : settings_(settings), looks_(looks) {
+HRTFSettings::HRTFSettings(SettingsStore& settings, DiskWork& looks) : settings_(settings), looks_(looks) {
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(8);
@@ -56,7 +57,7 @@ HRTFSettings::HRTFSettings(SettingsStore& settings, Background& looks) : setting
 }
 
 void HRTFSettings::choose() {
-    const QString start = pathText(std::filesystem::path(settings_.value().hrtfFile).parent_path());
+    const QString start = dialogStart(std::filesystem::path(settings_.value().hrtfFile).parent_path(), looks_);
     const QString chosen =
         QFileDialog::getOpenFileName(this, tr("HRTF Set for Headphones"), start, tr("SOFA files (*.sofa)"));
     if (!chosen.isEmpty()) { take(pathOfText(chosen)); }
@@ -74,7 +75,7 @@ void HRTFSettings::showEvent(QShowEvent* event) {
 }
 
 void HRTFSettings::check(const std::filesystem::path& file, bool takes) {
-    looks_.run(
+    looks_.queue().run(
         line_, [file] { HRTFSet::load(file, checkedRate); },
         [this, file, takes] {
             say(about(), false);

@@ -4,6 +4,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QStyle>
+#include <QTimer>
 #include <QVBoxLayout>
 
 #include "app/link_loader.h"
@@ -11,8 +12,13 @@
 #include "ui/look/path_text.h"
 
 namespace brindlehum {
+namespace {
 
-LinkSettings::LinkSettings(SettingsStore& settings, Background& looks) : settings_(settings), looks_(looks) {
+constexpr int patienceMs = 300;
+
+}  // namespace
+
+LinkSettings::LinkSettings(SettingsStore& settings, DiskWork& looks) : settings_(settings), looks_(looks) {
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(6);
@@ -32,6 +38,7 @@ LinkSettings::LinkSettings(SettingsStore& settings, Background& looks) : setting
 }
 
 void LinkSettings::keep() {
+    if (line_.isBusy()) { look(); }
     const std::string path = pathOfText(path_->text().trimmed()).string();
     if (path == settings_.value().ytDlpPath) { return; }
     settings_.change([&](AppSettings& s) { s.ytDlpPath = path; });
@@ -40,17 +47,24 @@ void LinkSettings::keep() {
 // Says at each keystroke what would be used.
 void LinkSettings::look() {
     const std::string custom = pathOfText(path_->text().trimmed()).string();
-    looks_.run(
+    QTimer::singleShot(patienceMs, this, [this] {
+        if (line_.isBusy()) { say(tr("The disk of this path doesn't answer"), false); }
+    });
+    looks_.queue().run(
         line_, [custom] { return LinkLoader::ytDlp(custom); },
         [this, custom](const std::optional<std::filesystem::path>& tool) {
             const bool isOther = tool && !custom.empty() && *tool != custom;
-            found_->setText(
-                isOther ? tr("Using %1: there is no program at the path above").arg(pathText(*tool))
+            say(isOther ? tr("Using %1: there is no program at the path above").arg(pathText(*tool))
                 : tool  ? tr("Using %1").arg(pathText(*tool))
-                        : QString::fromLatin1(LinkLoader::notFound.data(), qsizetype(LinkLoader::notFound.size())));
-            found_->setProperty("role", tool ? "caption" : "captionWarning");
-            found_->style()->polish(found_);
+                        : QString::fromLatin1(LinkLoader::notFound.data(), qsizetype(LinkLoader::notFound.size())),
+                tool.has_value());
         });
+}
+
+void LinkSettings::say(const QString& text, bool isFine) {
+    found_->setText(text);
+    found_->setProperty("role", isFine ? "caption" : "captionWarning");
+    found_->style()->polish(found_);
 }
 
 }  // namespace brindlehum

@@ -9,13 +9,14 @@
 
 #include "platform/session.h"
 #include "settings/settings_store.h"
+#include "ui/look/dialog_start.h"
 #include "ui/look/elided_label.h"
 #include "ui/look/path_text.h"
 #include "ui/look/setting_action.h"
 
 namespace brindlehum {
 
-PullsSettings::PullsSettings(SettingsStore& settings, FileManager& fileManager, Background& looks)
+PullsSettings::PullsSettings(SettingsStore& settings, FileManager& fileManager, DiskWork& looks)
     : settings_(settings), fileManager_(fileManager), looks_(looks) {
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
@@ -43,13 +44,13 @@ PullsSettings::PullsSettings(SettingsStore& settings, FileManager& fileManager, 
 
 void PullsSettings::choose() {
     const QString chosen = QFileDialog::getExistingDirectory(this, tr("Folder for Files Dragged Out"),
-                                                             pathText(settings_.value().pulls()));
+                                                             dialogStart(settings_.value().pulls(), looks_));
     if (chosen.isEmpty()) { return; }
     settings_.change([&](AppSettings& s) { s.pullsFolder = pathOfText(chosen).string(); });
 }
 
 void PullsSettings::show() {
-    looks_.run(
+    looks_.queue().run(
         line_,
         [folder = settings_.value().pulls()] {
             std::error_code ignored;  // the file manager says that there is no such folder

@@ -38,7 +38,7 @@ QGroupBox* section(const QString& title, QWidget* content) {
     return box;
 }
 
-QWidget* makeAudition(SettingsStore& settings, Session& session, Background& looks, QWidget* generation) {
+QWidget* makeAudition(SettingsStore& settings, Session& session, DiskWork& looks, QWidget* generation) {
     const FileManagerWatch* watch = session.fileManagerWatch();
     auto* page = new QWidget;
     auto* layout = new QVBoxLayout(page);

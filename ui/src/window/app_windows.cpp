@@ -9,6 +9,7 @@
 #include "app/app_model.h"
 #include "ui/editor/editor_window.h"
 #include "ui/inspector/inspector_view.h"
+#include "ui/look/dialog_start.h"
 #include "ui/look/form_scroll.h"
 #include "ui/look/icons.h"
 #include "ui/look/theme_controller.h"
@@ -61,8 +62,8 @@ AppWindows::AppWindows(AppModel& model, bool isQuiet)
         main_->playerView().showUpmixPanel();
     });
     model.chooseFoldersAction = [this](const AppModel::FoldersChosen& chosen) {
-        chosen(
-            chooseLibraryFolders(main_.get(), model_.library().listing().folder().value_or(std::filesystem::path())));
+        const auto start = model_.library().listing().folder().value_or(std::filesystem::path());
+        chosen(chooseLibraryFolders(main_.get(), start, model_.disk()));
     };
     model.clipboardText = [] { return QGuiApplication::clipboard()->text().toStdString(); };
     model.openInEditorAction = [this](const std::filesystem::path& file) { editor().open(file); };
@@ -89,6 +90,7 @@ AppWindows::~AppWindows() {
 EditorWindow& AppWindows::editor() {
     if (!editor_) {
         editor_ = std::make_unique<EditorWindow>(model_.editor(), model_.settings(), model_.session().fileManager());
+        editor_->dialogStart = [this](const auto& folder) { return dialogStart(folder, model_.disk()); };
         editor_->openGenerationSettings = [this] {
             open("settings");
             settings_->showGeneration();

@@ -9,6 +9,7 @@
 
 #include "app/link_loader.h"
 #include "audio/probe/audio_file_info.h"
+#include "platform/disk_work.h"
 #include "ui/look/file_drag.h"
 #include "ui/window/drop_overlay.h"
 
@@ -17,9 +18,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
-bool isFolder(const fs::path& path) {
-    std::error_code error;
-    return fs::is_directory(path, error);
+std::vector<fs::path> foldersAmong(std::vector<fs::path> paths) {
+    std::erase_if(paths, [](const fs::path& path) {
+        std::error_code error;
+        return !fs::is_directory(path, error);
+    });
+    return paths;
 }
 
 // The first web link of a drag; empty without one.
@@ -32,17 +36,18 @@ std::string linkOf(const QMimeData& data) {
 
 }  // namespace
 
-std::optional<fs::path> droppable(const std::vector<fs::path>& paths) {
-    for (const auto& path : paths) {
-        if (isFolder(path) || AudioFileInfo::isAudioPath(path)) { return path; }
-    }
-    return std::nullopt;
+std::optional<fs::path> droppable(const std::vector<fs::path>& paths, const std::vector<fs::path>& folders) {
+    const auto found = std::ranges::find_if(paths, [&](const fs::path& path) {
+        return std::ranges::find(folders, path) != folders.end() || AudioFileInfo::isAudioPath(path);
+    });
+    return found == paths.end() ? std::nullopt : std::optional(*found);
 }
 
-FileDrops::FileDrops(QWidget& window, QWidget& sidebar)
+FileDrops::FileDrops(QWidget& window, QWidget& sidebar, DiskWork& disk)
     : QObject(&window),
       window_(window),
       sidebar_(sidebar),
+      disk_(disk),
       overlay_(new DropOverlay(&window)),
       libraryOverlay_(new DropOverlay(&sidebar)) {
     libraryOverlay_->setAccessibleName(tr("Library drop target"));
@@ -69,16 +74,16 @@ bool FileDrops::eventFilter(QObject* watched, QEvent* event) {
     }
 }
 
-// Looks at the disk once for a drag, not for each move of the pointer.
+// Asks the disk once for a drag, not for each move of the pointer. Of one that doesn't answer, names decide.
 void FileDrops::enter(QDropEvent& event) {
     event.ignore();
     if (event.source()) { return; }  // our own files on their way out
-    folders_ = FileDrag::localPaths(*event.mimeData());
-    const auto path = droppable(folders_);
+    const auto paths = FileDrag::localPaths(*event.mimeData());
+    folders_ = disk_.ask([paths] { return foldersAmong(paths); }).value_or(std::vector<Path>());
+    const auto path = droppable(paths, folders_);
     link_ = path ? std::string() : linkOf(*event.mimeData());
     if (!path && link_.empty()) { return; }
     opened_ = path.value_or(fs::path());
-    std::erase_if(folders_, [](const fs::path& one) { return !isFolder(one); });
     move(event);
 }
 

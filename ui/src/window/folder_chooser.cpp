@@ -5,12 +5,15 @@
 #include <QCoreApplication>
 #include <QFileDialog>
 
+#include "ui/look/dialog_start.h"
 #include "ui/look/path_text.h"
 
 namespace brindlehum {
 
-std::vector<std::filesystem::path> chooseLibraryFolders(QWidget* parent, const std::filesystem::path& start) {
-    QFileDialog dialog(parent, QCoreApplication::translate("FolderChooser", "Add to Library"), pathText(start));
+std::vector<std::filesystem::path> chooseLibraryFolders(QWidget* parent, const std::filesystem::path& start,
+                                                        DiskWork& disk) {
+    QFileDialog dialog(parent, QCoreApplication::translate("FolderChooser", "Add to Library"),
+                       dialogStart(start, disk));
     dialog.setFileMode(QFileDialog::Directory);
     dialog.setOption(QFileDialog::ShowDirsOnly);
     dialog.setLabelText(QFileDialog::Accept, QCoreApplication::translate("FolderChooser", "Add to Library"));

@@ -23,6 +23,7 @@
 #include "ui/browser/browser_view.h"
 #include "ui/browser/chosen_sound.h"
 #include "ui/inspector/inspector_view.h"
+#include "ui/look/dialog_start.h"
 #include "ui/look/grip_splitter.h"
 #include "ui/look/path_text.h"
 #include "ui/look/screen_fit.h"
@@ -71,7 +72,7 @@ bool askRemoval(QWidget* parent, const QString& question, const QString& losses)
 
 }  // namespace
 
-MainWindow::MainWindow(AppModel& model) : model_(model), recentFiles_(model.defaults()) {
+MainWindow::MainWindow(AppModel& model) : model_(model), recentFiles_(model.defaults(), model.disk()) {
     setObjectName("main");
     setWindowTitle("Brindlehum");
     makeParts();
@@ -133,7 +134,7 @@ void MainWindow::makeParts() {
 }
 
 void MainWindow::makeDrops() {
-    auto* drops = new FileDrops(*this, *sidebar_);
+    auto* drops = new FileDrops(*this, *sidebar_, model_.disk());
     drops->open = [this](const fs::path& path) { openPath(path); };
     drops->openLink = [this](const std::string& link) { model_.links().open(link); };
     drops->addToLibrary = [this](const std::vector<fs::path>& folders) { model_.addLibraryFolders(folders); };
@@ -355,10 +356,10 @@ void MainWindow::addFitBanner(std::vector<Banner>& banners) {
 }
 
 void MainWindow::openPath(const fs::path& path) {
-    std::error_code error;
-    if (fs::is_directory(path, error)) {
+    const bool isSound = AudioFileInfo::isAudioPath(path);
+    if (model_.isFolder(path).value_or(!isSound)) {
         browser_->chosen().openFolder(path);
-    } else if (AudioFileInfo::isAudioPath(path)) {
+    } else if (isSound) {
         browser_->chosen().open(path);
         recentFiles_.add(path);
     }
@@ -386,15 +387,17 @@ void MainWindow::setBars(const fs::path& file) {
     dialog->show();
 }
 
+QString MainWindow::shownFolder() {
+    return dialogStart(model_.library().listing().folder().value_or(fs::path()), model_.disk());
+}
+
 void MainWindow::chooseFile() {
-    const fs::path start = model_.library().listing().folder().value_or(fs::path());
-    const QString file = QFileDialog::getOpenFileName(this, tr("Open File"), pathText(start), audioFilter());
+    const QString file = QFileDialog::getOpenFileName(this, tr("Open File"), shownFolder(), audioFilter());
     if (!file.isEmpty()) { openPath(pathOfText(file)); }
 }
 
 void MainWindow::chooseFolder() {
-    const fs::path start = model_.library().listing().folder().value_or(fs::path());
-    const QString folder = QFileDialog::getExistingDirectory(this, tr("Open Folder"), pathText(start));
+    const QString folder = QFileDialog::getExistingDirectory(this, tr("Open Folder"), shownFolder());
     if (!folder.isEmpty()) { openPath(pathOfText(folder)); }
 }
 

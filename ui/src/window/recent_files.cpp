@@ -25,12 +25,15 @@ QStringList stored(const UserDefaults& defaults) {
 
 std::vector<fs::path> RecentFiles::files() const {
     std::vector<fs::path> files;
-    for (const QString& text : stored(defaults_)) {
-        fs::path path = pathFromStored(text.toStdString());
-        std::error_code error;
-        if (fs::is_regular_file(path, error)) { files.push_back(std::move(path)); }
-    }
-    return files;
+    for (const QString& text : stored(defaults_)) { files.push_back(pathFromStored(text.toStdString())); }
+    const auto there = disk_.ask([files]() mutable {
+        std::erase_if(files, [](const fs::path& file) {
+            std::error_code error;
+            return !fs::is_regular_file(file, error);
+        });
+        return files;
+    });
+    return there.value_or(files);
 }
 
 void RecentFiles::add(const fs::path& path) {

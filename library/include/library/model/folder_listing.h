@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "library/model/browser_entry.h"
-#include "platform/background.h"
+#include "platform/disk_work.h"
 
 namespace brindlehum {
 
@@ -23,9 +23,9 @@ public:
     const std::optional<std::filesystem::path>& folder() const { return folder_; }
     // Folders first, then sounds, each sorted by name with numbers by value. Empty for a folder that can't be read.
     const std::vector<BrowserEntry>& entries() const { return entries_; }
-    bool isListing() const { return newest_.isBusy(); }        // the entries aren't complete yet
-    const std::error_code& error() const { return error_; }    // why the last listing failed
-    bool isBusy() const { return background_.pending() > 0; }  // also true for overtaken listings
+    bool isListing() const { return newest_.isBusy(); }      // the entries aren't complete yet
+    const std::error_code& error() const { return error_; }  // why the last listing failed
+    bool isBusy() const { return disk_.pending() > 0; }      // also true for overtaken listings
     void open(const std::filesystem::path& folder);
     void refresh();  // lists the folder again; keeps the entries until then
     void goUp();
@@ -41,7 +41,7 @@ private:
     std::vector<BrowserEntry> entries_;
     std::error_code error_;
     Background::Line newest_;
-    Background background_;
+    DiskWork disk_;
 };
 
 }  // namespace brindlehum

@@ -8,7 +8,7 @@
 #include <unordered_map>
 
 #include "audio/probe/audio_file_info.h"
-#include "platform/background.h"
+#include "platform/disk_work.h"
 
 namespace brindlehum {
 
@@ -33,7 +33,7 @@ Q_SIGNALS:
 private:
     std::unordered_map<std::string, AudioFileInfo> items_;
     std::set<std::string> asked_;
-    Background probes_;
+    DiskWork probes_;
 };
 
 }  // namespace brindlehum

@@ -15,7 +15,7 @@
 
 #include "library/model/real_paths.h"
 #include "library/scan/library_scanner.h"
-#include "platform/background.h"
+#include "platform/disk_work.h"
 #include "settings/settings_store.h"
 
 namespace brindlehum {
@@ -91,6 +91,7 @@ private:
     TimerHandle pullTimer_;
     std::map<std::string, Scan> scans_;
     Background questions_;
+    DiskWork disk_;
 };
 
 }  // namespace brindlehum

@@ -1,4 +1,4 @@
-// RealPaths: the canonical forms of the library's roots; asks the disk for each only once.
+// RealPaths: the canonical forms of the library's roots, as the disk gave them last.
 #pragma once
 
 #include <map>
@@ -8,15 +8,18 @@
 
 namespace brindlehum {
 
-// Any thread. Keeps each answer until forget(), because a search must not touch a share that hangs.
+// Any thread.
 class RealPaths {
 public:
-    std::string of(const std::string& path);
-    std::vector<std::string> of(const std::vector<std::string>& paths);
-    void forget(const std::string& path);
+    // Asks the disk, which may take for ever, and keeps its answer.
+    std::string look(const std::string& path);
+    // The last answer; before the first one the path as it is. Never asks the disk: a share that hangs must not hold up
+    // the search in other roots.
+    std::string of(const std::string& path) const;
+    std::vector<std::string> of(const std::vector<std::string>& paths) const;
 
 private:
-    std::mutex lock_;
+    mutable std::mutex lock_;
     std::map<std::string, std::string> known_;
 };
 

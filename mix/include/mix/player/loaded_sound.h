@@ -12,7 +12,7 @@
 #include "audio/wave/waveform.h"
 #include "base/file_version.h"
 #include "mix/player/wave_detail.h"
-#include "platform/background.h"
+#include "platform/disk_work.h"
 #include "settings/format_overrides.h"
 
 namespace brindlehum {
@@ -26,7 +26,7 @@ class LoadedSound : public QObject {
     Q_OBJECT
 public:
     // `pool` reads the waveform.
-    LoadedSound(Background& loader, MainLoop& loop, WorkerPool& pool, FormatOverrides& formats);
+    LoadedSound(DiskWork& loader, MainLoop& loop, WorkerPool& pool, FormatOverrides& formats);
     ~LoadedSound() override;
 
     const std::optional<AudioFileInfo>& info() const { return info_; }
@@ -76,7 +76,7 @@ private:
     void loadWaveform();
     void cancelWaveform();
 
-    Background& loader_;
+    DiskWork& loader_;
     MainLoop& loop_;
     WorkerPool& pool_;
     FormatOverrides& formats_;

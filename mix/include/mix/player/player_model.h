@@ -17,7 +17,7 @@
 #include "mix/player/upmix_compare.h"
 #include "mix/player/upmix_levels.h"
 #include "mix/player/upmix_tuning.h"
-#include "platform/background.h"
+#include "platform/disk_work.h"
 
 namespace brindlehum {
 
@@ -52,7 +52,7 @@ public:
     void notify(std::string text) { message_.notify(std::move(text)); }
 
     // The queue on which files are opened and streams prefilled, one after another; tests drain it.
-    Background& loader() { return loader_; }
+    DiskWork& loader() { return loader_; }
 
 Q_SIGNALS:
     void changed();  // a part has changed
@@ -71,7 +71,7 @@ private:
     UpmixLevels upmixLevels_;
     DragOut dragOut_;
     OutputMeter meter_;
-    Background loader_;  // last member, so that its work ends before the parts that it uses are destroyed
+    DiskWork loader_;  // last member, so that its work ends before the parts that it uses are destroyed
 };
 
 }  // namespace brindlehum

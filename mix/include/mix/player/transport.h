@@ -14,7 +14,7 @@
 #include "mix/player/play_span.h"
 #include "mix/player/player_message.h"
 #include "mix/player/playhead_model.h"
-#include "platform/background.h"
+#include "platform/disk_work.h"
 
 namespace brindlehum {
 
@@ -28,7 +28,7 @@ public:
                                                                   const std::function<bool()>& stop)>;
     static std::unique_ptr<FrameSource> openFile(const std::filesystem::path& path, const std::function<bool()>& stop);
 
-    Transport(EngineSeat& seat, Background& loader, MainLoop& loop, LoadedSound& sound, ListeningSetup& listening,
+    Transport(EngineSeat& seat, DiskWork& loader, MainLoop& loop, LoadedSound& sound, ListeningSetup& listening,
               PlayerMessage& message, OpenSource open = openFile);
 
     bool isPlaying() const { return isPlaying_; }
@@ -83,7 +83,7 @@ private:
     void tick();
 
     EngineSeat& seat_;
-    Background& loader_;
+    DiskWork& loader_;
     MainLoop& mainLoop_;
     LoadedSound& sound_;
     ListeningSetup& listening_;

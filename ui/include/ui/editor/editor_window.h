@@ -6,6 +6,7 @@
 
 #include "editor/model/editor_model.h"
 #include "ui/editor/generation_question.h"
+#include "ui/look/path_text.h"
 
 class QLabel;
 class QProgressBar;
@@ -30,6 +31,8 @@ public:
     std::function<Leave(const QString& name)> askToLeave;
     // Asks before a sound is first sent to a generation service; by default with a message box.
     std::function<GenerationConsent(const GenerationQuestion&)> askForConsent;
+    // The windows may set this: where the dialog for a new name starts, for the folder wished for.
+    std::function<QString(const std::filesystem::path& folder)> dialogStart = pathText;
     // The windows set this: where that service is set up.
     std::function<void()> openGenerationSettings;
     // Calls `proceed` at once if nothing is unsaved; else asks, and calls it after a save or for discarded edits.

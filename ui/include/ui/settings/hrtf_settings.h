@@ -4,7 +4,7 @@
 #include <QWidget>
 #include <filesystem>
 
-#include "platform/background.h"
+#include "platform/disk_work.h"
 
 class QLabel;
 class QPushButton;
@@ -18,7 +18,7 @@ class HRTFSettings : public QWidget {
     Q_OBJECT
 public:
     // `looks` reads the file, which may take a while; it must outlive this object.
-    HRTFSettings(SettingsStore& settings, Background& looks);
+    HRTFSettings(SettingsStore& settings, DiskWork& looks);
 
     // Takes the set into the settings if it can be read, and says why not else.
     void take(const std::filesystem::path& file);
@@ -33,7 +33,7 @@ private:
     void say(const QString& text, bool isProblem);
 
     SettingsStore& settings_;
-    Background& looks_;
+    DiskWork& looks_;
     Background::Line line_;
     ElidedLabel* path_;
     QPushButton* usual_;

@@ -3,7 +3,7 @@
 
 #include <QWidget>
 
-#include "platform/background.h"
+#include "platform/disk_work.h"
 
 class QLabel;
 class QLineEdit;
@@ -16,14 +16,15 @@ class LinkSettings : public QWidget {
     Q_OBJECT
 public:
     // `looks` looks at the disk, which may be a network that doesn't answer; it must outlive this object.
-    LinkSettings(SettingsStore& settings, Background& looks);
+    LinkSettings(SettingsStore& settings, DiskWork& looks);
 
 private:
     void keep();
     void look();
+    void say(const QString& text, bool isFine);
 
     SettingsStore& settings_;
-    Background& looks_;
+    DiskWork& looks_;
     Background::Line line_;
     QLineEdit* path_;
     QLabel* found_;

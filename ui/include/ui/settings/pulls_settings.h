@@ -3,7 +3,7 @@
 
 #include <QWidget>
 
-#include "platform/background.h"
+#include "platform/disk_work.h"
 
 class QPushButton;
 
@@ -17,7 +17,7 @@ class PullsSettings : public QWidget {
     Q_OBJECT
 public:
     // `looks` makes the folder before it is shown; it must outlive this object, as all must.
-    PullsSettings(SettingsStore& settings, FileManager& fileManager, Background& looks);
+    PullsSettings(SettingsStore& settings, FileManager& fileManager, DiskWork& looks);
 
 private:
     void choose();
@@ -26,7 +26,7 @@ private:
 
     SettingsStore& settings_;
     FileManager& fileManager_;
-    Background& looks_;
+    DiskWork& looks_;
     Background::Line line_;
     ElidedLabel* path_;
     QPushButton* usual_;

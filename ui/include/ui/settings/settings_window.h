@@ -5,7 +5,7 @@
 
 #include <functional>
 
-#include "platform/background.h"
+#include "platform/disk_work.h"
 
 class QTabWidget;
 
@@ -42,7 +42,7 @@ private:
     QTabWidget* tabs_ = nullptr;
     FormScroll* audition_;
     GenerationSettings* generation_;
-    Background looks_;  // at the disk; ends before the pages, which lose their lines with it
+    DiskWork looks_;  // ends before the pages, which lose their lines with it
 };
 
 }  // namespace brindlehum

@@ -13,6 +13,7 @@ class QWidget;
 
 namespace brindlehum {
 
+class DiskWork;
 class DropOverlay;
 
 // A drop on the sidebar adds its folders to the library; anywhere else on the window it opens the first folder or
@@ -22,8 +23,8 @@ class FileDrops : public QObject {
     Q_OBJECT
 public:
     using Path = std::filesystem::path;
-    // Lives as long as `window`.
-    FileDrops(QWidget& window, QWidget& sidebar);
+    // Lives as long as `window`; `disk` must outlive it.
+    FileDrops(QWidget& window, QWidget& sidebar, DiskWork& disk);
 
     std::function<void(const Path& path)> open;
     std::function<void(const std::vector<Path>& folders)> addToLibrary;
@@ -42,6 +43,7 @@ private:
 
     QWidget& window_;
     QWidget& sidebar_;
+    DiskWork& disk_;
     DropOverlay* overlay_;
     DropOverlay* libraryOverlay_;
     // Of the drag that is over the window.
@@ -50,7 +52,8 @@ private:
     std::vector<Path> folders_;
 };
 
-// The first folder or audio file among these, which a drop would open.
-std::optional<std::filesystem::path> droppable(const std::vector<std::filesystem::path>& paths);
+// The first folder or audio file among these, which a drop would open. `folders`: those that are folders.
+std::optional<std::filesystem::path> droppable(const std::vector<std::filesystem::path>& paths,
+                                               const std::vector<std::filesystem::path>& folders);
 
 }  // namespace brindlehum

@@ -8,7 +8,10 @@ class QWidget;
 
 namespace brindlehum {
 
+class DiskWork;
+
 // Returns any number of folders, none if the user cancels.
-std::vector<std::filesystem::path> chooseLibraryFolders(QWidget* parent, const std::filesystem::path& start);
+std::vector<std::filesystem::path> chooseLibraryFolders(QWidget* parent, const std::filesystem::path& start,
+                                                        DiskWork& disk);
 
 }  // namespace brindlehum

@@ -77,6 +77,7 @@ private:
     bool mayRemove(const std::string& root, bool losesWords);
     void addFileManagerBanners(std::vector<Banner>& banners);
     void addFitBanner(std::vector<Banner>& banners);
+    QString shownFolder();  // where dialogs start
     PlayerHeight::Room playerRoom() const;
     void fitPlayer();
     void restore();

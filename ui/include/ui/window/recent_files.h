@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <vector>
 
+#include "platform/disk_work.h"
 #include "settings/user_defaults.h"
 
 namespace brindlehum {
@@ -13,8 +14,8 @@ public:
     static constexpr const char* key = "ui.recentFiles";
     static constexpr size_t maxFiles = 12;
 
-    explicit RecentFiles(UserDefaults& defaults) : defaults_(defaults) {}
-    // The latest first. Files that don't exist now are left out.
+    RecentFiles(UserDefaults& defaults, DiskWork& disk) : defaults_(defaults), disk_(disk) {}
+    // The latest first. Files that don't exist now are left out, unless a disk doesn't answer.
     std::vector<std::filesystem::path> files() const;
     // Makes it the latest.
     void add(const std::filesystem::path& path);
@@ -22,6 +23,7 @@ public:
 
 private:
     UserDefaults& defaults_;
+    DiskWork& disk_;
 };
 
 }  // namespace brindlehum

@@ -1,0 +1,19 @@
+// Asks the disk before a dialog does.
+#include "ui/look/dialog_start.h"
+
+#include <QDir>
+
+#include "platform/disk_work.h"
+#include "ui/look/path_text.h"
+
+namespace brindlehum {
+
+QString dialogStart(const std::filesystem::path& folder, DiskWork& disk) {
+    const auto answer = disk.ask([folder] {
+        std::error_code error;
+        return std::filesystem::is_directory(folder, error);
+    });
+    return answer ? pathText(folder) : QDir::homePath();
+}
+
+}  // namespace brindlehum
