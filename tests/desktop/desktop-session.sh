@@ -7,6 +7,11 @@ mkdir -m 700 "$home"/{run,config,data,cache,state}
 export HOME=$home XDG_RUNTIME_DIR=$home/run XDG_CONFIG_HOME=$home/config XDG_DATA_HOME=$home/data
 export XDG_CACHE_HOME=$home/cache XDG_STATE_HOME=$home/state XDG_CURRENT_DESKTOP=X-Generic
 export LANG=C.UTF-8 GSETTINGS_BACKEND=memory
+# Nautilus loads a folder only when it has nothing to draw. On a busy machine without a graphics card its turning wheel
+# would keep it drawing for ever.
+mkdir "$XDG_CONFIG_HOME/gtk-4.0"
+printf '[Settings]\ngtk-enable-animations=0\n' >"$XDG_CONFIG_HOME/gtk-4.0/settings.ini"
+export GSK_RENDERER=cairo
 unset WAYLAND_DISPLAY DBUS_SESSION_BUS_ADDRESS AT_SPI_BUS_ADDRESS
 
 exec {number}<> <(:)
