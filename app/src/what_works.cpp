@@ -9,6 +9,8 @@ using Display = DesktopFacts::Display;
 
 const char* const x11Session = "Log in to an X11 session, as “GNOME on Xorg” or “Plasma (X11)”.";
 const char* const noDisplay = "Start Brindlehum on a desktop.";
+const char* const accessibility =
+    "Switch it on by the button in Brindlehum's main window, or first: sudo apt install at-spi2-core";
 
 WorksRow soundServer(SoundServer server) {
     const std::string subject = "Sound server";
@@ -39,7 +41,7 @@ WorksRow selection(const DesktopFacts& facts) {
     }
     if (!facts.readsSelections) {
         return {subject, State::missing, "Accessibility is off, so what is selected in Files or Thunar isn't loaded.",
-                "Switch it on by the button in Brindlehum's main window, or first: sudo apt install at-spi2-core"};
+                accessibility};
     }
     if (facts.display == Display::wayland) {
         return {subject, State::partly, "What is selected in Files is loaded, and in Thunar it isn't.", x11Session};
@@ -62,6 +64,10 @@ WorksRow space(const DesktopFacts& facts) {
     if (facts.display == Display::wayland) {
         return {subject, State::partly, "Space plays in Files, in place of its preview, and not in Thunar.",
                 x11Session};
+    }
+    if (!facts.readsSelections) {
+        return {subject, State::missing, "Accessibility is off, so Space doesn't know what is selected.",
+                accessibility};
     }
     if (facts.isSpaceTaken) {
         return {subject, State::partly, "Another program has taken Space for itself, so it plays in Files alone.",

@@ -31,7 +31,7 @@ TEST(WhatWorks, EachMissingThingSpoilsItsRowsAndNamesWhatHelps) {
         {"no server", [](auto& f) { f.server = SoundServer::absent; }, "mwwwwwwwww", "apt install pipewire"},
         {"server hangs", [](auto& f) { f.server = SoundServer::silent; }, "mwwwwwwwww", "restart pipewire"},
         {"no tray", [](auto& f) { f.hasTray = false; }, "wmwwwwwwww", "appindicator"},
-        {"accessibility off", [](auto& f) { f.readsSelections = false; }, "wwmwwwwwww", "button"},
+        {"accessibility off", [](auto& f) { f.readsSelections = false; }, "wwmwmwwwww", "button"},
         {"Space taken", [](auto& f) { f.isSpaceTaken = true; }, "wwwwpwwwww", "shortcut"},
         {"Wayland",
          [](auto& f) {
