@@ -6,6 +6,7 @@
 #include "base/error.h"
 #include "platform/headless_audio.h"
 #include "platform/linux_audio.h"
+#include "support/pipewire/pipewire_client.h"
 #include "support/pipewire/private_pipewire.h"
 #include "support/pipewire/sink_recorder.h"
 #include "support/platform/manual_main_loop.h"
@@ -13,6 +14,7 @@
 namespace brindlehum {
 namespace {
 
+using test::PipeWireClient;
 using test::PrivatePipeWire;
 using test::SinkRecorder;
 using testing::ElementsAre;
@@ -140,6 +142,12 @@ TEST_F(PipeWireAudio, PauseReturnsOnlyWhenNoRenderRuns) {
         EXPECT_EQ(source_.rendered, after);
     }
     EXPECT_FALSE(source_.overlaps);
+    // At rest the server has nothing to wake it up for.
+    PipeWireClient client;
+    const std::lock_guard guard(client);
+    const std::string node = std::to_string(client.waitForNode("brindlehum"));
+    client.waitFor("the end of the links",
+                   [&] { return client.find(PW_TYPE_INTERFACE_Link, PW_KEY_LINK_OUTPUT_NODE, node).empty(); });
 }
 
 TEST_F(PipeWireAudio, OnlyStreamsThatFollowTheDefaultAreToldOfItsChange) {

@@ -111,9 +111,9 @@ void PipeWireStream::addPorts(std::vector<void*>& ports, size_t count, spa_direc
     }
 }
 
-// Links the ports as soon as the server has announced ours.
+// Links the ports of a stream that runs, as soon as the server has announced ours.
 void PipeWireStream::makeLinks() noexcept {
-    if (announced_ || !filter_) { return; }
+    if (announced_ || !filter_ || !running_) { return; }
     linkInputs();
     linkOutputs();
 }
@@ -186,6 +186,7 @@ void PipeWireStream::start() {
     cycles_.reset();
     running_ = true;
     pw_filter_set_active(filter_, true);
+    makeLinks();
     session_->beat(main_.now());
     beat_ = main_.every(beatSeconds, [this] { session_->beat(main_.now()); });
 }
@@ -195,7 +196,11 @@ void PipeWireStream::pause() {
     beat_.reset();
     const PipeWireLoop::Lock lock(session_->loop());
     session_->loop().waitForProcess();
-    if (!session_->isDead()) { pw_filter_set_active(filter_, false); }
+    if (session_->isDead()) { return; }
+    pw_filter_set_active(filter_, false);
+    // The server goes on waking up a filter that is linked, and keeps its device awake.
+    links_.clear();
+    inputLinks_.clear();
 }
 
 void PipeWireStream::graphChanged() noexcept {
