@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
-#include <cstring>
+#include <utility>
 
 #include "upmix_levels.h"
 #include "upmix_state.h"
@@ -31,12 +31,20 @@ ConstSpectrum transformed(mn_upmix& u, int32_t input) {
     return read(in.spectrum);
 }
 
-// The spectrum that an output collects, cleared when the hop touches it first.
-Spectrum collected(mn_upmix& u, int32_t output) {
+struct Collected {
+    Spectrum spectrum;
+    bool fresh;  // it holds the last hop's
+};
+
+// The spectrum that an output collects.
+Collected collected(mn_upmix& u, int32_t output) {
     UpmixOutput& out = u.out[size_t(output)];
-    if (!out.used) { clear(out.spectrum, u.bins); }
-    out.used = true;
-    return out.spectrum;
+    return {out.spectrum, !std::exchange(out.used, true)};
+}
+
+void addTo(mn_upmix& u, int32_t output, ConstSpectrum from, float gain) {
+    const Collected to = collected(u, output);
+    u.kernels->add(from, gain, to.spectrum, u.bins, to.fresh);
 }
 
 bool anyNonZero(const float* list, int32_t count) {
@@ -77,7 +85,9 @@ namespace {
 void spreadPair(mn_upmix& u, const mn_upmix_plan& plan, int32_t p) {
     for (int32_t i = 0; i < u.outs; ++i) {
         const Share share = shareOf(u, plan, p, i);
-        if (!isSilent(share)) { u.kernels->spread(u.split, share, collected(u, i), u.bins); }
+        if (isSilent(share)) { continue; }
+        const Collected to = collected(u, i);
+        u.kernels->spread(u.split, share, to.spectrum, u.bins, to.fresh);
     }
 }
 
@@ -89,16 +99,15 @@ void spreadExactly(mn_upmix& u, const mn_upmix_plan& plan, int32_t p, ConstSpect
         if (i == plan.own_l[p] || i == plan.own_r[p]) { continue; }
         const Share share = shareOf(u, plan, p, i);
         if (isSilent(share)) { continue; }
-        clear(u.spread, u.bins);
-        u.kernels->spread(u.split, share, u.spread, u.bins);
-        u.kernels->add(read(u.spread), 1, collected(u, i), u.bins);
-        u.kernels->add(read(u.spread), -plan.fold_l[int64_t(p) * u.outs + i], u.foldLeft, u.bins);
-        u.kernels->add(read(u.spread), -plan.fold_r[int64_t(p) * u.outs + i], u.foldRight, u.bins);
+        u.kernels->spread(u.split, share, u.spread, u.bins, true);
+        addTo(u, i, read(u.spread), 1);
+        u.kernels->add(read(u.spread), -plan.fold_l[int64_t(p) * u.outs + i], u.foldLeft, u.bins, false);
+        u.kernels->add(read(u.spread), -plan.fold_r[int64_t(p) * u.outs + i], u.foldRight, u.bins, false);
     }
-    u.kernels->add(left, 1, u.foldLeft, u.bins);
-    u.kernels->add(right, 1, u.foldRight, u.bins);
-    u.kernels->add(read(u.foldLeft), 1, collected(u, plan.own_l[p]), u.bins);
-    u.kernels->add(read(u.foldRight), 1, collected(u, plan.own_r[p]), u.bins);
+    u.kernels->add(left, 1, u.foldLeft, u.bins, false);
+    u.kernels->add(right, 1, u.foldRight, u.bins, false);
+    addTo(u, plan.own_l[p], read(u.foldLeft), 1);
+    addTo(u, plan.own_r[p], read(u.foldRight), 1);
 }
 
 bool isWhole(const mn_upmix& u, const mn_upmix_plan& plan, int32_t p) {
@@ -130,7 +139,7 @@ void route(mn_upmix& u, const mn_upmix_plan& plan) {
     for (int32_t r = 0; r < plan.routes; ++r) {
         if (!isInput(u, plan.route_in[r]) || !isOutput(u, plan.route_out[r])) { continue; }
         const ConstSpectrum in = transformed(u, plan.route_in[r]);
-        u.kernels->add(in, plan.route_gain[r], collected(u, plan.route_out[r]), u.bins);
+        addTo(u, plan.route_out[r], in, plan.route_gain[r]);
         if (u.measuresHop) { measureRoute(u, plan.route_out[r], in, plan.route_gain[r]); }
     }
 }
@@ -148,11 +157,10 @@ void sendBass(mn_upmix& u, const mn_upmix_plan& plan) {
     }
     const ConstSpectrum left = transformed(u, plan.pair_in[0]);
     const ConstSpectrum right = transformed(u, plan.pair_in[1]);
-    clear(u.spread, u.bins);
-    u.kernels->add(left, plan.lfe_gain, u.spread, u.bins);
-    u.kernels->add(right, plan.lfe_gain, u.spread, u.bins);
+    u.kernels->add(left, plan.lfe_gain, u.spread, u.bins, true);
+    u.kernels->add(right, plan.lfe_gain, u.spread, u.bins, false);
     u.kernels->scale(u.spread, plan.lfe_lp, u.bins);
-    u.kernels->add(read(u.spread), 1, collected(u, plan.lfe_out), u.bins);
+    addTo(u, plan.lfe_out, read(u.spread), 1);
     if (u.measuresHop) { measureRoute(u, plan.lfe_out, read(u.spread), 1); }
 }
 

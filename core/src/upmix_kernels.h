@@ -47,15 +47,16 @@ struct UpmixKernels {
     // The pan angle and direct share from smoothed powers, and both parts of the spectra. `bias` a bin.
     void (*split)(ConstSpectrum left, ConstSpectrum right, PairPowers smoothed, const float* bias, float kappa,
                   int32_t panSteps, Split out, int32_t bins);
-    // Adds an output's share to its spectrum.
-    void (*spread)(const Split& split, const Share& share, Spectrum out, int32_t bins);
+    // Adds an output's share, which has some part, to its spectrum; writes it over a `fresh` one, which holds nothing
+    // yet.
+    void (*spread)(const Split& split, const Share& share, Spectrum out, int32_t bins, bool fresh);
     // A + i B over all `size` bins, for mn_fft_pair_inverse; a null B is 0. What A and B say of the imaginary parts at
     // 0 Hz and at the Nyquist frequency is left out.
     void (*join)(ConstSpectrum a, ConstSpectrum b, Spectrum out, int32_t size);
     // Overlap-add: moves `sum` down by `hop` and adds window x time; `sum` and `time` hold `size` samples.
     void (*overlap)(const float* time, const float* window, float* sum, int32_t size, int32_t hop);
-    // Adds gain x from.
-    void (*add)(ConstSpectrum from, float gain, Spectrum to, int32_t bins);
+    // Adds gain x from; writes it over a fresh spectrum.
+    void (*add)(ConstSpectrum from, float gain, Spectrum to, int32_t bins, bool fresh);
     // Multiplies by a gain a bin.
     void (*scale)(Spectrum spectrum, const float* gains, int32_t bins);
 };

@@ -35,12 +35,12 @@ void finishOwners(mn_upmix& u, const mn_upmix_plan& plan, int32_t p, Part part, 
     if (part == Part::direct) {
         Share share{};
         share.own = u.split.cosine;
-        u.kernels->spread(u.split, share, u.foldLeft, u.bins);
+        u.kernels->spread(u.split, share, u.foldLeft, u.bins, false);
         share.own = u.split.sine;
-        u.kernels->spread(u.split, share, u.foldRight, u.bins);
+        u.kernels->spread(u.split, share, u.foldRight, u.bins, false);
     } else {
-        u.kernels->add(read(u.split.ambLeft), 1, u.foldLeft, u.bins);
-        u.kernels->add(read(u.split.ambRight), 1, u.foldRight, u.bins);
+        u.kernels->add(read(u.split.ambLeft), 1, u.foldLeft, u.bins, false);
+        u.kernels->add(read(u.split.ambRight), 1, u.foldRight, u.bins, false);
     }
     powers[plan.own_l[p]] += power(read(u.foldLeft), u.bins);
     powers[plan.own_r[p]] += power(read(u.foldRight), u.bins);
@@ -56,12 +56,11 @@ void measurePart(mn_upmix& u, const mn_upmix_plan& plan, int32_t p, Part part, f
         if (exact && (i == plan.own_l[p] || i == plan.own_r[p])) { continue; }
         const Share share = only(part, shareOf(u, plan, p, i));
         if (isSilent(share)) { continue; }
-        clear(u.spread, u.bins);
-        u.kernels->spread(u.split, share, u.spread, u.bins);
+        u.kernels->spread(u.split, share, u.spread, u.bins, true);
         powers[i] += power(read(u.spread), u.bins);
         if (!exact) { continue; }
-        u.kernels->add(read(u.spread), -plan.fold_l[int64_t(p) * u.outs + i], u.foldLeft, u.bins);
-        u.kernels->add(read(u.spread), -plan.fold_r[int64_t(p) * u.outs + i], u.foldRight, u.bins);
+        u.kernels->add(read(u.spread), -plan.fold_l[int64_t(p) * u.outs + i], u.foldLeft, u.bins, false);
+        u.kernels->add(read(u.spread), -plan.fold_r[int64_t(p) * u.outs + i], u.foldRight, u.bins, false);
     }
     if (exact) { finishOwners(u, plan, p, part, powers); }
 }

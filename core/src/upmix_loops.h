@@ -119,26 +119,33 @@ void split(ConstSpectrum left, ConstSpectrum right, PairPowers smoothed, const f
     takeApart(left.im, right.im, out, out.direct.im, out.ambLeft.im, out.ambRight.im, bins);
 }
 
+template <bool Fresh>
+void put(float value, float& to) {
+    to = Fresh ? value : to + value;
+}
+
+template <bool Fresh>
 void addPanned(const Split& in, const float* pans, Spectrum out, int32_t bins) {
     BRINDLEHUM_APART
     for (int32_t k = 0; k < bins; ++k) {
         const float low = pans[in.step[k]];
         const float gain = low + in.part[k] * (pans[in.step[k] + 1] - low);
-        out.re[k] += gain * in.direct.re[k];
-        out.im[k] += gain * in.direct.im[k];
+        put<Fresh>(gain * in.direct.re[k], out.re[k]);
+        put<Fresh>(gain * in.direct.im[k], out.im[k]);
     }
 }
 
+template <bool Fresh>
 void addOwn(const Split& in, const float* gain, Spectrum out, int32_t bins) {
     BRINDLEHUM_APART
     for (int32_t k = 0; k < bins; ++k) {
-        out.re[k] += gain[k] * in.direct.re[k];
-        out.im[k] += gain[k] * in.direct.im[k];
+        put<Fresh>(gain[k] * in.direct.re[k], out.re[k]);
+        put<Fresh>(gain[k] * in.direct.im[k], out.im[k]);
     }
 }
 
 // The ambience's curve and turn are templates, so that a plan without them reads nothing for them.
-template <bool Curved, bool Turned>
+template <bool Fresh, bool Curved, bool Turned>
 void addAmbience(const Split& in, const Share& share, Spectrum out, int32_t bins) {
     const float left = share.ambLeft;
     const float right = share.ambRight;
@@ -155,22 +162,29 @@ void addAmbience(const Split& in, const Share& share, Spectrum out, int32_t bins
             im = re * share.turn.im[k] + im * share.turn.re[k];
             re = turned;
         }
-        out.re[k] += re;
-        out.im[k] += im;
+        put<Fresh>(re, out.re[k]);
+        put<Fresh>(im, out.im[k]);
     }
 }
 
-void spread(const Split& split, const Share& share, Spectrum out, int32_t bins) {
+template <bool Fresh>
+auto ambienceLoop(bool curved, bool turned) {
+    return curved ? (turned ? addAmbience<Fresh, true, true> : addAmbience<Fresh, true, false>)
+                  : (turned ? addAmbience<Fresh, false, true> : addAmbience<Fresh, false, false>);
+}
+
+void spread(const Split& split, const Share& share, Spectrum out, int32_t bins, bool fresh) {
     if (share.own != nullptr) {
-        addOwn(split, share.own, out, bins);
+        (fresh ? addOwn<true> : addOwn<false>)(split, share.own, out, bins);
+        fresh = false;
     } else if (share.pans != nullptr) {
-        addPanned(split, share.pans, out, bins);
+        (fresh ? addPanned<true> : addPanned<false>)(split, share.pans, out, bins);
+        fresh = false;
     }
     if (share.ambLeft == 0 && share.ambRight == 0) { return; }
     const bool curved = share.curve != nullptr;
     const bool turned = share.turn.re != nullptr && share.turn.im != nullptr;
-    const auto add = curved ? (turned ? addAmbience<true, true> : addAmbience<true, false>)
-                            : (turned ? addAmbience<false, true> : addAmbience<false, false>);
+    const auto add = fresh ? ambienceLoop<true>(curved, turned) : ambienceLoop<false>(curved, turned);
     add(split, share, out, bins);
 }
 
@@ -218,12 +232,17 @@ void overlap(const float* time, const float* window, float* sum, int32_t size, i
     }
 }
 
-void add(ConstSpectrum from, float gain, Spectrum to, int32_t bins) {
+template <bool Fresh>
+void addScaled(ConstSpectrum from, float gain, Spectrum to, int32_t bins) {
     BRINDLEHUM_APART
     for (int32_t k = 0; k < bins; ++k) {
-        to.re[k] += gain * from.re[k];
-        to.im[k] += gain * from.im[k];
+        put<Fresh>(gain * from.re[k], to.re[k]);
+        put<Fresh>(gain * from.im[k], to.im[k]);
     }
+}
+
+void add(ConstSpectrum from, float gain, Spectrum to, int32_t bins, bool fresh) {
+    (fresh ? addScaled<true> : addScaled<false>)(from, gain, to, bins);
 }
 
 void scale(Spectrum spectrum, const float* gains, int32_t bins) {

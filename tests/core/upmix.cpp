@@ -130,7 +130,7 @@ TEST(Upmix, TheLoopsReturnTheSameBitsOnEveryProcessor) {
     const UpmixKernels* fast = avx2UpmixKernels();
     if (fast == nullptr) { GTEST_SKIP() << "this processor has no AVX2"; }
     const UpmixKernels& plain = plainUpmixKernels();
-    const auto results = [](const UpmixKernels& kernels) {
+    const auto results = [](const UpmixKernels& kernels, bool fresh) {
         alignas(64) static float lists[24][size + 16];
         alignas(64) static int32_t step[size];
         const auto numbers = test::noise(sizeof(lists) / sizeof(float), 77);
@@ -145,14 +145,14 @@ TEST(Upmix, TheLoopsReturnTheSameBitsOnEveryProcessor) {
         std::ranges::fill(lists[7], 0.4F);
         const Split split{lists[8], lists[9], step, lists[10], lists[11], spectrum(12), spectrum(14), spectrum(16)};
         kernels.split(read(0), read(2), powers, lists[7], 1.5F, 65, split, bins);
-        kernels.spread(split, {lists[18], nullptr, 0.4F, 0.6F, lists[19], read(2)}, spectrum(20), bins);
+        kernels.spread(split, {lists[18], nullptr, 0.4F, 0.6F, lists[19], read(2)}, spectrum(20), bins, fresh);
         kernels.join(read(20), read(14), {lists[22], lists[23]}, size);
         kernels.overlap(lists[22], lists[23], lists[0], size, size / 4);
-        kernels.add(read(12), 0.3F, spectrum(14), bins);
+        kernels.add(read(12), 0.3F, spectrum(14), bins, fresh);
         kernels.scale(spectrum(16), lists[9], bins);
         return std::vector<float>(&lists[0][0], &lists[0][0] + numbers.size());
     };
-    EXPECT_EQ(results(plain), results(*fast));
+    for (const bool fresh : {false, true}) { EXPECT_EQ(results(plain, fresh), results(*fast, fresh)); }
 }
 
 // Measuring reads what the sound is made of, and leaves it alone.

@@ -232,7 +232,8 @@ void RenderContext::measure(int32_t n) noexcept {
     for (int32_t c = 0; c < deviceChannels_; ++c) {
         const float* plane = dev_[size_t(c)];
         if (plane == nullptr) { continue; }
-        mn_peaks_raise(peaks_, c, largestMagnitude(plane, n));
+        magnitudes_[size_t(c)] = largestMagnitude(plane, n);
+        mn_peaks_raise(peaks_, c, magnitudes_[size_t(c)]);
     }
 }
 

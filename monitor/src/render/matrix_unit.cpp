@@ -32,7 +32,7 @@ int32_t MatrixUnit::render(uint32_t frames, const DeviceBuffers& buffers) noexce
     const double step = (audible ? 1 / riseSeconds : -1 / fallSeconds) / sampleRate_;
     for (int32_t c = 0; c < buffers.channels; ++c) {
         float* const plane = buffers.planes[c];
-        if (plane != nullptr) { guard(plane, n); }
+        if (plane != nullptr && c < RenderContext::maxDeviceChannels && n > 0) { guard(c, plane, n); }
         align_.process(c, plane, n);
         if (plane == nullptr) { continue; }
         if (audible && level_ == 1) { continue; }
@@ -62,8 +62,8 @@ void MatrixUnit::measureInputs(const DeviceBuffers& buffers, int32_t frames) noe
 }
 
 // A bus that sends what isn't a number is muted for the block: loudspeakers don't forgive.
-void MatrixUnit::guard(float* plane, int32_t frames) noexcept {
-    if (std::isfinite(largestMagnitude(plane, frames))) { return; }
+void MatrixUnit::guard(int channel, float* plane, int32_t frames) noexcept {
+    if (std::isfinite(context_.magnitude(channel))) { return; }
     std::fill_n(plane, frames, 0.0F);
     faults_.fetch_add(1, std::memory_order_relaxed);
 }

@@ -38,6 +38,9 @@ public:
 
     // Device's render thread: never allocates, locks, logs or throws. Frames beyond `blockFrames` stay silent.
     int32_t render(uint32_t frames, const DeviceBuffers& buffers) noexcept override;
+    // What the device's channel (0 to maxDeviceChannels - 1) got at most in the last block that had frames; not finite
+    // when a sample wasn't. Render thread.
+    float magnitude(int channel) const noexcept { return magnitudes_[size_t(channel)]; }
     // While the next configuration's upmix hears the running sound.
     bool holdsReplaced() const noexcept override { return prepared_ != nullptr; }
 
@@ -94,6 +97,7 @@ private:
     const Feed feed_;
 
     // All members below belong to the render thread.
+    std::array<float, maxDeviceChannels> magnitudes_{};  // by channel of the device
     int blockFrames_;
     ConfigMixer mixer_;
     ConfigMixer::Input block_;  // of this block, while it has one

@@ -56,7 +56,7 @@ public:
 private:
     void measureInputs(const DeviceBuffers& buffers, int32_t frames) noexcept;
     bool isSettled(const DeviceBuffers& buffers, int32_t frames) noexcept;
-    void guard(float* plane, int32_t frames) noexcept;
+    void guard(int channel, float* plane, int32_t frames) noexcept;
 
     RenderContext context_;
     BusTap tap_;
