@@ -216,7 +216,7 @@ void measureRest(Desk& desk) {
     other.start("xmessage", {"another program"});
     if (!until([&] { return !desk.app.finder().finderActive(); })) { return; }
     desk.app.player().stopAndReturn();
-    until([] { return false; }, 3);
+    until([] { return false; }, PlaybackEngine::idleDelay + 1);  // its stream is kept warm, and looked after, that long
     const long before = wakeUps();
     const std::clock_t busy = std::clock();
     QEventLoop rest;

@@ -274,5 +274,16 @@ TEST(StartArguments, AreOptionsFilesAddressesAndFolders) {
     }
 }
 
+TEST_F(App, NoTimerRunsAtRestBeforeAndAfterASoundWasHeard) {
+    loop_.advance(30);
+    EXPECT_EQ(loop_.timers(), 0);
+    app_.player().load(file("a.wav"), true);
+    settle();
+    EXPECT_GT(loop_.timers(), 0);
+    app_.player().stopAndReturn();
+    loop_.advance(30);
+    EXPECT_EQ(loop_.timers(), 0);
+}
+
 }  // namespace
 }  // namespace brindlehum

@@ -50,7 +50,8 @@ LibraryRoots::LibraryRoots(SettingsStore& settings, MainLoop& loop, Catalog* cat
       edits_(edits),
       questions_(loop, "Brindlehum.ask"),
       disk_(loop, "Brindlehum.root") {
-    pullTimer_ = loop_.every(pullSeconds, [this] { pull(); });
+    connect(&settings, &SettingsStore::changed, this, &LibraryRoots::pullWhileThereAreRoots);
+    pullWhileThereAreRoots();
 }
 
 LibraryRoots::~LibraryRoots() {
@@ -199,6 +200,14 @@ void LibraryRoots::scanEnded(const std::string& root, const LibraryScanner::Resu
 std::vector<std::string> LibraryRoots::pulledAmong(std::vector<std::string> roots) const {
     std::erase_if(roots, [this](const std::string& root) { return !scanned_.contains(root); });
     return roots;
+}
+
+void LibraryRoots::pullWhileThereAreRoots() {
+    if (settings_.value().libraryRoots.empty()) {
+        pullTimer_.reset();
+    } else if (!pullTimer_) {
+        pullTimer_ = loop_.every(pullSeconds, [this] { pull(); });
+    }
 }
 
 void LibraryRoots::pull() {

@@ -62,6 +62,10 @@ public:
         }
         now_ = target;
     }
+    // Timers that are yet to run.
+    ptrdiff_t timers() const {
+        return std::ranges::count_if(timers_, [](const auto& entry) { return !entry->cancelled; });
+    }
     // Runs posted jobs as other threads bring them until `done` holds; the clock stands. False when it still
     // doesn't after `patience` seconds of real time.
     bool runUntil(const std::function<bool()>& done, double patience = 20) {

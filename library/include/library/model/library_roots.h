@@ -73,6 +73,7 @@ private:
     };
     LibraryScanner::Result scan(const std::string& root, const std::vector<std::string>& others,
                                 const Background::Task& task);
+    void pullWhileThereAreRoots();
     std::vector<std::string> pulledAmong(std::vector<std::string> roots) const;
     void scanEnded(const std::string& root, const LibraryScanner::Result& result);
     void removeRows(const std::string& root);
