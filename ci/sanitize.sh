@@ -13,8 +13,6 @@ asan)
     ctest --preset asan
     ;;
 tsan)
-    ci/install-packages.sh grab
-    cmake --preset tsan -DBRINDLEHUM_DESKTOP_TESTS=ON >/dev/null
     ci/build.sh tsan test_core test_dsp test_audio test_platform test_settings test_mix test_edits test_editor test_library \
         test_monitor test_key_grab
     # What crosses threads: rings and cells, readers, queues, stored settings, engine and player, the batch, catalog,

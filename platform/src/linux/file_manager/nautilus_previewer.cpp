@@ -15,7 +15,6 @@ const auto objectPath = QStringLiteral("/org/gnome/NautilusPreviewer");
 const auto showInterface = QStringLiteral("org.gnome.NautilusPreviewer2");
 const auto bus = QStringLiteral("org.freedesktop.DBus");
 
-constexpr int holdPeriodMs = 15;      // between looks whether Space is still down
 constexpr int repeatPeriodMs = 100;   // no second press of a hand comes sooner
 constexpr int passTimeoutMs = 20000;  // a previewer has to be started
 
@@ -29,10 +28,10 @@ std::filesystem::path pathOf(const QString& uri) {
 }  // namespace
 
 NautilusPreviewer::NautilusPreviewer(std::function<bool()> isSpaceDown) : isSpaceDown_(std::move(isSpaceDown)) {
-    hold_.setInterval(holdPeriodMs);
-    connect(&hold_, &QTimer::timeout, this, [this] {
-        isHeld_ = isSpaceDown_ && isSpaceDown_();
-        if (!isHeld_) { hold_.stop(); }
+    clock_.start();
+    looks_.setInterval(int(1000 * HeldSpace::lookSeconds));
+    connect(&looks_, &QTimer::timeout, this, [this] {
+        if (!held_.look(seconds(), isSpaceDown_())) { looks_.stop(); }
     });
 }
 
@@ -115,11 +114,13 @@ void NautilusPreviewer::show(const QDBusMessage& message) {
 }
 
 bool NautilusPreviewer::isRepeat() {
-    const bool repeat = isHeld_ || (sinceLast_.isValid() && sinceLast_.elapsed() < repeatPeriodMs);
-    sinceLast_.start();
-    isHeld_ = true;
-    if (!hold_.isActive()) { hold_.start(); }
-    return repeat;
+    if (!isSpaceDown_) { return clock_.restart() < repeatPeriodMs; }
+    if (!looks_.isActive()) { looks_.start(); }
+    return held_.isRepeat(seconds(), isSpaceDown_());
+}
+
+double NautilusPreviewer::seconds() const {
+    return double(clock_.nsecsElapsed()) / 1e9;
 }
 
 // The name is let go before the request is sent again, so that the bus starts its usual owner.

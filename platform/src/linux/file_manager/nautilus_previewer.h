@@ -6,6 +6,7 @@
 #include <QTimer>
 #include <functional>
 
+#include "held_space.h"
 #include "platform/file_previewer.h"
 
 namespace brindlehum {
@@ -35,15 +36,16 @@ private:
     void show(const QDBusMessage& message);
     void passOn(const QDBusMessage& message);
     bool isRepeat();
+    double seconds() const;
 
     std::function<bool()> isSpaceDown_;
     Heard heard_;
     bool isOffered_ = false;
     bool isOwned_ = false;
     bool isPassing_ = false;  // the desktop's previewer is being started
-    bool isHeld_ = false;
-    QTimer hold_;
-    QElapsedTimer sinceLast_;
+    HeldSpace held_;
+    QTimer looks_;
+    QElapsedTimer clock_;  // of `held_`; without `isSpaceDown_` since the last request
 };
 
 }  // namespace brindlehum
