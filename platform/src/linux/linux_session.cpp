@@ -63,13 +63,14 @@ void LinuxFileManager::reveal(const std::vector<std::filesystem::path>& items) {
 }
 
 LinuxSession::LinuxSession(MainLoop& loop) {
-    std::function<bool()> isSpaceDown;
+    std::optional<NautilusPreviewer::SpaceKey> space;
     const bool isWayland = !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
     applications_ = std::make_unique<NoKeys>(isWayland ? KeyAccess::wayland : KeyAccess::noDisplay);
     if (!isWayland) {
         auto windows = std::make_unique<X11Windows>();
         if (windows->isConnected()) {
-            isSpaceDown = [&screen = *windows] { return screen.isSpaceDown(); };
+            space = {[&screen = *windows] { return screen.isSpaceDown(); },
+                     [&screen = *windows] { return screen.keyRepeatDelay(); }};
             isComposited_ = [&screen = *windows] { return screen.isComposited(); };
             applications_ = std::make_unique<X11Applications>(*windows, loop);
             watch_ = std::make_unique<LinuxFileManagerWatch>(std::move(windows));
@@ -79,7 +80,7 @@ LinuxSession::LinuxSession(MainLoop& loop) {
         watch_ = std::make_unique<LinuxFileManagerWatch>(std::make_unique<WaylandFront>());
     }
     if (QDBusConnection::sessionBus().isConnected()) {
-        previewer_ = std::make_unique<NautilusPreviewer>(std::move(isSpaceDown));
+        previewer_ = std::make_unique<NautilusPreviewer>(std::move(space));
     }
 }
 

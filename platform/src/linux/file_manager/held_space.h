@@ -4,24 +4,27 @@
 
 namespace brindlehum {
 
-// Times in seconds, on any clock. Between requests the key is looked at every lookSeconds until it is up.
+// Times in seconds, on any clock. After a request the key is looked at every lookSeconds until it is up.
 class HeldSpace {
 public:
     static constexpr double lookSeconds = 0.015;
 
-    // A request that came now, while the key is down or not. True if it is a repeat.
-    bool isRepeat(double now, bool isDown) {
+    // A request that came now, while the key is down or not, from a keyboard that repeats after `delay`. True if it is
+    // a repeat.
+    bool isRepeat(double now, bool isDown, double delay) {
         const double since = now - lastRequest_;
         lastRequest_ = now;
         const bool cameAtOnce = since < atOnce;  // as requests do that a busy file manager has kept back
         const bool cameUnseen = !isLookedAt_ && isDown;
+        const bool mayBe = now - seenUp_ > delay && (isHeld_ || cameAtOnce || cameUnseen);
         const bool isLate = wasRepeat_ && since < repeatPeriod && now - up_ < lateness;
-        wasRepeat_ = isHeld_ || cameAtOnce || cameUnseen || isLate;
+        wasRepeat_ = mayBe || isLate;
         isLookedAt_ = false;
         return wasRepeat_;
     }
     // True while it has to be looked at again.
     bool look(double now, bool isDown) {
+        if (!isDown) { seenUp_ = now; }
         if (isHeld_ && !isDown) { up_ = now; }
         isLookedAt_ = true;
         return isHeld_ = isDown;
@@ -33,8 +36,9 @@ private:
     static constexpr double lateness = 0.25;     // of a request after the key
 
     double lastRequest_ = -1e9;
-    double up_ = -1e9;
-    bool isHeld_ = false;
+    double seenUp_ = -1e9;
+    double up_ = -1e9;        // the end of a stroke that a look saw
+    bool isHeld_ = false;     // at the last look
     bool isLookedAt_ = true;  // since the last request
     bool wasRepeat_ = false;
 };

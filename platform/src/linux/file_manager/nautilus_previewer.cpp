@@ -27,11 +27,11 @@ std::filesystem::path pathOf(const QString& uri) {
 
 }  // namespace
 
-NautilusPreviewer::NautilusPreviewer(std::function<bool()> isSpaceDown) : isSpaceDown_(std::move(isSpaceDown)) {
+NautilusPreviewer::NautilusPreviewer(std::optional<SpaceKey> key) : key_(std::move(key)) {
     clock_.start();
     looks_.setInterval(int(1000 * HeldSpace::lookSeconds));
     connect(&looks_, &QTimer::timeout, this, [this] {
-        if (!held_.look(seconds(), isSpaceDown_())) { looks_.stop(); }
+        if (!held_.look(seconds(), key_->isDown())) { looks_.stop(); }
     });
 }
 
@@ -114,9 +114,9 @@ void NautilusPreviewer::show(const QDBusMessage& message) {
 }
 
 bool NautilusPreviewer::isRepeat() {
-    if (!isSpaceDown_) { return clock_.restart() < repeatPeriodMs; }
+    if (!key_) { return clock_.restart() < repeatPeriodMs; }
     if (!looks_.isActive()) { looks_.start(); }
-    return held_.isRepeat(seconds(), isSpaceDown_());
+    return held_.isRepeat(seconds(), key_->isDown(), key_->repeatDelay());
 }
 
 double NautilusPreviewer::seconds() const {

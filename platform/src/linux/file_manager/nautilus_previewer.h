@@ -5,6 +5,7 @@
 #include <QElapsedTimer>
 #include <QTimer>
 #include <functional>
+#include <optional>
 
 #include "held_space.h"
 #include "platform/file_previewer.h"
@@ -16,8 +17,13 @@ namespace brindlehum {
 class NautilusPreviewer : public QDBusVirtualObject, public FilePreviewer {
     Q_OBJECT
 public:
-    // `isSpaceDown` tells a held key from a second press; without it, requests in close succession count as repeats.
-    explicit NautilusPreviewer(std::function<bool()> isSpaceDown);
+    // What tells a held key from a second press.
+    struct SpaceKey {
+        std::function<bool()> isDown;
+        std::function<double()> repeatDelay;  // seconds until a held key repeats
+    };
+    // Without a key, requests in close succession count as repeats.
+    explicit NautilusPreviewer(std::optional<SpaceKey> key);
     void start(Heard heard) override;
     void setOffered(bool offered) override;
     bool isOwned() const override { return isOwned_; }
@@ -38,14 +44,14 @@ private:
     bool isRepeat();
     double seconds() const;
 
-    std::function<bool()> isSpaceDown_;
+    std::optional<SpaceKey> key_;
     Heard heard_;
     bool isOffered_ = false;
     bool isOwned_ = false;
     bool isPassing_ = false;  // the desktop's previewer is being started
     HeldSpace held_;
     QTimer looks_;
-    QElapsedTimer clock_;  // of `held_`; without `isSpaceDown_` since the last request
+    QElapsedTimer clock_;  // of `held_`; without `key_` since the last request
 };
 
 }  // namespace brindlehum

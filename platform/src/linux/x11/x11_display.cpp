@@ -4,6 +4,10 @@
 #include <algorithm>
 #include <cstring>
 
+#define explicit explicit_  // a field's name in this C header
+#include <xcb/xkb.h>
+#undef explicit
+
 namespace brindlehum {
 
 X11Display::X11Display() {
@@ -73,6 +77,15 @@ bool X11Display::isDown(xcb_keycode_t key) const {
     const XReply<xcb_query_keymap_reply_t> reply(
         xcb_query_keymap_reply(connection_, xcb_query_keymap(connection_), nullptr));
     return reply && (reply->keys[key / 8] >> (key % 8) & 1) != 0;
+}
+
+double X11Display::keyRepeatDelay() const {
+    constexpr double usual = 0.5;
+    const auto use = xcb_xkb_use_extension(connection_, 1, 0);
+    const auto controls = xcb_xkb_get_controls(connection_, XCB_XKB_ID_USE_CORE_KBD);
+    const XReply<xcb_xkb_use_extension_reply_t> used(xcb_xkb_use_extension_reply(connection_, use, nullptr));
+    const XReply<xcb_xkb_get_controls_reply_t> reply(xcb_xkb_get_controls_reply(connection_, controls, nullptr));
+    return used && reply ? reply->repeatDelay / 1000.0 : usual;
 }
 
 }  // namespace brindlehum

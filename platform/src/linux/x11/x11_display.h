@@ -39,6 +39,7 @@ public:
     // The key that gives a blank, 0 if there is none.
     xcb_keycode_t spaceKey() const;
     bool isDown(xcb_keycode_t key) const;
+    double keyRepeatDelay() const;  // seconds until a held key repeats
 
 private:
     XReply<xcb_get_property_reply_t> property(xcb_get_property_cookie_t cookie) const;

@@ -49,6 +49,11 @@ bool X11Windows::isSpaceDown() {
     return display_.isDown(display_.spaceKey());
 }
 
+double X11Windows::keyRepeatDelay() {
+    readSoon_.start();
+    return display_.keyRepeatDelay();
+}
+
 // Its owner says so (Extended Window Manager Hints).
 bool X11Windows::isComposited() {
     readSoon_.start();

@@ -21,6 +21,7 @@ public:
     bool isConnected() const { return display_.isConnected(); }
     // Now.
     bool isSpaceDown();
+    double keyRepeatDelay();  // seconds until a held key repeats
     // Whether a compositing manager blends windows, now.
     bool isComposited();
     // All that the window manager manages, topmost first, now.
