@@ -141,7 +141,7 @@ TEST_F(DAWKeys, KeyBehindAnotherWindowIsPressedAndTheFocusGoesBack) {
 }
 
 TEST_F(DAWKeys, KeyboardHeldByAnotherProgramGetsNothing) {
-    ASSERT_TRUE(other_.seizeKeyboard());
+    ASSERT_TRUE(until([&] { return other_.seizeKeyboard(); }));  // once its window is on the screen
     // What waits behind a key that failed fails with it: it mustn't come seconds later, out of the blue.
     constexpr int sends = 10;
     int failed = 0;
