@@ -15,7 +15,8 @@ export GSK_RENDERER=cairo
 unset WAYLAND_DISPLAY DBUS_SESSION_BUS_ADDRESS AT_SPI_BUS_ADDRESS
 
 exec {number}<> <(:)
-Xvfb -displayfd "$number" -screen 0 1280x900x24 -nolisten tcp >/dev/null 2>&1 &
+# Without -noreset the end of its only client would throw out those that are just coming.
+Xvfb -noreset -displayfd "$number" -screen 0 1280x900x24 -nolisten tcp >/dev/null 2>&1 &
 server=$!
 # Services of the bus may still write while the folder goes.
 trap 'kill $server 2>/dev/null; wait $server 2>/dev/null || true; rm -rf "$home" 2>/dev/null || rm -rf "$home" || true' EXIT
@@ -29,6 +30,7 @@ dbus-run-session -- bash -c '
         xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 0x && break
         sleep 0.05
     done
+    kill -0 $manager || { echo "openbox did not start" >&3; exit 1; }
     code=0
     "$@" >&3 2>&1 || code=$?
     kill $manager
