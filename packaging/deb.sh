@@ -5,6 +5,7 @@ set -euo pipefail
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 root=$(dirname "$here")
 build=$(realpath "${1:-$root/build/release}")
+[ -f "$build/CMakeCache.txt" ] || { echo "Nothing is built there yet: ci/build.sh release" >&2; exit 1; }
 mkdir -p "${2:-$root/build/package}"
 out=$(realpath "${2:-$root/build/package}")
 
