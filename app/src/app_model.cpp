@@ -87,7 +87,7 @@ void AppModel::start(uint16_t controlPort) {
 }
 
 void AppModel::open(const StartRequest& request) {
-    const bool isFolder = !request.files.empty() && this->isFolder(request.files.front()).value_or(false);
+    const bool isFolder = !request.files.empty() && disk_.isFolder(request.files.front()).value_or(false);
     const bool edits = request.aim == StartAim::edit && !request.files.empty() && !isFolder;
     if (request.aim == StartAim::tempEdits) {
         makeTempEdits(request.files);
@@ -100,13 +100,6 @@ void AppModel::open(const StartRequest& request) {
     }
     if (!request.problems.empty()) { player_.message().fail(request.problems.front()); }
     if (!edits && request.aim != StartAim::stayQuiet) { openWindow("main"); }
-}
-
-std::optional<bool> AppModel::isFolder(const std::filesystem::path& path) {
-    return disk_.ask([path] {
-        std::error_code error;
-        return std::filesystem::is_directory(path, error);
-    });
 }
 
 void AppModel::useHRTFSet() {

@@ -14,6 +14,13 @@ Background& DiskWork::queue() {
     return (found == threads_.end() ? idle() : **found).work;
 }
 
+std::optional<bool> DiskWork::isFolder(const std::filesystem::path& path) {
+    return ask([path] {
+        std::error_code error;
+        return std::filesystem::is_directory(path, error);
+    });
+}
+
 void DiskWork::dropWaiting() {
     for (const auto& thread : threads_) { thread->work.dropWaiting(); }
 }

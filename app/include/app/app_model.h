@@ -100,8 +100,6 @@ public:
     DAWControl& daw() { return daw_; }
     MainLoop& loop() { return platform_.loop; }
     DiskWork& disk() { return disk_; }
-    // Empty if the disk doesn't answer.
-    std::optional<bool> isFolder(const std::filesystem::path& path);
     FinderTracker& finder() { return finder_; }
     const KeyTap& keyTap() const { return keyTap_; }
 

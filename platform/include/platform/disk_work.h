@@ -2,6 +2,7 @@
 #pragma once
 
 #include <chrono>
+#include <filesystem>
 #include <future>
 #include <memory>
 #include <optional>
@@ -31,6 +32,8 @@ public:
         idle().work.run([promise, question = std::move(question)]() mutable { promise->set_value(question()); }, [] {});
         return answer.wait_for(moment) == std::future_status::ready ? std::optional(answer.get()) : std::nullopt;
     }
+    // By ask().
+    std::optional<bool> isFolder(const std::filesystem::path& path);
     // As those of Background, for all threads.
     void dropWaiting();
     int pending() const;

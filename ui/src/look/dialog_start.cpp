@@ -9,11 +9,8 @@
 namespace brindlehum {
 
 QString dialogStart(const std::filesystem::path& folder, DiskWork& disk) {
-    const auto answer = disk.ask([folder] {
-        std::error_code error;
-        return std::filesystem::is_directory(folder, error);
-    });
-    return answer ? pathText(folder) : QDir::homePath();
+    const bool answers = disk.isFolder(folder).has_value();
+    return answers ? pathText(folder) : QDir::homePath();
 }
 
 }  // namespace brindlehum

@@ -357,7 +357,7 @@ void MainWindow::addFitBanner(std::vector<Banner>& banners) {
 
 void MainWindow::openPath(const fs::path& path) {
     const bool isSound = AudioFileInfo::isAudioPath(path);
-    if (model_.isFolder(path).value_or(!isSound)) {
+    if (model_.disk().isFolder(path).value_or(!isSound)) {
         browser_->chosen().openFolder(path);
     } else if (isSound) {
         browser_->chosen().open(path);
