@@ -60,6 +60,7 @@ TEST_P(FileManagerKeys, SpacePlaysAndStopsASoundAndReachesThemForAllElse) {
     EXPECT_FALSE(desk.isPlaying());
     ASSERT_TRUE(desk.choose(folder_ / "my new name.wav"));
     keys("ctrl+f");
+    ASSERT_TRUE(until([&] { return desk.watch().isEditing(); }));
     run({"xdotool", "type", "--delay", "60", "o x"});
     pause();
     EXPECT_FALSE(desk.isPlaying());
