@@ -10,7 +10,7 @@ export TSAN_OPTIONS=suppressions=$PWD/ci/tsan.supp:halt_on_error=1:second_deadlo
 case $1 in
 asan)
     ci/build.sh asan
-    # Not what real file managers are shown at the pace of a hand: at a sanitizer's pace it fails now and then.
+    # Not those on real file managers: slowed down like this they fail now and then. The key grab's is in the other stage.
     ctest --preset asan -LE desktop
     ;;
 tsan)

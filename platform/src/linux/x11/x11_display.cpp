@@ -4,9 +4,7 @@
 #include <algorithm>
 #include <cstring>
 
-#define explicit explicit_  // a field's name in this C header
-#include <xcb/xkb.h>
-#undef explicit
+#include "xcb_xkb.h"
 
 namespace brindlehum {
 

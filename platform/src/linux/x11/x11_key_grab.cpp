@@ -10,11 +10,8 @@
 #include <cstring>
 #include <optional>
 
-#define explicit explicit_  // a field's name in this C header
-#include <xcb/xkb.h>
-#undef explicit
-
 #include "x11_display.h"
+#include "xcb_xkb.h"
 
 namespace brindlehum {
 namespace {

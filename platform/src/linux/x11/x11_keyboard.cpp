@@ -7,11 +7,8 @@
 #include <bit>
 #include <limits>
 
-#define explicit explicit_  // a field's name in this C header
-#include <xcb/xkb.h>
-#undef explicit
-
 #include "x11_key_symbols.h"
+#include "xcb_xkb.h"
 
 namespace brindlehum {
 namespace {

@@ -8,9 +8,7 @@
 #include <algorithm>
 #include <string_view>
 
-#define explicit explicit_  // a field's name in this C header
-#include <xcb/xkb.h>
-#undef explicit
+#include "xcb_xkb.h"
 
 namespace brindlehum {
 namespace {
